@@ -1,0 +1,11 @@
+#include <windows.h>
+
+#include "pal/platform/platform.h"
+
+namespace platform {
+
+void sleep_ms(int milliseconds) {
+  if (milliseconds > 0) SleepEx(static_cast<DWORD>(milliseconds), FALSE);
+}
+
+}  // namespace platform
