@@ -1,0 +1,21 @@
+#include "pal/drivers/clock.h"
+
+namespace pal {
+
+bool break_down_utc(time_t moment, struct tm* time) {
+  struct tm result;
+  if (gmtime_r(&moment, &result) == nullptr) return false;
+  *time = result;
+  return true;
+}
+
+bool break_down_local(time_t moment, struct tm* time) {
+  struct tm result;
+  // localtime_r need not look at TZ again by itself, as localtime does.
+  tzset();
+  if (localtime_r(&moment, &result) == nullptr) return false;
+  *time = result;
+  return true;
+}
+
+}  // namespace pal

@@ -1,0 +1,290 @@
+// The parser walks the format: white space skips white space, "%" begins a conversion, any
+// other character must stand in the text. A conversion is a row of one table: its letter, the
+// modifiers it takes and what it reads, be it a number within limits, a name, or a format of
+// its own.
+#include "pal/strptime.h"
+
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+
+#include "pal/drivers/clock.h"
+
+namespace pal {
+namespace {
+
+constexpr int kBaseYear = 1900;
+
+constexpr const char* kDayNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                     "Thursday", "Friday", "Saturday"};
+constexpr const char* kMonthNames[] = {"January",   "February", "March",    "April",
+                                       "May",       "June",     "July",     "August",
+                                       "September", "October",  "November", "December"};
+constexpr int kShortName = 3;
+
+// What a conversion reads, and where to.
+enum class Field {
+  kPercent,
+  kSpace,
+  kFormat,
+  kDayName,
+  kMonthName,
+  kHalfDay,
+  kCentury,
+  kYearOfCentury,
+  kYear,
+  kMonth,
+  kDay,
+  kHour,
+  kHour12,
+  kMinute,
+  kSecond,
+  kWeekDay,
+  kYearDay,
+  kDropped
+};
+
+// Modifiers that may stand between "%" and the letter.
+enum : unsigned { kPlain = 0, kE = 1, kO = 2, kAny = kE | kO };
+
+struct Conversion {
+  char letter;
+  unsigned modifiers;
+  Field field;
+  int low;             // of a number
+  int high;            // of a number; its digits are the most that are read
+  const char* format;  // of a conversion made of others
+};
+
+constexpr Conversion kConversions[] = {
+    {'%', kAny, Field::kPercent, 0, 0, nullptr},
+    {'A', kPlain, Field::kDayName, 0, 0, nullptr},
+    {'B', kPlain, Field::kMonthName, 0, 0, nullptr},
+    {'C', kE, Field::kCentury, 0, 99, nullptr},
+    {'D', kPlain, Field::kFormat, 0, 0, "%m/%d/%y"},
+    {'H', kO, Field::kHour, 0, 23, nullptr},
+    {'I', kO, Field::kHour12, 1, 12, nullptr},
+    {'M', kO, Field::kMinute, 0, 59, nullptr},
+    {'R', kPlain, Field::kFormat, 0, 0, "%H:%M"},
+    {'S', kO, Field::kSecond, 0, 61, nullptr},
+    {'T', kPlain, Field::kFormat, 0, 0, "%H:%M:%S"},
+    {'U', kO, Field::kDropped, 0, 53, nullptr},
+    {'W', kO, Field::kDropped, 0, 53, nullptr},
+    {'X', kE, Field::kFormat, 0, 0, "%H:%M:%S"},
+    {'Y', kE, Field::kYear, 0, 9999, nullptr},
+    {'a', kPlain, Field::kDayName, 0, 0, nullptr},
+    {'b', kPlain, Field::kMonthName, 0, 0, nullptr},
+    {'c', kE, Field::kFormat, 0, 0, "%x %X"},
+    {'d', kO, Field::kDay, 1, 31, nullptr},
+    {'e', kO, Field::kDay, 1, 31, nullptr},
+    {'h', kPlain, Field::kMonthName, 0, 0, nullptr},
+    {'j', kPlain, Field::kYearDay, 1, 366, nullptr},
+    {'k', kPlain, Field::kHour, 0, 23, nullptr},
+    {'l', kPlain, Field::kHour12, 1, 12, nullptr},
+    {'m', kO, Field::kMonth, 1, 12, nullptr},
+    {'n', kPlain, Field::kSpace, 0, 0, nullptr},
+    {'p', kPlain, Field::kHalfDay, 0, 0, nullptr},
+    {'r', kPlain, Field::kFormat, 0, 0, "%I:%M:%S %p"},
+    {'t', kPlain, Field::kSpace, 0, 0, nullptr},
+    {'w', kO, Field::kWeekDay, 0, 6, nullptr},
+    {'x', kE, Field::kFormat, 0, 0, "%m/%d/%y"},
+    {'y', kAny, Field::kYearOfCentury, 0, 99, nullptr},
+};
+
+const Conversion* find_conversion(char letter) {
+  for (const Conversion& row : kConversions) {
+    if (row.letter == letter) return &row;
+  }
+  return nullptr;
+}
+
+bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Whether text begins with the first length characters of name, case ignored.
+bool begins_with(const char* text, const char* name, size_t length) {
+  for (size_t i = 0; i < length; ++i) {
+    if (lower(text[i]) != lower(name[i])) return false;
+  }
+  return true;
+}
+
+// The read position and what is carried from one conversion to the next.
+class Parser {
+ public:
+  Parser(const char* text, struct tm* time) : text_(text), time_(time) {}
+
+  bool parse(const char* format);
+  const char* rest() const { return text_; }
+
+ private:
+  bool convert(const Conversion& row);
+  bool read_number(int low, int high, int* number);
+  template <size_t kCount>
+  bool read_name(const char* const (&names)[kCount], int* index);
+  bool read_half_day();
+  void store(Field field, int number);
+  void skip_space() {
+    while (is_space(*text_)) ++text_;
+  }
+
+  const char* text_;
+  struct tm* time_;
+  bool century_seen_ = false;
+};
+
+bool Parser::parse(const char* format) {
+  while (*format != '\0') {
+    const char c = *format++;
+    if (is_space(c)) {
+      skip_space();
+      continue;
+    }
+    if (c != '%') {
+      if (*text_ != c) return false;
+      ++text_;
+      continue;
+    }
+    unsigned modifier = kPlain;
+    if (*format == 'E' || *format == 'O') modifier = *format++ == 'E' ? kE : kO;
+    // A second modifier is no letter of the table, nor is the end of the format.
+    const Conversion* row = find_conversion(*format);
+    if (row == nullptr || (modifier & ~row->modifiers) != 0) return false;
+    ++format;
+    if (!convert(*row)) return false;
+  }
+  return true;
+}
+
+bool Parser::convert(const Conversion& row) {
+  int number = 0;
+  switch (row.field) {
+    case Field::kPercent:
+      if (*text_ != '%') return false;
+      ++text_;
+      return true;
+    case Field::kSpace:
+      skip_space();
+      return true;
+    case Field::kFormat:
+      return parse(row.format);
+    case Field::kDayName:
+      return read_name(kDayNames, &time_->tm_wday);
+    case Field::kMonthName:
+      return read_name(kMonthNames, &time_->tm_mon);
+    case Field::kHalfDay:
+      return read_half_day();
+    default:
+      if (!read_number(row.low, row.high, &number)) return false;
+      store(row.field, number);
+      return true;
+  }
+}
+
+// Ends where one digit more would pass the upper limit whatever it is, or where as many
+// digits as that limit has are read.
+bool Parser::read_number(int low, int high, int* number) {
+  if (!is_digit(*text_)) return false;
+  int value = 0;
+  int digits_left = high;
+  do {
+    value = value * 10 + (*text_++ - '0');
+    digits_left /= 10;
+  } while (value * 10 <= high && digits_left != 0 && is_digit(*text_));
+  if (value < low || value > high) return false;
+  *number = value;
+  return true;
+}
+
+template <size_t kCount>
+bool Parser::read_name(const char* const (&names)[kCount], int* index) {
+  for (size_t i = 0; i < kCount; ++i) {
+    for (const size_t length : {std::strlen(names[i]), size_t{kShortName}}) {
+      if (!begins_with(text_, names[i], length)) continue;
+      text_ += length;
+      *index = static_cast<int>(i);
+      return true;
+    }
+  }
+  return false;
+}
+
+// The whole rest of the text is compared: "%p" fits at the end of a text only.
+bool Parser::read_half_day() {
+  const bool am = std::strlen(text_) == 2 && begins_with(text_, "AM", 2);
+  const bool pm = std::strlen(text_) == 2 && begins_with(text_, "PM", 2);
+  if ((!am && !pm) || time_->tm_hour > 11) return false;
+  if (pm) time_->tm_hour += 12;
+  text_ += 2;
+  return true;
+}
+
+void Parser::store(Field field, int number) {
+  switch (field) {
+    case Field::kCentury:
+      // As it stands: no base of 1900 is taken off.
+      time_->tm_year = number * 100 + (century_seen_ ? time_->tm_year % 100 : 0);
+      century_seen_ = true;
+      break;
+    case Field::kYearOfCentury:
+      if (century_seen_) {
+        time_->tm_year = time_->tm_year / 100 * 100 + number;
+      } else {
+        time_->tm_year = number < 69 ? number + 100 : number;
+        century_seen_ = true;
+      }
+      break;
+    case Field::kYear:
+      time_->tm_year = number - kBaseYear;
+      break;
+    case Field::kMonth:
+      time_->tm_mon = number - 1;
+      break;
+    case Field::kDay:
+      time_->tm_mday = number;
+      break;
+    case Field::kHour:
+      time_->tm_hour = number;
+      break;
+    case Field::kHour12:
+      time_->tm_hour = number % 12;
+      break;
+    case Field::kMinute:
+      time_->tm_min = number;
+      break;
+    case Field::kSecond:
+      time_->tm_sec = number;
+      break;
+    case Field::kWeekDay:
+      time_->tm_wday = number;
+      break;
+    case Field::kYearDay:
+      time_->tm_yday = number - 1;
+      break;
+    default:  // A week's number is read and dropped.
+      break;
+  }
+}
+
+}  // namespace
+
+char* strptime(const char* text, const char* format, struct tm* time) {
+  Parser parser(text, time);
+  return parser.parse(format) ? const_cast<char*>(parser.rest()) : nullptr;
+}
+
+time_t timegm(struct tm* time) {
+  const time_t local = std::mktime(time);
+  struct tm utc;
+  if (!break_down_utc(local, &utc)) return -1;
+  // tm_hour is the normalised one. The wrap of an offset above 12, and none below -12, is
+  // what the results are known by; nothing is to be corrected here.
+  int64_t offset = int64_t{utc.tm_hour} - time->tm_hour;
+  if (offset > 12) offset = 24 - offset;
+  return static_cast<time_t>(std::mktime(time) - offset * 3600);
+}
+
+}  // namespace pal

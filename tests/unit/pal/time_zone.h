@@ -1,0 +1,40 @@
+// Sets the process's time zone for the life of the object and puts the old one back.
+#pragma once
+
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+#include <string>
+
+class ScopedTimeZone {
+ public:
+  explicit ScopedTimeZone(const char* zone) {
+    if (const char* old = std::getenv("TZ")) old_ = old;
+    set(zone);
+  }
+  ~ScopedTimeZone() { set(old_ ? old_->c_str() : nullptr); }
+  ScopedTimeZone(const ScopedTimeZone&) = delete;
+  ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+ private:
+  static void set(const char* zone) {
+#ifdef _WIN32
+    _putenv_s("TZ", zone == nullptr ? "" : zone);
+    _tzset();
+#else
+    if (zone == nullptr) {
+      unsetenv("TZ");
+    } else {
+      setenv("TZ", zone, 1);
+    }
+    tzset();
+#endif
+  }
+
+  std::optional<std::string> old_;
+};
+
+// Zones as rules, so that no zone database is needed.
+inline constexpr char kUtc[] = "UTC0";
+inline constexpr char kItaly[] = "CET-1CEST,M3.5.0,M10.5.0/3";
+inline constexpr char kNewYork[] = "EST5";  // winter time all year
