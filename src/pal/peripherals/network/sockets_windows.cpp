@@ -1,0 +1,116 @@
+// WinSock 2.2. A SOCKET is a small number, so that an int holds it.
+#include "pal/peripherals/network/system_sockets.h"  // before anything that has windows.h
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <climits>
+
+#include "pal/peripherals/network/sockets.h"
+
+namespace sockets {
+
+namespace {
+
+int narrow(SOCKET socket) { return socket == INVALID_SOCKET ? -1 : static_cast<int>(socket); }
+SOCKET wide(int socket) { return static_cast<SOCKET>(static_cast<INT_PTR>(socket)); }
+
+int fail(int error) {
+  WSASetLastError(error);
+  return -1;
+}
+
+int make(int type) { return narrow(::socket(AF_INET, type, 0)); }
+
+}  // namespace
+
+bool start() {
+  WSADATA data;
+  if (WSAStartup(MAKEWORD(2, 2), &data) != 0) return false;
+  if (data.wVersion == MAKEWORD(2, 2)) return true;
+  WSACleanup();
+  return false;
+}
+
+int last_error() { return WSAGetLastError(); }
+bool would_block(int error) { return error == WSAEWOULDBLOCK; }
+bool in_progress(int error) { return error == WSAEWOULDBLOCK; }
+
+int make_stream() { return make(SOCK_STREAM); }
+int make_datagram() { return make(SOCK_DGRAM); }
+
+int close(int socket) { return closesocket(wide(socket)); }
+
+int set_blocking(int socket, bool blocking) {
+  u_long non_blocking = blocking ? 0 : 1;
+  return ioctlsocket(wide(socket), FIONBIO, &non_blocking);
+}
+
+int set_reuse_address(int socket) {
+  const char on = 1;  // one byte is enough here
+  return setsockopt(wide(socket), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+}
+
+int set_receive_timeout(int socket, int milliseconds) {
+  // The first word is read, in milliseconds.
+  const int words[] = {milliseconds, 0};
+  return setsockopt(wide(socket), SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(words),
+                    sizeof(words));
+}
+
+// A connect that failed is never writable.
+int connect_result(int) { return 0; }
+
+int accept(int socket) { return narrow(::accept(wide(socket), nullptr, nullptr)); }
+
+int send(int socket, const void* data, int length) {
+  if (length < 0) return fail(WSAEINVAL);
+  return ::send(wide(socket), static_cast<const char*>(data), length, 0);
+}
+
+int receive(int socket, void* data, int length, int flags) {
+  if (length < 0) return fail(WSAEINVAL);
+  return ::recv(wide(socket), static_cast<char*>(data), length, flags);
+}
+
+int send_to(int socket, const void* data, size_t length, uint32_t address, uint16_t port) {
+  if (length > INT_MAX) return fail(WSAEMSGSIZE);
+  sockaddr_in peer = {};
+  peer.sin_family = AF_INET;
+  peer.sin_port = htons(port);
+  peer.sin_addr.s_addr = address;
+  return ::sendto(wide(socket), static_cast<const char*>(data), static_cast<int>(length), 0,
+                  reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
+}
+
+int receive_from(int socket, void* data, size_t length) {
+  const int room = length > INT_MAX ? INT_MAX : static_cast<int>(length);
+  return ::recvfrom(wide(socket), static_cast<char*>(data), room, 0, nullptr, nullptr);
+}
+
+// select takes sockets alone here: whoever waits is woken by the closing of the socket.
+Wait wait(int socket, Direction direction, int, int milliseconds) {
+  Wait result = {-1, false, false};
+  if (milliseconds < 0 || socket < 0) {
+    WSASetLastError(socket < 0 ? WSAENOTSOCK : WSAEINVAL);
+    return result;
+  }
+  fd_set set;
+  FD_ZERO(&set);
+  FD_SET(wide(socket), &set);
+  timeval time = {};
+  time.tv_sec = milliseconds / 1000;
+  time.tv_usec = milliseconds % 1000 * 1000;
+  const bool reads = direction == Direction::kRead;
+  result.count = select(0, reads ? &set : nullptr, reads ? nullptr : &set, nullptr, &time);
+  result.ready = result.count > 0;
+  return result;
+}
+
+int make_pipe(int ends[2]) { return _pipe(ends, 4096, _O_BINARY); }
+
+int write_pipe(int end, char byte) { return _write(end, &byte, 1); }
+
+int close_pipe_end(int end) { return _close(end); }
+
+}  // namespace sockets

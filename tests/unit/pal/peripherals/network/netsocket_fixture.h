@@ -1,0 +1,79 @@
+// A socket whose inside the tests see, and what the sockets log.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "pal/peripherals/network/netsocket.h"
+#include "pal/peripherals/network/sockets.h"
+#include "unit/pal/peripherals/network/loopback.h"
+
+class OpenSocket : public NetSocket {
+ public:
+  explicit OpenSocket(Types type = NST_STREAM_TCP) : NetSocket(type) {}
+  using NetSocket::ClearPipe;
+  using NetSocket::GetAddressInfo;
+  using NetSocket::InitPipe;
+  using NetSocket::WaitReadable;
+
+  using NetSocket::pipefd_;
+  using NetSocket::socket_;
+  using NetSocket::socket_closed_by_peer_;
+  using NetSocket::timeout_;
+  using NetSocket::type_;
+};
+
+class NetSocketTest : public testing::Test {
+ protected:
+  ~NetSocketTest() override { sockets::set_resolve_function(nullptr); }
+
+  // What the log says, on standard output, meanwhile.
+  static std::string logged(const std::function<void()>& action) {
+    testing::internal::CaptureStdout();
+    action();
+    return testing::internal::GetCapturedStdout();
+  }
+  // A line with that level, function and message, in a pattern for HasSubstr.
+  static std::string end_of_line(const std::string& message) { return " - " + message + "\n"; }
+
+  static int connect(NetSocket& socket, uint16_t port, int timeout = 20000) {
+    char host[] = "127.0.0.1";
+    return socket.Connect(host, port, timeout);
+  }
+  // Connects to the server; the other end is the result.
+  loopback::Descriptor connected(NetSocket& socket) {
+    EXPECT_EQ(connect(socket, server_.port()), 0);
+    return server_.accept();
+  }
+  static int send(NetSocket& socket, std::string text) {
+    return socket.Send(reinterpret_cast<unsigned char*>(text.data()),
+                       static_cast<int>(text.size()));
+  }
+  static void put(const loopback::Descriptor& peer, const std::string& text) {
+    ASSERT_EQ(::send(peer.get(), text.data(), text.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(text.size()));
+  }
+  // A receiving operation's text, "closed" for 0 and "failed" below.
+  static std::string recv(NetSocket& socket, int length = 100) {
+    std::string buffer(static_cast<size_t>(length), '#');
+    return text(buffer, socket.Recv(reinterpret_cast<unsigned char*>(buffer.data()), length));
+  }
+  static std::string peek(NetSocket& socket, int length = 100) {
+    std::string buffer(static_cast<size_t>(length), '#');
+    return text(buffer, socket.Peek(reinterpret_cast<unsigned char*>(buffer.data()), length));
+  }
+
+  loopback::Server server_{SOCK_STREAM};
+
+ private:
+  static std::string text(const std::string& buffer, int count) {
+    if (count == -1) return "failed";
+    if (count == 0) return "closed";
+    EXPECT_GT(count, 0);
+    EXPECT_LE(count, static_cast<int>(buffer.size()));
+    return buffer.substr(0, static_cast<size_t>(count));
+  }
+};

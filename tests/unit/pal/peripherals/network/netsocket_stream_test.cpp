@@ -1,0 +1,431 @@
+// Sending and receiving, and the ways in which a peer leaves.
+#include <netinet/ip.h>
+#include <sys/resource.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include "pal/threading/posix/thread.h"
+#include "unit/pal/peripherals/network/netsocket_fixture.h"
+
+namespace {
+
+using loopback::Descriptor;
+using testing::HasSubstr;
+
+class NetSocketStreamTest : public NetSocketTest {
+ protected:
+  ~NetSocketStreamTest() override { Thread::set_sleep_function(nullptr); }
+
+  // Sends past the socket until there is no room.
+  static void fill(const NetSocket& socket) {
+    const std::string block(65536, 'x');
+    while (::send(socket.handle(), block.data(), block.size(), MSG_DONTWAIT) > 0) {
+    }
+    ASSERT_EQ(errno, EAGAIN);
+  }
+};
+
+TEST_F(NetSocketStreamTest, EveryByteComesThroughAsItIs) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+  EXPECT_EQ(send(socket, bytes), 256);
+  char back[256];
+  ASSERT_EQ(::recv(peer.get(), back, 256, MSG_WAITALL), 256);
+  put(peer, std::string(back, 256));
+  std::string received(256, 0);
+  EXPECT_EQ(socket.RecvAllBlock(reinterpret_cast<unsigned char*>(received.data()), 256), 256);
+  EXPECT_EQ(received, bytes);
+}
+
+TEST_F(NetSocketStreamTest, WithoutASocketNothingIsSentOrReceived) {
+  OpenSocket socket;
+  std::string lines = logged([&] { EXPECT_EQ(send(socket, "x"), -1); });
+  EXPECT_THAT(lines, HasSubstr(":E:"));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Invalid socket_ = -1")));
+  lines = logged([&] { EXPECT_EQ(recv(socket), "failed"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Invalid socket_ = -1")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("WaitReadable = -1")));
+  EXPECT_EQ(peek(socket), "failed");
+  unsigned char data[1];
+  EXPECT_EQ(socket.RecvAllBlock(data, 1), 0);
+}
+
+TEST_F(NetSocketStreamTest, NothingToSendSendsNothing) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  EXPECT_EQ(send(socket, ""), 0);
+  unsigned char data[1] = {};
+  EXPECT_EQ(socket.Send(data, -1), 0);
+  EXPECT_EQ(socket.Send(data, INT_MIN), 0);
+}
+
+TEST_F(NetSocketStreamTest, ANegativeLengthReceivesNothing) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  put(peer, "data");
+  unsigned char data[1] = {'#'};
+  EXPECT_EQ(socket.Recv(data, -1), -1);
+  EXPECT_EQ(socket.Peek(data, INT_MIN), -1);
+  EXPECT_EQ(socket.RecvAllBlock(data, -1), 0);
+  EXPECT_EQ(data[0], '#');
+  EXPECT_EQ(recv(socket), "data");
+}
+
+TEST_F(NetSocketStreamTest, RecvLogsItsWait) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  put(peer, "data");
+  const std::string lines = logged([&] { EXPECT_EQ(recv(socket), "data"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("WaitReadable for 45000 ms...")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("select = 1")));
+}
+
+TEST_F(NetSocketStreamTest, PeekLeavesTheDataInPlace) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  put(peer, "data");
+  EXPECT_EQ(peek(socket, 2), "da");
+  EXPECT_EQ(peek(socket), "data");
+  EXPECT_EQ(recv(socket, 3), "dat");
+  EXPECT_EQ(recv(socket), "a");
+}
+
+TEST_F(NetSocketStreamTest, APeerThatStallsTimesOut) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  socket.SetTimeout(3);
+  const std::string lines = logged([&] { EXPECT_EQ(recv(socket), "failed"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("WaitReadable for 3 ms...")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("select = 0")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("select = 0, 0")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("WaitReadable = -1")));
+  // It is only late.
+  put(peer, "data");
+  EXPECT_EQ(recv(socket), "data");
+}
+
+TEST_F(NetSocketStreamTest, ANegativeTimeOutFailsEveryWait) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  put(peer, "data");
+  socket.SetTimeout(-1);
+  std::string lines = logged([&] { EXPECT_EQ(recv(socket), "failed"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("select = -1, 22")));
+  lines = logged([&] { EXPECT_EQ(send(socket, "x"), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket send select: -1")));
+}
+
+TEST_F(NetSocketStreamTest, ATimeOutOfZeroOnlyLooks) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  socket.SetTimeout(0);
+  EXPECT_EQ(recv(socket), "failed");
+  put(peer, "data");
+  EXPECT_TRUE(loopback::readable(socket.handle()));
+  EXPECT_EQ(recv(socket), "data");
+}
+
+TEST_F(NetSocketStreamTest, APeerThatClosesGivesZeroThenAndEverAfter) {
+  OpenSocket socket;
+  Descriptor peer = connected(socket);
+  put(peer, "last");
+  peer.close();
+  EXPECT_EQ(recv(socket), "last");
+  std::string lines = logged([&] { EXPECT_EQ(recv(socket), "closed"); });
+  EXPECT_THAT(lines, HasSubstr(":I:"));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("error rc = 0")));
+  lines = logged([&] { EXPECT_EQ(recv(socket), "closed"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("socket_closed_by_peer_")));
+  EXPECT_THAT(lines, testing::Not(HasSubstr("WaitReadable")));
+  EXPECT_EQ(peek(socket), "closed");
+  socket.Close();
+  EXPECT_EQ(recv(socket), "closed");  // only Connect clears it
+  const Descriptor next = connected(socket);
+  put(next, "new");
+  EXPECT_EQ(recv(socket), "new");
+}
+
+TEST_F(NetSocketStreamTest, AFailedConnectClearsThePeersLeavingToo) {
+  OpenSocket socket;
+  socket.socket_closed_by_peer_ = true;
+  EXPECT_EQ(connect(socket, loopback::refused_port()), -1);
+  EXPECT_EQ(recv(socket), "failed");
+}
+
+TEST_F(NetSocketStreamTest, APeerThatSendsAByteAtATimeFillsTheBuffer) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  std::thread sender([&] {
+    for (char byte = 'a'; byte <= 'z'; ++byte) put(peer, std::string(1, byte));
+  });
+  std::string received(27, '#');
+  EXPECT_EQ(socket.RecvAllBlock(reinterpret_cast<unsigned char*>(received.data()), 26), 26);
+  EXPECT_EQ(received, "abcdefghijklmnopqrstuvwxyz#");
+  sender.join();
+}
+
+TEST_F(NetSocketStreamTest, RecvAllBlockGivesWhatCameBeforeTheEnd) {
+  OpenSocket socket;
+  Descriptor peer = connected(socket);
+  put(peer, "part");
+  socket.SetTimeout(3);
+  unsigned char data[10];
+  EXPECT_EQ(socket.RecvAllBlock(data, 10), 4);  // the time was up
+  put(peer, "rest");
+  peer.close();
+  socket.SetTimeout(20000);
+  EXPECT_EQ(socket.RecvAllBlock(data, 10), 4);
+  EXPECT_EQ(std::string(data, data + 4), "rest");
+  EXPECT_EQ(socket.RecvAllBlock(data, 10), 0);
+}
+
+class CountingSocket : public OpenSocket {
+ public:
+  int Recv(unsigned char* data, int length) override {
+    lengths.push_back(length);
+    data[0] = 'r';
+    return 1;
+  }
+  std::vector<int> lengths;
+};
+
+TEST_F(NetSocketStreamTest, RecvAllBlockCallsTheVirtualRecv) {
+  CountingSocket socket;
+  unsigned char data[3];
+  EXPECT_EQ(socket.RecvAllBlock(data, 3), 3);
+  EXPECT_EQ(std::string(data, data + 3), "rrr");
+  EXPECT_THAT(socket.lengths, testing::ElementsAre(3, 2, 1));
+}
+
+TEST_F(NetSocketStreamTest, APeerThatResetsFailsTheReceive) {
+  OpenSocket socket;
+  Descriptor peer = connected(socket);
+  peer.reset();
+  const std::string lines = logged([&] { EXPECT_EQ(recv(socket), "failed"); });
+  EXPECT_THAT(lines, HasSubstr(":I:"));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("rc = -1, errno=104")));
+  EXPECT_FALSE(socket.socket_closed_by_peer_);
+}
+
+TEST_F(NetSocketStreamTest, SendingToADeadPeerFailsWithoutASignal) {
+  OpenSocket socket;
+  Descriptor peer = connected(socket);
+  peer.reset();
+  std::string lines = logged([&] { EXPECT_EQ(send(socket, "x"), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("rc = -1, errno=104")));
+  // From now on the system would send a signal that ends the process.
+  lines = logged([&] { EXPECT_EQ(send(socket, "x"), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("rc = -1, errno=32")));
+}
+
+TEST_F(NetSocketStreamTest, WithoutRoomSendTimesOut) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  fill(socket);
+  socket.SetTimeout(3);
+  const std::string lines = logged([&] { EXPECT_EQ(send(socket, "x"), -1); });
+  EXPECT_THAT(lines, HasSubstr(":E:"));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket send select: 0")));
+}
+
+int draining;  // the descriptor that is read while Send sleeps
+std::string drained;
+std::vector<int> sleeps;
+
+void drain(int milliseconds) {
+  sleeps.push_back(milliseconds);
+  char block[65536];
+  for (;;) {
+    const ssize_t count = ::recv(draining, block, sizeof(block), MSG_DONTWAIT);
+    if (count <= 0) break;
+    drained.append(block, static_cast<size_t>(count));
+  }
+}
+
+TEST_F(NetSocketStreamTest, SendSleepsWhileThereIsNoRoomAndLosesNothing) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  draining = peer.get();
+  drained.clear();
+  sleeps.clear();
+  Thread::set_sleep_function(drain);
+  std::string text;
+  while (text.size() < 16000000) text += std::to_string(text.size()) + ' ';
+  EXPECT_EQ(send(socket, text), static_cast<int>(text.size()));
+  ASSERT_FALSE(sleeps.empty());
+  for (int milliseconds : sleeps) EXPECT_EQ(milliseconds, 200);
+  while (drained.size() < text.size() && loopback::readable(peer.get())) drain(0);
+  EXPECT_TRUE(drained == text);
+}
+
+OpenSocket* closing;
+
+void close_meanwhile(int) { closing->Close(); }
+
+TEST_F(NetSocketStreamTest, CloseEndsTheTriesOfSend) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  closing = &socket;
+  Thread::set_sleep_function(close_meanwhile);
+  const std::string lines =
+      logged([&] { EXPECT_EQ(send(socket, std::string(16000000, 'x')), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("rc = -1, errno=9")));
+}
+
+TEST_F(NetSocketStreamTest, DataThatAreGoneAgainAreNone) {
+  // A datagram to a port where nobody is leaves a report that can be seen and not received.
+  loopback::Server nobody(SOCK_DGRAM);
+  const uint16_t port = nobody.port();
+  nobody.close();
+  OpenSocket socket(NetSocket::NST_DGRAM_UDP);
+  const uint8_t data[] = {'a'};
+  char buffer[1];
+  socket.RecvFrom(buffer, 1, 0, 0);
+  const int on = 1;
+  ASSERT_EQ(setsockopt(socket.handle(), IPPROTO_IP, IP_RECVERR, &on, sizeof(on)), 0);
+  ASSERT_EQ(socket.Blocking(false), 0);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), port), 1);
+  EXPECT_EQ(recv(socket), "failed");
+  const std::string lines = logged([&] { EXPECT_EQ(recv(socket), "closed"); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("EAGAIN errno=11, count -1")));
+  EXPECT_FALSE(socket.socket_closed_by_peer_);
+}
+
+// --- Being woken.
+
+TEST_F(NetSocketStreamTest, ThePipeEndsAWaitForDataAndIsClosed) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  ASSERT_EQ(write(socket.pipefd_[1], "\n", 1), 1);
+  const std::string lines = logged([&] { EXPECT_EQ(socket.WaitReadable(), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("select = 1")));
+  EXPECT_THAT(lines, testing::Not(HasSubstr("select = 1,")));
+  EXPECT_EQ(socket.pipefd_[0], -1);
+}
+
+TEST_F(NetSocketStreamTest, DataComeBeforeThePipe) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  put(peer, "data");
+  ASSERT_TRUE(loopback::readable(socket.handle()));
+  ASSERT_EQ(write(socket.pipefd_[1], "\n", 1), 1);
+  EXPECT_EQ(socket.WaitReadable(), 1);
+  EXPECT_NE(socket.pipefd_[0], -1);
+}
+
+TEST_F(NetSocketStreamTest, ThePipeEndsAWaitForRoomAndIsClosed) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  fill(socket);
+  ASSERT_EQ(write(socket.pipefd_[1], "\n", 1), 1);
+  EXPECT_EQ(logged([&] { EXPECT_EQ(send(socket, "x"), -1); }), "");
+  EXPECT_EQ(socket.pipefd_[0], -1);
+}
+
+// Whether the only other thread sleeps in the system by now. Only to make the interesting
+// order likely: any order has the same result.
+void let_it_wait(const std::atomic<bool>& started) {
+  while (!started) std::this_thread::yield();
+  for (int i = 0; i < 1000; ++i) std::this_thread::yield();
+}
+
+TEST_F(NetSocketStreamTest, CloseWakesAWaitingReader) {
+  for (int i = 0; i < 50; ++i) {
+    OpenSocket socket;
+    const Descriptor peer = connected(socket);
+    std::atomic<bool> started{false};
+    std::string result;
+    std::thread reader([&] {
+      started = true;
+      result = recv(socket);
+    });
+    let_it_wait(started);
+    EXPECT_EQ(socket.Close(), 0);
+    reader.join();  // in time, or the test's own limit ends it
+    EXPECT_EQ(result, "failed");
+  }
+}
+
+TEST_F(NetSocketStreamTest, CloseWakesAWaitingSender) {
+  for (int i = 0; i < 10; ++i) {
+    OpenSocket socket;
+    const Descriptor peer = connected(socket);
+    fill(socket);
+    std::atomic<bool> started{false};
+    int result = 0;
+    std::thread sender([&] {
+      started = true;
+      result = send(socket, "x");
+    });
+    let_it_wait(started);
+    socket.Close();
+    sender.join();
+    EXPECT_EQ(result, -1);
+  }
+}
+
+TEST_F(NetSocketStreamTest, CloseWakesAConnectThatStalls) {
+  loopback::Server full(SOCK_STREAM, 0);
+  OpenSocket first;
+  ASSERT_EQ(connect(first, full.port()), 0);
+  OpenSocket socket;
+  int result = 0;
+  std::thread caller([&] { result = connect(socket, full.port(), 40000); });
+  // The pipe is the last thing made before the connect.
+  while (socket.pipefd_[1] == -1) std::this_thread::yield();
+  socket.Close();
+  caller.join();
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(socket.handle(), -1);
+}
+
+TEST_F(NetSocketStreamTest, CloseWakesAWaitingServer) {
+  for (int i = 0; i < 20; ++i) {
+    OpenSocket server;
+    OpenSocket client;
+    ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
+    ASSERT_EQ(server.Listen(1), 0);
+    std::atomic<bool> started{false};
+    int result = 0;
+    std::thread waiter([&] {
+      started = true;
+      result = server.Accept(&client);
+    });
+    let_it_wait(started);
+    EXPECT_EQ(server.Close(), 0);
+    waiter.join();
+    EXPECT_EQ(result, -1);
+  }
+}
+
+TEST_F(NetSocketStreamTest, ADescriptorPastAThousandIsWaitedForToo) {
+  rlimit old = {};
+  getrlimit(RLIMIT_NOFILE, &old);
+  if (old.rlim_max < 1500) GTEST_SKIP() << "the system allows no such descriptor";
+  rlimit more = old;
+  more.rlim_cur = 1500;
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &more), 0);
+  std::vector<Descriptor> taken;
+  while (taken.empty() || taken.back().get() < 1100) {
+    taken.emplace_back(dup(server_.get()));
+    ASSERT_GE(taken.back().get(), 0);
+  }
+  {
+    OpenSocket socket;
+    const Descriptor peer = connected(socket);
+    EXPECT_GT(socket.handle(), 1100);
+    put(peer, "data");
+    EXPECT_EQ(recv(socket), "data");
+  }
+  taken.clear();
+  setrlimit(RLIMIT_NOFILE, &old);
+}
+
+}  // namespace

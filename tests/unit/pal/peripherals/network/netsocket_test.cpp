@@ -1,0 +1,619 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <new>
+#include <type_traits>
+
+#include "unit/pal/peripherals/network/netsocket_fixture.h"
+
+namespace {
+
+using loopback::Descriptor;
+using testing::HasSubstr;
+using testing::Not;
+
+bool is_open(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
+bool is_non_blocking(int descriptor) { return (fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0; }
+
+int option(int descriptor, int level, int name) {
+  int value = -1;
+  socklen_t size = sizeof(value);
+  EXPECT_EQ(getsockopt(descriptor, level, name, &value, &size), 0);
+  return value;
+}
+
+// Lets no descriptor be opened but so many.
+class DescriptorLimit {
+ public:
+  explicit DescriptorLimit(int more) {
+    getrlimit(RLIMIT_NOFILE, &old_);
+    const int next = dup(0);  // the lowest number that is free
+    ::close(next);
+    rlimit limit = old_;
+    limit.rlim_cur = static_cast<rlim_t>(next + more);
+    setrlimit(RLIMIT_NOFILE, &limit);
+  }
+  ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &old_); }
+
+ private:
+  rlimit old_;
+};
+
+TEST_F(NetSocketTest, ANewSocketIsNoSocketYet) {
+  OpenSocket stream;
+  EXPECT_EQ(stream.handle(), -1);
+  EXPECT_EQ(stream.timeout_, 45000);
+  EXPECT_FALSE(stream.socket_closed_by_peer_);
+  EXPECT_EQ(stream.pipefd_[0], -1);
+  EXPECT_EQ(stream.pipefd_[1], -1);
+  EXPECT_EQ(stream.type_, 0);
+  EXPECT_EQ(stream.backup_socket(), nullptr);
+  EXPECT_EQ(OpenSocket(NetSocket::NST_DGRAM_UDP).type_, 1);
+}
+
+TEST_F(NetSocketTest, ConstructorAndDestructorLogNothing) {
+  EXPECT_EQ(logged([] { NetSocket socket(NetSocket::NST_DGRAM_UDP); }), "");
+}
+
+TEST_F(NetSocketTest, SetTimeoutSetsTheTimeOut) {
+  OpenSocket socket;
+  socket.SetTimeout(1234);
+  EXPECT_EQ(socket.timeout_, 1234);
+}
+
+TEST_F(NetSocketTest, TheHostQuestionsTellNothing) {
+  NetSocket socket(NetSocket::NST_STREAM_TCP);
+  char host[] = "text";
+  uint16_t port = 7;
+  EXPECT_EQ(socket.GetLocalHost(host, sizeof(host), &port), 0);
+  EXPECT_EQ(socket.GetRemoteHost(host, sizeof(host), &port), -1);
+  EXPECT_STREQ(host, "text");
+  EXPECT_EQ(port, 7);
+}
+
+// --- Connect.
+
+TEST_F(NetSocketTest, ConnectMakesANonBlockingStreamWithItsPipe) {
+  OpenSocket socket;
+  Descriptor peer;
+  const std::string lines = logged([&] { Descriptor(connected(socket)); });
+  EXPECT_THAT(lines, HasSubstr(":T:"));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Connecting to 127.0.0.1:" +
+                                           std::to_string(server_.port()))));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("DNS translation: 127.0.0.1 -> 127.0.0.1")));
+  EXPECT_GT(socket.handle(), 0);
+  EXPECT_TRUE(is_non_blocking(socket.handle()));
+  EXPECT_EQ(option(socket.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
+  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_STREAM);
+  EXPECT_TRUE(is_open(socket.pipefd_[0]));
+  EXPECT_TRUE(is_open(socket.pipefd_[1]));
+  EXPECT_EQ(fcntl(socket.handle(), F_GETFD), FD_CLOEXEC);
+}
+
+TEST_F(NetSocketTest, ARefusedPortFailsAndLeavesTheHandlesNumber) {
+  OpenSocket socket;
+  const uint16_t port = loopback::refused_port();
+  int result = 0;
+  const std::string lines = logged([&] { result = connect(socket, port); });
+  EXPECT_EQ(result, -1);
+  EXPECT_THAT(lines, HasSubstr(":E:"));
+  EXPECT_THAT(lines, testing::AnyOf(HasSubstr(end_of_line("Error socket select 1, errno: 111")),
+                                    HasSubstr(end_of_line("Error connecting socket: -1"))));
+  EXPECT_GT(socket.handle(), 0);
+  EXPECT_FALSE(is_open(socket.handle()));
+}
+
+TEST_F(NetSocketTest, AFailedConnectClosesNobodysDescriptorLater) {
+  auto* socket = new OpenSocket;
+  EXPECT_EQ(connect(*socket, loopback::refused_port()), -1);
+  // The next descriptor takes over the number.
+  const int number = socket->handle();
+  const Descriptor another(dup2(server_.get(), number));
+  ASSERT_EQ(another.get(), number);
+  EXPECT_EQ(send(*socket, "x"), -1);
+  EXPECT_EQ(recv(*socket), "failed");
+  EXPECT_EQ(socket->Blocking(false), -1);
+  EXPECT_EQ(socket->Close(), 0);
+  EXPECT_EQ(socket->handle(), -1);
+  EXPECT_TRUE(is_open(number));
+  EXPECT_FALSE(is_non_blocking(number));
+  delete socket;
+  EXPECT_TRUE(is_open(number));
+
+  OpenSocket again;
+  EXPECT_EQ(connect(again, loopback::refused_port()), -1);
+  const Descriptor taken(dup2(server_.get(), again.handle()));
+  const int kept = taken.get();
+  const Descriptor peer = connected(again);
+  EXPECT_TRUE(is_open(kept));
+  EXPECT_NE(again.handle(), kept);
+}
+
+TEST_F(NetSocketTest, AConnectThatStallsTimesOut) {
+  // A server that takes one client into its queue and answers no more.
+  loopback::Server full(SOCK_STREAM, 0);
+  OpenSocket first;
+  ASSERT_EQ(connect(first, full.port()), 0);
+  OpenSocket second;
+  int result = 0;
+  const std::string lines = logged([&] { result = connect(second, full.port(), 3); });
+  EXPECT_EQ(result, -1);
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Socket select, timeout 3")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket select 0, errno: 0")));
+  EXPECT_FALSE(is_open(second.handle()));
+}
+
+TEST_F(NetSocketTest, ANegativeTimeOutFailsAConnectThatIsNotDoneAtOnce) {
+  loopback::Server full(SOCK_STREAM, 0);
+  OpenSocket first;
+  ASSERT_EQ(connect(first, full.port()), 0);
+  OpenSocket second;
+  const std::string lines = logged([&] { EXPECT_EQ(connect(second, full.port(), -1), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket select -1, errno: 22")));
+}
+
+TEST_F(NetSocketTest, AnAddressThatCannotBeReachedFailsAtOnce) {
+  // A stream to everybody is no connection.
+  OpenSocket socket;
+  char host[] = "255.255.255.255";
+  const std::string lines = logged([&] { EXPECT_EQ(socket.Connect(host, 9, 20000), -1); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error connecting socket: -1")));
+  EXPECT_FALSE(is_open(socket.handle()));
+}
+
+TEST_F(NetSocketTest, ConnectWithoutDescriptorsFails) {
+  OpenSocket socket;
+  std::string lines = logged([&] {
+    const DescriptorLimit none(0);
+    EXPECT_EQ(connect(socket, server_.port()), -1);
+  });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error creating socket errno: 24, socket: -1")));
+  EXPECT_EQ(socket.handle(), -1);
+
+  lines = logged([&] {
+    const DescriptorLimit one(1);
+    EXPECT_EQ(connect(socket, server_.port()), -1);
+  });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Returning -1. Errno: 24")));
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Error initpipe socket errno: 24, socket: " +
+                                           std::to_string(socket.handle()))));
+  EXPECT_FALSE(is_open(socket.handle()));
+  EXPECT_EQ(socket.pipefd_[0], -1);
+
+  const Descriptor peer = connected(socket);
+  EXPECT_EQ(send(socket, "well"), 4);
+}
+
+TEST_F(NetSocketTest, ConnectAgainClosesTheOldConnection) {
+  OpenSocket socket;
+  const Descriptor first = connected(socket);
+  const Descriptor second = connected(socket);
+  char byte;
+  EXPECT_TRUE(loopback::readable(first.get()));
+  EXPECT_EQ(::recv(first.get(), &byte, 1, 0), 0);
+  EXPECT_EQ(send(socket, "x"), 1);
+  EXPECT_EQ(::recv(second.get(), &byte, 1, 0), 1);
+}
+
+TEST_F(NetSocketTest, NoHostIsNoAddress) {
+  OpenSocket socket;
+  EXPECT_EQ(socket.Connect(nullptr, 1, 1), -1);
+  char empty[] = "";
+  EXPECT_EQ(socket.Connect(empty, 1, 1), -1);
+}
+
+// --- Names.
+
+TEST_F(NetSocketTest, ADottedHostIsItsAddressInNetworkOrder) {
+  uint32_t address = 0;
+  EXPECT_EQ(NetSocket::GetHostAddress("127.0.0.1", &address), 0);
+  EXPECT_EQ(address, htonl(0x7F000001));
+  EXPECT_EQ(NetSocket::GetHostAddress("10.20.30.40", &address), 0);
+  EXPECT_EQ(address, htonl(0x0A141E28));
+}
+
+TEST_F(NetSocketTest, AnAddressOfAllOnesIsNone) {
+  uint32_t address = 0;
+  EXPECT_EQ(NetSocket::GetHostAddress("255.255.255.255", &address), -1);
+}
+
+TEST_F(NetSocketTest, TheLongestDottedTextFits) {
+  char dotted[17];
+  dotted[16] = '#';
+  EXPECT_EQ(OpenSocket::GetAddressInfo(dotted, "255.254.253.252"), 0);
+  EXPECT_STREQ(dotted, "255.254.253.252");
+  EXPECT_EQ(dotted[16], '#');
+}
+
+sockets::Resolution resolution;
+
+sockets::Resolution resolve_as_told(const char*, uint32_t* address) {
+  *address = htonl(0x7F000001);
+  return resolution;
+}
+
+TEST_F(NetSocketTest, ANameGoesThroughTheResolver) {
+  sockets::set_resolve_function(resolve_as_told);
+  resolution = sockets::Resolution::kFound;
+  OpenSocket socket;
+  char host[] = "till.example";
+  const std::string lines =
+      logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), 0); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("DNS translation: till.example -> 127.0.0.1")));
+}
+
+TEST_F(NetSocketTest, AnUnknownHostFails) {
+  sockets::set_resolve_function(resolve_as_told);
+  const struct {
+    sockets::Resolution resolution;
+    const char* message;
+  } rows[] = {
+      {sockets::Resolution::kFailed, "gethostbyname failed"},
+      {sockets::Resolution::kWrongType, "gethostbyname: invalid address type returned"},
+      {sockets::Resolution::kNoAddress, "gethostbyname: no address returned"},
+  };
+  for (const auto& row : rows) {
+    resolution = row.resolution;
+    uint32_t address = 5;
+    std::string lines =
+        logged([&] { EXPECT_EQ(NetSocket::GetHostAddress("till.example", &address), -1); });
+    EXPECT_THAT(lines, HasSubstr(":E:"));
+    EXPECT_THAT(lines, HasSubstr(end_of_line(row.message)));
+    EXPECT_EQ(address, 5u);
+
+    OpenSocket socket;
+    char host[] = "till.example";
+    lines = logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), -1); });
+    EXPECT_THAT(lines, HasSubstr(end_of_line(row.message)));
+    EXPECT_THAT(lines, HasSubstr(end_of_line("Error translating host name: -1")));
+    EXPECT_FALSE(is_open(socket.handle()));
+  }
+}
+
+TEST_F(NetSocketTest, TheSystemsResolverRefusesWhatIsNoName) {
+  uint32_t address = 0;
+  EXPECT_EQ(NetSocket::GetHostAddress("no name at all", &address), -1);
+  EXPECT_EQ(NetSocket::GetHostAddress(std::string(5000, 'a').c_str(), &address), -1);
+  EXPECT_EQ(NetSocket::GetHostAddress("::1", &address), -1);
+  for (int byte = 1; byte < 256; ++byte) {
+    if (byte >= '0' && byte <= '9') continue;  // a number is an address of one part
+    const char host[] = {' ', static_cast<char>(byte), ' ', 0};
+    EXPECT_EQ(NetSocket::GetHostAddress(host, &address), -1) << byte;
+  }
+}
+
+// --- The pipe, copies, closing.
+
+TEST_F(NetSocketTest, InitPipeStartsAfresh) {
+  OpenSocket socket;
+  EXPECT_EQ(socket.InitPipe(), 0);
+  EXPECT_EQ(write(socket.pipefd_[1], "x", 1), 1);
+  EXPECT_EQ(socket.InitPipe(), 0);
+  char byte;
+  EXPECT_EQ(read(socket.pipefd_[0], &byte, 1), -1);
+  EXPECT_EQ(errno, EAGAIN);
+  const int ends[] = {socket.pipefd_[0], socket.pipefd_[1]};
+  socket.ClearPipe();
+  EXPECT_FALSE(is_open(ends[0]));
+  EXPECT_FALSE(is_open(ends[1]));
+  EXPECT_EQ(socket.pipefd_[0], -1);
+  EXPECT_EQ(socket.pipefd_[1], -1);
+}
+
+TEST_F(NetSocketTest, CloseWritesALineFeedAndLeavesTheReadEnd) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  const int number = socket.handle();
+  const int write_end = socket.pipefd_[1];
+  EXPECT_EQ(socket.Close(), 0);
+  EXPECT_EQ(socket.handle(), -1);
+  EXPECT_FALSE(is_open(number));
+  EXPECT_EQ(socket.pipefd_[1], -1);
+  EXPECT_FALSE(is_open(write_end));
+  char bytes[2];
+  EXPECT_EQ(read(socket.pipefd_[0], bytes, 2), 1);
+  EXPECT_EQ(bytes[0], '\n');
+  EXPECT_EQ(socket.Close(), 0);
+}
+
+TEST_F(NetSocketTest, CloseTellsWhatTheSystemReports) {
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  ::close(socket.handle());
+  EXPECT_EQ(socket.Close(), -1);
+  EXPECT_EQ(socket.handle(), -1);
+}
+
+TEST_F(NetSocketTest, TheDestructorClosesAll) {
+  int numbers[3];
+  {
+    OpenSocket socket;
+    const Descriptor peer = connected(socket);
+    numbers[0] = socket.handle();
+    numbers[1] = socket.pipefd_[0];
+    numbers[2] = socket.pipefd_[1];
+  }
+  for (int number : numbers) EXPECT_FALSE(is_open(number));
+}
+
+TEST_F(NetSocketTest, CopiesShareTheDescriptors) {
+  OpenSocket socket;
+  Descriptor peer = connected(socket);
+  socket.SetTimeout(77);
+  socket.socket_closed_by_peer_ = true;
+  // One that is never destroyed: the descriptors are the first's to close.
+  alignas(OpenSocket) unsigned char room[2][sizeof(OpenSocket)];
+  auto* copy = new (room[0]) OpenSocket(socket);
+  auto* assigned = new (room[1]) OpenSocket(NetSocket::NST_DGRAM_UDP);
+  *assigned = socket;
+  for (OpenSocket* other : {copy, assigned}) {
+    EXPECT_EQ(other->handle(), socket.handle());
+    EXPECT_EQ(other->pipefd_[0], socket.pipefd_[0]);
+    EXPECT_EQ(other->pipefd_[1], socket.pipefd_[1]);
+    EXPECT_EQ(other->timeout_, 77);
+    EXPECT_EQ(other->type_, NetSocket::NST_STREAM_TCP);
+    EXPECT_TRUE(other->socket_closed_by_peer_);
+    EXPECT_EQ(send(*other, "x"), 1);
+    char byte = 0;
+    EXPECT_TRUE(loopback::readable(peer.get()));
+    EXPECT_EQ(::recv(peer.get(), &byte, 1, 0), 1);
+  }
+}
+
+TEST_F(NetSocketTest, BlockingSwitchesTheSocket) {
+  OpenSocket socket;
+  EXPECT_EQ(socket.Blocking(true), -1);
+  const Descriptor peer = connected(socket);
+  EXPECT_EQ(socket.Blocking(true), 0);
+  EXPECT_FALSE(is_non_blocking(socket.handle()));
+  EXPECT_EQ(socket.Blocking(false), 0);
+  EXPECT_TRUE(is_non_blocking(socket.handle()));
+}
+
+// --- The backup socket.
+
+class MockTransport : public AbstractSocket {
+ public:
+  MOCK_METHOD(int, Connect, (char*, int, int), (override));
+  MOCK_METHOD(int, Send, (unsigned char*, int), (override));
+  MOCK_METHOD(int, Recv, (unsigned char*, int), (override));
+  MOCK_METHOD(int, Close, (), (override));
+  MOCK_METHOD(void, SetTimeout, (int), (override));
+  MOCK_METHOD(void, SetServerCertVerification, (bool), (override));
+  MOCK_METHOD(int, AddCertDb, (char*), (override));
+};
+
+TEST_F(NetSocketTest, ABackupSocketGetsTheTraffic) {
+  testing::StrictMock<MockTransport> transport;
+  OpenSocket socket;
+  socket.set_backup_socket(&transport);
+  EXPECT_EQ(socket.backup_socket(), &transport);
+  char host[] = "there";
+  unsigned char data[10] = {};
+  socket.socket_closed_by_peer_ = true;
+  EXPECT_CALL(transport, Connect(host, 12, 34)).WillOnce(testing::Return(-5));
+  const std::string lines = logged([&] { EXPECT_EQ(socket.Connect(host, 12, 34), -5); });
+  EXPECT_THAT(lines, HasSubstr(end_of_line("Connecting to there:12")));
+  EXPECT_FALSE(socket.socket_closed_by_peer_);
+  // socket_ is -1 and nobody looks at it.
+  EXPECT_CALL(transport, Send(data, 10)).WillOnce(testing::Return(3));
+  EXPECT_EQ(logged([&] { EXPECT_EQ(socket.Send(data, 10), 3); }), "");
+  EXPECT_CALL(transport, Recv(data, 10)).WillOnce(testing::Return(4));
+  EXPECT_EQ(socket.Recv(data, 10), 4);
+  EXPECT_CALL(transport, Recv(data, 10)).WillOnce(testing::Return(6));
+  EXPECT_CALL(transport, Recv(data + 6, 4)).WillOnce(testing::Return(4));
+  EXPECT_EQ(socket.RecvAllBlock(data, 10), 10);
+  EXPECT_EQ(peek(socket, 10), "failed");
+  socket.SetTimeout(9);
+  EXPECT_EQ(socket.timeout_, 9);
+  EXPECT_CALL(transport, Close()).WillOnce(testing::Return(8)).WillOnce(testing::Return(0));
+  EXPECT_EQ(socket.Close(), 8);  // and the destructor's
+}
+
+TEST_F(NetSocketTest, ClosingTheBackupSocketLeavesTheOwn) {
+  testing::NiceMock<MockTransport> transport;
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  socket.set_backup_socket(&transport);
+  EXPECT_EQ(socket.Close(), 0);
+  EXPECT_TRUE(is_open(socket.handle()));
+  socket.set_backup_socket(nullptr);
+  EXPECT_EQ(send(socket, "x"), 1);
+}
+
+// --- Datagrams.
+
+TEST_F(NetSocketTest, SendToMakesADatagramSocketAndLogsNothing) {
+  loopback::Server receiver(SOCK_DGRAM);
+  OpenSocket socket(NetSocket::NST_STREAM_TCP);
+  const uint8_t data[] = {'a', 0, 0xFF};
+  const std::string lines = logged([&] {
+    EXPECT_EQ(socket.SendTo(data, 3, loopback::address(), receiver.port()), 3);
+    EXPECT_EQ(socket.SendTo(data, 0, loopback::address(), receiver.port()), 0);
+  });
+  EXPECT_EQ(lines, "");
+  EXPECT_EQ(receiver.datagram(), std::string("a\0\xFF", 3));
+  EXPECT_EQ(receiver.datagram(), "");
+  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
+}
+
+TEST_F(NetSocketTest, ADatagramThatIsTooLongFails) {
+  loopback::Server receiver(SOCK_DGRAM);
+  OpenSocket socket(NetSocket::NST_DGRAM_UDP);
+  const std::string data(70000, 'x');
+  EXPECT_EQ(socket.SendTo(reinterpret_cast<const uint8_t*>(data.data()), data.size(),
+                          loopback::address(), receiver.port()),
+            -1);
+  EXPECT_EQ(receiver.datagram(), "none");
+}
+
+TEST_F(NetSocketTest, DatagramsGoOnBehindAFailedConnectAndAClose) {
+  loopback::Server receiver(SOCK_DGRAM);
+  OpenSocket socket;
+  const uint8_t data[] = {'a'};
+  EXPECT_EQ(connect(socket, loopback::refused_port()), -1);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  EXPECT_EQ(socket.Close(), 0);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+}
+
+TEST_F(NetSocketTest, ADatagramSocketMadeBehindACloseIsNotWokenByIt) {
+  loopback::Server receiver(SOCK_DGRAM);
+  OpenSocket socket;
+  { const Descriptor peer = connected(socket); }
+  socket.Close();
+  const uint8_t data[] = {'a'};
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  const sockaddr_in own = loopback::name(loopback::port_of(socket.handle()));
+  EXPECT_EQ(::sendto(receiver.get(), "ha", 2, 0, reinterpret_cast<const sockaddr*>(&own),
+                     sizeof(own)),
+            2);
+  EXPECT_EQ(recv(socket), "ha");
+}
+
+TEST_F(NetSocketTest, WithoutDescriptorsThereAreNoDatagrams) {
+  OpenSocket socket;
+  const uint8_t data[] = {'a'};
+  char buffer[1];
+  const DescriptorLimit none(0);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), 9), -1);
+  EXPECT_EQ(socket.RecvFrom(buffer, 1, 0, 0), -1);
+  EXPECT_EQ(socket.Bind(loopback::address(), 0), -1);
+}
+
+TEST_F(NetSocketTest, RecvFromGivesWhatCameOrFailsAfterItsTimeOut) {
+  loopback::Server receiver(SOCK_DGRAM);
+  OpenSocket socket(NetSocket::NST_DGRAM_UDP);
+  const uint8_t data[] = {'a'};
+  ASSERT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  char buffer[4] = {'#', '#', '#', '#'};
+  EXPECT_EQ(socket.RecvFrom(buffer, 3, 0, 0), -1);
+  EXPECT_FALSE(is_non_blocking(socket.handle()));
+  timeval time = {};
+  socklen_t size = sizeof(time);
+  EXPECT_EQ(getsockopt(socket.handle(), SOL_SOCKET, SO_RCVTIMEO, &time, &size), 0);
+  EXPECT_EQ(time.tv_sec, 0);
+  EXPECT_GE(time.tv_usec, 5000);
+  EXPECT_LT(time.tv_usec, 10000);  // the system counts in its own ticks, 4 ms at most
+
+  const sockaddr_in own = loopback::name(loopback::port_of(socket.handle()));
+  for (const char* text : {"ab", "defgh"}) {
+    ASSERT_GT(::sendto(receiver.get(), text, strlen(text), 0,
+                       reinterpret_cast<const sockaddr*>(&own), sizeof(own)),
+              0);
+  }
+  // The sender's address and port are not looked at.
+  EXPECT_EQ(socket.RecvFrom(buffer, 3, 1, 2), 2);
+  EXPECT_EQ(std::string(buffer, 4), "ab##");
+  EXPECT_EQ(socket.RecvFrom(buffer, 3, 0, 0), 3);  // what does not fit is lost
+  EXPECT_EQ(std::string(buffer, 4), "def#");
+  EXPECT_EQ(socket.RecvFrom(buffer, 3, 0, 0), -1);
+}
+
+TEST_F(NetSocketTest, RecvFromMakesADatagramSocket) {
+  OpenSocket socket;
+  char buffer[1];
+  EXPECT_EQ(socket.RecvFrom(buffer, 1, 0, 0), -1);
+  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
+}
+
+// --- Servers.
+
+TEST_F(NetSocketTest, BindListenAcceptMakeAServer) {
+  OpenSocket server;
+  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
+  EXPECT_NE(option(server.handle(), SOL_SOCKET, SO_REUSEADDR), 0);
+  ASSERT_EQ(server.Listen(1), 0);
+  EXPECT_TRUE(is_open(server.pipefd_[0]));
+  OpenSocket caller;
+  ASSERT_EQ(connect(caller, loopback::port_of(server.handle())), 0);
+
+  OpenSocket client(NetSocket::NST_DGRAM_UDP);
+  client.SetTimeout(1);
+  client.socket_closed_by_peer_ = true;
+  const int handle = server.Accept(&client);
+  EXPECT_GT(handle, 0);
+  EXPECT_EQ(client.handle(), handle);
+  EXPECT_EQ(client.timeout_, 45000);
+  EXPECT_FALSE(client.socket_closed_by_peer_);
+  EXPECT_TRUE(is_non_blocking(handle));
+  EXPECT_TRUE(is_open(client.pipefd_[0]));
+  EXPECT_EQ(fcntl(handle, F_GETFD), FD_CLOEXEC);
+  EXPECT_EQ(option(server.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
+
+  EXPECT_EQ(send(caller, "question"), 8);
+  EXPECT_EQ(recv(client), "question");
+  EXPECT_EQ(send(client, "answer"), 6);
+  EXPECT_EQ(recv(caller), "answer");
+}
+
+TEST_F(NetSocketTest, BindTakesAnAddressInNetworkOrderAndAPortInHostOrder) {
+  uint16_t port;
+  {
+    OpenSocket server;
+    ASSERT_EQ(server.Bind(htonl(0x7F000002), 0), 0);
+    port = loopback::port_of(server.handle());
+  }
+  OpenSocket server;
+  ASSERT_EQ(server.Bind(htonl(0x7F000002), port), 0);
+  sockaddr_in own = {};
+  socklen_t size = sizeof(own);
+  ASSERT_EQ(getsockname(server.handle(), reinterpret_cast<sockaddr*>(&own), &size), 0);
+  EXPECT_EQ(own.sin_addr.s_addr, htonl(0x7F000002));
+  EXPECT_EQ(own.sin_port, htons(port));
+}
+
+TEST_F(NetSocketTest, ATakenPortCannotBeBound) {
+  OpenSocket server;
+  EXPECT_EQ(server.Bind(loopback::address(), server_.port()), -1);
+  EXPECT_GT(server.handle(), 0);
+}
+
+TEST_F(NetSocketTest, BindAgainMakesANewSocket) {
+  OpenSocket server;
+  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
+  const uint16_t port = loopback::port_of(server.handle());
+  ASSERT_EQ(server.Listen(1), 0);
+  // The port would be taken, had the first socket not been closed.
+  EXPECT_EQ(server.Bind(loopback::address(), port), 0);
+}
+
+TEST_F(NetSocketTest, WithoutASocketThereIsNoServer) {
+  OpenSocket server;
+  OpenSocket client;
+  EXPECT_EQ(server.Listen(1), -1);
+  EXPECT_EQ(server.Accept(&client), -1);
+  EXPECT_EQ(server.Accept(nullptr), -1);
+  EXPECT_EQ(client.handle(), -1);
+}
+
+TEST_F(NetSocketTest, WithoutDescriptorsThereIsNoClient) {
+  OpenSocket server;
+  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
+  {
+    const DescriptorLimit none(0);
+    EXPECT_EQ(server.Listen(1), -1);
+  }
+  ASSERT_EQ(server.Listen(2), 0);
+  OpenSocket caller;
+  ASSERT_EQ(connect(caller, loopback::port_of(server.handle())), 0);
+  OpenSocket client;
+  {
+    const DescriptorLimit none(0);
+    EXPECT_EQ(server.Accept(&client), -1);  // the client stays in the queue
+  }
+  {
+    const DescriptorLimit one(1);
+    EXPECT_EQ(server.Accept(&client), -1);  // no pipe: the client is dropped
+  }
+  EXPECT_EQ(client.handle(), -1);
+  EXPECT_EQ(recv(caller), "closed");
+}
+
+static_assert(std::is_copy_constructible_v<NetSocket> && std::is_copy_assignable_v<NetSocket>);
+static_assert(std::is_abstract_v<AbstractSocket>);
+
+}  // namespace

@@ -1,0 +1,488 @@
+#include "utility/log/log.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstring>
+#include <ctime>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "pal/threading/posix/thread.h"
+#include "unit/utility/log_fixture.h"
+
+namespace {
+
+// The line that is in the buffer.
+std::string line_of(const OpenLog& log) { return log.output_; }
+
+// A log that builds lines and shows them nowhere.
+class LogLineTest : public testing::Test {
+ protected:
+  void SetUp() override { log_.set_outputs(Log::LO_NULL); }
+
+  // Nothing next to the line was written over.
+  void TearDown() override {
+    EXPECT_EQ(std::string(log_.level_initials_, 6), "TDIWEF");
+    EXPECT_EQ(log_.buffer_[Log::LS_BUFFER], 0);
+    for (int i = 0; i < Log::LS_HEADER; ++i) EXPECT_EQ(log_.buffer_[i], 0);
+    EXPECT_LE(std::strlen(log_.output_), 1024u);
+  }
+
+  // A place whose prefix has that many characters: the date with its blank and the time 19,
+  // the milliseconds with their point 4, the letter with its colon 2, then the thread, the
+  // function and the line each behind a colon, and " - ".
+  Log::LocationInfo place(size_t prefix) {
+    const size_t fixed = 19 + 4 + 2 + 1 + thread_.size() + 1 + 1 + 1 + 3;
+    EXPECT_GE(prefix, fixed);
+    method_ = std::string(prefix - fixed, 'm');
+    return Log::LocationInfo("file.cpp", method_.c_str(), 7, 0);
+  }
+
+  OpenLog log_;
+  const std::string thread_ = std::to_string(Thread::Identify());
+  std::string method_;
+};
+
+const Log::LocationInfo kPlace("file.cpp", "Method", 214, 0);
+
+TEST(LogValuesTest, EnumerationsAreSettled) {
+  EXPECT_EQ(Log::LL_TRACE, 0);
+  EXPECT_EQ(Log::LL_DEBUG, 1);
+  EXPECT_EQ(Log::LL_INFO, 2);
+  EXPECT_EQ(Log::LL_WARN, 3);
+  EXPECT_EQ(Log::LL_ERROR, 4);
+  EXPECT_EQ(Log::LL_FATAL, 5);
+  EXPECT_EQ(Log::LL_LEVELS, 6);
+  EXPECT_EQ(Log::LO_NULL, 0);
+  EXPECT_EQ(Log::LO_CONSOLE, 1);
+  EXPECT_EQ(Log::LO_DFLASH, 2);
+  EXPECT_EQ(Log::LO_FILE, 4);
+  EXPECT_EQ(Log::LO_SYSLOG, 8);
+  EXPECT_EQ(Log::LO_ANDROID, 16);
+  EXPECT_EQ(Log::LO_ALL, 31);
+  EXPECT_EQ(Log::LR_NONE, 0);
+  EXPECT_EQ(Log::LR_SIZE, 1);
+  EXPECT_EQ(Log::LR_WEEKLY, 2);
+  EXPECT_EQ(Log::LS_HEADER, 40);
+  EXPECT_EQ(Log::LS_OUTPUT, 1024);
+  EXPECT_EQ(Log::LS_BUFFER, 1064);
+  EXPECT_EQ(Log::LS_TRAILER, 6);
+  EXPECT_EQ(Log::LS_FILENAME, 128);
+  EXPECT_EQ(Log::LS_HOSTNAME, 128);
+  EXPECT_EQ(_WITH_LOG, 1);
+  EXPECT_EQ(_WITH_LOG_CONSOLE, 1);
+  EXPECT_EQ(_WITH_LOG_FILE, 1);
+  EXPECT_EQ(_WITH_LOG_SYSLOG, 1);
+  EXPECT_EQ(_WITH_LOG_DFLASH, 0);
+  EXPECT_EQ(_WITH_LOG_ANDROID, 0);
+}
+
+TEST(LogValuesTest, TheConstructorsDefaultsStand) {
+  OpenLog log;
+  EXPECT_FALSE(log.stopped_);
+  EXPECT_EQ(log.level(), Log::LL_TRACE);
+  EXPECT_EQ(log.modules(), 255u);
+  EXPECT_EQ(log.outputs(), 31u);
+  EXPECT_STREQ(log.trailer(), "\n");
+  EXPECT_STREQ(log.output_file_name(), "");
+  EXPECT_STREQ(log.output_syslog_host(), "");
+  EXPECT_EQ(log.output_syslog_port(), 514);
+  EXPECT_EQ(log.output_syslog_addr_, 0xFFFFFFFFu);
+  EXPECT_EQ(log.last_addr_resol_error_time_, 0u);
+  EXPECT_EQ(log.syslog_getaddr_errors_, 0);
+  EXPECT_EQ(log.max_file_size_, 104857600);
+  EXPECT_EQ(log.rotate_kind_, Log::LR_NONE);
+  EXPECT_TRUE(log.output_console_opened_);
+  EXPECT_FALSE(log.output_dflash_opened_);
+  EXPECT_FALSE(log.output_file_opened_);
+  EXPECT_FALSE(log.output_syslog_opened_);
+  EXPECT_EQ(log.output_, log.buffer_ + 40);
+  EXPECT_EQ(log.last_opened_date_.tm_mday, 0);
+  const char* const texts[] = {"TRACE", "DEBUG", "INFO", "WARN", "ERROR", "FATAL"};
+  for (int i = 0; i < 6; ++i) EXPECT_STREQ(log.level_texts_[i], texts[i]);
+}
+
+TEST(LogValuesTest, ALocationKeepsItsPointers) {
+  const char* file = "file.cpp";
+  const char* method = "Method";
+  const Log::LocationInfo place(file, method, 12, 34);
+  EXPECT_EQ(place.fileName(), file);
+  EXPECT_EQ(place.methodName(), method);
+  EXPECT_EQ(place.lineNumber(), 12);
+  EXPECT_EQ(place.moduleNumber(), 34);
+}
+
+TEST(LogValuesTest, SettingsReadBack) {
+  OpenLog log;
+  log.set_level(Log::LL_WARN);
+  log.set_modules(0x80000001);
+  log.set_outputs(Log::LO_FILE);
+  log.set_output_file_name("name");
+  log.set_output_syslog_host("host");
+  log.set_syslog_hostname("me");
+  log.set_output_syslog_port(65535);
+  log.set_trailer("\r\n");
+  log.set_file_rotate(Log::LR_WEEKLY);
+  log.set_file_rotate_size(77);
+  EXPECT_EQ(log.level(), Log::LL_WARN);
+  EXPECT_EQ(log.modules(), 0x80000001u);
+  EXPECT_EQ(log.outputs(), 4u);
+  EXPECT_STREQ(log.output_file_name(), "name");
+  EXPECT_STREQ(log.output_syslog_host(), "host");
+  EXPECT_STREQ(log.syslog_hostname(), "me");
+  EXPECT_EQ(log.output_syslog_port(), 65535);
+  EXPECT_STREQ(log.trailer(), "\r\n");
+  EXPECT_EQ(log.rotate_kind_, Log::LR_WEEKLY);
+  EXPECT_EQ(log.max_file_size_, 77);
+}
+
+TEST(LogValuesTest, LongTextsAreCutToTheirPlaces) {
+  OpenLog log;
+  const std::string text(1000, 'x');
+  log.set_output_file_name(text.c_str());
+  log.set_output_syslog_host(text.c_str());
+  log.set_syslog_hostname(text.c_str());
+  log.set_trailer(text.c_str());
+  EXPECT_EQ(log.output_file_name(), std::string(128, 'x'));
+  EXPECT_EQ(log.output_syslog_host(), std::string(128, 'x'));
+  EXPECT_EQ(log.syslog_hostname(), std::string(128, 'x'));
+  EXPECT_EQ(log.trailer(), std::string(6, 'x'));
+  log.set_output_file_name("short");
+  log.set_trailer("");
+  EXPECT_STREQ(log.output_file_name(), "short");
+  EXPECT_STREQ(log.trailer(), "");
+  log.set_syslog_hostname(nullptr);
+  EXPECT_STREQ(log.syslog_hostname(), "");
+}
+
+// --- The one object and its macros.
+
+TEST(LogTest, ThereIsOneObjectForAllThreads) {
+  std::vector<std::thread> threads;
+  std::vector<Log*> found(8);
+  for (size_t i = 0; i < found.size(); ++i) {
+    threads.emplace_back([&found, i] { found[i] = Log::GetInstance(); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (Log* log : found) EXPECT_EQ(log, Log::GetInstance());
+  EXPECT_NE(Log::GetInstance(), nullptr);
+}
+
+// What the work writes to standard output.
+template <typename Work>
+std::string printed(Work work) {
+  testing::internal::CaptureStdout();
+  work();
+  return testing::internal::GetCapturedStdout();
+}
+
+// The lines, with every digit of their stamps as 0.
+std::string without_stamps(const std::string& text) {
+  std::istringstream lines(text);
+  std::string line;
+  std::string result;
+  while (std::getline(lines, line)) {
+    for (size_t i = 0; i < 23 && i < line.size(); ++i) {
+      if (std::isdigit(static_cast<unsigned char>(line[i]))) line[i] = '0';
+    }
+    result += line + "\n";
+  }
+  return result;
+}
+
+std::string expect(char letter, int line, const std::string& message) {
+  return "0000-00-00 00:00:00.000:" + std::string(1, letter) + ":" +
+         std::to_string(Thread::Identify()) + ":write_all:" + std::to_string(line) + " - " +
+         message + "\n";
+}
+
+int write_all_line;
+void write_all() {
+  const unsigned char bytes[] = {0x00, 0x9A, 0xFF};
+  write_all_line = __LINE__;
+  LOG_TRACE("first %d");
+  LOG_DEBUG("second");
+  LOG_INFO("third");
+  LOG_WARN("fourth");
+  LOG_ERROR("fifth");
+  LOG_FATAL("sixth");
+  LOG_TRACE_F("format %d", 7);
+  LOG_DEBUG_F("plain");
+  LOG_INFO_F("%s", "text");
+  LOG_WARN_F("%c", 'c');
+  LOG_ERROR_F("%%");
+  LOG_FATAL_F("%03d", 5);
+  LOG_TRACE_H("hex ", bytes, sizeof(bytes));
+  LOG_INFO_H("", bytes, 2);
+  LOG_WARN_H("hex ", bytes, 1);
+  LOG_ERROR_H("none", bytes, 0);
+  LOG_FATAL_H("none", nullptr, 0);
+}
+
+TEST(LogTest, WithTheDefaultsEveryMacroWritesItsLineToStandardOutput) {
+  const std::string text = printed(write_all);
+  const int line = write_all_line;
+  const std::string expected = expect('T', line + 1, "first %d") + expect('D', line + 2, "second") +
+                               expect('I', line + 3, "third") + expect('W', line + 4, "fourth") +
+                               expect('E', line + 5, "fifth") + expect('F', line + 6, "sixth") +
+                               expect('T', line + 7, "format 7") + expect('D', line + 8, "plain") +
+                               expect('I', line + 9, "text") + expect('W', line + 10, "c") +
+                               expect('E', line + 11, "%") + expect('F', line + 12, "005") +
+                               expect('T', line + 13, "hex 009AFF") +
+                               expect('I', line + 14, "009A") + expect('W', line + 15, "hex 00") +
+                               expect('E', line + 16, "none") + expect('F', line + 17, "none");
+  EXPECT_EQ(without_stamps(text), expected);
+}
+
+TEST(LogTest, TheStampIsTheLocalTimeNow) {
+  OpenLog log;
+  log.set_outputs(Log::LO_NULL);
+  const time_t before = time(nullptr);
+  log.Write(Log::LL_INFO, kPlace, "x");
+  const time_t after = time(nullptr);
+  tm stamp = {};
+  stamp.tm_isdst = -1;
+  ASSERT_EQ(sscanf(log.output_, "%d-%d-%d %d:%d:%d", &stamp.tm_year, &stamp.tm_mon, &stamp.tm_mday,
+                   &stamp.tm_hour, &stamp.tm_min, &stamp.tm_sec),
+            6);
+  stamp.tm_year -= 1900;
+  stamp.tm_mon -= 1;
+  const time_t written = mktime(&stamp);
+  EXPECT_GE(written, before);
+  EXPECT_LE(written, after);
+}
+
+TEST(LogTest, ALineGoesOnlyToAnOutputThatIsWantedAndOpen) {
+  OpenLog log;
+  EXPECT_NE(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  log.set_outputs(Log::LO_ALL & ~Log::LO_CONSOLE);
+  EXPECT_EQ(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  log.set_outputs(Log::LO_CONSOLE);
+  EXPECT_NE(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  log.output_console_opened_ = false;
+  EXPECT_EQ(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+}
+
+// --- The gate.
+
+// The test holds the lock: a write that took it would never come back.
+TEST_F(LogLineTest, ALineBelowTheLevelTouchesNeitherBufferNorLockNorOutputs) {
+  log_.set_level(Log::LL_WARN);
+  log_.Write(Log::LL_WARN, kPlace, "kept");
+  log_.set_outputs(Log::LO_ALL);
+  const std::string kept = line_of(log_);
+  const std::string text = printed([&] {
+    MutexLock lock(&log_.mutex_);
+    for (Log::Levels level : {Log::LL_TRACE, Log::LL_DEBUG, Log::LL_INFO}) {
+      log_.Write(level, kPlace, "x");
+      log_.WriteF(level, kPlace, "%s", "x");
+      log_.WriteH(level, kPlace, "x", "x", 1);
+    }
+  });
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(line_of(log_), kept);
+  EXPECT_EQ(log_.output_level_, Log::LL_WARN);
+}
+
+TEST_F(LogLineTest, ALineOfTheLevelOrAbovePasses) {
+  log_.set_level(Log::LL_WARN);
+  for (Log::Levels level : {Log::LL_WARN, Log::LL_ERROR, Log::LL_FATAL}) {
+    const std::string message = "m" + std::to_string(level);
+    log_.Write(level, kPlace, message.c_str());
+    EXPECT_NE(line_of(log_).find(" - " + message + "\n"), std::string::npos);
+    EXPECT_EQ(log_.output_level_, level);
+  }
+}
+
+TEST_F(LogLineTest, OnlyTheLowFiveBitsOfAModuleNumberCount) {
+  const auto passes = [&](int module) {
+    log_.output_[0] = 0;
+    log_.Write(Log::LL_INFO, Log::LocationInfo("f", "m", 1, module), "x");
+    return log_.output_[0] != 0;
+  };
+  log_.set_modules(1);
+  EXPECT_TRUE(passes(0));
+  EXPECT_TRUE(passes(32));
+  EXPECT_FALSE(passes(1));
+  EXPECT_FALSE(passes(31));
+  EXPECT_FALSE(passes(33));
+  log_.set_modules(0x80000000);
+  EXPECT_TRUE(passes(31));
+  EXPECT_TRUE(passes(-1));
+  EXPECT_TRUE(passes(2147483647));
+  EXPECT_FALSE(passes(0));
+  log_.set_modules(255);
+  EXPECT_TRUE(passes(7));
+  EXPECT_FALSE(passes(8));
+  log_.set_modules(0);
+  EXPECT_FALSE(passes(0));
+}
+
+TEST_F(LogLineTest, AStoppedLogDropsEveryLine) {
+  log_.stopped_ = true;
+  MutexLock lock(&log_.mutex_);
+  log_.Write(Log::LL_FATAL, kPlace, "x");
+  log_.WriteF(Log::LL_FATAL, kPlace, "%s", "x");
+  log_.WriteH(Log::LL_FATAL, kPlace, "x", "x", 1);
+  EXPECT_EQ(line_of(log_), "");
+}
+
+// --- Lines at their limits.
+
+TEST_F(LogLineTest, ThePrefixHasTheLengthOfItsParts) {
+  log_.Write(Log::LL_INFO, place(60), "x");
+  EXPECT_EQ(line_of(log_).substr(57), " - x\n");
+}
+
+TEST_F(LogLineTest, ALineThatJustFitsKeepsItsTrailer) {
+  log_.Write(Log::LL_INFO, place(60), std::string(963, 'x').c_str());
+  EXPECT_EQ(line_of(log_).size(), 1024u);
+  EXPECT_EQ(line_of(log_).substr(60), std::string(963, 'x') + "\n");
+}
+
+TEST_F(LogLineTest, ALineThatReachesTheLimitLosesItsTrailer) {
+  for (size_t length : {964, 965, 1023, 1024, 1025, 100000}) {
+    log_.Write(Log::LL_INFO, place(60), std::string(length, 'x').c_str());
+    EXPECT_EQ(line_of(log_).size(), 1024u) << length;
+    EXPECT_EQ(line_of(log_).substr(60), std::string(964, 'x')) << length;
+  }
+}
+
+TEST_F(LogLineTest, ATrailerIsCutAtTheLimit) {
+  log_.set_trailer("123456");
+  log_.Write(Log::LL_INFO, place(60), std::string(958, 'x').c_str());
+  EXPECT_EQ(line_of(log_).substr(60), std::string(958, 'x') + "123456");
+  log_.Write(Log::LL_INFO, place(60), std::string(960, 'x').c_str());
+  EXPECT_EQ(line_of(log_).substr(60), std::string(960, 'x') + "1234");
+}
+
+TEST_F(LogLineTest, AFormattedTextThatIsCutKeepsTheTrailersFirstCharacter) {
+  for (const char* trailer : {"\n", "\r\n", "123456"}) {
+    log_.set_trailer(trailer);
+    for (size_t length : {963, 964, 5000}) {
+      log_.WriteF(Log::LL_INFO, place(60), "%s", std::string(length, 'x').c_str());
+      EXPECT_EQ(line_of(log_).size(), 1024u) << length;
+      EXPECT_EQ(line_of(log_).substr(60), std::string(963, 'x') + trailer[0]) << length;
+    }
+  }
+}
+
+TEST_F(LogLineTest, AFormattedTextThatFitsKeepsItsTrailer) {
+  log_.set_trailer("\r\n");
+  log_.WriteF(Log::LL_INFO, place(60), "%s", std::string(962, 'x').c_str());
+  EXPECT_EQ(line_of(log_).substr(60), std::string(962, 'x') + "\r\n");
+  log_.WriteF(Log::LL_INFO, place(60), "%s%d", "a", -1);
+  EXPECT_EQ(line_of(log_).substr(60), "a-1\r\n");
+}
+
+// Bytes of a pattern, and their text.
+std::string some_bytes(size_t count) {
+  std::string bytes(count, '\0');
+  for (size_t i = 0; i < count; ++i) bytes[i] = static_cast<char>(i * 37 + 11);
+  return bytes;
+}
+std::string hex_text(const std::string& bytes) {
+  std::string text;
+  for (char c : bytes) {
+    const unsigned byte = static_cast<unsigned char>(c);
+    text += "0123456789ABCDEF"[byte / 16];
+    text += "0123456789ABCDEF"[byte % 16];
+  }
+  return text;
+}
+
+TEST_F(LogLineTest, ADumpShowsTheBytesThatFit) {
+  const std::string bytes = some_bytes(1000);
+  log_.WriteH(Log::LL_INFO, place(50), "0123456789", bytes.data(), bytes.size());
+  // (1024 - 60 - 1) / 2 = 481
+  EXPECT_EQ(line_of(log_).substr(50), "0123456789" + hex_text(bytes.substr(0, 481)) + "\n");
+  EXPECT_EQ(line_of(log_).size(), 1023u);
+}
+
+TEST_F(LogLineTest, ADumpLeavesRoomForTheWholeTrailer) {
+  const std::string bytes = some_bytes(1000);
+  log_.set_trailer("123456");
+  log_.WriteH(Log::LL_INFO, place(60), "", bytes.data(), bytes.size());
+  // (1024 - 60 - 6) / 2 = 479
+  EXPECT_EQ(line_of(log_).substr(60), hex_text(bytes.substr(0, 479)) + "123456");
+  EXPECT_EQ(line_of(log_).size(), 1024u);
+}
+
+TEST_F(LogLineTest, ADumpShowsNoMoreThanItsLength) {
+  const std::string bytes = some_bytes(16);
+  log_.WriteH(Log::LL_INFO, place(60), "m:", bytes.data(), 3);
+  EXPECT_EQ(line_of(log_).substr(60), "m:" + hex_text(bytes.substr(0, 3)) + "\n");
+}
+
+TEST_F(LogLineTest, ADumpOfNoBytesIsItsMessage) {
+  log_.WriteH(Log::LL_INFO, place(60), "message", "bytes", 0);
+  EXPECT_EQ(line_of(log_).substr(60), "message\n");
+  log_.WriteH(Log::LL_INFO, place(60), "message", nullptr, 0);
+  EXPECT_EQ(line_of(log_).substr(60), "message\n");
+}
+
+TEST_F(LogLineTest, ADumpBehindAMessageThatFillsTheLineShowsNoByte) {
+  const std::string bytes = some_bytes(8);
+  // Characters of the message, bytes shown, and whether the trailer still fits.
+  const struct {
+    size_t message;
+    size_t shown;
+    bool trailer;
+  } rows[] = {{960, 1, true},  {961, 1, true},  {962, 0, true},  {963, 0, true},
+              {964, 0, false}, {965, 0, false}, {5000, 0, false}};
+  for (const auto& row : rows) {
+    log_.WriteH(Log::LL_INFO, place(60), std::string(row.message, 'x').c_str(), bytes.data(), 8);
+    const size_t kept = row.message < 964 ? row.message : 964;
+    EXPECT_EQ(
+        line_of(log_).substr(60),
+        std::string(kept, 'x') + hex_text(bytes.substr(0, row.shown)) + (row.trailer ? "\n" : ""))
+        << row.message;
+  }
+}
+
+TEST_F(LogLineTest, AnOverlongFunctionNameLeavesNoRoomForMore) {
+  const std::string method(5000, 'm');
+  const Log::LocationInfo place("f", method.c_str(), 1, 0);
+  log_.Write(Log::LL_INFO, place, "xyz");
+  EXPECT_EQ(line_of(log_).size(), 1024u);
+  EXPECT_EQ(line_of(log_).substr(1021), "mmx");
+  log_.WriteF(Log::LL_INFO, place, "%s", "xyz");
+  EXPECT_EQ(line_of(log_).substr(1021), "mm\n");
+  log_.WriteH(Log::LL_INFO, place, "xyz", "x", 1);
+  EXPECT_EQ(line_of(log_).substr(1021), "mmx");
+  log_.WriteH(Log::LL_INFO, place, "", "x", 1);
+  EXPECT_EQ(line_of(log_).substr(1021), "mm\n");
+}
+
+TEST_F(LogLineTest, MissingTextsAreEmpty) {
+  log_.Write(Log::LL_INFO, Log::LocationInfo(nullptr, nullptr, -5, 0), nullptr);
+  EXPECT_EQ(line_of(log_).substr(23), ":I:" + thread_ + "::-5 - \n");
+  log_.WriteH(Log::LL_INFO, Log::LocationInfo(nullptr, nullptr, 0, 0), nullptr, "a", 1);
+  EXPECT_EQ(line_of(log_).substr(23), ":I:" + thread_ + "::0 - 61\n");
+}
+
+TEST_F(LogLineTest, ALevelThatIsNoneHasNoLetter) {
+  log_.Write(Log::LL_LEVELS, kPlace, "x");
+  EXPECT_EQ(line_of(log_).substr(23, 3), ":?:");
+  log_.Write(static_cast<Log::Levels>(7), kPlace, "x");
+  EXPECT_EQ(line_of(log_).substr(23, 3), ":?:");
+}
+
+TEST_F(LogLineTest, EveryByteOfAMessageGoesOutAsItIs) {
+  std::string all;
+  for (int i = 1; i < 256; ++i) all += static_cast<char>(i);
+  log_.Write(Log::LL_INFO, place(60), all.c_str());
+  EXPECT_EQ(line_of(log_).substr(60), all + "\n");
+  log_.WriteF(Log::LL_INFO, place(60), "%s", all.c_str());
+  EXPECT_EQ(line_of(log_).substr(60), all + "\n");
+}
+
+TEST_F(LogLineTest, AReadyTextIsNoFormat) {
+  log_.Write(Log::LL_INFO, place(60), "%s%n%d");
+  EXPECT_EQ(line_of(log_).substr(60), "%s%n%d\n");
+}
+
+}  // namespace
