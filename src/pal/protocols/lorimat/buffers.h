@@ -1,0 +1,73 @@
+// Copies into the translator's fixed buffers. Every one knows the size of its
+// destination, cuts what does not fit, and closes the text with NUL. A size of 0 writes
+// nothing.
+#pragma once
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+
+// The length of a text in a row that may be full and then has no closing NUL.
+inline size_t row_length(const char* row, size_t size) {
+  const void* nul = std::memchr(row, 0, size);
+  return nul ? static_cast<size_t>(static_cast<const char*>(nul) - row) : size;
+}
+
+// Copies length bytes of source.
+inline void copy_bytes(char* dest, size_t size, const char* source, size_t length) {
+  if (size == 0) return;
+  if (length > size - 1) length = size - 1;
+  std::memmove(dest, source, length);
+  dest[length] = 0;
+}
+
+inline void copy_text(char* dest, size_t size, const char* source) {
+  copy_bytes(dest, size, source, std::strlen(source));
+}
+
+inline void append_bytes(char* dest, size_t size, const char* source, size_t length) {
+  const size_t used = row_length(dest, size);
+  if (used < size) copy_bytes(dest + used, size - used, source, length);
+}
+
+inline void append_text(char* dest, size_t size, const char* source) {
+  append_bytes(dest, size, source, std::strlen(source));
+}
+
+// Appends a row of a table, which may be full.
+template <size_t N>
+void append_row(char* dest, size_t size, const char (&row)[N]) {
+  append_bytes(dest, size, row, row_length(row, N));
+}
+
+#if defined(__GNUC__)
+__attribute__((format(printf, 3, 4)))
+#endif
+inline void
+append_format(char* dest, size_t size, const char* format, ...) {
+  const size_t used = row_length(dest, size);
+  if (used >= size) return;
+  va_list arguments;
+  va_start(arguments, format);
+  if (std::vsnprintf(dest + used, size - used, format, arguments) < 0) dest[used] = 0;
+  va_end(arguments);
+}
+
+// The same for arrays, whose size the compiler knows.
+template <size_t N>
+void copy_text(char (&dest)[N], const char* source) {
+  copy_text(dest, N, source);
+}
+template <size_t N>
+void append_text(char (&dest)[N], const char* source) {
+  append_text(dest, N, source);
+}
+
+// Stores a text into a row of a table: a text that fills the row has no closing NUL.
+template <size_t N>
+void store_row(char (&row)[N], const char* source) {
+  const size_t length = std::strlen(source);
+  std::memset(row, 0, N);
+  std::memcpy(row, source, length < N ? length : N);
+}

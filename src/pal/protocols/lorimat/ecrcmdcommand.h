@@ -1,0 +1,270 @@
+// EcrCmdCommand: the handlers of the command language, one for each command. A handler
+// reads its fields from szCampi, converts them, calls the device client and returns 0
+// or a result code. The members are spread over the folders by job: device, receipt,
+// program, read, report.
+#pragma once
+
+#include "managermachine/filesettable.h"
+#include "pal/protocols/lorimat/ecrcmdinterpreter.h"
+
+struct Adjustment;
+struct ClientText;
+struct DepartmentRecord;
+struct DeviceOption;
+struct DocumentReference;
+struct GroupRecord;
+struct JournalSelection;
+struct KeyRecord;
+struct PrintingTwin;
+struct ReportRequest;
+struct SubtenderRecord;
+struct WorkStateLine;
+
+class EcrCmdCommand : public EcrCmdInterpreter {
+ public:
+  EcrCmdCommand();
+  // filesettable takes the names of report and export files; it stays the caller's.
+  explicit EcrCmdCommand(FileSettable* filesettable);
+  ~EcrCmdCommand() override;
+
+  // Sleeps while the device is busy, 60 seconds at most, in steps of 150 milliseconds.
+  void WaitIdle() override;
+  int Trad_PROG() override;
+  int Trad_LEGGI() override;
+  int Trad_IDLE() override;
+  int Trad_SELEZ() override;
+  int Trad_CLEAR() override;
+  int Trad_INP() override;
+  int Trad_CHIU() override;
+  int Trad_SCONTO() override;
+  int Trad_MAGGIORAZIONE() override;
+  int Trad_VIS() override;
+  int Trad_CHIAVE() override;
+  int Trad_PERCA() override;
+  int Trad_PERCB() override;
+  int Trad_SUBT() override;
+  int Trad_CORT() override;
+  int Trad_PRMSG() override;
+  int Trad_ALLEG() override;
+  int Trad_NOFIS() override;
+  int Trad_FATTURA() override;
+  int Trad_NOTACRED() override;
+  int Trad_AZZGIO() override;
+  int Trad_SETCOM() override;
+  int Trad_SLAVE() override;
+  int Trad_EMLINK() override;
+  int Trad_PREP() override;
+  int Trad_PPLU() override;
+  int Trad_PIVA() override;
+  int Trad_PINT() override;
+  int Trad_PMOD() override;
+  int Trad_POPZ() override;
+  int Trad_PVAL() override;
+  int Trad_PGRU() override;
+  int Trad_PSTEN() override;
+  int Trad_PCONV() override;
+  int Trad_PPFATT() override;
+  int Trad_POPER() override;
+  int Trad_PTAST() override;
+  int Trad_PTASTA() override;
+  int Trad_PINIEM() override;
+  int Trad_PSYSF() override;
+  int Trad_LDGRAF() override;
+  int Trad_SETP() override;
+  int Trad_CHIPC() override;
+  int Trad_GETP() override;
+  int Trad_PPLUEM() override;
+  int Trad_POFFEM() override;
+  int Trad_TAVOLO() override;
+  int Trad_REPORT() override;
+  int Trad_FUEL() override;
+  int Trad_INFO() override;
+  int Trad_RTEJ() override;
+  int Trad_DGFE() override;
+  int Trad_CHKSUB() override;
+  int Trad_IOCONTO() override;
+  int Trad_RESPRN() override;
+  int Trad_SCOSIC() override;
+  int Trad_SCOBMP() override;
+  int Trad_DIRECTIO() override;
+  int Trad_DOCANNULLO() override;
+  int Trad_FIRMWAREUPD() override;
+  int Trad_ZREPORTEMAIL() override;
+  int Trad_ENDPROG() override;
+  int Trad_VEND() override;
+  int Trad_SENDLOTT() override;
+  int Trad_SAVELOTT() override;
+
+  // --- Initialisation and numeric access to the device (device/init.cpp)
+
+  // Writes the default messages, reads the registry and the definition file, takes over
+  // the client and, with readEcrConf, reads the device's configuration. Returns 0, or 2
+  // when the definition file cannot be read; then there is no new client.
+  int TradInit(char* szNomeFileIni, int iOpzioni, RtfClientInterface* rtfClient,
+               bool readEcrConf);
+  // Fills the record of iCurEcrNum. A valid record is kept unless bit 0 of iFlags is
+  // set. Always 0: what the device refuses stays empty or 0.
+  int GetEcrConf(int iFlags);
+  // A data item as a number; "." and "," are dropped. A failure leaves *value alone.
+  int getDataInternal(int dataitem, long* value);
+  int setDataInternal(int dataitem, long value);
+  // A value of the client's GetData as a number; *value is 0 after a failure.
+  int getData(long dataitem, long optArgs, long* value);
+
+  // --- Configuration queries (device/queries.cpp)
+  long GetEcrConfVal(long IdVal);
+  // The text stays the translator's, until the next call; null when there is none.
+  char* GetEcrConfStr(long IdStr);
+
+  // The answer of one selector of Trad_INFO into szInfo, and its longer pieces. Each gives
+  // 0, a client result or a result code.
+  int read_info(int selector);
+  int read_info_item(int item);
+  int read_info_date(int date_type);
+  int read_long_status();
+  int read_pending_documents();
+
+  // --- Status (device/status.cpp)
+
+  // Reads the state words. Returns 0 or 265.
+  int UpdateStatus();
+  // The same, then appends the extended status to szInfo, 12 hexadecimal digits.
+  int UpdateStatusEx();
+  // Writes the status line into szInfo. Returns a code that has passed checkResult.
+  int status_offline();
+  // The number of the last document, four digits, or eight with the closure's number on
+  // a commissioned device. szAUX1 takes 50 characters.
+  int lastsco(char* szAUX1);
+
+  // --- Sale (receipt/sale.cpp)
+
+  // A deposit line or, with buonoMonouso, a single-use voucher line; reads fields 2 and
+  // 14. price in ten-thousandths. Returns the client's result, unmapped.
+  int PrintRecRedeem(const char* description, long price, int vatInfo, bool buonoMonouso,
+                     bool preline, bool void_item, int departmentInfo);
+
+  // --- Adjustments, documents, printing (receipt/adjustments.cpp, documents.cpp,
+  // printing.cpp)
+
+  // The one shape of the four adjustments.
+  int adjust(const Adjustment& adjustment);
+  // Reads the reference of a refund or cancel document; 0 or 266.
+  int take_reference(DocumentReference& reference);
+  // The pieces that an attachment and a non-fiscal line share. print_line gives the client's
+  // result.
+  int print_line(const PrintingTwin& twin, const char* text);
+  int print_barcode(const PrintingTwin& twin, int cut_mode);
+  int print_logo(const PrintingTwin& twin, int cut_mode);
+
+  // --- Payment and key input (receipt/payment.cpp)
+
+  // Opens the drawer when the receipt was settled and the device asks for it.
+  void open_drawer_at_end();
+  // The keys that open and close a transaction, and all keys without a road of their own.
+  int open_by_key();
+  int close_by_key();
+  int play_key(uint8_t key_code_terminator);
+
+  // --- Reports and journal (report/reports.cpp, report/journal.cpp)
+
+  // Waits while the device is at a report, 120 seconds at most, in steps of 500
+  // milliseconds, and returns res. A res other than 0 is returned at once.
+  int PollReportState(int res);
+  // The day closing with its wait; a result code.
+  int close_day();
+  // Takes the report file's name, cut to what szFileReportOut holds, and hands it to
+  // filesettable_, in lower case if wanted.
+  void take_report_file(int field, bool lower_case);
+  int print_reading(const ReportRequest& request);
+  int print_fiscal_report(const ReportRequest& request);
+  // The two halves of a journal selection; 0 or the code of a refusal.
+  int take_journal_period(JournalSelection& selection);
+  int take_journal_documents(JournalSelection& selection);
+
+  // --- Records of the device's tables (program/device_records.cpp)
+
+  // One call reads a record of the device or, with write, writes it. Each gives the client's
+  // result, unmapped; texts come back closed and cut to the length of their contract.
+  int config_department(bool write, int dep_id, DepartmentRecord& record);
+  int config_department_ex(bool write, int dep_id, DepartmentRecord& record);
+  int config_group(bool write, int index, GroupRecord& record);
+  int config_subtender(bool write, int subtender_id, SubtenderRecord& record);
+  // The low 8 bits of key_pos travel.
+  int config_keyboard(bool write, int key_pos, KeyRecord& record);
+  // How many records a table has, by its data item. What cannot be read is 0.
+  int read_capacity(int dataitem);
+  // Turns the key of the device, "1" to "4"; what the device says to it is dropped.
+  void turn_key(const char* position);
+
+  // --- Reading tables (read/)
+
+  // The readers. Each writes the lines of one table to hFileOut and returns 0 or a result
+  // code; what was written before a failure stays. szLinea takes kRecordLineSize characters
+  // (read/record_line.h). bList asks for numbers in place of words. The fields of the line
+  // in hand are overwritten.
+  int LeggiREP(fs_file_t* hFileOut, char* szLinea, bool bList, bool extended);
+  int LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiINT(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiSTEN(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiOPE(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiOPZ(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiKEY(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiTOTG(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiTOTREP(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiTOTPLU(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiTOTOPE(fs_file_t* hFileOut, char* szLinea, bool bList);
+  int LeggiWS(fs_file_t* hFileOut, char* szLinea, bool bList);
+
+  // One option from the device, into *number or *text by its form; whether it was read.
+  bool read_option(const DeviceOption& option, long* number, ClientText* text);
+  // The line of one key, unless its code is one of those that keep their places.
+  void write_key(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
+                 const KeyRecord& record, const char* keyboard_type);
+
+  // A totalizer of the device (RTF_FPTR_TT_*, RTF_FPTR_GT_*) in digits, ten at least, with
+  // zeros in front: an amount in cents, or with counter the number as it is. data takes 32
+  // characters. Returns the client's result, unmapped; after a failure data is as it was.
+  int GetTotalizerExtendInternal(int vatID, int totalizerType, int totalizer, char* data,
+                                 bool counter);
+  // Total and count of a counter, ten and six digits at least; both are -1 for a counter
+  // that does not exist. The texts take 32 characters. Returns 0 or a result code, and then
+  // they are as they were.
+  int getCounter(int counter, char* szTOT, char* szCNT);
+
+  // The pieces of the work state: blocks of records, their values, and the end of a record.
+  // szAUX1 holds the total read last.
+  void write_date_record(WorkStateLine& line);
+  int write_vat_records(WorkStateLine& line);
+  int write_grid_records(WorkStateLine& line, char (&szAUX1)[32]);
+  int write_tax_records(WorkStateLine& line, char (&szAUX1)[32]);
+  void write_department_records(WorkStateLine& line, char (&szAUX1)[32]);
+  int write_counter_records(WorkStateLine& line);
+  int read_totalizer(int vatID, int totalizer, char* szAUX1);
+  void put_value(WorkStateLine& line, const char* text, int mode);
+  void put_number(WorkStateLine& line, int number);
+  void SubLeggiWS(WorkStateLine& line);
+
+  // --- Article exchange (read/article_link.cpp)
+
+  // Sends the lines of a file to the device as rows of the article table. Returns 0, 8193
+  // when rows were refused, 1280 when the device does not answer at the erase.
+  int EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr);
+  // Fetches rows into a file. Returns 0, the code of a refused row, or 1280.
+  int EM_DwnArt(fs_file_t* hFileOut, fs_file_t* hFileErr, bool bList);
+  // Empties the article table. Returns 0, also when the device refuses, or 1280.
+  int erase_articles(int table);
+  // The fields of the line into the link's members.
+  void take_link_fields();
+  // Opens the data file for the direction at hand.
+  bool open_link_file(fs_file_t* file);
+  // Writes a value of an output record, quoted in mode 2, with the separator behind it, as
+  // the edit options say. dest takes twice the text's length plus 4 characters. Returns the
+  // place of the closing NUL.
+  char* EditEMOut(char* dest, const char* text, int mode);
+  // Copies length characters and closes them with NUL. Returns the place of the NUL.
+  char* Dimpacc(char* dest, const char* text, int length);
+
+  FileSettable* filesettable_;
+  bool LotteryCodeDetect_;  // the lottery key was played, the next key carries a code
+};

@@ -1,0 +1,317 @@
+// The tokenisers of a cleaned line: command word, fields, operands of "@" lines, symbols
+// and key sequences. Words are looked up in the tables that the definition file filled.
+// Results are 0 or the index of a class 1 message.
+
+#include <algorithm>
+
+#include "pal/protocols/lorimat/ascii.h"
+#include "pal/protocols/lorimat/buffers.h"
+#include "pal/protocols/lorimat/ecrcmdinterpreter.h"
+#include "pal/protocols/lorimat/front/messages.h"
+#include "pal/protocols/lorimat/lorimatutility.h"
+
+namespace {
+
+constexpr size_t kLongestCommandWord = 16;
+
+// The number of "#" and digits; 0 for any other word, and for one too long to be a row.
+int hash_number(const char* word, size_t length) {
+  if (length < 2 || length > kLongestCommandWord || word[0] != '#') return 0;
+  int64_t number = 0;
+  for (size_t i = 1; i < length; ++i) {
+    if (!is_digit(word[i])) return 0;
+    number = number * 10 + (word[i] - '0');
+  }
+  return number > INT_MAX ? 0 : static_cast<int>(number);
+}
+
+// Whether a name and a word are the same over the shorter of the two, ignoring case.
+// *compared receives that length.
+bool matches(const char* name, const char* word, size_t word_length, size_t* compared) {
+  *compared = std::min(std::strlen(name), word_length);
+  return name[0] != 0 && same_ignoring_case(name, word, *compared);
+}
+
+bool quote_follows(const char* text, char quote) {
+  return *text != 0 && std::strchr(text, quote) != nullptr;
+}
+
+// Opcode ids come from the definition file, and some lie outside the field tables: such a
+// command has no fields.
+bool has_fields(int opcode) { return opcode >= 0 && opcode < MAXOPCOD; }
+
+}  // namespace
+
+int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
+  *iOpCod = 0;
+  const char* word = szLinea + *iPunt - 1;
+  size_t length = std::strcspn(word, " \t");
+  *iPunt += static_cast<int>(length);
+  if (word[length] != 0) {
+    ++*iPunt;
+    lorimatutility::SkipSpace(szLinea, iPunt);
+  }
+  length = std::min(length, kLongestCommandWord);
+
+  const int number = hash_number(word, length);
+  if (number > 0 && number <= iTotOpCodes) {
+    *iOpCod = number;
+    return 0;
+  }
+
+  int row = 1;
+  size_t longest = 0;
+  while (row < MAXOPCOD && !matches(szOpCodes[row], word, length, &longest)) ++row;
+  if (row == MAXOPCOD) return INSTRUCTION_NOT_FOUND;
+  int found = iIdOpCodes[row];
+  bool exact = std::strlen(szOpCodes[row]) == length;
+
+  // The order of the rows counts: an exact name behind two abbreviations comes too late.
+  for (++row; row < MAXOPCOD; ++row) {
+    size_t compared = 0;
+    if (!matches(szOpCodes[row], word, length, &compared) || compared < longest) continue;
+    if (exact) {
+      if (std::strlen(szOpCodes[row]) == length) return INSTRUCTION_NOT_UNIC;
+      continue;
+    }
+    if (std::strlen(szOpCodes[row]) != length) return INSTRUCTION_NOT_UNIC;
+    exact = true;
+    longest = compared;
+    found = iIdOpCodes[row];
+  }
+  *iOpCod = found;
+  return 0;
+}
+
+int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
+  static char key[MAXSIMBLN + 1];
+  static char value[MAXVALLN + 1];
+  for (int field = 1; field <= MAXCAMPI; ++field) szCampi[field][0] = 0;
+
+  while (szLinea[*iPunt - 1] != 0) {
+    bool quoted = false;
+    int number = 0;
+    int result = GetOper(szLinea, iPunt, key, value, &quoted);
+    if (result == 0) result = GetNumOper(iOpCod, key, &number);
+    // A definition file may bind a name to a number that is no field.
+    if (result == 0 && (number < 1 || number > MAXCAMPI)) result = FIELD_NAME_NOT_FOUND;
+    if (result != 0) return result;
+    copy_text(szCampi[number], value);
+    bCampiA[number] = quoted;
+  }
+
+  if (!has_fields(iOpCod)) return 0;
+  for (int row = 1; row <= MAXCAMPI; ++row) {
+    // By field row against field number, whatever number the row has: meant.
+    if (bObl[iOpCod][row] && szCampi[row][0] == 0) return CAMPO_OBBLIGATORIO;
+  }
+  return 0;
+}
+
+int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szVal,
+                               bool* bAlfa) {
+  size_t key_length = 0;
+  size_t value_length = 0;
+  bool in_quotes = false;
+  bool seen_equals = false;
+  *bAlfa = false;
+  szKey[0] = 0;
+  szVal[0] = 0;
+  lorimatutility::SkipSpace(szLinea, iPunt);
+  if (szLinea[*iPunt - 1] == 0) return UNEXPECTED_END_OF_LINE;
+
+  while (szLinea[*iPunt - 1] != 0) {
+    const char* place = szLinea + *iPunt - 1;
+    bool store = true;
+    if (*place == cChQuote) {
+      if (!seen_equals) return ILLEGAL_FIELD_NAME;
+      if (!in_quotes) {
+        if (value_length > 0 || !quote_follows(place + 1, cChQuote)) return ALFA_VALUE_INVALID;
+        in_quotes = true;
+        *bAlfa = true;
+        store = false;
+      } else if (place[1] == cChQuote) {
+        if (!quote_follows(place + 2, cChQuote)) return ALFA_VALUE_INVALID;
+        ++*iPunt;
+      } else {
+        in_quotes = false;
+        store = false;
+      }
+    } else if (!in_quotes && *place == '=') {
+      seen_equals = true;
+      ++*iPunt;
+      lorimatutility::SkipSpace(szLinea, iPunt);
+      continue;
+    } else if (!in_quotes && *place == ',') {
+      ++*iPunt;
+      lorimatutility::SkipSpace(szLinea, iPunt);
+      break;
+    }
+    if (store && seen_equals) {
+      if (value_length == MAXVALLN) return ILLEGAL_VALUE;
+      szVal[value_length++] = *place;
+      szVal[value_length] = 0;
+    } else if (store && key_length < MAXSIMBLN) {
+      szKey[key_length++] = *place;
+      szKey[key_length] = 0;
+    }
+    ++*iPunt;
+  }
+
+  lorimatutility::TogliSpaziD(szKey);
+  if (*bAlfa) return 0;
+  if (lorimatutility::TogliSpaziD(szVal) == 0) {
+    // A field named without a value is a true flag.
+    copy_text(szVal, MAXVALLN + 1, "VERO");
+    return 0;
+  }
+  if (!lorimatutility::SeNum(szVal)) {
+    int symbol = 0;
+    if (!TradSimb(szVal, &symbol)) return LABEL_VALUE_NOT_FOUND;
+    std::snprintf(szVal, MAXVALLN + 1, "%d", symbol);
+  }
+  return 0;
+}
+
+int EcrCmdInterpreter::GetNumOper(int iOpCod, char* szKey, int* iNum) {
+  *iNum = 0;
+  const size_t length = std::strlen(szKey);
+  const int rows = has_fields(iOpCod) ? std::min<int>(iNumOper[iOpCod], MAXCAMPI) : 0;
+  const int hash = hash_number(szKey, length);
+  if (hash > 0 && hash <= rows) {
+    *iNum = hash;
+    return 0;
+  }
+
+  int row = 1;
+  size_t longest = 0;
+  while (row <= rows && !matches(szKeyI[iOpCod][row], szKey, length, &longest)) ++row;
+  if (row > rows) return FIELD_NAME_NOT_FOUND;
+  const int found = iNCI[iOpCod][row];
+  *iNum = found;
+  if (std::strlen(szKeyI[iOpCod][row]) == length) return 0;
+
+  // Rows of the same number are aliases and never conflict.
+  for (++row; row <= rows; ++row) {
+    size_t compared = 0;
+    if (matches(szKeyI[iOpCod][row], szKey, length, &compared) && compared >= longest &&
+        iNCI[iOpCod][row] != found) {
+      break;
+    }
+  }
+  if (row > rows) return 0;
+  if (std::strlen(szKeyI[iOpCod][row]) == length) {
+    *iNum = iNCI[iOpCod][row];
+    return 0;
+  }
+  *iNum = 0;
+  return FIELD_NAME_NOT_UNIC;
+}
+
+int EcrCmdInterpreter::GetEMOper(char* szLinea, int* iPunt, char* szVal, bool* bAlfa) {
+  constexpr size_t kLongest = 255;  // what the callers' buffers hold
+  constexpr int kBadQuote = 2;
+  size_t length = 0;
+  bool in_quotes = false;
+  bool separated = false;
+  szVal[0] = 0;
+  lorimatutility::SkipSpace(szLinea, iPunt);
+  if (szLinea[*iPunt - 1] == 0) return UNEXPECTED_END_OF_LINE;
+  *bAlfa = false;
+
+  while (szLinea[*iPunt - 1] != 0) {
+    const char* place = szLinea + *iPunt - 1;
+    bool store = true;
+    if (*place == cChQuote) {
+      if (in_quotes && place[1] == cChQuote) {
+        if (!quote_follows(place + 2, cChQuote)) return kBadQuote;
+        ++*iPunt;
+      } else if (in_quotes) {
+        in_quotes = false;
+        store = false;
+      } else {
+        if (length > 0 || !quote_follows(place + 1, cChQuote)) return kBadQuote;
+        in_quotes = true;
+        *bAlfa = true;
+        store = false;
+      }
+    } else if (!in_quotes && *place == cChSep) {
+      ++*iPunt;
+      lorimatutility::SkipSpace(szLinea, iPunt);
+      separated = true;
+      break;
+    }
+    if (store && length < kLongest) {
+      szVal[length++] = *place;
+      szVal[length] = 0;
+    }
+    ++*iPunt;
+  }
+  if (separated) lorimatutility::TogliSpaziD(szVal);
+  return 0;
+}
+
+bool EcrCmdInterpreter::TradSimb(char* szIn, int* iVal) {
+  int length = 0;
+  const char* word = lorimatutility::TogliSpaziP(szIn, &length);
+  const size_t size = static_cast<size_t>(length);
+  for (int row = 1; row <= iTotSimb && row < MAXSIMB; ++row) {
+    if (std::strlen(szSimb[row]) == size && std::memcmp(szSimb[row], word, size) == 0) {
+      *iVal = iVSimb[row];
+      return true;
+    }
+  }
+  return false;
+}
+
+int EcrCmdInterpreter::GetMacro(char* szCampo, unsigned char* iMacro) {
+  constexpr size_t kTokenSize = 32;
+  constexpr int kMostKeys = 99;
+  int keys = 0;
+  int place = 1;
+  lorimatutility::SkipSpace(szCampo, &place);
+  while (szCampo[place - 1] != 0) {
+    const char* word = szCampo + place - 1;
+    const size_t length = std::strcspn(word, " ");
+    if (length >= kTokenSize) return -1;
+    // A key that no blank ends is not stored.
+    if (word[length] == 0) break;
+    char token[kTokenSize];
+    copy_bytes(token, sizeof token, word, length);
+    int value = 0;
+    if (lorimatutility::SeNum(token)) {
+      value = text_to_int(token);
+    } else if (!TradSimb(token, &value)) {
+      return -1;
+    }
+    if (value > 255) return -1;
+    iMacro[keys++] = static_cast<unsigned char>(value);
+    if (keys > kMostKeys) return -2;
+    place += static_cast<int>(length);
+    lorimatutility::SkipSpace(szCampo, &place);
+  }
+  return keys;
+}
+
+char* EcrCmdInterpreter::EditAlfa(char* szDest, char* sIn, int iLnIn) {
+  *szDest++ = cChQuote;
+  for (int i = 0; i < iLnIn; ++i) {
+    if (sIn[i] == cChQuote) *szDest++ = cChQuote;
+    *szDest++ = sIn[i];
+  }
+  *szDest++ = cChQuote;
+  *szDest = 0;
+  return szDest;
+}
+
+char* EcrCmdInterpreter::LdNomeCampo(char* szLinea, char* szNome, int iNum, bool bModo) {
+  char name[16];
+  if (bModo) {
+    std::snprintf(name, sizeof name, "#%d", iNum);
+  } else {
+    copy_text(name, szNome);
+  }
+  char* end = szLinea + std::strlen(szLinea);
+  std::memcpy(end, name, std::strlen(name) + 1);
+  return szLinea;
+}

@@ -1,0 +1,261 @@
+// The work state: a snapshot of the device's totals as a file of numbered records, which a
+// host takes as its feed of the day. A record is its number and its values with separators
+// between, and no command of the language. The numbers are a contract with the hosts: they
+// are fixed by these tables, and do not rise along the file.
+//
+// A snapshot reads the device for every value, some four hundred calls, and keeps nothing.
+
+#include <iterator>
+
+#include "pal/protocols/lorimat/data_items.h"
+#include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/program/device_records.h"
+
+namespace {
+
+// Modes of EditEMOut.
+constexpr int kPlain = 0;
+constexpr int kQuoted = 2;
+
+// The VAT classes of the device, with the label that stands in place of a rate.
+struct VatClass {
+  int vat_info;
+  const char* vat_info_des;  // null for a class with a rate
+};
+
+constexpr VatClass kVatClasses[] = {
+    {0, "AL"},    {1, nullptr}, {2, nullptr}, {3, nullptr}, {4, nullptr},
+    {5, nullptr}, {6, nullptr}, {7, nullptr}, {8, nullptr}, {10, "ES"},
+    {20, "EE"},   {30, "NS"},   {40, "NI"},   {50, "RM"},   {60, "VI"},
+};
+constexpr int kVatClassCount = static_cast<int>(std::size(kVatClasses));
+
+// A row of the grid: one record for each VAT class, with a plain and a gross total.
+struct GridRow {
+  int totalizer_gross;
+  int totalizer;
+  int totalizer_base_index;  // number of the first record
+};
+
+constexpr GridRow kGrid[] = {
+    {RTF_FPTR_GT_VAT_CATEGORY_DAILY_GROSS, RTF_FPTR_GT_VAT_CATEGORY_DAILY, 1000},
+    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT_GROSS, RTF_FPTR_GT_VAT_CATEGORY_RECEIPT, 1250},
+    {RTF_FPTR_GT_VAT_CATEGORY_REFUND_GROSS, RTF_FPTR_GT_VAT_CATEGORY_REFUND, 1040},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE_GROSS, RTF_FPTR_GT_VAT_CATEGORY_INVOICE, 1060},
+    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL_GROSS, RTF_FPTR_GT_VAT_CATEGORY_CANCEL, 1300},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_GROSS, RTF_FPTR_GT_VAT_CATEGORY_SERVICES, 1400},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID_GROSS, RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID,
+     1420},
+    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID_GROSS, RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID, 1440},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID_GROSS, RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID,
+     1460},
+    {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID_GROSS,
+     RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID, 1480},
+    {RTF_FPTR_GT_VAT_CATEGORY_GIFT_GROSS, RTF_FPTR_GT_VAT_CATEGORY_GIFT, 1500},
+};
+
+// Numbers of the first record of a block.
+constexpr int kDateRecord = 1;
+constexpr int kTotalRecord = 2;
+constexpr int kCountRecord = 3;
+constexpr int kVatRecords = 900;
+constexpr int kTaxRecords = 1350;
+constexpr int kDepartmentRecords = 2000;
+constexpr int kCounterRecords = 3000;
+
+constexpr int kReceiptCounter = 31;
+
+// Where the parts of a date stand in the device's DDMMYYYYHHMM.
+constexpr int kDay = 0;
+constexpr int kMonth = 2;
+constexpr int kYear = 6;  // its last two digits
+constexpr int kHour = 8;
+constexpr int kMinute = 10;
+
+}  // namespace
+
+// The record under way. Its texts are written one behind the other.
+struct WorkStateLine {
+  fs_file_t* file;
+  char* szLinea;
+  char* pL;  // the write position
+
+  void put(char c) {
+    *pL++ = c;
+    *pL = 0;
+  }
+};
+
+void EcrCmdCommand::put_value(WorkStateLine& line, const char* text, int mode) {
+  line.pL = EditEMOut(line.pL, text, mode);
+}
+
+void EcrCmdCommand::put_number(WorkStateLine& line, int number) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%d", number);
+  put_value(line, text, kPlain);
+}
+
+void EcrCmdCommand::SubLeggiWS(WorkStateLine& line) {
+  // Without separators between the values the last character may belong to a text, and goes
+  // all the same when it is one: meant.
+  if (line.pL != line.szLinea && line.pL[-1] == cChSep) --line.pL;
+  *line.pL = 0;
+  SeqFileWrite(line.file, line.szLinea);
+  line.pL = line.szLinea;
+  *line.pL = 0;
+}
+
+int EcrCmdCommand::read_totalizer(int vatID, int totalizer, char* szAUX1) {
+  return GetTotalizerExtendInternal(vatID, RTF_FPTR_TT_DAY, totalizer, szAUX1, false);
+}
+
+void EcrCmdCommand::write_date_record(WorkStateLine& line) {
+  ClientText date;
+  static_cast<void>(RTF_FP_INVOKE(SetIntProperty, RTF_PIDXFptr_DateType, RTF_FPTR_DT_RTC));
+  static_cast<void>(RTF_FP_INVOKE(GetDate, date.buffer));
+  date.close();
+  const auto put_digits = [&](int place) {
+    // Of a short date as much as there is.
+    const char* digits = date.buffer + place;
+    line.pL = Dimpacc(line.pL, digits, static_cast<int>(row_length(digits, 2)));
+  };
+  const auto put_mark = [&](char mark) {
+    if (mark != 0) line.put(mark);
+  };
+  put_number(line, kDateRecord);
+  // The quotes stand here whatever the edit options say.
+  put_mark(cChQuote);
+  put_digits(kDay);
+  put_mark(cChDate);
+  put_digits(kMonth);
+  put_mark(cChDate);
+  put_digits(kYear);
+  put_mark(' ');
+  put_digits(kHour);
+  put_mark(cChTime);
+  put_digits(kMinute);
+  put_mark(cChQuote);
+  SubLeggiWS(line);
+}
+
+int EcrCmdCommand::write_vat_records(WorkStateLine& line) {
+  for (int i = 0; i < kVatClassCount; ++i) {
+    const VatClass& vat = kVatClasses[i];
+    put_number(line, kVatRecords + i);
+    if (vat.vat_info_des != nullptr) {
+      put_value(line, vat.vat_info_des, kPlain);
+    } else {
+      int aliquota = 0;
+      const int res = checkResult(RTF_FP_INVOKE(GetVatEntry, vat.vat_info, 0, &aliquota));
+      if (res != 0) return res;
+      char szTOT[64];
+      lorimatutility::NumToString(szTOT, aliquota, percentage_factor, false);
+      put_value(line, szTOT, kPlain);
+    }
+    SubLeggiWS(line);
+  }
+  return 0;
+}
+
+int EcrCmdCommand::write_grid_records(WorkStateLine& line, char (&szAUX1)[32]) {
+  // A class or kind that the device does not have reads as zero.
+  const auto read = [&](int vatID, int totalizer) {
+    const int result = read_totalizer(vatID, totalizer, szAUX1);
+    if (result != RTF_E_ILLEGAL) return result;
+    copy_text(szAUX1, "0000000000");
+    return 0;
+  };
+  for (const GridRow& row : kGrid) {
+    for (int i = 0; i < kVatClassCount; ++i) {
+      char szGROSSTOT[32];
+      int result = read(kVatClasses[i].vat_info, row.totalizer_gross);
+      if (result != 0) return checkResult(result);
+      copy_text(szGROSSTOT, szAUX1);
+      result = read(kVatClasses[i].vat_info, row.totalizer);
+      if (result != 0) return checkResult(result);
+      put_number(line, row.totalizer_base_index + i);
+      put_value(line, szAUX1, kPlain);
+      put_value(line, szGROSSTOT, kPlain);
+      SubLeggiWS(line);
+    }
+  }
+  return 0;
+}
+
+int EcrCmdCommand::write_tax_records(WorkStateLine& line, char (&szAUX1)[32]) {
+  for (int i = 0; i < kVatClassCount; ++i) {
+    const int result =
+        read_totalizer(kVatClasses[i].vat_info, RTF_FPTR_GT_VAT_CATEGORY_TAXALL, szAUX1);
+    if (result != 0) return checkResult(result);
+    put_number(line, kTaxRecords + i);
+    put_value(line, szAUX1, kPlain);
+    SubLeggiWS(line);
+  }
+  return 0;
+}
+
+void EcrCmdCommand::write_department_records(WorkStateLine& line, char (&szAUX1)[32]) {
+  const int departments = read_capacity(kDepartmentCapacity);
+  for (int64_t number = 1; number <= departments; ++number) {
+    const int department = static_cast<int>(number);
+    char szGROSSTOT[32];
+    char szTOT[32];
+    // A refused total shows the one read before it, and a refused record no name: meant.
+    // The quantity is read and has no place in the record.
+    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_QUANTITY, szAUX1);
+    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_GROSS_VALUE, szAUX1);
+    copy_text(szGROSSTOT, szAUX1);
+    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE, szAUX1);
+    copy_text(szTOT, szAUX1);
+    DepartmentRecord record;
+    static_cast<void>(config_department(false, department, record));
+    put_number(line, client_int(int64_t{kDepartmentRecords} + department));
+    put_value(line, szTOT, kPlain);
+    put_value(line, szGROSSTOT, kPlain);
+    put_value(line, record.description.buffer, kQuoted);
+    SubLeggiWS(line);
+  }
+}
+
+int EcrCmdCommand::write_counter_records(WorkStateLine& line) {
+  for (int64_t number = 1; number <= pCurConf->iNumTOTG; ++number) {
+    const int t = static_cast<int>(number);
+    char szTOT[32];
+    char szCNT[32];
+    put_number(line, client_int(int64_t{kCounterRecords} + t));
+    const int code = getCounter(t, szTOT, szCNT);
+    if (code != 0) return checkResult(code);
+    char description[sizeof TabDscTotG[0] + 1] = {};
+    if (t < MAXTOTG) append_row(description, sizeof description, TabDscTotG[t]);
+    put_value(line, szTOT, kPlain);
+    put_value(line, szCNT, kPlain);
+    put_value(line, description, kQuoted);
+    SubLeggiWS(line);
+  }
+  return 0;
+}
+
+int EcrCmdCommand::LeggiWS(fs_file_t* hFileOut, char* szLinea, bool /*bList*/) {
+  WorkStateLine line = {hFileOut, szLinea, szLinea};
+  // What the last total read as: a refused one of a department shows it again.
+  char szAUX1[32] = "";
+  char szTOT[32] = "";
+  char szCNT[32] = "";
+
+  write_date_record(line);
+  getCounter(kReceiptCounter, szTOT, szCNT);
+  put_number(line, kTotalRecord);
+  put_value(line, szTOT, kPlain);
+  SubLeggiWS(line);
+  put_number(line, kCountRecord);
+  put_value(line, szCNT, kPlain);
+  SubLeggiWS(line);
+  static_cast<void>(read_capacity(kVatRateCapacity));  // asked for, and not needed
+  int result = write_vat_records(line);
+  if (result == 0) result = write_grid_records(line, szAUX1);
+  if (result == 0) result = write_tax_records(line, szAUX1);
+  if (result != 0) return result;
+  write_department_records(line, szAUX1);
+  return write_counter_records(line);
+}

@@ -1,0 +1,17 @@
+// Firmware load, and the wait for an idle device.
+
+#include "pal/protocols/lorimat/client_call.h"
+#include "pal/protocols/lorimat/front/messages.h"
+#include "pal/protocols/lorimat/fields.h"
+
+int EcrCmdCommand::Trad_FIRMWAREUPD() {
+  char szFileName[51];
+  if (!given(*this, 1)) return syntax_error(ILLEGAL_VALUE);
+  copy_text(szFileName, szCampi[1]);
+  return checkResult(RTF_FP_INVOKE(ProgramFirmware, szFileName));
+}
+
+int EcrCmdCommand::Trad_IDLE() {
+  WaitIdle();
+  return 0;
+}
