@@ -1,0 +1,107 @@
+// What one operation of the client was given: its arguments in a readable form, and the
+// pointers that its answer fills.
+#pragma once
+
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "script_text.h"
+
+class Event;
+
+namespace conversation {
+
+// A pointer that the answer fills.
+struct Out {
+  void* pointer;
+  void (*fill)(void* pointer, const Value& value);
+};
+
+// A pointer that the operation reads and fills.
+template <typename T>
+struct Both {
+  T* pointer;
+};
+template <typename T>
+Both<T> InOut(T* pointer) {
+  return {pointer};
+}
+
+// A field of a table record: an argument when the record is written, filled when it is read.
+template <typename T>
+struct TableField {
+  bool write;
+  T* pointer;
+};
+template <typename T>
+TableField<T> Field(bool write, T* pointer) {
+  return {write, pointer};
+}
+
+class CallSlip {
+ public:
+  template <typename... Arguments>
+  explicit CallSlip(Arguments... arguments) {
+    (Add(arguments), ...);
+  }
+
+  std::vector<Value> arguments;
+  std::vector<Out> outs;
+
+ private:
+  template <typename T>
+  static Value Read(const T* pointer) {
+    if (pointer == nullptr) return Value::Word("null");
+    if constexpr (std::is_same_v<T, char>) {
+      return Value::Text(pointer);
+    } else if constexpr (std::is_same_v<T, bool>) {
+      return Value::Word(*pointer ? "true" : "false");
+    } else {
+      return Value::Word(std::to_string(*pointer));
+    }
+  }
+
+  template <typename T>
+  static void Fill(void* pointer, const Value& value) {
+    if (pointer == nullptr) return;
+    if constexpr (std::is_same_v<T, char>) {
+      char* text = static_cast<char*>(pointer);
+      text[value.text.copy(text, value.text.size())] = '\0';
+    } else if constexpr (std::is_same_v<T, bool>) {
+      *static_cast<bool*>(pointer) = value.text == "true";
+    } else {
+      *static_cast<T*>(pointer) = static_cast<T>(ReadNumber(value.text));
+    }
+  }
+
+  template <typename T>
+  void Add(T value) {
+    if constexpr (std::is_same_v<T, bool>) {
+      arguments.push_back(Value::Word(value ? "true" : "false"));
+    } else {
+      arguments.push_back(Value::Word(std::to_string(value)));
+    }
+  }
+  void Add(const char* text) { arguments.push_back(Read(text)); }
+  void Add(Event* event) { arguments.push_back(Value::Word(event == nullptr ? "null" : "event")); }
+  template <typename T>
+  void Add(T* pointer) {
+    outs.push_back({pointer, &Fill<T>});
+  }
+  template <typename T>
+  void Add(Both<T> both) {
+    arguments.push_back(Read(both.pointer));
+    outs.push_back({both.pointer, &Fill<T>});
+  }
+  template <typename T>
+  void Add(TableField<T> field) {
+    if (field.write) {
+      arguments.push_back(Read(field.pointer));
+    } else {
+      outs.push_back({field.pointer, &Fill<T>});
+    }
+  }
+};
+
+}  // namespace conversation

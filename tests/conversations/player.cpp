@@ -1,0 +1,340 @@
+#include "player.h"
+
+#include <stdlib.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+
+#include "library.h"
+#include "recording_client.h"
+#include "surroundings.h"
+
+namespace conversation {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Room that the contract gives a result, and the bytes behind it that have to stay.
+constexpr std::size_t kResultRoom = 512;
+constexpr std::size_t kGuardRoom = 256;
+constexpr char kGuard = '\x5A';
+
+void WriteFile(const std::string& name, const std::string& contents) {
+  const fs::path path(name);
+  if (path.has_parent_path()) fs::create_directories(path.parent_path());
+  std::ofstream file(name, std::ios::binary);
+  file << contents;
+  if (!file.flush()) throw Failure(0, "cannot write " + name);
+}
+
+std::string ReadFile(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  if (!file) throw Failure(0, "the file " + name + " is missing");
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Both versions, and where they part.
+std::string Difference(const std::string& what, const std::string& expected,
+                       const std::string& seen) {
+  std::size_t at = 0;
+  while (at < expected.size() && at < seen.size() && expected[at] == seen[at]) ++at;
+  return what + " differs from byte " + std::to_string(at) +
+         " on\n    expected: " + Quote(expected) + "\n    seen:     " + Quote(seen);
+}
+
+// The expectations of one step, ticked off call by call.
+class StepBook : public CallBook {
+ public:
+  void Open(const Step& step) {
+    step_ = &step;
+    next_ = 0;
+    traces_.clear();
+    fault_.reset();
+  }
+
+  // Throws what went wrong in the step.
+  void Close() {
+    if (fault_ != nullptr) throw *fault_;
+    if (step_->strict && next_ < step_->calls.size()) {
+      const Call& call = step_->calls[next_];
+      throw Failure(call.line, "call not made\n    expected: " + call.Shown() +
+                                   "\n    seen:     no further call");
+    }
+    count_ += static_cast<int>(next_);
+    CompareTraces();
+    step_ = nullptr;
+  }
+
+  int Answer(const std::string& name, const CallSlip& slip) override {
+    if (name == "LogTrace" || name == "LogError") {
+      traces_.push_back({name == "LogError", slip.arguments[0].text});
+      return 0;
+    }
+    // Behind the first fault nothing is compared any more; a failing device lets the
+    // library come to its end.
+    if (fault_ != nullptr) return 111;
+    if (!step_->strict) return AnswerByDefault(name, slip);
+
+    Call seen;
+    seen.name = name;
+    seen.arguments = slip.arguments;
+    if (next_ >= step_->calls.size()) {
+      Fail(step_->line,
+           "call not expected\n    expected: no further call\n    seen:     " + seen.Shown());
+      return 111;
+    }
+    const Call& wanted = step_->calls[next_++];
+    if (wanted.name != name || !Fit(wanted.arguments, slip.arguments)) {
+      Fail(wanted.line,
+           "another call\n    expected: " + wanted.Shown() + "\n    seen:     " + seen.Shown());
+      return 111;
+    }
+    return Give(wanted, slip);
+  }
+
+  // The host's side of TradInit's callback: compared as a call named EcrIo.
+  int AnswerCallback(const CallSlip& slip) { return step_->strict ? Answer("EcrIo", slip) : 0; }
+
+  std::map<long long, std::string> items;  // data of the device, for steps that are not strict
+  int count() const { return count_; }
+
+ private:
+  void Fail(int line, const std::string& message) {
+    fault_ = std::make_unique<Failure>(line, message);
+  }
+
+  int AnswerByDefault(const std::string& name, const CallSlip& slip) {
+    if (name == "GetDataInternal") {
+      const auto item = items.find(ReadNumber(slip.arguments[0].text));
+      if (item != items.end()) slip.outs[0].fill(slip.outs[0].pointer, Value::Text(item->second));
+    }
+    return name == "GetState" ? 2 : 0;
+  }
+
+  int Give(const Call& wanted, const CallSlip& slip) {
+    if (wanted.outs.size() > slip.outs.size()) {
+      Fail(wanted.line,
+           wanted.name + " takes " + std::to_string(slip.outs.size()) + " out-parameters only");
+      return 111;
+    }
+    for (std::size_t i = 0; i < wanted.outs.size(); ++i) {
+      // A client promises to keep to this room.
+      if (wanted.name == "GetDataInternal" && wanted.outs[i].text.size() > 49) {
+        Fail(wanted.line, "a data item holds 49 characters at most");
+        return 111;
+      }
+      slip.outs[i].fill(slip.outs[i].pointer, wanted.outs[i]);
+    }
+    if (!wanted.has_answer) return 0;
+    if (wanted.answer.text == "true") return 1;
+    if (wanted.answer.text == "false") return 0;
+    return static_cast<int>(ReadNumber(wanted.answer.text));
+  }
+
+  void CompareTraces() const {
+    if (step_->traces.empty()) return;
+    std::string expected;
+    std::string seen;
+    const auto add = [](std::string& text, const Trace& trace) {
+      text += (trace.error ? "~! " : "~ ") + trace.text + "\n";
+    };
+    for (const Trace& trace : step_->traces) add(expected, trace);
+    for (const Trace& trace : traces_) add(seen, trace);
+    if (expected != seen) throw Failure(step_->line, Difference("the trace", expected, seen));
+  }
+
+  const Step* step_ = nullptr;
+  std::size_t next_ = 0;
+  std::vector<Trace> traces_;
+  std::unique_ptr<Failure> fault_;
+  int count_ = 0;
+};
+
+class Player {
+ public:
+  Player(const Conversation& conversation, const Stage& stage)
+      : conversation_(conversation), stage_(stage), client_(book_) {}
+
+  Count Run() {
+    TemporaryFolder folder;
+    setenv("LORIMATRT_REGISTRY", (fs::current_path() / "registry.ini").c_str(), 1);
+    fs::copy_file(stage_.language, "test.ini");
+    current_ = this;
+    KeptStreams streams;
+    // Unloaded before the streams are given back, also when a step fails.
+    const auto library = std::make_unique<Library>(stage_.library);
+    library_ = library.get();
+    for (const Step& step : conversation_.steps) {
+      try {
+        PlayStep(step);
+      } catch (const Failure& failure) {
+        throw Failure(failure.line == 0 ? step.line : failure.line, failure.what());
+      }
+    }
+    library_->Unload();
+    CheckStreams(streams);
+    return {steps_, book_.count()};
+  }
+
+ private:
+  void PlayStep(const Step& step) {
+    switch (step.kind) {
+      case Step::kSend:
+        return Send(step);
+      case Step::kExport:
+        return CallExport(step);
+      case Step::kInit:
+        return Initialise(step);
+      case Step::kLanguageName:
+        language_ = step.text;
+        return;
+      case Step::kLanguageText:
+        return TakeLanguage(step.text);
+      case Step::kLanguageMore:
+        return TakeLanguage(ReadFile("test.ini") + step.text);
+      case Step::kOptions:
+        options_ = static_cast<int>(ReadNumber(step.text));
+        return;
+      case Step::kClient:
+        if (step.text != "yes" && step.text != "none") throw Failure(0, "client: yes, or none");
+        has_client_ = step.text == "yes";
+        return;
+      case Step::kRegistry:
+        return WriteFile("registry.ini", step.text);
+      case Step::kItem:
+        book_.items[ReadNumber(step.name)] = step.text;
+        return;
+      case Step::kFile:
+        return WriteFile(step.name, step.text);
+      case Step::kFolder:
+        fs::create_directories(step.name);
+        return;
+      case Step::kRemove:
+        fs::remove(step.name);
+        return;
+      case Step::kFileIs: {
+        const std::string seen = ReadFile(step.name);
+        if (seen != step.text) throw Failure(0, Difference(step.name, step.text, seen));
+        return;
+      }
+      case Step::kNoFile:
+        if (fs::exists(step.name)) throw Failure(0, "the file " + step.name + " exists");
+        return;
+    }
+  }
+
+  void TakeLanguage(const std::string& contents) {
+    language_ = "language.ini";
+    WriteFile(language_, contents);
+  }
+
+  void Send(const Step& step) {
+    ++steps_;
+    // Each text stands in a block of its own size, so that a read past its end shows.
+    const std::unique_ptr<char[]> line(new char[step.text.size() + 1]);
+    std::memcpy(line.get(), step.text.c_str(), step.text.size() + 1);
+    std::vector<char> result(kResultRoom + kGuardRoom, kGuard);
+
+    book_.Open(step);
+    const long code = library_->EcrCmd(line.get(), result.data());
+    book_.Close();
+
+    if (std::memcmp(line.get(), step.text.c_str(), step.text.size() + 1) != 0) {
+      throw Failure(0, "the library wrote into the host's line");
+    }
+    for (std::size_t i = kResultRoom; i < result.size(); ++i) {
+      if (result[i] != kGuard) throw Failure(0, "the result runs over its 512 characters");
+    }
+    if (std::memchr(result.data(), '\0', kResultRoom) == nullptr) {
+      throw Failure(0, "the result is not closed");
+    }
+    const Value seen = Value::Text(result.data());
+    if (code != step.code || !step.answer.Fits(seen)) {
+      throw Failure(step.answer_line, "another answer\n    expected: " + std::to_string(step.code) +
+                                          " " + step.answer.Shown() + "\n    seen:     " +
+                                          std::to_string(code) + " " + seen.Shown());
+    }
+  }
+
+  void CallExport(const Step& step) {
+    ++steps_;
+    book_.Open(step);
+    const Call seen = library_->CallExport(step.call);
+    book_.Close();
+    const bool same = seen.has_answer == step.call.has_answer &&
+                      step.call.answer.Fits(seen.answer) && Fit(step.call.outs, seen.outs);
+    if (!same) {
+      throw Failure(0, step.call.Shown() + " answers\n    expected: " + step.call.ShownAnswer() +
+                           "\n    seen:     " + seen.ShownAnswer());
+    }
+  }
+
+  void Initialise(const Step& step) {
+    ++steps_;
+    book_.Open(step);
+    std::string name = language_;
+    const long code = library_->TradInit(name.data(), options_, nullptr, &Player::EcrIo);
+    book_.Close();
+    if (code != step.code) {
+      throw Failure(0, "TradInit answers\n    expected: " + std::to_string(step.code) +
+                           "\n    seen:     " + std::to_string(code));
+    }
+  }
+
+  static long EcrIo(long control, long second, char* third, long fourth, char* fifth, long* sixth,
+                    long* seventh) {
+    Player& player = *current_;
+    const auto pointer = [](const void* p) {
+      return Value::Word(p == nullptr ? "null" : "pointer");
+    };
+    CallSlip slip(control, second);
+    slip.arguments.push_back(pointer(third));
+    slip.arguments.push_back(Value::Word(std::to_string(fourth)));
+    slip.arguments.push_back(pointer(fifth));
+    slip.arguments.push_back(pointer(sixth));
+    if (player.has_client_ && seventh != nullptr) {
+      RtfClientInterface* client = &player.client_;
+      std::memcpy(seventh, &client, sizeof client);
+    }
+    return player.book_.AnswerCallback(slip);
+  }
+
+  void CheckStreams(const KeptStreams& streams) const {
+    for (const StreamCheck& check : conversation_.streams) {
+      const std::string seen = check.error_stream ? streams.Errors() : streams.Output();
+      const std::string name = check.error_stream ? "standard error" : "standard output";
+      if (check.whole && seen != check.text) {
+        throw Failure(check.line, Difference(name, check.text, seen));
+      }
+      if (!check.whole && seen.find(check.text) == std::string::npos) {
+        throw Failure(check.line, name + " lacks\n    expected: " + Quote(check.text) +
+                                      "\n    seen:     " + Quote(seen));
+      }
+    }
+  }
+
+  // The callback carries no context.
+  static inline Player* current_ = nullptr;
+
+  const Conversation& conversation_;
+  const Stage& stage_;
+  StepBook book_;
+  RecordingClient client_;
+  Library* library_ = nullptr;
+  std::string language_ = "test.ini";
+  int options_ = 0;
+  bool has_client_ = true;
+  int steps_ = 0;
+};
+
+}  // namespace
+
+Count Play(const Conversation& conversation, const Stage& stage) {
+  return Player(conversation, stage).Run();
+}
+
+}  // namespace conversation

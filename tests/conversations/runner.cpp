@@ -1,0 +1,109 @@
+// conversation_runner [--library FILE] [--language FILE] [--must-fail] CONVERSATION...
+//
+// Plays conversation files against the shared library and says how many steps it took.
+// With --must-fail each file has to fail with the text of its "must-fail:" line: the
+// runner's own test. Exits 0 when all is well, 1 when a conversation differs, 2 when it
+// was called wrongly.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "player.h"
+#include "script.h"
+#include "sweep.h"
+
+namespace {
+
+using conversation::Failure;
+
+bool PlayFile(const std::string& path, const conversation::Stage& stage) {
+  try {
+    const conversation::Conversation script = conversation::ReadConversation(path);
+    const conversation::Count count = conversation::Play(script, stage);
+    if (count.steps == 0 && script.streams.empty()) throw Failure(0, "the file has no step");
+    const int faults = conversation::Sweep(script, stage);
+    std::printf("%s: %d steps, %d client calls", path.c_str(), count.steps, count.calls);
+    if (faults > 0) std::printf(", %d faults", faults);
+    std::printf("\n");
+    return true;
+  } catch (const Failure& failure) {
+    std::printf("%s:%d: %s\n", path.c_str(), failure.line, failure.what());
+  } catch (const std::exception& error) {
+    std::printf("%s: %s\n", path.c_str(), error.what());
+  }
+  return false;
+}
+
+// The text behind "must-fail: " in the file's first line.
+std::string WantedFailure(const std::string& path) {
+  const std::string mark = "must-fail: ";
+  std::ifstream file(path);
+  std::string line;
+  std::getline(file, line);
+  return line.compare(0, mark.size(), mark) == 0 ? line.substr(mark.size()) : "";
+}
+
+bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
+  const std::string wanted = WantedFailure(path);
+  if (wanted.empty()) {
+    std::printf("%s: the first line says no must-fail text\n", path.c_str());
+    return false;
+  }
+  std::string message;
+  try {
+    const conversation::Conversation script = conversation::ReadConversation(path);
+    conversation::Play(script, stage);
+    conversation::Sweep(script, stage);
+    std::printf("%s: passes, but it must fail with: %s\n", path.c_str(), wanted.c_str());
+    return false;
+  } catch (const Failure& failure) {
+    message = "line " + std::to_string(failure.line) + ": " + failure.what();
+  } catch (const std::exception& error) {
+    message = error.what();
+  }
+  for (char& c : message) c = c == '\n' ? ' ' : c;
+  if (message.find(wanted) == std::string::npos) {
+    std::printf("%s: must fail with: %s\n    fails with: %s\n", path.c_str(), wanted.c_str(),
+                message.c_str());
+    return false;
+  }
+  std::printf("%s: fails as it must\n", path.c_str());
+  return true;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  conversation::Stage stage{CONVERSATION_LIBRARY, CONVERSATION_LANGUAGE};
+  bool must_fail = false;
+  std::vector<std::string> files;
+  for (int i = 1; i < count; ++i) {
+    const std::string argument = arguments[i];
+    if (argument == "--must-fail") {
+      must_fail = true;
+    } else if (argument == "--library" && i + 1 < count) {
+      stage.library = arguments[++i];
+    } else if (argument == "--language" && i + 1 < count) {
+      stage.language = arguments[++i];
+    } else if (argument.substr(0, 2) == "--") {
+      std::fprintf(stderr, "unknown option %s\n", argument.c_str());
+      return 2;
+    } else {
+      files.push_back(argument);
+    }
+  }
+  if (files.empty()) {
+    std::fprintf(stderr, "no conversation file is named\n");
+    return 2;
+  }
+  stage.library = std::filesystem::absolute(stage.library);
+  stage.language = std::filesystem::absolute(stage.language);
+
+  bool all_well = true;
+  for (const std::string& file : files) {
+    all_well &= must_fail ? FailsAsItMust(file, stage) : PlayFile(file, stage);
+  }
+  return all_well ? 0 : 1;
+}

@@ -1,0 +1,92 @@
+// A conversation file, read: what is set up, said, expected and compared, step by step.
+// HACKING.md tells the format.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "script_text.h"
+
+namespace conversation {
+
+// A trace line of the translator.
+struct Trace {
+  bool error = false;
+  std::string text;
+};
+
+struct Step {
+  enum Kind {
+    kSend,          // > line = code text
+    kExport,        // ! Name(...) -> ...
+    kInit,          // init: code
+    kLanguageName,  // language: NAME
+    kLanguageText,  // language: |
+    kLanguageMore,  // language+: |
+    kOptions,       // options: N
+    kClient,        // client: yes, none
+    kRegistry,      // registry: |
+    kItem,          // item N: "text"
+    kFile,          // file NAME: |
+    kFolder,        // folder NAME
+    kRemove,        // remove NAME
+    kFileIs,        // file-is NAME: |
+    kNoFile,        // no-file NAME
+  };
+  Kind kind = kSend;
+  int line = 0;
+  std::string name;  // file, folder, item
+  std::string text;  // line sent, contents
+  Call call;         // kExport
+
+  // The client calls that the step makes; strict means: these and no others.
+  bool strict = true;
+  std::vector<Call> calls;
+  // Trace lines, compared when any is given.
+  std::vector<Trace> traces;
+  int answer_line = 0;  // line of "=", 0 without
+  long code = 0;
+  Value answer;
+
+  bool TalksToLibrary() const { return kind == kSend || kind == kExport || kind == kInit; }
+};
+
+// What the library wrote to a stream between its loading and its unloading.
+struct StreamCheck {
+  int line = 0;
+  bool error_stream = false;
+  bool whole = true;  // false: one line contains the text
+  std::string text;
+};
+
+// How a line ends when one of its calls fails. The first rule that fits a call counts.
+struct SweepRule {
+  int line = 0;
+  Call call;  // name, or name with arguments
+  bool any_code = true;
+  long code = 0;
+  enum Outcome {
+    kChecked,       // the code through checkResult
+    kCheckedTwice,  // through it again
+    kAsBefore,      // the line's answer without the fault
+    kFixed,         // a code of its own
+    kSkip,          // the call cannot fail
+  };
+  Outcome outcome = kChecked;
+  long fixed = 0;
+  bool nothing_more = false;         // "no *"
+  std::vector<std::string> without;  // later calls that are not made
+  std::vector<Call> also;            // calls that follow the failed one
+};
+
+struct Conversation {
+  std::string path;
+  std::vector<Step> steps;
+  std::vector<StreamCheck> streams;
+  std::vector<SweepRule> sweep;
+};
+
+// Throws Failure.
+Conversation ReadConversation(const std::string& path);
+
+}  // namespace conversation
