@@ -3,8 +3,8 @@
 
 #include "lorimatrt/instance.h"
 #include "lorimatrt/lorimatrt.h"
+#include "pal/protocols/lorimat/client_call.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
-#include "rpccommon/client/rtfclientinterface.h"
 
 EcrCmdCommand* translator_instance = nullptr;
 
@@ -22,8 +22,11 @@ int TradInit(char* szNomeFileIni, int iOpzioni, PFIREPROGR, PECRIO pEcrIO) {
   void* baseClientFP = nullptr;
   // A host that fails here leaves the pointer null, and every line then answers so.
   if (pEcrIO != nullptr) {
-    pEcrIO(ECRIOIC_GET_CLIENT_RT, 0, nullptr, 0, nullptr, nullptr,
-           reinterpret_cast<long*>(&baseClientFP));
+    guarded_client_call([&] {
+      pEcrIO(ECRIOIC_GET_CLIENT_RT, 0, nullptr, 0, nullptr, nullptr,
+             reinterpret_cast<long*>(&baseClientFP));
+      return 0;
+    });
   }
   return translator_instance->TradInit(szNomeFileIni, iOpzioni,
                                        static_cast<RtfClientInterface*>(baseClientFP), true);

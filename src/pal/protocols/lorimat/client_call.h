@@ -6,6 +6,8 @@
 // counts as RTF_E_FAILURE.
 #pragma once
 
+#include <cxxabi.h>
+
 #include <cstring>
 
 #include "rpccommon/client/rtfclientinterface.h"
@@ -16,6 +18,8 @@ template <class Call>
 int guarded_client_call(Call call) {
   try {
     return call();
+  } catch (abi::__forced_unwind&) {
+    throw;  // the thread is being cancelled: that goes its way
   } catch (...) {
     return RTF_E_FAILURE;
   }

@@ -173,16 +173,17 @@ long lorimatutility::TradNumLong(char* szIn) {
 }
 
 bool lorimatutility::ConvCharFromEcr(char* szDest, char* sEcr, int iLn) {
-  return ConvCharFromPC(szDest, sEcr, iLn);
+  const size_t room = static_cast<size_t>(iLn);
+  const size_t length = row_length(sEcr, room);
+  std::memmove(szDest, sEcr, length);
+  std::memset(szDest + length, 0, room - length);
+  szDest[iLn] = 0;
+  return false;
 }
 
 bool lorimatutility::ConvCharFromPC(char* szDest, char* sPC, int iLn) {
-  if (szDest != sPC) {
-    const size_t room = static_cast<size_t>(iLn);
-    const size_t length = row_length(sPC, room);
-    std::memmove(szDest, sPC, length);
-    std::memset(szDest + length, 0, room - length);
-  }
+  if (szDest != sPC) return ConvCharFromEcr(szDest, sPC, iLn);
+  // In place: nothing to copy, and nothing is filled.
   szDest[iLn] = 0;
   return false;
 }

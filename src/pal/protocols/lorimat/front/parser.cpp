@@ -305,13 +305,9 @@ char* EcrCmdInterpreter::EditAlfa(char* szDest, char* sIn, int iLnIn) {
 }
 
 char* EcrCmdInterpreter::LdNomeCampo(char* szLinea, char* szNome, int iNum, bool bModo) {
-  char name[16];
-  if (bModo) {
-    std::snprintf(name, sizeof name, "#%d", iNum);
-  } else {
-    copy_text(name, szNome);
-  }
-  char* end = szLinea + std::strlen(szLinea);
-  std::memcpy(end, name, std::strlen(name) + 1);
+  char number[16];
+  std::snprintf(number, sizeof number, "#%d", iNum);
+  const char* name = bModo ? number : szNome;
+  std::memcpy(szLinea + std::strlen(szLinea), name, std::strlen(name) + 1);
   return szLinea;
 }

@@ -1,5 +1,7 @@
 #include "pal/protocols/lorimat/program/device_records.h"
 
+#include <algorithm>
+
 #include "pal/protocols/lorimat/fields.h"
 
 int EcrCmdCommand::config_department(bool write, int dep_id, DepartmentRecord& record) {
@@ -47,7 +49,9 @@ int EcrCmdCommand::config_keyboard(bool write, int key_pos, KeyRecord& record) {
 }
 
 int EcrCmdCommand::read_capacity(int dataitem) {
+  // A device that answers nonsense must not keep a line running for hours.
+  constexpr long kMostRecords = 65535;
   long capacity = 0;
   getDataInternal(dataitem, &capacity);
-  return client_int(capacity);
+  return static_cast<int>(std::min(capacity, kMostRecords));
 }

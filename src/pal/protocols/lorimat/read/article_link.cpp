@@ -176,7 +176,9 @@ int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool 
     written = SeqFileWrite(hFileOut, data_row.buffer);
     return written ? 0 : em_link_error(EM_FILE_OPEN_ERROR);
   };
-  const int plu_counter = read_capacity(kArticleCount);
+  // As many as the device says: the first refused row ends the run.
+  long plu_counter = 0;
+  getDataInternal(kArticleCount, &plu_counter);
   if (iEM_SelezFlg != 0) {
     int row_type = ManagerDownloadTableRowType::kFirst;
     // The device ends a selection by refusing its next row, so a refusal is no error.
@@ -185,7 +187,7 @@ int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool 
     }
   } else {
     const int selector = download_selector(kArticleTable, 0, ManagerDownloadTableRowType::kRow);
-    for (int i = 0; i < plu_counter && iR == 0; ++i) iR = fetch(selector, i);
+    for (int i = 0; i < client_int(plu_counter) && iR == 0; ++i) iR = fetch(selector, i);
   }
   if (!written) iR = em_link_error(EM_FILE_OPEN_ERROR);
   if (iR == 0 && bEM_FlgClear) iR = erase_articles(kArticleTableBehind);

@@ -114,7 +114,10 @@ void EcrCmdCommand::take_report_file(int field, bool lower_case) {
   copy_text(szFileReportOut, szCampi[field]);
   if (filesettable_ == nullptr) return;
   if (lower_case) lorimatutility::toLower(szFileReportOut);
-  filesettable_->set_filename(szFileReportOut);
+  guarded_client_call([&] {
+    filesettable_->set_filename(szFileReportOut);
+    return 0;
+  });
 }
 
 int EcrCmdCommand::Trad_REPORT() {

@@ -171,6 +171,9 @@ TEST(ConvChar, CopiesAndFills) {
   std::memset(out, 'x', sizeof out);
   EXPECT_FALSE(U::ConvCharFromPC(out, Text("abcdefgh"), 5));
   EXPECT_STREQ(out, "abcde");
+  char filled[] = "ab\0def";
+  EXPECT_FALSE(U::ConvCharFromEcr(filled, filled, 5));
+  EXPECT_EQ(std::string(filled, 6), std::string("ab\0\0\0\0", 6));
   char same[] = "abcdef";
   EXPECT_FALSE(U::ConvCharFromPC(same, same, 3));
   EXPECT_STREQ(same, "abc");

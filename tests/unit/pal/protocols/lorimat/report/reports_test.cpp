@@ -97,7 +97,7 @@ class ReportClient : public NullClient {
   }
 };
 
-class Reports : public ::testing::Test {
+class ReportHandlers : public ::testing::Test {
  protected:
   void SetUp() override {
     t().rtfClient_ = &client_;
@@ -150,23 +150,23 @@ class Sink : public FileSettable {
 
 // --- The wait
 
-TEST_F(Reports, ARefusedReportIsNotWaitedFor) {
+TEST_F(ReportHandlers, ARefusedReportIsNotWaitedFor) {
   EXPECT_EQ(t().PollReportState(107), 107);
   EXPECT_EQ(client_.calls, Calls{});
 }
 
-TEST_F(Reports, AnIdlePrinterEndsTheWaitAtOnce) {
+TEST_F(ReportHandlers, AnIdlePrinterEndsTheWaitAtOnce) {
   EXPECT_EQ(t().PollReportState(0), 0);
   EXPECT_EQ(client_.calls, Calls{"state"});
 }
 
-TEST_F(Reports, TheReportStateIsWaitedFor) {
+TEST_F(ReportHandlers, TheReportStateIsWaitedFor) {
   client_.states = {{10, 0}, {10, 0}, {1, 0}};
   EXPECT_EQ(t().PollReportState(0), 0);
   EXPECT_EQ(client_.calls, (Calls{"state", "sleep 500", "state", "sleep 500", "state"}));
 }
 
-TEST_F(Reports, TheWaitEndsSilentlyAfterTwoHundredAndFortySteps) {
+TEST_F(ReportHandlers, TheWaitEndsSilentlyAfterTwoHundredAndFortySteps) {
   client_.states = {{10, 0}};
   EXPECT_EQ(t().PollReportState(0), 0);
   Calls expected = {"state"};
@@ -177,7 +177,7 @@ TEST_F(Reports, TheWaitEndsSilentlyAfterTwoHundredAndFortySteps) {
   EXPECT_EQ(client_.calls, expected);
 }
 
-TEST_F(Reports, ADeviceOutOfReachCountsAsBusy) {
+TEST_F(ReportHandlers, ADeviceOutOfReachCountsAsBusy) {
   client_.states = {{1, -1}, {1, 0}};
   EXPECT_EQ(t().PollReportState(0), 0);
   EXPECT_EQ(client_.calls, (Calls{"state", "sleep 500", "state"}));
@@ -187,14 +187,14 @@ TEST_F(Reports, ADeviceOutOfReachCountsAsBusy) {
   EXPECT_EQ(client_.calls.size(), 240u);
 }
 
-TEST_F(Reports, AFailedReadKeepsTheLastState) {
+TEST_F(ReportHandlers, AFailedReadKeepsTheLastState) {
   // 10 at the start, then the 1 that was read.
   client_.states = {{0, RTF_E_FAILURE}, {1, 0}};
   EXPECT_EQ(t().PollReportState(0), 0);
   EXPECT_EQ(client_.calls, (Calls{"state", "sleep 500", "state"}));
 }
 
-TEST_F(Reports, ALockAtTheReportIsWaitedFor) {
+TEST_F(ReportHandlers, ALockAtTheReportIsWaitedFor) {
   client_.states = {{8, 0}, {8, 0}, {1, 0}};
   client_.status = "2;7;0;0;0;0;0";
   EXPECT_EQ(t().PollReportState(0), 0);
@@ -207,7 +207,7 @@ TEST_F(Reports, ALockAtTheReportIsWaitedFor) {
   EXPECT_EQ(client_.calls, (Calls{"state", "item 371", "sleep 500", "state"}));
 }
 
-TEST_F(Reports, AnyOtherLockEndsTheWait) {
+TEST_F(ReportHandlers, AnyOtherLockEndsTheWait) {
   for (const char* status : {"2;6;0;0;0;0;0", "0;7;0;0;0;0;0", "7FFFFD;7;0;0;0;0;0"}) {
     client_.states = {{8, 0}};
     client_.status = status;
@@ -217,7 +217,7 @@ TEST_F(Reports, AnyOtherLockEndsTheWait) {
   }
 }
 
-TEST_F(Reports, AFailedStatusLeavesTheMembersInForce) {
+TEST_F(ReportHandlers, AFailedStatusLeavesTheMembersInForce) {
   t().fiscal_inner_state_ = 2;
   t().fiscal_functional_state_ = 7;
   client_.states = {{8, 0}, {1, 0}};
@@ -227,7 +227,7 @@ TEST_F(Reports, AFailedStatusLeavesTheMembersInForce) {
 
 // --- Reports
 
-TEST_F(Reports, ReadingsByCode) {
+TEST_F(ReportHandlers, ReadingsByCode) {
   const std::pair<const char*, const char*> kinds[] = {
       {"1", "1"}, {"2", "0"}, {"3", "2"}, {"4", "1"}, {"", "1"}};
   for (const auto& [code, kind] : kinds) {
@@ -239,26 +239,26 @@ TEST_F(Reports, ReadingsByCode) {
   }
 }
 
-TEST_F(Reports, AReadingWithClosing) {
+TEST_F(ReportHandlers, AReadingWithClosing) {
   t().bSendZAE = true;
   EXPECT_EQ(report({{1, "1"}, {2, "1"}}), 0);
   EXPECT_EQ(client_.calls, (Calls{"state", "PrintXReportEx(1, false, \"txt\", \"\", 1)", "state",
                                   "state", "PrintZReportEx(true)", "state"}));
 }
 
-TEST_F(Reports, ARefusedReadingKeepsTheDayOpen) {
+TEST_F(ReportHandlers, ARefusedReadingKeepsTheDayOpen) {
   client_.results["PrintXReportEx"] = 207;
   EXPECT_EQ(report({{1, "2"}, {2, "1"}}), 1231);
   EXPECT_EQ(client_.calls, (Calls{"state", "PrintXReportEx(0, false, \"txt\", \"\", 1)"}));
 }
 
-TEST_F(Reports, ARefusedClosingIsReported) {
+TEST_F(ReportHandlers, ARefusedClosingIsReported) {
   client_.results["PrintZReportEx"] = 1213;
   EXPECT_EQ(report({{1, "1"}, {2, "1"}}), 1213);
   EXPECT_EQ(closing({{1, "0"}}), 1213);
 }
 
-TEST_F(Reports, PeriodicReportsHandTheModeOn) {
+TEST_F(ReportHandlers, PeriodicReportsHandTheModeOn) {
   const std::pair<const char*, const char*> kinds[] = {
       {"10", "3"}, {"11", "2"}, {"12", "1"}, {"14", "5"}, {"17", "4"}};
   for (const auto& [code, kind] : kinds) {
@@ -273,7 +273,7 @@ TEST_F(Reports, PeriodicReportsHandTheModeOn) {
   EXPECT_EQ(client_.calls[1], "PeriodicReportMessageEx(3, 0, \"txt\", \"\", 1, false)");
 }
 
-TEST_F(Reports, FiscalReports) {
+TEST_F(ReportHandlers, FiscalReports) {
   struct Row {
     const char* code;
     const char* call;
@@ -300,7 +300,7 @@ TEST_F(Reports, FiscalReports) {
   }
 }
 
-TEST_F(Reports, MissingRangesAreNotSupported) {
+TEST_F(ReportHandlers, MissingRangesAreNotSupported) {
   const Fields ranges[] = {{{1, "201"}, {6, "5"}},
                            {{1, "201"}, {7, "5"}},
                            {{1, "203"}},
@@ -320,7 +320,7 @@ TEST_F(Reports, MissingRangesAreNotSupported) {
   }
 }
 
-TEST_F(Reports, NothingToDoMakesNoCall) {
+TEST_F(ReportHandlers, NothingToDoMakesNoCall) {
   EXPECT_EQ(report({{3, "0"}}), 277);
   EXPECT_EQ(report({{3, "-1"}}), 277);
   EXPECT_EQ(report({{3, "VERO"}}), 277);
@@ -329,7 +329,7 @@ TEST_F(Reports, NothingToDoMakesNoCall) {
   EXPECT_EQ(client_.calls, Calls{});
 }
 
-TEST_F(Reports, OutputsGoToPrinterAndFile) {
+TEST_F(ReportHandlers, OutputsGoToPrinterAndFile) {
   EXPECT_EQ(report({{10, "Z.TXT"}, {3, "0"}}), 0);
   EXPECT_EQ(client_.calls[1], "PrintXReportEx(1, false, \"txt\", \"Z.TXT\", 2)");
   EXPECT_EQ(report({{10, "z.txt"}}), 0);
@@ -338,7 +338,7 @@ TEST_F(Reports, OutputsGoToPrinterAndFile) {
   EXPECT_EQ(client_.calls[1], "PrintXReportEx(1, false, \"txt\", \"\", 1)");
 }
 
-TEST_F(Reports, LongTextsAreCutToTheirBuffers) {
+TEST_F(ReportHandlers, LongTextsAreCutToTheirBuffers) {
   EXPECT_EQ(report({{1, "201"},
                     {6, std::string(100, '1')},
                     {7, std::string(2048, '2')},
@@ -351,7 +351,7 @@ TEST_F(Reports, LongTextsAreCutToTheirBuffers) {
                                   "\", 3)");
 }
 
-TEST_F(Reports, ASinkIsToldTheLowerCaseName) {
+TEST_F(ReportHandlers, ASinkIsToldTheLowerCaseName) {
   Sink sink;
   t().filesettable_ = &sink;
   EXPECT_EQ(report({{10, "Report.TXT"}}), 0);
@@ -366,7 +366,7 @@ TEST_F(Reports, ASinkIsToldTheLowerCaseName) {
   EXPECT_EQ(sink.names.back(), "l.txt");
 }
 
-TEST_F(Reports, ClosingsWithTheirReadings) {
+TEST_F(ReportHandlers, ClosingsWithTheirReadings) {
   const std::pair<const char*, const char*> readings[] = {
       {"1", "2"}, {"2", "0"}, {"3", "1"}, {"", "2"}};
   for (const auto& [code, kind] : readings) {
@@ -380,7 +380,7 @@ TEST_F(Reports, ClosingsWithTheirReadings) {
   EXPECT_EQ(client_.calls, (Calls{"PrintZReportEx(false)", "state"}));
 }
 
-TEST_F(Reports, AClosingOfAnotherKindIsRefused) {
+TEST_F(ReportHandlers, AClosingOfAnotherKindIsRefused) {
   for (const char* code : {"4", "-1", "99"}) {
     EXPECT_EQ(closing({{1, code}}), 266);
     EXPECT_EQ(client_.calls, Calls{});
@@ -390,13 +390,13 @@ TEST_F(Reports, AClosingOfAnotherKindIsRefused) {
   EXPECT_EQ(client_.calls[0], "PrintZReportEx(false)");
 }
 
-TEST_F(Reports, AClosingWhoseReadingIsRefusedLeavesTheDayOpen) {
+TEST_F(ReportHandlers, AClosingWhoseReadingIsRefusedLeavesTheDayOpen) {
   client_.results["PrintXReportEx"] = 107;
   EXPECT_EQ(closing({}), 619);
   EXPECT_EQ(client_.calls, Calls{"PrintXReportEx(2, false, \"txt\", \"\", 1)"});
 }
 
-TEST_F(Reports, WithoutAClientReportsAnswer512) {
+TEST_F(ReportHandlers, WithoutAClientReportsAnswer512) {
   t().rtfClient_ = nullptr;
   EXPECT_EQ(report({}), 512);
   EXPECT_EQ(closing({{1, "0"}}), 512);
@@ -406,7 +406,7 @@ TEST_F(Reports, WithoutAClientReportsAnswer512) {
 
 // --- Journal
 
-TEST_F(Reports, JournalByDate) {
+TEST_F(ReportHandlers, JournalByDate) {
   EXPECT_EQ(journal({{1, "010225"}}), 0);
   EXPECT_EQ(client_.calls,
             Calls{"FiscalReportMessageEx(1, 65535, 2, 0, 0, 1, 9999, \"010220250000\", "
@@ -421,7 +421,7 @@ TEST_F(Reports, JournalByDate) {
                   "\"010220251200\", \"txt\", \"\", 1)"});
 }
 
-TEST_F(Reports, JournalByClosure) {
+TEST_F(ReportHandlers, JournalByClosure) {
   EXPECT_EQ(journal({{18, "5"}}), 0);
   EXPECT_EQ(client_.calls, Calls{"FiscalReportMessageEx(1, 65535, 3, 0, 0, 50001, 59999, \"\", "
                                  "\"\", \"txt\", \"\", 1)"});
@@ -433,7 +433,7 @@ TEST_F(Reports, JournalByClosure) {
                                  "\"\", \"txt\", \"\", 1)"});
 }
 
-TEST_F(Reports, JournalRefusals) {
+TEST_F(ReportHandlers, JournalRefusals) {
   struct Row {
     Fields values;
     int code;
@@ -470,7 +470,7 @@ TEST_F(Reports, JournalRefusals) {
   }
 }
 
-TEST_F(Reports, JournalEdges) {
+TEST_F(ReportHandlers, JournalEdges) {
   // A number given as 0 selects by number and counts as none.
   EXPECT_EQ(journal({{1, "010225"}, {2, "020225"}, {3, "0"}}), 0);
   EXPECT_EQ(client_.calls,
@@ -481,7 +481,7 @@ TEST_F(Reports, JournalEdges) {
   EXPECT_EQ(client_.calls.size(), 1u);
 }
 
-TEST_F(Reports, JournalFiltersAndOutputs) {
+TEST_F(ReportHandlers, JournalFiltersAndOutputs) {
   const auto arguments = [&](const Fields& more) {
     Fields values = more;
     values[1] = "010225";
@@ -504,7 +504,7 @@ TEST_F(Reports, JournalFiltersAndOutputs) {
   EXPECT_EQ(arguments({{5, "VERO"}}), "FiscalReportMessageEx(1, 65535, \"txt\", \"\", 1)");
 }
 
-TEST_F(Reports, JournalFormats) {
+TEST_F(ReportHandlers, JournalFormats) {
   const auto format = [&](const Fields& more) {
     Fields values = more;
     values[18] = "1";
@@ -518,13 +518,13 @@ TEST_F(Reports, JournalFormats) {
   EXPECT_EQ(format({{20, "stxtlong"}}), "\"stxt\"");
 }
 
-TEST_F(Reports, JournalNumbersWrapInsteadOfOverflowing) {
+TEST_F(ReportHandlers, JournalNumbersWrapInsteadOfOverflowing) {
   EXPECT_EQ(journal({{18, "9999"}, {3, "2147483647"}, {4, "2147483647"}}), 0);
   EXPECT_EQ(client_.calls, Calls{"FiscalReportMessageEx(1, 65535, 3, 0, 0, 2247473647, "
                                  "2247473647, \"\", \"\", \"txt\", \"\", 1)"});
 }
 
-TEST_F(Reports, TelematicSummaries) {
+TEST_F(ReportHandlers, TelematicSummaries) {
   EXPECT_EQ(telematic({{3, "5"}, {5, "VERO"}, {6, "VERO"}, {7, "S.xml"}}), 0);
   EXPECT_EQ(client_.calls, Calls{"SendTelematicSummary()"});
   EXPECT_EQ(telematic({{3, "5"}, {5, "VERO"}, {7, "S.xml"}}), 0);
@@ -540,7 +540,7 @@ TEST_F(Reports, TelematicSummaries) {
   EXPECT_EQ(telematic({{6, "VERO"}}), 619);
 }
 
-TEST_F(Reports, FirmwareNamesAreCutAtFifty) {
+TEST_F(ReportHandlers, FirmwareNamesAreCutAtFifty) {
   fields({{1, std::string(60, 'F')}});
   EXPECT_EQ(t().Trad_FIRMWAREUPD(), 0);
   EXPECT_EQ(client_.calls, Calls{"ProgramFirmware(\"" + std::string(50, 'F') + "\")"});
@@ -553,7 +553,7 @@ TEST_F(Reports, FirmwareNamesAreCutAtFifty) {
   EXPECT_EQ(t().Trad_FIRMWAREUPD(), 512);
 }
 
-TEST_F(Reports, IdleAlwaysSucceeds) {
+TEST_F(ReportHandlers, IdleAlwaysSucceeds) {
   EXPECT_EQ(t().Trad_IDLE(), 0);
   t().rtfClient_ = nullptr;
   EXPECT_EQ(t().Trad_IDLE(), 0);
