@@ -235,7 +235,7 @@ class Log {
   uint32_t last_addr_resol_error_time_;  // of the last failed look-up of the syslog server
   // The least time between two look-ups after a failure: 30 minutes, in milliseconds.
   static constexpr int address_resolution_interval_ = 0x1B7740;
-  int syslog_getaddr_errors_;    // failed look-ups
+  int syslog_getaddr_errors_;  // failed look-ups
   static constexpr uint32_t kUnknownAddress = 0xFFFFFFFF;
   uint32_t output_syslog_addr_;  // the server's IPv4 address; all ones until known
   std::atomic<uint16_t> output_syslog_port_;

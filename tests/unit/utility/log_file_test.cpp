@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "pal/threading/posix/thread.h"
+#include "unit/pal/time_zone.h"
 #include "unit/utility/log_fixture.h"
 
 namespace {
@@ -112,6 +113,33 @@ TEST_F(LogFileTest, AFullDeviceFailsNobody) {
   EXPECT_TRUE(log->output_file_opened_);
   write(log.get(), "x");
   write(log.get(), "y");
+}
+
+TEST_F(LogFileTest, AFolderWithoutRightsFailsNobody) {
+  for (Log::RotateKind kind : {Log::LR_NONE, Log::LR_SIZE, Log::LR_WEEKLY}) {
+    // Nobody may make a file in here, whoever runs the test.
+    auto log = make("/proc/log", kind);
+    log->OpenFile(true);
+    EXPECT_FALSE(log->output_file_opened_);
+    write(log.get(), "x");
+  }
+}
+
+TEST_F(LogFileTest, AFileThatIsRemovedFailsNobodyAndComesBackWhenOpened) {
+  for (Log::RotateKind kind : {Log::LR_NONE, Log::LR_SIZE, Log::LR_WEEKLY}) {
+    auto log = make(name_, kind);
+    log->OpenFile(false);
+    write(log.get(), "lost");
+    std::filesystem::remove_all(folder_);
+    write(log.get(), "lost too");
+    EXPECT_FALSE(std::filesystem::exists(name_));
+    std::filesystem::create_directory(folder_);
+    log->OpenFile(false);
+    const std::string line = write(log.get(), "back");
+    EXPECT_EQ(contents(name_), line);
+    log->CloseFile();
+    std::filesystem::remove(name_);
+  }
 }
 
 TEST_F(LogFileTest, CloseLetsTheFilesGoAndMayComeTwice) {
@@ -308,6 +336,40 @@ TEST_F(LogFileTest, WeeklyOpensTheFileOfANewDayBehindALine) {
   const std::string second = write(log.get(), "second");
   EXPECT_EQ(contents(name_), first);
   EXPECT_EQ(contents(next), second);
+}
+
+// One moment has three dates on earth: the zones of the rows make days pass.
+TEST_F(LogFileTest, WeeklyTakesTheFileOfEachDayAsItComes) {
+  auto log = make(name_ + "-%Y-%m-%d", Log::LR_WEEKLY);
+  std::vector<std::string> lines;
+  for (const char* zone : {"DAY24", "DAY0", "DAY-24"}) {
+    const ScopedTimeZone day(zone);
+    if (lines.empty()) log->OpenFile(true);
+    lines.push_back(write(log.get(), "first of the day"));
+    lines.push_back(write(log.get(), "second"));
+  }
+  const auto file_of = [this](const std::string& line) { return name_ + "-" + line.substr(0, 10); };
+  ASSERT_NE(file_of(lines[1]), file_of(lines[3]));
+  ASSERT_NE(file_of(lines[3]), file_of(lines[5]));
+  // The first line of a day still stands in the file of the day before: it opens the next.
+  EXPECT_EQ(contents(file_of(lines[1])), lines[0] + lines[1] + lines[2]);
+  EXPECT_EQ(contents(file_of(lines[3])), lines[3] + lines[4]);
+  EXPECT_EQ(contents(file_of(lines[5])), lines[5]);
+}
+
+TEST_F(LogFileTest, OtherKindsKeepTheirFileOverTheDays) {
+  for (Log::RotateKind kind : {Log::LR_NONE, Log::LR_SIZE}) {
+    auto log = make(name_ + std::to_string(kind) + "-%d", kind);
+    std::string all;
+    std::string file;
+    for (const char* zone : {"DAY24", "DAY0", "DAY-24"}) {
+      const ScopedTimeZone day(zone);
+      if (all.empty()) log->OpenFile(true);
+      all += write(log.get(), "line");
+      if (file.empty()) file = name_ + std::to_string(kind) + "-" + all.substr(8, 2);
+    }
+    EXPECT_EQ(contents(file), all);
+  }
 }
 
 TEST_F(LogFileTest, WeeklyStaysWithItsFileOnTheSameDay) {

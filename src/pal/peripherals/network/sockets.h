@@ -65,7 +65,7 @@ Wait wait(int socket, Direction direction, int wake_end, int milliseconds);
 
 // ends[0] is read, ends[1] written; a failure leaves both alone.
 int make_pipe(int ends[2]);
-int write_pipe(int end, char byte);
+int write_pipe(int end, char byte);  // never blocks; no signal where nobody reads
 int close_pipe_end(int end);
 
 // --- Names.

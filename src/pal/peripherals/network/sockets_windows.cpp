@@ -1,12 +1,11 @@
 // WinSock 2.2. A SOCKET is a small number, so that an int holds it.
-#include "pal/peripherals/network/system_sockets.h"  // before anything that has windows.h
-
 #include <fcntl.h>
 #include <io.h>
 
 #include <climits>
 
 #include "pal/peripherals/network/sockets.h"
+#include "pal/peripherals/network/system_sockets.h"
 
 namespace sockets {
 

@@ -65,7 +65,9 @@ class Server {
       : socket_(socket(AF_INET, type | SOCK_CLOEXEC, 0)), port_(0) {
     const sockaddr_in own = name(0);
     EXPECT_EQ(bind(get(), reinterpret_cast<const sockaddr*>(&own), sizeof(own)), 0);
-    if (type == SOCK_STREAM) EXPECT_EQ(listen(get(), backlog), 0);
+    if (type == SOCK_STREAM) {
+      EXPECT_EQ(listen(get(), backlog), 0);
+    }
     port_ = port_of(get());
   }
   int get() const { return socket_.get(); }

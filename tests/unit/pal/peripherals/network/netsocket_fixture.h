@@ -1,8 +1,10 @@
 // A socket whose inside the tests see, and what the sockets log.
 #pragma once
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <functional>
 #include <string>
@@ -10,6 +12,36 @@
 #include "pal/peripherals/network/netsocket.h"
 #include "pal/peripherals/network/sockets.h"
 #include "unit/pal/peripherals/network/loopback.h"
+
+// What the system knows of a descriptor.
+inline bool is_open(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
+inline bool is_non_blocking(int descriptor) {
+  return (fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0;
+}
+
+inline int option(int descriptor, int level, int name) {
+  int value = -1;
+  socklen_t size = sizeof(value);
+  EXPECT_EQ(getsockopt(descriptor, level, name, &value, &size), 0);
+  return value;
+}
+
+// Lets no descriptor be opened but so many.
+class DescriptorLimit {
+ public:
+  explicit DescriptorLimit(int more) {
+    getrlimit(RLIMIT_NOFILE, &old_);
+    const int next = dup(0);  // the lowest number that is free
+    ::close(next);
+    rlimit limit = old_;
+    limit.rlim_cur = static_cast<rlim_t>(next + more);
+    setrlimit(RLIMIT_NOFILE, &limit);
+  }
+  ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &old_); }
+
+ private:
+  rlimit old_;
+};
 
 class OpenSocket : public NetSocket {
  public:
@@ -36,7 +68,7 @@ class NetSocketTest : public testing::Test {
     action();
     return testing::internal::GetCapturedStdout();
   }
-  // A line with that level, function and message, in a pattern for HasSubstr.
+  // How a line of that message ends.
   static std::string end_of_line(const std::string& message) { return " - " + message + "\n"; }
 
   static int connect(NetSocket& socket, uint16_t port, int timeout = 20000) {

@@ -1,11 +1,12 @@
 // Sending and receiving, and the ways in which a peer leaves.
 #include <netinet/ip.h>
+#include <pthread.h>
 #include <sys/resource.h>
 
 #include <atomic>
 #include <cerrno>
 #include <climits>
-#include <cstring>
+#include <csignal>
 #include <thread>
 #include <vector>
 
@@ -329,8 +330,8 @@ TEST_F(NetSocketStreamTest, ThePipeEndsAWaitForRoomAndIsClosed) {
   EXPECT_EQ(socket.pipefd_[0], -1);
 }
 
-// Whether the only other thread sleeps in the system by now. Only to make the interesting
-// order likely: any order has the same result.
+// Gives the other thread the time to wait. Only to make the interesting order likely: any
+// order has the same result.
 void let_it_wait(const std::atomic<bool>& started) {
   while (!started) std::this_thread::yield();
   for (int i = 0; i < 1000; ++i) std::this_thread::yield();
@@ -351,6 +352,29 @@ TEST_F(NetSocketStreamTest, CloseWakesAWaitingReader) {
     reader.join();  // in time, or the test's own limit ends it
     EXPECT_EQ(result, "failed");
   }
+}
+
+TEST_F(NetSocketStreamTest, ASignalDoesNotEndAWait) {
+  struct sigaction action = {};
+  struct sigaction old = {};
+  action.sa_handler = [](int) {};
+  ASSERT_EQ(sigaction(SIGUSR1, &action, &old), 0);
+  OpenSocket socket;
+  const Descriptor peer = connected(socket);
+  std::atomic<bool> started{false};
+  std::string result;
+  std::thread reader([&] {
+    started = true;
+    result = recv(socket);
+  });
+  for (int i = 0; i < 20; ++i) {
+    let_it_wait(started);
+    pthread_kill(reader.native_handle(), SIGUSR1);
+  }
+  put(peer, "data");
+  reader.join();
+  EXPECT_EQ(result, "data");
+  sigaction(SIGUSR1, &old, nullptr);
 }
 
 TEST_F(NetSocketStreamTest, CloseWakesAWaitingSender) {
