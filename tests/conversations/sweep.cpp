@@ -24,6 +24,8 @@ std::string ErrorText(long code) {
     text += "I/O ERROR " + number;
   } else if (bits == 0x400) {
     text += "ECR SIGNALS CRITICAL ERROR " + number + " : ";
+  } else if (code == 265) {
+    text += "SINTAX ERROR 9 : ILLEGAL VALUE";
   } else if (bits == 0 || bits == 0x100) {
     throw Failure(0, "a sweep cannot tell the text of code " + std::to_string(code));
   }
