@@ -24,7 +24,7 @@ std::string ErrorText(long code) {
     text += "I/O ERROR " + number;
   } else if (bits == 0x400) {
     text += "ECR SIGNALS CRITICAL ERROR " + number + " : ";
-  } else if (code == 265) {
+  } else if (code == 265) {  // the refusal of the translator itself that sweeps meet
     text += "SINTAX ERROR 9 : ILLEGAL VALUE";
   } else if (bits == 0 || bits == 0x100) {
     throw Failure(0, "a sweep cannot tell the text of code " + std::to_string(code));
