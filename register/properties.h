@@ -1,0 +1,21 @@
+// The register's numbered properties: one table for the numeric, one for the text ones.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "register/core.h"
+
+namespace lorimat {
+
+// The longest text of a property; with its NUL it takes 128 characters of a caller's buffer.
+inline constexpr size_t kPropertyTextSize = 127;
+
+// Each answers RTF_E_ILLEGAL for a property that the register does not have, or that cannot
+// be read or written.
+int ReadIntProperty(const RegisterCore& core, int property, int* value);
+int WriteIntProperty(RegisterCore& core, int property, int value);
+int ReadTextProperty(const RegisterCore& core, int property, std::string* value);
+int WriteTextProperty(RegisterCore& core, int property, std::string_view value);
+
+}  // namespace lorimat

@@ -1,0 +1,294 @@
+#include "register/receipt.h"
+
+#include <algorithm>
+
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat {
+namespace {
+
+int Sign(LineKind kind) { return kind == LineKind::kSale ? 1 : -1; }
+
+bool SameGoods(const Item& a, const Item& b) {
+  return a.kind == b.kind && a.department == b.department && a.article == b.article &&
+         a.vat == b.vat;
+}
+
+bool IsKnownAdjustment(int type) {
+  return type >= RTF_FPTR_AT_AMOUNT_DISCOUNT && type <= RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
+}
+
+// The size of an adjustment on a base, in whole cents. Nothing for a value that no adjustment
+// has: zero, below zero, a discount of more than 100 %, or more than any document holds.
+std::optional<Amount> AdjustmentSize(const AdjustmentRequest& request, Amount base) {
+  if (request.value <= 0) return std::nullopt;
+  std::optional<Amount> size;
+  if (IsPercentage(request.type)) {
+    if (request.value > kWholePercentage && !IsSurcharge(request.type)) return std::nullopt;
+    size = PercentageOf(base, request.value);
+  } else {
+    size = RoundToCents(request.value);
+  }
+  if (!size || *size > kMaxAmount || *size < 0) return std::nullopt;
+  return size;
+}
+
+}  // namespace
+
+bool IsPercentage(int type) {
+  return type == RTF_FPTR_AT_PERCENTAGE_DISCOUNT || type == RTF_FPTR_AT_PERCENTAGE_SURCHARGE ||
+         type == RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
+}
+
+bool IsSurcharge(int type) {
+  return type == RTF_FPTR_AT_AMOUNT_SURCHARGE || type == RTF_FPTR_AT_PERCENTAGE_SURCHARGE;
+}
+
+bool IsCoupon(int type) {
+  return type == RTF_FPTR_AT_COUPON_AMOUNT_DISCOUNT ||
+         type == RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
+}
+
+int Receipt::CheckSums(const std::map<int, Amount>& deltas) const {
+  Amount total = total_;
+  bool negative_vat = false;
+  for (const auto& [vat, delta] : deltas) {
+    total += delta;
+    const auto sum = by_vat_.find(vat);
+    if ((sum == by_vat_.end() ? 0 : sum->second) + delta < 0) negative_vat = true;
+  }
+  if (total > kMaxAmount) return RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW;
+  if (total < 0) return RTF_EFPTR_NEGATIVE_TOTAL;
+  if (negative_vat) return RTF_EFPTR_NEGATIVE_VAT;
+  return RTF_SUCCESS;
+}
+
+void Receipt::AddToSums(const std::map<int, Amount>& deltas) {
+  for (const auto& [vat, delta] : deltas) {
+    by_vat_[vat] += delta;
+    total_ += delta;
+  }
+}
+
+void Receipt::AddToDepartment(const Item& item, int32_t quantity, Amount amount) {
+  if (item.department == 0) return;
+  DepartmentSum& sum = by_department_[item.department];
+  sum.quantity += quantity;
+  sum.amount += amount;
+}
+
+int Receipt::Enter(const Item& item) {
+  const int sign = Sign(item.kind);
+  const std::map<int, Amount> deltas = {{item.vat, sign * item.amount}};
+  if (const int code = CheckSums(deltas)) return code;
+  lines_.push_back({item, item.quantity, item.amount, 0});
+  AddToSums(deltas);
+  AddToDepartment(item, sign * item.quantity, sign * item.amount);
+  at_subtotal_ = false;
+  return RTF_SUCCESS;
+}
+
+std::optional<size_t> Receipt::FindOpenLine(const Item& item) const {
+  for (size_t index = lines_.size(); index-- > 0;) {
+    const Line& line = lines_[index];
+    if (!SameGoods(line.item, item) || line.item.unit_price != item.unit_price) continue;
+    if (line.open_quantity == item.quantity) return index;
+    if (line.open_quantity > item.quantity && line.adjusted == 0) return index;
+  }
+  // A correction by its amount alone takes a whole line of that amount, however it was sold.
+  if (item.quantity_given) return std::nullopt;
+  for (size_t index = lines_.size(); index-- > 0;) {
+    const Line& line = lines_[index];
+    if (SameGoods(line.item, item) && line.open_quantity > 0 && line.open_amount == item.amount) {
+      return index;
+    }
+  }
+  return std::nullopt;
+}
+
+int Receipt::Void(const Item& item, Amount* amount) {
+  const std::optional<size_t> found = FindOpenLine(item);
+  if (!found) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  Line& line = lines_[*found];
+  const bool by_amount = line.item.unit_price != item.unit_price;
+  const bool whole = by_amount || line.open_quantity == item.quantity;
+  const int32_t quantity = whole ? line.open_quantity : item.quantity;
+  const Amount goods = whole ? line.open_amount : std::min(item.amount, line.open_amount);
+  const int sign = Sign(item.kind);
+  // The adjustments of a line go with it.
+  const Amount delta = -(sign * goods + line.adjusted);
+  const std::map<int, Amount> deltas = {{item.vat, delta}};
+  if (const int code = CheckSums(deltas)) return code;
+  AddToSums(deltas);
+  AddToDepartment(item, -sign * quantity, delta);
+  line.open_quantity -= quantity;
+  line.open_amount -= goods;
+  line.adjusted = 0;
+  for (Adjustment& adjustment : adjustments_) {
+    if (whole && adjustment.line == *found) adjustment.voided = true;
+  }
+  at_subtotal_ = false;
+  *amount = delta;
+  return RTF_SUCCESS;
+}
+
+int Receipt::Restore(const Item& item, Amount* amount) {
+  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
+    const int32_t gone = line->item.quantity - line->open_quantity;
+    if (!SameGoods(line->item, item) || line->item.unit_price != item.unit_price ||
+        gone < item.quantity) {
+      continue;
+    }
+    const int sign = Sign(item.kind);
+    const Amount gone_amount = line->item.amount - line->open_amount;
+    const Amount goods = gone == item.quantity ? gone_amount : std::min(item.amount, gone_amount);
+    const std::map<int, Amount> deltas = {{item.vat, sign * goods}};
+    if (const int code = CheckSums(deltas)) return code;
+    AddToSums(deltas);
+    AddToDepartment(item, sign * item.quantity, sign * goods);
+    line->open_quantity += item.quantity;
+    line->open_amount += goods;
+    at_subtotal_ = false;
+    *amount = sign * goods;
+    return RTF_SUCCESS;
+  }
+  return RTF_EFPTR_BAD_ITEM_AMOUNT;
+}
+
+const Item* Receipt::last_open_line() const {
+  if (lines_.empty() || lines_.back().open_quantity == 0) return nullptr;
+  return &lines_.back().item;
+}
+
+int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtotal,
+                                Adjustment* done) {
+  for (auto earlier = adjustments_.rbegin(); earlier != adjustments_.rend(); ++earlier) {
+    if (earlier->on_subtotal != on_subtotal || earlier->voided || earlier->is_void ||
+        earlier->request.type != request.type || earlier->request.value != request.value ||
+        (request.department != 0 && earlier->request.department != request.department)) {
+      continue;
+    }
+    std::map<int, Amount> deltas;
+    for (const auto& [vat, delta] : earlier->by_vat) deltas[vat] = -delta;
+    if (const int code = CheckSums(deltas)) return code;
+    AddToSums(deltas);
+    earlier->voided = true;
+    if (earlier->line) {
+      Line& line = lines_[*earlier->line];
+      line.adjusted -= earlier->delta;
+      AddToDepartment(line.item, 0, -earlier->delta);
+    } else if (!on_subtotal && earlier->request.department != 0) {
+      by_department_[earlier->request.department].amount -= earlier->delta;
+    }
+    *done = *earlier;
+    done->delta = -earlier->delta;
+    done->by_vat = deltas;
+    done->is_void = true;
+    done->voided = false;
+    adjustments_.push_back(*done);
+    return RTF_SUCCESS;
+  }
+  return RTF_EFPTR_BAD_ITEM_AMOUNT;
+}
+
+int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
+  if (!IsKnownAdjustment(request.type)) return RTF_E_ILLEGAL;
+  if (request.is_void) return TakeBackAdjustment(request, false, done);
+
+  Adjustment adjustment;
+  adjustment.request = request;
+  Amount base = 0;
+  int sign = 1;
+  int vat = request.vat;
+  if (request.department != 0) {
+    // A department's adjustment falls on what the department sold on this document.
+    const auto sum = by_department_.find(request.department);
+    if (sum != by_department_.end()) base = sum->second.amount;
+  } else {
+    const Item* last = last_open_line();
+    if (last == nullptr) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    const Line& line = lines_.back();
+    sign = Sign(last->kind);
+    base = line.open_amount + sign * line.adjusted;
+    if (vat == 0) vat = last->vat;
+    // An adjustment is part of its line as long as both fall on one VAT entry.
+    if (vat == last->vat) adjustment.line = lines_.size() - 1;
+  }
+  const std::optional<Amount> size = AdjustmentSize(request, base);
+  if (!size) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  const bool surcharge = IsSurcharge(request.type);
+  adjustment.delta = (surcharge ? sign : -sign) * *size;
+  adjustment.by_vat = {{vat, adjustment.delta}};
+  if (const int code = CheckSums(adjustment.by_vat)) return code;
+  if (!surcharge && *size > base) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+
+  AddToSums(adjustment.by_vat);
+  if (request.department != 0) {
+    by_department_[request.department].amount += adjustment.delta;
+  } else {
+    if (adjustment.line) lines_.back().adjusted += adjustment.delta;
+    AddToDepartment(lines_.back().item, 0, adjustment.delta);
+  }
+  adjustments_.push_back(adjustment);
+  at_subtotal_ = false;
+  *done = adjustment;
+  return RTF_SUCCESS;
+}
+
+int Receipt::AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done) {
+  if (!IsKnownAdjustment(request.type)) return RTF_E_ILLEGAL;
+  if (request.is_void) return TakeBackAdjustment(request, true, done);
+
+  const std::optional<Amount> size = AdjustmentSize(request, total_);
+  if (!size) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  Adjustment adjustment;
+  adjustment.request = request;
+  adjustment.on_subtotal = true;
+  adjustment.delta = IsSurcharge(request.type) ? *size : -*size;
+  if (total_ + adjustment.delta < 0) return RTF_EFPTR_NEGATIVE_TOTAL;
+  adjustment.by_vat = Spread(adjustment.delta, by_vat_);
+  if (adjustment.by_vat.empty()) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (const int code = CheckSums(adjustment.by_vat)) return code;
+  AddToSums(adjustment.by_vat);
+  adjustments_.push_back(adjustment);
+  *done = adjustment;
+  return RTF_SUCCESS;
+}
+
+int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done) {
+  const Amount rest = remaining();
+  Amount given = rest;
+  if (!automatic) {
+    const std::optional<Amount> cents = RoundToCents(amount);
+    if (!cents || *cents < 0 || *cents > kMaxAmount) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    // A payment of nothing settles only what costs nothing.
+    if (*cents == 0 && rest > 0) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (*cents > rest && !tender.gives_change) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    given = *cents;
+  }
+  payments_.push_back({&tender, given});
+  at_subtotal_ = false;
+  *done = payments_.back();
+  return RTF_SUCCESS;
+}
+
+Amount Receipt::paid() const {
+  Amount sum = 0;
+  for (const Payment& payment : payments_) sum += payment.amount;
+  return sum;
+}
+
+Amount Receipt::remaining() const { return std::max<Amount>(total_ - paid(), 0); }
+
+Amount Receipt::change() const { return std::max<Amount>(paid() - total_, 0); }
+
+Amount Receipt::VatTotal(const Tables& tables) const {
+  Amount sum = 0;
+  for (const auto& [vat, gross] : by_vat_) {
+    if (const VatRate* rate = tables.FindVat(vat)) sum += VatPart(gross, rate->rate);
+  }
+  return sum;
+}
+
+}  // namespace lorimat

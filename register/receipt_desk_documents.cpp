@@ -1,0 +1,217 @@
+// Opening of documents and non-fiscal printing.
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "register/barcode.h"
+#include "register/receipt_desk.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat {
+namespace {
+
+constexpr int kDaysInMonth[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+
+bool IsCalendarDate(std::string_view date) {
+  if (date.size() != 8 || date.find_first_not_of("0123456789") != date.npos) return false;
+  const int day = 10 * (date[0] - '0') + date[1] - '0';
+  const int month = 10 * (date[2] - '0') + date[3] - '0';
+  const int year =
+      1000 * (date[4] - '0') + 100 * (date[5] - '0') + 10 * (date[6] - '0') + date[7] - '0';
+  if (month < 1 || month > 12) return false;
+  const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+  const int days = month == 2 && leap ? 29 : kDaysInMonth[month - 1];
+  return day >= 1 && day <= days;
+}
+
+std::string DateText(const std::tm& time) {
+  return fmt::format("{:02}{:02}{:04}", time.tm_mday, time.tm_mon + 1, 1900 + time.tm_year);
+}
+
+Alignment BarcodeAlignment(std::string_view code) {
+  if (code == "1") return Alignment::kLeft;
+  if (code == "2") return Alignment::kRight;
+  return Alignment::kCentre;
+}
+
+// One digit, 1 to 9; anything else is the normal size.
+int BarcodeScale(std::string_view scale) {
+  return scale.size() == 1 && scale[0] >= '1' && scale[0] <= '9' ? scale[0] - '0' : 1;
+}
+
+// The file's whole name, which stays the same file wherever the program goes from here.
+std::string LogoFile(const std::string* name) {
+  if (name == nullptr) return {};
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::absolute(*name, error);
+  return error ? *name : whole.string();
+}
+
+}  // namespace
+
+int ReceiptDesk::CheckBegin() const {
+  if (!core_.Allows(Operation::kBeginDocument)) return RTF_EFPTR_WRONG_STATE;
+  if (!core_.store.HasNumber()) return RTF_EFPTR_DAY_END_REQUIRED;
+  if (!core_.store.HasClosure() || !core_.store.HasRoom()) return RTF_EFPTR_FISCAL_MEMORY_FULL;
+  return RTF_SUCCESS;
+}
+
+void ReceiptDesk::Open(DocumentKind kind, const Reference& reference) {
+  core_.document = OpenDocument{};
+  core_.document.receipt = Receipt(kind);
+  core_.document.reference = reference;
+  core_.document_start = core_.paper.lines().size();
+  core_.state = PrinterState::kReceipt;
+}
+
+int ReceiptDesk::BeginReceipt(bool print_header) {
+  if (const int code = CheckBegin()) return code;
+  Open(DocumentKind::kSale, Reference{});
+  if (print_header) layout_.Header();
+  layout_.Title(DocumentKind::kSale, Reference{});
+  layout_.ColumnHead();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::BeginInvoice(const std::string_view (&customer)[5], bool opposition) {
+  if (const int code = CheckBegin()) return code;
+  Open(DocumentKind::kInvoice, Reference{});
+  layout_.Header();
+  layout_.Title(DocumentKind::kInvoice, Reference{});
+  bool first = true;
+  for (const std::string_view line : customer) {
+    if (line.empty()) continue;
+    if (first) core_.paper.Blank();
+    first = false;
+    core_.paper.Text(line);
+  }
+  if (opposition) {
+    core_.paper.Blank();
+    core_.paper.Text("Opposizione all'utilizzo dei dati");
+  }
+  layout_.ColumnHead();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::BeginRefund(const Reference& reference) {
+  if (const int code = CheckBegin()) return code;
+  // The sale may have been made by any register: the reference is printed, not looked up.
+  if (reference.closure < 0 || reference.closure > RegisterStore::kLastNumber ||
+      reference.number < 0 || reference.number > RegisterStore::kLastNumber) {
+    return RTF_E_ILLEGAL;
+  }
+  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  Open(DocumentKind::kRefund, reference);
+  layout_.Header();
+  layout_.Title(DocumentKind::kRefund, reference);
+  layout_.ColumnHead();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::string_view text) {
+  if (const int code = CheckBegin()) return code;
+  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  const bool last = reference.closure == 0 && reference.number == 0;
+  const StoredDocument* found =
+      last ? core_.store.FindLast() : core_.store.Find(reference.closure, reference.number);
+  if (found == nullptr || found->kind != DocumentKind::kSale) return RTF_E_NOEXIST;
+  if (found->voided) return RTF_E_EXISTS;
+  if (!reference.date.empty() && reference.date != DateText(found->time)) {
+    return RTF_EFPTR_BAD_DATE;
+  }
+  // Registering the void may move the stored documents.
+  const StoredDocument sale = *found;
+  const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
+
+  Open(DocumentKind::kCancel, resolved);
+  core_.document.referred_total = sale.total;
+  layout_.Header();
+  layout_.Title(DocumentKind::kCancel, resolved);
+  if (!text.empty()) core_.paper.Text(text);
+  layout_.ColumnHead();
+  if (!automatic) return RTF_SUCCESS;
+
+  StoredDocument stored = sale;
+  stored.kind = DocumentKind::kCancel;
+  stored.change = 0;
+  stored.lottery_sent = false;
+  Amount vat_total = 0;
+  for (const auto& [vat, gross] : sale.by_vat) {
+    Item item;
+    item.description = "VENDITA ANNULLATA";
+    item.vat = vat;
+    layout_.Line(LineAction::kEnter, item, gross);
+    if (const VatRate* rate = core_.tables.FindVat(vat)) vat_total += VatPart(gross, rate->rate);
+  }
+  layout_.Total(sale.total, vat_total);
+  core_.document.time = core_.Now();
+  Store(std::move(stored));
+  FinishDocument();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::BeginNonFiscal(bool save_on_journal) {
+  if (!core_.Allows(Operation::kBeginDocument)) return RTF_EFPTR_WRONG_STATE;
+  core_.document_start = core_.paper.lines().size();
+  core_.keep_non_fiscal = save_on_journal;
+  core_.state = PrinterState::kNonFiscal;
+  layout_.Header();
+  core_.paper.Centred("DOCUMENTO GESTIONALE");
+  core_.paper.Blank();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::PrintNormal(int station, std::string_view text) {
+  if (!core_.Allows(Operation::kPrintNormal)) return RTF_EFPTR_WRONG_STATE;
+  if (station != RTF_FPTR_S_RECEIPT) return RTF_E_ILLEGAL;
+  core_.paper.Text(text);
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::EndNonFiscal() {
+  if (!core_.Allows(Operation::kEndNonFiscal)) return RTF_EFPTR_WRONG_STATE;
+  core_.store.CountNonFiscal();
+  core_.paper.Blank();
+  core_.paper.Centred("DOCUMENTO GESTIONALE");
+  const std::tm now = core_.Now();
+  core_.paper.Centred(FormatDateTime(now));
+  core_.paper.Cut();
+  if (core_.keep_non_fiscal) KeepInJournal(kJournalNonFiscal, 0, now);
+  core_.state = PrinterState::kMonitor;
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::Barcode(const BarcodeArguments& arguments) {
+  if (!core_.Allows(Operation::kGraphics)) return RTF_EFPTR_WRONG_STATE;
+  const BarcodeType* type = FindBarcode(arguments.type);
+  if (type == nullptr) return RTF_E_ILLEGAL;
+  if (const int code = CheckBarcode(*type, arguments.data)) return code;
+  const Alignment alignment = BarcodeAlignment(arguments.alignment);
+  const std::string text = ReadHostText(arguments.data).text;
+  const bool readable = !type->two_dimensional;
+  const std::string_view place = arguments.text_position;
+  if (readable && (place == "1" || place == "3")) core_.paper.Aligned(text, alignment);
+  core_.paper.Barcode({type->id, std::string(arguments.data), BarcodeScale(arguments.scale),
+                       arguments.check_digit, alignment},
+                      type->name);
+  if (readable && (place == "2" || place == "3")) core_.paper.Aligned(text, alignment);
+  if (arguments.cut && core_.Allows(Operation::kCut)) core_.paper.Cut();
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::Bitmap(int number) {
+  if (!core_.Allows(Operation::kGraphics)) return RTF_EFPTR_WRONG_STATE;
+  if (number < 0 || number > 255) return RTF_E_ILLEGAL;
+  core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number)));
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::Cut() {
+  if (!core_.Allows(Operation::kCut)) return RTF_EFPTR_WRONG_STATE;
+  core_.paper.Cut();
+  return RTF_SUCCESS;
+}
+
+}  // namespace lorimat

@@ -1,0 +1,229 @@
+// Extracts of the fiscal memory and of the journal.
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "register/layout.h"
+#include "register/report_sections.h"
+#include "register/reports.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat {
+namespace {
+
+constexpr int32_t kClosings = 0;
+constexpr int32_t kJournal = 1;
+constexpr int32_t kPeriodSums = 2;
+constexpr int32_t kDocumentList = 4;
+
+constexpr int32_t kByDate = RTF_FPTR_RT_DATE;
+constexpr int32_t kByClosure = RTF_FPTR_RT_EOD_ORDINAL;
+constexpr int32_t kByDateAndNumber = 4;
+
+constexpr uint32_t kNumbersOfAClosure = 10000;
+constexpr uint32_t kLastInvoice = 999999;  // invoices go beyond the documents of a day
+
+struct Range {
+  std::tm from = {};
+  std::tm to = {};
+};
+
+int ReadDates(const FiscalRequest& request, Range* range) {
+  if (!ParseMinute(request.from_date, &range->from)) return RTF_EFPTR_BAD_DATE;
+  if (!ParseMinute(request.to_date, &range->to)) return RTF_EFPTR_BAD_DATE;
+  return CompareMinutes(range->from, range->to) > 0 ? RTF_EFPTR_BAD_DATE : RTF_SUCCESS;
+}
+
+bool InRange(uint32_t number, uint32_t first, uint32_t last) {
+  return number >= first && number <= last;
+}
+
+std::string DateRange(const Range& range) {
+  return fmt::format("dal {} al {}", FormatDateTime(range.from), FormatDateTime(range.to));
+}
+
+struct ListName {
+  DocumentKind kind;
+  int32_t filter;
+  const char* name;
+};
+
+constexpr ListName kListNames[] = {
+    {DocumentKind::kSale, kJournalSale, "VEN"},
+    {DocumentKind::kInvoice, kJournalInvoice, "FAT"},
+    {DocumentKind::kRefund, kJournalRefund, "RES"},
+    {DocumentKind::kCancel, kJournalCancel, "ANN"},
+};
+
+const ListName& NameOf(DocumentKind kind) {
+  for (const ListName& row : kListNames) {
+    if (row.kind == kind) return row;
+  }
+  return kListNames[0];
+}
+
+}  // namespace
+
+int ReportDesk::PrintFiscal(const FiscalRequest& request, const ReportTarget& target) {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  int code = RTF_E_ILLEGAL;
+  Paper report;
+  switch (request.source) {
+    case kClosings:
+      report = Begin("MEMORIA FISCALE");
+      code = Closings(request, false, &report);
+      break;
+    case kJournal:
+      report = Begin("ESTRATTO DEL GIORNALE");
+      code = Journal(request, &report);
+      break;
+    case kPeriodSums:
+      report = Begin("CORRISPETTIVI DEL PERIODO");
+      code = Closings(request, true, &report);
+      break;
+    case kDocumentList:
+      report = Begin("ELENCO DOCUMENTI");
+      code = DocumentList(request, &report);
+      break;
+    default:
+      break;
+  }
+  if (code != RTF_SUCCESS) return code;
+  return Deliver(std::move(report), target);
+}
+
+// Closings by number or by date, each by itself or as one sum.
+int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report) const {
+  std::vector<const Closure*> found;
+  if (request.criteria == kByClosure) {
+    const uint32_t from = request.from_number;
+    const uint32_t to = request.to_number;
+    if (!InRange(from, 1, RegisterStore::kLastNumber) ||
+        !InRange(to, from, RegisterStore::kLastNumber)) {
+      return RTF_E_ILLEGAL;
+    }
+    report->Centred(fmt::format("dalla chiusura {:04} alla {:04}", from, to));
+    found = FindClosures(core_.store.closures(), static_cast<int>(from), static_cast<int>(to));
+  } else if (request.criteria == kByDate) {
+    Range range;
+    if (const int code = ReadDates(request, &range)) return code;
+    report->Centred(DateRange(range));
+    found = FindClosures(core_.store.closures(), range.from, range.to);
+  } else {
+    return RTF_E_ILLEGAL;
+  }
+  if (found.empty()) return RTF_E_NOEXIST;
+
+  Totals totals;
+  for (const Closure* closure : found) {
+    totals.Add(closure->totals);
+    if (sums) continue;
+    report->Blank();
+    PrintClosure(*closure, report);
+  }
+  report->Blank();
+  report->Pair("Chiusure", std::to_string(found.size()));
+  PrintSections(core_, {totals, nullptr, 0, found.back()->vat_rates},
+                sums ? kDaySection | kVatSection : 0u, report);
+  if (!sums) report->Pair("TOTALE DEL PERIODO", FormatAmount(totals.Summary().net()));
+  report->Blank();
+  report->Centred("RT " + core_.tables.settings().serial_number);
+  return RTF_SUCCESS;
+}
+
+int ReportDesk::Journal(const FiscalRequest& request, Paper* report) const {
+  JournalSelection selection;
+  selection.filter = request.filter;
+  uint32_t from = request.from_number;
+  uint32_t to = request.to_number;
+  Range range;
+  switch (request.criteria) {
+    case kByDate:
+      from = 1;
+      to = JournalSelection::kLastNumber;
+      [[fallthrough]];
+    case kByDateAndNumber:
+      if (const int code = ReadDates(request, &range)) return code;
+      selection.by_date = true;
+      selection.from = range.from;
+      selection.to = range.to;
+      report->Centred(DateRange(range));
+      break;
+    case kByClosure:
+      // One number for both: the closure in the upper digits, the document in the lower four.
+      selection.from_closure = static_cast<int>(from / kNumbersOfAClosure);
+      selection.to_closure = static_cast<int>(to / kNumbersOfAClosure);
+      if (!InRange(from / kNumbersOfAClosure, 1, RegisterStore::kLastNumber) ||
+          !InRange(to / kNumbersOfAClosure, from / kNumbersOfAClosure,
+                   RegisterStore::kLastNumber)) {
+        return RTF_E_ILLEGAL;
+      }
+      from %= kNumbersOfAClosure;
+      to %= kNumbersOfAClosure;
+      report->Centred(fmt::format("dalla chiusura {:04} alla {:04}", selection.from_closure,
+                                  selection.to_closure));
+      break;
+    default:
+      return RTF_E_ILLEGAL;
+  }
+  if (from > JournalSelection::kLastNumber || to > JournalSelection::kLastNumber) {
+    return RTF_E_ILLEGAL;
+  }
+  if (selection.from_closure == selection.to_closure && from > to) return RTF_E_ILLEGAL;
+  selection.from_number = static_cast<int>(from);
+  selection.to_number = static_cast<int>(to);
+
+  int count = 0;
+  for (const JournalEntry& entry : core_.store.journal()) {
+    if (Selects(selection, entry)) ++count;
+  }
+  if (count == 0) return RTF_E_NOEXIST;
+  report->Pair("Documenti", std::to_string(count));
+  report->Cut();
+  for (const JournalEntry& entry : core_.store.journal()) {
+    if (!Selects(selection, entry)) continue;
+    for (const std::string& line : entry.lines) report->Line(line);
+  }
+  report->Centred("FINE ESTRATTO");
+  return RTF_SUCCESS;
+}
+
+// One line for each document of a range of dates, and of numbers unless both are 0.
+int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const {
+  if (request.criteria != kByDate && request.criteria != kByDateAndNumber) return RTF_E_ILLEGAL;
+  Range range;
+  if (const int code = ReadDates(request, &range)) return code;
+  uint32_t from = request.from_number;
+  uint32_t to = request.to_number;
+  if (request.criteria == kByDate || (from == 0 && to == 0)) {
+    from = 1;
+    to = kLastInvoice;
+  }
+  if (from > to) return RTF_E_ILLEGAL;
+  report->Centred(DateRange(range));
+  report->Blank();
+  int count = 0;
+  Amount sum = 0;
+  for (const StoredDocument& document : core_.store.documents()) {
+    const ListName& name = NameOf(document.kind);
+    if ((request.filter & name.filter) == 0) continue;
+    if (CompareMinutes(document.time, range.from) < 0) continue;
+    if (CompareMinutes(document.time, range.to) > 0) continue;
+    if (!InRange(static_cast<uint32_t>(document.number), from, to)) continue;
+    ++count;
+    const Amount amount = DailySign(document.kind) * document.total;
+    sum += amount;
+    report->Pair(fmt::format("{:04}-{:04} {} {}", document.closure, document.number,
+                             FormatDateTime(document.time), name.name),
+                 FormatAmount(amount));
+  }
+  if (count == 0) return RTF_E_NOEXIST;
+  report->Blank();
+  report->Pair("Documenti", std::to_string(count));
+  report->Pair("TOTALE", FormatAmount(sum));
+  report->Centred("RT " + core_.tables.settings().serial_number);
+  return RTF_SUCCESS;
+}
+
+}  // namespace lorimat

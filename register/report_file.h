@@ -1,0 +1,17 @@
+// Files that the register writes: reports, summaries, lottery documents.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lorimat {
+
+// Writes a file whole. It appears under its name only when all of it is written; before that an
+// older file of this name stays as it was. What is no ordinary file (a device, a link) is
+// written in place. RTF_E_FAILURE when that cannot be done: no such folder, no right, disk full.
+int WriteFile(std::string_view path, std::string_view content);
+
+// Reads a file whole. RTF_E_NOEXIST when there is none, RTF_E_FAILURE when it cannot be read.
+int ReadFile(std::string_view path, std::string* content);
+
+}  // namespace lorimat

@@ -1,0 +1,61 @@
+// Reports: readings of the day, the day closing, periods, fiscal memory and journal. Each is
+// put together whole before anything leaves the register: first its file is written, then it
+// is printed. One that is refused, or whose file cannot be written, changes and prints nothing.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "register/core.h"
+
+namespace lorimat {
+
+// Where a report goes.
+struct ReportTarget {
+  static constexpr int32_t kPrinter = 1;
+  static constexpr int32_t kFile = 2;
+
+  // "txt", also for an empty one, or "stxt": the same text, closed by a line with its digest.
+  std::string_view format = {};
+  std::string_view file = {};
+  int32_t outputs = kPrinter;  // the sum of the places
+};
+
+// What FiscalReportMessageEx asks for.
+struct FiscalRequest {
+  int32_t source = 0;  // 0 closings, 1 journal, 2 sums of a period, 4 list of documents
+  int32_t filter = 0;
+  int32_t criteria = 0;  // 2 dates, 3 closures, 4 dates with numbers
+  uint32_t from_number = 0;
+  uint32_t to_number = 0;
+  std::string_view from_date = {};  // DDMMYYYYHHMM
+  std::string_view to_date = {};
+};
+
+class ReportDesk {
+ public:
+  explicit ReportDesk(RegisterCore& core) : core_(core) {}
+
+  // Reading of the day: 0 departments, 1 the day, 2 everything. A reading never clears:
+  // RTF_E_ILLEGAL with `clear`.
+  int PrintX(int32_t kind, bool clear, const ReportTarget& target);
+  // Closes the day: it is stored and reset in one step, and its paper printed. With the option
+  // for it, or with `send`, lottery documents or the summaries that wait are sent; when that
+  // fails, the day is closed all the same and they go on waiting.
+  int CloseDay(bool send);
+  // Totals since they were last cleared: 1 everything, 2 departments, 3 VAT, 4 operators,
+  // 5 tenders. With `clear` those of this kind begin again.
+  int PrintPeriodic(int32_t kind, bool clear, const ReportTarget& target);
+  int PrintFiscal(const FiscalRequest& request, const ReportTarget& target);
+
+ private:
+  Paper Begin(std::string_view title) const;
+  int Deliver(Paper report, const ReportTarget& target);
+  int Closings(const FiscalRequest& request, bool sums, Paper* report) const;
+  int Journal(const FiscalRequest& request, Paper* report) const;
+  int DocumentList(const FiscalRequest& request, Paper* report) const;
+
+  RegisterCore& core_;
+};
+
+}  // namespace lorimat

@@ -1,0 +1,145 @@
+// The setters of the tables: what each record may hold. The limits are those of a small shop's
+// register; a host's longer text is refused, not cut, so that nobody sells under half a name.
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "register/device_text.h"
+#include "register/tables.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat {
+namespace {
+
+// Shown in place of the rate for entries without tax; an entry that loses its rate gets it.
+constexpr char kExempt[] = "ES*";
+
+bool IsPrice(Amount amount) { return amount >= 0 && amount <= Tables::kMaxPresetPrice; }
+
+bool IsKind(TenderKind kind) { return kind >= TenderKind::kCash && kind <= TenderKind::kNotPaid; }
+
+// A rate in ten-thousandths of a percent, of at most two decimals. Nothing for other texts.
+std::optional<int32_t> ReadRate(std::string_view text) {
+  constexpr int32_t kHundredth = 100;
+  const std::optional<int64_t> rate = ParseDecimal(text, 0, 0);
+  if (!rate || *rate > Tables::kMaxVatRate || *rate % kHundredth != 0) return std::nullopt;
+  return static_cast<int32_t>(*rate);
+}
+
+}  // namespace
+
+int Tables::CheckDepartment(const Department& department) const {
+  if (department.name.size() > kDescriptionSize) return RTF_EFPTR_BAD_LENGTH;
+  if (FindVat(department.vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (!IsPrice(department.price) || !IsPrice(department.max_price)) return RTF_EFPTR_BAD_PRICE;
+  // A preset price above the limit could never be sold.
+  if (department.max_price > 0 && department.price > department.max_price) {
+    return RTF_EFPTR_BAD_PRICE;
+  }
+  if (department.group < 0 || department.group > settings_.groups) return RTF_E_ILLEGAL;
+  if (department.quantity < 0) return RTF_EFPTR_BAD_ITEM_QUANTITY;
+  return RTF_SUCCESS;
+}
+
+int Tables::SetDepartment(int number, Department department) {
+  if (FindDepartment(number) == nullptr) return RTF_E_ILLEGAL;
+  if (const int code = CheckDepartment(department)) return code;
+  department.name = DeviceText(department.name);
+  department.price = RoundToCents(department.price).value_or(0);
+  department.max_price = RoundToCents(department.max_price).value_or(0);
+  settings_.departments[static_cast<size_t>(number) - 1] = std::move(department);
+  return RTF_SUCCESS;
+}
+
+int Tables::SetGroup(int index, GroupRow row) {
+  if (FindGroup(index) == nullptr) return RTF_E_ILLEGAL;
+  if (row.description.size() > kDescriptionSize || row.password.size() > kPasswordSize) {
+    return RTF_EFPTR_BAD_LENGTH;
+  }
+  row.description = DeviceText(row.description);
+  row.password = DeviceText(row.password);
+  groups_[static_cast<size_t>(index) - 1] = std::move(row);
+  return RTF_SUCCESS;
+}
+
+int Tables::SetSubtender(int number, Subtender subtender) {
+  if (FindSubtender(number) == nullptr || !IsKind(subtender.kind)) return RTF_E_ILLEGAL;
+  if (subtender.description.size() > kSubtenderDescriptionSize) return RTF_EFPTR_BAD_LENGTH;
+  if (subtender.flags > Subtender::kGivesChange) return RTF_E_ILLEGAL;
+  if (subtender.preset_value > kMaxPresetValue) return RTF_EFPTR_BAD_PRICE;
+  subtender.description = DeviceText(subtender.description);
+  Tender made = {SubtenderId(number),
+                 subtender.description.empty() ? SubtenderName(number) : subtender.description,
+                 subtender.kind, (subtender.flags & Subtender::kGivesChange) != 0};
+  for (Tender& tender : tenders_) {
+    if (tender.id == made.id) std::swap(tender, made);
+  }
+  subtenders_[static_cast<size_t>(number) - 1] = std::move(subtender);
+  return RTF_SUCCESS;
+}
+
+int Tables::SetHeaderLine(int line, std::string_view text) {
+  if (line < 1 || line > kHeaderLines) return RTF_E_ILLEGAL;
+  if (text.size() > kHeaderLineSize) return RTF_EFPTR_BAD_LENGTH;
+  const size_t index = static_cast<size_t>(line) - 1;
+  std::string kept = DeviceText(text);
+  if (settings_.header_lines.size() <= index) settings_.header_lines.resize(index + 1);
+  settings_.header_lines[index] = std::move(kept);
+  return RTF_SUCCESS;
+}
+
+int Tables::NoteVatRate(int entry, std::string_view rate) {
+  if (FindVat(entry) == nullptr) return RTF_EFPTR_BAD_VAT;
+  const std::optional<int32_t> value = ReadRate(rate);
+  if (!value) return RTF_E_ILLEGAL;
+  noted_rates_[entry] = *value;
+  return RTF_SUCCESS;
+}
+
+int Tables::CommitVat(bool day_open) {
+  const std::map<int, int32_t> rates = std::exchange(noted_rates_, {});
+  for (const auto& [entry, rate] : rates) {
+    // The totals of the day stand by entry: a rate that changed under them would make them lie.
+    if (day_open && FindVat(entry)->rate != rate) return RTF_EFPTR_DAY_END_REQUIRED;
+  }
+  for (const auto& [entry, rate] : rates) {
+    VatRate& row = settings_.vat_rates[static_cast<size_t>(entry) - 1];
+    row.rate = rate;
+    if (rate != 0) row.mark.clear();
+    if (rate == 0 && row.mark.empty()) row.mark = kExempt;
+  }
+  return RTF_SUCCESS;
+}
+
+int Tables::SetArticle(Article article) {
+  if (article.code.empty()) return RTF_E_ILLEGAL;
+  if (article.code.size() > kArticleCodeSize || article.description.size() > kDescriptionSize) {
+    return RTF_EFPTR_BAD_LENGTH;
+  }
+  if (FindDepartment(article.department) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (!IsPrice(article.price)) return RTF_EFPTR_BAD_PRICE;
+  article.code = DeviceText(article.code);
+  article.description = DeviceText(article.description);
+  article.price = RoundToCents(article.price).value_or(0);
+  for (Article& kept : settings_.articles) {
+    if (kept.code != article.code) continue;
+    kept = std::move(article);
+    return RTF_SUCCESS;
+  }
+  if (settings_.articles.size() >= kMaxArticles) return RTF_E_FAILURE;
+  settings_.articles.push_back(std::move(article));
+  return RTF_SUCCESS;
+}
+
+int Tables::SetLogo(int number, std::string_view file) {
+  if (number < 1 || number > kMaxLogos) return RTF_E_ILLEGAL;
+  if (file.size() > kLogoNameSize) return RTF_EFPTR_BAD_LENGTH;
+  std::error_code none;
+  if (!std::filesystem::is_regular_file(std::filesystem::path(file), none)) return RTF_E_NOEXIST;
+  logos_[number] = std::string(file);
+  return RTF_SUCCESS;
+}
+
+}  // namespace lorimat

@@ -1,0 +1,324 @@
+#include "register/telematic.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "register/report_file.h"
+#include "register/report_sections.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat {
+namespace {
+
+constexpr std::string_view kXmlHead = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr std::string_view kNamespace =
+    "http://ivaservizi.agenziaentrate.gov.it/docs/xsd/corrispettivi/dati/v1.0";
+
+// Texts of the register may hold any byte: those that a text of UTF-8 cannot hold become
+// question marks.
+std::string Escaped(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '<':
+        result += "&lt;";
+        break;
+      case '>':
+        result += "&gt;";
+        break;
+      case '&':
+        result += "&amp;";
+        break;
+      default:
+        result +=
+            static_cast<unsigned char>(c) >= 0x20 && static_cast<unsigned char>(c) < 0x7F ? c : '?';
+    }
+  }
+  return result;
+}
+
+// "12.34".
+std::string Decimal(Amount amount) {
+  const Amount cents = amount / kCent;
+  const Amount size = cents < 0 ? -cents : cents;
+  return fmt::format("{}{}.{:02}", cents < 0 ? "-" : "", size / 100, size % 100);
+}
+
+void Element(std::string_view indent, std::string_view name, std::string_view value,
+             std::string* xml) {
+  *xml += fmt::format("{}<{}>{}</{}>\n", indent, name, Escaped(value), name);
+}
+
+std::string DateTime(const std::tm& time) {
+  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", 1900 + time.tm_year, time.tm_mon + 1,
+                     time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+}
+
+// A VAT entry's amounts, net of tax.
+struct VatElement {
+  const char* name;
+  unsigned kinds;
+  Figure figure;
+};
+
+constexpr unsigned kTaken = Totals::kSales | Totals::kInvoices;
+
+constexpr VatElement kVatElements[] = {
+    {"Ammontare", kTaken, Figure::kGross},
+    {"TotaleAmmontareResi", Totals::kRefunds, Figure::kGross},
+    {"TotaleAmmontareAnnulli", Totals::kCancels, Figure::kGross},
+    {"BeniInSospeso", kTaken, Figure::kUndeliveredNotPaid},
+    {"NonRiscossoServizi", kTaken, Figure::kServicesNotPaid},
+    {"NonRiscossoFatture", kTaken, Figure::kInvoicesNotPaid},
+    {"TotaleDaFattureRT", Totals::kInvoices, Figure::kGross},
+    {"NonRiscossoDCRaSSN", kTaken, Figure::kSsnNotPaid},
+};
+
+Amount Net(const Totals& totals, unsigned kinds, int vat, Figure figure) {
+  const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
+  const Amount net = totals.Sum(kinds, vat, figure) - totals.Sum(kinds, vat, tax);
+  return net < 0 ? -net : net;
+}
+
+// The nature that the national code list gives to sales without tax, by the entry's mark.
+struct NatureRow {
+  std::string_view mark;
+  const char* code;
+};
+
+constexpr NatureRow kNatures[] = {
+    {"EE", "N1"}, {"NS", "N2"}, {"NI", "N3"}, {"ES", "N4"}, {"RM", "N5"},
+};
+
+std::string NatureOf(std::string_view mark) {
+  for (const NatureRow& row : kNatures) {
+    if (mark.starts_with(row.mark)) return row.code;
+  }
+  return "N4";
+}
+
+void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
+  const Totals& totals = closure.totals;
+  const VatRate rate = vat >= 1 && static_cast<size_t>(vat) <= closure.vat_rates.size()
+                           ? closure.vat_rates[static_cast<size_t>(vat) - 1]
+                           : VatRate{};
+  *xml += "    <Riepilogo>\n";
+  if (rate.rate > 0) {
+    *xml += "      <IVA>\n";
+    Element("        ", "AliquotaIVA", Decimal(rate.rate), xml);
+    Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, Figure::kGrossTax)), xml);
+    *xml += "      </IVA>\n";
+  } else {
+    Element("      ", "Natura", NatureOf(rate.mark), xml);
+  }
+  for (const VatElement& element : kVatElements) {
+    Element("      ", element.name, Decimal(Net(totals, element.kinds, vat, element.figure)), xml);
+  }
+  *xml += "    </Riepilogo>\n";
+}
+
+// What the day collected by one way of paying; "8" is a discount on the payment, and no payment.
+struct Collected {
+  Amount cash = 0;
+  Amount electronic = 0;
+  Amount ticket = 0;
+  int tickets = 0;
+};
+
+Collected CollectedBy(const RegisterCore& core, const KindTotals& kind) {
+  Collected sums;
+  for (const Tender& tender : core.tables.tenders()) {
+    const auto amount = kind.by_tender.find(tender.id);
+    if (amount == kind.by_tender.end() || tender.id == "8") continue;
+    switch (tender.kind) {
+      case TenderKind::kCash:
+        sums.cash += amount->second;
+        break;
+      case TenderKind::kElectronic:
+        sums.electronic += amount->second;
+        break;
+      case TenderKind::kTicket: {
+        sums.ticket += amount->second;
+        const auto count = kind.tender_counts.find(tender.id);
+        if (count != kind.tender_counts.end()) sums.tickets += count->second;
+        break;
+      }
+      case TenderKind::kNotPaid:
+        break;
+    }
+  }
+  return sums;
+}
+
+Amount DiscountOnPayment(const KindTotals& kind) {
+  const auto amount = kind.by_tender.find("8");
+  return amount == kind.by_tender.end() ? 0 : amount->second;
+}
+
+std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
+  std::string xml = "  <Documento>\n";
+  Element("    ", "Numero", fmt::format("{:04}-{:04}", document.closure, document.number), &xml);
+  Element("    ", "DataOra", DateTime(document.time), &xml);
+  Element("    ", "CodiceLotteria", document.lottery_code, &xml);
+  Element("    ", "Importo", Decimal(document.total), &xml);
+  Amount electronic = 0;
+  for (const auto& [id, amount] : document.by_tender) {
+    const Tender* tender = tables.FindTender(id);
+    if (tender != nullptr && tender->kind == TenderKind::kElectronic) electronic += amount;
+  }
+  Element("    ", "PagatoElettronico", Decimal(electronic), &xml);
+  Element("    ", "Annullato", document.voided ? "SI" : "NO", &xml);
+  xml += "  </Documento>\n";
+  return xml;
+}
+
+bool HasLottery(const StoredDocument& document) {
+  return document.kind == DocumentKind::kSale && !document.lottery_code.empty();
+}
+
+}  // namespace
+
+std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
+  const RegisterSettings& settings = core.tables.settings();
+  // Marked as a simulation: nobody may take it for a real register's.
+  std::string xml = fmt::format(
+      "<n1:DatiCorrispettivi versione=\"COR10\" simulazione=\"true\" xmlns:n1=\"{}\">\n"
+      "  <Trasmissione>\n",
+      kNamespace);
+  Element("    ", "Progressivo", std::to_string(closure.number), &xml);
+  Element("    ", "Formato", "RT", &xml);
+  xml += "    <Dispositivo>\n";
+  Element("      ", "Tipo", "RT", &xml);
+  Element("      ", "IdDispositivo", settings.serial_number, &xml);
+  xml += "    </Dispositivo>\n";
+  Element("    ", "PIVAEsercente", settings.vat_number, &xml);
+  xml += "  </Trasmissione>\n";
+  Element("  ", "DataOraRilevazione", DateTime(closure.time), &xml);
+  xml += "  <DatiRT>\n";
+  for (const auto& [vat, gross] : closure.totals.GrossByVat()) AddVatEntry(closure, vat, &xml);
+  xml += "    <Totali>\n";
+  const Collected sales = CollectedBy(core, closure.totals.of(DocumentKind::kSale));
+  const Collected invoices = CollectedBy(core, closure.totals.of(DocumentKind::kInvoice));
+  Element("      ", "NumeroDocCommerciali", std::to_string(closure.counters.documents), &xml);
+  Element("      ", "PagatoContanti", Decimal(sales.cash + invoices.cash), &xml);
+  Element("      ", "PagatoElettronico", Decimal(sales.electronic + invoices.electronic), &xml);
+  Element("      ", "ScontoApagare",
+          Decimal(DiscountOnPayment(closure.totals.of(DocumentKind::kSale)) +
+                  DiscountOnPayment(closure.totals.of(DocumentKind::kInvoice))),
+          &xml);
+  xml += "      <PagatoTicket>\n";
+  Element("        ", "PagatoTicket", Decimal(sales.ticket + invoices.ticket), &xml);
+  Element("        ", "NumeroTicket", std::to_string(sales.tickets + invoices.tickets), &xml);
+  xml +=
+      "      </PagatoTicket>\n"
+      "    </Totali>\n"
+      "  </DatiRT>\n"
+      "</n1:DatiCorrispettivi>\n";
+  return xml;
+}
+
+std::string TelematicDesk::OutboxFile(std::string_view name) const {
+  return fmt::format("{}/{}", core_.tables.settings().outbox, name);
+}
+
+// One summary is a file of the national form; several stand in an element of this register.
+int TelematicDesk::WriteSummaries(const std::vector<const Closure*>& closures,
+                                  std::string_view file) const {
+  if (file.empty()) return RTF_E_ILLEGAL;
+  if (closures.empty()) return RTF_E_NOEXIST;
+  std::string xml(kXmlHead);
+  if (closures.size() > 1) xml += "<CorrispettiviSalvati>\n";
+  for (const Closure* closure : closures) xml += SummaryXml(core_, *closure);
+  if (closures.size() > 1) xml += "</CorrispettiviSalvati>\n";
+  return WriteFile(file, xml);
+}
+
+int TelematicDesk::SendSummaries() {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  while (const Closure* closure = core_.store.FirstPending()) {
+    if (!core_.tables.settings().outbox.empty()) {
+      const std::string name = OutboxFile(fmt::format("corrispettivi_{:04}.xml", closure->number));
+      if (const int code = WriteSummaries({closure}, name)) return code;
+    }
+    core_.store.MarkSent(closure->number);
+  }
+  return RTF_SUCCESS;
+}
+
+int TelematicDesk::ExportSummaries(std::string_view file) const {
+  return SaveSummaries(1, RegisterStore::kLastNumber, file, 1);
+}
+
+int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int options) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  if (from < 1 || to < from || to > RegisterStore::kLastNumber) return RTF_E_ILLEGAL;
+  if (options < 0 || options > 2) return RTF_E_ILLEGAL;
+  std::vector<const Closure*> wanted;
+  for (const Closure* closure : FindClosures(core_.store.closures(), from, to)) {
+    if (options == 1 && closure->sent) continue;
+    if (options == 2 && !closure->sent) continue;
+    wanted.push_back(closure);
+  }
+  return WriteSummaries(wanted, file);
+}
+
+int TelematicDesk::WriteLottery(const std::vector<const StoredDocument*>& documents,
+                                std::string_view file) const {
+  if (file.empty()) return RTF_E_ILLEGAL;
+  if (documents.empty()) return RTF_E_NOEXIST;
+  std::string xml(kXmlHead);
+  xml += "<DocumentiLotteria>\n";
+  Element("  ", "IdDispositivo", core_.tables.settings().serial_number, &xml);
+  for (const StoredDocument* document : documents) xml += DocumentXml(*document, core_.tables);
+  xml += "</DocumentiLotteria>\n";
+  return WriteFile(file, xml);
+}
+
+int TelematicDesk::SendLottery() {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  const StoredDocument* first = nullptr;
+  for (const StoredDocument& document : core_.store.documents()) {
+    if (HasLottery(document) && !document.lottery_sent && first == nullptr) first = &document;
+  }
+  if (first == nullptr) return RTF_SUCCESS;
+  if (!core_.tables.settings().outbox.empty()) {
+    const std::string name =
+        OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", first->closure, first->number));
+    if (const int code = SavePendingLottery(name)) return code;
+  }
+  core_.store.MarkLotterySent();
+  return RTF_SUCCESS;
+}
+
+int TelematicDesk::SavePendingLottery(std::string_view file) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  std::vector<const StoredDocument*> wanted;
+  for (const StoredDocument& document : core_.store.documents()) {
+    if (HasLottery(document) && !document.lottery_sent) wanted.push_back(&document);
+  }
+  return WriteLottery(wanted, file);
+}
+
+int TelematicDesk::SaveLottery(int from_closure, int from_number, int to_closure, int to_number,
+                               std::string_view file) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  const auto known = [](int number, int lowest) {
+    return number >= lowest && number <= RegisterStore::kLastNumber;
+  };
+  if (!known(from_closure, 1) || !known(to_closure, 1) || !known(from_number, 0) ||
+      !known(to_number, 0)) {
+    return RTF_E_ILLEGAL;
+  }
+  const std::pair from(from_closure, from_number);
+  const std::pair to(to_closure, to_number);
+  if (from > to) return RTF_E_ILLEGAL;
+  std::vector<const StoredDocument*> wanted;
+  for (const StoredDocument& document : core_.store.documents()) {
+    const std::pair place(document.closure, document.number);
+    if (HasLottery(document) && from <= place && place <= to) wanted.push_back(&document);
+  }
+  return WriteLottery(wanted, file);
+}
+
+}  // namespace lorimat

@@ -1,0 +1,332 @@
+#include "register/totals.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "register/core.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat {
+
+int DailySign(DocumentKind kind) {
+  return kind == DocumentKind::kSale || kind == DocumentKind::kInvoice ? 1 : -1;
+}
+
+namespace {
+
+constexpr DocumentKind kKinds[] = {DocumentKind::kSale, DocumentKind::kInvoice,
+                                   DocumentKind::kRefund, DocumentKind::kCancel};
+
+template <typename Key, typename Value>
+void AddMap(const std::map<Key, Value>& from, std::map<Key, Value>* to) {
+  for (const auto& [key, value] : from) (*to)[key] += value;
+}
+
+void AddMap(const std::map<int, VatFigures>& from, std::map<int, VatFigures>* to) {
+  for (const auto& [vat, figures] : from) {
+    VatFigures& sums = (*to)[vat];
+    for (size_t index = 0; index < figures.size(); ++index) sums[index] += figures[index];
+  }
+}
+
+void AddMap(const std::map<int, DepartmentSum>& from, std::map<int, DepartmentSum>* to,
+            int sign = 1) {
+  for (const auto& [department, sum] : from) {
+    DepartmentSum& sums = (*to)[department];
+    sums.quantity += sign * sum.quantity;
+    sums.amount += sign * sum.amount;
+  }
+}
+
+template <typename Key, typename Value>
+Value Find(const std::map<Key, Value>& map, const Key& key) {
+  const auto found = map.find(key);
+  return found == map.end() ? Value{} : found->second;
+}
+
+}  // namespace
+
+void Totals::Add(const StoredDocument& document) {
+  KindTotals& kind = kinds_[static_cast<size_t>(document.kind)];
+  ++kind.documents;
+  kind.total += document.total;
+  kind.not_paid += document.not_paid;
+  kind.discounts += document.discounts;
+  kind.surcharges += document.surcharges;
+  AddMap(document.figures, &kind.by_vat);
+  AddMap(document.by_department, &kind.by_department);
+  AddMap(document.sold_by_department, &kind.sold_by_department);
+  AddMap(document.by_tender, &kind.by_tender);
+  AddMap(document.tender_counts, &kind.tender_counts);
+  kind.by_operator[document.operator_number] += document.total;
+  ++kind.operator_counts[document.operator_number];
+}
+
+void Totals::Add(const Totals& other) {
+  for (size_t index = 0; index < kinds_.size(); ++index) {
+    KindTotals& kind = kinds_[index];
+    const KindTotals& from = other.kinds_[index];
+    kind.documents += from.documents;
+    kind.total += from.total;
+    kind.not_paid += from.not_paid;
+    kind.discounts += from.discounts;
+    kind.surcharges += from.surcharges;
+    AddMap(from.by_vat, &kind.by_vat);
+    AddMap(from.by_department, &kind.by_department);
+    AddMap(from.sold_by_department, &kind.sold_by_department);
+    AddMap(from.by_tender, &kind.by_tender);
+    AddMap(from.tender_counts, &kind.tender_counts);
+    AddMap(from.by_operator, &kind.by_operator);
+    AddMap(from.operator_counts, &kind.operator_counts);
+  }
+}
+
+Amount Totals::Sum(unsigned kinds, int vat, Figure figure) const {
+  Amount sum = 0;
+  for (const DocumentKind kind : kKinds) {
+    if ((kinds & (1u << static_cast<unsigned>(kind))) == 0) continue;
+    for (const auto& [entry, figures] : of(kind).by_vat) {
+      if (vat == 0 || entry == vat) sum += DailySign(kind) * At(figures, figure);
+    }
+  }
+  return sum;
+}
+
+DepartmentSum Totals::Department(int number) const {
+  std::map<int, DepartmentSum> sums;
+  for (const DocumentKind kind : kKinds) {
+    AddMap(of(kind).by_department, &sums, DailySign(kind));
+  }
+  return Find(sums, number);
+}
+
+DepartmentSum Totals::Sold(int number) const {
+  std::map<int, DepartmentSum> sums;
+  AddMap(of(DocumentKind::kSale).sold_by_department, &sums);
+  AddMap(of(DocumentKind::kInvoice).sold_by_department, &sums);
+  return Find(sums, number);
+}
+
+Amount Totals::Tender(const std::string& id) const {
+  Amount sum = 0;
+  for (const DocumentKind kind : kKinds) sum += DailySign(kind) * Find(of(kind).by_tender, id);
+  return sum;
+}
+
+int Totals::TenderCount(const std::string& id) const {
+  int count = 0;
+  for (const DocumentKind kind : kKinds)
+    count += DailySign(kind) * Find(of(kind).tender_counts, id);
+  return count;
+}
+
+std::map<int, Amount> Totals::GrossByVat() const {
+  std::map<int, Amount> sums;
+  for (const DocumentKind kind : kKinds) {
+    for (const auto& [vat, figures] : of(kind).by_vat) {
+      sums[vat] += DailySign(kind) * At(figures, Figure::kGross);
+    }
+  }
+  return sums;
+}
+
+std::map<int, Amount> Totals::ByOperator() const {
+  std::map<int, Amount> sums;
+  for (const DocumentKind kind : kKinds) {
+    for (const auto& [number, amount] : of(kind).by_operator) {
+      sums[number] += DailySign(kind) * amount;
+    }
+  }
+  return sums;
+}
+
+std::map<int, int> Totals::OperatorCounts() const {
+  std::map<int, int> counts;
+  for (const DocumentKind kind : kKinds) AddMap(of(kind).operator_counts, &counts);
+  return counts;
+}
+
+DailyTotals Totals::Summary() const {
+  DailyTotals summary;
+  summary.invoices = of(DocumentKind::kInvoice).total;
+  summary.receipts = of(DocumentKind::kSale).total + summary.invoices;
+  summary.refunds = of(DocumentKind::kRefund).total;
+  summary.cancels = of(DocumentKind::kCancel).total;
+  summary.by_vat = GrossByVat();
+  for (const DocumentKind kind : kKinds) {
+    const int sign = DailySign(kind);
+    summary.not_paid += sign * of(kind).not_paid;
+    summary.discounts += sign * of(kind).discounts;
+    summary.surcharges += sign * of(kind).surcharges;
+    AddMap(of(kind).by_department, &summary.by_department, sign);
+    for (const auto& [tender, amount] : of(kind).by_tender) {
+      summary.by_tender[tender] += sign * amount;
+    }
+  }
+  return summary;
+}
+
+int Totals::documents() const {
+  int count = 0;
+  for (const KindTotals& kind : kinds_) count += kind.documents;
+  return count;
+}
+
+namespace {
+
+// Sums of figures that each VAT class has. A net totalizer is the gross one less its tax.
+struct VatRow {
+  int kind;
+  unsigned documents;
+  Figure figure;
+  bool net = false;
+  bool positive = false;  // of credit notes or voids alone, shown as what they came to
+};
+
+constexpr unsigned kTaken = Totals::kSales | Totals::kInvoices;
+
+constexpr VatRow kVatRows[] = {
+    {RTF_FPTR_GT_GROSS, Totals::kAll, Figure::kGross},
+    {RTF_FPTR_GT_NET, Totals::kAll, Figure::kGross, true},
+    {RTF_FPTR_GT_DISCOUNT, Totals::kAll, Figure::kDiscounts},
+    {RTF_FPTR_GT_DISCOUNT_VOID, Totals::kAll, Figure::kDiscountVoids},
+    {RTF_FPTR_GT_ITEM, kTaken, Figure::kItems},
+    {RTF_FPTR_GT_ITEM_VOID, kTaken, Figure::kItemVoids},
+    {RTF_FPTR_GT_REFUND, kTaken, Figure::kRefundLines},
+    {RTF_FPTR_GT_REFUND_VOID, kTaken, Figure::kRefundLineVoids},
+    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT, Totals::kAll, Figure::kSubtotalDiscounts},
+    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT_VOID, Totals::kAll, Figure::kSubtotalDiscountVoids},
+    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES, Totals::kAll, Figure::kSubtotalSurcharges},
+    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES_VOID, Totals::kAll, Figure::kSubtotalSurchargeVoids},
+    {RTF_FPTR_GT_SURCHARGE, Totals::kAll, Figure::kSurcharges},
+    {RTF_FPTR_GT_SURCHARGE_VOID, Totals::kAll, Figure::kSurchargeVoids},
+    {RTF_FPTR_GT_VAT_CATEGORY_DAILY_GROSS, Totals::kAll, Figure::kGross},
+    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT_GROSS, Totals::kSales, Figure::kGross},
+    {RTF_FPTR_GT_VAT_CATEGORY_REFUND_GROSS, Totals::kRefunds, Figure::kGross, false, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL_GROSS, Totals::kCancels, Figure::kGross, false, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE_GROSS, Totals::kInvoices, Figure::kGross},
+    {RTF_FPTR_GT_VAT_CATEGORY_DAILY, Totals::kAll, Figure::kGross, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT, Totals::kSales, Figure::kGross, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_REFUND, Totals::kRefunds, Figure::kGross, true, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL, Totals::kCancels, Figure::kGross, true, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE, Totals::kInvoices, Figure::kGross, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_TAXALL, Totals::kAll, Figure::kGrossTax},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_GROSS, Totals::kAll, Figure::kServices},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID_GROSS, Totals::kAll, Figure::kServicesNotPaid},
+    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID_GROSS, Totals::kAll, Figure::kSsnNotPaid},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID_GROSS, Totals::kAll, Figure::kInvoicesNotPaid},
+    {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID_GROSS, Totals::kAll,
+     Figure::kUndeliveredNotPaid},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES, Totals::kAll, Figure::kServices, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID, Totals::kAll, Figure::kServicesNotPaid, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID, Totals::kAll, Figure::kSsnNotPaid, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID, Totals::kAll, Figure::kInvoicesNotPaid, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID, Totals::kAll, Figure::kUndeliveredNotPaid,
+     true},
+};
+
+constexpr Figure kNotPaidFigures[] = {Figure::kServicesNotPaid, Figure::kSsnNotPaid,
+                                      Figure::kInvoicesNotPaid, Figure::kUndeliveredNotPaid};
+
+// Totalizers of a department.
+struct DepartmentRow {
+  int kind;
+  int64_t (*read)(const Totals&, int);
+};
+
+constexpr DepartmentRow kDepartmentRows[] = {
+    {RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_QUANTITY,
+     [](const Totals& totals, int number) { return totals.Sold(number).quantity; }},
+    {RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_GROSS_VALUE,
+     [](const Totals& totals, int number) { return totals.Sold(number).amount; }},
+    {RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE,
+     [](const Totals& totals, int number) { return totals.Department(number).amount; }},
+};
+
+// Totalizers that have no VAT class, read under class 0.
+struct PlainRow {
+  int kind;
+  int64_t (*read)(const Totals&);
+};
+
+constexpr PlainRow kPlainRows[] = {
+    {RTF_FPTR_GT_DISCOUNT_ON_PAYMENT, [](const Totals& totals) { return totals.Tender("8"); }},
+    {RTF_FPTR_GT_GENERIC_VOUCHER_GROSS, [](const Totals& totals) { return totals.Tender("30"); }},
+    {RTF_FPTR_GT_TICKET_PAYED_GROSS, [](const Totals& totals) { return totals.Tender("4"); }},
+    {RTF_FPTR_GT_TICKET_PAYED_COUNT,
+     [](const Totals& totals) -> int64_t { return totals.TenderCount("4"); }},
+};
+
+template <typename Row, size_t n>
+const Row* FindRow(const Row (&rows)[n], int kind) {
+  for (const Row& row : rows) {
+    if (row.kind == kind) return &row;
+  }
+  return nullptr;
+}
+
+bool IsVatClass(int id) { return (id >= 0 && id <= 8) || (id >= 10 && id <= 60 && id % 10 == 0); }
+
+bool ScopeTotals(const RegisterCore& core, int scope, Totals* totals) {
+  switch (scope) {
+    case RTF_FPTR_TT_DOCUMENT:
+    case RTF_FPTR_TT_RECEIPT:
+      if (core.state != PrinterState::kMonitor && core.state != PrinterState::kNonFiscal) {
+        totals->Add(Summarize(core.document.receipt, core.tables));
+      }
+      return true;
+    case RTF_FPTR_TT_DAY:
+      *totals = core.store.day();
+      return true;
+    case RTF_FPTR_TT_GRAND:
+      *totals = core.store.day();
+      for (const Closure& closure : core.store.closures()) totals->Add(closure.totals);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::string* value) {
+  Totals totals;
+  if (!ScopeTotals(core, scope, &totals)) return RTF_E_ILLEGAL;
+  if (const DepartmentRow* row = FindRow(kDepartmentRows, kind)) {
+    if (core.tables.FindDepartment(id) == nullptr) return RTF_E_ILLEGAL;
+    *value = std::to_string(row->read(totals, id));
+    return RTF_SUCCESS;
+  }
+  if (kind == RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_DEPARTMENT_NAME) {
+    const Department* department = core.tables.FindDepartment(id);
+    if (department == nullptr) return RTF_E_ILLEGAL;
+    *value = department->name;
+    return RTF_SUCCESS;
+  }
+  if (const PlainRow* row = FindRow(kPlainRows, kind)) {
+    if (id != 0) return RTF_E_ILLEGAL;
+    *value = std::to_string(row->read(totals));
+    return RTF_SUCCESS;
+  }
+  if (!IsVatClass(id)) return RTF_E_ILLEGAL;
+  // The classes by nature: no entry of the VAT table has such a number here.
+  const bool by_nature = id >= 10;
+  Amount sum = 0;
+  if (kind == RTF_FPTR_GT_NOT_PAID) {
+    for (const Figure figure : kNotPaidFigures) sum += totals.Sum(Totals::kAll, id, figure);
+  } else {
+    const VatRow* row = FindRow(kVatRows, kind);
+    if (row == nullptr) return RTF_E_ILLEGAL;
+    sum = totals.Sum(row->documents, id, row->figure);
+    if (row->net) {
+      const auto tax = static_cast<Figure>(static_cast<size_t>(row->figure) + 1);
+      sum -= totals.Sum(row->documents, id, tax);
+    }
+    if (row->positive) sum = -sum;
+  }
+  *value = std::to_string(by_nature ? 0 : sum);
+  return RTF_SUCCESS;
+}
+
+}  // namespace lorimat

@@ -1,0 +1,483 @@
+#include "register/virtual_register.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "managermachine/pflitemtype.h"
+#include "register/client_buffers.h"
+#include "register/data_items.h"
+#include "register/properties.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat {
+namespace {
+
+// The longest texts that the interface lets a client give out.
+constexpr size_t kGetDataSize = 50;
+constexpr size_t kGetDateSize = 13;  // DDMMYYYYHHMM
+constexpr size_t kDirectIoSize = 513;
+
+struct DataSelector {
+  int selector;
+  std::string (*read)(const RegisterCore&);
+};
+
+const DataSelector kDataSelectors[] = {
+    {RTF_FPTR_GD_CURRENT_TOTAL,
+     [](const RegisterCore& core) { return std::to_string(core.document.receipt.total()); }},
+    {RTF_FPTR_GD_DAILY_TOTAL,
+     [](const RegisterCore& core) { return std::to_string(core.store.daily().net()); }},
+    {RTF_FPTR_GD_RECEIPT_NUMBER,
+     [](const RegisterCore& core) { return std::to_string(core.store.counters().documents); }},
+    {RTF_FPTR_GD_REFUND,
+     [](const RegisterCore& core) { return std::to_string(core.store.daily().refunds); }},
+    {RTF_FPTR_GD_NOT_PAID,
+     [](const RegisterCore& core) { return std::to_string(core.store.daily().not_paid); }},
+    {RTF_FPTR_GD_MID_VOID,
+     [](const RegisterCore& core) { return std::to_string(core.store.counters().abandoned); }},
+    {RTF_FPTR_GD_Z_REPORT,
+     [](const RegisterCore& core) { return fmt::format("{:04}", core.store.last_closure()); }},
+    {RTF_FPTR_GD_GRAND_TOTAL,
+     [](const RegisterCore& core) { return std::to_string(core.store.grand_total()); }},
+    {RTF_FPTR_GD_PRINTER_ID,
+     [](const RegisterCore& core) { return core.tables.settings().serial_number; }},
+    {RTF_FPTR_GD_FIRMWARE,
+     [](const RegisterCore& core) { return core.firmware_version; }},
+    {RTF_FPTR_GD_REFUND_VOID,
+     [](const RegisterCore& core) {
+       return std::to_string(core.store.day().Sum(Totals::kSales | Totals::kInvoices, 0,
+                                                  Figure::kRefundLineVoids));
+     }},
+    {RTF_FPTR_GD_DESCRIPTION_LENGTH,
+     [](const RegisterCore&) { return std::to_string(Paper::kDescriptionColumns); }},
+    {RTF_FPTR_GD_FISCAL_REC,
+     [](const RegisterCore& core) {
+       return fmt::format("{:04}", core.store.counters().documents);
+     }},
+    {RTF_FPTR_GD_FISCAL_REC_VOID,
+     [](const RegisterCore& core) { return std::to_string(core.store.counters().cancels); }},
+    {RTF_FPTR_GD_NONFISCAL_REC,
+     [](const RegisterCore& core) { return std::to_string(core.store.counters().non_fiscal); }},
+    {RTF_FPTR_GD_SIMP_INVOICE,
+     [](const RegisterCore& core) { return std::to_string(core.store.next_invoice() - 1); }},
+};
+
+std::string DateTimeText(const std::tm& time) {
+  return fmt::format("{:02}{:02}{:04}{:02}{:02}", time.tm_mday, time.tm_mon + 1,
+                     1900 + time.tm_year, time.tm_hour, time.tm_min);
+}
+
+void Keep(std::deque<std::string>* lines, const char* line) noexcept {
+  try {
+    lines->emplace_back(View(line));
+    if (lines->size() > VirtualRegister::kLogLines) lines->pop_front();
+  } catch (...) {
+    // A line of the trace is lost; nothing rests on it.
+  }
+}
+
+}  // namespace
+
+VirtualRegister::VirtualRegister(RegisterSettings settings)
+    : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {}
+
+// --- Device state and properties
+
+bool VirtualRegister::GetClaimed() { return true; }
+bool VirtualRegister::GetDeviceEnabled() { return true; }
+int VirtualRegister::GetState() { return RTF_S_IDLE; }
+
+int VirtualRegister::GetIntProperty(int property, int* value) {
+  return Guarded([&] {
+    if (value == nullptr) return RTF_E_ILLEGAL;
+    if (property == RTF_PIDXFptr_PrinterState && core_.report_polls > 0) {
+      --core_.report_polls;
+      *value = RTF_FPTR_PS_REPORT;
+      return RTF_SUCCESS;
+    }
+    return ReadIntProperty(core_, property, value);
+  });
+}
+
+int VirtualRegister::SetIntProperty(int property, int value) {
+  return Guarded([&] { return WriteIntProperty(core_, property, value); });
+}
+
+int VirtualRegister::GetStringProperty(int property, char* value) {
+  return Guarded([&] {
+    if (value == nullptr) return RTF_E_ILLEGAL;
+    std::string text;
+    if (const int code = ReadTextProperty(core_, property, &text)) return code;
+    Give(text, value, kPropertyTextSize + 1);
+    return RTF_SUCCESS;
+  });
+}
+
+int VirtualRegister::SetStringProperty(int property, const char* value) {
+  return Guarded([&] { return WriteTextProperty(core_, property, View(value)); });
+}
+
+int VirtualRegister::GetDataInternal(int item, char* text) {
+  return Guarded([&] {
+    const DataItem* row = FindDataItem(item);
+    if (text == nullptr || row == nullptr || row->read == nullptr) return RTF_E_ILLEGAL;
+    Give(row->read(core_, keyboard_), text, kDataItemSize);
+    return RTF_SUCCESS;
+  });
+}
+
+int VirtualRegister::SetDataInternal(int item, const char* text) {
+  return Guarded([&] {
+    const DataItem* row = FindDataItem(item);
+    if (row == nullptr || row->write == nullptr) return RTF_E_ILLEGAL;
+    return row->write(core_, View(text));
+  });
+}
+
+// --- Documents and receipts
+
+int VirtualRegister::BeginFiscalReceipt(bool print_header) {
+  return Guarded([&] { return desk_.BeginReceipt(print_header); });
+}
+
+int VirtualRegister::EndFiscalReceipt(bool) {
+  return Guarded([&] { return desk_.EndReceipt(); });
+}
+
+int VirtualRegister::BeginAdditionalTrailer() {
+  return Guarded([&] { return desk_.AdditionalTrailer(); });
+}
+
+int VirtualRegister::BeginDocInvoice(const char* head1, const char* head2, const char* head3,
+                                     const char* head4, const char* head5) {
+  return Guarded([&] {
+    const std::string_view customer[5] = {View(head1), View(head2), View(head3), View(head4),
+                                          View(head5)};
+    return desk_.BeginInvoice(customer, false);
+  });
+}
+
+int VirtualRegister::BeginDocInvoiceOppositionJurisprudence(const char* head1, const char* head2,
+                                                            const char* head3, const char* head4,
+                                                            const char* head5, bool opposition) {
+  return Guarded([&] {
+    const std::string_view customer[5] = {View(head1), View(head2), View(head3), View(head4),
+                                          View(head5)};
+    return desk_.BeginInvoice(customer, opposition);
+  });
+}
+
+int VirtualRegister::BeginDocTelematicRefund(int number, int zNumber, const char* date,
+                                             const char* matricola) {
+  return Guarded([&] {
+    return desk_.BeginRefund(
+        {zNumber, number, std::string(View(date)), std::string(View(matricola))});
+  });
+}
+
+int VirtualRegister::BeginDocTelematicCancel(int number, int zNumber, const char* date,
+                                             bool automatic, const char* text) {
+  return Guarded([&] {
+    return desk_.BeginCancel({zNumber, number, std::string(View(date)), {}}, automatic, View(text));
+  });
+}
+
+int VirtualRegister::PrintRecItemEx(int pfl_item_type, const char* description, int64_t price,
+                                    int quantity, int vatInfo, int64_t unitPrice,
+                                    const char* unitName, int departmentInfo, bool,
+                                    const char* pluCode) {
+  return Guarded([&] {
+    return desk_.Line({pfl_item_type, View(description), price, quantity, vatInfo, unitPrice,
+                       View(unitName), departmentInfo, View(pluCode)});
+  });
+}
+
+// The older line operations name a VAT entry and no department. Without a unit price, `price`
+// is that of the whole line.
+int VirtualRegister::LegacyLine(int pfl_item_type, const char* description, long price,
+                                int quantity, int vat_info, long unit_price,
+                                const char* unit_name) {
+  return Guarded([&] {
+    LineArguments line;
+    line.pfl_item_type = pfl_item_type;
+    line.description = View(description);
+    line.price = price;
+    line.quantity = unit_price > 0 || quantity < 0 ? quantity : 0;
+    line.vat = vat_info;
+    line.unit_price = unit_price;
+    line.unit_name = View(unit_name);
+    return desk_.Line(line);
+  });
+}
+
+int VirtualRegister::PrintRecItem(const char* description, long price, int quantity, int vatInfo,
+                                  long unitPrice, const char* unitName) {
+  return LegacyLine(PflItemType::kPrintRecItem, description, price, quantity, vatInfo, unitPrice,
+                    unitName);
+}
+
+int VirtualRegister::PrintRecItemVoid(const char* description, long price, int quantity,
+                                      int vatInfo, long unitPrice, const char* unitName) {
+  return LegacyLine(PflItemType::kPrintRecItemVoid, description, price, quantity, vatInfo,
+                    unitPrice, unitName);
+}
+
+int VirtualRegister::PrintRecItemRefund(const char* description, long price, int quantity,
+                                        int vatInfo, long unitPrice, const char* unitName) {
+  return LegacyLine(PflItemType::kPrintRecItemRefund, description, price, quantity, vatInfo,
+                    unitPrice, unitName);
+}
+
+int VirtualRegister::PrintRecItemRefundVoid(const char* description, long price, int quantity,
+                                            int vatInfo, long unitPrice, const char* unitName) {
+  return LegacyLine(PflItemType::kPrintRecItemRefundVoid, description, price, quantity, vatInfo,
+                    unitPrice, unitName);
+}
+
+int VirtualRegister::PrintRecRefund(const char* description, long amount, int vatInfo) {
+  return LegacyLine(PflItemType::kPrintRecItemRefund, description, amount, 0, vatInfo, 0, "");
+}
+
+int VirtualRegister::PrintRecRefundVoid(const char* description, long amount, int vatInfo) {
+  return LegacyLine(PflItemType::kPrintRecItemRefundVoid, description, amount, 0, vatInfo, 0, "");
+}
+
+int VirtualRegister::PrintRecItemAdjustment(int adjustment_type, const char* description,
+                                            int64_t amount, int vatInfo) {
+  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, -2, false);
+}
+
+int VirtualRegister::PrintRecItemAdjustmentVoid(int adjustment_type, const char* description,
+                                                int64_t amount, int vatInfo) {
+  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, -2, true);
+}
+
+int VirtualRegister::PrintRecItemAdjustmentEx(int adjustment_type, const char* description,
+                                              int64_t amount, int vatInfo, int departmentInfo) {
+  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, departmentInfo,
+                                   false);
+}
+
+int VirtualRegister::PrintRecItemAdjustmentEx2(int adjustment_type, const char* description,
+                                               int64_t amount, int vatInfo, int departmentInfo,
+                                               bool is_void) {
+  return Guarded([&] {
+    return desk_.Adjust(adjustment_type, View(description), amount, vatInfo, departmentInfo,
+                        is_void);
+  });
+}
+
+int VirtualRegister::PrintRecSubtotal(int64_t amount) {
+  return Guarded([&] {
+    if (const int code = desk_.CheckSubtotal(amount)) return code;
+    return desk_.PrintSubtotal();
+  });
+}
+
+int VirtualRegister::PrintRecSubtotalEx(int64_t iSubTotal, bool check) {
+  return Guarded([&] { return check ? desk_.CheckSubtotal(iSubTotal) : desk_.PrintSubtotal(); });
+}
+
+int VirtualRegister::PrintRecSubtotalAdjustment(int adjustment_type, const char* description,
+                                                int64_t amount) {
+  return Guarded(
+      [&] { return desk_.AdjustSubtotal(adjustment_type, View(description), amount, false); });
+}
+
+int VirtualRegister::PrintRecSubtotalAdjustVoid(int adjustment_type, int64_t amount) {
+  return Guarded([&] { return desk_.AdjustSubtotal(adjustment_type, {}, amount, true); });
+}
+
+int VirtualRegister::PrintRecMessage(const char* message) {
+  return Guarded([&] { return desk_.Message(View(message)); });
+}
+
+int VirtualRegister::PrintRecTaxID(const char* tax_id) {
+  return Guarded([&] { return desk_.TaxId(View(tax_id)); });
+}
+
+int VirtualRegister::PrintRecTotal(int64_t total, int64_t payment, const char* description) {
+  return Guarded([&] {
+    if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
+    if (total != core_.document.receipt.total()) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    return desk_.Total(payment, View(description), false);
+  });
+}
+
+int VirtualRegister::PrintRecTotalEx(int64_t payment, const char* description, bool auto_payment) {
+  return Guarded([&] { return desk_.Total(payment, View(description), auto_payment); });
+}
+
+int VirtualRegister::PrintRecVoid(const char* description) {
+  return Guarded([&] { return desk_.VoidReceipt(View(description)); });
+}
+
+// --- Non-fiscal printing
+
+int VirtualRegister::BeginNonFiscal() { return BeginNonFiscalJournal(true); }
+
+int VirtualRegister::BeginNonFiscalJournal(bool saveOnJournal) {
+  return Guarded([&] { return desk_.BeginNonFiscal(saveOnJournal); });
+}
+
+int VirtualRegister::EndNonFiscal() {
+  return Guarded([&] { return desk_.EndNonFiscal(); });
+}
+
+int VirtualRegister::PrintNormal(int station, const char* data) {
+  return Guarded([&] { return desk_.PrintNormal(station, View(data)); });
+}
+
+int VirtualRegister::PrintBarcode(const char* tipo, const char* scale, const char* align,
+                                  const char* textPosition, const char* data, uint8_t cutMode) {
+  return PrintBarcodeEx(tipo, scale, align, textPosition, data, cutMode, false);
+}
+
+int VirtualRegister::PrintBarcodeEx(const char* tipo, const char* scale, const char* align,
+                                    const char* textPosition, const char* data, uint8_t cutMode,
+                                    bool code39checksum) {
+  return Guarded([&] {
+    return desk_.Barcode({View(tipo), View(align), View(textPosition), View(data),
+                          cutMode == 2 || cutMode == 3, View(scale), code39checksum});
+  });
+}
+
+// The cut behind a logo is an operation of its own, which the caller makes.
+int VirtualRegister::PrintBitmap(int ngraex, int) {
+  return Guarded([&] { return desk_.Bitmap(ngraex); });
+}
+
+int VirtualRegister::PrintPaperCut() {
+  return Guarded([&] { return desk_.Cut(); });
+}
+
+int VirtualRegister::ResetPrn() {
+  return Guarded([&] {
+    desk_.Reset();
+    keyboard_.Clear();
+    return RTF_SUCCESS;
+  });
+}
+
+// --- Reading
+
+int VirtualRegister::GetData(int selector, int* number, char* text) {
+  return Guarded([&] {
+    if (text == nullptr) return RTF_E_ILLEGAL;
+    static_cast<void>(number);
+    for (const DataSelector& row : kDataSelectors) {
+      if (row.selector != selector) continue;
+      Give(row.read(core_), text, kGetDataSize);
+      return RTF_SUCCESS;
+    }
+    return RTF_E_ILLEGAL;
+  });
+}
+
+int VirtualRegister::GetDate(char* date) {
+  return Guarded([&] {
+    if (date == nullptr) return RTF_E_ILLEGAL;
+    const bool closing = core_.options.date_type == RTF_FPTR_DT_EOD;
+    if (closing && core_.store.closures().empty()) return RTF_E_NOEXIST;
+    const std::tm time = closing ? core_.store.closures().back().time : core_.Now();
+    Give(DateTimeText(time), date, kGetDateSize);
+    return RTF_SUCCESS;
+  });
+}
+
+// --- Drawer, displays and keyboard
+
+int VirtualRegister::OpenDrawer() {
+  ++core_.drawer_count;
+  return RTF_SUCCESS;
+}
+
+std::string VirtualRegister::display_text(int display, int row) const {
+  const auto found = core_.displays.find(display);
+  if (found == core_.displays.end() || row < 0 || row >= Display::kRows) return {};
+  return found->second.rows[static_cast<size_t>(row)];
+}
+
+int VirtualRegister::ShowText(int display, int row, int column, std::string_view text, bool clear) {
+  if (display < 0 || display > 2 || row < 0 || row >= Display::kRows || column < 0 ||
+      column >= Display::kColumns) {
+    return RTF_E_ILLEGAL;
+  }
+  std::string& shown = core_.displays[display].rows[static_cast<size_t>(row)];
+  std::string line = clear ? std::string() : shown;
+  const size_t start = static_cast<size_t>(column);
+  const std::string clean = ReadHostText(text).text;
+  const std::string_view part = std::string_view(clean).substr(0, Display::kColumns - start);
+  line.resize(std::max(line.size(), start + part.size()), ' ');
+  line.replace(start, part.size(), part);
+  while (!line.empty() && line.back() == ' ') line.pop_back();
+  shown = std::move(line);
+  return RTF_SUCCESS;
+}
+
+int VirtualRegister::ClearText() {
+  core_.displays.clear();
+  return RTF_SUCCESS;
+}
+
+int VirtualRegister::DisplayText(const char* text, int) {
+  return Guarded([&] { return ShowText(2, 0, 0, View(text), true); });
+}
+
+int VirtualRegister::DisplayTextAt(int row, int column, const char* text, int) {
+  return Guarded([&] { return ShowText(2, row, column, View(text), false); });
+}
+
+int VirtualRegister::DisplayTextEx(const char* text, int, int display, int, bool clear) {
+  return Guarded([&] { return ShowText(display, 0, 0, View(text), clear); });
+}
+
+int VirtualRegister::DisplayTextAtEx(int row, int column, const char* text, int, int display, int,
+                                     bool clear) {
+  return Guarded([&] { return ShowText(display, row, column, View(text), clear); });
+}
+
+int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* keys_code_alfa_fp,
+                                  const char* key_code_alfa_lcd, uint8_t key_code_terminator) {
+  return Guarded([&] {
+    return keyboard_.Play(View(keys_code_numerics), View(keys_code_alfa_fp),
+                          View(key_code_alfa_lcd), key_code_terminator);
+  });
+}
+
+// The register's direct commands: 1 reads the data item `optarg` into the data, 2 writes it
+// from there, 502 and 503 switch the line to a device behind the register on and off.
+int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
+  return Guarded([&] {
+    if (optarg == nullptr || data == nullptr) return RTF_E_ILLEGAL;
+    const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
+    switch (cmd) {
+      case 1:
+        if (item == nullptr || item->read == nullptr) return RTF_E_ILLEGAL;
+        Give(item->read(core_, keyboard_), data, kDirectIoSize);
+        return RTF_SUCCESS;
+      case 2:
+        if (item == nullptr || item->write == nullptr) return RTF_E_ILLEGAL;
+        return item->write(core_, BoundedView(data, kDirectIoSize));
+      case 502:
+      case 503:
+        core_.pass_through = cmd == 502;
+        return RTF_SUCCESS;
+      default:
+        return RTF_E_ILLEGAL;
+    }
+  });
+}
+
+// --- Logging and waiting
+
+void VirtualRegister::LogTrace(const char* line) { Keep(&trace_lines_, line); }
+void VirtualRegister::LogError(const char* line) { Keep(&error_lines_, line); }
+// The register answers each call when it is done: there is nothing to wait for.
+void VirtualRegister::set_wait_event(Event*) {}
+void VirtualRegister::set_wait_result_code(int) {}
+
+}  // namespace lorimat

@@ -1,0 +1,90 @@
+#include "register/paper.h"
+
+#include <gtest/gtest.h>
+
+namespace lorimat {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+TEST(Paper, CentresInFortyTwoColumns) {
+  Paper paper;
+  paper.Centred("NEGOZIO DI PROVA");  // 16 columns, 13 ahead
+  paper.Centred("ABC");               // 39 left over, 19 ahead
+  EXPECT_EQ(paper.lines(), (Lines{"             NEGOZIO DI PROVA", "                   ABC"}));
+}
+
+TEST(Paper, WrapsLongTexts) {
+  Paper paper;
+  paper.Text(std::string(42, 'a') + std::string(42, 'b') + "c");
+  EXPECT_EQ(paper.lines(), (Lines{std::string(42, 'a'), std::string(42, 'b'), "c"}));
+}
+
+TEST(Paper, EscapeSequencesBecomeStandIns) {
+  Paper paper;
+  paper.Text("\x1b|cAABC");
+  paper.Text("\x1b|rAABC");
+  paper.Text("\x1b|2C\x1b|3CABC");
+  paper.Text("\x1b|2CAB\x1b|NCD");
+  paper.Text("\x1b|bCABC");
+  EXPECT_EQ(paper.lines(), (Lines{"                   ABC", std::string(39, ' ') + "ABC", "A B C",
+                                  "A B CD", "ABC"}));
+}
+
+TEST(Paper, BrokenEscapeSequencesLeaveTheirText) {
+  Paper paper;
+  paper.Text("\x1b");
+  paper.Text("\x1b|");
+  paper.Text("\x1b|c");
+  paper.Text("A\x1b|1");
+  EXPECT_EQ(paper.lines(), (Lines{"", " |", " |c", "A |1"}));
+}
+
+TEST(Paper, NoControlCharacterGetsOntoThePaper) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  Paper paper;
+  paper.Text(all);
+  paper.Centred(all);
+  paper.Pair(all, "1,00");
+  paper.Item(all, "22%", "1,00");
+  for (const std::string& line : paper.lines()) {
+    EXPECT_LE(line.size(), Paper::kColumns);
+    for (const char c : line) {
+      const unsigned char byte = static_cast<unsigned char>(c);
+      EXPECT_TRUE(byte >= 0x20 && byte != 0x7F);
+    }
+  }
+}
+
+TEST(Paper, ItemsKeepTheirColumns) {
+  Paper paper;
+  paper.Item("PANE", "22%", "10,00");
+  paper.Item("DESCRIZIONE", "IVA", "Prezzo(EUR)");
+  EXPECT_EQ(paper.lines(), (Lines{"PANE                       22%       10,00",
+                                  "DESCRIZIONE                IVA Prezzo(EUR)"}));
+}
+
+TEST(Paper, LongDescriptionsWrapAndTheAmountStandsOnTheLastLine) {
+  Paper paper;
+  paper.Item("ABCDEFGHIJKLMNOPQRSTUVWXYZ", "ES*", "-9999999,99");
+  EXPECT_EQ(paper.lines(),
+            (Lines{"ABCDEFGHIJKLMNOPQRSTUVWX", "YZ                         ES* -9999999,99"}));
+}
+
+TEST(Paper, PairsCutTheTextAndNeverTheAmount) {
+  Paper paper;
+  paper.Pair(std::string(60, 'x'), "1234567,89");
+  EXPECT_EQ(paper.lines(), (Lines{std::string(31, 'x') + " 1234567,89"}));
+}
+
+TEST(Paper, TextIsTheLinesEachEnded) {
+  Paper paper;
+  paper.Text("A");
+  paper.Blank();
+  paper.Cut();
+  EXPECT_EQ(paper.text(), "A\n\n------------------------------------------\n");
+}
+
+}  // namespace
+}  // namespace lorimat
