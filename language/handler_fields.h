@@ -85,4 +85,12 @@ inline const std::vector<CommandFields>& handler_fields() {
   return fields;
 }
 
+// The fields of an opcode; null when the library has no such command.
+inline const CommandFields* find_handler_fields(int id) {
+  for (const CommandFields& command : handler_fields()) {
+    if (command.id == id) return &command;
+  }
+  return nullptr;
+}
+
 }  // namespace language

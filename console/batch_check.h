@@ -1,0 +1,28 @@
+// Checks the lines of a batch file with the library's own parser. No command runs.
+#pragma once
+
+#include <cstdint>
+
+#include "finding.h"
+#include "language.h"
+#include "line_reader.h"
+
+class BatchCheck {
+ public:
+  // Both have to outlive this object.
+  BatchCheck(const Language& language, Findings& findings);
+
+  void take(const SourceLine& line);
+  uint64_t lines() const { return lines_; }        // lines taken
+  uint64_t commands() const { return commands_; }  // that hold more than a comment
+
+ private:
+  void check_bytes(const SourceLine& line);
+
+  const Language& language_;
+  Findings& findings_;
+  std::vector<CommandWord> words_;
+  std::vector<std::string> symbols_;
+  uint64_t lines_ = 0;
+  uint64_t commands_ = 0;
+};

@@ -1,0 +1,185 @@
+#include "check_command.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+
+#include "batch_check.h"
+#include "definition_check.h"
+#include "definition_fault.h"
+#include "failure.h"
+#include "finding.h"
+#include "json_text.h"
+#include "language.h"
+#include "line_reader.h"
+#include "pal/protocols/lorimat/ascii.h"
+#include "progress.h"
+#include "text.h"
+
+namespace {
+
+enum class FileKind { kUnknown, kDefinition, kBatch };
+
+FileKind kind_by_name(const std::string& file) {
+  constexpr std::string_view kEnding = ".ini";
+  const bool ends = file.size() >= kEnding.size() &&
+                    equals_ignoring_case(file.c_str() + file.size() - kEnding.size(), ".ini");
+  return ends ? FileKind::kDefinition : FileKind::kUnknown;
+}
+
+// By the first line that holds more than a comment: definition files begin with a header.
+FileKind kind_by_line(const SourceLine& line) {
+  std::string text = line.text;
+  if (line.number == 1 && text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  text = cleaned_definition_line(text);
+  if (text.empty()) return FileKind::kUnknown;
+  return text.front() == '[' ? FileKind::kDefinition : FileKind::kBatch;
+}
+
+bool is_odd(const SourceLine& line) {
+  return line.nul_at != 0 || line.length > kLongestLine ||
+         line.text.find('\r') != std::string::npos;
+}
+
+std::string counted(uint64_t count, const char* what) {
+  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+class Checker {
+ public:
+  Checker(const CheckOptions& options, Streams& streams) : options_(options), streams_(streams) {}
+
+  int run() {
+    for (const std::string& file : options_.files) {
+      try {
+        check_file(file);
+      } catch (const Failure& failure) {
+        streams_.error(fmt::format("lorimat: {}\n", failure.what()));
+        not_done_ = true;
+      }
+    }
+    if (options_.json) streams_.output(json_text({{"files", files_}}));
+    if (not_done_) return kExitNotDone;
+    return errors_ == 0 ? kExitGood : kExitFaults;
+  }
+
+ private:
+  FileKind kind_at_start(const std::string& file) const {
+    if (options_.language_file) return FileKind::kDefinition;
+    if (options_.batch_file) return FileKind::kBatch;
+    return kind_by_name(file);
+  }
+
+  void check_file(const std::string& file) {
+    LineReader reader(file);
+    Findings findings;
+    std::optional<DefinitionCheck> definition;
+    std::optional<BatchCheck> batch;
+    {
+      Progress progress(streams_, reader.size() >= Progress::kLongFile, reader.size());
+      FileKind kind = kind_at_start(file);
+      // Lines from before the kind is known that either check has something to say of.
+      std::vector<SourceLine> waiting;
+      SourceLine line;
+      const auto start = [&] {
+        if (kind == FileKind::kDefinition) definition.emplace(findings);
+        if (kind == FileKind::kBatch) batch.emplace(words(), findings);
+        for (const SourceLine& one : waiting) take(one, definition, batch);
+        waiting.clear();
+      };
+      if (kind != FileKind::kUnknown) start();
+      while (reader.next(&line)) {
+        progress.update(reader.bytes_read());
+        if (kind == FileKind::kUnknown) {
+          kind = kind_by_line(line);
+          if (kind == FileKind::kUnknown) {
+            if (is_odd(line) && waiting.size() < Findings::kKept) waiting.push_back(line);
+            continue;
+          }
+          start();
+        }
+        take(line, definition, batch);
+      }
+      if (kind == FileKind::kUnknown) {
+        // Nothing but comments: a batch that does nothing.
+        kind = FileKind::kBatch;
+        start();
+      }
+      if (definition) definition->finish();
+    }
+    errors_ += findings.errors();
+    show(reader.name(), findings, definition, batch);
+  }
+
+  static void take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
+                   std::optional<BatchCheck>& batch) {
+    if (definition) {
+      definition->take(line);
+    } else if (batch) {
+      batch->take(line);
+    }
+  }
+
+  // The words of batch files, read when the first one comes.
+  const Language& words() {
+    if (!words_) words_.emplace(definition_path(options_.language));
+    return *words_;
+  }
+
+  void show(const std::string& name, const Findings& findings,
+            const std::optional<DefinitionCheck>& definition,
+            const std::optional<BatchCheck>& batch) {
+    if (options_.json) {
+      files_.push_back(as_json(name, findings, definition));
+      return;
+    }
+    std::string out;
+    for (const Finding& finding : findings.sorted()) {
+      if (finding.severity != Severity::kNote || options_.notes) out += finding_text(name, finding);
+    }
+    if (findings.dropped() != 0) {
+      out += fmt::format("{}: {} more are not shown\n", name, findings.dropped());
+    }
+    const std::string content =
+        definition
+            ? fmt::format("definition file, {}, {}, {}", counted(definition->commands(), "command"),
+                          counted(definition->fields(), "field"),
+                          counted(definition->symbols(), "symbol"))
+            : fmt::format("batch file, {}", counted(batch ? batch->commands() : 0, "command"));
+    out += fmt::format("{}: {}: {}\n", name, content, verdict(findings));
+    streams_.output(out);
+  }
+
+  static std::string verdict(const Findings& findings) {
+    if (findings.errors() == 0 && findings.warnings() == 0) return "no faults";
+    return fmt::format("{}, {}", counted(findings.errors(), "error"),
+                       counted(findings.warnings(), "warning"));
+  }
+
+  static Json as_json(const std::string& name, const Findings& findings,
+                      const std::optional<DefinitionCheck>& definition) {
+    Json file = {{"file", name},
+                 {"kind", definition ? "definition" : "batch"},
+                 {"errors", findings.errors()},
+                 {"warnings", findings.warnings()}};
+    if (definition && definition->stop_line() != 0) file["stops_at"] = definition->stop_line();
+    if (findings.dropped() != 0) file["not_shown"] = findings.dropped();
+    Json list = Json::array();
+    for (const Finding& finding : findings.sorted()) list.push_back(finding_json(finding));
+    file["findings"] = std::move(list);
+    return file;
+  }
+
+  const CheckOptions& options_;
+  Streams& streams_;
+  std::optional<Language> words_;
+  Json files_ = Json::array();
+  uint64_t errors_ = 0;
+  bool not_done_ = false;
+};
+
+}  // namespace
+
+int check_command(const CheckOptions& options, Streams& streams) {
+  return Checker(options, streams).run();
+}

@@ -1,0 +1,16 @@
+// "lorimat explain": what a result code is, and what causes it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "streams.h"
+
+struct ExplainOptions {
+  std::vector<std::string> codes;  // decimal, or as an answer shows them: "1/9"
+  bool json = false;
+};
+
+// Returns kExitGood, or kExitFaults when a code is none that the library can give. Throws Failure
+// for a text that is no code.
+int explain_command(const ExplainOptions& options, Streams& streams);

@@ -1,0 +1,94 @@
+#include "finding.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "text.h"
+
+namespace {
+
+constexpr size_t kWindow = 50;  // bytes shown before and behind the place
+
+const char* severity_name(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return "error";
+    case Severity::kWarning:
+      return "warning";
+    case Severity::kNote:
+      return "note";
+  }
+  return "";
+}
+
+bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// Columns that a shown text takes on a terminal.
+size_t width(std::string_view text) {
+  return text.size() -
+         static_cast<size_t>(std::count_if(text.begin(), text.end(), is_continuation));
+}
+
+// The line around the place, and a caret below.
+std::string place_text(const std::string& source, uint64_t column) {
+  const size_t place = std::min(static_cast<size_t>(column - 1), source.size());
+  size_t begin = place > kWindow ? place - kWindow : 0;
+  size_t end = std::min(source.size(), place + kWindow);
+  while (begin > 0 && is_continuation(source[begin])) --begin;
+  while (end < source.size() && is_continuation(source[end])) ++end;
+  const std::string before = (begin > 0 ? "..." : "") + shown(source.substr(begin, place - begin));
+  const std::string behind =
+      shown(source.substr(place, end - place)) + (end < source.size() ? "..." : "");
+  return fmt::format("    {}{}\n    {}^\n", before, behind, std::string(width(before), ' '));
+}
+
+}  // namespace
+
+void Findings::add(Finding finding) {
+  if (finding.severity == Severity::kError) ++errors_;
+  if (finding.severity == Severity::kWarning) ++warnings_;
+  if (kept_.size() < kKept) {
+    kept_.push_back(std::move(finding));
+  } else {
+    ++dropped_;
+  }
+}
+
+std::vector<Finding> Findings::sorted() const {
+  std::vector<Finding> sorted = kept_;
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Finding& a, const Finding& b) {
+    if ((a.line == 0) != (b.line == 0)) return b.line == 0;
+    return a.line != b.line ? a.line < b.line : a.column < b.column;
+  });
+  return sorted;
+}
+
+std::string finding_text(const std::string& file, const Finding& finding) {
+  std::string text = file;
+  if (finding.line != 0) text += fmt::format(":{}", finding.line);
+  if (finding.column != 0) text += fmt::format(":{}", finding.column);
+  text += fmt::format(": {}: {}", severity_name(finding.severity), shown(finding.what));
+  if (!finding.effect.empty()) text += ": " + shown(finding.effect);
+  if (!finding.suggestion.empty()) {
+    text += fmt::format("; did you mean {}?", shown(finding.suggestion));
+  }
+  if (finding.code != 0) text += fmt::format(" (code {})", finding.code);
+  text += '\n';
+  if (finding.column != 0 && !finding.source.empty()) {
+    text += place_text(finding.source, finding.column);
+  }
+  return text;
+}
+
+Json finding_json(const Finding& finding) {
+  Json json = {{"severity", severity_name(finding.severity)}, {"rule", finding.rule}};
+  if (finding.line != 0) json["line"] = finding.line;
+  if (finding.column != 0) json["column"] = finding.column;
+  if (finding.code != 0) json["code"] = finding.code;
+  json["what"] = finding.what;
+  if (!finding.effect.empty()) json["effect"] = finding.effect;
+  if (!finding.suggestion.empty()) json["suggestion"] = finding.suggestion;
+  return json;
+}

@@ -1,0 +1,21 @@
+// Where the program finds what it needs: the shared library, the definition file, the registry.
+#pragma once
+
+#include <string>
+
+// The shared library: the given file, or the one found beside the program (../lib, or the
+// folder it is installed in) when the text is empty. Throws Failure naming the places searched.
+std::string find_library(const std::string& given);
+
+// The definition file that the library is going to read.
+struct DefinitionFile {
+  std::string path;
+  // The registry's InstallationDir, which has the last word over every host; empty when the
+  // registry does not name one. registry_file is the file that says so.
+  std::string installation_dir;
+  std::string registry_file;
+};
+
+// The definition file: what the registry says, else the given file, else the one found beside
+// the program (../share/lorimat/merkelin.ini).
+DefinitionFile find_definition_file(const std::string& given);

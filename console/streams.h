@@ -1,0 +1,65 @@
+// The standard streams of the program, kept apart from those of the library.
+//
+// The library writes lines of its own to standard output ("Load working..." when it is
+// loaded, log lines, "Unload working..." when it goes) and one to standard error when it is
+// unloaded. Both would spoil a paper that is piped on. So the program keeps a private copy of its
+// standard output for itself and turns descriptor 1 elsewhere while the library is
+// there, and turns descriptor 2 away for the moment of unloading.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// An open file descriptor, closed with the object.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int fd) : fd_(fd) {}
+  Descriptor(Descriptor&& other) noexcept : fd_(other.release()) {}
+  Descriptor& operator=(Descriptor&& other) noexcept;
+  ~Descriptor();
+
+  int get() const { return fd_; }
+  bool is_open() const { return fd_ >= 0; }
+  int release();
+
+ private:
+  int fd_ = -1;
+};
+
+// Writes all of the text; false, with errno set, when that fails.
+bool write_all(int fd, std::string_view text);
+
+class Streams {
+ public:
+  // Gives a closed standard descriptor a place holder, so that no file opened later takes its
+  // number, and takes the copies. Throws Failure.
+  Streams();
+  // Flushes what is still buffered. Descriptor 1 stays turned away: the library's last lines
+  // may come as late as the end of the process.
+  ~Streams();
+  Streams(const Streams&) = delete;
+  Streams& operator=(const Streams&) = delete;
+
+  // The program's standard output; throws Failure when the text cannot be written.
+  void output(std::string_view text);
+  // The program's standard error. A failure is ignored: there is no place left to tell it.
+  void error(std::string_view text);
+  bool error_is_terminal() const;
+
+  // Turns descriptor 1 to the trace from here on. "-" is standard error, an empty name
+  // discards what the library writes. Throws Failure when the file cannot be opened.
+  void start_trace(const std::string& file);
+  // A line of the trace, with its line end; nothing without a trace.
+  void trace(std::string_view line);
+  bool tracing() const { return tracing_; }
+  // Turns descriptor 2 to the trace, and back.
+  void divert_errors();
+  void restore_errors();
+
+ private:
+  Descriptor own_output_;
+  Descriptor own_error_;
+  Descriptor trace_;
+  bool tracing_ = false;
+};

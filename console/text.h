@@ -1,0 +1,16 @@
+// Small text helpers of the console.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// The text as it may be shown on a terminal: control characters become "\xNN" and a text
+// longer than limit bytes is cut and ends in "...". A limit of 0 cuts nothing.
+std::string shown(std::string_view text, size_t limit = 0);
+
+// The text without the blanks at its end.
+std::string_view without_trailing_blanks(std::string_view text);
+
+// The message of an errno value.
+std::string system_message(int error);

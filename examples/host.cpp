@@ -1,0 +1,52 @@
+// A host in its smallest form: it links the library, hands it a device client and runs lines.
+//
+//   example_host merkelin.ini
+//
+// A host of its own stands in for the virtual register with a client for its device: a class
+// that implements RtfClientInterface.
+#include <cstdio>
+#include <string>
+
+#include "lorimatrt/lorimatrt.h"
+#include "register/virtual_register.h"
+
+namespace {
+
+RtfClientInterface* client = nullptr;
+
+// The library asks for the client once, from TradInit; the last argument is the address of the
+// pointer to fill.
+long ecr_io(long code, long, char*, long, char*, long*, long* out) {
+  if (code != ECRIOIC_GET_CLIENT_RT) return -1;
+  *reinterpret_cast<void**>(out) = client;
+  return 0;
+}
+
+// Runs one line; false, with the answer shown, when it fails.
+bool run(std::string line) {
+  char result[512];  // the least that EcrCmd asks for
+  const long code = EcrCmd(line.data(), result);
+  if (code != 0) std::fprintf(stderr, "%s: code %ld: %s\n", line.c_str(), code, result);
+  return code == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: example_host DEFINITION_FILE\n");
+    return 2;
+  }
+  lorimat::VirtualRegister device;
+  client = &device;
+  if (TradInit(argv[1], 0, nullptr, &ecr_io) != 0) {
+    std::fprintf(stderr, "%s: the library cannot read this definition file\n", argv[1]);
+    return 2;
+  }
+  bool good = run("VEND REP=2, QTA=2, PRE=1.20, DES='CAFFE'");
+  good = run("VEND REP=2, PRE=1.50, DES='CORNETTO'") && good;
+  good = run("CHIU TEND=CONTANTI, IMP=5.00") && good;
+  TradClose();
+  std::fputs(device.paper_text().c_str(), stdout);
+  return good ? 0 : 1;
+}

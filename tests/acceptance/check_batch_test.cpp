@@ -1,0 +1,265 @@
+// Batch files under check: the library's own parser without a device, with the place of each
+// fault.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "program_run.h"
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+// "line:column severity rule code" of each finding in a batch file of this text.
+std::vector<std::string> findings(const std::string& text, int exit_code) {
+  TestFolder folder;
+  const ProgramRun run = run_console({"check", "--json", folder.write("lines.cmd", text)});
+  EXPECT_EQ(run.exit_code, exit_code) << text;
+  EXPECT_THAT(run.errors, IsEmpty()) << text;
+  std::vector<std::string> lines;
+  const json answer = json::parse(run.output);
+  for (const json& finding : answer.at("files").at(0).at("findings")) {
+    lines.push_back(std::to_string(finding.value("line", 0)) + ":" +
+                    std::to_string(finding.value("column", 0)) + " " +
+                    finding.at("severity").get<std::string>() + " " +
+                    finding.at("rule").get<std::string>() + " " +
+                    std::to_string(finding.value("code", 0)));
+  }
+  return lines;
+}
+
+std::string suggestion(const std::string& line) {
+  TestFolder folder;
+  const ProgramRun run = run_console({"check", "--json", folder.write("lines.cmd", line + "\n")});
+  return json::parse(run.output)
+      .at("files")
+      .at(0)
+      .at("findings")
+      .at(0)
+      .value("suggestion", "no suggestion");
+}
+
+}  // namespace
+
+TEST(CheckBatch, FaultsAreShownWithLineCaretAndSuggestion) {
+  TestFolder folder;
+  folder.write("lines.cmd",
+               "; a receipt with faults\n"
+               "VNED REP=1, PRE=1.00\n"
+               "VEND REP=1, DSE='TE'\n"
+               "  VEND DES='CAFF\xC3\x88', R=1\n"
+               "VEND REP=1, DES='TE\n"
+               "CHIU TEND=CONTANTE\n"
+               "CHIU\n");
+  const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_EQ(run.output, expected_paper("check_batch.txt"));
+}
+
+TEST(CheckBatch, EveryExampleButTheFailingOneIsGood) {
+  for (const auto& entry : std::filesystem::directory_iterator(source_file("examples"))) {
+    const std::string file = entry.path().string();
+    if (entry.path().extension() != ".cmd" || entry.path().stem() == "failing") continue;
+    const ProgramRun run = run_console({"check", file});
+    EXPECT_EQ(run.exit_code, 0) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("no faults")) << file;
+  }
+}
+
+TEST(CheckBatch, EveryCodeOfTheParserIsFoundAtItsPlace) {
+  EXPECT_THAT(findings("WRONG REP=1\n", 1), ElementsAre("1:1 error command-not-found 257"));
+  EXPECT_THAT(findings("P REP=1\n", 1), ElementsAre("1:1 error command-not-unique 258"));
+  EXPECT_THAT(findings("VEND REP=1, COLORE=2\n", 1), ElementsAre("1:13 error field-not-found 260"));
+  EXPECT_THAT(findings("VEND REP=1, R=2\n", 1), ElementsAre("1:13 error field-not-unique 261"));
+  EXPECT_THAT(findings("VEND 'REP'=1\n", 1), ElementsAre("1:6 error quote-in-name 262"));
+  EXPECT_THAT(findings("VEND REP= BANANA , PRE=1\n", 1),
+              ElementsAre("1:11 error value-not-found 263"));
+  EXPECT_THAT(findings("VEND DES=A'B'\n", 1), ElementsAre("1:11 error bad-quote 264"));
+  EXPECT_THAT(findings("VEND DES='AB\n", 1), ElementsAre("1:10 error bad-quote 264"));
+  EXPECT_THAT(findings("TOTG NUM=1\n", 1), ElementsAre("1:1 error command-not-supported 268"));
+  EXPECT_THAT(findings("VEND REP=1,,PRE=2\n", 1), ElementsAre("1:12 error field-without-name 261"));
+}
+
+// The library parses the fields before it looks for the command's handler.
+TEST(CheckBatch, AFieldsFaultComesBeforeACommandWithoutHandler) {
+  EXPECT_THAT(findings("TOTG COLORE=1\n", 1), ElementsAre("1:6 error field-not-found 260"));
+}
+
+TEST(CheckBatch, ARunAnswersTheSameCodes) {
+  for (const char* line : {"WRONG REP=1", "P REP=1", "VEND REP=1, COLORE=2", "VEND REP=1, R=2",
+                           "VEND 'REP'=1", "VEND REP=BANANA", "VEND DES=A'B'", "VEND DES='AB",
+                           "VEND DES='A''", "TOTG NUM=1", "TOTG COLORE=1", "VEND REP=1,,PRE=2",
+                           "#200 #1=1", "VEND #41=1", "VEND =", "=", "'", "VEND '", "#"}) {
+    TestFolder folder;
+    const std::string lines = folder.write("lines.cmd", std::string(line) + "\n");
+    const ProgramRun check = run_console({"check", "--json", lines});
+    ASSERT_EQ(check.exit_code, 1) << line;
+    const json found = json::parse(check.output).at("files").at(0).at("findings").at(0);
+    const int code = found.at("code");
+    EXPECT_THAT(run_console({"run", lines}).errors,
+                HasSubstr(":1: code " + std::to_string(code) + ":"))
+        << line;
+  }
+}
+
+TEST(CheckBatch, GoodLinesOfEveryFormHaveNoFaults) {
+  EXPECT_THAT(findings("VEND REP=1, PRE=12.34\n"
+                       "vend rep=1,pre=1\n"
+                       "VENDITA REPARTO=1, PREZZO=1.50 ; a comment\n"
+                       "#10 #1=1, #4=1.50\n"
+                       "\tVEND\tREP = 1 , DES = 'IT''S; A, =' , RESO\r\n"
+                       "\n; nothing\n   \nCHIU",
+                       0),
+              IsEmpty());
+}
+
+TEST(CheckBatch, BlanksAndTabsInFrontCountInTheColumn) {
+  EXPECT_THAT(findings(" \t VEND REP=1, COLORE=2\n", 1),
+              ElementsAre("1:16 error field-not-found 260"));
+}
+
+TEST(CheckBatch, MisspeltNamesHaveASuggestion) {
+  EXPECT_EQ(suggestion("VNED REP=1"), "VEND");
+  EXPECT_EQ(suggestion("chuu"), "CHIU");
+  EXPECT_EQ(suggestion("VEND REP=1, DSE='X'"), "DES");
+  EXPECT_EQ(suggestion("CHIU TEND=contanti"), "CONTANTI");
+  EXPECT_EQ(suggestion("CHIU TEND=CREDTO"), "CREDITO");
+  EXPECT_EQ(suggestion("XYZXYZ"), "no suggestion");
+  EXPECT_EQ(suggestion(std::string(1000, 'V')), "no suggestion");
+}
+
+TEST(CheckBatch, LinesThatRunButDoNotWhatTheySayAreWarnedOf) {
+  EXPECT_THAT(findings("VEND REP=1, REP=2\n", 0), ElementsAre("1:13 warning field-twice 0"));
+  EXPECT_THAT(findings("VEND QTA=1, QUANT=2\n", 0), ElementsAre("1:13 warning field-twice 0"));
+  EXPECT_THAT(findings("PINT RIGA7='X'\n", 0), ElementsAre("1:6 warning field-not-read 0"));
+}
+
+TEST(CheckBatch, ABatchInABatchIsAFault) {
+  EXPECT_THAT(findings("  @other.cmd\n", 1), ElementsAre("1:3 error nested-batch 10"));
+}
+
+TEST(CheckBatch, LinesThatAreTooLong) {
+  EXPECT_THAT(findings(std::string(2046, ';') + "\n", 0), IsEmpty());
+  EXPECT_THAT(findings(std::string(2047, ';') + "\n", 1),
+              ElementsAre("1:0 error line-too-long 274"));
+  EXPECT_THAT(findings("CHIU\n" + std::string(100000, 'x'), 1),
+              ElementsAre("2:0 error line-too-long 274"));
+}
+
+TEST(CheckBatch, BytesThatTheEyeDoesNotSee) {
+  using namespace std::string_literals;
+  EXPECT_THAT(findings("VEND REP=1\0, X=2\n"s, 1), ElementsAre("1:11 error nul-byte 0"));
+  EXPECT_THAT(findings("; a comment\rVEND REP=1\n", 1),
+              ElementsAre("1:12 error bare-carriage-return 0"));
+}
+
+TEST(CheckBatch, AMandatoryFieldIsMissed) {
+  TestFolder folder;
+  const std::string words = folder.write("words.ini", "[OPCOD]\n10=SELL\n[10]\n1=DEP,O\n4=PRICE\n");
+  const std::string lines = folder.write("lines.cmd", "SELL PRICE=1\nSELL DEP=1\nSELL DEP=''\n");
+  const ProgramRun run = run_console({"check", lines, "--language", words});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:1: error: SELL lacks a field that must be given: "
+                                    "DEP (code 266)\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("lines.cmd:2")));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:3:1: error"));
+}
+
+TEST(CheckBatch, NothingRunsAndNothingIsWritten) {
+  TestFolder folder;
+  const std::string lines = folder.write(
+      "lines.cmd", "INFO TIPO=1, FILE='info.txt'\nLEGGI TAB=1, FILE='dump.txt'\nSETP DIR='/'\n");
+  const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 0) << run.output;
+  EXPECT_THAT(folder.names(), ElementsAre("lines.cmd"));
+}
+
+TEST(CheckFiles, TheKindIsFoundByNameOrContent) {
+  TestFolder folder;
+  const std::string definition = "; words\n\n[OPCOD]\n18=SUBTOTAL\n";
+  for (const char* name : {"words.INI", "words.txt"}) {
+    EXPECT_THAT(run_console({"check", folder.write(name, definition)}).output,
+                HasSubstr("definition file, 1 command"))
+        << name;
+  }
+  EXPECT_THAT(run_console({"check", folder.write("lines.txt", "; lines\nCHIU\n")}).output,
+              HasSubstr("batch file, 1 command: no faults"));
+  EXPECT_THAT(run_console({"check", folder.write("lines.ini", "CHIU\n")}).output,
+              HasSubstr("definition file"));
+  EXPECT_THAT(run_console({"check", "--batch-file", folder.write("lines.ini", "CHIU\n")}).output,
+              HasSubstr("batch file, 1 command: no faults"));
+  EXPECT_THAT(run_console({"check", "--language-file", folder.write("w", "CHIU\n")}).output,
+              HasSubstr("definition file"));
+  EXPECT_THAT(run_console({"check", folder.write("empty.cmd", "")}).output,
+              HasSubstr("batch file, 0 commands: no faults"));
+}
+
+TEST(CheckFiles, OddBytesInFrontOfTheFirstCommandAreNotLost) {
+  EXPECT_THAT(findings("; a\rb\n; fine\nCHIU\n", 1),
+              ElementsAre("1:4 error bare-carriage-return 0"));
+}
+
+TEST(CheckFiles, StandardInputIsADash) {
+  const ProgramRun lines = run_console({"check", "-"}, {.input = "VNED\n"});
+  EXPECT_EQ(lines.exit_code, 1);
+  EXPECT_THAT(lines.output, HasSubstr("standard input:1:1: error: no command is called 'VNED'"));
+  const ProgramRun words = run_console({"check", "-"}, {.input = "[OPCOD]\n18=SUBTOTAL\n"});
+  EXPECT_THAT(words.output, HasSubstr("standard input: definition file, 1 command"));
+}
+
+TEST(CheckFiles, AFileThatCannotBeReadIsToldAndTheOthersAreChecked) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VNED\n");
+  const ProgramRun run = run_console({"check", folder.path("none.cmd"), folder.path(), lines});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("none.cmd: cannot be opened: No such file or directory"));
+  EXPECT_THAT(run.errors, HasSubstr("is a directory"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:1: error"));
+}
+
+TEST(CheckFiles, WordsThatTheLibraryRefusesAreNamedWithTheirLine) {
+  TestFolder folder;
+  const std::string words = folder.write("words.ini", "[OPCOD]\nSELL\n");
+  const ProgramRun run =
+      run_console({"check", folder.write("lines.cmd", "CHIU\n"), "--language", words});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr(words + ":2: an entry needs a '='"));
+}
+
+TEST(CheckFiles, BinaryFilesAreCheckedLikeAnyOther) {
+  TestFolder folder;
+  std::string bytes;
+  unsigned state = 12345;
+  for (int i = 0; i < 200000; ++i) {
+    state = state * 1103515245u + 12345u;
+    bytes += static_cast<char>(state >> 16);
+  }
+  for (const char* name : {"binary.ini", "binary.cmd"}) {
+    const std::string file = folder.write(name, bytes);
+    const ProgramRun text = run_console({"check", file});
+    EXPECT_EQ(text.exit_code, 1) << name;
+    EXPECT_THAT(text.output, Not(HasSubstr("\x1b"))) << name;
+    const ProgramRun as_json = run_console({"check", "--json", file});
+    EXPECT_EQ(as_json.exit_code, 1) << name;
+    EXPECT_GT(json::parse(as_json.output).at("files").at(0).at("errors"), 0) << name;
+  }
+}
+
+TEST(CheckFiles, WrongUse) {
+  EXPECT_EQ(run_console({"check"}).exit_code, 2);
+  EXPECT_EQ(run_console({"check", ""}).exit_code, 2);
+  EXPECT_EQ(run_console({"check", "--language-file", "--batch-file", "x"}).exit_code, 2);
+  const ProgramRun help = run_console({"check", "--help"});
+  EXPECT_EQ(help.exit_code, 0);
+  EXPECT_THAT(help.output, HasSubstr("Examples:"));
+  EXPECT_THAT(help.output, HasSubstr("Exit codes:"));
+}

@@ -1,0 +1,60 @@
+// Runs the console as a person's shell does and keeps what it wrote.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct ProgramRun {
+  int exit_code = -1;  // -1 when a signal ended the program
+  std::string output;  // standard output
+  std::string errors;  // standard error
+};
+
+struct ProgramSetting {
+  std::string folder = {};                              // to run in; empty stays here
+  std::string input = {};                               // standard input
+  std::map<std::string, std::string> environment = {};  // added to the caller's
+  bool errors_to_terminal = false;                      // standard error is a pseudo-terminal
+  std::string output_file = {};                         // standard output goes to this file
+  bool close_output = false;  // the program starts without standard output
+  bool as_nobody = false;     // when the tests run as root
+  // Sends SIGINT once standard error holds this text; standard input stays open until the
+  // program ends.
+  std::string interrupt_at = {};
+};
+
+// Runs the console with these arguments. No registry of this computer is seen, unless the
+// environment of the setting names one.
+ProgramRun run_console(const std::vector<std::string>& arguments,
+                       const ProgramSetting& setting = {});
+
+// Runs another program: a path, or a name in the build's bin folder.
+ProgramRun run_program(const std::string& program, const std::vector<std::string>& arguments,
+                       const ProgramSetting& setting = {});
+
+// A folder for a test, removed with all its files. Its path has no capital letters.
+class TestFolder {
+ public:
+  TestFolder();
+  ~TestFolder();
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+
+  std::string path(const std::string& name) const { return path_ + "/" + name; }
+  const std::string& path() const { return path_; }
+  // Writes a file, every byte as given, and returns its path.
+  std::string write(const std::string& name, const std::string& content) const;
+  std::string read(const std::string& name) const;
+  std::vector<std::string> names() const;
+
+ private:
+  std::string path_;
+};
+
+// A file of the source tree.
+std::string source_file(const std::string& name);
+std::string read_file(const std::string& path);
+// A file of tests/acceptance/expected.
+std::string expected_paper(const std::string& name);

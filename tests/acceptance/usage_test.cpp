@@ -1,0 +1,221 @@
+// Options, help, exit codes, and the streams that belong to the paper.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "program_run.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+TEST(Usage, HelpGoesToStandardOutputWithExamplesAndExitCodes) {
+  const ProgramRun run = run_console({"run", "--help"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_THAT(run.output, HasSubstr("--language"));
+  EXPECT_THAT(run.output, HasSubstr("Examples:"));
+  EXPECT_THAT(run.output, HasSubstr("Exit codes:"));
+}
+
+TEST(Usage, TheProgramsHelpNamesTheSubcommand) {
+  const ProgramRun run = run_console({"--help"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, HasSubstr("run"));
+}
+
+TEST(Usage, VersionIsTheProjects) {
+  const ProgramRun run = run_console({"--version"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.output, "lorimat " LORIMAT_VERSION "\n");
+  EXPECT_THAT(run.errors, IsEmpty());
+}
+
+TEST(Usage, NoSubcommandIsWrongUse) {
+  const ProgramRun run = run_console({});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.output, IsEmpty());
+  EXPECT_THAT(run.errors, StartsWith("lorimat: "));
+}
+
+TEST(Usage, AnUnknownOptionIsWrongUseAndIsNamed) {
+  const ProgramRun run = run_console({"run", "x.cmd", "--papper", "y"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("--papper"));
+}
+
+TEST(Usage, RunNeedsAFile) {
+  const ProgramRun run = run_console({"run"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("FILE"));
+}
+
+TEST(Usage, StopOnErrorDoesNotGoWithBatch) {
+  const ProgramRun run = run_console({"run", "x.cmd", "--batch", "--stop-on-error"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("--stop-on-error"));
+}
+
+TEST(Usage, AClockThatIsNoDateIsRefused) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  for (const char* clock : {"yesterday", "2024-02-30 10:00", "2024-13-01 10:00", "2024-01-01",
+                            "2024-01-01 24:00", "2024-01-01 10:60", "2024-01-01 10:00:00"}) {
+    const ProgramRun run = run_console({"run", lines, "--clock", clock});
+    EXPECT_EQ(run.exit_code, 2) << clock;
+    EXPECT_THAT(run.errors, HasSubstr("YYYY-MM-DD HH:MM")) << clock;
+    EXPECT_THAT(run.output, IsEmpty()) << clock;
+  }
+}
+
+TEST(Usage, AnEmptyOptionIsNotTakenForOneLeftOut) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  for (const char* option : {"--clock", "--language", "--paper", "--trace", "--library"}) {
+    const ProgramRun run = run_console({"run", lines, option, ""});
+    EXPECT_EQ(run.exit_code, 2) << option;
+    EXPECT_THAT(run.errors, HasSubstr(option)) << option;
+  }
+}
+
+TEST(Usage, AMissingLibraryIsNamed) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const ProgramRun run = run_console({"run", lines, "--library", folder.path("none.so")});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr(folder.path("none.so")));
+}
+
+TEST(Usage, AFileThatIsNoLibraryIsRefusedWithItsCause) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const std::string wrong = folder.write("wrong.so", "no library at all");
+  const ProgramRun run = run_console({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", wrong}}});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("cannot be loaded"));
+  EXPECT_THAT(run.errors, HasSubstr(wrong));
+}
+
+TEST(Usage, ALibraryWithoutTheExportsIsRefused) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const ProgramRun run =
+      run_console({"run", lines, "--library", "/lib/x86_64-linux-gnu/libm.so.6"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("it lacks TradInit"));
+}
+
+TEST(Usage, TheLibraryMayBeNamedByOptionOrEnvironment) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "; nothing to do\n");
+  const std::string library = std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so";
+  EXPECT_EQ(run_console({"run", lines, "--library", library}).exit_code, 0);
+  EXPECT_EQ(run_console({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", library}}}).exit_code,
+            0);
+}
+
+TEST(Tree, TheProgramFindsItsFilesWhereverTheTreeStands) {
+  namespace fs = std::filesystem;
+  TestFolder folder;
+  for (const char* part : {"bin", "lib", "share/lorimat"})
+    fs::create_directories(folder.path(part));
+  const std::string program = folder.path("bin/lorimat");
+  fs::copy_file(std::string(LORIMAT_BIN_FOLDER) + "/lorimat", program);
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+
+  const ProgramRun no_library = run_program(program, {"run", lines});
+  EXPECT_EQ(no_library.exit_code, 2);
+  EXPECT_THAT(no_library.errors, HasSubstr(folder.path("lib/liblorimatrt.so")));
+  EXPECT_THAT(no_library.errors, HasSubstr("--library"));
+
+  fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so",
+                folder.path("lib/liblorimatrt.so"));
+  const ProgramRun no_words = run_program(program, {"run", lines});
+  EXPECT_EQ(no_words.exit_code, 2);
+  EXPECT_THAT(no_words.errors, HasSubstr(folder.path("share/lorimat/merkelin.ini")));
+
+  fs::copy_file(source_file("language/merkelin.ini"), folder.path("share/lorimat/merkelin.ini"));
+  const ProgramRun whole = run_program(program, {"run", lines}, {.folder = "/"});
+  EXPECT_EQ(whole.exit_code, 0) << whole.errors;
+  EXPECT_THAT(whole.output, HasSubstr("1,00"));
+}
+
+TEST(Streams, TheLibrarysOwnLinesStayOutOfOutputAndErrors) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1, ACCONTO\nCHIU\n");
+  const ProgramRun run = run_console({"run", lines});
+  for (const std::string& text : {run.output, run.errors}) {
+    EXPECT_THAT(text, Not(HasSubstr("oad working...")));
+    EXPECT_THAT(text, Not(HasSubstr("library destroy")));
+    EXPECT_THAT(text, Not(HasSubstr("PrintRecRedeem")));
+  }
+}
+
+TEST(Streams, TheTraceFileHoldsTheLibrarysLinesAndTheLinesItWasGiven) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "SUBT\n");
+  const ProgramRun run = run_console({"run", lines, "--trace", folder.path("trace.txt")});
+  const std::string trace = folder.read("trace.txt");
+  EXPECT_THAT(trace, StartsWith("Load working...\n"));
+  EXPECT_THAT(trace, HasSubstr("TradEcr Cmd<SUBT>\n"));
+  EXPECT_THAT(trace, HasSubstr("Unload working...\n"));
+  EXPECT_THAT(trace, HasSubstr("library destroy\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("working...")));
+}
+
+TEST(Streams, TheTraceMayGoToStandardError) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "SUBT\n");
+  const ProgramRun run = run_console({"run", lines, "--trace", "-"});
+  EXPECT_THAT(run.errors, HasSubstr("Load working...\n"));
+  EXPECT_THAT(run.errors, HasSubstr("TradEcr Cmd<SUBT>\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("working...")));
+}
+
+TEST(Streams, ATraceThatCannotBeWrittenIsRefused) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const ProgramRun run = run_console({"run", lines, "--trace", folder.path("none/trace.txt")});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("none/trace.txt"));
+  EXPECT_THAT(run.errors, HasSubstr("No such file"));
+}
+
+TEST(Streams, APaperThatCannotBeWrittenIsAnErrorAndNamesTheFile) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun missing = run_console({"run", lines, "--paper", folder.path("none/paper.txt")});
+  EXPECT_EQ(missing.exit_code, 2);
+  EXPECT_THAT(missing.errors, HasSubstr("none/paper.txt"));
+  const ProgramRun full = run_console({"run", lines, "--paper", "/dev/full"});
+  EXPECT_EQ(full.exit_code, 2);
+  EXPECT_THAT(full.errors, HasSubstr("/dev/full: cannot write the paper: No space left"));
+}
+
+TEST(Streams, AFullStandardOutputIsAnError) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun run = run_console({"run", lines}, {.output_file = "/dev/full"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("No space left"));
+}
+
+TEST(Streams, AClosedStandardOutputIsAnErrorAndNoOtherFileTakesItsPlace) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun run = run_console({"run", lines}, {.close_output = true});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("cannot write to standard output"));
+  EXPECT_EQ(folder.read("lines.cmd"), "VEND REP=1, PRE=1\nCHIU\n");
+}
+
+TEST(Streams, ThePaperNeverReplacesTheFileOfLines) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "SUBT\n");
+  const ProgramRun run = run_console({"run", lines, "--paper", folder.path("./lines.cmd")});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("the paper would replace it"));
+  EXPECT_EQ(folder.read("lines.cmd"), "SUBT\n");
+}
