@@ -1,0 +1,60 @@
+// The road of one line through the translator, with a client that costs nothing: cleaning,
+// look-up of the words, conversion of the values, the handler, the result string.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "bench_tools.h"
+#include "pal/protocols/lorimat/ecrcmdcommand.h"
+#include "unit/support/null_client.h"
+
+namespace {
+
+// Answers the reads with nothing, so that what is measured is the translator's own time.
+class QuietClient : public NullClient {
+ public:
+  int GetIntProperty(int, int* value) override {
+    *value = 0;
+    return 0;
+  }
+  int GetDataInternal(int, char* text) override {
+    *text = 0;
+    return 0;
+  }
+};
+
+constexpr char kLanguage[] =
+    "[OPCOD]\n9=SUBT\n10=VEND\n11=CHIU\n"
+    "[10]\n1=REP\n2=ART\n3=QTA\n4=PRE\n5=RESO\n6=STORNO\n7=DES\n14=UM\n15=PREUN\n";
+
+// Runs the line again and again; expected is the result code that it must have.
+void run_line(benchmark::State& state, const char* line, long expected) {
+  TemporaryFile language(kLanguage);
+  QuietClient client;
+  const auto translator = std::make_unique<EcrCmdCommand>();
+  require(translator->TradInit(language.path(), 0, &client, true) == 0,
+          "the definition file was refused");
+  std::string command = line;
+  char result[512];
+  for (auto _ : state) {
+    require(translator->EcrCmd(command.data(), result) == expected, result);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void sale_of_a_department(benchmark::State& state) { run_line(state, "VEND REP=1, PRE=12.34", 0); }
+BENCHMARK(sale_of_a_department);
+
+void sale_with_every_common_field(benchmark::State& state) {
+  run_line(state, "VEND REP=1, QTA=1.5, PREUN=12.34, DES='Pane di casa', UM='kg'", 0);
+}
+BENCHMARK(sale_with_every_common_field);
+
+void comment_line(benchmark::State& state) { run_line(state, "   ; nothing to do", 0); }
+BENCHMARK(comment_line);
+
+void unknown_command(benchmark::State& state) { run_line(state, "NOSUCH REP=1", 257); }
+BENCHMARK(unknown_command);
+
+}  // namespace

@@ -1,0 +1,87 @@
+# Shell functions that the programs of script/ share. Source it; it runs nothing.
+# shellcheck shell=bash disable=SC2034
+
+root_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+
+# Debian packages by purpose. The library itself needs the compiler alone; {fmt}, CLI11,
+# the JSON library and those that draw belong to the register and the console, GoogleTest and
+# the reader of barcodes to the tests.
+build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohmann-json3-dev
+  libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libgtest-dev libgmock-dev zbar-tools)
+windows_packages=(g++-mingw-w64-x86-64-posix)
+check_packages=(binutils python3)
+bench_packages=(libbenchmark-dev)
+
+say() { printf '%s\n' "$*"; }
+
+die() {
+  printf 'script/%s: %s\n' "${0##*/}" "$*" >&2
+  exit 1
+}
+
+# step NAME COMMAND...: says what is done, shows the command, runs it. A failure names
+# the step and ends the program.
+step() {
+  local name=$1
+  shift
+  printf '\n== %s\n+ %s\n' "$name" "$*"
+  local begin=$SECONDS status=0
+  "$@" </dev/null || status=$?
+  if ((status != 0)); then
+    printf '\nscript/%s: FAILED at step "%s" (exit status %d)\n' "${0##*/}" "$name" "$status" >&2
+    exit 1
+  fi
+  printf -- '-- %s: done in %d s\n' "$name" "$((SECONDS - begin))"
+}
+
+package_is_installed() {
+  [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+# Runs a command as root: as it is when we are root, else through sudo.
+as_root() {
+  if ((EUID == 0)); then
+    "$@"
+  else
+    sudo "$@"
+  fi
+}
+
+package_lists_are_fresh=
+
+# install_packages NAME...: installs those of the named Debian packages that are missing.
+install_packages() {
+  command -v dpkg-query >/dev/null ||
+    die "this is no Debian system; install by its own means what these packages hold: $*"
+  local name missing=()
+  for name in "$@"; do
+    package_is_installed "$name" || missing+=("$name")
+  done
+  if ((${#missing[@]} == 0)); then
+    return 0
+  fi
+  if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+    die "these packages are missing and only root can install them (there is no sudo): run
+  apt-get update && apt-get install ${missing[*]}
+as root, then start again"
+  fi
+  if [[ -z $package_lists_are_fresh ]]; then
+    step "Refresh the package lists" as_root apt-get update -q
+    package_lists_are_fresh=yes
+  fi
+  step "Install the Debian packages ${missing[*]}" \
+    as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+# build_preset PRESET [TARGET...]: configures and builds into build/PRESET.
+build_preset() {
+  local preset=$1 target targets=()
+  shift
+  for target in "$@"; do targets+=(--target "$target"); done
+  step "Configure the preset $preset" cmake --preset "$preset"
+  step "Build the preset $preset" \
+    cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"
+}
+
+cd "$root_dir" || exit 1
