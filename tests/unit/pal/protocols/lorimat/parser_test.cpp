@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "pal/protocols/lorimat/buffers.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 
 namespace {
@@ -14,17 +15,17 @@ namespace {
 class Parser : public ::testing::Test {
  protected:
   void command(int row, const char* name, int id = 0) {
-    std::strncpy(t().szOpCodes[row], name, MAXSIMBLN);
+    copy_text(t().szOpCodes[row], name);
     t().iIdOpCodes[row] = id != 0 ? id : row;
     if (row > t().iTotOpCodes) t().iTotOpCodes = row;
   }
   void field(int opcode, int row, const char* name, int number = 0) {
-    std::strncpy(t().szKeyI[opcode][row], name, MAXSIMBLN);
+    copy_text(t().szKeyI[opcode][row], name);
     t().iNCI[opcode][row] = number != 0 ? number : row;
     if (row > t().iNumOper[opcode]) t().iNumOper[opcode] = row;
   }
   void symbol(const char* name, int value) {
-    std::strncpy(t().szSimb[++t().iTotSimb], name, MAXSIMBLN);
+    copy_text(t().szSimb[++t().iTotSimb], name);
     t().iVSimb[t().iTotSimb] = value;
   }
 
