@@ -44,12 +44,11 @@ const DataSelector kDataSelectors[] = {
      [](const RegisterCore& core) { return std::to_string(core.store.grand_total()); }},
     {RTF_FPTR_GD_PRINTER_ID,
      [](const RegisterCore& core) { return core.tables.settings().serial_number; }},
-    {RTF_FPTR_GD_FIRMWARE,
-     [](const RegisterCore& core) { return core.firmware_version; }},
+    {RTF_FPTR_GD_FIRMWARE, [](const RegisterCore& core) { return core.firmware_version; }},
     {RTF_FPTR_GD_REFUND_VOID,
      [](const RegisterCore& core) {
-       return std::to_string(core.store.day().Sum(Totals::kSales | Totals::kInvoices, 0,
-                                                  Figure::kRefundLineVoids));
+       return std::to_string(
+           core.store.day().Sum(Totals::kSales | Totals::kInvoices, 0, Figure::kRefundLineVoids));
      }},
     {RTF_FPTR_GD_DESCRIPTION_LENGTH,
      [](const RegisterCore&) { return std::to_string(Paper::kDescriptionColumns); }},
@@ -91,7 +90,7 @@ bool VirtualRegister::GetDeviceEnabled() { return true; }
 int VirtualRegister::GetState() { return RTF_S_IDLE; }
 
 int VirtualRegister::GetIntProperty(int property, int* value) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
     if (property == RTF_PIDXFptr_PrinterState && core_.report_polls > 0) {
       --core_.report_polls;
@@ -103,11 +102,11 @@ int VirtualRegister::GetIntProperty(int property, int* value) {
 }
 
 int VirtualRegister::SetIntProperty(int property, int value) {
-  return Guarded([&] { return WriteIntProperty(core_, property, value); });
+  return Perform(__func__, [&] { return WriteIntProperty(core_, property, value); });
 }
 
 int VirtualRegister::GetStringProperty(int property, char* value) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
     std::string text;
     if (const int code = ReadTextProperty(core_, property, &text)) return code;
@@ -117,11 +116,11 @@ int VirtualRegister::GetStringProperty(int property, char* value) {
 }
 
 int VirtualRegister::SetStringProperty(int property, const char* value) {
-  return Guarded([&] { return WriteTextProperty(core_, property, View(value)); });
+  return Perform(__func__, [&] { return WriteTextProperty(core_, property, View(value)); });
 }
 
 int VirtualRegister::GetDataInternal(int item, char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     const DataItem* row = FindDataItem(item);
     if (text == nullptr || row == nullptr || row->read == nullptr) return RTF_E_ILLEGAL;
     Give(row->read(core_, keyboard_), text, kDataItemSize);
@@ -130,7 +129,7 @@ int VirtualRegister::GetDataInternal(int item, char* text) {
 }
 
 int VirtualRegister::SetDataInternal(int item, const char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     const DataItem* row = FindDataItem(item);
     if (row == nullptr || row->write == nullptr) return RTF_E_ILLEGAL;
     return row->write(core_, View(text));
@@ -140,20 +139,20 @@ int VirtualRegister::SetDataInternal(int item, const char* text) {
 // --- Documents and receipts
 
 int VirtualRegister::BeginFiscalReceipt(bool print_header) {
-  return Guarded([&] { return desk_.BeginReceipt(print_header); });
+  return Perform(__func__, [&] { return desk_.BeginReceipt(print_header); });
 }
 
 int VirtualRegister::EndFiscalReceipt(bool) {
-  return Guarded([&] { return desk_.EndReceipt(); });
+  return Perform(__func__, [&] { return desk_.EndReceipt(); });
 }
 
 int VirtualRegister::BeginAdditionalTrailer() {
-  return Guarded([&] { return desk_.AdditionalTrailer(); });
+  return Perform(__func__, [&] { return desk_.AdditionalTrailer(); });
 }
 
 int VirtualRegister::BeginDocInvoice(const char* head1, const char* head2, const char* head3,
                                      const char* head4, const char* head5) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     const std::string_view customer[5] = {View(head1), View(head2), View(head3), View(head4),
                                           View(head5)};
     return desk_.BeginInvoice(customer, false);
@@ -163,7 +162,7 @@ int VirtualRegister::BeginDocInvoice(const char* head1, const char* head2, const
 int VirtualRegister::BeginDocInvoiceOppositionJurisprudence(const char* head1, const char* head2,
                                                             const char* head3, const char* head4,
                                                             const char* head5, bool opposition) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     const std::string_view customer[5] = {View(head1), View(head2), View(head3), View(head4),
                                           View(head5)};
     return desk_.BeginInvoice(customer, opposition);
@@ -172,7 +171,7 @@ int VirtualRegister::BeginDocInvoiceOppositionJurisprudence(const char* head1, c
 
 int VirtualRegister::BeginDocTelematicRefund(int number, int zNumber, const char* date,
                                              const char* matricola) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return desk_.BeginRefund(
         {zNumber, number, std::string(View(date)), std::string(View(matricola))});
   });
@@ -180,7 +179,7 @@ int VirtualRegister::BeginDocTelematicRefund(int number, int zNumber, const char
 
 int VirtualRegister::BeginDocTelematicCancel(int number, int zNumber, const char* date,
                                              bool automatic, const char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return desk_.BeginCancel({zNumber, number, std::string(View(date)), {}}, automatic, View(text));
   });
 }
@@ -189,7 +188,7 @@ int VirtualRegister::PrintRecItemEx(int pfl_item_type, const char* description, 
                                     int quantity, int vatInfo, int64_t unitPrice,
                                     const char* unitName, int departmentInfo, bool,
                                     const char* pluCode) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return desk_.Line({pfl_item_type, View(description), price, quantity, vatInfo, unitPrice,
                        View(unitName), departmentInfo, View(pluCode)});
   });
@@ -197,10 +196,10 @@ int VirtualRegister::PrintRecItemEx(int pfl_item_type, const char* description, 
 
 // The older line operations name a VAT entry and no department. Without a unit price, `price`
 // is that of the whole line.
-int VirtualRegister::LegacyLine(int pfl_item_type, const char* description, long price,
-                                int quantity, int vat_info, long unit_price,
+int VirtualRegister::LegacyLine(const char* operation, int pfl_item_type, const char* description,
+                                long price, int quantity, int vat_info, long unit_price,
                                 const char* unit_name) {
-  return Guarded([&] {
+  return Perform(operation, [&] {
     LineArguments line;
     line.pfl_item_type = pfl_item_type;
     line.description = View(description);
@@ -215,34 +214,36 @@ int VirtualRegister::LegacyLine(int pfl_item_type, const char* description, long
 
 int VirtualRegister::PrintRecItem(const char* description, long price, int quantity, int vatInfo,
                                   long unitPrice, const char* unitName) {
-  return LegacyLine(PflItemType::kPrintRecItem, description, price, quantity, vatInfo, unitPrice,
-                    unitName);
+  return LegacyLine(__func__, PflItemType::kPrintRecItem, description, price, quantity, vatInfo,
+                    unitPrice, unitName);
 }
 
 int VirtualRegister::PrintRecItemVoid(const char* description, long price, int quantity,
                                       int vatInfo, long unitPrice, const char* unitName) {
-  return LegacyLine(PflItemType::kPrintRecItemVoid, description, price, quantity, vatInfo,
+  return LegacyLine(__func__, PflItemType::kPrintRecItemVoid, description, price, quantity, vatInfo,
                     unitPrice, unitName);
 }
 
 int VirtualRegister::PrintRecItemRefund(const char* description, long price, int quantity,
                                         int vatInfo, long unitPrice, const char* unitName) {
-  return LegacyLine(PflItemType::kPrintRecItemRefund, description, price, quantity, vatInfo,
-                    unitPrice, unitName);
+  return LegacyLine(__func__, PflItemType::kPrintRecItemRefund, description, price, quantity,
+                    vatInfo, unitPrice, unitName);
 }
 
 int VirtualRegister::PrintRecItemRefundVoid(const char* description, long price, int quantity,
                                             int vatInfo, long unitPrice, const char* unitName) {
-  return LegacyLine(PflItemType::kPrintRecItemRefundVoid, description, price, quantity, vatInfo,
-                    unitPrice, unitName);
+  return LegacyLine(__func__, PflItemType::kPrintRecItemRefundVoid, description, price, quantity,
+                    vatInfo, unitPrice, unitName);
 }
 
 int VirtualRegister::PrintRecRefund(const char* description, long amount, int vatInfo) {
-  return LegacyLine(PflItemType::kPrintRecItemRefund, description, amount, 0, vatInfo, 0, "");
+  return LegacyLine(__func__, PflItemType::kPrintRecItemRefund, description, amount, 0, vatInfo, 0,
+                    "");
 }
 
 int VirtualRegister::PrintRecRefundVoid(const char* description, long amount, int vatInfo) {
-  return LegacyLine(PflItemType::kPrintRecItemRefundVoid, description, amount, 0, vatInfo, 0, "");
+  return LegacyLine(__func__, PflItemType::kPrintRecItemRefundVoid, description, amount, 0, vatInfo,
+                    0, "");
 }
 
 int VirtualRegister::PrintRecItemAdjustment(int adjustment_type, const char* description,
@@ -264,43 +265,45 @@ int VirtualRegister::PrintRecItemAdjustmentEx(int adjustment_type, const char* d
 int VirtualRegister::PrintRecItemAdjustmentEx2(int adjustment_type, const char* description,
                                                int64_t amount, int vatInfo, int departmentInfo,
                                                bool is_void) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return desk_.Adjust(adjustment_type, View(description), amount, vatInfo, departmentInfo,
                         is_void);
   });
 }
 
 int VirtualRegister::PrintRecSubtotal(int64_t amount) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (const int code = desk_.CheckSubtotal(amount)) return code;
     return desk_.PrintSubtotal();
   });
 }
 
 int VirtualRegister::PrintRecSubtotalEx(int64_t iSubTotal, bool check) {
-  return Guarded([&] { return check ? desk_.CheckSubtotal(iSubTotal) : desk_.PrintSubtotal(); });
+  return Perform(__func__,
+                 [&] { return check ? desk_.CheckSubtotal(iSubTotal) : desk_.PrintSubtotal(); });
 }
 
 int VirtualRegister::PrintRecSubtotalAdjustment(int adjustment_type, const char* description,
                                                 int64_t amount) {
-  return Guarded(
-      [&] { return desk_.AdjustSubtotal(adjustment_type, View(description), amount, false); });
+  return Perform(__func__, [&] {
+    return desk_.AdjustSubtotal(adjustment_type, View(description), amount, false);
+  });
 }
 
 int VirtualRegister::PrintRecSubtotalAdjustVoid(int adjustment_type, int64_t amount) {
-  return Guarded([&] { return desk_.AdjustSubtotal(adjustment_type, {}, amount, true); });
+  return Perform(__func__, [&] { return desk_.AdjustSubtotal(adjustment_type, {}, amount, true); });
 }
 
 int VirtualRegister::PrintRecMessage(const char* message) {
-  return Guarded([&] { return desk_.Message(View(message)); });
+  return Perform(__func__, [&] { return desk_.Message(View(message)); });
 }
 
 int VirtualRegister::PrintRecTaxID(const char* tax_id) {
-  return Guarded([&] { return desk_.TaxId(View(tax_id)); });
+  return Perform(__func__, [&] { return desk_.TaxId(View(tax_id)); });
 }
 
 int VirtualRegister::PrintRecTotal(int64_t total, int64_t payment, const char* description) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
     if (total != core_.document.receipt.total()) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
     return desk_.Total(payment, View(description), false);
@@ -308,11 +311,11 @@ int VirtualRegister::PrintRecTotal(int64_t total, int64_t payment, const char* d
 }
 
 int VirtualRegister::PrintRecTotalEx(int64_t payment, const char* description, bool auto_payment) {
-  return Guarded([&] { return desk_.Total(payment, View(description), auto_payment); });
+  return Perform(__func__, [&] { return desk_.Total(payment, View(description), auto_payment); });
 }
 
 int VirtualRegister::PrintRecVoid(const char* description) {
-  return Guarded([&] { return desk_.VoidReceipt(View(description)); });
+  return Perform(__func__, [&] { return desk_.VoidReceipt(View(description)); });
 }
 
 // --- Non-fiscal printing
@@ -320,15 +323,15 @@ int VirtualRegister::PrintRecVoid(const char* description) {
 int VirtualRegister::BeginNonFiscal() { return BeginNonFiscalJournal(true); }
 
 int VirtualRegister::BeginNonFiscalJournal(bool saveOnJournal) {
-  return Guarded([&] { return desk_.BeginNonFiscal(saveOnJournal); });
+  return Perform(__func__, [&] { return desk_.BeginNonFiscal(saveOnJournal); });
 }
 
 int VirtualRegister::EndNonFiscal() {
-  return Guarded([&] { return desk_.EndNonFiscal(); });
+  return Perform(__func__, [&] { return desk_.EndNonFiscal(); });
 }
 
 int VirtualRegister::PrintNormal(int station, const char* data) {
-  return Guarded([&] { return desk_.PrintNormal(station, View(data)); });
+  return Perform(__func__, [&] { return desk_.PrintNormal(station, View(data)); });
 }
 
 int VirtualRegister::PrintBarcode(const char* tipo, const char* scale, const char* align,
@@ -339,7 +342,7 @@ int VirtualRegister::PrintBarcode(const char* tipo, const char* scale, const cha
 int VirtualRegister::PrintBarcodeEx(const char* tipo, const char* scale, const char* align,
                                     const char* textPosition, const char* data, uint8_t cutMode,
                                     bool code39checksum) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return desk_.Barcode({View(tipo), View(align), View(textPosition), View(data),
                           cutMode == 2 || cutMode == 3, View(scale), code39checksum});
   });
@@ -347,15 +350,15 @@ int VirtualRegister::PrintBarcodeEx(const char* tipo, const char* scale, const c
 
 // The cut behind a logo is an operation of its own, which the caller makes.
 int VirtualRegister::PrintBitmap(int ngraex, int) {
-  return Guarded([&] { return desk_.Bitmap(ngraex); });
+  return Perform(__func__, [&] { return desk_.Bitmap(ngraex); });
 }
 
 int VirtualRegister::PrintPaperCut() {
-  return Guarded([&] { return desk_.Cut(); });
+  return Perform(__func__, [&] { return desk_.Cut(); });
 }
 
 int VirtualRegister::ResetPrn() {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     desk_.Reset();
     keyboard_.Clear();
     return RTF_SUCCESS;
@@ -365,7 +368,7 @@ int VirtualRegister::ResetPrn() {
 // --- Reading
 
 int VirtualRegister::GetData(int selector, int* number, char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (text == nullptr) return RTF_E_ILLEGAL;
     static_cast<void>(number);
     for (const DataSelector& row : kDataSelectors) {
@@ -378,7 +381,7 @@ int VirtualRegister::GetData(int selector, int* number, char* text) {
 }
 
 int VirtualRegister::GetDate(char* date) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (date == nullptr) return RTF_E_ILLEGAL;
     const bool closing = core_.options.date_type == RTF_FPTR_DT_EOD;
     if (closing && core_.store.closures().empty()) return RTF_E_NOEXIST;
@@ -424,25 +427,25 @@ int VirtualRegister::ClearText() {
 }
 
 int VirtualRegister::DisplayText(const char* text, int) {
-  return Guarded([&] { return ShowText(2, 0, 0, View(text), true); });
+  return Perform(__func__, [&] { return ShowText(2, 0, 0, View(text), true); });
 }
 
 int VirtualRegister::DisplayTextAt(int row, int column, const char* text, int) {
-  return Guarded([&] { return ShowText(2, row, column, View(text), false); });
+  return Perform(__func__, [&] { return ShowText(2, row, column, View(text), false); });
 }
 
 int VirtualRegister::DisplayTextEx(const char* text, int, int display, int, bool clear) {
-  return Guarded([&] { return ShowText(display, 0, 0, View(text), clear); });
+  return Perform(__func__, [&] { return ShowText(display, 0, 0, View(text), clear); });
 }
 
 int VirtualRegister::DisplayTextAtEx(int row, int column, const char* text, int, int display, int,
                                      bool clear) {
-  return Guarded([&] { return ShowText(display, row, column, View(text), clear); });
+  return Perform(__func__, [&] { return ShowText(display, row, column, View(text), clear); });
 }
 
 int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* keys_code_alfa_fp,
                                   const char* key_code_alfa_lcd, uint8_t key_code_terminator) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return keyboard_.Play(View(keys_code_numerics), View(keys_code_alfa_fp),
                           View(key_code_alfa_lcd), key_code_terminator);
   });
@@ -451,7 +454,7 @@ int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* ke
 // The register's direct commands: 1 reads the data item `optarg` into the data, 2 writes it
 // from there, 502 and 503 switch the line to a device behind the register on and off.
 int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (optarg == nullptr || data == nullptr) return RTF_E_ILLEGAL;
     const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
     switch (cmd) {

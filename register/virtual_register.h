@@ -11,9 +11,11 @@
 //   std::cout << device.paper_text();
 //
 // No operation throws, and none answers -1. Texts may be null (read as empty) and may hold any
-// byte. A null pointer for a result answers RTF_E_ILLEGAL. One thread at a time.
+// byte. A null pointer for a result answers RTF_E_ILLEGAL. One operation at a time: another
+// that begins meanwhile, from whichever thread, answers RTF_E_BUSY.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -294,20 +296,31 @@ class VirtualRegister : public RtfClientInterface {
   void set_wait_result_code(int code) override;
 
  private:
-  // Runs an operation; an exception (no memory) becomes RTF_E_FAILURE.
+  // Runs a client operation, which `operation` names. One that begins while another runs answers
+  // RTF_E_BUSY, and an exception (no memory) becomes RTF_E_FAILURE.
   template <typename Work>
-  static int Guarded(Work&& work) noexcept {
+  int Perform(const char* operation, Work&& work) noexcept {
+    if (working_.test_and_set(std::memory_order_acquire)) return RTF_E_BUSY;
+    int code = RTF_E_FAILURE;
     try {
-      return work();
+      static_cast<void>(operation);
+      code = work();
     } catch (...) {
-      return RTF_E_FAILURE;
     }
+    working_.clear(std::memory_order_release);
+    return code;
   }
 
   int ShowText(int display, int row, int column, std::string_view text, bool clear);
-  int LegacyLine(int pfl_item_type, const char* description, long price, int quantity, int vat_info,
-                 long unit_price, const char* unit_name);
+  int GiveTotalizer(int vat_id, int scope, int totalizer, char* text) const;
+  int AccessDepartment(bool write, int32_t dep_id, char* description, int64_t* price,
+                       int64_t* max_price, int32_t* quantity, int32_t* vat_id, uint8_t* group_id,
+                       bool* single_shoot, bool* allow_discount, bool* force_description,
+                       bool* is_service);
+  int LegacyLine(const char* operation, int pfl_item_type, const char* description, long price,
+                 int quantity, int vat_info, long unit_price, const char* unit_name);
 
+  std::atomic_flag working_ = ATOMIC_FLAG_INIT;
   RegisterCore core_;
   ReceiptDesk desk_;
   Keyboard keyboard_;

@@ -33,41 +33,53 @@ std::string Read(const char* buffer, size_t size) { return std::string(BoundedVi
 
 // --- Departments
 
+// Reads or writes a department; `is_service` is null where the plain record is meant, which leaves
+// that flag as it is.
+int VirtualRegister::AccessDepartment(bool write, int32_t dep_id, char* description, int64_t* price,
+                                      int64_t* max_price, int32_t* quantity, int32_t* vat_id,
+                                      uint8_t* group_id, bool* single_shoot, bool* allow_discount,
+                                      bool* force_description, bool* is_service) {
+  if (AnyNull(description, price, max_price, quantity, vat_id, group_id, single_shoot,
+              allow_discount, force_description)) {
+    return RTF_E_ILLEGAL;
+  }
+  const Department* row = core_.tables.FindDepartment(dep_id);
+  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (!write) {
+    Give(row->name, description, kDepartmentBuffer);
+    *price = row->price;
+    *max_price = row->max_price;
+    *quantity = row->quantity;
+    *vat_id = row->vat;
+    *group_id = static_cast<uint8_t>(row->group);
+    *single_shoot = row->single_shoot;
+    *allow_discount = row->allow_discount;
+    *force_description = row->force_description;
+    if (is_service != nullptr) *is_service = row->is_service;
+    return RTF_SUCCESS;
+  }
+  if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+  Department changed = *row;
+  changed.name = Read(description, kDepartmentBuffer);
+  changed.price = *price;
+  changed.max_price = *max_price;
+  changed.quantity = *quantity;
+  changed.vat = *vat_id;
+  changed.group = *group_id;
+  changed.single_shoot = *single_shoot;
+  changed.allow_discount = *allow_discount;
+  changed.force_description = *force_description;
+  if (is_service != nullptr) changed.is_service = *is_service;
+  return core_.tables.SetDepartment(dep_id, std::move(changed));
+}
+
 int VirtualRegister::ConfigDepartment(bool write, int32_t dep_id, char* description, int64_t* price,
                                       int64_t* max_price, int32_t* quantity, int32_t* vat_id,
                                       uint8_t* group_id, bool* single_shoot, bool* allow_discount,
                                       bool* force_description) {
-  return Guarded([&] {
-    if (AnyNull(description, price, max_price, quantity, vat_id, group_id, single_shoot,
-                allow_discount, force_description)) {
-      return RTF_E_ILLEGAL;
-    }
-    const Department* row = core_.tables.FindDepartment(dep_id);
-    if (row == nullptr) return RTF_E_ILLEGAL;
-    if (!write) {
-      Give(row->name, description, kDepartmentBuffer);
-      *price = row->price;
-      *max_price = row->max_price;
-      *quantity = row->quantity;
-      *vat_id = row->vat;
-      *group_id = static_cast<uint8_t>(row->group);
-      *single_shoot = row->single_shoot;
-      *allow_discount = row->allow_discount;
-      *force_description = row->force_description;
-      return RTF_SUCCESS;
-    }
-    if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-    Department changed = *row;
-    changed.name = Read(description, kDepartmentBuffer);
-    changed.price = *price;
-    changed.max_price = *max_price;
-    changed.quantity = *quantity;
-    changed.vat = *vat_id;
-    changed.group = *group_id;
-    changed.single_shoot = *single_shoot;
-    changed.allow_discount = *allow_discount;
-    changed.force_description = *force_description;
-    return core_.tables.SetDepartment(dep_id, std::move(changed));
+  return Perform(__func__, [&] {
+    return AccessDepartment(write, dep_id, description, price, max_price, quantity, vat_id,
+                            group_id, single_shoot, allow_discount, force_description, nullptr);
   });
 }
 
@@ -76,21 +88,12 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
                                         int32_t* vat_id, uint8_t* group_id, bool* single_shoot,
                                         bool* allow_discount, bool* force_description,
                                         bool* is_service) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.tables.settings().extended_departments || is_service == nullptr) {
       return RTF_E_ILLEGAL;
     }
-    const int code =
-        ConfigDepartment(write, dep_id, description, price, max_price, quantity, vat_id, group_id,
-                         single_shoot, allow_discount, force_description);
-    if (code != RTF_SUCCESS) return code;
-    Department department = *core_.tables.FindDepartment(dep_id);
-    if (!write) {
-      *is_service = department.is_service;
-      return RTF_SUCCESS;
-    }
-    department.is_service = *is_service;
-    return core_.tables.SetDepartment(dep_id, std::move(department));
+    return AccessDepartment(write, dep_id, description, price, max_price, quantity, vat_id,
+                            group_id, single_shoot, allow_discount, force_description, is_service);
   });
 }
 
@@ -98,7 +101,7 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
 
 int VirtualRegister::ConfigGroup(bool write, int index, char* description, char* operator_password,
                                  int* operator_flags, int* operator_options) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (AnyNull(description, operator_password, operator_flags, operator_options)) {
       return RTF_E_ILLEGAL;
     }
@@ -123,7 +126,7 @@ int VirtualRegister::ConfigGroup(bool write, int index, char* description, char*
 int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* tender_type,
                                      char* description, uint8_t* flags, uint32_t* preset_value,
                                      uint8_t* max_digits) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (AnyNull(tender_type, description, flags, preset_value, max_digits)) return RTF_E_ILLEGAL;
     const Subtender* row = core_.tables.FindSubtender(subtender_id);
     if (row == nullptr) return RTF_E_ILLEGAL;
@@ -145,7 +148,7 @@ int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* 
 // --- VAT rates
 
 int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (vat_rate == nullptr) return RTF_E_ILLEGAL;
     const VatRate* row = core_.tables.FindVat(vat_id);
     if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) return RTF_EFPTR_BAD_VAT;
@@ -155,14 +158,14 @@ int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
 }
 
 int VirtualRegister::SetVatValue(int vat_id, const char* vat_rate) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.NoteVatRate(vat_id, View(vat_rate));
   });
 }
 
 int VirtualRegister::SetVatTable() {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.CommitVat(core_.store.day_open());
   });
@@ -171,7 +174,7 @@ int VirtualRegister::SetVatTable() {
 // --- Header lines and logos
 
 int VirtualRegister::GetHeaderLine(int line, char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (text == nullptr || line < 1 || line > Tables::kHeaderLines) return RTF_E_ILLEGAL;
     const std::vector<std::string>& lines = core_.tables.settings().header_lines;
     const size_t index = static_cast<size_t>(line) - 1;
@@ -182,21 +185,21 @@ int VirtualRegister::GetHeaderLine(int line, char* text) {
 
 // Double width is asked for inside the text; hosts set the flag for every line.
 int VirtualRegister::SetHeaderLine(int line, const char* text, bool) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.SetHeaderLine(line, View(text));
   });
 }
 
 int VirtualRegister::ProgramGRC(uint8_t ngraex, const char* file, bool) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.SetLogo(ngraex, View(file));
   });
 }
 
 int VirtualRegister::EraseLogoArchive() {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     core_.tables.EraseLogos();
     return RTF_SUCCESS;
@@ -207,7 +210,7 @@ int VirtualRegister::EraseLogoArchive() {
 
 int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_code,
                                     int8_t* keyboard_type, char* macro, uint16_t* macro_size) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (AnyNull(key_code, keyboard_type, macro, macro_size)) return RTF_E_ILLEGAL;
     const ProgrammedKey* key = core_.keyboards.Find(*keyboard_type, key_pos);
     if (key == nullptr) return RTF_E_ILLEGAL;
@@ -227,7 +230,7 @@ int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_co
 // --- Articles
 
 int VirtualRegister::DownloadTable(int selector, int index, char* data_row) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (data_row == nullptr) return RTF_E_ILLEGAL;
     std::string row;
     if (const int code = articles_.Download(selector, index, &row)) return code;
@@ -237,11 +240,11 @@ int VirtualRegister::DownloadTable(int selector, int index, char* data_row) {
 }
 
 int VirtualRegister::UploadTable(int table, int row_type, const char* data_row) {
-  return Guarded([&] { return articles_.Upload(table, row_type, View(data_row)); });
+  return Perform(__func__, [&] { return articles_.Upload(table, row_type, View(data_row)); });
 }
 
 int VirtualRegister::EraseTable(int table) {
-  return Guarded([&] { return articles_.Erase(table); });
+  return Perform(__func__, [&] { return articles_.Erase(table); });
 }
 
 }  // namespace lorimat

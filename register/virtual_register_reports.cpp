@@ -28,22 +28,22 @@ constexpr uint8_t kLotterySend = 5;
 }  // namespace
 
 int VirtualRegister::GetTotalizer(int vat_id, int selector, char* text) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (selector > kLastPlainTotalizer) return RTF_E_ILLEGAL;
-    return GetTotalizerExtend(vat_id, core_.options.totalizer_scope, selector, text);
+    return GiveTotalizer(vat_id, core_.options.totalizer_scope, selector, text);
   });
 }
 
 int VirtualRegister::GetTotalizerExtend(int vat_id, int totalizer_type, int totalizer, char* data) {
-  return Guarded([&] {
-    if (data == nullptr) return RTF_E_ILLEGAL;
-    std::string value;
-    if (const int code = ReadTotalizer(core_, vat_id, totalizer_type, totalizer, &value)) {
-      return code;
-    }
-    Give(value, data, kTotalSize);
-    return RTF_SUCCESS;
-  });
+  return Perform(__func__, [&] { return GiveTotalizer(vat_id, totalizer_type, totalizer, data); });
+}
+
+int VirtualRegister::GiveTotalizer(int vat_id, int scope, int totalizer, char* text) const {
+  if (text == nullptr) return RTF_E_ILLEGAL;
+  std::string value;
+  if (const int code = ReadTotalizer(core_, vat_id, scope, totalizer, &value)) return code;
+  Give(value, text, kTotalSize);
+  return RTF_SUCCESS;
 }
 
 // --- Readings and the day closing
@@ -54,7 +54,7 @@ int VirtualRegister::PrintXReport() {
 
 int VirtualRegister::PrintXReportEx(int32_t kind, bool clear, const char* format, const char* file,
                                     int32_t outputs) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return ReportDesk(core_).PrintX(kind, clear, {View(format), View(file), outputs});
   });
 }
@@ -62,7 +62,7 @@ int VirtualRegister::PrintXReportEx(int32_t kind, bool clear, const char* format
 int VirtualRegister::PrintZReport() { return PrintZReportEx(false); }
 
 int VirtualRegister::PrintZReportEx(bool send) {
-  return Guarded([&] { return ReportDesk(core_).CloseDay(send); });
+  return Perform(__func__, [&] { return ReportDesk(core_).CloseDay(send); });
 }
 
 // --- Periods, fiscal memory, journal
@@ -70,7 +70,7 @@ int VirtualRegister::PrintZReportEx(bool send) {
 // `option` is kept for the device; this register has none.
 int VirtualRegister::PeriodicReportMessageEx(int32_t kind, int32_t, const char* format,
                                              const char* file, int32_t outputs, bool clear) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return ReportDesk(core_).PrintPeriodic(kind, clear, {View(format), View(file), outputs});
   });
 }
@@ -80,7 +80,7 @@ int VirtualRegister::FiscalReportMessageEx(int32_t source, int32_t filter, int32
                                            uint32_t to_number, const char* from_date,
                                            const char* to_date, const char* format,
                                            const char* file, int32_t outputs) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     return ReportDesk(core_).PrintFiscal(
         {source, filter, criteria, from_number, to_number, View(from_date), View(to_date)},
         {View(format), View(file), outputs});
@@ -96,11 +96,11 @@ int VirtualRegister::PrintPeriodicTotalsReport(const char* from_date, const char
 // --- Telematic summary, lottery, firmware
 
 int VirtualRegister::SendTelematicSummary() {
-  return Guarded([&] { return TelematicDesk(core_).SendSummaries(); });
+  return Perform(__func__, [&] { return TelematicDesk(core_).SendSummaries(); });
 }
 
 int VirtualRegister::ExportTelematicSummary(const char* file) {
-  return Guarded([&] { return TelematicDesk(core_).ExportSummaries(View(file)); });
+  return Perform(__func__, [&] { return TelematicDesk(core_).ExportSummaries(View(file)); });
 }
 
 int VirtualRegister::SaveTelematicSummary(int from_z, int to_z, const char* file) {
@@ -108,14 +108,15 @@ int VirtualRegister::SaveTelematicSummary(int from_z, int to_z, const char* file
 }
 
 int VirtualRegister::SaveTelematicSummaryEx(int from_z, int to_z, const char* file, int options) {
-  return Guarded(
-      [&] { return TelematicDesk(core_).SaveSummaries(from_z, to_z, View(file), options); });
+  return Perform(__func__, [&] {
+    return TelematicDesk(core_).SaveSummaries(from_z, to_z, View(file), options);
+  });
 }
 
 int VirtualRegister::TelematicDocument(uint32_t device, uint8_t operation, uint8_t document_type,
                                        int32_t from_z, int32_t from_number, int32_t to_z,
                                        int32_t to_number, const char* file) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (device != 0 || document_type != 1) return RTF_E_ILLEGAL;
     TelematicDesk desk(core_);
     switch (operation) {
@@ -132,7 +133,7 @@ int VirtualRegister::TelematicDocument(uint32_t device, uint8_t operation, uint8
 }
 
 int VirtualRegister::ProgramFirmware(const char* file) {
-  return Guarded([&] {
+  return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
     std::string version;
     if (const int code = CheckFirmware(View(file), &version)) return code;
