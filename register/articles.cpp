@@ -103,7 +103,7 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
       skip = index;
       break;
     case RowType::kFirst:
-      started_ = false;
+      transfer_.started = false;
       break;
     case RowType::kLast:
       skip = -1;
@@ -111,8 +111,8 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
       if (skip < 0) return RTF_E_NOEXIST;
       break;
     case RowType::kNextRow:
-      if (!started_) return RTF_E_NOEXIST;
-      at = next_;
+      if (!transfer_.started) return RTF_E_NOEXIST;
+      at = transfer_.next;
       break;
     default:
       return RTF_E_ILLEGAL;
@@ -121,8 +121,8 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
     if (!chosen(articles[at]) || skip-- > 0) continue;
     *row = FormatArticleRow(articles[at]);
     if (kind != RowType::kRow) {
-      next_ = at + 1;
-      started_ = true;
+      transfer_.next = at + 1;
+      transfer_.started = true;
     }
     return RTF_SUCCESS;
   }
@@ -135,17 +135,17 @@ int ArticleLink::Upload(int table, int step, std::string_view row) {
   switch (step) {
     case kOpen:
       if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-      transfer_open_ = true;
+      transfer_.open = true;
       return RTF_SUCCESS;
     case kRow: {
-      if (!transfer_open_ || !core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+      if (!transfer_.open || !core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
       Article article;
       if (!ParseArticleRow(row, &article)) return RTF_E_ILLEGAL;
       return core_.tables.SetArticle(std::move(article));
     }
     case kClose:
-      if (!transfer_open_) return RTF_EFPTR_WRONG_STATE;
-      transfer_open_ = false;
+      if (!transfer_.open) return RTF_EFPTR_WRONG_STATE;
+      transfer_.open = false;
       return RTF_SUCCESS;
     default:
       return RTF_E_ILLEGAL;
@@ -156,7 +156,7 @@ int ArticleLink::Erase(int table) {
   if (table != kArticleTable && table != kEraseBehindDownload) return RTF_E_ILLEGAL;
   if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
   core_.tables.EraseArticles();
-  started_ = false;
+  transfer_.started = false;
   return RTF_SUCCESS;
 }
 

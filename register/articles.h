@@ -21,7 +21,18 @@ class ArticleLink {
   // The longest row that the device gives out; with its NUL it fits a buffer of 401.
   static constexpr size_t kRowSize = 400;
 
+  // How far a transfer has come.
+  struct Transfer {
+    bool open = false;
+    size_t next = 0;       // where kNextRow goes on
+    bool started = false;  // kFirst has been asked for
+  };
+
   explicit ArticleLink(RegisterCore& core) : core_(core) {}
+
+  // To go back to after an operation that could not be stored.
+  const Transfer& Save() const { return transfer_; }
+  void Restore(const Transfer& transfer) { transfer_ = transfer; }
 
   // selector: the table in bits 0 to 7, the selection in bits 8 to 15, the row's kind
   // (ManagerDownloadTableRowType) above. Selection 0 is the whole table, 1 to 40 the articles of
@@ -37,9 +48,7 @@ class ArticleLink {
 
  private:
   RegisterCore& core_;
-  bool transfer_open_ = false;
-  size_t next_ = 0;       // where kNextRow goes on
-  bool started_ = false;  // kFirst has been asked for
+  Transfer transfer_;
 };
 
 std::string FormatArticleRow(const Article& article);

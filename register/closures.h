@@ -2,6 +2,7 @@
 // across closings.
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <vector>
 
@@ -17,6 +18,8 @@ struct DailyCounters {
   int cancels = 0;
   int abandoned = 0;
   int non_fiscal = 0;
+
+  bool operator==(const DailyCounters&) const = default;
 };
 
 // One day, closed. Nothing in it changes but whether it has been sent.
@@ -32,15 +35,10 @@ struct Closure {
 
 // Where the totals of a period begin: at a document, by its place among all registered ones.
 struct PeriodStart {
-  size_t first_document = 0;
+  int64_t first_document = 1;
   std::tm time = {};
   bool cleared = false;  // false: since the register began
 };
-
-// The closings of numbers or of dates, both ends counted.
-std::vector<const Closure*> FindClosures(const std::vector<Closure>& closures, int from, int to);
-std::vector<const Closure*> FindClosures(const std::vector<Closure>& closures, const std::tm& from,
-                                         const std::tm& to);
 
 // Orders times by year, month, day, hour and minute: below 0, 0 or above 0.
 int CompareMinutes(const std::tm& a, const std::tm& b);

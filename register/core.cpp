@@ -1,17 +1,116 @@
 #include "register/core.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "register/device_clock.h"
+#include "register/schema.h"
+#include "register/store_tables.h"
 
 namespace lorimat {
 
-RegisterCore::RegisterCore(RegisterSettings settings)
-    : tables(std::move(settings)),
-      store(tables.settings().last_closure, tables.settings().last_invoice),
-      firmware_version(tables.settings().firmware_version) {
-  if (tables.settings().open_drawer_at_end) device_options.Write(kDrawerAtEnd, "1");
+namespace {
+
+// The roll keeps so many lines; it is cut when it has grown by some more.
+constexpr size_t kRollLines = 20000;
+constexpr size_t kRollSpare = 2000;
+
+// A new register is made in a unit of work that the core commits when all of it is there.
+Tables OpenTables(Database& database, RegisterSettings settings) {
+  if (database.version() != 0) {
+    Migrate(database);
+    return LoadTables(database, settings);
+  }
+  database.Begin(true);
+  MakeSchema(database);
+  return Tables(std::move(settings));
 }
 
-std::tm RegisterCore::Now() const {
+}  // namespace
+
+RegisterCore::RegisterCore(RegisterSettings settings)
+    : database(settings.file, Database::Open::kCreate, kRegisterKind),
+      tables(OpenTables(database, std::move(settings))),
+      store(database) {
+  if (database.in_unit()) {
+    Make();
+  } else {
+    LoadSettings(database, this);
+    store.LoadLedger();
+    if (!database.in_memory()) paper = LoadRoll(database);
+    kept_has_open_ = LoadOpenDocument(database).has_value();
+  }
+  kept_ = *this;
+  kept_document_ = document;
+  kept_paper_ = paper.extent();
+}
+
+void RegisterCore::Make() {
+  const RegisterSettings& given = tables.settings();
+  firmware_version = given.firmware_version;
+  if (given.open_drawer_at_end) device_options.Write(kDrawerAtEnd, "1");
+  setup.fiscal_id = given.vat_number;
+  setup.commissioning = given.commissioned ? Commissioning::kInService : Commissioning::kNew;
+  InsertTables(database, tables);
+  StoreSettings(database, *this, RegisterState{});
+  store.MakeLedger(given.last_closure, given.last_invoice);
+  database.Commit();
+}
+
+void RegisterCore::Keep() {
+  if (state == PrinterState::kMonitor) {
+    document.begun = {};
+  } else if (document.begun.tm_mday == 0) {
+    document.begun = Now();
+  }
+  std::string open_record = OpenDocumentRecord(*this);
+  const bool open_moved =
+      open_record != kept_open_record_ || (open_record.empty() && kept_has_open_);
+  const bool printed = paper.lines().size() != kept_paper_.lines;
+  const bool set = SettingsDiffer(*this, kept_);
+  const bool programmed =
+      std::any_of(tables.changes().begin(), tables.changes().end(),
+                  [](const Tables::Change& change) { return change.part != Tables::Part::kNotes; });
+  size_t torn_off = 0;
+  if (open_moved || printed || set || programmed || store.Changed() || database.in_unit()) {
+    // Of what is printed and not registered nothing is lost that counts.
+    const bool fiscal = set || programmed || store.Changed() || document.id != 0;
+    if (!database.in_unit()) database.Begin(fiscal);
+    if (programmed) StoreTables(database, tables);
+    if (set) StoreSettings(database, *this, kept_);
+    store.Keep();
+    if (open_moved) StoreOpenDocument(database, *this, open_record);
+    if (printed) StoreRollPiece(database, paper, kept_paper_);
+    if (state == PrinterState::kMonitor && !database.in_memory() &&
+        paper.lines().size() > kRollLines + kRollSpare) {
+      torn_off = TrimRoll(database, paper, kRollLines) - paper.dropped();
+    }
+    database.Commit();
+  }
+  tables.Keep();
+  store.Kept();
+  if (torn_off > 0) paper.Drop(torn_off);
+  kept_paper_ = paper.extent();
+  kept_open_record_ = std::move(open_record);
+  kept_has_open_ = state != PrinterState::kMonitor;
+  kept_ = *this;
+  static_cast<DocumentNotes&>(kept_document_) = document;
+  kept_document_.receipt.Follow(document.receipt);
+}
+
+void RegisterCore::TakeBack() {
+  if (database.in_unit()) database.Rollback();
+  tables.TakeBack();
+  store.TakeBack();
+  paper.TakeBack(kept_paper_);
+  static_cast<RegisterState&>(*this) = kept_;
+  static_cast<DocumentNotes&>(document) = kept_document_;
+  document.receipt.Follow(kept_document_.receipt);
+}
+
+std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_offset); }
+
+std::tm RegisterCore::SystemTime() const {
   if (tables.settings().clock) return tables.settings().clock();
   const std::time_t now = std::time(nullptr);
   const std::tm* local = std::localtime(&now);
@@ -23,6 +122,24 @@ bool RegisterCore::Allows(Operation operation) const {
   if (operation == Operation::kProgram && tables.settings().programming_needs_key &&
       key != KeyPosition::kProgram) {
     return false;
+  }
+  if (setup.training && (operation == Operation::kReport || operation == Operation::kProgram)) {
+    return false;
+  }
+  const bool moves_cash = document.cash != CashMove::kNone;
+  switch (operation) {
+    case Operation::kLine:
+    case Operation::kAdjustment:
+    case Operation::kSubtotal:
+    case Operation::kTaxId:
+    case Operation::kLottery:
+      if (moves_cash) return false;
+      break;
+    case Operation::kCash:
+      if (!moves_cash) return false;
+      break;
+    default:
+      break;
   }
   return lorimat::Allows(state, operation);
 }

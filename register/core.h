@@ -3,10 +3,16 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <ctime>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
+#include "register/database.h"
+#include "register/device_setup.h"
+#include "register/faults.h"
 #include "register/keyboards.h"
 #include "register/options.h"
 #include "register/paper.h"
@@ -30,18 +36,30 @@ struct Reference {
   bool empty() const { return closure == 0 && number == 0 && date.empty() && serial.empty(); }
 };
 
-// The open document: what was sold, and what goes with it on paper and into the store.
-struct OpenDocument {
-  Receipt receipt{DocumentKind::kSale};
+// A document that moves cash into the drawer or out of it, and registers nothing.
+enum class CashMove { kNone, kIn, kOut };
+
+// What goes with the open document, on paper and into the store.
+struct DocumentNotes {
+  std::tm begun = {};  // when it was opened
   Reference reference;
   Amount referred_total = 0;  // what a void has to come to
   std::string lottery_code;
   std::string tax_id;
-  int number = 0;           // these two once it is settled
+  // These once it is settled: its place among the registered ones, its number, and when.
+  int64_t id = 0;
+  int number = 0;
   std::string number_text;  // "DOCUMENTO N. 0001-0001"
-  std::tm time = {};        // when it was settled
+  std::tm time = {};
   bool total_shown = false;
   bool trailer_printed = false;
+  CashMove cash = CashMove::kNone;
+  Amount cash_total = 0;
+};
+
+// The open document: what was sold, and what goes with it.
+struct OpenDocument : DocumentNotes {
+  Receipt receipt{DocumentKind::kSale};
 };
 
 struct Display {
@@ -64,21 +82,28 @@ struct RegisterOptions {
   std::string invoice_series;
 };
 
-struct RegisterCore {
-  explicit RegisterCore(RegisterSettings settings);
+// How far a host has come with the device; each state has all of those before it.
+enum class ServiceState { kClosed, kOpen, kClaimed, kEnabled };
 
-  std::tm Now() const;
-  // Whether an operation is allowed now; documents want the key in the registering position,
-  // and programming may want it in its own.
-  bool Allows(Operation operation) const;
+// What a host does with the device beyond its documents; a new start begins with another.
+struct HostSession {
+  int receipt_type = RTF_FPTR_RT_SALES;  // what BeginFiscalReceipt opens, RTF_FPTR_RT_*
+  bool buffer_receipts = false;          // documents are kept for a copy as they end
+  std::shared_ptr<const std::vector<std::string>> buffered;  // the last one; null for none
+  int item_list_vat = 0;                                     // of the open item list
+  std::string health;                                        // what the last test found
+};
 
-  Tables tables;
-  RegisterStore store;
-  Paper paper;
+// What an operation may change in memory, beside the document, the tables, the paper and the
+// store, which know themselves how to take a change back. It is copied before each operation:
+// keep what is large elsewhere. What lasts beyond the switching off has a row in
+// store_settings.cpp.
+struct RegisterState {
   PrinterState state = PrinterState::kMonitor;
-  OpenDocument document;
   RegisterOptions options;
   DeviceOptions device_options;
+  DeviceSetup setup;  // lasts
+  HostSession session;
   Keyboards keyboards;
   KeyPosition key = KeyPosition::kRegister;
   int current_operator = 1;
@@ -88,7 +113,50 @@ struct RegisterCore {
   std::string firmware_version;
   int report_polls = 0;  // reads of the state that still show a report on its way
   bool pass_through = false;
+  FaultPlan faults;                 // that wait
   std::map<int, Display> displays;  // 0 and 1 face the operator, 2 the customer
+};
+
+struct RegisterCore : RegisterState {
+  // Opens the register's file, or makes it; an open document stays open (register/recovery.h).
+  // Throws RegisterError.
+  explicit RegisterCore(RegisterSettings settings);
+
+  // The device's clock, and the one that it was set by.
+  std::tm Now() const;
+  std::tm SystemTime() const;
+  // Whether an operation is allowed now; documents want the key in the registering position,
+  // and programming may want it in its own. In training nothing is reported or programmed, and a
+  // document that moves cash sells nothing.
+  bool Allows(Operation operation) const;
+  // Put into service with the revenue agency: documents carry the number of the closure.
+  bool in_service() const { return setup.commissioning == Commissioning::kInService; }
+
+  // Stores all that has changed since the last time, as one unit: it is there whole, or this
+  // throws and nothing of it is. An operation is not answered with success before.
+  void Keep();
+  // Takes back all that has changed since then, here and in the file.
+  void TakeBack();
+
+  // Not taken back with an operation; read by other threads while one runs.
+  std::atomic<ServiceState> service{ServiceState::kEnabled};
+  Database database;
+  Tables tables;
+  RegisterStore store;
+  Paper paper;
+  OpenDocument document;
+  // Why the last operation that could not be stored failed, "FILE: cause".
+  std::string last_failure;
+
+ private:
+  void Make();
+
+  // As all of it was when it was stored.
+  RegisterState kept_;
+  OpenDocument kept_document_;
+  Paper::Extent kept_paper_;
+  std::string kept_open_record_;
+  bool kept_has_open_ = false;
 };
 
 }  // namespace lorimat

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
 #include "register/keyboard.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -29,6 +31,7 @@ int FunctionalState(Core core) {
     case PrinterState::kMonitor:
       return core.key == KeyPosition::kRegister ? 0 : 1;
     case PrinterState::kReceipt:
+      if (core.document.cash != CashMove::kNone) return 7;
       switch (core.document.receipt.kind()) {
         case DocumentKind::kSale:
           return 2;
@@ -44,6 +47,7 @@ int FunctionalState(Core core) {
     case PrinterState::kEnding:
       return 4;
     case PrinterState::kNonFiscal:
+    case PrinterState::kItemList:
       return 7;
   }
   return 0;
@@ -60,23 +64,31 @@ int OperationState(Core core) {
       return 3;
     case PrinterState::kMonitor:
     case PrinterState::kNonFiscal:
+    case PrinterState::kItemList:
       break;
   }
   return 0;
 }
 
-// Bit 0x8: no day is open. Bit 0x20: in service. The others stay clear: this register has no
-// paper end, no open cover and no fault.
+// Bit 0x4: the cover is open. Bit 0x8: no day is open. Bit 0x20: in service. Bits 0x10000 and
+// 0x20000: the paper is at its end, or near it. Bit 0x80000: a fault stops the device. The others
+// stay clear.
 unsigned InnerState(Core core) {
   unsigned state = 0;
+  const FaultPlan& faults = core.faults;
+  if (faults.Waits(kCoverOpenFault)) state |= 0x4 | 0x80000;
+  if (faults.Waits(kPaperEndFault)) state |= 0x10000 | 0x80000;
+  if (faults.Waits(kPaperNearEndFault)) state |= 0x20000;
+  if (faults.Waits(kOffLineFault) || faults.Waits(kFiscalMemoryFullFault)) state |= 0x80000;
   if (!core.store.day_open()) state |= 0x8;
-  if (core.tables.settings().commissioned) state |= 0x20;
+  if (core.in_service()) state |= 0x20;
   return state;
 }
 
 std::string Status(Core core, Keys) {
   return fmt::format("{:X};{};{};{:X};{:X};{};{}", InnerState(core), FunctionalState(core),
-                     OperationState(core), 0, 0, core.current_operator, static_cast<int>(core.key));
+                     OperationState(core), core.faults.Waits(kFiscalMemoryFullFault) ? 1 : 0, 0,
+                     core.current_operator, static_cast<int>(core.key));
 }
 
 std::optional<bool> ReadFlag(std::string_view text) {
@@ -151,7 +163,7 @@ const DataItem kItems[] = {
     {78, "departments", "count",
      [](Core core, Keys) { return Text(core.tables.settings().departments.size()); }, nullptr},
     {86, "in service", "flag",
-     [](Core core, Keys) { return Text(core.tables.settings().commissioned ? 1 : 0); }, nullptr},
+     [](Core core, Keys) { return Text(core.in_service() ? 1 : 0); }, nullptr},
     {89, "total of the day", "ten-thousandths",
      [](Core core, Keys) { return Text(core.store.daily().net()); }, nullptr},
     {92, "serial number", "text",
@@ -201,8 +213,8 @@ const DataItem kItems[] = {
      [](Core core, Keys) { return Text(core.store.pending_closures()); }, nullptr},
     {156, "oldest closure not sent", "DDMMYYYY",
      [](Core core, Keys) {
-       const Closure* closure = core.store.FirstPending();
-       return closure != nullptr ? DateTimeText(closure->time).substr(0, 8) : std::string();
+       const std::optional<Closure> closure = core.store.FirstPending();
+       return closure ? DateTimeText(closure->time).substr(0, 8) : std::string();
      },
      nullptr},
     {157, "subtenders", "count", [](Core, Keys) { return Text(Tables::kSubtenders); }, nullptr},

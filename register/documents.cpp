@@ -1,6 +1,7 @@
 #include "register/documents.h"
 
 #include <string_view>
+#include <utility>
 
 namespace lorimat {
 namespace {
@@ -128,6 +129,42 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
     }
   }
   return stored;
+}
+
+void AddDetails(const Receipt& receipt, StoredDocument* stored) {
+  stored->lines.clear();
+  stored->payments.clear();
+  for (const Receipt::Line& entered : receipt.lines()) {
+    const Item& item = entered.item;
+    DocumentLine line;
+    line.kind = static_cast<int>(item.kind);
+    line.description = item.description;
+    line.article = item.article;
+    line.department = item.department;
+    line.vat = item.vat;
+    line.quantity = item.quantity;
+    line.unit_price = item.unit_price;
+    line.amount = item.amount;
+    line.quantity_taken_back = item.quantity - entered.open_quantity;
+    line.taken_back = item.amount - entered.open_amount;
+    stored->lines.push_back(std::move(line));
+  }
+  for (const Adjustment& adjustment : receipt.adjustments()) {
+    if (adjustment.is_void) continue;
+    DocumentLine line;
+    line.kind =
+        adjustment.on_subtotal ? DocumentLine::kSubtotalAdjustment : DocumentLine::kAdjustment;
+    line.adjustment_type = adjustment.request.type;
+    line.department = adjustment.request.department;
+    line.vat = adjustment.by_vat.size() == 1 ? adjustment.by_vat.begin()->first : 0;
+    line.unit_price = adjustment.request.value;
+    line.amount = adjustment.delta;
+    line.taken_back = adjustment.voided ? adjustment.delta : 0;
+    stored->lines.push_back(std::move(line));
+  }
+  for (const Payment& payment : receipt.payments()) {
+    stored->payments.push_back({payment.tender->id, payment.amount});
+  }
 }
 
 }  // namespace lorimat

@@ -8,6 +8,8 @@
 #include <ctime>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "register/receipt.h"
 
@@ -56,8 +58,32 @@ inline Amount At(const VatFigures& figures, Figure figure) {
   return figures[static_cast<size_t>(figure)];
 }
 
+// A line of a registered document. An adjustment is a line too; the voids of lines and
+// adjustments show in what was taken back.
+struct DocumentLine {
+  enum Kind { kSale, kRefund, kDeposit, kVoucher, kAdjustment, kSubtotalAdjustment };
+
+  int kind = kSale;
+  int adjustment_type = 0;  // RTF_FPTR_AT_*, of the last two kinds
+  std::string description = {};
+  std::string article = {};
+  int department = 0;
+  int vat = 0;
+  int32_t quantity = 0;
+  Amount unit_price = 0;  // of an adjustment: its value, as it was asked for
+  Amount amount = 0;      // as it was entered; of an adjustment with its sign
+  int32_t quantity_taken_back = 0;
+  Amount taken_back = 0;
+};
+
+struct DocumentPayment {
+  std::string tender = {};
+  Amount amount = 0;  // with the change
+};
+
 // Its number is that of the receipt, or of the invoice for kInvoice.
 struct StoredDocument {
+  int64_t id = 0;  // its place among all that were registered, from 1
   DocumentKind kind = DocumentKind::kSale;
   int closure = 0;  // the closure that the document falls under: the one to come
   int number = 0;
@@ -80,10 +106,20 @@ struct StoredDocument {
   int referred_closure = 0;
   int referred_number = 0;
   bool voided = false;  // a later document made it void
+  std::vector<DocumentLine> lines;
+  std::vector<DocumentPayment> payments;
 };
 
-// The sums of a document as it stands, paid or not. Numbers, time, references and customer's
-// codes are the caller's to fill in.
+// The sums of a document as it stands, paid or not. Numbers, time, references, customer's codes
+// and lines are the caller's to fill in.
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
+
+// The sums by VAT entry, department and tender as one text (register/record.h), and back; false
+// for a text that is none.
+std::string SumsRecord(const StoredDocument& document);
+bool ReadSums(std::string_view text, StoredDocument* document);
+
+// Its lines and payments.
+void AddDetails(const Receipt& receipt, StoredDocument* stored);
 
 }  // namespace lorimat

@@ -1,9 +1,13 @@
 #include "register/firmware.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
+#include "register/digest.h"
 #include "register/report_file.h"
-#include "register/sha256.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -18,6 +22,26 @@ bool TakeLine(std::string_view* text, std::string_view word, std::string_view* v
   *value = text->substr(word.size(), end - word.size());
   text->remove_prefix(end + 1);
   return true;
+}
+
+// The numbers of a version like "1.10"; nothing for another one. Versions have at most twenty
+// characters, so that each number fits.
+std::optional<std::vector<uint64_t>> ReadVersion(std::string_view text) {
+  std::vector<uint64_t> numbers;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (;;) {
+    uint64_t number = 0;
+    const std::from_chars_result result = std::from_chars(at, end, number);
+    if (result.ec != std::errc()) return std::nullopt;
+    numbers.push_back(number);
+    at = result.ptr;
+    if (at == end) break;
+    if (*at++ != '.') return std::nullopt;
+  }
+  // "1" is "1.0".
+  while (!numbers.empty() && numbers.back() == 0) numbers.pop_back();
+  return numbers;
 }
 
 }  // namespace
@@ -42,6 +66,15 @@ int CheckFirmware(std::string_view file, std::string* version) {
   }
   *version = name;
   return RTF_SUCCESS;
+}
+
+int CompareVersions(std::string_view file, std::string_view device) {
+  if (file == device) return RTF_CFV_FIRMWARE_SAME;
+  const std::optional<std::vector<uint64_t>> ours = ReadVersion(device);
+  const std::optional<std::vector<uint64_t>> theirs = ReadVersion(file);
+  if (!ours || !theirs) return RTF_CFV_FIRMWARE_DIFFERENT;
+  if (*theirs == *ours) return RTF_CFV_FIRMWARE_SAME;
+  return *theirs < *ours ? RTF_CFV_FIRMWARE_OLDER : RTF_CFV_FIRMWARE_NEWER;
 }
 
 }  // namespace lorimat

@@ -18,4 +18,8 @@ namespace lorimat {
 // short, changed, or no firmware at all; otherwise `version` takes what it says.
 int CheckFirmware(std::string_view file, std::string* version);
 
+// What a file's version is to the device's, one of RTF_CFV_*: older, same or newer where both are
+// numbers with points between them, otherwise same or different.
+int CompareVersions(std::string_view file, std::string_view device);
+
 }  // namespace lorimat

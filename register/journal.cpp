@@ -23,6 +23,10 @@ bool Selects(const JournalSelection& selection, const JournalEntry& entry) {
   if (selection.by_date) {
     if (CompareMinutes(entry.time, selection.from) < 0) return false;
     if (CompareMinutes(entry.time, selection.to) > 0) return false;
+    if (selection.in_closures &&
+        (entry.closure < selection.from_closure || entry.closure > selection.to_closure)) {
+      return false;
+    }
     return whole || (entry.number >= selection.from_number && entry.number <= selection.to_number);
   }
   if (entry.closure < selection.from_closure || entry.closure > selection.to_closure) return false;

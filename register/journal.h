@@ -29,7 +29,11 @@ struct JournalEntry {
   int closure = 0;  // the closure that it falls under
   int number = 0;   // of the document in its own series; 0 for kinds without one
   std::tm time = {};
-  std::vector<std::string> lines;  // as printed, from the header to the cut
+  std::vector<std::string> lines = {};  // as printed, from the header to the cut
+  // The registered document that it is of, by its place among them; 0 for none.
+  int64_t document = 0;
+  // Chains it to the entry before it (register/store_facts.h): 64 hexadecimal digits.
+  std::string hash = {};
 };
 
 // What an extract takes in. Numbers that are not the whole range 1 to 9999 leave out what has
@@ -41,6 +45,7 @@ struct JournalSelection {
   bool by_date = false;  // otherwise by closure
   std::tm from = {};
   std::tm to = {};
+  bool in_closures = false;  // with dates: of the closures below alone
   int from_closure = 0;
   int to_closure = 0;
   int from_number = 1;  // of the first closure, or of each date

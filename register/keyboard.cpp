@@ -70,6 +70,22 @@ const Keyboard::KeyRow* Keyboard::FindKey(uint8_t key) {
   return nullptr;
 }
 
+Keyboard::Memory Keyboard::Save() const {
+  return {input_.digits, input_.printer_text, input_.display_text, input_.key,
+          error_,        quantity_,           held_amount_,        line_type_,
+          description_,  lottery_announced_};
+}
+
+void Keyboard::Restore(const Memory& memory) {
+  input_ = {memory.digits, memory.printer_text, memory.display_text, memory.key};
+  error_ = memory.error;
+  quantity_ = memory.quantity;
+  held_amount_ = memory.held_amount;
+  line_type_ = memory.line_type;
+  description_ = memory.description;
+  lottery_announced_ = memory.lottery_announced;
+}
+
 void Keyboard::ForgetInput() {
   input_ = Input{};
   quantity_ = 0;

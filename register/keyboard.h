@@ -14,6 +14,22 @@ class Keyboard {
  public:
   Keyboard(RegisterCore& core, ReceiptDesk& desk) : core_(core), desk_(desk) {}
 
+  // What has been keyed, to go back to after an operation that could not be stored.
+  struct Memory {
+    std::string digits;  // '0' to '9' and '.'
+    std::string printer_text;
+    std::string display_text;
+    uint8_t key = 0;
+    int error = 0;
+    int32_t quantity = 0;     // keyed with the multiplier; 0 for none
+    Amount held_amount = -1;  // keyed with the amount key; -1 for none
+    int line_type = 0;        // PflItemType::Enum of the next line
+    std::string description;  // of the next line
+    bool lottery_announced = false;
+  };
+  Memory Save() const;
+  void Restore(const Memory& memory);
+
   // Plays digits (bytes of FunctionCode::Enum), then alphanumeric input for the printer and
   // for the display, then a key. A key that the device has and refuses answers RTF_SUCCESS
   // and leaves its code in error(); a key that this register does not model answers

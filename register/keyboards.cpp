@@ -103,14 +103,19 @@ std::string List(Entry entry) {
 }  // namespace
 
 Keyboards::Keyboards() {
-  for (const Model& model : kModels) {
-    std::vector<ProgrammedKey> keys;
-    for (const KeyRun& run : kFunctions) Add(&keys, run);
-    Add(&keys, model.departments);
-    if (model.subtenders.last != 0) Add(&keys, model.subtenders);
-    keys.resize(model.keys, {F::kEmpty});
-    keys_.push_back(std::move(keys));
-  }
+  static const auto factory = [] {
+    std::vector<std::vector<ProgrammedKey>> keyboards;
+    for (const Model& model : kModels) {
+      std::vector<ProgrammedKey> keys;
+      for (const KeyRun& run : kFunctions) Add(&keys, run);
+      Add(&keys, model.departments);
+      if (model.subtenders.last != 0) Add(&keys, model.subtenders);
+      keys.resize(model.keys, {F::kEmpty});
+      keyboards.push_back(std::move(keys));
+    }
+    return std::make_shared<std::vector<std::vector<ProgrammedKey>>>(std::move(keyboards));
+  }();
+  keys_ = factory;
 }
 
 std::string Keyboards::Types() {
@@ -126,8 +131,8 @@ std::string Keyboards::KeyCounts() {
 }
 
 const ProgrammedKey* Keyboards::Find(int keyboard, int position) const {
-  if (keyboard < 0 || static_cast<size_t>(keyboard) >= keys_.size()) return nullptr;
-  const std::vector<ProgrammedKey>& keys = keys_[static_cast<size_t>(keyboard)];
+  if (keyboard < 0 || static_cast<size_t>(keyboard) >= keys_->size()) return nullptr;
+  const std::vector<ProgrammedKey>& keys = (*keys_)[static_cast<size_t>(keyboard)];
   if (position < 1 || static_cast<size_t>(position) > keys.size()) return nullptr;
   return &keys[static_cast<size_t>(position) - 1];
 }
@@ -142,18 +147,34 @@ int Keyboards::Program(int keyboard, int position, ProgrammedKey key) {
     const uint8_t code = static_cast<uint8_t>(c);
     if (!IsCode(code) || IsMacroKey(code)) return RTF_E_ILLEGAL;
   }
-  keys_[static_cast<size_t>(keyboard)][static_cast<size_t>(position) - 1] = std::move(key);
+  if (keys_.use_count() > 1) {
+    keys_ = std::make_shared<std::vector<std::vector<ProgrammedKey>>>(*keys_);
+  }
+  (*keys_)[static_cast<size_t>(keyboard)][static_cast<size_t>(position) - 1] = std::move(key);
   return RTF_SUCCESS;
 }
 
 const ProgrammedKey* Keyboards::FindMacro(uint8_t code) const {
   if (!IsMacroKey(code)) return nullptr;
-  for (const std::vector<ProgrammedKey>& keys : keys_) {
+  for (const std::vector<ProgrammedKey>& keys : *keys_) {
     for (const ProgrammedKey& key : keys) {
       if (key.code == code && !key.macro.empty()) return &key;
     }
   }
   return nullptr;
+}
+
+void Keyboards::ForEachChange(
+    const Keyboards& before,
+    const std::function<void(int keyboard, int position, const ProgrammedKey& key)>& each) const {
+  if (keys_ == before.keys_) return;
+  for (size_t keyboard = 0; keyboard < keys_->size(); ++keyboard) {
+    const std::vector<ProgrammedKey>& keys = (*keys_)[keyboard];
+    for (size_t at = 0; at < keys.size(); ++at) {
+      if (keys[at] == (*before.keys_)[keyboard][at]) continue;
+      each(static_cast<int>(keyboard), static_cast<int>(at) + 1, keys[at]);
+    }
+  }
 }
 
 }  // namespace lorimat

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,8 @@ namespace lorimat {
 struct ProgrammedKey {
   uint8_t code = 0;        // FunctionCode::Enum
   std::string macro = {};  // the codes that a macro key plays, one a byte
+
+  bool operator==(const ProgrammedKey&) const = default;
 };
 
 class Keyboards {
@@ -35,8 +39,14 @@ class Keyboards {
   // The first key with this code and a macro; null when there is none.
   const ProgrammedKey* FindMacro(uint8_t code) const;
 
+  // Tells each key that is another one than on `before`: keyboard, position, key.
+  void ForEachChange(
+      const Keyboards& before,
+      const std::function<void(int keyboard, int position, const ProgrammedKey& key)>& each) const;
+
  private:
-  std::vector<std::vector<ProgrammedKey>> keys_;  // by keyboard, by position less 1
+  // By keyboard, by position less 1. Copies share it until one of them is programmed.
+  std::shared_ptr<std::vector<std::vector<ProgrammedKey>>> keys_;
 };
 
 }  // namespace lorimat

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+#include <system_error>
+
 namespace lorimat {
 namespace {
 
@@ -32,6 +35,14 @@ constexpr LineRow kLines[] = {
     {LineKind::kVoucher, "BUONO MONOUSO", "", "STORNO "},
 };
 
+// The file's whole name, which stays the same file wherever the program goes from here.
+std::string LogoFile(const std::string* name) {
+  if (name == nullptr) return {};
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::absolute(*name, error);
+  return error ? *name : whole.string();
+}
+
 }  // namespace
 
 std::string FormatDateTime(const std::tm& time) {
@@ -45,7 +56,16 @@ std::string Layout::VatMark(int vat) const {
   return rate->mark.empty() ? FormatRate(rate->rate) : rate->mark;
 }
 
+void Layout::TrainingMark() {
+  if (core_.setup.training) core_.paper.Centred(kTrainingMark);
+}
+
+void Layout::Logo(int number) {
+  core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number)));
+}
+
 void Layout::Header() {
+  if (core_.setup.header_logo != 0) Logo(core_.setup.header_logo);
   for (const std::string& line : core_.tables.settings().header_lines) {
     if (!line.empty()) core_.paper.Centred(line);
   }
@@ -92,6 +112,11 @@ void Layout::Line(LineAction action, const Item& item, Amount amount) {
     const char* prefix = action == LineAction::kVoid ? row.take_back : row.enter;
     paper.Item(prefix + (item.description.empty() ? row.description : item.description),
                VatMark(item.vat), FormatAmount(amount));
+  }
+  if (item.special_tax > 0) {
+    const std::string name = ReadHostText(item.special_tax_name).text;
+    paper.Pair("  di cui " + (name.empty() ? "accisa" : name),
+               FormatAmount(amount < 0 ? -item.special_tax : item.special_tax));
   }
   if (!core_.options.post_line.empty()) paper.Text(core_.options.post_line);
 }
@@ -141,8 +166,15 @@ void Layout::Trailer(const OpenDocument& document) {
   paper.Blank();
   paper.Centred(FormatDateTime(document.time));
   paper.Centred(document.number_text);
-  if (!core_.tables.settings().commissioned) paper.Centred("REGISTRATORE NON IN SERVIZIO");
+  if (!core_.in_service()) paper.Centred("REGISTRATORE NON IN SERVIZIO");
+  const DeviceSetup& setup = core_.setup;
+  if (!setup.pos_id.empty()) paper.Centred("CASSA " + setup.pos_id);
+  if (!setup.cashier_id.empty()) paper.Centred("CASSIERE " + setup.cashier_id);
   paper.Centred("RT " + core_.tables.settings().serial_number);
+  for (const std::string& line : setup.trailer_lines) {
+    if (!line.empty()) paper.Centred(line);
+  }
+  if (setup.trailer_logo != 0) Logo(setup.trailer_logo);
 }
 
 void Layout::Abandoned() {

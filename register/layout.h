@@ -18,6 +18,11 @@ class Layout {
  public:
   explicit Layout(RegisterCore& core) : core_(core) {}
 
+  // The line that tells a document of training from a real one.
+  static constexpr const char* kTrainingMark = "*** DOCUMENTO DI PROVA - NON FISCALE ***";
+
+  // The training mark, when the register is in training.
+  void TrainingMark();
   void Header();
   // Title, references and the head of the columns.
   void Title(DocumentKind kind, const Reference& reference);
@@ -31,9 +36,11 @@ class Layout {
   void Tender(const Payment& payment);
   // What follows the last tender: change, amount paid, customer's codes, courtesy text.
   void Settled(const OpenDocument& document);
-  // Date, number and serial number.
+  // Date, number, point of sale, serial number and the shop's own lines.
   void Trailer(const OpenDocument& document);
   void Abandoned();
+  // A logo by its number; one that was not programmed is only named.
+  void Logo(int number);
 
  private:
   std::string VatMark(int vat) const;

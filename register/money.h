@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace lorimat {
 
@@ -25,6 +26,15 @@ inline constexpr Amount kMaxAmount = 99999999900;
 // a * b / divisor, rounded half away from zero to a multiple of `step`. Nothing when the
 // result does not fit; divisor and step are above 0.
 std::optional<int64_t> MultiplyDivide(int64_t a, int64_t b, int64_t divisor, int64_t step);
+
+// Adds to a sum, or with sign -1 takes off. What a damaged file holds may pass the range of the
+// numbers: then the sum is wrong, and nothing worse.
+template <typename Number>
+void AddTo(Number* sum, Number value, int sign = 1) {
+  using Bits = std::make_unsigned_t<Number>;
+  *sum = static_cast<Number>(static_cast<Bits>(*sum) +
+                             static_cast<Bits>(sign) * static_cast<Bits>(value));
+}
 
 std::optional<Amount> RoundToCents(Amount amount);
 

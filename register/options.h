@@ -22,6 +22,8 @@ class DeviceOptions {
   // RTF_E_ILLEGAL for an item that is no option and for a value that it cannot have,
   // RTF_EFPTR_BAD_LENGTH for a text that is too long.
   int Write(int item, std::string_view text);
+  // Those that were set.
+  const std::map<int, std::string>& values() const { return values_; }
 
  private:
   std::map<int, std::string> values_;

@@ -148,6 +148,20 @@ void Paper::Reserve(size_t lines) {
   reserve(rows_);
 }
 
+void Paper::TakeBack(const Extent& extent) {
+  lines_.resize(std::min(extent.lines, lines_.size()));
+  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(std::min(extent.rows, rows_.size())),
+              rows_.end());
+}
+
+void Paper::Drop(size_t lines) {
+  lines = std::min(lines, lines_.size());
+  lines_.erase(lines_.begin(), lines_.begin() + static_cast<std::ptrdiff_t>(lines));
+  std::erase_if(rows_, [lines](const PaperRow& row) { return row.line < lines; });
+  for (PaperRow& row : rows_) row.line -= lines;
+  dropped_ += lines;
+}
+
 std::string Paper::text() const {
   std::string all;
   for (const std::string& line : lines_) all.append(line).push_back('\n');

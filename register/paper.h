@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -85,11 +86,29 @@ class Paper {
   // A logo of this number, from an image file; without a file it is only named.
   void Logo(int number, std::string file);
   // A line that another paper holds already.
-  void Line(const std::string& line) { lines_.push_back(line); }
+  void Line(std::string line) { lines_.push_back(std::move(line)); }
   // Another paper's lines and rows as they stand. Behind Reserve for as many lines it cannot
   // fail.
   void Append(Paper other);
   void Reserve(size_t lines);
+
+  // A row of lines that another paper holds already.
+  void Row(PaperRow row) { rows_.push_back(std::move(row)); }
+
+  // --- What was printed, as far as it reaches
+  struct Extent {
+    size_t lines = 0;
+    size_t rows = 0;
+  };
+  Extent extent() const { return {lines_.size(), rows_.size()}; }
+  // Takes back what was printed since.
+  void TakeBack(const Extent& extent);
+  // Tears off the oldest lines. The first line that is left is the one of number dropped(),
+  // counted from 0.
+  void Drop(size_t lines);
+  size_t dropped() const { return dropped_; }
+  // Makes an empty roll the rest of a longer one.
+  void StartAt(size_t line) { dropped_ = line; }
 
   // The lines, without trailing blanks and line ends.
   const std::vector<std::string>& lines() const { return lines_; }
@@ -106,6 +125,7 @@ class Paper {
 
   std::vector<std::string> lines_;
   std::vector<PaperRow> rows_;
+  size_t dropped_ = 0;
 };
 
 }  // namespace lorimat

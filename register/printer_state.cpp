@@ -10,6 +10,7 @@ constexpr unsigned kR = Bit(PrinterState::kReceipt);
 constexpr unsigned kT = Bit(PrinterState::kTotal);
 constexpr unsigned kE = Bit(PrinterState::kEnding);
 constexpr unsigned kN = Bit(PrinterState::kNonFiscal);
+constexpr unsigned kI = Bit(PrinterState::kItemList);
 
 struct Row {
   Operation operation;
@@ -35,6 +36,11 @@ constexpr Row kTable[] = {
     {Operation::kReport, kM},
     {Operation::kTurnKey, kM},
     {Operation::kProgram, kM},
+    {Operation::kCash, kR},
+    {Operation::kTraining, kM},
+    {Operation::kDuplicate, kM},
+    {Operation::kItemList, kI},
+    {Operation::kSelfTest, kM},
 };
 
 }  // namespace

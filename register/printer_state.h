@@ -13,6 +13,7 @@ enum class PrinterState {
   kTotal = RTF_FPTR_PS_FISCAL_RECEIPT_TOTAL,
   kEnding = RTF_FPTR_PS_FISCAL_RECEIPT_ENDING,
   kNonFiscal = RTF_FPTR_PS_NONFISCAL,
+  kItemList = RTF_FPTR_PS_ITEM_LIST,
 };
 
 enum class Operation {
@@ -34,6 +35,11 @@ enum class Operation {
   kReport,
   kTurnKey,
   kProgram,  // writing of tables, options, keyboards, logos, articles
+  kCash,     // a line of a cash-in or cash-out document
+  kTraining,
+  kDuplicate,  // the copy of a buffered document
+  kItemList,   // comparing an item, ending the list
+  kSelfTest,   // a test that prints
 };
 
 // Whether an operation is allowed in a state.

@@ -1,6 +1,7 @@
 #include "register/receipt.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -12,7 +13,7 @@ int Sign(LineKind kind) { return kind == LineKind::kSale ? 1 : -1; }
 
 bool SameGoods(const Item& a, const Item& b) {
   return a.kind == b.kind && a.department == b.department && a.article == b.article &&
-         a.vat == b.vat;
+         a.vat == b.vat && a.special_tax == b.special_tax;
 }
 
 bool IsKnownAdjustment(int type) {
@@ -48,6 +49,38 @@ bool IsSurcharge(int type) {
 bool IsCoupon(int type) {
   return type == RTF_FPTR_AT_COUPON_AMOUNT_DISCOUNT ||
          type == RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
+}
+
+Receipt::Receipt(DocumentKind kind) : kind_(kind) {
+  static std::atomic<uint64_t> last = 0;
+  identity_ = ++last;
+}
+
+void Receipt::Follow(const Receipt& other) {
+  if (identity_ != other.identity_) {
+    *this = other;
+    return;
+  }
+  // Entries are added at the end; of the earlier ones only the numbers of what was taken back
+  // change.
+  const auto follow = [](const auto& from, auto* to, auto numbers) {
+    const size_t shared = std::min(from.size(), to->size());
+    to->erase(to->begin() + static_cast<std::ptrdiff_t>(shared), to->end());
+    for (size_t index = 0; index < shared; ++index) numbers(from[index], &(*to)[index]);
+    to->insert(to->end(), from.begin() + static_cast<std::ptrdiff_t>(shared), from.end());
+  };
+  follow(other.lines_, &lines_, [](const Line& from, Line* to) {
+    to->open_quantity = from.open_quantity;
+    to->open_amount = from.open_amount;
+    to->adjusted = from.adjusted;
+  });
+  follow(other.adjustments_, &adjustments_,
+         [](const Adjustment& from, Adjustment* to) { to->voided = from.voided; });
+  follow(other.payments_, &payments_, [](const Payment&, Payment*) {});
+  by_vat_ = other.by_vat_;
+  by_department_ = other.by_department_;
+  total_ = other.total_;
+  at_subtotal_ = other.at_subtotal_;
 }
 
 int Receipt::CheckSums(const std::map<int, Amount>& deltas) const {
@@ -166,6 +199,7 @@ int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtot
   for (auto earlier = adjustments_.rbegin(); earlier != adjustments_.rend(); ++earlier) {
     if (earlier->on_subtotal != on_subtotal || earlier->voided || earlier->is_void ||
         earlier->request.type != request.type || earlier->request.value != request.value ||
+        earlier->request.package != request.package ||
         (request.department != 0 && earlier->request.department != request.department)) {
       continue;
     }
@@ -254,6 +288,38 @@ int Receipt::AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done) 
   adjustments_.push_back(adjustment);
   *done = adjustment;
   return RTF_SUCCESS;
+}
+
+int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
+  if (request.type != RTF_FPTR_AT_AMOUNT_DISCOUNT && request.type != RTF_FPTR_AT_AMOUNT_SURCHARGE) {
+    return RTF_E_ILLEGAL;
+  }
+  if (request.is_void) return TakeBackAdjustment(request, true, done);
+
+  const int sign = IsSurcharge(request.type) ? 1 : -1;
+  Adjustment adjustment;
+  adjustment.request = request;
+  adjustment.on_subtotal = true;
+  for (const auto& [vat, share] : request.package) {
+    if (share <= 0 || share > kMaxAmount) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    adjustment.by_vat[vat] = sign * share;
+    adjustment.delta += sign * share;
+  }
+  if (adjustment.by_vat.empty()) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (const int code = CheckSums(adjustment.by_vat)) return code;
+  AddToSums(adjustment.by_vat);
+  adjustments_.push_back(adjustment);
+  *done = adjustment;
+  return RTF_SUCCESS;
+}
+
+bool Receipt::HasAdjustment(const Item& item, int type, int64_t value) const {
+  const std::optional<size_t> line = FindOpenLine(item);
+  return line &&
+         std::any_of(adjustments_.begin(), adjustments_.end(), [&](const Adjustment& adjustment) {
+           return adjustment.line == line && !adjustment.voided && !adjustment.is_void &&
+                  adjustment.request.type == type && adjustment.request.value == value;
+         });
 }
 
 int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done) {

@@ -34,6 +34,9 @@ struct Item {
   bool quantity_given = false;
   Amount unit_price = 0;
   Amount amount = 0;  // whole cents
+  // A tax of its own that the price of fuel contains; 0 for none. It is printed, and not summed.
+  Amount special_tax = 0;
+  std::string special_tax_name = {};
 };
 
 // An adjustment as the host asks for it.
@@ -43,6 +46,8 @@ struct AdjustmentRequest {
   int department = 0;    // 0 for the last line
   int vat = 0;           // VAT entry that it falls on; 0 for that of the line
   bool is_void = false;  // takes an earlier one back
+  // On the subtotal: shares by VAT entry, whole cents, that the host gives by itself.
+  std::map<int, Amount> package = {};
 };
 
 // An adjustment as it was carried out.
@@ -80,7 +85,11 @@ class Receipt {
   };
 
   // Starts an empty document.
-  explicit Receipt(DocumentKind kind = DocumentKind::kSale) : kind_(kind) {}
+  explicit Receipt(DocumentKind kind = DocumentKind::kSale);
+
+  // Makes this one equal to another state of the same document, which was copied from it or it
+  // was copied from, at the cost of what the two do not share. Another document is copied.
+  void Follow(const Receipt& other);
 
   // Adds a line.
   int Enter(const Item& item);
@@ -96,6 +105,10 @@ class Receipt {
   int Adjust(const AdjustmentRequest& request, Adjustment* done);
   // Discounts or surcharges the whole document, spread over its VAT entries.
   int AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done);
+  // The same with the shares by VAT entry that the request gives; each above 0. Only an amount.
+  int AdjustPackage(const AdjustmentRequest& request, Adjustment* done);
+  // Whether the line that Void would take back has an adjustment of this type and value.
+  bool HasAdjustment(const Item& item, int type, int64_t value) const;
   // Pays an amount, or with `automatic` the rest.
   int Pay(const Tender& tender, Amount amount, bool automatic, Payment* done);
   // Notes that the subtotal has been shown; the next line or payment takes it off.
@@ -130,6 +143,7 @@ class Receipt {
   void AddToDepartment(const Item& item, int32_t quantity, Amount amount);
   int TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtotal, Adjustment* done);
 
+  uint64_t identity_;  // tells documents apart, copies share it
   DocumentKind kind_;
   std::vector<Line> lines_;
   std::vector<Adjustment> adjustments_;

@@ -114,6 +114,10 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
   item->unit_price = price;
   item->amount = *amount;
 
+  if (arguments.special_tax < 0 || arguments.special_tax > *amount) return RTF_EFPTR_BAD_PRICE;
+  item->special_tax = RoundToCents(arguments.special_tax).value_or(0);
+  item->special_tax_name = arguments.special_tax_name;
+
   item->unit_name = arguments.unit_name;
   item->description = arguments.description;
   if (item->description.empty()) {
@@ -258,8 +262,10 @@ int ReceiptDesk::LotteryCode(std::string_view code) {
   return RTF_SUCCESS;
 }
 
-int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automatic) {
+int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automatic,
+                       std::string_view text) {
   if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
+  if (core_.document.cash != CashMove::kNone) return TotalCash(payment, tender_id, automatic);
   OpenDocument& document = core_.document;
   Receipt& receipt = document.receipt;
   if (receipt.empty()) return RTF_EFPTR_WRONG_STATE;
@@ -276,6 +282,7 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
     layout_.Total(receipt.total(), receipt.VatTotal(core_.tables));
     document.total_shown = true;
   }
+  if (!text.empty()) core_.paper.Text(text);
   layout_.Tender(done);
   document.time = now;
   core_.state = PrinterState::kTotal;
@@ -287,7 +294,9 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
 // when the host asked for that.
 void ReceiptDesk::Settle() {
   const Receipt& receipt = core_.document.receipt;
-  Store(Summarize(receipt, core_.tables));
+  StoredDocument stored = Summarize(receipt, core_.tables);
+  AddDetails(receipt, &stored);
+  Store(std::move(stored));
   layout_.Settled(core_.document);
   core_.state = PrinterState::kEnding;
   if (core_.options.auto_cut && !core_.options.hold_settled) FinishDocument();
@@ -295,19 +304,25 @@ void ReceiptDesk::Settle() {
 
 void ReceiptDesk::Store(StoredDocument stored) {
   OpenDocument& document = core_.document;
+  // A document of training takes no number and moves no total.
+  if (core_.setup.training) {
+    document.number_text = Layout::kTrainingMark;
+    return;
+  }
   stored.time = document.time;
   stored.operator_number = core_.current_operator;
   stored.lottery_code = document.lottery_code;
   stored.referred_closure = document.reference.closure;
   stored.referred_number = document.reference.number;
-  const StoredDocument& registered = core_.store.Register(std::move(stored));
+  const StoredDocument registered = core_.store.Register(std::move(stored));
+  document.id = registered.id;
   document.number = registered.number;
   if (registered.kind == DocumentKind::kInvoice) {
     document.number_text =
         core_.options.invoice_series.empty()
             ? fmt::format("FATTURA N. {}", registered.number)
             : fmt::format("FATTURA N. {}/{}", registered.number, core_.options.invoice_series);
-  } else if (core_.tables.settings().commissioned) {
+  } else if (core_.in_service()) {
     document.number_text =
         fmt::format("DOCUMENTO N. {:04}-{:04}", registered.closure, registered.number);
   } else {
@@ -331,16 +346,23 @@ int ReceiptDesk::EndReceipt() {
 
 // The paper since the document began is what the journal keeps.
 void ReceiptDesk::KeepInJournal(JournalKind kind, int number, const std::tm& time) {
+  if (core_.setup.training) return;
   const std::vector<std::string>& lines = core_.paper.lines();
   const auto begin = lines.begin() + static_cast<std::ptrdiff_t>(core_.document_start);
-  core_.store.AddToJournal({kind, 0, number, time, {begin, lines.end()}});
+  core_.store.AddToJournal({kind, 0, number, time, {begin, lines.end()}, core_.document.id});
 }
 
 void ReceiptDesk::FinishDocument() {
   if (!core_.document.trailer_printed) layout_.Trailer(core_.document);
   core_.paper.Cut();
-  KeepInJournal(JournalKindOf(core_.document.receipt.kind()), core_.document.number,
-                core_.document.time);
+  Buffer();
+  if (core_.document.cash != CashMove::kNone) {
+    if (!core_.setup.training) core_.store.CountNonFiscal();
+    KeepInJournal(kJournalNonFiscal, 0, core_.document.time);
+  } else {
+    KeepInJournal(JournalKindOf(core_.document.receipt.kind()), core_.document.number,
+                  core_.document.time);
+  }
   core_.state = PrinterState::kMonitor;
   core_.document = OpenDocument{};
   // Both options hold for one document; the next one ends by itself again.
@@ -365,10 +387,11 @@ void ReceiptDesk::Reset() {
       break;
     case PrinterState::kReceipt:
     case PrinterState::kTotal:
-      core_.store.CountAbandoned();
+      if (!core_.setup.training) core_.store.CountAbandoned();
       [[fallthrough]];
     case PrinterState::kNonFiscal:
       layout_.Abandoned();
+      layout_.TrainingMark();
       core_.paper.Cut();
       if (core_.state != PrinterState::kNonFiscal) {
         KeepInJournal(kJournalAbandoned, 0, core_.Now());
@@ -377,6 +400,11 @@ void ReceiptDesk::Reset() {
       }
       core_.state = PrinterState::kMonitor;
       core_.document = OpenDocument{};
+      break;
+    case PrinterState::kItemList:
+      layout_.Abandoned();
+      core_.paper.Cut();
+      core_.state = PrinterState::kMonitor;
       break;
   }
   core_.options.auto_cut = true;

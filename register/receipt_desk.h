@@ -22,6 +22,9 @@ struct LineArguments {
   std::string_view unit_name = {};
   int department = -1;  // -1: none; -2: that of the last line
   std::string_view article = {};
+  // Of fuel: a tax that the price of the line contains, 0 for none.
+  Amount special_tax = 0;
+  std::string_view special_tax_name = {};
 };
 
 struct BarcodeArguments {
@@ -40,9 +43,13 @@ class ReceiptDesk {
 
   // --- Opening
   int BeginReceipt(bool print_header);
+  // The kind of document that the host has chosen by RTF_PIDXFptr_FiscalReceiptType.
+  int BeginChosen(bool print_header);
   // `customer` points to the five lines of the invoice's head.
   int BeginInvoice(const std::string_view (&customer)[5], bool opposition);
   int BeginRefund(const Reference& reference);
+  // A credit note over the whole of one of this register's sales, made at once.
+  int RefundWhole(const Reference& reference);
   // A void of one of this register's sales; an empty reference names the last one. With
   // `automatic` the register makes the whole document, otherwise its lines follow and have to
   // come to the same total.
@@ -61,9 +68,16 @@ class ReceiptDesk {
   int Message(std::string_view text);
   int TaxId(std::string_view text);
   int LotteryCode(std::string_view code);
+  // An adjustment of the subtotal with its shares: "1,10000;2,5000", VAT entries and amounts.
+  int AdjustPackage(int type, std::string_view description, std::string_view shares, bool is_void);
+  // Takes a line back; with an adjustment, the line has to have it.
+  int VoidItem(const LineArguments& arguments, int adjustment_type, int64_t adjustment);
+  // A line of a document that moves cash.
+  int Cash(Amount amount);
 
   // --- Payment and closing
-  int Total(Amount payment, std::string_view tender, bool automatic);
+  // `text` is printed ahead of the tender.
+  int Total(Amount payment, std::string_view tender, bool automatic, std::string_view text = {});
   int AdditionalTrailer();
   int EndReceipt();
   int VoidReceipt(std::string_view description);
@@ -76,11 +90,18 @@ class ReceiptDesk {
   int Barcode(const BarcodeArguments& arguments);
   int Bitmap(int number);
   int Cut();
+  // The last document that was buffered, as a copy; once.
+  int PrintDuplicate();
 
  private:
   int Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
               Item* item) const;
   int CheckBegin() const;
+  int CheckReferred(const Reference& reference, StoredDocument* sale) const;
+  void MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line);
+  int BeginCash(CashMove move, bool print_header);
+  int TotalCash(Amount payment, std::string_view tender, bool automatic);
+  void Buffer();
   bool AllowsDiscount(int department) const;
   void Open(DocumentKind kind, const Reference& reference);
   void Settle();

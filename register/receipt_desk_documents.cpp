@@ -1,8 +1,7 @@
 // Opening of documents and non-fiscal printing.
 #include <fmt/format.h>
 
-#include <filesystem>
-#include <system_error>
+#include <optional>
 #include <utility>
 
 #include "register/barcode.h"
@@ -41,18 +40,11 @@ int BarcodeScale(std::string_view scale) {
   return scale.size() == 1 && scale[0] >= '1' && scale[0] <= '9' ? scale[0] - '0' : 1;
 }
 
-// The file's whole name, which stays the same file wherever the program goes from here.
-std::string LogoFile(const std::string* name) {
-  if (name == nullptr) return {};
-  std::error_code error;
-  const std::filesystem::path whole = std::filesystem::absolute(*name, error);
-  return error ? *name : whole.string();
-}
-
 }  // namespace
 
 int ReceiptDesk::CheckBegin() const {
   if (!core_.Allows(Operation::kBeginDocument)) return RTF_EFPTR_WRONG_STATE;
+  if (core_.setup.training) return RTF_SUCCESS;  // takes no number
   if (!core_.store.HasNumber()) return RTF_EFPTR_DAY_END_REQUIRED;
   if (!core_.store.HasClosure() || !core_.store.HasRoom()) return RTF_EFPTR_FISCAL_MEMORY_FULL;
   return RTF_SUCCESS;
@@ -64,6 +56,7 @@ void ReceiptDesk::Open(DocumentKind kind, const Reference& reference) {
   core_.document.reference = reference;
   core_.document_start = core_.paper.lines().size();
   core_.state = PrinterState::kReceipt;
+  layout_.TrainingMark();
 }
 
 int ReceiptDesk::BeginReceipt(bool print_header) {
@@ -110,19 +103,25 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
   return RTF_SUCCESS;
 }
 
-int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::string_view text) {
-  if (const int code = CheckBegin()) return code;
+// One of this register's sales, which is not void.
+int ReceiptDesk::CheckReferred(const Reference& reference, StoredDocument* sale) const {
   if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
   const bool last = reference.closure == 0 && reference.number == 0;
-  const StoredDocument* found =
+  std::optional<StoredDocument> found =
       last ? core_.store.FindLast() : core_.store.Find(reference.closure, reference.number);
-  if (found == nullptr || found->kind != DocumentKind::kSale) return RTF_E_NOEXIST;
+  if (!found || found->kind != DocumentKind::kSale) return RTF_E_NOEXIST;
   if (found->voided) return RTF_E_EXISTS;
   if (!reference.date.empty() && reference.date != DateText(found->time)) {
     return RTF_EFPTR_BAD_DATE;
   }
-  // Registering the void may move the stored documents.
-  const StoredDocument sale = *found;
+  *sale = *std::move(found);
+  return RTF_SUCCESS;
+}
+
+int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::string_view text) {
+  if (const int code = CheckBegin()) return code;
+  StoredDocument sale;
+  if (const int code = CheckReferred(reference, &sale)) return code;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
 
   Open(DocumentKind::kCancel, resolved);
@@ -131,25 +130,44 @@ int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::st
   layout_.Title(DocumentKind::kCancel, resolved);
   if (!text.empty()) core_.paper.Text(text);
   layout_.ColumnHead();
-  if (!automatic) return RTF_SUCCESS;
+  if (automatic) MakeWhole(DocumentKind::kCancel, sale, "VENDITA ANNULLATA");
+  return RTF_SUCCESS;
+}
 
+int ReceiptDesk::RefundWhole(const Reference& reference) {
+  if (const int code = CheckBegin()) return code;
+  StoredDocument sale;
+  if (const int code = CheckReferred(reference, &sale)) return code;
+  if (core_.store.HasRefund(sale.closure, sale.number)) return RTF_E_EXISTS;
+  const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
+  Open(DocumentKind::kRefund, resolved);
+  layout_.Header();
+  layout_.Title(DocumentKind::kRefund, resolved);
+  layout_.ColumnHead();
+  MakeWhole(DocumentKind::kRefund, sale, "VENDITA RESA");
+  return RTF_SUCCESS;
+}
+
+// Makes the open document over the whole of a sale, registers and ends it: the money goes back
+// by the tenders of the sale.
+void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line) {
+  const std::tm now = core_.Now();
   StoredDocument stored = sale;
-  stored.kind = DocumentKind::kCancel;
+  stored.kind = kind;
   stored.change = 0;
   stored.lottery_sent = false;
   Amount vat_total = 0;
   for (const auto& [vat, gross] : sale.by_vat) {
     Item item;
-    item.description = "VENDITA ANNULLATA";
+    item.description = line;
     item.vat = vat;
     layout_.Line(LineAction::kEnter, item, gross);
     if (const VatRate* rate = core_.tables.FindVat(vat)) vat_total += VatPart(gross, rate->rate);
   }
   layout_.Total(sale.total, vat_total);
-  core_.document.time = core_.Now();
+  core_.document.time = now;
   Store(std::move(stored));
   FinishDocument();
-  return RTF_SUCCESS;
 }
 
 int ReceiptDesk::BeginNonFiscal(bool save_on_journal) {
@@ -157,6 +175,7 @@ int ReceiptDesk::BeginNonFiscal(bool save_on_journal) {
   core_.document_start = core_.paper.lines().size();
   core_.keep_non_fiscal = save_on_journal;
   core_.state = PrinterState::kNonFiscal;
+  layout_.TrainingMark();
   layout_.Header();
   core_.paper.Centred("DOCUMENTO GESTIONALE");
   core_.paper.Blank();
@@ -172,11 +191,12 @@ int ReceiptDesk::PrintNormal(int station, std::string_view text) {
 
 int ReceiptDesk::EndNonFiscal() {
   if (!core_.Allows(Operation::kEndNonFiscal)) return RTF_EFPTR_WRONG_STATE;
-  core_.store.CountNonFiscal();
+  const std::tm now = core_.Now();
+  if (!core_.setup.training) core_.store.CountNonFiscal();
   core_.paper.Blank();
   core_.paper.Centred("DOCUMENTO GESTIONALE");
-  const std::tm now = core_.Now();
   core_.paper.Centred(FormatDateTime(now));
+  layout_.TrainingMark();
   core_.paper.Cut();
   if (core_.keep_non_fiscal) KeepInJournal(kJournalNonFiscal, 0, now);
   core_.state = PrinterState::kMonitor;
@@ -204,7 +224,7 @@ int ReceiptDesk::Barcode(const BarcodeArguments& arguments) {
 int ReceiptDesk::Bitmap(int number) {
   if (!core_.Allows(Operation::kGraphics)) return RTF_EFPTR_WRONG_STATE;
   if (number < 0 || number > 255) return RTF_E_ILLEGAL;
-  core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number)));
+  layout_.Logo(number);
   return RTF_SUCCESS;
 }
 

@@ -21,6 +21,9 @@ constexpr int32_t kByDate = RTF_FPTR_RT_DATE;
 constexpr int32_t kByClosure = RTF_FPTR_RT_EOD_ORDINAL;
 constexpr int32_t kByDateAndNumber = 4;
 
+constexpr int32_t kJournalKinds = kJournalSale | kJournalInvoice | kJournalRefund | kJournalCancel |
+                                  kJournalAbandoned | kJournalClosure | kJournalNonFiscal;
+
 constexpr uint32_t kNumbersOfAClosure = 10000;
 constexpr uint32_t kLastInvoice = 999999;  // invoices go beyond the documents of a day
 
@@ -29,10 +32,14 @@ struct Range {
   std::tm to = {};
 };
 
-int ReadDates(const FiscalRequest& request, Range* range) {
-  if (!ParseMinute(request.from_date, &range->from)) return RTF_EFPTR_BAD_DATE;
-  if (!ParseMinute(request.to_date, &range->to)) return RTF_EFPTR_BAD_DATE;
+int ReadDates(std::string_view from, std::string_view to, Range* range) {
+  if (!ParseMinute(from, &range->from)) return RTF_EFPTR_BAD_DATE;
+  if (!ParseMinute(to, &range->to)) return RTF_EFPTR_BAD_DATE;
   return CompareMinutes(range->from, range->to) > 0 ? RTF_EFPTR_BAD_DATE : RTF_SUCCESS;
+}
+
+int ReadDates(const FiscalRequest& request, Range* range) {
+  return ReadDates(request.from_date, request.to_date, range);
 }
 
 bool InRange(uint32_t number, uint32_t first, uint32_t last) {
@@ -93,9 +100,47 @@ int ReportDesk::PrintFiscal(const FiscalRequest& request, const ReportTarget& ta
   return Deliver(std::move(report), target);
 }
 
+int ReportDesk::PrintJournal(const JournalRequest& request, const ReportTarget& target) {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  Paper report = Begin("ESTRATTO DEL GIORNALE");
+  JournalSelection selection;
+  selection.filter = request.filter;
+  selection.to_closure = RegisterStore::kLastNumber + 1;  // the day that is open, too
+  if (request.by_date) {
+    Range range;
+    if (const int code = ReadDates(request.from_date, request.to_date, &range)) return code;
+    selection.by_date = true;
+    selection.from = range.from;
+    selection.to = range.to;
+    report.Centred(DateRange(range));
+  }
+  if (request.by_closure) {
+    if (request.from_closure < 1 || request.from_closure > request.to_closure ||
+        request.to_closure > RegisterStore::kLastNumber) {
+      return RTF_E_ILLEGAL;
+    }
+    selection.in_closures = true;
+    selection.from_closure = request.from_closure;
+    selection.to_closure = request.to_closure;
+    report.Centred(fmt::format("dalla chiusura {:04} alla {:04}", request.from_closure,
+                               request.to_closure));
+  }
+  if (request.from_number < 1 || request.from_number > request.to_number ||
+      request.to_number > JournalSelection::kLastNumber) {
+    return RTF_E_ILLEGAL;
+  }
+  selection.from_number = request.from_number;
+  selection.to_number = request.to_number;
+  if ((request.filter & kJournalKinds) == 0 || (request.filter & ~kJournalAll) != 0) {
+    return RTF_E_ILLEGAL;
+  }
+  if (const int code = Extract(selection, &report)) return code;
+  return Deliver(std::move(report), target);
+}
+
 // Closings by number or by date, each by itself or as one sum.
 int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report) const {
-  std::vector<const Closure*> found;
+  std::vector<Closure> found;
   if (request.criteria == kByClosure) {
     const uint32_t from = request.from_number;
     const uint32_t to = request.to_number;
@@ -104,27 +149,27 @@ int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report)
       return RTF_E_ILLEGAL;
     }
     report->Centred(fmt::format("dalla chiusura {:04} alla {:04}", from, to));
-    found = FindClosures(core_.store.closures(), static_cast<int>(from), static_cast<int>(to));
+    found = core_.store.FindClosures(static_cast<int>(from), static_cast<int>(to));
   } else if (request.criteria == kByDate) {
     Range range;
     if (const int code = ReadDates(request, &range)) return code;
     report->Centred(DateRange(range));
-    found = FindClosures(core_.store.closures(), range.from, range.to);
+    found = core_.store.FindClosures(range.from, range.to);
   } else {
     return RTF_E_ILLEGAL;
   }
   if (found.empty()) return RTF_E_NOEXIST;
 
   Totals totals;
-  for (const Closure* closure : found) {
-    totals.Add(closure->totals);
+  for (const Closure& closure : found) {
+    totals.Add(closure.totals);
     if (sums) continue;
     report->Blank();
-    PrintClosure(*closure, report);
+    PrintClosure(closure, report);
   }
   report->Blank();
   report->Pair("Chiusure", std::to_string(found.size()));
-  PrintSections(core_, {totals, nullptr, 0, found.back()->vat_rates},
+  PrintSections(core_, {totals, nullptr, 0, found.back().vat_rates},
                 sums ? kDaySection | kVatSection : 0u, report);
   if (!sums) report->Pair("TOTALE DEL PERIODO", FormatAmount(totals.Summary().net()));
   report->Blank();
@@ -173,18 +218,21 @@ int ReportDesk::Journal(const FiscalRequest& request, Paper* report) const {
   if (selection.from_closure == selection.to_closure && from > to) return RTF_E_ILLEGAL;
   selection.from_number = static_cast<int>(from);
   selection.to_number = static_cast<int>(to);
+  return Extract(selection, report);
+}
 
+int ReportDesk::Extract(const JournalSelection& selection, Paper* report) const {
   int count = 0;
-  for (const JournalEntry& entry : core_.store.journal()) {
-    if (Selects(selection, entry)) ++count;
-  }
+  Paper entries;
+  core_.store.ForEachEntry(selection, [&](uint64_t, const JournalEntry& entry) {
+    ++count;
+    for (const std::string& line : entry.lines) entries.Line(line);
+    return true;
+  });
   if (count == 0) return RTF_E_NOEXIST;
   report->Pair("Documenti", std::to_string(count));
   report->Cut();
-  for (const JournalEntry& entry : core_.store.journal()) {
-    if (!Selects(selection, entry)) continue;
-    for (const std::string& line : entry.lines) report->Line(line);
-  }
+  report->Append(std::move(entries));
   report->Centred("FINE ESTRATTO");
   return RTF_SUCCESS;
 }
@@ -205,19 +253,21 @@ int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const 
   report->Blank();
   int count = 0;
   Amount sum = 0;
-  for (const StoredDocument& document : core_.store.documents()) {
+  DocumentSelection selection;
+  selection.from = range.from;
+  selection.to = range.to;
+  core_.store.ForEachDocument(selection, [&](const StoredDocument& document) {
     const ListName& name = NameOf(document.kind);
-    if ((request.filter & name.filter) == 0) continue;
-    if (CompareMinutes(document.time, range.from) < 0) continue;
-    if (CompareMinutes(document.time, range.to) > 0) continue;
-    if (!InRange(static_cast<uint32_t>(document.number), from, to)) continue;
+    if ((request.filter & name.filter) == 0) return true;
+    if (!InRange(static_cast<uint32_t>(document.number), from, to)) return true;
     ++count;
     const Amount amount = DailySign(document.kind) * document.total;
     sum += amount;
     report->Pair(fmt::format("{:04}-{:04} {} {}", document.closure, document.number,
                              FormatDateTime(document.time), name.name),
                  FormatAmount(amount));
-  }
+    return true;
+  });
   if (count == 0) return RTF_E_NOEXIST;
   report->Blank();
   report->Pair("Documenti", std::to_string(count));

@@ -5,10 +5,10 @@
 
 #include <utility>
 
+#include "register/digest.h"
 #include "register/layout.h"
 #include "register/report_file.h"
 #include "register/report_sections.h"
-#include "register/sha256.h"
 #include "register/telematic.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -116,19 +116,21 @@ int ReportDesk::CloseDay(bool send) {
   report.Centred(fmt::format("CHIUSURA N. {:04}", core_.store.last_closure() + 1));
   report.Centred("RT " + core_.tables.settings().serial_number);
   report.Cut();
-  // Room on the paper comes ahead of the closing, so that a closed day has its paper.
-  core_.paper.Reserve(report.lines().size());
   core_.store.CloseDay(now, rates, {kJournalClosure, 0, 0, now, report.lines()});
   core_.paper.Append(std::move(report));
   core_.report_polls = core_.tables.settings().report_polls;
+
+  core_.Keep();
 
   // The day is closed, whatever becomes of the sending: what cannot go out now keeps waiting.
   TelematicDesk telematic(core_);
   try {
     if (send) static_cast<void>(telematic.SendSummaries());
     if (core_.options.send_lottery) static_cast<void>(telematic.SendLottery());
+    core_.Keep();
   } catch (...) {
-    // No memory for the file: as a failed sending.
+    // No memory for the file, or no room to note the sending: as a failed one.
+    core_.TakeBack();
   }
   return RTF_SUCCESS;
 }
@@ -138,9 +140,7 @@ int ReportDesk::PrintPeriodic(int32_t kind, bool clear, const ReportTarget& targ
   const ReportRow* row = Find(kPeriodic, kind);
   if (row == nullptr) return RTF_E_ILLEGAL;
   const PeriodStart& start = core_.store.period_start(kind);
-  const std::vector<StoredDocument>& documents = core_.store.documents();
-  Totals totals;
-  for (size_t at = start.first_document; at < documents.size(); ++at) totals.Add(documents[at]);
+  const Totals totals = core_.store.PeriodTotals(kind);
   const std::tm now = core_.Now();
   Paper report = Begin(row->title);
   if (start.cleared) report.Centred("dal " + FormatDateTime(start.time));
@@ -154,6 +154,22 @@ int ReportDesk::PrintPeriodic(int32_t kind, bool clear, const ReportTarget& targ
   if (const int code = Deliver(std::move(report), target)) return code;
   if (clear) core_.store.ClearPeriod(kind, now);
   return RTF_SUCCESS;
+}
+
+int ReportDesk::PrintPowerLosses() {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  const std::tm now = core_.Now();
+  Paper report = Begin("INTERRUZIONI DI ALIMENTAZIONE");
+  report.Centred("non fiscale");
+  report.Blank();
+  report.Pair("Documenti interrotti", std::to_string(core_.setup.power_losses));
+  if (core_.setup.power_losses > 0) {
+    report.Pair("Ultima interruzione", FormatDateTime(core_.setup.last_power_loss));
+  }
+  report.Blank();
+  report.Centred(FormatDateTime(now));
+  report.Centred("RT " + core_.tables.settings().serial_number);
+  return Deliver(std::move(report), {});
 }
 
 }  // namespace lorimat

@@ -32,6 +32,20 @@ struct FiscalRequest {
   std::string_view to_date = {};
 };
 
+// A part of the journal: everything, or what lies within dates, closures and numbers. Numbers other
+// than 1 to 9999 leave out what has none.
+struct JournalRequest {
+  bool by_date = false;
+  std::string_view from_date = {};  // DDMMYYYYHHMM
+  std::string_view to_date = {};
+  bool by_closure = false;
+  int from_closure = 0;
+  int to_closure = 0;
+  int from_number = 1;
+  int to_number = JournalSelection::kLastNumber;
+  int32_t filter = kJournalAll;  // bits of JournalKind
+};
+
 class ReportDesk {
  public:
   explicit ReportDesk(RegisterCore& core) : core_(core) {}
@@ -47,12 +61,16 @@ class ReportDesk {
   // 5 tenders. With `clear` those of this kind begin again.
   int PrintPeriodic(int32_t kind, bool clear, const ReportTarget& target);
   int PrintFiscal(const FiscalRequest& request, const ReportTarget& target);
+  int PrintJournal(const JournalRequest& request, const ReportTarget& target);
+  // How often the register was switched off in the middle of a document.
+  int PrintPowerLosses();
 
  private:
   Paper Begin(std::string_view title) const;
   int Deliver(Paper report, const ReportTarget& target);
   int Closings(const FiscalRequest& request, bool sums, Paper* report) const;
   int Journal(const FiscalRequest& request, Paper* report) const;
+  int Extract(const JournalSelection& selection, Paper* report) const;
   int DocumentList(const FiscalRequest& request, Paper* report) const;
 
   RegisterCore& core_;

@@ -39,6 +39,10 @@ struct Article {
 };
 
 struct RegisterSettings {
+  // Where the register is kept: a database file, made when it is not there. What it holds goes
+  // before the settings below, which a new one is made with. Empty: in memory, gone with the
+  // object.
+  std::string file = {};
   // At most 32 characters; the translator reads the model from the characters 13 and 14.
   std::string serial_number = "99LRM0000001VR";
   std::string firmware_version = "1.00";  // at most 20 characters

@@ -1,27 +1,122 @@
+// Counters, totals and what moves them.
 #include "register/store.h"
 
-#include <algorithm>
 #include <limits>
 #include <utility>
+
+#include "register/record.h"
+#include "register/store_facts.h"
+#include "register/store_rows.h"
 
 namespace lorimat {
 namespace {
 
-// Room for one more, so that adding it cannot fail.
-template <typename Row>
-void MakeRoom(std::vector<Row>* rows) {
-  if (rows->size() == rows->capacity()) rows->reserve(2 * rows->size() + 16);
+// Far beyond what a register can come to; what is counted on from there stays in range.
+constexpr int kLastInvoice = 1'000'000'000;
+constexpr int64_t kLastRow = int64_t{1} << 62;
+
+std::shared_ptr<const Totals> Shared(Totals totals) {
+  return std::make_shared<const Totals>(std::move(totals));
+}
+
+std::shared_ptr<const Totals> ReadTotals(const Database& database, std::string_view text) {
+  Totals totals;
+  if (!Totals::FromRecord(text, &totals)) database.Damaged("totals");
+  return Shared(std::move(totals));
 }
 
 }  // namespace
 
-const StoredDocument& RegisterStore::Register(StoredDocument document) {
-  // Room and totals first: nothing below can fail once the first total has moved.
-  MakeRoom(&documents_);
-  DailyCounters counters = counters_;
-  int next_invoice = next_invoice_;
+void RegisterStore::BeginWrite() {
+  if (!database_.in_unit()) database_.Begin(true);
+}
 
-  document.closure = last_closure_ + 1;
+void RegisterStore::MakeLedger(int last_closure, int last_invoice) {
+  ledger_ = Ledger{};
+  ledger_.last_closure = last_closure;
+  ledger_.next_invoice = last_invoice + 1;
+  ledger_.day = Shared({});
+  for (StoredPeriod& period : ledger_.periods) period.closed = ledger_.day;
+  WriteLedger();
+  WritePeriods(true);
+  Kept();
+}
+
+void RegisterStore::LoadLedger() {
+  Statement row = database_.Prepare(
+      "SELECT last_closure, next_invoice, documents, sales, invoices, refunds, cancels, abandoned, "
+      "non_fiscal, grand_total, last_document, first_of_day, day_totals, journal_place, "
+      "journal_hash, (SELECT count(*) FROM summary_waiting) FROM ledger");
+  if (!row.Step()) database_.Damaged("ledger");
+  ledger_ = Ledger{};
+  ledger_.last_closure = row.Int(0);
+  ledger_.next_invoice = row.Int(1);
+  if (ledger_.last_closure < 0 || ledger_.last_closure > kLastNumber || ledger_.next_invoice < 1 ||
+      ledger_.next_invoice > kLastInvoice) {
+    database_.Damaged("ledger");
+  }
+  ledger_.counters = ReadCounters(database_, row, 2);
+  ledger_.grand_total = row.Integer(9);
+  ledger_.last_document = row.Integer(10);
+  ledger_.first_of_day = row.Integer(11);
+  ledger_.day = ReadTotals(database_, row.Text(12));
+  ledger_.journal_place = row.Integer(13);
+  ledger_.journal_hash = row.Text(14);
+  ledger_.pending_closures = row.Int(15);
+  if (ledger_.last_document < 0 || ledger_.last_document >= kLastRow || ledger_.first_of_day < 1 ||
+      ledger_.journal_place < 0 || ledger_.journal_place >= kLastRow) {
+    database_.Damaged("ledger");
+  }
+  Statement periods = database_.Prepare(
+      "SELECT number, cleared, time, first_document, totals FROM period ORDER BY number");
+  int expected = 0;
+  for (; periods.Step(); ++expected) {
+    if (expected > kPeriods || periods.Integer(0) != expected) database_.Damaged("period");
+    StoredPeriod& period = ledger_.periods[static_cast<size_t>(expected)];
+    period.start.cleared = periods.Flag(1);
+    if (period.start.cleared) period.start.time = NumberTime(periods.Integer(2));
+    period.start.first_document = periods.Integer(3);
+    period.closed = ReadTotals(database_, periods.Text(4));
+  }
+  if (expected != kPeriods + 1) database_.Damaged("period");
+  Kept();
+}
+
+void RegisterStore::Keep() {
+  if (!Changed()) return;
+  BeginWrite();
+  WriteLedger();
+  WritePeriods(false);
+}
+
+void RegisterStore::WriteLedger() {
+  const DailyCounters& counters = ledger_.counters;
+  database_.Prepare("REPLACE INTO ledger VALUES (1, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+      .With(ledger_.last_closure, ledger_.next_invoice, counters.documents, counters.sales,
+            counters.invoices, counters.refunds, counters.cancels, counters.abandoned,
+            counters.non_fiscal, ledger_.grand_total, ledger_.last_document, ledger_.first_of_day,
+            ledger_.day->ToRecord(), ledger_.journal_place, ledger_.journal_hash)
+      .Run();
+}
+
+void RegisterStore::WritePeriods(bool all) {
+  for (size_t number = 0; number < ledger_.periods.size(); ++number) {
+    const StoredPeriod& period = ledger_.periods[number];
+    if (!all && period == kept_.periods[number]) continue;
+    const int64_t time = period.start.cleared ? TimeNumber(period.start.time) : 0;
+    database_.Prepare("REPLACE INTO period VALUES (?, ?, ?, ?, ?)")
+        .With(number, period.start.cleared, time, period.start.first_document,
+              period.closed->ToRecord())
+        .Run();
+  }
+}
+
+StoredDocument RegisterStore::Register(StoredDocument document) {
+  BeginWrite();
+  DailyCounters counters = ledger_.counters;
+  int next_invoice = ledger_.next_invoice;
+  document.id = ledger_.last_document + 1;
+  document.closure = ledger_.last_closure + 1;
   if (document.kind == DocumentKind::kInvoice) {
     document.number = next_invoice++;
   } else {
@@ -41,102 +136,101 @@ const StoredDocument& RegisterStore::Register(StoredDocument document) {
       ++counters.cancels;
       break;
   }
-  Totals day = day_;
+  Totals day = *ledger_.day;
   day.Add(document);
-
-  if (document.kind == DocumentKind::kCancel) {
-    for (StoredDocument& earlier : documents_) {
-      if (earlier.kind != DocumentKind::kInvoice && earlier.closure == document.referred_closure &&
-          earlier.number == document.referred_number) {
-        earlier.voided = true;
-      }
-    }
-  }
-  grand_total_ += DailySign(document.kind) * document.total;
-  day_ = std::move(day);
-  counters_ = counters;
-  next_invoice_ = next_invoice;
-  documents_.push_back(std::move(document));
-  return documents_.back();
-}
-
-void RegisterStore::AddToJournal(JournalEntry entry) {
-  entry.closure = last_closure_ + 1;
-  journal_.push_back(std::move(entry));
+  SharedTotals shared = Shared(std::move(day));
+  InsertDocument(document);
+  last_facts_ = DocumentFacts(document);
+  last_facts_of_ = document.id;
+  ledger_.day = std::move(shared);
+  ledger_.grand_total += DailySign(document.kind) * document.total;
+  ledger_.counters = counters;
+  ledger_.next_invoice = next_invoice;
+  ledger_.last_document = document.id;
+  return document;
 }
 
 void RegisterStore::CloseDay(const std::tm& time, const std::vector<VatRate>& vat_rates,
                              JournalEntry entry) {
-  MakeRoom(&closures_);
-  MakeRoom(&journal_);
+  BeginWrite();
   Closure closure;
-  closure.number = last_closure_ + 1;
+  closure.number = ledger_.last_closure + 1;
   closure.time = time;
-  closure.counters = counters_;
-  closure.grand_total = grand_total_;
+  closure.counters = ledger_.counters;
+  closure.grand_total = ledger_.grand_total;
   closure.vat_rates = vat_rates;
-  entry.closure = closure.number;
-  // From here on nothing fails.
-  std::swap(closure.totals, day_);
-  counters_ = DailyCounters{};
-  last_closure_ = closure.number;
-  closures_.push_back(std::move(closure));
-  journal_.push_back(std::move(entry));
+  closure.totals = *ledger_.day;
+  const DailyCounters& counters = closure.counters;
+  database_.Prepare("INSERT INTO closure VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+      .With(closure.number, TimeNumber(time), counters.documents, counters.sales, counters.invoices,
+            counters.refunds, counters.cancels, counters.abandoned, counters.non_fiscal,
+            closure.grand_total, VatRatesRecord(vat_rates), closure.totals.ToRecord())
+      .Run();
+  database_.Prepare("INSERT INTO summary_waiting VALUES (?)").With(closure.number).Run();
+  InsertEntry(std::move(entry), ClosureFacts(closure));
+
+  for (StoredPeriod& period : ledger_.periods) {
+    Totals closed = *period.closed;
+    closed.Add(DaySince(period.start));
+    period.closed = Shared(std::move(closed));
+  }
+  ledger_.day = Shared({});
+  ledger_.counters = DailyCounters{};
+  ledger_.last_closure = closure.number;
+  ledger_.first_of_day = ledger_.last_document + 1;
+  ++ledger_.pending_closures;
 }
 
 void RegisterStore::MarkSent(int number) {
-  for (Closure& closure : closures_) {
-    if (closure.number == number) closure.sent = true;
-  }
+  BeginWrite();
+  database_.Prepare("DELETE FROM summary_waiting WHERE closure = ?").With(number).Run();
+  --ledger_.pending_closures;
 }
 
 void RegisterStore::MarkLotterySent() {
-  for (StoredDocument& document : documents_) {
-    if (!document.lottery_code.empty()) document.lottery_sent = true;
-  }
+  BeginWrite();
+  database_.Prepare("DELETE FROM lottery_waiting").Run();
+}
+
+Totals RegisterStore::DaySince(const PeriodStart& start) const {
+  if (start.first_document <= ledger_.first_of_day) return day();
+  Totals totals;
+  DocumentSelection selection;
+  selection.first = start.first_document;
+  ForEachDocument(selection, [&totals](const StoredDocument& document) {
+    totals.Add(document);
+    return true;
+  });
+  return totals;
+}
+
+Totals RegisterStore::PeriodTotals(int period) const {
+  const StoredPeriod& stored = Period(period);
+  Totals totals = *stored.closed;
+  totals.Add(DaySince(stored.start));
+  return totals;
+}
+
+Totals RegisterStore::GrandTotals() const {
+  Totals totals = closed();
+  totals.Add(day());
+  return totals;
 }
 
 void RegisterStore::ClearPeriod(int period, const std::tm& time) {
-  periods_[static_cast<size_t>(period) - 1] = {documents_.size(), time, true};
-}
-
-int RegisterStore::pending_closures() const {
-  return static_cast<int>(std::count_if(closures_.begin(), closures_.end(),
-                                        [](const Closure& closure) { return !closure.sent; }));
-}
-
-const Closure* RegisterStore::FirstPending() const {
-  for (const Closure& closure : closures_) {
-    if (!closure.sent) return &closure;
-  }
-  return nullptr;
-}
-
-const StoredDocument* RegisterStore::Find(int closure, int number) const {
-  for (const StoredDocument& document : documents_) {
-    if (document.kind != DocumentKind::kInvoice && document.closure == closure &&
-        document.number == number) {
-      return &document;
-    }
-  }
-  return nullptr;
-}
-
-const StoredDocument* RegisterStore::FindLast() const {
-  for (auto document = documents_.rbegin(); document != documents_.rend(); ++document) {
-    if (document->kind != DocumentKind::kInvoice) return &*document;
-  }
-  return nullptr;
+  ledger_.periods[static_cast<size_t>(period)] = {{ledger_.last_document + 1, time, true},
+                                                  Shared({})};
 }
 
 bool RegisterStore::HasRoom() const {
-  return grand_total_ < std::numeric_limits<Amount>::max() - kMaxAmount &&
-         grand_total_ > std::numeric_limits<Amount>::min() + kMaxAmount;
+  return ledger_.grand_total < std::numeric_limits<Amount>::max() - kMaxAmount &&
+         ledger_.grand_total > std::numeric_limits<Amount>::min() + kMaxAmount;
 }
 
 bool RegisterStore::day_open() const {
-  return counters_.documents > 0 || counters_.invoices > 0 || counters_.non_fiscal > 0 ||
-         counters_.abandoned > 0;
+  const DailyCounters& counters = ledger_.counters;
+  return counters.documents > 0 || counters.invoices > 0 || counters.non_fiscal > 0 ||
+         counters.abandoned > 0;
 }
 
 }  // namespace lorimat

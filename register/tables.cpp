@@ -58,6 +58,26 @@ Tables::Tables(RegisterSettings settings)
   }
 }
 
+Tables::Tables(RegisterSettings settings, std::vector<GroupRow> groups,
+               const std::vector<Subtender>& subtenders, std::map<int, std::string> logos)
+    : Tables(std::move(settings)) {
+  groups_ = std::move(groups);
+  logos_ = std::move(logos);
+  for (int number = 1; number <= kSubtenders; ++number) {
+    const size_t index = static_cast<size_t>(number) - 1;
+    if (index < subtenders.size()) PlaceSubtender(number, subtenders[index]);
+  }
+}
+
+void Tables::TakeBack() {
+  // A change may fail before it is made; its undo does no harm then.
+  while (!changes_.empty()) {
+    const Change change = std::move(changes_.back());
+    changes_.pop_back();
+    change.undo(*this);
+  }
+}
+
 void Tables::Repair() {
   const auto cut = [](std::string* text, size_t size) {
     if (text->size() > size) text->resize(size);

@@ -6,9 +6,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "managermachine/managerparams.h"
@@ -70,6 +72,9 @@ class Tables {
   // Repairs what a register could not hold: over-long texts are cut, counts and prices brought
   // into their ranges; departments, header lines and articles beyond the last are dropped.
   explicit Tables(RegisterSettings settings);
+  // The tables of an older register, which were stored; the settings hold the rest of them.
+  Tables(RegisterSettings settings, std::vector<GroupRow> groups,
+         const std::vector<Subtender>& subtenders, std::map<int, std::string> logos);
 
   // Null for a number that the table does not have. Numbers start at 1.
   const Department* FindDepartment(int number) const;
@@ -101,16 +106,38 @@ class Tables {
   int CommitVat(bool day_open);
   // Adds an article, or replaces the one of the same code.
   int SetArticle(Article article);
-  void EraseArticles() { settings_.articles.clear(); }
+  void EraseArticles();
   // Logo 1 to 64. The file has to be there; it is not read.
   int SetLogo(int number, std::string_view file);
-  void EraseLogos() { logos_.clear(); }
+  void EraseLogos();
 
   const RegisterSettings& settings() const { return settings_; }
   const std::vector<Tender>& tenders() const { return tenders_; }
+  const std::vector<GroupRow>& groups() const { return groups_; }
+  const std::vector<Subtender>& subtenders() const { return subtenders_; }
+  const std::map<int, std::string>& logos() const { return logos_; }
+
+  // --- What has been programmed since it was stored the last time
+  enum class Part { kDepartment, kGroup, kSubtender, kHeader, kVat, kArticle, kArticles, kLogos,
+                    kNotes };
+  struct Change {
+    Part part;
+    int number;  // of the record; 0 for a whole table
+    std::function<void(Tables&)> undo;
+  };
+  const std::vector<Change>& changes() const { return changes_; }
+  // The changes are stored.
+  void Keep() { changes_.clear(); }
+  // The tables are again as they were stored.
+  void TakeBack();
 
  private:
   void Repair();
+  // To be called ahead of a change: `undo` takes it back.
+  void Note(Part part, int number, std::function<void(Tables&)> undo) {
+    changes_.push_back({part, number, std::move(undo)});
+  }
+  void PlaceSubtender(int number, Subtender subtender);
   int CheckDepartment(const Department& department) const;
 
   RegisterSettings settings_;
@@ -120,6 +147,7 @@ class Tables {
   std::vector<Subtender> subtenders_;
   std::map<int, int32_t> noted_rates_;
   std::map<int, std::string> logos_;
+  std::vector<Change> changes_;
 };
 
 }  // namespace lorimat

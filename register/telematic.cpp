@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <utility>
 
 #include "register/report_file.h"
@@ -77,8 +78,11 @@ constexpr VatElement kVatElements[] = {
 
 Amount Net(const Totals& totals, unsigned kinds, int vat, Figure figure) {
   const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
-  const Amount net = totals.Sum(kinds, vat, figure) - totals.Sum(kinds, vat, tax);
-  return net < 0 ? -net : net;
+  Amount net = totals.Sum(kinds, vat, figure);
+  AddTo(&net, totals.Sum(kinds, vat, tax), -1);
+  Amount size = 0;
+  AddTo(&size, net, net < 0 ? -1 : 1);
+  return size;
 }
 
 // The nature that the national code list gives to sales without tax, by the entry's mark.
@@ -126,29 +130,27 @@ struct Collected {
   int tickets = 0;
 };
 
-Collected CollectedBy(const RegisterCore& core, const KindTotals& kind) {
-  Collected sums;
+void AddCollected(const RegisterCore& core, const KindTotals& kind, Collected* sums) {
   for (const Tender& tender : core.tables.tenders()) {
     const auto amount = kind.by_tender.find(tender.id);
     if (amount == kind.by_tender.end() || tender.id == "8") continue;
     switch (tender.kind) {
       case TenderKind::kCash:
-        sums.cash += amount->second;
+        AddTo(&sums->cash, amount->second);
         break;
       case TenderKind::kElectronic:
-        sums.electronic += amount->second;
+        AddTo(&sums->electronic, amount->second);
         break;
       case TenderKind::kTicket: {
-        sums.ticket += amount->second;
+        AddTo(&sums->ticket, amount->second);
         const auto count = kind.tender_counts.find(tender.id);
-        if (count != kind.tender_counts.end()) sums.tickets += count->second;
+        if (count != kind.tender_counts.end()) AddTo(&sums->tickets, count->second);
         break;
       }
       case TenderKind::kNotPaid:
         break;
     }
   }
-  return sums;
 }
 
 Amount DiscountOnPayment(const KindTotals& kind) {
@@ -165,16 +167,12 @@ std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
   Amount electronic = 0;
   for (const auto& [id, amount] : document.by_tender) {
     const Tender* tender = tables.FindTender(id);
-    if (tender != nullptr && tender->kind == TenderKind::kElectronic) electronic += amount;
+    if (tender != nullptr && tender->kind == TenderKind::kElectronic) AddTo(&electronic, amount);
   }
   Element("    ", "PagatoElettronico", Decimal(electronic), &xml);
   Element("    ", "Annullato", document.voided ? "SI" : "NO", &xml);
   xml += "  </Documento>\n";
   return xml;
-}
-
-bool HasLottery(const StoredDocument& document) {
-  return document.kind == DocumentKind::kSale && !document.lottery_code.empty();
 }
 
 }  // namespace
@@ -192,24 +190,25 @@ std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
   Element("      ", "Tipo", "RT", &xml);
   Element("      ", "IdDispositivo", settings.serial_number, &xml);
   xml += "    </Dispositivo>\n";
-  Element("    ", "PIVAEsercente", settings.vat_number, &xml);
+  Element("    ", "PIVAEsercente", core.setup.fiscal_id, &xml);
   xml += "  </Trasmissione>\n";
   Element("  ", "DataOraRilevazione", DateTime(closure.time), &xml);
   xml += "  <DatiRT>\n";
   for (const auto& [vat, gross] : closure.totals.GrossByVat()) AddVatEntry(closure, vat, &xml);
   xml += "    <Totali>\n";
-  const Collected sales = CollectedBy(core, closure.totals.of(DocumentKind::kSale));
-  const Collected invoices = CollectedBy(core, closure.totals.of(DocumentKind::kInvoice));
+  Collected taken;
+  Amount discounts = 0;
+  for (const DocumentKind kind : {DocumentKind::kSale, DocumentKind::kInvoice}) {
+    AddCollected(core, closure.totals.of(kind), &taken);
+    AddTo(&discounts, DiscountOnPayment(closure.totals.of(kind)));
+  }
   Element("      ", "NumeroDocCommerciali", std::to_string(closure.counters.documents), &xml);
-  Element("      ", "PagatoContanti", Decimal(sales.cash + invoices.cash), &xml);
-  Element("      ", "PagatoElettronico", Decimal(sales.electronic + invoices.electronic), &xml);
-  Element("      ", "ScontoApagare",
-          Decimal(DiscountOnPayment(closure.totals.of(DocumentKind::kSale)) +
-                  DiscountOnPayment(closure.totals.of(DocumentKind::kInvoice))),
-          &xml);
+  Element("      ", "PagatoContanti", Decimal(taken.cash), &xml);
+  Element("      ", "PagatoElettronico", Decimal(taken.electronic), &xml);
+  Element("      ", "ScontoApagare", Decimal(discounts), &xml);
   xml += "      <PagatoTicket>\n";
-  Element("        ", "PagatoTicket", Decimal(sales.ticket + invoices.ticket), &xml);
-  Element("        ", "NumeroTicket", std::to_string(sales.tickets + invoices.tickets), &xml);
+  Element("        ", "PagatoTicket", Decimal(taken.ticket), &xml);
+  Element("        ", "NumeroTicket", std::to_string(taken.tickets), &xml);
   xml +=
       "      </PagatoTicket>\n"
       "    </Totali>\n"
@@ -223,23 +222,23 @@ std::string TelematicDesk::OutboxFile(std::string_view name) const {
 }
 
 // One summary is a file of the national form; several stand in an element of this register.
-int TelematicDesk::WriteSummaries(const std::vector<const Closure*>& closures,
+int TelematicDesk::WriteSummaries(const std::vector<Closure>& closures,
                                   std::string_view file) const {
   if (file.empty()) return RTF_E_ILLEGAL;
   if (closures.empty()) return RTF_E_NOEXIST;
   std::string xml(kXmlHead);
   if (closures.size() > 1) xml += "<CorrispettiviSalvati>\n";
-  for (const Closure* closure : closures) xml += SummaryXml(core_, *closure);
+  for (const Closure& closure : closures) xml += SummaryXml(core_, closure);
   if (closures.size() > 1) xml += "</CorrispettiviSalvati>\n";
   return WriteFile(file, xml);
 }
 
 int TelematicDesk::SendSummaries() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  while (const Closure* closure = core_.store.FirstPending()) {
+  while (const std::optional<Closure> closure = core_.store.FirstPending()) {
     if (!core_.tables.settings().outbox.empty()) {
       const std::string name = OutboxFile(fmt::format("corrispettivi_{:04}.xml", closure->number));
-      if (const int code = WriteSummaries({closure}, name)) return code;
+      if (const int code = WriteSummaries({*closure}, name)) return code;
     }
     core_.store.MarkSent(closure->number);
   }
@@ -254,38 +253,34 @@ int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int op
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   if (from < 1 || to < from || to > RegisterStore::kLastNumber) return RTF_E_ILLEGAL;
   if (options < 0 || options > 2) return RTF_E_ILLEGAL;
-  std::vector<const Closure*> wanted;
-  for (const Closure* closure : FindClosures(core_.store.closures(), from, to)) {
-    if (options == 1 && closure->sent) continue;
-    if (options == 2 && !closure->sent) continue;
-    wanted.push_back(closure);
+  std::vector<Closure> wanted = core_.store.FindClosures(from, to);
+  if (options != 0) {
+    std::erase_if(wanted,
+                  [options](const Closure& closure) { return closure.sent != (options == 2); });
   }
   return WriteSummaries(wanted, file);
 }
 
-int TelematicDesk::WriteLottery(const std::vector<const StoredDocument*>& documents,
+int TelematicDesk::WriteLottery(const std::vector<StoredDocument>& documents,
                                 std::string_view file) const {
   if (file.empty()) return RTF_E_ILLEGAL;
   if (documents.empty()) return RTF_E_NOEXIST;
   std::string xml(kXmlHead);
   xml += "<DocumentiLotteria>\n";
   Element("  ", "IdDispositivo", core_.tables.settings().serial_number, &xml);
-  for (const StoredDocument* document : documents) xml += DocumentXml(*document, core_.tables);
+  for (const StoredDocument& document : documents) xml += DocumentXml(document, core_.tables);
   xml += "</DocumentiLotteria>\n";
   return WriteFile(file, xml);
 }
 
 int TelematicDesk::SendLottery() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  const StoredDocument* first = nullptr;
-  for (const StoredDocument& document : core_.store.documents()) {
-    if (HasLottery(document) && !document.lottery_sent && first == nullptr) first = &document;
-  }
-  if (first == nullptr) return RTF_SUCCESS;
+  const std::vector<StoredDocument> waiting = core_.store.PendingLottery();
+  if (waiting.empty()) return RTF_SUCCESS;
   if (!core_.tables.settings().outbox.empty()) {
     const std::string name =
-        OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", first->closure, first->number));
-    if (const int code = SavePendingLottery(name)) return code;
+        OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", waiting[0].closure, waiting[0].number));
+    if (const int code = WriteLottery(waiting, name)) return code;
   }
   core_.store.MarkLotterySent();
   return RTF_SUCCESS;
@@ -293,11 +288,7 @@ int TelematicDesk::SendLottery() {
 
 int TelematicDesk::SavePendingLottery(std::string_view file) const {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  std::vector<const StoredDocument*> wanted;
-  for (const StoredDocument& document : core_.store.documents()) {
-    if (HasLottery(document) && !document.lottery_sent) wanted.push_back(&document);
-  }
-  return WriteLottery(wanted, file);
+  return WriteLottery(core_.store.PendingLottery(), file);
 }
 
 int TelematicDesk::SaveLottery(int from_closure, int from_number, int to_closure, int to_number,
@@ -313,12 +304,7 @@ int TelematicDesk::SaveLottery(int from_closure, int from_number, int to_closure
   const std::pair from(from_closure, from_number);
   const std::pair to(to_closure, to_number);
   if (from > to) return RTF_E_ILLEGAL;
-  std::vector<const StoredDocument*> wanted;
-  for (const StoredDocument& document : core_.store.documents()) {
-    const std::pair place(document.closure, document.number);
-    if (HasLottery(document) && from <= place && place <= to) wanted.push_back(&document);
-  }
-  return WriteLottery(wanted, file);
+  return WriteLottery(core_.store.Lottery(from_closure, from_number, to_closure, to_number), file);
 }
 
 }  // namespace lorimat

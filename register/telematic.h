@@ -36,9 +36,8 @@ class TelematicDesk {
                   std::string_view file) const;
 
  private:
-  int WriteSummaries(const std::vector<const Closure*>& closures, std::string_view file) const;
-  int WriteLottery(const std::vector<const StoredDocument*>& documents,
-                   std::string_view file) const;
+  int WriteSummaries(const std::vector<Closure>& closures, std::string_view file) const;
+  int WriteLottery(const std::vector<StoredDocument>& documents, std::string_view file) const;
   std::string OutboxFile(std::string_view name) const;
 
   RegisterCore& core_;

@@ -20,13 +20,13 @@ constexpr DocumentKind kKinds[] = {DocumentKind::kSale, DocumentKind::kInvoice,
 
 template <typename Key, typename Value>
 void AddMap(const std::map<Key, Value>& from, std::map<Key, Value>* to) {
-  for (const auto& [key, value] : from) (*to)[key] += value;
+  for (const auto& [key, value] : from) AddTo(&(*to)[key], value);
 }
 
 void AddMap(const std::map<int, VatFigures>& from, std::map<int, VatFigures>* to) {
   for (const auto& [vat, figures] : from) {
     VatFigures& sums = (*to)[vat];
-    for (size_t index = 0; index < figures.size(); ++index) sums[index] += figures[index];
+    for (size_t index = 0; index < figures.size(); ++index) AddTo(&sums[index], figures[index]);
   }
 }
 
@@ -34,8 +34,8 @@ void AddMap(const std::map<int, DepartmentSum>& from, std::map<int, DepartmentSu
             int sign = 1) {
   for (const auto& [department, sum] : from) {
     DepartmentSum& sums = (*to)[department];
-    sums.quantity += sign * sum.quantity;
-    sums.amount += sign * sum.amount;
+    AddTo(&sums.quantity, sum.quantity, sign);
+    AddTo(&sums.amount, sum.amount, sign);
   }
 }
 
@@ -49,29 +49,29 @@ Value Find(const std::map<Key, Value>& map, const Key& key) {
 
 void Totals::Add(const StoredDocument& document) {
   KindTotals& kind = kinds_[static_cast<size_t>(document.kind)];
-  ++kind.documents;
-  kind.total += document.total;
-  kind.not_paid += document.not_paid;
-  kind.discounts += document.discounts;
-  kind.surcharges += document.surcharges;
+  AddTo(&kind.documents, 1);
+  AddTo(&kind.total, document.total);
+  AddTo(&kind.not_paid, document.not_paid);
+  AddTo(&kind.discounts, document.discounts);
+  AddTo(&kind.surcharges, document.surcharges);
   AddMap(document.figures, &kind.by_vat);
   AddMap(document.by_department, &kind.by_department);
   AddMap(document.sold_by_department, &kind.sold_by_department);
   AddMap(document.by_tender, &kind.by_tender);
   AddMap(document.tender_counts, &kind.tender_counts);
-  kind.by_operator[document.operator_number] += document.total;
-  ++kind.operator_counts[document.operator_number];
+  AddTo(&kind.by_operator[document.operator_number], document.total);
+  AddTo(&kind.operator_counts[document.operator_number], 1);
 }
 
 void Totals::Add(const Totals& other) {
   for (size_t index = 0; index < kinds_.size(); ++index) {
     KindTotals& kind = kinds_[index];
     const KindTotals& from = other.kinds_[index];
-    kind.documents += from.documents;
-    kind.total += from.total;
-    kind.not_paid += from.not_paid;
-    kind.discounts += from.discounts;
-    kind.surcharges += from.surcharges;
+    AddTo(&kind.documents, from.documents);
+    AddTo(&kind.total, from.total);
+    AddTo(&kind.not_paid, from.not_paid);
+    AddTo(&kind.discounts, from.discounts);
+    AddTo(&kind.surcharges, from.surcharges);
     AddMap(from.by_vat, &kind.by_vat);
     AddMap(from.by_department, &kind.by_department);
     AddMap(from.sold_by_department, &kind.sold_by_department);
@@ -87,7 +87,7 @@ Amount Totals::Sum(unsigned kinds, int vat, Figure figure) const {
   for (const DocumentKind kind : kKinds) {
     if ((kinds & (1u << static_cast<unsigned>(kind))) == 0) continue;
     for (const auto& [entry, figures] : of(kind).by_vat) {
-      if (vat == 0 || entry == vat) sum += DailySign(kind) * At(figures, figure);
+      if (vat == 0 || entry == vat) AddTo(&sum, At(figures, figure), DailySign(kind));
     }
   }
   return sum;
@@ -110,14 +110,17 @@ DepartmentSum Totals::Sold(int number) const {
 
 Amount Totals::Tender(const std::string& id) const {
   Amount sum = 0;
-  for (const DocumentKind kind : kKinds) sum += DailySign(kind) * Find(of(kind).by_tender, id);
+  for (const DocumentKind kind : kKinds) {
+    AddTo(&sum, Find(of(kind).by_tender, id), DailySign(kind));
+  }
   return sum;
 }
 
 int Totals::TenderCount(const std::string& id) const {
   int count = 0;
-  for (const DocumentKind kind : kKinds)
-    count += DailySign(kind) * Find(of(kind).tender_counts, id);
+  for (const DocumentKind kind : kKinds) {
+    AddTo(&count, Find(of(kind).tender_counts, id), DailySign(kind));
+  }
   return count;
 }
 
@@ -125,7 +128,7 @@ std::map<int, Amount> Totals::GrossByVat() const {
   std::map<int, Amount> sums;
   for (const DocumentKind kind : kKinds) {
     for (const auto& [vat, figures] : of(kind).by_vat) {
-      sums[vat] += DailySign(kind) * At(figures, Figure::kGross);
+      AddTo(&sums[vat], At(figures, Figure::kGross), DailySign(kind));
     }
   }
   return sums;
@@ -135,7 +138,7 @@ std::map<int, Amount> Totals::ByOperator() const {
   std::map<int, Amount> sums;
   for (const DocumentKind kind : kKinds) {
     for (const auto& [number, amount] : of(kind).by_operator) {
-      sums[number] += DailySign(kind) * amount;
+      AddTo(&sums[number], amount, DailySign(kind));
     }
   }
   return sums;
@@ -150,18 +153,19 @@ std::map<int, int> Totals::OperatorCounts() const {
 DailyTotals Totals::Summary() const {
   DailyTotals summary;
   summary.invoices = of(DocumentKind::kInvoice).total;
-  summary.receipts = of(DocumentKind::kSale).total + summary.invoices;
+  summary.receipts = of(DocumentKind::kSale).total;
+  AddTo(&summary.receipts, summary.invoices);
   summary.refunds = of(DocumentKind::kRefund).total;
   summary.cancels = of(DocumentKind::kCancel).total;
   summary.by_vat = GrossByVat();
   for (const DocumentKind kind : kKinds) {
     const int sign = DailySign(kind);
-    summary.not_paid += sign * of(kind).not_paid;
-    summary.discounts += sign * of(kind).discounts;
-    summary.surcharges += sign * of(kind).surcharges;
+    AddTo(&summary.not_paid, of(kind).not_paid, sign);
+    AddTo(&summary.discounts, of(kind).discounts, sign);
+    AddTo(&summary.surcharges, of(kind).surcharges, sign);
     AddMap(of(kind).by_department, &summary.by_department, sign);
     for (const auto& [tender, amount] : of(kind).by_tender) {
-      summary.by_tender[tender] += sign * amount;
+      AddTo(&summary.by_tender[tender], amount, sign);
     }
   }
   return summary;
@@ -169,7 +173,7 @@ DailyTotals Totals::Summary() const {
 
 int Totals::documents() const {
   int count = 0;
-  for (const KindTotals& kind : kinds_) count += kind.documents;
+  for (const KindTotals& kind : kinds_) AddTo(&count, kind.documents);
   return count;
 }
 
@@ -280,8 +284,7 @@ bool ScopeTotals(const RegisterCore& core, int scope, Totals* totals) {
       *totals = core.store.day();
       return true;
     case RTF_FPTR_TT_GRAND:
-      *totals = core.store.day();
-      for (const Closure& closure : core.store.closures()) totals->Add(closure.totals);
+      *totals = core.store.GrandTotals();
       return true;
     default:
       return false;
@@ -314,16 +317,22 @@ int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::st
   const bool by_nature = id >= 10;
   Amount sum = 0;
   if (kind == RTF_FPTR_GT_NOT_PAID) {
-    for (const Figure figure : kNotPaidFigures) sum += totals.Sum(Totals::kAll, id, figure);
+    for (const Figure figure : kNotPaidFigures) {
+      AddTo(&sum, totals.Sum(Totals::kAll, id, figure));
+    }
   } else {
     const VatRow* row = FindRow(kVatRows, kind);
     if (row == nullptr) return RTF_E_ILLEGAL;
     sum = totals.Sum(row->documents, id, row->figure);
     if (row->net) {
       const auto tax = static_cast<Figure>(static_cast<size_t>(row->figure) + 1);
-      sum -= totals.Sum(row->documents, id, tax);
+      AddTo(&sum, totals.Sum(row->documents, id, tax), -1);
     }
-    if (row->positive) sum = -sum;
+    if (row->positive) {
+      const Amount negative = sum;
+      sum = 0;
+      AddTo(&sum, negative, -1);
+    }
   }
   *value = std::to_string(by_nature ? 0 : sum);
   return RTF_SUCCESS;

@@ -5,6 +5,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "register/documents.h"
 
@@ -40,7 +41,12 @@ struct DailyTotals {
   std::map<int, DepartmentSum> by_department;
   std::map<std::string, Amount> by_tender;
 
-  Amount net() const { return receipts - refunds - cancels; }
+  Amount net() const {
+    Amount sum = receipts;
+    AddTo(&sum, refunds, -1);
+    AddTo(&sum, cancels, -1);
+    return sum;
+  }
 };
 
 // 1 for what adds to a day, -1 for credit notes and voids.
@@ -73,6 +79,10 @@ class Totals {
   std::map<int, int> OperatorCounts() const;
   DailyTotals Summary() const;
   int documents() const;
+
+  // As one text (register/record.h), and back; false for a text that is none.
+  std::string ToRecord() const;
+  static bool FromRecord(std::string_view text, Totals* totals);
 
  private:
   std::array<KindTotals, 4> kinds_;

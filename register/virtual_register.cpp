@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
+#include <optional>
 #include <utility>
 
 #include "managermachine/pflitemtype.h"
 #include "register/client_buffers.h"
 #include "register/data_items.h"
+#include "register/fault_operations.h"
 #include "register/properties.h"
+#include "register/recovery.h"
+#include "register/register_error.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -81,17 +86,85 @@ void Keep(std::deque<std::string>* lines, const char* line) noexcept {
 }  // namespace
 
 VirtualRegister::VirtualRegister(RegisterSettings settings)
-    : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {}
+    : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {
+  first_line_ = core_.paper.dropped() + core_.paper.lines().size();
+  cut_off_ = EndCutOff(core_, desk_);
+}
+
+std::string VirtualRegister::start_notice() const {
+  return cut_off_ ? CutOffNotice(*cut_off_) : std::string();
+}
+
+int VirtualRegister::TakeBack(const Input& input) {
+  std::string cause;
+  try {
+    throw;
+  } catch (const RegisterError& failure) {
+    cause = failure.what();
+  } catch (const std::exception& failure) {
+    cause = failure.what();
+  } catch (...) {
+  }
+  core_.TakeBack();
+  keyboard_.Restore(input.keyboard);
+  articles_.Restore(input.articles);
+  core_.last_failure = std::move(cause);
+  return RTF_E_FAILURE;
+}
+
+// --- Faults on demand
+
+std::string VirtualRegister::WhyNotKept(int code) const {
+  return code == RTF_E_FAILURE ? core_.last_failure : "the register is at an operation";
+}
+
+void VirtualRegister::AddFault(Fault fault) {
+  std::string cause;
+  const int code = Perform(__func__, [&] {
+    try {
+      core_.faults.Add(std::move(fault));
+    } catch (const RegisterError& refusal) {
+      cause = refusal.what();
+      return RTF_E_ILLEGAL;
+    }
+    return RTF_SUCCESS;
+  });
+  if (code == RTF_SUCCESS) return;
+  throw RegisterError(cause.empty() ? WhyNotKept(code) : cause);
+}
+
+void VirtualRegister::ClearFaults() {
+  const int code = Perform(__func__, [&] {
+    core_.faults.Clear();
+    return RTF_SUCCESS;
+  });
+  if (code != RTF_SUCCESS) throw RegisterError(WhyNotKept(code));
+}
 
 // --- Device state and properties
 
-bool VirtualRegister::GetClaimed() { return true; }
-bool VirtualRegister::GetDeviceEnabled() { return true; }
-int VirtualRegister::GetState() { return RTF_S_IDLE; }
+int VirtualRegister::GetState() {
+  if (core_.service == ServiceState::kClosed) return RTF_S_CLOSED;
+  int state = RTF_S_BUSY;  // while an operation runs
+  Perform(__func__, [&] {
+    state = core_.faults.PollState();
+    return RTF_SUCCESS;
+  });
+  return state;
+}
 
 int VirtualRegister::GetIntProperty(int property, int* value) {
   return Perform(__func__, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
+    if (const int code = CheckProperty(property)) return code;
+    if (property == RTF_PIDX_State && core_.service == ServiceState::kClosed) {
+      *value = RTF_S_CLOSED;
+      return RTF_SUCCESS;
+    }
+    if (property == RTF_PIDX_State) {
+      *value = core_.faults.PollState();
+      return RTF_SUCCESS;
+    }
     if (property == RTF_PIDXFptr_PrinterState && core_.report_polls > 0) {
       --core_.report_polls;
       *value = RTF_FPTR_PS_REPORT;
@@ -108,6 +181,7 @@ int VirtualRegister::SetIntProperty(int property, int value) {
 int VirtualRegister::GetStringProperty(int property, char* value) {
   return Perform(__func__, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
+    if (const int code = CheckProperty(property)) return code;
     std::string text;
     if (const int code = ReadTextProperty(core_, property, &text)) return code;
     Give(text, value, kPropertyTextSize + 1);
@@ -139,7 +213,7 @@ int VirtualRegister::SetDataInternal(int item, const char* text) {
 // --- Documents and receipts
 
 int VirtualRegister::BeginFiscalReceipt(bool print_header) {
-  return Perform(__func__, [&] { return desk_.BeginReceipt(print_header); });
+  return Perform(__func__, [&] { return desk_.BeginChosen(print_header); });
 }
 
 int VirtualRegister::EndFiscalReceipt(bool) {
@@ -248,18 +322,23 @@ int VirtualRegister::PrintRecRefundVoid(const char* description, long amount, in
 
 int VirtualRegister::PrintRecItemAdjustment(int adjustment_type, const char* description,
                                             int64_t amount, int vatInfo) {
-  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, -2, false);
+  return Perform(__func__, [&] {
+    return desk_.Adjust(adjustment_type, View(description), amount, vatInfo, -2, false);
+  });
 }
 
 int VirtualRegister::PrintRecItemAdjustmentVoid(int adjustment_type, const char* description,
                                                 int64_t amount, int vatInfo) {
-  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, -2, true);
+  return Perform(__func__, [&] {
+    return desk_.Adjust(adjustment_type, View(description), amount, vatInfo, -2, true);
+  });
 }
 
 int VirtualRegister::PrintRecItemAdjustmentEx(int adjustment_type, const char* description,
                                               int64_t amount, int vatInfo, int departmentInfo) {
-  return PrintRecItemAdjustmentEx2(adjustment_type, description, amount, vatInfo, departmentInfo,
-                                   false);
+  return Perform(__func__, [&] {
+    return desk_.Adjust(adjustment_type, View(description), amount, vatInfo, departmentInfo, false);
+  });
 }
 
 int VirtualRegister::PrintRecItemAdjustmentEx2(int adjustment_type, const char* description,
@@ -279,7 +358,7 @@ int VirtualRegister::PrintRecSubtotal(int64_t amount) {
 }
 
 int VirtualRegister::PrintRecSubtotalEx(int64_t iSubTotal, bool check) {
-  return Perform(__func__,
+  return Perform(__func__, check ? kEffectActs | kEffectTotals : 0,
                  [&] { return check ? desk_.CheckSubtotal(iSubTotal) : desk_.PrintSubtotal(); });
 }
 
@@ -305,7 +384,11 @@ int VirtualRegister::PrintRecTaxID(const char* tax_id) {
 int VirtualRegister::PrintRecTotal(int64_t total, int64_t payment, const char* description) {
   return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
-    if (total != core_.document.receipt.total()) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    const OpenDocument& document = core_.document;
+    const bool cash = document.cash != CashMove::kNone;
+    if (total != (cash ? document.cash_total : document.receipt.total())) {
+      return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    }
     return desk_.Total(payment, View(description), false);
   });
 }
@@ -320,7 +403,9 @@ int VirtualRegister::PrintRecVoid(const char* description) {
 
 // --- Non-fiscal printing
 
-int VirtualRegister::BeginNonFiscal() { return BeginNonFiscalJournal(true); }
+int VirtualRegister::BeginNonFiscal() {
+  return Perform(__func__, [&] { return desk_.BeginNonFiscal(true); });
+}
 
 int VirtualRegister::BeginNonFiscalJournal(bool saveOnJournal) {
   return Perform(__func__, [&] { return desk_.BeginNonFiscal(saveOnJournal); });
@@ -336,7 +421,10 @@ int VirtualRegister::PrintNormal(int station, const char* data) {
 
 int VirtualRegister::PrintBarcode(const char* tipo, const char* scale, const char* align,
                                   const char* textPosition, const char* data, uint8_t cutMode) {
-  return PrintBarcodeEx(tipo, scale, align, textPosition, data, cutMode, false);
+  return Perform(__func__, [&] {
+    return desk_.Barcode({View(tipo), View(align), View(textPosition), View(data),
+                          cutMode == 2 || cutMode == 3, View(scale), false});
+  });
 }
 
 int VirtualRegister::PrintBarcodeEx(const char* tipo, const char* scale, const char* align,
@@ -384,8 +472,9 @@ int VirtualRegister::GetDate(char* date) {
   return Perform(__func__, [&] {
     if (date == nullptr) return RTF_E_ILLEGAL;
     const bool closing = core_.options.date_type == RTF_FPTR_DT_EOD;
-    if (closing && core_.store.closures().empty()) return RTF_E_NOEXIST;
-    const std::tm time = closing ? core_.store.closures().back().time : core_.Now();
+    const std::optional<Closure> last = closing ? core_.store.LastClosure() : std::nullopt;
+    if (closing && !last) return RTF_E_NOEXIST;
+    const std::tm time = last ? last->time : core_.Now();
     Give(DateTimeText(time), date, kGetDateSize);
     return RTF_SUCCESS;
   });
@@ -394,8 +483,10 @@ int VirtualRegister::GetDate(char* date) {
 // --- Drawer, displays and keyboard
 
 int VirtualRegister::OpenDrawer() {
-  ++core_.drawer_count;
-  return RTF_SUCCESS;
+  return Perform(__func__, [&] {
+    ++core_.drawer_count;
+    return RTF_SUCCESS;
+  });
 }
 
 std::string VirtualRegister::display_text(int display, int row) const {
@@ -422,8 +513,10 @@ int VirtualRegister::ShowText(int display, int row, int column, std::string_view
 }
 
 int VirtualRegister::ClearText() {
-  core_.displays.clear();
-  return RTF_SUCCESS;
+  return Perform(__func__, [&] {
+    core_.displays.clear();
+    return RTF_SUCCESS;
+  });
 }
 
 int VirtualRegister::DisplayText(const char* text, int) {
@@ -445,7 +538,7 @@ int VirtualRegister::DisplayTextAtEx(int row, int column, const char* text, int,
 
 int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* keys_code_alfa_fp,
                                   const char* key_code_alfa_lcd, uint8_t key_code_terminator) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfKey(key_code_terminator), [&] {
     return keyboard_.Play(View(keys_code_numerics), View(keys_code_alfa_fp),
                           View(key_code_alfa_lcd), key_code_terminator);
   });
@@ -454,7 +547,7 @@ int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* ke
 // The register's direct commands: 1 reads the data item `optarg` into the data, 2 writes it
 // from there, 502 and 503 switch the line to a device behind the register on and off.
 int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(cmd != 1), [&] {
     if (optarg == nullptr || data == nullptr) return RTF_E_ILLEGAL;
     const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
     switch (cmd) {

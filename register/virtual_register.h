@@ -1,4 +1,5 @@
-// VirtualRegister: a fiscal register in memory, the whole device client with virtual paper.
+// VirtualRegister: a fiscal register, in memory or in a file, the whole device client with
+// virtual paper.
 // It sells, pays, opens and closes documents, counts and prints as a telematic register does,
 // and refuses what such a device refuses: RTF_EFPTR_WRONG_STATE in the wrong state, with
 // nothing changed. Operations that it does not model answer RTF_E_ILLEGAL; docs/register.md
@@ -18,14 +19,18 @@
 #include <atomic>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "register/articles.h"
 #include "register/core.h"
 #include "register/keyboard.h"
 #include "register/receipt_desk.h"
+#include "register/register_file.h"
+#include "register/reports.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -36,6 +41,7 @@ class VirtualRegister : public RtfClientInterface {
   // The last trace and error lines that are kept.
   static constexpr size_t kLogLines = 1000;
 
+  // Throws RegisterError when the register's file cannot be opened.
   explicit VirtualRegister(RegisterSettings settings = {});
   // The parts refer to each other.
   VirtualRegister(const VirtualRegister&) = delete;
@@ -50,6 +56,7 @@ class VirtualRegister : public RtfClientInterface {
   const Paper& paper() const { return core_.paper; }
   // One of RTF_FPTR_PS_*.
   int printer_state() const { return static_cast<int>(core_.state); }
+  KeyPosition key_position() const { return core_.key; }
   // How often the drawer has been opened.
   int drawer_count() const { return core_.drawer_count; }
   // A row (0 or 1) of a display (0 and 1 the operator's, 2 the customer's); empty for others.
@@ -63,6 +70,27 @@ class VirtualRegister : public RtfClientInterface {
   const Tables& tables() const { return core_.tables; }
   // The document in progress.
   const Receipt& receipt() const { return core_.document.receipt; }
+  // The document that was open when the register was switched off the last time, and has been
+  // ended at this start (register/recovery.h); and the same in a sentence, empty without one.
+  const std::optional<CutOffDocument>& cut_off() const { return cut_off_; }
+  std::string start_notice() const;
+  // The number, as Paper::dropped counts, of the first line that was printed since the start; the
+  // lines before it are those of earlier times.
+  size_t first_line() const { return first_line_; }
+  // Why the last operation that failed could not be stored: "FILE: database or disk is full".
+  // Empty as long as none has. To be read between operations.
+  const std::string& last_failure() const { return core_.last_failure; }
+
+  // --- Faults on demand (register/faults.h), between operations
+  // Throws RegisterError, with the cause, for a fault that cannot be: a name or an operation that
+  // does not exist, an operation that it cannot strike, a code or a number out of range, more
+  // than FaultPlan::kMostFaults; or when the register's file cannot be written. Then nothing is
+  // added.
+  void AddFault(Fault fault);
+  // Takes away all that wait; what the device shows of them goes with them. Throws RegisterError
+  // when the register's file cannot be written.
+  void ClearFaults();
+  const FaultPlan& faults() const { return core_.faults; }
 
   // The device client; what the operations do is told in rtfclientinterface.h.
 
@@ -297,20 +325,57 @@ class VirtualRegister : public RtfClientInterface {
 
  private:
   // Runs a client operation, which `operation` names. One that begins while another runs answers
-  // RTF_E_BUSY, and an exception (no memory) becomes RTF_E_FAILURE.
+  // RTF_E_BUSY. What it changed is stored before it is answered; when that fails, or with an
+  // exception (no memory), all of it is taken back and the answer is RTF_E_FAILURE. The faults
+  // that wait are asked before; `effects` is for FaultPlan::Begin.
   template <typename Work>
   int Perform(const char* operation, Work&& work) noexcept {
+    return Perform(operation, 0, std::forward<Work>(work));
+  }
+  template <typename Work>
+  int Perform(const char* operation, unsigned effects, Work&& work) noexcept {
     if (working_.test_and_set(std::memory_order_acquire)) return RTF_E_BUSY;
+    // A call of a host that has not got the service so far does not reach the device.
+    if (const int missing = CheckService(operation)) {
+      working_.clear(std::memory_order_release);
+      return missing;
+    }
     int code = RTF_E_FAILURE;
+    const FaultPlan::Strike fault =
+        core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
     try {
-      static_cast<void>(operation);
-      code = work();
+      const Input input{keyboard_.Save(), articles_.Save()};
+      try {
+        code = fault.before != RTF_SUCCESS ? fault.before : work();
+        core_.Keep();
+      } catch (...) {
+        code = TakeBack(input);
+      }
     } catch (...) {
     }
+    // Carried out, and the host does not come to know.
+    if (fault.after != RTF_SUCCESS) code = fault.after;
     working_.clear(std::memory_order_release);
     return code;
   }
 
+  // What a host has keyed or sent and not finished.
+  struct Input {
+    Keyboard::Memory keyboard;
+    ArticleLink::Transfer articles;
+  };
+  // From a catch block: takes back what the operation did, and notes why it failed.
+  int TakeBack(const Input& input);
+
+  // What the service lacks for an operation or for reading a property: RTF_E_CLOSED,
+  // RTF_E_NOTCLAIMED, RTF_E_DISABLED.
+  int CheckService(std::string_view operation) const noexcept;
+  int CheckProperty(int property) const;
+  // Why a change that is no operation of the client was not made.
+  std::string WhyNotKept(int code) const;
+  int LoadFirmware(const char* file);
+  int ExtractJournal(const char* operation, const JournalRequest& request, const char* file,
+                     const char* format);
   int ShowText(int display, int row, int column, std::string_view text, bool clear);
   int GiveTotalizer(int vat_id, int scope, int totalizer, char* text) const;
   int AccessDepartment(bool write, int32_t dep_id, char* description, int64_t* price,
@@ -325,6 +390,8 @@ class VirtualRegister : public RtfClientInterface {
   ReceiptDesk desk_;
   Keyboard keyboard_;
   ArticleLink articles_;
+  size_t first_line_ = 0;
+  std::optional<CutOffDocument> cut_off_;
   std::deque<std::string> trace_lines_;
   std::deque<std::string> error_lines_;
 };

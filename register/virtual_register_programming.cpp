@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "register/client_buffers.h"
+#include "register/fault_operations.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -17,6 +18,7 @@ constexpr size_t kGroupBuffer = 129;
 constexpr size_t kPasswordBuffer = 65;
 constexpr size_t kSubtenderBuffer = 64;
 constexpr size_t kHeaderBuffer = 65;
+constexpr size_t kRateBuffer = 50;
 constexpr size_t kMacroBuffer = Keyboards::kMacroSize + 1;
 
 // Hosts read the rates of the classes 1 to 8 of any register; one that the table lacks is 0.
@@ -77,7 +79,7 @@ int VirtualRegister::ConfigDepartment(bool write, int32_t dep_id, char* descript
                                       int64_t* max_price, int32_t* quantity, int32_t* vat_id,
                                       uint8_t* group_id, bool* single_shoot, bool* allow_discount,
                                       bool* force_description) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(write), [&] {
     return AccessDepartment(write, dep_id, description, price, max_price, quantity, vat_id,
                             group_id, single_shoot, allow_discount, force_description, nullptr);
   });
@@ -88,7 +90,7 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
                                         int32_t* vat_id, uint8_t* group_id, bool* single_shoot,
                                         bool* allow_discount, bool* force_description,
                                         bool* is_service) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(write), [&] {
     if (!core_.tables.settings().extended_departments || is_service == nullptr) {
       return RTF_E_ILLEGAL;
     }
@@ -101,7 +103,7 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
 
 int VirtualRegister::ConfigGroup(bool write, int index, char* description, char* operator_password,
                                  int* operator_flags, int* operator_options) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(write), [&] {
     if (AnyNull(description, operator_password, operator_flags, operator_options)) {
       return RTF_E_ILLEGAL;
     }
@@ -126,7 +128,7 @@ int VirtualRegister::ConfigGroup(bool write, int index, char* description, char*
 int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* tender_type,
                                      char* description, uint8_t* flags, uint32_t* preset_value,
                                      uint8_t* max_digits) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(write), [&] {
     if (AnyNull(tender_type, description, flags, preset_value, max_digits)) return RTF_E_ILLEGAL;
     const Subtender* row = core_.tables.FindSubtender(subtender_id);
     if (row == nullptr) return RTF_E_ILLEGAL;
@@ -153,6 +155,17 @@ int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
     const VatRate* row = core_.tables.FindVat(vat_id);
     if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) return RTF_EFPTR_BAD_VAT;
     *vat_rate = row != nullptr ? row->rate : 0;
+    return RTF_SUCCESS;
+  });
+}
+
+// The rate as SetVatValue takes it.
+int VirtualRegister::GetVatEntryExtended(int vat_id, int, char* vat_rate) {
+  return Perform(__func__, [&] {
+    if (vat_rate == nullptr) return RTF_E_ILLEGAL;
+    const VatRate* row = core_.tables.FindVat(vat_id);
+    if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) return RTF_EFPTR_BAD_VAT;
+    Give(std::to_string(row != nullptr ? row->rate : 0), vat_rate, kRateBuffer);
     return RTF_SUCCESS;
   });
 }
@@ -202,6 +215,8 @@ int VirtualRegister::EraseLogoArchive() {
   return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     core_.tables.EraseLogos();
+    core_.setup.header_logo = 0;
+    core_.setup.trailer_logo = 0;
     return RTF_SUCCESS;
   });
 }
@@ -210,7 +225,7 @@ int VirtualRegister::EraseLogoArchive() {
 
 int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_code,
                                     int8_t* keyboard_type, char* macro, uint16_t* macro_size) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfRecord(write), [&] {
     if (AnyNull(key_code, keyboard_type, macro, macro_size)) return RTF_E_ILLEGAL;
     const ProgrammedKey* key = core_.keyboards.Find(*keyboard_type, key_pos);
     if (key == nullptr) return RTF_E_ILLEGAL;

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "register/client_buffers.h"
+#include "register/fault_operations.h"
 #include "register/firmware.h"
 #include "register/reports.h"
 #include "register/telematic.h"
@@ -49,17 +50,21 @@ int VirtualRegister::GiveTotalizer(int vat_id, int scope, int totalizer, char* t
 // --- Readings and the day closing
 
 int VirtualRegister::PrintXReport() {
-  return PrintXReportEx(1, false, "txt", "", ReportTarget::kPrinter);
+  return Perform(__func__, [&] {
+    return ReportDesk(core_).PrintX(1, false, {"txt", "", ReportTarget::kPrinter});
+  });
 }
 
 int VirtualRegister::PrintXReportEx(int32_t kind, bool clear, const char* format, const char* file,
                                     int32_t outputs) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintX(kind, clear, {View(format), View(file), outputs});
   });
 }
 
-int VirtualRegister::PrintZReport() { return PrintZReportEx(false); }
+int VirtualRegister::PrintZReport() {
+  return Perform(__func__, [&] { return ReportDesk(core_).CloseDay(false); });
+}
 
 int VirtualRegister::PrintZReportEx(bool send) {
   return Perform(__func__, [&] { return ReportDesk(core_).CloseDay(send); });
@@ -70,7 +75,7 @@ int VirtualRegister::PrintZReportEx(bool send) {
 // `option` is kept for the device; this register has none.
 int VirtualRegister::PeriodicReportMessageEx(int32_t kind, int32_t, const char* format,
                                              const char* file, int32_t outputs, bool clear) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintPeriodic(kind, clear, {View(format), View(file), outputs});
   });
 }
@@ -80,7 +85,7 @@ int VirtualRegister::FiscalReportMessageEx(int32_t source, int32_t filter, int32
                                            uint32_t to_number, const char* from_date,
                                            const char* to_date, const char* format,
                                            const char* file, int32_t outputs) {
-  return Perform(__func__, [&] {
+  return Perform(__func__, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintFiscal(
         {source, filter, criteria, from_number, to_number, View(from_date), View(to_date)},
         {View(format), View(file), outputs});
@@ -89,8 +94,11 @@ int VirtualRegister::FiscalReportMessageEx(int32_t source, int32_t filter, int32
 
 // The sums of a range of dates, DDMMYYYYHHMM, on paper.
 int VirtualRegister::PrintPeriodicTotalsReport(const char* from_date, const char* to_date) {
-  return FiscalReportMessageEx(2, kFilterAll, RTF_FPTR_RT_DATE, 0, 0, 0, 0, from_date, to_date,
-                               "txt", "", ReportTarget::kPrinter);
+  return Perform(__func__, [&] {
+    return ReportDesk(core_).PrintFiscal(
+        {2, kFilterAll, RTF_FPTR_RT_DATE, 0, 0, View(from_date), View(to_date)},
+        {"txt", "", ReportTarget::kPrinter});
+  });
 }
 
 // --- Telematic summary, lottery, firmware
@@ -104,7 +112,8 @@ int VirtualRegister::ExportTelematicSummary(const char* file) {
 }
 
 int VirtualRegister::SaveTelematicSummary(int from_z, int to_z, const char* file) {
-  return SaveTelematicSummaryEx(from_z, to_z, file, 0);
+  return Perform(__func__,
+                 [&] { return TelematicDesk(core_).SaveSummaries(from_z, to_z, View(file), 0); });
 }
 
 int VirtualRegister::SaveTelematicSummaryEx(int from_z, int to_z, const char* file, int options) {
@@ -133,13 +142,15 @@ int VirtualRegister::TelematicDocument(uint32_t device, uint8_t operation, uint8
 }
 
 int VirtualRegister::ProgramFirmware(const char* file) {
-  return Perform(__func__, [&] {
-    if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-    std::string version;
-    if (const int code = CheckFirmware(View(file), &version)) return code;
-    core_.firmware_version = std::move(version);
-    return RTF_SUCCESS;
-  });
+  return Perform(__func__, [&] { return LoadFirmware(file); });
+}
+
+int VirtualRegister::LoadFirmware(const char* file) {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  std::string version;
+  if (const int code = CheckFirmware(View(file), &version)) return code;
+  core_.firmware_version = std::move(version);
+  return RTF_SUCCESS;
 }
 
 }  // namespace lorimat

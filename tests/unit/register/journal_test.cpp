@@ -208,7 +208,7 @@ TEST_F(Journal, ADocumentThatIsHeldOpenGetsInWithItsAttachments) {
   shop.PrintRecMessage("ALLEGATO");
   shop.EndFiscalReceipt(true);
   ASSERT_EQ(shop.store().journal().size(), entries + 1);
-  const std::vector<std::string>& lines = shop.store().journal().back().lines;
+  const std::vector<std::string> lines = shop.store().journal().back().lines;
   EXPECT_NE(std::find(lines.begin(), lines.end(), "ALLEGATO"), lines.end());
   EXPECT_EQ(shop.store().journal().back().number, 3);
 }

@@ -1,7 +1,7 @@
 // Papers and files of the reports, written by hand, and every way in which one is refused.
 #include <new>
 
-#include "register/sha256.h"
+#include "register/digest.h"
 #include "report_fixture.h"
 
 namespace lorimat {
@@ -187,7 +187,7 @@ TEST_F(Reports, TheClosingStoresTheDayAndStartsTheNext) {
             "            RT 99LRM0000001VR\n"
             "------------------------------------------\n");
   ASSERT_EQ(device.store().closures().size(), 1u);
-  const Closure& closure = device.store().closures()[0];
+  const Closure closure = device.store().closures()[0];
   EXPECT_EQ(closure.number, 1);
   EXPECT_EQ(closure.totals.Summary().net(), 220000);
   EXPECT_EQ(closure.counters.documents, 3);

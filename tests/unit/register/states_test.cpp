@@ -6,11 +6,14 @@
 namespace lorimat {
 namespace {
 
-enum State { kMonitor, kReceipt, kTotal, kEnding, kNonFiscal, kStates };
+enum State { kMonitor, kReceipt, kTotal, kEnding, kNonFiscal, kItemList, kStates };
 
-constexpr int kPrinterStates[kStates] = {RTF_FPTR_PS_MONITOR, RTF_FPTR_PS_FISCAL_RECEIPT,
+constexpr int kPrinterStates[kStates] = {RTF_FPTR_PS_MONITOR,
+                                         RTF_FPTR_PS_FISCAL_RECEIPT,
                                          RTF_FPTR_PS_FISCAL_RECEIPT_TOTAL,
-                                         RTF_FPTR_PS_FISCAL_RECEIPT_ENDING, RTF_FPTR_PS_NONFISCAL};
+                                         RTF_FPTR_PS_FISCAL_RECEIPT_ENDING,
+                                         RTF_FPTR_PS_NONFISCAL,
+                                         RTF_FPTR_PS_ITEM_LIST};
 
 class StatesTest : public RegisterTest {
  protected:
@@ -38,6 +41,9 @@ class StatesTest : public RegisterTest {
     if (state == kNonFiscal) {
       ASSERT_EQ(device.BeginNonFiscalJournal(true), RTF_SUCCESS);
     }
+    if (state == kItemList) {
+      ASSERT_EQ(device.BeginItemList(4), RTF_SUCCESS);
+    }
     ASSERT_EQ(device.printer_state(), kPrinterStates[state]);
   }
 };
@@ -50,7 +56,7 @@ struct Row {
 
 TEST_F(StatesTest, EveryOperationInEveryState) {
   using R = VirtualRegister;
-  //                      monitor receipt total ending non-fiscal
+  //                      monitor receipt total ending non-fiscal item list
   const Row rows[] = {
       {"BeginFiscalReceipt",
        [](R& r) { return r.BeginFiscalReceipt(true); },
@@ -164,20 +170,54 @@ TEST_F(StatesTest, EveryOperationInEveryState) {
       {"SetDataInternal option",
        [](R& r) { return r.SetDataInternal(317, "1"); },
        {true, false, false, false, false}},
-      {"ResetPrn", [](R& r) { return r.ResetPrn(); }, {true, true, true, true, true}},
-      {"OpenDrawer", [](R& r) { return r.OpenDrawer(); }, {true, true, true, true, true}},
+      {"BeginDocRefund", [](R& r) { return r.BeginDocRefund(1, 1, "15012024"); }, {true}},
+      {"BeginDocRefundEx", [](R& r) { return r.BeginDocRefundEx(1, 1, "", true); }, {true}},
+      {"BeginDocCancel", [](R& r) { return r.BeginDocCancel(1, 1, "", true); }, {true}},
+      {"PrintRecItemFuel",
+       [](R& r) { return r.PrintRecItemFuel("", 10000, 0, 1, 0, "", 100, ""); },
+       {false, true}},
+      {"PrintRecPackageAdjustment",
+       [](R& r) { return r.PrintRecPackageAdjustment(1, "", "1,10000"); },
+       {false, true}},
+      {"PrintRecNotPaid", [](R& r) { return r.PrintRecNotPaid("", 10000); }, {false, true, true}},
+      {"PrintRecCash", [](R& r) { return r.PrintRecCash(10000); }, {}},
+      {"BeginItemList", [](R& r) { return r.BeginItemList(1); }, {true}},
+      {"VerifyItem",
+       [](R& r) { return r.VerifyItem("LATTE", 4); },
+       {false, false, false, false, false, true}},
+      {"EndItemList",
+       [](R& r) { return r.EndItemList(); },
+       {false, false, false, false, false, true}},
+      {"BeginTraining", [](R& r) { return r.BeginTraining(); }, {true}},
+      {"EndTraining", [](R& r) { return r.EndTraining(); }, {}},
+      {"PrintPowerLossReport", [](R& r) { return r.PrintPowerLossReport(); }, {true}},
+      {"SetTrailerLine", [](R& r) { return r.SetTrailerLine(1, "X", true); }, {true}},
+      {"SelectBitmap", [](R& r) { return r.SelectBitmap(0, 1); }, {true}},
+      {"CheckHealth external", [](R& r) { return r.CheckHealth(2); }, {true}},
+      {"DiagnosticsRequest printer", [](R& r) { return r.DiagnosticsRequest(1, true, 0); }, {true}},
+      {"SetIntProperty receipt type",
+       [](R& r) { return r.SetIntProperty(RTF_PIDXFptr_FiscalReceiptType, RTF_FPTR_RT_REFUND); },
+       {true}},
+      {"CheckHealth", [](R& r) { return r.CheckHealth(1); }, {true, true, true, true, true, true}},
+      {"ClearOutput", [](R& r) { return r.ClearOutput(); }, {true, true, true, true, true, true}},
+      {"ClearError", [](R& r) { return r.ClearError(); }, {true, true, true, true, true, true}},
+      {"WaitForDrawerClose",
+       [](R& r) { return r.WaitForDrawerClose(0, 0, 0, 0); },
+       {true, true, true, true, true, true}},
+      {"ResetPrn", [](R& r) { return r.ResetPrn(); }, {true, true, true, true, true, true}},
+      {"OpenDrawer", [](R& r) { return r.OpenDrawer(); }, {true, true, true, true, true, true}},
       {"DisplayTextAtEx",
        [](R& r) { return r.DisplayTextAtEx(0, 0, "CIAO", 0, 2, 4, true); },
-       {true, true, true, true, true}},
+       {true, true, true, true, true, true}},
       {"SetStringProperty",
        [](R& r) { return r.SetStringProperty(RTF_PIDXFptr_PreLine, "riga"); },
-       {true, true, true, true, true}},
+       {true, true, true, true, true, true}},
       {"SetDataInternal",
        [](R& r) { return r.SetDataInternal(152, "grazie"); },
-       {true, true, true, true, true}},
+       {true, true, true, true, true, true}},
       {"GetState",
        [](R& r) { return r.GetState() == RTF_S_IDLE ? 0 : 1; },
-       {true, true, true, true, true}},
+       {true, true, true, true, true, true}},
   };
   for (const Row& row : rows) {
     for (int state = 0; state < kStates; ++state) {

@@ -682,68 +682,23 @@ TEST_F(VirtualRegisterTest, OperationsThatAreNotModelledAnswerIllegal) {
   char text[600] = "";
   const std::string before = Snapshot();
   const int results[] = {
-      device.SetDeviceEnabled(true),
-      device.Close(),
-      device.Claim(0),
-      device.Release(),
-      device.CheckHealth(1),
-      device.ClearOutput(),
-      device.CompareFirmwareVersion("", &number),
-      device.UpdateFirmware(""),
-      device.GetVatEntryExtended(1, 0, text),
-      device.InitJournal(),
-      device.BeginDocRefund(1, 1, ""),
-      device.BeginDocCancel(1, 1, "", true),
-      device.BeginDocRefundEx(1, 1, "", true),
-      device.SelectBitmap(1, 1),
-      device.ProcessEJournalReportGlobal("", ""),
-      device.SetCurrency(1),
-      device.SetDate(""),
-      device.PrintDuplicateReceipt(),
-      device.PrintRecCash(1),
-      device.PrintRecNotPaid("", 1),
-      device.TelematicCensus(),
-      device.ZupEcrCmd("", &number, text),
-      device.BeginFiscalDocument(1),
-      device.BeginItemList(1),
-      device.PrintReport(1, "", ""),
-      device.BeginInsertion(1),
-      device.BeginTraining(),
-      device.BeginFixedOutput(1, 1),
-      device.ClearError(),
-      device.WaitForDrawerClose(1, 1, 1, 1),
-      device.DiagnosticsRequest(1, true, 1),
       device.ResetStatistics(""),
       device.RetrieveStatistics(""),
       device.UpdateStatistics(""),
-      device.ProcessEJournalReportByDate("", "", "", ""),
-      device.ProcessEJournalReportByZNumber(1, 1, "", ""),
-      device.ProcessEJournalReportByDateZNumber("", "", 1, 1, "", ""),
-      device.ProcessEJournalReportByDateNumber("", "", 1, 1, "", ""),
-      device.ProcessEJournalReportByDateNumberDocType("", "", 1, 1, 1, "", ""),
-      device.SetPOSID("", ""),
-      device.SetStoreFiscalID(""),
-      device.SetTrailerLine(1, "", true),
-      device.PrintRecItemFuel("", 1, 1, 1, 1, "", 1, ""),
-      device.PrintRecItemFuelVoid("", 1, 1, 1),
-      device.PrintRecPackageAdjustment(1, "", ""),
-      device.PrintRecPackageAdjustVoid(1, ""),
-      device.PrintRecVoidItem("", 1, 1, 1, 1, 1),
-      device.TelematicActivate("", "", "", "", 1, ""),
-      device.TelematicCommissioning(),
+      device.SetCurrency(RTF_FPTR_SC_EURO),
+      device.ZupEcrCmd("", &number, text),
+      device.BeginFiscalDocument(1),
       device.EndFiscalDocument(),
       device.PrintFiscalDocumentLine(""),
-      device.EndItemList(),
-      device.VerifyItem("", 1),
-      device.PrintPowerLossReport(),
+      device.BeginInsertion(1),
       device.BeginRemoval(1),
       device.EndInsertion(),
       device.EndRemoval(),
+      device.BeginFixedOutput(1, 1),
       device.EndFixedOutput(),
-      device.EndTraining(),
       device.PrintFixedOutput(1, 1, ""),
   };
-  EXPECT_EQ(std::size(results), 60u);  // of 149 operations, 89 are modelled
+  EXPECT_EQ(std::size(results), 15u);  // of 149 operations, 134 are modelled
   for (const int result : results) EXPECT_EQ(result, RTF_E_ILLEGAL);
   EXPECT_EQ(Snapshot(), before);
 }
@@ -779,7 +734,7 @@ TEST(RegisterDocumentation, ListsEveryOperationThatIsNotModelled) {
     EXPECT_NE(listed.find("`" + name + "`"), listed.npos) << name;
     ++operations;
   }
-  EXPECT_EQ(operations, 60);
+  EXPECT_EQ(operations, 15);
 }
 
 }  // namespace

@@ -1,0 +1,326 @@
+#include "register/database.h"
+
+#include <fmt/format.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace lorimat {
+namespace {
+
+// The head of a database file (https://www.sqlite.org/fileformat2.html, 1.3).
+constexpr char kMagic[] = "SQLite format 3";
+constexpr int kHeadSize = 100;
+constexpr size_t kPageSizeAt = 16;
+constexpr size_t kChangeCounterAt = 24;
+constexpr size_t kPageCountAt = 28;
+constexpr size_t kUserVersionAt = 60;
+constexpr size_t kApplicationIdAt = 68;
+constexpr size_t kValidForAt = 92;
+
+uint32_t BigEndian(const unsigned char* bytes, int size) {
+  uint32_t number = 0;
+  for (int index = 0; index < size; ++index) number = number << 8 | bytes[index];
+  return number;
+}
+
+}  // namespace
+
+void DatabaseCloser::operator()(sqlite3* handle) const { sqlite3_close(handle); }
+void StatementCloser::operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+
+// --- Statement
+
+Statement::~Statement() {
+  if (handle_ == nullptr) return;
+  sqlite3_reset(handle_.get());
+  sqlite3_clear_bindings(handle_.get());
+  try {
+    database_->idle_.try_emplace(sql_, std::move(handle_));
+  } catch (...) {
+    // It is prepared again the next time.
+  }
+}
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) database_->FailWith(code);
+}
+
+// What it answered the last time has been reported.
+void Statement::Reset() { sqlite3_reset(handle_.get()); }
+
+void Statement::BindNull(int parameter) { Check(sqlite3_bind_null(handle_.get(), parameter)); }
+
+void Statement::BindInteger(int parameter, int64_t value) {
+  Check(sqlite3_bind_int64(handle_.get(), parameter, value));
+}
+
+void Statement::BindText(int parameter, std::string_view value) {
+  const char* bytes = value.data() != nullptr ? value.data() : "";
+  Check(sqlite3_bind_text64(handle_.get(), parameter, bytes, value.size(), SQLITE_TRANSIENT,
+                            SQLITE_UTF8));
+}
+
+bool Statement::Step() {
+  const int code = sqlite3_step(handle_.get());
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  database_->FailWith(code);
+}
+
+void Statement::Run() {
+  while (Step()) {
+  }
+}
+
+int64_t Statement::Integer(int column) const { return sqlite3_column_int64(handle_.get(), column); }
+
+int Statement::Int(int column) const {
+  const int64_t value = Integer(column);
+  if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
+    database_->Damaged(sqlite3_column_name(handle_.get(), column));
+  }
+  return static_cast<int>(value);
+}
+
+std::string_view Statement::Text(int column) const {
+  const void* bytes = sqlite3_column_blob(handle_.get(), column);
+  const int size = sqlite3_column_bytes(handle_.get(), column);
+  if (bytes == nullptr) return {};
+  return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
+}
+
+bool Statement::IsNull(int column) const {
+  return sqlite3_column_type(handle_.get(), column) == SQLITE_NULL;
+}
+
+// --- Database
+
+Database::Database(const std::string& file, Open how, const DatabaseKind& kind) : file_(file) {
+  CheckFile(how);
+  OpenFile(how, kind);
+}
+
+Database::~Database() {
+  if (in_unit_) Rollback();
+  idle_.clear();
+}
+
+// What SQLite would make something of, though it is no place for a register.
+void Database::CheckFile(Open how) const {
+  if (file_.empty()) return;
+  if (file_.find('\0') != file_.npos) {
+    Fail(std::make_error_code(std::errc::invalid_argument).message());
+  }
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(file_, error);
+  if (std::filesystem::is_directory(status)) {
+    Fail(std::make_error_code(std::errc::is_a_directory).message());
+  }
+  if (!std::filesystem::exists(status)) {
+    if (how == Open::kExisting) {
+      Fail(error ? error.message()
+                 : std::make_error_code(std::errc::no_such_file_or_directory).message());
+    }
+    return;
+  }
+  if (!std::filesystem::is_regular_file(status)) Fail("no regular file");
+}
+
+void Database::OpenFile(Open how, const DatabaseKind& kind) {
+  // In front of a name that SQLite takes for something else than a file.
+  const std::string name = file_.empty() ? ":memory:" : file_[0] == ':' ? "./" + file_ : file_;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
+                    (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0);
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &opened, flags, nullptr);
+  handle_.reset(opened);
+  if (opened == nullptr) throw std::bad_alloc();
+  if (code != SQLITE_OK) {
+    ExplainOpening(code);
+    FailWith(code);
+  }
+  // A file's tables are not trusted to be those that we made.
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  if (in_memory()) {
+    Execute("PRAGMA foreign_keys = ON");
+    return;
+  }
+  // Until the file is known to be ours, nothing of its log goes into it.
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  CheckHead(kind);
+  if (sqlite3_db_readonly(opened, "main") == 1) FailWith(SQLITE_READONLY);
+  Execute("PRAGMA locking_mode = EXCLUSIVE");
+  version_ = static_cast<int>(Value("PRAGMA user_version"));
+  const int64_t application = Value("PRAGMA application_id");
+  const bool blank =
+      application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
+  if (!blank && application != kind.application_id) Fail("the database of another program");
+  if (blank && how == Open::kExisting) Fail("the file is empty");
+  if (!blank && version_ < 1) Damaged("user_version");
+  if (version_ > kind.newest_version) {
+    Fail(
+        fmt::format("made by a newer version: its tables are of version {}, known are those up "
+                    "to {}",
+                    version_, kind.newest_version));
+  }
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+  Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+}
+
+// SQLite tries to read a file that it could not make, and reports that there is none.
+void Database::ExplainOpening(int code) const {
+  if ((code & 0xFF) != SQLITE_CANTOPEN) return;
+  errno = 0;
+  std::FILE* file = std::fopen(file_.c_str(), "ab");
+  const int error = errno;
+  if (file != nullptr) {
+    std::fclose(file);
+  } else if (error != 0) {
+    Fail(fmt::format("{}: {}", sqlite3_errstr(code), std::generic_category().message(error)));
+  }
+}
+
+// Refuses another program's file, and one that was cut short, by its head alone: SQLite would
+// begin to repair it. A file that has a log beside it may be ahead of its head.
+void Database::CheckHead(const DatabaseKind& kind) const {
+  const char* log = sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main"));
+  std::error_code error;
+  const std::uintmax_t log_size = std::filesystem::file_size(log, error);
+  if (!error && log_size > 0) return;
+
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (file == nullptr || file->pMethods == nullptr) return;
+  sqlite3_int64 size = 0;
+  if (const int code = file->pMethods->xFileSize(file, &size)) FailWith(code);
+  if (size == 0) {
+    // SQLite takes a single byte for none.
+    if (std::filesystem::file_size(file_, error) == 1 && !error) FailWith(SQLITE_NOTADB);
+    return;
+  }
+  unsigned char head[kHeadSize] = {};
+  const int code = file->pMethods->xRead(file, head, kHeadSize, 0);
+  if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) FailWith(code);
+  if (size < kHeadSize || std::memcmp(head, kMagic, sizeof(kMagic)) != 0) FailWith(SQLITE_NOTADB);
+
+  const uint32_t application = BigEndian(head + kApplicationIdAt, 4);
+  const uint32_t page_field = BigEndian(head + kPageSizeAt, 2);
+  const sqlite3_int64 page_size = page_field == 1 ? 65536 : page_field;
+  const bool one_page = size <= page_size;
+  const bool blank = application == 0 && BigEndian(head + kUserVersionAt, 4) == 0 && one_page;
+  if (!blank && application != static_cast<uint32_t>(kind.application_id)) {
+    Fail("the database of another program");
+  }
+  const sqlite3_int64 pages = BigEndian(head + kPageCountAt, 4);
+  const bool counted =
+      BigEndian(head + kChangeCounterAt, 4) == BigEndian(head + kValidForAt, 4) && pages > 0;
+  if (counted && size < pages * page_size) {
+    Fail(fmt::format("the file is cut short: {} bytes are left of {}", size, pages * page_size));
+  }
+}
+
+void Database::SetVersion(int version) {
+  Execute(fmt::format("PRAGMA user_version = {}", version));
+  version_ = version;
+}
+
+Statement Database::Prepare(std::string_view sql) {
+  if (auto idle = idle_.extract(sql)) return {*this, sql, std::move(idle.mapped())};
+  sqlite3_stmt* made = nullptr;
+  const int code = sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &made, nullptr);
+  if (code != SQLITE_OK) FailWith(code);
+  return {*this, sql, StatementHandle(made)};
+}
+
+void Database::Execute(const std::string& sql) {
+  const int code = sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) FailWith(code);
+}
+
+int64_t Database::Value(const std::string& sql) {
+  sqlite3_stmt* made = nullptr;
+  int code = sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &made, nullptr);
+  const StatementHandle statement(made);
+  if (code == SQLITE_OK) code = sqlite3_step(made);
+  if (code != SQLITE_ROW) FailWith(code);
+  return sqlite3_column_int64(made, 0);
+}
+
+// With NORMAL a commit reaches the log and is not waited for; the next one in FULL takes it along.
+void Database::SetDurable(bool durable) {
+  if (durable == durable_ || in_memory()) return;
+  Execute(durable ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
+  durable_ = durable;
+}
+
+void Database::Begin(bool durable) {
+  SetDurable(durable);
+  Prepare("BEGIN IMMEDIATE").Run();
+  in_unit_ = true;
+  version_before_ = version_;
+}
+
+void Database::Commit() {
+  try {
+    Prepare("COMMIT").Run();
+    in_unit_ = false;
+  } catch (...) {
+    Rollback();
+    // The log may hold the unit of work, complete though not acknowledged; a later start would
+    // take it for valid. It is emptied as far as the disk allows.
+    if (!in_memory()) {
+      sqlite3_wal_checkpoint_v2(handle_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                nullptr);
+    }
+    throw;
+  }
+}
+
+void Database::Rollback() noexcept {
+  // Behind some failures SQLite has done it already.
+  if (sqlite3_get_autocommit(handle_.get()) == 0) {
+    sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+  in_unit_ = false;
+  version_ = version_before_;
+}
+
+std::string Database::Name() const {
+  if (in_memory()) return "register in memory";
+  std::string name = file_;
+  // It would end the message.
+  std::replace(name.begin(), name.end(), '\0', '?');
+  return name;
+}
+
+void Database::Fail(const std::string& cause) const {
+  throw RegisterError(fmt::format("{}: {}", Name(), cause));
+}
+
+void Database::FailWith(int code) const {
+  const int primary = code & 0xFF;
+  if (primary == SQLITE_NOMEM) throw std::bad_alloc();
+  if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) Fail("in use by another program");
+  std::string cause = sqlite3_errstr(code);
+  const bool system = primary == SQLITE_CANTOPEN || primary == SQLITE_IOERR;
+  const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
+  if (system && error != 0) cause += ": " + std::generic_category().message(error);
+  Fail(cause);
+}
+
+void Database::Damaged(std::string_view what) const {
+  throw DamageError(fmt::format("{}: the register is damaged: {} makes no sense", Name(), what));
+}
+
+}  // namespace lorimat

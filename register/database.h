@@ -1,0 +1,172 @@
+// A door to SQLite: a file that is known to be one of ours, statements that are prepared once,
+// units of work. Everything that fails throws RegisterError, "FILE: cause", with the cause as
+// SQLite or the system puts it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <unordered_map>
+
+#include "register/register_error.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace lorimat {
+
+class Database;
+
+// What is stored can be read and makes no sense.
+class DamageError : public RegisterError {
+ public:
+  using RegisterError::RegisterError;
+};
+
+struct DatabaseCloser {
+  void operator()(sqlite3* handle) const;
+};
+struct StatementCloser {
+  void operator()(sqlite3_stmt* handle) const;
+};
+using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
+
+// A prepared statement with its values. When it goes it is reset and kept for the next use.
+//
+//   database.Prepare("INSERT INTO logo VALUES (?, ?)").With(number, file).Run();
+//   Statement logos = database.Prepare("SELECT number, file FROM logo");
+//   while (logos.Step()) Use(logos.Integer(0), logos.Text(1));
+class Statement {
+ public:
+  Statement(Database& database, std::string_view sql, StatementHandle handle)
+      : database_(&database), sql_(sql), handle_(std::move(handle)) {}
+  ~Statement();
+  Statement(Statement&&) = default;
+  Statement& operator=(Statement&&) = delete;
+
+  // Gives the parameters their values, from the first one on: integers, flags, texts, nullptr.
+  template <typename... Values>
+  Statement& With(const Values&... values) {
+    Reset();
+    int parameter = 0;
+    (Bind(++parameter, values), ...);
+    return *this;
+  }
+  // The next row; false behind the last one.
+  bool Step();
+  // For a statement without rows, or whose rows do not matter.
+  void Run();
+
+  int64_t Integer(int column) const;
+  // An integer that fits an int; another is damage.
+  int Int(int column) const;
+  bool Flag(int column) const { return Integer(column) != 0; }
+  // Holds until the next step.
+  std::string_view Text(int column) const;
+  std::string String(int column) const { return std::string(Text(column)); }
+  bool IsNull(int column) const;
+
+ private:
+  template <typename Value>
+  void Bind(int parameter, const Value& value) {
+    if constexpr (std::is_same_v<Value, std::nullptr_t>) {
+      BindNull(parameter);
+    } else if constexpr (std::is_integral_v<Value>) {
+      BindInteger(parameter, static_cast<int64_t>(value));
+    } else {
+      BindText(parameter, value);
+    }
+  }
+  void Reset();
+  void BindNull(int parameter);
+  void BindInteger(int parameter, int64_t value);
+  void BindText(int parameter, std::string_view value);
+  void Check(int code) const;
+
+  Database* database_;
+  std::string_view sql_;
+  StatementHandle handle_;
+};
+
+// What makes a file one of ours.
+struct DatabaseKind {
+  int32_t application_id = 0;
+  int newest_version = 0;  // of the schema, above 0
+};
+
+class Database {
+ public:
+  enum class Open {
+    kCreate,    // made when it is not there
+    kExisting,  // has to be there
+  };
+
+  // An empty name is a database in memory. A file that is not ours is refused and left as it
+  // is. A new one, and an empty file, have version 0 and no tables.
+  Database(const std::string& file, Open how, const DatabaseKind& kind);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  const std::string& file() const { return file_; }
+  bool in_memory() const { return file_.empty(); }
+  int version() const { return version_; }
+  // Part of the unit of work that is under way.
+  void SetVersion(int version);
+
+  // `sql` has to last as long as the database: a literal.
+  Statement Prepare(std::string_view sql);
+  // One or more statements without parameters and results.
+  void Execute(const std::string& sql);
+
+  // A unit of work: all of it or nothing. One that is not durable may be lost, whole, when the
+  // computer goes down, never when only the program does.
+  void Begin(bool durable);
+  bool in_unit() const { return in_unit_; }
+  void Commit();
+  void Rollback() noexcept;
+
+  // "FILE: cause".
+  [[noreturn]] void Fail(const std::string& cause) const;
+  // The same for what SQLite answered.
+  [[noreturn]] void FailWith(int code) const;
+  // DamageError, for stored values that make no sense.
+  [[noreturn]] void Damaged(std::string_view what) const;
+
+ private:
+  friend class Statement;
+  void OpenFile(Open how, const DatabaseKind& kind);
+  void CheckFile(Open how) const;
+  void ExplainOpening(int code) const;
+  std::string Name() const;
+  void CheckHead(const DatabaseKind& kind) const;
+  void SetDurable(bool durable);
+  int64_t Value(const std::string& sql);
+
+  std::string file_;
+  int version_ = 0;
+  int version_before_ = 0;  // of the unit of work
+  bool in_unit_ = false;
+  bool durable_ = true;
+  std::unique_ptr<sqlite3, DatabaseCloser> handle_;
+  std::unordered_map<std::string_view, StatementHandle> idle_;
+};
+
+// A unit of work that is taken back unless it is committed.
+class Transaction {
+ public:
+  explicit Transaction(Database& database) : database_(database) { database_.Begin(true); }
+  ~Transaction() {
+    if (database_.in_unit()) database_.Rollback();
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit() { database_.Commit(); }
+
+ private:
+  Database& database_;
+};
+
+}  // namespace lorimat

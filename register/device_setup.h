@@ -1,0 +1,43 @@
+// What is programmed into the device beyond its tables: plain values, kept with them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+#include <string>
+
+namespace lorimat {
+
+// How far the register has come on its way into service; the values are those of
+// RTF_PIDXFptr_CommissioningState.
+enum class Commissioning {
+  kNew = 0,
+  kInService = 1,
+  kRegistered = 2,  // known to the revenue agency
+  kActivated = 3,   // for a shop
+};
+
+struct DeviceSetup {
+  static constexpr int kTrailerLines = 6;
+  static constexpr size_t kTrailerLineSize = 50;
+  static constexpr size_t kPosIdSize = 12;  // also of the cashier's
+
+  // Printed behind a fiscal document; empty lines are not.
+  std::array<std::string, kTrailerLines> trailer_lines = {};
+  std::string fiscal_id = {};  // VAT number of the shop, for the telematic summary
+  // Printed on fiscal documents when they are set.
+  std::string pos_id = {};
+  std::string cashier_id = {};
+  // Logos ahead of the header and behind the trailer; 0 for none.
+  int header_logo = 0;
+  int trailer_logo = 0;
+  int64_t clock_offset = 0;  // seconds that the device's clock is ahead of the system's
+  Commissioning commissioning = Commissioning::kInService;
+  // Documents print, and nothing is registered.
+  bool training = false;
+  // Switch-offs in the middle of a document, and the last one's discovery.
+  int power_losses = 0;
+  std::tm last_power_loss = {};
+};
+
+}  // namespace lorimat

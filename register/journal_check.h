@@ -1,0 +1,19 @@
+// The check of a register's journal against its documents, closings and totals.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "register/database.h"
+#include "register/register_file.h"
+#include "register/store.h"
+#include "register/store_tables.h"
+
+namespace lorimat {
+
+// `open` is the document that was cut off, if there is one. As RegisterFile::VerifyJournal.
+JournalCheck CheckJournal(Database& database, const RegisterStore& store,
+                          const std::optional<StoredOpenDocument>& open,
+                          const std::function<bool(uint64_t done, uint64_t all)>& progress);
+
+}  // namespace lorimat

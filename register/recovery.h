@@ -1,0 +1,24 @@
+// What becomes of a document that was open when the register was switched off.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "register/receipt_desk.h"
+#include "register/register_file.h"
+#include "register/store_tables.h"
+
+namespace lorimat {
+
+// What a stored open document was.
+CutOffDocument DescribeCutOff(const RegisterState& state, const StoredOpenDocument& open);
+
+// Ends it, as ResetPrn would: one that was not paid is void, touches no total, and says in the
+// journal that the power was cut; one that is registered gets its end, under the number that it
+// has. Stored at once. Nothing when none was open.
+std::optional<CutOffDocument> EndCutOff(RegisterCore& core, ReceiptDesk& desk);
+
+// In a sentence, for a person.
+std::string CutOffNotice(const CutOffDocument& document);
+
+}  // namespace lorimat

@@ -1,0 +1,502 @@
+// Files that are registers, files that are not, and units of work.
+#include "register/database.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <optional>
+
+#include "register/register_file.h"
+#include "register/schema.h"
+#include "store_fixture.h"
+
+namespace lorimat {
+namespace {
+
+class DatabaseTest : public StoreTest {
+ protected:
+  // Why a register cannot be opened; empty when it can.
+  std::string Refusal(const std::string& file) const {
+    RegisterSettings settings = TestSettings();
+    settings.file = file;
+    try {
+      VirtualRegister device(settings);
+    } catch (const RegisterError& error) {
+      return error.what();
+    }
+    return {};
+  }
+  std::string LookRefusal(const std::string& file) const {
+    try {
+      RegisterFile look(file);
+    } catch (const RegisterError& error) {
+      return error.what();
+    }
+    return {};
+  }
+  // Refused with the file's name and this cause, by both doors, and left as it is.
+  void ExpectRefused(const std::string& name, const std::string& cause) {
+    const std::string before = Bytes(name);
+    EXPECT_EQ(Refusal(Path(name)), Path(name) + ": " + cause);
+    EXPECT_EQ(LookRefusal(Path(name)), Path(name) + ": " + cause);
+    EXPECT_EQ(Bytes(name), before);
+    for (const char* end : {"-wal", "-shm", "-journal"}) {
+      EXPECT_FALSE(std::filesystem::exists(Path(name + end))) << end;
+    }
+  }
+  void MakeRegister(const std::string& name) {
+    VirtualRegister device(FileSettings(name));
+    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  }
+};
+
+TEST_F(DatabaseTest, ANewFileIsMadeAndMarkedAsARegister) {
+  MakeRegister("shop.register");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA application_id"), "1280135750\n");  // "LMRF"
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "2\n");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA journal_mode"), "wal\n");
+  EXPECT_EQ(Refusal(Path("shop.register")), "");
+}
+
+TEST_F(DatabaseTest, AnEmptyFileBecomesARegister) {
+  // So does a start leave it that is cut off at its very beginning.
+  Write("shop.register", "");
+  EXPECT_EQ(LookRefusal(Path("shop.register")), Path("shop.register") + ": the file is empty");
+  EXPECT_EQ(Bytes("shop.register"), "");
+  EXPECT_EQ(Refusal(Path("shop.register")), "");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "2\n");
+}
+
+TEST_F(DatabaseTest, OtherFilesAreRefusedAndLeftAlone) {
+  Write("text", "Dear diary,\n");
+  ExpectRefused("text", "file is not a database");
+  Write("long text", std::string(20000, 'x'));
+  ExpectRefused("long text", "file is not a database");
+  Write("head alone", std::string("SQLite format 3\0", 16));
+  ExpectRefused("head alone", "file is not a database");
+
+  Write("notes", "");
+  Sql("notes", "CREATE TABLE note (text); INSERT INTO note VALUES ('milk')");
+  ExpectRefused("notes", "the database of another program");
+  Write("marked", "");
+  Sql("marked", "PRAGMA application_id = 7; CREATE TABLE note (text)");
+  ExpectRefused("marked", "the database of another program");
+  Write("versioned", "");
+  Sql("versioned", "PRAGMA user_version = 2");
+  ExpectRefused("versioned", "the database of another program");
+}
+
+TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
+  // Its log waits to be taken over: that is not ours to do.
+  Write("notes", "");
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open_v2(Path("notes").c_str(), &other, SQLITE_OPEN_READWRITE,
+                            FailingDisk::RealName()),
+            SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other,
+                         "PRAGMA journal_mode = WAL; CREATE TABLE note (text);"
+                         "INSERT INTO note VALUES ('milk')",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  CopyAsCut("notes", "copy");
+  sqlite3_close(other);
+  ASSERT_GT(Bytes("copy-wal").size(), 0u);
+  const std::string before = Bytes("copy");
+  const std::string log = Bytes("copy-wal");
+  EXPECT_EQ(Refusal(Path("copy")), Path("copy") + ": the database of another program");
+  EXPECT_EQ(Bytes("copy"), before);
+  EXPECT_EQ(Bytes("copy-wal"), log);
+}
+
+TEST_F(DatabaseTest, ANewerRegisterIsRefused) {
+  MakeRegister("shop.register");
+  Sql("shop.register", "PRAGMA user_version = 3; PRAGMA journal_mode = DELETE");
+  ExpectRefused("shop.register",
+                "made by a newer version: its tables are of version 3, known are those up to 2");
+}
+
+TEST_F(DatabaseTest, AFileThatWasCutShortIsRefused) {
+  MakeRegister("shop.register");
+  const std::string whole = Bytes("shop.register");
+  ASSERT_EQ(whole.size() % 4096, 0u);
+  for (const size_t size : {whole.size() - 1, whole.size() - 4096, size_t{4096}, size_t{5000}}) {
+    Write("cut", whole.substr(0, size));
+    ExpectRefused(
+        "cut", fmt::format("the file is cut short: {} bytes are left of {}", size, whole.size()));
+  }
+  Write("cut", whole.substr(0, 99));
+  ExpectRefused("cut", "file is not a database");
+}
+
+TEST_F(DatabaseTest, ADamagedFileIsRefusedWhenItIsReadOrFoundByItsCheck) {
+  MakeRegister("shop.register");
+  const std::string whole = Bytes("shop.register");
+  int refused = 0, found = 0;
+  // Every page in its turn is overwritten, behind the head of the first one.
+  for (size_t at = 0; at < whole.size(); at += 4096) {
+    std::string damaged = whole;
+    const size_t from = at == 0 ? 100 : at;
+    damaged.replace(from, at + 4096 - from, at + 4096 - from, '\x5a');
+    Write("damaged", damaged);
+    try {
+      RegisterFile look(Path("damaged"));
+      static_cast<void>(look.Roll());
+      const JournalCheck check = look.VerifyJournal({});
+      EXPECT_FALSE(check.good()) << "page " << at / 4096 + 1;
+      ++found;
+    } catch (const RegisterError& error) {
+      EXPECT_EQ(std::string(error.what()).find(Path("damaged") + ": "), 0u) << error.what();
+      ++refused;
+    }
+    // Opening or selling never crashes.
+    try {
+      VirtualRegister device(FileSettings("damaged"));
+      device.BeginFiscalReceipt(true);
+      device.PrintZReport();
+    } catch (const RegisterError&) {
+    }
+  }
+  EXPECT_GT(refused, 0);
+  EXPECT_GT(found, 0);
+}
+
+TEST_F(DatabaseTest, ValuesThatMakeNoSenseAreNamed) {
+  const struct {
+    const char* sql;
+    const char* what;
+  } rows[] = {
+      {"UPDATE ledger SET day_totals = 'x'", "totals"},
+      {"DELETE FROM ledger", "ledger"},
+      {"DELETE FROM period WHERE number = 3", "period"},
+      {"UPDATE period SET totals = '1 '", "totals"},
+      {"UPDATE ledger SET sales = 99999999999", "counters"},
+      {"UPDATE ledger SET abandoned = -1", "counters"},
+      {"UPDATE ledger SET last_closure = 10000", "ledger"},
+      {"UPDATE ledger SET next_invoice = 0", "ledger"},
+      {"UPDATE ledger SET last_document = 9223372036854775807", "ledger"},
+      {"UPDATE ledger SET journal_place = -1", "ledger"},
+      {"INSERT OR REPLACE INTO setting VALUES ('key', 'nine')", "key"},
+      {"INSERT OR REPLACE INTO setting VALUES ('key', '5')", "key"},
+      {"INSERT OR REPLACE INTO setting VALUES ('commissioning', '4')", "commissioning"},
+      {"INSERT OR REPLACE INTO setting VALUES ('training', '2')", "training"},
+      {"INSERT OR REPLACE INTO setting VALUES ('faults', 'flood')", "faults"},
+      {"DELETE FROM setting WHERE name = 'serial_number'", "serial_number"},
+      {"DELETE FROM operator_group WHERE number = 20", "operator_group"},
+      {"UPDATE subtender SET kind = 9 WHERE number = 1", "subtender"},
+      {"INSERT INTO device_option VALUES (317, 'x')", "device_option"},
+      {"INSERT INTO programmed_key VALUES (0, 41, 300, '')", "programmed_key"},
+      {"UPDATE roll SET lines = lines + 1", "roll"},
+      {"UPDATE roll SET first_line = first_line + 50 WHERE first_line = "
+       "(SELECT max(first_line) FROM roll)",
+       "roll"},
+      {"UPDATE roll SET rows = '5 1 0 '", "roll"},
+      {"UPDATE roll SET rows = '0 1 9 '", "roll"},
+      {"INSERT INTO open_document VALUES (1, 99, 0, 0, 0, 0, '')", "open_document"},
+  };
+  MakeRegister("shop.register");
+  for (const auto& row : rows) {
+    std::filesystem::copy_file(Path("shop.register"), Path("changed"),
+                               std::filesystem::copy_options::overwrite_existing);
+    Sql("changed", row.sql);
+    EXPECT_EQ(Refusal(Path("changed")),
+              Path("changed") + ": the register is damaged: " + row.what + " makes no sense")
+        << row.sql;
+  }
+}
+
+TEST_F(DatabaseTest, PlacesWhereNoFileCanBe) {
+  EXPECT_EQ(Refusal(folder_.string()), folder_.string() + ": Is a directory");
+  EXPECT_EQ(LookRefusal(folder_.string()), folder_.string() + ": Is a directory");
+  EXPECT_EQ(LookRefusal(Path("none")), Path("none") + ": No such file or directory");
+  EXPECT_EQ(Refusal(Path("none/shop")),
+            Path("none/shop") + ": unable to open database file: No such file or directory");
+  EXPECT_EQ(LookRefusal(Path("none/shop")), Path("none/shop") + ": No such file or directory");
+  EXPECT_EQ(Refusal(Path(std::string("a\0b", 3))), Path("a?b") + ": Invalid argument");
+  EXPECT_NE(Refusal(Path(std::string(300, 'n'))), "");
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(Refusal(Path("pipe")), Path("pipe") + ": no regular file");
+  EXPECT_EQ(LookRefusal(""), "the register's file has no name");
+}
+
+// Somebody whom the system refuses to write; root it refuses nothing.
+class AsNobody {
+ public:
+  AsNobody() : root_(geteuid() == 0) {
+    if (root_) EXPECT_EQ(seteuid(65534), 0);
+  }
+  ~AsNobody() {
+    if (root_) EXPECT_EQ(seteuid(0), 0);
+  }
+
+ private:
+  bool root_;
+};
+
+TEST_F(DatabaseTest, AFileThatCannotBeWritten) {
+  MakeRegister("shop.register");
+  std::filesystem::permissions(folder_, std::filesystem::perms::all);
+  std::filesystem::permissions(Path("shop.register"), std::filesystem::perms(0444));
+  const AsNobody nobody;
+  ExpectRefused("shop.register", "attempt to write a readonly database");
+}
+
+TEST_F(DatabaseTest, AFolderThatCannotBeWritten) {
+  MakeRegister("shop.register");
+  std::filesystem::permissions(Path("shop.register"), std::filesystem::perms::all);
+  std::filesystem::permissions(folder_, std::filesystem::perms(0555));
+  {
+    const AsNobody nobody;
+    EXPECT_EQ(Refusal(Path("new")),
+              Path("new") + ": unable to open database file: Permission denied");
+    const std::string refusal = Refusal(Path("shop.register"));
+    EXPECT_EQ(refusal.find(Path("shop.register") + ": "), 0u) << refusal;
+  }
+  std::filesystem::permissions(folder_, std::filesystem::perms::all);
+  EXPECT_EQ(Refusal(Path("shop.register")), "");
+}
+
+TEST_F(DatabaseTest, AFileThatIsInUseIsRefused) {
+  VirtualRegister device(FileSettings());
+  const std::string cause = Path("shop.register") + ": in use by another program";
+  EXPECT_EQ(Refusal(Path("shop.register")), cause);
+  EXPECT_EQ(LookRefusal(Path("shop.register")), cause);
+  // From another process too: it asks the system alone.
+  const pid_t child = fork();
+  if (child == 0) _exit(Refusal(Path("shop.register")) == cause ? 0 : 1);
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  // The refused ones have not loosened its hold.
+  EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  const pid_t second = fork();
+  if (second == 0) _exit(Refusal(Path("shop.register")) == cause ? 0 : 1);
+  ASSERT_EQ(waitpid(second, &status, 0), second);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(DatabaseTest, ALookHoldsTheFileToo) {
+  MakeRegister("shop.register");
+  {
+    RegisterFile look(Path("shop.register"));
+    EXPECT_EQ(Refusal(Path("shop.register")),
+              Path("shop.register") + ": in use by another program");
+  }
+  EXPECT_EQ(Refusal(Path("shop.register")), "");
+}
+
+TEST_F(DatabaseTest, ANameThatReadsLikeAPlaceInMemoryIsAFile) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_);
+  RegisterSettings settings = TestSettings();
+  settings.file = ":memory:";
+  { VirtualRegister device(settings); }
+  std::filesystem::current_path(before);
+  EXPECT_TRUE(std::filesystem::exists(Path(":memory:")));
+}
+
+TEST_F(DatabaseTest, NamesMayHoldAnything) {
+  for (const std::string name : {"negozio è \xff", "a?mode=memory", "file:shop", "%41", "a b"}) {
+    MakeRegister(name);
+    EXPECT_TRUE(std::filesystem::exists(Path(name))) << name;
+  }
+}
+
+// --- Units of work
+
+TEST_F(DatabaseTest, AUnitIsThereWholeOrNotAtAll) {
+  Database database(Path("units"), Database::Open::kCreate, kRegisterKind);
+  database.Begin(true);
+  database.Execute("CREATE TABLE number (value INTEGER)");
+  database.Commit();
+  const auto count = [&database] {
+    Statement row = database.Prepare("SELECT count(*) FROM number");
+    EXPECT_TRUE(row.Step());
+    return row.Integer(0);
+  };
+  {
+    Transaction transaction(database);
+    for (int value = 0; value < 3; ++value) {
+      database.Prepare("INSERT INTO number VALUES (?)").With(value).Run();
+    }
+    EXPECT_TRUE(database.in_unit());
+  }
+  EXPECT_FALSE(database.in_unit());
+  EXPECT_EQ(count(), 0);
+  Transaction transaction(database);
+  database.Prepare("INSERT INTO number VALUES (?)").With(7).Run();
+  transaction.Commit();
+  EXPECT_EQ(count(), 1);
+}
+
+TEST_F(DatabaseTest, AStatementCanBeUsedWithinItself) {
+  Database database("", Database::Open::kCreate, kRegisterKind);
+  database.Execute("CREATE TABLE number (value INTEGER); INSERT INTO number VALUES (1), (2), (3)");
+  int64_t pairs = 0;
+  for (Statement outer = database.Prepare("SELECT value FROM number ORDER BY value");
+       outer.Step();) {
+    for (Statement inner = database.Prepare("SELECT value FROM number ORDER BY value");
+         inner.Step();) {
+      pairs += 10 * outer.Integer(0) + inner.Integer(0);
+    }
+  }
+  EXPECT_EQ(pairs, 3 * (10 + 20 + 30) + 3 * (1 + 2 + 3));
+}
+
+TEST_F(DatabaseTest, ValuesComeBackAsTheyWere) {
+  Database database("", Database::Open::kCreate, kRegisterKind);
+  database.Execute("CREATE TABLE one (a, b TEXT, c, d, e)");
+  std::string bytes;
+  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
+  database.Prepare("INSERT INTO one VALUES (?, ?, ?, ?, ?)")
+      .With(INT64_MIN, bytes, nullptr, true, std::string_view())
+      .Run();
+  Statement row = database.Prepare("SELECT a, b, c, d, e FROM one");
+  ASSERT_TRUE(row.Step());
+  EXPECT_EQ(row.Integer(0), INT64_MIN);
+  EXPECT_EQ(row.Text(1), bytes);
+  EXPECT_TRUE(row.IsNull(2));
+  EXPECT_TRUE(row.Flag(3));
+  EXPECT_FALSE(row.IsNull(4));
+  EXPECT_EQ(row.Text(4), "");
+  EXPECT_THROW(row.Int(0), DamageError);
+  EXPECT_FALSE(row.Step());
+}
+
+TEST_F(DatabaseTest, AStatementThatIsNoneNamesTheFile) {
+  Database database(Path("units"), Database::Open::kCreate, kRegisterKind);
+  EXPECT_THROW(database.Execute("NO SUCH"), RegisterError);
+  EXPECT_THROW(database.Prepare("SELECT x FROM nowhere"), RegisterError);
+}
+
+// --- Older schemas
+
+// The tables of version 1 are those of today without the roll.
+class MigrationTest : public DatabaseTest {
+ protected:
+  // A register of version 1, with a receipt, and a document in progress when `open`.
+  void MakeOld(const std::string& name, bool open) {
+    {
+      VirtualRegister device(FileSettings("today"));
+      ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+      if (open) {
+        ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+        ASSERT_EQ(device.PrintRecItemEx(0, "", 5000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+      }
+      CopyAsCut("today", name);
+    }
+    Sql(name, "DROP TABLE roll; PRAGMA user_version = 1; PRAGMA wal_checkpoint(TRUNCATE)");
+  }
+};
+
+TEST_F(MigrationTest, ARegisterOfTheFirstVersionIsBroughtUpToDate) {
+  MakeOld("old", false);
+  VirtualRegister device(FileSettings("old"));
+  EXPECT_TRUE(device.paper_lines().empty());  // it had no roll
+  EXPECT_EQ(device.store().grand_total(), 10000);
+  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  ASSERT_EQ(device.PrintRecItemEx(0, "", 2500, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+  ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  EXPECT_EQ(device.store().grand_total(), 12500);
+  EXPECT_EQ(device.store().documents().back().number, 2);
+}
+
+TEST_F(MigrationTest, ALookBringsItUpToDateToo) {
+  MakeOld("old", false);
+  RegisterFile look(Path("old"));
+  EXPECT_EQ(look.Status().schema_version, 2);
+  EXPECT_TRUE(look.VerifyJournal({}).good());
+  EXPECT_TRUE(look.Roll().lines().empty());
+}
+
+TEST_F(MigrationTest, ADocumentThatWasOpenIsEndedWithoutItsRoll) {
+  MakeOld("old", true);
+  VirtualRegister device(FileSettings("old"));
+  ASSERT_TRUE(device.cut_off());
+  EXPECT_EQ(device.cut_off()->subtotal, 5000);
+  EXPECT_EQ(device.store().grand_total(), 10000);
+  EXPECT_EQ(device.store().counters().abandoned, 1);
+}
+
+TEST_F(MigrationTest, AStepThatFailsLeavesTheFileAsItWas) {
+  MakeOld("old", false);
+  const std::string before = Dump("old");
+  {
+    Database database(Path("old"), Database::Open::kExisting, kRegisterKind);
+    const SchemaStep steps[] = {{1, "CREATE TABLE roll (x); CREATE TABLE half (x); NO SUCH;"}};
+    EXPECT_THROW(Migrate(database, steps), RegisterError);
+    EXPECT_EQ(database.version(), 1);
+  }
+  EXPECT_EQ(Dump("old"), before);
+  EXPECT_EQ(Sql("old", "PRAGMA user_version"), "1\n");
+  EXPECT_EQ(Sql("old", "SELECT count(*) FROM sqlite_master WHERE name IN ('roll', 'half')"), "0\n");
+  EXPECT_EQ(Refusal(Path("old")), "");
+}
+
+TEST_F(MigrationTest, StepsGoOnFromWhereACutLeftThem) {
+  Database database("", Database::Open::kCreate, kRegisterKind);
+  database.SetVersion(1);
+  const SchemaStep steps[] = {{1, "CREATE TABLE a (x)"}, {2, "CREATE TABLE b (x)"}};
+  const SchemaStep broken[] = {{1, "CREATE TABLE a (x)"}, {2, "NO SUCH"}};
+  EXPECT_THROW(Migrate(database, broken), RegisterError);
+  EXPECT_EQ(database.version(), 2);
+  Migrate(database, steps);
+  EXPECT_EQ(database.version(), 3);
+}
+
+TEST_F(MigrationTest, ADiskThatFailsAtAnyPlaceOfAMigration) {
+  MakeOld("kept", false);
+  for (const auto fault : {FailingDisk::Fault::kFull, FailingDisk::Fault::kSync}) {
+    for (int n = 1;; ++n) {
+      ASSERT_LT(n, 200);
+      std::filesystem::copy_file(Path("kept"), Path("old"),
+                                 std::filesystem::copy_options::overwrite_existing);
+      std::string refusal;
+      bool failed = false;
+      {
+        disk.FailAt(fault, n, true);
+        refusal = Refusal(Path("old"));
+        failed = disk.failed();
+        disk.Heal();
+      }
+      // Cut off there or not, the next start makes it good.
+      EXPECT_EQ(Refusal(Path("old")), "") << n;
+      EXPECT_TRUE(RegisterFile(Path("old")).VerifyJournal({}).good()) << n;
+      if (!failed) {
+        EXPECT_EQ(refusal, "");
+        break;
+      }
+    }
+  }
+}
+
+TEST_F(MigrationTest, ADiskThatFailsAtAnyPlaceOfAMaking) {
+  for (const auto fault : {FailingDisk::Fault::kFull, FailingDisk::Fault::kWrite,
+                           FailingDisk::Fault::kSync, FailingDisk::Fault::kHalf}) {
+    for (int n = 1;; ++n) {
+      ASSERT_LT(n, 200);
+      for (const char* end : {"", "-wal", "-journal"}) {
+        std::filesystem::remove(Path(std::string("new") + end));
+      }
+      bool failed = false;
+      {
+        disk.FailAt(fault, n, true);
+        const std::string refusal = Refusal(Path("new"));
+        failed = disk.failed();
+        disk.Heal();
+        if (!refusal.empty()) {
+          EXPECT_EQ(refusal.find(Path("new") + ": "), 0u) << refusal;
+        }
+      }
+      EXPECT_EQ(Refusal(Path("new")), "") << n;
+      if (!failed) break;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace lorimat

@@ -1,0 +1,134 @@
+// A disk that fails when a test wants it to: a layer between SQLite and the system's files. No
+// test waits for the real disk.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstring>
+#include <string>
+
+namespace lorimat {
+
+class FailingDisk {
+ public:
+  enum class Fault {
+    kFull,   // a write finds no room
+    kWrite,  // a write fails
+    kSync,   // what was written does not get through
+    kHalf,   // half of a write gets through, then it fails
+  };
+
+  // While it stands, every database of the process is opened through it.
+  FailingDisk() {
+    real() = sqlite3_vfs_find(nullptr);
+    vfs_ = *real();
+    vfs_.szOsFile = static_cast<int>(sizeof(File)) + real()->szOsFile;
+    vfs_.zName = "failing";
+    vfs_.pNext = nullptr;
+    vfs_.xOpen = &Open;
+    sqlite3_vfs_register(&vfs_, 1);
+    plan() = Plan{};
+  }
+  ~FailingDisk() { sqlite3_vfs_unregister(&vfs_); }
+
+  // The n-th write (or sync, by the fault) from now on fails, and with `lasting` all behind it.
+  void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }
+  void Heal() { plan().armed = false; }
+  // The layer below, for those who look at a file themselves.
+  static const char* RealName() { return real()->zName; }
+  // Whether it has come to a failure since.
+  bool failed() const { return plan().failed; }
+
+ private:
+  struct Plan {
+    Fault fault = Fault::kFull;
+    int left = 0;
+    bool lasting = false;
+    bool armed = false;
+    bool failed = false;
+  };
+  struct File {
+    sqlite3_file base;
+    sqlite3_file* real;
+  };
+
+  static sqlite3_vfs*& real() {
+    static sqlite3_vfs* vfs = nullptr;
+    return vfs;
+  }
+  static Plan& plan() {
+    static Plan plan;
+    return plan;
+  }
+  static sqlite3_file* Real(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real; }
+
+  static bool Fails(bool sync) {
+    Plan& now = plan();
+    if (!now.armed || sync != (now.fault == Fault::kSync)) return false;
+    if (now.failed && now.lasting) return true;
+    if (--now.left != 0) return false;
+    now.failed = true;
+    return true;
+  }
+
+  static int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out) {
+    static sqlite3_io_methods methods = Methods();
+    auto* shim = reinterpret_cast<File*>(file);
+    shim->real = reinterpret_cast<sqlite3_file*>(shim + 1);
+    std::memset(static_cast<void*>(shim->real), 0, static_cast<size_t>(real()->szOsFile));
+    shim->base.pMethods = nullptr;
+    const int code = real()->xOpen(real(), name, shim->real, flags, out);
+    if (code == SQLITE_OK) shim->base.pMethods = &methods;
+    return code;
+  }
+
+  static sqlite3_io_methods Methods() {
+    sqlite3_io_methods methods = {};
+    methods.iVersion = 1;
+    methods.xClose = [](sqlite3_file* file) { return Real(file)->pMethods->xClose(Real(file)); };
+    methods.xRead = [](sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
+      return Real(file)->pMethods->xRead(Real(file), to, size, at);
+    };
+    methods.xWrite = [](sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
+      if (!Fails(false)) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
+      if (plan().fault == Fault::kHalf) {
+        Real(file)->pMethods->xWrite(Real(file), from, size / 2, at);
+      }
+      return plan().fault == Fault::kFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
+    };
+    methods.xTruncate = [](sqlite3_file* file, sqlite3_int64 size) {
+      return Real(file)->pMethods->xTruncate(Real(file), size);
+    };
+    methods.xSync = [](sqlite3_file* file, int flags) {
+      static_cast<void>(file);
+      static_cast<void>(flags);
+      return Fails(true) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
+    };
+    methods.xFileSize = [](sqlite3_file* file, sqlite3_int64* size) {
+      return Real(file)->pMethods->xFileSize(Real(file), size);
+    };
+    methods.xLock = [](sqlite3_file* file, int lock) {
+      return Real(file)->pMethods->xLock(Real(file), lock);
+    };
+    methods.xUnlock = [](sqlite3_file* file, int lock) {
+      return Real(file)->pMethods->xUnlock(Real(file), lock);
+    };
+    methods.xCheckReservedLock = [](sqlite3_file* file, int* held) {
+      return Real(file)->pMethods->xCheckReservedLock(Real(file), held);
+    };
+    methods.xFileControl = [](sqlite3_file* file, int op, void* argument) {
+      return Real(file)->pMethods->xFileControl(Real(file), op, argument);
+    };
+    methods.xSectorSize = [](sqlite3_file* file) {
+      return Real(file)->pMethods->xSectorSize(Real(file));
+    };
+    methods.xDeviceCharacteristics = [](sqlite3_file* file) {
+      return Real(file)->pMethods->xDeviceCharacteristics(Real(file));
+    };
+    return methods;
+  }
+
+  sqlite3_vfs vfs_ = {};
+};
+
+}  // namespace lorimat

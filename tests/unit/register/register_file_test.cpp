@@ -1,0 +1,179 @@
+// A register's file, looked at without switching it on.
+#include "register/register_file.h"
+
+#include "store_fixture.h"
+
+namespace lorimat {
+namespace {
+
+class RegisterFileTest : public StoredRegisterTest {};
+
+TEST_F(RegisterFileTest, TheStatusOfANewRegister) {
+  device.reset();
+  const RegisterStatus status = RegisterFile(Path("shop.register")).Status();
+  EXPECT_EQ(status.file, Path("shop.register"));
+  EXPECT_EQ(status.schema_version, 2);
+  EXPECT_EQ(status.serial_number, "99LRM0000001VR");
+  EXPECT_EQ(status.firmware_version, "1.00");
+  EXPECT_EQ(status.key_position, 1);
+  EXPECT_EQ(status.current_operator, 1);
+  EXPECT_EQ(status.closures, 0);
+  EXPECT_FALSE(status.day_open);
+  EXPECT_EQ(status.documents, 0u);
+  EXPECT_EQ(status.journal_entries, 0u);
+  EXPECT_EQ(status.journal_hash, "");
+  EXPECT_EQ(status.next_invoice, 1);
+  EXPECT_FALSE(status.open_document);
+  EXPECT_TRUE(status.faults.empty());
+}
+
+TEST_F(RegisterFileTest, TheStatusOfADay) {
+  Receipt(1, 100000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  Receipt(1, 20000);
+  ASSERT_EQ(device->BeginDocInvoice("A", "", "", "", ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 30000), RTF_SUCCESS);
+  ASSERT_EQ(Pay(), RTF_SUCCESS);
+  const std::string hash = device->store().journal_hash();
+  device.reset();
+  const RegisterStatus status = RegisterFile(Path("shop.register")).Status();
+  EXPECT_EQ(status.closures, 1);
+  EXPECT_TRUE(status.day_open);
+  EXPECT_EQ(status.counters.documents, 1);
+  EXPECT_EQ(status.counters.invoices, 1);
+  EXPECT_EQ(status.day_total, 50000);
+  EXPECT_EQ(status.grand_total, 150000);
+  EXPECT_EQ(status.next_invoice, 2);
+  EXPECT_EQ(status.pending_summaries, 1);
+  EXPECT_EQ(status.documents, 3u);
+  EXPECT_EQ(status.journal_entries, 4u);
+  EXPECT_EQ(status.journal_hash, hash);
+}
+
+TEST_F(RegisterFileTest, ALookChangesNothing) {
+  Receipt(1, 10000);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 5000), RTF_SUCCESS);
+  device.reset();
+  const std::string before = Dump("shop.register");
+  {
+    RegisterFile file(Path("shop.register"));
+    const RegisterStatus status = file.Status();
+    ASSERT_TRUE(status.open_document);
+    EXPECT_EQ(status.open_document->kind, "receipt");
+    EXPECT_EQ(status.open_document->lines, 1);
+    EXPECT_EQ(status.open_document->subtotal, 5000);
+    static_cast<void>(file.Roll());
+    static_cast<void>(file.VerifyJournal({}));
+  }
+  EXPECT_EQ(Dump("shop.register"), before);
+}
+
+TEST_F(RegisterFileTest, TheRollAndItsLastDocuments) {
+  Receipt(1, 10000);
+  const size_t first = device->paper_lines().size();
+  Receipt(2, 20000);
+  const size_t second = device->paper_lines().size();
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 5000), RTF_SUCCESS);
+  const std::vector<std::string> lines = device->paper_lines();
+  const auto from = [&lines](size_t line) {
+    return std::vector<std::string>(lines.begin() + static_cast<std::ptrdiff_t>(line), lines.end());
+  };
+  device.reset();
+  RegisterFile file(Path("shop.register"));
+  EXPECT_EQ(file.Roll().lines(), lines);
+  EXPECT_EQ(file.Roll(1).lines(), from(second));  // the one in progress
+  EXPECT_EQ(file.Roll(2).lines(), from(first));
+  EXPECT_EQ(file.Roll(3).lines(), lines);
+  EXPECT_EQ(file.Roll(99).lines(), lines);
+  const Paper two = file.Roll(2);
+  ASSERT_EQ(two.rows().size(), 1u);  // the cut of the second receipt
+  EXPECT_EQ(two.rows()[0].line, second - first - 1);
+  EXPECT_EQ(two.dropped(), first);
+}
+
+TEST_F(RegisterFileTest, WithoutAnOpenDocumentTheLastOneEndsWithItsCut) {
+  Receipt(1, 10000);
+  const size_t first = device->paper_lines().size();
+  Receipt(2, 20000);
+  device.reset();
+  RegisterFile file(Path("shop.register"));
+  EXPECT_EQ(file.Roll(1).lines().size(), first);
+  EXPECT_EQ(file.Roll(1).lines().back(), std::string(42, '-'));
+  EXPECT_EQ(file.Roll(2).lines().size(), 2 * first);
+}
+
+TEST_F(RegisterFileTest, TheJournalBySelectionWithItsPlaces) {
+  Receipt(1, 10000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  Receipt(1, 20000);
+  Receipt(1, 30000);
+  device.reset();
+  RegisterFile file(Path("shop.register"));
+  const auto places = [&file](JournalSelection selection) {
+    std::vector<uint64_t> found;
+    file.ReadJournal(selection, [&found](uint64_t place, const JournalEntry&) {
+      found.push_back(place);
+      return true;
+    });
+    return found;
+  };
+  JournalSelection all;
+  all.from_closure = 0;
+  all.to_closure = 9999;
+  EXPECT_EQ(places(all), (std::vector<uint64_t>{1, 2, 3, 4}));
+  JournalSelection closings = all;
+  closings.filter = kJournalClosure;
+  EXPECT_EQ(places(closings), std::vector<uint64_t>{2});
+  JournalSelection second = all;
+  second.from_closure = second.to_closure = 2;
+  EXPECT_EQ(places(second), (std::vector<uint64_t>{3, 4}));
+  JournalSelection day;
+  day.by_date = true;
+  ASSERT_TRUE(ParseMinute("150120241030", &day.from));
+  ASSERT_TRUE(ParseMinute("150120241030", &day.to));
+  EXPECT_EQ(places(day), (std::vector<uint64_t>{1, 2, 3, 4}));
+  ASSERT_TRUE(ParseMinute("150120241031", &day.from));
+  ASSERT_TRUE(ParseMinute("150120251031", &day.to));
+  EXPECT_TRUE(places(day).empty());
+  int read = 0;
+  file.ReadJournal(all, [&read](uint64_t, const JournalEntry&) { return ++read < 2; });
+  EXPECT_EQ(read, 2);
+}
+
+TEST_F(RegisterFileTest, FaultsAreSetForTheNextStart) {
+  device.reset();
+  {
+    RegisterFile file(Path("shop.register"));
+    EXPECT_TRUE(file.Faults().empty());
+    FaultPlan plan;
+    plan.Add({.name = "paper-end"});
+    file.SetFaults(plan);
+    EXPECT_EQ(file.Faults().faults().size(), 1u);
+    EXPECT_EQ(file.Status().faults.faults().size(), 1u);
+  }
+  Start();
+  ASSERT_EQ(device->faults().faults().size(), 1u);
+  EXPECT_NE(Begin(), RTF_SUCCESS);
+  // It has struck: it is gone for good.
+  Restart();
+  EXPECT_TRUE(device->faults().empty());
+  EXPECT_EQ(Begin(), RTF_SUCCESS);
+}
+
+TEST_F(RegisterFileTest, FaultsThatCannotBeStoredAreNotSet) {
+  device.reset();
+  RegisterFile file(Path("shop.register"));
+  FaultPlan plan;
+  plan.Add({.name = "paper-end"});
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  EXPECT_THROW(file.SetFaults(plan), RegisterError);
+  disk.Heal();
+  EXPECT_TRUE(file.Faults().empty());
+  file.SetFaults(plan);
+  EXPECT_EQ(file.Faults().faults().size(), 1u);
+}
+
+}  // namespace
+}  // namespace lorimat
