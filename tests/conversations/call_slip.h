@@ -16,6 +16,7 @@ namespace conversation {
 struct Out {
   void* pointer;
   void (*fill)(void* pointer, const Value& value);
+  Value (*read)(const void* pointer);  // what it holds now
 };
 
 // A pointer that the operation reads and fills.
@@ -39,6 +40,20 @@ TableField<T> Field(bool write, T* pointer) {
   return {write, pointer};
 }
 
+// The argument as the operation itself takes it.
+template <typename T>
+T Plain(T value) {
+  return value;
+}
+template <typename T>
+T* Plain(Both<T> both) {
+  return both.pointer;
+}
+template <typename T>
+T* Plain(TableField<T> field) {
+  return field.pointer;
+}
+
 class CallSlip {
  public:
   template <typename... Arguments>
@@ -60,6 +75,11 @@ class CallSlip {
     } else {
       return Value::Word(std::to_string(*pointer));
     }
+  }
+
+  template <typename T>
+  static Value ReadBack(const void* pointer) {
+    return Read(static_cast<const T*>(pointer));
   }
 
   template <typename T>
@@ -87,19 +107,19 @@ class CallSlip {
   void Add(Event* event) { arguments.push_back(Value::Word(event == nullptr ? "null" : "event")); }
   template <typename T>
   void Add(T* pointer) {
-    outs.push_back({pointer, &Fill<T>});
+    outs.push_back({pointer, &Fill<T>, &ReadBack<T>});
   }
   template <typename T>
   void Add(Both<T> both) {
     arguments.push_back(Read(both.pointer));
-    outs.push_back({both.pointer, &Fill<T>});
+    outs.push_back({both.pointer, &Fill<T>, &ReadBack<T>});
   }
   template <typename T>
   void Add(TableField<T> field) {
     if (field.write) {
       arguments.push_back(Read(field.pointer));
     } else {
-      outs.push_back({field.pointer, &Fill<T>});
+      outs.push_back({field.pointer, &Fill<T>, &ReadBack<T>});
     }
   }
 };

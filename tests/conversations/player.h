@@ -1,20 +1,45 @@
 // Plays a conversation against the shared library.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "script.h"
 
+class RtfClientInterface;
+
 namespace conversation {
+
+// What is compared when a device gives the answers.
+enum class Comparison {
+  kAll,      // as with the conversation's own: the device's answers have to be the same besides
+  kCodes,    // the calls, the results of the device and the codes of the lines; what is read from
+             // the device, and the texts and files that show it, are its own
+  kNothing,  // the lines are sent
+};
 
 struct Stage {
   std::string library;   // path of the shared library
   std::string language;  // path of the definition file that is used by default
+  // Gives the answers in place of the conversation; its pointers have to hold room as
+  // rtfclientinterface.h says. It must not answer -1, and every line has to end with a code that
+  // `is_code` knows.
+  RtfClientInterface* device = nullptr;
+  // Asked ahead of each step that talks to the library: the device from there on, or null to keep
+  // the one there is.
+  std::function<RtfClientInterface*(const Step& step)> device_for = nullptr;
+  // Told of each call that the conversation answers otherwise than with success, ahead of it.
+  std::function<void(const Call& call, int answer)> refusal = nullptr;
+  Comparison comparison = Comparison::kAll;
+  bool (*is_code)(long code) = nullptr;
 };
 
 struct Count {
-  int steps = 0;  // lines sent and exports called, TradInit among them
-  int calls = 0;  // client calls compared
+  int steps = 0;       // lines sent and exports called, TradInit among them
+  int calls = 0;       // client calls compared
+  int lines = 0;       // lines sent
+  int same_lines = 0;  // of those: with the calls, answers and text of the conversation
+  int forwarded = 0;   // calls that the device answered
 };
 
 // Loads the library in a temporary folder of its own, plays every step, unloads it.

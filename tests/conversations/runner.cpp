@@ -76,7 +76,9 @@ bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  conversation::Stage stage{CONVERSATION_LIBRARY, CONVERSATION_LANGUAGE};
+  conversation::Stage stage;
+  stage.library = CONVERSATION_LIBRARY;
+  stage.language = CONVERSATION_LANGUAGE;
   bool must_fail = false;
   std::vector<std::string> files;
   for (int i = 1; i < count; ++i) {
