@@ -1,0 +1,157 @@
+// What a register costs that holds few receipts, and one that holds many: opening it, a sale, its
+// state, an old document. Each is measured on both files, and the ratio tells whether the cost
+// grows with what is stored. The times of a sale are those of the disk: a receipt is on it before
+// the payment is answered.
+//
+//   capacity_bench [--quick] [google-benchmark's arguments]
+//
+// --quick compares 1,000 receipts with 20,000 instead of 1,000,000, which take more than 1 GB in
+// the folder for temporary files.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench_tools.h"
+#include "register/register_file.h"
+#include "register/virtual_register.h"
+#include "stored_register.h"
+
+namespace {
+
+using lorimat::RegisterFile;
+using lorimat::VirtualRegister;
+
+// Enough of each, and fewer sales than a day's numbers.
+constexpr int kOpenings = 20;
+constexpr int kSales = 300;
+constexpr int kReadings = 1000;
+
+void opening(benchmark::State& state, const StoredRegister* stored) {
+  for (auto _ : state) {
+    auto device = std::make_unique<VirtualRegister>(stored->settings());
+    require(device->GetState() == RTF_S_IDLE, "the register is not idle");
+    state.PauseTiming();  // switching it off
+    device.reset();
+    state.ResumeTiming();
+  }
+}
+
+void sale(benchmark::State& state, const StoredRegister* stored) {
+  VirtualRegister device(stored->settings());
+  for (auto _ : state) {
+    const bool sold = device.BeginFiscalReceipt(true) == 0 &&
+                      device.PrintRecItemEx(0, "CAFFE", 12000, 0, -1, 0, "", 2, true, "") == 0 &&
+                      device.PrintRecItemEx(0, "PANE", 0, 750, -1, 39000, "", 4, true, "") == 0 &&
+                      device.PrintRecTotalEx(0, "0", true) == 0;
+    require(sold, "the register refuses a sale");
+  }
+}
+
+// The status line, the total of the day and the grand total.
+void state_and_totals(benchmark::State& state, const StoredRegister* stored) {
+  VirtualRegister device(stored->settings());
+  char text[512];
+  for (auto _ : state) {
+    const bool read =
+        device.GetDataInternal(371, text) == 0 && device.GetDataInternal(89, text) == 0 &&
+        device.GetDataInternal(98, text) == 0 && device.GetTotalizerExtend(0, 4, 16, text) == 0;
+    require(read, "the register does not tell its totals");
+  }
+}
+
+// A receipt of the first day is looked for to be made void, which is given up again.
+void old_receipt(benchmark::State& state, const StoredRegister* stored) {
+  VirtualRegister device(stored->settings());
+  for (auto _ : state) {
+    const bool found =
+        device.BeginDocTelematicCancel(500, 1, "", false, "") == 0 && device.ResetPrn() == 0;
+    require(found, "the register does not find a receipt of its first day");
+  }
+}
+
+// What "lorimat status" does.
+void status_of_the_file(benchmark::State& state, const StoredRegister* stored) {
+  for (auto _ : state) {
+    const RegisterFile file(stored->file());
+    const lorimat::RegisterStatus status = file.Status();
+    require(status.documents >= static_cast<uint64_t>(stored->receipts()), "documents are missing");
+  }
+}
+
+struct Measure {
+  const char* name;
+  void (*run)(benchmark::State& state, const StoredRegister* stored);
+  int times;
+};
+constexpr Measure kMeasures[] = {{"opening", opening, kOpenings},
+                                 {"status_of_the_file", status_of_the_file, kOpenings},
+                                 {"state_and_totals", state_and_totals, kReadings},
+                                 {"old_receipt", old_receipt, kOpenings},
+                                 {"sale", sale, kSales}};
+
+// Shows the runs as ever, and keeps their times for the ratios.
+class KeepingReporter : public benchmark::ConsoleReporter {
+ public:
+  KeepingReporter() : ConsoleReporter(OO_None) {}
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      const std::string name = run.run_name.function_name;
+      if (run.run_type == Run::RT_Iteration) milliseconds[name] = run.GetAdjustedRealTime();
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+  std::map<std::string, double> milliseconds;
+};
+
+std::string NameOf(const Measure& measure, const StoredRegister& stored) {
+  return std::string(measure.name) + "/" + std::to_string(stored.receipts());
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  int64_t many = 1000000;
+  std::vector<char*> others;
+  for (int i = 0; i < count; ++i) {
+    if (std::string_view(arguments[i]) == "--quick") {
+      many = 20000;
+    } else {
+      others.push_back(arguments[i]);
+    }
+  }
+  int left = static_cast<int>(others.size());
+  benchmark::Initialize(&left, others.data());
+  if (benchmark::ReportUnrecognizedArguments(left, others.data())) return 1;
+
+  std::fprintf(stderr, "making registers of 1000 and of %lld receipts\n",
+               static_cast<long long>(many));
+  const StoredRegister few;
+  const StoredRegister lots(few, many);
+  for (const Measure& measure : kMeasures) {
+    for (const StoredRegister* stored : {&few, &lots}) {
+      benchmark::RegisterBenchmark(NameOf(measure, *stored).c_str(), measure.run, stored)
+          ->Unit(benchmark::kMillisecond)
+          ->Iterations(measure.times)
+          ->UseRealTime();
+    }
+  }
+  KeepingReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+
+  std::printf("\n%-22s %16s %16s %8s\n", "milliseconds", std::to_string(few.receipts()).c_str(),
+              std::to_string(lots.receipts()).c_str(), "ratio");
+  for (const Measure& measure : kMeasures) {
+    const auto one = reporter.milliseconds.find(NameOf(measure, few));
+    const auto other = reporter.milliseconds.find(NameOf(measure, lots));
+    if (one == reporter.milliseconds.end() || other == reporter.milliseconds.end()) continue;
+    std::printf("%-22s %16.4f %16.4f %8.2f\n", measure.name, one->second, other->second,
+                other->second / one->second);
+  }
+  benchmark::Shutdown();
+  return 0;
+}
