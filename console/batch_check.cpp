@@ -13,6 +13,7 @@
 #include "pal/protocols/lorimat/front/opcodes.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 #include "suggestion.h"
+#include "translate.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ std::string candidates_text(const std::string& word, const std::vector<std::stri
   }
   const bool more = fitting.size() > kCandidatesShown;
   if (more) fitting.resize(kCandidatesShown);
-  return fmt::format("{}{}", fmt::join(fitting, ", "), more ? " and others" : "");
+  return fmt::format("{}{}", fmt::join(fitting, ", "), more ? tr(" and others") : "");
 }
 
 bool is_field_number(int number) { return number >= 1 && number <= MAXCAMPI; }
@@ -49,7 +50,7 @@ class LineCheck {
   void run() {
     if (text_.front() == '@') {
       add(Severity::kError, "nested-batch", 1, INVALID_BATCH_LINE,
-          "a batch does not run inside a batch");
+          tr("a batch does not run inside a batch"));
       return;
     }
     int position = 1;
@@ -61,7 +62,7 @@ class LineCheck {
     // The fields come first: the library looks for the command's handler behind them.
     if (check_fields(position) && find_handler(opcode_) == nullptr) {
       add(Severity::kError, "command-not-supported", 1, syntax_error(INSTRUCTION_NOT_SUPPORTED),
-          fmt::format("{} has the number {}, which is no command of the library", word, opcode_));
+          tr("{} has the number {}, which is no command of the library", word, opcode_));
     }
   }
 
@@ -85,10 +86,10 @@ class LineCheck {
     for (const CommandWord& command : words_) names.push_back(command.name);
     if (failure == INSTRUCTION_NOT_UNIC) {
       add(Severity::kError, "command-not-unique", 1, syntax_error(INSTRUCTION_NOT_UNIC),
-          fmt::format("'{}' fits more than one command: {}", word, candidates_text(word, names)));
+          tr("'{}' fits more than one command: {}", word, candidates_text(word, names)));
     } else {
       add(Severity::kError, "command-not-found", 1, syntax_error(INSTRUCTION_NOT_FOUND),
-          fmt::format("no command is called '{}'", word), nearest_word(word, names));
+          tr("no command is called '{}'", word), nearest_word(word, names));
     }
   }
 
@@ -130,7 +131,7 @@ class LineCheck {
     }
     if (verdict != 0) {
       add(Severity::kError, "field-missing", 1, syntax_error(CAMPO_OBBLIGATORIO),
-          fmt::format("{} lacks a field that must be given: {}", name_, missing_fields()));
+          tr("{} lacks a field that must be given: {}", name_, missing_fields()));
     }
     return verdict == 0;
   }
@@ -138,14 +139,14 @@ class LineCheck {
   void take_field(const std::string& key, int number, int start) {
     if (given_[static_cast<size_t>(number)]) {
       add(Severity::kWarning, "field-twice", start, 0,
-          fmt::format("field {} is given twice; the last value counts", key));
+          tr("field {} is given twice; the last value counts", key));
     }
     given_[static_cast<size_t>(number)] = true;
     const language::CommandFields* handler = language::find_handler_fields(opcode_);
     if (handler != nullptr && std::find(handler->fields.begin(), handler->fields.end(), number) ==
                                   handler->fields.end()) {
       add(Severity::kWarning, "field-not-read", start, 0,
-          fmt::format("{} does not read field {}: it has no effect", name_, key));
+          tr("{} does not read field {}: it has no effect", name_, key));
     }
   }
 
@@ -164,17 +165,16 @@ class LineCheck {
     const std::vector<std::string> names = field_names();
     if (key.empty()) {
       add(Severity::kError, "field-without-name", start, CLASS_SYNTAX + failure,
-          "a field without a name");
+          tr("a field without a name"));
     } else if (failure == FIELD_NAME_NOT_UNIC) {
       add(Severity::kError, "field-not-unique", start, syntax_error(FIELD_NAME_NOT_UNIC),
-          fmt::format("'{}' fits more than one field of {}: {}", key, name_,
-                      candidates_text(key, names)));
+          tr("'{}' fits more than one field of {}: {}", key, name_, candidates_text(key, names)));
     } else if (names.empty()) {
       add(Severity::kError, "field-not-found", start, syntax_error(FIELD_NAME_NOT_FOUND),
-          fmt::format("{} takes no fields", name_));
+          tr("{} takes no fields", name_));
     } else {
       add(Severity::kError, "field-not-found", start, syntax_error(FIELD_NAME_NOT_FOUND),
-          fmt::format("{} has no field '{}'", name_, key), nearest_word(key, names));
+          tr("{} has no field '{}'", name_, key), nearest_word(key, names));
     }
   }
 
@@ -184,20 +184,21 @@ class LineCheck {
     switch (failure) {
       case ILLEGAL_FIELD_NAME:
         add(Severity::kError, "quote-in-name", position, code,
-            "a quote in a field's name; is the '=' missing?");
+            tr("a quote in a field's name; is the '=' missing?"));
         break;
       case LABEL_VALUE_NOT_FOUND:
         refuse_symbol(start, code);
         break;
       case ALFA_VALUE_INVALID:
         add(Severity::kError, "bad-quote", position, code,
-            "this quote is not closed, or stands behind the beginning of the value");
+            tr("this quote is not closed, or stands behind the beginning of the value"));
         break;
       case UNEXPECTED_END_OF_LINE:
-        add(Severity::kError, "line-ends", position, code, "the line ends where a field is due");
+        add(Severity::kError, "line-ends", position, code,
+            tr("the line ends where a field is due"));
         break;
       default:
-        add(Severity::kError, "bad-value", start, code, "the value is too long");
+        add(Severity::kError, "bad-value", start, code, tr("the value is too long"));
         break;
     }
   }
@@ -211,8 +212,8 @@ class LineCheck {
     const std::string near = nearest_word(word, symbols_);
     const bool case_only = !near.empty() && equals_ignoring_case(near.c_str(), word.c_str());
     add(Severity::kError, "value-not-found", static_cast<int>(begin) + 1, code,
-        fmt::format("'{}' is no word for a value; {}", word,
-                    case_only ? "capitals count" : "a text needs quotes"),
+        tr("'{}' is no word for a value; {}", word,
+           case_only ? tr("capitals count") : tr("a text needs quotes")),
         near);
   }
 
@@ -251,15 +252,15 @@ void BatchCheck::check_bytes(const SourceLine& line) {
   };
   if (line.length > kLongestLine) {
     add("line-too-long", 0, syntax_error(SOURCE_LINE_TOO_LONG),
-        fmt::format("the line has {} characters, more than {}", line.length, kLongestLine));
+        tr("the line has {} characters, more than {}", line.length, kLongestLine));
   }
   if (line.nul_at != 0) {
-    add("nul-byte", line.nul_at, 0, "a NUL byte: the library reads the line only up to there");
+    add("nul-byte", line.nul_at, 0, tr("a NUL byte: the library reads the line only up to there"));
   }
   const size_t carriage_return = line.text.find('\r');
   if (carriage_return != std::string::npos) {
     add("bare-carriage-return", carriage_return + 1, 0,
-        "a carriage return that ends no line: what follows belongs to the same line");
+        tr("a carriage return that ends no line: what follows belongs to the same line"));
   }
 }
 

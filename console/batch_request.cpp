@@ -8,12 +8,14 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <string_view>
 
 #include "failure.h"
 #include "line_reader.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -60,14 +62,12 @@ ScratchFolder::ScratchFolder() {
     if (mkdir(path_.c_str(), 0700) == 0) return;
     if (errno != EEXIST) break;
   }
-  throw Failure(
-      fmt::format("{}: no folder for the error file: {}", shown(path_), system_message(errno)));
+  throw Failure(tr("{}: no folder for the error file: {}", shown(path_), system_message(errno)));
 }
 
 ScratchFolder::~ScratchFolder() {
-  unlink(error_file().c_str());
-  unlink((error_file() + ".tmp").c_str());
-  rmdir(path_.c_str());
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
 }
 
 void require_batch_name(const std::string& name) {
@@ -76,22 +76,22 @@ void require_batch_name(const std::string& name) {
     for (char& c : lower) {
       if (is_capital(c)) c = static_cast<char>(c - 'A' + 'a');
     }
-    throw Failure(fmt::format(
+    throw Failure(tr(
         "{}: --batch cannot run a file whose name has capital letters: the library lower-cases the "
         "names of batch files and would look for {}; rename the file, or run it without --batch",
         shown(name), shown(lower)));
   }
   if (std::any_of(name.begin(), name.end(), is_control)) {
     throw Failure(
-        fmt::format("{}: --batch cannot run a file whose name has control characters: the library "
-                    "cannot be given such a name; rename the file, or run it without --batch",
-                    shown(name)));
+        tr("{}: --batch cannot run a file whose name has control characters: the library "
+           "cannot be given such a name; rename the file, or run it without --batch",
+           shown(name)));
   }
   if (!name.empty() && name.back() == ' ') {
     throw Failure(
-        fmt::format("'{}': --batch cannot run a file whose name ends in a blank: the library drops "
-                    "that blank; rename the file, or run it without --batch",
-                    shown(name)));
+        tr("'{}': --batch cannot run a file whose name ends in a blank: the library drops "
+           "that blank; rename the file, or run it without --batch",
+           shown(name)));
   }
 }
 

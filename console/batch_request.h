@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// A folder for the error file, removed with the object. Its path has no capital letters, since
+// A folder for files that the library writes, removed with the object and with them. Its path has no capital letters, since
 // the library lower-cases the names of an "@" line.
 class ScratchFolder {
  public:
@@ -15,6 +15,7 @@ class ScratchFolder {
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
+  const std::string& path() const { return path_; }
   std::string error_file() const { return path_ + "/errors.txt"; }
 
  private:

@@ -12,9 +12,11 @@
 #include "json_text.h"
 #include "language.h"
 #include "line_reader.h"
+#include "notices.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "progress.h"
-#include "text.h"
+#include "styles.h"
+#include "translate.h"
 
 namespace {
 
@@ -41,10 +43,6 @@ bool is_odd(const SourceLine& line) {
          line.text.find('\r') != std::string::npos;
 }
 
-std::string counted(uint64_t count, const char* what) {
-  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 class Checker {
  public:
   Checker(const CheckOptions& options, Streams& streams) : options_(options), streams_(streams) {}
@@ -54,7 +52,7 @@ class Checker {
       try {
         check_file(file);
       } catch (const Failure& failure) {
-        streams_.error(fmt::format("lorimat: {}\n", failure.what()));
+        tell_error(streams_, failure.what());
         not_done_ = true;
       }
     }
@@ -105,14 +103,19 @@ class Checker {
         kind = FileKind::kBatch;
         start();
       }
-      if (definition) definition->finish();
+      if (definition) {
+        const EnglishMessages english(options_.json);
+        definition->finish();
+      }
     }
     errors_ += findings.errors();
-    show(reader.name(), findings, definition, batch);
+    show(options_.json && file == "-" ? "standard input" : reader.name(), findings, definition,
+         batch);
   }
 
-  static void take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
-                   std::optional<BatchCheck>& batch) {
+  void take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
+            std::optional<BatchCheck>& batch) const {
+    const EnglishMessages english(options_.json);
     if (definition) {
       definition->take(line);
     } else if (batch) {
@@ -133,27 +136,39 @@ class Checker {
       files_.push_back(as_json(name, findings, definition));
       return;
     }
+    const bool colours = streams_.output_has_colours();
     std::string out;
     for (const Finding& finding : findings.sorted()) {
-      if (finding.severity != Severity::kNote || options_.notes) out += finding_text(name, finding);
+      if (finding.severity == Severity::kNote && !options_.notes) continue;
+      out += finding_text(name, finding, colours);
     }
     if (findings.dropped() != 0) {
-      out += fmt::format("{}: {} more are not shown\n", name, findings.dropped());
+      out += tr("{}: {} more are not shown\n", name, findings.dropped());
     }
     const std::string content =
         definition
-            ? fmt::format("definition file, {}, {}, {}", counted(definition->commands(), "command"),
-                          counted(definition->fields(), "field"),
-                          counted(definition->symbols(), "symbol"))
-            : fmt::format("batch file, {}", counted(batch ? batch->commands() : 0, "command"));
-    out += fmt::format("{}: {}: {}\n", name, content, verdict(findings));
+            ? tr("definition file, {}, {}, {}", counted_commands(definition->commands()),
+                 tr_count(definition->fields(), TR_TEXT("{} field"), TR_TEXT("{} fields")),
+                 tr_count(definition->symbols(), TR_TEXT("{} symbol"), TR_TEXT("{} symbols")))
+            : tr("batch file, {}", counted_commands(batch ? batch->commands() : 0));
+    out += fmt::format("{} {}: {}\n", styled(name + ":", Style::kStrong, colours), content,
+                       verdict(findings, colours));
     streams_.output(out);
   }
 
-  static std::string verdict(const Findings& findings) {
-    if (findings.errors() == 0 && findings.warnings() == 0) return "no faults";
-    return fmt::format("{}, {}", counted(findings.errors(), "error"),
-                       counted(findings.warnings(), "warning"));
+  static std::string counted_commands(uint64_t count) {
+    return tr_count(count, TR_TEXT("{} command"), TR_TEXT("{} commands"));
+  }
+
+  static std::string verdict(const Findings& findings, bool colours) {
+    const uint64_t errors = findings.errors();
+    const uint64_t warnings = findings.warnings();
+    if (errors == 0 && warnings == 0) return styled(tr("no faults"), Style::kGood, colours);
+    return fmt::format("{}, {}",
+                       styled(tr_count(errors, TR_TEXT("{} error"), TR_TEXT("{} errors")),
+                              Style::kError, colours && errors != 0),
+                       styled(tr_count(warnings, TR_TEXT("{} warning"), TR_TEXT("{} warnings")),
+                              Style::kWarning, colours && warnings != 0));
   }
 
   static Json as_json(const std::string& name, const Findings& findings,

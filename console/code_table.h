@@ -1,5 +1,6 @@
 // What result codes mean: the classes, the codes that the library gives of itself, and the results
-// of a device client. The texts of the answers are not here: they come from the library.
+// of a device client. The texts of the answers are not here: they come from the library. What
+// causes a code is in English here; translated() has the user's.
 #pragma once
 
 #include <span>

@@ -10,6 +10,7 @@
 #include "pal/protocols/lorimat/lorimatenums.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 #include "suggestion.h"
+#include "translate.h"
 
 namespace {
 
@@ -76,22 +77,21 @@ void DefinitionCheck::add(Severity severity, const char* rule, std::string what,
 
 void DefinitionCheck::check_bytes(const SourceLine& line) {
   if (line.nul_at != 0) {
-    add(Severity::kError, "nul-byte", fmt::format("a NUL byte in column {}", line.nul_at),
-        "the library reads the line only up to there");
+    add(Severity::kError, "nul-byte", tr("a NUL byte in column {}", line.nul_at),
+        tr("the library reads the line only up to there"));
   }
   const size_t carriage_return = line.text.find('\r');
   if (carriage_return != std::string::npos) {
     add(Severity::kError, "bare-carriage-return",
-        fmt::format("a carriage return in column {} ends no line", carriage_return + 1),
-        "what follows belongs to the same line");
+        tr("a carriage return in column {} ends no line", carriage_return + 1),
+        tr("what follows belongs to the same line"));
   }
   if (line.length > kDefinitionLineLimit) {
     const std::string cut = cleaned_definition_line(line.text.substr(0, kDefinitionLineLimit));
     if (cut != cleaned_definition_line(line.text)) {
       add(Severity::kError, "line-too-long",
-          fmt::format("the line has {} characters, more than {}", line.length,
-                      kDefinitionLineLimit),
-          "the library cuts it there");
+          tr("the line has {} characters, more than {}", line.length, kDefinitionLineLimit),
+          tr("the library cuts it there"));
     }
   }
 }
@@ -101,8 +101,8 @@ void DefinitionCheck::take(const SourceLine& line) {
   check_bytes(line);
   std::string text = line.text.substr(0, kDefinitionLineLimit);
   if (line.number == 1 && text.rfind("\xEF\xBB\xBF", 0) == 0) {
-    add(Severity::kError, "byte-order-mark", "the file begins with a byte order mark",
-        "the library takes it for a part of the first line");
+    add(Severity::kError, "byte-order-mark", tr("the file begins with a byte order mark"),
+        tr("the library takes it for a part of the first line"));
   }
   text = cleaned_definition_line(text);
   if (text.empty()) return;
@@ -121,8 +121,8 @@ void DefinitionCheck::take_header(const std::string& text) {
   texts_ = find_texts(section_);
   id_ = 0;
   if (text.size() < 2 || text.back() != ']') {
-    add(Severity::kError, "header-not-closed", fmt::format("'{}' is not closed by a ']'", text),
-        fmt::format("its last character is dropped, so that it names the section '{}'", section_));
+    add(Severity::kError, "header-not-closed", tr("'{}' is not closed by a ']'", text),
+        tr("its last character is dropped, so that it names the section '{}'", section_));
   }
   if (section_ == "OPCOD") {
     kind_ = Kind::kCommands;
@@ -136,8 +136,8 @@ void DefinitionCheck::take_header(const std::string& text) {
   } else if (section_.rfind("ERRMSG", 0) == 0) {
     kind_ = Kind::kDropped;
     add(Severity::kError, "unknown-section",
-        fmt::format("[{}] is no section of messages; they are ERRMSG0 to ERRMSG9", section_),
-        "its lines have no effect or go to another table");
+        tr("[{}] is no section of messages; they are ERRMSG0 to ERRMSG9", section_),
+        tr("its lines have no effect or go to another table"));
   } else {
     take_number_header();
   }
@@ -152,14 +152,14 @@ void DefinitionCheck::take_number_header() {
     const std::string bare = trimmed(section_);
     std::string near = nearest_word(bare, section_names());
     if (near.empty() && all_digits(bare)) near = bare;
-    add(Severity::kError, "unknown-section", fmt::format("there is no section [{}]", section_),
-        has_rows ? fmt::format("its entries count as fields of the command {}", id_)
-                 : "its entries have no effect",
+    add(Severity::kError, "unknown-section", tr("there is no section [{}]", section_),
+        has_rows ? tr("its entries count as fields of the command {}", id_)
+                 : tr("its entries have no effect"),
         near.empty() ? near : "[" + near + "]");
   } else if (!has_rows) {
     add(Severity::kError, "section-out-of-range",
-        fmt::format("[{}] is no command's number; they go from 1 to {}", section_, MAXOPCOD - 1),
-        "its entries have no effect");
+        tr("[{}] is no command's number; they go from 1 to {}", section_, MAXOPCOD - 1),
+        tr("its entries have no effect"));
   }
   if (has_rows) open_rows(id_);
 }
@@ -169,8 +169,8 @@ void DefinitionCheck::open_rows(int slot) {
   uint64_t& opened = rows_.section_lines[slot];
   if (opened != 0) {
     add(Severity::kWarning, "section-twice",
-        fmt::format("[{}] was opened in line {} already", section_, opened),
-        "only rows up to the highest one below this header can be found");
+        tr("[{}] was opened in line {} already", section_, opened),
+        tr("only rows up to the highest one below this header can be found"));
   }
   opened = line_;
 }
@@ -183,8 +183,8 @@ DefinitionCheck::Entry DefinitionCheck::split(const std::string& text) {
   for (std::string* part : {&entry.left, &entry.right}) {
     if (part->size() <= kPartLimit) continue;
     add(Severity::kError, "part-too-long",
-        fmt::format("a side of the '=' has {} characters, more than {}", part->size(), kPartLimit),
-        "the library cuts it there");
+        tr("a side of the '=' has {} characters, more than {}", part->size(), kPartLimit),
+        tr("the library cuts it there"));
     *part = trimmed(part->substr(0, kPartLimit));
   }
   return entry;
@@ -193,15 +193,15 @@ DefinitionCheck::Entry DefinitionCheck::split(const std::string& text) {
 void DefinitionCheck::take_entry(const std::string& text) {
   if (!section_seen_ && !entry_before_section_told_) {
     entry_before_section_told_ = true;
-    add(Severity::kError, "entry-before-section", "an entry in front of the first section",
-        "it has no effect");
+    add(Severity::kError, "entry-before-section", tr("an entry in front of the first section"),
+        tr("it has no effect"));
   }
   const std::string fault = stopping_fault(section_, text);
   if (!fault.empty()) {
     if (stop_line_ == 0) stop_line_ = line_;
     add(Severity::kError, "stops-reading", fault,
-        stop_line_ == line_ ? "the library stops reading here and answers 2"
-                            : "the library would stop here, too");
+        stop_line_ == line_ ? tr("the library stops reading here and answers 2")
+                            : tr("the library would stop here, too"));
     return;
   }
   const Entry entry = split(text);
@@ -220,52 +220,50 @@ void DefinitionCheck::take_entry(const std::string& text) {
   }
 }
 
-void DefinitionCheck::check_number(const std::string& text, const char* what) {
+void DefinitionCheck::check_row_number(const std::string& text) {
   if (is_integer(text)) return;
-  add(Severity::kWarning, "not-a-number", fmt::format("{} '{}' is no number", what, text),
-      fmt::format("the library reads {}", text_to_int(text.c_str())));
+  add(Severity::kWarning, "not-a-number", tr("the row '{}' is no number", text),
+      tr("the library reads {}", text_to_int(text.c_str())));
 }
 
 void DefinitionCheck::check_name(const std::string& name, bool is_command) {
   if (name.empty()) {
-    add(Severity::kError, "name-missing", "the row has no name", "no word finds it");
+    add(Severity::kError, "name-missing", tr("the row has no name"), tr("no word finds it"));
     return;
   }
   if (name.size() > MAXSIMBLN) {
     add(Severity::kError, "name-too-long",
-        fmt::format("'{}' has {} characters, more than {}", name, name.size(),
-                    static_cast<int>(MAXSIMBLN)),
-        fmt::format("the library keeps '{}'", name.substr(0, MAXSIMBLN)));
+        tr("'{}' has {} characters, more than {}", name, name.size(), static_cast<int>(MAXSIMBLN)),
+        tr("the library keeps '{}'", name.substr(0, MAXSIMBLN)));
   }
   if (name.find(kQuote) != std::string::npos) {
-    add(Severity::kError, "name-never-found", fmt::format("the name {} holds a quote", name),
-        is_command ? "a line cannot be cleaned of comments behind it"
-                   : "a line with it answers 262");
+    add(Severity::kError, "name-never-found", tr("the name {} holds a quote", name),
+        is_command ? tr("a line cannot be cleaned of comments behind it")
+                   : tr("a line with it answers 262"));
   } else if (name.find(',') != std::string::npos) {
-    add(Severity::kError, "name-never-found",
-        fmt::format("the name '{}' begins with a comma", name),
-        "the comma belongs to the name, and no line can write it");
+    add(Severity::kError, "name-never-found", tr("the name '{}' begins with a comma", name),
+        tr("the comma belongs to the name, and no line can write it"));
   } else if (is_command && name.find(' ') != std::string::npos) {
-    add(Severity::kError, "name-never-found", fmt::format("the name '{}' holds a blank", name),
-        "a command's word ends there");
+    add(Severity::kError, "name-never-found", tr("the name '{}' holds a blank", name),
+        tr("a command's word ends there"));
   } else if (is_command && name.front() == '@') {
-    add(Severity::kError, "name-never-found", fmt::format("the name '{}' begins with '@'", name),
-        "such a line names a batch file");
+    add(Severity::kError, "name-never-found", tr("the name '{}' begins with '@'", name),
+        tr("such a line names a batch file"));
   } else if (name.front() == '#' && all_digits(name.substr(1))) {
-    add(Severity::kError, "name-never-found", fmt::format("the name '{}' is a number", name),
-        "the library takes it for the number itself as far as there is one");
+    add(Severity::kError, "name-never-found", tr("the name '{}' is a number", name),
+        tr("the library takes it for the number itself as far as there is one"));
   }
 }
 
 // The common part of command and field rows; whether the row reaches a table.
 bool DefinitionCheck::take_row(const Entry& entry, const std::string& text, int slot) {
   const bool is_command = slot == DefinitionRows::kCommandSlot;
-  check_number(entry.left, "the row");
+  check_row_number(entry.left);
   const int row = text_to_int(entry.left.c_str());
   const int last = is_command ? int{MAXOPCOD} : int{MAXCAMPI};
   if (row < 1 || row > last) {
-    add(Severity::kError, "row-out-of-range", fmt::format("row {} is not in 1 to {}", row, last),
-        "the entry has no effect");
+    add(Severity::kError, "row-out-of-range", tr("row {} is not in 1 to {}", row, last),
+        tr("the entry has no effect"));
     return false;
   }
   // A comma in front belongs to the name.
@@ -278,27 +276,27 @@ bool DefinitionCheck::take_row(const Entry& entry, const std::string& text, int 
     const bool mark = entry.right.size() > comma + 1 && entry.right[comma + 1] == 'O';
     const int number = text_to_int(behind.c_str());
     if (mark && is_command) {
-      add(Severity::kWarning, "mark-without-effect", "a command cannot be mandatory",
-          "the ',O' has no effect");
+      add(Severity::kWarning, "mark-without-effect", tr("a command cannot be mandatory"),
+          tr("the ',O' has no effect"));
     } else if (!mark && !behind.empty() && !is_integer(behind)) {
       add(Severity::kWarning, "not-a-number",
-          fmt::format("behind the comma '{}' is no number and no 'O'", behind),
-          fmt::format("the library reads {}",
-                      number == 0 ? "the row's own number" : std::to_string(number)));
+          tr("behind the comma '{}' is no number and no 'O'", behind),
+          tr("the library reads {}",
+             number == 0 ? tr("the row's own number") : std::to_string(number)));
     }
     const int highest = is_command ? MAXOPCOD - 1 : int{MAXCAMPI};
     if (number < 0 || number > highest) {
       add(Severity::kError, "number-out-of-range",
-          fmt::format("number {} is not in 1 to {}", number, highest),
-          is_command ? "a line with it answers 268" : "a line with it answers 260");
+          tr("number {} is not in 1 to {}", number, highest),
+          is_command ? tr("a line with it answers 268") : tr("a line with it answers 260"));
     }
   }
   const DefinitionRows::Row* before = rows_.find(slot, row);
   if (before != nullptr) {
     add(before->name == name ? Severity::kWarning : Severity::kError, "row-twice",
-        fmt::format("row {} was given in line {} already, as {}", row, before->line,
-                    before->name.empty() ? "nothing" : before->name),
-        "the library keeps this one");
+        tr("row {} was given in line {} already, as {}", row, before->line,
+           before->name.empty() ? tr("nothing") : before->name),
+        tr("the library keeps this one"));
   }
   store(slot, row, name, text);
   return true;
@@ -317,10 +315,8 @@ void DefinitionCheck::take_command(const Entry& entry, const std::string& text) 
   if (!take_row(entry, text, DefinitionRows::kCommandSlot)) return;
   if (text_to_int(entry.left.c_str()) == MAXOPCOD) {
     add(Severity::kError, "row-out-of-reach",
-        fmt::format("row {} is behind the last that is "
-                    "searched",
-                    static_cast<int>(MAXOPCOD)),
-        "the library reads it and never finds it");
+        tr("row {} is behind the last that is searched", static_cast<int>(MAXOPCOD)),
+        tr("the library reads it and never finds it"));
   }
 }
 
@@ -332,20 +328,19 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
   const bool is_key = kind_ == Kind::kKeys;
   if (!is_integer(entry.right)) {
     add(Severity::kError, "not-a-number",
-        fmt::format("the value '{}' of {} is no number", entry.right, entry.left),
-        fmt::format("the library reads {}", text_to_int(entry.right.c_str())));
+        tr("the value '{}' of {} is no number", entry.right, entry.left),
+        tr("the library reads {}", text_to_int(entry.right.c_str())));
   }
   const int value = text_to_int(entry.right.c_str());
   if (is_key && (value < 0 || value >= kKeyCodes)) {
     add(Severity::kError, "key-out-of-range",
-        fmt::format("key code {} is not in 0 to {}", value, kKeyCodes - 1),
-        "the entry has no effect");
+        tr("key code {} is not in 0 to {}", value, kKeyCodes - 1), tr("the entry has no effect"));
     return;
   }
   if (rows_.symbols.size() >= MAXSIMB - 1) {
     if (symbols_over_++ == 0) {
-      add(Severity::kError, "too-many-symbols", fmt::format("more than {} symbols", MAXSIMB - 1),
-          "this one and those behind it have no effect");
+      add(Severity::kError, "too-many-symbols", tr("more than {} symbols", MAXSIMB - 1),
+          tr("this one and those behind it have no effect"));
     }
     return;
   }
@@ -353,37 +348,36 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
   std::string bare = name;
   if (name.size() > kLongestSymbol) {
     add(Severity::kError, "name-too-long",
-        fmt::format("'{}' has {} characters, more than {}", name, name.size(), kLongestSymbol),
-        fmt::format("the library keeps '{}', which is another word",
-                    name.substr(0, kLongestSymbol)));
+        tr("'{}' has {} characters, more than {}", name, name.size(), kLongestSymbol),
+        tr("the library keeps '{}', which is another word", name.substr(0, kLongestSymbol)));
     name.resize(kLongestSymbol);
   }
   if (lorimatutility::SeNum(bare.data())) {
-    add(Severity::kError, "name-never-found", fmt::format("the symbol '{}' is a number", name),
-        "the library takes it for the number itself");
+    add(Severity::kError, "name-never-found", tr("the symbol '{}' is a number", name),
+        tr("the library takes it for the number itself"));
   } else if (name.find_first_of(",'") != std::string::npos) {
-    add(Severity::kError, "name-never-found",
-        fmt::format("the symbol {} holds a comma or a quote", name), "no line can write it");
+    add(Severity::kError, "name-never-found", tr("the symbol {} holds a comma or a quote", name),
+        tr("no line can write it"));
   } else if (is_key && name.find(' ') != std::string::npos) {
-    add(Severity::kWarning, "name-never-found", fmt::format("the key '{}' holds a blank", name),
-        "a macro takes it for two keys");
+    add(Severity::kWarning, "name-never-found", tr("the key '{}' holds a blank", name),
+        tr("a macro takes it for two keys"));
   }
   if (is_key && value > kLastPlayed) {
-    add(Severity::kWarning, "key-out-of-range",
-        fmt::format("key code {} is above {}", value, kLastPlayed), "no command plays it");
+    add(Severity::kWarning, "key-out-of-range", tr("key code {} is above {}", value, kLastPlayed),
+        tr("no command plays it"));
   }
   const auto [before, is_new] = symbol_lines_.emplace(name, line_);
   if (!is_new) {
     add(Severity::kError, "symbol-twice",
-        fmt::format("the symbol {} was given in line {} already", name, before->second),
-        "the library finds the first one");
+        tr("the symbol {} was given in line {} already", name, before->second),
+        tr("the library finds the first one"));
   }
   if (is_key) {
     const auto [first, is_first] = key_lines_.emplace(value, line_);
     if (!is_first) {
       add(Severity::kWarning, "key-twice",
-          fmt::format("key code {} has a word already, in line {}", value, first->second),
-          "dumps are written with this one");
+          tr("key code {} has a word already, in line {}", value, first->second),
+          tr("dumps are written with this one"));
       first->second = line_;
     }
   }
@@ -391,12 +385,12 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
 }
 
 void DefinitionCheck::take_text(const Entry& entry, const std::string& text) {
-  check_number(entry.left, "the row");
+  check_row_number(entry.left);
   const int row = text_to_int(entry.left.c_str());
   if (row < 0 || row >= texts_->rows) {
     add(Severity::kError, "row-out-of-range",
-        fmt::format("row {} of [{}] is not in 0 to {}", row, section_, texts_->rows - 1),
-        "the entry has no effect");
+        tr("row {} of [{}] is not in 0 to {}", row, section_, texts_->rows - 1),
+        tr("the entry has no effect"));
     return;
   }
   std::string right = entry.right;
@@ -405,20 +399,20 @@ void DefinitionCheck::take_text(const Entry& entry, const std::string& text) {
                                                  static_cast<int>(texts_->longest), *kQuote);
   if (refused == 9) {
     add(Severity::kError, "text-too-long",
-        fmt::format("the text has more than {} characters", texts_->longest),
-        "the entry has no effect");
+        tr("the text has more than {} characters", texts_->longest), tr("the entry has no effect"));
     return;
   }
   if (refused != 0) {
-    add(Severity::kError, "bad-quote", "a quote is not closed, or stands behind the text's begin",
-        "the entry has no effect");
+    add(Severity::kError, "bad-quote",
+        tr("a quote is not closed, or stands behind the text's begin"),
+        tr("the entry has no effect"));
     return;
   }
   const auto [before, is_new] = text_lines_.emplace(std::make_pair(texts_, row), line_);
   if (!is_new) {
     add(Severity::kWarning, "row-twice",
-        fmt::format("row {} was given in line {} already", row, before->second),
-        "the library keeps this one");
+        tr("row {} was given in line {} already", row, before->second),
+        tr("the library keeps this one"));
     before->second = line_;
   }
   if (section_ == "INTMSG") store(DefinitionRows::kMessageSlot, row, "", text);

@@ -45,7 +45,7 @@ class DefinitionCheck {
   void open_rows(int slot);
   void take_entry(const std::string& text);
   Entry split(const std::string& text);
-  void check_number(const std::string& text, const char* what);
+  void check_row_number(const std::string& text);
   void check_name(const std::string& name, bool is_command);
   bool take_row(const Entry& entry, const std::string& text, int slot);
   void take_command(const Entry& entry, const std::string& text);

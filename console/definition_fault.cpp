@@ -8,6 +8,7 @@
 #include "line_reader.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -39,17 +40,17 @@ std::string section_name(const std::string& line) {
 
 std::string stopping_fault(const std::string& section, const std::string& line) {
   const size_t equals = line.find('=');
-  if (equals == std::string::npos) return "an entry needs a '='";
+  if (equals == std::string::npos) return tr("an entry needs a '='");
   const std::string left = trimmed(line.substr(0, equals));
-  if (left.empty()) return "nothing stands before the '='";
+  if (left.empty()) return tr("nothing stands before the '='");
   if (section == "EQU" || section == "EQUTASTI" || holds_texts(section)) return {};
   const long row = std::strtol(left.c_str(), nullptr, 10);
   if (row == 0) {
-    return fmt::format("'{}' is no row number (section [{}] needs one above 0)", shown(left, 20),
-                       shown(section, 20));
+    return tr("'{}' is no row number (section [{}] needs one above 0)", shown(left, 20),
+              shown(section, 20));
   }
   if (section == "OPCOD" && row > kCommandRows) {
-    return fmt::format("row {} is above {}, the last command row", row, kCommandRows);
+    return tr("row {} is above {}, the last command row", row, kCommandRows);
   }
   return {};
 }

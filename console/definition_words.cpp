@@ -12,6 +12,7 @@
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
+#include "translate.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ template <typename T>
 std::string listed(const std::vector<T>& items) {
   const size_t count = std::min(items.size(), kListed);
   const std::string text = fmt::format("{}", fmt::join(items.begin(), items.begin() + count, ", "));
-  return items.size() > count ? fmt::format("{} and {} more", text, items.size() - count) : text;
+  return items.size() > count ? tr("{} and {} more", text, items.size() - count) : text;
 }
 
 bool contains(const std::vector<int>& numbers, int number) {
@@ -70,8 +71,8 @@ class WordCheck {
       if (place.first == DefinitionRows::kCommandSlot) check_command(place.second, row);
     }
     if (rows_.count(DefinitionRows::kCommandSlot) == 0) {
-      add(Severity::kError, "no-commands", 0, "the file names no commands (section [OPCOD])",
-          "every line fails");
+      add(Severity::kError, "no-commands", 0, tr("the file names no commands (section [OPCOD])"),
+          tr("every line fails"));
       return;
     }
     for (const language::CommandFields& command : language::handler_fields()) {
@@ -81,8 +82,7 @@ class WordCheck {
     }
     if (!unbound.empty()) {
       add(Severity::kWarning, "commands-not-bound", 0,
-          fmt::format("{} of the library's commands have no word: {}", unbound.size(),
-                      listed(unbound)));
+          tr("{} of the library's commands have no word: {}", unbound.size(), listed(unbound)));
     }
   }
 
@@ -95,14 +95,14 @@ class WordCheck {
     if (id < 1 || id >= MAXOPCOD) return;
     if (language::find_handler_fields(id) == nullptr && find_handler(id) == nullptr) {
       add(Severity::kWarning, "command-not-supported", entry.line,
-          fmt::format("{} has the number {}, which is no command of the library", name, id),
-          "its lines answer 268");
+          tr("{} has the number {}, which is no command of the library", name, id),
+          tr("its lines answer 268"));
     }
     if (row == id) return;
     for (int other = 1; other < row; ++other) {
       if (tables_.szOpCodes[other][0] != 0 && tables_.iIdOpCodes[other] == id) {
         add(Severity::kNote, "alias", entry.line,
-            fmt::format("{} is another name of {}", name, tables_.szOpCodes[other]));
+            tr("{} is another name of {}", name, tables_.szOpCodes[other]));
         return;
       }
     }
@@ -110,9 +110,8 @@ class WordCheck {
         id > 0 && id < MAXOPCOD && tables_.iIdOpCodes[id] == id && tables_.szOpCodes[id][0] != 0;
     if (!own_row) {
       add(Severity::kWarning, "row-not-number", entry.line,
-          fmt::format("{} stands in row {} and has the number {}", name, row, id),
-          fmt::format("'#{}' finds the command {}, and dumps take their words from row {}", row,
-                      row, id));
+          tr("{} stands in row {} and has the number {}", name, row, id),
+          tr("'#{}' finds the command {}, and dumps take their words from row {}", row, row, id));
     }
   }
 
@@ -124,12 +123,12 @@ class WordCheck {
     const std::string others = rivals(DefinitionRows::kCommandSlot, entry);
     if (found.failure == 0) {
       add(Severity::kError, "name-shadowed", entry.line,
-          fmt::format("{} in full finds the command {}", name, words_.command_name(found.number)),
-          "this row is never found");
+          tr("{} in full finds the command {}", name, words_.command_name(found.number)),
+          tr("this row is never found"));
     } else {
       add(Severity::kError, "name-ambiguous", entry.line,
-          fmt::format("{} in full is ambiguous with {}", name, others),
-          fmt::format("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
+          tr("{} in full is ambiguous with {}", name, others),
+          tr("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
     }
   }
 
@@ -144,7 +143,7 @@ class WordCheck {
       if (place.first != slot || row.line == entry.line || row.name.empty()) continue;
       const size_t length = std::min(row.name.size(), entry.name.size());
       if (same_ignoring_case(row.name.c_str(), entry.name.c_str(), length)) {
-        texts.push_back(fmt::format("{} (line {})", row.name, row.line));
+        texts.push_back(tr("{} (line {})", row.name, row.line));
       }
     }
     return listed(texts);
@@ -158,8 +157,8 @@ class WordCheck {
       if (!begins_with(row.name.c_str(), entry.name.c_str())) continue;
       if (number_of(slot, place.second) == number) continue;
       add(Severity::kNote, "name-begins-another", row.line,
-          fmt::format("{} (line {}) begins {}", entry.name, entry.line, row.name),
-          fmt::format("{} has to be written in full", row.name));
+          tr("{} (line {}) begins {}", entry.name, entry.line, row.name),
+          tr("{} has to be written in full", row.name));
     }
   }
 
@@ -171,10 +170,10 @@ class WordCheck {
     const int number = tables_.iNCI[id][row];
     if (row > tables_.iNumOper[id]) {
       add(Severity::kError, "row-out-of-reach", entry.line,
-          fmt::format("row {} is above {}, the highest row below the last header of [{}] (line "
-                      "{})",
-                      row, tables_.iNumOper[id], id, rows_.section_lines.at(id)),
-          "the library never finds it");
+          tr("row {} is above {}, the highest row below the last header of [{}] (line "
+             "{})",
+             row, tables_.iNumOper[id], id, rows_.section_lines.at(id)),
+          tr("the library never finds it"));
       return;
     }
     check_field_found(id, entry, name, number);
@@ -183,22 +182,22 @@ class WordCheck {
     const language::CommandFields* handler = language::find_handler_fields(id);
     if (handler != nullptr && !contains(handler->fields, number) && number > handler->dumped_to) {
       add(Severity::kWarning, "field-not-read", entry.line,
-          fmt::format("no command reads field {} of [{}], {}", number, id, name),
-          "it has no effect in a line");
+          tr("no command reads field {} of [{}], {}", number, id, name),
+          tr("it has no effect in a line"));
     }
     if (row == number) return;
     for (int other = 1; other < row; ++other) {
       if (tables_.szKeyI[id][other][0] != 0 && tables_.iNCI[id][other] == number) {
         add(Severity::kNote, "alias", entry.line,
-            fmt::format("{} is another name of {}", name, tables_.szKeyI[id][other]));
+            tr("{} is another name of {}", name, tables_.szKeyI[id][other]));
         break;
       }
     }
     if (handler != nullptr && contains(handler->fields, row)) {
       add(Severity::kWarning, "row-not-number", entry.line,
-          fmt::format("{} stands in row {} and has the number {}", name, row, number),
-          fmt::format("'#{}' means field {}, which the command reads, and dumps write {} for it",
-                      row, row, name));
+          tr("{} stands in row {} and has the number {}", name, row, number),
+          tr("'#{}' means field {}, which the command reads, and dumps write {} for it", row, row,
+             name));
     }
   }
 
@@ -209,15 +208,15 @@ class WordCheck {
     if (found.failure == 0 && found.number == number) return;
     if (found.failure == 0) {
       add(Severity::kError, "name-shadowed", entry.line,
-          fmt::format("{} in full finds field {}, {}", name, found.number,
-                      words_.field_name(id, found.number)),
-          "this row is never found");
+          tr("{} in full finds field {}, {}", name, found.number,
+             words_.field_name(id, found.number)),
+          tr("this row is never found"));
       return;
     }
     const std::string others = rivals(id, entry);
     add(Severity::kError, "name-ambiguous", entry.line,
-        fmt::format("{} in full is ambiguous with {}", name, others),
-        fmt::format("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
+        tr("{} in full is ambiguous with {}", name, others),
+        tr("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
   }
 
   void check_unbound_fields(const language::CommandFields& command) {
@@ -231,17 +230,17 @@ class WordCheck {
     const auto section = rows_.section_lines.find(command.id);
     add(Severity::kWarning, "fields-not-bound",
         section == rows_.section_lines.end() ? 0 : section->second,
-        fmt::format("{} (command {}) reads fields that have no word: {}", name, command.id,
-                    listed(unbound)));
+        tr("{} (command {}) reads fields that have no word: {}", name, command.id,
+           listed(unbound)));
   }
 
   void check_sections() {
     for (const auto& [slot, line] : rows_.section_lines) {
       if (slot < 1 || !words_.command_name(slot).empty()) continue;
       add(Severity::kWarning, "section-without-command", line,
-          fmt::format("[{}] is the section of a command without a word", slot),
-          slot <= tables_.iTotOpCodes ? fmt::format("only '#{}' reaches it", slot)
-                                      : "no line reaches it");
+          tr("[{}] is the section of a command without a word", slot),
+          slot <= tables_.iTotOpCodes ? tr("only '#{}' reaches it", slot)
+                                      : tr("no line reaches it"));
     }
   }
 
@@ -259,9 +258,9 @@ class WordCheck {
       if (tables_.TradSimb(word.data(), &value) && value == flag.value) continue;
       const DefinitionRows::Row* row = rows_.find(DefinitionRows::kMessageSlot, flag.row);
       add(Severity::kWarning, "flag-not-read-back", row != nullptr ? row->line : 0,
-          fmt::format("dumps write a flag as {} (INTMSG {}), which is no symbol of value {}", word,
-                      flag.row, flag.value),
-          "such a dump does not load back");
+          tr("dumps write a flag as {} (INTMSG {}), which is no symbol of value {}", word, flag.row,
+             flag.value),
+          tr("such a dump does not load back"));
     }
   }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -14,7 +15,9 @@
 #include "failure.h"
 #include "json_text.h"
 #include "message_texts.h"
+#include "styles.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -46,9 +49,9 @@ int parse_code(const std::string& text) {
   }
   if (!number || *number < std::numeric_limits<int32_t>::min() ||
       *number > std::numeric_limits<int32_t>::max()) {
-    throw Failure(fmt::format(
-        "{}: is no result code; give a number such as 265, or class and index such as 1/9",
-        shown(text, 60)));
+    throw Failure(
+        tr("{}: is no result code; give a number such as 265, or class and index such as 1/9",
+           shown(text, 60)));
   }
   return static_cast<int>(*number);
 }
@@ -86,10 +89,16 @@ Explanation explain(int code, MessageTexts& texts) {
 std::string wrapped(std::string_view text) {
   std::string out;
   size_t column = kIndent;
+  // In characters, of which some have more than one byte.
+  const auto width = [](std::string_view word) {
+    return static_cast<size_t>(std::count_if(word.begin(), word.end(), [](char c) {
+      return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+  };
   while (!text.empty()) {
     const size_t blank = text.find(' ');
     const std::string_view word = text.substr(0, blank);
-    if (column > kIndent && column + 1 + word.size() > kWrapAt) {
+    if (column > kIndent && column + 1 + width(word) > kWrapAt) {
       out += "\n" + std::string(kIndent, ' ');
       column = kIndent;
     } else if (column > kIndent) {
@@ -97,7 +106,7 @@ std::string wrapped(std::string_view text) {
       ++column;
     }
     out += word;
-    column += word.size();
+    column += width(word);
     text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
   }
   return out;
@@ -107,20 +116,19 @@ std::string origin(const CodeReading& reading) {
   const int begin = reading.chain.front();
   switch (reading.kind) {
     case CodeReading::kSuccess:
-      return "success";
+      return tr("success");
     case CodeReading::kInternal:
-      return "outside the scheme of classes";
+      return tr("outside the scheme of classes");
     case CodeReading::kOwn:
-      return reading.given ? "given by the library" : "not given by this library";
+      return reading.given ? tr("given by the library") : tr("not given by this library");
     case CodeReading::kOwnAgain:
-      return fmt::format("the library's own code {}, then taken for a result of the device client",
-                         begin);
+      return tr("the library's own code {}, then taken for a result of the device client", begin);
     case CodeReading::kUnreachable:
-      return "no answer of the device client (-1)";
+      return tr("no answer of the device client (-1)");
     case CodeReading::kClient:
-      return fmt::format("result {} of the device client, {}", begin, reading.name);
+      return tr("result {} of the device client, {}", begin, reading.name);
     case CodeReading::kUnnamedClient:
-      return fmt::format("result {} of the device client", begin);
+      return tr("result {} of the device client", begin);
   }
   return {};
 }
@@ -128,40 +136,47 @@ std::string origin(const CodeReading& reading) {
 std::string passes(const CodeReading& reading) {
   if (reading.chain.size() < 2 || reading.kind == CodeReading::kOwnAgain) return {};
   if (reading.chain.size() > 2) {
-    return fmt::format("passed twice: {}", fmt::join(reading.chain, " -> "));
+    return tr("passed twice: {}", fmt::join(reading.chain, " -> "));
   }
-  return reading.once_or_more ? "passed once or twice, which gives the same" : "passed once";
+  return reading.once_or_more ? tr("passed once or twice, which gives the same")
+                              : tr("passed once");
 }
 
-std::string as_text(const Explanation& explanation) {
-  std::string out;
-  if (explanation.code > 0) {
-    out += fmt::format("{}: class {}, index {}\n", explanation.code, explanation.class_shown,
-                       explanation.index);
-  } else {
-    out += fmt::format("{}\n", explanation.code);
-  }
+// A line of the explanation, with its heading in front.
+std::string entry(std::string_view heading, std::string_view text, bool colours) {
+  const std::string blanks(kIndent - 2 - std::min(kIndent - 3, heading.size()), ' ');
+  return fmt::format("  {}{}{}\n", styled(heading, Style::kStrong, colours), blanks, text);
+}
+
+std::string continuation(std::string_view text) {
+  return std::string(kIndent, ' ') + wrapped(text) + "\n";
+}
+
+std::string as_text(const Explanation& explanation, bool colours) {
+  const std::string begin = explanation.code > 0 ? tr("{}: class {}, index {}", explanation.code,
+                                                      explanation.class_shown, explanation.index)
+                                                 : std::to_string(explanation.code);
+  std::string out = styled(begin, Style::kStrong, colours) + "\n";
   if (!explanation.text.empty()) {
-    out += fmt::format("  Text    \"{}\"\n", shown(explanation.text));
+    out += entry(tr("Text"), fmt::format("\"{}\"", shown(explanation.text)), colours);
   }
   for (const CodeClass& one : explanation.classes) {
-    out += fmt::format("  Class   {}: {}\n", one.shown, one.what);
+    out += entry(tr("Class"), fmt::format("{}: {}", one.shown, translated(one.what)), colours);
   }
   if (explanation.classes.size() > 1) {
-    out += "          " +
-           wrapped(
-               "Bits of several classes: no table of texts belongs to them, so "
-               "the answer ends behind the numbers.") +
-           "\n";
+    out += continuation(
+        tr("Bits of several classes: no table of texts belongs to them, so the answer ends behind "
+           "the numbers."));
   }
   for (const CodeReading& reading : explanation.readings) {
-    out += fmt::format("  From    {}\n", wrapped(origin(reading)));
-    for (const std::string& line : {passes(reading), reading.cause}) {
-      if (!line.empty()) out += fmt::format("          {}\n", wrapped(line));
-    }
+    out += entry(tr("From"), wrapped(origin(reading)), colours);
+    const std::string passed = passes(reading);
+    if (!passed.empty()) out += continuation(passed);
+    if (!reading.cause.empty()) out += continuation(translated(reading.cause));
   }
   if (explanation.readings.empty()) {
-    out += "  From    nothing that is known: the library does not give this code\n";
+    out += entry(tr("From"), tr("nothing that is known: the library does not give this code"),
+                 colours);
   }
   return out;
 }
@@ -228,7 +243,7 @@ int explain_command(const ExplainOptions& options, Streams& streams) {
       all.push_back(as_json(explanation));
     } else {
       if (!out.empty()) out += "\n";
-      out += as_text(explanation);
+      out += as_text(explanation, streams.output_has_colours());
     }
   }
   streams.output(options.json ? json_text(all) : out);

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "styles.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -14,13 +16,25 @@ constexpr size_t kWindow = 50;  // bytes shown before and behind the place
 const char* severity_name(Severity severity) {
   switch (severity) {
     case Severity::kError:
-      return "error";
+      return TR_TEXT("error");
     case Severity::kWarning:
-      return "warning";
+      return TR_TEXT("warning");
     case Severity::kNote:
-      return "note";
+      return TR_TEXT("note");
   }
   return "";
+}
+
+Style severity_style(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return Style::kError;
+    case Severity::kWarning:
+      return Style::kWarning;
+    case Severity::kNote:
+      return Style::kNote;
+  }
+  return Style::kStrong;
 }
 
 bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
@@ -32,7 +46,7 @@ size_t width(std::string_view text) {
 }
 
 // The line around the place, and a caret below.
-std::string place_text(const std::string& source, uint64_t column) {
+std::string place_text(const std::string& source, uint64_t column, bool colours) {
   const size_t place = std::min(static_cast<size_t>(column - 1), source.size());
   size_t begin = place > kWindow ? place - kWindow : 0;
   size_t end = std::min(source.size(), place + kWindow);
@@ -41,7 +55,8 @@ std::string place_text(const std::string& source, uint64_t column) {
   const std::string before = (begin > 0 ? "..." : "") + shown(source.substr(begin, place - begin));
   const std::string behind =
       shown(source.substr(place, end - place)) + (end < source.size() ? "..." : "");
-  return fmt::format("    {}{}\n    {}^\n", before, behind, std::string(width(before), ' '));
+  return fmt::format("    {}{}\n    {}{}\n", before, behind, std::string(width(before), ' '),
+                     styled("^", Style::kGood, colours));
 }
 
 }  // namespace
@@ -65,19 +80,23 @@ std::vector<Finding> Findings::sorted() const {
   return sorted;
 }
 
-std::string finding_text(const std::string& file, const Finding& finding) {
-  std::string text = file;
-  if (finding.line != 0) text += fmt::format(":{}", finding.line);
-  if (finding.column != 0) text += fmt::format(":{}", finding.column);
-  text += fmt::format(": {}: {}", severity_name(finding.severity), shown(finding.what));
+std::string finding_text(const std::string& file, const Finding& finding, bool colours) {
+  std::string place = file;
+  if (finding.line != 0) place += fmt::format(":{}", finding.line);
+  if (finding.column != 0) place += fmt::format(":{}", finding.column);
+  std::string text =
+      fmt::format("{} {} {}", styled(place + ":", Style::kStrong, colours),
+                  styled(fmt::format("{}:", translated(severity_name(finding.severity))),
+                         severity_style(finding.severity), colours),
+                  shown(finding.what));
   if (!finding.effect.empty()) text += ": " + shown(finding.effect);
   if (!finding.suggestion.empty()) {
-    text += fmt::format("; did you mean {}?", shown(finding.suggestion));
+    text += tr("; did you mean {}?", shown(finding.suggestion));
   }
-  if (finding.code != 0) text += fmt::format(" (code {})", finding.code);
+  if (finding.code != 0) text += tr(" (code {})", finding.code);
   text += '\n';
   if (finding.column != 0 && !finding.source.empty()) {
-    text += place_text(finding.source, finding.column);
+    text += place_text(finding.source, finding.column, colours);
   }
   return text;
 }

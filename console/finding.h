@@ -42,5 +42,5 @@ class Findings {
 };
 
 // "words.ini:7: error: ...", with the line and a caret behind when there is a place.
-std::string finding_text(const std::string& file, const Finding& finding);
+std::string finding_text(const std::string& file, const Finding& finding, bool colours);
 Json finding_json(const Finding& finding);

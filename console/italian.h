@@ -1,13 +1,23 @@
-// The Italian of the program's messages: the one table of it.
+// The Italian of the program's messages: one table, in several files by the jobs of the program.
 #pragma once
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 struct ItalianText {
   std::string_view english;  // as it stands in the code that shows it
-  std::string_view italian;  // with the same fields
+  std::string_view italian;  // with the same fields; "{1} {0}" where their order changes
 };
 
 // In no order.
-std::span<const ItalianText> italian_texts();
+std::vector<std::span<const ItalianText>> italian_texts();
+
+// The parts of it.
+std::span<const ItalianText> italian_check_texts();
+std::span<const ItalianText> italian_codes_texts();
+std::span<const ItalianText> italian_help_texts();
+std::span<const ItalianText> italian_register_texts();
+std::span<const ItalianText> italian_messages_texts();
+std::span<const ItalianText> italian_examples_texts();
+std::span<const ItalianText> italian_shell_texts();

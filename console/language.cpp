@@ -17,6 +17,7 @@
 #include "places.h"
 #include "streams.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -48,28 +49,26 @@ Language::Language(const std::string& path) : Language() {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   const std::string name = shown(path);
   if (!file.is_open()) {
-    throw Failure(
-        fmt::format("definition file {}: cannot be opened: {}", name, system_message(errno)));
+    throw Failure(tr("definition file {}: cannot be opened: {}", name, system_message(errno)));
   }
   struct stat status;
   if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    throw Failure(fmt::format("definition file {}: is no regular file", name));
+    throw Failure(tr("definition file {}: is no regular file", name));
   }
   if (read(file.get())) return;
   const DefinitionReport report = inspect_definition(path);
-  throw Failure(
-      report.fault_line != 0
-          ? fmt::format("definition file {}:{}: {}", name, report.fault_line, report.fault)
-          : fmt::format("definition file {}: the library cannot read it", name));
+  throw Failure(report.fault_line != 0
+                    ? tr("definition file {}:{}: {}", name, report.fault_line, report.fault)
+                    : tr("definition file {}: the library cannot read it", name));
 }
 
 Language Language::from_text(std::string_view text) {
   Language language;
   const Descriptor file(memfd_create("definition", MFD_CLOEXEC));
   if (!file.is_open() || !write_all(file.get(), text)) {
-    throw Failure(fmt::format("no room for the words in memory: {}", system_message(errno)));
+    throw Failure(tr("no room for the words in memory: {}", system_message(errno)));
   }
-  if (!language.read(file.get())) throw Failure("the library refuses the words");
+  if (!language.read(file.get())) throw Failure(tr("the library refuses the words"));
   return language;
 }
 

@@ -9,6 +9,7 @@
 #include "failure.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -34,8 +35,8 @@ Library::Library(const std::string& file, Streams& streams) : streams_(streams) 
   handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr) {
     const char* cause = dlerror();
-    throw Failure(fmt::format("the library cannot be loaded: {}",
-                              cause != nullptr ? shown(cause) : shown(file)));
+    throw Failure(
+        tr("the library cannot be loaded: {}", cause != nullptr ? shown(cause) : shown(file)));
   }
   try {
     trad_init_ = reinterpret_cast<decltype(trad_init_)>(symbol("TradInit", file));
@@ -58,7 +59,7 @@ Library::~Library() {
 void* Library::symbol(const char* name, const std::string& file) {
   void* address = dlsym(handle_, name);
   if (address == nullptr) {
-    throw Failure(fmt::format("{}: is not the lorimatrt library: it lacks {}", shown(file), name));
+    throw Failure(tr("{}: is not the lorimatrt library: it lacks {}", shown(file), name));
   }
   return address;
 }

@@ -13,21 +13,22 @@
 
 #include "failure.h"
 #include "text.h"
+#include "translate.h"
 
 LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t* stop)
-    : name_(file == "-" ? "standard input" : shown(file)),
+    : name_(file == "-" ? tr("standard input") : shown(file)),
       stop_(stop),
       file_(file == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
                         : open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (!file_.is_open()) {
-    throw Failure(fmt::format("{}: cannot be opened: {}", name_, system_message(errno)));
+    throw Failure(tr("{}: cannot be opened: {}", name_, system_message(errno)));
   }
   struct stat status;
   if (fstat(file_.get(), &status) != 0) {
-    throw Failure(fmt::format("{}: cannot be read: {}", name_, system_message(errno)));
+    throw Failure(tr("{}: cannot be read: {}", name_, system_message(errno)));
   }
   if (S_ISDIR(status.st_mode)) {
-    throw Failure(fmt::format("{}: is a directory, not a file of lines", name_));
+    throw Failure(tr("{}: is a directory, not a file of lines", name_));
   }
   regular_ = S_ISREG(status.st_mode);
   if (regular_) size_ = static_cast<uint64_t>(status.st_size);
@@ -57,8 +58,7 @@ bool LineReader::fill() {
     got = read(file_.get(), buffer_.data(), buffer_.size());
   } while (got < 0 && errno == EINTR);
   if (got < 0) {
-    throw Failure(
-        fmt::format("{}:{}: cannot be read: {}", name_, number_ + 1, system_message(errno)));
+    throw Failure(tr("{}:{}: cannot be read: {}", name_, number_ + 1, system_message(errno)));
   }
   begin_ = 0;
   end_ = static_cast<size_t>(got);

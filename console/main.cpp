@@ -5,18 +5,31 @@
 #include <exception>
 #include <sstream>
 #include <string>
+#include <string_view>
 
+#include "backup_command.h"
 #include "check_command.h"
 #include "explain_command.h"
 #include "failure.h"
+#include "fault_command.h"
+#include "help.h"
+#include "journal_command.h"
+#include "notices.h"
+#include "paper_command.h"
+#include "register_messages.h"
+#include "register_options.h"
+#include "restore_command.h"
 #include "run_command.h"
+#include "shell_command.h"
+#include "status_command.h"
 #include "streams.h"
 #include "text.h"
+#include "translate.h"
 #include "words_command.h"
 
 namespace {
 
-constexpr const char* kRunExamples = R"(Examples:
+constexpr std::string_view kRunExamples = TR_TEXT(R"(Examples:
   lorimat run examples/receipt.cmd
       Runs the lines and prints the receipt.
   lorimat run receipt.cmd --paper receipt.txt --clock "2024-03-15 10:30"
@@ -27,6 +40,8 @@ constexpr const char* kRunExamples = R"(Examples:
       Lets the library run the file itself, as one "@" line.
   printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat run -
       Reads the lines from standard input.
+  lorimat run receipt.cmd --register shop.register
+      On a register that is kept in a file, which is made when it is not there.
 
 The paper goes to standard output, everything else to standard error. A failing line does not
 end the run, as it does not in a host. Each is shown with its number, result code and text:
@@ -35,59 +50,52 @@ end the run, as it does not in a host. Each is shown with its number, result cod
 Exit codes:
   0  every line ran
   1  at least one line failed
-  2  wrong use, or the run or its paper could not be done
+  2  wrong use, or the run, its paper or its register could not be done
   130  stopped by Ctrl-C
-)";
-
-// An unset variable of a script must not pass for an option left out.
-void refuse_empty_texts(CLI::App* command) {
-  const CLI::Validator given(
-      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); },
-      "");
-  for (CLI::Option* option : command->get_options()) {
-    if (option->get_items_expected_max() > 0) option->check(given);
-  }
-}
+)");
 
 void add_run(CLI::App& app, RunOptions* options) {
   CLI::App* run = app.add_subcommand(
-      "run", "Run a file of command lines on a virtual register and print the paper");
-  run->add_option("FILE", options->file, "Lines to run, one command each; - is standard input")
+      "run", tr("Run a file of command lines on a virtual register and print the paper"));
+  run->add_option("FILE", options->file, tr("Lines to run, one command each; - is standard input"))
       ->required();
   run->add_option("--language", options->language,
-                  "Definition file with the words of the language (default: the merkelin.ini "
-                  "beside the program)")
+                  tr("Definition file with the words of the language (default: the merkelin.ini "
+                     "beside the program)"))
       ->type_name("FILE");
-  run->add_option("--paper", options->paper, "Write the paper to FILE (default: standard output)")
+  run->add_option("--paper", options->paper,
+                  tr("Write the paper to FILE (default: standard output)"))
       ->type_name("FILE");
-  run->add_option("--png", options->png, "Write a picture of the paper to FILE")
+  run->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");
   run->add_option("--pdf", options->pdf,
-                  "Write the paper to FILE as a PDF, a page for each document")
+                  tr("Write the paper to FILE as a PDF, a page for each document"))
       ->type_name("FILE");
+  add_register_option(run, &options->register_file);
   CLI::Option* batch =
       run->add_flag("--batch", options->batch,
-                    "Run the file as one \"@\" batch; its name must not have capital letters, "
-                    "which the library would lower-case");
-  run->add_flag("--stop-on-error", options->stop_on_error, "End the run at the first failing line")
+                    tr("Run the file as one \"@\" batch; its name must not have capital letters, "
+                       "which the library would lower-case"));
+  run->add_flag("--stop-on-error", options->stop_on_error,
+                tr("End the run at the first failing line"))
       ->excludes(batch);
-  run->add_option("--clock", options->clock, "Set the register's clock")
+  run->add_option("--clock", options->clock, tr("Set the register's clock"))
       ->type_name("\"YYYY-MM-DD HH:MM\"");
   run->add_option("--trace", options->trace,
-                  "Write the library's own lines and the lines it was given to FILE; - is "
-                  "standard error (default: they are discarded)")
+                  tr("Write the library's own lines and the lines it was given to FILE; - is "
+                     "standard error (default: they are discarded)"))
       ->type_name("FILE");
   run->add_flag("-v,--verbose", options->verbose,
-                "Show the files in use and the answer of every line");
+                tr("Show the files in use and the answer of every line"));
   run->add_option("--library", options->library,
-                  "The shared library (default: liblorimatrt.so beside the program)")
+                  tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
   refuse_empty_texts(run);
-  run->footer(kRunExamples);
+  run->footer(std::string(translated(kRunExamples)));
 }
 
-constexpr const char* kExplainExamples = R"(Examples:
+constexpr std::string_view kExplainExamples = TR_TEXT(R"(Examples:
   lorimat explain 265
       Class, index, text and cause of a result code.
   lorimat explain 6/107 1231
@@ -102,19 +110,19 @@ Exit codes:
   0  every code was explained
   1  a code is none that the library gives
   2  wrong use, or a text that is no code
-)";
+)");
 
 void add_explain(CLI::App& app, ExplainOptions* options) {
   CLI::App* explain =
-      app.add_subcommand("explain", "Tell what a result code is and what causes it");
-  explain->add_option("CODE", options->codes, "Result codes: 265, or 1/9 as an answer shows it")
+      app.add_subcommand("explain", tr("Tell what a result code is and what causes it"));
+  explain->add_option("CODE", options->codes, tr("Result codes: 265, or 1/9 as an answer shows it"))
       ->required();
-  explain->add_flag("--json", options->json, "Write JSON");
+  explain->add_flag("--json", options->json, tr("Write JSON"));
   refuse_empty_texts(explain);
-  explain->footer(kExplainExamples);
+  explain->footer(std::string(translated(kExplainExamples)));
 }
 
-constexpr const char* kWordsExamples = R"(Examples:
+constexpr std::string_view kWordsExamples = TR_TEXT(R"(Examples:
   lorimat words
       The commands and fields of the definition file beside the program.
   lorimat words --language words.ini --command SELL
@@ -128,24 +136,25 @@ Exit codes:
   0  the words were shown
   1  there is no such command
   2  wrong use, or the definition file cannot be read
-)";
+)");
 
 void add_words(CLI::App& app, WordsOptions* options) {
   CLI::App* words =
-      app.add_subcommand("words", "Show the commands and fields of a definition file");
+      app.add_subcommand("words", tr("Show the commands and fields of a definition file"));
   words
       ->add_option("--language", options->language,
-                   "Definition file (default: the one that a host would read)")
+                   tr("Definition file (default: the one that a host would read)"))
       ->type_name("FILE");
-  words->add_option("--command", options->command, "Show this command alone")->type_name("NAME");
+  words->add_option("--command", options->command, tr("Show this command alone"))
+      ->type_name("NAME");
   CLI::Option* markdown =
-      words->add_flag("--markdown", options->markdown, "Write a Markdown table");
-  words->add_flag("--json", options->json, "Write JSON")->excludes(markdown);
+      words->add_flag("--markdown", options->markdown, tr("Write a Markdown table"));
+  words->add_flag("--json", options->json, tr("Write JSON"))->excludes(markdown);
   refuse_empty_texts(words);
-  words->footer(kWordsExamples);
+  words->footer(std::string(translated(kWordsExamples)));
 }
 
-constexpr const char* kCheckExamples = R"(Examples:
+constexpr std::string_view kCheckExamples = TR_TEXT(R"(Examples:
   lorimat check words.ini
       Each fault of a definition file, and what the library would do with it.
   lorimat check receipt.cmd --language words.ini
@@ -161,56 +170,79 @@ Exit codes:
   0  no errors; there may be warnings
   1  at least one error
   2  wrong use, or a file that cannot be read
-)";
+)");
 
 void add_check(CLI::App& app, CheckOptions* options) {
   CLI::App* check =
-      app.add_subcommand("check", "Look for faults in definition files and batch files");
-  check->add_option("FILE", options->files, "Files to check; - is standard input")->required();
+      app.add_subcommand("check", tr("Look for faults in definition files and batch files"));
+  check->add_option("FILE", options->files, tr("Files to check; - is standard input"))->required();
   check
       ->add_option("--language", options->language,
-                   "Definition file with the words of batch files (default: the one that a host "
-                   "would read)")
+                   tr("Definition file with the words of batch files (default: the one that a host "
+                      "would read)"))
       ->type_name("FILE");
   CLI::Option* definition = check->add_flag("--language-file", options->language_file,
-                                            "Take every FILE for a definition file");
-  check->add_flag("--batch-file", options->batch_file, "Take every FILE for a batch file")
+                                            tr("Take every FILE for a definition file"));
+  check->add_flag("--batch-file", options->batch_file, tr("Take every FILE for a batch file"))
       ->excludes(definition);
-  check->add_flag("--notes", options->notes, "Tell also of aliases, which are no fault");
-  check->add_flag("--json", options->json, "Write JSON");
+  check->add_flag("--notes", options->notes, tr("Tell also of aliases, which are no fault"));
+  check->add_flag("--json", options->json, tr("Write JSON"));
   refuse_empty_texts(check);
-  check->footer(kCheckExamples);
+  check->footer(std::string(translated(kCheckExamples)));
 }
 
 int parse_and_run(int argc, char** argv, Streams& streams) {
-  CLI::App app("Runs, checks and explains lines of the cash register command language.", "lorimat");
-  app.set_version_flag("--version", "lorimat " LORIMAT_VERSION, "Print the version and exit");
+  CLI::App app(tr("Runs, checks and explains lines of the cash register command language."),
+               "lorimat");
+  app.set_help_flag("-h,--help", tr("Print this help message and exit"));
+  app.set_version_flag("--version", "lorimat " LORIMAT_VERSION, tr("Print the version and exit"));
   app.require_subcommand(1);
-  app.footer("\"lorimat run --help\" tells more of run, with examples; so for each subcommand.");
   RunOptions run;
   add_run(app, &run);
+  ShellOptions shell;
+  add_shell(app, &shell);
   CheckOptions check;
   add_check(app, &check);
   ExplainOptions explain;
   add_explain(app, &explain);
   WordsOptions words;
   add_words(app, &words);
+  StatusOptions status;
+  add_status(app, &status);
+  PaperOptions paper;
+  add_paper(app, &paper);
+  JournalOptions journal;
+  add_journal(app, &journal);
+  FaultOptions fault;
+  add_fault(app, &fault);
+  BackupOptions backup;
+  add_backup(app, &backup);
+  RestoreOptions restore;
+  add_restore(app, &restore);
+  translate_help(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int code = app.exit(error, output, errors);
-    if (code == 0) {
+    if (error.get_exit_code() == 0) {
+      std::ostringstream output;
+      app.exit(error, output, output);
       streams.output(output.str());
       return kExitGood;
     }
-    streams.error("lorimat: " + errors.str());
+    tell_error(streams, usage_error(error));
+    streams.error(tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }
+  if (app.got_subcommand("shell")) return shell_command(shell, streams);
   if (app.got_subcommand("check")) return check_command(check, streams);
   if (app.got_subcommand("explain")) return explain_command(explain, streams);
   if (app.got_subcommand("words")) return words_command(words, streams);
+  if (app.got_subcommand("status")) return status_command(status, streams);
+  if (app.got_subcommand("paper")) return paper_command(paper, streams);
+  if (app.got_subcommand("journal")) return journal_command(journal, streams);
+  if (app.got_subcommand("fault")) return fault_command(fault, streams);
+  if (app.got_subcommand("backup")) return backup_command(backup, streams);
+  if (app.got_subcommand("restore")) return restore_command(restore, streams);
   return run_command(run, streams);
 }
 
@@ -221,8 +253,10 @@ int main(int argc, char** argv) {
     Streams streams;
     try {
       return parse_and_run(argc, argv, streams);
+    } catch (const Failure& failure) {
+      tell_error(streams, failure.what());
     } catch (const std::exception& error) {
-      streams.error(std::string("lorimat: ") + error.what() + "\n");
+      tell_error(streams, register_message(error.what()));
     }
   } catch (const std::exception&) {
     // Not even standard error can be reached.

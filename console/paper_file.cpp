@@ -9,24 +9,26 @@
 
 #include "failure.h"
 #include "text.h"
+#include "translate.h"
 
-PaperFile::PaperFile(const std::string& file, const std::string& lines_file, Streams& streams)
+PaperFile::PaperFile(const std::string& file, const std::vector<KeptFile>& kept, Streams& streams)
     : name_(file), streams_(streams) {
   if (name_.empty() || name_ == "-") {
     name_.clear();
     return;
   }
   struct stat paper_status;
-  struct stat lines_status;
-  if (stat(name_.c_str(), &paper_status) == 0 && stat(lines_file.c_str(), &lines_status) == 0 &&
-      paper_status.st_dev == lines_status.st_dev && paper_status.st_ino == lines_status.st_ino) {
-    throw Failure(
-        fmt::format("{}: is the file of lines; the paper would replace it", shown(name_)));
+  struct stat kept_status;
+  const bool there = stat(name_.c_str(), &paper_status) == 0;
+  for (const KeptFile& one : kept) {
+    if (there && stat(one.name.c_str(), &kept_status) == 0 &&
+        paper_status.st_dev == kept_status.st_dev && paper_status.st_ino == kept_status.st_ino) {
+      throw Failure(tr("{}: is {}; the paper would replace it", shown(name_), one.what));
+    }
   }
   file_ = Descriptor(open(name_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
   if (!file_.is_open()) {
-    throw Failure(
-        fmt::format("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
+    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
   }
 }
 
@@ -40,7 +42,6 @@ void PaperFile::write(std::string_view paper) {
   // close tells of what a network's or a quota's file system could not keep.
   if ((regular && ftruncate(file_.get(), 0) != 0) || !write_all(file_.get(), paper) ||
       close(file_.release()) != 0) {
-    throw Failure(
-        fmt::format("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
+    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
   }
 }

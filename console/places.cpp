@@ -11,6 +11,7 @@
 #include "failure.h"
 #include "pal/platform/platform.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ std::string program_folder() {
   std::array<char, 4097> path{};
   const ssize_t length = readlink("/proc/self/exe", path.data(), path.size() - 1);
   if (length < 0) {
-    throw Failure(fmt::format("cannot find the folder of the program: {}", system_message(errno)));
+    throw Failure(tr("cannot find the folder of the program: {}", system_message(errno)));
   }
   const std::string program(path.data(), static_cast<size_t>(length));
   const size_t slash = program.rfind('/');
@@ -42,9 +43,9 @@ std::string find_library(const std::string& given) {
   if (access(beside.c_str(), F_OK) == 0) return beside;
   const std::string installed = tree + "/" + LORIMAT_LIBRARY_FOLDER + "/liblorimatrt.so";
   if (access(installed.c_str(), F_OK) == 0) return installed;
-  throw Failure(fmt::format(
-      "the library is not beside the program: neither {} nor {} exists; name it with --library",
-      beside, installed));
+  throw Failure(
+      tr("the library is not beside the program: neither {} nor {} exists; name it with --library",
+         beside, installed));
 }
 
 DefinitionFile find_definition_file(const std::string& given) {

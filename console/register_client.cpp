@@ -1,68 +1,34 @@
 #include "register_client.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
-#include <chrono>
+#include <algorithm>
 #include <ctime>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "clock_text.h"
 #include "failure.h"
+#include "notices.h"
 #include "register/picture.h"
 #include "register/virtual_register.h"
+#include "register_messages.h"
+#include "register_text.h"
 #include "rpccommon/services/rtffptrconst.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
-// The number that the digits of this part of the text make; nothing when it holds others.
-std::optional<int> digits(std::string_view text, size_t at, size_t count) {
-  int number = 0;
-  for (const char c : text.substr(at, count)) {
-    if (c < '0' || c > '9') return std::nullopt;
-    number = number * 10 + (c - '0');
-  }
-  return number;
-}
-
-std::optional<std::tm> parse_clock(std::string_view text) {
-  if (text.size() != 16 || text[4] != '-' || text[7] != '-' || text[10] != ' ' || text[13] != ':') {
-    return std::nullopt;
-  }
-  const auto year = digits(text, 0, 4);
-  const auto month = digits(text, 5, 2);
-  const auto day = digits(text, 8, 2);
-  const auto hour = digits(text, 11, 2);
-  const auto minute = digits(text, 14, 2);
-  if (!year || !month || !day || !hour || !minute || *hour > 23 || *minute > 59) {
-    return std::nullopt;
-  }
-  const std::chrono::year_month_day date(std::chrono::year(*year),
-                                         std::chrono::month(static_cast<unsigned>(*month)),
-                                         std::chrono::day(static_cast<unsigned>(*day)));
-  if (!date.ok()) return std::nullopt;
-  const std::chrono::sys_days days(date);
-  std::tm time = {};
-  time.tm_year = *year - 1900;
-  time.tm_mon = *month - 1;
-  time.tm_mday = *day;
-  time.tm_hour = *hour;
-  time.tm_min = *minute;
-  time.tm_wday = static_cast<int>(std::chrono::weekday(days).c_encoding());
-  time.tm_yday = static_cast<int>(
-      (days - std::chrono::sys_days(date.year() / std::chrono::January / 1)).count());
-  time.tm_isdst = -1;
-  return time;
-}
-
-lorimat::RegisterSettings settings_for(const std::string& clock) {
+lorimat::RegisterSettings settings_for(const std::string& clock, const std::string& file) {
   lorimat::RegisterSettings settings;
+  settings.file = file;
   if (clock.empty()) return settings;
   const std::optional<std::tm> time = parse_clock(clock);
   if (!time) {
-    throw Failure(
-        fmt::format("--clock {}: is no date and time of the form YYYY-MM-DD HH:MM", shown(clock)));
+    throw Failure(tr("--clock {}: is no date and time of the form YYYY-MM-DD HH:MM", shown(clock)));
   }
   settings.clock = [fixed = *time] { return fixed; };
   return settings;
@@ -73,11 +39,15 @@ lorimat::RegisterSettings settings_for(const std::string& clock) {
 // The register, with its log lines going to the trace.
 class RegisterClient::Device : public lorimat::VirtualRegister {
  public:
-  Device(const std::string& clock, Streams& streams)
-      : VirtualRegister(settings_for(clock)), streams_(streams) {}
+  Device(const std::string& clock, const std::string& file, Streams& streams)
+      : VirtualRegister(settings_for(clock, file)),
+        streams_(streams),
+        collects_(!file.empty()),
+        collected_(first_line()) {}
 
   void LogTrace(const char* line) override {
     VirtualRegister::LogTrace(line);
+    Collect();
     if (line == nullptr) return;
     streams_.trace(shown(line));
     if (on_line_ && std::string_view(line).substr(0, 12) == "TradEcr Cmd<") on_line_();
@@ -90,23 +60,71 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
 
   void set_on_line(std::function<void()> callback) { on_line_ = std::move(callback); }
 
+  // What was printed since the start.
+  const lorimat::Paper& Printed() {
+    Collect();
+    return collects_ ? printed_ : paper();
+  }
+
  private:
+  // Keeps what was printed since the last time: a register in a file holds the roll of earlier
+  // times too, and tears off its beginning.
+  void Collect() {
+    if (!collects_) return;
+    const lorimat::Paper& roll = paper();
+    const size_t first = std::max(collected_, roll.dropped()) - roll.dropped();
+    const size_t begin = printed_.lines().size();
+    for (size_t i = first; i < roll.lines().size(); ++i) printed_.Line(roll.lines()[i]);
+    const auto new_row =
+        std::lower_bound(roll.rows().begin(), roll.rows().end(), first,
+                         [](const lorimat::PaperRow& row, size_t line) { return row.line < line; });
+    for (auto row = new_row; row != roll.rows().end(); ++row) {
+      lorimat::PaperRow copy = *row;
+      copy.line = copy.line - first + begin;
+      printed_.Row(std::move(copy));
+    }
+    collected_ = roll.dropped() + roll.lines().size();
+  }
+
   Streams& streams_;
+  bool collects_;
+  size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
+  lorimat::Paper printed_;
   std::function<void()> on_line_;
 };
 
-RegisterClient::RegisterClient(const std::string& clock, Streams& streams)
-    : device_(std::make_unique<Device>(clock, streams)) {}
+RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
+                               Streams& streams)
+    : file_(register_file) {
+  struct stat status;
+  const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
+  device_ = std::make_unique<Device>(clock, file_, streams);
+  if (made) tell_note(streams, tr("{}: a new register was made", shown(file_)));
+  const std::optional<lorimat::CutOffDocument>& cut_off = device_->cut_off();
+  if (cut_off) {
+    tell_note(streams, fmt::format("{}: {}", shown(file_), ended_document_text(*cut_off)));
+  }
+}
 
 RegisterClient::~RegisterClient() = default;
 
 RtfClientInterface* RegisterClient::client() { return device_.get(); }
 
-std::string RegisterClient::paper() const { return device_->paper_text(); }
+const lorimat::VirtualRegister& RegisterClient::device() const { return *device_; }
 
-std::string RegisterClient::paper_png() const { return lorimat::RenderPng(device_->paper()); }
+lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
 
-std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device_->paper()); }
+std::string RegisterClient::last_failure() const {
+  return register_message(device_->last_failure());
+}
+
+const lorimat::Paper& RegisterClient::printed() const { return device_->Printed(); }
+
+std::string RegisterClient::paper() const { return device_->Printed().text(); }
+
+std::string RegisterClient::paper_png() const { return lorimat::RenderPng(device_->Printed()); }
+
+std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device_->Printed()); }
 
 bool RegisterClient::document_open() const {
   return device_->printer_state() != RTF_FPTR_PS_MONITOR;

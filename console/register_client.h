@@ -9,16 +9,31 @@
 #include "streams.h"
 
 class RtfClientInterface;
+namespace lorimat {
+class Paper;
+class VirtualRegister;
+}  // namespace lorimat
 
 class RegisterClient {
  public:
   // clock is "YYYY-MM-DD HH:MM", a time that stands still, or empty for the computer's clock.
-  // Throws Failure when it is no such time.
-  RegisterClient(const std::string& clock, Streams& streams);
+  // register_file is where the register is kept, made when it is not there; empty keeps it in
+  // memory. Tells on standard error that it was made, and what the register did about a document
+  // that was cut off. Throws Failure when the clock is no such time or the file no register, with
+  // file and cause.
+  RegisterClient(const std::string& clock, const std::string& register_file, Streams& streams);
   ~RegisterClient();
 
   RtfClientInterface* client();
-  // Everything printed so far, each line ended by a line feed.
+  const lorimat::VirtualRegister& device() const;
+  lorimat::VirtualRegister& device();
+  // The file that the register is kept in; empty for one in memory.
+  const std::string& file() const { return file_; }
+  // Why the register could not be kept, with its file; empty when nothing failed.
+  std::string last_failure() const;
+  // Everything printed since the register was switched on; the text has a line feed behind each
+  // line.
+  const lorimat::Paper& printed() const;
   std::string paper() const;
   // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError.
   std::string paper_png() const;
@@ -31,5 +46,6 @@ class RegisterClient {
 
  private:
   class Device;
+  std::string file_;
   std::unique_ptr<Device> device_;
 };

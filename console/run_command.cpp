@@ -2,120 +2,36 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
-#include <functional>
+#include <exception>
 #include <map>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "batch_request.h"
-#include "definition_fault.h"
 #include "failure.h"
+#include "interrupt.h"
 #include "library.h"
+#include "library_start.h"
 #include "line_reader.h"
-#include "paper_file.h"
+#include "notices.h"
+#include "paper_places.h"
 #include "places.h"
 #include "progress.h"
-#include "register/picture.h"
+#include "register/register_file.h"
 #include "register_client.h"
+#include "register_text.h"
+#include "styles.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
 
-constexpr size_t kShownLine = 100;        // of a failing line
-constexpr size_t kLibraryPathLimit = 79;  // of a definition file's path
-constexpr int kDefinitionRefused = 2;     // TradInit
-
-// --- Ctrl-C. The run ends behind the line at work, so that the paper is not lost; a second
-// Ctrl-C ends the program at once.
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void note_interrupt(int) { interrupted = 1; }
-
-class InterruptWatch {
- public:
-  InterruptWatch() {
-    struct sigaction action {};
-    action.sa_handler = &note_interrupt;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, &before_);
-  }
-  ~InterruptWatch() { sigaction(SIGINT, &before_, nullptr); }
-  InterruptWatch(const InterruptWatch&) = delete;
-  InterruptWatch& operator=(const InterruptWatch&) = delete;
-
- private:
-  struct sigaction before_ {};
-};
-
-// --- The definition file.
-
-void tell_about_definition(const RunOptions& options, const DefinitionFile& definition,
-                           Streams& streams) {
-  const bool overridden = !definition.installation_dir.empty();
-  if (overridden && (!options.language.empty() || options.verbose)) {
-    streams.error(fmt::format(
-        "lorimat: note: InstallationDir={} in the registry {} overrides {}: the definition file "
-        "is {}\n",
-        shown(definition.installation_dir), shown(definition.registry_file),
-        options.language.empty() ? "the default" : "--language " + shown(options.language),
-        shown(definition.path)));
-  } else if (options.verbose) {
-    streams.error(fmt::format("lorimat: definition file {}\n", shown(definition.path)));
-  }
-}
-
-// Hands the definition file to the library, having looked at it first: the library says only
-// "2", and takes merkelin.ini of the current directory when it cannot open the file.
-void start_library(const RunOptions& options, Library& library, RegisterClient& client,
-                   Streams& streams) {
-  const DefinitionFile definition = find_definition_file(options.language);
-  tell_about_definition(options, definition, streams);
-  const bool overridden = !definition.installation_dir.empty();
-  const std::string origin = overridden ? fmt::format(
-                                              " (named by InstallationDir in the registry {}; set "
-                                              "LORIMATRT_REGISTRY to another file to leave it out)",
-                                              shown(definition.registry_file))
-                                        : "";
-  DefinitionReport report;
-  try {
-    report = inspect_definition(definition.path);
-  } catch (const Failure& failure) {
-    throw Failure(fmt::format("definition file {}{}", failure.what(), origin));
-  }
-  // The library cuts a longer path. A host's own can be named shorter, by its descriptor; the
-  // registry's cannot.
-  std::string path = definition.path;
-  Descriptor open_file;
-  if (path.size() > kLibraryPathLimit) {
-    if (overridden) {
-      throw Failure(fmt::format(
-          "definition file {}: its path is longer than the {} characters that the library takes{}",
-          shown(path), kLibraryPathLimit, origin));
-    }
-    open_file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    path = fmt::format("/proc/self/fd/{}", open_file.get());
-  }
-  const int code = library.init(path, client.client());
-  if (code != 0) {
-    const std::string cause = code == kDefinitionRefused && report.fault_line != 0
-                                  ? fmt::format(":{}: {}", report.fault_line, report.fault)
-                                  : fmt::format(": the library answered {}", code);
-    throw Failure(fmt::format("definition file {}{}{}", shown(definition.path), cause, origin));
-  }
-  if (report.commands == 0) {
-    streams.error(fmt::format(
-        "lorimat: warning: definition file {} names no commands (section [OPCOD]), so every line "
-        "will fail{}\n",
-        shown(definition.path), origin));
-  }
-}
+constexpr size_t kShownLine = 100;  // of a failing line
 
 // --- Failing lines.
 
@@ -123,16 +39,20 @@ class FailureList {
  public:
   FailureList(Streams& streams, Progress& progress) : streams_(streams), progress_(progress) {}
 
-  // place is "FILE:LINE" or "FILE".
-  void report(const std::string& place, const std::string& what, std::string_view line) {
+  // place is "FILE:LINE" or "FILE"; heading may be empty.
+  void report(const std::string& place, const std::string& heading, const std::string& what,
+              std::string_view line) {
     ++count_;
     progress_.clear();
-    streams_.error(fmt::format("{}: {}\n", place, what));
+    const bool colours = streams_.error_has_colours();
+    std::string text = styled(place + ":", Style::kStrong, colours) + " ";
+    if (!heading.empty()) text += styled(heading + ":", Style::kError, colours) + " ";
+    streams_.error(fmt::format("{}{}\n", text, what));
     if (!line.empty()) streams_.error(fmt::format("    {}\n", shown(line, kShownLine)));
   }
   void report_code(const std::string& place, long code, std::string_view text,
                    std::string_view line) {
-    report(place, fmt::format("code {}: {}", code, shown(without_trailing_blanks(text))), line);
+    report(place, tr("code {}", code), shown(without_trailing_blanks(text)), line);
   }
   uint64_t count() const { return count_; }
 
@@ -144,8 +64,17 @@ class FailureList {
 
 bool is_long(const LineReader& reader) { return reader.size() >= Progress::kLongFile; }
 
+// Why the register could not be kept, once for each cause.
+void tell_failure(const RegisterClient& client, std::string* told, Streams& streams) {
+  const std::string cause = client.last_failure();
+  if (cause == *told) return;
+  *told = cause;
+  if (!cause.empty()) tell_error(streams, tr("the register could not be kept: {}", cause));
+}
+
 // --- One EcrCmd for each line. Returns an exit code.
-int run_lines(const RunOptions& options, LineReader& reader, Library& library, Streams& streams) {
+int run_lines(const RunOptions& options, LineReader& reader, Library& library,
+              const RegisterClient& client, Streams& streams) {
   // The answer of a line that has nothing to say, in the words of the definition file.
   std::string plain_answer;
   library.run_line("; lorimat run", &plain_answer);
@@ -156,6 +85,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library, S
   SourceLine line;
   uint64_t run = 0;
   bool stopped = false;
+  std::string told_failure;
   // What Ctrl-C leaves of a line that was being typed or sent is not run.
   while (!stopped && !interrupted && reader.next(&line) && !interrupted) {
     run = line.number;
@@ -163,33 +93,33 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library, S
     const std::string place = fmt::format("{}:{}", reader.name(), line.number);
     const uint64_t failed_before = failures.count();
     if (line.nul_at != 0) {
-      failures.report(place,
-                      fmt::format("not run: a NUL byte stands in column {}, and the library would "
-                                  "read the line only up to there",
-                                  line.nul_at),
+      failures.report(place, tr("not run"),
+                      tr("a NUL byte stands in column {}, and the library would read the line only "
+                         "up to there",
+                         line.nul_at),
                       line.text);
     } else {
       std::string answer;
       const long code = library.run_line(line.text, &answer);
       if (code != 0) {
         failures.report_code(place, code, answer, line.text);
+        tell_failure(client, &told_failure, streams);
       } else if (options.verbose || answer != plain_answer) {
         progress.clear();
-        streams.error(
-            fmt::format("{}: answer: {}\n", place, shown(without_trailing_blanks(answer))));
+        streams.error(tr("{}: answer: {}\n", place, shown(without_trailing_blanks(answer))));
       }
     }
     stopped = options.stop_on_error && failures.count() != failed_before;
   }
   progress.clear();
   if (interrupted) {
-    streams.error(fmt::format("lorimat: stopped by Ctrl-C behind line {}\n", run));
+    tell_error(streams, tr("stopped by Ctrl-C behind line {}", run));
     return kExitInterrupted;
   }
   if (stopped) {
-    streams.error(fmt::format("lorimat: stopped at line {}, which failed\n", run));
+    tell_error(streams, tr("stopped at line {}, which failed", run));
   } else if (failures.count() != 0) {
-    streams.error(fmt::format("lorimat: {} of {} lines failed\n", failures.count(), run));
+    tell_error(streams, tr("{} of {} lines failed", failures.count(), run));
   }
   return failures.count() == 0 ? kExitGood : kExitLinesFailed;
 }
@@ -213,7 +143,7 @@ uint64_t count_lines(const std::string& file) {
   SourceLine line;
   while (reader.next(&line)) {
     if (line.nul_at != 0) {
-      throw Failure(fmt::format(
+      throw Failure(tr(
           "{}:{}: a NUL byte stands in column {}: with --batch the library would run the line only "
           "up to there; nothing was run",
           reader.name(), line.number, line.nul_at));
@@ -234,7 +164,7 @@ void report_batch_errors(const std::string& file, const std::vector<BatchError>&
   }
   for (const BatchError& error : errors) {
     if (error.line == 0) {
-      failures.report(reader.name(), shown(error.text), {});
+      failures.report(reader.name(), "", shown(error.text), {});
     } else {
       failures.report_code(fmt::format("{}:{}", reader.name(), error.line), error.code, error.text,
                            texts[error.line]);
@@ -251,8 +181,8 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   // The name on the line has no folder: its capital letters would be lower-cased too.
   const Descriptor origin(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!origin.is_open() || chdir(place.folder.c_str()) != 0) {
-    throw Failure(fmt::format("{}: cannot work in its folder: {}", shown(options.file),
-                              system_message(errno)));
+    throw Failure(
+        tr("{}: cannot work in its folder: {}", shown(options.file), system_message(errno)));
   }
   std::string answer;
   long code = 0;
@@ -266,86 +196,59 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   }
   progress.clear();
   if (fchdir(origin.get()) != 0) {
-    throw Failure(
-        fmt::format("cannot return to the folder of the start: {}", system_message(errno)));
+    throw Failure(tr("cannot return to the folder of the start: {}", system_message(errno)));
   }
   const std::string text = shown(without_trailing_blanks(answer));
   if (code != 0) {
-    throw Failure(fmt::format("{}: the batch was refused: code {}: {}", reader.name(), code, text));
+    throw Failure(tr("{}: the batch was refused: code {}: {}", reader.name(), code, text));
   }
+  std::string told_failure;
+  tell_failure(client, &told_failure, streams);
   FailureList failures(streams, progress);
   report_batch_errors(options.file, read_batch_errors(scratch.error_file()), failures);
-  if (options.verbose) streams.error(fmt::format("{}: answer: {}\n", reader.name(), text));
+  if (options.verbose) streams.error(tr("{}: answer: {}\n", reader.name(), text));
   if (failures.count() == 0) return kExitGood;
-  streams.error(fmt::format("lorimat: {} of {} lines failed\n", failures.count(), lines));
+  tell_error(streams, tr("{} of {} lines failed", failures.count(), lines));
   return kExitLinesFailed;
 }
 
 void require_batch_file(const RunOptions& options, const LineReader& reader) {
   if (options.file == "-" || !reader.is_regular()) {
-    throw Failure(fmt::format("{}: --batch needs a file, which the library opens by its name",
-                              reader.name()));
+    throw Failure(
+        tr("{}: --batch needs a file, which the library opens by its name", reader.name()));
   }
   require_batch_name(split(options.file).name);
 }
 
-// --- The paper's places: text, and the pictures that were asked for.
+// --- The paper, and the register's file.
 
-struct PaperPlace {
-  std::string name;  // "-" is standard output
-  const char* option;
-  const char* what;
-  std::string (RegisterClient::*content)() const;
-};
-
-std::vector<PaperPlace> paper_places(const RunOptions& options) {
+std::vector<PaperPlace> paper_places(const RunOptions& options, const RegisterClient& client) {
   std::vector<PaperPlace> places = {{options.paper.empty() ? "-" : options.paper, "--paper",
-                                     "the paper's text", &RegisterClient::paper}};
+                                     tr("the paper's text"), [&client] { return client.paper(); }}};
   if (!options.png.empty()) {
-    places.push_back({options.png, "--png", "the PNG", &RegisterClient::paper_png});
+    places.push_back(
+        {options.png, "--png", tr("the PNG"), [&client] { return client.paper_png(); }});
   }
   if (!options.pdf.empty()) {
-    places.push_back({options.pdf, "--pdf", "the PDF", &RegisterClient::paper_pdf});
+    places.push_back(
+        {options.pdf, "--pdf", tr("the PDF"), [&client] { return client.paper_pdf(); }});
   }
   return places;
 }
 
-bool are_one_file(const std::string& one, const std::string& other) {
-  if (one == "-" || other == "-") return one == other;
-  struct stat status;
-  struct stat other_status;
-  return stat(one.c_str(), &status) == 0 && stat(other.c_str(), &other_status) == 0 &&
-         S_ISREG(status.st_mode) && status.st_dev == other_status.st_dev &&
-         status.st_ino == other_status.st_ino;
-}
-
-// Opens them all, so that a run does not start whose paper could not be kept.
-std::vector<PaperFile> open_paper(const std::vector<PaperPlace>& places, const RunOptions& options,
-                                  Streams& streams) {
-  std::vector<PaperFile> files;
-  for (const PaperPlace& place : places) {
-    files.emplace_back(place.name, options.file, streams);
-    for (const PaperPlace& before : places) {
-      if (&before == &place) break;
-      if (!are_one_file(before.name, place.name)) continue;
-      throw Failure(fmt::format("{} {}: {} goes there already", place.option, shown(place.name),
-                                before.what));
-    }
+// Which document is open, and what becomes of it. The register is switched off by now, so that
+// this is what its file holds.
+void tell_open_document(const RunOptions& options, bool open, const std::string& lines,
+                        Streams& streams) {
+  if (!open) return;
+  if (options.register_file.empty()) {
+    tell_note(streams, tr("{} ends with the receipt still open; a payment closes it", lines));
+    return;
   }
-  return files;
-}
-
-void write_paper(const std::vector<PaperPlace>& places, std::vector<PaperFile>& files,
-                 const RegisterClient& client) {
-  for (size_t i = 0; i < places.size(); ++i) {
-    std::string content;
-    try {
-      content = (client.*places[i].content)();
-    } catch (const lorimat::PictureError& error) {
-      throw Failure(fmt::format("{}: {}", shown(places[i].name), error.what()));
-    }
-    files[i].write(content);
-  }
+  const lorimat::RegisterStatus status = lorimat::RegisterFile(options.register_file).Status();
+  if (!status.open_document) return;
+  tell_note(streams, tr("{} keeps {}", shown(options.register_file),
+                        open_document_text(*status.open_document)));
 }
 
 }  // namespace
@@ -354,23 +257,32 @@ int run_command(const RunOptions& options, Streams& streams) {
   LineReader reader(options.file, &interrupted);
   if (options.batch) require_batch_file(options, reader);
 
-  RegisterClient client(options.clock, streams);
-
+  // The library lets go of the client last, and nothing is made before the library is there.
+  std::optional<RegisterClient> client;
   const std::string library_file = find_library(options.library);
   streams.start_trace(options.trace);
-  if (options.verbose) streams.error(fmt::format("lorimat: library {}\n", shown(library_file)));
-  Library library(library_file, streams);
-  start_library(options, library, client, streams);
+  if (options.verbose) tell(streams, tr("library {}", shown(library_file)));
+  std::optional<Library> library(std::in_place, library_file, streams);
+  client.emplace(options.clock, options.register_file, streams);
+  start_library(options.language, options.verbose, *library, *client, streams);
 
-  const std::vector<PaperPlace> places = paper_places(options);
-  std::vector<PaperFile> files = open_paper(places, options, streams);
-  const int code = options.batch ? run_batch(options, reader, library, client, streams)
-                                 : run_lines(options, reader, library, streams);
-  write_paper(places, files, client);
-  if (client.document_open()) {
-    streams.error(
-        fmt::format("lorimat: note: {} ends with the receipt still open; a payment closes it\n",
-                    reader.name()));
+  PaperPlaces places(
+      paper_places(options, *client),
+      {{options.file, tr("the file of lines")}, {options.register_file, tr("the register's file")}},
+      streams);
+  const int code = options.batch ? run_batch(options, reader, *library, *client, streams)
+                                 : run_lines(options, reader, *library, *client, streams);
+  std::exception_ptr not_written;
+  try {
+    places.write();
+  } catch (const Failure&) {
+    not_written = std::current_exception();
   }
-  return code;
+  const bool open = client->document_open();
+  const bool kept = client->last_failure().empty();
+  library.reset();
+  client.reset();
+  tell_open_document(options, open, reader.name(), streams);
+  if (not_written) std::rethrow_exception(not_written);
+  return kept ? code : kExitNotDone;
 }

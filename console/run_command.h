@@ -6,14 +6,15 @@
 #include "streams.h"
 
 struct RunOptions {
-  std::string file;      // "-" is standard input
-  std::string language;  // definition file; empty takes the one beside the program
-  std::string paper;     // empty, or "-", is standard output
-  std::string png;       // empty for no such picture of the paper; "-" is standard output
-  std::string pdf;       // the same
-  std::string library;   // empty takes the one beside the program
-  std::string trace;     // empty discards the library's own lines; "-" is standard error
-  std::string clock;     // "YYYY-MM-DD HH:MM"; empty takes the computer's clock
+  std::string file;           // "-" is standard input
+  std::string language;       // definition file; empty takes the one beside the program
+  std::string paper;          // empty, or "-", is standard output
+  std::string png;            // empty for no such picture of the paper; "-" is standard output
+  std::string pdf;            // the same
+  std::string library;        // empty takes the one beside the program
+  std::string trace;          // empty discards the library's own lines; "-" is standard error
+  std::string register_file;  // where the register is kept; empty keeps it in memory
+  std::string clock;          // "YYYY-MM-DD HH:MM"; empty takes the computer's clock
   bool batch = false;
   bool stop_on_error = false;
   bool verbose = false;

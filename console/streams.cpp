@@ -11,7 +11,9 @@
 #include <utility>
 
 #include "failure.h"
+#include "styles.h"
 #include "text.h"
+#include "translate.h"
 
 Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
   if (this != &other) {
@@ -50,7 +52,7 @@ void flush_shared_buffers() {
 Descriptor copy_of(int fd) {
   Descriptor copy(fcntl(fd, F_DUPFD_CLOEXEC, 3));
   if (!copy.is_open()) {
-    throw Failure(fmt::format("cannot keep the standard streams apart: {}", system_message(errno)));
+    throw Failure(tr("cannot keep the standard streams apart: {}", system_message(errno)));
   }
   return copy;
 }
@@ -75,13 +77,17 @@ Streams::~Streams() { flush_shared_buffers(); }
 
 void Streams::output(std::string_view text) {
   if (!write_all(own_output_.get(), text)) {
-    throw Failure(fmt::format("cannot write to standard output: {}", system_message(errno)));
+    throw Failure(tr("cannot write to standard output: {}", system_message(errno)));
   }
 }
 
 void Streams::error(std::string_view text) { write_all(own_error_.get(), text); }
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }
+
+bool Streams::output_has_colours() const { return has_colours(own_output_.get()); }
+
+bool Streams::error_has_colours() const { return has_colours(own_error_.get()); }
 
 void Streams::start_trace(const std::string& file) {
   flush_shared_buffers();
@@ -93,8 +99,7 @@ void Streams::start_trace(const std::string& file) {
   }
   tracing_ = !file.empty();
   if (!trace_.is_open() || dup2(trace_.get(), STDOUT_FILENO) < 0) {
-    throw Failure(
-        fmt::format("{}: cannot write the trace: {}", shown(file), system_message(errno)));
+    throw Failure(tr("{}: cannot write the trace: {}", shown(file), system_message(errno)));
   }
 }
 

@@ -46,6 +46,9 @@ class Streams {
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void error(std::string_view text);
   bool error_is_terminal() const;
+  // Whether texts for them may be coloured.
+  bool output_has_colours() const;
+  bool error_has_colours() const;
 
   // Turns descriptor 1 to the trace from here on. "-" is standard error, an empty name
   // discards what the library writes. Throws Failure when the file cannot be opened.

@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <string_view>
 #include <system_error>
+
+#include "translate.h"
 
 std::string shown(std::string_view text, size_t limit) {
   const bool cut = limit != 0 && text.size() > limit;
@@ -35,4 +38,31 @@ std::string_view without_trailing_blanks(std::string_view text) {
   return text;
 }
 
-std::string system_message(int error) { return std::generic_category().message(error); }
+// The C library has them in other languages only where a package of languages is installed.
+std::string system_message(int error) {
+  static constexpr std::string_view kMessages[] = {
+      TR_TEXT("No such file or directory"),
+      TR_TEXT("Permission denied"),
+      TR_TEXT("Operation not permitted"),
+      TR_TEXT("No space left on device"),
+      TR_TEXT("Disk quota exceeded"),
+      TR_TEXT("Read-only file system"),
+      TR_TEXT("Is a directory"),
+      TR_TEXT("Not a directory"),
+      TR_TEXT("File exists"),
+      TR_TEXT("File name too long"),
+      TR_TEXT("File too large"),
+      TR_TEXT("Bad file descriptor"),
+      TR_TEXT("Too many open files"),
+      TR_TEXT("Too many levels of symbolic links"),
+      TR_TEXT("Input/output error"),
+      TR_TEXT("Broken pipe"),
+      TR_TEXT("Invalid argument"),
+      TR_TEXT("No such device or address"),
+      TR_TEXT("Device or resource busy"),
+      TR_TEXT("Text file busy"),
+      TR_TEXT("Resource temporarily unavailable"),
+      TR_TEXT("Cannot allocate memory"),
+  };
+  return tr_finished(std::generic_category().message(error), kMessages);
+}

@@ -12,5 +12,5 @@ std::string shown(std::string_view text, size_t limit = 0);
 // The text without the blanks at its end.
 std::string_view without_trailing_blanks(std::string_view text);
 
-// The message of an errno value.
+// The message of an errno value, in the user's language for those that are likely.
 std::string system_message(int error);

@@ -10,9 +10,14 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
+
+// Marks a text that reaches translated() by way of a variable or a table, so that the test of
+// the Italian table finds it.
+#define TR_TEXT(text) text
 
 // The Italian of an English message; the English itself where there is none, or for a user of
 // another language.
@@ -21,6 +26,31 @@ std::string_view translated(std::string_view english);
 template <typename... Arguments>
 std::string tr(fmt::format_string<Arguments...> english, Arguments&&... arguments) {
   const fmt::string_view text = english;
-  return fmt::vformat(translated({text.data(), text.size()}),
-                      fmt::make_format_args(arguments...));
+  return fmt::vformat(translated({text.data(), text.size()}), fmt::make_format_args(arguments...));
 }
+
+// One message or the other, both marked by TR_TEXT and with one field for the count.
+std::string tr_count(uint64_t count, std::string_view one, std::string_view several);
+
+// A finished English message of a library that knows no Italian, held against patterns (marked
+// by TR_TEXT) whose fields "{}" stand for any text: the translation of the first that fits, with
+// what stood in the fields, or the message as it is.
+std::string tr_finished(std::string_view message, const std::string_view* patterns, size_t count);
+
+template <size_t kCount>
+std::string tr_finished(std::string_view message, const std::string_view (&patterns)[kCount]) {
+  return tr_finished(message, patterns, kCount);
+}
+
+// While one of these lives, messages are English: for texts that go into JSON, which programs
+// read.
+class EnglishMessages {
+ public:
+  explicit EnglishMessages(bool wanted = true);
+  ~EnglishMessages();
+  EnglishMessages(const EnglishMessages&) = delete;
+  EnglishMessages& operator=(const EnglishMessages&) = delete;
+
+ private:
+  bool before_;
+};

@@ -8,13 +8,14 @@
 #include "failure.h"
 #include "json_text.h"
 #include "language.h"
+#include "notices.h"
 #include "pal/protocols/lorimat/front/messages.h"
+#include "styles.h"
 #include "suggestion.h"
 #include "text.h"
+#include "translate.h"
 
 namespace {
-
-constexpr const char* kNoHandler = "no command of the library, answers 268";
 
 // A row of the table: a command, a field of it, or both in one.
 struct TableRow {
@@ -33,15 +34,15 @@ std::string joined(const std::string& first, const std::string& second) {
 
 std::string command_remark(const CommandWord& command, const std::string& first_name) {
   std::string remark;
-  if (first_name != command.name) remark = "the same as " + shown(first_name);
-  if (!command.has_handler) remark = joined(remark, kNoHandler);
+  if (first_name != command.name) remark = tr("the same as {}", shown(first_name));
+  if (!command.has_handler) remark = joined(remark, tr("no command of the library, answers 268"));
   return remark;
 }
 
 std::string field_remark(const FieldWord& field, const std::string& first_name) {
   std::string remark;
-  if (first_name != field.name) remark = "the same as " + shown(first_name);
-  if (field.mandatory) remark = joined(remark, "must be given");
+  if (first_name != field.name) remark = tr("the same as {}", shown(first_name));
+  if (field.mandatory) remark = joined(remark, tr("must be given"));
   return remark;
 }
 
@@ -82,17 +83,17 @@ std::vector<TableRow> table_rows(const std::vector<CommandWord>& commands,
   return rows;
 }
 
-std::string as_text(const std::vector<TableRow>& rows) {
+std::string as_text(const std::vector<TableRow>& rows, bool colours) {
   std::string out;
-  const auto add = [&out](const TableRow& row) {
+  const auto add = [&out](const TableRow& row, bool heading) {
     const std::string line =
         fmt::format("{:>4}  {:<10}  {:<10}  {:>5}  {:<10}  {:<10}  {}", row.number, row.command,
                     row.short_command, row.field_number, row.field, row.short_field, row.remark);
-    out += without_trailing_blanks(line);
+    out += styled(without_trailing_blanks(line), Style::kStrong, heading);
     out += '\n';
   };
-  add({"No", "Command", "Short", "Field", "Name", "Short", ""});
-  for (const TableRow& row : rows) add(row);
+  add({tr("No"), tr("Command"), tr("Short"), tr("Field"), tr("Name"), tr("Short"), ""}, colours);
+  for (const TableRow& row : rows) add(row, false);
   return out;
 }
 
@@ -106,7 +107,8 @@ std::string cell(const std::string& text) {
 }
 
 std::string as_markdown(const std::vector<TableRow>& rows) {
-  std::string out = "| No | Command | Short | Field | Name | Short | Remark |\n";
+  std::string out = fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", tr("No"), tr("Command"),
+                                tr("Short"), tr("Field"), tr("Name"), tr("Short"), tr("Remark"));
   out += "|---|---|---|---|---|---|---|\n";
   for (const TableRow& row : rows) {
     out += fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", row.number, cell(row.command),
@@ -149,14 +151,14 @@ std::vector<CommandWord> select(const std::vector<CommandWord>& commands, const 
   }
   if (!selected.empty()) return selected;
   if (found.failure == INSTRUCTION_NOT_UNIC) {
-    streams.error(fmt::format("lorimat: {}: fits more than one command\n", shown(word)));
+    tell_error(streams, tr("{}: fits more than one command", shown(word)));
     return {};
   }
   std::vector<std::string> names;
   for (const CommandWord& command : commands) names.push_back(command.name);
   const std::string near = nearest_word(word, names);
-  streams.error(fmt::format("lorimat: {}: no command has this name{}\n", shown(word),
-                            near.empty() ? "" : fmt::format("; did you mean {}?", shown(near))));
+  tell_error(streams, tr("{}: no command has this name", shown(word)) +
+                          (near.empty() ? "" : tr("; did you mean {}?", shown(near))));
   return {};
 }
 
@@ -173,7 +175,8 @@ int words_command(const WordsOptions& options, Streams& streams) {
     streams.output(json_text(as_json(commands)));
   } else {
     const std::vector<TableRow> rows = table_rows(commands, language);
-    streams.output(options.markdown ? as_markdown(rows) : as_text(rows));
+    streams.output(options.markdown ? as_markdown(rows)
+                                    : as_text(rows, streams.output_has_colours()));
   }
   return kExitGood;
 }

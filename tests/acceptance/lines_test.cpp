@@ -200,7 +200,8 @@ TEST(Progress, ALongFileShowsABarOnATerminalAndTakesItAway) {
   const std::string lines = folder.write("long.cmd", content + "WRONG\n");
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"run", lines}, {"run", lines, "--batch"}}) {
-    const ProgramRun run = run_console(arguments, {.errors_to_terminal = true});
+    const ProgramRun run =
+        run_console(arguments, {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
     EXPECT_EQ(run.exit_code, 1);
     EXPECT_THAT(run.errors, HasSubstr("\r[####"));
     EXPECT_THAT(run.errors, HasSubstr("50%"));
@@ -215,7 +216,8 @@ TEST(Progress, TheBarIsGoneBeforeTheSummary) {
   std::string content = "WRONG\n";
   for (int line = 0; line < 2000; ++line) content += "; a comment of a long file\n";
   const ProgramRun run =
-      run_console({"run", folder.write("long.cmd", content)}, {.errors_to_terminal = true});
+      run_console({"run", folder.write("long.cmd", content)},
+                  {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
   EXPECT_THAT(run.errors, HasSubstr("100%\r\x1b[Klorimat: 1 of 2001 lines failed\n"));
 }
 

@@ -33,8 +33,9 @@ TEST_P(GoodExample, PrintsItsPaperAsABatch) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, GoodExample,
-                         testing::Values("receipt", "payments", "returns", "deposit", "keys", "discounts",
-                                         "invoice", "credit_note", "void", "note", "lottery"),
+                         testing::Values("receipt", "payments", "returns", "deposit", "keys",
+                                         "discounts", "invoice", "credit_note", "void", "note",
+                                         "lottery", "exchange", "barcodes"),
                          [](const auto& info) { return info.param; });
 
 TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {

@@ -2,8 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "program_run.h"
 
@@ -33,6 +37,13 @@ void expect_png(const std::string& png, uint32_t height) {
   EXPECT_EQ(big_endian(png, 16), 640u);
   EXPECT_EQ(big_endian(png, 20), height);
   EXPECT_EQ(png.substr(png.size() - 8, 4), "IEND");
+}
+
+std::vector<std::string> lines_of(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
 }
 
 // The note has 13 rows of 28 dots, one of double height (56), a barcode (96) and the margins (48).
@@ -193,6 +204,38 @@ TEST(Picture, OfNoPaperIsABlankPieceOfIt) {
   EXPECT_THAT(folder.read("none.pdf"), HasSubstr("/Type /Page "));
 }
 
+TEST(Picture, ABarcodeBehindAReceiptTakesThePlaceOfItsStandIn) {
+  TestFolder folder;
+  const std::string png = folder.path("exchange.png");
+  ASSERT_EQ(run_console({"run", source_file("examples/exchange.cmd"), "--png", png}).exit_code, 0);
+  // 26 rows of text and the cut, the barcode and the margins.
+  expect_png(folder.read("exchange.png"), 26 * 28 + 96 + 48);
+}
+
+TEST(Picture, EveryBarcodeOfTheLanguageIsDrawn) {
+  const struct {
+    const char* word;
+    const char* message;
+  } rows[] = {{"EAN", "8001234567897"}, {"EAN", "9638507"},        {"UPCA", "03600029145"},
+              {"UPCE", "04210000526"},  {"CODE39", "LORIMAT-39"},  {"CODE39CK", "LORIMAT-39"},
+              {"ITF", "1234567890"},    {"CODABAR", "A12345B"},    {"CODE93", "LORIMAT 93"},
+              {"CODE128", "Lorimat 1"}, {"PDF417", "Lorimat 417"}, {"QRCODE", "Lorimat"},
+              {"DATAMATRIX", "Lorimat"}};
+  for (const auto& row : rows) {
+    TestFolder folder;
+    const std::string lines =
+        folder.write("code.cmd", std::string("NOFIS INIZIO\nNOFIS BARCODE=") + row.word +
+                                     ", NOTESTO, MSG='" + row.message + "'\nNOFIS FINE\n");
+    const ProgramRun run =
+        run_console({"run", lines, "--clock", kClock, "--png", folder.path("code.png")});
+    EXPECT_EQ(run.exit_code, 0) << row.word << ": " << run.errors;
+    const auto text_rows = std::count(run.output.begin(), run.output.end(), '\n');
+    const uint32_t as_text = static_cast<uint32_t>(text_rows) * 28 + 48;
+    // The bars and the light space around them are higher than the row of the stand-in.
+    EXPECT_GT(big_endian(folder.read("code.png"), 20), as_text) << row.word;
+  }
+}
+
 #ifdef LORIMAT_ZBARIMG
 TEST(Picture, ItsBarcodeCanBeRead) {
   TestFolder folder;
@@ -200,5 +243,30 @@ TEST(Picture, ItsBarcodeCanBeRead) {
   ASSERT_EQ(run_console({"run", note(), "--png", png}).exit_code, 0);
   const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", "--raw", png});
   EXPECT_EQ(reader.output, "8001234567897\n");
+}
+
+TEST(Picture, TheBarcodeOfAReceiptCanBeRead) {
+  TestFolder folder;
+  const std::string png = folder.path("exchange.png");
+  ASSERT_EQ(run_console({"run", source_file("examples/exchange.cmd"), "--png", png}).exit_code, 0);
+  const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", "--raw", png});
+  EXPECT_EQ(reader.output, "CAMBIO 0001-0001\n");
+}
+
+// PDF417 and data matrix are none that this reader knows.
+TEST(Picture, ASheetOfAllBarcodesCanBeRead) {
+  TestFolder folder;
+  const std::string png = folder.path("barcodes.png");
+  ASSERT_EQ(run_console({"run", source_file("examples/barcodes.cmd"), "--png", png}).exit_code, 0);
+  const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", png});
+  // The check digit 7 of the EAN: 3 * (0 + 1 + 3 + 5 + 7 + 9) + 8 + 0 + 2 + 4 + 6 + 8 + 7 = 110.
+  // The R of code 39: the values of LORIMAT-39 add up to 199, which is 27 modulo 43.
+  // UPC codes are read as the EAN 13 that they also are.
+  EXPECT_THAT(
+      lines_of(reader.output),
+      testing::UnorderedElementsAre(
+          "EAN-13:8001234567897", "EAN-8:96385074", "EAN-13:0036000291452", "EAN-13:0042100005264",
+          "CODE-39:LORIMAT-39", "CODE-39:LORIMAT-39R", "I2/5:1234567890", "Codabar:A12345B",
+          "CODE-93:LORIMAT 93", "CODE-128:Lorimat 128", "QR-Code:https://example.org/b/42"));
 }
 #endif

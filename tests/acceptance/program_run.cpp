@@ -73,7 +73,10 @@ void wait_until_asleep(pid_t child) {
   if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) _exit(127);
   setenv("LORIMATRT_REGISTRY", "/nonexistent/registry.ini", 1);
   setenv("TERM", "xterm", 1);
-  unsetenv("LORIMAT_LIBRARY");
+  for (const char* name :
+       {"LORIMAT_LIBRARY", "LORIMAT_REGISTER", "LC_ALL", "LC_MESSAGES", "LANG", "NO_COLOR"}) {
+    unsetenv(name);
+  }
   for (const auto& [name, value] : setting.environment) setenv(name.c_str(), value.c_str(), 1);
   dup2(input, STDIN_FILENO);
   if (setting.close_output) {
@@ -105,7 +108,7 @@ ProgramRun run_program(const std::string& program, const std::vector<std::string
       program.front() == '/' ? program : std::string(LORIMAT_BIN_FOLDER) + "/" + program;
   const Pipe input = make_pipe();
   fcntl(input.write_end, F_SETFL, O_NONBLOCK);
-  Pipe output = make_pipe();
+  Pipe output = setting.output_to_terminal ? make_terminal() : make_pipe();
   if (!setting.output_file.empty()) {
     close(output.write_end);
     output.write_end = open(setting.output_file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);

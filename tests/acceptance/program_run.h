@@ -17,6 +17,7 @@ struct ProgramSetting {
   std::string input = {};                               // standard input
   std::map<std::string, std::string> environment = {};  // added to the caller's
   bool errors_to_terminal = false;                      // standard error is a pseudo-terminal
+  bool output_to_terminal = false;                      // so is standard output
   std::string output_file = {};                         // standard output goes to this file
   bool close_output = false;  // the program starts without standard output
   bool as_nobody = false;     // when the tests run as root
@@ -25,8 +26,8 @@ struct ProgramSetting {
   std::string interrupt_at = {};
 };
 
-// Runs the console with these arguments. No registry of this computer is seen, unless the
-// environment of the setting names one.
+// Runs the console with these arguments. No registry of this computer is seen, nor what its user
+// chose for language and colours, unless the environment of the setting says so.
 ProgramRun run_console(const std::vector<std::string>& arguments,
                        const ProgramSetting& setting = {});
 

@@ -46,6 +46,14 @@ TEST(Usage, AnUnknownOptionIsWrongUseAndIsNamed) {
   EXPECT_THAT(run.errors, HasSubstr("--papper"));
 }
 
+TEST(Usage, ControlCharactersOfAWrongArgumentAreShownAsNumbers) {
+  const ProgramRun run = run_console({"run", "x.cmd", "--pa\x1b[2Jper"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_EQ(run.errors,
+            "lorimat: The following argument was not expected: --pa\\x1B[2Jper\n"
+            "Run with --help for more information.\n");
+}
+
 TEST(Usage, RunNeedsAFile) {
   const ProgramRun run = run_console({"run"});
   EXPECT_EQ(run.exit_code, 2);

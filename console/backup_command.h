@@ -1,0 +1,23 @@
+// "lorimat backup": the programmable tables of a register's file, as dumps in a folder.
+#pragma once
+
+#include <string>
+
+#include "streams.h"
+
+namespace CLI {
+class App;
+}
+
+struct BackupOptions {
+  std::string register_file;
+  std::string folder;
+  std::string language;
+  std::string library;
+  bool json = false;
+};
+
+void add_backup(CLI::App& app, BackupOptions* options);
+
+// Returns one of ExitCode. Throws Failure or RegisterError; then there is no backup.
+int backup_command(const BackupOptions& options, Streams& streams);

@@ -1,0 +1,134 @@
+#include "help.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "text.h"
+#include "translate.h"
+
+namespace {
+
+// CLI11's help without its remark on how many subcommands there have to be, which the line
+// "Usage" tells.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_description(const CLI::App* app) const override {
+    const std::string description = app->get_description();
+    return description.empty() ? description : description + "\n";
+  }
+};
+
+// In CLI11's own words, where the fields are names and numbers. A pattern stands in front of
+// those that fit its messages, too.
+constexpr std::string_view kUsageErrors[] = {
+    TR_TEXT("A subcommand is required"),
+    TR_TEXT("The following argument was not expected: {}"),
+    TR_TEXT("The following arguments were not expected: {}"),
+    TR_TEXT("{} was given a disallowed flag override"),
+    TR_TEXT("{}: too many inputs for a flag"),
+    TR_TEXT("{}: Should be true/false or a number"),
+    TR_TEXT("{}: At least {} required but received {}"),
+    TR_TEXT("{}: At Most {} required but received {}"),
+    TR_TEXT("{}: {} required {} missing"),
+    TR_TEXT("Expected exactly {} arguments to {}, got {}"),
+    TR_TEXT("Expected at least {} arguments to {}, got {}"),
+    TR_TEXT("Could not convert: {} = {}"),
+    TR_TEXT("{}: Value {} not in range {} to {}"),
+    TR_TEXT("{}: Number less or equal to 0: {}"),
+    TR_TEXT("{}: Number less than 0: {}"),
+    TR_TEXT("{}: {} not in {}"),
+    TR_TEXT("{} is required"),
+    TR_TEXT("{} excludes {}"),
+    TR_TEXT("{} requires {}"),
+};
+
+// The commands by purpose, as the program's help lists them.
+struct Purpose {
+  std::string_view heading;
+  std::vector<std::string_view> commands;
+};
+
+const std::vector<Purpose>& purposes() {
+  static const std::vector<Purpose> all = {
+      {TR_TEXT("Run lines"), {"run", "shell"}},
+      {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
+      {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},
+      {TR_TEXT("Look after a register"), {"fault", "backup", "restore"}},
+  };
+  return all;
+}
+
+constexpr std::string_view kExamples = TR_TEXT(R"(Examples:
+  lorimat run examples/receipt.cmd
+      Runs the lines of a file and prints the receipt.
+  lorimat check receipt.cmd
+      Looks for faults in them; runs nothing.
+  lorimat explain 257
+      Tells what a result code is.
+
+"lorimat run --help" tells more of run, with examples; so for each subcommand.
+
+Exit codes:
+  0  all is well
+  1  something was found: a line failed, a file has errors, a code is unknown
+  2  wrong use, or what was asked for could not be done
+  130  stopped by Ctrl-C
+)");
+
+void sort_by_purpose(CLI::App& app) {
+  for (CLI::App* command : app.get_subcommands({})) {
+    for (const Purpose& purpose : purposes()) {
+      const auto& names = purpose.commands;
+      if (std::find(names.begin(), names.end(), command->get_name()) != names.end()) {
+        command->group(std::string(translated(purpose.heading)));
+      }
+    }
+  }
+}
+
+// Of the program or a command, and of the commands below it.
+void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
+  app.formatter(formatter);
+  for (CLI::Option* option : app.get_options()) {
+    if (option->get_group() == "Options") option->group(tr("Options"));
+  }
+  for (CLI::App* command : app.get_subcommands({})) {
+    if (command->get_group() == "Subcommands") command->group(tr("Subcommands"));
+    give_words(*command, formatter);
+  }
+}
+
+}  // namespace
+
+void translate_help(CLI::App& app) {
+  const auto formatter = std::make_shared<HelpFormatter>();
+  formatter->column_width(app.get_formatter()->get_column_width());
+  formatter->label("Usage", tr("Usage"));
+  formatter->label("OPTIONS", tr("OPTIONS"));
+  formatter->label("SUBCOMMAND", tr("SUBCOMMAND"));
+  formatter->label("SUBCOMMANDS", tr("SUBCOMMAND"));
+  formatter->label("Positionals", tr("Positionals"));
+  formatter->label("REQUIRED", tr("REQUIRED"));
+  formatter->label("Env", tr("Env"));
+  formatter->label("Needs", tr("Needs"));
+  formatter->label("Excludes", tr("Excludes"));
+  // Kinds of values.
+  formatter->label("TEXT", tr("TEXT"));
+  formatter->label("INT", tr("INT"));
+  formatter->label("UINT", tr("UINT"));
+  formatter->label("NAME", tr("NAME"));
+  formatter->label("KIND", tr("KIND"));
+  formatter->label("OPERATION", tr("OPERATION"));
+  formatter->label("N|DATE", tr("N|DATE"));
+  formatter->label("\"YYYY-MM-DD HH:MM\"", tr("\"YYYY-MM-DD HH:MM\""));
+  sort_by_purpose(app);
+  give_words(app, formatter);
+  app.footer(std::string(translated(kExamples)));
+}
+
+std::string usage_error(const CLI::Error& error) {
+  return tr_finished(shown(error.what()), kUsageErrors);
+}

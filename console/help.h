@@ -1,0 +1,16 @@
+// The help of the command line, and what is wrong with one, in the user's language.
+#pragma once
+
+#include <string>
+
+namespace CLI {
+class App;
+class Error;
+}  // namespace CLI
+
+// Gives the headings and marks of all help texts their words. Called when all options and
+// subcommands are there.
+void translate_help(CLI::App& app);
+
+// What is wrong with the command line, in one line without its end.
+std::string usage_error(const CLI::Error& error);

@@ -1,0 +1,32 @@
+// "lorimat journal": the journal of a register's file, as a list, entry by entry, and checked
+// against its chain of hashes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "streams.h"
+
+namespace CLI {
+class App;
+}
+
+struct JournalOptions {
+  std::string register_file;
+  bool json = false;
+  // The list.
+  std::string from;  // a closure, or "YYYY-MM-DD" with or without " HH:MM"; empty: the first
+  std::string to;    // the same; empty: the last
+  std::vector<std::string> kinds;
+  // "show" and "verify" have --register and --json of their own.
+  bool show = false;
+  uint64_t place = 0;
+  bool verify = false;
+  std::string nested_register_file;
+};
+
+void add_journal(CLI::App& app, JournalOptions* options);
+
+// Returns one of ExitCode. Throws Failure or RegisterError.
+int journal_command(const JournalOptions& options, Streams& streams);

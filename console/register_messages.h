@@ -1,0 +1,10 @@
+// What the virtual register says of a failure, in the user's language. The register knows no
+// languages: its messages are English.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The translation of a message of the register, of its pictures or of the check of its journal;
+// the message itself when it is none that is known.
+std::string register_message(std::string_view english);

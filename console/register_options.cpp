@@ -1,0 +1,56 @@
+#include "register_options.h"
+
+#include <sys/stat.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+
+#include "failure.h"
+#include "text.h"
+#include "translate.h"
+
+CLI::Option* add_register_option(CLI::App* command, std::string* file) {
+  return command->add_option("--register", *file, tr("The register's file"))
+      ->type_name("FILE")
+      ->envname("LORIMAT_REGISTER");
+}
+
+void add_language_options(CLI::App* command, std::string* language, std::string* library) {
+  command
+      ->add_option("--language", *language,
+                   tr("Definition file with the words of the language (default: the merkelin.ini "
+                      "beside the program)"))
+      ->type_name("FILE");
+  command
+      ->add_option("--library", *library,
+                   tr("The shared library (default: liblorimatrt.so beside the program)"))
+      ->type_name("FILE")
+      ->envname("LORIMAT_LIBRARY");
+}
+
+const std::string& require_register(const std::string& file) {
+  if (file.empty()) {
+    throw Failure(
+        tr("which register? Name its file with --register FILE or in the environment variable "
+           "LORIMAT_REGISTER"));
+  }
+  struct stat status;
+  if (stat(file.c_str(), &status) != 0) {
+    const int cause = errno;
+    if (cause == ENOENT) {
+      throw Failure(
+          tr("{}: there is no such register; \"lorimat run --register {} FILE\" makes one",
+             shown(file), shown(file)));
+    }
+    throw Failure(tr("{}: the register cannot be reached: {}", shown(file), system_message(cause)));
+  }
+  return file;
+}
+
+void refuse_empty_texts(CLI::App* command) {
+  const CLI::Validator given(
+      [](const std::string& text) { return text.empty() ? tr("must not be empty") : ""; }, "");
+  for (CLI::Option* option : command->get_options()) {
+    if (option->get_items_expected_max() > 0) option->check(given);
+  }
+}

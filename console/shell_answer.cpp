@@ -1,0 +1,96 @@
+#include "shell_answer.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <limits>
+#include <vector>
+
+#include "batch_check.h"
+#include "code_table.h"
+#include "finding.h"
+#include "shell_text.h"
+#include "text.h"
+#include "translate.h"
+
+namespace {
+
+constexpr size_t kIndent = 2;
+
+std::string class_text(int code) {
+  std::vector<std::string> texts;
+  for (const CodeClass& one : code_classes()) {
+    const bool has = one.bit == 0 ? code <= 0xFF : (code & one.bit) != 0;
+    if (has) texts.push_back(tr("class {}: {}", one.shown, translated(one.what)));
+  }
+  return fmt::format("{}", fmt::join(texts, "; "));
+}
+
+std::string cause_text(const CodeReading& reading) {
+  std::string text;
+  switch (reading.kind) {
+    case CodeReading::kClient:
+      text = tr("Result {} of the device, {}.", reading.chain.front(), reading.name);
+      break;
+    case CodeReading::kUnnamedClient:
+      text = tr("Result {} of the device.", reading.chain.front());
+      break;
+    case CodeReading::kUnreachable:
+      text = tr("No answer of the device.");
+      break;
+    default:
+      break;
+  }
+  if (!reading.cause.empty()) {
+    text += text.empty() ? "" : " ";
+    text += translated(reading.cause);
+  }
+  if (reading.chain.size() > 2) {
+    text += " " + tr("Passed twice: {}.", fmt::format("{}", fmt::join(reading.chain, " -> ")));
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string causes_text(long code, size_t columns) {
+  if (code <= 0 || code > std::numeric_limits<int>::max()) return {};
+  const int number = static_cast<int>(code);
+  std::string out = wrapped(class_text(number), kIndent, columns);
+  bool first = true;
+  for (const CodeReading& reading : read_code(number)) {
+    const std::string text = cause_text(reading);
+    if (text.empty()) continue;
+    out += wrapped(first ? text : tr("Or: {}", text), kIndent, columns);
+    first = false;
+  }
+  return out;
+}
+
+std::string parser_hint(const Language& language, const std::string& line, size_t columns) {
+  SourceLine source;
+  source.number = 1;
+  source.text = line.substr(0, LineReader::kKept);
+  source.length = line.size();
+  if (line.find('@') == line.find_first_not_of(" \t")) return {};
+  Findings findings;
+  BatchCheck(language, findings).take(source);
+  for (const Finding& finding : findings.sorted()) {
+    if (finding.severity != Severity::kError) continue;
+    std::string out;
+    if (finding.column != 0 && finding.column <= line.size() + 1) {
+      const std::string before = shown(line.substr(0, finding.column - 1));
+      // A place beyond the window's edge has no column to point at.
+      if (kIndent + columns_of(before) < columns) {
+        out += fmt::format("  {}\n", cut_to(shown(line), columns - kIndent));
+        out += fmt::format("  {}^\n", std::string(columns_of(before), ' '));
+      }
+    }
+    std::string what = shown(finding.what);
+    if (!finding.suggestion.empty()) {
+      what += tr("; did you mean {}?", shown(finding.suggestion));
+    }
+    return out + wrapped(what, kIndent, columns);
+  }
+  return {};
+}

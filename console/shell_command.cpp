@@ -1,0 +1,294 @@
+#include "shell_command.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <csignal>
+#include <optional>
+#include <utility>
+
+#include "failure.h"
+#include "interrupt.h"
+#include "language.h"
+#include "library.h"
+#include "library_start.h"
+#include "line_reader.h"
+#include "notices.h"
+#include "places.h"
+#include "register/register_file.h"
+#include "register_client.h"
+#include "register_options.h"
+#include "register_text.h"
+#include "shell_editor.h"
+#include "shell_history.h"
+#include "shell_session.h"
+#include "shell_status.h"
+#include "shell_text.h"
+#include "styles.h"
+#include "text.h"
+#include "translate.h"
+
+namespace {
+
+constexpr const char* kPrompt = "lorimat> ";
+constexpr size_t kPipeColumns = 80;  // of help texts where there is no window
+constexpr int kSignalExit = 128;     // and the signal's number, as shells have it
+
+constexpr std::string_view kShellExamples = TR_TEXT(R"(Examples:
+  lorimat shell
+      Lines for a register in memory, which is gone with the shell.
+  lorimat shell --register shop.register
+      A register that keeps what it is told.
+  printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat shell
+      The same as a pipe: no prompt; the paper goes to standard output as it is printed, failing
+      lines to standard error as with "lorimat run".
+
+"?" lists the commands of the language, "? VEND" tells of one, ".help" of the shell itself. TAB
+completes names. The lines typed are kept in $XDG_STATE_HOME/lorimat/history or
+~/.local/state/lorimat/history.
+
+Exit codes:
+  0  the shell was left; as a pipe: every line ran
+  1  as a pipe: at least one line failed
+  2  wrong use, or the shell or its output could not be done
+  130  as a pipe: stopped by Ctrl-C
+)");
+
+// A terminal's line as the session takes it.
+SourceLine source_line(const std::string& text, uint64_t number) {
+  SourceLine line;
+  line.number = number;
+  line.text = text;
+  line.length = text.size();
+  const size_t nul = text.find('\0');
+  line.nul_at = nul == std::string::npos ? 0 : nul + 1;
+  return line;
+}
+
+// --- The pipe.
+
+int run_pipe(ShellSession& session, Streams& streams) {
+  LineReader reader("-", &interrupted);
+  InterruptWatch watch;
+  SourceLine line;
+  uint64_t run = 0;
+  session.show_paper();
+  // What Ctrl-C leaves of a line that was being sent is not run.
+  while (!session.quit() && interrupted == 0 && reader.next(&line) && interrupted == 0) {
+    run = line.number;
+    session.take(line, fmt::format("{}:{}", reader.name(), line.number));
+  }
+  if (interrupted != 0) {
+    tell(streams, tr("stopped by Ctrl-C behind line {}", run));
+    return kExitInterrupted;
+  }
+  if (session.failures() == 0) return kExitGood;
+  tell(streams, tr("{} of {} lines failed", session.failures(), run));
+  return kExitLinesFailed;
+}
+
+// --- The terminal.
+
+class TerminalShell {
+ public:
+  TerminalShell(ShellSession& session, ShellEditor& editor, ShellHistory& history,
+                RegisterClient& client, bool colours, Streams& streams)
+      : session_(session),
+        editor_(editor),
+        history_(history),
+        client_(client),
+        colours_(colours),
+        streams_(streams) {}
+
+  int run() {
+    greet();
+    session_.show_paper();
+    uint64_t number = 0;
+    for (;;) {
+      interrupted = 0;
+      streams_.output(styled(status_line(client_.device()), Style::kFaint, colours_) + "\n");
+      std::string text;
+      switch (editor_.read(kPrompt, &text)) {
+        case ShellEditor::Event::kLine:
+          remember(text);
+          session_.take(source_line(text, ++number), "");
+          tell_of_late_interrupt();
+          break;
+        case ShellEditor::Event::kInterrupt:
+          streams_.output("^C\n");
+          say(dropped_text());
+          break;
+        case ShellEditor::Event::kSignal:
+          streams_.output("\n");
+          return kSignalExit + editor_.signal();
+        case ShellEditor::Event::kEnd:
+          streams_.output("\n");
+          if (may_leave()) return kExitGood;
+          break;
+      }
+      if (session_.quit()) {
+        if (may_leave()) return kExitGood;
+        session_.stay();
+      }
+    }
+  }
+
+ private:
+  void greet() {
+    const std::string where =
+        client_.file().empty() ? tr("in memory") : tr("kept in {}", shown(client_.file()));
+    streams_.output(tr("lorimat {}: a virtual register, {}.\n", LORIMAT_VERSION, where));
+    streams_.output(
+        tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it.\n"));
+    tell_history_failure();
+  }
+
+  void say(const std::string& text) { streams_.output(wrapped(text, 0, editor_.columns())); }
+
+  void tell_history_failure() {
+    if (history_.failure().empty() || history_told_) return;
+    history_told_ = true;
+    tell_note(streams_, tr("the lines typed are not kept: {}", history_.failure()));
+  }
+
+  void remember(const std::string& text) {
+    if (history_.add(text)) editor_.remember(text);
+    tell_history_failure();
+  }
+
+  std::string dropped_text() const {
+    const std::string open = open_document_words(client_.device());
+    return open.empty() ? tr("The line was dropped; no document is open.")
+                        : tr("The line was dropped; {}.", open);
+  }
+
+  // Ctrl-C while a line was at work.
+  void tell_of_late_interrupt() {
+    if (interrupted == 0) return;
+    interrupted = 0;
+    const std::string open = open_document_words(client_.device());
+    say(open.empty() ? tr("Ctrl-C: no document is open.") : tr("Ctrl-C: {}.", open));
+  }
+
+  // Asks once when a document is open.
+  bool may_leave() {
+    const std::string open = open_document_words(client_.device());
+    if (open.empty()) return true;
+    say(client_.file().empty() ? tr("Note: {}. It is gone with the shell.", open)
+                               : tr("Note: {}. The next start of the register ends it.", open));
+    std::string answer;
+    switch (editor_.read(tr("Leave? (y/n) "), &answer)) {
+      case ShellEditor::Event::kLine: {
+        const std::string yes = tr("y");
+        return !answer.empty() &&
+               (answer.substr(0, yes.size()) == yes || answer[0] == 'y' || answer[0] == 'Y');
+      }
+      case ShellEditor::Event::kInterrupt:
+        streams_.output("^C\n");
+        return false;
+      default:
+        streams_.output("\n");
+        return true;
+    }
+  }
+
+  ShellSession& session_;
+  ShellEditor& editor_;
+  ShellHistory& history_;
+  RegisterClient& client_;
+  bool colours_;
+  Streams& streams_;
+  bool history_told_ = false;
+};
+
+int run_terminal(const Language& language, Library& library, RegisterClient& client, int output,
+                 Streams& streams) {
+  // Characters as the terminal has them; numbers and the rest stay as they are.
+  std::setlocale(LC_CTYPE, "");
+  const bool colours = has_colours(output);
+  ShellHistory history(history_file());
+  ShellEditor* window = nullptr;
+  ShellSession session(
+      language, library, client,
+      {.terminal = true,
+       .colours = colours,
+       .columns = [&window] { return window != nullptr ? window->columns() : kPipeColumns; }},
+      streams);
+  ShellEditor editor(
+      STDIN_FILENO, output, history,
+      [&session](std::string_view line, size_t cursor) { return session.complete(line, cursor); });
+  window = &editor;
+  const TerminalSignals signals;
+  return TerminalShell(session, editor, history, client, colours, streams).run();
+}
+
+// Which document is left open. The register is switched off by now: this is what its file holds.
+void tell_open_document(const ShellOptions& options, bool open, bool terminal, Streams& streams) {
+  if (!open) return;
+  if (options.register_file.empty()) {
+    if (!terminal) {
+      tell_note(streams, tr("{} ends with the receipt still open; a payment closes it",
+                            tr("standard input")));
+    }
+    return;
+  }
+  const lorimat::RegisterStatus status = lorimat::RegisterFile(options.register_file).Status();
+  if (!status.open_document) return;
+  tell_note(streams, tr("{} keeps {}", shown(options.register_file),
+                        open_document_text(*status.open_document)));
+}
+
+}  // namespace
+
+void add_shell(CLI::App& app, ShellOptions* options) {
+  CLI::App* shell = app.add_subcommand(
+      "shell", tr("Take lines from a terminal, or a pipe, and show answers and paper"));
+  shell
+      ->add_option("--language", options->language,
+                   tr("Definition file with the words of the language (default: the merkelin.ini "
+                      "beside the program)"))
+      ->type_name("FILE");
+  add_register_option(shell, &options->register_file);
+  shell->add_option("--clock", options->clock, tr("Set the register's clock"))
+      ->type_name("\"YYYY-MM-DD HH:MM\"");
+  shell
+      ->add_option("--library", options->library,
+                   tr("The shared library (default: liblorimatrt.so beside the program)"))
+      ->type_name("FILE")
+      ->envname("LORIMAT_LIBRARY");
+  refuse_empty_texts(shell);
+  shell->footer(std::string(translated(kShellExamples)));
+}
+
+int shell_command(const ShellOptions& options, Streams& streams) {
+  // A reader that has gone is an error like a full disk, not the end of the register.
+  std::signal(SIGPIPE, SIG_IGN);
+  const bool terminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+  // Standard output goes to the library from here on.
+  const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
+  std::optional<RegisterClient> client;
+  const std::string library_file = find_library(options.library);
+  streams.start_trace("");
+  std::optional<Library> library(std::in_place, library_file, streams);
+  client.emplace(options.clock, options.register_file, streams);
+  start_library(options.language, false, *library, *client, streams);
+  const Language language(find_definition_file(options.language).path);
+
+  int code = 0;
+  if (terminal) {
+    code = run_terminal(language, *library, *client, output.get(), streams);
+  } else {
+    ShellSession session(language, *library, *client, {.columns = [] { return kPipeColumns; }},
+                         streams);
+    code = run_pipe(session, streams);
+  }
+  const bool open = client->document_open();
+  const bool kept = client->last_failure().empty();
+  library.reset();
+  client.reset();
+  tell_open_document(options, open, terminal, streams);
+  return kept ? code : kExitNotDone;
+}

@@ -1,0 +1,23 @@
+// "lorimat shell": lines typed by a person, or piped, one after the other to a virtual register.
+#pragma once
+
+#include <string>
+
+#include "streams.h"
+
+namespace CLI {
+class App;
+}
+
+struct ShellOptions {
+  std::string language;       // definition file; empty takes the one beside the program
+  std::string register_file;  // where the register is kept; empty keeps it in memory
+  std::string clock;          // "YYYY-MM-DD HH:MM"; empty takes the computer's clock
+  std::string library;        // empty takes the one beside the program
+};
+
+void add_shell(CLI::App& app, ShellOptions* options);
+
+// Returns one of ExitCode; on a terminal failing lines make no difference to it. Throws Failure
+// when the shell cannot start or its output cannot be written.
+int shell_command(const ShellOptions& options, Streams& streams);

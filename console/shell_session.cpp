@@ -1,0 +1,305 @@
+#include "shell_session.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <utility>
+#include <vector>
+
+#include "failure.h"
+#include "interrupt.h"
+#include "notices.h"
+#include "register/register_error.h"
+#include "register/virtual_register.h"
+#include "register_messages.h"
+#include "shell_answer.h"
+#include "shell_fault.h"
+#include "shell_status.h"
+#include "shell_text.h"
+#include "styles.h"
+#include "suggestion.h"
+#include "text.h"
+#include "translate.h"
+
+namespace {
+
+constexpr size_t kShownLine = 100;  // of a failing line
+
+struct OwnWord {
+  const char* word;
+  const char* form;
+  const char* what;
+};
+
+constexpr OwnWord kOwnWords[] = {
+    {".batch", ".batch FILE", TR_TEXT("runs a file line by line; Ctrl-C ends it behind a line")},
+    {".fault", ".fault", TR_TEXT("lists the faults there are, and those that wait")},
+    {".fault", ".fault NAME ...",
+     TR_TEXT("plans one: .fault code 123 nth 2 on PrintRecItemEx; also next, every, times N")},
+    {".fault", ".fault clear", TR_TEXT("takes all faults off the plan")},
+    {".help", ".help", TR_TEXT("shows this")},
+    {".paper", ".paper [N]", TR_TEXT("shows the paper again, or its last N lines")},
+    {".quit", ".quit", TR_TEXT("ends the shell, as Ctrl-D does")},
+    {".status", ".status", TR_TEXT("shows the state of the register")},
+};
+
+std::vector<std::string> own_words() {
+  std::vector<std::string> words;
+  for (const OwnWord& own : kOwnWords) {
+    if (words.empty() || words.back() != own.word) words.emplace_back(own.word);
+  }
+  return words;
+}
+
+std::string_view without_blanks(std::string_view text) {
+  const size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+bool holds_nothing(std::string_view text) {
+  const std::string_view inner = without_blanks(text);
+  return inner.empty() || inner.front() == ';';
+}
+
+}  // namespace
+
+ShellSession::ShellSession(const Language& language, Library& library, RegisterClient& client,
+                           Look look, Streams& streams)
+    : language_(language),
+      library_(library),
+      client_(client),
+      look_(std::move(look)),
+      streams_(streams),
+      help_(language),
+      completer_(language, own_words(), fault_words()) {
+  library_.run_line("; lorimat shell", &plain_answer_);
+}
+
+void ShellSession::take(const SourceLine& line, const std::string& place) {
+  if (line.nul_at != 0) {
+    fail(place,
+         tr("not run: a NUL byte stands in column {}, and the library would read the line only up "
+            "to there",
+            line.nul_at),
+         line.text);
+    return;
+  }
+  const std::string_view text = without_blanks(line.text);
+  const char first = text.empty() ? ' ' : text.front();
+  if (first == '?') {
+    help(without_blanks(text.substr(1)), place, line.text);
+  } else if (first == '.' || first == ':') {
+    try {
+      own_word(text, place);
+    } catch (const Failure& failure) {
+      fail(place, failure.what(), look_.terminal ? "" : line.text);
+    } catch (const lorimat::RegisterError& error) {
+      fail(place, register_message(error.what()), look_.terminal ? "" : line.text);
+    }
+  } else {
+    run(line.text, place);
+  }
+}
+
+void ShellSession::run(const std::string& text, const std::string& place) {
+  std::string answer;
+  const long code = library_.run_line(text, &answer);
+  show_answer(text, code, answer, place);
+  show_paper();
+  tell_register_failure();
+}
+
+void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
+                               const std::string& place) {
+  const std::string words = shown(without_trailing_blanks(answer));
+  if (code != 0) {
+    fail(place, tr("code {}: {}", code, words), look_.terminal && !in_file_ ? "" : text);
+    if (!look_.terminal) return;
+    const size_t columns = look_.columns();
+    streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
+  } else if (!look_.terminal) {
+    if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
+  } else if (answer != plain_answer_) {
+    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " + words + "\n");
+  } else if (!in_file_ && !holds_nothing(text)) {
+    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + "\n");
+  }
+}
+
+// On a terminal the line stands right above, except for that of a file.
+void ShellSession::fail(const std::string& place, const std::string& what, std::string_view line) {
+  ++failures_;
+  std::string text = !look_.terminal || in_file_
+                         ? fmt::format("{}: {}\n", place, what)
+                         : styled(what, Style::kError, look_.colours) + "\n";
+  if (!line.empty()) text += fmt::format("    {}\n", shown(line, kShownLine));
+  if (look_.terminal) {
+    streams_.output(text);
+  } else {
+    streams_.error(text);
+  }
+}
+
+void ShellSession::tell_register_failure() {
+  const std::string cause = client_.last_failure();
+  if (cause == told_failure_) return;
+  told_failure_ = cause;
+  if (!cause.empty()) tell_error(streams_, tr("the register could not be kept: {}", cause));
+}
+
+// --- The paper.
+
+// On a terminal a strip of paper with its edges, so that it cannot be taken for what was typed.
+std::string ShellSession::framed(const std::string& line) const {
+  if (!look_.terminal) return line + "\n";
+  const std::string text = shown(line);
+  const size_t width = columns_of(text);
+  const size_t room = lorimat::Paper::kColumns;
+  return styled(fmt::format("  |{}{}|", text, std::string(width < room ? room - width : 0, ' ')),
+                Style::kFaint, look_.colours) +
+         "\n";
+}
+
+void ShellSession::show_paper() {
+  const std::vector<std::string>& lines = client_.printed().lines();
+  std::string text;
+  for (size_t i = std::min(paper_shown_, lines.size()); i < lines.size(); ++i) {
+    text += framed(lines[i]);
+  }
+  paper_shown_ = lines.size();
+  if (!text.empty()) streams_.output(text);
+}
+
+void ShellSession::show_last_paper(const std::string& number) {
+  // A register in a file has the roll of earlier times too.
+  const std::vector<std::string>& lines =
+      number.empty() ? client_.printed().lines() : client_.device().paper_lines();
+  size_t count = lines.size();
+  if (!number.empty()) {
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), count);
+    if (error == std::errc::result_out_of_range) {
+      count = lines.size();
+    } else if (error != std::errc() || end != number.data() + number.size()) {
+      throw Failure(tr(".paper takes a number of lines, not '{}'", shown(number, 60)));
+    }
+  }
+  std::string text;
+  for (size_t i = lines.size() - std::min(count, lines.size()); i < lines.size(); ++i) {
+    text += framed(lines[i]);
+  }
+  if (text.empty() && look_.terminal) text = tr("The paper is blank.") + "\n";
+  streams_.output(text);
+}
+
+// --- Help, and the shell's own words.
+
+void ShellSession::help(std::string_view word, const std::string& place, std::string_view line) {
+  const size_t columns = look_.columns();
+  if (word.empty()) {
+    streams_.output(help_.overview(columns));
+    return;
+  }
+  const HelpText text = help_.command(std::string(word), columns);
+  if (text.found) {
+    streams_.output(text.text);
+  } else {
+    fail(place, text.text, look_.terminal ? "" : line);
+  }
+}
+
+void ShellSession::own_word(std::string_view text, const std::string& place) {
+  const size_t end = std::min(text.find_first_of(" \t"), text.size());
+  const std::string word = "." + std::string(text.substr(1, end - 1));
+  const std::string rest(without_blanks(text.substr(end)));
+  if (word == ".paper") return show_last_paper(rest);
+  if (word == ".fault") return change_faults(rest);
+  if (word == ".batch") return run_file(rest);
+  if (word != ".help" && word != ".status" && word != ".quit") {
+    const std::string near = nearest_word(word, own_words());
+    throw Failure(near.empty()
+                      ? tr("the shell has no word '{}'; .help lists them", shown(word, 60))
+                      : tr("the shell has no word '{}'; did you mean {}?", shown(word, 60), near));
+  }
+  if (!rest.empty()) throw Failure(tr("nothing may stand behind {}", word));
+  if (word == ".help") list_own_words();
+  if (word == ".status") streams_.output(status_text(client_.device(), client_.file()));
+  if (word == ".quit") quit_ = true;
+  static_cast<void>(place);
+}
+
+void ShellSession::list_own_words() {
+  size_t width = 0;
+  for (const OwnWord& own : kOwnWords) width = std::max(width, columns_of(own.form));
+  std::string out;
+  const auto add = [&](const std::string& form, const std::string& what) {
+    out += fmt::format("  {:<{}}  {}\n", form, width, what);
+  };
+  add("?", tr("lists the commands of the language"));
+  add("? VEND", tr("tells of one: its fields and what they take"));
+  for (const OwnWord& own : kOwnWords) add(own.form, std::string(translated(own.what)));
+  if (look_.terminal) {
+    out += "\n" + wrapped(tr("TAB completes names of commands, fields, values and files; the up "
+                             "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
+                             "A line that begins with a blank is not kept in the history."),
+                          0, look_.columns());
+  }
+  streams_.output(out);
+}
+
+void ShellSession::change_faults(std::string_view words) {
+  lorimat::VirtualRegister& device = client_.device();
+  if (words.empty()) {
+    streams_.output(fault_list(device.faults()));
+  } else if (words == "clear") {
+    device.ClearFaults();
+  } else {
+    device.AddFault(read_fault(words));
+  }
+}
+
+void ShellSession::run_file(const std::string& file) {
+  if (file.empty()) throw Failure(tr("which file? Its name has to stand behind .batch"));
+  struct stat status;
+  if (stat(file.c_str(), &status) != 0) {
+    throw Failure(tr("{}: cannot be opened: {}", shown(file), system_message(errno)));
+  }
+  if (!S_ISREG(status.st_mode)) throw Failure(tr("{}: is no regular file", shown(file)));
+  LineReader reader(file == "-" ? "./-" : file, &interrupted);
+  const uint64_t before = failures_;
+  SourceLine line;
+  in_file_ = true;
+  try {
+    while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
+      // The words of the shell are none of a file's.
+      const std::string place = fmt::format("{}:{}", reader.name(), line.number);
+      if (line.nul_at != 0) {
+        take(line, place);
+      } else {
+        run(line.text, place);
+      }
+    }
+  } catch (...) {
+    in_file_ = false;
+    throw;
+  }
+  in_file_ = false;
+  const uint64_t failed = failures_ - before;
+  if (interrupted != 0) {
+    // In a pipe the whole input ends with it, and tells of it.
+    const std::string text = tr("{}: stopped by Ctrl-C behind line {}", reader.name(), line.number);
+    if (look_.terminal) {
+      streams_.output(text + "\n");
+    } else {
+      streams_.error(text + "\n");
+    }
+  } else if (look_.terminal && failed == 0) {
+    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " +
+                    tr_count(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");
+  } else if (failed != 0) {
+    tell(streams_, tr("{} of {} lines failed", failed, line.number));
+  }
+}

@@ -1,0 +1,74 @@
+// What the shell does with a line, typed or piped: runs it, shows answer and paper, or carries out
+// one of the shell's own words.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "language.h"
+#include "library.h"
+#include "line_reader.h"
+#include "register_client.h"
+#include "shell_completion.h"
+#include "shell_help.h"
+#include "streams.h"
+
+class ShellSession {
+ public:
+  // How lines and answers are shown.
+  struct Look {
+    bool terminal = false;  // else plain: paper on standard output, all else on standard error
+    bool colours = false;
+    std::function<size_t()> columns;  // of the window
+  };
+
+  // All of them have to outlive this object; the library has been started.
+  ShellSession(const Language& language, Library& library, RegisterClient& client, Look look,
+               Streams& streams);
+
+  // Runs a line; place, "standard input:7", names it where that is not plain to see. Throws
+  // Failure when its output cannot be written.
+  void take(const SourceLine& line, const std::string& place);
+  // Shows what has been printed since the last call.
+  void show_paper();
+
+  bool quit() const { return quit_; }
+  void stay() { quit_ = false; }
+  uint64_t failures() const { return failures_; }
+  // Lines of ".batch" that Ctrl-C was behind, for a message; 0 when none was cut short.
+  Completion complete(std::string_view line, size_t cursor) const {
+    return completer_.complete(line, cursor);
+  }
+
+ private:
+  void run(const std::string& text, const std::string& place);
+  void show_answer(const std::string& text, long code, const std::string& answer,
+                   const std::string& place);
+  void fail(const std::string& place, const std::string& what, std::string_view line);
+  void tell_register_failure();
+  void help(std::string_view word, const std::string& place, std::string_view line);
+  void own_word(std::string_view text, const std::string& place);
+  void list_own_words();
+  void show_last_paper(const std::string& number);
+  void change_faults(std::string_view words);
+  void run_file(const std::string& file);
+  std::string framed(const std::string& line) const;
+
+  const Language& language_;
+  Library& library_;
+  RegisterClient& client_;
+  Look look_;
+  Streams& streams_;
+  ShellHelp help_;
+  ShellCompleter completer_;
+  std::string plain_answer_;  // of a line that has nothing to say
+  std::string told_failure_;
+  size_t paper_shown_ = 0;  // lines
+  uint64_t failures_ = 0;
+  bool in_file_ = false;  // at a line of ".batch"
+  bool quit_ = false;
+};

@@ -1,0 +1,21 @@
+// The state of the register in words: the line above the prompt, and ".status".
+#pragma once
+
+#include <string>
+
+namespace lorimat {
+class VirtualRegister;
+}
+
+// "RECEIPT OPEN": what the printer is doing.
+std::string printer_state_text(const lorimat::VirtualRegister& device);
+
+// "RECEIPT OPEN  2 items  subtotal 4,00  key registering". What is out of the ordinary stands at
+// the end: training, faults that wait.
+std::string status_line(const lorimat::VirtualRegister& device);
+
+// The same and more, a line for each. `file` is where the register is kept; empty in memory.
+std::string status_text(const lorimat::VirtualRegister& device, const std::string& file);
+
+// "the receipt is open, with 2 items and a subtotal of 4,00"; empty when nothing is open.
+std::string open_document_words(const lorimat::VirtualRegister& device);

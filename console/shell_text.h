@@ -1,0 +1,20 @@
+// Texts laid out for the shell: wrapped, cut and framed by the columns that they take on a screen.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The columns that a text takes: one for each character of UTF-8, and for each byte that is none.
+size_t columns_of(std::string_view text);
+
+// The text cut to so many columns, with "..." at its end when something is missing; 0 cuts nothing.
+std::string cut_to(std::string_view text, size_t columns);
+
+// The text in lines of at most so many columns, each behind `indent` blanks and ended by a line
+// feed; a list's lines, which begin with "- ", hang behind the dash. 0 columns make one line.
+std::string wrapped(std::string_view text, size_t indent, size_t columns);
+
+// Words side by side in columns, as many as fit.
+std::string in_columns(const std::vector<std::string>& words, size_t columns);

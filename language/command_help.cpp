@@ -1,0 +1,229 @@
+#include "language/command_help.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace language {
+
+extern const char* const kLanguagePage;
+
+namespace {
+
+bool starts_with(std::string_view text, std::string_view start) {
+  return text.substr(0, start.size()) == start;
+}
+
+std::string_view trimmed(std::string_view text) {
+  const size_t first = text.find_first_not_of(" \t\r");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+std::string without_marks(std::string_view text) {
+  std::string out;
+  for (const char c : trimmed(text)) {
+    if (c != '`') out += c;
+  }
+  return out;
+}
+
+// The number that the text begins with; 0 for none.
+int leading_number(std::string_view text) {
+  int number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+std::vector<std::string> split(std::string_view text, char separator) {
+  std::vector<std::string> parts;
+  size_t at = 0;
+  while (at <= text.size()) {
+    const size_t end = std::min(text.find(separator, at), text.size());
+    parts.push_back(without_marks(text.substr(at, end - at)));
+    at = end + 1;
+  }
+  return parts;
+}
+
+// The cells of "| a | b |".
+std::vector<std::string> cells(std::string_view line) {
+  line = trimmed(line);
+  if (!line.empty()) line.remove_prefix(1);
+  if (!line.empty() && line.back() == '|') line.remove_suffix(1);
+  return split(line, '|');
+}
+
+// Reads the page line by line.
+class PageReader {
+ public:
+  std::vector<CommandGroup> read(std::string_view page) {
+    while (!page.empty()) {
+      const size_t end = std::min(page.find('\n'), page.size());
+      take(page.substr(0, end));
+      page.remove_prefix(std::min(end + 1, page.size()));
+    }
+    return std::move(groups_);
+  }
+
+ private:
+  void take(std::string_view line) {
+    if (starts_with(line, "```")) {
+      fenced_ = !fenced_;
+      open_paragraph_ = false;
+    } else if (fenced_) {
+      if (command_ && !trimmed(line).empty()) command().examples.emplace_back(line);
+    } else if (starts_with(line, "## ")) {
+      groups_.push_back({std::string(trimmed(line.substr(3))), {}, {}});
+      begin_chapter(false);
+    } else if (starts_with(line, "### ")) {
+      begin_command(trimmed(line.substr(4)));
+    } else if (groups_.empty() || foreign_) {
+      return;
+    } else if (!line.empty() && line.front() == '|') {
+      take_row(cells(line));
+    } else {
+      header_.clear();
+      take_text(line);
+    }
+  }
+
+  void begin_chapter(bool command) {
+    command_ = command;
+    foreign_ = false;
+    open_paragraph_ = false;
+    header_.clear();
+  }
+
+  // "10 VEND"; a heading without a number is about something else.
+  void begin_command(std::string_view heading) {
+    const int id = leading_number(heading);
+    begin_chapter(id != 0);
+    foreign_ = id == 0;
+    if (foreign_ || groups_.empty()) return;
+    CommandHelp help;
+    help.id = id;
+    help.name = trimmed(heading.substr(std::min(heading.find(' '), heading.size())));
+    help.group = groups_.back().title;
+    groups_.back().commands.push_back(std::move(help));
+  }
+
+  CommandHelp& command() { return groups_.back().commands.back(); }
+
+  void take_text(std::string_view line) {
+    const std::string text = without_marks(line);
+    if (text.empty()) {
+      open_paragraph_ = false;
+      return;
+    }
+    if (command_ && starts_with(text, "Short:")) {
+      const std::string_view word = trimmed(std::string_view(text).substr(6));
+      command().shortest = word.substr(0, word.find_last_not_of('.') + 1);
+      return;
+    }
+    std::vector<std::string>& paragraphs = !command_ ? groups_.back().text
+                                           : command().fields.empty() && command().values.empty()
+                                               ? command().text
+                                               : command().remarks;
+    if (open_paragraph_ && !starts_with(text, "- ")) {
+      paragraphs.back() += " " + text;
+    } else {
+      paragraphs.push_back(text);
+    }
+    open_paragraph_ = true;
+  }
+
+  void take_row(const std::vector<std::string>& row) {
+    open_paragraph_ = false;
+    if (header_.empty()) {
+      header_ = row;
+      if (command_ && header_[0] == "Value" && header_.size() == 3) {
+        command().values.push_back({header_[2], {}});
+      }
+      return;
+    }
+    if (starts_with(row[0], "--") || row.size() != header_.size()) return;
+    if (!command_) {
+      take_listed(row);
+    } else if (header_[0] == "No" && row.size() == 4) {
+      command().fields.push_back({leading_number(row[0]), split(row[1], ','), row[2], row[3]});
+    } else if (header_[0] == "Value" && row.size() == 3) {
+      command().values.back().rows.push_back({row[0], row[1], row[2]});
+    } else if (header_[0] == "Code" && row.size() == 2) {
+      command().codes.push_back({row[0], row[1]});
+    }
+  }
+
+  // The tables of commands that have no chapter.
+  void take_listed(const std::vector<std::string>& row) {
+    if (header_[0] != "No" || row.size() != 3) return;
+    CommandHelp help;
+    help.id = leading_number(row[0]);
+    help.name = row[1];
+    help.group = groups_.back().title;
+    if (header_[2] == "Code") {
+      help.text = {"Without effect; answers " + row[2] + "."};
+      help.codes = {{row[2], "always"}};
+    } else if (header_[2] == "Fields") {
+      help.text = {"A word of dumps; a line that begins with it answers 268."};
+      help.codes = {{"268", "always"}};
+      int number = 0;
+      for (const std::string& name : split(row[2], ',')) {
+        help.fields.push_back({++number, {name}, "", "stands in dumps"});
+      }
+    } else {
+      return;
+    }
+    groups_.back().commands.push_back(std::move(help));
+  }
+
+  std::vector<CommandGroup> groups_;
+  std::vector<std::string> header_;  // of the table being read
+  bool command_ = false;             // in a command's chapter
+  bool foreign_ = false;             // in a chapter that is about no command
+  bool fenced_ = false;
+  bool open_paragraph_ = false;
+};
+
+}  // namespace
+
+bool FieldHelp::is_flag() const {
+  return starts_with(takes, "flag") || starts_with(takes, "bare flag");
+}
+
+std::string CommandHelp::summary() const {
+  if (text.empty()) return {};
+  const size_t end = text.front().find(". ");
+  return end == std::string::npos ? text.front() : text.front().substr(0, end + 1);
+}
+
+const FieldHelp* CommandHelp::find_field(int number) const {
+  for (const FieldHelp& field : fields) {
+    if (field.number == number) return &field;
+  }
+  return nullptr;
+}
+
+std::vector<CommandGroup> read_command_help(std::string_view page) {
+  return PageReader().read(page);
+}
+
+const std::vector<CommandGroup>& command_groups() {
+  static const std::vector<CommandGroup> groups = [] {
+    std::vector<CommandGroup> all = read_command_help(kLanguagePage);
+    std::erase_if(all, [](const CommandGroup& group) { return group.commands.empty(); });
+    return all;
+  }();
+  return groups;
+}
+
+const CommandHelp* find_command_help(int id) {
+  for (const CommandGroup& group : command_groups()) {
+    for (const CommandHelp& command : group.commands) {
+      if (command.id == id) return &command;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace language

@@ -1,0 +1,209 @@
+// "journal": listed, shown, and verified against its chain of hashes.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "shop.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+// Two days: a receipt, an abandoned one and the closing, then an invoice and a credit note.
+void sell_two_days(const Shop& shop) {
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50, DES='MELE'\nCHIU\n"
+                      "VEND REP=1, PRE=9.00\nRESPRN\n"
+                      "AZZGIO\n")
+                .exit_code,
+            0);
+  ASSERT_EQ(shop.sell("FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=1, PRE=10.00\nCHIU\n",
+                      "2024-03-16 09:05")
+                .exit_code,
+            0);
+}
+
+const char* const kHead = "   Place  Kind         Number     Time              First words\n";
+const char* const kReceipt =
+    "       1  receipt      0001-0001  15/03/2024 10:30  DOCUMENTO COMMERCIALE\n";
+const char* const kAbandoned =
+    "       2  abandoned    0001       15/03/2024 10:30  DOCUMENTO COMMERCIALE\n";
+const char* const kClosing =
+    "       3  closing      0001       15/03/2024 10:30  CHIUSURA GIORNALIERA\n";
+const char* const kInvoice = "       4  invoice      0002-0001  16/03/2024 09:05  FATTURA\n";
+
+}  // namespace
+
+TEST(JournalCommand, ListsItsEntries) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_EQ(run.output, std::string(kHead) + kReceipt + kAbandoned + kClosing + kInvoice);
+}
+
+TEST(JournalCommand, SelectsByClosureDateAndKind) {
+  const Shop shop;
+  sell_two_days(shop);
+  const std::string head = kHead;
+  const struct {
+    std::vector<std::string> options;
+    std::string rows;
+  } cases[] = {
+      {{"--from", "2"}, std::string() + kInvoice},
+      {{"--to", "1"}, std::string() + kReceipt + kAbandoned + kClosing},
+      {{"--from", "1", "--to", "1", "--kind", "closing"}, kClosing},
+      {{"--kind", "receipt", "--kind", "invoice"}, std::string() + kReceipt + kInvoice},
+      {{"--from", "2024-03-16"}, kInvoice},
+      {{"--to", "2024-03-15"}, std::string() + kReceipt + kAbandoned + kClosing},
+      {{"--from", "2024-03-15 10:31"}, kInvoice},
+      {{"--from", "2024-03-15 10:30", "--to", "2024-03-16 09:04", "--kind", "receipt"}, kReceipt},
+  };
+  for (const auto& one : cases) {
+    std::vector<std::string> arguments = {"journal"};
+    arguments.insert(arguments.end(), one.options.begin(), one.options.end());
+    const ProgramRun run = shop.run(arguments);
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_EQ(run.output, head + one.rows) << testing::PrintToString(one.options);
+  }
+}
+
+TEST(JournalCommand, AnEmptySelectionSaysSoOnStandardError) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal", "--from", "2030-01-01"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, IsEmpty());
+  EXPECT_EQ(run.errors, "lorimat: note: the journal has no such entries\n");
+  EXPECT_EQ(shop.run({"journal", "--from", "2030-01-01", "--json"}).output, "[]\n");
+}
+
+TEST(JournalCommand, ListsAsJson) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal", "--json"});
+  const nlohmann::json list = nlohmann::json::parse(run.output);
+  ASSERT_EQ(list.size(), 4u);
+  EXPECT_EQ(list[0], nlohmann::json({{"place", 1},
+                                     {"kind", "receipt"},
+                                     {"closure", 1},
+                                     {"number", 1},
+                                     {"time", "2024-03-15T10:30"},
+                                     {"first_words", "DOCUMENTO COMMERCIALE"}}));
+  EXPECT_EQ(list[2]["kind"], "closing");
+  EXPECT_TRUE(list[2]["number"].is_null());
+}
+
+TEST(JournalCommand, WrongSelectionsAreNamed) {
+  const Shop shop;
+  sell_two_days(shop);
+  const struct {
+    std::vector<std::string> options;
+    const char* message;
+  } cases[] = {
+      {{"--from", "yesterday"}, "--from yesterday: is neither the number of a closing nor a date"},
+      {{"--to", "2024-02-30"}, "--to 2024-02-30: is neither"},
+      {{"--from", "2024-03-15 24:00"}, "is neither"},
+      {{"--from", "12345"}, "--from 12345: is neither"},
+      {{"--from", "1", "--to", "2024-03-15"}, "both are closings, or both are dates"},
+      {{"--kind", "reciept"}, "--kind reciept: no entries have this kind; did you mean receipt?"},
+      {{"--kind", "xyzxyzxyz"}, "the kinds are receipt, invoice"},
+      {{"--from", ""}, "--from"},
+  };
+  for (const auto& one : cases) {
+    std::vector<std::string> arguments = {"journal"};
+    arguments.insert(arguments.end(), one.options.begin(), one.options.end());
+    const ProgramRun run = shop.run(arguments);
+    EXPECT_EQ(run.exit_code, 2) << one.message;
+    EXPECT_THAT(run.output, IsEmpty()) << one.message;
+    EXPECT_THAT(run.errors, HasSubstr(one.message));
+  }
+}
+
+TEST(JournalCommand, ShowsAnEntryAsItWasPrinted) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(read_file(source_file("examples/receipt.cmd"))).exit_code, 0);
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const ProgramRun run = shop.run({"journal", "show", "1"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_EQ(run.output, expected_paper("receipt.txt"));
+  const nlohmann::json entry =
+      nlohmann::json::parse(shop.run({"journal", "show", "2", "--json"}).output);
+  EXPECT_EQ(entry["place"], 2);
+  EXPECT_EQ(entry["number"], 2);
+  EXPECT_EQ(entry["lines"][4], "          DOCUMENTO COMMERCIALE");
+}
+
+TEST(JournalCommand, ThereIsNoEntryBehindTheLastOne) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal", "show", "5"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.output, IsEmpty());
+  EXPECT_EQ(run.errors, "lorimat: the journal has no entry 5; it has 4\n");
+  for (const char* place : {"0", "-1", "x"}) {
+    EXPECT_EQ(shop.run({"journal", "show", place}).exit_code, 2) << place;
+  }
+}
+
+TEST(JournalCommand, TheRegisterMayBeNamedInFrontOfShowAndVerify) {
+  const Shop shop;
+  sell_two_days(shop);
+  EXPECT_EQ(run_console({"journal", "--register", shop.file(), "verify"}).exit_code, 0);
+  const ProgramSetting other = {.environment = {{"LORIMAT_REGISTER", "/nonexistent"}}};
+  EXPECT_EQ(shop.run({"journal", "verify"}, other).exit_code, 0);
+  const ProgramSetting named = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
+  EXPECT_EQ(run_console({"journal", "verify"}, named).exit_code, 0);
+}
+
+TEST(JournalCommand, AJournalThatIsGoodVerifies) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal", "verify"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_EQ(run.output, shop.file() + ": the journal is good: 4 entries, 2 documents\n");
+  const nlohmann::json json =
+      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}).output);
+  EXPECT_EQ(json["good"], true);
+  EXPECT_EQ(json["entries"], 4);
+  EXPECT_EQ(json["documents"], 2);
+  EXPECT_EQ(json["findings"], nlohmann::json::array());
+}
+
+TEST(JournalCommand, AChangedByteShows) {
+  const Shop shop;
+  sell_two_days(shop);
+  std::string content = shop.folder().read("shop.register");
+  // Every place where the receipt's description is stored.
+  size_t found = 0;
+  for (size_t at = content.find("MELE"); at != content.npos; at = content.find("MELE", at + 1)) {
+    content.replace(at, 4, "PERE");
+    ++found;
+  }
+  ASSERT_GT(found, 0u);
+  shop.folder().write("shop.register", content);
+  const ProgramRun run = shop.run({"journal", "verify"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.output, HasSubstr(shop.file() + ": "));
+  EXPECT_THAT(run.output, HasSubstr("the journal was changed: 4 entries, 2 documents, "));
+  EXPECT_THAT(run.output, Not(HasSubstr("is good")));
+  const ProgramRun json = shop.run({"journal", "verify", "--json"});
+  EXPECT_EQ(json.exit_code, 1);
+  const nlohmann::json check = nlohmann::json::parse(json.output);
+  EXPECT_EQ(check["good"], false);
+  EXPECT_GE(check["findings"].size(), 1u);
+}
+
+TEST(JournalCommand, ATerminalSeesHowFarItIs) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramRun run = shop.run({"journal", "verify"}, {.errors_to_terminal = true});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, HasSubstr("100%"));
+  EXPECT_EQ(run.output, shop.file() + ": the journal is good: 4 entries, 2 documents\n");
+}

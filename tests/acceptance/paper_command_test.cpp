@@ -1,0 +1,150 @@
+// "paper": the roll of a register's file as text and as pictures.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "shop.h"
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+const char* const kCut = "------------------------------------------\n";
+
+std::string example(const std::string& name) {
+  return read_file(source_file("examples/" + name + ".cmd"));
+}
+
+// How often a text stands in another.
+int count_of(const std::string& text, const std::string& what) {
+  int count = 0;
+  for (size_t at = text.find(what); at != text.npos; at = text.find(what, at + 1)) ++count;
+  return count;
+}
+
+// Width and height of a PNG, from its first chunk; 0 for what is none.
+std::pair<unsigned, unsigned> png_size(const std::string& png) {
+  if (png.substr(0, 8) != "\x89PNG\r\n\x1A\n" || png.size() < 24) return {};
+  const auto number = [&](size_t at) {
+    unsigned value = 0;
+    for (size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<unsigned char>(png[i]);
+    return value;
+  };
+  return {number(16), number(20)};
+}
+
+}  // namespace
+
+TEST(PaperCommand, GivesTheRollAsItWasPrinted) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const ProgramRun run = shop.run({"paper"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_THAT(run.output, StartsWith(expected_paper("receipt.txt")));
+  EXPECT_EQ(count_of(run.output, kCut), 2);
+  EXPECT_THAT(run.output, EndsWith("          DOCUMENTO N. 0001-0002\n"
+                                   "            RT 99LRM0000001VR\n" +
+                                   std::string(kCut)));
+}
+
+TEST(PaperCommand, LastCountsDocumentsFromTheEnd) {
+  const Shop shop;
+  for (int i = 1; i <= 3; ++i) {
+    ASSERT_EQ(shop.sell("VEND REP=1, PRE=" + std::to_string(i) + ".00\nCHIU\n").exit_code, 0);
+  }
+  const ProgramRun one = shop.run({"paper", "--last", "1"});
+  EXPECT_EQ(one.exit_code, 0);
+  EXPECT_EQ(count_of(one.output, kCut), 1);
+  EXPECT_THAT(one.output, StartsWith("             NEGOZIO DI PROVA\n"));
+  EXPECT_THAT(one.output, HasSubstr("N. 0001-0003\n"));
+  const ProgramRun two = shop.run({"paper", "--last", "2"});
+  EXPECT_THAT(two.output, AllOf(HasSubstr("N. 0001-0002\n"), HasSubstr("N. 0001-0003\n"),
+                                Not(HasSubstr("N. 0001-0001\n"))));
+  EXPECT_EQ(shop.run({"paper", "--last", "100"}).output, shop.run({"paper"}).output);
+}
+
+TEST(PaperCommand, ShowsAnOpenReceiptToo) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00, DES='MELE'\n").exit_code, 0);
+  const ProgramRun run = shop.run({"paper"});
+  EXPECT_THAT(run.output, EndsWith("MELE                       22%        1,00\n"));
+}
+
+TEST(PaperCommand, WritesFiles) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  const TestFolder& folder = shop.folder();
+  const ProgramRun run = shop.run({"paper", "--output", folder.path("roll.txt"), "--png",
+                                   folder.path("roll.png"), "--pdf", folder.path("roll.pdf")});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_THAT(run.output, IsEmpty());
+  EXPECT_EQ(folder.read("roll.txt"), expected_paper("receipt.txt"));
+  // 80 mm wide; a row of 28 dots for each line and 24 dots above and below.
+  const std::string text = expected_paper("receipt.txt");
+  EXPECT_EQ(png_size(folder.read("roll.png")),
+            std::make_pair(640u, 48u + 28u * static_cast<unsigned>(count_of(text, "\n"))));
+  EXPECT_THAT(folder.read("roll.pdf"), StartsWith("%PDF-"));
+  // The same as a run draws.
+  const ProgramRun drawn =
+      run_console({"run", source_file("examples/receipt.cmd"), "--clock", Shop::kClock, "--paper",
+                   folder.path("run.txt"), "--png", folder.path("run.png")});
+  ASSERT_EQ(drawn.exit_code, 0) << drawn.errors;
+  EXPECT_TRUE(folder.read("roll.png") == folder.read("run.png"));
+}
+
+TEST(PaperCommand, APictureAloneLeavesStandardOutputAlone) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  const ProgramRun file = shop.run({"paper", "--png", shop.folder().path("roll.png")});
+  EXPECT_EQ(file.exit_code, 0);
+  EXPECT_THAT(file.output, IsEmpty());
+  const ProgramRun output = shop.run({"paper", "--png", "-"});
+  EXPECT_EQ(output.exit_code, 0);
+  EXPECT_TRUE(output.output == shop.folder().read("roll.png"));
+}
+
+TEST(PaperCommand, ANumberOfDocumentsIsAtLeastOne) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("").exit_code, 0);
+  for (const char* number : {"0", "-1", "x", "1.5", "99999999999999999999"}) {
+    const ProgramRun run = shop.run({"paper", "--last", number});
+    EXPECT_EQ(run.exit_code, 2) << number;
+    EXPECT_THAT(run.errors, HasSubstr("--last")) << number;
+  }
+}
+
+TEST(PaperCommand, ANewRegisterHasNoPaper) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("").exit_code, 0);
+  const ProgramRun run = shop.run({"paper"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, IsEmpty());
+}
+
+TEST(PaperCommand, RefusesPlacesThatItCannotWriteTo) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const std::string register_content = shop.folder().read("shop.register");
+  const ProgramRun self = shop.run({"paper", "--output", shop.file()});
+  EXPECT_EQ(self.exit_code, 2);
+  EXPECT_THAT(self.errors, HasSubstr("is the register's file; the paper would replace it"));
+  EXPECT_TRUE(shop.folder().read("shop.register") == register_content);
+
+  const ProgramRun missing = shop.run({"paper", "--pdf", shop.folder().path("none/x.pdf")});
+  EXPECT_EQ(missing.exit_code, 2);
+  EXPECT_THAT(missing.errors, HasSubstr("none/x.pdf: cannot write the paper: No such file"));
+  const ProgramRun full = shop.run({"paper", "--output", "/dev/full"});
+  EXPECT_EQ(full.exit_code, 2);
+  EXPECT_THAT(full.errors, HasSubstr("/dev/full: cannot write the paper: No space left"));
+  const ProgramRun twice = shop.run({"paper", "--output", "-", "--png", "-"});
+  EXPECT_EQ(twice.exit_code, 2);
+  EXPECT_THAT(twice.output, IsEmpty());
+}

@@ -1,0 +1,302 @@
+// "run --register": a register that is kept in a file, from one run to the next.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "shop.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+const char* const kReceipt = "VEND REP=1, PRE=1.00\nCHIU\n";
+
+int count_of(const std::string& text, const std::string& what) {
+  int count = 0;
+  for (size_t at = text.find(what); at != text.npos; at = text.find(what, at + 1)) ++count;
+  return count;
+}
+
+nlohmann::json status_of(const Shop& shop) {
+  const ProgramRun run = shop.run({"status", "--json"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  return nlohmann::json::parse(run.output, nullptr, false);
+}
+
+}  // namespace
+
+TEST(RegisterRun, MakesTheFileAndSaysSo) {
+  const Shop shop;
+  const ProgramRun first = shop.sell(kReceipt);
+  EXPECT_EQ(first.exit_code, 0);
+  EXPECT_EQ(first.errors, "lorimat: note: " + shop.file() + ": a new register was made\n");
+  EXPECT_THAT(first.output, HasSubstr("DOCUMENTO N. 0001-0001\n"));
+  const ProgramRun second = shop.sell(kReceipt);
+  EXPECT_EQ(second.exit_code, 0);
+  EXPECT_THAT(second.errors, IsEmpty());
+}
+
+TEST(RegisterRun, TheNextRunGoesOnWhereTheLastOneEnded) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("PREP REP=7, DES='FIORI', PRE=3.50\n" + std::string(kReceipt)).exit_code, 0);
+  const ProgramRun run = shop.sell("VEND REP=7\nCHIU\n");
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_THAT(run.output, HasSubstr("FIORI                      22%        3,50\n"));
+  EXPECT_THAT(run.output, HasSubstr("DOCUMENTO N. 0001-0002\n"));
+  // The paper of this run alone.
+  EXPECT_THAT(run.output, Not(HasSubstr("0001-0001")));
+}
+
+TEST(RegisterRun, TheEnvironmentMayNameTheRegister) {
+  const Shop shop;
+  const std::string lines = shop.folder().write("lines.cmd", kReceipt);
+  const ProgramSetting setting = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
+  EXPECT_EQ(run_console({"run", lines}, setting).exit_code, 0);
+  const ProgramRun status = run_console({"status", "--json"}, setting);
+  EXPECT_EQ(status.exit_code, 0) << status.errors;
+  EXPECT_EQ(nlohmann::json::parse(status.output)["documents"], 1);
+  // The option goes before it.
+  const std::string other = shop.folder().path("other.register");
+  EXPECT_EQ(run_console({"run", lines, "--register", other}, setting).exit_code, 0);
+  EXPECT_EQ(status_of(shop)["documents"], 1);
+}
+
+TEST(RegisterRun, RunsABatchOnItToo) {
+  const Shop shop;
+  const std::string lines = shop.folder().write("lines.cmd", kReceipt);
+  EXPECT_EQ(shop.run({"run", lines, "--batch"}).exit_code, 0);
+  EXPECT_EQ(status_of(shop)["documents"], 1);
+}
+
+TEST(RegisterRun, AnOpenReceiptIsKeptAndNamedAndTheNextStartVoidsIt) {
+  const Shop shop;
+  const ProgramRun cut = shop.sell("VEND REP=1, PRE=1234.50\nVEND REP=2, PRE=2.00\n");
+  EXPECT_EQ(cut.exit_code, 0);
+  EXPECT_THAT(cut.errors, HasSubstr("lorimat: note: " + shop.file() +
+                                    " keeps a receipt of 15/03/2024 10:30, 2 lines, subtotal "
+                                    "1.236,50, not paid: the next start voids it\n"));
+  const nlohmann::json before = status_of(shop);
+  EXPECT_EQ(before["open_document"]["kind"], "receipt");
+  EXPECT_EQ(before["open_document"]["lines"], 2);
+  EXPECT_EQ(before["open_document"]["subtotal_cents"], 123650);
+  EXPECT_EQ(before["open_document"]["registered"], false);
+  EXPECT_EQ(before["open_document"]["begun"], "2024-03-15T10:30");
+  EXPECT_EQ(before["day"]["abandoned"], 0);
+
+  const ProgramRun next = shop.sell("");
+  EXPECT_EQ(next.exit_code, 0);
+  EXPECT_EQ(next.errors, "lorimat: note: " + shop.file() +
+                             ": a receipt of 15/03/2024 10:30, 2 lines, subtotal 1.236,50, was cut "
+                             "off: not paid, and has been voided\n");
+  const nlohmann::json after = status_of(shop);
+  EXPECT_TRUE(after["open_document"].is_null());
+  EXPECT_EQ(after["day"]["abandoned"], 1);
+  EXPECT_EQ(after["day"]["total_cents"], 0);
+  EXPECT_EQ(after["documents"], 0);
+  // Once is enough.
+  EXPECT_THAT(shop.sell("").errors, IsEmpty());
+  EXPECT_EQ(status_of(shop)["day"]["abandoned"], 1);
+}
+
+TEST(RegisterRun, ARegisteredReceiptThatWasNotEndedIsNamedSoAndEndsAtTheNextStart) {
+  const Shop shop;
+  // Data item 600: a settled document waits to be closed.
+  const ProgramRun cut =
+      shop.sell("DIRECTIO CMD=2, OPT=600, DATI='1'\nVEND REP=1, PRE=5.00\nCHIU\n");
+  EXPECT_EQ(cut.exit_code, 0) << cut.errors;
+  EXPECT_THAT(cut.errors, HasSubstr(" keeps a receipt of 15/03/2024 10:30, 1 line, total 5,00, "
+                                    "registered with number 0001: the next start ends it\n"));
+  const nlohmann::json before = status_of(shop);
+  EXPECT_EQ(before["open_document"]["registered"], true);
+  EXPECT_EQ(before["open_document"]["number"], 1);
+  EXPECT_EQ(before["day"]["total_cents"], 500);
+
+  const ProgramRun next = shop.sell("");
+  EXPECT_THAT(next.output, HasSubstr("DOCUMENTO N. 0001-0001\n"));
+  EXPECT_EQ(next.errors, "lorimat: note: " + shop.file() +
+                             ": a receipt of 15/03/2024 10:30, 1 line, total 5,00, was cut off: "
+                             "registered with number 0001, and has been ended\n");
+  const nlohmann::json after = status_of(shop);
+  EXPECT_TRUE(after["open_document"].is_null());
+  EXPECT_EQ(after["day"]["receipts"], 1);
+  EXPECT_EQ(after["day"]["total_cents"], 500);
+  EXPECT_EQ(after["day"]["abandoned"], 0);
+}
+
+TEST(RegisterRun, CtrlCInAReceiptKeepsItAndSaysSo) {
+  const Shop shop;
+  const ProgramRun run =
+      run_console({"run", "-", "--register", shop.file(), "--clock", Shop::kClock, "-v"},
+                  {.input = "VEND REP=1, PRE=1.50\nVEND REP=2, PRE=2.00\n",
+                   .interrupt_at = "standard input:2: answer"});
+  EXPECT_EQ(run.exit_code, 130);
+  EXPECT_THAT(run.errors, HasSubstr("stopped by Ctrl-C behind line 2\n"));
+  EXPECT_THAT(run.errors, HasSubstr(" keeps a receipt of 15/03/2024 10:30, 2 lines, subtotal 3,50, "
+                                    "not paid: the next start voids it\n"));
+  EXPECT_THAT(run.output, HasSubstr("REPARTO 2                  10%        2,00\n"));
+  EXPECT_EQ(status_of(shop)["open_document"]["lines"], 2);
+}
+
+TEST(RegisterRun, AFileThatIsNoRegisterStaysAsItIs) {
+  const Shop shop;
+  for (const std::string& content :
+       {std::string("VEND REP=1, PRE=1.00\n"), std::string(10000, '\xAB'), std::string(1, 'x')}) {
+    shop.folder().write("shop.register", content);
+    const ProgramRun run = shop.sell(kReceipt);
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_THAT(run.errors, HasSubstr("lorimat: " + shop.file() + ": "));
+    EXPECT_TRUE(shop.folder().read("shop.register") == content) << content.size();
+  }
+}
+
+TEST(RegisterRun, AFolderAndAMissingFolderAreRefusedWithTheirNames) {
+  const TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", kReceipt);
+  for (const std::string& file : {folder.path(), folder.path("none/shop.register")}) {
+    const ProgramRun run = run_console({"run", lines, "--register", file});
+    EXPECT_EQ(run.exit_code, 2) << file;
+    EXPECT_THAT(run.errors, HasSubstr(file + ": ")) << file;
+    EXPECT_THAT(run.output, IsEmpty()) << file;
+  }
+}
+
+TEST(RegisterRun, AReadOnlyFolderIsRefused) {
+  const TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", kReceipt);
+  std::filesystem::create_directory(folder.path("closed"));
+  chmod(folder.path("closed").c_str(), 0555);
+  const std::string file = folder.path("closed/shop.register");
+  const ProgramRun run = run_console({"run", lines, "--register", file}, {.as_nobody = true});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr(file + ": "));
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST(RegisterRun, ARegisterOfANewerProgramIsRefused) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kReceipt).exit_code, 0);
+  // The version of a database's schema stands in the four bytes from the 60th, highest first.
+  std::string content = shop.folder().read("shop.register");
+  ASSERT_GT(content.size(), 100u);
+  content.replace(60, 4, std::string("\0\0\x27\x0F", 4));  // 9999
+  shop.folder().write("shop.register", content);
+  for (const ProgramRun& run : {shop.sell(kReceipt), shop.run({"status"})}) {
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.errors, HasSubstr(shop.file() + ": "));
+    EXPECT_THAT(run.errors, HasSubstr("9999"));
+    EXPECT_THAT(run.output, IsEmpty());
+  }
+  EXPECT_TRUE(shop.folder().read("shop.register") == content);
+}
+
+TEST(RegisterRun, ATruncatedRegisterIsRefused) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kReceipt).exit_code, 0);
+  const std::string content = shop.folder().read("shop.register");
+  shop.folder().write("shop.register", content.substr(0, content.size() / 2));
+  for (const ProgramRun& run : {shop.sell(kReceipt), shop.run({"status"})}) {
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.errors, HasSubstr(shop.file() + ": "));
+    EXPECT_THAT(run.output, IsEmpty());
+  }
+}
+
+TEST(RegisterRun, OneProgramAtATime) {
+  const Shop shop;
+  const std::string lines = shop.folder().path("pipe");
+  ASSERT_EQ(mkfifo(lines.c_str(), 0600), 0);
+  // Opened both ways, so that neither side waits for the other.
+  const int pipe = open(lines.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_GE(pipe, 0);
+  const std::string command = std::string(LORIMAT_BIN_FOLDER) + "/lorimat run " + lines +
+                              " --stop-on-error --register " + shop.file() + " 2>&1 >/dev/null";
+  FILE* first = popen(command.c_str(), "r");
+  ASSERT_NE(first, nullptr);
+  // It tells that it made the register, and from then on has it.
+  char text[512] = {};
+  ASSERT_NE(fgets(text, sizeof text, first), nullptr);
+  EXPECT_THAT(text, HasSubstr("a new register was made"));
+
+  for (const ProgramRun& run : {shop.sell(kReceipt), shop.run({"status"}), shop.run({"paper"}),
+                                shop.run({"journal"}), shop.run({"fault", "paper-end"})}) {
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_THAT(run.errors, HasSubstr(shop.file() + ": "));
+    EXPECT_THAT(run.errors, HasSubstr("in use"));
+  }
+  // A line that fails ends the first program.
+  ASSERT_EQ(write(pipe, "WRONG\n", 6), 6);
+  while (fgets(text, sizeof text, first) != nullptr) {
+  }
+  EXPECT_EQ(WEXITSTATUS(pclose(first)), 1);
+  close(pipe);
+  EXPECT_EQ(shop.sell(kReceipt).exit_code, 0);
+}
+
+TEST(RegisterRun, AFullDiskNamesFileAndCauseAndLeavesNoHalfReceipt) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kReceipt).exit_code, 0);
+  std::string lines;
+  for (int i = 0; i < 2000; ++i) lines += kReceipt;
+  const std::string file = shop.folder().write("many.cmd", lines);
+  // The largest file that this program may write stands in for the disk: the register's size
+  // with some room. dash counts in blocks of 512 bytes.
+  const auto blocks = std::filesystem::file_size(shop.file()) / 512 + 400;
+  const std::string command = "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + "; exec " +
+                              LORIMAT_BIN_FOLDER + "/lorimat run " + file + " --register " +
+                              shop.file() + " --clock '" + Shop::kClock + "'";
+  const ProgramRun run = run_program("/bin/sh", {"-c", command});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("code 623"));  // the device's failure, 111
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: the register could not be kept: " + shop.file()));
+
+  const ProgramRun next = shop.sell(kReceipt);
+  EXPECT_EQ(next.exit_code, 0) << next.errors;
+  EXPECT_EQ(shop.run({"journal", "verify"}).exit_code, 0);
+  const nlohmann::json status = status_of(shop);
+  const int documents = status["documents"].get<int>();
+  EXPECT_GT(documents, 2);
+  EXPECT_LT(documents, 2002);
+  EXPECT_EQ(status["day"]["receipts"], documents);
+  // What was answered with success is on paper, and that is what is stored.
+  const std::string number = "          DOCUMENTO N. 0001-";
+  EXPECT_EQ(1 + count_of(run.output, number) + count_of(next.output, number), documents);
+  EXPECT_TRUE(status["open_document"].is_null());
+}
+
+TEST(RegisterRun, ThePaperNeverReplacesTheRegister) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kReceipt).exit_code, 0);
+  const std::string lines = shop.folder().write("lines.cmd", kReceipt);
+  for (const char* option : {"--paper", "--png", "--pdf"}) {
+    const ProgramRun run = shop.run({"run", lines, option, shop.folder().path("./shop.register")});
+    EXPECT_EQ(run.exit_code, 2) << option;
+    EXPECT_THAT(run.errors, HasSubstr("is the register's file; the paper would replace it"));
+  }
+  EXPECT_EQ(status_of(shop)["documents"], 1);
+}
+
+TEST(RegisterRun, NothingIsMadeWhenTheLibraryIsNotThere) {
+  const Shop shop;
+  const std::string lines = shop.folder().write("lines.cmd", kReceipt);
+  const ProgramRun run = shop.run({"run", lines, "--library", shop.folder().path("none.so")});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_FALSE(std::filesystem::exists(shop.file()));
+}
+
+TEST(RegisterRun, AnEmptyNameIsNotTakenForOneLeftOut) {
+  const TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", kReceipt);
+  const ProgramRun run = run_console({"run", lines, "--register", ""});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("--register"));
+}

@@ -1,0 +1,31 @@
+// A register that is kept in a file, for tests of the commands that work on one.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "program_run.h"
+
+class Shop {
+ public:
+  static constexpr const char* kClock = "2024-03-15 10:30";
+
+  const TestFolder& folder() const { return folder_; }
+  std::string file() const { return folder_.path("shop.register"); }
+
+  // Runs lines on the register, which the first run makes.
+  ProgramRun sell(const std::string& lines, const std::string& clock = kClock) const {
+    return run_console(
+        {"run", folder_.write("lines.cmd", lines), "--register", file(), "--clock", clock});
+  }
+  // Runs a command of the console on the register.
+  ProgramRun run(std::vector<std::string> arguments, const ProgramSetting& setting = {}) const {
+    arguments.push_back("--register");
+    arguments.push_back(file());
+    return run_console(arguments, setting);
+  }
+
+ private:
+  TestFolder folder_;
+};

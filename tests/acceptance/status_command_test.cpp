@@ -1,0 +1,208 @@
+// "status": a register's file, looked at.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "shop.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+namespace {
+
+const char* const kDay =
+    "VEND REP=1, PRE=1234.56\nCHIU\n"
+    "FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=2, PRE=10.00\nCHIU\n"
+    "VEND REP=1, PRE=9.99\nRESPRN\n";
+
+// The text without the line of this name.
+std::string without(std::string text, const std::string& name) {
+  const size_t at = text.find("\n" + name) + 1;
+  return text.erase(at, text.find('\n', at) + 1 - at);
+}
+
+std::string line_of(const std::string& text, const std::string& name) {
+  const size_t at = text.find("\n" + name) + 1;
+  return text.substr(at, text.find('\n', at) - at);
+}
+
+}  // namespace
+
+TEST(StatusCommand, TellsTheRegisterInWords) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  const ProgramRun run = shop.run({"status"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_THAT(line_of(run.output, "Journal"),
+              MatchesRegex("Journal         3 entries, last hash [0-9a-f]+"));
+  EXPECT_EQ(line_of(run.output, "Journal").size(), 37u + 64u);
+  EXPECT_EQ(without(run.output, "Journal"), "Register        " + shop.file() +
+                                                "\n"
+                                                "Serial number   99LRM0000001VR\n"
+                                                "Firmware        1.00\n"
+                                                "Key             registering\n"
+                                                "Operator        1\n"
+                                                "Last closing    none\n"
+                                                "Day             open\n"
+                                                "  receipts      1\n"
+                                                "  invoices      1\n"
+                                                "  credit notes  0\n"
+                                                "  voids         0\n"
+                                                "  abandoned     1\n"
+                                                "  non-fiscal    0\n"
+                                                "  total         1.244,56\n"
+                                                "Grand total     1.244,56\n"
+                                                "Next invoice    2\n"
+                                                "Not sent        0 summaries\n"
+                                                "Documents       2\n"
+                                                "Open document   none\n"
+                                                "Faults          none\n");
+}
+
+TEST(StatusCommand, TellsAProgramInCents) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  const ProgramRun run = shop.run({"status", "--json"});
+  EXPECT_EQ(run.exit_code, 0);
+  const nlohmann::json status = nlohmann::json::parse(run.output);
+  EXPECT_EQ(status["file"], shop.file());
+  EXPECT_EQ(status["serial_number"], "99LRM0000001VR");
+  EXPECT_EQ(status["key_position"], 1);
+  EXPECT_EQ(status["key"], "registering");
+  EXPECT_EQ(status["last_closure"], 0);
+  EXPECT_EQ(status["day"]["open"], true);
+  EXPECT_EQ(status["day"]["last_document"], 1);
+  EXPECT_EQ(status["day"]["receipts"], 1);
+  EXPECT_EQ(status["day"]["invoices"], 1);
+  EXPECT_EQ(status["day"]["abandoned"], 1);
+  EXPECT_EQ(status["day"]["total_cents"], 124456);
+  EXPECT_EQ(status["grand_total_cents"], 124456);
+  EXPECT_EQ(status["next_invoice"], 2);
+  EXPECT_EQ(status["documents"], 2);
+  EXPECT_EQ(status["journal_entries"], 3);
+  EXPECT_TRUE(status["open_document"].is_null());
+  EXPECT_EQ(status["faults"], nlohmann::json::array());
+}
+
+TEST(StatusCommand, ADayClosedIsNotOpen) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n").exit_code, 0);
+  const nlohmann::json status = nlohmann::json::parse(shop.run({"status", "--json"}).output);
+  EXPECT_EQ(status["last_closure"], 1);
+  EXPECT_EQ(status["day"]["open"], false);
+  EXPECT_EQ(status["day"]["receipts"], 0);
+  EXPECT_EQ(status["day"]["total_cents"], 0);
+  EXPECT_EQ(status["grand_total_cents"], 250);
+  const ProgramRun text = shop.run({"status"});
+  EXPECT_THAT(text.output, HasSubstr("Last closing    1\nDay             not begun\n"));
+}
+
+TEST(StatusCommand, LookingChangesNothing) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  const ProgramRun first = shop.run({"status"});
+  EXPECT_THAT(first.output, HasSubstr("Open document   a receipt of 15/03/2024 10:30, 1 line, "
+                                      "subtotal 1,00, not paid: the next start voids it\n"));
+  EXPECT_EQ(shop.run({"status"}).output, first.output);
+}
+
+TEST(StatusCommand, SpeaksItalian) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  const ProgramRun run = shop.run({"status"}, {.environment = {{"LANG", "it_IT.UTF-8"}}});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, HasSubstr("Chiave             registrazione\n"));
+  EXPECT_THAT(run.output,
+              HasSubstr("Documento aperto   uno scontrino del 15/03/2024 10:30, 1 riga, "
+                        "subtotale 1,00, non pagato: al prossimo avvio viene annullato\n"));
+  // A program reads the same in every language.
+  EXPECT_EQ(shop.run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output,
+            shop.run({"status", "--json"}).output);
+}
+
+TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {
+  const Shop shop;
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"status"},
+                                                    {"paper"},
+                                                    {"journal"},
+                                                    {"journal", "show", "1"},
+                                                    {"journal", "verify"},
+                                                    {"fault"},
+                                                    {"fault", "paper-end"},
+                                                    {"fault", "--clear"},
+                                                    {"backup", shop.folder().path("tables")},
+                                                    {"restore", shop.folder().path("tables")}}) {
+    const ProgramRun run = shop.run(arguments);
+    EXPECT_EQ(run.exit_code, 2) << arguments[0];
+    EXPECT_THAT(run.output, IsEmpty());
+    EXPECT_EQ(run.errors, "lorimat: " + shop.file() +
+                              ": there is no such register; \"lorimat run --register " +
+                              shop.file() + " FILE\" makes one\n");
+    EXPECT_THAT(shop.folder().names(), IsEmpty()) << arguments[0];
+  }
+}
+
+TEST(StatusCommand, WithoutARegisterTheOptionIsNamed) {
+  for (const char* command : {"status", "paper", "journal"}) {
+    const ProgramRun run = run_console({command});
+    EXPECT_EQ(run.exit_code, 2) << command;
+    EXPECT_THAT(run.errors, HasSubstr("--register")) << command;
+    EXPECT_THAT(run.errors, HasSubstr("LORIMAT_REGISTER")) << command;
+  }
+}
+
+TEST(StatusCommand, FilesThatAreNoRegisterStayAsTheyAre) {
+  const Shop shop;
+  for (const std::string& content :
+       {std::string(), std::string("a text\n"), std::string("SQLite format 3\0", 16),
+        std::string(100000, '\0')}) {
+    shop.folder().write("shop.register", content);
+    for (const char* command : {"status", "paper", "journal", "fault"}) {
+      const ProgramRun run = shop.run({command});
+      EXPECT_EQ(run.exit_code, 2) << command;
+      EXPECT_THAT(run.output, IsEmpty()) << command;
+      EXPECT_THAT(run.errors, HasSubstr(shop.file() + ": ")) << command;
+    }
+    EXPECT_TRUE(shop.folder().read("shop.register") == content) << content.size();
+  }
+}
+
+TEST(StatusCommand, AFullStandardOutputIsAnError) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"status"},
+                                                    {"status", "--json"},
+                                                    {"paper"},
+                                                    {"journal"},
+                                                    {"journal", "--json"},
+                                                    {"journal", "show", "1"},
+                                                    {"journal", "verify"},
+                                                    {"fault"}}) {
+    const ProgramRun run = shop.run(arguments, {.output_file = "/dev/full"});
+    EXPECT_EQ(run.exit_code, 2) << arguments[0];
+    EXPECT_THAT(run.errors, HasSubstr("No space left")) << arguments[0];
+  }
+  EXPECT_EQ(shop.run({"journal", "verify"}).exit_code, 0);
+}
+
+TEST(StatusCommand, EveryCommandOnARegisterHasHelpWithExamplesAndExitCodes) {
+  for (const std::vector<std::string>& command : {std::vector<std::string>{"status"},
+                                                  {"paper"},
+                                                  {"journal"},
+                                                  {"journal", "show"},
+                                                  {"journal", "verify"},
+                                                  {"fault"},
+                                                  {"backup"},
+                                                  {"restore"}}) {
+    std::vector<std::string> arguments = command;
+    arguments.push_back("--help");
+    const ProgramRun run = run_console(arguments);
+    EXPECT_EQ(run.exit_code, 0) << command.back();
+    EXPECT_THAT(run.output, HasSubstr("--register")) << command.back();
+    EXPECT_THAT(run.output, HasSubstr("Examples:")) << command.back();
+    EXPECT_THAT(run.output, HasSubstr("Exit codes:")) << command.back();
+  }
+}

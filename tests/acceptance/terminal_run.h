@@ -1,0 +1,66 @@
+// Runs the console on a pseudo-terminal of its own, as a person sits at it: keys are typed, and
+// the screen is looked at until it shows what is waited for.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "terminal_screen.h"
+
+struct TerminalSetting {
+  std::string folder = {};  // to run in; empty stays here
+  // Added to the caller's. HOME has to be a folder of the test.
+  std::map<std::string, std::string> environment = {};
+  size_t columns = 80;
+  size_t height = 24;
+  std::string prompt = "lorimat> ";
+};
+
+class TerminalRun {
+ public:
+  // The prompt of the program has come when this returns.
+  TerminalRun(const std::vector<std::string>& arguments, const TerminalSetting& setting);
+  // Hangs up, when the program is still there.
+  ~TerminalRun();
+  TerminalRun(const TerminalRun&) = delete;
+  TerminalRun& operator=(const TerminalRun&) = delete;
+
+  // Keys as a terminal sends them: "\r" is Enter, "\t" TAB, "\x03" Ctrl-C, "\x1b[A" up.
+  void type(const std::string& keys);
+  // Types a line and Enter, waits for the next prompt, and returns the rows between the line and
+  // that prompt.
+  std::vector<std::string> enter(const std::string& line);
+  // Types keys that end in a new prompt, and returns the rows up to it.
+  std::vector<std::string> type_for_prompt(const std::string& keys);
+  // Waits until the row of the cursor is the prompt and this text, up to the cursor.
+  void wait_for_typed(const std::string& text);
+  // Waits until a row below the last prompt that enter or type_for_prompt saw holds the text.
+  void wait_for(const std::string& text);
+  // Makes the window another one, and tells the program.
+  void resize(size_t columns, size_t height);
+  void send_signal(int signal);
+  // Waits until the program has ended; its exit code, or -1 when a signal ended it.
+  int wait_for_end();
+
+  const TerminalScreen& screen() const { return screen_; }
+  // All that has come, as it came.
+  const std::string& raw() const { return raw_; }
+
+ private:
+  // Reads until the condition holds. Throws, with the screen, when the program ends first or
+  // nothing comes for a minute.
+  void wait_until(const std::string& what, const std::function<bool()>& condition);
+  bool read_some();
+  bool at_prompt(size_t above) const;
+
+  TerminalSetting setting_;
+  TerminalScreen screen_;
+  std::string raw_;
+  int master_ = -1;
+  pid_t child_ = -1;
+  size_t prompt_row_ = 0;
+};

@@ -1,0 +1,288 @@
+// The shell's history, the words of ".fault", the bytes of the line editor, answers in words.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "console/failure.h"
+#include "console/shell_answer.h"
+#include "console/shell_editor.h"
+#include "console/shell_fault.h"
+#include "console/shell_history.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+namespace {
+
+class ShellHistoryFile : public testing::Test {
+ protected:
+  ShellHistoryFile()
+      : folder_("/tmp/lorimat-history-" + std::to_string(getpid())),
+        file_(folder_ + "/deep/er/history") {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+  }
+  ~ShellHistoryFile() override { std::filesystem::remove_all(folder_); }
+
+  std::string content() const {
+    std::ifstream file(file_, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+  void write(const std::string& text) const {
+    std::filesystem::create_directories(folder_ + "/deep/er");
+    std::ofstream(file_, std::ios::binary) << text;
+  }
+  unsigned mode() const {
+    struct stat status {};
+    stat(file_.c_str(), &status);
+    return status.st_mode & 0777;
+  }
+
+  const std::string folder_;
+  const std::string file_;
+};
+
+TEST_F(ShellHistoryFile, LinesComeBackInTheNextSession) {
+  ShellHistory first(file_);
+  EXPECT_TRUE(first.add("VEND REP=1"));
+  EXPECT_TRUE(first.add("VEND DES='caff\xE8 \xC3\xA8 \x1b'"));
+  EXPECT_EQ("", first.failure());
+  EXPECT_EQ(0600u, mode());
+  EXPECT_EQ("VEND REP=1\nVEND DES='caff\xE8 \xC3\xA8 \x1b'\n", content());
+  const ShellHistory second(file_);
+  EXPECT_THAT(second.lines(), ElementsAre("VEND REP=1", "VEND DES='caff\xE8 \xC3\xA8 \x1b'"));
+}
+
+TEST_F(ShellHistoryFile, SomeLinesAreNotKept) {
+  ShellHistory history(file_);
+  EXPECT_TRUE(history.add("SUBT"));
+  EXPECT_FALSE(history.add("SUBT"));
+  EXPECT_FALSE(history.add(""));
+  EXPECT_FALSE(history.add(" POPER OPE=1, PASS='2580'"));
+  EXPECT_FALSE(history.add(std::string("a\0b", 3)));
+  EXPECT_FALSE(history.add("a\nb"));
+  EXPECT_FALSE(history.add(std::string(2047, 'x')));
+  EXPECT_TRUE(history.add(std::string(2046, 'x')));
+  EXPECT_THAT(history.lines(), SizeIs(2));
+}
+
+TEST_F(ShellHistoryFile, TheFileIsKeptToItsNewestLines) {
+  std::string text;
+  for (int i = 1; i <= 5000; ++i) text += "LINE" + std::to_string(i) + "\n";
+  write(text);
+  const ShellHistory history(file_);
+  ASSERT_THAT(history.lines(), SizeIs(1000));
+  EXPECT_EQ("LINE4001", history.lines().front());
+  EXPECT_EQ("LINE5000", history.lines().back());
+  EXPECT_THAT(content(), StartsWith("LINE4001\n"));
+  EXPECT_EQ(0600u, mode());
+  EXPECT_FALSE(std::filesystem::exists(file_ + ".new"));
+}
+
+TEST_F(ShellHistoryFile, AFileThatOthersMayReadIsClosedToThem) {
+  write("SUBT\n");
+  chmod(file_.c_str(), 0666);
+  const ShellHistory history(file_);
+  EXPECT_EQ(0600u, mode());
+}
+
+TEST_F(ShellHistoryFile, OddFilesAreReadAsFarAsTheyMakeSense) {
+  std::string text = std::string("nul\0byte\n", 9) + std::string(100000, 'x') + "\n\nSUBT";
+  write(text);
+  const ShellHistory history(file_);
+  EXPECT_THAT(history.lines(), ElementsAre("SUBT"));
+  EXPECT_EQ("", history.failure());
+}
+
+TEST_F(ShellHistoryFile, AHistoryThatCannotBeKeptSaysWhyAndServesTheSession) {
+  write("x");
+  ShellHistory below_a_file(file_ + "/history");
+  EXPECT_TRUE(below_a_file.add("SUBT"));
+  EXPECT_THAT(below_a_file.failure(), HasSubstr("Not a directory"));
+  EXPECT_THAT(below_a_file.lines(), ElementsAre("SUBT"));
+  ShellHistory folder(folder_);
+  EXPECT_EQ(folder_ + ": it is no regular file", folder.failure());
+  ShellHistory nowhere("");
+  EXPECT_TRUE(nowhere.add("SUBT"));
+  EXPECT_EQ("neither HOME nor XDG_STATE_HOME names a folder", nowhere.failure());
+}
+
+TEST_F(ShellHistoryFile, APipeInItsPlaceDoesNotKeepTheShellWaiting) {
+  const std::string pipe = folder_ + "/pipe";
+  ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+  ShellHistory history(pipe);
+  EXPECT_THAT(history.failure(), HasSubstr("no regular file"));
+  EXPECT_TRUE(history.add("SUBT"));
+}
+
+TEST(ShellHistoryPlace, IsTheUsersOwnFolder) {
+  const char* home = std::getenv("HOME");
+  const std::string before = home != nullptr ? home : "";
+  setenv("HOME", "/home/rossi", 1);
+  unsetenv("XDG_STATE_HOME");
+  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", history_file());
+  setenv("XDG_STATE_HOME", "/state", 1);
+  EXPECT_EQ("/state/lorimat/history", history_file());
+  setenv("XDG_STATE_HOME", "relative", 1);  // counts as not set
+  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", history_file());
+  unsetenv("XDG_STATE_HOME");
+  unsetenv("HOME");
+  EXPECT_EQ("", history_file());
+  setenv("HOME", before.c_str(), 1);
+}
+
+// --- Faults in words.
+
+TEST(ShellFaultWords, ANameAloneIsTheNextOperation) {
+  const lorimat::Fault fault = read_fault("paper-end");
+  EXPECT_EQ("paper-end", fault.name);
+  EXPECT_EQ(lorimat::FaultWhen::kNext, fault.when);
+  EXPECT_EQ("", fault.operation);
+}
+
+TEST(ShellFaultWords, MomentAndOperationMayStandBehind) {
+  const lorimat::Fault third = read_fault("paper-end nth 3 on PrintRecItemEx");
+  EXPECT_EQ(lorimat::FaultWhen::kNth, third.when);
+  EXPECT_EQ(3, third.count);
+  EXPECT_EQ("PrintRecItemEx", third.operation);
+  EXPECT_EQ(lorimat::FaultWhen::kEvery, read_fault("off-line every").when);
+  const lorimat::Fault busy = read_fault("  busy   --times   4 ");
+  EXPECT_EQ(lorimat::FaultWhen::kTimes, busy.when);
+  EXPECT_EQ(4, busy.count);
+  EXPECT_EQ(123, read_fault("code 123").code);
+}
+
+std::string refusal(const std::string& words) {
+  try {
+    read_fault(words);
+  } catch (const Failure& failure) {
+    return failure.what();
+  }
+  return "taken";
+}
+
+TEST(ShellFaultWords, WhatMakesNoFaultIsRefusedWithACause) {
+  EXPECT_EQ("no fault is called 'paper-edn'; did you mean paper-end?", refusal("paper-edn"));
+  EXPECT_EQ("no fault is called 'zzz'", refusal("zzz"));
+  EXPECT_EQ("a number has to stand behind 'code'", refusal("code"));
+  EXPECT_EQ("a number has to stand behind 'code'", refusal("code 12x"));
+  EXPECT_EQ("a number has to stand behind 'nth'", refusal("busy nth"));
+  EXPECT_EQ("a number has to stand behind 'nth'", refusal("busy nth 99999999999999"));
+  EXPECT_EQ("'evry' has no place there; did you mean every?", refusal("busy evry"));
+  EXPECT_EQ("no operation of the device is called 'PrintRecItemXe'; did you mean PrintRecItemEx?",
+            refusal("paper-end on PrintRecItemXe"));
+  EXPECT_EQ("'on' has no place there; did you mean on?", refusal("busy on"));
+}
+
+TEST(ShellFaultWords, TheListHasEveryFaultAndThoseThatWait) {
+  lorimat::FaultPlan plan;
+  EXPECT_THAT(fault_list(plan), HasSubstr("No fault waits.\n"));
+  plan.Add(read_fault("paper-end nth 2"));
+  const std::string list = fault_list(plan);
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
+    EXPECT_THAT(list, HasSubstr("\n  " + std::string(kind.name) + " ")) << kind.name << "\n"
+                                                                        << "\n" + list;
+  }
+  EXPECT_THAT(list, HasSubstr("Waiting:\n  paper-end ("));
+}
+
+// --- Bytes of the line editor.
+
+class ShellEditorBytes : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    before_ = std::setlocale(LC_CTYPE, nullptr);
+    if (std::setlocale(LC_CTYPE, GetParam()) == nullptr) GTEST_SKIP() << "no such locale";
+  }
+  void TearDown() override { std::setlocale(LC_CTYPE, before_.c_str()); }
+  std::string before_;
+};
+
+TEST_P(ShellEditorBytes, ComeBackAsTheyWere) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  EXPECT_EQ(all, to_bytes(to_wide(all)));
+  for (const std::string text : {"caff\xC3\xA8", "caff\xE8", "\xE2\x82\xAC", "\xE2\x82", "\xC3",
+                                 "\xED\xB2\x80", "\xF0\x9F\x98\x80", "\xFF\xFE"}) {
+    EXPECT_EQ(text, to_bytes(to_wide(text)));
+    EXPECT_EQ("x" + text + "y", to_bytes(to_wide("x" + text + "y")));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, ShellEditorBytes, testing::Values("C", "C.UTF-8"));
+
+// --- Answers in words.
+
+TEST(ShellAnswers, AnOwnCodeHasItsClassAndCause) {
+  const std::string text = causes_text(265, 80);
+  EXPECT_THAT(text, StartsWith("  class 1: syntax and command errors\n  "));
+}
+
+TEST(ShellAnswers, AResultOfTheDeviceIsNamed) {
+  // 203 with the bit of class 4.
+  const std::string text = causes_text(1227, 80);
+  EXPECT_THAT(text, StartsWith("  class 4: results of the device client of 200 and above\n"
+                               "  Result 203 of the device, RTF_EFPTR_REC_EMPTY."));
+  // 107 passed twice.
+  EXPECT_THAT(causes_text(1643, 0), HasSubstr("Passed twice: 107 -> 619 -> 1643."));
+}
+
+TEST(ShellAnswers, ANumberThatIsNoCodeHasNoCause) {
+  EXPECT_EQ("", causes_text(0, 80));
+  EXPECT_EQ("", causes_text(-5, 80));
+  EXPECT_EQ("", causes_text(5000000000L, 80));
+}
+
+class ShellHints : public testing::Test {
+ protected:
+  ShellHints()
+      : language_(Language::from_text(
+            "[OPCOD]\n10=VEND\n[10]\n1=REP\n4=PRE\n7=DES\n[EQU]\nCONTANTI=1\n")) {}
+  const Language language_;
+};
+
+TEST_F(ShellHints, ThePlaceIsMarkedAndABetterWordNamed) {
+  EXPECT_EQ("  VNED REP=1\n  ^\n  no command is called 'VNED'; did you mean VEND?\n",
+            parser_hint(language_, "VNED REP=1", 80));
+  EXPECT_EQ("  VEND REP=1, PER=2\n              ^\n  VEND has no field 'PER'; did you mean PRE?\n",
+            parser_hint(language_, "VEND REP=1, PER=2", 80));
+}
+
+TEST_F(ShellHints, ALineThatIsReadHasNone) {
+  EXPECT_EQ("", parser_hint(language_, "VEND REP=1, PRE=2", 80));
+  EXPECT_EQ("", parser_hint(language_, "@file", 80));
+  EXPECT_EQ("", parser_hint(language_, "", 80));
+}
+
+TEST_F(ShellHints, CharactersCountNotBytes) {
+  EXPECT_THAT(parser_hint(language_, "VEND DES='\xC3\xA8', X=1", 80),
+              StartsWith("  VEND DES='\xC3\xA8', X=1\n                ^\n"));
+}
+
+TEST_F(ShellHints, APlaceBeyondTheWindowIsNotMarked) {
+  const std::string line = "VEND DES='" + std::string(200, 'x') + "', Q=1";
+  EXPECT_THAT(parser_hint(language_, line, 80), Not(HasSubstr("^")));
+  EXPECT_THAT(parser_hint(language_, line, 80), HasSubstr("VEND has no field 'Q'"));
+}
+
+TEST_F(ShellHints, NoControlCharacterIsShown) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const std::string line = "VEND " + std::string(2, static_cast<char>(byte)) + "=1";
+    for (const char c : parser_hint(language_, line, 80)) {
+      EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << byte;
+    }
+  }
+}
+
+}  // namespace
