@@ -137,7 +137,8 @@ void Database::CheckFile(Open how) const {
 
 void Database::OpenFile(Open how, const DatabaseKind& kind) {
   // In front of a name that SQLite takes for something else than a file.
-  const std::string name = file_.empty() ? ":memory:" : file_[0] == ':' ? "./" + file_ : file_;
+  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
+  const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                     (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0);
   sqlite3* opened = nullptr;
@@ -316,6 +317,10 @@ void Database::FailWith(int code) const {
   const bool system = primary == SQLITE_CANTOPEN || primary == SQLITE_IOERR;
   const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
   if (system && error != 0) cause += ": " + std::generic_category().message(error);
+  // What a file lacks that has our mark: "no such table: journal".
+  if (primary == SQLITE_ERROR && handle_ != nullptr) {
+    cause += std::string(": ") + sqlite3_errmsg(handle_.get());
+  }
   Fail(cause);
 }
 

@@ -38,9 +38,10 @@ std::string NameOf(const JournalEntry& entry) {
   return name;
 }
 
+// Non-fiscal documents are counted whether or not they go into the journal.
 bool SameCounts(const DailyCounters& a, const DailyCounters& b) {
   return a.documents == b.documents && a.sales == b.sales && a.invoices == b.invoices &&
-         a.refunds == b.refunds && a.cancels == b.cancels;
+         a.refunds == b.refunds && a.cancels == b.cancels && a.abandoned == b.abandoned;
 }
 
 class Checker {
@@ -119,8 +120,10 @@ class Checker {
     } catch (const DamageError&) {
       Find("entry {}: it cannot be read", place);
       after_gap_ = true;
+      day_closure_ = 0;
       return;
     }
+    if (entry.kind == kJournalAbandoned) ++counters_.abandoned;
     const std::optional<std::string> facts = Facts(place, entry);
     const std::string hash =
         EntryHash(previous_, static_cast<uint64_t>(place), entry, facts.value_or(""));
@@ -132,9 +135,26 @@ class Checker {
       Find("entry {}, {}: its hash does not fit: the entry, or what it stands for, was changed",
            place, NameOf(entry));
     }
+    if (gap || after_gap_) day_closure_ = 0;
+    FollowDays(place, entry, fits && !gap);
     after_gap_ = false;
     computed_ = hash;
     previous_ = std::move(entry.hash);
+  }
+
+  // Every entry belongs to the closing that ends its day, and the days count on by one: otherwise
+  // numbers of documents would be given out again, or left out. What does not fit is told already.
+  void FollowDays(int64_t place, const JournalEntry& entry, bool fits) {
+    const bool closing = entry.kind == kJournalClosure;
+    if (!fits) {
+      if (closing) day_closure_ = 0;
+      return;
+    }
+    if (day_closure_ != 0 && entry.closure != day_closure_) {
+      Find("entry {}, {}: it is of the day {:04}, and the day was {:04}", place, NameOf(entry),
+           entry.closure, day_closure_);
+    }
+    day_closure_ = int64_t{entry.closure} + (closing ? 1 : 0);
   }
 
   // The facts that an entry stands for, compared with the sums on the way. Nothing when they are
@@ -241,7 +261,7 @@ class Checker {
 
   void CheckEnd() {
     const int64_t made = static_cast<int64_t>(store_.journal_count());
-    if (last_place_ + 1 == made) {
+    if (last_place_ == made - 1) {
       Find("entry {}: missing at the end", made);
     } else if (last_place_ < made) {
       Find("entries {} to {}: missing at the end", last_place_ + 1, made);
@@ -249,6 +269,9 @@ class Checker {
       Find("entry {}: behind the last one, which is {}", last_place_, made);
     } else if (made > 0 && previous_ != store_.journal_hash()) {
       Find("entry {}: it is not the one that was made last", made);
+    } else if (day_closure_ != 0 && day_closure_ != int64_t{store_.last_closure()} + 1) {
+      Find("the day: its number is {:04}, and the journal is at {:04}",
+           int64_t{store_.last_closure()} + 1, day_closure_);
     }
     FindDocumentsWithoutEntry(INT64_MAX);
     if (last_document_ != store_.document_count()) {
@@ -275,6 +298,7 @@ class Checker {
   std::string previous_;  // the hash of the entry before, as it is stored
   std::string computed_;  // and as it comes out
   bool after_gap_ = false;
+  int64_t day_closure_ = 0;  // that the next entry belongs to; 0: not known
   Totals day_;
   Totals closed_;
   DailyCounters counters_;

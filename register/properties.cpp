@@ -215,6 +215,10 @@ int ReadTextProperty(const RegisterCore& core, int property, std::string* value)
     *value = core.session.health;
     return RTF_SUCCESS;
   }
+  if (property == RTF_PIDXFptr_ErrorString) {
+    *value = core.last_failure;
+    return RTF_SUCCESS;
+  }
   const TextRow* row = Find(kTextProperties, property);
   if (row == nullptr) return RTF_E_ILLEGAL;
   *value = core.options.*row->text;

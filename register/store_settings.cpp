@@ -43,12 +43,12 @@ bool FromText(std::string_view text, int64_t* value) {
   *value = number.value_or(0);
   return number.has_value();
 }
+// Counts and places in a table: far beyond what they come to, and what is counted on stays in
+// range.
 bool FromText(std::string_view text, int* value) {
+  constexpr int64_t kMost = 1'000'000'000;
   const std::optional<int64_t> number = ReadNumber(text);
-  if (!number || *number < std::numeric_limits<int>::min() ||
-      *number > std::numeric_limits<int>::max()) {
-    return false;
-  }
+  if (!number || *number < 0 || *number > kMost) return false;
   *value = static_cast<int>(*number);
   return true;
 }

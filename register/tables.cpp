@@ -90,6 +90,7 @@ void Tables::Repair() {
   cut(&settings_.firmware_version, 20);
   if (settings_.header_lines.size() > kHeaderLines) settings_.header_lines.resize(kHeaderLines);
   for (std::string& line : settings_.header_lines) cut(&line, kHeaderLineSize);
+  for (VatRate& rate : settings_.vat_rates) cut(&rate.mark, 32);
   settings_.groups = std::clamp(settings_.groups, 0, kMaxGroups);
   settings_.operators = std::clamp(settings_.operators, 0, kMaxGroups);
   if (settings_.departments.size() > kMaxDepartments) {

@@ -57,6 +57,8 @@ class VirtualRegister : public RtfClientInterface {
   // One of RTF_FPTR_PS_*.
   int printer_state() const { return static_cast<int>(core_.state); }
   KeyPosition key_position() const { return core_.key; }
+  // Whether its documents are for practice.
+  bool training() const { return core_.setup.training; }
   // How often the drawer has been opened.
   int drawer_count() const { return core_.drawer_count; }
   // A row (0 or 1) of a display (0 and 1 the operator's, 2 the customer's); empty for others.
@@ -341,6 +343,7 @@ class VirtualRegister : public RtfClientInterface {
       return missing;
     }
     int code = RTF_E_FAILURE;
+    bool kept = false;
     const FaultPlan::Strike fault =
         core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
     try {
@@ -348,13 +351,15 @@ class VirtualRegister : public RtfClientInterface {
       try {
         code = fault.before != RTF_SUCCESS ? fault.before : work();
         core_.Keep();
+        kept = true;
       } catch (...) {
         code = TakeBack(input);
       }
     } catch (...) {
     }
-    // Carried out, and the host does not come to know.
-    if (fault.after != RTF_SUCCESS) code = fault.after;
+    // Carried out, and the host does not come to know. What was taken back took the fault along:
+    // it waits again.
+    if (kept && fault.after != RTF_SUCCESS) code = fault.after;
     working_.clear(std::memory_order_release);
     return code;
   }

@@ -321,7 +321,7 @@ TEST_F(JournalChainTest, CountersAndTotalsThatWereChangedAreFound) {
   MakeDays();
   ExpectFound("UPDATE ledger SET day_totals = (SELECT totals FROM closure)",
               "the day: its totals are not the sum of its documents");
-  for (const char* column : {"documents", "sales", "invoices", "refunds", "cancels"}) {
+  for (const char* column : {"documents", "sales", "invoices", "refunds", "cancels", "abandoned"}) {
     ExpectFound(fmt::format("UPDATE ledger SET {0} = {0} + 1", column),
                 "the day: its counters are not those of its documents");
   }
@@ -333,6 +333,44 @@ TEST_F(JournalChainTest, CountersAndTotalsThatWereChangedAreFound) {
   ExpectFound("UPDATE ledger SET journal_place = 8", "entry 9: behind the last one, which is 8");
   ExpectFound("UPDATE ledger SET last_document = 7",
               "documents: 7 were registered, the last one there is the 6.");
+}
+
+TEST_F(JournalChainTest, ADayNumberThatWasChangedIsFound) {
+  MakeDays();
+  ExpectFound("UPDATE ledger SET last_closure = 0",
+              "the day: its number is 0001, and the journal is at 0002");
+  ExpectFound("UPDATE ledger SET last_closure = 9999",
+              "the day: its number is 10000, and the journal is at 0002");
+  // Before the first closing, too.
+  device = std::make_unique<VirtualRegister>(FileSettings("first"));
+  Receipt(1, 10000);
+  device.reset();
+  Sql("first", "UPDATE ledger SET last_closure = 3");
+  EXPECT_EQ(Findings("first"),
+            std::vector<std::string>{"the day: its number is 0004, and the journal is at 0001"});
+  // What is registered afterwards does not hide it: number 0001-0003 of the day that was closed
+  // is given out a second time.
+  std::filesystem::copy_file(Path("shop.register"), Path("back"));
+  Sql("back", "UPDATE ledger SET last_closure = 0");
+  device = std::make_unique<VirtualRegister>(FileSettings("back"));
+  Receipt(1, 10000);
+  Receipt(1, 10000);
+  device.reset();
+  EXPECT_EQ(Findings("back"),
+            std::vector<std::string>{
+                "entry 10, receipt 0001-0003: it is of the day 0001, and the day was 0002"});
+}
+
+TEST_F(JournalChainTest, ARegisterThatBeganWithALaterClosingIsGood) {
+  RegisterSettings settings = FileSettings("later");
+  settings.last_closure = 41;
+  device = std::make_unique<VirtualRegister>(settings);
+  EXPECT_TRUE((device.reset(), Findings("later").empty()));
+  device = std::make_unique<VirtualRegister>(settings);
+  Receipt(1, 10000);
+  ASSERT_EQ(device->PrintZReportEx(false), RTF_SUCCESS);
+  device.reset();
+  EXPECT_TRUE(Findings("later").empty());
 }
 
 TEST_F(JournalChainTest, ADocumentInItsEndingHasNoEntryYet) {

@@ -257,6 +257,26 @@ TEST_F(StoreReopenTest, TheSetUpOfTheDevice) {
   EXPECT_EQ(different, 1u);
 }
 
+TEST_F(StoreReopenTest, TheWayIntoServiceTheClockAndTraining) {
+  device.reset();
+  std::filesystem::remove(Path("shop.register"));
+  RegisterSettings settings = FileSettings();
+  settings.commissioned = false;
+  device = std::make_unique<VirtualRegister>(settings);
+  ASSERT_EQ(device->SetDate("160120241200"), RTF_SUCCESS);
+  ExpectKept("clock");
+  char date[14] = "";
+  ASSERT_EQ(device->GetDate(date), RTF_SUCCESS);
+  EXPECT_STREQ(date, "160120241200");
+  ASSERT_EQ(device->TelematicCensus(), RTF_SUCCESS);
+  ExpectKept("known to the agency");
+  ASSERT_EQ(device->BeginTraining(), RTF_SUCCESS);
+  ExpectKept("training");
+  int training = 0;
+  ASSERT_EQ(device->GetIntProperty(RTF_PIDXFptr_TrainingModeActive, &training), RTF_SUCCESS);
+  EXPECT_EQ(training, 1);
+}
+
 TEST_F(StoreReopenTest, FaultsThatWait) {
   device->AddFault({.name = "paper-end", .when = FaultWhen::kNth, .count = 3});
   device->AddFault({.name = "code", .code = 207, .operation = "PrintZReport"});
