@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "suggestion.h"
 #include "text.h"
 #include "translate.h"
 
@@ -89,6 +90,21 @@ void sort_by_purpose(CLI::App& app) {
   }
 }
 
+bool starts_as_option(std::string_view argument) {
+  return argument.size() > 1 && argument.front() == '-';
+}
+
+std::string no_such_command(const CLI::App& app, const std::string& name) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  std::string text = tr("no subcommand is called '{}'", shown(name));
+  const std::string nearest = nearest_word(name, names);
+  if (!nearest.empty()) text += tr("; did you mean {}?", nearest);
+  return text;
+}
+
 // Of the program or a command, and of the commands below it.
 void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
   app.formatter(formatter);
@@ -129,6 +145,16 @@ void translate_help(CLI::App& app) {
   app.footer(std::string(translated(kExamples)));
 }
 
-std::string usage_error(const CLI::Error& error) {
+std::string usage_error(const CLI::App& app, const CLI::Error& error) {
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
+    // lacks no subcommand, and "run --papper" more than its FILE.
+    const std::vector<std::string> left_over = app.remaining(true);
+    if (!left_over.empty() && !starts_as_option(left_over.front())) {
+      if (app.get_subcommands().empty()) return no_such_command(app, left_over.front());
+    } else if (!left_over.empty()) {
+      return tr("The following argument was not expected: {}", shown(left_over.front()));
+    }
+  }
   return tr_finished(shown(error.what()), kUsageErrors);
 }

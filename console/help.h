@@ -12,5 +12,5 @@ class Error;
 // subcommands are there.
 void translate_help(CLI::App& app);
 
-// What is wrong with the command line, in one line without its end.
-std::string usage_error(const CLI::Error& error);
+// What is wrong with the command line that app has refused, in one line without its end.
+std::string usage_error(const CLI::App& app, const CLI::Error& error);

@@ -6,6 +6,7 @@
 std::span<const ItalianText> italian_help_texts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"A subcommand is required", "Manca il sottocomando"},
+      {"no subcommand is called '{}'", "nessun sottocomando si chiama '{}'"},
       {"The following argument was not expected: {}", "Argomento non previsto: {}"},
       {"The following arguments were not expected: {}", "Argomenti non previsti: {}"},
       {"{} was given a disallowed flag override", "{} non prende un valore"},

@@ -305,7 +305,7 @@ void add_journal(CLI::App& app, JournalOptions* options) {
   CLI::App* show_entry = journal->add_subcommand("show", tr("Show an entry as it was printed"));
   show_entry->add_option("PLACE", options->place, tr("Its place in the list"))
       ->required()
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(uint64_t{1}, uint64_t{999999999}).description(""));
   add_shared_options(show_entry, options);
   show_entry->callback([options] { options->show = true; });
   show_entry->footer(std::string(translated(kShowExamples)));

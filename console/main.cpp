@@ -229,7 +229,7 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
       streams.output(output.str());
       return kExitGood;
     }
-    tell_error(streams, usage_error(error));
+    tell_error(streams, usage_error(app, error));
     streams.error(tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }

@@ -36,7 +36,7 @@ void add_paper(CLI::App& app, PaperOptions* options) {
   add_register_option(paper, &options->register_file);
   paper->add_option("--last", options->last, tr("Only the last N documents"))
       ->type_name("N")
-      ->check(CLI::Range(1, 1000000));
+      ->check(CLI::Range(1, 1000000).description(""));
   paper->add_option("--output", options->output, tr("Write the text to FILE"))->type_name("FILE");
   paper->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");

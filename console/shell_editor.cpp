@@ -220,8 +220,9 @@ int ShellEditor::next_character(wchar_t* character) {
       std::mbstate_t state{};
       const size_t size = std::mbrtowc(character, pending_.data(), pending_.size(), &state);
       if (size == 0) {
+        // What Ctrl-D leaves that was typed while a line was at work; no key of its own.
         pending_.erase(0, 1);
-        return 1;
+        continue;
       }
       if (size <= pending_.size() && !is_raw_byte(*character)) {
         pending_.erase(0, size);

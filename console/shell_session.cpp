@@ -94,7 +94,7 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
     help(without_blanks(text.substr(1)), place, line.text);
   } else if (first == '.' || first == ':') {
     try {
-      own_word(text, place);
+      own_word(text);
     } catch (const Failure& failure) {
       fail(place, failure.what(), look_.terminal ? "" : line.text);
     } catch (const lorimat::RegisterError& error) {
@@ -124,7 +124,13 @@ void ShellSession::show_answer(const std::string& text, long code, const std::st
   } else if (!look_.terminal) {
     if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
   } else if (answer != plain_answer_) {
-    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " + words + "\n");
+    // "OK.(2 Lines   0 msec)" says ok itself.
+    const bool begins_plain = answer.compare(0, plain_answer_.size(), plain_answer_) == 0;
+    const std::string rest = begins_plain
+                                 ? " " + shown(without_trailing_blanks(
+                                             std::string_view(answer).substr(plain_answer_.size())))
+                                 : ": " + words;
+    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + rest + "\n");
   } else if (!in_file_ && !holds_nothing(text)) {
     streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + "\n");
   }
@@ -211,7 +217,7 @@ void ShellSession::help(std::string_view word, const std::string& place, std::st
   }
 }
 
-void ShellSession::own_word(std::string_view text, const std::string& place) {
+void ShellSession::own_word(std::string_view text) {
   const size_t end = std::min(text.find_first_of(" \t"), text.size());
   const std::string word = "." + std::string(text.substr(1, end - 1));
   const std::string rest(without_blanks(text.substr(end)));
@@ -228,7 +234,6 @@ void ShellSession::own_word(std::string_view text, const std::string& place) {
   if (word == ".help") list_own_words();
   if (word == ".status") streams_.output(status_text(client_.device(), client_.file()));
   if (word == ".quit") quit_ = true;
-  static_cast<void>(place);
 }
 
 void ShellSession::list_own_words() {

@@ -39,7 +39,6 @@ class ShellSession {
   bool quit() const { return quit_; }
   void stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
-  // Lines of ".batch" that Ctrl-C was behind, for a message; 0 when none was cut short.
   Completion complete(std::string_view line, size_t cursor) const {
     return completer_.complete(line, cursor);
   }
@@ -51,7 +50,7 @@ class ShellSession {
   void fail(const std::string& place, const std::string& what, std::string_view line);
   void tell_register_failure();
   void help(std::string_view word, const std::string& place, std::string_view line);
-  void own_word(std::string_view text, const std::string& place);
+  void own_word(std::string_view text);
   void list_own_words();
   void show_last_paper(const std::string& number);
   void change_faults(std::string_view words);

@@ -81,13 +81,6 @@ std::string kind_text(lorimat::DocumentKind kind) {
   return {};
 }
 
-// Whether documents are for practice: a register that knows no training is never at it.
-template <typename Register>
-bool in_training(const Register& device) {
-  if constexpr (requires { device.training(); }) return device.training();
-  return false;
-}
-
 std::string faults_names(const lorimat::VirtualRegister& device) {
   std::vector<std::string> names;
   for (const lorimat::Fault& fault : device.faults().faults()) names.push_back(shown(fault.name));
@@ -113,7 +106,7 @@ std::string status_line(const lorimat::VirtualRegister& device) {
     if (paying) line += "  " + tr("to pay {}", amount_text(receipt.remaining()));
   }
   line += "  " + tr("key {}", key_text(device.key_position()));
-  if (in_training(device)) line += "  " + tr("TRAINING");
+  if (device.training()) line += "  " + tr("TRAINING");
   if (!device.faults().empty()) line += "  " + tr("fault waiting: {}", faults_names(device));
   return line;
 }
@@ -122,7 +115,7 @@ std::string status_text(const lorimat::VirtualRegister& device, const std::strin
   std::vector<std::pair<std::string, std::string>> rows = {
       {tr("State"), printer_state_text(device)},
       {tr("Key"), key_text(device.key_position())},
-      {tr("Training"), in_training(device) ? tr("yes") : tr("no")},
+      {tr("Training"), device.training() ? tr("yes") : tr("no")},
   };
   if (in_receipt(device)) {
     const lorimat::Receipt& receipt = device.receipt();

@@ -207,7 +207,7 @@ TEST_F(ShellOnTerminal, TabCompletesNamesOfFiles) {
   TerminalRun run(shell(), setting());
   run.type("@tue\t");
   run.wait_for_typed("@tuesday.cmd");
-  EXPECT_THAT(run.type_for_prompt("\r"), Contains("ok: OK.(2 Lines   0 msec)"));
+  EXPECT_THAT(run.type_for_prompt("\r"), Contains("ok (2 Lines   0 msec)"));
   run.type(".ba\t");
   run.wait_for_typed(".batch ");
   run.type("tu\t");
@@ -399,8 +399,20 @@ TEST_F(ShellOnTerminal, EveryKeyIsTaken) {
     }
     run.type(std::string("A") + static_cast<char>(byte));
   }
-  run.type_for_prompt(kCtrlC);
+  // Behind all of them.
+  run.type("\r; the last of the keys");
+  run.wait_for_typed("; the last of the keys");
+  run.type_for_prompt("\r");
   EXPECT_EQ("ok", run.enter("VEND REP=1, PRE=1.00").front());
+}
+
+TEST_F(ShellOnTerminal, WhatIsTypedAheadRunsInItsOrder) {
+  folder_.write("long.cmd", "VEND REP=1, PRE=1.00\nSUBT\nCHIU\n");
+  TerminalRun run(shell(), setting());
+  run.type(".batch long.cmd\rVEND REP=1, PRE=7.00\rCHIU\r; all done");
+  run.wait_for_typed("; all done");
+  EXPECT_THAT(run.screen().text(), HasSubstr("DOCUMENTO N. 0001-0002"));
+  EXPECT_THAT(run.screen().text(), HasSubstr(" 7,00|\n"));
 }
 
 }  // namespace

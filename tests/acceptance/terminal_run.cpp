@@ -130,6 +130,8 @@ std::vector<std::string> TerminalRun::enter(const std::string& line) {
 void TerminalRun::wait_for_typed(const std::string& text) {
   wait_until("the typed text '" + text + "'",
              [&] { return screen_.before_cursor() == setting_.prompt + text; });
+  // A list of candidates has moved the line down.
+  prompt_row_ = screen_.cursor_row();
 }
 
 void TerminalRun::wait_for(const std::string& text) {

@@ -38,7 +38,8 @@ class TerminalRun {
   std::vector<std::string> type_for_prompt(const std::string& keys);
   // Waits until the row of the cursor is the prompt and this text, up to the cursor.
   void wait_for_typed(const std::string& text);
-  // Waits until a row below the last prompt that enter or type_for_prompt saw holds the text.
+  // Waits until the row of the last prompt, or one below it, holds the text. The last prompt is the
+  // one that enter, type_for_prompt or wait_for_typed saw.
   void wait_for(const std::string& text);
   // Makes the window another one, and tells the program.
   void resize(size_t columns, size_t height);

@@ -40,6 +40,25 @@ TEST(Usage, NoSubcommandIsWrongUse) {
   EXPECT_THAT(run.errors, StartsWith("lorimat: "));
 }
 
+TEST(Usage, AnUnknownSubcommandIsNamedWithTheNearestOne) {
+  const ProgramRun run = run_console({"chek", "x.cmd"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_EQ(run.errors,
+            "lorimat: no subcommand is called 'chek'; did you mean check?\n"
+            "Run with --help for more information.\n");
+}
+
+TEST(Usage, AnUnknownOptionIsNamedAlsoWhereSomethingIsMissing) {
+  for (const auto& arguments : std::vector<std::vector<std::string>>{
+           {"--papper"}, {"run", "--papper"}, {"check", "--papper"}, {"backup", "--papper"}}) {
+    const ProgramRun run = run_console(arguments);
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_EQ(run.errors,
+              "lorimat: The following argument was not expected: --papper\n"
+              "Run with --help for more information.\n");
+  }
+}
+
 TEST(Usage, AnUnknownOptionIsWrongUseAndIsNamed) {
   const ProgramRun run = run_console({"run", "x.cmd", "--papper", "y"});
   EXPECT_EQ(run.exit_code, 2);
