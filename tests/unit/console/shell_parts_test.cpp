@@ -15,6 +15,8 @@
 #include "console/shell_editor.h"
 #include "console/shell_fault.h"
 #include "console/shell_history.h"
+#include "console/shell_status.h"
+#include "register/virtual_register.h"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -283,6 +285,27 @@ TEST_F(ShellHints, NoControlCharacterIsShown) {
       EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << byte;
     }
   }
+}
+
+// --- The state of the register.
+
+TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
+  lorimat::VirtualRegister device;
+  EXPECT_EQ("READY  key registering", status_line(device));
+  ASSERT_EQ(0, device.BeginTraining());
+  EXPECT_EQ("READY  key registering  TRAINING", status_line(device));
+  EXPECT_THAT(status_text(device, ""), HasSubstr("\nTraining       yes\n"));
+  ASSERT_EQ(0, device.EndTraining());
+  EXPECT_EQ("READY  key registering", status_line(device));
+}
+
+TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
+  lorimat::VirtualRegister device;
+  device.AddFault({.name = "paper-end"});
+  device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
+  EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", status_line(device));
+  EXPECT_THAT(status_text(device, "/a\x1b/shop"), HasSubstr("\nRegister       /a\\x1B/shop\n"));
+  EXPECT_EQ("", open_document_words(device));
 }
 
 }  // namespace
