@@ -60,6 +60,7 @@ std::span<const ItalianText> italian_register_texts() {
       {"Operator", "Operatore"},
       {"Last closing", "Ultima chiusura"},
       {"none", "nessuno"},
+      {"none yet", "ancora nessuna"},
       {"Day", "Giornata"},
       {"open", "aperta"},
       {"not begun", "non iniziata"},

@@ -23,6 +23,7 @@
 #include "places.h"
 #include "progress.h"
 #include "register/register_file.h"
+#include "register/virtual_register.h"
 #include "register_client.h"
 #include "register_text.h"
 #include "styles.h"
@@ -187,10 +188,20 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   std::string answer;
   long code = 0;
   Progress progress(streams, is_long(reader), lines);
+  InterruptWatch watch;
+  std::optional<uint64_t> stopped_behind;
   {
-    // The library traces each line of a batch through the client; the "@" line is the first.
+    // The library traces each line of a batch through the client; the "@" line is the first. It
+    // runs a batch to its end: behind Ctrl-C the device is let go of, which refuses the lines that
+    // are left and keeps an open document as it is.
     uint64_t traced = 0;
-    client.on_line([&] { progress.update(traced++); });
+    client.on_line([&] {
+      progress.update(traced);
+      if (interrupted && !stopped_behind && traced > 0 && client.device().Release() == 0) {
+        stopped_behind = traced - 1;
+      }
+      ++traced;
+    });
     code = library.run_line(batch_line(place.name, scratch.error_file()), &answer);
     client.on_line(nullptr);
   }
@@ -205,7 +216,15 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
   FailureList failures(streams, progress);
-  report_batch_errors(options.file, read_batch_errors(scratch.error_file()), failures);
+  std::vector<BatchError> errors = read_batch_errors(scratch.error_file());
+  if (stopped_behind) {
+    std::erase_if(errors, [&](const BatchError& error) { return error.line > *stopped_behind; });
+  }
+  report_batch_errors(options.file, errors, failures);
+  if (stopped_behind) {
+    tell_error(streams, tr("stopped by Ctrl-C behind line {}", *stopped_behind));
+    return kExitInterrupted;
+  }
   if (options.verbose) streams.error(tr("{}: answer: {}\n", reader.name(), text));
   if (failures.count() == 0) return kExitGood;
   tell_error(streams, tr("{} of {} lines failed", failures.count(), lines));

@@ -86,7 +86,7 @@ int run_pipe(ShellSession& session, Streams& streams) {
     return kExitInterrupted;
   }
   if (session.failures() == 0) return kExitGood;
-  tell(streams, tr("{} of {} lines failed", session.failures(), run));
+  tell(streams, tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
   return kExitLinesFailed;
 }
 

@@ -279,6 +279,7 @@ void ShellSession::run_file(const std::string& file) {
   in_file_ = true;
   try {
     while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
+      ++file_lines_;
       // The words of the shell are none of a file's.
       const std::string place = fmt::format("{}:{}", reader.name(), line.number);
       if (line.nul_at != 0) {

@@ -39,6 +39,8 @@ class ShellSession {
   bool quit() const { return quit_; }
   void stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
+  // Lines of ".batch" files that were run.
+  uint64_t file_lines() const { return file_lines_; }
   Completion complete(std::string_view line, size_t cursor) const {
     return completer_.complete(line, cursor);
   }
@@ -68,6 +70,7 @@ class ShellSession {
   std::string told_failure_;
   size_t paper_shown_ = 0;  // lines
   uint64_t failures_ = 0;
+  uint64_t file_lines_ = 0;
   bool in_file_ = false;  // at a line of ".batch"
   bool quit_ = false;
 };

@@ -65,7 +65,7 @@ std::string as_text(const lorimat::RegisterStatus& status) {
       {tr("Firmware"), shown(status.firmware_version)},
       {tr("Key"), key_text(status.key_position)},
       {tr("Operator"), std::to_string(status.current_operator)},
-      {tr("Last closing"), status.closures == 0 ? tr("none") : std::to_string(status.closures)},
+      {tr("Last closing"), status.closures == 0 ? tr("none yet") : std::to_string(status.closures)},
       {tr("Day"), status.day_open ? tr("open") : tr("not begun")},
       {tr("  receipts"), std::to_string(day.sales)},
       {tr("  invoices"), std::to_string(day.invoices)},

@@ -145,6 +145,29 @@ TEST(RegisterRun, CtrlCInAReceiptKeepsItAndSaysSo) {
   EXPECT_EQ(status_of(shop)["open_document"]["lines"], 2);
 }
 
+// The library runs a batch to its end; the lines behind Ctrl-C must not reach the receipt.
+TEST(RegisterRun, CtrlCInABatchKeepsTheReceiptAndSaysSo) {
+  const Shop shop;
+  const TestFolder scratch;
+  std::string lines;
+  for (int line = 0; line < 6000; ++line) lines += "VEND REP=1, PRE=0.01\n";
+  const std::string file = shop.folder().write("long.cmd", lines + "CHIU\n");
+  const ProgramRun run = run_console(
+      {"run", file, "--batch", "--register", shop.file(), "--clock", Shop::kClock, "--trace", "-"},
+      {.environment = {{"TMPDIR", scratch.path()}}, .interrupt_at = "PRE=0.01"});
+  EXPECT_EQ(run.exit_code, 130);
+  const std::string stopped = "stopped by Ctrl-C behind line ";
+  const size_t at = run.errors.find(stopped);
+  ASSERT_NE(at, std::string::npos);
+  const int last = std::stoi(run.errors.substr(at + stopped.size()));
+  EXPECT_LT(last, 6000);
+  EXPECT_THAT(run.errors, HasSubstr(" keeps a receipt of 15/03/2024 10:30, "));
+  EXPECT_THAT(run.errors, Not(HasSubstr("long.cmd:")));
+  EXPECT_THAT(run.output, Not(HasSubstr("TOTALE")));
+  EXPECT_EQ(status_of(shop)["open_document"]["lines"], last);
+  EXPECT_THAT(scratch.names(), IsEmpty());
+}
+
 TEST(RegisterRun, AFileThatIsNoRegisterStaysAsItIs) {
   const Shop shop;
   for (const std::string& content :

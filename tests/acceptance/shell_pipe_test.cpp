@@ -105,6 +105,14 @@ TEST(ShellPipe, AReceiptLeftOpenIsNotedAndIsNoFailure) {
       "lorimat: note: standard input ends with the receipt still open; a payment closes it\n");
 }
 
+TEST(ShellPipe, LinesOfAFileCountAmongThoseThatFail) {
+  TestFolder folder;
+  const std::string file = folder.write("wrong.cmd", "WRONG\nWRONG\nSUBT NONE=1\n");
+  const ProgramRun run = shell(".batch " + file + "\n");
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_THAT(run.errors, EndsWith("lorimat: 3 of 4 lines failed\n"));
+}
+
 TEST(ShellPipe, CtrlCEndsItBehindTheLineAtWork) {
   const ProgramRun run =
       run_console({"shell"}, {.input = "VEND REP=1, PRE=1.00\nWRONG\nVEND REP=1, PR",

@@ -45,7 +45,7 @@ TEST(StatusCommand, TellsTheRegisterInWords) {
                                                 "Firmware        1.00\n"
                                                 "Key             registering\n"
                                                 "Operator        1\n"
-                                                "Last closing    none\n"
+                                                "Last closing    none yet\n"
                                                 "Day             open\n"
                                                 "  receipts      1\n"
                                                 "  invoices      1\n"
