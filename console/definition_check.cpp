@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 #include "definition_fault.h"
 #include "pal/protocols/lorimat/ascii.h"
@@ -52,10 +51,10 @@ struct DefinitionCheck::Texts {
 
 const DefinitionCheck::Texts* DefinitionCheck::find_texts(const std::string& section) {
   static constexpr Texts kTexts[] = {
-      {"INTMSG", 40, 32},  {"TOTG", 100, 32},   {"ERRMSG", 50, 79},  {"ERRMSG0", 50, 79},
-      {"ERRMSG1", 40, 79}, {"ERRMSG2", 20, 79}, {"ERRMSG3", 30, 79}, {"ERRMSG4", 10, 79},
-      {"ERRMSG5", 10, 79}, {"ERRMSG6", 20, 79}, {"ERRMSG7", 20, 79}, {"ERRMSG8", 10, 79},
-      {"ERRMSG9", 10, 79},
+      {"INTMSG", 40, 32},  {"TOTG", 100, 32},   {"ERRMSG", 50, 80},  {"ERRMSG0", 50, 80},
+      {"ERRMSG1", 40, 80}, {"ERRMSG2", 20, 80}, {"ERRMSG3", 30, 80}, {"ERRMSG4", 10, 80},
+      {"ERRMSG5", 10, 80}, {"ERRMSG6", 20, 80}, {"ERRMSG7", 20, 80}, {"ERRMSG8", 10, 80},
+      {"ERRMSG9", 10, 80},
   };
   for (const Texts& texts : kTexts) {
     if (section == texts.section) return &texts;
@@ -181,7 +180,9 @@ DefinitionCheck::Entry DefinitionCheck::split(const std::string& text) {
   const size_t equals = text.find('=');
   Entry entry{trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1))};
   for (std::string* part : {&entry.left, &entry.right}) {
-    if (part->size() <= kPartLimit) continue;
+    // A text is taken whole, or not at all.
+    const bool is_text = part == &entry.right && kind_ == Kind::kTexts;
+    if (part->size() <= kPartLimit || is_text) continue;
     add(Severity::kError, "part-too-long",
         tr("a side of the '=' has {} characters, more than {}", part->size(), kPartLimit),
         tr("the library cuts it there"));
@@ -394,7 +395,7 @@ void DefinitionCheck::take_text(const Entry& entry, const std::string& text) {
     return;
   }
   std::string right = entry.right;
-  std::array<char, kPartLimit + 1> taken{};
+  std::string taken(texts_->longest + 1, '\0');
   const int refused = lorimatutility::EstraeAlfa(right.data(), taken.data(),
                                                  static_cast<int>(texts_->longest), *kQuote);
   if (refused == 9) {

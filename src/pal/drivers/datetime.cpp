@@ -200,6 +200,12 @@ uint32_t DateTime::GetUptime_ms() {
                                static_cast<uint64_t>(clock.tv_nsec) / 1000000);
 }
 
+unsigned DateTime::GetMillisecond() {
+  struct timespec clock;
+  if (clock_gettime(CLOCK_REALTIME, &clock) != 0) return 0;
+  return static_cast<unsigned>(clock.tv_nsec / 1000000);
+}
+
 DateTime::TimeZone DateTime::GetTimeZone() { return time_zone_; }
 
 void DateTime::SetTimeZone(TimeZone time_zone) { time_zone_ = time_zone; }

@@ -70,9 +70,11 @@ class DateTime {
   static bool SetCalendarAlarm(const struct tm* time, uint32_t options);
 
   // Milliseconds of the real-time clock, the low 32 bits; 0 if it cannot be read. In spite of
-  // the name it wraps every 49.7 days and jumps when the clock is set. Modulo 1000 it is the
-  // millisecond of the current second.
+  // the name it wraps every 49.7 days, which is no whole number of seconds, and jumps when the
+  // clock is set.
   static uint32_t GetUptime_ms();
+  // The millisecond of the current second, 0 to 999; 0 if the real-time clock cannot be read.
+  static unsigned GetMillisecond();
 
   // The device's zone, kept for those who ask; no conversion looks at it.
   static TimeZone GetTimeZone();

@@ -16,12 +16,12 @@ bool readDecimalText(const char* s, size_t n, char separator, int64_t max_decima
     if (c < '0' || c > '9') {
       if (state == DOT) return false;
       if (state == START) {
-        // A sign must be followed by a digit at once.
-        if (text.negative) return false;
         if (c == '-') {
           text.negative = true;
           continue;
         }
+        // Behind a sign stands a digit, or the sign once more.
+        if (text.negative) return false;
       }
       if (c == separator) {
         state = DOT;

@@ -147,7 +147,7 @@ void Log::BeginLine(Levels level, const LocationInfo& location, const char* thre
   output_[0] = 0;
   output_level_ = level;
   const size_t date = PrependDate(output_);
-  const unsigned milliseconds = static_cast<unsigned>(DateTime::GetUptime_ms() % 1000);
+  const unsigned milliseconds = DateTime::GetMillisecond();
   const size_t index = static_cast<size_t>(level);
   const char initial = index < LL_LEVELS ? level_initials_[index] : '?';
   const char* method = location.methodName() != nullptr ? location.methodName() : "";

@@ -193,6 +193,8 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   int config_keyboard(bool write, int key_pos, KeyRecord& record);
   // How many records a table has, by its data item. What cannot be read is 0.
   int read_capacity(int dataitem);
+  // The same for a dump, which takes kMostRecords at most.
+  int read_record_count(int dataitem);
   // Turns the key of the device, "1" to "4"; what the device says to it is dropped.
   void turn_key(const char* position);
 

@@ -83,6 +83,20 @@ TEST(DateTimeTest, UptimeIsTheRealTimeClocksMillisecond) {
   EXPECT_LE(uptime - before, after - before + 1100);
 }
 
+int64_t clock_milliseconds() {
+  struct timespec clock;
+  EXPECT_EQ(clock_gettime(CLOCK_REALTIME, &clock), 0);
+  return int64_t{clock.tv_sec} * 1000 + clock.tv_nsec / 1000000;
+}
+
+TEST(DateTimeTest, TheMillisecondIsThatOfTheSecond) {
+  const int64_t before = clock_milliseconds();
+  const unsigned millisecond = DateTime::GetMillisecond();
+  const int64_t after = clock_milliseconds();
+  EXPECT_LT(millisecond, 1000u);
+  EXPECT_LE((millisecond + 1000 - before % 1000) % 1000, after - before);
+}
+
 TEST(DateTimeTest, DefaultIsTheEpoch) {
   struct tm time;
   std::memset(&time, 0x55, sizeof(time));

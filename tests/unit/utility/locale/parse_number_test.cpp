@@ -35,12 +35,15 @@ TEST(ParseNumber, TheSignComesLast) {
   EXPECT_EQ(-50000, parse("-5", 4));
   EXPECT_EQ(-5000, parse("-0.5", 4));
   EXPECT_EQ(0, parse("-0", 4));
+  EXPECT_EQ(-50000, parse("--5", 4));
+  EXPECT_EQ(-50000, parse("a---5", 4));
 }
 
 TEST(ParseNumber, ASignMustBeFollowedByADigit) {
   EXPECT_EQ(std::nullopt, parse("-.5", 4));
   EXPECT_EQ(std::nullopt, parse("- 5", 4));
-  EXPECT_EQ(std::nullopt, parse("--5", 4));
+  EXPECT_EQ(std::nullopt, parse("--", 4));
+  EXPECT_EQ(std::nullopt, parse("--.5", 4));
   EXPECT_EQ(std::nullopt, parse("-", 4));
   EXPECT_EQ(std::nullopt, parse("-a", 4));
 }
@@ -191,7 +194,7 @@ std::optional<int64_t> model(const std::string& text, int precision, bool fixed)
   if (start == std::string::npos) return std::nullopt;
   std::string rest = text.substr(start);
   const bool negative = rest[0] == '-';
-  if (negative) rest.erase(0, 1);
+  while (!rest.empty() && rest[0] == '-') rest.erase(0, 1);
   if (negative && (rest.empty() || rest.find_first_of("0123456789") != 0)) return std::nullopt;
 
   const size_t dot = rest.find('.');

@@ -82,12 +82,12 @@ long EcrCmdCommand::GetEcrConfVal(long IdVal) {
 char* EcrCmdCommand::GetEcrConfStr(long IdStr) {
   const Selector selector(IdStr);
   if (!selector.is_valid()) return nullptr;
+  const DeviceInTurn turn(*this, selector.device);
   if (selector.number == 0) {
     if (selector.device != 0) return nullptr;
     szDrvStat[0] = 0;
     return szDrvStat;
   }
-  const DeviceInTurn turn(*this, selector.device);
   GetEcrConf(0);
   ECRCONF& c = selector.device != 0 ? EcrConfArray[selector.device] : *pCurConf;
   switch (selector.number) {

@@ -29,13 +29,15 @@ Section section_kind(const char* name) {
   return Section::kFields;
 }
 
-// One entry, "left=right", both parts trimmed and cut.
+// One entry, "left=right", both parts trimmed and cut. A message has the whole right part.
 struct Entry {
   char left[kPartLimit + 1];
   char right[kPartLimit + 1];
+  char message[kLineLimit + 1];
 };
 
-void take_part(char (&part)[kPartLimit + 1], const char* text, size_t length) {
+template <size_t Size>
+void take_part(char (&part)[Size], const char* text, size_t length) {
   while (length > 0 && *text == ' ') {
     ++text;
     --length;
@@ -49,6 +51,7 @@ bool take_entry(Entry& entry, const char* line) {
   if (equals == nullptr) return false;
   take_part(entry.left, line, static_cast<size_t>(equals - line));
   take_part(entry.right, equals + 1, std::strlen(equals + 1));
+  take_part(entry.message, equals + 1, std::strlen(equals + 1));
   return entry.left[0] != 0;
 }
 
@@ -73,15 +76,16 @@ Binding take_binding(const char* text) {
   return binding;
 }
 
-// Stores a text under its key. A bad text, and a key outside the table, leave it as it is.
+// Stores a text under its key. A bad text, one longer than the table's rows and a key outside the
+// table leave it as it is.
 template <size_t Rows, size_t Size>
 void store_message(char (&table)[Rows][Size], int key, const Entry& entry, char quote) {
-  char text[kPartLimit + 1];
-  char right[kPartLimit + 1];
+  char text[Size + 1];
+  char message[kLineLimit + 1];
   if (key < 0 || key >= static_cast<int>(Rows)) return;
-  copy_text(right, entry.right);
-  const int longest = static_cast<int>(std::min(Size, kPartLimit));
-  if (lorimatutility::EstraeAlfa(right, text, longest, quote) == 0) store_row(table[key], text);
+  copy_text(message, entry.message);
+  const int longest = static_cast<int>(Size);
+  if (lorimatutility::EstraeAlfa(message, text, longest, quote) == 0) store_row(table[key], text);
 }
 
 void store_error_message(EcrCmdInterpreter& tables, int digit, int key, const Entry& entry) {

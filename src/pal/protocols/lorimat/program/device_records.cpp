@@ -49,9 +49,11 @@ int EcrCmdCommand::config_keyboard(bool write, int key_pos, KeyRecord& record) {
 }
 
 int EcrCmdCommand::read_capacity(int dataitem) {
-  // A device that answers nonsense must not keep a line running for hours.
-  constexpr long kMostRecords = 65535;
   long capacity = 0;
   getDataInternal(dataitem, &capacity);
-  return static_cast<int>(std::min(capacity, kMostRecords));
+  return client_int(capacity);
+}
+
+int EcrCmdCommand::read_record_count(int dataitem) {
+  return std::min(read_capacity(dataitem), kMostRecords);
 }

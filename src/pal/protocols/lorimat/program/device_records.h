@@ -7,6 +7,10 @@
 
 #include "pal/protocols/lorimat/client_call.h"
 
+// A dump asks for no more records of a table: a device that answers nonsense when it is asked how
+// many there are must not keep a line running for hours.
+constexpr int kMostRecords = 65535;
+
 struct DepartmentRecord {
   static constexpr size_t kDescriptionSize = 128;  // with the closing NUL
 

@@ -103,7 +103,7 @@ int EcrCmdCommand::Trad_LEGGI() {
 }
 
 int EcrCmdCommand::LeggiREP(fs_file_t* hFileOut, char* szLinea, bool bList, bool /*extended*/) {
-  const int department_capacity = read_capacity(kDepartmentCapacity);
+  const int department_capacity = read_record_count(kDepartmentCapacity);
   for (int64_t number = 1; number <= department_capacity; ++number) {
     const int dep_id = static_cast<int>(number);
     DepartmentRecord record;
@@ -128,7 +128,7 @@ int EcrCmdCommand::LeggiREP(fs_file_t* hFileOut, char* szLinea, bool bList, bool
 }
 
 int EcrCmdCommand::LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int vat_rate_capacity = read_capacity(kVatRateCapacity);
+  const int vat_rate_capacity = read_record_count(kVatRateCapacity);
   for (int64_t number = 1; number <= vat_rate_capacity; ++number) {
     const int vat_id = static_cast<int>(number);
     int aliquota = 0;
@@ -143,7 +143,7 @@ int EcrCmdCommand::LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
 int EcrCmdCommand::LeggiINT(fs_file_t* hFileOut, char* szLinea, bool bList) {
   constexpr size_t kTextSize = 65;
-  const int header_lines_capacity = std::min<int>(read_capacity(kHeaderLineCapacity), MAXCAMPI);
+  const int header_lines_capacity = std::min<int>(read_record_count(kHeaderLineCapacity), MAXCAMPI);
   RecordLine line(*this, szLinea, kPint, bList);
   for (int number = 1; number <= header_lines_capacity; ++number) {
     // A line that the device refuses shows as an empty text.
@@ -177,7 +177,7 @@ int EcrCmdCommand::LeggiSTEN(fs_file_t* hFileOut, char* szLinea, bool bList) {
 }
 
 int EcrCmdCommand::LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int group_capacity = read_capacity(kGroupCapacity);
+  const int group_capacity = read_record_count(kGroupCapacity);
   for (int64_t number = 1; number <= group_capacity; ++number) {
     const int group_id = static_cast<int>(number);
     GroupRecord record;
@@ -192,7 +192,7 @@ int EcrCmdCommand::LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList) {
 }
 
 int EcrCmdCommand::LeggiOPE(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int operator_capacity = read_capacity(kOperatorCapacity);
+  const int operator_capacity = read_record_count(kOperatorCapacity);
   long group_capacity = 0;
   // Without it the records of the groups would pass for operators.
   if (getDataInternal(kGroupCapacity, &group_capacity) != 0) return 0;

@@ -1,9 +1,12 @@
 // Totalizers and counters of the device: the single numbers, and the readers that dump
 // them. Their lines are read by hosts; no command takes them back.
 
+#include <algorithm>
+
 #include "pal/protocols/lorimat/client_call.h"
 #include "pal/protocols/lorimat/data_items.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/program/device_records.h"
 #include "pal/protocols/lorimat/read/record_line.h"
 
 namespace {
@@ -147,8 +150,8 @@ int EcrCmdCommand::LeggiTOTREP(fs_file_t* hFileOut, char* szLinea, bool /*bList*
       RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE,
   };
   pCurConf->iNumDPT = read_capacity(kDepartmentCapacity);
-  for (int64_t number = 1; number <= pCurConf->iNumDPT; ++number) {
-    const int department = static_cast<int>(number);
+  const int departments = std::min<int>(pCurConf->iNumDPT, kMostRecords);
+  for (int department = 1; department <= departments; ++department) {
     RecordLine line(*this, szLinea, kTotrep, false);
     line.integer(1, department);
     int field = 2;

@@ -196,7 +196,7 @@ int EcrCmdCommand::write_tax_records(WorkStateLine& line, char (&szAUX1)[32]) {
 }
 
 void EcrCmdCommand::write_department_records(WorkStateLine& line, char (&szAUX1)[32]) {
-  const int departments = read_capacity(kDepartmentCapacity);
+  const int departments = read_record_count(kDepartmentCapacity);
   for (int64_t number = 1; number <= departments; ++number) {
     const int department = static_cast<int>(number);
     char szGROSSTOT[32];

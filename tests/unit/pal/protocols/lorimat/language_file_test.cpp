@@ -289,8 +289,20 @@ TEST_F(DefinitionFile, LongLinesAndPartsAreCut) {
   EXPECT_STREQ(t().szOpCodes[2], "B");
   // The left part is cut at 79 characters, which leaves its number.
   EXPECT_EQ(read("[OPCOD]\n" + std::string(90, '0') + "3=C\n"), 0);
-  EXPECT_EQ(read("[ERRMSG]\n5=" + std::string(85, 'x') + "\n"), 1);
-  EXPECT_EQ(row(t().TabErrTradBase[5]), std::string(79, 'x'));
+}
+
+TEST_F(DefinitionFile, AnErrorTextOfEightyCharactersIsTheLongest) {
+  const std::string before = row(t().TabErrTradBase[5]);
+  for (const size_t length : {size_t{81}, size_t{85}, size_t{240}}) {
+    EXPECT_EQ(read("[ERRMSG]\n5=" + std::string(length, 'x') + "\n"), 1);
+    EXPECT_EQ(row(t().TabErrTradBase[5]), before) << length;
+    EXPECT_EQ(read("[ERRMSG]\n5='" + std::string(length, 'x') + "'\n"), 1);
+    EXPECT_EQ(row(t().TabErrTradBase[5]), before) << length;
+  }
+  EXPECT_EQ(read("[ERRMSG]\n5=" + std::string(80, 'x') + "\n"), 1);
+  EXPECT_EQ(row(t().TabErrTradBase[5]), std::string(80, 'x'));
+  EXPECT_EQ(read("[ERRMSG]\n5=' " + std::string(78, 'y') + " '\n"), 1);
+  EXPECT_EQ(row(t().TabErrTradBase[5]), " " + std::string(78, 'y') + " ");
 }
 
 TEST_F(DefinitionFile, AnyBytesAreSafe) {
