@@ -2,8 +2,10 @@
 // host has set: every other byte is plain text.
 #pragma once
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -29,6 +31,11 @@ inline bool begins_with(const char* text, const char* beginning) {
 
 inline bool equals_ignoring_case(const char* a, const char* b) {
   return std::strlen(a) == std::strlen(b) && begins_with(a, b);
+}
+
+// The long next to a number: a long has 32 bits on Windows.
+inline long nearest_long(int64_t number) {
+  return static_cast<long>(std::clamp<int64_t>(number, LONG_MIN, LONG_MAX));
 }
 
 // The number at the beginning of a text, 0 when there is none. A number beyond an int

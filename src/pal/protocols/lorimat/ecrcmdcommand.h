@@ -107,6 +107,8 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   int GetEcrConf(int iFlags);
   // A data item as a number; "." and "," are dropped. A failure leaves *value alone.
   int getDataInternal(int dataitem, long* value);
+  // The same with 64 bits on every platform: totals outgrow a long of 32.
+  int read_data_item(int dataitem, int64_t* value);
   int setDataInternal(int dataitem, long value);
   // A value of the client's GetData as a number; *value is 0 after a failure.
   int getData(long dataitem, long optArgs, long* value);
@@ -219,7 +221,7 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   int LeggiWS(fs_file_t* hFileOut, char* szLinea, bool bList);
 
   // One option from the device, into *number or *text by its form; whether it was read.
-  bool read_option(const DeviceOption& option, long* number, ClientText* text);
+  bool read_option(const DeviceOption& option, int64_t* number, ClientText* text);
   // The line of one key, unless its code is one of those that keep their places.
   void write_key(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
                  const KeyRecord& record, const char* keyboard_type);

@@ -31,8 +31,8 @@ inline int integer_field(const EcrCmdInterpreter& line, int field) {
 }
 
 // A whole number without a sign: "-5" reads 0.
-inline long number_field(EcrCmdInterpreter& line, int field) {
-  return lorimatutility::TradNumLong(line.szCampi[field]);
+inline int64_t number_field(EcrCmdInterpreter& line, int field) {
+  return lorimatutility::TradNumInt64(line.szCampi[field]);
 }
 
 // A yes/no field.

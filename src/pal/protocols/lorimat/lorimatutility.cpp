@@ -159,7 +159,9 @@ long lorimatutility::TradQuantity(char* szIn, char currency_decimal_separator) {
       parse_scaled(szIn, false, currency_decimal_separator, QUANTITY_PRECISION));
 }
 
-long lorimatutility::TradNumLong(char* szIn) {
+long lorimatutility::TradNumLong(char* szIn) { return nearest_long(TradNumInt64(szIn)); }
+
+int64_t lorimatutility::TradNumInt64(char* szIn) {
   constexpr int kLongest = 19;
   int length = 0;
   const char* text = TogliSpaziP(szIn, &length);
@@ -168,8 +170,8 @@ long lorimatutility::TradNumLong(char* szIn) {
   // A floating number, whatever decimal point the host's locale has, then truncated.
   double value = 0;
   std::from_chars(text, text + used, value, std::chars_format::fixed);
-  constexpr long kMost = std::numeric_limits<long>::max();
-  return value >= static_cast<double>(kMost) ? kMost : static_cast<long>(value);
+  constexpr int64_t kMost = std::numeric_limits<int64_t>::max();
+  return value >= static_cast<double>(kMost) ? kMost : static_cast<int64_t>(value);
 }
 
 bool lorimatutility::ConvCharFromEcr(char* szDest, char* sEcr, int iLn) {

@@ -42,6 +42,8 @@ class lorimatutility {
   // The whole part of a number; the text ends at the first character that is neither
   // digit nor ".". Never negative; 19 characters count.
   static long TradNumLong(char* szIn);
+  // The same with 64 bits on every platform.
+  static int64_t TradNumInt64(char* szIn);
   // Copies at most iLn characters, up to a NUL, and fills with NUL up to szDest[iLn].
   // Always false.
   static bool ConvCharFromEcr(char* szDest, char* sEcr, int iLn);

@@ -161,9 +161,9 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
   c.iEMArtMax = 6000;
 
   // One local for all reads: a read that fails hands on the value of the one before it.
-  long value = 0;
+  int64_t value = 0;
   const auto read = [&](int item) {
-    getDataInternal(item, &value);
+    read_data_item(item, &value);
     return static_cast<int>(value);
   };
   c.iLNSTPINT = read(75);
@@ -190,6 +190,13 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
 }
 
 int EcrCmdCommand::getDataInternal(int dataitem, long* value) {
+  int64_t number = 0;
+  const int code = read_data_item(dataitem, &number);
+  if (code == 0) *value = nearest_long(number);
+  return code;
+}
+
+int EcrCmdCommand::read_data_item(int dataitem, int64_t* value) {
   ClientText text;
   const int code = checkResult(RTF_FP_INVOKE(GetDataInternal, dataitem, text.buffer));
   if (code != 0) return code;
@@ -198,7 +205,7 @@ int EcrCmdCommand::getDataInternal(int dataitem, long* value) {
     if (*in != '.' && *in != ',') *digits++ = *in;
   }
   *digits = 0;
-  *value = std::strtol(text.buffer, nullptr, 10);
+  *value = std::strtoll(text.buffer, nullptr, 10);
   return 0;
 }
 

@@ -133,13 +133,13 @@ int EcrCmdCommand::status_offline() {
       {115, 0, false}, {117, 0, true}, {114, 0, true},
   };
   for (const Column& column : kColumns) {
-    long value = 0;
-    long added = 0;
-    if (result == 0) result = getDataInternal(column.item, &value);
-    if (result == 0 && column.added_item != 0) result = getDataInternal(column.added_item, &added);
+    int64_t value = 0;
+    int64_t added = 0;
+    if (result == 0) result = read_data_item(column.item, &value);
+    if (result == 0 && column.added_item != 0) result = read_data_item(column.added_item, &added);
     if (result != 0) break;
-    const unsigned long sum = static_cast<unsigned long>(value) + static_cast<unsigned long>(added);
-    append_format(szInfo, sizeof szInfo, "%ld,", static_cast<long>(sum));
+    const uint64_t sum = static_cast<uint64_t>(value) + static_cast<uint64_t>(added);
+    append_format(szInfo, sizeof szInfo, "%lld,", static_cast<long long>(sum));
     if (column.with_zero) append_text(szInfo, "0,");
   }
   if (result == 0) append_text(szInfo, (fiscal_inner_state_ & kInnerBit3) != 0 ? "0" : "1");

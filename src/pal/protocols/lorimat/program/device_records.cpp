@@ -49,8 +49,8 @@ int EcrCmdCommand::config_keyboard(bool write, int key_pos, KeyRecord& record) {
 }
 
 int EcrCmdCommand::read_capacity(int dataitem) {
-  long capacity = 0;
-  getDataInternal(dataitem, &capacity);
+  int64_t capacity = 0;
+  read_data_item(dataitem, &capacity);
   return client_int(capacity);
 }
 

@@ -78,9 +78,9 @@ int EcrCmdCommand::Trad_PGRU() {
 
 int EcrCmdCommand::Trad_POPER() {
   const int operator_id = integer_field(*this, 1);
-  long group_capacity = 0;
+  int64_t group_capacity = 0;
   // Without it the operator's record would be a group's.
-  const bool groups_known = getDataInternal(kGroupCapacity, &group_capacity) == 0;
+  const bool groups_known = read_data_item(kGroupCapacity, &group_capacity) == 0;
   const int operator_capacity = read_capacity(kOperatorCapacity);
   if (!groups_known || operator_id < 1 || operator_id > operator_capacity) {
     return syntax_error(ILLEGAL_VALUE);

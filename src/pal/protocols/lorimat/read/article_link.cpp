@@ -177,8 +177,8 @@ int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool 
     return written ? 0 : em_link_error(EM_FILE_OPEN_ERROR);
   };
   // As many as the device says: the first refused row ends the run.
-  long plu_counter = 0;
-  getDataInternal(kArticleCount, &plu_counter);
+  int64_t plu_counter = 0;
+  read_data_item(kArticleCount, &plu_counter);
   if (iEM_SelezFlg != 0) {
     int row_type = ManagerDownloadTableRowType::kFirst;
     // The device ends a selection by refusing its next row, so a refusal is no error.

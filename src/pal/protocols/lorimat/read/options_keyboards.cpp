@@ -48,13 +48,13 @@ const DeviceOption* find_option(int field) {
 
 }  // namespace
 
-bool EcrCmdCommand::read_option(const DeviceOption& option, long* number, ClientText* text) {
+bool EcrCmdCommand::read_option(const DeviceOption& option, int64_t* number, ClientText* text) {
   if (option.read == OptionForm::kText) {
     const bool good = checkResult(RTF_FP_INVOKE(GetDataInternal, option.item, text->buffer)) == 0;
     text->close();
     return good;
   }
-  bool good = getDataInternal(option.item, number) == 0;
+  bool good = read_data_item(option.item, number) == 0;
   if (option.text_item != 0) {
     // One of the two is enough; the number stays the value whatever the text is.
     good |= checkResult(RTF_FP_INVOKE(GetDataInternal, option.text_item, text->buffer)) == 0;
@@ -67,7 +67,7 @@ int EcrCmdCommand::LeggiOPZ(fs_file_t* hFileOut, char* szLinea, bool bList) {
   RecordLine line(*this, szLinea, kPopz, bList);
   for (int j = 1; j <= kLastOption; ++j) {
     const DeviceOption* option = find_option(j);
-    long value = 0;
+    int64_t value = 0;
     ClientText text;
     if (option == nullptr || !read_option(*option, &value, &text)) continue;
     switch (option->read) {

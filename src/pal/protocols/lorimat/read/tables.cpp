@@ -193,9 +193,9 @@ int EcrCmdCommand::LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
 int EcrCmdCommand::LeggiOPE(fs_file_t* hFileOut, char* szLinea, bool bList) {
   const int operator_capacity = read_record_count(kOperatorCapacity);
-  long group_capacity = 0;
+  int64_t group_capacity = 0;
   // Without it the records of the groups would pass for operators.
-  if (getDataInternal(kGroupCapacity, &group_capacity) != 0) return 0;
+  if (read_data_item(kGroupCapacity, &group_capacity) != 0) return 0;
   for (int64_t number = 1; number <= operator_capacity; ++number) {
     const int operator_id = static_cast<int>(number);
     GroupRecord record;

@@ -98,17 +98,14 @@ int EcrCmdCommand::getCounter(int counter, char* szTOT, char* szCNT) {
   int64_t value = -1;
   int64_t count = -1;
   if (source.total_item != 0) {
-    long number = 0;
-    const int code = getDataInternal(source.total_item, &number);
+    const int code = read_data_item(source.total_item, &value);
     // The code gets its class a second time: meant.
     if (code != 0) return checkResult(code);
-    value = number;
   }
   if (source.count_item != 0) {
-    long number = 0;
-    const int code = getDataInternal(source.count_item, &number);
+    count = 0;
+    const int code = read_data_item(source.count_item, &count);
     if (code != 0 && counter <= kLastStrictCount) return checkResult(code);
-    count = number;
   }
   const auto read_daily = [&](int kind, bool is_count) {
     char text[32];
