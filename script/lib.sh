@@ -9,7 +9,7 @@ root_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohmann-json3-dev
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev
   libgtest-dev libgmock-dev zbar-tools)
-windows_packages=(g++-mingw-w64-x86-64-posix)
+windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 check_packages=(binutils python3)
 bench_packages=(libbenchmark-dev)
 

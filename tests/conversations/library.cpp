@@ -1,9 +1,9 @@
 #include "library.h"
 
-#include <dlfcn.h>
-
 #include <cstdio>
 #include <cstring>
+
+#include "platform/loading.h"
 
 namespace conversation {
 namespace {
@@ -42,17 +42,15 @@ class Arguments {
 
 template <typename F>
 void Library::Find(F& function, const char* name) {
-  function = reinterpret_cast<F>(dlsym(handle_, name));
+  function = reinterpret_cast<F>(FindFunction(handle_, name));
   if (function == nullptr) throw Failure(0, path_ + " has no function " + name);
 }
 
 Library::Library(const std::string& path) : path_(path) {
-  if (void* earlier = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD)) {
-    dlclose(earlier);
-    throw Failure(0, path + " is loaded already");
-  }
-  handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (handle_ == nullptr) throw Failure(0, dlerror());
+  if (IsLoaded(path)) throw Failure(0, path + " is loaded already");
+  std::string cause;
+  handle_ = OpenLibrary(path, &cause);
+  if (handle_ == nullptr) throw Failure(0, cause);
   Find(TradInit, "TradInit");
   Find(EcrCmd, "EcrCmd");
   Find(TradClose, "TradClose");
@@ -75,16 +73,13 @@ Library::Library(const std::string& path) : path_(path) {
 }
 
 Library::~Library() {
-  if (handle_ != nullptr) dlclose(handle_);
+  if (handle_ != nullptr) CloseLibrary(handle_);
 }
 
 void Library::Unload() {
-  dlclose(handle_);
+  CloseLibrary(handle_);
   handle_ = nullptr;
-  if (void* still = dlopen(path_.c_str(), RTLD_NOW | RTLD_NOLOAD)) {
-    dlclose(still);
-    throw Failure(0, "the library stays loaded behind dlclose");
-  }
+  if (IsLoaded(path_)) throw Failure(0, "the library stays loaded behind its unloading");
 }
 
 Call Library::CallExport(const Call& wanted) const {

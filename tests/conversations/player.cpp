@@ -1,7 +1,5 @@
 #include "player.h"
 
-#include <stdlib.h>
-
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -35,6 +33,17 @@ std::string ReadFile(const std::string& name) {
   std::ifstream file(name, std::ios::binary);
   if (!file) throw Failure(0, "the file " + name + " is missing");
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Whether a file of exactly this name is there, also where the system takes names in any case.
+bool Stands(const std::string& name) {
+  const fs::path path(name);
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  std::error_code none;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, none)) {
+    if (entry.path().filename() == path.filename()) return true;
+  }
+  return false;
 }
 
 // Both versions, and where they part.
@@ -239,7 +248,8 @@ class Player {
 
   Count Run() {
     TemporaryFolder folder;
-    setenv("LORIMATRT_REGISTRY", (fs::current_path() / "registry.ini").c_str(), 1);
+    OwnRegistry registry;
+    registry_ = &registry;
     fs::copy_file(stage_.language, "test.ini");
     current_ = this;
     KeptStreams streams;
@@ -282,7 +292,7 @@ class Player {
         has_client_ = step.text == "yes";
         return;
       case Step::kRegistry:
-        return WriteFile("registry.ini", step.text);
+        return registry_->Write(step.text);
       case Step::kItem:
         book_.items[ReadNumber(step.name)] = step.text;
         return;
@@ -301,7 +311,7 @@ class Player {
         return;
       }
       case Step::kNoFile:
-        if (book_.Compares(Comparison::kAll) && fs::exists(step.name))
+        if (book_.Compares(Comparison::kAll) && Stands(step.name))
           throw Failure(0, "the file " + step.name + " exists");
         return;
     }
@@ -413,6 +423,7 @@ class Player {
   StepBook book_;
   RecordingClient client_;
   Library* library_ = nullptr;
+  OwnRegistry* registry_ = nullptr;
   std::string language_ = "test.ini";
   int options_ = 0;
   bool has_client_ = true;

@@ -18,6 +18,7 @@
 #include "player.h"
 #include "register/virtual_register.h"
 #include "register_list.h"
+#include "runner_words.h"
 #include "script.h"
 
 namespace {
@@ -320,7 +321,7 @@ void Place(const std::string& name, const Conversation& script, const RegisterLi
               differences.c_str());
 }
 
-// "folder/name" of every conversation.
+// "folder/name" of every conversation but those for Windows.
 std::vector<std::string> NamesIn(const std::string& folder) {
   std::vector<std::string> names;
   for (const auto& room : fs::directory_iterator(folder)) {
@@ -329,7 +330,10 @@ std::vector<std::string> NamesIn(const std::string& folder) {
     if (!room.is_directory() || theme == "must_fail" || theme == "register_must_fail") continue;
     for (const auto& entry : fs::directory_iterator(room.path())) {
       const fs::path& path = entry.path();
-      if (path.extension() == ".txt") names.push_back(theme + "/" + path.stem().string());
+      const std::string stem = path.stem().string();
+      if (path.extension() == ".txt" && !stem.ends_with("_windows")) {
+        names.push_back(theme + "/" + stem);
+      }
     }
   }
   std::sort(names.begin(), names.end());
@@ -342,30 +346,9 @@ int main(int count, char** arguments) {
   Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  bool place = false;
-  std::vector<std::string> words;
-  for (int i = 1; i < count; ++i) {
-    const std::string argument = arguments[i];
-    if (argument == "--place") {
-      place = true;
-    } else if (argument == "--library" && i + 1 < count) {
-      stage.library = arguments[++i];
-    } else if (argument == "--language" && i + 1 < count) {
-      stage.language = arguments[++i];
-    } else if (argument.substr(0, 2) == "--") {
-      std::fprintf(stderr, "unknown option %s\n", argument.c_str());
-      return 2;
-    } else {
-      words.push_back(argument);
-    }
-  }
-  if (words.empty()) {
-    std::fprintf(stderr, "no folder is named\n");
-    return 2;
-  }
-  const std::string folder = fs::absolute(words[0]).lexically_normal();
-  stage.library = fs::absolute(stage.library);
-  stage.language = fs::absolute(stage.language);
+  const auto read = conversation::ReadRunnerWords(count, arguments, "--place", stage);
+  if (!read) return 2;
+  const std::string folder = fs::absolute(read->words[0]).lexically_normal();
   const std::string list_path = fs::path(folder) / "register.txt";
 
   bool all_well = true;
@@ -377,7 +360,7 @@ int main(int count, char** arguments) {
     const RegisterList list = conversation::ReadRegisterList(list_path);
     RegisterPlayer player(stage, list);
     const std::vector<std::string> all = NamesIn(folder);
-    std::vector<std::string> names(words.begin() + 1, words.end());
+    std::vector<std::string> names(read->words.begin() + 1, read->words.end());
     if (names.empty()) names = all;
     for (const auto& [name, placing] : list.conversations) {
       if (!std::binary_search(all.begin(), all.end(), name)) {
@@ -389,7 +372,7 @@ int main(int count, char** arguments) {
       const std::string path = fs::path(folder) / (name + ".txt");
       try {
         const Conversation script = conversation::ReadConversation(path);
-        if (place) {
+        if (read->flag) {
           Place(name, script, list, player);
           continue;
         }
@@ -404,7 +387,7 @@ int main(int count, char** arguments) {
         complain(path, error.what());
       }
     }
-    if (!place) {
+    if (!read->flag) {
       std::printf(
           "%d conversations go the same way with the register (%d calls; %d of them "
           "without one), %d with the register's own data (%d calls), %d differ (%d "

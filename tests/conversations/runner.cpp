@@ -5,12 +5,11 @@
 // runner's own test. Exits 0 when all is well, 1 when a conversation differs, 2 when it
 // was called wrongly.
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <string>
-#include <vector>
 
 #include "player.h"
+#include "runner_words.h"
 #include "script.h"
 #include "sweep.h"
 
@@ -79,33 +78,12 @@ int main(int count, char** arguments) {
   conversation::Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  bool must_fail = false;
-  std::vector<std::string> files;
-  for (int i = 1; i < count; ++i) {
-    const std::string argument = arguments[i];
-    if (argument == "--must-fail") {
-      must_fail = true;
-    } else if (argument == "--library" && i + 1 < count) {
-      stage.library = arguments[++i];
-    } else if (argument == "--language" && i + 1 < count) {
-      stage.language = arguments[++i];
-    } else if (argument.substr(0, 2) == "--") {
-      std::fprintf(stderr, "unknown option %s\n", argument.c_str());
-      return 2;
-    } else {
-      files.push_back(argument);
-    }
-  }
-  if (files.empty()) {
-    std::fprintf(stderr, "no conversation file is named\n");
-    return 2;
-  }
-  stage.library = std::filesystem::absolute(stage.library);
-  stage.language = std::filesystem::absolute(stage.language);
+  const auto read = conversation::ReadRunnerWords(count, arguments, "--must-fail", stage);
+  if (!read) return 2;
 
   bool all_well = true;
-  for (const std::string& file : files) {
-    all_well &= must_fail ? FailsAsItMust(file, stage) : PlayFile(file, stage);
+  for (const std::string& file : read->words) {
+    all_well &= read->flag ? FailsAsItMust(file, stage) : PlayFile(file, stage);
   }
   return all_well ? 0 : 1;
 }

@@ -1,4 +1,5 @@
-// What a conversation runs in: a temporary folder, and standard streams that are kept.
+// What a conversation runs in: a temporary folder, standard streams that are kept, and
+// settings of the installation of its own.
 #pragma once
 
 #include <string>
@@ -34,6 +35,19 @@ class KeptStreams {
  private:
   int own_[2];
   int kept_[2];
+};
+
+// The settings that the library reads from the machine, empty at first: on POSIX a file in the
+// current folder, on Windows a key of the process. Stands inside a TemporaryFolder.
+class OwnRegistry {
+ public:
+  OwnRegistry();
+  ~OwnRegistry();
+  OwnRegistry(const OwnRegistry&) = delete;
+  OwnRegistry& operator=(const OwnRegistry&) = delete;
+
+  // Lines "[key]" and "Name=Value", in place of those before.
+  void Write(const std::string& text);
 };
 
 }  // namespace conversation

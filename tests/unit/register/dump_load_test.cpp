@@ -16,6 +16,7 @@
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "register/articles.h"
 #include "register_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace lorimat {
 namespace {
@@ -62,8 +63,7 @@ class DumpLoadTest : public testing::Test {
  protected:
   DumpLoadTest() : before_(std::filesystem::current_path()) {
     // Dumps are written under lower-case names, into a folder of the test's own.
-    char folder[] = "/tmp/lorimat_dump_XXXXXX";
-    folder_ = mkdtemp(folder);
+    folder_ = make_temporary_folder().string();
     std::filesystem::current_path(folder_);
     // No settings of this computer's installation.
     if (const char* registry = std::getenv("LORIMATRT_REGISTRY")) registry_ = registry;

@@ -11,6 +11,7 @@
 #include "register/faults.h"
 #include "register/register_error.h"
 #include "register_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace lorimat {
 namespace {
@@ -136,8 +137,7 @@ TEST(FaultPlanTest, NamesThatAreNoOperationsAreNotStruck) {
 // --- In a register's file
 
 TEST(FaultPlanTest, WaitsThroughTheSwitchingOffAndIsUsedUpOnce) {
-  std::string folder = testing::TempDir() + "lorimat_faults_XXXXXX";
-  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  const std::string folder = make_temporary_folder().string();
   RegisterSettings settings = TestSettings();
   settings.file = folder + "/register";
   {
@@ -171,8 +171,7 @@ TEST(FaultPlanTest, WaitsThroughTheSwitchingOffAndIsUsedUpOnce) {
 }
 
 TEST(FaultPlanTest, AReceiptWhoseAnswerIsLostIsInTheFile) {
-  std::string folder = testing::TempDir() + "lorimat_faults_XXXXXX";
-  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  const std::string folder = make_temporary_folder().string();
   RegisterSettings settings = TestSettings();
   settings.file = folder + "/register";
   {

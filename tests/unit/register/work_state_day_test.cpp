@@ -16,6 +16,7 @@
 
 #include "language/shipped_language.h"
 #include "register_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace lorimat {
 namespace {
@@ -460,8 +461,7 @@ class WorkStateDay : public testing::Test {
  protected:
   WorkStateDay() : before_(std::filesystem::current_path()), device_(Settings()) {
     // Files are written under lower-case names, into a folder of the test's own.
-    char folder[] = "/tmp/lorimat_day_XXXXXX";
-    folder_ = mkdtemp(folder);
+    folder_ = make_temporary_folder().string();
     std::filesystem::current_path(folder_);
     // No settings of this computer's installation.
     if (const char* registry = std::getenv("LORIMATRT_REGISTRY")) registry_ = registry;

@@ -20,6 +20,7 @@
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "unit/language/shipped_language.h"
 #include "unit/support/null_client.h"
+#include "unit/support/temporary_folder.h"
 
 class TableDevice : public NullClient {
  public:
@@ -315,8 +316,7 @@ class TableTest : public testing::Test {
     translator->iCurEcrNum = 1;
     translator->iEcrSelected = 1;
     translator->pCurConf = &translator->EcrConfArray[1];
-    char folder[] = "/tmp/lorimat_tables_XXXXXX";
-    folder_ = mkdtemp(folder);
+    folder_ = make_temporary_folder().string();
     std::filesystem::current_path(folder_);
   }
   ~TableTest() override {

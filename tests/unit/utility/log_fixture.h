@@ -2,13 +2,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
+#include "unit/support/temporary_folder.h"
 #include "utility/log/log.h"
 
 class OpenLog : public Log {
@@ -49,9 +49,7 @@ class OpenLog : public Log {
 class LogFolderTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "logXXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
+    folder_ = make_temporary_folder().string();
     name_ = folder_ + "/log";
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }

@@ -13,6 +13,8 @@
 #include <sstream>
 #include <string>
 
+#include "unit/support/temporary_folder.h"
+
 namespace {
 
 namespace stdfs = std::filesystem;
@@ -39,11 +41,7 @@ std::set<int> open_descriptors() {
 
 class FilesystemTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (stdfs::temp_directory_path() / "fsXXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-  }
+  void SetUp() override { folder_ = make_temporary_folder().string(); }
   void TearDown() override { stdfs::remove_all(folder_); }
   std::string path(const std::string& name) const { return folder_ + "/" + name; }
 

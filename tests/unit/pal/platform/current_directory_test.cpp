@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <filesystem>
 #include <string>
 
 #include "pal/platform/platform.h"
+#include "unit/support/temporary_folder.h"
 
 namespace {
 
@@ -15,9 +15,7 @@ class CurrentDirectoryTest : public testing::Test {
  protected:
   void SetUp() override {
     old_ = stdfs::current_path();
-    std::string pattern = (stdfs::temp_directory_path() / "cwdXXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = stdfs::canonical(pattern).string();
+    folder_ = make_temporary_folder().string();
   }
   void TearDown() override {
     stdfs::current_path(old_);

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "pal/platform/platform.h"
+#include "unit/support/temporary_folder.h"
 
 namespace {
 
@@ -23,9 +24,7 @@ class RegistryTest : public testing::Test {
   void SetUp() override {
     const char* old = std::getenv("LORIMATRT_REGISTRY");
     if (old != nullptr) old_name_ = old;
-    std::string pattern = (std::filesystem::temp_directory_path() / "regXXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
+    folder_ = make_temporary_folder().string();
     name_ = folder_ + "/registry.ini";
     setenv("LORIMATRT_REGISTRY", name_.c_str(), 1);
   }

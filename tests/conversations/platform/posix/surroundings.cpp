@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
 #include "script_text.h"
@@ -84,6 +85,19 @@ std::string KeptStreams::Output() const {
 std::string KeptStreams::Errors() const {
   FlushStreams();
   return WholeFile(kept_[1]);
+}
+
+OwnRegistry::OwnRegistry() {
+  const std::string file = std::filesystem::current_path() / "registry.ini";
+  setenv("LORIMATRT_REGISTRY", file.c_str(), 1);
+}
+
+OwnRegistry::~OwnRegistry() = default;
+
+void OwnRegistry::Write(const std::string& text) {
+  std::ofstream file("registry.ini", std::ios::binary);
+  file << text;
+  if (!file.flush()) throw Failure(0, "cannot write registry.ini");
 }
 
 }  // namespace conversation
