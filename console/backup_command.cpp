@@ -41,6 +41,7 @@ be new or empty; it appears when all of it is written.
 
 Exit codes:
   0  the backup was made
+  1  the backup was made and is whole; what failed behind it, such as its report, is told
   2  wrong use, or it could not be made; then there is none
   130  stopped by Ctrl-C; there is no backup
 )");
@@ -53,11 +54,15 @@ namespace fs = std::filesystem;
   throw Failure(fmt::format("{}: {}", shown(path.string()), cause));
 }
 
-void sync_path(const fs::path& path, int flags) {
+// The errno value of what failed; 0 when the disk has it.
+int sync_path(const fs::path& path, int flags) {
   const Descriptor file(open(path.c_str(), flags | O_CLOEXEC));
-  if (!file.is_open() || fsync(file.get()) != 0) {
-    refuse(path, tr("cannot be written: {}", system_message(errno)));
-  }
+  return file.is_open() && fsync(file.get()) == 0 ? 0 : errno;
+}
+
+void require_synced(const fs::path& path, int flags) {
+  const int error = sync_path(path, flags);
+  if (error != 0) refuse(path, tr("cannot be written: {}", system_message(error)));
 }
 
 class NewFolder {
@@ -104,15 +109,16 @@ class NewFolder {
     }
   }
 
-  // All that it holds reaches the disk before the folder gets its name.
-  void finish(const std::vector<std::string>& names) {
-    for (const std::string& name : names) sync_path(part_ / name, O_RDONLY);
-    sync_path(part_, O_RDONLY | O_DIRECTORY);
+  // All that it holds reaches the disk before the folder gets its name. Answers the errno value of
+  // what failed behind that, when the folder is there, or 0.
+  int finish(const std::vector<std::string>& names) {
+    for (const std::string& name : names) require_synced(part_ / name, O_RDONLY);
+    require_synced(part_, O_RDONLY | O_DIRECTORY);
     if (std::rename(part_.c_str(), target_.c_str()) != 0) {
       refuse(target_, tr("cannot be made: {}", system_message(errno)));
     }
     made_ = false;
-    sync_path(target_.parent_path(), O_RDONLY | O_DIRECTORY);
+    return sync_path(target_.parent_path(), O_RDONLY | O_DIRECTORY);
   }
 
  private:
@@ -189,7 +195,20 @@ int backup_command(const BackupOptions& options, Streams& streams) {
     }
   }
   folder.write(BackupManifest::kFileName, json_text(manifest_json(manifest)));
-  folder.finish(names);
-  show(options, manifest, streams);
-  return kExitGood;
+  // What fails once the folder is finished leaves a backup.
+  int code = kExitGood;
+  if (const int error = folder.finish(names)) {
+    tell_warning(streams, tr("{}: the backup is there and whole, and its name may not have reached "
+                             "the disk: {}",
+                             shown(options.folder), system_message(error)));
+    code = kExitFaults;
+  }
+  try {
+    show(options, manifest, streams);
+  } catch (const Failure& failure) {
+    tell_error(streams, tr("{}: the backup is there and whole, and its report is missing: {}",
+                           shown(options.folder), failure.what()));
+    code = kExitFaults;
+  }
+  return code;
 }

@@ -19,5 +19,6 @@ struct BackupOptions {
 
 void add_backup(CLI::App& app, BackupOptions* options);
 
-// Returns one of ExitCode. Throws Failure or RegisterError; then there is no backup.
+// Returns one of ExitCode. Throws Failure or RegisterError: then, and then alone, there is
+// no backup.
 int backup_command(const BackupOptions& options, Streams& streams);

@@ -14,6 +14,7 @@ struct ItalianText {
 std::vector<std::span<const ItalianText>> italian_texts();
 
 // The parts of it.
+std::span<const ItalianText> italian_backup_texts();
 std::span<const ItalianText> italian_check_texts();
 std::span<const ItalianText> italian_codes_texts();
 std::span<const ItalianText> italian_help_texts();

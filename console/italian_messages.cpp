@@ -6,25 +6,41 @@
 std::span<const ItalianText> italian_messages_texts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"the register's file has no name", "il file del registratore non ha un nome"},
-      {"{}: no regular file", "{}: non è un file normale"},
-      {"{}: the file is empty", "{}: il file è vuoto"},
-      {"{}: the database of another program", "{}: è la base di dati di un altro programma"},
-      {"{}: in use by another program", "{}: in uso a un altro programma"},
-      {"{}: made by a newer version: its tables are of version {}, known are those up to {}",
-       "{}: creato da una versione più recente: le sue tabelle sono della versione {}, si "
+      {"no regular file", "non è un file normale"},
+      {"the file is empty", "il file è vuoto"},
+      {"the database of another program", "è la base di dati di un altro programma"},
+      {"in use by another program", "in uso a un altro programma"},
+      {"is not a register of this program: it is no SQLite database",
+       "non è un registratore di questo programma: non è una base di dati SQLite"},
+      {"made by a newer version: its tables are of version {}, known are those up to {}",
+       "creato da una versione più recente: le sue tabelle sono della versione {}, si "
        "conoscono quelle fino alla {}"},
-      {"{}: the file is cut short: {} bytes are left of {}",
-       "{}: il file è troncato: restano {} byte su {}"},
-      {"{}: the register is damaged: {} makes no sense",
-       "{}: il registratore è danneggiato: {} non ha senso"},
-      {"{}: file is not a database", "{}: il file non è un registratore"},
-      {"{}: unable to open database file", "{}: il file non si può aprire"},
-      {"{}: unable to open database file: {}", "{}: il file non si può aprire: {}"},
-      {"{}: attempt to write a readonly database", "{}: il file non si può scrivere"},
-      {"{}: disk I/O error", "{}: errore del disco"},
-      {"{}: disk I/O error: {}", "{}: errore del disco: {}"},
-      {"{}: database or disk is full", "{}: il disco è pieno"},
-      {"{}: database disk image is malformed", "{}: il file è danneggiato"},
+      {"the file is cut short: {} bytes are left of {}",
+       "il file è troncato: restano {} byte su {}"},
+      {"the file is damaged", "il file è danneggiato"},
+      {"the file is damaged ({})", "il file è danneggiato ({})"},
+      {"the register is damaged: {} makes no sense",
+       "il registratore è danneggiato: {} non ha senso"},
+      {"the register is damaged ({})", "il registratore è danneggiato ({})"},
+      {"cannot be opened", "non si può aprire"},
+      {"cannot be opened: {}", "non si può aprire: {}"},
+      {"cannot be written", "non si può scrivere"},
+      {"its folder cannot be written: {}", "nella sua cartella non si può scrivere: {}"},
+      {"cannot be written here, and {} has to be taken over into it: copy both to a folder where "
+       "they can be written",
+       "qui non si può scrivere, e va completato con {}: si copino entrambi in una cartella dove "
+       "si "
+       "può scrivere"},
+      {"cannot be written here, and its tables of version {} have to be brought up to version {}: "
+       "copy it to a folder where it can be written",
+       "qui non si può scrivere, e le sue tabelle della versione {} vanno portate alla versione "
+       "{}: "
+       "lo si copi in una cartella dove si può scrivere"},
+      {"the disk is full", "il disco è pieno"},
+      {"cannot be read or written to its end", "non si può leggere o scrivere fino in fondo"},
+      {"cannot be read or written to its end: {}",
+       "non si può leggere o scrivere fino in fondo: {}"},
+      {"SQLite failed ({})", "errore di SQLite ({})"},
       {"the register is at an operation", "il registratore sta eseguendo un'operazione"},
       {"{} faults wait already", "aspettano già {} guasti"},
       {"a result code is 1 to {}, not {}", "un codice di risultato va da 1 a {}, non {}"},
@@ -71,7 +87,6 @@ std::span<const ItalianText> italian_messages_texts() {
        "{}: il gran totale non è quello dei giorni prima e di questo"},
       {"the totals of all days are not the sum of the closings",
        "i totali di tutti i giorni non sono la somma delle chiusure"},
-      {"{}: Is a directory", "{}: è una cartella"},
       {"there is no memory for the picture", "non c'è memoria per l'immagine"},
   });
   return kTexts;

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "clock_text.h"
 #include "failure.h"
@@ -200,13 +201,7 @@ void list_as_text(const lorimat::RegisterFile& file, const lorimat::JournalSelec
 }
 
 int show(const JournalOptions& options, const lorimat::RegisterFile& file, Streams& streams) {
-  lorimat::JournalSelection all;
-  all.to_closure = std::numeric_limits<int>::max();
-  std::optional<lorimat::JournalEntry> found;
-  file.ReadJournal(all, [&](uint64_t place, const lorimat::JournalEntry& entry) {
-    if (place == options.place) found = entry;
-    return place < options.place;
-  });
+  const std::optional<lorimat::JournalEntry> found = file.Entry(options.place);
   if (!found) {
     tell_error(streams, tr("the journal has no entry {}; it has {}", options.place,
                            file.Status().journal_entries));
@@ -277,10 +272,23 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   return check.good() ? kExitGood : kExitFaults;
 }
 
-// Options that the commands below "journal" take behind their own names.
+// "show" takes a place alone, and "verify" the whole journal.
+void refuse_selection(const char* command, const JournalOptions& options) {
+  const std::pair<const char*, bool> selecting[] = {{"--from", !options.from.empty()},
+                                                    {"--to", !options.to.empty()},
+                                                    {"--kind", !options.kinds.empty()}};
+  for (const auto& [option, given] : selecting) {
+    if (!given) continue;
+    throw Failure(
+        tr("{}: selects entries of the list, and \"journal {}\" shows no list", option, command));
+  }
+}
+
+// Options that the commands below "journal" take behind their own names. The variable is read by
+// the option of "journal" itself: here it would hide what was given there.
 void add_shared_options(CLI::App* command, JournalOptions* options) {
   command->add_option("--register", options->nested_register_file, tr("The register's file"))
-      ->type_name("FILE");
+      ->option_text(fmt::format("FILE ({}:LORIMAT_REGISTER)", tr("Env")));
   command->add_flag("--json", options->json, tr("Write JSON"));
 }
 
@@ -322,6 +330,8 @@ void add_journal(CLI::App& app, JournalOptions* options) {
 int journal_command(const JournalOptions& options, Streams& streams) {
   const std::string& named =
       options.nested_register_file.empty() ? options.register_file : options.nested_register_file;
+  if (options.show) refuse_selection("show", options);
+  if (options.verify) refuse_selection("verify", options);
   const std::string& name = require_register(named);
   const lorimat::JournalSelection selection = selection_of(options);
   const lorimat::RegisterFile file(name);

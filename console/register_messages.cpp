@@ -1,31 +1,45 @@
 #include "register_messages.h"
 
+#include <cstddef>
+
+#include "text.h"
 #include "translate.h"
 
 namespace {
 
-// A pattern stands in front of those that fit its messages, too. In front of most causes stands
-// the register's file.
+constexpr std::string_view kColon = ": ";
+
+// Why a file cannot be opened, read or written. In front of it the register puts the file.
+constexpr std::string_view kCauses[] = {
+    TR_TEXT("no regular file"),
+    TR_TEXT("the file is empty"),
+    TR_TEXT("the database of another program"),
+    TR_TEXT("in use by another program"),
+    TR_TEXT("is not a register of this program: it is no SQLite database"),
+    TR_TEXT("made by a newer version: its tables are of version {}, known are those up to {}"),
+    TR_TEXT("the file is cut short: {} bytes are left of {}"),
+    TR_TEXT("the file is damaged"),
+    TR_TEXT("the file is damaged ({})"),
+    TR_TEXT("the register is damaged: {} makes no sense"),
+    TR_TEXT("the register is damaged ({})"),
+    TR_TEXT("cannot be opened"),
+    TR_TEXT("cannot be opened: {}"),
+    TR_TEXT("cannot be written"),
+    TR_TEXT("cannot be written: {}"),
+    TR_TEXT("its folder cannot be written: {}"),
+    TR_TEXT("cannot be written here, and {} has to be taken over into it: copy both to a folder "
+            "where they can be written"),
+    TR_TEXT("cannot be written here, and its tables of version {} have to be brought up to version "
+            "{}: copy it to a folder where it can be written"),
+    TR_TEXT("the disk is full"),
+    TR_TEXT("cannot be read or written to its end"),
+    TR_TEXT("cannot be read or written to its end: {}"),
+    TR_TEXT("SQLite failed ({})"),
+};
+
+// A pattern stands in front of those that fit its messages, too.
 constexpr std::string_view kMessages[] = {
-    // The file.
     TR_TEXT("the register's file has no name"),
-    TR_TEXT("{}: no regular file"),
-    TR_TEXT("{}: Is a directory"),
-    TR_TEXT("{}: the file is empty"),
-    TR_TEXT("{}: the database of another program"),
-    TR_TEXT("{}: in use by another program"),
-    TR_TEXT("{}: made by a newer version: its tables are of version {}, known are those up to {}"),
-    TR_TEXT("{}: the file is cut short: {} bytes are left of {}"),
-    TR_TEXT("{}: the register is damaged: {} makes no sense"),
-    // SQLite's own.
-    TR_TEXT("{}: file is not a database"),
-    TR_TEXT("{}: unable to open database file"),
-    TR_TEXT("{}: unable to open database file: {}"),
-    TR_TEXT("{}: attempt to write a readonly database"),
-    TR_TEXT("{}: disk I/O error"),
-    TR_TEXT("{}: disk I/O error: {}"),
-    TR_TEXT("{}: database or disk is full"),
-    TR_TEXT("{}: database disk image is malformed"),
     // Faults.
     TR_TEXT("the register is at an operation"),
     TR_TEXT("{} faults wait already"),
@@ -67,4 +81,24 @@ constexpr std::string_view kMessages[] = {
 
 }  // namespace
 
-std::string register_message(std::string_view english) { return tr_finished(english, kMessages); }
+std::string register_message(std::string_view english) {
+  // What the system says comes last.
+  const size_t last = english.rfind(kColon);
+  std::string message(english);
+  if (last != english.npos) {
+    const size_t end = last + kColon.size();
+    message.replace(end, message.npos, system_message(english.substr(end)));
+  }
+  std::string found = tr_finished(message, kMessages);
+  if (found != message) return found;
+  found = tr_finished(message, kCauses);
+  if (found != message) return found;
+  // The name of a file may hold a colon, too.
+  for (size_t at = message.find(kColon); at != message.npos; at = message.find(kColon, at + 1)) {
+    const size_t end = at + kColon.size();
+    const std::string cause = message.substr(end);
+    found = tr_finished(cause, kCauses);
+    if (found != cause) return message.substr(0, end) + found;
+  }
+  return message;
+}

@@ -39,7 +39,8 @@ rates that differ want a closed day.
 
 Exit codes:
   0  the register holds the tables of the backup; with --dry-run: they were compared
-  1  some rows could not be restored; each is named with its cause
+  1  some rows could not be restored, and each is named with its cause; or all were, and the report
+     could not be written
   2  wrong use, or nothing was restored
   130  stopped by Ctrl-C; what was restored up to there is shown
 )");
@@ -264,6 +265,7 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams&
   const uint64_t left = count_to_load(outcome.after);
   const uint64_t wanted = count_to_load(outcome.before);
   const uint64_t restored = wanted - std::min(wanted, left);
+  std::string text;
   if (options.json) {
     const EnglishMessages english;
     Json failed = Json::array();
@@ -273,12 +275,11 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams&
       json["cause"] = cause_of(one, outcome.refusals, outcome.stopped);
       failed.push_back(std::move(json));
     }
-    streams.output(json_text({{"register", options.register_file},
-                              {"differences", differences_json(outcome.before)},
-                              {"restored_rows", restored},
-                              {"not_restored", std::move(failed)}}));
+    text = json_text({{"register", options.register_file},
+                      {"differences", differences_json(outcome.before)},
+                      {"restored_rows", restored},
+                      {"not_restored", std::move(failed)}});
   } else {
-    std::string text;
     for (const RowDifference& one : outcome.after) {
       if (stays(one)) continue;
       text += tr("{}:{}: not restored: {}\n", one.table->file, one.line,
@@ -287,13 +288,22 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams&
     text += left == 0 ? tr("{}: {} restored\n", shown(options.register_file), rows_text(restored))
                       : tr("{}: {} restored, {} not restored\n", shown(options.register_file),
                            rows_text(restored), left);
+  }
+  int code = left == 0 ? kExitGood : kExitFaults;
+  // What is in the register by now stays there.
+  try {
     streams.output(text);
+  } catch (const Failure& failure) {
+    tell_error(streams,
+               tr("{}: {} restored, {} not restored, and the report is missing: {}",
+                  shown(options.register_file), rows_text(restored), left, failure.what()));
+    code = kExitFaults;
   }
   if (outcome.stopped) {
     tell_error(streams, tr("stopped by Ctrl-C"));
-    return kExitInterrupted;
+    code = kExitInterrupted;
   }
-  return left == 0 ? kExitGood : kExitFaults;
+  return code;
 }
 
 void require_closed_day(const RestoreOptions& options, const Differences& differences,

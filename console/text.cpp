@@ -39,7 +39,7 @@ std::string_view without_trailing_blanks(std::string_view text) {
 }
 
 // The C library has them in other languages only where a package of languages is installed.
-std::string system_message(int error) {
+std::string system_message(std::string_view english) {
   static constexpr std::string_view kMessages[] = {
       TR_TEXT("No such file or directory"),
       TR_TEXT("Permission denied"),
@@ -64,5 +64,9 @@ std::string system_message(int error) {
       TR_TEXT("Resource temporarily unavailable"),
       TR_TEXT("Cannot allocate memory"),
   };
-  return tr_finished(std::generic_category().message(error), kMessages);
+  return tr_finished(english, kMessages);
+}
+
+std::string system_message(int error) {
+  return system_message(std::generic_category().message(error));
 }

@@ -12,5 +12,7 @@ std::string shown(std::string_view text, size_t limit = 0);
 // The text without the blanks at its end.
 std::string_view without_trailing_blanks(std::string_view text);
 
-// The message of an errno value, in the user's language for those that are likely.
+// The message of an errno value, in the user's language for those that are likely; and the same of
+// a message that the system gave in English.
 std::string system_message(int error);
+std::string system_message(std::string_view english);

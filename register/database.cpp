@@ -1,9 +1,12 @@
 #include "register/database.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -25,6 +28,19 @@ constexpr size_t kPageCountAt = 28;
 constexpr size_t kUserVersionAt = 60;
 constexpr size_t kApplicationIdAt = 68;
 constexpr size_t kValidForAt = 92;
+
+// A name that SQLite takes for a file whatever it holds, with a wish behind it.
+std::string Uri(const std::string& file, const char* wish) {
+  std::string uri = "file:";
+  for (const char c : file) {
+    const auto byte = static_cast<unsigned char>(c);
+    uri +=
+        std::isalnum(byte) != 0 && byte < 0x80 ? std::string(1, c) : fmt::format("%{:02X}", byte);
+  }
+  return uri + "?" + wish;
+}
+
+std::string SystemText(int error) { return std::generic_category().message(error); }
 
 uint32_t BigEndian(const unsigned char* bytes, int size) {
   uint32_t number = 0;
@@ -126,7 +142,7 @@ void Database::CheckFile(Open how) const {
     Fail(std::make_error_code(std::errc::is_a_directory).message());
   }
   if (!std::filesystem::exists(status)) {
-    if (how == Open::kExisting) {
+    if (how != Open::kCreate) {
       Fail(error ? error.message()
                  : std::make_error_code(std::errc::no_such_file_or_directory).message());
     }
@@ -135,14 +151,10 @@ void Database::CheckFile(Open how) const {
   if (!std::filesystem::is_regular_file(status)) Fail("no regular file");
 }
 
-void Database::OpenFile(Open how, const DatabaseKind& kind) {
-  // In front of a name that SQLite takes for something else than a file.
-  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
-  const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
-                    (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0);
+void Database::OpenHandle(const std::string& name, int flags) {
   sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(name.c_str(), &opened, flags, nullptr);
+  const int code = sqlite3_open_v2(name.c_str(), &opened,
+                                   flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   handle_.reset(opened);
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) {
@@ -152,21 +164,64 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
   // A file's tables are not trusted to be those that we made.
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+void Database::OpenFile(Open how, const DatabaseKind& kind) {
+  // In front of a name that SQLite takes for something else than a file.
+  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
+  const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
+  OpenHandle(name, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
   if (in_memory()) {
     Execute("PRAGMA foreign_keys = ON");
     return;
   }
   // Until the file is known to be ours, nothing of its log goes into it.
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   CheckHead(kind);
-  if (sqlite3_db_readonly(opened, "main") == 1) FailWith(SQLITE_READONLY);
-  Execute("PRAGMA locking_mode = EXCLUSIVE");
+  const bool writable = sqlite3_db_readonly(handle_.get(), "main") == 0;
+  const std::string cause = writable ? FolderRefusal() : FileRefusal();
+  if (how == Open::kLook && !cause.empty()) {
+    OpenUnwritable(cause);
+  } else if (!writable) {
+    Fail(cause);
+  } else {
+    Execute("PRAGMA locking_mode = EXCLUSIVE");
+  }
+  Identify(how, kind);
+  if (!unwritable_.empty()) return;
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+  Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+}
+
+// SQLite would make its log beside the file, and look into one. Without it SQLite reads what
+// stands in the file itself, and takes no locks.
+void Database::OpenUnwritable(const std::string& cause) {
+  OpenHandle(Uri(file_, "immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  unwritable_ = cause;
+  // Others may be able to write it: it is locked against them, until it is closed.
+  sqlite3_file* file = File();
+  if (file == nullptr) FailWith(SQLITE_CANTOPEN);
+  if (const int code = file->pMethods->xLock(file, SQLITE_LOCK_SHARED)) FailWith(code);
+  const char* const name = sqlite3_db_filename(handle_.get(), "main");
+  for (const char* log : {sqlite3_filename_wal(name), sqlite3_filename_journal(name)}) {
+    std::error_code error;
+    if (std::filesystem::file_size(log, error) == 0 || error) continue;
+    Fail(
+        fmt::format("cannot be written here, and {} has to be taken over into it: copy both to a "
+                    "folder where they can be written",
+                    log));
+  }
+  Execute("PRAGMA query_only = ON");
+}
+
+// Whether the file is one of ours, and of a version that can be read.
+void Database::Identify(Open how, const DatabaseKind& kind) {
   version_ = static_cast<int>(Value("PRAGMA user_version"));
   const int64_t application = Value("PRAGMA application_id");
   const bool blank =
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
   if (!blank && application != kind.application_id) Fail("the database of another program");
-  if (blank && how == Open::kExisting) Fail("the file is empty");
+  if (blank && how != Open::kCreate) Fail("the file is empty");
   if (!blank && version_ < 1) Damaged("user_version");
   if (version_ > kind.newest_version) {
     Fail(
@@ -174,8 +229,34 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
                     "to {}",
                     version_, kind.newest_version));
   }
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
-  Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+  if (!unwritable_.empty() && version_ < kind.newest_version) {
+    Fail(
+        fmt::format("cannot be written here, and its tables of version {} have to be brought up "
+                    "to version {}: copy it to a folder where it can be written",
+                    version_, kind.newest_version));
+  }
+}
+
+sqlite3_file* Database::File() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  return file != nullptr && file->pMethods != nullptr ? file : nullptr;
+}
+
+std::string Database::FileRefusal() const {
+  const bool refused = faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) != 0;
+  const int error = errno;
+  return refused ? fmt::format("cannot be written: {}", SystemText(error)) : "cannot be written";
+}
+
+// Why the log cannot be made beside the file; empty when it can.
+std::string Database::FolderRefusal() const {
+  const char* const name = sqlite3_db_filename(handle_.get(), "main");
+  if (name == nullptr || *name == 0) return {};
+  const std::string folder = std::filesystem::path(name).parent_path().string();
+  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
+  const int error = errno;
+  return fmt::format("its folder cannot be written: {}", SystemText(error));
 }
 
 // SQLite tries to read a file that it could not make, and reports that there is none.
@@ -187,7 +268,7 @@ void Database::ExplainOpening(int code) const {
   if (file != nullptr) {
     std::fclose(file);
   } else if (error != 0) {
-    Fail(fmt::format("{}: {}", sqlite3_errstr(code), std::generic_category().message(error)));
+    Fail(fmt::format("cannot be opened: {}", SystemText(error)));
   }
 }
 
@@ -199,9 +280,8 @@ void Database::CheckHead(const DatabaseKind& kind) const {
   const std::uintmax_t log_size = std::filesystem::file_size(log, error);
   if (!error && log_size > 0) return;
 
-  sqlite3_file* file = nullptr;
-  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-  if (file == nullptr || file->pMethods == nullptr) return;
+  sqlite3_file* file = File();
+  if (file == nullptr) return;
   sqlite3_int64 size = 0;
   if (const int code = file->pMethods->xFileSize(file, &size)) FailWith(code);
   if (size == 0) {
@@ -266,6 +346,7 @@ void Database::SetDurable(bool durable) {
 }
 
 void Database::Begin(bool durable) {
+  if (!unwritable_.empty()) Fail(unwritable_);
   SetDurable(durable);
   Prepare("BEGIN IMMEDIATE").Run();
   in_unit_ = true;
@@ -305,27 +386,44 @@ std::string Database::Name() const {
   return name;
 }
 
-void Database::Fail(const std::string& cause) const {
-  throw RegisterError(fmt::format("{}: {}", Name(), cause));
-}
+void Database::Fail(const std::string& cause) const { throw RegisterError(Name(), cause); }
 
+// In words for whom the register belongs to. What SQLite says comes with them where it tells more.
 void Database::FailWith(int code) const {
-  const int primary = code & 0xFF;
-  if (primary == SQLITE_NOMEM) throw std::bad_alloc();
-  if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) Fail("in use by another program");
-  std::string cause = sqlite3_errstr(code);
-  const bool system = primary == SQLITE_CANTOPEN || primary == SQLITE_IOERR;
   const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
-  if (system && error != 0) cause += ": " + std::generic_category().message(error);
-  // What a file lacks that has our mark: "no such table: journal".
-  if (primary == SQLITE_ERROR && handle_ != nullptr) {
-    cause += std::string(": ") + sqlite3_errmsg(handle_.get());
+  const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
+  switch (code & 0xFF) {
+    case SQLITE_NOMEM:
+      throw std::bad_alloc();
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      Fail("in use by another program");
+    case SQLITE_NOTADB:
+      Fail("is not a register of this program: it is no SQLite database");
+    case SQLITE_READONLY:
+      Fail(folder.empty() ? FileRefusal() : folder);
+    case SQLITE_CANTOPEN:
+      if (!folder.empty()) Fail(folder);
+      Fail(error == 0 ? "cannot be opened"
+                      : fmt::format("cannot be opened: {}", SystemText(error)));
+    case SQLITE_IOERR:
+      Fail(error == 0 ? "cannot be read or written to its end"
+                      : fmt::format("cannot be read or written to its end: {}", SystemText(error)));
+    case SQLITE_FULL:
+      Fail("the disk is full");
+    case SQLITE_CORRUPT:
+      Fail("the file is damaged");
+    case SQLITE_ERROR:
+      // What a file lacks that has our mark: "no such table: journal".
+      Fail(fmt::format("the register is damaged ({})",
+                       handle_ != nullptr ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
+    default:
+      Fail(fmt::format("SQLite failed ({})", sqlite3_errstr(code)));
   }
-  Fail(cause);
 }
 
 void Database::Damaged(std::string_view what) const {
-  throw DamageError(fmt::format("{}: the register is damaged: {} makes no sense", Name(), what));
+  throw DamageError(Name(), fmt::format("the register is damaged: {} makes no sense", what));
 }
 
 }  // namespace lorimat

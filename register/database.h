@@ -1,6 +1,5 @@
 // A door to SQLite: a file that is known to be one of ours, statements that are prepared once,
-// units of work. Everything that fails throws RegisterError, "FILE: cause", with the cause as
-// SQLite or the system puts it.
+// units of work. Everything that fails throws RegisterError, "FILE: cause".
 #pragma once
 
 #include <cstdint>
@@ -13,6 +12,7 @@
 #include "register/register_error.h"
 
 struct sqlite3;
+struct sqlite3_file;
 struct sqlite3_stmt;
 
 namespace lorimat {
@@ -99,8 +99,8 @@ struct DatabaseKind {
 class Database {
  public:
   enum class Open {
-    kCreate,    // made when it is not there
-    kExisting,  // has to be there
+    kCreate,  // made when it is not there
+    kLook,    // has to be there; only read where it cannot be written
   };
 
   // An empty name is a database in memory. A file that is not ours is refused and left as it
@@ -137,15 +137,22 @@ class Database {
 
  private:
   friend class Statement;
+  void OpenHandle(const std::string& name, int flags);
   void OpenFile(Open how, const DatabaseKind& kind);
+  void OpenUnwritable(const std::string& cause);
+  void Identify(Open how, const DatabaseKind& kind);
   void CheckFile(Open how) const;
   void ExplainOpening(int code) const;
   std::string Name() const;
+  sqlite3_file* File() const;
+  std::string FileRefusal() const;
+  std::string FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
   int64_t Value(const std::string& sql);
 
   std::string file_;
+  std::string unwritable_;  // why it is only read; empty when it can be written
   int version_ = 0;
   int version_before_ = 0;  // of the unit of work
   bool in_unit_ = false;

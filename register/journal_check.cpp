@@ -55,13 +55,13 @@ class Checker {
     try {
       CheckFile();
     } catch (const RegisterError& failure) {
-      Find("{}", failure.what());
+      Find("{}", failure.cause());
     }
     try {
       CheckRows(progress);
     } catch (const RegisterError& failure) {
-      if (check_.findings.empty() || check_.findings.back() != failure.what()) {
-        Find("{}", failure.what());
+      if (check_.findings.empty() || check_.findings.back() != failure.cause()) {
+        Find("{}", failure.cause());
       }
     }
     return std::move(check_);
@@ -99,7 +99,11 @@ class Checker {
   void CheckFile() {
     Statement rows = database_.Prepare("PRAGMA integrity_check(20)");
     while (rows.Step()) {
-      if (rows.Text(0) != "ok") Find("file: {}", rows.Text(0));
+      if (rows.Text(0) == "ok") continue;
+      // A row may have several lines, the first of them with the name of the database in asterisks.
+      for (const std::string& line : SplitLines(rows.Text(0))) {
+        if (line.rfind("*** ", 0) != 0) Find("the file is damaged ({})", line);
+      }
     }
   }
 

@@ -38,7 +38,7 @@ Paper Tail(const Paper& roll, size_t from) {
 class RegisterFile::Contents {
  public:
   explicit Contents(const std::string& file)
-      : database(file, Database::Open::kExisting, kRegisterKind), store(database) {
+      : database(file, Database::Open::kLook, kRegisterKind), store(database) {
     Migrate(database);
     serial_number = SerialNumber(database);
     LoadSettings(database, &state);
@@ -106,6 +106,10 @@ void RegisterFile::ReadJournal(
     const JournalSelection& selection,
     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
   contents_->store.ForEachEntry(selection, each);
+}
+
+std::optional<JournalEntry> RegisterFile::Entry(uint64_t place) const {
+  return contents_->store.FindEntry(place);
 }
 
 JournalCheck RegisterFile::VerifyJournal(

@@ -5,7 +5,8 @@
 //   lorimat::RegisterStatus status = file.Status();
 //
 // Every member throws RegisterError when the file cannot be read or written. While a register
-// is at work on the file it cannot be opened.
+// is at work on the file it cannot be opened. A file that cannot be written, or whose folder
+// cannot, is only read, and nothing is made beside it.
 #pragma once
 
 #include <cstddef>
@@ -86,9 +87,11 @@ class RegisterFile {
   // `each` answers false.
   void ReadJournal(const JournalSelection& selection,
                    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
+  // The entry in this place, without reading those before it.
+  std::optional<JournalEntry> Entry(uint64_t place) const;
   // Follows the chain of hashes from the first entry to the last, and compares documents,
-  // journal and totals. Damage of the file is a finding, too, and ends the check. `progress` is told how many entries of all have been read; it answers
-  // false to stop, and may be null.
+  // journal and totals. Damage of the file is a finding, too, and ends the check. `progress` is
+  // told how many entries of all have been read; it answers false to stop, and may be null.
   JournalCheck VerifyJournal(
       const std::function<bool(uint64_t done, uint64_t all)>& progress) const;
 

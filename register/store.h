@@ -83,9 +83,10 @@ class RegisterStore {
   std::vector<StoredDocument> Lottery(int from_closure, int from_number, int to_closure,
                                       int to_number) const;
 
-  // --- Journal, oldest first, until `each` answers false.
+  // --- Journal, oldest first, until `each` answers false; and the entry in a place.
   void ForEachEntry(const JournalSelection& selection,
                     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
+  std::optional<JournalEntry> FindEntry(uint64_t place) const;
   void ForEveryEntry(const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
 
   // --- Closings that this register made, oldest first; both ends included

@@ -192,6 +192,14 @@ void RegisterStore::ForEachEntry(
   }
 }
 
+std::optional<JournalEntry> RegisterStore::FindEntry(uint64_t place) const {
+  Statement row =
+      database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal WHERE place = ?");
+  row.With(static_cast<int64_t>(place));
+  if (!row.Step()) return std::nullopt;
+  return ReadEntry(database_, row);
+}
+
 void RegisterStore::ForEveryEntry(
     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
   Statement rows =

@@ -152,12 +152,46 @@ TEST(JournalCommand, ThereIsNoEntryBehindTheLastOne) {
   }
 }
 
+TEST(JournalCommand, OptionsOfTheListAreRefusedByShowAndVerify) {
+  const Shop shop;
+  sell_two_days(shop);
+  const struct {
+    std::vector<std::string> arguments;
+    const char* message;
+  } cases[] = {
+      {{"journal", "--kind", "closing", "show", "1"},
+       "--kind: selects entries of the list, and \"journal show\" shows no list"},
+      {{"journal", "--from", "1", "show", "1"}, "--from: selects entries of the list"},
+      {{"journal", "--to", "2024-03-15", "verify"},
+       "--to: selects entries of the list, and \"journal verify\" shows no list"},
+  };
+  for (const auto& one : cases) {
+    const ProgramRun run = shop.run(one.arguments);
+    EXPECT_EQ(run.exit_code, 2) << one.message;
+    EXPECT_THAT(run.output, IsEmpty()) << one.message;
+    EXPECT_THAT(run.errors, HasSubstr(one.message));
+  }
+}
+
+TEST(JournalCommand, TheHelpOfShowAndVerifyNamesTheVariable) {
+  const std::string option = "  --register FILE (Env:LORIMAT_REGISTER)\n";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"journal"}, {"journal", "show"}, {"journal", "verify"}}) {
+    std::vector<std::string> arguments = command;
+    arguments.push_back("--help");
+    EXPECT_THAT(run_console(arguments).output, HasSubstr(option)) << command.back();
+  }
+  EXPECT_THAT(run_console({"journal", "show", "--help"}, {.environment = {{"LANG", "it"}}}).output,
+              HasSubstr("(Ambiente:LORIMAT_REGISTER)\n"));
+}
+
 TEST(JournalCommand, TheRegisterMayBeNamedInFrontOfShowAndVerify) {
   const Shop shop;
   sell_two_days(shop);
   EXPECT_EQ(run_console({"journal", "--register", shop.file(), "verify"}).exit_code, 0);
   const ProgramSetting other = {.environment = {{"LORIMAT_REGISTER", "/nonexistent"}}};
   EXPECT_EQ(shop.run({"journal", "verify"}, other).exit_code, 0);
+  EXPECT_EQ(run_console({"journal", "--register", shop.file(), "verify"}, other).exit_code, 0);
   const ProgramSetting named = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
   EXPECT_EQ(run_console({"journal", "verify"}, named).exit_code, 0);
 }
@@ -199,6 +233,26 @@ TEST(JournalCommand, AChangedByteShows) {
   const nlohmann::json check = nlohmann::json::parse(json.output);
   EXPECT_EQ(check["good"], false);
   EXPECT_GE(check["findings"].size(), 1u);
+}
+
+TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
+  constexpr size_t kPage = 4096;
+  const Shop shop;
+  sell_two_days(shop);
+  const std::string whole = shop.folder().read("shop.register");
+  const std::string name = shop.file() + ": ";
+  int damaged = 0;
+  // Each page in its turn becomes nonsense; some of them the check alone reads.
+  for (size_t at = kPage; at < whole.size(); at += kPage) {
+    std::string content = whole;
+    content.replace(at, kPage, kPage, 'Z');
+    shop.folder().write("shop.register", content);
+    const ProgramRun run = shop.run({"journal", "verify"});
+    EXPECT_NE(run.exit_code, 0) << at;
+    if (run.output.find(": the file is damaged\n") != std::string::npos) ++damaged;
+    EXPECT_THAT(run.output, Not(HasSubstr(name + name))) << at;
+  }
+  EXPECT_GT(damaged, 0);
 }
 
 TEST(JournalCommand, ATerminalSeesHowFarItIs) {

@@ -270,9 +270,30 @@ TEST_F(RegisterInItalian, WhatTheRegisterSaysOfItsFile) {
   const std::string wrong = folder_.write("wrong.register", std::string(4096, 'x'));
   const ProgramRun run = run_italian({"status", "--register", wrong});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_EQ(run.errors, "lorimat: " + wrong + ": il file non è un registratore\n");
-  EXPECT_EQ(run_console({"status", "--register", wrong}).errors,
-            "lorimat: " + wrong + ": file is not a database\n");
+  EXPECT_EQ(run.errors, "lorimat: " + wrong +
+                            ": non è un registratore di questo programma: non è una base di dati "
+                            "SQLite\n");
+  EXPECT_EQ(
+      run_console({"status", "--register", wrong}).errors,
+      "lorimat: " + wrong + ": is not a register of this program: it is no SQLite database\n");
+}
+
+TEST_F(RegisterInItalian, WhatTheSystemSaysOfItsFile) {
+  const std::string nowhere = folder_.path("none: here/shop.register");
+  EXPECT_EQ(run_italian({"run", folder_.write("more.cmd", "SUBT\n"), "--register", nowhere}).errors,
+            "lorimat: " + nowhere + ": non si può aprire: Il file o la cartella non esiste\n");
+  EXPECT_EQ(run_italian({"status", "--register", folder_.path()}).errors,
+            "lorimat: " + folder_.path() + ": È una cartella\n");
+}
+
+TEST_F(RegisterInItalian, ABackupWhoseReportCannotBeWritten) {
+  ProgramSetting full = italian();
+  full.output_file = "/dev/full";
+  const std::string tables = folder_.path("tables");
+  EXPECT_EQ(run_console({"backup", tables, "--register", file_}, full).errors,
+            "lorimat: " + tables +
+                ": la copia c'è ed è intera, ma manca il rapporto: non si riesce a scrivere sullo "
+                "standard output: Spazio esaurito sul dispositivo\n");
 }
 
 TEST_F(RegisterInItalian, NoRegisterNamed) {

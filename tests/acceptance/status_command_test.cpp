@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "shop.h"
@@ -168,6 +169,36 @@ TEST(StatusCommand, FilesThatAreNoRegisterStayAsTheyAre) {
     }
     EXPECT_TRUE(shop.folder().read("shop.register") == content) << content.size();
   }
+}
+
+TEST(StatusCommand, AFileThatCannotBeWrittenIsReadAllTheSame) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  const std::string before = shop.folder().read("shop.register");
+  std::filesystem::permissions(shop.folder().path(), std::filesystem::perms::all);
+  const std::vector<std::vector<std::string>> commands = {
+      {"status"},  {"status", "--json"},     {"paper"},
+      {"journal"}, {"journal", "show", "1"}, {"journal", "verify"},
+      {"fault"}};
+  std::vector<std::string> answers;
+  for (const auto& command : commands) answers.push_back(shop.run(command).output);
+  for (const bool folder : {false, true}) {
+    std::filesystem::permissions(shop.file(), std::filesystem::perms(folder ? 0666 : 0444));
+    std::filesystem::permissions(shop.folder().path(),
+                                 std::filesystem::perms(folder ? 0555 : 0777));
+    for (size_t i = 0; i < commands.size(); ++i) {
+      const ProgramRun run = shop.run(commands[i], {.as_nobody = true});
+      EXPECT_EQ(run.exit_code, 0) << commands[i].back() << ": " << run.errors;
+      EXPECT_EQ(run.output, answers[i]) << commands[i].back();
+      EXPECT_EQ(shop.folder().names().size(), 2u) << commands[i].back();
+    }
+    EXPECT_EQ(shop.run({"fault", "paper-end"}, {.as_nobody = true}).errors,
+              "lorimat: " + shop.file() +
+                  (folder ? ": its folder cannot be written: Permission denied\n"
+                          : ": cannot be written: Permission denied\n"));
+  }
+  EXPECT_TRUE(shop.folder().read("shop.register") == before);
+  std::filesystem::permissions(shop.folder().path(), std::filesystem::perms::all);
 }
 
 TEST(StatusCommand, AFullStandardOutputIsAnError) {

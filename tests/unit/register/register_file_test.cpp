@@ -142,6 +142,64 @@ TEST_F(RegisterFileTest, TheJournalBySelectionWithItsPlaces) {
   EXPECT_EQ(read, 2);
 }
 
+TEST_F(RegisterFileTest, AnEntryOfTheJournalByItsPlace) {
+  Receipt(1, 10000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  Receipt(1, 20000);
+  const std::vector<JournalEntry> all = device->store().journal();
+  ASSERT_EQ(all.size(), 3u);
+  device.reset();
+  RegisterFile file(Path("shop.register"));
+  for (size_t place = 1; place <= all.size(); ++place) {
+    const std::optional<JournalEntry> entry = file.Entry(place);
+    ASSERT_TRUE(entry) << place;
+    EXPECT_EQ(entry->kind, all[place - 1].kind);
+    EXPECT_EQ(entry->lines, all[place - 1].lines);
+    EXPECT_EQ(entry->hash, all[place - 1].hash);
+  }
+  for (const uint64_t place : {uint64_t{0}, uint64_t{4}, UINT64_MAX}) {
+    EXPECT_FALSE(file.Entry(place)) << place;
+  }
+}
+
+TEST_F(RegisterFileTest, AnEntryIsReadWithoutThoseBeforeIt) {
+  Receipt(1, 10000);
+  Receipt(1, 20000);
+  device.reset();
+  Sql("shop.register", "UPDATE journal SET kind = 99999999999 WHERE place = 1");
+  RegisterFile file(Path("shop.register"));
+  EXPECT_THROW(file.Entry(1), RegisterError);
+  ASSERT_TRUE(file.Entry(2));
+  EXPECT_EQ(file.Entry(2)->number, 2);
+}
+
+TEST_F(RegisterFileTest, FindingsLeaveTheFileToThoseWhoShowThem) {
+  Receipt(1, 10000);
+  device.reset();
+  Sql("shop.register", "DROP TABLE journal");
+  const JournalCheck check = RegisterFile(Path("shop.register")).VerifyJournal({});
+  EXPECT_EQ(check.findings,
+            std::vector<std::string>{"the register is damaged (no such table: journal)"});
+}
+
+TEST_F(RegisterFileTest, DamagedPagesAreNamedLineByLine) {
+  Receipt(1, 10000);
+  device.reset();
+  constexpr size_t kPage = 4096;
+  const size_t root = static_cast<size_t>(std::stoi(
+      Sql("shop.register", "SELECT rootpage FROM sqlite_master WHERE name = 'journal_by_time'")));
+  std::string bytes = Bytes("shop.register");
+  bytes.replace((root - 1) * kPage, kPage, kPage, 'Z');
+  Write("shop.register", bytes);
+  const JournalCheck check = RegisterFile(Path("shop.register")).VerifyJournal({});
+  ASSERT_FALSE(check.findings.empty());
+  const std::string page = "Page " + std::to_string(root) + ": ";
+  EXPECT_EQ(check.findings[0].find("the file is damaged (" + page), 0u) << check.findings[0];
+  for (const std::string& finding : check.findings) {
+    EXPECT_EQ(finding.find_first_of("*\n"), finding.npos) << finding;
+  }
+}
+
 TEST_F(RegisterFileTest, FaultsAreSetForTheNextStart) {
   device.reset();
   {

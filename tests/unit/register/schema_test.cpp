@@ -71,7 +71,7 @@ TEST_F(MigrationTest, AStepThatFailsLeavesTheFileAsItWas) {
   MakeOld("old", false);
   const std::string before = Dump("old");
   {
-    Database database(Path("old"), Database::Open::kExisting, kRegisterKind);
+    Database database(Path("old"), Database::Open::kLook, kRegisterKind);
     const SchemaStep steps[] = {{1, "CREATE TABLE roll (x); CREATE TABLE half (x); NO SUCH;"}};
     EXPECT_THROW(Migrate(database, steps), RegisterError);
     EXPECT_EQ(database.version(), 1);

@@ -182,13 +182,15 @@ TEST_F(StoreFailuresTest, TheCauseNamesTheFileAndWhatTheDiskSays) {
   EXPECT_EQ(device.last_failure(), "");
   disk.FailAt(FailingDisk::Fault::kFull, 1, true);
   EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_E_FAILURE);
-  EXPECT_EQ(device.last_failure(), Path("shop.register") + ": database or disk is full");
+  EXPECT_EQ(device.last_failure(), Path("shop.register") + ": the disk is full");
   char text[128] = "unset";
   EXPECT_EQ(device.GetStringProperty(RTF_PIDXFptr_ErrorString, text), RTF_SUCCESS);
   EXPECT_EQ(text, device.last_failure());
   disk.FailAt(FailingDisk::Fault::kWrite, 1, true);
   EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_E_FAILURE);
-  EXPECT_EQ(device.last_failure().find(Path("shop.register") + ": disk I/O error"), 0u)
+  EXPECT_EQ(
+      device.last_failure().find(Path("shop.register") + ": cannot be read or written to its end"),
+      0u)
       << device.last_failure();
   disk.Heal();
   EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);

@@ -61,7 +61,8 @@ TEST_F(StoredValueTest, ATableThatIsNotThereIsNamed) {
     const VirtualRegister device(FileSettings());
     ADD_FAILURE() << "it was opened";
   } catch (const RegisterError& error) {
-    EXPECT_EQ(error.what(), Path("shop.register") + ": SQL logic error: no such table: roll");
+    EXPECT_EQ(error.what(),
+              Path("shop.register") + ": the register is damaged (no such table: roll)");
   }
 }
 
