@@ -45,11 +45,11 @@ Codici d'uscita:
   2  uso sbagliato, o la shell o la sua uscita non riesce
   130  da una pipe: fermata da Ctrl-C
 )"},
-      {"lorimat {}: a virtual register, {}.\n", "lorimat {}: un registratore virtuale, {}.\n"},
+      {"lorimat {}: a virtual register, {}.", "lorimat {}: un registratore virtuale, {}."},
       {"in memory", "in memoria"},
       {"kept in {}", "conservato in {}"},
-      {"\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it.\n",
-       "\"?\" elenca i comandi, \".help\" spiega la shell, Ctrl-D ne esce.\n"},
+      {"\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it.",
+       "\"?\" elenca i comandi, \".help\" spiega la shell, Ctrl-D ne esce."},
       {"the lines typed are not kept: {}", "le righe scritte non sono conservate: {}"},
       {"neither HOME nor XDG_STATE_HOME names a folder",
        "né HOME né XDG_STATE_HOME indicano una cartella"},

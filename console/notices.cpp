@@ -4,16 +4,22 @@
 
 #include <string>
 
+#include "shell_text.h"
 #include "styles.h"
 #include "translate.h"
 
 namespace {
 
 void write_notice(Streams& streams, std::string_view kind, Style style, std::string_view text) {
+  constexpr std::string_view kName = "lorimat:";
   const bool colours = streams.error_has_colours();
-  std::string out = styled("lorimat:", kind.empty() ? style : Style::kStrong, colours);
-  if (!kind.empty()) out += " " + styled(fmt::format("{}:", kind), style, colours);
-  streams.error(fmt::format("{} {}\n", out, text));
+  std::string out = styled(kName, kind.empty() ? style : Style::kStrong, colours) + " ";
+  size_t column = kName.size() + 1;
+  if (!kind.empty()) {
+    out += styled(fmt::format("{}:", kind), style, colours) + " ";
+    column += columns_of(kind) + 2;
+  }
+  streams.error(out + flowed(text, column, 0, streams.notice_columns()) + "\n");
 }
 
 }  // namespace

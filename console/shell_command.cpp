@@ -34,8 +34,10 @@
 namespace {
 
 constexpr const char* kPrompt = "lorimat> ";
-constexpr size_t kPipeColumns = 80;  // of help texts where there is no window
-constexpr int kSignalExit = 128;     // and the signal's number, as shells have it
+constexpr int kSignalExit = 128;  // and the signal's number, as shells have it
+
+// Where there is no window no line is wrapped.
+size_t no_window() { return 0; }
 
 constexpr std::string_view kShellExamples = TR_TEXT(R"(Examples:
   lorimat shell
@@ -109,7 +111,8 @@ class TerminalShell {
     uint64_t number = 0;
     for (;;) {
       interrupted = 0;
-      streams_.output(styled(status_line(client_.device()), Style::kFaint, colours_) + "\n");
+      const std::string status = wrapped(status_line(client_.device()), 0, editor_.columns());
+      streams_.output(styled(status, Style::kFaint, colours_));
       std::string text;
       switch (editor_.read(kPrompt, &text)) {
         case ShellEditor::Event::kLine:
@@ -140,9 +143,8 @@ class TerminalShell {
   void greet() {
     const std::string where =
         client_.file().empty() ? tr("in memory") : tr("kept in {}", shown(client_.file()));
-    streams_.output(tr("lorimat {}: a virtual register, {}.\n", LORIMAT_VERSION, where));
-    streams_.output(
-        tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it.\n"));
+    say(tr("lorimat {}: a virtual register, {}.", LORIMAT_VERSION, where));
+    say(tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it."));
     tell_history_failure();
   }
 
@@ -215,7 +217,7 @@ int run_terminal(const Language& language, Library& library, RegisterClient& cli
       language, library, client,
       {.terminal = true,
        .colours = colours,
-       .columns = [&window] { return window != nullptr ? window->columns() : kPipeColumns; }},
+       .columns = [&window] { return window != nullptr ? window->columns() : no_window(); }},
       streams);
   ShellEditor editor(
       STDIN_FILENO, output, history,
@@ -267,6 +269,7 @@ int shell_command(const ShellOptions& options, Streams& streams) {
   // A reader that has gone is an error like a full disk, not the end of the register.
   std::signal(SIGPIPE, SIG_IGN);
   const bool terminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+  if (terminal) streams.wrap_notices();
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
   std::optional<RegisterClient> client;
@@ -281,8 +284,7 @@ int shell_command(const ShellOptions& options, Streams& streams) {
   if (terminal) {
     code = run_terminal(language, *library, *client, output.get(), streams);
   } else {
-    ShellSession session(language, *library, *client, {.columns = [] { return kPipeColumns; }},
-                         streams);
+    ShellSession session(language, *library, *client, {.columns = &no_window}, streams);
     code = run_pipe(session, streams);
   }
   const bool open = client->document_open();

@@ -215,7 +215,7 @@ Completion ShellCompleter::complete_field(std::string_view text, size_t fields) 
         continue;
       }
       const language::FieldHelp* what = help != nullptr ? help->find_field(field.number) : nullptr;
-      const std::string name = field.name + (what != nullptr && what->is_flag() ? "" : "=");
+      const std::string name = field.name + (what != nullptr && what->is_flag ? "" : "=");
       completion.candidates.push_back({name, name});
     }
   }

@@ -10,6 +10,7 @@
 #include "failure.h"
 #include "fault_text.h"
 #include "register/fault_operations.h"
+#include "shell_text.h"
 #include "suggestion.h"
 #include "text.h"
 #include "translate.h"
@@ -94,19 +95,20 @@ std::vector<std::string> fault_words() {
   return words;
 }
 
-std::string fault_list(const lorimat::FaultPlan& plan) {
+std::string fault_list(const lorimat::FaultPlan& plan, size_t columns) {
   size_t width = 0;
   for (const std::string& name : kind_names()) width = std::max(width, name.size());
   std::string out;
-  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
-    out += fmt::format("  {:<{}}  {}\n", kind.name, width, translated(kind.what));
-  }
-  out += fmt::format("  {:<{}}  {}\n", lorimat::kCodeFault, width,
-                     tr("any result code, by its number"));
+  const auto add = [&](std::string_view name, std::string_view what) {
+    out += entry(fmt::format("  {:<{}}  ", name, width), what, columns);
+  };
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds())
+    add(kind.name, translated(kind.what));
+  add(lorimat::kCodeFault, tr("any result code, by its number"));
   if (plan.empty()) return out + tr("No fault waits.\n");
   out += tr("Waiting:\n");
   for (const lorimat::Fault& fault : plan.faults()) {
-    out += fmt::format("  {}\n", fault_text(fault));
+    out += wrapped(fault_text(fault), 2, columns);
   }
   return out;
 }

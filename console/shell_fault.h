@@ -1,6 +1,7 @@
 // ".fault" in the shell: a fault in words.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,5 +15,6 @@ lorimat::Fault read_fault(std::string_view text);
 // The words that may stand behind ".fault".
 std::vector<std::string> fault_words();
 
-// The faults there are, and those that wait.
-std::string fault_list(const lorimat::FaultPlan& plan);
+// The faults there are, and those that wait, in lines of at most so many columns; 0 gives each one
+// line.
+std::string fault_list(const lorimat::FaultPlan& plan, size_t columns);

@@ -19,6 +19,11 @@ namespace {
 
 constexpr size_t kNameWidth = 10;
 
+language::PageLanguage page_language() {
+  return messages_are_italian() ? language::PageLanguage::kItalian
+                                : language::PageLanguage::kEnglish;
+}
+
 // Blanks up to a width in columns, at least one.
 std::string padded(const std::string& text, size_t width) {
   const size_t columns = columns_of(text);
@@ -26,9 +31,9 @@ std::string padded(const std::string& text, size_t width) {
 }
 
 std::string overview_line(const CommandWord& command, const std::string& summary, size_t columns) {
-  const std::string line = fmt::format("  {}  {}  {}", padded(shown(command.name), kNameWidth),
-                                       padded(shown(command.shortest), kNameWidth), summary);
-  return cut_to(without_trailing_blanks(line), columns) + "\n";
+  const std::string heading = fmt::format("  {}  {}  ", padded(shown(command.name), kNameWidth),
+                                          padded(shown(command.shortest), kNameWidth));
+  return entry(heading, summary, columns);
 }
 
 // Rows of fields: the name, how far it may be cut, and what it takes in the rest of the line.
@@ -39,15 +44,11 @@ std::string rows_text(const std::vector<std::vector<std::string>>& rows, size_t 
     first = std::max(first, columns_of(row[0]));
     second = std::max(second, columns_of(row[1]));
   }
-  const size_t indent = 2 + first + 2 + (second == 0 ? 0 : second + 2);
   std::string out;
   for (const std::vector<std::string>& row : rows) {
-    std::string line = "  " + padded(row[0], first + 2);
-    if (second != 0) line += padded(row[1], second + 2);
-    // The wrapped text has the indent of its first line already.
-    const std::string text = row[2].empty() ? "\n" : wrapped(row[2], indent, columns);
-    line += text.substr(std::min(indent, text.size() - 1));
-    out += line;
+    std::string heading = "  " + padded(row[0], first + 2);
+    if (second != 0) heading += padded(row[1], second + 2);
+    out += entry(heading, row[2], columns);
   }
   return out;
 }
@@ -75,9 +76,9 @@ std::string ShellHelp::overview(size_t columns) const {
   std::string out;
   std::set<int> listed;
   const auto add = [&](const std::string& title, const std::string& lines) {
-    if (!lines.empty()) out += (out.empty() ? "" : "\n") + title + "\n" + lines;
+    if (!lines.empty()) out += (out.empty() ? "" : "\n") + wrapped(title, 0, columns) + lines;
   };
-  for (const language::CommandGroup& group : language::command_groups()) {
+  for (const language::CommandGroup& group : language::command_groups(page_language())) {
     std::string lines;
     for (const language::CommandHelp& help : group.commands) {
       const auto command = std::find_if(commands_.begin(), commands_.end(),
@@ -129,7 +130,7 @@ HelpText ShellHelp::command(const std::string& word, size_t columns) const {
 }
 
 std::string ShellHelp::page(const CommandWord& command, size_t columns) const {
-  const language::CommandHelp* help = language::find_command_help(command.id);
+  const language::CommandHelp* help = language::find_command_help(command.id, page_language());
   std::string out =
       tr("{}: command {}, short {}", shown(command.name), command.id, shown(command.shortest));
   std::vector<std::string> aliases;
@@ -137,7 +138,7 @@ std::string ShellHelp::page(const CommandWord& command, size_t columns) const {
     if (other.id == command.id && other.row != command.row) aliases.push_back(shown(other.name));
   }
   if (!aliases.empty()) out += tr(", also {}", fmt::format("{}", fmt::join(aliases, ", ")));
-  out += "\n";
+  out = wrapped(out, 0, columns);
   if (help == nullptr) {
     out += wrapped(tr("No command of the library; answers 268."), 0, columns);
   } else {
@@ -171,9 +172,9 @@ std::string ShellHelp::page(const CommandWord& command, size_t columns) const {
   }
   if (!help->remarks.empty()) out += "\n";
   for (const std::string& remark : help->remarks) out += wrapped(remark, 0, columns);
-  for (const language::CommandGroup& group : language::command_groups()) {
+  for (const language::CommandGroup& group : language::command_groups(page_language())) {
     if (group.title != help->group || group.text.empty()) continue;
-    out += "\n" + group.title + "\n";
+    out += "\n" + wrapped(group.title, 0, columns);
     for (const std::string& text : group.text) out += wrapped(text, 0, columns);
   }
   const bool same_words = speaks_like_the_page(command, *help);
@@ -189,8 +190,8 @@ std::string ShellHelp::page(const CommandWord& command, size_t columns) const {
   if (!help->codes.empty()) {
     rows = {};
     for (const language::CodeHelp& code : help->codes) rows.push_back({code.code, "", code.when});
-    out +=
-        "\n" + tr("Answers, besides those that any line may get") + "\n" + rows_text(rows, columns);
+    out += "\n" + wrapped(tr("Answers, besides those that any line may get"), 0, columns) +
+           rows_text(rows, columns);
   }
   return out;
 }

@@ -17,7 +17,7 @@ class ShellHelp {
   // The language has to outlive this object.
   explicit ShellHelp(const Language& language);
 
-  // All commands by groups, one line each, cut to so many columns; 0 cuts nothing.
+  // All commands by groups, in lines of at most so many columns; 0 gives each one line.
   std::string overview(size_t columns) const;
   // The command that a word finds: its fields, what they take, and what the page on the language
   // says of it. A word that finds none gets a suggestion.

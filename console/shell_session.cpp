@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <optional>
 #include <utility>
 #include <vector>
 
+#include "batch_stop.h"
 #include "failure.h"
 #include "interrupt.h"
 #include "notices.h"
@@ -107,10 +109,19 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
 
 void ShellSession::run(const std::string& text, const std::string& place) {
   std::string answer;
-  const long code = library_.run_line(text, &answer);
-  show_answer(text, code, answer, place);
+  long code = 0;
+  std::optional<uint64_t> stopped_behind;
+  if (const std::string_view inner = without_blanks(text); !inner.empty() && inner[0] == '@') {
+    BatchStop stop(client_);
+    code = library_.run_line(text, &answer);
+    stopped_behind = stop.stopped_behind();
+  } else {
+    code = library_.run_line(text, &answer);
+  }
+  if (!stopped_behind || code != 0) show_answer(text, code, answer, place);
   show_paper();
   tell_register_failure();
+  if (stopped_behind) tell_stop(shown(without_blanks(text), kShownLine), *stopped_behind);
 }
 
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
@@ -130,7 +141,9 @@ void ShellSession::show_answer(const std::string& text, long code, const std::st
                                  ? " " + shown(without_trailing_blanks(
                                              std::string_view(answer).substr(plain_answer_.size())))
                                  : ": " + words;
-    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + rest + "\n");
+    const std::string ok = tr("ok");
+    streams_.output(styled(ok, Style::kGood, look_.colours) +
+                    flowed(rest, columns_of(ok), 0, look_.columns()) + "\n");
   } else if (!in_file_ && !holds_nothing(text)) {
     streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + "\n");
   }
@@ -140,9 +153,18 @@ void ShellSession::show_answer(const std::string& text, long code, const std::st
 void ShellSession::fail(const std::string& place, const std::string& what, std::string_view line) {
   ++failures_;
   std::string text = !look_.terminal || in_file_
-                         ? fmt::format("{}: {}\n", place, what)
-                         : styled(what, Style::kError, look_.colours) + "\n";
+                         ? laid_out(fmt::format("{}: {}", place, what))
+                         : styled(laid_out(what), Style::kError, look_.colours);
   if (!line.empty()) text += fmt::format("    {}\n", shown(line, kShownLine));
+  if (look_.terminal) {
+    streams_.output(text);
+  } else {
+    streams_.error(text);
+  }
+}
+
+void ShellSession::tell_stop(const std::string& file, uint64_t line) {
+  const std::string text = laid_out(tr("{}: stopped by Ctrl-C behind line {}", file, line));
   if (look_.terminal) {
     streams_.output(text);
   } else {
@@ -159,14 +181,22 @@ void ShellSession::tell_register_failure() {
 
 // --- The paper.
 
-// On a terminal a strip of paper with its edges, so that it cannot be taken for what was typed.
-std::string ShellSession::framed(const std::string& line) const {
+// On a terminal a strip of paper with its edges, so that it cannot be taken for what was typed. A
+// window that is too narrow for the edges has the line alone.
+std::string ShellSession::paper_strip(const std::string& line) const {
   if (!look_.terminal) return line + "\n";
+  constexpr std::string_view kLeft = "  |";
+  constexpr std::string_view kRight = "|";
+  constexpr size_t kRoom = lorimat::Paper::kColumns;
   const std::string text = shown(line);
+  const size_t columns = look_.columns();
+  if (columns < kLeft.size() + kRoom + kRight.size()) {
+    return styled(broken(without_trailing_blanks(text), columns), Style::kFaint, look_.colours);
+  }
   const size_t width = columns_of(text);
-  const size_t room = lorimat::Paper::kColumns;
-  return styled(fmt::format("  |{}{}|", text, std::string(width < room ? room - width : 0, ' ')),
-                Style::kFaint, look_.colours) +
+  const std::string blanks(width < kRoom ? kRoom - width : 0, ' ');
+  return styled(fmt::format("{}{}{}{}", kLeft, text, blanks, kRight), Style::kFaint,
+                look_.colours) +
          "\n";
 }
 
@@ -174,7 +204,7 @@ void ShellSession::show_paper() {
   const std::vector<std::string>& lines = client_.printed().lines();
   std::string text;
   for (size_t i = std::min(paper_shown_, lines.size()); i < lines.size(); ++i) {
-    text += framed(lines[i]);
+    text += paper_strip(lines[i]);
   }
   paper_shown_ = lines.size();
   if (!text.empty()) streams_.output(text);
@@ -195,13 +225,17 @@ void ShellSession::show_last_paper(const std::string& number) {
   }
   std::string text;
   for (size_t i = lines.size() - std::min(count, lines.size()); i < lines.size(); ++i) {
-    text += framed(lines[i]);
+    text += paper_strip(lines[i]);
   }
   if (text.empty() && look_.terminal) text = tr("The paper is blank.") + "\n";
   streams_.output(text);
 }
 
 // --- Help, and the shell's own words.
+
+std::string ShellSession::laid_out(const std::string& text) const {
+  return wrapped(text, 0, look_.columns());
+}
 
 void ShellSession::help(std::string_view word, const std::string& place, std::string_view line) {
   const size_t columns = look_.columns();
@@ -232,7 +266,9 @@ void ShellSession::own_word(std::string_view text) {
   }
   if (!rest.empty()) throw Failure(tr("nothing may stand behind {}", word));
   if (word == ".help") list_own_words();
-  if (word == ".status") streams_.output(status_text(client_.device(), client_.file()));
+  if (word == ".status") {
+    streams_.output(status_text(client_.device(), client_.file(), look_.columns()));
+  }
   if (word == ".quit") quit_ = true;
 }
 
@@ -241,16 +277,15 @@ void ShellSession::list_own_words() {
   for (const OwnWord& own : kOwnWords) width = std::max(width, columns_of(own.form));
   std::string out;
   const auto add = [&](const std::string& form, const std::string& what) {
-    out += fmt::format("  {:<{}}  {}\n", form, width, what);
+    out += entry(fmt::format("  {:<{}}  ", form, width), what, look_.columns());
   };
   add("?", tr("lists the commands of the language"));
   add("? VEND", tr("tells of one: its fields and what they take"));
   for (const OwnWord& own : kOwnWords) add(own.form, std::string(translated(own.what)));
   if (look_.terminal) {
-    out += "\n" + wrapped(tr("TAB completes names of commands, fields, values and files; the up "
-                             "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
-                             "A line that begins with a blank is not kept in the history."),
-                          0, look_.columns());
+    out += "\n" + laid_out(tr("TAB completes names of commands, fields, values and files; the up "
+                              "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
+                              "A line that begins with a blank is not kept in the history."));
   }
   streams_.output(out);
 }
@@ -258,7 +293,7 @@ void ShellSession::list_own_words() {
 void ShellSession::change_faults(std::string_view words) {
   lorimat::VirtualRegister& device = client_.device();
   if (words.empty()) {
-    streams_.output(fault_list(device.faults()));
+    streams_.output(fault_list(device.faults(), look_.columns()));
   } else if (words == "clear") {
     device.ClearFaults();
   } else {
@@ -296,12 +331,7 @@ void ShellSession::run_file(const std::string& file) {
   const uint64_t failed = failures_ - before;
   if (interrupted != 0) {
     // In a pipe the whole input ends with it, and tells of it.
-    const std::string text = tr("{}: stopped by Ctrl-C behind line {}", reader.name(), line.number);
-    if (look_.terminal) {
-      streams_.output(text + "\n");
-    } else {
-      streams_.error(text + "\n");
-    }
+    tell_stop(reader.name(), line.number);
   } else if (look_.terminal && failed == 0) {
     streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " +
                     tr_count(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");

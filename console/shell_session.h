@@ -23,7 +23,7 @@ class ShellSession {
   struct Look {
     bool terminal = false;  // else plain: paper on standard output, all else on standard error
     bool colours = false;
-    std::function<size_t()> columns;  // of the window
+    std::function<size_t()> columns;  // of the window; 0 where lines are not wrapped
   };
 
   // All of them have to outlive this object; the library has been started.
@@ -49,6 +49,7 @@ class ShellSession {
   void run(const std::string& text, const std::string& place);
   void show_answer(const std::string& text, long code, const std::string& answer,
                    const std::string& place);
+  void tell_stop(const std::string& file, uint64_t line);
   void fail(const std::string& place, const std::string& what, std::string_view line);
   void tell_register_failure();
   void help(std::string_view word, const std::string& place, std::string_view line);
@@ -57,7 +58,9 @@ class ShellSession {
   void show_last_paper(const std::string& number);
   void change_faults(std::string_view words);
   void run_file(const std::string& file);
-  std::string framed(const std::string& line) const;
+  std::string paper_strip(const std::string& line) const;
+  // A text of the shell's own, in lines that fit the window.
+  std::string laid_out(const std::string& text) const;
 
   const Language& language_;
   Library& library_;

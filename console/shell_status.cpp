@@ -13,6 +13,7 @@
 #include "register/virtual_register.h"
 #include "register_text.h"
 #include "rpccommon/services/rtffptrconst.h"
+#include "shell_text.h"
 #include "text.h"
 #include "translate.h"
 
@@ -111,7 +112,8 @@ std::string status_line(const lorimat::VirtualRegister& device) {
   return line;
 }
 
-std::string status_text(const lorimat::VirtualRegister& device, const std::string& file) {
+std::string status_text(const lorimat::VirtualRegister& device, const std::string& file,
+                        size_t columns) {
   std::vector<std::pair<std::string, std::string>> rows = {
       {tr("State"), printer_state_text(device)},
       {tr("Key"), key_text(device.key_position())},
@@ -135,7 +137,13 @@ std::string status_text(const lorimat::VirtualRegister& device, const std::strin
   for (size_t i = 0; i < faults.size(); ++i) {
     rows.emplace_back(i == 0 ? tr("Faults") : "", fault_text(faults[i]));
   }
-  return paired_rows(rows);
+  size_t width = 0;
+  for (const auto& [name, value] : rows) width = std::max(width, columns_of(name));
+  std::string out;
+  for (const auto& [name, value] : rows) {
+    out += entry(name + std::string(width + 2 - columns_of(name), ' '), value, columns);
+  }
+  return out;
 }
 
 std::string open_document_words(const lorimat::VirtualRegister& device) {

@@ -1,6 +1,7 @@
 // The state of the register in words: the line above the prompt, and ".status".
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace lorimat {
@@ -14,8 +15,10 @@ std::string printer_state_text(const lorimat::VirtualRegister& device);
 // the end: training, faults that wait.
 std::string status_line(const lorimat::VirtualRegister& device);
 
-// The same and more, a line for each. `file` is where the register is kept; empty in memory.
-std::string status_text(const lorimat::VirtualRegister& device, const std::string& file);
+// The same and more, an entry for each, in lines of at most so many columns; 0 gives each one
+// line. `file` is where the register is kept; empty in memory.
+std::string status_text(const lorimat::VirtualRegister& device, const std::string& file,
+                        size_t columns);
 
 // "the receipt is open, with 2 items and a subtotal of 4,00"; empty when nothing is open.
 std::string open_document_words(const lorimat::VirtualRegister& device);

@@ -2,7 +2,14 @@
 
 #include <algorithm>
 
+#include "text.h"
+
 namespace {
+
+// Of an entry's text: what has to be left beside its heading, or it stands below, behind a few
+// blanks.
+constexpr size_t kLeastBeside = 20;
+constexpr size_t kBelow = 4;
 
 // The bytes of the character that begins there; 1 for a byte that begins none.
 size_t character_size(std::string_view text, size_t at) {
@@ -34,27 +41,58 @@ std::string cut_to(std::string_view text, size_t columns) {
   return std::string(text.substr(0, end)) + "...";
 }
 
-std::string wrapped(std::string_view text, size_t indent, size_t columns) {
-  const size_t hanging = indent + (text.substr(0, 2) == "- " ? 2 : 0);
-  std::string out(indent, ' ');
-  size_t column = indent;
-  bool first = true;
+std::string flowed(std::string_view text, size_t column, size_t indent, size_t columns) {
+  if (columns == 0) return std::string(text);
+  std::string out;
+  bool begins_line = column <= indent;
   while (!text.empty()) {
-    const size_t blank = std::min(text.find(' '), text.size());
-    const std::string_view word = text.substr(0, blank);
+    const size_t blanks = std::min(text.find_first_not_of(' '), text.size());
+    text.remove_prefix(blanks);
+    if (text.empty()) break;
+    const std::string_view word = text.substr(0, text.find(' '));
     const size_t width = columns_of(word);
-    if (!first && columns != 0 && column + 1 + width > columns) {
+    if (!begins_line && column + blanks + width > columns) {
       out += '\n';
-      out.append(hanging, ' ');
-      column = hanging;
-    } else if (!first) {
-      out += ' ';
-      ++column;
+      out.append(indent, ' ');
+      column = indent;
+    } else {
+      out.append(blanks, ' ');
+      column += blanks;
     }
-    first = false;
+    begins_line = false;
     out += word;
     column += width;
-    text.remove_prefix(std::min(blank + 1, text.size()));
+    text.remove_prefix(word.size());
+  }
+  return out;
+}
+
+std::string wrapped(std::string_view text, size_t indent, size_t columns) {
+  const size_t hanging = indent + (text.substr(0, 2) == "- " ? 2 : 0);
+  return std::string(indent, ' ') + flowed(text, indent, hanging, columns) + "\n";
+}
+
+std::string entry(std::string_view heading, std::string_view text, size_t columns) {
+  if (text.empty()) return std::string(without_trailing_blanks(heading)) + "\n";
+  const size_t beside = columns_of(heading);
+  if (columns == 0 || beside + kLeastBeside <= columns) {
+    return std::string(heading) + flowed(text, beside, beside, columns) + "\n";
+  }
+  return std::string(without_trailing_blanks(heading)) + "\n" + wrapped(text, kBelow, columns);
+}
+
+std::string broken(std::string_view text, size_t columns) {
+  std::string out;
+  size_t column = 0;
+  for (size_t at = 0; at < text.size();) {
+    if (columns != 0 && column == columns) {
+      out += '\n';
+      column = 0;
+    }
+    const size_t size = character_size(text, at);
+    out += text.substr(at, size);
+    at += size;
+    ++column;
   }
   return out + "\n";
 }

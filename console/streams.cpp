@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -84,6 +85,11 @@ void Streams::output(std::string_view text) {
 void Streams::error(std::string_view text) { write_all(own_error_.get(), text); }
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }
+
+size_t Streams::notice_columns() const {
+  winsize window{};
+  return wraps_ && ioctl(own_error_.get(), TIOCGWINSZ, &window) == 0 ? window.ws_col : 0;
+}
 
 bool Streams::output_has_colours() const { return has_colours(own_output_.get()); }
 

@@ -7,6 +7,7 @@
 // there, and turns descriptor 2 away for the moment of unloading.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -46,6 +47,10 @@ class Streams {
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void error(std::string_view text);
   bool error_is_terminal() const;
+  // From here on notices are wrapped where standard error is a terminal.
+  void wrap_notices() { wraps_ = true; }
+  // The columns that a notice may take; 0 for any number.
+  size_t notice_columns() const;
   // Whether texts for them may be coloured.
   bool output_has_colours() const;
   bool error_has_colours() const;
@@ -65,4 +70,5 @@ class Streams {
   Descriptor own_error_;
   Descriptor trace_;
   bool tracing_ = false;
+  bool wraps_ = false;
 };

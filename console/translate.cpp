@@ -14,7 +14,7 @@ namespace {
 bool english_wanted = false;
 
 // The variables in the order in which the C library asks them for the language of messages.
-bool user_reads_italian() {
+bool ask_environment_for_italian() {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* value = std::getenv(name);
     if (value == nullptr || *value == 0) continue;
@@ -24,6 +24,11 @@ bool user_reads_italian() {
            (language.size() == 2 || language[2] == '_' || language[2] == '.' || language[2] == '@');
   }
   return false;
+}
+
+bool user_reads_italian() {
+  static const bool italian = ask_environment_for_italian();
+  return italian;
 }
 
 std::unordered_map<std::string_view, std::string_view> table_for_user() {
@@ -63,6 +68,8 @@ std::optional<std::vector<std::string_view>> fields_of(std::string_view message,
 }
 
 }  // namespace
+
+bool messages_are_italian() { return !english_wanted && user_reads_italian(); }
 
 std::string_view translated(std::string_view english) {
   static const auto table = table_for_user();

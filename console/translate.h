@@ -19,6 +19,9 @@
 // the Italian table finds it.
 #define TR_TEXT(text) text
 
+// Whether messages are Italian now: the user reads it, and no EnglishMessages lives.
+bool messages_are_italian();
+
 // The Italian of an English message; the English itself where there is none, or for a user of
 // another language.
 std::string_view translated(std::string_view english);

@@ -6,9 +6,53 @@
 
 namespace language {
 
-extern const char* const kLanguagePage;
+extern const char* const kEnglishPage;
+extern const char* const kItalianPage;
 
 namespace {
+
+// What the reader knows a page's parts by, and what it says of commands without a chapter.
+struct PageWords {
+  std::string_view shortest;  // in front of how far a command may be cut
+  std::string_view number;    // headings of columns
+  std::string_view value;
+  std::string_view code;
+  std::string_view fields;
+  std::string_view flag;  // what such a field takes begins with one of these
+  std::string_view bare_flag;
+  std::string_view without_effect;  // and the code behind it
+  std::string_view word_of_dumps;
+  std::string_view field_of_dumps;
+  std::string_view always;
+};
+
+constexpr PageWords kEnglish = {
+    .shortest = "Short:",
+    .number = "No",
+    .value = "Value",
+    .code = "Code",
+    .fields = "Fields",
+    .flag = "flag",
+    .bare_flag = "bare flag",
+    .without_effect = "Without effect; answers ",
+    .word_of_dumps = "A word of dumps; a line that begins with it answers 268.",
+    .field_of_dumps = "stands in dumps",
+    .always = "always",
+};
+
+constexpr PageWords kItalian = {
+    .shortest = "Abbreviazione:",
+    .number = "N.",
+    .value = "Valore",
+    .code = "Codice",
+    .fields = "Campi",
+    .flag = "indicatore",
+    .bare_flag = "solo nome",
+    .without_effect = "Senza effetto; risponde ",
+    .word_of_dumps = "Una parola dei dump; una riga che comincia così risponde 268.",
+    .field_of_dumps = "compare nei dump",
+    .always = "sempre",
+};
 
 bool starts_with(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
@@ -26,6 +70,13 @@ std::string without_marks(std::string_view text) {
     if (c != '`') out += c;
   }
   return out;
+}
+
+// Whether the words stand at the beginning: "flag: ...", but not "flags of the device".
+bool begins_with_words(std::string_view text, std::string_view words) {
+  if (!starts_with(text, words)) return false;
+  const std::string_view behind = text.substr(words.size());
+  return behind.empty() || std::string_view(" :;,").find(behind.front()) != std::string_view::npos;
 }
 
 // The number that the text begins with; 0 for none.
@@ -57,6 +108,8 @@ std::vector<std::string> cells(std::string_view line) {
 // Reads the page line by line.
 class PageReader {
  public:
+  explicit PageReader(const PageWords& words) : words_(words) {}
+
   std::vector<CommandGroup> read(std::string_view page) {
     while (!page.empty()) {
       const size_t end = std::min(page.find('\n'), page.size());
@@ -116,8 +169,8 @@ class PageReader {
       open_paragraph_ = false;
       return;
     }
-    if (command_ && starts_with(text, "Short:")) {
-      const std::string_view word = trimmed(std::string_view(text).substr(6));
+    if (command_ && starts_with(text, words_.shortest)) {
+      const std::string_view word = trimmed(std::string_view(text).substr(words_.shortest.size()));
       command().shortest = word.substr(0, word.find_last_not_of('.') + 1);
       return;
     }
@@ -137,7 +190,7 @@ class PageReader {
     open_paragraph_ = false;
     if (header_.empty()) {
       header_ = row;
-      if (command_ && header_[0] == "Value" && header_.size() == 3) {
+      if (command_ && header_[0] == words_.value && header_.size() == 3) {
         command().values.push_back({header_[2], {}});
       }
       return;
@@ -145,31 +198,35 @@ class PageReader {
     if (starts_with(row[0], "--") || row.size() != header_.size()) return;
     if (!command_) {
       take_listed(row);
-    } else if (header_[0] == "No" && row.size() == 4) {
-      command().fields.push_back({leading_number(row[0]), split(row[1], ','), row[2], row[3]});
-    } else if (header_[0] == "Value" && row.size() == 3) {
+    } else if (header_[0] == words_.number && row.size() == 4) {
+      const bool flag =
+          begins_with_words(row[3], words_.flag) || begins_with_words(row[3], words_.bare_flag);
+      command().fields.push_back(
+          {leading_number(row[0]), split(row[1], ','), row[2], row[3], flag});
+    } else if (header_[0] == words_.value && row.size() == 3) {
       command().values.back().rows.push_back({row[0], row[1], row[2]});
-    } else if (header_[0] == "Code" && row.size() == 2) {
+    } else if (header_[0] == words_.code && row.size() == 2) {
       command().codes.push_back({row[0], row[1]});
     }
   }
 
   // The tables of commands that have no chapter.
   void take_listed(const std::vector<std::string>& row) {
-    if (header_[0] != "No" || row.size() != 3) return;
+    if (header_[0] != words_.number || row.size() != 3) return;
     CommandHelp help;
     help.id = leading_number(row[0]);
     help.name = row[1];
     help.group = groups_.back().title;
-    if (header_[2] == "Code") {
-      help.text = {"Without effect; answers " + row[2] + "."};
-      help.codes = {{row[2], "always"}};
-    } else if (header_[2] == "Fields") {
-      help.text = {"A word of dumps; a line that begins with it answers 268."};
-      help.codes = {{"268", "always"}};
+    const std::string always(words_.always);
+    if (header_[2] == words_.code) {
+      help.text = {std::string(words_.without_effect) + row[2] + "."};
+      help.codes = {{row[2], always}};
+    } else if (header_[2] == words_.fields) {
+      help.text = {std::string(words_.word_of_dumps)};
+      help.codes = {{"268", always}};
       int number = 0;
       for (const std::string& name : split(row[2], ',')) {
-        help.fields.push_back({++number, {name}, "", "stands in dumps"});
+        help.fields.push_back({++number, {name}, "", std::string(words_.field_of_dumps), false});
       }
     } else {
       return;
@@ -177,6 +234,7 @@ class PageReader {
     groups_.back().commands.push_back(std::move(help));
   }
 
+  const PageWords& words_;
   std::vector<CommandGroup> groups_;
   std::vector<std::string> header_;  // of the table being read
   bool command_ = false;             // in a command's chapter
@@ -185,11 +243,14 @@ class PageReader {
   bool open_paragraph_ = false;
 };
 
-}  // namespace
-
-bool FieldHelp::is_flag() const {
-  return starts_with(takes, "flag") || starts_with(takes, "bare flag");
+// What a page has, but the groups without commands.
+std::vector<CommandGroup> groups_with_commands(std::string_view page, PageLanguage language) {
+  std::vector<CommandGroup> groups = read_command_help(page, language);
+  std::erase_if(groups, [](const CommandGroup& group) { return group.commands.empty(); });
+  return groups;
 }
+
+}  // namespace
 
 std::string CommandHelp::summary() const {
   if (text.empty()) return {};
@@ -204,21 +265,21 @@ const FieldHelp* CommandHelp::find_field(int number) const {
   return nullptr;
 }
 
-std::vector<CommandGroup> read_command_help(std::string_view page) {
-  return PageReader().read(page);
+std::vector<CommandGroup> read_command_help(std::string_view page, PageLanguage language) {
+  return PageReader(language == PageLanguage::kItalian ? kItalian : kEnglish).read(page);
 }
 
-const std::vector<CommandGroup>& command_groups() {
-  static const std::vector<CommandGroup> groups = [] {
-    std::vector<CommandGroup> all = read_command_help(kLanguagePage);
-    std::erase_if(all, [](const CommandGroup& group) { return group.commands.empty(); });
-    return all;
-  }();
-  return groups;
+const std::vector<CommandGroup>& command_groups(PageLanguage language) {
+  if (language == PageLanguage::kItalian) {
+    static const auto italian = groups_with_commands(kItalianPage, PageLanguage::kItalian);
+    return italian;
+  }
+  static const auto english = groups_with_commands(kEnglishPage, PageLanguage::kEnglish);
+  return english;
 }
 
-const CommandHelp* find_command_help(int id) {
-  for (const CommandGroup& group : command_groups()) {
+const CommandHelp* find_command_help(int id, PageLanguage language) {
+  for (const CommandGroup& group : command_groups(language)) {
     for (const CommandHelp& command : group.commands) {
       if (command.id == id) return &command;
     }

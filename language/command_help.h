@@ -1,6 +1,6 @@
 // What the commands of the language do and what their fields take: the chapters of
-// docs/language.md, as data. The page is compiled in, so that it and the help of the console
-// cannot differ.
+// docs/language.md, as data, and those of its Italian, docs/language.it.md. The pages are compiled
+// in, so that they and the help of the console cannot differ.
 //
 // Words are those of the definition file that ships; numbers hold for every file. Texts have lost
 // the page's marks (`code`) and its line ends.
@@ -12,14 +12,16 @@
 
 namespace language {
 
+// The language that a page is written in. All pages have the same commands in the same order, with
+// the same fields, values and codes.
+enum class PageLanguage { kEnglish, kItalian };
+
 struct FieldHelp {
   int number = 0;
   std::vector<std::string> names;  // the first is the name, the others are aliases
   std::string shortest;            // how far the name may be cut
   std::string takes;               // "quantity", "text of up to 50 characters", "flag: ..."
-
-  // Whether naming the field is all there is to it.
-  bool is_flag() const;
+  bool is_flag = false;            // naming the field is all there is to it
 };
 
 // A word that stands for a value in a field.
@@ -35,7 +37,7 @@ struct ValueTable {
 };
 
 struct CodeHelp {
-  std::string code;  // a number, "device", or "device twice"
+  std::string code;  // a number, or the page's words for "device" and "device twice"
   std::string when;
 };
 
@@ -61,12 +63,13 @@ struct CommandGroup {
   std::vector<CommandHelp> commands;
 };
 
-// Reads a page of this form.
-std::vector<CommandGroup> read_command_help(std::string_view page);
+// Reads a page of this form, which has the headings of this language.
+std::vector<CommandGroup> read_command_help(std::string_view page,
+                                            PageLanguage language = PageLanguage::kEnglish);
 
-// The page that was compiled in. The groups without commands are left out.
-const std::vector<CommandGroup>& command_groups();
+// A page that was compiled in. The groups without commands are left out.
+const std::vector<CommandGroup>& command_groups(PageLanguage language = PageLanguage::kEnglish);
 // Null for a number that is no command's.
-const CommandHelp* find_command_help(int id);
+const CommandHelp* find_command_help(int id, PageLanguage language = PageLanguage::kEnglish);
 
 }  // namespace language

@@ -168,6 +168,7 @@ TEST_F(ShellOnTerminal, TheFolderOfTheHistoryMayBeNamed) {
 TEST_F(ShellOnTerminal, AHistoryThatCannotBeKeptIsANote) {
   TerminalSetting none = setting();
   none.environment["HOME"] = "/proc/none";
+  none.columns = 200;
   TerminalRun run(shell(), none);
   EXPECT_THAT(run.enter("SUBT"),
               Contains(StartsWith("lorimat: note: the lines typed are not kept: /proc/none/")));

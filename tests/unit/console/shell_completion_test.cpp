@@ -69,6 +69,8 @@ TEST_F(ShellCompletion, AFieldIsCompletedWithItsEqualsSign) {
 TEST_F(ShellCompletion, AFlagStandsAlone) {
   EXPECT_THAT(complete("VEND REP=1, ri"), ElementsAre("VEND REP=1, RIGASOPRA"));
   EXPECT_THAT(complete("CHIAVE re"), ElementsAre("CHIAVE REG"));
+  // It takes a number, of flags.
+  EXPECT_THAT(complete("POPER OPE=1, f"), ElementsAre("POPER OPE=1, FLAG="));
 }
 
 TEST_F(ShellCompletion, FieldsThatTheLineHasAreNotOfferedAgain) {

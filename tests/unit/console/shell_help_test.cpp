@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "console/shell_text.h"
 #include "language/command_help.h"
@@ -26,6 +29,11 @@ size_t widest_line(const std::string& text) {
   size_t widest = 0;
   for (std::string line; std::getline(stream, line);) widest = std::max(widest, columns_of(line));
   return widest;
+}
+
+std::vector<std::string> words_of(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
 }
 
 size_t count_of(const std::string& text, const std::string& part) {
@@ -54,9 +62,30 @@ TEST_F(ShellHelpTexts, TheOverviewHasEveryCommandOnceUnderItsGroup) {
   EXPECT_THAT(text, Not(HasSubstr("Others")));
 }
 
-TEST_F(ShellHelpTexts, TheOverviewFitsTheWindow) {
-  EXPECT_LE(widest_line(help_.overview(80)), 80u);
-  EXPECT_LE(widest_line(help_.overview(45)), 45u);
+TEST_F(ShellHelpTexts, TheOverviewFitsTheWindowAndLosesNoWord) {
+  const std::vector<std::string> words = words_of(help_.overview(0));
+  for (const size_t columns : {30u, 40u, 46u, 80u}) {
+    const std::string text = help_.overview(columns);
+    EXPECT_LE(widest_line(text), columns);
+    EXPECT_EQ(words, words_of(text)) << columns;
+  }
+}
+
+TEST_F(ShellHelpTexts, TheOverviewHangsASummaryBehindItsCommand) {
+  EXPECT_THAT(help_.overview(80),
+              HasSubstr("\n  CHIU        CHIU        Pays, and closes the receipt when the payment "
+                        "covers\n                          "));
+  // And below it, in a window that has no room beside it.
+  EXPECT_THAT(help_.overview(30), HasSubstr("\n  VEND        VE\n    Sells one line.\n"));
+}
+
+TEST_F(ShellHelpTexts, WithoutAWindowACommandIsALine) {
+  const std::string text = help_.overview(0);
+  for (const auto& group : language::command_groups()) {
+    for (const language::CommandHelp& help : group.commands) {
+      EXPECT_THAT(text, HasSubstr("  " + help.summary() + "\n")) << help.name;
+    }
+  }
 }
 
 TEST_F(ShellHelpTexts, ACommandShowsItsFieldsWithShortFormAndWhatTheyTake) {
@@ -96,6 +125,15 @@ TEST_F(ShellHelpTexts, EveryCommandHasAPageThatFitsTheWindow) {
     size_t limit = 80;
     for (const std::string& example : help->examples) limit = std::max(limit, example.size() + 2);
     EXPECT_LE(widest_line(page.text), limit) << command.name;
+  }
+}
+
+TEST_F(ShellHelpTexts, NoPageLosesAWordInANarrowWindow) {
+  for (const CommandWord& command : language_.commands()) {
+    const std::vector<std::string> words = words_of(help_.command(command.name, 0).text);
+    for (const size_t columns : {30u, 40u, 46u}) {
+      EXPECT_EQ(words, words_of(help_.command(command.name, columns).text)) << command.name;
+    }
   }
 }
 

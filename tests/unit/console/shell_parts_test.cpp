@@ -189,9 +189,9 @@ TEST(ShellFaultWords, WhatMakesNoFaultIsRefusedWithACause) {
 
 TEST(ShellFaultWords, TheListHasEveryFaultAndThoseThatWait) {
   lorimat::FaultPlan plan;
-  EXPECT_THAT(fault_list(plan), HasSubstr("No fault waits.\n"));
+  EXPECT_THAT(fault_list(plan, 0), HasSubstr("No fault waits.\n"));
   plan.Add(read_fault("paper-end nth 2"));
-  const std::string list = fault_list(plan);
+  const std::string list = fault_list(plan, 0);
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
     EXPECT_THAT(list, HasSubstr("\n  " + std::string(kind.name) + " ")) << kind.name << "\n"
                                                                         << "\n" + list;
@@ -294,7 +294,7 @@ TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   EXPECT_EQ("READY  key registering", status_line(device));
   ASSERT_EQ(0, device.BeginTraining());
   EXPECT_EQ("READY  key registering  TRAINING", status_line(device));
-  EXPECT_THAT(status_text(device, ""), HasSubstr("\nTraining       yes\n"));
+  EXPECT_THAT(status_text(device, "", 0), HasSubstr("\nTraining       yes\n"));
   ASSERT_EQ(0, device.EndTraining());
   EXPECT_EQ("READY  key registering", status_line(device));
 }
@@ -304,7 +304,7 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   device.AddFault({.name = "paper-end"});
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
   EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", status_line(device));
-  EXPECT_THAT(status_text(device, "/a\x1b/shop"), HasSubstr("\nRegister       /a\\x1B/shop\n"));
+  EXPECT_THAT(status_text(device, "/a\x1b/shop", 0), HasSubstr("\nRegister       /a\\x1B/shop\n"));
   EXPECT_EQ("", open_document_words(device));
 }
 

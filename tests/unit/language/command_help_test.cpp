@@ -1,5 +1,6 @@
-// The help on the language says what docs/language.md says, all of it and nothing else. The page
-// itself is held against the definition file by language_docs_test.cpp.
+// The help on the language says what docs/language.md says, and docs/language.it.md, all of it and
+// nothing else. The pages themselves are held against the definition file by
+// language_docs_test.cpp, and against each other by language_pages_test.cpp.
 #include "language/command_help.h"
 
 #include <gmock/gmock.h>
@@ -16,6 +17,7 @@
 using language::CommandGroup;
 using language::CommandHelp;
 using language::find_command_help;
+using language::PageLanguage;
 using language::read_command_help;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -23,9 +25,29 @@ using testing::SizeIs;
 
 namespace {
 
-std::vector<std::string> page_lines() {
+// A page, and its headings of tables.
+struct Page {
+  PageLanguage language;
+  const char* name;
+  const char* file;
+  std::string fields;
+  std::string values;
+  std::string codes;
+  std::string shortest;
+};
+
+const Page kPages[] = {
+    {PageLanguage::kEnglish, "English", "language.md", "| No | Field | Short | Takes |",
+     "| Value | Word |", "| Code | When |", "Short: "},
+    {PageLanguage::kItalian, "Italian", "language.it.md", "| N. | Campo | Abbrev. | Prende |",
+     "| Valore | Parola |", "| Codice | Quando |", "Abbreviazione: "},
+};
+
+void PrintTo(const Page& page, std::ostream* stream) { *stream << page.file; }
+
+std::vector<std::string> page_lines(const Page& page) {
   std::vector<std::string> lines =
-      shipped::Lines(std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / "language.md");
+      shipped::Lines(std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / page.file);
   for (std::string& line : lines)
     line.erase(std::remove(line.begin(), line.end(), '`'), line.end());
   return lines;
@@ -33,11 +55,11 @@ std::vector<std::string> page_lines() {
 
 // The rows of the page's tables that begin with these headings, and that stand in the chapter of
 // a command.
-std::multiset<std::string> page_rows(const std::string& heading) {
+std::multiset<std::string> page_rows(const Page& page, const std::string& heading) {
   std::multiset<std::string> rows;
   bool in_command = false;
   bool in_table = false;
-  for (const std::string& line : page_lines()) {
+  for (const std::string& line : page_lines(page)) {
     if (line.rfind("## ", 0) == 0) in_command = false;
     if (line.rfind("### ", 0) == 0) in_command = std::isdigit(static_cast<unsigned char>(line[4]));
     if (line.rfind("|", 0) != 0) {
@@ -59,9 +81,9 @@ std::string joined(const std::vector<std::string>& texts, const std::string& bet
 }
 
 // The commands that have a chapter of their own.
-std::vector<const CommandHelp*> chapters() {
+std::vector<const CommandHelp*> chapters(PageLanguage language) {
   std::vector<const CommandHelp*> all;
-  for (const CommandGroup& group : language::command_groups()) {
+  for (const CommandGroup& group : language::command_groups(language)) {
     for (const CommandHelp& command : group.commands) {
       if (!command.examples.empty()) all.push_back(&command);
     }
@@ -69,7 +91,15 @@ std::vector<const CommandHelp*> chapters() {
   return all;
 }
 
-TEST(CommandHelpPage, EveryRowOfFieldsIsThereOnceAndNoOther) {
+class CommandHelpPage : public testing::TestWithParam<Page> {
+ protected:
+  static std::vector<const CommandHelp*> chapters() { return ::chapters(GetParam().language); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Languages, CommandHelpPage, testing::ValuesIn(kPages),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST_P(CommandHelpPage, EveryRowOfFieldsIsThereOnceAndNoOther) {
   std::multiset<std::string> rows;
   for (const CommandHelp* command : chapters()) {
     for (const auto& field : command->fields) {
@@ -77,11 +107,11 @@ TEST(CommandHelpPage, EveryRowOfFieldsIsThereOnceAndNoOther) {
                   field.shortest + " | " + field.takes + " |");
     }
   }
-  EXPECT_EQ(page_rows("| No | Field | Short | Takes |"), rows);
+  EXPECT_EQ(page_rows(GetParam(), GetParam().fields), rows);
   EXPECT_GT(rows.size(), 200u);
 }
 
-TEST(CommandHelpPage, EveryWordForAValueIsThereOnceAndNoOther) {
+TEST_P(CommandHelpPage, EveryWordForAValueIsThereOnceAndNoOther) {
   std::multiset<std::string> rows;
   for (const CommandHelp* command : chapters()) {
     for (const auto& table : command->values) {
@@ -90,27 +120,27 @@ TEST(CommandHelpPage, EveryWordForAValueIsThereOnceAndNoOther) {
       }
     }
   }
-  EXPECT_EQ(page_rows("| Value | Word |"), rows);
+  EXPECT_EQ(page_rows(GetParam(), GetParam().values), rows);
   EXPECT_GT(rows.size(), 80u);
 }
 
-TEST(CommandHelpPage, EveryResultCodeIsThereOnceAndNoOther) {
+TEST_P(CommandHelpPage, EveryResultCodeIsThereOnceAndNoOther) {
   std::multiset<std::string> rows;
   for (const CommandHelp* command : chapters()) {
     for (const auto& code : command->codes) {
       rows.insert("| " + code.code + " | " + code.when + " |");
     }
   }
-  EXPECT_EQ(page_rows("| Code | When |"), rows);
+  EXPECT_EQ(page_rows(GetParam(), GetParam().codes), rows);
   EXPECT_GT(rows.size(), 80u);
 }
 
 // Every line of the commands' chapters that is in no table.
-TEST(CommandHelpPage, EveryTextAndExampleIsThereInItsOrder) {
+TEST_P(CommandHelpPage, EveryTextAndExampleIsThereInItsOrder) {
   std::string written;
   bool in_command = false;
   bool in_table = false;
-  for (const std::string& line : page_lines()) {
+  for (const std::string& line : page_lines(GetParam())) {
     if (line.rfind("## ", 0) == 0) in_command = false;
     if (line.rfind("### ", 0) == 0) {
       in_command = std::isdigit(static_cast<unsigned char>(line[4]));
@@ -123,7 +153,7 @@ TEST(CommandHelpPage, EveryTextAndExampleIsThereInItsOrder) {
   }
   std::string given;
   for (const CommandHelp* command : chapters()) {
-    given += " " + command->name + " Short: " + command->shortest + ". ";
+    given += " " + command->name + " " + GetParam().shortest + command->shortest + ". ";
     for (const std::string& text : command->text) given += text + " ";
     for (const std::string& text : command->remarks) given += text + " ";
     for (const std::string& line : command->examples) given += line + " ";
@@ -131,22 +161,22 @@ TEST(CommandHelpPage, EveryTextAndExampleIsThereInItsOrder) {
   EXPECT_EQ(written, given);
 }
 
-TEST(CommandHelpPage, EveryCommandOfTheDefinitionFileHasHelp) {
+TEST_P(CommandHelpPage, EveryCommandOfTheDefinitionFileHasHelp) {
   for (const auto& [number, row] : shipped::Rows(shipped::Sections().at("OPCOD"))) {
-    const CommandHelp* help = find_command_help(row.number);
+    const CommandHelp* help = find_command_help(row.number, GetParam().language);
     ASSERT_NE(nullptr, help) << row.name;
     EXPECT_EQ(row.name, help->name);
     EXPECT_FALSE(help->summary().empty()) << row.name;
     EXPECT_FALSE(help->codes.empty()) << row.name;
   }
   for (const auto& command : language::handler_fields()) {
-    EXPECT_NE(nullptr, find_command_help(command.id)) << command.id;
+    EXPECT_NE(nullptr, find_command_help(command.id, GetParam().language)) << command.id;
   }
-  EXPECT_EQ(nullptr, find_command_help(0));
-  EXPECT_EQ(nullptr, find_command_help(149));
+  EXPECT_EQ(nullptr, find_command_help(0, GetParam().language));
+  EXPECT_EQ(nullptr, find_command_help(149, GetParam().language));
 }
 
-TEST(CommandHelpPage, ASummaryIsOneSentence) {
+TEST_P(CommandHelpPage, ASummaryIsOneSentence) {
   for (const CommandHelp* command : chapters()) {
     const std::string summary = command->summary();
     EXPECT_EQ('.', summary.back()) << summary;
@@ -155,7 +185,7 @@ TEST(CommandHelpPage, ASummaryIsOneSentence) {
   }
 }
 
-TEST(CommandHelpPage, ASaleIsTold) {
+TEST(CommandHelpEnglish, ASaleIsTold) {
   const CommandHelp* vend = find_command_help(10);
   ASSERT_NE(nullptr, vend);
   EXPECT_EQ("VEND", vend->name);
@@ -165,13 +195,13 @@ TEST(CommandHelpPage, ASaleIsTold) {
   ASSERT_NE(nullptr, vend->find_field(3));
   EXPECT_THAT(vend->find_field(3)->names, ElementsAre("QTA", "QUANT"));
   EXPECT_EQ("quantity", vend->find_field(3)->takes);
-  EXPECT_FALSE(vend->find_field(3)->is_flag());
-  EXPECT_TRUE(vend->find_field(5)->is_flag());
+  EXPECT_FALSE(vend->find_field(3)->is_flag);
+  EXPECT_TRUE(vend->find_field(5)->is_flag);
   EXPECT_EQ(nullptr, vend->find_field(8));
   EXPECT_EQ("265", vend->codes.front().code);
 }
 
-TEST(CommandHelpPage, CommandsWithoutAChapterAreTold) {
+TEST(CommandHelpEnglish, CommandsWithoutAChapterAreTold) {
   const CommandHelp* selez = find_command_help(5);
   ASSERT_NE(nullptr, selez);
   EXPECT_EQ("Without effect; answers 1.", selez->summary());
@@ -182,9 +212,16 @@ TEST(CommandHelpPage, CommandsWithoutAChapterAreTold) {
   EXPECT_EQ("268", total->codes.front().code);
 }
 
-TEST(CommandHelpPage, AKeyThatIsNamedAloneIsAFlag) {
-  EXPECT_TRUE(find_command_help(15)->find_field(2)->is_flag());   // "bare flag: ..."
-  EXPECT_FALSE(find_command_help(48)->find_field(7)->is_flag());  // "yes/no: ..."
+TEST_P(CommandHelpPage, AKeyThatIsNamedAloneIsAFlag) {
+  const auto is_flag = [](int command, int field) {
+    return find_command_help(command, GetParam().language)->find_field(field)->is_flag;
+  };
+  EXPECT_TRUE(is_flag(10, 5));   // "flag: ..."
+  EXPECT_TRUE(is_flag(22, 6));   // "flag beside INIZIO: ..."
+  EXPECT_TRUE(is_flag(15, 2));   // "bare flag: ..."
+  EXPECT_TRUE(is_flag(30, 8));   // "bare flag; ..."
+  EXPECT_FALSE(is_flag(48, 7));  // "yes/no: ..."
+  EXPECT_FALSE(is_flag(53, 4));  // a field that is called FLAG
 }
 
 TEST(CommandHelpReader, ReadsTheParagraphsOfAGroupAndOfACommand) {

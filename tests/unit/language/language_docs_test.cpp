@@ -1,6 +1,6 @@
-// docs/language.md says what the definition file binds: the same commands and fields
-// under the same numbers, words with their values, short forms that hold, and example
-// lines that the translator reads.
+// docs/language.md and its Italian, docs/language.it.md, say what the definition file binds: the
+// same commands and fields under the same numbers, words with their values, short forms that hold,
+// and example lines that the translator reads.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -39,9 +39,45 @@ struct Chapter {
   std::vector<std::string> examples;
 };
 
-std::filesystem::path Page() {
-  return std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / "language.md";
-}
+// A page, and what its own words for chapters, columns and codes are in English.
+struct Page {
+  std::string name;
+  std::string file;
+  std::string shortest;
+  std::map<std::string, std::string> english;
+
+  std::string InEnglish(const std::string& word) const {
+    const auto found = english.find(word);
+    return found == english.end() ? word : found->second;
+  }
+};
+
+const Page kPages[] = {
+    {"English", "language.md", "Short: `", {}},
+    {"Italian",
+     "language.it.md",
+     "Abbreviazione: `",
+     {{"Righe", "Lines"},
+      {"Non ancora presenti", "Not there yet"},
+      {"Comandi senza effetto", "Commands without effect"},
+      {"Parole dei dump", "Words of dumps"},
+      {"N.", "No"},
+      {"Campo", "Field"},
+      {"Abbrev.", "Short"},
+      {"Prende", "Takes"},
+      {"Codice", "Code"},
+      {"Quando", "When"},
+      {"Comando", "Command"},
+      {"Per", "For"},
+      {"Valore", "Value"},
+      {"Parola", "Word"},
+      {"Campi", "Fields"},
+      {"Tasto", "Key"},
+      {"dispositivo", "device"},
+      {"dispositivo due volte", "device twice"}}},
+};
+
+void PrintTo(const Page& page, std::ostream* stream) { *stream << page.file; }
 
 TableRow Cells(const std::string& line) {
   TableRow cells;
@@ -51,12 +87,13 @@ TableRow Cells(const std::string& line) {
   return cells;
 }
 
-std::vector<Chapter> ReadPage() {
+std::vector<Chapter> ReadPage(const Page& page) {
   std::vector<Chapter> chapters(1);
   bool in_table = false;
   std::string fence;
   int number = 0;
-  for (const std::string& line : shipped::Lines(Page())) {
+  for (const std::string& line :
+       shipped::Lines(std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / page.file)) {
     ++number;
     if (line.rfind("```", 0) == 0) {
       fence = fence.empty() ? line : "";
@@ -72,7 +109,7 @@ std::vector<Chapter> ReadPage() {
     if (line.rfind("## ", 0) == 0 || line.rfind("### ", 0) == 0) {
       Chapter chapter;
       if (line[2] == ' ') {
-        chapter.title = line.substr(3);
+        chapter.title = page.InEnglish(line.substr(3));
       } else {
         chapter.title = chapters.back().title;
         chapter.heading = line.substr(4);
@@ -83,40 +120,45 @@ std::vector<Chapter> ReadPage() {
       }
       chapters.push_back(chapter);
     }
-    if (line.rfind("Short: `", 0) == 0) {
-      chapters.back().short_form = line.substr(8, line.find('`', 8) - 8);
+    if (line.rfind(page.shortest, 0) == 0) {
+      const size_t begin = page.shortest.size();
+      chapters.back().short_form = line.substr(begin, line.find('`', begin) - begin);
     }
     if (line.empty() || line.front() != '|') {
       in_table = false;
       continue;
     }
     if (!in_table) {
-      chapters.back().tables.push_back({Cells(line), {}, number});
+      TableRow header = Cells(line);
+      for (std::string& cell : header) cell = page.InEnglish(cell);
+      chapters.back().tables.push_back({header, {}, number});
       in_table = true;
     } else if (line.rfind("|--", 0) != 0) {
-      chapters.back().tables.back().rows.push_back(Cells(line));
+      Table& table = chapters.back().tables.back();
+      table.rows.push_back(Cells(line));
+      std::string& first = table.rows.back().front();
+      if (table.header.front() == "Code") first = page.InEnglish(first);
     }
   }
   return chapters;
 }
 
-class LanguageDocs : public testing::Test {
+class LanguageDocs : public testing::TestWithParam<Page> {
  protected:
   static void SetUpTestSuite() {
-    chapters_ = new std::vector<Chapter>(ReadPage());
     int result = 0;
     translator_ = shipped::Read(&result).release();
     ASSERT_EQ(1, result);
   }
   static void TearDownTestSuite() {
     delete translator_;
-    delete chapters_;
+    translator_ = nullptr;
   }
 
   // The commands that have a chapter.
-  static std::vector<Chapter> Commands() {
+  std::vector<Chapter> Commands() const {
     std::vector<Chapter> commands;
-    std::copy_if(chapters_->begin(), chapters_->end(), std::back_inserter(commands),
+    std::copy_if(chapters_.begin(), chapters_.end(), std::back_inserter(commands),
                  [](const Chapter& chapter) { return chapter.id != 0; });
     return commands;
   }
@@ -129,9 +171,9 @@ class LanguageDocs : public testing::Test {
   }
 
   // Rows of number and name of the table of a "##" chapter.
-  static std::map<int, std::string> Listed(const std::string& title, const TableRow& header) {
+  std::map<int, std::string> Listed(const std::string& title, const TableRow& header) const {
     std::map<int, std::string> listed;
-    for (const Chapter& chapter : *chapters_) {
+    for (const Chapter& chapter : chapters_) {
       if (chapter.title != title || !chapter.heading.empty()) continue;
       for (const Table& table : Tables(chapter, header)) {
         for (const TableRow& row : table.rows) listed[std::atoi(row[0].c_str())] = row[1];
@@ -140,22 +182,24 @@ class LanguageDocs : public testing::Test {
     return listed;
   }
 
-  static std::map<int, std::string> Pending() {
+  std::map<int, std::string> Pending() const {
     return Listed("Not there yet", {"No", "Command", "For"});
   }
-  static std::map<int, std::string> Stubs() {
+  std::map<int, std::string> Stubs() const {
     return Listed("Commands without effect", {"No", "Command", "Code"});
   }
-  static std::map<int, std::string> DumpWords() {
+  std::map<int, std::string> DumpWords() const {
     return Listed("Words of dumps", {"No", "Word", "Fields"});
   }
 
   static EcrCmdCommand* translator_;
-  static std::vector<Chapter>* chapters_;
+  const std::vector<Chapter> chapters_ = ReadPage(GetParam());
 };
 
 EcrCmdCommand* LanguageDocs::translator_ = nullptr;
-std::vector<Chapter>* LanguageDocs::chapters_ = nullptr;
+
+INSTANTIATE_TEST_SUITE_P(Languages, LanguageDocs, testing::ValuesIn(kPages),
+                         [](const auto& info) { return info.param.name; });
 
 const TableRow kFieldHeader = {"No", "Field", "Short", "Takes"};
 const TableRow kCodeHeader = {"Code", "When"};
@@ -167,14 +211,14 @@ std::vector<std::string> Names(const std::string& cell) {
   return names;
 }
 
-TEST_F(LanguageDocs, EveryTableHasAKnownFormAndWholeRows) {
+TEST_P(LanguageDocs, EveryTableHasAKnownFormAndWholeRows) {
   const std::set<TableRow> known = {kFieldHeader,
                                     kCodeHeader,
                                     {"No", "Command", "For"},
                                     {"No", "Command", "Code"},
                                     {"No", "Word", "Fields"},
                                     {"Code", "Word", "Key"}};
-  for (const Chapter& chapter : *chapters_) {
+  for (const Chapter& chapter : chapters_) {
     for (const Table& table : chapter.tables) {
       SCOPED_TRACE("line " + std::to_string(table.line));
       const bool words =
@@ -186,7 +230,7 @@ TEST_F(LanguageDocs, EveryTableHasAKnownFormAndWholeRows) {
   }
 }
 
-TEST_F(LanguageDocs, NamesEveryCommandOfTheFileAndNoOther) {
+TEST_P(LanguageDocs, NamesEveryCommandOfTheFileAndNoOther) {
   std::map<int, std::string> named = Pending();
   for (const auto& listed : {Stubs(), DumpWords()}) {
     for (const auto& [id, name] : listed) {
@@ -209,7 +253,7 @@ TEST_F(LanguageDocs, NamesEveryCommandOfTheFileAndNoOther) {
 
 // A command works exactly when the page does not list it as missing. Without a client and
 // without fields every handler comes back at once.
-TEST_F(LanguageDocs, ListsAsMissingExactlyTheCommandsThatAreNotBuilt) {
+TEST_P(LanguageDocs, ListsAsMissingExactlyTheCommandsThatAreNotBuilt) {
   // Without a client the reports wait for the whole of their time.
   Thread::set_sleep_function([](int) {});
   for (int row = 1; row < MAXOPCOD; ++row) {
@@ -226,8 +270,8 @@ TEST_F(LanguageDocs, ListsAsMissingExactlyTheCommandsThatAreNotBuilt) {
   Thread::set_sleep_function(nullptr);
 }
 
-TEST_F(LanguageDocs, StubsAnswerAsThePageSays) {
-  for (const Chapter& chapter : *chapters_) {
+TEST_P(LanguageDocs, StubsAnswerAsThePageSays) {
+  for (const Chapter& chapter : chapters_) {
     for (const Table& table : Tables(chapter, {"No", "Command", "Code"})) {
       for (const TableRow& row : table.rows) {
         SCOPED_TRACE(row[1]);
@@ -240,7 +284,7 @@ TEST_F(LanguageDocs, StubsAnswerAsThePageSays) {
   }
 }
 
-TEST_F(LanguageDocs, NamesEveryFieldOfACommandAndNoOther) {
+TEST_P(LanguageDocs, NamesEveryFieldOfACommandAndNoOther) {
   for (const Chapter& command : Commands()) {
     SCOPED_TRACE(command.command);
     std::multimap<int, std::string> written;
@@ -262,9 +306,9 @@ TEST_F(LanguageDocs, NamesEveryFieldOfACommandAndNoOther) {
   }
 }
 
-TEST_F(LanguageDocs, NamesTheFieldsOfTheWordsOfDumps) {
+TEST_P(LanguageDocs, NamesTheFieldsOfTheWordsOfDumps) {
   for (const auto& [id, word] : DumpWords()) {
-    for (const Chapter& chapter : *chapters_) {
+    for (const Chapter& chapter : chapters_) {
       for (const Table& table : Tables(chapter, {"No", "Word", "Fields"})) {
         for (const TableRow& row : table.rows) {
           if (std::atoi(row[0].c_str()) != id) continue;
@@ -281,7 +325,7 @@ TEST_F(LanguageDocs, NamesTheFieldsOfTheWordsOfDumps) {
 
 // The short form and everything longer find the command or field; one letter less does
 // not.
-TEST_F(LanguageDocs, ShortFormsHoldAndAreTheShortest) {
+TEST_P(LanguageDocs, ShortFormsHoldAndAreTheShortest) {
   for (const Chapter& command : Commands()) {
     const std::string& brief = command.short_form;
     SCOPED_TRACE(command.command);
@@ -314,9 +358,9 @@ TEST_F(LanguageDocs, ShortFormsHoldAndAreTheShortest) {
   }
 }
 
-TEST_F(LanguageDocs, EveryExampleReadsAsItsCommand) {
+TEST_P(LanguageDocs, EveryExampleReadsAsItsCommand) {
   int examples = 0;
-  for (const Chapter& chapter : *chapters_) {
+  for (const Chapter& chapter : chapters_) {
     for (const std::string& line : chapter.examples) {
       SCOPED_TRACE(line);
       ++examples;
@@ -334,8 +378,8 @@ TEST_F(LanguageDocs, EveryExampleReadsAsItsCommand) {
 }
 
 // The three spellings of one sale in the chapter on lines give the same fields.
-TEST_F(LanguageDocs, TheSpellingsOfALineMeanTheSame) {
-  for (const Chapter& chapter : *chapters_) {
+TEST_P(LanguageDocs, TheSpellingsOfALineMeanTheSame) {
+  for (const Chapter& chapter : chapters_) {
     if (chapter.title != "Lines" || !chapter.heading.empty()) continue;
     ASSERT_EQ(3u, chapter.examples.size());
     for (const std::string& line : chapter.examples) {
@@ -348,7 +392,7 @@ TEST_F(LanguageDocs, TheSpellingsOfALineMeanTheSame) {
   FAIL() << "no chapter on lines";
 }
 
-TEST_F(LanguageDocs, EveryCommandTellsItsResultCodes) {
+TEST_P(LanguageDocs, EveryCommandTellsItsResultCodes) {
   auto defaults = std::make_unique<EcrCmdCommand>();
   write_default_messages(*defaults);
   for (const Chapter& command : Commands()) {
@@ -374,9 +418,9 @@ TEST_F(LanguageDocs, EveryCommandTellsItsResultCodes) {
 }
 
 // Every word for a value stands in the page, with its value.
-TEST_F(LanguageDocs, GivesEveryWordItsValue) {
+TEST_P(LanguageDocs, GivesEveryWordItsValue) {
   std::map<std::string, int> written;
-  for (const Chapter& chapter : *chapters_) {
+  for (const Chapter& chapter : chapters_) {
     for (const Table& table : chapter.tables) {
       if (table.header[0] != "Value" || table.header[1] != "Word") continue;
       for (const TableRow& row : table.rows) {
@@ -395,9 +439,9 @@ TEST_F(LanguageDocs, GivesEveryWordItsValue) {
   }
 }
 
-TEST_F(LanguageDocs, GivesEveryKeyItsCode) {
+TEST_P(LanguageDocs, GivesEveryKeyItsCode) {
   std::set<int> written;
-  for (const Chapter& chapter : *chapters_) {
+  for (const Chapter& chapter : chapters_) {
     for (const Table& table : Tables(chapter, {"Code", "Word", "Key"})) {
       for (const TableRow& row : table.rows) {
         SCOPED_TRACE(row[0] + " " + row[1]);
