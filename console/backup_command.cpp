@@ -75,6 +75,8 @@ class NewFolder {
     const fs::file_status status = fs::status(target_, error);
     if (fs::exists(status)) {
       if (!fs::is_directory(status)) refuse(folder, tr("is there already, and is no folder"));
+      // A link stays, and leads to the backup.
+      if (fs::is_symlink(fs::symlink_status(target_, error))) target_ = fs::canonical(target_);
       const bool empty = fs::is_empty(target_, error);
       if (error) refuse(folder, system_message(error.value()));
       if (!empty) refuse(folder, tr("is not empty; a backup goes into a new folder"));
@@ -182,8 +184,8 @@ int backup_command(const BackupOptions& options, Streams& streams) {
     for (const BackupTable& table : backup_tables()) {
       if (interrupted) {
         progress.clear();
-        tell_error(streams, tr("stopped by Ctrl-C; there is no backup"));
-        return kExitInterrupted;
+        tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
+        return interrupt_exit();
       }
       const std::string text = dump_table(table, session.library());
       const auto rows =

@@ -7,12 +7,15 @@
 #include <array>
 
 #include "language/handler_fields.h"
+#include "line_encoding.h"
+#include "number_reading.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 #include "suggestion.h"
+#include "text.h"
 #include "translate.h"
 
 namespace {
@@ -127,7 +130,7 @@ class LineCheck {
         refuse_field(key.data(), start, failure);
         return false;
       }
-      take_field(key.data(), number, start);
+      take_field(key.data(), value.data(), number, start);
     }
     if (verdict != 0) {
       add(Severity::kError, "field-missing", 1, syntax_error(CAMPO_OBBLIGATORIO),
@@ -136,7 +139,7 @@ class LineCheck {
     return verdict == 0;
   }
 
-  void take_field(const std::string& key, int number, int start) {
+  void take_field(const std::string& key, const std::string& value, int number, int start) {
     if (given_[static_cast<size_t>(number)]) {
       add(Severity::kWarning, "field-twice", start, 0,
           tr("field {} is given twice; the last value counts", key));
@@ -147,6 +150,11 @@ class LineCheck {
                                   handler->fields.end()) {
       add(Severity::kWarning, "field-not-read", start, 0,
           tr("{} does not read field {}: it has no effect", name_, key));
+    }
+    const std::string other = other_number(opcode_, number, value);
+    if (!other.empty()) {
+      add(Severity::kWarning, "number-misread", start, 0,
+          tr("field {} has more digits than the library takes, which reads {}", key, other));
     }
   }
 
@@ -211,9 +219,14 @@ class LineCheck {
     while (!word.empty() && word.back() == ' ') word.pop_back();
     const std::string near = nearest_word(word, symbols_);
     const bool case_only = !near.empty() && equals_ignoring_case(near.c_str(), word.c_str());
+    const size_t blank = word.find(' ');
+    const bool next_field =
+        blank != std::string::npos && word.find('=', blank) != std::string::npos;
     add(Severity::kError, "value-not-found", static_cast<int>(begin) + 1, code,
         tr("'{}' is no word for a value; {}", word,
-           case_only ? tr("capitals count") : tr("a text needs quotes")),
+           next_field  ? tr("is a comma missing?")
+           : case_only ? tr("capitals count")
+                       : tr("a text needs quotes")),
         near);
   }
 
@@ -240,16 +253,23 @@ BatchCheck::BatchCheck(const Language& language, Findings& findings)
 // What the eye does not see. A line that is too long or holds a NUL byte is not looked at
 // further: the library would not run what stands there.
 void BatchCheck::check_bytes(const SourceLine& line) {
-  const auto add = [&](const char* rule, uint64_t column, int code, std::string what) {
+  const auto add = [&](const char* rule, uint64_t column, int code, std::string what,
+                       std::string effect = {}) {
     Finding finding;
     finding.rule = rule;
     finding.line = line.number;
     finding.column = column;
     finding.code = code;
     finding.what = std::move(what);
+    finding.effect = std::move(effect);
     if (column != 0) finding.source = line.text;
     findings_.add(std::move(finding));
   };
+  if (begins_with_byte_order_mark(line.text)) {
+    add("byte-order-mark", 1, syntax_error(INSTRUCTION_NOT_FOUND),
+        tr("the line begins with a byte order mark"),
+        tr("the library takes it for a part of the line, and finds no command"));
+  }
   if (line.length > kLongestLine) {
     add("line-too-long", 0, syntax_error(SOURCE_LINE_TOO_LONG),
         tr("the line has {} characters, more than {}", line.length, kLongestLine));
@@ -271,13 +291,16 @@ void BatchCheck::take(const SourceLine& line) {
     ++commands_;
     return;
   }
-  std::string source = line.text;
+  // What stands behind the mark is looked at as well.
+  const size_t mark = begins_with_byte_order_mark(line.text) ? kByteOrderMark.size() : 0;
+  std::string source = line.text.substr(mark);
   std::string cleaned(source.size() + 1, '\0');
   const int length =
       lorimatutility::TogliCommento(cleaned.data(), source.data(), language_.translator().cChQuote);
-  if (length == 0) return;
+  if (length == 0 && mark == 0) return;
   ++commands_;
+  if (length == 0) return;
   cleaned.resize(static_cast<size_t>(length));
-  const size_t dropped = source.find_first_not_of(" \t");
+  const size_t dropped = mark + source.find_first_not_of(" \t");
   LineCheck(language_, words_, symbols_, findings_, line, std::move(cleaned), dropped).run();
 }

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "interrupt.h"
 #include "streams.h"
@@ -40,7 +41,8 @@ std::vector<int> reading_descriptors() {
 
 }  // namespace
 
-BatchStop::BatchStop(RegisterClient& client) : client_(client) {
+BatchStop::BatchStop(RegisterClient& client, std::function<void(uint64_t)> progress)
+    : client_(client), progress_(std::move(progress)) {
   client_.on_line([this] { take_line(); });
 }
 
@@ -54,6 +56,7 @@ void BatchStop::take_line() {
     open_before_ = reading_descriptors();
     return;
   }
+  if (progress_) progress_(lines_);
   if (++lines_ == 1) {
     const std::vector<int> now = reading_descriptors();
     std::vector<int> opened;

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -15,13 +16,15 @@
 
 class BatchStop {
  public:
-  // The next line that the library runs is an "@" line. The client has to outlive this object.
-  explicit BatchStop(RegisterClient& client);
+  // The next line that the library runs is an "@" line. `progress`, if any, is told how many lines
+  // of the file have run, ahead of each. The client has to outlive this object.
+  explicit BatchStop(RegisterClient& client, std::function<void(uint64_t)> progress = nullptr);
   ~BatchStop();
   BatchStop(const BatchStop&) = delete;
   BatchStop& operator=(const BatchStop&) = delete;
 
-  // The last line of the batch that ran, after Ctrl-C; none when the batch ran to its end.
+  // The last line of the batch that ran, after Ctrl-C, by its number in the file; none when the
+  // batch ran to its end.
   std::optional<uint64_t> stopped_behind() const { return stopped_behind_; }
 
  private:
@@ -29,9 +32,10 @@ class BatchStop {
   bool end_file() const;
 
   RegisterClient& client_;
+  std::function<void(uint64_t)> progress_;
   std::vector<int> open_before_;
   int file_ = -1;       // the library's descriptor of the batch's file; -1 when it is not known
-  uint64_t lines_ = 0;  // of the file, up to the one at work
+  uint64_t lines_ = 0;  // of the file, empty ones too, up to the one at work
   bool in_file_ = false;
   std::optional<uint64_t> stopped_behind_;
 };

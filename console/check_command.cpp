@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "batch_check.h"
 #include "definition_check.h"
@@ -11,11 +13,13 @@
 #include "finding.h"
 #include "json_text.h"
 #include "language.h"
+#include "line_encoding.h"
 #include "line_reader.h"
 #include "notices.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "progress.h"
 #include "styles.h"
+#include "text.h"
 #include "translate.h"
 
 namespace {
@@ -32,7 +36,7 @@ FileKind kind_by_name(const std::string& file) {
 // By the first line that holds more than a comment: definition files begin with a header.
 FileKind kind_by_line(const SourceLine& line) {
   std::string text = line.text;
-  if (line.number == 1 && text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  if (line.number == 1 && begins_with_byte_order_mark(text)) text.erase(0, kByteOrderMark.size());
   text = cleaned_definition_line(text);
   if (text.empty()) return FileKind::kUnknown;
   return text.front() == '[' ? FileKind::kDefinition : FileKind::kBatch;
@@ -40,7 +44,7 @@ FileKind kind_by_line(const SourceLine& line) {
 
 bool is_odd(const SourceLine& line) {
   return line.nul_at != 0 || line.length > kLongestLine ||
-         line.text.find('\r') != std::string::npos;
+         line.text.find('\r') != std::string::npos || begins_with_byte_order_mark(line.text);
 }
 
 class Checker {
@@ -48,6 +52,9 @@ class Checker {
   Checker(const CheckOptions& options, Streams& streams) : options_(options), streams_(streams) {}
 
   int run() {
+    if (std::count(options_.files.begin(), options_.files.end(), "-") > 1) {
+      throw Failure(tr("- is given twice, and standard input can be read once"));
+    }
     for (const std::string& file : options_.files) {
       try {
         check_file(file);
@@ -86,8 +93,13 @@ class Checker {
         waiting.clear();
       };
       if (kind != FileKind::kUnknown) start();
+      bool only_empty = true;
+      bool utf16 = false;
       while (reader.next(&line)) {
         progress.update(reader.bytes_read());
+        utf16 = only_empty && shows_utf16(line);
+        if (utf16) break;
+        only_empty = only_empty && line.length == 0;
         if (kind == FileKind::kUnknown) {
           kind = kind_by_line(line);
           if (kind == FileKind::kUnknown) {
@@ -103,14 +115,25 @@ class Checker {
         kind = FileKind::kBatch;
         start();
       }
-      if (definition) {
-        const EnglishMessages english(options_.json);
+      const EnglishMessages english(options_.json);
+      if (utf16) {
+        add_utf16(findings);
+      } else if (definition) {
         definition->finish();
       }
     }
     errors_ += findings.errors();
     show(options_.json && file == "-" ? "standard input" : reader.name(), findings, definition,
          batch);
+  }
+
+  // Its lines would have a finding for each byte, and none that tells why.
+  static void add_utf16(Findings& findings) {
+    Finding finding;
+    finding.rule = "utf-16";
+    finding.what = tr("the file is UTF-16");
+    finding.effect = tr("the library cannot read it; save it as UTF-8 without a byte order mark");
+    findings.add(std::move(finding));
   }
 
   void take(const SourceLine& line, std::optional<DefinitionCheck>& definition,

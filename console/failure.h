@@ -10,11 +10,17 @@ class Failure : public std::runtime_error {
   explicit Failure(const std::string& message) : std::runtime_error(message) {}
 };
 
-// The exit codes of the program.
+// Nobody reads standard output any more.
+class ReaderGone : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+// The exit codes of the program. Behind a signal that stopped its work it is interrupt_exit().
 enum ExitCode {
-  kExitGood = 0,          // every line ran
-  kExitLinesFailed = 1,   // at least one line answered a code other than 0
-  kExitFaults = 1,        // what was looked at has faults
-  kExitNotDone = 2,       // wrong use, or the run or its paper could not be done
-  kExitInterrupted = 130  // stopped by Ctrl-C; 128 plus the signal's number, as shells have it
+  kExitGood = 0,         // every line ran
+  kExitLinesFailed = 1,  // at least one line answered a code other than 0
+  kExitFaults = 1,       // what was looked at has faults
+  kExitNotDone = 2,      // wrong use, or the run or its paper could not be done
+  kExitReaderGone = 141  // nobody reads standard output: SIGPIPE is to end the program
 };

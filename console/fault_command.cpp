@@ -100,6 +100,14 @@ Json kinds_as_json() {
   return kinds;
 }
 
+Json operations_as_json() {
+  Json names = Json::array();
+  for (const lorimat::ClientOperation& operation : lorimat::ClientOperations()) {
+    names.push_back(operation.name);
+  }
+  return names;
+}
+
 int list(const FaultOptions& options, Streams& streams) {
   const bool has_register = !options.register_file.empty();
   lorimat::FaultPlan plan;
@@ -107,7 +115,7 @@ int list(const FaultOptions& options, Streams& streams) {
     plan = lorimat::RegisterFile(require_register(options.register_file)).Faults();
   }
   if (options.json) {
-    Json json = {{"kinds", kinds_as_json()}};
+    Json json = {{"kinds", kinds_as_json()}, {"operations", operations_as_json()}};
     if (has_register) json["waiting"] = faults_json(plan);
     streams.output(json_text(json));
     return kExitGood;

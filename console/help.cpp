@@ -27,7 +27,6 @@ class HelpFormatter : public CLI::Formatter {
 constexpr std::string_view kUsageErrors[] = {
     TR_TEXT("A subcommand is required"),
     TR_TEXT("The following argument was not expected: {}"),
-    TR_TEXT("The following arguments were not expected: {}"),
     TR_TEXT("{} was given a disallowed flag override"),
     TR_TEXT("{}: too many inputs for a flag"),
     TR_TEXT("{}: Should be true/false or a number"),
@@ -76,7 +75,7 @@ Exit codes:
   0  all is well
   1  something was found: a line failed, a file has errors, a code is unknown
   2  wrong use, or what was asked for could not be done
-  130  stopped by Ctrl-C
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
 void sort_by_purpose(CLI::App& app) {
@@ -92,6 +91,63 @@ void sort_by_purpose(CLI::App& app) {
 
 bool starts_as_option(std::string_view argument) {
   return argument.size() > 1 && argument.front() == '-';
+}
+
+// "--paper" of "--paper=x".
+std::string option_name(const std::string& argument) {
+  return argument.substr(0, argument.find('='));
+}
+
+// The command that was named last: that of "journal verify" is verify.
+const CLI::App& last_command(const CLI::App& app) {
+  const CLI::App* last = &app;
+  while (!last->get_subcommands().empty()) last = last->get_subcommands().back();
+  return *last;
+}
+
+bool has_option(const CLI::App& app, const std::string& name) {
+  return app.get_option_no_throw(name) != nullptr;
+}
+
+// An option of some command in front of its command: "lorimat --register x status".
+std::string misplaced_option(const CLI::App& app, const std::string& name) {
+  const CLI::App& command = last_command(app);
+  if (&command != &app) {
+    if (!has_option(command, name)) return {};
+    return tr("the option {} stands behind the subcommand: lorimat {} {} ...", name,
+              command.get_name(), name);
+  }
+  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (has_option(*one, name)) {
+      return tr("the option {} stands behind a subcommand, and none was given", name);
+    }
+  }
+  return {};
+}
+
+std::string no_such_option(const CLI::App& app, const std::string& name) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : last_command(app).get_options()) {
+    for (const std::string& one : option->get_lnames()) names.push_back(one);
+  }
+  std::string text = tr("no option is called '{}'", shown(name));
+  const std::string nearest = name.substr(0, 2) == "--" ? nearest_word(name.substr(2), names) : "";
+  if (!nearest.empty()) text += tr("; did you mean {}?", fmt::format("--{}", nearest));
+  return text;
+}
+
+// Names what nothing took, options first: what stands behind one is often its value.
+std::string unexpected(const CLI::App& app, const std::vector<std::string>& left_over) {
+  for (const std::string& argument : left_over) {
+    if (!starts_as_option(argument)) continue;
+    const std::string name = option_name(argument);
+    const std::vector<std::string> in_front = app.remaining(false);
+    const bool is_in_front =
+        std::find(in_front.begin(), in_front.end(), argument) != in_front.end();
+    const std::string misplaced = is_in_front ? misplaced_option(app, name) : "";
+    return misplaced.empty() ? no_such_option(app, name) : misplaced;
+  }
+  return tr("The following argument was not expected: {}", shown(left_over.front()));
 }
 
 std::string no_such_command(const CLI::App& app, const std::string& name) {
@@ -146,6 +202,10 @@ void translate_help(CLI::App& app) {
 }
 
 std::string usage_error(const CLI::App& app, const CLI::Error& error) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    const std::vector<std::string> left_over = app.remaining(true);
+    if (!left_over.empty()) return unexpected(app, left_over);
+  }
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
     // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
     // lacks no subcommand, and "run --papper" more than its FILE.
@@ -153,7 +213,7 @@ std::string usage_error(const CLI::App& app, const CLI::Error& error) {
     if (!left_over.empty() && !starts_as_option(left_over.front())) {
       if (app.get_subcommands().empty()) return no_such_command(app, left_over.front());
     } else if (!left_over.empty()) {
-      return tr("The following argument was not expected: {}", shown(left_over.front()));
+      return unexpected(app, left_over);
     }
   }
   return tr_finished(shown(error.what()), kUsageErrors);

@@ -28,7 +28,8 @@ std::span<const ItalianText> general_texts() {
        "file di definizione {}: la libreria non riesce a leggerlo"},
       {"no room for the words in memory: {}", "non c'è posto in memoria per le parole: {}"},
       {"the library refuses the words", "la libreria rifiuta le parole"},
-      {"the library cannot be loaded: {}", "la libreria non si può caricare: {}"},
+      {"the library cannot be loaded: {}: {}", "la libreria non si può caricare: {}: {}"},
+      {"the library cannot be loaded ({})", "la libreria non si può caricare ({})"},
       {"{}: is not the lorimatrt library: it lacks {}",
        "{}: non è la libreria lorimatrt: le manca {}"},
       {"standard input", "standard input"},
@@ -83,7 +84,7 @@ std::span<const ItalianText> general_texts() {
       {"not run", "non eseguita"},
       {"a NUL byte stands in column {}, and the library would read the line only up to there",
        "c'è un byte NUL nella colonna {}, e la libreria leggerebbe la riga solo fin lì"},
-      {"stopped by Ctrl-C behind line {}", "fermato con Ctrl-C dopo la riga {}"},
+      {"stopped by {} behind line {}", "fermato con {} dopo la riga {}"},
       {"stopped at line {}, which failed", "fermato alla riga {}, che è fallita"},
       {"{} of {} lines failed", "righe fallite: {} su {}"},
       {"{}:{}: a NUL byte stands in column {}: with --batch the library would run the line only up "
@@ -116,11 +117,19 @@ std::span<const ItalianText> general_texts() {
        "--clock {}: non è una data e ora nella forma AAAA-MM-GG HH:MM"},
       {"library {}", "libreria {}"},
       {"{}: is {}; the paper would replace it", "{}: è {}; la stampa lo sostituirebbe"},
+      {"{}: is {}; the trace would replace it", "{}: è {}; la traccia lo sostituirebbe"},
       {"the file of lines", "il file delle righe"},
       {"{} {}: {} goes there already", "{} {}: vi va già {}"},
       {"the paper's text", "il testo della stampa"},
       {"the PNG", "il PNG"},
       {"the PDF", "il PDF"},
+      {"the trace", "la traccia"},
+      {"the definition file", "il file di definizione"},
+      {"the library", "la libreria"},
+      {"{} has what the lines did, and they are not to be run again; \"lorimat paper --register "
+       "{}\" writes the paper",
+       "{} ha quanto hanno fatto le righe, che non vanno eseguite di nuovo; \"lorimat paper "
+       "--register {}\" scrive la stampa"},
   });
   return kTexts;
 }

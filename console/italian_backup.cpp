@@ -39,7 +39,7 @@ std::span<const ItalianText> italian_backup_texts() {
        "{}: la copia c'è ed è intera, ma il suo nome potrebbe non essere arrivato sul disco: {}"},
       {"{}: the backup is there and whole, and its report is missing: {}",
        "{}: la copia c'è ed è intera, ma manca il rapporto: {}"},
-      {"stopped by Ctrl-C; there is no backup", "fermato con Ctrl-C; non c'è nessuna copia"},
+      {"stopped by {}; there is no backup", "fermato con {}; non c'è nessuna copia"},
       {"the {} cannot be read: code {}: {}", "impossibile leggere: {}: codice {}: {}"},
       {R"(Examples:
   lorimat backup tables --register shop.register
@@ -112,12 +112,15 @@ Codici di uscita:
       {"{}: {} restored, {} not restored\n", "{}: ricaricate: {}; non ricaricate: {}\n"},
       {"{}: {} restored, {} not restored, and the report is missing: {}",
        "{}: ricaricate: {}; non ricaricate: {}; manca il rapporto: {}"},
+      {"{}: not restored: {}", "{}: non ricaricato: {}"},
+      {"{}: what was loaded could not be read back: {}",
+       "{}: ciò che è stato caricato non si è potuto rileggere: {}"},
       {"{}:{}: not restored: {}\n", "{}:{}: non ricaricata: {}\n"},
       {"an empty text does not clear the one of the register",
        "un testo vuoto non cancella quello del registratore"},
       {"the register keeps another value", "il registratore conserva un altro valore"},
       {"not loaded yet", "non ancora caricata"},
-      {"stopped by Ctrl-C", "fermato con Ctrl-C"},
+      {"stopped by {}", "fermato con {}"},
       {"the key could not be turned back to position {}: {}",
        "la chiave non si è potuta riportare alla posizione {}: {}"},
       {"{}: a day is open, and the VAT rates differ, which only change between two days: close the "
@@ -138,7 +141,7 @@ rates that differ want a closed day.
 Exit codes:
   0  the register holds the tables of the backup; with --dry-run: they were compared
   1  some rows could not be restored, and each is named with its cause; or all were, and the report
-     could not be written
+     could not be written; or they were loaded, and could not be read back
   2  wrong use, or nothing was restored
   130  stopped by Ctrl-C; what was restored up to there is shown
 )",
@@ -156,7 +159,7 @@ registratore. Aliquote IVA diverse vogliono una giornata chiusa.
 Codici di uscita:
   0  il registratore ha le tabelle della copia; con --dry-run: sono state confrontate
   1  alcune righe non si sono potute ricaricare, e ognuna è indicata con la causa; o tutte lo sono,
-     e il rapporto non si è potuto scrivere
+     e il rapporto non si è potuto scrivere; o sono state caricate, e non si sono potute rileggere
   2  uso sbagliato, o nulla è stato ricaricato
   130  fermato con Ctrl-C; ciò che è stato ricaricato fino a lì viene mostrato
 )"},

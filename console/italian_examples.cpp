@@ -19,7 +19,7 @@ Exit codes:
   0  all is well
   1  something was found: a line failed, a file has errors, a code is unknown
   2  wrong use, or what was asked for could not be done
-  130  stopped by Ctrl-C
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )",
        R"(Esempi:
   lorimat run examples/receipt.cmd
@@ -35,7 +35,7 @@ Codici di uscita:
   0  tutto bene
   1  trovato qualcosa: una riga è fallita, un file ha errori, un codice è sconosciuto
   2  uso sbagliato, o quello che era chiesto non si è potuto fare
-  130  fermato con Ctrl-C
+  130  fermato con Ctrl-C; 143 con SIGTERM, 129 con SIGHUP
 )"},
 
       {R"(Examples:
@@ -60,7 +60,8 @@ Exit codes:
   0  every line ran
   1  at least one line failed
   2  wrong use, or the run, its paper or its register could not be done
-  130  stopped by Ctrl-C
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP; the paper is written
+  141  nobody reads standard output any more
 )",
        R"(Esempi:
   lorimat run examples/receipt.cmd
@@ -84,7 +85,8 @@ Codici di uscita:
   0  tutte le righe eseguite
   1  almeno una riga è fallita
   2  uso sbagliato, o l'esecuzione, la stampa o il registratore non è stato possibile
-  130  fermato con Ctrl-C
+  130  fermato con Ctrl-C; 143 con SIGTERM, 129 con SIGHUP; la stampa viene scritta
+  141  nessuno legge più lo standard output
 )"},
 
       {R"(Examples:
@@ -124,8 +126,8 @@ Codici di uscita:
       {R"(Examples:
   lorimat words
       The commands and fields of the definition file beside the program.
-  lorimat words --language words.ini --command SELL
-      One command of another file; the name may be shortened, or be #10.
+  lorimat words --command VEND
+      One command; the name may be shortened, or be #10.
   lorimat words --markdown > words.md
       The table for a page.
 
@@ -139,8 +141,8 @@ Exit codes:
        R"(Esempi:
   lorimat words
       I comandi e i campi del file di definizione accanto al programma.
-  lorimat words --language words.ini --command SELL
-      Un comando di un altro file; il nome si può abbreviare, o essere #10.
+  lorimat words --command VEND
+      Un comando; il nome si può abbreviare, o essere #10.
   lorimat words --markdown > words.md
       La tabella per una pagina.
 

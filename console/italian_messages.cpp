@@ -7,6 +7,7 @@ std::span<const ItalianText> italian_messages_texts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"the register's file has no name", "il file del registratore non ha un nome"},
       {"no regular file", "non è un file normale"},
+      {"is a directory, not a register", "è una cartella, non un registratore"},
       {"the file is empty", "il file è vuoto"},
       {"the database of another program", "è la base di dati di un altro programma"},
       {"in use by another program", "in uso a un altro programma"},
@@ -19,6 +20,8 @@ std::span<const ItalianText> italian_messages_texts() {
        "il file è troncato: restano {} byte su {}"},
       {"the file is damaged", "il file è danneggiato"},
       {"the file is damaged ({})", "il file è danneggiato ({})"},
+      {"the register is damaged: its version makes no sense",
+       "il registratore è danneggiato: la sua versione non ha senso"},
       {"the register is damaged: {} makes no sense",
        "il registratore è danneggiato: {} non ha senso"},
       {"the register is damaged ({})", "il registratore è danneggiato ({})"},

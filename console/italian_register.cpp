@@ -8,6 +8,9 @@ std::span<const ItalianText> italian_register_texts() {
       // The option, and the file.
       {"The register's file", "Il file del registratore"},
       {"the register's file", "il file del registratore"},
+      {"a part of the register's file", "una parte del file del registratore"},
+      {"--register -: standard input is no register; a file of this name is ./-",
+       "--register -: lo standard input non è un registratore; un file con questo nome è ./-"},
       {"which register? Name its file with --register FILE or in the environment variable "
        "LORIMAT_REGISTER",
        "quale registratore? Si indichi il suo file con --register FILE o nella variabile "
@@ -159,10 +162,12 @@ Codici di uscita:
       {"{} {}: is neither the number of a closing nor a date of the form YYYY-MM-DD or "
        "\"YYYY-MM-DD "
        "HH:MM\"",
-       "{} {}: non è né il numero di una chiusura né una data nella forma YYYY-MM-DD o "
-       "\"YYYY-MM-DD HH:MM\""},
+       "{} {}: non è né il numero di una chiusura né una data nella forma AAAA-MM-GG o "
+       "\"AAAA-MM-GG HH:MM\""},
       {"--from {} --to {}: both are closings, or both are dates",
        "--from {} --to {}: o sono entrambi chiusure, o entrambi date"},
+      {"--from {} --to {}: the range ends before it begins",
+       "--from {} --to {}: l'intervallo finisce prima di cominciare"},
       {"--kind {}: no entries have this kind; did you mean {}?",
        "--kind {}: nessuna voce è di questo tipo; si intendeva {}?"},
       {"--kind {}: no entries have this kind; the kinds are {}",
@@ -176,9 +181,10 @@ Codici di uscita:
       {"the journal has no entry {}; it has {}", "il giornale non ha la voce {}; ne ha {}"},
       {"{}: selects entries of the list, and \"journal {}\" shows no list",
        "{}: sceglie voci dell'elenco, e \"journal {}\" non mostra un elenco"},
-      {"stopped by Ctrl-C behind entry {}", "fermato con Ctrl-C dopo la voce {}"},
+      {"stopped by {} behind entry {}", "fermato con {} dopo la voce {}"},
       {"the journal is good: {}, {}", "il giornale è integro: {}, {}"},
       {"the journal was changed: {}, {}, {}", "il giornale è stato cambiato: {}, {}, {}"},
+      {"the file is damaged: {}, {}, {}", "il file è danneggiato: {}, {}, {}"},
       {"{}: {} more findings are not shown\n", "{}: altre {} osservazioni non sono mostrate\n"},
       {"{} finding", "{} osservazione"},
       {"{} findings", "{} osservazioni"},
@@ -243,7 +249,7 @@ Codici di uscita:
 
 Exit codes:
   0  the journal is good
-  1  something was changed; each finding stands on standard output
+  1  something was changed or is damaged; each finding stands on standard output
   2  wrong use, or the file cannot be read
   130  stopped by Ctrl-C
 )",
@@ -254,7 +260,7 @@ Exit codes:
 
 Codici di uscita:
   0  il giornale è integro
-  1  qualcosa è stato cambiato; ogni osservazione è sullo standard output
+  1  qualcosa è stato cambiato o è danneggiato; ogni osservazione è sullo standard output
   2  uso sbagliato, o il file non si può leggere
   130  fermato con Ctrl-C
 )"},

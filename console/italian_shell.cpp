@@ -24,7 +24,7 @@ Exit codes:
   0  the shell was left; as a pipe: every line ran
   1  as a pipe: at least one line failed
   2  wrong use, or the shell or its output could not be done
-  130  as a pipe: stopped by Ctrl-C
+  130  as a pipe: stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )",
        R"(Esempi:
   lorimat shell
@@ -43,7 +43,7 @@ Codici d'uscita:
   0  si è usciti dalla shell; da una pipe: ogni riga è andata a buon fine
   1  da una pipe: almeno una riga è fallita
   2  uso sbagliato, o la shell o la sua uscita non riesce
-  130  da una pipe: fermata da Ctrl-C
+  130  da una pipe: fermata da Ctrl-C; 143 da SIGTERM, 129 da SIGHUP
 )"},
       {"lorimat {}: a virtual register, {}.", "lorimat {}: un registratore virtuale, {}."},
       {"in memory", "in memoria"},
@@ -66,6 +66,7 @@ Codici d'uscita:
        "Nota: {}. Il prossimo avvio del registratore lo chiude."},
       {"Leave? (y/n) ", "Uscire? (s/n) "},
       {"y", "s"},
+      {"That is neither y nor n; the shell goes on.", "Non è né s né n; la shell continua."},
       // Answers.
       {"ok", "ok"},
       {"code {}: {}", "codice {}: {}"},
@@ -80,7 +81,7 @@ Codici d'uscita:
        "there",
        "non eseguita: c'è un byte NUL nella colonna {}, e la libreria leggerebbe la riga solo fin "
        "lì"},
-      {"{}: stopped by Ctrl-C behind line {}", "{}: fermato da Ctrl-C dopo la riga {}"},
+      {"{}: stopped by {} behind line {}", "{}: fermato da {} dopo la riga {}"},
       // The state of the register.
       {"READY", "PRONTO"},
       {"RECEIPT OPEN", "SCONTRINO APERTO"},

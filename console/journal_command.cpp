@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -61,7 +62,7 @@ const char* const kVerifyExamples = TR_TEXT(R"(Examples:
 
 Exit codes:
   0  the journal is good
-  1  something was changed; each finding stands on standard output
+  1  something was changed or is damaged; each finding stands on standard output
   2  wrong use, or the file cannot be read
   130  stopped by Ctrl-C
 )");
@@ -107,6 +108,16 @@ int32_t kinds_filter(const std::vector<std::string>& kinds) {
   return filter;
 }
 
+// In an order of its own: what the clock of a computer makes of a time is no matter.
+std::array<int, 5> minutes_of(const std::tm& time) {
+  return {time.tm_year, time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min};
+}
+
+[[noreturn]] void refuse_reversed(const JournalOptions& options) {
+  throw Failure(tr("--from {} --to {}: the range ends before it begins", shown(options.from),
+                   shown(options.to)));
+}
+
 lorimat::JournalSelection selection_of(const JournalOptions& options) {
   lorimat::JournalSelection selection;
   selection.filter = kinds_filter(options.kinds);
@@ -122,10 +133,12 @@ lorimat::JournalSelection selection_of(const JournalOptions& options) {
   }
   if (from) selection.from_closure = *from;
   if (to) selection.to_closure = *to;
+  if (from && to && *from > *to) refuse_reversed(options);
   if (!from_date && !to_date) return selection;
   selection.by_date = true;
   selection.from = as_date("--from", options.from.empty() ? "0001-01-01" : options.from, " 00:00");
   selection.to = as_date("--to", options.to.empty() ? "9999-12-31" : options.to, " 23:59");
+  if (minutes_of(selection.from) > minutes_of(selection.to)) refuse_reversed(options);
   return selection;
 }
 
@@ -224,7 +237,7 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   std::optional<Progress> progress;
   uint64_t read = 0;
   bool stopped = false;
-  const InterruptWatch watch;
+  std::optional<InterruptWatch> watch(std::in_place);
   const lorimat::JournalCheck check = file.VerifyJournal([&](uint64_t done, uint64_t all) {
     read = done;
     if (!progress) progress.emplace(streams, true, all);
@@ -233,9 +246,10 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
     return !stopped;
   });
   progress.reset();
+  watch.reset();
   if (stopped) {
-    tell_error(streams, tr("stopped by Ctrl-C behind entry {}", read));
-    return kExitInterrupted;
+    tell_error(streams, tr("stopped by {} behind entry {}", interrupt_name(), read));
+    return interrupt_exit();
   }
   if (options.json) {
     streams.output(json_text({{"file", name},
@@ -258,15 +272,17 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   const std::string entries = tr_count(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
   const std::string documents =
       tr_count(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents"));
+  const std::string findings = tr_count(check.findings.size() + check.findings_left_out,
+                                        TR_TEXT("{} finding"), TR_TEXT("{} findings"));
   if (check.good()) {
     text += fmt::format(
         "{}: {}\n", shown(name),
         styled(tr("the journal is good: {}, {}", entries, documents), Style::kGood, colours));
   } else {
-    text += fmt::format("{}: {}\n", shown(name),
-                        tr("the journal was changed: {}, {}, {}", entries, documents,
-                           tr_count(check.findings.size() + check.findings_left_out,
-                                    TR_TEXT("{} finding"), TR_TEXT("{} findings"))));
+    text += fmt::format(
+        "{}: {}\n", shown(name),
+        check.damaged ? tr("the file is damaged: {}, {}, {}", entries, documents, findings)
+                      : tr("the journal was changed: {}, {}, {}", entries, documents, findings));
   }
   streams.output(text);
   return check.good() ? kExitGood : kExitFaults;
@@ -290,6 +306,16 @@ void add_shared_options(CLI::App* command, JournalOptions* options) {
   command->add_option("--register", options->nested_register_file, tr("The register's file"))
       ->option_text(fmt::format("FILE ({}:LORIMAT_REGISTER)", tr("Env")));
   command->add_flag("--json", options->json, tr("Write JSON"));
+  // What stands in front of the command's name has been read by then, and the variable has not.
+  const CLI::Option* outer = command->get_parent()->get_option("--register");
+  command->preparse_callback(
+      [outer, options](size_t) { options->outer_registers = outer->count(); });
+}
+
+// A register that is named in front of the command's name and behind it is named twice.
+void require_one_register(const JournalOptions& options) {
+  const size_t count = options.outer_registers + (options.nested_register_file.empty() ? 0 : 1);
+  if (count > 1) throw CLI::ArgumentMismatch::AtMost("--register", 1, count);
 }
 
 }  // namespace
@@ -315,13 +341,19 @@ void add_journal(CLI::App& app, JournalOptions* options) {
       ->required()
       ->check(CLI::Range(uint64_t{1}, uint64_t{999999999}).description(""));
   add_shared_options(show_entry, options);
-  show_entry->callback([options] { options->show = true; });
+  show_entry->callback([options] {
+    options->show = true;
+    require_one_register(*options);
+  });
   show_entry->footer(std::string(translated(kShowExamples)));
 
   CLI::App* verify_all =
       journal->add_subcommand("verify", tr("Look whether anything in the journal was changed"));
   add_shared_options(verify_all, options);
-  verify_all->callback([options] { options->verify = true; });
+  verify_all->callback([options] {
+    options->verify = true;
+    require_one_register(*options);
+  });
   verify_all->footer(std::string(translated(kVerifyExamples)));
 
   for (CLI::App* command : {journal, show_entry, verify_all}) refuse_empty_texts(command);

@@ -24,6 +24,7 @@ struct JournalOptions {
   uint64_t place = 0;
   bool verify = false;
   std::string nested_register_file;
+  size_t outer_registers = 0;  // --register in front of their names
 };
 
 void add_journal(CLI::App& app, JournalOptions* options);

@@ -2,8 +2,10 @@
 
 #include <dlfcn.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <vector>
 
 #include "failure.h"
@@ -32,11 +34,15 @@ std::vector<char> mutable_copy(const std::string& text) {
 Library::Library(const std::string& file, Streams& streams) : streams_(streams) {
   // A name without a folder would be searched in the system's folders.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
+  if (access(path.c_str(), R_OK) != 0) {
+    throw Failure(tr("the library cannot be loaded: {}: {}", shown(file), system_message(errno)));
+  }
   handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr) {
+    // The loader speaks English to everybody.
     const char* cause = dlerror();
     throw Failure(
-        tr("the library cannot be loaded: {}", cause != nullptr ? shown(cause) : shown(file)));
+        tr("the library cannot be loaded ({})", cause != nullptr ? shown(cause) : shown(file)));
   }
   try {
     trad_init_ = reinterpret_cast<decltype(trad_init_)>(symbol("TradInit", file));

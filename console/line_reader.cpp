@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "failure.h"
+#include "interrupt.h"
 #include "text.h"
 #include "translate.h"
 
@@ -34,14 +35,12 @@ LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t
   if (regular_) size_ = static_cast<uint64_t>(status.st_size);
 }
 
-// Waits until there is something to read; false when the reading is to end. The signal is let in
-// during the wait alone, so that it cannot slip between the test and the wait.
+// Waits until there is something to read; false when the reading is to end. Signals are let in
+// during the wait alone, so that none can slip between the test and the wait.
 bool LineReader::wait() {
   if (stop_ == nullptr) return true;
-  sigset_t signals;
+  const sigset_t signals = interrupt_signals();
   sigset_t before;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
   sigprocmask(SIG_BLOCK, &signals, &before);
   pollfd input = {file_.get(), POLLIN, 0};
   while (*stop_ == 0 && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {

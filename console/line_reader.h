@@ -28,7 +28,7 @@ class LineReader {
 
   // Opens the file; "-" is standard input. Throws Failure when it is missing, a directory or
   // unreadable. Reading ends, as at the end of the file, once *stop is set by a handler of
-  // SIGINT, also while it waits for a pipe or a terminal.
+  // the signals of interrupt.h, also while it waits for a pipe or a terminal.
   explicit LineReader(const std::string& file, const volatile std::sig_atomic_t* stop = nullptr);
 
   // Reads the next line; false at the end of the file. Throws Failure on a read error.

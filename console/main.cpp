@@ -2,12 +2,14 @@
 // their options.
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <sstream>
 #include <string>
 #include <string_view>
 
 #include "backup_command.h"
+#include "broken_pipe.h"
 #include "check_command.h"
 #include "explain_command.h"
 #include "failure.h"
@@ -51,7 +53,8 @@ Exit codes:
   0  every line ran
   1  at least one line failed
   2  wrong use, or the run, its paper or its register could not be done
-  130  stopped by Ctrl-C
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP; the paper is written
+  141  nobody reads standard output any more
 )");
 
 void add_run(CLI::App& app, RunOptions* options) {
@@ -125,8 +128,8 @@ void add_explain(CLI::App& app, ExplainOptions* options) {
 constexpr std::string_view kWordsExamples = TR_TEXT(R"(Examples:
   lorimat words
       The commands and fields of the definition file beside the program.
-  lorimat words --language words.ini --command SELL
-      One command of another file; the name may be shortened, or be #10.
+  lorimat words --command VEND
+      One command; the name may be shortened, or be #10.
   lorimat words --markdown > words.md
       The table for a page.
 
@@ -249,10 +252,13 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A limit of file sizes is an error like a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
+  int code = kExitNotDone;
   try {
     Streams streams;
     try {
-      return parse_and_run(argc, argv, streams);
+      code = parse_and_run(argc, argv, streams);
     } catch (const Failure& failure) {
       tell_error(streams, failure.what());
     } catch (const std::exception& error) {
@@ -261,5 +267,6 @@ int main(int argc, char** argv) {
   } catch (const std::exception&) {
     // Not even standard error can be reached.
   }
-  return kExitNotDone;
+  if (code == kExitReaderGone) end_by_broken_pipe();
+  return code;
 }

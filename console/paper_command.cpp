@@ -1,14 +1,18 @@
 #include "paper_command.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <utility>
 #include <vector>
 
+#include "broken_pipe.h"
 #include "failure.h"
+#include "notices.h"
 #include "paper_places.h"
 #include "register/picture.h"
 #include "register/register_file.h"
 #include "register_options.h"
+#include "text.h"
 #include "translate.h"
 
 namespace {
@@ -53,18 +57,23 @@ int paper_command(const PaperOptions& options, Streams& streams) {
   const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
   std::vector<PaperPlace> places;
   if (!options.output.empty() || (options.png.empty() && options.pdf.empty())) {
-    places.push_back({options.output.empty() ? "-" : options.output, "--output",
-                      tr("the paper's text"), [&roll] { return roll.text(); }});
+    places.push_back(
+        {{options.output.empty() ? "-" : options.output, "--output", tr("the paper's text")},
+         [&roll] { return roll.text(); }});
   }
   if (!options.png.empty()) {
     places.push_back(
-        {options.png, "--png", tr("the PNG"), [&roll] { return lorimat::RenderPng(roll); }});
+        {{options.png, "--png", tr("the PNG")}, [&roll] { return lorimat::RenderPng(roll); }});
   }
   if (!options.pdf.empty()) {
     places.push_back(
-        {options.pdf, "--pdf", tr("the PDF"), [&roll] { return lorimat::RenderPdf(roll); }});
+        {{options.pdf, "--pdf", tr("the PDF")}, [&roll] { return lorimat::RenderPdf(roll); }});
   }
-  PaperPlaces files(std::move(places), {{file, tr("the register's file")}}, streams);
-  files.write();
-  return kExitGood;
+  require_apart(names_of(places), register_files(file));
+  const bool caller_wants_error = ignore_broken_pipe();
+  const PaperPlaces::Outcome outcome = PaperPlaces(std::move(places), streams).write();
+  if (!outcome.reader_gone) return outcome.failed ? kExitNotDone : kExitGood;
+  if (!outcome.failed && !caller_wants_error) return kExitReaderGone;
+  tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
+  return kExitNotDone;
 }

@@ -11,24 +11,31 @@
 #include "text.h"
 #include "translate.h"
 
-PaperFile::PaperFile(const std::string& file, const std::vector<KeptFile>& kept, Streams& streams)
-    : name_(file), streams_(streams) {
+PaperFile::PaperFile(const std::string& file, Streams& streams) : name_(file), streams_(streams) {
   if (name_.empty() || name_ == "-") {
     name_.clear();
     return;
   }
-  struct stat paper_status;
-  struct stat kept_status;
-  const bool there = stat(name_.c_str(), &paper_status) == 0;
-  for (const KeptFile& one : kept) {
-    if (there && stat(one.name.c_str(), &kept_status) == 0 &&
-        paper_status.st_dev == kept_status.st_dev && paper_status.st_ino == kept_status.st_ino) {
-      throw Failure(tr("{}: is {}; the paper would replace it", shown(name_), one.what));
-    }
-  }
-  file_ = Descriptor(open(name_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_CLOEXEC;
+  file_ = Descriptor(open(name_.c_str(), kFlags | O_EXCL, 0666));
+  made_ = file_.is_open();
+  if (!made_ && errno == EEXIST) file_ = Descriptor(open(name_.c_str(), kFlags, 0666));
   if (!file_.is_open()) {
     throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
+  }
+}
+
+PaperFile::~PaperFile() {
+  if (made_ && file_.is_open()) remove();
+}
+
+// The name may mean another file by now: the lines of a run can change the folder.
+void PaperFile::remove() const {
+  struct stat named;
+  struct stat own;
+  if (stat(name_.c_str(), &named) == 0 && fstat(file_.get(), &own) == 0 &&
+      named.st_dev == own.st_dev && named.st_ino == own.st_ino && S_ISREG(own.st_mode)) {
+    unlink(name_.c_str());
   }
 }
 
@@ -39,9 +46,11 @@ void PaperFile::write(std::string_view paper) {
   }
   struct stat status;
   const bool regular = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
+  if ((regular && ftruncate(file_.get(), 0) != 0) || !write_all(file_.get(), paper)) {
+    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
+  }
   // close tells of what a network's or a quota's file system could not keep.
-  if ((regular && ftruncate(file_.get(), 0) != 0) || !write_all(file_.get(), paper) ||
-      close(file_.release()) != 0) {
+  if (close(file_.release()) != 0 && errno != EINTR) {
     throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
   }
 }

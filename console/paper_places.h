@@ -2,29 +2,37 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <string>
 #include <vector>
 
+#include "output_names.h"
 #include "paper_file.h"
 #include "streams.h"
 
 struct PaperPlace {
-  std::string name;    // "-" is standard output
-  const char* option;  // that names it
-  std::string what;    // for a message
+  OutputName name;
   std::function<std::string()> content;
 };
+
+// The names of the places, for require_apart.
+std::vector<OutputName> names_of(const std::vector<PaperPlace>& places);
 
 class PaperPlaces {
  public:
   // Opens them all, so that nothing starts whose paper could not be kept. Throws Failure when one
-  // cannot be opened, when two are the same, or when one is a file of `kept`.
-  PaperPlaces(std::vector<PaperPlace> places, const std::vector<KeptFile>& kept, Streams& streams);
+  // cannot be opened.
+  PaperPlaces(std::vector<PaperPlace> places, Streams& streams);
 
-  // Throws Failure when a paper cannot be drawn or written.
-  void write();
+  struct Outcome {
+    bool failed = false;       // a paper could not be drawn or written, which has been told
+    bool reader_gone = false;  // nobody reads standard output any more, which has not been told
+  };
+  // Writes them all: one that fails keeps no other from its paper. SIGPIPE has to be ignored.
+  Outcome write();
 
  private:
   std::vector<PaperPlace> places_;
-  std::vector<PaperFile> files_;
+  std::list<PaperFile> files_;
+  Streams& streams_;
 };

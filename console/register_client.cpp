@@ -15,6 +15,7 @@
 #include "register/picture.h"
 #include "register/virtual_register.h"
 #include "register_messages.h"
+#include "register_options.h"
 #include "register_text.h"
 #include "rpccommon/services/rtffptrconst.h"
 #include "text.h"
@@ -96,6 +97,7 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
 RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
                                Streams& streams)
     : file_(register_file) {
+  if (!file_.empty()) require_register_name(file_);
   struct stat status;
   const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
   device_ = std::make_unique<Device>(clock, file_, streams);

@@ -12,6 +12,7 @@ constexpr std::string_view kColon = ": ";
 // Why a file cannot be opened, read or written. In front of it the register puts the file.
 constexpr std::string_view kCauses[] = {
     TR_TEXT("no regular file"),
+    TR_TEXT("is a directory, not a register"),
     TR_TEXT("the file is empty"),
     TR_TEXT("the database of another program"),
     TR_TEXT("in use by another program"),
@@ -20,6 +21,7 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("the file is cut short: {} bytes are left of {}"),
     TR_TEXT("the file is damaged"),
     TR_TEXT("the file is damaged ({})"),
+    TR_TEXT("the register is damaged: its version makes no sense"),
     TR_TEXT("the register is damaged: {} makes no sense"),
     TR_TEXT("the register is damaged ({})"),
     TR_TEXT("cannot be opened"),

@@ -28,12 +28,29 @@ void add_language_options(CLI::App* command, std::string* language, std::string*
       ->envname("LORIMAT_LIBRARY");
 }
 
+void require_register_name(const std::string& file) {
+  if (file == "-") {
+    throw Failure(tr("--register -: standard input is no register; a file of this name is ./-"));
+  }
+  const size_t slash = file.rfind('/');
+  if (slash == std::string::npos) return;
+  const auto refuse = [&file](int cause) {
+    throw Failure(tr("{}: cannot be opened: {}", shown(file), system_message(cause)));
+  };
+  struct stat status;
+  const std::string folder = file.substr(0, slash + 1);
+  const std::string name = file.substr(slash + 1);
+  if (stat(folder.c_str(), &status) != 0) refuse(errno);
+  if (name.empty() || name == "." || name == "..") refuse(EISDIR);
+}
+
 const std::string& require_register(const std::string& file) {
   if (file.empty()) {
     throw Failure(
         tr("which register? Name its file with --register FILE or in the environment variable "
            "LORIMAT_REGISTER"));
   }
+  require_register_name(file);
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
     const int cause = errno;

@@ -15,6 +15,11 @@ CLI::Option* add_register_option(CLI::App* command, std::string* file);
 // Adds --language and --library, for commands that set the library to work.
 void add_language_options(CLI::App* command, std::string* language, std::string* library);
 
+// Throws Failure when the text cannot name a register's file, be it there or not: "-", a name in a
+// folder that is not there, and a folder's ("shop.register/"). The database would read some of them
+// as another name.
+void require_register_name(const std::string& file);
+
 // The file that was named. Throws Failure, with a hint, when none was, or when nothing is there:
 // these commands make no register.
 const std::string& require_register(const std::string& file);

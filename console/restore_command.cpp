@@ -40,7 +40,7 @@ rates that differ want a closed day.
 Exit codes:
   0  the register holds the tables of the backup; with --dry-run: they were compared
   1  some rows could not be restored, and each is named with its cause; or all were, and the report
-     could not be written
+     could not be written; or they were loaded, and could not be read back
   2  wrong use, or nothing was restored
   130  stopped by Ctrl-C; what was restored up to there is shown
 )");
@@ -161,7 +161,7 @@ class Loader {
       : backup_(backup), session_(session), streams_(streams) {}
 
   // Loads what differs, with the key in its position for programming meanwhile. False when
-  // Ctrl-C stopped it.
+  // a signal stopped it.
   bool run(const Differences& differences) {
     const InterruptWatch watch;
     Progress progress(streams_, true, differences.size());
@@ -179,7 +179,13 @@ class Loader {
       progress.update(++done);
     }
     if (articles_differ && !interrupted) {
-      load_articles(backup_.tables.back(), session_, &refusals_);
+      const TableBackup& articles = backup_.tables.back();
+      // The rows of the other tables are loaded by now.
+      try {
+        load_articles(articles, session_, &refusals_);
+      } catch (const Failure& failure) {
+        refusals_[{articles.table->file, 0}] = failure.what();
+      }
     }
     turn_back();
     return !interrupted;
@@ -300,8 +306,8 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams&
     code = kExitFaults;
   }
   if (outcome.stopped) {
-    tell_error(streams, tr("stopped by Ctrl-C"));
-    code = kExitInterrupted;
+    tell_error(streams, tr("stopped by {}", interrupt_name()));
+    code = interrupt_exit();
   }
   return code;
 }
@@ -370,6 +376,18 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
     tell_error(streams, tr("the key could not be turned back to position {}: {}",
                            session.status().key_position, loader.key_failure()));
   }
-  outcome.after = compare(backup, session);
+  try {
+    outcome.after = compare(backup, session);
+  } catch (const Failure& failure) {
+    for (const auto& [place, cause] : outcome.refusals) {
+      const auto& [file, line] = place;
+      tell_error(streams, tr("{}: not restored: {}",
+                             line == 0 ? file : fmt::format("{}:{}", file, line), cause));
+    }
+    tell_error(streams, tr("{}: what was loaded could not be read back: {}",
+                           shown(options.register_file), failure.what()));
+    if (outcome.stopped) return interrupt_exit();
+    return kExitFaults;
+  }
   return show_outcome(options, outcome, streams);
 }

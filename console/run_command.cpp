@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <exception>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -13,17 +12,19 @@
 #include <vector>
 
 #include "batch_request.h"
+#include "batch_stop.h"
+#include "broken_pipe.h"
 #include "failure.h"
 #include "interrupt.h"
 #include "library.h"
 #include "library_start.h"
+#include "line_encoding.h"
 #include "line_reader.h"
 #include "notices.h"
 #include "paper_places.h"
 #include "places.h"
 #include "progress.h"
 #include "register/register_file.h"
-#include "register/virtual_register.h"
 #include "register_client.h"
 #include "register_text.h"
 #include "styles.h"
@@ -53,7 +54,8 @@ class FailureList {
   }
   void report_code(const std::string& place, long code, std::string_view text,
                    std::string_view line) {
-    report(place, tr("code {}", code), shown(without_trailing_blanks(text)), line);
+    report(place, tr("code {}", code), shown(without_trailing_blanks(text)) + encoding_hint(line),
+           line);
   }
   uint64_t count() const { return count_; }
 
@@ -82,7 +84,6 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
 
   Progress progress(streams, is_long(reader), reader.size());
   FailureList failures(streams, progress);
-  InterruptWatch watch;
   SourceLine line;
   uint64_t run = 0;
   bool stopped = false;
@@ -97,7 +98,8 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
       failures.report(place, tr("not run"),
                       tr("a NUL byte stands in column {}, and the library would read the line only "
                          "up to there",
-                         line.nul_at),
+                         line.nul_at) +
+                          encoding_hint(line.text),
                       line.text);
     } else {
       std::string answer;
@@ -114,8 +116,8 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
   }
   progress.clear();
   if (interrupted) {
-    tell_error(streams, tr("stopped by Ctrl-C behind line {}", run));
-    return kExitInterrupted;
+    tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), run));
+    return interrupt_exit();
   }
   if (stopped) {
     tell_error(streams, tr("stopped at line {}, which failed", run));
@@ -188,22 +190,11 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   std::string answer;
   long code = 0;
   Progress progress(streams, is_long(reader), lines);
-  InterruptWatch watch;
   std::optional<uint64_t> stopped_behind;
   {
-    // The library traces each line of a batch through the client; the "@" line is the first. It
-    // runs a batch to its end: behind Ctrl-C the device is let go of, which refuses the lines that
-    // are left and keeps an open document as it is.
-    uint64_t traced = 0;
-    client.on_line([&] {
-      progress.update(traced);
-      if (interrupted && !stopped_behind && traced > 0 && client.device().Release() == 0) {
-        stopped_behind = traced - 1;
-      }
-      ++traced;
-    });
+    BatchStop stop(client, [&progress](uint64_t line) { progress.update(line); });
     code = library.run_line(batch_line(place.name, scratch.error_file()), &answer);
-    client.on_line(nullptr);
+    stopped_behind = stop.stopped_behind();
   }
   progress.clear();
   if (fchdir(origin.get()) != 0) {
@@ -216,14 +207,10 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
   FailureList failures(streams, progress);
-  std::vector<BatchError> errors = read_batch_errors(scratch.error_file());
+  report_batch_errors(options.file, read_batch_errors(scratch.error_file()), failures);
   if (stopped_behind) {
-    std::erase_if(errors, [&](const BatchError& error) { return error.line > *stopped_behind; });
-  }
-  report_batch_errors(options.file, errors, failures);
-  if (stopped_behind) {
-    tell_error(streams, tr("stopped by Ctrl-C behind line {}", *stopped_behind));
-    return kExitInterrupted;
+    tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), *stopped_behind));
+    return interrupt_exit();
   }
   if (options.verbose) streams.error(tr("{}: answer: {}\n", reader.name(), text));
   if (failures.count() == 0) return kExitGood;
@@ -241,18 +228,43 @@ void require_batch_file(const RunOptions& options, const LineReader& reader) {
 
 // --- The paper, and the register's file.
 
-std::vector<PaperPlace> paper_places(const RunOptions& options, const RegisterClient& client) {
-  std::vector<PaperPlace> places = {{options.paper.empty() ? "-" : options.paper, "--paper",
-                                     tr("the paper's text"), [&client] { return client.paper(); }}};
+// Of a client that is there once the paper is written.
+std::vector<PaperPlace> paper_places(const RunOptions& options,
+                                     const std::optional<RegisterClient>& client) {
+  std::vector<PaperPlace> places = {
+      {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
+       [&client] { return client->paper(); }}};
   if (!options.png.empty()) {
     places.push_back(
-        {options.png, "--png", tr("the PNG"), [&client] { return client.paper_png(); }});
+        {{options.png, "--png", tr("the PNG")}, [&client] { return client->paper_png(); }});
   }
   if (!options.pdf.empty()) {
     places.push_back(
-        {options.pdf, "--pdf", tr("the PDF"), [&client] { return client.paper_pdf(); }});
+        {{options.pdf, "--pdf", tr("the PDF")}, [&client] { return client->paper_pdf(); }});
   }
   return places;
+}
+
+// Before anything is opened for writing.
+void require_free_places(const RunOptions& options, const std::vector<PaperPlace>& places,
+                         const std::string& library_file) {
+  std::vector<OutputName> outputs = names_of(places);
+  outputs.push_back({options.trace, "--trace", tr("the trace"), true});
+  std::vector<KeptFile> kept = {
+      {options.file, tr("the file of lines")},
+      {find_definition_file(options.language).path, tr("the definition file")},
+      {library_file, tr("the library")}};
+  for (KeptFile& file : register_files(options.register_file)) kept.push_back(std::move(file));
+  require_apart(outputs, kept);
+}
+
+// What ran is not to be run again because its paper was lost.
+void tell_what_is_kept(const RunOptions& options, Streams& streams) {
+  if (options.register_file.empty()) return;
+  const std::string file = shown(options.register_file);
+  tell_note(streams, tr("{} has what the lines did, and they are not to be run again; \"lorimat "
+                        "paper --register {}\" writes the paper",
+                        file, file));
 }
 
 // Which document is open, and what becomes of it. The register is switched off by now, so that
@@ -279,29 +291,34 @@ int run_command(const RunOptions& options, Streams& streams) {
   // The library lets go of the client last, and nothing is made before the library is there.
   std::optional<RegisterClient> client;
   const std::string library_file = find_library(options.library);
+  const std::vector<PaperPlace> papers = paper_places(options, client);
+  require_free_places(options, papers, library_file);
+  const bool caller_wants_error = ignore_broken_pipe();
+  const InterruptWatch watch;
   streams.start_trace(options.trace);
   if (options.verbose) tell(streams, tr("library {}", shown(library_file)));
   std::optional<Library> library(std::in_place, library_file, streams);
   client.emplace(options.clock, options.register_file, streams);
   start_library(options.language, options.verbose, *library, *client, streams);
 
-  PaperPlaces places(
-      paper_places(options, *client),
-      {{options.file, tr("the file of lines")}, {options.register_file, tr("the register's file")}},
-      streams);
+  PaperPlaces places(papers, streams);
   const int code = options.batch ? run_batch(options, reader, *library, *client, streams)
                                  : run_lines(options, reader, *library, *client, streams);
-  std::exception_ptr not_written;
-  try {
-    places.write();
-  } catch (const Failure&) {
-    not_written = std::current_exception();
+  PaperPlaces::Outcome outcome = places.write();
+  // A caller that has the signal ignored is told, and one whose run a signal has ended.
+  if (outcome.reader_gone && (caller_wants_error || interrupted != 0)) {
+    outcome.failed = true;
+    tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
   }
   const bool open = client->document_open();
   const bool kept = client->last_failure().empty();
   library.reset();
   client.reset();
   tell_open_document(options, open, reader.name(), streams);
-  if (not_written) std::rethrow_exception(not_written);
-  return kept ? code : kExitNotDone;
+  const std::string trace_failure = streams.trace_failure();
+  if (!trace_failure.empty()) tell_error(streams, trace_failure);
+  const bool all_written = !outcome.failed && trace_failure.empty();
+  if (!all_written || outcome.reader_gone) tell_what_is_kept(options, streams);
+  if (!kept || !all_written) return kExitNotDone;
+  return outcome.reader_gone ? kExitReaderGone : code;
 }

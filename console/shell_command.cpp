@@ -2,14 +2,17 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <langinfo.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <clocale>
-#include <csignal>
+#include <exception>
 #include <optional>
+#include <string_view>
 #include <utility>
 
+#include "broken_pipe.h"
 #include "failure.h"
 #include "interrupt.h"
 #include "language.h"
@@ -17,6 +20,7 @@
 #include "library_start.h"
 #include "line_reader.h"
 #include "notices.h"
+#include "pal/protocols/lorimat/ascii.h"
 #include "places.h"
 #include "register/register_file.h"
 #include "register_client.h"
@@ -56,7 +60,7 @@ Exit codes:
   0  the shell was left; as a pipe: every line ran
   1  as a pipe: at least one line failed
   2  wrong use, or the shell or its output could not be done
-  130  as a pipe: stopped by Ctrl-C
+  130  as a pipe: stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
 // A terminal's line as the session takes it.
@@ -74,18 +78,17 @@ SourceLine source_line(const std::string& text, uint64_t number) {
 
 int run_pipe(ShellSession& session, Streams& streams) {
   LineReader reader("-", &interrupted);
-  InterruptWatch watch;
   SourceLine line;
   uint64_t run = 0;
   session.show_paper();
-  // What Ctrl-C leaves of a line that was being sent is not run.
+  // What a signal leaves of a line that was being sent is not run.
   while (!session.quit() && interrupted == 0 && reader.next(&line) && interrupted == 0) {
     run = line.number;
     session.take(line, fmt::format("{}:{}", reader.name(), line.number));
   }
   if (interrupted != 0) {
-    tell(streams, tr("stopped by Ctrl-C behind line {}", run));
-    return kExitInterrupted;
+    tell(streams, tr("stopped by {} behind line {}", interrupt_name(), run));
+    return interrupt_exit();
   }
   if (session.failures() == 0) return kExitGood;
   tell(streams, tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
@@ -184,9 +187,10 @@ class TerminalShell {
     std::string answer;
     switch (editor_.read(tr("Leave? (y/n) "), &answer)) {
       case ShellEditor::Event::kLine: {
-        const std::string yes = tr("y");
-        return !answer.empty() &&
-               (answer.substr(0, yes.size()) == yes || answer[0] == 'y' || answer[0] == 'Y');
+        const char first = answer.empty() ? ' ' : lower(answer.front());
+        if (first == 'y' || first == tr("y").front()) return true;
+        if (first != 'n') say(tr("That is neither y nor n; the shell goes on."));
+        return false;
       }
       case ShellEditor::Event::kInterrupt:
         streams_.output("^C\n");
@@ -206,10 +210,18 @@ class TerminalShell {
   bool history_told_ = false;
 };
 
+// Characters as the terminal has them; numbers and the rest stay as they are. A locale that is not
+// installed, and one without characters beyond ASCII, leaves UTF-8, as terminals have it: bytes
+// that are none are kept as they are.
+void take_characters_of_terminal() {
+  const bool known = std::setlocale(LC_CTYPE, "") != nullptr;
+  if (known && std::string_view(nl_langinfo(CODESET)) != "ANSI_X3.4-1968") return;
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
 int run_terminal(const Language& language, Library& library, RegisterClient& client, int output,
                  Streams& streams) {
-  // Characters as the terminal has them; numbers and the rest stay as they are.
-  std::setlocale(LC_CTYPE, "");
+  take_characters_of_terminal();
   const bool colours = has_colours(output);
   ShellHistory history(history_file());
   ShellEditor* window = nullptr;
@@ -267,11 +279,13 @@ void add_shell(CLI::App& app, ShellOptions* options) {
 
 int shell_command(const ShellOptions& options, Streams& streams) {
   // A reader that has gone is an error like a full disk, not the end of the register.
-  std::signal(SIGPIPE, SIG_IGN);
+  ignore_broken_pipe();
   const bool terminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
   if (terminal) streams.wrap_notices();
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
+  std::optional<InterruptWatch> watch;
+  if (!terminal) watch.emplace();
   std::optional<RegisterClient> client;
   const std::string library_file = find_library(options.library);
   streams.start_trace("");
@@ -281,16 +295,22 @@ int shell_command(const ShellOptions& options, Streams& streams) {
   const Language language(find_definition_file(options.language).path);
 
   int code = 0;
-  if (terminal) {
-    code = run_terminal(language, *library, *client, output.get(), streams);
-  } else {
-    ShellSession session(language, *library, *client, {.columns = &no_window}, streams);
-    code = run_pipe(session, streams);
+  std::exception_ptr stopped;
+  try {
+    if (terminal) {
+      code = run_terminal(language, *library, *client, output.get(), streams);
+    } else {
+      ShellSession session(language, *library, *client, {.columns = &no_window}, streams);
+      code = run_pipe(session, streams);
+    }
+  } catch (const Failure&) {
+    stopped = std::current_exception();
   }
   const bool open = client->document_open();
   const bool kept = client->last_failure().empty();
   library.reset();
   client.reset();
   tell_open_document(options, open, terminal, streams);
+  if (stopped) std::rethrow_exception(stopped);
   return kept ? code : kExitNotDone;
 }

@@ -29,7 +29,7 @@ volatile std::sig_atomic_t suspended = 0;
 void note_signal(int signal) {
   switch (signal) {
     case SIGINT:
-      interrupted = 1;
+      interrupted = signal;
       break;
     case SIGWINCH:
       resized = 1;

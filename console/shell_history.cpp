@@ -23,9 +23,12 @@ std::string absolute_folder(const char* variable) {
   return value != nullptr && *value == '/' ? value : "";
 }
 
-// The file's folder and those above it, as only the user may enter them.
+// The file's folder and those above it, as only the user may enter them. The user's own folder is
+// none that a program makes.
 bool make_folders(const std::string& file) {
-  for (size_t slash = file.find('/', 1); slash != std::string::npos;
+  const std::string home = absolute_folder("HOME");
+  const bool in_home = file.compare(0, home.size() + 1, home + "/") == 0;
+  for (size_t slash = file.find('/', in_home ? home.size() + 1 : 1); slash != std::string::npos;
        slash = file.find('/', slash + 1)) {
     if (mkdir(file.substr(0, slash).c_str(), S_IRWXU) != 0 && errno != EEXIST) return false;
   }

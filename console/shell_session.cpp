@@ -13,6 +13,7 @@
 #include "batch_stop.h"
 #include "failure.h"
 #include "interrupt.h"
+#include "line_encoding.h"
 #include "notices.h"
 #include "register/register_error.h"
 #include "register/virtual_register.h"
@@ -86,7 +87,8 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
     fail(place,
          tr("not run: a NUL byte stands in column {}, and the library would read the line only up "
             "to there",
-            line.nul_at),
+            line.nul_at) +
+             encoding_hint(line.text),
          line.text);
     return;
   }
@@ -128,7 +130,9 @@ void ShellSession::show_answer(const std::string& text, long code, const std::st
                                const std::string& place) {
   const std::string words = shown(without_trailing_blanks(answer));
   if (code != 0) {
-    fail(place, tr("code {}: {}", code, words), look_.terminal && !in_file_ ? "" : text);
+    // The place that a terminal is shown has the hint.
+    fail(place, tr("code {}: {}", code, words) + (look_.terminal ? "" : encoding_hint(text)),
+         look_.terminal && !in_file_ ? "" : text);
     if (!look_.terminal) return;
     const size_t columns = look_.columns();
     streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
@@ -164,7 +168,8 @@ void ShellSession::fail(const std::string& place, const std::string& what, std::
 }
 
 void ShellSession::tell_stop(const std::string& file, uint64_t line) {
-  const std::string text = laid_out(tr("{}: stopped by Ctrl-C behind line {}", file, line));
+  const std::string text =
+      laid_out(tr("{}: stopped by {} behind line {}", file, interrupt_name(), line));
   if (look_.terminal) {
     streams_.output(text);
   } else {

@@ -78,6 +78,9 @@ Streams::~Streams() { flush_shared_buffers(); }
 
 void Streams::output(std::string_view text) {
   if (!write_all(own_output_.get(), text)) {
+    if (errno == EPIPE) {
+      throw ReaderGone(tr("cannot write to standard output: {}", system_message(errno)));
+    }
     throw Failure(tr("cannot write to standard output: {}", system_message(errno)));
   }
 }
@@ -104,6 +107,7 @@ void Streams::start_trace(const std::string& file) {
     trace_ = Descriptor(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666));
   }
   tracing_ = !file.empty();
+  trace_name_ = file;
   if (!trace_.is_open() || dup2(trace_.get(), STDOUT_FILENO) < 0) {
     throw Failure(tr("{}: cannot write the trace: {}", shown(file), system_message(errno)));
   }
@@ -111,8 +115,22 @@ void Streams::start_trace(const std::string& file) {
 
 void Streams::trace(std::string_view line) {
   if (!tracing_) return;
-  flush_shared_buffers();
-  write_all(trace_.get(), fmt::format("{}\n", line));
+  flush_trace();
+  if (!write_all(trace_.get(), fmt::format("{}\n", line))) trace_error_ = errno;
+}
+
+// What the library writes fails in the buffers that it shares with this program.
+void Streams::flush_trace() {
+  std::cout.flush();
+  if (std::fflush(stdout) != 0) trace_error_ = errno;
+}
+
+std::string Streams::trace_failure() {
+  if (!tracing_) return {};
+  flush_trace();
+  if (trace_error_ == 0 && std::ferror(stdout) != 0) trace_error_ = EIO;
+  if (trace_error_ == 0) return {};
+  return tr("{}: cannot write the trace: {}", shown(trace_name_), system_message(trace_error_));
 }
 
 void Streams::divert_errors() {

@@ -42,7 +42,8 @@ class Streams {
   Streams(const Streams&) = delete;
   Streams& operator=(const Streams&) = delete;
 
-  // The program's standard output; throws Failure when the text cannot be written.
+  // The program's standard output; throws Failure when the text cannot be written, which is
+  // ReaderGone when nobody reads it.
   void output(std::string_view text);
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void error(std::string_view text);
@@ -61,6 +62,8 @@ class Streams {
   // A line of the trace, with its line end; nothing without a trace.
   void trace(std::string_view line);
   bool tracing() const { return tracing_; }
+  // Why the trace is not whole; empty while all of it was written.
+  std::string trace_failure();
   // Turns descriptor 2 to the trace, and back.
   void divert_errors();
   void restore_errors();
@@ -69,6 +72,10 @@ class Streams {
   Descriptor own_output_;
   Descriptor own_error_;
   Descriptor trace_;
+  void flush_trace();
+
+  std::string trace_name_;
   bool tracing_ = false;
+  int trace_error_ = 0;  // an errno value
   bool wraps_ = false;
 };

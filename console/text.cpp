@@ -21,9 +21,13 @@ std::string shown(std::string_view text, size_t limit) {
   }
   std::string out;
   out.reserve(text.size());
-  for (const char c : text) {
+  for (size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
     const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F) {
+    if (text.substr(at, kByteOrderMark.size()) == kByteOrderMark) {
+      out += "\\xEF\\xBB\\xBF";
+      at += kByteOrderMark.size() - 1;
+    } else if (byte < 0x20 || byte == 0x7F) {
       out += fmt::format("\\x{:02X}", byte);
     } else {
       out += c;

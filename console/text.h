@@ -5,8 +5,11 @@
 #include <string>
 #include <string_view>
 
-// The text as it may be shown on a terminal: control characters become "\xNN" and a text
-// longer than limit bytes is cut and ends in "...". A limit of 0 cuts nothing.
+// The mark that some editors put in front of a text in UTF-8. No terminal shows it.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// The text as it may be shown on a terminal: control characters and the byte order mark become
+// "\xNN" and a text longer than limit bytes is cut and ends in "...". A limit of 0 cuts nothing.
 std::string shown(std::string_view text, size_t limit = 0);
 
 // The text without the blanks at its end.

@@ -139,7 +139,7 @@ void Database::CheckFile(Open how) const {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file_, error);
   if (std::filesystem::is_directory(status)) {
-    Fail(std::make_error_code(std::errc::is_a_directory).message());
+    Fail("is a directory, not a register");
   }
   if (!std::filesystem::exists(status)) {
     if (how != Open::kCreate) {
@@ -175,8 +175,9 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
     Execute("PRAGMA foreign_keys = ON");
     return;
   }
-  // Until the file is known to be ours, nothing of its log goes into it.
-  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  // Until the file is known to be ours, nothing of its log goes into it. One that SQLite makes on
+  // opening is taken away in the end.
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, HasLog() ? 1 : 0, nullptr);
   CheckHead(kind);
   const bool writable = sqlite3_db_readonly(handle_.get(), "main") == 0;
   const std::string cause = writable ? FolderRefusal() : FileRefusal();
@@ -222,7 +223,9 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
   if (!blank && application != kind.application_id) Fail("the database of another program");
   if (blank && how != Open::kCreate) Fail("the file is empty");
-  if (!blank && version_ < 1) Damaged("user_version");
+  if (!blank && version_ < 1) {
+    throw DamageError(Name(), "the register is damaged: its version makes no sense");
+  }
   if (version_ > kind.newest_version) {
     Fail(
         fmt::format("made by a newer version: its tables are of version {}, known are those up "
@@ -272,20 +275,24 @@ void Database::ExplainOpening(int code) const {
   }
 }
 
+bool Database::HasLog() const {
+  const char* log = sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main"));
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(log, error);
+  return !error && size > 0;
+}
+
 // Refuses another program's file, and one that was cut short, by its head alone: SQLite would
 // begin to repair it. A file that has a log beside it may be ahead of its head.
 void Database::CheckHead(const DatabaseKind& kind) const {
-  const char* log = sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main"));
-  std::error_code error;
-  const std::uintmax_t log_size = std::filesystem::file_size(log, error);
-  if (!error && log_size > 0) return;
-
+  if (HasLog()) return;
   sqlite3_file* file = File();
   if (file == nullptr) return;
   sqlite3_int64 size = 0;
   if (const int code = file->pMethods->xFileSize(file, &size)) FailWith(code);
   if (size == 0) {
     // SQLite takes a single byte for none.
+    std::error_code error;
     if (std::filesystem::file_size(file_, error) == 1 && !error) FailWith(SQLITE_NOTADB);
     return;
   }

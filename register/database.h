@@ -145,6 +145,7 @@ class Database {
   void ExplainOpening(int code) const;
   std::string Name() const;
   sqlite3_file* File() const;
+  bool HasLog() const;
   std::string FileRefusal() const;
   std::string FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;

@@ -56,6 +56,7 @@ class Checker {
       CheckFile();
     } catch (const RegisterError& failure) {
       Find("{}", failure.cause());
+      check_.damaged = true;
     }
     try {
       CheckRows(progress);
@@ -63,6 +64,7 @@ class Checker {
       if (check_.findings.empty() || check_.findings.back() != failure.cause()) {
         Find("{}", failure.cause());
       }
+      check_.damaged = true;
     }
     return std::move(check_);
   }
@@ -102,7 +104,9 @@ class Checker {
       if (rows.Text(0) == "ok") continue;
       // A row may have several lines, the first of them with the name of the database in asterisks.
       for (const std::string& line : SplitLines(rows.Text(0))) {
-        if (line.rfind("*** ", 0) != 0) Find("the file is damaged ({})", line);
+        if (line.rfind("*** ", 0) == 0) continue;
+        Find("the file is damaged ({})", line);
+        check_.damaged = true;
       }
     }
   }

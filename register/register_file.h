@@ -67,6 +67,7 @@ struct JournalCheck {
   static constexpr size_t kMostFindings = 100;
   std::vector<std::string> findings;
   uint64_t findings_left_out = 0;
+  bool damaged = false;  // pages of the file cannot be read, or do not fit one another
 
   bool good() const { return findings.empty(); }
 };

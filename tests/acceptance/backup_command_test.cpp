@@ -84,6 +84,19 @@ TEST_F(BackupCommand, GoesIntoAnEmptyFolderAndNoOther) {
   EXPECT_THAT(missing.errors, HasSubstr("none/tables.part: cannot be made: No such file"));
 }
 
+TEST_F(BackupCommand, GoesWhereALinkToAnEmptyFolderLeads) {
+  const std::string real = shop_.folder().path("real");
+  const std::string link = shop_.folder().path("link");
+  fs::create_directory(real);
+  fs::create_symlink("real", link);
+  const ProgramRun run = shop_.run({"backup", link});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::exists(real + "/manifest.json"));
+  EXPECT_FALSE(fs::exists(link + ".part"));
+  EXPECT_EQ(shop_.run({"restore", link}).exit_code, 0);
+}
+
 TEST_F(BackupCommand, WhatACutOffBackupLeftIsNamedAndStays) {
   fs::create_directory(tables() + ".part");
   const ProgramRun run = shop_.run({"backup", tables()});

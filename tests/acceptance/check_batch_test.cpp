@@ -12,9 +12,11 @@
 
 using nlohmann::json;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 namespace {
 
@@ -162,6 +164,112 @@ TEST(CheckBatch, BytesThatTheEyeDoesNotSee) {
               ElementsAre("1:12 error bare-carriage-return 0"));
 }
 
+TEST(CheckBatch, AByteOrderMarkIsNamedAndWhatStandsBehindItIsChecked) {
+  TestFolder folder;
+  folder.write("lines.cmd", "\xEF\xBB\xBFVEND REP=1, PER=2\nCHIU\n");
+  const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.output,
+            "lines.cmd:1:1: error: the line begins with a byte order mark: the library takes it "
+            "for a part of the line, and finds no command (code 257)\n"
+            "    \\xEF\\xBB\\xBFVEND REP=1, PER=2\n"
+            "    ^\n"
+            "lines.cmd:1:16: error: VEND has no field 'PER'; did you mean PRE? (code 260)\n"
+            "    \\xEF\\xBB\\xBFVEND REP=1, PER=2\n"
+            "                            ^\n"
+            "lines.cmd: batch file, 2 commands: 2 errors, 0 warnings\n");
+  EXPECT_THAT(findings("\xEF\xBB\xBF\nCHIU\n", 1), ElementsAre("1:1 error byte-order-mark 257"));
+  EXPECT_THAT(findings("\xEF\xBB\xBF; a comment\nCHIU\n", 1),
+              ElementsAre("1:1 error byte-order-mark 257"));
+  // Where files were joined.
+  EXPECT_THAT(findings("CHIU\n\xEF\xBB\xBF"
+                       "CHIU\n",
+                       1),
+              ElementsAre("2:1 error byte-order-mark 257"));
+}
+
+TEST(CheckBatch, ARunNamesTheByteOrderMark) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "\xEF\xBB\xBFSUBT\nVNED\n");
+  const std::string named =
+      "lines.cmd:1: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND; the line begins "
+      "with a byte order mark, which the library takes for a part of it\n"
+      "    \\xEF\\xBB\\xBFSUBT\n";
+  const std::string other =
+      "lines.cmd:2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n";
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"run", lines}, {"run", "--batch", lines}, {"shell"}}) {
+    const ProgramRun run = run_console(arguments, {.input = ".batch " + lines + "\n"});
+    EXPECT_EQ(run.exit_code, 1) << arguments.back();
+    EXPECT_THAT(run.errors, HasSubstr(named)) << arguments.back();
+    EXPECT_THAT(run.errors, HasSubstr(other)) << arguments.back();
+  }
+}
+
+TEST(CheckBatch, AFileInUtf16HasOneFindingThatSaysSo) {
+  using namespace std::string_literals;
+  const std::string big = "\0C\0H\0I\0U\0\n\0S\0U\0B\0T\0\n"s;
+  const std::string little = "C\0H\0I\0U\0\r\0\n\0S\0U\0B\0T\0\r\0\n\0"s;
+  const std::string words = "[\0O\0P\0C\0O\0D\0]\0\n\0001\0000\0=\0S\0"s;
+  TestFolder folder;
+  for (const std::string& text :
+       {big, little, "\n\0"s + little, "\xFE\xFF"s + big, "\xFF\xFE"s + little, "\xFF\xFE"s + words,
+        words, "\xFF\xFE\xAC\x20\x0A\x00"s}) {
+    for (const char* name : {"lines.cmd", "words.ini"}) {
+      const ProgramRun run =
+          run_console({"check", folder.write(name, text)}, {.folder = folder.path()});
+      EXPECT_EQ(run.exit_code, 1) << testing::PrintToString(text);
+      EXPECT_THAT(run.output,
+                  StartsWith(folder.path(name) +
+                             ": error: the file is UTF-16: the library cannot read it; save it as "
+                             "UTF-8 without a byte order mark\n"))
+          << testing::PrintToString(text);
+      EXPECT_THAT(run.output, EndsWith(": 1 error, 0 warnings\n")) << testing::PrintToString(text);
+      EXPECT_THAT(run_console({"run", "--language", source_file("language/merkelin.ini"),
+                               folder.path(name)})
+                      .errors,
+                  HasSubstr("the file is UTF-16"))
+          << testing::PrintToString(text);
+    }
+  }
+  EXPECT_THAT(findings(big, 1), ElementsAre("0:0 error utf-16 0"));
+  // No UTF-16, but a line with a NUL byte.
+  EXPECT_THAT(findings("C\0HIU\n"s, 1), ElementsAre("1:2 error nul-byte 0"));
+}
+
+TEST(CheckBatch, NumbersOfMoreDigitsThanTheLibraryTakesAreWarnedOf) {
+  TestFolder folder;
+  folder.write("lines.cmd",
+               "VEND REP=1, PRE=99999999999999999999\n"
+               "VEND REP=4294967297, PRE=1\n"
+               "VEND REP=1, QTA=4294967.297, PRE=1\n"
+               "VEND REP=1, PRE=1.23456\n"
+               "#10 #1=1, #4='99999999999999999999'\n");
+  const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 0);
+  const std::string why = " has more digits than the library takes, which reads ";
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:13: warning: field PRE" + why + "0\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:2:6: warning: field REP" + why + "2147483647\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:3:13: warning: field QTA" + why + "0.001\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:4:13: warning: field PRE" + why + "0\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:5:11: warning: field #4" + why + "0\n"));
+  EXPECT_THAT(run.output, EndsWith(": 0 errors, 5 warnings\n"));
+  EXPECT_THAT(findings("VEND REP=1, QTA=2147483.647, PRE=123456789.1234\n"
+                       "VEND ART=99999999999999999999, PRE=-1.5\n"
+                       "CHIU IMP=0.30, TEND=99999999999999999999\n",
+                       0),
+              IsEmpty());
+}
+
+TEST(CheckBatch, AMissingCommaIsThoughtOf) {
+  TestFolder folder;
+  folder.write("lines.cmd", "VEND REP=1 PRE=2\nVEND DES=A B\n");
+  const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:10: error: '1 PRE=2' is no word for a value; is a "
+                                    "comma missing? (code 263)\n"));
+  EXPECT_THAT(run.output, HasSubstr("'A B' is no word for a value; a text needs quotes"));
+}
+
 TEST(CheckBatch, AMandatoryFieldIsMissed) {
   TestFolder folder;
   const std::string words = folder.write("words.ini", "[OPCOD]\n10=SELL\n[10]\n1=DEP,O\n4=PRICE\n");
@@ -214,6 +322,13 @@ TEST(CheckFiles, StandardInputIsADash) {
   EXPECT_THAT(lines.output, HasSubstr("standard input:1:1: error: no command is called 'VNED'"));
   const ProgramRun words = run_console({"check", "-"}, {.input = "[OPCOD]\n18=SUBTOTAL\n"});
   EXPECT_THAT(words.output, HasSubstr("standard input: definition file, 1 command"));
+}
+
+TEST(CheckFiles, StandardInputIsReadOnce) {
+  const ProgramRun run = run_console({"check", "-", "-"}, {.input = "VNED\n"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.output, IsEmpty());
+  EXPECT_EQ(run.errors, "lorimat: - is given twice, and standard input can be read once\n");
 }
 
 TEST(CheckFiles, AFileThatCannotBeReadIsToldAndTheOthersAreChecked) {

@@ -155,6 +155,15 @@ TEST(Completion, OffersTheFaultsThatTheProgramKnows) {
   EXPECT_THAT(completions({"fault", "busy", ""}), IsEmpty());
 }
 
+TEST(Completion, OffersTheOperationsThatAFaultStrikes) {
+  const nlohmann::json known = nlohmann::json::parse(run_console({"fault", "--json"}).output);
+  const std::vector<std::string> names = known.at("operations");
+  ASSERT_GT(names.size(), 50u);
+  EXPECT_THAT(completions({"fault", "--on", ""}), testing::UnorderedElementsAreArray(names));
+  EXPECT_THAT(completions({"fault", "busy", "--on", "PrintRecItemE"}),
+              ElementsAre("PrintRecItemEx"));
+}
+
 TEST(Completion, OffersTheKindsOfEntriesThatTheJournalKnows) {
   const std::vector<std::string> kinds = completions({"journal", "--kind", ""});
   std::string listed;

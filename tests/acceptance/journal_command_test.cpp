@@ -185,6 +185,41 @@ TEST(JournalCommand, TheHelpOfShowAndVerifyNamesTheVariable) {
               HasSubstr("(Ambiente:LORIMAT_REGISTER)\n"));
 }
 
+TEST(JournalCommand, TheRegisterIsNamedOnce) {
+  const Shop shop;
+  sell_two_days(shop);
+  const ProgramSetting variable = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"verify"}, {"show", "1"}}) {
+    std::vector<std::string> arguments = {"journal", "--register", shop.file()};
+    arguments.insert(arguments.end(), command.begin(), command.end());
+    EXPECT_EQ(run_console(arguments, variable).exit_code, 0) << command[0];
+    const ProgramRun run = shop.run(arguments, variable);
+    EXPECT_EQ(run.exit_code, 2) << command[0];
+    EXPECT_THAT(run.output, IsEmpty()) << command[0];
+    EXPECT_EQ(run.errors,
+              "lorimat: --register: At Most 1 required but received 2\n"
+              "Run with --help for more information.\n")
+        << command[0];
+  }
+}
+
+TEST(JournalCommand, ARangeThatEndsBeforeItBeginsIsRefused) {
+  const Shop shop;
+  sell_two_days(shop);
+  const std::vector<std::pair<std::string, std::string>> reversed = {
+      {"5", "2"}, {"2024-03-16", "2024-03-15"}, {"2024-03-15 10:31", "2024-03-15 10:30"}};
+  for (const auto& [from, to] : reversed) {
+    const ProgramRun run = shop.run({"journal", "--from", from, "--to", to});
+    EXPECT_EQ(run.exit_code, 2) << from;
+    EXPECT_THAT(run.output, IsEmpty()) << from;
+    EXPECT_EQ(run.errors,
+              "lorimat: --from " + from + " --to " + to + ": the range ends before it begins\n");
+  }
+  EXPECT_EQ(shop.run({"journal", "--from", "2", "--to", "2"}).exit_code, 0);
+  EXPECT_EQ(shop.run({"journal", "--from", "2024-03-15", "--to", "2024-03-15"}).exit_code, 0);
+}
+
 TEST(JournalCommand, TheRegisterMayBeNamedInFrontOfShowAndVerify) {
   const Shop shop;
   sell_two_days(shop);
@@ -250,6 +285,10 @@ TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
     const ProgramRun run = shop.run({"journal", "verify"});
     EXPECT_NE(run.exit_code, 0) << at;
     if (run.output.find(": the file is damaged\n") != std::string::npos) ++damaged;
+    if (run.output.find("the file is damaged") != std::string::npos) {
+      EXPECT_THAT(run.output, HasSubstr(name + "the file is damaged: ")) << at;
+      EXPECT_THAT(run.output, Not(HasSubstr("the journal was changed"))) << at;
+    }
     EXPECT_THAT(run.output, Not(HasSubstr(name + name))) << at;
   }
   EXPECT_GT(damaged, 0);

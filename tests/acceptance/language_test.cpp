@@ -187,7 +187,7 @@ TEST(MessageLanguage, WrongUseIsToldInItalian) {
   EXPECT_EQ(run_italian({}).errors, "lorimat: Manca il sottocomando" + end);
   EXPECT_EQ(run_italian({"run"}).errors, "lorimat: FILE è obbligatorio" + end);
   EXPECT_EQ(run_italian({"run", "x", "--papper", "y"}).errors,
-            "lorimat: Argomenti non previsti: y --papper" + end);
+            "lorimat: nessuna opzione si chiama '--papper'; forse --paper?" + end);
   EXPECT_EQ(run_italian({"run", "x", "--png", ""}).errors,
             "lorimat: --png: non può essere vuoto" + end);
   EXPECT_EQ(run_italian({"run", "x", "--png"}).errors,
@@ -283,7 +283,7 @@ TEST_F(RegisterInItalian, WhatTheSystemSaysOfItsFile) {
   EXPECT_EQ(run_italian({"run", folder_.write("more.cmd", "SUBT\n"), "--register", nowhere}).errors,
             "lorimat: " + nowhere + ": non si può aprire: Il file o la cartella non esiste\n");
   EXPECT_EQ(run_italian({"status", "--register", folder_.path()}).errors,
-            "lorimat: " + folder_.path() + ": È una cartella\n");
+            "lorimat: " + folder_.path() + ": è una cartella, non un registratore\n");
 }
 
 TEST_F(RegisterInItalian, ABackupWhoseReportCannotBeWritten) {

@@ -156,7 +156,7 @@ ProgramRun run_program(const std::string& program, const std::vector<std::string
     if (!interrupted && run.errors.find(setting.interrupt_at) != std::string::npos) {
       interrupted = true;
       wait_until_asleep(child);
-      kill(child, SIGINT);
+      kill(child, setting.signal);
     }
   }
   if (fds[0].fd >= 0 || !setting.interrupt_at.empty()) close(input.write_end);

@@ -1,6 +1,7 @@
 // Runs the console as a person's shell does and keeps what it wrote.
 #pragma once
 
+#include <csignal>
 #include <map>
 #include <optional>
 #include <string>
@@ -21,9 +22,10 @@ struct ProgramSetting {
   std::string output_file = {};                         // standard output goes to this file
   bool close_output = false;  // the program starts without standard output
   bool as_nobody = false;     // when the tests run as root
-  // Sends SIGINT once standard error holds this text; standard input stays open until the
+  // Sends the signal once standard error holds this text; standard input stays open until the
   // program ends.
   std::string interrupt_at = {};
+  int signal = SIGINT;
 };
 
 // Runs the console with these arguments. No registry of this computer is seen, nor what its user

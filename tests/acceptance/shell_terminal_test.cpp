@@ -306,6 +306,48 @@ TEST_F(ShellOnTerminal, BytesThatAreNoCharactersReachTheRegisterAsTheyAre) {
   run.wait_for_typed("VEND REP=1, PRE=1.00, DES='CAFF\xC3\xA8'");
 }
 
+TEST_F(ShellOnTerminal, AccentsAreTypedWithoutALocale) {
+  const std::vector<std::map<std::string, std::string>> locales = {
+      {{"LC_ALL", ""}, {"LANG", "xx_XX.UTF-8"}},
+      {{"LC_ALL", "xx_XX"}},
+      {{"LC_ALL", "C"}},
+      {{"LC_ALL", ""}, {"LC_CTYPE", "xx_XX.UTF-8"}, {"LANG", "C"}}};
+  for (const auto& locale : locales) {
+    TerminalSetting other = setting();
+    other.environment.insert(locale.begin(), locale.end());
+    TerminalRun run(shell(), other);
+    run.type("VEND REP=1, PRE=1.00, DES='CAFF\xC3\xA8'");
+    run.wait_for_typed("VEND REP=1, PRE=1.00, DES='CAFF\xC3\xA8'");
+    EXPECT_EQ("ok", run.type_for_prompt("\r").front());
+    EXPECT_THAT(run.raw(), Not(HasSubstr("\\U")));
+    EXPECT_THAT(read_file(history()), HasSubstr("DES='CAFF\xC3\xA8'\n"));
+  }
+}
+
+TEST_F(ShellOnTerminal, AFolderOfTheUserThatIsNotThereIsNotMade) {
+  TerminalSetting homeless = setting();
+  homeless.environment["HOME"] = folder_.path("nobody");
+  homeless.columns = 200;
+  TerminalRun run(shell(), homeless);
+  EXPECT_THAT(run.enter("SUBT"),
+              Contains(StartsWith("lorimat: note: the lines typed are not kept: ")));
+  EXPECT_THAT(folder_.names(), IsEmpty());
+}
+
+TEST_F(ShellOnTerminal, AnAnswerThatIsNeitherYesNorNoIsToldSo) {
+  TerminalRun run(shell(), setting());
+  run.enter("VEND REP=1, PRE=2.00");
+  for (const char* answer : {"\r", "x\r", "q\r"}) {
+    run.type(kCtrlD);
+    run.wait_for("Leave? (y/n)");
+    EXPECT_THAT(run.type_for_prompt(answer),
+                Contains("That is neither y nor n; the shell goes on."));
+  }
+  run.type(kCtrlD);
+  run.wait_for("Leave? (y/n)");
+  EXPECT_THAT(run.type_for_prompt("No\r"), Not(Contains(HasSubstr("neither"))));
+}
+
 TEST_F(ShellOnTerminal, ALineOfAMegabyteIsRefusedAndTheNextOneRuns) {
   TerminalRun run(shell(), setting());
   EXPECT_THAT(run.enter("VEND DES='" + std::string(1 << 20, 'x') + "'"),

@@ -201,6 +201,40 @@ TEST(StatusCommand, AFileThatCannotBeWrittenIsReadAllTheSame) {
   std::filesystem::permissions(shop.folder().path(), std::filesystem::perms::all);
 }
 
+TEST(StatusCommand, ARefusedRegisterHasNothingLeftBesideIt) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  constexpr size_t kVersionAt = 63;  // of the head of the file
+  std::string content = shop.folder().read("shop.register");
+  const std::vector<std::string> names = shop.folder().names();
+  for (const char version : {0, 3, 99}) {
+    content[kVersionAt] = version;
+    shop.folder().write("shop.register", content);
+    for (const char* command : {"status", "paper", "journal", "fault"}) {
+      const ProgramRun run = shop.run({command});
+      EXPECT_EQ(run.exit_code, 2) << command;
+      EXPECT_THAT(run.errors,
+                  HasSubstr(version == 0 ? "its version makes no sense" : "a newer version"));
+      EXPECT_EQ(shop.folder().names(), names) << command;
+    }
+    EXPECT_EQ(shop.sell("SUBT\n").exit_code, 2);
+    EXPECT_EQ(shop.folder().names(), names);
+    EXPECT_TRUE(shop.folder().read("shop.register") == content);
+  }
+}
+
+TEST(StatusCommand, AFolderIsNoRegister) {
+  const TestFolder folder;
+  for (const char* command : {"status", "paper", "journal", "fault"}) {
+    const ProgramRun run = run_console({command, "--register", folder.path()});
+    EXPECT_EQ(run.exit_code, 2) << command;
+    EXPECT_EQ(run.errors, "lorimat: " + folder.path() + ": is a directory, not a register\n");
+    EXPECT_EQ(run_console({command, "--register", folder.path()}, {.environment = {{"LANG", "it"}}})
+                  .errors,
+              "lorimat: " + folder.path() + ": è una cartella, non un registratore\n");
+  }
+}
+
 TEST(StatusCommand, AFullStandardOutputIsAnError) {
   const Shop shop;
   ASSERT_EQ(shop.sell(kDay).exit_code, 0);

@@ -49,27 +49,62 @@ TEST(Usage, AnUnknownSubcommandIsNamedWithTheNearestOne) {
 }
 
 TEST(Usage, AnUnknownOptionIsNamedAlsoWhereSomethingIsMissing) {
-  for (const auto& arguments : std::vector<std::vector<std::string>>{
-           {"--papper"}, {"run", "--papper"}, {"check", "--papper"}, {"backup", "--papper"}}) {
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {"--papper"}, {"check", "--papper"}, {"backup", "--papper"}}) {
     const ProgramRun run = run_console(arguments);
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_EQ(run.errors,
-              "lorimat: The following argument was not expected: --papper\n"
+              "lorimat: no option is called '--papper'\n"
               "Run with --help for more information.\n");
   }
 }
 
-TEST(Usage, AnUnknownOptionIsWrongUseAndIsNamed) {
-  const ProgramRun run = run_console({"run", "x.cmd", "--papper", "y"});
-  EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr("--papper"));
+TEST(Usage, AnUnknownOptionIsNamedFirstAndTheNearestOneIsOffered) {
+  struct {
+    std::vector<std::string> arguments;
+    const char* told;
+  } const cases[] = {
+      {{"run", "--papper"}, "'--papper'; did you mean --paper?"},
+      {{"run", "x.cmd", "--papper", "y"}, "'--papper'; did you mean --paper?"},
+      {{"run", "many.cmd", "--registr", "x"}, "'--registr'; did you mean --register?"},
+      {{"run", "many.cmd", "--registr=x"}, "'--registr'; did you mean --register?"},
+      {{"run", "--regster", "x", "many.cmd"}, "'--regster'; did you mean --register?"},
+      {{"journal", "verify", "--registre", "x"}, "'--registre'; did you mean --register?"},
+      {{"--versoin"}, "'--versoin'; did you mean --version?"},
+      {{"run", "x.cmd", "-q"}, "'-q'"},
+      {{"run", "x.cmd", "--zzzzzz"}, "'--zzzzzz'"},
+      {{"run", "x.cmd", "--pa\x1b[2Jper"}, "'--pa\\x1B[2Jper'"},
+  };
+  for (const auto& one : cases) {
+    const ProgramRun run = run_console(one.arguments);
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_EQ(run.errors, std::string("lorimat: no option is called ") + one.told +
+                              "\nRun with --help for more information.\n");
+  }
 }
 
-TEST(Usage, ControlCharactersOfAWrongArgumentAreShownAsNumbers) {
-  const ProgramRun run = run_console({"run", "x.cmd", "--pa\x1b[2Jper"});
+TEST(Usage, AnOptionInFrontOfItsSubcommandIsToldWhereItStands) {
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {"--register", "d.reg", "status"}, {"--register=d.reg", "status", "--json"}}) {
+    const ProgramRun run = run_console(arguments);
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_EQ(run.errors,
+              "lorimat: the option --register stands behind the subcommand: lorimat status "
+              "--register ...\n"
+              "Run with --help for more information.\n");
+  }
+  const ProgramRun alone = run_console({"--register", "d.reg"});
+  EXPECT_EQ(alone.exit_code, 2);
+  EXPECT_EQ(alone.errors,
+            "lorimat: the option --register stands behind a subcommand, and none was given\n"
+            "Run with --help for more information.\n");
+}
+
+TEST(Usage, AnArgumentTooManyIsNamed) {
+  const ProgramRun run = run_console({"run", "x.cmd", "y.cmd", "z.cmd"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors,
-            "lorimat: The following argument was not expected: --pa\\x1B[2Jper\n"
+            "lorimat: The following argument was not expected: y.cmd\n"
             "Run with --help for more information.\n");
 }
 
@@ -123,6 +158,33 @@ TEST(Usage, AFileThatIsNoLibraryIsRefusedWithItsCause) {
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("cannot be loaded"));
   EXPECT_THAT(run.errors, HasSubstr(wrong));
+}
+
+TEST(Usage, WhyALibraryIsNotLoadedIsToldInItalianAsFarAsItIsKnown) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const std::string wrong = folder.write("wrong.so", "no library at all");
+  const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
+  EXPECT_EQ(run_console({"run", lines, "--library", wrong}, italian).errors,
+            "lorimat: la libreria non si può caricare (" + wrong + ": file too short)\n");
+  const std::string none = folder.path("none.so");
+  EXPECT_EQ(
+      run_console({"run", lines, "--library", none}, italian).errors,
+      "lorimat: la libreria non si può caricare: " + none + ": Il file o la cartella non esiste\n");
+}
+
+TEST(Usage, DatesHaveTheSameFormInTheHelpAndInErrors) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "");
+  const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
+  EXPECT_THAT(run_console({"run", "--help"}, italian).output, HasSubstr("AAAA-MM-GG HH:MM"));
+  EXPECT_THAT(run_console({"run", lines, "--clock", "x"}, italian).errors,
+              HasSubstr("AAAA-MM-GG HH:MM"));
+  const std::string shop = folder.path("shop.register");
+  ASSERT_EQ(run_console({"run", lines, "--register", shop}).exit_code, 0);
+  const ProgramRun journal = run_console({"journal", "--from", "x", "--register", shop}, italian);
+  EXPECT_THAT(journal.errors, HasSubstr("AAAA-MM-GG HH:MM"));
+  EXPECT_THAT(journal.errors, Not(HasSubstr("YYYY")));
 }
 
 TEST(Usage, ALibraryWithoutTheExportsIsRefused) {

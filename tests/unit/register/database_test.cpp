@@ -208,8 +208,8 @@ TEST_F(DatabaseTest, ValuesThatMakeNoSenseAreNamed) {
 }
 
 TEST_F(DatabaseTest, PlacesWhereNoFileCanBe) {
-  EXPECT_EQ(Refusal(folder_.string()), folder_.string() + ": Is a directory");
-  EXPECT_EQ(LookRefusal(folder_.string()), folder_.string() + ": Is a directory");
+  EXPECT_EQ(Refusal(folder_.string()), folder_.string() + ": is a directory, not a register");
+  EXPECT_EQ(LookRefusal(folder_.string()), folder_.string() + ": is a directory, not a register");
   EXPECT_EQ(LookRefusal(Path("none")), Path("none") + ": No such file or directory");
   EXPECT_EQ(Refusal(Path("none/shop")),
             Path("none/shop") + ": cannot be opened: No such file or directory");
