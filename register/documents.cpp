@@ -73,8 +73,8 @@ void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument
       if (adjustment.voided) At(figures, taken_back) += Absolute(delta);
     }
     if (adjustment.voided) continue;
-    if (adjustment.delta < 0) stored->discounts -= adjustment.delta;
-    if (adjustment.delta > 0) stored->surcharges += adjustment.delta;
+    // By what it is, as the figures: a discount on a refund line stays one.
+    (surcharge ? stored->surcharges : stored->discounts) += Absolute(adjustment.delta);
     // An adjustment of a whole department stands beside its lines.
     const int number = adjustment.request.department;
     if (number == 0 || adjustment.line) continue;

@@ -20,8 +20,8 @@ bool IsKnownAdjustment(int type) {
   return type >= RTF_FPTR_AT_AMOUNT_DISCOUNT && type <= RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
 }
 
-// The size of an adjustment on a base, in whole cents. Nothing for a value that no adjustment
-// has: zero, below zero, a discount of more than 100 %, or more than any document holds.
+// The size of an adjustment on a base, in whole cents. Nothing for one that no adjustment has:
+// zero or below, a discount of more than 100 %, or more than any document holds.
 std::optional<Amount> AdjustmentSize(const AdjustmentRequest& request, Amount base) {
   if (request.value <= 0) return std::nullopt;
   std::optional<Amount> size;
@@ -31,7 +31,7 @@ std::optional<Amount> AdjustmentSize(const AdjustmentRequest& request, Amount ba
   } else {
     size = RoundToCents(request.value);
   }
-  if (!size || *size > kMaxAmount || *size < 0) return std::nullopt;
+  if (!size || *size > kMaxAmount || *size <= 0) return std::nullopt;
   return size;
 }
 
@@ -122,44 +122,75 @@ int Receipt::Enter(const Item& item) {
   return RTF_SUCCESS;
 }
 
-std::optional<size_t> Receipt::FindOpenLine(const Item& item) const {
-  for (size_t index = lines_.size(); index-- > 0;) {
+bool Receipt::HasAdjustment(size_t line, int type, int64_t value) const {
+  return std::any_of(adjustments_.begin(), adjustments_.end(), [&](const Adjustment& adjustment) {
+    return adjustment.line == line && !adjustment.voided && !adjustment.is_void &&
+           adjustment.request.type == type && adjustment.request.value == value;
+  });
+}
+
+std::optional<Receipt::FoundLine> Receipt::FindOpenLine(const Item& item,
+                                                        const VoidTerms& terms) const {
+  const auto fits = [&](size_t index) {
+    return SameGoods(lines_[index].item, item) &&
+           (terms.adjustment == 0 || HasAdjustment(index, terms.adjustment_type, terms.adjustment));
+  };
+  for (size_t index = terms.by_amount ? 0 : lines_.size(); index-- > 0;) {
     const Line& line = lines_[index];
-    if (!SameGoods(line.item, item) || line.item.unit_price != item.unit_price) continue;
-    if (line.open_quantity == item.quantity) return index;
-    if (line.open_quantity > item.quantity && line.adjusted == 0) return index;
+    if (!fits(index) || line.item.unit_price != item.unit_price) continue;
+    if (line.open_quantity == item.quantity) return FoundLine{index, true};
+    if (line.open_quantity > item.quantity && line.adjusted == 0) return FoundLine{index, false};
   }
   // A correction by its amount alone takes a whole line of that amount, however it was sold.
   if (item.quantity_given) return std::nullopt;
   for (size_t index = lines_.size(); index-- > 0;) {
     const Line& line = lines_[index];
-    if (SameGoods(line.item, item) && line.open_quantity > 0 && line.open_amount == item.amount) {
-      return index;
+    if (fits(index) && line.open_quantity > 0 && line.open_amount == item.amount) {
+      return FoundLine{index, true};
     }
   }
   return std::nullopt;
 }
 
-int Receipt::Void(const Item& item, Amount* amount) {
-  const std::optional<size_t> found = FindOpenLine(item);
+Amount Receipt::SoldBy(int department) const {
+  Amount sum = 0;
+  for (const Line& line : lines_) {
+    if (line.item.department == department && line.item.kind == LineKind::kSale) {
+      sum += line.open_amount + line.adjusted;
+    }
+  }
+  for (const Adjustment& adjustment : adjustments_) {
+    const bool stands = !adjustment.voided && !adjustment.is_void;
+    if (stands && adjustment.request.department == department) sum += adjustment.delta;
+  }
+  return sum;
+}
+
+bool Receipt::LeavesDepartment(int department, Amount delta) const {
+  return department == 0 || delta >= 0 || SoldBy(department) + delta >= 0;
+}
+
+int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
+  const std::optional<FoundLine> found = FindOpenLine(item, terms);
   if (!found) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-  Line& line = lines_[*found];
-  const bool by_amount = line.item.unit_price != item.unit_price;
-  const bool whole = by_amount || line.open_quantity == item.quantity;
-  const int32_t quantity = whole ? line.open_quantity : item.quantity;
-  const Amount goods = whole ? line.open_amount : std::min(item.amount, line.open_amount);
+  Line& line = lines_[found->index];
+  const int32_t quantity = found->whole ? line.open_quantity : item.quantity;
+  const Amount goods = found->whole ? line.open_amount : std::min(item.amount, line.open_amount);
   const int sign = Sign(item.kind);
   // The adjustments of a line go with it.
   const Amount delta = -(sign * goods + line.adjusted);
   const std::map<int, Amount> deltas = {{item.vat, delta}};
   if (const int code = CheckSums(deltas)) return code;
+  if (item.kind == LineKind::kSale && !LeavesDepartment(item.department, delta)) {
+    return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  }
   AddToSums(deltas);
   AddToDepartment(item, -sign * quantity, delta);
   line.open_quantity -= quantity;
   line.open_amount -= goods;
   line.adjusted = 0;
   for (Adjustment& adjustment : adjustments_) {
-    if (whole && adjustment.line == *found) adjustment.voided = true;
+    if (found->whole && adjustment.line == found->index) adjustment.voided = true;
   }
   at_subtotal_ = false;
   *amount = delta;
@@ -200,12 +231,24 @@ int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtot
     if (earlier->on_subtotal != on_subtotal || earlier->voided || earlier->is_void ||
         earlier->request.type != request.type || earlier->request.value != request.value ||
         earlier->request.package != request.package ||
-        (request.department != 0 && earlier->request.department != request.department)) {
+        earlier->request.department != request.department ||
+        (request.vat != 0 && earlier->by_vat.count(request.vat) == 0)) {
       continue;
     }
     std::map<int, Amount> deltas;
     for (const auto& [vat, delta] : earlier->by_vat) deltas[vat] = -delta;
     if (const int code = CheckSums(deltas)) return code;
+    int department = earlier->request.department;
+    if (earlier->line) {
+      const Line& line = lines_[*earlier->line];
+      const int sign = Sign(line.item.kind);
+      // A discount that stands may have counted on the surcharge that goes.
+      if (line.open_amount + sign * (line.adjusted - earlier->delta) < 0) {
+        return RTF_EFPTR_BAD_ITEM_AMOUNT;
+      }
+      department = line.item.kind == LineKind::kSale ? line.item.department : 0;
+    }
+    if (!LeavesDepartment(department, -earlier->delta)) return RTF_EFPTR_BAD_ITEM_AMOUNT;
     AddToSums(deltas);
     earlier->voided = true;
     if (earlier->line) {
@@ -246,7 +289,8 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
     sign = Sign(last->kind);
     base = line.open_amount + sign * line.adjusted;
     if (vat == 0) vat = last->vat;
-    // An adjustment is part of its line as long as both fall on one VAT entry.
+    // An adjustment is part of its line as long as both fall on one VAT entry. On another it is
+    // of that entry alone, and of no department.
     if (vat == last->vat) adjustment.line = lines_.size() - 1;
   }
   const std::optional<Amount> size = AdjustmentSize(request, base);
@@ -260,8 +304,8 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
   AddToSums(adjustment.by_vat);
   if (request.department != 0) {
     by_department_[request.department].amount += adjustment.delta;
-  } else {
-    if (adjustment.line) lines_.back().adjusted += adjustment.delta;
+  } else if (adjustment.line) {
+    lines_.back().adjusted += adjustment.delta;
     AddToDepartment(lines_.back().item, 0, adjustment.delta);
   }
   adjustments_.push_back(adjustment);
@@ -311,15 +355,6 @@ int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
   adjustments_.push_back(adjustment);
   *done = adjustment;
   return RTF_SUCCESS;
-}
-
-bool Receipt::HasAdjustment(const Item& item, int type, int64_t value) const {
-  const std::optional<size_t> line = FindOpenLine(item);
-  return line &&
-         std::any_of(adjustments_.begin(), adjustments_.end(), [&](const Adjustment& adjustment) {
-           return adjustment.line == line && !adjustment.voided && !adjustment.is_void &&
-                  adjustment.request.type == type && adjustment.request.value == value;
-         });
 }
 
 int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done) {

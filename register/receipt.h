@@ -39,12 +39,19 @@ struct Item {
   std::string special_tax_name = {};
 };
 
+// What else the line has to meet that a correction takes back.
+struct VoidTerms {
+  bool by_amount = false;   // without a quantity a whole line of the amount, and no piece
+  int adjustment_type = 0;  // has this adjustment
+  int64_t adjustment = 0;   // of this value; 0 for any line
+};
+
 // An adjustment as the host asks for it.
 struct AdjustmentRequest {
   int type = 0;          // RTF_FPTR_AT_*
   int64_t value = 0;     // amount or percentage
   int department = 0;    // 0 for the last line
-  int vat = 0;           // VAT entry that it falls on; 0 for that of the line
+  int vat = 0;           // VAT entry that it falls on; 0 for that of the line, of a void for any
   bool is_void = false;  // takes an earlier one back
   // On the subtotal: shares by VAT entry, whole cents, that the host gives by itself.
   std::map<int, Amount> package = {};
@@ -97,8 +104,8 @@ class Receipt {
   // article, VAT entry and unit price that has the quantity left; without a quantity also a
   // whole line of that amount. `amount` takes what it did to the total: for a line with
   // adjustments, which only goes as a whole, the adjusted amount. A line that was not sold
-  // answers RTF_EFPTR_BAD_ITEM_AMOUNT.
-  int Void(const Item& item, Amount* amount);
+  // answers RTF_EFPTR_BAD_ITEM_AMOUNT, as does one that adjustments of its department count on.
+  int Void(const Item& item, Amount* amount, const VoidTerms& terms = {});
   // Takes back a correction that Void made.
   int Restore(const Item& item, Amount* amount);
   // Discounts or surcharges a line or a department.
@@ -107,8 +114,6 @@ class Receipt {
   int AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done);
   // The same with the shares by VAT entry that the request gives; each above 0. Only an amount.
   int AdjustPackage(const AdjustmentRequest& request, Adjustment* done);
-  // Whether the line that Void would take back has an adjustment of this type and value.
-  bool HasAdjustment(const Item& item, int type, int64_t value) const;
   // Pays an amount, or with `automatic` the rest.
   int Pay(const Tender& tender, Amount amount, bool automatic, Payment* done);
   // Notes that the subtotal has been shown; the next line or payment takes it off.
@@ -137,7 +142,16 @@ class Receipt {
   Amount VatTotal(const Tables& tables) const;
 
  private:
-  std::optional<size_t> FindOpenLine(const Item& item) const;
+  struct FoundLine {
+    size_t index = 0;
+    bool whole = false;  // all that is left of it, else pieces
+  };
+  std::optional<FoundLine> FindOpenLine(const Item& item, const VoidTerms& terms) const;
+  bool HasAdjustment(size_t line, int type, int64_t value) const;
+  // What the sale lines and the adjustments of a department come to.
+  Amount SoldBy(int department) const;
+  // Whether that stays at zero or above with a change; one upwards always goes.
+  bool LeavesDepartment(int department, Amount delta) const;
   int CheckSums(const std::map<int, Amount>& deltas) const;
   void AddToSums(const std::map<int, Amount>& deltas);
   void AddToDepartment(const Item& item, int32_t quantity, Amount amount);

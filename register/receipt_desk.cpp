@@ -132,7 +132,7 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
   return RTF_SUCCESS;
 }
 
-int ReceiptDesk::Line(const LineArguments& arguments) {
+int ReceiptDesk::Line(const LineArguments& arguments, const VoidTerms& terms) {
   if (!core_.Allows(Operation::kLine)) return RTF_EFPTR_WRONG_STATE;
   Receipt& receipt = core_.document.receipt;
   Item item;
@@ -146,7 +146,7 @@ int ReceiptDesk::Line(const LineArguments& arguments) {
       amount = item.kind == LineKind::kSale ? item.amount : -item.amount;
       break;
     case LineAction::kVoid:
-      code = receipt.Void(item, &amount);
+      code = receipt.Void(item, &amount, terms);
       break;
     case LineAction::kRestore:
       code = receipt.Restore(item, &amount);
@@ -191,7 +191,7 @@ int ReceiptDesk::Adjust(int type, std::string_view description, int64_t value, i
     const Department* row = core_.tables.FindDepartment(department);
     if (row == nullptr) return RTF_EFPTR_BAD_VAT;
     request.department = department;
-    request.vat = row->vat;
+    if (!is_void) request.vat = row->vat;
   }
   if (vat != kNotGiven && vat != kAsLastLine) {
     if (core_.tables.FindVat(vat) == nullptr) return RTF_EFPTR_BAD_VAT;
@@ -312,8 +312,11 @@ void ReceiptDesk::Store(StoredDocument stored) {
   stored.time = document.time;
   stored.operator_number = core_.current_operator;
   stored.lottery_code = document.lottery_code;
-  stored.referred_closure = document.reference.closure;
-  stored.referred_number = document.reference.number;
+  // Another register's document may have the numbers of an own one, which it leaves alone.
+  if (FindReferred(document.reference)) {
+    stored.referred_closure = document.reference.closure;
+    stored.referred_number = document.reference.number;
+  }
   const StoredDocument registered = core_.store.Register(std::move(stored));
   document.id = registered.id;
   document.number = registered.number;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "register/core.h"
@@ -50,13 +51,13 @@ class ReceiptDesk {
   int BeginRefund(const Reference& reference);
   // A credit note over the whole of one of this register's sales, made at once.
   int RefundWhole(const Reference& reference);
-  // A void of one of this register's sales; an empty reference names the last one. With
-  // `automatic` the register makes the whole document, otherwise its lines follow and have to
-  // come to the same total.
+  // A void of one of this register's sales that has no credit note; an empty reference names the
+  // last one. With `automatic` the register makes the whole document, otherwise its lines follow
+  // and have to come to the same total.
   int BeginCancel(const Reference& reference, bool automatic, std::string_view text);
 
   // --- Lines
-  int Line(const LineArguments& arguments);
+  int Line(const LineArguments& arguments, const VoidTerms& terms = {});
   // What Line would answer if it were the first line of a receipt.
   int TryLine(const LineArguments& arguments) const;
   int VoidLastLine();
@@ -97,6 +98,8 @@ class ReceiptDesk {
   int Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
               Item* item) const;
   int CheckBegin() const;
+  std::optional<StoredDocument> FindReferred(const Reference& reference) const;
+  bool HasGoneBack(const StoredDocument& sale) const;
   int CheckReferred(const Reference& reference, StoredDocument* sale) const;
   void MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line);
   int BeginCash(CashMove move, bool print_header);

@@ -90,12 +90,13 @@ int ReceiptDesk::BeginInvoice(const std::string_view (&customer)[5], bool opposi
 
 int ReceiptDesk::BeginRefund(const Reference& reference) {
   if (const int code = CheckBegin()) return code;
-  // The sale may have been made by any register: the reference is printed, not looked up.
   if (reference.closure < 0 || reference.closure > RegisterStore::kLastNumber ||
       reference.number < 0 || reference.number > RegisterStore::kLastNumber) {
     return RTF_E_ILLEGAL;
   }
   if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  const std::optional<StoredDocument> sale = FindReferred(reference);
+  if (sale && HasGoneBack(*sale)) return RTF_E_EXISTS;
   Open(DocumentKind::kRefund, reference);
   layout_.Header();
   layout_.Title(DocumentKind::kRefund, reference);
@@ -103,7 +104,26 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
   return RTF_SUCCESS;
 }
 
-// One of this register's sales, which is not void.
+// The sale of this register that a credit note or a void refers to. A credit note may refer to
+// anything: what is not found here was sold by another register, or on another day.
+std::optional<StoredDocument> ReceiptDesk::FindReferred(const Reference& reference) const {
+  const std::string& own = core_.tables.settings().serial_number;
+  if (reference.closure == 0 || (!reference.serial.empty() && reference.serial != own)) {
+    return std::nullopt;
+  }
+  std::optional<StoredDocument> sale = core_.store.Find(reference.closure, reference.number);
+  if (!sale || sale->kind != DocumentKind::kSale) return std::nullopt;
+  if (!reference.date.empty() && reference.date != DateText(sale->time)) return std::nullopt;
+  return sale;
+}
+
+// Whether nothing is left of a sale.
+bool ReceiptDesk::HasGoneBack(const StoredDocument& sale) const {
+  const std::optional<Amount> refunded = core_.store.Refunded(sale.closure, sale.number);
+  return sale.voided || (refunded && *refunded >= sale.total);
+}
+
+// One of this register's sales, of which nothing has gone back.
 int ReceiptDesk::CheckReferred(const Reference& reference, StoredDocument* sale) const {
   if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
   const bool last = reference.closure == 0 && reference.number == 0;
@@ -114,6 +134,7 @@ int ReceiptDesk::CheckReferred(const Reference& reference, StoredDocument* sale)
   if (!reference.date.empty() && reference.date != DateText(found->time)) {
     return RTF_EFPTR_BAD_DATE;
   }
+  if (core_.store.Refunded(found->closure, found->number)) return RTF_E_EXISTS;
   *sale = *std::move(found);
   return RTF_SUCCESS;
 }
@@ -138,7 +159,6 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
   if (const int code = CheckBegin()) return code;
   StoredDocument sale;
   if (const int code = CheckReferred(reference, &sale)) return code;
-  if (core_.store.HasRefund(sale.closure, sale.number)) return RTF_E_EXISTS;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
   Open(DocumentKind::kRefund, resolved);
   layout_.Header();
@@ -154,6 +174,8 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale, const
   const std::tm now = core_.Now();
   StoredDocument stored = sale;
   stored.kind = kind;
+  // The change that the sale gave is not given back.
+  if (!stored.payments.empty()) stored.payments.back().amount -= stored.change;
   stored.change = 0;
   stored.lottery_sent = false;
   Amount vat_total = 0;

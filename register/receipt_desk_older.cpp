@@ -141,14 +141,11 @@ int ReceiptDesk::VoidItem(const LineArguments& arguments, int adjustment_type, i
   if (!core_.Allows(Operation::kLine)) return RTF_EFPTR_WRONG_STATE;
   // Amounts below 0 have meanings of their own in other lines.
   if (arguments.price <= 0 && arguments.unit_price <= 0) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-  const Receipt& receipt = core_.document.receipt;
-  Item item;
-  LineAction action = LineAction::kVoid;
-  if (const int code = Resolve(arguments, receipt.last_line(), &action, &item)) return code;
-  if (adjustment != 0 && !receipt.HasAdjustment(item, adjustment_type, adjustment)) {
-    return RTF_EFPTR_BAD_ITEM_AMOUNT;
-  }
-  return Line(arguments);
+  VoidTerms terms;
+  terms.by_amount = arguments.quantity == 0;
+  terms.adjustment_type = adjustment_type;
+  terms.adjustment = adjustment;
+  return Line(arguments, terms);
 }
 
 // --- Copies

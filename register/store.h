@@ -72,8 +72,8 @@ class RegisterStore {
   // The last receipt, invoices left aside.
   std::optional<StoredDocument> FindLast() const;
   std::optional<StoredDocument> FindById(int64_t id) const;
-  // Whether a credit note of this register refers to the document.
-  bool HasRefund(int closure, int number) const;
+  // What the credit notes that refer to the document come to; nothing without one.
+  std::optional<Amount> Refunded(int closure, int number) const;
   // In the order in which they were registered, until `each` answers false.
   void ForEachDocument(const DocumentSelection& selection,
                        const std::function<bool(const StoredDocument&)>& each) const;

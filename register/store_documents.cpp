@@ -71,12 +71,17 @@ std::optional<StoredDocument> RegisterStore::FindLast() const {
   return document;
 }
 
-bool RegisterStore::HasRefund(int closure, int number) const {
-  Statement row = database_.Prepare(
-      "SELECT 1 FROM document WHERE kind = 2 AND referred_closure <> 0 AND referred_closure = ? "
-      "AND "
-      "referred_number = ?");
-  return row.With(closure, number).Step();
+std::optional<Amount> RegisterStore::Refunded(int closure, int number) const {
+  Statement rows = database_.Prepare(
+      "SELECT total FROM document WHERE kind = 2 AND referred_closure <> 0 AND "
+      "referred_closure = ? AND referred_number = ?");
+  rows.With(closure, number);
+  std::optional<Amount> sum;
+  while (rows.Step()) {
+    if (!sum) sum = 0;
+    AddTo(&*sum, rows.Integer(0));
+  }
+  return sum;
 }
 
 std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {

@@ -85,11 +85,13 @@ int Tables::SetSubtender(int number, Subtender subtender) {
   return RTF_SUCCESS;
 }
 
-// A subtender and its tender, which keeps its place.
+// A subtender and its tender, which keeps its place. What is not paid gives no change, whatever
+// its flags say.
 void Tables::PlaceSubtender(int number, Subtender subtender) {
+  const bool gives_change = (subtender.flags & Subtender::kGivesChange) != 0;
   Tender made = {SubtenderId(number),
                  subtender.description.empty() ? SubtenderName(number) : subtender.description,
-                 subtender.kind, (subtender.flags & Subtender::kGivesChange) != 0};
+                 subtender.kind, gives_change && subtender.kind != TenderKind::kNotPaid};
   for (Tender& tender : tenders_) {
     if (tender.id == made.id) std::swap(tender, made);
   }

@@ -75,7 +75,9 @@ int VirtualRegister::PrintRecItemFuelVoid(const char* description, long price, i
     line.price = price;
     line.vat = vatInfo;
     line.special_tax = special_tax;
-    return desk_.Line(line);
+    VoidTerms terms;
+    terms.by_amount = true;
+    return desk_.Line(line, terms);
   });
 }
 

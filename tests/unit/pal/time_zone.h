@@ -1,4 +1,4 @@
-// Sets the process's time zone for the life of the object and puts the old one back.
+// The process's time zone, and moments that do not depend on it.
 #pragma once
 
 #include <cstdlib>
@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+// Sets the process's time zone for the life of the object and puts the old one back.
 class ScopedTimeZone {
  public:
   explicit ScopedTimeZone(const char* zone) {
@@ -33,6 +34,15 @@ class ScopedTimeZone {
 
   std::optional<std::string> old_;
 };
+
+// Seconds since the epoch of a broken-down UTC time, by the platform and not by the code under test.
+inline time_t utc_seconds(struct tm* time) {
+#ifdef _WIN32
+  return _mkgmtime(time);
+#else
+  return ::timegm(time);
+#endif
+}
 
 // Zones as rules, so that no zone database is needed.
 inline constexpr char kUtc[] = "UTC0";

@@ -193,7 +193,7 @@ TEST_F(VirtualRegisterTest, TotalsAndCountersFollowTheDocuments) {
   Sell(1, 100000);
   EXPECT_EQ(Data(RTF_FPTR_GD_CURRENT_TOTAL), "100000");
   PayRest();
-  device.BeginDocTelematicRefund(1, 1, "15012024", "");
+  device.BeginDocTelematicRefund(1, 1, "15012024", "99LRM0000002");
   Sell(1, 40000);
   PayRest();
   device.BeginDocInvoice("ROSSI", "", "", "", "");

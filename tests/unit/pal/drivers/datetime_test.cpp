@@ -5,7 +5,6 @@
 #include <climits>
 #include <cstring>
 
-#include "pal/strptime.h"
 #include "unit/pal/time_zone.h"
 
 namespace {
@@ -57,7 +56,7 @@ TEST(DateTimeTest, CurrentTimeIsTheClocksInUtcAndLocal) {
   ASSERT_TRUE(DateTime::GetCurrentDateTime(&utc));
   ASSERT_TRUE(DateTime::GetLocalDateTime(&local));
   const time_t after = std::time(nullptr);
-  const time_t utc_moment = pal::timegm(&utc);
+  const time_t utc_moment = utc_seconds(&utc);
   const time_t local_moment = std::mktime(&local);
   EXPECT_LE(before, utc_moment);
   EXPECT_LE(utc_moment, after);
@@ -71,7 +70,7 @@ TEST(DateTimeTest, CurrentBcdTimeIsTheClocksInUtc) {
   const time_t after = std::time(nullptr);
   struct tm time = {};
   EXPECT_TRUE(DateTime::FromBCDDateTime(bcd, &time));
-  const time_t moment = pal::timegm(&time);
+  const time_t moment = utc_seconds(&time);
   EXPECT_LE(before, moment);
   EXPECT_LE(moment, after);
 }
