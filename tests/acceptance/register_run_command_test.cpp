@@ -151,7 +151,10 @@ TEST(RegisterRun, CtrlCInABatchKeepsTheReceiptAndSaysSo) {
   const TestFolder scratch;
   std::string lines;
   for (int sale = 0; sale < 6000; ++sale) lines += "; a sale\n\nVEND REP=1, PRE=0.01\n";
-  const std::string file = shop.folder().write("long.cmd", lines + "CHIU\n");
+  // Refused or not, this line would replace the file.
+  shop.folder().write("kept.txt", "as before\n");
+  const std::string file =
+      shop.folder().write("long.cmd", lines + "INFO TIPO=1, FILE='kept.txt'\nCHIU\n");
   const ProgramRun run = run_console(
       {"run", file, "--batch", "--register", shop.file(), "--clock", Shop::kClock, "--trace", "-"},
       {.environment = {{"TMPDIR", scratch.path()}}, .interrupt_at = "PRE=0.01"});
@@ -165,6 +168,7 @@ TEST(RegisterRun, CtrlCInABatchKeepsTheReceiptAndSaysSo) {
   EXPECT_THAT(run.errors, Not(HasSubstr("long.cmd:")));
   EXPECT_THAT(run.output, Not(HasSubstr("TOTALE")));
   EXPECT_EQ(status_of(shop)["open_document"]["lines"], last / 3);
+  EXPECT_EQ(shop.folder().read("kept.txt"), "as before\n");
   EXPECT_THAT(scratch.names(), IsEmpty());
 }
 

@@ -143,7 +143,7 @@ int EcrCmdCommand::LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
 int EcrCmdCommand::LeggiINT(fs_file_t* hFileOut, char* szLinea, bool bList) {
   constexpr size_t kTextSize = 65;
-  const int header_lines_capacity = std::min<int>(read_record_count(kHeaderLineCapacity), MAXCAMPI);
+  const int header_lines_capacity = std::min<int>(read_capacity(kHeaderLineCapacity), MAXCAMPI);
   RecordLine line(*this, szLinea, kPint, bList);
   for (int number = 1; number <= header_lines_capacity; ++number) {
     // A line that the device refuses shows as an empty text.
