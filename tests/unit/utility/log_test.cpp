@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <chrono>
 #include <cstring>
 #include <ctime>
 #include <sstream>
@@ -328,6 +329,21 @@ TEST_F(LogLineTest, AStoppedLogDropsEveryLine) {
   log_.WriteF(Log::LL_FATAL, kPlace, "%s", "x");
   log_.WriteH(Log::LL_FATAL, kPlace, "x", "x", 1);
   EXPECT_EQ(line_of(log_), "");
+}
+
+TEST_F(LogLineTest, TheMillisecondsAreThoseOfTheSecond) {
+  using std::chrono::duration_cast;
+  using std::chrono::milliseconds;
+  using std::chrono::system_clock;
+  const auto now = [] {
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+  };
+  const auto before = now();
+  log_.Write(Log::LL_INFO, kPlace, "x");
+  const auto after = now();
+  // "2024-03-15 10:30:00.123"
+  const long shown = std::stol(line_of(log_).substr(20, 3));
+  EXPECT_LE((shown + 1000 - before % 1000) % 1000, after - before);
 }
 
 // --- Lines at their limits.
