@@ -11,6 +11,12 @@
 // many there are must not keep a line running for hours.
 constexpr int kMostRecords = 65535;
 
+// The rows that are taken of one keyboard and of one download of articles, for the same reason,
+// and since each of them goes to the disk. A keyboard has 256 places, as its position travels in
+// one byte. Article tables of these devices have some thousands of rows, and no shop sells a
+// million goods. The file of a million rows stays below half a gigabyte.
+constexpr int kMostRows = 1000000;
+
 struct DepartmentRecord {
   static constexpr size_t kDescriptionSize = 128;  // with the closing NUL
 

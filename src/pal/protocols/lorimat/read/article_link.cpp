@@ -8,6 +8,7 @@
 #include "pal/protocols/lorimat/client_call.h"
 #include "pal/protocols/lorimat/data_items.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/program/device_records.h"
 #include "pal/threading/posix/thread.h"
 
 namespace {
@@ -165,15 +166,17 @@ int EcrCmdCommand::EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr) {
 
 int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool /*bList*/) {
   int iR = 0;
+  int rows = 0;
   bool written = true;
   // A row that the file does not take ends the download, and the table is not emptied behind
-  // it: its rows are nowhere else.
+  // it: its rows are nowhere else. No file takes a row beyond the bound.
   const auto fetch = [&](int selector, int index) {
     ClientText data_row;
     const int code = checkResult(RTF_FP_INVOKE(DownloadTable, selector, index, data_row.buffer));
     data_row.buffer[kLongestRow] = 0;
     if (code != 0) return code;
-    written = SeqFileWrite(hFileOut, data_row.buffer);
+    written = rows < kMostRows && SeqFileWrite(hFileOut, data_row.buffer);
+    ++rows;
     return written ? 0 : em_link_error(EM_FILE_OPEN_ERROR);
   };
   // As many as the device says: the first refused row ends the run.

@@ -1,5 +1,7 @@
 // Reading back the options and the keyboards of the device.
 
+#include <algorithm>
+
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/fields.h"
 #include "pal/protocols/lorimat/program/device_records.h"
@@ -117,13 +119,15 @@ int EcrCmdCommand::LeggiKEY(fs_file_t* hFileOut, char* szLinea, bool bList) {
                   keyboard_name.entries[i], type_code, iNTasti);
     SeqFileWrite(hFileOut, szLinea);
     int8_t keyboard_type_code = static_cast<int8_t>(type_code);
-    for (int64_t key_pos = 1; key_pos <= iNTasti; ++key_pos) {
+    // A keyboard ends at the bound as at a key that the device refuses: the next one is still
+    // read, and the answer does not tell.
+    const int last_key = std::min(iNTasti, kMostRows);
+    for (int key_pos = 1; key_pos <= last_key; ++key_pos) {
       KeyRecord record;
       record.keyboard_type = keyboard_type_code;
-      if (checkResult(config_keyboard(false, static_cast<int>(key_pos), record)) != 0) break;
+      if (checkResult(config_keyboard(false, key_pos, record)) != 0) break;
       keyboard_type_code = record.keyboard_type;
-      write_key(hFileOut, szLinea, bList, static_cast<int>(key_pos), record,
-                keyboard_type.entries[i]);
+      write_key(hFileOut, szLinea, bList, key_pos, record, keyboard_type.entries[i]);
     }
   }
   return 0;

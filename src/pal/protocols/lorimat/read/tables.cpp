@@ -158,8 +158,8 @@ int EcrCmdCommand::LeggiINT(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
 int EcrCmdCommand::LeggiSTEN(fs_file_t* hFileOut, char* szLinea, bool bList) {
   int res = 0;
-  for (int64_t number = 1; number <= pCurConf->iNumSTEN; ++number) {
-    const int subtender_id = static_cast<int>(number);
+  const int subtenders = std::min(pCurConf->iNumSTEN, kMostRecords);
+  for (int subtender_id = 1; subtender_id <= subtenders; ++subtender_id) {
     SubtenderRecord record;
     res = checkResult(config_subtender(false, subtender_id, record));
     if (res != 0) break;

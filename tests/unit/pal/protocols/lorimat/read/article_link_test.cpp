@@ -270,6 +270,63 @@ TEST_F(ArticleLink, ADiskThatIsFullKeepsTheTable) {
   }
 }
 
+// A device that says it has more articles than there can be, and delivers row after row. It ends
+// by itself far behind the bound, so that a test without one ends too.
+class EndlessArticles : public NullClient {
+ public:
+  explicit EndlessArticles(int rows) : rows_(rows) {}
+
+  int GetDataInternal(int, char* value) override {
+    std::strcpy(value, "2147483647");
+    return 0;
+  }
+  int DownloadTable(int, int, char* row) override {
+    if (asked++ == rows_) return 107;
+    std::strcpy(row, "R");
+    return 0;
+  }
+  int EraseTable(int) override {
+    ++erased;
+    return 0;
+  }
+
+  int asked = 0;
+  int erased = 0;
+
+ private:
+  const int rows_;
+};
+
+constexpr int kMillion = 1000000;
+
+TEST_F(ArticleLink, ADownloadWithoutEndIsOneThatCannotBeWritten) {
+  for (const char* selection : {"", ", SELEZ=1"}) {
+    EndlessArticles endless(kMillion + 100);
+    translator->rtfClient_ = &endless;
+    EXPECT_EQ(8195,
+              run(std::string("EMLINK CMD='DA', FILE='arts', ERR='errors', SVUOTA") + selection));
+    EXPECT_EQ("ERROR 32/3 : EM_LINK ERROR  : FILE OPEN ", answer_text);
+    EXPECT_EQ("ERROR 32/3 : EM_LINK ERROR  : FILE OPEN \r\n", file("errors"));
+    EXPECT_EQ(kMillion + 1, endless.asked);
+    EXPECT_EQ(3u * kMillion, std::filesystem::file_size("arts"));  // "R", CR, LF a row
+    EXPECT_EQ(0, endless.erased);
+  }
+}
+
+TEST_F(ArticleLink, AMillionArticlesAreTaken) {
+  // A selection ends where the device refuses: its rows are whole, and may be erased.
+  EndlessArticles selected(kMillion);
+  translator->rtfClient_ = &selected;
+  EXPECT_EQ(0, run("EMLINK CMD='DA', FILE='arts', SELEZ=1, SVUOTA"));
+  EXPECT_EQ(3u * kMillion, std::filesystem::file_size("arts"));
+  EXPECT_EQ(1, selected.erased);
+  // Without a selection a refusal is an error, told with its code: 107 and the class 512.
+  EndlessArticles refused(kMillion);
+  translator->rtfClient_ = &refused;
+  EXPECT_EQ(619, run("EMLINK CMD='DA', FILE='arts', SVUOTA"));
+  EXPECT_EQ(0, refused.erased);
+}
+
 TEST_F(ArticleLink, AnUnknownNumberOfArticlesIsNone) {
   device.refuse("GetDataInternal(109)", 107);
   EXPECT_EQ(0, run("EMLINK CMD='DA', FILE='arts'"));

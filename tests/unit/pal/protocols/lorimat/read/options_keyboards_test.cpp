@@ -201,6 +201,39 @@ TEST_F(OptionDumps, AKeyboardOf256KeysIsReadToItsEnd) {
   EXPECT_EQ("ConfigKeyboard(read 0,3)", device.calls.back());
 }
 
+// Two keyboards, of which the first has more keys than there can be. It ends by itself behind the
+// bound, so that a test without one ends too.
+class EndlessKeys : public NullClient {
+ public:
+  int GetDataInternal(int item, char* value) override {
+    std::strcpy(value, item == 105 ? "1,2" : item == 106 ? "A,B" : "2147483647,2");
+    return 0;
+  }
+  int ConfigKeyboard(bool, uint8_t, uint8_t* code, int8_t* type, char*, uint16_t*) override {
+    ++(*type == 1 ? first : second);
+    // The lock, which is asked for and not written, and a key on the second keyboard.
+    *code = *type == 1 ? 14 : 75;
+    return first > 1000100 ? 107 : 0;
+  }
+
+  int first = 0;
+  int second = 0;
+};
+
+TEST_F(OptionDumps, AKeyboardWithoutEndLeavesTheNextOneWhole) {
+  EndlessKeys endless;
+  translator->rtfClient_ = &endless;
+  EXPECT_EQ(0, run("LEGGI TAB=TASTIERE, FILE='d', LISTA"));
+  EXPECT_EQ(1000000, endless.first);
+  EXPECT_EQ(2, endless.second);
+  EXPECT_EQ(
+      ";Keyboard Name = 'A', Keyboard id = 1, Keyboard Key Numbers=2147483647\r\n"
+      ";Keyboard Name = 'B', Keyboard id = 2, Keyboard Key Numbers=2\r\n"
+      "#43 #1=1, #2=75, #4=2\r\n"
+      "#43 #1=2, #2=75, #4=2\r\n",
+      file("d"));
+}
+
 TEST_F(OptionDumps, AFullMacroFitsItsLine) {
   OneKeyboard(device, "1");
   std::string macro;

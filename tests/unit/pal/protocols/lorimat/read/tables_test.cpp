@@ -315,6 +315,23 @@ TEST_F(TableDumps, ARefusedSubtenderEndsTheDumpWithItsCode) {
   EXPECT_EQ("PROG INIZIO\r\n#39 #1=1, #2=0, #3='', #4=0, #5=0, #6=0\r\nENDPROG\r\n", file("d"));
 }
 
+// Subtenders without end; it ends by itself behind the bound, so that a test without one ends too.
+class EndlessSubtenders : public NullClient {
+ public:
+  int ConfigSubtender(bool, int32_t, uint8_t*, char*, uint8_t*, uint32_t*, uint8_t*) override {
+    return ++asked > 65635 ? 107 : 0;
+  }
+  int asked = 0;
+};
+
+TEST_F(TableDumps, SubtendersWithoutEndAreReadToTheBoundOfTheOtherTables) {
+  EndlessSubtenders endless;
+  translator->rtfClient_ = &endless;
+  translator->pCurConf->iNumSTEN = INT32_MAX;
+  EXPECT_EQ(0, run("LEGGI TAB=PAGAMENTI, FILE='d'"));
+  EXPECT_EQ(65535, endless.asked);
+}
+
 TEST_F(TableDumps, NoSubtendersAreNoError) {
   translator->pCurConf->iNumSTEN = 0;
   EXPECT_EQ(0, run("LEGGI TAB=PAGAMENTI, FILE='d'"));
