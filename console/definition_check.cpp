@@ -14,8 +14,7 @@
 namespace {
 
 constexpr size_t kPartLimit = 79;
-constexpr int kKeyCodes = 300;    // key codes from 0 that the library has room for
-constexpr int kLastPlayed = 255;  // key codes above are never played or stored in a macro
+constexpr int kLastKeyCode = 255;  // a key's code is one byte
 constexpr size_t kLongestSymbol = MAXSIMBLN;
 constexpr const char* kQuote = "'";
 
@@ -333,11 +332,6 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
         tr("the library reads {}", text_to_int(entry.right.c_str())));
   }
   const int value = text_to_int(entry.right.c_str());
-  if (is_key && (value < 0 || value >= kKeyCodes)) {
-    add(Severity::kError, "key-out-of-range",
-        tr("key code {} is not in 0 to {}", value, kKeyCodes - 1), tr("the entry has no effect"));
-    return;
-  }
   if (rows_.symbols.size() >= MAXSIMB - 1) {
     if (symbols_over_++ == 0) {
       add(Severity::kError, "too-many-symbols", tr("more than {} symbols", MAXSIMB - 1),
@@ -363,9 +357,12 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
     add(Severity::kWarning, "name-never-found", tr("the key '{}' holds a blank", name),
         tr("a macro takes it for two keys"));
   }
-  if (is_key && value > kLastPlayed) {
-    add(Severity::kWarning, "key-out-of-range", tr("key code {} is above {}", value, kLastPlayed),
-        tr("no command plays it"));
+  const bool is_key_code = is_key && value >= 0 && value <= kLastKeyCode;
+  if (is_key && !is_key_code) {
+    add(Severity::kWarning, "key-out-of-range",
+        tr("key code {} is not in 0 to {}", value, kLastKeyCode),
+        tr("no command plays it, and a key programmed with it gets the code {}",
+           value & kLastKeyCode));
   }
   const auto [before, is_new] = symbol_lines_.emplace(name, line_);
   if (!is_new) {
@@ -373,7 +370,7 @@ void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
         tr("the symbol {} was given in line {} already", name, before->second),
         tr("the library finds the first one"));
   }
-  if (is_key) {
+  if (is_key_code) {
     const auto [first, is_first] = key_lines_.emplace(value, line_);
     if (!is_first) {
       add(Severity::kWarning, "key-twice",

@@ -117,7 +117,7 @@ TEST(CheckDefinition, WhereTheLibraryReadsOnNothingStopsInARun) {
            "[OPCOD]\n10=SELL\n[ERRMSG77]\n1=X\n",
            "[OPCOD]\n10=SELL\n[200]\n1=X\n",
            "[OPCOD]\n10=SELL\n[EQU]\nX=y\n12=1\n",
-           "[OPCOD]\n10=SELL\n[EQUTASTI]\nX=300\n",
+           "[OPCOD]\n10=SELL\n[EQUTASTI]\nX=300\nY=y\n",
            "[OPCOD]\n10=SELL\n[INTMSG]\n77=X\nx='\n",
            "1=X\n[OPCOD]\n10=SELL\n",
        }) {
@@ -294,9 +294,19 @@ TEST(CheckDefinition, Symbols) {
 
 TEST(CheckDefinition, KeyCodes) {
   EXPECT_THAT(
-      findings("[OPCOD]\n18=S\n[EQUTASTI]\nA=0\nB=255\nC=256\nD=299\nE=300\nF=-1\nG=0\n", 1),
+      findings("[OPCOD]\n18=S\n[EQUTASTI]\nA=0\nB=255\nC=256\nD=299\nE=300\nF=-1\nG=0\n", 0),
       ElementsAre("6 warning key-out-of-range", "7 warning key-out-of-range",
-                  "8 error key-out-of-range", "9 error key-out-of-range", "10 warning key-twice"));
+                  "8 warning key-out-of-range", "9 warning key-out-of-range",
+                  "10 warning key-twice"));
+  // The symbol is kept, and a second one of its name is one too many.
+  EXPECT_THAT(findings("[OPCOD]\n18=S\n[EQUTASTI]\nA=300\nA=5\n", 1),
+              ElementsAre("4 warning key-out-of-range", "5 error symbol-twice"));
+  const json file = check("[OPCOD]\n18=S\n[EQUTASTI]\nA=300\nB=-1\n", 0);
+  // A key has one byte: 300 is 256 and 44, -1 is 255.
+  EXPECT_EQ(file.at("findings").at(0).at("effect"),
+            "no command plays it, and a key programmed with it gets the code 44");
+  EXPECT_EQ(file.at("findings").at(1).at("effect"),
+            "no command plays it, and a key programmed with it gets the code 255");
 }
 
 TEST(CheckDefinition, MoreSymbolsThanTheLibraryHolds) {

@@ -1,9 +1,9 @@
 // The definition file: it binds the words of the language to opcode ids, field numbers and
 // symbols, and may replace the message texts.
 //
-// What stands in a line beyond its table (a row, an id, a section, a key code out of
-// range) is refused row by row: it is not stored, and the file is read on. What the file's
-// reader cannot go on with (a line without "=", a row that is no number) ends the reading.
+// What stands in a line beyond its table (a row, an id, a section out of range) is refused
+// row by row: it is not stored, and the file is read on. What the file's reader cannot go on
+// with (a line without "=", a row that is no number) ends the reading.
 
 #include <algorithm>
 
@@ -109,11 +109,12 @@ void store_symbol(EcrCmdInterpreter& tables, const Entry& entry, bool is_key) {
   constexpr int kKeyCodes = static_cast<int>(sizeof tables.iInvTast / sizeof tables.iInvTast[0]);
   const int value = text_to_int(entry.right);
   if (tables.iTotSimb + 1 >= MAXSIMB) return;
-  if (is_key && (value < 0 || value >= kKeyCodes)) return;
   const int row = ++tables.iTotSimb;
   copy_text(tables.szSimb[row], entry.left);
   tables.iVSimb[row] = value;
-  if (is_key) tables.iInvTast[value] = row;
+  // A code that no key has keeps its name: only the way back, from the key to its name, has no
+  // place for it.
+  if (is_key && value >= 0 && value < kKeyCodes) tables.iInvTast[value] = row;
 }
 
 // Reads the lines of one file into the tables.

@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -200,12 +204,21 @@ TEST_F(DefinitionFile, ThreeHundredSymbolsLeaveTheFirst299) {
   EXPECT_STREQ(t().szSimb[299], "S299");
 }
 
-TEST_F(DefinitionFile, KeyCodesOutsideTheTableAreRefusedAlone) {
-  EXPECT_EQ(read("[EQUTASTI]\nA=5000\nB=-1\nC=299\nD=300\nE=0\n"), 1);
-  EXPECT_EQ(t().iTotSimb, 2);
-  EXPECT_STREQ(t().szSimb[1], "C");
-  EXPECT_EQ(t().iInvTast[299], 1);
-  EXPECT_EQ(t().iInvTast[0], 2);
+TEST_F(DefinitionFile, AKeyCodeOutsideTheTableOfKeysKeepsItsName) {
+  EXPECT_EQ(read("[EQUTASTI]\nA=5000\nB=-1\nC=299\nD=300\nE=0\nF=-2147483648\nG=2147483647\n"), 1);
+  EXPECT_EQ(t().iTotSimb, 7);
+  const std::pair<const char*, int> symbols[] = {
+      {"A", 5000}, {"B", -1}, {"C", 299}, {"D", 300}, {"E", 0}, {"F", INT32_MIN}, {"G", INT32_MAX}};
+  for (const auto& [name, code] : symbols) {
+    std::string word = name;
+    int value = 7;
+    EXPECT_TRUE(t().TradSimb(word.data(), &value)) << name;
+    EXPECT_EQ(value, code) << name;
+  }
+  // The way back has a place for C and E alone.
+  EXPECT_EQ(t().iInvTast[299], 3);
+  EXPECT_EQ(t().iInvTast[0], 5);
+  EXPECT_EQ(std::count(std::begin(t().iInvTast), std::end(t().iInvTast), 0), 298);
 }
 
 TEST_F(DefinitionFile, ASecondSymbolOfANameAddsARow) {
