@@ -5,6 +5,9 @@
 // The backup of a register's tables, and its way back.
 std::span<const ItalianText> italian_backup_texts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
+      {"{}: there is no such folder; \"lorimat backup {}\" makes one",
+       "{}: questa cartella non c'è; \"lorimat backup {}\" la crea"},
+      {"{}: is no folder of a backup: {}", "{}: non è la cartella di un backup: {}"},
       // backup
       {"Write the tables of a register into a new folder",
        "Scrive le tabelle di un registratore in una nuova cartella"},

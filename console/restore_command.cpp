@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -57,6 +58,21 @@ struct Backup {
   BackupManifest manifest;
   std::vector<TableBackup> tables;
 };
+
+// Before the register is asked for, and switched on.
+void require_backup_folder(const std::string& folder) {
+  struct stat status;
+  const int cause = stat(folder.c_str(), &status) != 0 ? errno
+                    : !S_ISDIR(status.st_mode)         ? ENOTDIR
+                                                       : 0;
+  if (cause == ENOENT) {
+    throw Failure(tr("{}: there is no such folder; \"lorimat backup {}\" makes one", shown(folder),
+                     shown(folder)));
+  }
+  if (cause != 0) {
+    throw Failure(tr("{}: is no folder of a backup: {}", shown(folder), system_message(cause)));
+  }
+}
 
 Backup read_backup(const std::string& folder, const Language& language) {
   Backup backup;
@@ -339,6 +355,7 @@ void add_restore(CLI::App& app, RestoreOptions* options) {
 }
 
 int restore_command(const RestoreOptions& options, Streams& streams) {
+  require_backup_folder(options.folder);
   require_register(options.register_file);
   TableSession session(options.register_file, options.language, options.library, streams);
   const Backup backup = read_backup(options.folder, session.language());

@@ -32,6 +32,21 @@ TEST_F(RestoreCommand, ATableThatIsAsItWasNeedsNothing) {
   EXPECT_THAT(run.errors, IsEmpty());
 }
 
+TEST_F(RestoreCommand, AFolderThatIsNotThereIsToldBeforeAnythingElse) {
+  // Neither a register nor a document that is open in it comes first.
+  const std::string none = shop_.folder().path("none");
+  const std::string told =
+      "lorimat: " + none + ": there is no such folder; \"lorimat backup " + none + "\" makes one\n";
+  const ProgramRun without = run_console({"restore", none});
+  EXPECT_EQ(without.exit_code, 2);
+  EXPECT_EQ(without.errors, told);
+  ASSERT_EQ(shop_.sell("VEND REP=1\n").exit_code, 0);
+  EXPECT_EQ(shop_.run({"restore", none}).errors, told);
+  const std::string file = shop_.folder().write("file", "");
+  EXPECT_EQ(shop_.run({"restore", file}).errors,
+            "lorimat: " + file + ": is no folder of a backup: Not a directory\n");
+}
+
 TEST_F(RestoreCommand, ADryRunShowsTheDifferencesAndChangesNothing) {
   back_up();
   ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
@@ -270,8 +285,9 @@ TEST_F(RestoreCommand, ADamagedBackupIsRefusedBeforeAnythingChanges) {
   fs::create_directory(tables() + "/groups.txt");
   EXPECT_THAT(shop_.run({"restore", tables()}).errors,
               HasSubstr("tables/groups.txt: cannot be read: it is no file"));
-  EXPECT_THAT(shop_.run({"restore", shop_.folder().path("none")}).errors,
-              HasSubstr("none/manifest.json: cannot be read: No such file"));
+  std::filesystem::create_directory(shop_.folder().path("empty"));
+  EXPECT_THAT(shop_.run({"restore", shop_.folder().path("empty")}).errors,
+              HasSubstr("empty/manifest.json: cannot be read: No such file"));
   fs::remove(tables() + "/groups.txt");
   shop_.folder().write("tables/groups.txt", groups);
   EXPECT_THAT(shop_.run({"restore", tables(), "--dry-run"}).output,

@@ -135,7 +135,7 @@ TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {
                                                     {"fault", "paper-end"},
                                                     {"fault", "--clear"},
                                                     {"backup", shop.folder().path("tables")},
-                                                    {"restore", shop.folder().path("tables")}}) {
+                                                    {"restore", shop.folder().path(".")}}) {
     const ProgramRun run = shop.run(arguments);
     EXPECT_EQ(run.exit_code, 2) << arguments[0];
     EXPECT_THAT(run.output, IsEmpty());
