@@ -20,6 +20,15 @@ class HelpFormatter : public CLI::Formatter {
     const std::string description = app->get_description();
     return description.empty() ? description : description + "\n";
   }
+  // Names of earlier times work and are not shown.
+  std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
+    constexpr std::string_view kOlder = ",--output";
+    std::string names = CLI::Formatter::make_option_name(option, is_positional);
+    if (const size_t at = names.find(kOlder); at != std::string::npos) {
+      names.erase(at, kOlder.size());
+    }
+    return names;
+  }
 };
 
 // In CLI11's own words, where the fields are names and numbers. A pattern stands in front of

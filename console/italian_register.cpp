@@ -122,11 +122,11 @@ Codici di uscita:
       The roll as text.
   lorimat paper --register shop.register --last 1 --png receipt.png
       The last document as a picture.
-  lorimat paper --register shop.register --output roll.txt --pdf roll.pdf
+  lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       The roll as text in a file, and as a PDF with a page for each document.
 
 The register keeps the end of its roll; "lorimat journal" has every document. With --png or --pdf
-the text is written only if --output asks for it; "-" is standard output.
+the text is written only if --paper asks for it; "-" is standard output.
 
 Exit codes:
   0  the paper was written
@@ -137,11 +137,11 @@ Exit codes:
       Il rotolo come testo.
   lorimat paper --register shop.register --last 1 --png receipt.png
       L'ultimo documento come immagine.
-  lorimat paper --register shop.register --output roll.txt --pdf roll.pdf
+  lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       Il rotolo come testo in un file, e come PDF con una pagina per ogni documento.
 
 Il registratore conserva la fine del rotolo; "lorimat journal" ha tutti i documenti. Con --png o
---pdf il testo si scrive solo se lo chiede --output; "-" è lo standard output.
+--pdf il testo si scrive solo se lo chiede --paper; "-" è lo standard output.
 
 Codici di uscita:
   0  la stampa è stata scritta

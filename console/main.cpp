@@ -66,9 +66,7 @@ void add_run(CLI::App& app, RunOptions* options) {
                   tr("Definition file with the words of the language (default: the merkelin.ini "
                      "beside the program)"))
       ->type_name("FILE");
-  run->add_option("--paper", options->paper,
-                  tr("Write the paper to FILE (default: standard output)"))
-      ->type_name("FILE");
+  add_paper_option(run, &options->paper, tr("Write the paper to FILE (default: standard output)"));
   run->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");
   run->add_option("--pdf", options->pdf,

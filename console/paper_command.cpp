@@ -22,11 +22,11 @@ const char* const kPaperExamples = TR_TEXT(R"(Examples:
       The roll as text.
   lorimat paper --register shop.register --last 1 --png receipt.png
       The last document as a picture.
-  lorimat paper --register shop.register --output roll.txt --pdf roll.pdf
+  lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       The roll as text in a file, and as a PDF with a page for each document.
 
 The register keeps the end of its roll; "lorimat journal" has every document. With --png or --pdf
-the text is written only if --output asks for it; "-" is standard output.
+the text is written only if --paper asks for it; "-" is standard output.
 
 Exit codes:
   0  the paper was written
@@ -41,7 +41,7 @@ void add_paper(CLI::App& app, PaperOptions* options) {
   paper->add_option("--last", options->last, tr("Only the last N documents"))
       ->type_name("N")
       ->check(CLI::Range(1, 1000000).description(""));
-  paper->add_option("--output", options->output, tr("Write the text to FILE"))->type_name("FILE");
+  add_paper_option(paper, &options->paper, tr("Write the text to FILE"));
   paper->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");
   paper
@@ -56,9 +56,9 @@ int paper_command(const PaperOptions& options, Streams& streams) {
   const std::string& file = require_register(options.register_file);
   const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
   std::vector<PaperPlace> places;
-  if (!options.output.empty() || (options.png.empty() && options.pdf.empty())) {
+  if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {
     places.push_back(
-        {{options.output.empty() ? "-" : options.output, "--output", tr("the paper's text")},
+        {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
          [&roll] { return roll.text(); }});
   }
   if (!options.png.empty()) {

@@ -28,6 +28,10 @@ void add_language_options(CLI::App* command, std::string* language, std::string*
       ->envname("LORIMAT_LIBRARY");
 }
 
+void add_paper_option(CLI::App* command, std::string* file, const std::string& description) {
+  command->add_option("--paper,--output", *file, description)->type_name("FILE");
+}
+
 void require_register_name(const std::string& file) {
   if (file == "-") {
     throw Failure(tr("--register -: standard input is no register; a file of this name is ./-"));

@@ -15,6 +15,10 @@ CLI::Option* add_register_option(CLI::App* command, std::string* file);
 // Adds --language and --library, for commands that set the library to work.
 void add_language_options(CLI::App* command, std::string* language, std::string* library);
 
+// Adds --paper, which names the file of the paper's text, and its older name --output, which no
+// help shows.
+void add_paper_option(CLI::App* command, std::string* file, const std::string& description);
+
 // Throws Failure when the text cannot name a register's file, be it there or not: "-", a name in a
 // folder that is not there, and a folder's ("shop.register/"). The database would read some of them
 // as another name.

@@ -251,7 +251,7 @@ TEST_F(RegisterInItalian, FaultsAndTheirNames) {
 
 TEST_F(RegisterInItalian, PaperThatCannotBeWritten) {
   const std::string nowhere = folder_.path("none/paper.txt");
-  const ProgramRun run = run_on({"paper", "--output", nowhere});
+  const ProgramRun run = run_on({"paper", "--paper", nowhere});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors, "lorimat: " + nowhere +
                             ": non si riesce a scrivere la stampa: Il file o la cartella non "

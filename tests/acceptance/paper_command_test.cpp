@@ -82,7 +82,7 @@ TEST(PaperCommand, WritesFiles) {
   const Shop shop;
   ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
   const TestFolder& folder = shop.folder();
-  const ProgramRun run = shop.run({"paper", "--output", folder.path("roll.txt"), "--png",
+  const ProgramRun run = shop.run({"paper", "--paper", folder.path("roll.txt"), "--png",
                                    folder.path("roll.png"), "--pdf", folder.path("roll.pdf")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, IsEmpty());
@@ -98,6 +98,32 @@ TEST(PaperCommand, WritesFiles) {
                    folder.path("run.txt"), "--png", folder.path("run.png")});
   ASSERT_EQ(drawn.exit_code, 0) << drawn.errors;
   EXPECT_TRUE(folder.read("roll.png") == folder.read("run.png"));
+}
+
+TEST(PaperCommand, ItsTextIsNamedAsThatOfRunAndBothHaveTheOlderName) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  const TestFolder& folder = shop.folder();
+  const std::string lines = source_file("examples/receipt.cmd");
+  const struct {
+    const char* option;
+    const char* file;
+  } names[] = {{"--paper", "new.txt"}, {"--output", "old.txt"}};
+  for (const auto& [option, file] : names) {
+    const std::string roll = folder.path(std::string("roll-") + file);
+    EXPECT_EQ(shop.run({"paper", option, roll}).exit_code, 0) << option;
+    EXPECT_EQ(read_file(roll), expected_paper("receipt.txt")) << option;
+    const std::string run = folder.path(std::string("run-") + file);
+    EXPECT_EQ(run_console({"run", lines, "--clock", Shop::kClock, option, run}).exit_code, 0);
+    EXPECT_EQ(read_file(run), expected_paper("receipt.txt")) << option;
+  }
+  for (const char* command : {"run", "paper"}) {
+    const std::string help = run_console({command, "--help"}).output;
+    EXPECT_THAT(help, AllOf(HasSubstr("--paper FILE"), Not(HasSubstr("--output"))));
+  }
+  const ProgramRun both = shop.run({"paper", "--paper", "-", "--output", folder.path("x.txt")});
+  EXPECT_EQ(both.exit_code, 2);
+  EXPECT_THAT(both.errors, HasSubstr("--paper: At Most 1 required but received 2"));
 }
 
 TEST(PaperCommand, APictureAloneLeavesStandardOutputAlone) {
@@ -133,7 +159,7 @@ TEST(PaperCommand, RefusesPlacesThatItCannotWriteTo) {
   const Shop shop;
   ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
   const std::string register_content = shop.folder().read("shop.register");
-  const ProgramRun self = shop.run({"paper", "--output", shop.file()});
+  const ProgramRun self = shop.run({"paper", "--paper", shop.file()});
   EXPECT_EQ(self.exit_code, 2);
   EXPECT_THAT(self.errors, HasSubstr("is the register's file; the paper would replace it"));
   EXPECT_TRUE(shop.folder().read("shop.register") == register_content);
@@ -141,10 +167,10 @@ TEST(PaperCommand, RefusesPlacesThatItCannotWriteTo) {
   const ProgramRun missing = shop.run({"paper", "--pdf", shop.folder().path("none/x.pdf")});
   EXPECT_EQ(missing.exit_code, 2);
   EXPECT_THAT(missing.errors, HasSubstr("none/x.pdf: cannot write the paper: No such file"));
-  const ProgramRun full = shop.run({"paper", "--output", "/dev/full"});
+  const ProgramRun full = shop.run({"paper", "--paper", "/dev/full"});
   EXPECT_EQ(full.exit_code, 2);
   EXPECT_THAT(full.errors, HasSubstr("/dev/full: cannot write the paper: No space left"));
-  const ProgramRun twice = shop.run({"paper", "--output", "-", "--png", "-"});
+  const ProgramRun twice = shop.run({"paper", "--paper", "-", "--png", "-"});
   EXPECT_EQ(twice.exit_code, 2);
   EXPECT_THAT(twice.output, IsEmpty());
 }

@@ -101,7 +101,7 @@ TEST_F(OutputNames, NoneIsAFileThatTheRegisterMakesBesideItsOwn) {
       EXPECT_THAT(linked.errors, EndsWith(kReplace)) << option << end;
     }
     const ProgramRun link =
-        run_console({"paper", "--register", "shop.reg", "--output", "shop.reg-wal"},
+        run_console({"paper", "--register", "shop.reg", "--paper", "shop.reg-wal"},
                     {.folder = folder_.path()});
     EXPECT_EQ(link.exit_code, 2);
     EXPECT_THAT(link.errors, EndsWith(kReplace));
@@ -173,7 +173,7 @@ TEST_F(OutputFailures, TheOtherPlacesAreWritten) {
   }
   const ProgramRun paper =
       run_console({"paper", "--register", folder_.path("shop.reg"), "--png", "/dev/full", "--pdf",
-                   folder_.path("k.pdf"), "--output", folder_.path("k.txt")});
+                   folder_.path("k.pdf"), "--paper", folder_.path("k.txt")});
   EXPECT_EQ(paper.exit_code, 2);
   EXPECT_EQ(paper.errors, "lorimat: /dev/full: cannot write the paper: No space left on device\n");
   EXPECT_THAT(folder_.read("k.pdf"), StartsWith("%PDF-"));
@@ -247,7 +247,7 @@ TEST_F(OutputFailures, AReaderThatHasGoneTakesNothingElseWithIt) {
   const ProgramRun paper =
       by_shell(folder_, unread +
                             "env --default-signal=PIPE \"$1\" paper --register shop.reg "
-                            "--output - --png y.png --pdf y.pdf >&9");
+                            "--paper - --png y.png --pdf y.pdf >&9");
   EXPECT_EQ(paper.exit_code, 141);
   EXPECT_THAT(paper.errors, IsEmpty());
   EXPECT_THAT(folder_.read("y.png"), StartsWith("\x89PNG"));
@@ -298,7 +298,7 @@ TEST_F(OutputFailures, ALimitOfFileSizesIsAnErrorLikeAFullDisk) {
   EXPECT_EQ(kept.exit_code, 2);
   EXPECT_THAT(kept.errors, HasSubstr("lorimat: the register could not be kept: shop.reg: "));
   for (const std::string command :
-       {"backup tables", "fault paper-end", "shell", "paper --output p.txt", "paper"}) {
+       {"backup tables", "fault paper-end", "shell", "paper --paper p.txt", "paper"}) {
     const ProgramRun ran = by_shell(
         folder_, "ulimit -f 0; exec \"$1\" " + command + " --register shop.reg > out < lines.cmd");
     EXPECT_EQ(ran.exit_code, 2) << command;
