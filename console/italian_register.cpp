@@ -159,11 +159,10 @@ Codici di uscita:
       {"Its place in the list", "Il suo posto nell'elenco"},
       {"Look whether anything in the journal was changed",
        "Controlla se nel giornale è stato cambiato qualcosa"},
-      {"{} {}: is neither the number of a closing nor a date of the form YYYY-MM-DD or "
-       "\"YYYY-MM-DD "
-       "HH:MM\"",
-       "{} {}: non è né il numero di una chiusura né una data nella forma AAAA-MM-GG o "
-       "\"AAAA-MM-GG HH:MM\""},
+      {"{} {}: is neither the number of a closing nor a date, such as YYYY-MM-DD or DD/MM/YYYY, "
+       "with or without the time: \"YYYY-MM-DD HH:MM\"",
+       "{} {}: non è né il numero di una chiusura né una data, come AAAA-MM-GG o GG/MM/AAAA, con o "
+       "senza l'ora: \"AAAA-MM-GG HH:MM\""},
       {"--from {} --to {}: both are closings, or both are dates",
        "--from {} --to {}: o sono entrambi chiusure, o entrambi date"},
       {"--from {} --to {}: the range ends before it begins",

@@ -76,14 +76,22 @@ std::optional<int> as_closure(const std::string& text) {
   return std::stoi(text);
 }
 
-// A date, with the end of the day or its beginning where the time is left out.
-std::tm as_date(const char* option, const std::string& text, const char* time) {
-  const std::optional<std::tm> date = parse_clock(text.size() == 10 ? text + time : text);
-  if (date) return *date;
-  throw Failure(
-      tr("{} {}: is neither the number of a closing nor a date of the form YYYY-MM-DD or "
-         "\"YYYY-MM-DD HH:MM\"",
-         option, shown(text)));
+enum class DayEnd { kFirstMinute, kLastMinute };
+
+// A date, with this end of the day where the time is left out.
+std::tm as_date(const char* option, const std::string& text, DayEnd end) {
+  std::optional<GivenDate> date = parse_date(text);
+  if (!date) {
+    throw Failure(tr(
+        "{} {}: is neither the number of a closing nor a date, such as YYYY-MM-DD or DD/MM/YYYY, "
+        "with or without the time: \"YYYY-MM-DD HH:MM\"",
+        option, shown(text)));
+  }
+  if (!date->has_time && end == DayEnd::kLastMinute) {
+    date->time.tm_hour = 23;
+    date->time.tm_min = 59;
+  }
+  return date->time;
 }
 
 int32_t kinds_filter(const std::vector<std::string>& kinds) {
@@ -136,8 +144,10 @@ lorimat::JournalSelection selection_of(const JournalOptions& options) {
   if (from && to && *from > *to) refuse_reversed(options);
   if (!from_date && !to_date) return selection;
   selection.by_date = true;
-  selection.from = as_date("--from", options.from.empty() ? "0001-01-01" : options.from, " 00:00");
-  selection.to = as_date("--to", options.to.empty() ? "9999-12-31" : options.to, " 23:59");
+  selection.from =
+      as_date("--from", options.from.empty() ? "0001-01-01" : options.from, DayEnd::kFirstMinute);
+  selection.to =
+      as_date("--to", options.to.empty() ? "9999-12-31" : options.to, DayEnd::kLastMinute);
   if (minutes_of(selection.from) > minutes_of(selection.to)) refuse_reversed(options);
   return selection;
 }

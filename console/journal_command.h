@@ -16,7 +16,7 @@ struct JournalOptions {
   std::string register_file;
   bool json = false;
   // The list.
-  std::string from;  // a closure, or "YYYY-MM-DD" with or without " HH:MM"; empty: the first
+  std::string from;  // a closure, or a date of clock_text.h; empty: the first
   std::string to;    // the same; empty: the last
   std::vector<std::string> kinds;
   // "show" and "verify" have --register and --json of their own.

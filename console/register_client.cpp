@@ -27,11 +27,14 @@ lorimat::RegisterSettings settings_for(const std::string& clock, const std::stri
   lorimat::RegisterSettings settings;
   settings.file = file;
   if (clock.empty()) return settings;
-  const std::optional<std::tm> time = parse_clock(clock);
-  if (!time) {
-    throw Failure(tr("--clock {}: is no date and time of the form YYYY-MM-DD HH:MM", shown(clock)));
+  const std::optional<GivenDate> given = parse_date(clock);
+  // A till whose clock stands at midnight by a slip would put its receipts on a wrong day.
+  if (!given || !given->has_time) {
+    throw Failure(
+        tr("--clock {}: is no date and time, such as YYYY-MM-DD HH:MM or DD/MM/YYYY HH:MM",
+           shown(clock)));
   }
-  settings.clock = [fixed = *time] { return fixed; };
+  settings.clock = [fixed = given->time] { return fixed; };
   return settings;
 }
 

@@ -16,9 +16,9 @@ class VirtualRegister;
 
 class RegisterClient {
  public:
-  // clock is "YYYY-MM-DD HH:MM", a time that stands still, or empty for the computer's clock.
-  // register_file is where the register is kept, made when it is not there; empty keeps it in
-  // memory. Tells on standard error that it was made, and what the register did about a document
+  // clock is a date and time of clock_text.h, which stands still, or empty for the computer's
+  // clock. register_file is where the register is kept, made when it is not there; empty keeps it
+  // in memory. Tells on standard error that it was made, and what the register did about a document
   // that was cut off. Throws Failure when the clock is no such time or the file no register, with
   // file and cause.
   RegisterClient(const std::string& clock, const std::string& register_file, Streams& streams);

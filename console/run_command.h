@@ -14,7 +14,7 @@ struct RunOptions {
   std::string library;        // empty takes the one beside the program
   std::string trace;          // empty discards the library's own lines; "-" is standard error
   std::string register_file;  // where the register is kept; empty keeps it in memory
-  std::string clock;          // "YYYY-MM-DD HH:MM"; empty takes the computer's clock
+  std::string clock;          // date and time; empty takes the computer's clock
   bool batch = false;
   bool stop_on_error = false;
   bool verbose = false;

@@ -12,7 +12,7 @@ class App;
 struct ShellOptions {
   std::string language;       // definition file; empty takes the one beside the program
   std::string register_file;  // where the register is kept; empty keeps it in memory
-  std::string clock;          // "YYYY-MM-DD HH:MM"; empty takes the computer's clock
+  std::string clock;          // date and time; empty takes the computer's clock
   std::string library;        // empty takes the one beside the program
 };
 

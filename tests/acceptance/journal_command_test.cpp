@@ -62,6 +62,13 @@ TEST(JournalCommand, SelectsByClosureDateAndKind) {
       {{"--to", "2024-03-15"}, std::string() + kReceipt + kAbandoned + kClosing},
       {{"--from", "2024-03-15 10:31"}, kInvoice},
       {{"--from", "2024-03-15 10:30", "--to", "2024-03-16 09:04", "--kind", "receipt"}, kReceipt},
+      // As the list, the paper, JSON and an answer show them.
+      {{"--from", "16/03/2024"}, kInvoice},
+      {{"--from", "15/03/2024 10:31"}, kInvoice},
+      {{"--to", "15/03/2024"}, std::string() + kReceipt + kAbandoned + kClosing},
+      {{"--from", "2024-03-16T09:05", "--to", "2024-03-16T09:05:59"}, kInvoice},
+      {{"--from", "15032024", "--to", "160320240904"},
+       std::string() + kReceipt + kAbandoned + kClosing},
   };
   for (const auto& one : cases) {
     std::vector<std::string> arguments = {"journal"};
@@ -108,6 +115,7 @@ TEST(JournalCommand, WrongSelectionsAreNamed) {
       {{"--from", "yesterday"}, "--from yesterday: is neither the number of a closing nor a date"},
       {{"--to", "2024-02-30"}, "--to 2024-02-30: is neither"},
       {{"--from", "2024-03-15 24:00"}, "is neither"},
+      {{"--from", "03/15/2024"}, "--from 03/15/2024: is neither"},
       {{"--from", "12345"}, "--from 12345: is neither"},
       {{"--from", "1", "--to", "2024-03-15"}, "both are closings, or both are dates"},
       {{"--kind", "reciept"}, "--kind reciept: no entries have this kind; did you mean receipt?"},
