@@ -66,6 +66,7 @@ const std::vector<Purpose>& purposes() {
       {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
       {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},
       {TR_TEXT("Look after a register"), {"fault", "backup", "restore"}},
+      {TR_TEXT("Look up the program"), {"help", "version"}},
   };
   return all;
 }
@@ -78,7 +79,7 @@ constexpr std::string_view kExamples = TR_TEXT(R"(Examples:
   lorimat explain 257
       Tells what a result code is.
 
-"lorimat run --help" tells more of run, with examples; so for each subcommand.
+"lorimat help run" tells more of run, with examples; so for each subcommand.
 
 Exit codes:
   0  all is well
@@ -159,17 +160,6 @@ std::string unexpected(const CLI::App& app, const std::vector<std::string>& left
   return tr("The following argument was not expected: {}", shown(left_over.front()));
 }
 
-std::string no_such_command(const CLI::App& app, const std::string& name) {
-  std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-    names.push_back(command->get_name());
-  }
-  std::string text = tr("no subcommand is called '{}'", shown(name));
-  const std::string nearest = nearest_word(name, names);
-  if (!nearest.empty()) text += tr("; did you mean {}?", nearest);
-  return text;
-}
-
 // Of the program or a command, and of the commands below it.
 void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
   app.formatter(formatter);
@@ -210,6 +200,25 @@ void translate_help(CLI::App& app) {
   app.footer(std::string(translated(kExamples)));
 }
 
+std::string no_such_command(const CLI::App& app, const std::string& name) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  std::string text = tr("no subcommand is called '{}'", shown(name));
+  const std::string nearest = nearest_word(name, names);
+  if (!nearest.empty()) text += tr("; did you mean {}?", nearest);
+  return text;
+}
+
+std::string unknown_command(const CLI::App& app) {
+  const std::vector<std::string> left_over = app.remaining(true);
+  if (!app.get_subcommands().empty() || left_over.empty() || starts_as_option(left_over.front())) {
+    return {};
+  }
+  return no_such_command(app, left_over.front());
+}
+
 std::string usage_error(const CLI::App& app, const CLI::Error& error) {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
     const std::vector<std::string> left_over = app.remaining(true);
@@ -219,9 +228,8 @@ std::string usage_error(const CLI::App& app, const CLI::Error& error) {
     // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
     // lacks no subcommand, and "run --papper" more than its FILE.
     const std::vector<std::string> left_over = app.remaining(true);
-    if (!left_over.empty() && !starts_as_option(left_over.front())) {
-      if (app.get_subcommands().empty()) return no_such_command(app, left_over.front());
-    } else if (!left_over.empty()) {
+    if (const std::string unknown = unknown_command(app); !unknown.empty()) return unknown;
+    if (!left_over.empty() && starts_as_option(left_over.front())) {
       return unexpected(app, left_over);
     }
   }

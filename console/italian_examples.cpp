@@ -13,7 +13,7 @@ std::span<const ItalianText> italian_examples_texts() {
   lorimat explain 257
       Tells what a result code is.
 
-"lorimat run --help" tells more of run, with examples; so for each subcommand.
+"lorimat help run" tells more of run, with examples; so for each subcommand.
 
 Exit codes:
   0  all is well
@@ -29,13 +29,55 @@ Exit codes:
   lorimat explain 257
       Dice che cos'è un codice di risultato.
 
-"lorimat run --help" dice di più su run, con esempi; così per ogni sottocomando.
+"lorimat help run" dice di più su run, con esempi; così per ogni sottocomando.
 
 Codici di uscita:
   0  tutto bene
   1  trovato qualcosa: una riga è fallita, un file ha errori, un codice è sconosciuto
   2  uso sbagliato, o quello che era chiesto non si è potuto fare
   130  fermato con Ctrl-C; 143 con SIGTERM, 129 con SIGHUP
+)"},
+
+      {R"(Examples:
+  lorimat help run
+      What "lorimat run --help" shows.
+  lorimat help journal show
+      The same for a command below another.
+  lorimat help
+      What "lorimat --help" shows.
+
+Exit codes:
+  0  the help was shown
+  2  wrong use, or there is no such command
+)",
+       R"(Esempi:
+  lorimat help run
+      Quello che mostra "lorimat run --help".
+  lorimat help journal show
+      Lo stesso per un comando sotto un altro.
+  lorimat help
+      Quello che mostra "lorimat --help".
+
+Codici di uscita:
+  0  l'aiuto è stato mostrato
+  2  uso sbagliato, o non c'è un tale comando
+)"},
+
+      {R"(Examples:
+  lorimat version
+      What "lorimat --version" shows.
+
+Exit codes:
+  0  the version was shown
+  2  wrong use
+)",
+       R"(Esempi:
+  lorimat version
+      Quello che mostra "lorimat --version".
+
+Codici di uscita:
+  0  la versione è stata mostrata
+  2  uso sbagliato
 )"},
 
       {R"(Examples:

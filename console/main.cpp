@@ -15,6 +15,7 @@
 #include "failure.h"
 #include "fault_command.h"
 #include "help.h"
+#include "help_command.h"
 #include "journal_command.h"
 #include "notices.h"
 #include "paper_command.h"
@@ -196,7 +197,8 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   CLI::App app(tr("Runs, checks and explains lines of the cash register command language."),
                "lorimat");
   app.set_help_flag("-h,--help", tr("Print this help message and exit"));
-  app.set_version_flag("--version", "lorimat " LORIMAT_VERSION, tr("Print the version and exit"));
+  app.set_version_flag("-V,--version", "lorimat " LORIMAT_VERSION,
+                       tr("Print the version and exit"));
   app.require_subcommand(1);
   RunOptions run;
   add_run(app, &run);
@@ -220,17 +222,21 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   add_backup(app, &backup);
   RestoreOptions restore;
   add_restore(app, &restore);
+  HelpOptions help;
+  add_help(app, &help);
+  add_version(app);
   translate_help(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) {
+    const std::string unknown = unknown_command(app);
+    if (error.get_exit_code() == 0 && unknown.empty()) {
       std::ostringstream output;
       app.exit(error, output, output);
       streams.output(output.str());
       return kExitGood;
     }
-    tell_error(streams, usage_error(app, error));
+    tell_error(streams, unknown.empty() ? usage_error(app, error) : unknown);
     streams.error(tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }
@@ -244,6 +250,8 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   if (app.got_subcommand("fault")) return fault_command(fault, streams);
   if (app.got_subcommand("backup")) return backup_command(backup, streams);
   if (app.got_subcommand("restore")) return restore_command(restore, streams);
+  if (app.got_subcommand("help")) return help_command(help, app, streams);
+  if (app.got_subcommand("version")) return version_command(streams);
   return run_command(run, streams);
 }
 

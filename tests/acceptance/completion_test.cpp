@@ -69,6 +69,12 @@ TEST(Completion, OffersTheCommandsThatTheHelpNames) {
   EXPECT_THAT(completions({"xyz"}), IsEmpty());
 }
 
+TEST(Completion, OffersTheCommandsToHelp) {
+  EXPECT_THAT(completions({"help", ""}),
+              testing::UnorderedElementsAreArray(names_in_help({}, false)));
+  EXPECT_THAT(completions({"help", "run", ""}), IsEmpty());
+}
+
 TEST(Completion, OffersTheOptionsThatTheHelpNames) {
   for (const std::string& command : names_in_help({}, false)) {
     const std::vector<std::string> options = names_in_help({command}, true);

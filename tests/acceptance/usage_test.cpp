@@ -33,6 +33,42 @@ TEST(Usage, VersionIsTheProjects) {
   EXPECT_THAT(run.errors, IsEmpty());
 }
 
+TEST(Usage, TheVersionHasALetterAndAWord) {
+  for (const char* word : {"-V", "version"}) {
+    const ProgramRun run = run_console({word});
+    EXPECT_EQ(run.exit_code, 0) << word;
+    EXPECT_EQ(run.output, "lorimat " LORIMAT_VERSION "\n") << word;
+    EXPECT_THAT(run.errors, IsEmpty()) << word;
+  }
+}
+
+TEST(Usage, HelpBehindTheWordHelpIsThatOfTheOption) {
+  const std::vector<std::vector<std::string>> commands = {
+      {}, {"run"}, {"journal"}, {"journal", "show"}, {"help"}, {"version"}};
+  for (std::vector<std::string> words : commands) {
+    std::vector<std::string> asked = {"help"};
+    asked.insert(asked.end(), words.begin(), words.end());
+    words.emplace_back("--help");
+    const ProgramRun run = run_console(asked);
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_EQ(run.output, run_console(words).output);
+    EXPECT_THAT(run.output, HasSubstr("\nExit codes:\n"));
+  }
+}
+
+TEST(Usage, HelpOfAnUnknownCommandNamesTheNearestOne) {
+  const ProgramRun word = run_console({"help", "rnu"});
+  EXPECT_EQ(word.exit_code, 2);
+  EXPECT_EQ(word.errors, "lorimat: no subcommand is called 'rnu'; did you mean run?\n");
+  EXPECT_THAT(word.output, IsEmpty());
+  EXPECT_EQ(run_console({"help", "journal", "shwo"}).errors,
+            "lorimat: no subcommand is called 'shwo'; did you mean show?\n");
+  const ProgramRun option = run_console({"rnu", "--help"});
+  EXPECT_EQ(option.exit_code, 2);
+  EXPECT_THAT(option.errors,
+              StartsWith("lorimat: no subcommand is called 'rnu'; did you mean run?\n"));
+}
+
 TEST(Usage, NoSubcommandIsWrongUse) {
   const ProgramRun run = run_console({});
   EXPECT_EQ(run.exit_code, 2);
@@ -123,12 +159,24 @@ TEST(Usage, StopOnErrorDoesNotGoWithBatch) {
 TEST(Usage, AClockThatIsNoDateIsRefused) {
   TestFolder folder;
   const std::string lines = folder.write("lines.cmd", "");
-  for (const char* clock : {"yesterday", "2024-02-30 10:00", "2024-13-01 10:00", "2024-01-01",
-                            "2024-01-01 24:00", "2024-01-01 10:60", "2024-01-01 10:00:00"}) {
+  for (const char* clock :
+       {"yesterday", "2024-02-30 10:00", "2024-13-01 10:00", "2024-01-01", "2024-01-01 24:00",
+        "2024-01-01 10:60", "2024-01-01 10:00:60", "01/01/2024", "12/31/2024 10:00"}) {
     const ProgramRun run = run_console({"run", lines, "--clock", clock});
     EXPECT_EQ(run.exit_code, 2) << clock;
     EXPECT_THAT(run.errors, HasSubstr("YYYY-MM-DD HH:MM")) << clock;
     EXPECT_THAT(run.output, IsEmpty()) << clock;
+  }
+}
+
+TEST(Usage, AClockIsTakenInEveryFormThatIsShown) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  for (const char* clock : {"2024-03-15 10:30", "2024-03-15T10:30", "15/03/2024 10:30",
+                            "15/03/2024T10:30:59", "2024-03-15 10:30:00", "150320241030"}) {
+    const ProgramRun run = run_console({"run", lines, "--clock", clock});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("             15/03/2024 10:30\n")) << clock;
   }
 }
 
