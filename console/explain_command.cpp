@@ -4,13 +4,12 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
 
+#include "answer_text.h"
 #include "code_table.h"
 #include "failure.h"
 #include "json_text.h"
@@ -21,39 +20,34 @@
 
 namespace {
 
-constexpr int kClassMask = 0xFFFF00;
-constexpr int kIndexMask = 0xFF;
 constexpr size_t kWrapAt = 78;
 constexpr size_t kIndent = 10;
 
-std::optional<int64_t> whole_number(std::string_view text) {
-  int64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-// "265", or "1/9" as an answer shows it.
-int parse_code(const std::string& text) {
-  const size_t slash = text.find('/');
-  std::optional<int64_t> number;
-  if (slash == std::string::npos) {
-    number = whole_number(text);
-  } else {
-    const std::optional<int64_t> shown_class = whole_number(text.substr(0, slash));
-    const std::optional<int64_t> index = whole_number(text.substr(slash + 1));
-    if (shown_class && index && *shown_class >= 0 && *shown_class <= (kClassMask >> 8) &&
-        *index >= 0 && *index <= kIndexMask) {
-      number = *shown_class << 8 | *index;
+// The codes that the arguments name: numbers, and answers as they were pasted, in quotes or without
+// them. Throws Failure for a text that is neither.
+std::vector<int> read_codes(const std::vector<std::string>& arguments, MessageTexts& texts) {
+  std::vector<int> codes;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    if (const std::optional<int> number = read_code_number(arguments[i])) {
+      codes.push_back(*number);
+      continue;
     }
+    std::vector<int> pasted = codes_in_answer(arguments[i], texts);
+    if (pasted.empty()) {
+      // Without quotes the words of an answer are arguments each.
+      const auto rest = arguments.begin() + static_cast<std::ptrdiff_t>(i);
+      pasted = codes_in_answer(fmt::format("{}", fmt::join(rest, arguments.end(), " ")), texts);
+      if (pasted.empty()) {
+        throw Failure(
+            tr("{}: is no result code; give a number such as 265, class and index such "
+               "as 1/9, or the text of an answer",
+               shown(arguments[i], 60)));
+      }
+      i = arguments.size();
+    }
+    codes.insert(codes.end(), pasted.begin(), pasted.end());
   }
-  if (!number || *number < std::numeric_limits<int32_t>::min() ||
-      *number > std::numeric_limits<int32_t>::max()) {
-    throw Failure(
-        tr("{}: is no result code; give a number such as 265, or class and index such as 1/9",
-           shown(text, 60)));
-  }
-  return static_cast<int>(*number);
+  return codes;
 }
 
 struct Explanation {
@@ -68,12 +62,12 @@ struct Explanation {
 Explanation explain(int code, MessageTexts& texts) {
   Explanation explanation;
   explanation.code = code;
-  explanation.class_shown = (code & kClassMask) >> 8;
-  explanation.index = code & kIndexMask;
+  explanation.class_shown = (code & kCodeClassMask) >> 8;
+  explanation.index = code & kCodeIndexMask;
   // A negative code is no sum of bits.
   if (code > 0) {
     for (const CodeClass& one : code_classes()) {
-      const bool has = one.bit == 0 ? (code & kClassMask) == 0 : (code & one.bit) != 0;
+      const bool has = one.bit == 0 ? (code & kCodeClassMask) == 0 : (code & one.bit) != 0;
       if (has) explanation.classes.push_back(one);
     }
   }
@@ -230,9 +224,8 @@ Json as_json(const Explanation& explanation) {
 }  // namespace
 
 int explain_command(const ExplainOptions& options, Streams& streams) {
-  std::vector<int> codes;
-  for (const std::string& text : options.codes) codes.push_back(parse_code(text));
   MessageTexts texts;
+  const std::vector<int> codes = read_codes(options.codes, texts);
   Json all = Json::array();
   std::string out;
   bool unknown = false;

@@ -7,7 +7,8 @@
 #include "streams.h"
 
 struct ExplainOptions {
-  std::vector<std::string> codes;  // decimal, or as an answer shows them: "1/9"
+  // Decimal, as an answer shows them ("1/9"), or whole answers, whose words may be apart.
+  std::vector<std::string> codes;
   bool json = false;
 };
 

@@ -45,7 +45,13 @@ size_t width(std::string_view text) {
          static_cast<size_t>(std::count_if(text.begin(), text.end(), is_continuation));
 }
 
-// The line around the place, and a caret below.
+std::string better_word(const Finding& finding) {
+  if (finding.suggestion.empty()) return {};
+  return tr("; did you mean {}?", shown(finding.suggestion));
+}
+
+}  // namespace
+
 std::string place_text(const std::string& source, uint64_t column, bool colours) {
   const size_t place = std::min(static_cast<size_t>(column - 1), source.size());
   size_t begin = place > kWindow ? place - kWindow : 0;
@@ -59,7 +65,9 @@ std::string place_text(const std::string& source, uint64_t column, bool colours)
                      styled("^", Style::kGood, colours));
 }
 
-}  // namespace
+std::string finding_words(const Finding& finding) {
+  return shown(finding.what) + better_word(finding);
+}
 
 void Findings::add(Finding finding) {
   if (finding.severity == Severity::kError) ++errors_;
@@ -90,9 +98,7 @@ std::string finding_text(const std::string& file, const Finding& finding, bool c
                          severity_style(finding.severity), colours),
                   shown(finding.what));
   if (!finding.effect.empty()) text += ": " + shown(finding.effect);
-  if (!finding.suggestion.empty()) {
-    text += tr("; did you mean {}?", shown(finding.suggestion));
-  }
+  text += better_word(finding);
   if (finding.code != 0) text += tr(" (code {})", finding.code);
   text += '\n';
   if (finding.column != 0 && !finding.source.empty()) {

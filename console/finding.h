@@ -41,6 +41,12 @@ class Findings {
   uint64_t dropped_ = 0;
 };
 
+// The source around the place, and below it a caret under the column, a number of bytes from 1.
+std::string place_text(const std::string& source, uint64_t column, bool colours);
+
+// What was found, with a better word behind it.
+std::string finding_words(const Finding& finding);
+
 // "words.ini:7: error: ...", with the line and a caret behind when there is a place.
 std::string finding_text(const std::string& file, const Finding& finding, bool colours);
 Json finding_json(const Finding& finding);

@@ -221,9 +221,10 @@ std::span<const ItalianText> italian_codes_texts() {
        "does not exist.",
        "Lo stato del dispositivo non si può leggere, o a INFO (opcode 71) è stato chiesto un "
        "valore che non esiste."},
-      {"{}: is no result code; give a number such as 265, or class and index such as 1/9",
-       "{}: non è un codice di risultato; si indichi un numero come 265, o classe e indice come "
-       "1/9"},
+      {"{}: is no result code; give a number such as 265, class and index such as 1/9, or the "
+       "text of an answer",
+       "{}: non è un codice di risultato; si indichi un numero come 265, classe e indice come "
+       "1/9, o il testo di una risposta"},
       {"success", "successo"},
       {"outside the scheme of classes", "fuori dallo schema delle classi"},
       {"given by the library", "dato dalla libreria"},

@@ -95,8 +95,14 @@ Codici di uscita:
       On a register that is kept in a file, which is made when it is not there.
 
 The paper goes to standard output, everything else to standard error. A failing line does not
-end the run, as it does not in a host. Each is shown with its number, result code and text:
+end the run, as it does not in a host. Each is shown with its number, result code and text, with
+the place where the line is wrong, and with what causes the code:
   receipt.cmd:7: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND
+      VNED REP=1, PRE=1.00
+      ^
+    no command is called 'VNED'; did you mean VEND?
+Of one code 20 lines are shown, and all are counted in the table at the end. --terse shows every
+line without its cause.
 
 Exit codes:
   0  every line ran
@@ -120,8 +126,14 @@ Exit codes:
       Su un registratore tenuto in un file, che viene creato se non c'è.
 
 La stampa va sullo standard output, tutto il resto sullo standard error. Una riga che fallisce non
-ferma l'esecuzione, come in un'applicazione. Di ognuna si mostrano numero, codice e testo:
+ferma l'esecuzione, come in un'applicazione. Di ognuna si mostrano numero, codice e testo, il
+punto in cui la riga è sbagliata e la causa del codice:
   receipt.cmd:7: codice 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND
+      VNED REP=1, PRE=1.00
+      ^
+    nessun comando si chiama 'VNED'; forse VEND?
+Di uno stesso codice si mostrano 20 righe, e si contano tutte nella tabella alla fine. --terse
+mostra ogni riga senza la causa.
 
 Codici di uscita:
   0  tutte le righe eseguite
@@ -136,6 +148,8 @@ Codici di uscita:
       Class, index, text and cause of a result code.
   lorimat explain 6/107 1231
       Several codes; the first as an answer shows it, class and index.
+  lorimat explain "ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND"
+      An answer as it was read somewhere; the quotes may be left out.
   lorimat explain --json 1643
       The same for a program.
 
@@ -152,6 +166,8 @@ Exit codes:
       Classe, indice, testo e causa di un codice di risultato.
   lorimat explain 6/107 1231
       Più codici; il primo come lo mostra una risposta, classe e indice.
+  lorimat explain "ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND"
+      Una risposta così come la si è letta; le virgolette si possono omettere.
   lorimat explain --json 1643
       Lo stesso per un programma.
 

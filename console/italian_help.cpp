@@ -93,8 +93,16 @@ std::span<const ItalianText> italian_help_texts() {
        "La libreria condivisa (se manca: liblorimatrt.so accanto al programma)"},
       {"Tell what a result code is and what causes it",
        "Dice che cos'è un codice di risultato e da che cosa dipende"},
-      {"Result codes: 265, or 1/9 as an answer shows it",
-       "Codici di risultato: 265, o 1/9 come lo mostra una risposta"},
+      {"Result codes: 265, 1/9 as an answer shows it, or the text of an answer",
+       "Codici di risultato: 265, 1/9 come lo mostra una risposta, o il testo di una risposta"},
+      {"Show each failing line by place, code, answer and line alone, without explanation and "
+       "summary",
+       "Mostra di ogni riga fallita solo posto, codice, risposta e riga, senza spiegazione e "
+       "riepilogo"},
+      {"As a pipe: show each failing line by place, code, answer and line alone, without "
+       "explanation and summary",
+       "In una pipe: mostra di ogni riga fallita solo posto, codice, risposta e riga, senza "
+       "spiegazione e riepilogo"},
       {"Write JSON", "Scrive JSON"},
       {"Show the commands and fields of a definition file",
        "Mostra i comandi e i campi di un file di definizione"},

@@ -77,10 +77,6 @@ Codici d'uscita:
       {"No answer of the device.", "Nessuna risposta dal dispositivo."},
       {"Passed twice: {}.", "Passato due volte: {}."},
       {"Or: {}", "Oppure: {}"},
-      {"not run: a NUL byte stands in column {}, and the library would read the line only up to "
-       "there",
-       "non eseguita: c'è un byte NUL nella colonna {}, e la libreria leggerebbe la riga solo fin "
-       "lì"},
       {"{}: stopped by {} behind line {}", "{}: fermato da {} dopo la riga {}"},
       // The state of the register.
       {"READY", "PRONTO"},

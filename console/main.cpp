@@ -47,8 +47,14 @@ constexpr std::string_view kRunExamples = TR_TEXT(R"(Examples:
       On a register that is kept in a file, which is made when it is not there.
 
 The paper goes to standard output, everything else to standard error. A failing line does not
-end the run, as it does not in a host. Each is shown with its number, result code and text:
+end the run, as it does not in a host. Each is shown with its number, result code and text, with
+the place where the line is wrong, and with what causes the code:
   receipt.cmd:7: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND
+      VNED REP=1, PRE=1.00
+      ^
+    no command is called 'VNED'; did you mean VEND?
+Of one code 20 lines are shown, and all are counted in the table at the end. --terse shows every
+line without its cause.
 
 Exit codes:
   0  every line ran
@@ -87,6 +93,9 @@ void add_run(CLI::App& app, RunOptions* options) {
                   tr("Write the library's own lines and the lines it was given to FILE; - is "
                      "standard error (default: they are discarded)"))
       ->type_name("FILE");
+  run->add_flag("--terse", options->terse,
+                tr("Show each failing line by place, code, answer and line alone, without "
+                   "explanation and summary"));
   run->add_flag("-v,--verbose", options->verbose,
                 tr("Show the files in use and the answer of every line"));
   run->add_option("--library", options->library,
@@ -102,6 +111,8 @@ constexpr std::string_view kExplainExamples = TR_TEXT(R"(Examples:
       Class, index, text and cause of a result code.
   lorimat explain 6/107 1231
       Several codes; the first as an answer shows it, class and index.
+  lorimat explain "ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND"
+      An answer as it was read somewhere; the quotes may be left out.
   lorimat explain --json 1643
       The same for a program.
 
@@ -117,7 +128,9 @@ Exit codes:
 void add_explain(CLI::App& app, ExplainOptions* options) {
   CLI::App* explain =
       app.add_subcommand("explain", tr("Tell what a result code is and what causes it"));
-  explain->add_option("CODE", options->codes, tr("Result codes: 265, or 1/9 as an answer shows it"))
+  explain
+      ->add_option("CODE", options->codes,
+                   tr("Result codes: 265, 1/9 as an answer shows it, or the text of an answer"))
       ->required();
   explain->add_flag("--json", options->json, tr("Write JSON"));
   refuse_empty_texts(explain);

@@ -15,7 +15,9 @@
 #include "batch_stop.h"
 #include "broken_pipe.h"
 #include "failure.h"
+#include "failure_report.h"
 #include "interrupt.h"
+#include "language.h"
 #include "library.h"
 #include "library_start.h"
 #include "line_encoding.h"
@@ -27,43 +29,10 @@
 #include "register/register_file.h"
 #include "register_client.h"
 #include "register_text.h"
-#include "styles.h"
 #include "text.h"
 #include "translate.h"
 
 namespace {
-
-constexpr size_t kShownLine = 100;  // of a failing line
-
-// --- Failing lines.
-
-class FailureList {
- public:
-  FailureList(Streams& streams, Progress& progress) : streams_(streams), progress_(progress) {}
-
-  // place is "FILE:LINE" or "FILE"; heading may be empty.
-  void report(const std::string& place, const std::string& heading, const std::string& what,
-              std::string_view line) {
-    ++count_;
-    progress_.clear();
-    const bool colours = streams_.error_has_colours();
-    std::string text = styled(place + ":", Style::kStrong, colours) + " ";
-    if (!heading.empty()) text += styled(heading + ":", Style::kError, colours) + " ";
-    streams_.error(fmt::format("{}{}\n", text, what));
-    if (!line.empty()) streams_.error(fmt::format("    {}\n", shown(line, kShownLine)));
-  }
-  void report_code(const std::string& place, long code, std::string_view text,
-                   std::string_view line) {
-    report(place, tr("code {}", code), shown(without_trailing_blanks(text)) + encoding_hint(line),
-           line);
-  }
-  uint64_t count() const { return count_; }
-
- private:
-  Streams& streams_;
-  Progress& progress_;
-  uint64_t count_ = 0;
-};
 
 bool is_long(const LineReader& reader) { return reader.size() >= Progress::kLongFile; }
 
@@ -77,13 +46,13 @@ void tell_failure(const RegisterClient& client, std::string* told, Streams& stre
 
 // --- One EcrCmd for each line. Returns an exit code.
 int run_lines(const RunOptions& options, LineReader& reader, Library& library,
-              const RegisterClient& client, Streams& streams) {
+              const RegisterClient& client, FailureReport& failures, Streams& streams) {
   // The answer of a line that has nothing to say, in the words of the definition file.
   std::string plain_answer;
   library.run_line("; lorimat run", &plain_answer);
 
   Progress progress(streams, is_long(reader), reader.size());
-  FailureList failures(streams, progress);
+  failures.set_progress(&progress);
   SourceLine line;
   uint64_t run = 0;
   bool stopped = false;
@@ -95,17 +64,17 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
     const std::string place = fmt::format("{}:{}", reader.name(), line.number);
     const uint64_t failed_before = failures.count();
     if (line.nul_at != 0) {
-      failures.report(place, tr("not run"),
-                      tr("a NUL byte stands in column {}, and the library would read the line only "
-                         "up to there",
-                         line.nul_at) +
-                          encoding_hint(line.text),
-                      line.text);
+      failures.report_not_run(place,
+                              tr("a NUL byte stands in column {}, and the library would read the "
+                                 "line only up to there",
+                                 line.nul_at) +
+                                  encoding_hint(line.text),
+                              line.text);
     } else {
       std::string answer;
       const long code = library.run_line(line.text, &answer);
       if (code != 0) {
-        failures.report_code(place, code, answer, line.text);
+        failures.report({place, code, answer, line.text});
         tell_failure(client, &told_failure, streams);
       } else if (options.verbose || answer != plain_answer) {
         progress.clear();
@@ -115,6 +84,8 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
     stopped = options.stop_on_error && failures.count() != failed_before;
   }
   progress.clear();
+  failures.set_progress(nullptr);
+  failures.summarize();
   if (interrupted) {
     tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), run));
     return interrupt_exit();
@@ -156,7 +127,7 @@ uint64_t count_lines(const std::string& file) {
 }
 
 void report_batch_errors(const std::string& file, const std::vector<BatchError>& errors,
-                         FailureList& failures) {
+                         FailureReport& failures) {
   std::map<uint64_t, std::string> texts;
   for (const BatchError& error : errors) texts[error.line];
   LineReader reader(file);
@@ -167,16 +138,16 @@ void report_batch_errors(const std::string& file, const std::vector<BatchError>&
   }
   for (const BatchError& error : errors) {
     if (error.line == 0) {
-      failures.report(reader.name(), "", shown(error.text), {});
+      failures.report_text(reader.name(), shown(error.text));
     } else {
-      failures.report_code(fmt::format("{}:{}", reader.name(), error.line), error.code, error.text,
-                           texts[error.line]);
+      failures.report({fmt::format("{}:{}", reader.name(), error.line), error.code, error.text,
+                       texts[error.line]});
     }
   }
 }
 
 int run_batch(const RunOptions& options, const LineReader& reader, Library& library,
-              RegisterClient& client, Streams& streams) {
+              RegisterClient& client, FailureReport& failures, Streams& streams) {
   const BatchPlace place = split(options.file);
   const uint64_t lines = count_lines(options.file);
   const ScratchFolder scratch;
@@ -206,8 +177,8 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   }
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
-  FailureList failures(streams, progress);
   report_batch_errors(options.file, read_batch_errors(scratch.error_file()), failures);
+  failures.summarize();
   if (stopped_behind) {
     tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), *stopped_behind));
     return interrupt_exit();
@@ -302,8 +273,12 @@ int run_command(const RunOptions& options, Streams& streams) {
   start_library(options.language, options.verbose, *library, *client, streams);
 
   PaperPlaces places(papers, streams);
-  const int code = options.batch ? run_batch(options, reader, *library, *client, streams)
-                                 : run_lines(options, reader, *library, *client, streams);
+  // Read before a line can go to another folder.
+  std::optional<Language> language;
+  if (!options.terse) language.emplace(find_definition_file(options.language).path);
+  FailureReport failures(streams, language ? &*language : nullptr, true);
+  const int code = options.batch ? run_batch(options, reader, *library, *client, failures, streams)
+                                 : run_lines(options, reader, *library, *client, failures, streams);
   PaperPlaces::Outcome outcome = places.write();
   // A caller that has the signal ignored is told, and one whose run a signal has ended.
   if (outcome.reader_gone && (caller_wants_error || interrupted != 0)) {

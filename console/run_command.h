@@ -17,6 +17,7 @@ struct RunOptions {
   std::string clock;          // date and time; empty takes the computer's clock
   bool batch = false;
   bool stop_on_error = false;
+  bool terse = false;  // failing lines without their explanation and the summary
   bool verbose = false;
 };
 

@@ -8,7 +8,6 @@
 
 #include "batch_check.h"
 #include "code_table.h"
-#include "finding.h"
 #include "shell_text.h"
 #include "text.h"
 #include "translate.h"
@@ -67,30 +66,31 @@ std::string causes_text(long code, size_t columns) {
   return out;
 }
 
-std::string parser_hint(const Language& language, const std::string& line, size_t columns) {
+std::optional<Finding> parser_finding(const Language& language, const std::string& line) {
   SourceLine source;
   source.number = 1;
   source.text = line.substr(0, LineReader::kKept);
   source.length = line.size();
-  if (line.find('@') == line.find_first_not_of(" \t")) return {};
+  if (line.find('@') == line.find_first_not_of(" \t")) return std::nullopt;
   Findings findings;
   BatchCheck(language, findings).take(source);
   for (const Finding& finding : findings.sorted()) {
-    if (finding.severity != Severity::kError) continue;
-    std::string out;
-    if (finding.column != 0 && finding.column <= line.size() + 1) {
-      const std::string before = shown(line.substr(0, finding.column - 1));
-      // A place beyond the window's edge has no column to point at.
-      if (kIndent + columns_of(before) < columns) {
-        out += fmt::format("  {}\n", cut_to(shown(line), columns - kIndent));
-        out += fmt::format("  {}^\n", std::string(columns_of(before), ' '));
-      }
-    }
-    std::string what = shown(finding.what);
-    if (!finding.suggestion.empty()) {
-      what += tr("; did you mean {}?", shown(finding.suggestion));
-    }
-    return out + wrapped(what, kIndent, columns);
+    if (finding.severity == Severity::kError) return finding;
   }
-  return {};
+  return std::nullopt;
+}
+
+std::string parser_hint(const Language& language, const std::string& line, size_t columns) {
+  const std::optional<Finding> finding = parser_finding(language, line);
+  if (!finding) return {};
+  std::string out;
+  if (finding->column != 0 && finding->column <= line.size() + 1) {
+    const std::string before = shown(line.substr(0, finding->column - 1));
+    // A place beyond the window's edge has no column to point at.
+    if (kIndent + columns_of(before) < columns) {
+      out += fmt::format("  {}\n", cut_to(shown(line), columns - kIndent));
+      out += fmt::format("  {}^\n", std::string(columns_of(before), ' '));
+    }
+  }
+  return out + wrapped(finding_words(*finding), kIndent, columns);
 }

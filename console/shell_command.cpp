@@ -86,6 +86,7 @@ int run_pipe(ShellSession& session, Streams& streams) {
     run = line.number;
     session.take(line, fmt::format("{}:{}", reader.name(), line.number));
   }
+  session.summarize_failures();
   if (interrupted != 0) {
     tell(streams, tr("stopped by {} behind line {}", interrupt_name(), run));
     return interrupt_exit();
@@ -273,6 +274,9 @@ void add_shell(CLI::App& app, ShellOptions* options) {
                    tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
+  shell->add_flag("--terse", options->terse,
+                  tr("As a pipe: show each failing line by place, code, answer and line alone, "
+                     "without explanation and summary"));
   refuse_empty_texts(shell);
   shell->footer(std::string(translated(kShellExamples)));
 }
@@ -300,7 +304,8 @@ int shell_command(const ShellOptions& options, Streams& streams) {
     if (terminal) {
       code = run_terminal(language, *library, *client, output.get(), streams);
     } else {
-      ShellSession session(language, *library, *client, {.columns = &no_window}, streams);
+      ShellSession session(language, *library, *client,
+                           {.terse = options.terse, .columns = &no_window}, streams);
       code = run_pipe(session, streams);
     }
   } catch (const Failure&) {

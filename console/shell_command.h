@@ -14,6 +14,7 @@ struct ShellOptions {
   std::string register_file;  // where the register is kept; empty keeps it in memory
   std::string clock;          // date and time; empty takes the computer's clock
   std::string library;        // empty takes the one beside the program
+  bool terse = false;         // as a pipe: failing lines without explanation and summary
 };
 
 void add_shell(CLI::App& app, ShellOptions* options);

@@ -78,18 +78,23 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       look_(std::move(look)),
       streams_(streams),
       help_(language),
-      completer_(language, own_words(), fault_words()) {
+      completer_(language, own_words(), fault_words()),
+      report_(streams, look_.terse ? nullptr : &language, false) {
   library_.run_line("; lorimat shell", &plain_answer_);
 }
 
 void ShellSession::take(const SourceLine& line, const std::string& place) {
   if (line.nul_at != 0) {
-    fail(place,
-         tr("not run: a NUL byte stands in column {}, and the library would read the line only up "
-            "to there",
-            line.nul_at) +
-             encoding_hint(line.text),
-         line.text);
+    const std::string why =
+        tr("a NUL byte stands in column {}, and the library would read the line only up to there",
+           line.nul_at) +
+        encoding_hint(line.text);
+    if (look_.terminal) {
+      fail(place, fmt::format("{}: {}", tr("not run"), why), line.text);
+    } else {
+      ++failures_;
+      report_.report_not_run(place, why, line.text);
+    }
     return;
   }
   const std::string_view text = without_blanks(line.text);
@@ -129,11 +134,12 @@ void ShellSession::run(const std::string& text, const std::string& place) {
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
                                const std::string& place) {
   const std::string words = shown(without_trailing_blanks(answer));
-  if (code != 0) {
-    // The place that a terminal is shown has the hint.
-    fail(place, tr("code {}: {}", code, words) + (look_.terminal ? "" : encoding_hint(text)),
-         look_.terminal && !in_file_ ? "" : text);
-    if (!look_.terminal) return;
+  if (code != 0 && !look_.terminal) {
+    ++failures_;
+    report_.report({place, code, answer, text});
+  } else if (code != 0) {
+    // The place that is shown has the hint of the encoding.
+    fail(place, tr("code {}: {}", code, words), in_file_ ? text : "");
     const size_t columns = look_.columns();
     streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
   } else if (!look_.terminal) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "failure_report.h"
 #include "language.h"
 #include "library.h"
 #include "line_reader.h"
@@ -23,6 +24,7 @@ class ShellSession {
   struct Look {
     bool terminal = false;  // else plain: paper on standard output, all else on standard error
     bool colours = false;
+    bool terse = false;               // plain: failing lines without explanation and summary
     std::function<size_t()> columns;  // of the window; 0 where lines are not wrapped
   };
 
@@ -35,6 +37,9 @@ class ShellSession {
   void take(const SourceLine& line, const std::string& place);
   // Shows what has been printed since the last call.
   void show_paper();
+
+  // Of a pipe: what lines failed with.
+  void summarize_failures() { report_.summarize(); }
 
   bool quit() const { return quit_; }
   void stay() { quit_ = false; }
@@ -69,6 +74,7 @@ class ShellSession {
   Streams& streams_;
   ShellHelp help_;
   ShellCompleter completer_;
+  FailureReport report_;      // of a pipe
   std::string plain_answer_;  // of a line that has nothing to say
   std::string told_failure_;
   size_t paper_shown_ = 0;  // lines

@@ -89,10 +89,12 @@ void Streams::error(std::string_view text) { write_all(own_error_.get(), text); 
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }
 
-size_t Streams::notice_columns() const {
+size_t Streams::error_columns() const {
   winsize window{};
-  return wraps_ && ioctl(own_error_.get(), TIOCGWINSZ, &window) == 0 ? window.ws_col : 0;
+  return ioctl(own_error_.get(), TIOCGWINSZ, &window) == 0 ? window.ws_col : 0;
 }
+
+size_t Streams::notice_columns() const { return wraps_ ? error_columns() : 0; }
 
 bool Streams::output_has_colours() const { return has_colours(own_output_.get()); }
 

@@ -50,6 +50,8 @@ class Streams {
   bool error_is_terminal() const;
   // From here on notices are wrapped where standard error is a terminal.
   void wrap_notices() { wraps_ = true; }
+  // The width of the terminal that standard error is; 0 where it is none.
+  size_t error_columns() const;
   // The columns that a notice may take; 0 for any number.
   size_t notice_columns() const;
   // Whether texts for them may be coloured.

@@ -118,7 +118,16 @@ TEST(Colours, RunMarksThePlaceAndTheCode) {
   const std::string lines = folder.write("lines.cmd", "VNED\nVEND REP=1, PRE=1\n");
   const ProgramRun run = run_console({"run", lines}, terminal());
   EXPECT_EQ(run.errors, in(kBold, lines + ":1:") + " " + in(kBoldRed, "code 257:") +
-                            " ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n    VNED\n" +
+                            " ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n    VNED\n    " +
+                            in(kGreen, "^") +
+                            "\n  no command is called 'VNED'; did you mean VEND?\n"
+                            "  class 1: syntax and command errors\n"
+                            "  No command of the definition file has the name that the line begins "
+                            "with.\n" +
+                            "  times  code  " + "first line" + std::string(lines.size() - 8, ' ') +
+                            "  what it means\n      1   257  " + lines +
+                            ":1  No command of the definition file has the name that the line "
+                            "begins with.\n" +
                             in(kBoldRed, "lorimat:") + " 1 of 2 lines failed\n" +
                             in(kBold, "lorimat:") + " " + in(kCyan, "note:") + " " + lines +
                             " ends with the receipt still open; a payment closes it\n");

@@ -51,6 +51,58 @@ TEST(Explain, ACodeMayBeGivenAsTheAnswerShowsIt) {
   EXPECT_THAT(run.output, StartsWith("1643: class 6, index 107\n"));
 }
 
+TEST(Explain, AnAnswerMayBePasted) {
+  // 257 is class 1, index 1; 4 * 256 + 218 = 1242.
+  const std::string missing = "257: class 1, index 1\n";
+  const std::string total = "1242: class 4, index 218\n";
+  const std::vector<std::pair<std::string, std::string>> pasted = {
+      {"ERROR 4/218", total},
+      {"ERROR 4/218 : ", total},
+      {"error 4/218", total},
+      {"ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND", missing},
+      {" ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n", missing},
+      {"ERROR 1/1 in line 7 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND", missing},
+      {"SINTAX ERROR 1 : INSTRUCTION NOT FOUND", missing},
+      {"Instruction not found", missing},
+      {"till.cmd:2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND", missing},
+      {"code 1242:", total},
+      {"no command is called 'VNED'; did you mean VEND? (code 257)", missing},
+      {"NON OK.", "16: class 0, index 16\n"},
+      {"OK.", "0\n"},
+  };
+  for (const auto& [text, begin] : pasted) {
+    const ProgramRun run = run_console({"explain", text});
+    EXPECT_EQ(run.exit_code, 0) << text;
+    EXPECT_THAT(run.output, StartsWith(begin)) << text;
+  }
+}
+
+TEST(Explain, APastedAnswerNeedsNoQuotes) {
+  const ProgramRun run = run_console({"explain", "265", "ERROR", "1/1", ":", "SINTAX", "ERROR", "1",
+                                      ":", "INSTRUCTION", "NOT", "FOUND"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, StartsWith("265: class 1, index 9\n"));
+  EXPECT_THAT(run.output, HasSubstr("\n\n257: class 1, index 1\n"));
+}
+
+TEST(Explain, NoWordOfAnAnswerIsPassedOver) {
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"ERROR"},
+                                             {"ERROR", "4/218", "265"},
+                                             {"ERROR 4/218 265"},
+                                             {"ERROR 4/218", "nonsense"},
+                                             {"ERROR 4/300"},
+                                             {"INSTRUCTION NOT"},
+                                             {"code 257 265"}}) {
+    std::vector<std::string> arguments = {"explain"};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    const ProgramRun run = run_console(arguments);
+    EXPECT_EQ(run.exit_code, 2) << words.front();
+    EXPECT_THAT(run.output, IsEmpty()) << words.front();
+    EXPECT_THAT(run.errors, HasSubstr("is no result code")) << words.front();
+  }
+}
+
 TEST(Explain, AClientResultIsTakenOutOfItsClassBit) {
   // 107 | 512, 207 | 1024: the class bit that marks results below and from 200.
   EXPECT_THAT(readings("619"), ElementsAre("client RTF_E_NOHARDWARE 107 619"));

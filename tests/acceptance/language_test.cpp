@@ -54,7 +54,7 @@ TEST(MessageLanguage, OnlyItalianIsItalian) {
 TEST(MessageLanguage, RunTellsFailingLinesInItalianAndKeepsTheLibrarysAnswer) {
   TestFolder folder;
   const std::string lines = folder.write("lines.cmd", std::string("VNED\n\0SUBT\n", 11));
-  const ProgramRun run = run_italian({"run", lines});
+  const ProgramRun run = run_italian({"run", "--terse", lines});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(run.errors,
             lines + ":1: codice 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n" +

@@ -25,7 +25,7 @@ TEST(Lines, AFailingLineShowsNumberCodeTextAndLineAndTheRunGoesOn) {
   TestFolder folder;
   const std::string lines = folder.write(
       "lines.cmd", "; first a comment\nWRONG\nVEND REP=1, PRE=1.00\n\nVEND PRE=3.00\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines});
+  const ProgramRun run = run_console({"run", "--terse", lines});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(run.errors, lines +
                             ":2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n"
@@ -113,12 +113,17 @@ TEST(Lines, EveryByteValueGetsAnAnswerAndNoControlByteReachesTheTerminal) {
     content += static_cast<char>(byte);
     content += "X\n";
   }
-  const ProgramRun run = run_console({"run", folder.write("bytes.cmd", content)});
-  EXPECT_EQ(run.exit_code, 1);
-  for (const char c : run.errors) {
-    EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << static_cast<int>(c);
+  const std::string lines = folder.write("bytes.cmd", content);
+  for (const std::vector<std::string>& form :
+       {std::vector<std::string>{"run", lines}, {"run", lines, "--terse"}}) {
+    const ProgramRun run = run_console(form);
+    EXPECT_EQ(run.exit_code, 1);
+    for (const char c : run.errors) {
+      EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << static_cast<int>(c);
+    }
+    EXPECT_THAT(run.errors, HasSubstr("\\x01X"));
+    if (form.size() == 3) EXPECT_THAT(run.errors, HasSubstr("\\x1BX"));
   }
-  EXPECT_THAT(run.errors, HasSubstr("\\x1BX"));
 }
 
 TEST(Lines, AMissingFileIsNamedWithItsCause) {
@@ -218,7 +223,11 @@ TEST(Progress, TheBarIsGoneBeforeTheSummary) {
   const ProgramRun run =
       run_console({"run", folder.write("long.cmd", content)},
                   {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
-  EXPECT_THAT(run.errors, HasSubstr("100%\r\x1b[Klorimat: 1 of 2001 lines failed\n"));
+  EXPECT_THAT(run.errors, HasSubstr("100%\r\x1b[K  times  code  first line"));
+  const ProgramRun terse =
+      run_console({"run", "--terse", folder.path("long.cmd")},
+                  {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
+  EXPECT_THAT(terse.errors, HasSubstr("100%\r\x1b[Klorimat: 1 of 2001 lines failed\n"));
 }
 
 TEST(Progress, NoBarOnAPipeForAShortFileOrOnADumbTerminal) {

@@ -62,7 +62,7 @@ TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {
       {26, "code 1231: ERROR 4/207 : ECR SIGNALS CRITICAL ERROR 207 :"},
   };
   for (const bool batch : {false, true}) {
-    std::vector<std::string> arguments = {"run", file, "--clock", kClock};
+    std::vector<std::string> arguments = {"run", file, "--clock", kClock, "--terse"};
     if (batch) arguments.push_back("--batch");
     const ProgramRun run = run_console(arguments);
     EXPECT_EQ(run.exit_code, 1);

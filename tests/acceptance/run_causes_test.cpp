@@ -1,0 +1,184 @@
+// What "run" says of the lines that fail: the cause below each, and all of them counted.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "program_run.h"
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+int count(const std::string& text, const std::string& part) {
+  int found = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
+  return found;
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string out;
+  for (int i = 0; i < times; ++i) out += text;
+  return out;
+}
+
+// The lines by standard input.
+ProgramRun run_lines(const std::string& lines, std::vector<std::string> more = {}) {
+  std::vector<std::string> arguments = {"run", "-", "--clock", "2024-03-15 10:30"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return run_console(arguments, {.input = lines});
+}
+
+constexpr const char* kMisspelt =
+    "standard input:2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n"
+    "    VNED REP=2, PRE=1.50\n";
+
+}  // namespace
+
+TEST(RunCauses, ALineThatIsMisreadIsMarkedAndExplained) {
+  const ProgramRun run = run_lines("VEND REP=1, PRE=1.00\nVNED REP=2, PRE=1.50\nCHIU\n");
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.errors,
+            std::string(kMisspelt) +
+                "    ^\n"
+                "  no command is called 'VNED'; did you mean VEND?\n"
+                "  class 1: syntax and command errors\n"
+                "  No command of the definition file has the name that the line begins with.\n"
+                "  times  code  first line        what it means\n"
+                "      1   257  standard input:2  No command of the definition file has the name "
+                "that the line begins with.\n"
+                "lorimat: 1 of 3 lines failed\n");
+}
+
+TEST(RunCauses, TheMarkStandsBelowTheFieldThatIsWrong) {
+  const ProgramRun run = run_lines("VEND REP=1, COLORE=3, PRE=1.00\n");
+  EXPECT_THAT(run.errors, HasSubstr("    VEND REP=1, COLORE=3, PRE=1.00\n"
+                                    "                ^\n"
+                                    "  VEND has no field 'COLORE'\n"));
+}
+
+TEST(RunCauses, AFarPlaceIsShownWithTheTextAroundIt) {
+  const ProgramRun run =
+      run_lines("VEND REP=1, DES='" + std::string(200, 'x') + "', COLORE=3, PRE=1.00\n");
+  EXPECT_THAT(run.errors, HasSubstr("    ...xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx', "
+                                    "COLORE=3, PRE=1.00\n" +
+                                    std::string(57, ' ') + "^\n"));
+}
+
+TEST(RunCauses, WhatTheDeviceAnsweredIsNamed) {
+  const ProgramRun run = run_lines("VEND REP=99, PRE=1.00\n");
+  EXPECT_THAT(run.errors, HasSubstr("    VEND REP=99, PRE=1.00\n"));
+  EXPECT_THAT(run.errors, Not(HasSubstr("^")));
+  EXPECT_THAT(run.errors,
+              HasSubstr("  class 4: results of the device client of 200 and above\n"
+                        "  Result 217 of the device, RTF_EFPTR_BAD_VAT. The VAT entry or the "
+                        "department does not exist.\n"));
+}
+
+TEST(RunCauses, TheBareFormHasLineAndAnswerAlone) {
+  const ProgramRun run =
+      run_lines("VEND REP=1, PRE=1.00\nVNED REP=2, PRE=1.50\nCHIU\n", {"--terse"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.errors, std::string(kMisspelt) + "lorimat: 1 of 3 lines failed\n");
+}
+
+TEST(RunCauses, OfOneCodeTwentyLinesAreShownAndAllAreCounted) {
+  const ProgramRun run = run_lines(repeated("WRONG\n", 40001) + "VEND PRE=1.00\n");
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(count(run.errors, ": code 257: "), 20);
+  EXPECT_THAT(run.errors, HasSubstr("standard input:20: code 257: "));
+  EXPECT_EQ(count(run.errors,
+                  "lorimat: note: further lines with code 257 are counted and not "
+                  "shown; --terse shows all\n"),
+            1);
+  // Another code is shown still.
+  EXPECT_THAT(run.errors, HasSubstr("standard input:40002: code 269: "));
+  EXPECT_THAT(run.errors, HasSubstr("\n  times  code  first line            what it means\n"
+                                    "  40001   257  standard input:1      No command "));
+  EXPECT_THAT(run.errors, HasSubstr("\n      1   269  standard input:40002  A sale has neither "));
+  EXPECT_THAT(run.errors, EndsWith("\nlorimat: 40002 of 40002 lines failed\n"));
+}
+
+TEST(RunCauses, TwentyLinesOfOneCodeAreAllShown) {
+  const ProgramRun run = run_lines(repeated("WRONG\n", 20));
+  EXPECT_EQ(count(run.errors, ": code 257: "), 20);
+  EXPECT_THAT(run.errors, Not(HasSubstr("counted and not shown")));
+}
+
+TEST(RunCauses, TheBareFormShowsThemAll) {
+  const ProgramRun run = run_lines(repeated("WRONG\n", 500), {"--terse"});
+  EXPECT_EQ(count(run.errors, ": code 257: "), 500);
+  EXPECT_THAT(run.errors, EndsWith("standard input:500: code 257: ERROR 1/1 : SINTAX ERROR 1 : "
+                                   "INSTRUCTION NOT FOUND\n    WRONG\n"
+                                   "lorimat: 500 of 500 lines failed\n"));
+}
+
+TEST(RunCauses, LinesThatAreNotRunAreCountedToo) {
+  using namespace std::string_literals;
+  const ProgramRun run = run_lines(repeated("SUBT\0\n"s, 30));
+  EXPECT_EQ(count(run.errors, ": not run: a NUL byte stands in column 5"), 20);
+  EXPECT_THAT(run.errors, HasSubstr("note: further lines that are not run are counted"));
+  EXPECT_THAT(run.errors, HasSubstr("\n     30     -  standard input:1  A NUL byte in the line: it "
+                                    "was not run.\n"));
+}
+
+TEST(RunCauses, TheTableBeginsWithTheCodeThatIsThereMostAndThenTheFirstOne) {
+  const ProgramRun run = run_lines("CHKSUB\nVEND PRE=1\nWRONG\nWRONG\n");
+  const size_t table = run.errors.find("  times  code");
+  ASSERT_NE(table, std::string::npos);
+  const std::string rows = run.errors.substr(table);
+  EXPECT_LT(rows.find("      2   257  standard input:3  "),
+            rows.find("      1   266  standard input:1  "));
+  EXPECT_LT(rows.find("      1   266  standard input:1  "),
+            rows.find("      1   269  standard input:2  "));
+}
+
+TEST(RunCauses, ABatchIsToldInTheSameWay) {
+  TestFolder folder;
+  const std::string lines = folder.write("lines.cmd", repeated("WRONG\n", 60) + "VEND PRE=1\n");
+  const ProgramRun by_line = run_console({"run", lines});
+  const ProgramRun by_batch = run_console({"run", lines, "--batch"});
+  EXPECT_EQ(count(by_batch.errors, ": code 257: "), 20);
+  EXPECT_EQ(by_batch.errors, by_line.errors);
+}
+
+TEST(RunCauses, ARunWithoutFailuresHasNoTable) {
+  EXPECT_THAT(run_lines("VEND REP=1, PRE=1.00\nCHIU\n").errors, IsEmpty());
+}
+
+TEST(RunCauses, ARunThatIsStoppedHasItsTable) {
+  const ProgramRun run = run_lines("SUBT\nWRONG\nSUBT\n", {"--stop-on-error"});
+  EXPECT_THAT(run.errors, HasSubstr("      1  1231  standard input:1  "));
+  EXPECT_THAT(run.errors, EndsWith("lorimat: stopped at line 1, which failed\n"));
+}
+
+TEST(RunCauses, TheShellAsAPipeCountsTheLinesOfItsFiles) {
+  TestFolder folder;
+  const std::string file = folder.write("wrong.cmd", repeated("WRONG\n", 30));
+  const std::string input = ".batch " + file + "\nWRONG\n";
+  const ProgramRun run = run_console({"shell"}, {.input = input});
+  EXPECT_EQ(count(run.errors, ": code 257: "), 20);
+  EXPECT_THAT(run.errors, HasSubstr("     31   257  " + file + ":1  No command "));
+  const ProgramRun terse = run_console({"shell", "--terse"}, {.input = input});
+  EXPECT_EQ(count(terse.errors, ": code 257: "), 31);
+  EXPECT_THAT(terse.errors, Not(HasSubstr("what it means")));
+}
+
+TEST(RunCauses, AreItalianForItsReaders) {
+  const ProgramRun run = run_console(
+      {"run", "-"}, {.input = repeated("VNED REP=2\n", 21), .environment = {{"LANG", "it"}}});
+  EXPECT_THAT(run.errors,
+              HasSubstr("    VNED REP=2\n    ^\n"
+                        "  nessun comando si chiama 'VNED'; forse VEND?\n"
+                        "  classe 1: errori di sintassi e di comando\n"
+                        "  Nessun comando del file di definizione ha il nome con cui comincia la "
+                        "riga.\n"));
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: nota: le altre righe con codice 257 si contano"));
+  EXPECT_THAT(run.errors,
+              HasSubstr("  volte  codice  prima riga        che cosa significa\n"
+                        "     21     257  standard input:1  Nessun comando del file di "));
+}
