@@ -339,6 +339,8 @@ TEST(LanguagePages, HaveTheSameExamplesUpToTheirComments) {
       ++lines;
       if (english_comment.empty()) continue;
       ++comments;
+      // An answer that a comment tells is the same.
+      compare_texts(english_comment, italian_comment);
       EXPECT_NE(english_comment, italian_comment);
     }
   }
@@ -373,7 +375,11 @@ void compare_commands(const CommandHelp& english, const CommandHelp& italian) {
   EXPECT_EQ(english.id, italian.id);
   EXPECT_EQ(english.name, italian.name);
   EXPECT_EQ(english.shortest, italian.shortest);
-  EXPECT_EQ(english.examples, italian.examples);
+  ASSERT_EQ(english.examples.size(), italian.examples.size());
+  for (size_t i = 0; i < english.examples.size(); ++i) {
+    EXPECT_EQ(without_comment(english.examples[i]).first,
+              without_comment(italian.examples[i]).first);
+  }
   ASSERT_EQ(english.text.size(), italian.text.size());
   for (size_t i = 0; i < english.text.size(); ++i) compare_texts(english.text[i], italian.text[i]);
   compare_texts(english.summary(), italian.summary());

@@ -17,37 +17,12 @@
 #include "register/articles.h"
 #include "register_fixture.h"
 #include "support/temporary_folder.h"
+#include "till.h"
 
 namespace lorimat {
 namespace {
 
 using F = FunctionCode;
-
-// A register with a translator before it.
-class Till {
- public:
-  explicit Till(RegisterSettings settings) : device(std::move(settings)) {
-    // The translator takes a path of 79 characters at most.
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(shipped::LanguageFile().parent_path());
-    char name[] = "merkelin.ini";
-    EXPECT_EQ(translator_->TradInit(name, 0, &device, true), 0);
-    std::filesystem::current_path(before);
-  }
-
-  // The code of a line.
-  long Run(const std::string& line) {
-    std::string copy = line;
-    copy.resize(copy.size() + 1);
-    std::vector<char> result(1024);
-    return translator_->EcrCmd(copy.data(), result.data());
-  }
-
-  VirtualRegister device;
-
- private:
-  std::unique_ptr<EcrCmdCommand> translator_ = std::make_unique<EcrCmdCommand>();
-};
 
 std::string Content(const std::string& name) {
   std::ifstream file(name, std::ios::binary);
