@@ -15,6 +15,8 @@
 #include "interrupt.h"
 #include "line_encoding.h"
 #include "notices.h"
+#include "pal/protocols/lorimat/ascii.h"
+#include "pal/protocols/lorimat/front/messages.h"
 #include "register/register_error.h"
 #include "register/virtual_register.h"
 #include "register_messages.h"
@@ -43,16 +45,18 @@ constexpr OwnWord kOwnWords[] = {
     {".fault", ".fault NAME ...",
      TR_TEXT("plans one: .fault code 123 nth 2 on PrintRecItemEx; also next, every, times N")},
     {".fault", ".fault clear", TR_TEXT("takes all faults off the plan")},
-    {".help", ".help", TR_TEXT("shows this")},
+    {".help", ".help", TR_TEXT("shows this; .help VEND is ? VEND")},
     {".paper", ".paper [N]", TR_TEXT("shows the paper again, or its last N lines")},
     {".quit", ".quit", TR_TEXT("ends the shell, as Ctrl-D does")},
     {".status", ".status", TR_TEXT("shows the state of the register")},
+    {"help", "help, quit, exit", TR_TEXT("the same, where no command has such a name")},
 };
 
 std::vector<std::string> own_words() {
   std::vector<std::string> words;
   for (const OwnWord& own : kOwnWords) {
-    if (words.empty() || words.back() != own.word) words.emplace_back(own.word);
+    if (own.word[0] != '.' || (!words.empty() && words.back() == own.word)) continue;
+    words.emplace_back(own.word);
   }
   return words;
 }
@@ -62,6 +66,14 @@ std::string_view without_blanks(std::string_view text) {
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
+
+// What people try first, with the shell's own word for it.
+struct PlainWord {
+  const char* word;
+  const char* own;
+};
+
+constexpr PlainWord kPlainWords[] = {{"help", ".help"}, {"quit", ".quit"}, {"exit", ".quit"}};
 
 bool holds_nothing(std::string_view text) {
   const std::string_view inner = without_blanks(text);
@@ -98,12 +110,14 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
     return;
   }
   const std::string_view text = without_blanks(line.text);
-  const char first = text.empty() ? ' ' : text.front();
-  if (first == '?') {
-    help(without_blanks(text.substr(1)), place, line.text);
-  } else if (first == '.' || first == ':') {
+  const std::string own = own_line(text);
+  if (!own.empty()) {
     try {
-      own_word(text);
+      if (own.front() == '?') {
+        help(without_blanks(std::string_view(own).substr(1)));
+      } else {
+        own_word(own);
+      }
     } catch (const Failure& failure) {
       fail(place, failure.what(), look_.terminal ? "" : line.text);
     } catch (const lorimat::RegisterError& error) {
@@ -248,27 +262,39 @@ std::string ShellSession::laid_out(const std::string& text) const {
   return wrapped(text, 0, look_.columns());
 }
 
-void ShellSession::help(std::string_view word, const std::string& place, std::string_view line) {
+std::string ShellSession::own_line(std::string_view text) const {
+  const char first = text.empty() ? ' ' : text.front();
+  if (first == '?' || first == '.' || first == ':') return std::string(text);
+  const std::string word(text.substr(0, text.find_first_of(" \t")));
+  for (const PlainWord& plain : kPlainWords) {
+    if (!equals_ignoring_case(word.c_str(), plain.word)) continue;
+    // A longer name of a command may be cut down to the word.
+    if (language_.find_command(word).failure != INSTRUCTION_NOT_FOUND) return {};
+    return std::string(plain.own).append(text.substr(word.size()));
+  }
+  return {};
+}
+
+void ShellSession::help(std::string_view word) {
   const size_t columns = look_.columns();
   if (word.empty()) {
     streams_.output(help_.overview(columns));
     return;
   }
   const HelpText text = help_.command(std::string(word), columns);
-  if (text.found) {
-    streams_.output(text.text);
-  } else {
-    fail(place, text.text, look_.terminal ? "" : line);
-  }
+  if (!text.found) throw Failure(text.text);
+  streams_.output(text.text);
 }
 
 void ShellSession::own_word(std::string_view text) {
   const size_t end = std::min(text.find_first_of(" \t"), text.size());
-  const std::string word = "." + std::string(text.substr(1, end - 1));
+  std::string word(text.substr(0, end));
+  word.front() = '.';
   const std::string rest(without_blanks(text.substr(end)));
   if (word == ".paper") return show_last_paper(rest);
   if (word == ".fault") return change_faults(rest);
   if (word == ".batch") return run_file(rest);
+  if (word == ".help" && !rest.empty()) return help(rest);
   if (word != ".help" && word != ".status" && word != ".quit") {
     const std::string near = nearest_word(word, own_words());
     throw Failure(near.empty()

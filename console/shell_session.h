@@ -57,7 +57,10 @@ class ShellSession {
   void tell_stop(const std::string& file, uint64_t line);
   void fail(const std::string& place, const std::string& what, std::string_view line);
   void tell_register_failure();
-  void help(std::string_view word, const std::string& place, std::string_view line);
+  // The line as one of the shell's own words, which begin with a sign; empty where it is for the
+  // library.
+  std::string own_line(std::string_view text) const;
+  void help(std::string_view word);
   void own_word(std::string_view text);
   void list_own_words();
   void show_last_paper(const std::string& number);

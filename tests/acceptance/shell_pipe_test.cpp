@@ -68,6 +68,37 @@ TEST(ShellPipe, TheShellsOwnWordsWorkThere) {
   EXPECT_THAT(run.errors, EndsWith("lorimat: 1 of 8 lines failed\n"));
 }
 
+TEST(ShellPipe, HelpAndQuitNeedNoDot) {
+  const std::string own = shell(".help\n").output;
+  EXPECT_THAT(own, HasSubstr("\n  .quit "));
+  for (const char* end : {"quit", "exit", "QUIT", " Exit "}) {
+    const ProgramRun run = shell(std::string("help\n") + end + "\nWRONG\n");
+    EXPECT_EQ(0, run.exit_code) << run.errors;
+    EXPECT_EQ(own, run.output) << end;
+  }
+  EXPECT_EQ(shell("? SUBT\n").output, shell("help SUBT\n").output);
+  EXPECT_EQ(shell("? SUBT\n").output, shell(".help SUBT\n").output);
+  const ProgramRun wrong = shell("quit now\nhelp VNED\nquitt\n");
+  EXPECT_THAT(wrong.errors, HasSubstr("standard input:1: nothing may stand behind .quit\n"));
+  EXPECT_THAT(wrong.errors, HasSubstr("standard input:2: no command is called 'VNED'; did you"));
+  EXPECT_THAT(wrong.errors, HasSubstr("standard input:3: code 257"));
+}
+
+TEST(ShellPipe, ACommandOfTheDefinitionFileHasItsNameAndItsShortForms) {
+  TestFolder folder;
+  // 18 is the subtotal. "quit" is a short form of two commands, which the library refuses, and it
+  // does not end the shell either.
+  const std::string words = folder.write(
+      "words.ini", "[OPCOD]\n1=HELPDESK,18\n2=EXIT,18\n3=QUITA,18\n4=QUITB,11\n[18]\n[11]\n");
+  const ProgramRun run = shell("help\nexit\nquit\nEXIT X\n", {"--language", words});
+  EXPECT_THAT(run.output, Not(HasSubstr(".quit")));
+  EXPECT_THAT(run.errors, Not(HasSubstr("standard input:1: code 257")));
+  EXPECT_THAT(run.errors, Not(HasSubstr("standard input:2: code 257")));
+  EXPECT_THAT(run.errors, HasSubstr("standard input:3: code 258"));
+  EXPECT_THAT(run.errors, HasSubstr("standard input:4: code "));
+  EXPECT_THAT(run.errors, EndsWith("of 4 lines failed\n"));
+}
+
 TEST(ShellPipe, AWordThatTheShellHasNotIsAFailingLine) {
   const ProgramRun run = shell(".papre\n.quit now\n? VNED\n.paper x\n.fault zzz\n");
   EXPECT_EQ(1, run.exit_code);

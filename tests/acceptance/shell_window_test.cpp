@@ -163,7 +163,7 @@ TEST(ShellWindow, APipeHasNoneAndEveryTextIsALine) {
   const std::vector<std::string> lines = lines_of(run.output);
   EXPECT_THAT(lines, Contains("  CHIU        CHIU        Pays, and closes the receipt when the "
                               "payment covers it."));
-  EXPECT_THAT(lines, Contains("  .fault NAME ...  plans one: .fault code 123 nth 2 on "
+  EXPECT_THAT(lines, Contains("  .fault NAME ...   plans one: .fault code 123 nth 2 on "
                               "PrintRecItemEx; also next, every, times N"));
   EXPECT_THAT(lines, Contains("  off-line            the device does not answer: switched off or "
                               "not connected"));

@@ -330,6 +330,7 @@ TEST(ConsoleTexts, SentencesThatAreNotForTranslationAreKnown) {
       "; lorimat shell",                  // the same
       "standard input",                   // in JSON
       ".fault clear",                     // what is typed in the shell
+      "help, quit, exit",                 // the same
       "Complete a word of the language",  // for the line editor, which does not show it
   };
   const std::regex sentence("[A-Za-z]{2,}[,;:]? [a-z]{2,}");
