@@ -5,6 +5,7 @@
 
 #include "failure.h"
 #include "help.h"
+#include "pager.h"
 #include "register_options.h"
 #include "translate.h"
 
@@ -58,7 +59,7 @@ int help_command(const HelpOptions& options, CLI::App& app, Streams& streams) {
   }
   // A program that has read its arguments shows the help of the command that they named.
   app.clear();
-  streams.output(command->help(in_front));
+  show_help(streams, command->help(in_front));
   return kExitGood;
 }
 

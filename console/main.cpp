@@ -18,6 +18,7 @@
 #include "help_command.h"
 #include "journal_command.h"
 #include "notices.h"
+#include "pager.h"
 #include "paper_command.h"
 #include "register_messages.h"
 #include "register_options.h"
@@ -246,7 +247,7 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
     if (error.get_exit_code() == 0 && unknown.empty()) {
       std::ostringstream output;
       app.exit(error, output, output);
-      streams.output(output.str());
+      show_help(streams, output.str());
       return kExitGood;
     }
     tell_error(streams, unknown.empty() ? usage_error(app, error) : unknown);

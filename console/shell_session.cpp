@@ -15,6 +15,7 @@
 #include "interrupt.h"
 #include "line_encoding.h"
 #include "notices.h"
+#include "pager.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/front/messages.h"
 #include "register/register_error.h"
@@ -278,12 +279,12 @@ std::string ShellSession::own_line(std::string_view text) const {
 void ShellSession::help(std::string_view word) {
   const size_t columns = look_.columns();
   if (word.empty()) {
-    streams_.output(help_.overview(columns));
+    show_help(streams_, help_.overview(columns));
     return;
   }
   const HelpText text = help_.command(std::string(word), columns);
   if (!text.found) throw Failure(text.text);
-  streams_.output(text.text);
+  show_help(streams_, text.text);
 }
 
 void ShellSession::own_word(std::string_view text) {
@@ -320,11 +321,13 @@ void ShellSession::list_own_words() {
   add("? VEND", tr("tells of one: its fields and what they take"));
   for (const OwnWord& own : kOwnWords) add(own.form, std::string(translated(own.what)));
   if (look_.terminal) {
-    out += "\n" + laid_out(tr("TAB completes names of commands, fields, values and files; the up "
-                              "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
-                              "A line that begins with a blank is not kept in the history."));
+    out += "\n";
+    out +=
+        laid_out(tr("TAB completes names of commands, fields, values and files; the up "
+                    "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
+                    "A line that begins with a blank is not kept in the history."));
   }
-  streams_.output(out);
+  show_help(streams_, out);
 }
 
 void ShellSession::change_faults(std::string_view words) {

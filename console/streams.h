@@ -45,6 +45,7 @@ class Streams {
   // The program's standard output; throws Failure when the text cannot be written, which is
   // ReaderGone when nobody reads it.
   void output(std::string_view text);
+  int output_descriptor() const { return own_output_.get(); }
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void error(std::string_view text);
   bool error_is_terminal() const;

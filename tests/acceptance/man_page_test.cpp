@@ -126,7 +126,7 @@ TEST(ManPage, NamesTheVariablesThatTheProgramReads) {
     const std::string page = read_file(source_file(file));
     for (const char* name :
          {"LC_ALL", "LC_MESSAGES", "LANG", "LORIMAT_LIBRARY", "LORIMAT_REGISTER",
-          "LORIMATRT_REGISTRY", "NO_COLOR", "TERM", "TMPDIR", "XDG_STATE_HOME"}) {
+          "LORIMATRT_REGISTRY", "NO_COLOR", "PAGER", "TERM", "TMPDIR", "XDG_STATE_HOME"}) {
       EXPECT_THAT(page, testing::HasSubstr(name)) << file;
     }
   }
