@@ -18,6 +18,7 @@
 #include "register/paper.h"
 #include "register/printer_state.h"
 #include "register/receipt.h"
+#include "register/reference.h"
 #include "register/store.h"
 #include "register/tables.h"
 
@@ -25,16 +26,6 @@ namespace lorimat {
 
 // Positions of the key lock.
 enum class KeyPosition { kRegister = 1, kRead = 2, kReset = 3, kProgram = 4 };
-
-// The document that a credit note or a void refers to.
-struct Reference {
-  int closure = 0;
-  int number = 0;
-  std::string date = {};    // DDMMYYYY, or empty
-  std::string serial = {};  // of the register that made it; empty for this one
-
-  bool empty() const { return closure == 0 && number == 0 && date.empty() && serial.empty(); }
-};
 
 // A document that moves cash into the drawer or out of it, and registers nothing.
 enum class CashMove { kNone, kIn, kOut };

@@ -60,9 +60,7 @@ void Layout::TrainingMark() {
   if (core_.setup.training) core_.paper.Centred(kTrainingMark);
 }
 
-void Layout::Logo(int number) {
-  core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number)));
-}
+void Layout::Logo(int number) { core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number))); }
 
 void Layout::Header() {
   if (core_.setup.header_logo != 0) Logo(core_.setup.header_logo);
@@ -92,6 +90,10 @@ void Layout::Title(DocumentKind kind, const Reference& reference) {
                            reference.date.substr(4)));
   }
   if (!reference.serial.empty()) paper.Text("RT " + reference.serial);
+  // Nobody here can say what was sold there.
+  if (!reference.IsOf(core_.tables.settings().serial_number)) {
+    paper.Text("Documento di altro registratore");
+  }
 }
 
 void Layout::ColumnHead() {

@@ -271,9 +271,7 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   if (receipt.empty()) return RTF_EFPTR_WRONG_STATE;
   const Tender* tender = core_.tables.FindTender(tender_id);
   if (tender == nullptr) return RTF_E_NOEXIST;
-  if (receipt.kind() == DocumentKind::kCancel && receipt.total() != document.referred_total) {
-    return RTF_EFPTR_FISCAL_TOTALS_ERROR;
-  }
+  if (const int code = CheckPaidBack()) return code;
   // The clock is read first: nothing may fail between the payment and its registration.
   const std::tm now = core_.Now();
   Payment done;
@@ -313,7 +311,7 @@ void ReceiptDesk::Store(StoredDocument stored) {
   stored.operator_number = core_.current_operator;
   stored.lottery_code = document.lottery_code;
   // Another register's document may have the numbers of an own one, which it leaves alone.
-  if (FindReferred(document.reference)) {
+  if (IsOwn(document.reference)) {
     stored.referred_closure = document.reference.closure;
     stored.referred_number = document.reference.number;
   }

@@ -48,6 +48,8 @@ class ReceiptDesk {
   int BeginChosen(bool print_header);
   // `customer` points to the five lines of the invoice's head.
   int BeginInvoice(const std::string_view (&customer)[5], bool opposition);
+  // A credit note for a sale of this register that something is left of, of another register, or
+  // for none that is named.
   int BeginRefund(const Reference& reference);
   // A credit note over the whole of one of this register's sales, made at once.
   int RefundWhole(const Reference& reference);
@@ -98,9 +100,10 @@ class ReceiptDesk {
   int Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
               Item* item) const;
   int CheckBegin() const;
-  std::optional<StoredDocument> FindReferred(const Reference& reference) const;
-  bool HasGoneBack(const StoredDocument& sale) const;
-  int CheckReferred(const Reference& reference, StoredDocument* sale) const;
+  bool IsOwn(const Reference& reference) const;
+  int FindSale(const Reference& reference, StoredDocument* sale) const;
+  int FindWholeSale(const Reference& reference, StoredDocument* sale) const;
+  int CheckPaidBack() const;
   void MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line);
   int BeginCash(CashMove move, bool print_header);
   int TotalCash(Amount payment, std::string_view tender, bool automatic);

@@ -95,8 +95,12 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
     return RTF_E_ILLEGAL;
   }
   if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
-  const std::optional<StoredDocument> sale = FindReferred(reference);
-  if (sale && HasGoneBack(*sale)) return RTF_E_EXISTS;
+  if (IsOwn(reference)) {
+    StoredDocument sale;
+    if (const int code = FindSale(reference, &sale)) return code;
+    const std::optional<PaidBack> paid_back = core_.store.FindPaidBack(sale.closure, sale.number);
+    if (sale.voided || (paid_back && paid_back->total >= sale.total)) return RTF_E_EXISTS;
+  }
   Open(DocumentKind::kRefund, reference);
   layout_.Header();
   layout_.Title(DocumentKind::kRefund, reference);
@@ -104,45 +108,66 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
   return RTF_SUCCESS;
 }
 
-// The sale of this register that a credit note or a void refers to. A credit note may refer to
-// anything: what is not found here was sold by another register, or on another day.
-std::optional<StoredDocument> ReceiptDesk::FindReferred(const Reference& reference) const {
-  const std::string& own = core_.tables.settings().serial_number;
-  if (reference.closure == 0 || (!reference.serial.empty() && reference.serial != own)) {
-    return std::nullopt;
-  }
-  std::optional<StoredDocument> sale = core_.store.Find(reference.closure, reference.number);
-  if (!sale || sale->kind != DocumentKind::kSale) return std::nullopt;
-  if (!reference.date.empty() && reference.date != DateText(sale->time)) return std::nullopt;
-  return sale;
+// Whether the document is one of this register's; what is sold by another is unknown here. No
+// reference at all is no document.
+bool ReceiptDesk::IsOwn(const Reference& reference) const {
+  return !reference.empty() && reference.IsOf(core_.tables.settings().serial_number);
 }
 
-// Whether nothing is left of a sale.
-bool ReceiptDesk::HasGoneBack(const StoredDocument& sale) const {
-  const std::optional<Amount> refunded = core_.store.Refunded(sale.closure, sale.number);
-  return sale.voided || (refunded && *refunded >= sale.total);
-}
-
-// One of this register's sales, of which nothing has gone back.
-int ReceiptDesk::CheckReferred(const Reference& reference, StoredDocument* sale) const {
-  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
-  const bool last = reference.closure == 0 && reference.number == 0;
-  std::optional<StoredDocument> found =
-      last ? core_.store.FindLast() : core_.store.Find(reference.closure, reference.number);
+// The sale of this register that a reference names, which has to be right in all that it gives.
+int ReceiptDesk::FindSale(const Reference& reference, StoredDocument* sale) const {
+  std::optional<StoredDocument> found = core_.store.Find(reference.closure, reference.number);
   if (!found || found->kind != DocumentKind::kSale) return RTF_E_NOEXIST;
-  if (found->voided) return RTF_E_EXISTS;
   if (!reference.date.empty() && reference.date != DateText(found->time)) {
     return RTF_EFPTR_BAD_DATE;
   }
-  if (core_.store.Refunded(found->closure, found->number)) return RTF_E_EXISTS;
   *sale = *std::move(found);
+  return RTF_SUCCESS;
+}
+
+// One of this register's sales, of which nothing has gone back. No number means the last document.
+int ReceiptDesk::FindWholeSale(const Reference& reference, StoredDocument* sale) const {
+  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  Reference wanted = reference;
+  if (reference.closure == 0 && reference.number == 0) {
+    const std::optional<StoredDocument> last = core_.store.FindLast();
+    if (!last) return RTF_E_NOEXIST;
+    wanted.closure = last->closure;
+    wanted.number = last->number;
+  }
+  if (const int code = FindSale(wanted, sale)) return code;
+  return core_.store.FindPaidBack(sale->closure, sale->number) ? RTF_E_EXISTS : RTF_SUCCESS;
+}
+
+// A credit note or a void is held against its sale when it is paid, not line by line: a line at
+// its full price is in order when the discount that the sale gave on it is still to come, and one
+// too many can be taken back. Until it is paid nothing has gone back.
+int ReceiptDesk::CheckPaidBack() const {
+  const OpenDocument& document = core_.document;
+  const Receipt& receipt = document.receipt;
+  if (receipt.kind() == DocumentKind::kCancel && receipt.total() != document.referred_total) {
+    return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+  }
+  if (!IsOwn(document.reference)) return RTF_SUCCESS;
+  StoredDocument sale;
+  if (const int code = FindSale(document.reference, &sale)) return code;
+  const PaidBack gone = core_.store.FindPaidBack(sale.closure, sale.number).value_or(PaidBack{});
+  if (receipt.total() > sale.total - gone.total) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+  const auto of = [](const std::map<int, Amount>& sums, int vat) {
+    const auto sum = sums.find(vat);
+    return sum == sums.end() ? 0 : sum->second;
+  };
+  for (const auto& [vat, gross] : receipt.by_vat()) {
+    const Amount left = of(sale.by_vat, vat) - of(gone.by_vat, vat);
+    if (gross > 0 && gross > left) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+  }
   return RTF_SUCCESS;
 }
 
 int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::string_view text) {
   if (const int code = CheckBegin()) return code;
   StoredDocument sale;
-  if (const int code = CheckReferred(reference, &sale)) return code;
+  if (const int code = FindWholeSale(reference, &sale)) return code;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
 
   Open(DocumentKind::kCancel, resolved);
@@ -158,7 +183,7 @@ int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::st
 int ReceiptDesk::RefundWhole(const Reference& reference) {
   if (const int code = CheckBegin()) return code;
   StoredDocument sale;
-  if (const int code = CheckReferred(reference, &sale)) return code;
+  if (const int code = FindWholeSale(reference, &sale)) return code;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
   Open(DocumentKind::kRefund, resolved);
   layout_.Header();

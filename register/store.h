@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,6 +30,12 @@ struct DocumentSelection {
   std::optional<std::tm> to = {};
   int64_t first = 1;     // by their place among all
   bool details = false;  // lines and payments too
+};
+
+// What went back of a sale.
+struct PaidBack {
+  Amount total = 0;
+  std::map<int, Amount> by_vat;  // gross by VAT entry
 };
 
 class RegisterStore {
@@ -72,8 +79,8 @@ class RegisterStore {
   // The last receipt, invoices left aside.
   std::optional<StoredDocument> FindLast() const;
   std::optional<StoredDocument> FindById(int64_t id) const;
-  // What the credit notes that refer to the document come to; nothing without one.
-  std::optional<Amount> Refunded(int closure, int number) const;
+  // What the credit notes and voids that refer to the document come to; nothing without one.
+  std::optional<PaidBack> FindPaidBack(int closure, int number) const;
   // In the order in which they were registered, until `each` answers false.
   void ForEachDocument(const DocumentSelection& selection,
                        const std::function<bool(const StoredDocument&)>& each) const;

@@ -71,15 +71,18 @@ std::optional<StoredDocument> RegisterStore::FindLast() const {
   return document;
 }
 
-std::optional<Amount> RegisterStore::Refunded(int closure, int number) const {
-  Statement rows = database_.Prepare(
-      "SELECT total FROM document WHERE kind = 2 AND referred_closure <> 0 AND "
-      "referred_closure = ? AND referred_number = ?");
+std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) const {
+  Statement rows =
+      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                        " FROM document WHERE kind IN (2, 3) AND referred_closure <> 0 AND "
+                        "referred_closure = ? AND referred_number = ?");
   rows.With(closure, number);
-  std::optional<Amount> sum;
+  std::optional<PaidBack> sum;
   while (rows.Step()) {
-    if (!sum) sum = 0;
-    AddTo(&*sum, rows.Integer(0));
+    if (!sum) sum.emplace();
+    const StoredDocument document = ReadDocument(database_, rows);
+    AddTo(&sum->total, document.total);
+    for (const auto& [vat, gross] : document.by_vat) AddTo(&sum->by_vat[vat], gross);
   }
   return sum;
 }

@@ -174,9 +174,12 @@ TEST_F(KeyboardTest, DocumentsByKey) {
   device.ResetPrn();
   EXPECT_TRUE(Key(F::kOpenCancelDoc, "1"));  // a document of the day
   device.ResetPrn();
-  EXPECT_TRUE(Key(F::kOpenRefundDoc, "01230045"));
-  EXPECT_NE(device.paper_text().find("Documento di riferimento: 0123-0045"), std::string::npos);
+  EXPECT_TRUE(Key(F::kOpenRefundDoc, "00010001"));
+  EXPECT_EQ(device.receipt().kind(), DocumentKind::kRefund);
+  EXPECT_NE(device.paper_text().find("Documento di riferimento: 0001-0001"), std::string::npos);
   device.ResetPrn();
+  EXPECT_FALSE(Key(F::kOpenRefundDoc, "01230045"));
+  EXPECT_EQ(Item(368), std::to_string(RTF_E_NOEXIST));
   EXPECT_FALSE(Key(F::kOpenRefundDoc, "12345"));
   EXPECT_FALSE(Key(F::kOpenRefundDoc, "1.5"));
 }

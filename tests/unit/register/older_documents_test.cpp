@@ -38,12 +38,13 @@ TEST_F(OlderDocumentsTest, CreditNotesTestTheirReference) {
   EXPECT_EQ(device.BeginDocRefund(1, 1, "30022024"), RTF_EFPTR_BAD_DATE);
   EXPECT_EQ(device.BeginDocRefundEx(1, INT_MAX, nullptr, false), RTF_E_ILLEGAL);
   EXPECT_EQ(device.BeginDocRefundEx(2, 1, "", true), RTF_E_NOEXIST);
+  EXPECT_EQ(device.BeginDocRefundEx(7, 9, nullptr, false), RTF_E_NOEXIST);
   EXPECT_EQ(device.BeginDocRefundEx(1, 1, "16012024", true), RTF_EFPTR_BAD_DATE);
   EXPECT_EQ(device.BeginDocRefundEx(1, 1, "x", true), RTF_EFPTR_BAD_DATE);
   EXPECT_EQ(device.BeginDocCancel(2, 1, "", true), RTF_E_NOEXIST);
   EXPECT_EQ(device.BeginDocCancel(1, 1, "16012024", false), RTF_EFPTR_BAD_DATE);
   EXPECT_EQ(Snapshot(), before);
-  EXPECT_EQ(device.BeginDocRefundEx(7, 9, nullptr, false), RTF_SUCCESS);
+  EXPECT_EQ(device.BeginDocRefundEx(1, 1, nullptr, false), RTF_SUCCESS);
 }
 
 TEST_F(OlderDocumentsTest, AnAutomaticCreditNoteTakesTheWholeSaleBackOnce) {

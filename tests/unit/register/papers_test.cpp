@@ -207,6 +207,7 @@ TEST_F(Papers, ACreditNoteNamesTheSaleItRefersTo) {
             "Documento di riferimento: 0123-0045\n"
             "del 14/01/2024\n"
             "RT 99ABC000042\n"
+            "Documento di altro registratore\n"
             "\n"
             "DESCRIZIONE                IVA Prezzo(EUR)\n"
             "PANE                       22%       10,00\n"

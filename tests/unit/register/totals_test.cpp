@@ -310,6 +310,7 @@ struct TestDocument {
   const char* tender = "0";
   int64_t cash_part = 0;     // paid in cash ahead of the tender, in cents
   int64_t subtotal_off = 0;  // in cents, on documents of a single VAT entry
+  const char* serial = "";   // of a credit note: the register that sold, or this one
 };
 
 constexpr int64_t kRates[] = {0, 22, 10, 5, 4, 0};
@@ -341,7 +342,7 @@ const std::vector<TestDocument>& ThirtyDocuments() {
       {'I', {{4, 12345, 0}}, "0"},
       {'S', {{1, 4000, 0}}, "0", 0, 400},
       {'S', {{3, 1, 0}}},
-      {'R', {{3, 1, 0}, {4, 10, 0}}, "2"},
+      {'R', {{3, 1, 0}, {4, 10, 0}}, "2", 0, 0, "99LRM0000002"},
       {'S', {{2, 1, 1500}}},
       {'S', {{1, 9999999, 0}}, "2"},
       {'V'},
@@ -378,7 +379,7 @@ TEST_F(TotalsTest, ThirtyDocumentsOfEveryKindAddUp) {
         ASSERT_EQ(device.BeginDocInvoice("ROSSI", "", "", "", ""), RTF_SUCCESS);
         break;
       case 'R':
-        ASSERT_EQ(device.BeginDocTelematicRefund(1, 1, "", ""), RTF_SUCCESS);
+        ASSERT_EQ(device.BeginDocTelematicRefund(1, 1, "", document.serial), RTF_SUCCESS);
         break;
       case 'V':
         ASSERT_EQ(device.BeginDocTelematicCancel(0, 0, "", true, ""), RTF_SUCCESS);

@@ -263,9 +263,9 @@ TEST_F(VirtualRegisterTest, TheLinesOfAVoidComeToTheTotalOfTheSale) {
 
 TEST_F(VirtualRegisterTest, TheLeapDayIsADate) {
   device.ResetPrn();
-  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022024", ""), RTF_SUCCESS);
+  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022024", "99LRM0000002"), RTF_SUCCESS);
   device.ResetPrn();
-  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022023", ""), RTF_EFPTR_BAD_DATE);
+  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022023", "99LRM0000002"), RTF_EFPTR_BAD_DATE);
 }
 
 TEST_F(VirtualRegisterTest, TheLastNumberOfADayAsksForItsClosing) {
@@ -576,7 +576,7 @@ TEST_F(VirtualRegisterTest, NullPointersAreSurvived) {
   device.ResetPrn();
   EXPECT_EQ(device.BeginDocInvoice(nullptr, nullptr, nullptr, nullptr, nullptr), RTF_SUCCESS);
   device.ResetPrn();
-  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, nullptr, nullptr), RTF_SUCCESS);
+  EXPECT_EQ(device.BeginDocTelematicRefund(0, 0, nullptr, nullptr), RTF_SUCCESS);
 }
 
 TEST_F(VirtualRegisterTest, TextsOfAnyLengthAndAnyByteStayWithinThePaper) {
