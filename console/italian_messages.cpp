@@ -40,6 +40,13 @@ std::span<const ItalianText> italian_messages_texts() {
        "{}: "
        "lo si copi in una cartella dove si può scrivere"},
       {"the disk is full", "il disco è pieno"},
+      {"its log cannot be put in order after a failure, and nothing more is stored until it is",
+       "il suo log non si può rimettere in ordine dopo un guasto, e fino ad allora non si registra "
+       "altro"},
+      {"there is not enough memory", "la memoria non basta"},
+      {"for an unknown cause", "per una causa sconosciuta"},
+      {"; whether it is stored is not known until the next start",
+       "; se sia registrato si saprà solo al prossimo avvio"},
       {"cannot be read or written to its end", "non si può leggere o scrivere fino in fondo"},
       {"cannot be read or written to its end: {}",
        "non si può leggere o scrivere fino in fondo: {}"},

@@ -34,6 +34,8 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("cannot be written here, and its tables of version {} have to be brought up to version "
             "{}: copy it to a folder where it can be written"),
     TR_TEXT("the disk is full"),
+    TR_TEXT("its log cannot be put in order after a failure, and nothing more is stored until it "
+            "is"),
     TR_TEXT("cannot be read or written to its end"),
     TR_TEXT("cannot be read or written to its end: {}"),
     TR_TEXT("SQLite failed ({})"),
@@ -42,6 +44,9 @@ constexpr std::string_view kCauses[] = {
 // A pattern stands in front of those that fit its messages, too.
 constexpr std::string_view kMessages[] = {
     TR_TEXT("the register's file has no name"),
+    // Why an operation was not carried out.
+    TR_TEXT("there is not enough memory"),
+    TR_TEXT("for an unknown cause"),
     // Faults.
     TR_TEXT("the register is at an operation"),
     TR_TEXT("{} faults wait already"),
@@ -81,9 +86,17 @@ constexpr std::string_view kMessages[] = {
     TR_TEXT("the totals of all days are not the sum of the closings"),
 };
 
+// Behind the cause of a failure.
+constexpr std::string_view kNotKnown =
+    TR_TEXT("; whether it is stored is not known until the next start");
+
 }  // namespace
 
 std::string register_message(std::string_view english) {
+  if (english.ends_with(kNotKnown)) {
+    english.remove_suffix(kNotKnown.size());
+    return register_message(english).append(translated(kNotKnown));
+  }
   // What the system says comes last.
   const size_t last = english.rfind(kColon);
   std::string message(english);

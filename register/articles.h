@@ -32,7 +32,7 @@ class ArticleLink {
 
   // To go back to after an operation that could not be stored.
   const Transfer& Save() const { return transfer_; }
-  void Restore(const Transfer& transfer) { transfer_ = transfer; }
+  void Restore(const Transfer& transfer) noexcept { transfer_ = transfer; }
 
   // selector: the table in bits 0 to 7, the selection in bits 8 to 15, the row's kind
   // (ManagerDownloadTableRowType) above. Selection 0 is the whole table, 1 to 40 the articles of

@@ -1,6 +1,7 @@
 #include "register/core.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include "register/device_clock.h"
@@ -40,9 +41,6 @@ RegisterCore::RegisterCore(RegisterSettings settings)
     if (!database.in_memory()) paper = LoadRoll(database);
     kept_has_open_ = LoadOpenDocument(database).has_value();
   }
-  kept_ = *this;
-  kept_document_ = document;
-  kept_paper_ = paper.extent();
 }
 
 void RegisterCore::Make() {
@@ -55,6 +53,16 @@ void RegisterCore::Make() {
   StoreSettings(database, *this, RegisterState{});
   store.MakeLedger(given.last_closure, given.last_invoice);
   database.Commit();
+}
+
+void RegisterCore::Mark() {
+  kept_ = *this;
+  kept_notes_ = document;
+  store.Mark();
+  document.receipt.Mark();
+  kept_service_ = service;
+  kept_paper_ = paper.extent();
+  replaced_.reset();
 }
 
 void RegisterCore::Keep() {
@@ -87,25 +95,33 @@ void RegisterCore::Keep() {
     }
     database.Commit();
   }
-  tables.Keep();
-  store.Kept();
-  if (torn_off > 0) paper.Drop(torn_off);
-  kept_paper_ = paper.extent();
-  kept_open_record_ = std::move(open_record);
-  kept_has_open_ = state != PrinterState::kMonitor;
-  kept_ = *this;
-  static_cast<DocumentNotes&>(kept_document_) = document;
-  kept_document_.receipt.Follow(document.receipt);
+  // It is stored: from here on nothing may fail.
+  [&]() noexcept {
+    tables.Keep();
+    if (torn_off > 0) paper.Drop(torn_off);
+    kept_open_record_.swap(open_record);
+    kept_has_open_ = state != PrinterState::kMonitor;
+  }();
 }
 
-void RegisterCore::TakeBack() {
+void RegisterCore::TakeBack() noexcept {
+  static_assert(std::is_nothrow_move_assignable_v<RegisterState>);
+  static_assert(std::is_nothrow_move_assignable_v<OpenDocument>);
   if (database.in_unit()) database.Rollback();
   tables.TakeBack();
   store.TakeBack();
   paper.TakeBack(kept_paper_);
-  static_cast<RegisterState&>(*this) = kept_;
-  static_cast<DocumentNotes&>(document) = kept_document_;
-  document.receipt.Follow(kept_document_.receipt);
+  static_cast<RegisterState&>(*this) = std::move(kept_);
+  service = kept_service_;
+  if (replaced_) document = *std::move(replaced_);
+  replaced_.reset();
+  static_cast<DocumentNotes&>(document) = std::move(kept_notes_);
+  document.receipt.TakeBack();
+}
+
+void RegisterCore::Replace(OpenDocument next) noexcept {
+  if (!replaced_) replaced_.emplace(std::move(document));
+  document = std::move(next);
 }
 
 std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_offset); }
@@ -113,8 +129,9 @@ std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_off
 std::tm RegisterCore::SystemTime() const {
   if (tables.settings().clock) return tables.settings().clock();
   const std::time_t now = std::time(nullptr);
-  const std::tm* local = std::localtime(&now);
-  return local != nullptr ? *local : std::tm{};
+  std::tm local = {};
+  tzset();  // localtime_r need not look at TZ again
+  return localtime_r(&now, &local) != nullptr ? local : std::tm{};
 }
 
 bool RegisterCore::Allows(Operation operation) const {

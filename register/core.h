@@ -7,6 +7,7 @@
 #include <ctime>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -85,7 +86,7 @@ struct HostSession {
   std::string health;                                        // what the last test found
 };
 
-// What an operation may change in memory, beside the document, the tables, the paper and the
+// What an operation may change in memory, beside the receipt, the tables, the paper and the
 // store, which know themselves how to take a change back. It is copied before each operation:
 // keep what is large elsewhere. What lasts beyond the switching off has a row in
 // store_settings.cpp.
@@ -123,13 +124,19 @@ struct RegisterCore : RegisterState {
   // Put into service with the revenue agency: documents carry the number of the closure.
   bool in_service() const { return setup.commissioning == Commissioning::kInService; }
 
-  // Stores all that has changed since the last time, as one unit: it is there whole, or this
-  // throws and nothing of it is. An operation is not answered with success before.
+  // --- A unit of work: Mark, what is done in it, then Keep, or TakeBack where anything has failed.
+  // Notes all as it is: the state to go back to. Where this fails, nothing has changed.
+  void Mark();
+  // Stores all that has changed since then, as one unit: it is there whole, or this throws and
+  // nothing of it is. All that can fail comes before the commit; behind it nothing fails any more.
+  // An operation is not answered with success before.
   void Keep();
-  // Takes back all that has changed since then, here and in the file.
-  void TakeBack();
+  // Takes back all that has changed since Mark, here and in the file. Needs no memory.
+  void TakeBack() noexcept;
+  // Puts another document in the place of the open one.
+  void Replace(OpenDocument next) noexcept;
 
-  // Not taken back with an operation; read by other threads while one runs.
+  // Read by other threads while an operation runs.
   std::atomic<ServiceState> service{ServiceState::kEnabled};
   Database database;
   Tables tables;
@@ -142,10 +149,14 @@ struct RegisterCore : RegisterState {
  private:
   void Make();
 
-  // As all of it was when it was stored.
+  // As all of it was at the mark.
   RegisterState kept_;
-  OpenDocument kept_document_;
+  ServiceState kept_service_ = ServiceState::kEnabled;
+  DocumentNotes kept_notes_;
+  // The document of the mark and its receipt, once another one has taken its place.
+  std::optional<OpenDocument> replaced_;
   Paper::Extent kept_paper_;
+  // What the file has of the open document.
   std::string kept_open_record_;
   bool kept_has_open_ = false;
 };

@@ -56,11 +56,11 @@ void StatementCloser::operator()(sqlite3_stmt* handle) const { sqlite3_finalize(
 // --- Statement
 
 Statement::~Statement() {
-  if (handle_ == nullptr) return;
-  sqlite3_reset(handle_.get());
-  sqlite3_clear_bindings(handle_.get());
+  if (row_.empty()) return;
+  sqlite3_reset(handle_);
+  sqlite3_clear_bindings(handle_);
   try {
-    database_->idle_.try_emplace(sql_, std::move(handle_));
+    database_->idle_.insert(std::move(row_));
   } catch (...) {
     // It is prepared again the next time.
   }
@@ -71,22 +71,22 @@ void Statement::Check(int code) const {
 }
 
 // What it answered the last time has been reported.
-void Statement::Reset() { sqlite3_reset(handle_.get()); }
+void Statement::Reset() { sqlite3_reset(handle_); }
 
-void Statement::BindNull(int parameter) { Check(sqlite3_bind_null(handle_.get(), parameter)); }
+void Statement::BindNull(int parameter) { Check(sqlite3_bind_null(handle_, parameter)); }
 
 void Statement::BindInteger(int parameter, int64_t value) {
-  Check(sqlite3_bind_int64(handle_.get(), parameter, value));
+  Check(sqlite3_bind_int64(handle_, parameter, value));
 }
 
 void Statement::BindText(int parameter, std::string_view value) {
   const char* bytes = value.data() != nullptr ? value.data() : "";
-  Check(sqlite3_bind_text64(handle_.get(), parameter, bytes, value.size(), SQLITE_TRANSIENT,
-                            SQLITE_UTF8));
+  Check(
+      sqlite3_bind_text64(handle_, parameter, bytes, value.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
 }
 
 bool Statement::Step() {
-  const int code = sqlite3_step(handle_.get());
+  const int code = sqlite3_step(handle_);
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   database_->FailWith(code);
@@ -97,25 +97,29 @@ void Statement::Run() {
   }
 }
 
-int64_t Statement::Integer(int column) const { return sqlite3_column_int64(handle_.get(), column); }
+int64_t Statement::Integer(int column) const { return sqlite3_column_int64(handle_, column); }
 
 int Statement::Int(int column) const {
   const int64_t value = Integer(column);
   if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
-    database_->Damaged(sqlite3_column_name(handle_.get(), column));
+    database_->Damaged(sqlite3_column_name(handle_, column));
   }
   return static_cast<int>(value);
 }
 
 std::string_view Statement::Text(int column) const {
-  const void* bytes = sqlite3_column_blob(handle_.get(), column);
-  const int size = sqlite3_column_bytes(handle_.get(), column);
+  const void* bytes = sqlite3_column_blob(handle_, column);
+  const int size = sqlite3_column_bytes(handle_, column);
+  // Nothing is given out for an empty text, and for one for which there was no memory.
+  if (bytes == nullptr && sqlite3_errcode(sqlite3_db_handle(handle_)) == SQLITE_NOMEM) {
+    throw std::bad_alloc();
+  }
   if (bytes == nullptr) return {};
   return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
 }
 
 bool Statement::IsNull(int column) const {
-  return sqlite3_column_type(handle_.get(), column) == SQLITE_NULL;
+  return sqlite3_column_type(handle_, column) == SQLITE_NULL;
 }
 
 // --- Database
@@ -173,6 +177,7 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
   OpenHandle(name, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
   if (in_memory()) {
     Execute("PRAGMA foreign_keys = ON");
+    PrepareUnits();
     return;
   }
   // Until the file is known to be ours, nothing of its log goes into it. One that SQLite makes on
@@ -192,6 +197,9 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
   if (!unwritable_.empty()) return;
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+  PrepareUnits();
+  Statement mode = Prepare("PRAGMA journal_mode");
+  if (mode.Step() && mode.Text(0) == "wal") FollowLog();
 }
 
 // SQLite would make its log beside the file, and look into one. Without it SQLite reads what
@@ -323,12 +331,14 @@ void Database::SetVersion(int version) {
 }
 
 Statement Database::Prepare(std::string_view sql) {
-  if (auto idle = idle_.extract(sql)) return {*this, sql, std::move(idle.mapped())};
+  if (auto idle = idle_.extract(sql)) return {*this, std::move(idle)};
   sqlite3_stmt* made = nullptr;
   const int code = sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()),
                                       SQLITE_PREPARE_PERSISTENT, &made, nullptr);
+  StatementHandle handle(made);
   if (code != SQLITE_OK) FailWith(code);
-  return {*this, sql, StatementHandle(made)};
+  idle_.try_emplace(sql, std::move(handle));
+  return {*this, idle_.extract(sql)};
 }
 
 void Database::Execute(const std::string& sql) {
@@ -352,39 +362,6 @@ void Database::SetDurable(bool durable) {
   durable_ = durable;
 }
 
-void Database::Begin(bool durable) {
-  if (!unwritable_.empty()) Fail(unwritable_);
-  SetDurable(durable);
-  Prepare("BEGIN IMMEDIATE").Run();
-  in_unit_ = true;
-  version_before_ = version_;
-}
-
-void Database::Commit() {
-  try {
-    Prepare("COMMIT").Run();
-    in_unit_ = false;
-  } catch (...) {
-    Rollback();
-    // The log may hold the unit of work, complete though not acknowledged; a later start would
-    // take it for valid. It is emptied as far as the disk allows.
-    if (!in_memory()) {
-      sqlite3_wal_checkpoint_v2(handle_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
-                                nullptr);
-    }
-    throw;
-  }
-}
-
-void Database::Rollback() noexcept {
-  // Behind some failures SQLite has done it already.
-  if (sqlite3_get_autocommit(handle_.get()) == 0) {
-    sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-  }
-  in_unit_ = false;
-  version_ = version_before_;
-}
-
 std::string Database::Name() const {
   if (in_memory()) return "register in memory";
   std::string name = file_;
@@ -397,6 +374,7 @@ void Database::Fail(const std::string& cause) const { throw RegisterError(Name()
 
 // In words for whom the register belongs to. What SQLite says comes with them where it tells more.
 void Database::FailWith(int code) const {
+  if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
   const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
   const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
   switch (code & 0xFF) {

@@ -2,12 +2,14 @@
 // units of work. Everything that fails throws RegisterError, "FILE: cause".
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <unordered_map>
+#include <utility>
 
 #include "register/register_error.h"
 
@@ -32,6 +34,8 @@ struct StatementCloser {
   void operator()(sqlite3_stmt* handle) const;
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
+// Prepared statements that wait for their next use, by their text.
+using IdleStatements = std::unordered_map<std::string_view, StatementHandle>;
 
 // A prepared statement with its values. When it goes it is reset and kept for the next use.
 //
@@ -40,8 +44,9 @@ using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 //   while (logos.Step()) Use(logos.Integer(0), logos.Text(1));
 class Statement {
  public:
-  Statement(Database& database, std::string_view sql, StatementHandle handle)
-      : database_(&database), sql_(sql), handle_(std::move(handle)) {}
+  // `row` is that of the idle statements, taken out.
+  Statement(Database& database, IdleStatements::node_type row)
+      : database_(&database), row_(std::move(row)), handle_(row_.mapped().get()) {}
   ~Statement();
   Statement(Statement&&) = default;
   Statement& operator=(Statement&&) = delete;
@@ -86,8 +91,8 @@ class Statement {
   void Check(int code) const;
 
   Database* database_;
-  std::string_view sql_;
-  StatementHandle handle_;
+  IdleStatements::node_type row_;
+  sqlite3_stmt* handle_;
 };
 
 // What makes a file one of ours.
@@ -125,8 +130,14 @@ class Database {
   // computer goes down, never when only the program does.
   void Begin(bool durable);
   bool in_unit() const { return in_unit_; }
+  // True as far as it comes back: the unit stands. When it throws, nothing of it does, now and at
+  // the next start, but for what `doubtful` tells.
   void Commit();
+  // Needs no memory.
   void Rollback() noexcept;
+  // A unit failed, and its remains in the log could not be made unreadable: a later start may find
+  // it stored. No other unit begins before they are.
+  bool doubtful() const { return doubtful_; }
 
   // "FILE: cause".
   [[noreturn]] void Fail(const std::string& cause) const;
@@ -151,6 +162,12 @@ class Database {
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
   int64_t Value(const std::string& sql);
+  void PrepareUnits();
+  void FollowLog();
+  bool Step(const StatementHandle& statement, int* code) noexcept;
+  bool DropRemains() noexcept;
+  bool CountFrames() noexcept;
+  sqlite3_file* Log() const noexcept;
 
   std::string file_;
   std::string unwritable_;  // why it is only read; empty when it can be written
@@ -158,8 +175,22 @@ class Database {
   int version_before_ = 0;  // of the unit of work
   bool in_unit_ = false;
   bool durable_ = true;
+  bool doubtful_ = false;
+  // The log as far as it holds what stands: its generation, which its head names, and the frames.
+  struct LogEnd {
+    std::array<unsigned char, 8> generation = {};
+    int64_t frames = -1;  // -1: not known
+  };
+  bool logged_ = false;      // commits go into a log
+  bool committed_ = false;   // since the COMMIT began
+  bool taken_back_ = false;  // since the COMMIT began
+  LogEnd log_end_;
   std::unique_ptr<sqlite3, DatabaseCloser> handle_;
-  std::unordered_map<std::string_view, StatementHandle> idle_;
+  // Ready to be run when nothing can be prepared.
+  StatementHandle begin_;
+  StatementHandle commit_;
+  StatementHandle rollback_;
+  IdleStatements idle_;
 };
 
 // A unit of work that is taken back unless it is committed.

@@ -1,6 +1,7 @@
 #include "register/keyboard.h"
 
 #include <limits>
+#include <utility>
 
 #include "managermachine/pflitemtype.h"
 #include "pal/peripherals/keyboard/functioncode.h"
@@ -76,13 +77,14 @@ Keyboard::Memory Keyboard::Save() const {
           description_,  lottery_announced_};
 }
 
-void Keyboard::Restore(const Memory& memory) {
-  input_ = {memory.digits, memory.printer_text, memory.display_text, memory.key};
+void Keyboard::Restore(Memory&& memory) noexcept {
+  input_ = {std::move(memory.digits), std::move(memory.printer_text),
+            std::move(memory.display_text), memory.key};
   error_ = memory.error;
   quantity_ = memory.quantity;
   held_amount_ = memory.held_amount;
   line_type_ = memory.line_type;
-  description_ = memory.description;
+  description_ = std::move(memory.description);
   lottery_announced_ = memory.lottery_announced;
 }
 

@@ -28,7 +28,7 @@ class Keyboard {
     bool lottery_announced = false;
   };
   Memory Save() const;
-  void Restore(const Memory& memory);
+  void Restore(Memory&& memory) noexcept;
 
   // Plays digits (bytes of FunctionCode::Enum), then alphanumeric input for the printer and
   // for the display, then a key. A key that the device has and refuses answers RTF_SUCCESS

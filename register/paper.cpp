@@ -148,13 +148,16 @@ void Paper::Reserve(size_t lines) {
   reserve(rows_);
 }
 
-void Paper::TakeBack(const Extent& extent) {
-  lines_.resize(std::min(extent.lines, lines_.size()));
-  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(std::min(extent.rows, rows_.size())),
-              rows_.end());
+void Paper::TakeBack(const Extent& extent) noexcept {
+  const auto shorten = [](auto* all, size_t size) {
+    if (size < all->size())
+      all->erase(all->begin() + static_cast<std::ptrdiff_t>(size), all->end());
+  };
+  shorten(&lines_, extent.lines);
+  shorten(&rows_, extent.rows);
 }
 
-void Paper::Drop(size_t lines) {
+void Paper::Drop(size_t lines) noexcept {
   lines = std::min(lines, lines_.size());
   lines_.erase(lines_.begin(), lines_.begin() + static_cast<std::ptrdiff_t>(lines));
   std::erase_if(rows_, [lines](const PaperRow& row) { return row.line < lines; });

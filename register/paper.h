@@ -100,12 +100,12 @@ class Paper {
     size_t lines = 0;
     size_t rows = 0;
   };
-  Extent extent() const { return {lines_.size(), rows_.size()}; }
+  Extent extent() const noexcept { return {lines_.size(), rows_.size()}; }
   // Takes back what was printed since.
-  void TakeBack(const Extent& extent);
+  void TakeBack(const Extent& extent) noexcept;
   // Tears off the oldest lines. The first line that is left is the one of number dropped(),
   // counted from 0.
-  void Drop(size_t lines);
+  void Drop(size_t lines) noexcept;
   size_t dropped() const { return dropped_; }
   // Makes an empty roll the rest of a longer one.
   void StartAt(size_t line) { dropped_ = line; }

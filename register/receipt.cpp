@@ -1,7 +1,7 @@
 #include "register/receipt.h"
 
 #include <algorithm>
-#include <atomic>
+#include <cstddef>
 
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -51,36 +51,56 @@ bool IsCoupon(int type) {
          type == RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
 }
 
-Receipt::Receipt(DocumentKind kind) : kind_(kind) {
-  static std::atomic<uint64_t> last = 0;
-  identity_ = ++last;
+void Receipt::Mark() {
+  marked_.by_vat = by_vat_;
+  marked_.by_department = by_department_;
+  marked_.lines = lines_.size();
+  marked_.adjustments = adjustments_.size();
+  marked_.payments = payments_.size();
+  marked_.total = total_;
+  marked_.paid = paid_;
+  marked_.at_subtotal = at_subtotal_;
+  marked_.changed_lines.clear();
+  marked_.voided.clear();
 }
 
-void Receipt::Follow(const Receipt& other) {
-  if (identity_ != other.identity_) {
-    *this = other;
-    return;
-  }
-  // Entries are added at the end; of the earlier ones only the numbers of what was taken back
-  // change.
-  const auto follow = [](const auto& from, auto* to, auto numbers) {
-    const size_t shared = std::min(from.size(), to->size());
-    to->erase(to->begin() + static_cast<std::ptrdiff_t>(shared), to->end());
-    for (size_t index = 0; index < shared; ++index) numbers(from[index], &(*to)[index]);
-    to->insert(to->end(), from.begin() + static_cast<std::ptrdiff_t>(shared), from.end());
+void Receipt::TakeBack() noexcept {
+  const auto shorten = [](auto* all, size_t size) {
+    if (size < all->size())
+      all->erase(all->begin() + static_cast<std::ptrdiff_t>(size), all->end());
   };
-  follow(other.lines_, &lines_, [](const Line& from, Line* to) {
-    to->open_quantity = from.open_quantity;
-    to->open_amount = from.open_amount;
-    to->adjusted = from.adjusted;
-  });
-  follow(other.adjustments_, &adjustments_,
-         [](const Adjustment& from, Adjustment* to) { to->voided = from.voided; });
-  follow(other.payments_, &payments_, [](const Payment&, Payment*) {});
-  by_vat_ = other.by_vat_;
-  by_department_ = other.by_department_;
-  total_ = other.total_;
-  at_subtotal_ = other.at_subtotal_;
+  shorten(&lines_, marked_.lines);
+  shorten(&adjustments_, marked_.adjustments);
+  shorten(&payments_, marked_.payments);
+  // Backwards: a line that changed twice ends with what it was first.
+  for (auto old = marked_.changed_lines.rbegin(); old != marked_.changed_lines.rend(); ++old) {
+    Line& line = lines_[old->index];
+    line.open_quantity = old->open_quantity;
+    line.open_amount = old->open_amount;
+    line.adjusted = old->adjusted;
+  }
+  for (const size_t adjustment : marked_.voided) adjustments_[adjustment].voided = false;
+  by_vat_.swap(marked_.by_vat);
+  by_department_.swap(marked_.by_department);
+  total_ = marked_.total;
+  paid_ = marked_.paid;
+  at_subtotal_ = marked_.at_subtotal;
+  marked_.changed_lines.clear();
+  marked_.voided.clear();
+}
+
+Receipt::Line& Receipt::Change(size_t index) {
+  Line& line = lines_[index];
+  if (index < marked_.lines) {
+    marked_.changed_lines.push_back({index, line.open_quantity, line.open_amount, line.adjusted});
+  }
+  return line;
+}
+
+void Receipt::SetVoided(size_t index) {
+  if (adjustments_[index].voided) return;
+  if (index < marked_.adjustments) marked_.voided.push_back(index);
+  adjustments_[index].voided = true;
 }
 
 int Receipt::CheckSums(const std::map<int, Amount>& deltas) const {
@@ -173,7 +193,7 @@ bool Receipt::LeavesDepartment(int department, Amount delta) const {
 int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
   const std::optional<FoundLine> found = FindOpenLine(item, terms);
   if (!found) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-  Line& line = lines_[found->index];
+  const Line& line = lines_[found->index];
   const int32_t quantity = found->whole ? line.open_quantity : item.quantity;
   const Amount goods = found->whole ? line.open_amount : std::min(item.amount, line.open_amount);
   const int sign = Sign(item.kind);
@@ -186,11 +206,12 @@ int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
   }
   AddToSums(deltas);
   AddToDepartment(item, -sign * quantity, delta);
-  line.open_quantity -= quantity;
-  line.open_amount -= goods;
-  line.adjusted = 0;
-  for (Adjustment& adjustment : adjustments_) {
-    if (found->whole && adjustment.line == found->index) adjustment.voided = true;
+  Line& changed = Change(found->index);
+  changed.open_quantity -= quantity;
+  changed.open_amount -= goods;
+  changed.adjusted = 0;
+  for (size_t index = 0; found->whole && index < adjustments_.size(); ++index) {
+    if (adjustments_[index].line == found->index) SetVoided(index);
   }
   at_subtotal_ = false;
   *amount = delta;
@@ -198,21 +219,23 @@ int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
 }
 
 int Receipt::Restore(const Item& item, Amount* amount) {
-  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
-    const int32_t gone = line->item.quantity - line->open_quantity;
-    if (!SameGoods(line->item, item) || line->item.unit_price != item.unit_price ||
+  for (size_t index = lines_.size(); index-- > 0;) {
+    const Line& line = lines_[index];
+    const int32_t gone = line.item.quantity - line.open_quantity;
+    if (!SameGoods(line.item, item) || line.item.unit_price != item.unit_price ||
         gone < item.quantity) {
       continue;
     }
     const int sign = Sign(item.kind);
-    const Amount gone_amount = line->item.amount - line->open_amount;
+    const Amount gone_amount = line.item.amount - line.open_amount;
     const Amount goods = gone == item.quantity ? gone_amount : std::min(item.amount, gone_amount);
     const std::map<int, Amount> deltas = {{item.vat, sign * goods}};
     if (const int code = CheckSums(deltas)) return code;
     AddToSums(deltas);
     AddToDepartment(item, sign * item.quantity, sign * goods);
-    line->open_quantity += item.quantity;
-    line->open_amount += goods;
+    Line& changed = Change(index);
+    changed.open_quantity += item.quantity;
+    changed.open_amount += goods;
     at_subtotal_ = false;
     *amount = sign * goods;
     return RTF_SUCCESS;
@@ -227,7 +250,8 @@ const Item* Receipt::last_open_line() const {
 
 int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtotal,
                                 Adjustment* done) {
-  for (auto earlier = adjustments_.rbegin(); earlier != adjustments_.rend(); ++earlier) {
+  for (size_t index = adjustments_.size(); index-- > 0;) {
+    const Adjustment* const earlier = &adjustments_[index];
     if (earlier->on_subtotal != on_subtotal || earlier->voided || earlier->is_void ||
         earlier->request.type != request.type || earlier->request.value != request.value ||
         earlier->request.package != request.package ||
@@ -250,9 +274,9 @@ int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtot
     }
     if (!LeavesDepartment(department, -earlier->delta)) return RTF_EFPTR_BAD_ITEM_AMOUNT;
     AddToSums(deltas);
-    earlier->voided = true;
+    SetVoided(index);
     if (earlier->line) {
-      Line& line = lines_[*earlier->line];
+      Line& line = Change(*earlier->line);
       line.adjusted -= earlier->delta;
       AddToDepartment(line.item, 0, -earlier->delta);
     } else if (!on_subtotal && earlier->request.department != 0) {
@@ -305,7 +329,7 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
   if (request.department != 0) {
     by_department_[request.department].amount += adjustment.delta;
   } else if (adjustment.line) {
-    lines_.back().adjusted += adjustment.delta;
+    Change(lines_.size() - 1).adjusted += adjustment.delta;
     AddToDepartment(lines_.back().item, 0, adjustment.delta);
   }
   adjustments_.push_back(adjustment);
@@ -369,15 +393,10 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
     given = *cents;
   }
   payments_.push_back({&tender, given});
+  paid_ += given;
   at_subtotal_ = false;
   *done = payments_.back();
   return RTF_SUCCESS;
-}
-
-Amount Receipt::paid() const {
-  Amount sum = 0;
-  for (const Payment& payment : payments_) sum += payment.amount;
-  return sum;
 }
 
 Amount Receipt::remaining() const { return std::max<Amount>(total_ - paid(), 0); }

@@ -92,11 +92,14 @@ class Receipt {
   };
 
   // Starts an empty document.
-  explicit Receipt(DocumentKind kind = DocumentKind::kSale);
+  explicit Receipt(DocumentKind kind = DocumentKind::kSale) : kind_(kind) {}
 
-  // Makes this one equal to another state of the same document, which was copied from it or it
-  // was copied from, at the cost of what the two do not share. Another document is copied.
-  void Follow(const Receipt& other);
+  // --- The state to go back to
+  // Notes the receipt as it stands. Costs what a few sums cost, however many lines there are, and
+  // may fail, with the earlier state still noted or none; then nothing may be taken back.
+  void Mark();
+  // Makes it again what it was at Mark, at the cost of what has changed since. Needs no memory.
+  void TakeBack() noexcept;
 
   // Adds a line.
   int Enter(const Item& item);
@@ -128,7 +131,7 @@ class Receipt {
   bool empty() const { return lines_.empty(); }
   bool at_subtotal() const { return at_subtotal_; }
   Amount total() const { return total_; }
-  Amount paid() const;
+  Amount paid() const { return paid_; }
   // What is still to be paid; 0 when the payments cover the total.
   Amount remaining() const;
   Amount change() const;
@@ -156,8 +159,32 @@ class Receipt {
   void AddToSums(const std::map<int, Amount>& deltas);
   void AddToDepartment(const Item& item, int32_t quantity, Amount amount);
   int TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtotal, Adjustment* done);
+  // The numbers of a line, or the mark of an adjustment, that are about to change.
+  Line& Change(size_t line);
+  void SetVoided(size_t adjustment);
 
-  uint64_t identity_;  // tells documents apart, copies share it
+  // What changes of a line.
+  struct LineNumbers {
+    size_t index = 0;
+    int32_t open_quantity = 0;
+    Amount open_amount = 0;
+    Amount adjusted = 0;
+  };
+  // The sums and counts as they were at the mark, and of the lines and adjustments that stood then
+  // those that have changed since, as they were, the last one last.
+  struct Marked {
+    size_t lines = 0;
+    size_t adjustments = 0;
+    size_t payments = 0;
+    std::map<int, Amount> by_vat;
+    std::map<int, DepartmentSum> by_department;
+    Amount total = 0;
+    Amount paid = 0;
+    bool at_subtotal = false;
+    std::vector<LineNumbers> changed_lines;
+    std::vector<size_t> voided;  // adjustments
+  };
+
   DocumentKind kind_;
   std::vector<Line> lines_;
   std::vector<Adjustment> adjustments_;
@@ -165,7 +192,9 @@ class Receipt {
   std::map<int, Amount> by_vat_;
   std::map<int, DepartmentSum> by_department_;
   Amount total_ = 0;
+  Amount paid_ = 0;
   bool at_subtotal_ = false;
+  Marked marked_;
 };
 
 }  // namespace lorimat

@@ -365,7 +365,7 @@ void ReceiptDesk::FinishDocument() {
                   core_.document.time);
   }
   core_.state = PrinterState::kMonitor;
-  core_.document = OpenDocument{};
+  core_.Replace({});
   // Both options hold for one document; the next one ends by itself again.
   core_.options.auto_cut = true;
   core_.options.hold_settled = false;
@@ -400,7 +400,7 @@ void ReceiptDesk::Reset() {
         KeepInJournal(kJournalNonFiscal, 0, core_.Now());
       }
       core_.state = PrinterState::kMonitor;
-      core_.document = OpenDocument{};
+      core_.Replace({});
       break;
     case PrinterState::kItemList:
       layout_.Abandoned();

@@ -51,9 +51,10 @@ int ReceiptDesk::CheckBegin() const {
 }
 
 void ReceiptDesk::Open(DocumentKind kind, const Reference& reference) {
-  core_.document = OpenDocument{};
-  core_.document.receipt = Receipt(kind);
-  core_.document.reference = reference;
+  OpenDocument document;
+  document.receipt = Receipt(kind);
+  document.reference = reference;
+  core_.Replace(std::move(document));
   core_.document_start = core_.paper.lines().size();
   core_.state = PrinterState::kReceipt;
   layout_.TrainingMark();

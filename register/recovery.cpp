@@ -48,13 +48,14 @@ CutOffDocument DescribeCutOff(const RegisterState& state, const StoredOpenDocume
 std::optional<CutOffDocument> EndCutOff(RegisterCore& core, ReceiptDesk& desk) {
   const std::optional<StoredOpenDocument> open = LoadOpenDocument(core.database);
   if (!open) return std::nullopt;
+  core.Mark();
   const size_t first = core.paper.dropped();
   const size_t lines = core.paper.lines().size();
   // A register of an older version has no roll: its document has no lines to go on from.
   core.document_start = open->start >= first ? std::min(open->start - first, lines) : 0;
   core.state = open->state;
   core.keep_non_fiscal = open->keep_non_fiscal;
-  core.document = OpenDocument{open->notes, Receipt(open->kind)};
+  core.Replace({open->notes, Receipt(open->kind)});
   ++core.setup.power_losses;
   core.setup.last_power_loss = core.Now();
   if (open->state != PrinterState::kEnding) core.paper.Centred(kPowerCut);

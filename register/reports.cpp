@@ -101,7 +101,7 @@ int ReportDesk::PrintX(int32_t kind, bool clear, const ReportTarget& target) {
   return Deliver(std::move(report), target);
 }
 
-int ReportDesk::CloseDay(bool send) {
+int ReportDesk::CloseDay() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   if (!core_.store.HasClosure()) return RTF_EFPTR_FISCAL_MEMORY_FULL;
   const std::tm now = core_.Now();
@@ -119,20 +119,13 @@ int ReportDesk::CloseDay(bool send) {
   core_.store.CloseDay(now, rates, {kJournalClosure, 0, 0, now, report.lines()});
   core_.paper.Append(std::move(report));
   core_.report_polls = core_.tables.settings().report_polls;
-
-  core_.Keep();
-
-  // The day is closed, whatever becomes of the sending: what cannot go out now keeps waiting.
-  TelematicDesk telematic(core_);
-  try {
-    if (send) static_cast<void>(telematic.SendSummaries());
-    if (core_.options.send_lottery) static_cast<void>(telematic.SendLottery());
-    core_.Keep();
-  } catch (...) {
-    // No memory for the file, or no room to note the sending: as a failed one.
-    core_.TakeBack();
-  }
   return RTF_SUCCESS;
+}
+
+void ReportDesk::SendBehindClosing(bool send) {
+  TelematicDesk telematic(core_);
+  if (send) static_cast<void>(telematic.SendSummaries());
+  if (core_.options.send_lottery) static_cast<void>(telematic.SendLottery());
 }
 
 int ReportDesk::PrintPeriodic(int32_t kind, bool clear, const ReportTarget& target) {

@@ -53,10 +53,11 @@ class ReportDesk {
   // Reading of the day: 0 departments, 1 the day, 2 everything. A reading never clears:
   // RTF_E_ILLEGAL with `clear`.
   int PrintX(int32_t kind, bool clear, const ReportTarget& target);
-  // Closes the day: it is stored and reset in one step, and its paper printed. With the option
-  // for it, or with `send`, lottery documents or the summaries that wait are sent; when that
-  // fails, the day is closed all the same and they go on waiting.
-  int CloseDay(bool send);
+  // Closes the day and prints its paper.
+  int CloseDay();
+  // To follow once that is stored, as a unit of work of its own: with the option for it the lottery
+  // documents are sent, with `send` the summaries that wait. What cannot go out goes on waiting.
+  void SendBehindClosing(bool send);
   // Totals since they were last cleared: 1 everything, 2 departments, 3 VAT, 4 operators,
   // 5 tenders. With `clear` those of this kind begin again.
   int PrintPeriodic(int32_t kind, bool clear, const ReportTarget& target);

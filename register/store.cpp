@@ -39,7 +39,6 @@ void RegisterStore::MakeLedger(int last_closure, int last_invoice) {
   for (StoredPeriod& period : ledger_.periods) period.closed = ledger_.day;
   WriteLedger();
   WritePeriods(true);
-  Kept();
 }
 
 void RegisterStore::LoadLedger() {
@@ -79,7 +78,6 @@ void RegisterStore::LoadLedger() {
     period.closed = ReadTotals(database_, periods.Text(4));
   }
   if (expected != kPeriods + 1) database_.Damaged("period");
-  Kept();
 }
 
 void RegisterStore::Keep() {

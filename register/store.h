@@ -3,7 +3,7 @@
 // documents, journal and closings are rows of the database, read when they are asked for.
 //
 // What changes becomes part of the database's unit of work at once; Keep writes counters and
-// totals at its end, TakeBack forgets what it did to them.
+// totals at its end. Mark goes before a unit of work, TakeBack forgets what it did to them.
 #pragma once
 
 #include <array>
@@ -14,6 +14,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "register/closures.h"
@@ -132,12 +134,22 @@ class RegisterStore {
 
   // --- The unit of work. Begins one if none is under way.
   void BeginWrite();
-  // Whether counters or totals are to be written.
+  // Notes counters and totals as they are stored. To be called ahead of each unit of work; when it
+  // fails, nothing of them has changed.
+  void Mark() { kept_ = ledger_; }
+  // Whether counters or totals have changed since then, and are to be written.
   bool Changed() const { return !(ledger_ == kept_); }
-  // Writes what has changed of them. Behind the commit, Kept makes it the state to go back to.
+  // Whether a document has been registered since then, or a day closed.
+  bool Registered() const { return ledger_.last_document != kept_.last_document; }
+  bool ClosedDay() const { return ledger_.last_closure != kept_.last_closure; }
+  // Writes what has changed of them.
   void Keep();
-  void Kept() { kept_ = ledger_; }
-  void TakeBack() { ledger_ = kept_; }
+  // They are again as Mark found them; it has to come again before the next unit. Needs no memory.
+  void TakeBack() noexcept {
+    static_assert(std::is_nothrow_move_assignable_v<Ledger>);
+    ledger_ = std::move(kept_);
+    last_facts_of_ = 0;
+  }
 
  private:
   // Never changed, so that states share them.

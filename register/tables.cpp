@@ -69,13 +69,9 @@ Tables::Tables(RegisterSettings settings, std::vector<GroupRow> groups,
   }
 }
 
-void Tables::TakeBack() {
+void Tables::TakeBack() noexcept {
   // A change may fail before it is made; its undo does no harm then.
-  while (!changes_.empty()) {
-    const Change change = std::move(changes_.back());
-    changes_.pop_back();
-    change.undo(*this);
-  }
+  for (; !changes_.empty(); changes_.pop_back()) changes_.back().undo(*this);
 }
 
 void Tables::Repair() {

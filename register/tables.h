@@ -123,13 +123,14 @@ class Tables {
   struct Change {
     Part part;
     int number;  // of the record; 0 for a whole table
+    // Exchanges what is there for what was there before, and needs no memory for it.
     std::function<void(Tables&)> undo;
   };
   const std::vector<Change>& changes() const { return changes_; }
   // The changes are stored.
-  void Keep() { changes_.clear(); }
+  void Keep() noexcept { changes_.clear(); }
   // The tables are again as they were stored.
-  void TakeBack();
+  void TakeBack() noexcept;
 
  private:
   void Repair();

@@ -50,8 +50,8 @@ int Tables::SetDepartment(int number, Department department) {
   department.price = RoundToCents(department.price).value_or(0);
   department.max_price = RoundToCents(department.max_price).value_or(0);
   Department& row = settings_.departments[static_cast<size_t>(number) - 1];
-  Note(Part::kDepartment, number, [number, old = row](Tables& tables) {
-    tables.settings_.departments[static_cast<size_t>(number) - 1] = old;
+  Note(Part::kDepartment, number, [number, old = row](Tables& tables) mutable {
+    std::swap(tables.settings_.departments[static_cast<size_t>(number) - 1], old);
   });
   row = std::move(department);
   return RTF_SUCCESS;
@@ -65,8 +65,8 @@ int Tables::SetGroup(int index, GroupRow row) {
   row.description = DeviceText(row.description);
   row.password = DeviceText(row.password);
   GroupRow& kept = groups_[static_cast<size_t>(index) - 1];
-  Note(Part::kGroup, index, [index, old = kept](Tables& tables) {
-    tables.groups_[static_cast<size_t>(index) - 1] = old;
+  Note(Part::kGroup, index, [index, old = kept](Tables& tables) mutable {
+    std::swap(tables.groups_[static_cast<size_t>(index) - 1], old);
   });
   kept = std::move(row);
   return RTF_SUCCESS;
@@ -78,9 +78,13 @@ int Tables::SetSubtender(int number, Subtender subtender) {
   if (subtender.flags > Subtender::kGivesChange) return RTF_E_ILLEGAL;
   if (subtender.preset_value > kMaxPresetValue) return RTF_EFPTR_BAD_PRICE;
   subtender.description = DeviceText(subtender.description);
-  Note(Part::kSubtender, number, [number, old = *FindSubtender(number)](Tables& tables) {
-    tables.PlaceSubtender(number, old);
-  });
+  const size_t tender = static_cast<size_t>(FindTender(SubtenderId(number)) - tenders_.data());
+  Note(Part::kSubtender, number,
+       [number, tender, old = *FindSubtender(number), old_tender = tenders_[tender]](
+           Tables& tables) mutable {
+         std::swap(tables.subtenders_[static_cast<size_t>(number) - 1], old);
+         std::swap(tables.tenders_[tender], old_tender);
+       });
   PlaceSubtender(number, std::move(subtender));
   return RTF_SUCCESS;
 }
@@ -103,8 +107,8 @@ int Tables::SetHeaderLine(int line, std::string_view text) {
   if (text.size() > kHeaderLineSize) return RTF_EFPTR_BAD_LENGTH;
   const size_t index = static_cast<size_t>(line) - 1;
   std::string kept = DeviceText(text);
-  Note(Part::kHeader, 0, [old = settings_.header_lines](Tables& tables) {
-    tables.settings_.header_lines = old;
+  Note(Part::kHeader, 0, [old = settings_.header_lines](Tables& tables) mutable {
+    tables.settings_.header_lines.swap(old);
   });
   if (settings_.header_lines.size() <= index) settings_.header_lines.resize(index + 1);
   settings_.header_lines[index] = std::move(kept);
@@ -115,20 +119,22 @@ int Tables::NoteVatRate(int entry, std::string_view rate) {
   if (FindVat(entry) == nullptr) return RTF_EFPTR_BAD_VAT;
   const std::optional<int32_t> value = ReadRate(rate);
   if (!value) return RTF_E_ILLEGAL;
-  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) { tables.noted_rates_ = old; });
+  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
   noted_rates_[entry] = *value;
   return RTF_SUCCESS;
 }
 
 int Tables::CommitVat(bool day_open) {
-  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) { tables.noted_rates_ = old; });
+  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
   const std::map<int, int32_t> rates = std::exchange(noted_rates_, {});
   for (const auto& [entry, rate] : rates) {
     // The totals of the day stand by entry: a rate that changed under them would make them lie.
     if (day_open && FindVat(entry)->rate != rate) return RTF_EFPTR_DAY_END_REQUIRED;
   }
   Note(Part::kVat, 0,
-       [old = settings_.vat_rates](Tables& tables) { tables.settings_.vat_rates = old; });
+       [old = settings_.vat_rates](Tables& tables) mutable {
+         tables.settings_.vat_rates.swap(old);
+       });
   for (const auto& [entry, rate] : rates) {
     VatRate& row = settings_.vat_rates[static_cast<size_t>(entry) - 1];
     row.rate = rate;
@@ -152,22 +158,27 @@ int Tables::SetArticle(Article article) {
   for (size_t index = 0; index < articles.size(); ++index) {
     if (articles[index].code != article.code) continue;
     Note(Part::kArticle, static_cast<int>(index) + 1,
-         [index, old = articles[index]](Tables& tables) {
-           tables.settings_.articles[index] = old;
+         [index, old = articles[index]](Tables& tables) mutable {
+           std::swap(tables.settings_.articles[index], old);
          });
     articles[index] = std::move(article);
     return RTF_SUCCESS;
   }
   if (articles.size() >= kMaxArticles) return RTF_E_FAILURE;
   Note(Part::kArticle, static_cast<int>(articles.size()) + 1,
-       [size = articles.size()](Tables& tables) { tables.settings_.articles.resize(size); });
+       [size = articles.size()](Tables& tables) {
+         std::vector<Article>& rows = tables.settings_.articles;
+         if (rows.size() > size) rows.pop_back();
+       });
   articles.push_back(std::move(article));
   return RTF_SUCCESS;
 }
 
 void Tables::EraseArticles() {
   Note(Part::kArticles, 0,
-       [old = settings_.articles](Tables& tables) { tables.settings_.articles = old; });
+       [old = settings_.articles](Tables& tables) mutable {
+         tables.settings_.articles.swap(old);
+       });
   settings_.articles.clear();
 }
 
@@ -176,13 +187,13 @@ int Tables::SetLogo(int number, std::string_view file) {
   if (file.size() > kLogoNameSize) return RTF_EFPTR_BAD_LENGTH;
   std::error_code none;
   if (!std::filesystem::is_regular_file(std::filesystem::path(file), none)) return RTF_E_NOEXIST;
-  Note(Part::kLogos, 0, [old = logos_](Tables& tables) { tables.logos_ = old; });
+  Note(Part::kLogos, 0, [old = logos_](Tables& tables) mutable { tables.logos_.swap(old); });
   logos_[number] = std::string(file);
   return RTF_SUCCESS;
 }
 
 void Tables::EraseLogos() {
-  Note(Part::kLogos, 0, [old = logos_](Tables& tables) { tables.logos_ = old; });
+  Note(Part::kLogos, 0, [old = logos_](Tables& tables) mutable { tables.logos_.swap(old); });
   logos_.clear();
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -23,6 +24,14 @@ namespace {
 constexpr size_t kGetDataSize = 50;
 constexpr size_t kGetDateSize = 13;  // DDMMYYYYHHMM
 constexpr size_t kDirectIoSize = 513;
+
+// Causes of a failure for which nothing else speaks.
+constexpr std::string_view kNoMemory = "there is not enough memory";
+constexpr std::string_view kUnknownCause = "for an unknown cause";
+// Behind a cause, when the file may hold what has failed.
+constexpr std::string_view kNotKnown = "; whether it is stored is not known until the next start";
+// A cause names a file and what the system says of it.
+constexpr size_t kCauseSize = 8192;
 
 struct DataSelector {
   int selector;
@@ -86,6 +95,7 @@ void Keep(std::deque<std::string>* lines, const char* line) noexcept {
 
 VirtualRegister::VirtualRegister(RegisterSettings settings)
     : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {
+  core_.last_failure.reserve(kCauseSize);
   first_line_ = core_.paper.dropped() + core_.paper.lines().size();
   cut_off_ = EndCutOff(core_, desk_);
 }
@@ -94,21 +104,22 @@ std::string VirtualRegister::start_notice() const {
   return cut_off_ ? CutOffNotice(*cut_off_) : std::string();
 }
 
-int VirtualRegister::TakeBack(const Input& input) {
-  std::string cause;
+void VirtualRegister::NoteFailure(bool doubtful) noexcept {
+  // The text has its room since the start.
+  std::string& text = core_.last_failure;
+  const auto note = [&text, doubtful](std::string_view cause) {
+    text.assign(cause.substr(0, kCauseSize - kNotKnown.size()));
+    if (doubtful) text += kNotKnown;
+  };
   try {
     throw;
-  } catch (const RegisterError& failure) {
-    cause = failure.what();
+  } catch (const std::bad_alloc&) {
+    note(kNoMemory);
   } catch (const std::exception& failure) {
-    cause = failure.what();
+    note(failure.what());
   } catch (...) {
+    note(kUnknownCause);
   }
-  core_.TakeBack();
-  keyboard_.Restore(input.keyboard);
-  articles_.Restore(input.articles);
-  core_.last_failure = std::move(cause);
-  return RTF_E_FAILURE;
 }
 
 // --- Faults on demand

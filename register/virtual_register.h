@@ -22,10 +22,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "register/articles.h"
+#include "register/cancellation.h"
 #include "register/core.h"
 #include "register/keyboard.h"
 #include "register/receipt_desk.h"
@@ -329,39 +331,40 @@ class VirtualRegister : public RtfClientInterface {
   // Runs a client operation, which `operation` names. One that begins while another runs answers
   // RTF_E_BUSY. What it changed is stored before it is answered; when that fails, or with an
   // exception (no memory), all of it is taken back and the answer is RTF_E_FAILURE. The faults
-  // that wait are asked before; `effects` is for FaultPlan::Begin.
+  // that wait are asked before; `effects` is for FaultPlan::Begin. `behind` follows an operation
+  // that has been carried out and stored, as a unit of its own: the answer is not touched by it.
+  // A thread that is cancelled goes when the operation is over.
   template <typename Work>
   int Perform(const char* operation, Work&& work) noexcept {
     return Perform(operation, 0, std::forward<Work>(work));
   }
   template <typename Work>
   int Perform(const char* operation, unsigned effects, Work&& work) noexcept {
+    return Perform(operation, effects, std::forward<Work>(work), nullptr);
+  }
+  template <typename Work, typename Behind>
+  int Perform(const char* operation, unsigned effects, Work&& work, Behind&& behind) noexcept {
+    const CancellationDelay whole;
     if (working_.test_and_set(std::memory_order_acquire)) return RTF_E_BUSY;
     // A call of a host that has not got the service so far does not reach the device.
-    if (const int missing = CheckService(operation)) {
-      working_.clear(std::memory_order_release);
-      return missing;
-    }
-    int code = RTF_E_FAILURE;
-    bool kept = false;
-    const FaultPlan::Strike fault =
-        core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
-    try {
-      const Input input{keyboard_.Save(), articles_.Save()};
-      try {
-        code = fault.before != RTF_SUCCESS ? fault.before : work();
-        core_.Keep();
-        kept = true;
-      } catch (...) {
-        code = TakeBack(input);
+    int answer = CheckService(operation);
+    if (answer == RTF_SUCCESS) {
+      int code = RTF_E_FAILURE;
+      FaultPlan::Strike fault;
+      answer = RTF_E_FAILURE;
+      if (Unit<true>([&] {
+            fault = core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
+            code = fault.before != RTF_SUCCESS ? fault.before : work();
+          })) {
+        // Carried out, and the host may not come to know.
+        answer = fault.after != RTF_SUCCESS ? fault.after : code;
+        if constexpr (!std::is_null_pointer_v<std::decay_t<Behind>>) {
+          if (code == RTF_SUCCESS) static_cast<void>(Unit<false>(behind));
+        }
       }
-    } catch (...) {
     }
-    // Carried out, and the host does not come to know. What was taken back took the fault along:
-    // it waits again.
-    if (kept && fault.after != RTF_SUCCESS) code = fault.after;
     working_.clear(std::memory_order_release);
-    return code;
+    return answer;
   }
 
   // What a host has keyed or sent and not finished.
@@ -369,8 +372,31 @@ class VirtualRegister : public RtfClientInterface {
     Keyboard::Memory keyboard;
     ArticleLink::Transfer articles;
   };
-  // From a catch block: takes back what the operation did, and notes why it failed.
-  int TakeBack(const Input& input);
+  // Does some work and stores what it changed. True only when that stands; else all is as it was
+  // before, a fault that struck waits again, and `noted` says why.
+  template <bool noted, typename Work>
+  bool Unit(Work&& work) noexcept {
+    const bool was_doubtful = core_.database.doubtful();
+    try {
+      Input input{keyboard_.Save(), articles_.Save()};
+      core_.Mark();
+      try {
+        work();
+        core_.Keep();
+        return true;
+      } catch (...) {
+        if (noted) NoteFailure(!was_doubtful && core_.database.doubtful());
+        core_.TakeBack();
+        keyboard_.Restore(std::move(input.keyboard));
+        articles_.Restore(input.articles);
+      }
+    } catch (...) {
+      if (noted) NoteFailure(false);  // nothing has been done
+    }
+    return false;
+  }
+  // From a catch block: notes the cause, and that nobody knows what stands, where it is so.
+  void NoteFailure(bool doubtful) noexcept;
 
   // What the service lacks for an operation or for reading a property: RTF_E_CLOSED,
   // RTF_E_NOTCLAIMED, RTF_E_DISABLED.
@@ -379,6 +405,7 @@ class VirtualRegister : public RtfClientInterface {
   // Why a change that is no operation of the client was not made.
   std::string WhyNotKept(int code) const;
   int LoadFirmware(const char* file);
+  int CloseDay(const char* operation, bool send);
   int ExtractJournal(const char* operation, const JournalRequest& request, const char* file,
                      const char* format);
   int ShowText(int display, int row, int column, std::string_view text, bool clear);

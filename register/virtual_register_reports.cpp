@@ -62,12 +62,14 @@ int VirtualRegister::PrintXReportEx(int32_t kind, bool clear, const char* format
   });
 }
 
-int VirtualRegister::PrintZReport() {
-  return Perform(__func__, [&] { return ReportDesk(core_).CloseDay(false); });
-}
+int VirtualRegister::PrintZReport() { return CloseDay(__func__, false); }
+int VirtualRegister::PrintZReportEx(bool send) { return CloseDay(__func__, send); }
 
-int VirtualRegister::PrintZReportEx(bool send) {
-  return Perform(__func__, [&] { return ReportDesk(core_).CloseDay(send); });
+// The day is closed, whatever becomes of the sending.
+int VirtualRegister::CloseDay(const char* operation, bool send) {
+  return Perform(
+      operation, 0, [&] { return ReportDesk(core_).CloseDay(); },
+      [&] { ReportDesk(core_).SendBehindClosing(send); });
 }
 
 // --- Periods, fiscal memory, journal
