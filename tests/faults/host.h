@@ -45,8 +45,13 @@ struct Look {
 
   bool operator==(const Look&) const = default;
   std::string Difference(const Look& other) const;
+  // Without what goes with the open document.
+  Look Stored() const;
 };
 Look LookAt(const VirtualRegister& device);
+
+// The translator is to send the lines of this process to the device. Throws std::runtime_error.
+void StartTranslator(VirtualRegister* device);
 
 class Host {
  public:
@@ -57,6 +62,9 @@ class Host {
     // The answer of one call is lost after it was carried out: what answers so has done its work.
     int lost_code = 0;
     const std::vector<Look>* undisturbed = nullptr;  // behind each call of a day without faults
+    // The day is one of lines, sent through the translator (StartTranslator). A line is several
+    // calls: one that fails may have done a part of them, and a host finds out by asking.
+    bool by_lines = false;
   };
 
   Host(VirtualRegister& device, std::string folder, Report* report, Manners manners);
@@ -77,6 +85,7 @@ class Host {
     bool (Host::*work)();  // false: a call failed
   };
   static const std::vector<Step>& Day();
+  static const std::vector<Step>& DayOfLines();
 
   // A call; true when it did what it is for. `fact` stands once it has.
   template <typename Work>
@@ -93,6 +102,10 @@ class Host {
   bool Key(const char* digits, const char* text, uint8_t key, Fact fact = {});
   bool Line(int department, int64_t price, int type = 0);
   bool Pay(const char* tender, int64_t amount, Fact fact = {});  // 0: the rest
+  // A line, through the translator.
+  bool Send(const char* line, Fact fact = {});
+  // Whether a line that failed has done what counts of it all the same.
+  static bool IsThere(const Fact& fact, const Look& before, const Look& after);
   void CompareDone(const char* name, const Fact& fact, const Look& before, const Look& after);
   void Ask(const char* name);
   // Gives up what is open, so that the next document can begin. False when that is not to be had.
@@ -124,6 +137,11 @@ class Host {
   bool Closing();
   bool Journal();
   bool SmallReceipt();
+  bool LineReceipt();
+  bool LineInvoice();
+  bool LineCreditNote();
+  bool LineNonFiscal();
+  bool LineClosing();
 
   VirtualRegister& device_;
   const std::string folder_;

@@ -138,12 +138,18 @@ void Live(const Trouble& trouble, const std::string& folder, const std::vector<L
     manners.undisturbed = &undisturbed;
   }
   std::unique_ptr<VirtualRegister> device;
-  if (trouble.part == Part::kDay) {
+  if (trouble.part == Part::kDay || trouble.part == Part::kLines) {
     device = std::make_unique<VirtualRegister>(ShopSettings(folder));
     if (trouble.manner == nullptr) {
       device->AddFault({.name = std::string(kLostAnswerFault),
                         .when = FaultWhen::kNth,
                         .count = static_cast<int>(trouble.place)});
+    }
+    manners.by_lines = trouble.part == Part::kLines;
+    if (manners.by_lines) {
+      // The library's own lines are none of this.
+      if (std::freopen("/dev/null", "w", stdout) == nullptr) report->Wrong("no /dev/null");
+      StartTranslator(device.get());
     }
     strike::Arm(where, folder.c_str());
     Host host(*device, folder, report, manners);

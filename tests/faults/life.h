@@ -15,9 +15,10 @@ namespace lorimat {
 
 // What the register does when it is struck.
 enum class Part {
-  kDay,  // it is at work, on a file of its own that begins with the day
-  kNew,  // its file is made
-  kCut,  // it starts on what a process left behind that died in the middle of a receipt
+  kDay,    // it is at work, on a file of its own that begins with the day
+  kLines,  // the same, by way of the translator
+  kNew,    // its file is made
+  kCut,    // it starts on what a process left behind that died in the middle of a receipt
 };
 
 // How a call fails.

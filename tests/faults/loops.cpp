@@ -225,9 +225,9 @@ class Loops {
 
   bool PrintTable() const {
     Row sum;
-    std::printf("\n%-22s %9s %9s %9s %9s\n", "fault", "places", "tried", "missed", "wrong");
+    std::printf("\n%-26s %9s %9s %9s %9s\n", "fault", "places", "tried", "missed", "wrong");
     const auto print = [](const Row& row) {
-      std::printf("%-22s %9ld %9ld %9ld %9ld\n", row.name.c_str(), row.calls, row.tried, row.missed,
+      std::printf("%-26s %9ld %9ld %9ld %9ld\n", row.name.c_str(), row.calls, row.tried, row.missed,
                   row.wrong);
     };
     for (const Row& row : rows_) {

@@ -52,7 +52,7 @@ constexpr Manner kManners[] = {
 }  // namespace
 
 const char* NameOf(Part part) {
-  static const char* const names[] = {"day", "new", "cut"};
+  static const char* const names[] = {"day", "lines", "new", "cut"};
   return names[static_cast<size_t>(part)];
 }
 

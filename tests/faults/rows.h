@@ -19,7 +19,7 @@ struct Row {
   long wrong = 0;
 };
 
-inline constexpr Part kParts[] = {Part::kDay, Part::kNew, Part::kCut};
+inline constexpr Part kParts[] = {Part::kDay, Part::kLines, Part::kNew, Part::kCut};
 const char* NameOf(Part part);
 
 // The rows of a part; the report is of one without faults.
