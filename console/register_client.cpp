@@ -44,10 +44,9 @@ lorimat::RegisterSettings settings_for(const std::string& clock, const std::stri
 class RegisterClient::Device : public lorimat::VirtualRegister {
  public:
   Device(const std::string& clock, const std::string& file, Streams& streams)
-      : VirtualRegister(settings_for(clock, file)),
-        streams_(streams),
-        collects_(!file.empty()),
-        collected_(first_line()) {}
+      : VirtualRegister(settings_for(clock, file)), streams_(streams), collected_(first_line()) {
+    HoldPaper(collected_);
+  }
 
   void LogTrace(const char* line) override {
     VirtualRegister::LogTrace(line);
@@ -67,16 +66,15 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   // What was printed since the start.
   const lorimat::Paper& Printed() {
     Collect();
-    return collects_ ? printed_ : paper();
+    return printed_;
   }
 
  private:
-  // Keeps what was printed since the last time: a register in a file holds the roll of earlier
-  // times too, and tears off its beginning.
+  // Keeps what was printed since the last time: the register tears off the beginning of its roll,
+  // and one in a file has the roll of earlier times too.
   void Collect() {
-    if (!collects_) return;
     const lorimat::Paper& roll = paper();
-    const size_t first = std::max(collected_, roll.dropped()) - roll.dropped();
+    const size_t first = collected_ - roll.dropped();
     const size_t begin = printed_.lines().size();
     for (size_t i = first; i < roll.lines().size(); ++i) printed_.Line(roll.lines()[i]);
     const auto new_row =
@@ -88,10 +86,10 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
       printed_.Row(std::move(copy));
     }
     collected_ = roll.dropped() + roll.lines().size();
+    HoldPaper(collected_);
   }
 
   Streams& streams_;
-  bool collects_;
   size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
   lorimat::Paper printed_;
   std::function<void()> on_line_;

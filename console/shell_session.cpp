@@ -237,9 +237,11 @@ void ShellSession::show_paper() {
 }
 
 void ShellSession::show_last_paper(const std::string& number) {
-  // A register in a file has the roll of earlier times too.
+  // A register in a file has the roll of earlier times too; a long session has more than the roll.
+  const std::vector<std::string>& session = client_.printed().lines();
+  const std::vector<std::string>& roll = client_.device().paper_lines();
   const std::vector<std::string>& lines =
-      number.empty() ? client_.printed().lines() : client_.device().paper_lines();
+      number.empty() || session.size() > roll.size() ? session : roll;
   size_t count = lines.size();
   if (!number.empty()) {
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), count);

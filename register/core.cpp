@@ -88,9 +88,8 @@ void RegisterCore::Keep() {
     if (set) StoreSettings(database, *this, kept_);
     store.Keep();
     if (open_moved) StoreOpenDocument(database, *this, open_record);
-    if (printed) StoreRollPiece(database, paper, kept_paper_);
-    if (state == PrinterState::kMonitor && !database.in_memory() &&
-        paper.lines().size() > kRollLines + kRollSpare) {
+    if (printed) StoreRoll(database, paper, kept_paper_);
+    if (state == PrinterState::kMonitor && paper.lines().size() > kRollLines + kRollSpare) {
       torn_off = TrimRoll(database, paper, kRollLines) - paper.dropped();
     }
     database.Commit();

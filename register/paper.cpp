@@ -158,7 +158,8 @@ void Paper::TakeBack(const Extent& extent) noexcept {
 }
 
 void Paper::Drop(size_t lines) noexcept {
-  lines = std::min(lines, lines_.size());
+  lines = std::min({lines, lines_.size(), std::max(held_, dropped_) - dropped_});
+  if (lines == 0) return;
   lines_.erase(lines_.begin(), lines_.begin() + static_cast<std::ptrdiff_t>(lines));
   std::erase_if(rows_, [lines](const PaperRow& row) { return row.line < lines; });
   for (PaperRow& row : rows_) row.line -= lines;

@@ -103,10 +103,12 @@ class Paper {
   Extent extent() const noexcept { return {lines_.size(), rows_.size()}; }
   // Takes back what was printed since.
   void TakeBack(const Extent& extent) noexcept;
-  // Tears off the oldest lines. The first line that is left is the one of number dropped(),
-  // counted from 0.
+  // Tears off the oldest lines, none that is held. The first line that is left is the one of
+  // number dropped(), counted from 0.
   void Drop(size_t lines) noexcept;
   size_t dropped() const { return dropped_; }
+  // Holds the lines from this number on.
+  void Hold(size_t line) { held_ = line; }
   // Makes an empty roll the rest of a longer one.
   void StartAt(size_t line) { dropped_ = line; }
 
@@ -126,6 +128,7 @@ class Paper {
   std::vector<std::string> lines_;
   std::vector<PaperRow> rows_;
   size_t dropped_ = 0;
+  size_t held_ = SIZE_MAX;
 };
 
 }  // namespace lorimat

@@ -1,4 +1,5 @@
-// The roll of paper as rows, one for what each operation printed.
+// The roll of paper as rows, one for what each operation printed, or several.
+#include <algorithm>
 #include <utility>
 #include <variant>
 
@@ -9,6 +10,10 @@
 
 namespace lorimat {
 namespace {
+
+// So many lines at most stand in one piece: the roll is torn off between pieces, and a long report
+// is one operation.
+constexpr size_t kPieceLines = 1000;
 
 enum RowKind { kCut, kSized, kBarcode, kLogo };
 
@@ -55,26 +60,31 @@ bool TakeRow(RecordReader* record, decltype(PaperRow::content)* content) {
 
 }  // namespace
 
-void StoreRollPiece(Database& database, const Paper& paper, const Paper::Extent& from) {
-  RecordWriter rows;
-  for (size_t index = from.rows; index < paper.rows().size(); ++index) {
-    const PaperRow& row = paper.rows()[index];
-    rows.Number(static_cast<int64_t>(row.line - from.lines));
-    rows.Number(static_cast<int64_t>(row.line_count));
-    std::visit([&rows](const auto& content) { PutRow(content, &rows); }, row.content);
+void StoreRoll(Database& database, const Paper& paper, const Paper::Extent& from) {
+  auto row = paper.rows().begin() + static_cast<std::ptrdiff_t>(from.rows);
+  for (size_t begin = from.lines, end = 0; begin < paper.lines().size(); begin = end) {
+    end = std::min(begin + kPieceLines, paper.lines().size());
+    RecordWriter rows;
+    for (; row != paper.rows().end() && row->line < end; ++row) {
+      rows.Number(static_cast<int64_t>(row->line - begin));
+      rows.Number(static_cast<int64_t>(row->line_count));
+      std::visit([&rows](const auto& content) { PutRow(content, &rows); }, row->content);
+      // A barcode of several lines is not torn apart.
+      end = std::max(end, row->line + row->line_count);
+    }
+    database.Prepare("INSERT INTO roll VALUES (?, ?, ?, ?)")
+        .With(paper.dropped() + begin, end - begin, JoinLines(paper.lines(), begin, end),
+              rows.text())
+        .Run();
   }
-  database.Prepare("INSERT INTO roll VALUES (?, ?, ?, ?)")
-      .With(paper.dropped() + from.lines, paper.lines().size() - from.lines,
-            JoinLines(paper.lines(), from.lines), rows.text())
-      .Run();
 }
 
-Paper LoadRoll(Database& database, size_t first_line) {
+Paper LoadRoll(Database& database) {
   Paper paper;
-  Statement pieces = database.Prepare(
-      "SELECT first_line, lines, text, rows FROM roll WHERE first_line >= ? ORDER BY first_line");
+  Statement pieces =
+      database.Prepare("SELECT first_line, lines, text, rows FROM roll ORDER BY first_line");
   bool first = true;
-  for (pieces.With(first_line); pieces.Step(); first = false) {
+  for (; pieces.Step(); first = false) {
     const int64_t at = pieces.Integer(0);
     if (first && at >= 0) paper.StartAt(static_cast<size_t>(at));
     const size_t begin = paper.lines().size();
@@ -106,11 +116,12 @@ Paper LoadRoll(Database& database, size_t first_line) {
 
 size_t TrimRoll(Database& database, const Paper& paper, size_t lines) {
   const size_t end = paper.dropped() + paper.lines().size();
-  size_t first = end;
+  size_t first = paper.dropped();
   {
-    Statement row =
-        database.Prepare("SELECT first_line FROM roll WHERE first_line >= ? ORDER BY first_line");
-    if (row.With(end > lines ? end - lines : 0).Step()) first = static_cast<size_t>(row.Integer(0));
+    Statement row = database.Prepare(
+        "SELECT first_line FROM roll WHERE first_line <= ? ORDER BY first_line DESC LIMIT 1");
+    row.With(end > lines ? end - lines : 0);
+    if (row.Step()) first = std::max(first, static_cast<size_t>(row.Integer(0)));
   }
   database.Prepare("DELETE FROM roll WHERE first_line < ?").With(first).Run();
   return first;

@@ -1,5 +1,6 @@
 #include "register/store_rows.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "register/record.h"
@@ -115,14 +116,13 @@ Closure ReadClosure(const Database& database, const Statement& row) {
   return closure;
 }
 
-std::string JoinLines(const std::vector<std::string>& lines, size_t from) {
+std::string JoinLines(const std::vector<std::string>& lines, size_t from, size_t to) {
+  to = std::min(to, lines.size());
   size_t size = 0;
-  for (size_t index = from; index < lines.size(); ++index) size += lines[index].size() + 1;
+  for (size_t index = from; index < to; ++index) size += lines[index].size() + 1;
   std::string text;
   text.reserve(size);
-  for (size_t index = from; index < lines.size(); ++index) {
-    text.append(lines[index]).push_back('\n');
-  }
+  for (size_t index = from; index < to; ++index) text.append(lines[index]).push_back('\n');
   return text;
 }
 

@@ -1,6 +1,7 @@
 // Rows of documents, journal and closings as the store and those who check it read them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,8 +38,9 @@ JournalEntry ReadEntry(const Database& database, const Statement& row);
 DailyCounters ReadCounters(const Database& database, const Statement& row, int column);
 Closure ReadClosure(const Database& database, const Statement& row);
 
-// Lines of paper as one text, each ended by a line feed, and back. No line holds one.
-std::string JoinLines(const std::vector<std::string>& lines, size_t from = 0);
+// Lines of paper as one text, from one up to another, each ended by a line feed, and back. No line
+// holds one.
+std::string JoinLines(const std::vector<std::string>& lines, size_t from = 0, size_t to = SIZE_MAX);
 std::vector<std::string> SplitLines(std::string_view text);
 
 }  // namespace lorimat

@@ -28,12 +28,12 @@ void StoreSettings(Database& database, const RegisterState& state, const Registe
 void LoadSettings(Database& database, RegisterState* state);
 
 // --- The roll
-// The lines of paper from `from` on, as one piece.
-void StoreRollPiece(Database& database, const Paper& paper, const Paper::Extent& from);
-// The lines that are kept, from the piece of this line (of all that were ever printed) on.
-Paper LoadRoll(Database& database, size_t first_line = 0);
-// Removes the oldest pieces, so that this number of lines is kept, or somewhat less. Answers the
-// first line that is left.
+// The lines of paper from `from` on, as one piece, or several if they are many.
+void StoreRoll(Database& database, const Paper& paper, const Paper::Extent& from);
+// The lines that are kept.
+Paper LoadRoll(Database& database);
+// Removes the oldest pieces, as long as this number of lines is left at least. Answers the first
+// line that is left, of all that were ever printed.
 size_t TrimRoll(Database& database, const Paper& paper, size_t lines);
 
 // --- The open document

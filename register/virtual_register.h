@@ -50,7 +50,8 @@ class VirtualRegister : public RtfClientInterface {
   VirtualRegister& operator=(const VirtualRegister&) = delete;
 
   // --- What the register shows
-  // The roll of paper, line by line of at most 42 columns, without line ends.
+  // The roll of paper, line by line of at most 42 columns, without line ends: the last 20000 or
+  // some more, Paper::dropped counts the others.
   const std::vector<std::string>& paper_lines() const { return core_.paper.lines(); }
   // The same in one text, each line ended by a line feed.
   std::string paper_text() const { return core_.paper.text(); }
@@ -81,6 +82,9 @@ class VirtualRegister : public RtfClientInterface {
   // The number, as Paper::dropped counts, of the first line that was printed since the start; the
   // lines before it are those of earlier times.
   size_t first_line() const { return first_line_; }
+  // For those who take the paper along as it is printed: the lines from this number on stay on the
+  // roll, however many they get, until a higher number is given. To be called between operations.
+  void HoldPaper(size_t line) { core_.paper.Hold(line); }
   // Why the last operation that failed could not be stored: "FILE: database or disk is full".
   // Empty as long as none has. To be read between operations.
   const std::string& last_failure() const { return core_.last_failure; }

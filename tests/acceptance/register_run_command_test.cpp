@@ -55,6 +55,30 @@ TEST(RegisterRun, TheNextRunGoesOnWhereTheLastOneEnded) {
   EXPECT_THAT(run.output, Not(HasSubstr("0001-0001")));
 }
 
+// 900 closings of 24 lines, and an extract of them all: 21600 lines at once.
+TEST(RegisterRun, PrintsAllThatWasPrintedHoweverLongAReportIs) {
+  const Shop shop;
+  std::string lines;
+  for (int closing = 0; closing < 900; ++closing) lines += "AZZGIO TIPO=0\n";
+  lines += "DGFE DAZETA=1, AZETA=900\n" + std::string(kReceipt);
+  const std::string file = shop.folder().write("long.cmd", lines);
+  const ProgramRun memory = run_console({"run", file, "--clock", Shop::kClock});
+  const ProgramRun kept = shop.sell(lines);
+  for (const ProgramRun* run : {&memory, &kept}) {
+    EXPECT_EQ(run->exit_code, 0) << run->errors;
+    EXPECT_EQ(count_of(run->output, "CHIUSURA N. 0001\n"), 2);
+    EXPECT_EQ(count_of(run->output, "CHIUSURA N. "), 1800);
+    EXPECT_EQ(count_of(run->output, "DOCUMENTO N. 0901-0001\n"), 1);
+  }
+  EXPECT_TRUE(memory.output == kept.output);
+  // The roll has its end.
+  const ProgramRun roll = shop.run({"paper"});
+  EXPECT_EQ(roll.exit_code, 0) << roll.errors;
+  EXPECT_GE(count_of(roll.output, "\n"), 20000);
+  ASSERT_LT(roll.output.size(), kept.output.size());
+  EXPECT_TRUE(kept.output.ends_with(roll.output));
+}
+
 TEST(RegisterRun, TheEnvironmentMayNameTheRegister) {
   const Shop shop;
   const std::string lines = shop.folder().write("lines.cmd", kReceipt);

@@ -310,17 +310,6 @@ TEST_F(StoreReopenTest, TheRollKeepsItsLastTwentyThousandLines) {
   EXPECT_EQ(device->store().journal().back().lines.back(), std::string(42, '-'));
 }
 
-TEST_F(StoreReopenTest, ARegisterInMemoryKeepsItsWholeRoll) {
-  VirtualRegister memory(TestSettings());
-  ASSERT_EQ(memory.BeginNonFiscal(), RTF_SUCCESS);
-  for (int line = 0; line < 23000; ++line) {
-    ASSERT_EQ(memory.PrintNormal(RTF_FPTR_S_RECEIPT, "x"), RTF_SUCCESS);
-  }
-  ASSERT_EQ(memory.EndNonFiscal(), RTF_SUCCESS);
-  EXPECT_GT(memory.paper_lines().size(), 23000u);
-  EXPECT_EQ(memory.paper().dropped(), 0u);
-}
-
 TEST_F(StoreReopenTest, WhatAHostSetsForOneDocumentOrOneSessionIsForgotten) {
   ASSERT_EQ(device->SetDataInternal(148, "0"), RTF_SUCCESS);
   ASSERT_EQ(device->SetDataInternal(600, "1"), RTF_SUCCESS);
