@@ -35,15 +35,6 @@ std::string temporary_folder() {
   return fit ? folder : "/tmp";
 }
 
-std::string quoted(const std::string& name) {
-  std::string out = "'";
-  for (const char c : name) {
-    if (c == '\'') out += '\'';
-    out += c;
-  }
-  return out + "'";
-}
-
 // Reads the number that begins the text, and takes it off; false when there is none.
 bool take_number(std::string_view* text, uint64_t* number) {
   const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), *number);
@@ -95,8 +86,17 @@ void require_batch_name(const std::string& name) {
   }
 }
 
+std::string quoted_operand(const std::string& name) {
+  std::string out = "'";
+  for (const char c : name) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  return out + "'";
+}
+
 std::string batch_line(const std::string& name, const std::string& error_file) {
-  return "@" + quoted(name) + "," + quoted(error_file);
+  return "@" + quoted_operand(name) + "," + quoted_operand(error_file);
 }
 
 BatchError parse_batch_error(const std::string& message) {

@@ -30,6 +30,9 @@ void require_batch_name(const std::string& name);
 // quote in a name stays part of it.
 std::string batch_line(const std::string& name, const std::string& error_file);
 
+// One operand of it.
+std::string quoted_operand(const std::string& name);
+
 // A message of the error file.
 struct BatchError {
   uint64_t line = 0;  // of the batch file; 0 when the message names none

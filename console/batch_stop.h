@@ -26,6 +26,8 @@ class BatchStop {
   // The last line of the batch that ran, after Ctrl-C, by its number in the file; none when the
   // batch ran to its end.
   std::optional<uint64_t> stopped_behind() const { return stopped_behind_; }
+  // How many lines of the batch ran, empty ones too.
+  uint64_t lines() const { return lines_; }
 
  private:
   void take_line();

@@ -96,6 +96,11 @@ std::span<const ItalianText> general_texts() {
       {"stopped by {} behind line {}", "fermato con {} dopo la riga {}"},
       {"stopped at line {}, which failed", "fermato alla riga {}, che è fallita"},
       {"{} of {} lines failed", "righe fallite: {} su {}"},
+      {"{}: which lines of the batch failed is not known for sure: {}",
+       "{}: non si sa con certezza quali righe del batch sono fallite: {}"},
+      {"the line has no room for an error file", "nella riga non c'è posto per un file di errori"},
+      {"{}: the file is cut", "{}: il file è troncato"},
+      {"{}: the file cannot be written", "{}: il file non si può scrivere"},
       {"{}:{}: a NUL byte stands in column {}: with --batch the library would run the line only up "
        "to there; nothing was run",
        "{}:{}: c'è un byte NUL nella colonna {}: con --batch la libreria eseguirebbe la riga solo "

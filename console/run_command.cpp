@@ -5,13 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "batch_request.h"
+#include "batch_run.h"
 #include "batch_stop.h"
 #include "broken_pipe.h"
 #include "failure.h"
@@ -34,6 +34,8 @@
 
 namespace {
 
+constexpr size_t kShownLine = 100;  // of an "@" line
+
 bool is_long(const LineReader& reader) { return reader.size() >= Progress::kLongFile; }
 
 // Why the register could not be kept, once for each cause.
@@ -46,7 +48,7 @@ void tell_failure(const RegisterClient& client, std::string* told, Streams& stre
 
 // --- One EcrCmd for each line. Returns an exit code.
 int run_lines(const RunOptions& options, LineReader& reader, Library& library,
-              const RegisterClient& client, FailureReport& failures, Streams& streams) {
+              RegisterClient& client, FailureReport& failures, Streams& streams) {
   // The answer of a line that has nothing to say, in the words of the definition file.
   std::string plain_answer;
   library.run_line("; lorimat run", &plain_answer);
@@ -55,6 +57,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
   failures.set_progress(&progress);
   SourceLine line;
   uint64_t run = 0;
+  uint64_t batch_lines = 0;  // of "@" lines with failures
   bool stopped = false;
   std::string told_failure;
   // What Ctrl-C leaves of a line that was being typed or sent is not run.
@@ -72,7 +75,21 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
                               line.text);
     } else {
       std::string answer;
-      const long code = library.run_line(line.text, &answer);
+      long code = 0;
+      if (is_batch_line(line.text)) {
+        const BatchRun batch = run_batch_line(line.text, library, client);
+        code = batch.code;
+        answer = batch.answer;
+        tell_unknown_failures(batch, place, streams);
+        report_failures(batch.failures, failures);
+        if (!batch.failures.empty()) batch_lines += batch.lines;
+        if (batch.stopped_behind) {
+          tell_error(streams, tr("{}: stopped by {} behind line {}", shown(line.text, kShownLine),
+                                 interrupt_name(), *batch.stopped_behind));
+        }
+      } else {
+        code = library.run_line(line.text, &answer);
+      }
       if (code != 0) {
         failures.report({place, code, answer, line.text});
         tell_failure(client, &told_failure, streams);
@@ -93,7 +110,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
   if (stopped) {
     tell_error(streams, tr("stopped at line {}, which failed", run));
   } else if (failures.count() != 0) {
-    tell_error(streams, tr("{} of {} lines failed", failures.count(), run));
+    tell_error(streams, tr("{} of {} lines failed", failures.count(), run + batch_lines));
   }
   return failures.count() == 0 ? kExitGood : kExitLinesFailed;
 }
@@ -124,26 +141,6 @@ uint64_t count_lines(const std::string& file) {
     }
   }
   return line.number;
-}
-
-void report_batch_errors(const std::string& file, const std::vector<BatchError>& errors,
-                         FailureReport& failures) {
-  std::map<uint64_t, std::string> texts;
-  for (const BatchError& error : errors) texts[error.line];
-  LineReader reader(file);
-  SourceLine line;
-  while (reader.next(&line)) {
-    const auto found = texts.find(line.number);
-    if (found != texts.end()) found->second = line.text;
-  }
-  for (const BatchError& error : errors) {
-    if (error.line == 0) {
-      failures.report_text(reader.name(), shown(error.text));
-    } else {
-      failures.report({fmt::format("{}:{}", reader.name(), error.line), error.code, error.text,
-                       texts[error.line]});
-    }
-  }
 }
 
 int run_batch(const RunOptions& options, const LineReader& reader, Library& library,
@@ -177,7 +174,8 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   }
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
-  report_batch_errors(options.file, read_batch_errors(scratch.error_file()), failures);
+  report_failures(
+      failed_lines(read_batch_errors(scratch.error_file()), options.file, reader.name()), failures);
   failures.summarize();
   if (stopped_behind) {
     tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), *stopped_behind));

@@ -6,11 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <optional>
 #include <utility>
 #include <vector>
 
-#include "batch_stop.h"
+#include "batch_run.h"
 #include "failure.h"
 #include "interrupt.h"
 #include "line_encoding.h"
@@ -32,7 +31,8 @@
 
 namespace {
 
-constexpr size_t kShownLine = 100;  // of a failing line
+constexpr size_t kShownLine = 100;     // of a failing line
+constexpr size_t kShownFailures = 20;  // of an "@" line, on a terminal
 
 struct OwnWord {
   const char* word;
@@ -130,20 +130,52 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
 }
 
 void ShellSession::run(const std::string& text, const std::string& place) {
-  std::string answer;
-  long code = 0;
-  std::optional<uint64_t> stopped_behind;
-  if (const std::string_view inner = without_blanks(text); !inner.empty() && inner[0] == '@') {
-    BatchStop stop(client_);
-    code = library_.run_line(text, &answer);
-    stopped_behind = stop.stopped_behind();
-  } else {
-    code = library_.run_line(text, &answer);
+  if (is_batch_line(text)) {
+    run_batch(text, place);
+    return;
   }
-  if (!stopped_behind || code != 0) show_answer(text, code, answer, place);
+  std::string answer;
+  const long code = library_.run_line(text, &answer);
+  show_answer(text, code, answer, place);
   show_paper();
   tell_register_failure();
-  if (stopped_behind) tell_stop(shown(without_blanks(text), kShownLine), *stopped_behind);
+}
+
+void ShellSession::run_batch(const std::string& text, const std::string& place) {
+  const BatchRun batch = run_batch_line(text, library_, client_);
+  if (!batch.stopped_behind || batch.code != 0) show_answer(text, batch.code, batch.answer, place);
+  show_paper();
+  tell_register_failure();
+  tell_unknown_failures(batch, place, streams_);
+  show_batch_failures(batch);
+  if (batch.stopped_behind) {
+    tell_stop(shown(without_blanks(text), kShownLine), *batch.stopped_behind);
+  }
+}
+
+void ShellSession::show_batch_failures(const BatchRun& batch) {
+  if (batch.failures.empty()) return;
+  file_lines_ += batch.lines;
+  if (!look_.terminal) {
+    failures_ += batch.failures.size();
+    report_failures(batch.failures, report_);
+    return;
+  }
+  const bool was_in_file = std::exchange(in_file_, true);
+  const size_t shown_failures = std::min(batch.failures.size(), kShownFailures);
+  for (size_t i = 0; i < shown_failures; ++i) {
+    const FailedLine& failed = batch.failures[i];
+    if (failed.code == 0) {
+      fail(failed.place, shown(failed.answer), {});
+    } else {
+      show_answer(failed.text, failed.code, failed.answer, failed.place);
+    }
+  }
+  in_file_ = was_in_file;
+  failures_ += batch.failures.size() - shown_failures;
+  if (!in_file_) {
+    tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
+  }
 }
 
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
@@ -352,6 +384,7 @@ void ShellSession::run_file(const std::string& file) {
   if (!S_ISREG(status.st_mode)) throw Failure(tr("{}: is no regular file", shown(file)));
   LineReader reader(file == "-" ? "./-" : file, &interrupted);
   const uint64_t before = failures_;
+  const uint64_t lines_before = file_lines_;
   SourceLine line;
   in_file_ = true;
   try {
@@ -378,6 +411,6 @@ void ShellSession::run_file(const std::string& file) {
     streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " +
                     tr_count(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");
   } else if (failed != 0) {
-    tell(streams_, tr("{} of {} lines failed", failed, line.number));
+    tell(streams_, tr("{} of {} lines failed", failed, file_lines_ - lines_before));
   }
 }

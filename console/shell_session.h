@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "batch_run.h"
 #include "failure_report.h"
 #include "language.h"
 #include "library.h"
@@ -44,7 +45,7 @@ class ShellSession {
   bool quit() const { return quit_; }
   void stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
-  // Lines of ".batch" files that were run.
+  // Lines of ".batch" files, and of batches with failures, that were run.
   uint64_t file_lines() const { return file_lines_; }
   Completion complete(std::string_view line, size_t cursor) const {
     return completer_.complete(line, cursor);
@@ -52,6 +53,8 @@ class ShellSession {
 
  private:
   void run(const std::string& text, const std::string& place);
+  void run_batch(const std::string& text, const std::string& place);
+  void show_batch_failures(const BatchRun& batch);
   void show_answer(const std::string& text, long code, const std::string& answer,
                    const std::string& place);
   void tell_stop(const std::string& file, uint64_t line);

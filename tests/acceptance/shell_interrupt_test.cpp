@@ -17,6 +17,7 @@
 using testing::Contains;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -196,6 +197,7 @@ TEST_F(ShellInterrupt, AnItalianReadsItToo) {
 TEST_F(ShellInterrupt, InAPipeItEndsTheShellWithTheReceiptKept) {
   folder_.write("long.cmd", batch("CHIU\n"));
   folder_.write("lines", "VEND REP=1, PRE=8.00\n@long.cmd\nCHIU\n");
+  const TestFolder temporary;
   ASSERT_EQ(0, mkfifo(folder_.path("begun").c_str(), 0600));
   ASSERT_EQ(0, mkfifo(folder_.path("held").c_str(), 0600));
   const std::string program = std::string(LORIMAT_BIN_FOLDER) + "/lorimat";
@@ -208,8 +210,11 @@ TEST_F(ShellInterrupt, InAPipeItEndsTheShellWithTheReceiptKept) {
        "read -r -t 60 line <&8; kill -INT $pid\n"
        "dd if=held iflag=nonblock of=/dev/null 2>/dev/null; wait $pid",
        "bash", program},
-      {.folder = folder_.path()});
+      {.folder = folder_.path(), .environment = {{"TMPDIR", temporary.path()}}});
   EXPECT_EQ(130, run.exit_code);
+  // What had failed is shown, and the error file of it is gone.
+  EXPECT_THAT(run.errors, HasSubstr("long.cmd:4: code 257: "));
+  EXPECT_THAT(temporary.names(), IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(std::string("\n@long.cmd") + kStopped));
   EXPECT_THAT(run.errors, HasSubstr("lorimat: stopped by Ctrl-C behind line 2\n"));
   const int last = number_behind(run.errors, std::string("\n@long.cmd") + kStopped);
