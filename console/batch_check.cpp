@@ -8,7 +8,7 @@
 
 #include "language/handler_fields.h"
 #include "line_encoding.h"
-#include "number_reading.h"
+#include "line_traps.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/front/messages.h"
@@ -40,12 +40,13 @@ bool is_field_number(int number) { return number >= 1 && number <= MAXCAMPI; }
 class LineCheck {
  public:
   LineCheck(const Language& language, const std::vector<CommandWord>& words,
-            const std::vector<std::string>& symbols, Findings& findings, const SourceLine& line,
-            std::string cleaned, size_t dropped)
+            const std::vector<std::string>& symbols, Findings& findings, SequenceTraps& sequence,
+            const SourceLine& line, std::string cleaned, size_t dropped)
       : language_(language),
         words_(words),
         symbols_(symbols),
         findings_(findings),
+        sequence_(sequence),
         line_(line),
         text_(std::move(cleaned)),
         dropped_(dropped) {}
@@ -63,10 +64,15 @@ class LineCheck {
     name_ = language_.command_name(opcode_);
     if (name_.empty()) name_ = word;
     // The fields come first: the library looks for the command's handler behind them.
-    if (check_fields(position) && find_handler(opcode_) == nullptr) {
+    if (!check_fields(position)) return;
+    if (find_handler(opcode_) == nullptr) {
       add(Severity::kError, "command-not-supported", 1, syntax_error(INSTRUCTION_NOT_SUPPORTED),
           tr("{} has the number {}, which is no command of the library", word, opcode_));
+      return;
     }
+    find_line_traps(language_, opcode_, name_, given_fields_,
+                    [this](FoundTrap found, uint64_t column) { add(std::move(found), column); });
+    sequence_.take(opcode_, name_, {line_.number, 1 + dropped_, line_.text});
   }
 
  private:
@@ -80,6 +86,14 @@ class LineCheck {
     finding.code = code;
     finding.what = std::move(what);
     finding.suggestion = std::move(suggestion);
+    finding.source = line_.text;
+    findings_.add(std::move(finding));
+  }
+
+  void add(const FoundTrap& found, uint64_t column) {
+    Finding finding = trap_finding(found);
+    finding.line = line_.number;
+    finding.column = column + dropped_;
     finding.source = line_.text;
     findings_.add(std::move(finding));
   }
@@ -130,7 +144,7 @@ class LineCheck {
         refuse_field(key.data(), start, failure);
         return false;
       }
-      take_field(key.data(), value.data(), number, start);
+      take_field(key.data(), value.data(), number, start, position, quoted);
     }
     if (verdict != 0) {
       add(Severity::kError, "field-missing", 1, syntax_error(CAMPO_OBBLIGATORIO),
@@ -139,7 +153,9 @@ class LineCheck {
     return verdict == 0;
   }
 
-  void take_field(const std::string& key, const std::string& value, int number, int start) {
+  // The field began at start, and the next one begins at end.
+  void take_field(const std::string& key, const std::string& value, int number, int start, int end,
+                  bool quoted) {
     if (given_[static_cast<size_t>(number)]) {
       add(Severity::kWarning, "field-twice", start, 0,
           tr("field {} is given twice; the last value counts", key));
@@ -151,11 +167,21 @@ class LineCheck {
       add(Severity::kWarning, "field-not-read", start, 0,
           tr("{} does not read field {}: it has no effect", name_, key));
     }
-    const std::string other = other_number(opcode_, number, value);
-    if (!other.empty()) {
-      add(Severity::kWarning, "number-misread", start, 0,
-          tr("field {} has more digits than the library takes, which reads {}", key, other));
-    }
+    GivenField field = {number, key, value, "", quoted, static_cast<uint64_t>(start)};
+    if (!quoted) field.written = written_value(start, end);
+    given_fields_.push_back(std::move(field));
+  }
+
+  // What stands behind the "=" of an unquoted field.
+  std::string written_value(int start, int end) const {
+    const size_t begin = static_cast<size_t>(start) - 1;
+    std::string text = text_.substr(begin, static_cast<size_t>(end) - 1 - begin);
+    text.resize(std::min(text.find('\0'), text.size()));
+    const size_t equals = text.find('=');
+    if (equals == std::string::npos) return {};
+    text = text.substr(std::min(text.find_first_not_of("= ", equals), text.size()));
+    while (!text.empty() && (text.back() == ' ' || text.back() == ',')) text.pop_back();
+    return text;
   }
 
   std::string missing_fields() const {
@@ -171,7 +197,12 @@ class LineCheck {
 
   void refuse_field(const std::string& key, int start, int failure) {
     const std::vector<std::string> names = field_names();
-    if (key.empty()) {
+    if (const GivenField* before = field_before_decimal_comma(given_fields_, key)) {
+      add({Trap::kDecimalComma,
+           {before->key, key},
+           fmt::format("{}={}.{}", before->key, before->value, key)},
+          static_cast<uint64_t>(start));
+    } else if (key.empty()) {
       add(Severity::kError, "field-without-name", start, CLASS_SYNTAX + failure,
           tr("a field without a name"));
     } else if (failure == FIELD_NAME_NOT_UNIC) {
@@ -234,12 +265,14 @@ class LineCheck {
   const std::vector<CommandWord>& words_;
   const std::vector<std::string>& symbols_;
   Findings& findings_;
+  SequenceTraps& sequence_;
   const SourceLine& line_;
   std::string text_;
   size_t dropped_;  // characters in front of the text
   int opcode_ = 0;
   std::string name_;
   std::array<bool, MAXCAMPI + 1> given_{};
+  std::vector<GivenField> given_fields_;
 };
 
 }  // namespace
@@ -248,7 +281,14 @@ BatchCheck::BatchCheck(const Language& language, Findings& findings)
     : language_(language),
       findings_(findings),
       words_(language.commands()),
-      symbols_(language.symbols()) {}
+      symbols_(language.symbols()),
+      sequence_(language, [&findings](FoundTrap found, const LinePlace& place) {
+        Finding finding = trap_finding(found);
+        finding.line = place.line;
+        finding.column = place.column;
+        finding.source = place.source;
+        findings.add(std::move(finding));
+      }) {}
 
 // What the eye does not see. A line that is too long or holds a NUL byte is not looked at
 // further: the library would not run what stands there.
@@ -302,5 +342,6 @@ void BatchCheck::take(const SourceLine& line) {
   if (length == 0) return;
   cleaned.resize(static_cast<size_t>(length));
   const size_t dropped = mark + source.find_first_not_of(" \t");
-  LineCheck(language_, words_, symbols_, findings_, line, std::move(cleaned), dropped).run();
+  LineCheck(language_, words_, symbols_, findings_, sequence_, line, std::move(cleaned), dropped)
+      .run();
 }

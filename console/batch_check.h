@@ -6,6 +6,7 @@
 #include "finding.h"
 #include "language.h"
 #include "line_reader.h"
+#include "sequence_traps.h"
 
 class BatchCheck {
  public:
@@ -13,6 +14,8 @@ class BatchCheck {
   BatchCheck(const Language& language, Findings& findings);
 
   void take(const SourceLine& line);
+  // Behind the last line: what the lines leave behind.
+  void finish() { sequence_.finish(); }
   uint64_t lines() const { return lines_; }        // lines taken
   uint64_t commands() const { return commands_; }  // that hold more than a comment
 
@@ -23,6 +26,7 @@ class BatchCheck {
   Findings& findings_;
   std::vector<CommandWord> words_;
   std::vector<std::string> symbols_;
+  SequenceTraps sequence_;
   uint64_t lines_ = 0;
   uint64_t commands_ = 0;
 };

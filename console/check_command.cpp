@@ -120,6 +120,8 @@ class Checker {
         add_utf16(findings);
       } else if (definition) {
         definition->finish();
+      } else {
+        batch->finish();
       }
     }
     errors_ += findings.errors();

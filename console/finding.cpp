@@ -99,6 +99,7 @@ std::string finding_text(const std::string& file, const Finding& finding, bool c
                   shown(finding.what));
   if (!finding.effect.empty()) text += ": " + shown(finding.effect);
   text += better_word(finding);
+  if (!finding.remedy.empty()) text += tr("; write {}", shown(finding.remedy));
   if (finding.code != 0) text += tr(" (code {})", finding.code);
   text += '\n';
   if (finding.column != 0 && !finding.source.empty()) {
@@ -115,5 +116,6 @@ Json finding_json(const Finding& finding) {
   json["what"] = finding.what;
   if (!finding.effect.empty()) json["effect"] = finding.effect;
   if (!finding.suggestion.empty()) json["suggestion"] = finding.suggestion;
+  if (!finding.remedy.empty()) json["remedy"] = finding.remedy;
   return json;
 }

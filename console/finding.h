@@ -18,6 +18,7 @@ struct Finding {
   std::string what;        // the fault
   std::string effect;      // what the library does with it; may be empty
   std::string suggestion;  // a better word; may be empty
+  std::string remedy;      // what to write instead, where no word alone says it; may be empty
   std::string source;      // the line, to be shown with a caret under the column; may be empty
 };
 

@@ -28,8 +28,6 @@ std::span<const ItalianText> italian_check_texts() {
       {"'{}' is no word for a value; {}", "'{}' non è una parola che indichi un valore; {}"},
       {"capitals count", "maiuscole e minuscole contano"},
       {"a text needs quotes", "un testo va tra apici"},
-      {"field {} has more digits than the library takes, which reads {}",
-       "il campo {} ha più cifre di quante la libreria ne prende, e questa legge {}"},
       {"is a comma missing?", "manca una virgola?"},
       {"the line begins with a byte order mark", "la riga comincia con un byte order mark"},
       {"the library takes it for a part of the line, and finds no command",

@@ -1,8 +1,25 @@
-// Numbers that the library reads as another one: those with more digits than it has room for.
+// How the library reads the numbers of a line.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
-// What the library reads in this field of a command; empty where it is what stands there, and where
-// the field takes no number, or one that is not known.
-std::string other_number(int opcode, int field, const std::string& value);
+enum class NumberKind { kNone, kPrice, kPercentage, kQuantity, kDepartment, kWhole };
+
+// What a field takes; kNone for one that takes no number.
+NumberKind number_kind(int opcode, int field);
+
+struct NumberReading {
+  bool plain = false;  // digits, a point at most, a minus in front
+  int64_t value = 0;   // what the library reads, in the units of its kind
+  std::string text;    // the same as a decimal number
+  bool exact = false;  // whether that is what is written; for a plain number
+};
+
+NumberReading read_number(NumberKind kind, const std::string& value);
+
+// A price in ten-thousandths as a decimal number.
+std::string decimal_text(int64_t price);
+
+// The number as it was probably meant: "1.50" for "1,50"; empty when that is no guess to make.
+std::string likely_number(NumberKind kind, const std::string& value);

@@ -4,3 +4,4 @@
 VEND REP=2, QTA=3, PRE=1.50, DES='CORNETTO'
 CHIU
 DOCANNULLO AUTO
+CLEAR                   ; the void has ended by itself: without this no sale opens a receipt

@@ -256,7 +256,7 @@ TEST(CheckBatch, NumbersOfMoreDigitsThanTheLibraryTakesAreWarnedOf) {
   EXPECT_THAT(run.output, EndsWith(": 0 errors, 5 warnings\n"));
   EXPECT_THAT(findings("VEND REP=1, QTA=2147483.647, PRE=123456789.1234\n"
                        "VEND ART=99999999999999999999, PRE=-1.5\n"
-                       "CHIU IMP=0.30, TEND=99999999999999999999\n",
+                       "CHIU IMP=0.30\n",
                        0),
               IsEmpty());
 }

@@ -262,6 +262,13 @@ TEST_F(ShellHints, ThePlaceIsMarkedAndABetterWordNamed) {
             parser_hint(language_, "VEND REP=1, PER=2", 80));
 }
 
+TEST_F(ShellHints, ACommaIsTakenForADecimalComma) {
+  EXPECT_EQ("  VEND REP=1, PRE=1,50\n                    ^\n"
+            "  a comma ends field PRE, and '50' is taken for the name of the next one;\n"
+            "  decimals stand behind a point; did you mean PRE=1.50?\n",
+            parser_hint(language_, "VEND REP=1, PRE=1,50", 80));
+}
+
 TEST_F(ShellHints, ALineThatIsReadHasNone) {
   EXPECT_EQ("", parser_hint(language_, "VEND REP=1, PRE=2", 80));
   EXPECT_EQ("", parser_hint(language_, "@file", 80));

@@ -332,6 +332,11 @@ TEST(ConsoleTexts, SentencesThatAreNotForTranslationAreKnown) {
       ".fault clear",                     // what is typed in the shell
       "help, quit, exit",                 // the same
       "Complete a word of the language",  // for the line editor, which does not show it
+      "bare flag",                        // with which docs/language.md says what a field takes
+      "highest price",
+      "preset price",
+      "up to ",
+      "made small letters",
   };
   const std::regex sentence("[A-Za-z]{2,}[,;:]? [a-z]{2,}");
   const std::regex query("^ *(SELECT|INSERT|DELETE|CREATE|PRAGMA|ATTACH|UPDATE|BEGIN) ");

@@ -1,0 +1,113 @@
+#include "console/line_traps.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+#include "console/batch_check.h"
+#include "console/number_reading.h"
+#include "pal/protocols/lorimat/ecrcmdcommand.h"
+#include "unit/support/null_client.h"
+
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+std::string text_of(const std::string& name) {
+  std::ifstream file(std::string(LORIMAT_SOURCE_DIR) + "/" + name);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::set<std::string> rules_of(const Language& language, const std::string& line) {
+  Findings findings;
+  BatchCheck(language, findings).take({1, line, line.size(), 0});
+  std::set<std::string> rules;
+  for (const Finding& finding : findings.sorted()) rules.insert(finding.rule);
+  return rules;
+}
+
+// Keeps the tender that it was given.
+class TenderClient : public NullClient {
+ public:
+  int PrintRecTotalEx(int64_t, const char* tender, bool) override {
+    tender_ = tender;
+    return 0;
+  }
+  std::string tender_;
+};
+
+}  // namespace
+
+// A number of the table has an identifier of its own; any other goes to the device as it stands.
+TEST(LineTraps, TheTendersAreThoseOfTheLibrary) {
+  const Language language = Language::from_text(text_of("language/merkelin.ini"));
+  TenderClient client;
+  EcrCmdCommand& translator = language.translator();
+  translator.TStato.bInitOK = true;
+  translator.rtfClient_ = &client;
+  for (int tender = 0; tender <= 400; ++tender) {
+    const std::string number = std::to_string(tender);
+    std::string line = "CHIU TEND=" + number;
+    std::array<char, 4096> answer{};
+    ASSERT_EQ(0, translator.EcrCmd(line.data(), answer.data()));
+    // The voucher is 30 on both sides.
+    const bool known = client.tender_ != number || tender == 30;
+    EXPECT_EQ(known, rules_of(language, "CHIU TEND=" + number).count("tender-unknown") == 0)
+        << tender;
+  }
+}
+
+TEST(LineTraps, EachHasARuleOfItsOwnAndSentences) {
+  std::set<std::string> rules;
+  const std::string page = text_of("docs/console.md");
+  for (const TrapSentences& row : trap_sentences()) {
+    EXPECT_TRUE(rules.insert(row.rule).second) << row.rule;
+    EXPECT_NE(std::string::npos, page.find("`" + std::string(row.rule) + "`")) << row.rule;
+    const Finding finding = trap_finding({row.trap, {"A", "B", "C", "D", "E"}, ""});
+    EXPECT_EQ(row.rule, finding.rule);
+    EXPECT_THAT(finding.what, Not(IsEmpty())) << row.rule;
+  }
+  // The table has a row for each kind.
+  EXPECT_EQ(static_cast<size_t>(Trap::kSubtotalDiffers) + 1, rules.size());
+}
+
+TEST(NumberReading, ReadsAsTheLibraryDoes) {
+  EXPECT_EQ("150", read_number(NumberKind::kPrice, "1,50").text);
+  EXPECT_EQ("0", read_number(NumberKind::kPrice, "1.234,56").text);
+  EXPECT_EQ("0.5", read_number(NumberKind::kPrice, ".5").text);
+  EXPECT_EQ("-12.3456", read_number(NumberKind::kPrice, "-12.3456").text);
+  EXPECT_EQ("0.704", read_number(NumberKind::kQuantity, "4294968").text);
+  EXPECT_EQ("2147483647", read_number(NumberKind::kDepartment, "4294967297").text);
+  EXPECT_EQ("0", read_number(NumberKind::kWhole, "VERO").text);
+}
+
+TEST(NumberReading, KnowsWhatIsReadAsItIsWritten) {
+  for (const char* number : {"1", "01", "1.50", "1.5000", ".5", "5.", "-0", "-1.5", "0.0001"}) {
+    EXPECT_TRUE(read_number(NumberKind::kPrice, number).exact) << number;
+  }
+  for (const char* number : {"1.50000", "0.00001", "9999999999999999999"}) {
+    EXPECT_TRUE(read_number(NumberKind::kPrice, number).plain) << number;
+    EXPECT_FALSE(read_number(NumberKind::kPrice, number).exact) << number;
+  }
+  for (const char* number : {"", "-", ".", "1,5", "1 ", "1.2.3", "+1", "1e3"}) {
+    EXPECT_FALSE(read_number(NumberKind::kPrice, number).plain) << number;
+  }
+}
+
+TEST(NumberReading, GuessesTheNumberThatWasMeant) {
+  EXPECT_EQ("1.50", likely_number(NumberKind::kPrice, "1,50"));
+  EXPECT_EQ("1234.56", likely_number(NumberKind::kPrice, "1.234,56"));
+  EXPECT_EQ("1234.56", likely_number(NumberKind::kPrice, "1,234.56"));
+  EXPECT_EQ("1234567", likely_number(NumberKind::kPrice, "1.234.567"));
+  EXPECT_EQ("1234.5", likely_number(NumberKind::kPrice, "1 234,5"));
+  EXPECT_EQ("1.5", likely_number(NumberKind::kQuantity, "1,5"));
+  for (const char* number : {"", ",", "x", "1e3", "1,23456", "1-2", "EUR 5"}) {
+    EXPECT_EQ("", likely_number(NumberKind::kPrice, number)) << number;
+  }
+}
