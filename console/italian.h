@@ -18,6 +18,7 @@ std::span<const ItalianText> italian_backup_texts();
 std::span<const ItalianText> italian_check_texts();
 std::span<const ItalianText> italian_codes_texts();
 std::span<const ItalianText> italian_help_texts();
+std::span<const ItalianText> italian_journal_texts();
 std::span<const ItalianText> italian_register_texts();
 std::span<const ItalianText> italian_messages_texts();
 std::span<const ItalianText> italian_examples_texts();

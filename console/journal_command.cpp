@@ -13,11 +13,11 @@
 #include "clock_text.h"
 #include "failure.h"
 #include "interrupt.h"
+#include "journal_finding.h"
 #include "json_text.h"
 #include "notices.h"
 #include "progress.h"
 #include "register/register_file.h"
-#include "register_messages.h"
 #include "register_options.h"
 #include "register_text.h"
 #include "styles.h"
@@ -262,19 +262,27 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
     return interrupt_exit();
   }
   if (options.json) {
+    const EnglishMessages english;
+    Json texts = Json::array();
+    Json codes = Json::array();
+    for (const lorimat::Finding& finding : check.findings) {
+      texts.push_back(journal_finding_text(finding));
+      codes.push_back(journal_finding_code(finding));
+    }
     streams.output(json_text({{"file", name},
                               {"good", check.good()},
                               {"entries", check.entries},
                               {"documents", check.documents},
-                              {"findings", check.findings},
+                              {"findings", texts},
+                              {"finding_codes", codes},
                               {"findings_left_out", check.findings_left_out}}));
     return check.good() ? kExitGood : kExitFaults;
   }
   const bool colours = streams.output_has_colours();
   std::string text;
-  for (const std::string& finding : check.findings) {
+  for (const lorimat::Finding& finding : check.findings) {
     text += fmt::format("{}: {}\n", shown(name),
-                        styled(shown(register_message(finding)), Style::kError, colours));
+                        styled(shown(journal_finding_text(finding)), Style::kError, colours));
   }
   if (check.findings_left_out != 0) {
     text += tr("{}: {} more findings are not shown\n", shown(name), check.findings_left_out);

@@ -5,6 +5,6 @@
 #include <string>
 #include <string_view>
 
-// The translation of a message of the register, of its pictures or of the check of its journal;
-// the message itself when it is none that is known.
+// The translation of a message of the register or of its pictures; the message itself when it is
+// none that is known.
 std::string register_message(std::string_view english);

@@ -52,6 +52,7 @@ void RegisterCore::Make() {
   InsertTables(database, tables);
   StoreSettings(database, *this, RegisterState{});
   store.MakeLedger(given.last_closure, given.last_invoice);
+  store.BeginChain(Now());
   database.Commit();
 }
 
@@ -86,6 +87,8 @@ void RegisterCore::Keep() {
     if (!database.in_unit()) database.Begin(fiscal);
     if (programmed) StoreTables(database, tables);
     if (set) StoreSettings(database, *this, kept_);
+    const bool chained = ChainedTablesChange(tables);
+    if (set || chained) store.NoteProgrammed(set, chained, Now());
     store.Keep();
     if (open_moved) StoreOpenDocument(database, *this, open_record);
     if (printed) StoreRoll(database, paper, kept_paper_);

@@ -1,9 +1,12 @@
 #include "register/journal_check.h"
 
-#include <fmt/format.h>
-
+#include <optional>
 #include <utility>
 
+#include "register/chain.h"
+#include "register/chain_state.h"
+#include "register/file_check.h"
+#include "register/record.h"
 #include "register/store_facts.h"
 #include "register/store_rows.h"
 
@@ -12,36 +15,12 @@ namespace {
 
 constexpr uint64_t kProgressStep = 256;
 
-struct EntryName {
-  int kind;
-  const char* name;
-};
-constexpr EntryName kEntryNames[] = {
-    {kJournalSale, "receipt"},
-    {kJournalInvoice, "invoice"},
-    {kJournalRefund, "credit note"},
-    {kJournalCancel, "void"},
-    {kJournalAbandoned, "cancelled document"},
-    {kJournalClosure, "closing"},
-    {kJournalNonFiscal, "non-fiscal document"},
-};
-
-// "receipt 0001-0005".
-std::string NameOf(const JournalEntry& entry) {
-  std::string name = "document";
-  for (const EntryName& row : kEntryNames) {
-    if (row.kind == entry.kind) name = row.name;
-  }
-  if (entry.kind == kJournalClosure) return fmt::format("{} {:04}", name, entry.closure);
-  if (entry.kind == kJournalInvoice) return fmt::format("{} {}", name, entry.number);
-  if (entry.number != 0) return fmt::format("{} {:04}-{:04}", name, entry.closure, entry.number);
-  return name;
-}
-
-// Non-fiscal documents are counted whether or not they go into the journal.
-bool SameCounts(const DailyCounters& a, const DailyCounters& b) {
-  return a.documents == b.documents && a.sales == b.sales && a.invoices == b.invoices &&
-         a.refunds == b.refunds && a.cancels == b.cancels && a.abandoned == b.abandoned;
+// The first event, when it is what the chain begins with.
+std::optional<ChainEvent> FirstEvent(Database& database) {
+  Statement row =
+      database.Prepare("SELECT " LORIMAT_EVENT_COLUMNS " FROM event WHERE place = 1 AND kind = 1");
+  if (!row.Step()) return std::nullopt;
+  return ReadEvent(row);
 }
 
 class Checker {
@@ -53,61 +32,137 @@ class Checker {
   JournalCheck Run(const std::function<bool(uint64_t, uint64_t)>& progress) {
     // Damaged pages end the reading: what was found before them is told all the same.
     try {
-      CheckFile();
+      CheckPages(database_, [this](Finding finding) {
+        check_.damaged = true;
+        Find(std::move(finding));
+      });
     } catch (const RegisterError& failure) {
-      Find("{}", failure.cause());
-      check_.damaged = true;
+      Unreadable(failure);
     }
     try {
       CheckRows(progress);
     } catch (const RegisterError& failure) {
-      if (check_.findings.empty() || check_.findings.back() != failure.cause()) {
-        Find("{}", failure.cause());
-      }
-      check_.damaged = true;
+      Unreadable(failure);
     }
     return std::move(check_);
   }
 
  private:
+  void Unreadable(const RegisterError& failure) {
+    Finding finding = {.kind = FindingKind::kUnreadable, .text = failure.cause()};
+    if (check_.findings.empty() || check_.findings.back() != finding) Find(std::move(finding));
+    check_.damaged = true;
+  }
+
   void CheckRows(const std::function<bool(uint64_t, uint64_t)>& progress) {
-    Statement strangers = database_.Prepare("PRAGMA foreign_key_check");
-    while (strangers.Step()) Find("file: a row of {} belongs to nothing", strangers.Text(0));
+    CheckReferences(database_, finder_);
+    const std::optional<ChainEvent> first = FirstEvent(database_);
+    std::optional<Beginning> beginning;
+    if (first) beginning = ReadBeginning(first->value);
+    if (!beginning) Find({.kind = FindingKind::kNoBeginning});
+    if (first) begun_behind_ = first->entry;
+    state_.emplace(beginning, finder_);
     const uint64_t all = store_.journal_count();
     Statement rows =
         database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal ORDER BY place");
+    Statement events =
+        database_.Prepare("SELECT " LORIMAT_EVENT_COLUMNS " FROM event ORDER BY place");
+    next_event_ = events.Step();
     bool whole = true;
     while (whole && rows.Step()) {
+      CheckEvents(events, rows.Integer(0));
       CheckEntry(rows);
       ++check_.entries;
       if (progress && check_.entries % kProgressStep == 0) whole = progress(check_.entries, all);
     }
     // Somebody stopped it: nothing can be said of the end.
     if (!whole) return;
+    CheckEvents(events, std::nullopt);
     CheckEnd();
+    CheckValues(database_, finder_);
     if (progress) static_cast<void>(progress(check_.entries, all));
   }
 
-  template <typename... Values>
-  void Find(fmt::format_string<Values...> text, Values&&... values) {
+  void Find(Finding finding) {
     if (check_.findings.size() < JournalCheck::kMostFindings) {
-      check_.findings.push_back(fmt::format(text, std::forward<Values>(values)...));
+      check_.findings.push_back(std::move(finding));
     } else {
       ++check_.findings_left_out;
     }
   }
+  void Find(FindingKind kind, int64_t place, const JournalEntry& entry, int64_t value = 0,
+            int64_t expected = 0) {
+    Finding finding = Of(kind, place, entry);
+    finding.value = value;
+    finding.expected = expected;
+    Find(std::move(finding));
+  }
+  static Finding Of(FindingKind kind, int64_t place, const JournalEntry& entry) {
+    return {.kind = kind,
+            .entry = place,
+            .document = entry.kind,
+            .closure = entry.closure,
+            .number = entry.number};
+  }
+  // Those of a row of documents.
+  static Finding Of(FindingKind kind, const Statement& row) {
+    constexpr JournalKind kKinds[] = {kJournalSale, kJournalInvoice, kJournalRefund,
+                                      kJournalCancel};
+    Finding finding = {.kind = kind, .closure = row.Integer(2), .number = row.Integer(3)};
+    const int64_t index = row.Integer(1);
+    if (index >= 0 && index < 4) finding.document = kKinds[index];
+    return finding;
+  }
 
-  // The pages of the file, indexes included.
-  void CheckFile() {
-    Statement rows = database_.Prepare("PRAGMA integrity_check(20)");
-    while (rows.Step()) {
-      if (rows.Text(0) == "ok") continue;
-      // A row may have several lines, the first of them with the name of the database in asterisks.
-      for (const std::string& line : SplitLines(rows.Text(0))) {
-        if (line.rfind("*** ", 0) == 0) continue;
-        Find("the file is damaged ({})", line);
-        check_.damaged = true;
+  // --- The links of the chain
+
+  // Whether the hash of a link is the one that follows the link before, by `hash_behind`. Where
+  // the hash of that one was changed, this one shows that it was another.
+  template <typename HashBehind>
+  bool Follows(std::string hash, HashBehind hash_behind) {
+    std::string right = hash_behind(previous_);
+    const bool fits = right == hash || hash_behind(computed_) == hash;
+    computed_ = std::move(right);
+    previous_ = std::move(hash);
+    return fits;
+  }
+
+  // Those ahead of the entry in a place, or all that are left.
+  void CheckEvents(Statement& events, std::optional<int64_t> entry) {
+    for (; next_event_ && (!entry || events.Integer(1) < *entry); next_event_ = events.Step()) {
+      CheckEvent(events);
+    }
+  }
+
+  void CheckEvent(const Statement& row) {
+    const int64_t place = row.Integer(0);
+    const int64_t expected = last_event_ + 1;
+    const bool gap = place != expected;
+    if (gap) {
+      const bool one = place == expected + 1;
+      Find({.kind = one ? FindingKind::kEventMissing : FindingKind::kEventsMissing,
+            .entry = expected,
+            .last = place - 1});
+    }
+    last_event_ = place;
+    event_is_last_ = true;
+    try {
+      const ChainEvent event = ReadEvent(row);
+      const bool fits = Follows(
+          event.hash, [&event](const std::string& previous) { return EventHash(previous, event); });
+      if (!fits && !gap && !after_gap_) {
+        Find({.kind = FindingKind::kEventHash, .entry = place});
       }
+      after_gap_ = false;
+      if (event.place == 1 && day_closure_ == 0) {
+        if (const std::optional<Beginning> beginning = ReadBeginning(event.value)) {
+          day_closure_ = beginning->last_closure + 1;
+        }
+      }
+      state_->Add(event);
+    } catch (const DamageError&) {
+      Find({.kind = FindingKind::kEventUnreadable, .entry = place});
+      after_gap_ = true;
     }
   }
 
@@ -115,39 +170,37 @@ class Checker {
     const int64_t place = row.Integer(0);
     const int64_t expected = last_place_ + 1;
     if (place < 1) {
-      Find("entry {}: no place in the journal", place);
+      Find({.kind = FindingKind::kEntryWithoutPlace, .entry = place});
       return;
     }
     const bool gap = place != expected;
-    if (gap && place == expected + 1) Find("entry {}: missing", expected);
-    if (gap && place != expected + 1) Find("entries {} to {}: missing", expected, place - 1);
+    if (gap) {
+      const bool one = place == expected + 1;
+      Find({.kind = one ? FindingKind::kEntryMissing : FindingKind::kEntriesMissing,
+            .entry = expected,
+            .last = place - 1});
+    }
     last_place_ = place;
+    event_is_last_ = false;
     JournalEntry entry;
     try {
       entry = ReadEntry(database_, row);
     } catch (const DamageError&) {
-      Find("entry {}: it cannot be read", place);
+      Find({.kind = FindingKind::kEntryUnreadable, .entry = place});
       after_gap_ = true;
       day_closure_ = 0;
       return;
     }
-    if (entry.kind == kJournalAbandoned) ++counters_.abandoned;
+    if (entry.kind == kJournalAbandoned) state_->CountAbandoned();
     const std::optional<std::string> facts = Facts(place, entry);
-    const std::string hash =
-        EntryHash(previous_, static_cast<uint64_t>(place), entry, facts.value_or(""));
-    // Where the hash of the entry before was changed, this one shows that it was another.
-    const bool fits = hash == entry.hash || EntryHash(computed_, static_cast<uint64_t>(place),
-                                                      entry, facts.value_or("")) == entry.hash;
+    const bool fits = Follows(entry.hash, [&](const std::string& previous) {
+      return EntryHash(previous, static_cast<uint64_t>(place), entry, facts.value_or(""));
+    });
     // Behind a gap there is no hash to go on from, and without its facts none to compare.
-    if (!fits && !gap && !after_gap_ && facts) {
-      Find("entry {}, {}: its hash does not fit: the entry, or what it stands for, was changed",
-           place, NameOf(entry));
-    }
+    if (!fits && !gap && !after_gap_ && facts) Find(FindingKind::kEntryHash, place, entry);
     if (gap || after_gap_) day_closure_ = 0;
     FollowDays(place, entry, fits && !gap);
     after_gap_ = false;
-    computed_ = hash;
-    previous_ = std::move(entry.hash);
   }
 
   // Every entry belongs to the closing that ends its day, and the days count on by one: otherwise
@@ -159,11 +212,12 @@ class Checker {
       return;
     }
     if (day_closure_ != 0 && entry.closure != day_closure_) {
-      Find("entry {}, {}: it is of the day {:04}, and the day was {:04}", place, NameOf(entry),
-           entry.closure, day_closure_);
+      Find(FindingKind::kEntryDay, place, entry, entry.closure, day_closure_);
     }
     day_closure_ = int64_t{entry.closure} + (closing ? 1 : 0);
   }
+
+  // --- What they stand for
 
   // The facts that an entry stands for, compared with the sums on the way. Nothing when they are
   // not there.
@@ -171,7 +225,7 @@ class Checker {
     if (entry.kind == kJournalClosure) return ClosingFacts(place, entry);
     if (entry.document == 0) return std::string();
     if (entry.document <= last_document_) {
-      Find("entry {}, {}: its document has an entry already", place, NameOf(entry));
+      Find(FindingKind::kDocumentTwice, place, entry);
       return std::nullopt;
     }
     FindDocumentsWithoutEntry(entry.document);
@@ -179,13 +233,14 @@ class Checker {
     try {
       const std::optional<StoredDocument> document = store_.FindById(entry.document);
       if (!document) {
-        Find("entry {}, {}: its document is missing", place, NameOf(entry));
+        Find(FindingKind::kDocumentMissing, place, entry);
         return std::nullopt;
       }
-      Count(*document);
+      ++check_.documents;
+      state_->Add(*document, Of({}, place, entry));
       return DocumentFacts(*document);
     } catch (const DamageError&) {
-      Find("entry {}, {}: its document cannot be read", place, NameOf(entry));
+      Find(FindingKind::kDocumentUnreadable, place, entry);
       return std::nullopt;
     }
   }
@@ -195,56 +250,35 @@ class Checker {
     try {
       found = store_.FindClosures(entry.closure, entry.closure);
     } catch (const DamageError&) {
-      Find("entry {}, {}: the closing cannot be read", place, NameOf(entry));
+      Find(FindingKind::kClosingUnreadable, place, entry);
     }
     std::optional<std::string> facts;
     if (found.size() == 1) {
       const Closure& closure = found[0];
       facts = ClosureFacts(closure);
-      CheckSums(NameOf(entry), closure.totals, closure.counters, closure.grand_total);
-      closed_.Add(closure.totals);
+      DailyCounters counters = closure.counters;
+      // Earlier on nothing tells how many non-fiscal documents the journal does not have.
+      if (place <= begun_behind_) counters.non_fiscal = state_->counters().non_fiscal;
+      if (closure.totals.ToRecord() != state_->day().ToRecord()) {
+        Find(FindingKind::kClosingTotals, 0, entry);
+      }
+      if (counters != state_->counters()) Find(FindingKind::kClosingCounters, 0, entry);
+      if (!Continues(closure.totals, closure.grand_total)) {
+        Find(FindingKind::kClosingGrandTotal, 0, entry);
+      }
       grand_total_ = closure.grand_total;
     } else {
-      Find("entry {}, {}: the closing is missing", place, NameOf(entry));
+      Find(FindingKind::kClosingMissing, place, entry);
     }
-    day_ = Totals();
-    counters_ = DailyCounters();
+    state_->Close(entry.closure, last_document_);
     return facts;
   }
 
-  void CheckSums(const std::string& name, const Totals& totals, const DailyCounters& counters,
-                 Amount grand_total) {
-    if (totals.ToRecord() != day_.ToRecord()) {
-      Find("{}: its totals are not the sum of its documents", name);
-    }
-    if (!SameCounts(counters, counters_)) {
-      Find("{}: its counters are not those of its documents", name);
-    }
+  // Whether the grand total is that of the days before and these totals.
+  bool Continues(const Totals& totals, Amount grand_total) const {
     Amount expected = grand_total_;
     AddTo(&expected, totals.Summary().net());
-    if (grand_total != expected) {
-      Find("{}: the grand total is not that of the days before and this one", name);
-    }
-  }
-
-  void Count(const StoredDocument& document) {
-    ++check_.documents;
-    day_.Add(document);
-    switch (document.kind) {
-      case DocumentKind::kSale:
-        ++counters_.sales;
-        break;
-      case DocumentKind::kInvoice:
-        ++counters_.invoices;
-        break;
-      case DocumentKind::kRefund:
-        ++counters_.refunds;
-        break;
-      case DocumentKind::kCancel:
-        ++counters_.cancels;
-        break;
-    }
-    if (document.kind != DocumentKind::kInvoice) ++counters_.documents;
+    return grand_total == expected;
   }
 
   // Those between the last one that had an entry and this one.
@@ -254,62 +288,113 @@ class Checker {
     rows.With(last_document_, before);
     while (rows.Step()) {
       const int64_t id = rows.Integer(0);
-      if (!open_ || open_->notes.id != id) {
-        Find("document {:04}-{:04}: it has no entry in the journal", rows.Integer(2),
-             rows.Integer(3));
-      }
+      Finding finding = Of(FindingKind::kNoEntry, rows);
+      if (!open_ || open_->notes.id != id) Find(finding);
       try {
-        Count(ReadDocument(database_, rows));
+        const StoredDocument document = ReadDocument(database_, rows);
+        ++check_.documents;
+        state_->Add(document, finding);
       } catch (const DamageError&) {
-        Find("document {:04}-{:04}: it cannot be read", rows.Integer(2), rows.Integer(3));
+        finding.kind = FindingKind::kLoneDocumentUnreadable;
+        Find(std::move(finding));
       }
       last_document_ = id;
     }
   }
 
+  // --- The end
+
   void CheckEnd() {
     const int64_t made = static_cast<int64_t>(store_.journal_count());
-    if (last_place_ == made - 1) {
-      Find("entry {}: missing at the end", made);
-    } else if (last_place_ < made) {
-      Find("entries {} to {}: missing at the end", last_place_ + 1, made);
+    if (last_place_ < made) {
+      const bool one = last_place_ == made - 1;
+      Find({.kind = one ? FindingKind::kEntryMissingAtEnd : FindingKind::kEntriesMissingAtEnd,
+            .entry = last_place_ + 1,
+            .last = made});
     } else if (last_place_ > made) {
-      Find("entry {}: behind the last one, which is {}", last_place_, made);
-    } else if (made > 0 && previous_ != store_.journal_hash()) {
-      Find("entry {}: it is not the one that was made last", made);
+      Find({.kind = FindingKind::kEntryBehindLast, .entry = last_place_, .expected = made});
+    } else if (previous_ != store_.journal_hash()) {
+      Find({.kind = event_is_last_ ? FindingKind::kEventNotLast : FindingKind::kEntryNotLast,
+            .entry = event_is_last_ ? last_event_ : made});
     } else if (day_closure_ != 0 && day_closure_ != int64_t{store_.last_closure()} + 1) {
-      Find("the day: its number is {:04}, and the journal is at {:04}",
-           int64_t{store_.last_closure()} + 1, day_closure_);
+      Find({.kind = FindingKind::kDayNumber,
+            .value = int64_t{store_.last_closure()} + 1,
+            .expected = day_closure_});
     }
+    const int64_t last_with_entry = last_document_;
     FindDocumentsWithoutEntry(INT64_MAX);
     if (last_document_ != store_.document_count()) {
-      Find("documents: {} were registered, the last one there is the {}.", store_.document_count(),
-           last_document_);
+      Find({.kind = FindingKind::kDocumentCount,
+            .value = store_.document_count(),
+            .expected = last_document_});
     }
-    CheckSums("the day", store_.day(), store_.counters(), store_.grand_total());
-    if (closed_.ToRecord() != store_.closed().ToRecord()) {
-      Find("the totals of all days are not the sum of the closings");
+    if (store_.day().ToRecord() != state_->day().ToRecord()) {
+      Find({.kind = FindingKind::kDayTotals});
     }
-    Statement rows = database_.Prepare(
+    DailyCounters counters = store_.counters();
+    if (!state_->begun()) counters.non_fiscal = state_->counters().non_fiscal;
+    if (counters != state_->counters()) Find({.kind = FindingKind::kDayCounters});
+    if (!Continues(store_.day(), store_.grand_total())) {
+      Find({.kind = FindingKind::kDayGrandTotal});
+    }
+    state_->Compare(database_);
+    CheckOpenDocument(last_with_entry);
+    Statement closings = database_.Prepare(
         "SELECT number FROM closure WHERE number NOT IN "
         "(SELECT journal.closure FROM journal WHERE kind = ?) ORDER BY number");
-    rows.With(static_cast<int>(kJournalClosure));
-    while (rows.Step()) Find("closing {:04}: it has no entry in the journal", rows.Integer(0));
+    closings.With(static_cast<int>(kJournalClosure));
+    while (closings.Step()) {
+      Find({.kind = FindingKind::kClosingNoEntry, .closure = closings.Integer(0)});
+    }
+    // Their facts have lines and payments in their order alone.
+    Statement places = database_.Prepare(
+        "SELECT id, kind, closure, number FROM document WHERE id IN "
+        "(SELECT document_line.document FROM document_line GROUP BY document_line.document "
+        "HAVING min(place) <> 1 OR max(place) <> count(*) UNION "
+        "SELECT document_payment.document FROM document_payment GROUP BY document_payment.document "
+        "HAVING min(place) <> 1 OR max(place) <> count(*)) ORDER BY id");
+    while (places.Step()) Find(Of(FindingKind::kLineOrder, places));
+  }
+
+  // What a start goes by that ends the document: one that was paid is the last that was
+  // registered, and has no entry yet.
+  void CheckOpenDocument(int64_t last_with_entry) {
+    if (!open_) return;
+    Statement row = database_.Prepare(
+        "SELECT state, kind, begun, lines, subtotal, (SELECT count(*) FROM open_document) "
+        "FROM open_document");
+    if (!row.Step()) return;
+    const DocumentNotes& notes = open_->notes;
+    bool good = row.Integer(0) == static_cast<int>(open_->state) &&
+                row.Integer(1) == static_cast<int>(open_->kind) &&
+                row.Integer(2) == TimeNumber(notes.begun) && row.Integer(3) == open_->lines &&
+                (notes.cash != CashMove::kNone || row.Integer(4) == open_->subtotal);
+    if (notes.id != 0) {
+      const bool last = notes.id == store_.document_count() && notes.id > last_with_entry;
+      const std::optional<StoredDocument> document = store_.FindById(notes.id);
+      good = good && last && document && document->number == notes.number &&
+             document->kind == open_->kind && document->total == open_->subtotal &&
+             TimeNumber(document->time) == TimeNumber(notes.time);
+    }
+    if (!good) Find({.kind = FindingKind::kOpenDocument});
   }
 
   Database& database_;
   const RegisterStore& store_;
   const std::optional<StoredOpenDocument>& open_;
   JournalCheck check_;
+  const ChainState::Finder finder_ = [this](Finding finding) { Find(std::move(finding)); };
+  std::optional<ChainState> state_;
   int64_t last_place_ = 0;
+  int64_t last_event_ = 0;
+  bool next_event_ = false;     // whether there is one
+  bool event_is_last_ = false;  // of the links so far
+  int64_t begun_behind_ = 0;    // the entries that are older than the beginning
   int64_t last_document_ = 0;
-  std::string previous_;  // the hash of the entry before, as it is stored
+  std::string previous_;  // the hash of the link before, as it is stored
   std::string computed_;  // and as it comes out
   bool after_gap_ = false;
   int64_t day_closure_ = 0;  // that the next entry belongs to; 0: not known
-  Totals day_;
-  Totals closed_;
-  DailyCounters counters_;
   Amount grand_total_ = 0;
 };
 

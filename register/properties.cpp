@@ -43,7 +43,7 @@ int WriteTotalizerScope(RegisterCore& core, int value) {
 int WriteInvoiceNumber(RegisterCore& core, int value) {
   if (!core.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
   if (value < 1 || value > 999999) return RTF_E_ILLEGAL;
-  core.store.set_next_invoice(value);
+  core.store.SetNextInvoice(value, core.Now());
   return RTF_SUCCESS;
 }
 

@@ -358,7 +358,7 @@ void ReceiptDesk::FinishDocument() {
   core_.paper.Cut();
   Buffer();
   if (core_.document.cash != CashMove::kNone) {
-    if (!core_.setup.training) core_.store.CountNonFiscal();
+    if (!core_.setup.training) core_.store.CountNonFiscal(core_.document.time);
     KeepInJournal(kJournalNonFiscal, 0, core_.document.time);
   } else {
     KeepInJournal(JournalKindOf(core_.document.receipt.kind()), core_.document.number,

@@ -240,7 +240,7 @@ int ReceiptDesk::PrintNormal(int station, std::string_view text) {
 int ReceiptDesk::EndNonFiscal() {
   if (!core_.Allows(Operation::kEndNonFiscal)) return RTF_EFPTR_WRONG_STATE;
   const std::tm now = core_.Now();
-  if (!core_.setup.training) core_.store.CountNonFiscal();
+  if (!core_.setup.training) core_.store.CountNonFiscal(now);
   core_.paper.Blank();
   core_.paper.Centred("DOCUMENTO GESTIONALE");
   core_.paper.Centred(FormatDateTime(now));

@@ -20,6 +20,7 @@
 
 #include "register/closures.h"
 #include "register/faults.h"
+#include "register/finding.h"
 #include "register/journal.h"
 #include "register/money.h"
 #include "register/paper.h"
@@ -52,7 +53,7 @@ struct RegisterStatus {
   int pending_summaries = 0;
   uint64_t documents = 0;  // registered, of all days
   uint64_t journal_entries = 0;
-  std::string journal_hash;  // of the last entry, 64 hexadecimal digits; empty without one
+  std::string journal_hash;  // of the chain's last link, 64 hexadecimal digits
   std::optional<CutOffDocument> open_document;
   FaultPlan faults;
 };
@@ -61,11 +62,11 @@ struct RegisterStatus {
 struct JournalCheck {
   uint64_t entries = 0;    // that were read
   uint64_t documents = 0;  // registered documents that were compared
-  // One line for a person each, with the number of the entry: a hash that does not fit, an entry
-  // that is missing, a document without an entry, totals that are not the sum of the documents.
-  // At most kMostFindings; `findings_left_out` counts the rest.
+  // A hash that does not fit, an entry that is missing, a document without an entry, totals that
+  // are not the sum of the documents and the like. At most kMostFindings; `findings_left_out`
+  // counts the rest.
   static constexpr size_t kMostFindings = 100;
-  std::vector<std::string> findings;
+  std::vector<Finding> findings;
   uint64_t findings_left_out = 0;
   bool damaged = false;  // pages of the file cannot be read, or do not fit one another
 

@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
+#include "register/chain.h"
+
 namespace lorimat {
 namespace {
 
@@ -105,7 +109,24 @@ CREATE TABLE roll (
   rows TEXT NOT NULL);
 )";
 
-constexpr SchemaStep kSteps[] = {{1, kRoll}};
+// Version 3: what moves the register and is no entry of the journal has its links in the chain,
+// each behind the entry of that place.
+constexpr char kEvents[] = R"(
+CREATE TABLE event (
+  place INTEGER PRIMARY KEY, entry INTEGER NOT NULL, kind INTEGER NOT NULL,
+  time INTEGER NOT NULL, subject TEXT NOT NULL, value TEXT NOT NULL, hash TEXT NOT NULL);
+CREATE INDEX event_by_subject ON event (subject, place) WHERE kind = 2;
+)";
+
+// The chain takes in what stands in the file. The register's own clock is not known here: the
+// time is the computer's.
+void CarryOverChain(Database& database) {
+  Statement now =
+      database.Prepare("SELECT CAST(strftime('%Y%m%d%H%M%S', 'now', 'localtime') AS INTEGER)");
+  BeginChain(database, now.Step() ? now.Integer(0) : 0);
+}
+
+constexpr SchemaStep kSteps[] = {{1, kRoll}, {2, kEvents, CarryOverChain}};
 
 }  // namespace
 
@@ -119,13 +140,15 @@ void MakeSchema(Database& database) {
 }
 
 void Migrate(Database& database, std::span<const SchemaStep> steps) {
+  std::optional<Transaction> transaction;
   for (const SchemaStep& step : steps) {
     if (database.version() != step.from) continue;
-    Transaction transaction(database);
+    if (!transaction) transaction.emplace(database);
     database.Execute(step.sql);
+    if (step.fill != nullptr) step.fill(database);
     database.SetVersion(step.from + 1);
-    transaction.Commit();
   }
+  if (transaction) transaction->Commit();
 }
 
 }  // namespace lorimat

@@ -9,21 +9,22 @@ namespace lorimat {
 
 // Marks the files that are registers: "LMRF".
 inline constexpr int32_t kRegisterId = 0x4C4D5246;
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 inline constexpr DatabaseKind kRegisterKind = {kRegisterId, kSchemaVersion};
 
-// One version further.
+// One version further: the tables, then what is to be put into them.
 struct SchemaStep {
   int from = 0;
   const char* sql = "";
+  void (*fill)(Database&) = nullptr;
 };
 
 std::span<const SchemaStep> SchemaSteps();
 
 // Makes the tables in an empty database, within a unit of work that the caller has begun.
 void MakeSchema(Database& database);
-// Brings the tables up to the newest version; each step is a unit of work, so that a file which
-// is cut off between them goes on from there.
+// Brings the tables up to the newest version, in one unit of work: a file is of its old version
+// or of the newest one, whatever happens.
 void Migrate(Database& database, std::span<const SchemaStep> steps = SchemaSteps());
 
 }  // namespace lorimat

@@ -179,14 +179,14 @@ void RegisterStore::CloseDay(const std::tm& time, const std::vector<VatRate>& va
   ++ledger_.pending_closures;
 }
 
-void RegisterStore::MarkSent(int number) {
-  BeginWrite();
+void RegisterStore::MarkSent(int number, const std::tm& time) {
+  AddEvent(EventKind::kSummarySent, time, {}, std::to_string(number));
   database_.Prepare("DELETE FROM summary_waiting WHERE closure = ?").With(number).Run();
   --ledger_.pending_closures;
 }
 
-void RegisterStore::MarkLotterySent() {
-  BeginWrite();
+void RegisterStore::MarkLotterySent(const std::tm& time) {
+  AddEvent(EventKind::kLotterySent, time);
   database_.Prepare("DELETE FROM lottery_waiting").Run();
 }
 
@@ -216,8 +216,44 @@ Totals RegisterStore::GrandTotals() const {
 }
 
 void RegisterStore::ClearPeriod(int period, const std::tm& time) {
+  AddEvent(EventKind::kPeriodCleared, time, std::to_string(period),
+           std::to_string(ledger_.last_document + 1));
   ledger_.periods[static_cast<size_t>(period)] = {{ledger_.last_document + 1, time, true},
                                                   Shared({})};
+}
+
+void RegisterStore::SetNextInvoice(int number, const std::tm& time) {
+  if (number == ledger_.next_invoice) return;
+  AddEvent(EventKind::kInvoiceNumber, time, {}, std::to_string(number));
+  ledger_.next_invoice = number;
+}
+
+void RegisterStore::CountNonFiscal(const std::tm& time) {
+  AddEvent(EventKind::kNonFiscal, time);
+  ++ledger_.counters.non_fiscal;
+}
+
+void RegisterStore::NoteProgrammed(bool settings, bool tables, const std::tm& time) {
+  for (auto& [subject, value] : ProgrammedValues(database_, settings, tables)) {
+    if (ChainedValue(database_, subject) == value) continue;
+    AddEvent(EventKind::kProgrammed, time, subject, std::move(value));
+  }
+}
+
+void RegisterStore::BeginChain(const std::tm& time) {
+  ledger_.journal_hash = lorimat::BeginChain(database_, TimeNumber(time));
+}
+
+void RegisterStore::AddEvent(EventKind kind, const std::tm& time, std::string subject,
+                             std::string value) {
+  BeginWrite();
+  ChainEvent event;
+  event.entry = ledger_.journal_place;
+  event.kind = kind;
+  event.time = TimeNumber(time);
+  event.subject = std::move(subject);
+  event.value = std::move(value);
+  ledger_.journal_hash = InsertEvent(database_, ledger_.journal_hash, std::move(event));
 }
 
 bool RegisterStore::HasRoom() const {

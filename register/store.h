@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "register/chain.h"
 #include "register/closures.h"
 #include "register/database.h"
 #include "register/documents.h"
@@ -50,6 +51,8 @@ class RegisterStore {
 
   void MakeLedger(int last_closure, int last_invoice);
   void LoadLedger();
+  // Begins the chain of a new register, whose tables and values are stored.
+  void BeginChain(const std::tm& time);
 
   // Registers a settled document: gives it its numbers and adds it to the totals. The
   // document's kind, time, sums, reference, lines and payments are filled in. Answers its
@@ -57,7 +60,7 @@ class RegisterStore {
   StoredDocument Register(StoredDocument document);
   // Counts what does not touch any total.
   void CountAbandoned() { ++ledger_.counters.abandoned; }
-  void CountNonFiscal() { ++ledger_.counters.non_fiscal; }
+  void CountNonFiscal(const std::tm& time);
   // Keeps a document that has ended. Its kind, number, time and lines are filled in, and the
   // document if it is of a registered one.
   void AddToJournal(JournalEntry entry);
@@ -65,10 +68,15 @@ class RegisterStore {
   // of the day start again. The entry is its own paper for the journal.
   void CloseDay(const std::tm& time, const std::vector<VatRate>& vat_rates, JournalEntry entry);
   // Notes that the summary of a closure, or the lottery data of all documents, has been sent.
-  void MarkSent(int closure);
-  void MarkLotterySent();
+  void MarkSent(int closure, const std::tm& time);
+  void MarkLotterySent(const std::tm& time);
   // The totals of a period (1 to kPeriods) begin again.
   void ClearPeriod(int period, const std::tm& time);
+  // The next invoice gets this number.
+  void SetNextInvoice(int number, const std::tm& time);
+  // Takes into the chain what has been programmed, as it is stored now: the single values, the
+  // tables, or both.
+  void NoteProgrammed(bool settings, bool tables, const std::tm& time);
 
   // Whether the next document still has a number in this day.
   bool HasNumber() const { return ledger_.counters.documents < kLastNumber; }
@@ -114,7 +122,6 @@ class RegisterStore {
   // --- Counters and totals
   int last_closure() const { return ledger_.last_closure; }
   int next_invoice() const { return ledger_.next_invoice; }
-  void set_next_invoice(int number) { ledger_.next_invoice = number; }
   DailyTotals daily() const { return day().Summary(); }
   const Totals& day() const { return *ledger_.day; }
   const DailyCounters& counters() const { return ledger_.counters; }
@@ -127,7 +134,7 @@ class RegisterStore {
   // Numbers of rows: the place of the last one, which all count from 1.
   int64_t document_count() const { return ledger_.last_document; }
   uint64_t journal_count() const { return static_cast<uint64_t>(ledger_.journal_place); }
-  // Of the last entry; empty without one.
+  // Of the chain's last link: an entry, or an event (register/chain.h).
   const std::string& journal_hash() const { return ledger_.journal_hash; }
   // The sum of all closed days.
   const Totals& closed() const { return *ledger_.periods[0].closed; }
@@ -188,6 +195,8 @@ class RegisterStore {
   Totals DaySince(const PeriodStart& start) const;
   void InsertDocument(const StoredDocument& document);
   void InsertEntry(JournalEntry entry, const std::string& facts);
+  void AddEvent(EventKind kind, const std::tm& time, std::string subject = {},
+                std::string value = {});
   void WriteLedger();
   void WritePeriods(bool all);
 

@@ -1,6 +1,7 @@
 // The tables as rows.
 #include "register/store_tables.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lorimat {
@@ -109,6 +110,14 @@ void InsertTables(Database& database, const Tables& tables) {
   for (const Subtender& row : tables.subtenders()) PutSubtender(database, ++number, row);
   number = 0;
   for (const Article& row : settings.articles) PutArticle(database, ++number, row);
+}
+
+bool ChainedTablesChange(const Tables& tables) {
+  return std::any_of(
+      tables.changes().begin(), tables.changes().end(), [](const Tables::Change& change) {
+        return change.part == Tables::Part::kDepartment || change.part == Tables::Part::kGroup ||
+               change.part == Tables::Part::kSubtender || change.part == Tables::Part::kVat;
+      });
 }
 
 void StoreTables(Database& database, const Tables& tables) {

@@ -15,6 +15,8 @@ namespace lorimat {
 void InsertTables(Database& database, const Tables& tables);
 // The rows of what has been programmed since the tables were stored.
 void StoreTables(Database& database, const Tables& tables);
+// Whether one of them changes that belongs to the journal's chain (register/chain.h).
+bool ChainedTablesChange(const Tables& tables);
 // The tables as they were stored. What belongs to the place where a register runs (clock,
 // outbox, polls of a report) is taken from `given`.
 Tables LoadTables(Database& database, const RegisterSettings& given);

@@ -240,7 +240,7 @@ int TelematicDesk::SendSummaries() {
       const std::string name = OutboxFile(fmt::format("corrispettivi_{:04}.xml", closure->number));
       if (const int code = WriteSummaries({*closure}, name)) return code;
     }
-    core_.store.MarkSent(closure->number);
+    core_.store.MarkSent(closure->number, core_.Now());
   }
   return RTF_SUCCESS;
 }
@@ -282,7 +282,7 @@ int TelematicDesk::SendLottery() {
         OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", waiting[0].closure, waiting[0].number));
     if (const int code = WriteLottery(waiting, name)) return code;
   }
-  core_.store.MarkLotterySent();
+  core_.store.MarkLotterySent(core_.Now());
   return RTF_SUCCESS;
 }
 

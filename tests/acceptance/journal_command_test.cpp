@@ -278,6 +278,36 @@ TEST(JournalCommand, AChangedByteShows) {
   EXPECT_GE(check["findings"].size(), 1u);
 }
 
+TEST(JournalCommand, FindingsAreToldInTheReadersLanguage) {
+  const Shop shop;
+  sell_two_days(shop);
+  std::string content = shop.folder().read("shop.register");
+  for (size_t at = content.find("MELE"); at != content.npos; at = content.find("MELE", at + 1)) {
+    content.replace(at, 4, "PERE");
+  }
+  shop.folder().write("shop.register", content);
+  const std::string name = shop.file() + ": ";
+  EXPECT_EQ(shop.run({"journal", "verify"}).output,
+            name +
+                "entry 1, receipt 0001-0001: its hash does not fit: the entry, or what it stands "
+                "for, was changed\n" +
+                name + "the journal was changed: 4 entries, 2 documents, 1 finding\n");
+  const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
+  const ProgramRun run = shop.run({"journal", "verify"}, italian);
+  EXPECT_THAT(run.output,
+              HasSubstr(name + "voce 1, scontrino 0001-0001: l'hash non corrisponde: la voce, o "
+                               "quello che rappresenta, è stata cambiata\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("receipt")));
+  EXPECT_THAT(run.output, Not(HasSubstr("entry")));
+  // For programs in English, with a code that stays.
+  const nlohmann::json check =
+      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}, italian).output);
+  EXPECT_EQ(check["findings"][0],
+            "entry 1, receipt 0001-0001: its hash does not fit: the entry, or what it stands for, "
+            "was changed");
+  EXPECT_EQ(check["finding_codes"], nlohmann::json::array({"entry-hash"}));
+}
+
 TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
   constexpr size_t kPage = 4096;
   const Shop shop;

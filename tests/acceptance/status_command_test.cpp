@@ -207,7 +207,7 @@ TEST(StatusCommand, ARefusedRegisterHasNothingLeftBesideIt) {
   constexpr size_t kVersionAt = 63;  // of the head of the file
   std::string content = shop.folder().read("shop.register");
   const std::vector<std::string> names = shop.folder().names();
-  for (const char version : {0, 3, 99}) {
+  for (const char version : {0, 4, 99}) {
     content[kVersionAt] = version;
     shop.folder().write("shop.register", content);
     for (const char* command : {"status", "paper", "journal", "fault"}) {

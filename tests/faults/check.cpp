@@ -55,7 +55,12 @@ class Checker {
       CheckProgramming(device);
     }
     const JournalCheck check = RegisterFile(folder_ + kRegisterName).VerifyJournal(nullptr);
-    if (!check.good()) report_.Wrong("file: journal: %s", check.findings.front().c_str());
+    if (check.good()) return;
+    const Finding& first = check.findings.front();
+    report_.Wrong("file: journal: finding of kind %d at entry %lld: %lld, not %lld %s",
+                  static_cast<int>(first.kind), static_cast<long long>(first.entry),
+                  static_cast<long long>(first.value), static_cast<long long>(first.expected),
+                  first.text.c_str());
   }
 
  private:

@@ -194,7 +194,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
     }
 
     const JournalCheck check = RegisterFile(file).VerifyJournal(nullptr);
-    EXPECT_TRUE(check.good()) << check.findings.front();
+    EXPECT_TRUE(check.good()) << static_cast<int>(check.findings.front().kind);
     EXPECT_EQ(check.documents, known.size());
     if (HasFailure()) break;
   }

@@ -56,7 +56,7 @@ class DatabaseTest : public StoreTest {
 TEST_F(DatabaseTest, ANewFileIsMadeAndMarkedAsARegister) {
   MakeRegister("shop.register");
   EXPECT_EQ(Sql("shop.register", "PRAGMA application_id"), "1280135750\n");  // "LMRF"
-  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "2\n");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
   EXPECT_EQ(Sql("shop.register", "PRAGMA journal_mode"), "wal\n");
   EXPECT_EQ(Refusal(Path("shop.register")), "");
 }
@@ -67,7 +67,7 @@ TEST_F(DatabaseTest, AnEmptyFileBecomesARegister) {
   EXPECT_EQ(LookRefusal(Path("shop.register")), Path("shop.register") + ": the file is empty");
   EXPECT_EQ(Bytes("shop.register"), "");
   EXPECT_EQ(Refusal(Path("shop.register")), "");
-  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "2\n");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
 }
 
 TEST_F(DatabaseTest, OtherFilesAreRefusedAndLeftAlone) {
@@ -113,9 +113,9 @@ TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
 
 TEST_F(DatabaseTest, ANewerRegisterIsRefused) {
   MakeRegister("shop.register");
-  Sql("shop.register", "PRAGMA user_version = 3; PRAGMA journal_mode = DELETE");
+  Sql("shop.register", "PRAGMA user_version = 4; PRAGMA journal_mode = DELETE");
   ExpectRefused("shop.register",
-                "made by a newer version: its tables are of version 3, known are those up to 2");
+                "made by a newer version: its tables are of version 4, known are those up to 3");
 }
 
 TEST_F(DatabaseTest, AFileThatWasCutShortIsRefused) {

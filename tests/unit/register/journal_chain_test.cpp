@@ -2,6 +2,8 @@
 // when somebody changes what is registered.
 #include <openssl/evp.h>
 
+#include <tuple>
+
 #include "register/register_file.h"
 #include "store_fixture.h"
 
@@ -46,7 +48,7 @@ class JournalChainTest : public StoredRegisterTest {
     device.reset();
   }
   std::vector<std::string> Findings(const std::string& name = "shop.register") const {
-    return RegisterFile(Path(name)).VerifyJournal({}).findings;
+    return FindingTexts(RegisterFile(Path(name)).VerifyJournal({}));
   }
   // What is found in a copy that these statements have changed.
   std::vector<std::string> After(const std::string& sql) const {
@@ -75,7 +77,7 @@ TEST_F(JournalChainTest, AnUntouchedRegisterIsGood) {
     progress.emplace_back(done, all);
     return true;
   });
-  for (const std::string& finding : check.findings) ADD_FAILURE() << finding;
+  for (const std::string& finding : FindingTexts(check)) ADD_FAILURE() << finding;
   EXPECT_TRUE(check.good());
   EXPECT_EQ(check.entries, 9u);
   EXPECT_EQ(check.documents, 6u);
@@ -88,27 +90,61 @@ TEST_F(JournalChainTest, AnEmptyRegisterIsGood) {
   EXPECT_TRUE(Findings().empty());
 }
 
-TEST_F(JournalChainTest, TheHashOfAnEntryIsThatOfItsText) {
-  // A non-fiscal document stands for nothing but its lines.
+TEST_F(JournalChainTest, TheHashOfALinkIsThatOfItsText) {
+  device.reset();
+  std::string previous = Sql("shop.register", "SELECT journal_hash FROM ledger");
+  previous.pop_back();
+  const int64_t events = std::stoll(Sql("shop.register", "SELECT max(place) FROM event"));
+  Start();
+  // A non-fiscal document stands for nothing but its lines; an event counts it.
   ASSERT_EQ(device->BeginNonFiscal(), RTF_SUCCESS);
   ASSERT_EQ(device->EndNonFiscal(), RTF_SUCCESS);
   ASSERT_EQ(device->BeginNonFiscal(), RTF_SUCCESS);
   ASSERT_EQ(device->EndNonFiscal(), RTF_SUCCESS);
   const std::vector<JournalEntry> entries = device->store().journal();
-  std::string previous;
-  for (size_t index = 0; index < 2; ++index) {
-    std::string text = T(previous) + N(static_cast<int64_t>(index) + 1) + N(0x100) + N(1) + N(0) +
-                       N(20240115103000) + N(0) +
-                       N(static_cast<int64_t>(entries[index].lines.size()));
-    for (const std::string& line : entries[index].lines) text += T(line);
+  ASSERT_EQ(entries.size(), 2u);
+  for (int64_t index = 0; index < 2; ++index) {
+    previous = Digest(T(previous) + T("event") + N(events + index + 1) + N(index) + N(7) +
+                      N(20240115103000) + T("") + T(""));
+    const JournalEntry& entry = entries[static_cast<size_t>(index)];
+    std::string text = T(previous) + N(index + 1) + N(0x100) + N(1) + N(0) + N(20240115103000) +
+                       N(0) + N(static_cast<int64_t>(entry.lines.size()));
+    for (const std::string& line : entry.lines) text += T(line);
     text += T("");
-    EXPECT_EQ(entries[index].hash, Digest(text)) << index;
-    previous = entries[index].hash;
+    EXPECT_EQ(entry.hash, Digest(text)) << index;
+    previous = entry.hash;
   }
   EXPECT_EQ(device->store().journal_hash(), previous);
 }
 
+TEST_F(JournalChainTest, TheChainBeginsWithWhatTheRegisterIs) {
+  device.reset();
+  // Closing, invoice, non-fiscal and registered documents; six periods that began with the first
+  // document; no summary and no receipt of the lottery waits.
+  std::string beginning = N(0) + N(1) + N(0) + N(0) + N(6);
+  for (int period = 0; period < 6; ++period) beginning += N(period) + N(0) + N(0) + N(1);
+  beginning += N(0) + N(0);
+  EXPECT_EQ(Sql("shop.register", "SELECT value FROM event WHERE place = 1"), beginning + "\n");
+  EXPECT_EQ(
+      Sql("shop.register", "SELECT hash FROM event WHERE place = 1"),
+      Digest(T("") + T("event") + N(1) + N(0) + N(1) + N(20240115103000) + T("") + T(beginning)) +
+          "\n");
+  EXPECT_EQ(Sql("shop.register", "SELECT value FROM event WHERE subject = 'serial_number'"),
+            "99LRM0000001VR\n");
+  std::string rates;
+  for (const auto& [number, rate, mark] : {std::tuple("1", "220000", ""),
+                                           {"2", "100000", ""},
+                                           {"3", "50000", ""},
+                                           {"4", "40000", ""},
+                                           {"5", "0", "ES*"}}) {
+    rates += T(number) + T(rate) + T(mark);
+  }
+  EXPECT_EQ(Sql("shop.register", "SELECT value FROM event WHERE subject = 'vat_rate'"),
+            Digest(rates) + "\n");
+}
+
 TEST_F(JournalChainTest, TheHashOfAReceiptTakesInItsFiscalFacts) {
+  const std::string previous = device->store().journal_hash();
   // 10.00 in department 1 (22 %: 1.80 of tax), paid in cash with 20.00.
   ASSERT_EQ(Begin(), RTF_SUCCESS);
   ASSERT_EQ(SellPieces(1, 2000, 50000), RTF_SUCCESS);
@@ -131,7 +167,7 @@ TEST_F(JournalChainTest, TheHashOfAReceiptTakesInItsFiscalFacts) {
                             N(1) + N(0) + N(0) + T("REPARTO 1") + T("") + N(1) + N(1) + N(2000) +
                             N(50000) + N(100000) + N(0) + N(0) +  //
                             N(1) + T("0") + N(200000);
-  std::string text = T("") + N(1) + N(2) + N(1) + N(1) + N(20240115103000) + N(1) +
+  std::string text = T(previous) + N(1) + N(2) + N(1) + N(1) + N(20240115103000) + N(1) +
                      N(static_cast<int64_t>(entries[0].lines.size()));
   for (const std::string& line : entries[0].lines) text += T(line);
   text += T(facts);

@@ -36,7 +36,7 @@ class RecoveryTest : public StoredRegisterTest {
   void ExpectSound() {
     device.reset();
     const JournalCheck check = RegisterFile(Path("shop.register")).VerifyJournal({});
-    for (const std::string& finding : check.findings) ADD_FAILURE() << finding;
+    for (const std::string& finding : FindingTexts(check)) ADD_FAILURE() << finding;
     Start();
     EXPECT_FALSE(device->cut_off());
   }

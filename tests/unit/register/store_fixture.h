@@ -14,8 +14,11 @@
 #include <variant>
 #include <vector>
 
+#include "console/journal_finding.h"
+#include "console/translate.h"
 #include "failing_disk.h"
 #include "register/data_items.h"
+#include "register/register_file.h"
 #include "register/store_facts.h"
 #include "register_fixture.h"
 
@@ -142,6 +145,14 @@ inline std::string SettingImage(VirtualRegister& device) {
   return image;
 }
 
+// What a check found, as the console tells it in English.
+inline std::vector<std::string> FindingTexts(const JournalCheck& check) {
+  const EnglishMessages english;
+  std::vector<std::string> texts;
+  for (const Finding& finding : check.findings) texts.push_back(journal_finding_text(finding));
+  return texts;
+}
+
 // All that outlasts a switching-off.
 inline std::string Image(VirtualRegister& device) {
   return fmt::format("state {}\n", device.printer_state()) + PaperImage(device.paper()) +
@@ -225,6 +236,14 @@ class StoreTest : public testing::Test {
     sqlite3_free(error);
     sqlite3_close(database);
     return result;
+  }
+  // A register of an older version with its days (tests/unit/register/files), as a file.
+  void MakeVersion(int version, const std::string& name) const {
+    std::ifstream dump(
+        fmt::format("{}/tests/unit/register/files/version{}.sql", LORIMAT_SOURCE_DIR, version));
+    ASSERT_TRUE(dump.is_open());
+    Write(name, "");
+    Sql(name, "PRAGMA synchronous = OFF; " + std::string(std::istreambuf_iterator<char>(dump), {}));
   }
   // Every row of every table.
   std::string Dump(const std::string& name) const {

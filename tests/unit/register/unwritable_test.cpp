@@ -169,7 +169,7 @@ TEST_F(UnwritableTest, AnOlderVersionIsNotBroughtUpToDate) {
   EXPECT_EQ(LookRefusal("shop.register"),
             Path("shop.register") +
                 ": cannot be written here, and its tables of version 1 have to be brought up to "
-                "version 2: copy it to a folder where it can be written");
+                "version 3: copy it to a folder where it can be written");
 }
 
 TEST_F(UnwritableTest, ARegisterAtWorkIsNotLookedAt) {
