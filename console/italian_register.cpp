@@ -37,6 +37,10 @@ std::span<const ItalianText> italian_register_texts() {
       {"closing", "chiusura"},
       {"non-fiscal", "non fiscale"},
       {"{} of {}", "{} del {}"},
+      {"{} {} of {}, total {}, was stored last, and the register was switched off behind it: its "
+       "answer may not have gone out",
+       "{} {} del {}, totale {}, è l'ultimo documento registrato prima che il registratore fosse "
+       "spento: la sua risposta può non essere arrivata"},
       {"{} line", "{} riga"},
       {"{} lines", "{} righe"},
       {"{}: the next start ends it", "{}: al prossimo avvio viene chiuso"},

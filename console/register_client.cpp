@@ -107,6 +107,9 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
   if (cut_off) {
     tell_note(streams, fmt::format("{}: {}", shown(file_), ended_document_text(*cut_off)));
   }
+  if (const std::optional<lorimat::UnansweredDocument>& last = device_->unanswered()) {
+    tell_note(streams, fmt::format("{}: {}", shown(file_), unanswered_document_text(*last)));
+  }
 }
 
 RegisterClient::~RegisterClient() = default;

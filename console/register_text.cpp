@@ -98,6 +98,14 @@ std::string ended_document_text(const lorimat::CutOffDocument& document) {
             amount);
 }
 
+std::string unanswered_document_text(const lorimat::UnansweredDocument& document) {
+  return tr(
+      "{} {} of {}, total {}, was stored last, and the register was switched off behind it: its "
+      "answer may not have gone out",
+      translated(document.kind), document.number_text(), time_text(document.time),
+      amount_text(document.total));
+}
+
 const std::vector<JournalKindName>& journal_kind_names() {
   static const std::vector<JournalKindName> kNames = {
       {lorimat::kJournalSale, "receipt", TR_TEXT("receipt")},

@@ -25,6 +25,8 @@ std::string open_document_text(const lorimat::CutOffDocument& document);
 // The same behind the start: "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, was cut off:
 // not paid, and voided now".
 std::string ended_document_text(const lorimat::CutOffDocument& document);
+// "receipt 0001-0002 of 20/11/2026 11:03, total 3,50, was stored last, and ...".
+std::string unanswered_document_text(const lorimat::UnansweredDocument& document);
 
 // A kind of journal entries: its name for options and programs ("credit-note"), and for a person.
 struct JournalKindName {

@@ -76,7 +76,7 @@ void RegisterCore::Keep() {
   const bool open_moved =
       open_record != kept_open_record_ || (open_record.empty() && kept_has_open_);
   const bool printed = paper.lines().size() != kept_paper_.lines;
-  const bool set = SettingsDiffer(*this, kept_);
+  const bool set = SettingsDiffer(*this, kept_);  // not by answer_due, which is set below
   const bool programmed =
       std::any_of(tables.changes().begin(), tables.changes().end(),
                   [](const Tables::Change& change) { return change.part != Tables::Part::kNotes; });
@@ -85,8 +85,11 @@ void RegisterCore::Keep() {
     // Of what is printed and not registered nothing is lost that counts.
     const bool fiscal = set || programmed || store.Changed() || document.id != 0;
     if (!database.in_unit()) database.Begin(fiscal);
+    answer_due = store.Registered()  ? AnswerDue::kDocument
+                 : store.ClosedDay() ? AnswerDue::kClosing
+                                     : AnswerDue::kNone;
     if (programmed) StoreTables(database, tables);
-    if (set) StoreSettings(database, *this, kept_);
+    if (set || answer_due != kept_.answer_due) StoreSettings(database, *this, kept_);
     const bool chained = ChainedTablesChange(tables);
     if (set || chained) store.NoteProgrammed(set, chained, Now());
     store.Keep();
@@ -119,6 +122,17 @@ void RegisterCore::TakeBack() noexcept {
   replaced_.reset();
   static_cast<DocumentNotes&>(document) = std::move(kept_notes_);
   document.receipt.TakeBack();
+}
+
+void RegisterCore::NoteAnswered() noexcept {
+  if (answer_due == AnswerDue::kNone) return;
+  try {
+    Mark();
+    database.Begin(false);
+    Keep();
+  } catch (...) {
+    TakeBack();  // the next start tells of it, though nothing was amiss
+  }
 }
 
 void RegisterCore::Replace(OpenDocument next) noexcept {

@@ -86,6 +86,10 @@ struct HostSession {
   std::string health;                                        // what the last test found
 };
 
+// Whether the last unit of work registered something: then the file says so until another is
+// stored, or until the register is switched off in order.
+enum class AnswerDue { kNone, kDocument, kClosing };
+
 // What an operation may change in memory, beside the receipt, the tables, the paper and the
 // store, which know themselves how to take a change back. It is copied before each operation:
 // keep what is large elsewhere. What lasts beyond the switching off has a row in
@@ -105,7 +109,8 @@ struct RegisterState {
   std::string firmware_version;
   int report_polls = 0;  // reads of the state that still show a report on its way
   bool pass_through = false;
-  FaultPlan faults;                 // that wait
+  FaultPlan faults;  // that wait
+  AnswerDue answer_due = AnswerDue::kNone;
   std::map<int, Display> displays;  // 0 and 1 face the operator, 2 the customer
 };
 
@@ -133,6 +138,8 @@ struct RegisterCore : RegisterState {
   void Keep();
   // Takes back all that has changed since Mark, here and in the file. Needs no memory.
   void TakeBack() noexcept;
+  // Before an orderly switching off.
+  void NoteAnswered() noexcept;
   // Puts another document in the place of the open one.
   void Replace(OpenDocument next) noexcept;
 

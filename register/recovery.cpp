@@ -13,13 +13,8 @@ namespace {
 // On paper, so in the journal too.
 constexpr char kPowerCut[] = "*** MANCANZA DI ALIMENTAZIONE ***";
 
-const char* KindName(const RegisterState& state, const StoredOpenDocument& open) {
-  if (state.setup.training) return "training";
-  if (open.state == PrinterState::kNonFiscal || open.state == PrinterState::kItemList ||
-      open.notes.cash != CashMove::kNone) {
-    return "non-fiscal";
-  }
-  switch (open.kind) {
+const char* FiscalName(DocumentKind kind) {
+  switch (kind) {
     case DocumentKind::kSale:
       return "receipt";
     case DocumentKind::kInvoice:
@@ -30,6 +25,15 @@ const char* KindName(const RegisterState& state, const StoredOpenDocument& open)
       return "void";
   }
   return "receipt";
+}
+
+const char* KindName(const RegisterState& state, const StoredOpenDocument& open) {
+  if (state.setup.training) return "training";
+  if (open.state == PrinterState::kNonFiscal || open.state == PrinterState::kItemList ||
+      open.notes.cash != CashMove::kNone) {
+    return "non-fiscal";
+  }
+  return FiscalName(open.kind);
 }
 
 }  // namespace
@@ -73,6 +77,36 @@ std::string CutOffNotice(const CutOffDocument& document) {
                        document.number);
   }
   return fmt::format("{}. It was not paid: it has been cancelled, and no total has moved.", begun);
+}
+
+std::optional<UnansweredDocument> FindUnanswered(const RegisterCore& core) {
+  const RegisterStore& store = core.store;
+  if (core.answer_due == AnswerDue::kDocument) {
+    const std::optional<StoredDocument> last = store.FindById(store.document_count());
+    if (!last) core.database.Damaged("document");
+    return UnansweredDocument{FiscalName(last->kind), last->closure, last->number, last->time,
+                              last->total};
+  }
+  if (core.answer_due == AnswerDue::kClosing) {
+    const std::optional<Closure> last = store.LastClosure();
+    if (!last) core.database.Damaged("closure");
+    return UnansweredDocument{"closing", last->number, 0, last->time, last->totals.Summary().net()};
+  }
+  return std::nullopt;
+}
+
+std::string UnansweredDocument::number_text() const {
+  if (kind == "invoice") return std::to_string(number);
+  return number > 0 ? fmt::format("{:04}-{:04}", closure, number) : fmt::format("{:04}", closure);
+}
+
+std::string UnansweredNotice(const UnansweredDocument& document) {
+  return fmt::format(
+      "The register was switched off behind the last document that it stored ({} {}, {}, total "
+      "{}). "
+      "Its answer may not have gone out.",
+      document.kind, document.number_text(), FormatDateTime(document.time),
+      FormatAmount(document.total));
 }
 
 }  // namespace lorimat

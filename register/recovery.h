@@ -21,4 +21,10 @@ std::optional<CutOffDocument> EndCutOff(RegisterCore& core, ReceiptDesk& desk);
 // In a sentence, for a person.
 std::string CutOffNotice(const CutOffDocument& document);
 
+// The last document or day closing that was registered, when the register was switched off without
+// order and nothing had been stored behind it: nobody knows whether the host got its answer.
+// Nothing otherwise. A document that was cut off tells of itself.
+std::optional<UnansweredDocument> FindUnanswered(const RegisterCore& core);
+std::string UnansweredNotice(const UnansweredDocument& document);
+
 }  // namespace lorimat

@@ -37,6 +37,18 @@ struct CutOffDocument {
   int number = 0;           // once it is registered
 };
 
+// What was registered last when the register was switched off, if its answer may not have gone out.
+struct UnansweredDocument {
+  std::string kind;  // "receipt", "invoice", "credit note", "void", "closing"
+  int closure = 0;   // that it falls under
+  int number = 0;    // of a document
+  std::tm time = {};
+  Amount total = 0;  // of a closing: of its day
+
+  // "0001-0002"; of a closing "0001", of an invoice "12".
+  std::string number_text() const;
+};
+
 struct RegisterStatus {
   std::string file;
   int schema_version = 0;

@@ -74,6 +74,12 @@ bool FromText(std::string_view text, Commissioning* value) {
   *value = static_cast<Commissioning>(number);
   return true;
 }
+bool FromText(std::string_view text, AnswerDue* value) {
+  int number = 0;
+  if (!FromText(text, &number) || number > 2) return false;
+  *value = static_cast<AnswerDue>(number);
+  return true;
+}
 
 bool Same(const std::tm& a, const std::tm& b) { return TimeNumber(a) == TimeNumber(b); }
 bool Same(const FaultPlan& a, const FaultPlan& b) { return a.faults() == b.faults(); }
@@ -152,6 +158,8 @@ constexpr SettingRow kSettings[] = {
         "last_power_loss", [](auto& state) -> auto& { return state.setup.last_power_loss; }),
     Row(
         "faults", [](auto& state) -> auto& { return state.faults; }),
+    Row(
+        "answer_due", [](auto& state) -> auto& { return state.answer_due; }),
 };
 
 }  // namespace

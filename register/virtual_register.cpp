@@ -97,11 +97,19 @@ VirtualRegister::VirtualRegister(RegisterSettings settings)
     : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {
   core_.last_failure.reserve(kCauseSize);
   first_line_ = core_.paper.dropped() + core_.paper.lines().size();
+  const std::optional<UnansweredDocument> last = FindUnanswered(core_);
   cut_off_ = EndCutOff(core_, desk_);
+  if (!cut_off_) unanswered_ = last;
+}
+
+VirtualRegister::~VirtualRegister() {
+  const CancellationDelay whole;
+  core_.NoteAnswered();
 }
 
 std::string VirtualRegister::start_notice() const {
-  return cut_off_ ? CutOffNotice(*cut_off_) : std::string();
+  if (cut_off_) return CutOffNotice(*cut_off_);
+  return unanswered_ ? UnansweredNotice(*unanswered_) : std::string();
 }
 
 void VirtualRegister::NoteFailure(bool doubtful) noexcept {

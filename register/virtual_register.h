@@ -45,6 +45,7 @@ class VirtualRegister : public RtfClientInterface {
 
   // Throws RegisterError when the register's file cannot be opened.
   explicit VirtualRegister(RegisterSettings settings = {});
+  ~VirtualRegister();
   // The parts refer to each other.
   VirtualRegister(const VirtualRegister&) = delete;
   VirtualRegister& operator=(const VirtualRegister&) = delete;
@@ -76,8 +77,12 @@ class VirtualRegister : public RtfClientInterface {
   // The document in progress.
   const Receipt& receipt() const { return core_.document.receipt; }
   // The document that was open when the register was switched off the last time, and has been
-  // ended at this start (register/recovery.h); and the same in a sentence, empty without one.
+  // ended at this start (register/recovery.h).
   const std::optional<CutOffDocument>& cut_off() const { return cut_off_; }
+  // What was registered last before a switching off without order, when nothing was stored behind
+  // it: its answer may not have gone out.
+  const std::optional<UnansweredDocument>& unanswered() const { return unanswered_; }
+  // The one or the other in a sentence; empty when all is well.
   std::string start_notice() const;
   // The number, as Paper::dropped counts, of the first line that was printed since the start; the
   // lines before it are those of earlier times.
@@ -428,6 +433,7 @@ class VirtualRegister : public RtfClientInterface {
   ArticleLink articles_;
   size_t first_line_ = 0;
   std::optional<CutOffDocument> cut_off_;
+  std::optional<UnansweredDocument> unanswered_;
   std::deque<std::string> trace_lines_;
   std::deque<std::string> error_lines_;
 };

@@ -130,7 +130,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
       settings.file = file;
       const VirtualRegister device(settings);
       EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_MONITOR);
-      if (!device.start_notice().empty()) ++interrupted;
+      if (device.cut_off()) ++interrupted;
 
       std::map<DocumentName, int64_t> stored;
       std::map<int, int> last_number;  // of a day

@@ -16,6 +16,7 @@ class FailingDisk {
     kWrite,  // a write fails
     kSync,   // what was written does not get through
     kHalf,   // half of a write gets through, then it fails
+    kGone,   // from a sync on that fails, nothing gets through: no write, no cut, no sync
   };
 
   // While it stands, every database of the process is opened through it.
@@ -62,9 +63,14 @@ class FailingDisk {
   }
   static sqlite3_file* Real(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real; }
 
-  static bool Fails(bool sync) {
+  enum class Access { kWrite, kSync, kCut };
+
+  static bool Fails(Access access) {
     Plan& now = plan();
-    if (!now.armed || sync != (now.fault == Fault::kSync)) return false;
+    if (!now.armed) return false;
+    if (now.fault == Fault::kGone && now.failed) return true;
+    const bool at_sync = now.fault == Fault::kSync || now.fault == Fault::kGone;
+    if (access != (at_sync ? Access::kSync : Access::kWrite)) return false;
     if (now.failed && now.lasting) return true;
     if (--now.left != 0) return false;
     now.failed = true;
@@ -90,19 +96,20 @@ class FailingDisk {
       return Real(file)->pMethods->xRead(Real(file), to, size, at);
     };
     methods.xWrite = [](sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
-      if (!Fails(false)) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
+      if (!Fails(Access::kWrite)) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
       if (plan().fault == Fault::kHalf) {
         Real(file)->pMethods->xWrite(Real(file), from, size / 2, at);
       }
       return plan().fault == Fault::kFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
     };
     methods.xTruncate = [](sqlite3_file* file, sqlite3_int64 size) {
-      return Real(file)->pMethods->xTruncate(Real(file), size);
+      return Fails(Access::kCut) ? SQLITE_IOERR_TRUNCATE
+                                 : Real(file)->pMethods->xTruncate(Real(file), size);
     };
     methods.xSync = [](sqlite3_file* file, int flags) {
       static_cast<void>(file);
       static_cast<void>(flags);
-      return Fails(true) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
+      return Fails(Access::kSync) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
     };
     methods.xFileSize = [](sqlite3_file* file, sqlite3_int64* size) {
       return Real(file)->pMethods->xFileSize(Real(file), size);

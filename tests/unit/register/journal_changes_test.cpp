@@ -26,6 +26,7 @@ constexpr Exception kExceptions[] = {
     {"setting", "operator", "who is at the register now; each document has its own"},
     {"setting", "drawer_openings", "counts nothing that is registered"},
     {"setting", "faults", "set from outside, by design"},
+    {"setting", "answer_due", "for the notice of the next start"},
     {"setting", "courtesy_text", "printed on the next document, and kept with it"},
     {"setting", "trailer_line_1", "the same"},
     {"setting", "header_logo", "printed on the next document"},

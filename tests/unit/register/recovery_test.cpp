@@ -221,6 +221,62 @@ TEST_F(RecoveryTest, ACutWithinTheStartIsMadeGoodByTheNextOne) {
   ExpectSound();
 }
 
+TEST_F(RecoveryTest, WhatWasRegisteredLastIsNamedForItsAnswer) {
+  Receipt(1, 10000);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 123400), RTF_SUCCESS);
+  ASSERT_EQ(Pay(), RTF_SUCCESS);
+  Cut();
+  EXPECT_FALSE(device->cut_off());
+  ASSERT_TRUE(device->unanswered());
+  EXPECT_EQ(device->unanswered()->kind, "receipt");
+  EXPECT_EQ(device->unanswered()->number, 2);
+  EXPECT_EQ(device->unanswered()->total, 123400);
+  EXPECT_EQ(device->start_notice(),
+            "The register was switched off behind the last document that it stored (receipt "
+            "0001-0002, 15/01/2024 10:30, total 12,34). Its answer may not have gone out.");
+
+  ASSERT_EQ(device->BeginDocInvoice("A", "", "", "", ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 20000), RTF_SUCCESS);
+  ASSERT_EQ(Pay(), RTF_SUCCESS);
+  Cut();
+  ASSERT_TRUE(device->unanswered());
+  EXPECT_EQ(device->unanswered()->kind, "invoice");
+  EXPECT_EQ(device->unanswered()->number_text(), "1");
+
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  Cut();
+  ASSERT_TRUE(device->unanswered());
+  EXPECT_EQ(device->unanswered()->kind, "closing");
+  EXPECT_EQ(device->unanswered()->number_text(), "0001");
+  EXPECT_EQ(device->unanswered()->total, 153400);
+  // As long as nothing else is stored.
+  Cut();
+  EXPECT_TRUE(device->unanswered());
+}
+
+TEST_F(RecoveryTest, NothingIsNamedBehindAnAnswerThatWentOut) {
+  // An orderly end.
+  Receipt(1, 10000);
+  Restart();
+  EXPECT_EQ(device->start_notice(), "");
+  Cut();
+  EXPECT_EQ(device->start_notice(), "");
+  // The host went on.
+  Receipt(1, 10000);
+  ASSERT_EQ(device->OpenDrawer(), RTF_SUCCESS);
+  Cut();
+  EXPECT_EQ(device->start_notice(), "");
+  // A document that was cut off tells of itself.
+  Receipt(1, 10000);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  Cut();
+  EXPECT_TRUE(device->cut_off());
+  EXPECT_FALSE(device->unanswered());
+  // A new register has nothing to tell of.
+  EXPECT_EQ(VirtualRegister(FileSettings("new")).start_notice(), "");
+}
+
 TEST_F(RecoveryTest, PowerLossesAreCounted) {
   for (int loss = 0; loss < 2; ++loss) {
     ASSERT_EQ(Begin(), RTF_SUCCESS);
