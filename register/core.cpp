@@ -126,12 +126,16 @@ void RegisterCore::TakeBack() noexcept {
 
 void RegisterCore::NoteAnswered() noexcept {
   if (answer_due == AnswerDue::kNone) return;
+  // Where it fails the next start tells of it, though nothing was amiss.
   try {
     Mark();
-    database.Begin(false);
-    Keep();
+    try {
+      database.Begin(false);
+      Keep();
+    } catch (...) {
+      TakeBack();
+    }
   } catch (...) {
-    TakeBack();  // the next start tells of it, though nothing was amiss
   }
 }
 

@@ -16,6 +16,7 @@ class FailingDisk {
     kWrite,  // a write fails
     kSync,   // what was written does not get through
     kHalf,   // half of a write gets through, then it fails
+    kUncut,  // a sync fails, and no file can be cut from then on
     kGone,   // from a sync on that fails, nothing gets through: no write, no cut, no sync
   };
 
@@ -69,7 +70,8 @@ class FailingDisk {
     Plan& now = plan();
     if (!now.armed) return false;
     if (now.fault == Fault::kGone && now.failed) return true;
-    const bool at_sync = now.fault == Fault::kSync || now.fault == Fault::kGone;
+    if (now.fault == Fault::kUncut && access == Access::kCut) return now.failed;
+    const bool at_sync = now.fault == Fault::kSync || now.fault >= Fault::kUncut;
     if (access != (at_sync ? Access::kSync : Access::kWrite)) return false;
     if (now.failed && now.lasting) return true;
     if (--now.left != 0) return false;

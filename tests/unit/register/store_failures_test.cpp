@@ -120,7 +120,7 @@ TEST_F(DoubtTest, TheNextStartTellsWhatIsStored) {
             "0001-0002, 15/01/2024 10:30, total 1,00). Its answer may not have gone out.");
 }
 
-TEST_F(DoubtTest, AFailedClosingOfALogThatBeganAnewIsCutOffIt) {
+TEST_F(DoubtTest, AFailedPaymentIsCutOffALogThatBeganAnew) {
   Receipt(1, 5000);
   // The log is taken over into the file, and the next unit begins it anew.
   Restart();
@@ -135,6 +135,20 @@ TEST_F(DoubtTest, AFailedClosingOfALogThatBeganAnewIsCutOffIt) {
   EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "1\n");
   ASSERT_EQ(Pay(), RTF_SUCCESS);
   EXPECT_EQ(device->store().documents().size(), 2u);
+}
+
+TEST_F(DoubtTest, AFailedPaymentIsOverwrittenWhereTheLogCannotBeCut) {
+  Receipt(1, 5000);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 10000), RTF_SUCCESS);
+  disk.FailAt(FailingDisk::Fault::kUncut, 1, false);
+  EXPECT_EQ(Pay(), RTF_E_FAILURE);
+  EXPECT_FALSE(device->last_failure().ends_with("next start")) << device->last_failure();
+  CopyAsCut("shop.register", "cut");
+  EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "1\n");
+  ASSERT_EQ(Pay(), RTF_SUCCESS);
+  CopyAsCut("shop.register", "cut");
+  EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "2\n");
 }
 
 TEST_F(StoreFailuresTest, TheCauseNamesTheFileAndWhatTheDiskSays) {
