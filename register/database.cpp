@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -135,10 +134,14 @@ Database::~Database() {
 }
 
 // What SQLite would make something of, though it is no place for a register.
-void Database::CheckFile(Open how) const {
+void Database::CheckFile(Open how) {
   if (file_.empty()) return;
   if (file_.find('\0') != file_.npos) {
     Fail(std::make_error_code(std::errc::invalid_argument).message());
+  }
+  if (IsTooLong()) {
+    Fail(fmt::format("cannot be opened: {}",
+                     std::make_error_code(std::errc::filename_too_long).message()));
   }
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file_, error);
@@ -150,9 +153,23 @@ void Database::CheckFile(Open how) const {
       Fail(error ? error.message()
                  : std::make_error_code(std::errc::no_such_file_or_directory).message());
     }
+    if (const int refusal = made_.Make(file_)) {
+      Fail(fmt::format("cannot be opened: {}", SystemText(refusal)));
+    }
     return;
   }
   if (!std::filesystem::is_regular_file(status)) Fail("no regular file");
+}
+
+// SQLite wants room for its journal's name behind that of the file, wherever it really lies.
+bool Database::IsTooLong() const {
+  constexpr size_t kJournal = 8;
+  const sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+  std::error_code error;
+  const std::filesystem::path whole =
+      std::filesystem::weakly_canonical(std::filesystem::absolute(file_, error), error);
+  return !error && system != nullptr &&
+         whole.native().size() + kJournal > static_cast<size_t>(system->mxPathname);
 }
 
 void Database::OpenHandle(const std::string& name, int flags) {
@@ -229,6 +246,8 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
   const int64_t application = Value("PRAGMA application_id");
   const bool blank =
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
+  // Somebody else was faster.
+  if (!blank) made_.Keep();
   if (!blank && application != kind.application_id) Fail("the database of another program");
   if (blank && how != Open::kCreate) Fail("the file is empty");
   if (!blank && version_ < 1) {
@@ -273,14 +292,10 @@ std::string Database::FolderRefusal() const {
 // SQLite tries to read a file that it could not make, and reports that there is none.
 void Database::ExplainOpening(int code) const {
   if ((code & 0xFF) != SQLITE_CANTOPEN) return;
-  errno = 0;
-  std::FILE* file = std::fopen(file_.c_str(), "ab");
+  const int file = open(file_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
   const int error = errno;
-  if (file != nullptr) {
-    std::fclose(file);
-  } else if (error != 0) {
-    Fail(fmt::format("cannot be opened: {}", SystemText(error)));
-  }
+  if (file < 0) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
+  close(file);
 }
 
 bool Database::HasLog() const {
@@ -382,6 +397,7 @@ void Database::FailWith(int code) const {
       throw std::bad_alloc();
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+      made_.Keep();
       Fail("in use by another program");
     case SQLITE_NOTADB:
       Fail("is not a register of this program: it is no SQLite database");

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "register/new_file.h"
 #include "register/register_error.h"
 
 struct sqlite3;
@@ -109,7 +110,8 @@ class Database {
   };
 
   // An empty name is a database in memory. A file that is not ours is refused and left as it
-  // is. A new one, and an empty file, have version 0 and no tables.
+  // is. A new one, and an empty file, have version 0 and no tables; a new one that no unit of work
+  // is stored in goes again.
   Database(const std::string& file, Open how, const DatabaseKind& kind);
   ~Database();
   Database(const Database&) = delete;
@@ -152,7 +154,8 @@ class Database {
   void OpenFile(Open how, const DatabaseKind& kind);
   void OpenUnwritable(const std::string& cause);
   void Identify(Open how, const DatabaseKind& kind);
-  void CheckFile(Open how) const;
+  void CheckFile(Open how);
+  bool IsTooLong() const;
   void ExplainOpening(int code) const;
   std::string Name() const;
   sqlite3_file* File() const;
@@ -186,6 +189,9 @@ class Database {
   bool taken_back_ = false;  // since the COMMIT began
   LogEnd log_end_;
   std::unique_ptr<sqlite3, DatabaseCloser> handle_;
+  // Until the first unit of work stands in it, or somebody else has it. It goes ahead of the
+  // handle, whose lock keeps others out of it.
+  mutable NewFile made_;
   // Ready to be run when nothing can be prepared.
   StatementHandle begin_;
   StatementHandle commit_;

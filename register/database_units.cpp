@@ -156,17 +156,14 @@ void Database::Commit() {
   // What counts is what has happened: a failure behind the commit changes nothing of it.
   const bool over = sqlite3_get_autocommit(handle_.get()) != 0;
   const bool stands = logged_ ? committed_ : done || (over && !taken_back_);
-  if (stands) {
+  // A unit that changed no page is none for the log.
+  if (stands || done) {
     in_unit_ = false;
+    made_.Keep();
     // Another time, if it cannot be done now.
     if (logged_ && log_end_.frames >= kLongLog) {
       sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     }
-    return;
-  }
-  // A unit that changed no page is none for the log.
-  if (done) {
-    in_unit_ = false;
     return;
   }
   Rollback();

@@ -70,6 +70,65 @@ TEST_F(DatabaseTest, AnEmptyFileBecomesARegister) {
   EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
 }
 
+// SQLite takes 512 bytes with its journal's name, "-journal"; a name has 255.
+TEST_F(DatabaseTest, ANewFileThatIsRefusedIsNotLeftBehind) {
+  const std::string long_folder = Path(std::string(200, 'a')) + "/" + std::string(200, 'b');
+  std::filesystem::create_directories(long_folder);
+  const std::string room(512 - 8 - long_folder.size() - 1, 'c');
+  const std::string too_long = long_folder + "/" + room + "c";
+  EXPECT_EQ(Refusal(too_long), too_long + ": cannot be opened: File name too long");
+  EXPECT_EQ(LookRefusal(too_long), too_long + ": cannot be opened: File name too long");
+  EXPECT_TRUE(std::filesystem::is_empty(long_folder));
+  // Where it leads to counts, and not what it is called.
+  std::filesystem::create_directory_symlink(long_folder, Path("short"));
+  EXPECT_EQ(Refusal(Path("short/") + room + "c"),
+            Path("short/") + room + "c: cannot be opened: File name too long");
+  EXPECT_TRUE(std::filesystem::is_empty(long_folder));
+  EXPECT_EQ(Refusal(long_folder + "/" + room), "");
+
+  // Room for the file, and none for what SQLite makes beside it.
+  for (const size_t size : {256u, 255u, 252u}) {
+    const std::string name = Path(std::string(size, 'd'));
+    EXPECT_NE(Refusal(name), "") << size;
+    std::error_code none;
+    EXPECT_FALSE(std::filesystem::exists(name, none)) << size;
+  }
+  EXPECT_EQ(Refusal(Path(std::string(247, 'd'))), "");
+  EXPECT_EQ(Refusal(Path("missing/shop")),
+            Path("missing/shop") + ": cannot be opened: No such file or directory");
+  EXPECT_FALSE(std::filesystem::exists(Path("missing")));
+}
+
+TEST_F(DatabaseTest, ANewFileThatTheDiskHasNoRoomForIsNotLeftBehind) {
+  const auto names = [this] {
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+      found.push_back(entry.path().filename().string());
+    }
+    return found;
+  };
+  bool made = false;
+  int failures = 0;
+  for (int n = 1; !made; ++n) {
+    ASSERT_LT(n, 1000);
+    disk.FailAt(n % 2 == 0 ? FailingDisk::Fault::kWrite : FailingDisk::Fault::kFull, n, true);
+    const std::string refusal = Refusal(Path("shop.register"));
+    disk.Heal();
+    made = refusal.empty();
+    if (made) break;
+    ++failures;
+    EXPECT_EQ(names(), std::vector<std::string>{}) << n;
+  }
+  EXPECT_GE(failures, 5);
+  EXPECT_EQ(LookRefusal(Path("shop.register")), "");
+  // An empty file of the host's is its own.
+  Write("empty", "");
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  EXPECT_NE(Refusal(Path("empty")), "");
+  disk.Heal();
+  EXPECT_TRUE(std::filesystem::exists(Path("empty")));
+}
+
 TEST_F(DatabaseTest, OtherFilesAreRefusedAndLeftAlone) {
   Write("text", "Dear diary,\n");
   ExpectRefused("text", "is not a register of this program: it is no SQLite database");
