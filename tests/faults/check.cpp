@@ -96,17 +96,19 @@ class Checker {
       const int wanted = found != answered.end() ? found->second : 0;
       if (count == wanted) continue;
       if (count == wanted + 1 && MayBe({name.first, name.second})) {
-        if (!report_.calling && device.start_notice().empty()) {
-          report_.Wrong(
-              "file: %s of %lld is there, was answered as unknown, and the start says "
-              "nothing",
-              Name(name.first), static_cast<long long>(name.second));
-        }
+        CheckNotice(device, {name.first, name.second});
         continue;
       }
       report_.Wrong("file: %s of %lld: answered 0 %d times, stored %d times", Name(name.first),
                     static_cast<long long>(name.second), wanted, count);
     }
+  }
+
+  // It has been told to nobody: the start has to.
+  void CheckNotice(const VirtualRegister& device, const Fact& fact) {
+    if (report_.calling || !device.start_notice().empty()) return;
+    report_.Wrong("file: %s of %lld is there, was answered as unknown, and the start says nothing",
+                  Name(fact.kind), static_cast<long long>(fact.value));
   }
 
   void CheckSums(const RegisterStore& store) {
@@ -141,6 +143,9 @@ class Checker {
   void CheckCounts(const VirtualRegister& device) {
     const RegisterStore& store = device.store();
     CheckCount(Fact::kClosing, store.last_closure());
+    if (store.last_closure() > Answered(Fact::kClosing, 0)) {
+      CheckNotice(device, {Fact::kClosing, 0});
+    }
     DailyCounters sums = store.counters();
     for (const Closure& closure : store.closures()) {
       sums.abandoned += closure.counters.abandoned;

@@ -193,7 +193,7 @@ bool Host::End(const char* name, int code, const Fact& fact, const Look& before)
     }
     // What is refused behind it, for the same cause, has not been begun.
     if (!report_.unknown && cause.find(kUnknown) != std::string::npos) {
-      report_.unknown = true;
+      report_.unknown = report_.was_unknown = true;
       report_.doubtful = fact;
     }
     // What fails without being struck has been left behind unusable, but where the register has

@@ -129,8 +129,8 @@ void Live(const Trouble& trouble, const std::string& folder, const std::vector<L
   strike::Place where;
   Host::Manners manners;
   if (trouble.manner != nullptr) {
-    where = {trouble.kind, trouble.place, trouble.manner->run, trouble.manner->half,
-             trouble.manner->kill};
+    where = {trouble.kind,         trouble.place,        trouble.manner->run,
+             trouble.manner->half, trouble.manner->kill, trouble.manner->disk};
     manners.dies_at_answer = trouble.manner->dies_at_answer;
     manners.ends_struck = trouble.manner->ends_struck;
   } else {

@@ -30,6 +30,7 @@ struct Manner {
   bool kill = false;            // the process dies in the call
   bool dies_at_answer = false;  // and when the host has its answer
   bool ends_struck = false;     // the fault lasts until the host ends
+  bool disk = false;            // with it all that stores
   bool power = false;           // with the process the computer dies
 };
 

@@ -198,6 +198,7 @@ class Loops {
 
   void Note(Row& row, long place, const Report& report) {
     ++row.tried;
+    if (report.was_unknown) ++row.unknown;
     if (report.wrong_count > 0) {
       ++row.wrong;
       if (row.wrong <= 3) Print(stdout, row, place, report);
@@ -225,16 +226,18 @@ class Loops {
 
   bool PrintTable() const {
     Row sum;
-    std::printf("\n%-26s %9s %9s %9s %9s\n", "fault", "places", "tried", "missed", "wrong");
+    std::printf("\n%-26s %9s %9s %9s %9s %9s\n", "fault", "places", "tried", "missed", "unknown",
+                "wrong");
     const auto print = [](const Row& row) {
-      std::printf("%-26s %9ld %9ld %9ld %9ld\n", row.name.c_str(), row.calls, row.tried, row.missed,
-                  row.wrong);
+      std::printf("%-26s %9ld %9ld %9ld %9ld %9ld\n", row.name.c_str(), row.calls, row.tried,
+                  row.missed, row.unknown, row.wrong);
     };
     for (const Row& row : rows_) {
       print(row);
       sum.calls += row.calls;
       sum.tried += row.tried;
       sum.missed += row.missed;
+      sum.unknown += row.unknown;
       sum.wrong += row.wrong;
     }
     sum.name = "all";

@@ -58,6 +58,7 @@ struct Report {
   // A call failed whose outcome the register called unknown, and nothing has been stored since; and
   // what it would leave behind.
   bool unknown = false;
+  bool was_unknown = false;  // at any time
   Fact doubtful;
   // The open document, as far as it was answered.
   struct Open {

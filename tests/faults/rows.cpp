@@ -46,6 +46,13 @@ constexpr Manner kManners[] = {
     {.name = "half-killed", .kinds = kWrites, .run = 1, .half = true, .kill = true},
     {.name = "once-killed", .kinds = kFiles, .run = 1, .dies_at_answer = true},
     {.name = "long-killed", .kinds = kFiles, .run = kForGood, .dies_at_answer = true},
+    {.name = "disk-long", .kinds = kStores, .run = kForGood, .disk = true},
+    {.name = "disk-for-good", .kinds = kStores, .run = kForGood, .ends_struck = true, .disk = true},
+    {.name = "disk-long-killed",
+     .kinds = kStores,
+     .run = kForGood,
+     .dies_at_answer = true,
+     .disk = true},
     {.name = "power-cut", .kinds = kStores, .run = 1, .kill = true, .power = true},
 };
 

@@ -15,7 +15,8 @@ struct Row {
   long calls = 0;            // places that there are
   std::vector<long> places;  // those that are tried
   long tried = 0;
-  long missed = 0;  // nothing was struck there
+  long missed = 0;   // nothing was struck there
+  long unknown = 0;  // the host was told that an outcome is unknown
   long wrong = 0;
 };
 

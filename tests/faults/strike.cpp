@@ -41,6 +41,13 @@ struct State {
 State state;
 void (*on_sync)(int descriptor) = nullptr;
 
+// Whether the fault has struck as often as it was to, or was healed.
+bool IsPast() {
+  if (state.healed) return true;
+  return state.failed > 0 && !state.rest_fails &&
+         state.counts[state.place.kind] - state.place.first >= state.place.run - 1;
+}
+
 void Die() {
   kill(getpid(), SIGKILL);
   for (;;) pause();
@@ -49,7 +56,13 @@ void Die() {
 Verdict Ask(Kind kind) {
   if (!state.counting) return Verdict::kGo;
   const long n = ++state.counts[kind];
-  if (kind != state.place.kind || state.healed || state.place.first == 0) return Verdict::kGo;
+  if (state.healed || state.place.first == 0) return Verdict::kGo;
+  if (kind != state.place.kind) {
+    const bool stores = kind == kWrite || kind == kSync || kind == kTruncate;
+    if (!state.place.disk || !stores || state.failed == 0 || IsPast()) return Verdict::kGo;
+    ++state.failed;
+    return Verdict::kFail;
+  }
   if (state.rest_fails) {
     state.rest_fails = false;
     ++state.failed;
@@ -191,12 +204,7 @@ void Resume() { state.counting = true; }
 void Pause() { state.counting = false; }
 long Count(Kind kind) { return state.counts[kind]; }
 long Failed() { return state.failed; }
-
-bool Past() {
-  if (state.healed) return true;
-  return state.failed > 0 && !state.rest_fails &&
-         state.counts[state.place.kind] - state.place.first >= state.place.run - 1;
-}
+bool Past() { return IsPast(); }
 
 }  // namespace lorimat::strike
 

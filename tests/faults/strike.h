@@ -26,6 +26,7 @@ struct Place {
   long run = 1;       // so many in a row
   bool half = false;  // a write or read gets half of it through first
   bool kill = false;  // the process dies there, behind the half
+  bool disk = false;  // with it all that stores: no write, sync or truncation gets through
 };
 
 // Counts from the beginning again, and strikes at the place. `folder` holds the test's files,
