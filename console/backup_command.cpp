@@ -179,7 +179,6 @@ int backup_command(const BackupOptions& options, Streams& streams) {
   std::vector<std::string> names = {BackupManifest::kFileName};
   {
     const InterruptWatch watch;
-    const FolderStay stay(folder.path());
     Progress progress(streams, true, backup_tables().size());
     for (const BackupTable& table : backup_tables()) {
       if (interrupted) {
@@ -187,9 +186,10 @@ int backup_command(const BackupOptions& options, Streams& streams) {
         tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
         return interrupt_exit();
       }
-      const std::string text = dump_table(table, session.library());
-      const auto rows =
-          dump_rows(table, folder.path() + "/" + table.file, text, session.language());
+      const std::string path = folder.path() + "/" + table.file;
+      const std::string text = dump_table(table, path, session.library());
+      const auto rows = dump_rows(table, path, text, session.language());
+      folder.write(table.file, text);
       manifest.files.push_back(
           {table.name, table.file, rows.size(), text.size(), lorimat::Sha256(text)});
       names.emplace_back(table.file);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +35,28 @@ constexpr size_t kLargestDump = 16 * 1024 * 1024;
 constexpr int kBeginProgramming = 1;  // opcodes of the lines around a dump
 constexpr int kEndProgramming = 2;
 constexpr int kKeyboards = 10;
+
+// A file that lies on no disk. A limit of file sizes (ulimit -f) holds for it, too.
+class MemoryFile {
+ public:
+  MemoryFile() : file_(memfd_create("lorimat", MFD_CLOEXEC)) {
+    if (!file_.is_open()) throw Failure(tr("no file in memory: {}", system_message(errno)));
+  }
+
+  // For this process; it has no capitals, which the library would make small.
+  std::string name() const { return fmt::format("/proc/self/fd/{}", file_.get()); }
+
+  // The errno value of what keeps it from growing; 0 when nothing does, and then nothing has cut
+  // what was written.
+  int full() const {
+    const off_t end = lseek(file_.get(), 0, SEEK_END);
+    if (end < 0 || pwrite(file_.get(), "\n", 1, end) != 1) return errno;
+    return ftruncate(file_.get(), end) == 0 ? 0 : errno;
+  }
+
+ private:
+  Descriptor file_;
+};
 
 // The lines of a text, without line ends.
 std::vector<DumpRow> lines_of(const std::string& text) {
@@ -103,21 +126,24 @@ std::string row_key(const BackupTable& table, const std::string& row) {
 
 std::span<const BackupTable> backup_tables() { return kTables; }
 
-std::string dump_table(const BackupTable& table, Library& library) {
+std::string dump_table(const BackupTable& table, const std::string& path, Library& library) {
   // By numbers, which every definition file takes. Around the rows stand the lines that turn the
   // key: they load into a register that wants it, and show that the dump is whole.
+  const MemoryFile file;
   const std::string line = table.number == 0
-                               ? fmt::format("#30 #1='DA', #2='{}'", table.file)
-                               : fmt::format("#3 #1={}, #2='{}', #4", table.number, table.file);
-  // A download of articles would leave the tail of a longer file.
-  unlink(table.file);
+                               ? fmt::format("#30 #1='DA', #2='{}'", file.name())
+                               : fmt::format("#3 #1={}, #2='{}', #4", table.number, file.name());
   std::string answer;
   const long code = library.run_line(line, &answer);
+  std::string text = read_whole_file(file.name(), kLargestDump);
+  if (const int error = file.full()) {
+    throw Failure(tr("{}: cannot be written: {}", shown(path), system_message(error)));
+  }
   if (code != 0) {
     throw Failure(tr("the {} cannot be read: code {}: {}", translated(table.text), code,
                      shown(without_trailing_blanks(answer))));
   }
-  return read_whole_file(table.file, kLargestDump);
+  return text;
 }
 
 std::vector<DumpRow> dump_rows(const BackupTable& table, const std::string& path,

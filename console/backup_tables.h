@@ -32,10 +32,10 @@ struct DumpRow {
   std::string text;
 };
 
-// Has the library dump a table into its file in the current folder, in place of one that is there,
-// and reads it. Throws Failure
-// when that fails.
-std::string dump_table(const BackupTable& table, Library& library);
+// Has the library dump a table, and reads it. The library answers OK to a dump that a full disk has
+// cut, so it writes into memory. Throws Failure when the dump fails or may be cut; path names the
+// file that it is for.
+std::string dump_table(const BackupTable& table, const std::string& path, Library& library);
 
 // The rows of a dump. Throws Failure, naming `path` and the line, when the text is no whole dump
 // of this table: a line that the language does not take or that is another command, a frame that

@@ -36,6 +36,7 @@ std::span<const ItalianText> italian_backup_texts() {
        "è rimasta da una copia interrotta, o ce n'è un'altra in corso; va rimossa"},
       {"cannot be made: {}", "non si può creare: {}"},
       {"cannot be written: {}", "non si può scrivere: {}"},
+      {"no file in memory: {}", "nessun file in memoria: {}"},
       {"{}: cannot be written: {}", "{}: non si può scrivere: {}"},
       {"{}: cannot work in this folder: {}", "{}: non si può lavorare in questa cartella: {}"},
       {"{}: the backup is there and whole, and its name may not have reached the disk: {}",

@@ -92,11 +92,10 @@ Backup read_backup(const std::string& folder, const Language& language) {
 
 using Differences = std::vector<RowDifference>;
 
-// Has the tables dumped into the scratch folder, which is the current one.
 Differences compare(const Backup& backup, TableSession& session) {
   Differences all;
   for (const TableBackup& one : backup.tables) {
-    const std::string text = dump_table(*one.table, session.library());
+    const std::string text = dump_table(*one.table, one.table->file, session.library());
     const auto rows = dump_rows(*one.table, one.table->file, text, session.language());
     const Differences some = compare_rows(*one.table, one.rows, rows);
     all.insert(all.end(), some.begin(), some.end());

@@ -139,16 +139,45 @@ TEST_F(BackupCommand, AFailingDumpLeavesNoFolder) {
   EXPECT_FALSE(fs::exists(tables() + ".part"));
 }
 
-TEST_F(BackupCommand, AFullDiskLeavesNoBackup) {
-  // The largest file that this program may write stands in for the disk: room for the small
-  // tables, and none for the keyboards. dash counts in blocks of 512 bytes.
-  const ProgramRun run = run_program(
-      "/bin/sh", {"-c", "trap '' XFSZ; ulimit -f 8; exec " + std::string(LORIMAT_BIN_FOLDER) +
-                            "/lorimat backup " + tables() + " --register " + shop_.file()});
+TEST_F(BackupCommand, ALimitOfFileSizesLeavesNoBackupAndIsNamed) {
+  // Room for the small tables, and none for the departments; and room for nothing. sh counts in
+  // blocks of 512 bytes or more.
+  for (const auto& [limit, file] :
+       std::vector<std::pair<std::string, std::string>>{{"8", "[a-z]+.txt"}, {"0", "vat.txt"}}) {
+    for (const char* signal : {"trap '' XFSZ; ", ""}) {
+      const ProgramRun run =
+          run_program("/bin/sh", {"-c", signal + ("ulimit -f " + limit) + "; exec " +
+                                            std::string(LORIMAT_BIN_FOLDER) + "/lorimat backup " +
+                                            tables() + " --register " + shop_.file()});
+      EXPECT_EQ(run.exit_code, 2);
+      EXPECT_THAT(run.errors, MatchesRegex("lorimat: " + tables() + ".part/" + file +
+                                           ": cannot be written: File too large\n"));
+      EXPECT_FALSE(fs::exists(tables()));
+      EXPECT_FALSE(fs::exists(tables() + ".part"));
+    }
+  }
+}
+
+// On a small disk of its own, which goes with the program.
+TEST_F(BackupCommand, AFullDiskLeavesNoBackupAndIsNamed) {
+  const std::string disk = shop_.folder().path("disk");
+  fs::create_directory(disk);
+  const std::string mount = "mount -t tmpfs -o size=16k tmpfs " + disk;
+  const std::vector<std::string> namespaces = {"-r", "-m", "/bin/sh", "-c"};
+  const auto on_disk = [&](const std::string& command) {
+    std::vector<std::string> arguments = namespaces;
+    arguments.push_back(mount + " && " + command);
+    return run_program("/usr/bin/unshare", arguments);
+  };
+  if (on_disk("true").exit_code != 0) GTEST_SKIP() << "no mount without root here";
+  const ProgramRun run =
+      on_disk(std::string(LORIMAT_BIN_FOLDER) + "/lorimat backup " + disk + "/tables --register " +
+              shop_.file() + "; code=$?; ls -A " + disk + "; exit $code");
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr(".txt"));
-  EXPECT_FALSE(fs::exists(tables()));
-  EXPECT_FALSE(fs::exists(tables() + ".part"));
+  EXPECT_THAT(run.errors, MatchesRegex("lorimat: " + disk +
+                                       "/tables.part/[a-z]+.txt: cannot be written: "
+                                       "No space left on device\n"));
+  EXPECT_THAT(run.output, IsEmpty());
 }
 
 TEST_F(BackupCommand, AnOpenDocumentIsLeftAloneAndNamed) {
