@@ -84,8 +84,12 @@ void FailureReport::show(const std::string& place, const std::string& heading,
   if (progress_ != nullptr) progress_->clear();
   const bool colours = streams_.error_has_colours();
   std::string out = styled(place + ":", Style::kStrong, colours) + " ";
-  if (!heading.empty()) out += styled(heading + ":", Style::kError, colours) + " ";
-  out += what + "\n";
+  size_t column = columns_of(place) + 2;
+  if (!heading.empty()) {
+    out += styled(heading + ":", Style::kError, colours) + " ";
+    column += columns_of(heading) + 2;
+  }
+  out += flowed(what, column, 0, columns()) + "\n";
   if (!text.empty()) out += bare_line(text);
   streams_.error(out);
 }

@@ -117,6 +117,7 @@ Codici d'uscita:
       {"Paper", "Carta"},
       {"in memory, gone with the shell", "in memoria, finisce con la shell"},
       {"The paper is blank.", "La carta è bianca."},
+      {"{} printed; see \".paper {}\"", "{} di carta; si veda \".paper {}\""},
       // The shell's own words.
       {"lists the commands of the language", "elenca i comandi del linguaggio"},
       {"tells of one: its fields and what they take", "ne spiega uno: i campi e che cosa prendono"},

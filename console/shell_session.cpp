@@ -31,8 +31,7 @@
 
 namespace {
 
-constexpr size_t kShownLine = 100;     // of a failing line
-constexpr size_t kShownFailures = 20;  // of an "@" line, on a terminal
+constexpr size_t kShownLine = 100;  // of a failing line
 
 struct OwnWord {
   const char* word;
@@ -102,11 +101,11 @@ void ShellSession::take(const SourceLine& line, const std::string& place) {
         tr("a NUL byte stands in column {}, and the library would read the line only up to there",
            line.nul_at) +
         encoding_hint(line.text);
-    if (look_.terminal) {
-      fail(place, fmt::format("{}: {}", tr("not run"), why), line.text);
-    } else {
+    if (FailureReport* report = line_report()) {
       ++failures_;
-      report_.report_not_run(place, why, line.text);
+      report->report_not_run(place, why, line.text);
+    } else {
+      fail(place, fmt::format("{}: {}", tr("not run"), why), line.text);
     }
     return;
   }
@@ -156,41 +155,38 @@ void ShellSession::run_batch(const std::string& text, const std::string& place) 
 void ShellSession::show_batch_failures(const BatchRun& batch) {
   if (batch.failures.empty()) return;
   file_lines_ += batch.lines;
-  if (!look_.terminal) {
-    failures_ += batch.failures.size();
-    report_failures(batch.failures, report_);
-    return;
-  }
-  const bool was_in_file = std::exchange(in_file_, true);
-  const size_t shown_failures = std::min(batch.failures.size(), kShownFailures);
-  for (size_t i = 0; i < shown_failures; ++i) {
-    const FailedLine& failed = batch.failures[i];
-    if (failed.code == 0) {
-      fail(failed.place, shown(failed.answer), {});
-    } else {
-      show_answer(failed.text, failed.code, failed.answer, failed.place);
-    }
-  }
-  in_file_ = was_in_file;
-  failures_ += batch.failures.size() - shown_failures;
-  if (!in_file_) {
-    tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
-  }
+  failures_ += batch.failures.size();
+  std::optional<FailureReport> of_line;
+  FailureReport* report = line_report();
+  if (report == nullptr) report = &of_line.emplace(streams_, &language_, true);
+  report_failures(batch.failures, *report);
+  if (!of_line) return;
+  of_line->summarize();
+  tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
+}
+
+// Of a line that does not stand right above.
+FailureReport* ShellSession::line_report() {
+  if (!look_.terminal) return &report_;
+  return file_report_ ? &*file_report_ : nullptr;
 }
 
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
                                const std::string& place) {
   const std::string words = shown(without_trailing_blanks(answer));
-  if (code != 0 && !look_.terminal) {
+  FailureReport* report = line_report();
+  if (code != 0 && report != nullptr) {
     ++failures_;
-    report_.report({place, code, answer, text});
+    report->report({place, code, answer, text});
   } else if (code != 0) {
     // The place that is shown has the hint of the encoding.
-    fail(place, tr("code {}: {}", code, words), in_file_ ? text : "");
+    fail(place, tr("code {}: {}", code, words), "");
     const size_t columns = look_.columns();
     streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
   } else if (!look_.terminal) {
     if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
+  } else if (file_report_) {
+    if (answer != plain_answer_) streams_.output(laid_out(tr("{}: answer: {}", place, words)));
   } else if (answer != plain_answer_) {
     // "OK.(2 Lines   0 msec)" says ok itself.
     const bool begins_plain = answer.compare(0, plain_answer_.size(), plain_answer_) == 0;
@@ -201,17 +197,16 @@ void ShellSession::show_answer(const std::string& text, long code, const std::st
     const std::string ok = tr("ok");
     streams_.output(styled(ok, Style::kGood, look_.colours) +
                     flowed(rest, columns_of(ok), 0, look_.columns()) + "\n");
-  } else if (!in_file_ && !holds_nothing(text)) {
+  } else if (!holds_nothing(text)) {
     streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + "\n");
   }
 }
 
-// On a terminal the line stands right above, except for that of a file.
+// On a terminal the line stands right above.
 void ShellSession::fail(const std::string& place, const std::string& what, std::string_view line) {
   ++failures_;
-  std::string text = !look_.terminal || in_file_
-                         ? laid_out(fmt::format("{}: {}", place, what))
-                         : styled(laid_out(what), Style::kError, look_.colours);
+  std::string text = !look_.terminal ? laid_out(fmt::format("{}: {}", place, what))
+                                     : styled(laid_out(what), Style::kError, look_.colours);
   if (!line.empty()) text += fmt::format("    {}\n", shown(line, kShownLine));
   if (look_.terminal) {
     streams_.output(text);
@@ -224,6 +219,8 @@ void ShellSession::tell_stop(const std::string& file, uint64_t line) {
   const std::string text =
       laid_out(tr("{}: stopped by {} behind line {}", file, interrupt_name(), line));
   if (look_.terminal) {
+    // Behind the ^C that the terminal shows.
+    if (file_report_ && !std::exchange(echo_ended_, true)) streams_.output("\n");
     streams_.output(text);
   } else {
     streams_.error(text);
@@ -259,6 +256,7 @@ std::string ShellSession::paper_strip(const std::string& line) const {
 }
 
 void ShellSession::show_paper() {
+  if (file_report_) return;
   const std::vector<std::string>& lines = client_.printed().lines();
   std::string text;
   for (size_t i = std::min(paper_shown_, lines.size()); i < lines.size(); ++i) {
@@ -266,6 +264,17 @@ void ShellSession::show_paper() {
   }
   paper_shown_ = lines.size();
   if (!text.empty()) streams_.output(text);
+}
+
+// A person that runs a file wants to know what came of it, and looks at the paper after that.
+void ShellSession::tell_paper_of_file() {
+  const size_t lines = client_.printed().lines().size();
+  const size_t printed = lines - std::min(paper_shown_, lines);
+  paper_shown_ = lines;
+  if (printed == 0) return;
+  streams_.output(
+      laid_out(tr("{} printed; see \".paper {}\"",
+                  tr_count(printed, TR_TEXT("{} line"), TR_TEXT("{} lines")), printed)));
 }
 
 void ShellSession::show_last_paper(const std::string& number) {
@@ -386,7 +395,8 @@ void ShellSession::run_file(const std::string& file) {
   const uint64_t before = failures_;
   const uint64_t lines_before = file_lines_;
   SourceLine line;
-  in_file_ = true;
+  if (look_.terminal) file_report_.emplace(streams_, &language_, true);
+  echo_ended_ = false;
   try {
     while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
       ++file_lines_;
@@ -399,10 +409,10 @@ void ShellSession::run_file(const std::string& file) {
       }
     }
   } catch (...) {
-    in_file_ = false;
+    file_report_.reset();
     throw;
   }
-  in_file_ = false;
+  if (file_report_) file_report_->summarize();
   const uint64_t failed = failures_ - before;
   if (interrupted != 0) {
     // In a pipe the whole input ends with it, and tells of it.
@@ -413,4 +423,6 @@ void ShellSession::run_file(const std::string& file) {
   } else if (failed != 0) {
     tell(streams_, tr("{} of {} lines failed", failed, file_lines_ - lines_before));
   }
+  file_report_.reset();
+  if (look_.terminal) tell_paper_of_file();
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -55,6 +56,7 @@ class ShellSession {
   void run(const std::string& text, const std::string& place);
   void run_batch(const std::string& text, const std::string& place);
   void show_batch_failures(const BatchRun& batch);
+  FailureReport* line_report();
   void show_answer(const std::string& text, long code, const std::string& answer,
                    const std::string& place);
   void tell_stop(const std::string& file, uint64_t line);
@@ -69,6 +71,7 @@ class ShellSession {
   void show_last_paper(const std::string& number);
   void change_faults(std::string_view words);
   void run_file(const std::string& file);
+  void tell_paper_of_file();
   std::string paper_strip(const std::string& line) const;
   // A text of the shell's own, in lines that fit the window.
   std::string laid_out(const std::string& text) const;
@@ -80,12 +83,14 @@ class ShellSession {
   Streams& streams_;
   ShellHelp help_;
   ShellCompleter completer_;
-  FailureReport report_;      // of a pipe
+  FailureReport report_;  // of a pipe
+  // Of the lines of ".batch", while they run on a terminal.
+  std::optional<FailureReport> file_report_;
+  bool echo_ended_ = false;   // of the Ctrl-C that stopped them
   std::string plain_answer_;  // of a line that has nothing to say
   std::string told_failure_;
   size_t paper_shown_ = 0;  // lines
   uint64_t failures_ = 0;
   uint64_t file_lines_ = 0;
-  bool in_file_ = false;  // at a line of ".batch"
   bool quit_ = false;
 };

@@ -217,6 +217,27 @@ TEST_F(ShellOnTerminal, TabCompletesNamesOfFiles) {
   EXPECT_THAT(run.type_for_prompt("\r"), Contains("ok: 2 lines"));
 }
 
+TEST_F(ShellOnTerminal, ABatchTellsWhatCameOfItWithoutItsPaper) {
+  folder_.write("day.cmd", "VEND REP=1, PRE=1.00\nINFO TIPO=MATRICOLA\nVNED\nCHIU\n");
+  folder_.write("good.cmd", "VIS CLI1='A'\n");
+  TerminalRun run(shell(), setting());
+  const std::vector<std::string> rows = run.enter(".batch day.cmd");
+  EXPECT_EQ("day.cmd:2: answer: 99LRM0000001VR", rows.front());
+  EXPECT_THAT(rows, Contains(StartsWith("day.cmd:3: code 257: ERROR 1/1")));
+  EXPECT_THAT(rows, Contains("  no command is called 'VNED'; did you mean VEND?"));
+  EXPECT_THAT(rows, Contains("lorimat: 1 of 4 lines failed"));
+  EXPECT_THAT(rows, Not(Contains(StartsWith("  |"))));
+  // The receipt: 3 lines of the shop, 2 of the title, the names of the columns and the sale, 2 of
+  // the total, 2 of the payment, 4 of the end with its rule, and 5 blank ones between them.
+  EXPECT_EQ("20 lines printed; see \".paper 20\"", rows[rows.size() - 2]);
+  EXPECT_EQ(kReady, rows.back());
+  EXPECT_EQ("  |             NEGOZIO DI PROVA             |", run.enter(".paper 20").front());
+  EXPECT_THAT(run.enter(".batch good.cmd"), ElementsAre("ok: 1 line", kReady));
+  // A line that is typed goes on as before.
+  EXPECT_THAT(run.enter("VEND REP=1, PRE=2.00"),
+              Contains("  |REPARTO 1                  22%        2,00|"));
+}
+
 TEST_F(ShellOnTerminal, CtrlCDropsTheLineAndNotTheReceipt) {
   TerminalRun run(shell(), setting());
   run.type("VEND REP=1, PRE=9");
