@@ -17,7 +17,6 @@
 #include "register_messages.h"
 #include "register_options.h"
 #include "register_text.h"
-#include "rpccommon/services/rtffptrconst.h"
 #include "text.h"
 #include "translate.h"
 
@@ -131,10 +130,6 @@ std::string RegisterClient::paper() const { return device_->Printed().text(); }
 std::string RegisterClient::paper_png() const { return lorimat::RenderPng(device_->Printed()); }
 
 std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device_->Printed()); }
-
-bool RegisterClient::document_open() const {
-  return device_->printer_state() != RTF_FPTR_PS_MONITOR;
-}
 
 void RegisterClient::on_line(std::function<void()> callback) {
   device_->set_on_line(std::move(callback));

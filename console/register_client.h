@@ -38,8 +38,6 @@ class RegisterClient {
   // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError.
   std::string paper_png() const;
   std::string paper_pdf() const;
-  // Whether a document has been begun and not ended.
-  bool document_open() const;
 
   // Called for each command line that reaches the translator; null ends that.
   void on_line(std::function<void()> callback);

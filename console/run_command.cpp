@@ -23,12 +23,12 @@
 #include "line_encoding.h"
 #include "line_reader.h"
 #include "notices.h"
+#include "open_document.h"
 #include "paper_places.h"
 #include "places.h"
 #include "progress.h"
-#include "register/register_file.h"
 #include "register_client.h"
-#include "register_text.h"
+#include "shell_status.h"
 #include "text.h"
 #include "translate.h"
 
@@ -236,21 +236,6 @@ void tell_what_is_kept(const RunOptions& options, Streams& streams) {
                         file, file));
 }
 
-// Which document is open, and what becomes of it. The register is switched off by now, so that
-// this is what its file holds.
-void tell_open_document(const RunOptions& options, bool open, const std::string& lines,
-                        Streams& streams) {
-  if (!open) return;
-  if (options.register_file.empty()) {
-    tell_note(streams, tr("{} ends with the receipt still open; a payment closes it", lines));
-    return;
-  }
-  const lorimat::RegisterStatus status = lorimat::RegisterFile(options.register_file).Status();
-  if (!status.open_document) return;
-  tell_note(streams, tr("{} keeps {}", shown(options.register_file),
-                        open_document_text(*status.open_document)));
-}
-
 }  // namespace
 
 int run_command(const RunOptions& options, Streams& streams) {
@@ -283,11 +268,11 @@ int run_command(const RunOptions& options, Streams& streams) {
     outcome.failed = true;
     tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
   }
-  const bool open = client->document_open();
+  const std::string open = open_document_words(client->device());
   const bool kept = client->last_failure().empty();
   library.reset();
   client.reset();
-  tell_open_document(options, open, reader.name(), streams);
+  tell_open_document(options.register_file, open, reader.name(), streams);
   const std::string trace_failure = streams.trace_failure();
   if (!trace_failure.empty()) tell_error(streams, trace_failure);
   const bool all_written = !outcome.failed && trace_failure.empty();

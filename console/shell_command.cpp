@@ -20,12 +20,11 @@
 #include "library_start.h"
 #include "line_reader.h"
 #include "notices.h"
+#include "open_document.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "places.h"
-#include "register/register_file.h"
 #include "register_client.h"
 #include "register_options.h"
-#include "register_text.h"
 #include "shell_editor.h"
 #include "shell_history.h"
 #include "shell_session.h"
@@ -183,8 +182,8 @@ class TerminalShell {
   bool may_leave() {
     const std::string open = open_document_words(client_.device());
     if (open.empty()) return true;
-    say(client_.file().empty() ? tr("Note: {}. It is gone with the shell.", open)
-                               : tr("Note: {}. The next start of the register ends it.", open));
+    say(tr("Note: {}.", open) + " " +
+        open_document_fate(client_.device(), !client_.file().empty()));
     std::string answer;
     switch (editor_.read(tr("Leave? (y/n) "), &answer)) {
       case ShellEditor::Event::kLine: {
@@ -238,22 +237,6 @@ int run_terminal(const Language& language, Library& library, RegisterClient& cli
   window = &editor;
   const TerminalSignals signals;
   return TerminalShell(session, editor, history, client, colours, streams).run();
-}
-
-// Which document is left open. The register is switched off by now: this is what its file holds.
-void tell_open_document(const ShellOptions& options, bool open, bool terminal, Streams& streams) {
-  if (!open) return;
-  if (options.register_file.empty()) {
-    if (!terminal) {
-      tell_note(streams, tr("{} ends with the receipt still open; a payment closes it",
-                            tr("standard input")));
-    }
-    return;
-  }
-  const lorimat::RegisterStatus status = lorimat::RegisterFile(options.register_file).Status();
-  if (!status.open_document) return;
-  tell_note(streams, tr("{} keeps {}", shown(options.register_file),
-                        open_document_text(*status.open_document)));
 }
 
 }  // namespace
@@ -311,11 +294,15 @@ int shell_command(const ShellOptions& options, Streams& streams) {
   } catch (const Failure&) {
     stopped = std::current_exception();
   }
-  const bool open = client->document_open();
+  const std::string open = open_document_words(client->device());
   const bool kept = client->last_failure().empty();
   library.reset();
   client.reset();
-  tell_open_document(options, open, terminal, streams);
+  // Who left the shell on a terminal was asked, and told that a register in memory goes with it.
+  if (!terminal || !options.register_file.empty() || code != kExitGood) {
+    tell_open_document(options.register_file, open,
+                       terminal ? tr("the shell") : tr("standard input"), streams);
+  }
   if (stopped) std::rethrow_exception(stopped);
   return kept ? code : kExitNotDone;
 }

@@ -130,7 +130,8 @@ TEST(Colours, RunMarksThePlaceAndTheCode) {
                             "begins with.\n" +
                             in(kBoldRed, "lorimat:") + " 1 of 2 lines failed\n" +
                             in(kBold, "lorimat:") + " " + in(kCyan, "note:") + " " + lines +
-                            " ends with the receipt still open; a payment closes it\n");
+                            " ends, and the receipt is open, with 1 item and a subtotal of "
+                            "1,00: it is gone with the register in memory\n");
 }
 
 TEST(Colours, CheckMarksPlaceKindAndCaret) {

@@ -68,8 +68,9 @@ TEST(MessageLanguage, RunNotesAnOpenReceiptInItalian) {
   const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\n");
   const ProgramRun run = run_italian({"run", lines});
   EXPECT_THAT(run.errors, HasSubstr("lorimat: nota: " + lines +
-                                    " finisce con lo scontrino ancora aperto; lo chiude un "
-                                    "pagamento\n"));
+                                    " finisce con un documento aperto: scontrino, con 1 articolo e "
+                                    "un subtotale di 1,00; va perso con il registratore in "
+                                    "memoria\n"));
 }
 
 TEST(MessageLanguage, RunNamesTheCauseOfTheSystemInItalian) {

@@ -46,7 +46,7 @@ TEST(Lines, StopOnErrorEndsTheRunAtTheFirstFailingLine) {
   EXPECT_THAT(run.errors, HasSubstr(":2: code 257"));
   EXPECT_THAT(run.errors, Not(HasSubstr("WORSE")));
   EXPECT_THAT(run.errors, HasSubstr("stopped at line 2"));
-  EXPECT_THAT(run.errors, HasSubstr("receipt still open"));
+  EXPECT_THAT(run.errors, HasSubstr(": it is gone with the register in memory\n"));
 }
 
 TEST(Lines, CarriageReturnsTabsCommentsAndAMissingLastLineEndAreReadAsTheLibraryReadsThem) {
@@ -185,7 +185,7 @@ TEST(Lines, AnOpenReceiptAtTheEndIsNotedAndIsNoFailure) {
   const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\n");
   const ProgramRun run = run_console({"run", lines});
   EXPECT_EQ(run.exit_code, 0);
-  EXPECT_THAT(run.errors, HasSubstr("receipt still open"));
+  EXPECT_THAT(run.errors, HasSubstr(": it is gone with the register in memory\n"));
 }
 
 TEST(Lines, CtrlCEndsTheRunBehindTheLineAndThePaperIsKept) {

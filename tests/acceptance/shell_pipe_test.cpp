@@ -133,7 +133,8 @@ TEST(ShellPipe, AReceiptLeftOpenIsNotedAndIsNoFailure) {
   EXPECT_EQ(0, run.exit_code);
   EXPECT_EQ(
       run.errors,
-      "lorimat: note: standard input ends with the receipt still open; a payment closes it\n");
+      "lorimat: note: standard input ends, and the receipt is open, with 1 item and a subtotal of "
+      "1,00: it is gone with the register in memory\n");
 }
 
 TEST(ShellPipe, LinesOfAFileCountAmongThoseThatFail) {

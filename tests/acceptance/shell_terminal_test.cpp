@@ -287,7 +287,7 @@ TEST_F(ShellOnTerminal, ARegisterInAFileTellsWhatBecomesOfTheDocument) {
     TerminalRun run(arguments, wide);
     run.enter("VEND REP=1, PRE=2.00");
     run.type(kCtrlD);
-    run.wait_for("The next start of the register ends it.");
+    run.wait_for("It is not paid: the next start of the register voids it.");
     run.wait_for("Leave? (y/n)");
     run.type("y\r");
     EXPECT_EQ(0, run.wait_for_end());
@@ -297,6 +297,30 @@ TEST_F(ShellOnTerminal, ARegisterInAFileTellsWhatBecomesOfTheDocument) {
   TerminalRun run(arguments, wide);
   EXPECT_THAT(run.screen().text(), HasSubstr(": a virtual register, kept in "));
   EXPECT_EQ(kReady, run.screen().rows()[run.screen().cursor_row() - 1]);
+}
+
+TEST_F(ShellOnTerminal, ADocumentThatIsNoSaleIsEndedAndNotVoided) {
+  std::vector<std::string> arguments = shell();
+  arguments.insert(arguments.end(), {"--register", folder_.path("shop.register")});
+  TerminalSetting wide = setting();
+  wide.columns = 200;
+  TerminalRun run(arguments, wide);
+  run.enter("NOFIS INIZIO");
+  run.type(kCtrlD);
+  run.wait_for("Note: a document is open (NON-FISCAL). The next start of the register ends it.");
+  EXPECT_THAT(run.screen().text(), Not(HasSubstr("voids it")));
+}
+
+TEST_F(ShellOnTerminal, ASignalTellsThatTheReceiptInMemoryIsGone) {
+  TerminalSetting wide = setting();
+  wide.columns = 200;
+  TerminalRun run(shell(), wide);
+  run.enter("VEND REP=1, PRE=2.00");
+  run.send_signal(SIGTERM);
+  EXPECT_EQ(128 + SIGTERM, run.wait_for_end());
+  EXPECT_THAT(run.screen().text(),
+              HasSubstr("lorimat: note: the shell ends, and the receipt is open, with 1 item and a "
+                        "subtotal of 2,00: it is gone with the register in memory\n"));
 }
 
 TEST_F(ShellOnTerminal, CtrlCEndsABatchBehindTheLineAtWork) {

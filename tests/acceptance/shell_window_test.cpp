@@ -134,8 +134,8 @@ TEST_P(ShellInWindow, NotesKeepTheirWords) {
         "directory ",
         " bad.cmd:1: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND ",
         "lorimat: 3 of 3 lines failed ",
-        " Note: the receipt is open, with 1 item and a subtotal of 2,00. The next start of the "
-        "register ends it. ",
+        " Note: the receipt is open, with 1 item and a subtotal of 2,00. It is not paid: the next "
+        "start of the register voids it. ",
         "lorimat: note: r keeps a receipt of 20/11/2026 11:03, 1 line, subtotal 2,00, not paid: "
         "the next start voids it "}) {
     EXPECT_THAT(text, HasSubstr(note));
