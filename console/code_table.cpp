@@ -94,9 +94,8 @@ constexpr OwnCode kOwnCodes[] = {
      TR_TEXT(
          "The command lacks a field, or joins fields that do not go together: a lottery or journal "
          "request without its file or documents, say.")},
-    {260, true,
-     TR_TEXT("The command has no field of this name, or of this number behind \"#\". A "
-             "comma begins the next field: decimals stand behind a point.")},
+    {260, true, TR_TEXT("The command has no field of this name, or of this number behind \"#\"."),
+     TR_TEXT("A comma begins the next field: decimals stand behind a point.")},
     {261, true, TR_TEXT("The shortened field name fits more than one field of the command.")},
     {262, true,
      TR_TEXT("A quote stands in a field's name, ahead of the \"=\". Only values take quotes.")},
@@ -109,9 +108,8 @@ constexpr OwnCode kOwnCodes[] = {
      TR_TEXT("A field has a value that the command does not take, or two fields exclude each "
              "other. Also "
              "a value of more than 2048 characters.")},
-    {266, true,
-     TR_TEXT("A field that the command needs is missing or empty, or, for CHKSUB (opcode "
-             "73), no number: '1,00' is none.")},
+    {266, true, TR_TEXT("A field that the command needs is missing or empty."),
+     TR_TEXT("For CHKSUB (opcode 73) it is no number, as '1,00' is none.")},
     {267, true, TR_TEXT("The line ends where a field is due.")},
     {268, true, TR_TEXT("The command's number has no command in this library.")},
     {269, true, TR_TEXT("A sale has neither a department nor an article, or has both.")},
@@ -184,19 +182,20 @@ constexpr ClientResult kClientResults[] = {
     {RESULT(RTF_EFPTR_MISSING_DEVICES), TR_TEXT("A part of the device is missing.")},
     {RESULT(RTF_EFPTR_WRONG_STATE),
      TR_TEXT("The printer is in another state than the command needs: no receipt is open, say, or "
-             "one is. A sale that finds nothing open: behind DOCANNULLO AUTO, a CHKSUB that "
-             "differed, a key that paid or voided, or a document that was refused, the translator "
-             "counts one as open, and no sale opens a receipt until CLEAR (opcode 8), RESPRN (74) "
-             "or CHIU (11). Behind a payment in part: pay the rest. With the key turned away: "
+             "one is."),
+     TR_TEXT("A sale that finds nothing open: behind DOCANNULLO AUTO, a CHKSUB that differed, a "
+             "key that paid or voided, or a document that was refused, the translator counts one "
+             "as open, and no sale opens a receipt until CLEAR (opcode 8), RESPRN (74) or CHIU "
+             "(11). A sale behind a payment in part: pay the rest. With the key turned away: "
              "CHIAVE REG (15).")},
     {RESULT(RTF_EFPTR_TECHNICAL_ASSISTANCE), TR_TEXT("The printer needs the technical service.")},
     {RESULT(RTF_EFPTR_CLOCK_ERROR), TR_TEXT("The clock of the printer is wrong or broken.")},
     {RESULT(RTF_EFPTR_FISCAL_MEMORY_FULL), TR_TEXT("The fiscal memory is full.")},
     {RESULT(RTF_EFPTR_FISCAL_MEMORY_DISCONNECTED), TR_TEXT("The fiscal memory is not connected.")},
     {RESULT(RTF_EFPTR_FISCAL_TOTALS_ERROR),
-     TR_TEXT("The totals do not agree with what was expected. Behind CHKSUB (opcode 73) the "
-             "receipt is given up, and no sale opens one until CLEAR (8), RESPRN (74) or CHIU "
-             "(11).")},
+     TR_TEXT("The totals do not agree with what was expected."),
+     TR_TEXT("Behind CHKSUB (opcode 73) the receipt is given up, and no sale opens one until CLEAR "
+             "(8), RESPRN (74) or CHIU (11).")},
     {RESULT(RTF_EFPTR_BAD_ITEM_QUANTITY), TR_TEXT("The quantity is not allowed.")},
     {RESULT(RTF_EFPTR_BAD_ITEM_AMOUNT), TR_TEXT("The amount is not allowed.")},
     {RESULT(RTF_EFPTR_BAD_ITEM_DESCRIPTION),
@@ -320,6 +319,7 @@ std::vector<CodeReading> read_code(int code) {
   for (const OwnCode& own : kOwnCodes) {
     if (own.code == code) {
       readings.push_back(plain(CodeReading::kOwn, code, own.cause, own.given));
+      readings.back().way_out = own.way_out;
     }
   }
   if (code < 0) {
@@ -339,6 +339,7 @@ std::vector<CodeReading> read_code(int code) {
     std::vector<int> chain = chain_to(client.result, code);
     if (chain.empty()) continue;
     readings.push_back(passed(CodeReading::kClient, std::move(chain), client.name, client.cause));
+    readings.back().way_out = client.way_out;
   }
   if (code == pass(kStateNotRead)) {
     readings.push_back(passed(

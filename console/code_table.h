@@ -20,6 +20,7 @@ struct OwnCode {
   int code;
   bool given;  // whether this library gives it; the others are kept for their texts
   const char* cause;
+  const char* way_out = "";  // what leads out, where that is not plain to see
 };
 std::span<const OwnCode> own_codes();
 
@@ -28,6 +29,7 @@ struct ClientResult {
   int result;
   const char* name;
   const char* cause;
+  const char* way_out = "";
 };
 std::span<const ClientResult> client_results();
 
@@ -46,6 +48,7 @@ struct CodeReading {
   std::vector<int> chain;  // from where it begins to the code itself, a code for each pass
   std::string name;        // of a client result
   std::string cause;
+  std::string way_out;
   bool given = true;          // false for a code that the tables know and this library never gives
   bool once_or_more = false;  // a further pass changes nothing, so that it may be one of several
 };

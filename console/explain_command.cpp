@@ -167,6 +167,7 @@ std::string as_text(const Explanation& explanation, bool colours) {
     const std::string passed = passes(reading);
     if (!passed.empty()) out += continuation(passed);
     if (!reading.cause.empty()) out += continuation(translated(reading.cause));
+    if (!reading.way_out.empty()) out += continuation(translated(reading.way_out));
   }
   if (explanation.readings.empty()) {
     out += entry(tr("From"), tr("nothing that is known: the library does not give this code"),
@@ -209,6 +210,7 @@ Json as_json(const Explanation& explanation) {
                 {"given", reading.given},
                 {"cause", reading.cause}};
     if (!reading.name.empty()) one["name"] = reading.name;
+    if (!reading.way_out.empty()) one["way_out"] = reading.way_out;
     readings.push_back(std::move(one));
   }
   Json out = {{"code", explanation.code}, {"text", explanation.text}};

@@ -64,10 +64,10 @@ std::span<const ItalianText> italian_codes_texts() {
        "request without its file or documents, say.",
        "Al comando manca un campo, o unisce campi che non vanno insieme: per esempio una richiesta "
        "della lotteria o del giornale senza il file o i documenti."},
-      {"The command has no field of this name, or of this number behind \"#\". A comma begins the "
-       "next field: decimals stand behind a point.",
-       "Il comando non ha un campo con questo nome, o con questo numero dopo \"#\". Una virgola "
-       "comincia il campo che segue: i decimali stanno dopo un punto."},
+      {"The command has no field of this name, or of this number behind \"#\".",
+       "Il comando non ha un campo con questo nome, o con questo numero dopo \"#\"."},
+      {"A comma begins the next field: decimals stand behind a point.",
+       "Una virgola comincia il campo che segue: i decimali stanno dopo un punto."},
       {"The shortened field name fits more than one field of the command.",
        "Il nome abbreviato corrisponde a più di un campo del comando."},
       {"A quote stands in a field's name, ahead of the \"=\". Only values take quotes.",
@@ -82,10 +82,10 @@ std::span<const ItalianText> italian_codes_texts() {
        "a value of more than 2048 characters.",
        "Un campo ha un valore che il comando non accetta, o due campi si escludono a vicenda. "
        "Anche un valore di più di 2048 caratteri."},
-      {"A field that the command needs is missing or empty, or, for CHKSUB (opcode 73), no number: "
-       "'1,00' is none.",
-       "Un campo necessario al comando manca o è vuoto o, per CHKSUB (opcode 73), non è un numero: "
-       "'1,00' non lo è."},
+      {"A field that the command needs is missing or empty.",
+       "Un campo necessario al comando manca o è vuoto."},
+      {"For CHKSUB (opcode 73) it is no number, as '1,00' is none.",
+       "Per CHKSUB (opcode 73) non è un numero, e '1,00' non lo è."},
       {"The line ends where a field is due.", "La riga finisce dove ci vuole un campo."},
       {"The command's number has no command in this library.",
        "Al numero del comando non corrisponde un comando di questa libreria."},
@@ -143,26 +143,29 @@ std::span<const ItalianText> italian_codes_texts() {
       {"A form is still in the slip station.", "C'è ancora un modulo nella stazione slip."},
       {"A part of the device is missing.", "Manca una parte del dispositivo."},
       {"The printer is in another state than the command needs: no receipt is open, say, or one "
-       "is. A sale that finds nothing open: behind DOCANNULLO AUTO, a CHKSUB that differed, a key "
-       "that paid or voided, or a document that was refused, the translator counts one as open, "
-       "and no sale opens a receipt until CLEAR (opcode 8), RESPRN (74) or CHIU (11). Behind a "
-       "payment in part: pay the rest. With the key turned away: CHIAVE REG (15).",
+       "is.",
        "La stampante non è nello stato che serve al comando: per esempio non c'è uno scontrino "
-       "aperto, o ce n'è uno. Una vendita che non trova niente di aperto: dopo DOCANNULLO AUTO, "
-       "un CHKSUB che non torna, un tasto che ha pagato o annullato, o un documento rifiutato, "
-       "per il traduttore ce n'è uno aperto, e nessuna vendita apre uno scontrino fino a CLEAR "
-       "(opcode 8), RESPRN (74) o CHIU (11). Dopo un pagamento parziale: si paghi il resto. Con "
-       "la chiave girata: CHIAVE REG (15)."},
+       "aperto, o ce n'è uno."},
+      {"A sale that finds nothing open: behind DOCANNULLO AUTO, a CHKSUB that differed, a key that "
+       "paid or voided, or a document that was refused, the translator counts one as open, and no "
+       "sale opens a receipt until CLEAR (opcode 8), RESPRN (74) or CHIU (11). A sale behind a "
+       "payment in part: pay the rest. With the key turned away: CHIAVE REG (15).",
+       "Una vendita che non trova niente di aperto: dopo DOCANNULLO AUTO, un CHKSUB che non torna, "
+       "un tasto che ha pagato o annullato, o un documento rifiutato, per il traduttore ce n'è uno "
+       "aperto, e nessuna vendita apre uno scontrino fino a CLEAR (opcode 8), RESPRN (74) o CHIU "
+       "(11). Una vendita dopo un pagamento parziale: si paghi il resto. Con la chiave girata: "
+       "CHIAVE REG (15)."},
       {"The printer needs the technical service.",
        "La stampante ha bisogno dell'assistenza tecnica."},
       {"The clock of the printer is wrong or broken.",
        "L'orologio della stampante è sbagliato o guasto."},
       {"The fiscal memory is full.", "La memoria fiscale è piena."},
       {"The fiscal memory is not connected.", "La memoria fiscale non è collegata."},
-      {"The totals do not agree with what was expected. Behind CHKSUB (opcode 73) the receipt is "
-       "given up, and no sale opens one until CLEAR (8), RESPRN (74) or CHIU (11).",
-       "I totali non sono quelli attesi. Dopo CHKSUB (opcode 73) lo scontrino si abbandona, e "
-       "nessuna vendita ne apre uno fino a CLEAR (8), RESPRN (74) o CHIU (11)."},
+      {"The totals do not agree with what was expected.", "I totali non sono quelli attesi."},
+      {"Behind CHKSUB (opcode 73) the receipt is given up, and no sale opens one until CLEAR (8), "
+       "RESPRN (74) or CHIU (11).",
+       "Dopo CHKSUB (opcode 73) lo scontrino si abbandona, e nessuna vendita ne apre uno fino a "
+       "CLEAR (8), RESPRN (74) o CHIU (11)."},
       {"The quantity is not allowed.", "La quantità non è ammessa."},
       {"The amount is not allowed.", "L'importo non è ammesso."},
       {"The description is too long or not allowed.",

@@ -1,7 +1,7 @@
 ; A day from opening to closing: receipts of several kinds, a look at the day, the closing, and
 ; what can be asked for afterwards.
 ;
-;   lorimat run examples/day.cmd
+;   lorimat run examples/day.cmd --clock '2024-03-15 10:30'      (the date of the credit note)
 
 ; In the morning
 VEND REP=2, PRE=1.20, DES='CAFFE'

@@ -263,7 +263,8 @@ TEST(CheckTraps, EveryExampleEndsWithATranslatorThatSells) {
     if (entry.path().extension() != ".cmd" || entry.path().stem() == "failing") continue;
     TestFolder folder;
     const std::string lines = read_file(entry.path().string()) + "\nVEND REP=1, PRE=1.00\nCHIU\n";
-    const ProgramRun run = run_console({"run", folder.write("lines.cmd", lines)});
+    const ProgramRun run =
+        run_console({"run", folder.write("lines.cmd", lines), "--clock", "2024-03-15 10:30"});
     EXPECT_EQ(run.exit_code, 0) << entry.path() << "\n" << run.errors;
     EXPECT_THAT(traps(lines), IsEmpty()) << entry.path();
   }

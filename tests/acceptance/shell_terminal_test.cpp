@@ -74,9 +74,8 @@ TEST_F(ShellOnTerminal, AFailureIsToldInWordsWithItsPlace) {
   EXPECT_THAT(
       run.enter("VEND REP=1, PER=2"),
       ElementsAre("code 260: ERROR 1/4 : SINTAX ERROR 4 : FIELD NAME NOT FOUND",
-                  "  class 1: syntax and command errors", StartsWith("  "), StartsWith("  "),
-                  "  VEND REP=1, PER=2", "              ^",
-                  "  VEND has no field 'PER'; did you mean PRE?", kReady));
+                  "  class 1: syntax and command errors", StartsWith("  "), "  VEND REP=1, PER=2",
+                  "              ^", "  VEND has no field 'PER'; did you mean PRE?", kReady));
   EXPECT_THAT(run.enter("CHIU"), Contains(HasSubstr("of the device, RTF_EFPTR_WRONG_STATE.")));
   run.type(kCtrlD);
   // A slip of the fingers is no failure of the shell.

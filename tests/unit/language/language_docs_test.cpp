@@ -358,6 +358,15 @@ TEST_P(LanguageDocs, ShortFormsHoldAndAreTheShortest) {
   }
 }
 
+// The code that an example says it answers; 0 for OK.
+int SaidAnswer(const std::string& line) {
+  for (const std::string word : {"; answers ", "; risponde "}) {
+    const size_t at = line.find(word);
+    if (at != std::string::npos) return std::atoi(line.c_str() + at + word.size());
+  }
+  return 0;
+}
+
 TEST_P(LanguageDocs, EveryExampleReadsAsItsCommand) {
   int examples = 0;
   for (const Chapter& chapter : chapters_) {
@@ -365,7 +374,10 @@ TEST_P(LanguageDocs, EveryExampleReadsAsItsCommand) {
       SCOPED_TRACE(line);
       ++examples;
       const int id = shipped::Parse(*translator_, line);
-      EXPECT_GT(id, 0) << "fails with " << 256 - id;
+      if (id <= 0) {
+        EXPECT_EQ(256 - id, SaidAnswer(line));
+        continue;
+      }
       if (chapter.id != 0) {
         EXPECT_EQ(chapter.id, id);
       }

@@ -2,8 +2,12 @@
 // has to answer as the page says: 0, or the code that stands behind it in a comment, as in
 //
 //   ALLEG MSG='2012345678906', BARCODE=EAN   ; answers 1642: the check digit is wrong
+//
+// Lines that the page shows a text below are one conversation, with a register of its own that
+// prints that text.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -28,6 +32,7 @@ struct Block {
   int command = 0;  // of the chapter; 0 for one that is no command's
   int line = 0;     // of the page, of the opening fence
   std::vector<std::string> examples;
+  std::vector<std::string> printed;  // lines of paper that the page shows below them
 };
 
 std::vector<Block> ReadBlocks(const std::string& page) {
@@ -36,17 +41,27 @@ std::vector<Block> ReadBlocks(const std::string& page) {
   int number = 0;
   bool in_block = false;
   bool in_other = false;
+  bool behind = false;  // nothing stands between the last block and this line
+  bool in_print = false;
   const auto file = std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / page;
   for (const std::string& line : shipped::Lines(file)) {
     ++number;
+    const bool empty = shipped::Trim(line).empty();
     if (line.rfind("```", 0) == 0) {
       const bool opens = !in_block && !in_other;
+      const bool closes_block = in_block;
       in_block = opens && line == "```lorimat";
       in_other = opens && !in_block;
-      if (in_block) blocks.push_back({command, number, {}});
-    } else if (in_block && !shipped::Trim(line).empty()) {
-      blocks.back().examples.push_back(line);
-    } else if (line.rfind("## ", 0) == 0) {
+      in_print = in_other && behind && line == "```text";
+      behind = closes_block;
+      if (in_block) blocks.push_back({command, number, {}, {}});
+      continue;
+    }
+    if (in_print) blocks.back().printed.push_back(line);
+    if (in_block && !empty) blocks.back().examples.push_back(line);
+    if (in_block || in_other || empty) continue;
+    behind = false;
+    if (line.rfind("## ", 0) == 0) {
       command = 0;
     } else if (line.rfind("### ", 0) == 0) {
       command = std::atoi(line.c_str() + 4);
@@ -90,6 +105,25 @@ const Scene& SceneOf(int command) {
   static const Scene kNothing;
   const auto found = kScenes.find(command);
   return found == kScenes.end() ? kNothing : found->second;
+}
+
+// The rows of a document that move its total.
+size_t CountRows(const std::vector<std::string>& lines) {
+  static const std::regex row(".{25}.*[0-9]%.*[0-9],[0-9]{2}");
+  return static_cast<size_t>(std::count_if(
+      lines.begin(), lines.end(), [](const auto& line) { return std::regex_match(line, row); }));
+}
+
+// The lines stand on the paper in this order, others between them, and no row is missing among
+// them.
+void ExpectPrinted(const std::vector<std::string>& printed, const std::vector<std::string>& paper) {
+  auto at = paper.begin();
+  for (const std::string& line : printed) {
+    at = std::find(at, paper.end(), line);
+    ASSERT_NE(at, paper.end()) << "not printed there: " << line;
+    ++at;
+  }
+  EXPECT_EQ(CountRows(printed), CountRows(paper));
 }
 
 class LanguageExamples : public testing::TestWithParam<const char*> {
@@ -161,20 +195,31 @@ TEST_P(LanguageExamples, AnswerAsThePageSays) {
   const std::vector<Block> blocks = ReadBlocks(GetParam());
   // One for each command that has a page, and the two of the beginning.
   EXPECT_GT(blocks.size(), 45u);
+  int conversations = 0;
   for (const Block& block : blocks) {
     EXPECT_FALSE(block.examples.empty()) << block.line;
     const Scene& scene = SceneOf(block.command);
     std::unique_ptr<Till> till;
+    if (!block.printed.empty()) {
+      RegisterSettings settings;
+      settings.clock = FixedTime;
+      till = std::make_unique<Till>(settings);
+    }
     for (const std::string& example : block.examples) {
       SCOPED_TRACE(std::string(GetParam()) + ":" + std::to_string(block.line) + ": " + example);
-      if (till == nullptr || !scene.together) {
+      if (till == nullptr || (!scene.together && block.printed.empty())) {
         WriteFiles();
         till = Shop();
         for (const std::string& line : scene.before) EXPECT_EQ(till->Run(line), 0) << line;
       }
       EXPECT_EQ(till->Run(example), AnswerOfThePage(example));
     }
+    if (block.printed.empty()) continue;
+    SCOPED_TRACE(std::string(GetParam()) + ":" + std::to_string(block.line));
+    ExpectPrinted(block.printed, till->device.paper_lines());
+    ++conversations;
   }
+  EXPECT_GE(conversations, 10);
 }
 
 }  // namespace
