@@ -36,7 +36,8 @@ constexpr ChainedTable kTables[] = {
 // nothing else: the journal has it, document by document (docs/register.md).
 constexpr char kChainedSettings[] =
     "SELECT name, value FROM setting WHERE name NOT IN ('key', 'operator', 'drawer_openings', "
-    "'faults', 'courtesy_text', 'header_logo', 'trailer_logo') AND name NOT LIKE 'trailer_line_%'";
+    "'faults', 'answer_due', 'courtesy_text', 'header_logo', 'trailer_logo') AND "
+    "name NOT LIKE 'trailer_line_%'";
 
 std::string TableDigest(Database& database, const ChainedTable& table) {
   RecordWriter record;
@@ -161,18 +162,17 @@ std::string BeginChain(Database& database, int64_t time) {
   event.value = ToRecord(BeginningNow(database));
   hash = InsertEvent(database, hash, event);
   event.kind = EventKind::kProgrammed;
-  for (auto& [subject, value] : ProgrammedValues(database, true, true)) {
+  for (const auto& [subject, value] : ProgrammedValues(database, true, true)) {
     event.subject = subject;
-    event.value = value;
+    event.value = ToRecord(ProgrammedChange{{}, value});
     hash = InsertEvent(database, hash, event);
   }
   database.Prepare("UPDATE ledger SET journal_hash = ?").With(hash).Run();
   return hash;
 }
 
-std::map<std::string, std::string> ProgrammedValues(Database& database, bool settings,
-                                                    bool tables) {
-  std::map<std::string, std::string> values;
+ProgrammedTexts ProgrammedValues(Database& database, bool settings, bool tables) {
+  ProgrammedTexts values;
   if (settings) {
     for (Statement row = database.Prepare(kChainedSettings); row.Step();) {
       values[row.String(0)] = row.Text(1);
@@ -185,11 +185,35 @@ std::map<std::string, std::string> ProgrammedValues(Database& database, bool set
   return values;
 }
 
-std::optional<std::string> ChainedValue(Database& database, std::string_view subject) {
-  Statement row = database.Prepare(
-      "SELECT value FROM event WHERE kind = 2 AND subject = ? ORDER BY place DESC LIMIT 1");
-  if (!row.With(subject).Step()) return std::nullopt;
-  return row.String(0);
+std::string ToRecord(const ProgrammedChange& change) {
+  RecordWriter record;
+  record.Text(change.before).Text(change.after);
+  return record.Take();
+}
+
+std::optional<ProgrammedChange> ReadProgrammedChange(std::string_view text) {
+  RecordReader record(text);
+  ProgrammedChange change;
+  change.before = record.Text();
+  change.after = record.Text();
+  if (!record.done()) return std::nullopt;
+  return change;
+}
+
+std::string NumbersRecord(const std::set<int64_t>& numbers) {
+  RecordWriter record;
+  for (const int64_t number : numbers) record.Number(number);
+  return record.Take();
+}
+
+std::set<int64_t> ReadNumbers(std::string_view text) {
+  RecordReader record(text);
+  std::set<int64_t> numbers;
+  while (record.good() && !record.done()) {
+    const int64_t number = record.Number();
+    if (record.good()) numbers.insert(number);
+  }
+  return numbers;
 }
 
 }  // namespace lorimat

@@ -19,11 +19,11 @@ namespace lorimat {
 // As they are stored.
 enum class EventKind {
   kBeginning = 1,      // of the chain: `value` is a Beginning
-  kProgrammed = 2,     // `subject` is programmed: `value` as ProgrammedValues has it
+  kProgrammed = 2,     // `subject` is programmed: `value` is a ProgrammedChange
   kInvoiceNumber = 3,  // the next invoice gets the number `value`
   kPeriodCleared = 4,  // `subject` is its number, `value` the first document that it takes in
   kSummarySent = 5,    // of the closing `value`
-  kLotterySent = 6,    // of all documents that waited
+  kLotterySent = 6,    // of the documents `value`, all that waited
   kNonFiscal = 7,      // a non-fiscal document was counted; the journal may not have it
 };
 
@@ -75,9 +75,20 @@ std::string BeginChain(Database& database, int64_t time);
 // What is programmed and belongs to the chain, by its name: single values as they are, of a table
 // a digest of its rows. `settings` takes in the single values and the device's options, `tables`
 // VAT rates, departments, operators and subtenders.
-std::map<std::string, std::string> ProgrammedValues(Database& database, bool settings, bool tables);
+using ProgrammedTexts = std::map<std::string, std::string>;
+ProgrammedTexts ProgrammedValues(Database& database, bool settings, bool tables);
 
-// What the chain says of one of them; nothing when it knows none of that name.
-std::optional<std::string> ChainedValue(Database& database, std::string_view subject);
+// What an event of that kind holds: the value before, and the value from then on. A thing that is
+// not there has an empty one.
+struct ProgrammedChange {
+  std::string before = {};
+  std::string after = {};
+};
+std::string ToRecord(const ProgrammedChange& change);
+std::optional<ProgrammedChange> ReadProgrammedChange(std::string_view record);
+
+// Numbers as the value of an event, each with a blank behind it, and back.
+std::string NumbersRecord(const std::set<int64_t>& numbers);
+std::set<int64_t> ReadNumbers(std::string_view record);
 
 }  // namespace lorimat

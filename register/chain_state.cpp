@@ -87,7 +87,7 @@ void ChainState::Add(const ChainEvent& event) {
       Begin();
       break;
     case EventKind::kProgrammed:
-      programmed_[event.subject] = event.value;
+      Program(event);
       break;
     case EventKind::kInvoiceNumber:
       next_invoice_ = Number(event.value);
@@ -96,14 +96,32 @@ void ChainState::Add(const ChainEvent& event) {
       Clear(Number(event.subject), {true, event.time, Number(event.value)});
       break;
     case EventKind::kSummarySent:
-      summaries_.erase(Number(event.value));
+      Send(event, {Number(event.value)}, &summaries_);
       break;
     case EventKind::kLotterySent:
-      lottery_.clear();
+      Send(event, ReadNumbers(event.value), &lottery_);
       break;
     case EventKind::kNonFiscal:
       ++counters_.non_fiscal;
       break;
+  }
+}
+
+void ChainState::Program(const ChainEvent& event) {
+  const std::optional<ProgrammedChange> change = ReadProgrammedChange(event.value);
+  if (!change) return;
+  std::string& value = programmed_[event.subject];
+  if (value != change->before) {
+    find_({.kind = FindingKind::kProgrammedBefore, .entry = event.place, .text = event.subject});
+  }
+  value = change->after;
+}
+
+void ChainState::Send(const ChainEvent& event, const std::set<int64_t>& sent,
+                      std::set<int64_t>* waiting) {
+  for (const int64_t number : sent) {
+    if (waiting->erase(number) != 0) continue;
+    find_({.kind = FindingKind::kSentTwice, .entry = event.place, .value = number});
   }
 }
 

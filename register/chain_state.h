@@ -51,6 +51,8 @@ class ChainState {
   };
 
   void Begin();
+  void Program(const ChainEvent& event);
+  void Send(const ChainEvent& event, const std::set<int64_t>& sent, std::set<int64_t>* waiting);
   void Clear(int64_t number, const PeriodBeginning& start);
   void ComparePeriods(Database& database) const;
   void CompareWaiting(Database& database) const;

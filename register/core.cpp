@@ -88,10 +88,13 @@ void RegisterCore::Keep() {
     answer_due = store.Registered()  ? AnswerDue::kDocument
                  : store.ClosedDay() ? AnswerDue::kClosing
                                      : AnswerDue::kNone;
+    const bool chained = ChainedTablesChange(tables);
+    const ProgrammedTexts before = ProgrammedValues(database, set, chained);
     if (programmed) StoreTables(database, tables);
     if (set || answer_due != kept_.answer_due) StoreSettings(database, *this, kept_);
-    const bool chained = ChainedTablesChange(tables);
-    if (set || chained) store.NoteProgrammed(set, chained, Now());
+    if (set || chained) {
+      store.NoteProgrammed(before, ProgrammedValues(database, set, chained), Now());
+    }
     store.Keep();
     if (open_moved) StoreOpenDocument(database, *this, open_record);
     if (printed) StoreRoll(database, paper, kept_paper_);

@@ -34,11 +34,13 @@ enum class FindingKind {
   kClosingUnreadable,    // entry, document
   kInvoiceNumber,        // entry, document; value: its number, expected
   // An event, by its place
-  kEventMissing,     // entry
-  kEventsMissing,    // entry, last
-  kEventUnreadable,  // entry
-  kEventHash,        // entry
-  kEventNotLast,     // entry
+  kEventMissing,      // entry
+  kEventsMissing,     // entry, last
+  kEventUnreadable,   // entry
+  kEventHash,         // entry
+  kEventNotLast,      // entry
+  kSentTwice,         // entry; value: the closing, or the place of the document
+  kProgrammedBefore,  // entry; text: what is programmed, by its name
   kNoBeginning,
   // Documents and closings
   kNoEntry,                 // document

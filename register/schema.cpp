@@ -115,7 +115,6 @@ constexpr char kEvents[] = R"(
 CREATE TABLE event (
   place INTEGER PRIMARY KEY, entry INTEGER NOT NULL, kind INTEGER NOT NULL,
   time INTEGER NOT NULL, subject TEXT NOT NULL, value TEXT NOT NULL, hash TEXT NOT NULL);
-CREATE INDEX event_by_subject ON event (subject, place) WHERE kind = 2;
 )";
 
 // The chain takes in what stands in the file. The register's own clock is not known here: the

@@ -186,7 +186,11 @@ void RegisterStore::MarkSent(int number, const std::tm& time) {
 }
 
 void RegisterStore::MarkLotterySent(const std::tm& time) {
-  AddEvent(EventKind::kLotterySent, time);
+  std::set<int64_t> waiting;
+  for (Statement row = database_.Prepare("SELECT document FROM lottery_waiting"); row.Step();) {
+    waiting.insert(row.Integer(0));
+  }
+  AddEvent(EventKind::kLotterySent, time, {}, NumbersRecord(waiting));
   database_.Prepare("DELETE FROM lottery_waiting").Run();
 }
 
@@ -233,10 +237,17 @@ void RegisterStore::CountNonFiscal(const std::tm& time) {
   ++ledger_.counters.non_fiscal;
 }
 
-void RegisterStore::NoteProgrammed(bool settings, bool tables, const std::tm& time) {
-  for (auto& [subject, value] : ProgrammedValues(database_, settings, tables)) {
-    if (ChainedValue(database_, subject) == value) continue;
-    AddEvent(EventKind::kProgrammed, time, subject, std::move(value));
+// Only what the operation itself changed: what was changed in the file by hand stays apart from the
+// chain, or shows in the value before.
+void RegisterStore::NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts now,
+                                   const std::tm& time) {
+  for (auto& [subject, value] : now) {
+    const auto found = before.find(subject);
+    ProgrammedChange change;
+    if (found != before.end()) change.before = found->second;
+    if (change.before == value) continue;
+    change.after = std::move(value);
+    AddEvent(EventKind::kProgrammed, time, subject, ToRecord(change));
   }
 }
 

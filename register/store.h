@@ -74,9 +74,9 @@ class RegisterStore {
   void ClearPeriod(int period, const std::tm& time);
   // The next invoice gets this number.
   void SetNextInvoice(int number, const std::tm& time);
-  // Takes into the chain what has been programmed, as it is stored now: the single values, the
-  // tables, or both.
-  void NoteProgrammed(bool settings, bool tables, const std::tm& time);
+  // Takes into the chain what has been programmed: the values before and those that are stored
+  // now.
+  void NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts now, const std::tm& time);
 
   // Whether the next document still has a number in this day.
   bool HasNumber() const { return ledger_.counters.documents < kLastNumber; }

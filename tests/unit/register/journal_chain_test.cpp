@@ -130,7 +130,7 @@ TEST_F(JournalChainTest, TheChainBeginsWithWhatTheRegisterIs) {
       Digest(T("") + T("event") + N(1) + N(0) + N(1) + N(20240115103000) + T("") + T(beginning)) +
           "\n");
   EXPECT_EQ(Sql("shop.register", "SELECT value FROM event WHERE subject = 'serial_number'"),
-            "99LRM0000001VR\n");
+            T("") + T("99LRM0000001VR") + "\n");
   std::string rates;
   for (const auto& [number, rate, mark] : {std::tuple("1", "220000", ""),
                                            {"2", "100000", ""},
@@ -140,7 +140,7 @@ TEST_F(JournalChainTest, TheChainBeginsWithWhatTheRegisterIs) {
     rates += T(number) + T(rate) + T(mark);
   }
   EXPECT_EQ(Sql("shop.register", "SELECT value FROM event WHERE subject = 'vat_rate'"),
-            Digest(rates) + "\n");
+            T("") + T(Digest(rates)) + "\n");
 }
 
 TEST_F(JournalChainTest, TheHashOfAReceiptTakesInItsFiscalFacts) {

@@ -343,6 +343,47 @@ TEST_F(JournalChangesTest, NumbersThatAreGivenOutAgainAreFoundLater) {
                                      "the next was 43"});
 }
 
+TEST_F(JournalChangesTest, WorkBehindAChangeDoesNotHideIt) {
+  Make();
+  const struct {
+    const char* sql;
+    const char* code;
+  } cases[] = {
+      {"UPDATE setting SET value = '99LRM9999999VR' WHERE name = 'serial_number'", "programmed"},
+      {"UPDATE vat_rate SET rate = 100000 WHERE number = 1", "programmed-before"},
+      {"UPDATE setting SET value = '00000000000' WHERE name = 'fiscal_id'", "programmed-before"},
+      {"INSERT INTO summary_waiting VALUES (1)", "sent-twice"},
+      {"DELETE FROM summary_waiting WHERE closure = 2", "summary-waits-not"},
+      {"INSERT INTO lottery_waiting SELECT min(id) FROM document WHERE lottery_code <> ''",
+       "sent-twice"},
+      {"DELETE FROM lottery_waiting WHERE document IN (SELECT min(document) FROM lottery_waiting)",
+       "lottery-waits-not"},
+      {"UPDATE period SET cleared = 0, time = 0 WHERE number = 2", "period"},
+      {"UPDATE ledger SET non_fiscal = 0", "closing-counters"},
+      {"UPDATE ledger SET documents = 1", "closing-counters"},
+  };
+  for (const auto& [sql, code] : cases) {
+    ASSERT_TRUE(Change("shop.register", sql)) << sql;
+    {
+      VirtualRegister device(FileSettings("changed"));
+      ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintZReportEx(true), RTF_SUCCESS);
+      ASSERT_EQ(device.TelematicDocument(0, 5, 1, 0, 0, 0, 0, ""), RTF_SUCCESS);
+      ASSERT_EQ(device.SetVatValue(2, "110000"), RTF_SUCCESS);
+      ASSERT_EQ(device.SetVatTable(), RTF_SUCCESS);
+      ASSERT_EQ(device.SetStoreFiscalID("12345678903"), RTF_SUCCESS);
+      ASSERT_EQ(device.OpenDrawer(), RTF_SUCCESS);
+    }
+    std::set<std::string> codes;
+    for (const Finding& finding : RegisterFile(Path("changed")).VerifyJournal({}).findings) {
+      codes.insert(journal_finding_code(finding));
+    }
+    EXPECT_EQ(codes.count(code), 1u) << sql << " " << fmt::format("{}", fmt::join(codes, " "));
+  }
+}
+
 TEST_F(JournalChangesTest, EveryFindingHasASentenceAndACodeOfItsOwn) {
   std::set<std::string> sentences;
   std::set<std::string> codes;
