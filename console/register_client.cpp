@@ -52,7 +52,10 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
     Collect();
     if (line == nullptr) return;
     streams_.trace(shown(line));
-    if (on_line_ && std::string_view(line).substr(0, 12) == "TradEcr Cmd<") on_line_();
+    constexpr std::string_view kCommand = "TradEcr Cmd<";
+    if (std::string_view(line).substr(0, kCommand.size()) != kCommand) return;
+    if (on_line_) on_line_();
+    if (on_command_) on_command_(line + kCommand.size());
   }
 
   void LogError(const char* line) override {
@@ -61,6 +64,9 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   }
 
   void set_on_line(std::function<void()> callback) { on_line_ = std::move(callback); }
+  void set_on_command(std::function<void(std::string_view)> callback) {
+    on_command_ = std::move(callback);
+  }
 
   // What was printed since the start.
   const lorimat::Paper& Printed() {
@@ -92,6 +98,7 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
   lorimat::Paper printed_;
   std::function<void()> on_line_;
+  std::function<void(std::string_view)> on_command_;
 };
 
 RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
@@ -133,4 +140,8 @@ std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device
 
 void RegisterClient::on_line(std::function<void()> callback) {
   device_->set_on_line(std::move(callback));
+}
+
+void RegisterClient::on_command(std::function<void(std::string_view)> callback) {
+  device_->set_on_command(std::move(callback));
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "streams.h"
 
@@ -41,6 +42,9 @@ class RegisterClient {
 
   // Called for each command line that reaches the translator; null ends that.
   void on_line(std::function<void()> callback);
+  // The same with the line as the translator traces it: a '>' stands behind it, and of a long line
+  // the end is missing, with that sign.
+  void on_command(std::function<void(std::string_view)> callback);
 
  private:
   class Device;

@@ -114,7 +114,8 @@ class TerminalShell {
     uint64_t number = 0;
     for (;;) {
       interrupted = 0;
-      const std::string status = wrapped(status_line(client_.device()), 0, editor_.columns());
+      const std::string status = wrapped(
+          status_line(client_.device(), session_.next_sale_warning()), 0, editor_.columns());
       streams_.output(styled(status, Style::kFaint, colours_));
       std::string text;
       switch (editor_.read(kPrompt, &text)) {

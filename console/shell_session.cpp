@@ -32,6 +32,8 @@
 namespace {
 
 constexpr size_t kShownLine = 100;  // of a failing line
+constexpr size_t kIndent = 2;
+constexpr long kNoDocument = 1231;  // a sale where no document is open
 
 struct OwnWord {
   const char* word;
@@ -91,6 +93,7 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       streams_(streams),
       help_(language),
       completer_(language, own_words(), fault_words()),
+      memory_(language, client),
       report_(streams, look_.terse ? nullptr : &language, false) {
   library_.run_line("; lorimat shell", &plain_answer_);
 }
@@ -134,14 +137,17 @@ void ShellSession::run(const std::string& text, const std::string& place) {
     return;
   }
   std::string answer;
+  const bool was_lost = memory_.sale_is_lost();
   const long code = library_.run_line(text, &answer);
-  show_answer(text, code, answer, place);
+  memory_.answered(text, code);
+  show_answer(text, code, answer, place, code == kNoDocument && was_lost);
   show_paper();
   tell_register_failure();
 }
 
 void ShellSession::run_batch(const std::string& text, const std::string& place) {
   const BatchRun batch = run_batch_line(text, library_, client_);
+  memory_.answered(text, batch.code);
   if (!batch.stopped_behind || batch.code != 0) show_answer(text, batch.code, batch.answer, place);
   show_paper();
   tell_register_failure();
@@ -165,6 +171,31 @@ void ShellSession::show_batch_failures(const BatchRun& batch) {
   tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
 }
 
+std::string ShellSession::lost_sale_text() const {
+  return tr(
+      "No sale opens a receipt now: the library takes one for open, and the printer has none. "
+      "The way out is {}.",
+      memory_.ways_out());
+}
+
+std::string ShellSession::next_sale_warning() const {
+  return memory_.sale_is_lost() ? tr("the next sale opens no receipt: {}", memory_.ways_out()) : "";
+}
+
+std::string ShellSession::next_sale_text() const {
+  switch (memory_.next_sale()) {
+    case TranslatorMemory::NextSale::kOpensReceipt:
+      return tr("opens a receipt");
+    case TranslatorMemory::NextSale::kUnknown:
+      return tr("not known: a line ran that was too long to be followed");
+    case TranslatorMemory::NextSale::kOpensNone:
+      break;
+  }
+  return memory_.sale_is_lost()
+             ? tr("opens no receipt, code {}; the way out is {}", kNoDocument, memory_.ways_out())
+             : tr("goes into what is open");
+}
+
 // Of a line that does not stand right above.
 FailureReport* ShellSession::line_report() {
   if (!look_.terminal) return &report_;
@@ -172,17 +203,18 @@ FailureReport* ShellSession::line_report() {
 }
 
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
-                               const std::string& place) {
+                               const std::string& place, bool sale_was_lost) {
   const std::string words = shown(without_trailing_blanks(answer));
   FailureReport* report = line_report();
   if (code != 0 && report != nullptr) {
     ++failures_;
-    report->report({place, code, answer, text});
+    report->report({place, code, answer, text, sale_was_lost ? lost_sale_text() : ""});
   } else if (code != 0) {
     // The place that is shown has the hint of the encoding.
     fail(place, tr("code {}: {}", code, words), "");
     const size_t columns = look_.columns();
     streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
+    if (sale_was_lost) streams_.output(wrapped(lost_sale_text(), kIndent, columns));
   } else if (!look_.terminal) {
     if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
   } else if (file_report_) {
@@ -348,7 +380,8 @@ void ShellSession::own_word(std::string_view text) {
   if (!rest.empty()) throw Failure(tr("nothing may stand behind {}", word));
   if (word == ".help") list_own_words();
   if (word == ".status") {
-    streams_.output(status_text(client_.device(), client_.file(), look_.columns()));
+    streams_.output(
+        status_text(client_.device(), client_.file(), next_sale_text(), look_.columns()));
   }
   if (word == ".quit") quit_ = true;
 }

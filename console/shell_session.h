@@ -15,6 +15,7 @@
 #include "language.h"
 #include "library.h"
 #include "line_reader.h"
+#include "memory_watch.h"
 #include "register_client.h"
 #include "shell_completion.h"
 #include "shell_help.h"
@@ -43,6 +44,9 @@ class ShellSession {
   // Of a pipe: what lines failed with.
   void summarize_failures() { report_.summarize(); }
 
+  // What a sale would do that is out of the ordinary, for the line above the prompt; else empty.
+  std::string next_sale_warning() const;
+
   bool quit() const { return quit_; }
   void stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
@@ -57,8 +61,10 @@ class ShellSession {
   void run_batch(const std::string& text, const std::string& place);
   void show_batch_failures(const BatchRun& batch);
   FailureReport* line_report();
+  std::string lost_sale_text() const;
+  std::string next_sale_text() const;
   void show_answer(const std::string& text, long code, const std::string& answer,
-                   const std::string& place);
+                   const std::string& place, bool sale_was_lost = false);
   void tell_stop(const std::string& file, uint64_t line);
   void fail(const std::string& place, const std::string& what, std::string_view line);
   void tell_register_failure();
@@ -83,6 +89,7 @@ class ShellSession {
   Streams& streams_;
   ShellHelp help_;
   ShellCompleter completer_;
+  MemoryWatch memory_;
   FailureReport report_;  // of a pipe
   // Of the lines of ".batch", while they run on a terminal.
   std::optional<FailureReport> file_report_;

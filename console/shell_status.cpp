@@ -97,7 +97,7 @@ std::string printer_state_text(const lorimat::VirtualRegister& device) {
   return std::to_string(device.printer_state());
 }
 
-std::string status_line(const lorimat::VirtualRegister& device) {
+std::string status_line(const lorimat::VirtualRegister& device, const std::string& next_sale) {
   std::string line = printer_state_text(device);
   if (in_receipt(device)) {
     const lorimat::Receipt& receipt = device.receipt();
@@ -109,11 +109,12 @@ std::string status_line(const lorimat::VirtualRegister& device) {
   line += "  " + tr("key {}", key_text(device.key_position()));
   if (device.training()) line += "  " + tr("TRAINING");
   if (!device.faults().empty()) line += "  " + tr("fault waiting: {}", faults_names(device));
+  if (!next_sale.empty()) line += "  " + next_sale;
   return line;
 }
 
 std::string status_text(const lorimat::VirtualRegister& device, const std::string& file,
-                        size_t columns) {
+                        const std::string& next_sale, size_t columns) {
   std::vector<std::pair<std::string, std::string>> rows = {
       {tr("State"), printer_state_text(device)},
       {tr("Key"), key_text(device.key_position())},
@@ -126,6 +127,7 @@ std::string status_text(const lorimat::VirtualRegister& device, const std::strin
     rows.emplace_back(tr("Paid"), amount_text(receipt.paid()));
     rows.emplace_back(tr("To pay"), amount_text(receipt.remaining()));
   }
+  rows.emplace_back(tr("Next sale"), next_sale);
   rows.emplace_back(tr("Drawer opened"), tr_count(static_cast<uint64_t>(device.drawer_count()),
                                                   TR_TEXT("{} time"), TR_TEXT("{} times")));
   rows.emplace_back(tr("Paper"),

@@ -68,6 +68,19 @@ TEST(ShellPipe, TheShellsOwnWordsWorkThere) {
   EXPECT_THAT(run.errors, EndsWith("lorimat: 1 of 8 lines failed\n"));
 }
 
+TEST(ShellPipe, ASaleThatFindsNoReceiptIsExplainedWithTheWayOut) {
+  const ProgramRun run = shell(
+      "VEND REP=1, PRE=1.00\nINP TASTO=TOTALE\n.status\nVEND REP=1, PRE=2.00\nCLEAR\n.status\n"
+      "VEND REP=1, PRE=3.00\nCHIU\n");
+  EXPECT_EQ(1, run.exit_code);
+  EXPECT_THAT(run.output, HasSubstr("\nNext sale      opens no receipt, code 1231; the way out is "
+                                    "CLEAR, CHIU or RESPRN\n"));
+  EXPECT_THAT(run.output, HasSubstr("\nNext sale      opens a receipt\n"));
+  EXPECT_THAT(run.errors, HasSubstr("standard input:4: code 1231"));
+  EXPECT_THAT(run.errors, HasSubstr("The way out is CLEAR, CHIU or RESPRN.\n"));
+  EXPECT_THAT(run.errors, EndsWith("lorimat: 1 of 8 lines failed\n"));
+}
+
 TEST(ShellPipe, HelpAndQuitNeedNoDot) {
   const std::string own = shell(".help\n").output;
   EXPECT_THAT(own, HasSubstr("\n  .quit "));

@@ -102,6 +102,38 @@ TEST_F(ShellOnTerminal, TheStateTellsKeyDocumentAndFaults) {
   EXPECT_THAT(run.enter(".status"), Contains("Faults         none"));
 }
 
+TEST_F(ShellOnTerminal, ASaleThatWouldOpenNoReceiptIsToldWithTheWayOut) {
+  constexpr const char* kLost =
+      "READY  key registering  the next sale opens no receipt: CLEAR, CHIU or RESPRN";
+  folder_.write("sale.cmd", "VEND REP=1, PRE=1.00\nINP TASTO=TOTALE\n");
+  TerminalSetting wide = setting();
+  wide.columns = 200;
+  TerminalRun run(shell(), wide);
+  EXPECT_THAT(run.enter(".status"), Contains("Next sale      opens a receipt"));
+  run.enter("VEND REP=1, PRE=1.00");
+  EXPECT_THAT(run.enter(".status"), Contains("Next sale      goes into what is open"));
+  // A payment by key ends the receipt, and the library does not hear of it.
+  EXPECT_EQ(kLost, run.enter("INP TASTO=TOTALE").back());
+  EXPECT_THAT(run.enter(".status"),
+              Contains("Next sale      opens no receipt, code 1231; the way out is CLEAR, CHIU or "
+                       "RESPRN"));
+  const std::vector<std::string> refused = run.enter("VEND REP=1, PRE=2.00");
+  EXPECT_THAT(refused.front(), StartsWith("code 1231"));
+  EXPECT_THAT(refused, Contains("  No sale opens a receipt now: the library takes one for open, and "
+                                "the printer has none. The way out is CLEAR, CHIU or RESPRN."));
+  EXPECT_EQ(kLost, refused.back());
+  EXPECT_EQ(kReady, run.enter("CLEAR").back());
+  EXPECT_EQ("RECEIPT OPEN  1 item  subtotal 2,00  key registering",
+            run.enter("VEND REP=1, PRE=2.00").back());
+  EXPECT_EQ(kReady, run.enter("CHIU").back());
+  // The lines of files are followed as well.
+  EXPECT_EQ(kLost, run.enter(".batch sale.cmd").back());
+  EXPECT_EQ(kReady, run.enter("RESPRN").back());
+  EXPECT_EQ(kLost, run.enter("@sale.cmd").back());
+  EXPECT_EQ(kLost, run.enter("@none.cmd").back());
+  EXPECT_EQ(kReady, run.enter("RESPRN").back());
+}
+
 TEST_F(ShellOnTerminal, TheLineIsEditedBeforeItRuns) {
   TerminalRun run(shell(), setting());
   run.type("VEND REP=1, PRE=2.5");

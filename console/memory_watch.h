@@ -1,0 +1,41 @@
+// The translator's memory of receipts, followed over every line that reaches it: those that are
+// sent, and those of a batch that it reads by itself.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "language.h"
+#include "register_client.h"
+#include "translator_memory.h"
+
+class MemoryWatch {
+ public:
+  // Both have to outlive this object, which is to be made ahead of the first line.
+  MemoryWatch(const Language& language, RegisterClient& client);
+  ~MemoryWatch();
+  MemoryWatch(const MemoryWatch&) = delete;
+  MemoryWatch& operator=(const MemoryWatch&) = delete;
+
+  // The library has answered the line that was sent. A batch is followed line by line, by what the
+  // register shows between them: their answers are not seen.
+  void answered(const std::string& line, long code);
+
+  TranslatorMemory::NextSale next_sale() const { return memory_.next_sale(); }
+  // Whether a sale now would find no receipt and open none.
+  bool sale_is_lost() const { return memory_.sale_is_lost(ready()); }
+  // For a person, in the words of the definition file: "CLEAR, CHIU or RESPRN".
+  std::string ways_out() const;
+
+ private:
+  void take(std::string_view line);
+  void settle(std::optional<long> code);
+  bool ready() const;
+
+  const Language& language_;
+  RegisterClient& client_;
+  TranslatorMemory memory_;
+  std::optional<std::string> pending_;  // the line at work
+  bool ready_before_ = true;
+};
