@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "places.h"
 #include "suggestion.h"
 #include "text.h"
 #include "translate.h"
@@ -160,9 +161,19 @@ std::string unexpected(const CLI::App& app, const std::vector<std::string>& left
   return tr("The following argument was not expected: {}", shown(left_over.front()));
 }
 
+// With the examples' folder as a person can type it anywhere.
+std::string with_examples(std::string text, const std::string& folder) {
+  constexpr std::string_view kFolder = " examples/";
+  for (size_t at = 0; (at = text.find(kFolder, at)) != std::string::npos; at += folder.size()) {
+    text.replace(at + 1, kFolder.size() - 2, folder);
+  }
+  return text;
+}
+
 // Of the program or a command, and of the commands below it.
 void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
   app.formatter(formatter);
+  app.footer(with_examples(app.get_footer(), find_examples()));
   for (CLI::Option* option : app.get_options()) {
     if (option->get_group() == "Options") option->group(tr("Options"));
   }
@@ -196,8 +207,8 @@ void translate_help(CLI::App& app) {
   formatter->label("N|DATE", tr("N|DATE"));
   formatter->label("\"YYYY-MM-DD HH:MM\"", tr("\"YYYY-MM-DD HH:MM\""));
   sort_by_purpose(app);
-  give_words(app, formatter);
   app.footer(std::string(translated(kExamples)));
+  give_words(app, formatter);
 }
 
 std::string no_such_command(const CLI::App& app, const std::string& name) {

@@ -48,6 +48,11 @@ std::string find_library(const std::string& given) {
          beside, installed));
 }
 
+std::string find_examples() {
+  const std::string installed = tree_folder() + "/share/lorimat/examples";
+  return access(installed.c_str(), F_OK) == 0 ? installed : "examples";
+}
+
 DefinitionFile find_definition_file(const std::string& given) {
   DefinitionFile file;
   // The library's own reading of the registry, with its own limit of 80 bytes: a longer

@@ -7,6 +7,10 @@
 // folder it is installed in) when the text is empty. Throws Failure naming the places searched.
 std::string find_library(const std::string& given);
 
+// The folder of the examples of an installed program, ../share/lorimat/examples; where there is
+// none, that of the sources.
+std::string find_examples();
+
 // The definition file that the library is going to read.
 struct DefinitionFile {
   std::string path;

@@ -279,6 +279,32 @@ TEST(Tree, TheProgramFindsItsFilesWhereverTheTreeStands) {
   EXPECT_THAT(whole.output, HasSubstr("1,00"));
 }
 
+TEST(Tree, TheHelpOfAnInstalledProgramNamesExamplesThatRun) {
+  namespace fs = std::filesystem;
+  TestFolder folder;
+  const ProgramRun installed =
+      run_program(LORIMAT_CMAKE, {"--install", std::string(LORIMAT_BUILD_FOLDER) + "/examples",
+                                  "--prefix", folder.path("tree")});
+  ASSERT_EQ(installed.exit_code, 0) << installed.errors;
+  const std::string examples = folder.path("tree/share/lorimat/examples");
+  for (const auto& entry : fs::directory_iterator(source_file("examples"))) {
+    if (entry.path().extension() != ".cmd") continue;
+    EXPECT_TRUE(fs::exists(fs::path(examples) / entry.path().filename())) << entry;
+  }
+  for (const char* part : {"tree/bin", "tree/lib"}) fs::create_directories(folder.path(part));
+  const std::string program = folder.path("tree/bin/lorimat");
+  fs::copy_file(std::string(LORIMAT_BIN_FOLDER) + "/lorimat", program);
+  fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so",
+                folder.path("tree/lib/liblorimatrt.so"));
+  fs::copy_file(source_file("language/merkelin.ini"),
+                folder.path("tree/share/lorimat/merkelin.ini"));
+  const std::string line = "  lorimat run " + examples + "/receipt.cmd\n";
+  EXPECT_THAT(run_program(program, {"--help"}).output, HasSubstr(line));
+  EXPECT_THAT(run_program(program, {"run", "--help"}).output, HasSubstr(line));
+  EXPECT_THAT(run_console({"run", "--help"}).output, HasSubstr("  lorimat run examples/receipt"));
+  EXPECT_EQ(run_program(program, {"run", examples + "/receipt.cmd"}, {.folder = "/"}).exit_code, 0);
+}
+
 TEST(Streams, TheLibrarysOwnLinesStayOutOfOutputAndErrors) {
   TestFolder folder;
   const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1, ACCONTO\nCHIU\n");
