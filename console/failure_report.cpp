@@ -12,6 +12,7 @@
 #include "finding.h"
 #include "line_encoding.h"
 #include "notices.h"
+#include "password_mask.h"
 #include "shell_answer.h"
 #include "shell_text.h"
 #include "styles.h"
@@ -90,7 +91,7 @@ void FailureReport::show(const std::string& place, const std::string& heading,
     column += columns_of(heading) + 2;
   }
   out += flowed(what, column, 0, columns()) + "\n";
-  if (!text.empty()) out += bare_line(text);
+  if (!text.empty()) out += bare_line(without_passwords(language_, text));
   streams_.error(out);
 }
 
@@ -120,9 +121,10 @@ void FailureReport::explain(const FailedLine& failed) {
   if (found && found->code != 0 && found->code != failed.code) found.reset();
   std::string out;
   if (found && found->column != 0 && found->column <= failed.text.size() + 1) {
-    out = place_text(failed.text, found->column, streams_.error_has_colours());
+    out = place_text(without_passwords(language_, failed.text), found->column,
+                     streams_.error_has_colours());
   } else if (!failed.text.empty()) {
-    out = bare_line(failed.text);
+    out = bare_line(without_passwords(language_, failed.text));
   }
   if (found) out += wrapped(finding_words(*found), kIndent, width);
   if (!failed.reason.empty()) out += wrapped(failed.reason, kIndent, width);

@@ -18,6 +18,7 @@
 #include "interrupt.h"
 #include "json_text.h"
 #include "notices.h"
+#include "password_mask.h"
 #include "progress.h"
 #include "register_options.h"
 #include "styles.h"
@@ -108,7 +109,12 @@ bool are_articles(const BackupTable& table) { return table.number == 0; }
 // Rows that only the register has stay, but for articles, whose table is emptied first.
 bool stays(const RowDifference& one) { return one.line == 0 && !are_articles(*one.table); }
 
-std::string difference_text(const RowDifference& one, bool colours) {
+// A row as it may be seen.
+std::string seen(const std::string& row, const Language& language) {
+  return without_passwords(&language, row);
+}
+
+std::string difference_text(const RowDifference& one, const Language& language, bool colours) {
   std::string out = one.line == 0 ? std::string(one.table->file)
                                   : fmt::format("{}:{}", one.table->file, one.line);
   if (stays(one)) {
@@ -121,19 +127,23 @@ std::string difference_text(const RowDifference& one, bool colours) {
     out += tr(": different\n");
   }
   if (!one.in_register.empty()) {
-    out += styled(fmt::format("  - {}", shown(one.in_register)), Style::kError, colours) + "\n";
+    out += styled(fmt::format("  - {}", shown(seen(one.in_register, language))), Style::kError,
+                  colours) +
+           "\n";
   }
   if (!one.in_backup.empty()) {
-    out += styled(fmt::format("  + {}", shown(one.in_backup)), Style::kGood, colours) + "\n";
+    out +=
+        styled(fmt::format("  + {}", shown(seen(one.in_backup, language))), Style::kGood, colours) +
+        "\n";
   }
   return out;
 }
 
-Json difference_json(const RowDifference& one) {
+Json difference_json(const RowDifference& one, const Language& language) {
   Json json = {{"table", one.table->name}, {"file", one.table->file}};
   if (one.line != 0) json["line"] = one.line;
-  if (!one.in_register.empty()) json["in_register"] = one.in_register;
-  if (!one.in_backup.empty()) json["in_backup"] = one.in_backup;
+  if (!one.in_register.empty()) json["in_register"] = seen(one.in_register, language);
+  if (!one.in_backup.empty()) json["in_backup"] = seen(one.in_backup, language);
   json["stays"] = stays(one);
   return json;
 }
@@ -262,17 +272,17 @@ uint64_t count_to_load(const Differences& differences) {
                                              [](const RowDifference& one) { return !stays(one); }));
 }
 
-Json differences_json(const Differences& differences) {
+Json differences_json(const Differences& differences, const Language& language) {
   Json json = Json::array();
-  for (const RowDifference& one : differences) json.push_back(difference_json(one));
+  for (const RowDifference& one : differences) json.push_back(difference_json(one, language));
   return json;
 }
 
 void show_differences(const RestoreOptions& options, const Differences& differences,
-                      Streams& streams) {
+                      const Language& language, Streams& streams) {
   const bool colours = streams.output_has_colours();
   std::string text;
-  for (const RowDifference& one : differences) text += difference_text(one, colours);
+  for (const RowDifference& one : differences) text += difference_text(one, language, colours);
   if (options.dry_run || differences.empty()) {
     text += differences.empty()
                 ? tr("{}: no row differs from the backup\n", shown(options.register_file))
@@ -282,7 +292,8 @@ void show_differences(const RestoreOptions& options, const Differences& differen
   streams.output(text);
 }
 
-int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams& streams) {
+int show_outcome(const RestoreOptions& options, const Outcome& outcome, const Language& language,
+                 Streams& streams) {
   const uint64_t left = count_to_load(outcome.after);
   const uint64_t wanted = count_to_load(outcome.before);
   const uint64_t restored = wanted - std::min(wanted, left);
@@ -292,12 +303,12 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, Streams&
     Json failed = Json::array();
     for (const RowDifference& one : outcome.after) {
       if (stays(one)) continue;
-      Json json = difference_json(one);
+      Json json = difference_json(one, language);
       json["cause"] = cause_of(one, outcome.refusals, outcome.stopped);
       failed.push_back(std::move(json));
     }
     text = json_text({{"register", options.register_file},
-                      {"differences", differences_json(outcome.before)},
+                      {"differences", differences_json(outcome.before, language)},
                       {"restored_rows", restored},
                       {"not_restored", std::move(failed)}});
   } else {
@@ -370,17 +381,18 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
   const bool to_load = count_to_load(outcome.before) != 0;
   if (options.dry_run || !to_load) {
     if (options.json) {
-      streams.output(json_text({{"register", options.register_file},
-                                {"differences", differences_json(outcome.before)},
-                                {"restored_rows", 0},
-                                {"not_restored", Json::array()}}));
+      streams.output(
+          json_text({{"register", options.register_file},
+                     {"differences", differences_json(outcome.before, session.language())},
+                     {"restored_rows", 0},
+                     {"not_restored", Json::array()}}));
     } else {
-      show_differences(options, outcome.before, streams);
+      show_differences(options, outcome.before, session.language(), streams);
     }
     return kExitGood;
   }
   require_closed_day(options, outcome.before, session.status());
-  if (!options.json) show_differences(options, outcome.before, streams);
+  if (!options.json) show_differences(options, outcome.before, session.language(), streams);
 
   Loader loader(backup, session, streams);
   outcome.stopped = !loader.run(outcome.before);
@@ -405,5 +417,5 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
     if (outcome.stopped) return interrupt_exit();
     return kExitFaults;
   }
-  return show_outcome(options, outcome, streams);
+  return show_outcome(options, outcome, session.language(), streams);
 }

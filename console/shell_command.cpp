@@ -22,6 +22,7 @@
 #include "notices.h"
 #include "open_document.h"
 #include "pal/protocols/lorimat/ascii.h"
+#include "password_mask.h"
 #include "places.h"
 #include "register_client.h"
 #include "register_options.h"
@@ -99,9 +100,10 @@ int run_pipe(ShellSession& session, Streams& streams) {
 
 class TerminalShell {
  public:
-  TerminalShell(ShellSession& session, ShellEditor& editor, ShellHistory& history,
-                RegisterClient& client, bool colours, Streams& streams)
-      : session_(session),
+  TerminalShell(const Language& language, ShellSession& session, ShellEditor& editor,
+                ShellHistory& history, RegisterClient& client, bool colours, Streams& streams)
+      : language_(language),
+        session_(session),
         editor_(editor),
         history_(history),
         client_(client),
@@ -161,7 +163,8 @@ class TerminalShell {
   }
 
   void remember(const std::string& text) {
-    if (history_.add(text)) editor_.remember(text);
+    const bool secret = without_passwords(&language_, text) != text;
+    if (!secret && history_.add(text)) editor_.remember(text);
     tell_history_failure();
   }
 
@@ -202,6 +205,7 @@ class TerminalShell {
     }
   }
 
+  const Language& language_;
   ShellSession& session_;
   ShellEditor& editor_;
   ShellHistory& history_;
@@ -237,7 +241,7 @@ int run_terminal(const Language& language, Library& library, RegisterClient& cli
       [&session](std::string_view line, size_t cursor) { return session.complete(line, cursor); });
   window = &editor;
   const TerminalSignals signals;
-  return TerminalShell(session, editor, history, client, colours, streams).run();
+  return TerminalShell(language, session, editor, history, client, colours, streams).run();
 }
 
 }  // namespace

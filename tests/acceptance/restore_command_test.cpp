@@ -48,6 +48,23 @@ TEST_F(RestoreCommand, AFolderThatIsNotThereIsToldBeforeAnythingElse) {
             "lorimat: " + file + ": is no folder of a backup: Not a directory\n");
 }
 
+TEST_F(RestoreCommand, PasswordsOfOperatorsAreNotShown) {
+  back_up();
+  ASSERT_EQ(shop_.sell("PROG\nPOPER OPE=3, DES='ANNA', PASS='98765'\nENDPROG\n").exit_code, 0);
+  const std::vector<std::vector<std::string>> forms = {
+      {"restore", tables(), "--dry-run"}, {"restore", tables(), "--dry-run", "--json"}};
+  for (const std::vector<std::string>& form : forms) {
+    const std::string output = shop_.run(form).output;
+    EXPECT_THAT(output, AllOf(HasSubstr("PASS='****'"), HasSubstr("PASS='*****'")));
+    EXPECT_THAT(output, AllOf(Not(HasSubstr("PASS='1234'")), Not(HasSubstr("98765"))));
+  }
+  const ProgramRun failing = run_console({"run", "-"}, {.input = "POPRE OPE=3, PASS='98765'\n"});
+  EXPECT_THAT(failing.errors, HasSubstr("POPRE OPE=3, PASS='*****'\n"));
+  // What is restored is the password.
+  EXPECT_EQ(shop_.run({"restore", tables()}).exit_code, 0);
+  EXPECT_THAT(shop_.run({"restore", tables()}).output, HasSubstr("no row differs"));
+}
+
 TEST_F(RestoreCommand, ADryRunShowsTheDifferencesAndChangesNothing) {
   back_up();
   ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);

@@ -166,6 +166,7 @@ TEST_F(ShellOnTerminal, TheUpKeyBringsLinesBackAlsoInTheNextSession) {
     run.wait_for_typed("SUBT");
     run.type_for_prompt("\r");
     run.enter(" PRMSG MSG='A SECRET'");
+    run.enter("POPER OPE=3, PASS='A SECRET'");
     run.enter("CHIU");
     run.type(kCtrlD);
     EXPECT_EQ(0, run.wait_for_end());
