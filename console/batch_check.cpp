@@ -167,12 +167,28 @@ class LineCheck {
       add(Severity::kWarning, "field-not-read", start, 0,
           tr("{} does not read field {}: it has no effect", name_, key));
     }
-    GivenField field = {number, key, value, "", quoted, static_cast<uint64_t>(start)};
-    if (!quoted) field.written = written_value(start, end);
+    GivenField field = {number, key, value, "", quoted, "", static_cast<uint64_t>(start)};
+    const std::string written = written_value(start, end);
+    if (quoted) {
+      field.behind = behind_quote(written);
+    } else {
+      field.written = written;
+    }
     given_fields_.push_back(std::move(field));
   }
 
-  // What stands behind the "=" of an unquoted field.
+  // What stands behind the quote that closes a value.
+  std::string behind_quote(const std::string& written) const {
+    const char quote = language_.translator().cChQuote;
+    size_t at = 1;
+    while (at < written.size() && (written[at] != quote || written[at + 1] == quote)) {
+      at += written[at] == quote ? 2 : 1;
+    }
+    const size_t begin = written.find_first_not_of(' ', std::min(at + 1, written.size()));
+    return begin == std::string::npos ? "" : written.substr(begin);
+  }
+
+  // What stands behind the "=" of a field.
   std::string written_value(int start, int end) const {
     const size_t begin = static_cast<size_t>(start) - 1;
     std::string text = text_.substr(begin, static_cast<size_t>(end) - 1 - begin);

@@ -143,6 +143,10 @@ class LineTraps {
     for (const GivenField& field : fields_) {
       // Another one of the same number takes its place, and the check says so.
       if (&field == given(field.number)) find_in(field);
+      if (field.value.empty() && is_last(field)) find_empty(field);
+      if (!field.behind.empty()) {
+        add(Trap::kTextBehindQuote, field, {field.key, field.behind, field.value});
+      }
     }
     find_unused();
     find_needed();
@@ -162,6 +166,11 @@ class LineTraps {
     const auto found = std::find_if(fields_.rbegin(), fields_.rend(),
                                     [&](const GivenField& one) { return one.number == number; });
     return found == fields_.rend() || found->value.empty() ? nullptr : &*found;
+  }
+
+  bool is_last(const GivenField& field) const {
+    return std::none_of(&field + 1, fields_.data() + fields_.size(),
+                        [&](const GivenField& one) { return one.number == field.number; });
   }
 
   std::string value(int number) const {
@@ -249,6 +258,12 @@ class LineTraps {
     if (piece && reading.value == 0) add(Trap::kQuantityZero, field, {field.key});
     const bool pays = opcode_ == kPayment || opcode_ == kKeys;
     if (pays && reading.value == 0) add(Trap::kPaysNothing, field, {field.key});
+  }
+
+  void find_empty(const GivenField& field) {
+    const NumberKind kind = number_kind(opcode_, field.number);
+    if (kind == NumberKind::kNone || kind == NumberKind::kWhole) return;
+    add(Trap::kNumberEmpty, field, {field.key});
   }
 
   static bool has_point(const std::string& text) { return text.find('.') != text.npos; }

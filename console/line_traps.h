@@ -17,6 +17,7 @@ struct GivenField {
   std::string value;    // in szCampi: a symbol is its number, a bare name "VERO"
   std::string written;  // an unquoted value as written; empty for a bare name and for a quoted one
   bool quoted = false;
+  std::string behind;   // what stands behind the closing quote
   uint64_t column = 0;  // of the key
 };
 

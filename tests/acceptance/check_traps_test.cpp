@@ -201,6 +201,24 @@ TEST(CheckTraps, TextsAndNamesThatAreCutOrChanged) {
   EXPECT_THAT(traps("REPORT FILE='Giorno.TXT'"), IsEmpty()) << "there capitals stay";
 }
 
+TEST(CheckTraps, ATextThatTakesTheNextFieldIn) {
+  EXPECT_THAT(traps("VEND REP=1, DES='CAFFE' PRE=1.50"), ElementsAre("1:13 text-behind-quote"));
+  const json finding = findings_of("VEND REP=1, DES='IT''S' PRE=1.50, QTA=2").at(0);
+  EXPECT_EQ(finding.at("what"), "'PRE=1.50' stands behind the closing quote of field DES");
+  EXPECT_EQ(finding.at("effect"), "it becomes a part of the text, which is 'IT'S PRE1.50'");
+  EXPECT_THAT(paper_of("VEND REP=1, PRE=3.00, DES='CAFFE' QTA=5\n"),
+              HasSubstr("\nCAFFE QTA5                 22%        3,00\n"));
+  EXPECT_THAT(traps("VEND REP=1, DES='' , PRE=1.50"), IsEmpty());
+  EXPECT_THAT(traps("VEND REP=1, PRE=1.50, DES='IT''S'   ; fine"), IsEmpty());
+}
+
+TEST(CheckTraps, ANumberThatIsEmptyCountsAsLeftOut) {
+  EXPECT_THAT(traps("VEND REP=1, PRE=''"), ElementsAre("1:13 number-empty"));
+  EXPECT_THAT(traps("CHIU IMP=''"), ElementsAre("1:6 number-empty"));
+  EXPECT_THAT(traps("CHIU IMP='', IMP=2.00"), ElementsAre("1:14 field-twice"));
+  EXPECT_THAT(traps("PREP REP=1, DES=''"), IsEmpty()) << "so dumps are written";
+}
+
 TEST(CheckTraps, ReferencesThatNameAnotherDocument) {
   EXPECT_THAT(traps("NOTACRED DOC='0001-0001', DATA=201126\nCLEAR"),
               ElementsAre("1:10 document-number DOC=00010001"));
