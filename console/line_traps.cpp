@@ -340,7 +340,7 @@ class LineTraps {
     } else if (begins("bare flag") && field.value != "VERO") {
       add(Trap::kFlagNotSet, field, {field.key}, field.key);
     } else if (kind.compare(0, 6, "yes/no") == 0 && field.written == "1" &&
-               field.key.front() != '#') {
+               !field.key.starts_with('#')) {
       // Dumps write the number behind the number of the field, and mean it.
       add(Trap::kYesNoOne, field, {field.key});
     }
