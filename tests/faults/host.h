@@ -134,6 +134,7 @@ class Host {
   bool Articles();
   bool Reading();
   bool ReadingToFile();
+  bool IsWritten(const std::string& file);
   bool Closing();
   bool Journal();
   bool SmallReceipt();

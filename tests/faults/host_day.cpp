@@ -1,5 +1,6 @@
 // What the host does in its day: documents of all kinds, programming, reports, closings.
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 
 #include "host.h"
@@ -188,7 +189,16 @@ bool Host::Reading() {
 bool Host::ReadingToFile() {
   const std::string file = folder_ + "reading.txt";
   return Call("PrintXReportEx",
-              [&] { return device_.PrintXReportEx(1, false, "txt", file.c_str(), 3); });
+              [&] { return device_.PrintXReportEx(1, false, "txt", file.c_str(), 3); }) &&
+         IsWritten(file);
+}
+
+bool Host::IsWritten(const std::string& file) {
+  std::error_code error;
+  if (std::filesystem::file_size(file, error) == 0 || error) {
+    report_.Wrong("%s: answered 0, and %s is not there", step_, file.c_str());
+  }
+  return true;
 }
 
 bool Host::Closing() {
@@ -198,7 +208,8 @@ bool Host::Closing() {
 bool Host::Journal() {
   const std::string file = folder_ + "journal.txt";
   return Call("ProcessEJournalReportGlobal",
-              [&] { return device_.ProcessEJournalReportGlobal(file.c_str(), "txt"); });
+              [&] { return device_.ProcessEJournalReportGlobal(file.c_str(), "txt"); }) &&
+         IsWritten(file);
 }
 
 // --- The day
