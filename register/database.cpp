@@ -39,6 +39,12 @@ std::string Uri(const std::string& file, const char* wish) {
   return uri + "?" + wish;
 }
 
+bool HasContent(const char* file) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  return !error && size > 0;
+}
+
 std::string SystemText(int error) { return std::generic_category().message(error); }
 
 uint32_t BigEndian(const unsigned char* bytes, int size) {
@@ -299,10 +305,7 @@ void Database::ExplainOpening(int code) const {
 }
 
 bool Database::HasLog() const {
-  const char* log = sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main"));
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(log, error);
-  return !error && size > 0;
+  return HasContent(sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main")));
 }
 
 // Refuses another program's file, and one that was cut short, by its head alone: SQLite would
@@ -335,7 +338,10 @@ void Database::CheckHead(const DatabaseKind& kind) const {
   const sqlite3_int64 pages = BigEndian(head + kPageCountAt, 4);
   const bool counted =
       BigEndian(head + kChangeCounterAt, 4) == BigEndian(head + kValidForAt, 4) && pages > 0;
-  if (counted && size < pages * page_size) {
+  // A journal beside it, as a new file has one, holds what is to be put back.
+  const bool repairable =
+      HasContent(sqlite3_filename_journal(sqlite3_db_filename(handle_.get(), "main")));
+  if (counted && !repairable && size < pages * page_size) {
     Fail(fmt::format("the file is cut short: {} bytes are left of {}", size, pages * page_size));
   }
 }
