@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "managermachine/managerdownloadtablerowtype.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -62,6 +63,10 @@ std::optional<std::vector<std::string>> SplitRow(std::string_view text) {
   return columns;
 }
 
+int NoTable(int table) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTable, {table});
+}
+
 }  // namespace
 
 std::string FormatArticleRow(const Article& article) {
@@ -88,7 +93,7 @@ bool ParseArticleRow(std::string_view text, Article* article) {
 
 int ArticleLink::Download(int selector, int index, std::string* row) {
   using RowType = ManagerDownloadTableRowType;
-  if (selector < 0 || (selector & 0xFF) != kArticleTable) return RTF_E_ILLEGAL;
+  if (selector < 0 || (selector & 0xFF) != kArticleTable) return NoTable(selector);
   const int selection = (selector >> 8) & 0xFF;
   const std::vector<Article>& articles = core_.tables.settings().articles;
   const auto chosen = [selection](const Article& article) {
@@ -99,7 +104,9 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
   const int kind = selector >> 16;
   switch (kind) {
     case RowType::kRow:
-      if (index < 0) return RTF_E_ILLEGAL;
+      if (index < 0) {
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTableRow, {index});
+      }
       skip = index;
       break;
     case RowType::kFirst:
@@ -108,14 +115,14 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
     case RowType::kLast:
       skip = -1;
       for (const Article& article : articles) skip += chosen(article) ? 1 : 0;
-      if (skip < 0) return RTF_E_NOEXIST;
+      if (skip < 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
       break;
     case RowType::kNextRow:
-      if (!transfer_.started) return RTF_E_NOEXIST;
+      if (!transfer_.started) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
       at = transfer_.next;
       break;
     default:
-      return RTF_E_ILLEGAL;
+      return NoTable(selector);
   }
   for (; at < articles.size(); ++at) {
     if (!chosen(articles[at]) || skip-- > 0) continue;
@@ -126,34 +133,37 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
     }
     return RTF_SUCCESS;
   }
-  return RTF_E_NOEXIST;
+  return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
 }
 
 int ArticleLink::Upload(int table, int step, std::string_view row) {
   enum Step { kOpen, kRow, kClose };
-  if (table != kArticleTable) return RTF_E_ILLEGAL;
+  if (table != kArticleTable) return NoTable(table);
   switch (step) {
     case kOpen:
       if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
       transfer_.open = true;
       return RTF_SUCCESS;
     case kRow: {
-      if (!transfer_.open || !core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+      if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+      if (!transfer_.open) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
       Article article;
-      if (!ParseArticleRow(row, &article)) return RTF_E_ILLEGAL;
+      if (!ParseArticleRow(row, &article)) {
+        return Refuse(RTF_E_ILLEGAL, RefusalCause::kArticleRow, {}, row);
+      }
       return core_.tables.SetArticle(std::move(article));
     }
     case kClose:
-      if (!transfer_.open) return RTF_EFPTR_WRONG_STATE;
+      if (!transfer_.open) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
       transfer_.open = false;
       return RTF_SUCCESS;
     default:
-      return RTF_E_ILLEGAL;
+      return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTableRow, {step});
   }
 }
 
 int ArticleLink::Erase(int table) {
-  if (table != kArticleTable && table != kEraseBehindDownload) return RTF_E_ILLEGAL;
+  if (table != kArticleTable && table != kEraseBehindDownload) return NoTable(table);
   if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
   core_.tables.EraseArticles();
   transfer_.started = false;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -33,13 +34,17 @@ constexpr Rule kRules[] = {
 
 // The last digit makes the sum of all digits, weighted 1 and 3 from the right, a multiple of
 // ten (the rule of the EAN and UPC codes).
-bool CheckDigitFits(std::string_view digits) {
+char CheckDigit(std::string_view digits) {
   int sum = 0;
-  for (size_t i = 0; i < digits.size(); ++i) {
+  for (size_t i = 1; i < digits.size(); ++i) {
     const int digit = digits[digits.size() - 1 - i] - '0';
     sum += i % 2 == 0 ? digit : 3 * digit;
   }
-  return sum % 10 == 0;
+  return static_cast<char>('0' + (10 - sum % 10) % 10);
+}
+
+int WrongCharacters(std::string_view data) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kBarcode, {}, data);
 }
 
 }  // namespace
@@ -55,18 +60,26 @@ int CheckBarcode(const BarcodeType& type, std::string_view data) {
   for (const Rule& rule : kRules) {
     if (rule.type.id != type.id) continue;
     if (data.size() < rule.min_length || data.size() > rule.max_length) {
-      return RTF_EFPTR_BAD_LENGTH;
+      return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kWrongLength, Subject::kBarcode,
+                         {static_cast<int64_t>(data.size()), static_cast<int64_t>(rule.min_length),
+                          static_cast<int64_t>(rule.max_length)});
     }
     if (!rule.alphabet.empty() && data.find_first_not_of(rule.alphabet) != data.npos) {
-      return RTF_E_ILLEGAL;
+      return WrongCharacters(data);
     }
     for (const char c : data) {
       const unsigned char byte = static_cast<unsigned char>(c);
-      if (!rule.type.two_dimensional && (byte < 0x20 || byte > 0x7E)) return RTF_E_ILLEGAL;
+      if (!rule.type.two_dimensional && (byte < 0x20 || byte > 0x7E)) return WrongCharacters(data);
     }
     // Interleaved digits come in pairs.
-    if (type.id == "05" && data.size() % 2 != 0) return RTF_EFPTR_BAD_LENGTH;
-    if (data.size() == rule.checked_length && !CheckDigitFits(data)) return RTF_E_ILLEGAL;
+    if (type.id == "05" && data.size() % 2 != 0) {
+      return Refuse(RTF_EFPTR_BAD_LENGTH, RefusalCause::kOddDigits,
+                    {static_cast<int64_t>(data.size())});
+    }
+    if (data.size() == rule.checked_length && data.back() != CheckDigit(data)) {
+      return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCheckDigit, Subject::kBarcode,
+                         {data.back() - '0', CheckDigit(data) - '0'});
+    }
     return RTF_SUCCESS;
   }
   return RTF_E_ILLEGAL;

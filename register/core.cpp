@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "register/device_clock.h"
+#include "register/refusal.h"
 #include "register/schema.h"
 #include "register/store_tables.h"
 
@@ -158,13 +159,20 @@ std::tm RegisterCore::SystemTime() const {
 }
 
 bool RegisterCore::Allows(Operation operation) const {
-  if (operation == Operation::kBeginDocument && key != KeyPosition::kRegister) return false;
+  const auto refuse = [](RefusalCause cause, std::initializer_list<int64_t> numbers = {}) {
+    Refuse(RTF_EFPTR_WRONG_STATE, cause, numbers);
+    return false;
+  };
+  const auto position = static_cast<int64_t>(key);
+  if (operation == Operation::kBeginDocument && key != KeyPosition::kRegister) {
+    return refuse(RefusalCause::kKeyForDocument, {position});
+  }
   if (operation == Operation::kProgram && tables.settings().programming_needs_key &&
       key != KeyPosition::kProgram) {
-    return false;
+    return refuse(RefusalCause::kKeyForProgramming, {position});
   }
   if (setup.training && (operation == Operation::kReport || operation == Operation::kProgram)) {
-    return false;
+    return refuse(RefusalCause::kTraining);
   }
   const bool moves_cash = document.cash != CashMove::kNone;
   switch (operation) {
@@ -173,15 +181,23 @@ bool RegisterCore::Allows(Operation operation) const {
     case Operation::kSubtotal:
     case Operation::kTaxId:
     case Operation::kLottery:
-      if (moves_cash) return false;
+      if (moves_cash) return refuse(RefusalCause::kMovesCash);
       break;
     case Operation::kCash:
-      if (!moves_cash) return false;
+      if (!moves_cash && state == PrinterState::kReceipt) {
+        return refuse(RefusalCause::kMovesNoCash);
+      }
       break;
     default:
       break;
   }
-  return lorimat::Allows(state, operation);
+  if (lorimat::Allows(state, operation)) return true;
+  const Receipt& receipt = document.receipt;
+  const bool paying = state == PrinterState::kTotal;
+  return refuse(RefusalCause::kState,
+                {static_cast<int64_t>(state), static_cast<int64_t>(operation),
+                 static_cast<int64_t>(receipt.kind()), static_cast<int64_t>(receipt.lines().size()),
+                 paying ? receipt.remaining() : receipt.total()});
 }
 
 }  // namespace lorimat

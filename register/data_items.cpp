@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "register/keyboard.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -97,22 +98,29 @@ std::optional<bool> ReadFlag(std::string_view text) {
   return std::nullopt;
 }
 
+int NoFlag(std::string_view text) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotAFlag, Subject::kDataItem, {}, text);
+}
+
 int WriteAutoCut(RegisterCore& core, std::string_view text) {
   const std::optional<bool> flag = ReadFlag(text);
-  if (!flag) return RTF_E_ILLEGAL;
+  if (!flag) return NoFlag(text);
   core.options.auto_cut = *flag;
   return RTF_SUCCESS;
 }
 
 int WriteHoldSettled(RegisterCore& core, std::string_view text) {
   const std::optional<bool> flag = ReadFlag(text);
-  if (!flag) return RTF_E_ILLEGAL;
+  if (!flag) return NoFlag(text);
   core.options.hold_settled = *flag;
   return RTF_SUCCESS;
 }
 
 int WriteCourtesyText(RegisterCore& core, std::string_view text) {
-  if (text.size() > 50) return RTF_EFPTR_BAD_LENGTH;
+  if (text.size() > 50) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kCourtesyText,
+                       {static_cast<int64_t>(text.size()), 50});
+  }
   core.options.courtesy_text = text;
   return RTF_SUCCESS;
 }

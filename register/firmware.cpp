@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "register/digest.h"
+#include "register/refusal.h"
 #include "register/report_file.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -44,25 +45,29 @@ std::optional<std::vector<uint64_t>> ReadVersion(std::string_view text) {
   return numbers;
 }
 
+int NoFirmware(std::string_view file) {
+  return Refuse(RTF_EFIRMWARE_BAD_FILE, RefusalCause::kNotAFirmware, {}, file);
+}
+
 }  // namespace
 
 int CheckFirmware(std::string_view file, std::string* version) {
   std::string content;
   if (const int code = ReadFile(file, &content)) {
-    return code == RTF_E_NOEXIST ? code : RTF_EFIRMWARE_BAD_FILE;
+    return code == RTF_E_NOEXIST ? code : NoFirmware(file);
   }
   std::string_view rest = content;
   std::string_view empty, name, size, digest;
   if (!TakeLine(&rest, "LORIMAT FIRMWARE 1", &empty) || !empty.empty() ||
       !TakeLine(&rest, "VERSION ", &name) || !TakeLine(&rest, "SIZE ", &size) ||
       !TakeLine(&rest, "SHA256 ", &digest) || !TakeLine(&rest, "", &empty) || !empty.empty()) {
-    return RTF_EFIRMWARE_BAD_FILE;
+    return NoFirmware(file);
   }
   const bool printable =
       std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
   if (name.empty() || name.size() > kVersionSize || !printable || rest.empty() ||
       size != std::to_string(rest.size()) || digest != Sha256(rest)) {
-    return RTF_EFIRMWARE_BAD_FILE;
+    return NoFirmware(file);
   }
   *version = name;
   return RTF_SUCCESS;

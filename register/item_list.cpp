@@ -1,13 +1,23 @@
 #include "register/item_list.h"
 
+#include "register/refusal.h"
 #include "register/report_sections.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
 
+namespace {
+
+int NoVatEntry(const Tables& tables, int entry) {
+  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry,
+                {entry, static_cast<int64_t>(tables.settings().vat_rates.size())});
+}
+
+}  // namespace
+
 int ItemList::Begin(int vat) {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  if (core_.tables.FindVat(vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (core_.tables.FindVat(vat) == nullptr) return NoVatEntry(core_.tables, vat);
   layout_.Header();
   core_.paper.Centred("VERIFICA ARTICOLI");
   core_.paper.Centred("IVA " + VatName(core_.tables.settings().vat_rates, vat));
@@ -34,11 +44,17 @@ int ItemList::FindVatOf(std::string_view name) const {
 
 int ItemList::Verify(std::string_view name, int vat) {
   if (!core_.Allows(Operation::kItemList)) return RTF_EFPTR_WRONG_STATE;
-  if (name.empty() || name.size() > Tables::kDescriptionSize) return RTF_EFPTR_BAD_ITEM_DESCRIPTION;
-  if (core_.tables.FindVat(vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (name.empty() || name.size() > Tables::kDescriptionSize) {
+    return RefuseValue(RTF_EFPTR_BAD_ITEM_DESCRIPTION, RefusalCause::kWrongLength,
+                       Subject::kDescription,
+                       {static_cast<int64_t>(name.size()), 1, Tables::kDescriptionSize});
+  }
+  if (core_.tables.FindVat(vat) == nullptr) return NoVatEntry(core_.tables, vat);
   const int known = FindVatOf(name);
-  if (known == 0) return RTF_E_NOEXIST;
-  if (known != vat || vat != core_.session.item_list_vat) return RTF_EFPTR_BAD_VAT;
+  if (known == 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoArticle, {}, name);
+  if (known != vat || vat != core_.session.item_list_vat) {
+    return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kOtherVatEntry, {known});
+  }
   core_.paper.Pair(ReadHostText(name).text, VatName(core_.tables.settings().vat_rates, vat));
   return RTF_SUCCESS;
 }

@@ -5,6 +5,7 @@
 
 #include "managermachine/pflitemtype.h"
 #include "pal/peripherals/keyboard/functioncode.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -135,7 +136,7 @@ int Keyboard::Play(std::string_view digits, std::string_view printer_text,
   }
   const KeyRow* row = FindKey(key);
   if (row == nullptr) {
-    error_ = RTF_E_ILLEGAL;
+    error_ = Refuse(RTF_E_ILLEGAL, RefusalCause::kNoKey, {key});
     ForgetInput();
     return RTF_E_ILLEGAL;
   }
@@ -148,7 +149,7 @@ int Keyboard::Play(std::string_view digits, std::string_view printer_text,
     input_.digits.assign(digits);
     error_ = Lock(*row);
   } else if (!TakeDigits(digits)) {
-    error_ = RTF_E_ILLEGAL;
+    error_ = NoDigits();
   } else {
     error_ = (this->*row->handler)(*row);
   }
@@ -157,6 +158,7 @@ int Keyboard::Play(std::string_view digits, std::string_view printer_text,
                            row->handler == &Keyboard::Multiply ||
                            row->handler == &Keyboard::Modify || row->handler == &Keyboard::Describe;
   if (error_ != RTF_SUCCESS || !keeps_input) ForgetInput();
+  if (error_ != RTF_SUCCESS) KeepRefusal(error_);
   // An announced lottery code holds for the next key alone.
   if (row->handler != &Keyboard::Lottery) lottery_announced_ = false;
   return RTF_SUCCESS;
@@ -171,9 +173,18 @@ int Keyboard::PlayMacro(std::string_view macro) {
   return RTF_SUCCESS;
 }
 
+// What was keyed is no number, or longer than a display takes.
+int Keyboard::NoDigits() const {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kDigits, {}, input_.digits);
+}
+
 int Keyboard::Number(int64_t* number, int64_t highest) const {
   const std::optional<int64_t> value = ParseDecimal(input_.digits, 0, 0);
-  if (!value || *value > highest) return RTF_E_ILLEGAL;
+  if (!value) return NoDigits();
+  if (*value > highest) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kDigits,
+                       {*value, 0, highest});
+  }
   *number = *value;
   return RTF_SUCCESS;
 }
@@ -182,7 +193,10 @@ int Keyboard::Number(int64_t* number, int64_t highest) const {
 int Keyboard::KeyedAmount(Amount* amount) const {
   const int implied = core_.tables.settings().fixed_decimal_point ? 2 : 0;
   const std::optional<int64_t> cents = ParseDecimal(input_.digits, 2, implied);
-  if (!cents || *cents > kMaxAmount / kCent) return RTF_EFPTR_BAD_PRICE;
+  if (!cents || *cents > kMaxAmount / kCent) {
+    return RefuseValue(RTF_EFPTR_BAD_PRICE, RefusalCause::kNotANumber, Subject::kAmount, {},
+                       input_.digits);
+  }
   *amount = *cents * kCent;
   return RTF_SUCCESS;
 }
@@ -193,7 +207,7 @@ std::string_view Keyboard::Text() const {
 
 int Keyboard::Digit(const KeyRow&) {
   const char digit = static_cast<char>(input_.key);
-  return TakeDigits(std::string_view(&digit, 1)) ? RTF_SUCCESS : RTF_E_ILLEGAL;
+  return TakeDigits(std::string_view(&digit, 1)) ? RTF_SUCCESS : NoDigits();
 }
 
 int Keyboard::Lock(const KeyRow& row) {
@@ -205,7 +219,9 @@ int Keyboard::Lock(const KeyRow& row) {
   }
   if (position < static_cast<int>(KeyPosition::kRegister) ||
       position > static_cast<int>(KeyPosition::kProgram)) {
-    return RTF_E_ILLEGAL;
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kKeyLock,
+                       {position, static_cast<int64_t>(KeyPosition::kRegister),
+                        static_cast<int64_t>(KeyPosition::kProgram)});
   }
   if (!core_.Allows(Operation::kTurnKey)) return RTF_EFPTR_WRONG_STATE;
   core_.key = static_cast<KeyPosition>(position);
@@ -256,7 +272,9 @@ int Keyboard::NumberedDepartment(const KeyRow&) {
 
 int Keyboard::ArticleKey(const KeyRow&) {
   const std::string code(input_.digits.empty() ? Text() : std::string_view(input_.digits));
-  if (code.empty()) return RTF_E_NOEXIST;
+  if (code.empty()) {
+    return RefuseValue(RTF_E_NOEXIST, RefusalCause::kMissing, Subject::kArticleCode);
+  }
   return Sell(-1, code, held_amount_);
 }
 
@@ -269,7 +287,8 @@ int Keyboard::HoldAmount(const KeyRow&) {
 int Keyboard::Multiply(const KeyRow&) {
   const std::optional<int64_t> value = ParseDecimal(input_.digits, 3, 0);
   if (!value || *value == 0 || *value > std::numeric_limits<int32_t>::max()) {
-    return RTF_EFPTR_BAD_ITEM_QUANTITY;
+    return RefuseValue(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNotANumber, Subject::kQuantity,
+                       {}, input_.digits);
   }
   quantity_ = static_cast<int32_t>(*value);
   input_ = Input{};
@@ -287,7 +306,10 @@ int Keyboard::Adjust(const KeyRow& row) {
   int64_t value = 0;
   if (IsPercentage(row.value)) {
     const std::optional<int64_t> percentage = ParseDecimal(input_.digits, 4, 0);
-    if (!percentage) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (!percentage) {
+      return RefuseValue(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNotANumber, Subject::kAmount, {},
+                         input_.digits);
+    }
     value = *percentage;
   } else if (const int code = KeyedAmount(&value)) {
     return code;
@@ -308,14 +330,20 @@ int Keyboard::Drawer(const KeyRow&) {
 int Keyboard::Operator(const KeyRow&) {
   int64_t number = 0;
   if (const int code = Number(&number, core_.tables.settings().operators)) return code;
-  if (number < 1) return RTF_E_ILLEGAL;
-  if (core_.state != PrinterState::kMonitor) return RTF_EFPTR_WRONG_STATE;
+  if (number < 1) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kOperator,
+                       {number, 1, core_.tables.settings().operators});
+  }
+  if (!core_.Allows(Operation::kTurnKey)) return RTF_EFPTR_WRONG_STATE;
   core_.current_operator = static_cast<int>(number);
   return RTF_SUCCESS;
 }
 
 int Keyboard::Describe(const KeyRow&) {
-  if (Text().empty()) return RTF_EFPTR_BAD_ITEM_DESCRIPTION;
+  if (Text().empty()) {
+    return RefuseValue(RTF_EFPTR_BAD_ITEM_DESCRIPTION, RefusalCause::kMissing,
+                       Subject::kDescription);
+  }
   description_ = Text();
   return RTF_SUCCESS;
 }
@@ -331,7 +359,8 @@ int Keyboard::Pay(const KeyRow& row) {
   }
   if (subtender != nullptr && subtender->max_digits > 0 &&
       input_.digits.size() > subtender->max_digits) {
-    return RTF_EFPTR_BAD_LENGTH;
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kPaymentDigits,
+                       {static_cast<int64_t>(input_.digits.size()), subtender->max_digits});
   }
   Amount amount = 0;
   if (const int code = KeyedAmount(&amount)) return code;
@@ -345,7 +374,9 @@ int Keyboard::Lottery(const KeyRow&) {
 }
 
 int Keyboard::ConfirmCode(const KeyRow&) {
-  if (!lottery_announced_) return RTF_EFPTR_WRONG_STATE;
+  if (!lottery_announced_) {
+    return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kLotteryNotAnnounced);
+  }
   // The code's digits may have been keyed; letters only come as text for the display.
   return desk_.LotteryCode(input_.digits.empty() ? std::string_view(input_.display_text)
                                                  : std::string_view(input_.digits));
@@ -375,7 +406,10 @@ int Keyboard::OpenReferring(const KeyRow& row) {
     reference.number = static_cast<int>(number % 10000);
     reference.closure = input_.digits.size() == 8 ? static_cast<int>(number / 10000)
                                                   : core_.store.last_closure() + 1;
-    if (input_.digits.size() != 8 && number > RegisterStore::kLastNumber) return RTF_E_ILLEGAL;
+    if (input_.digits.size() != 8 && number > RegisterStore::kLastNumber) {
+      return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kDocumentNumber,
+                         {number, 0, RegisterStore::kLastNumber});
+    }
   }
   if (row.value == 0) return desk_.BeginRefund(reference);
   return desk_.BeginCancel(reference, false, input_.printer_text);

@@ -57,6 +57,7 @@ class Keyboard {
   bool TakeDigits(std::string_view digits);
   int PlayMacro(std::string_view macro);
   void ForgetInput();
+  int NoDigits() const;
   int Number(int64_t* number, int64_t highest) const;
   int KeyedAmount(Amount* amount) const;
   std::string_view Text() const;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "pal/peripherals/keyboard/functioncode.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -139,13 +140,28 @@ const ProgrammedKey* Keyboards::Find(int keyboard, int position) const {
 
 int Keyboards::Program(int keyboard, int position, ProgrammedKey key) {
   const ProgrammedKey* old = Find(keyboard, position);
-  if (old == nullptr || !IsCode(key.code)) return RTF_E_ILLEGAL;
-  if (key.code != old->code && (IsFixed(key.code) || IsFixed(old->code))) return RTF_E_ILLEGAL;
-  if (key.macro.size() > kMacroSize) return RTF_EFPTR_BAD_LENGTH;
-  if (!key.macro.empty() && !IsMacroKey(key.code)) return RTF_E_ILLEGAL;
+  if (old == nullptr) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kKeyPlace, {position});
+  }
+  if (!IsCode(key.code)) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kKeyCode, {key.code});
+  }
+  if (key.code != old->code && (IsFixed(key.code) || IsFixed(old->code))) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kFixedKey,
+                  {IsFixed(key.code) ? key.code : old->code});
+  }
+  if (key.macro.size() > kMacroSize) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kMacro,
+                       {static_cast<int64_t>(key.macro.size()), kMacroSize});
+  }
+  if (!key.macro.empty() && !IsMacroKey(key.code)) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kNoMacroKey, {key.code});
+  }
   for (const char c : key.macro) {
     const uint8_t code = static_cast<uint8_t>(c);
-    if (!IsCode(code) || IsMacroKey(code)) return RTF_E_ILLEGAL;
+    if (!IsCode(code) || IsMacroKey(code)) {
+      return Refuse(RTF_E_ILLEGAL, RefusalCause::kMacroKey, {code});
+    }
   }
   if (keys_.use_count() > 1) {
     keys_ = std::make_shared<std::vector<std::vector<ProgrammedKey>>>(*keys_);

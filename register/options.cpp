@@ -4,6 +4,7 @@
 
 #include "register/device_text.h"
 #include "register/money.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -45,25 +46,36 @@ std::string DeviceOptions::Read(int item) const {
 
 int DeviceOptions::Write(int item, std::string_view text) {
   const OptionRow* row = FindOption(item);
-  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kOption, {item});
+  }
   switch (row->form) {
     case Form::kText:
-      if (text.size() > kTextSize) return RTF_EFPTR_BAD_LENGTH;
+      if (text.size() > kTextSize) {
+        return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kOption,
+                           {static_cast<int64_t>(text.size()), kTextSize});
+      }
       values_[item] = DeviceText(text);
       return RTF_SUCCESS;
     case Form::kNumber: {
       // Kept as a number: leading zeros are gone when it is read.
       const std::optional<int64_t> number = ParseDecimal(text, 0, 0);
-      if (!number || text.size() > kNumberDigits) return RTF_E_ILLEGAL;
+      if (!number || text.size() > kNumberDigits) {
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kOption, {}, text);
+      }
       values_[item] = std::to_string(*number);
       return RTF_SUCCESS;
     }
     case Form::kFlag:
-      if (text != "0" && text != "1") return RTF_E_ILLEGAL;
+      if (text != "0" && text != "1") {
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotAFlag, Subject::kOption, {}, text);
+      }
       break;
     case Form::kContrast:
       // Three levels.
-      if (text != "80" && text != "100" && text != "120") return RTF_E_ILLEGAL;
+      if (text != "80" && text != "100" && text != "120") {
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kUnknownName, Subject::kOption, {}, text);
+      }
       break;
   }
   values_[item] = text;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -21,20 +22,28 @@ struct TextRow {
   size_t size;
 };
 
+int NoProperty(int property) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kProperty, {property});
+}
+
+int NotAllowed(int value) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kPropertyValue, {value});
+}
+
 int WriteFlag(bool* flag, int value) {
-  if (value != 0 && value != 1) return RTF_E_ILLEGAL;
+  if (value != 0 && value != 1) return NotAllowed(value);
   *flag = value == 1;
   return RTF_SUCCESS;
 }
 
 int WriteDateType(RegisterCore& core, int value) {
-  if (value != RTF_FPTR_DT_RTC && value != RTF_FPTR_DT_EOD) return RTF_E_ILLEGAL;
+  if (value != RTF_FPTR_DT_RTC && value != RTF_FPTR_DT_EOD) return NotAllowed(value);
   core.options.date_type = value;
   return RTF_SUCCESS;
 }
 
 int WriteTotalizerScope(RegisterCore& core, int value) {
-  if (value < RTF_FPTR_TT_DOCUMENT || value > RTF_FPTR_TT_GRAND) return RTF_E_ILLEGAL;
+  if (value < RTF_FPTR_TT_DOCUMENT || value > RTF_FPTR_TT_GRAND) return NotAllowed(value);
   core.options.totalizer_scope = value;
   return RTF_SUCCESS;
 }
@@ -42,7 +51,10 @@ int WriteTotalizerScope(RegisterCore& core, int value) {
 // Numbering goes on from a number that the host sets, never inside an open invoice.
 int WriteInvoiceNumber(RegisterCore& core, int value) {
   if (!core.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-  if (value < 1 || value > 999999) return RTF_E_ILLEGAL;
+  if (value < 1 || value > 999999) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kInvoiceNumber,
+                       {value, 1, 999999});
+  }
   core.store.SetNextInvoice(value, core.Now());
   return RTF_SUCCESS;
 }
@@ -199,14 +211,15 @@ ServiceState PropertyNeeds(int property) {
 
 int ReadIntProperty(const RegisterCore& core, int property, int* value) {
   const IntRow* row = Find(kIntProperties, property);
-  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) return NoProperty(property);
   *value = row->read(core);
   return RTF_SUCCESS;
 }
 
 int WriteIntProperty(RegisterCore& core, int property, int value) {
   const IntRow* row = Find(kIntProperties, property);
-  if (row == nullptr || row->write == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) return NoProperty(property);
+  if (row->write == nullptr) return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {property});
   return row->write(core, value);
 }
 
@@ -220,15 +233,18 @@ int ReadTextProperty(const RegisterCore& core, int property, std::string* value)
     return RTF_SUCCESS;
   }
   const TextRow* row = Find(kTextProperties, property);
-  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) return NoProperty(property);
   *value = core.options.*row->text;
   return RTF_SUCCESS;
 }
 
 int WriteTextProperty(RegisterCore& core, int property, std::string_view value) {
   const TextRow* row = Find(kTextProperties, property);
-  if (row == nullptr) return RTF_E_ILLEGAL;
-  if (value.size() > row->size) return RTF_EFPTR_BAD_LENGTH;
+  if (row == nullptr) return NoProperty(property);
+  if (value.size() > row->size) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kProperty,
+                       {static_cast<int64_t>(value.size()), static_cast<int64_t>(row->size)});
+  }
   // The number of an invoice is not changed under it.
   if (property == RTF_PIDXFptr_InvoiceSeries && !core.Allows(Operation::kProgram)) {
     return RTF_EFPTR_WRONG_STATE;

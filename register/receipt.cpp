@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -18,6 +19,15 @@ bool SameGoods(const Item& a, const Item& b) {
 
 bool IsKnownAdjustment(int type) {
   return type >= RTF_FPTR_AT_AMOUNT_DISCOUNT && type <= RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
+}
+
+int NoAdjustment(int type) { return Refuse(RTF_E_ILLEGAL, RefusalCause::kAdjustmentKind, {type}); }
+
+int NoSize(const AdjustmentRequest& request) {
+  return Refuse(
+      RTF_EFPTR_BAD_ITEM_AMOUNT,
+      IsPercentage(request.type) ? RefusalCause::kPercentageSize : RefusalCause::kAdjustmentSize,
+      {request.value});
 }
 
 // The size of an adjustment on a base, in whole cents. Nothing for one that no adjustment has:
@@ -105,15 +115,24 @@ void Receipt::SetVoided(size_t index) {
 
 int Receipt::CheckSums(const std::map<int, Amount>& deltas) const {
   Amount total = total_;
-  bool negative_vat = false;
+  int negative_vat = 0;
   for (const auto& [vat, delta] : deltas) {
     total += delta;
     const auto sum = by_vat_.find(vat);
-    if ((sum == by_vat_.end() ? 0 : sum->second) + delta < 0) negative_vat = true;
+    if ((sum == by_vat_.end() ? 0 : sum->second) + delta < 0) negative_vat = vat;
   }
-  if (total > kMaxAmount) return RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW;
-  if (total < 0) return RTF_EFPTR_NEGATIVE_TOTAL;
-  if (negative_vat) return RTF_EFPTR_NEGATIVE_VAT;
+  if (total > kMaxAmount) {
+    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kTotalTooHigh,
+                  {total_, kMaxAmount});
+  }
+  if (total < 0) {
+    return Refuse(RTF_EFPTR_NEGATIVE_TOTAL, RefusalCause::kTotalBelowZero,
+                  {total_, total - total_});
+  }
+  if (negative_vat != 0) {
+    return Refuse(RTF_EFPTR_NEGATIVE_VAT, RefusalCause::kVatBelowZero,
+                  {negative_vat, deltas.at(negative_vat)});
+  }
   return RTF_SUCCESS;
 }
 
@@ -192,7 +211,10 @@ bool Receipt::LeavesDepartment(int department, Amount delta) const {
 
 int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
   const std::optional<FoundLine> found = FindOpenLine(item, terms);
-  if (!found) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (!found) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToVoid,
+                  {item.quantity, item.unit_price});
+  }
   const Line& line = lines_[found->index];
   const int32_t quantity = found->whole ? line.open_quantity : item.quantity;
   const Amount goods = found->whole ? line.open_amount : std::min(item.amount, line.open_amount);
@@ -202,7 +224,7 @@ int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
   const std::map<int, Amount> deltas = {{item.vat, delta}};
   if (const int code = CheckSums(deltas)) return code;
   if (item.kind == LineKind::kSale && !LeavesDepartment(item.department, delta)) {
-    return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kDepartmentBelowZero, {item.department});
   }
   AddToSums(deltas);
   AddToDepartment(item, -sign * quantity, delta);
@@ -240,7 +262,8 @@ int Receipt::Restore(const Item& item, Amount* amount) {
     *amount = sign * goods;
     return RTF_SUCCESS;
   }
-  return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToRestore,
+                {item.quantity, item.unit_price});
 }
 
 const Item* Receipt::last_open_line() const {
@@ -268,11 +291,13 @@ int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtot
       const int sign = Sign(line.item.kind);
       // A discount that stands may have counted on the surcharge that goes.
       if (line.open_amount + sign * (line.adjusted - earlier->delta) < 0) {
-        return RTF_EFPTR_BAD_ITEM_AMOUNT;
+        return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kDiscountStandsOnIt);
       }
       department = line.item.kind == LineKind::kSale ? line.item.department : 0;
     }
-    if (!LeavesDepartment(department, -earlier->delta)) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (!LeavesDepartment(department, -earlier->delta)) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kDepartmentBelowZero, {department});
+    }
     AddToSums(deltas);
     SetVoided(index);
     if (earlier->line) {
@@ -290,11 +315,11 @@ int Receipt::TakeBackAdjustment(const AdjustmentRequest& request, bool on_subtot
     adjustments_.push_back(*done);
     return RTF_SUCCESS;
   }
-  return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoAdjustmentToVoid);
 }
 
 int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
-  if (!IsKnownAdjustment(request.type)) return RTF_E_ILLEGAL;
+  if (!IsKnownAdjustment(request.type)) return NoAdjustment(request.type);
   if (request.is_void) return TakeBackAdjustment(request, false, done);
 
   Adjustment adjustment;
@@ -308,7 +333,7 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
     if (sum != by_department_.end()) base = sum->second.amount;
   } else {
     const Item* last = last_open_line();
-    if (last == nullptr) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (last == nullptr) return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoOpenLine);
     const Line& line = lines_.back();
     sign = Sign(last->kind);
     base = line.open_amount + sign * line.adjusted;
@@ -318,12 +343,14 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
     if (vat == last->vat) adjustment.line = lines_.size() - 1;
   }
   const std::optional<Amount> size = AdjustmentSize(request, base);
-  if (!size) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (!size) return NoSize(request);
   const bool surcharge = IsSurcharge(request.type);
   adjustment.delta = (surcharge ? sign : -sign) * *size;
   adjustment.by_vat = {{vat, adjustment.delta}};
   if (const int code = CheckSums(adjustment.by_vat)) return code;
-  if (!surcharge && *size > base) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (!surcharge && *size > base) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kDiscountAboveBase, {*size, base});
+  }
 
   AddToSums(adjustment.by_vat);
   if (request.department != 0) {
@@ -339,18 +366,23 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
 }
 
 int Receipt::AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done) {
-  if (!IsKnownAdjustment(request.type)) return RTF_E_ILLEGAL;
+  if (!IsKnownAdjustment(request.type)) return NoAdjustment(request.type);
   if (request.is_void) return TakeBackAdjustment(request, true, done);
 
   const std::optional<Amount> size = AdjustmentSize(request, total_);
-  if (!size) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (!size) return NoSize(request);
   Adjustment adjustment;
   adjustment.request = request;
   adjustment.on_subtotal = true;
   adjustment.delta = IsSurcharge(request.type) ? *size : -*size;
-  if (total_ + adjustment.delta < 0) return RTF_EFPTR_NEGATIVE_TOTAL;
+  if (total_ + adjustment.delta < 0) {
+    return Refuse(RTF_EFPTR_NEGATIVE_TOTAL, RefusalCause::kTotalBelowZero,
+                  {total_, adjustment.delta});
+  }
   adjustment.by_vat = Spread(adjustment.delta, by_vat_);
-  if (adjustment.by_vat.empty()) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (adjustment.by_vat.empty()) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNothingSold);
+  }
   if (const int code = CheckSums(adjustment.by_vat)) return code;
   AddToSums(adjustment.by_vat);
   adjustments_.push_back(adjustment);
@@ -360,7 +392,7 @@ int Receipt::AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done) 
 
 int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
   if (request.type != RTF_FPTR_AT_AMOUNT_DISCOUNT && request.type != RTF_FPTR_AT_AMOUNT_SURCHARGE) {
-    return RTF_E_ILLEGAL;
+    return NoAdjustment(request.type);
   }
   if (request.is_void) return TakeBackAdjustment(request, true, done);
 
@@ -369,7 +401,9 @@ int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
   adjustment.request = request;
   adjustment.on_subtotal = true;
   for (const auto& [vat, share] : request.package) {
-    if (share <= 0 || share > kMaxAmount) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (share <= 0 || share > kMaxAmount) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kAdjustmentSize, {share});
+    }
     adjustment.by_vat[vat] = sign * share;
     adjustment.delta += sign * share;
   }
@@ -386,10 +420,16 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
   Amount given = rest;
   if (!automatic) {
     const std::optional<Amount> cents = RoundToCents(amount);
-    if (!cents || *cents < 0 || *cents > kMaxAmount) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (!cents || *cents < 0 || *cents > kMaxAmount) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kPaymentSize, {amount});
+    }
     // A payment of nothing settles only what costs nothing.
-    if (*cents == 0 && rest > 0) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-    if (*cents > rest && !tender.gives_change) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+    if (*cents == 0 && rest > 0) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNothingPaid, {rest});
+    }
+    if (*cents > rest && !tender.gives_change) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoChange, {*cents, rest});
+    }
     given = *cents;
   }
   payments_.push_back({&tender, given});

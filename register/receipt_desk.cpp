@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "managermachine/pflitemtype.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -54,13 +55,25 @@ bool IsAlphanumeric(char c) {
 
 }  // namespace
 
+int ReceiptDesk::NoDepartment(int number) const {
+  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoDepartment,
+                {number, static_cast<int64_t>(core_.tables.settings().departments.size())});
+}
+
+int ReceiptDesk::NoVatEntry(int number) const {
+  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry,
+                {number, static_cast<int64_t>(core_.tables.settings().vat_rates.size())});
+}
+
 int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
                          Item* item) const {
   const ItemTypeRow* type = nullptr;
   for (const ItemTypeRow& row : kItemTypes) {
     if (row.type == arguments.pfl_item_type) type = &row;
   }
-  if (type == nullptr) return RTF_E_ILLEGAL;
+  if (type == nullptr) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kLineKind, {arguments.pfl_item_type});
+  }
   item->kind = type->kind;
   *action = type->action;
 
@@ -69,36 +82,43 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
   const Article* article = nullptr;
   if (!arguments.article.empty()) {
     article = core_.tables.FindArticle(arguments.article);
-    if (article == nullptr) return RTF_E_NOEXIST;
+    if (article == nullptr) {
+      return Refuse(RTF_E_NOEXIST, RefusalCause::kNoArticle, {}, arguments.article);
+    }
     item->article = article->code;
     preset = article->price;
     if (department == kNotGiven) department = article->department;
   }
 
   if (department == kAsLastLine) {
-    if (last == nullptr) return RTF_EFPTR_BAD_VAT;
+    if (last == nullptr) return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoLineBefore);
     department = last->department;
   } else if (department == kNotGiven && arguments.vat != kNotGiven) {
     department = 0;  // a VAT entry alone
   }
   const Department* row = core_.tables.FindDepartment(department);
-  if (row == nullptr && department != 0) return RTF_EFPTR_BAD_VAT;
-  if (row == nullptr && arguments.vat == kNotGiven) return RTF_EFPTR_BAD_VAT;
+  if (row == nullptr && department != 0 && department != kNotGiven) return NoDepartment(department);
+  if (row == nullptr && (department != 0 || arguments.vat == kNotGiven)) {
+    return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNeitherDepartmentNorVat);
+  }
   item->department = department;
 
   if (arguments.vat == kNotGiven) {
     item->vat = row->vat;
   } else if (arguments.vat == kAsLastLine) {
-    if (last == nullptr) return RTF_EFPTR_BAD_VAT;
+    if (last == nullptr) return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoLineBefore);
     item->vat = last->vat;
   } else {
     item->vat = arguments.vat;
   }
-  if (core_.tables.FindVat(item->vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (core_.tables.FindVat(item->vat) == nullptr) return NoVatEntry(item->vat);
   if (article == nullptr && row != nullptr) preset = row->price;
 
   // A quantity goes with a unit price. Without one, the line is one piece at its price.
-  if (arguments.quantity < 0) return RTF_EFPTR_BAD_ITEM_QUANTITY;
+  if (arguments.quantity < 0) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNegativeQuantity,
+                  {arguments.quantity});
+  }
   item->quantity_given = arguments.quantity > 0;
   item->quantity = item->quantity_given ? arguments.quantity : kOnePiece;
   Amount price = item->quantity_given ? arguments.unit_price : arguments.price;
@@ -106,15 +126,25 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
     price = arguments.unit_price;
   }
   if (price == kPresetPrice) price = preset;
-  if (price <= 0) return RTF_EFPTR_BAD_PRICE;
+  if (price <= 0) return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kNoPrice, {price});
   const std::optional<Amount> amount = LineAmount(item->quantity, price);
-  if (!amount || *amount > kMaxAmount) return RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW;
-  if (*amount == 0) return RTF_EFPTR_BAD_PRICE;
-  if (row != nullptr && row->max_price > 0 && price > row->max_price) return RTF_EFPTR_BAD_PRICE;
+  if (!amount || *amount > kMaxAmount) {
+    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kLineTooHigh, {kMaxAmount});
+  }
+  if (*amount == 0) {
+    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kComesToNothing, {item->quantity, price});
+  }
+  if (row != nullptr && row->max_price > 0 && price > row->max_price) {
+    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kPriceAboveLimit,
+                  {price, row->max_price, department});
+  }
   item->unit_price = price;
   item->amount = *amount;
 
-  if (arguments.special_tax < 0 || arguments.special_tax > *amount) return RTF_EFPTR_BAD_PRICE;
+  if (arguments.special_tax < 0 || arguments.special_tax > *amount) {
+    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kTaxAboveLine,
+                  {arguments.special_tax, *amount});
+  }
   item->special_tax = RoundToCents(arguments.special_tax).value_or(0);
   item->special_tax_name = arguments.special_tax_name;
 
@@ -125,7 +155,8 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
     if (goods && article != nullptr) item->description = article->description;
     if (type->action == LineAction::kEnter && row != nullptr && row->force_description &&
         item->description.empty()) {
-      return RTF_EFPTR_BAD_ITEM_DESCRIPTION;
+      return Refuse(RTF_EFPTR_BAD_ITEM_DESCRIPTION, RefusalCause::kDescriptionMissing,
+                    {department});
     }
     if (goods && item->description.empty() && row != nullptr) item->description = row->name;
   }
@@ -163,7 +194,10 @@ int ReceiptDesk::TryLine(const LineArguments& arguments) const {
   Item item;
   LineAction action = LineAction::kEnter;
   if (const int code = Resolve(arguments, nullptr, &action, &item)) return code;
-  if (action != LineAction::kEnter) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (action != LineAction::kEnter) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToVoid,
+                  {item.quantity, item.unit_price});
+  }
   return Receipt().Enter(item);
 }
 
@@ -171,7 +205,7 @@ int ReceiptDesk::VoidLastLine() {
   if (!core_.Allows(Operation::kLine)) return RTF_EFPTR_WRONG_STATE;
   Receipt& receipt = core_.document.receipt;
   const Item* last = receipt.last_open_line();
-  if (last == nullptr) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (last == nullptr) return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoOpenLine);
   const Item item = *last;
   Amount amount = 0;
   if (const int code = receipt.Void(item, &amount)) return code;
@@ -189,15 +223,17 @@ int ReceiptDesk::Adjust(int type, std::string_view description, int64_t value, i
   request.is_void = is_void;
   if (department != kNotGiven && department != kAsLastLine) {
     const Department* row = core_.tables.FindDepartment(department);
-    if (row == nullptr) return RTF_EFPTR_BAD_VAT;
+    if (row == nullptr) return NoDepartment(department);
     request.department = department;
     if (!is_void) request.vat = row->vat;
   }
   if (vat != kNotGiven && vat != kAsLastLine) {
-    if (core_.tables.FindVat(vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+    if (core_.tables.FindVat(vat) == nullptr) return NoVatEntry(vat);
     request.vat = vat;
   }
-  if (!is_void && !IsSurcharge(type) && !AllowsDiscount(request.department)) return RTF_E_ILLEGAL;
+  if (!is_void && !IsSurcharge(type) && !AllowsDiscount(request.department)) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kNoDiscountThere);
+  }
   Adjustment done;
   if (const int code = receipt.Adjust(request, &done)) return code;
   layout_.AdjustmentLine(done, description);
@@ -234,7 +270,10 @@ int ReceiptDesk::PrintSubtotal() {
 
 int ReceiptDesk::CheckSubtotal(Amount expected) {
   if (!core_.Allows(Operation::kSubtotal)) return RTF_EFPTR_WRONG_STATE;
-  if (core_.document.receipt.total() != expected) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+  const Amount total = core_.document.receipt.total();
+  if (total != expected) {
+    return Refuse(RTF_EFPTR_FISCAL_TOTALS_ERROR, RefusalCause::kSubtotalDiffers, {expected, total});
+  }
   return RTF_SUCCESS;
 }
 
@@ -247,17 +286,29 @@ int ReceiptDesk::Message(std::string_view text) {
 int ReceiptDesk::TaxId(std::string_view text) {
   if (!core_.Allows(Operation::kTaxId)) return RTF_EFPTR_WRONG_STATE;
   // A VAT number of 11 digits or a personal tax code of 16 characters.
-  if (text.size() != 11 && text.size() != 16) return RTF_EFPTR_BAD_LENGTH;
-  if (!std::all_of(text.begin(), text.end(), IsAlphanumeric)) return RTF_E_ILLEGAL;
+  if (text.size() != 11 && text.size() != 16) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kEitherLength, Subject::kTaxCode,
+                       {static_cast<int64_t>(text.size()), 11, 16});
+  }
+  if (!std::all_of(text.begin(), text.end(), IsAlphanumeric)) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kTaxCode, {}, text);
+  }
   core_.document.tax_id = text;
   return RTF_SUCCESS;
 }
 
 int ReceiptDesk::LotteryCode(std::string_view code) {
   if (!core_.Allows(Operation::kLottery)) return RTF_EFPTR_WRONG_STATE;
-  if (core_.document.receipt.kind() != DocumentKind::kSale) return RTF_EFPTR_WRONG_STATE;
-  if (code.size() != 8) return RTF_EFPTR_BAD_LENGTH;
-  if (!std::all_of(code.begin(), code.end(), IsAlphanumeric)) return RTF_E_ILLEGAL;
+  if (core_.document.receipt.kind() != DocumentKind::kSale) {
+    return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNoLotteryHere);
+  }
+  if (code.size() != 8) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kWrongLength, Subject::kLotteryCode,
+                       {static_cast<int64_t>(code.size()), 8, 8});
+  }
+  if (!std::all_of(code.begin(), code.end(), IsAlphanumeric)) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kLotteryCode, {}, code);
+  }
   core_.document.lottery_code = code;
   return RTF_SUCCESS;
 }
@@ -268,9 +319,9 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   if (core_.document.cash != CashMove::kNone) return TotalCash(payment, tender_id, automatic);
   OpenDocument& document = core_.document;
   Receipt& receipt = document.receipt;
-  if (receipt.empty()) return RTF_EFPTR_WRONG_STATE;
+  if (receipt.empty()) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNothingSold);
   const Tender* tender = core_.tables.FindTender(tender_id);
-  if (tender == nullptr) return RTF_E_NOEXIST;
+  if (tender == nullptr) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoTender, {}, tender_id);
   if (const int code = CheckPaidBack()) return code;
   // The clock is read first: nothing may fail between the payment and its registration.
   const std::tm now = core_.Now();
@@ -333,7 +384,9 @@ void ReceiptDesk::Store(StoredDocument stored) {
 
 int ReceiptDesk::AdditionalTrailer() {
   if (!core_.Allows(Operation::kAdditionalTrailer)) return RTF_EFPTR_WRONG_STATE;
-  if (core_.document.trailer_printed) return RTF_EFPTR_WRONG_STATE;
+  if (core_.document.trailer_printed) {
+    return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kTrailerPrinted);
+  }
   layout_.Trailer(core_.document);
   core_.document.trailer_printed = true;
   return RTF_SUCCESS;

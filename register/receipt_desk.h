@@ -99,6 +99,8 @@ class ReceiptDesk {
  private:
   int Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
               Item* item) const;
+  int NoDepartment(int number) const;
+  int NoVatEntry(int number) const;
   int CheckBegin() const;
   bool IsOwn(const Reference& reference) const;
   int FindSale(const Reference& reference, StoredDocument* sale) const;

@@ -6,6 +6,7 @@
 
 #include "register/barcode.h"
 #include "register/receipt_desk.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -40,13 +41,26 @@ int BarcodeScale(std::string_view scale) {
   return scale.size() == 1 && scale[0] >= '1' && scale[0] <= '9' ? scale[0] - '0' : 1;
 }
 
+// A sale of which something has gone back.
+int GoneBack(const StoredDocument& sale) {
+  return Refuse(RTF_E_EXISTS,
+                sale.voided ? RefusalCause::kVoidedAlready : RefusalCause::kPaidBackAlready,
+                {sale.closure, sale.number});
+}
+
 }  // namespace
 
 int ReceiptDesk::CheckBegin() const {
   if (!core_.Allows(Operation::kBeginDocument)) return RTF_EFPTR_WRONG_STATE;
   if (core_.setup.training) return RTF_SUCCESS;  // takes no number
-  if (!core_.store.HasNumber()) return RTF_EFPTR_DAY_END_REQUIRED;
-  if (!core_.store.HasClosure() || !core_.store.HasRoom()) return RTF_EFPTR_FISCAL_MEMORY_FULL;
+  if (!core_.store.HasNumber()) {
+    return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayFull, {RegisterStore::kLastNumber});
+  }
+  if (!core_.store.HasClosure()) {
+    return Refuse(RTF_EFPTR_FISCAL_MEMORY_FULL, RefusalCause::kClosuresFull);
+  }
+  if (!core_.store.HasRoom())
+    return Refuse(RTF_EFPTR_FISCAL_MEMORY_FULL, RefusalCause::kMemoryFull);
   return RTF_SUCCESS;
 }
 
@@ -93,14 +107,16 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
   if (const int code = CheckBegin()) return code;
   if (reference.closure < 0 || reference.closure > RegisterStore::kLastNumber ||
       reference.number < 0 || reference.number > RegisterStore::kLastNumber) {
-    return RTF_E_ILLEGAL;
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kReference, {reference.closure, reference.number});
   }
-  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  if (!reference.date.empty() && !IsCalendarDate(reference.date)) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, reference.date);
+  }
   if (IsOwn(reference)) {
     StoredDocument sale;
     if (const int code = FindSale(reference, &sale)) return code;
     const std::optional<PaidBack> paid_back = core_.store.FindPaidBack(sale.closure, sale.number);
-    if (sale.voided || (paid_back && paid_back->total >= sale.total)) return RTF_E_EXISTS;
+    if (sale.voided || (paid_back && paid_back->total >= sale.total)) return GoneBack(sale);
   }
   Open(DocumentKind::kRefund, reference);
   layout_.Header();
@@ -118,9 +134,13 @@ bool ReceiptDesk::IsOwn(const Reference& reference) const {
 // The sale of this register that a reference names, which has to be right in all that it gives.
 int ReceiptDesk::FindSale(const Reference& reference, StoredDocument* sale) const {
   std::optional<StoredDocument> found = core_.store.Find(reference.closure, reference.number);
-  if (!found || found->kind != DocumentKind::kSale) return RTF_E_NOEXIST;
+  if (!found || found->kind != DocumentKind::kSale) {
+    return Refuse(RTF_E_NOEXIST, RefusalCause::kNoSuchDocument,
+                  {reference.closure, reference.number});
+  }
   if (!reference.date.empty() && reference.date != DateText(found->time)) {
-    return RTF_EFPTR_BAD_DATE;
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kOfAnotherDay, {found->closure, found->number},
+                  reference.date);
   }
   *sale = *std::move(found);
   return RTF_SUCCESS;
@@ -128,16 +148,18 @@ int ReceiptDesk::FindSale(const Reference& reference, StoredDocument* sale) cons
 
 // One of this register's sales, of which nothing has gone back. No number means the last document.
 int ReceiptDesk::FindWholeSale(const Reference& reference, StoredDocument* sale) const {
-  if (!reference.date.empty() && !IsCalendarDate(reference.date)) return RTF_EFPTR_BAD_DATE;
+  if (!reference.date.empty() && !IsCalendarDate(reference.date)) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, reference.date);
+  }
   Reference wanted = reference;
   if (reference.closure == 0 && reference.number == 0) {
     const std::optional<StoredDocument> last = core_.store.FindLast();
-    if (!last) return RTF_E_NOEXIST;
+    if (!last) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoLastDocument);
     wanted.closure = last->closure;
     wanted.number = last->number;
   }
   if (const int code = FindSale(wanted, sale)) return code;
-  return core_.store.FindPaidBack(sale->closure, sale->number) ? RTF_E_EXISTS : RTF_SUCCESS;
+  return core_.store.FindPaidBack(sale->closure, sale->number) ? GoneBack(*sale) : RTF_SUCCESS;
 }
 
 // A credit note or a void is held against its sale when it is paid, not line by line: a line at
@@ -147,20 +169,27 @@ int ReceiptDesk::CheckPaidBack() const {
   const OpenDocument& document = core_.document;
   const Receipt& receipt = document.receipt;
   if (receipt.kind() == DocumentKind::kCancel && receipt.total() != document.referred_total) {
-    return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    return Refuse(RTF_EFPTR_FISCAL_TOTALS_ERROR, RefusalCause::kVoidTotalDiffers,
+                  {receipt.total(), document.referred_total});
   }
   if (!IsOwn(document.reference)) return RTF_SUCCESS;
   StoredDocument sale;
   if (const int code = FindSale(document.reference, &sale)) return code;
   const PaidBack gone = core_.store.FindPaidBack(sale.closure, sale.number).value_or(PaidBack{});
-  if (receipt.total() > sale.total - gone.total) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+  if (receipt.total() > sale.total - gone.total) {
+    return Refuse(RTF_EFPTR_FISCAL_TOTALS_ERROR, RefusalCause::kMoreThanSold,
+                  {receipt.total(), sale.total - gone.total, sale.closure, sale.number});
+  }
   const auto of = [](const std::map<int, Amount>& sums, int vat) {
     const auto sum = sums.find(vat);
     return sum == sums.end() ? 0 : sum->second;
   };
   for (const auto& [vat, gross] : receipt.by_vat()) {
     const Amount left = of(sale.by_vat, vat) - of(gone.by_vat, vat);
-    if (gross > 0 && gross > left) return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    if (gross > 0 && gross > left) {
+      return Refuse(RTF_EFPTR_FISCAL_TOTALS_ERROR, RefusalCause::kMoreThanSoldOfVat,
+                    {vat, gross, left, sale.closure, sale.number});
+    }
   }
   return RTF_SUCCESS;
 }
@@ -232,7 +261,9 @@ int ReceiptDesk::BeginNonFiscal(bool save_on_journal) {
 
 int ReceiptDesk::PrintNormal(int station, std::string_view text) {
   if (!core_.Allows(Operation::kPrintNormal)) return RTF_EFPTR_WRONG_STATE;
-  if (station != RTF_FPTR_S_RECEIPT) return RTF_E_ILLEGAL;
+  if (station != RTF_FPTR_S_RECEIPT) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kStation, {station});
+  }
   core_.paper.Text(text);
   return RTF_SUCCESS;
 }
@@ -254,7 +285,10 @@ int ReceiptDesk::EndNonFiscal() {
 int ReceiptDesk::Barcode(const BarcodeArguments& arguments) {
   if (!core_.Allows(Operation::kGraphics)) return RTF_EFPTR_WRONG_STATE;
   const BarcodeType* type = FindBarcode(arguments.type);
-  if (type == nullptr) return RTF_E_ILLEGAL;
+  if (type == nullptr) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kUnknownName, Subject::kBarcodeType, {},
+                       arguments.type);
+  }
   if (const int code = CheckBarcode(*type, arguments.data)) return code;
   const Alignment alignment = BarcodeAlignment(arguments.alignment);
   const std::string text = ReadHostText(arguments.data).text;
@@ -271,7 +305,9 @@ int ReceiptDesk::Barcode(const BarcodeArguments& arguments) {
 
 int ReceiptDesk::Bitmap(int number) {
   if (!core_.Allows(Operation::kGraphics)) return RTF_EFPTR_WRONG_STATE;
-  if (number < 0 || number > 255) return RTF_E_ILLEGAL;
+  if (number < 0 || number > 255) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kLogo, {number, 0, 255});
+  }
   layout_.Logo(number);
   return RTF_SUCCESS;
 }

@@ -5,6 +5,7 @@
 
 #include "managermachine/pflitemtype.h"
 #include "register/receipt_desk.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -42,22 +43,32 @@ bool TakeSign(std::string_view* text, char sign) {
   return true;
 }
 
+int NoShares(std::string_view text) {
+  return Refuse(RTF_E_ILLEGAL, RefusalCause::kShares, {}, text);
+}
+
 // "1,10000;2,5000": VAT entries, each once, and amounts in ten-thousandths.
 int ReadShares(std::string_view text, const Tables& tables, std::map<int, Amount>* shares) {
+  const std::string_view all = text;
   while (!text.empty()) {
     int vat = 0;
     Amount amount = 0;
     if (!TakeNumber(&text, &vat) || !TakeSign(&text, ',') || text.empty() ||
         !TakeNumber(&text, &amount)) {
-      return RTF_E_ILLEGAL;
+      return NoShares(all);
     }
-    if (!text.empty() && !TakeSign(&text, ';')) return RTF_E_ILLEGAL;
-    if (tables.FindVat(vat) == nullptr) return RTF_EFPTR_BAD_VAT;
+    if (!text.empty() && !TakeSign(&text, ';')) return NoShares(all);
+    if (tables.FindVat(vat) == nullptr) {
+      return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry,
+                    {vat, static_cast<int64_t>(tables.settings().vat_rates.size())});
+    }
     const std::optional<Amount> cents = RoundToCents(amount);
-    if (!cents || *cents == 0 || *cents > kMaxAmount) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-    if (!shares->emplace(vat, *cents).second) return RTF_E_ILLEGAL;
+    if (!cents || *cents == 0 || *cents > kMaxAmount) {
+      return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kAdjustmentSize, {amount});
+    }
+    if (!shares->emplace(vat, *cents).second) return NoShares(all);
   }
-  return shares->empty() ? RTF_E_ILLEGAL : RTF_SUCCESS;
+  return shares->empty() ? NoShares(all) : RTF_SUCCESS;
 }
 
 }  // namespace
@@ -99,8 +110,13 @@ int ReceiptDesk::Cash(Amount amount) {
   if (!core_.Allows(Operation::kCash)) return RTF_EFPTR_WRONG_STATE;
   OpenDocument& document = core_.document;
   const std::optional<Amount> cents = RoundToCents(amount);
-  if (!cents || *cents <= 0) return RTF_EFPTR_BAD_ITEM_AMOUNT;
-  if (*cents > kMaxAmount - document.cash_total) return RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW;
+  if (!cents || *cents <= 0) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kPaymentSize, {amount});
+  }
+  if (*cents > kMaxAmount - document.cash_total) {
+    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kTotalTooHigh,
+                  {document.cash_total, kMaxAmount});
+  }
   core_.paper.Pair(RowOf(document.cash).line, FormatAmount(*cents));
   document.cash_total += *cents;
   return RTF_SUCCESS;
@@ -109,9 +125,14 @@ int ReceiptDesk::Cash(Amount amount) {
 // Cash moves as cash, and to the cent.
 int ReceiptDesk::TotalCash(Amount payment, std::string_view tender, bool automatic) {
   OpenDocument& document = core_.document;
-  if (document.cash_total == 0) return RTF_EFPTR_WRONG_STATE;
-  if (tender != kCashTender) return RTF_E_ILLEGAL;
-  if (!automatic && RoundToCents(payment) != document.cash_total) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (document.cash_total == 0) {
+    return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNoCashMoved);
+  }
+  if (tender != kCashTender) return Refuse(RTF_E_ILLEGAL, RefusalCause::kOnlyCash, {}, tender);
+  if (!automatic && RoundToCents(payment) != document.cash_total) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kCashNotExact,
+                  {payment, document.cash_total});
+  }
   document.time = core_.Now();
   core_.paper.Blank();
   core_.paper.Pair("TOTALE", FormatAmount(document.cash_total));
@@ -140,7 +161,9 @@ int ReceiptDesk::AdjustPackage(int type, std::string_view description, std::stri
 int ReceiptDesk::VoidItem(const LineArguments& arguments, int adjustment_type, int64_t adjustment) {
   if (!core_.Allows(Operation::kLine)) return RTF_EFPTR_WRONG_STATE;
   // Amounts below 0 have meanings of their own in other lines.
-  if (arguments.price <= 0 && arguments.unit_price <= 0) return RTF_EFPTR_BAD_ITEM_AMOUNT;
+  if (arguments.price <= 0 && arguments.unit_price <= 0) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoPrice, {arguments.price});
+  }
   VoidTerms terms;
   terms.by_amount = arguments.quantity == 0;
   terms.adjustment_type = adjustment_type;
@@ -162,7 +185,9 @@ void ReceiptDesk::Buffer() {
 int ReceiptDesk::PrintDuplicate() {
   if (!core_.Allows(Operation::kDuplicate)) return RTF_EFPTR_WRONG_STATE;
   HostSession& session = core_.session;
-  if (!session.buffer_receipts || session.buffered == nullptr) return RTF_E_ILLEGAL;
+  if (!session.buffer_receipts || session.buffered == nullptr) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kNothingBuffered);
+  }
   core_.paper.Centred(kCopyMark);
   for (const std::string& line : *session.buffered) core_.paper.Line(line);
   core_.paper.Centred(kCopyMark);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "register/layout.h"
+#include "register/refusal.h"
 #include "register/report_sections.h"
 #include "register/reports.h"
 #include "rpccommon/services/rtfconst.h"
@@ -33,13 +34,29 @@ struct Range {
 };
 
 int ReadDates(std::string_view from, std::string_view to, Range* range) {
-  if (!ParseMinute(from, &range->from)) return RTF_EFPTR_BAD_DATE;
-  if (!ParseMinute(to, &range->to)) return RTF_EFPTR_BAD_DATE;
-  return CompareMinutes(range->from, range->to) > 0 ? RTF_EFPTR_BAD_DATE : RTF_SUCCESS;
+  if (!ParseMinute(from, &range->from)) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, from);
+  }
+  if (!ParseMinute(to, &range->to)) return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, to);
+  if (CompareMinutes(range->from, range->to) > 0) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDatesReversed);
+  }
+  return RTF_SUCCESS;
 }
 
 int ReadDates(const FiscalRequest& request, Range* range) {
   return ReadDates(request.from_date, request.to_date, range);
+}
+
+// A range that ends before it begins, or goes beyond the numbers that there are.
+int NoRange(Subject subject, int64_t from, int64_t to, int64_t last) {
+  if (from > to) return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from, to});
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, subject,
+                     {from < 1 ? from : to, 1, last});
+}
+
+int NoCriterion(int criterion) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kCriterion, {criterion});
 }
 
 bool InRange(uint32_t number, uint32_t first, uint32_t last) {
@@ -94,6 +111,7 @@ int ReportDesk::PrintFiscal(const FiscalRequest& request, const ReportTarget& ta
       code = DocumentList(request, &report);
       break;
     default:
+      code = RefuseValue(code, RefusalCause::kNotOneOf, Subject::kSource, {request.source});
       break;
   }
   if (code != RTF_SUCCESS) return code;
@@ -117,7 +135,8 @@ int ReportDesk::PrintJournal(const JournalRequest& request, const ReportTarget& 
   if (request.by_closure) {
     if (request.from_closure < 1 || request.from_closure > request.to_closure ||
         request.to_closure > RegisterStore::kLastNumber) {
-      return RTF_E_ILLEGAL;
+      return NoRange(Subject::kClosing, request.from_closure, request.to_closure,
+                     RegisterStore::kLastNumber);
     }
     selection.in_closures = true;
     selection.from_closure = request.from_closure;
@@ -127,12 +146,14 @@ int ReportDesk::PrintJournal(const JournalRequest& request, const ReportTarget& 
   }
   if (request.from_number < 1 || request.from_number > request.to_number ||
       request.to_number > JournalSelection::kLastNumber) {
-    return RTF_E_ILLEGAL;
+    return NoRange(Subject::kDocumentNumber, request.from_number, request.to_number,
+                   JournalSelection::kLastNumber);
   }
   selection.from_number = request.from_number;
   selection.to_number = request.to_number;
   if ((request.filter & kJournalKinds) == 0 || (request.filter & ~kJournalAll) != 0) {
-    return RTF_E_ILLEGAL;
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kDocumentKinds,
+                       {request.filter});
   }
   if (const int code = Extract(selection, &report)) return code;
   return Deliver(std::move(report), target);
@@ -146,7 +167,7 @@ int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report)
     const uint32_t to = request.to_number;
     if (!InRange(from, 1, RegisterStore::kLastNumber) ||
         !InRange(to, from, RegisterStore::kLastNumber)) {
-      return RTF_E_ILLEGAL;
+      return NoRange(Subject::kClosing, from, to, RegisterStore::kLastNumber);
     }
     report->Centred(fmt::format("dalla chiusura {:04} alla {:04}", from, to));
     found = core_.store.FindClosures(static_cast<int>(from), static_cast<int>(to));
@@ -156,9 +177,9 @@ int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report)
     report->Centred(DateRange(range));
     found = core_.store.FindClosures(range.from, range.to);
   } else {
-    return RTF_E_ILLEGAL;
+    return NoCriterion(request.criteria);
   }
-  if (found.empty()) return RTF_E_NOEXIST;
+  if (found.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
 
   Totals totals;
   for (const Closure& closure : found) {
@@ -202,7 +223,8 @@ int ReportDesk::Journal(const FiscalRequest& request, Paper* report) const {
       if (!InRange(from / kNumbersOfAClosure, 1, RegisterStore::kLastNumber) ||
           !InRange(to / kNumbersOfAClosure, from / kNumbersOfAClosure,
                    RegisterStore::kLastNumber)) {
-        return RTF_E_ILLEGAL;
+        return NoRange(Subject::kClosing, selection.from_closure, selection.to_closure,
+                       RegisterStore::kLastNumber);
       }
       from %= kNumbersOfAClosure;
       to %= kNumbersOfAClosure;
@@ -210,12 +232,12 @@ int ReportDesk::Journal(const FiscalRequest& request, Paper* report) const {
                                   selection.to_closure));
       break;
     default:
-      return RTF_E_ILLEGAL;
+      return NoCriterion(request.criteria);
   }
-  if (from > JournalSelection::kLastNumber || to > JournalSelection::kLastNumber) {
-    return RTF_E_ILLEGAL;
+  if (from > JournalSelection::kLastNumber || to > JournalSelection::kLastNumber ||
+      (selection.from_closure == selection.to_closure && from > to)) {
+    return NoRange(Subject::kDocumentNumber, from, to, JournalSelection::kLastNumber);
   }
-  if (selection.from_closure == selection.to_closure && from > to) return RTF_E_ILLEGAL;
   selection.from_number = static_cast<int>(from);
   selection.to_number = static_cast<int>(to);
   return Extract(selection, report);
@@ -229,7 +251,7 @@ int ReportDesk::Extract(const JournalSelection& selection, Paper* report) const 
     for (const std::string& line : entry.lines) entries.Line(line);
     return true;
   });
-  if (count == 0) return RTF_E_NOEXIST;
+  if (count == 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
   report->Pair("Documenti", std::to_string(count));
   report->Cut();
   report->Append(std::move(entries));
@@ -239,7 +261,9 @@ int ReportDesk::Extract(const JournalSelection& selection, Paper* report) const 
 
 // One line for each document of a range of dates, and of numbers unless both are 0.
 int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const {
-  if (request.criteria != kByDate && request.criteria != kByDateAndNumber) return RTF_E_ILLEGAL;
+  if (request.criteria != kByDate && request.criteria != kByDateAndNumber) {
+    return NoCriterion(request.criteria);
+  }
   Range range;
   if (const int code = ReadDates(request, &range)) return code;
   uint32_t from = request.from_number;
@@ -248,7 +272,7 @@ int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const 
     from = 1;
     to = kLastInvoice;
   }
-  if (from > to) return RTF_E_ILLEGAL;
+  if (from > to) return NoRange(Subject::kDocumentNumber, from, to, kLastInvoice);
   report->Centred(DateRange(range));
   report->Blank();
   int count = 0;
@@ -268,7 +292,7 @@ int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const 
                  FormatAmount(amount));
     return true;
   });
-  if (count == 0) return RTF_E_NOEXIST;
+  if (count == 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
   report->Blank();
   report->Pair("Documenti", std::to_string(count));
   report->Pair("TOTALE", FormatAmount(sum));

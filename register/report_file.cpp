@@ -12,12 +12,21 @@
 #include <system_error>
 #include <utility>
 
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
 namespace {
 
 namespace fs = std::filesystem;
+
+int NotWritten(std::string_view name, int cause) {
+  return Refuse(RTF_E_FAILURE, RefusalCause::kFileNotWritten, {cause}, name);
+}
+
+int NotRead(std::string_view name, int cause) {
+  return Refuse(RTF_E_FAILURE, RefusalCause::kFileNotRead, {cause}, name);
+}
 
 // More names than anybody leaves behind in one folder.
 constexpr int kMostNames = 10000;
@@ -117,27 +126,29 @@ class PartFile {
 }  // namespace
 
 int WriteFile(std::string_view name, std::string_view content) {
+  errno = 0;  // where the system does not say why
   const fs::path path{std::string(name)};
   std::error_code error;
   const fs::file_status status = fs::symlink_status(path, error);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    return WriteInPlace(path, content) ? RTF_SUCCESS : RTF_E_FAILURE;
+    return WriteInPlace(path, content) ? RTF_SUCCESS : NotWritten(name, errno);
   }
   const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
   PartFile part(folder);
   const bool stands = part.Fill(content) && part.Become(path) && SyncFolder(folder, path);
-  return stands ? RTF_SUCCESS : RTF_E_FAILURE;
+  return stands ? RTF_SUCCESS : NotWritten(name, errno);
 }
 
 int ReadFile(std::string_view name, std::string* content) {
   const fs::path path{std::string(name)};
   std::error_code error;
-  if (!fs::exists(path, error)) return RTF_E_NOEXIST;
-  if (!fs::is_regular_file(path, error)) return RTF_E_FAILURE;
+  if (!fs::exists(path, error)) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoFile, {}, name);
+  if (!fs::is_regular_file(path, error)) return NotRead(name, 0);
+  errno = 0;
   std::ifstream file(path, std::ios::binary);
-  if (!file) return RTF_E_FAILURE;
+  if (!file) return NotRead(name, errno);
   content->assign(std::istreambuf_iterator<char>(file), {});
-  return file.bad() ? RTF_E_FAILURE : RTF_SUCCESS;
+  return file.bad() ? NotRead(name, errno) : RTF_SUCCESS;
 }
 
 }  // namespace lorimat

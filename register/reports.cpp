@@ -7,6 +7,7 @@
 
 #include "register/digest.h"
 #include "register/layout.h"
+#include "register/refusal.h"
 #include "register/report_file.h"
 #include "register/report_sections.h"
 #include "register/telematic.h"
@@ -68,8 +69,16 @@ int ReportDesk::Deliver(Paper report, const ReportTarget& target) {
   constexpr int32_t kBoth = ReportTarget::kPrinter | ReportTarget::kFile;
   const FileFormat format = FormatOf(target.format);
   const bool to_file = (target.outputs & ReportTarget::kFile) != 0;
-  if (target.outputs == 0 || (target.outputs & ~kBoth) != 0) return RTF_E_ILLEGAL;
-  if (format == FileFormat::kUnknown || (to_file && target.file.empty())) return RTF_E_ILLEGAL;
+  if (target.outputs == 0 || (target.outputs & ~kBoth) != 0) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kPlaces, {target.outputs});
+  }
+  if (format == FileFormat::kUnknown) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kUnknownName, Subject::kFormat, {},
+                       target.format);
+  }
+  if (to_file && target.file.empty()) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kMissing, Subject::kReportFile);
+  }
   report.Cut();
   const bool to_printer = (target.outputs & ReportTarget::kPrinter) != 0;
   // Room on the paper comes first: once the file is there, nothing may fail.
@@ -87,7 +96,10 @@ int ReportDesk::Deliver(Paper report, const ReportTarget& target) {
 int ReportDesk::PrintX(int32_t kind, bool clear, const ReportTarget& target) {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   const ReportRow* row = Find(kReadings, kind);
-  if (row == nullptr || clear) return RTF_E_ILLEGAL;
+  if (row == nullptr) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kReading, {kind});
+  }
+  if (clear) return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadingClears);
   Paper report = Begin(row->title);
   report.Centred("non fiscale");
   report.Blank();
@@ -103,7 +115,9 @@ int ReportDesk::PrintX(int32_t kind, bool clear, const ReportTarget& target) {
 
 int ReportDesk::CloseDay() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  if (!core_.store.HasClosure()) return RTF_EFPTR_FISCAL_MEMORY_FULL;
+  if (!core_.store.HasClosure()) {
+    return Refuse(RTF_EFPTR_FISCAL_MEMORY_FULL, RefusalCause::kClosuresFull);
+  }
   const std::tm now = core_.Now();
   const std::vector<VatRate>& rates = core_.tables.settings().vat_rates;
   Paper report = Begin("CHIUSURA GIORNALIERA");
@@ -131,7 +145,9 @@ void ReportDesk::SendBehindClosing(bool send) {
 int ReportDesk::PrintPeriodic(int32_t kind, bool clear, const ReportTarget& target) {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   const ReportRow* row = Find(kPeriodic, kind);
-  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kPeriod, {kind});
+  }
   const PeriodStart& start = core_.store.period_start(kind);
   const Totals totals = core_.store.PeriodTotals(kind);
   const std::tm now = core_.Now();

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "register/layout.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -14,7 +15,9 @@ constexpr int kDisplays = 3;
 
 int TestMemory(const RegisterCore& core) {
   const std::optional<Closure> last = core.store.LastClosure();
-  if (last && CompareMinutes(core.Now(), last->time) < 0) return RTF_EFPTR_CLOCK_ERROR;
+  if (last && CompareMinutes(core.Now(), last->time) < 0) {
+    return Refuse(RTF_EFPTR_CLOCK_ERROR, RefusalCause::kBeforeLastClosing);
+  }
   const Amount before = last ? last->grand_total : 0;
   if (core.store.grand_total() - before != core.store.daily().net()) {
     return RTF_EFPTR_FISCAL_TOTALS_ERROR;

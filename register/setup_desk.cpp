@@ -5,6 +5,7 @@
 
 #include "register/device_clock.h"
 #include "register/device_text.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -29,25 +30,44 @@ bool IsAlphanumeric(char c) {
 // The check digit of an Italian VAT number: each second digit is doubled, 9 taken off what has
 // become two digits, and the sum has to end in 0.
 int CheckVatNumber(std::string_view number) {
-  if (number.size() != kVatNumberSize) return RTF_EFPTR_BAD_LENGTH;
-  if (!std::all_of(number.begin(), number.end(), IsDigit)) return RTF_E_ILLEGAL;
+  if (number.size() != kVatNumberSize) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kWrongLength, Subject::kVatNumber,
+                       {static_cast<int64_t>(number.size()), kVatNumberSize, kVatNumberSize});
+  }
+  if (!std::all_of(number.begin(), number.end(), IsDigit)) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kVatNumber, {}, number);
+  }
   int sum = 0;
   for (size_t at = 0; at < number.size(); ++at) {
     int digit = number[at] - '0';
     if (at % 2 == 1) digit = 2 * digit - (digit > 4 ? 9 : 0);
     sum += digit;
   }
-  return sum % 10 == 0 ? RTF_SUCCESS : RTF_E_ILLEGAL;
+  if (sum % 10 == 0) return RTF_SUCCESS;
+  const int last = number.back() - '0';
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCheckDigit, Subject::kVatNumber,
+                     {last, (last + 10 - sum % 10) % 10});
 }
 
 int CheckTaxCode(std::string_view code) {
-  if (code.size() != kVatNumberSize && code.size() != kTaxCodeSize) return RTF_EFPTR_BAD_LENGTH;
-  return std::all_of(code.begin(), code.end(), IsAlphanumeric) ? RTF_SUCCESS : RTF_E_ILLEGAL;
+  if (code.size() != kVatNumberSize && code.size() != kTaxCodeSize) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kEitherLength, Subject::kTaxCode,
+                       {static_cast<int64_t>(code.size()), kVatNumberSize, kTaxCodeSize});
+  }
+  if (std::all_of(code.begin(), code.end(), IsAlphanumeric)) return RTF_SUCCESS;
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kTaxCode, {}, code);
 }
 
 int CheckCredential(std::string_view text) {
-  if (text.empty()) return RTF_E_ILLEGAL;
-  return text.size() <= kCredentialSize ? RTF_SUCCESS : RTF_EFPTR_BAD_LENGTH;
+  if (text.empty()) return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kMissing, Subject::kCredential);
+  if (text.size() <= kCredentialSize) return RTF_SUCCESS;
+  return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kCredential,
+                     {static_cast<int64_t>(text.size()), kCredentialSize});
+}
+
+int NotAsFar(Commissioning has, Commissioning needs) {
+  return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kSetUpOrder,
+                {static_cast<int64_t>(has), static_cast<int64_t>(needs)});
 }
 
 }  // namespace
@@ -55,13 +75,20 @@ int CheckCredential(std::string_view text) {
 // What stands on fiscal documents or rules their times is left alone while a day is open.
 int SetupDesk::CheckFiscal() const {
   if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-  return core_.store.day_open() ? RTF_EFPTR_DAY_END_REQUIRED : RTF_SUCCESS;
+  if (!core_.store.day_open()) return RTF_SUCCESS;
+  return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayOpen);
 }
 
 int SetupDesk::SetTrailerLine(int line, std::string_view text) {
   if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-  if (line < 1 || line > DeviceSetup::kTrailerLines) return RTF_E_ILLEGAL;
-  if (text.size() > DeviceSetup::kTrailerLineSize) return RTF_EFPTR_BAD_LENGTH;
+  if (line < 1 || line > DeviceSetup::kTrailerLines) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kTrailerLine,
+                       {line, 1, DeviceSetup::kTrailerLines});
+  }
+  if (text.size() > DeviceSetup::kTrailerLineSize) {
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kTrailerText,
+                       {static_cast<int64_t>(text.size()), DeviceSetup::kTrailerLineSize});
+  }
   core_.setup.trailer_lines[static_cast<size_t>(line) - 1] = DeviceText(text);
   return RTF_SUCCESS;
 }
@@ -76,7 +103,9 @@ int SetupDesk::SetFiscalId(std::string_view id) {
 int SetupDesk::SetPosId(std::string_view pos_id, std::string_view cashier_id) {
   if (const int code = CheckFiscal()) return code;
   if (pos_id.size() > DeviceSetup::kPosIdSize || cashier_id.size() > DeviceSetup::kPosIdSize) {
-    return RTF_EFPTR_BAD_LENGTH;
+    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kPosId,
+                       {static_cast<int64_t>(std::max(pos_id.size(), cashier_id.size())),
+                        DeviceSetup::kPosIdSize});
   }
   std::string pos = DeviceText(pos_id);
   std::string cashier = DeviceText(cashier_id);
@@ -88,22 +117,38 @@ int SetupDesk::SetPosId(std::string_view pos_id, std::string_view cashier_id) {
 int SetupDesk::SetDate(std::string_view date) {
   if (const int code = CheckFiscal()) return code;
   std::tm wanted = {};
-  if (!ParseMinute(date, &wanted)) return RTF_EFPTR_BAD_DATE;
-  if (wanted.tm_year < kFirstYear || wanted.tm_year > kLastYear) return RTF_EFPTR_BAD_DATE;
+  if (!ParseMinute(date, &wanted)) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, date);
+  }
+  if (wanted.tm_year < kFirstYear || wanted.tm_year > kLastYear) {
+    return RefuseValue(RTF_EFPTR_BAD_DATE, RefusalCause::kOutOfRange, Subject::kYear,
+                       {wanted.tm_year + 1900, kFirstYear + 1900, kLastYear + 1900});
+  }
   const std::optional<Closure> last = core_.store.LastClosure();
-  if (last && CompareMinutes(wanted, last->time) < 0) return RTF_EFPTR_BAD_DATE;
+  if (last && CompareMinutes(wanted, last->time) < 0) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kBeforeLastClosing);
+  }
   const std::tm system = core_.SystemTime();
-  if (system.tm_year < 0 || system.tm_year > kLastClockYear) return RTF_EFPTR_CLOCK_ERROR;
+  if (system.tm_year < 0 || system.tm_year > kLastClockYear) {
+    return Refuse(RTF_EFPTR_CLOCK_ERROR, RefusalCause::kComputersClock);
+  }
   core_.setup.clock_offset = SecondsBetween(system, wanted);
   return RTF_SUCCESS;
 }
 
 int SetupDesk::SelectLogo(int number, int position) {
   if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-  if (number < 0 || number > Tables::kMaxLogos || position < 1 || position > 2) {
-    return RTF_E_ILLEGAL;
+  if (number < 0 || number > Tables::kMaxLogos) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kLogo,
+                       {number, 0, Tables::kMaxLogos});
   }
-  if (number != 0 && core_.tables.FindLogo(number) == nullptr) return RTF_E_NOEXIST;
+  if (position < 1 || position > 2) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kLogoPlace,
+                       {position, 1, 2});
+  }
+  if (number != 0 && core_.tables.FindLogo(number) == nullptr) {
+    return RefuseValue(RTF_E_NOEXIST, RefusalCause::kNotOneOf, Subject::kLogo, {number});
+  }
   (position == 1 ? core_.setup.header_logo : core_.setup.trailer_logo) = number;
   return RTF_SUCCESS;
 }
@@ -112,23 +157,32 @@ int SetupDesk::SelectLogo(int number, int position) {
 
 int SetupDesk::Register() {
   if (const int code = CheckFiscal()) return code;
-  if (core_.setup.commissioning != Commissioning::kNew) return RTF_EFPTR_WRONG_STATE;
+  if (core_.setup.commissioning != Commissioning::kNew) {
+    return NotAsFar(core_.setup.commissioning, Commissioning::kNew);
+  }
   core_.setup.commissioning = Commissioning::kRegistered;
   return RTF_SUCCESS;
 }
 
 int SetupDesk::Activate(const Activation& activation) {
   if (const int code = CheckFiscal()) return code;
-  if (core_.setup.commissioning != Commissioning::kRegistered) return RTF_EFPTR_WRONG_STATE;
+  if (core_.setup.commissioning != Commissioning::kRegistered) {
+    return NotAsFar(core_.setup.commissioning, Commissioning::kRegistered);
+  }
   if (const int code = CheckVatNumber(activation.vat_number)) return code;
   if (const int code = CheckTaxCode(activation.tax_code)) return code;
   if (const int code = CheckCredential(activation.user)) return code;
   if (const int code = CheckCredential(activation.password)) return code;
-  if (activation.ateco < 1 || activation.ateco > kLastActivity) return RTF_E_ILLEGAL;
+  if (activation.ateco < 1 || activation.ateco > kLastActivity) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kActivity,
+                       {activation.ateco, 1, kLastActivity});
+  }
   std::string date(activation.date);
   if (date.size() == 8) date += "0000";
   std::tm time = {};
-  if (!ParseMinute(date, &time)) return RTF_EFPTR_BAD_DATE;
+  if (!ParseMinute(date, &time)) {
+    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, activation.date);
+  }
   core_.setup.fiscal_id = activation.vat_number;
   core_.setup.commissioning = Commissioning::kActivated;
   return RTF_SUCCESS;
@@ -136,7 +190,9 @@ int SetupDesk::Activate(const Activation& activation) {
 
 int SetupDesk::PutIntoService() {
   if (const int code = CheckFiscal()) return code;
-  if (core_.setup.commissioning != Commissioning::kActivated) return RTF_EFPTR_WRONG_STATE;
+  if (core_.setup.commissioning != Commissioning::kActivated) {
+    return NotAsFar(core_.setup.commissioning, Commissioning::kActivated);
+  }
   core_.setup.commissioning = Commissioning::kInService;
   return RTF_SUCCESS;
 }

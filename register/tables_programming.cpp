@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "register/device_text.h"
+#include "register/refusal.h"
 #include "register/tables.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -28,23 +29,52 @@ std::optional<int32_t> ReadRate(std::string_view text) {
   return static_cast<int32_t>(*rate);
 }
 
+int TooLong(Subject subject, std::string_view text, size_t longest) {
+  return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, subject,
+                     {static_cast<int64_t>(text.size()), static_cast<int64_t>(longest)});
+}
+
+int NoPrice(Subject subject, Amount price) {
+  return RefuseValue(RTF_EFPTR_BAD_PRICE, RefusalCause::kAmountOutOfRange, subject,
+                     {price, 0, Tables::kMaxPresetPrice});
+}
+
+int NotOneOf(Subject subject, int number) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, subject, {number});
+}
+
+int NoVatEntry(const Tables& tables, int entry) {
+  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry,
+                {entry, static_cast<int64_t>(tables.settings().vat_rates.size())});
+}
+
 }  // namespace
 
 int Tables::CheckDepartment(const Department& department) const {
-  if (department.name.size() > kDescriptionSize) return RTF_EFPTR_BAD_LENGTH;
-  if (FindVat(department.vat) == nullptr) return RTF_EFPTR_BAD_VAT;
-  if (!IsPrice(department.price) || !IsPrice(department.max_price)) return RTF_EFPTR_BAD_PRICE;
+  if (department.name.size() > kDescriptionSize) {
+    return TooLong(Subject::kDepartmentName, department.name, kDescriptionSize);
+  }
+  if (FindVat(department.vat) == nullptr) return NoVatEntry(*this, department.vat);
+  if (!IsPrice(department.price)) return NoPrice(Subject::kPrice, department.price);
+  if (!IsPrice(department.max_price)) return NoPrice(Subject::kPriceLimit, department.max_price);
   // A preset price above the limit could never be sold.
   if (department.max_price > 0 && department.price > department.max_price) {
-    return RTF_EFPTR_BAD_PRICE;
+    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kPresetAboveLimit,
+                  {department.price, department.max_price});
   }
-  if (department.group < 0 || department.group > settings_.groups) return RTF_E_ILLEGAL;
-  if (department.quantity < 0) return RTF_EFPTR_BAD_ITEM_QUANTITY;
+  if (department.group < 0 || department.group > settings_.groups) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kGroup,
+                       {department.group, 0, settings_.groups});
+  }
+  if (department.quantity < 0) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNegativeQuantity,
+                  {department.quantity});
+  }
   return RTF_SUCCESS;
 }
 
 int Tables::SetDepartment(int number, Department department) {
-  if (FindDepartment(number) == nullptr) return RTF_E_ILLEGAL;
+  if (FindDepartment(number) == nullptr) return NotOneOf(Subject::kDepartment, number);
   if (const int code = CheckDepartment(department)) return code;
   department.name = DeviceText(department.name);
   department.price = RoundToCents(department.price).value_or(0);
@@ -58,9 +88,12 @@ int Tables::SetDepartment(int number, Department department) {
 }
 
 int Tables::SetGroup(int index, GroupRow row) {
-  if (FindGroup(index) == nullptr) return RTF_E_ILLEGAL;
-  if (row.description.size() > kDescriptionSize || row.password.size() > kPasswordSize) {
-    return RTF_EFPTR_BAD_LENGTH;
+  if (FindGroup(index) == nullptr) return NotOneOf(Subject::kGroup, index);
+  if (row.description.size() > kDescriptionSize) {
+    return TooLong(Subject::kGroupText, row.description, kDescriptionSize);
+  }
+  if (row.password.size() > kPasswordSize) {
+    return TooLong(Subject::kCredential, row.password, kPasswordSize);
   }
   row.description = DeviceText(row.description);
   row.password = DeviceText(row.password);
@@ -73,10 +106,23 @@ int Tables::SetGroup(int index, GroupRow row) {
 }
 
 int Tables::SetSubtender(int number, Subtender subtender) {
-  if (FindSubtender(number) == nullptr || !IsKind(subtender.kind)) return RTF_E_ILLEGAL;
-  if (subtender.description.size() > kSubtenderDescriptionSize) return RTF_EFPTR_BAD_LENGTH;
-  if (subtender.flags > Subtender::kGivesChange) return RTF_E_ILLEGAL;
-  if (subtender.preset_value > kMaxPresetValue) return RTF_EFPTR_BAD_PRICE;
+  if (FindSubtender(number) == nullptr) return NotOneOf(Subject::kSubtender, number);
+  if (!IsKind(subtender.kind)) {
+    return RefuseValue(
+        RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kSubtenderKind,
+        {static_cast<int64_t>(subtender.kind), static_cast<int64_t>(TenderKind::kCash),
+         static_cast<int64_t>(TenderKind::kNotPaid)});
+  }
+  if (subtender.description.size() > kSubtenderDescriptionSize) {
+    return TooLong(Subject::kSubtenderText, subtender.description, kSubtenderDescriptionSize);
+  }
+  if (subtender.flags > Subtender::kGivesChange) {
+    return NotOneOf(Subject::kSubtenderFlags, subtender.flags);
+  }
+  if (subtender.preset_value > kMaxPresetValue) {
+    return RefuseValue(RTF_EFPTR_BAD_PRICE, RefusalCause::kAmountOutOfRange, Subject::kPresetValue,
+                       {subtender.preset_value * kCent, 0, kMaxPresetValue * kCent});
+  }
   subtender.description = DeviceText(subtender.description);
   const size_t tender = static_cast<size_t>(FindTender(SubtenderId(number)) - tenders_.data());
   Note(Part::kSubtender, number,
@@ -103,8 +149,11 @@ void Tables::PlaceSubtender(int number, Subtender subtender) {
 }
 
 int Tables::SetHeaderLine(int line, std::string_view text) {
-  if (line < 1 || line > kHeaderLines) return RTF_E_ILLEGAL;
-  if (text.size() > kHeaderLineSize) return RTF_EFPTR_BAD_LENGTH;
+  if (line < 1 || line > kHeaderLines) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kHeaderLine,
+                       {line, 1, kHeaderLines});
+  }
+  if (text.size() > kHeaderLineSize) return TooLong(Subject::kHeaderText, text, kHeaderLineSize);
   const size_t index = static_cast<size_t>(line) - 1;
   std::string kept = DeviceText(text);
   Note(Part::kHeader, 0, [old = settings_.header_lines](Tables& tables) mutable {
@@ -116,9 +165,11 @@ int Tables::SetHeaderLine(int line, std::string_view text) {
 }
 
 int Tables::NoteVatRate(int entry, std::string_view rate) {
-  if (FindVat(entry) == nullptr) return RTF_EFPTR_BAD_VAT;
+  if (FindVat(entry) == nullptr) return NoVatEntry(*this, entry);
   const std::optional<int32_t> value = ReadRate(rate);
-  if (!value) return RTF_E_ILLEGAL;
+  if (!value) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kVatRate, {}, rate);
+  }
   Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
   noted_rates_[entry] = *value;
   return RTF_SUCCESS;
@@ -129,7 +180,9 @@ int Tables::CommitVat(bool day_open) {
   const std::map<int, int32_t> rates = std::exchange(noted_rates_, {});
   for (const auto& [entry, rate] : rates) {
     // The totals of the day stand by entry: a rate that changed under them would make them lie.
-    if (day_open && FindVat(entry)->rate != rate) return RTF_EFPTR_DAY_END_REQUIRED;
+    if (day_open && FindVat(entry)->rate != rate) {
+      return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayOpen);
+    }
   }
   Note(Part::kVat, 0,
        [old = settings_.vat_rates](Tables& tables) mutable {
@@ -145,12 +198,20 @@ int Tables::CommitVat(bool day_open) {
 }
 
 int Tables::SetArticle(Article article) {
-  if (article.code.empty()) return RTF_E_ILLEGAL;
-  if (article.code.size() > kArticleCodeSize || article.description.size() > kDescriptionSize) {
-    return RTF_EFPTR_BAD_LENGTH;
+  if (article.code.empty()) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kMissing, Subject::kArticleCode);
   }
-  if (FindDepartment(article.department) == nullptr) return RTF_EFPTR_BAD_VAT;
-  if (!IsPrice(article.price)) return RTF_EFPTR_BAD_PRICE;
+  if (article.code.size() > kArticleCodeSize) {
+    return TooLong(Subject::kArticleCode, article.code, kArticleCodeSize);
+  }
+  if (article.description.size() > kDescriptionSize) {
+    return TooLong(Subject::kArticleText, article.description, kDescriptionSize);
+  }
+  if (FindDepartment(article.department) == nullptr) {
+    return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoDepartment,
+                  {article.department, static_cast<int64_t>(settings_.departments.size())});
+  }
+  if (!IsPrice(article.price)) return NoPrice(Subject::kPrice, article.price);
   article.code = DeviceText(article.code);
   article.description = DeviceText(article.description);
   article.price = RoundToCents(article.price).value_or(0);
@@ -164,7 +225,9 @@ int Tables::SetArticle(Article article) {
     articles[index] = std::move(article);
     return RTF_SUCCESS;
   }
-  if (articles.size() >= kMaxArticles) return RTF_E_FAILURE;
+  if (articles.size() >= kMaxArticles) {
+    return Refuse(RTF_E_FAILURE, RefusalCause::kTableFull, {static_cast<int64_t>(kMaxArticles)});
+  }
   Note(Part::kArticle, static_cast<int>(articles.size()) + 1,
        [size = articles.size()](Tables& tables) {
          std::vector<Article>& rows = tables.settings_.articles;
@@ -183,10 +246,15 @@ void Tables::EraseArticles() {
 }
 
 int Tables::SetLogo(int number, std::string_view file) {
-  if (number < 1 || number > kMaxLogos) return RTF_E_ILLEGAL;
-  if (file.size() > kLogoNameSize) return RTF_EFPTR_BAD_LENGTH;
+  if (number < 1 || number > kMaxLogos) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kLogo,
+                       {number, 1, kMaxLogos});
+  }
+  if (file.size() > kLogoNameSize) return TooLong(Subject::kLogoFile, file, kLogoNameSize);
   std::error_code none;
-  if (!std::filesystem::is_regular_file(std::filesystem::path(file), none)) return RTF_E_NOEXIST;
+  if (!std::filesystem::is_regular_file(std::filesystem::path(file), none)) {
+    return Refuse(RTF_E_NOEXIST, RefusalCause::kNoFile, {}, file);
+  }
   Note(Part::kLogos, 0, [old = logos_](Tables& tables) mutable { tables.logos_.swap(old); });
   logos_[number] = std::string(file);
   return RTF_SUCCESS;

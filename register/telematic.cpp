@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "register/refusal.h"
 #include "register/report_file.h"
 #include "register/report_sections.h"
 #include "rpccommon/services/rtfconst.h"
@@ -175,6 +176,10 @@ std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
   return xml;
 }
 
+int NoFileGiven() {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kMissing, Subject::kReportFile);
+}
+
 }  // namespace
 
 std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
@@ -224,8 +229,8 @@ std::string TelematicDesk::OutboxFile(std::string_view name) const {
 // One summary is a file of the national form; several stand in an element of this register.
 int TelematicDesk::WriteSummaries(const std::vector<Closure>& closures,
                                   std::string_view file) const {
-  if (file.empty()) return RTF_E_ILLEGAL;
-  if (closures.empty()) return RTF_E_NOEXIST;
+  if (file.empty()) return NoFileGiven();
+  if (closures.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingWaits);
   std::string xml(kXmlHead);
   if (closures.size() > 1) xml += "<CorrispettiviSalvati>\n";
   for (const Closure& closure : closures) xml += SummaryXml(core_, closure);
@@ -251,8 +256,14 @@ int TelematicDesk::ExportSummaries(std::string_view file) const {
 
 int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int options) const {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
-  if (from < 1 || to < from || to > RegisterStore::kLastNumber) return RTF_E_ILLEGAL;
-  if (options < 0 || options > 2) return RTF_E_ILLEGAL;
+  if (to < from) return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from, to});
+  if (from < 1 || to > RegisterStore::kLastNumber) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kClosing,
+                       {from < 1 ? from : to, 1, RegisterStore::kLastNumber});
+  }
+  if (options < 0 || options > 2) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kSummaries, {options});
+  }
   std::vector<Closure> wanted = core_.store.FindClosures(from, to);
   if (options != 0) {
     std::erase_if(wanted,
@@ -263,8 +274,8 @@ int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int op
 
 int TelematicDesk::WriteLottery(const std::vector<StoredDocument>& documents,
                                 std::string_view file) const {
-  if (file.empty()) return RTF_E_ILLEGAL;
-  if (documents.empty()) return RTF_E_NOEXIST;
+  if (file.empty()) return NoFileGiven();
+  if (documents.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingWaits);
   std::string xml(kXmlHead);
   xml += "<DocumentiLotteria>\n";
   Element("  ", "IdDispositivo", core_.tables.settings().serial_number, &xml);
@@ -299,11 +310,15 @@ int TelematicDesk::SaveLottery(int from_closure, int from_number, int to_closure
   };
   if (!known(from_closure, 1) || !known(to_closure, 1) || !known(from_number, 0) ||
       !known(to_number, 0)) {
-    return RTF_E_ILLEGAL;
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kReference,
+                  known(from_closure, 1) && known(from_number, 0)
+                      ? std::initializer_list<int64_t>{to_closure, to_number}
+                      : std::initializer_list<int64_t>{from_closure, from_number});
   }
   const std::pair from(from_closure, from_number);
   const std::pair to(to_closure, to_number);
-  if (from > to) return RTF_E_ILLEGAL;
+  if (from > to)
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from_closure, to_closure});
   return WriteLottery(core_.store.Lottery(from_closure, from_number, to_closure, to_number), file);
 }
 

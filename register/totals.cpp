@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "register/core.h"
+#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -291,28 +292,32 @@ bool ScopeTotals(const RegisterCore& core, int scope, Totals* totals) {
   }
 }
 
+int NoTotal(int number) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTotal, {number});
+}
+
 }  // namespace
 
 int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::string* value) {
   Totals totals;
-  if (!ScopeTotals(core, scope, &totals)) return RTF_E_ILLEGAL;
+  if (!ScopeTotals(core, scope, &totals)) return NoTotal(scope);
   if (const DepartmentRow* row = FindRow(kDepartmentRows, kind)) {
-    if (core.tables.FindDepartment(id) == nullptr) return RTF_E_ILLEGAL;
+    if (core.tables.FindDepartment(id) == nullptr) return NoTotal(id);
     *value = std::to_string(row->read(totals, id));
     return RTF_SUCCESS;
   }
   if (kind == RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_DEPARTMENT_NAME) {
     const Department* department = core.tables.FindDepartment(id);
-    if (department == nullptr) return RTF_E_ILLEGAL;
+    if (department == nullptr) return NoTotal(id);
     *value = department->name;
     return RTF_SUCCESS;
   }
   if (const PlainRow* row = FindRow(kPlainRows, kind)) {
-    if (id != 0) return RTF_E_ILLEGAL;
+    if (id != 0) return NoTotal(id);
     *value = std::to_string(row->read(totals));
     return RTF_SUCCESS;
   }
-  if (!IsVatClass(id)) return RTF_E_ILLEGAL;
+  if (!IsVatClass(id)) return NoTotal(id);
   // The classes by nature: no entry of the VAT table has such a number here.
   const bool by_nature = id >= 10;
   Amount sum = 0;
@@ -322,7 +327,7 @@ int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::st
     }
   } else {
     const VatRow* row = FindRow(kVatRows, kind);
-    if (row == nullptr) return RTF_E_ILLEGAL;
+    if (row == nullptr) return NoTotal(kind);
     sum = totals.Sum(row->documents, id, row->figure);
     if (row->net) {
       const auto tax = static_cast<Figure>(static_cast<size_t>(row->figure) + 1);

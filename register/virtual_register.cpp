@@ -14,6 +14,7 @@
 #include "register/fault_operations.h"
 #include "register/properties.h"
 #include "register/recovery.h"
+#include "register/refusal.h"
 #include "register/register_error.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -80,6 +81,10 @@ const DataSelector kDataSelectors[] = {
 std::string DateTimeText(const std::tm& time) {
   return fmt::format("{:02}{:02}{:04}{:02}{:02}", time.tm_mday, time.tm_mon + 1,
                      1900 + time.tm_year, time.tm_hour, time.tm_min);
+}
+
+int NoDataItem(int item) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kDataItem, {item});
 }
 
 void Keep(std::deque<std::string>* lines, const char* line) noexcept {
@@ -214,7 +219,8 @@ int VirtualRegister::SetStringProperty(int property, const char* value) {
 int VirtualRegister::GetDataInternal(int item, char* text) {
   return Perform(__func__, [&] {
     const DataItem* row = FindDataItem(item);
-    if (text == nullptr || row == nullptr || row->read == nullptr) return RTF_E_ILLEGAL;
+    if (text == nullptr) return RTF_E_ILLEGAL;
+    if (row == nullptr || row->read == nullptr) return NoDataItem(item);
     Give(row->read(core_, keyboard_), text, kDataItemSize);
     return RTF_SUCCESS;
   });
@@ -223,7 +229,8 @@ int VirtualRegister::GetDataInternal(int item, char* text) {
 int VirtualRegister::SetDataInternal(int item, const char* text) {
   return Perform(__func__, [&] {
     const DataItem* row = FindDataItem(item);
-    if (row == nullptr || row->write == nullptr) return RTF_E_ILLEGAL;
+    if (row == nullptr) return NoDataItem(item);
+    if (row->write == nullptr) return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {item});
     return row->write(core_, View(text));
   });
 }
@@ -239,7 +246,7 @@ int VirtualRegister::GetData(int selector, int* number, char* text) {
       Give(row.read(core_), text, kGetDataSize);
       return RTF_SUCCESS;
     }
-    return RTF_E_ILLEGAL;
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTotal, {selector});
   });
 }
 
@@ -248,7 +255,7 @@ int VirtualRegister::GetDate(char* date) {
     if (date == nullptr) return RTF_E_ILLEGAL;
     const bool closing = core_.options.date_type == RTF_FPTR_DT_EOD;
     const std::optional<Closure> last = closing ? core_.store.LastClosure() : std::nullopt;
-    if (closing && !last) return RTF_E_NOEXIST;
+    if (closing && !last) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoClosingYet);
     const std::tm time = last ? last->time : core_.Now();
     Give(DateTimeText(time), date, kGetDateSize);
     return RTF_SUCCESS;
@@ -273,7 +280,7 @@ std::string VirtualRegister::display_text(int display, int row) const {
 int VirtualRegister::ShowText(int display, int row, int column, std::string_view text, bool clear) {
   if (display < 0 || display > 2 || row < 0 || row >= Display::kRows || column < 0 ||
       column >= Display::kColumns) {
-    return RTF_E_ILLEGAL;
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kDisplay, {display});
   }
   std::string& shown = core_.displays[display].rows[static_cast<size_t>(row)];
   std::string line = clear ? std::string() : shown;
@@ -327,18 +334,20 @@ int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
     const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
     switch (cmd) {
       case 1:
-        if (item == nullptr || item->read == nullptr) return RTF_E_ILLEGAL;
+        if (item == nullptr || item->read == nullptr) return NoDataItem(*optarg);
         Give(item->read(core_, keyboard_), data, kDirectIoSize);
         return RTF_SUCCESS;
       case 2:
-        if (item == nullptr || item->write == nullptr) return RTF_E_ILLEGAL;
+        if (item == nullptr) return NoDataItem(*optarg);
+        if (item->write == nullptr)
+          return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {*optarg});
         return item->write(core_, BoundedView(data, kDirectIoSize));
       case 502:
       case 503:
         core_.pass_through = cmd == 502;
         return RTF_SUCCESS;
       default:
-        return RTF_E_ILLEGAL;
+        return Refuse(RTF_E_ILLEGAL, RefusalCause::kNotModelled);
     }
   });
 }

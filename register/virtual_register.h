@@ -31,6 +31,7 @@
 #include "register/core.h"
 #include "register/keyboard.h"
 #include "register/receipt_desk.h"
+#include "register/refusal.h"
 #include "register/register_file.h"
 #include "register/reports.h"
 #include "rpccommon/client/rtfclientinterface.h"
@@ -93,6 +94,9 @@ class VirtualRegister : public RtfClientInterface {
   // Why the last operation that failed could not be stored: "FILE: database or disk is full".
   // Empty as long as none has. To be read between operations.
   const std::string& last_failure() const { return core_.last_failure; }
+  // Why the last operation that was refused was, and how many were. To be read between operations.
+  const Refusal& last_refusal() const { return refusals_.last(); }
+  uint64_t refusal_count() const { return refusals_.count(); }
 
   // --- Faults on demand (register/faults.h), between operations
   // Throws RegisterError, with the cause, for a fault that cannot be: a name or an operation that
@@ -358,19 +362,23 @@ class VirtualRegister : public RtfClientInterface {
     // A call of a host that has not got the service so far does not reach the device.
     int answer = CheckService(operation);
     if (answer == RTF_SUCCESS) {
+      RefusalNote::Operation refusals(refusals_);
       int code = RTF_E_FAILURE;
       FaultPlan::Strike fault;
       answer = RTF_E_FAILURE;
       if (Unit<true>([&] {
             fault = core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
-            code = fault.before != RTF_SUCCESS ? fault.before : work();
+            code = fault.before != RTF_SUCCESS ? Refuse(fault.before, RefusalCause::kFault) : work();
           })) {
         // Carried out, and the host may not come to know.
-        answer = fault.after != RTF_SUCCESS ? fault.after : code;
+        answer = fault.after != RTF_SUCCESS ? Refuse(fault.after, RefusalCause::kFault) : code;
         if constexpr (!std::is_null_pointer_v<std::decay_t<Behind>>) {
           if (code == RTF_SUCCESS) static_cast<void>(Unit<false>(behind));
         }
+      } else {
+        Refuse(answer, RefusalCause::kNotKept);
       }
+      refusals.End(answer);
     }
     working_.clear(std::memory_order_release);
     return answer;
@@ -427,6 +435,7 @@ class VirtualRegister : public RtfClientInterface {
                  int quantity, int vat_info, long unit_price, const char* unit_name);
 
   std::atomic_flag working_ = ATOMIC_FLAG_INIT;
+  RefusalNote refusals_;
   RegisterCore core_;
   ReceiptDesk desk_;
   Keyboard keyboard_;

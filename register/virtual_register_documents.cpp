@@ -5,6 +5,7 @@
 #include "managermachine/pflitemtype.h"
 #include "register/client_buffers.h"
 #include "register/fault_operations.h"
+#include "register/refusal.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -186,8 +187,9 @@ int VirtualRegister::PrintRecTotal(int64_t total, int64_t payment, const char* d
     if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
     const OpenDocument& document = core_.document;
     const bool cash = document.cash != CashMove::kNone;
-    if (total != (cash ? document.cash_total : document.receipt.total())) {
-      return RTF_EFPTR_FISCAL_TOTALS_ERROR;
+    const Amount wanted = cash ? document.cash_total : document.receipt.total();
+    if (total != wanted) {
+      return Refuse(RTF_EFPTR_FISCAL_TOTALS_ERROR, RefusalCause::kSubtotalDiffers, {total, wanted});
     }
     return desk_.Total(payment, View(description), false);
   });

@@ -2,6 +2,7 @@
 #include <charconv>
 
 #include "register/client_buffers.h"
+#include "register/refusal.h"
 #include "register/reports.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
@@ -92,7 +93,8 @@ int VirtualRegister::ProcessEJournalReportGlobal(const char* file, const char* f
 int VirtualRegister::InitJournal() {
   return Perform(__func__, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-    return core_.store.journal_count() == 0 ? RTF_SUCCESS : RTF_E_EXISTS;
+    if (core_.store.journal_count() == 0) return RTF_SUCCESS;
+    return Refuse(RTF_E_EXISTS, RefusalCause::kJournalInUse);
   });
 }
 
@@ -113,15 +115,19 @@ int VirtualRegister::PrintReport(int report_type, const char* from, const char* 
         request.criteria = RTF_FPTR_RT_EOD_ORDINAL;
         if (!ReadClosure(View(from), &request.from_number) ||
             !ReadClosure(View(to), &request.to_number)) {
-          return RTF_E_ILLEGAL;
+          return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kClosing, {},
+                             View(from));
         }
         if (request.to_number == 0) {
           request.to_number = static_cast<uint32_t>(core_.store.last_closure());
-          if (request.to_number < request.from_number) return RTF_E_NOEXIST;
+          if (request.to_number < request.from_number) {
+            return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
+          }
         }
         break;
       default:
-        return RTF_E_ILLEGAL;
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kCriterion,
+                           {report_type});
     }
     return ReportDesk(core_).PrintFiscal(request, {});
   });

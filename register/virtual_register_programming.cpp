@@ -4,6 +4,7 @@
 
 #include "register/client_buffers.h"
 #include "register/fault_operations.h"
+#include "register/refusal.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -31,6 +32,10 @@ bool AnyNull(const Pointers*... pointers) {
 
 std::string Read(const char* buffer, size_t size) { return std::string(BoundedView(buffer, size)); }
 
+int NotOneOf(Subject subject, int number) {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, subject, {number});
+}
+
 }  // namespace
 
 // --- Departments
@@ -46,7 +51,7 @@ int VirtualRegister::AccessDepartment(bool write, int32_t dep_id, char* descript
     return RTF_E_ILLEGAL;
   }
   const Department* row = core_.tables.FindDepartment(dep_id);
-  if (row == nullptr) return RTF_E_ILLEGAL;
+  if (row == nullptr) return NotOneOf(Subject::kDepartment, dep_id);
   if (!write) {
     Give(row->name, description, kDepartmentBuffer);
     *price = row->price;
@@ -108,7 +113,7 @@ int VirtualRegister::ConfigGroup(bool write, int index, char* description, char*
       return RTF_E_ILLEGAL;
     }
     const GroupRow* row = core_.tables.FindGroup(index);
-    if (row == nullptr) return RTF_E_ILLEGAL;
+    if (row == nullptr) return NotOneOf(Subject::kGroup, index);
     if (!write) {
       Give(row->description, description, kGroupBuffer);
       Give(row->password, operator_password, kPasswordBuffer);
@@ -131,7 +136,7 @@ int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* 
   return Perform(__func__, EffectsOfRecord(write), [&] {
     if (AnyNull(tender_type, description, flags, preset_value, max_digits)) return RTF_E_ILLEGAL;
     const Subtender* row = core_.tables.FindSubtender(subtender_id);
-    if (row == nullptr) return RTF_E_ILLEGAL;
+    if (row == nullptr) return NotOneOf(Subject::kSubtender, subtender_id);
     if (!write) {
       *tender_type = static_cast<uint8_t>(row->kind);
       Give(row->description, description, kSubtenderBuffer);
@@ -153,7 +158,9 @@ int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
   return Perform(__func__, [&] {
     if (vat_rate == nullptr) return RTF_E_ILLEGAL;
     const VatRate* row = core_.tables.FindVat(vat_id);
-    if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) return RTF_EFPTR_BAD_VAT;
+    if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) {
+      return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry, {vat_id, kReadableVatEntries});
+    }
     *vat_rate = row != nullptr ? row->rate : 0;
     return RTF_SUCCESS;
   });
@@ -164,7 +171,9 @@ int VirtualRegister::GetVatEntryExtended(int vat_id, int, char* vat_rate) {
   return Perform(__func__, [&] {
     if (vat_rate == nullptr) return RTF_E_ILLEGAL;
     const VatRate* row = core_.tables.FindVat(vat_id);
-    if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) return RTF_EFPTR_BAD_VAT;
+    if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) {
+      return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry, {vat_id, kReadableVatEntries});
+    }
     Give(std::to_string(row != nullptr ? row->rate : 0), vat_rate, kRateBuffer);
     return RTF_SUCCESS;
   });
@@ -188,7 +197,11 @@ int VirtualRegister::SetVatTable() {
 
 int VirtualRegister::GetHeaderLine(int line, char* text) {
   return Perform(__func__, [&] {
-    if (text == nullptr || line < 1 || line > Tables::kHeaderLines) return RTF_E_ILLEGAL;
+    if (text == nullptr) return RTF_E_ILLEGAL;
+    if (line < 1 || line > Tables::kHeaderLines) {
+      return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kHeaderLine,
+                         {line, 1, Tables::kHeaderLines});
+    }
     const std::vector<std::string>& lines = core_.tables.settings().header_lines;
     const size_t index = static_cast<size_t>(line) - 1;
     Give(index < lines.size() ? lines[index] : std::string_view(), text, kHeaderBuffer);
@@ -228,7 +241,7 @@ int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_co
   return Perform(__func__, EffectsOfRecord(write), [&] {
     if (AnyNull(key_code, keyboard_type, macro, macro_size)) return RTF_E_ILLEGAL;
     const ProgrammedKey* key = core_.keyboards.Find(*keyboard_type, key_pos);
-    if (key == nullptr) return RTF_E_ILLEGAL;
+    if (key == nullptr) return NotOneOf(Subject::kKeyPlace, key_pos);
     if (!write) {
       *key_code = key->code;
       Give(key->macro, macro, kMacroBuffer);
@@ -236,7 +249,10 @@ int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_co
       return RTF_SUCCESS;
     }
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-    if (*macro_size > Keyboards::kMacroSize) return RTF_EFPTR_BAD_LENGTH;
+    if (*macro_size > Keyboards::kMacroSize) {
+      return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kTooLong, Subject::kMacro,
+                         {*macro_size, Keyboards::kMacroSize});
+    }
     return core_.keyboards.Program(*keyboard_type, key_pos,
                                    {*key_code, std::string(macro, *macro_size)});
   });

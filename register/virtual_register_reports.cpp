@@ -4,6 +4,7 @@
 #include "register/client_buffers.h"
 #include "register/fault_operations.h"
 #include "register/firmware.h"
+#include "register/refusal.h"
 #include "register/reports.h"
 #include "register/telematic.h"
 #include "register/virtual_register.h"
@@ -30,7 +31,9 @@ constexpr uint8_t kLotterySend = 5;
 
 int VirtualRegister::GetTotalizer(int vat_id, int selector, char* text) {
   return Perform(__func__, [&] {
-    if (selector > kLastPlainTotalizer) return RTF_E_ILLEGAL;
+    if (selector > kLastPlainTotalizer) {
+      return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTotal, {selector});
+    }
     return GiveTotalizer(vat_id, core_.options.totalizer_scope, selector, text);
   });
 }

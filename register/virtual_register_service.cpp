@@ -4,6 +4,7 @@
 #include "register/fault_operations.h"
 #include "register/firmware.h"
 #include "register/properties.h"
+#include "register/refusal.h"
 #include "register/self_test.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
@@ -113,7 +114,8 @@ int VirtualRegister::DiagnosticsRequest(int test, bool start, int options) {
     if (test == kDisplayTest) return TestDisplays(core_, start);
     if (!start) return RTF_E_ILLEGAL;
     if (test == kPrinterTest) return TestPrinter(core_);
-    return test == kMemoryTest ? TestMemory(core_) : RTF_E_ILLEGAL;
+    if (test == kMemoryTest) return TestMemory(core_);
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTest, {test});
   });
 }
 

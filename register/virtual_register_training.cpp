@@ -1,4 +1,5 @@
 // Training: documents print with a mark, and nothing is registered, numbered or counted.
+#include "register/refusal.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -6,7 +7,8 @@ namespace lorimat {
 
 int VirtualRegister::BeginTraining() {
   return Perform(__func__, [&] {
-    if (core_.setup.training || !core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
+    if (!core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
+    if (core_.setup.training) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kTraining);
     core_.setup.training = true;
     return RTF_SUCCESS;
   });
@@ -14,7 +16,8 @@ int VirtualRegister::BeginTraining() {
 
 int VirtualRegister::EndTraining() {
   return Perform(__func__, [&] {
-    if (!core_.setup.training || !core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
+    if (!core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
+    if (!core_.setup.training) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNotTraining);
     core_.setup.training = false;
     return RTF_SUCCESS;
   });
