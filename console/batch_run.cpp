@@ -90,10 +90,12 @@ std::string with_error_file(const std::string& line, const std::string& error_fi
 
 BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client) {
   BatchRun run;
+  BatchRefusals refusals(client);
   const auto send = [&](const std::string& text) {
-    BatchStop stop(client);
+    BatchStop stop(client, [&refusals](uint64_t lines) { refusals.note(lines); });
     run.code = library.run_line(text, &run.answer);
     run.lines = stop.lines();
+    refusals.note(run.lines);
     run.stopped_behind = stop.stopped_behind();
   };
   const Request request(line);
@@ -122,8 +124,8 @@ BatchRun run_batch_line(const std::string& line, Library& library, RegisterClien
   } else if (run.code == 0) {
     run.unknown = cut_cause(*scratch);
     try {
-      run.failures =
-          failed_lines(read_batch_errors(scratch->error_file()), file, shown(request.file()));
+      run.failures = failed_lines(read_batch_errors(scratch->error_file()), file,
+                                  shown(request.file()), refusals);
     } catch (const Failure& failure) {
       run.unknown = failure.what();
     }
@@ -132,7 +134,7 @@ BatchRun run_batch_line(const std::string& line, Library& library, RegisterClien
 }
 
 std::vector<FailedLine> failed_lines(const std::vector<BatchError>& errors, const std::string& file,
-                                     const std::string& place) {
+                                     const std::string& place, const BatchRefusals& refusals) {
   std::map<uint64_t, std::string> texts;
   for (const BatchError& error : errors) texts[error.line];
   std::error_code unknown;
@@ -147,7 +149,8 @@ std::vector<FailedLine> failed_lines(const std::vector<BatchError>& errors, cons
   std::vector<FailedLine> failures;
   for (const BatchError& error : errors) {
     failures.push_back({error.line == 0 ? place : fmt::format("{}:{}", place, error.line),
-                        error.code, error.text, texts[error.line]});
+                        error.code, error.text, texts[error.line],
+                        refusals.reason(error.line, error.code)});
   }
   return failures;
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "batch_refusals.h"
 #include "batch_request.h"
 #include "failure_report.h"
 #include "library.h"
@@ -37,7 +38,7 @@ BatchRun run_batch_line(const std::string& line, Library& library, RegisterClien
 // The failing lines of a batch with their texts, which are read from its file; place names the file
 // as it is shown.
 std::vector<FailedLine> failed_lines(const std::vector<BatchError>& errors, const std::string& file,
-                                     const std::string& place);
+                                     const std::string& place, const BatchRefusals& refusals);
 
 void report_failures(const std::vector<FailedLine>& failures, FailureReport& report);
 

@@ -299,6 +299,10 @@ std::span<const CodeClass> code_classes() { return kClasses; }
 std::span<const OwnCode> own_codes() { return kOwnCodes; }
 std::span<const ClientResult> client_results() { return kClientResults; }
 
+bool comes_from(long code, int result) {
+  return code == static_cast<int>(code) && !chain_to(result, static_cast<int>(code)).empty();
+}
+
 std::vector<CodeReading> read_code(int code) {
   std::vector<CodeReading> readings;
   if (code == 0) {

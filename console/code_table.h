@@ -53,5 +53,8 @@ struct CodeReading {
   bool once_or_more = false;  // a further pass changes nothing, so that it may be one of several
 };
 
+// Whether a result of the device client can have led to the code.
+bool comes_from(long code, int result);
+
 // Every way that is known, the likelier one first; none for a number that is no result code.
 std::vector<CodeReading> read_code(int code);

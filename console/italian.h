@@ -19,6 +19,7 @@ std::span<const ItalianText> italian_check_texts();
 std::span<const ItalianText> italian_codes_texts();
 std::span<const ItalianText> italian_help_texts();
 std::span<const ItalianText> italian_journal_texts();
+std::span<const ItalianText> italian_refusal_texts();
 std::span<const ItalianText> italian_register_texts();
 std::span<const ItalianText> italian_messages_texts();
 std::span<const ItalianText> italian_examples_texts();

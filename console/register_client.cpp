@@ -10,13 +10,17 @@
 #include <utility>
 
 #include "clock_text.h"
+#include "code_table.h"
 #include "failure.h"
 #include "notices.h"
+#include "refusal_text.h"
 #include "register/picture.h"
 #include "register/virtual_register.h"
 #include "register_messages.h"
 #include "register_options.h"
 #include "register_text.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
 #include "text.h"
 #include "translate.h"
 
@@ -128,6 +132,25 @@ lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
 
 std::string RegisterClient::last_failure() const {
   return register_message(device_->last_failure());
+}
+
+uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }
+
+const lorimat::Refusal& RegisterClient::last_refusal() const { return device_->last_refusal(); }
+
+std::string RegisterClient::reason(const lorimat::Refusal& refusal, long code) const {
+  // For the library every refused key is a wrong state. A line may go on behind a refusal, and fail
+  // for something else.
+  const int result = refusal.by_key ? RTF_EFPTR_WRONG_STATE : refusal.code;
+  if (result == RTF_SUCCESS || !comes_from(code, result)) return {};
+  if (refusal.cause == lorimat::RefusalCause::kNotKept && !last_failure().empty()) {
+    return tr("The register could not store it, and nothing was changed: {}.", last_failure());
+  }
+  return refusal_text(refusal);
+}
+
+std::string RegisterClient::reason_since(uint64_t refusals_before, long code) const {
+  return refusals() == refusals_before ? std::string() : reason(last_refusal(), code);
 }
 
 const lorimat::Paper& RegisterClient::printed() const { return device_->Printed(); }

@@ -2,6 +2,7 @@
 // traces through it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,6 +13,7 @@
 class RtfClientInterface;
 namespace lorimat {
 class Paper;
+struct Refusal;
 class VirtualRegister;
 }  // namespace lorimat
 
@@ -32,6 +34,14 @@ class RegisterClient {
   const std::string& file() const { return file_; }
   // Why the register could not be kept, with its file; empty when nothing failed.
   std::string last_failure() const;
+  // How many operations were refused until now, and the last one.
+  uint64_t refusals() const;
+  const lorimat::Refusal& last_refusal() const;
+  // Why the register refused, in a sentence, when that led to this code of the library; empty when
+  // it did not, or the reason is not known.
+  std::string reason(const lorimat::Refusal& refusal, long code) const;
+  // The same of the last one, if it is not among the first so many.
+  std::string reason_since(uint64_t refusals_before, long code) const;
   // Everything printed since the register was switched on; the text has a line feed behind each
   // line.
   const lorimat::Paper& printed() const;

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "batch_refusals.h"
 #include "batch_request.h"
 #include "batch_run.h"
 #include "batch_stop.h"
@@ -75,6 +76,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
                               line.text);
     } else {
       std::string answer;
+      const uint64_t refusals = client.refusals();
       long code = 0;
       if (is_batch_line(line.text)) {
         const BatchRun batch = run_batch_line(line.text, library, client);
@@ -91,7 +93,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
         code = library.run_line(line.text, &answer);
       }
       if (code != 0) {
-        failures.report({place, code, answer, line.text});
+        failures.report({place, code, answer, line.text, client.reason_since(refusals, code)});
         tell_failure(client, &told_failure, streams);
       } else if (options.verbose || answer != plain_answer) {
         progress.clear();
@@ -159,9 +161,14 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   long code = 0;
   Progress progress(streams, is_long(reader), lines);
   std::optional<uint64_t> stopped_behind;
+  BatchRefusals refusals(client);
   {
-    BatchStop stop(client, [&progress](uint64_t line) { progress.update(line); });
+    BatchStop stop(client, [&progress, &refusals](uint64_t line) {
+      progress.update(line);
+      refusals.note(line);
+    });
     code = library.run_line(batch_line(place.name, scratch.error_file()), &answer);
+    refusals.note(stop.lines());
     stopped_behind = stop.stopped_behind();
   }
   progress.clear();
@@ -174,8 +181,9 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   }
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
-  report_failures(
-      failed_lines(read_batch_errors(scratch.error_file()), options.file, reader.name()), failures);
+  report_failures(failed_lines(read_batch_errors(scratch.error_file()), options.file, reader.name(),
+                               refusals),
+                  failures);
   failures.summarize();
   if (stopped_behind) {
     tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), *stopped_behind));

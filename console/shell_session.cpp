@@ -138,9 +138,12 @@ void ShellSession::run(const std::string& text, const std::string& place) {
   }
   std::string answer;
   const bool was_lost = memory_.sale_is_lost();
+  const uint64_t refusals = client_.refusals();
   const long code = library_.run_line(text, &answer);
   memory_.answered(text, code);
-  show_answer(text, code, answer, place, code == kNoDocument && was_lost);
+  show_answer(text, code, answer, place,
+              code == kNoDocument && was_lost ? lost_sale_text()
+                                              : client_.reason_since(refusals, code));
   show_paper();
   tell_register_failure();
 }
@@ -148,7 +151,9 @@ void ShellSession::run(const std::string& text, const std::string& place) {
 void ShellSession::run_batch(const std::string& text, const std::string& place) {
   const BatchRun batch = run_batch_line(text, library_, client_);
   memory_.answered(text, batch.code);
-  if (!batch.stopped_behind || batch.code != 0) show_answer(text, batch.code, batch.answer, place);
+  if (!batch.stopped_behind || batch.code != 0) {
+    show_answer(text, batch.code, batch.answer, place, "");
+  }
   show_paper();
   tell_register_failure();
   tell_unknown_failures(batch, place, streams_);
@@ -203,18 +208,18 @@ FailureReport* ShellSession::line_report() {
 }
 
 void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
-                               const std::string& place, bool sale_was_lost) {
+                               const std::string& place, const std::string& reason) {
   const std::string words = shown(without_trailing_blanks(answer));
   FailureReport* report = line_report();
   if (code != 0 && report != nullptr) {
     ++failures_;
-    report->report({place, code, answer, text, sale_was_lost ? lost_sale_text() : ""});
+    report->report({place, code, answer, text, reason});
   } else if (code != 0) {
     // The place that is shown has the hint of the encoding.
     fail(place, tr("code {}: {}", code, words), "");
     const size_t columns = look_.columns();
     streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
-    if (sale_was_lost) streams_.output(wrapped(lost_sale_text(), kIndent, columns));
+    if (!reason.empty()) streams_.output(wrapped(reason, kIndent, columns));
   } else if (!look_.terminal) {
     if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
   } else if (file_report_) {

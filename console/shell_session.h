@@ -64,7 +64,7 @@ class ShellSession {
   std::string lost_sale_text() const;
   std::string next_sale_text() const;
   void show_answer(const std::string& text, long code, const std::string& answer,
-                   const std::string& place, bool sale_was_lost = false);
+                   const std::string& place, const std::string& reason);
   void tell_stop(const std::string& file, uint64_t line);
   void fail(const std::string& place, const std::string& what, std::string_view line);
   void tell_register_failure();

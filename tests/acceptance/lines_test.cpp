@@ -122,7 +122,9 @@ TEST(Lines, EveryByteValueGetsAnAnswerAndNoControlByteReachesTheTerminal) {
       EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << static_cast<int>(c);
     }
     EXPECT_THAT(run.errors, HasSubstr("\\x01X"));
-    if (form.size() == 3) EXPECT_THAT(run.errors, HasSubstr("\\x1BX"));
+    if (form.size() == 3) {
+      EXPECT_THAT(run.errors, HasSubstr("\\x1BX"));
+    }
   }
 }
 

@@ -309,6 +309,9 @@ TEST(RegisterRun, AFullDiskNamesFileAndCauseAndLeavesNoHalfReceipt) {
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("code 623"));  // the device's failure, 111
   EXPECT_THAT(run.errors, HasSubstr("lorimat: the register could not be kept: " + shop.file()));
+  EXPECT_THAT(run.errors,
+              HasSubstr("\n  The register could not store it, and nothing was changed: " +
+                        shop.file() + ": "));
 
   const ProgramRun next = shop.sell(kReceipt);
   EXPECT_EQ(next.exit_code, 0) << next.errors;

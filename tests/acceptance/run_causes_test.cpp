@@ -79,6 +79,56 @@ TEST(RunCauses, WhatTheDeviceAnsweredIsNamed) {
                         "department does not exist.\n"));
 }
 
+TEST(RunCauses, WhatTheRegisterKnowsStandsBelowTheLine) {
+  // The sentence stands between the line and the class of the code.
+  const auto reason = [](const std::string& lines) {
+    const ProgramRun run = run_lines(lines);
+    const size_t begin = run.errors.find("\n  ");
+    const std::string text = run.errors.substr(std::min(run.errors.size(), begin + 1));
+    const size_t line = text.find('\n') + 1;
+    return text.substr(line, text.find('\n', line) - line);
+  };
+  EXPECT_EQ(reason("VEND REP=99, PRE=1.00\n"), "  There is no department 99: they are 1 to 40.");
+  EXPECT_EQ(reason("INP TASTO=CHIAVE, NUM='2'\nVEND REP=1, PRE=1.00\n"),
+            "  The key is at position 2, reading: documents are begun with it at position 1, "
+            "registering.");
+  EXPECT_EQ(reason("VEND REP=1, PRE=1.00\nINP TASTO=CHIAVE, NUM='2'\nCHIU\n"),
+            "  Now a receipt is open, 1 line, subtotal 1,00; key and operator change where no "
+            "document is open.");
+  EXPECT_EQ(reason("REPORT TIPO=1, FILE='/dev/full'\n"),
+            "  Writing failed (No space left on device): '/dev/full'.");
+  // A key that was refused: the library takes every one for a wrong state.
+  EXPECT_EQ(reason("INP TASTO=CHIAVE, NUM='9'\n"),
+            "  Not allowed for the position of the key: 9; it goes from 1 to 4.");
+}
+
+TEST(RunCauses, ARefusalBeforeDoesNotExplainWhatTheLibraryRefuses) {
+  const ProgramRun run = run_lines("VEND REP=99, PRE=1.00\nVEND PRE=1.00\n");
+  const size_t second = run.errors.find("standard input:2: code 269");
+  ASSERT_NE(second, std::string::npos);
+  EXPECT_THAT(run.errors.substr(second), Not(HasSubstr("There is no department")));
+}
+
+TEST(RunCauses, ABatchHasTheReasonOfEachLine) {
+  TestFolder folder;
+  const std::string lines =
+      folder.write("lines.cmd",
+                   "VEND REP=99, PRE=1.00\n\nVEND PRE=1\nVEND REP=1, PRE=3.00\nCHIU TEND='BONUS'\n"
+                   "CHKSUB IMP=5.00\n");
+  const ProgramRun by_line = run_console({"run", lines});
+  const ProgramRun by_batch = run_console({"run", lines, "--batch"});
+  EXPECT_THAT(by_batch.errors, HasSubstr("\n  There is no department 99: they are 1 to 40.\n"));
+  EXPECT_THAT(by_batch.errors, HasSubstr("\n  There is no tender 'BONUS'.\n"));
+  EXPECT_THAT(by_batch.errors, HasSubstr("\n  5,00 was given, and the document comes to 3,00.\n"));
+  EXPECT_EQ(by_batch.errors, by_line.errors);
+}
+
+TEST(RunCauses, WhatTheRegisterKnowsIsItalianToo) {
+  const ProgramRun run = run_console(
+      {"run", "-"}, {.input = "VEND REP=99, PRE=1.00\n", .environment = {{"LANG", "it"}}});
+  EXPECT_THAT(run.errors, HasSubstr("\n  Il reparto 99 non c'è: vanno da 1 a 40.\n"));
+}
+
 TEST(RunCauses, TheBareFormHasLineAndAnswerAlone) {
   const ProgramRun run =
       run_lines("VEND REP=1, PRE=1.00\nVNED REP=2, PRE=1.50\nCHIU\n", {"--terse"});

@@ -69,6 +69,14 @@ TEST_F(ShellOnTerminal, ALineShowsItsAnswerTheNewPaperAndTheStateOfTheRegister) 
   EXPECT_EQ(0, run.wait_for_end());
 }
 
+TEST_F(ShellOnTerminal, WhyTheRegisterRefusedIsTold) {
+  TerminalRun run(shell(), setting());
+  EXPECT_THAT(run.enter("INP TASTO=CHIAVE, NUM='9'"),
+              testing::Contains("  Not allowed for the position of the key: 9; it goes from 1 to 4."));
+  run.type(kCtrlD);
+  EXPECT_EQ(0, run.wait_for_end());
+}
+
 TEST_F(ShellOnTerminal, AFailureIsToldInWordsWithItsPlace) {
   TerminalRun run(shell(), setting());
   EXPECT_THAT(

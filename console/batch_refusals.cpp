@@ -1,0 +1,16 @@
+#include "batch_refusals.h"
+
+#include "failure_report.h"
+
+void BatchRefusals::note(uint64_t line) {
+  if (client_.refusals() == seen_) return;
+  seen_ = client_.refusals();
+  const lorimat::Refusal& refusal = client_.last_refusal();
+  // No more are shown. The library may give one code for several of the register's.
+  if (++counts_[refusal.code] <= FailureReport::kShown) by_line_[line] = refusal;
+}
+
+std::string BatchRefusals::reason(uint64_t line, long code) const {
+  const auto found = by_line_.find(line);
+  return found == by_line_.end() ? std::string() : client_.reason(found->second, code);
+}
