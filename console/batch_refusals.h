@@ -6,14 +6,16 @@
 #include <map>
 #include <string>
 
+#include "memory_watch.h"
 #include "register/refusal.h"
 #include "register_client.h"
 
 class BatchRefusals {
  public:
-  // The client has to outlive this object.
-  explicit BatchRefusals(const RegisterClient& client)
-      : client_(client), seen_(client.refusals()) {}
+  // What is given has to outlive this object. With a memory it is told, too, why a sale opened no
+  // receipt.
+  BatchRefusals(const RegisterClient& client, const MemoryWatch* memory)
+      : client_(client), memory_(memory), seen_(client.refusals()) {}
 
   // The line of this number, from 1, has run.
   void note(uint64_t line);
@@ -21,8 +23,14 @@ class BatchRefusals {
   std::string reason(uint64_t line, long code) const;
 
  private:
+  struct Refused {
+    lorimat::Refusal refusal;
+    bool sale_was_lost = false;
+  };
+
   const RegisterClient& client_;
+  const MemoryWatch* memory_;
   uint64_t seen_;  // refusals
-  std::map<uint64_t, lorimat::Refusal> by_line_;
+  std::map<uint64_t, Refused> by_line_;
   std::map<int, uint64_t> counts_;  // by the code that the register answered
 };

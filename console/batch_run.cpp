@@ -88,9 +88,10 @@ std::string with_error_file(const std::string& line, const std::string& error_fi
   return changed.size() <= kLongestLine ? changed : std::string();
 }
 
-BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client) {
+BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client,
+                        const MemoryWatch* memory) {
   BatchRun run;
-  BatchRefusals refusals(client);
+  BatchRefusals refusals(client, memory);
   const auto send = [&](const std::string& text) {
     BatchStop stop(client, [&refusals](uint64_t lines) { refusals.note(lines); });
     run.code = library.run_line(text, &run.answer);

@@ -12,6 +12,7 @@
 #include "batch_request.h"
 #include "failure_report.h"
 #include "library.h"
+#include "memory_watch.h"
 #include "register_client.h"
 
 struct BatchRun {
@@ -33,7 +34,8 @@ bool is_batch_line(const std::string& line);
 // of more than the characters there may be.
 std::string with_error_file(const std::string& line, const std::string& error_file);
 
-BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client);
+BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client,
+                        const MemoryWatch* memory);
 
 // The failing lines of a batch with their texts, which are read from its file; place names the file
 // as it is shown.

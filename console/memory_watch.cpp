@@ -22,6 +22,7 @@ void MemoryWatch::take(std::string_view line) {
   settle(std::nullopt);
   constexpr std::string_view kEnd = ">";
   const bool whole = line.size() >= kEnd.size() && line.substr(line.size() - 1) == kEnd;
+  was_lost_ = sale_is_lost();
   pending_.emplace(whole ? line.substr(0, line.size() - 1) : line);
   ready_before_ = ready();
   // A line that the trace cuts may have done anything, as a batch that nobody followed.
@@ -43,6 +44,14 @@ void MemoryWatch::answered(const std::string& line, long code) {
   // As it was sent: the trace shows less of a long line.
   if (pending_) pending_ = line;
   settle(code);
+}
+
+std::string MemoryWatch::lost_sale_reason(bool was_lost, long code) const {
+  if (!was_lost || code != kNoDocument) return {};
+  return tr(
+      "No sale opens a receipt now: the library takes one for open, and the printer has none. "
+      "The way out is {}.",
+      ways_out());
 }
 
 std::string MemoryWatch::ways_out() const {

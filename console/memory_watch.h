@@ -12,6 +12,9 @@
 
 class MemoryWatch {
  public:
+  // The answer of a sale where no document is open.
+  static constexpr long kNoDocument = 1231;
+
   // Both have to outlive this object, which is to be made ahead of the first line.
   MemoryWatch(const Language& language, RegisterClient& client);
   ~MemoryWatch();
@@ -25,6 +28,11 @@ class MemoryWatch {
   TranslatorMemory::NextSale next_sale() const { return memory_.next_sale(); }
   // Whether a sale now would find no receipt and open none.
   bool sale_is_lost() const { return memory_.sale_is_lost(ready()); }
+  // The same ahead of the line that runs, or ran last.
+  bool sale_was_lost() const { return was_lost_; }
+  // Why that line was answered with this code, and the way out, for a person; empty when a sale
+  // was not lost.
+  std::string lost_sale_reason(bool was_lost, long code) const;
   // For a person, in the words of the definition file: "CLEAR, CHIU or RESPRN".
   std::string ways_out() const;
 
@@ -38,4 +46,5 @@ class MemoryWatch {
   TranslatorMemory memory_;
   std::optional<std::string> pending_;  // the line at work
   bool ready_before_ = true;
+  bool was_lost_ = false;
 };

@@ -23,6 +23,7 @@
 #include "library_start.h"
 #include "line_encoding.h"
 #include "line_reader.h"
+#include "memory_watch.h"
 #include "notices.h"
 #include "open_document.h"
 #include "paper_places.h"
@@ -49,7 +50,8 @@ void tell_failure(const RegisterClient& client, std::string* told, Streams& stre
 
 // --- One EcrCmd for each line. Returns an exit code.
 int run_lines(const RunOptions& options, LineReader& reader, Library& library,
-              RegisterClient& client, FailureReport& failures, Streams& streams) {
+              RegisterClient& client, MemoryWatch* memory, FailureReport& failures,
+              Streams& streams) {
   // The answer of a line that has nothing to say, in the words of the definition file.
   std::string plain_answer;
   library.run_line("; lorimat run", &plain_answer);
@@ -79,7 +81,7 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
       const uint64_t refusals = client.refusals();
       long code = 0;
       if (is_batch_line(line.text)) {
-        const BatchRun batch = run_batch_line(line.text, library, client);
+        const BatchRun batch = run_batch_line(line.text, library, client, memory);
         code = batch.code;
         answer = batch.answer;
         tell_unknown_failures(batch, place, streams);
@@ -92,8 +94,14 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
       } else {
         code = library.run_line(line.text, &answer);
       }
+      std::string reason;
+      if (memory != nullptr) {
+        memory->answered(line.text, code);
+        reason = memory->lost_sale_reason(memory->sale_was_lost(), code);
+      }
       if (code != 0) {
-        failures.report({place, code, answer, line.text, client.reason_since(refusals, code)});
+        if (reason.empty()) reason = client.reason_since(refusals, code);
+        failures.report({place, code, answer, line.text, reason});
         tell_failure(client, &told_failure, streams);
       } else if (options.verbose || answer != plain_answer) {
         progress.clear();
@@ -146,7 +154,8 @@ uint64_t count_lines(const std::string& file) {
 }
 
 int run_batch(const RunOptions& options, const LineReader& reader, Library& library,
-              RegisterClient& client, FailureReport& failures, Streams& streams) {
+              RegisterClient& client, const MemoryWatch* memory, FailureReport& failures,
+              Streams& streams) {
   const BatchPlace place = split(options.file);
   const uint64_t lines = count_lines(options.file);
   const ScratchFolder scratch;
@@ -161,7 +170,7 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   long code = 0;
   Progress progress(streams, is_long(reader), lines);
   std::optional<uint64_t> stopped_behind;
-  BatchRefusals refusals(client);
+  BatchRefusals refusals(client, memory);
   {
     BatchStop stop(client, [&progress, &refusals](uint64_t line) {
       progress.update(line);
@@ -181,9 +190,9 @@ int run_batch(const RunOptions& options, const LineReader& reader, Library& libr
   }
   std::string told_failure;
   tell_failure(client, &told_failure, streams);
-  report_failures(failed_lines(read_batch_errors(scratch.error_file()), options.file, reader.name(),
-                               refusals),
-                  failures);
+  report_failures(
+      failed_lines(read_batch_errors(scratch.error_file()), options.file, reader.name(), refusals),
+      failures);
   failures.summarize();
   if (stopped_behind) {
     tell_error(streams, tr("stopped by {} behind line {}", interrupt_name(), *stopped_behind));
@@ -268,8 +277,13 @@ int run_command(const RunOptions& options, Streams& streams) {
   std::optional<Language> language;
   if (!options.terse) language.emplace(find_definition_file(options.language).path);
   FailureReport failures(streams, language ? &*language : nullptr, true);
-  const int code = options.batch ? run_batch(options, reader, *library, *client, failures, streams)
-                                 : run_lines(options, reader, *library, *client, failures, streams);
+  std::optional<MemoryWatch> memory;
+  if (language) memory.emplace(*language, *client);
+  MemoryWatch* const watched = memory ? &*memory : nullptr;
+  const int code = options.batch
+                       ? run_batch(options, reader, *library, *client, watched, failures, streams)
+                       : run_lines(options, reader, *library, *client, watched, failures, streams);
+  memory.reset();
   PaperPlaces::Outcome outcome = places.write();
   // A caller that has the signal ignored is told, and one whose run a signal has ended.
   if (outcome.reader_gone && (caller_wants_error || interrupted != 0)) {

@@ -33,7 +33,6 @@ namespace {
 
 constexpr size_t kShownLine = 100;  // of a failing line
 constexpr size_t kIndent = 2;
-constexpr long kNoDocument = 1231;  // a sale where no document is open
 
 struct OwnWord {
   const char* word;
@@ -137,19 +136,18 @@ void ShellSession::run(const std::string& text, const std::string& place) {
     return;
   }
   std::string answer;
-  const bool was_lost = memory_.sale_is_lost();
   const uint64_t refusals = client_.refusals();
   const long code = library_.run_line(text, &answer);
   memory_.answered(text, code);
+  const std::string lost = memory_.lost_sale_reason(memory_.sale_was_lost(), code);
   show_answer(text, code, answer, place,
-              code == kNoDocument && was_lost ? lost_sale_text()
-                                              : client_.reason_since(refusals, code));
+              lost.empty() ? client_.reason_since(refusals, code) : lost);
   show_paper();
   tell_register_failure();
 }
 
 void ShellSession::run_batch(const std::string& text, const std::string& place) {
-  const BatchRun batch = run_batch_line(text, library_, client_);
+  const BatchRun batch = run_batch_line(text, library_, client_, &memory_);
   memory_.answered(text, batch.code);
   if (!batch.stopped_behind || batch.code != 0) {
     show_answer(text, batch.code, batch.answer, place, "");
@@ -176,13 +174,6 @@ void ShellSession::show_batch_failures(const BatchRun& batch) {
   tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
 }
 
-std::string ShellSession::lost_sale_text() const {
-  return tr(
-      "No sale opens a receipt now: the library takes one for open, and the printer has none. "
-      "The way out is {}.",
-      memory_.ways_out());
-}
-
 std::string ShellSession::next_sale_warning() const {
   return memory_.sale_is_lost() ? tr("the next sale opens no receipt: {}", memory_.ways_out()) : "";
 }
@@ -196,9 +187,9 @@ std::string ShellSession::next_sale_text() const {
     case TranslatorMemory::NextSale::kOpensNone:
       break;
   }
-  return memory_.sale_is_lost()
-             ? tr("opens no receipt, code {}; the way out is {}", kNoDocument, memory_.ways_out())
-             : tr("goes into what is open");
+  return memory_.sale_is_lost() ? tr("opens no receipt, code {}; the way out is {}",
+                                     MemoryWatch::kNoDocument, memory_.ways_out())
+                                : tr("goes into what is open");
 }
 
 // Of a line that does not stand right above.

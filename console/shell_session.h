@@ -61,7 +61,6 @@ class ShellSession {
   void run_batch(const std::string& text, const std::string& place);
   void show_batch_failures(const BatchRun& batch);
   FailureReport* line_report();
-  std::string lost_sale_text() const;
   std::string next_sale_text() const;
   void show_answer(const std::string& text, long code, const std::string& answer,
                    const std::string& place, const std::string& reason);

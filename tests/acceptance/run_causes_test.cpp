@@ -232,3 +232,28 @@ TEST(RunCauses, AreItalianForItsReaders) {
               HasSubstr("  volte  codice  prima riga        che cosa significa\n"
                         "     21     257  standard input:1  Nessun comando del file di "));
 }
+
+// Behind an automatic void the printer is ready, and the library takes a receipt for open.
+TEST(RunCauses, ASaleThatOpensNoReceiptIsLedOutInEveryWayToRun) {
+  TestFolder folder;
+  const std::string file =
+      folder.write("lost.cmd",
+                   "VEND REP=1, PRE=5.00\nCHIU\nDOCANNULLO AUTO\nVEND REP=1, PRE=7.00\nCLEAR\n"
+                   "VEND REP=1, PRE=8.00\nNOFIS\nCHIU\n");
+  const std::string lost =
+      "lost.cmd:4: code 1231: ERROR 4/207 : ECR SIGNALS CRITICAL ERROR 207 :\n"
+      "    VEND REP=1, PRE=7.00\n"
+      "  No sale opens a receipt now: the library takes one for open, and the printer has none. "
+      "The "
+      "way out is CLEAR, CHIU or RESPRN.\n";
+  const std::string batch = folder.write("batch.cmd", "@" + file + "\n");
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"run", file}, {"run", file, "--batch"}, {"run", batch}}) {
+    const ProgramRun run = run_console(arguments);
+    EXPECT_THAT(run.errors, HasSubstr(lost));
+    // The same code for another reason.
+    EXPECT_THAT(run.errors, HasSubstr("lost.cmd:7: code 1231"));
+    EXPECT_EQ(count(run.errors, "No sale opens a receipt"), 1);
+    EXPECT_THAT(run.output, HasSubstr("8,00"));
+  }
+}
