@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "answer_text.h"
@@ -23,9 +24,28 @@ namespace {
 constexpr size_t kWrapAt = 78;
 constexpr size_t kIndent = 10;
 
+// What was pasted, line by line, without the blanks and quotes around it.
+std::vector<std::string> pasted_lines(const std::vector<std::string>& arguments) {
+  constexpr const char* kAround = " \t\r\"'";
+  std::vector<std::string> lines;
+  for (const std::string& argument : arguments) {
+    std::istringstream text(argument);
+    bool empty = true;
+    for (std::string line; std::getline(text, line);) {
+      const size_t first = line.find_first_not_of(kAround);
+      if (first == std::string::npos) continue;
+      lines.push_back(line.substr(first, line.find_last_not_of(kAround) - first + 1));
+      empty = false;
+    }
+    if (empty) lines.push_back(argument);
+  }
+  return lines;
+}
+
 // The codes that the arguments name: numbers, and answers as they were pasted, in quotes or without
 // them. Throws Failure for a text that is neither.
-std::vector<int> read_codes(const std::vector<std::string>& arguments, MessageTexts& texts) {
+std::vector<int> read_codes(const std::vector<std::string>& given, MessageTexts& texts) {
+  const std::vector<std::string> arguments = pasted_lines(given);
   std::vector<int> codes;
   for (size_t i = 0; i < arguments.size(); ++i) {
     if (const std::optional<int> number = read_code_number(arguments[i])) {

@@ -94,6 +94,7 @@ std::span<const ItalianText> general_texts() {
       {"first line", "prima riga"},
       {"what it means", "che cosa significa"},
       {"stopped by {} behind line {}", "fermato con {} dopo la riga {}"},
+      {"{}: stopped: there is not enough memory", "{}: interrotto: la memoria non basta"},
       {"stopped at line {}, which failed", "fermato alla riga {}, che è fallita"},
       {"{} of {} lines failed", "righe fallite: {} su {}"},
       {"{}: which lines of the batch failed is not known for sure: {}",

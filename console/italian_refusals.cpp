@@ -56,6 +56,7 @@ std::span<const ItalianText> italian_refusal_texts() {
       {"The quantity {} is below zero.", "La quantità {} è sotto zero."},
       {"The price is {}: no price was given, and department or article have none.",
        "Il prezzo è {}: non è stato indicato, e il reparto o l'articolo non ne hanno."},
+      {"The price {} is below zero.", "Il prezzo {} è sotto zero."},
       {"{} at {} come to less than a cent.", "{} a {} fanno meno di un centesimo."},
       {"The price {} is above {}, the limit of department {}.",
        "Il prezzo {} supera {}, il limite del reparto {}."},
@@ -114,6 +115,9 @@ std::span<const ItalianText> italian_refusal_texts() {
        "Le righe fanno {}, e il documento da annullare {}."},
       {"Closure {} and document {}: numbers go to 9999, and are not below zero.",
        "Chiusura {} e documento {}: i numeri arrivano a 9999, e non vanno sotto zero."},
+      {"Closing {} and document {}: it takes both to name a document of this register.",
+       "Chiusura {} e documento {}: servono tutti e due per indicare un documento di questo "
+       "registratore."},
       {"The register has no receipt {}.", "Il registratore non ha lo scontrino {}."},
       {"There is no document, or the last one is no receipt of a sale.",
        "Non ci sono documenti, o l'ultimo non è lo scontrino di una vendita."},

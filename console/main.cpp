@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
+#include <new>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -281,6 +282,8 @@ int main(int argc, char** argv) {
       code = parse_and_run(argc, argv, streams);
     } catch (const Failure& failure) {
       tell_error(streams, failure.what());
+    } catch (const std::bad_alloc&) {
+      tell_error(streams, tr("there is not enough memory"));
     } catch (const std::exception& error) {
       tell_error(streams, register_message(error.what()));
     }

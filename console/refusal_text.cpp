@@ -68,6 +68,7 @@ constexpr RefusalSentence kSentences[] = {
     {Cause::kNegativeQuantity, "q", TR_TEXT("The quantity {} is below zero.")},
     {Cause::kNoPrice, "a",
      TR_TEXT("The price is {}: no price was given, and department or article have none.")},
+    {Cause::kNegativePrice, "a", TR_TEXT("The price {} is below zero.")},
     {Cause::kComesToNothing, "qa", TR_TEXT("{} at {} come to less than a cent.")},
     {Cause::kPriceAboveLimit, "aan",
      TR_TEXT("The price {} is above {}, the limit of department {}.")},
@@ -122,6 +123,8 @@ constexpr RefusalSentence kSentences[] = {
     // --- Documents that refer to another
     {Cause::kReference, "nn",
      TR_TEXT("Closure {} and document {}: numbers go to 9999, and are not below zero.")},
+    {Cause::kNotNamedWhole, "nn",
+     TR_TEXT("Closing {} and document {}: it takes both to name a document of this register.")},
     {Cause::kNoSuchDocument, "d", TR_TEXT("The register has no receipt {}.")},
     {Cause::kNoLastDocument, "",
      TR_TEXT("There is no document, or the last one is no receipt of a sale.")},

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -280,9 +281,15 @@ int run_command(const RunOptions& options, Streams& streams) {
   std::optional<MemoryWatch> memory;
   if (language) memory.emplace(*language, *client);
   MemoryWatch* const watched = memory ? &*memory : nullptr;
-  const int code = options.batch
-                       ? run_batch(options, reader, *library, *client, watched, failures, streams)
-                       : run_lines(options, reader, *library, *client, watched, failures, streams);
+  int code = kExitNotDone;
+  try {
+    code = options.batch
+               ? run_batch(options, reader, *library, *client, watched, failures, streams)
+               : run_lines(options, reader, *library, *client, watched, failures, streams);
+  } catch (const std::bad_alloc&) {
+    // The paper of what was done is written all the same.
+    tell_error(streams, tr("{}: stopped: there is not enough memory", reader.name()));
+  }
   memory.reset();
   PaperPlaces::Outcome outcome = places.write();
   // A caller that has the signal ignored is told, and one whose run a signal has ended.

@@ -126,7 +126,10 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
     price = arguments.unit_price;
   }
   if (price == kPresetPrice) price = preset;
-  if (price <= 0) return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kNoPrice, {price});
+  if (price <= 0) {
+    return Refuse(RTF_EFPTR_BAD_PRICE,
+                  price < 0 ? RefusalCause::kNegativePrice : RefusalCause::kNoPrice, {price});
+  }
   const std::optional<Amount> amount = LineAmount(item->quantity, price);
   if (!amount || *amount > kMaxAmount) {
     return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kLineTooHigh, {kMaxAmount});

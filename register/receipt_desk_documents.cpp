@@ -133,6 +133,10 @@ bool ReceiptDesk::IsOwn(const Reference& reference) const {
 
 // The sale of this register that a reference names, which has to be right in all that it gives.
 int ReceiptDesk::FindSale(const Reference& reference, StoredDocument* sale) const {
+  if (reference.closure == 0 || reference.number == 0) {
+    return Refuse(RTF_E_NOEXIST, RefusalCause::kNotNamedWhole,
+                  {reference.closure, reference.number});
+  }
   std::optional<StoredDocument> found = core_.store.Find(reference.closure, reference.number);
   if (!found || found->kind != DocumentKind::kSale) {
     return Refuse(RTF_E_NOEXIST, RefusalCause::kNoSuchDocument,

@@ -51,6 +51,7 @@ enum class RefusalCause : uint8_t {
   kNeitherDepartmentNorVat,
   kNegativeQuantity,    // quantity
   kNoPrice,             // price
+  kNegativePrice,       // price
   kComesToNothing,      // quantity, price
   kPriceAboveLimit,     // price, limit, department
   kLineTooHigh,         // the highest amount
@@ -83,6 +84,7 @@ enum class RefusalCause : uint8_t {
   kVoidTotalDiffers,  // total, that of the voided document
   // --- Documents that refer to another
   kReference,       // closure, number
+  kNotNamedWhole,   // closure, number
   kNoSuchDocument,  // closure, number
   kNoLastDocument,
   kVoidedAlready,    // closure, number

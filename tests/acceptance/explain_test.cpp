@@ -180,6 +180,15 @@ TEST(Explain, ANumberThatIsNoCodeIsToldAndAnswersOne) {
   EXPECT_THAT(run.output, HasSubstr("the library does not give this code"));
 }
 
+TEST(Explain, WhatIsPastedWithBlanksQuotesAndLineEndsIsTaken) {
+  const std::string plain = run_console({"explain", "4/218"}).output;
+  for (const char* text : {" 4/218 ", "4/218\r", "\"ERROR 4/218\"", "'ERROR 4/218'", "\n1242\n"}) {
+    EXPECT_EQ(run_console({"explain", text}).output, plain) << text;
+  }
+  EXPECT_EQ(run_console({"explain", "ERROR 4/218\nERROR 1/1\n"}).output,
+            run_console({"explain", "1242", "257"}).output);
+}
+
 TEST(Explain, TextsThatAreNoCodesAreWrongUse) {
   for (const char* code :
        {"abc", "12a", "1/", "/9", "1/256", "99999/1", "2147483648", "1/9/1", " "}) {
