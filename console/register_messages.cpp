@@ -28,6 +28,8 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("cannot be written"),
     TR_TEXT("cannot be written: {}"),
     TR_TEXT("its folder cannot be written: {}"),
+    TR_TEXT("is not there, or empty, and {} is: what was stored last stands in it alone. Put the "
+            "register back beside it, or move it away"),
     TR_TEXT("cannot be written here, and {} has to be taken over into it: copy both to a folder "
             "where they can be written"),
     TR_TEXT("cannot be written here, and its tables of version {} have to be brought up to version "

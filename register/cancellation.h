@@ -1,5 +1,6 @@
 // A thread that is cancelled (pthread_cancel) while this lives goes on and is cancelled behind it,
-// at its next point of cancellation. Where threads cannot be cancelled from outside, nothing.
+// at its next point of cancellation; one that may be cancelled anywhere (asynchronously) is no
+// thread for a register. Where threads cannot be cancelled from outside, nothing.
 #pragma once
 
 namespace lorimat {

@@ -67,7 +67,7 @@ void RegisterCore::Mark() {
   replaced_.reset();
 }
 
-void RegisterCore::Keep() {
+void RegisterCore::Keep(bool behind) {
   if (state == PrinterState::kMonitor) {
     document.begun = {};
   } else if (document.begun.tm_mday == 0) {
@@ -86,9 +86,12 @@ void RegisterCore::Keep() {
     // Of what is printed and not registered nothing is lost that counts.
     const bool fiscal = set || programmed || store.Changed() || document.id != 0;
     if (!database.in_unit()) database.Begin(fiscal);
-    answer_due = store.Registered()  ? AnswerDue::kDocument
-                 : store.ClosedDay() ? AnswerDue::kClosing
-                                     : AnswerDue::kNone;
+    // A document that was held and ends now has been registered before.
+    const bool ended = replaced_ && replaced_->id != 0;
+    answer_due = store.Registered() || ended ? AnswerDue::kDocument
+                 : store.ClosedDay()         ? AnswerDue::kClosing
+                 : behind                    ? kept_.answer_due
+                                             : AnswerDue::kNone;
     const bool chained = ChainedTablesChange(tables);
     const ProgrammedTexts before = ProgrammedValues(database, set, chained);
     if (programmed) StoreTables(database, tables);

@@ -135,7 +135,9 @@ struct RegisterCore : RegisterState {
   // Stores all that has changed since then, as one unit: it is there whole, or this throws and
   // nothing of it is. All that can fail comes before the commit; behind it nothing fails any more.
   // An operation is not answered with success before.
-  void Keep();
+  void Keep() { Keep(false); }
+  // The same for what follows an operation that is stored, before it is answered.
+  void Keep(bool behind);
   // Takes back all that has changed since Mark, here and in the file. Needs no memory.
   void TakeBack() noexcept;
   // Before an orderly switching off.

@@ -15,6 +15,8 @@
 #include <system_error>
 #include <utility>
 
+#include "register/cancellation.h"
+
 namespace lorimat {
 namespace {
 
@@ -135,8 +137,14 @@ Database::Database(const std::string& file, Open how, const DatabaseKind& kind) 
 }
 
 Database::~Database() {
+  const CancellationDelay whole;
   if (in_unit_) Rollback();
   idle_.clear();
+  begin_.reset();
+  commit_.reset();
+  rollback_.reset();
+  made_.Remove();
+  handle_.reset();
 }
 
 // What SQLite would make something of, though it is no place for a register.
@@ -154,6 +162,7 @@ void Database::CheckFile(Open how) {
   if (std::filesystem::is_directory(status)) {
     Fail("is a directory, not a register");
   }
+  if (how == Open::kCreate) CheckLoneLog();
   if (!std::filesystem::exists(status)) {
     if (how != Open::kCreate) {
       Fail(error ? error.message()
@@ -176,6 +185,19 @@ bool Database::IsTooLong() const {
       std::filesystem::weakly_canonical(std::filesystem::absolute(file_, error), error);
   return !error && system != nullptr &&
          whole.native().size() + kJournal > static_cast<size_t>(system->mxPathname);
+}
+
+// SQLite throws the log of a file away that is not there, or empty.
+void Database::CheckLoneLog() const {
+  // Beside what a link leads to.
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::weakly_canonical(file_, error);
+  const std::string log = (error ? file_ : target.string()) + "-wal";
+  if (!HasContent(log.c_str()) || HasContent(file_.c_str())) return;
+  Fail(
+      fmt::format("is not there, or empty, and {} is: what was stored last stands in it alone. Put "
+                  "the register back beside it, or move it away",
+                  log));
 }
 
 void Database::OpenHandle(const std::string& name, int flags) {
@@ -252,8 +274,11 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
   const int64_t application = Value("PRAGMA application_id");
   const bool blank =
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
-  // Somebody else was faster.
-  if (!blank) made_.Keep();
+  if (blank) {
+    made_.Lock();
+  } else {
+    made_.Keep();  // somebody else was faster
+  }
   if (!blank && application != kind.application_id) Fail("the database of another program");
   if (blank && how != Open::kCreate) Fail("the file is empty");
   if (!blank && version_ < 1) {

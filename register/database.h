@@ -154,6 +154,7 @@ class Database {
   void OpenFile(Open how, const DatabaseKind& kind);
   void OpenUnwritable(const std::string& cause);
   void Identify(Open how, const DatabaseKind& kind);
+  void CheckLoneLog() const;
   void CheckFile(Open how);
   bool IsTooLong() const;
   void ExplainOpening(int code) const;

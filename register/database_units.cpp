@@ -103,7 +103,9 @@ bool Database::DropRemains() noexcept {
   if (log == nullptr) return true;
   sqlite3_int64 size = 0;
   if (log->pMethods->xFileSize(log, &size) != SQLITE_OK) return false;
-  if (size <= kLogHeadSize) return true;
+  if (size <= kLogHeadSize) {
+    return !doubtful_ || log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) == SQLITE_OK;
+  }
   LogHead head;
   if (!ReadHead(log, &head)) return false;
   if (log_end_.frames < 0 && !CountFrames()) return false;
@@ -175,8 +177,8 @@ void Database::Rollback() noexcept {
   // Behind some failures SQLite has done it already.
   int code = SQLITE_OK;
   if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
+  if (in_unit_) version_ = version_before_;
   in_unit_ = false;
-  version_ = version_before_;
 }
 
 }  // namespace lorimat

@@ -4,6 +4,7 @@
 #include <utility>
 #include <variant>
 
+#include "register/cancellation.h"
 #include "register/core.h"
 #include "register/journal_check.h"
 #include "register/recovery.h"
@@ -56,6 +57,7 @@ class RegisterFile::Contents {
 RegisterFile::RegisterFile(const std::string& file) {
   // An empty name is no file.
   if (file.empty()) throw RegisterError("the register's file has no name");
+  const CancellationDelay whole;
   contents_ = std::make_unique<Contents>(file);
 }
 
@@ -120,6 +122,7 @@ JournalCheck RegisterFile::VerifyJournal(
 FaultPlan RegisterFile::Faults() const { return contents_->state.faults; }
 
 void RegisterFile::SetFaults(const FaultPlan& plan) {
+  const CancellationDelay whole;
   RegisterState changed = contents_->state;
   changed.faults = plan;
   Transaction transaction(contents_->database);

@@ -84,9 +84,9 @@ bool WriteInPlace(const fs::path& path, std::string_view content) {
   if (!file.good() || !file.Write(content) || !file.Sync() || !file.Close()) return false;
   std::error_code error;
   if (!fs::is_regular_file(path, error)) return true;
-  // A link's file, which may be new.
+  // A link's file, which may be new. One that has no name, like one in memory, has no folder.
   const fs::path target = fs::canonical(path, error);
-  return !error && SyncFolder(target.parent_path(), target);
+  return error || SyncFolder(target.parent_path(), target);
 }
 
 // A file of a name that nobody has, beside the one that it is to become. It goes when it does not.

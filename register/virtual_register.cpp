@@ -99,6 +99,9 @@ void Keep(std::deque<std::string>* lines, const char* line) noexcept {
 }  // namespace
 
 VirtualRegister::VirtualRegister(RegisterSettings settings)
+    : VirtualRegister(CancellationDelay(), std::move(settings)) {}
+
+VirtualRegister::VirtualRegister(const CancellationDelay&, RegisterSettings settings)
     : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {
   core_.last_failure.reserve(kCauseSize);
   first_line_ = core_.paper.dropped() + core_.paper.lines().size();

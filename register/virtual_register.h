@@ -341,6 +341,9 @@ class VirtualRegister : public RtfClientInterface {
   void set_wait_result_code(int code) override;
 
  private:
+  // A thread that is cancelled meanwhile goes when the register is there.
+  VirtualRegister(const CancellationDelay& whole, RegisterSettings settings);
+
   // Runs a client operation, which `operation` names. One that begins while another runs answers
   // RTF_E_BUSY. What it changed is stored before it is answered; when that fails, or with an
   // exception (no memory), all of it is taken back and the answer is RTF_E_FAILURE. The faults
@@ -399,7 +402,7 @@ class VirtualRegister : public RtfClientInterface {
       core_.Mark();
       try {
         work();
-        core_.Keep();
+        core_.Keep(!noted);
         return true;
       } catch (...) {
         if (noted) NoteFailure(!was_doubtful && core_.database.doubtful());

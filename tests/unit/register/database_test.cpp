@@ -7,6 +7,7 @@
 
 #include <optional>
 
+#include "register/new_file.h"
 #include "register/register_file.h"
 #include "register/schema.h"
 #include "store_fixture.h"
@@ -68,6 +69,62 @@ TEST_F(DatabaseTest, AnEmptyFileBecomesARegister) {
   EXPECT_EQ(Bytes("shop.register"), "");
   EXPECT_EQ(Refusal(Path("shop.register")), "");
   EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
+}
+
+// The register was moved away, or deleted: with its log SQLite would throw away receipts that stand
+// nowhere else, and a new register would begin in silence.
+TEST_F(DatabaseTest, ALogWithoutItsFileIsKept) {
+  Write("shop.register-wal", "what was stored last");
+  const std::string told = Path("shop.register") + ": is not there, or empty, and " +
+                           Path("shop.register-wal") +
+                           " is: what was stored last stands in it alone. Put the register back "
+                           "beside it, or move it away";
+  EXPECT_EQ(Refusal(Path("shop.register")), told);
+  EXPECT_FALSE(std::filesystem::exists(Path("shop.register")));
+  Write("shop.register", "");
+  EXPECT_EQ(Refusal(Path("shop.register")), told);
+  EXPECT_EQ(Bytes("shop.register-wal"), "what was stored last");
+  std::filesystem::remove(Path("shop.register-wal"));
+  EXPECT_EQ(Refusal(Path("shop.register")), "");
+}
+
+// Another program may be at the file before its lock is taken.
+TEST(NewFileTest, OnlyGoesWhileItIsEmptyOrLocked) {
+  const std::string file = testing::TempDir() + "new_file_test";
+  const auto make = [&file](NewFile* made) {
+    std::filesystem::remove(file);
+    ASSERT_EQ(made->Make(file), 0);
+  };
+  const auto write = [&file] { std::ofstream(file) << "theirs"; };
+  {
+    NewFile made;
+    make(&made);
+  }
+  EXPECT_FALSE(std::filesystem::exists(file));
+  {
+    NewFile made;
+    make(&made);
+    write();
+  }
+  EXPECT_TRUE(std::filesystem::exists(file));
+  {
+    NewFile made;
+    make(&made);
+    made.Lock();
+    write();
+  }
+  EXPECT_FALSE(std::filesystem::exists(file));
+  {
+    // Another file in its place.
+    NewFile made;
+    make(&made);
+    made.Lock();
+    std::filesystem::rename(file, file + ".old");
+    write();
+  }
+  EXPECT_TRUE(std::filesystem::exists(file));
+  std::filesystem::remove(file);
+  std::filesystem::remove(file + ".old");
 }
 
 // SQLite takes 512 bytes with its journal's name, "-journal"; a name has 255.

@@ -255,6 +255,24 @@ TEST_F(RecoveryTest, WhatWasRegisteredLastIsNamedForItsAnswer) {
   EXPECT_TRUE(device->unanswered());
 }
 
+// The sending is stored behind the closing, and the answer goes out behind both.
+TEST_F(RecoveryTest, AClosingThatSendsIsNamedAsOneThatDoesNot) {
+  Receipt(1, 10000);
+  ASSERT_EQ(device->PrintZReportEx(true), RTF_SUCCESS);
+  Cut();
+  ASSERT_TRUE(device->unanswered());
+  EXPECT_EQ(device->unanswered()->kind, "closing");
+}
+
+TEST_F(RecoveryTest, ADocumentThatWasHeldIsNamedBehindItsEnd) {
+  ASSERT_EQ(device->SetDataInternal(600, "1"), RTF_SUCCESS);
+  Receipt(1, 10000);
+  ASSERT_EQ(device->EndFiscalReceipt(true), RTF_SUCCESS);
+  Cut();
+  ASSERT_TRUE(device->unanswered());
+  EXPECT_EQ(device->unanswered()->number, 1);
+}
+
 TEST_F(RecoveryTest, NothingIsNamedBehindAnAnswerThatWentOut) {
   // An orderly end.
   Receipt(1, 10000);

@@ -2,6 +2,7 @@
 // touched.
 #include "register/report_file.h"
 
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -120,6 +121,17 @@ TEST_F(ReportFileTest, ANameOfAnyLengthThatTheSystemTakesIsWritten) {
   EXPECT_EQ(WriteFile(Path(std::string(255, 'n')), "text"), RTF_SUCCESS);
   EXPECT_EQ(WriteFile(Path(std::string(256, 'n')), "text"), RTF_E_FAILURE);
   EXPECT_EQ(Names(), std::set<std::string>{std::string(255, 'n')});
+}
+
+// A host's file in memory, by its descriptor.
+TEST_F(ReportFileTest, AFileWithoutANameIsWritten) {
+  const int memory = memfd_create("report", MFD_CLOEXEC);
+  ASSERT_GE(memory, 0);
+  EXPECT_EQ(WriteFile("/proc/self/fd/" + std::to_string(memory), "lines\n"), RTF_SUCCESS);
+  char text[8] = {};
+  EXPECT_EQ(pread(memory, text, sizeof text, 0), 6);
+  EXPECT_STREQ(text, "lines\n");
+  close(memory);
 }
 
 TEST_F(ReportFileTest, TheModeIsThatOfANewFile) {
