@@ -116,9 +116,7 @@ void FailureReport::report_text(const std::string& place, const std::string& wha
 
 void FailureReport::explain(const FailedLine& failed) {
   const size_t width = columns();
-  std::optional<Finding> found = parser_finding(*language_, failed.text);
-  // What the line is refused for, and not another thing that is wrong in it.
-  if (found && found->code != 0 && found->code != failed.code) found.reset();
+  const std::optional<Finding> found = parser_finding(*language_, failed.text, failed.code);
   std::string out;
   if (found && found->column != 0 && found->column <= failed.text.size() + 1) {
     out = place_text(without_passwords(language_, failed.text), found->column,

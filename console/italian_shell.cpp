@@ -15,13 +15,16 @@ std::span<const ItalianText> italian_shell_texts() {
   printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat shell
       The same as a pipe: no prompt; the paper goes to standard output as it is printed, failing
       lines to standard error as with "lorimat run".
+  lorimat shell --json --register shop.register
+      For a program: requests such as {"id": 1, "line": "VEND REP=1, PRE=2.50"} on standard input,
+      a line each, and an answer in a line of JSON for each on standard output.
 
 "?" lists the commands of the language, "? VEND" tells of one, ".help" of the shell itself. TAB
 completes names. The lines typed are kept in $XDG_STATE_HOME/lorimat/history or
 ~/.local/state/lorimat/history.
 
 Exit codes:
-  0  the shell was left; as a pipe: every line ran
+  0  the shell was left; as a pipe: every line ran; with --json: the input has ended
   1  as a pipe: at least one line failed
   2  wrong use, or the shell or its output could not be done
   130  as a pipe: stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
@@ -34,17 +37,25 @@ Exit codes:
   printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat shell
       Lo stesso da una pipe: nessun invito; la carta va sull'uscita standard man mano che è
       stampata, le righe fallite sull'errore standard come con "lorimat run".
+  lorimat shell --json --register shop.register
+      Per un programma: richieste come {"id": 1, "line": "VEND REP=1, PRE=2.50"} sull'ingresso
+      standard, una per riga, e per ognuna una risposta in una riga di JSON sull'uscita standard.
 
 "?" elenca i comandi del linguaggio, "? VEND" ne spiega uno, ".help" spiega la shell. TAB completa
 i nomi. Le righe scritte restano in $XDG_STATE_HOME/lorimat/history o in
 ~/.local/state/lorimat/history.
 
 Codici d'uscita:
-  0  si è usciti dalla shell; da una pipe: ogni riga è andata a buon fine
+  0  si è usciti dalla shell; da una pipe: ogni riga è andata a buon fine; con --json: l'ingresso è
+     finito
   1  da una pipe: almeno una riga è fallita
   2  uso sbagliato, o la shell o la sua uscita non riesce
   130  da una pipe: fermata da Ctrl-C; 143 da SIGTERM, 129 da SIGHUP
 )"},
+      {"For programs: take a request in JSON on each line of standard input, and write "
+       "an answer in JSON for each",
+       "Per i programmi: prende una richiesta JSON per ogni riga dell'ingresso standard, "
+       "e a ognuna risponde in JSON"},
       {"lorimat {}: a virtual register, {}.", "lorimat {}: un registratore virtuale, {}."},
       {"in memory", "in memoria"},
       {"kept in {}", "conservato in {}"},

@@ -16,9 +16,10 @@
 #include "text.h"
 #include "translate.h"
 
-LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t* stop)
+LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t* stop, size_t kept)
     : name_(file == "-" ? tr("standard input") : shown(file)),
       stop_(stop),
+      kept_(kept),
       file_(file == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
                         : open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (!file_.is_open()) {
@@ -86,7 +87,7 @@ bool LineReader::next(SourceLine* line) {
             line->length + static_cast<uint64_t>(static_cast<const char*>(nul) - from) + 1;
       }
     }
-    line->text.append(from, std::min(count, kKept - line->text.size()));
+    line->text.append(from, std::min(count, kept_ - line->text.size()));
     line->length += count;
     if (count > 0) last = from[count - 1];
     ended = feed != nullptr;

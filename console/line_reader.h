@@ -15,21 +15,23 @@ constexpr size_t kLongestLine = 2046;
 
 struct SourceLine {
   uint64_t number = 0;  // from 1, every physical line counts
-  std::string text;     // its first kKept bytes; that is more than kLongestLine
+  std::string text;     // its first bytes, as many as the reader keeps
   uint64_t length = 0;  // the whole line's
   uint64_t nul_at = 0;  // column of the first NUL byte, from 1; 0 when there is none
 };
 
 class LineReader {
  public:
-  // What is kept of a line: enough for the library to see that it is too long, so that a file
-  // without a line feed does not fill the memory.
+  // What is kept of a line, where nothing else is asked for: more than kLongestLine, enough for the
+  // library to see that it is too long, so that a file without a line feed does not fill the
+  // memory.
   static constexpr size_t kKept = 4096;
 
   // Opens the file; "-" is standard input. Throws Failure when it is missing, a directory or
   // unreadable. Reading ends, as at the end of the file, once *stop is set by a handler of
   // the signals of interrupt.h, also while it waits for a pipe or a terminal.
-  explicit LineReader(const std::string& file, const volatile std::sig_atomic_t* stop = nullptr);
+  explicit LineReader(const std::string& file, const volatile std::sig_atomic_t* stop = nullptr,
+                      size_t kept = kKept);
 
   // Reads the next line; false at the end of the file. Throws Failure on a read error.
   bool next(SourceLine* line);
@@ -45,6 +47,7 @@ class LineReader {
 
   std::string name_;
   const volatile std::sig_atomic_t* stop_;
+  size_t kept_;
   Descriptor file_;
   bool regular_ = false;
   uint64_t size_ = 0;

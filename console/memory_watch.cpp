@@ -70,3 +70,4 @@ std::string MemoryWatch::ways_out() const {
   }
   return text;
 }
+

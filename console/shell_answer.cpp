@@ -52,17 +52,20 @@ std::string cause_text(const CodeReading& reading) {
 
 }  // namespace
 
-std::string causes_text(long code, size_t columns) {
+std::vector<std::string> causes(long code) {
   if (code <= 0 || code > std::numeric_limits<int>::max()) return {};
   const int number = static_cast<int>(code);
-  std::string out = wrapped(class_text(number), kIndent, columns);
-  bool first = true;
+  std::vector<std::string> texts = {class_text(number)};
   for (const CodeReading& reading : read_code(number)) {
     const std::string text = cause_text(reading);
-    if (text.empty()) continue;
-    out += wrapped(first ? text : tr("Or: {}", text), kIndent, columns);
-    first = false;
+    if (!text.empty()) texts.push_back(texts.size() == 1 ? text : tr("Or: {}", text));
   }
+  return texts;
+}
+
+std::string causes_text(long code, size_t columns) {
+  std::string out;
+  for (const std::string& text : causes(code)) out += wrapped(text, kIndent, columns);
   return out;
 }
 
@@ -78,6 +81,13 @@ std::optional<Finding> parser_finding(const Language& language, const std::strin
     if (finding.severity == Severity::kError) return finding;
   }
   return std::nullopt;
+}
+
+std::optional<Finding> parser_finding(const Language& language, const std::string& line,
+                                      long code) {
+  std::optional<Finding> found = parser_finding(language, line);
+  if (found && found->code != 0 && found->code != code) found.reset();
+  return found;
 }
 
 std::string parser_hint(const Language& language, const std::string& line, size_t columns) {

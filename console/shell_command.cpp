@@ -28,6 +28,7 @@
 #include "register_options.h"
 #include "shell_editor.h"
 #include "shell_history.h"
+#include "shell_json.h"
 #include "shell_session.h"
 #include "shell_status.h"
 #include "shell_text.h"
@@ -51,13 +52,16 @@ constexpr std::string_view kShellExamples = TR_TEXT(R"(Examples:
   printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat shell
       The same as a pipe: no prompt; the paper goes to standard output as it is printed, failing
       lines to standard error as with "lorimat run".
+  lorimat shell --json --register shop.register
+      For a program: requests such as {"id": 1, "line": "VEND REP=1, PRE=2.50"} on standard input,
+      a line each, and an answer in a line of JSON for each on standard output.
 
 "?" lists the commands of the language, "? VEND" tells of one, ".help" of the shell itself. TAB
 completes names. The lines typed are kept in $XDG_STATE_HOME/lorimat/history or
 ~/.local/state/lorimat/history.
 
 Exit codes:
-  0  the shell was left; as a pipe: every line ran
+  0  the shell was left; as a pipe: every line ran; with --json: the input has ended
   1  as a pipe: at least one line failed
   2  wrong use, or the shell or its output could not be done
   130  as a pipe: stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
@@ -262,9 +266,16 @@ void add_shell(CLI::App& app, ShellOptions* options) {
                    tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
-  shell->add_flag("--terse", options->terse,
-                  tr("As a pipe: show each failing line by place, code, answer and line alone, "
-                     "without explanation and summary"));
+  CLI::Option* terse =
+      shell->add_flag("--terse", options->terse,
+                      tr("As a pipe: show each failing line by place, code, answer and line alone, "
+                         "without explanation and summary"));
+  shell
+      ->add_flag(
+          "--json", options->json,
+          tr("For programs: take a request in JSON on each line of standard input, and write "
+             "an answer in JSON for each"))
+      ->excludes(terse);
   refuse_empty_texts(shell);
   shell->footer(std::string(translated(kShellExamples)));
 }
@@ -272,7 +283,7 @@ void add_shell(CLI::App& app, ShellOptions* options) {
 int shell_command(const ShellOptions& options, Streams& streams) {
   // A reader that has gone is an error like a full disk, not the end of the register.
   ignore_broken_pipe();
-  const bool terminal = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+  const bool terminal = !options.json && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
   if (terminal) streams.wrap_notices();
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
@@ -291,6 +302,8 @@ int shell_command(const ShellOptions& options, Streams& streams) {
   try {
     if (terminal) {
       code = run_terminal(language, *library, *client, output.get(), streams);
+    } else if (options.json) {
+      code = run_json(language, *library, *client, streams);
     } else {
       ShellSession session(language, *library, *client,
                            {.terse = options.terse, .columns = &no_window}, streams);

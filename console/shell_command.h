@@ -15,6 +15,7 @@ struct ShellOptions {
   std::string clock;          // date and time; empty takes the computer's clock
   std::string library;        // empty takes the one beside the program
   bool terse = false;         // as a pipe: failing lines without explanation and summary
+  bool json = false;          // requests and answers as lines of JSON
 };
 
 void add_shell(CLI::App& app, ShellOptions* options);

@@ -10,6 +10,7 @@
 #include "failure.h"
 #include "fault_text.h"
 #include "register/fault_operations.h"
+#include "register/virtual_register.h"
 #include "shell_text.h"
 #include "suggestion.h"
 #include "text.h"
@@ -87,6 +88,14 @@ lorimat::Fault read_fault(std::string_view text) {
     }
   }
   return fault;
+}
+
+void plan_fault(lorimat::VirtualRegister& device, std::string_view words) {
+  if (words == "clear") {
+    device.ClearFaults();
+  } else {
+    device.AddFault(read_fault(words));
+  }
 }
 
 std::vector<std::string> fault_words() {

@@ -8,9 +8,17 @@
 
 #include "register/faults.h"
 
+namespace lorimat {
+class VirtualRegister;
+}
+
 // Reads "NAME [CODE] [next | nth N | every | times N] [on OPERATION]"; the words may have "--" in
 // front, as the options of "lorimat fault" have. Throws Failure with the cause.
 lorimat::Fault read_fault(std::string_view text);
+
+// Plans the fault of the words, or takes all away that wait: "clear". Throws Failure, or
+// RegisterError, with the cause; then nothing is changed.
+void plan_fault(lorimat::VirtualRegister& device, std::string_view words);
 
 // The words that may stand behind ".fault".
 std::vector<std::string> fault_words();

@@ -403,13 +403,10 @@ void ShellSession::list_own_words() {
 }
 
 void ShellSession::change_faults(std::string_view words) {
-  lorimat::VirtualRegister& device = client_.device();
   if (words.empty()) {
-    streams_.output(fault_list(device.faults(), look_.columns()));
-  } else if (words == "clear") {
-    device.ClearFaults();
+    streams_.output(fault_list(client_.device().faults(), look_.columns()));
   } else {
-    device.AddFault(read_fault(words));
+    plan_fault(client_.device(), words);
   }
 }
 

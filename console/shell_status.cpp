@@ -82,6 +82,48 @@ std::string kind_text(lorimat::DocumentKind kind) {
   return {};
 }
 
+const char* kind_name(const lorimat::VirtualRegister& device) {
+  // As "lorimat status --json" names them.
+  if (device.training()) return "training";
+  if (!in_receipt(device)) return "non-fiscal";
+  switch (device.receipt().kind()) {
+    case lorimat::DocumentKind::kSale:
+      return "receipt";
+    case lorimat::DocumentKind::kInvoice:
+      return "invoice";
+    case lorimat::DocumentKind::kRefund:
+      return "credit note";
+    case lorimat::DocumentKind::kCancel:
+      return "void";
+  }
+  return "";
+}
+
+Json document_json(const lorimat::VirtualRegister& device) {
+  if (device.printer_state() == RTF_FPTR_PS_MONITOR) return Json();
+  Json json = {{"kind", kind_name(device)}};
+  if (in_receipt(device)) {
+    const lorimat::Receipt& receipt = device.receipt();
+    json["lines"] = item_count(receipt);
+    json["subtotal_cents"] = amount_cents(receipt.total());
+    json["paid_cents"] = amount_cents(receipt.paid());
+    json["to_pay_cents"] = amount_cents(receipt.remaining());
+  }
+  return json;
+}
+
+const char* next_sale_name(TranslatorMemory::NextSale next_sale, bool ready) {
+  switch (next_sale) {
+    case TranslatorMemory::NextSale::kOpensReceipt:
+      return "opens-receipt";
+    case TranslatorMemory::NextSale::kOpensNone:
+      return ready ? "lost" : "goes-into-document";
+    case TranslatorMemory::NextSale::kUnknown:
+      break;
+  }
+  return "unknown";
+}
+
 std::string faults_names(const lorimat::VirtualRegister& device) {
   std::vector<std::string> names;
   for (const lorimat::Fault& fault : device.faults().faults()) names.push_back(shown(fault.name));
@@ -154,4 +196,16 @@ std::string open_document_words(const lorimat::VirtualRegister& device) {
   const lorimat::Receipt& receipt = device.receipt();
   return tr("{} is open, with {} and a subtotal of {}", kind_text(receipt.kind()),
             items_text(receipt), amount_text(receipt.total()));
+}
+
+Json state_json(const lorimat::VirtualRegister& device, TranslatorMemory::NextSale next_sale) {
+  const EnglishMessages english;
+  const bool ready = device.printer_state() == RTF_FPTR_PS_MONITOR;
+  return {{"printer", printer_state_text(device)},
+          {"open_document", document_json(device)},
+          {"key_position", static_cast<int>(device.key_position())},
+          {"key", key_text(device.key_position())},
+          {"training", device.training()},
+          {"next_sale", next_sale_name(next_sale, ready)},
+          {"faults", faults_json(device.faults())}};
 }

@@ -4,6 +4,9 @@
 #include <cstddef>
 #include <string>
 
+#include "json_text.h"
+#include "translator_memory.h"
+
 namespace lorimat {
 class VirtualRegister;
 }
@@ -23,3 +26,6 @@ std::string status_text(const lorimat::VirtualRegister& device, const std::strin
 
 // "the receipt is open, with 2 items and a subtotal of 4,00"; empty when nothing is open.
 std::string open_document_words(const lorimat::VirtualRegister& device);
+
+// The state for a program: what the line above the prompt tells, as values.
+Json state_json(const lorimat::VirtualRegister& device, TranslatorMemory::NextSale next_sale);

@@ -215,6 +215,12 @@ TEST(PageExamples, OfTheConsoleShowWhatBecomesOfAnOpenDocument) {
             fenced(read_file(source_file("docs/console.md")), "text\nlorimat: note"));
 }
 
+TEST(PageExamples, OfTheShellForPrograms) {
+  const std::vector<Block> blocks = blocks_of_markdown("docs/json.md");
+  EXPECT_EQ(blocks.size(), 1u);
+  run_examples(blocks);
+}
+
 TEST(PageExamples, OfBatches) {
   for (const char* page : {"docs/batches.md", "docs/batches.it.md"}) {
     const std::vector<Block> blocks = blocks_of_markdown(page);
