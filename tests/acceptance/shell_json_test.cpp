@@ -205,15 +205,18 @@ TEST(ShellJson, TheLastRequestMayLackItsEnd) {
 TEST(ShellJson, ABatchTellsOfItsLines) {
   TestFolder folder;
   const std::string file =
-      folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nVNED\nOPER NUM=1, PSW='12\xE8'\n");
+      folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nVNED\nPOPER OPE=1, PASS='zqzq', XX=1\n");
   const json answer = answer_to(request(1, "@" + file));
   EXPECT_EQ(answer["code"], 0);
   const json& batch = answer["batch"];
   EXPECT_EQ(batch["lines"], 3);
-  EXPECT_GE(batch["failed"], 1);
+  EXPECT_EQ(batch["failed"], 2);
   EXPECT_EQ(batch["failures"][0]["place"], file + ":2");
   EXPECT_EQ(batch["failures"][0]["line"], "VNED");
   EXPECT_EQ(batch["failures"][0]["code"], 257);
+  EXPECT_EQ(batch["failures"][1]["code"], 260);
+  EXPECT_EQ(batch["failures"][1]["line"], "POPER OPE=1, PASS='****', XX=1");
+  EXPECT_THAT(answer.dump(), testing::Not(HasSubstr("zqzq")));
   EXPECT_TRUE(batch["not_known"].is_null());
   EXPECT_TRUE(batch["stopped_behind"].is_null());
   EXPECT_EQ(answer["state"]["open_document"]["subtotal_cents"], 100);
