@@ -97,6 +97,13 @@ std::span<const ItalianText> italian_journal_texts() {
       {"period {value}: its beginning or its totals are not those of the journal",
        "periodo {value}: l'inizio o i totali non sono quelli del giornale"},
       {"{text}: it is not as it was programmed", "{text}: non è come è stato programmato"},
+      {"event {entry}: the clock was set back from {time_before} to {time_after}",
+       "evento {entry}: l'orologio è stato rimesso indietro da {time_before} a {time_after}"},
+      {"entry {entry}, {name}: its time {time_before} lies before that of the document or closing "
+       "ahead of it, {time_after}",
+       "voce {entry}, {name}: la sua ora {time_before} è precedente a quella del documento o della "
+       "chiusura prima, {time_after}"},
+      {"{}: {} more notes are not shown\n", "{}: altre {} note non sono mostrate\n"},
       {"document", "documento"},
       {"cancelled document", "documento annullato"},
       {"non-fiscal document", "documento non fiscale"},

@@ -173,7 +173,12 @@ std::span<const ItalianText> italian_refusal_texts() {
       {"Writing failed ({}): '{}'.", "Scrittura fallita ({}): '{}'."},
       {"'{}' holds no firmware of this register, or a damaged one.",
        "'{}' non contiene un firmware di questo registratore, o è danneggiato."},
-      {"The time lies before the last closing.", "L'ora è precedente all'ultima chiusura."},
+      {"The clock shows {}, more than an hour before the last document or closing, {}: put the "
+       "computer's clock right, or set the register's own with DIRECTIO CMD=2, OPT=149, "
+       "DATI='DDMMYYYYHHMM', which the journal keeps.",
+       "L'orologio segna {}, più di un'ora prima dell'ultimo documento o chiusura, {}: "
+       "va corretto l'orologio del computer, o impostato quello del registratore con DIRECTIO "
+       "CMD=2, OPT=149, DATI='GGMMAAAAHHMM', e il giornale lo conserva."},
       {"The computer's clock shows no year up to 9999.",
        "L'orologio del computer non segna un anno fino al 9999."},
       {"The virtual register does not have this operation.",

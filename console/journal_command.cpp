@@ -242,6 +242,17 @@ int show(const JournalOptions& options, const lorimat::RegisterFile& file, Strea
   return kExitGood;
 }
 
+// The texts of findings and their kinds, which stay when the words change.
+std::pair<Json, Json> findings_json(const std::vector<lorimat::Finding>& findings) {
+  const EnglishMessages english;
+  std::pair<Json, Json> json = {Json::array(), Json::array()};
+  for (const lorimat::Finding& finding : findings) {
+    json.first.push_back(journal_finding_text(finding));
+    json.second.push_back(journal_finding_code(finding));
+  }
+  return json;
+}
+
 int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
            const std::string& name, Streams& streams) {
   std::optional<Progress> progress;
@@ -262,20 +273,18 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
     return interrupt_exit();
   }
   if (options.json) {
-    const EnglishMessages english;
-    Json texts = Json::array();
-    Json codes = Json::array();
-    for (const lorimat::Finding& finding : check.findings) {
-      texts.push_back(journal_finding_text(finding));
-      codes.push_back(journal_finding_code(finding));
-    }
+    const auto [texts, codes] = findings_json(check.findings);
+    const auto [notes, note_codes] = findings_json(check.notes);
     streams.output(json_text({{"file", name},
                               {"good", check.good()},
                               {"entries", check.entries},
                               {"documents", check.documents},
                               {"findings", texts},
                               {"finding_codes", codes},
-                              {"findings_left_out", check.findings_left_out}}));
+                              {"findings_left_out", check.findings_left_out},
+                              {"notes", notes},
+                              {"note_codes", note_codes},
+                              {"notes_left_out", check.notes_left_out}}));
     return check.good() ? kExitGood : kExitFaults;
   }
   const bool colours = streams.output_has_colours();
@@ -286,6 +295,13 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   }
   if (check.findings_left_out != 0) {
     text += tr("{}: {} more findings are not shown\n", shown(name), check.findings_left_out);
+  }
+  for (const lorimat::Finding& finding : check.notes) {
+    text += fmt::format("{}: {}: {}\n", shown(name), styled(tr("note"), Style::kNote, colours),
+                        shown(journal_finding_text(finding)));
+  }
+  if (check.notes_left_out != 0) {
+    text += tr("{}: {} more notes are not shown\n", shown(name), check.notes_left_out);
   }
   const std::string entries = tr_count(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
   const std::string documents =

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "register/record.h"
 #include "register_messages.h"
+#include "register_text.h"
 #include "translate.h"
 
 namespace {
@@ -113,6 +115,11 @@ constexpr FindingRow kRows[] = {
     {FindingKind::kPeriod, "period",
      TR_TEXT("period {value}: its beginning or its totals are not those of the journal")},
     {FindingKind::kProgrammed, "programmed", TR_TEXT("{text}: it is not as it was programmed")},
+    {FindingKind::kClockSetBack, "clock-set-back",
+     TR_TEXT("event {entry}: the clock was set back from {time_before} to {time_after}")},
+    {FindingKind::kTimeBackwards, "time-backwards",
+     TR_TEXT("entry {entry}, {name}: its time {time_before} lies before that of the document or "
+             "closing ahead of it, {time_after}")},
 };
 
 struct DocumentName {
@@ -166,7 +173,9 @@ std::string journal_finding_text(const lorimat::Finding& finding) {
                      fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),
                      fmt::arg("number", finding.number), fmt::arg("value", finding.value),
                      fmt::arg("expected", finding.expected), fmt::arg("name", name),
-                     fmt::arg("text", text));
+                     fmt::arg("text", text),
+                     fmt::arg("time_before", time_text(lorimat::NumberTime(finding.value))),
+                     fmt::arg("time_after", time_text(lorimat::NumberTime(finding.expected))));
 }
 
 std::string journal_finding_code(const lorimat::Finding& finding) {

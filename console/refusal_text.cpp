@@ -12,6 +12,7 @@
 #include "register/money.h"
 #include "register/printer_state.h"
 #include "register/receipt.h"
+#include "register/record.h"
 #include "register_text.h"
 #include "text.h"
 #include "translate.h"
@@ -175,7 +176,10 @@ constexpr RefusalSentence kSentences[] = {
     {Cause::kNotAFirmware, "t",
      TR_TEXT("'{}' holds no firmware of this register, or a damaged one.")},
     // --- The clock
-    {Cause::kBeforeLastClosing, "", TR_TEXT("The time lies before the last closing.")},
+    {Cause::kClockBehind, "ww",
+     TR_TEXT("The clock shows {}, more than an hour before the last document or closing, {}: put "
+             "the computer's clock right, or set the register's own with DIRECTIO CMD=2, OPT=149, "
+             "DATI='DDMMYYYYHHMM', which the journal keeps.")},
     {Cause::kComputersClock, "", TR_TEXT("The computer's clock shows no year up to 9999.")},
     // --- Others
     {Cause::kNotModelled, "", TR_TEXT("The virtual register does not have this operation.")},
@@ -394,6 +398,8 @@ std::string field_text(char field, const int64_t*& number, const Refusal& refusa
       const int error = static_cast<int>(*number++);
       return error != 0 ? system_message(error) : tr("the system does not tell why");
     }
+    case 'w':
+      return time_text(lorimat::NumberTime(*number++));
     case 't':
       return shown(refusal.text()) + (refusal.cut ? "..." : "");
     default:

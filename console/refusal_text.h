@@ -12,6 +12,7 @@
 //   n number      a amount        q quantity     p percentage
 //   s subject     k key position  c step into service
 //   d document (closure and number)   e message of the system   t the text of the refusal
+//   w time
 struct RefusalSentence {
   lorimat::RefusalCause cause;
   const char* fields;

@@ -120,6 +120,12 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
   if (const std::optional<lorimat::UnansweredDocument>& last = device_->unanswered()) {
     tell_note(streams, fmt::format("{}: {}", shown(file_), unanswered_document_text(*last)));
   }
+  if (const std::optional<lorimat::ClockBehind>& behind = device_->clock_behind()) {
+    lorimat::Refusal refusal;
+    refusal.cause = lorimat::RefusalCause::kClockBehind;
+    refusal.numbers = {behind->now, behind->latest};
+    tell_note(streams, fmt::format("{}: {}", shown(file_), refusal_text(refusal)));
+  }
 }
 
 RegisterClient::~RegisterClient() = default;

@@ -6,6 +6,7 @@
 
 #include "register/keyboard.h"
 #include "register/refusal.h"
+#include "register/setup_desk.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -125,6 +126,8 @@ int WriteCourtesyText(RegisterCore& core, std::string_view text) {
   return RTF_SUCCESS;
 }
 
+int WriteClock(RegisterCore& core, std::string_view text) { return SetupDesk(core).SetDate(text); }
+
 // The options of the device can be set between documents only.
 template <int item>
 std::string ReadOption(Core core, Keys) {
@@ -210,7 +213,7 @@ const DataItem kItems[] = {
     {148, "close and cut by itself", "flag",
      [](Core core, Keys) { return Text(core.options.auto_cut ? 1 : 0); }, WriteAutoCut},
     {149, "device clock", "DDMMYYYYHHMM", [](Core core, Keys) { return DateTimeText(core.Now()); },
-     nullptr},
+     WriteClock},
     {150, "option 150", "number", ReadOption<150>, WriteOption<150>},
     {151, "option 151", "number", ReadOption<151>, WriteOption<151>},
     {152, "courtesy text", "text", [](Core core, Keys) { return core.options.courtesy_text; },

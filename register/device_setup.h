@@ -17,6 +17,17 @@ enum class Commissioning {
   kActivated = 3,   // for a shop
 };
 
+// A host set the clock back behind what was registered last. Times read as YYYYMMDDHHMMSS.
+struct ClockSetBack {
+  int64_t from = 0;  // the latest time that had been registered
+  int64_t to = 0;    // the clock's, which documents follow from then on; 0 as long as none did
+  // The last document and closing by then: later ones have times of their own.
+  int64_t document = 0;
+  int64_t closure = 0;
+
+  bool operator==(const ClockSetBack&) const = default;
+};
+
 struct DeviceSetup {
   static constexpr int kTrailerLines = 6;
   static constexpr size_t kTrailerLineSize = 50;
@@ -32,6 +43,7 @@ struct DeviceSetup {
   int header_logo = 0;
   int trailer_logo = 0;
   int64_t clock_offset = 0;  // seconds that the device's clock is ahead of the system's
+  ClockSetBack clock_set_back = {};
   Commissioning commissioning = Commissioning::kInService;
   // Documents print, and nothing is registered.
   bool training = false;

@@ -66,6 +66,9 @@ enum class FindingKind {
   kNextInvoice,  // value, expected
   kPeriod,       // value: its number
   kProgrammed,   // text: what is programmed, by its name
+  // Told beside, and nothing that was changed. Times read as YYYYMMDDHHMMSS.
+  kClockSetBack,   // entry: the event; value: the time before, expected: the one it was set to
+  kTimeBackwards,  // entry, document; value: its time, expected: of the document or closing before
 };
 
 struct Finding {

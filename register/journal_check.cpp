@@ -5,6 +5,7 @@
 
 #include "register/chain.h"
 #include "register/chain_state.h"
+#include "register/clock_check.h"
 #include "register/file_check.h"
 #include "register/record.h"
 #include "register/store_facts.h"
@@ -160,6 +161,7 @@ class Checker {
         }
       }
       state_->Add(event);
+      if (fits) NoteSetBack(event);
     } catch (const DamageError&) {
       Find({.kind = FindingKind::kEventUnreadable, .entry = place});
       after_gap_ = true;
@@ -200,6 +202,7 @@ class Checker {
     if (!fits && !gap && !after_gap_ && facts) Find(FindingKind::kEntryHash, place, entry);
     if (gap || after_gap_) day_closure_ = 0;
     FollowDays(place, entry, fits && !gap);
+    if (fits) FollowTimes(place, entry);
     after_gap_ = false;
   }
 
@@ -215,6 +218,42 @@ class Checker {
       Find(FindingKind::kEntryDay, place, entry, entry.closure, day_closure_);
     }
     day_closure_ = int64_t{entry.closure} + (closing ? 1 : 0);
+  }
+
+  // --- Times
+
+  void Note(Finding note) {
+    if (check_.notes.size() < JournalCheck::kMostFindings) {
+      check_.notes.push_back(std::move(note));
+    } else {
+      ++check_.notes_left_out;
+    }
+  }
+
+  void NoteSetBack(const ChainEvent& event) {
+    if (event.kind != EventKind::kProgrammed || event.subject != kClockSetBack) return;
+    const std::optional<ProgrammedChange> change = ReadProgrammedChange(event.value);
+    const std::optional<ClockSetBack> back =
+        change ? ReadClockSetBack(change->after) : std::nullopt;
+    if (!back) return;
+    Note({.kind = FindingKind::kClockSetBack,
+          .entry = event.place,
+          .value = back->from,
+          .expected = back->to});
+    last_time_ = back->to;
+  }
+
+  // A register that did not hold its clock against them may have documents that go back.
+  void FollowTimes(int64_t place, const JournalEntry& entry) {
+    if (entry.kind != kJournalClosure && entry.document == 0) return;
+    const int64_t time = TimeNumber(entry.time);
+    if (last_time_ != 0 && LiesBehind(time, last_time_)) {
+      Finding note = Of(FindingKind::kTimeBackwards, place, entry);
+      note.value = time;
+      note.expected = last_time_;
+      Note(std::move(note));
+    }
+    last_time_ = time;
   }
 
   // --- What they stand for
@@ -396,6 +435,7 @@ class Checker {
   bool after_gap_ = false;
   int64_t day_closure_ = 0;  // that the next entry belongs to; 0: not known
   Amount grand_total_ = 0;
+  int64_t last_time_ = 0;  // of the document or closing before; 0: there is none
 };
 
 }  // namespace

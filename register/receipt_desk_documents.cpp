@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "register/barcode.h"
+#include "register/clock_check.h"
 #include "register/receipt_desk.h"
 #include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
@@ -53,6 +54,7 @@ int GoneBack(const StoredDocument& sale) {
 int ReceiptDesk::CheckBegin() const {
   if (!core_.Allows(Operation::kBeginDocument)) return RTF_EFPTR_WRONG_STATE;
   if (core_.setup.training) return RTF_SUCCESS;  // takes no number
+  if (const int code = CheckClock(core_)) return code;
   if (!core_.store.HasNumber()) {
     return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayFull, {RegisterStore::kLastNumber});
   }

@@ -125,7 +125,7 @@ enum class RefusalCause : uint8_t {
   kFileNotWritten,  // an errno value; its name
   kNotAFirmware,
   // --- The clock
-  kBeforeLastClosing,
+  kClockBehind,  // the clock, the time that it is behind; both YYYYMMDDHHMMSS
   kComputersClock,
   // --- Others
   kNotModelled,

@@ -80,6 +80,9 @@ struct JournalCheck {
   static constexpr size_t kMostFindings = 100;
   std::vector<Finding> findings;
   uint64_t findings_left_out = 0;
+  // What is in order and worth knowing: times that go backwards. At most kMostFindings of them.
+  std::vector<Finding> notes;
+  uint64_t notes_left_out = 0;
   bool damaged = false;  // pages of the file cannot be read, or do not fit one another
 
   bool good() const { return findings.empty(); }

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "register/clock_check.h"
 #include "register/digest.h"
 #include "register/layout.h"
 #include "register/refusal.h"
@@ -118,6 +119,7 @@ int ReportDesk::CloseDay() {
   if (!core_.store.HasClosure()) {
     return Refuse(RTF_EFPTR_FISCAL_MEMORY_FULL, RefusalCause::kClosuresFull);
   }
+  if (const int code = CheckClock(core_)) return code;
   const std::tm now = core_.Now();
   const std::vector<VatRate>& rates = core_.tables.settings().vat_rates;
   Paper report = Begin("CHIUSURA GIORNALIERA");

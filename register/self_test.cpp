@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "register/clock_check.h"
 #include "register/layout.h"
-#include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -14,10 +14,8 @@ constexpr int kDisplays = 3;
 }  // namespace
 
 int TestMemory(const RegisterCore& core) {
+  if (const int code = CheckClock(core)) return code;
   const std::optional<Closure> last = core.store.LastClosure();
-  if (last && CompareMinutes(core.Now(), last->time) < 0) {
-    return Refuse(RTF_EFPTR_CLOCK_ERROR, RefusalCause::kBeforeLastClosing);
-  }
   const Amount before = last ? last->grand_total : 0;
   if (core.store.grand_total() - before != core.store.daily().net()) {
     return RTF_EFPTR_FISCAL_TOTALS_ERROR;

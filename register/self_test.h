@@ -5,8 +5,8 @@
 
 namespace lorimat {
 
-// The clock against the last closing (RTF_EFPTR_CLOCK_ERROR), and the grand total against that of
-// the last closing with the day since (RTF_EFPTR_FISCAL_TOTALS_ERROR).
+// The clock against what was registered last (RTF_EFPTR_CLOCK_ERROR), and the grand total against
+// that of the last closing with the day since (RTF_EFPTR_FISCAL_TOTALS_ERROR).
 int TestMemory(const RegisterCore& core);
 
 // Prints a page with every character that the paper has; RTF_EFPTR_WRONG_STATE while a document

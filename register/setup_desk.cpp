@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "register/clock_check.h"
 #include "register/device_clock.h"
 #include "register/device_text.h"
+#include "register/record.h"
 #include "register/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -114,8 +116,13 @@ int SetupDesk::SetPosId(std::string_view pos_id, std::string_view cashier_id) {
   return RTF_SUCCESS;
 }
 
+// A clock that is behind can be set on an open day too: with it nothing is sold, nor the day
+// closed.
 int SetupDesk::SetDate(std::string_view date) {
-  if (const int code = CheckFiscal()) return code;
+  if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+  if (!FindClockBehind(core_)) {
+    if (const int code = CheckFiscal()) return code;
+  }
   std::tm wanted = {};
   if (!ParseMinute(date, &wanted)) {
     return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, date);
@@ -124,13 +131,16 @@ int SetupDesk::SetDate(std::string_view date) {
     return RefuseValue(RTF_EFPTR_BAD_DATE, RefusalCause::kOutOfRange, Subject::kYear,
                        {wanted.tm_year + 1900, kFirstYear + 1900, kLastYear + 1900});
   }
-  const std::optional<Closure> last = core_.store.LastClosure();
-  if (last && CompareMinutes(wanted, last->time) < 0) {
-    return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kBeforeLastClosing);
-  }
   const std::tm system = core_.SystemTime();
   if (system.tm_year < 0 || system.tm_year > kLastClockYear) {
     return Refuse(RTF_EFPTR_CLOCK_ERROR, RefusalCause::kComputersClock);
+  }
+  // Back behind what was registered: the operator's word, which the journal's chain keeps. Dates
+  // that are given count to the minute.
+  const int64_t latest = LatestTime(core_);
+  if (latest != 0 && CompareMinutes(wanted, NumberTime(latest)) < 0) {
+    core_.setup.clock_set_back = {latest, TimeNumber(wanted), core_.store.document_count(),
+                                  core_.store.last_closure()};
   }
   core_.setup.clock_offset = SecondsBetween(system, wanted);
   return RTF_SUCCESS;

@@ -45,7 +45,9 @@ void RegisterStore::LoadLedger() {
   Statement row = database_.Prepare(
       "SELECT last_closure, next_invoice, documents, sales, invoices, refunds, cancels, abandoned, "
       "non_fiscal, grand_total, last_document, first_of_day, day_totals, journal_place, "
-      "journal_hash, (SELECT count(*) FROM summary_waiting) FROM ledger");
+      "journal_hash, (SELECT count(*) FROM summary_waiting), "
+      "(SELECT time FROM document WHERE document.id = last_document), "
+      "(SELECT time FROM closure WHERE number = last_closure) FROM ledger");
   if (!row.Step()) database_.Damaged("ledger");
   ledger_ = Ledger{};
   ledger_.last_closure = row.Int(0);
@@ -62,6 +64,8 @@ void RegisterStore::LoadLedger() {
   ledger_.journal_place = row.Integer(13);
   ledger_.journal_hash = row.Text(14);
   ledger_.pending_closures = row.Int(15);
+  ledger_.last_document_time = row.Integer(16);
+  ledger_.last_closure_time = row.Integer(17);
   if (ledger_.last_document < 0 || ledger_.last_document >= kLastRow || ledger_.first_of_day < 1 ||
       ledger_.journal_place < 0 || ledger_.journal_place >= kLastRow) {
     database_.Damaged("ledger");
@@ -145,6 +149,7 @@ StoredDocument RegisterStore::Register(StoredDocument document) {
   ledger_.counters = counters;
   ledger_.next_invoice = next_invoice;
   ledger_.last_document = document.id;
+  ledger_.last_document_time = TimeNumber(document.time);
   return document;
 }
 
@@ -175,6 +180,7 @@ void RegisterStore::CloseDay(const std::tm& time, const std::vector<VatRate>& va
   ledger_.day = Shared({});
   ledger_.counters = DailyCounters{};
   ledger_.last_closure = closure.number;
+  ledger_.last_closure_time = TimeNumber(time);
   ledger_.first_of_day = ledger_.last_document + 1;
   ++ledger_.pending_closures;
 }

@@ -136,6 +136,9 @@ class RegisterStore {
   uint64_t journal_count() const { return static_cast<uint64_t>(ledger_.journal_place); }
   // Of the chain's last link: an entry, or an event (register/chain.h).
   const std::string& journal_hash() const { return ledger_.journal_hash; }
+  // Of the last document and closing, YYYYMMDDHHMMSS; 0 when there is none.
+  int64_t last_document_time() const { return ledger_.last_document_time; }
+  int64_t last_closure_time() const { return ledger_.last_closure_time; }
   // The sum of all closed days.
   const Totals& closed() const { return *ledger_.periods[0].closed; }
 
@@ -184,6 +187,9 @@ class RegisterStore {
     std::string journal_hash;
     std::array<StoredPeriod, kPeriods + 1> periods;  // 0: since the register began
     int pending_closures = 0;
+    // Of rows beside it.
+    int64_t last_document_time = 0;
+    int64_t last_closure_time = 0;
 
     bool operator==(const Ledger&) const = default;
   };

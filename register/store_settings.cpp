@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "register/clock_check.h"
 #include "register/record.h"
 #include "register/store_tables.h"
 #include "rpccommon/services/rtfconst.h"
@@ -20,6 +21,7 @@ namespace {
 std::string ToText(int64_t value) { return std::to_string(value); }
 std::string ToText(const std::string& value) { return value; }
 std::string ToText(const std::tm& value) { return std::to_string(TimeNumber(value)); }
+std::string ToText(const ClockSetBack& value) { return ToRecord(value); }
 std::string ToText(const FaultPlan& value) { return value.ToText(); }
 template <typename Enumeration>
 requires std::is_enum_v<Enumeration> std::string ToText(Enumeration value) {
@@ -62,6 +64,11 @@ bool FromText(std::string_view text, std::tm* value) {
   return number.has_value();
 }
 bool FromText(std::string_view text, FaultPlan* value) { return FaultPlan::FromText(text, value); }
+bool FromText(std::string_view text, ClockSetBack* value) {
+  const std::optional<ClockSetBack> back = ReadClockSetBack(text);
+  *value = back.value_or(ClockSetBack{});
+  return back.has_value();
+}
 bool FromText(std::string_view text, KeyPosition* value) {
   int number = 0;
   if (!FromText(text, &number) || number < 1 || number > 4) return false;
@@ -148,6 +155,8 @@ constexpr SettingRow kSettings[] = {
         "trailer_logo", [](auto& state) -> auto& { return state.setup.trailer_logo; }),
     Row(
         "clock_offset", [](auto& state) -> auto& { return state.setup.clock_offset; }),
+    Row(
+        kClockSetBack, [](auto& state) -> auto& { return state.setup.clock_set_back; }),
     Row(
         "commissioning", [](auto& state) -> auto& { return state.setup.commissioning; }),
     Row(

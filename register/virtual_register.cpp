@@ -108,6 +108,7 @@ VirtualRegister::VirtualRegister(const CancellationDelay&, RegisterSettings sett
   const std::optional<UnansweredDocument> last = FindUnanswered(core_);
   cut_off_ = EndCutOff(core_, desk_);
   if (!cut_off_) unanswered_ = last;
+  clock_behind_ = FindClockBehind(core_);
 }
 
 VirtualRegister::~VirtualRegister() {
@@ -116,8 +117,11 @@ VirtualRegister::~VirtualRegister() {
 }
 
 std::string VirtualRegister::start_notice() const {
-  if (cut_off_) return CutOffNotice(*cut_off_);
-  return unanswered_ ? UnansweredNotice(*unanswered_) : std::string();
+  std::string notice;
+  if (cut_off_) notice = CutOffNotice(*cut_off_);
+  if (unanswered_) notice = UnansweredNotice(*unanswered_);
+  if (!clock_behind_) return notice;
+  return notice.empty() ? ClockNotice(*clock_behind_) : notice + " " + ClockNotice(*clock_behind_);
 }
 
 void VirtualRegister::NoteFailure(bool doubtful) noexcept {

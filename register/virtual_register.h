@@ -28,6 +28,7 @@
 
 #include "register/articles.h"
 #include "register/cancellation.h"
+#include "register/clock_check.h"
 #include "register/core.h"
 #include "register/keyboard.h"
 #include "register/receipt_desk.h"
@@ -83,7 +84,9 @@ class VirtualRegister : public RtfClientInterface {
   // What was registered last before a switching off without order, when nothing was stored behind
   // it: its answer may not have gone out.
   const std::optional<UnansweredDocument>& unanswered() const { return unanswered_; }
-  // The one or the other in a sentence; empty when all is well.
+  // Whether the clock was too far behind the last document or closing at this start.
+  const std::optional<ClockBehind>& clock_behind() const { return clock_behind_; }
+  // All of that in sentences; empty when all is well.
   std::string start_notice() const;
   // The number, as Paper::dropped counts, of the first line that was printed since the start; the
   // lines before it are those of earlier times.
@@ -446,6 +449,7 @@ class VirtualRegister : public RtfClientInterface {
   size_t first_line_ = 0;
   std::optional<CutOffDocument> cut_off_;
   std::optional<UnansweredDocument> unanswered_;
+  std::optional<ClockBehind> clock_behind_;
   std::deque<std::string> trace_lines_;
   std::deque<std::string> error_lines_;
 };

@@ -308,6 +308,30 @@ TEST(JournalCommand, FindingsAreToldInTheReadersLanguage) {
   EXPECT_EQ(check["finding_codes"], nlohmann::json::array({"entry-hash"}));
 }
 
+TEST(JournalCommand, AClockThatWasSetBackIsANoteAndTheJournalIsGood) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n", "2099-12-31 23:59").exit_code, 0);
+  ASSERT_EQ(shop.sell("DIRECTIO CMD=2, OPT=149, DATI='150320241030'\n"
+                      "VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n")
+                .exit_code,
+            0);
+  const ProgramRun run = shop.run({"journal", "verify"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, HasSubstr(": the clock was set back from 31/12/2099 23:59 to 15/03/2024 "
+                                    "10:30\n"));
+  EXPECT_THAT(run.output, HasSubstr("the journal is good: 4 entries, 2 documents\n"));
+  const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
+  EXPECT_THAT(shop.run({"journal", "verify"}, italian).output,
+              HasSubstr("l'orologio è stato rimesso indietro da 31/12/2099 23:59 a 15/03/2024 "
+                        "10:30\n"));
+  const nlohmann::json check =
+      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}, italian).output);
+  EXPECT_EQ(check["good"], true);
+  EXPECT_EQ(check["note_codes"], nlohmann::json::array({"clock-set-back"}));
+  EXPECT_THAT(check["notes"][0].get<std::string>(), HasSubstr("the clock was set back from"));
+  EXPECT_EQ(check["findings"], nlohmann::json::array());
+}
+
 TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
   constexpr size_t kPage = 4096;
   const Shop shop;

@@ -44,6 +44,32 @@ TEST(RegisterRun, MakesTheFileAndSaysSo) {
   EXPECT_THAT(second.errors, IsEmpty());
 }
 
+TEST(RegisterRun, AClockBehindTheLastClosingIsToldAndSellsNothing) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell(std::string(kReceipt) + "AZZGIO\n", "2026-11-20 18:05").exit_code, 0);
+  const std::string lines = shop.folder().write("later.cmd", kReceipt);
+  const std::vector<std::string> arguments = {"run",       lines,     "--register",
+                                              shop.file(), "--clock", "2024-03-15 10:30"};
+  const ProgramRun run = run_console(arguments);
+  EXPECT_EQ(run.exit_code, 1);
+  const std::string sentence =
+      "The clock shows 15/03/2024 10:30, more than an hour before the last document or closing, "
+      "20/11/2026 18:05: put the computer's clock right, or set the register's own with DIRECTIO "
+      "CMD=2, OPT=149, DATI='DDMMYYYYHHMM', which the journal keeps.\n";
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: note: " + shop.file() + ": " + sentence));
+  EXPECT_THAT(run.errors, HasSubstr(lines + ":1: code 1233: "));
+  EXPECT_THAT(run.errors, HasSubstr("\n  " + sentence));
+  EXPECT_THAT(run.output, Not(HasSubstr("DOCUMENTO N.")));
+  const ProgramRun italian = run_console(arguments, {.environment = {{"LANG", "it_IT.UTF-8"}}});
+  const std::string frase =
+      "L'orologio segna 15/03/2024 10:30, più di un'ora prima dell'ultimo documento o chiusura, "
+      "20/11/2026 18:05: va corretto l'orologio del computer, o impostato quello del registratore "
+      "con DIRECTIO CMD=2, OPT=149, DATI='GGMMAAAAHHMM', e il giornale lo conserva.\n";
+  EXPECT_THAT(italian.errors, HasSubstr("lorimat: nota: " + shop.file() + ": " + frase));
+  EXPECT_THAT(italian.errors, HasSubstr("\n  " + frase));
+  EXPECT_EQ(status_of(shop)["documents"], 1);
+}
+
 TEST(RegisterRun, TheNextRunGoesOnWhereTheLastOneEnded) {
   const Shop shop;
   ASSERT_EQ(shop.sell("PREP REP=7, DES='FIORI', PRE=3.50\n" + std::string(kReceipt)).exit_code, 0);

@@ -199,12 +199,14 @@ TEST_F(ServiceTest, AFaultWaitsForACallThatReachesTheDevice) {
 
 class ServiceClockTest : public ClockTest {};
 
-TEST_F(ServiceClockTest, AClockBehindTheLastClosingIsAnError) {
+TEST_F(ServiceClockTest, AClockMoreThanAnHourBehindTheLastClosingIsAnError) {
   VirtualRegister other(Settings());
   At(16, 1, 9, 0);
   ASSERT_EQ(other.PrintZReport(), RTF_SUCCESS);
   EXPECT_EQ(other.CheckHealth(RTF_CH_INTERNAL), RTF_SUCCESS);
-  At(16, 1, 8, 59);
+  At(16, 1, 8, 0);
+  EXPECT_EQ(other.CheckHealth(RTF_CH_INTERNAL), RTF_SUCCESS);
+  At(16, 1, 7, 59);
   EXPECT_EQ(other.CheckHealth(RTF_CH_INTERNAL), RTF_EFPTR_CLOCK_ERROR);
   EXPECT_EQ(other.DiagnosticsRequest(3, true, 0), RTF_EFPTR_CLOCK_ERROR);
 }
