@@ -92,11 +92,11 @@ std::string finding_text(const std::string& file, const Finding& finding, bool c
   std::string place = file;
   if (finding.line != 0) place += fmt::format(":{}", finding.line);
   if (finding.column != 0) place += fmt::format(":{}", finding.column);
-  std::string text =
-      fmt::format("{} {} {}", styled(place + ":", Style::kStrong, colours),
-                  styled(fmt::format("{}:", translated(severity_name(finding.severity))),
-                         severity_style(finding.severity), colours),
-                  shown(finding.what));
+  std::string text = place.empty() ? "" : styled(place + ":", Style::kStrong, colours) + " ";
+  text += fmt::format("{} {}",
+                      styled(fmt::format("{}:", translated(severity_name(finding.severity))),
+                             severity_style(finding.severity), colours),
+                      shown(finding.what));
   if (!finding.effect.empty()) text += ": " + shown(finding.effect);
   text += better_word(finding);
   if (!finding.remedy.empty()) text += tr("; write {}", shown(finding.remedy));

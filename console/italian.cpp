@@ -94,6 +94,8 @@ std::span<const ItalianText> general_texts() {
       {"first line", "prima riga"},
       {"what it means", "che cosa significa"},
       {"stopped by {} behind line {}", "fermato con {} dopo la riga {}"},
+      {"(further lines like this one are not told of)",
+       "(di altre righe come questa non si avvisa)"},
       {"{}: stopped: there is not enough memory", "{}: interrotto: la memoria non basta"},
       {"stopped at line {}, which failed", "fermato alla riga {}, che è fallita"},
       {"{} of {} lines failed", "righe fallite: {} su {}"},

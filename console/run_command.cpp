@@ -23,6 +23,7 @@
 #include "library.h"
 #include "library_start.h"
 #include "line_encoding.h"
+#include "line_hints.h"
 #include "line_reader.h"
 #include "memory_watch.h"
 #include "notices.h"
@@ -51,8 +52,8 @@ void tell_failure(const RegisterClient& client, std::string* told, Streams& stre
 
 // --- One EcrCmd for each line. Returns an exit code.
 int run_lines(const RunOptions& options, LineReader& reader, Library& library,
-              RegisterClient& client, MemoryWatch* memory, FailureReport& failures,
-              Streams& streams) {
+              RegisterClient& client, MemoryWatch* memory, LineHints* hints,
+              FailureReport& failures, Streams& streams) {
   // The answer of a line that has nothing to say, in the words of the definition file.
   std::string plain_answer;
   library.run_line("; lorimat run", &plain_answer);
@@ -104,7 +105,14 @@ int run_lines(const RunOptions& options, LineReader& reader, Library& library,
         if (reason.empty()) reason = client.reason_since(refusals, code);
         failures.report({place, code, answer, line.text, reason});
         tell_failure(client, &told_failure, streams);
-      } else if (options.verbose || answer != plain_answer) {
+      } else if (hints != nullptr && !is_batch_line(line.text)) {
+        const std::string told = hints->take(line, place, streams.error_has_colours());
+        if (!told.empty()) {
+          progress.clear();
+          streams.error(told);
+        }
+      }
+      if (code == 0 && (options.verbose || answer != plain_answer)) {
         progress.clear();
         streams.error(tr("{}: answer: {}\n", place, shown(without_trailing_blanks(answer))));
       }
@@ -279,13 +287,17 @@ int run_command(const RunOptions& options, Streams& streams) {
   if (!options.terse) language.emplace(find_definition_file(options.language).path);
   FailureReport failures(streams, language ? &*language : nullptr, true);
   std::optional<MemoryWatch> memory;
-  if (language) memory.emplace(*language, *client);
+  std::optional<LineHints> hints;
+  if (language) {
+    memory.emplace(*language, *client);
+    hints.emplace(*language);
+  }
   MemoryWatch* const watched = memory ? &*memory : nullptr;
   int code = kExitNotDone;
   try {
-    code = options.batch
-               ? run_batch(options, reader, *library, *client, watched, failures, streams)
-               : run_lines(options, reader, *library, *client, watched, failures, streams);
+    code = options.batch ? run_batch(options, reader, *library, *client, watched, failures, streams)
+                         : run_lines(options, reader, *library, *client, watched,
+                                     hints ? &*hints : nullptr, failures, streams);
   } catch (const std::bad_alloc&) {
     // The paper of what was done is written all the same.
     tell_error(streams, tr("{}: stopped: there is not enough memory", reader.name()));

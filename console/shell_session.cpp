@@ -93,6 +93,7 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       help_(language),
       completer_(language, own_words(), fault_words()),
       memory_(language, client),
+      hints_(language),
       report_(streams, look_.terse ? nullptr : &language, false) {
   library_.run_line("; lorimat shell", &plain_answer_);
 }
@@ -142,8 +143,26 @@ void ShellSession::run(const std::string& text, const std::string& place) {
   const std::string lost = memory_.lost_sale_reason(memory_.sale_was_lost(), code);
   show_answer(text, code, answer, place,
               lost.empty() ? client_.reason_since(refusals, code) : lost);
+  if (code == 0) show_hints(text, place);
   show_paper();
   tell_register_failure();
+}
+
+// On a terminal the line stands right above, but for those of a file.
+void ShellSession::show_hints(const std::string& text, const std::string& place) {
+  if (look_.terse) return;
+  const bool stands_above = look_.terminal && !file_report_;
+  const std::string hints =
+      hints_.take({++lines_answered_, text, text.size(), 0}, stands_above ? "" : place,
+                  look_.terminal ? look_.colours : streams_.error_has_colours());
+  if (hints.empty()) return;
+  if (stands_above) {
+    streams_.output(laid_out(hints));
+  } else if (look_.terminal) {
+    streams_.output(hints);
+  } else {
+    streams_.error(hints);
+  }
 }
 
 void ShellSession::run_batch(const std::string& text, const std::string& place) {

@@ -14,6 +14,7 @@
 #include "failure_report.h"
 #include "language.h"
 #include "library.h"
+#include "line_hints.h"
 #include "line_reader.h"
 #include "memory_watch.h"
 #include "register_client.h"
@@ -72,6 +73,7 @@ class ShellSession {
   std::string own_line(std::string_view text) const;
   void help(std::string_view word);
   void own_word(std::string_view text);
+  void show_hints(const std::string& text, const std::string& place);
   void list_own_words();
   void show_last_paper(const std::string& number);
   void change_faults(std::string_view words);
@@ -89,7 +91,9 @@ class ShellSession {
   ShellHelp help_;
   ShellCompleter completer_;
   MemoryWatch memory_;
-  FailureReport report_;  // of a pipe
+  LineHints hints_;
+  uint64_t lines_answered_ = 0;  // with 0
+  FailureReport report_;         // of a pipe
   // Of the lines of ".batch", while they run on a terminal.
   std::optional<FailureReport> file_report_;
   bool echo_ended_ = false;   // of the Ctrl-C that stopped them

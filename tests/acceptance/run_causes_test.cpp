@@ -257,3 +257,22 @@ TEST(RunCauses, ASaleThatOpensNoReceiptIsLedOutInEveryWayToRun) {
     EXPECT_THAT(run.output, HasSubstr("8,00"));
   }
 }
+
+// They are answered with OK, and sell a hundred times the price.
+TEST(RunCauses, ALineThatIsUnderstoodOtherwiseThanItReadsIsTold) {
+  const std::string line = "VEND REP=1, PRE='1,50'\n";
+  const ProgramRun run = run_lines(line + "CHIU\n");
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.output, HasSubstr("150,00"));
+  EXPECT_THAT(run.errors, HasSubstr("standard input:1:13: warning: "));
+  EXPECT_THAT(run.errors, HasSubstr("    VEND REP=1, PRE='1,50'\n                ^\n"));
+  EXPECT_THAT(run_lines(line + "CHIU\n", {"--terse"}).errors, IsEmpty());
+  // A shell as a pipe tells the same.
+  EXPECT_THAT(run_console({"shell"}, {.input = line}).errors, HasSubstr("1:13: warning: "));
+  EXPECT_THAT(run_console({"shell", "--terse"}, {.input = line}).errors,
+              Not(HasSubstr("warning")));
+  // Of many that are alike the first ones.
+  const ProgramRun many = run_lines(repeated(line, 30));
+  EXPECT_EQ(count(many.errors, "warning: "), 20);
+  EXPECT_EQ(count(many.errors, "(further lines like this one are not told of)\n"), 1);
+}
