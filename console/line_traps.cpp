@@ -151,7 +151,10 @@ class LineTraps {
     find_unused();
     find_needed();
     if (opcode_ == kSale) find_in_sale();
-    if (opcode_ == kAttachment || opcode_ == kNonFiscal) find_unprinted();
+    if (opcode_ == kAttachment || opcode_ == kNonFiscal) {
+      find_unprinted();
+      find_check_digit();
+    }
   }
 
  private:
@@ -442,9 +445,30 @@ class LineTraps {
     }
   }
 
+  // Of an EAN of 13 digits (ISO/IEC 15420): each second digit counts three times, and the last one
+  // fills up to the next ten.
+  void find_check_digit() {
+    constexpr size_t kDigits = 13;
+    const GivenField* text = given(3);
+    const GivenField* barcode = given(barcode_field());
+    if (text == nullptr || barcode == nullptr || text->value.size() != kDigits) return;
+    const std::string& kind = barcode->value;
+    if (kind != "113" && kind != "0" && kind != "1" && !is_bare(*barcode)) return;
+    if (!is_digits(text->value)) return;
+    int sum = 0;
+    for (size_t i = 0; i + 1 < kDigits; ++i) sum += (text->value[i] - '0') * (i % 2 == 0 ? 1 : 3);
+    const char right = static_cast<char>('0' + (10 - sum % 10) % 10);
+    if (text->value.back() == right) return;
+    const std::string whole = text->value.substr(0, kDigits - 1) + right;
+    add(opcode_ == kNonFiscal ? Trap::kCheckDigitPrinted : Trap::kCheckDigitRefused, *text,
+        {text->key, text->value, whole}, fmt::format("{}='{}'", text->key, whole));
+  }
+
+  int barcode_field() const { return opcode_ == kAttachment ? 6 : 8; }
+
   void find_unprinted() {
     const GivenField* text = given(3);
-    const bool barcode = given(opcode_ == kAttachment ? 6 : 8) != nullptr;
+    const bool barcode = given(barcode_field()) != nullptr;
     if (text == nullptr || barcode || given(1) != nullptr || given(2) != nullptr) return;
     const int bits = text_to_int(value(4).c_str());
     const int hiding = opcode_ == kNonFiscal ? kLogoBit | kCutBit : kLogoBit;

@@ -42,6 +42,8 @@ enum class Trap {
   kTextCut,
   kFileNameLowered,
   kMacroLastKey,
+  kCheckDigitPrinted,
+  kCheckDigitRefused,
   // References
   kDateCut,
   kDateIgnored,

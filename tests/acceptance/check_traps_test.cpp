@@ -149,6 +149,13 @@ TEST(CheckTraps, FieldsThatACommandLeavesAloneAreNamed) {
   EXPECT_THAT(traps("PIVA IVA=1"), ElementsAre("1:1 does-nothing"));
   EXPECT_THAT(traps("PRMSG"), ElementsAre("1:1 does-nothing"));
   EXPECT_THAT(traps("CORT DES='X'"), IsEmpty());
+  EXPECT_THAT(traps("NOFIS MSG='2012345678906', BARCODE=EAN"),
+              ElementsAre("1:7 check-digit-replaced MSG='2012345678903'"));
+  EXPECT_THAT(traps("NOFIS MSG='2012345678903', BARCODE=EAN"), IsEmpty());
+  EXPECT_THAT(traps("NOFIS MSG='2012345678906'"), IsEmpty());
+  EXPECT_THAT(traps("ALLEG MSG='2012345678906', BARCODE"),
+              ElementsAre("1:7 check-digit-refused MSG='2012345678903'"));
+  EXPECT_THAT(traps("ALLEG MSG='2012345678903', BARCODE=EAN"), IsEmpty());
   EXPECT_THAT(traps("PTAST POS=1, COD=MACRO01, MACRO='N1 TOTALE'"),
               ElementsAre("1:27 macro-last-key"));
   EXPECT_THAT(traps("PTAST POS=1, COD=MACRO01, MACRO='N1 TOTALE '"), IsEmpty());
