@@ -15,6 +15,7 @@
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
+#include "translate.h"
 
 namespace {
 
@@ -256,7 +257,7 @@ class LineTraps {
       const Trap trap = opcode_ == kSubtotalCheck ? Trap::kNumberRefused : Trap::kNumberText;
       add(trap, field, {field.key, field.value, reading.text}, instead);
     } else if (!reading.exact && (kind != NumberKind::kWhole || has_point(field.value))) {
-      add(Trap::kNumberMisread, field, {field.key, reading.text});
+      add(Trap::kNumberMisread, field, {field.key, reading.text, taken(kind)});
     }
     if (piece && reading.value == 0) add(Trap::kQuantityZero, field, {field.key});
     const bool pays = opcode_ == kPayment || opcode_ == kKeys;
@@ -267,6 +268,19 @@ class LineTraps {
     const NumberKind kind = number_kind(opcode_, field.number);
     if (kind == NumberKind::kNone || kind == NumberKind::kWhole) return;
     add(Trap::kNumberEmpty, field, {field.key});
+  }
+
+  // What a field of the kind takes, for a person.
+  static std::string taken(NumberKind kind) {
+    switch (kind) {
+      case NumberKind::kQuantity:
+        return tr("three decimals at most, and no more than 2147483.647");
+      case NumberKind::kPrice:
+      case NumberKind::kPercentage:
+        return tr("fewer digits, four of them decimals at most");
+      default:
+        return tr("a whole number, no more than 2147483647");
+    }
   }
 
   static bool has_point(const std::string& text) { return text.find('.') != text.npos; }

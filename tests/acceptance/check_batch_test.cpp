@@ -248,11 +248,15 @@ TEST(CheckBatch, NumbersOfMoreDigitsThanTheLibraryTakesAreWarnedOf) {
   const ProgramRun run = run_console({"check", "lines.cmd"}, {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 0);
   const std::string why = " has more digits than the library takes, which reads ";
-  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:13: warning: field PRE" + why + "0\n"));
-  EXPECT_THAT(run.output, HasSubstr("lines.cmd:2:6: warning: field REP" + why + "2147483647\n"));
-  EXPECT_THAT(run.output, HasSubstr("lines.cmd:3:13: warning: field QTA" + why + "0.001\n"));
-  EXPECT_THAT(run.output, HasSubstr("lines.cmd:4:13: warning: field PRE" + why + "0\n"));
-  EXPECT_THAT(run.output, HasSubstr("lines.cmd:5:11: warning: field #4" + why + "0\n"));
+  const std::string price = "; write fewer digits, four of them decimals at most\n";
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:1:13: warning: field PRE" + why + "0" + price));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:2:6: warning: field REP" + why +
+                                    "2147483647; write a whole number, no more than 2147483647\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:3:13: warning: field QTA" + why +
+                                    "0.001; write three decimals at most, and no more than "
+                                    "2147483.647\n"));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:4:13: warning: field PRE" + why + "0" + price));
+  EXPECT_THAT(run.output, HasSubstr("lines.cmd:5:11: warning: field #4" + why + "0" + price));
   EXPECT_THAT(run.output, EndsWith(": 0 errors, 5 warnings\n"));
   EXPECT_THAT(findings("VEND REP=1, QTA=2147483.647, PRE=123456789.1234\n"
                        "VEND ART=99999999999999999999, PRE=-1.5\n"
