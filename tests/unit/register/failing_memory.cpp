@@ -68,5 +68,11 @@ void* operator new(size_t size) {
   return block;
 }
 
+// The sanitizers have one of their own, which this must not meet.
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return lorimat::Fails() ? nullptr : std::malloc(size > 0 ? size : 1);
+}
+
 void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 void operator delete(void* block, size_t) noexcept { std::free(block); }
