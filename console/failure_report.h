@@ -50,8 +50,7 @@ class FailureReport {
   // All of them.
   uint64_t count() const { return count_; }
 
-  // A row for each code: how often, the code, the first line
-  // with it, and what it means. Nothing in
+  // A row for each code: how often, the code, the first line with it, and what it means. Nothing in
   // the bare form, or when no line failed.
   void summarize();
 
