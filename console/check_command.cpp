@@ -17,6 +17,7 @@
 #include "line_reader.h"
 #include "notices.h"
 #include "pal/protocols/lorimat/ascii.h"
+#include "places.h"
 #include "progress.h"
 #include "styles.h"
 #include "text.h"

@@ -14,7 +14,6 @@
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
-#include "places.h"
 #include "streams.h"
 #include "text.h"
 #include "translate.h"
@@ -147,8 +146,4 @@ std::string Language::field_name(int opcode, int number) const {
     }
   }
   return {};
-}
-
-std::string definition_path(const std::string& given) {
-  return given.empty() ? find_definition_file("").path : given;
 }

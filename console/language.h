@@ -64,6 +64,3 @@ class Language {
 
   std::unique_ptr<EcrCmdCommand> translator_;
 };
-
-// The definition file of the option --language or, without it, the one that a host would read.
-std::string definition_path(const std::string& given);

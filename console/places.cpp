@@ -73,3 +73,7 @@ DefinitionFile find_definition_file(const std::string& given) {
   file.path = given.empty() ? tree_folder() + "/share/lorimat/merkelin.ini" : given;
   return file;
 }
+
+std::string definition_path(const std::string& given) {
+  return given.empty() ? find_definition_file("").path : given;
+}

@@ -23,3 +23,6 @@ struct DefinitionFile {
 // The definition file: what the registry says, else the given file, else the one found beside
 // the program (../share/lorimat/merkelin.ini).
 DefinitionFile find_definition_file(const std::string& given);
+
+// The definition file of the option --language or, without it, the one that a host would read.
+std::string definition_path(const std::string& given);

@@ -10,6 +10,7 @@
 #include "language.h"
 #include "notices.h"
 #include "pal/protocols/lorimat/front/messages.h"
+#include "places.h"
 #include "styles.h"
 #include "suggestion.h"
 #include "text.h"

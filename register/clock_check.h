@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "register/core.h"
 
@@ -35,9 +34,5 @@ int CheckClock(const RegisterCore& core);
 
 // For the host, at a start.
 std::string ClockNotice(const ClockBehind& behind);
-
-// As they are stored, "20990101120000 20261121090000 812 40 ".
-std::string ToRecord(const ClockSetBack& back);
-std::optional<ClockSetBack> ReadClockSetBack(std::string_view record);
 
 }  // namespace lorimat

@@ -73,7 +73,7 @@ void RegisterCore::Keep(bool behind) {
   } else if (document.begun.tm_mday == 0) {
     document.begun = Now();
   }
-  std::string open_record = OpenDocumentRecord(*this);
+  std::string open_record = OpenDocumentRecord(*this, document, paper);
   const bool open_moved =
       open_record != kept_open_record_ || (open_record.empty() && kept_has_open_);
   const bool printed = paper.lines().size() != kept_paper_.lines;
@@ -100,7 +100,7 @@ void RegisterCore::Keep(bool behind) {
       store.NoteProgrammed(before, ProgrammedValues(database, set, chained), Now());
     }
     store.Keep();
-    if (open_moved) StoreOpenDocument(database, *this, open_record);
+    if (open_moved) StoreOpenDocument(database, *this, document, open_record);
     if (printed) StoreRoll(database, paper, kept_paper_);
     if (state == PrinterState::kMonitor && paper.lines().size() > kRollLines + kRollSpare) {
       torn_off = TrimRoll(database, paper, kRollLines) - paper.dropped();

@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdint>
 #include <ctime>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace lorimat {
 
@@ -27,6 +29,9 @@ struct ClockSetBack {
 
   bool operator==(const ClockSetBack&) const = default;
 };
+// As they are stored, "20990101120000 20261121090000 812 40 ".
+std::string ToRecord(const ClockSetBack& back);
+std::optional<ClockSetBack> ReadClockSetBack(std::string_view record);
 
 struct DeviceSetup {
   static constexpr int kTrailerLines = 6;

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "register/database.h"
-#include "register/register_file.h"
+#include "register/journal_verdict.h"
 #include "register/store.h"
 #include "register/store_tables.h"
 

@@ -95,11 +95,6 @@ std::optional<UnansweredDocument> FindUnanswered(const RegisterCore& core) {
   return std::nullopt;
 }
 
-std::string UnansweredDocument::number_text() const {
-  if (kind == "invoice") return std::to_string(number);
-  return number > 0 ? fmt::format("{:04}-{:04}", closure, number) : fmt::format("{:04}", closure);
-}
-
 std::string UnansweredNotice(const UnansweredDocument& document) {
   return fmt::format(
       "The register was switched off behind the last document that it stored ({} {}, {}, total "

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "register/interrupted.h"
 #include "register/receipt_desk.h"
-#include "register/register_file.h"
 #include "register/store_tables.h"
 
 namespace lorimat {

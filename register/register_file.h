@@ -20,34 +20,13 @@
 
 #include "register/closures.h"
 #include "register/faults.h"
-#include "register/finding.h"
+#include "register/interrupted.h"
 #include "register/journal.h"
+#include "register/journal_verdict.h"
 #include "register/money.h"
 #include "register/paper.h"
 
 namespace lorimat {
-
-// A document that was cut off: begun and not ended when the register was switched off.
-struct CutOffDocument {
-  std::string kind;  // "receipt", "invoice", "credit note", "void", "non-fiscal", "training"
-  std::tm begun = {};
-  int lines = 0;  // of items
-  Amount subtotal = 0;
-  bool registered = false;  // paid: it has its number, and only its end is missing
-  int number = 0;           // once it is registered
-};
-
-// What was registered last when the register was switched off, if its answer may not have gone out.
-struct UnansweredDocument {
-  std::string kind;  // "receipt", "invoice", "credit note", "void", "closing"
-  int closure = 0;   // that it falls under
-  int number = 0;    // of a document
-  std::tm time = {};
-  Amount total = 0;  // of a closing: of its day
-
-  // "0001-0002"; of a closing "0001", of an invoice "12".
-  std::string number_text() const;
-};
 
 struct RegisterStatus {
   std::string file;
@@ -68,24 +47,6 @@ struct RegisterStatus {
   std::string journal_hash;  // of the chain's last link, 64 hexadecimal digits
   std::optional<CutOffDocument> open_document;
   FaultPlan faults;
-};
-
-// What a check of the journal found.
-struct JournalCheck {
-  uint64_t entries = 0;    // that were read
-  uint64_t documents = 0;  // registered documents that were compared
-  // A hash that does not fit, an entry that is missing, a document without an entry, totals that
-  // are not the sum of the documents and the like. At most kMostFindings; `findings_left_out`
-  // counts the rest.
-  static constexpr size_t kMostFindings = 100;
-  std::vector<Finding> findings;
-  uint64_t findings_left_out = 0;
-  // What is in order and worth knowing: times that go backwards. At most kMostFindings of them.
-  std::vector<Finding> notes;
-  uint64_t notes_left_out = 0;
-  bool damaged = false;  // pages of the file cannot be read, or do not fit one another
-
-  bool good() const { return findings.empty(); }
 };
 
 class RegisterFile {

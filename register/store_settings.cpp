@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "register/clock_check.h"
+#include "register/chain.h"
 #include "register/record.h"
 #include "register/store_tables.h"
 #include "rpccommon/services/rtfconst.h"
@@ -229,29 +229,29 @@ void LoadSettings(Database& database, RegisterState* state) {
 
 // --- The open document
 
-std::string OpenDocumentRecord(const RegisterCore& core) {
-  if (core.state == PrinterState::kMonitor) return {};
-  const OpenDocument& document = core.document;
+std::string OpenDocumentRecord(const RegisterState& state, const OpenDocument& document,
+                               const Paper& paper) {
+  if (state.state == PrinterState::kMonitor) return {};
   RecordWriter notes;
-  notes.Number(static_cast<int>(core.state)).Number(static_cast<int>(document.receipt.kind()));
+  notes.Number(static_cast<int>(state.state)).Number(static_cast<int>(document.receipt.kind()));
   notes.Number(TimeNumber(document.begun));
   notes.Number(static_cast<int64_t>(document.receipt.lines().size()));
   notes.Number(document.cash != CashMove::kNone ? document.cash_total : document.receipt.total());
-  notes.Number(static_cast<int64_t>(core.paper.dropped() + core.document_start));
-  notes.Number(core.keep_non_fiscal ? 1 : 0).Number(static_cast<int>(document.cash));
+  notes.Number(static_cast<int64_t>(paper.dropped() + state.document_start));
+  notes.Number(state.keep_non_fiscal ? 1 : 0).Number(static_cast<int>(document.cash));
   notes.Number(document.id).Number(document.number).Text(document.number_text);
   notes.Number(TimeNumber(document.time)).Number(document.trailer_printed ? 1 : 0);
   return notes.Take();
 }
 
-void StoreOpenDocument(Database& database, const RegisterCore& core, const std::string& record) {
+void StoreOpenDocument(Database& database, const RegisterState& state,
+                       const OpenDocument& document, const std::string& record) {
   if (record.empty()) {
     database.Prepare("DELETE FROM open_document").Run();
     return;
   }
-  const OpenDocument& document = core.document;
   database.Prepare("REPLACE INTO open_document VALUES (1, ?, ?, ?, ?, ?, ?)")
-      .With(static_cast<int>(core.state), static_cast<int>(document.receipt.kind()),
+      .With(static_cast<int>(state.state), static_cast<int>(document.receipt.kind()),
             TimeNumber(document.begun), document.receipt.lines().size(), document.receipt.total(),
             record)
       .Run();

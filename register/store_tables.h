@@ -5,8 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "register/core.h"
 #include "register/database.h"
+#include "register/paper.h"
+#include "register/register_state.h"
+#include "register/tables.h"
 
 namespace lorimat {
 
@@ -51,9 +53,11 @@ struct StoredOpenDocument {
   DocumentNotes notes;  // what ending it needs
 };
 
-// As the core has it, for comparison; empty when no document is open.
-std::string OpenDocumentRecord(const RegisterCore& core);
-void StoreOpenDocument(Database& database, const RegisterCore& core, const std::string& record);
+// All of it in a text, for comparison; empty when no document is open.
+std::string OpenDocumentRecord(const RegisterState& state, const OpenDocument& document,
+                               const Paper& paper);
+void StoreOpenDocument(Database& database, const RegisterState& state,
+                       const OpenDocument& document, const std::string& record);
 std::optional<StoredOpenDocument> LoadOpenDocument(Database& database);
 
 }  // namespace lorimat

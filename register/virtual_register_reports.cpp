@@ -7,6 +7,7 @@
 #include "register/refusal.h"
 #include "register/reports.h"
 #include "register/telematic.h"
+#include "register/totalizer.h"
 #include "register/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
