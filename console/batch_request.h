@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// A folder for files that the library writes, removed with the object and with them. Its path has no capital letters, since
-// the library lower-cases the names of an "@" line.
+// A folder for files that the library writes, removed with the object and with them. Its path has
+// no capital letters, since the library lower-cases the names of an "@" line.
 class ScratchFolder {
  public:
   // Throws Failure when no folder can be made.

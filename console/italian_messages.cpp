@@ -28,7 +28,8 @@ std::span<const ItalianText> italian_messages_texts() {
       {"cannot be opened: {}", "non si può aprire: {}"},
       {"cannot be written", "non si può scrivere"},
       {"its folder cannot be written: {}", "nella sua cartella non si può scrivere: {}"},
-      {"is not there, or empty, and {} is: what was stored last stands in it alone. Put the register "
+      {"is not there, or empty, and {} is: what was stored last stands in it alone. Put the "
+       "register "
        "back beside it, or move it away",
        "non c'è, o è vuoto, e {} c'è: quanto è stato registrato per ultimo sta solo lì. Rimettere "
        "accanto il registratore, o spostarlo via"},

@@ -135,7 +135,8 @@ Codici d'uscita:
       {"the next sale opens no receipt: {}", "la prossima vendita non apre uno scontrino: {}"},
       {"No sale opens a receipt now: the library takes one for open, and the printer has none. The "
        "way out is {}.",
-       "Ora nessuna vendita apre uno scontrino: per la libreria ce n'è uno aperto, per la stampante "
+       "Ora nessuna vendita apre uno scontrino: per la libreria ce n'è uno aperto, per la "
+       "stampante "
        "no. Se ne esce con {}."},
       {"{} or {}", "{} o {}"},
       {"a start of the library", "un avvio della libreria"},

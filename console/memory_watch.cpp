@@ -70,4 +70,3 @@ std::string MemoryWatch::ways_out() const {
   }
   return text;
 }
-

@@ -11,7 +11,7 @@ class App;
 
 struct PaperOptions {
   std::string register_file;
-  size_t last = 0;     // documents from the end; 0 takes all of the roll
+  size_t last = 0;    // documents from the end; 0 takes all of the roll
   std::string paper;  // of the text; empty is standard output, unless pictures are asked for
   std::string png;
   std::string pdf;

@@ -87,11 +87,11 @@ enum class RefusalCause : uint8_t {
   kNotNamedWhole,   // closure, number
   kNoSuchDocument,  // closure, number
   kNoLastDocument,
-  kVoidedAlready,    // closure, number
-  kPaidBackAlready,  // closure, number
+  kVoidedAlready,      // closure, number
+  kPaidBackAlready,    // closure, number
   kMoreThanSold,       // total, what is left of the sale, its closure, its number
   kMoreThanSoldOfVat,  // VAT entry, amount, what is left of the sale, its closure, its number
-  kOfAnotherDay,     // closure, number; the date
+  kOfAnotherDay,       // closure, number; the date
   // --- Values and texts; the first number is the Subject
   kOutOfRange,        // subject, value, lowest, highest
   kAmountOutOfRange,  // subject, amount, lowest, highest

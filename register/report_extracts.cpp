@@ -141,8 +141,8 @@ int ReportDesk::PrintJournal(const JournalRequest& request, const ReportTarget& 
     selection.in_closures = true;
     selection.from_closure = request.from_closure;
     selection.to_closure = request.to_closure;
-    report.Centred(fmt::format("dalla chiusura {:04} alla {:04}", request.from_closure,
-                               request.to_closure));
+    report.Centred(
+        fmt::format("dalla chiusura {:04} alla {:04}", request.from_closure, request.to_closure));
   }
   if (request.from_number < 1 || request.from_number > request.to_number ||
       request.to_number > JournalSelection::kLastNumber) {

@@ -244,8 +244,8 @@ std::string OpenDocumentRecord(const RegisterState& state, const OpenDocument& d
   return notes.Take();
 }
 
-void StoreOpenDocument(Database& database, const RegisterState& state,
-                       const OpenDocument& document, const std::string& record) {
+void StoreOpenDocument(Database& database, const RegisterState& state, const OpenDocument& document,
+                       const std::string& record) {
   if (record.empty()) {
     database.Prepare("DELETE FROM open_document").Run();
     return;

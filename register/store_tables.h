@@ -56,8 +56,8 @@ struct StoredOpenDocument {
 // All of it in a text, for comparison; empty when no document is open.
 std::string OpenDocumentRecord(const RegisterState& state, const OpenDocument& document,
                                const Paper& paper);
-void StoreOpenDocument(Database& database, const RegisterState& state,
-                       const OpenDocument& document, const std::string& record);
+void StoreOpenDocument(Database& database, const RegisterState& state, const OpenDocument& document,
+                       const std::string& record);
 std::optional<StoredOpenDocument> LoadOpenDocument(Database& database);
 
 }  // namespace lorimat

@@ -118,8 +118,17 @@ class Tables {
   const std::map<int, std::string>& logos() const { return logos_; }
 
   // --- What has been programmed since it was stored the last time
-  enum class Part { kDepartment, kGroup, kSubtender, kHeader, kVat, kArticle, kArticles, kLogos,
-                    kNotes };
+  enum class Part {
+    kDepartment,
+    kGroup,
+    kSubtender,
+    kHeader,
+    kVat,
+    kArticle,
+    kArticles,
+    kLogos,
+    kNotes
+  };
   struct Change {
     Part part;
     int number;  // of the record; 0 for a whole table

@@ -126,8 +126,8 @@ int Tables::SetSubtender(int number, Subtender subtender) {
   subtender.description = DeviceText(subtender.description);
   const size_t tender = static_cast<size_t>(FindTender(SubtenderId(number)) - tenders_.data());
   Note(Part::kSubtender, number,
-       [number, tender, old = *FindSubtender(number), old_tender = tenders_[tender]](
-           Tables& tables) mutable {
+       [number, tender, old = *FindSubtender(number),
+        old_tender = tenders_[tender]](Tables& tables) mutable {
          std::swap(tables.subtenders_[static_cast<size_t>(number) - 1], old);
          std::swap(tables.tenders_[tender], old_tender);
        });
@@ -170,13 +170,15 @@ int Tables::NoteVatRate(int entry, std::string_view rate) {
   if (!value) {
     return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kVatRate, {}, rate);
   }
-  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
+  Note(Part::kNotes, 0,
+       [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
   noted_rates_[entry] = *value;
   return RTF_SUCCESS;
 }
 
 int Tables::CommitVat(bool day_open) {
-  Note(Part::kNotes, 0, [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
+  Note(Part::kNotes, 0,
+       [old = noted_rates_](Tables& tables) mutable { tables.noted_rates_.swap(old); });
   const std::map<int, int32_t> rates = std::exchange(noted_rates_, {});
   for (const auto& [entry, rate] : rates) {
     // The totals of the day stand by entry: a rate that changed under them would make them lie.
@@ -184,10 +186,9 @@ int Tables::CommitVat(bool day_open) {
       return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayOpen);
     }
   }
-  Note(Part::kVat, 0,
-       [old = settings_.vat_rates](Tables& tables) mutable {
-         tables.settings_.vat_rates.swap(old);
-       });
+  Note(Part::kVat, 0, [old = settings_.vat_rates](Tables& tables) mutable {
+    tables.settings_.vat_rates.swap(old);
+  });
   for (const auto& [entry, rate] : rates) {
     VatRate& row = settings_.vat_rates[static_cast<size_t>(entry) - 1];
     row.rate = rate;
@@ -239,9 +240,7 @@ int Tables::SetArticle(Article article) {
 
 void Tables::EraseArticles() {
   Note(Part::kArticles, 0,
-       [old = settings_.articles](Tables& tables) mutable {
-         tables.settings_.articles.swap(old);
-       });
+       [old = settings_.articles](Tables& tables) mutable { tables.settings_.articles.swap(old); });
   settings_.articles.clear();
 }
 

@@ -374,7 +374,8 @@ class VirtualRegister : public RtfClientInterface {
       answer = RTF_E_FAILURE;
       if (Unit<true>([&] {
             fault = core_.faults.Begin(operation, core_.state != PrinterState::kMonitor, effects);
-            code = fault.before != RTF_SUCCESS ? Refuse(fault.before, RefusalCause::kFault) : work();
+            code =
+                fault.before != RTF_SUCCESS ? Refuse(fault.before, RefusalCause::kFault) : work();
           })) {
         // Carried out, and the host may not come to know.
         answer = fault.after != RTF_SUCCESS ? Refuse(fault.after, RefusalCause::kFault) : code;

@@ -269,8 +269,7 @@ TEST(RunCauses, ALineThatIsUnderstoodOtherwiseThanItReadsIsTold) {
   EXPECT_THAT(run_lines(line + "CHIU\n", {"--terse"}).errors, IsEmpty());
   // A shell as a pipe tells the same.
   EXPECT_THAT(run_console({"shell"}, {.input = line}).errors, HasSubstr("1:13: warning: "));
-  EXPECT_THAT(run_console({"shell", "--terse"}, {.input = line}).errors,
-              Not(HasSubstr("warning")));
+  EXPECT_THAT(run_console({"shell", "--terse"}, {.input = line}).errors, Not(HasSubstr("warning")));
   // Of many that are alike the first ones.
   const ProgramRun many = run_lines(repeated(line, 30));
   EXPECT_EQ(count(many.errors, "warning: "), 20);

@@ -100,9 +100,8 @@ TEST_F(OutputNames, NoneIsAFileThatTheRegisterMakesBesideItsOwn) {
       EXPECT_EQ(linked.exit_code, 2) << option << end;
       EXPECT_THAT(linked.errors, EndsWith(kReplace)) << option << end;
     }
-    const ProgramRun link =
-        run_console({"paper", "--register", "shop.reg", "--paper", "shop.reg-wal"},
-                    {.folder = folder_.path()});
+    const ProgramRun link = run_console(
+        {"paper", "--register", "shop.reg", "--paper", "shop.reg-wal"}, {.folder = folder_.path()});
     EXPECT_EQ(link.exit_code, 2);
     EXPECT_THAT(link.errors, EndsWith(kReplace));
   }

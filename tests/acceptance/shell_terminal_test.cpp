@@ -71,8 +71,9 @@ TEST_F(ShellOnTerminal, ALineShowsItsAnswerTheNewPaperAndTheStateOfTheRegister) 
 
 TEST_F(ShellOnTerminal, WhyTheRegisterRefusedIsTold) {
   TerminalRun run(shell(), setting());
-  EXPECT_THAT(run.enter("INP TASTO=CHIAVE, NUM='9'"),
-              testing::Contains("  Not allowed for the position of the key: 9; it goes from 1 to 4."));
+  EXPECT_THAT(
+      run.enter("INP TASTO=CHIAVE, NUM='9'"),
+      testing::Contains("  Not allowed for the position of the key: 9; it goes from 1 to 4."));
   run.type(kCtrlD);
   EXPECT_EQ(0, run.wait_for_end());
 }
@@ -127,8 +128,9 @@ TEST_F(ShellOnTerminal, ASaleThatWouldOpenNoReceiptIsToldWithTheWayOut) {
                        "RESPRN"));
   const std::vector<std::string> refused = run.enter("VEND REP=1, PRE=2.00");
   EXPECT_THAT(refused.front(), StartsWith("code 1231"));
-  EXPECT_THAT(refused, Contains("  No sale opens a receipt now: the library takes one for open, and "
-                                "the printer has none. The way out is CLEAR, CHIU or RESPRN."));
+  EXPECT_THAT(refused,
+              Contains("  No sale opens a receipt now: the library takes one for open, and "
+                       "the printer has none. The way out is CLEAR, CHIU or RESPRN."));
   EXPECT_EQ(kLost, refused.back());
   EXPECT_EQ(kReady, run.enter("CLEAR").back());
   EXPECT_EQ("RECEIPT OPEN  1 item  subtotal 2,00  key registering",

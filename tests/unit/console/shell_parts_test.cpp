@@ -263,10 +263,11 @@ TEST_F(ShellHints, ThePlaceIsMarkedAndABetterWordNamed) {
 }
 
 TEST_F(ShellHints, ACommaIsTakenForADecimalComma) {
-  EXPECT_EQ("  VEND REP=1, PRE=1,50\n                    ^\n"
-            "  a comma ends field PRE, and '50' is taken for the name of the next one;\n"
-            "  decimals stand behind a point; did you mean PRE=1.50?\n",
-            parser_hint(language_, "VEND REP=1, PRE=1,50", 80));
+  EXPECT_EQ(
+      "  VEND REP=1, PRE=1,50\n                    ^\n"
+      "  a comma ends field PRE, and '50' is taken for the name of the next one;\n"
+      "  decimals stand behind a point; did you mean PRE=1.50?\n",
+      parser_hint(language_, "VEND REP=1, PRE=1,50", 80));
 }
 
 TEST_F(ShellHints, ALineThatIsReadHasNone) {
@@ -312,7 +313,8 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   device.AddFault({.name = "paper-end"});
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
   EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", status_line(device));
-  EXPECT_THAT(status_text(device, "/a\x1b/shop", "", 0), HasSubstr("\nRegister       /a\\x1B/shop\n"));
+  EXPECT_THAT(status_text(device, "/a\x1b/shop", "", 0),
+              HasSubstr("\nRegister       /a\\x1B/shop\n"));
   EXPECT_EQ("", open_document_words(device));
 }
 

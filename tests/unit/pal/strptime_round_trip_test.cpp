@@ -65,8 +65,7 @@ TEST(StrptimeRoundTrip, YearsOfTwoDigitsReadFrom1969To2068) {
 TEST(StrptimeRoundTrip, EverySecondOfADay) {
   for (const char* format : {"%H:%M:%S", "%T", "%X", "%I:%M:%S %p", "%r", "%H%M%S"}) {
     for (int second = 0; second < 24 * 60 * 60; second += 7) {
-      const struct tm written =
-          moment(2024, 1, 29, second / 3600, second / 60 % 60, second % 60);
+      const struct tm written = moment(2024, 1, 29, second / 3600, second / 60 % 60, second % 60);
       struct tm read;
       ASSERT_TRUE(round_trip(format, written, &read)) << format << ' ' << second;
       ASSERT_EQ(read.tm_hour, written.tm_hour) << format << ' ' << second;

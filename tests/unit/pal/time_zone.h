@@ -35,7 +35,8 @@ class ScopedTimeZone {
   std::optional<std::string> old_;
 };
 
-// Seconds since the epoch of a broken-down UTC time, by the platform and not by the code under test.
+// Seconds since the epoch of a broken-down UTC time, by the platform and not by the code under
+// test.
 inline time_t utc_seconds(struct tm* time) {
 #ifdef _WIN32
   return _mkgmtime(time);

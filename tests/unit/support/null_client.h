@@ -27,11 +27,22 @@ class NullClient : public RtfClientInterface {
   int UpdateFirmware(const char*) override { return 0; }
   int UpdateStatistics(const char*) override { return 0; }
   int GetVatEntryExtended(int, int, char*) override { return 0; }
-  int PrintBarcode(const char*, const char*, const char*, const char*, const char*, uint8_t) override { return 0; }
-  int PrintBarcodeEx(const char*, const char*, const char*, const char*, const char*, uint8_t, bool) override { return 0; }
+  int PrintBarcode(const char*, const char*, const char*, const char*, const char*,
+                   uint8_t) override {
+    return 0;
+  }
+  int PrintBarcodeEx(const char*, const char*, const char*, const char*, const char*, uint8_t,
+                     bool) override {
+    return 0;
+  }
   int InitJournal() override { return 0; }
-  int BeginDocInvoice(const char*, const char*, const char*, const char*, const char*) override { return 0; }
-  int BeginDocInvoiceOppositionJurisprudence(const char*, const char*, const char*, const char*, const char*, bool) override { return 0; }
+  int BeginDocInvoice(const char*, const char*, const char*, const char*, const char*) override {
+    return 0;
+  }
+  int BeginDocInvoiceOppositionJurisprudence(const char*, const char*, const char*, const char*,
+                                             const char*, bool) override {
+    return 0;
+  }
   int BeginDocRefund(int, int, const char*) override { return 0; }
   int BeginDocCancel(int, int, const char*, bool) override { return 0; }
   int BeginDocTelematicRefund(int, int, const char*, const char*) override { return 0; }
@@ -43,11 +54,22 @@ class NullClient : public RtfClientInterface {
   int SaveTelematicSummaryEx(int, int, const char*, int) override { return 0; }
   int PrintBitmap(int, int) override { return 0; }
   int SelectBitmap(int, int) override { return 0; }
-  int ProcessEJournalReportByDate(const char*, const char*, const char*, const char*) override { return 0; }
+  int ProcessEJournalReportByDate(const char*, const char*, const char*, const char*) override {
+    return 0;
+  }
   int ProcessEJournalReportByZNumber(int, int, const char*, const char*) override { return 0; }
-  int ProcessEJournalReportByDateZNumber(const char*, const char*, int, int, const char*, const char*) override { return 0; }
-  int ProcessEJournalReportByDateNumber(const char*, const char*, int, int, const char*, const char*) override { return 0; }
-  int ProcessEJournalReportByDateNumberDocType(const char*, const char*, int, int, int, const char*, const char*) override { return 0; }
+  int ProcessEJournalReportByDateZNumber(const char*, const char*, int, int, const char*,
+                                         const char*) override {
+    return 0;
+  }
+  int ProcessEJournalReportByDateNumber(const char*, const char*, int, int, const char*,
+                                        const char*) override {
+    return 0;
+  }
+  int ProcessEJournalReportByDateNumberDocType(const char*, const char*, int, int, int, const char*,
+                                               const char*) override {
+    return 0;
+  }
   int ProcessEJournalReportGlobal(const char*, const char*) override { return 0; }
   int ProgramGRC(uint8_t, const char*, bool) override { return 0; }
   int EraseLogoArchive() override { return 0; }
@@ -69,7 +91,9 @@ class NullClient : public RtfClientInterface {
   int PrintRecItemVoid(const char*, long, int, int, long, const char*) override { return 0; }
   int PrintRecItemAdjustment(int, const char*, int64_t, int) override { return 0; }
   int PrintRecItemAdjustmentVoid(int, const char*, int64_t, int) override { return 0; }
-  int PrintRecItemFuel(const char*, long, int, int, long, const char*, long, const char*) override { return 0; }
+  int PrintRecItemFuel(const char*, long, int, int, long, const char*, long, const char*) override {
+    return 0;
+  }
   int PrintRecItemFuelVoid(const char*, long, int, long) override { return 0; }
   int PrintRecItemRefund(const char*, long, int, int, long, const char*) override { return 0; }
   int PrintRecItemRefundVoid(const char*, long, int, int, long, const char*) override { return 0; }
@@ -88,10 +112,16 @@ class NullClient : public RtfClientInterface {
   int PrintRecVoid(const char*) override { return 0; }
   int PrintRecVoidItem(const char*, long, int, int, long, int) override { return 0; }
   int TelematicCensus() override { return 0; }
-  int TelematicActivate(const char*, const char*, const char*, const char*, int32_t, const char*) override { return 0; }
+  int TelematicActivate(const char*, const char*, const char*, const char*, int32_t,
+                        const char*) override {
+    return 0;
+  }
   int TelematicCommissioning() override { return 0; }
   int ZupEcrCmd(const char*, int*, char*) override { return 0; }
-  int PrintRecItemEx(int, const char*, int64_t, int, int, int64_t, const char*, int, bool, const char*) override { return 0; }
+  int PrintRecItemEx(int, const char*, int64_t, int, int, int64_t, const char*, int, bool,
+                     const char*) override {
+    return 0;
+  }
   int PrintRecItemAdjustmentEx(int, const char*, int64_t, int, int) override { return 0; }
   int PrintRecItemAdjustmentEx2(int, const char*, int64_t, int, int, bool) override { return 0; }
   int PrintRecTotalEx(int64_t, const char*, bool) override { return 0; }
@@ -137,20 +167,36 @@ class NullClient : public RtfClientInterface {
   int EraseTable(int) override { return 0; }
   int DownloadTable(int, int, char*) override { return 0; }
   int UploadTable(int, int, const char*) override { return 0; }
-  int ConfigDepartment(bool, int32_t, char*, int64_t*, int64_t*, int32_t*, int32_t*, uint8_t*, bool*, bool*, bool*) override { return 0; }
-  int ConfigDepartmentEx(bool, int32_t, char*, int64_t*, int64_t*, int32_t*, int32_t*, uint8_t*, bool*, bool*, bool*, bool*) override { return 0; }
+  int ConfigDepartment(bool, int32_t, char*, int64_t*, int64_t*, int32_t*, int32_t*, uint8_t*,
+                       bool*, bool*, bool*) override {
+    return 0;
+  }
+  int ConfigDepartmentEx(bool, int32_t, char*, int64_t*, int64_t*, int32_t*, int32_t*, uint8_t*,
+                         bool*, bool*, bool*, bool*) override {
+    return 0;
+  }
   int ConfigGroup(bool, int, char*, char*, int*, int*) override { return 0; }
   int ConfigKeyboard(bool, uint8_t, uint8_t*, int8_t*, char*, uint16_t*) override { return 0; }
-  int ConfigSubtender(bool, int32_t, uint8_t*, char*, uint8_t*, uint32_t*, uint8_t*) override { return 0; }
+  int ConfigSubtender(bool, int32_t, uint8_t*, char*, uint8_t*, uint32_t*, uint8_t*) override {
+    return 0;
+  }
   int GetHeaderLine(int, char*) override { return 0; }
   int KeyCodeInput(const char*, const char*, const char*, uint8_t) override { return 0; }
   int PrintZReportEx(bool) override { return 0; }
   int DiagnosticsRequest(int, bool, int) override { return 0; }
   int DirectIO(int, int*, char*) override { return 0; }
   int PrintXReportEx(int32_t, bool, const char*, const char*, int32_t) override { return 0; }
-  int FiscalReportMessageEx(int32_t, int32_t, int32_t, uint8_t, uint8_t, uint32_t, uint32_t, const char*, const char*, const char*, const char*, int32_t) override { return 0; }
-  int PeriodicReportMessageEx(int32_t, int32_t, const char*, const char*, int32_t, bool) override { return 0; }
-  int TelematicDocument(uint32_t, uint8_t, uint8_t, int32_t, int32_t, int32_t, int32_t, const char*) override { return 0; }
+  int FiscalReportMessageEx(int32_t, int32_t, int32_t, uint8_t, uint8_t, uint32_t, uint32_t,
+                            const char*, const char*, const char*, const char*, int32_t) override {
+    return 0;
+  }
+  int PeriodicReportMessageEx(int32_t, int32_t, const char*, const char*, int32_t, bool) override {
+    return 0;
+  }
+  int TelematicDocument(uint32_t, uint8_t, uint8_t, int32_t, int32_t, int32_t, int32_t,
+                        const char*) override {
+    return 0;
+  }
   void LogTrace(const char*) override {}
   void LogError(const char*) override {}
   void set_wait_event(Event*) override {}

@@ -25,9 +25,8 @@ int guarded_client_call(Call call) {
   }
 }
 
-#define RTF_FP_INVOKE(name, ...)                                                        \
-  (rtfClient_ != nullptr ? guarded_client_call([&] { return rtfClient_->name(__VA_ARGS__); }) \
-                         : -1)
+#define RTF_FP_INVOKE(name, ...) \
+  (rtfClient_ != nullptr ? guarded_client_call([&] { return rtfClient_->name(__VA_ARGS__); }) : -1)
 #define RTF_LD_INVOKE(name, ...) RTF_FP_INVOKE(name, __VA_ARGS__)
 #define RTF_FP_INVOKE_NP(name) RTF_FP_INVOKE(name)
 #define RTF_FP_INVOKE_NI(name, ...) RTF_FP_INVOKE(name, __VA_ARGS__)

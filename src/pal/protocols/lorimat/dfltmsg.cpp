@@ -115,15 +115,9 @@ constexpr Message kLink[] = {
 };
 
 constexpr Message kLinkSyntax[] = {
-    {0, "SYNTAX ERROR "},
-    {1, "UNEXPECTED END OF LINE "},
-    {2, "ALPHA FIELD INVALID "},
-    {3, "ARTICLE CODE INVALID "},
-    {4, "NOT NUMERIC FIELD "},
-    {5, "VAT FIELD INVALID "},
-    {6, "DPT FIELD INVALID "},
-    {7, "COMMAND FIELD INVALID "},
-    {8, "NUMERIC FILED ILLEGAL "},
+    {0, "SYNTAX ERROR "},         {1, "UNEXPECTED END OF LINE "}, {2, "ALPHA FIELD INVALID "},
+    {3, "ARTICLE CODE INVALID "}, {4, "NOT NUMERIC FIELD "},      {5, "VAT FIELD INVALID "},
+    {6, "DPT FIELD INVALID "},    {7, "COMMAND FIELD INVALID "},  {8, "NUMERIC FILED ILLEGAL "},
 };
 
 template <size_t Rows, size_t Size, size_t Count>

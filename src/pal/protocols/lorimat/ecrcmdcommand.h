@@ -100,8 +100,7 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // Writes the default messages, reads the registry and the definition file, takes over
   // the client and, with readEcrConf, reads the device's configuration. Returns 0, or 2
   // when the definition file cannot be read; then there is no new client.
-  int TradInit(char* szNomeFileIni, int iOpzioni, RtfClientInterface* rtfClient,
-               bool readEcrConf);
+  int TradInit(char* szNomeFileIni, int iOpzioni, RtfClientInterface* rtfClient, bool readEcrConf);
   // Fills the record of iCurEcrNum. A valid record is kept unless bit 0 of iFlags is
   // set. Always 0: what the device refuses stays empty or 0.
   int GetEcrConf(int iFlags);

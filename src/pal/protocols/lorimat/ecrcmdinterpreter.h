@@ -184,26 +184,26 @@ class EcrCmdInterpreter {
   void SetMaxPrecision(int precision) { max_precision = precision; }
 
   // --- Members
-  char cChQuote;             // quote character of the language
-  char cChSep;               // separator of "@" lines
-  char cChDate;              // separators in edited output
+  char cChQuote;  // quote character of the language
+  char cChSep;    // separator of "@" lines
+  char cChDate;   // separators in edited output
   char cChTime;
-  int iOutEditFlags;         // output edit options of the reading commands
-  bool bFlgTradDC;           // kept for the host
-  bool bVirgolaFissa;        // fixed decimal point mode, set from the device
+  int iOutEditFlags;   // output edit options of the reading commands
+  bool bFlgTradDC;     // kept for the host
+  bool bVirgolaFissa;  // fixed decimal point mode, set from the device
   char currency_decimal_separator;
-  char filename_[81];        // path of the definition file in use
+  char filename_[81];  // path of the definition file in use
   const uint16_t wVerMajor;
   const uint16_t wVerMinor;
   const uint16_t wVerRelease;
-  long iCurEcrNum;           // current device number
+  long iCurEcrNum;  // current device number
   TRADSTATO TStato;
   ECRSTATO EcrStato;
   STATERR Stat;
   char szCampi[MAXCAMPI + 1][MAXVALLN + 1];  // fields of the line in hand, by number
-  char TabIntMsg[50][32];    // internal messages; a full row has no closing NUL
+  char TabIntMsg[50][32];                    // internal messages; a full row has no closing NUL
   char szOpCodes[MAXOPCOD][MAXSIMBLN + 1];   // command names by row
-  char szEM_FileIn[64];      // file names of the article exchange link
+  char szEM_FileIn[64];                      // file names of the article exchange link
   char szEM_FileErr[64];
   char szEM_FileLog[64];
   int iEM_Cmd;
@@ -228,35 +228,35 @@ class EcrCmdInterpreter {
   bool bCampiA[MAXCAMPI + 1];      // field was given in quotes; kept from line to line
   int iIdOpCodes[MAXOPCOD];        // opcode id by command row
   char szKeyI[MAXOPCOD][MAXCAMPI + 1][MAXSIMBLN + 1];  // field names by opcode id and row
-  char szInfo[512];                // answer text of info commands
-  int iNumOper[MAXOPCOD];          // highest field row by opcode id
-  int iNCI[MAXOPCOD][MAXCAMPI + 1];   // field number by opcode id and row
-  bool bObl[MAXOPCOD][MAXCAMPI + 1];  // field row is mandatory
-  int iTotOpCodes;                 // highest command row read
-  int iTotSimb;                    // symbols read
-  char szSimb[MAXSIMB][MAXSIMBLN + 1];  // symbol names, from row 1
-  int iVSimb[MAXSIMB + 1];         // symbol values
-  char TabDscTotG[MAXTOTG][32];    // totalizer descriptions; a full row has no NUL
-  char TabErrTradBase[50][80];     // messages of class 0; rows as in TabIntMsg
-  char TabErrTrad1[40][80];        // class 1
-  char TabErrTrad2[20][80];        // class 2
-  char TabErrTrad3[30][80];        // class 4
-  char TabErrTrad4[10][80];        // class 8
-  char TabErrTrad5[10][80];        // class 16
-  char TabErrTrad6[20][80];        // class 32
-  char TabErrTrad7[20][80];        // class 64
-  char TabErrTrad8[10][80];        // class 128
-  char TabErrTrad9[10][80];        // class 256
-  int iInvTast[300];               // symbol row by key code
-  char szFileIn[256];              // names of the last "@" request
+  char szInfo[512];                                    // answer text of info commands
+  int iNumOper[MAXOPCOD];                              // highest field row by opcode id
+  int iNCI[MAXOPCOD][MAXCAMPI + 1];                    // field number by opcode id and row
+  bool bObl[MAXOPCOD][MAXCAMPI + 1];                   // field row is mandatory
+  int iTotOpCodes;                                     // highest command row read
+  int iTotSimb;                                        // symbols read
+  char szSimb[MAXSIMB][MAXSIMBLN + 1];                 // symbol names, from row 1
+  int iVSimb[MAXSIMB + 1];                             // symbol values
+  char TabDscTotG[MAXTOTG][32];  // totalizer descriptions; a full row has no NUL
+  char TabErrTradBase[50][80];   // messages of class 0; rows as in TabIntMsg
+  char TabErrTrad1[40][80];      // class 1
+  char TabErrTrad2[20][80];      // class 2
+  char TabErrTrad3[30][80];      // class 4
+  char TabErrTrad4[10][80];      // class 8
+  char TabErrTrad5[10][80];      // class 16
+  char TabErrTrad6[20][80];      // class 32
+  char TabErrTrad7[20][80];      // class 64
+  char TabErrTrad8[10][80];      // class 128
+  char TabErrTrad9[10][80];      // class 256
+  int iInvTast[300];             // symbol row by key code
+  char szFileIn[256];            // names of the last "@" request
   char szFileErr[256];
   char szFileErrTmp[256];
   char szFileLog[256];
-  long iEcrSelected;               // selected device number
-  bool bAutoSlaveOnBatch;          // nothing reads it
+  long iEcrSelected;                    // selected device number
+  bool bAutoSlaveOnBatch;               // nothing reads it
   ECRCONF EcrConfArray[MAXNUMECR + 1];  // one configuration per device number
-  ECRCONF* pCurConf;               // record of the selected device
-  PECRIO pfnEcrIO;                 // callbacks of the older protocol; nothing stores them
+  ECRCONF* pCurConf;                    // record of the selected device
+  PECRIO pfnEcrIO;                      // callbacks of the older protocol; nothing stores them
   PECRIO pfnEcrIO2;
   PEcrBrdcIO pfnEcrBrdcIO;
   PSendStRq pfnSendStRq;
@@ -264,44 +264,44 @@ class EcrCmdInterpreter {
   PROTINFO* pProtInfo;
   bool bProtInfo;
   int iMaxEcr;
-  uint8_t iGlobalOptions;          // the host's options, low byte
-  bool bProgressZUP;               // bit 0x80 of iGlobalOptions
-  int hFileReportOut;              // report output
+  uint8_t iGlobalOptions;  // the host's options, low byte
+  bool bProgressZUP;       // bit 0x80 of iGlobalOptions
+  int hFileReportOut;      // report output
   char szFileReportOut[128];
   int dwFileReportLines;
   int wReportHeaderLines;
-  char szAux[1024];                // work text
-  char sRdBuf[5][512];             // read buffers, unused
+  char szAux[1024];     // work text
+  char sRdBuf[5][512];  // read buffers, unused
   int iRdNum[5];
   int iRdCur[5];
-  int currency_decimal_place_factor;    // divides a device amount to two decimals
+  int currency_decimal_place_factor;  // divides a device amount to two decimals
   int percentage_decimal_place_factor;
-  int currency_factor;             // amount units of one currency unit
-  int percentage_factor;           // percentage units of one percent
-  int quantity_factor;             // quantity units of one piece
-  int max_precision;               // decimals of an amount or percentage
-  long commissioning;              // the device is commissioned, data item 86
-  char szDrvStat[100];             // empty text that GetEcrConfStr 0 returns
-  long fiscal_inner_state_;        // state words of the device, as last read
+  int currency_factor;       // amount units of one currency unit
+  int percentage_factor;     // percentage units of one percent
+  int quantity_factor;       // quantity units of one piece
+  int max_precision;         // decimals of an amount or percentage
+  long commissioning;        // the device is commissioned, data item 86
+  char szDrvStat[100];       // empty text that GetEcrConfStr 0 returns
+  long fiscal_inner_state_;  // state words of the device, as last read
   int fiscal_functional_state_;
   int fiscal_operation_state_;
   long fiscal_memory_state_;
   int fiscal_journal_state_;
   int current_operator_;
   int key_mode_;
-  char sEcrStEx[64];               // six-byte extended status
-  bool bAbortIfError;              // a failed batch line ends the batch
-  bool bSendZAE;                   // registry settings of the same names
+  char sEcrStEx[64];   // six-byte extended status
+  bool bAbortIfError;  // a failed batch line ends the batch
+  bool bSendZAE;       // registry settings of the same names
   bool bSendLotteriaAEOnClosure;
   bool bAutoCloseOnInactivity;
-  bool bWaitIdle;                  // wait for an idle device ahead of each command
-  bool bOnFirstSale;               // the next sale may have to open a document
-  bool bDocOpened;                 // false; nothing reads or changes it
-  bool bExitBatch;                 // read by the batch loop, nothing sets it
-  bool bFlgBreak;                  // read by EcrCmdL, nothing sets it
-  int dwFileInSize;                // size of the batch file and bytes consumed
+  bool bWaitIdle;     // wait for an idle device ahead of each command
+  bool bOnFirstSale;  // the next sale may have to open a document
+  bool bDocOpened;    // false; nothing reads or changes it
+  bool bExitBatch;    // read by the batch loop, nothing sets it
+  bool bFlgBreak;     // read by EcrCmdL, nothing sets it
+  int dwFileInSize;   // size of the batch file and bytes consumed
   int dwFileInRead;
-  char szInstDir[128];             // installation directory from the registry
+  char szInstDir[128];  // installation directory from the registry
 
   // Texts of keys 0 to 19 of ERRMSG2 and 0 to 29 of ERRMSG3. The reader of these
   // sections and the reader of the messages both subtract 100 and 200, so that these

@@ -135,9 +135,7 @@ char* lorimatutility::TradNomeL(char* sDest, char* szIn, int iLung) {
   return sDest + iLung;
 }
 
-char* lorimatutility::TradNum(char* sDest, char* szIn) {
-  return map_digits(sDest, szIn, '0', '.');
-}
+char* lorimatutility::TradNum(char* sDest, char* szIn) { return map_digits(sDest, szIn, '0', '.'); }
 
 char* lorimatutility::TradNumToECR(char* sDest, char* szIn) {
   return map_digits(sDest, szIn, kEcrZero, kEcrSeparator);
@@ -150,8 +148,7 @@ int64_t lorimatutility::TradPrice(char* szIn, bool bVirgolaFissa, char currency_
 
 long lorimatutility::TradPercentage(char* szIn, char currency_decimal_separator,
                                     int max_precision) {
-  return static_cast<int32_t>(
-      parse_scaled(szIn, false, currency_decimal_separator, max_precision));
+  return static_cast<int32_t>(parse_scaled(szIn, false, currency_decimal_separator, max_precision));
 }
 
 long lorimatutility::TradQuantity(char* szIn, char currency_decimal_separator) {
@@ -234,8 +231,8 @@ void lorimatutility::upos2ZupDateTime(char* szInfo, char* szAUX1) {
   char in[12] = {};
   std::memcpy(in, szAUX1, row_length(szAUX1, sizeof in));
   std::memset(szInfo, 0, 16);
-  const char out[] = {in[0], in[1], '/', in[2],  in[3],  '/', in[6],
-                      in[7], ' ',   in[8], in[9], ':',    in[10], in[11]};
+  const char out[] = {in[0], in[1], '/',   in[2], in[3], '/',    in[6],
+                      in[7], ' ',   in[8], in[9], ':',   in[10], in[11]};
   std::memcpy(szInfo, out, sizeof out);
 }
 
@@ -296,8 +293,8 @@ void lorimatutility::itoa(int value, char* str, int base) {
     *str = 0;
     return;
   }
-  unsigned int rest = value < 0 ? 0u - static_cast<unsigned int>(value)
-                                : static_cast<unsigned int>(value);
+  unsigned int rest =
+      value < 0 ? 0u - static_cast<unsigned int>(value) : static_cast<unsigned int>(value);
   char* end = str;
   do {
     *end++ = "0123456789abcdefghijklmnopqrstuvwxy"[rest % static_cast<unsigned int>(base)];

@@ -35,14 +35,14 @@ enum EcrIoControlCode {
   ECRIOIC_SOCKET_CONNECT = -110,
   ECRIOIC_SOCKET_CLOSE = -111,
   ECRIOIC_GET_CLIENT_RT = -112,
-  ECRIOIC_GET_CLIENT_RT_FP = -112,  /* the fiscal printer client */
+  ECRIOIC_GET_CLIENT_RT_FP = -112, /* the fiscal printer client */
   ECRIOIC_GET_CLIENT_RT_CD = -113,
   ECRIOIC_GET_CLIENT_RT_LD = -114,
 };
 
 /* The older protocol layer as hosts describe it. The translator only declares it. */
 typedef struct PROTINFO {
-  unsigned int iTipo;  /* protocol type */
+  unsigned int iTipo; /* protocol type */
   bool bModem;
   unsigned int iVerMajor;
   unsigned int iVerMinor;

@@ -38,27 +38,27 @@ struct ECRSTATO {
 
 // Run statistics, and what one line carries over to the result string.
 struct STATERR {
-  long lTotErr;            // errors of a batch; reset by EcrCmd, nothing increments them
+  long lTotErr;  // errors of a batch; reset by EcrCmd, nothing increments them
   long lTotErrEcr;
-  long lEMTotErr;          // errors of the article exchange link
+  long lEMTotErr;  // errors of the article exchange link
   long lEMTotErrEcr;
   unsigned int dwTotTime;  // milliseconds shown in the result string; not measured
   unsigned int dwEMTotTime;
-  long lEMTotLines;        // lines of the article exchange link
-  long lTotLines;          // executed batch lines
-  long lCurLine;           // physical line number in the batch file
-  long lEMCurLine;         // line number in the link's file
-  char szFase[80];         // phase of the run
-  bool bEMLineErr;         // the next error text names the link's line
-  bool bLineErr;           // the next error text names the batch line
-  char szMsgOK[80];        // addition to the "OK." answer
-  bool bGetP;              // szGetP holds the answer
-  char szGetP[256];        // pending answer of a property query
+  long lEMTotLines;  // lines of the article exchange link
+  long lTotLines;    // executed batch lines
+  long lCurLine;     // physical line number in the batch file
+  long lEMCurLine;   // line number in the link's file
+  char szFase[80];   // phase of the run
+  bool bEMLineErr;   // the next error text names the link's line
+  bool bLineErr;     // the next error text names the batch line
+  char szMsgOK[80];  // addition to the "OK." answer
+  bool bGetP;        // szGetP holds the answer
+  char szGetP[256];  // pending answer of a property query
 };
 
 // Configuration of one device. Fields without a note stay zero.
 struct ECRCONF {
-  int iConfOK;  // the device number when the record is valid, 0 when it must be read again
+  int iConfOK;      // the device number when the record is valid, 0 when it must be read again
   char szMatr[33];  // the device serial number
   char szVers[21];  // the firmware version
   int iVersN;

@@ -30,8 +30,7 @@ class Settings {
   bool read_flag(const char* name) {
     char text[kFlagSize + 1] = {};
     if (size_ > kFlagSize) size_ = kFlagSize;
-    return read(name, text) && (std::strcmp(text, "1") == 0 ||
-                                equals_ignoring_case(text, "YES") ||
+    return read(name, text) && (std::strcmp(text, "1") == 0 || equals_ignoring_case(text, "YES") ||
                                 equals_ignoring_case(text, "SI"));
   }
 

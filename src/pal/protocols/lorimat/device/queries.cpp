@@ -20,17 +20,17 @@ struct Value {
 };
 
 constexpr Value kValues[] = {
-    {10, &ECRCONF::iConfOK},       {11, &ECRCONF::iLnARTCodN},   {12, &ECRCONF::iLNSTP},
-    {13, &ECRCONF::iLCS},          {14, &ECRCONF::iLTS},         {15, &ECRCONF::iNumDPT},
-    {16, &ECRCONF::iNumIVA},       {17, &ECRCONF::iNumPLU},      {18, &ECRCONF::iNumSTEN},
-    {19, &ECRCONF::iNumOPE},       {20, &ECRCONF::iNumTOTG},     {101, &ECRCONF::iEMArtMax},
-    {102, &ECRCONF::iEMArtNum},    {103, &ECRCONF::iEMArtDel},   {104, &ECRCONF::iEMArtFlgQ},
-    {105, &ECRCONF::iEMArtLnCod},  {106, &ECRCONF::iEMArtLnDes}, {107, &ECRCONF::iEMArtLnCodN},
+    {10, &ECRCONF::iConfOK},       {11, &ECRCONF::iLnARTCodN},    {12, &ECRCONF::iLNSTP},
+    {13, &ECRCONF::iLCS},          {14, &ECRCONF::iLTS},          {15, &ECRCONF::iNumDPT},
+    {16, &ECRCONF::iNumIVA},       {17, &ECRCONF::iNumPLU},       {18, &ECRCONF::iNumSTEN},
+    {19, &ECRCONF::iNumOPE},       {20, &ECRCONF::iNumTOTG},      {101, &ECRCONF::iEMArtMax},
+    {102, &ECRCONF::iEMArtNum},    {103, &ECRCONF::iEMArtDel},    {104, &ECRCONF::iEMArtFlgQ},
+    {105, &ECRCONF::iEMArtLnCod},  {106, &ECRCONF::iEMArtLnDes},  {107, &ECRCONF::iEMArtLnCodN},
     {108, &ECRCONF::iEMArtLnRec},  {109, &ECRCONF::iEMArtLnRecF}, {110, &ECRCONF::iEMDCMaxByte},
-    {111, &ECRCONF::iEMDCNumByte}, {112, &ECRCONF::iEMDCNumRec}, {113, &ECRCONF::iEMDCFlags},
-    {114, &ECRCONF::iEMCliMax},    {115, &ECRCONF::iEMCliNum},   {116, &ECRCONF::iEMOffMax},
-    {117, &ECRCONF::iEMTTGMax},    {118, &ECRCONF::iEMTTGLnRec}, {119, &ECRCONF::iEMTTGFlags},
-    {200, &ECRCONF::iLnARTCodNI},  {201, &ECRCONF::iFlgART},     {202, &ECRCONF::iNumLINT},
+    {111, &ECRCONF::iEMDCNumByte}, {112, &ECRCONF::iEMDCNumRec},  {113, &ECRCONF::iEMDCFlags},
+    {114, &ECRCONF::iEMCliMax},    {115, &ECRCONF::iEMCliNum},    {116, &ECRCONF::iEMOffMax},
+    {117, &ECRCONF::iEMTTGMax},    {118, &ECRCONF::iEMTTGLnRec},  {119, &ECRCONF::iEMTTGFlags},
+    {200, &ECRCONF::iLnARTCodNI},  {201, &ECRCONF::iFlgART},      {202, &ECRCONF::iNumLINT},
     {203, &ECRCONF::iLNSTPINT},
 };
 
@@ -91,13 +91,19 @@ char* EcrCmdCommand::GetEcrConfStr(long IdStr) {
   GetEcrConf(0);
   ECRCONF& c = selector.device != 0 ? EcrConfArray[selector.device] : *pCurConf;
   switch (selector.number) {
-    case 1: return c.szMatr;
-    case 2: return c.szModel;
-    case 3: return c.szVers;
-    case 4: return status_offline() == 0 ? szInfo : nullptr;
+    case 1:
+      return c.szMatr;
+    case 2:
+      return c.szModel;
+    case 3:
+      return c.szVers;
+    case 4:
+      return status_offline() == 0 ? szInfo : nullptr;
     // Behind what stands in szInfo, so that repeated calls lengthen the text: meant.
-    case 6: return UpdateStatusEx() == 0 ? szInfo : nullptr;
-    default: break;
+    case 6:
+      return UpdateStatusEx() == 0 ? szInfo : nullptr;
+    default:
+      break;
   }
   if (selector.number < kDeviceItems) return nullptr;
   std::memset(szInfo, 0, sizeof szInfo);
@@ -177,34 +183,57 @@ int EcrCmdCommand::read_info(int selector) {
     return 0;
   }
   switch (selector) {
-    case 1: copy_text(szInfo, c.szMatr); return 0;
-    case 2: copy_text(szInfo, c.szModel); return 0;
-    case 3: copy_text(szInfo, c.szVers); return 0;
-    case 4: return status_offline();
-    case 5: szInfo[0] = 0; return 0;
-    case 6: return UpdateStatusEx();
-    case 7: read_info_date(RTF_FPTR_DT_RTC); return 0;
-    case 8: return read_long_status();
-    case 10: return lastsco(szInfo);
+    case 1:
+      copy_text(szInfo, c.szMatr);
+      return 0;
+    case 2:
+      copy_text(szInfo, c.szModel);
+      return 0;
+    case 3:
+      copy_text(szInfo, c.szVers);
+      return 0;
+    case 4:
+      return status_offline();
+    case 5:
+      szInfo[0] = 0;
+      return 0;
+    case 6:
+      return UpdateStatusEx();
+    case 7:
+      read_info_date(RTF_FPTR_DT_RTC);
+      return 0;
+    case 8:
+      return read_long_status();
+    case 10:
+      return lastsco(szInfo);
     case 11:
       static_cast<void>(RTF_FP_INVOKE(GetData, RTF_FPTR_GD_Z_REPORT, &number, szInfo));
       szInfo[sizeof szInfo - 1] = 0;
       return 0;
-    case 12: return read_info_date(RTF_FPTR_DT_EOD);
+    case 12:
+      return read_info_date(RTF_FPTR_DT_EOD);
     // These show what stands in szInfo, normally nothing.
     case 13:
     case 14:
-    case 15: return 0;
-    case 16: copy_text(szInfo, "0"); return 0;
-    case 17: read_info_item(57); return 0;
+    case 15:
+      return 0;
+    case 16:
+      copy_text(szInfo, "0");
+      return 0;
+    case 17:
+      read_info_item(57);
+      return 0;
     case 18:
       result = UpdateStatus();
       if (result != 0) return result;
       copy_text(szInfo, (fiscal_inner_state_ & 0x4) != 0 ? "1," : "0,");
       return 0;
-    case 19: return read_info_item(98);
-    case 20: return read_info_item(89);
-    case 21: return read_pending_documents();
+    case 19:
+      return read_info_item(98);
+    case 20:
+      return read_info_item(89);
+    case 21:
+      return read_pending_documents();
     case 22:
       result = RTF_FP_INVOKE(GetIntProperty, RTF_PIDXFptr_TrainingModeActive, &number);
       if (result != 0) return result;

@@ -72,8 +72,8 @@ int EcrCmdCommand::UpdateStatus() {
         line.take_decimal(&fiscal_functional_state_) &&
         line.take_decimal(&fiscal_operation_state_) &&
         line.take_hexadecimal(&fiscal_memory_state_) &&
-        line.take_hexadecimal(&fiscal_journal_state_) &&
-        line.take_decimal(&current_operator_) && line.take_decimal(&key_mode_)) {
+        line.take_hexadecimal(&fiscal_journal_state_) && line.take_decimal(&current_operator_) &&
+        line.take_decimal(&key_mode_)) {
       result = 0;
     }
   }

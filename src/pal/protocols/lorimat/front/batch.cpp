@@ -60,8 +60,7 @@ long EcrCmdInterpreter::run_batch(char* Result) {
 
   lorimatutility::toLower(szFileIn);
   if (fs_open(&input, szFileIn, FS_RDONLY) == FS_BADF) return refuse(FILE_OPEN_ERROR);
-  dwFileInSize =
-      static_cast<int>(std::clamp<int64_t>(fs_fstat(&input), INT32_MIN, INT32_MAX));
+  dwFileInSize = static_cast<int>(std::clamp<int64_t>(fs_fstat(&input), INT32_MIN, INT32_MAX));
   dwFileInRead = 1;
   if (szFileErr[0] != 0) {
     lorimatutility::toLower(szFileErr);
@@ -111,8 +110,7 @@ long EcrCmdInterpreter::run_batch(char* Result) {
   Stat.bLineErr = false;
   // Nothing increments these counters: a run reports success whatever its lines did, and
   // the error file tells of them.
-  const long code =
-      Stat.lTotErr != 0 || Stat.lTotErrEcr != 0 ? ERRORS_DURING_EXECUTION_OF_FILE : 0;
+  const long code = Stat.lTotErr != 0 || Stat.lTotErrEcr != 0 ? ERRORS_DURING_EXECUTION_OF_FILE : 0;
   SetStringErr(Result, code);
   if (code == 0) {
     append_format(Result, 512, "(%ld Lines   %u msec)", Stat.lTotLines, Stat.dwTotTime);

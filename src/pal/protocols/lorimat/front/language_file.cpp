@@ -91,17 +91,28 @@ void store_message(char (&table)[Rows][Size], int key, const Entry& entry, char 
 void store_error_message(EcrCmdInterpreter& tables, int digit, int key, const Entry& entry) {
   const char quote = tables.cChQuote;
   switch (digit) {
-    case 0: return store_message(tables.TabErrTradBase, key, entry, quote);
-    case 1: return store_message(tables.TabErrTrad1, key, entry, quote);
-    case 2: return store_message(tables.TabErrKey2, key, entry, quote);
-    case 3: return store_message(tables.TabErrKey3, key, entry, quote);
-    case 4: return store_message(tables.TabErrTrad4, key, entry, quote);
-    case 5: return store_message(tables.TabErrTrad5, key, entry, quote);
-    case 6: return store_message(tables.TabErrTrad6, key, entry, quote);
-    case 7: return store_message(tables.TabErrTrad7, key, entry, quote);
-    case 8: return store_message(tables.TabErrTrad8, key, entry, quote);
-    case 9: return store_message(tables.TabErrTrad9, key, entry, quote);
-    default: return;
+    case 0:
+      return store_message(tables.TabErrTradBase, key, entry, quote);
+    case 1:
+      return store_message(tables.TabErrTrad1, key, entry, quote);
+    case 2:
+      return store_message(tables.TabErrKey2, key, entry, quote);
+    case 3:
+      return store_message(tables.TabErrKey3, key, entry, quote);
+    case 4:
+      return store_message(tables.TabErrTrad4, key, entry, quote);
+    case 5:
+      return store_message(tables.TabErrTrad5, key, entry, quote);
+    case 6:
+      return store_message(tables.TabErrTrad6, key, entry, quote);
+    case 7:
+      return store_message(tables.TabErrTrad7, key, entry, quote);
+    case 8:
+      return store_message(tables.TabErrTrad8, key, entry, quote);
+    case 9:
+      return store_message(tables.TabErrTrad9, key, entry, quote);
+    default:
+      return;
   }
 }
 

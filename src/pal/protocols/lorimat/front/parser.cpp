@@ -108,8 +108,7 @@ int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
   return 0;
 }
 
-int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szVal,
-                               bool* bAlfa) {
+int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa) {
   size_t key_length = 0;
   size_t value_length = 0;
   bool in_quotes = false;

@@ -76,8 +76,8 @@ void EcrCmdInterpreter::SetStringErr(char* szEsito, long lErrCode) {
   append_row(szEsito, kErrorTextSize, TabIntMsg[SMSG_ERROR]);
   append_format(szEsito, kErrorTextSize, "%d/%d", class_bits >> 8, index);
   if (Stat.bLineErr || Stat.bEMLineErr) {
-    append_format(szEsito, kErrorTextSize, " in line %ld : ",
-                  Stat.bLineErr ? Stat.lCurLine : Stat.lEMCurLine);
+    append_format(szEsito, kErrorTextSize,
+                  " in line %ld : ", Stat.bLineErr ? Stat.lCurLine : Stat.lEMCurLine);
   } else {
     append_text(szEsito, kErrorTextSize, " : ");
   }

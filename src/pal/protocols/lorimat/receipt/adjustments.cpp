@@ -9,9 +9,9 @@
 #include "utility/locale/locale.h"
 
 struct Adjustment {
-  int type;                         // RTF_FPTR_AT_*
-  bool is_percentage;               // field 1 is a percentage, and stands in the description
-  TextCode::Enum text;              // description when field 3 is absent
+  int type;             // RTF_FPTR_AT_*
+  bool is_percentage;   // field 1 is a percentage, and stands in the description
+  TextCode::Enum text;  // description when field 3 is absent
   TextCode::Enum greek_text;
   size_t longest_description;
 };
@@ -26,14 +26,12 @@ constexpr Adjustment kPercentageDiscount = {RTF_FPTR_AT_PERCENTAGE_DISCOUNT, tru
                                             TextCode::kDiscount, TextCode::kDiscountPercentage,
                                             kDescriptionSize - 1};
 constexpr Adjustment kPercentageSurcharge = {RTF_FPTR_AT_PERCENTAGE_SURCHARGE, true,
-                                             TextCode::kSurcharge,
-                                             TextCode::kSurchargePercentage,
+                                             TextCode::kSurcharge, TextCode::kSurchargePercentage,
                                              kDescriptionSize - 1};
 constexpr Adjustment kAmountDiscount = {RTF_FPTR_AT_AMOUNT_DISCOUNT, false, TextCode::kDiscount,
                                         TextCode::kDiscount, MAX_DESCRIPTION};
-constexpr Adjustment kAmountSurcharge = {RTF_FPTR_AT_AMOUNT_SURCHARGE, false,
-                                         TextCode::kSurcharge, TextCode::kSurcharge,
-                                         MAX_DESCRIPTION};
+constexpr Adjustment kAmountSurcharge = {RTF_FPTR_AT_AMOUNT_SURCHARGE, false, TextCode::kSurcharge,
+                                         TextCode::kSurcharge, MAX_DESCRIPTION};
 
 // Value of fiscal_operation_state_: the receipt stands at its subtotal.
 constexpr int kAtSubtotal = 4;

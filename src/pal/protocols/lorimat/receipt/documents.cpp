@@ -33,11 +33,11 @@ int EcrCmdCommand::Trad_FATTURA() {
   constexpr int kOppositionClause = 1;
   if (text_to_int(szCampi[1]) != kInvoice) return kWrongDocumentType;
   const bool opposition = text_to_int(szCampi[2]) == kOppositionClause;
-  const int result = checkResult(
-      opposition ? RTF_FP_INVOKE(BeginDocInvoiceOppositionJurisprudence, szCampi[4], szCampi[5],
-                                 szCampi[6], szCampi[7], szCampi[8], true)
-                 : RTF_FP_INVOKE(BeginDocInvoice, szCampi[4], szCampi[5], szCampi[6], szCampi[7],
-                                 szCampi[8]));
+  const int result =
+      checkResult(opposition ? RTF_FP_INVOKE(BeginDocInvoiceOppositionJurisprudence, szCampi[4],
+                                             szCampi[5], szCampi[6], szCampi[7], szCampi[8], true)
+                             : RTF_FP_INVOKE(BeginDocInvoice, szCampi[4], szCampi[5], szCampi[6],
+                                             szCampi[7], szCampi[8]));
   bOnFirstSale = false;
   return result;
 }

@@ -19,8 +19,7 @@ constexpr int kLastClosure = 9999;
 }  // namespace
 
 int EcrCmdCommand::Trad_SENDLOTT() {
-  return checkResult(
-      RTF_FP_INVOKE(TelematicDocument, 0u, kSend, kLotteryDocument, 0, 0, 0, 0, ""));
+  return checkResult(RTF_FP_INVOKE(TelematicDocument, 0u, kSend, kLotteryDocument, 0, 0, 0, 0, ""));
 }
 
 int EcrCmdCommand::Trad_SAVELOTT() {
@@ -30,8 +29,8 @@ int EcrCmdCommand::Trad_SAVELOTT() {
   if (!given(*this, 7)) return syntax_error(ILLEGAL_INSTRUCTION);
   take_report_file(7, true);
   if (given(*this, 5)) {
-    return checkResult(RTF_FP_INVOKE(TelematicDocument, 0u, kSaveAll, kLotteryDocument, 0, 0, 0,
-                                     0, szFileReportOut));
+    return checkResult(RTF_FP_INVOKE(TelematicDocument, 0u, kSaveAll, kLotteryDocument, 0, 0, 0, 0,
+                                     szFileReportOut));
   }
 
   int iFromZNum = 0;

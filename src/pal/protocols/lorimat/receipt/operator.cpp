@@ -31,8 +31,8 @@ int EcrCmdCommand::Trad_VIS() {
   static constexpr DisplayLine kLines[] = {{5, 0, 2}, {6, 1, 2}, {7, 0, 0}, {8, 1, 0}};
   for (const DisplayLine& line : kLines) {
     if (!given(*this, line.field)) continue;
-    static_cast<void>(RTF_LD_INVOKE(DisplayTextAtEx, line.row, 0, szCampi[line.field], 0,
-                                    line.display, 4, true));
+    static_cast<void>(
+        RTF_LD_INVOKE(DisplayTextAtEx, line.row, 0, szCampi[line.field], 0, line.display, 4, true));
   }
   return 0;
 }

@@ -12,8 +12,8 @@ namespace {
 
 // Data items of the device.
 constexpr int kItemAutoCut = 148;
-constexpr int kItemManagerError = 368;      // the last key was refused
-constexpr int kItemDrawerAtEnd = 459;       // open the drawer when a receipt ends
+constexpr int kItemManagerError = 368;  // the last key was refused
+constexpr int kItemDrawerAtEnd = 459;   // open the drawer when a receipt ends
 constexpr int kItemOpenedByKey = 600;
 
 struct Tender {
@@ -23,9 +23,9 @@ struct Tender {
 
 // The language's tender numbers and the client's identifiers, gaps and doubled rows included.
 constexpr Tender kTenders[] = {
-    {1, "0"},  {6, "0"},  {7, "0"},  {8, "0"},  {9, "0"},  {20, "0"}, {3, "1"},
-    {22, "1"}, {4, "2"},  {16, "2"}, {14, "3"}, {5, "4"},  {23, "4"}, {10, "5"},
-    {15, "5"}, {11, "6"}, {12, "7"}, {13, "8"}, {2, "9"},  {21, "9"}, {30, "30"},
+    {1, "0"},  {6, "0"},  {7, "0"},  {8, "0"},  {9, "0"}, {20, "0"}, {3, "1"},
+    {22, "1"}, {4, "2"},  {16, "2"}, {14, "3"}, {5, "4"}, {23, "4"}, {10, "5"},
+    {15, "5"}, {11, "6"}, {12, "7"}, {13, "8"}, {2, "9"}, {21, "9"}, {30, "30"},
 };
 
 constexpr size_t kTenderSize = 24;
@@ -70,8 +70,7 @@ int EcrCmdCommand::Trad_CHIU() {
 void EcrCmdCommand::open_drawer_at_end() {
   int printer_state = 0;
   if (RTF_FP_INVOKE(GetIntProperty, RTF_PIDXFptr_PrinterState, &printer_state) != 0) return;
-  if (printer_state == RTF_FPTR_PS_MONITOR ||
-      printer_state == RTF_FPTR_PS_FISCAL_RECEIPT_ENDING) {
+  if (printer_state == RTF_FPTR_PS_MONITOR || printer_state == RTF_FPTR_PS_FISCAL_RECEIPT_ENDING) {
     WaitIdle();
   } else if (printer_state == RTF_FPTR_PS_LOCKED) {
     int training = 0;
@@ -177,8 +176,8 @@ int EcrCmdCommand::play_key(uint8_t key_code_terminator) {
       break;
   }
 
-  int result = RTF_FP_INVOKE(KeyCodeInput, keys_code_numerics, keys_code_alfa_fp,
-                             key_code_alfa_lcd, key_code_terminator);
+  int result = RTF_FP_INVOKE(KeyCodeInput, keys_code_numerics, keys_code_alfa_fp, key_code_alfa_lcd,
+                             key_code_terminator);
   if (result == 0) {
     long is_manager_error = 0;
     result = getDataInternal(kItemManagerError, &is_manager_error);

@@ -32,15 +32,15 @@ struct BarcodeType {
 };
 
 constexpr BarcodeType kBarcodeTypes[] = {
-    {0, "02", Content::kEan, false},    {1, "02", Content::kEan, false},
-    {113, "02", Content::kEan, false},  {2, "04", Content::kAny, false},
-    {108, "04", Content::kAny, false},  {3, "04", Content::kAny, true},
-    {4, "08", Content::kAny, false},    {5, "08", Content::kAny, false},
-    {6, "08", Content::kAny, false},    {120, "08", Content::kAny, false},
-    {103, "05", Content::kAny, false},  {109, "07", Content::kAny, false},
-    {118, "06", Content::kAny, false},  {134, "00", Content::kUpcA, false},
-    {137, "01", Content::kAny, false},  {155, "10", Content::kAny, false},
-    {158, "11", Content::kAny, false},  {229, "09", Content::kAny, false},
+    {0, "02", Content::kEan, false},   {1, "02", Content::kEan, false},
+    {113, "02", Content::kEan, false}, {2, "04", Content::kAny, false},
+    {108, "04", Content::kAny, false}, {3, "04", Content::kAny, true},
+    {4, "08", Content::kAny, false},   {5, "08", Content::kAny, false},
+    {6, "08", Content::kAny, false},   {120, "08", Content::kAny, false},
+    {103, "05", Content::kAny, false}, {109, "07", Content::kAny, false},
+    {118, "06", Content::kAny, false}, {134, "00", Content::kUpcA, false},
+    {137, "01", Content::kAny, false}, {155, "10", Content::kAny, false},
+    {158, "11", Content::kAny, false}, {229, "09", Content::kAny, false},
 };
 
 const BarcodeType* find_barcode_type(int host_type) {
@@ -66,9 +66,9 @@ struct PrintingTwin {
   int align_field;
   int hide_text_field;
   int logo_field;
-  size_t ean_length;      // an EAN of this length loses its check digit
-  bool on_receipt;        // prints by PrintRecMessage, else by PrintNormal
-  bool doubled_barcode;   // a refused barcode gets its class twice: meant
+  size_t ean_length;     // an EAN of this length loses its check digit
+  bool on_receipt;       // prints by PrintRecMessage, else by PrintNormal
+  bool doubled_barcode;  // a refused barcode gets its class twice: meant
 };
 
 namespace {
@@ -110,10 +110,9 @@ int EcrCmdCommand::print_barcode(const PrintingTwin& twin, int cut_mode) {
   if (text_to_int(szCampi[twin.hide_text_field]) != 0) text_position = "0";
 
   const uint8_t cut = static_cast<uint8_t>(cut_mode);
-  int err = type->code39checksum ? RTF_FP_INVOKE(PrintBarcodeEx, tipo, scale, align,
-                                                 text_position, data, cut, true)
-                                 : RTF_FP_INVOKE(PrintBarcode, tipo, scale, align, text_position,
-                                                 data, cut);
+  int err = type->code39checksum
+                ? RTF_FP_INVOKE(PrintBarcodeEx, tipo, scale, align, text_position, data, cut, true)
+                : RTF_FP_INVOKE(PrintBarcode, tipo, scale, align, text_position, data, cut);
   if (twin.doubled_barcode) err = checkResult(err);
   // A blank line follows every barcode.
   if (err == 0) static_cast<void>(print_line(twin, " "));

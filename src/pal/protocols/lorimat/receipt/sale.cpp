@@ -37,8 +37,7 @@ int64_t line_amount(long quantity, int64_t unit_price) {
 }  // namespace
 
 int EcrCmdCommand::Trad_VEND() {
-  const int special =
-      given(*this, kDeposit) + given(*this, kVoucher) + given(*this, kCoupon);
+  const int special = given(*this, kDeposit) + given(*this, kVoucher) + given(*this, kCoupon);
   if (special >= 2) return syntax_error(ILLEGAL_VALUE);
   if (given(*this, kDepartment) == given(*this, kArticle)) {
     return syntax_error(NO_DPT_NUMBER_OR_ARTICLE_CODE);
@@ -97,11 +96,9 @@ int EcrCmdCommand::Trad_VEND() {
                                       buonoMonouso, preline, void_item, departmentInfo));
   }
   if (given(*this, kCoupon)) {
-    const int64_t amount =
-        quantity > 0 && price == 0 ? line_amount(quantity, unitPrice) : price;
-    return checkResult(RTF_FP_INVOKE(PrintRecItemAdjustmentEx,
-                                     RTF_FPTR_AT_COUPON_AMOUNT_DISCOUNT, description, amount,
-                                     vatInfo, departmentInfo));
+    const int64_t amount = quantity > 0 && price == 0 ? line_amount(quantity, unitPrice) : price;
+    return checkResult(RTF_FP_INVOKE(PrintRecItemAdjustmentEx, RTF_FPTR_AT_COUPON_AMOUNT_DISCOUNT,
+                                     description, amount, vatInfo, departmentInfo));
   }
   return checkResult(RTF_FP_INVOKE(PrintRecItemEx, pfl_item_type, description, price,
                                    static_cast<int32_t>(quantity), vatInfo, unitPrice,

@@ -1,8 +1,8 @@
 // Firmware load, and the wait for an idle device.
 
 #include "pal/protocols/lorimat/client_call.h"
-#include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/front/messages.h"
 
 int EcrCmdCommand::Trad_FIRMWAREUPD() {
   char szFileName[51];

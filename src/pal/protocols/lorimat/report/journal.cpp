@@ -3,17 +3,17 @@
 
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/client_call.h"
-#include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/front/messages.h"
 
 namespace {
 
 constexpr int kToPrinter = 1;
 constexpr int kToFile = 2;
 
-constexpr int kJournal = 1;           // source of FiscalReportMessageEx
+constexpr int kJournal = 1;  // source of FiscalReportMessageEx
 constexpr int kAllDocuments = 65535;
-constexpr int kByDateAndNumber = 4;   // criteria beside RTF_FPTR_RT_*
+constexpr int kByDateAndNumber = 4;  // criteria beside RTF_FPTR_RT_*
 constexpr int kLastClosure = 9999;
 
 // Bits of the document filter.
@@ -152,8 +152,7 @@ int EcrCmdCommand::Trad_DGFE() {
   }
   return checkResult(RTF_FP_INVOKE(FiscalReportMessageEx, kJournal, selection.filter, criteria, 0,
                                    0, from_number, to_number, selection.from_date,
-                                   selection.to_date, format, szFileReportOut,
-                                   selection.outputs));
+                                   selection.to_date, format, szFileReportOut, selection.outputs));
 }
 
 int EcrCmdCommand::Trad_RTEJ() {
@@ -167,8 +166,8 @@ int EcrCmdCommand::Trad_RTEJ() {
   const int from = text_to_int(szCampi[3]);
   const int to = text_to_int(szCampi[4]);
   if (given(*this, 8)) {
-    return checkResult(RTF_FP_INVOKE(SaveTelematicSummaryEx, from, to, szFileReportOut,
-                                     text_to_int(szCampi[8])));
+    return checkResult(
+        RTF_FP_INVOKE(SaveTelematicSummaryEx, from, to, szFileReportOut, text_to_int(szCampi[8])));
   }
   return checkResult(RTF_FP_INVOKE(SaveTelematicSummary, from, to, szFileReportOut));
 }

@@ -3,8 +3,8 @@
 
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/client_call.h"
-#include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/front/messages.h"
 #include "pal/threading/posix/thread.h"
 
 namespace {
@@ -146,18 +146,17 @@ int EcrCmdCommand::Trad_REPORT() {
     case ReportCall::kReading:
       return print_reading(request);
     case ReportCall::kPeriodic:
-      return checkResult(PollReportState(
-          RTF_FP_INVOKE(PeriodicReportMessageEx, request.kind->kind, 0, request.format,
-                        szFileReportOut, request.outputs, request.closing)));
+      return checkResult(PollReportState(RTF_FP_INVOKE(PeriodicReportMessageEx, request.kind->kind,
+                                                       0, request.format, szFileReportOut,
+                                                       request.outputs, request.closing)));
     default:
       return print_fiscal_report(request);
   }
 }
 
 int EcrCmdCommand::print_reading(const ReportRequest& request) {
-  const int result = PollReportState(RTF_FP_INVOKE(PrintXReportEx, request.kind->kind, false,
-                                                   request.format, szFileReportOut,
-                                                   request.outputs));
+  const int result = PollReportState(RTF_FP_INVOKE(
+      PrintXReportEx, request.kind->kind, false, request.format, szFileReportOut, request.outputs));
   if (result != 0 || !request.closing) return checkResult(result);
   PollReportState(0);
   return close_day();
@@ -207,8 +206,8 @@ int EcrCmdCommand::Trad_AZZGIO() {
   if (iCode < 0 || iCode > 3) return syntax_error(CAMPO_OBBLIGATORIO);
   szFileReportOut[0] = 0;
   if (iCode != 0) {
-    const int result = PollReportState(RTF_FP_INVOKE(PrintXReportEx, kReadings[iCode], false,
-                                                     "txt", szFileReportOut, kToPrinter));
+    const int result = PollReportState(
+        RTF_FP_INVOKE(PrintXReportEx, kReadings[iCode], false, "txt", szFileReportOut, kToPrinter));
     // The day stays open.
     if (result != 0) return checkResult(result);
   }

@@ -1,6 +1,7 @@
 // The reader of the definition file, with files of the test's own.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -12,8 +13,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"

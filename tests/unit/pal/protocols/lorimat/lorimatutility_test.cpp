@@ -88,16 +88,19 @@ TEST(TradNome, WritesMarkLengthAndText) {
   char out[8] = {};
   char* end = U::TradNome(out, Text("AB"));
   EXPECT_EQ(end - out, 4);
-  EXPECT_EQ(std::string(out, 4), std::string("\x13\x02""AB"));
+  EXPECT_EQ(std::string(out, 4), std::string("\x13\x02"
+                                             "AB"));
   end = U::TradNomeL(out, Text("ABC"), 1);
-  EXPECT_EQ(std::string(out, static_cast<size_t>(end - out)), std::string("\x13\x01""A"));
+  EXPECT_EQ(std::string(out, static_cast<size_t>(end - out)), std::string("\x13\x01"
+                                                                          "A"));
 }
 
 TEST(TradNum, MapsDigitsToKeyValues) {
   char out[16];
   char* end = U::TradNum(out, Text(" 1290.5x "));
-  EXPECT_EQ(std::string(out, static_cast<size_t>(end - out)),
-            std::string("\x01\x02\x09" "0.\x05\0", 7));
+  EXPECT_EQ(std::string(out, static_cast<size_t>(end - out)), std::string("\x01\x02\x09"
+                                                                          "0.\x05\0",
+                                                                          7));
   EXPECT_EQ(*end, 0);
   end = U::TradNumToECR(out, Text("10.9"));
   EXPECT_EQ(std::string(out, static_cast<size_t>(end - out)), std::string("\x01\x0A\x0D\x09"));
@@ -110,11 +113,24 @@ struct Reading {
 
 TEST(TradPrice, ReadsTenThousandths) {
   const Reading readings[] = {
-      {"12.34", 123400},   {"", 0},           {"-5", -50000},  {"1234", 12340000},
-      {"abc12.5", 125000}, {"1 234.5", 12345000}, {"1,234.5", 12345000},
-      {"1.23456", 0},      {"1.2345", 12345}, {"1.2345 ", 0},  {"-.5", 0},
-      {".5", 5000},        {"--5", -50000},   {"5.", 50000},   {".", 0},
-      {"x", 0},            {"1.2.3", 0},      {"-12.34", -123400},
+      {"12.34", 123400},
+      {"", 0},
+      {"-5", -50000},
+      {"1234", 12340000},
+      {"abc12.5", 125000},
+      {"1 234.5", 12345000},
+      {"1,234.5", 12345000},
+      {"1.23456", 0},
+      {"1.2345", 12345},
+      {"1.2345 ", 0},
+      {"-.5", 0},
+      {".5", 5000},
+      {"--5", -50000},
+      {"5.", 50000},
+      {".", 0},
+      {"x", 0},
+      {"1.2.3", 0},
+      {"-12.34", -123400},
       {"000000000000000000000005", 50000},
       {"1234567890123456789", 0},  // nineteen significant digits are too many
   };

@@ -143,7 +143,7 @@ TEST_F(Parser, FieldNamesFollowTheSameRuleWithAliases) {
   field(10, 4, "PRE", 3);
   field(10, 5, "PRELINE");
   EXPECT_EQ(number_of(10, "REP"), 1);
-  EXPECT_EQ(number_of(10, "RE"), 1);   // two names of one number
+  EXPECT_EQ(number_of(10, "RE"), 1);  // two names of one number
   EXPECT_EQ(number_of(10, "PREZZO"), 3);
   EXPECT_EQ(number_of(10, "PR"), -5);
   // PREZZO matches first, its alias PRE does not stop the scan, PRELINE does, and is not

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <cstdlib>
@@ -204,9 +203,10 @@ TEST_F(Init, OtherFlagTextsAreFalse) {
 }
 
 TEST_F(Init, ConfigurationOfADevice) {
-  client_.items = {{86, "1"},  {103, "05.01"}, {92, "99MEX0123456AB7"}, {75, "6"},
-                   {77, "14"}, {110, "10"},    {108, "20"},             {78, "40"},
-                   {157, "8"}, {109, "1.234"}, {352, "1"}};
+  client_.items = {{86, "1"},      {103, "05.01"}, {92, "99MEX0123456AB7"},
+                   {75, "6"},      {77, "14"},     {110, "10"},
+                   {108, "20"},    {78, "40"},     {157, "8"},
+                   {109, "1.234"}, {352, "1"}};
   conf().iNumPLU = 5;
   conf().iEMArtDel = 5;
   conf().iEMTTGFlags = 5;
@@ -233,10 +233,9 @@ TEST_F(Init, ConfigurationOfADevice) {
   EXPECT_EQ(conf().iEMTTGFlags, 0);
   EXPECT_EQ(conf().iTT_Con_LnName, 0);
   EXPECT_EQ(conf().iNumPLU, 5);
-  EXPECT_EQ(client_.calls,
-            (std::vector<std::string>{"get 86", "get 103", "get 92", "get 75", "get 77", "get 110",
-                                      "get 108", "get 78", "get 157", "get 109", "get 77",
-                                      "get 352"}));
+  EXPECT_EQ(client_.calls, (std::vector<std::string>{"get 86", "get 103", "get 92", "get 75",
+                                                     "get 77", "get 110", "get 108", "get 78",
+                                                     "get 157", "get 109", "get 77", "get 352"}));
 }
 
 TEST_F(Init, AValidRecordIsKeptUntilTradClose) {
@@ -288,13 +287,17 @@ TEST_F(Init, SerialNumbersOfAnyLengthAreSafe) {
 }
 
 TEST_F(Init, TheSerialNumberMayChooseTheLanguage) {
-  client_.items[92] = "\xC5\xCB" "0000001";
+  client_.items[92] =
+      "\xC5\xCB"
+      "0000001";
   t().GetEcrConf(1);
   EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kGreek);
   client_.items[92] = "99MEX000001";
   t().GetEcrConf(1);
   EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kGreek);  // another kind changes nothing
-  client_.items[92] = "\x85\xE0" "0000001";
+  client_.items[92] =
+      "\x85\xE0"
+      "0000001";
   t().GetEcrConf(1);
   EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kDefault);  // English is not available
 }

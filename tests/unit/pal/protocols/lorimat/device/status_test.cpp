@@ -144,8 +144,15 @@ TEST_F(Status, AFailedExtendedStatusLeavesSzInfo) {
 }
 
 TEST_F(Status, StatusOfflineShowsFourteenFields) {
-  client_.items = {{371, "8;1;0;0;0;3;15"}, {394, "11"}, {2, "20"},  {1, "2"},   {113, "13"},
-                   {118, "18"},             {115, "15"}, {117, "17"}, {114, "14"}};
+  client_.items = {{371, "8;1;0;0;0;3;15"},
+                   {394, "11"},
+                   {2, "20"},
+                   {1, "2"},
+                   {113, "13"},
+                   {118, "18"},
+                   {115, "15"},
+                   {117, "17"},
+                   {114, "14"}};
   client_.data[20] = "0042";
   EXPECT_EQ(t().status_offline(), 0);
   EXPECT_STREQ(t().szInfo, "15,1,3,0042,11,22,13,18,15,17,0,14,0,0");

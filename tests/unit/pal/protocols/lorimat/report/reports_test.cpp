@@ -102,8 +102,7 @@ class ReportHandlers : public ::testing::Test {
   void SetUp() override {
     t().rtfClient_ = &client_;
     recorded = &client_.calls;
-    Thread::set_sleep_function(
-        [](int ms) { recorded->push_back("sleep " + std::to_string(ms)); });
+    Thread::set_sleep_function([](int ms) { recorded->push_back("sleep " + std::to_string(ms)); });
     testing::internal::CaptureStdout();  // the trace of the state words
   }
   void TearDown() override {
@@ -198,8 +197,8 @@ TEST_F(ReportHandlers, ALockAtTheReportIsWaitedFor) {
   client_.states = {{8, 0}, {8, 0}, {1, 0}};
   client_.status = "2;7;0;0;0;0;0";
   EXPECT_EQ(t().PollReportState(0), 0);
-  EXPECT_EQ(client_.calls, (Calls{"state", "item 371", "sleep 500", "state", "item 371",
-                                  "sleep 500", "state"}));
+  EXPECT_EQ(client_.calls,
+            (Calls{"state", "item 371", "sleep 500", "state", "item 371", "sleep 500", "state"}));
   client_.states = {{8, 0}, {1, 0}};
   client_.status = "800000;7;0;0;0;0;0";
   client_.calls.clear();
@@ -345,10 +344,10 @@ TEST_F(ReportHandlers, LongTextsAreCutToTheirBuffers) {
                     {10, std::string(2000, 'f')},
                     {20, std::string(500, 'x')}}),
             0);
-  EXPECT_EQ(client_.calls[1], "FiscalReportMessageEx(0, 65535, 3, 0, 0, 1111111, 2222222, \"\", "
-                              "\"\", \"" +
-                                  std::string(12, 'x') + "\", \"" + std::string(127, 'f') +
-                                  "\", 3)");
+  EXPECT_EQ(client_.calls[1],
+            "FiscalReportMessageEx(0, 65535, 3, 0, 0, 1111111, 2222222, \"\", "
+            "\"\", \"" +
+                std::string(12, 'x') + "\", \"" + std::string(127, 'f') + "\", 3)");
 }
 
 TEST_F(ReportHandlers, ASinkIsToldTheLowerCaseName) {
@@ -416,9 +415,8 @@ TEST_F(ReportHandlers, JournalByDate) {
             Calls{"FiscalReportMessageEx(1, 65535, 2, 0, 0, 1, 9999, \"010220250830\", "
                   "\"020220252359\", \"txt\", \"\", 1)"});
   EXPECT_EQ(journal({{1, "010225"}, {2, "010225"}, {10, "0830"}, {11, "1200"}, {3, "5"}}), 0);
-  EXPECT_EQ(client_.calls,
-            Calls{"FiscalReportMessageEx(1, 65535, 4, 0, 0, 5, 5, \"010220250830\", "
-                  "\"010220251200\", \"txt\", \"\", 1)"});
+  EXPECT_EQ(client_.calls, Calls{"FiscalReportMessageEx(1, 65535, 4, 0, 0, 5, 5, \"010220250830\", "
+                                 "\"010220251200\", \"txt\", \"\", 1)"});
 }
 
 TEST_F(ReportHandlers, JournalByClosure) {
@@ -495,8 +493,7 @@ TEST_F(ReportHandlers, JournalFiltersAndOutputs) {
   EXPECT_EQ(arguments({{7, "1"}, {8, "NO"}}), "FiscalReportMessageEx(1, 65535, \"txt\", \"\", 1)");
   EXPECT_EQ(arguments({{7, "VERO"}, {14, "3"}}), "FiscalReportMessageEx(1, 3, \"txt\", \"\", 1)");
   EXPECT_EQ(arguments({{14, "0"}}), "FiscalReportMessageEx(1, 65535, \"txt\", \"\", 1)");
-  EXPECT_EQ(arguments({{6, "J.txt"}}),
-            "FiscalReportMessageEx(1, 65535, \"txt\", \"J.txt\", 2)");
+  EXPECT_EQ(arguments({{6, "J.txt"}}), "FiscalReportMessageEx(1, 65535, \"txt\", \"J.txt\", 2)");
   EXPECT_EQ(arguments({{6, "J.txt"}, {5, "VERO"}}),
             "FiscalReportMessageEx(1, 65535, \"txt\", \"J.txt\", 3)");
   EXPECT_EQ(arguments({{6, "J.txt"}, {5, "1"}}),
