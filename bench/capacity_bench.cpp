@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "bench_tools.h"
-#include "register/register_file.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
+#include "register/inspect/register_file.h"
 #include "stored_register.h"
 
 namespace {

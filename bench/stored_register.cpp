@@ -8,9 +8,9 @@
 #include <filesystem>
 
 #include "bench_tools.h"
-#include "register/register_file.h"
-#include "register/totals.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
+#include "register/inspect/register_file.h"
+#include "register/totals/totals.h"
 
 namespace {
 

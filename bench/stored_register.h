@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "register/settings.h"
+#include "register/value/settings.h"
 
 // The receipts of each day.
 inline constexpr int kReceiptsOfADay = 1000;

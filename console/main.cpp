@@ -9,29 +9,30 @@
 #include <string>
 #include <string_view>
 
-#include "backup_command.h"
-#include "broken_pipe.h"
-#include "check_command.h"
-#include "explain_command.h"
-#include "failure.h"
-#include "fault_command.h"
-#include "help.h"
-#include "help_command.h"
-#include "journal_command.h"
-#include "notices.h"
-#include "pager.h"
-#include "paper_command.h"
-#include "register_messages.h"
-#include "register_options.h"
-#include "restore_command.h"
-#include "run_command.h"
-#include "shell_command.h"
-#include "status_command.h"
-#include "streams.h"
-#include "text.h"
-#include "translate.h"
-#include "words_command.h"
+#include "console/command/backup/backup_command.h"
+#include "console/command/backup/restore_command.h"
+#include "console/command/check_command.h"
+#include "console/command/explain_command.h"
+#include "console/command/fault_command.h"
+#include "console/command/help.h"
+#include "console/command/help_command.h"
+#include "console/command/journal_command.h"
+#include "console/command/paper_command.h"
+#include "console/command/run_command.h"
+#include "console/command/shell_command.h"
+#include "console/command/status_command.h"
+#include "console/command/words_command.h"
+#include "console/host/broken_pipe.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/register_messages.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "console/terminal/pager.h"
+#include "console/terminal/streams.h"
 
+namespace lorimat::console {
 namespace {
 
 constexpr std::string_view kRunExamples = TR_TEXT(R"(Examples:
@@ -270,9 +271,8 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   return run_command(run, streams);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+// The whole program, without what has to be in the global namespace.
+int RunProgram(int argc, char** argv) {
   // A limit of file sizes is an error like a full disk.
   std::signal(SIGXFSZ, SIG_IGN);
   int code = kExitNotDone;
@@ -293,3 +293,8 @@ int main(int argc, char** argv) {
   if (code == kExitReaderGone) end_by_broken_pipe();
   return code;
 }
+
+}  // namespace
+}  // namespace lorimat::console
+
+int main(int argc, char** argv) { return lorimat::console::RunProgram(argc, argv); }

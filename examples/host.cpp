@@ -8,7 +8,7 @@
 #include <string>
 
 #include "lorimatrt/lorimatrt.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 
 namespace {
 

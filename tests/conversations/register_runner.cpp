@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "console/code_table.h"
+#include "console/check/code_table.h"
 #include "player.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "register_list.h"
 #include "runner_words.h"
 #include "script.h"
@@ -95,7 +95,8 @@ Conversation SetUpScript(const std::vector<std::string>& lines) {
 }
 
 bool IsCode(long code) {
-  return code == static_cast<int>(code) && !read_code(static_cast<int>(code)).empty();
+  return code == static_cast<int>(code) &&
+         !lorimat::console::read_code(static_cast<int>(code)).empty();
 }
 
 class RegisterPlayer {

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "host.h"
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "rpccommon/services/rtffptrconst.h"
 
 namespace lorimat {

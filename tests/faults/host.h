@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "report.h"
 #include "strike.h"
 

@@ -20,7 +20,7 @@
 
 #include "check.h"
 #include "power.h"
-#include "register/register_error.h"
+#include "register/value/register_error.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {

@@ -20,8 +20,8 @@
 #include <vector>
 
 #include "answer.h"
-#include "register/register_file.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
+#include "register/inspect/register_file.h"
 
 extern char** environ;
 

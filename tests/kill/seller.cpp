@@ -14,7 +14,7 @@
 
 #include "answer.h"
 #include "lorimatrt/lorimatrt.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 
 namespace {
 

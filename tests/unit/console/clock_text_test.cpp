@@ -1,11 +1,12 @@
 // Dates of options: the forms that the program shows, and what is none.
-#include "console/clock_text.h"
+#include "console/host/clock_text.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 
+namespace lorimat::console {
 namespace {
 
 std::string read(std::string_view text) {
@@ -56,3 +57,5 @@ TEST(ClockText, NothingElseIsADate) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

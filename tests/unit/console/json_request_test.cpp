@@ -1,9 +1,11 @@
 // Requests of a program: what is read, and where it is wrong.
-#include "console/json_request.h"
+#include "console/shell/json_request.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+
+namespace lorimat::console {
 
 using namespace std::string_literals;
 
@@ -109,3 +111,5 @@ TEST(JsonRequest, OneByteTooManyIsRefusedUnread) {
   EXPECT_EQ(fault(begin + most + end), "good");
   EXPECT_EQ(fault(begin + most + "x" + end), "too-long:65537");
 }
+
+}  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/line_traps.h"
+#include "console/check/line_traps.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,10 +9,12 @@
 #include <set>
 #include <string>
 
-#include "console/batch_check.h"
-#include "console/number_reading.h"
+#include "console/check/batch_check.h"
+#include "console/check/number_reading.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "unit/support/null_client.h"
+
+namespace lorimat::console {
 
 using testing::IsEmpty;
 using testing::Not;
@@ -111,3 +113,5 @@ TEST(NumberReading, GuessesTheNumberThatWasMeant) {
     EXPECT_EQ("", likely_number(NumberKind::kPrice, number)) << number;
   }
 }
+
+}  // namespace lorimat::console

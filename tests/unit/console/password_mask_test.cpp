@@ -1,10 +1,11 @@
 // What stands in the place of an operator's password.
-#include "console/password_mask.h"
+#include "console/check/password_mask.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
+namespace lorimat::console {
 namespace {
 
 std::string masked(const std::string& line) {
@@ -36,3 +37,5 @@ TEST(PasswordMask, OtherLinesStayAsTheyAre) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -1,5 +1,5 @@
 // The sentences that are made of refusals.
-#include "console/refusal_text.h"
+#include "console/message/refusal_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,10 +8,11 @@
 #include <set>
 #include <string>
 
-#include "register/device_setup.h"
-#include "register/printer_state.h"
-#include "register/receipt.h"
+#include "register/document/printer_state.h"
+#include "register/document/receipt.h"
+#include "register/tables/device_setup.h"
 
+namespace lorimat::console {
 namespace {
 
 using lorimat::Refusal;
@@ -131,3 +132,5 @@ TEST(RefusalText, TheStepsIntoServiceAreNamed) {
       testing::StartsWith("The register is in service, and this step wants one that is not "
                           "yet registered: "));
 }
+
+}  // namespace lorimat::console

@@ -9,10 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "console/batch_check.h"
+#include "console/check/batch_check.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat::console {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -232,3 +234,5 @@ TEST(SequenceTrapsProperty, TheFirstLostSaleIsTheOneThatARunLoses) {
   EXPECT_GT(files_with, 100);
   EXPECT_GT(files_without, 100);
 }
+
+}  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/shell_completion.h"
+#include "console/shell/shell_completion.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +8,8 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+namespace lorimat::console {
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -229,3 +231,5 @@ TEST_F(CompletionFiles, TheSecondOperandIsCompletedToo) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/shell_help.h"
+#include "console/shell/shell_help.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "console/shell_text.h"
+#include "console/terminal/shell_text.h"
 #include "language/command_help.h"
+
+namespace lorimat::console {
 
 using testing::HasSubstr;
 using testing::Not;
@@ -184,3 +186,5 @@ TEST(ShellHelpOtherWords, AFileWithoutCommandsSaysSo) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -10,13 +10,15 @@
 #include <iterator>
 #include <string>
 
-#include "console/failure.h"
-#include "console/shell_answer.h"
-#include "console/shell_editor.h"
-#include "console/shell_fault.h"
-#include "console/shell_history.h"
-#include "console/shell_status.h"
-#include "register/virtual_register.h"
+#include "console/host/answer_causes.h"
+#include "console/message/failure.h"
+#include "console/shell/shell_editor.h"
+#include "console/shell/shell_fault.h"
+#include "console/shell/shell_history.h"
+#include "console/shell/shell_status.h"
+#include "register/client/virtual_register.h"
+
+namespace lorimat::console {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -319,3 +321,5 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -1,8 +1,10 @@
-#include "console/shell_text.h"
+#include "console/terminal/shell_text.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+
+namespace lorimat::console {
 
 TEST(ShellText, ACharacterOfUtf8TakesOneColumnAndAnyOtherByteToo) {
   EXPECT_EQ(0u, columns_of(""));
@@ -73,3 +75,5 @@ TEST(ShellText, WordsStandInAsManyColumnsAsFit) {
   EXPECT_EQ("\xC3\xA8  b\n", in_columns({"\xC3\xA8", "b"}, 80));
   EXPECT_EQ("", in_columns({}, 80));
 }
+
+}  // namespace lorimat::console

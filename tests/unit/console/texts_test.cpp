@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace lorimat::console {
+
 using testing::IsEmpty;
 using testing::Not;
 
@@ -136,8 +138,8 @@ bool is_table(const std::filesystem::path& path) {
 
 std::vector<std::filesystem::path> files_of(const std::string& folder) {
   std::vector<std::filesystem::path> files;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(std::string(LORIMAT_SOURCE_DIR) + "/" + folder)) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(
+           std::string(LORIMAT_SOURCE_DIR) + "/" + folder)) {
     const std::string ending = entry.path().extension().string();
     if (ending == ".cpp" || ending == ".h") files.push_back(entry.path());
   }
@@ -377,3 +379,5 @@ TEST(ConsoleTexts, MessagesOfTheRegisterAreAsTheRegisterHasThem) {
   }
   EXPECT_GT(found, 20);
 }
+
+}  // namespace lorimat::console

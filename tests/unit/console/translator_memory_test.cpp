@@ -1,4 +1,4 @@
-#include "console/translator_memory.h"
+#include "console/check/translator_memory.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +12,10 @@
 #include <vector>
 
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"
 
+namespace lorimat::console {
 namespace {
 
 using NextSale = TranslatorMemory::NextSale;
@@ -268,3 +269,5 @@ TEST(TranslatorMemoryProperty, ItIsThatOfTheTranslatorWhateverIsSent) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -1,5 +1,5 @@
 // Articles as rows of text: their form, the transfer, selections, and what is refused.
-#include "register/articles.h"
+#include "register/desk/articles.h"
 
 #include <cstring>
 #include <random>

@@ -9,7 +9,7 @@
 #include <semaphore>
 #include <thread>
 
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "register_fixture.h"
 
 namespace lorimat {

@@ -1,6 +1,6 @@
 // The device's clock behind what was registered last: what it stops, what lets go on, and what the
 // journal keeps of it.
-#include "register/clock_check.h"
+#include "register/desk/clock_check.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // Files that are registers, files that are not, and units of work.
-#include "register/database.h"
+#include "register/storage/database.h"
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -7,9 +7,9 @@
 
 #include <optional>
 
-#include "register/new_file.h"
-#include "register/register_file.h"
-#include "register/schema.h"
+#include "register/inspect/register_file.h"
+#include "register/storage/new_file.h"
+#include "register/storage/schema.h"
 #include "store_fixture.h"
 
 namespace lorimat {

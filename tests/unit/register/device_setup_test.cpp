@@ -2,7 +2,7 @@
 // service.
 #include <climits>
 
-#include "register/device_clock.h"
+#include "register/value/device_clock.h"
 #include "report_fixture.h"
 
 namespace lorimat {

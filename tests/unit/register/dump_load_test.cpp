@@ -14,7 +14,7 @@
 
 #include "language/shipped_language.h"
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "register/articles.h"
+#include "register/desk/articles.h"
 #include "register_fixture.h"
 #include "support/temporary_folder.h"
 #include "till.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "language/shipped_language.h"
-#include "register/faults.h"
+#include "register/fault/faults.h"
 #include "register_fixture.h"
 
 namespace lorimat {

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "register/fault_operations.h"
+#include "register/fault/fault_operations.h"
 #include "register_fixture.h"
 
 namespace lorimat {

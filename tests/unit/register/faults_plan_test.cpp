@@ -7,9 +7,9 @@
 #include <random>
 #include <sstream>
 
-#include "register/fault_operations.h"
-#include "register/faults.h"
-#include "register/register_error.h"
+#include "register/fault/fault_operations.h"
+#include "register/fault/faults.h"
+#include "register/value/register_error.h"
 #include "register_fixture.h"
 #include "support/temporary_folder.h"
 

@@ -1,10 +1,10 @@
 // Faults on demand: what each strikes, when, and what a device shows of it.
-#include "register/faults.h"
+#include "register/fault/faults.h"
 
 #include <functional>
 
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "register/fault_operations.h"
+#include "register/fault/fault_operations.h"
 #include "register_fixture.h"
 
 namespace lorimat {

@@ -7,7 +7,7 @@
 
 #include "managermachine/pflitemtype.h"
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 

@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "store_fixture.h"
 
 namespace lorimat {

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "filled_register.h"
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "store_fixture.h"
 
 namespace lorimat {
@@ -378,7 +378,7 @@ TEST_F(JournalChangesTest, WorkBehindAChangeDoesNotHideIt) {
     }
     std::set<std::string> codes;
     for (const Finding& finding : RegisterFile(Path("changed")).VerifyJournal({}).findings) {
-      codes.insert(journal_finding_code(finding));
+      codes.insert(console::journal_finding_code(finding));
     }
     EXPECT_EQ(codes.count(code), 1u) << sql << " " << fmt::format("{}", fmt::join(codes, " "));
   }
@@ -387,14 +387,14 @@ TEST_F(JournalChangesTest, WorkBehindAChangeDoesNotHideIt) {
 TEST_F(JournalChangesTest, EveryFindingHasASentenceAndACodeOfItsOwn) {
   std::set<std::string> sentences;
   std::set<std::string> codes;
-  const EnglishMessages english;
+  const console::EnglishMessages english;
   const int last = static_cast<int>(FindingKind::kProgrammed);
   for (int kind = 0; kind <= last; ++kind) {
     Finding finding;
     finding.kind = static_cast<FindingKind>(kind);
     finding.text = "text";
-    sentences.insert(journal_finding_text(finding));
-    codes.insert(journal_finding_code(finding));
+    sentences.insert(console::journal_finding_text(finding));
+    codes.insert(console::journal_finding_code(finding));
   }
   EXPECT_EQ(sentences.size(), static_cast<size_t>(last) + 1);
   EXPECT_EQ(codes.size(), static_cast<size_t>(last) + 1);

@@ -1,4 +1,4 @@
-#include "register/keyboard.h"
+#include "register/desk/keyboard.h"
 
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "register_fixture.h"

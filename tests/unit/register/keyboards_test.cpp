@@ -1,5 +1,5 @@
 // The layouts of the keyboards: which keys can be programmed, and what a macro plays.
-#include "register/keyboards.h"
+#include "register/tables/keyboards.h"
 
 #include <cstring>
 

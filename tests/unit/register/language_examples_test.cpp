@@ -19,7 +19,7 @@
 
 #include "language/shipped_language.h"
 #include "pal/threading/posix/thread.h"
-#include "register/digest.h"
+#include "register/value/digest.h"
 #include "register_fixture.h"
 #include "support/temporary_folder.h"
 #include "till.h"

@@ -1,4 +1,4 @@
-#include "register/money.h"
+#include "register/value/money.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "register/paper.h"
+#include "register/paper/paper.h"
 #include "register_fixture.h"
 
 namespace lorimat {

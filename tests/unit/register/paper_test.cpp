@@ -1,4 +1,4 @@
-#include "register/paper.h"
+#include "register/paper/paper.h"
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "register/picture.h"
+#include "register/paper/picture.h"
 
 namespace lorimat {
 

@@ -3,9 +3,9 @@
 #include <set>
 
 #include "picture_fixture.h"
-#include "register/barcode.h"
-#include "register/picture_barcode.h"
-#include "register/picture_logo.h"
+#include "register/paper/barcode.h"
+#include "register/paper/picture_barcode.h"
+#include "register/paper/picture_logo.h"
 
 namespace lorimat {
 namespace {

@@ -1,9 +1,9 @@
-#include "register/picture.h"
+#include "register/paper/picture.h"
 
 #include <gmock/gmock.h>
 
 #include "picture_fixture.h"
-#include "register/picture_text.h"
+#include "register/paper/picture_text.h"
 #include "register_fixture.h"
 
 namespace lorimat {

@@ -1,4 +1,4 @@
-#include "register/receipt.h"
+#include "register/document/receipt.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // Registers that were cut off in the middle of a document, and what the next start makes of them.
-#include "register/recovery.h"
+#include "register/desk/recovery.h"
 
 #include <algorithm>
 #include <functional>
 #include <stdexcept>
 
-#include "register/layout.h"
+#include "register/desk/layout.h"
 #include "store_fixture.h"
 
 namespace lorimat {

@@ -1,5 +1,5 @@
 // The causes that go with refusals: which, with what numbers and texts, and for how long.
-#include "register/refusal.h"
+#include "register/value/refusal.h"
 
 #include <cerrno>
 #include <functional>

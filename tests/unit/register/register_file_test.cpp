@@ -1,5 +1,5 @@
 // A register's file, looked at without switching it on.
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 
 #include "store_fixture.h"
 

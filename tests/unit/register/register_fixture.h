@@ -6,7 +6,7 @@
 #include <string>
 
 #include "managermachine/pflitemtype.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 

@@ -1,6 +1,6 @@
 // The files that a register writes: whole and waited for, or not there; and nobody else's file
 // touched.
-#include "register/report_file.h"
+#include "register/report/report_file.h"
 
 #include <sys/mman.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 // Papers and files of the reports, written by hand, and every way in which one is refused.
 #include <new>
 
-#include "register/digest.h"
+#include "register/value/digest.h"
 #include "report_fixture.h"
 
 namespace lorimat {

@@ -2,10 +2,10 @@
 // that somebody still wants.
 #include <algorithm>
 
-#include "register/barcode.h"
-#include "register/register_file.h"
-#include "register/schema.h"
-#include "register/store_tables.h"
+#include "register/inspect/register_file.h"
+#include "register/paper/barcode.h"
+#include "register/storage/schema.h"
+#include "register/storage/store_tables.h"
 #include "store_fixture.h"
 
 namespace lorimat {

@@ -1,10 +1,10 @@
 // Files of older versions, and disks that fail while the tables are made or brought up to date.
-#include "register/schema.h"
+#include "register/storage/schema.h"
 
 #include <new>
 
 #include "filled_register.h"
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "store_fixture.h"
 
 namespace lorimat {

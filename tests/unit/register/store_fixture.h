@@ -14,12 +14,12 @@
 #include <variant>
 #include <vector>
 
-#include "console/journal_finding.h"
-#include "console/translate.h"
+#include "console/message/journal_finding.h"
+#include "console/message/translate.h"
 #include "failing_disk.h"
-#include "register/data_items.h"
-#include "register/register_file.h"
-#include "register/store_facts.h"
+#include "register/desk/data_items.h"
+#include "register/inspect/register_file.h"
+#include "register/storage/store_facts.h"
 #include "register_fixture.h"
 
 namespace lorimat {
@@ -147,9 +147,10 @@ inline std::string SettingImage(VirtualRegister& device) {
 
 // What a check found, as the console tells it in English.
 inline std::vector<std::string> FindingTexts(const JournalCheck& check) {
-  const EnglishMessages english;
+  const console::EnglishMessages english;
   std::vector<std::string> texts;
-  for (const Finding& finding : check.findings) texts.push_back(journal_finding_text(finding));
+  for (const Finding& finding : check.findings)
+    texts.push_back(console::journal_finding_text(finding));
   return texts;
 }
 

@@ -1,7 +1,7 @@
 // The telematic summary, the lottery documents, and firmware files.
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "register/digest.h"
-#include "register/report_file.h"
+#include "register/report/report_file.h"
+#include "register/value/digest.h"
 #include "report_fixture.h"
 
 namespace lorimat {

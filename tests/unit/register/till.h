@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "language/shipped_language.h"
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 
 namespace lorimat {
 

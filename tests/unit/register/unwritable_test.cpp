@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "register/register_file.h"
+#include "register/inspect/register_file.h"
 #include "store_fixture.h"
 
 namespace lorimat {

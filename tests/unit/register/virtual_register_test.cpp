@@ -1,12 +1,12 @@
 // Lines, payments, documents and what the register refuses.
-#include "register/virtual_register.h"
+#include "register/client/virtual_register.h"
 
 #include <fstream>
 #include <limits>
 #include <random>
 #include <sstream>
 
-#include "register/data_items.h"
+#include "register/desk/data_items.h"
 #include "register_fixture.h"
 
 namespace lorimat {
@@ -725,7 +725,7 @@ TEST(RegisterDocumentation, ListsEveryDataItemAsTheTableHasIt) {
 TEST(RegisterDocumentation, ListsEveryOperationThatIsNotModelled) {
   const std::string text = ReadFile("docs/register.md");
   const std::string listed = text.substr(text.find("## Not modelled"));
-  const std::string source = ReadFile("register/virtual_register_refused.cpp");
+  const std::string source = ReadFile("register/client/not_modelled.cpp");
   const std::string mark = "int VirtualRegister::";
   int operations = 0;
   for (size_t at = source.find(mark); at != source.npos; at = source.find(mark, at + 1)) {

@@ -1,0 +1,36 @@
+// Checks the lines of a batch file with the library's own parser. No command runs.
+#pragma once
+
+#include <cstdint>
+
+#include "console/check/finding.h"
+#include "console/check/language.h"
+#include "console/check/sequence_traps.h"
+#include "console/terminal/line_reader.h"
+
+namespace lorimat::console {
+
+class BatchCheck {
+ public:
+  // Both have to outlive this object.
+  BatchCheck(const Language& language, Findings& findings);
+
+  void take(const SourceLine& line);
+  // Behind the last line: what the lines leave behind.
+  void finish() { sequence_.finish(); }
+  uint64_t lines() const { return lines_; }        // lines taken
+  uint64_t commands() const { return commands_; }  // that hold more than a comment
+
+ private:
+  void check_bytes(const SourceLine& line);
+
+  const Language& language_;
+  Findings& findings_;
+  std::vector<CommandWord> words_;
+  std::vector<std::string> symbols_;
+  SequenceTraps sequence_;
+  uint64_t lines_ = 0;
+  uint64_t commands_ = 0;
+};
+
+}  // namespace lorimat::console

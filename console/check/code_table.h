@@ -1,0 +1,64 @@
+// What result codes mean: the classes, the codes that the library gives of itself, and the results
+// of a device client. The texts of the answers are not here: they come from the library. What
+// causes a code is in English here; translated() has the user's.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace lorimat::console {
+
+// A class of messages: one bit of a result code.
+struct CodeClass {
+  int bit;    // 0 for the class of the codes up to 255
+  int shown;  // the number in "ERROR 1/9"
+  const char* what;
+};
+std::span<const CodeClass> code_classes();
+
+// A code that the library, or the older protocol that its tables come from, gives of itself.
+struct OwnCode {
+  int code;
+  bool given;  // whether this library gives it; the others are kept for their texts
+  const char* cause;
+  const char* way_out = "";  // what leads out, where that is not plain to see
+};
+std::span<const OwnCode> own_codes();
+
+// A result of the device client that has a name.
+struct ClientResult {
+  int result;
+  const char* name;
+  const char* cause;
+  const char* way_out = "";
+};
+std::span<const ClientResult> client_results();
+
+// One way in which a code comes about.
+struct CodeReading {
+  enum Kind {
+    kSuccess,       // 0
+    kInternal,      // the translator's own sign, which no host sees
+    kOwn,           // a code of the library
+    kOwnAgain,      // a code of the library that was then taken for a client result
+    kUnreachable,   // there was no answer from the device client
+    kClient,        // a client result with a name
+    kUnnamedClient  // a client result without one
+  };
+  Kind kind = kOwn;
+  std::vector<int> chain;  // from where it begins to the code itself, a code for each pass
+  std::string name;        // of a client result
+  std::string cause;
+  std::string way_out;
+  bool given = true;          // false for a code that the tables know and this library never gives
+  bool once_or_more = false;  // a further pass changes nothing, so that it may be one of several
+};
+
+// Whether a result of the device client can have led to the code.
+bool comes_from(long code, int result);
+
+// Every way that is known, the likelier one first; none for a number that is no result code.
+std::vector<CodeReading> read_code(int code);
+
+}  // namespace lorimat::console

@@ -1,0 +1,124 @@
+#include "console/check/finding.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/styles.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr size_t kWindow = 50;  // bytes shown before and behind the place
+
+const char* severity_name(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return TR_TEXT("error");
+    case Severity::kWarning:
+      return TR_TEXT("warning");
+    case Severity::kNote:
+      return TR_TEXT("note");
+  }
+  return "";
+}
+
+Style severity_style(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return Style::kError;
+    case Severity::kWarning:
+      return Style::kWarning;
+    case Severity::kNote:
+      return Style::kNote;
+  }
+  return Style::kStrong;
+}
+
+bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// Columns that a shown text takes on a terminal.
+size_t width(std::string_view text) {
+  return text.size() -
+         static_cast<size_t>(std::count_if(text.begin(), text.end(), is_continuation));
+}
+
+std::string better_word(const Finding& finding) {
+  if (finding.suggestion.empty()) return {};
+  return tr("; did you mean {}?", shown(finding.suggestion));
+}
+
+}  // namespace
+
+std::string place_text(const std::string& source, uint64_t column, bool colours) {
+  const size_t place = std::min(static_cast<size_t>(column - 1), source.size());
+  size_t begin = place > kWindow ? place - kWindow : 0;
+  size_t end = std::min(source.size(), place + kWindow);
+  while (begin > 0 && is_continuation(source[begin])) --begin;
+  while (end < source.size() && is_continuation(source[end])) ++end;
+  const std::string before = (begin > 0 ? "..." : "") + shown(source.substr(begin, place - begin));
+  const std::string behind =
+      shown(source.substr(place, end - place)) + (end < source.size() ? "..." : "");
+  return fmt::format("    {}{}\n    {}{}\n", before, behind, std::string(width(before), ' '),
+                     styled("^", Style::kGood, colours));
+}
+
+std::string finding_words(const Finding& finding) {
+  return shown(finding.what) + better_word(finding);
+}
+
+void Findings::add(Finding finding) {
+  if (finding.severity == Severity::kError) ++errors_;
+  if (finding.severity == Severity::kWarning) ++warnings_;
+  if (kept_.size() < kKept) {
+    kept_.push_back(std::move(finding));
+  } else {
+    ++dropped_;
+  }
+}
+
+std::vector<Finding> Findings::sorted() const {
+  std::vector<Finding> sorted = kept_;
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Finding& a, const Finding& b) {
+    if ((a.line == 0) != (b.line == 0)) return b.line == 0;
+    return a.line != b.line ? a.line < b.line : a.column < b.column;
+  });
+  return sorted;
+}
+
+std::string finding_text(const std::string& file, const Finding& finding, bool colours) {
+  std::string place = file;
+  if (finding.line != 0) place += fmt::format(":{}", finding.line);
+  if (finding.column != 0) place += fmt::format(":{}", finding.column);
+  std::string text = place.empty() ? "" : styled(place + ":", Style::kStrong, colours) + " ";
+  text += fmt::format("{} {}",
+                      styled(fmt::format("{}:", translated(severity_name(finding.severity))),
+                             severity_style(finding.severity), colours),
+                      shown(finding.what));
+  if (!finding.effect.empty()) text += ": " + shown(finding.effect);
+  text += better_word(finding);
+  if (!finding.remedy.empty()) text += tr("; write {}", shown(finding.remedy));
+  if (finding.code != 0) text += tr(" (code {})", finding.code);
+  text += '\n';
+  if (finding.column != 0 && !finding.source.empty()) {
+    text += place_text(finding.source, finding.column, colours);
+  }
+  return text;
+}
+
+Json finding_json(const Finding& finding) {
+  Json json = {{"severity", severity_name(finding.severity)}, {"rule", finding.rule}};
+  if (finding.line != 0) json["line"] = finding.line;
+  if (finding.column != 0) json["column"] = finding.column;
+  if (finding.code != 0) json["code"] = finding.code;
+  json["what"] = finding.what;
+  if (!finding.effect.empty()) json["effect"] = finding.effect;
+  if (!finding.suggestion.empty()) json["suggestion"] = finding.suggestion;
+  if (!finding.remedy.empty()) json["remedy"] = finding.remedy;
+  return json;
+}
+
+}  // namespace lorimat::console

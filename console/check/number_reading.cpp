@@ -1,0 +1,136 @@
+#include "console/check/number_reading.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+#include "language/command_help.h"
+#include "pal/protocols/lorimat/ascii.h"
+#include "pal/protocols/lorimat/lorimatutility.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr char kSeparator = '.';
+constexpr int kPrecision = 4;  // of prices and percentages
+constexpr int64_t kTenThousand = 10000;
+constexpr int64_t kThousand = 1000;
+
+// The words with which the page says what a field takes.
+struct KindWords {
+  const char* begin;
+  NumberKind kind;
+};
+
+constexpr KindWords kKindWords[] = {
+    {"price", NumberKind::kPrice},           {"amount", NumberKind::kPrice},
+    {"highest price", NumberKind::kPrice},   {"preset price", NumberKind::kPrice},
+    {"percentage", NumberKind::kPercentage}, {"rate, a percentage", NumberKind::kPercentage},
+    {"quantity", NumberKind::kQuantity},     {"department", NumberKind::kDepartment},
+    {"number", NumberKind::kWhole},
+};
+
+int64_t scale_of(NumberKind kind) {
+  switch (kind) {
+    case NumberKind::kPrice:
+    case NumberKind::kPercentage:
+      return kTenThousand;
+    case NumberKind::kQuantity:
+      return kThousand;
+    default:
+      return 1;
+  }
+}
+
+bool is_plain(std::string_view text) {
+  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
+  const size_t point = text.find(kSeparator);
+  if (point != text.npos && text.find(kSeparator, point + 1) != text.npos) return false;
+  return text.find_first_of("0123456789") != text.npos &&
+         text.find_first_not_of("0123456789.") == text.npos;
+}
+
+// A plain number without zeros that say nothing: "-1.5" of "-01.50".
+std::string shortest(std::string_view text) {
+  const bool negative = text.front() == '-';
+  if (negative) text.remove_prefix(1);
+  text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
+  std::string out(text);
+  if (out.find(kSeparator) != out.npos) {
+    while (out.back() == '0') out.pop_back();
+    if (out.back() == kSeparator) out.pop_back();
+  }
+  if (out.empty() || out.front() == kSeparator) out.insert(out.begin(), '0');
+  if (negative && out != "0") out.insert(out.begin(), '-');
+  return out;
+}
+
+std::string decimal(int64_t value, int64_t scale) {
+  // In unsigned arithmetic: the least value has no positive counterpart.
+  const uint64_t size = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+  const uint64_t unit = static_cast<uint64_t>(scale);
+  const int digits = scale == kTenThousand ? 4 : scale == kThousand ? 3 : 0;
+  const char* sign = value < 0 ? "-" : "";
+  return shortest(digits == 0 ? fmt::format("{}{}", sign, size)
+                              : fmt::format("{}{}.{:0{}}", sign, size / unit, size % unit, digits));
+}
+
+int64_t read(NumberKind kind, std::string text) {
+  switch (kind) {
+    case NumberKind::kPrice:
+      return lorimatutility::TradPrice(text.data(), false, kSeparator, kPrecision);
+    case NumberKind::kPercentage:
+      return lorimatutility::TradPercentage(text.data(), kSeparator, kPrecision);
+    case NumberKind::kQuantity:
+      return lorimatutility::TradQuantity(text.data(), kSeparator);
+    case NumberKind::kDepartment:
+      return std::clamp<int64_t>(lorimatutility::TradNumInt64(text.data()), INT32_MIN, INT32_MAX);
+    default:
+      return text_to_int(text.c_str());
+  }
+}
+
+}  // namespace
+
+NumberKind number_kind(int opcode, int field) {
+  const language::CommandHelp* command = language::find_command_help(opcode);
+  const language::FieldHelp* help = command != nullptr ? command->find_field(field) : nullptr;
+  if (help == nullptr) return NumberKind::kNone;
+  for (const KindWords& row : kKindWords) {
+    if (std::string_view(help->takes).starts_with(row.begin)) return row.kind;
+  }
+  return NumberKind::kNone;
+}
+
+NumberReading read_number(NumberKind kind, const std::string& value) {
+  NumberReading reading;
+  reading.plain = is_plain(value);
+  reading.value = read(kind, value);
+  reading.text = decimal(reading.value, scale_of(kind));
+  reading.exact = reading.plain && shortest(value) == reading.text;
+  return reading;
+}
+
+std::string decimal_text(int64_t price) { return decimal(price, kTenThousand); }
+
+std::string likely_number(NumberKind kind, const std::string& value) {
+  std::string text;
+  for (const char c : value) {
+    if (c != ' ' && c != '\'') text += c == ',' ? kSeparator : c;
+  }
+  // The last mark of several parts the decimals, unless it is the same as those in front of it.
+  const size_t last = value.find_last_of(",.");
+  if (last != value.npos) {
+    const char mark = value[last];
+    const bool alone = value.find(mark) == last;
+    const size_t kept = text.rfind(kSeparator);
+    for (size_t i = text.size(); i-- > 0;) {
+      if (text[i] == kSeparator && (i != kept || !alone)) text.erase(i, 1);
+    }
+  }
+  return is_plain(text) && read_number(kind, text).exact ? text : "";
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,75 @@
+#include "console/check/password_mask.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "pal/protocols/lorimat/ascii.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr int kOperator = 53;  // the command
+constexpr int kPassword = 3;   // its field
+constexpr char kQuote = '\'';
+
+bool is_word(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '#'; }
+
+bool is_blank(char c) { return c == ' ' || c == '\t'; }
+
+class PasswordField {
+ public:
+  PasswordField(const Language* words, std::string_view line) : words_(words) {
+    if (words_ == nullptr) return;
+    name_ = words_->field_name(kOperator, kPassword);
+    size_t begin = 0;
+    while (begin < line.size() && is_blank(line[begin])) ++begin;
+    size_t end = begin;
+    while (end < line.size() && is_word(line[end])) ++end;
+    const Lookup command = words_->find_command(std::string(line.substr(begin, end - begin)));
+    is_operator_ = end > begin && command.failure == 0 && command.number == kOperator;
+  }
+
+  bool is(std::string_view key) const {
+    if (key.empty()) return false;
+    const std::string word(key);
+    if (!name_.empty() && equals_ignoring_case(word.c_str(), name_.c_str())) return true;
+    if (!is_operator_) return false;
+    const Lookup field = words_->find_field(kOperator, word);
+    return word == "#" + std::to_string(kPassword) ||
+           (field.failure == 0 && field.number == kPassword);
+  }
+
+ private:
+  const Language* words_;
+  std::string name_ = "PASS";
+  bool is_operator_ = false;
+};
+
+}  // namespace
+
+std::string without_passwords(const Language* words, std::string_view line) {
+  const PasswordField password(words, line);
+  std::string out(line);
+  bool quoted = false;
+  for (size_t at = 0; at < line.size(); ++at) {
+    if (line[at] == kQuote) quoted = !quoted;
+    if (line[at] != '=' || quoted) continue;
+    size_t end = at;
+    while (end > 0 && is_blank(line[end - 1])) --end;
+    size_t begin = end;
+    while (begin > 0 && is_word(line[begin - 1])) --begin;
+    if (!password.is(line.substr(begin, end - begin))) continue;
+    // Up to the next field; to the end where a quote is missing.
+    bool in_value = false;
+    for (++at; at < line.size() && (in_value || line[at] != ','); ++at) {
+      if (line[at] == kQuote) {
+        in_value = !in_value;
+      } else if (in_value || !is_blank(line[at])) {
+        out[at] = '*';
+      }
+    }
+  }
+  return out;
+}
+
+}  // namespace lorimat::console

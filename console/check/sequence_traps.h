@@ -1,0 +1,89 @@
+// The traps of a sequence of lines, as far as a file alone can tell: what each line leaves the
+// printer and the translator's memory in, if the device takes what it can take.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "console/check/language.h"
+#include "console/check/translator_memory.h"
+#include "console/check/trap.h"
+
+namespace lorimat::console {
+
+// A line's place: its number, the column of its command, and its text.
+struct LinePlace {
+  uint64_t line = 0;
+  uint64_t column = 1;
+  std::string source;
+};
+
+class SequenceTraps {
+ public:
+  using Sink = std::function<void(FoundTrap found, const LinePlace& place)>;
+
+  // The words have to outlive this object.
+  SequenceTraps(const Language& language, Sink sink)
+      : language_(language), sink_(std::move(sink)) {}
+
+  // Takes a line that the translator has just read without a failure.
+  void take(int opcode, const std::string& command, const LinePlace& place);
+  // Behind the last line.
+  void finish();
+
+ private:
+  // What the printer is doing; kUnknown where the lines do not tell.
+  enum class State { kReady, kOpen, kPaying, kEnding, kNonFiscal, kUnknown };
+
+  // A line that a later one has to name.
+  struct Mark {
+    std::string command;
+    LinePlace place;
+  };
+
+  void take_effect(int opcode);
+  void sell();
+  void add_line();
+  void adjust(int opcode);
+  void check_subtotal();
+  void pay(std::optional<int64_t> amount, bool whole, bool forgets);
+  void pay_by_command();
+  void play_key();
+  void open_document(int opcode);
+  void turn_lock(int opcode);
+  void attach();
+  void print_non_fiscal();
+  void settle();
+  void become(State state);
+  void note_memory();
+
+  bool given(int field) const;
+  int whole(int field) const;
+  int64_t amount(int field) const;
+  std::string command_word(int opcode) const;
+  void tell(Trap trap, std::vector<std::string> arguments, const Mark& mark);
+
+  const Language& language_;
+  Sink sink_;
+  Mark here_;
+
+  State state_ = State::kReady;
+  bool opens_ = true;         // whether the next sale opens a receipt
+  bool by_key_ = false;       // the receipt was opened by a key
+  bool attachments_ = false;  // the receipt stays open behind its payment
+  bool lottery_ = false;      // the next key brings a lottery code
+  std::optional<Mark> lost_;  // what left the printer ready and the translator with a document
+  bool lost_told_ = false;
+  std::optional<Mark> key_;  // what turned the key away from registering
+  bool key_told_ = false;
+  Mark opened_;                   // the document that is no receipt
+  Mark paid_;                     // the last payment
+  bool refusal_told_ = false;     // of a sale in the state that the printer is in
+  bool has_lines_ = false;        // in the open document
+  std::optional<int64_t> total_;  // of the receipt, in ten-thousandths, where it is known
+  int64_t paid_sum_ = 0;
+};
+
+}  // namespace lorimat::console

@@ -1,0 +1,219 @@
+#include "console/command/backup/backup_command.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <utility>
+
+#include "console/command/backup/backup_manifest.h"
+#include "console/command/backup/backup_tables.h"
+#include "console/command/backup/table_session.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/json_text.h"
+#include "console/message/register_text.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
+#include "console/terminal/notices.h"
+#include "console/terminal/progress.h"
+#include "register/value/digest.h"
+
+namespace lorimat::console {
+namespace {
+
+const char* const kBackupExamples = TR_TEXT(R"(Examples:
+  lorimat backup tables --register shop.register
+      Writes the tables into the new folder "tables".
+  lorimat restore tables --register shop.register --dry-run
+      Shows what of them is different now.
+
+A backup has a dump of the command language for each table (VAT rates, header lines, options,
+groups, operators, departments, subtenders, keyboards, articles) and a manifest with their
+digests. Documents, totals, logos and the numbering of invoices are not in it. The folder has to
+be new or empty; it appears when all of it is written.
+
+Exit codes:
+  0  the backup was made
+  1  the backup was made and is whole; what failed behind it, such as its report, is told
+  2  wrong use, or it could not be made; then there is none
+  130  stopped by Ctrl-C; there is no backup
+)");
+
+namespace fs = std::filesystem;
+
+// --- The folder: filled under another name, and renamed when it is whole.
+
+[[noreturn]] void refuse(const fs::path& path, const std::string& cause) {
+  throw Failure(fmt::format("{}: {}", shown(path.string()), cause));
+}
+
+// The errno value of what failed; 0 when the disk has it.
+int sync_path(const fs::path& path, int flags) {
+  const Descriptor file(open(path.c_str(), flags | O_CLOEXEC));
+  return file.is_open() && fsync(file.get()) == 0 ? 0 : errno;
+}
+
+void require_synced(const fs::path& path, int flags) {
+  const int error = sync_path(path, flags);
+  if (error != 0) refuse(path, tr("cannot be written: {}", system_message(error)));
+}
+
+class NewFolder {
+ public:
+  explicit NewFolder(const std::string& folder) {
+    std::error_code error;
+    target_ = fs::absolute(folder, error).lexically_normal();
+    if (!error && !target_.has_filename()) target_ = target_.parent_path();
+    if (error || !target_.has_filename()) refuse(folder, tr("is no name for a new folder"));
+    const fs::file_status status = fs::status(target_, error);
+    if (fs::exists(status)) {
+      if (!fs::is_directory(status)) refuse(folder, tr("is there already, and is no folder"));
+      // A link stays, and leads to the backup.
+      if (fs::is_symlink(fs::symlink_status(target_, error))) target_ = fs::canonical(target_);
+      const bool empty = fs::is_empty(target_, error);
+      if (error) refuse(folder, system_message(error.value()));
+      if (!empty) refuse(folder, tr("is not empty; a backup goes into a new folder"));
+    }
+    part_ = target_;
+    part_ += ".part";
+    if (mkdir(part_.c_str(), 0777) == 0) {
+      made_ = true;
+      return;
+    }
+    const int cause = errno;
+    if (cause == EEXIST) {
+      refuse(part_,
+             tr("is left of a backup that was cut off, or another one is at work; remove it"));
+    }
+    refuse(part_, tr("cannot be made: {}", system_message(cause)));
+  }
+  ~NewFolder() {
+    std::error_code ignored;
+    if (made_) fs::remove_all(part_, ignored);
+  }
+  NewFolder(const NewFolder&) = delete;
+  NewFolder& operator=(const NewFolder&) = delete;
+
+  std::string path() const { return part_.string(); }
+
+  void write(const std::string& name, const std::string& text) {
+    const fs::path path = part_ / name;
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.is_open() || !write_all(file.get(), text) || close(file.release()) != 0) {
+      refuse(path, tr("cannot be written: {}", system_message(errno)));
+    }
+  }
+
+  // All that it holds reaches the disk before the folder gets its name. Answers the errno value of
+  // what failed behind that, when the folder is there, or 0.
+  int finish(const std::vector<std::string>& names) {
+    for (const std::string& name : names) require_synced(part_ / name, O_RDONLY);
+    require_synced(part_, O_RDONLY | O_DIRECTORY);
+    if (std::rename(part_.c_str(), target_.c_str()) != 0) {
+      refuse(target_, tr("cannot be made: {}", system_message(errno)));
+    }
+    made_ = false;
+    return sync_path(target_.parent_path(), O_RDONLY | O_DIRECTORY);
+  }
+
+ private:
+  fs::path target_;
+  fs::path part_;
+  bool made_ = false;
+};
+
+std::string now_for_programs() {
+  const std::time_t now = std::time(nullptr);
+  std::tm time = {};
+  localtime_r(&now, &time);
+  return time_for_programs(time);
+}
+
+void show(const BackupOptions& options, const BackupManifest& manifest, Streams& streams) {
+  if (options.json) {
+    streams.output(json_text({{"folder", options.folder}, {"manifest", manifest_json(manifest)}}));
+    return;
+  }
+  std::vector<std::pair<std::string, std::string>> rows;
+  uint64_t count = 0;
+  for (size_t i = 0; i < manifest.files.size(); ++i) {
+    const uint64_t in_file = manifest.files[i].rows;
+    rows.emplace_back(std::string(translated(backup_tables()[i].text)),
+                      tr_count(in_file, TR_TEXT("{} row"), TR_TEXT("{} rows")));
+    count += in_file;
+  }
+  streams.output(paired_rows(rows) + tr("{}: backup of {}, {}\n", shown(options.folder),
+                                        shown(manifest.serial_number),
+                                        tr_count(count, TR_TEXT("{} row"), TR_TEXT("{} rows"))));
+}
+
+}  // namespace
+
+void add_backup(CLI::App& app, BackupOptions* options) {
+  CLI::App* backup =
+      app.add_subcommand("backup", tr("Write the tables of a register into a new folder"));
+  backup->add_option("DIR", options->folder, tr("The folder, new or empty"))->required();
+  add_register_option(backup, &options->register_file);
+  add_language_options(backup, &options->language, &options->library);
+  backup->add_flag("--json", options->json, tr("Write JSON"));
+  refuse_empty_texts(backup);
+  backup->footer(std::string(translated(kBackupExamples)));
+}
+
+int backup_command(const BackupOptions& options, Streams& streams) {
+  require_register(options.register_file);
+  NewFolder folder(options.folder);
+  TableSession session(options.register_file, options.language, options.library, streams);
+
+  BackupManifest manifest;
+  manifest.serial_number = session.status().serial_number;
+  manifest.firmware_version = session.status().firmware_version;
+  manifest.made = now_for_programs();
+  std::vector<std::string> names = {BackupManifest::kFileName};
+  {
+    const InterruptWatch watch;
+    Progress progress(streams, true, backup_tables().size());
+    for (const BackupTable& table : backup_tables()) {
+      if (interrupted) {
+        progress.clear();
+        tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
+        return interrupt_exit();
+      }
+      const std::string path = folder.path() + "/" + table.file;
+      const std::string text = dump_table(table, path, session.library());
+      const auto rows = dump_rows(table, path, text, session.language());
+      folder.write(table.file, text);
+      manifest.files.push_back(
+          {table.name, table.file, rows.size(), text.size(), lorimat::Sha256(text)});
+      names.emplace_back(table.file);
+      progress.update(manifest.files.size());
+    }
+  }
+  folder.write(BackupManifest::kFileName, json_text(manifest_json(manifest)));
+  // What fails once the folder is finished leaves a backup.
+  int code = kExitGood;
+  if (const int error = folder.finish(names)) {
+    tell_warning(streams, tr("{}: the backup is there and whole, and its name may not have reached "
+                             "the disk: {}",
+                             shown(options.folder), system_message(error)));
+    code = kExitFaults;
+  }
+  try {
+    show(options, manifest, streams);
+  } catch (const Failure& failure) {
+    tell_error(streams, tr("{}: the backup is there and whole, and its report is missing: {}",
+                           shown(options.folder), failure.what()));
+    code = kExitFaults;
+  }
+  return code;
+}
+
+}  // namespace lorimat::console

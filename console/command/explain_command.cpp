@@ -1,0 +1,269 @@
+#include "console/command/explain_command.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <sstream>
+#include <string_view>
+
+#include "console/check/code_table.h"
+#include "console/host/answer_text.h"
+#include "console/message/failure.h"
+#include "console/message/json_text.h"
+#include "console/message/message_texts.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/styles.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr size_t kWrapAt = 78;
+constexpr size_t kIndent = 10;
+
+// What was pasted, line by line, without the blanks and quotes around it.
+std::vector<std::string> pasted_lines(const std::vector<std::string>& arguments) {
+  constexpr const char* kAround = " \t\r\"'";
+  std::vector<std::string> lines;
+  for (const std::string& argument : arguments) {
+    std::istringstream text(argument);
+    bool empty = true;
+    for (std::string line; std::getline(text, line);) {
+      const size_t first = line.find_first_not_of(kAround);
+      if (first == std::string::npos) continue;
+      lines.push_back(line.substr(first, line.find_last_not_of(kAround) - first + 1));
+      empty = false;
+    }
+    if (empty) lines.push_back(argument);
+  }
+  return lines;
+}
+
+// The codes that the arguments name: numbers, and answers as they were pasted, in quotes or without
+// them. Throws Failure for a text that is neither.
+std::vector<int> read_codes(const std::vector<std::string>& given, MessageTexts& texts) {
+  const std::vector<std::string> arguments = pasted_lines(given);
+  std::vector<int> codes;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    if (const std::optional<int> number = read_code_number(arguments[i])) {
+      codes.push_back(*number);
+      continue;
+    }
+    std::vector<int> pasted = codes_in_answer(arguments[i], texts);
+    if (pasted.empty()) {
+      // Without quotes the words of an answer are arguments each.
+      const auto rest = arguments.begin() + static_cast<std::ptrdiff_t>(i);
+      pasted = codes_in_answer(fmt::format("{}", fmt::join(rest, arguments.end(), " ")), texts);
+      if (pasted.empty()) {
+        throw Failure(
+            tr("{}: is no result code; give a number such as 265, class and index such "
+               "as 1/9, or the text of an answer",
+               shown(arguments[i], 60)));
+      }
+      i = arguments.size();
+    }
+    codes.insert(codes.end(), pasted.begin(), pasted.end());
+  }
+  return codes;
+}
+
+struct Explanation {
+  int code = 0;
+  int class_shown = 0;
+  int index = 0;
+  std::vector<CodeClass> classes;  // one for each bit that is a class
+  std::string text;
+  std::vector<CodeReading> readings;
+};
+
+Explanation explain(int code, MessageTexts& texts) {
+  Explanation explanation;
+  explanation.code = code;
+  explanation.class_shown = (code & kCodeClassMask) >> 8;
+  explanation.index = code & kCodeIndexMask;
+  // A negative code is no sum of bits.
+  if (code > 0) {
+    for (const CodeClass& one : code_classes()) {
+      const bool has = one.bit == 0 ? (code & kCodeClassMask) == 0 : (code & one.bit) != 0;
+      if (has) explanation.classes.push_back(one);
+    }
+  }
+  explanation.readings = read_code(code);
+  // The inner signs are answered as if they were success.
+  const bool inner = code == -1 || code == -2;
+  if (!inner) explanation.text = texts.answer(code);
+  return explanation;
+}
+
+// --- As text.
+
+std::string wrapped(std::string_view text) {
+  std::string out;
+  size_t column = kIndent;
+  // In characters, of which some have more than one byte.
+  const auto width = [](std::string_view word) {
+    return static_cast<size_t>(std::count_if(word.begin(), word.end(), [](char c) {
+      return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+  };
+  while (!text.empty()) {
+    const size_t blank = text.find(' ');
+    const std::string_view word = text.substr(0, blank);
+    if (column > kIndent && column + 1 + width(word) > kWrapAt) {
+      out += "\n" + std::string(kIndent, ' ');
+      column = kIndent;
+    } else if (column > kIndent) {
+      out += ' ';
+      ++column;
+    }
+    out += word;
+    column += width(word);
+    text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
+  }
+  return out;
+}
+
+std::string origin(const CodeReading& reading) {
+  const int begin = reading.chain.front();
+  switch (reading.kind) {
+    case CodeReading::kSuccess:
+      return tr("success");
+    case CodeReading::kInternal:
+      return tr("outside the scheme of classes");
+    case CodeReading::kOwn:
+      return reading.given ? tr("given by the library") : tr("not given by this library");
+    case CodeReading::kOwnAgain:
+      return tr("the library's own code {}, then taken for a result of the device client", begin);
+    case CodeReading::kUnreachable:
+      return tr("no answer of the device client (-1)");
+    case CodeReading::kClient:
+      return tr("result {} of the device client, {}", begin, reading.name);
+    case CodeReading::kUnnamedClient:
+      return tr("result {} of the device client", begin);
+  }
+  return {};
+}
+
+std::string passes(const CodeReading& reading) {
+  if (reading.chain.size() < 2 || reading.kind == CodeReading::kOwnAgain) return {};
+  if (reading.chain.size() > 2) {
+    return tr("passed twice: {}", fmt::join(reading.chain, " -> "));
+  }
+  return reading.once_or_more ? tr("passed once or twice, which gives the same")
+                              : tr("passed once");
+}
+
+// A line of the explanation, with its heading in front.
+std::string entry(std::string_view heading, std::string_view text, bool colours) {
+  const std::string blanks(kIndent - 2 - std::min(kIndent - 3, heading.size()), ' ');
+  return fmt::format("  {}{}{}\n", styled(heading, Style::kStrong, colours), blanks, text);
+}
+
+std::string continuation(std::string_view text) {
+  return std::string(kIndent, ' ') + wrapped(text) + "\n";
+}
+
+std::string as_text(const Explanation& explanation, bool colours) {
+  const std::string begin = explanation.code > 0 ? tr("{}: class {}, index {}", explanation.code,
+                                                      explanation.class_shown, explanation.index)
+                                                 : std::to_string(explanation.code);
+  std::string out = styled(begin, Style::kStrong, colours) + "\n";
+  if (!explanation.text.empty()) {
+    out += entry(tr("Text"), fmt::format("\"{}\"", shown(explanation.text)), colours);
+  }
+  for (const CodeClass& one : explanation.classes) {
+    out += entry(tr("Class"), fmt::format("{}: {}", one.shown, translated(one.what)), colours);
+  }
+  if (explanation.classes.size() > 1) {
+    out += continuation(
+        tr("Bits of several classes: no table of texts belongs to them, so the answer ends behind "
+           "the numbers."));
+  }
+  for (const CodeReading& reading : explanation.readings) {
+    out += entry(tr("From"), wrapped(origin(reading)), colours);
+    const std::string passed = passes(reading);
+    if (!passed.empty()) out += continuation(passed);
+    if (!reading.cause.empty()) out += continuation(translated(reading.cause));
+    if (!reading.way_out.empty()) out += continuation(translated(reading.way_out));
+  }
+  if (explanation.readings.empty()) {
+    out += entry(tr("From"), tr("nothing that is known: the library does not give this code"),
+                 colours);
+  }
+  return out;
+}
+
+// --- As JSON.
+
+const char* kind_name(CodeReading::Kind kind) {
+  switch (kind) {
+    case CodeReading::kSuccess:
+      return "success";
+    case CodeReading::kInternal:
+      return "internal";
+    case CodeReading::kOwn:
+      return "library";
+    case CodeReading::kOwnAgain:
+      return "library-as-client";
+    case CodeReading::kUnreachable:
+      return "no-client";
+    case CodeReading::kClient:
+      return "client";
+    case CodeReading::kUnnamedClient:
+      return "client-unnamed";
+  }
+  return "";
+}
+
+Json as_json(const Explanation& explanation) {
+  Json classes = Json::array();
+  for (const CodeClass& one : explanation.classes) {
+    classes.push_back({{"class", one.shown}, {"means", one.what}});
+  }
+  Json readings = Json::array();
+  for (const CodeReading& reading : explanation.readings) {
+    Json one = {{"kind", kind_name(reading.kind)},
+                {"chain", reading.chain},
+                {"given", reading.given},
+                {"cause", reading.cause}};
+    if (!reading.name.empty()) one["name"] = reading.name;
+    if (!reading.way_out.empty()) one["way_out"] = reading.way_out;
+    readings.push_back(std::move(one));
+  }
+  Json out = {{"code", explanation.code}, {"text", explanation.text}};
+  if (explanation.code >= 0) {
+    out["class"] = explanation.class_shown;
+    out["index"] = explanation.index;
+  }
+  out["classes"] = std::move(classes);
+  out["readings"] = std::move(readings);
+  return out;
+}
+
+}  // namespace
+
+int explain_command(const ExplainOptions& options, Streams& streams) {
+  MessageTexts texts;
+  const std::vector<int> codes = read_codes(options.codes, texts);
+  Json all = Json::array();
+  std::string out;
+  bool unknown = false;
+  for (const int code : codes) {
+    const Explanation explanation = explain(code, texts);
+    unknown = unknown || explanation.readings.empty();
+    if (options.json) {
+      all.push_back(as_json(explanation));
+    } else {
+      if (!out.empty()) out += "\n";
+      out += as_text(explanation, streams.output_has_colours());
+    }
+  }
+  streams.output(options.json ? json_text(all) : out);
+  return unknown ? kExitFaults : kExitGood;
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,229 @@
+#include "console/command/fault_command.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <vector>
+
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/fault_text.h"
+#include "console/message/json_text.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "console/terminal/suggestion.h"
+#include "register/fault/fault_operations.h"
+#include "register/fault/faults.h"
+#include "register/inspect/register_file.h"
+
+namespace lorimat::console {
+namespace {
+
+const char* const kFaultExamples = TR_TEXT(R"(Examples:
+  lorimat fault --register shop.register
+      The faults there are, and those that wait in the register.
+  lorimat fault paper-end --register shop.register
+      The next operation that prints finds no paper.
+  lorimat fault busy --times 3 --register shop.register
+      The next three polls find the printer busy.
+  lorimat fault code 123 --nth 2 --on PrintRecItemEx --register shop.register
+      The second sale from now answers 123.
+  lorimat fault --clear --register shop.register
+      No fault waits any longer.
+
+The plan is kept in the register's file, and what programs do with the register uses it up. A
+struck operation changes nothing. Without a register the faults alone are listed.
+
+Exit codes:
+  0  the faults were listed or the plan was changed
+  2  wrong use, or the file cannot be read or written
+)");
+
+// --- The list.
+
+// What the register says of its faults, for the table of the Italian texts.
+constexpr std::string_view kRegisterTexts[] = {
+    TR_TEXT("the roll of paper is at its end"),
+    TR_TEXT("the roll is near its end; printing goes on"),
+    TR_TEXT("the cover is open"),
+    TR_TEXT("the device does not answer: switched off or not connected"),
+    TR_TEXT("the device is busy; polls of its state count"),
+    TR_TEXT("the fiscal memory is full"),
+    TR_TEXT("the day has to be closed first"),
+    TR_TEXT("the totals do not agree"),
+    TR_TEXT("the operation gets lost on its way, and nothing is done"),
+    TR_TEXT("the operation is carried out, and its answer gets lost"),
+    TR_TEXT("what prints"),
+    TR_TEXT("everything"),
+    TR_TEXT("all but reading"),
+    TR_TEXT("openings of fiscal documents, payments, day closings"),
+    TR_TEXT("openings of fiscal documents"),
+    TR_TEXT("subtotals and payments"),
+};
+
+std::string kinds_as_text() {
+  size_t width = 0;
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
+    width = std::max(width, kind.name.size());
+  }
+  std::string out = tr("Faults\n");
+  const auto add = [&](std::string_view name, const std::string& code, const std::string& what,
+                       const std::string& strikes) {
+    out += fmt::format("  {:<{}}  {:>6}  {}\n", name, width, code, what);
+    if (!strikes.empty()) out += fmt::format("  {:<{}}  {:>6}  {}\n", "", width, "", strikes);
+  };
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
+    add(kind.name, kind.code == 0 ? "-" : std::to_string(kind.code),
+        tr_finished(kind.what, kRegisterTexts),
+        tr("strikes: {}", tr_finished(kind.strikes, kRegisterTexts)));
+  }
+  add(lorimat::kCodeFault, "N", tr("any result code, by its number"), "");
+  return out;
+}
+
+std::string plan_as_text(const std::string& file, const lorimat::FaultPlan& plan) {
+  if (plan.empty()) return tr("No fault waits in {}\n", shown(file));
+  std::string out = tr("In {} wait\n", shown(file));
+  for (const lorimat::Fault& fault : plan.faults()) {
+    out += fmt::format("  {}\n", fault_text(fault));
+  }
+  return out;
+}
+
+Json kinds_as_json() {
+  Json kinds = Json::array();
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
+    kinds.push_back(
+        {{"name", kind.name}, {"code", kind.code}, {"what", kind.what}, {"strikes", kind.strikes}});
+  }
+  return kinds;
+}
+
+Json operations_as_json() {
+  Json names = Json::array();
+  for (const lorimat::ClientOperation& operation : lorimat::ClientOperations()) {
+    names.push_back(operation.name);
+  }
+  return names;
+}
+
+int list(const FaultOptions& options, Streams& streams) {
+  const bool has_register = !options.register_file.empty();
+  lorimat::FaultPlan plan;
+  if (has_register) {
+    plan = lorimat::RegisterFile(require_register(options.register_file)).Faults();
+  }
+  if (options.json) {
+    Json json = {{"kinds", kinds_as_json()}, {"operations", operations_as_json()}};
+    if (has_register) json["waiting"] = faults_json(plan);
+    streams.output(json_text(json));
+    return kExitGood;
+  }
+  std::string text = kinds_as_text();
+  if (has_register) text += "\n" + plan_as_text(options.register_file, plan);
+  streams.output(text);
+  return kExitGood;
+}
+
+// --- A new fault.
+
+std::string did_you_mean(const std::string& near) {
+  return near.empty() ? std::string() : tr("; did you mean {}?", near);
+}
+
+void require_kind(const std::string& name) {
+  if (name == lorimat::kCodeFault || lorimat::FindFaultKind(name) != nullptr) return;
+  std::vector<std::string> names = {std::string(lorimat::kCodeFault)};
+  for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) names.emplace_back(kind.name);
+  const std::string near = nearest_word(name, names);
+  throw Failure(near.empty()
+                    ? tr("{}: no fault has this name; \"lorimat fault\" lists them", shown(name))
+                    : tr("{}: no fault has this name; did you mean {}?", shown(name), near));
+}
+
+void require_operation(const std::string& name) {
+  if (name.empty() || lorimat::FindClientOperation(name) != nullptr) return;
+  std::vector<std::string> names;
+  for (const lorimat::ClientOperation& operation : lorimat::ClientOperations()) {
+    names.emplace_back(operation.name);
+  }
+  throw Failure(tr("--on {}: no operation of the device has this name{}", shown(name),
+                   did_you_mean(nearest_word(name, names))));
+}
+
+lorimat::Fault new_fault(const FaultOptions& options) {
+  require_kind(options.name);
+  require_operation(options.operation);
+  const bool by_code = options.name == lorimat::kCodeFault;
+  if (by_code && !options.code) {
+    throw Failure(tr("fault code: which? Give the number of a result code behind it"));
+  }
+  if (!by_code && options.code) {
+    throw Failure(tr("{} {}: only the fault \"code\" takes a number", options.name, *options.code));
+  }
+  lorimat::Fault fault;
+  fault.name = options.name;
+  fault.operation = options.operation;
+  if (by_code) fault.code = *options.code;
+  if (options.nth) {
+    fault.when = lorimat::FaultWhen::kNth;
+    fault.count = *options.nth;
+  } else if (options.times) {
+    fault.when = lorimat::FaultWhen::kTimes;
+    fault.count = *options.times;
+  } else if (options.every) {
+    fault.when = lorimat::FaultWhen::kEvery;
+  }
+  return fault;
+}
+
+}  // namespace
+
+void add_fault(CLI::App& app, FaultOptions* options) {
+  CLI::App* fault =
+      app.add_subcommand("fault", tr("List the faults of a register, plan one or clear the plan"));
+  add_register_option(fault, &options->register_file);
+  CLI::Option* name = fault->add_option("FAULT", options->name, tr("The fault to plan"));
+  fault->add_option("CODE", options->code, tr("The result code, for the fault \"code\""));
+  CLI::Option* next =
+      fault->add_flag("--next", options->next, tr("At the next operation (the default)"));
+  CLI::Option* nth =
+      fault->add_option("--nth", options->nth, tr("At the Nth operation from now"))->type_name("N");
+  CLI::Option* every = fault->add_flag("--every", options->every, tr("At every operation"));
+  CLI::Option* times =
+      fault->add_option("--times", options->times, tr("At the next N operations"))->type_name("N");
+  const std::vector<CLI::Option*> moments = {next, nth, every, times};
+  for (CLI::Option* one : moments) {
+    one->needs(name);
+    for (CLI::Option* other : moments) {
+      if (other != one) one->excludes(other);
+    }
+  }
+  fault
+      ->add_option("--on", options->operation,
+                   tr("Only at this operation of the device, such as PrintRecItemEx"))
+      ->type_name("OPERATION")
+      ->needs(name);
+  fault->add_flag("--clear", options->clear, tr("Take all faults off the plan"))->excludes(name);
+  fault->add_flag("--json", options->json, tr("List as JSON"))->excludes(name);
+  refuse_empty_texts(fault);
+  fault->footer(std::string(translated(kFaultExamples)));
+}
+
+int fault_command(const FaultOptions& options, Streams& streams) {
+  if (options.name.empty() && !options.clear) return list(options, streams);
+  lorimat::RegisterFile file(require_register(options.register_file));
+  lorimat::FaultPlan plan = file.Faults();
+  if (options.clear) {
+    plan.Clear();
+  } else {
+    plan.Add(new_fault(options));
+  }
+  file.SetFaults(plan);
+  streams.output(plan_as_text(options.register_file, plan));
+  return kExitGood;
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,251 @@
+#include "console/command/help.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "console/host/places.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/suggestion.h"
+
+namespace lorimat::console {
+namespace {
+
+// CLI11's help without its remark on how many subcommands there have to be, which the line
+// "Usage" tells.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_description(const CLI::App* app) const override {
+    const std::string description = app->get_description();
+    return description.empty() ? description : description + "\n";
+  }
+  // Names of earlier times work and are not shown.
+  std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
+    constexpr std::string_view kOlder = ",--output";
+    std::string names = CLI::Formatter::make_option_name(option, is_positional);
+    if (const size_t at = names.find(kOlder); at != std::string::npos) {
+      names.erase(at, kOlder.size());
+    }
+    return names;
+  }
+};
+
+// In CLI11's own words, where the fields are names and numbers. A pattern stands in front of
+// those that fit its messages, too.
+constexpr std::string_view kUsageErrors[] = {
+    TR_TEXT("A subcommand is required"),
+    TR_TEXT("The following argument was not expected: {}"),
+    TR_TEXT("{} was given a disallowed flag override"),
+    TR_TEXT("{}: too many inputs for a flag"),
+    TR_TEXT("{}: Should be true/false or a number"),
+    TR_TEXT("{}: At least {} required but received {}"),
+    TR_TEXT("{}: At Most {} required but received {}"),
+    TR_TEXT("{}: {} required {} missing"),
+    TR_TEXT("Expected exactly {} arguments to {}, got {}"),
+    TR_TEXT("Expected at least {} arguments to {}, got {}"),
+    TR_TEXT("Could not convert: {} = {}"),
+    TR_TEXT("{}: Value {} not in range {} to {}"),
+    TR_TEXT("{}: Number less or equal to 0: {}"),
+    TR_TEXT("{}: Number less than 0: {}"),
+    TR_TEXT("{}: {} not in {}"),
+    TR_TEXT("{} is required"),
+    TR_TEXT("{} excludes {}"),
+    TR_TEXT("{} requires {}"),
+};
+
+// The commands by purpose, as the program's help lists them.
+struct Purpose {
+  std::string_view heading;
+  std::vector<std::string_view> commands;
+};
+
+const std::vector<Purpose>& purposes() {
+  static const std::vector<Purpose> all = {
+      {TR_TEXT("Run lines"), {"run", "shell"}},
+      {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
+      {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},
+      {TR_TEXT("Look after a register"), {"fault", "backup", "restore"}},
+      {TR_TEXT("Look up the program"), {"help", "version"}},
+  };
+  return all;
+}
+
+constexpr std::string_view kExamples = TR_TEXT(R"(Examples:
+  lorimat run examples/receipt.cmd
+      Runs the lines of a file and prints the receipt.
+  lorimat check receipt.cmd
+      Looks for faults in them; runs nothing.
+  lorimat explain 257
+      Tells what a result code is.
+
+"lorimat help run" tells more of run, with examples; so for each subcommand.
+
+Exit codes:
+  0  all is well
+  1  something was found: a line failed, a file has errors, a code is unknown
+  2  wrong use, or what was asked for could not be done
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
+)");
+
+void sort_by_purpose(CLI::App& app) {
+  for (CLI::App* command : app.get_subcommands({})) {
+    for (const Purpose& purpose : purposes()) {
+      const auto& names = purpose.commands;
+      if (std::find(names.begin(), names.end(), command->get_name()) != names.end()) {
+        command->group(std::string(translated(purpose.heading)));
+      }
+    }
+  }
+}
+
+bool starts_as_option(std::string_view argument) {
+  return argument.size() > 1 && argument.front() == '-';
+}
+
+// "--paper" of "--paper=x".
+std::string option_name(const std::string& argument) {
+  return argument.substr(0, argument.find('='));
+}
+
+// The command that was named last: that of "journal verify" is verify.
+const CLI::App& last_command(const CLI::App& app) {
+  const CLI::App* last = &app;
+  while (!last->get_subcommands().empty()) last = last->get_subcommands().back();
+  return *last;
+}
+
+bool has_option(const CLI::App& app, const std::string& name) {
+  return app.get_option_no_throw(name) != nullptr;
+}
+
+// An option of some command in front of its command: "lorimat --register x status".
+std::string misplaced_option(const CLI::App& app, const std::string& name) {
+  const CLI::App& command = last_command(app);
+  if (&command != &app) {
+    if (!has_option(command, name)) return {};
+    return tr("the option {} stands behind the subcommand: lorimat {} {} ...", name,
+              command.get_name(), name);
+  }
+  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (has_option(*one, name)) {
+      return tr("the option {} stands behind a subcommand, and none was given", name);
+    }
+  }
+  return {};
+}
+
+std::string no_such_option(const CLI::App& app, const std::string& name) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : last_command(app).get_options()) {
+    for (const std::string& one : option->get_lnames()) names.push_back(one);
+  }
+  std::string text = tr("no option is called '{}'", shown(name));
+  const std::string nearest = name.substr(0, 2) == "--" ? nearest_word(name.substr(2), names) : "";
+  if (!nearest.empty()) text += tr("; did you mean {}?", fmt::format("--{}", nearest));
+  return text;
+}
+
+// Names what nothing took, options first: what stands behind one is often its value.
+std::string unexpected(const CLI::App& app, const std::vector<std::string>& left_over) {
+  for (const std::string& argument : left_over) {
+    if (!starts_as_option(argument)) continue;
+    const std::string name = option_name(argument);
+    const std::vector<std::string> in_front = app.remaining(false);
+    const bool is_in_front =
+        std::find(in_front.begin(), in_front.end(), argument) != in_front.end();
+    const std::string misplaced = is_in_front ? misplaced_option(app, name) : "";
+    return misplaced.empty() ? no_such_option(app, name) : misplaced;
+  }
+  return tr("The following argument was not expected: {}", shown(left_over.front()));
+}
+
+// With the examples' folder as a person can type it anywhere.
+std::string with_examples(std::string text, const std::string& folder) {
+  constexpr std::string_view kFolder = " examples/";
+  for (size_t at = 0; (at = text.find(kFolder, at)) != std::string::npos; at += folder.size()) {
+    text.replace(at + 1, kFolder.size() - 2, folder);
+  }
+  return text;
+}
+
+// Of the program or a command, and of the commands below it.
+void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
+  app.formatter(formatter);
+  app.footer(with_examples(app.get_footer(), find_examples()));
+  for (CLI::Option* option : app.get_options()) {
+    if (option->get_group() == "Options") option->group(tr("Options"));
+  }
+  for (CLI::App* command : app.get_subcommands({})) {
+    if (command->get_group() == "Subcommands") command->group(tr("Subcommands"));
+    give_words(*command, formatter);
+  }
+}
+
+}  // namespace
+
+void translate_help(CLI::App& app) {
+  const auto formatter = std::make_shared<HelpFormatter>();
+  formatter->column_width(app.get_formatter()->get_column_width());
+  formatter->label("Usage", tr("Usage"));
+  formatter->label("OPTIONS", tr("OPTIONS"));
+  formatter->label("SUBCOMMAND", tr("SUBCOMMAND"));
+  formatter->label("SUBCOMMANDS", tr("SUBCOMMAND"));
+  formatter->label("Positionals", tr("Positionals"));
+  formatter->label("REQUIRED", tr("REQUIRED"));
+  formatter->label("Env", tr("Env"));
+  formatter->label("Needs", tr("Needs"));
+  formatter->label("Excludes", tr("Excludes"));
+  // Kinds of values.
+  formatter->label("TEXT", tr("TEXT"));
+  formatter->label("INT", tr("INT"));
+  formatter->label("UINT", tr("UINT"));
+  formatter->label("NAME", tr("NAME"));
+  formatter->label("KIND", tr("KIND"));
+  formatter->label("OPERATION", tr("OPERATION"));
+  formatter->label("N|DATE", tr("N|DATE"));
+  formatter->label("\"YYYY-MM-DD HH:MM\"", tr("\"YYYY-MM-DD HH:MM\""));
+  sort_by_purpose(app);
+  app.footer(std::string(translated(kExamples)));
+  give_words(app, formatter);
+}
+
+std::string no_such_command(const CLI::App& app, const std::string& name) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  std::string text = tr("no subcommand is called '{}'", shown(name));
+  const std::string nearest = nearest_word(name, names);
+  if (!nearest.empty()) text += tr("; did you mean {}?", nearest);
+  return text;
+}
+
+std::string unknown_command(const CLI::App& app) {
+  const std::vector<std::string> left_over = app.remaining(true);
+  if (!app.get_subcommands().empty() || left_over.empty() || starts_as_option(left_over.front())) {
+    return {};
+  }
+  return no_such_command(app, left_over.front());
+}
+
+std::string usage_error(const CLI::App& app, const CLI::Error& error) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    const std::vector<std::string> left_over = app.remaining(true);
+    if (!left_over.empty()) return unexpected(app, left_over);
+  }
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
+    // lacks no subcommand, and "run --papper" more than its FILE.
+    const std::vector<std::string> left_over = app.remaining(true);
+    if (const std::string unknown = unknown_command(app); !unknown.empty()) return unknown;
+    if (!left_over.empty() && starts_as_option(left_over.front())) {
+      return unexpected(app, left_over);
+    }
+  }
+  return tr_finished(shown(error.what()), kUsageErrors);
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,82 @@
+#include "console/command/paper_command.h"
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <utility>
+#include <vector>
+
+#include "console/command/paper_places.h"
+#include "console/host/broken_pipe.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "register/inspect/register_file.h"
+#include "register/paper/picture.h"
+
+namespace lorimat::console {
+namespace {
+
+const char* const kPaperExamples = TR_TEXT(R"(Examples:
+  lorimat paper --register shop.register
+      The roll as text.
+  lorimat paper --register shop.register --last 1 --png receipt.png
+      The last document as a picture.
+  lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
+      The roll as text in a file, and as a PDF with a page for each document.
+
+The register keeps the end of its roll; "lorimat journal" has every document. With --png or --pdf
+the text is written only if --paper asks for it; "-" is standard output.
+
+Exit codes:
+  0  the paper was written
+  2  wrong use, or the file cannot be read or the paper not be written
+)");
+
+}  // namespace
+
+void add_paper(CLI::App& app, PaperOptions* options) {
+  CLI::App* paper = app.add_subcommand("paper", tr("Write the roll of a register's file"));
+  add_register_option(paper, &options->register_file);
+  paper->add_option("--last", options->last, tr("Only the last N documents"))
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000000).description(""));
+  add_paper_option(paper, &options->paper, tr("Write the text to FILE"));
+  paper->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
+      ->type_name("FILE");
+  paper
+      ->add_option("--pdf", options->pdf,
+                   tr("Write the paper to FILE as a PDF, a page for each document"))
+      ->type_name("FILE");
+  refuse_empty_texts(paper);
+  paper->footer(std::string(translated(kPaperExamples)));
+}
+
+int paper_command(const PaperOptions& options, Streams& streams) {
+  const std::string& file = require_register(options.register_file);
+  const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
+  std::vector<PaperPlace> places;
+  if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {
+    places.push_back(
+        {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
+         [&roll] { return roll.text(); }});
+  }
+  if (!options.png.empty()) {
+    places.push_back(
+        {{options.png, "--png", tr("the PNG")}, [&roll] { return lorimat::RenderPng(roll); }});
+  }
+  if (!options.pdf.empty()) {
+    places.push_back(
+        {{options.pdf, "--pdf", tr("the PDF")}, [&roll] { return lorimat::RenderPdf(roll); }});
+  }
+  require_apart(names_of(places), register_files(file));
+  const bool caller_wants_error = ignore_broken_pipe();
+  const PaperPlaces::Outcome outcome = PaperPlaces(std::move(places), streams).write();
+  if (!outcome.reader_gone) return outcome.failed ? kExitNotDone : kExitGood;
+  if (!outcome.failed && !caller_wants_error) return kExitReaderGone;
+  tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
+  return kExitNotDone;
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,24 @@
+// "lorimat status": what a register's file holds, without switching the register on.
+#pragma once
+
+#include <string>
+
+#include "console/terminal/streams.h"
+
+namespace CLI {
+class App;
+}
+
+namespace lorimat::console {
+
+struct StatusOptions {
+  std::string register_file;
+  bool json = false;
+};
+
+void add_status(CLI::App& app, StatusOptions* options);
+
+// Returns one of ExitCode. Throws Failure or RegisterError when the file cannot be read.
+int status_command(const StatusOptions& options, Streams& streams);
+
+}  // namespace lorimat::console

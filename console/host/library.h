@@ -1,0 +1,41 @@
+// The shared library as a host uses it: loaded by name, reached through its exports alone.
+#pragma once
+
+#include <string>
+
+#include "console/terminal/streams.h"
+#include "lorimatrt/lorimatrt.h"
+
+class RtfClientInterface;
+
+namespace lorimat::console {
+
+class Library {
+ public:
+  // Loads the file. The library's own lines go to the streams' trace, which has to be
+  // started. Throws Failure when the file cannot be loaded or lacks an export.
+  Library(const std::string& file, Streams& streams);
+  // Unloads the library, with standard error turned to the trace meanwhile.
+  ~Library();
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  // Hands the client over and reads the definition file. The client has to outlive this object.
+  // Returns what TradInit answers: 0, or 2 when it refuses the definition file. The path may
+  // have 79 characters; the library cuts a longer one.
+  int init(const std::string& definition_file, RtfClientInterface* client);
+
+  // Runs a line and writes its answer's text. Returns 0 or a result code.
+  long run_line(const std::string& line, std::string* answer);
+
+ private:
+  void* symbol(const char* name, const std::string& file);
+
+  Streams& streams_;
+  void* handle_ = nullptr;
+  decltype(&TradInit) trad_init_ = nullptr;
+  decltype(&TradClose) trad_close_ = nullptr;
+  decltype(&EcrCmd) ecr_cmd_ = nullptr;
+};
+
+}  // namespace lorimat::console

@@ -1,0 +1,37 @@
+#include "console/host/open_document.h"
+
+#include "console/message/register_text.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "register/client/virtual_register.h"
+#include "register/inspect/register_file.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat::console {
+
+std::string open_document_fate(const lorimat::VirtualRegister& device, bool kept) {
+  if (!kept) return tr("It is gone with the shell.");
+  const int state = device.printer_state();
+  const bool unpaid =
+      state == RTF_FPTR_PS_FISCAL_RECEIPT || state == RTF_FPTR_PS_FISCAL_RECEIPT_TOTAL;
+  if (unpaid && !device.training()) {
+    return tr("It is not paid: the next start of the register voids it.");
+  }
+  return tr("The next start of the register ends it.");
+}
+
+void tell_open_document(const std::string& register_file, const std::string& words,
+                        const std::string& ended, Streams& streams) {
+  if (words.empty()) return;
+  if (register_file.empty()) {
+    tell_note(streams, tr("{} ends, and {}: it is gone with the register in memory", ended, words));
+    return;
+  }
+  const lorimat::RegisterStatus status = lorimat::RegisterFile(register_file).Status();
+  if (!status.open_document) return;
+  tell_note(streams,
+            tr("{} keeps {}", shown(register_file), open_document_text(*status.open_document)));
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,82 @@
+#include "console/host/places.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+
+#include "console/message/failure.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "pal/platform/platform.h"
+
+namespace lorimat::console {
+namespace {
+
+// The folder of the running program, without a slash at its end.
+std::string program_folder() {
+  std::array<char, 4097> path{};
+  const ssize_t length = readlink("/proc/self/exe", path.data(), path.size() - 1);
+  if (length < 0) {
+    throw Failure(tr("cannot find the folder of the program: {}", system_message(errno)));
+  }
+  const std::string program(path.data(), static_cast<size_t>(length));
+  const size_t slash = program.rfind('/');
+  return program.substr(0, slash == std::string::npos ? 0 : slash);
+}
+
+// The folder above the program's: that of the build or of the installation.
+std::string tree_folder() {
+  const std::string folder = program_folder();
+  const size_t slash = folder.rfind('/');
+  return folder.substr(0, slash == std::string::npos ? 0 : slash);
+}
+
+}  // namespace
+
+std::string find_library(const std::string& given) {
+  if (!given.empty()) return given;
+  const std::string tree = tree_folder();
+  const std::string beside = tree + "/lib/liblorimatrt.so";
+  if (access(beside.c_str(), F_OK) == 0) return beside;
+  const std::string installed = tree + "/" + LORIMAT_LIBRARY_FOLDER + "/liblorimatrt.so";
+  if (access(installed.c_str(), F_OK) == 0) return installed;
+  throw Failure(
+      tr("the library is not beside the program: neither {} nor {} exists; name it with --library",
+         beside, installed));
+}
+
+std::string find_examples() {
+  const std::string installed = tree_folder() + "/share/lorimat/examples";
+  return access(installed.c_str(), F_OK) == 0 ? installed : "examples";
+}
+
+DefinitionFile find_definition_file(const std::string& given) {
+  DefinitionFile file;
+  // The library's own reading of the registry, with its own limit of 80 bytes: a longer
+  // InstallationDir counts as missing.
+  const platform::RegistryKey key("Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA");
+  std::array<char, 80> directory{};
+  uint32_t size = directory.size();
+  if (key.is_open() &&
+      key.query("InstallationDir", directory.data(), &size) == platform::kRegistrySuccess) {
+    directory.back() = 0;
+    file.installation_dir = directory.data();
+    const char* registry = std::getenv("LORIMATRT_REGISTRY");
+    file.registry_file = registry != nullptr ? registry : "/etc/lorimatrt/registry.ini";
+    const char separator = platform::path_separator();
+    file.path = file.installation_dir + separator + "Drivers" + separator + "MERKELIN.INI";
+    return file;
+  }
+  file.path = given.empty() ? tree_folder() + "/share/lorimat/merkelin.ini" : given;
+  return file;
+}
+
+std::string definition_path(const std::string& given) {
+  return given.empty() ? find_definition_file("").path : given;
+}
+
+}  // namespace lorimat::console

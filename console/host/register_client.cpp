@@ -1,0 +1,179 @@
+#include "console/host/register_client.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <ctime>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "console/check/code_table.h"
+#include "console/host/clock_text.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/refusal_text.h"
+#include "console/message/register_messages.h"
+#include "console/message/register_text.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "register/client/virtual_register.h"
+#include "register/paper/picture.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat::console {
+namespace {
+
+lorimat::RegisterSettings settings_for(const std::string& clock, const std::string& file) {
+  lorimat::RegisterSettings settings;
+  settings.file = file;
+  if (clock.empty()) return settings;
+  const std::optional<GivenDate> given = parse_date(clock);
+  // A till whose clock stands at midnight by a slip would put its receipts on a wrong day.
+  if (!given || !given->has_time) {
+    throw Failure(
+        tr("--clock {}: is no date and time, such as YYYY-MM-DD HH:MM or DD/MM/YYYY HH:MM",
+           shown(clock)));
+  }
+  settings.clock = [fixed = given->time] { return fixed; };
+  return settings;
+}
+
+}  // namespace
+
+// The register, with its log lines going to the trace.
+class RegisterClient::Device : public lorimat::VirtualRegister {
+ public:
+  Device(const std::string& clock, const std::string& file, Streams& streams)
+      : VirtualRegister(settings_for(clock, file)), streams_(streams), collected_(first_line()) {
+    HoldPaper(collected_);
+  }
+
+  void LogTrace(const char* line) override {
+    VirtualRegister::LogTrace(line);
+    Collect();
+    if (line == nullptr) return;
+    streams_.trace(shown(line));
+    constexpr std::string_view kCommand = "TradEcr Cmd<";
+    if (std::string_view(line).substr(0, kCommand.size()) != kCommand) return;
+    if (on_line_) on_line_();
+    if (on_command_) on_command_(line + kCommand.size());
+  }
+
+  void LogError(const char* line) override {
+    VirtualRegister::LogError(line);
+    if (line != nullptr) streams_.trace(shown(line));
+  }
+
+  void set_on_line(std::function<void()> callback) { on_line_ = std::move(callback); }
+  void set_on_command(std::function<void(std::string_view)> callback) {
+    on_command_ = std::move(callback);
+  }
+
+  // What was printed since the start.
+  const lorimat::Paper& Printed() {
+    Collect();
+    return printed_;
+  }
+
+ private:
+  // Keeps what was printed since the last time: the register tears off the beginning of its roll,
+  // and one in a file has the roll of earlier times too.
+  void Collect() {
+    const lorimat::Paper& roll = paper();
+    const size_t first = collected_ - roll.dropped();
+    const size_t begin = printed_.lines().size();
+    for (size_t i = first; i < roll.lines().size(); ++i) printed_.Line(roll.lines()[i]);
+    const auto new_row =
+        std::lower_bound(roll.rows().begin(), roll.rows().end(), first,
+                         [](const lorimat::PaperRow& row, size_t line) { return row.line < line; });
+    for (auto row = new_row; row != roll.rows().end(); ++row) {
+      lorimat::PaperRow copy = *row;
+      copy.line = copy.line - first + begin;
+      printed_.Row(std::move(copy));
+    }
+    collected_ = roll.dropped() + roll.lines().size();
+    HoldPaper(collected_);
+  }
+
+  Streams& streams_;
+  size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
+  lorimat::Paper printed_;
+  std::function<void()> on_line_;
+  std::function<void(std::string_view)> on_command_;
+};
+
+RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
+                               Streams& streams)
+    : file_(register_file) {
+  if (!file_.empty()) require_register_name(file_);
+  struct stat status;
+  const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
+  device_ = std::make_unique<Device>(clock, file_, streams);
+  if (made) tell_note(streams, tr("{}: a new register was made", shown(file_)));
+  const std::optional<lorimat::CutOffDocument>& cut_off = device_->cut_off();
+  if (cut_off) {
+    tell_note(streams, fmt::format("{}: {}", shown(file_), ended_document_text(*cut_off)));
+  }
+  if (const std::optional<lorimat::UnansweredDocument>& last = device_->unanswered()) {
+    tell_note(streams, fmt::format("{}: {}", shown(file_), unanswered_document_text(*last)));
+  }
+  if (const std::optional<lorimat::ClockBehind>& behind = device_->clock_behind()) {
+    lorimat::Refusal refusal;
+    refusal.cause = lorimat::RefusalCause::kClockBehind;
+    refusal.numbers = {behind->now, behind->latest};
+    tell_note(streams, fmt::format("{}: {}", shown(file_), refusal_text(refusal)));
+  }
+}
+
+RegisterClient::~RegisterClient() = default;
+
+RtfClientInterface* RegisterClient::client() { return device_.get(); }
+
+const lorimat::VirtualRegister& RegisterClient::device() const { return *device_; }
+
+lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
+
+std::string RegisterClient::last_failure() const {
+  return register_message(device_->last_failure());
+}
+
+uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }
+
+const lorimat::Refusal& RegisterClient::last_refusal() const { return device_->last_refusal(); }
+
+std::string RegisterClient::reason(const lorimat::Refusal& refusal, long code) const {
+  // For the library every refused key is a wrong state. A line may go on behind a refusal, and fail
+  // for something else.
+  const int result = refusal.by_key ? RTF_EFPTR_WRONG_STATE : refusal.code;
+  if (result == RTF_SUCCESS || !comes_from(code, result)) return {};
+  if (refusal.cause == lorimat::RefusalCause::kNotKept && !last_failure().empty()) {
+    return tr("The register could not store it, and nothing was changed: {}.", last_failure());
+  }
+  return refusal_text(refusal);
+}
+
+std::string RegisterClient::reason_since(uint64_t refusals_before, long code) const {
+  return refusals() == refusals_before ? std::string() : reason(last_refusal(), code);
+}
+
+const lorimat::Paper& RegisterClient::printed() const { return device_->Printed(); }
+
+std::string RegisterClient::paper() const { return device_->Printed().text(); }
+
+std::string RegisterClient::paper_png() const { return lorimat::RenderPng(device_->Printed()); }
+
+std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device_->Printed()); }
+
+void RegisterClient::on_line(std::function<void()> callback) {
+  device_->set_on_line(std::move(callback));
+}
+
+void RegisterClient::on_command(std::function<void(std::string_view)> callback) {
+  device_->set_on_command(std::move(callback));
+}
+
+}  // namespace lorimat::console

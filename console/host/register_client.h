@@ -1,0 +1,67 @@
+// The virtual register as the console's device client: clock, paper, and what the library
+// traces through it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "console/terminal/streams.h"
+
+class RtfClientInterface;
+namespace lorimat {
+class Paper;
+struct Refusal;
+class VirtualRegister;
+}  // namespace lorimat
+
+namespace lorimat::console {
+
+class RegisterClient {
+ public:
+  // clock is a date and time of clock_text.h, which stands still, or empty for the computer's
+  // clock. register_file is where the register is kept, made when it is not there; empty keeps it
+  // in memory. Tells on standard error that it was made, and what the register did about a document
+  // that was cut off. Throws Failure when the clock is no such time or the file no register, with
+  // file and cause.
+  RegisterClient(const std::string& clock, const std::string& register_file, Streams& streams);
+  ~RegisterClient();
+
+  RtfClientInterface* client();
+  const lorimat::VirtualRegister& device() const;
+  lorimat::VirtualRegister& device();
+  // The file that the register is kept in; empty for one in memory.
+  const std::string& file() const { return file_; }
+  // Why the register could not be kept, with its file; empty when nothing failed.
+  std::string last_failure() const;
+  // How many operations were refused until now, and the last one.
+  uint64_t refusals() const;
+  const lorimat::Refusal& last_refusal() const;
+  // Why the register refused, in a sentence, when that led to this code of the library; empty when
+  // it did not, or the reason is not known.
+  std::string reason(const lorimat::Refusal& refusal, long code) const;
+  // The same of the last one, if it is not among the first so many.
+  std::string reason_since(uint64_t refusals_before, long code) const;
+  // Everything printed since the register was switched on; the text has a line feed behind each
+  // line.
+  const lorimat::Paper& printed() const;
+  std::string paper() const;
+  // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError.
+  std::string paper_png() const;
+  std::string paper_pdf() const;
+
+  // Called for each command line that reaches the translator; null ends that.
+  void on_line(std::function<void()> callback);
+  // The same with the line as the translator traces it: a '>' stands behind it, and of a long line
+  // the end is missing, with that sign.
+  void on_command(std::function<void(std::string_view)> callback);
+
+ private:
+  class Device;
+  std::string file_;
+  std::unique_ptr<Device> device_;
+};
+
+}  // namespace lorimat::console

@@ -1,0 +1,30 @@
+// A failure that ends the program: what could not be done, with its cause, ready to be
+// shown to the user behind "lorimat: ".
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace lorimat::console {
+
+class Failure : public std::runtime_error {
+ public:
+  explicit Failure(const std::string& message) : std::runtime_error(message) {}
+};
+
+// Nobody reads standard output any more.
+class ReaderGone : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+// The exit codes of the program. Behind a signal that stopped its work it is interrupt_exit().
+enum ExitCode {
+  kExitGood = 0,         // every line ran
+  kExitLinesFailed = 1,  // at least one line answered a code other than 0
+  kExitFaults = 1,       // what was looked at has faults
+  kExitNotDone = 2,      // wrong use, or the run or its paper could not be done
+  kExitReaderGone = 141  // nobody reads standard output: SIGPIPE is to end the program
+};
+
+}  // namespace lorimat::console

@@ -1,0 +1,187 @@
+#include "console/message/journal_finding.h"
+
+#include <fmt/format.h>
+
+#include "console/message/register_messages.h"
+#include "console/message/register_text.h"
+#include "console/message/translate.h"
+#include "register/value/record.h"
+
+namespace lorimat::console {
+namespace {
+
+using lorimat::FindingKind;
+
+struct FindingRow {
+  FindingKind kind;
+  const char* code;
+  const char* text;  // the fields are members of the finding, and the name of its document
+};
+
+constexpr FindingRow kRows[] = {
+    {FindingKind::kDamagedPage, "damaged-page", TR_TEXT("the file is damaged ({text})")},
+    {FindingKind::kUnreadable, "unreadable", "{text}"},
+    {FindingKind::kStrangeRow, "strange-row", TR_TEXT("file: a row of {text} belongs to nothing")},
+    {FindingKind::kStrangeValue, "strange-value",
+     TR_TEXT("file: a value of {text} is of another type than its column")},
+    {FindingKind::kStrangeTable, "strange-table",
+     TR_TEXT("file: {text} is not as this version makes it")},
+    {FindingKind::kEntryWithoutPlace, "entry-without-place",
+     TR_TEXT("entry {entry}: no place in the journal")},
+    {FindingKind::kEntryMissing, "entry-missing", TR_TEXT("entry {entry}: missing")},
+    {FindingKind::kEntriesMissing, "entries-missing",
+     TR_TEXT("entries {entry} to {last}: missing")},
+    {FindingKind::kEntryMissingAtEnd, "entry-missing-at-end",
+     TR_TEXT("entry {entry}: missing at the end")},
+    {FindingKind::kEntriesMissingAtEnd, "entries-missing-at-end",
+     TR_TEXT("entries {entry} to {last}: missing at the end")},
+    {FindingKind::kEntryBehindLast, "entry-behind-last",
+     TR_TEXT("entry {entry}: behind the last one, which is {expected}")},
+    {FindingKind::kEntryNotLast, "entry-not-last",
+     TR_TEXT("entry {entry}: it is not the one that was made last")},
+    {FindingKind::kEntryUnreadable, "entry-unreadable",
+     TR_TEXT("entry {entry}: it cannot be read")},
+    {FindingKind::kEntryHash, "entry-hash",
+     TR_TEXT("entry {entry}, {name}: its hash does not fit: the entry, or what it stands for, "
+             "was changed")},
+    {FindingKind::kEntryDay, "entry-day",
+     TR_TEXT("entry {entry}, {name}: it is of the day {value:04}, and the day was {expected:04}")},
+    {FindingKind::kDocumentTwice, "document-twice",
+     TR_TEXT("entry {entry}, {name}: its document has an entry already")},
+    {FindingKind::kDocumentMissing, "document-missing",
+     TR_TEXT("entry {entry}, {name}: its document is missing")},
+    {FindingKind::kDocumentUnreadable, "document-unreadable",
+     TR_TEXT("entry {entry}, {name}: its document cannot be read")},
+    {FindingKind::kClosingMissing, "closing-missing",
+     TR_TEXT("entry {entry}, {name}: the closing is missing")},
+    {FindingKind::kClosingUnreadable, "closing-unreadable",
+     TR_TEXT("entry {entry}, {name}: the closing cannot be read")},
+    {FindingKind::kInvoiceNumber, "invoice-number",
+     TR_TEXT("{name}: its number does not go on from the one before, the next was {expected}")},
+    {FindingKind::kEventMissing, "event-missing", TR_TEXT("event {entry}: missing")},
+    {FindingKind::kEventsMissing, "events-missing", TR_TEXT("events {entry} to {last}: missing")},
+    {FindingKind::kEventUnreadable, "event-unreadable",
+     TR_TEXT("event {entry}: it cannot be read")},
+    {FindingKind::kEventHash, "event-hash",
+     TR_TEXT("event {entry}: its hash does not fit: the event was changed")},
+    {FindingKind::kEventNotLast, "event-not-last",
+     TR_TEXT("event {entry}: it is not the link of the chain that was made last")},
+    {FindingKind::kSentTwice, "sent-twice",
+     TR_TEXT("event {entry}: {value} was sent, and did not wait to be sent")},
+    {FindingKind::kProgrammedBefore, "programmed-before",
+     TR_TEXT("event {entry}: {text} had been changed by other means before it was programmed")},
+    {FindingKind::kNoBeginning, "no-beginning",
+     TR_TEXT("the beginning of the chain is missing or cannot be read")},
+    {FindingKind::kNoEntry, "no-entry",
+     TR_TEXT("document {closure:04}-{number:04}: it has no entry in the journal")},
+    {FindingKind::kLoneDocumentUnreadable, "lone-document-unreadable",
+     TR_TEXT("document {closure:04}-{number:04}: it cannot be read")},
+    {FindingKind::kLineOrder, "line-order",
+     TR_TEXT("document {closure:04}-{number:04}: the places of its lines or payments do not "
+             "count on from 1")},
+    {FindingKind::kOpenDocument, "open-document",
+     TR_TEXT("the open document: what is noted of it does not agree")},
+    {FindingKind::kDocumentCount, "document-count",
+     TR_TEXT("documents: {value} were registered, the last one there is the {expected}.")},
+    {FindingKind::kClosingNoEntry, "closing-no-entry",
+     TR_TEXT("closing {closure:04}: it has no entry in the journal")},
+    {FindingKind::kClosingTotals, "closing-totals",
+     TR_TEXT("{name}: its totals are not the sum of its documents")},
+    {FindingKind::kClosingCounters, "closing-counters",
+     TR_TEXT("{name}: its counters are not those of its documents")},
+    {FindingKind::kClosingGrandTotal, "closing-grand-total",
+     TR_TEXT("{name}: the grand total is not that of the days before and this one")},
+    {FindingKind::kSummaryWaits, "summary-waits",
+     TR_TEXT("closing {closure:04}: its summary waits to be sent, and was sent")},
+    {FindingKind::kSummaryWaitsNot, "summary-waits-not",
+     TR_TEXT("closing {closure:04}: its summary does not wait to be sent, and was not sent")},
+    {FindingKind::kLotteryWaits, "lottery-waits",
+     TR_TEXT("{name}: it waits to be sent to the lottery, and has no code or was sent")},
+    {FindingKind::kLotteryWaitsNot, "lottery-waits-not",
+     TR_TEXT("{name}: it does not wait to be sent to the lottery, and was not sent")},
+    {FindingKind::kDayTotals, "day-totals",
+     TR_TEXT("the day: its totals are not the sum of its documents")},
+    {FindingKind::kDayCounters, "day-counters",
+     TR_TEXT("the day: its counters are not those of its documents")},
+    {FindingKind::kDayGrandTotal, "day-grand-total",
+     TR_TEXT("the day: the grand total is not that of the days before and this one")},
+    {FindingKind::kDayNumber, "day-number",
+     TR_TEXT("the day: its number is {value:04}, and the journal is at {expected:04}")},
+    {FindingKind::kFirstDocument, "first-document",
+     TR_TEXT("the day: its first document is the {value}., and should be the {expected}.")},
+    {FindingKind::kAllTotals, "all-totals",
+     TR_TEXT("the totals of all days are not the sum of the closings")},
+    {FindingKind::kNextInvoice, "next-invoice",
+     TR_TEXT("the next invoice: its number is {value}, and should be {expected}")},
+    {FindingKind::kPeriod, "period",
+     TR_TEXT("period {value}: its beginning or its totals are not those of the journal")},
+    {FindingKind::kProgrammed, "programmed", TR_TEXT("{text}: it is not as it was programmed")},
+    {FindingKind::kClockSetBack, "clock-set-back",
+     TR_TEXT("event {entry}: the clock was set back from {time_before} to {time_after}")},
+    {FindingKind::kTimeBackwards, "time-backwards",
+     TR_TEXT("entry {entry}, {name}: its time {time_before} lies before that of the document or "
+             "closing ahead of it, {time_after}")},
+};
+
+struct DocumentName {
+  int32_t kind;
+  const char* name;
+};
+
+constexpr DocumentName kDocumentNames[] = {
+    {lorimat::kJournalSale, TR_TEXT("receipt")},
+    {lorimat::kJournalInvoice, TR_TEXT("invoice")},
+    {lorimat::kJournalRefund, TR_TEXT("credit note")},
+    {lorimat::kJournalCancel, TR_TEXT("void")},
+    {lorimat::kJournalAbandoned, TR_TEXT("cancelled document")},
+    {lorimat::kJournalClosure, TR_TEXT("closing")},
+    {lorimat::kJournalNonFiscal, TR_TEXT("non-fiscal document")},
+};
+
+// "receipt 0001-0005".
+std::string name_of(const lorimat::Finding& finding) {
+  std::string_view name = translated(TR_TEXT("document"));
+  for (const DocumentName& row : kDocumentNames) {
+    if (row.kind == finding.document) name = translated(row.name);
+  }
+  if (finding.document == lorimat::kJournalClosure) {
+    return fmt::format("{} {:04}", name, finding.closure);
+  }
+  if (finding.document == lorimat::kJournalInvoice) {
+    return fmt::format("{} {}", name, finding.number);
+  }
+  if (finding.number == 0) return std::string(name);
+  return fmt::format("{} {:04}-{:04}", name, finding.closure, finding.number);
+}
+
+const FindingRow* row_of(const lorimat::Finding& finding) {
+  for (const FindingRow& row : kRows) {
+    if (row.kind == finding.kind) return &row;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string journal_finding_text(const lorimat::Finding& finding) {
+  const FindingRow* row = row_of(finding);
+  if (row == nullptr) return {};
+  // A cause is a message of the register, like those of its failures.
+  const std::string text =
+      finding.kind == FindingKind::kUnreadable ? register_message(finding.text) : finding.text;
+  const std::string name = name_of(finding);
+  return fmt::format(fmt::runtime(translated(row->text)), fmt::arg("entry", finding.entry),
+                     fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),
+                     fmt::arg("number", finding.number), fmt::arg("value", finding.value),
+                     fmt::arg("expected", finding.expected), fmt::arg("name", name),
+                     fmt::arg("text", text),
+                     fmt::arg("time_before", time_text(lorimat::NumberTime(finding.value))),
+                     fmt::arg("time_after", time_text(lorimat::NumberTime(finding.expected))));
+}
+
+std::string journal_finding_code(const lorimat::Finding& finding) {
+  const FindingRow* row = row_of(finding);
+  return row == nullptr ? "" : row->code;
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,52 @@
+// What a register holds, in words for a person: amounts, times, documents.
+#pragma once
+
+#include <ctime>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "register/inspect/register_file.h"
+#include "register/totals/journal.h"
+
+namespace lorimat::console {
+
+// "1.234,56", "-0,05".
+std::string amount_text(lorimat::Amount amount);
+// The same as a number of cents.
+int64_t amount_cents(lorimat::Amount amount);
+
+// "20/11/2026 11:03", and "2026-11-20T11:03" for programs.
+std::string time_text(const std::tm& time);
+std::string time_for_programs(const std::tm& time);
+
+// The kind of an open document ("credit note"), in the user's language.
+std::string document_kind_text(const std::string& kind);
+// "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, not paid: the next start voids it".
+std::string open_document_text(const lorimat::CutOffDocument& document);
+// The same behind the start: "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, was cut off:
+// not paid, and voided now".
+std::string ended_document_text(const lorimat::CutOffDocument& document);
+// "receipt 0001-0002 of 20/11/2026 11:03, total 3,50, was stored last, and ...".
+std::string unanswered_document_text(const lorimat::UnansweredDocument& document);
+
+// A kind of journal entries: its name for options and programs ("credit-note"), and for a person.
+struct JournalKindName {
+  lorimat::JournalKind kind;
+  const char* name;
+  const char* text;
+};
+const std::vector<JournalKindName>& journal_kind_names();
+// The name of a kind; its number when it has none.
+std::string journal_kind_name(lorimat::JournalKind kind);
+std::string journal_kind_text(lorimat::JournalKind kind);
+// "0001-0001", closure and number; "0001" alone for what has no number.
+std::string document_number_text(int closure, int number);
+
+// Rows of a name and a value, the values under each other.
+std::string paired_rows(const std::vector<std::pair<std::string, std::string>>& rows);
+
+// How many columns of a terminal a UTF-8 text takes, a character being one.
+size_t column_count(const std::string& text);
+
+}  // namespace lorimat::console

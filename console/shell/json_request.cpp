@@ -1,0 +1,258 @@
+#include "console/shell/json_request.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "console/message/text.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr size_t kShownName = 60;  // bytes of a member's name
+
+// The text, one byte at a time, so that one knows how far the parser has read.
+class CountingIterator {
+ public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = const char&;
+
+  CountingIterator(const char* at, const char** furthest) : at_(at), furthest_(furthest) {}
+  reference operator*() const { return *at_; }
+  CountingIterator& operator++() {
+    *furthest_ = ++at_;
+    return *this;
+  }
+  CountingIterator operator++(int) {
+    CountingIterator before = *this;
+    ++*this;
+    return before;
+  }
+  bool operator==(const CountingIterator& other) const { return at_ == other.at_; }
+  bool operator!=(const CountingIterator& other) const { return at_ != other.at_; }
+
+ private:
+  const char* at_;
+  const char** furthest_;
+};
+
+// Takes the parts of a request as the parser finds them. What is nested is passed over, so that its
+// depth takes no room. Of several errors the first is kept.
+class RequestParts : public nlohmann::json_sax<Json> {
+ public:
+  RequestParts(std::string_view text, const char* const* furthest, JsonRequest* request)
+      : text_(text), furthest_(furthest), request_(request) {}
+
+  bool null() override { return scalar("null"); }
+  bool boolean(bool) override { return scalar("true or false"); }
+  bool number_float(number_float_t, const string_t&) override {
+    return scalar("a number with a fraction or an exponent, or too large");
+  }
+  bool number_integer(number_integer_t number) override { return whole_number(number); }
+  bool number_unsigned(number_unsigned_t number) override { return whole_number(number); }
+  bool binary(binary_t&) override { return scalar("bytes"); }
+  bool string(string_t& text) override {
+    const size_t begin = token();
+    if (depth_ == 1 && member_ == kId) {
+      take_id(text);
+    } else if (depth_ == 1 && member_ == kLine) {
+      take_line(text, begin);
+    } else {
+      refuse_value("a text", begin);
+    }
+    return true;
+  }
+
+  bool start_object(std::size_t) override {
+    const size_t begin = token();
+    if (depth_ > 0) refuse_value("an object", begin);
+    ++depth_;
+    return true;
+  }
+  bool key(string_t& name) override {
+    const size_t begin = token();
+    if (depth_ != 1) return true;
+    member_ = name == "id" ? kId : name == "line" ? kLine : kOther;
+    if (member_ == kOther) {
+      refuse(RequestError::kMemberUnknown,
+             fmt::format("a request has no member '{}', but id and line", shown(name, kShownName)),
+             begin);
+    } else if (++seen_[member_] > 1) {
+      refuse(RequestError::kMemberTwice, fmt::format("the member '{}' stands there twice", name),
+             begin);
+      // Which of them is meant cannot be told.
+      if (member_ == kId) id_ = Json();
+    }
+    return true;
+  }
+  bool end_object() override {
+    const size_t end = position() - 1;
+    token();
+    if (--depth_ > 0) return true;
+    for (const auto& [member, name] : {std::pair(kId, "id"), std::pair(kLine, "line")}) {
+      if (seen_[member] == 0) {
+        refuse(RequestError::kMemberMissing, fmt::format("the member '{}' is missing", name), end);
+      }
+    }
+    return true;
+  }
+  bool start_array(std::size_t) override {
+    const size_t begin = token();
+    refuse_value("an array", begin);
+    ++depth_;
+    return true;
+  }
+  bool end_array() override {
+    token();
+    --depth_;
+    return true;
+  }
+
+  bool parse_error(std::size_t, const std::string&,
+                   const nlohmann::detail::exception& error) override {
+    // "parse error at line 1, column 3: syntax error while parsing value - invalid literal; ..."
+    std::string_view what = error.what();
+    what.remove_prefix(std::min(what.size(), what.find(" - ")));
+    const auto says = [&what](std::string_view words) {
+      return what.substr(0, 80).find(words) == 3;
+    };
+    // The parser stops at a byte within a part, or behind a part that is out of place.
+    const size_t read = position();
+    const bool ends = says("unexpected end of input") || says("invalid string: missing closing");
+    const uint64_t column = ends               ? text_.size() + 1
+                            : says("invalid ") ? read
+                                               : std::min(token(), text_.size()) + 1;
+    std::string cause = "this is no JSON";
+    if (text_.find_first_not_of(" \t\r") == std::string_view::npos) {
+      cause = "the line is blank, and no JSON";
+    } else if (ends) {
+      cause = "the JSON is not whole";
+    } else if (says("invalid string: ill-formed UTF-8")) {
+      cause = "a byte is no UTF-8";
+    }
+    // Nothing in front of it counts: the text as a whole is none.
+    request_->error = {RequestError::kNotJson, std::move(cause), column};
+    broken_ = true;
+    return false;
+  }
+
+  void finish() {
+    if (!broken_) request_->id = std::move(id_);
+  }
+
+ private:
+  enum Member { kId, kLine, kOther, kNone };
+
+  size_t position() const { return static_cast<size_t>(*furthest_ - text_.data()); }
+
+  // Where the part begins that the parser has just read: what stands between two of them is known.
+  size_t token() {
+    const size_t begin = text_.find_first_not_of(" \t\r\n:,", passed_);
+    passed_ = position();
+    return begin;
+  }
+
+  template <typename Number>
+  bool whole_number(Number number) {
+    const size_t begin = token();
+    if (depth_ == 1 && member_ == kId) {
+      take_id(number);
+    } else {
+      refuse_value("a number", begin);
+    }
+    return true;
+  }
+
+  bool scalar(const char* what) {
+    refuse_value(what, token());
+    return true;
+  }
+
+  void take_id(Json value) {
+    if (seen_[kId] == 1) id_ = std::move(value);
+  }
+
+  void take_line(const std::string& line, size_t begin) {
+    if (const size_t nul = line.find('\0'); nul != std::string::npos) {
+      refuse(
+          RequestError::kNulByte,
+          fmt::format("a NUL byte stands in column {} of the line, and the library would read it "
+                      "only up to there",
+                      nul + 1),
+          begin);
+    } else if (const size_t feed = line.find('\n'); feed != std::string::npos) {
+      refuse(
+          RequestError::kLineFeed,
+          fmt::format("a line feed stands in column {} of the line: these are two lines", feed + 1),
+          begin);
+    }
+    if (seen_[kLine] == 1) request_->line = line;
+  }
+
+  // A value of a kind that its place does not take. What stands in a nested value, and in a member
+  // that is none, has been refused with it.
+  void refuse_value(const char* what, size_t begin) {
+    if (depth_ == 0) {
+      refuse(RequestError::kNotAnObject, fmt::format("a request is an object, not {}", what),
+             begin);
+    } else if (depth_ == 1 && member_ == kId) {
+      refuse(RequestError::kWrongType,
+             fmt::format("the id is {}; it has to be a text or a whole number", what), begin);
+    } else if (depth_ == 1 && member_ == kLine) {
+      refuse(RequestError::kWrongType, fmt::format("the line is {}; it has to be a text", what),
+             begin);
+    }
+  }
+
+  void refuse(RequestError::Kind kind, std::string cause, size_t begin) {
+    if (!request_->error) request_->error = {kind, std::move(cause), begin + 1};
+  }
+
+  std::string_view text_;
+  const char* const* furthest_;
+  JsonRequest* request_;
+  Json id_;
+  size_t passed_ = 0;
+  size_t depth_ = 0;
+  Member member_ = kNone;
+  int seen_[kNone] = {};
+  bool broken_ = false;
+};
+
+}  // namespace
+
+const char* request_error_name(RequestError::Kind kind) {
+  static constexpr const char* kNames[] = {
+      "too-long",       "not-json",   "not-an-object", "member-twice", "member-unknown",
+      "member-missing", "wrong-type", "nul-byte",      "line-feed",    "fault",
+  };
+  static_assert(std::size(kNames) == RequestError::kLast + 1);
+  return kNames[kind];
+}
+
+JsonRequest read_request(const SourceLine& source) {
+  JsonRequest request;
+  if (source.length > kLongestRequest) {
+    request.error = {
+        RequestError::kTooLong,
+        fmt::format("the request has {} bytes; {} are the most", source.length, kLongestRequest),
+        kLongestRequest + 1};
+    return request;
+  }
+  const std::string& text = source.text;
+  const char* furthest = text.data();
+  RequestParts parts(text, &furthest, &request);
+  Json::sax_parse(CountingIterator(text.data(), &furthest),
+                  CountingIterator(text.data() + text.size(), &furthest), &parts);
+  parts.finish();
+  return request;
+}
+
+}  // namespace lorimat::console

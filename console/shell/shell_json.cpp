@@ -1,0 +1,192 @@
+#include "console/shell/shell_json.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "console/check/finding.h"
+#include "console/check/password_mask.h"
+#include "console/host/answer_causes.h"
+#include "console/host/answer_text.h"
+#include "console/host/batch_run.h"
+#include "console/host/memory_watch.h"
+#include "console/message/failure.h"
+#include "console/message/json_text.h"
+#include "console/message/translate.h"
+#include "console/shell/json_request.h"
+#include "console/shell/shell_fault.h"
+#include "console/shell/shell_status.h"
+#include "console/terminal/interrupt.h"
+#include "console/terminal/line_reader.h"
+#include "console/terminal/notices.h"
+#include "register/client/virtual_register.h"
+#include "register/value/register_error.h"
+
+namespace lorimat::console {
+namespace {
+
+// Of a batch: more are counted, so that a file of the wrong kind fills no answer.
+constexpr size_t kMostFailures = 100;
+
+Json class_json(long code) { return code < 0 ? Json() : Json((code & kCodeClassMask) >> 8); }
+
+// The words behind ".fault", if the line is that one of the shell's own.
+std::optional<std::string_view> fault_words_of(std::string_view line) {
+  constexpr std::string_view kFault = ".fault";
+  constexpr std::string_view kBlanks = " \t";
+  line.remove_prefix(std::min(line.size(), line.find_first_not_of(kBlanks)));
+  if (line.substr(0, kFault.size()) != kFault) return std::nullopt;
+  line.remove_prefix(kFault.size());
+  if (!line.empty() && kBlanks.find(line.front()) == kBlanks.npos) return std::nullopt;
+  line.remove_prefix(std::min(line.size(), line.find_first_not_of(kBlanks)));
+  while (!line.empty() && kBlanks.find(line.back()) != kBlanks.npos) line.remove_suffix(1);
+  return line;
+}
+
+class JsonShell {
+ public:
+  JsonShell(const Language& language, Library& library, RegisterClient& client, Streams& streams)
+      : language_(language),
+        library_(library),
+        client_(client),
+        streams_(streams),
+        memory_(language, client) {}
+
+  // One line in, one line out.
+  void answer(const SourceLine& source) {
+    streams_.output(answer_to(source));
+    tell_register_failure();
+  }
+
+ private:
+  std::string answer_to(const SourceLine& source) {
+    const EnglishMessages english;
+    JsonRequest request = read_request(source);
+    Json out = {
+        {"id", std::move(request.id)}, {"code", nullptr},        {"class", nullptr}, {"text", ""},
+        {"explanation", ""},           {"paper", Json::array()}, {"state", nullptr}};
+    if (!request.error) request.error = run(request.line, &out);
+    out["paper"] = new_paper();
+    out["state"] = state_json(client_.device(), memory_.next_sale());
+    if (const std::optional<RequestError>& error = request.error) {
+      out["error"] = {{"kind", request_error_name(error->kind)},
+                      {"cause", error->cause},
+                      {"column", error->column == 0 ? Json() : Json(error->column)}};
+    }
+    return json_line(out);
+  }
+
+  std::optional<RequestError> run(const std::string& line, Json* out) {
+    if (const std::optional<std::string_view> words = fault_words_of(line)) {
+      try {
+        if (!words->empty()) plan_fault(client_.device(), *words);
+      } catch (const Failure& failure) {
+        return RequestError{RequestError::kFault, failure.what(), 0};
+      } catch (const lorimat::RegisterError& error) {
+        return RequestError{RequestError::kFault, error.what(), 0};
+      }
+      put(0, "", "", "", out);
+    } else if (is_batch_line(line)) {
+      run_batch(line, out);
+    } else {
+      std::string text;
+      const uint64_t refusals = client_.refusals();
+      const long code = library_.run_line(line, &text);
+      memory_.answered(line, code);
+      const std::string lost = memory_.lost_sale_reason(memory_.sale_was_lost(), code);
+      put(code, text, line, lost.empty() ? client_.reason_since(refusals, code) : lost, out);
+    }
+    return std::nullopt;
+  }
+
+  void run_batch(const std::string& line, Json* out) {
+    const BatchRun batch = run_batch_line(line, library_, client_, &memory_);
+    memory_.answered(line, batch.code);
+    put(batch.code, batch.answer, line, "", out);
+    Json failures = Json::array();
+    for (const FailedLine& failed : batch.failures) {
+      if (failures.size() == kMostFailures) break;
+      Json one = {{"place", failed.place}, {"line", without_passwords(&language_, failed.text)},
+                  {"code", nullptr},       {"class", nullptr},
+                  {"text", failed.answer}, {"explanation", ""}};
+      // A text that belongs to no line has no code.
+      if (failed.code != 0) put(failed.code, failed.answer, failed.text, failed.reason, &one);
+      failures.push_back(std::move(one));
+    }
+    (*out)["batch"] = {
+        {"lines", batch.lines},
+        {"failed", batch.failures.size()},
+        {"failures", std::move(failures)},
+        {"not_known", batch.unknown.empty() ? Json() : Json(batch.unknown)},
+        {"stopped_behind", batch.stopped_behind ? Json(*batch.stopped_behind) : Json()}};
+  }
+
+  void put(long code, const std::string& text, const std::string& line, const std::string& reason,
+           Json* out) {
+    (*out)["code"] = code;
+    (*out)["class"] = class_json(code);
+    (*out)["text"] = text;
+    (*out)["explanation"] = explanation(code, line, reason);
+  }
+
+  // What is wrong in the line, why the register refused it, and what causes the code.
+  std::string explanation(long code, const std::string& line, const std::string& reason) const {
+    if (code == 0) return {};
+    std::vector<std::string> sentences;
+    if (const std::optional<Finding> found = parser_finding(language_, line, code)) {
+      const std::string words = finding_words(*found);
+      sentences.push_back(found->column == 0 ? words
+                                             : fmt::format("column {}: {}", found->column, words));
+    }
+    if (!reason.empty()) sentences.push_back(reason);
+    for (std::string& cause : causes(code)) sentences.push_back(std::move(cause));
+    return fmt::format("{}", fmt::join(sentences, "\n"));
+  }
+
+  // What was printed since the answer before, and ahead of the first one when the register started.
+  Json new_paper() {
+    const std::vector<std::string>& lines = client_.printed().lines();
+    Json paper = Json::array();
+    for (; paper_shown_ < lines.size(); ++paper_shown_) paper.push_back(lines[paper_shown_]);
+    return paper;
+  }
+
+  void tell_register_failure() {
+    const std::string cause = client_.last_failure();
+    if (cause == told_failure_) return;
+    told_failure_ = cause;
+    if (!cause.empty()) tell_error(streams_, tr("the register could not be kept: {}", cause));
+  }
+
+  const Language& language_;
+  Library& library_;
+  RegisterClient& client_;
+  Streams& streams_;
+  MemoryWatch memory_;
+  std::string told_failure_;
+  size_t paper_shown_ = 0;  // lines
+};
+
+}  // namespace
+
+int run_json(const Language& language, Library& library, RegisterClient& client, Streams& streams) {
+  JsonShell shell(language, library, client, streams);
+  LineReader reader("-", &interrupted, kLongestRequest);
+  SourceLine line;
+  uint64_t answered = 0;
+  // What a signal leaves of a request that was being sent is not run.
+  while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
+    shell.answer(line);
+    answered = line.number;
+  }
+  if (interrupted == 0) return kExitGood;
+  tell(streams, tr("stopped by {} behind line {}", interrupt_name(), answered));
+  return interrupt_exit();
+}
+
+}  // namespace lorimat::console

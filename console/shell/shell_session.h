@@ -1,0 +1,110 @@
+// What the shell does with a line, typed or piped: runs it, shows answer and paper, or carries out
+// one of the shell's own words.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "console/check/language.h"
+#include "console/host/batch_run.h"
+#include "console/host/failure_report.h"
+#include "console/host/library.h"
+#include "console/host/line_hints.h"
+#include "console/host/memory_watch.h"
+#include "console/host/register_client.h"
+#include "console/shell/shell_completion.h"
+#include "console/shell/shell_help.h"
+#include "console/terminal/line_reader.h"
+#include "console/terminal/streams.h"
+
+namespace lorimat::console {
+
+class ShellSession {
+ public:
+  // How lines and answers are shown.
+  struct Look {
+    bool terminal = false;  // else plain: paper on standard output, all else on standard error
+    bool colours = false;
+    bool terse = false;               // plain: failing lines without explanation and summary
+    std::function<size_t()> columns;  // of the window; 0 where lines are not wrapped
+  };
+
+  // All of them have to outlive this object; the library has been started.
+  ShellSession(const Language& language, Library& library, RegisterClient& client, Look look,
+               Streams& streams);
+
+  // Runs a line; place, "standard input:7", names it where that is not plain to see. Throws
+  // Failure when its output cannot be written.
+  void take(const SourceLine& line, const std::string& place);
+  // Shows what has been printed since the last call.
+  void show_paper();
+
+  // Of a pipe: what lines failed with.
+  void summarize_failures() { report_.summarize(); }
+
+  // What a sale would do that is out of the ordinary, for the line above the prompt; else empty.
+  std::string next_sale_warning() const;
+
+  bool quit() const { return quit_; }
+  void stay() { quit_ = false; }
+  uint64_t failures() const { return failures_; }
+  // Lines of ".batch" files, and of batches with failures, that were run.
+  uint64_t file_lines() const { return file_lines_; }
+  Completion complete(std::string_view line, size_t cursor) const {
+    return completer_.complete(line, cursor);
+  }
+
+ private:
+  void run(const std::string& text, const std::string& place);
+  void run_batch(const std::string& text, const std::string& place);
+  void show_batch_failures(const BatchRun& batch);
+  FailureReport* line_report();
+  std::string next_sale_text() const;
+  void show_answer(const std::string& text, long code, const std::string& answer,
+                   const std::string& place, const std::string& reason);
+  void tell_stop(const std::string& file, uint64_t line);
+  void fail(const std::string& place, const std::string& what, std::string_view line);
+  void tell_register_failure();
+  // The line as one of the shell's own words, which begin with a sign; empty where it is for the
+  // library.
+  std::string own_line(std::string_view text) const;
+  void help(std::string_view word);
+  void own_word(std::string_view text);
+  void show_hints(const std::string& text, const std::string& place);
+  void list_own_words();
+  void show_last_paper(const std::string& number);
+  void change_faults(std::string_view words);
+  void run_file(const std::string& file);
+  void tell_paper_of_file();
+  std::string paper_strip(const std::string& line) const;
+  // A text of the shell's own, in lines that fit the window.
+  std::string laid_out(const std::string& text) const;
+
+  const Language& language_;
+  Library& library_;
+  RegisterClient& client_;
+  Look look_;
+  Streams& streams_;
+  ShellHelp help_;
+  ShellCompleter completer_;
+  MemoryWatch memory_;
+  LineHints hints_;
+  uint64_t lines_answered_ = 0;  // with 0
+  FailureReport report_;         // of a pipe
+  // Of the lines of ".batch", while they run on a terminal.
+  std::optional<FailureReport> file_report_;
+  bool echo_ended_ = false;   // of the Ctrl-C that stopped them
+  std::string plain_answer_;  // of a line that has nothing to say
+  std::string told_failure_;
+  size_t paper_shown_ = 0;  // lines
+  uint64_t failures_ = 0;
+  uint64_t file_lines_ = 0;
+  bool quit_ = false;
+};
+
+}  // namespace lorimat::console

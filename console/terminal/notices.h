@@ -1,0 +1,21 @@
+// What the program says of itself on standard error: "lorimat: ", what kind of notice it is, and
+// the text, with the name and the kind in colour on a terminal. A text is one in the user's
+// language, without a line end.
+#pragma once
+
+#include <string_view>
+
+#include "console/terminal/streams.h"
+
+namespace lorimat::console {
+
+// "lorimat: TEXT": something went wrong.
+void tell_error(Streams& streams, std::string_view text);
+// "lorimat: warning: TEXT"
+void tell_warning(Streams& streams, std::string_view text);
+// "lorimat: note: TEXT"
+void tell_note(Streams& streams, std::string_view text);
+// "lorimat: TEXT": what is going on.
+void tell(Streams& streams, std::string_view text);
+
+}  // namespace lorimat::console

@@ -1,0 +1,119 @@
+#include "console/terminal/shell_text.h"
+
+#include <algorithm>
+
+#include "console/message/text.h"
+
+namespace lorimat::console {
+namespace {
+
+// Of an entry's text: what has to be left beside its heading, or it stands below, behind a few
+// blanks.
+constexpr size_t kLeastBeside = 20;
+constexpr size_t kBelow = 4;
+
+// The bytes of the character that begins there; 1 for a byte that begins none.
+size_t character_size(std::string_view text, size_t at) {
+  const unsigned char lead = static_cast<unsigned char>(text[at]);
+  const size_t size = lead >= 0xF0 && lead < 0xF8   ? 4
+                      : lead >= 0xE0 && lead < 0xF0 ? 3
+                      : lead >= 0xC2 && lead < 0xE0 ? 2
+                                                    : 1;
+  if (at + size > text.size()) return 1;
+  for (size_t i = 1; i < size; ++i) {
+    if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 1;
+  }
+  return size;
+}
+
+}  // namespace
+
+size_t columns_of(std::string_view text) {
+  size_t columns = 0;
+  for (size_t at = 0; at < text.size(); at += character_size(text, at)) ++columns;
+  return columns;
+}
+
+std::string cut_to(std::string_view text, size_t columns) {
+  if (columns == 0 || columns_of(text) <= columns) return std::string(text);
+  const size_t kept = columns > 3 ? columns - 3 : 0;
+  size_t end = 0;
+  for (size_t i = 0; i < kept; ++i) end += character_size(text, end);
+  return std::string(text.substr(0, end)) + "...";
+}
+
+std::string flowed(std::string_view text, size_t column, size_t indent, size_t columns) {
+  if (columns == 0) return std::string(text);
+  std::string out;
+  bool begins_line = column <= indent;
+  while (!text.empty()) {
+    const size_t blanks = std::min(text.find_first_not_of(' '), text.size());
+    text.remove_prefix(blanks);
+    if (text.empty()) break;
+    const std::string_view word = text.substr(0, text.find(' '));
+    const size_t width = columns_of(word);
+    if (!begins_line && column + blanks + width > columns) {
+      out += '\n';
+      out.append(indent, ' ');
+      column = indent;
+    } else {
+      out.append(blanks, ' ');
+      column += blanks;
+    }
+    begins_line = false;
+    out += word;
+    column += width;
+    text.remove_prefix(word.size());
+  }
+  return out;
+}
+
+std::string wrapped(std::string_view text, size_t indent, size_t columns) {
+  const size_t hanging = indent + (text.substr(0, 2) == "- " ? 2 : 0);
+  return std::string(indent, ' ') + flowed(text, indent, hanging, columns) + "\n";
+}
+
+std::string entry(std::string_view heading, std::string_view text, size_t columns) {
+  if (text.empty()) return std::string(without_trailing_blanks(heading)) + "\n";
+  const size_t beside = columns_of(heading);
+  if (columns == 0 || beside + kLeastBeside <= columns) {
+    return std::string(heading) + flowed(text, beside, beside, columns) + "\n";
+  }
+  return std::string(without_trailing_blanks(heading)) + "\n" + wrapped(text, kBelow, columns);
+}
+
+std::string broken(std::string_view text, size_t columns) {
+  std::string out;
+  size_t column = 0;
+  for (size_t at = 0; at < text.size();) {
+    if (columns != 0 && column == columns) {
+      out += '\n';
+      column = 0;
+    }
+    const size_t size = character_size(text, at);
+    out += text.substr(at, size);
+    at += size;
+    ++column;
+  }
+  return out + "\n";
+}
+
+std::string in_columns(const std::vector<std::string>& words, size_t columns) {
+  size_t widest = 0;
+  for (const std::string& word : words) widest = std::max(widest, columns_of(word));
+  const size_t width = widest + 2;
+  const size_t per_line = std::max<size_t>(1, columns / width);
+  std::string out;
+  for (size_t i = 0; i < words.size(); ++i) {
+    const bool last = i + 1 == words.size() || (i + 1) % per_line == 0;
+    out += words[i];
+    if (last) {
+      out += '\n';
+    } else {
+      out.append(width - columns_of(words[i]), ' ');
+    }
+  }
+  return out;
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,150 @@
+#include "console/terminal/streams.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <iostream>
+#include <utility>
+
+#include "console/message/failure.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/styles.h"
+
+namespace lorimat::console {
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  if (this != &other) {
+    if (fd_ >= 0) close(fd_);
+    fd_ = other.release();
+  }
+  return *this;
+}
+
+Descriptor::~Descriptor() {
+  if (fd_ >= 0) close(fd_);
+}
+
+int Descriptor::release() { return std::exchange(fd_, -1); }
+
+bool write_all(int fd, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(fd, text.data(), text.size());
+    if (written < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    text.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
+}
+
+namespace {
+
+// The library writes through the same stdio and iostream objects as this program.
+void flush_shared_buffers() {
+  std::cout.flush();
+  std::fflush(stdout);
+}
+
+Descriptor copy_of(int fd) {
+  Descriptor copy(fcntl(fd, F_DUPFD_CLOEXEC, 3));
+  if (!copy.is_open()) {
+    throw Failure(tr("cannot keep the standard streams apart: {}", system_message(errno)));
+  }
+  return copy;
+}
+
+}  // namespace
+
+Streams::Streams() {
+  for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(fd, F_GETFD) != -1) continue;
+    // Opened the wrong way round, so that using the closed stream still fails.
+    const int place_holder = open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    if (place_holder >= 0 && place_holder != fd) {
+      dup2(place_holder, fd);
+      close(place_holder);
+    }
+  }
+  own_output_ = copy_of(STDOUT_FILENO);
+  own_error_ = copy_of(STDERR_FILENO);
+}
+
+Streams::~Streams() { flush_shared_buffers(); }
+
+void Streams::output(std::string_view text) {
+  if (!write_all(own_output_.get(), text)) {
+    if (errno == EPIPE) {
+      throw ReaderGone(tr("cannot write to standard output: {}", system_message(errno)));
+    }
+    throw Failure(tr("cannot write to standard output: {}", system_message(errno)));
+  }
+}
+
+void Streams::error(std::string_view text) { write_all(own_error_.get(), text); }
+
+bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }
+
+size_t Streams::error_columns() const {
+  winsize window{};
+  return ioctl(own_error_.get(), TIOCGWINSZ, &window) == 0 ? window.ws_col : 0;
+}
+
+size_t Streams::notice_columns() const { return wraps_ ? error_columns() : 0; }
+
+bool Streams::output_has_colours() const { return has_colours(own_output_.get()); }
+
+bool Streams::error_has_colours() const { return has_colours(own_error_.get()); }
+
+void Streams::start_trace(const std::string& file) {
+  flush_shared_buffers();
+  if (file == "-") {
+    trace_ = copy_of(own_error_.get());
+  } else {
+    const char* path = file.empty() ? "/dev/null" : file.c_str();
+    trace_ = Descriptor(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666));
+  }
+  tracing_ = !file.empty();
+  trace_name_ = file;
+  if (!trace_.is_open() || dup2(trace_.get(), STDOUT_FILENO) < 0) {
+    throw Failure(tr("{}: cannot write the trace: {}", shown(file), system_message(errno)));
+  }
+}
+
+void Streams::trace(std::string_view line) {
+  if (!tracing_) return;
+  flush_trace();
+  if (!write_all(trace_.get(), fmt::format("{}\n", line))) trace_error_ = errno;
+}
+
+// What the library writes fails in the buffers that it shares with this program.
+void Streams::flush_trace() {
+  std::cout.flush();
+  if (std::fflush(stdout) != 0) trace_error_ = errno;
+}
+
+std::string Streams::trace_failure() {
+  if (!tracing_) return {};
+  flush_trace();
+  if (trace_error_ == 0 && std::ferror(stdout) != 0) trace_error_ = EIO;
+  if (trace_error_ == 0) return {};
+  return tr("{}: cannot write the trace: {}", shown(trace_name_), system_message(trace_error_));
+}
+
+void Streams::divert_errors() {
+  std::fflush(stderr);
+  if (trace_.is_open()) dup2(trace_.get(), STDERR_FILENO);
+}
+
+void Streams::restore_errors() {
+  std::fflush(stderr);
+  dup2(own_error_.get(), STDERR_FILENO);
+}
+
+}  // namespace lorimat::console

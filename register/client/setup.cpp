@@ -1,0 +1,48 @@
+// Set-up of the device, and its way into service.
+#include "register/client/client_buffers.h"
+#include "register/client/virtual_register.h"
+#include "register/desk/setup_desk.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat {
+
+// Double width is asked for inside the text, as in a header line.
+int VirtualRegister::SetTrailerLine(int line, const char* text, bool) {
+  return Perform(__func__, [&] { return SetupDesk(core_).SetTrailerLine(line, View(text)); });
+}
+
+int VirtualRegister::SetStoreFiscalID(const char* fiscal_id) {
+  return Perform(__func__, [&] { return SetupDesk(core_).SetFiscalId(View(fiscal_id)); });
+}
+
+int VirtualRegister::SetPOSID(const char* pos_id, const char* cashier_id) {
+  return Perform(__func__,
+                 [&] { return SetupDesk(core_).SetPosId(View(pos_id), View(cashier_id)); });
+}
+
+int VirtualRegister::SetDate(const char* date) {
+  return Perform(__func__, [&] { return SetupDesk(core_).SetDate(View(date)); });
+}
+
+int VirtualRegister::SelectBitmap(int number, int position) {
+  return Perform(__func__, [&] { return SetupDesk(core_).SelectLogo(number, position); });
+}
+
+int VirtualRegister::TelematicCensus() {
+  return Perform(__func__, [&] { return SetupDesk(core_).Register(); });
+}
+
+int VirtualRegister::TelematicActivate(const char* vat_number, const char* tax_code,
+                                       const char* user, const char* password, int32_t ateco,
+                                       const char* date) {
+  return Perform(__func__, [&] {
+    return SetupDesk(core_).Activate(
+        {View(vat_number), View(tax_code), View(user), View(password), ateco, View(date)});
+  });
+}
+
+int VirtualRegister::TelematicCommissioning() {
+  return Perform(__func__, [&] { return SetupDesk(core_).PutIntoService(); });
+}
+
+}  // namespace lorimat

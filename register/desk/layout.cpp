@@ -1,0 +1,188 @@
+#include "register/desk/layout.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace lorimat {
+namespace {
+
+struct TitleRow {
+  DocumentKind kind;
+  const char* first;
+  const char* second;
+};
+
+constexpr TitleRow kTitles[] = {
+    {DocumentKind::kSale, "DOCUMENTO COMMERCIALE", "di vendita o prestazione"},
+    {DocumentKind::kInvoice, "FATTURA", ""},
+    {DocumentKind::kRefund, "DOCUMENTO COMMERCIALE", "emesso per RESO MERCE"},
+    {DocumentKind::kCancel, "DOCUMENTO COMMERCIALE", "emesso per ANNULLAMENTO"},
+};
+
+struct LineRow {
+  LineKind kind;
+  const char* description;  // for a line that has none
+  const char* enter;        // what stands ahead of the description
+  const char* take_back;
+};
+
+constexpr LineRow kLines[] = {
+    {LineKind::kSale, "VENDITA", "", "STORNO "},
+    {LineKind::kRefund, "VENDITA", "RESO ", "STORNO RESO "},
+    {LineKind::kDeposit, "ACCONTO", "", "STORNO "},
+    {LineKind::kVoucher, "BUONO MONOUSO", "", "STORNO "},
+};
+
+// The file's whole name, which stays the same file wherever the program goes from here.
+std::string LogoFile(const std::string* name) {
+  if (name == nullptr) return {};
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::absolute(*name, error);
+  return error ? *name : whole.string();
+}
+
+}  // namespace
+
+std::string FormatDateTime(const std::tm& time) {
+  return fmt::format("{:02}/{:02}/{:04} {:02}:{:02}", time.tm_mday, time.tm_mon + 1,
+                     1900 + time.tm_year, time.tm_hour, time.tm_min);
+}
+
+std::string Layout::VatMark(int vat) const {
+  const VatRate* rate = core_.tables.FindVat(vat);
+  if (rate == nullptr) return {};
+  return rate->mark.empty() ? FormatRate(rate->rate) : rate->mark;
+}
+
+void Layout::TrainingMark() {
+  if (core_.setup.training) core_.paper.Centred(kTrainingMark);
+}
+
+void Layout::Logo(int number) { core_.paper.Logo(number, LogoFile(core_.tables.FindLogo(number))); }
+
+void Layout::Header() {
+  if (core_.setup.header_logo != 0) Logo(core_.setup.header_logo);
+  for (const std::string& line : core_.tables.settings().header_lines) {
+    if (!line.empty()) core_.paper.Centred(line);
+  }
+  core_.paper.Blank();
+}
+
+void Layout::Title(DocumentKind kind, const Reference& reference) {
+  Paper& paper = core_.paper;
+  for (const TitleRow& row : kTitles) {
+    if (row.kind != kind) continue;
+    paper.Centred(row.first);
+    if (*row.second != '\0') paper.Centred(row.second);
+  }
+  if (kind != DocumentKind::kRefund && kind != DocumentKind::kCancel) return;
+  paper.Blank();
+  if (reference.empty()) {
+    paper.Text("Documento di riferimento: non indicato");
+    return;
+  }
+  paper.Text(
+      fmt::format("Documento di riferimento: {:04}-{:04}", reference.closure, reference.number));
+  if (reference.date.size() == 8) {
+    paper.Text(fmt::format("del {}/{}/{}", reference.date.substr(0, 2), reference.date.substr(2, 2),
+                           reference.date.substr(4)));
+  }
+  if (!reference.serial.empty()) paper.Text("RT " + reference.serial);
+  // Nobody here can say what was sold there.
+  if (!reference.IsOf(core_.tables.settings().serial_number)) {
+    paper.Text("Documento di altro registratore");
+  }
+}
+
+void Layout::ColumnHead() {
+  core_.paper.Blank();
+  core_.paper.Item("DESCRIZIONE", "IVA", "Prezzo(EUR)");
+}
+
+void Layout::Line(LineAction action, const Item& item, Amount amount) {
+  Paper& paper = core_.paper;
+  if (!core_.options.pre_line.empty()) paper.Text(core_.options.pre_line);
+  if (item.quantity_given) {
+    const std::string unit = ReadHostText(item.unit_name).text;
+    paper.Text(fmt::format("  {}{}{} x {}", FormatQuantity(item.quantity), unit.empty() ? "" : " ",
+                           unit.substr(0, 15), FormatUnitPrice(item.unit_price)));
+  }
+  for (const LineRow& row : kLines) {
+    if (row.kind != item.kind) continue;
+    const char* prefix = action == LineAction::kVoid ? row.take_back : row.enter;
+    paper.Item(prefix + (item.description.empty() ? row.description : item.description),
+               VatMark(item.vat), FormatAmount(amount));
+  }
+  if (item.special_tax > 0) {
+    const std::string name = ReadHostText(item.special_tax_name).text;
+    paper.Pair("  di cui " + (name.empty() ? "accisa" : name),
+               FormatAmount(amount < 0 ? -item.special_tax : item.special_tax));
+  }
+  if (!core_.options.post_line.empty()) paper.Text(core_.options.post_line);
+}
+
+void Layout::AdjustmentLine(const Adjustment& adjustment, std::string_view description) {
+  const int type = adjustment.request.type;
+  std::string text(description);
+  if (text.empty()) {
+    text = IsCoupon(type) ? "COUPON" : IsSurcharge(type) ? "MAGGIORAZIONE" : "SCONTO";
+  }
+  if (adjustment.is_void) text.insert(0, "STORNO ");
+  const bool one_vat = !adjustment.on_subtotal && adjustment.by_vat.size() == 1;
+  core_.paper.Item(text, one_vat ? VatMark(adjustment.by_vat.begin()->first) : "",
+                   FormatAmount(adjustment.delta));
+}
+
+void Layout::Subtotal(Amount amount) { core_.paper.Pair("Subtotale", FormatAmount(amount)); }
+
+void Layout::Total(Amount total, Amount vat) {
+  core_.paper.Blank();
+  core_.paper.Pair("TOTALE COMPLESSIVO", FormatAmount(total));
+  core_.paper.Pair("di cui IVA", FormatAmount(vat));
+  core_.paper.Blank();
+}
+
+void Layout::Tender(const Payment& payment) {
+  core_.paper.Pair(payment.tender->name, FormatAmount(payment.amount));
+}
+
+void Layout::Settled(const OpenDocument& document) {
+  Paper& paper = core_.paper;
+  const Receipt& receipt = document.receipt;
+  const Amount change = receipt.change();
+  if (change > 0) paper.Pair("Resto", FormatAmount(change));
+  Amount collected = -change;
+  for (const Payment& payment : receipt.payments()) {
+    if (payment.tender->kind != TenderKind::kNotPaid) collected += payment.amount;
+  }
+  paper.Pair("Importo pagato", FormatAmount(collected));
+  if (!document.tax_id.empty()) paper.Text("C.F. cliente: " + document.tax_id);
+  if (!document.lottery_code.empty()) paper.Text("Codice lotteria: " + document.lottery_code);
+  if (!core_.options.courtesy_text.empty()) paper.Centred(core_.options.courtesy_text);
+}
+
+void Layout::Trailer(const OpenDocument& document) {
+  Paper& paper = core_.paper;
+  paper.Blank();
+  paper.Centred(FormatDateTime(document.time));
+  paper.Centred(document.number_text);
+  if (!core_.in_service()) paper.Centred("REGISTRATORE NON IN SERVIZIO");
+  const DeviceSetup& setup = core_.setup;
+  if (!setup.pos_id.empty()) paper.Centred("CASSA " + setup.pos_id);
+  if (!setup.cashier_id.empty()) paper.Centred("CASSIERE " + setup.cashier_id);
+  paper.Centred("RT " + core_.tables.settings().serial_number);
+  for (const std::string& line : setup.trailer_lines) {
+    if (!line.empty()) paper.Centred(line);
+  }
+  if (setup.trailer_logo != 0) Logo(setup.trailer_logo);
+}
+
+void Layout::Abandoned() {
+  core_.paper.Blank();
+  core_.paper.Centred("*** DOCUMENTO ANNULLATO ***");
+  core_.paper.Centred(FormatDateTime(core_.Now()));
+}
+
+}  // namespace lorimat

@@ -1,0 +1,51 @@
+// How documents look on paper: titles, lines, totals, tenders and trailer, in the forms of an
+// Italian telematic register.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "register/core/core.h"
+
+namespace lorimat {
+
+// "15/01/2024 10:30".
+std::string FormatDateTime(const std::tm& time);
+
+enum class LineAction { kEnter, kVoid, kRestore };
+
+class Layout {
+ public:
+  explicit Layout(RegisterCore& core) : core_(core) {}
+
+  // The line that tells a document of training from a real one.
+  static constexpr const char* kTrainingMark = "*** DOCUMENTO DI PROVA - NON FISCALE ***";
+
+  // The training mark, when the register is in training.
+  void TrainingMark();
+  void Header();
+  // Title, references and the head of the columns.
+  void Title(DocumentKind kind, const Reference& reference);
+  void ColumnHead();
+  // A line with the amount that it adds to the total.
+  void Line(LineAction action, const Item& item, Amount amount);
+  void AdjustmentLine(const Adjustment& adjustment, std::string_view description);
+  void Subtotal(Amount amount);
+  // Total and contained tax.
+  void Total(Amount total, Amount vat);
+  void Tender(const Payment& payment);
+  // What follows the last tender: change, amount paid, customer's codes, courtesy text.
+  void Settled(const OpenDocument& document);
+  // Date, number, point of sale, serial number and the shop's own lines.
+  void Trailer(const OpenDocument& document);
+  void Abandoned();
+  // A logo by its number; one that was not programmed is only named.
+  void Logo(int number);
+
+ private:
+  std::string VatMark(int vat) const;
+
+  RegisterCore& core_;
+};
+
+}  // namespace lorimat

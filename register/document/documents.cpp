@@ -1,0 +1,170 @@
+#include "register/document/documents.h"
+
+#include <string_view>
+#include <utility>
+
+namespace lorimat {
+namespace {
+
+struct NotPaidRow {
+  std::string_view tender;
+  Figure figure;
+};
+
+constexpr NotPaidRow kNotPaid[] = {
+    {"5", Figure::kInvoicesNotPaid},
+    {"6", Figure::kServicesNotPaid},
+    {"7", Figure::kSsnNotPaid},
+};
+
+constexpr Figure kTaxed[] = {
+    Figure::kGross,      Figure::kServices,        Figure::kServicesNotPaid,
+    Figure::kSsnNotPaid, Figure::kInvoicesNotPaid, Figure::kUndeliveredNotPaid,
+};
+
+Figure NotPaidFigure(std::string_view tender) {
+  for (const NotPaidRow& row : kNotPaid) {
+    if (row.tender == tender) return row.figure;
+  }
+  return Figure::kUndeliveredNotPaid;
+}
+
+Amount Absolute(Amount amount) { return amount < 0 ? -amount : amount; }
+
+void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stored) {
+  for (const Receipt::Line& line : receipt.lines()) {
+    const Item& item = line.item;
+    VatFigures& figures = stored->figures[item.vat];
+    const Amount taken_back = item.amount - line.open_amount;
+    const int sign = item.kind == LineKind::kSale ? 1 : -1;
+    if (item.kind == LineKind::kSale) {
+      At(figures, Figure::kItems) += item.amount;
+      At(figures, Figure::kItemVoids) += taken_back;
+    }
+    if (item.kind == LineKind::kRefund) {
+      At(figures, Figure::kRefundLines) += item.amount;
+      At(figures, Figure::kRefundLineVoids) += taken_back;
+    }
+    const Amount stands = sign * line.open_amount + line.adjusted;
+    if (item.kind == LineKind::kSale && item.department != 0) {
+      DepartmentSum& sold = stored->sold_by_department[item.department];
+      sold.quantity += line.open_quantity;
+      sold.amount += stands;
+    }
+    const Department* department = tables.FindDepartment(item.department);
+    if (department != nullptr && department->is_service) {
+      At(figures, Figure::kServices) += stands;
+    }
+  }
+}
+
+void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument* stored) {
+  for (const Adjustment& adjustment : receipt.adjustments()) {
+    if (adjustment.is_void) continue;  // shows as the voided one that it takes back
+    const bool surcharge = IsSurcharge(adjustment.request.type);
+    const Figure given =
+        adjustment.on_subtotal
+            ? (surcharge ? Figure::kSubtotalSurcharges : Figure::kSubtotalDiscounts)
+            : (surcharge ? Figure::kSurcharges : Figure::kDiscounts);
+    const auto taken_back = static_cast<Figure>(static_cast<size_t>(given) + 1);
+    for (const auto& [vat, delta] : adjustment.by_vat) {
+      VatFigures& figures = stored->figures[vat];
+      At(figures, given) += Absolute(delta);
+      if (adjustment.voided) At(figures, taken_back) += Absolute(delta);
+    }
+    if (adjustment.voided) continue;
+    // By what it is, as the figures: a discount on a refund line stays one.
+    (surcharge ? stored->surcharges : stored->discounts) += Absolute(adjustment.delta);
+    // An adjustment of a whole department stands beside its lines.
+    const int number = adjustment.request.department;
+    if (number == 0 || adjustment.line) continue;
+    stored->sold_by_department[number].amount += adjustment.delta;
+    const Department* department = tables.FindDepartment(number);
+    if (department == nullptr || !department->is_service) continue;
+    for (const auto& [vat, delta] : adjustment.by_vat) {
+      At(stored->figures[vat], Figure::kServices) += delta;
+    }
+  }
+}
+
+// What was not collected, spread over the VAT entries. Each tender takes from what the earlier
+// ones left, so that a document that nobody paid at all comes to its own sums again.
+void AddPayments(const Receipt& receipt, StoredDocument* stored) {
+  stored->change = receipt.change();
+  std::map<int, Amount> left = receipt.by_vat();
+  for (const Payment& payment : receipt.payments()) {
+    Amount kept = payment.amount;
+    if (&payment == &receipt.payments().back()) kept -= stored->change;
+    stored->by_tender[payment.tender->id] += kept;
+    ++stored->tender_counts[payment.tender->id];
+    if (payment.tender->kind != TenderKind::kNotPaid) continue;
+    stored->not_paid += kept;
+    const Figure figure = NotPaidFigure(payment.tender->id);
+    for (const auto& [vat, share] : Spread(kept, left)) {
+      At(stored->figures[vat], figure) += share;
+      left[vat] -= share;
+    }
+  }
+}
+
+}  // namespace
+
+StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
+  StoredDocument stored;
+  stored.kind = receipt.kind();
+  stored.total = receipt.total();
+  stored.by_vat = receipt.by_vat();
+  stored.by_department = receipt.by_department();
+  for (const auto& [vat, gross] : stored.by_vat) {
+    At(stored.figures[vat], Figure::kGross) = gross;
+  }
+  AddLines(receipt, tables, &stored);
+  AddAdjustments(receipt, tables, &stored);
+  AddPayments(receipt, &stored);
+  for (auto& [vat, figures] : stored.figures) {
+    const VatRate* rate = tables.FindVat(vat);
+    for (const Figure figure : kTaxed) {
+      const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
+      At(figures, tax) = rate != nullptr ? VatPart(At(figures, figure), rate->rate) : 0;
+    }
+  }
+  return stored;
+}
+
+void AddDetails(const Receipt& receipt, StoredDocument* stored) {
+  stored->lines.clear();
+  stored->payments.clear();
+  for (const Receipt::Line& entered : receipt.lines()) {
+    const Item& item = entered.item;
+    DocumentLine line;
+    line.kind = static_cast<int>(item.kind);
+    line.description = item.description;
+    line.article = item.article;
+    line.department = item.department;
+    line.vat = item.vat;
+    line.quantity = item.quantity;
+    line.unit_price = item.unit_price;
+    line.amount = item.amount;
+    line.quantity_taken_back = item.quantity - entered.open_quantity;
+    line.taken_back = item.amount - entered.open_amount;
+    stored->lines.push_back(std::move(line));
+  }
+  for (const Adjustment& adjustment : receipt.adjustments()) {
+    if (adjustment.is_void) continue;
+    DocumentLine line;
+    line.kind =
+        adjustment.on_subtotal ? DocumentLine::kSubtotalAdjustment : DocumentLine::kAdjustment;
+    line.adjustment_type = adjustment.request.type;
+    line.department = adjustment.request.department;
+    line.vat = adjustment.by_vat.size() == 1 ? adjustment.by_vat.begin()->first : 0;
+    line.unit_price = adjustment.request.value;
+    line.amount = adjustment.delta;
+    line.taken_back = adjustment.voided ? adjustment.delta : 0;
+    stored->lines.push_back(std::move(line));
+  }
+  for (const Payment& payment : receipt.payments()) {
+    stored->payments.push_back({payment.tender->id, payment.amount});
+  }
+}
+
+}  // namespace lorimat

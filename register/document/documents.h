@@ -1,0 +1,125 @@
+// A registered document with everything that reports and totalizers add up. What is summed
+// later is worked out once, when the document is registered: a later change of a VAT rate or
+// of a department leaves it as it is.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <ctime>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "register/document/receipt.h"
+
+namespace lorimat {
+
+// What is kept for each VAT entry of a document. The figures of the first group come in pairs:
+// what was taken, and the tax contained in it.
+enum class Figure : size_t {
+  kGross,  // what the document comes to
+  kGrossTax,
+  kServices,  // lines of service departments, before adjustments of the subtotal
+  kServicesTax,
+  kServicesNotPaid,  // by tender "6"
+  kServicesNotPaidTax,
+  kSsnNotPaid,  // by tender "7"
+  kSsnNotPaidTax,
+  kInvoicesNotPaid,  // by tender "5"
+  kInvoicesNotPaidTax,
+  kUndeliveredNotPaid,  // by any other tender that is not collected
+  kUndeliveredNotPaidTax,
+  // Lines and adjustments, as they were entered, and how much of that was taken back.
+  kItems,
+  kItemVoids,
+  kRefundLines,
+  kRefundLineVoids,
+  kDiscounts,  // on lines and departments
+  kDiscountVoids,
+  kSurcharges,
+  kSurchargeVoids,
+  kSubtotalDiscounts,
+  kSubtotalDiscountVoids,
+  kSubtotalSurcharges,
+  kSubtotalSurchargeVoids,
+  kCount,
+};
+
+inline constexpr size_t kFigures = static_cast<size_t>(Figure::kCount);
+
+// Ten-thousandths, by Figure.
+using VatFigures = std::array<Amount, kFigures>;
+
+inline Amount& At(VatFigures& figures, Figure figure) {
+  return figures[static_cast<size_t>(figure)];
+}
+inline Amount At(const VatFigures& figures, Figure figure) {
+  return figures[static_cast<size_t>(figure)];
+}
+
+// A line of a registered document. An adjustment is a line too; the voids of lines and
+// adjustments show in what was taken back.
+struct DocumentLine {
+  enum Kind { kSale, kRefund, kDeposit, kVoucher, kAdjustment, kSubtotalAdjustment };
+
+  int kind = kSale;
+  int adjustment_type = 0;  // RTF_FPTR_AT_*, of the last two kinds
+  std::string description = {};
+  std::string article = {};
+  int department = 0;
+  int vat = 0;
+  int32_t quantity = 0;
+  Amount unit_price = 0;  // of an adjustment: its value, as it was asked for
+  Amount amount = 0;      // as it was entered; of an adjustment with its sign
+  int32_t quantity_taken_back = 0;
+  Amount taken_back = 0;
+};
+
+struct DocumentPayment {
+  std::string tender = {};
+  Amount amount = 0;  // with the change
+};
+
+// Its number is that of the receipt, or of the invoice for kInvoice.
+struct StoredDocument {
+  int64_t id = 0;  // its place among all that were registered, from 1
+  DocumentKind kind = DocumentKind::kSale;
+  int closure = 0;  // the closure that the document falls under: the one to come
+  int number = 0;
+  std::tm time = {};
+  int operator_number = 0;
+  Amount total = 0;
+  std::map<int, Amount> by_vat;       // gross by VAT entry
+  std::map<int, VatFigures> figures;  // by VAT entry
+  std::map<int, DepartmentSum> by_department;
+  std::map<int, DepartmentSum> sold_by_department;  // without refund, deposit and voucher lines
+  std::map<std::string, Amount> by_tender;          // without the change
+  std::map<std::string, int> tender_counts;         // payments by tender
+  Amount not_paid = 0;
+  Amount change = 0;
+  Amount discounts = 0;
+  Amount surcharges = 0;
+  std::string lottery_code;
+  bool lottery_sent = false;
+  // The document that it refers to, for a credit note or a void of one of this register's own.
+  int referred_closure = 0;
+  int referred_number = 0;
+  bool voided = false;  // a later document made it void
+  std::vector<DocumentLine> lines;
+  std::vector<DocumentPayment> payments;
+};
+
+// The sums of a document as it stands, paid or not. Numbers, time, references, customer's codes
+// and lines are the caller's to fill in.
+StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
+
+// The sums by VAT entry, department and tender as one text (register/value/record.h), and back;
+// false for a text that is none.
+std::string SumsRecord(const StoredDocument& document);
+bool ReadSums(std::string_view text, StoredDocument* document);
+
+// Its lines and payments.
+void AddDetails(const Receipt& receipt, StoredDocument* stored);
+
+}  // namespace lorimat

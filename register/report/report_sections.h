@@ -1,0 +1,39 @@
+// The parts that reports are put together from, each on a paper of its own until the report is
+// whole.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "register/core/core.h"
+#include "register/paper/paper.h"
+#include "register/totals/closures.h"
+
+namespace lorimat {
+
+// What a report shows, as bits.
+enum ReportSection : unsigned {
+  kDaySection = 1u << 0,  // documents and sums at a glance
+  kTenderSection = 1u << 1,
+  kVatSection = 1u << 2,
+  kDepartmentSection = 1u << 3,
+  kOperatorSection = 1u << 4,
+};
+
+// The figures of a day or of a period. Counters are those of the day; null for a period, which
+// counts its documents.
+struct ReportFigures {
+  const Totals& totals;
+  const DailyCounters* counters = nullptr;
+  Amount grand_total = 0;
+  const std::vector<VatRate>& vat_rates;
+};
+
+void PrintSections(const RegisterCore& core, const ReportFigures& figures, unsigned sections,
+                   Paper* paper);
+// One closing of the fiscal memory.
+void PrintClosure(const Closure& closure, Paper* paper);
+// "22%", or the mark of an entry without tax; the number of an entry that is not in the table.
+std::string VatName(const std::vector<VatRate>& rates, int vat);
+
+}  // namespace lorimat

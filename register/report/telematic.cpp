@@ -1,0 +1,325 @@
+#include "register/report/telematic.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+#include <utility>
+
+#include "register/report/report_file.h"
+#include "register/report/report_sections.h"
+#include "register/value/refusal.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat {
+namespace {
+
+constexpr std::string_view kXmlHead = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr std::string_view kNamespace =
+    "http://ivaservizi.agenziaentrate.gov.it/docs/xsd/corrispettivi/dati/v1.0";
+
+// Texts of the register may hold any byte: those that a text of UTF-8 cannot hold become
+// question marks.
+std::string Escaped(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '<':
+        result += "&lt;";
+        break;
+      case '>':
+        result += "&gt;";
+        break;
+      case '&':
+        result += "&amp;";
+        break;
+      default:
+        result +=
+            static_cast<unsigned char>(c) >= 0x20 && static_cast<unsigned char>(c) < 0x7F ? c : '?';
+    }
+  }
+  return result;
+}
+
+// "12.34".
+std::string Decimal(Amount amount) {
+  const Amount cents = amount / kCent;
+  const Amount size = cents < 0 ? -cents : cents;
+  return fmt::format("{}{}.{:02}", cents < 0 ? "-" : "", size / 100, size % 100);
+}
+
+void Element(std::string_view indent, std::string_view name, std::string_view value,
+             std::string* xml) {
+  *xml += fmt::format("{}<{}>{}</{}>\n", indent, name, Escaped(value), name);
+}
+
+std::string DateTime(const std::tm& time) {
+  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", 1900 + time.tm_year, time.tm_mon + 1,
+                     time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+}
+
+// A VAT entry's amounts, net of tax.
+struct VatElement {
+  const char* name;
+  unsigned kinds;
+  Figure figure;
+};
+
+constexpr unsigned kTaken = Totals::kSales | Totals::kInvoices;
+
+constexpr VatElement kVatElements[] = {
+    {"Ammontare", kTaken, Figure::kGross},
+    {"TotaleAmmontareResi", Totals::kRefunds, Figure::kGross},
+    {"TotaleAmmontareAnnulli", Totals::kCancels, Figure::kGross},
+    {"BeniInSospeso", kTaken, Figure::kUndeliveredNotPaid},
+    {"NonRiscossoServizi", kTaken, Figure::kServicesNotPaid},
+    {"NonRiscossoFatture", kTaken, Figure::kInvoicesNotPaid},
+    {"TotaleDaFattureRT", Totals::kInvoices, Figure::kGross},
+    {"NonRiscossoDCRaSSN", kTaken, Figure::kSsnNotPaid},
+};
+
+Amount Net(const Totals& totals, unsigned kinds, int vat, Figure figure) {
+  const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
+  Amount net = totals.Sum(kinds, vat, figure);
+  AddTo(&net, totals.Sum(kinds, vat, tax), -1);
+  Amount size = 0;
+  AddTo(&size, net, net < 0 ? -1 : 1);
+  return size;
+}
+
+// The nature that the national code list gives to sales without tax, by the entry's mark.
+struct NatureRow {
+  std::string_view mark;
+  const char* code;
+};
+
+constexpr NatureRow kNatures[] = {
+    {"EE", "N1"}, {"NS", "N2"}, {"NI", "N3"}, {"ES", "N4"}, {"RM", "N5"},
+};
+
+std::string NatureOf(std::string_view mark) {
+  for (const NatureRow& row : kNatures) {
+    if (mark.starts_with(row.mark)) return row.code;
+  }
+  return "N4";
+}
+
+void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
+  const Totals& totals = closure.totals;
+  const VatRate rate = vat >= 1 && static_cast<size_t>(vat) <= closure.vat_rates.size()
+                           ? closure.vat_rates[static_cast<size_t>(vat) - 1]
+                           : VatRate{};
+  *xml += "    <Riepilogo>\n";
+  if (rate.rate > 0) {
+    *xml += "      <IVA>\n";
+    Element("        ", "AliquotaIVA", Decimal(rate.rate), xml);
+    Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, Figure::kGrossTax)), xml);
+    *xml += "      </IVA>\n";
+  } else {
+    Element("      ", "Natura", NatureOf(rate.mark), xml);
+  }
+  for (const VatElement& element : kVatElements) {
+    Element("      ", element.name, Decimal(Net(totals, element.kinds, vat, element.figure)), xml);
+  }
+  *xml += "    </Riepilogo>\n";
+}
+
+// What the day collected by one way of paying; "8" is a discount on the payment, and no payment.
+struct Collected {
+  Amount cash = 0;
+  Amount electronic = 0;
+  Amount ticket = 0;
+  int tickets = 0;
+};
+
+void AddCollected(const RegisterCore& core, const KindTotals& kind, Collected* sums) {
+  for (const Tender& tender : core.tables.tenders()) {
+    const auto amount = kind.by_tender.find(tender.id);
+    if (amount == kind.by_tender.end() || tender.id == "8") continue;
+    switch (tender.kind) {
+      case TenderKind::kCash:
+        AddTo(&sums->cash, amount->second);
+        break;
+      case TenderKind::kElectronic:
+        AddTo(&sums->electronic, amount->second);
+        break;
+      case TenderKind::kTicket: {
+        AddTo(&sums->ticket, amount->second);
+        const auto count = kind.tender_counts.find(tender.id);
+        if (count != kind.tender_counts.end()) AddTo(&sums->tickets, count->second);
+        break;
+      }
+      case TenderKind::kNotPaid:
+        break;
+    }
+  }
+}
+
+Amount DiscountOnPayment(const KindTotals& kind) {
+  const auto amount = kind.by_tender.find("8");
+  return amount == kind.by_tender.end() ? 0 : amount->second;
+}
+
+std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
+  std::string xml = "  <Documento>\n";
+  Element("    ", "Numero", fmt::format("{:04}-{:04}", document.closure, document.number), &xml);
+  Element("    ", "DataOra", DateTime(document.time), &xml);
+  Element("    ", "CodiceLotteria", document.lottery_code, &xml);
+  Element("    ", "Importo", Decimal(document.total), &xml);
+  Amount electronic = 0;
+  for (const auto& [id, amount] : document.by_tender) {
+    const Tender* tender = tables.FindTender(id);
+    if (tender != nullptr && tender->kind == TenderKind::kElectronic) AddTo(&electronic, amount);
+  }
+  Element("    ", "PagatoElettronico", Decimal(electronic), &xml);
+  Element("    ", "Annullato", document.voided ? "SI" : "NO", &xml);
+  xml += "  </Documento>\n";
+  return xml;
+}
+
+int NoFileGiven() {
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kMissing, Subject::kReportFile);
+}
+
+}  // namespace
+
+std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
+  const RegisterSettings& settings = core.tables.settings();
+  // Marked as a simulation: nobody may take it for a real register's.
+  std::string xml = fmt::format(
+      "<n1:DatiCorrispettivi versione=\"COR10\" simulazione=\"true\" xmlns:n1=\"{}\">\n"
+      "  <Trasmissione>\n",
+      kNamespace);
+  Element("    ", "Progressivo", std::to_string(closure.number), &xml);
+  Element("    ", "Formato", "RT", &xml);
+  xml += "    <Dispositivo>\n";
+  Element("      ", "Tipo", "RT", &xml);
+  Element("      ", "IdDispositivo", settings.serial_number, &xml);
+  xml += "    </Dispositivo>\n";
+  Element("    ", "PIVAEsercente", core.setup.fiscal_id, &xml);
+  xml += "  </Trasmissione>\n";
+  Element("  ", "DataOraRilevazione", DateTime(closure.time), &xml);
+  xml += "  <DatiRT>\n";
+  for (const auto& [vat, gross] : closure.totals.GrossByVat()) AddVatEntry(closure, vat, &xml);
+  xml += "    <Totali>\n";
+  Collected taken;
+  Amount discounts = 0;
+  for (const DocumentKind kind : {DocumentKind::kSale, DocumentKind::kInvoice}) {
+    AddCollected(core, closure.totals.of(kind), &taken);
+    AddTo(&discounts, DiscountOnPayment(closure.totals.of(kind)));
+  }
+  Element("      ", "NumeroDocCommerciali", std::to_string(closure.counters.documents), &xml);
+  Element("      ", "PagatoContanti", Decimal(taken.cash), &xml);
+  Element("      ", "PagatoElettronico", Decimal(taken.electronic), &xml);
+  Element("      ", "ScontoApagare", Decimal(discounts), &xml);
+  xml += "      <PagatoTicket>\n";
+  Element("        ", "PagatoTicket", Decimal(taken.ticket), &xml);
+  Element("        ", "NumeroTicket", std::to_string(taken.tickets), &xml);
+  xml +=
+      "      </PagatoTicket>\n"
+      "    </Totali>\n"
+      "  </DatiRT>\n"
+      "</n1:DatiCorrispettivi>\n";
+  return xml;
+}
+
+std::string TelematicDesk::OutboxFile(std::string_view name) const {
+  return fmt::format("{}/{}", core_.tables.settings().outbox, name);
+}
+
+// One summary is a file of the national form; several stand in an element of this register.
+int TelematicDesk::WriteSummaries(const std::vector<Closure>& closures,
+                                  std::string_view file) const {
+  if (file.empty()) return NoFileGiven();
+  if (closures.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingWaits);
+  std::string xml(kXmlHead);
+  if (closures.size() > 1) xml += "<CorrispettiviSalvati>\n";
+  for (const Closure& closure : closures) xml += SummaryXml(core_, closure);
+  if (closures.size() > 1) xml += "</CorrispettiviSalvati>\n";
+  return WriteFile(file, xml);
+}
+
+int TelematicDesk::SendSummaries() {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  while (const std::optional<Closure> closure = core_.store.FirstPending()) {
+    if (!core_.tables.settings().outbox.empty()) {
+      const std::string name = OutboxFile(fmt::format("corrispettivi_{:04}.xml", closure->number));
+      if (const int code = WriteSummaries({*closure}, name)) return code;
+    }
+    core_.store.MarkSent(closure->number, core_.Now());
+  }
+  return RTF_SUCCESS;
+}
+
+int TelematicDesk::ExportSummaries(std::string_view file) const {
+  return SaveSummaries(1, RegisterStore::kLastNumber, file, 1);
+}
+
+int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int options) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  if (to < from) return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from, to});
+  if (from < 1 || to > RegisterStore::kLastNumber) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kClosing,
+                       {from < 1 ? from : to, 1, RegisterStore::kLastNumber});
+  }
+  if (options < 0 || options > 2) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kSummaries, {options});
+  }
+  std::vector<Closure> wanted = core_.store.FindClosures(from, to);
+  if (options != 0) {
+    std::erase_if(wanted,
+                  [options](const Closure& closure) { return closure.sent != (options == 2); });
+  }
+  return WriteSummaries(wanted, file);
+}
+
+int TelematicDesk::WriteLottery(const std::vector<StoredDocument>& documents,
+                                std::string_view file) const {
+  if (file.empty()) return NoFileGiven();
+  if (documents.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingWaits);
+  std::string xml(kXmlHead);
+  xml += "<DocumentiLotteria>\n";
+  Element("  ", "IdDispositivo", core_.tables.settings().serial_number, &xml);
+  for (const StoredDocument& document : documents) xml += DocumentXml(document, core_.tables);
+  xml += "</DocumentiLotteria>\n";
+  return WriteFile(file, xml);
+}
+
+int TelematicDesk::SendLottery() {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  const std::vector<StoredDocument> waiting = core_.store.PendingLottery();
+  if (waiting.empty()) return RTF_SUCCESS;
+  if (!core_.tables.settings().outbox.empty()) {
+    const std::string name =
+        OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", waiting[0].closure, waiting[0].number));
+    if (const int code = WriteLottery(waiting, name)) return code;
+  }
+  core_.store.MarkLotterySent(core_.Now());
+  return RTF_SUCCESS;
+}
+
+int TelematicDesk::SavePendingLottery(std::string_view file) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  return WriteLottery(core_.store.PendingLottery(), file);
+}
+
+int TelematicDesk::SaveLottery(int from_closure, int from_number, int to_closure, int to_number,
+                               std::string_view file) const {
+  if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
+  const auto known = [](int number, int lowest) {
+    return number >= lowest && number <= RegisterStore::kLastNumber;
+  };
+  if (!known(from_closure, 1) || !known(to_closure, 1) || !known(from_number, 0) ||
+      !known(to_number, 0)) {
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kReference,
+                  known(from_closure, 1) && known(from_number, 0)
+                      ? std::initializer_list<int64_t>{to_closure, to_number}
+                      : std::initializer_list<int64_t>{from_closure, from_number});
+  }
+  const std::pair from(from_closure, from_number);
+  const std::pair to(to_closure, to_number);
+  if (from > to)
+    return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from_closure, to_closure});
+  return WriteLottery(core_.store.Lottery(from_closure, from_number, to_closure, to_number), file);
+}
+
+}  // namespace lorimat

@@ -1,0 +1,461 @@
+#include "register/storage/database.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "register/value/cancellation.h"
+
+namespace lorimat {
+namespace {
+
+// The head of a database file (https://www.sqlite.org/fileformat2.html, 1.3).
+constexpr char kMagic[] = "SQLite format 3";
+constexpr int kHeadSize = 100;
+constexpr size_t kPageSizeAt = 16;
+constexpr size_t kChangeCounterAt = 24;
+constexpr size_t kPageCountAt = 28;
+constexpr size_t kUserVersionAt = 60;
+constexpr size_t kApplicationIdAt = 68;
+constexpr size_t kValidForAt = 92;
+
+// A name that SQLite takes for a file whatever it holds, with a wish behind it.
+std::string Uri(const std::string& file, const char* wish) {
+  std::string uri = "file:";
+  for (const char c : file) {
+    const auto byte = static_cast<unsigned char>(c);
+    uri +=
+        std::isalnum(byte) != 0 && byte < 0x80 ? std::string(1, c) : fmt::format("%{:02X}", byte);
+  }
+  return uri + "?" + wish;
+}
+
+bool HasContent(const char* file) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  return !error && size > 0;
+}
+
+std::string SystemText(int error) { return std::generic_category().message(error); }
+
+uint32_t BigEndian(const unsigned char* bytes, int size) {
+  uint32_t number = 0;
+  for (int index = 0; index < size; ++index) number = number << 8 | bytes[index];
+  return number;
+}
+
+}  // namespace
+
+void DatabaseCloser::operator()(sqlite3* handle) const { sqlite3_close(handle); }
+void StatementCloser::operator()(sqlite3_stmt* handle) const { sqlite3_finalize(handle); }
+
+// --- Statement
+
+Statement::~Statement() {
+  if (row_.empty()) return;
+  sqlite3_reset(handle_);
+  sqlite3_clear_bindings(handle_);
+  try {
+    database_->idle_.insert(std::move(row_));
+  } catch (...) {
+    // It is prepared again the next time.
+  }
+}
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) database_->FailWith(code);
+}
+
+// What it answered the last time has been reported.
+void Statement::Reset() { sqlite3_reset(handle_); }
+
+void Statement::BindNull(int parameter) { Check(sqlite3_bind_null(handle_, parameter)); }
+
+void Statement::BindInteger(int parameter, int64_t value) {
+  Check(sqlite3_bind_int64(handle_, parameter, value));
+}
+
+void Statement::BindText(int parameter, std::string_view value) {
+  const char* bytes = value.data() != nullptr ? value.data() : "";
+  Check(
+      sqlite3_bind_text64(handle_, parameter, bytes, value.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+bool Statement::Step() {
+  const int code = sqlite3_step(handle_);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  database_->FailWith(code);
+}
+
+void Statement::Run() {
+  while (Step()) {
+  }
+}
+
+int64_t Statement::Integer(int column) const { return sqlite3_column_int64(handle_, column); }
+
+int Statement::Int(int column) const {
+  const int64_t value = Integer(column);
+  if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
+    database_->Damaged(sqlite3_column_name(handle_, column));
+  }
+  return static_cast<int>(value);
+}
+
+std::string_view Statement::Text(int column) const {
+  const void* bytes = sqlite3_column_blob(handle_, column);
+  const int size = sqlite3_column_bytes(handle_, column);
+  // Nothing is given out for an empty text, and for one for which there was no memory.
+  if (bytes == nullptr && sqlite3_errcode(sqlite3_db_handle(handle_)) == SQLITE_NOMEM) {
+    throw std::bad_alloc();
+  }
+  if (bytes == nullptr) return {};
+  return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
+}
+
+bool Statement::IsNull(int column) const {
+  return sqlite3_column_type(handle_, column) == SQLITE_NULL;
+}
+
+// --- Database
+
+Database::Database(const std::string& file, Open how, const DatabaseKind& kind) : file_(file) {
+  CheckFile(how);
+  OpenFile(how, kind);
+}
+
+Database::~Database() {
+  const CancellationDelay whole;
+  if (in_unit_) Rollback();
+  idle_.clear();
+  begin_.reset();
+  commit_.reset();
+  rollback_.reset();
+  made_.Remove();
+  handle_.reset();
+}
+
+// What SQLite would make something of, though it is no place for a register.
+void Database::CheckFile(Open how) {
+  if (file_.empty()) return;
+  if (file_.find('\0') != file_.npos) {
+    Fail(std::make_error_code(std::errc::invalid_argument).message());
+  }
+  if (IsTooLong()) {
+    Fail(fmt::format("cannot be opened: {}",
+                     std::make_error_code(std::errc::filename_too_long).message()));
+  }
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(file_, error);
+  if (std::filesystem::is_directory(status)) {
+    Fail("is a directory, not a register");
+  }
+  if (how == Open::kCreate) CheckLoneLog();
+  if (!std::filesystem::exists(status)) {
+    if (how != Open::kCreate) {
+      Fail(error ? error.message()
+                 : std::make_error_code(std::errc::no_such_file_or_directory).message());
+    }
+    if (const int refusal = made_.Make(file_)) {
+      Fail(fmt::format("cannot be opened: {}", SystemText(refusal)));
+    }
+    return;
+  }
+  if (!std::filesystem::is_regular_file(status)) Fail("no regular file");
+}
+
+// SQLite wants room for its journal's name behind that of the file, wherever it really lies.
+bool Database::IsTooLong() const {
+  constexpr size_t kJournal = 8;
+  const sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+  std::error_code error;
+  const std::filesystem::path whole =
+      std::filesystem::weakly_canonical(std::filesystem::absolute(file_, error), error);
+  return !error && system != nullptr &&
+         whole.native().size() + kJournal > static_cast<size_t>(system->mxPathname);
+}
+
+// SQLite throws the log of a file away that is not there, or empty.
+void Database::CheckLoneLog() const {
+  // Beside what a link leads to.
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::weakly_canonical(file_, error);
+  const std::string log = (error ? file_ : target.string()) + "-wal";
+  if (!HasContent(log.c_str()) || HasContent(file_.c_str())) return;
+  Fail(
+      fmt::format("is not there, or empty, and {} is: what was stored last stands in it alone. Put "
+                  "the register back beside it, or move it away",
+                  log));
+}
+
+void Database::OpenHandle(const std::string& name, int flags) {
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &opened,
+                                   flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  handle_.reset(opened);
+  if (opened == nullptr) throw std::bad_alloc();
+  if (code != SQLITE_OK) {
+    ExplainOpening(code);
+    FailWith(code);
+  }
+  // A file's tables are not trusted to be those that we made.
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+void Database::OpenFile(Open how, const DatabaseKind& kind) {
+  // In front of a name that SQLite takes for something else than a file.
+  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
+  const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
+  OpenHandle(name, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
+  if (in_memory()) {
+    Execute("PRAGMA foreign_keys = ON");
+    PrepareUnits();
+    return;
+  }
+  // Until the file is known to be ours, nothing of its log goes into it. One that SQLite makes on
+  // opening is taken away in the end.
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, HasLog() ? 1 : 0, nullptr);
+  CheckHead(kind);
+  const bool writable = sqlite3_db_readonly(handle_.get(), "main") == 0;
+  const std::string cause = writable ? FolderRefusal() : FileRefusal();
+  if (how == Open::kLook && !cause.empty()) {
+    OpenUnwritable(cause);
+  } else if (!writable) {
+    Fail(cause);
+  } else {
+    Execute("PRAGMA locking_mode = EXCLUSIVE");
+  }
+  Identify(how, kind);
+  if (!unwritable_.empty()) return;
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+  Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+  PrepareUnits();
+  Statement mode = Prepare("PRAGMA journal_mode");
+  if (mode.Step() && mode.Text(0) == "wal") FollowLog();
+}
+
+// SQLite would make its log beside the file, and look into one. Without it SQLite reads what
+// stands in the file itself, and takes no locks.
+void Database::OpenUnwritable(const std::string& cause) {
+  OpenHandle(Uri(file_, "immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  unwritable_ = cause;
+  // Others may be able to write it: it is locked against them, until it is closed.
+  sqlite3_file* file = File();
+  if (file == nullptr) FailWith(SQLITE_CANTOPEN);
+  if (const int code = file->pMethods->xLock(file, SQLITE_LOCK_SHARED)) FailWith(code);
+  const char* const name = sqlite3_db_filename(handle_.get(), "main");
+  for (const char* log : {sqlite3_filename_wal(name), sqlite3_filename_journal(name)}) {
+    std::error_code error;
+    if (std::filesystem::file_size(log, error) == 0 || error) continue;
+    Fail(
+        fmt::format("cannot be written here, and {} has to be taken over into it: copy both to a "
+                    "folder where they can be written",
+                    log));
+  }
+  Execute("PRAGMA query_only = ON");
+}
+
+// Whether the file is one of ours, and of a version that can be read.
+void Database::Identify(Open how, const DatabaseKind& kind) {
+  version_ = static_cast<int>(Value("PRAGMA user_version"));
+  const int64_t application = Value("PRAGMA application_id");
+  const bool blank =
+      application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
+  if (blank) {
+    made_.Lock();
+  } else {
+    made_.Keep();  // somebody else was faster
+  }
+  if (!blank && application != kind.application_id) Fail("the database of another program");
+  if (blank && how != Open::kCreate) Fail("the file is empty");
+  if (!blank && version_ < 1) {
+    throw DamageError(Name(), "the register is damaged: its version makes no sense");
+  }
+  if (version_ > kind.newest_version) {
+    Fail(
+        fmt::format("made by a newer version: its tables are of version {}, known are those up "
+                    "to {}",
+                    version_, kind.newest_version));
+  }
+  if (!unwritable_.empty() && version_ < kind.newest_version) {
+    Fail(
+        fmt::format("cannot be written here, and its tables of version {} have to be brought up "
+                    "to version {}: copy it to a folder where it can be written",
+                    version_, kind.newest_version));
+  }
+}
+
+sqlite3_file* Database::File() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  return file != nullptr && file->pMethods != nullptr ? file : nullptr;
+}
+
+std::string Database::FileRefusal() const {
+  const bool refused = faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) != 0;
+  const int error = errno;
+  return refused ? fmt::format("cannot be written: {}", SystemText(error)) : "cannot be written";
+}
+
+// Why the log cannot be made beside the file; empty when it can.
+std::string Database::FolderRefusal() const {
+  const char* const name = sqlite3_db_filename(handle_.get(), "main");
+  if (name == nullptr || *name == 0) return {};
+  const std::string folder = std::filesystem::path(name).parent_path().string();
+  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
+  const int error = errno;
+  return fmt::format("its folder cannot be written: {}", SystemText(error));
+}
+
+// SQLite tries to read a file that it could not make, and reports that there is none.
+void Database::ExplainOpening(int code) const {
+  if ((code & 0xFF) != SQLITE_CANTOPEN) return;
+  const int file = open(file_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+  const int error = errno;
+  if (file < 0) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
+  close(file);
+}
+
+bool Database::HasLog() const {
+  return HasContent(sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main")));
+}
+
+// Refuses another program's file, and one that was cut short, by its head alone: SQLite would
+// begin to repair it. A file that has a log beside it may be ahead of its head.
+void Database::CheckHead(const DatabaseKind& kind) const {
+  if (HasLog()) return;
+  sqlite3_file* file = File();
+  if (file == nullptr) return;
+  sqlite3_int64 size = 0;
+  if (const int code = file->pMethods->xFileSize(file, &size)) FailWith(code);
+  if (size == 0) {
+    // SQLite takes a single byte for none.
+    std::error_code error;
+    if (std::filesystem::file_size(file_, error) == 1 && !error) FailWith(SQLITE_NOTADB);
+    return;
+  }
+  unsigned char head[kHeadSize] = {};
+  const int code = file->pMethods->xRead(file, head, kHeadSize, 0);
+  if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) FailWith(code);
+  if (size < kHeadSize || std::memcmp(head, kMagic, sizeof(kMagic)) != 0) FailWith(SQLITE_NOTADB);
+
+  const uint32_t application = BigEndian(head + kApplicationIdAt, 4);
+  const uint32_t page_field = BigEndian(head + kPageSizeAt, 2);
+  const sqlite3_int64 page_size = page_field == 1 ? 65536 : page_field;
+  const bool one_page = size <= page_size;
+  const bool blank = application == 0 && BigEndian(head + kUserVersionAt, 4) == 0 && one_page;
+  if (!blank && application != static_cast<uint32_t>(kind.application_id)) {
+    Fail("the database of another program");
+  }
+  const sqlite3_int64 pages = BigEndian(head + kPageCountAt, 4);
+  const bool counted =
+      BigEndian(head + kChangeCounterAt, 4) == BigEndian(head + kValidForAt, 4) && pages > 0;
+  // A journal beside it, as a new file has one, holds what is to be put back.
+  const bool repairable =
+      HasContent(sqlite3_filename_journal(sqlite3_db_filename(handle_.get(), "main")));
+  if (counted && !repairable && size < pages * page_size) {
+    Fail(fmt::format("the file is cut short: {} bytes are left of {}", size, pages * page_size));
+  }
+}
+
+void Database::SetVersion(int version) {
+  Execute(fmt::format("PRAGMA user_version = {}", version));
+  version_ = version;
+}
+
+Statement Database::Prepare(std::string_view sql) {
+  if (auto idle = idle_.extract(sql)) return {*this, std::move(idle)};
+  sqlite3_stmt* made = nullptr;
+  const int code = sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &made, nullptr);
+  StatementHandle handle(made);
+  if (code != SQLITE_OK) FailWith(code);
+  idle_.try_emplace(sql, std::move(handle));
+  return {*this, idle_.extract(sql)};
+}
+
+void Database::Execute(const std::string& sql) {
+  const int code = sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) FailWith(code);
+}
+
+int64_t Database::Value(const std::string& sql) {
+  sqlite3_stmt* made = nullptr;
+  int code = sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &made, nullptr);
+  const StatementHandle statement(made);
+  if (code == SQLITE_OK) code = sqlite3_step(made);
+  if (code != SQLITE_ROW) FailWith(code);
+  return sqlite3_column_int64(made, 0);
+}
+
+// With NORMAL a commit reaches the log and is not waited for; the next one in FULL takes it along.
+void Database::SetDurable(bool durable) {
+  if (durable == durable_ || in_memory()) return;
+  Execute(durable ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
+  durable_ = durable;
+}
+
+std::string Database::Name() const {
+  if (in_memory()) return "register in memory";
+  std::string name = file_;
+  // It would end the message.
+  std::replace(name.begin(), name.end(), '\0', '?');
+  return name;
+}
+
+void Database::Fail(const std::string& cause) const { throw RegisterError(Name(), cause); }
+
+// In words for whom the register belongs to. What SQLite says comes with them where it tells more.
+void Database::FailWith(int code) const {
+  if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
+  const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
+  const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
+  switch (code & 0xFF) {
+    case SQLITE_NOMEM:
+      throw std::bad_alloc();
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      made_.Keep();
+      Fail("in use by another program");
+    case SQLITE_NOTADB:
+      Fail("is not a register of this program: it is no SQLite database");
+    case SQLITE_READONLY:
+      Fail(folder.empty() ? FileRefusal() : folder);
+    case SQLITE_CANTOPEN:
+      if (!folder.empty()) Fail(folder);
+      Fail(error == 0 ? "cannot be opened"
+                      : fmt::format("cannot be opened: {}", SystemText(error)));
+    case SQLITE_IOERR:
+      Fail(error == 0 ? "cannot be read or written to its end"
+                      : fmt::format("cannot be read or written to its end: {}", SystemText(error)));
+    case SQLITE_FULL:
+      Fail("the disk is full");
+    case SQLITE_CORRUPT:
+      Fail("the file is damaged");
+    case SQLITE_ERROR:
+      // What a file lacks that has our mark: "no such table: journal".
+      Fail(fmt::format("the register is damaged ({})",
+                       handle_ != nullptr ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
+    default:
+      Fail(fmt::format("SQLite failed ({})", sqlite3_errstr(code)));
+  }
+}
+
+void Database::Damaged(std::string_view what) const {
+  throw DamageError(Name(), fmt::format("the register is damaged: {} makes no sense", what));
+}
+
+}  // namespace lorimat

@@ -1,0 +1,218 @@
+// A door to SQLite: a file that is known to be one of ours, statements that are prepared once,
+// units of work. Everything that fails throws RegisterError, "FILE: cause".
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+
+#include "register/storage/new_file.h"
+#include "register/value/register_error.h"
+
+struct sqlite3;
+struct sqlite3_file;
+struct sqlite3_stmt;
+
+namespace lorimat {
+
+class Database;
+
+// What is stored can be read and makes no sense.
+class DamageError : public RegisterError {
+ public:
+  using RegisterError::RegisterError;
+};
+
+struct DatabaseCloser {
+  void operator()(sqlite3* handle) const;
+};
+struct StatementCloser {
+  void operator()(sqlite3_stmt* handle) const;
+};
+using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
+// Prepared statements that wait for their next use, by their text.
+using IdleStatements = std::unordered_map<std::string_view, StatementHandle>;
+
+// A prepared statement with its values. When it goes it is reset and kept for the next use.
+//
+//   database.Prepare("INSERT INTO logo VALUES (?, ?)").With(number, file).Run();
+//   Statement logos = database.Prepare("SELECT number, file FROM logo");
+//   while (logos.Step()) Use(logos.Integer(0), logos.Text(1));
+class Statement {
+ public:
+  // `row` is that of the idle statements, taken out.
+  Statement(Database& database, IdleStatements::node_type row)
+      : database_(&database), row_(std::move(row)), handle_(row_.mapped().get()) {}
+  ~Statement();
+  Statement(Statement&&) = default;
+  Statement& operator=(Statement&&) = delete;
+
+  // Gives the parameters their values, from the first one on: integers, flags, texts, nullptr.
+  template <typename... Values>
+  Statement& With(const Values&... values) {
+    Reset();
+    int parameter = 0;
+    (Bind(++parameter, values), ...);
+    return *this;
+  }
+  // The next row; false behind the last one.
+  bool Step();
+  // For a statement without rows, or whose rows do not matter.
+  void Run();
+
+  int64_t Integer(int column) const;
+  // An integer that fits an int; another is damage.
+  int Int(int column) const;
+  bool Flag(int column) const { return Integer(column) != 0; }
+  // Holds until the next step.
+  std::string_view Text(int column) const;
+  std::string String(int column) const { return std::string(Text(column)); }
+  bool IsNull(int column) const;
+
+ private:
+  template <typename Value>
+  void Bind(int parameter, const Value& value) {
+    if constexpr (std::is_same_v<Value, std::nullptr_t>) {
+      BindNull(parameter);
+    } else if constexpr (std::is_integral_v<Value>) {
+      BindInteger(parameter, static_cast<int64_t>(value));
+    } else {
+      BindText(parameter, value);
+    }
+  }
+  void Reset();
+  void BindNull(int parameter);
+  void BindInteger(int parameter, int64_t value);
+  void BindText(int parameter, std::string_view value);
+  void Check(int code) const;
+
+  Database* database_;
+  IdleStatements::node_type row_;
+  sqlite3_stmt* handle_;
+};
+
+// What makes a file one of ours.
+struct DatabaseKind {
+  int32_t application_id = 0;
+  int newest_version = 0;  // of the schema, above 0
+};
+
+class Database {
+ public:
+  enum class Open {
+    kCreate,  // made when it is not there
+    kLook,    // has to be there; only read where it cannot be written
+  };
+
+  // An empty name is a database in memory. A file that is not ours is refused and left as it
+  // is. A new one, and an empty file, have version 0 and no tables; a new one that no unit of work
+  // is stored in goes again.
+  Database(const std::string& file, Open how, const DatabaseKind& kind);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  const std::string& file() const { return file_; }
+  bool in_memory() const { return file_.empty(); }
+  int version() const { return version_; }
+  // Part of the unit of work that is under way.
+  void SetVersion(int version);
+
+  // `sql` has to last as long as the database: a literal.
+  Statement Prepare(std::string_view sql);
+  // One or more statements without parameters and results.
+  void Execute(const std::string& sql);
+
+  // A unit of work: all of it or nothing. One that is not durable may be lost, whole, when the
+  // computer goes down, never when only the program does.
+  void Begin(bool durable);
+  bool in_unit() const { return in_unit_; }
+  // True as far as it comes back: the unit stands. When it throws, nothing of it does, now and at
+  // the next start, but for what `doubtful` tells.
+  void Commit();
+  // Needs no memory.
+  void Rollback() noexcept;
+  // A unit failed, and its remains in the log could not be made unreadable: a later start may find
+  // it stored. No other unit begins before they are.
+  bool doubtful() const { return doubtful_; }
+
+  // "FILE: cause".
+  [[noreturn]] void Fail(const std::string& cause) const;
+  // The same for what SQLite answered.
+  [[noreturn]] void FailWith(int code) const;
+  // DamageError, for stored values that make no sense.
+  [[noreturn]] void Damaged(std::string_view what) const;
+
+ private:
+  friend class Statement;
+  void OpenHandle(const std::string& name, int flags);
+  void OpenFile(Open how, const DatabaseKind& kind);
+  void OpenUnwritable(const std::string& cause);
+  void Identify(Open how, const DatabaseKind& kind);
+  void CheckLoneLog() const;
+  void CheckFile(Open how);
+  bool IsTooLong() const;
+  void ExplainOpening(int code) const;
+  std::string Name() const;
+  sqlite3_file* File() const;
+  bool HasLog() const;
+  std::string FileRefusal() const;
+  std::string FolderRefusal() const;
+  void CheckHead(const DatabaseKind& kind) const;
+  void SetDurable(bool durable);
+  int64_t Value(const std::string& sql);
+  void PrepareUnits();
+  void FollowLog();
+  bool Step(const StatementHandle& statement, int* code) noexcept;
+  bool DropRemains() noexcept;
+  bool CountFrames() noexcept;
+  sqlite3_file* Log() const noexcept;
+
+  std::string file_;
+  std::string unwritable_;  // why it is only read; empty when it can be written
+  int version_ = 0;
+  int version_before_ = 0;  // of the unit of work
+  bool in_unit_ = false;
+  bool durable_ = true;
+  bool doubtful_ = false;
+  // The log as far as it holds what stands: its generation, which its head names, and the frames.
+  struct LogEnd {
+    std::array<unsigned char, 8> generation = {};
+    int64_t frames = -1;  // -1: not known
+  };
+  bool logged_ = false;      // commits go into a log
+  bool committed_ = false;   // since the COMMIT began
+  bool taken_back_ = false;  // since the COMMIT began
+  LogEnd log_end_;
+  std::unique_ptr<sqlite3, DatabaseCloser> handle_;
+  // Until the first unit of work stands in it, or somebody else has it. It goes ahead of the
+  // handle, whose lock keeps others out of it.
+  mutable NewFile made_;
+  // Ready to be run when nothing can be prepared.
+  StatementHandle begin_;
+  StatementHandle commit_;
+  StatementHandle rollback_;
+  IdleStatements idle_;
+};
+
+// A unit of work that is taken back unless it is committed.
+class Transaction {
+ public:
+  explicit Transaction(Database& database) : database_(database) { database_.Begin(true); }
+  ~Transaction() {
+    if (database_.in_unit()) database_.Rollback();
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit() { database_.Commit(); }
+
+ private:
+  Database& database_;
+};
+
+}  // namespace lorimat

@@ -1,0 +1,184 @@
+// Units of work: how they begin, are committed, and leave nothing behind when they fail.
+//
+// SQLite writes a unit into the log, complete with the mark of its commit, and only then notes it
+// in memory and, for a durable one, waits for the disk. When the last two fail it says so and goes
+// on with the state before. The next start, though, would find the mark and take the unit for
+// valid. So its remains are made unreadable at once, and where that fails too, nothing more is
+// stored until it succeeds.
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
+
+#include "register/storage/database.h"
+
+namespace lorimat {
+namespace {
+
+// The head of a log, and of each frame in it, which a page follows
+// (https://www.sqlite.org/fileformat2.html, 4.1).
+constexpr int kLogHeadSize = 32;
+constexpr int kFrameHeadSize = 24;
+constexpr size_t kLogPageSizeAt = 8;
+constexpr size_t kGenerationAt = 16;
+using LogHead = std::array<unsigned char, kLogHeadSize>;
+
+// Taken over into the file from so many frames on.
+constexpr int64_t kLongLog = 1000;
+
+bool ReadHead(sqlite3_file* log, LogHead* head) noexcept {
+  return log->pMethods->xRead(log, head->data(), kLogHeadSize, 0) == SQLITE_OK;
+}
+
+template <size_t size>
+void CopyGeneration(const LogHead& head, std::array<unsigned char, size>* generation) {
+  std::copy_n(head.begin() + kGenerationAt, size, generation->begin());
+}
+
+}  // namespace
+
+// What a unit needs to begin and to end is there before it begins: also without memory one that
+// fails can be taken back.
+void Database::PrepareUnits() {
+  const auto prepare = [this](const char* sql) {
+    sqlite3_stmt* made = nullptr;
+    const int code =
+        sqlite3_prepare_v3(handle_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &made, nullptr);
+    StatementHandle handle(made);
+    if (code != SQLITE_OK) FailWith(code);
+    return handle;
+  };
+  begin_ = prepare("BEGIN IMMEDIATE");
+  commit_ = prepare("COMMIT");
+  rollback_ = prepare("ROLLBACK");
+  sqlite3_rollback_hook(
+      handle_.get(), [](void* self) { static_cast<Database*>(self)->taken_back_ = true; }, this);
+}
+
+// Learns of each commit that stands, and how far the log reaches with it. SQLite asks the hook
+// when nothing of the commit can fail any more, whatever it answers then.
+void Database::FollowLog() {
+  logged_ = true;
+  sqlite3_wal_hook(
+      handle_.get(),
+      [](void* self, sqlite3*, const char*, int frames) {
+        auto* database = static_cast<Database*>(self);
+        database->committed_ = true;
+        LogHead head;
+        sqlite3_file* const log = database->Log();
+        const bool known = log != nullptr && ReadHead(log, &head);
+        if (known) CopyGeneration(head, &database->log_end_.generation);
+        database->log_end_.frames = known ? frames : -1;
+        return SQLITE_OK;
+      },
+      this);
+  static_cast<void>(CountFrames());
+}
+
+sqlite3_file* Database::Log() const noexcept {
+  sqlite3_file* log = nullptr;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
+  return log != nullptr && log->pMethods != nullptr ? log : nullptr;
+}
+
+// How many frames stand, by a checkpoint, outside of a unit. False when it cannot be found out.
+bool Database::CountFrames() noexcept {
+  int frames = -1;
+  const int code =
+      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, &frames, nullptr);
+  if (code != SQLITE_OK || frames < 0) return false;
+  LogHead head = {};
+  sqlite3_file* const log = Log();
+  if (frames > 0 && (log == nullptr || !ReadHead(log, &head))) return false;
+  CopyGeneration(head, &log_end_.generation);
+  log_end_.frames = frames;
+  return true;
+}
+
+// Makes unreadable what stands in the log behind the last commit. False when that, or waiting for
+// the disk to have it, fails.
+bool Database::DropRemains() noexcept {
+  if (!logged_) return true;
+  sqlite3_file* const log = Log();
+  if (log == nullptr) return true;
+  sqlite3_int64 size = 0;
+  if (log->pMethods->xFileSize(log, &size) != SQLITE_OK) return false;
+  if (size <= kLogHeadSize) {
+    return !doubtful_ || log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) == SQLITE_OK;
+  }
+  LogHead head;
+  if (!ReadHead(log, &head)) return false;
+  if (log_end_.frames < 0 && !CountFrames()) return false;
+  // Another generation is that of the unit itself, which began the log anew when all that it held
+  // had been taken over into the file.
+  sqlite3_int64 end = kLogHeadSize;
+  if (std::equal(log_end_.generation.begin(), log_end_.generation.end(),
+                 head.begin() + kGenerationAt)) {
+    sqlite3_int64 page = 0;
+    for (size_t at = kLogPageSizeAt; at < kLogPageSizeAt + 4; ++at) page = page << 8 | head[at];
+    end += log_end_.frames * (kFrameHeadSize + page);
+  }
+  if (size <= end && !doubtful_) return true;
+  if (size > end && log->pMethods->xTruncate(log, end) != SQLITE_OK) {
+    // A frame of page 0 ends the log as well.
+    constexpr char kNoFrame[kFrameHeadSize] = {};
+    if (log->pMethods->xWrite(log, kNoFrame, kFrameHeadSize, end) != SQLITE_OK) return false;
+  }
+  return log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) == SQLITE_OK;
+}
+
+bool Database::Step(const StatementHandle& statement, int* code) noexcept {
+  *code = sqlite3_step(statement.get());
+  sqlite3_reset(statement.get());
+  return *code == SQLITE_DONE;
+}
+
+void Database::Begin(bool durable) {
+  if (!unwritable_.empty()) Fail(unwritable_);
+  // One that could not be taken back the last time.
+  if (sqlite3_get_autocommit(handle_.get()) == 0) Rollback();
+  if (doubtful_) {
+    if (doubtful_ = !DropRemains(); doubtful_) {
+      Fail(
+          "its log cannot be put in order after a failure, and nothing more is stored until it is");
+    }
+  }
+  SetDurable(durable);
+  int code = SQLITE_OK;
+  if (!Step(begin_, &code)) FailWith(code);
+  in_unit_ = true;
+  version_before_ = version_;
+}
+
+void Database::Commit() {
+  committed_ = false;
+  taken_back_ = false;
+  int code = SQLITE_OK;
+  const bool done = Step(commit_, &code);
+  // What counts is what has happened: a failure behind the commit changes nothing of it.
+  const bool over = sqlite3_get_autocommit(handle_.get()) != 0;
+  const bool stands = logged_ ? committed_ : done || (over && !taken_back_);
+  // A unit that changed no page is none for the log.
+  if (stands || done) {
+    in_unit_ = false;
+    made_.Keep();
+    // Another time, if it cannot be done now.
+    if (logged_ && log_end_.frames >= kLongLog) {
+      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    }
+    return;
+  }
+  Rollback();
+  doubtful_ = !DropRemains();
+  FailWith(code);
+}
+
+void Database::Rollback() noexcept {
+  // Behind some failures SQLite has done it already.
+  int code = SQLITE_OK;
+  if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
+  if (in_unit_) version_ = version_before_;
+  in_unit_ = false;
+}
+
+}  // namespace lorimat

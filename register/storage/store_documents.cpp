@@ -1,0 +1,265 @@
+// Documents, journal and closings as rows.
+#include <utility>
+
+#include "register/storage/store.h"
+#include "register/storage/store_facts.h"
+#include "register/storage/store_rows.h"
+#include "register/value/record.h"
+
+namespace lorimat {
+namespace {
+
+// The ends of a span of minutes as numbers of times.
+int64_t MinuteStart(const std::tm& time) { return TimeNumber(time) / 100 * 100; }
+int64_t MinuteEnd(const std::tm& time) { return MinuteStart(time) + 99; }
+
+constexpr int64_t kFirstTime = 0;
+constexpr int64_t kLastTime = 99'999'999'999'999;
+
+}  // namespace
+
+// --- Documents
+
+void RegisterStore::InsertDocument(const StoredDocument& document) {
+  database_.Prepare("INSERT INTO document VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+      .With(document.id, static_cast<int>(document.kind), document.closure, document.number,
+            TimeNumber(document.time), document.operator_number, document.total, document.not_paid,
+            document.change, document.discounts, document.surcharges, document.lottery_code,
+            document.referred_closure, document.referred_number, SumsRecord(document))
+      .Run();
+  {
+    Statement insert = database_.Prepare(
+        "INSERT INTO document_line VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    int place = 0;
+    for (const DocumentLine& line : document.lines) {
+      insert
+          .With(document.id, ++place, line.kind, line.adjustment_type, line.description,
+                line.article, line.department, line.vat, line.quantity, line.unit_price,
+                line.amount, line.quantity_taken_back, line.taken_back)
+          .Run();
+    }
+  }
+  {
+    Statement insert = database_.Prepare("INSERT INTO document_payment VALUES (?, ?, ?, ?)");
+    int place = 0;
+    for (const DocumentPayment& payment : document.payments) {
+      insert.With(document.id, ++place, payment.tender, payment.amount).Run();
+    }
+  }
+  if (document.kind == DocumentKind::kSale && !document.lottery_code.empty()) {
+    database_.Prepare("INSERT INTO lottery_waiting VALUES (?)").With(document.id).Run();
+  }
+}
+
+std::optional<StoredDocument> RegisterStore::Find(int closure, int number) const {
+  Statement row =
+      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                        " FROM document WHERE kind <> 1 AND closure = ? AND number = ?");
+  if (!row.With(closure, number).Step()) return std::nullopt;
+  StoredDocument document = ReadDocument(database_, row);
+  ReadDetails(database_, &document);
+  return document;
+}
+
+std::optional<StoredDocument> RegisterStore::FindLast() const {
+  Statement row = database_.Prepare(
+      "SELECT " LORIMAT_DOCUMENT_COLUMNS
+      " FROM document WHERE kind <> 1 ORDER BY closure DESC, number DESC LIMIT 1");
+  if (!row.Step()) return std::nullopt;
+  StoredDocument document = ReadDocument(database_, row);
+  ReadDetails(database_, &document);
+  return document;
+}
+
+std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) const {
+  Statement rows =
+      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                        " FROM document WHERE kind IN (2, 3) AND referred_closure <> 0 AND "
+                        "referred_closure = ? AND referred_number = ?");
+  rows.With(closure, number);
+  std::optional<PaidBack> sum;
+  while (rows.Step()) {
+    if (!sum) sum.emplace();
+    const StoredDocument document = ReadDocument(database_, rows);
+    AddTo(&sum->total, document.total);
+    for (const auto& [vat, gross] : document.by_vat) AddTo(&sum->by_vat[vat], gross);
+  }
+  return sum;
+}
+
+std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
+  Statement row =
+      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS " FROM document WHERE id = ?");
+  if (!row.With(id).Step()) return std::nullopt;
+  StoredDocument document = ReadDocument(database_, row);
+  ReadDetails(database_, &document);
+  return document;
+}
+
+void RegisterStore::ForEachDocument(const DocumentSelection& selection,
+                                    const std::function<bool(const StoredDocument&)>& each) const {
+  const bool by_time = selection.from || selection.to;
+  Statement rows = by_time
+                       ? database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                                           " FROM document WHERE +id >= ? AND time BETWEEN ? AND ? "
+                                           "ORDER BY +id")
+                       : database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                                           " FROM document WHERE id >= ? ORDER BY id");
+  if (by_time) {
+    rows.With(selection.first, selection.from ? MinuteStart(*selection.from) : kFirstTime,
+              selection.to ? MinuteEnd(*selection.to) : kLastTime);
+  } else {
+    rows.With(selection.first);
+  }
+  while (rows.Step()) {
+    StoredDocument document = ReadDocument(database_, rows);
+    if (selection.details) ReadDetails(database_, &document);
+    if (!each(document)) return;
+  }
+}
+
+std::vector<StoredDocument> RegisterStore::documents() const {
+  std::vector<StoredDocument> all;
+  DocumentSelection selection;
+  selection.details = true;
+  ForEachDocument(selection, [&all](const StoredDocument& document) {
+    all.push_back(document);
+    return true;
+  });
+  return all;
+}
+
+std::vector<StoredDocument> RegisterStore::PendingLottery() const {
+  std::vector<StoredDocument> found;
+  Statement rows = database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
+                                     " FROM document WHERE id IN (SELECT lottery_waiting.document "
+                                     "FROM lottery_waiting) ORDER BY id");
+  while (rows.Step()) found.push_back(ReadDocument(database_, rows));
+  return found;
+}
+
+std::vector<StoredDocument> RegisterStore::Lottery(int from_closure, int from_number,
+                                                   int to_closure, int to_number) const {
+  std::vector<StoredDocument> found;
+  Statement rows = database_.Prepare(
+      "SELECT " LORIMAT_DOCUMENT_COLUMNS
+      " FROM document WHERE lottery_code <> '' AND kind = 0 AND "
+      "(closure, number) >= (?, ?) AND (closure, number) <= (?, ?) ORDER BY closure, number");
+  rows.With(from_closure, from_number, to_closure, to_number);
+  while (rows.Step()) found.push_back(ReadDocument(database_, rows));
+  return found;
+}
+
+// --- Journal
+
+void RegisterStore::AddToJournal(JournalEntry entry) {
+  BeginWrite();
+  std::string facts;
+  if (entry.document != 0 && entry.document == last_facts_of_) {
+    facts = last_facts_;
+  } else if (entry.document != 0) {
+    // Registered before the register was switched on again.
+    const std::optional<StoredDocument> document = FindById(entry.document);
+    if (!document) database_.Damaged("document");
+    facts = DocumentFacts(*document);
+  }
+  InsertEntry(std::move(entry), facts);
+}
+
+void RegisterStore::InsertEntry(JournalEntry entry, const std::string& facts) {
+  entry.closure = ledger_.last_closure + 1;
+  const int64_t place = ledger_.journal_place + 1;
+  entry.hash = EntryHash(ledger_.journal_hash, static_cast<uint64_t>(place), entry, facts);
+  database_.Prepare("INSERT INTO journal VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
+      .With(place, static_cast<int>(entry.kind), entry.closure, entry.number,
+            TimeNumber(entry.time), entry.document, JoinLines(entry.lines), entry.hash)
+      .Run();
+  ledger_.journal_place = place;
+  ledger_.journal_hash = std::move(entry.hash);
+}
+
+void RegisterStore::ForEachEntry(
+    const JournalSelection& selection,
+    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
+  Statement rows = selection.by_date
+                       ? database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS
+                                           " FROM journal WHERE time BETWEEN ? AND ? "
+                                           "ORDER BY +place")
+                       : database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS
+                                           " FROM journal WHERE closure BETWEEN ? AND ? "
+                                           "ORDER BY closure, place");
+  if (selection.by_date) {
+    rows.With(MinuteStart(selection.from), MinuteEnd(selection.to));
+  } else {
+    rows.With(selection.from_closure, selection.to_closure);
+  }
+  while (rows.Step()) {
+    const JournalEntry entry = ReadEntry(database_, rows);
+    if (!Selects(selection, entry)) continue;
+    if (!each(static_cast<uint64_t>(rows.Integer(0)), entry)) return;
+  }
+}
+
+std::optional<JournalEntry> RegisterStore::FindEntry(uint64_t place) const {
+  Statement row =
+      database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal WHERE place = ?");
+  row.With(static_cast<int64_t>(place));
+  if (!row.Step()) return std::nullopt;
+  return ReadEntry(database_, row);
+}
+
+void RegisterStore::ForEveryEntry(
+    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
+  Statement rows =
+      database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal ORDER BY place");
+  while (rows.Step()) {
+    const JournalEntry entry = ReadEntry(database_, rows);
+    if (!each(static_cast<uint64_t>(rows.Integer(0)), entry)) return;
+  }
+}
+
+std::vector<JournalEntry> RegisterStore::journal() const {
+  std::vector<JournalEntry> all;
+  ForEveryEntry([&all](uint64_t, const JournalEntry& entry) {
+    all.push_back(entry);
+    return true;
+  });
+  return all;
+}
+
+// --- Closings
+
+std::vector<Closure> RegisterStore::FindClosures(int from, int to) const {
+  std::vector<Closure> found;
+  Statement rows = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
+                                     " FROM closure WHERE number BETWEEN ? AND ? ORDER BY number");
+  rows.With(from, to);
+  while (rows.Step()) found.push_back(ReadClosure(database_, rows));
+  return found;
+}
+
+std::vector<Closure> RegisterStore::FindClosures(const std::tm& from, const std::tm& to) const {
+  std::vector<Closure> found;
+  Statement rows = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
+                                     " FROM closure WHERE time BETWEEN ? AND ? ORDER BY number");
+  rows.With(MinuteStart(from), MinuteEnd(to));
+  while (rows.Step()) found.push_back(ReadClosure(database_, rows));
+  return found;
+}
+
+std::optional<Closure> RegisterStore::LastClosure() const {
+  Statement row = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
+                                    " FROM closure ORDER BY number DESC LIMIT 1");
+  if (!row.Step()) return std::nullopt;
+  return ReadClosure(database_, row);
+}
+
+std::optional<Closure> RegisterStore::FirstPending() const {
+  Statement row = database_.Prepare(
+      "SELECT " LORIMAT_CLOSURE_COLUMNS
+      " FROM closure WHERE number = (SELECT min(summary_waiting.closure) FROM summary_waiting)");
+  if (!row.Step()) return std::nullopt;
+  return ReadClosure(database_, row);
+}
+
+}  // namespace lorimat

@@ -1,0 +1,24 @@
+#include "register/tables/device_setup.h"
+
+#include "register/value/record.h"
+
+namespace lorimat {
+
+std::string ToRecord(const ClockSetBack& back) {
+  RecordWriter record;
+  record.Number(back.from).Number(back.to).Number(back.document).Number(back.closure);
+  return record.Take();
+}
+
+std::optional<ClockSetBack> ReadClockSetBack(std::string_view text) {
+  RecordReader record(text);
+  ClockSetBack back;
+  back.from = record.Number();
+  back.to = record.Number();
+  back.document = record.Number();
+  back.closure = record.Number();
+  if (!record.done()) return std::nullopt;
+  return back;
+}
+
+}  // namespace lorimat

@@ -1,0 +1,114 @@
+// Totals as a text: each kind of document with its sums, tables by key.
+#include <utility>
+
+#include "register/totals/totals.h"
+#include "register/value/record.h"
+
+namespace lorimat {
+namespace {
+
+void Put(int64_t value, RecordWriter* record) { record->Number(value); }
+void Put(const std::string& value, RecordWriter* record) { record->Text(value); }
+void Put(const DepartmentSum& value, RecordWriter* record) {
+  record->Number(value.quantity).Number(value.amount);
+}
+void Put(const VatFigures& value, RecordWriter* record) {
+  for (const Amount amount : value) record->Number(amount);
+}
+
+void Take(RecordReader* record, int* value) { *value = record->Int(); }
+void Take(RecordReader* record, int64_t* value) { *value = record->Number(); }
+void Take(RecordReader* record, std::string* value) { *value = record->Text(); }
+void Take(RecordReader* record, DepartmentSum* value) {
+  value->quantity = record->Number();
+  value->amount = record->Number();
+}
+void Take(RecordReader* record, VatFigures* value) {
+  for (Amount& amount : *value) amount = record->Number();
+}
+
+template <typename Key, typename Value>
+void PutTable(const std::map<Key, Value>& table, RecordWriter* record) {
+  record->Number(static_cast<int64_t>(table.size()));
+  for (const auto& [key, value] : table) {
+    Put(key, record);
+    Put(value, record);
+  }
+}
+
+template <typename Key, typename Value>
+void TakeTable(RecordReader* record, std::map<Key, Value>* table) {
+  for (int64_t left = record->Number(); left > 0 && record->good(); --left) {
+    Key key = {};
+    Value value = {};
+    Take(record, &key);
+    Take(record, &value);
+    table->emplace_hint(table->end(), std::move(key), std::move(value));
+  }
+}
+
+}  // namespace
+
+std::string Totals::ToRecord() const {
+  RecordWriter record;
+  for (const KindTotals& kind : kinds_) {
+    record.Number(kind.documents).Number(kind.total).Number(kind.not_paid);
+    record.Number(kind.discounts).Number(kind.surcharges);
+    PutTable(kind.by_vat, &record);
+    PutTable(kind.by_department, &record);
+    PutTable(kind.sold_by_department, &record);
+    PutTable(kind.by_tender, &record);
+    PutTable(kind.tender_counts, &record);
+    PutTable(kind.by_operator, &record);
+    PutTable(kind.operator_counts, &record);
+  }
+  return record.Take();
+}
+
+bool Totals::FromRecord(std::string_view text, Totals* totals) {
+  RecordReader record(text);
+  Totals read;
+  for (KindTotals& kind : read.kinds_) {
+    kind.documents = record.Int();
+    kind.total = record.Number();
+    kind.not_paid = record.Number();
+    kind.discounts = record.Number();
+    kind.surcharges = record.Number();
+    TakeTable(&record, &kind.by_vat);
+    TakeTable(&record, &kind.by_department);
+    TakeTable(&record, &kind.sold_by_department);
+    TakeTable(&record, &kind.by_tender);
+    TakeTable(&record, &kind.tender_counts);
+    TakeTable(&record, &kind.by_operator);
+    TakeTable(&record, &kind.operator_counts);
+  }
+  if (!record.done()) return false;
+  *totals = std::move(read);
+  return true;
+}
+
+// --- The sums of a document, likewise.
+
+std::string SumsRecord(const StoredDocument& document) {
+  RecordWriter record;
+  PutTable(document.by_vat, &record);
+  PutTable(document.figures, &record);
+  PutTable(document.by_department, &record);
+  PutTable(document.sold_by_department, &record);
+  PutTable(document.by_tender, &record);
+  PutTable(document.tender_counts, &record);
+  return record.Take();
+}
+
+bool ReadSums(std::string_view text, StoredDocument* document) {
+  RecordReader record(text);
+  TakeTable(&record, &document->by_vat);
+  TakeTable(&record, &document->figures);
+  TakeTable(&record, &document->by_department);
+  TakeTable(&record, &document->sold_by_department);
+  TakeTable(&record, &document->by_tender);
+  TakeTable(&record, &document->tender_counts);
+  return record.done();
+}
+
+}  // namespace lorimat
