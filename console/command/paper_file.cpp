@@ -18,27 +18,29 @@ PaperFile::PaperFile(const std::string& file, Streams& streams) : name_(file), s
     name_.clear();
     return;
   }
-  constexpr int kFlags = O_WRONLY | O_CREAT | O_CLOEXEC;
-  file_ = Descriptor(open(name_.c_str(), kFlags | O_EXCL, 0666));
-  made_ = file_.is_open();
-  if (!made_ && errno == EEXIST) file_ = Descriptor(open(name_.c_str(), kFlags, 0666));
-  if (!file_.is_open()) {
-    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
+  other_ = Descriptor(open(name_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+  struct stat status = {};
+  if (!other_.is_open()) {
+    if (errno != ENOENT) Fail(errno);
+  } else if (fstat(other_.get(), &status) != 0) {
+    Fail(errno);
+  } else if (!S_ISREG(status.st_mode)) {
+    return;
+  }
+  file_.emplace();
+  const int error = file_->Make(name_);
+  // A file that lost its name is reached by its descriptor alone.
+  const bool named = !other_.is_open() || file_->Replaces(status);
+  if (named && error != 0) Fail(error);
+  if (named) {
+    other_ = Descriptor();
+  } else {
+    file_.reset();
   }
 }
 
-PaperFile::~PaperFile() {
-  if (made_ && file_.is_open()) remove();
-}
-
-// The name may mean another file by now: the lines of a run can change the folder.
-void PaperFile::remove() const {
-  struct stat named;
-  struct stat own;
-  if (stat(name_.c_str(), &named) == 0 && fstat(file_.get(), &own) == 0 &&
-      named.st_dev == own.st_dev && named.st_ino == own.st_ino && S_ISREG(own.st_mode)) {
-    unlink(name_.c_str());
-  }
+void PaperFile::Fail(int error) const {
+  throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(error)));
 }
 
 void PaperFile::write(std::string_view paper) {
@@ -46,15 +48,21 @@ void PaperFile::write(std::string_view paper) {
     streams_.output(paper);
     return;
   }
+  if (file_) {
+    int error = file_->Write(paper);
+    if (error != 0) Fail(error);
+    error = file_->SyncName();
+    if (error == 0) return;
+    throw Failure(
+        tr("{}: the paper is there and whole, and its name may not have reached the "
+           "disk: {}",
+           shown(name_), system_message(error)));
+  }
   struct stat status;
-  const bool regular = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
-  if ((regular && ftruncate(file_.get(), 0) != 0) || !write_all(file_.get(), paper)) {
-    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
-  }
+  const bool regular = fstat(other_.get(), &status) == 0 && S_ISREG(status.st_mode);
+  if ((regular && ftruncate(other_.get(), 0) != 0) || !write_all(other_.get(), paper)) Fail(errno);
   // close tells of what a network's or a quota's file system could not keep.
-  if (close(file_.release()) != 0 && errno != EINTR) {
-    throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(errno)));
-  }
+  if (close(other_.release()) != 0 && errno != EINTR) Fail(errno);
 }
 
 }  // namespace lorimat::console

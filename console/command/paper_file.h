@@ -1,33 +1,37 @@
 // Where the paper goes: a file, or standard output.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "console/terminal/streams.h"
+#include "console/replacing_file.h"
 
 namespace lorimat::console {
 
 class PaperFile {
  public:
-  // Opens the file, so that a run does not start whose paper could not be kept; what the file
-  // holds stays until the paper is written. Throws Failure when it cannot be opened.
+  // Makes the file, so that a run does not start whose paper could not be kept. It takes its name
+  // when the paper is written: a file that has the name by now stays whole till then. What is no
+  // ordinary file, a pipe or a device, is opened and written as it is. Throws Failure when that
+  // cannot be done.
   PaperFile(const std::string& file, Streams& streams);
-  // Takes away a file that was made and got no paper.
-  ~PaperFile();
   PaperFile(const PaperFile&) = delete;
   PaperFile& operator=(const PaperFile&) = delete;
 
+  // Whether it is waited for as long as a reader pleases: standard output, a pipe.
+  bool has_reader() const { return name_.empty() || !file_; }
   // Writes the whole paper; throws Failure, which is ReaderGone for standard output that nobody
-  // reads.
+  // reads. Behind a Failure an ordinary file is what it was.
   void write(std::string_view paper);
 
  private:
-  void remove() const;
+  [[noreturn]] void Fail(int error) const;
 
-  std::string name_;
-  Descriptor file_;
-  bool made_ = false;  // and has no paper yet
+  std::string name_;  // empty for standard output
+  std::optional<ReplacingFile> file_;
+  Descriptor other_;  // what is no ordinary file
   Streams& streams_;
 };
 

@@ -154,6 +154,9 @@ Codici di uscita:
   2  uso sbagliato, o il file non si può leggere o la stampa non si può scrivere
 )"},
 
+      {"{}: the paper is there and whole, and its name may not have reached the disk: {}",
+       "{}: la stampa c'è ed è intera, ma il suo nome potrebbe non essere arrivato sul disco: {}"},
+
       // journal
       {"List, show and verify a register's journal",
        "Elenca, mostra e verifica il giornale di un registratore"},

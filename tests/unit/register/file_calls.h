@@ -1,5 +1,5 @@
 // What the system is asked for files, for tests that want to see it or have it fail: the program's
-// own fsync and close take the places of the library's.
+// own fsync, close and linkat take the places of the library's.
 #pragma once
 
 #include <functional>
@@ -7,8 +7,8 @@
 
 namespace lorimat {
 
-// While one is there, it is told each call with the file's whole name; when it answers an error
-// number, the call fails with it. A close that fails has closed all the same.
+// While one is there, it is told each call with the file's whole name, of linkat the folder's; when
+// it answers an error number, the call fails with it. A close that fails has closed all the same.
 class FileCalls {
  public:
   using Watcher = std::function<int(const char* call, const std::string& file)>;
