@@ -14,6 +14,7 @@
 #include "console/terminal/notices.h"
 #include "register/inspect/register_file.h"
 #include "register/paper/picture.h"
+#include "console/terminal/interrupt.h"
 
 namespace lorimat::console {
 namespace {
@@ -32,6 +33,7 @@ the text is written only if --paper asks for it; "-" is standard output.
 Exit codes:
   0  the paper was written
   2  wrong use, or the file cannot be read or the paper not be written
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
 }  // namespace
@@ -60,20 +62,26 @@ int paper_command(const PaperOptions& options, Streams& streams) {
   if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {
     places.push_back(
         {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
-         [&roll] { return roll.text(); }});
+         [&roll](const auto&) { return roll.text(); },
+         false});
   }
   if (!options.png.empty()) {
-    places.push_back(
-        {{options.png, "--png", tr("the PNG")}, [&roll] { return lorimat::RenderPng(roll); }});
+    places.push_back({{options.png, "--png", tr("the PNG")}, [&roll](const auto& progress) {
+                        return lorimat::RenderPng(roll, progress);
+                      }});
   }
   if (!options.pdf.empty()) {
-    places.push_back(
-        {{options.pdf, "--pdf", tr("the PDF")}, [&roll] { return lorimat::RenderPdf(roll); }});
+    places.push_back({{options.pdf, "--pdf", tr("the PDF")}, [&roll](const auto& progress) {
+                        return lorimat::RenderPdf(roll, progress);
+                      }});
   }
   require_apart(names_of(places), register_files(file));
   const bool caller_wants_error = ignore_broken_pipe();
   const PaperPlaces::Outcome outcome = PaperPlaces(std::move(places), streams).write();
-  if (!outcome.reader_gone) return outcome.failed ? kExitNotDone : kExitGood;
+  if (!outcome.reader_gone) {
+    if (outcome.failed) return kExitNotDone;
+    return outcome.stopped ? interrupt_exit() : kExitGood;
+  }
   if (!outcome.failed && !caller_wants_error) return kExitReaderGone;
   tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
   return kExitNotDone;

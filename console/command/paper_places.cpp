@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <utility>
 
 #include "console/message/failure.h"
@@ -9,6 +10,9 @@
 #include "console/message/text.h"
 #include "console/terminal/notices.h"
 #include "register/paper/picture.h"
+#include "console/terminal/interrupt.h"
+#include "console/terminal/progress.h"
+#include "console/message/translate.h"
 
 namespace lorimat::console {
 
@@ -23,14 +27,35 @@ PaperPlaces::PaperPlaces(std::vector<PaperPlace> places, Streams& streams)
   for (const PaperPlace& place : places_) files_.emplace_back(place.name.name, streams);
 }
 
+void PaperPlaces::WriteOne(const PaperPlace& place, PaperFile& file) {
+  std::optional<InterruptWatch> watch;
+  if (place.is_picture) watch.emplace();
+  std::optional<Progress> bar;
+  const std::string content = place.content([&](size_t done, size_t all) {
+    if (interrupt_count != signals_before_) return false;
+    if (!bar) bar.emplace(streams_, true, all, Progress::Shows::kLines);
+    bar->update(done);
+    return interrupt_count == signals_before_;
+  });
+  bar.reset();
+  // A reader that lets it wait is no reason to stay: then a signal ends the program as ever.
+  if (file.has_reader()) watch.reset();
+  file.write(content);
+}
+
 PaperPlaces::Outcome PaperPlaces::write() {
   Outcome outcome;
+  signals_before_ = interrupt_count;
   auto file = files_.begin();
   for (const PaperPlace& place : places_) {
     try {
-      (file++)->write(place.content());
+      WriteOne(place, *file++);
     } catch (const ReaderGone&) {
       outcome.reader_gone = true;
+    } catch (const lorimat::PictureStopped&) {
+      outcome.stopped = true;
+      tell_error(streams_,
+                 tr("{}: not written, stopped by {}", shown(place.name.name), interrupt_name()));
     } catch (const lorimat::PictureError& error) {
       outcome.failed = true;
       tell_error(streams_,

@@ -9,12 +9,15 @@
 #include "console/command/output_names.h"
 #include "console/command/paper_file.h"
 #include "console/terminal/streams.h"
+#include "register/paper/picture.h"
 
 namespace lorimat::console {
 
 struct PaperPlace {
   OutputName name;
-  std::function<std::string()> content;
+  // A text may leave the progress alone; a picture throws PictureStopped.
+  std::function<std::string(const lorimat::PictureProgress&)> content;
+  bool is_picture = true;
 };
 
 // The names of the places, for require_apart.
@@ -29,14 +32,19 @@ class PaperPlaces {
   struct Outcome {
     bool failed = false;       // a paper could not be drawn or written, which has been told
     bool reader_gone = false;  // nobody reads standard output any more, which has not been told
+    bool stopped = false;      // a signal came while a picture was drawn, which has been told
   };
-  // Writes them all: one that fails keeps no other from its paper. SIGPIPE has to be ignored.
+  // Writes them all: one that fails keeps no other from its paper. A signal of interrupt.h that
+  // comes meanwhile stops the pictures: their files stay what they were. SIGPIPE has to be ignored.
   Outcome write();
 
  private:
+  void WriteOne(const PaperPlace& place, PaperFile& file);
+
   std::vector<PaperPlace> places_;
   std::list<PaperFile> files_;
   Streams& streams_;
+  int signals_before_ = 0;
 };
 
 }  // namespace lorimat::console

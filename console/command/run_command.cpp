@@ -229,14 +229,15 @@ std::vector<PaperPlace> paper_places(const RunOptions& options,
                                      const std::optional<RegisterClient>& client) {
   std::vector<PaperPlace> places = {
       {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
-       [&client] { return client->paper(); }}};
+       [&client](const auto&) { return client->paper(); },
+       false}};
   if (!options.png.empty()) {
-    places.push_back(
-        {{options.png, "--png", tr("the PNG")}, [&client] { return client->paper_png(); }});
+    places.push_back({{options.png, "--png", tr("the PNG")},
+                      [&client](const auto& progress) { return client->paper_png(progress); }});
   }
   if (!options.pdf.empty()) {
-    places.push_back(
-        {{options.pdf, "--pdf", tr("the PDF")}, [&client] { return client->paper_pdf(); }});
+    places.push_back({{options.pdf, "--pdf", tr("the PDF")},
+                      [&client](const auto& progress) { return client->paper_pdf(progress); }});
   }
   return places;
 }
@@ -318,8 +319,9 @@ int run_command(const RunOptions& options, Streams& streams) {
   const std::string trace_failure = streams.trace_failure();
   if (!trace_failure.empty()) tell_error(streams, trace_failure);
   const bool all_written = !outcome.failed && trace_failure.empty();
-  if (!all_written || outcome.reader_gone) tell_what_is_kept(options, streams);
+  if (!all_written || outcome.reader_gone || outcome.stopped) tell_what_is_kept(options, streams);
   if (!kept || !all_written) return kExitNotDone;
+  if (outcome.stopped) return interrupt_exit();
   return outcome.reader_gone ? kExitReaderGone : code;
 }
 

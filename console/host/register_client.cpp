@@ -164,9 +164,13 @@ const lorimat::Paper& RegisterClient::printed() const { return device_->Printed(
 
 std::string RegisterClient::paper() const { return device_->Printed().text(); }
 
-std::string RegisterClient::paper_png() const { return lorimat::RenderPng(device_->Printed()); }
+std::string RegisterClient::paper_png(const lorimat::PictureProgress& progress) const {
+  return lorimat::RenderPng(device_->Printed(), progress);
+}
 
-std::string RegisterClient::paper_pdf() const { return lorimat::RenderPdf(device_->Printed()); }
+std::string RegisterClient::paper_pdf(const lorimat::PictureProgress& progress) const {
+  return lorimat::RenderPdf(device_->Printed(), progress);
+}
 
 void RegisterClient::on_line(std::function<void()> callback) {
   device_->set_on_line(std::move(callback));

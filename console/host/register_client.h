@@ -9,10 +9,10 @@
 #include <string_view>
 
 #include "console/terminal/streams.h"
+#include "register/paper/picture.h"
 
 class RtfClientInterface;
 namespace lorimat {
-class Paper;
 struct Refusal;
 class VirtualRegister;
 }  // namespace lorimat
@@ -48,9 +48,10 @@ class RegisterClient {
   // line.
   const lorimat::Paper& printed() const;
   std::string paper() const;
-  // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError.
-  std::string paper_png() const;
-  std::string paper_pdf() const;
+  // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError and
+  // lorimat::PictureStopped.
+  std::string paper_png(const lorimat::PictureProgress& progress) const;
+  std::string paper_pdf(const lorimat::PictureProgress& progress) const;
 
   // Called for each command line that reaches the translator; null ends that.
   void on_line(std::function<void()> callback);

@@ -137,6 +137,7 @@ the text is written only if --paper asks for it; "-" is standard output.
 Exit codes:
   0  the paper was written
   2  wrong use, or the file cannot be read or the paper not be written
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )",
        R"(Esempi:
   lorimat paper --register shop.register
@@ -152,10 +153,13 @@ Il registratore conserva la fine del rotolo; "lorimat journal" ha tutti i docume
 Codici di uscita:
   0  la stampa è stata scritta
   2  uso sbagliato, o il file non si può leggere o la stampa non si può scrivere
+  130  fermato con Ctrl-C; 143 con SIGTERM, 129 con SIGHUP
 )"},
-
+      {"{}: not written, stopped by {}", "{}: non scritto, fermato con {}"},
       {"{}: the paper is there and whole, and its name may not have reached the disk: {}",
        "{}: la stampa c'è ed è intera, ma il suo nome potrebbe non essere arrivato sul disco: {}"},
+      {"{} of {} lines", "{} di {} righe"},
+      {"{} left", "ancora {}"},
 
       // journal
       {"List, show and verify a register's journal",

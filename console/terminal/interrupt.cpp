@@ -5,6 +5,7 @@
 namespace lorimat::console {
 
 volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t interrupt_count = 0;
 
 namespace {
 
@@ -12,6 +13,7 @@ constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 void note_interrupt(int signal) {
   if (interrupted == 0) interrupted = signal;
+  interrupt_count = interrupt_count + 1;
 }
 
 }  // namespace

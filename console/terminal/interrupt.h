@@ -1,6 +1,7 @@
 // Ctrl-C, SIGTERM, and SIGHUP of a terminal that was closed. While a watch lives they are noted,
-// and what is at work ends at a place of its own choice. One that comes again changes nothing: what
-// is left to do is to write the paper. SIGQUIT and SIGKILL end the program at once.
+// and what is at work ends at a place of its own choice. One that comes again changes nothing of
+// that: what is left to do is to write the paper, of which it stops the pictures. SIGQUIT and
+// SIGKILL end the program at once.
 #pragma once
 
 #include <csignal>
@@ -10,6 +11,9 @@ namespace lorimat::console {
 
 // 0, or the number of the signal that was noted.
 extern volatile std::sig_atomic_t interrupted;
+
+// How many were noted.
+extern volatile std::sig_atomic_t interrupt_count;
 
 // The signals that a watch notes.
 sigset_t interrupt_signals();

@@ -48,26 +48,34 @@ void CheckDrawing(cairo_status_t status) {
 
 class Picture {
  public:
-  explicit Picture(const Paper& paper);
+  Picture(const Paper& paper, const PictureProgress& progress);
 
   const std::vector<Block>& blocks() const { return blocks_; }
   void Draw(cairo_t* drawing, const Block& block, double top);
+  void TellEnd() const { Tell(paper_.lines().size()); }
 
  private:
+  void Tell(size_t done) const {
+    if (progress_ && !progress_(done, paper_.lines().size())) throw PictureStopped();
+  }
   void AddText(size_t line, std::string_view sizes = {});
   void AddRow(const PaperRow& row);
   // Null when there is no such logo.
   cairo_surface_t* Logo(const std::string& file);
 
   const Paper& paper_;
+  const PictureProgress& progress_;
   Typesetter typesetter_;
   std::map<std::string, SurfacePtr> logos_;
   std::vector<Block> blocks_;
 };
 
-Picture::Picture(const Paper& paper) : paper_(paper) {
+Picture::Picture(const Paper& paper, const PictureProgress& progress)
+    : paper_(paper), progress_(progress) {
   size_t line = 0;
   for (const PaperRow& row : paper.rows()) {
+    // Many barcodes take a while to be laid out.
+    Tell(0);
     for (; line < row.line; ++line) AddText(line);
     AddRow(row);
     line = row.line + row.line_count;
@@ -85,6 +93,7 @@ void Picture::AddText(size_t line, std::string_view sizes) {
 
 void Picture::AddRow(const PaperRow& row) {
   Block block;
+  block.line = row.line;
   if (const auto* sized = std::get_if<SizedRow>(&row.content)) {
     AddText(row.line, sized->sizes);
     return;
@@ -139,6 +148,7 @@ int LeftOf(Alignment alignment, int width) {
 }
 
 void Picture::Draw(cairo_t* drawing, const Block& block, double top) {
+  Tell(block.line);
   cairo_set_source_rgb(drawing, 0, 0, 0);
   if (block.cut) {
     cairo_rectangle(drawing, kSideMargin, top + (kRowHeight - kCutThickness) / 2, kPrintWidth,
@@ -199,8 +209,8 @@ size_t EndOfPage(const std::vector<Block>& blocks, size_t begin, int* height) {
 
 }  // namespace
 
-std::string RenderPng(const Paper& paper) {
-  Picture picture(paper);
+std::string RenderPng(const Paper& paper, const PictureProgress& progress) {
+  Picture picture(paper, progress);
   int64_t height = 2 * kEndMargin;
   for (const Block& block : picture.blocks()) height += block.height;
   if (height > kLongestPng) {
@@ -231,11 +241,12 @@ std::string RenderPng(const Paper& paper) {
     CheckDrawing(cairo_status(drawing.get()));
     WriteBand(band.get(), std::min(kBandHeight, static_cast<int>(height) - top), png);
   }
+  picture.TellEnd();
   return png.Finish();
 }
 
-std::string RenderPdf(const Paper& paper) {
-  Picture picture(paper);
+std::string RenderPdf(const Paper& paper, const PictureProgress& progress) {
+  Picture picture(paper, progress);
   std::string file;
   const double width = kPictureWidth * kPointsPerDot;
   const SurfacePtr surface(cairo_pdf_surface_create_for_stream(&AppendBytes, &file, width, width));
@@ -261,6 +272,7 @@ std::string RenderPdf(const Paper& paper) {
   CheckDrawing(cairo_status(drawing.get()));
   cairo_surface_finish(surface.get());
   CheckDrawing(cairo_surface_status(surface.get()));
+  picture.TellEnd();
   return file;
 }
 

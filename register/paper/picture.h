@@ -10,6 +10,9 @@
 // that are none as Windows-1252.
 #pragma once
 
+#include <cstddef>
+#include <exception>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -37,12 +40,22 @@ class PictureError : public std::runtime_error {
   explicit PictureError(const std::string& cause) : std::runtime_error(cause) {}
 };
 
+// Told ahead of each row how many lines of the paper are drawn, of how many, and at the end that
+// all are. It answers false to stop the drawing.
+using PictureProgress = std::function<bool(size_t done, size_t all)>;
+
+// The drawing was stopped.
+class PictureStopped : public std::exception {
+ public:
+  const char* what() const noexcept override { return "the drawing was stopped"; }
+};
+
 // A PNG file with the whole roll, in shades of grey. Throws PictureError; a roll of more than
-// kLongestPng dots is too long.
-std::string RenderPng(const Paper& paper);
+// kLongestPng dots is too long. Throws PictureStopped when `progress`, which may be null, says so.
+std::string RenderPng(const Paper& paper, const PictureProgress& progress = nullptr);
 
 // A PDF file with a page for each piece that was cut off, as long as the piece. One longer than
-// PDF readers take (5 m) goes on to the next page. Throws PictureError.
-std::string RenderPdf(const Paper& paper);
+// PDF readers take (5 m) goes on to the next page. Throws PictureError and PictureStopped.
+std::string RenderPdf(const Paper& paper, const PictureProgress& progress = nullptr);
 
 }  // namespace lorimat
