@@ -188,6 +188,7 @@ Exit codes:
   0  no errors; there may be warnings
   1  at least one error
   2  wrong use, or a file that cannot be read
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
 void add_check(CLI::App& app, CheckOptions* options) {

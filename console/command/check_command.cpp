@@ -21,6 +21,7 @@
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
 #include "console/terminal/styles.h"
+#include "console/terminal/interrupt.h"
 #include "pal/protocols/lorimat/ascii.h"
 
 namespace lorimat::console {
@@ -64,6 +65,8 @@ class Checker {
         tell_error(streams_, failure.what());
         not_done_ = true;
       }
+      // What was not read to its end is not told of: it would look like all that there is.
+      if (stopped_) return interrupt_exit();
     }
     if (options_.json) streams_.output(json_text({{"files", files_}}));
     if (not_done_) return kExitNotDone;
@@ -78,11 +81,12 @@ class Checker {
   }
 
   void check_file(const std::string& file) {
-    LineReader reader(file);
+    LineReader reader(file, &interrupted);
     Findings findings;
     std::optional<DefinitionCheck> definition;
     std::optional<BatchCheck> batch;
     {
+      const InterruptWatch watch;
       Progress progress(streams_, reader.size() >= Progress::kLongFile, reader.size());
       FileKind kind = kind_at_start(file);
       // Lines from before the kind is known that either check has something to say of.
@@ -97,7 +101,9 @@ class Checker {
       if (kind != FileKind::kUnknown) start();
       bool only_empty = true;
       bool utf16 = false;
-      while (reader.next(&line)) {
+      uint64_t taken = 0;
+      while (reader.next(&line) && interrupted == 0) {
+        taken = line.number;
         progress.update(reader.bytes_read());
         utf16 = only_empty && shows_utf16(line);
         if (utf16) break;
@@ -111,6 +117,13 @@ class Checker {
           start();
         }
         take(line, definition, batch);
+      }
+      if (interrupted != 0) {
+        progress.clear();
+        tell_error(streams_,
+                   tr("{}: stopped by {} behind line {}", reader.name(), interrupt_name(), taken));
+        stopped_ = true;
+        return;
       }
       if (kind == FileKind::kUnknown) {
         // Nothing but comments: a batch that does nothing.
@@ -218,6 +231,7 @@ class Checker {
   Json files_ = Json::array();
   uint64_t errors_ = 0;
   bool not_done_ = false;
+  bool stopped_ = false;  // by a signal
 };
 
 }  // namespace

@@ -18,7 +18,8 @@ struct CheckOptions {
 };
 
 // Returns kExitGood, kExitFaults when a file has errors, or kExitNotDone when one cannot be
-// read; the others are checked all the same.
+// read; the others are checked all the same. A signal ends it within a file, of which nothing is
+// shown, and it returns interrupt_exit().
 int check_command(const CheckOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

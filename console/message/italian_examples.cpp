@@ -230,6 +230,7 @@ Exit codes:
   0  no errors; there may be warnings
   1  at least one error
   2  wrong use, or a file that cannot be read
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )",
        R"(Esempi:
   lorimat check words.ini
@@ -247,6 +248,7 @@ Codici di uscita:
   0  nessun errore; possono esserci avvisi
   1  almeno un errore
   2  uso sbagliato, o un file che non si può leggere
+  130  fermato con Ctrl-C; 143 con SIGTERM, 129 con SIGHUP
 )"},
   });
   return kTexts;
