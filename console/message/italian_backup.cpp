@@ -127,6 +127,7 @@ Codici di uscita:
       {"the register keeps another value", "il registratore conserva un altro valore"},
       {"not loaded yet", "non ancora caricata"},
       {"stopped by {}", "fermato con {}"},
+      {"stopped by {}; nothing was changed", "fermato con {}; non è cambiato niente"},
       {"the key could not be turned back to position {}: {}",
        "la chiave non si è potuta riportare alla posizione {}: {}"},
       {"{}: a day is open, and the VAT rates differ, which only change between two days: close the "

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "console/command/backup/backup_manifest.h"
@@ -170,6 +171,8 @@ void add_backup(CLI::App& app, BackupOptions* options) {
 
 int backup_command(const BackupOptions& options, Streams& streams) {
   require_register(options.register_file);
+  // From before there is a folder until it is gone or has its name.
+  std::optional<InterruptWatch> watch(std::in_place);
   NewFolder folder(options.folder);
   TableSession session(options.register_file, options.language, options.library, streams);
 
@@ -179,14 +182,9 @@ int backup_command(const BackupOptions& options, Streams& streams) {
   manifest.made = now_for_programs();
   std::vector<std::string> names = {BackupManifest::kFileName};
   {
-    const InterruptWatch watch;
     Progress progress(streams, true, backup_tables().size());
     for (const BackupTable& table : backup_tables()) {
-      if (interrupted) {
-        progress.clear();
-        tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
-        return interrupt_exit();
-      }
+      if (interrupted) break;
       const std::string path = folder.path() + "/" + table.file;
       const std::string text = dump_table(table, path, session.library());
       const auto rows = dump_rows(table, path, text, session.language());
@@ -197,6 +195,10 @@ int backup_command(const BackupOptions& options, Streams& streams) {
       progress.update(manifest.files.size());
     }
   }
+  if (interrupted) {
+    tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
+    return interrupt_exit();
+  }
   folder.write(BackupManifest::kFileName, json_text(manifest_json(manifest)));
   // What fails once the folder is finished leaves a backup.
   int code = kExitGood;
@@ -206,6 +208,7 @@ int backup_command(const BackupOptions& options, Streams& streams) {
                              shown(options.folder), system_message(error)));
     code = kExitFaults;
   }
+  watch.reset();
   try {
     show(options, manifest, streams);
   } catch (const Failure& failure) {

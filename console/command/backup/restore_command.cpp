@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -94,13 +95,18 @@ Backup read_backup(const std::string& folder, const Language& language) {
 
 using Differences = std::vector<RowDifference>;
 
-Differences compare(const Backup& backup, TableSession& session) {
+// Shows how far it is. A signal stops it where `stops` is set: nobody is to use the answer then.
+Differences compare(const Backup& backup, TableSession& session, Streams& streams, bool stops) {
   Differences all;
+  Progress progress(streams, true, backup.tables.size());
+  uint64_t done = 0;
   for (const TableBackup& one : backup.tables) {
+    if (stops && interrupted) break;
     const std::string text = dump_table(*one.table, one.table->file, session.library());
     const auto rows = dump_rows(*one.table, one.table->file, text, session.language());
     const Differences some = compare_rows(*one.table, one.rows, rows);
     all.insert(all.end(), some.begin(), some.end());
+    progress.update(++done);
   }
   return all;
 }
@@ -375,10 +381,17 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
               tr("the backup is of {}, and this is {}", shown(backup.manifest.serial_number),
                  shown(session.status().serial_number)));
   }
+  // A signal leaves no scratch folder behind, but while a reader lets the program wait.
+  std::optional<InterruptWatch> watch(std::in_place);
   const ScratchFolder scratch;
   const FolderStay stay(scratch.path());
   Outcome outcome;
-  outcome.before = compare(backup, session);
+  outcome.before = compare(backup, session, streams, true);
+  if (interrupted) {
+    tell_error(streams, tr("stopped by {}; nothing was changed", interrupt_name()));
+    return interrupt_exit();
+  }
+  watch.reset();
   const bool to_load = count_to_load(outcome.before) != 0;
   if (options.dry_run || !to_load) {
     if (options.json) {
@@ -395,6 +408,7 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
   require_closed_day(options, outcome.before, session.status());
   if (!options.json) show_differences(options, outcome.before, session.language(), streams);
 
+  watch.emplace();
   Loader loader(backup, session, streams);
   outcome.stopped = !loader.run(outcome.before);
   outcome.refusals = loader.refusals();
@@ -406,7 +420,8 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
                            session.status().key_position, loader.key_failure()));
   }
   try {
-    outcome.after = compare(backup, session);
+    // What was restored is to be told, whatever comes.
+    outcome.after = compare(backup, session, streams, false);
   } catch (const Failure& failure) {
     for (const auto& [place, cause] : outcome.refusals) {
       const auto& [file, line] = place;
@@ -418,6 +433,7 @@ int restore_command(const RestoreOptions& options, Streams& streams) {
     if (outcome.stopped) return interrupt_exit();
     return kExitFaults;
   }
+  watch.reset();
   return show_outcome(options, outcome, session.language(), streams);
 }
 
