@@ -258,18 +258,16 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
            const std::string& name, Streams& streams) {
   std::optional<Progress> progress;
   uint64_t read = 0;
-  bool stopped = false;
   std::optional<InterruptWatch> watch(std::in_place);
   const lorimat::JournalCheck check = file.VerifyJournal([&](uint64_t done, uint64_t all) {
     read = done;
     if (!progress) progress.emplace(streams, true, all);
     progress->update(done);
-    stopped = interrupted != 0 && done < all;
-    return !stopped;
+    return interrupted == 0;
   });
   progress.reset();
   watch.reset();
-  if (stopped) {
+  if (check.stopped) {
     tell_error(streams, tr("stopped by {} behind entry {}", interrupt_name(), read));
     return interrupt_exit();
   }

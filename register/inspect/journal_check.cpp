@@ -10,6 +10,7 @@
 #include "register/storage/store_facts.h"
 #include "register/storage/store_rows.h"
 #include "register/value/record.h"
+#include "register/work_watch.h"
 
 namespace lorimat {
 namespace {
@@ -31,6 +32,20 @@ class Checker {
       : database_(database), store_(store), open_(open) {}
 
   JournalCheck Run(const std::function<bool(uint64_t, uint64_t)>& progress) {
+    std::optional<WorkWatch> watch;
+    if (progress) {
+      watch.emplace(database_, [&] { return progress(check_.entries, store_.journal_count()); });
+    }
+    try {
+      RunAll(progress);
+    } catch (const WorkStopped&) {
+      check_.stopped = true;
+    }
+    return std::move(check_);
+  }
+
+ private:
+  void RunAll(const std::function<bool(uint64_t, uint64_t)>& progress) {
     // Damaged pages end the reading: what was found before them is told all the same.
     try {
       CheckPages(database_, [this](Finding finding) {
@@ -45,10 +60,8 @@ class Checker {
     } catch (const RegisterError& failure) {
       Unreadable(failure);
     }
-    return std::move(check_);
   }
 
- private:
   void Unreadable(const RegisterError& failure) {
     Finding finding = {.kind = FindingKind::kUnreadable, .text = failure.cause()};
     if (check_.findings.empty() || check_.findings.back() != finding) Find(std::move(finding));
@@ -69,15 +82,13 @@ class Checker {
     Statement events =
         database_.Prepare("SELECT " LORIMAT_EVENT_COLUMNS " FROM event ORDER BY place");
     next_event_ = events.Step();
-    bool whole = true;
-    while (whole && rows.Step()) {
+    while (rows.Step()) {
       CheckEvents(events, rows.Integer(0));
       CheckEntry(rows);
       ++check_.entries;
-      if (progress && check_.entries % kProgressStep == 0) whole = progress(check_.entries, all);
+      if (!progress || check_.entries % kProgressStep != 0) continue;
+      if (!progress(check_.entries, all)) throw WorkStopped();
     }
-    // Somebody stopped it: nothing can be said of the end.
-    if (!whole) return;
     CheckEvents(events, std::nullopt);
     CheckEnd();
     CheckValues(database_, finder_);

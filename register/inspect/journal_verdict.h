@@ -23,6 +23,7 @@ struct JournalCheck {
   std::vector<Finding> notes;
   uint64_t notes_left_out = 0;
   bool damaged = false;  // pages of the file cannot be read, or do not fit one another
+  bool stopped = false;  // `progress` ended the check: nothing is said of what comes behind
 
   bool good() const { return findings.empty(); }
 };

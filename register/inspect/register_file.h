@@ -69,7 +69,8 @@ class RegisterFile {
   std::optional<JournalEntry> Entry(uint64_t place) const;
   // Follows the chain of hashes from the first entry to the last, and compares documents,
   // journal and totals. Damage of the file is a finding, too, and ends the check. `progress` is
-  // told how many entries of all have been read; it answers false to stop, and may be null.
+  // told again and again how many entries of all have been read; it answers false to stop, also
+  // where no entries are read, and may be null.
   JournalCheck VerifyJournal(
       const std::function<bool(uint64_t done, uint64_t all)>& progress) const;
 

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "register/value/cancellation.h"
+#include "register/work_watch.h"
 
 namespace lorimat {
 namespace {
@@ -443,6 +444,8 @@ void Database::FailWith(int code) const {
                       : fmt::format("cannot be read or written to its end: {}", SystemText(error)));
     case SQLITE_FULL:
       Fail("the disk is full");
+    case SQLITE_INTERRUPT:
+      throw WorkStopped();
     case SQLITE_CORRUPT:
       Fail("the file is damaged");
     case SQLITE_ERROR:

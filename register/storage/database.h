@@ -150,6 +150,7 @@ class Database {
 
  private:
   friend class Statement;
+  friend class WorkWatch;
   void OpenHandle(const std::string& name, int flags);
   void OpenFile(Open how, const DatabaseKind& kind);
   void OpenUnwritable(const std::string& cause);
