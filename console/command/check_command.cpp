@@ -16,12 +16,12 @@
 #include "console/message/json_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
 #include "console/terminal/line_encoding.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
 #include "console/terminal/styles.h"
-#include "console/terminal/interrupt.h"
 #include "pal/protocols/lorimat/ascii.h"
 
 namespace lorimat::console {

@@ -11,10 +11,10 @@
 #include "console/message/failure.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"
 #include "register/inspect/register_file.h"
 #include "register/paper/picture.h"
-#include "console/terminal/interrupt.h"
 
 namespace lorimat::console {
 namespace {

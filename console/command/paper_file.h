@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "console/terminal/replacing_file.h"
 #include "console/terminal/streams.h"
-#include "console/replacing_file.h"
 
 namespace lorimat::console {
 

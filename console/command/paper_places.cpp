@@ -8,11 +8,11 @@
 #include "console/message/failure.h"
 #include "console/message/register_messages.h"
 #include "console/message/text.h"
-#include "console/terminal/notices.h"
-#include "register/paper/picture.h"
-#include "console/terminal/interrupt.h"
-#include "console/terminal/progress.h"
 #include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
+#include "console/terminal/notices.h"
+#include "console/terminal/progress.h"
+#include "register/paper/picture.h"
 
 namespace lorimat::console {
 

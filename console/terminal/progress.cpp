@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "register_text.h"
-#include "translate.h"
+#include "console/message/register_text.h"
+#include "console/message/translate.h"
 
 namespace lorimat::console {
 namespace {

@@ -1,6 +1,6 @@
 // The progress bar: what it draws on a terminal of how many columns, and when it can tell the time
 // that is left.
-#include "console/progress.h"
+#include "console/terminal/progress.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 
+namespace lorimat::console {
 namespace {
 
 using std::chrono::steady_clock;
@@ -146,3 +147,5 @@ TEST_F(ProgressTest, NothingIsDrawnWhereNobodyWantsIt) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

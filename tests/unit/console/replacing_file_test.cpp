@@ -1,6 +1,6 @@
 // A file that replaces another: whole and on the disk before it takes the name, and nothing beside
 // it otherwise.
-#include "console/replacing_file.h"
+#include "console/terminal/replacing_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -16,6 +16,7 @@
 #include "support/temporary_folder.h"
 #include "unit/register/file_calls.h"
 
+namespace lorimat::console {
 namespace {
 
 namespace fs = std::filesystem;
@@ -184,3 +185,5 @@ TEST_F(ReplacingFileTest, WhatIsNoNameOfAFileIsRefused) {
 }
 
 }  // namespace
+
+}  // namespace lorimat::console

@@ -1,9 +1,9 @@
 // Long work of a database that somebody stops.
-#include "register/work_watch.h"
+#include "register/value/work_watch.h"
 
 #include <new>
 
-#include "register/schema.h"
+#include "register/storage/schema.h"
 #include "store_fixture.h"
 
 namespace lorimat {

@@ -1,4 +1,4 @@
-#include "register/work_watch.h"
+#include "register/value/work_watch.h"
 
 #include <sqlite3.h>
 

@@ -10,7 +10,9 @@
 #include <string>
 #include <string_view>
 
-#include "streams.h"
+#include "console/terminal/streams.h"
+
+namespace lorimat::console {
 
 class ReplacingFile {
  public:
@@ -44,3 +46,5 @@ class ReplacingFile {
   std::string hidden_;  // the name until it has its own; empty for none
   std::optional<struct stat> replaced_;
 };
+
+}  // namespace lorimat::console

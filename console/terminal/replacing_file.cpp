@@ -1,4 +1,4 @@
-#include "replacing_file.h"
+#include "console/terminal/replacing_file.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+namespace lorimat::console {
 namespace {
 
 namespace fs = std::filesystem;
@@ -134,3 +135,5 @@ int ReplacingFile::SyncName() const {
   if (errno == EACCES && syncfs(file_.get()) == 0) return 0;
   return errno;
 }
+
+}  // namespace lorimat::console

@@ -4,7 +4,7 @@
 #include <exception>
 #include <functional>
 
-#include "register/database.h"
+#include "register/storage/database.h"
 
 namespace lorimat {
 
