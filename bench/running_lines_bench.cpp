@@ -2,25 +2,30 @@
 // look-up of the words, conversion of the values, the handler, the result string.
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
 #include "bench_tools.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
-#include "unit/support/null_client.h"
+#include "rpccommon/client/rtfclientbase.h"
 
 namespace {
 
-// Answers the reads with nothing, so that what is measured is the translator's own time.
-class QuietClient : public NullClient {
+// Sells and does nothing, so that what is measured is the translator's own time.
+class QuietClient : public RtfClientBase {
  public:
   int GetIntProperty(int, int* value) override {
     *value = 0;
-    return 0;
+    return RTF_SUCCESS;
   }
   int GetDataInternal(int, char* text) override {
     *text = 0;
-    return 0;
+    return RTF_SUCCESS;
+  }
+  int PrintRecItemEx(int, const char*, int64_t, int, int, int64_t, const char*, int, bool,
+                     const char*) override {
+    return RTF_SUCCESS;
   }
 };
 
