@@ -6,6 +6,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "library.h"
 #include "recording_client.h"
@@ -85,44 +86,20 @@ class StepBook : public CallBook {
     step_ = nullptr;
   }
 
-  int Answer(const std::string& name, const CallSlip& slip, const Forward& forward) override {
-    if (name == "LogTrace" || name == "LogError") {
-      traces_.push_back({name == "LogError", slip.arguments[0].text});
+  int Answer(ClientOperation operation, const CallSlip& slip, const Forward& forward) override {
+    const bool error = operation == ClientOperation::kLogError;
+    if (error || operation == ClientOperation::kLogTrace) {
+      traces_.push_back({error, slip.arguments[0].text});
       if (device_ != nullptr) forward(*device_);
       return 0;
     }
-    // Behind the first fault nothing is compared any more; a failing device lets the
-    // library come to its end.
-    if (fault_ != nullptr) return 111;
-    if (!Compares(Comparison::kCodes)) return AnswerFreely(name, slip, forward);
-    if (!step_->strict) {
-      return device_ != nullptr ? AskDevice(forward) : AnswerByDefault(name, slip);
-    }
-
-    Call seen;
-    seen.name = name;
-    seen.arguments = slip.arguments;
-    if (next_ >= step_->calls.size()) {
-      Fail(step_->line,
-           "call not expected\n    expected: no further call\n    seen:     " + seen.Shown());
-      return 111;
-    }
-    const Call& wanted = step_->calls[next_++];
-    if (wanted.name != name || !Fit(wanted.arguments, slip.arguments)) {
-      Fail(wanted.line,
-           "another call\n    expected: " + wanted.Shown() + "\n    seen:     " + seen.Shown());
-      return 111;
-    }
-    if (device_ == nullptr || name == "EcrIo") return Give(wanted, slip);
-    const int answer = ScriptedResult(wanted);
-    if (stage_.refusal && answer != 0) stage_.refusal(wanted, answer);
-    return CompareAnswer(wanted, slip, AskDevice(forward));
+    return AnswerCall(operation, slip, forward);
   }
 
   // The host's side of TradInit's callback: compared as a call named EcrIo.
   int AnswerCallback(const CallSlip& slip) {
     if (!step_->strict || !Compares(Comparison::kCodes)) return 0;
-    return Answer("EcrIo", slip, [](RtfClientInterface&) { return 0; });
+    return AnswerCall(std::nullopt, slip, [](RtfClientInterface&) { return 0; });
   }
 
   std::map<long long, std::string> items;  // data of the device, for steps that are not strict
@@ -134,6 +111,37 @@ class StepBook : public CallBook {
   bool Compares(Comparison what) const { return device_ == nullptr || stage_.comparison <= what; }
 
  private:
+  // Without an operation it is the callback.
+  int AnswerCall(std::optional<ClientOperation> operation, const CallSlip& slip,
+                 const Forward& forward) {
+    // Behind the first fault nothing is compared any more; a failing device lets the
+    // library come to its end.
+    if (fault_ != nullptr) return 111;
+    if (!Compares(Comparison::kCodes)) return AnswerFreely(operation, slip, forward);
+    if (!step_->strict) {
+      return device_ != nullptr ? AskDevice(forward) : AnswerByDefault(operation, slip);
+    }
+
+    Call seen;
+    seen.name = operation ? ClientOperationName(*operation) : "EcrIo";
+    seen.arguments = slip.arguments;
+    if (next_ >= step_->calls.size()) {
+      Fail(step_->line,
+           "call not expected\n    expected: no further call\n    seen:     " + seen.Shown());
+      return 111;
+    }
+    const Call& wanted = step_->calls[next_++];
+    if (wanted.operation != operation || !Fit(wanted.arguments, slip.arguments)) {
+      Fail(wanted.line,
+           "another call\n    expected: " + wanted.Shown() + "\n    seen:     " + seen.Shown());
+      return 111;
+    }
+    if (device_ == nullptr || !operation) return Give(wanted, slip);
+    const int answer = ScriptedResult(wanted);
+    if (stage_.refusal && answer != 0) stage_.refusal(wanted, answer);
+    return CompareAnswer(wanted, slip, AskDevice(forward));
+  }
+
   int AskDevice(const Forward& forward) {
     const int result = forward(*device_);
     ++forwarded_;
@@ -142,7 +150,8 @@ class StepBook : public CallBook {
   }
 
   // The calls that are expected are looked at, to tell whether the line went the same way.
-  int AnswerFreely(const std::string& name, const CallSlip& slip, const Forward& forward) {
+  int AnswerFreely(std::optional<ClientOperation> operation, const CallSlip& slip,
+                   const Forward& forward) {
     const int result = AskDevice(forward);
     if (!step_->strict) return result;
     if (next_ >= step_->calls.size()) {
@@ -150,7 +159,7 @@ class StepBook : public CallBook {
       return result;
     }
     const Call& wanted = step_->calls[next_++];
-    same_ = same_ && wanted.name == name && Fit(wanted.arguments, slip.arguments) &&
+    same_ = same_ && wanted.operation == operation && Fit(wanted.arguments, slip.arguments) &&
             ScriptedResult(wanted) == result && (result != 0 || OutsAreScripted(wanted, slip));
     return result;
   }
@@ -193,12 +202,12 @@ class StepBook : public CallBook {
     fault_ = std::make_unique<Failure>(line, message);
   }
 
-  int AnswerByDefault(const std::string& name, const CallSlip& slip) {
-    if (name == "GetDataInternal") {
+  int AnswerByDefault(std::optional<ClientOperation> operation, const CallSlip& slip) {
+    if (operation == ClientOperation::kGetDataInternal) {
       const auto item = items.find(ReadNumber(slip.arguments[0].text));
       if (item != items.end()) slip.outs[0].fill(slip.outs[0].pointer, Value::Text(item->second));
     }
-    return name == "GetState" ? 2 : 0;
+    return operation == ClientOperation::kGetState ? 2 : 0;
   }
 
   int Give(const Call& wanted, const CallSlip& slip) {
@@ -209,7 +218,8 @@ class StepBook : public CallBook {
     }
     for (std::size_t i = 0; i < wanted.outs.size(); ++i) {
       // A client promises to keep to this room.
-      if (wanted.name == "GetDataInternal" && wanted.outs[i].text.size() > 49) {
+      if (wanted.operation == ClientOperation::kGetDataInternal &&
+          wanted.outs[i].text.size() > 49) {
         Fail(wanted.line, "a data item holds 49 characters at most");
         return 111;
       }

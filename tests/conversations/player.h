@@ -28,7 +28,7 @@ struct Stage {
   // Asked ahead of each step that talks to the library: the device from there on, or null to keep
   // the one there is.
   std::function<RtfClientInterface*(const Step& step)> device_for = nullptr;
-  // Told of each call that the conversation answers otherwise than with success, ahead of it.
+  // Told of each operation that the conversation answers otherwise than with success, ahead of it.
   std::function<void(const Call& call, int answer)> refusal = nullptr;
   Comparison comparison = Comparison::kAll;
   bool (*is_code)(long code) = nullptr;

@@ -129,7 +129,7 @@ class RegisterPlayer {
     };
     if (placing.faults) {
       stage.refusal = [&device](const Call& call, int answer) {
-        Suffer(*device, call.name, answer);
+        Suffer(*device, *call.operation, answer);
       };
     }
     stage.comparison = comparison;
@@ -172,12 +172,12 @@ class RegisterPlayer {
   }
 
   // The next such operation answers this.
-  static void Suffer(lorimat::VirtualRegister& device, const std::string& operation, int answer) {
+  static void Suffer(lorimat::VirtualRegister& device, ClientOperation operation, int answer) {
     lorimat::Fault fault;
     fault.name = lorimat::kCodeFault;
     fault.code = answer;
-    fault.operation = operation;
-    if (operation == "GetState" && answer == RTF_S_BUSY) {
+    fault.operation = ClientOperationName(operation);
+    if (operation == ClientOperation::kGetState && answer == RTF_S_BUSY) {
       fault = lorimat::Fault{};
       fault.name = lorimat::kBusyFault;
       fault.when = lorimat::FaultWhen::kTimes;

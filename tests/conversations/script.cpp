@@ -83,6 +83,9 @@ class ScriptReader {
     step.strict = true;
     if (Trimmed(written) == "none") return;
     Call call = ReadCall(written);
+    if (!call.operation && call.name != "EcrIo") {
+      throw Failure(0, "the client has no operation " + call.name);
+    }
     call.line = line_;
     step.calls.push_back(std::move(call));
   }

@@ -212,6 +212,7 @@ Call ReadCall(std::string_view written) {
   Reader reader(written);
   Call call;
   call.name = reader.Word();
+  call.operation = FindClientOperation(call.name);
   if (reader.Take("(")) {
     call.has_arguments = true;
     call.arguments = reader.Values(")");

@@ -4,10 +4,13 @@
 // for TEXT repeated N times, so that every byte and every length can be shown.
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace conversation {
 
@@ -48,6 +51,7 @@ bool Fit(const std::vector<Value>& expected, const std::vector<Value>& seen);
 struct Call {
   int line = 0;
   std::string name;
+  std::optional<ClientOperation> operation;  // that has this name
   std::vector<Value> arguments;
   bool has_arguments = false;  // "Name" alone, without parentheses, names every such call
   bool has_answer = false;
