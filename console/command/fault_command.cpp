@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <vector>
 
 #include "console/host/register_options.h"
@@ -17,6 +19,7 @@
 #include "register/fault/fault_operations.h"
 #include "register/fault/faults.h"
 #include "register/inspect/register_file.h"
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat::console {
 namespace {
@@ -103,9 +106,7 @@ Json kinds_as_json() {
 
 Json operations_as_json() {
   Json names = Json::array();
-  for (const lorimat::ClientOperation& operation : lorimat::ClientOperations()) {
-    names.push_back(operation.name);
-  }
+  for (const std::string_view name : kClientOperationNames) names.push_back(name);
   return names;
 }
 
@@ -143,19 +144,18 @@ void require_kind(const std::string& name) {
                     : tr("{}: no fault has this name; did you mean {}?", shown(name), near));
 }
 
-void require_operation(const std::string& name) {
-  if (name.empty() || lorimat::FindClientOperation(name) != nullptr) return;
-  std::vector<std::string> names;
-  for (const lorimat::ClientOperation& operation : lorimat::ClientOperations()) {
-    names.emplace_back(operation.name);
-  }
+std::optional<ClientOperation> require_operation(const std::string& name) {
+  const std::optional<ClientOperation> operation = FindClientOperation(name);
+  if (name.empty() || operation) return operation;
+  const std::vector<std::string> names(std::begin(kClientOperationNames),
+                                       std::end(kClientOperationNames));
   throw Failure(tr("--on {}: no operation of the device has this name{}", shown(name),
                    did_you_mean(nearest_word(name, names))));
 }
 
 lorimat::Fault new_fault(const FaultOptions& options) {
   require_kind(options.name);
-  require_operation(options.operation);
+  const std::optional<ClientOperation> operation = require_operation(options.operation);
   const bool by_code = options.name == lorimat::kCodeFault;
   if (by_code && !options.code) {
     throw Failure(tr("fault code: which? Give the number of a result code behind it"));
@@ -165,7 +165,7 @@ lorimat::Fault new_fault(const FaultOptions& options) {
   }
   lorimat::Fault fault;
   fault.name = options.name;
-  fault.operation = options.operation;
+  fault.operation = operation;
   if (by_code) fault.code = *options.code;
   if (options.nth) {
     fault.when = lorimat::FaultWhen::kNth;

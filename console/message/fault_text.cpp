@@ -4,13 +4,15 @@
 
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat::console {
 namespace {
 
 std::string when_text(const lorimat::Fault& fault) {
-  const bool any = fault.operation.empty();
-  const std::string operation = shown(fault.operation);
+  const bool any = !fault.operation;
+  const std::string_view operation =
+      any ? std::string_view() : ClientOperationName(*fault.operation);
   switch (fault.when) {
     case lorimat::FaultWhen::kNext:
       return any ? tr("at the next operation") : tr("at the next {}", operation);
@@ -40,7 +42,7 @@ Json faults_json(const lorimat::FaultPlan& plan) {
     const bool counted =
         fault.when == lorimat::FaultWhen::kNth || fault.when == lorimat::FaultWhen::kTimes;
     if (counted) json["count"] = fault.count;
-    if (!fault.operation.empty()) json["operation"] = fault.operation;
+    if (fault.operation) json["operation"] = ClientOperationName(*fault.operation);
     faults.push_back(std::move(json));
   }
   return faults;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <optional>
 #include <sstream>
 
@@ -15,6 +16,7 @@
 #include "console/terminal/suggestion.h"
 #include "register/client/virtual_register.h"
 #include "register/fault/fault_operations.h"
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat::console {
 namespace {
@@ -70,14 +72,11 @@ lorimat::Fault read_fault(std::string_view text) {
       }
       if (word == lorimat::kCodeFault) fault.code = take_number(words, &at);
     } else if (word == "on" && at + 1 < words.size()) {
-      fault.operation = words[++at];
-      if (lorimat::FindClientOperation(fault.operation) == nullptr) {
-        std::vector<std::string> names;
-        for (const auto& operation : lorimat::ClientOperations()) {
-          names.emplace_back(operation.name);
-        }
-        refuse(tr("no operation of the device is called '{}'", shown(fault.operation, 60)),
-               fault.operation, names);
+      const std::string& name = words[++at];
+      fault.operation = FindClientOperation(name);
+      if (!fault.operation) {
+        refuse(tr("no operation of the device is called '{}'", shown(name, 60)), name,
+               {std::begin(kClientOperationNames), std::end(kClientOperationNames)});
       }
     } else if (const auto when = lorimat::FindFaultWhen(word)) {
       fault.when = *when;

@@ -19,7 +19,7 @@ bool ReadClosure(std::string_view text, uint32_t* number) {
 
 }  // namespace
 
-int VirtualRegister::ExtractJournal(const char* operation, const JournalRequest& request,
+int VirtualRegister::ExtractJournal(ClientOperation operation, const JournalRequest& request,
                                     const char* file, const char* format) {
   return Perform(operation, [&] {
     return ReportDesk(core_).PrintJournal(request, {View(format), View(file), ReportTarget::kFile});
@@ -32,7 +32,7 @@ int VirtualRegister::ProcessEJournalReportByDate(const char* from_date, const ch
   request.by_date = true;
   request.from_date = View(from_date);
   request.to_date = View(to_date);
-  return ExtractJournal(__func__, request, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportByDate, request, file, format);
 }
 
 int VirtualRegister::ProcessEJournalReportByZNumber(int from_z, int to_z, const char* file,
@@ -41,7 +41,7 @@ int VirtualRegister::ProcessEJournalReportByZNumber(int from_z, int to_z, const 
   request.by_closure = true;
   request.from_closure = from_z;
   request.to_closure = to_z;
-  return ExtractJournal(__func__, request, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportByZNumber, request, file, format);
 }
 
 int VirtualRegister::ProcessEJournalReportByDateZNumber(const char* from_date, const char* to_date,
@@ -54,7 +54,8 @@ int VirtualRegister::ProcessEJournalReportByDateZNumber(const char* from_date, c
   request.by_closure = true;
   request.from_closure = from_z;
   request.to_closure = to_z;
-  return ExtractJournal(__func__, request, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportByDateZNumber, request, file,
+                        format);
 }
 
 int VirtualRegister::ProcessEJournalReportByDateNumber(const char* from_date, const char* to_date,
@@ -66,7 +67,7 @@ int VirtualRegister::ProcessEJournalReportByDateNumber(const char* from_date, co
   request.to_date = View(to_date);
   request.from_number = from_number;
   request.to_number = to_number;
-  return ExtractJournal(__func__, request, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportByDateNumber, request, file, format);
 }
 
 int VirtualRegister::ProcessEJournalReportByDateNumberDocType(const char* from_date,
@@ -81,17 +82,19 @@ int VirtualRegister::ProcessEJournalReportByDateNumberDocType(const char* from_d
   request.from_number = from_number;
   request.to_number = to_number;
   request.filter = document_type;
-  return ExtractJournal(__func__, request, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportByDateNumberDocType, request, file,
+                        format);
 }
 
 int VirtualRegister::ProcessEJournalReportGlobal(const char* file, const char* format) {
-  return ExtractJournal(__func__, JournalRequest{}, file, format);
+  return ExtractJournal(ClientOperation::kProcessEJournalReportGlobal, JournalRequest{}, file,
+                        format);
 }
 
 // The journal of this register is ready from the start. One that holds something is not begun
 // again: nothing erases an entry.
 int VirtualRegister::InitJournal() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kInitJournal, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     if (core_.store.journal_count() == 0) return RTF_SUCCESS;
     return Refuse(RTF_E_EXISTS, RefusalCause::kJournalInUse);
@@ -99,7 +102,7 @@ int VirtualRegister::InitJournal() {
 }
 
 int VirtualRegister::PrintReport(int report_type, const char* from, const char* to) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintReport, [&] {
     if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
     FiscalRequest request;
     request.filter = kJournalAll;
@@ -134,7 +137,8 @@ int VirtualRegister::PrintReport(int report_type, const char* from, const char* 
 }
 
 int VirtualRegister::PrintPowerLossReport() {
-  return Perform(__func__, [&] { return ReportDesk(core_).PrintPowerLosses(); });
+  return Perform(ClientOperation::kPrintPowerLossReport,
+                 [&] { return ReportDesk(core_).PrintPowerLosses(); });
 }
 
 }  // namespace lorimat

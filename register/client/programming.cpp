@@ -84,7 +84,7 @@ int VirtualRegister::ConfigDepartment(bool write, int32_t dep_id, char* descript
                                       int64_t* max_price, int32_t* quantity, int32_t* vat_id,
                                       uint8_t* group_id, bool* single_shoot, bool* allow_discount,
                                       bool* force_description) {
-  return Perform(__func__, EffectsOfRecord(write), [&] {
+  return Perform(ClientOperation::kConfigDepartment, EffectsOfRecord(write), [&] {
     return AccessDepartment(write, dep_id, description, price, max_price, quantity, vat_id,
                             group_id, single_shoot, allow_discount, force_description, nullptr);
   });
@@ -95,7 +95,7 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
                                         int32_t* vat_id, uint8_t* group_id, bool* single_shoot,
                                         bool* allow_discount, bool* force_description,
                                         bool* is_service) {
-  return Perform(__func__, EffectsOfRecord(write), [&] {
+  return Perform(ClientOperation::kConfigDepartmentEx, EffectsOfRecord(write), [&] {
     if (!core_.tables.settings().extended_departments || is_service == nullptr) {
       return RTF_E_ILLEGAL;
     }
@@ -108,7 +108,7 @@ int VirtualRegister::ConfigDepartmentEx(bool write, int32_t dep_id, char* descri
 
 int VirtualRegister::ConfigGroup(bool write, int index, char* description, char* operator_password,
                                  int* operator_flags, int* operator_options) {
-  return Perform(__func__, EffectsOfRecord(write), [&] {
+  return Perform(ClientOperation::kConfigGroup, EffectsOfRecord(write), [&] {
     if (AnyNull(description, operator_password, operator_flags, operator_options)) {
       return RTF_E_ILLEGAL;
     }
@@ -133,7 +133,7 @@ int VirtualRegister::ConfigGroup(bool write, int index, char* description, char*
 int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* tender_type,
                                      char* description, uint8_t* flags, uint32_t* preset_value,
                                      uint8_t* max_digits) {
-  return Perform(__func__, EffectsOfRecord(write), [&] {
+  return Perform(ClientOperation::kConfigSubtender, EffectsOfRecord(write), [&] {
     if (AnyNull(tender_type, description, flags, preset_value, max_digits)) return RTF_E_ILLEGAL;
     const Subtender* row = core_.tables.FindSubtender(subtender_id);
     if (row == nullptr) return NotOneOf(Subject::kSubtender, subtender_id);
@@ -155,7 +155,7 @@ int VirtualRegister::ConfigSubtender(bool write, int32_t subtender_id, uint8_t* 
 // --- VAT rates
 
 int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetVatEntry, [&] {
     if (vat_rate == nullptr) return RTF_E_ILLEGAL;
     const VatRate* row = core_.tables.FindVat(vat_id);
     if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) {
@@ -168,7 +168,7 @@ int VirtualRegister::GetVatEntry(int vat_id, int, int* vat_rate) {
 
 // The rate as SetVatValue takes it.
 int VirtualRegister::GetVatEntryExtended(int vat_id, int, char* vat_rate) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetVatEntryExtended, [&] {
     if (vat_rate == nullptr) return RTF_E_ILLEGAL;
     const VatRate* row = core_.tables.FindVat(vat_id);
     if (row == nullptr && (vat_id < 1 || vat_id > kReadableVatEntries)) {
@@ -180,14 +180,14 @@ int VirtualRegister::GetVatEntryExtended(int vat_id, int, char* vat_rate) {
 }
 
 int VirtualRegister::SetVatValue(int vat_id, const char* vat_rate) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSetVatValue, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.NoteVatRate(vat_id, View(vat_rate));
   });
 }
 
 int VirtualRegister::SetVatTable() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSetVatTable, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.CommitVat(core_.store.day_open());
   });
@@ -196,7 +196,7 @@ int VirtualRegister::SetVatTable() {
 // --- Header lines and logos
 
 int VirtualRegister::GetHeaderLine(int line, char* text) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetHeaderLine, [&] {
     if (text == nullptr) return RTF_E_ILLEGAL;
     if (line < 1 || line > Tables::kHeaderLines) {
       return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kHeaderLine,
@@ -211,21 +211,21 @@ int VirtualRegister::GetHeaderLine(int line, char* text) {
 
 // Double width is asked for inside the text; hosts set the flag for every line.
 int VirtualRegister::SetHeaderLine(int line, const char* text, bool) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSetHeaderLine, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.SetHeaderLine(line, View(text));
   });
 }
 
 int VirtualRegister::ProgramGRC(uint8_t ngraex, const char* file, bool) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kProgramGRC, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     return core_.tables.SetLogo(ngraex, View(file));
   });
 }
 
 int VirtualRegister::EraseLogoArchive() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kEraseLogoArchive, [&] {
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     core_.tables.EraseLogos();
     core_.setup.header_logo = 0;
@@ -238,7 +238,7 @@ int VirtualRegister::EraseLogoArchive() {
 
 int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_code,
                                     int8_t* keyboard_type, char* macro, uint16_t* macro_size) {
-  return Perform(__func__, EffectsOfRecord(write), [&] {
+  return Perform(ClientOperation::kConfigKeyboard, EffectsOfRecord(write), [&] {
     if (AnyNull(key_code, keyboard_type, macro, macro_size)) return RTF_E_ILLEGAL;
     const ProgrammedKey* key = core_.keyboards.Find(*keyboard_type, key_pos);
     if (key == nullptr) return NotOneOf(Subject::kKeyPlace, key_pos);
@@ -261,7 +261,7 @@ int VirtualRegister::ConfigKeyboard(bool write, uint8_t key_pos, uint8_t* key_co
 // --- Articles
 
 int VirtualRegister::DownloadTable(int selector, int index, char* data_row) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kDownloadTable, [&] {
     if (data_row == nullptr) return RTF_E_ILLEGAL;
     std::string row;
     if (const int code = articles_.Download(selector, index, &row)) return code;
@@ -271,11 +271,12 @@ int VirtualRegister::DownloadTable(int selector, int index, char* data_row) {
 }
 
 int VirtualRegister::UploadTable(int table, int row_type, const char* data_row) {
-  return Perform(__func__, [&] { return articles_.Upload(table, row_type, View(data_row)); });
+  return Perform(ClientOperation::kUploadTable,
+                 [&] { return articles_.Upload(table, row_type, View(data_row)); });
 }
 
 int VirtualRegister::EraseTable(int table) {
-  return Perform(__func__, [&] { return articles_.Erase(table); });
+  return Perform(ClientOperation::kEraseTable, [&] { return articles_.Erase(table); });
 }
 
 }  // namespace lorimat

@@ -32,7 +32,7 @@ constexpr uint8_t kLotterySend = 5;
 }  // namespace
 
 int VirtualRegister::GetTotalizer(int vat_id, int selector, char* text) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetTotalizer, [&] {
     if (selector > kLastPlainTotalizer) {
       return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTotal, {selector});
     }
@@ -41,7 +41,8 @@ int VirtualRegister::GetTotalizer(int vat_id, int selector, char* text) {
 }
 
 int VirtualRegister::GetTotalizerExtend(int vat_id, int totalizer_type, int totalizer, char* data) {
-  return Perform(__func__, [&] { return GiveTotalizer(vat_id, totalizer_type, totalizer, data); });
+  return Perform(ClientOperation::kGetTotalizerExtend,
+                 [&] { return GiveTotalizer(vat_id, totalizer_type, totalizer, data); });
 }
 
 int VirtualRegister::GiveTotalizer(int vat_id, int scope, int totalizer, char* text) const {
@@ -55,23 +56,25 @@ int VirtualRegister::GiveTotalizer(int vat_id, int scope, int totalizer, char* t
 // --- Readings and the day closing
 
 int VirtualRegister::PrintXReport() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintXReport, [&] {
     return ReportDesk(core_).PrintX(1, false, {"txt", "", ReportTarget::kPrinter});
   });
 }
 
 int VirtualRegister::PrintXReportEx(int32_t kind, bool clear, const char* format, const char* file,
                                     int32_t outputs) {
-  return Perform(__func__, EffectsOfReport(outputs), [&] {
+  return Perform(ClientOperation::kPrintXReportEx, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintX(kind, clear, {View(format), View(file), outputs});
   });
 }
 
-int VirtualRegister::PrintZReport() { return CloseDay(__func__, false); }
-int VirtualRegister::PrintZReportEx(bool send) { return CloseDay(__func__, send); }
+int VirtualRegister::PrintZReport() { return CloseDay(ClientOperation::kPrintZReport, false); }
+int VirtualRegister::PrintZReportEx(bool send) {
+  return CloseDay(ClientOperation::kPrintZReportEx, send);
+}
 
 // The day is closed, whatever becomes of the sending.
-int VirtualRegister::CloseDay(const char* operation, bool send) {
+int VirtualRegister::CloseDay(ClientOperation operation, bool send) {
   return Perform(
       operation, 0, [&] { return ReportDesk(core_).CloseDay(); },
       [&] { ReportDesk(core_).SendBehindClosing(send); });
@@ -82,7 +85,7 @@ int VirtualRegister::CloseDay(const char* operation, bool send) {
 // `option` is kept for the device; this register has none.
 int VirtualRegister::PeriodicReportMessageEx(int32_t kind, int32_t, const char* format,
                                              const char* file, int32_t outputs, bool clear) {
-  return Perform(__func__, EffectsOfReport(outputs), [&] {
+  return Perform(ClientOperation::kPeriodicReportMessageEx, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintPeriodic(kind, clear, {View(format), View(file), outputs});
   });
 }
@@ -92,7 +95,7 @@ int VirtualRegister::FiscalReportMessageEx(int32_t source, int32_t filter, int32
                                            uint32_t to_number, const char* from_date,
                                            const char* to_date, const char* format,
                                            const char* file, int32_t outputs) {
-  return Perform(__func__, EffectsOfReport(outputs), [&] {
+  return Perform(ClientOperation::kFiscalReportMessageEx, EffectsOfReport(outputs), [&] {
     return ReportDesk(core_).PrintFiscal(
         {source, filter, criteria, from_number, to_number, View(from_date), View(to_date)},
         {View(format), View(file), outputs});
@@ -101,7 +104,7 @@ int VirtualRegister::FiscalReportMessageEx(int32_t source, int32_t filter, int32
 
 // The sums of a range of dates, DDMMYYYYHHMM, on paper.
 int VirtualRegister::PrintPeriodicTotalsReport(const char* from_date, const char* to_date) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintPeriodicTotalsReport, [&] {
     return ReportDesk(core_).PrintFiscal(
         {2, kFilterAll, RTF_FPTR_RT_DATE, 0, 0, View(from_date), View(to_date)},
         {"txt", "", ReportTarget::kPrinter});
@@ -111,20 +114,22 @@ int VirtualRegister::PrintPeriodicTotalsReport(const char* from_date, const char
 // --- Telematic summary, lottery, firmware
 
 int VirtualRegister::SendTelematicSummary() {
-  return Perform(__func__, [&] { return TelematicDesk(core_).SendSummaries(); });
+  return Perform(ClientOperation::kSendTelematicSummary,
+                 [&] { return TelematicDesk(core_).SendSummaries(); });
 }
 
 int VirtualRegister::ExportTelematicSummary(const char* file) {
-  return Perform(__func__, [&] { return TelematicDesk(core_).ExportSummaries(View(file)); });
+  return Perform(ClientOperation::kExportTelematicSummary,
+                 [&] { return TelematicDesk(core_).ExportSummaries(View(file)); });
 }
 
 int VirtualRegister::SaveTelematicSummary(int from_z, int to_z, const char* file) {
-  return Perform(__func__,
+  return Perform(ClientOperation::kSaveTelematicSummary,
                  [&] { return TelematicDesk(core_).SaveSummaries(from_z, to_z, View(file), 0); });
 }
 
 int VirtualRegister::SaveTelematicSummaryEx(int from_z, int to_z, const char* file, int options) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSaveTelematicSummaryEx, [&] {
     return TelematicDesk(core_).SaveSummaries(from_z, to_z, View(file), options);
   });
 }
@@ -132,7 +137,7 @@ int VirtualRegister::SaveTelematicSummaryEx(int from_z, int to_z, const char* fi
 int VirtualRegister::TelematicDocument(uint32_t device, uint8_t operation, uint8_t document_type,
                                        int32_t from_z, int32_t from_number, int32_t to_z,
                                        int32_t to_number, const char* file) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kTelematicDocument, [&] {
     if (device != 0 || document_type != 1) return RTF_E_ILLEGAL;
     TelematicDesk desk(core_);
     switch (operation) {
@@ -149,7 +154,7 @@ int VirtualRegister::TelematicDocument(uint32_t device, uint8_t operation, uint8
 }
 
 int VirtualRegister::ProgramFirmware(const char* file) {
-  return Perform(__func__, [&] { return LoadFirmware(file); });
+  return Perform(ClientOperation::kProgramFirmware, [&] { return LoadFirmware(file); });
 }
 
 int VirtualRegister::LoadFirmware(const char* file) {

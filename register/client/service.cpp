@@ -13,19 +13,19 @@ namespace lorimat {
 namespace {
 
 struct NeedRow {
-  std::string_view operation;
+  ClientOperation operation;
   ServiceState state;
 };
 
 // Every other operation wants an enabled device. Reading a property depends on the property.
 constexpr NeedRow kNeeds[] = {
-    {"GetState", ServiceState::kClosed},
-    {"GetIntProperty", ServiceState::kClosed},
-    {"GetStringProperty", ServiceState::kClosed},
-    {"Close", ServiceState::kOpen},
-    {"Claim", ServiceState::kOpen},
-    {"Release", ServiceState::kOpen},
-    {"SetDeviceEnabled", ServiceState::kOpen},
+    {ClientOperation::kGetState, ServiceState::kClosed},
+    {ClientOperation::kGetIntProperty, ServiceState::kClosed},
+    {ClientOperation::kGetStringProperty, ServiceState::kClosed},
+    {ClientOperation::kClose, ServiceState::kOpen},
+    {ClientOperation::kClaim, ServiceState::kOpen},
+    {ClientOperation::kRelease, ServiceState::kOpen},
+    {ClientOperation::kSetDeviceEnabled, ServiceState::kOpen},
 };
 
 // The tests of DiagnosticsRequest.
@@ -48,14 +48,13 @@ int Missing(ServiceState has, ServiceState needs) {
 
 }  // namespace
 
-int VirtualRegister::CheckService(std::string_view operation) const noexcept {
+int VirtualRegister::CheckService(std::optional<ClientOperation> operation) const noexcept {
   const ServiceState has = core_.service;
-  if (has == ServiceState::kEnabled) return RTF_SUCCESS;
-  for (const NeedRow& row : kNeeds) {
-    if (row.operation == operation) return Missing(has, row.state);
-  }
   // What is no operation of the client is not the host's.
-  if (FindClientOperation(operation) == nullptr) return RTF_SUCCESS;
+  if (has == ServiceState::kEnabled || !operation) return RTF_SUCCESS;
+  for (const NeedRow& row : kNeeds) {
+    if (row.operation == *operation) return Missing(has, row.state);
+  }
   return Missing(has, ServiceState::kEnabled);
 }
 
@@ -67,7 +66,7 @@ bool VirtualRegister::GetClaimed() { return core_.service >= ServiceState::kClai
 bool VirtualRegister::GetDeviceEnabled() { return core_.service == ServiceState::kEnabled; }
 
 int VirtualRegister::SetDeviceEnabled(bool enabled) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSetDeviceEnabled, [&] {
     if (core_.service < ServiceState::kClaimed) return enabled ? RTF_E_NOTCLAIMED : RTF_SUCCESS;
     core_.service = enabled ? ServiceState::kEnabled : ServiceState::kClaimed;
     return RTF_SUCCESS;
@@ -76,7 +75,7 @@ int VirtualRegister::SetDeviceEnabled(bool enabled) {
 
 // The printer stays as it is, with its open document.
 int VirtualRegister::Close() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kClose, [&] {
     core_.service = ServiceState::kClosed;
     return RTF_SUCCESS;
   });
@@ -84,7 +83,7 @@ int VirtualRegister::Close() {
 
 // No other program has it, so there is nothing to wait for.
 int VirtualRegister::Claim(int timeout) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kClaim, [&] {
     if (timeout < RTF_FOREVER) return RTF_E_ILLEGAL;
     if (core_.service < ServiceState::kClaimed) core_.service = ServiceState::kClaimed;
     return RTF_SUCCESS;
@@ -92,7 +91,7 @@ int VirtualRegister::Claim(int timeout) {
 }
 
 int VirtualRegister::Release() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kRelease, [&] {
     if (core_.service < ServiceState::kClaimed) return RTF_E_ILLEGAL;
     core_.service = ServiceState::kOpen;
     return RTF_SUCCESS;
@@ -103,13 +102,13 @@ int VirtualRegister::Release() {
 
 int VirtualRegister::CheckHealth(int level) {
   const unsigned effects = level == RTF_CH_EXTERNAL ? kEffectActs | kEffectPrints : kEffectActs;
-  return Perform(__func__, effects, [&] { return TestHealth(core_, level); });
+  return Perform(ClientOperation::kCheckHealth, effects, [&] { return TestHealth(core_, level); });
 }
 
 // The tests of printer and memory are over when they answer: only the displays' can be stopped.
 int VirtualRegister::DiagnosticsRequest(int test, bool start, int options) {
   const unsigned effects = test == kPrinterTest ? kEffectActs | kEffectPrints : kEffectActs;
-  return Perform(__func__, effects, [&] {
+  return Perform(ClientOperation::kDiagnosticsRequest, effects, [&] {
     if (options != 0) return RTF_E_ILLEGAL;
     if (test == kDisplayTest) return TestDisplays(core_, start);
     if (!start) return RTF_E_ILLEGAL;
@@ -124,11 +123,11 @@ int VirtualRegister::DiagnosticsRequest(int test, bool start, int options) {
 // Each operation has printed when it answers: there is no output to drop, and what is on paper
 // stays there.
 int VirtualRegister::ClearOutput() {
-  return Perform(__func__, [] { return RTF_SUCCESS; });
+  return Perform(ClientOperation::kClearOutput, [] { return RTF_SUCCESS; });
 }
 
 int VirtualRegister::ClearError() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kClearError, [&] {
     keyboard_.Clear();
     return RTF_SUCCESS;
   });
@@ -137,7 +136,7 @@ int VirtualRegister::ClearError() {
 // The drawer of this register closes by itself as soon as it has opened.
 int VirtualRegister::WaitForDrawerClose(int32_t beep_timeout, int32_t beep_frequency,
                                         int32_t beep_duration, int32_t beep_delay) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kWaitForDrawerClose, [&] {
     const bool possible =
         beep_timeout >= RTF_FOREVER && beep_frequency >= 0 && beep_duration >= 0 && beep_delay >= 0;
     return possible ? RTF_SUCCESS : RTF_E_ILLEGAL;
@@ -147,7 +146,7 @@ int VirtualRegister::WaitForDrawerClose(int32_t beep_timeout, int32_t beep_frequ
 // --- Firmware
 
 int VirtualRegister::CompareFirmwareVersion(const char* firmware_file, int* result) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kCompareFirmwareVersion, [&] {
     if (result == nullptr) return RTF_E_ILLEGAL;
     std::string version;
     if (const int code = CheckFirmware(View(firmware_file), &version)) return code;
@@ -157,7 +156,7 @@ int VirtualRegister::CompareFirmwareVersion(const char* firmware_file, int* resu
 }
 
 int VirtualRegister::UpdateFirmware(const char* firmware_file) {
-  return Perform(__func__, [&] { return LoadFirmware(firmware_file); });
+  return Perform(ClientOperation::kUpdateFirmware, [&] { return LoadFirmware(firmware_file); });
 }
 
 }  // namespace lorimat

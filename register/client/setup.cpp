@@ -8,41 +8,45 @@ namespace lorimat {
 
 // Double width is asked for inside the text, as in a header line.
 int VirtualRegister::SetTrailerLine(int line, const char* text, bool) {
-  return Perform(__func__, [&] { return SetupDesk(core_).SetTrailerLine(line, View(text)); });
+  return Perform(ClientOperation::kSetTrailerLine,
+                 [&] { return SetupDesk(core_).SetTrailerLine(line, View(text)); });
 }
 
 int VirtualRegister::SetStoreFiscalID(const char* fiscal_id) {
-  return Perform(__func__, [&] { return SetupDesk(core_).SetFiscalId(View(fiscal_id)); });
+  return Perform(ClientOperation::kSetStoreFiscalID,
+                 [&] { return SetupDesk(core_).SetFiscalId(View(fiscal_id)); });
 }
 
 int VirtualRegister::SetPOSID(const char* pos_id, const char* cashier_id) {
-  return Perform(__func__,
+  return Perform(ClientOperation::kSetPOSID,
                  [&] { return SetupDesk(core_).SetPosId(View(pos_id), View(cashier_id)); });
 }
 
 int VirtualRegister::SetDate(const char* date) {
-  return Perform(__func__, [&] { return SetupDesk(core_).SetDate(View(date)); });
+  return Perform(ClientOperation::kSetDate, [&] { return SetupDesk(core_).SetDate(View(date)); });
 }
 
 int VirtualRegister::SelectBitmap(int number, int position) {
-  return Perform(__func__, [&] { return SetupDesk(core_).SelectLogo(number, position); });
+  return Perform(ClientOperation::kSelectBitmap,
+                 [&] { return SetupDesk(core_).SelectLogo(number, position); });
 }
 
 int VirtualRegister::TelematicCensus() {
-  return Perform(__func__, [&] { return SetupDesk(core_).Register(); });
+  return Perform(ClientOperation::kTelematicCensus, [&] { return SetupDesk(core_).Register(); });
 }
 
 int VirtualRegister::TelematicActivate(const char* vat_number, const char* tax_code,
                                        const char* user, const char* password, int32_t ateco,
                                        const char* date) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kTelematicActivate, [&] {
     return SetupDesk(core_).Activate(
         {View(vat_number), View(tax_code), View(user), View(password), ateco, View(date)});
   });
 }
 
 int VirtualRegister::TelematicCommissioning() {
-  return Perform(__func__, [&] { return SetupDesk(core_).PutIntoService(); });
+  return Perform(ClientOperation::kTelematicCommissioning,
+                 [&] { return SetupDesk(core_).PutIntoService(); });
 }
 
 }  // namespace lorimat

@@ -16,43 +16,43 @@ constexpr const char* kNotPaidTender = "9";
 // --- Documents
 
 int VirtualRegister::BeginDocRefund(int number, int zNumber, const char* date) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kBeginDocRefund, [&] {
     return desk_.BeginRefund({zNumber, number, std::string(View(date)), {}});
   });
 }
 
 int VirtualRegister::BeginDocRefundEx(int number, int zNumber, const char* date, bool automatic) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kBeginDocRefundEx, [&] {
     const Reference reference = {zNumber, number, std::string(View(date)), {}};
     return automatic ? desk_.RefundWhole(reference) : desk_.BeginRefund(reference);
   });
 }
 
 int VirtualRegister::BeginDocCancel(int number, int zNumber, const char* date, bool automatic) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kBeginDocCancel, [&] {
     return desk_.BeginCancel({zNumber, number, std::string(View(date)), {}}, automatic, {});
   });
 }
 
 int VirtualRegister::PrintDuplicateReceipt() {
-  return Perform(__func__, [&] { return desk_.PrintDuplicate(); });
+  return Perform(ClientOperation::kPrintDuplicateReceipt, [&] { return desk_.PrintDuplicate(); });
 }
 
 // --- Lines and payments
 
 int VirtualRegister::PrintRecCash(long amount) {
-  return Perform(__func__, [&] { return desk_.Cash(amount); });
+  return Perform(ClientOperation::kPrintRecCash, [&] { return desk_.Cash(amount); });
 }
 
 int VirtualRegister::PrintRecNotPaid(const char* description, long amount) {
-  return Perform(__func__,
+  return Perform(ClientOperation::kPrintRecNotPaid,
                  [&] { return desk_.Total(amount, kNotPaidTender, false, View(description)); });
 }
 
 int VirtualRegister::PrintRecItemFuel(const char* description, long price, int quantity,
                                       int vatInfo, long unitPrice, const char* unitName,
                                       long special_tax, const char* special_tax_name) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintRecItemFuel, [&] {
     LineArguments line;
     line.description = View(description);
     line.price = price;
@@ -68,7 +68,7 @@ int VirtualRegister::PrintRecItemFuel(const char* description, long price, int q
 
 int VirtualRegister::PrintRecItemFuelVoid(const char* description, long price, int vatInfo,
                                           long special_tax) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintRecItemFuelVoid, [&] {
     LineArguments line;
     line.pfl_item_type = PflItemType::kPrintRecItemVoid;
     line.description = View(description);
@@ -84,7 +84,7 @@ int VirtualRegister::PrintRecItemFuelVoid(const char* description, long price, i
 // Without a quantity the amount is that of the whole line, with one that of a piece.
 int VirtualRegister::PrintRecVoidItem(const char* description, long amount, int quantity,
                                       int adjustment_type, long adjustment, int vatInfo) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintRecVoidItem, [&] {
     LineArguments line;
     line.pfl_item_type = PflItemType::kPrintRecItemVoid;
     line.description = View(description);
@@ -97,13 +97,13 @@ int VirtualRegister::PrintRecVoidItem(const char* description, long amount, int 
 
 int VirtualRegister::PrintRecPackageAdjustment(int adjustment_type, const char* description,
                                                const char* vat_adjustment) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintRecPackageAdjustment, [&] {
     return desk_.AdjustPackage(adjustment_type, View(description), View(vat_adjustment), false);
   });
 }
 
 int VirtualRegister::PrintRecPackageAdjustVoid(int adjustment_type, const char* vat_adjustment) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kPrintRecPackageAdjustVoid, [&] {
     return desk_.AdjustPackage(adjustment_type, {}, View(vat_adjustment), true);
   });
 }
@@ -111,15 +111,16 @@ int VirtualRegister::PrintRecPackageAdjustVoid(int adjustment_type, const char* 
 // --- Item lists
 
 int VirtualRegister::BeginItemList(int vat_id) {
-  return Perform(__func__, [&] { return ItemList(core_).Begin(vat_id); });
+  return Perform(ClientOperation::kBeginItemList, [&] { return ItemList(core_).Begin(vat_id); });
 }
 
 int VirtualRegister::VerifyItem(const char* item_name, int vat_id) {
-  return Perform(__func__, [&] { return ItemList(core_).Verify(View(item_name), vat_id); });
+  return Perform(ClientOperation::kVerifyItem,
+                 [&] { return ItemList(core_).Verify(View(item_name), vat_id); });
 }
 
 int VirtualRegister::EndItemList() {
-  return Perform(__func__, [&] { return ItemList(core_).End(); });
+  return Perform(ClientOperation::kEndItemList, [&] { return ItemList(core_).End(); });
 }
 
 }  // namespace lorimat

@@ -6,7 +6,7 @@
 namespace lorimat {
 
 int VirtualRegister::BeginTraining() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kBeginTraining, [&] {
     if (!core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
     if (core_.setup.training) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kTraining);
     core_.setup.training = true;
@@ -15,7 +15,7 @@ int VirtualRegister::BeginTraining() {
 }
 
 int VirtualRegister::EndTraining() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kEndTraining, [&] {
     if (!core_.Allows(Operation::kTraining)) return RTF_EFPTR_WRONG_STATE;
     if (!core_.setup.training) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNotTraining);
     core_.setup.training = false;

@@ -150,7 +150,7 @@ std::string VirtualRegister::WhyNotKept(int code) const {
 
 void VirtualRegister::AddFault(Fault fault) {
   std::string cause;
-  const int code = Perform(__func__, [&] {
+  const int code = Perform(std::nullopt, [&] {
     try {
       core_.faults.Add(std::move(fault));
     } catch (const RegisterError& refusal) {
@@ -164,7 +164,7 @@ void VirtualRegister::AddFault(Fault fault) {
 }
 
 void VirtualRegister::ClearFaults() {
-  const int code = Perform(__func__, [&] {
+  const int code = Perform(std::nullopt, [&] {
     core_.faults.Clear();
     return RTF_SUCCESS;
   });
@@ -176,7 +176,7 @@ void VirtualRegister::ClearFaults() {
 int VirtualRegister::GetState() {
   if (core_.service == ServiceState::kClosed) return RTF_S_CLOSED;
   int state = RTF_S_BUSY;  // while an operation runs
-  Perform(__func__, [&] {
+  Perform(ClientOperation::kGetState, [&] {
     state = core_.faults.PollState();
     return RTF_SUCCESS;
   });
@@ -184,7 +184,7 @@ int VirtualRegister::GetState() {
 }
 
 int VirtualRegister::GetIntProperty(int property, int* value) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetIntProperty, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
     if (const int code = CheckProperty(property)) return code;
     if (property == RTF_PIDX_State && core_.service == ServiceState::kClosed) {
@@ -205,11 +205,12 @@ int VirtualRegister::GetIntProperty(int property, int* value) {
 }
 
 int VirtualRegister::SetIntProperty(int property, int value) {
-  return Perform(__func__, [&] { return WriteIntProperty(core_, property, value); });
+  return Perform(ClientOperation::kSetIntProperty,
+                 [&] { return WriteIntProperty(core_, property, value); });
 }
 
 int VirtualRegister::GetStringProperty(int property, char* value) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetStringProperty, [&] {
     if (value == nullptr) return RTF_E_ILLEGAL;
     if (const int code = CheckProperty(property)) return code;
     std::string text;
@@ -220,11 +221,12 @@ int VirtualRegister::GetStringProperty(int property, char* value) {
 }
 
 int VirtualRegister::SetStringProperty(int property, const char* value) {
-  return Perform(__func__, [&] { return WriteTextProperty(core_, property, View(value)); });
+  return Perform(ClientOperation::kSetStringProperty,
+                 [&] { return WriteTextProperty(core_, property, View(value)); });
 }
 
 int VirtualRegister::GetDataInternal(int item, char* text) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetDataInternal, [&] {
     const DataItem* row = FindDataItem(item);
     if (text == nullptr) return RTF_E_ILLEGAL;
     if (row == nullptr || row->read == nullptr) return NoDataItem(item);
@@ -234,7 +236,7 @@ int VirtualRegister::GetDataInternal(int item, char* text) {
 }
 
 int VirtualRegister::SetDataInternal(int item, const char* text) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kSetDataInternal, [&] {
     const DataItem* row = FindDataItem(item);
     if (row == nullptr) return NoDataItem(item);
     if (row->write == nullptr) return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {item});
@@ -245,7 +247,7 @@ int VirtualRegister::SetDataInternal(int item, const char* text) {
 // --- Reading
 
 int VirtualRegister::GetData(int selector, int* number, char* text) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetData, [&] {
     if (text == nullptr) return RTF_E_ILLEGAL;
     static_cast<void>(number);
     for (const DataSelector& row : kDataSelectors) {
@@ -258,7 +260,7 @@ int VirtualRegister::GetData(int selector, int* number, char* text) {
 }
 
 int VirtualRegister::GetDate(char* date) {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kGetDate, [&] {
     if (date == nullptr) return RTF_E_ILLEGAL;
     const bool closing = core_.options.date_type == RTF_FPTR_DT_EOD;
     const std::optional<Closure> last = closing ? core_.store.LastClosure() : std::nullopt;
@@ -272,7 +274,7 @@ int VirtualRegister::GetDate(char* date) {
 // --- Drawer, displays and keyboard
 
 int VirtualRegister::OpenDrawer() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kOpenDrawer, [&] {
     ++core_.drawer_count;
     return RTF_SUCCESS;
   });
@@ -302,32 +304,36 @@ int VirtualRegister::ShowText(int display, int row, int column, std::string_view
 }
 
 int VirtualRegister::ClearText() {
-  return Perform(__func__, [&] {
+  return Perform(ClientOperation::kClearText, [&] {
     core_.displays.clear();
     return RTF_SUCCESS;
   });
 }
 
 int VirtualRegister::DisplayText(const char* text, int) {
-  return Perform(__func__, [&] { return ShowText(2, 0, 0, View(text), true); });
+  return Perform(ClientOperation::kDisplayText,
+                 [&] { return ShowText(2, 0, 0, View(text), true); });
 }
 
 int VirtualRegister::DisplayTextAt(int row, int column, const char* text, int) {
-  return Perform(__func__, [&] { return ShowText(2, row, column, View(text), false); });
+  return Perform(ClientOperation::kDisplayTextAt,
+                 [&] { return ShowText(2, row, column, View(text), false); });
 }
 
 int VirtualRegister::DisplayTextEx(const char* text, int, int display, int, bool clear) {
-  return Perform(__func__, [&] { return ShowText(display, 0, 0, View(text), clear); });
+  return Perform(ClientOperation::kDisplayTextEx,
+                 [&] { return ShowText(display, 0, 0, View(text), clear); });
 }
 
 int VirtualRegister::DisplayTextAtEx(int row, int column, const char* text, int, int display, int,
                                      bool clear) {
-  return Perform(__func__, [&] { return ShowText(display, row, column, View(text), clear); });
+  return Perform(ClientOperation::kDisplayTextAtEx,
+                 [&] { return ShowText(display, row, column, View(text), clear); });
 }
 
 int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* keys_code_alfa_fp,
                                   const char* key_code_alfa_lcd, uint8_t key_code_terminator) {
-  return Perform(__func__, EffectsOfKey(key_code_terminator), [&] {
+  return Perform(ClientOperation::kKeyCodeInput, EffectsOfKey(key_code_terminator), [&] {
     return keyboard_.Play(View(keys_code_numerics), View(keys_code_alfa_fp),
                           View(key_code_alfa_lcd), key_code_terminator);
   });
@@ -336,7 +342,7 @@ int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* ke
 // The register's direct commands: 1 reads the data item `optarg` into the data, 2 writes it
 // from there, 502 and 503 switch the line to a device behind the register on and off.
 int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
-  return Perform(__func__, EffectsOfRecord(cmd != 1), [&] {
+  return Perform(ClientOperation::kDirectIO, EffectsOfRecord(cmd != 1), [&] {
     if (optarg == nullptr || data == nullptr) return RTF_E_ILLEGAL;
     const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
     switch (cmd) {

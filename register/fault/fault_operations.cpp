@@ -1,192 +1,49 @@
 #include "register/fault/fault_operations.h"
 
-#include <iterator>
+#include <cstddef>
+#include <type_traits>
 
 #include "pal/peripherals/keyboard/functioncode.h"
 
 namespace lorimat {
 namespace {
 
+// The words of the list of operations.
 constexpr unsigned kHost = 0;
 constexpr unsigned kReads = kEffectReads;
 constexpr unsigned kActs = kEffectActs;
+constexpr unsigned kRecords = kEffectReads | kEffectActs;
 constexpr unsigned kPrints = kEffectActs | kEffectPrints;
 constexpr unsigned kOpens = kPrints | kEffectOpens;
 constexpr unsigned kPays = kPrints | kEffectRegisters;
 constexpr unsigned kTotals = kPrints | kEffectTotals;
+constexpr unsigned kSettles = kPays | kTotals;
+constexpr unsigned kKeys = kOpens | kPays | kTotals;
 
-// ResetPrn counts as one that does not print, though it marks an open document as cancelled: it
-// is the way out, and has to go through without paper too.
-constexpr ClientOperation kOperations[] = {
-    {"GetClaimed", kHost, false},
-    {"GetDeviceEnabled", kHost, false},
-    {"SetDeviceEnabled", kHost, true},
-    {"GetState", kHost, false},
-    {"GetIntProperty", kHost, true},
-    {"SetIntProperty", kHost, true},
-    {"GetStringProperty", kHost, true},
-    {"SetStringProperty", kHost, true},
-    {"GetDataInternal", kReads, true},
-    {"SetDataInternal", kActs, true},
-    {"Close", kHost, true},
-    {"Claim", kHost, true},
-    {"Release", kHost, true},
-    {"CheckHealth", kPrints, true},
-    {"ClearOutput", kActs, true},
-    {"CompareFirmwareVersion", kReads, true},
-    {"ResetStatistics", kActs, true},
-    {"RetrieveStatistics", kReads, true},
-    {"UpdateFirmware", kActs, true},
-    {"UpdateStatistics", kActs, true},
-    {"GetVatEntryExtended", kReads, true},
-    {"PrintBarcode", kPrints, true},
-    {"PrintBarcodeEx", kPrints, true},
-    {"InitJournal", kActs, true},
-    {"BeginDocInvoice", kOpens, true},
-    {"BeginDocInvoiceOppositionJurisprudence", kOpens, true},
-    {"BeginDocRefund", kOpens, true},
-    {"BeginDocCancel", kOpens, true},
-    {"BeginDocTelematicRefund", kOpens, true},
-    {"BeginDocTelematicCancel", kOpens, true},
-    {"BeginDocRefundEx", kOpens, true},
-    {"SendTelematicSummary", kActs, true},
-    {"ExportTelematicSummary", kActs, true},
-    {"SaveTelematicSummary", kActs, true},
-    {"SaveTelematicSummaryEx", kActs, true},
-    {"PrintBitmap", kPrints, true},
-    {"SelectBitmap", kActs, true},
-    {"ProcessEJournalReportByDate", kActs, true},
-    {"ProcessEJournalReportByZNumber", kActs, true},
-    {"ProcessEJournalReportByDateZNumber", kActs, true},
-    {"ProcessEJournalReportByDateNumber", kActs, true},
-    {"ProcessEJournalReportByDateNumberDocType", kActs, true},
-    {"ProcessEJournalReportGlobal", kActs, true},
-    {"ProgramGRC", kActs, true},
-    {"EraseLogoArchive", kActs, true},
-    {"BeginAdditionalTrailer", kPrints, true},
-    {"PrintPaperCut", kPrints, true},
-    {"SetCurrency", kActs, true},
-    {"SetDate", kActs, true},
-    {"SetHeaderLine", kActs, true},
-    {"SetPOSID", kActs, true},
-    {"SetStoreFiscalID", kActs, true},
-    {"SetTrailerLine", kActs, true},
-    {"SetVatTable", kActs, true},
-    {"SetVatValue", kActs, true},
-    {"BeginFiscalReceipt", kOpens, true},
-    {"EndFiscalReceipt", kPrints, true},
-    {"PrintDuplicateReceipt", kPrints, true},
-    {"PrintRecCash", kPrints, true},
-    {"PrintRecItem", kPrints, true},
-    {"PrintRecItemVoid", kPrints, true},
-    {"PrintRecItemAdjustment", kPrints, true},
-    {"PrintRecItemAdjustmentVoid", kPrints, true},
-    {"PrintRecItemFuel", kPrints, true},
-    {"PrintRecItemFuelVoid", kPrints, true},
-    {"PrintRecItemRefund", kPrints, true},
-    {"PrintRecItemRefundVoid", kPrints, true},
-    {"PrintRecMessage", kPrints, true},
-    {"PrintRecNotPaid", kPays, true},
-    {"PrintRecPackageAdjustment", kPrints, true},
-    {"PrintRecPackageAdjustVoid", kPrints, true},
-    {"PrintRecRefund", kPrints, true},
-    {"PrintRecRefundVoid", kPrints, true},
-    {"PrintRecSubtotal", kTotals, true},
-    {"PrintRecSubtotalEx", kTotals, true},
-    {"PrintRecSubtotalAdjustment", kPrints, true},
-    {"PrintRecSubtotalAdjustVoid", kPrints, true},
-    {"PrintRecTaxID", kPrints, true},
-    {"PrintRecTotal", kTotals | kPays, true},
-    {"PrintRecVoid", kPrints, true},
-    {"PrintRecVoidItem", kPrints, true},
-    {"TelematicCensus", kActs, true},
-    {"TelematicActivate", kActs, true},
-    {"TelematicCommissioning", kActs, true},
-    {"ZupEcrCmd", kActs, true},
-    {"PrintRecItemEx", kPrints, true},
-    {"PrintRecItemAdjustmentEx", kPrints, true},
-    {"PrintRecItemAdjustmentEx2", kPrints, true},
-    {"PrintRecTotalEx", kTotals | kPays, true},
-    {"BeginFiscalDocument", kOpens, true},
-    {"EndFiscalDocument", kPays, true},
-    {"PrintFiscalDocumentLine", kPrints, true},
-    {"BeginItemList", kPrints, true},
-    {"EndItemList", kPrints, true},
-    {"VerifyItem", kPrints, true},
-    {"PrintPeriodicTotalsReport", kPrints, true},
-    {"PrintPowerLossReport", kPrints, true},
-    {"PrintReport", kPrints, true},
-    {"PrintXReport", kPrints, true},
-    {"PrintZReport", kPays, true},
-    {"BeginInsertion", kActs, true},
-    {"BeginRemoval", kActs, true},
-    {"EndInsertion", kActs, true},
-    {"EndRemoval", kActs, true},
-    {"BeginFixedOutput", kPrints, true},
-    {"BeginNonFiscal", kPrints, true},
-    {"BeginNonFiscalJournal", kPrints, true},
-    {"BeginTraining", kActs, true},
-    {"EndFixedOutput", kPrints, true},
-    {"EndNonFiscal", kPrints, true},
-    {"EndTraining", kActs, true},
-    {"PrintFixedOutput", kPrints, true},
-    {"PrintNormal", kPrints, true},
-    {"GetData", kReads, true},
-    {"GetDate", kReads, true},
-    {"GetTotalizer", kReads, true},
-    {"GetVatEntry", kReads, true},
-    {"ClearError", kActs, true},
-    {"ResetPrn", kActs, true},
-    {"OpenDrawer", kActs, true},
-    {"WaitForDrawerClose", kActs, true},
-    {"ClearText", kActs, true},
-    {"DisplayText", kActs, true},
-    {"DisplayTextAt", kActs, true},
-    {"DisplayTextEx", kActs, true},
-    {"DisplayTextAtEx", kActs, true},
-    {"GetTotalizerExtend", kReads, true},
-    {"ProgramFirmware", kActs, true},
-    {"EraseTable", kActs, true},
-    {"DownloadTable", kReads, true},
-    {"UploadTable", kActs, true},
-    {"ConfigDepartment", kReads | kActs, true},
-    {"ConfigDepartmentEx", kReads | kActs, true},
-    {"ConfigGroup", kReads | kActs, true},
-    {"ConfigKeyboard", kReads | kActs, true},
-    {"ConfigSubtender", kReads | kActs, true},
-    {"GetHeaderLine", kReads, true},
-    {"KeyCodeInput", kOpens | kPays | kTotals, true},
-    {"PrintZReportEx", kPays, true},
-    {"DiagnosticsRequest", kPrints, true},
-    {"DirectIO", kReads | kActs, true},
-    {"PrintXReportEx", kPrints, true},
-    {"FiscalReportMessageEx", kPrints, true},
-    {"PeriodicReportMessageEx", kPrints, true},
-    {"TelematicDocument", kActs, true},
-    {"LogTrace", kHost, false},
-    {"LogError", kHost, false},
-    {"set_wait_event", kHost, false},
-    {"set_wait_result_code", kHost, false},
+struct Row {
+  unsigned effects;
+  bool answers_code;
 };
-static_assert(std::size(kOperations) == 149);
+
+constexpr Row kRows[] = {
+#define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) \
+  {k##Does, std::is_same_v<Result, int> && ClientOperation::k##Name != ClientOperation::kGetState},
+#include "rpccommon/client/rtfclientoperations.inc"
+};
+
+const Row& RowOf(ClientOperation operation) { return kRows[static_cast<size_t>(operation)]; }
 
 }  // namespace
 
-std::span<const ClientOperation> ClientOperations() { return kOperations; }
-
-const ClientOperation* FindClientOperation(std::string_view name) {
-  for (const ClientOperation& operation : kOperations) {
-    if (operation.name == name) return &operation;
-  }
-  return nullptr;
-}
+unsigned EffectsOf(ClientOperation operation) { return RowOf(operation).effects; }
+bool AnswersCode(ClientOperation operation) { return RowOf(operation).answers_code; }
 
 unsigned EffectsOfKey(uint8_t key) {
   using F = FunctionCode;
   if (key >= F::kDepartment01 && key <= F::kLastDepartment) return kOpens;
-  if (key >= F::kSubTender01 && key <= F::kLastSubTender) return kTotals | kPays;
+  if (key >= F::kSubTender01 && key <= F::kLastSubTender) return kSettles;
   // What a macro plays is not looked into.
-  if (key >= F::kMacro01 && key <= F::kMacro20) return kOpens | kTotals | kPays;
+  if (key >= F::kMacro01 && key <= F::kMacro20) return kKeys;
   switch (key) {
     case F::kDepartment:
     case F::kPlu:
@@ -203,7 +60,7 @@ unsigned EffectsOfKey(uint8_t key) {
     case F::kCreditInvoice:
     case F::kCreditServices:
     case F::kCreditSSN:
-      return kTotals | kPays;
+      return kSettles;
     case F::kSubtotal:
       return kTotals;
     case F::kCancel:

@@ -1,10 +1,9 @@
-// The operations of the device client by name, and what each does to a device: which faults can
-// strike it.
+// What each operation of the device client does to a device: which faults can strike it.
 #pragma once
 
 #include <cstdint>
-#include <span>
-#include <string_view>
+
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat {
 
@@ -18,15 +17,10 @@ enum OperationEffect : unsigned {
   kEffectTotals = 0x20,     // compares or prints a total
 };
 
-struct ClientOperation {
-  std::string_view name;
-  unsigned effects;  // all that it can do; 0: it is answered on the host's side
-  bool has_code;     // answers a result code
-};
-
-// All operations of RtfClientInterface, in its order.
-std::span<const ClientOperation> ClientOperations();
-const ClientOperation* FindClientOperation(std::string_view name);
+// All that an operation can do; 0: it is answered on the host's side.
+unsigned EffectsOf(ClientOperation operation);
+// Whether it answers a result code.
+bool AnswersCode(ClientOperation operation);
 
 // What a key does. One that sells opens a document when none is open.
 unsigned EffectsOfKey(uint8_t key);

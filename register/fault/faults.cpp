@@ -90,8 +90,9 @@ bool ReadFault(std::string_view line, Fault* fault) {
   if (!when || !ReadNumber(TakeWord(&line), &fault->count)) return false;
   fault->when = *when;
   if (line.empty()) return false;
-  if (line != "-") fault->operation = line;
-  return true;
+  if (line == "-") return true;
+  fault->operation = FindClientOperation(line);
+  return fault->operation.has_value();
 }
 
 }  // namespace
@@ -129,12 +130,12 @@ std::string FaultPlan::Refusal(const Fault& fault) {
   if (Counts(fault.when) && (fault.count < 1 || fault.count > kMostCount)) {
     return fmt::format("a number of operations is 1 to {}, not {}", kMostCount, fault.count);
   }
-  if (fault.operation.empty()) return {};
-  const ClientOperation* operation = FindClientOperation(fault.operation);
-  if (operation == nullptr) return fmt::format("unknown operation: {}", Shown(fault.operation));
-  if (!operation->has_code) return fmt::format("{} answers no result code", fault.operation);
-  if (!StrikesByName(*kind, operation->effects)) {
-    return fmt::format("{} cannot strike {}", fault.name, fault.operation);
+  if (!fault.operation) return {};
+  const std::string_view operation = ClientOperationName(*fault.operation);
+  if (operation.empty()) return "unknown operation";
+  if (!AnswersCode(*fault.operation)) return fmt::format("{} answers no result code", operation);
+  if (!StrikesByName(*kind, EffectsOf(*fault.operation))) {
+    return fmt::format("{} cannot strike {}", fault.name, operation);
   }
   return {};
 }
@@ -159,7 +160,7 @@ std::string FaultPlan::ToText() const {
   std::string text;
   for (const Fault& fault : faults_) {
     text += fmt::format("{} {} {} {} {}\n", fault.name, fault.code, FaultWhenName(fault.when),
-                        fault.count, fault.operation.empty() ? "-" : fault.operation);
+                        fault.count, fault.operation ? ClientOperationName(*fault.operation) : "-");
   }
   return text;
 }
@@ -179,11 +180,11 @@ bool FaultPlan::FromText(std::string_view text, FaultPlan* plan) {
   return true;
 }
 
-bool FaultPlan::CanStrike(const Fault& fault, std::string_view operation, unsigned effects) const {
+bool FaultPlan::CanStrike(const Fault& fault, ClientOperation operation, unsigned effects) const {
   const FaultKind* kind = FindKind(fault.name);
   if (kind == nullptr) return false;
-  if (!fault.operation.empty()) {
-    return fault.operation == operation && StrikesByName(*kind, effects);
+  if (fault.operation) {
+    return *fault.operation == operation && StrikesByName(*kind, effects);
   }
   if ((effects & kind->effects) != 0) return true;
   // Hosts read on their way to an operation: a fault that counts leaves that alone, or it would
@@ -202,13 +203,11 @@ void FaultPlan::Use(size_t index) {
   }
 }
 
-FaultPlan::Strike FaultPlan::Begin(std::string_view operation, bool document_open,
+FaultPlan::Strike FaultPlan::Begin(std::optional<ClientOperation> operation, bool document_open,
                                    unsigned effects) {
   Strike strike;
-  if (faults_.empty()) return strike;
-  const ClientOperation* row = FindClientOperation(operation);
-  if (row == nullptr || !row->has_code) return strike;
-  if (effects == 0) effects = row->effects;
+  if (faults_.empty() || !operation || !AnswersCode(*operation)) return strike;
+  if (effects == 0) effects = EffectsOf(*operation);
   if (document_open) effects &= ~static_cast<unsigned>(kEffectOpens);
 
   // The first that is due and refuses the operation; else the first that loses its answer.
@@ -217,7 +216,7 @@ FaultPlan::Strike FaultPlan::Begin(std::string_view operation, bool document_ope
   size_t losing = none;
   for (size_t i = 0; i < faults_.size(); ++i) {
     const Fault& fault = faults_[i];
-    if (!IsDue(fault) || !CanStrike(fault, operation, effects)) continue;
+    if (!IsDue(fault) || !CanStrike(fault, *operation, effects)) continue;
     if (fault.name == kLostAnswerFault) {
       if (losing == none) losing = i;
     } else if (fault.code != RTF_SUCCESS && refusing == none) {
@@ -233,7 +232,7 @@ FaultPlan::Strike FaultPlan::Begin(std::string_view operation, bool document_ope
   // From the end, as a fault that is used up moves those behind it.
   for (size_t i = faults_.size(); i-- > 0;) {
     Fault& fault = faults_[i];
-    if (!CanStrike(fault, operation, effects)) continue;
+    if (!CanStrike(fault, *operation, effects)) continue;
     if (!IsDue(fault)) {
       --fault.count;
       ++changes_;
@@ -249,7 +248,7 @@ int FaultPlan::PollState() {
   for (size_t i = 0; i < faults_.size();) {
     Fault& fault = faults_[i];
     const size_t waiting = faults_.size();
-    if (fault.name == kBusyFault && fault.operation.empty()) {
+    if (fault.name == kBusyFault && !fault.operation) {
       if (!IsDue(fault)) {
         --fault.count;
         ++changes_;

@@ -3,7 +3,7 @@
 // operation changes nothing and answers the fault's code.
 //
 //   device.AddFault({.name = "paper-end"});                     // the next operation that prints
-//   device.AddFault({.name = "lost-answer", .operation = "PrintRecTotalEx"});
+//   device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintRecTotalEx});
 //   device.AddFault({.name = "code", .code = RTF_EFPTR_BAD_VAT, .when = FaultWhen::kNth,
 //                    .count = 3});
 #pragma once
@@ -15,6 +15,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat {
 
@@ -56,9 +58,10 @@ std::string_view FaultWhenName(FaultWhen when);
 std::optional<FaultWhen> FindFaultWhen(std::string_view name);
 
 struct Fault {
-  std::string name = {};       // of a FaultKind, or "code" for any other result code
-  int code = 0;                // with "code": what the operation answers, 1 to kMostCode
-  std::string operation = {};  // strikes this client operation alone; empty: all that it can
+  std::string name = {};  // of a FaultKind, or "code" for any other result code
+  int code = 0;           // with "code": what the operation answers, 1 to kMostCode
+  // Strikes this operation of the client alone; none: all that it can.
+  std::optional<ClientOperation> operation = {};
   FaultWhen when = FaultWhen::kNext;
   int count = 1;  // for kNth and kTimes: what is left of it
 
@@ -96,8 +99,8 @@ class FaultPlan {
   // An operation begins. Counts the faults that can strike it and uses up the one that does: one
   // at a time, the first that was added; another that is due waits. While a document is open
   // nothing opens another. `effects` says what this call does where the operation does one thing
-  // or the other; 0: what its name says.
-  Strike Begin(std::string_view operation, bool document_open, unsigned effects = 0);
+  // or the other; 0: all that it can do. What is no operation of the client is not struck.
+  Strike Begin(std::optional<ClientOperation> operation, bool document_open, unsigned effects = 0);
   // The state that a poll shows, one of RTF_S_*. The polls of a busy device count.
   int PollState();
   // Whether a fault of this name strikes the next operation that it can: then the device shows
@@ -107,7 +110,7 @@ class FaultPlan {
   uint64_t changes() const { return changes_; }
 
  private:
-  bool CanStrike(const Fault& fault, std::string_view operation, unsigned effects) const;
+  bool CanStrike(const Fault& fault, ClientOperation operation, unsigned effects) const;
   // Counts a fault that is due and forgets it when it is used up.
   void Use(size_t index);
 

@@ -176,7 +176,7 @@ class RegisterPlayer {
     lorimat::Fault fault;
     fault.name = lorimat::kCodeFault;
     fault.code = answer;
-    fault.operation = ClientOperationName(operation);
+    fault.operation = operation;
     if (operation == ClientOperation::kGetState && answer == RTF_S_BUSY) {
       fault = lorimat::Fault{};
       fault.name = lorimat::kBusyFault;

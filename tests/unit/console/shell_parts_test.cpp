@@ -152,14 +152,14 @@ TEST(ShellFaultWords, ANameAloneIsTheNextOperation) {
   const lorimat::Fault fault = read_fault("paper-end");
   EXPECT_EQ("paper-end", fault.name);
   EXPECT_EQ(lorimat::FaultWhen::kNext, fault.when);
-  EXPECT_EQ("", fault.operation);
+  EXPECT_FALSE(fault.operation);
 }
 
 TEST(ShellFaultWords, MomentAndOperationMayStandBehind) {
   const lorimat::Fault third = read_fault("paper-end nth 3 on PrintRecItemEx");
   EXPECT_EQ(lorimat::FaultWhen::kNth, third.when);
   EXPECT_EQ(3, third.count);
-  EXPECT_EQ("PrintRecItemEx", third.operation);
+  EXPECT_EQ(ClientOperation::kPrintRecItemEx, third.operation);
   EXPECT_EQ(lorimat::FaultWhen::kEvery, read_fault("off-line every").when);
   const lorimat::Fault busy = read_fault("  busy   --times   4 ");
   EXPECT_EQ(lorimat::FaultWhen::kTimes, busy.when);

@@ -79,7 +79,7 @@ TEST_F(FaultHostTest, ASaleWithoutPaperAnswersTheDevicesCodeAndSellsOnceWhenRepe
 }
 
 TEST_F(FaultHostTest, ALineThatIsRefusedInAReceiptSellsOnceWhenRepeated) {
-  device.AddFault({.name = "cover-open", .operation = "PrintRecItemEx"});
+  device.AddFault({.name = "cover-open", .operation = ClientOperation::kPrintRecItemEx});
   EXPECT_EQ(Run("VEND REP=1, PRE=1.00"), 1225);
   EXPECT_EQ(result_, "ERROR 4/201 : ECR SIGNALS CRITICAL ERROR 201 : ");
   EXPECT_EQ(Answer("VEND REP=1, PRE=1.00"), "OK.");
@@ -136,7 +136,7 @@ TEST_F(FaultHostTest, APaymentThatGotLostIsNotThereAndIsMadeOnce) {
 
 // The host cannot tell: one that sends the line again without a look sells twice.
 TEST_F(FaultHostTest, ALineWhoseAnswerIsLostIsSoldTwiceByARepeat) {
-  device.AddFault({.name = "lost-answer", .operation = "PrintRecItemEx"});
+  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintRecItemEx});
   EXPECT_EQ(Run("VEND REP=1, PRE=1.00"), 624);
   EXPECT_EQ(Answer("VEND REP=1, PRE=1.00"), "OK.");
   EXPECT_EQ(device.receipt().total(), 20000);

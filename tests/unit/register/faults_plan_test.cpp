@@ -47,17 +47,23 @@ TEST(FaultPlanTest, RefusesWhatCannotBeAndTellsWhy) {
       {{.name = "code", .code = 1000000}, "a result code is 1 to 999999, not 1000000"},
       {{.name = "paper-end", .code = 204}, "paper-end answers 203, not 204"},
       {{.name = "paper-near-end", .code = 1}, "paper-near-end answers 0, not 1"},
-      {{.name = "busy", .operation = "BeginReceipt"}, "unknown operation: BeginReceipt"},
-      {{.name = "busy", .operation = "openDrawer"}, "unknown operation: openDrawer"},
-      {{.name = "busy", .operation = " "}, "unknown operation:  "},
-      {{.name = "busy", .operation = "GetState"}, "GetState answers no result code"},
-      {{.name = "code", .code = 5, .operation = "LogTrace"}, "LogTrace answers no result code"},
-      {{.name = "paper-end", .operation = "GetDate"}, "paper-end cannot strike GetDate"},
-      {{.name = "paper-end", .operation = "OpenDrawer"}, "paper-end cannot strike OpenDrawer"},
-      {{.name = "lost-answer", .operation = "GetDate"}, "lost-answer cannot strike GetDate"},
-      {{.name = "off-line", .operation = "SetIntProperty"},
+      {{.name = "busy", .operation = static_cast<ClientOperation>(kClientOperationCount)},
+       "unknown operation"},
+      {{.name = "code", .code = 5, .operation = static_cast<ClientOperation>(255)},
+       "unknown operation"},
+      {{.name = "busy", .operation = ClientOperation::kGetState},
+       "GetState answers no result code"},
+      {{.name = "code", .code = 5, .operation = ClientOperation::kLogTrace},
+       "LogTrace answers no result code"},
+      {{.name = "paper-end", .operation = ClientOperation::kGetDate},
+       "paper-end cannot strike GetDate"},
+      {{.name = "paper-end", .operation = ClientOperation::kOpenDrawer},
+       "paper-end cannot strike OpenDrawer"},
+      {{.name = "lost-answer", .operation = ClientOperation::kGetDate},
+       "lost-answer cannot strike GetDate"},
+      {{.name = "off-line", .operation = ClientOperation::kSetIntProperty},
        "off-line cannot strike SetIntProperty"},
-      {{.name = "wrong-totals", .operation = "PrintRecItemEx"},
+      {{.name = "wrong-totals", .operation = ClientOperation::kPrintRecItemEx},
        "wrong-totals cannot strike PrintRecItemEx"},
       {{.name = "busy", .when = FaultWhen::kNth, .count = 0},
        "a number of operations is 1 to 1000000, not 0"},
@@ -109,15 +115,17 @@ TEST(FaultPlanTest, ChangesAreCounted) {
     return result;
   };
   plan.Add({.name = "paper-end", .when = FaultWhen::kNth, .count = 2});
-  plan.Add({.name = "cover-open", .operation = "PrintRecMessage", .when = FaultWhen::kEvery});
+  plan.Add({.name = "cover-open",
+            .operation = ClientOperation::kPrintRecMessage,
+            .when = FaultWhen::kEvery});
   EXPECT_TRUE(changed());
-  EXPECT_EQ(plan.Begin("OpenDrawer", false).before, 0);
+  EXPECT_EQ(plan.Begin(ClientOperation::kOpenDrawer, false).before, 0);
   EXPECT_FALSE(changed());
-  EXPECT_EQ(plan.Begin("BeginFiscalReceipt", false).before, 0);
+  EXPECT_EQ(plan.Begin(ClientOperation::kBeginFiscalReceipt, false).before, 0);
   EXPECT_TRUE(changed());
-  EXPECT_EQ(plan.Begin("PrintRecMessage", true).before, 203);
+  EXPECT_EQ(plan.Begin(ClientOperation::kPrintRecMessage, true).before, 203);
   EXPECT_TRUE(changed());
-  EXPECT_EQ(plan.Begin("PrintRecMessage", true).before, 201);
+  EXPECT_EQ(plan.Begin(ClientOperation::kPrintRecMessage, true).before, 201);
   EXPECT_FALSE(changed());
   EXPECT_EQ(plan.PollState(), RTF_S_ERROR);
   EXPECT_FALSE(changed());
@@ -125,13 +133,15 @@ TEST(FaultPlanTest, ChangesAreCounted) {
   EXPECT_TRUE(changed());
 }
 
-TEST(FaultPlanTest, NamesThatAreNoOperationsAreNotStruck) {
+TEST(FaultPlanTest, WhatAnswersNoCodeIsNotStruck) {
   FaultPlan plan;
   plan.Add({.name = "code", .code = 111, .when = FaultWhen::kEvery});
-  for (const char* name : {"", "AddFault", "GetState", "GetClaimed", "LogTrace", "opendrawer"}) {
-    EXPECT_EQ(plan.Begin(name, false).before, 0) << name;
+  EXPECT_EQ(plan.Begin(std::nullopt, false).before, 0);
+  for (const ClientOperation operation :
+       {ClientOperation::kGetState, ClientOperation::kGetClaimed, ClientOperation::kLogTrace}) {
+    EXPECT_EQ(plan.Begin(operation, false).before, 0) << ClientOperationName(operation);
   }
-  EXPECT_EQ(plan.Begin("OpenDrawer", false).before, 111);
+  EXPECT_EQ(plan.Begin(ClientOperation::kOpenDrawer, false).before, 111);
 }
 
 // --- In a register's file
@@ -195,8 +205,11 @@ TEST(FaultPlanTest, TheTextHasOneFaultALine) {
   FaultPlan plan;
   EXPECT_EQ(plan.ToText(), "");
   plan.Add({.name = "paper-end"});
-  plan.Add(
-      {.name = "code", .code = 1213, .operation = "GetDate", .when = FaultWhen::kNth, .count = 7});
+  plan.Add({.name = "code",
+            .code = 1213,
+            .operation = ClientOperation::kGetDate,
+            .when = FaultWhen::kNth,
+            .count = 7});
   plan.Add({.name = "busy", .when = FaultWhen::kTimes, .count = 3});
   plan.Add({.name = "off-line", .when = FaultWhen::kEvery});
   EXPECT_EQ(plan.ToText(),
@@ -222,9 +235,11 @@ TEST(FaultPlanTest, ComesBackFromItsText) {
       if (fault.name == "code") fault.code = 1 + static_cast<int>(pick(FaultPlan::kMostCode));
       fault.when = static_cast<FaultWhen>(pick(4));
       fault.count = 1 + static_cast<int>(pick(FaultPlan::kMostCount));
-      if (pick(2) == 0) fault.operation = ClientOperations()[pick(149)].name;
+      if (pick(2) == 0) {
+        fault.operation = static_cast<ClientOperation>(pick(kClientOperationCount));
+      }
       if (!FaultPlan::Refusal(fault).empty()) continue;
-      if (!fault.operation.empty()) ++restricted;
+      if (fault.operation) ++restricted;
       plan.Add(fault);
     }
     FaultPlan read;
@@ -238,11 +253,11 @@ TEST(FaultPlanTest, ComesBackFromItsText) {
 TEST(FaultPlanTest, WhatIsHalfUsedUpComesBackSo) {
   FaultPlan plan;
   plan.Add({.name = "paper-end", .when = FaultWhen::kNth, .count = 3});
-  plan.Begin("BeginFiscalReceipt", false);
+  plan.Begin(ClientOperation::kBeginFiscalReceipt, false);
   FaultPlan read;
   ASSERT_TRUE(FaultPlan::FromText(plan.ToText(), &read));
-  EXPECT_EQ(read.Begin("PrintRecMessage", true).before, 0);
-  EXPECT_EQ(read.Begin("PrintRecMessage", true).before, 203);
+  EXPECT_EQ(read.Begin(ClientOperation::kPrintRecMessage, true).before, 0);
+  EXPECT_EQ(read.Begin(ClientOperation::kPrintRecMessage, true).before, 203);
 }
 
 TEST(FaultPlanTest, TakesNoTextThatIsNoPlan) {

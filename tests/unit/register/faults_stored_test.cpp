@@ -10,7 +10,7 @@ TEST_F(StoredFaultTest, AnOperationThatCouldNotBeStoredDoesNotLoseItsAnswer) {
   VirtualRegister device(FileSettings());
   ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
   ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
-  device.AddFault({.name = "lost-answer", .operation = "PrintRecTotalEx"});
+  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintRecTotalEx});
   // A time-out would have the host believe that it may be registered, and the fault strikes once:
   // it is there for the payment that is.
   disk.FailAt(FailingDisk::Fault::kFull, 1, true);

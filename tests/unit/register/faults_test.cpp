@@ -218,9 +218,9 @@ TEST_F(FaultTest, AnyCodeForEveryCallStrikesReadingToo) {
 }
 
 TEST_F(FaultTest, AnOperationThatIsNamedIsStruckAlone) {
-  device.AddFault({.name = "code", .code = 107, .operation = "GetDate"});
-  device.AddFault({.name = "paper-end", .operation = "PrintRecMessage"});
-  device.AddFault({.name = "code", .code = 105, .operation = "SetStringProperty"});
+  device.AddFault({.name = "code", .code = 107, .operation = ClientOperation::kGetDate});
+  device.AddFault({.name = "paper-end", .operation = ClientOperation::kPrintRecMessage});
+  device.AddFault({.name = "code", .code = 105, .operation = ClientOperation::kSetStringProperty});
   OpenReceipt();
   EXPECT_EQ(Item(12), "0");
   EXPECT_EQ(device.SetStringProperty(RTF_PIDXFptr_PreLine, "UNO"), 105);
@@ -231,7 +231,7 @@ TEST_F(FaultTest, AnOperationThatIsNamedIsStruckAlone) {
 }
 
 TEST_F(FaultTest, OffLineCanStrikeANamedReading) {
-  device.AddFault({.name = "off-line", .operation = "GetDate"});
+  device.AddFault({.name = "off-line", .operation = ClientOperation::kGetDate});
   EXPECT_EQ(Item(12), "0");
   EXPECT_EQ(device.OpenDrawer(), RTF_SUCCESS);
   EXPECT_EQ(Reading(), 108);
@@ -320,7 +320,7 @@ TEST_F(FaultTest, TwoBusyFaultsAddUp) {
 }
 
 TEST_F(FaultTest, BusyAtOneOperationDoesNotShowInThePolls) {
-  device.AddFault({.name = "busy", .operation = "OpenDrawer"});
+  device.AddFault({.name = "busy", .operation = ClientOperation::kOpenDrawer});
   EXPECT_EQ(device.GetState(), RTF_S_IDLE);
   EXPECT_EQ(device.OpenDrawer(), RTF_E_BUSY);
   EXPECT_EQ(device.OpenDrawer(), RTF_SUCCESS);
@@ -469,7 +469,7 @@ TEST_F(FaultTest, TheFiscalMemoryCountsDownToNothing) {
 
 TEST_F(FaultTest, ALostAnswerLeavesTheReceiptRegisteredOnce) {
   OpenReceipt();
-  device.AddFault({.name = "lost-answer", .operation = "PrintRecTotalEx"});
+  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintRecTotalEx});
   EXPECT_EQ(PayRest(), RTF_E_TIMEOUT);
   // What a careful host asks: the state, the number of the last document, the day's total.
   EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_MONITOR);
@@ -485,7 +485,7 @@ TEST_F(FaultTest, ALostAnswerLeavesTheReceiptRegisteredOnce) {
 
 TEST_F(FaultTest, ALostRequestLeavesTheReceiptOpen) {
   OpenReceipt();
-  device.AddFault({.name = "no-answer", .operation = "PrintRecTotalEx"});
+  device.AddFault({.name = "no-answer", .operation = ClientOperation::kPrintRecTotalEx});
   EXPECT_EQ(PayRest(), RTF_E_TIMEOUT);
   EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_FISCAL_RECEIPT);
   EXPECT_EQ(Data(RTF_FPTR_GD_FISCAL_REC), "0000");
@@ -522,7 +522,7 @@ TEST_F(FaultTest, AnswersMayBeLostSeveralTimes) {
 TEST_F(FaultTest, ADayClosingWhoseAnswerIsLostClosesOneDay) {
   OpenReceipt();
   ASSERT_EQ(PayRest(), RTF_SUCCESS);
-  device.AddFault({.name = "lost-answer", .operation = "PrintZReportEx"});
+  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintZReportEx});
   EXPECT_EQ(device.PrintZReportEx(false), RTF_E_TIMEOUT);
   EXPECT_EQ(Data(RTF_FPTR_GD_Z_REPORT), "0001");
   EXPECT_EQ(Item(89), "0");

@@ -279,7 +279,7 @@ TEST_F(StoreReopenTest, TheWayIntoServiceTheClockAndTraining) {
 
 TEST_F(StoreReopenTest, FaultsThatWait) {
   device->AddFault({.name = "paper-end", .when = FaultWhen::kNth, .count = 3});
-  device->AddFault({.name = "code", .code = 207, .operation = "PrintZReport"});
+  device->AddFault({.name = "code", .code = 207, .operation = ClientOperation::kPrintZReport});
   ExpectKept("faults");
   EXPECT_EQ(device->faults().faults().size(), 2u);
   EXPECT_EQ(device->PrintZReport(), 207);

@@ -698,7 +698,7 @@ TEST_F(VirtualRegisterTest, OperationsThatAreNotModelledAnswerIllegal) {
       device.EndFixedOutput(),
       device.PrintFixedOutput(1, 1, ""),
   };
-  EXPECT_EQ(std::size(results), 15u);  // of 149 operations, 134 are modelled
+  EXPECT_EQ(std::size(results), 15u);
   for (const int result : results) EXPECT_EQ(result, RTF_E_ILLEGAL);
   EXPECT_EQ(Snapshot(), before);
 }
