@@ -57,7 +57,7 @@ lorimat::RegisterSettings SettingsFor(const Conversation& script, int line) {
   lorimat::RegisterSettings settings;
   settings.clock = &PlayingTime;
   for (const Step& step : script.steps) {
-    if (line == 0 ? step.TalksToLibrary() : step.line >= line) break;
+    if (line == 0 ? step.TalksToLibrary() : LineInFile(script, step.line) == line) break;
     if (step.kind != Step::kItem) continue;
     if (step.name == "92") settings.serial_number = step.text;
     if (step.name == "103") settings.firmware_version = step.text;
@@ -120,8 +120,8 @@ class RegisterPlayer {
     lorimat::VirtualRegister* device = by_line[0];
     Stage stage = stage_;
     stage.device = device;
-    stage.device_for = [&by_line, &device](const Step& line) -> RtfClientInterface* {
-      const auto found = by_line.find(line.line);
+    stage.device_for = [&](const Step& step) -> RtfClientInterface* {
+      const auto found = by_line.find(LineInFile(script, step.line));
       if (found == by_line.end()) return nullptr;
       device = found->second;
       by_line.erase(found);
@@ -194,7 +194,8 @@ class RegisterPlayer {
   const RegisterList& list_;
 };
 
-std::string Shown(const Failure& failure) {
+std::string Shown(const Conversation& script, const Failure& played) {
+  const Failure failure = InFile(script, played);
   return "line " + std::to_string(failure.line) + ": " + failure.what();
 }
 
@@ -212,21 +213,21 @@ std::string Check(const Conversation& script, const Placing& placing, RegisterPl
                   Summary& summary) {
   if (placing.reach == Reach::kSame) {
     if (const auto found = player.Difference(script, placing, Comparison::kAll)) {
-      return Shown(*found);
+      return Shown(script, *found);
     }
   } else {
     if (!player.Difference(script, placing, Comparison::kAll)) {
       return "goes as the conversation says; list it under \"same\"";
     }
     const auto found = player.Difference(script, placing, Comparison::kCodes);
-    if (found && placing.reach == Reach::kCodes) return Shown(*found);
+    if (found && placing.reach == Reach::kCodes) return Shown(script, *found);
     if (!found && placing.reach == Reach::kDiffers) {
       return "makes the same calls with the same codes; list it under \"codes\"";
     }
   }
   Count count;
   if (const auto found = player.Difference(script, placing, Comparison::kNothing, &count)) {
-    return Shown(*found);
+    return Shown(script, *found);
   }
   const auto reach = static_cast<std::size_t>(placing.reach);
   ++summary.conversations[reach];
@@ -267,7 +268,7 @@ std::unique_ptr<Failure> FindStarts(const Conversation& script, const RegisterLi
       if (line == 0 && !placing.starts.empty()) continue;
       for (const std::string& set_up : set_ups) {
         Placing tried = placing;
-        tried.starts.push_back({line, set_up});
+        tried.starts.push_back({LineInFile(script, line), set_up});
         auto seen = player.Difference(script, tried, comparison);
         const int at = seen ? FirstPart(script, *seen) : INT_MAX;
         if (at > reached) {
@@ -312,13 +313,13 @@ void Place(const std::string& name, const Conversation& script, const RegisterLi
                     Shown(placing).c_str());
         return;
       }
-      differences += "\n " + Shown(placing) + ": " + Shown(*found);
+      differences += "\n " + Shown(placing) + ": " + Shown(script, *found);
     }
   }
   Count count;
   const auto free = player.Difference(script, {}, Comparison::kNothing, &count);
   std::printf("differs: %s, %d of %d lines the same%s%s\n", name.c_str(), count.same_lines,
-              count.lines, free ? (", and fails: " + Shown(*free)).c_str() : "",
+              count.lines, free ? (", and fails: " + Shown(script, *free)).c_str() : "",
               differences.c_str());
 }
 
@@ -347,7 +348,7 @@ int main(int count, char** arguments) {
   Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  const auto read = conversation::ReadRunnerWords(count, arguments, "--place", stage);
+  const auto read = conversation::ReadRunnerWords(count, arguments, {"--place"}, stage);
   if (!read) return 2;
   const std::string folder = fs::absolute(read->words[0]).lexically_normal();
   const std::string list_path = fs::path(folder) / "register.txt";
@@ -373,7 +374,7 @@ int main(int count, char** arguments) {
       const std::string path = fs::path(folder) / (name + ".txt");
       try {
         const Conversation script = conversation::ReadConversation(path);
-        if (read->flag) {
+        if (!read->flag.empty()) {
           Place(name, script, list, player);
           continue;
         }
@@ -388,7 +389,7 @@ int main(int count, char** arguments) {
         complain(path, error.what());
       }
     }
-    if (!read->flag) {
+    if (read->flag.empty()) {
       std::printf(
           "%d conversations go the same way with the register (%d calls; %d of them "
           "without one), %d with the register's own data (%d calls), %d differ (%d "

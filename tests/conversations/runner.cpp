@@ -1,10 +1,9 @@
-// conversation_runner [--library FILE] [--language FILE] [--must-fail] CONVERSATION...
+// conversation_runner [--library FILE] [--language FILE] [--must-fail | --expand] CONVERSATION...
 //
 // Plays conversation files against the shared library and says how many steps it took.
 // With --must-fail each file has to fail with the text of its "must-fail:" line: the
-// runner's own test. Exits 0 when all is well, 1 when a conversation differs, 2 when it
-// was called wrongly.
-#include <cstdio>
+// runner's own test. With --expand it prints them with their tables written out. Exits 0 when all
+// is well, 1 when a conversation differs, 2 when it was called wrongly.
 #include <fstream>
 #include <string>
 
@@ -17,14 +16,33 @@ namespace {
 
 using conversation::Failure;
 
+struct Played {
+  conversation::Count count;
+  int faults = 0;
+};
+
+// Throws Failure with the line of the file.
+Played PlayScript(const std::string& path, const conversation::Stage& stage) {
+  const conversation::Conversation script = conversation::ReadConversation(path);
+  Played played;
+  try {
+    played.count = conversation::Play(script, stage);
+    if (played.count.steps == 0 && script.streams.empty()) {
+      throw Failure(0, "the file has no step");
+    }
+    played.faults = conversation::Sweep(script, stage);
+  } catch (const Failure& failure) {
+    throw conversation::InFile(script, failure);
+  }
+  return played;
+}
+
 bool PlayFile(const std::string& path, const conversation::Stage& stage) {
   try {
-    const conversation::Conversation script = conversation::ReadConversation(path);
-    const conversation::Count count = conversation::Play(script, stage);
-    if (count.steps == 0 && script.streams.empty()) throw Failure(0, "the file has no step");
-    const int faults = conversation::Sweep(script, stage);
-    std::printf("%s: %d steps, %d client calls", path.c_str(), count.steps, count.calls);
-    if (faults > 0) std::printf(", %d faults", faults);
+    const Played played = PlayScript(path, stage);
+    std::printf("%s: %d steps, %d client calls", path.c_str(), played.count.steps,
+                played.count.calls);
+    if (played.faults > 0) std::printf(", %d faults", played.faults);
     std::printf("\n");
     return true;
   } catch (const Failure& failure) {
@@ -52,9 +70,7 @@ bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
   }
   std::string message;
   try {
-    const conversation::Conversation script = conversation::ReadConversation(path);
-    conversation::Play(script, stage);
-    conversation::Sweep(script, stage);
+    PlayScript(path, stage);
     std::printf("%s: passes, but it must fail with: %s\n", path.c_str(), wanted.c_str());
     return false;
   } catch (const Failure& failure) {
@@ -72,18 +88,35 @@ bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
   return true;
 }
 
+bool PrintExpanded(const std::string& path) {
+  try {
+    for (const conversation::ScriptLine& line : conversation::ReadScriptLines(path)) {
+      std::printf("%s\n", line.text.c_str());
+    }
+    return true;
+  } catch (const Failure& failure) {
+    std::fprintf(stderr, "%s:%d: %s\n", path.c_str(), failure.line, failure.what());
+  }
+  return false;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   conversation::Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  const auto read = conversation::ReadRunnerWords(count, arguments, "--must-fail", stage);
+  const auto read =
+      conversation::ReadRunnerWords(count, arguments, {"--must-fail", "--expand"}, stage);
   if (!read) return 2;
 
   bool all_well = true;
   for (const std::string& file : read->words) {
-    all_well &= read->flag ? FailsAsItMust(file, stage) : PlayFile(file, stage);
+    if (read->flag == "--expand") {
+      all_well &= PrintExpanded(file);
+    } else {
+      all_well &= read->flag.empty() ? PlayFile(file, stage) : FailsAsItMust(file, stage);
+    }
   }
   return all_well ? 0 : 1;
 }

@@ -1,17 +1,18 @@
 #include "runner_words.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
 namespace conversation {
 
-std::optional<RunnerWords> ReadRunnerWords(int count, char** arguments, const std::string& flag,
-                                           Stage& stage) {
+std::optional<RunnerWords> ReadRunnerWords(int count, char** arguments,
+                                           const std::vector<std::string>& flags, Stage& stage) {
   RunnerWords read;
   for (int i = 1; i < count; ++i) {
     const std::string argument = arguments[i];
-    if (argument == flag) {
-      read.flag = true;
+    if (read.flag.empty() && std::find(flags.begin(), flags.end(), argument) != flags.end()) {
+      read.flag = argument;
     } else if (argument == "--library" && i + 1 < count) {
       stage.library = arguments[++i];
     } else if (argument == "--language" && i + 1 < count) {

@@ -10,13 +10,14 @@
 namespace conversation {
 
 struct RunnerWords {
-  bool flag = false;
+  std::string flag;  // the one that was given, or empty
   std::vector<std::string> words;
 };
 
 // Reads "--library FILE" and "--language FILE" into the stage, whose paths become absolute, and
-// the runner's own flag. Nothing, with a line on standard error, for another option or no word.
-std::optional<RunnerWords> ReadRunnerWords(int count, char** arguments, const std::string& flag,
-                                           Stage& stage);
+// one of the runner's own flags. Nothing, with a line on standard error, for another option or no
+// word.
+std::optional<RunnerWords> ReadRunnerWords(int count, char** arguments,
+                                           const std::vector<std::string>& flags, Stage& stage);
 
 }  // namespace conversation

@@ -1,6 +1,5 @@
 #include "script.h"
 
-#include <fstream>
 #include <map>
 
 namespace conversation {
@@ -14,19 +13,19 @@ class ScriptReader {
  public:
   explicit ScriptReader(const std::string& path) {
     conversation_.path = path;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw Failure(0, "the file cannot be read");
-    for (std::string line; std::getline(file, line);) lines_.push_back(line);
+    conversation_.lines = ReadScriptLines(path);
   }
 
   Conversation Read() {
-    while (at_ < lines_.size()) {
+    const std::vector<ScriptLine>& lines = conversation_.lines;
+    while (at_ < lines.size()) {
       line_ = static_cast<int>(at_) + 1;
-      const std::string line = lines_[at_++];
+      const std::string& line = lines[at_++].text;
       try {
         ReadLine(line);
       } catch (const Failure& failure) {
-        throw Failure(failure.line == 0 ? line_ : failure.line, failure.what());
+        throw InFile(conversation_,
+                     Failure(failure.line == 0 ? line_ : failure.line, failure.what()));
       }
     }
     Finish();
@@ -122,8 +121,8 @@ class ScriptReader {
     const bool line_feeds = value == "|";
     std::string contents;
     std::string held;  // empty lines, kept only in front of another indented one
-    for (; at_ < lines_.size(); ++at_) {
-      const std::string& line = lines_[at_];
+    for (; at_ < conversation_.lines.size(); ++at_) {
+      const std::string& line = conversation_.lines[at_].text;
       if (line.empty()) {
         held += line_feeds ? "\n" : "";
         continue;
@@ -255,7 +254,7 @@ class ScriptReader {
     auto& steps = conversation_.steps;
     for (const Step& step : steps) {
       if (step.kind == Step::kSend && step.answer_line == 0) {
-        throw Failure(step.line, "the line has no answer (=)");
+        throw InFile(conversation_, Failure(step.line, "the line has no answer (=)"));
       }
     }
     if (own_init_) return;
@@ -271,7 +270,6 @@ class ScriptReader {
   }
 
   Conversation conversation_;
-  std::vector<std::string> lines_;
   std::size_t at_ = 0;
   int line_ = 0;
   bool own_init_ = false;
@@ -280,5 +278,18 @@ class ScriptReader {
 }  // namespace
 
 Conversation ReadConversation(const std::string& path) { return ScriptReader(path).Read(); }
+
+int LineInFile(const Conversation& conversation, int line) {
+  const auto index = static_cast<std::size_t>(line) - 1;
+  return line < 1 || index >= conversation.lines.size() ? line : conversation.lines[index].line;
+}
+
+Failure InFile(const Conversation& conversation, const Failure& failure) {
+  const auto index = static_cast<std::size_t>(failure.line) - 1;
+  if (failure.line < 1 || index >= conversation.lines.size()) return failure;
+  const ScriptLine& made = conversation.lines[index];
+  if (made.made_by.empty()) return Failure(made.line, failure.what());
+  return Failure(made.line, std::string(failure.what()) + "\n    made by " + made.made_by);
+}
 
 }  // namespace conversation

@@ -1,10 +1,12 @@
 // A conversation file, read: what is set up, said, expected and compared, step by step.
-// HACKING.md tells the format.
+// HACKING.md tells the format. Lines are counted as they are with the tables written out;
+// `InFile` turns them into those of the file.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "script_lines.h"
 #include "script_text.h"
 
 namespace conversation {
@@ -81,12 +83,20 @@ struct SweepRule {
 
 struct Conversation {
   std::string path;
+  std::vector<ScriptLine> lines;
   std::vector<Step> steps;
   std::vector<StreamCheck> streams;
   std::vector<SweepRule> sweep;
 };
 
-// Throws Failure.
+// Throws Failure, with the line of the file.
 Conversation ReadConversation(const std::string& path);
+
+// The line of the file that a line with the tables written out comes from.
+int LineInFile(const Conversation& conversation, int line);
+
+// The failure of a conversation that is played, with the line of the file, and with what made the
+// line when it comes out of a table.
+Failure InFile(const Conversation& conversation, const Failure& failure);
 
 }  // namespace conversation
