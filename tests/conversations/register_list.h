@@ -1,5 +1,5 @@
-// register.txt, read: where each conversation stands when the virtual register takes the part
-// of the device.
+// register.txt, read: the conversations that do not go the same way with a new virtual register as
+// with the device of the conversation, and what becomes of them.
 #pragma once
 
 #include <map>

@@ -1,10 +1,10 @@
 // register_runner [--library FILE] [--language FILE] [--place] FOLDER [NAME...]
 //
-// Plays the conversations of a folder with the virtual register as the device, and holds them
-// against FOLDER/register.txt: each has to stand there, and to go as far as it says. NAMEs
-// ("sale/receipt") limit it to these. With --place it says instead where each belongs and after
-// which set-up, with the first difference. Exits 0 when all is well, 1 when something differs, 2
-// when it was called wrongly.
+// Plays the conversations of a folder with the virtual register as the device. Each has to go the
+// same way with a new register, but for the exceptions that FOLDER/register.txt lists: those have
+// to go as far as it says, and to need what it gives them. NAMEs ("sale/receipt") limit it to
+// these. With --place it says instead where each belongs and after which set-up, with the first
+// difference. Exits 0 when all is well, 1 when something differs, 2 when it was called wrongly.
 #include <algorithm>
 #include <climits>
 #include <cstdio>
@@ -208,6 +208,35 @@ struct Summary {
   int same_lines = 0;
 };
 
+// What the place gives the conversation and it does not need to go as far; empty without such.
+std::string Superfluous(const Conversation& script, const Placing& placing,
+                        RegisterPlayer& player) {
+  if (placing.reach == Reach::kDiffers) {
+    return placing.faults || !placing.starts.empty() ? "differs; it needs no set-up and no faults"
+                                                     : "";
+  }
+  const Comparison comparison =
+      placing.reach == Reach::kSame ? Comparison::kAll : Comparison::kCodes;
+  if (placing.faults) {
+    Placing without = placing;
+    without.faults = false;
+    if (!player.Difference(script, without, comparison)) return "goes as far without faults";
+  }
+  for (std::size_t i = 0; i < placing.starts.size(); ++i) {
+    Placing without = placing;
+    without.starts.erase(without.starts.begin() + static_cast<std::ptrdiff_t>(i));
+    if (player.Difference(script, without, comparison)) continue;
+    const int line = placing.starts[i].line;
+    return "goes as far without the start " +
+           (line == 0 ? "at the beginning" : "at line " + std::to_string(line));
+  }
+  if (placing.line != 0 && placing.reach == Reach::kSame && !placing.faults &&
+      placing.starts.empty()) {
+    return "goes as the conversation says by itself; take it off the list";
+  }
+  return "";
+}
+
 // Empty when the conversation goes as far as its place says.
 std::string Check(const Conversation& script, const Placing& placing, RegisterPlayer& player,
                   Summary& summary) {
@@ -224,6 +253,9 @@ std::string Check(const Conversation& script, const Placing& placing, RegisterPl
     if (!found && placing.reach == Reach::kDiffers) {
       return "makes the same calls with the same codes; list it under \"codes\"";
     }
+  }
+  if (std::string superfluous = Superfluous(script, placing, player); !superfluous.empty()) {
+    return superfluous;
   }
   Count count;
   if (const auto found = player.Difference(script, placing, Comparison::kNothing, &count)) {
@@ -378,13 +410,14 @@ int main(int count, char** arguments) {
           Place(name, script, list, player);
           continue;
         }
-        const auto placing = list.conversations.find(name);
-        if (placing == list.conversations.end()) {
-          complain(path, "stands not in register.txt; --place tells where it belongs");
-          continue;
-        }
-        const std::string fault = Check(script, placing->second, player, summary);
-        if (!fault.empty()) complain(path, fault);
+        const auto listed = list.conversations.find(name);
+        const bool exception = listed != list.conversations.end();
+        const std::string fault =
+            Check(script, exception ? listed->second : Placing{}, player, summary);
+        if (fault.empty()) continue;
+        complain(path, fault + (exception ? ""
+                                          : "\n    It is none of the exceptions in register.txt; "
+                                            "--place tells where it belongs"));
       } catch (const std::exception& error) {
         complain(path, error.what());
       }
