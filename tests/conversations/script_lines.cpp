@@ -1,13 +1,13 @@
 #include "script_lines.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <optional>
 #include <string_view>
 
+#include "script_fields.h"
 #include "script_text.h"
 
 namespace conversation {
@@ -19,13 +19,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kMostLines = 100'000;
 constexpr int kDeepest = 16;
 
-// A line as it is written.
-struct Written {
-  std::string text;
-  std::string file;  // of parts; empty for the conversation's own
-  int number = 0;
-};
-
 using Block = std::vector<Written>;
 
 std::size_t Indentation(std::string_view text) {
@@ -35,38 +28,6 @@ std::size_t Indentation(std::string_view text) {
 std::string_view WithoutIndentation(std::string_view text) {
   return text.substr(Indentation(text));
 }
-
-bool IsName(std::string_view word) {
-  return !word.empty() && std::islower(static_cast<unsigned char>(word[0])) &&
-         std::all_of(word.begin(), word.end(), [](unsigned char c) {
-           return std::islower(c) || std::isdigit(c) || c == '_';
-         });
-}
-
-// Nothing but digits, few enough for every sum of some of them.
-std::optional<long long> WholeNumber(std::string_view word) {
-  if (word.empty() || word.size() > 15) return std::nullopt;
-  long long number = 0;
-  for (const char c : word) {
-    if (c < '0' || c > '9') return std::nullopt;
-    number = number * 10 + (c - '0');
-  }
-  return number;
-}
-
-// A column or a parameter with its value for the time being.
-struct Binding {
-  std::string name;
-  std::string value;
-  bool used = false;
-};
-
-// What holds where a line is being made.
-struct Frame {
-  std::vector<Binding> bindings;
-  int line = 0;  // see ScriptLine; 0 while a line stands for itself
-  int depth = 0;
-};
 
 struct Parameter {
   std::string name;
@@ -84,45 +45,6 @@ struct Row {
   std::vector<std::string> cells;
 };
 
-// "{NAME}", "{NAME:WIDTH}", "{NUMBER+NAME-NAME:WIDTH}": the terms, with their signs.
-struct Field {
-  struct Term {
-    bool minus = false;
-    std::string_view word;
-  };
-  std::vector<Term> terms;
-  std::optional<std::size_t> width;
-  std::size_t length = 0;  // as it is written, with its braces
-};
-
-// The field at the brace, or nothing where another use of braces begins.
-std::optional<Field> ReadField(std::string_view text) {
-  const std::size_t end = text.find('}');
-  if (end == std::string_view::npos) return std::nullopt;
-  std::string_view inside = text.substr(1, end - 1);
-  Field field;
-  field.length = end + 1;
-  if (const std::size_t colon = inside.find(':'); colon != std::string_view::npos) {
-    const auto width = WholeNumber(inside.substr(colon + 1));
-    if (!width || *width < 1 || *width > 20) return std::nullopt;
-    field.width = static_cast<std::size_t>(*width);
-    inside = inside.substr(0, colon);
-  }
-  bool named = false;
-  for (bool minus = false;;) {
-    const std::size_t sign = inside.find_first_of("+-");
-    const std::string_view word = inside.substr(0, sign);
-    if (!IsName(word) && !WholeNumber(word)) return std::nullopt;
-    named = named || IsName(word);
-    field.terms.push_back({minus, word});
-    if (sign == std::string_view::npos) break;
-    minus = inside[sign] == '-';
-    inside = inside.substr(sign + 1);
-  }
-  if (!named) return std::nullopt;
-  return field;
-}
-
 class Expander {
  public:
   explicit Expander(const std::string& path) : path_(path) {}
@@ -136,11 +58,6 @@ class Expander {
   }
 
  private:
-  [[noreturn]] static void Fail(const Written& at, const Frame& frame, const std::string& message) {
-    if (at.file.empty()) throw Failure(at.number, message);
-    throw Failure(frame.line, at.file + ":" + std::to_string(at.number) + ": " + message);
-  }
-
   static Block ReadFile(const fs::path& path, const std::string& name) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw Failure(0, "the file " + name + (name.empty() ? "" : " ") + "cannot be read");
@@ -221,61 +138,7 @@ class Expander {
     made.push_back(std::move(line));
   }
 
-  // The text with its fields filled in. A comment keeps its braces.
-  static std::string Filled(const Written& written, Frame& frame) {
-    const std::string& text = written.text;
-    if (frame.bindings.empty() || text.empty() || text[0] == '#') return text;
-    std::string filled;
-    for (std::size_t at = 0; at < text.size();) {
-      if (text[at] == '\\' && at + 1 < text.size()) {
-        filled += text.substr(at, 2);
-        at += 2;
-        continue;
-      }
-      if (text[at] == '{') {
-        if (const auto field = ReadField(std::string_view(text).substr(at))) {
-          filled += Value(*field, written, frame);
-          at += field->length;
-          continue;
-        }
-      }
-      filled += text[at++];
-    }
-    return filled;
-  }
-
-  static std::string Value(const Field& field, const Written& written, Frame& frame) {
-    if (field.terms.size() == 1 && !field.width) return Text(field.terms[0].word, written, frame);
-    long long sum = 0;
-    for (const Field::Term& term : field.terms) {
-      std::string value(term.word);
-      if (IsName(term.word)) value = Text(term.word, written, frame);
-      const auto number = WholeNumber(value);
-      if (!number) {
-        Fail(written, frame,
-             "\"" + std::string(term.word) + "\" is \"" + value + "\", which is no whole number");
-      }
-      sum += term.minus ? -*number : *number;
-    }
-    std::string shown = std::to_string(sum);
-    if (!field.width) return shown;
-    // A cut or a sign would be another number.
-    if (sum < 0 || shown.size() > *field.width) {
-      Fail(written, frame, shown + " does not go into " + std::to_string(*field.width) + " digits");
-    }
-    return std::string(*field.width - shown.size(), '0') + shown;
-  }
-
-  static std::string Text(std::string_view name, const Written& written, Frame& frame) {
-    for (Binding& binding : frame.bindings) {
-      if (binding.name != name) continue;
-      binding.used = true;
-      return binding.value;
-    }
-    Fail(written, frame, "there is no column \"" + std::string(name) + "\"");
-  }
-
-  // %repeat NAME=VALUE,FIRST..LAST, or %repeat and a table.
+  // %repeat NAME=VALUE,FIRST..LAST, or %repeat N times, or %repeat and a table.
   void Repeat(const Written& head, const std::string& rest, const Block& body,
               const std::string& margin, Frame& frame, std::vector<ScriptLine>& made) {
     std::vector<std::string> columns;
@@ -283,6 +146,8 @@ class Expander {
     Block repeated = body;
     if (rest.empty()) {
       rows = TakeTable(head, repeated, columns, frame);
+    } else if (const auto times = Times(rest)) {
+      rows.resize(*times, {head.number, {}});
     } else {
       const std::size_t equals = rest.find('=');
       if (equals == std::string::npos) Fail(head, frame, "%repeat is written NAME=VALUES");
@@ -312,6 +177,17 @@ class Expander {
     for (std::size_t c = 0; c < columns.size(); ++c) {
       if (!used[c]) Fail(head, frame, "the column \"" + columns[c] + "\" is used nowhere");
     }
+  }
+
+  // The N of "N times".
+  static std::optional<std::size_t> Times(std::string_view written) {
+    constexpr std::string_view kTimes = " times";
+    if (!written.ends_with(kTimes)) return std::nullopt;
+    const auto number = WholeNumber(Trimmed(written.substr(0, written.size() - kTimes.size())));
+    if (!number || *number < 1 || static_cast<std::size_t>(*number) > kMostLines) {
+      return std::nullopt;
+    }
+    return static_cast<std::size_t>(*number);
   }
 
   // The rows at the head of the body, which keeps what stands behind them. A row's fields are
