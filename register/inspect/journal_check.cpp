@@ -10,7 +10,7 @@
 #include "register/storage/store_facts.h"
 #include "register/storage/store_rows.h"
 #include "register/value/record.h"
-#include "register/value/work_watch.h"
+#include "register/storage/work_watch.h"
 
 namespace lorimat {
 namespace {

@@ -16,7 +16,7 @@
 #include <utility>
 
 #include "register/value/cancellation.h"
-#include "register/value/work_watch.h"
+#include "register/storage/work_watch.h"
 
 namespace lorimat {
 namespace {

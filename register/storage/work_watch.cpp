@@ -1,4 +1,4 @@
-#include "register/value/work_watch.h"
+#include "register/storage/work_watch.h"
 
 #include <sqlite3.h>
 

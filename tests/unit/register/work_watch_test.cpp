@@ -1,5 +1,5 @@
 // Long work of a database that somebody stops.
-#include "register/value/work_watch.h"
+#include "register/storage/work_watch.h"
 
 #include <new>
 
