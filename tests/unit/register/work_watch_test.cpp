@@ -52,7 +52,7 @@ TEST_F(VerifyStopTest, ACheckStopsWithinThePagesAndFindsNothing) {
   device.reset();
   Sql("shop.register",
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
-      "INSERT INTO article SELECT i, 'code ' || i, 'text', 1, 100 FROM n");
+      "INSERT INTO article SELECT i + 1000, 'code ' || i, 'text', 1, 100 FROM n");
   const RegisterFile file(Path("shop.register"));
   uint64_t calls = 0;
   EXPECT_FALSE(file.VerifyJournal([&](uint64_t, uint64_t) { return ++calls != 0; }).stopped);
