@@ -9,18 +9,12 @@
 #include <string>
 
 #include "register_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace lorimat {
 
 class ReportTest : public RegisterTest {
  protected:
-  ReportTest() {
-    std::filesystem::path base = std::filesystem::temp_directory_path();
-    for (int number = 0;; ++number) {
-      folder_ = base / ("register_reports_" + std::to_string(number));
-      if (std::filesystem::create_directory(folder_)) break;
-    }
-  }
   ~ReportTest() override {
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
@@ -72,7 +66,7 @@ class ReportTest : public RegisterTest {
                                         to_date, format, file.c_str(), outputs);
   }
 
-  std::filesystem::path folder_;
+  std::filesystem::path folder_ = make_temporary_folder();
   size_t seen_ = 0;
 };
 

@@ -21,6 +21,7 @@
 #include "register/inspect/register_file.h"
 #include "register/storage/store_facts.h"
 #include "register_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace lorimat {
 
@@ -183,13 +184,6 @@ inline std::string OpenImage(const VirtualRegister& device) {
 
 class StoreTest : public testing::Test {
  protected:
-  StoreTest() {
-    const std::filesystem::path base = std::filesystem::temp_directory_path();
-    for (int number = 0;; ++number) {
-      folder_ = base / ("register_store_" + std::to_string(number));
-      if (std::filesystem::create_directory(folder_)) break;
-    }
-  }
   ~StoreTest() override {
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
@@ -282,7 +276,7 @@ class StoreTest : public testing::Test {
   }
 
   FailingDisk disk;
-  std::filesystem::path folder_;
+  std::filesystem::path folder_ = make_temporary_folder();
 };
 
 // A register in a file that is switched off and on.
