@@ -10,7 +10,7 @@ build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohman
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev
   libgtest-dev libgmock-dev zbar-tools)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
-check_packages=(binutils python3)
+check_packages=(binutils python3 shellcheck)
 bench_packages=(libbenchmark-dev)
 
 say() { printf '%s\n' "$*"; }
@@ -20,19 +20,36 @@ die() {
   exit 1
 }
 
-# step NAME COMMAND...: says what is done, shows the command, runs it. A failure names
-# the step and ends the program.
+# The processor time of this shell and of all its children that ended, in hundredths of a second.
+# A child that puts itself into the background, as the server of Wine does, is not among them.
+read_processor_time() {
+  local stat fields
+  read -r stat < "/proc/$$/stat"
+  # Behind the name, which may hold anything: the 12th and 13th are the shell's own times, user and
+  # system, the 14th and 15th those of its children.
+  read -r -a fields <<< "${stat##*) }"
+  processor_user=$((fields[11] + fields[13]))
+  processor_system=$((fields[12] + fields[14]))
+}
+
+# step NAME COMMAND...: says what is done, shows the command, runs it, and says what it cost. A
+# failure names the step and ends the program.
 step() {
   local name=$1
   shift
   printf '\n== %s\n+ %s\n' "$name" "$*"
-  local begin=$SECONDS status=0
+  local begin=$SECONDS status=0 user system
+  read_processor_time
+  user=$processor_user system=$processor_system
   "$@" </dev/null || status=$?
   if ((status != 0)); then
     printf '\nscript/%s: FAILED at step "%s" (exit status %d)\n' "${0##*/}" "$name" "$status" >&2
     exit 1
   fi
-  printf -- '-- %s: done in %d s\n' "$name" "$((SECONDS - begin))"
+  read_processor_time
+  printf -- '-- %s: done in %d s, with %d s of processor time (user %d, system %d)\n' "$name" \
+    "$((SECONDS - begin))" "$(((processor_user - user + processor_system - system) / 100))" \
+    "$(((processor_user - user) / 100))" "$(((processor_system - system) / 100))"
 }
 
 package_is_installed() {
