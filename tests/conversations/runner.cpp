@@ -37,18 +37,18 @@ Played PlayScript(const std::string& path, const conversation::Stage& stage) {
   return played;
 }
 
+// Like FailsAsItMust, writes the rest of the line that begins with the path.
 bool PlayFile(const std::string& path, const conversation::Stage& stage) {
   try {
     const Played played = PlayScript(path, stage);
-    std::printf("%s: %d steps, %d client calls", path.c_str(), played.count.steps,
-                played.count.calls);
+    std::printf(": %d steps, %d client calls", played.count.steps, played.count.calls);
     if (played.faults > 0) std::printf(", %d faults", played.faults);
     std::printf("\n");
     return true;
   } catch (const Failure& failure) {
-    std::printf("%s:%d: %s\n", path.c_str(), failure.line, failure.what());
+    std::printf(":%d: %s\n", failure.line, failure.what());
   } catch (const std::exception& error) {
-    std::printf("%s: %s\n", path.c_str(), error.what());
+    std::printf(": %s\n", error.what());
   }
   return false;
 }
@@ -65,13 +65,13 @@ std::string WantedFailure(const std::string& path) {
 bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
   const std::string wanted = WantedFailure(path);
   if (wanted.empty()) {
-    std::printf("%s: the first line says no must-fail text\n", path.c_str());
+    std::printf(": the first line says no must-fail text\n");
     return false;
   }
   std::string message;
   try {
     PlayScript(path, stage);
-    std::printf("%s: passes, but it must fail with: %s\n", path.c_str(), wanted.c_str());
+    std::printf(": passes, but it must fail with: %s\n", wanted.c_str());
     return false;
   } catch (const Failure& failure) {
     message = "line " + std::to_string(failure.line) + ": " + failure.what();
@@ -80,11 +80,10 @@ bool FailsAsItMust(const std::string& path, const conversation::Stage& stage) {
   }
   for (char& c : message) c = c == '\n' ? ' ' : c;
   if (message.find(wanted) == std::string::npos) {
-    std::printf("%s: must fail with: %s\n    fails with: %s\n", path.c_str(), wanted.c_str(),
-                message.c_str());
+    std::printf(": must fail with: %s\n    fails with: %s\n", wanted.c_str(), message.c_str());
     return false;
   }
-  std::printf("%s: fails as it must\n", path.c_str());
+  std::printf(": fails as it must\n");
   return true;
 }
 
@@ -115,6 +114,9 @@ int main(int count, char** arguments) {
     if (read->flag == "--expand") {
       all_well &= PrintExpanded(file);
     } else {
+      // Ahead of the play: it may end the process, and many files share one.
+      std::printf("%s", file.c_str());
+      std::fflush(stdout);
       all_well &= read->flag.empty() ? PlayFile(file, stage) : FailsAsItMust(file, stage);
     }
   }
