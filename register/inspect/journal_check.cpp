@@ -9,8 +9,8 @@
 #include "register/storage/file_check.h"
 #include "register/storage/store_facts.h"
 #include "register/storage/store_rows.h"
-#include "register/value/record.h"
 #include "register/storage/work_watch.h"
+#include "register/value/record.h"
 
 namespace lorimat {
 namespace {

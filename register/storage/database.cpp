@@ -15,8 +15,8 @@
 #include <system_error>
 #include <utility>
 
-#include "register/value/cancellation.h"
 #include "register/storage/work_watch.h"
+#include "register/value/cancellation.h"
 
 namespace lorimat {
 namespace {
