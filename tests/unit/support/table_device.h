@@ -73,7 +73,6 @@ class TableDevice : public NullClient {
 
   // A call whose text begins with this gets the code instead of being served.
   void refuse(const std::string& beginning, int code) { refusals_.emplace_back(beginning, code); }
-  void allow_all() { refusals_.clear(); }
 
   // The calls whose text begins with this.
   std::vector<std::string> calls_of(const std::string& beginning) const {
@@ -241,7 +240,6 @@ class TableDevice : public NullClient {
     put(row, rows[next_row_++]);
     return 0;
   }
-  void rewind() { next_row_ = 0; }
 
   __attribute__((format(printf, 1, 2))) static std::string text(const char* format, ...) {
     char buffer[4096];
