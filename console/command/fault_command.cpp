@@ -214,14 +214,14 @@ void add_fault(CLI::App& app, FaultOptions* options) {
 
 int fault_command(const FaultOptions& options, Streams& streams) {
   if (options.name.empty() && !options.clear) return list(options, streams);
-  lorimat::RegisterFile file(require_register(options.register_file));
-  lorimat::FaultPlan plan = file.Faults();
-  if (options.clear) {
-    plan.Clear();
-  } else {
-    plan.Add(new_fault(options));
-  }
-  file.SetFaults(plan);
+  const lorimat::FaultPlan plan = lorimat::RegisterFile::ChangeFaults(
+      require_register(options.register_file), [&options](lorimat::FaultPlan* changed) {
+        if (options.clear) {
+          changed->Clear();
+        } else {
+          changed->Add(new_fault(options));
+        }
+      });
   streams.output(plan_as_text(options.register_file, plan));
   return kExitGood;
 }

@@ -13,6 +13,14 @@ std::span<const ItalianText> italian_messages_texts() {
       {"the file is empty", "il file è vuoto"},
       {"the database of another program", "è la base di dati di un altro programma"},
       {"in use by another program", "in uso a un altro programma"},
+      {"in use by another program, under another name of the file",
+       "in uso a un altro programma, sotto un altro nome del file"},
+      {"another program has begun to work with it meanwhile; read it again",
+       "nel frattempo un altro programma ha cominciato a lavorarci; lo si legga di nuovo"},
+      {"has to be put in order by the program that writes it, before it is read",
+       "prima di essere letto va messo in ordine dal programma che lo scrive"},
+      {"cannot be kept here: its log cannot be shared between programs",
+       "non si può tenere qui: il suo log non si può condividere tra programmi"},
       {"is not a register of this program: it is no SQLite database",
        "non è un registratore di questo programma: non è una base di dati SQLite"},
       {"made by a newer version: its tables are of version {}, known are those up to {}",
@@ -40,11 +48,6 @@ std::span<const ItalianText> italian_messages_texts() {
        "qui non si può scrivere, e va completato con {}: si copino entrambi in una cartella dove "
        "si "
        "può scrivere"},
-      {"cannot be written here, and its tables of version {} have to be brought up to version {}: "
-       "copy it to a folder where it can be written",
-       "qui non si può scrivere, e le sue tabelle della versione {} vanno portate alla versione "
-       "{}: "
-       "lo si copi in una cartella dove si può scrivere"},
       {"the disk is full", "il disco è pieno"},
       {"its log cannot be put in order after a failure, and nothing more is stored until it is",
        "il suo log non si può rimettere in ordine dopo un guasto, e fino ad allora non si registra "

@@ -17,6 +17,10 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("the file is empty"),
     TR_TEXT("the database of another program"),
     TR_TEXT("in use by another program"),
+    TR_TEXT("in use by another program, under another name of the file"),
+    TR_TEXT("another program has begun to work with it meanwhile; read it again"),
+    TR_TEXT("has to be put in order by the program that writes it, before it is read"),
+    TR_TEXT("cannot be kept here: its log cannot be shared between programs"),
     TR_TEXT("is not a register of this program: it is no SQLite database"),
     TR_TEXT("made by a newer version: its tables are of version {}, known are those up to {}"),
     TR_TEXT("the file is cut short: {} bytes are left of {}"),
@@ -33,8 +37,6 @@ constexpr std::string_view kCauses[] = {
             "register back beside it, or move it away"),
     TR_TEXT("cannot be written here, and {} has to be taken over into it: copy both to a folder "
             "where they can be written"),
-    TR_TEXT("cannot be written here, and its tables of version {} have to be brought up to version "
-            "{}: copy it to a folder where it can be written"),
     TR_TEXT("the disk is full"),
     TR_TEXT("its log cannot be put in order after a failure, and nothing more is stored until it "
             "is"),

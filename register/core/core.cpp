@@ -154,11 +154,7 @@ void RegisterCore::Replace(OpenDocument next) noexcept {
 std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_offset); }
 
 std::tm RegisterCore::SystemTime() const {
-  if (tables.settings().clock) return tables.settings().clock();
-  const std::time_t now = std::time(nullptr);
-  std::tm local = {};
-  tzset();  // localtime_r need not look at TZ again
-  return localtime_r(&now, &local) != nullptr ? local : std::tm{};
+  return tables.settings().clock ? tables.settings().clock() : ComputerTime();
 }
 
 bool RegisterCore::Allows(Operation operation) const {

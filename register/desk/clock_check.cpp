@@ -16,9 +16,8 @@ bool LiesBehind(int64_t time, int64_t latest) {
   return SecondsBetween(NumberTime(time), NumberTime(latest)) > kClockGrace;
 }
 
-int64_t LatestTime(const RegisterCore& core) {
-  const RegisterStore& store = core.store;
-  const ClockSetBack& back = core.setup.clock_set_back;
+int64_t LatestTime(const DeviceSetup& setup, const RegisterStore& store) {
+  const ClockSetBack& back = setup.clock_set_back;
   int64_t latest = back.to;
   if (store.document_count() > back.document) {
     latest = std::max(latest, store.last_document_time());
@@ -27,11 +26,18 @@ int64_t LatestTime(const RegisterCore& core) {
   return latest;
 }
 
-std::optional<ClockBehind> FindClockBehind(const RegisterCore& core) {
-  if (core.setup.training) return std::nullopt;
-  const ClockBehind clock = {TimeNumber(core.Now()), LatestTime(core)};
+int64_t LatestTime(const RegisterCore& core) { return LatestTime(core.setup, core.store); }
+
+std::optional<ClockBehind> FindClockBehind(const DeviceSetup& setup, const RegisterStore& store,
+                                           const std::tm& now) {
+  if (setup.training) return std::nullopt;
+  const ClockBehind clock = {TimeNumber(now), LatestTime(setup, store)};
   if (clock.latest == 0 || !LiesBehind(clock.now, clock.latest)) return std::nullopt;
   return clock;
+}
+
+std::optional<ClockBehind> FindClockBehind(const RegisterCore& core) {
+  return FindClockBehind(core.setup, core.store, core.Now());
 }
 
 int CheckClock(const RegisterCore& core) {

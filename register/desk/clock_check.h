@@ -20,6 +20,7 @@ bool LiesBehind(int64_t time, int64_t latest);
 // The time that the next document has to follow: of the last document or the last closing,
 // whichever is later, or the one that the clock was set back to behind them. 0 when there is none.
 int64_t LatestTime(const RegisterCore& core);
+int64_t LatestTime(const DeviceSetup& setup, const RegisterStore& store);
 
 // The clock, and the time that it is too far behind.
 struct ClockBehind {
@@ -28,6 +29,9 @@ struct ClockBehind {
 };
 // Nothing when all is well, and in training, which registers nothing.
 std::optional<ClockBehind> FindClockBehind(const RegisterCore& core);
+// The same of a register that is not switched on; `now` is the time of its own clock.
+std::optional<ClockBehind> FindClockBehind(const DeviceSetup& setup, const RegisterStore& store,
+                                           const std::tm& now);
 
 // RTF_EFPTR_CLOCK_ERROR when the clock is behind.
 int CheckClock(const RegisterCore& core);

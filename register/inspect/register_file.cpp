@@ -5,12 +5,14 @@
 #include <variant>
 
 #include "register/core/core.h"
+#include "register/desk/clock_check.h"
 #include "register/desk/recovery.h"
 #include "register/inspect/journal_check.h"
 #include "register/storage/schema.h"
 #include "register/storage/store.h"
 #include "register/storage/store_tables.h"
 #include "register/value/cancellation.h"
+#include "register/value/device_clock.h"
 
 namespace lorimat {
 namespace {
@@ -35,16 +37,24 @@ Paper Tail(const Paper& roll, size_t from) {
 
 }  // namespace
 
-// Nothing changes while it is open but the faults.
+// As it was at the last look.
 class RegisterFile::Contents {
  public:
   explicit Contents(const std::string& file)
-      : database(file, Database::Open::kLook, kRegisterKind), store(database) {
-    Migrate(database);
+      : database(file, Database::Open::kRead, kRegisterKind), store(database) {
+    Migrate(database);  // of a copy
+    const Moment moment(database);
+    Load();
+  }
+
+  // Within a moment.
+  void Load() {
     serial_number = SerialNumber(database);
+    state = RegisterState();
     LoadSettings(database, &state);
     store.LoadLedger();
     open = LoadOpenDocument(database);
+    database.CheckUndisturbed();
   }
 
   Database database;
@@ -63,7 +73,7 @@ RegisterFile::RegisterFile(const std::string& file) {
 
 RegisterFile::~RegisterFile() = default;
 
-RegisterStatus RegisterFile::Status() const {
+RegisterStatus RegisterFile::Status(const std::function<std::tm()>& clock) const {
   const RegisterStore& store = contents_->store;
   const RegisterState& state = contents_->state;
   RegisterStatus status;
@@ -85,11 +95,40 @@ RegisterStatus RegisterFile::Status() const {
   status.journal_hash = store.journal_hash();
   if (contents_->open) status.open_document = DescribeCutOff(state, *contents_->open);
   status.faults = state.faults;
+  const std::tm now = LaterBy(clock ? clock() : ComputerTime(), state.setup.clock_offset);
+  if (const std::optional<ClockBehind> behind = FindClockBehind(state.setup, store, now)) {
+    status.clock_now = behind->now;
+    status.clock_latest = behind->latest;
+  }
   return status;
 }
 
+RegisterFile::News RegisterFile::Look() {
+  const CancellationDelay whole;
+  Database& database = contents_->database;
+  switch (database.FindNews()) {
+    case Database::News::kNone:
+      return News::kNone;
+    case Database::News::kGone:
+      return News::kGone;
+    case Database::News::kAnew:
+      contents_ = std::make_unique<Contents>(std::string(database.file()));
+      return News::kChanged;
+    case Database::News::kChanged:
+      break;
+  }
+  const Moment moment(database);
+  contents_->Load();
+  return News::kChanged;
+}
+
 Paper RegisterFile::Roll(size_t documents) const {
-  Paper roll = LoadRoll(contents_->database);
+  const CancellationDelay whole;
+  Paper roll = [this] {
+    const Moment moment(contents_->database);
+    return LoadRoll(contents_->database);
+  }();
+  contents_->database.CheckUndisturbed();
   if (documents == 0) return roll;
   // A document reaches up to a cut; the last one may lack it.
   size_t begin = roll.lines().size();
@@ -104,31 +143,51 @@ Paper RegisterFile::Roll(size_t documents) const {
   return roll;
 }
 
+// What is registered stays as it is: a moment for the places, and one for each entry. Whoever reads
+// slowly keeps no moment open.
 void RegisterFile::ReadJournal(
     const JournalSelection& selection,
-    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
-  contents_->store.ForEachEntry(selection, each);
+    const std::function<bool(uint64_t place, const JournalEntry&)>& each, uint64_t behind) const {
+  const RegisterStore& store = contents_->store;
+  for (const uint64_t place : store.FindPlaces(selection, behind)) {
+    const std::optional<JournalEntry> entry = store.FindEntry(place);
+    contents_->database.CheckUndisturbed();
+    if (!entry) contents_->database.Damaged("journal");
+    if (Selects(selection, *entry) && !each(place, *entry)) return;
+  }
 }
 
 std::optional<JournalEntry> RegisterFile::Entry(uint64_t place) const {
-  return contents_->store.FindEntry(place);
+  std::optional<JournalEntry> entry = contents_->store.FindEntry(place);
+  contents_->database.CheckUndisturbed();
+  return entry;
 }
 
 JournalCheck RegisterFile::VerifyJournal(
     const std::function<bool(uint64_t done, uint64_t all)>& progress) const {
-  return CheckJournal(contents_->database, contents_->store, contents_->open, progress);
+  const Moment moment(contents_->database);
+  contents_->Load();
+  JournalCheck check =
+      CheckJournal(contents_->database, contents_->store, contents_->open, progress);
+  contents_->database.CheckUndisturbed();
+  return check;
 }
 
 FaultPlan RegisterFile::Faults() const { return contents_->state.faults; }
 
-void RegisterFile::SetFaults(const FaultPlan& plan) {
+FaultPlan RegisterFile::ChangeFaults(const std::string& file,
+                                     const std::function<void(FaultPlan*)>& change) {
   const CancellationDelay whole;
-  RegisterState changed = contents_->state;
-  changed.faults = plan;
-  Transaction transaction(contents_->database);
-  StoreSettings(contents_->database, changed, contents_->state);
+  Database database(file, Database::Open::kChange, kRegisterKind);
+  Migrate(database);
+  RegisterState before;
+  LoadSettings(database, &before);
+  RegisterState changed = before;
+  change(&changed.faults);
+  Transaction transaction(database);
+  StoreSettings(database, changed, before);
   transaction.Commit();
-  contents_->state = std::move(changed);
+  return changed.faults;
 }
 
 }  // namespace lorimat

@@ -1,12 +1,16 @@
 // A register's file, looked at without switching the register on: an open document stays open,
-// nothing prints and nothing is counted.
+// nothing prints and nothing is counted, and the file does not change.
 //
 //   lorimat::RegisterFile file("shop.register");   // throws RegisterError
 //   lorimat::RegisterStatus status = file.Status();
 //
-// Every member throws RegisterError when the file cannot be read or written. While a register
-// is at work on the file it cannot be opened. A file that cannot be written, or whose folder
-// cannot, is only read, and nothing is made beside it.
+// A register may be at work on the file, in this program or another one: it does not notice. What
+// is shown is of one moment each time: Status, Faults and the check of the journal of the last
+// look, at which the file was opened or Look saw news, or of a later one.
+//
+// Every member throws RegisterError when the file cannot be read. Where the reader may not make
+// anything beside the file, and no register is at work on it or was killed, it is read without the
+// knowledge of a register that begins to work; then the members throw as well.
 #pragma once
 
 #include <cstddef>
@@ -46,6 +50,10 @@ struct RegisterStatus {
   uint64_t journal_entries = 0;
   std::string journal_hash;  // of the chain's last link, 64 hexadecimal digits
   std::optional<CutOffDocument> open_document;
+  // Where the register would register nothing, as its clock is too far behind: what it shows, and
+  // the last document or closing, as numbers that read as YYYYMMDDHHMMSS. 0 when all is well.
+  int64_t clock_now = 0;
+  int64_t clock_latest = 0;
   FaultPlan faults;
 };
 
@@ -57,14 +65,22 @@ class RegisterFile {
   RegisterFile(const RegisterFile&) = delete;
   RegisterFile& operator=(const RegisterFile&) = delete;
 
-  RegisterStatus Status() const;
+  // Whether anything was stored since the last look; then what is shown is of now. kGone: the name
+  // leads to another file by now, or to none, and nothing more will come.
+  enum class News { kNone, kChanged, kGone };
+  News Look();
+
+  // `clock` is what the register's clock goes by; null is the computer's.
+  RegisterStatus Status(const std::function<std::tm()>& clock = nullptr) const;
   // The end of the roll, with that of an open document. `documents` counts back from the end, a
   // document from cut to cut; 0 takes all that is kept.
   Paper Roll(size_t documents = 0) const;
   // The entries of a selection, oldest first, with their place in the journal (from 1), until
-  // `each` answers false.
+  // `each` answers false; of those behind a place alone. It may take its time: the log of a
+  // register at work does not wait for it.
   void ReadJournal(const JournalSelection& selection,
-                   const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
+                   const std::function<bool(uint64_t place, const JournalEntry&)>& each,
+                   uint64_t behind = 0) const;
   // The entry in this place, without reading those before it.
   std::optional<JournalEntry> Entry(uint64_t place) const;
   // Follows the chain of hashes from the first entry to the last, and compares documents,
@@ -75,7 +91,9 @@ class RegisterFile {
       const std::function<bool(uint64_t done, uint64_t all)>& progress) const;
 
   FaultPlan Faults() const;
-  void SetFaults(const FaultPlan& plan);
+  // Changes the plan in a file and answers the new one. Refused while a register is at work on it.
+  static FaultPlan ChangeFaults(const std::string& file,
+                                const std::function<void(FaultPlan*)>& change);
 
  private:
   class Contents;

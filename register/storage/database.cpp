@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -31,16 +30,9 @@ constexpr size_t kUserVersionAt = 60;
 constexpr size_t kApplicationIdAt = 68;
 constexpr size_t kValidForAt = 92;
 
-// A name that SQLite takes for a file whatever it holds, with a wish behind it.
-std::string Uri(const std::string& file, const char* wish) {
-  std::string uri = "file:";
-  for (const char c : file) {
-    const auto byte = static_cast<unsigned char>(c);
-    uri +=
-        std::isalnum(byte) != 0 && byte < 0x80 ? std::string(1, c) : fmt::format("%{:02X}", byte);
-  }
-  return uri + "?" + wish;
-}
+// Milliseconds. Others hold the locks of a log for moments: the first to open it for as long as it
+// takes to read it.
+constexpr int kPatience = 5000;
 
 bool HasContent(const char* file) {
   std::error_code error;
@@ -132,20 +124,73 @@ bool Statement::IsNull(int column) const {
 
 // --- Database
 
-Database::Database(const std::string& file, Open how, const DatabaseKind& kind) : file_(file) {
+Database::Database(const std::string& file, Open how, const DatabaseKind& kind)
+    : file_(file), reads_(how == Open::kRead), owner_(getpid()) {
   CheckFile(how);
-  OpenFile(how, kind);
+  try {
+    OpenFile(how, kind);
+  } catch (...) {
+    // A new file goes again, unless somebody else has it by now.
+    if (made_.is_there() && handle_ != nullptr && LockOutWriters() == SQLITE_OK) made_.Lock();
+    idle_.clear();
+    if (reads_) {
+      handle_.reset();
+      ClearAway();
+    }
+    throw;
+  }
 }
 
 Database::~Database() {
   const CancellationDelay whole;
+  if (getpid() != owner_) {
+    Abandon();
+    return;
+  }
   if (in_unit_) Rollback();
+  if (logged_) EmptyLog();
   idle_.clear();
   begin_.reset();
   commit_.reset();
   rollback_.reset();
   made_.Remove();
+  const bool writes = logged_;
+  if (writes) LetWritersIn();
   handle_.reset();
+  if (reads_) ClearAway();
+}
+
+// In a process that was forked off: the locks are the other's, and so is what is under way.
+void Database::Abandon() noexcept {
+  for (auto& [sql, statement] : idle_) static_cast<void>(statement.release());
+  for (StatementHandle* statement : {&begin_, &commit_, &rollback_}) {
+    static_cast<void>(statement->release());
+  }
+  made_.Keep();
+  static_cast<void>(handle_.release());
+}
+
+// Takes the log over into the file, which has everything then, also while somebody goes on reading
+// it. Those who read just now are not waited for.
+void Database::EmptyLog() noexcept {
+  sqlite3_busy_timeout(handle_.get(), 0);
+  sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+}
+
+// SQLite reserves a file for one that writes it without a log; with a log it takes no lock but the
+// shared one, in all programs. So the reservation is free to tell who may write: it goes with the
+// process, however that ends, is not inherited, belongs to the file whatever its name is, and is no
+// hindrance to those who read.
+int Database::LockOutWriters() noexcept {
+  sqlite3_file* file = File();
+  if (file == nullptr) return SQLITE_CANTOPEN;
+  if (const int code = file->pMethods->xLock(file, SQLITE_LOCK_SHARED)) return code;
+  return file->pMethods->xLock(file, SQLITE_LOCK_RESERVED);
+}
+
+// Ahead of the closing, in which SQLite takes more of the locks that it has, or tries to.
+void Database::LetWritersIn() noexcept {
+  if (sqlite3_file* file = File()) file->pMethods->xUnlock(file, SQLITE_LOCK_SHARED);
 }
 
 // What SQLite would make something of, though it is no place for a register.
@@ -211,6 +256,7 @@ void Database::OpenHandle(const std::string& name, int flags) {
     ExplainOpening(code);
     FailWith(code);
   }
+  sqlite3_busy_timeout(opened, kPatience);
   // A file's tables are not trusted to be those that we made.
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
@@ -220,53 +266,61 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
   // In front of a name that SQLite takes for something else than a file.
   const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
   const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
+  if (reads_ && !in_memory()) {
+    OpenToRead(name, kind);
+    return;
+  }
   OpenHandle(name, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
   if (in_memory()) {
     Execute("PRAGMA foreign_keys = ON");
     PrepareUnits();
     return;
   }
+  OpenToWrite(how, kind);
+}
+
+void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   // Until the file is known to be ours, nothing of its log goes into it. One that SQLite makes on
   // opening is taken away in the end.
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, HasLog() ? 1 : 0, nullptr);
   CheckHead(kind);
-  const bool writable = sqlite3_db_readonly(handle_.get(), "main") == 0;
-  const std::string cause = writable ? FolderRefusal() : FileRefusal();
-  if (how == Open::kLook && !cause.empty()) {
-    OpenUnwritable(cause);
-  } else if (!writable) {
-    Fail(cause);
-  } else {
-    Execute("PRAGMA locking_mode = EXCLUSIVE");
-  }
+  if (sqlite3_db_readonly(handle_.get(), "main") != 0) Fail(FileRefusal());
+  if (how == Open::kChange && !FolderRefusal().empty()) Fail(FolderRefusal());
+  // Ahead of the first look into it: by another name it would be with another log.
+  if (IsReserved()) FailWith(SQLITE_BUSY);
   Identify(how, kind);
-  if (!unwritable_.empty()) return;
-  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+  {
+    Statement mode = Prepare("PRAGMA journal_mode");
+    if (!mode.Step() || mode.Text(0) != "wal") {
+      Fail("cannot be kept here: its log cannot be shared between programs");
+    }
+  }
+  // SQLite does not let go of a file with a log before it is closed; of one without it would.
+  static_cast<void>(Value("PRAGMA user_version"));
+  if (const int code = LockOutWriters()) FailWith(code);
+  if (IsMoved()) FailWith(SQLITE_BUSY);
+  // Somebody else may have made it, or brought it up to date, in between.
+  Identify(how, kind);
+  if (version_ == 0) made_.Lock();
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   PrepareUnits();
-  Statement mode = Prepare("PRAGMA journal_mode");
-  if (mode.Step() && mode.Text(0) == "wal") FollowLog();
+  FollowLog();
 }
 
-// SQLite would make its log beside the file, and look into one. Without it SQLite reads what
-// stands in the file itself, and takes no locks.
-void Database::OpenUnwritable(const std::string& cause) {
-  OpenHandle(Uri(file_, "immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-  unwritable_ = cause;
-  // Others may be able to write it: it is locked against them, until it is closed.
+// Whether somebody has locked out other writers.
+bool Database::IsReserved() const {
   sqlite3_file* file = File();
-  if (file == nullptr) FailWith(SQLITE_CANTOPEN);
-  if (const int code = file->pMethods->xLock(file, SQLITE_LOCK_SHARED)) FailWith(code);
-  const char* const name = sqlite3_db_filename(handle_.get(), "main");
-  for (const char* log : {sqlite3_filename_wal(name), sqlite3_filename_journal(name)}) {
-    std::error_code error;
-    if (std::filesystem::file_size(log, error) == 0 || error) continue;
-    Fail(
-        fmt::format("cannot be written here, and {} has to be taken over into it: copy both to a "
-                    "folder where they can be written",
-                    log));
-  }
-  Execute("PRAGMA query_only = ON");
+  int reserved = 0;
+  return file != nullptr && file->pMethods->xCheckReservedLock(file, &reserved) == SQLITE_OK &&
+         reserved != 0;
+}
+
+// Whether the name that it was opened by leads to another file by now, or to none.
+bool Database::IsMoved() const {
+  int moved = 0;
+  return sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK &&
+         moved != 0;
 }
 
 // Whether the file is one of ours, and of a version that can be read.
@@ -275,11 +329,7 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
   const int64_t application = Value("PRAGMA application_id");
   const bool blank =
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
-  if (blank) {
-    made_.Lock();
-  } else {
-    made_.Keep();  // somebody else was faster
-  }
+  if (!blank) made_.Keep();  // somebody else was faster
   if (!blank && application != kind.application_id) Fail("the database of another program");
   if (blank && how != Open::kCreate) Fail("the file is empty");
   if (!blank && version_ < 1) {
@@ -289,12 +339,6 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
     Fail(
         fmt::format("made by a newer version: its tables are of version {}, known are those up "
                     "to {}",
-                    version_, kind.newest_version));
-  }
-  if (!unwritable_.empty() && version_ < kind.newest_version) {
-    Fail(
-        fmt::format("cannot be written here, and its tables of version {} have to be brought up "
-                    "to version {}: copy it to a folder where it can be written",
                     version_, kind.newest_version));
   }
 }
@@ -324,7 +368,8 @@ std::string Database::FolderRefusal() const {
 // SQLite tries to read a file that it could not make, and reports that there is none.
 void Database::ExplainOpening(int code) const {
   if ((code & 0xFF) != SQLITE_CANTOPEN) return;
-  const int file = open(file_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+  const int file = open(file_.c_str(), reads_ ? O_RDONLY | O_CLOEXEC
+                                              : O_WRONLY | O_APPEND | O_CLOEXEC);
   const int error = errno;
   if (file < 0) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
   close(file);
@@ -434,6 +479,7 @@ void Database::FailWith(int code) const {
     case SQLITE_NOTADB:
       Fail("is not a register of this program: it is no SQLite database");
     case SQLITE_READONLY:
+      if (reads_) Fail("has to be put in order by the program that writes it, before it is read");
       Fail(folder.empty() ? FileRefusal() : folder);
     case SQLITE_CANTOPEN:
       if (!folder.empty()) Fail(folder);

@@ -28,6 +28,12 @@ class DamageError : public RegisterError {
   using RegisterError::RegisterError;
 };
 
+// What was read may be of more than one moment, as somebody has begun to write the file.
+class DisturbedError : public RegisterError {
+ public:
+  using RegisterError::RegisterError;
+};
+
 struct DatabaseCloser {
   void operator()(sqlite3* handle) const;
 };
@@ -105,13 +111,18 @@ struct DatabaseKind {
 class Database {
  public:
   enum class Open {
-    kCreate,  // made when it is not there
-    kLook,    // has to be there; only read where it cannot be written
+    kCreate,  // written, and made when it is not there
+    kChange,  // written; has to be there
+    kRead,    // has to be there, and never changes by it
   };
 
   // An empty name is a database in memory. A file that is not ours is refused and left as it
   // is. A new one, and an empty file, have version 0 and no tables; a new one that no unit of work
   // is stored in goes again.
+  //
+  // One program writes a file; a second one is refused, by whatever name it calls it. Any number
+  // reads it meanwhile, and keeps nobody waiting. A file of an older version that is read is
+  // copied into memory, where its tables can be brought up to date.
   Database(const std::string& file, Open how, const DatabaseKind& kind);
   ~Database();
   Database(const Database&) = delete;
@@ -122,6 +133,15 @@ class Database {
   int version() const { return version_; }
   // Part of the unit of work that is under way.
   void SetVersion(int version);
+
+  // For kRead, outside of a Moment: what has become of the file since the database was opened, or
+  // since the last time that kChanged was answered. Behind kAnew it has to be opened again to see
+  // more of it. kGone is a file that is not there any more, or is another one.
+  enum class News { kNone, kChanged, kAnew, kGone };
+  News FindNews();
+  // For kRead: throws when the file is read without the writer's knowledge, and one has begun to
+  // write it. What was read may be of more than one moment then.
+  void CheckUndisturbed() const;
 
   // `sql` has to last as long as the database: a literal.
   Statement Prepare(std::string_view sql);
@@ -149,11 +169,25 @@ class Database {
   [[noreturn]] void Damaged(std::string_view what) const;
 
  private:
+  friend class Moment;
   friend class Statement;
   friend class WorkWatch;
   void OpenHandle(const std::string& name, int flags);
   void OpenFile(Open how, const DatabaseKind& kind);
-  void OpenUnwritable(const std::string& cause);
+  void OpenToWrite(Open how, const DatabaseKind& kind);
+  void OpenToRead(const std::string& name, const DatabaseKind& kind);
+  void OpenAlone();
+  void RefuseOtherName() const;
+  void CopyIntoMemory();
+  int LockOutWriters() noexcept;
+  void LetWritersIn() noexcept;
+  void EmptyLog() noexcept;
+  void Abandon() noexcept;
+  bool IsReserved() const;
+  bool IsMoved() const;
+  void ClearAway() noexcept;
+  bool BeginMoment();
+  void EndMoment() noexcept;
   void Identify(Open how, const DatabaseKind& kind);
   void CheckLoneLog() const;
   void CheckFile(Open how);
@@ -171,11 +205,34 @@ class Database {
   void FollowLog();
   bool Step(const StatementHandle& statement, int* code) noexcept;
   bool DropRemains() noexcept;
+  void TakeOverLongLog() noexcept;
   bool CountFrames() noexcept;
   sqlite3_file* Log() const noexcept;
 
+  // What tells a file, and what is written into it, from another time.
+  struct FileMark {
+    uint64_t device = 0;
+    uint64_t inode = 0;
+    int64_t size = -1;  // -1: not there
+    int64_t changed = 0;
+    int64_t changed_nanoseconds = 0;
+    bool operator==(const FileMark&) const = default;
+    bool IsSameFile(const FileMark& other) const {
+      return size >= 0 && other.size >= 0 && device == other.device && inode == other.inode;
+    }
+  };
+  static FileMark MarkOf(const std::string& file) noexcept;
+
   std::string file_;
-  std::string unwritable_;  // why it is only read; empty when it can be written
+  bool reads_ = false;  // kRead
+  bool may_make_ = false;  // what a log needs, for reading
+  bool alone_ = false;     // read without its log, which writers do not know of
+  bool copied_ = false;
+  FileMark mark_;
+  FileMark log_mark_;
+  std::string log_name_;
+  int64_t seen_ = 0;    // the state of the data, by SQLite's count
+  int64_t owner_ = 0;   // the process that has opened it
   int version_ = 0;
   int version_before_ = 0;  // of the unit of work
   bool in_unit_ = false;
@@ -190,6 +247,7 @@ class Database {
   bool committed_ = false;   // since the COMMIT began
   bool taken_back_ = false;  // since the COMMIT began
   LogEnd log_end_;
+  int64_t taken_over_ = 0;  // so many frames the log had when it was last taken over
   std::unique_ptr<sqlite3, DatabaseCloser> handle_;
   // Until the first unit of work stands in it, or somebody else has it. It goes ahead of the
   // handle, whose lock keeps others out of it.
@@ -199,6 +257,22 @@ class Database {
   StatementHandle commit_;
   StatementHandle rollback_;
   IdleStatements idle_;
+};
+
+// What is read of a database while this lives is of one moment of it, whatever is stored meanwhile.
+// Made to be short: the log grows until it ends. One within another is part of it.
+class Moment {
+ public:
+  explicit Moment(Database& database) : database_(database), begun_(database.BeginMoment()) {}
+  ~Moment() {
+    if (begun_) database_.EndMoment();
+  }
+  Moment(const Moment&) = delete;
+  Moment& operator=(const Moment&) = delete;
+
+ private:
+  Database& database_;
+  bool begun_;
 };
 
 // A unit of work that is taken back unless it is committed.

@@ -5,7 +5,13 @@
 // on with the state before. The next start, though, would find the mark and take the unit for
 // valid. So its remains are made unreadable at once, and where that fails too, nothing more is
 // stored until it succeeds.
+//
+// Others may read the file all the time. They see of the log what its index in shared memory tells
+// them, and that ends with the last commit that stands: the remains of a failed one lie behind its
+// end, where no reader looks, also while they are cut off or overwritten. The index is made anew
+// from the log only when nobody has the file open.
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -134,7 +140,7 @@ bool Database::Step(const StatementHandle& statement, int* code) noexcept {
 }
 
 void Database::Begin(bool durable) {
-  if (!unwritable_.empty()) Fail(unwritable_);
+  if (getpid() != owner_) Fail("in use by another program");
   // One that could not be taken back the last time.
   if (sqlite3_get_autocommit(handle_.get()) == 0) Rollback();
   if (doubtful_) {
@@ -162,15 +168,21 @@ void Database::Commit() {
   if (stands || done) {
     in_unit_ = false;
     made_.Keep();
-    // Another time, if it cannot be done now.
-    if (logged_ && log_end_.frames >= kLongLog) {
-      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
-    }
+    if (logged_) TakeOverLongLog();
     return;
   }
   Rollback();
   doubtful_ = !DropRemains();
   FailWith(code);
+}
+
+// Those who read an older moment hold back what is behind it. It is tried again when as much has
+// come once more: to look through a log that stays would cost each unit its length.
+void Database::TakeOverLongLog() noexcept {
+  if (log_end_.frames < taken_over_) taken_over_ = 0;  // it began anew
+  if (log_end_.frames - taken_over_ < kLongLog) return;
+  sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  taken_over_ = log_end_.frames;
 }
 
 void Database::Rollback() noexcept {

@@ -10,6 +10,7 @@ namespace lorimat {
 namespace {
 
 constexpr char kLog[] = "-wal";
+constexpr char kIndex[] = "-shm";
 constexpr char kJournal[] = "-journal";
 constexpr size_t kLongestBeside = 8;
 
@@ -47,10 +48,12 @@ void NewFile::Remove() noexcept {
   if (IsOurs()) {
     unlink(file_.c_str());
     const size_t size = file_.size();
-    // A log was not there before: the file would not have been made.
-    file_ += kLog;
-    unlink(file_.c_str());
-    file_.resize(size);
+    // A log was not there before: the file would not have been made. Its index is nothing alone.
+    for (const char* beside : {kLog, kIndex}) {
+      file_ += beside;
+      unlink(file_.c_str());
+      file_.resize(size);
+    }
     if (!had_journal_) {
       file_ += kJournal;
       unlink(file_.c_str());

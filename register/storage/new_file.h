@@ -20,6 +20,8 @@ class NewFile {
   int Make(const std::string& file);
   // Nobody else writes it from here on. Before that it only goes while it is empty.
   void Lock() noexcept { locked_ = true; }
+  // Whether there is one that was made and is not kept.
+  bool is_there() const noexcept { return !file_.empty(); }
   // It stays.
   void Keep() noexcept { file_.clear(); }
   void Remove() noexcept;

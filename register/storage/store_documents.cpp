@@ -200,6 +200,36 @@ void RegisterStore::ForEachEntry(
   }
 }
 
+std::vector<uint64_t> RegisterStore::FindPlaces(const JournalSelection& selection,
+                                                uint64_t behind) const {
+  // From the beginning by the index of what is selected, from elsewhere by the place.
+  Statement rows =
+      selection.by_date
+          ? (behind == 0
+                 ? database_.Prepare(
+                       "SELECT place FROM journal WHERE time BETWEEN ? AND ? AND +place > ? "
+                       "ORDER BY +place")
+                 : database_.Prepare(
+                       "SELECT place FROM journal WHERE +time BETWEEN ? AND ? AND place > ? "
+                       "ORDER BY place"))
+          : (behind == 0
+                 ? database_.Prepare(
+                       "SELECT place FROM journal WHERE closure BETWEEN ? AND ? AND +place > ? "
+                       "ORDER BY closure, place")
+                 : database_.Prepare(
+                       "SELECT place FROM journal WHERE +closure BETWEEN ? AND ? AND place > ? "
+                       "ORDER BY place"));
+  const auto last = static_cast<int64_t>(behind);
+  if (selection.by_date) {
+    rows.With(MinuteStart(selection.from), MinuteEnd(selection.to), last);
+  } else {
+    rows.With(selection.from_closure, selection.to_closure, last);
+  }
+  std::vector<uint64_t> places;
+  while (rows.Step()) places.push_back(static_cast<uint64_t>(rows.Integer(0)));
+  return places;
+}
+
 std::optional<JournalEntry> RegisterStore::FindEntry(uint64_t place) const {
   Statement row =
       database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal WHERE place = ?");

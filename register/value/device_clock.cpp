@@ -24,6 +24,13 @@ sys_seconds Point(const std::tm& time) {
 
 }  // namespace
 
+std::tm ComputerTime() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  tzset();  // localtime_r need not look at TZ again
+  return localtime_r(&now, &local) != nullptr ? local : std::tm{};
+}
+
 int64_t SecondsBetween(const std::tm& from, const std::tm& to) {
   return (Point(to) - Point(from)).count();
 }

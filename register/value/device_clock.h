@@ -6,6 +6,9 @@
 
 namespace lorimat {
 
+// What the computer's clock shows here.
+std::tm ComputerTime();
+
 // Seconds from one time to another. Fields outside their ranges carry over.
 int64_t SecondsBetween(const std::tm& from, const std::tm& to);
 

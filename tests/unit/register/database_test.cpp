@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <optional>
 
 #include "register/inspect/register_file.h"
@@ -337,33 +338,102 @@ TEST_F(DatabaseTest, PlacesWhereNoFileCanBe) {
   EXPECT_EQ(LookRefusal(""), "the register's file has no name");
 }
 
-TEST_F(DatabaseTest, AFileThatIsInUseIsRefused) {
-  VirtualRegister device(FileSettings());
-  const std::string cause = Path("shop.register") + ": in use by another program";
-  EXPECT_EQ(Refusal(Path("shop.register")), cause);
-  EXPECT_EQ(LookRefusal(Path("shop.register")), cause);
+TEST_F(DatabaseTest, ASecondWriterIsRefused) {
+  auto device = std::make_unique<VirtualRegister>(FileSettings());
+  const std::string cause = ": in use by another program";
+  const auto faults_refusal = [this](const std::string& name) -> std::string {
+    try {
+      RegisterFile::ChangeFaults(Path(name), [](FaultPlan*) {});
+    } catch (const RegisterError& error) {
+      return error.what();
+    }
+    return {};
+  };
+  // Whatever it calls the file.
+  std::filesystem::create_symlink(Path("shop.register"), Path("link"));
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  for (const std::string name : {"shop.register", "link", "twin"}) {
+    EXPECT_EQ(Refusal(Path(name)), Path(name) + cause);
+    EXPECT_EQ(faults_refusal(name), Path(name) + cause);
+  }
   // From another process too: it asks the system alone.
+  const auto refused_elsewhere = [this, &cause] {
+    const pid_t child = fork();
+    if (child == 0) {
+      execl("/proc/self/exe", "unit_tests", "--gtest_also_run_disabled_tests",
+            "--gtest_filter=SecondWriter.DISABLED_Opens", nullptr);
+      _exit(9);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  };
+  setenv("LORIMAT_TEST_SECOND_WRITER", Path("shop.register").c_str(), 1);
+  EXPECT_TRUE(refused_elsewhere());
+  // The refused ones have not loosened its hold.
+  EXPECT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
+  EXPECT_TRUE(refused_elsewhere());
+  device.reset();
+  EXPECT_FALSE(refused_elsewhere());
+  unsetenv("LORIMAT_TEST_SECOND_WRITER");
+  EXPECT_EQ(Refusal(Path("link")), "");
+}
+
+// The part of a test that is a process of its own: succeeds if the register is in use.
+TEST(SecondWriter, DISABLED_Opens) {
+  const char* const file = std::getenv("LORIMAT_TEST_SECOND_WRITER");
+  ASSERT_NE(file, nullptr);
+  RegisterSettings settings;
+  settings.file = file;
+  try {
+    VirtualRegister device(settings);
+    FAIL();
+  } catch (const RegisterError& error) {
+    EXPECT_EQ(error.what(), std::string(file) + ": in use by another program");
+  }
+}
+
+// A log goes by the name of its file: under another name its receipts would be missing.
+TEST_F(DatabaseTest, ALookUnderAnotherNameOfAFileAtWorkIsRefused) {
+  MakeRegister("shop.register");
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  std::filesystem::create_symlink(Path("shop.register"), Path("link"));
+  EXPECT_EQ(LookRefusal(Path("twin")), "");
+  {
+    VirtualRegister device(FileSettings());
+    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+    EXPECT_EQ(LookRefusal(Path("twin")),
+              Path("twin") + ": in use by another program, under another name of the file");
+    EXPECT_TRUE(RegisterFile(Path("link")).Status().open_document);
+    EXPECT_EQ(LookRefusal(Path("shop.register")), "");
+  }
+  EXPECT_EQ(LookRefusal(Path("twin")), "");
+}
+
+TEST_F(DatabaseTest, AForkedProcessHasNoPartInTheRegister) {
+  auto device = std::make_unique<VirtualRegister>(FileSettings());
   const pid_t child = fork();
-  if (child == 0) _exit(Refusal(Path("shop.register")) == cause ? 0 : 1);
+  if (child == 0) {
+    const bool refused = device->BeginFiscalReceipt(true) == RTF_E_FAILURE;
+    device.reset();
+    _exit(refused ? 0 : 1);
+  }
   int status = -1;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
-  // The refused ones have not loosened its hold.
-  EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
-  const pid_t second = fork();
-  if (second == 0) _exit(Refusal(Path("shop.register")) == cause ? 0 : 1);
-  ASSERT_EQ(waitpid(second, &status, 0), second);
-  EXPECT_EQ(status, 0);
+  // Nor has its end taken the register from its own process.
+  EXPECT_EQ(Refusal(Path("shop.register")), Path("shop.register") + ": in use by another program");
+  EXPECT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
+  EXPECT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
 }
 
-TEST_F(DatabaseTest, ALookHoldsTheFileToo) {
+TEST_F(DatabaseTest, ALookKeepsNobodyFromWork) {
   MakeRegister("shop.register");
-  {
-    RegisterFile look(Path("shop.register"));
-    EXPECT_EQ(Refusal(Path("shop.register")),
-              Path("shop.register") + ": in use by another program");
-  }
+  RegisterFile look(Path("shop.register"));
   EXPECT_EQ(Refusal(Path("shop.register")), "");
+  VirtualRegister device(FileSettings());
+  EXPECT_EQ(LookRefusal(Path("shop.register")), "");
+  EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
 }
 
 TEST_F(DatabaseTest, ANameThatReadsLikeAPlaceInMemoryIsAFile) {

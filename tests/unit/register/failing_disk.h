@@ -92,7 +92,7 @@ class FailingDisk {
 
   static sqlite3_io_methods Methods() {
     sqlite3_io_methods methods = {};
-    methods.iVersion = 1;
+    methods.iVersion = 2;
     methods.xClose = [](sqlite3_file* file) { return Real(file)->pMethods->xClose(Real(file)); };
     methods.xRead = [](sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
       return Real(file)->pMethods->xRead(Real(file), to, size, at);
@@ -133,6 +133,17 @@ class FailingDisk {
     };
     methods.xDeviceCharacteristics = [](sqlite3_file* file) {
       return Real(file)->pMethods->xDeviceCharacteristics(Real(file));
+    };
+    // The index of a log, which is memory that programs share.
+    methods.xShmMap = [](sqlite3_file* file, int page, int size, int extend, void volatile** map) {
+      return Real(file)->pMethods->xShmMap(Real(file), page, size, extend, map);
+    };
+    methods.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
+      return Real(file)->pMethods->xShmLock(Real(file), offset, count, flags);
+    };
+    methods.xShmBarrier = [](sqlite3_file* file) { Real(file)->pMethods->xShmBarrier(Real(file)); };
+    methods.xShmUnmap = [](sqlite3_file* file, int remove) {
+      return Real(file)->pMethods->xShmUnmap(Real(file), remove);
     };
     return methods;
   }

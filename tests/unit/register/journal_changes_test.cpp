@@ -325,7 +325,7 @@ TEST_F(JournalChangesTest, WhatAHostMayDoIsNoFinding) {
     ASSERT_EQ(device->SetVatTable(), RTF_SUCCESS);
   }
   expect_good("the clock and a rate");
-  RegisterFile(Path("shop.register")).SetFaults(FaultPlan());
+  RegisterFile::ChangeFaults(Path("shop.register"), [](FaultPlan* plan) { plan->Clear(); });
   expect_good("faults");
 }
 

@@ -6,7 +6,14 @@
 namespace lorimat {
 namespace {
 
-class RegisterFileTest : public StoredRegisterTest {};
+class RegisterFileTest : public StoredRegisterTest {
+ protected:
+  FaultPlan PlanPaperEnd() const {
+    return RegisterFile::ChangeFaults(Path("shop.register"), [](FaultPlan* plan) {
+      plan->Add({.name = "paper-end"});
+    });
+  }
+};
 
 TEST_F(RegisterFileTest, TheStatusOfANewRegister) {
   device.reset();
@@ -206,9 +213,9 @@ TEST_F(RegisterFileTest, FaultsAreSetForTheNextStart) {
   {
     RegisterFile file(Path("shop.register"));
     EXPECT_TRUE(file.Faults().empty());
-    FaultPlan plan;
-    plan.Add({.name = "paper-end"});
-    file.SetFaults(plan);
+    PlanPaperEnd();
+    EXPECT_TRUE(file.Faults().empty());  // as it was when it was opened
+    EXPECT_EQ(file.Look(), RegisterFile::News::kChanged);
     EXPECT_EQ(file.Faults().faults().size(), 1u);
     EXPECT_EQ(file.Status().faults.faults().size(), 1u);
   }
@@ -223,15 +230,12 @@ TEST_F(RegisterFileTest, FaultsAreSetForTheNextStart) {
 
 TEST_F(RegisterFileTest, FaultsThatCannotBeStoredAreNotSet) {
   device.reset();
-  RegisterFile file(Path("shop.register"));
-  FaultPlan plan;
-  plan.Add({.name = "paper-end"});
   disk.FailAt(FailingDisk::Fault::kFull, 1, true);
-  EXPECT_THROW(file.SetFaults(plan), RegisterError);
+  EXPECT_THROW(PlanPaperEnd(), RegisterError);
   disk.Heal();
-  EXPECT_TRUE(file.Faults().empty());
-  file.SetFaults(plan);
-  EXPECT_EQ(file.Faults().faults().size(), 1u);
+  EXPECT_TRUE(RegisterFile(Path("shop.register")).Faults().empty());
+  EXPECT_EQ(PlanPaperEnd().faults().size(), 1u);
+  EXPECT_EQ(RegisterFile(Path("shop.register")).Faults().faults().size(), 1u);
 }
 
 }  // namespace

@@ -127,16 +127,14 @@ TEST_F(UnwritableTest, FaultsCannotBePlanned) {
   device.reset();
   Protect("shop.register");
   const AsNobody nobody;
-  RegisterFile look(Path("shop.register"));
-  FaultPlan plan;
-  plan.Add({.name = "paper-end"});
   try {
-    look.SetFaults(plan);
+    RegisterFile::ChangeFaults(Path("shop.register"),
+                               [](FaultPlan* plan) { plan->Add({.name = "paper-end"}); });
     ADD_FAILURE();
   } catch (const RegisterError& error) {
     EXPECT_EQ(error.what(), Path("shop.register") + ": cannot be written: Permission denied");
   }
-  EXPECT_TRUE(look.Faults().empty());
+  EXPECT_TRUE(RegisterFile(Path("shop.register")).Faults().empty());
 }
 
 TEST_F(UnwritableTest, ALogThatWaitsIsNotLeftOut) {
@@ -161,29 +159,58 @@ TEST_F(UnwritableTest, ALogThatWaitsIsNotLeftOut) {
   ExpectWhole(RegisterFile(Path("copy")));
 }
 
-TEST_F(UnwritableTest, AnOlderVersionIsNotBroughtUpToDate) {
+TEST_F(UnwritableTest, AnOlderVersionIsBroughtUpToDateInACopyAlone) {
   device.reset();
-  Sql("shop.register", "DROP TABLE roll; PRAGMA user_version = 1");
+  std::filesystem::remove(Path("shop.register"));
+  MakeVersion(1, "shop.register");
+  const std::string documents = Sql("shop.register", "SELECT count(*) FROM document");
   Protect("shop.register");
-  const AsNobody nobody;
-  EXPECT_EQ(LookRefusal("shop.register"),
-            Path("shop.register") +
-                ": cannot be written here, and its tables of version 1 have to be brought up to "
-                "version 3: copy it to a folder where it can be written");
-}
-
-TEST_F(UnwritableTest, ARegisterAtWorkIsNotLookedAt) {
-  Protect("shop.register");
+  const std::string before = Bytes("shop.register");
   {
     const AsNobody nobody;
-    EXPECT_EQ(LookRefusal("shop.register"), Path("shop.register") + ": in use by another program");
+    const RegisterFile look(Path("shop.register"));
+    EXPECT_EQ(fmt::format("{}\n", look.Status().documents), documents);
+    EXPECT_EQ(look.Status().schema_version, 3);
+    EXPECT_TRUE(look.VerifyJournal({}).good());
   }
-  // The refused one has not loosened the register's hold.
-  EXPECT_EQ(Begin(), RTF_SUCCESS);
-  EXPECT_EQ(LookRefusal("shop.register"), Path("shop.register") + ": in use by another program");
+  EXPECT_EQ(Bytes("shop.register"), before);
+  EXPECT_EQ(Names(), std::vector<std::string>{"shop.register"});
 }
 
-TEST_F(UnwritableTest, ALookKeepsARegisterFromWork) {
+TEST_F(UnwritableTest, ARegisterAtWorkIsLookedAt) {
+  Protect("shop.register");
+  const std::vector<std::string> names = Names();
+  {
+    const AsNobody nobody;
+    RegisterFile look(Path("shop.register"));
+    ExpectWhole(look);
+  }
+  EXPECT_EQ(Names(), names);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 5000), RTF_SUCCESS);
+  const AsNobody nobody;
+  EXPECT_EQ(RegisterFile(Path("shop.register")).Status().open_document->subtotal, 5000);
+}
+
+// Its log and the index of it are still there, and nobody has them open.
+TEST_F(UnwritableTest, AKilledRegisterIsLookedAt) {
+  CopyAsCut("shop.register", "copy");
+  std::filesystem::copy_file(Path("shop.register-shm"), Path("copy-shm"));
+  Protect("copy");
+  Protect("copy-wal");
+  Protect("copy-shm");
+  ASSERT_GT(Bytes("copy-wal").size(), 0u);
+  const std::string before = Bytes("copy") + Bytes("copy-wal") + Bytes("copy-shm");
+  const std::vector<std::string> names = Names();
+  {
+    const AsNobody nobody;
+    ExpectWhole(RegisterFile(Path("copy")));
+  }
+  EXPECT_EQ(Names(), names);
+  EXPECT_EQ(Bytes("copy") + Bytes("copy-wal") + Bytes("copy-shm"), before);
+}
+
+TEST_F(UnwritableTest, ALookThatARegisterDoesNotKnowOfEndsWhenItBeginsToWork) {
   device.reset();
   Protect("shop.register");
   std::optional<RegisterFile> look;
@@ -191,10 +218,33 @@ TEST_F(UnwritableTest, ALookKeepsARegisterFromWork) {
     const AsNobody nobody;
     look.emplace(Path("shop.register"));
   }
+  EXPECT_EQ(look->Look(), RegisterFile::News::kNone);
   ASSERT_EQ(chmod(Path("shop.register").c_str(), 0644), 0);
-  EXPECT_EQ(Refusal("shop.register"), Path("shop.register") + ": in use by another program");
-  look.reset();
-  EXPECT_EQ(Refusal("shop.register"), "");
+  Start();
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  try {
+    static_cast<void>(look->Roll());
+    ADD_FAILURE();
+  } catch (const RegisterError& error) {
+    EXPECT_EQ(error.what(),
+              Path("shop.register") +
+                  ": another program has begun to work with it meanwhile; read it again");
+  }
+  // The next look is of the register at work.
+  const AsNobody nobody;
+  EXPECT_EQ(look->Look(), RegisterFile::News::kChanged);
+  EXPECT_TRUE(look->Status().open_document);
+}
+
+// A file may belong to somebody else than the one who may write it: what is made beside it would be
+// in its owner's way.
+TEST_F(UnwritableTest, NothingIsMadeBesideTheFileOfSomebodyElse) {
+  device.reset();
+  ASSERT_EQ(chmod(Path("shop.register").c_str(), 0666), 0);
+  const AsNobody nobody;
+  const RegisterFile look(Path("shop.register"));
+  ExpectWhole(look);
+  EXPECT_EQ(Names(), std::vector<std::string>{"shop.register"});
 }
 
 TEST_F(UnwritableTest, WhatIsNoRegisterIsRefusedAsElsewhere) {

@@ -1,0 +1,18 @@
+// Following a register's file ("--follow"), which a register may be selling on.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "console/terminal/streams.h"
+#include "register/inspect/register_file.h"
+
+namespace lorimat::console {
+
+// Writes what `next` answers now and behind each change of the file, until the user ends it, or
+// another file or none bears its name, of which a note tells. `next` answers an empty text for
+// nothing new. Answers the exit code.
+int FollowRegister(lorimat::RegisterFile& file, const std::string& name,
+                   const std::function<std::string()>& next, Streams& streams);
+
+}  // namespace lorimat::console
