@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "console/host/clock_text.h"
+#include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/journal_finding.h"
@@ -40,6 +41,10 @@ const char* const kJournalExamples = TR_TEXT(R"(Examples:
       An entry as it was printed.
   lorimat journal verify --register shop.register
       Whether anything in it was changed.
+  lorimat journal --register shop.register --follow
+      The entries, and those that come, until Ctrl-C; with --json an object a line.
+
+A program may be selling on the register meanwhile.
 
 Exit codes:
   0  the entries were shown
@@ -195,33 +200,71 @@ void list_as_json(const lorimat::RegisterFile& file, const lorimat::JournalSelec
   streams.output(first ? "[]\n" : "\n]\n");
 }
 
+// The lines of a list. The first one comes with the heads of the columns.
+class ListText {
+ public:
+  ListText() : kind_width_(column_count(tr("Kind"))) {
+    for (const JournalKindName& row : journal_kind_names()) {
+      kind_width_ = std::max(kind_width_, column_count(journal_kind_text(row.kind)));
+    }
+  }
+  bool any() const { return any_; }
+  std::string Line(uint64_t place, const lorimat::JournalEntry& entry) {
+    std::string text;
+    if (!any_) text = Row(tr("Place"), tr("Kind"), tr("Number"), tr("Time"), tr("First words"));
+    any_ = true;
+    return text + Row(std::to_string(place), journal_kind_text(entry.kind),
+                      document_number_text(entry.closure, entry.number), time_text(entry.time),
+                      first_words(entry));
+  }
+
+ private:
+  std::string Row(const std::string& place, const std::string& kind, const std::string& number,
+                  const std::string& time, const std::string& words) const {
+    const std::string text = fmt::format(
+        "{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
+        std::string(kind_width_ - std::min(kind_width_, column_count(kind)), ' '), number, time,
+        words);
+    return std::string(without_trailing_blanks(text)) + "\n";
+  }
+
+  size_t kind_width_;
+  bool any_ = false;
+};
+
 void list_as_text(const lorimat::RegisterFile& file, const lorimat::JournalSelection& selection,
                   Streams& streams) {
-  size_t kind_width = column_count(tr("Kind"));
-  for (const JournalKindName& row : journal_kind_names()) {
-    kind_width = std::max(kind_width, column_count(journal_kind_text(row.kind)));
-  }
-  const auto line = [&](const std::string& place, const std::string& kind,
-                        const std::string& number, const std::string& time,
-                        const std::string& words) {
-    const std::string text =
-        fmt::format("{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
-                    std::string(kind_width - std::min(kind_width, column_count(kind)), ' '), number,
-                    time, words);
-    return std::string(without_trailing_blanks(text)) + "\n";
-  };
-  bool any = false;
+  ListText list;
   file.ReadJournal(selection, [&](uint64_t place, const lorimat::JournalEntry& entry) {
-    if (!any) {
-      streams.output(line(tr("Place"), tr("Kind"), tr("Number"), tr("Time"), tr("First words")));
-    }
-    any = true;
-    streams.output(line(std::to_string(place), journal_kind_text(entry.kind),
-                        document_number_text(entry.closure, entry.number), time_text(entry.time),
-                        first_words(entry)));
+    streams.output(list.Line(place, entry));
     return true;
   });
-  if (!any) tell_note(streams, tr("the journal has no such entries"));
+  if (!list.any()) tell_note(streams, tr("the journal has no such entries"));
+}
+
+int FollowList(const JournalOptions& options, lorimat::RegisterFile& file, const std::string& name,
+               const lorimat::JournalSelection& selection, Streams& streams) {
+  ListText list;
+  uint64_t behind = 0;  // all up to this place was shown, or is not selected
+  const auto next = [&] {
+    const uint64_t last = file.Status().journal_entries;
+    std::string text;
+    const auto add = [&](uint64_t place, const lorimat::JournalEntry& entry) {
+      if (place > last) return false;
+      if (options.json) {
+        Json json = entry_json(place, entry);
+        json["first_words"] = first_words(entry);
+        text += json_line(json);
+      } else {
+        text += list.Line(place, entry);
+      }
+      return true;
+    };
+    file.ReadJournal(selection, add, behind);
+    behind = last;
+    return text;
+  };
+  return FollowRegister(file, name, next, streams);
 }
 
 int show(const JournalOptions& options, const lorimat::RegisterFile& file, Streams& streams) {
@@ -325,6 +368,7 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
 void refuse_selection(const char* command, const JournalOptions& options) {
   const std::pair<const char*, bool> selecting[] = {{"--from", !options.from.empty()},
                                                     {"--to", !options.to.empty()},
+                                                    {"--follow", options.follow},
                                                     {"--kind", !options.kinds.empty()}};
   for (const auto& [option, given] : selecting) {
     if (!given) continue;
@@ -366,6 +410,8 @@ void add_journal(CLI::App& app, JournalOptions* options) {
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   journal->add_flag("--json", options->json, tr("Write JSON"));
+  journal->add_flag("--follow", options->follow,
+                    tr("Go on with what comes, until Ctrl-C or the file is gone"));
   journal->require_subcommand(0, 1);
   journal->footer(std::string(translated(kJournalExamples)));
 
@@ -399,9 +445,10 @@ int journal_command(const JournalOptions& options, Streams& streams) {
   if (options.verify) refuse_selection("verify", options);
   const std::string& name = require_register(named);
   const lorimat::JournalSelection selection = selection_of(options);
-  const lorimat::RegisterFile file(name);
+  lorimat::RegisterFile file(name);
   if (options.show) return show(options, file, streams);
   if (options.verify) return verify(options, file, name, streams);
+  if (options.follow) return FollowList(options, file, name, selection, streams);
   if (options.json) {
     list_as_json(file, selection, streams);
   } else {

@@ -21,6 +21,7 @@ struct JournalOptions {
   std::string from;  // a closure, or a date of clock_text.h; empty: the first
   std::string to;    // the same; empty: the last
   std::vector<std::string> kinds;
+  bool follow = false;
   // "show" and "verify" have --register and --json of their own.
   bool show = false;
   uint64_t place = 0;

@@ -1,12 +1,15 @@
 #include "console/command/paper_command.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "console/command/paper_places.h"
 #include "console/host/broken_pipe.h"
+#include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/text.h"
@@ -26,6 +29,8 @@ const char* const kPaperExamples = TR_TEXT(R"(Examples:
       The last document as a picture.
   lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       The roll as text in a file, and as a PDF with a page for each document.
+  lorimat paper --register shop.register --last 1 --follow
+      The last document, and what is printed from now on, until Ctrl-C.
 
 The register keeps the end of its roll; "lorimat journal" has every document. With --png or --pdf
 the text is written only if --paper asks for it; "-" is standard output.
@@ -35,6 +40,34 @@ Exit codes:
   2  wrong use, or the file cannot be read or the paper not be written
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
+
+// The text goes on where it ended. A roll that was torn off in between lacks lines.
+int FollowPaper(const PaperOptions& options, const std::string& name, Streams& streams) {
+  for (const auto& [option, given] : {std::pair("--paper", !options.paper.empty()),
+                                      std::pair("--png", !options.png.empty()),
+                                      std::pair("--pdf", !options.pdf.empty())}) {
+    if (!given) continue;
+    throw Failure(tr("{}: --follow writes text to standard output, and no file", option));
+  }
+  lorimat::RegisterFile file(name);
+  std::optional<size_t> end;  // of what was shown, by the count of the whole roll
+  const auto next = [&] {
+    const lorimat::Paper roll = file.Roll(end ? 0 : options.last);
+    const size_t first = roll.dropped();
+    const size_t behind = first + roll.lines().size();
+    const size_t from = std::clamp(end.value_or(first), first, behind);
+    if (end && *end < first) {
+      tell_note(streams, tr_count(first - *end,
+                                  TR_TEXT("{} line is missing: the register has torn it off"),
+                                  TR_TEXT("{} lines are missing: the register has torn them off")));
+    }
+    std::string text;
+    for (size_t line = from; line < behind; ++line) text += roll.lines()[line - first] + "\n";
+    end = behind;
+    return text;
+  };
+  return FollowRegister(file, name, next, streams);
+}
 
 }  // namespace
 
@@ -51,12 +84,15 @@ void add_paper(CLI::App& app, PaperOptions* options) {
       ->add_option("--pdf", options->pdf,
                    tr("Write the paper to FILE as a PDF, a page for each document"))
       ->type_name("FILE");
+  paper->add_flag("--follow", options->follow,
+                  tr("Go on with what comes, until Ctrl-C or the file is gone"));
   refuse_empty_texts(paper);
   paper->footer(std::string(translated(kPaperExamples)));
 }
 
 int paper_command(const PaperOptions& options, Streams& streams) {
   const std::string& file = require_register(options.register_file);
+  if (options.follow) return FollowPaper(options, file, streams);
   const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
   std::vector<PaperPlace> places;
   if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {

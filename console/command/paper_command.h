@@ -17,6 +17,7 @@ struct PaperOptions {
   std::string paper;  // of the text; empty is standard output, unless pictures are asked for
   std::string png;
   std::string pdf;
+  bool follow = false;
 };
 
 void add_paper(CLI::App& app, PaperOptions* options);

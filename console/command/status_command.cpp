@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
@@ -14,6 +15,7 @@
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "register/inspect/register_file.h"
+#include "register/value/record.h"
 
 namespace lorimat::console {
 namespace {
@@ -23,9 +25,11 @@ const char* const kStatusExamples = TR_TEXT(R"(Examples:
       Key, day, counters and totals of a register, and a document that was cut off.
   lorimat status --register shop.register --json
       The same for a program: amounts in cents.
+  lorimat status --register shop.register --follow
+      Again behind each change, until Ctrl-C.
 
-The register is looked at and not switched on: an open document stays open, and nothing prints.
-While a program works with the register its file cannot be read.
+The register is looked at and not switched on: an open document stays open, and nothing prints. A
+program may be selling on it meanwhile. With --follow, --json writes an object a line.
 
 Exit codes:
   0  the status was shown
@@ -58,32 +62,35 @@ std::string journal_text(const lorimat::RegisterStatus& status) {
   return status.journal_hash.empty() ? count : tr("{}, last hash {}", count, status.journal_hash);
 }
 
+std::string ClockText(const lorimat::RegisterStatus& status) {
+  return tr("shows {}, more than an hour before the last document or closing, {}: nothing is "
+            "registered before it is right",
+            time_text(lorimat::NumberTime(status.clock_now)),
+            time_text(lorimat::NumberTime(status.clock_latest)));
+}
+
 std::string as_text(const lorimat::RegisterStatus& status) {
-  const lorimat::DailyCounters& day = status.counters;
   std::vector<std::pair<std::string, std::string>> rows = {
       {tr("Register"), shown(status.file)},
       {tr("Serial number"), shown(status.serial_number)},
       {tr("Firmware"), shown(status.firmware_version)},
       {tr("Key"), key_text(status.key_position)},
       {tr("Operator"), std::to_string(status.current_operator)},
-      {tr("Last closing"), status.closures == 0 ? tr("none yet") : std::to_string(status.closures)},
-      {tr("Day"), status.day_open ? tr("open") : tr("not begun")},
-      {tr("  receipts"), std::to_string(day.sales)},
-      {tr("  invoices"), std::to_string(day.invoices)},
-      {tr("  credit notes"), std::to_string(day.refunds)},
-      {tr("  voids"), std::to_string(day.cancels)},
-      {tr("  abandoned"), std::to_string(day.abandoned)},
-      {tr("  non-fiscal"), std::to_string(day.non_fiscal)},
-      {tr("  total"), amount_text(status.day_total)},
-      {tr("Grand total"), amount_text(status.grand_total)},
-      {tr("Next invoice"), std::to_string(status.next_invoice)},
-      {tr("Not sent"), tr_count(static_cast<uint64_t>(std::max(status.pending_summaries, 0)),
-                                TR_TEXT("{} summary"), TR_TEXT("{} summaries"))},
-      {tr("Documents"), std::to_string(status.documents)},
-      {tr("Journal"), journal_text(status)},
-      {tr("Open document"),
-       status.open_document ? open_document_text(*status.open_document) : tr("none")},
   };
+  if (status.clock_latest != 0) rows.emplace_back(tr("Clock"), ClockText(status));
+  for (auto& row : DayRows(status.closures, status.counters, status.day_open, status.day_total,
+                           status.grand_total)) {
+    rows.push_back(std::move(row));
+  }
+  rows.emplace_back(tr("Next invoice"), std::to_string(status.next_invoice));
+  rows.emplace_back(tr("Not sent"),
+                    tr_count(static_cast<uint64_t>(std::max(status.pending_summaries, 0)),
+                             TR_TEXT("{} summary"), TR_TEXT("{} summaries")));
+  rows.emplace_back(tr("Documents"), std::to_string(status.documents));
+  rows.emplace_back(tr("Journal"), journal_text(status));
+  rows.emplace_back(tr("Open document"), status.open_document
+                                             ? open_document_text(*status.open_document)
+                                             : tr("none"));
   const std::vector<lorimat::Fault>& faults = status.faults.faults();
   if (faults.empty()) rows.emplace_back(tr("Faults"), tr("none"));
   for (size_t i = 0; i < faults.size(); ++i) {
@@ -100,6 +107,12 @@ Json open_document_json(const lorimat::CutOffDocument& document) {
                {"registered", document.registered}};
   if (document.registered) json["number"] = document.number;
   return json;
+}
+
+Json ClockJson(const lorimat::RegisterStatus& status) {
+  if (status.clock_latest == 0) return Json();
+  return {{"now", time_for_programs(lorimat::NumberTime(status.clock_now))},
+          {"latest", time_for_programs(lorimat::NumberTime(status.clock_latest))}};
 }
 
 Json as_json(const lorimat::RegisterStatus& status) {
@@ -130,6 +143,7 @@ Json as_json(const lorimat::RegisterStatus& status) {
       {"journal_entries", status.journal_entries},
       {"journal_hash", status.journal_hash},
       {"open_document", status.open_document ? open_document_json(*status.open_document) : Json()},
+      {"clock_behind", ClockJson(status)},
       {"faults", faults_json(status.faults)}};
 }
 
@@ -140,15 +154,28 @@ void add_status(CLI::App& app, StatusOptions* options) {
       app.add_subcommand("status", tr("Show what a register's file holds: key, day, totals"));
   add_register_option(status, &options->register_file);
   status->add_flag("--json", options->json, tr("Write JSON"));
+  status->add_flag("--follow", options->follow,
+                   tr("Go on with what comes, until Ctrl-C or the file is gone"));
   refuse_empty_texts(status);
   status->footer(std::string(translated(kStatusExamples)));
 }
 
 int status_command(const StatusOptions& options, Streams& streams) {
-  const lorimat::RegisterStatus status =
-      lorimat::RegisterFile(require_register(options.register_file)).Status();
-  streams.output(options.json ? json_text(as_json(status)) : as_text(status));
-  return kExitGood;
+  const std::string& name = require_register(options.register_file);
+  lorimat::RegisterFile file(name);
+  if (!options.follow) {
+    streams.output(options.json ? json_text(as_json(file.Status())) : as_text(file.Status()));
+    return kExitGood;
+  }
+  std::string last;
+  const auto next = [&]() -> std::string {
+    std::string text = options.json ? json_line(as_json(file.Status())) : as_text(file.Status());
+    if (text == last) return {};
+    std::string out = last.empty() || options.json ? text : "\n" + text;
+    last = std::move(text);
+    return out;
+  };
+  return FollowRegister(file, name, next, streams);
 }
 
 }  // namespace lorimat::console

@@ -14,6 +14,7 @@ namespace lorimat::console {
 struct StatusOptions {
   std::string register_file;
   bool json = false;
+  bool follow = false;
 };
 
 void add_status(CLI::App& app, StatusOptions* options);

@@ -67,6 +67,21 @@ std::span<const ItalianText> italian_register_texts() {
       {"reading", "lettura"},
       {"programming", "programmazione"},
       {"Operator", "Operatore"},
+      {"Clock", "Orologio"},
+      {"shows {}, more than an hour before the last document or closing, {}: nothing is registered "
+       "before it is right",
+       "segna {}, più di un'ora prima dell'ultimo documento o chiusura, {}: finché non è giusto non "
+       "si registra nulla"},
+      {"Go on with what comes, until Ctrl-C or the file is gone",
+       "Continua con quanto arriva, fino a Ctrl-C o alla scomparsa del file"},
+      {"{}: is not there any more, or is another file by now: nothing more can come",
+       "{}: non c'è più, o ormai è un altro file: non può arrivare altro"},
+      {"{}: --follow writes text to standard output, and no file",
+       "{}: --follow scrive testo sullo standard output, e nessun file"},
+      {"{} line is missing: the register has torn it off",
+       "manca {} riga: il registratore l'ha strappata"},
+      {"{} lines are missing: the register has torn them off",
+       "mancano {} righe: il registratore le ha strappate"},
       {"Last closing", "Ultima chiusura"},
       {"none", "nessuno"},
       {"none yet", "ancora nessuna"},
@@ -97,9 +112,11 @@ std::span<const ItalianText> italian_register_texts() {
       Key, day, counters and totals of a register, and a document that was cut off.
   lorimat status --register shop.register --json
       The same for a program: amounts in cents.
+  lorimat status --register shop.register --follow
+      Again behind each change, until Ctrl-C.
 
-The register is looked at and not switched on: an open document stays open, and nothing prints.
-While a program works with the register its file cannot be read.
+The register is looked at and not switched on: an open document stays open, and nothing prints. A
+program may be selling on it meanwhile. With --follow, --json writes an object a line.
 
 Exit codes:
   0  the status was shown
@@ -110,9 +127,11 @@ Exit codes:
       Chiave, giornata, contatori e totali di un registratore, e un documento interrotto.
   lorimat status --register shop.register --json
       Lo stesso per un programma: importi in centesimi.
+  lorimat status --register shop.register --follow
+      Di nuovo dopo ogni cambiamento, fino a Ctrl-C.
 
 Il registratore viene guardato e non acceso: un documento aperto resta aperto e nulla si stampa.
-Mentre un programma lavora con il registratore, il suo file non si può leggere.
+Intanto un programma può venderci sopra. Con --follow, --json scrive un oggetto per riga.
 
 Codici di uscita:
   0  lo stato è stato mostrato
@@ -130,6 +149,8 @@ Codici di uscita:
       The last document as a picture.
   lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       The roll as text in a file, and as a PDF with a page for each document.
+  lorimat paper --register shop.register --last 1 --follow
+      The last document, and what is printed from now on, until Ctrl-C.
 
 The register keeps the end of its roll; "lorimat journal" has every document. With --png or --pdf
 the text is written only if --paper asks for it; "-" is standard output.
@@ -146,6 +167,8 @@ Exit codes:
       L'ultimo documento come immagine.
   lorimat paper --register shop.register --paper roll.txt --pdf roll.pdf
       Il rotolo come testo in un file, e come PDF con una pagina per ogni documento.
+  lorimat paper --register shop.register --last 1 --follow
+      L'ultimo documento, e quanto si stampa da adesso in poi, fino a Ctrl-C.
 
 Il registratore conserva la fine del rotolo; "lorimat journal" ha tutti i documenti. Con --png o
 --pdf il testo si scrive solo se lo chiede --paper; "-" è lo standard output.
@@ -214,6 +237,10 @@ Codici di uscita:
       An entry as it was printed.
   lorimat journal verify --register shop.register
       Whether anything in it was changed.
+  lorimat journal --register shop.register --follow
+      The entries, and those that come, until Ctrl-C; with --json an object a line.
+
+A program may be selling on the register meanwhile.
 
 Exit codes:
   0  the entries were shown
@@ -231,6 +258,10 @@ Exit codes:
       Una voce come è stata stampata.
   lorimat journal verify --register shop.register
       Se vi è stato cambiato qualcosa.
+  lorimat journal --register shop.register --follow
+      Le voci, e quelle che arrivano, fino a Ctrl-C; con --json un oggetto per riga.
+
+Intanto un programma può vendere sul registratore.
 
 Codici di uscita:
   0  le voci sono state mostrate

@@ -144,6 +144,24 @@ size_t column_count(const std::string& text) {
   }));
 }
 
+std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
+                                                         const lorimat::DailyCounters& day,
+                                                         bool open, lorimat::Amount day_total,
+                                                         lorimat::Amount grand_total) {
+  return {
+      {tr("Last closing"), last_closure == 0 ? tr("none yet") : std::to_string(last_closure)},
+      {tr("Day"), open ? tr("open") : tr("not begun")},
+      {tr("  receipts"), std::to_string(day.sales)},
+      {tr("  invoices"), std::to_string(day.invoices)},
+      {tr("  credit notes"), std::to_string(day.refunds)},
+      {tr("  voids"), std::to_string(day.cancels)},
+      {tr("  abandoned"), std::to_string(day.abandoned)},
+      {tr("  non-fiscal"), std::to_string(day.non_fiscal)},
+      {tr("  total"), amount_text(day_total)},
+      {tr("Grand total"), amount_text(grand_total)},
+  };
+}
+
 std::string paired_rows(const std::vector<std::pair<std::string, std::string>>& rows) {
   size_t width = 0;
   for (const auto& [name, value] : rows) width = std::max(width, column_count(name));

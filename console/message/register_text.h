@@ -43,6 +43,12 @@ std::string journal_kind_text(lorimat::JournalKind kind);
 // "0001-0001", closure and number; "0001" alone for what has no number.
 std::string document_number_text(int closure, int number);
 
+// The last closing, the day behind it and the grand total: names and values.
+std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
+                                                         const lorimat::DailyCounters& day,
+                                                         bool open, lorimat::Amount day_total,
+                                                         lorimat::Amount grand_total);
+
 // Rows of a name and a value, the values under each other.
 std::string paired_rows(const std::vector<std::pair<std::string, std::string>>& rows);
 

@@ -171,6 +171,11 @@ std::string status_text(const lorimat::VirtualRegister& device, const std::strin
     rows.emplace_back(tr("To pay"), amount_text(receipt.remaining()));
   }
   rows.emplace_back(tr("Next sale"), next_sale);
+  const lorimat::RegisterStore& store = device.store();
+  for (auto& row : DayRows(store.last_closure(), store.counters(), store.day_open(),
+                           store.daily().net(), store.grand_total())) {
+    rows.push_back(std::move(row));
+  }
   rows.emplace_back(tr("Drawer opened"), tr_count(static_cast<uint64_t>(device.drawer_count()),
                                                   TR_TEXT("{} time"), TR_TEXT("{} times")));
   rows.emplace_back(tr("Paper"),

@@ -305,7 +305,7 @@ TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   EXPECT_EQ("READY  key registering", status_line(device));
   ASSERT_EQ(0, device.BeginTraining());
   EXPECT_EQ("READY  key registering  TRAINING", status_line(device));
-  EXPECT_THAT(status_text(device, "", "opens a receipt", 0), HasSubstr("\nTraining       yes\n"));
+  EXPECT_THAT(status_text(device, "", "opens a receipt", 0), HasSubstr("\nTraining        yes\n"));
   ASSERT_EQ(0, device.EndTraining());
   EXPECT_EQ("READY  key registering", status_line(device));
 }
@@ -316,7 +316,7 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
   EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", status_line(device));
   EXPECT_THAT(status_text(device, "/a\x1b/shop", "", 0),
-              HasSubstr("\nRegister       /a\\x1B/shop\n"));
+              HasSubstr("\nRegister        /a\\x1B/shop\n"));
   EXPECT_EQ("", open_document_words(device));
 }
 
