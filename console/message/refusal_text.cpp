@@ -58,6 +58,8 @@ constexpr RefusalSentence kSentences[] = {
     {Cause::kNothingBuffered, "",
      TR_TEXT("There is no document to copy: documents are not kept for a copy, or it was printed "
              "already.")},
+    {Cause::kFixedByDocuments, "s",
+     TR_TEXT("Fixed since the register's first document, which bears it: {}.")},
     // --- Lines
     {Cause::kLineKind, "n", TR_TEXT("There is no kind of line {}.")},
     {Cause::kNoArticle, "t", TR_TEXT("There is no article '{}'.")},
@@ -172,6 +174,8 @@ constexpr RefusalSentence kSentences[] = {
     {Cause::kNothingInRange, "", TR_TEXT("There is nothing in the range that was asked for.")},
     {Cause::kNothingWaits, "", TR_TEXT("There is nothing of the kind to be written.")},
     {Cause::kNoFile, "t", TR_TEXT("There is no file '{}'.")},
+    {Cause::kNoFolder, "t",
+     TR_TEXT("'{}' is no folder, or none in which files can be made.")},
     {Cause::kFileNotRead, "et", TR_TEXT("Reading failed ({}): '{}'.")},
     {Cause::kFileNotWritten, "et", TR_TEXT("Writing failed ({}): '{}'.")},
     {Cause::kNotAFirmware, "t",
@@ -259,6 +263,7 @@ constexpr SubjectName kSubjects[] = {
     {Subject::kTest, TR_TEXT("the test")},
     {Subject::kReportFile, TR_TEXT("the name of the file")},
     {Subject::kYear, TR_TEXT("the year")},
+    {Subject::kSerialNumber, TR_TEXT("the serial number")},
 };
 static_assert(std::size(kSubjects) == static_cast<size_t>(Subject::kLast) + 1);
 

@@ -1,10 +1,25 @@
 // Set-up of the device, and its way into service.
+#include <optional>
+
 #include "register/client/client_buffers.h"
 #include "register/client/virtual_register.h"
 #include "register/desk/setup_desk.h"
+#include "register/desk/shop_setup.h"
+#include "register/storage/part_file.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
+
+int VirtualRegister::SetUp(const ShopSetup& setup, ShopRefusal* refused) {
+  return Perform(std::nullopt, [&] { return SetUpShop(core_, setup, refused); });
+}
+
+int VirtualRegister::SaveAs(const std::string& file) {
+  const CancellationDelay whole;
+  PartFile part(file);
+  core_.database.CopyTo(part, nullptr);
+  return part.Finish();
+}
 
 // Double width is asked for inside the text, as in a header line.
 int VirtualRegister::SetTrailerLine(int line, const char* text, bool) {

@@ -31,6 +31,7 @@
 #include "register/desk/clock_check.h"
 #include "register/desk/keyboard.h"
 #include "register/desk/receipt_desk.h"
+#include "register/desk/shop_setup.h"
 #include "register/inspect/register_file.h"
 #include "register/report/reports.h"
 #include "register/value/cancellation.h"
@@ -112,6 +113,15 @@ class VirtualRegister : public RtfClientInterface {
   // when the register's file cannot be written.
   void ClearFaults();
   const FaultPlan& faults() const { return core_.faults; }
+
+  // --- Set-up by the shop (register/desk/shop_setup.h), and the register as a file; between
+  // operations. As an operation: RTF_SUCCESS, or a code with the cause in last_refusal, or
+  // last_failure where it could not be stored; then nothing has changed, and `refused` tells which
+  // value was refused.
+  int SetUp(const ShopSetup& setup, ShopRefusal* refused);
+  // Writes the register as it is now into a new file. Throws RegisterError where the name is taken
+  // or when it cannot be written: then there is no such file. Answers what PartFile::Finish does.
+  int SaveAs(const std::string& file);
 
   // The device client, all of it; what the operations do is told in rtfclientinterface.h.
 #define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) \

@@ -77,7 +77,8 @@ void RegisterCore::Keep(bool behind) {
   const bool open_moved =
       open_record != kept_open_record_ || (open_record.empty() && kept_has_open_);
   const bool printed = paper.lines().size() != kept_paper_.lines;
-  const bool set = SettingsDiffer(*this, kept_);  // not by answer_due, which is set below
+  // Not by answer_due, which is set below.
+  const bool set = SettingsDiffer(*this, kept_) || ChainedSettingsChange(tables);
   const bool programmed =
       std::any_of(tables.changes().begin(), tables.changes().end(),
                   [](const Tables::Change& change) { return change.part != Tables::Part::kNotes; });
@@ -149,6 +150,11 @@ void RegisterCore::NoteAnswered() noexcept {
 void RegisterCore::Replace(OpenDocument next) noexcept {
   if (!replaced_) replaced_.emplace(std::move(document));
   document = std::move(next);
+}
+
+const std::string& RegisterCore::outbox() const {
+  const std::string& given = tables.settings().outbox;
+  return given.empty() ? setup.outbox : given;
 }
 
 std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_offset); }

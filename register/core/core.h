@@ -27,6 +27,8 @@ struct RegisterCore : RegisterState {
   // and programming may want it in its own. In training nothing is reported or programmed, and a
   // document that moves cash sells nothing.
   bool Allows(Operation operation) const;
+  // The folder of what is sent: the one that the host gave, else the shop's own; empty for none.
+  const std::string& outbox() const;
   // Put into service with the revenue agency: documents carry the number of the closure.
   bool in_service() const { return setup.commissioning == Commissioning::kInService; }
 

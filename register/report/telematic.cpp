@@ -223,7 +223,7 @@ std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
 }
 
 std::string TelematicDesk::OutboxFile(std::string_view name) const {
-  return fmt::format("{}/{}", core_.tables.settings().outbox, name);
+  return fmt::format("{}/{}", core_.outbox(), name);
 }
 
 // One summary is a file of the national form; several stand in an element of this register.
@@ -241,7 +241,7 @@ int TelematicDesk::WriteSummaries(const std::vector<Closure>& closures,
 int TelematicDesk::SendSummaries() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   while (const std::optional<Closure> closure = core_.store.FirstPending()) {
-    if (!core_.tables.settings().outbox.empty()) {
+    if (!core_.outbox().empty()) {
       const std::string name = OutboxFile(fmt::format("corrispettivi_{:04}.xml", closure->number));
       if (const int code = WriteSummaries({*closure}, name)) return code;
     }
@@ -288,7 +288,7 @@ int TelematicDesk::SendLottery() {
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   const std::vector<StoredDocument> waiting = core_.store.PendingLottery();
   if (waiting.empty()) return RTF_SUCCESS;
-  if (!core_.tables.settings().outbox.empty()) {
+  if (!core_.outbox().empty()) {
     const std::string name =
         OutboxFile(fmt::format("lotteria_{:04}_{:04}.xml", waiting[0].closure, waiting[0].number));
     if (const int code = WriteLottery(waiting, name)) return code;

@@ -246,10 +246,10 @@ void Database::CheckLoneLog() const {
                   log));
 }
 
-void Database::OpenHandle(const std::string& name, int flags) {
+void Database::OpenHandle(const std::string& name, int flags, const char* layer) {
   sqlite3* opened = nullptr;
   const int code = sqlite3_open_v2(name.c_str(), &opened,
-                                   flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+                                   flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, layer);
   handle_.reset(opened);
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) {
@@ -360,6 +360,7 @@ std::string Database::FolderRefusal() const {
   const char* const name = sqlite3_db_filename(handle_.get(), "main");
   if (name == nullptr || *name == 0) return {};
   const std::string folder = std::filesystem::path(name).parent_path().string();
+  if (folder.empty()) return {};  // it has no name
   if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
   const int error = errno;
   return fmt::format("its folder cannot be written: {}", SystemText(error));

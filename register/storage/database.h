@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +22,7 @@ struct sqlite3_stmt;
 namespace lorimat {
 
 class Database;
+class PartFile;
 
 // What is stored can be read and makes no sense.
 class DamageError : public RegisterError {
@@ -110,6 +112,8 @@ struct DatabaseKind {
 
 class Database {
  public:
+  using CopyProgress = std::function<bool(uint64_t done, uint64_t all)>;
+
   enum class Open {
     kCreate,  // written, and made when it is not there
     kChange,  // written; has to be there
@@ -124,6 +128,8 @@ class Database {
   // reads it meanwhile, and keeps nobody waiting. A file of an older version that is read is
   // copied into memory, where its tables can be brought up to date.
   Database(const std::string& file, Open how, const DatabaseKind& kind);
+  // Looks at one that is in the making. It is only read.
+  Database(const PartFile& part, const DatabaseKind& kind);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -161,6 +167,11 @@ class Database {
   // it stored. No other unit begins before they are.
   bool doubtful() const { return doubtful_; }
 
+  // Copies all of it, as it is at this moment, into a file that is empty. `progress` is told how
+  // many pages of all are there; it answers false to stop, and may be null. False when it was
+  // stopped.
+  bool CopyTo(PartFile& part, const CopyProgress& progress);
+
   // "FILE: cause".
   [[noreturn]] void Fail(const std::string& cause) const;
   // The same for what SQLite answered.
@@ -172,7 +183,7 @@ class Database {
   friend class Moment;
   friend class Statement;
   friend class WorkWatch;
-  void OpenHandle(const std::string& name, int flags);
+  void OpenHandle(const std::string& name, int flags, const char* layer = nullptr);
   void OpenFile(Open how, const DatabaseKind& kind);
   void OpenToWrite(Open how, const DatabaseKind& kind);
   void OpenToRead(const std::string& name, const DatabaseKind& kind);

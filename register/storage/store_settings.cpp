@@ -150,6 +150,8 @@ constexpr SettingRow kSettings[] = {
     Row(
         "cashier_id", [](auto& state) -> auto& { return state.setup.cashier_id; }),
     Row(
+        "outbox", [](auto& state) -> auto& { return state.setup.outbox; }),
+    Row(
         "header_logo", [](auto& state) -> auto& { return state.setup.header_logo; }),
     Row(
         "trailer_logo", [](auto& state) -> auto& { return state.setup.trailer_logo; }),

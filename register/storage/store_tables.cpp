@@ -120,6 +120,12 @@ bool ChainedTablesChange(const Tables& tables) {
       });
 }
 
+bool ChainedSettingsChange(const Tables& tables) {
+  return std::any_of(
+      tables.changes().begin(), tables.changes().end(),
+      [](const Tables::Change& change) { return change.part == Tables::Part::kSerialNumber; });
+}
+
 void StoreTables(Database& database, const Tables& tables) {
   const RegisterSettings& settings = tables.settings();
   for (const Tables::Change& change : tables.changes()) {
@@ -154,6 +160,9 @@ void StoreTables(Database& database, const Tables& tables) {
       }
       case Tables::Part::kLogos:
         PutLogos(database, tables);
+        break;
+      case Tables::Part::kSerialNumber:
+        PutSetting(database, kSerialNumber, settings.serial_number);
         break;
       case Tables::Part::kNotes:
         break;

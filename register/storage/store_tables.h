@@ -19,6 +19,8 @@ void InsertTables(Database& database, const Tables& tables);
 void StoreTables(Database& database, const Tables& tables);
 // Whether one of them changes that belongs to the journal's chain (register/storage/chain.h).
 bool ChainedTablesChange(const Tables& tables);
+// The same of what is stored with the single values.
+bool ChainedSettingsChange(const Tables& tables);
 // The tables as they were stored. What belongs to the place where a register runs (clock,
 // outbox, polls of a report) is taken from `given`.
 Tables LoadTables(Database& database, const RegisterSettings& given);

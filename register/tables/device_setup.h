@@ -44,6 +44,7 @@ struct DeviceSetup {
   // Printed on fiscal documents when they are set.
   std::string pos_id = {};
   std::string cashier_id = {};
+  std::string outbox = {};  // the shop's folder of what is sent; empty for none
   // Logos ahead of the header and behind the trailer; 0 for none.
   int header_logo = 0;
   int trailer_logo = 0;

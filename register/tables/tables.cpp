@@ -82,7 +82,7 @@ void Tables::Repair() {
   const auto price = [](Amount* amount) {
     *amount = RoundToCents(std::clamp<Amount>(*amount, 0, kMaxPresetPrice)).value_or(0);
   };
-  cut(&settings_.serial_number, 32);
+  cut(&settings_.serial_number, kSerialNumberSize);
   cut(&settings_.firmware_version, 20);
   if (settings_.header_lines.size() > kHeaderLines) settings_.header_lines.resize(kHeaderLines);
   for (std::string& line : settings_.header_lines) cut(&line, kHeaderLineSize);

@@ -66,6 +66,8 @@ class Tables {
   // The highest preset value of a subtender, in cents: 9999999,99.
   static constexpr uint32_t kMaxPresetValue = 999999999;
   static constexpr int kHeaderLines = 6;
+  static constexpr size_t kShortestSerialNumber = 11;
+  static constexpr size_t kSerialNumberSize = 32;
   static constexpr int kSubtenders = 20;  // identifiers "10" to "29"
   static constexpr int kMaxDepartments = 40;
 
@@ -100,6 +102,10 @@ class Tables {
   int SetSubtender(int number, Subtender subtender);
   // Line 1 to 6.
   int SetHeaderLine(int line, std::string_view text);
+  // All of them.
+  int SetHeaderLines(const std::vector<std::string>& lines);
+  // Of capital letters and digits.
+  int SetSerialNumber(std::string_view number);
   // Takes note of the rate of an entry, in decimal digits; CommitVat puts all that were noted
   // into force. With a day open no rate can change, and what was noted is forgotten.
   int NoteVatRate(int entry, std::string_view rate);
@@ -127,6 +133,7 @@ class Tables {
     kArticle,
     kArticles,
     kLogos,
+    kSerialNumber,
     kNotes
   };
   struct Change {

@@ -1,5 +1,6 @@
 // The setters of the tables: what each record may hold. The limits are those of a small shop's
 // register; a host's longer text is refused, not cut, so that nobody sells under half a name.
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -18,6 +19,8 @@ namespace {
 constexpr char kExempt[] = "ES*";
 
 bool IsPrice(Amount amount) { return amount >= 0 && amount <= Tables::kMaxPresetPrice; }
+
+bool IsSerialCharacter(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z'); }
 
 bool IsKind(TenderKind kind) { return kind >= TenderKind::kCash && kind <= TenderKind::kNotPaid; }
 
@@ -161,6 +164,42 @@ int Tables::SetHeaderLine(int line, std::string_view text) {
   });
   if (settings_.header_lines.size() <= index) settings_.header_lines.resize(index + 1);
   settings_.header_lines[index] = std::move(kept);
+  return RTF_SUCCESS;
+}
+
+int Tables::SetHeaderLines(const std::vector<std::string>& lines) {
+  if (lines.size() > kHeaderLines) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kHeaderLine,
+                       {static_cast<int64_t>(lines.size()), 1, kHeaderLines});
+  }
+  std::vector<std::string> kept;
+  for (const std::string& line : lines) {
+    if (line.size() > kHeaderLineSize) return TooLong(Subject::kHeaderText, line, kHeaderLineSize);
+    kept.push_back(DeviceText(line));
+  }
+  Note(Part::kHeader, 0, [old = settings_.header_lines](Tables& tables) mutable {
+    tables.settings_.header_lines.swap(old);
+  });
+  settings_.header_lines = std::move(kept);
+  return RTF_SUCCESS;
+}
+
+int Tables::SetSerialNumber(std::string_view number) {
+  if (number.size() < kShortestSerialNumber || number.size() > kSerialNumberSize) {
+    return RefuseValue(
+        RTF_EFPTR_BAD_LENGTH, RefusalCause::kWrongLength, Subject::kSerialNumber,
+        {static_cast<int64_t>(number.size()), static_cast<int64_t>(kShortestSerialNumber),
+         static_cast<int64_t>(kSerialNumberSize)});
+  }
+  if (!std::all_of(number.begin(), number.end(), IsSerialCharacter)) {
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kSerialNumber, {},
+                       number);
+  }
+  std::string kept(number);
+  Note(Part::kSerialNumber, 0, [old = settings_.serial_number](Tables& tables) mutable {
+    tables.settings_.serial_number.swap(old);
+  });
+  settings_.serial_number = std::move(kept);
   return RTF_SUCCESS;
 }
 

@@ -42,6 +42,7 @@ enum class RefusalCause : uint8_t {
   kMemoryFull,
   kJournalInUse,
   kNothingBuffered,
+  kFixedByDocuments,  // subject
   // --- Lines
   kLineKind,   // the kind asked for
   kNoArticle,  // its code
@@ -121,6 +122,7 @@ enum class RefusalCause : uint8_t {
   kNothingInRange,
   kNothingWaits,
   kNoFile,          // its name
+  kNoFolder,        // its name
   kFileNotRead,     // an errno value; its name
   kFileNotWritten,  // an errno value; its name
   kNotAFirmware,
@@ -201,7 +203,8 @@ enum class Subject : uint8_t {
   kTest,
   kReportFile,
   kYear,
-  kLast = kYear,
+  kSerialNumber,
+  kLast = kSerialNumber,
 };
 
 struct Refusal {

@@ -31,7 +31,11 @@ class FailingDisk {
     sqlite3_vfs_register(&vfs_, 1);
     plan() = Plan{};
   }
-  ~FailingDisk() { sqlite3_vfs_unregister(&vfs_); }
+  ~FailingDisk() {
+    sqlite3_vfs_unregister(&vfs_);
+    // Ahead of a layer that was made known meanwhile.
+    sqlite3_vfs_register(real(), 1);
+  }
 
   // The n-th write (or sync, by the fault) from now on fails, and with `lasting` all behind it.
   void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }

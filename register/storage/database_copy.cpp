@@ -1,0 +1,97 @@
+// Copies of a database, and databases in files that have no name yet.
+#include <fmt/format.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <new>
+#include <system_error>
+
+#include "register/storage/database.h"
+#include "register/storage/descriptor_files.h"
+#include "register/storage/part_file.h"
+
+namespace lorimat {
+namespace {
+
+// Between two words of progress.
+constexpr int kPagesAtOnce = 256;
+
+// Both numbers of the form in the head of a file, and the form that a log goes with
+// (https://www.sqlite.org/fileformat2.html, 1.3).
+constexpr off_t kFormAt = 18;
+constexpr char kFormWithLog[2] = {2, 2};
+
+void RequireLayer() {
+  if (!DescriptorFiles::Register()) throw std::bad_alloc();
+}
+
+[[noreturn]] void FailToWrite(const PartFile& part, int error) {
+  throw RegisterError(part.file(),
+                      fmt::format("cannot be written: {}", std::generic_category().message(error)));
+}
+
+struct BackupCloser {
+  void operator()(sqlite3_backup* backup) const { sqlite3_backup_finish(backup); }
+};
+
+}  // namespace
+
+Database::Database(const PartFile& part, const DatabaseKind& kind) : file_(part.file()) {
+  RequireLayer();
+  OpenHandle("file:" + DescriptorFiles::NameOf(part.descriptor()) + "?immutable=1",
+             SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, DescriptorFiles::kLayer);
+  unwritable_ = "cannot be written";
+  Execute("PRAGMA query_only = ON; PRAGMA temp_store = MEMORY");
+  Identify(Open::kLook, kind);
+}
+
+bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
+  RequireLayer();
+  sqlite3* opened = nullptr;
+  const int opening = sqlite3_open_v2(
+      DescriptorFiles::NameOf(part.descriptor()).c_str(), &opened,
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, DescriptorFiles::kLayer);
+  const std::unique_ptr<sqlite3, DatabaseCloser> copy(opened);
+  if (opened == nullptr) throw std::bad_alloc();
+  if (opening != SQLITE_OK) FailWith(opening);
+  // Nobody sees it before it is whole.
+  if (sqlite3_exec(opened, "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF", nullptr, nullptr,
+                   nullptr) != SQLITE_OK) {
+    throw std::bad_alloc();
+  }
+  DescriptorFiles::TakeWriteError();
+  // A reading transaction holds the moment: whoever writes meanwhile goes on, and is not seen.
+  const bool reads = sqlite3_get_autocommit(handle_.get()) != 0;
+  if (reads) Execute("BEGIN");
+  int code = SQLITE_OK;
+  bool stopped = false;
+  try {
+    static_cast<void>(Value("SELECT count(*) FROM sqlite_master"));
+    const std::unique_ptr<sqlite3_backup, BackupCloser> backup(
+        sqlite3_backup_init(opened, "main", handle_.get(), "main"));
+    if (backup == nullptr) throw std::bad_alloc();
+    do {
+      code = sqlite3_backup_step(backup.get(), kPagesAtOnce);
+      const int all = sqlite3_backup_pagecount(backup.get());
+      const int left = sqlite3_backup_remaining(backup.get());
+      stopped =
+          progress && !progress(static_cast<uint64_t>(all - left), static_cast<uint64_t>(all));
+    } while (code == SQLITE_OK && !stopped);
+  } catch (...) {
+    if (reads) sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    throw;
+  }
+  if (reads) sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (const int error = DescriptorFiles::TakeWriteError()) FailToWrite(part, error);
+  if (stopped) return false;
+  if (code != SQLITE_DONE) FailWith(code);
+  // As a register leaves it behind, wherever it was copied from.
+  constexpr ssize_t kSize = sizeof(kFormWithLog);
+  if (pwrite(part.descriptor(), kFormWithLog, sizeof(kFormWithLog), kFormAt) != kSize) {
+    FailToWrite(part, errno);
+  }
+  return true;
+}
+
+}  // namespace lorimat

@@ -1,0 +1,116 @@
+#include "register/storage/part_file.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "register/value/register_error.h"
+
+namespace lorimat {
+namespace {
+
+constexpr mode_t kMode = 0644;
+
+std::string FolderOf(const std::string& file) {
+  const size_t slash = file.rfind('/');
+  return slash == std::string::npos ? "." : file.substr(0, slash + 1);
+}
+
+// What the system knows an open file by.
+std::string OpenName(int descriptor) { return fmt::format("/proc/self/fd/{}", descriptor); }
+
+}  // namespace
+
+PartFile::PartFile(const std::string& file, Way way) : file_(file) {
+  if (file_.empty()) throw RegisterError("the register's file has no name");
+  RequireFree();
+  if (way == Way::kNamed || !MakeNameless(FolderOf(file_))) MakeNamed();
+}
+
+PartFile::~PartFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+  if (!part_.empty()) unlink(part_.c_str());
+}
+
+void PartFile::Fail(const char* cause, int error) const {
+  throw RegisterError(file_, fmt::format("{}: {}", cause, std::generic_category().message(error)));
+}
+
+// A link that leads nowhere is something, too.
+void PartFile::RequireFree() const {
+  struct stat status = {};
+  if (lstat(file_.c_str(), &status) == 0) throw RegisterError(file_, "is there already");
+  if (errno != ENOENT) Fail("cannot be made", errno);
+  for (const char* beside : {"-wal", "-journal"}) {
+    const std::string name = file_ + beside;
+    if (lstat(name.c_str(), &status) != 0) continue;
+    throw RegisterError(
+        file_,
+        fmt::format("is not there, and {} is, which would be taken for a part of it: put the "
+                    "register back beside it, or move it away",
+                    name));
+  }
+}
+
+// False where that is not to be had, or could not get a name.
+bool PartFile::MakeNameless(const std::string& folder) {
+  descriptor_ = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kMode);
+  if (descriptor_ < 0) return false;
+  if (access(OpenName(descriptor_).c_str(), F_OK) == 0) return true;
+  close(descriptor_);
+  descriptor_ = -1;
+  return false;
+}
+
+void PartFile::MakeNamed() {
+  std::string part = file_ + ".part";
+  descriptor_ = open(part.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+  if (descriptor_ >= 0) {
+    part_ = std::move(part);
+    return;
+  }
+  if (errno != EEXIST) Fail("cannot be made", errno);
+  throw RegisterError(
+      part, "is left of a register that was not finished, or another one is being made; remove it");
+}
+
+void PartFile::TakeName() {
+  if (part_.empty()) {
+    if (linkat(AT_FDCWD, OpenName(descriptor_).c_str(), AT_FDCWD, file_.c_str(),
+               AT_SYMLINK_FOLLOW) == 0) {
+      return;
+    }
+  } else {
+    // A file system without second names renames, and does not overwrite either.
+    if (link(part_.c_str(), file_.c_str()) == 0) {
+      unlink(part_.c_str());
+      part_.clear();
+      return;
+    }
+    if (errno != EEXIST &&
+        renameat2(AT_FDCWD, part_.c_str(), AT_FDCWD, file_.c_str(), RENAME_NOREPLACE) == 0) {
+      part_.clear();
+      return;
+    }
+  }
+  if (errno == EEXIST) throw RegisterError(file_, "is there already");
+  Fail("cannot be made", errno);
+}
+
+int PartFile::Finish() {
+  if (fsync(descriptor_) != 0) Fail("cannot be written", errno);
+  RequireFree();
+  TakeName();
+  const int folder = open(FolderOf(file_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return errno;
+  const int error = fsync(folder) == 0 ? 0 : errno;
+  close(folder);
+  return error;
+}
+
+}  // namespace lorimat
