@@ -16,9 +16,11 @@
 #include "console/command/fault_command.h"
 #include "console/command/help.h"
 #include "console/command/help_command.h"
+#include "console/command/init_command.h"
 #include "console/command/journal_command.h"
 #include "console/command/paper_command.h"
 #include "console/command/run_command.h"
+#include "console/command/set_command.h"
 #include "console/command/shell_command.h"
 #include "console/command/status_command.h"
 #include "console/command/words_command.h"
@@ -217,6 +219,10 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   app.set_version_flag("-V,--version", "lorimat " LORIMAT_VERSION,
                        tr("Print the version and exit"));
   app.require_subcommand(1);
+  InitOptions init;
+  AddInit(app, &init);
+  SetOptions set;
+  AddSet(app, &set);
   RunOptions run;
   add_run(app, &run);
   ShellOptions shell;
@@ -257,6 +263,8 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
     streams.error(tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }
+  if (app.got_subcommand("init")) return InitCommand(init, streams);
+  if (app.got_subcommand("set")) return SetCommand(set, streams);
   if (app.got_subcommand("shell")) return shell_command(shell, streams);
   if (app.got_subcommand("check")) return check_command(check, streams);
   if (app.got_subcommand("explain")) return explain_command(explain, streams);

@@ -64,6 +64,7 @@ struct Purpose {
 
 const std::vector<Purpose>& purposes() {
   static const std::vector<Purpose> all = {
+      {TR_TEXT("Set up a register"), {"init", "set"}},
       {TR_TEXT("Run lines"), {"run", "shell"}},
       {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
       {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},

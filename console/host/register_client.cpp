@@ -47,8 +47,8 @@ lorimat::RegisterSettings settings_for(const std::string& clock, const std::stri
 // The register, with its log lines going to the trace.
 class RegisterClient::Device : public lorimat::VirtualRegister {
  public:
-  Device(const std::string& clock, const std::string& file, Streams& streams)
-      : VirtualRegister(settings_for(clock, file)), streams_(streams), collected_(first_line()) {
+  Device(lorimat::RegisterSettings settings, Streams& streams)
+      : VirtualRegister(std::move(settings)), streams_(streams), collected_(first_line()) {
     HoldPaper(collected_);
   }
 
@@ -112,7 +112,7 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
   if (!file_.empty()) require_register_name(file_);
   struct stat status;
   const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
-  device_ = std::make_unique<Device>(clock, file_, streams);
+  device_ = std::make_unique<Device>(settings_for(clock, file_), streams);
   if (made) tell_note(streams, tr("{}: a new register was made", shown(file_)));
   const std::optional<lorimat::CutOffDocument>& cut_off = device_->cut_off();
   if (cut_off) {
@@ -128,6 +128,9 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
     tell_note(streams, fmt::format("{}: {}", shown(file_), refusal_text(refusal)));
   }
 }
+
+RegisterClient::RegisterClient(lorimat::RegisterSettings settings, Streams& streams)
+    : device_(std::make_unique<Device>(std::move(settings), streams)) {}
 
 RegisterClient::~RegisterClient() = default;
 

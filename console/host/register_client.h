@@ -14,6 +14,7 @@
 class RtfClientInterface;
 namespace lorimat {
 struct Refusal;
+struct RegisterSettings;
 class VirtualRegister;
 }  // namespace lorimat
 
@@ -27,6 +28,8 @@ class RegisterClient {
   // that was cut off. Throws Failure when the clock is no such time or the file no register, with
   // file and cause.
   RegisterClient(const std::string& clock, const std::string& register_file, Streams& streams);
+  // A new register in memory.
+  RegisterClient(lorimat::RegisterSettings settings, Streams& streams);
   ~RegisterClient();
 
   RtfClientInterface* client();

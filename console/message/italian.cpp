@@ -159,7 +159,8 @@ std::vector<std::span<const ItalianText>> italian_texts() {
   return {general_texts(),         italian_backup_texts(),   italian_check_texts(),
           italian_codes_texts(),   italian_help_texts(),     italian_register_texts(),
           italian_journal_texts(), italian_messages_texts(), italian_examples_texts(),
-          italian_shell_texts(),   italian_traps_texts(),    italian_refusal_texts()};
+          italian_shell_texts(),   italian_traps_texts(),    italian_refusal_texts(),
+          ItalianSetupTexts()};
 }
 
 }  // namespace lorimat::console

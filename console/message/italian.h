@@ -25,6 +25,7 @@ std::span<const ItalianText> italian_refusal_texts();
 std::span<const ItalianText> italian_register_texts();
 std::span<const ItalianText> italian_messages_texts();
 std::span<const ItalianText> italian_examples_texts();
+std::span<const ItalianText> ItalianSetupTexts();
 std::span<const ItalianText> italian_shell_texts();
 std::span<const ItalianText> italian_traps_texts();
 

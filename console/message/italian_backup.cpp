@@ -121,7 +121,7 @@ Codici di uscita:
       {"{}: not restored: {}", "{}: non ricaricato: {}"},
       {"{}: what was loaded could not be read back: {}",
        "{}: ciò che è stato caricato non si è potuto rileggere: {}"},
-      {"{}:{}: not restored: {}\n", "{}:{}: non ricaricata: {}\n"},
+      {"{}:{}: not restored: {}", "{}:{}: non ricaricata: {}"},
       {"an empty text does not clear the one of the register",
        "un testo vuoto non cancella quello del registratore"},
       {"the register keeps another value", "il registratore conserva un altro valore"},

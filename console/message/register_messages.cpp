@@ -38,6 +38,11 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("cannot be written here, and {} has to be taken over into it: copy both to a folder "
             "where they can be written"),
     TR_TEXT("the disk is full"),
+    TR_TEXT("is there already"),
+    TR_TEXT("is not there, and {} is, which would be taken for a part of it: put the register back "
+            "beside it, or move it away"),
+    TR_TEXT("cannot be made: {}"),
+    TR_TEXT("is left of a register that was not finished, or another one is being made; remove it"),
     TR_TEXT("its log cannot be put in order after a failure, and nothing more is stored until it "
             "is"),
     TR_TEXT("cannot be read or written to its end"),

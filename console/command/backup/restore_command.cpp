@@ -321,8 +321,9 @@ int show_outcome(const RestoreOptions& options, const Outcome& outcome, const La
   } else {
     for (const RowDifference& one : outcome.after) {
       if (stays(one)) continue;
-      text += tr("{}:{}: not restored: {}\n", one.table->file, one.line,
-                 cause_of(one, outcome.refusals, outcome.stopped));
+      text += tr("{}:{}: not restored: {}", one.table->file, one.line,
+                 cause_of(one, outcome.refusals, outcome.stopped)) +
+              "\n";
     }
     text += left == 0 ? tr("{}: {} restored\n", shown(options.register_file), rows_text(restored))
                       : tr("{}: {} restored, {} not restored\n", shown(options.register_file),
@@ -358,6 +359,30 @@ void require_closed_day(const RestoreOptions& options, const Differences& differ
 }
 
 }  // namespace
+
+LoadedTables LoadTables(const std::string& folder, TableSession& session, Streams& streams) {
+  require_backup_folder(folder);
+  const Backup backup = read_backup(folder, session.language());
+  LoadedTables loaded;
+  loaded.serial_number = backup.manifest.serial_number;
+  // A signal leaves no scratch folder behind.
+  const InterruptWatch watch;
+  const ScratchFolder scratch;
+  const FolderStay stay(scratch.path());
+  const Differences before = compare(backup, session, streams, true);
+  Loader loader(backup, session, streams);
+  if (!interrupted) loader.run(before);
+  if (!loader.key_failure().empty()) loaded.not_restored.push_back(loader.key_failure());
+  const Differences after = compare(backup, session, streams, true);
+  loaded.stopped = interrupted != 0;
+  for (const RowDifference& one : after) {
+    if (stays(one)) continue;
+    loaded.not_restored.push_back(tr("{}:{}: not restored: {}", one.table->file, one.line,
+                                     cause_of(one, loader.refusals(), loaded.stopped)));
+  }
+  loaded.rows = count_to_load(before) - std::min(count_to_load(before), count_to_load(after));
+  return loaded;
+}
 
 void add_restore(CLI::App& app, RestoreOptions* options) {
   CLI::App* restore = app.add_subcommand(

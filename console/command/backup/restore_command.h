@@ -1,7 +1,9 @@
 // "lorimat restore": the tables of a backup, compared with a register and loaded back into it.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "console/terminal/streams.h"
 
@@ -19,6 +21,20 @@ struct RestoreOptions {
   bool dry_run = false;
   bool json = false;
 };
+
+class TableSession;
+
+// What became of the tables of a backup.
+struct LoadedTables {
+  std::string serial_number;              // of the register that the backup is of
+  uint64_t rows = 0;                      // that are as in the backup now, and were not
+  std::vector<std::string> not_restored;  // "vat.txt:3: not restored: ..."
+  bool stopped = false;                   // by a signal
+};
+
+// Loads the tables of a backup. Throws Failure, before anything is changed, when the backup is not
+// whole.
+LoadedTables LoadTables(const std::string& folder, TableSession& session, Streams& streams);
 
 void add_restore(CLI::App& app, RestoreOptions* options);
 

@@ -12,24 +12,39 @@
 
 namespace lorimat::console {
 
-TableSession::TableSession(const std::string& register_file, const std::string& language,
-                           const std::string& library, Streams& streams)
-    : status_(lorimat::RegisterFile(require_register(register_file)).Status()) {
-  if (status_.open_document) {
-    throw Failure(tr("{}: holds {}. End it first, by a run on this register", shown(register_file),
-                     open_document_text(*status_.open_document)));
+lorimat::RegisterStatus RequireQuietRegister(const std::string& file) {
+  lorimat::RegisterStatus status = lorimat::RegisterFile(require_register(file)).Status();
+  if (status.open_document) {
+    throw Failure(tr("{}: holds {}. End it first, by a run on this register", shown(file),
+                     open_document_text(*status.open_document)));
   }
-  if (!status_.faults.faults().empty()) {
+  if (!status.faults.faults().empty()) {
     throw Failure(
         tr("{}: faults wait in it, which would strike now; \"lorimat fault --clear\" takes them "
            "away",
-           shown(register_file)));
+           shown(file)));
   }
+  return status;
+}
+
+TableSession::TableSession(const std::string& register_file, const std::string& language,
+                           const std::string& library, Streams& streams)
+    : status_(RequireQuietRegister(register_file)) {
+  Start(language, library, streams, [&] { client_.emplace("", register_file, streams); });
+}
+
+TableSession::TableSession(const lorimat::RegisterSettings& settings, const std::string& language,
+                           const std::string& library, Streams& streams) {
+  Start(language, library, streams, [&] { client_.emplace(settings, streams); });
+}
+
+void TableSession::Start(const std::string& language, const std::string& library, Streams& streams,
+                         const std::function<void()>& switch_on) {
   const std::string library_file = find_library(library);
   language_.emplace(definition_path(language));
   streams.start_trace("");
   library_.emplace(library_file, streams);
-  client_.emplace("", register_file, streams);
+  switch_on();
   start_library(language, false, *library_, *client_, streams);
 }
 

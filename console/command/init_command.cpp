@@ -1,0 +1,159 @@
+#include "console/command/init_command.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <string_view>
+
+#include "console/command/backup/restore_command.h"
+#include "console/command/backup/table_session.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/register_messages.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
+#include "console/terminal/notices.h"
+#include "register/client/virtual_register.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr std::string_view kInitExamples = TR_TEXT(R"(Examples:
+  lorimat init shop.register
+      A register to try things with, in the name of a shop that does not exist.
+  lorimat init bar.register --serial 99LRM0000042VR --vat-number 01234567897 \
+      --header "BAR SPORT" --header "Via Roma 1 - 00100 ROMA" --header "P.IVA 01234567897"
+      One with the shop's own numbers and header.
+  lorimat init stall.register --vat "22 10 5,50 4 0" --departments 1=PANE:4 \
+      --departments 2=CAFFE:2:1,20 --not-in-service
+      The rates of the VAT entries 1 to 5, and two departments with their VAT entry and price.
+  lorimat init second.register --from tables --serial 99LRM0000043VR
+      One with the tables of another register, as "lorimat backup" wrote them.
+
+What is not given is that of the shop that does not exist: 22, 10, 5, 4 % and exempt, forty
+departments. The file appears when all of it is written; one that is there is not touched.
+"lorimat set" changes the same later.
+
+Exit codes:
+  0  the register was made
+  1  it was made and is whole; rows of the backup that could not be loaded, and what failed behind
+     it, are told
+  2  wrong use, or it could not be made; then there is no file
+  130  stopped by Ctrl-C; there is no file
+)");
+
+// The checks that need no register. A new name says nothing of its folder's rights: that is found
+// out when the file is made.
+void RequireNewName(const std::string& file) {
+  if (file == "-") {
+    throw Failure(tr("-: standard input is no register; a file of this name is ./-"));
+  }
+  require_register_name(file);
+  struct stat status;
+  if (lstat(file.c_str(), &status) == 0) {
+    throw Failure(tr("{}: is there already, and stays as it is; \"lorimat set\" changes a register",
+                     shown(file)));
+  }
+}
+
+// Puts the values into the register, all of them.
+void SetUp(lorimat::VirtualRegister& device, const ShopValues& values) {
+  lorimat::ShopRefusal refused;
+  const int code = device.SetUp(values.setup, &refused);
+  if (code == RTF_SUCCESS) return;
+  const bool kept = device.last_refusal().cause != lorimat::RefusalCause::kNotKept;
+  throw Failure(kept ? ShopRefusalText(values, refused, device.last_refusal())
+                     : register_message(device.last_failure()));
+}
+
+lorimat::RegisterSettings FirstSettings(const lorimat::ShopSetup& setup) {
+  lorimat::RegisterSettings settings;
+  if (setup.serial_number) settings.serial_number = *setup.serial_number;
+  if (setup.vat_number) {
+    settings.vat_number = *setup.vat_number;
+    settings.header_lines.back() = "P.IVA " + *setup.vat_number;
+  }
+  settings.commissioned = setup.in_service.value_or(true);
+  return settings;
+}
+
+// Writes the register, and tells it. What fails behind the writing leaves it.
+int Save(lorimat::VirtualRegister& device, const InitOptions& options, int code, Streams& streams) {
+  if (const int error = device.SaveAs(options.file)) {
+    tell_warning(streams, tr("{}: the register is there and whole, and its name may not have "
+                             "reached the disk: {}",
+                             shown(options.file), system_message(error)));
+    code = kExitFaults;
+  }
+  try {
+    streams.output(tr("{}: a new register, serial number {}\n", shown(options.file),
+                      shown(device.tables().settings().serial_number)));
+  } catch (const ReaderGone&) {
+    throw;
+  } catch (const Failure& failure) {
+    tell_error(streams, tr("{}: the register is there and whole, and its report is missing: {}",
+                           shown(options.file), failure.what()));
+    code = kExitFaults;
+  }
+  return code;
+}
+
+// With the tables of a backup, which the library loads; what the options say goes before them.
+int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams& streams) {
+  lorimat::RegisterSettings settings = FirstSettings(values.setup);
+  // An empty line of the backup's header would not take one of the trial shop away.
+  settings.header_lines.clear();
+  TableSession session(settings, options.language, options.library, streams);
+  const LoadedTables loaded = LoadTables(options.from, session, streams);
+  if (loaded.stopped) {
+    tell_error(streams, tr("stopped by {}; no register was made", interrupt_name()));
+    return interrupt_exit();
+  }
+  int code = kExitGood;
+  for (const std::string& row : loaded.not_restored) {
+    tell_warning(streams, row);
+    code = kExitFaults;
+  }
+  SetUp(session.device(), values);
+  if (loaded.serial_number != session.device().tables().settings().serial_number) {
+    tell_note(streams, tr("the backup is of {}, and this is {}", shown(loaded.serial_number),
+                          shown(session.device().tables().settings().serial_number)));
+  }
+  return Save(session.device(), options, code, streams);
+}
+
+}  // namespace
+
+void AddInit(CLI::App& app, InitOptions* options) {
+  CLI::App* init = app.add_subcommand("init", tr("Make a new register in a file"));
+  init->add_option("FILE", options->file, tr("The register's file, which must not be there"))
+      ->required();
+  AddShopOptions(init, &options->shop);
+  init->add_option("--from", options->from,
+                   tr("Folder of a backup, whose tables the register gets"))
+      ->type_name("DIR");
+  add_language_options(init, &options->language, &options->library);
+  refuse_empty_texts(init);
+  init->footer(std::string(translated(kInitExamples)));
+}
+
+int InitCommand(const InitOptions& options, Streams& streams) {
+  RequireNewName(options.file);
+  const ShopValues values = ReadShopOptions(options.shop);
+  // On another register first: the new one is made with numbers that are good.
+  {
+    lorimat::VirtualRegister trial;
+    SetUp(trial, values);
+  }
+  // It is made in memory, and written when all of it is there.
+  if (!options.from.empty()) return InitFromBackup(options, values, streams);
+  lorimat::VirtualRegister device(FirstSettings(values.setup));
+  SetUp(device, values);
+  return Save(device, options, kExitGood, streams);
+}
+
+}  // namespace lorimat::console

@@ -1,0 +1,85 @@
+#include "console/command/set_command.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <string_view>
+
+#include "console/command/backup/table_session.h"
+#include "console/host/register_client.h"
+#include "console/host/register_options.h"
+#include "console/message/failure.h"
+#include "console/message/text.h"
+#include "console/message/translate.h"
+#include "console/terminal/notices.h"
+#include "register/client/virtual_register.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat::console {
+namespace {
+
+constexpr std::string_view kSetExamples = TR_TEXT(R"(Examples:
+  lorimat set shop.register --header "BAR SPORT" --header "Via Roma 1 - 00100 ROMA"
+      Another header: these lines, and no others.
+  lorimat set shop.register --vat 3=5,50 --departments 7=GELATO:3
+      The rate of VAT entry 3, and the name and the VAT entry of department 7.
+  lorimat set shop.register --no-training
+      Ends the training.
+
+All of it is set, or nothing. What is set goes into the journal's chain, but for header lines,
+which the journal has with each document. Serial number and VAT number are fixed once the register
+has made a document; VAT rates and the state of service change while no day is open.
+
+Exit codes:
+  0  all of it was set
+  1  it was set; what failed behind that is told
+  2  wrong use, or nothing was set
+)");
+
+std::string Joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
+}
+
+}  // namespace
+
+void AddSet(CLI::App& app, SetOptions* options) {
+  CLI::App* set = app.add_subcommand("set", tr("Change what a register was set up with"));
+  set->add_option("FILE", options->file, tr("The register's file"))->required();
+  AddShopOptions(set, &options->shop);
+  AddShopChangeOptions(set, &options->shop);
+  refuse_empty_texts(set);
+  set->footer(std::string(translated(kSetExamples)));
+}
+
+int SetCommand(const SetOptions& options, Streams& streams) {
+  const ShopValues values = ReadShopOptions(options.shop);
+  if (values.given.empty()) {
+    throw Failure(
+        tr("what is to be set? Name it, as --header \"BAR SPORT\"; \"lorimat set --help\" "
+           "lists all"));
+  }
+  RequireQuietRegister(options.file);
+  RegisterClient client("", options.file, streams);
+  lorimat::ShopRefusal refused;
+  if (client.device().SetUp(values.setup, &refused) != RTF_SUCCESS) {
+    const lorimat::Refusal& refusal = client.last_refusal();
+    const std::string cause = refusal.cause == lorimat::RefusalCause::kNotKept
+                                  ? client.last_failure()
+                                  : ShopRefusalText(values, refused, refusal);
+    throw Failure(tr("{}: nothing was set: {}", shown(options.file), cause));
+  }
+  try {
+    streams.output(tr("{}: set: {}\n", shown(options.file), Joined(values.given)));
+  } catch (const ReaderGone&) {
+    throw;
+  } catch (const Failure& failure) {
+    tell_error(streams, tr("{}: it was set, and the report is missing: {}", shown(options.file),
+                           failure.what()));
+    return kExitFaults;
+  }
+  return kExitGood;
+}
+
+}  // namespace lorimat::console

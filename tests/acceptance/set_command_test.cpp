@@ -1,0 +1,142 @@
+// "set": what a shop changes of its register.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "shop.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+class SetCommand : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(run_console({"init", shop_.file()}).exit_code, 0); }
+
+  ProgramRun set(std::vector<std::string> options, const ProgramSetting& setting = {}) const {
+    std::vector<std::string> arguments = {"set", shop_.file()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return run_console(arguments, setting);
+  }
+  std::string verified() const { return shop_.run({"journal", "verify"}).output; }
+
+  Shop shop_;
+};
+
+const char* const kReceipt = "VEND REP=1, PRE=1.00\nCHIU\n";
+
+}  // namespace
+
+TEST_F(SetCommand, ChangesWhatIsNamedAndNothingElse) {
+  const ProgramRun run =
+      set({"--serial", "99LRM0000042VR", "--vat-number", "12345678903", "--header", "BAR SPORT",
+           "--vat", "1=21", "--departments", "1=PANE:4", "--not-in-service"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_EQ(run.output, shop_.file() +
+                            ": set: --serial, --vat-number, --header, --vat, "
+                            "--departments, --not-in-service\n");
+  EXPECT_EQ(set({"--in-service", "--departments", "2=CAFFE"}).exit_code, 0);
+  const ProgramRun sold = shop_.sell(
+      "VEND REP=1, PRE=1\nVEND REP=2, PRE=1\nVEND REP=6, PRE=1\n"
+      "CHIU\n");
+  EXPECT_THAT(sold.output, StartsWith("                BAR SPORT\n\n"));
+  EXPECT_THAT(sold.output, HasSubstr("PANE                        4%        1,00\n"
+                                     "CAFFE                      10%        1,00\n"
+                                     "REPARTO 6                  21%        1,00\n"));
+  EXPECT_THAT(sold.output, HasSubstr("RT 99LRM0000042VR\n"));
+  EXPECT_EQ(verified(), shop_.file() + ": the journal is good: 1 entry, 1 document\n");
+}
+
+TEST_F(SetCommand, SerialAndVatNumberAreFixedBehindADocument) {
+  ASSERT_EQ(shop_.sell(kReceipt).exit_code, 0);
+  for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{
+           {"--serial", "99LRM0000042VR"}, {"--vat-number", "12345678903"}}) {
+    const ProgramRun run = set({option, value, "--header", "ALTRO"});
+    EXPECT_EQ(run.exit_code, 2) << option;
+    EXPECT_THAT(run.errors,
+                StartsWith("lorimat: " + shop_.file() + ": nothing was set: " + option + " " +
+                           value + ": Fixed since the register's first document"));
+  }
+  // Behind a closing, too; and what it has already is no change.
+  ASSERT_EQ(shop_.sell("AZZGIO\n").exit_code, 0);
+  EXPECT_EQ(set({"--serial", "99LRM0000042VR"}).exit_code, 2);
+  EXPECT_EQ(set({"--serial", "99LRM0000001VR"}).exit_code, 0);
+  const ProgramRun sold = shop_.sell(kReceipt);
+  EXPECT_THAT(sold.output, AllOf(HasSubstr("NEGOZIO DI PROVA"), HasSubstr("99LRM0000001VR")));
+}
+
+TEST_F(SetCommand, RefusesWithTheRule) {
+  const ProgramRun run = set({"--vat", "9=22"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, AllOf(HasSubstr("--vat 9=22: There is no VAT entry 9"),
+                                HasSubstr("such as 1=22 or 3=5.5")));
+  // A moment that is wrong needs no rule.
+  ASSERT_EQ(shop_.sell(kReceipt).exit_code, 0);
+  const ProgramRun day = set({"--vat", "1=21"});
+  EXPECT_EQ(day.exit_code, 2);
+  EXPECT_THAT(day.errors, AllOf(HasSubstr("A day is open"), Not(HasSubstr("such as"))));
+}
+
+TEST_F(SetCommand, TrainingBeginsAndEnds) {
+  ASSERT_EQ(set({"--training"}).exit_code, 0);
+  EXPECT_THAT(shop_.sell(kReceipt).output, HasSubstr("DOCUMENTO DI PROVA - NON FISCALE"));
+  EXPECT_THAT(set({"--header", "ALTRO"}).errors, HasSubstr("in training"));
+  EXPECT_EQ(set({"--header", "ALTRO", "--no-training"}).exit_code, 0);
+  EXPECT_THAT(shop_.sell(kReceipt).output,
+              AllOf(StartsWith("                  ALTRO\n"), Not(HasSubstr("DOCUMENTO DI PROVA - NON FISCALE"))));
+  EXPECT_THAT(verified(), HasSubstr("1 document\n"));
+}
+
+TEST_F(SetCommand, TheOutboxComesAndGoes) {
+  const std::string sent = shop_.folder().path("sent");
+  std::filesystem::create_directory(sent);
+  ASSERT_EQ(set({"--outbox", sent}).exit_code, 0);
+  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nRTEJ INVIA\n").exit_code, 0);
+  EXPECT_TRUE(std::filesystem::exists(sent + "/corrispettivi_0001.xml"));
+  ASSERT_EQ(set({"--no-outbox"}).exit_code, 0);
+  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nRTEJ INVIA\n").exit_code, 0);
+  EXPECT_FALSE(std::filesystem::exists(sent + "/corrispettivi_0002.xml"));
+}
+
+TEST_F(SetCommand, WantsSomethingToSetAndNoContradiction) {
+  const ProgramRun nothing = set({});
+  EXPECT_EQ(nothing.exit_code, 2);
+  EXPECT_THAT(nothing.errors, HasSubstr("what is to be set?"));
+  EXPECT_EQ(set({"--training", "--no-training"}).exit_code, 2);
+  EXPECT_EQ(set({"--in-service", "--not-in-service"}).exit_code, 2);
+  EXPECT_EQ(set({"--outbox", "/tmp", "--no-outbox"}).exit_code, 2);
+}
+
+TEST_F(SetCommand, ARegisterThatAStartWouldChangeIsLeftAlone) {
+  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  EXPECT_THAT(set({"--header", "ALTRO"}).errors, HasSubstr(": holds a receipt of"));
+  const Shop other;
+  ASSERT_EQ(run_console({"init", other.file()}).exit_code, 0);
+  ASSERT_EQ(other.run({"fault", "paper-end"}).exit_code, 0);
+  EXPECT_THAT(run_console({"set", other.file(), "--header", "ALTRO"}).errors,
+              HasSubstr("faults wait in it"));
+}
+
+TEST_F(SetCommand, AMissingRegisterIsNotMade) {
+  const Shop none;
+  const ProgramRun run = run_console({"set", none.file(), "--header", "ALTRO"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("there is no such register"));
+  EXPECT_THAT(none.folder().names(), IsEmpty());
+}
+
+TEST_F(SetCommand, AFullDiskChangesNothing) {
+  const ProgramRun run =
+      run_program("/bin/sh", {"-c", "ulimit -f 1; exec \"$0\" set \"$1\" --header ALTRO",
+                              std::string(LORIMAT_BIN_FOLDER) + "/lorimat", shop_.file()});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr(shop_.file() + ": "));
+  EXPECT_THAT(shop_.sell(kReceipt).output, HasSubstr("NEGOZIO DI PROVA"));
+  EXPECT_THAT(verified(), HasSubstr("the journal is good"));
+}
