@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "console/host/register_following.h"
+#include "console/command/register_json.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
@@ -24,7 +25,8 @@ const char* const kStatusExamples = TR_TEXT(R"(Examples:
   lorimat status --register shop.register
       Key, day, counters and totals of a register, and a document that was cut off.
   lorimat status --register shop.register --json
-      The same for a program: amounts in cents.
+      All that the register is, for a program: settings, tables, totals, memory, clock; amounts
+      in cents.
   lorimat status --register shop.register --follow
       Again behind each change, until Ctrl-C.
 
@@ -109,15 +111,9 @@ Json open_document_json(const lorimat::CutOffDocument& document) {
   return json;
 }
 
-Json ClockJson(const lorimat::RegisterStatus& status) {
-  if (status.clock_latest == 0) return Json();
-  return {{"now", time_for_programs(lorimat::NumberTime(status.clock_now))},
-          {"latest", time_for_programs(lorimat::NumberTime(status.clock_latest))}};
-}
-
-Json as_json(const lorimat::RegisterStatus& status) {
+Json as_json(const lorimat::RegisterStatus& status, const lorimat::RegisterProfile& profile) {
   const lorimat::DailyCounters& day = status.counters;
-  return {
+  Json json = {
       {"file", status.file},
       {"schema_version", status.schema_version},
       {"serial_number", status.serial_number},
@@ -135,7 +131,8 @@ Json as_json(const lorimat::RegisterStatus& status) {
         {"voids", day.cancels},
         {"abandoned", day.abandoned},
         {"non_fiscal", day.non_fiscal},
-        {"total_cents", amount_cents(status.day_total)}}},
+        {"total_cents", amount_cents(status.day_total)},
+        {"totals", DayTotalsJson(profile.day)}}},
       {"grand_total_cents", amount_cents(status.grand_total)},
       {"next_invoice", status.next_invoice},
       {"pending_summaries", status.pending_summaries},
@@ -143,8 +140,9 @@ Json as_json(const lorimat::RegisterStatus& status) {
       {"journal_entries", status.journal_entries},
       {"journal_hash", status.journal_hash},
       {"open_document", status.open_document ? open_document_json(*status.open_document) : Json()},
-      {"clock_behind", ClockJson(status)},
       {"faults", faults_json(status.faults)}};
+  json.update(RegisterProfileJson(profile, status));
+  return json;
 }
 
 }  // namespace
@@ -163,13 +161,19 @@ void add_status(CLI::App& app, StatusOptions* options) {
 int status_command(const StatusOptions& options, Streams& streams) {
   const std::string& name = require_register(options.register_file);
   lorimat::RegisterFile file(name);
+  const auto shown = [&]() -> std::string {
+    if (!options.json) return as_text(file.Status());
+    const lorimat::RegisterProfile profile = file.Profile();
+    const Json json = as_json(file.Status(), profile);
+    return options.follow ? json_line(json) : json_text(json);
+  };
   if (!options.follow) {
-    streams.output(options.json ? json_text(as_json(file.Status())) : as_text(file.Status()));
+    streams.output(shown());
     return kExitGood;
   }
   std::string last;
   const auto next = [&]() -> std::string {
-    std::string text = options.json ? json_line(as_json(file.Status())) : as_text(file.Status());
+    std::string text = shown();
     if (text == last) return {};
     std::string out = last.empty() || options.json ? text : "\n" + text;
     last = std::move(text);

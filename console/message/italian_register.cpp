@@ -111,7 +111,8 @@ std::span<const ItalianText> italian_register_texts() {
   lorimat status --register shop.register
       Key, day, counters and totals of a register, and a document that was cut off.
   lorimat status --register shop.register --json
-      The same for a program: amounts in cents.
+      All that the register is, for a program: settings, tables, totals, memory, clock; amounts
+      in cents.
   lorimat status --register shop.register --follow
       Again behind each change, until Ctrl-C.
 
@@ -126,7 +127,8 @@ Exit codes:
   lorimat status --register shop.register
       Chiave, giornata, contatori e totali di un registratore, e un documento interrotto.
   lorimat status --register shop.register --json
-      Lo stesso per un programma: importi in centesimi.
+      Tutto quello che il registratore è, per un programma: impostazioni, tabelle, totali,
+      memoria, orologio; importi in centesimi.
   lorimat status --register shop.register --follow
       Di nuovo dopo ogni cambiamento, fino a Ctrl-C.
 

@@ -8,6 +8,7 @@
 #include "register/desk/clock_check.h"
 #include "register/desk/recovery.h"
 #include "register/inspect/journal_check.h"
+#include "register/inspect/register_profile.h"
 #include "register/storage/schema.h"
 #include "register/storage/store.h"
 #include "register/storage/store_tables.h"
@@ -101,6 +102,17 @@ RegisterStatus RegisterFile::Status(const std::function<std::tm()>& clock) const
     status.clock_latest = behind->latest;
   }
   return status;
+}
+
+RegisterProfile RegisterFile::Profile() const {
+  const CancellationDelay whole;
+  RegisterProfile profile = [this] {
+    const Moment moment(contents_->database);
+    contents_->Load();
+    return MakeProfile(contents_->database, contents_->store, contents_->state);
+  }();
+  contents_->database.CheckUndisturbed();
+  return profile;
 }
 
 RegisterFile::News RegisterFile::Look() {
