@@ -12,6 +12,7 @@
 #include "console/command/backup/backup_command.h"
 #include "console/command/backup/restore_command.h"
 #include "console/command/check_command.h"
+#include "console/command/copy_command.h"
 #include "console/command/explain_command.h"
 #include "console/command/fault_command.h"
 #include "console/command/help.h"
@@ -241,6 +242,8 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   add_journal(app, &journal);
   FaultOptions fault;
   add_fault(app, &fault);
+  CopyOptions copy;
+  AddCopy(app, &copy);
   BackupOptions backup;
   add_backup(app, &backup);
   RestoreOptions restore;
@@ -273,6 +276,7 @@ int parse_and_run(int argc, char** argv, Streams& streams) {
   if (app.got_subcommand("paper")) return paper_command(paper, streams);
   if (app.got_subcommand("journal")) return journal_command(journal, streams);
   if (app.got_subcommand("fault")) return fault_command(fault, streams);
+  if (app.got_subcommand("copy")) return CopyCommand(copy, streams);
   if (app.got_subcommand("backup")) return backup_command(backup, streams);
   if (app.got_subcommand("restore")) return restore_command(restore, streams);
   if (app.got_subcommand("help")) return help_command(help, app, streams);

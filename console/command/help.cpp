@@ -68,7 +68,7 @@ const std::vector<Purpose>& purposes() {
       {TR_TEXT("Run lines"), {"run", "shell"}},
       {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
       {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},
-      {TR_TEXT("Look after a register"), {"fault", "backup", "restore"}},
+      {TR_TEXT("Look after a register"), {"fault", "copy", "backup", "restore"}},
       {TR_TEXT("Look up the program"), {"help", "version"}},
   };
   return all;

@@ -78,6 +78,24 @@ std::span<const ItalianText> ItalianSetupTexts() {
       {"Folder of a backup, whose tables the register gets",
        "Cartella di un backup, le cui tabelle vanno nel registratore"},
       {"stopped by {}; no register was made", "fermato con {}; non c'è nessun registratore"},
+      // copy
+      {"Copy a whole register, at any moment", "Copia un intero registratore, in ogni momento"},
+      {"The copy, a file that must not be there", "La copia, un file che non deve esistere"},
+      {"{}: is the register {} itself", "{}: è proprio il registratore {}"},
+      {"{}: the journal of the copy is not that of the register, and there is no copy: {}",
+       "{}: il giornale della copia non è quello del registratore, e non c'è nessuna copia: {}"},
+      {"{}: the copy is there and whole, and its name may not have reached the disk: {}",
+       "{}: il registratore copiato c'è ed è intero, ma il suo nome potrebbe non essere arrivato "
+       "sul disco: {}"},
+      {"{}: is the same register, serial number {}: only one of the two may go on selling",
+       "{}: è lo stesso registratore, matricola {}: solo uno dei due può continuare a vendere"},
+      {"{}: copy of {}, the journal is good: {}, {}\n",
+       "{}: copia di {}, il giornale è in ordine: {}, {}\n"},
+      {"{}: copy of {}, whose journal has findings\n",
+       "{}: copia di {}, il cui giornale ha delle osservazioni\n"},
+      {"{}: the copy is there and whole, and its report is missing: {}",
+       "{}: il registratore copiato c'è ed è intero, ma manca il rapporto: {}"},
+      {"stopped by {}; there is no copy", "fermato con {}; non c'è nessuna copia"},
       {"what is to be set? Name it, as --header \"BAR SPORT\"; \"lorimat set --help\" lists all",
        "che cosa va impostato? Lo si indichi, come --header \"BAR SPORT\"; \"lorimat set --help\" "
        "elenca tutto"},
@@ -170,6 +188,36 @@ Codici di uscita:
   0  tutto è impostato
   1  è impostato; quello che è fallito dopo viene detto
   2  uso sbagliato, o non si è impostato niente
+)"},
+      {R"(Examples:
+  lorimat copy shop.register home.register
+      A copy of the whole register: tables, documents, totals, journal, roll.
+
+The register may be at work meanwhile: the copy is of one moment, and the seller does not wait.
+Its journal is verified before the copy gets its name; a name that is taken is refused. The copy is
+the same register, with its serial number: only one of the two may go on selling.
+
+Exit codes:
+  0  the copy is there, and its journal is good
+  1  the copy is there, and its journal has findings, as that of the register has; or what failed
+     behind the copy is told
+  2  wrong use, or it could not be made; then there is no copy
+  130  stopped by Ctrl-C; there is no copy
+)",
+       R"(Esempi:
+  lorimat copy shop.register home.register
+      Una copia dell'intero registratore: tabelle, documenti, totali, giornale, rotolo.
+
+Il registratore può lavorare nel frattempo: la copia è di un solo momento, e chi vende non aspetta.
+Il giornale si verifica prima che la copia abbia il suo nome; un nome già preso si rifiuta. La copia
+è lo stesso registratore, con la sua matricola: solo uno dei due può continuare a vendere.
+
+Codici di uscita:
+  0  la copia c'è, e il suo giornale è in ordine
+  1  la copia c'è, e il suo giornale ha delle osservazioni, come quello del registratore; o si dice
+     quello che è fallito dopo la copia
+  2  uso sbagliato, o non si è potuta fare; allora la copia non c'è
+  130  fermato con Ctrl-C; la copia non c'è
 )"},
   });
   return kTexts;

@@ -47,6 +47,10 @@ class RegisterFile::Contents {
     const Moment moment(database);
     Load();
   }
+  explicit Contents(const PartFile& part) : database(part, kRegisterKind), store(database) {
+    const Moment moment(database);
+    Load();
+  }
 
   // Within a moment.
   void Load() {
@@ -70,6 +74,11 @@ RegisterFile::RegisterFile(const std::string& file) {
   if (file.empty()) throw RegisterError("the register's file has no name");
   const CancellationDelay whole;
   contents_ = std::make_unique<Contents>(file);
+}
+
+RegisterFile::RegisterFile(const PartFile& part) {
+  const CancellationDelay whole;
+  contents_ = std::make_unique<Contents>(part);
 }
 
 RegisterFile::~RegisterFile() = default;
@@ -157,9 +166,9 @@ Paper RegisterFile::Roll(size_t documents) const {
 
 // What is registered stays as it is: a moment for the places, and one for each entry. Whoever reads
 // slowly keeps no moment open.
-void RegisterFile::ReadJournal(
-    const JournalSelection& selection,
-    const std::function<bool(uint64_t place, const JournalEntry&)>& each, uint64_t behind) const {
+void RegisterFile::ReadJournal(const JournalSelection& selection,
+                               const std::function<bool(uint64_t place, const JournalEntry&)>& each,
+                               uint64_t behind) const {
   const RegisterStore& store = contents_->store;
   for (const uint64_t place : store.FindPlaces(selection, behind)) {
     const std::optional<JournalEntry> entry = store.FindEntry(place);
@@ -183,6 +192,12 @@ JournalCheck RegisterFile::VerifyJournal(
       CheckJournal(contents_->database, contents_->store, contents_->open, progress);
   contents_->database.CheckUndisturbed();
   return check;
+}
+
+bool RegisterFile::CopyTo(PartFile& part,
+                          const std::function<bool(uint64_t done, uint64_t all)>& progress) const {
+  const CancellationDelay whole;
+  return contents_->database.CopyTo(part, progress);
 }
 
 FaultPlan RegisterFile::Faults() const { return contents_->state.faults; }

@@ -32,6 +32,7 @@
 
 namespace lorimat {
 
+class PartFile;
 struct RegisterProfile;
 
 struct RegisterStatus {
@@ -63,6 +64,8 @@ class RegisterFile {
  public:
   // The file has to be there.
   explicit RegisterFile(const std::string& file);
+  // A copy that has no name yet.
+  explicit RegisterFile(const PartFile& part);
   ~RegisterFile();
   RegisterFile(const RegisterFile&) = delete;
   RegisterFile& operator=(const RegisterFile&) = delete;
@@ -94,6 +97,12 @@ class RegisterFile {
   // where no entries are read, and may be null.
   JournalCheck VerifyJournal(
       const std::function<bool(uint64_t done, uint64_t all)>& progress) const;
+
+  // Copies the whole register, as it is at this moment, into a new file. `progress` is told how
+  // many pages of all are there; it answers false to stop, and may be null. False when it was
+  // stopped.
+  bool CopyTo(PartFile& part,
+              const std::function<bool(uint64_t done, uint64_t all)>& progress) const;
 
   FaultPlan Faults() const;
   // Changes the plan in a file and answers the new one. Refused while a register is at work on it.

@@ -37,13 +37,13 @@ struct BackupCloser {
 
 }  // namespace
 
-Database::Database(const PartFile& part, const DatabaseKind& kind) : file_(part.file()) {
+Database::Database(const PartFile& part, const DatabaseKind& kind)
+    : file_(part.file()), owner_(getpid()) {
   RequireLayer();
   OpenHandle("file:" + DescriptorFiles::NameOf(part.descriptor()) + "?immutable=1",
              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, DescriptorFiles::kLayer);
-  unwritable_ = "cannot be written";
   Execute("PRAGMA query_only = ON; PRAGMA temp_store = MEMORY");
-  Identify(Open::kLook, kind);
+  Identify(Open::kRead, kind);
 }
 
 bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
@@ -61,13 +61,11 @@ bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
     throw std::bad_alloc();
   }
   DescriptorFiles::TakeWriteError();
-  // A reading transaction holds the moment: whoever writes meanwhile goes on, and is not seen.
-  const bool reads = sqlite3_get_autocommit(handle_.get()) != 0;
-  if (reads) Execute("BEGIN");
   int code = SQLITE_OK;
   bool stopped = false;
-  try {
-    static_cast<void>(Value("SELECT count(*) FROM sqlite_master"));
+  {
+    // Whoever writes meanwhile goes on, and is not seen.
+    const Moment moment(*this);
     const std::unique_ptr<sqlite3_backup, BackupCloser> backup(
         sqlite3_backup_init(opened, "main", handle_.get(), "main"));
     if (backup == nullptr) throw std::bad_alloc();
@@ -78,11 +76,8 @@ bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
       stopped =
           progress && !progress(static_cast<uint64_t>(all - left), static_cast<uint64_t>(all));
     } while (code == SQLITE_OK && !stopped);
-  } catch (...) {
-    if (reads) sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-    throw;
   }
-  if (reads) sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  CheckUndisturbed();
   if (const int error = DescriptorFiles::TakeWriteError()) FailToWrite(part, error);
   if (stopped) return false;
   if (code != SQLITE_DONE) FailWith(code);

@@ -110,6 +110,8 @@ void set_scene(const std::string& command, const TestFolder& folder) {
               "FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=2, PRE=10.00\nCHIU\n"
               "VEND REP=1, PRE=9.99\nRESPRN\n");
        }},
+      {"lorimat copy shop.register home.register",
+       [](const TestFolder& place) { sell(place, "VEND REP=1, PRE=1.00\nCHIU\n"); }},
       {"lorimat fault paper-end --register shop.register",
        [](const TestFolder& place) { sell(place, ""); }},
       {"lorimat journal --register shop.register --kind receipt --kind closing",

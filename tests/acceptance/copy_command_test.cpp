@@ -1,0 +1,173 @@
+// "copy": a whole register in another file, whole or not at all.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "shop.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class CopyCommand : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(shop_
+                  .sell("VEND REP=1, PRE=12.34\nCHIU\nAZZGIO\n"
+                        "FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=2, PRE=10.00\nCHIU\n")
+                  .exit_code,
+              0);
+  }
+
+  std::string to() const { return shop_.folder().path("copy.register"); }
+  ProgramRun copy(const std::string& from, const std::string& target,
+                  const ProgramSetting& setting = {}) const {
+    return run_console({"copy", from, target}, setting);
+  }
+  ProgramRun copy() const { return copy(shop_.file(), to()); }
+  // What a program reads of a register, but for its name and the time.
+  static nlohmann::json status_of(const std::string& file) {
+    const ProgramRun run = run_console({"status", "--json", "--register", file});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    nlohmann::json status = nlohmann::json::parse(run.output);
+    status.erase("file");
+    status["clock"].erase("now");
+    status["memory"].erase("file_bytes");
+    return status;
+  }
+
+  Shop shop_;
+};
+
+}  // namespace
+
+TEST_F(CopyCommand, IsTheSameRegisterAndSaysSo) {
+  const ProgramRun run = copy();
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.output,
+            to() + ": copy of " + shop_.file() + ", the journal is good: 3 entries, 2 documents\n");
+  EXPECT_EQ(run.errors, "lorimat: note: " + to() +
+                            ": is the same register, serial number 99LRM0000001VR: only one of the "
+                            "two may go on selling\n");
+  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"paper"}, {"journal"}, {"journal", "show", "1"}}) {
+    std::vector<std::string> arguments = command;
+    arguments.insert(arguments.end(), {"--register", to()});
+    EXPECT_EQ(run_console(arguments).output, shop_.run(command).output) << command[0];
+  }
+  // It goes on where the register is, and the register knows nothing of it.
+  const std::string bytes = shop_.folder().read("shop.register");
+  EXPECT_THAT(run_console({"run", "-", "--register", to(), "--clock", "2024-03-15 11:00"},
+                          {.input = "VEND REP=1, PRE=1.00\nCHIU\n"})
+                  .output,
+              HasSubstr("DOCUMENTO N. 0002-0001"));
+  EXPECT_TRUE(shop_.folder().read("shop.register") == bytes);
+}
+
+TEST_F(CopyCommand, TakesAnOpenDocumentAlong) {
+  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  ASSERT_EQ(copy().exit_code, 0);
+  EXPECT_EQ(status_of(to())["open_document"]["lines"], 1);
+  EXPECT_EQ(status_of(shop_.file())["open_document"]["lines"], 1);
+}
+
+TEST_F(CopyCommand, NothingIsCopiedOntoItself) {
+  const std::string link = shop_.folder().path("link");
+  const std::string hard = shop_.folder().path("hard");
+  fs::create_symlink("shop.register", link);
+  fs::create_hard_link(shop_.file(), hard);
+  const std::string bytes = shop_.folder().read("shop.register");
+  for (const std::string& target :
+       {shop_.file(), link, hard, shop_.folder().path("./shop.register")}) {
+    const ProgramRun run = copy(shop_.file(), target);
+    EXPECT_EQ(run.exit_code, 2) << target;
+    EXPECT_EQ(run.errors, "lorimat: " + target + ": is the register " + shop_.file() + " itself\n");
+  }
+  EXPECT_EQ(copy(link, shop_.file()).exit_code, 2);
+  EXPECT_TRUE(shop_.folder().read("shop.register") == bytes);
+}
+
+TEST_F(CopyCommand, NothingIsOverwritten) {
+  shop_.folder().write("copy.register", "mine");
+  fs::create_symlink("nowhere", shop_.folder().path("dangling"));
+  for (const std::string& target : {to(), shop_.folder().path("dangling"), shop_.folder().path()}) {
+    const ProgramRun run = copy(shop_.file(), target);
+    EXPECT_EQ(run.exit_code, 2) << target;
+    EXPECT_EQ(run.errors, "lorimat: " + target + ": is there already\n");
+  }
+  EXPECT_EQ(shop_.folder().read("copy.register"), "mine");
+  fs::remove(to());
+  shop_.folder().write("copy.register-wal", "of another");
+  EXPECT_THAT(copy().errors, HasSubstr("copy.register-wal is, which would be taken for"));
+  EXPECT_FALSE(fs::exists(to()));
+}
+
+TEST_F(CopyCommand, WhatIsNoRegisterIsNotCopied) {
+  const std::string text = shop_.folder().write("text", "no register\n");
+  const std::vector<std::string> before = shop_.folder().names();
+  EXPECT_THAT(copy(text, to()).errors, StartsWith("lorimat: " + text + ": "));
+  EXPECT_THAT(copy(shop_.folder().path("none"), to()).errors, HasSubstr("no such register"));
+  EXPECT_THAT(copy(shop_.folder().path(), to()).errors, HasSubstr("is a directory"));
+  EXPECT_THAT(copy(shop_.file(), shop_.folder().path("none/copy")).errors,
+              HasSubstr("none/copy: cannot be made: No such file or directory"));
+  EXPECT_EQ(shop_.folder().names(), before);
+}
+
+TEST_F(CopyCommand, AFullDiskLeavesNothing) {
+  const std::vector<std::string> before = shop_.folder().names();
+  for (const int blocks : {0, 1, 8, 64, 200}) {  // of 512 bytes; a register has some 270
+    const ProgramRun run = run_program(
+        "/bin/sh",
+        {"-c", "ulimit -f " + std::to_string(blocks) + "; exec \"$0\" copy \"$1\" \"$2\"",
+         std::string(LORIMAT_BIN_FOLDER) + "/lorimat", shop_.file(), to()});
+    EXPECT_EQ(run.exit_code, 2) << blocks;
+    EXPECT_EQ(run.errors, "lorimat: " + to() + ": cannot be written: File too large\n");
+    EXPECT_EQ(shop_.folder().names(), before) << blocks;
+  }
+}
+
+TEST_F(CopyCommand, ARegisterWithFindingsIsCopiedWithThem) {
+  // The total of the first document, a digit of its printed form.
+  std::fstream file(shop_.file(), std::ios::in | std::ios::out | std::ios::binary);
+  std::string bytes = shop_.folder().read("shop.register");
+  const size_t at = bytes.find("TOTALE COMPLESSIVO                   12,34");
+  ASSERT_NE(at, std::string::npos);
+  for (size_t place = at; place != std::string::npos;
+       place = bytes.find("TOTALE COMPLESSIVO                   12,34", place + 1)) {
+    file.seekp(static_cast<std::streamoff>(place + 41));
+    file.put('5');
+  }
+  file.close();
+  ASSERT_EQ(shop_.run({"journal", "verify"}).exit_code, 1);
+  const ProgramRun run = copy();
+  EXPECT_EQ(run.exit_code, 1) << run.errors;
+  EXPECT_THAT(run.output, HasSubstr("whose journal has findings\n"));
+  const std::string verified = shop_.run({"journal", "verify"}).output;
+  EXPECT_THAT(verified, HasSubstr(run.output.substr(0, run.output.find('\n'))));
+  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+}
+
+TEST_F(CopyCommand, WhatFailsBehindTheCopyLeavesIt) {
+  const ProgramRun run = copy(shop_.file(), to(), {.output_file = "/dev/full"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("the copy is there and whole, and its report is missing: "));
+  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+}
+
+TEST_F(CopyCommand, SpeaksItalian) {
+  const ProgramRun run = copy(shop_.file(), to(), {.environment = {{"LANG", "it_IT.UTF-8"}}});
+  EXPECT_THAT(run.output, HasSubstr("il giornale è in ordine: 3 voci, 2 documenti\n"));
+  EXPECT_THAT(run.errors, HasSubstr("è lo stesso registratore, matricola 99LRM0000001VR"));
+}
