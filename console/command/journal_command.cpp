@@ -221,10 +221,10 @@ class ListText {
  private:
   std::string Row(const std::string& place, const std::string& kind, const std::string& number,
                   const std::string& time, const std::string& words) const {
-    const std::string text = fmt::format(
-        "{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
-        std::string(kind_width_ - std::min(kind_width_, column_count(kind)), ' '), number, time,
-        words);
+    const std::string text =
+        fmt::format("{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
+                    std::string(kind_width_ - std::min(kind_width_, column_count(kind)), ' '),
+                    number, time, words);
     return std::string(without_trailing_blanks(text)) + "\n";
   }
 

@@ -43,9 +43,9 @@ Exit codes:
 
 // The text goes on where it ended. A roll that was torn off in between lacks lines.
 int FollowPaper(const PaperOptions& options, const std::string& name, Streams& streams) {
-  for (const auto& [option, given] : {std::pair("--paper", !options.paper.empty()),
-                                      std::pair("--png", !options.png.empty()),
-                                      std::pair("--pdf", !options.pdf.empty())}) {
+  for (const auto& [option, given] :
+       {std::pair("--paper", !options.paper.empty()), std::pair("--png", !options.png.empty()),
+        std::pair("--pdf", !options.pdf.empty())}) {
     if (!given) continue;
     throw Failure(tr("{}: --follow writes text to standard output, and no file", option));
   }
@@ -57,9 +57,9 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
     const size_t behind = first + roll.lines().size();
     const size_t from = std::clamp(end.value_or(first), first, behind);
     if (end && *end < first) {
-      tell_note(streams, tr_count(first - *end,
-                                  TR_TEXT("{} line is missing: the register has torn it off"),
-                                  TR_TEXT("{} lines are missing: the register has torn them off")));
+      tell_note(streams,
+                tr_count(first - *end, TR_TEXT("{} line is missing: the register has torn it off"),
+                         TR_TEXT("{} lines are missing: the register has torn them off")));
     }
     std::string text;
     for (size_t line = from; line < behind; ++line) text += roll.lines()[line - first] + "\n";

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "console/host/register_following.h"
 #include "console/command/register_json.h"
+#include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
@@ -65,10 +65,11 @@ std::string journal_text(const lorimat::RegisterStatus& status) {
 }
 
 std::string ClockText(const lorimat::RegisterStatus& status) {
-  return tr("shows {}, more than an hour before the last document or closing, {}: nothing is "
-            "registered before it is right",
-            time_text(lorimat::NumberTime(status.clock_now)),
-            time_text(lorimat::NumberTime(status.clock_latest)));
+  return tr(
+      "shows {}, more than an hour before the last document or closing, {}: nothing is "
+      "registered before it is right",
+      time_text(lorimat::NumberTime(status.clock_now)),
+      time_text(lorimat::NumberTime(status.clock_latest)));
 }
 
 std::string as_text(const lorimat::RegisterStatus& status) {
@@ -90,9 +91,8 @@ std::string as_text(const lorimat::RegisterStatus& status) {
                              TR_TEXT("{} summary"), TR_TEXT("{} summaries")));
   rows.emplace_back(tr("Documents"), std::to_string(status.documents));
   rows.emplace_back(tr("Journal"), journal_text(status));
-  rows.emplace_back(tr("Open document"), status.open_document
-                                             ? open_document_text(*status.open_document)
-                                             : tr("none"));
+  rows.emplace_back(tr("Open document"),
+                    status.open_document ? open_document_text(*status.open_document) : tr("none"));
   const std::vector<lorimat::Fault>& faults = status.faults.faults();
   if (faults.empty()) rows.emplace_back(tr("Faults"), tr("none"));
   for (size_t i = 0; i < faults.size(); ++i) {

@@ -70,7 +70,8 @@ std::span<const ItalianText> italian_register_texts() {
       {"Clock", "Orologio"},
       {"shows {}, more than an hour before the last document or closing, {}: nothing is registered "
        "before it is right",
-       "segna {}, più di un'ora prima dell'ultimo documento o chiusura, {}: finché non è giusto non "
+       "segna {}, più di un'ora prima dell'ultimo documento o chiusura, {}: finché non è giusto "
+       "non "
        "si registra nulla"},
       {"Go on with what comes, until Ctrl-C or the file is gone",
        "Continua con quanto arriva, fino a Ctrl-C o alla scomparsa del file"},

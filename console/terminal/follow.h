@@ -10,7 +10,7 @@ namespace lorimat::console {
 
 // What there is to show behind a look, and whether more can come.
 struct Following {
-  std::string text;   // as it goes to standard output
+  std::string text;    // as it goes to standard output
   bool ended = false;  // nothing more will come
 };
 

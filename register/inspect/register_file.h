@@ -77,8 +77,8 @@ class RegisterFile {
 
   // `clock` is what the register's clock goes by; null is the computer's.
   RegisterStatus Status(const std::function<std::tm()>& clock = nullptr) const;
-  // What the status leaves out (register_profile.h), as it is now; a status behind it is of the same
-  // moment.
+  // What the status leaves out (register_profile.h), as it is now; a status behind it is of the
+  // same moment.
   RegisterProfile Profile() const;
   // The end of the roll, with that of an open document. `documents` counts back from the end, a
   // document from cut to cut; 0 takes all that is kept.

@@ -369,8 +369,8 @@ std::string Database::FolderRefusal() const {
 // SQLite tries to read a file that it could not make, and reports that there is none.
 void Database::ExplainOpening(int code) const {
   if ((code & 0xFF) != SQLITE_CANTOPEN) return;
-  const int file = open(file_.c_str(), reads_ ? O_RDONLY | O_CLOEXEC
-                                              : O_WRONLY | O_APPEND | O_CLOEXEC);
+  const int file =
+      open(file_.c_str(), reads_ ? O_RDONLY | O_CLOEXEC : O_WRONLY | O_APPEND | O_CLOEXEC);
   const int error = errno;
   if (file < 0) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
   close(file);

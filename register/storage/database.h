@@ -235,15 +235,15 @@ class Database {
   static FileMark MarkOf(const std::string& file) noexcept;
 
   std::string file_;
-  bool reads_ = false;  // kRead
+  bool reads_ = false;     // kRead
   bool may_make_ = false;  // what a log needs, for reading
   bool alone_ = false;     // read without its log, which writers do not know of
   bool copied_ = false;
   FileMark mark_;
   FileMark log_mark_;
   std::string log_name_;
-  int64_t seen_ = 0;    // the state of the data, by SQLite's count
-  int64_t owner_ = 0;   // the process that has opened it
+  int64_t seen_ = 0;   // the state of the data, by SQLite's count
+  int64_t owner_ = 0;  // the process that has opened it
   int version_ = 0;
   int version_before_ = 0;  // of the unit of work
   bool in_unit_ = false;

@@ -3,13 +3,13 @@
 //
 // A reader and the writer know of each other by the index of the log, which lies in shared memory
 // beside the file ("-shm"). The reader opens the file itself for reading alone, so that whatever
-// happens it writes nothing into it; it takes no log over into it, not even as the last one to close
-// it. Only the log's index, and a log without anything in it, may be made by a reader, and go again
-// with it: by one whose files the register's owner can use, or they would be in his way.
+// happens it writes nothing into it; it takes no log over into it, not even as the last one to
+// close it. Only the log's index, and a log without anything in it, may be made by a reader, and go
+// again with it: by one whose files the register's owner can use, or they would be in his way.
 //
 // Who may not make them reads those that are there, as long as a register is at work or when it was
-// killed. Where there are none nobody writes the file, and it is read without a log; a register that
-// begins its work meanwhile does not know of such a reader, who finds out in the end.
+// killed. Where there are none nobody writes the file, and it is read without a log; a register
+// that begins its work meanwhile does not know of such a reader, who finds out in the end.
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
@@ -180,15 +180,14 @@ Database::News Database::FindNews() {
 }
 
 // An empty log and its index go with the last one who reads, as they go with a writer. This is
-// SQLite's to do, which sees to it that nobody else has them, and wants to have the file for writing
-// even if nothing is to be written.
+// SQLite's to do, which sees to it that nobody else has them, and wants to have the file for
+// writing even if nothing is to be written.
 void Database::ClearAway() noexcept {
   if (!may_make_) return;
   if (MarkOf(log_name_).size != 0 || !MarkOf(file_).IsSameFile(mark_)) return;
   sqlite3* opened = nullptr;
-  const std::string name = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0
-                               ? "./" + file_
-                               : file_;
+  const std::string name =
+      file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0 ? "./" + file_ : file_;
   if (sqlite3_open_v2(name.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                       nullptr) == SQLITE_OK) {
     sqlite3_exec(opened, "PRAGMA user_version", nullptr, nullptr, nullptr);

@@ -89,7 +89,8 @@ TEST_F(SetCommand, TrainingBeginsAndEnds) {
   EXPECT_THAT(set({"--header", "ALTRO"}).errors, HasSubstr("in training"));
   EXPECT_EQ(set({"--header", "ALTRO", "--no-training"}).exit_code, 0);
   EXPECT_THAT(shop_.sell(kReceipt).output,
-              AllOf(StartsWith("                  ALTRO\n"), Not(HasSubstr("DOCUMENTO DI PROVA - NON FISCALE"))));
+              AllOf(StartsWith("                  ALTRO\n"),
+                    Not(HasSubstr("DOCUMENTO DI PROVA - NON FISCALE"))));
   EXPECT_THAT(verified(), HasSubstr("1 document\n"));
 }
 

@@ -128,10 +128,9 @@ TEST(StatusCommand, SpeaksItalian) {
               HasSubstr("Documento aperto   uno scontrino del 15/03/2024 10:30, 1 riga, "
                         "subtotale 1,00, non pagato: al prossimo avvio viene annullato\n"));
   // A program reads the same in every language.
-  EXPECT_EQ(
-      without_time(
-          shop.run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output),
-      without_time(shop.run({"status", "--json"}).output));
+  EXPECT_EQ(without_time(
+                shop.run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output),
+            without_time(shop.run({"status", "--json"}).output));
 }
 
 TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {

@@ -9,9 +9,8 @@ namespace {
 class RegisterFileTest : public StoredRegisterTest {
  protected:
   FaultPlan PlanPaperEnd() const {
-    return RegisterFile::ChangeFaults(Path("shop.register"), [](FaultPlan* plan) {
-      plan->Add({.name = "paper-end"});
-    });
+    return RegisterFile::ChangeFaults(Path("shop.register"),
+                                      [](FaultPlan* plan) { plan->Add({.name = "paper-end"}); });
   }
 };
 
