@@ -188,6 +188,7 @@ class Database {
   void OpenToWrite(Open how, const DatabaseKind& kind);
   void OpenToRead(const std::string& name, const DatabaseKind& kind);
   void OpenAlone();
+  void FirstMoment(const DatabaseKind& kind);
   void RefuseOtherName() const;
   void CopyIntoMemory();
   int LockOutWriters() noexcept;

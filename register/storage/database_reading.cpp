@@ -80,13 +80,24 @@ void Database::OpenToRead(const std::string& name, const DatabaseKind& kind) {
   } else {
     OpenAlone();
   }
+  try {
+    FirstMoment(kind);
+  } catch (const RegisterError&) {
+    // What a log needs may find no room on the disk. Where no log is, none is needed to read.
+    if (!may_make_ || IsReserved() || MarkOf(log_name_).size > 0) throw;
+    OpenAlone();
+    FirstMoment(kind);
+  }
+  if (version_ < kind.newest_version) CopyIntoMemory();
+}
+
+void Database::FirstMoment(const DatabaseKind& kind) {
   Execute("PRAGMA query_only = ON");
   {
     const Moment moment(*this);
     Identify(Open::kRead, kind);
   }
   seen_ = Value("PRAGMA data_version");
-  if (version_ < kind.newest_version) CopyIntoMemory();
 }
 
 // Without its log SQLite reads what stands in the file itself, and takes no locks.
@@ -101,6 +112,7 @@ void Database::OpenAlone() {
   }
   OpenHandle(Uri(file_, "immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
   alone_ = true;
+  log_mark_ = MarkOf(log_name_);
   CheckUndisturbed();
 }
 

@@ -61,7 +61,7 @@ TEST(ShellPipe, TheShellsOwnWordsWorkThere) {
       "VEND REP=1, PRE=2.50\n.status\n.paper 1\n? SUBT\n.fault paper-end\nVEND REP=1, PRE=1\n"
       "CHIU\n.quit\nWRONG\n");
   EXPECT_EQ(1, run.exit_code);
-  EXPECT_THAT(run.output, HasSubstr("State          RECEIPT OPEN\n"));
+  EXPECT_THAT(run.output, HasSubstr("State           RECEIPT OPEN\n"));
   EXPECT_THAT(run.output, HasSubstr("\nSUBT: command 18, short SU\nPrints the subtotal."));
   EXPECT_THAT(run.errors, StartsWith("standard input:6: code 12"));
   // What stands behind .quit is not read.
@@ -73,9 +73,9 @@ TEST(ShellPipe, ASaleThatFindsNoReceiptIsExplainedWithTheWayOut) {
       "VEND REP=1, PRE=1.00\nINP TASTO=TOTALE\n.status\nVEND REP=1, PRE=2.00\nCLEAR\n.status\n"
       "VEND REP=1, PRE=3.00\nCHIU\n");
   EXPECT_EQ(1, run.exit_code);
-  EXPECT_THAT(run.output, HasSubstr("\nNext sale      opens no receipt, code 1231; the way out is "
+  EXPECT_THAT(run.output, HasSubstr("\nNext sale       opens no receipt, code 1231; the way out is "
                                     "CLEAR, CHIU or RESPRN\n"));
-  EXPECT_THAT(run.output, HasSubstr("\nNext sale      opens a receipt\n"));
+  EXPECT_THAT(run.output, HasSubstr("\nNext sale       opens a receipt\n"));
   EXPECT_THAT(run.errors, HasSubstr("standard input:4: code 1231"));
   EXPECT_THAT(run.errors, HasSubstr("The way out is CLEAR, CHIU or RESPRN.\n"));
   EXPECT_THAT(run.errors, EndsWith("lorimat: 1 of 8 lines failed\n"));

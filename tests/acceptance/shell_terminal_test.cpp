@@ -108,7 +108,7 @@ TEST_F(ShellOnTerminal, TheStateTellsKeyDocumentAndFaults) {
   EXPECT_EQ("READY  key registering  fault waiting: paper-end",
             run.enter(".fault paper-end on PrintRecItemEx").back());
   EXPECT_THAT(run.enter("VEND REP=1, PRE=1"), Contains(StartsWith("code 12")));
-  EXPECT_THAT(run.enter(".status"), Contains("Faults         none"));
+  EXPECT_THAT(run.enter(".status"), Contains("Faults          none"));
 }
 
 TEST_F(ShellOnTerminal, ASaleThatWouldOpenNoReceiptIsToldWithTheWayOut) {
@@ -118,13 +118,13 @@ TEST_F(ShellOnTerminal, ASaleThatWouldOpenNoReceiptIsToldWithTheWayOut) {
   TerminalSetting wide = setting();
   wide.columns = 200;
   TerminalRun run(shell(), wide);
-  EXPECT_THAT(run.enter(".status"), Contains("Next sale      opens a receipt"));
+  EXPECT_THAT(run.enter(".status"), Contains("Next sale       opens a receipt"));
   run.enter("VEND REP=1, PRE=1.00");
-  EXPECT_THAT(run.enter(".status"), Contains("Next sale      goes into what is open"));
+  EXPECT_THAT(run.enter(".status"), Contains("Next sale       goes into what is open"));
   // A payment by key ends the receipt, and the library does not hear of it.
   EXPECT_EQ(kLost, run.enter("INP TASTO=TOTALE").back());
   EXPECT_THAT(run.enter(".status"),
-              Contains("Next sale      opens no receipt, code 1231; the way out is CLEAR, CHIU or "
+              Contains("Next sale       opens no receipt, code 1231; the way out is CLEAR, CHIU or "
                        "RESPRN"));
   const std::vector<std::string> refused = run.enter("VEND REP=1, PRE=2.00");
   EXPECT_THAT(refused.front(), StartsWith("code 1231"));

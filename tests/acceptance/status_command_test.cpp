@@ -10,6 +10,7 @@
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::Not;
 
 namespace {
 
@@ -279,4 +280,35 @@ TEST(StatusCommand, EveryCommandOnARegisterHasHelpWithExamplesAndExitCodes) {
     EXPECT_THAT(run.output, HasSubstr("Examples:")) << command.back();
     EXPECT_THAT(run.output, HasSubstr("Exit codes:")) << command.back();
   }
+}
+
+// Nothing can be registered then: whoever looks finds out why.
+TEST(StatusCommand, TellsOfAClockThatIsBehind) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  EXPECT_THAT(shop.run({"status"}).output, Not(HasSubstr("Clock")));
+  EXPECT_TRUE(
+      nlohmann::json::parse(shop.run({"status", "--json"}).output)["clock_behind"].is_null());
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n", "2099-12-31 10:30").exit_code, 0);
+  EXPECT_THAT(line_of(shop.run({"status"}).output, "Clock"),
+              MatchesRegex("Clock +shows ../../.... ..:.., more than an hour before the last "
+                           "document or closing, 31/12/2099 10:30: nothing is registered before it "
+                           "is right"));
+  const nlohmann::json status = nlohmann::json::parse(shop.run({"status", "--json"}).output);
+  EXPECT_EQ(status["clock_behind"]["latest"], "2099-12-31T10:30");
+}
+
+// What follows goes to standard output alone, and is a list's.
+TEST(Follow, IsNotForFilesNorForEntriesByThemselves) {
+  const Shop shop;
+  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  for (const char* option : {"--paper", "--png", "--pdf"}) {
+    const ProgramRun run = shop.run({"paper", "--follow", option, shop.folder().path("x")});
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_THAT(run.errors, HasSubstr(std::string(option) +
+                                      ": --follow writes text to standard output, and no file"));
+    EXPECT_FALSE(std::filesystem::exists(shop.folder().path("x")));
+  }
+  EXPECT_THAT(shop.run({"journal", "--follow", "verify"}).errors,
+              HasSubstr("--follow: selects entries of the list"));
 }

@@ -1,7 +1,8 @@
 // A process beside others at a register.
 //
 //   side_by_side_part sell REGISTER   sells a receipt of 1,00 for each byte that comes on standard
-//                                     input, and answers each with a byte; its end closes it
+//                                     input, or prints more lines than the roll keeps for a 'p',
+//                                     and answers each with a byte; its end closes it
 //   side_by_side_part look REGISTER   looks at it again and again, and answers each look with a
 //                                     byte; ends with 1 when what it sees does not fit together
 #include <unistd.h>
@@ -9,10 +10,12 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <string>
 
 #include "register/client/virtual_register.h"
 #include "register/inspect/register_file.h"
 #include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
 
 namespace lorimat {
 namespace {
@@ -23,15 +26,38 @@ void Tell() {
   if (write(STDOUT_FILENO, ".", 1) != 1) _exit(3);
 }
 
+bool SellOne(VirtualRegister& device) {
+  return device.BeginFiscalReceipt(true) == RTF_SUCCESS &&
+         device.PrintRecItemEx(0, "", kPrice, 0, -1, 0, "", 1, true, "") == RTF_SUCCESS &&
+         device.PrintRecTotalEx(0, "0", true) == RTF_SUCCESS;
+}
+
+bool PrintRoll(VirtualRegister& device) {
+  constexpr size_t kLines = 25000;
+  constexpr size_t kAtOnce = 250;
+  const std::string text(kAtOnce * Paper::kColumns, 'x');
+  bool done = device.BeginNonFiscal() == RTF_SUCCESS;
+  for (size_t lines = 0; done && lines < kLines; lines += kAtOnce) {
+    done = device.PrintNormal(RTF_FPTR_S_RECEIPT, text.c_str()) == RTF_SUCCESS;
+  }
+  return done && device.EndNonFiscal() == RTF_SUCCESS;
+}
+
 int Sell(const char* file) {
   RegisterSettings settings;
   settings.file = file;
   VirtualRegister device(settings);
+  // What this process opens and closes beside it does not loosen its hold.
+  try {
+    const VirtualRegister second(settings);
+    std::fprintf(stderr, "a second writer in one process\n");
+    return 1;
+  } catch (const RegisterError&) {
+    if (RegisterFile(file).Status().schema_version == 0) return 1;
+  }
   Tell();
   for (char byte = 0; read(STDIN_FILENO, &byte, 1) == 1;) {
-    if (device.BeginFiscalReceipt(true) != RTF_SUCCESS ||
-        device.PrintRecItemEx(0, "", kPrice, 0, -1, 0, "", 1, true, "") != RTF_SUCCESS ||
-        device.PrintRecTotalEx(0, "0", true) != RTF_SUCCESS) {
+    if (!(byte == 'p' ? PrintRoll(device) : SellOne(device))) {
       std::fprintf(stderr, "refused: %s\n", device.last_failure().c_str());
       return 1;
     }

@@ -22,7 +22,7 @@ void Close(int* descriptor) {
 
 }  // namespace
 
-Process::Process(std::vector<std::string> command) {
+Process::Process(std::vector<std::string> command, const std::string& errors) {
   signal(SIGPIPE, SIG_IGN);
   int input[2];
   int output[2];
@@ -32,6 +32,10 @@ Process::Process(std::vector<std::string> command) {
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+  if (!errors.empty()) {
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  }
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
   sigset_t own;
@@ -64,7 +68,7 @@ Process::~Process() {
   }
 }
 
-bool Process::Give() { return write(input_, ".", 1) == 1; }
+bool Process::Give(char byte) { return write(input_, &byte, 1) == 1; }
 void Process::CloseInput() { Close(&input_); }
 void Process::CloseOutput() { Close(&output_); }
 void Process::Signal(int signal) const { kill(child_, signal); }

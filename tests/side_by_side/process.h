@@ -10,15 +10,15 @@ namespace lorimat {
 
 class Process {
  public:
-  // Without its name and surroundings that tell users apart: messages are English.
-  explicit Process(std::vector<std::string> command);
+  // Messages are English; standard error goes to a file, or where that of the tests goes.
+  explicit Process(std::vector<std::string> command, const std::string& errors = {});
   // Kills it.
   ~Process();
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
   // A byte to its standard input; false when it does not read any more.
-  bool Give();
+  bool Give(char byte = '.');
   void CloseInput();
   // The next byte, or line, of its standard output; false behind the last one.
   bool Take();

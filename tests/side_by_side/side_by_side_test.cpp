@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -38,10 +39,11 @@ class SideBySideTest : public testing::Test {
   std::unique_ptr<Process> Part(const char* part) const {
     return std::make_unique<Process>(std::vector<std::string>{SIDE_BY_SIDE_PART, part, file_});
   }
-  std::unique_ptr<Process> Console(std::vector<std::string> arguments) const {
+  std::unique_ptr<Process> Console(std::vector<std::string> arguments,
+                                   const std::string& errors = {}) const {
     arguments.insert(arguments.begin(), LORIMAT_CONSOLE);
     for (const std::string& word : {std::string("--register"), file_}) arguments.push_back(word);
-    return std::make_unique<Process>(std::move(arguments));
+    return std::make_unique<Process>(std::move(arguments), errors);
   }
   // A seller whose register is there.
   std::unique_ptr<Process> Seller() const {
@@ -228,7 +230,7 @@ TEST_F(SideBySideTest, AFollowerEndsWithItsFile) {
   }
   for (const bool replaced : {false, true}) {
     std::filesystem::copy_file(file_, folder_ + "/other");
-    auto follower = Console({"journal", "--follow"});
+    auto follower = Console({"journal", "--follow"}, folder_ + "/notes");
     ExpectHeads(*follower);
     ExpectPlaces(*follower, 1, 1);
     if (replaced) {
@@ -237,8 +239,40 @@ TEST_F(SideBySideTest, AFollowerEndsWithItsFile) {
       std::filesystem::remove(file_);
     }
     EXPECT_EQ(follower->Wait(), 0);
+    std::ifstream notes(folder_ + "/notes");
+    std::string line;
+    std::getline(notes, line);
+    EXPECT_EQ(line, "lorimat: note: " + file_ +
+                        ": is not there any more, or is another file by now: nothing more can "
+                        "come");
     if (!replaced) std::filesystem::rename(folder_ + "/other", file_);
   }
+}
+
+// It stands still while more is printed than the roll keeps.
+TEST_F(SideBySideTest, AFollowerOfThePaperTellsWhatItMissed) {
+  auto seller = Seller();
+  Sell(*seller);
+  const size_t seen = RegisterFile(file_).Roll().lines().size();
+  auto follower = Console({"paper", "--follow"}, folder_ + "/notes");
+  std::string line;
+  for (size_t number = 0; number < seen; ++number) ASSERT_TRUE(follower->TakeLine(&line));
+  follower->Signal(SIGSTOP);
+  ASSERT_TRUE(seller->Give('p'));
+  ASSERT_TRUE(seller->Take());
+  const Paper roll = RegisterFile(file_).Roll();
+  ASSERT_GT(roll.dropped(), seen);
+  follower->Signal(SIGCONT);
+  for (const std::string& printed : roll.lines()) {
+    ASSERT_TRUE(follower->TakeLine(&line));
+    ASSERT_EQ(line, printed);
+  }
+  follower->Signal(SIGTERM);
+  EXPECT_EQ(follower->Wait(), 128 + SIGTERM);
+  std::ifstream notes(folder_ + "/notes");
+  std::getline(notes, line);
+  EXPECT_EQ(line, "lorimat: note: " + std::to_string(roll.dropped() - seen) +
+                      " lines are missing: the register has torn them off");
 }
 
 TEST_F(SideBySideTest, AFollowerEndsWhenNobodyReadsIt) {

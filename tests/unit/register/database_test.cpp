@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <optional>
 
 #include "register/inspect/register_file.h"
@@ -356,41 +355,11 @@ TEST_F(DatabaseTest, ASecondWriterIsRefused) {
     EXPECT_EQ(Refusal(Path(name)), Path(name) + cause);
     EXPECT_EQ(faults_refusal(name), Path(name) + cause);
   }
-  // From another process too: it asks the system alone.
-  const auto refused_elsewhere = [this, &cause] {
-    const pid_t child = fork();
-    if (child == 0) {
-      execl("/proc/self/exe", "unit_tests", "--gtest_also_run_disabled_tests",
-            "--gtest_filter=SecondWriter.DISABLED_Opens", nullptr);
-      _exit(9);
-    }
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  };
-  setenv("LORIMAT_TEST_SECOND_WRITER", Path("shop.register").c_str(), 1);
-  EXPECT_TRUE(refused_elsewhere());
   // The refused ones have not loosened its hold.
   EXPECT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
-  EXPECT_TRUE(refused_elsewhere());
+  EXPECT_EQ(Refusal(Path("shop.register")), Path("shop.register") + cause);
   device.reset();
-  EXPECT_FALSE(refused_elsewhere());
-  unsetenv("LORIMAT_TEST_SECOND_WRITER");
   EXPECT_EQ(Refusal(Path("link")), "");
-}
-
-// The part of a test that is a process of its own: succeeds if the register is in use.
-TEST(SecondWriter, DISABLED_Opens) {
-  const char* const file = std::getenv("LORIMAT_TEST_SECOND_WRITER");
-  ASSERT_NE(file, nullptr);
-  RegisterSettings settings;
-  settings.file = file;
-  try {
-    VirtualRegister device(settings);
-    FAIL();
-  } catch (const RegisterError& error) {
-    EXPECT_EQ(error.what(), std::string(file) + ": in use by another program");
-  }
 }
 
 // A log goes by the name of its file: under another name its receipts would be missing.
