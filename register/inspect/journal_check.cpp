@@ -19,8 +19,9 @@ constexpr uint64_t kProgressStep = 256;
 
 // The first event, when it is what the chain begins with.
 std::optional<ChainEvent> FirstEvent(Database& database) {
-  Statement row =
-      database.Prepare("SELECT " LORIMAT_EVENT_COLUMNS " FROM event WHERE place = 1 AND kind = 1");
+  Statement row = database.Prepare(
+      kSql<"SELECT ", kEventColumns,
+           " FROM event WHERE place = 1 AND kind = ", kSqlNumber<EventKind::kBeginning>>);
   if (!row.Step()) return std::nullopt;
   return ReadEvent(row);
 }
@@ -78,9 +79,9 @@ class Checker {
     state_.emplace(beginning, finder_);
     const uint64_t all = store_.journal_count();
     Statement rows =
-        database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal ORDER BY place");
+        database_.Prepare(kSql<"SELECT ", kJournalColumns, " FROM journal ORDER BY place">);
     Statement events =
-        database_.Prepare("SELECT " LORIMAT_EVENT_COLUMNS " FROM event ORDER BY place");
+        database_.Prepare(kSql<"SELECT ", kEventColumns, " FROM event ORDER BY place">);
     next_event_ = events.Step();
     while (rows.Step()) {
       CheckEvents(events, rows.Integer(0));
@@ -333,8 +334,8 @@ class Checker {
 
   // Those between the last one that had an entry and this one.
   void FindDocumentsWithoutEntry(int64_t before) {
-    Statement rows = database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                                       " FROM document WHERE id > ? AND id < ? ORDER BY id");
+    Statement rows = database_.Prepare(
+        kSql<"SELECT ", kDocumentColumns, " FROM document WHERE id > ? AND id < ? ORDER BY id">);
     rows.With(last_document_, before);
     while (rows.Step()) {
       const int64_t id = rows.Integer(0);

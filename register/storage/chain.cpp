@@ -142,7 +142,7 @@ std::string InsertEvent(Database& database, std::string_view previous, ChainEven
     event.place = last.Step() ? last.Integer(0) + 1 : 1;
   }
   event.hash = EventHash(previous, event);
-  database.Prepare("INSERT INTO event VALUES (?, ?, ?, ?, ?, ?, ?)")
+  database.Prepare(kSql<"INSERT INTO event (", kEventColumns, ") VALUES (?, ?, ?, ?, ?, ?, ?)">)
       .With(event.place, event.entry, static_cast<int>(event.kind), event.time, event.subject,
             event.value, event.hash)
       .Run();

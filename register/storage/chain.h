@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "register/storage/database.h"
+#include "register/storage/sql_text.h"
 
 namespace lorimat {
 
@@ -37,7 +38,8 @@ struct ChainEvent {
   std::string hash = {};  // 64 hexadecimal digits
 };
 
-#define LORIMAT_EVENT_COLUMNS "place, entry, kind, time, subject, value, hash"
+// The columns of an event.
+inline constexpr SqlText kEventColumns = "place, entry, kind, time, subject, value, hash";
 ChainEvent ReadEvent(const Statement& row);
 
 // Where a period began.

@@ -48,7 +48,7 @@ using IdleStatements = std::unordered_map<std::string_view, StatementHandle>;
 
 // A prepared statement with its values. When it goes it is reset and kept for the next use.
 //
-//   database.Prepare("INSERT INTO logo VALUES (?, ?)").With(number, file).Run();
+//   database.Prepare("INSERT INTO logo (number, file) VALUES (?, ?)").With(number, file).Run();
 //   Statement logos = database.Prepare("SELECT number, file FROM logo");
 //   while (logos.Step()) Use(logos.Integer(0), logos.Text(1));
 class Statement {

@@ -15,6 +15,11 @@ namespace {
 constexpr int kLastInvoice = 1'000'000'000;
 constexpr int64_t kLastRow = int64_t{1} << 62;
 
+// The columns of the ledger behind its `id`.
+constexpr SqlText kLedgerStored =
+    "last_closure, next_invoice, documents, sales, invoices, refunds, cancels, abandoned, "
+    "non_fiscal, grand_total, last_document, first_of_day, day_totals, journal_place, journal_hash";
+
 std::shared_ptr<const Totals> Shared(Totals totals) {
   return std::make_shared<const Totals>(std::move(totals));
 }
@@ -42,12 +47,11 @@ void RegisterStore::MakeLedger(int last_closure, int last_invoice) {
 }
 
 void RegisterStore::LoadLedger() {
-  Statement row = database_.Prepare(
-      "SELECT last_closure, next_invoice, documents, sales, invoices, refunds, cancels, abandoned, "
-      "non_fiscal, grand_total, last_document, first_of_day, day_totals, journal_place, "
-      "journal_hash, (SELECT count(*) FROM summary_waiting), "
-      "(SELECT time FROM document WHERE document.id = last_document), "
-      "(SELECT time FROM closure WHERE number = last_closure) FROM ledger");
+  Statement row =
+      database_.Prepare(kSql<"SELECT ", kLedgerStored,
+                             ", (SELECT count(*) FROM summary_waiting), "
+                             "(SELECT time FROM document WHERE document.id = last_document), "
+                             "(SELECT time FROM closure WHERE number = last_closure) FROM ledger">);
   if (!row.Step()) database_.Damaged("ledger");
   ledger_ = Ledger{};
   ledger_.last_closure = row.Int(0);
@@ -93,7 +97,9 @@ void RegisterStore::Keep() {
 
 void RegisterStore::WriteLedger() {
   const DailyCounters& counters = ledger_.counters;
-  database_.Prepare("REPLACE INTO ledger VALUES (1, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+  database_
+      .Prepare(kSql<"REPLACE INTO ledger (id, ", kLedgerStored,
+                    ") VALUES (1, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)">)
       .With(ledger_.last_closure, ledger_.next_invoice, counters.documents, counters.sales,
             counters.invoices, counters.refunds, counters.cancels, counters.abandoned,
             counters.non_fiscal, ledger_.grand_total, ledger_.last_document, ledger_.first_of_day,
@@ -106,7 +112,10 @@ void RegisterStore::WritePeriods(bool all) {
     const StoredPeriod& period = ledger_.periods[number];
     if (!all && period == kept_.periods[number]) continue;
     const int64_t time = period.start.cleared ? TimeNumber(period.start.time) : 0;
-    database_.Prepare("REPLACE INTO period VALUES (?, ?, ?, ?, ?)")
+    database_
+        .Prepare(
+            "REPLACE INTO period (number, cleared, time, first_document, totals) VALUES (?, ?, ?, "
+            "?, ?)")
         .With(number, period.start.cleared, time, period.start.first_document,
               period.closed->ToRecord())
         .Run();
@@ -164,12 +173,14 @@ void RegisterStore::CloseDay(const std::tm& time, const std::vector<VatRate>& va
   closure.vat_rates = vat_rates;
   closure.totals = *ledger_.day;
   const DailyCounters& counters = closure.counters;
-  database_.Prepare("INSERT INTO closure VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+  database_
+      .Prepare(kSql<"INSERT INTO closure (", kClosureStored,
+                    ") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)">)
       .With(closure.number, TimeNumber(time), counters.documents, counters.sales, counters.invoices,
             counters.refunds, counters.cancels, counters.abandoned, counters.non_fiscal,
             closure.grand_total, VatRatesRecord(vat_rates), closure.totals.ToRecord())
       .Run();
-  database_.Prepare("INSERT INTO summary_waiting VALUES (?)").With(closure.number).Run();
+  database_.Prepare("INSERT INTO summary_waiting (closure) VALUES (?)").With(closure.number).Run();
   InsertEntry(std::move(entry), ClosureFacts(closure));
 
   for (StoredPeriod& period : ledger_.periods) {

@@ -21,7 +21,9 @@ constexpr int64_t kLastTime = 99'999'999'999'999;
 // --- Documents
 
 void RegisterStore::InsertDocument(const StoredDocument& document) {
-  database_.Prepare("INSERT INTO document VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+  database_
+      .Prepare(kSql<"INSERT INTO document (", kDocumentStored,
+                    ") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)">)
       .With(document.id, static_cast<int>(document.kind), document.closure, document.number,
             TimeNumber(document.time), document.operator_number, document.total, document.not_paid,
             document.change, document.discounts, document.surcharges, document.lottery_code,
@@ -29,7 +31,9 @@ void RegisterStore::InsertDocument(const StoredDocument& document) {
       .Run();
   {
     Statement insert = database_.Prepare(
-        "INSERT INTO document_line VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+        "INSERT INTO document_line (document, place, kind, adjustment_type, description, article, "
+        "department, vat, quantity, unit_price, amount, quantity_taken_back, taken_back) VALUES "
+        "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
     int place = 0;
     for (const DocumentLine& line : document.lines) {
       insert
@@ -40,21 +44,22 @@ void RegisterStore::InsertDocument(const StoredDocument& document) {
     }
   }
   {
-    Statement insert = database_.Prepare("INSERT INTO document_payment VALUES (?, ?, ?, ?)");
+    Statement insert = database_.Prepare(
+        "INSERT INTO document_payment (document, place, tender, amount) VALUES (?, ?, ?, ?)");
     int place = 0;
     for (const DocumentPayment& payment : document.payments) {
       insert.With(document.id, ++place, payment.tender, payment.amount).Run();
     }
   }
   if (document.kind == DocumentKind::kSale && !document.lottery_code.empty()) {
-    database_.Prepare("INSERT INTO lottery_waiting VALUES (?)").With(document.id).Run();
+    database_.Prepare("INSERT INTO lottery_waiting (document) VALUES (?)").With(document.id).Run();
   }
 }
 
 std::optional<StoredDocument> RegisterStore::Find(int closure, int number) const {
-  Statement row =
-      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                        " FROM document WHERE kind <> 1 AND closure = ? AND number = ?");
+  Statement row = database_.Prepare(
+      kSql<"SELECT ", kDocumentColumns, " FROM document WHERE kind <> ",
+           kSqlNumber<DocumentKind::kInvoice>, " AND closure = ? AND number = ?">);
   if (!row.With(closure, number).Step()) return std::nullopt;
   StoredDocument document = ReadDocument(database_, row);
   ReadDetails(database_, &document);
@@ -63,8 +68,8 @@ std::optional<StoredDocument> RegisterStore::Find(int closure, int number) const
 
 std::optional<StoredDocument> RegisterStore::FindLast() const {
   Statement row = database_.Prepare(
-      "SELECT " LORIMAT_DOCUMENT_COLUMNS
-      " FROM document WHERE kind <> 1 ORDER BY closure DESC, number DESC LIMIT 1");
+      kSql<"SELECT ", kDocumentColumns, " FROM document WHERE kind <> ",
+           kSqlNumber<DocumentKind::kInvoice>, " ORDER BY closure DESC, number DESC LIMIT 1">);
   if (!row.Step()) return std::nullopt;
   StoredDocument document = ReadDocument(database_, row);
   ReadDetails(database_, &document);
@@ -72,10 +77,10 @@ std::optional<StoredDocument> RegisterStore::FindLast() const {
 }
 
 std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) const {
-  Statement rows =
-      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                        " FROM document WHERE kind IN (2, 3) AND referred_closure <> 0 AND "
-                        "referred_closure = ? AND referred_number = ?");
+  Statement rows = database_.Prepare(
+      kSql<"SELECT ", kDocumentColumns, " FROM document WHERE kind IN (",
+           kSqlNumber<DocumentKind::kRefund>, ", ", kSqlNumber<DocumentKind::kCancel>,
+           ") AND referred_closure <> 0 AND referred_closure = ? AND referred_number = ?">);
   rows.With(closure, number);
   std::optional<PaidBack> sum;
   while (rows.Step()) {
@@ -89,7 +94,7 @@ std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) con
 
 std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
   Statement row =
-      database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS " FROM document WHERE id = ?");
+      database_.Prepare(kSql<"SELECT ", kDocumentColumns, " FROM document WHERE id = ?">);
   if (!row.With(id).Step()) return std::nullopt;
   StoredDocument document = ReadDocument(database_, row);
   ReadDetails(database_, &document);
@@ -99,12 +104,12 @@ std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
 void RegisterStore::ForEachDocument(const DocumentSelection& selection,
                                     const std::function<bool(const StoredDocument&)>& each) const {
   const bool by_time = selection.from || selection.to;
-  Statement rows = by_time
-                       ? database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                                           " FROM document WHERE +id >= ? AND time BETWEEN ? AND ? "
-                                           "ORDER BY +id")
-                       : database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                                           " FROM document WHERE id >= ? ORDER BY id");
+  Statement rows =
+      by_time ? database_.Prepare(
+                    kSql<"SELECT ", kDocumentColumns,
+                         " FROM document WHERE +id >= ? AND time BETWEEN ? AND ? ORDER BY +id">)
+              : database_.Prepare(
+                    kSql<"SELECT ", kDocumentColumns, " FROM document WHERE id >= ? ORDER BY id">);
   if (by_time) {
     rows.With(selection.first, selection.from ? MinuteStart(*selection.from) : kFirstTime,
               selection.to ? MinuteEnd(*selection.to) : kLastTime);
@@ -131,9 +136,10 @@ std::vector<StoredDocument> RegisterStore::documents() const {
 
 std::vector<StoredDocument> RegisterStore::PendingLottery() const {
   std::vector<StoredDocument> found;
-  Statement rows = database_.Prepare("SELECT " LORIMAT_DOCUMENT_COLUMNS
-                                     " FROM document WHERE id IN (SELECT lottery_waiting.document "
-                                     "FROM lottery_waiting) ORDER BY id");
+  Statement rows =
+      database_.Prepare(kSql<"SELECT ", kDocumentColumns,
+                             " FROM document WHERE id IN (SELECT lottery_waiting.document FROM "
+                             "lottery_waiting) ORDER BY id">);
   while (rows.Step()) found.push_back(ReadDocument(database_, rows));
   return found;
 }
@@ -142,9 +148,10 @@ std::vector<StoredDocument> RegisterStore::Lottery(int from_closure, int from_nu
                                                    int to_closure, int to_number) const {
   std::vector<StoredDocument> found;
   Statement rows = database_.Prepare(
-      "SELECT " LORIMAT_DOCUMENT_COLUMNS
-      " FROM document WHERE lottery_code <> '' AND kind = 0 AND "
-      "(closure, number) >= (?, ?) AND (closure, number) <= (?, ?) ORDER BY closure, number");
+      kSql<"SELECT ", kDocumentColumns,
+           " FROM document WHERE lottery_code <> '' AND kind = ", kSqlNumber<DocumentKind::kSale>,
+           " AND (closure, number) >= (?, ?) AND (closure, number) <= (?, ?) ORDER BY closure, "
+           "number">);
   rows.With(from_closure, from_number, to_closure, to_number);
   while (rows.Step()) found.push_back(ReadDocument(database_, rows));
   return found;
@@ -170,7 +177,8 @@ void RegisterStore::InsertEntry(JournalEntry entry, const std::string& facts) {
   entry.closure = ledger_.last_closure + 1;
   const int64_t place = ledger_.journal_place + 1;
   entry.hash = EntryHash(ledger_.journal_hash, static_cast<uint64_t>(place), entry, facts);
-  database_.Prepare("INSERT INTO journal VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
+  database_
+      .Prepare(kSql<"INSERT INTO journal (", kJournalColumns, ") VALUES (?, ?, ?, ?, ?, ?, ?, ?)">)
       .With(place, static_cast<int>(entry.kind), entry.closure, entry.number,
             TimeNumber(entry.time), entry.document, JoinLines(entry.lines), entry.hash)
       .Run();
@@ -181,13 +189,13 @@ void RegisterStore::InsertEntry(JournalEntry entry, const std::string& facts) {
 void RegisterStore::ForEachEntry(
     const JournalSelection& selection,
     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
-  Statement rows = selection.by_date
-                       ? database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS
-                                           " FROM journal WHERE time BETWEEN ? AND ? "
-                                           "ORDER BY +place")
-                       : database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS
-                                           " FROM journal WHERE closure BETWEEN ? AND ? "
-                                           "ORDER BY closure, place");
+  Statement rows =
+      selection.by_date
+          ? database_.Prepare(kSql<"SELECT ", kJournalColumns,
+                                   " FROM journal WHERE time BETWEEN ? AND ? ORDER BY +place">)
+          : database_.Prepare(
+                kSql<"SELECT ", kJournalColumns,
+                     " FROM journal WHERE closure BETWEEN ? AND ? ORDER BY closure, place">);
   if (selection.by_date) {
     rows.With(MinuteStart(selection.from), MinuteEnd(selection.to));
   } else {
@@ -232,7 +240,7 @@ std::vector<uint64_t> RegisterStore::FindPlaces(const JournalSelection& selectio
 
 std::optional<JournalEntry> RegisterStore::FindEntry(uint64_t place) const {
   Statement row =
-      database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal WHERE place = ?");
+      database_.Prepare(kSql<"SELECT ", kJournalColumns, " FROM journal WHERE place = ?">);
   row.With(static_cast<int64_t>(place));
   if (!row.Step()) return std::nullopt;
   return ReadEntry(database_, row);
@@ -241,7 +249,7 @@ std::optional<JournalEntry> RegisterStore::FindEntry(uint64_t place) const {
 void RegisterStore::ForEveryEntry(
     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
   Statement rows =
-      database_.Prepare("SELECT " LORIMAT_JOURNAL_COLUMNS " FROM journal ORDER BY place");
+      database_.Prepare(kSql<"SELECT ", kJournalColumns, " FROM journal ORDER BY place">);
   while (rows.Step()) {
     const JournalEntry entry = ReadEntry(database_, rows);
     if (!each(static_cast<uint64_t>(rows.Integer(0)), entry)) return;
@@ -261,8 +269,9 @@ std::vector<JournalEntry> RegisterStore::journal() const {
 
 std::vector<Closure> RegisterStore::FindClosures(int from, int to) const {
   std::vector<Closure> found;
-  Statement rows = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
-                                     " FROM closure WHERE number BETWEEN ? AND ? ORDER BY number");
+  Statement rows =
+      database_.Prepare(kSql<"SELECT ", kClosureColumns,
+                             " FROM closure WHERE number BETWEEN ? AND ? ORDER BY number">);
   rows.With(from, to);
   while (rows.Step()) found.push_back(ReadClosure(database_, rows));
   return found;
@@ -270,24 +279,24 @@ std::vector<Closure> RegisterStore::FindClosures(int from, int to) const {
 
 std::vector<Closure> RegisterStore::FindClosures(const std::tm& from, const std::tm& to) const {
   std::vector<Closure> found;
-  Statement rows = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
-                                     " FROM closure WHERE time BETWEEN ? AND ? ORDER BY number");
+  Statement rows = database_.Prepare(
+      kSql<"SELECT ", kClosureColumns, " FROM closure WHERE time BETWEEN ? AND ? ORDER BY number">);
   rows.With(MinuteStart(from), MinuteEnd(to));
   while (rows.Step()) found.push_back(ReadClosure(database_, rows));
   return found;
 }
 
 std::optional<Closure> RegisterStore::LastClosure() const {
-  Statement row = database_.Prepare("SELECT " LORIMAT_CLOSURE_COLUMNS
-                                    " FROM closure ORDER BY number DESC LIMIT 1");
+  Statement row = database_.Prepare(
+      kSql<"SELECT ", kClosureColumns, " FROM closure ORDER BY number DESC LIMIT 1">);
   if (!row.Step()) return std::nullopt;
   return ReadClosure(database_, row);
 }
 
 std::optional<Closure> RegisterStore::FirstPending() const {
-  Statement row = database_.Prepare(
-      "SELECT " LORIMAT_CLOSURE_COLUMNS
-      " FROM closure WHERE number = (SELECT min(summary_waiting.closure) FROM summary_waiting)");
+  Statement row = database_.Prepare(kSql<"SELECT ", kClosureColumns,
+                                         " FROM closure WHERE number = (SELECT "
+                                         "min(summary_waiting.closure) FROM summary_waiting)">);
   if (!row.Step()) return std::nullopt;
   return ReadClosure(database_, row);
 }

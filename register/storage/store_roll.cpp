@@ -72,7 +72,7 @@ void StoreRoll(Database& database, const Paper& paper, const Paper::Extent& from
       // A barcode of several lines is not torn apart.
       end = std::max(end, row->line + row->line_count);
     }
-    database.Prepare("INSERT INTO roll VALUES (?, ?, ?, ?)")
+    database.Prepare("INSERT INTO roll (first_line, lines, text, rows) VALUES (?, ?, ?, ?)")
         .With(paper.dropped() + begin, end - begin, JoinLines(paper.lines(), begin, end),
               rows.text())
         .Run();

@@ -189,18 +189,22 @@ bool SettingsDiffer(const RegisterState& state, const RegisterState& kept) {
 void StoreSettings(Database& database, const RegisterState& state, const RegisterState& kept) {
   for (const SettingRow& row : kSettings) {
     if (row.same(state, kept)) continue;
-    database.Prepare("REPLACE INTO setting VALUES (?, ?)")
+    database.Prepare("REPLACE INTO setting (name, value) VALUES (?, ?)")
         .With(std::string_view(row.name), row.write(state))
         .Run();
   }
   if (state.device_options.values() != kept.device_options.values()) {
     for (const auto& [number, value] : state.device_options.values()) {
-      database.Prepare("REPLACE INTO device_option VALUES (?, ?)").With(number, value).Run();
+      database.Prepare("REPLACE INTO device_option (number, value) VALUES (?, ?)")
+          .With(number, value)
+          .Run();
     }
   }
   state.keyboards.ForEachChange(
       kept.keyboards, [&database](int keyboard, int position, const ProgrammedKey& key) {
-        database.Prepare("REPLACE INTO programmed_key VALUES (?, ?, ?, ?)")
+        database
+            .Prepare(
+                "REPLACE INTO programmed_key (keyboard, position, code, macro) VALUES (?, ?, ?, ?)")
             .With(keyboard, position, key.code, key.macro)
             .Run();
       });
@@ -252,7 +256,10 @@ void StoreOpenDocument(Database& database, const RegisterState& state, const Ope
     database.Prepare("DELETE FROM open_document").Run();
     return;
   }
-  database.Prepare("REPLACE INTO open_document VALUES (1, ?, ?, ?, ?, ?, ?)")
+  database
+      .Prepare(
+          "REPLACE INTO open_document (id, state, kind, begun, lines, subtotal, notes) VALUES (1, "
+          "?, ?, ?, ?, ?, ?)")
       .With(static_cast<int>(state.state), static_cast<int>(document.receipt.kind()),
             TimeNumber(document.begun), document.receipt.lines().size(), document.receipt.total(),
             record)

@@ -10,27 +10,40 @@ namespace {
 // --- One row each
 
 void PutDepartment(Database& database, int number, const Department& row) {
-  database.Prepare("REPLACE INTO department VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+  database
+      .Prepare(
+          "REPLACE INTO department (number, name, vat, price, max_price, department_group, "
+          "quantity, single_shoot, allow_discount, force_description, is_service) VALUES (?, ?, ?, "
+          "?, ?, ?, ?, ?, ?, ?, ?)")
       .With(number, row.name, row.vat, row.price, row.max_price, row.group, row.quantity,
             row.single_shoot, row.allow_discount, row.force_description, row.is_service)
       .Run();
 }
 
 void PutGroup(Database& database, int number, const GroupRow& row) {
-  database.Prepare("REPLACE INTO operator_group VALUES (?, ?, ?, ?, ?)")
+  database
+      .Prepare(
+          "REPLACE INTO operator_group (number, description, password, flags, options) VALUES (?, "
+          "?, ?, ?, ?)")
       .With(number, row.description, row.password, row.flags, row.options)
       .Run();
 }
 
 void PutSubtender(Database& database, int number, const Subtender& row) {
-  database.Prepare("REPLACE INTO subtender VALUES (?, ?, ?, ?, ?, ?)")
+  database
+      .Prepare(
+          "REPLACE INTO subtender (number, kind, description, flags, preset_value, max_digits) "
+          "VALUES (?, ?, ?, ?, ?, ?)")
       .With(number, static_cast<int>(row.kind), row.description, row.flags, row.preset_value,
             row.max_digits)
       .Run();
 }
 
 void PutArticle(Database& database, int place, const Article& row) {
-  database.Prepare("REPLACE INTO article VALUES (?, ?, ?, ?, ?)")
+  database
+      .Prepare(
+          "REPLACE INTO article (place, code, description, department, price) VALUES (?, ?, ?, ?, "
+          "?)")
       .With(place, row.code, row.description, row.department, row.price)
       .Run();
 }
@@ -41,7 +54,9 @@ void PutHeader(Database& database, const Tables& tables) {
   database.Prepare("DELETE FROM header_line").Run();
   int number = 0;
   for (const std::string& line : tables.settings().header_lines) {
-    database.Prepare("INSERT INTO header_line VALUES (?, ?)").With(++number, line).Run();
+    database.Prepare("INSERT INTO header_line (number, text) VALUES (?, ?)")
+        .With(++number, line)
+        .Run();
   }
 }
 
@@ -49,7 +64,7 @@ void PutVat(Database& database, const Tables& tables) {
   database.Prepare("DELETE FROM vat_rate").Run();
   int number = 0;
   for (const VatRate& rate : tables.settings().vat_rates) {
-    database.Prepare("INSERT INTO vat_rate VALUES (?, ?, ?)")
+    database.Prepare("INSERT INTO vat_rate (number, rate, mark) VALUES (?, ?, ?)")
         .With(++number, rate.rate, rate.mark)
         .Run();
   }
@@ -58,7 +73,7 @@ void PutVat(Database& database, const Tables& tables) {
 void PutLogos(Database& database, const Tables& tables) {
   database.Prepare("DELETE FROM logo").Run();
   for (const auto& [number, file] : tables.logos()) {
-    database.Prepare("INSERT INTO logo VALUES (?, ?)").With(number, file).Run();
+    database.Prepare("INSERT INTO logo (number, file) VALUES (?, ?)").With(number, file).Run();
   }
 }
 
@@ -84,7 +99,9 @@ constexpr char kSerialNumber[] = "serial_number";
 
 template <typename Value>
 void PutSetting(Database& database, const char* name, const Value& value) {
-  database.Prepare("REPLACE INTO setting VALUES (?, ?)").With(std::string_view(name), value).Run();
+  database.Prepare("REPLACE INTO setting (name, value) VALUES (?, ?)")
+      .With(std::string_view(name), value)
+      .Run();
 }
 
 Statement FindSetting(Database& database, const char* name) {
