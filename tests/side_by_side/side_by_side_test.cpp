@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -48,7 +49,7 @@ class SideBySideTest : public testing::Test {
   // A seller whose register is there.
   std::unique_ptr<Process> Seller() const {
     auto seller = Part("sell");
-    EXPECT_TRUE(seller->Take());
+    if (!seller->Take()) throw std::runtime_error("the seller cannot begin");
     return seller;
   }
   static void Sell(Process& seller, int receipts = 1) {
