@@ -4,15 +4,10 @@
 #include "register/client/client_buffers.h"
 #include "register/client/virtual_register.h"
 #include "register/report/item_list.h"
+#include "register/tables/tenders.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
-namespace {
-
-constexpr const char* kNotPaidTender = "9";
-
-}  // namespace
-
 // --- Documents
 
 int VirtualRegister::BeginDocRefund(int number, int zNumber, const char* date) {

@@ -6,6 +6,7 @@
 
 #include "register/desk/keyboard.h"
 #include "register/desk/setup_desk.h"
+#include "register/tables/tenders.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -140,10 +141,20 @@ int WriteOption(RegisterCore& core, std::string_view text) {
   return core.device_options.Write(item, text);
 }
 
-// What the day collected by a tender.
-template <int tender>
-std::string DayTender(Core core, Keys) {
-  return Text(core.store.day().Tender(std::to_string(tender)));
+// What the day collected by the tenders of a data item.
+template <int item>
+std::string DayTenders(Core core, Keys) {
+  Amount sum = 0;
+  for (const TenderRow& row : kTenders) {
+    if (row.data_item == item) AddTo(&sum, core.store.day().Tender(std::string(row.id)));
+  }
+  return Text(sum);
+}
+
+// And by a subtender.
+template <int number>
+std::string DaySubtender(Core core, Keys) {
+  return Text(core.store.day().Tender(Tables::SubtenderId(number)));
 }
 
 const DataItem kItems[] = {
@@ -239,15 +250,11 @@ const DataItem kItems[] = {
     {368, "refusal of the last key", "result code",
      [](Core, Keys keys) { return Text(keys.error()); }, nullptr},
     {371, "status line", "text", Status, nullptr},
-    {372, "cash of the day", "ten-thousandths", DayTender<0>, nullptr},
-    {373, "credit of the day", "ten-thousandths", DayTender<9>, nullptr},
-    {374, "cheques of the day", "ten-thousandths", DayTender<1>, nullptr},
-    {375, "cards of the day", "ten-thousandths",
-     [](Core core, Keys) {
-       return Text(core.store.day().Tender("2") + core.store.day().Tender("3"));
-     },
-     nullptr},
-    {376, "tickets of the day", "ten-thousandths", DayTender<4>, nullptr},
+    {372, "cash of the day", "ten-thousandths", DayTenders<372>, nullptr},
+    {373, "credit of the day", "ten-thousandths", DayTenders<373>, nullptr},
+    {374, "cheques of the day", "ten-thousandths", DayTenders<374>, nullptr},
+    {375, "cards of the day", "ten-thousandths", DayTenders<375>, nullptr},
+    {376, "tickets of the day", "ten-thousandths", DayTenders<376>, nullptr},
     {377, "discounts of the day", "ten-thousandths",
      [](Core core, Keys) { return Text(core.store.daily().discounts); }, nullptr},
     {378, "surcharges of the day", "ten-thousandths",
@@ -262,16 +269,16 @@ const DataItem kItems[] = {
      nullptr},
     {380, "void documents of the day", "ten-thousandths",
      [](Core core, Keys) { return Text(core.store.daily().cancels); }, nullptr},
-    {381, "subtender 1 of the day", "ten-thousandths", DayTender<10>, nullptr},
-    {382, "subtender 2 of the day", "ten-thousandths", DayTender<11>, nullptr},
-    {383, "subtender 3 of the day", "ten-thousandths", DayTender<12>, nullptr},
-    {384, "subtender 4 of the day", "ten-thousandths", DayTender<13>, nullptr},
-    {385, "subtender 5 of the day", "ten-thousandths", DayTender<14>, nullptr},
-    {386, "subtender 6 of the day", "ten-thousandths", DayTender<15>, nullptr},
-    {387, "subtender 7 of the day", "ten-thousandths", DayTender<16>, nullptr},
-    {388, "subtender 8 of the day", "ten-thousandths", DayTender<17>, nullptr},
-    {389, "subtender 9 of the day", "ten-thousandths", DayTender<18>, nullptr},
-    {390, "subtender 10 of the day", "ten-thousandths", DayTender<19>, nullptr},
+    {381, "subtender 1 of the day", "ten-thousandths", DaySubtender<1>, nullptr},
+    {382, "subtender 2 of the day", "ten-thousandths", DaySubtender<2>, nullptr},
+    {383, "subtender 3 of the day", "ten-thousandths", DaySubtender<3>, nullptr},
+    {384, "subtender 4 of the day", "ten-thousandths", DaySubtender<4>, nullptr},
+    {385, "subtender 5 of the day", "ten-thousandths", DaySubtender<5>, nullptr},
+    {386, "subtender 6 of the day", "ten-thousandths", DaySubtender<6>, nullptr},
+    {387, "subtender 7 of the day", "ten-thousandths", DaySubtender<7>, nullptr},
+    {388, "subtender 8 of the day", "ten-thousandths", DaySubtender<8>, nullptr},
+    {389, "subtender 9 of the day", "ten-thousandths", DaySubtender<9>, nullptr},
+    {390, "subtender 10 of the day", "ten-thousandths", DaySubtender<10>, nullptr},
     {394, "last closure number", "number",
      [](Core core, Keys) { return Text(core.store.last_closure()); }, nullptr},
     {395, "option 395", "flag", ReadOption<395>, WriteOption<395>},

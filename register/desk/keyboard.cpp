@@ -5,6 +5,7 @@
 
 #include "managermachine/pflitemtype.h"
 #include "pal/peripherals/keyboard/functioncode.h"
+#include "register/tables/tenders.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -15,61 +16,51 @@ struct Keyboard::KeyRow {
   uint8_t first;
   uint8_t last;
   Handler handler;
-  int value;         // adjustment type, line type, first number, document kind
-  const char* text;  // tender
+  int value;  // adjustment type, line type, first number, document kind
 };
 
 const Keyboard::KeyRow* Keyboard::FindKey(uint8_t key) {
   using F = FunctionCode;
   static const KeyRow kKeys[] = {
-      {F::kNumber1, F::kSeparator, &Keyboard::Digit, 0, ""},
-      {F::kKey, F::kKey, &Keyboard::Lock, 0, ""},
-      {F::kKeyRegistering, F::kKeySetting, &Keyboard::Lock, 1, ""},
-      {F::kDepartment, F::kDepartment, &Keyboard::NumberedDepartment, 0, ""},
-      {F::kPlu, F::kPlu, &Keyboard::ArticleKey, 0, ""},
-      {F::kAmount, F::kAmount, &Keyboard::HoldAmount, 0, ""},
-      {F::kMultiplier, F::kMultiplier, &Keyboard::Multiply, 0, ""},
-      {F::kRefund, F::kRefund, &Keyboard::Modify, PflItemType::kPrintRecItemRefund, ""},
-      {F::kVoidItem, F::kVoidItem, &Keyboard::Modify, PflItemType::kPrintRecItemVoid, ""},
-      {F::kSellDeposit, F::kSellDeposit, &Keyboard::Modify, PflItemType::kPrintRecItemDeposit, ""},
+      {F::kNumber1, F::kSeparator, &Keyboard::Digit, 0},
+      {F::kKey, F::kKey, &Keyboard::Lock, 0},
+      {F::kKeyRegistering, F::kKeySetting, &Keyboard::Lock, 1},
+      {F::kDepartment, F::kDepartment, &Keyboard::NumberedDepartment, 0},
+      {F::kPlu, F::kPlu, &Keyboard::ArticleKey, 0},
+      {F::kAmount, F::kAmount, &Keyboard::HoldAmount, 0},
+      {F::kMultiplier, F::kMultiplier, &Keyboard::Multiply, 0},
+      {F::kRefund, F::kRefund, &Keyboard::Modify, PflItemType::kPrintRecItemRefund},
+      {F::kVoidItem, F::kVoidItem, &Keyboard::Modify, PflItemType::kPrintRecItemVoid},
+      {F::kSellDeposit, F::kSellDeposit, &Keyboard::Modify, PflItemType::kPrintRecItemDeposit},
       {F::kBuoniMonouso, F::kBuoniMonouso, &Keyboard::Modify,
-       PflItemType::kPrintRecItemBuoniMonouso, ""},
-      {F::kCancel, F::kCancel, &Keyboard::VoidLast, 0, ""},
-      {F::kPercentageA, F::kPercentageA, &Keyboard::Adjust, RTF_FPTR_AT_PERCENTAGE_DISCOUNT, ""},
-      {F::kPercentageB, F::kPercentageB, &Keyboard::Adjust, RTF_FPTR_AT_PERCENTAGE_SURCHARGE, ""},
-      {F::kAbsoluteDecrease, F::kAbsoluteDecrease, &Keyboard::Adjust, RTF_FPTR_AT_AMOUNT_DISCOUNT,
-       ""},
-      {F::kAbsoluteIncrease, F::kAbsoluteIncrease, &Keyboard::Adjust, RTF_FPTR_AT_AMOUNT_SURCHARGE,
-       ""},
-      {F::kSubtotal, F::kSubtotal, &Keyboard::Subtotal, 0, ""},
-      {F::kDrawer, F::kDrawer, &Keyboard::Drawer, 0, ""},
-      {F::kOperator, F::kOperator, &Keyboard::Operator, 0, ""},
-      {F::kDescription, F::kDescription, &Keyboard::Describe, 0, ""},
-      {F::kInvoice, F::kInvoice, &Keyboard::Invoice, 0, ""},
-      {F::kTotal, F::kTotal, &Keyboard::Pay, 0, "0"},
-      {F::kCredit, F::kCredit, &Keyboard::Pay, 0, "9"},
-      {F::kCheque, F::kCheque, &Keyboard::Pay, 0, "1"},
-      {F::kTicket, F::kTicket, &Keyboard::Pay, 0, "4"},
-      {F::kCreditCard, F::kCreditCard, &Keyboard::Pay, 0, "2"},
-      {F::kCreditInvoice, F::kCreditInvoice, &Keyboard::Pay, 0, "5"},
-      {F::kCreditServices, F::kCreditServices, &Keyboard::Pay, 0, "6"},
-      {F::kCreditSSN, F::kCreditSSN, &Keyboard::Pay, 0, "7"},
-      {F::kSubTender01, F::kLastSubTender, &Keyboard::Pay, 10, ""},
-      {F::kVoidReceipt, F::kVoidReceipt, &Keyboard::VoidWhole, 0, ""},
-      {F::kTaxCode, F::kTaxCode, &Keyboard::CustomerTaxCode, 0, ""},
-      {F::kDepartment01, F::kLastDepartment, &Keyboard::Department, 1, ""},
-      {F::kConfirm, F::kConfirm, &Keyboard::ConfirmCode, 0, ""},
-      {F::kLotteryCode, F::kLotteryCode, &Keyboard::Lottery, 0, ""},
-      {F::kOpenTransaction, F::kOpenTransaction, &Keyboard::OpenReceipt, 0, ""},
-      {F::kCloseTransaction, F::kCloseTransaction, &Keyboard::CloseReceipt, 0, ""},
-      {F::kOpenRefundDoc, F::kOpenRefundDoc, &Keyboard::OpenReferring, 0, ""},
-      {F::kOpenCancelDoc, F::kOpenCancelDoc, &Keyboard::OpenReferring, 1, ""},
-      {F::kPaperFeed, F::kShortPaperFeed, &Keyboard::Feed, 0, ""},
+       PflItemType::kPrintRecItemBuoniMonouso},
+      {F::kCancel, F::kCancel, &Keyboard::VoidLast, 0},
+      {F::kPercentageA, F::kPercentageA, &Keyboard::Adjust, RTF_FPTR_AT_PERCENTAGE_DISCOUNT},
+      {F::kPercentageB, F::kPercentageB, &Keyboard::Adjust, RTF_FPTR_AT_PERCENTAGE_SURCHARGE},
+      {F::kAbsoluteDecrease, F::kAbsoluteDecrease, &Keyboard::Adjust, RTF_FPTR_AT_AMOUNT_DISCOUNT},
+      {F::kAbsoluteIncrease, F::kAbsoluteIncrease, &Keyboard::Adjust, RTF_FPTR_AT_AMOUNT_SURCHARGE},
+      {F::kSubtotal, F::kSubtotal, &Keyboard::Subtotal, 0},
+      {F::kDrawer, F::kDrawer, &Keyboard::Drawer, 0},
+      {F::kOperator, F::kOperator, &Keyboard::Operator, 0},
+      {F::kDescription, F::kDescription, &Keyboard::Describe, 0},
+      {F::kInvoice, F::kInvoice, &Keyboard::Invoice, 0},
+      {F::kSubTender01, F::kLastSubTender, &Keyboard::Pay, 1},
+      {F::kVoidReceipt, F::kVoidReceipt, &Keyboard::VoidWhole, 0},
+      {F::kTaxCode, F::kTaxCode, &Keyboard::CustomerTaxCode, 0},
+      {F::kDepartment01, F::kLastDepartment, &Keyboard::Department, 1},
+      {F::kConfirm, F::kConfirm, &Keyboard::ConfirmCode, 0},
+      {F::kLotteryCode, F::kLotteryCode, &Keyboard::Lottery, 0},
+      {F::kOpenTransaction, F::kOpenTransaction, &Keyboard::OpenReceipt, 0},
+      {F::kCloseTransaction, F::kCloseTransaction, &Keyboard::CloseReceipt, 0},
+      {F::kOpenRefundDoc, F::kOpenRefundDoc, &Keyboard::OpenReferring, 0},
+      {F::kOpenCancelDoc, F::kOpenCancelDoc, &Keyboard::OpenReferring, 1},
+      {F::kPaperFeed, F::kShortPaperFeed, &Keyboard::Feed, 0},
   };
   for (const KeyRow& row : kKeys) {
     if (key >= row.first && key <= row.last) return &row;
   }
-  return nullptr;
+  static const KeyRow kTenderKey = {0, 0, &Keyboard::Pay, 0};
+  return FindTenderOfKey(key) != nullptr ? &kTenderKey : nullptr;
 }
 
 Keyboard::Memory Keyboard::Save() const {
@@ -252,7 +243,7 @@ int Keyboard::Sell(int department, std::string_view article, Amount price) {
   const Item* sold = core_.document.receipt.last_line();
   const lorimat::Department* row =
       sold != nullptr ? core_.tables.FindDepartment(sold->department) : nullptr;
-  if (opens && row != nullptr && row->single_shoot) return desk_.Total(0, "0", true);
+  if (opens && row != nullptr && row->single_shoot) return desk_.Total(0, kCashTender, true);
   return RTF_SUCCESS;
 }
 
@@ -350,8 +341,10 @@ int Keyboard::Describe(const KeyRow&) {
 
 int Keyboard::Pay(const KeyRow& row) {
   if (lottery_announced_ && input_.key == FunctionCode::kTotal) return ConfirmCode(row);
-  const std::string tender =
-      row.value != 0 ? std::to_string(input_.key - row.first + row.value) : std::string(row.text);
+  const TenderRow* fixed = FindTenderOfKey(input_.key);
+  const std::string tender = fixed != nullptr
+                                 ? std::string(fixed->id)
+                                 : Tables::SubtenderId(input_.key - row.first + row.value);
   const Subtender* subtender = core_.tables.SubtenderOf(tender);
   if (input_.digits.empty()) {
     if (subtender == nullptr || subtender->preset_value == 0) return desk_.Total(0, tender, true);

@@ -5,13 +5,13 @@
 
 #include "managermachine/pflitemtype.h"
 #include "register/desk/receipt_desk.h"
+#include "register/tables/tenders.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
 namespace {
 
-constexpr const char* kCashTender = "0";
 constexpr const char* kCopyMark = "*** COPIA - NON FISCALE ***";
 
 struct CashRow {

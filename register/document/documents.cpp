@@ -1,33 +1,14 @@
 #include "register/document/documents.h"
 
-#include <string_view>
 #include <utility>
 
 namespace lorimat {
 namespace {
 
-struct NotPaidRow {
-  std::string_view tender;
-  Figure figure;
-};
-
-constexpr NotPaidRow kNotPaid[] = {
-    {"5", Figure::kInvoicesNotPaid},
-    {"6", Figure::kServicesNotPaid},
-    {"7", Figure::kSsnNotPaid},
-};
-
 constexpr Figure kTaxed[] = {
     Figure::kGross,      Figure::kServices,        Figure::kServicesNotPaid,
     Figure::kSsnNotPaid, Figure::kInvoicesNotPaid, Figure::kUndeliveredNotPaid,
 };
-
-Figure NotPaidFigure(std::string_view tender) {
-  for (const NotPaidRow& row : kNotPaid) {
-    if (row.tender == tender) return row.figure;
-  }
-  return Figure::kUndeliveredNotPaid;
-}
 
 Amount Absolute(Amount amount) { return amount < 0 ? -amount : amount; }
 
@@ -99,9 +80,8 @@ void AddPayments(const Receipt& receipt, StoredDocument* stored) {
     ++stored->tender_counts[payment.tender->id];
     if (payment.tender->kind != TenderKind::kNotPaid) continue;
     stored->not_paid += kept;
-    const Figure figure = NotPaidFigure(payment.tender->id);
     for (const auto& [vat, share] : Spread(kept, left)) {
-      At(stored->figures[vat], figure) += share;
+      At(stored->figures[vat], payment.tender->not_paid) += share;
       left[vat] -= share;
     }
   }

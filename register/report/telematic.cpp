@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -123,40 +124,22 @@ void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
   *xml += "    </Riepilogo>\n";
 }
 
-// What the day collected by one way of paying; "8" is a discount on the payment, and no payment.
+// What the day collected by the tenders of one element.
 struct Collected {
-  Amount cash = 0;
-  Amount electronic = 0;
-  Amount ticket = 0;
-  int tickets = 0;
+  Amount amount = 0;
+  int payments = 0;
 };
+using CollectedSums = std::array<Collected, static_cast<size_t>(SummaryElement::kCount)>;
 
-void AddCollected(const RegisterCore& core, const KindTotals& kind, Collected* sums) {
+void AddCollected(const RegisterCore& core, const KindTotals& kind, CollectedSums* sums) {
   for (const Tender& tender : core.tables.tenders()) {
     const auto amount = kind.by_tender.find(tender.id);
-    if (amount == kind.by_tender.end() || tender.id == "8") continue;
-    switch (tender.kind) {
-      case TenderKind::kCash:
-        AddTo(&sums->cash, amount->second);
-        break;
-      case TenderKind::kElectronic:
-        AddTo(&sums->electronic, amount->second);
-        break;
-      case TenderKind::kTicket: {
-        AddTo(&sums->ticket, amount->second);
-        const auto count = kind.tender_counts.find(tender.id);
-        if (count != kind.tender_counts.end()) AddTo(&sums->tickets, count->second);
-        break;
-      }
-      case TenderKind::kNotPaid:
-        break;
-    }
+    if (amount == kind.by_tender.end()) continue;
+    Collected& sum = (*sums)[static_cast<size_t>(tender.element)];
+    AddTo(&sum.amount, amount->second);
+    const auto count = kind.tender_counts.find(tender.id);
+    if (count != kind.tender_counts.end()) AddTo(&sum.payments, count->second);
   }
-}
-
-Amount DiscountOnPayment(const KindTotals& kind) {
-  const auto amount = kind.by_tender.find("8");
-  return amount == kind.by_tender.end() ? 0 : amount->second;
 }
 
 std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
@@ -201,19 +184,22 @@ std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
   xml += "  <DatiRT>\n";
   for (const auto& [vat, gross] : closure.totals.GrossByVat()) AddVatEntry(closure, vat, &xml);
   xml += "    <Totali>\n";
-  Collected taken;
-  Amount discounts = 0;
+  CollectedSums sums;
   for (const DocumentKind kind : {DocumentKind::kSale, DocumentKind::kInvoice}) {
-    AddCollected(core, closure.totals.of(kind), &taken);
-    AddTo(&discounts, DiscountOnPayment(closure.totals.of(kind)));
+    AddCollected(core, closure.totals.of(kind), &sums);
   }
+  const auto collected = [&sums](SummaryElement element) -> const Collected& {
+    return sums[static_cast<size_t>(element)];
+  };
+  const Collected& tickets = collected(SummaryElement::kTicket);
   Element("      ", "NumeroDocCommerciali", std::to_string(closure.counters.documents), &xml);
-  Element("      ", "PagatoContanti", Decimal(taken.cash), &xml);
-  Element("      ", "PagatoElettronico", Decimal(taken.electronic), &xml);
-  Element("      ", "ScontoApagare", Decimal(discounts), &xml);
+  Element("      ", "PagatoContanti", Decimal(collected(SummaryElement::kCash).amount), &xml);
+  Element("      ", "PagatoElettronico", Decimal(collected(SummaryElement::kElectronic).amount),
+          &xml);
+  Element("      ", "ScontoApagare", Decimal(collected(SummaryElement::kDiscount).amount), &xml);
   xml += "      <PagatoTicket>\n";
-  Element("        ", "PagatoTicket", Decimal(taken.ticket), &xml);
-  Element("        ", "NumeroTicket", std::to_string(taken.tickets), &xml);
+  Element("        ", "PagatoTicket", Decimal(tickets.amount), &xml);
+  Element("        ", "NumeroTicket", std::to_string(tickets.payments), &xml);
   xml +=
       "      </PagatoTicket>\n"
       "    </Totali>\n"

@@ -1,5 +1,8 @@
 #include "register/report/totalizer.h"
 
+#include <optional>
+
+#include "register/tables/tenders.h"
 #include "register/totals/totals.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
@@ -78,19 +81,15 @@ constexpr DepartmentRow kDepartmentRows[] = {
      [](const Totals& totals, int number) { return totals.Department(number).amount; }},
 };
 
-// Totalizers that have no VAT class, read under class 0.
-struct PlainRow {
-  int kind;
-  int64_t (*read)(const Totals&);
-};
-
-constexpr PlainRow kPlainRows[] = {
-    {RTF_FPTR_GT_DISCOUNT_ON_PAYMENT, [](const Totals& totals) { return totals.Tender("8"); }},
-    {RTF_FPTR_GT_GENERIC_VOUCHER_GROSS, [](const Totals& totals) { return totals.Tender("30"); }},
-    {RTF_FPTR_GT_TICKET_PAYED_GROSS, [](const Totals& totals) { return totals.Tender("4"); }},
-    {RTF_FPTR_GT_TICKET_PAYED_COUNT,
-     [](const Totals& totals) -> int64_t { return totals.TenderCount("4"); }},
-};
+// Totalizers of tenders have no VAT class and are read under class 0. Nothing for another kind.
+std::optional<int64_t> TenderTotal(const Totals& totals, int kind) {
+  if (kind == 0) return std::nullopt;
+  for (const TenderRow& row : kTenders) {
+    if (row.totalizer == kind) return totals.Tender(std::string(row.id));
+    if (row.count_totalizer == kind) return totals.TenderCount(std::string(row.id));
+  }
+  return std::nullopt;
+}
 
 template <typename Row, size_t n>
 const Row* FindRow(const Row (&rows)[n], int kind) {
@@ -141,9 +140,9 @@ int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::st
     *value = department->name;
     return RTF_SUCCESS;
   }
-  if (const PlainRow* row = FindRow(kPlainRows, kind)) {
+  if (const std::optional<int64_t> total = TenderTotal(totals, kind)) {
     if (id != 0) return NoTotal(id);
-    *value = std::to_string(row->read(totals));
+    *value = std::to_string(*total);
     return RTF_SUCCESS;
   }
   if (!IsVatClass(id)) return NoTotal(id);

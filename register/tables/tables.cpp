@@ -13,19 +13,11 @@ namespace lorimat {
 namespace {
 
 std::vector<Tender> BuildTenders() {
-  std::vector<Tender> tenders = {
-      {"0", "Pagamento contante", TenderKind::kCash, true},
-      {"1", "Pagamento assegno", TenderKind::kCash, false},
-      {"2", "Pagamento elettronico", TenderKind::kElectronic, false},
-      {"3", "Pagamento bancomat", TenderKind::kElectronic, false},
-      {"4", "Ticket", TenderKind::kTicket, false},
-      {"5", "Non riscosso fatture", TenderKind::kNotPaid, false},
-      {"6", "Non riscosso servizi", TenderKind::kNotPaid, false},
-      {"7", "Non riscosso SSN", TenderKind::kNotPaid, false},
-      {"8", "Sconto a pagare", TenderKind::kTicket, false},
-      {"9", "Non riscosso", TenderKind::kNotPaid, false},
-      {"30", "Buono multiuso", TenderKind::kTicket, false},
-  };
+  std::vector<Tender> tenders;
+  for (const TenderRow& row : kTenders) {
+    tenders.push_back({std::string(row.id), std::string(row.name), row.kind, row.gives_change,
+                       row.not_paid, row.element});
+  }
   for (int number = 1; number <= Tables::kSubtenders; ++number) {
     tenders.push_back({Tables::SubtenderId(number), Tables::SubtenderName(number),
                        TenderKind::kElectronic, false});

@@ -14,18 +14,10 @@
 #include <vector>
 
 #include "managermachine/managerparams.h"
+#include "register/tables/tenders.h"
 #include "register/value/settings.h"
 
 namespace lorimat {
-
-enum class TenderKind { kCash, kElectronic, kTicket, kNotPaid };
-
-struct Tender {
-  std::string id;    // as PrintRecTotalEx names it
-  std::string name;  // as the paper names it
-  TenderKind kind;
-  bool gives_change;
-};
 
 // A record of the table that groups and operators share: group g is record g, operator n is
 // the record behind the groups by n.
