@@ -61,8 +61,9 @@ const DataSelector kDataSelectors[] = {
     {RTF_FPTR_GD_FIRMWARE, [](const RegisterCore& core) { return core.firmware_version; }},
     {RTF_FPTR_GD_REFUND_VOID,
      [](const RegisterCore& core) {
+       constexpr unsigned kKinds = Totals::kSales | Totals::kInvoices;
        return std::to_string(
-           core.store.day().Sum(Totals::kSales | Totals::kInvoices, 0, Figure::kRefundLineVoids));
+           core.store.day().Sum(kKinds, 0, EnteredFigure::kRefundLines).taken_back);
      }},
     {RTF_FPTR_GD_DESCRIPTION_LENGTH,
      [](const RegisterCore&) { return std::to_string(Paper::kDescriptionColumns); }},

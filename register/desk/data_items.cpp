@@ -263,8 +263,9 @@ const DataItem kItems[] = {
      [](Core core, Keys) {
        const Totals& day = core.store.day();
        constexpr unsigned kKinds = Totals::kSales | Totals::kInvoices;
-       return Text(day.Sum(kKinds, 0, Figure::kRefundLines) -
-                   day.Sum(kKinds, 0, Figure::kRefundLineVoids));
+       EnteredAmount refunds = day.Sum(kKinds, 0, EnteredFigure::kRefundLines);
+       AddTo(&refunds.amount, refunds.taken_back, -1);
+       return Text(refunds.amount);
      },
      nullptr},
     {380, "void documents of the day", "ten-thousandths",

@@ -5,11 +5,6 @@
 namespace lorimat {
 namespace {
 
-constexpr Figure kTaxed[] = {
-    Figure::kGross,      Figure::kServices,        Figure::kServicesNotPaid,
-    Figure::kSsnNotPaid, Figure::kInvoicesNotPaid, Figure::kUndeliveredNotPaid,
-};
-
 Amount Absolute(Amount amount) { return amount < 0 ? -amount : amount; }
 
 void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stored) {
@@ -19,12 +14,12 @@ void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stor
     const Amount taken_back = item.amount - line.open_amount;
     const int sign = item.kind == LineKind::kSale ? 1 : -1;
     if (item.kind == LineKind::kSale) {
-      At(figures, Figure::kItems) += item.amount;
-      At(figures, Figure::kItemVoids) += taken_back;
+      figures[EnteredFigure::kItems].amount += item.amount;
+      figures[EnteredFigure::kItems].taken_back += taken_back;
     }
     if (item.kind == LineKind::kRefund) {
-      At(figures, Figure::kRefundLines) += item.amount;
-      At(figures, Figure::kRefundLineVoids) += taken_back;
+      figures[EnteredFigure::kRefundLines].amount += item.amount;
+      figures[EnteredFigure::kRefundLines].taken_back += taken_back;
     }
     const Amount stands = sign * line.open_amount + line.adjusted;
     if (item.kind == LineKind::kSale && item.department != 0) {
@@ -34,7 +29,7 @@ void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stor
     }
     const Department* department = tables.FindDepartment(item.department);
     if (department != nullptr && department->is_service) {
-      At(figures, Figure::kServices) += stands;
+      figures[TaxedFigure::kServices].amount += stands;
     }
   }
 }
@@ -43,15 +38,14 @@ void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument
   for (const Adjustment& adjustment : receipt.adjustments()) {
     if (adjustment.is_void) continue;  // shows as the voided one that it takes back
     const bool surcharge = IsSurcharge(adjustment.request.type);
-    const Figure given =
+    const EnteredFigure given =
         adjustment.on_subtotal
-            ? (surcharge ? Figure::kSubtotalSurcharges : Figure::kSubtotalDiscounts)
-            : (surcharge ? Figure::kSurcharges : Figure::kDiscounts);
-    const auto taken_back = static_cast<Figure>(static_cast<size_t>(given) + 1);
+            ? (surcharge ? EnteredFigure::kSubtotalSurcharges : EnteredFigure::kSubtotalDiscounts)
+            : (surcharge ? EnteredFigure::kSurcharges : EnteredFigure::kDiscounts);
     for (const auto& [vat, delta] : adjustment.by_vat) {
-      VatFigures& figures = stored->figures[vat];
-      At(figures, given) += Absolute(delta);
-      if (adjustment.voided) At(figures, taken_back) += Absolute(delta);
+      EnteredAmount& entered = stored->figures[vat][given];
+      entered.amount += Absolute(delta);
+      if (adjustment.voided) entered.taken_back += Absolute(delta);
     }
     if (adjustment.voided) continue;
     // By what it is, as the figures: a discount on a refund line stays one.
@@ -63,7 +57,7 @@ void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument
     const Department* department = tables.FindDepartment(number);
     if (department == nullptr || !department->is_service) continue;
     for (const auto& [vat, delta] : adjustment.by_vat) {
-      At(stored->figures[vat], Figure::kServices) += delta;
+      stored->figures[vat][TaxedFigure::kServices].amount += delta;
     }
   }
 }
@@ -81,7 +75,7 @@ void AddPayments(const Receipt& receipt, StoredDocument* stored) {
     if (payment.tender->kind != TenderKind::kNotPaid) continue;
     stored->not_paid += kept;
     for (const auto& [vat, share] : Spread(kept, left)) {
-      At(stored->figures[vat], payment.tender->not_paid) += share;
+      stored->figures[vat][payment.tender->not_paid].amount += share;
       left[vat] -= share;
     }
   }
@@ -96,16 +90,15 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
   stored.by_vat = receipt.by_vat();
   stored.by_department = receipt.by_department();
   for (const auto& [vat, gross] : stored.by_vat) {
-    At(stored.figures[vat], Figure::kGross) = gross;
+    stored.figures[vat][TaxedFigure::kGross].amount = gross;
   }
   AddLines(receipt, tables, &stored);
   AddAdjustments(receipt, tables, &stored);
   AddPayments(receipt, &stored);
   for (auto& [vat, figures] : stored.figures) {
     const VatRate* rate = tables.FindVat(vat);
-    for (const Figure figure : kTaxed) {
-      const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
-      At(figures, tax) = rate != nullptr ? VatPart(At(figures, figure), rate->rate) : 0;
+    for (TaxedAmount& taxed : figures.taxed) {
+      taxed.tax = rate != nullptr ? VatPart(taxed.amount, rate->rate) : 0;
     }
   }
   return stored;

@@ -43,7 +43,7 @@ void PrintVat(const ReportFigures& figures, Paper* paper) {
   paper->Text("IVA");
   for (const auto& [vat, gross] : figures.totals.GrossByVat()) {
     paper->Pair("Totale " + VatName(figures.vat_rates, vat), FormatAmount(gross));
-    const Amount tax = figures.totals.Sum(Totals::kAll, vat, Figure::kGrossTax);
+    const Amount tax = figures.totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax;
     paper->Pair("  di cui imposta", FormatAmount(tax));
   }
 }
@@ -103,7 +103,7 @@ void PrintClosure(const Closure& closure, Paper* paper) {
   paper->Pair("Fatture", std::to_string(closure.counters.invoices));
   for (const auto& [vat, gross] : closure.totals.GrossByVat()) {
     paper->Pair("Totale " + VatName(closure.vat_rates, vat), FormatAmount(gross));
-    const Amount tax = closure.totals.Sum(Totals::kAll, vat, Figure::kGrossTax);
+    const Amount tax = closure.totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax;
     paper->Pair("  di cui imposta", FormatAmount(tax));
   }
   paper->Pair("TOTALE GIORNALIERO", FormatAmount(totals.net()));

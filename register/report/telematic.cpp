@@ -62,26 +62,24 @@ std::string DateTime(const std::tm& time) {
 struct VatElement {
   const char* name;
   unsigned kinds;
-  Figure figure;
+  TaxedFigure figure;
 };
 
 constexpr unsigned kTaken = Totals::kSales | Totals::kInvoices;
 
 constexpr VatElement kVatElements[] = {
-    {"Ammontare", kTaken, Figure::kGross},
-    {"TotaleAmmontareResi", Totals::kRefunds, Figure::kGross},
-    {"TotaleAmmontareAnnulli", Totals::kCancels, Figure::kGross},
-    {"BeniInSospeso", kTaken, Figure::kUndeliveredNotPaid},
-    {"NonRiscossoServizi", kTaken, Figure::kServicesNotPaid},
-    {"NonRiscossoFatture", kTaken, Figure::kInvoicesNotPaid},
-    {"TotaleDaFattureRT", Totals::kInvoices, Figure::kGross},
-    {"NonRiscossoDCRaSSN", kTaken, Figure::kSsnNotPaid},
+    {"Ammontare", kTaken, TaxedFigure::kGross},
+    {"TotaleAmmontareResi", Totals::kRefunds, TaxedFigure::kGross},
+    {"TotaleAmmontareAnnulli", Totals::kCancels, TaxedFigure::kGross},
+    {"BeniInSospeso", kTaken, TaxedFigure::kUndeliveredNotPaid},
+    {"NonRiscossoServizi", kTaken, TaxedFigure::kServicesNotPaid},
+    {"NonRiscossoFatture", kTaken, TaxedFigure::kInvoicesNotPaid},
+    {"TotaleDaFattureRT", Totals::kInvoices, TaxedFigure::kGross},
+    {"NonRiscossoDCRaSSN", kTaken, TaxedFigure::kSsnNotPaid},
 };
 
-Amount Net(const Totals& totals, unsigned kinds, int vat, Figure figure) {
-  const auto tax = static_cast<Figure>(static_cast<size_t>(figure) + 1);
-  Amount net = totals.Sum(kinds, vat, figure);
-  AddTo(&net, totals.Sum(kinds, vat, tax), -1);
+Amount Net(const Totals& totals, unsigned kinds, int vat, TaxedFigure figure) {
+  const Amount net = totals.Sum(kinds, vat, figure).net();
   Amount size = 0;
   AddTo(&size, net, net < 0 ? -1 : 1);
   return size;
@@ -113,7 +111,7 @@ void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
   if (rate.rate > 0) {
     *xml += "      <IVA>\n";
     Element("        ", "AliquotaIVA", Decimal(rate.rate), xml);
-    Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, Figure::kGrossTax)), xml);
+    Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, TaxedFigure::kGross).tax), xml);
     *xml += "      </IVA>\n";
   } else {
     Element("      ", "Natura", NatureOf(rate.mark), xml);

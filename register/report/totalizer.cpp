@@ -12,59 +12,84 @@ namespace lorimat {
 
 namespace {
 
-// Sums of figures that each VAT class has. A net totalizer is the gross one less its tax.
-struct VatRow {
+Amount GrossOf(const TaxedAmount& sum) { return sum.amount; }
+Amount NetOf(const TaxedAmount& sum) { return sum.net(); }
+Amount TaxOf(const TaxedAmount& sum) { return sum.tax; }
+
+// Sums of figures that each VAT class has.
+struct TaxedRow {
   int kind;
   unsigned documents;
-  Figure figure;
-  bool net = false;
+  TaxedFigure figure;
+  Amount (*part)(const TaxedAmount&);
   bool positive = false;  // of credit notes or voids alone, shown as what they came to
 };
 
 constexpr unsigned kTaken = Totals::kSales | Totals::kInvoices;
 
-constexpr VatRow kVatRows[] = {
-    {RTF_FPTR_GT_GROSS, Totals::kAll, Figure::kGross},
-    {RTF_FPTR_GT_NET, Totals::kAll, Figure::kGross, true},
-    {RTF_FPTR_GT_DISCOUNT, Totals::kAll, Figure::kDiscounts},
-    {RTF_FPTR_GT_DISCOUNT_VOID, Totals::kAll, Figure::kDiscountVoids},
-    {RTF_FPTR_GT_ITEM, kTaken, Figure::kItems},
-    {RTF_FPTR_GT_ITEM_VOID, kTaken, Figure::kItemVoids},
-    {RTF_FPTR_GT_REFUND, kTaken, Figure::kRefundLines},
-    {RTF_FPTR_GT_REFUND_VOID, kTaken, Figure::kRefundLineVoids},
-    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT, Totals::kAll, Figure::kSubtotalDiscounts},
-    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT_VOID, Totals::kAll, Figure::kSubtotalDiscountVoids},
-    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES, Totals::kAll, Figure::kSubtotalSurcharges},
-    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES_VOID, Totals::kAll, Figure::kSubtotalSurchargeVoids},
-    {RTF_FPTR_GT_SURCHARGE, Totals::kAll, Figure::kSurcharges},
-    {RTF_FPTR_GT_SURCHARGE_VOID, Totals::kAll, Figure::kSurchargeVoids},
-    {RTF_FPTR_GT_VAT_CATEGORY_DAILY_GROSS, Totals::kAll, Figure::kGross},
-    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT_GROSS, Totals::kSales, Figure::kGross},
-    {RTF_FPTR_GT_VAT_CATEGORY_REFUND_GROSS, Totals::kRefunds, Figure::kGross, false, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL_GROSS, Totals::kCancels, Figure::kGross, false, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE_GROSS, Totals::kInvoices, Figure::kGross},
-    {RTF_FPTR_GT_VAT_CATEGORY_DAILY, Totals::kAll, Figure::kGross, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT, Totals::kSales, Figure::kGross, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_REFUND, Totals::kRefunds, Figure::kGross, true, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL, Totals::kCancels, Figure::kGross, true, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE, Totals::kInvoices, Figure::kGross, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_TAXALL, Totals::kAll, Figure::kGrossTax},
-    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_GROSS, Totals::kAll, Figure::kServices},
-    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID_GROSS, Totals::kAll, Figure::kServicesNotPaid},
-    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID_GROSS, Totals::kAll, Figure::kSsnNotPaid},
-    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID_GROSS, Totals::kAll, Figure::kInvoicesNotPaid},
+constexpr TaxedRow kTaxedRows[] = {
+    {RTF_FPTR_GT_GROSS, Totals::kAll, TaxedFigure::kGross, GrossOf},
+    {RTF_FPTR_GT_NET, Totals::kAll, TaxedFigure::kGross, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_DAILY_GROSS, Totals::kAll, TaxedFigure::kGross, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT_GROSS, Totals::kSales, TaxedFigure::kGross, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_REFUND_GROSS, Totals::kRefunds, TaxedFigure::kGross, GrossOf, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL_GROSS, Totals::kCancels, TaxedFigure::kGross, GrossOf, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE_GROSS, Totals::kInvoices, TaxedFigure::kGross, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_DAILY, Totals::kAll, TaxedFigure::kGross, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_RECEIPT, Totals::kSales, TaxedFigure::kGross, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_REFUND, Totals::kRefunds, TaxedFigure::kGross, NetOf, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_CANCEL, Totals::kCancels, TaxedFigure::kGross, NetOf, true},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICE, Totals::kInvoices, TaxedFigure::kGross, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_TAXALL, Totals::kAll, TaxedFigure::kGross, TaxOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_GROSS, Totals::kAll, TaxedFigure::kServices, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID_GROSS, Totals::kAll, TaxedFigure::kServicesNotPaid,
+     GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID_GROSS, Totals::kAll, TaxedFigure::kSsnNotPaid, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID_GROSS, Totals::kAll, TaxedFigure::kInvoicesNotPaid,
+     GrossOf},
     {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID_GROSS, Totals::kAll,
-     Figure::kUndeliveredNotPaid},
-    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES, Totals::kAll, Figure::kServices, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID, Totals::kAll, Figure::kServicesNotPaid, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID, Totals::kAll, Figure::kSsnNotPaid, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID, Totals::kAll, Figure::kInvoicesNotPaid, true},
-    {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID, Totals::kAll, Figure::kUndeliveredNotPaid,
-     true},
+     TaxedFigure::kUndeliveredNotPaid, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES, Totals::kAll, TaxedFigure::kServices, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID, Totals::kAll, TaxedFigure::kServicesNotPaid,
+     NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_SSN_NOT_PAID, Totals::kAll, TaxedFigure::kSsnNotPaid, NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_INVOICES_NOT_PAID, Totals::kAll, TaxedFigure::kInvoicesNotPaid,
+     NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID, Totals::kAll, TaxedFigure::kUndeliveredNotPaid,
+     NetOf},
 };
 
-constexpr Figure kNotPaidFigures[] = {Figure::kServicesNotPaid, Figure::kSsnNotPaid,
-                                      Figure::kInvoicesNotPaid, Figure::kUndeliveredNotPaid};
+struct EnteredRow {
+  int kind;
+  unsigned documents;
+  EnteredFigure figure;
+  Amount EnteredAmount::*part;
+};
+
+constexpr EnteredRow kEnteredRows[] = {
+    {RTF_FPTR_GT_DISCOUNT, Totals::kAll, EnteredFigure::kDiscounts, &EnteredAmount::amount},
+    {RTF_FPTR_GT_DISCOUNT_VOID, Totals::kAll, EnteredFigure::kDiscounts,
+     &EnteredAmount::taken_back},
+    {RTF_FPTR_GT_ITEM, kTaken, EnteredFigure::kItems, &EnteredAmount::amount},
+    {RTF_FPTR_GT_ITEM_VOID, kTaken, EnteredFigure::kItems, &EnteredAmount::taken_back},
+    {RTF_FPTR_GT_REFUND, kTaken, EnteredFigure::kRefundLines, &EnteredAmount::amount},
+    {RTF_FPTR_GT_REFUND_VOID, kTaken, EnteredFigure::kRefundLines, &EnteredAmount::taken_back},
+    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT, Totals::kAll, EnteredFigure::kSubtotalDiscounts,
+     &EnteredAmount::amount},
+    {RTF_FPTR_GT_SUBTOTAL_DISCOUNT_VOID, Totals::kAll, EnteredFigure::kSubtotalDiscounts,
+     &EnteredAmount::taken_back},
+    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES, Totals::kAll, EnteredFigure::kSubtotalSurcharges,
+     &EnteredAmount::amount},
+    {RTF_FPTR_GT_SUBTOTAL_SURCHARGES_VOID, Totals::kAll, EnteredFigure::kSubtotalSurcharges,
+     &EnteredAmount::taken_back},
+    {RTF_FPTR_GT_SURCHARGE, Totals::kAll, EnteredFigure::kSurcharges, &EnteredAmount::amount},
+    {RTF_FPTR_GT_SURCHARGE_VOID, Totals::kAll, EnteredFigure::kSurcharges,
+     &EnteredAmount::taken_back},
+};
+
+constexpr TaxedFigure kNotPaidFigures[] = {TaxedFigure::kServicesNotPaid, TaxedFigure::kSsnNotPaid,
+                                           TaxedFigure::kInvoicesNotPaid,
+                                           TaxedFigure::kUndeliveredNotPaid};
 
 // Totalizers of a department.
 struct DepartmentRow {
@@ -150,22 +175,16 @@ int ReadTotalizer(const RegisterCore& core, int id, int scope, int kind, std::st
   const bool by_nature = id >= 10;
   Amount sum = 0;
   if (kind == RTF_FPTR_GT_NOT_PAID) {
-    for (const Figure figure : kNotPaidFigures) {
-      AddTo(&sum, totals.Sum(Totals::kAll, id, figure));
+    for (const TaxedFigure figure : kNotPaidFigures) {
+      AddTo(&sum, totals.Sum(Totals::kAll, id, figure).amount);
     }
+  } else if (const TaxedRow* taxed = FindRow(kTaxedRows, kind)) {
+    AddTo(&sum, taxed->part(totals.Sum(taxed->documents, id, taxed->figure)),
+          taxed->positive ? -1 : 1);
+  } else if (const EnteredRow* entered = FindRow(kEnteredRows, kind)) {
+    sum = totals.Sum(entered->documents, id, entered->figure).*(entered->part);
   } else {
-    const VatRow* row = FindRow(kVatRows, kind);
-    if (row == nullptr) return NoTotal(kind);
-    sum = totals.Sum(row->documents, id, row->figure);
-    if (row->net) {
-      const auto tax = static_cast<Figure>(static_cast<size_t>(row->figure) + 1);
-      AddTo(&sum, totals.Sum(row->documents, id, tax), -1);
-    }
-    if (row->positive) {
-      const Amount negative = sum;
-      sum = 0;
-      AddTo(&sum, negative, -1);
-    }
+    return NoTotal(kind);
   }
   *value = std::to_string(by_nature ? 0 : sum);
   return RTF_SUCCESS;

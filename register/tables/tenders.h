@@ -40,7 +40,7 @@ struct TenderRow {
   uint8_t key = 0;    // the function code that pays with it; 0 for none
   int data_item = 0;  // the data item that has its sum of the day, maybe with others'; 0 for none
   // Of kNotPaid: what it adds to in the VAT entries.
-  Figure not_paid = Figure::kUndeliveredNotPaid;
+  TaxedFigure not_paid = TaxedFigure::kUndeliveredNotPaid;
   SummaryElement element = ElementOf(kind);
   int totalizer = 0;  // that has its sum, and how many payments there were; 0 for none
   int count_totalizer = 0;
@@ -80,17 +80,17 @@ inline constexpr TenderRow kTenders[] = {
      .name = "Non riscosso fatture",
      .kind = TenderKind::kNotPaid,
      .key = FunctionCode::kCreditInvoice,
-     .not_paid = Figure::kInvoicesNotPaid},
+     .not_paid = TaxedFigure::kInvoicesNotPaid},
     {.id = "6",
      .name = "Non riscosso servizi",
      .kind = TenderKind::kNotPaid,
      .key = FunctionCode::kCreditServices,
-     .not_paid = Figure::kServicesNotPaid},
+     .not_paid = TaxedFigure::kServicesNotPaid},
     {.id = "7",
      .name = "Non riscosso SSN",
      .kind = TenderKind::kNotPaid,
      .key = FunctionCode::kCreditSSN,
-     .not_paid = Figure::kSsnNotPaid},
+     .not_paid = TaxedFigure::kSsnNotPaid},
     {.id = "8",
      .name = "Sconto a pagare",
      .kind = TenderKind::kTicket,
@@ -121,7 +121,7 @@ struct Tender {
   std::string name;  // as the paper names it
   TenderKind kind;
   bool gives_change;
-  Figure not_paid = Figure::kUndeliveredNotPaid;  // of kNotPaid
+  TaxedFigure not_paid = TaxedFigure::kUndeliveredNotPaid;  // of kNotPaid
   SummaryElement element = ElementOf(kind);
 };
 

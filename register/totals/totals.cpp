@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <type_traits>
 
 namespace lorimat {
 
@@ -21,8 +22,7 @@ void AddMap(const std::map<Key, Value>& from, std::map<Key, Value>* to) {
 
 void AddMap(const std::map<int, VatFigures>& from, std::map<int, VatFigures>* to) {
   for (const auto& [vat, figures] : from) {
-    VatFigures& sums = (*to)[vat];
-    for (size_t index = 0; index < figures.size(); ++index) AddTo(&sums[index], figures[index]);
+    AddTo(&(*to)[vat], figures);
   }
 }
 
@@ -78,15 +78,24 @@ void Totals::Add(const Totals& other) {
   }
 }
 
-Amount Totals::Sum(unsigned kinds, int vat, Figure figure) const {
-  Amount sum = 0;
+template <typename Figure>
+auto Totals::SumOf(unsigned kinds, int vat, Figure figure) const {
+  std::remove_cvref_t<decltype(VatFigures()[figure])> sum;
   for (const DocumentKind kind : kKinds) {
     if ((kinds & (1u << static_cast<unsigned>(kind))) == 0) continue;
     for (const auto& [entry, figures] : of(kind).by_vat) {
-      if (vat == 0 || entry == vat) AddTo(&sum, At(figures, figure), DailySign(kind));
+      if (vat == 0 || entry == vat) AddTo(&sum, figures[figure], DailySign(kind));
     }
   }
   return sum;
+}
+
+TaxedAmount Totals::Sum(unsigned kinds, int vat, TaxedFigure figure) const {
+  return SumOf(kinds, vat, figure);
+}
+
+EnteredAmount Totals::Sum(unsigned kinds, int vat, EnteredFigure figure) const {
+  return SumOf(kinds, vat, figure);
 }
 
 DepartmentSum Totals::Department(int number) const {
@@ -124,7 +133,7 @@ std::map<int, Amount> Totals::GrossByVat() const {
   std::map<int, Amount> sums;
   for (const DocumentKind kind : kKinds) {
     for (const auto& [vat, figures] : of(kind).by_vat) {
-      AddTo(&sums[vat], At(figures, Figure::kGross), DailySign(kind));
+      AddTo(&sums[vat], figures[TaxedFigure::kGross].amount, DailySign(kind));
     }
   }
   return sums;

@@ -67,7 +67,8 @@ class Totals {
   const KindTotals& of(DocumentKind kind) const { return kinds_[static_cast<size_t>(kind)]; }
   // A figure summed over kinds, with the sign that each kind has in the day; VAT entry 0 takes
   // all entries together.
-  Amount Sum(unsigned kinds, int vat, Figure figure) const;
+  TaxedAmount Sum(unsigned kinds, int vat, TaxedFigure figure) const;
+  EnteredAmount Sum(unsigned kinds, int vat, EnteredFigure figure) const;
   DepartmentSum Department(int number) const;
   DepartmentSum Sold(int number) const;
   Amount Tender(const std::string& id) const;
@@ -85,6 +86,9 @@ class Totals {
   static bool FromRecord(std::string_view text, Totals* totals);
 
  private:
+  template <typename Figure>
+  auto SumOf(unsigned kinds, int vat, Figure figure) const;
+
   std::array<KindTotals, 4> kinds_;
 };
 

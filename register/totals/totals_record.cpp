@@ -13,7 +13,10 @@ void Put(const DepartmentSum& value, RecordWriter* record) {
   record->Number(value.quantity).Number(value.amount);
 }
 void Put(const VatFigures& value, RecordWriter* record) {
-  for (const Amount amount : value) record->Number(amount);
+  for (const TaxedAmount& taxed : value.taxed) record->Number(taxed.amount).Number(taxed.tax);
+  for (const EnteredAmount& entered : value.entered) {
+    record->Number(entered.amount).Number(entered.taken_back);
+  }
 }
 
 void Take(RecordReader* record, int* value) { *value = record->Int(); }
@@ -24,7 +27,14 @@ void Take(RecordReader* record, DepartmentSum* value) {
   value->amount = record->Number();
 }
 void Take(RecordReader* record, VatFigures* value) {
-  for (Amount& amount : *value) amount = record->Number();
+  for (TaxedAmount& taxed : value->taxed) {
+    taxed.amount = record->Number();
+    taxed.tax = record->Number();
+  }
+  for (EnteredAmount& entered : value->entered) {
+    entered.amount = record->Number();
+    entered.taken_back = record->Number();
+  }
 }
 
 template <typename Key, typename Value>

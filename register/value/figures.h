@@ -8,47 +8,74 @@
 
 namespace lorimat {
 
-// What is kept for each VAT entry of a document. The figures of the first group come in pairs:
-// what was taken, and the tax contained in it.
-enum class Figure : size_t {
-  kGross,  // what the document comes to
-  kGrossTax,
-  kServices,  // lines of service departments, before adjustments of the subtotal
-  kServicesTax,
-  kServicesNotPaid,  // by the tender of services
-  kServicesNotPaidTax,
-  kSsnNotPaid,  // by that of the health service
-  kSsnNotPaidTax,
-  kInvoicesNotPaid,  // by that of invoices
-  kInvoicesNotPaidTax,
+// What was taken, and the tax contained in it.
+struct TaxedAmount {
+  Amount amount = 0;
+  Amount tax = 0;
+
+  Amount net() const {
+    Amount sum = amount;
+    AddTo(&sum, tax, -1);
+    return sum;
+  }
+};
+
+enum class TaxedFigure : size_t {
+  kGross,               // what the document comes to
+  kServices,            // lines of service departments, before adjustments of the subtotal
+  kServicesNotPaid,     // by the tender of services
+  kSsnNotPaid,          // by that of the health service
+  kInvoicesNotPaid,     // by that of invoices
   kUndeliveredNotPaid,  // by any other tender that is not collected
-  kUndeliveredNotPaidTax,
-  // Lines and adjustments, as they were entered, and how much of that was taken back.
-  kItems,
-  kItemVoids,
-  kRefundLines,
-  kRefundLineVoids,
-  kDiscounts,  // on lines and departments
-  kDiscountVoids,
-  kSurcharges,
-  kSurchargeVoids,
-  kSubtotalDiscounts,
-  kSubtotalDiscountVoids,
-  kSubtotalSurcharges,
-  kSubtotalSurchargeVoids,
   kCount,
 };
 
-inline constexpr size_t kFigures = static_cast<size_t>(Figure::kCount);
+// Lines or adjustments as they were entered, and how much of that was taken back.
+struct EnteredAmount {
+  Amount amount = 0;
+  Amount taken_back = 0;
+};
 
-// Ten-thousandths, by Figure.
-using VatFigures = std::array<Amount, kFigures>;
+enum class EnteredFigure : size_t {
+  kItems,
+  kRefundLines,
+  kDiscounts,  // on lines and departments
+  kSurcharges,
+  kSubtotalDiscounts,
+  kSubtotalSurcharges,
+  kCount,
+};
 
-inline Amount& At(VatFigures& figures, Figure figure) {
-  return figures[static_cast<size_t>(figure)];
+// Ten-thousandths; the order is that in which they are stored.
+struct VatFigures {
+  std::array<TaxedAmount, static_cast<size_t>(TaxedFigure::kCount)> taxed = {};
+  std::array<EnteredAmount, static_cast<size_t>(EnteredFigure::kCount)> entered = {};
+
+  TaxedAmount& operator[](TaxedFigure figure) { return taxed[static_cast<size_t>(figure)]; }
+  const TaxedAmount& operator[](TaxedFigure figure) const {
+    return taxed[static_cast<size_t>(figure)];
+  }
+  EnteredAmount& operator[](EnteredFigure figure) { return entered[static_cast<size_t>(figure)]; }
+  const EnteredAmount& operator[](EnteredFigure figure) const {
+    return entered[static_cast<size_t>(figure)];
+  }
+};
+
+inline void AddTo(TaxedAmount* sum, const TaxedAmount& value, int sign = 1) {
+  AddTo(&sum->amount, value.amount, sign);
+  AddTo(&sum->tax, value.tax, sign);
 }
-inline Amount At(const VatFigures& figures, Figure figure) {
-  return figures[static_cast<size_t>(figure)];
+inline void AddTo(EnteredAmount* sum, const EnteredAmount& value, int sign = 1) {
+  AddTo(&sum->amount, value.amount, sign);
+  AddTo(&sum->taken_back, value.taken_back, sign);
+}
+inline void AddTo(VatFigures* sums, const VatFigures& value) {
+  for (size_t index = 0; index < value.taxed.size(); ++index) {
+    AddTo(&sums->taxed[index], value.taxed[index]);
+  }
+  for (size_t index = 0; index < value.entered.size(); ++index) {
+    AddTo(&sums->entered[index], value.entered[index]);
+  }
 }
 
 }  // namespace lorimat

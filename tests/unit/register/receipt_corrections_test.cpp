@@ -141,8 +141,8 @@ TEST_F(ReceiptCorrectionsTest, CountersTakeAnAdjustmentByItsKind) {
   EXPECT_EQ(document.total, 407000);
   EXPECT_EQ(document.discounts, 10000);
   EXPECT_EQ(document.surcharges, 3000);
-  EXPECT_EQ(At(document.figures.at(1), Figure::kDiscounts), 10000);
-  EXPECT_EQ(At(document.figures.at(1), Figure::kSurcharges), 3000);
+  EXPECT_EQ(document.figures.at(1)[EnteredFigure::kDiscounts].amount, 10000);
+  EXPECT_EQ(document.figures.at(1)[EnteredFigure::kSurcharges].amount, 3000);
 }
 
 // --- Nothing below zero
