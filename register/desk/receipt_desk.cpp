@@ -35,20 +35,6 @@ constexpr int kNotGiven = -1;
 constexpr int kAsLastLine = -2;
 constexpr Amount kPresetPrice = -1;
 
-JournalKind JournalKindOf(DocumentKind kind) {
-  switch (kind) {
-    case DocumentKind::kInvoice:
-      return kJournalInvoice;
-    case DocumentKind::kRefund:
-      return kJournalRefund;
-    case DocumentKind::kCancel:
-      return kJournalCancel;
-    case DocumentKind::kSale:
-      break;
-  }
-  return kJournalSale;
-}
-
 bool IsAlphanumeric(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }

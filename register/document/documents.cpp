@@ -110,7 +110,7 @@ void AddDetails(const Receipt& receipt, StoredDocument* stored) {
   for (const Receipt::Line& entered : receipt.lines()) {
     const Item& item = entered.item;
     DocumentLine line;
-    line.kind = static_cast<int>(item.kind);
+    line.kind = item.kind;
     line.description = item.description;
     line.article = item.article;
     line.department = item.department;
@@ -125,8 +125,7 @@ void AddDetails(const Receipt& receipt, StoredDocument* stored) {
   for (const Adjustment& adjustment : receipt.adjustments()) {
     if (adjustment.is_void) continue;
     DocumentLine line;
-    line.kind =
-        adjustment.on_subtotal ? DocumentLine::kSubtotalAdjustment : DocumentLine::kAdjustment;
+    line.kind = adjustment.on_subtotal ? LineKind::kSubtotalAdjustment : LineKind::kAdjustment;
     line.adjustment_type = adjustment.request.type;
     line.department = adjustment.request.department;
     line.vat = adjustment.by_vat.size() == 1 ? adjustment.by_vat.begin()->first : 0;

@@ -17,9 +17,7 @@ namespace lorimat {
 // A line of a registered document. An adjustment is a line too; the voids of lines and
 // adjustments show in what was taken back.
 struct DocumentLine {
-  enum Kind { kSale, kRefund, kDeposit, kVoucher, kAdjustment, kSubtotalAdjustment };
-
-  int kind = kSale;
+  LineKind kind = LineKind::kSale;
   int adjustment_type = 0;  // RTF_FPTR_AT_*, of the last two kinds
   std::string description = {};
   std::string article = {};

@@ -18,9 +18,10 @@ namespace lorimat {
 
 enum class DocumentKind { kSale, kInvoice, kRefund, kCancel };
 
-// What a line does to the total: a sale adds, the others take off. Deposit and voucher are
-// redeemed: paid for on an earlier document, they lower this one.
-enum class LineKind { kSale, kRefund, kDeposit, kVoucher };
+// What a line does to the total, as it is stored: a sale adds, the next three take off. Deposit and
+// voucher are redeemed: paid for on an earlier document, they lower this one. The last two are the
+// adjustments of a registered document, and no kinds of items.
+enum class LineKind { kSale, kRefund, kDeposit, kVoucher, kAdjustment, kSubtotalAdjustment };
 
 // A line resolved against the tables: every value known, amounts not negative.
 struct Item {

@@ -119,11 +119,11 @@ class Checker {
   }
   // Those of a row of documents.
   static Finding Of(FindingKind kind, const Statement& row) {
-    constexpr JournalKind kKinds[] = {kJournalSale, kJournalInvoice, kJournalRefund,
-                                      kJournalCancel};
     Finding finding = {.kind = kind, .closure = row.Integer(2), .number = row.Integer(3)};
     const int64_t index = row.Integer(1);
-    if (index >= 0 && index < 4) finding.document = kKinds[index];
+    if (index >= 0 && index <= static_cast<int64_t>(DocumentKind::kCancel)) {
+      finding.document = JournalKindOf(static_cast<DocumentKind>(index));
+    }
     return finding;
   }
 

@@ -69,15 +69,14 @@ std::string DateRange(const Range& range) {
 
 struct ListName {
   DocumentKind kind;
-  int32_t filter;
   const char* name;
 };
 
 constexpr ListName kListNames[] = {
-    {DocumentKind::kSale, kJournalSale, "VEN"},
-    {DocumentKind::kInvoice, kJournalInvoice, "FAT"},
-    {DocumentKind::kRefund, kJournalRefund, "RES"},
-    {DocumentKind::kCancel, kJournalCancel, "ANN"},
+    {DocumentKind::kSale, "VEN"},
+    {DocumentKind::kInvoice, "FAT"},
+    {DocumentKind::kRefund, "RES"},
+    {DocumentKind::kCancel, "ANN"},
 };
 
 const ListName& NameOf(DocumentKind kind) {
@@ -282,7 +281,7 @@ int ReportDesk::DocumentList(const FiscalRequest& request, Paper* report) const 
   selection.to = range.to;
   core_.store.ForEachDocument(selection, [&](const StoredDocument& document) {
     const ListName& name = NameOf(document.kind);
-    if ((request.filter & name.filter) == 0) return true;
+    if ((request.filter & JournalKindOf(document.kind)) == 0) return true;
     if (!InRange(static_cast<uint32_t>(document.number), from, to)) return true;
     ++count;
     const Amount amount = DailySign(document.kind) * document.total;

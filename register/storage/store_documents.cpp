@@ -37,9 +37,9 @@ void RegisterStore::InsertDocument(const StoredDocument& document) {
     int place = 0;
     for (const DocumentLine& line : document.lines) {
       insert
-          .With(document.id, ++place, line.kind, line.adjustment_type, line.description,
-                line.article, line.department, line.vat, line.quantity, line.unit_price,
-                line.amount, line.quantity_taken_back, line.taken_back)
+          .With(document.id, ++place, static_cast<int>(line.kind), line.adjustment_type,
+                line.description, line.article, line.department, line.vat, line.quantity,
+                line.unit_price, line.amount, line.quantity_taken_back, line.taken_back)
           .Run();
     }
   }

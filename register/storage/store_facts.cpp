@@ -17,7 +17,7 @@ std::string DocumentFacts(const StoredDocument& document) {
   facts.Number(document.referred_number).Text(SumsRecord(document));
   facts.Number(static_cast<int64_t>(document.lines.size()));
   for (const DocumentLine& line : document.lines) {
-    facts.Number(line.kind).Number(line.adjustment_type).Text(line.description);
+    facts.Number(static_cast<int>(line.kind)).Number(line.adjustment_type).Text(line.description);
     facts.Text(line.article).Number(line.department).Number(line.vat).Number(line.quantity);
     facts.Number(line.unit_price).Number(line.amount).Number(line.quantity_taken_back);
     facts.Number(line.taken_back);

@@ -70,7 +70,7 @@ void ReadDetails(Database& database, StoredDocument* document) {
       "ORDER BY place");
   for (lines.With(document->id); lines.Step();) {
     DocumentLine line;
-    line.kind = lines.Int(0);
+    line.kind = static_cast<LineKind>(lines.Int(0));
     line.adjustment_type = lines.Int(1);
     line.description = lines.Text(2);
     line.article = lines.Text(3);

@@ -8,19 +8,28 @@
 #include <string_view>
 #include <vector>
 
+#include "register/document/receipt.h"
+
 namespace lorimat {
 
-// Kinds of entries, as the bits of a selection's filter. The first two and the last are those
-// that hosts have words for.
+// Kinds of entries, as the bits of a selection's filter, and as they are stored: those of
+// registered documents, in their order, and others. The first two and the last are those that hosts
+// have words for.
+constexpr int32_t JournalBit(DocumentKind kind) { return 0x2 << static_cast<int>(kind); }
 enum JournalKind : int32_t {
-  kJournalSale = 0x2,
-  kJournalInvoice = 0x4,
-  kJournalRefund = 0x8,
-  kJournalCancel = 0x10,
+  kJournalSale = JournalBit(DocumentKind::kSale),
+  kJournalInvoice = JournalBit(DocumentKind::kInvoice),
+  kJournalRefund = JournalBit(DocumentKind::kRefund),
+  kJournalCancel = JournalBit(DocumentKind::kCancel),
   kJournalAbandoned = 0x20,
   kJournalClosure = 0x40,
   kJournalNonFiscal = 0x100,
 };
+
+// That of a registered document.
+constexpr JournalKind JournalKindOf(DocumentKind kind) {
+  return static_cast<JournalKind>(JournalBit(kind));
+}
 
 inline constexpr int32_t kJournalAll = 65535;
 
