@@ -15,7 +15,7 @@ namespace lorimat {
 namespace {
 
 // Between two words of progress.
-constexpr int kPagesAtOnce = 256;
+constexpr int kPagesAtOnce = 16;
 
 // Both numbers of the form in the head of a file, and the form that a log goes with
 // (https://www.sqlite.org/fileformat2.html, 1.3).

@@ -1,5 +1,5 @@
-// Databases in files that have no name (register/part_file.h): a layer below SQLite that reads and
-// writes an open descriptor.
+// Databases in files that have no name (register/storage/part_file.h): a layer below SQLite that
+// reads and writes an open descriptor.
 #pragma once
 
 #include <string>

@@ -71,8 +71,8 @@ struct RegisterSettings {
   // The shop's VAT number, for the telematic summary.
   std::string vat_number = "01234567897";
   // Where summaries and lottery documents that are sent are put, one file each; the folder has
-  // to exist. Empty: the one that the shop has set up (register/shop_setup.h); without that they
-  // are noted as sent, and no file is written.
+  // to exist. Empty: the one that the shop has set up (register/desk/shop_setup.h); without that
+  // they are noted as sent, and no file is written.
   std::string outbox = {};
   int last_closure = 0;  // number of the last day closing made
   int last_invoice = 0;
