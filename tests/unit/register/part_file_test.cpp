@@ -230,4 +230,107 @@ TEST_F(PartFileTest, WithoutMemoryARegisterIsSavedOrNot) {
   EXPECT_GT(place, 10);
 }
 
+// --- A copy of a register
+
+namespace {
+
+class RegisterCopyTest : public PartFileTest {
+ protected:
+  void SetUp() override {
+    VirtualRegister device(FileSettings());
+    for (int n = 0; n < 3; ++n) {
+      ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecItemEx(0, "", 25000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+      ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+    }
+  }
+};
+
+}  // namespace
+
+TEST_F(RegisterCopyTest, HoldsEveryRow) {
+  {
+    RegisterFile file(Path("shop.register"));
+    PartFile part(Path("copy"));
+    uint64_t last = 0;
+    ASSERT_TRUE(file.CopyTo(part, [&last](uint64_t done, uint64_t all) {
+      EXPECT_LE(done, all);
+      last = all - done;
+      return true;
+    }));
+    EXPECT_EQ(last, 0u);
+    const RegisterFile copy(part);
+    EXPECT_TRUE(FindingTexts(copy.VerifyJournal(nullptr)).empty());
+    EXPECT_EQ(copy.Status().documents, 3u);
+    EXPECT_EQ(copy.Status().journal_hash, file.Status().journal_hash);
+    EXPECT_FALSE(std::filesystem::exists(Path("copy")));
+    ASSERT_EQ(part.Finish(), 0);
+  }
+  EXPECT_EQ(Dump("copy"), Dump("shop.register"));
+}
+
+TEST_F(RegisterCopyTest, IsOfTheMomentThoughARegisterIsAtWork) {
+  VirtualRegister device(FileSettings());
+  PartFile part(Path("copy"));
+  RegisterFile file(Path("shop.register"));
+  // Ahead of the last pages: one that began anew would have it.
+  ASSERT_TRUE(file.CopyTo(part, [&device](uint64_t, uint64_t) {
+    if (device.store().last_closure() == 0) EXPECT_EQ(device.PrintZReport(), RTF_SUCCESS);
+    return true;
+  }));
+  EXPECT_EQ(device.store().last_closure(), 1);
+  const RegisterFile copy(part);
+  EXPECT_EQ(copy.Status().closures, 0);
+  EXPECT_TRUE(FindingTexts(copy.VerifyJournal(nullptr)).empty());
+}
+
+TEST_F(RegisterCopyTest, OneThatIsStoppedLeavesNothing) {
+  const std::vector<std::string> before = Names();
+  {
+    RegisterFile file(Path("shop.register"));
+    PartFile part(Path("copy"));
+    EXPECT_FALSE(file.CopyTo(part, [](uint64_t, uint64_t) { return false; }));
+  }
+  EXPECT_EQ(Names(), before);
+}
+
+TEST_F(RegisterCopyTest, AKillInTheMiddleLeavesNothing) {
+  const std::vector<std::string> before = Names();
+  for (const bool in_check : {false, true}) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto die = [](uint64_t, uint64_t) {
+        raise(SIGKILL);
+        return true;
+      };
+      RegisterFile file(Path("shop.register"));
+      PartFile part(Path("copy"));
+      if (!in_check) file.CopyTo(part, die);
+      file.CopyTo(part, nullptr);
+      RegisterFile(part).VerifyJournal(die);
+      _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << in_check;
+    EXPECT_FALSE(std::filesystem::exists(Path("copy")));
+    EXPECT_FALSE(std::filesystem::exists(Path("copy.part")));
+    EXPECT_EQ(RegisterFile(Path("shop.register")).Status().documents, 3u);
+  }
+  EXPECT_EQ(Names(), before);
+}
+
+TEST_F(RegisterCopyTest, ADiskThatFillsAtAnyPlaceLeavesNothing) {
+  RegisterFile file(Path("shop.register"));
+  const uintmax_t size = std::filesystem::file_size(Path("shop.register"));
+  for (rlim_t limit = 0; limit < size; limit += 4096) {
+    const FileLimit full(limit);
+    PartFile part(Path("copy"));
+    EXPECT_THROW(file.CopyTo(part, nullptr), RegisterError) << limit;
+  }
+  PartFile part(Path("copy"));
+  EXPECT_TRUE(file.CopyTo(part, nullptr));
+  EXPECT_TRUE(FindingTexts(RegisterFile(part).VerifyJournal(nullptr)).empty());
+}
+
 }  // namespace lorimat

@@ -75,6 +75,21 @@ TEST_F(ShopSetupTest, EachValueThatCountsIsAnEventOfTheChain) {
   EXPECT_EQ(Findings().size(), 1u);
 }
 
+// Not as a by-catch of others.
+TEST_F(ShopSetupTest, EachValueAloneIsInTheChain) {
+  for (const ShopSetup& setup :
+       {ShopSetup{.serial_number = "99LRM0000042VR"}, ShopSetup{.vat_number = "12345678903"},
+        ShopSetup{.vat_rates = {{1, 210000}}}, ShopSetup{.departments = {{1, {"PANE", {}, {}}}}},
+        ShopSetup{.outbox = folder_.string()}, ShopSetup{.in_service = false},
+        ShopSetup{.training = true}}) {
+    const std::string before = device->store().journal_hash();
+    ASSERT_EQ(SetUp(setup), RTF_SUCCESS);
+    EXPECT_NE(device->store().journal_hash(), before);
+    EXPECT_TRUE(Findings().empty());
+    Start();
+  }
+}
+
 TEST_F(ShopSetupTest, WhatIsNotGivenStaysAndTheSameAgainChangesNothing) {
   ASSERT_EQ(SetUp(Whole()), RTF_SUCCESS);
   ASSERT_EQ(SetUp({.training = false}), RTF_SUCCESS);
