@@ -18,7 +18,9 @@
 
 #include <cctype>
 #include <cerrno>
+#include <new>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -27,6 +29,7 @@
 namespace lorimat {
 namespace {
 
+constexpr std::string_view kLogEnd = "-wal";
 constexpr char kIndex[] = "-shm";
 
 // A name that SQLite takes for a file whatever it holds, with a wish behind it.
@@ -191,18 +194,33 @@ Database::News Database::FindNews() {
   return News::kChanged;
 }
 
-// An empty log and its index go with the last one who reads, as they go with a writer. This is
-// SQLite's to do, which sees to it that nobody else has them, and wants to have the file for
-// writing even if nothing is to be written.
+// An empty log and its index go with the last one who reads, as they go with a writer, also where
+// there was room for a part of them alone. Whoever has them open has the file locked: alone with
+// it, for which it has to be opened for writing, nobody has them.
 void Database::ClearAway() noexcept {
-  if (!may_make_) return;
+  if (!may_make_ || log_name_.empty()) return;
   if (MarkOf(log_name_).size != 0 || !MarkOf(file_).IsSameFile(mark_)) return;
   sqlite3* opened = nullptr;
-  const std::string name =
-      file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0 ? "./" + file_ : file_;
-  if (sqlite3_open_v2(name.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
-                      nullptr) == SQLITE_OK) {
-    sqlite3_exec(opened, "PRAGMA user_version", nullptr, nullptr, nullptr);
+  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
+  try {
+    const std::string name = other ? "./" + file_ : file_;
+    sqlite3_open_v2(name.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    sqlite3_file* file = nullptr;
+    if (opened != nullptr) {
+      sqlite3_file_control(opened, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    }
+    if (file != nullptr && file->pMethods != nullptr) {
+      const std::string index = log_name_.substr(0, log_name_.size() - kLogEnd.size()) + kIndex;
+      const bool alone = file->pMethods->xLock(file, SQLITE_LOCK_SHARED) == SQLITE_OK &&
+                         file->pMethods->xLock(file, SQLITE_LOCK_EXCLUSIVE) == SQLITE_OK;
+      if (alone && MarkOf(log_name_).size == 0) {
+        unlink(log_name_.c_str());
+        unlink(index.c_str());
+      }
+      file->pMethods->xUnlock(file, SQLITE_LOCK_NONE);
+    }
+  } catch (const std::bad_alloc&) {
+    // They hinder nobody.
   }
   sqlite3_close(opened);
 }
