@@ -13,8 +13,15 @@ std::span<const ItalianText> italian_messages_texts() {
       {"the file is empty", "il file è vuoto"},
       {"the database of another program", "è la base di dati di un altro programma"},
       {"in use by another program", "in uso a un altro programma"},
-      {"in use by another program, under another name of the file",
-       "in uso a un altro programma, sotto un altro nome del file"},
+      {"has {} names (hard links), and its log goes by one of them: keep one name, that with the "
+       "log beside it, and copy with lorimat copy",
+       "ha {} nomi (hard link), e il suo log va con uno di essi: tenere un solo nome, quello con "
+       "accanto il log, e copiare con lorimat copy"},
+      {"has {} names (hard links), and no log lies beside this one: what was stored last may stand "
+       "beside another; read it by that name, or keep one name",
+       "ha {} nomi (hard link), e accanto a questo non c'è alcun log: quanto è stato registrato "
+       "per "
+       "ultimo può stare accanto a un altro; leggerlo con quel nome, o tenerne uno solo"},
       {"another program has begun to work with it meanwhile; read it again",
        "nel frattempo un altro programma ha cominciato a lavorarci; lo si legga di nuovo"},
       {"has to be put in order by the program that writes it, before it is read",

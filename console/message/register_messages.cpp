@@ -17,7 +17,10 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("the file is empty"),
     TR_TEXT("the database of another program"),
     TR_TEXT("in use by another program"),
-    TR_TEXT("in use by another program, under another name of the file"),
+    TR_TEXT("has {} names (hard links), and its log goes by one of them: keep one name, that with "
+            "the log beside it, and copy with lorimat copy"),
+    TR_TEXT("has {} names (hard links), and no log lies beside this one: what was stored last may "
+            "stand beside another; read it by that name, or keep one name"),
     TR_TEXT("another program has begun to work with it meanwhile; read it again"),
     TR_TEXT("has to be put in order by the program that writes it, before it is read"),
     TR_TEXT("cannot be kept here: its log cannot be shared between programs"),

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -288,6 +289,7 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   if (how == Open::kChange && !FolderRefusal().empty()) Fail(FolderRefusal());
   // Ahead of the first look into it: by another name it would be with another log.
   if (IsReserved()) FailWith(SQLITE_BUSY);
+  RefuseSecondName();
   Identify(how, kind);
   Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
   {
@@ -306,6 +308,17 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   PrepareUnits();
   FollowLog();
+}
+
+// By each of its names a file would have another log: what was stored last, when the writer was
+// killed, is missing by all names but one. Which of them that is nobody can tell from here.
+void Database::RefuseSecondName() const {
+  struct stat status = {};
+  if (stat(file_.c_str(), &status) != 0 || status.st_nlink < 2) return;
+  Fail(
+      fmt::format("has {} names (hard links), and its log goes by one of them: keep one name, that "
+                  "with the log beside it, and copy with lorimat copy",
+                  status.st_nlink));
 }
 
 // Whether somebody has locked out other writers.

@@ -190,6 +190,7 @@ class Database {
   void OpenAlone();
   void FirstMoment(const DatabaseKind& kind);
   void RefuseOtherName() const;
+  void RefuseSecondName() const;
   void CopyIntoMemory();
   int LockOutWriters() noexcept;
   void LetWritersIn() noexcept;

@@ -126,12 +126,15 @@ void Database::CheckUndisturbed() const {
                        "another program has begun to work with it meanwhile; read it again");
 }
 
-// By another name a file has another log: that of its writer is not seen.
+// By another name a file has another log: that of its writer, or of one that was killed, is not
+// seen. A writer that has stored nothing yet has an empty one.
 void Database::RefuseOtherName() const {
   struct stat status = {};
-  if (stat(file_.c_str(), &status) != 0 || status.st_nlink < 2) return;
-  if (!IsReserved() || MarkOf(log_name_).size > 0) return;
-  Fail("in use by another program, under another name of the file");
+  if (stat(file_.c_str(), &status) != 0 || status.st_nlink < 2 || IsThere(log_name_)) return;
+  Fail(
+      fmt::format("has {} names (hard links), and no log lies beside this one: what was stored "
+                  "last may stand beside another; read it by that name, or keep one name",
+                  status.st_nlink));
 }
 
 // The file stays of its version.

@@ -359,24 +359,20 @@ TEST_F(DatabaseTest, ASecondWriterIsRefused) {
   EXPECT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
   EXPECT_EQ(Refusal(Path("shop.register")), Path("shop.register") + cause);
   device.reset();
+  std::filesystem::remove(Path("twin"));
   EXPECT_EQ(Refusal(Path("link")), "");
 }
 
 // A log goes by the name of its file: under another name its receipts would be missing.
 TEST_F(DatabaseTest, ALookUnderAnotherNameOfAFileAtWorkIsRefused) {
   MakeRegister("shop.register");
-  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
   std::filesystem::create_symlink(Path("shop.register"), Path("link"));
-  EXPECT_EQ(LookRefusal(Path("twin")), "");
-  {
-    VirtualRegister device(FileSettings());
-    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
-    EXPECT_EQ(LookRefusal(Path("twin")),
-              Path("twin") + ": in use by another program, under another name of the file");
-    EXPECT_TRUE(RegisterFile(Path("link")).Status().open_document);
-    EXPECT_EQ(LookRefusal(Path("shop.register")), "");
-  }
-  EXPECT_EQ(LookRefusal(Path("twin")), "");
+  VirtualRegister device(FileSettings());
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  EXPECT_NE(LookRefusal(Path("twin")), "");
+  EXPECT_TRUE(RegisterFile(Path("link")).Status().open_document);
+  EXPECT_EQ(LookRefusal(Path("shop.register")), "");
 }
 
 TEST_F(DatabaseTest, AForkedProcessHasNoPartInTheRegister) {

@@ -1,0 +1,66 @@
+// Files that others know, write or disturb.
+#include "register/storage/database.h"
+#include "register/storage/schema.h"
+#include "store_fixture.h"
+
+namespace lorimat {
+namespace {
+
+class DatabaseSharingTest : public StoredRegisterTest {
+ protected:
+  std::string OpenRefusal(const std::string& name, Database::Open how) const {
+    try {
+      const Database database(Path(name), how, kRegisterKind);
+    } catch (const RegisterError& error) {
+      return error.what();
+    }
+    return {};
+  }
+  static int64_t Documents(Database& database) {
+    const Moment moment(database);
+    Statement row = database.Prepare("SELECT count(*) FROM document");
+    return row.Step() ? row.Integer(0) : -1;
+  }
+};
+
+// What was sold last stands in a log that goes by one of the names.
+TEST_F(DatabaseSharingTest, AKilledRegistersFileWithTwoNamesIsReadByThatOfItsLogAndNotWritten) {
+  Receipt(1, 10000);
+  CopyAsCut("shop.register", "killed");
+  std::filesystem::create_hard_link(Path("killed"), Path("twin"));
+  const std::string before = Bytes("killed") + Bytes("killed-wal");
+  for (const char* name : {"killed", "twin"}) {
+    for (const Database::Open how : {Database::Open::kCreate, Database::Open::kChange}) {
+      EXPECT_EQ(OpenRefusal(name, how),
+                Path(name) +
+                    ": has 2 names (hard links), and its log goes by one of them: keep one name, "
+                    "that with the log beside it, and copy with lorimat copy");
+    }
+  }
+  EXPECT_EQ(OpenRefusal("twin", Database::Open::kRead),
+            Path("twin") +
+                ": has 2 names (hard links), and no log lies beside this one: what was stored "
+                "last may stand beside another; read it by that name, or keep one name");
+  EXPECT_FALSE(std::filesystem::exists(Path("twin-wal")));
+  {
+    Database look(Path("killed"), Database::Open::kRead, kRegisterKind);
+    EXPECT_EQ(Documents(look), 1);
+  }
+  EXPECT_EQ(Bytes("killed") + Bytes("killed-wal"), before);
+  std::filesystem::remove(Path("twin"));
+  Database writer(Path("killed"), Database::Open::kChange, kRegisterKind);
+  EXPECT_EQ(Documents(writer), 1);
+}
+
+TEST_F(DatabaseSharingTest, AWriterThatHasStoredNothingYetIsReadByItsOwnName) {
+  device.reset();
+  const Database writer(Path("shop.register"), Database::Open::kChange, kRegisterKind);
+  ASSERT_TRUE(std::filesystem::exists(Path("shop.register-wal")));
+  ASSERT_EQ(Bytes("shop.register-wal"), "");
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  EXPECT_EQ(OpenRefusal("shop.register", Database::Open::kRead), "");
+  EXPECT_NE(OpenRefusal("twin", Database::Open::kRead), "");
+}
+
+}  // namespace
+}  // namespace lorimat
