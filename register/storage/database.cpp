@@ -133,7 +133,7 @@ Database::Database(const std::string& file, Open how, const DatabaseKind& kind)
   } catch (...) {
     // A new file goes again, unless somebody else has it by now.
     if (made_.is_there() && handle_ != nullptr && LockOutWriters() == SQLITE_OK) made_.Lock();
-    idle_.clear();
+    DropStatements();
     if (reads_) {
       handle_.reset();
       ClearAway();
@@ -150,10 +150,7 @@ Database::~Database() {
   }
   if (in_unit_) Rollback();
   if (logged_) EmptyLog();
-  idle_.clear();
-  begin_.reset();
-  commit_.reset();
-  rollback_.reset();
+  DropStatements();
   made_.Remove();
   const bool writes = logged_;
   if (writes) LetWritersIn();
@@ -164,7 +161,7 @@ Database::~Database() {
 // In a process that was forked off: the locks are the other's, and so is what is under way.
 void Database::Abandon() noexcept {
   for (auto& [sql, statement] : idle_) static_cast<void>(statement.release());
-  for (StatementHandle* statement : {&begin_, &commit_, &rollback_}) {
+  for (StatementHandle* statement : {&begin_moment_, &begin_, &commit_, &rollback_}) {
     static_cast<void>(statement->release());
   }
   made_.Keep();
@@ -251,6 +248,7 @@ void Database::OpenHandle(const std::string& name, int flags, const char* layer)
   sqlite3* opened = nullptr;
   const int code = sqlite3_open_v2(name.c_str(), &opened,
                                    flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, layer);
+  DropStatements();
   handle_.reset(opened);
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) {

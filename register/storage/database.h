@@ -215,6 +215,7 @@ class Database {
   void SetDurable(bool durable);
   int64_t Value(const std::string& sql);
   void PrepareUnits();
+  void DropStatements() noexcept;
   void FollowLog();
   bool Step(const StatementHandle& statement, int* code) noexcept;
   bool DropRemains() noexcept;
@@ -249,6 +250,7 @@ class Database {
   int version_ = 0;
   int version_before_ = 0;  // of the unit of work
   bool in_unit_ = false;
+  bool in_moment_ = false;
   bool durable_ = true;
   bool doubtful_ = false;
   // The log as far as it holds what stands: its generation, which its head names, and the frames.
@@ -266,6 +268,7 @@ class Database {
   // handle, whose lock keeps others out of it.
   mutable NewFile made_;
   // Ready to be run when nothing can be prepared.
+  StatementHandle begin_moment_;
   StatementHandle begin_;
   StatementHandle commit_;
   StatementHandle rollback_;

@@ -43,6 +43,7 @@ Database::Database(const PartFile& part, const DatabaseKind& kind)
   OpenHandle("file:" + DescriptorFiles::NameOf(part.descriptor()) + "?immutable=1",
              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, DescriptorFiles::kLayer);
   Execute("PRAGMA query_only = ON; PRAGMA temp_store = MEMORY");
+  PrepareUnits();
   Identify(Open::kRead, kind);
 }
 

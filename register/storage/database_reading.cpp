@@ -96,6 +96,7 @@ void Database::OpenToRead(const std::string& name, const DatabaseKind& kind) {
 
 void Database::FirstMoment(const DatabaseKind& kind) {
   Execute("PRAGMA query_only = ON");
+  PrepareUnits();
   {
     const Moment moment(*this);
     Identify(Open::kRead, kind);
@@ -153,21 +154,26 @@ void Database::CopyIntoMemory() {
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   CheckUndisturbed();
-  idle_.clear();
+  DropStatements();
   handle_.swap(copy);
   copied_ = true;
   PrepareUnits();
 }
 
 bool Database::BeginMoment() {
-  if (sqlite3_get_autocommit(handle_.get()) == 0) return false;
-  if (!reads_) {
-    Execute("BEGIN");
-  } else {
+  if (sqlite3_get_autocommit(handle_.get()) == 0) {
+    if (in_moment_ || in_unit_) return false;
+    // One that could not be ended the last time.
+    int code = SQLITE_OK;
+    if (!Step(rollback_, &code)) FailWith(code);
+  }
+  if (reads_) {
     if (!alone_ && !copied_) RefuseOtherName();
     CheckUndisturbed();
-    Execute("BEGIN");
   }
+  int code = SQLITE_OK;
+  if (!Step(begin_moment_, &code)) FailWith(code);
+  in_moment_ = true;
   try {
     // It is that of the first reading.
     static_cast<void>(Value("SELECT count(*) FROM sqlite_master"));
@@ -178,10 +184,11 @@ bool Database::BeginMoment() {
   return true;
 }
 
+// Needs no memory: a reader that stayed in its moment would see nothing new any more.
 void Database::EndMoment() noexcept {
-  if (sqlite3_get_autocommit(handle_.get()) == 0) {
-    sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-  }
+  in_moment_ = false;
+  int code = SQLITE_OK;
+  if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
 }
 
 Database::News Database::FindNews() {

@@ -54,11 +54,20 @@ void Database::PrepareUnits() {
     if (code != SQLITE_OK) FailWith(code);
     return handle;
   };
+  begin_moment_ = prepare("BEGIN");
   begin_ = prepare("BEGIN IMMEDIATE");
   commit_ = prepare("COMMIT");
   rollback_ = prepare("ROLLBACK");
   sqlite3_rollback_hook(
       handle_.get(), [](void* self) { static_cast<Database*>(self)->taken_back_ = true; }, this);
+}
+
+// SQLite closes no connection that has some left.
+void Database::DropStatements() noexcept {
+  idle_.clear();
+  for (StatementHandle* statement : {&begin_moment_, &begin_, &commit_, &rollback_}) {
+    statement->reset();
+  }
 }
 
 // Learns of each commit that stands, and how far the log reaches with it. SQLite asks the hook

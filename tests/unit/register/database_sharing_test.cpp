@@ -1,4 +1,8 @@
-// Files that others know, write or disturb.
+// Files that others know, write or disturb: second names, strangers, and moments that end without
+// memory.
+#include <optional>
+
+#include "failing_memory.h"
 #include "register/storage/database.h"
 #include "register/storage/schema.h"
 #include "store_fixture.h"
@@ -60,6 +64,31 @@ TEST_F(DatabaseSharingTest, AWriterThatHasStoredNothingYetIsReadByItsOwnName) {
   std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
   EXPECT_EQ(OpenRefusal("shop.register", Database::Open::kRead), "");
   EXPECT_NE(OpenRefusal("twin", Database::Open::kRead), "");
+}
+
+TEST_F(DatabaseSharingTest, AMomentEndsWithoutMemory) {
+  Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  ASSERT_EQ(Documents(look), 0);
+  {
+    std::optional<Moment> moment(look);
+    FailingMemory::FailAt(1, FailingMemory::kForGood);
+    moment.reset();
+    FailingMemory::Heal();
+  }
+  Receipt(1, 10000);
+  EXPECT_EQ(look.FindNews(), Database::News::kChanged);
+  EXPECT_EQ(Documents(look), 1);
+}
+
+TEST_F(DatabaseSharingTest, AMomentWithinAnotherIsPartOfIt) {
+  Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  {
+    const Moment moment(look);
+    ASSERT_EQ(Documents(look), 0);
+    Receipt(1, 10000);
+    EXPECT_EQ(Documents(look), 0);
+  }
+  EXPECT_EQ(Documents(look), 1);
 }
 
 }  // namespace
