@@ -264,12 +264,12 @@ void Database::OpenHandle(const std::string& name, int flags, const char* layer)
 void Database::OpenFile(Open how, const DatabaseKind& kind) {
   // In front of a name that SQLite takes for something else than a file.
   const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
-  const std::string name = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
+  open_name_ = file_.empty() ? ":memory:" : other ? "./" + file_ : file_;
   if (reads_ && !in_memory()) {
-    OpenToRead(name, kind);
+    OpenToRead(open_name_, kind);
     return;
   }
-  OpenHandle(name, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
+  OpenHandle(open_name_, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
   if (in_memory()) {
     Execute("PRAGMA foreign_keys = ON");
     PrepareUnits();

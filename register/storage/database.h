@@ -238,6 +238,7 @@ class Database {
   static FileMark MarkOf(const std::string& file) noexcept;
 
   std::string file_;
+  std::string open_name_;  // what SQLite takes for the file, and for nothing else
   bool reads_ = false;     // kRead
   bool may_make_ = false;  // what a log needs, for reading
   bool alone_ = false;     // read without its log, which writers do not know of
@@ -245,6 +246,7 @@ class Database {
   FileMark mark_;
   FileMark log_mark_;
   std::string log_name_;
+  std::string index_name_;  // of the log
   int64_t seen_ = 0;   // the state of the data, by SQLite's count
   int64_t owner_ = 0;  // the process that has opened it
   int version_ = 0;

@@ -29,7 +29,6 @@
 namespace lorimat {
 namespace {
 
-constexpr std::string_view kLogEnd = "-wal";
 constexpr char kIndex[] = "-shm";
 
 // A name that SQLite takes for a file whatever it holds, with a wish behind it.
@@ -70,6 +69,7 @@ void Database::OpenToRead(const std::string& name, const DatabaseKind& kind) {
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   const char* const real_name = sqlite3_db_filename(handle_.get(), "main");
   log_name_ = sqlite3_filename_wal(real_name);
+  index_name_ = std::string(real_name) + kIndex;
   log_mark_ = MarkOf(log_name_);
   CheckHead(kind);
   RefuseOtherName();
@@ -77,7 +77,7 @@ void Database::OpenToRead(const std::string& name, const DatabaseKind& kind) {
               FolderRefusal().empty() && ActsForOwner(file_);
   if (may_make_) {
     // SQLite makes what it needs.
-  } else if (IsThere(log_name_) && IsThere(std::string(real_name) + kIndex)) {
+  } else if (IsThere(log_name_) && IsThere(index_name_)) {
     OpenHandle(Uri(file_, "readonly_shm=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   } else {
@@ -211,26 +211,19 @@ void Database::ClearAway() noexcept {
   if (!may_make_ || log_name_.empty()) return;
   if (MarkOf(log_name_).size != 0 || !MarkOf(file_).IsSameFile(mark_)) return;
   sqlite3* opened = nullptr;
-  const bool other = file_.compare(0, 1, ":") == 0 || file_.compare(0, 5, "file:") == 0;
-  try {
-    const std::string name = other ? "./" + file_ : file_;
-    sqlite3_open_v2(name.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  if (sqlite3_open_v2(open_name_.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                      nullptr) == SQLITE_OK) {
     sqlite3_file* file = nullptr;
-    if (opened != nullptr) {
-      sqlite3_file_control(opened, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    }
+    sqlite3_file_control(opened, "main", SQLITE_FCNTL_FILE_POINTER, &file);
     if (file != nullptr && file->pMethods != nullptr) {
-      const std::string index = log_name_.substr(0, log_name_.size() - kLogEnd.size()) + kIndex;
       const bool alone = file->pMethods->xLock(file, SQLITE_LOCK_SHARED) == SQLITE_OK &&
                          file->pMethods->xLock(file, SQLITE_LOCK_EXCLUSIVE) == SQLITE_OK;
       if (alone && MarkOf(log_name_).size == 0) {
         unlink(log_name_.c_str());
-        unlink(index.c_str());
+        unlink(index_name_.c_str());
       }
       file->pMethods->xUnlock(file, SQLITE_LOCK_NONE);
     }
-  } catch (const std::bad_alloc&) {
-    // They hinder nobody.
   }
   sqlite3_close(opened);
 }

@@ -91,5 +91,19 @@ TEST_F(DatabaseSharingTest, AMomentWithinAnotherIsPartOfIt) {
   EXPECT_EQ(Documents(look), 1);
 }
 
+TEST_F(DatabaseSharingTest, ALookEndsWithoutMemory) {
+  device.reset();
+  const std::string name = std::string(100, 'n');
+  std::filesystem::copy_file(Path("shop.register"), Path(name));
+  std::optional<Database> look;
+  look.emplace(Path(name), Database::Open::kRead, kRegisterKind);
+  ASSERT_EQ(Documents(*look), 0);
+  FailingMemory::FailAt(1, FailingMemory::kForGood);
+  look.reset();
+  FailingMemory::Heal();
+  EXPECT_TRUE(FailingMemory::failed());
+  EXPECT_EQ(OpenRefusal(name, Database::Open::kRead), "");
+}
+
 }  // namespace
 }  // namespace lorimat
