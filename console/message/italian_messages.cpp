@@ -22,6 +22,9 @@ std::span<const ItalianText> italian_messages_texts() {
        "ha {} nomi (hard link), e accanto a questo non c'è alcun log: quanto è stato registrato "
        "per "
        "ultimo può stare accanto a un altro; leggerlo con quel nome, o tenerne uno solo"},
+      {"was written by another program meanwhile; nothing more is stored until it is opened again",
+       "nel frattempo è stato scritto da un altro programma; non si registra altro finché non "
+       "viene riaperto"},
       {"another program has begun to work with it meanwhile; read it again",
        "nel frattempo un altro programma ha cominciato a lavorarci; lo si legga di nuovo"},
       {"has to be put in order by the program that writes it, before it is read",

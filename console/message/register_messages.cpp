@@ -21,6 +21,8 @@ constexpr std::string_view kCauses[] = {
             "the log beside it, and copy with lorimat copy"),
     TR_TEXT("has {} names (hard links), and no log lies beside this one: what was stored last may "
             "stand beside another; read it by that name, or keep one name"),
+    TR_TEXT("was written by another program meanwhile; nothing more is stored until it is opened "
+            "again"),
     TR_TEXT("another program has begun to work with it meanwhile; read it again"),
     TR_TEXT("has to be put in order by the program that writes it, before it is read"),
     TR_TEXT("cannot be kept here: its log cannot be shared between programs"),

@@ -161,7 +161,8 @@ Database::~Database() {
 // In a process that was forked off: the locks are the other's, and so is what is under way.
 void Database::Abandon() noexcept {
   for (auto& [sql, statement] : idle_) static_cast<void>(statement.release());
-  for (StatementHandle* statement : {&begin_moment_, &begin_, &commit_, &rollback_}) {
+  for (StatementHandle* statement :
+       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_}) {
     static_cast<void>(statement->release());
   }
   made_.Keep();
@@ -306,6 +307,8 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   PrepareUnits();
   FollowLog();
+  // What is read from now on is of this state, or of none that is written on.
+  seen_ = DataVersion();
 }
 
 // By each of its names a file would have another log: what was stored last, when the writer was
@@ -380,11 +383,10 @@ std::string Database::FolderRefusal() const {
 // SQLite tries to read a file that it could not make, and reports that there is none.
 void Database::ExplainOpening(int code) const {
   if ((code & 0xFF) != SQLITE_CANTOPEN) return;
-  const int file =
-      open(file_.c_str(), reads_ ? O_RDONLY | O_CLOEXEC : O_WRONLY | O_APPEND | O_CLOEXEC);
+  // It is not opened to find out: closing it would take every lock on it from this process.
+  const bool refused = faccessat(AT_FDCWD, file_.c_str(), reads_ ? R_OK : W_OK, AT_EACCESS) != 0;
   const int error = errno;
-  if (file < 0) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
-  close(file);
+  if (refused) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
 }
 
 bool Database::HasLog() const {

@@ -216,6 +216,9 @@ class Database {
   int64_t Value(const std::string& sql);
   void PrepareUnits();
   void DropStatements() noexcept;
+  int64_t DataVersion() noexcept;
+  void RequireOwn();
+  [[noreturn]] void FailOvertaken() const;
   void FollowLog();
   bool Step(const StatementHandle& statement, int* code) noexcept;
   bool DropRemains() noexcept;
@@ -248,6 +251,8 @@ class Database {
   std::string log_name_;
   std::string index_name_;  // of the log
   int64_t seen_ = 0;   // the state of the data, by SQLite's count
+  // The state of the data, by SQLite's count; of a writer the last one of its own, -1: not known.
+  int64_t seen_ = 0;
   int64_t owner_ = 0;  // the process that has opened it
   int version_ = 0;
   int version_before_ = 0;  // of the unit of work
@@ -255,6 +260,7 @@ class Database {
   bool in_moment_ = false;
   bool durable_ = true;
   bool doubtful_ = false;
+  bool overtaken_ = false;  // another program has written the file
   // The log as far as it holds what stands: its generation, which its head names, and the frames.
   struct LogEnd {
     std::array<unsigned char, 8> generation = {};
@@ -274,6 +280,7 @@ class Database {
   StatementHandle begin_;
   StatementHandle commit_;
   StatementHandle rollback_;
+  StatementHandle data_version_;
   IdleStatements idle_;
 };
 

@@ -58,6 +58,7 @@ void Database::PrepareUnits() {
   begin_ = prepare("BEGIN IMMEDIATE");
   commit_ = prepare("COMMIT");
   rollback_ = prepare("ROLLBACK");
+  data_version_ = prepare("PRAGMA data_version");
   sqlite3_rollback_hook(
       handle_.get(), [](void* self) { static_cast<Database*>(self)->taken_back_ = true; }, this);
 }
@@ -65,9 +66,38 @@ void Database::PrepareUnits() {
 // SQLite closes no connection that has some left.
 void Database::DropStatements() noexcept {
   idle_.clear();
-  for (StatementHandle* statement : {&begin_moment_, &begin_, &commit_, &rollback_}) {
+  for (StatementHandle* statement :
+       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_}) {
     statement->reset();
   }
+}
+
+// A number that other connections' commits change, and this one's own do not. -1: not known.
+int64_t Database::DataVersion() noexcept {
+  const int code = sqlite3_step(data_version_.get());
+  const int64_t version = code == SQLITE_ROW ? sqlite3_column_int64(data_version_.get(), 0) : -1;
+  sqlite3_reset(data_version_.get());
+  return version;
+}
+
+// The reservation keeps other registers out, and is lost when anything in this process closes the
+// file; who writes by other means does not ask for it. What this register knows is then old: a unit
+// on top of it would give numbers twice. It is asked within the unit, when nobody else can write.
+void Database::RequireOwn() {
+  if (!logged_) return;
+  const int64_t version = DataVersion();
+  const int failure = version < 0 ? sqlite3_errcode(handle_.get()) : SQLITE_OK;
+  if (seen_ < 0) seen_ = version;
+  overtaken_ = failure == SQLITE_OK && version != seen_;
+  if (failure == SQLITE_OK && !overtaken_) return;
+  int code = SQLITE_OK;
+  Step(rollback_, &code);
+  if (!overtaken_) FailWith(failure);
+  FailOvertaken();
+}
+
+void Database::FailOvertaken() const {
+  Fail("was written by another program meanwhile; nothing more is stored until it is opened again");
 }
 
 // Learns of each commit that stands, and how far the log reaches with it. SQLite asks the hook
@@ -150,6 +180,7 @@ bool Database::Step(const StatementHandle& statement, int* code) noexcept {
 
 void Database::Begin(bool durable) {
   if (getpid() != owner_) Fail("in use by another program");
+  if (overtaken_) FailOvertaken();
   // One that could not be taken back the last time.
   if (sqlite3_get_autocommit(handle_.get()) == 0) Rollback();
   if (doubtful_) {
@@ -161,6 +192,7 @@ void Database::Begin(bool durable) {
   SetDurable(durable);
   int code = SQLITE_OK;
   if (!Step(begin_, &code)) FailWith(code);
+  RequireOwn();
   in_unit_ = true;
   version_before_ = version_;
 }
@@ -195,11 +227,15 @@ void Database::TakeOverLongLog() noexcept {
 }
 
 void Database::Rollback() noexcept {
+  const bool held = in_unit_ || sqlite3_get_autocommit(handle_.get()) == 0;
   // Behind some failures SQLite has done it already.
   int code = SQLITE_OK;
   if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
   if (in_unit_) version_ = version_before_;
   in_unit_ = false;
+  // Behind a failure SQLite forgets what it had read, and counts that as a change. Until now nobody
+  // else could write.
+  if (logged_ && held) seen_ = DataVersion();
 }
 
 }  // namespace lorimat

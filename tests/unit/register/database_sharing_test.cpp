@@ -105,5 +105,38 @@ TEST_F(DatabaseSharingTest, ALookEndsWithoutMemory) {
   EXPECT_EQ(OpenRefusal(name, Database::Open::kRead), "");
 }
 
+// Whoever writes by other means, or is let in when the reservation is lost, is noticed before
+// anything is stored on top of what is not known.
+TEST_F(DatabaseSharingTest, AWriterStoresNothingOnTopOfAnothers) {
+  device.reset();
+  {
+    Database writer(Path("shop.register"), Database::Open::kChange, kRegisterKind);
+    {
+      Transaction own(writer);
+      writer.Execute("CREATE TABLE own (number INTEGER)");
+      own.Commit();
+    }
+    { Transaction taken_back(writer); }
+    Sql("shop.register", "CREATE TABLE foreign_one (number INTEGER)");
+    for (int n = 0; n < 2; ++n) {
+      try {
+        writer.Begin(true);
+        ADD_FAILURE() << n;
+        writer.Rollback();
+      } catch (const RegisterError& error) {
+        EXPECT_EQ(error.what(), Path("shop.register") +
+                                    ": was written by another program meanwhile; nothing more is "
+                                    "stored until it is opened again");
+      }
+      EXPECT_FALSE(writer.in_unit());
+    }
+  }
+  Database again(Path("shop.register"), Database::Open::kChange, kRegisterKind);
+  Transaction unit(again);
+  again.Execute("INSERT INTO foreign_one VALUES (1)");
+  again.Execute("INSERT INTO own VALUES (1)");
+  unit.Commit();
+}
+
 }  // namespace
 }  // namespace lorimat
