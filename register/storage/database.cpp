@@ -347,6 +347,7 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
   if (!blank && application != kind.application_id) Fail("the database of another program");
   if (blank && how != Open::kCreate) Fail("the file is empty");
   if (!blank && version_ < 1) {
+    CheckUndisturbed();
     throw DamageError(Name(), "the register is damaged: its version makes no sense");
   }
   if (version_ > kind.newest_version) {
@@ -481,6 +482,14 @@ void Database::Fail(const std::string& cause) const { throw RegisterError(Name()
 // In words for whom the register belongs to. What SQLite says comes with them where it tells more.
 void Database::FailWith(int code) const {
   if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
+  // What is read of two moments may look like damage.
+  switch (code & 0xFF) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR:
+    case SQLITE_IOERR:
+      CheckUndisturbed();
+  }
   const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
   const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
   switch (code & 0xFF) {
@@ -518,6 +527,7 @@ void Database::FailWith(int code) const {
 }
 
 void Database::Damaged(std::string_view what) const {
+  CheckUndisturbed();
   throw DamageError(Name(), fmt::format("the register is damaged: {} makes no sense", what));
 }
 

@@ -6,6 +6,8 @@
 #include <optional>
 
 #include "register/inspect/register_file.h"
+#include "register/storage/database.h"
+#include "register/storage/schema.h"
 #include "store_fixture.h"
 
 namespace lorimat {
@@ -234,6 +236,25 @@ TEST_F(UnwritableTest, ALookThatARegisterDoesNotKnowOfEndsWhenItBeginsToWork) {
   const AsNobody nobody;
   EXPECT_EQ(look->Look(), RegisterFile::News::kChanged);
   EXPECT_TRUE(look->Status().open_document);
+}
+
+// What is read of two moments may look like damage.
+TEST_F(UnwritableTest, ADisturbedLookTellsOfTheDisturbanceAndNotOfDamage) {
+  device.reset();
+  Protect("shop.register");
+  std::optional<Database> look;
+  {
+    const AsNobody nobody;
+    look.emplace(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  }
+  std::string bytes = Bytes("shop.register");
+  constexpr size_t kFirstPage = 4096;
+  ASSERT_GT(bytes.size(), kFirstPage);
+  std::fill(bytes.begin() + kFirstPage, bytes.end(), 'x');
+  Write("shop.register", bytes);
+  Statement documents = look->Prepare("SELECT * FROM document");
+  EXPECT_THROW(static_cast<void>(documents.Step()), DisturbedError);
+  EXPECT_THROW(look->Damaged("a value"), DisturbedError);
 }
 
 // A file may belong to somebody else than the one who may write it: what is made beside it would be
