@@ -41,6 +41,7 @@ enum class Waited { kReady, kPaused, kGone, kInterrupted };
 
 // For the descriptor to take something, or for a pause.
 Waited Wait(int descriptor, short events, const timespec* pause, const HeldSignals& held) {
+  if (interrupted != 0) return Waited::kInterrupted;  // before they were held
   pollfd place = {descriptor, events, 0};
   const int found = ppoll(&place, 1, pause, held.before());
   if (interrupted != 0) return Waited::kInterrupted;
@@ -54,8 +55,9 @@ Waited Wait(int descriptor, short events, const timespec* pause, const HeldSigna
 }  // namespace
 
 int Follow(const std::function<Following()>& look, Streams& streams) {
-  const HeldSignals held;
+  // It goes last: what came twice meets the watch when it is let in, and not what kills.
   const InterruptWatch watch;
+  const HeldSignals held;
   const int output = streams.output_descriptor();
   const auto ended = [] { return interrupted == SIGINT ? kExitGood : interrupt_exit(); };
   for (;;) {
