@@ -52,6 +52,10 @@ int Write(sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
     const ssize_t put = pwrite(DescriptorOf(file), bytes, static_cast<size_t>(size), at);
     if (put < 0 && errno == EINTR) continue;
     if (put < 0) return NoteWriteError(SQLITE_IOERR_WRITE);
+    if (put == 0) {  // it would go on for ever
+      errno = EIO;
+      return NoteWriteError(SQLITE_IOERR_WRITE);
+    }
     bytes += put;
     at += put;
     size -= static_cast<int>(put);

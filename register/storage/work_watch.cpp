@@ -22,8 +22,8 @@ WorkWatch::~WorkWatch() { sqlite3_progress_handler(database_.handle_.get(), 0, n
 int WorkWatch::Ask(void* watch) noexcept {
   try {
     return static_cast<WorkWatch*>(watch)->goes_on_() ? 0 : 1;
-  } catch (const std::exception&) {
-    // Without memory to ask the work goes on.
+  } catch (...) {
+    // Without memory to ask the work goes on. Nothing may be thrown through SQLite.
     return 0;
   }
 }

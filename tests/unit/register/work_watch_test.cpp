@@ -44,6 +44,12 @@ TEST(WorkWatch, GoesOnWhereNobodyCanBeAsked) {
   EXPECT_EQ(Work(database), 50000);
 }
 
+TEST(WorkWatch, GoesOnWhateverIsThrown) {
+  Database database("", Database::Open::kCreate, kRegisterKind);
+  const WorkWatch watch(database, []() -> bool { throw 1; });
+  EXPECT_EQ(Work(database), 50000);
+}
+
 class VerifyStopTest : public StoredRegisterTest {};
 
 // Of a file whose pages take a while: there is no entry to stop behind.
