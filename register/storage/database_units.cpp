@@ -8,8 +8,8 @@
 //
 // Others may read the file all the time. They see of the log what its index in shared memory tells
 // them, and that ends with the last commit that stands: the remains of a failed one lie behind its
-// end, where no reader looks, also while they are cut off or overwritten. The index is made anew
-// from the log only when nobody has the file open.
+// end, where no reader looks, also while they are cut off or overwritten. As long as the writer has
+// the file open and its index is whole, nobody makes the index anew from the log.
 #include <sqlite3.h>
 #include <unistd.h>
 
