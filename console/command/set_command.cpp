@@ -62,6 +62,7 @@ int SetCommand(const SetOptions& options, Streams& streams) {
   }
   RequireQuietRegister(options.file);
   RegisterClient client("", options.file, streams);
+  client.device().LeaveUnanswered();
   lorimat::ShopRefusal refused;
   if (client.device().SetUp(values.setup, &refused) != RTF_SUCCESS) {
     const lorimat::Refusal& refusal = client.last_refusal();

@@ -86,6 +86,9 @@ class VirtualRegister : public RtfClientInterface {
   // What was registered last before a switching off without order, when nothing was stored behind
   // it: its answer may not have gone out.
   const std::optional<UnansweredDocument>& unanswered() const { return unanswered_; }
+  // For a program that is not the host and registers nothing, as one that programs the register:
+  // what is unanswered at this start stays so for the next one, whatever is stored meanwhile.
+  void LeaveUnanswered() noexcept { core_.LeaveUnanswered(); }
   // Whether the clock was too far behind the last document or closing at this start.
   const std::optional<ClockBehind>& clock_behind() const { return clock_behind_; }
   // All of that in sentences; empty when all is well.

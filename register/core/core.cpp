@@ -89,10 +89,10 @@ void RegisterCore::Keep(bool behind) {
     if (!database.in_unit()) database.Begin(fiscal);
     // A document that was held and ends now has been registered before.
     const bool ended = replaced_ && replaced_->id != 0;
-    answer_due = store.Registered() || ended ? AnswerDue::kDocument
-                 : store.ClosedDay()         ? AnswerDue::kClosing
-                 : behind                    ? kept_.answer_due
-                                             : AnswerDue::kNone;
+    answer_due = store.Registered() || ended  ? AnswerDue::kDocument
+                 : store.ClosedDay()          ? AnswerDue::kClosing
+                 : behind || unanswered_left_ ? kept_.answer_due
+                                              : AnswerDue::kNone;
     const bool chained = ChainedTablesChange(tables);
     const ProgrammedTexts before = ProgrammedValues(database, set, chained);
     if (programmed) StoreTables(database, tables);
@@ -133,7 +133,7 @@ void RegisterCore::TakeBack() noexcept {
 }
 
 void RegisterCore::NoteAnswered() noexcept {
-  if (answer_due == AnswerDue::kNone) return;
+  if (answer_due == AnswerDue::kNone || unanswered_left_) return;
   // Where it fails the next start tells of it, though nothing was amiss.
   try {
     Mark();

@@ -45,6 +45,9 @@ struct RegisterCore : RegisterState {
   void TakeBack() noexcept;
   // Before an orderly switching off.
   void NoteAnswered() noexcept;
+  // From here on whoever works on the register is not the one whose answer is due: what is stored
+  // and the switching off leave that as it is.
+  void LeaveUnanswered() noexcept { unanswered_left_ = true; }
   // Puts another document in the place of the open one.
   void Replace(OpenDocument next) noexcept;
 
@@ -71,6 +74,7 @@ struct RegisterCore : RegisterState {
   // What the file has of the open document.
   std::string kept_open_record_;
   bool kept_has_open_ = false;
+  bool unanswered_left_ = false;
 };
 
 }  // namespace lorimat

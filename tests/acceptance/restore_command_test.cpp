@@ -341,6 +341,22 @@ TEST_F(RestoreCommand, AnotherSerialNumberIsNotedAndNoObstacle) {
             "lorimat: note: the backup is of 99LRM0000002VR, and this is 99LRM0000001VR\n");
 }
 
+TEST_F(RestoreCommand, WhatIsUnansweredIsToldToTheHostBehindBackupAndRestore) {
+  const std::string told = "1,00, was stored last, and the register was switched off behind it";
+  const Shop other;  // opens no drawer behind its payments
+  make(other);
+  const std::string folder = other.folder().path("tables");
+  ASSERT_EQ(other.run({"backup", folder}).exit_code, 0);
+  ASSERT_EQ(other.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  ASSERT_EQ(other.SellAndDie("VEND REP=2, PRE=1.00\nCHIU\n").exit_code, -1);
+  EXPECT_THAT(other.run({"backup", other.folder().path("again")}).errors, HasSubstr(told));
+  const ProgramRun restored = other.run({"restore", folder});
+  EXPECT_THAT(restored.errors, HasSubstr(told));
+  EXPECT_THAT(restored.output, HasSubstr("FRUTTA"));
+  EXPECT_THAT(other.run({"shell"}).errors, HasSubstr(told));
+  EXPECT_THAT(other.run({"shell"}).errors, Not(HasSubstr(told)));
+}
+
 TEST_F(RestoreCommand, DifferencesAreColouredOnATerminalAlone) {
   back_up();
   ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);

@@ -124,6 +124,19 @@ TEST_F(SetCommand, ARegisterThatAStartWouldChangeIsLeftAlone) {
               HasSubstr("faults wait in it"));
 }
 
+TEST_F(SetCommand, WhatIsUnansweredIsToldToTheHostAllTheSame) {
+  const std::string told = "1,00, was stored last, and the register was switched off behind it";
+  ASSERT_EQ(shop_.SellAndDie(kReceipt).exit_code, -1);
+  for (int times = 0; times < 2; ++times) {
+    const ProgramRun run = set({"--header", "ALTRO"});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_THAT(run.errors, HasSubstr(told));
+  }
+  EXPECT_EQ(set({"--vat", "9=22"}).exit_code, 2);
+  EXPECT_THAT(shop_.run({"shell"}).errors, HasSubstr(told));
+  EXPECT_THAT(shop_.run({"shell"}).errors, Not(HasSubstr(told)));
+}
+
 TEST_F(SetCommand, AMissingRegisterIsNotMade) {
   const Shop none;
   const ProgramRun run = run_console({"set", none.file(), "--header", "ALTRO"});

@@ -19,6 +19,12 @@ class Shop {
     return run_console(
         {"run", folder_.write("lines.cmd", lines), "--register", file(), "--clock", clock});
   }
+  // Sells with a program that is killed behind its last document: nobody knows whether its answer
+  // went out.
+  ProgramRun SellAndDie(const std::string& lines) const {
+    return run({"shell"},
+               {.input = lines + "WRONG\n", .interrupt_at = "code 257", .signal = SIGKILL});
+  }
   // Runs a command of the console on the register.
   ProgramRun run(std::vector<std::string> arguments, const ProgramSetting& setting = {}) const {
     arguments.push_back("--register");

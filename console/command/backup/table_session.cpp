@@ -9,6 +9,7 @@
 #include "console/message/register_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "register/client/virtual_register.h"
 
 namespace lorimat::console {
 
@@ -30,7 +31,11 @@ lorimat::RegisterStatus RequireQuietRegister(const std::string& file) {
 TableSession::TableSession(const std::string& register_file, const std::string& language,
                            const std::string& library, Streams& streams)
     : status_(RequireQuietRegister(register_file)) {
-  Start(language, library, streams, [&] { client_.emplace("", register_file, streams); });
+  Start(language, library, streams, [&] {
+    client_.emplace("", register_file, streams);
+    // The host has to be told at its own start.
+    client_->device().LeaveUnanswered();
+  });
 }
 
 TableSession::TableSession(const lorimat::RegisterSettings& settings, const std::string& language,

@@ -295,6 +295,30 @@ TEST_F(RecoveryTest, NothingIsNamedBehindAnAnswerThatWentOut) {
   EXPECT_EQ(VirtualRegister(FileSettings("new")).start_notice(), "");
 }
 
+TEST_F(RecoveryTest, AProgramThatIsNotTheHostLeavesWhatIsUnansweredToIt) {
+  Receipt(1, 123400);
+  Cut();
+  const std::string notice = device->start_notice();
+  ASSERT_NE(notice, "");
+  device->LeaveUnanswered();
+  ShopRefusal refused;
+  ASSERT_EQ(device->SetUp({.header_lines = {{"ALTRO"}}}, &refused), RTF_SUCCESS);
+  Restart();
+  EXPECT_EQ(device->start_notice(), notice);
+  device->LeaveUnanswered();
+  ASSERT_EQ(device->OpenDrawer(), RTF_SUCCESS);
+  Cut();
+  EXPECT_EQ(device->start_notice(), notice);
+  // It has been told now.
+  Restart();
+  EXPECT_EQ(device->start_notice(), "");
+  // Nothing comes of nothing.
+  device->LeaveUnanswered();
+  ASSERT_EQ(device->OpenDrawer(), RTF_SUCCESS);
+  Restart();
+  EXPECT_EQ(device->start_notice(), "");
+}
+
 TEST_F(RecoveryTest, PowerLossesAreCounted) {
   for (int loss = 0; loss < 2; ++loss) {
     ASSERT_EQ(Begin(), RTF_SUCCESS);
