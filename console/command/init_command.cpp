@@ -75,7 +75,7 @@ lorimat::RegisterSettings FirstSettings(const lorimat::ShopSetup& setup) {
   if (setup.serial_number) settings.serial_number = *setup.serial_number;
   if (setup.vat_number) {
     settings.vat_number = *setup.vat_number;
-    settings.header_lines.back() = "P.IVA " + *setup.vat_number;
+    settings.header_lines.back() = lorimat::VatNumberLine(*setup.vat_number);
   }
   settings.commissioned = setup.in_service.value_or(true);
   return settings;

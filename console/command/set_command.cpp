@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <string_view>
 
 #include "console/command/backup/table_session.h"
@@ -70,6 +71,18 @@ int SetCommand(const SetOptions& options, Streams& streams) {
                                   ? client.last_failure()
                                   : ShopRefusalText(values, refused, refusal);
     throw Failure(tr("{}: nothing was set: {}", shown(options.file), cause));
+  }
+  if (const auto& number = values.setup.vat_number; number && !values.setup.header_lines) {
+    const std::vector<std::string>& header = client.device().tables().settings().header_lines;
+    const bool named = std::any_of(header.begin(), header.end(), [&](const std::string& line) {
+      return line.find(*number) != line.npos;
+    });
+    if (!named) {
+      tell_note(streams,
+                tr("{}: no line of the header names the VAT number {}, and the header stays "
+                   "as it was; --header sets another",
+                   shown(options.file), shown(*number)));
+    }
   }
   try {
     streams.output(tr("{}: set: {}\n", shown(options.file), Joined(values.given)));

@@ -89,6 +89,12 @@ std::span<const ItalianText> ItalianSetupTexts() {
        "sul disco: {}"},
       {"{}: is the same register, serial number {}: only one of the two may go on selling",
        "{}: è lo stesso registratore, matricola {}: solo uno dei due può continuare a vendere"},
+      {"{}: no line of the header names the VAT number {}, and the header stays as it was; "
+       "--header "
+       "sets another",
+       "{}: nessuna riga dell'intestazione riporta la partita IVA {}, e l'intestazione resta "
+       "com'era; "
+       "--header ne imposta un'altra"},
       {"{}: copy of {}, the journal is good: {}, {}\n",
        "{}: copia di {}, il giornale è in ordine: {}, {}\n"},
       {"{}: copy of {}, whose journal has findings\n",

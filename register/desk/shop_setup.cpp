@@ -103,7 +103,20 @@ class ShopDesk {
     const std::optional<std::string>& number = setup_.vat_number;
     if (!number || *number == core_.setup.fiscal_id) return RTF_SUCCESS;
     if (const int code = CheckNoDocuments(core_, Subject::kVatNumber)) return code;
-    return SetupDesk(core_).SetFiscalId(*number);
+    const std::string old_line = VatNumberLine(core_.setup.fiscal_id);
+    if (const int code = SetupDesk(core_).SetFiscalId(*number)) return code;
+    return setup_.header_lines ? RTF_SUCCESS : ReplaceHeaderLine(old_line, VatNumberLine(*number));
+  }
+
+  // No document bears another number than its header names.
+  int ReplaceHeaderLine(const std::string& old_line, const std::string& new_line) {
+    const std::vector<std::string> lines = core_.tables.settings().header_lines;
+    for (size_t index = 0; index < lines.size(); ++index) {
+      if (lines[index] != old_line) continue;
+      const int code = core_.tables.SetHeaderLine(static_cast<int>(index) + 1, new_line);
+      if (code != RTF_SUCCESS) return code;
+    }
+    return RTF_SUCCESS;
   }
 
   int SetHeader(int* number) {
@@ -166,6 +179,8 @@ class ShopDesk {
 };
 
 }  // namespace
+
+std::string VatNumberLine(std::string_view number) { return "P.IVA " + std::string(number); }
 
 int SetUpShop(RegisterCore& core, const ShopSetup& setup, ShopRefusal* refused) {
   DeviceSetup before = core.setup;

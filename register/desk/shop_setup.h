@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "register/value/money.h"
@@ -48,9 +49,13 @@ struct ShopRefusal {
   int number = 0;  // of the header line, VAT entry or department, from 1; 0 for none
 };
 
-// Part of an operation. A code other than 0 has changed nothing, and `refused` tells which value it
-// is about. The key does not count: this is no keyboard. Refused are, beside what the tables
-// refuse,
+// The line of a header that names a shop's VAT number, as a new register has it.
+std::string VatNumberLine(std::string_view number);
+
+// Part of an operation. A line of the header that is VatNumberLine of the VAT number till then goes
+// along with another number, where no header is given; other lines stay. A code other than 0 has
+// changed nothing, and `refused` tells which value it is about. The key does not count: this is no
+// keyboard. Refused are, beside what the tables refuse,
 // - serial number and VAT number, where they change, once the register has made a document;
 // - a header line that is wider than the paper, or holds control characters other than ESC;
 // - another VAT number, other rates and another state of service while a day is open;

@@ -53,6 +53,24 @@ TEST_F(SetCommand, ChangesWhatIsNamedAndNothingElse) {
   EXPECT_EQ(verified(), shop_.file() + ": the journal is good: 1 entry, 1 document\n");
 }
 
+TEST_F(SetCommand, TheVatNumberOfTheHeaderGoesAlongOrANoteSaysThatNoneIsThere) {
+  const ProgramRun run = set({"--vat-number", "00743110157"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.errors, IsEmpty());
+  ASSERT_EQ(set({"--header", "BAR", "--header", "IVA: 00743110157"}).exit_code, 0);
+  EXPECT_EQ(set({"--vat-number", "12345678903"}).errors,
+            "lorimat: note: " + shop_.file() +
+                ": no line of the header names the VAT number 12345678903, and the header stays as "
+                "it was; --header sets another\n");
+  EXPECT_THAT(set({"--vat-number", "00743110157"}).errors, IsEmpty());
+  ASSERT_EQ(set({"--vat-number", "12345678903", "--header", "BAR"}).exit_code, 0);
+  const Shop other;
+  ASSERT_EQ(run_console({"init", other.file()}).exit_code, 0);
+  ASSERT_EQ(run_console({"set", other.file(), "--vat-number", "00743110157"}).exit_code, 0);
+  EXPECT_THAT(other.sell(kReceipt).output,
+              AllOf(HasSubstr("P.IVA 00743110157\n"), Not(HasSubstr("01234567897"))));
+}
+
 TEST_F(SetCommand, SerialAndVatNumberAreFixedBehindADocument) {
   ASSERT_EQ(shop_.sell(kReceipt).exit_code, 0);
   for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{

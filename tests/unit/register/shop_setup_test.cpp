@@ -103,6 +103,24 @@ TEST_F(ShopSetupTest, WhatIsNotGivenStaysAndTheSameAgainChangesNothing) {
   EXPECT_EQ(device->store().journal_hash(), hash);
 }
 
+TEST_F(ShopSetupTest, TheHeadersLineWithTheVatNumberGoesAlongWithIt) {
+  const auto header = [this] { return device->tables().settings().header_lines; };
+  using Lines = std::vector<std::string>;
+  ASSERT_EQ(SetUp({.header_lines = {{"BAR", "P.IVA 01234567897", "P.IVA 01234567897 ROMA"}}}),
+            RTF_SUCCESS);
+  ASSERT_EQ(SetUp({.vat_number = "01234567897"}), RTF_SUCCESS);
+  ASSERT_EQ(SetUp({.vat_number = "00743110157"}), RTF_SUCCESS);
+  Restart();
+  EXPECT_EQ(header(), (Lines{"BAR", "P.IVA 00743110157", "P.IVA 01234567897 ROMA"}));
+  // Refused as a whole, and taken back as a whole.
+  EXPECT_NE(SetUp({.vat_number = "12345678903", .vat_rates = {{9, 220000}}}), RTF_SUCCESS);
+  EXPECT_EQ(header()[1], "P.IVA 00743110157");
+  // A header that is given is the whole header.
+  ASSERT_EQ(SetUp({.vat_number = "12345678903", .header_lines = {{"P.IVA 00743110157"}}}),
+            RTF_SUCCESS);
+  EXPECT_EQ(header(), Lines{"P.IVA 00743110157"});
+}
+
 TEST_F(ShopSetupTest, OneThatIsRefusedTakesAllOthersBack) {
   const std::string before = Image(*device);
   ShopSetup setup = Whole();
