@@ -222,6 +222,58 @@ TEST_F(SideBySideTest, AKilledSellersRegisterIsReadAndNotChanged) {
   ExpectAllStored(3);
 }
 
+TEST_F(SideBySideTest, ACopyIsOfOneMomentAndTheSellerSellsOn) {
+  constexpr int kCopies = 20;
+  auto seller = Seller();
+  int sold = 0;
+  for (int number = 0; number < kCopies; ++number) {
+    Sell(*seller, kPart);
+    sold += kPart;
+    const int before = sold;
+    const std::string to = folder_ + "/copy" + std::to_string(number);
+    Process copy({LORIMAT_CONSOLE, "copy", file_, to}, folder_ + "/notes");
+    Sell(*seller, kPart);
+    sold += kPart;
+    std::string line;
+    while (copy.TakeLine(&line)) {
+    }
+    const int code = copy.Wait();
+    std::ifstream notes(folder_ + "/notes");
+    std::getline(notes, line);
+    ASSERT_EQ(code, 0) << line;
+    const RegisterFile look(to);
+    const RegisterStatus status = look.Status();
+    EXPECT_GE(status.documents, static_cast<uint64_t>(before));
+    EXPECT_LE(status.documents, static_cast<uint64_t>(sold));
+    EXPECT_EQ(status.grand_total, 10000 * static_cast<int64_t>(status.documents));
+    EXPECT_TRUE(look.VerifyJournal(nullptr).good());
+  }
+  seller->CloseInput();
+  EXPECT_EQ(seller->Wait(), 0);
+  ExpectAllStored(sold);
+}
+
+// Killed behind as many receipts as its turn has, wherever that is in its work.
+TEST_F(SideBySideTest, ACopyThatIsKilledLeavesNothingAndHoldsNobodyUp) {
+  auto seller = Seller();
+  int sold = 0;
+  const std::string to = folder_ + "/copy";
+  for (int number = 0; number < kPart; ++number) {
+    Process copy({LORIMAT_CONSOLE, "copy", file_, to}, folder_ + "/notes");
+    Sell(*seller, number);
+    sold += number;
+    copy.Signal(SIGKILL);
+    const int code = copy.Wait();
+    EXPECT_TRUE(code == -SIGKILL || code == 0) << code;
+    if (std::filesystem::exists(to)) EXPECT_TRUE(RegisterFile(to).VerifyJournal(nullptr).good());
+    EXPECT_FALSE(std::filesystem::exists(to + ".part"));
+    std::filesystem::remove(to);
+  }
+  seller->CloseInput();
+  EXPECT_EQ(seller->Wait(), 0);
+  ExpectAllStored(sold);
+}
+
 TEST_F(SideBySideTest, AFollowerEndsWithItsFile) {
   {
     auto seller = Seller();
