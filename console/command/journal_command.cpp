@@ -19,6 +19,7 @@
 #include "console/message/register_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "console/terminal/follow.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
@@ -242,27 +243,36 @@ void list_as_text(const lorimat::RegisterFile& file, const lorimat::JournalSelec
   if (!list.any()) tell_note(streams, tr("the journal has no such entries"));
 }
 
+// A long journal is shown in parts: it is never in memory as a whole, and Ctrl-C ends it in
+// between.
+constexpr size_t kEntriesOfLook = 1000;
+
 int FollowList(const JournalOptions& options, lorimat::RegisterFile& file, const std::string& name,
                const lorimat::JournalSelection& selection, Streams& streams) {
   ListText list;
   uint64_t behind = 0;  // all up to this place was shown, or is not selected
-  const auto next = [&] {
+  const auto next = [&]() -> Following {
     const uint64_t last = file.Status().journal_entries;
-    std::string text;
+    uint64_t shown = behind;
+    Following found;
+    // What is not read to its end is read again, with the heads.
+    ListText lines = list;
     const auto add = [&](uint64_t place, const lorimat::JournalEntry& entry) {
-      if (place > last) return false;
       if (options.json) {
         Json json = entry_json(place, entry);
         json["first_words"] = first_words(entry);
-        text += json_line(json);
+        found.text += json_line(json);
       } else {
-        text += list.Line(place, entry);
+        found.text += lines.Line(place, entry);
       }
-      return true;
+      shown = place;
     };
-    file.ReadJournal(selection, add, behind);
-    behind = last;
-    return text;
+    const std::optional<uint64_t> more =
+        file.ReadJournalPart(selection, behind, kEntriesOfLook, add);
+    list = std::move(lines);
+    behind = more.value_or(std::max(last, shown));
+    found.more = more.has_value();
+    return found;
   };
   return FollowRegister(file, name, next, streams);
 }

@@ -51,7 +51,7 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
   }
   lorimat::RegisterFile file(name);
   std::optional<size_t> end;  // of what was shown, by the count of the whole roll
-  const auto next = [&] {
+  const auto next = [&]() -> Following {
     const lorimat::Paper roll = file.Roll(end ? 0 : options.last);
     const size_t first = roll.dropped();
     const size_t behind = first + roll.lines().size();
@@ -64,7 +64,7 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
     std::string text;
     for (size_t line = from; line < behind; ++line) text += roll.lines()[line - first] + "\n";
     end = behind;
-    return text;
+    return {.text = std::move(text)};
   };
   return FollowRegister(file, name, next, streams);
 }

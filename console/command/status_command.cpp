@@ -172,12 +172,12 @@ int status_command(const StatusOptions& options, Streams& streams) {
     return kExitGood;
   }
   std::string last;
-  const auto next = [&]() -> std::string {
+  const auto next = [&]() -> Following {
     std::string text = shown();
     if (text == last) return {};
     std::string out = last.empty() || options.json ? text : "\n" + text;
     last = std::move(text);
-    return out;
+    return {.text = std::move(out)};
   };
   return FollowRegister(file, name, next, streams);
 }

@@ -9,25 +9,30 @@
 namespace lorimat::console {
 
 int FollowRegister(lorimat::RegisterFile& file, const std::string& name,
-                   const std::function<std::string()>& next, Streams& streams) {
-  bool first = true;
+                   const std::function<Following()>& next, Streams& streams) {
+  bool due = true;    // there is something to show without news
+  bool more = false;  // the last look has not shown all of it
   return Follow(
       [&]() -> Following {
         // What a register did not let be read to its end is read again at the next look.
         try {
-          const RegisterFile::News news = file.Look();
-          if (news == RegisterFile::News::kGone) {
-            tell_note(streams, tr("{}: is not there any more, or is another file by now: nothing "
-                                  "more can come",
-                                  shown(name)));
-            return {{}, true};
+          if (!more) {
+            const RegisterFile::News news = file.Look();
+            if (news == RegisterFile::News::kGone) {
+              tell_note(streams, tr("{}: is not there any more, or is another file by now: nothing "
+                                    "more can come",
+                                    shown(name)));
+              return {.ended = true};
+            }
+            if (news == RegisterFile::News::kNone && !due) return {};
           }
-          if (news == RegisterFile::News::kNone && !first) return {};
-          Following found = {next(), false};
-          first = false;
+          Following found = next();
+          due = false;
+          more = found.more;
           return found;
         } catch (const DisturbedError&) {
-          first = true;
+          due = true;
+          more = false;
           return {};
         }
       },

@@ -19,6 +19,7 @@ namespace {
 
 // Between two looks: what is sold is seen at once, as a person has it, and a till hardly notices.
 constexpr timespec kPause = {0, 250'000'000};
+constexpr timespec kNoPause = {0, 0};
 
 // The signals of a watch come while something is waited for, and at no other time: none is missed
 // between a look at what came and the waiting.
@@ -72,7 +73,7 @@ int Follow(const std::function<Following()>& look, Streams& streams) {
       rest.remove_prefix(size);
     }
     if (found.ended) return kExitGood;
-    const Waited waited = Wait(output, 0, &kPause, held);
+    const Waited waited = Wait(output, 0, found.more ? &kNoPause : &kPause, held);
     if (waited == Waited::kInterrupted) return ended();
     if (waited == Waited::kGone) return kExitReaderGone;
   }

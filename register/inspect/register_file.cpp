@@ -1,6 +1,7 @@
 #include "register/inspect/register_file.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <variant>
 
@@ -166,12 +167,31 @@ Paper RegisterFile::Roll(size_t documents) const {
 
 // What is registered stays as it is: a moment for the places, and one for each entry. Whoever reads
 // slowly keeps no moment open.
-void RegisterFile::ReadJournal(const JournalSelection& selection,
-                               const std::function<bool(uint64_t place, const JournalEntry&)>& each,
-                               uint64_t behind) const {
-  const RegisterStore& store = contents_->store;
-  for (const uint64_t place : store.FindPlaces(selection, behind)) {
-    const std::optional<JournalEntry> entry = store.FindEntry(place);
+void RegisterFile::ReadJournal(
+    const JournalSelection& selection,
+    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
+  constexpr auto kAll = static_cast<size_t>(std::numeric_limits<int64_t>::max());
+  ReadPlaces(contents_->store.FindPlaces(selection, 0, kAll), selection, each);
+}
+
+std::optional<uint64_t> RegisterFile::ReadJournalPart(
+    const JournalSelection& selection, uint64_t behind, size_t most,
+    const std::function<void(uint64_t place, const JournalEntry&)>& each) const {
+  const std::vector<uint64_t> places = contents_->store.FindPlaces(selection, behind, most);
+  contents_->database.CheckUndisturbed();
+  ReadPlaces(places, selection, [&each](uint64_t place, const JournalEntry& entry) {
+    each(place, entry);
+    return true;
+  });
+  if (places.size() < most) return std::nullopt;
+  return places.back();
+}
+
+void RegisterFile::ReadPlaces(
+    const std::vector<uint64_t>& places, const JournalSelection& selection,
+    const std::function<bool(uint64_t place, const JournalEntry&)>& each) const {
+  for (const uint64_t place : places) {
+    const std::optional<JournalEntry> entry = contents_->store.FindEntry(place);
     contents_->database.CheckUndisturbed();
     if (!entry) contents_->database.Damaged("journal");
     if (Selects(selection, *entry) && !each(place, *entry)) return;

@@ -84,11 +84,15 @@ class RegisterFile {
   // document from cut to cut; 0 takes all that is kept.
   Paper Roll(size_t documents = 0) const;
   // The entries of a selection, oldest first, with their place in the journal (from 1), until
-  // `each` answers false; of those behind a place alone. It may take its time: the log of a
-  // register at work does not wait for it.
+  // `each` answers false. It may take its time: the log of a register at work does not wait for it.
   void ReadJournal(const JournalSelection& selection,
-                   const std::function<bool(uint64_t place, const JournalEntry&)>& each,
-                   uint64_t behind = 0) const;
+                   const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
+  // The same of those behind a place (0 for all), at most so many: at least 1, and as `most` counts
+  // by closings and times alone, `each` may be told of fewer. Answers the place to go on behind, or
+  // nothing when these were the last.
+  std::optional<uint64_t> ReadJournalPart(
+      const JournalSelection& selection, uint64_t behind, size_t most,
+      const std::function<void(uint64_t place, const JournalEntry&)>& each) const;
   // The entry in this place, without reading those before it.
   std::optional<JournalEntry> Entry(uint64_t place) const;
   // Follows the chain of hashes from the first entry to the last, and compares documents,
@@ -111,6 +115,9 @@ class RegisterFile {
 
  private:
   class Contents;
+  void ReadPlaces(const std::vector<uint64_t>& places, const JournalSelection& selection,
+                  const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
+
   std::unique_ptr<Contents> contents_;
 };
 

@@ -104,8 +104,9 @@ class RegisterStore {
   void ForEachEntry(const JournalSelection& selection,
                     const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
   std::optional<JournalEntry> FindEntry(uint64_t place) const;
-  // The places behind one that a selection takes, by closings and times alone.
-  std::vector<uint64_t> FindPlaces(const JournalSelection& selection, uint64_t behind) const;
+  // The first places behind one that a selection takes, by closings and times alone.
+  std::vector<uint64_t> FindPlaces(const JournalSelection& selection, uint64_t behind,
+                                   size_t most) const;
   void ForEveryEntry(const std::function<bool(uint64_t place, const JournalEntry&)>& each) const;
 
   // --- Closings that this register made, oldest first; both ends included

@@ -208,30 +208,31 @@ void RegisterStore::ForEachEntry(
   }
 }
 
-std::vector<uint64_t> RegisterStore::FindPlaces(const JournalSelection& selection,
-                                                uint64_t behind) const {
+std::vector<uint64_t> RegisterStore::FindPlaces(const JournalSelection& selection, uint64_t behind,
+                                                size_t most) const {
   // From the beginning by the index of what is selected, from elsewhere by the place.
   Statement rows =
       selection.by_date
           ? (behind == 0
                  ? database_.Prepare(
                        "SELECT place FROM journal WHERE time BETWEEN ? AND ? AND +place > ? "
-                       "ORDER BY +place")
+                       "ORDER BY +place LIMIT ?")
                  : database_.Prepare(
                        "SELECT place FROM journal WHERE +time BETWEEN ? AND ? AND place > ? "
-                       "ORDER BY place"))
+                       "ORDER BY place LIMIT ?"))
           : (behind == 0
                  ? database_.Prepare(
                        "SELECT place FROM journal WHERE closure BETWEEN ? AND ? AND +place > ? "
-                       "ORDER BY closure, place")
+                       "ORDER BY +place LIMIT ?")
                  : database_.Prepare(
                        "SELECT place FROM journal WHERE +closure BETWEEN ? AND ? AND place > ? "
-                       "ORDER BY place"));
+                       "ORDER BY place LIMIT ?"));
   const auto last = static_cast<int64_t>(behind);
+  const auto limit = static_cast<int64_t>(most);
   if (selection.by_date) {
-    rows.With(MinuteStart(selection.from), MinuteEnd(selection.to), last);
+    rows.With(MinuteStart(selection.from), MinuteEnd(selection.to), last, limit);
   } else {
-    rows.With(selection.from_closure, selection.to_closure, last);
+    rows.With(selection.from_closure, selection.to_closure, last, limit);
   }
   std::vector<uint64_t> places;
   while (rows.Step()) places.push_back(static_cast<uint64_t>(rows.Integer(0)));

@@ -222,6 +222,21 @@ TEST_F(SideBySideTest, AKilledSellersRegisterIsReadAndNotChanged) {
   ExpectAllStored(3);
 }
 
+// Of which a look shows a thousand.
+TEST_F(SideBySideTest, AFollowerShowsALongJournalWithoutNews) {
+  {
+    auto seller = Seller();
+    Sell(*seller, kReceipts + kPart);
+    seller->CloseInput();
+    ASSERT_EQ(seller->Wait(), 0);
+  }
+  auto follower = Console({"journal", "--follow"});
+  ExpectHeads(*follower);
+  ExpectPlaces(*follower, 1, kReceipts + kPart);
+  follower->Signal(SIGINT);
+  EXPECT_EQ(follower->Wait(), 0);
+}
+
 TEST_F(SideBySideTest, ACopyIsOfOneMomentAndTheSellerSellsOn) {
   constexpr int kCopies = 20;
   auto seller = Seller();

@@ -148,6 +148,42 @@ TEST_F(RegisterFileTest, TheJournalBySelectionWithItsPlaces) {
   EXPECT_EQ(read, 2);
 }
 
+TEST_F(RegisterFileTest, TheJournalInPartsIsTheWholeOfIt) {
+  Receipt(1, 10000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  for (int n = 0; n < 3; ++n) Receipt(1, 20000);
+  device.reset();
+  const RegisterFile file(Path("shop.register"));
+  using Places = std::vector<uint64_t>;
+  const auto part = [&file](const JournalSelection& selection, uint64_t behind, size_t most,
+                            std::optional<uint64_t> next) {
+    Places found;
+    const auto more = file.ReadJournalPart(
+        selection, behind, most, [&found](uint64_t place, const auto&) { found.push_back(place); });
+    EXPECT_EQ(more, next);
+    return found;
+  };
+  JournalSelection all;
+  all.from_closure = 0;
+  all.to_closure = 9999;
+  EXPECT_EQ(part(all, 0, 2, 2), (Places{1, 2}));
+  EXPECT_EQ(part(all, 2, 2, 4), (Places{3, 4}));
+  EXPECT_EQ(part(all, 4, 2, std::nullopt), Places{5});
+  EXPECT_EQ(part(all, 5, 2, std::nullopt), Places{});
+  EXPECT_EQ(part(all, 0, 9, std::nullopt), (Places{1, 2, 3, 4, 5}));
+  // Of a part that has none of the kind there is nothing, and more to come.
+  JournalSelection closings = all;
+  closings.filter = kJournalClosure;
+  EXPECT_EQ(part(closings, 0, 1, 1), Places{});
+  EXPECT_EQ(part(closings, 1, 1, 2), Places{2});
+  JournalSelection day;
+  day.by_date = true;
+  ASSERT_TRUE(ParseMinute("150120241030", &day.from));
+  ASSERT_TRUE(ParseMinute("150120241030", &day.to));
+  EXPECT_EQ(part(day, 0, 3, 3), (Places{1, 2, 3}));
+  EXPECT_EQ(part(day, 3, 3, std::nullopt), (Places{4, 5}));
+}
+
 TEST_F(RegisterFileTest, AnEntryOfTheJournalByItsPlace) {
   Receipt(1, 10000);
   ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
