@@ -62,6 +62,10 @@ std::span<const ItalianText> italian_messages_texts() {
       {"its log cannot be put in order after a failure, and nothing more is stored until it is",
        "il suo log non si può rimettere in ordine dopo un guasto, e fino ad allora non si registra "
        "altro"},
+      {"was removed, moved or replaced while the register worked on it",
+       "è stato tolto, spostato o sostituito mentre il registratore ci lavorava"},
+      {"its log was removed, moved or replaced while the register worked on it",
+       "il suo log è stato tolto, spostato o sostituito mentre il registratore ci lavorava"},
       {"there is not enough memory", "la memoria non basta"},
       {"for an unknown cause", "per una causa sconosciuta"},
       {"; whether it is stored is not known until the next start",

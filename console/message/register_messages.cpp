@@ -50,6 +50,8 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("is left of a register that was not finished, or another one is being made; remove it"),
     TR_TEXT("its log cannot be put in order after a failure, and nothing more is stored until it "
             "is"),
+    TR_TEXT("was removed, moved or replaced while the register worked on it"),
+    TR_TEXT("its log was removed, moved or replaced while the register worked on it"),
     TR_TEXT("cannot be read or written to its end"),
     TR_TEXT("cannot be read or written to its end: {}"),
     TR_TEXT("SQLite failed ({})"),

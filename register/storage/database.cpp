@@ -300,6 +300,8 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   // SQLite does not let go of a file with a log before it is closed; of one without it would.
   static_cast<void>(Value("PRAGMA user_version"));
   if (const int code = LockOutWriters()) FailWith(code);
+  // Ahead of the look whether the name still leads to it.
+  mark_ = MarkOf(sqlite3_db_filename(handle_.get(), "main"));
   if (IsMoved()) FailWith(SQLITE_BUSY);
   // Somebody else may have made it, or brought it up to date, in between.
   Identify(how, kind);

@@ -155,7 +155,7 @@ class Database {
   void Execute(const std::string& sql);
 
   // A unit of work: all of it or nothing. One that is not durable may be lost, whole, when the
-  // computer goes down, never when only the program does.
+  // computer goes down, never when only the program does. None begins on a file that lost its name.
   void Begin(bool durable);
   bool in_unit() const { return in_unit_; }
   // True as far as it comes back: the unit stands. When it throws, nothing of it does, now and at
@@ -221,6 +221,7 @@ class Database {
   [[noreturn]] void FailOvertaken() const;
   void FollowLog();
   bool Step(const StatementHandle& statement, int* code) noexcept;
+  void RefuseGone() const;
   bool DropRemains() noexcept;
   void TakeOverLongLog() noexcept;
   bool CountFrames() noexcept;
@@ -239,6 +240,7 @@ class Database {
     }
   };
   static FileMark MarkOf(const std::string& file) noexcept;
+  static bool HasGone(const char* name, const FileMark& mark) noexcept;
 
   std::string file_;
   std::string open_name_;  // what SQLite takes for the file, and for nothing else
@@ -246,11 +248,11 @@ class Database {
   bool may_make_ = false;  // what a log needs, for reading
   bool alone_ = false;     // read without its log, which writers do not know of
   bool copied_ = false;
+  // As they were opened, or last seen to change; of a writer without a file, or a log, not there.
   FileMark mark_;
   FileMark log_mark_;
   std::string log_name_;
   std::string index_name_;  // of the log
-  int64_t seen_ = 0;   // the state of the data, by SQLite's count
   // The state of the data, by SQLite's count; of a writer the last one of its own, -1: not known.
   int64_t seen_ = 0;
   int64_t owner_ = 0;  // the process that has opened it

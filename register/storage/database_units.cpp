@@ -11,10 +11,12 @@
 // end, where no reader looks, also while they are cut off or overwritten. As long as the writer has
 // the file open and its index is whole, nobody makes the index anew from the log.
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include "register/storage/database.h"
 
@@ -104,6 +106,8 @@ void Database::FailOvertaken() const {
 // when nothing of the commit can fail any more, whatever it answers then.
 void Database::FollowLog() {
   logged_ = true;
+  log_name_ = sqlite3_filename_wal(sqlite3_db_filename(handle_.get(), "main"));
+  log_mark_ = MarkOf(log_name_);
   sqlite3_wal_hook(
       handle_.get(),
       [](void* self, sqlite3*, const char*, int frames) {
@@ -178,9 +182,30 @@ bool Database::Step(const StatementHandle& statement, int* code) noexcept {
   return *code == SQLITE_DONE;
 }
 
+// Whether a name leads to another file than the one that was opened by it, or to none. One that
+// cannot be looked at is not known to have gone.
+bool Database::HasGone(const char* name, const FileMark& mark) noexcept {
+  struct stat status = {};
+  if (stat(name, &status) != 0) return errno == ENOENT || errno == ENOTDIR;
+  return status.st_dev != mark.device || status.st_ino != mark.inode;
+}
+
+// What is written into a file without a name is gone with the process, and what is written into one
+// that was moved is not where it is looked for: neither is stored.
+void Database::RefuseGone() const {
+  // By the name that SQLite made of it, which holds whatever folder the process works in.
+  if (HasGone(sqlite3_db_filename(handle_.get(), "main"), mark_)) {
+    Fail("was removed, moved or replaced while the register worked on it");
+  }
+  if (log_mark_.size >= 0 && HasGone(log_name_.c_str(), log_mark_)) {
+    Fail("its log was removed, moved or replaced while the register worked on it");
+  }
+}
+
 void Database::Begin(bool durable) {
   if (getpid() != owner_) Fail("in use by another program");
   if (overtaken_) FailOvertaken();
+  if (logged_) RefuseGone();
   // One that could not be taken back the last time.
   if (sqlite3_get_autocommit(handle_.get()) == 0) Rollback();
   if (doubtful_) {

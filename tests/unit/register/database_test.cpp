@@ -88,6 +88,46 @@ TEST_F(DatabaseTest, ALogWithoutItsFileIsKept) {
   EXPECT_EQ(Refusal(Path("shop.register")), "");
 }
 
+// A seller that goes on in a file without its name sells into nothing.
+TEST_F(DatabaseTest, NothingIsStoredInAFileThatLostItsName) {
+  const auto sell = [](VirtualRegister* device) {
+    return device->BeginFiscalReceipt(true) == RTF_SUCCESS &&
+           device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, "") == RTF_SUCCESS &&
+           device->PrintRecTotalEx(0, "0", true) == RTF_SUCCESS;
+  };
+  const std::string file = Path("shop.register");
+  const std::string log = file + "-wal";
+  const std::string away = Path("away");
+  const std::string told = "was removed, moved or replaced while the register worked on it";
+  const auto lose = [&](const std::string& name, const std::string& cause, const auto& loss) {
+    MakeRegister("shop.register");
+    MakeRegister("other");
+    VirtualRegister device(FileSettings("shop.register"));
+    EXPECT_TRUE(sell(&device));
+    loss(name);
+    EXPECT_FALSE(sell(&device));
+    EXPECT_EQ(device.last_failure(), file + ": " + cause);
+    // Back in its place it is what it was.
+    if (std::filesystem::exists(away)) {
+      std::filesystem::rename(away, name);
+      EXPECT_TRUE(sell(&device));
+    }
+  };
+  const auto remove = [](const std::string& name) { std::filesystem::remove(name); };
+  const auto move = [&](const std::string& name) { std::filesystem::rename(name, away); };
+  const auto replace = [&](const std::string& name) {
+    std::filesystem::rename(Path("other"), name);
+  };
+  lose(file, told, remove);
+  std::filesystem::remove(log);
+  lose(file, told, move);
+  lose(file, told, replace);
+  std::filesystem::remove(log);
+  lose(log, "its log " + told, remove);
+  lose(log, "its log " + told, move);
+  lose(log, "its log " + told, replace);
+}
+
 // Another program may be at the file before its lock is taken.
 TEST(NewFileTest, OnlyGoesWhileItIsEmptyOrLocked) {
   const std::string file = testing::TempDir() + "new_file_test";
