@@ -481,8 +481,20 @@ std::string Database::Name() const {
 
 void Database::Fail(const std::string& cause) const { throw RegisterError(Name(), cause); }
 
+// Why the system has refused what failed last; 0 when it is not known. SQLite does not note it for
+// a commit, but its files do.
+int Database::SystemError() const noexcept {
+  if (handle_ == nullptr) return 0;
+  int error = sqlite3_system_errno(handle_.get());
+  for (sqlite3_file* file : {logged_ ? Log() : nullptr, File()}) {
+    if (error != 0 || file == nullptr) continue;
+    if (file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &error) != SQLITE_OK) error = 0;
+  }
+  return error;
+}
+
 // In words for whom the register belongs to. What SQLite says comes with them where it tells more.
-void Database::FailWith(int code) const {
+void Database::FailWith(int code, int error) const {
   if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
   // What is read of two moments may look like damage.
   switch (code & 0xFF) {
@@ -492,7 +504,6 @@ void Database::FailWith(int code) const {
     case SQLITE_IOERR:
       CheckUndisturbed();
   }
-  const int error = handle_ != nullptr ? sqlite3_system_errno(handle_.get()) : 0;
   const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
   switch (code & 0xFF) {
     case SQLITE_NOMEM:

@@ -175,7 +175,7 @@ class Database {
   // "FILE: cause".
   [[noreturn]] void Fail(const std::string& cause) const;
   // The same for what SQLite answered.
-  [[noreturn]] void FailWith(int code) const;
+  [[noreturn]] void FailWith(int code) const { FailWith(code, SystemError()); }
   // DamageError, for stored values that make no sense.
   [[noreturn]] void Damaged(std::string_view what) const;
 
@@ -183,6 +183,8 @@ class Database {
   friend class Moment;
   friend class Statement;
   friend class WorkWatch;
+  [[noreturn]] void FailWith(int code, int system_error) const;
+  int SystemError() const noexcept;
   void OpenHandle(const std::string& name, int flags, const char* layer = nullptr);
   void OpenFile(Open how, const DatabaseKind& kind);
   void OpenToWrite(Open how, const DatabaseKind& kind);

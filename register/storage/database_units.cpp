@@ -237,9 +237,10 @@ void Database::Commit() {
     if (logged_) TakeOverLongLog();
     return;
   }
+  const int error = SystemError();  // taking it back may meet another one
   Rollback();
   doubtful_ = !DropRemains();
-  FailWith(code);
+  FailWith(code, error);
 }
 
 // Those who read an older moment hold back what is behind it. It is tried again when as much has

@@ -1,11 +1,15 @@
 // Files that are registers, files that are not, and units of work.
 #include "register/storage/database.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
 #include <optional>
+#include <system_error>
 
 #include "register/inspect/register_file.h"
 #include "register/storage/new_file.h"
@@ -126,6 +130,24 @@ TEST_F(DatabaseTest, NothingIsStoredInAFileThatLostItsName) {
   lose(log, "its log " + told, remove);
   lose(log, "its log " + told, move);
   lose(log, "its log " + told, replace);
+}
+
+// A limit of file sizes, which the commit meets.
+TEST_F(DatabaseTest, ACommitThatFailsTellsTheSystemsCause) {
+  VirtualRegister device(FileSettings("shop.register"));
+  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  rlimit before = {};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit none = {std::filesystem::file_size(Path("shop.register-wal")), before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &none);
+  EXPECT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_E_FAILURE);
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(device.last_failure(), Path("shop.register") +
+                                       ": cannot be read or written to its end: " +
+                                       std::generic_category().message(EFBIG));
+  EXPECT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
 }
 
 // Another program may be at the file before its lock is taken.
