@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 
 #include "register/value/register_error.h"
@@ -46,9 +47,11 @@ void PartFile::RequireFree() const {
   struct stat status = {};
   if (lstat(file_.c_str(), &status) == 0) throw RegisterError(file_, "is there already");
   if (errno != ENOENT) Fail("cannot be made", errno);
-  for (const char* beside : {"-wal", "-journal"}) {
-    const std::string name = file_ + beside;
+  for (const std::string_view beside : {"-wal", "-journal"}) {
+    const std::string name = file_ + std::string(beside);
     if (lstat(name.c_str(), &status) != 0) continue;
+    // A log without anything in it is taken for no part of any file.
+    if (beside == "-wal" && S_ISREG(status.st_mode) && status.st_size == 0) continue;
     throw RegisterError(
         file_,
         fmt::format("is not there, and {} is, which would be taken for a part of it: put the "

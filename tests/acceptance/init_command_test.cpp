@@ -119,6 +119,19 @@ TEST_F(InitCommand, SummariesGoIntoTheOutboxWhereverTheRegisterIsOpened) {
   EXPECT_TRUE(fs::exists(folder_.path("sent/corrispettivi_0001.xml")));
 }
 
+TEST_F(InitCommand, AnEmptyLogIsInNobodysWay) {
+  const TestFolder folder;
+  const std::string file = folder.path("q");
+  const std::string log = folder.write("q-wal", "");
+  EXPECT_EQ(run_console({"init", file}).exit_code, 0);
+  EXPECT_THAT(run_console({"journal", "verify", "--register", file}).output,
+              HasSubstr("the journal is good"));
+  const std::string other = folder.path("other");
+  folder.write("other-wal", "stored");
+  EXPECT_EQ(run_console({"init", other}).exit_code, 2);
+  EXPECT_EQ(folder.read("other-wal"), "stored");
+}
+
 TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
   struct Case {
     std::vector<std::string> options;

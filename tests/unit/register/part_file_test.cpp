@@ -135,10 +135,15 @@ TEST_F(PartFileTest, WhatTakesTheNameMeanwhileStays) {
 
 TEST_F(PartFileTest, ALogBesideItIsNamed) {
   for (const char* log : {"shop-wal", "shop-journal"}) {
-    Write(log, "");
+    Write(log, "of another");
     EXPECT_THAT(Refusal("shop"), HasSubstr(std::string(log) + " is, which would be taken for"));
     std::filesystem::remove(folder_ / log);
   }
+  Write("shop-journal", "");
+  EXPECT_THAT(Refusal("shop"), HasSubstr("shop-journal is, which would be taken for"));
+  std::filesystem::remove(folder_ / "shop-journal");
+  Write("shop-wal", "");
+  EXPECT_EQ(Refusal("shop"), "");
   PartFile part(Path("shop"));
   Write("shop-wal", "of another");
   EXPECT_THROW(part.Finish(), RegisterError);
