@@ -10,12 +10,16 @@
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "register/client/virtual_register.h"
+#include "register/storage/database.h"
+#include "register/storage/schema.h"
 
 namespace lorimat::console {
 
 lorimat::RegisterStatus RequireQuietRegister(const std::string& file) {
   lorimat::RegisterStatus status = lorimat::RegisterFile(require_register(file)).Status();
   if (status.open_document) {
+    // Who sells on it, or may not write it, has no use for that advice.
+    const lorimat::Database probe(file, lorimat::Database::Open::kChange, lorimat::kRegisterKind);
     throw Failure(tr("{}: holds {}. End it first, by a run on this register", shown(file),
                      open_document_text(*status.open_document)));
   }
