@@ -38,6 +38,14 @@ class HeldSignals {
   sigset_t before_;
 };
 
+// Nobody reads any more, and nothing was written that would have told so.
+int ReaderHasGone() {
+  struct sigaction action = {};
+  sigaction(SIGPIPE, nullptr, &action);
+  if (action.sa_handler != SIG_IGN) return kExitReaderGone;
+  throw ReaderGone(tr("cannot write to standard output: {}", system_message(EPIPE)));
+}
+
 enum class Waited { kReady, kPaused, kGone, kInterrupted };
 
 // For the descriptor to take something, or for a pause.
@@ -75,7 +83,7 @@ int Follow(const std::function<Following()>& look, Streams& streams) {
     if (found.ended) return kExitGood;
     const Waited waited = Wait(output, 0, found.more ? &kNoPause : &kPause, held);
     if (waited == Waited::kInterrupted) return ended();
-    if (waited == Waited::kGone) return kExitReaderGone;
+    if (waited == Waited::kGone) return ReaderHasGone();
   }
 }
 

@@ -48,6 +48,21 @@ TEST(ReaderGone, WhoIgnoresTheSignalGetsAnError) {
   EXPECT_EQ("lorimat: cannot write to standard output: Broken pipe\n", run.errors);
 }
 
+TEST(ReaderGone, AFollowerTellsItAsOthersDo) {
+  const TestFolder folder;
+  const std::string file = folder.path("shop.register");
+  ASSERT_EQ(0, run_console({"init", file}).exit_code);
+  for (const char* command : {"paper", "status", "journal"}) {
+    const std::string follow = std::string(command) + " --follow --register " + file;
+    const ProgramRun error = run_unread("ignore", follow);
+    EXPECT_EQ(2, error.exit_code) << command;
+    EXPECT_EQ("lorimat: cannot write to standard output: Broken pipe\n", error.errors) << command;
+    const ProgramRun ended = run_unread("default", follow);
+    EXPECT_EQ(141, ended.exit_code) << command;
+    EXPECT_THAT(ended.errors, IsEmpty()) << command;
+  }
+}
+
 TEST(ReaderGone, TheShellTellsAnErrorAndSwitchesTheRegisterOff) {
   const ProgramRun run = run_unread("default", "shell");
   EXPECT_EQ(2, run.exit_code);
