@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -84,6 +85,19 @@ std::optional<int> ReadHundredths(std::string_view text) {
   return ReadNumber(std::string(whole.empty() ? "x" : whole) + decimals);
 }
 
+// Whether a rate with a comma may have been meant as two: both sides are rates that shops have.
+bool MayBeTwoRates(std::string_view rate) {
+  constexpr std::string_view kUsual[] = {"0", "4", "5", "10", "20", "21", "22"};
+  const auto usual = [&](std::string_view side) {
+    return std::find(std::begin(kUsual), std::end(kUsual), side) != std::end(kUsual);
+  };
+  const size_t comma = rate.find(',');
+  if (comma == rate.npos) return false;
+  const std::string_view first = rate.substr(0, comma);
+  const std::string_view second = rate.substr(comma + 1);
+  return first != second && usual(first) && usual(second);
+}
+
 // The pieces between blanks and semicolons.
 std::vector<std::string> Pieces(const std::string& text) {
   constexpr std::string_view kBetween = "; \t";
@@ -111,6 +125,17 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
       const std::optional<int> hundredths = ReadHundredths(rate);
       if (!named || *named < 1 || !hundredths || *hundredths > 9999) {
         Refuse(ShopValue::kVatRates, piece, tr("That is no rate."));
+      }
+      if (MayBeTwoRates(rate)) {
+        const size_t comma = rate.find(',');
+        const std::string first = rate.substr(0, comma);
+        const std::string second = rate.substr(comma + 1);
+        const bool has_entry = sign != piece.npos;
+        Refuse(ShopValue::kVatRates, piece,
+               tr("One rate, or two? Write {} for one rate, or --vat {} --vat {}.",
+                  (has_entry ? fmt::format("{}=", *named) : "") + first + "." + second,
+                  has_entry ? fmt::format("{}={}", *named, first) : first,
+                  has_entry ? fmt::format("{}={}", *named + 1, second) : second));
       }
       entry = *named;
       if (!values->vat.emplace(entry, piece).second) {

@@ -60,6 +60,8 @@ std::span<const ItalianText> ItalianSetupTexts() {
        "La cartella d'invio deve esistere, come /srv/invio"},
       {"{} {}: {} {}", "{} {}: {} {}"},
       {"There is no rate in it.", "Non contiene aliquote."},
+      {"One rate, or two? Write {} for one rate, or --vat {} --vat {}.",
+       "Un'aliquota o due? Si scriva {} per una sola, oppure --vat {} --vat {}."},
       {"That is no rate.", "Non è un'aliquota."},
       {"Entry {} is given twice.", "La voce {} è indicata due volte."},
       {"That is no department.", "Non è un reparto."},
