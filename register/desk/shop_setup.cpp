@@ -42,6 +42,13 @@ int CheckHeaderLine(std::string_view line) {
                      {static_cast<int64_t>(columns), static_cast<int64_t>(Paper::kColumns)});
 }
 
+// A name stands beside its price: no sequence lays it out, and ESC is as strange as the others.
+int CheckDepartmentName(std::string_view name) {
+  const auto strange = [](char c) { return IsControl(c) || c == kEscape; };
+  if (std::none_of(name.begin(), name.end(), strange)) return RTF_SUCCESS;
+  return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kDepartmentName, {}, name);
+}
+
 int CheckFolder(const std::string& folder) {
   std::error_code none;
   const bool good = folder.find('\0') == folder.npos &&
@@ -147,7 +154,10 @@ class ShopDesk {
       *number = place;
       const Department* const found = core_.tables.FindDepartment(place);
       Department department = found != nullptr ? *found : Department();
-      if (change.name) department.name = *change.name;
+      if (change.name) {
+        if (const int code = CheckDepartmentName(*change.name)) return code;
+        department.name = *change.name;
+      }
       if (change.vat) department.vat = *change.vat;
       if (change.price) department.price = *change.price;
       if (const int code = core_.tables.SetDepartment(place, std::move(department))) return code;

@@ -58,6 +58,7 @@ std::string VatNumberLine(std::string_view number);
 // keyboard. Refused are, beside what the tables refuse,
 // - serial number and VAT number, where they change, once the register has made a document;
 // - a header line that is wider than the paper, or holds control characters other than ESC;
+// - a department's name that holds control characters;
 // - another VAT number, other rates and another state of service while a day is open;
 // - everything but the end of training while the register is in training.
 int SetUpShop(RegisterCore& core, const ShopSetup& setup, ShopRefusal* refused);

@@ -200,6 +200,13 @@ TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
       {{"--departments", "1=A:6"}, "--departments 1=A:6", "They are 1 to 5", department},
       {{"--departments", "1=A:1:100000"}, "--departments 1=A:1:100000", "99.999,99", department},
       {{"--departments", "1=" + std::string(33, 'A')}, "--departments 1=AAA", "33", department},
+      {{"--departments", "1=A\nB"}, "--departments 1=A\\x0AB", "Not allowed", department},
+      {{"--departments",
+        "1=A\x1B"
+        "B"},
+       "--departments 1=A\\x1BB",
+       "Not allowed",
+       department},
       {{"--departments", "1=A", "--departments", "1=B"},
        "--departments 1=B",
        "Department 1 is given twice",
