@@ -61,6 +61,7 @@ int SetCommand(const SetOptions& options, Streams& streams) {
         tr("what is to be set? Name it, as --header \"BAR SPORT\"; \"lorimat set --help\" "
            "lists all"));
   }
+  require_register(options.file, true);
   RequireQuietRegister(options.file);
   RegisterClient client("", options.file, streams);
   client.device().LeaveUnanswered();

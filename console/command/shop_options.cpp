@@ -210,6 +210,23 @@ std::string GivenText(const ShopValues& values, const lorimat::ShopRefusal& refu
   }
 }
 
+// The first character that no serial number has, whole.
+std::string StrangeInSerialNumber(const std::string& number) {
+  const auto fits = [](char c) { return IsDigit(c) || (c >= 'A' && c <= 'Z'); };
+  const auto first = std::find_if_not(number.begin(), number.end(), fits);
+  if (first == number.end()) return {};
+  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  return {first, std::find_if_not(first + 1, number.end(), continues)};
+}
+
+std::string CauseText(const std::string& given, const lorimat::Refusal& refusal, ShopValue value) {
+  if (value == ShopValue::kSerialNumber && refusal.cause == lorimat::RefusalCause::kCharacters) {
+    return tr("Not allowed for {}: '{}'.", subject_text(lorimat::Subject::kSerialNumber),
+              shown(StrangeInSerialNumber(given)));
+  }
+  return refusal_text(refusal);
+}
+
 // What is wrong with the value itself, and not with the moment.
 bool IsOfTheValue(lorimat::RefusalCause cause) {
   using Cause = lorimat::RefusalCause;
@@ -298,10 +315,10 @@ ShopValues ReadShopOptions(const ShopOptions& options) {
 
 std::string ShopRefusalText(const ShopValues& values, const lorimat::ShopRefusal& refused,
                             const lorimat::Refusal& refusal) {
-  const std::string cause = refusal_text(refusal);
+  const std::string text = GivenText(values, refused);
+  const std::string cause = CauseText(text, refusal, refused.value);
   const ValueRule* const rule = FindRule(refused.value);
   if (rule == nullptr) return cause;
-  const std::string text = GivenText(values, refused);
   const std::string place = text.empty() ? std::string(rule->option)
                                          : fmt::format("{} {}", rule->option, shown(text, 100));
   if (!IsOfTheValue(refusal.cause)) return fmt::format("{}: {}", place, cause);

@@ -50,7 +50,7 @@ void require_register_name(const std::string& file) {
   if (name.empty() || name == "." || name == "..") refuse(EISDIR);
 }
 
-const std::string& require_register(const std::string& file) {
+const std::string& require_register(const std::string& file, bool set_up) {
   if (file.empty()) {
     throw Failure(
         tr("which register? Name its file with --register FILE or in the environment variable "
@@ -60,6 +60,10 @@ const std::string& require_register(const std::string& file) {
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
     const int cause = errno;
+    if (cause == ENOENT && set_up) {
+      throw Failure(tr("{}: there is no such register; \"lorimat init {}\" makes one", shown(file),
+                       shown(file)));
+    }
     if (cause == ENOENT) {
       throw Failure(
           tr("{}: there is no such register; \"lorimat run --register {} FILE\" makes one",

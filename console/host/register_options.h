@@ -27,8 +27,8 @@ void add_paper_option(CLI::App* command, std::string* file, const std::string& d
 void require_register_name(const std::string& file);
 
 // The file that was named. Throws Failure, with a hint, when none was, or when nothing is there:
-// these commands make no register.
-const std::string& require_register(const std::string& file);
+// these commands make no register. The hint for one that is to be set up is "init".
+const std::string& require_register(const std::string& file, bool set_up = false);
 
 // Lets no option of the command take an empty text: an unset variable of a script must not pass
 // for an option left out.

@@ -17,6 +17,8 @@ std::span<const ItalianText> italian_register_texts() {
        "LORIMAT_REGISTER",
        "quale registratore? Si indichi il suo file con --register FILE o nella variabile "
        "d'ambiente LORIMAT_REGISTER"},
+      {"{}: there is no such register; \"lorimat init {}\" makes one",
+       "{}: il registratore non esiste; \"lorimat init {}\" ne crea uno"},
       {"{}: there is no such register; \"lorimat run --register {} FILE\" makes one",
        "{}: il registratore non esiste; \"lorimat run --register {} FILE\" ne crea uno"},
       {"{}: the register cannot be reached: {}", "{}: il registratore non è raggiungibile: {}"},

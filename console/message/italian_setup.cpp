@@ -110,7 +110,7 @@ std::span<const ItalianText> ItalianSetupTexts() {
       {"{}: nothing was set: {}", "{}: non si è impostato niente: {}"},
       {"{}: set: {}\n", "{}: impostato: {}\n"},
       {"{}: it was set, and the report is missing: {}", "{}: impostato, ma manca il rapporto: {}"},
-      {"is there already", "esiste già"},
+      {"is there already, and is not overwritten", "esiste già, e non viene sovrascritto"},
       {"is not there, and {} is, which would be taken for a part of it: put the register back "
        "beside it, or move it away",
        "non c'è, mentre c'è {}, che passerebbe per una sua parte: vi si rimetta accanto il "

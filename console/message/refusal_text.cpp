@@ -427,6 +427,11 @@ std::string refusal_text(const Refusal& refusal) {
   if (refusal.cause == Cause::kState) return state_sentence(refusal);
   for (const RefusalSentence& row : kSentences) {
     if (row.cause != refusal.cause) continue;
+    if (row.cause == Cause::kWrongLength && refusal.numbers[2] == refusal.numbers[3]) {
+      return tr("Wrong length for {}: {} characters, and it takes {}.",
+                subject_text(static_cast<Subject>(refusal.numbers[0])), refusal.numbers[1],
+                refusal.numbers[2]);
+    }
     fmt::dynamic_format_arg_store<fmt::format_context> fields;
     const int64_t* number = refusal.numbers.data();
     for (const char* field = row.fields; *field != 0; ++field) {

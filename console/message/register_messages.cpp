@@ -43,7 +43,7 @@ constexpr std::string_view kCauses[] = {
     TR_TEXT("cannot be written here, and {} has to be taken over into it: copy both to a folder "
             "where they can be written"),
     TR_TEXT("the disk is full"),
-    TR_TEXT("is there already"),
+    TR_TEXT("is there already, and is not overwritten"),
     TR_TEXT("is not there, and {} is, which would be taken for a part of it: put the register back "
             "beside it, or move it away"),
     TR_TEXT("cannot be made: {}"),

@@ -16,6 +16,7 @@ namespace lorimat {
 namespace {
 
 constexpr mode_t kMode = 0644;
+constexpr char kTaken[] = "is there already, and is not overwritten";
 
 std::string FolderOf(const std::string& file) {
   const size_t slash = file.rfind('/');
@@ -45,7 +46,7 @@ void PartFile::Fail(const char* cause, int error) const {
 // A link that leads nowhere is something, too.
 void PartFile::RequireFree() const {
   struct stat status = {};
-  if (lstat(file_.c_str(), &status) == 0) throw RegisterError(file_, "is there already");
+  if (lstat(file_.c_str(), &status) == 0) throw RegisterError(file_, kTaken);
   if (errno != ENOENT) Fail("cannot be made", errno);
   for (const std::string_view beside : {"-wal", "-journal"}) {
     const std::string name = file_ + std::string(beside);
@@ -101,7 +102,7 @@ void PartFile::TakeName() {
       return;
     }
   }
-  if (errno == EEXIST) throw RegisterError(file_, "is there already");
+  if (errno == EEXIST) throw RegisterError(file_, kTaken);
   Fail("cannot be made", errno);
 }
 

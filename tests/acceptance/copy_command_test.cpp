@@ -103,7 +103,7 @@ TEST_F(CopyCommand, NothingIsOverwritten) {
   for (const std::string& target : {to(), shop_.folder().path("dangling"), shop_.folder().path()}) {
     const ProgramRun run = copy(shop_.file(), target);
     EXPECT_EQ(run.exit_code, 2) << target;
-    EXPECT_EQ(run.errors, "lorimat: " + target + ": is there already\n");
+    EXPECT_EQ(run.errors, "lorimat: " + target + ": is there already, and is not overwritten\n");
   }
   EXPECT_EQ(shop_.folder().read("copy.register"), "mine");
   fs::remove(to());

@@ -159,7 +159,8 @@ TEST_F(SetCommand, AMissingRegisterIsNotMade) {
   const Shop none;
   const ProgramRun run = run_console({"set", none.file(), "--header", "ALTRO"});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr("there is no such register"));
+  EXPECT_THAT(run.errors, HasSubstr("there is no such register; \"lorimat init " + none.file() +
+                                    "\" makes one\n"));
   EXPECT_THAT(none.folder().names(), IsEmpty());
 }
 

@@ -112,7 +112,7 @@ TEST_F(PartFileTest, WhatHasTheNameStays) {
   const std::vector<std::string> before = Names();
   for (const PartFile::Way way : kWays) {
     for (const char* name : {"file", "empty", "folder", "dangling", "link"}) {
-      EXPECT_EQ(Refusal(name, way), "is there already") << name;
+      EXPECT_EQ(Refusal(name, way), "is there already, and is not overwritten") << name;
     }
   }
   EXPECT_EQ(Names(), before);
