@@ -28,10 +28,10 @@ std::string OpenName(int descriptor) { return fmt::format("/proc/self/fd/{}", de
 
 }  // namespace
 
-PartFile::PartFile(const std::string& file, Way way) : file_(file) {
+PartFile::PartFile(const std::string& file, Way way) : file_(file), folder_(FolderOf(file)) {
   if (file_.empty()) throw RegisterError("the register's file has no name");
   RequireFree();
-  if (way == Way::kNamed || !MakeNameless(FolderOf(file_))) MakeNamed();
+  if (way == Way::kNamed || !MakeNameless(folder_)) MakeNamed();
 }
 
 PartFile::~PartFile() {
@@ -90,14 +90,14 @@ void PartFile::TakeName() {
       return;
     }
   } else {
-    // A file system without second names renames, and does not overwrite either.
-    if (link(part_.c_str(), file_.c_str()) == 0) {
-      unlink(part_.c_str());
+    // In one step, and nothing is overwritten.
+    if (renameat2(AT_FDCWD, part_.c_str(), AT_FDCWD, file_.c_str(), RENAME_NOREPLACE) == 0) {
       part_.clear();
       return;
     }
-    if (errno != EEXIST &&
-        renameat2(AT_FDCWD, part_.c_str(), AT_FDCWD, file_.c_str(), RENAME_NOREPLACE) == 0) {
+    // A file system that cannot gives it a second name for a moment.
+    if (errno != EEXIST && link(part_.c_str(), file_.c_str()) == 0) {
+      unlink(part_.c_str());
       part_.clear();
       return;
     }
@@ -110,7 +110,8 @@ int PartFile::Finish() {
   if (fsync(descriptor_) != 0) Fail("cannot be written", errno);
   RequireFree();
   TakeName();
-  const int folder = open(FolderOf(file_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  // Behind this nothing fails for want of memory: the file is there.
+  const int folder = open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return errno;
   const int error = fsync(folder) == 0 ? 0 : errno;
   close(folder);

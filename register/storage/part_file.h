@@ -42,7 +42,8 @@ class PartFile {
   [[noreturn]] void Fail(const char* cause, int error) const;
 
   std::string file_;
-  std::string part_;  // its name meanwhile; empty without one
+  std::string folder_;  // that it lies in
+  std::string part_;    // its name meanwhile; empty without one
   int descriptor_ = -1;
 };
 
