@@ -94,7 +94,8 @@ TEST(StatusJson, TheSettingsAreTheOptions) {
   const Shop shop;
   ASSERT_EQ(run_console({"init", shop.file()}).exit_code, 0);
   const std::string help = run_console({"init", "--help"}).output;
-  for (const auto& [key, value] : status_of(shop.file())["settings"].items()) {
+  const json status = status_of(shop.file());
+  for (const auto& [key, value] : status["settings"].items()) {
     std::string name = key;
     std::replace(name.begin(), name.end(), '_', '-');
     EXPECT_THAT(help, HasSubstr("\n  --" + name + " ")) << key;
