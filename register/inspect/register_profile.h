@@ -18,13 +18,13 @@ namespace lorimat {
 struct RegisterProfile {
   Tables tables;
   RegisterState state;
-  DailyTotals day;            // of the day that is open
+  DailyTotals day = {};       // of the day that is open
   uint64_t file_bytes = 0;    // without the log beside it
   uint64_t roll_lines = 0;    // that are kept
   std::tm clock = {};         // what the register's clock shows now
   int64_t last_document = 0;  // when it was made, YYYYMMDDHHMMSS; 0 without one
   int64_t last_closing = 0;
-  std::optional<ClockBehind> clock_behind;
+  std::optional<ClockBehind> clock_behind = {};
 };
 
 RegisterProfile MakeProfile(Database& database, const RegisterStore& store,
