@@ -11,7 +11,7 @@
 
 // Ends the program when a condition does not hold: a timing of something that fails means
 // nothing.
-inline void require(bool holds, const char* what) {
+inline void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "lorimat_bench: %s\n", what);
   std::exit(1);
@@ -24,9 +24,9 @@ class TemporaryFile {
       : path_((std::filesystem::temp_directory_path() / "lorimat-bench-XXXXXX").string()) {
     const int descriptor = mkstemp(path_.data());
     FILE* file = descriptor >= 0 ? fdopen(descriptor, "wb") : nullptr;
-    require(file != nullptr, "the temporary file cannot be created");
+    Require(file != nullptr, "the temporary file cannot be created");
     const bool written = fwrite(text.data(), 1, text.size(), file) == text.size();
-    require(fclose(file) == 0 && written, "the temporary file cannot be written");
+    Require(fclose(file) == 0 && written, "the temporary file cannot be written");
   }
   ~TemporaryFile() { std::remove(path_.c_str()); }
   TemporaryFile(const TemporaryFile&) = delete;

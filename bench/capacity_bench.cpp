@@ -31,55 +31,55 @@ constexpr int kOpenings = 20;
 constexpr int kSales = 300;
 constexpr int kReadings = 1000;
 
-void opening(benchmark::State& state, const StoredRegister* stored) {
+void Opening(benchmark::State& state, const StoredRegister* stored) {
   for (auto _ : state) {
     auto device = std::make_unique<VirtualRegister>(stored->settings());
-    require(device->GetState() == RTF_S_IDLE, "the register is not idle");
+    Require(device->GetState() == RTF_S_IDLE, "the register is not idle");
     state.PauseTiming();  // switching it off
     device.reset();
     state.ResumeTiming();
   }
 }
 
-void sale(benchmark::State& state, const StoredRegister* stored) {
+void Sale(benchmark::State& state, const StoredRegister* stored) {
   VirtualRegister device(stored->settings());
   for (auto _ : state) {
     const bool sold = device.BeginFiscalReceipt(true) == 0 &&
                       device.PrintRecItemEx(0, "CAFFE", 12000, 0, -1, 0, "", 2, true, "") == 0 &&
                       device.PrintRecItemEx(0, "PANE", 0, 750, -1, 39000, "", 4, true, "") == 0 &&
                       device.PrintRecTotalEx(0, "0", true) == 0;
-    require(sold, "the register refuses a sale");
+    Require(sold, "the register refuses a sale");
   }
 }
 
 // The status line, the total of the day and the grand total.
-void state_and_totals(benchmark::State& state, const StoredRegister* stored) {
+void StateAndTotals(benchmark::State& state, const StoredRegister* stored) {
   VirtualRegister device(stored->settings());
   char text[512];
   for (auto _ : state) {
     const bool read =
         device.GetDataInternal(371, text) == 0 && device.GetDataInternal(89, text) == 0 &&
         device.GetDataInternal(98, text) == 0 && device.GetTotalizerExtend(0, 4, 16, text) == 0;
-    require(read, "the register does not tell its totals");
+    Require(read, "the register does not tell its totals");
   }
 }
 
 // A receipt of the first day is looked for to be made void, which is given up again.
-void old_receipt(benchmark::State& state, const StoredRegister* stored) {
+void OldReceipt(benchmark::State& state, const StoredRegister* stored) {
   VirtualRegister device(stored->settings());
   for (auto _ : state) {
     const bool found =
         device.BeginDocTelematicCancel(500, 1, "", false, "") == 0 && device.ResetPrn() == 0;
-    require(found, "the register does not find a receipt of its first day");
+    Require(found, "the register does not find a receipt of its first day");
   }
 }
 
 // What "lorimat status" does.
-void status_of_the_file(benchmark::State& state, const StoredRegister* stored) {
+void StatusOfTheFile(benchmark::State& state, const StoredRegister* stored) {
   for (auto _ : state) {
     const RegisterFile file(stored->file());
     const lorimat::RegisterStatus status = file.Status();
-    require(status.documents >= static_cast<uint64_t>(stored->receipts()), "documents are missing");
+    Require(status.documents >= static_cast<uint64_t>(stored->receipts()), "documents are missing");
   }
 }
 
@@ -88,11 +88,11 @@ struct Measure {
   void (*run)(benchmark::State& state, const StoredRegister* stored);
   int times;
 };
-constexpr Measure kMeasures[] = {{"opening", opening, kOpenings},
-                                 {"status_of_the_file", status_of_the_file, kOpenings},
-                                 {"state_and_totals", state_and_totals, kReadings},
-                                 {"old_receipt", old_receipt, kOpenings},
-                                 {"sale", sale, kSales}};
+constexpr Measure kMeasures[] = {{"opening", Opening, kOpenings},
+                                 {"status_of_the_file", StatusOfTheFile, kOpenings},
+                                 {"state_and_totals", StateAndTotals, kReadings},
+                                 {"old_receipt", OldReceipt, kOpenings},
+                                 {"sale", Sale, kSales}};
 
 // Shows the runs as ever, and keeps their times for the ratios.
 class KeepingReporter : public benchmark::ConsoleReporter {

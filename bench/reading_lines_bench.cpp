@@ -17,7 +17,7 @@ namespace {
 constexpr int kLines = 200000;
 constexpr int kLongest = 2047;  // the limit of a batch run
 
-std::string sale_lines() {
+std::string SaleLines() {
   std::string text;
   for (int i = 0; i < kLines; ++i) {
     char line[64];
@@ -28,44 +28,44 @@ std::string sale_lines() {
   return text;
 }
 
-const std::string& text_of_lines() {
-  static const std::string text = sale_lines();
+const std::string& TextOfLines() {
+  static const std::string text = SaleLines();
   return text;
 }
 
-const TemporaryFile& file_of_lines() {
-  static const TemporaryFile file(text_of_lines());
+const TemporaryFile& FileOfLines() {
+  static const TemporaryFile file(TextOfLines());
   return file;
 }
 
 // characters: what was read in all, without the two characters of each line end.
-void report(benchmark::State& state, int64_t characters) {
+void Report(benchmark::State& state, int64_t characters) {
   const int64_t lines = state.iterations() * int64_t{kLines};
-  const int64_t size = state.iterations() * static_cast<int64_t>(text_of_lines().size());
-  require(characters == size - 2 * lines, "a reader lost characters");
+  const int64_t size = state.iterations() * static_cast<int64_t>(TextOfLines().size());
+  Require(characters == size - 2 * lines, "a reader lost characters");
   state.SetItemsProcessed(lines);
   state.SetBytesProcessed(size);
 }
 
 void read_by_SeqFileRead(benchmark::State& state) {
   const auto translator = std::make_unique<EcrCmdCommand>();
-  const char* path = file_of_lines().path();
+  const char* path = FileOfLines().path();
   int64_t characters = 0;
   for (auto _ : state) {
     fs_file_t file;
-    require(fs_open(&file, path, FS_RDONLY) != FS_BADF, "the file does not open");
+    Require(fs_open(&file, path, FS_RDONLY) != FS_BADF, "the file does not open");
     char line[kLongest + 1];
     for (int length; (length = translator->SeqFileRead(&file, line, kLongest)) >= 0;) {
       characters += length;
     }
     fs_close(&file);
   }
-  report(state, characters);
+  Report(state, characters);
 }
 BENCHMARK(read_by_SeqFileRead)->Unit(benchmark::kMillisecond);
 
-void read_by_getline(benchmark::State& state) {
-  const char* path = file_of_lines().path();
+void ReadByGetline(benchmark::State& state) {
+  const char* path = FileOfLines().path();
   int64_t characters = 0;
   for (auto _ : state) {
     std::ifstream file(path, std::ios::binary);
@@ -74,24 +74,24 @@ void read_by_getline(benchmark::State& state) {
       characters += static_cast<int64_t>(line.size());
     }
   }
-  report(state, characters);
+  Report(state, characters);
 }
-BENCHMARK(read_by_getline)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByGetline)->Unit(benchmark::kMillisecond);
 
-void read_by_fgets(benchmark::State& state) {
-  const char* path = file_of_lines().path();
+void ReadByFgets(benchmark::State& state) {
+  const char* path = FileOfLines().path();
   int64_t characters = 0;
   for (auto _ : state) {
     FILE* file = std::fopen(path, "rb");
-    require(file != nullptr, "the file does not open");
+    Require(file != nullptr, "the file does not open");
     char line[kLongest + 3];
     while (std::fgets(line, sizeof line, file) != nullptr) {
       characters += static_cast<int64_t>(std::strcspn(line, "\r\n"));
     }
     std::fclose(file);
   }
-  report(state, characters);
+  Report(state, characters);
 }
-BENCHMARK(read_by_fgets)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByFgets)->Unit(benchmark::kMillisecond);
 
 }  // namespace

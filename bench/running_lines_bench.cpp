@@ -34,32 +34,32 @@ constexpr char kLanguage[] =
     "[10]\n1=REP\n2=ART\n3=QTA\n4=PRE\n5=RESO\n6=STORNO\n7=DES\n14=UM\n15=PREUN\n";
 
 // Runs the line again and again; expected is the result code that it must have.
-void run_line(benchmark::State& state, const char* line, long expected) {
+void RunLine(benchmark::State& state, const char* line, long expected) {
   TemporaryFile language(kLanguage);
   QuietClient client;
   const auto translator = std::make_unique<EcrCmdCommand>();
-  require(translator->TradInit(language.path(), 0, &client, true) == 0,
+  Require(translator->TradInit(language.path(), 0, &client, true) == 0,
           "the definition file was refused");
   std::string command = line;
   char result[512];
   for (auto _ : state) {
-    require(translator->EcrCmd(command.data(), result) == expected, result);
+    Require(translator->EcrCmd(command.data(), result) == expected, result);
   }
   state.SetItemsProcessed(state.iterations());
 }
 
-void sale_of_a_department(benchmark::State& state) { run_line(state, "VEND REP=1, PRE=12.34", 0); }
-BENCHMARK(sale_of_a_department);
+void SaleOfADepartment(benchmark::State& state) { RunLine(state, "VEND REP=1, PRE=12.34", 0); }
+BENCHMARK(SaleOfADepartment);
 
-void sale_with_every_common_field(benchmark::State& state) {
-  run_line(state, "VEND REP=1, QTA=1.5, PREUN=12.34, DES='Pane di casa', UM='kg'", 0);
+void SaleWithEveryCommonField(benchmark::State& state) {
+  RunLine(state, "VEND REP=1, QTA=1.5, PREUN=12.34, DES='Pane di casa', UM='kg'", 0);
 }
-BENCHMARK(sale_with_every_common_field);
+BENCHMARK(SaleWithEveryCommonField);
 
-void comment_line(benchmark::State& state) { run_line(state, "   ; nothing to do", 0); }
-BENCHMARK(comment_line);
+void CommentLine(benchmark::State& state) { RunLine(state, "   ; nothing to do", 0); }
+BENCHMARK(CommentLine);
 
-void unknown_command(benchmark::State& state) { run_line(state, "NOSUCH REP=1", 257); }
-BENCHMARK(unknown_command);
+void UnknownCommand(benchmark::State& state) { RunLine(state, "NOSUCH REP=1", 257); }
+BENCHMARK(UnknownCommand);
 
 }  // namespace

@@ -53,16 +53,16 @@ void SellADay(const std::string& file) {
                                             2, true, "") == 0 &&
                       device.PrintRecItemEx(0, "PANE", 0, 750, -1, 39000, "", 4, true, "") == 0 &&
                       device.PrintRecTotalEx(0, "0", true) == 0;
-    require(sold, "the register refuses a sale");
+    Require(sold, "the register refuses a sale");
   }
-  require(device.PrintZReportEx(true) == 0, "the register refuses the day closing");
+  Require(device.PrintZReportEx(true) == 0, "the register refuses the day closing");
 }
 
 // A connection that trades safety for speed: the file is not in use yet.
 class Copier {
  public:
   explicit Copier(const std::string& file) {
-    require(sqlite3_open_v2(file.c_str(), &handle_, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK,
+    Require(sqlite3_open_v2(file.c_str(), &handle_, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK,
             "the register file does not open");
     Run("PRAGMA locking_mode = EXCLUSIVE");
     Run("PRAGMA journal_mode = OFF");
@@ -97,7 +97,7 @@ class Copier {
   std::string ReadText(const char* sql) {
     sqlite3_stmt* statement = nullptr;
     Check(sqlite3_prepare_v2(handle_, sql, -1, &statement, nullptr));
-    require(sqlite3_step(statement) == SQLITE_ROW, sql);
+    Require(sqlite3_step(statement) == SQLITE_ROW, sql);
     const void* text = sqlite3_column_text(statement, 0);
     std::string result(static_cast<const char*>(text),
                        static_cast<size_t>(sqlite3_column_bytes(statement, 0)));
@@ -115,7 +115,7 @@ class Copier {
   }
 
  private:
-  void Check(int code) { require(code == SQLITE_OK, sqlite3_errmsg(handle_)); }
+  void Check(int code) { Require(code == SQLITE_OK, sqlite3_errmsg(handle_)); }
 
   sqlite3* handle_ = nullptr;
 };
@@ -154,7 +154,7 @@ void CopyTheDay(const std::string& file, int64_t days) {
       {days, kReceiptsOfADay});
   // What all closed days come to: that of the first one as many times.
   lorimat::Totals one;
-  require(lorimat::Totals::FromRecord(
+  Require(lorimat::Totals::FromRecord(
               copier.ReadText("SELECT totals FROM closure WHERE number = 1"), &one),
           "the totals of the day cannot be read");
   lorimat::Totals all;
@@ -166,7 +166,7 @@ void CopyTheDay(const std::string& file, int64_t days) {
       "SELECT (SELECT count(*) FROM document) || ' ' || (SELECT count(*) FROM document_line) || "
       "' ' || (SELECT count(*) FROM journal) || ' ' || (SELECT sum(total) FROM document)");
   const int64_t receipts = days * kReceiptsOfADay;
-  require(rows == std::to_string(receipts) + " " + std::to_string(2 * receipts) + " " +
+  Require(rows == std::to_string(receipts) + " " + std::to_string(2 * receipts) + " " +
                       std::to_string(receipts + days) + " " + std::to_string(days * kTotalOfADay),
           "the register file lacks rows");
 }
@@ -180,8 +180,8 @@ StoredRegister::StoredRegister() : receipts_(kReceiptsOfADay) {
 }
 
 StoredRegister::StoredRegister(const StoredRegister& day, int64_t receipts) : receipts_(receipts) {
-  require(day.receipts() == kReceiptsOfADay, "a single day is to be copied");
-  require(receipts > 0 && receipts % kReceiptsOfADay == 0, "a register has whole days");
+  Require(day.receipts() == kReceiptsOfADay, "a single day is to be copied");
+  Require(receipts > 0 && receipts % kReceiptsOfADay == 0, "a register has whole days");
   MakeFolder();
   std::filesystem::copy_file(day.file(), file_);
   CopyTheDay(file_, days());
@@ -190,13 +190,13 @@ StoredRegister::StoredRegister(const StoredRegister& day, int64_t receipts) : re
 
 void StoredRegister::MakeFolder() {
   folder_ = (std::filesystem::temp_directory_path() / "lorimat-bench-XXXXXX").string();
-  require(mkdtemp(folder_.data()) != nullptr, "the temporary folder cannot be made");
+  Require(mkdtemp(folder_.data()) != nullptr, "the temporary folder cannot be made");
   file_ = folder_ + "/register";
 }
 
 void StoredRegister::Check() const {
   const lorimat::RegisterStatus status = lorimat::RegisterFile(file_).Status();
-  require(status.documents == static_cast<uint64_t>(receipts_) && status.closures == days() &&
+  Require(status.documents == static_cast<uint64_t>(receipts_) && status.closures == days() &&
               status.journal_entries == static_cast<uint64_t>(receipts_ + days()) &&
               status.grand_total == days() * kTotalOfADay && !status.day_open,
           "the register file does not hold what it should");

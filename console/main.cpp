@@ -70,46 +70,46 @@ Exit codes:
   141  nobody reads standard output any more
 )");
 
-void add_run(CLI::App& app, RunOptions* options) {
+void AddRun(CLI::App& app, RunOptions* options) {
   CLI::App* run = app.add_subcommand(
-      "run", tr("Run a file of command lines on a virtual register and print the paper"));
-  run->add_option("FILE", options->file, tr("Lines to run, one command each; - is standard input"))
+      "run", Tr("Run a file of command lines on a virtual register and print the paper"));
+  run->add_option("FILE", options->file, Tr("Lines to run, one command each; - is standard input"))
       ->required();
   run->add_option("--language", options->language,
-                  tr("Definition file with the words of the language (default: the merkelin.ini "
+                  Tr("Definition file with the words of the language (default: the merkelin.ini "
                      "beside the program)"))
       ->type_name("FILE");
-  add_paper_option(run, &options->paper, tr("Write the paper to FILE (default: standard output)"));
-  run->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
+  AddPaperOption(run, &options->paper, Tr("Write the paper to FILE (default: standard output)"));
+  run->add_option("--png", options->png, Tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");
   run->add_option("--pdf", options->pdf,
-                  tr("Write the paper to FILE as a PDF, a page for each document"))
+                  Tr("Write the paper to FILE as a PDF, a page for each document"))
       ->type_name("FILE");
-  add_register_option(run, &options->register_file);
+  AddRegisterOption(run, &options->register_file);
   CLI::Option* batch =
       run->add_flag("--batch", options->batch,
-                    tr("Run the file as one \"@\" batch; its name must not have capital letters, "
+                    Tr("Run the file as one \"@\" batch; its name must not have capital letters, "
                        "which the library would lower-case"));
   run->add_flag("--stop-on-error", options->stop_on_error,
-                tr("End the run at the first failing line"))
+                Tr("End the run at the first failing line"))
       ->excludes(batch);
-  run->add_option("--clock", options->clock, tr("Set the register's clock"))
+  run->add_option("--clock", options->clock, Tr("Set the register's clock"))
       ->type_name("\"YYYY-MM-DD HH:MM\"");
   run->add_option("--trace", options->trace,
-                  tr("Write the library's own lines and the lines it was given to FILE; - is "
+                  Tr("Write the library's own lines and the lines it was given to FILE; - is "
                      "standard error (default: they are discarded)"))
       ->type_name("FILE");
   run->add_flag("--terse", options->terse,
-                tr("Show each failing line by place, code, answer and line alone, without "
+                Tr("Show each failing line by place, code, answer and line alone, without "
                    "explanation and summary"));
   run->add_flag("-v,--verbose", options->verbose,
-                tr("Show the files in use and the answer of every line"));
+                Tr("Show the files in use and the answer of every line"));
   run->add_option("--library", options->library,
-                  tr("The shared library (default: liblorimatrt.so beside the program)"))
+                  Tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
-  refuse_empty_texts(run);
-  run->footer(std::string(translated(kRunExamples)));
+  RefuseEmptyTexts(run);
+  run->footer(std::string(Translated(kRunExamples)));
 }
 
 constexpr std::string_view kExplainExamples = TR_TEXT(R"(Examples:
@@ -131,16 +131,16 @@ Exit codes:
   2  wrong use, or a text that is no code
 )");
 
-void add_explain(CLI::App& app, ExplainOptions* options) {
+void AddExplain(CLI::App& app, ExplainOptions* options) {
   CLI::App* explain =
-      app.add_subcommand("explain", tr("Tell what a result code is and what causes it"));
+      app.add_subcommand("explain", Tr("Tell what a result code is and what causes it"));
   explain
       ->add_option("CODE", options->codes,
-                   tr("Result codes: 265, 1/9 as an answer shows it, or the text of an answer"))
+                   Tr("Result codes: 265, 1/9 as an answer shows it, or the text of an answer"))
       ->required();
-  explain->add_flag("--json", options->json, tr("Write JSON"));
-  refuse_empty_texts(explain);
-  explain->footer(std::string(translated(kExplainExamples)));
+  explain->add_flag("--json", options->json, Tr("Write JSON"));
+  RefuseEmptyTexts(explain);
+  explain->footer(std::string(Translated(kExplainExamples)));
 }
 
 constexpr std::string_view kWordsExamples = TR_TEXT(R"(Examples:
@@ -159,20 +159,20 @@ Exit codes:
   2  wrong use, or the definition file cannot be read
 )");
 
-void add_words(CLI::App& app, WordsOptions* options) {
+void AddWords(CLI::App& app, WordsOptions* options) {
   CLI::App* words =
-      app.add_subcommand("words", tr("Show the commands and fields of a definition file"));
+      app.add_subcommand("words", Tr("Show the commands and fields of a definition file"));
   words
       ->add_option("--language", options->language,
-                   tr("Definition file (default: the one that a host would read)"))
+                   Tr("Definition file (default: the one that a host would read)"))
       ->type_name("FILE");
-  words->add_option("--command", options->command, tr("Show this command alone"))
+  words->add_option("--command", options->command, Tr("Show this command alone"))
       ->type_name("NAME");
   CLI::Option* markdown =
-      words->add_flag("--markdown", options->markdown, tr("Write a Markdown table"));
-  words->add_flag("--json", options->json, tr("Write JSON"))->excludes(markdown);
-  refuse_empty_texts(words);
-  words->footer(std::string(translated(kWordsExamples)));
+      words->add_flag("--markdown", options->markdown, Tr("Write a Markdown table"));
+  words->add_flag("--json", options->json, Tr("Write JSON"))->excludes(markdown);
+  RefuseEmptyTexts(words);
+  words->footer(std::string(Translated(kWordsExamples)));
 }
 
 constexpr std::string_view kCheckExamples = TR_TEXT(R"(Examples:
@@ -194,94 +194,94 @@ Exit codes:
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
-void add_check(CLI::App& app, CheckOptions* options) {
+void AddCheck(CLI::App& app, CheckOptions* options) {
   CLI::App* check =
-      app.add_subcommand("check", tr("Look for faults in definition files and batch files"));
-  check->add_option("FILE", options->files, tr("Files to check; - is standard input"))->required();
+      app.add_subcommand("check", Tr("Look for faults in definition files and batch files"));
+  check->add_option("FILE", options->files, Tr("Files to check; - is standard input"))->required();
   check
       ->add_option("--language", options->language,
-                   tr("Definition file with the words of batch files (default: the one that a host "
+                   Tr("Definition file with the words of batch files (default: the one that a host "
                       "would read)"))
       ->type_name("FILE");
   CLI::Option* definition = check->add_flag("--language-file", options->language_file,
-                                            tr("Take every FILE for a definition file"));
-  check->add_flag("--batch-file", options->batch_file, tr("Take every FILE for a batch file"))
+                                            Tr("Take every FILE for a definition file"));
+  check->add_flag("--batch-file", options->batch_file, Tr("Take every FILE for a batch file"))
       ->excludes(definition);
-  check->add_flag("--notes", options->notes, tr("Tell also of aliases, which are no fault"));
-  check->add_flag("--json", options->json, tr("Write JSON"));
-  refuse_empty_texts(check);
-  check->footer(std::string(translated(kCheckExamples)));
+  check->add_flag("--notes", options->notes, Tr("Tell also of aliases, which are no fault"));
+  check->add_flag("--json", options->json, Tr("Write JSON"));
+  RefuseEmptyTexts(check);
+  check->footer(std::string(Translated(kCheckExamples)));
 }
 
-int parse_and_run(int argc, char** argv, Streams& streams) {
-  CLI::App app(tr("Runs, checks and explains lines of the cash register command language."),
+int ParseAndRun(int argc, char** argv, Streams& streams) {
+  CLI::App app(Tr("Runs, checks and explains lines of the cash register command language."),
                "lorimat");
-  app.set_help_flag("-h,--help", tr("Print this help message and exit"));
+  app.set_help_flag("-h,--help", Tr("Print this help message and exit"));
   app.set_version_flag("-V,--version", "lorimat " LORIMAT_VERSION,
-                       tr("Print the version and exit"));
+                       Tr("Print the version and exit"));
   app.require_subcommand(1);
   InitOptions init;
   AddInit(app, &init);
   SetOptions set;
   AddSet(app, &set);
   RunOptions run;
-  add_run(app, &run);
+  AddRun(app, &run);
   ShellOptions shell;
-  add_shell(app, &shell);
+  AddShell(app, &shell);
   CheckOptions check;
-  add_check(app, &check);
+  AddCheck(app, &check);
   ExplainOptions explain;
-  add_explain(app, &explain);
+  AddExplain(app, &explain);
   WordsOptions words;
-  add_words(app, &words);
+  AddWords(app, &words);
   StatusOptions status;
-  add_status(app, &status);
+  AddStatus(app, &status);
   PaperOptions paper;
-  add_paper(app, &paper);
+  AddPaper(app, &paper);
   JournalOptions journal;
-  add_journal(app, &journal);
+  AddJournal(app, &journal);
   FaultOptions fault;
-  add_fault(app, &fault);
+  AddFault(app, &fault);
   CopyOptions copy;
   AddCopy(app, &copy);
   BackupOptions backup;
-  add_backup(app, &backup);
+  AddBackup(app, &backup);
   RestoreOptions restore;
-  add_restore(app, &restore);
+  AddRestore(app, &restore);
   HelpOptions help;
-  add_help(app, &help);
-  add_version(app);
-  translate_help(app);
+  AddHelp(app, &help);
+  AddVersion(app);
+  TranslateHelp(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    const std::string unknown = unknown_command(app);
+    const std::string unknown = UnknownCommand(app);
     if (error.get_exit_code() == 0 && unknown.empty()) {
       std::ostringstream output;
       app.exit(error, output, output);
-      show_help(streams, output.str());
+      ShowHelp(streams, output.str());
       return kExitGood;
     }
-    tell_error(streams, unknown.empty() ? usage_error(app, error) : unknown);
-    streams.error(tr("Run with --help for more information.\n"));
+    TellError(streams, unknown.empty() ? UsageError(app, error) : unknown);
+    streams.Error(Tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }
   if (app.got_subcommand("init")) return InitCommand(init, streams);
   if (app.got_subcommand("set")) return SetCommand(set, streams);
-  if (app.got_subcommand("shell")) return shell_command(shell, streams);
-  if (app.got_subcommand("check")) return check_command(check, streams);
-  if (app.got_subcommand("explain")) return explain_command(explain, streams);
-  if (app.got_subcommand("words")) return words_command(words, streams);
-  if (app.got_subcommand("status")) return status_command(status, streams);
-  if (app.got_subcommand("paper")) return paper_command(paper, streams);
-  if (app.got_subcommand("journal")) return journal_command(journal, streams);
-  if (app.got_subcommand("fault")) return fault_command(fault, streams);
+  if (app.got_subcommand("shell")) return ShellCommand(shell, streams);
+  if (app.got_subcommand("check")) return CheckCommand(check, streams);
+  if (app.got_subcommand("explain")) return ExplainCommand(explain, streams);
+  if (app.got_subcommand("words")) return WordsCommand(words, streams);
+  if (app.got_subcommand("status")) return StatusCommand(status, streams);
+  if (app.got_subcommand("paper")) return PaperCommand(paper, streams);
+  if (app.got_subcommand("journal")) return JournalCommand(journal, streams);
+  if (app.got_subcommand("fault")) return FaultCommand(fault, streams);
   if (app.got_subcommand("copy")) return CopyCommand(copy, streams);
-  if (app.got_subcommand("backup")) return backup_command(backup, streams);
-  if (app.got_subcommand("restore")) return restore_command(restore, streams);
-  if (app.got_subcommand("help")) return help_command(help, app, streams);
-  if (app.got_subcommand("version")) return version_command(streams);
-  return run_command(run, streams);
+  if (app.got_subcommand("backup")) return RunBackup(backup, streams);
+  if (app.got_subcommand("restore")) return RunRestore(restore, streams);
+  if (app.got_subcommand("help")) return HelpCommand(help, app, streams);
+  if (app.got_subcommand("version")) return VersionCommand(streams);
+  return RunCommand(run, streams);
 }
 
 // The whole program, without what has to be in the global namespace.
@@ -292,18 +292,18 @@ int RunProgram(int argc, char** argv) {
   try {
     Streams streams;
     try {
-      code = parse_and_run(argc, argv, streams);
+      code = ParseAndRun(argc, argv, streams);
     } catch (const Failure& failure) {
-      tell_error(streams, failure.what());
+      TellError(streams, failure.what());
     } catch (const std::bad_alloc&) {
-      tell_error(streams, tr("there is not enough memory"));
+      TellError(streams, Tr("there is not enough memory"));
     } catch (const std::exception& error) {
-      tell_error(streams, register_message(error.what()));
+      TellError(streams, RegisterMessage(error.what()));
     }
   } catch (const std::exception&) {
     // Not even standard error can be reached.
   }
-  if (code == kExitReaderGone) end_by_broken_pipe();
+  if (code == kExitReaderGone) EndByBrokenPipe();
   return code;
 }
 

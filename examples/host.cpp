@@ -16,14 +16,14 @@ RtfClientInterface* client = nullptr;
 
 // The library asks for the client once, from TradInit; the last argument is the address of the
 // pointer to fill.
-long ecr_io(long code, long, char*, long, char*, long*, long* out) {
+long EcrIo(long code, long, char*, long, char*, long*, long* out) {
   if (code != ECRIOIC_GET_CLIENT_RT) return -1;
   *reinterpret_cast<void**>(out) = client;
   return 0;
 }
 
 // Runs one line; false, with the answer shown, when it fails.
-bool run(std::string line) {
+bool Run(std::string line) {
   char result[512];  // the least that EcrCmd asks for
   const long code = EcrCmd(line.data(), result);
   if (code != 0) std::fprintf(stderr, "%s: code %ld: %s\n", line.c_str(), code, result);
@@ -39,13 +39,13 @@ int main(int argc, char** argv) {
   }
   lorimat::VirtualRegister device;
   client = &device;
-  if (TradInit(argv[1], 0, nullptr, &ecr_io) != 0) {
+  if (TradInit(argv[1], 0, nullptr, &EcrIo) != 0) {
     std::fprintf(stderr, "%s: the library cannot read this definition file\n", argv[1]);
     return 2;
   }
-  bool good = run("VEND REP=2, QTA=2, PRE=1.20, DES='CAFFE'");
-  good = run("VEND REP=2, PRE=1.50, DES='CORNETTO'") && good;
-  good = run("CHIU TEND=CONTANTI, IMP=5.00") && good;
+  bool good = Run("VEND REP=2, QTA=2, PRE=1.20, DES='CAFFE'");
+  good = Run("VEND REP=2, PRE=1.50, DES='CORNETTO'") && good;
+  good = Run("CHIU TEND=CONTANTI, IMP=5.00") && good;
   TradClose();
   std::fputs(device.paper_text().c_str(), stdout);
   return good ? 0 : 1;

@@ -54,55 +54,55 @@ constexpr PageWords kItalian = {
     .always = "sempre",
 };
 
-bool starts_with(std::string_view text, std::string_view start) {
+bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(" \t\r");
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-std::string without_marks(std::string_view text) {
+std::string WithoutMarks(std::string_view text) {
   std::string out;
-  for (const char c : trimmed(text)) {
+  for (const char c : Trimmed(text)) {
     if (c != '`') out += c;
   }
   return out;
 }
 
 // Whether the words stand at the beginning: "flag: ...", but not "flags of the device".
-bool begins_with_words(std::string_view text, std::string_view words) {
-  if (!starts_with(text, words)) return false;
+bool BeginsWithWords(std::string_view text, std::string_view words) {
+  if (!StartsWith(text, words)) return false;
   const std::string_view behind = text.substr(words.size());
   return behind.empty() || std::string_view(" :;,").find(behind.front()) != std::string_view::npos;
 }
 
 // The number that the text begins with; 0 for none.
-int leading_number(std::string_view text) {
+int LeadingNumber(std::string_view text) {
   int number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
 }
 
-std::vector<std::string> split(std::string_view text, char separator) {
+std::vector<std::string> Split(std::string_view text, char separator) {
   std::vector<std::string> parts;
   size_t at = 0;
   while (at <= text.size()) {
     const size_t end = std::min(text.find(separator, at), text.size());
-    parts.push_back(without_marks(text.substr(at, end - at)));
+    parts.push_back(WithoutMarks(text.substr(at, end - at)));
     at = end + 1;
   }
   return parts;
 }
 
 // The cells of "| a | b |".
-std::vector<std::string> cells(std::string_view line) {
-  line = trimmed(line);
+std::vector<std::string> Cells(std::string_view line) {
+  line = Trimmed(line);
   if (!line.empty()) line.remove_prefix(1);
   if (!line.empty() && line.back() == '|') line.remove_suffix(1);
-  return split(line, '|');
+  return Split(line, '|');
 }
 
 // Reads the page line by line.
@@ -110,38 +110,38 @@ class PageReader {
  public:
   explicit PageReader(const PageWords& words) : words_(words) {}
 
-  std::vector<CommandGroup> read(std::string_view page) {
+  std::vector<CommandGroup> Read(std::string_view page) {
     while (!page.empty()) {
       const size_t end = std::min(page.find('\n'), page.size());
-      take(page.substr(0, end));
+      Take(page.substr(0, end));
       page.remove_prefix(std::min(end + 1, page.size()));
     }
     return std::move(groups_);
   }
 
  private:
-  void take(std::string_view line) {
-    if (starts_with(line, "```")) {
+  void Take(std::string_view line) {
+    if (StartsWith(line, "```")) {
       fenced_ = !fenced_;
       open_paragraph_ = false;
     } else if (fenced_) {
-      if (command_ && !trimmed(line).empty()) command().examples.emplace_back(line);
-    } else if (starts_with(line, "## ")) {
-      groups_.push_back({std::string(trimmed(line.substr(3))), {}, {}});
-      begin_chapter(false);
-    } else if (starts_with(line, "### ")) {
-      begin_command(trimmed(line.substr(4)));
+      if (command_ && !Trimmed(line).empty()) command().examples.emplace_back(line);
+    } else if (StartsWith(line, "## ")) {
+      groups_.push_back({std::string(Trimmed(line.substr(3))), {}, {}});
+      BeginChapter(false);
+    } else if (StartsWith(line, "### ")) {
+      BeginCommand(Trimmed(line.substr(4)));
     } else if (groups_.empty() || foreign_) {
       return;
     } else if (!line.empty() && line.front() == '|') {
-      take_row(cells(line));
+      TakeRow(Cells(line));
     } else {
       header_.clear();
-      take_text(line);
+      TakeText(line);
     }
   }
 
-  void begin_chapter(bool command) {
+  void BeginChapter(bool command) {
     command_ = command;
     foreign_ = false;
     open_paragraph_ = false;
@@ -149,28 +149,28 @@ class PageReader {
   }
 
   // "10 VEND"; a heading without a number is about something else.
-  void begin_command(std::string_view heading) {
-    const int id = leading_number(heading);
-    begin_chapter(id != 0);
+  void BeginCommand(std::string_view heading) {
+    const int id = LeadingNumber(heading);
+    BeginChapter(id != 0);
     foreign_ = id == 0;
     if (foreign_ || groups_.empty()) return;
     CommandHelp help;
     help.id = id;
-    help.name = trimmed(heading.substr(std::min(heading.find(' '), heading.size())));
+    help.name = Trimmed(heading.substr(std::min(heading.find(' '), heading.size())));
     help.group = groups_.back().title;
     groups_.back().commands.push_back(std::move(help));
   }
 
   CommandHelp& command() { return groups_.back().commands.back(); }
 
-  void take_text(std::string_view line) {
-    const std::string text = without_marks(line);
+  void TakeText(std::string_view line) {
+    const std::string text = WithoutMarks(line);
     if (text.empty()) {
       open_paragraph_ = false;
       return;
     }
-    if (command_ && starts_with(text, words_.shortest)) {
-      const std::string_view word = trimmed(std::string_view(text).substr(words_.shortest.size()));
+    if (command_ && StartsWith(text, words_.shortest)) {
+      const std::string_view word = Trimmed(std::string_view(text).substr(words_.shortest.size()));
       command().shortest = word.substr(0, word.find_last_not_of('.') + 1);
       return;
     }
@@ -178,7 +178,7 @@ class PageReader {
                                            : command().fields.empty() && command().values.empty()
                                                ? command().text
                                                : command().remarks;
-    if (open_paragraph_ && !starts_with(text, "- ")) {
+    if (open_paragraph_ && !StartsWith(text, "- ")) {
       paragraphs.back() += " " + text;
     } else {
       paragraphs.push_back(text);
@@ -186,7 +186,7 @@ class PageReader {
     open_paragraph_ = true;
   }
 
-  void take_row(const std::vector<std::string>& row) {
+  void TakeRow(const std::vector<std::string>& row) {
     open_paragraph_ = false;
     if (header_.empty()) {
       header_ = row;
@@ -195,14 +195,13 @@ class PageReader {
       }
       return;
     }
-    if (starts_with(row[0], "--") || row.size() != header_.size()) return;
+    if (StartsWith(row[0], "--") || row.size() != header_.size()) return;
     if (!command_) {
-      take_listed(row);
+      TakeListed(row);
     } else if (header_[0] == words_.number && row.size() == 4) {
       const bool flag =
-          begins_with_words(row[3], words_.flag) || begins_with_words(row[3], words_.bare_flag);
-      command().fields.push_back(
-          {leading_number(row[0]), split(row[1], ','), row[2], row[3], flag});
+          BeginsWithWords(row[3], words_.flag) || BeginsWithWords(row[3], words_.bare_flag);
+      command().fields.push_back({LeadingNumber(row[0]), Split(row[1], ','), row[2], row[3], flag});
     } else if (header_[0] == words_.value && row.size() == 3) {
       command().values.back().rows.push_back({row[0], row[1], row[2]});
     } else if (header_[0] == words_.code && row.size() == 2) {
@@ -211,10 +210,10 @@ class PageReader {
   }
 
   // The tables of commands that have no chapter.
-  void take_listed(const std::vector<std::string>& row) {
+  void TakeListed(const std::vector<std::string>& row) {
     if (header_[0] != words_.number || row.size() != 3) return;
     CommandHelp help;
-    help.id = leading_number(row[0]);
+    help.id = LeadingNumber(row[0]);
     help.name = row[1];
     help.group = groups_.back().title;
     const std::string always(words_.always);
@@ -225,7 +224,7 @@ class PageReader {
       help.text = {std::string(words_.word_of_dumps)};
       help.codes = {{"268", always}};
       int number = 0;
-      for (const std::string& name : split(row[2], ',')) {
+      for (const std::string& name : Split(row[2], ',')) {
         help.fields.push_back({++number, {name}, "", std::string(words_.field_of_dumps), false});
       }
     } else {
@@ -244,7 +243,7 @@ class PageReader {
 };
 
 // What a page has, but the groups without commands.
-std::vector<CommandGroup> groups_with_commands(std::string_view page, PageLanguage language) {
+std::vector<CommandGroup> GroupsWithCommands(std::string_view page, PageLanguage language) {
   std::vector<CommandGroup> groups = read_command_help(page, language);
   std::erase_if(groups, [](const CommandGroup& group) { return group.commands.empty(); });
   return groups;
@@ -266,15 +265,15 @@ const FieldHelp* CommandHelp::find_field(int number) const {
 }
 
 std::vector<CommandGroup> read_command_help(std::string_view page, PageLanguage language) {
-  return PageReader(language == PageLanguage::kItalian ? kItalian : kEnglish).read(page);
+  return PageReader(language == PageLanguage::kItalian ? kItalian : kEnglish).Read(page);
 }
 
 const std::vector<CommandGroup>& command_groups(PageLanguage language) {
   if (language == PageLanguage::kItalian) {
-    static const auto italian = groups_with_commands(kItalianPage, PageLanguage::kItalian);
+    static const auto italian = GroupsWithCommands(kItalianPage, PageLanguage::kItalian);
     return italian;
   }
-  static const auto english = groups_with_commands(kEnglishPage, PageLanguage::kEnglish);
+  static const auto english = GroupsWithCommands(kEnglishPage, PageLanguage::kEnglish);
   return english;
 }
 

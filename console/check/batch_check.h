@@ -15,14 +15,14 @@ class BatchCheck {
   // Both have to outlive this object.
   BatchCheck(const Language& language, Findings& findings);
 
-  void take(const SourceLine& line);
+  void Take(const SourceLine& line);
   // Behind the last line: what the lines leave behind.
-  void finish() { sequence_.finish(); }
+  void Finish() { sequence_.Finish(); }
   uint64_t lines() const { return lines_; }        // lines taken
   uint64_t commands() const { return commands_; }  // that hold more than a comment
 
  private:
-  void check_bytes(const SourceLine& line);
+  void CheckBytes(const SourceLine& line);
 
   const Language& language_;
   Findings& findings_;

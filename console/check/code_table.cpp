@@ -14,7 +14,7 @@ namespace {
 constexpr int kClientSplit = 200;  // results from here on are extended ones
 constexpr int kLastShortResult = 255;
 // The library's own code that some commands pass on as if the device had given it.
-constexpr int kStateNotRead = syntax_error(ILLEGAL_VALUE);
+constexpr int kStateNotRead = SyntaxError(ILLEGAL_VALUE);
 
 constexpr CodeClass kClasses[] = {
     {0, 0, TR_TEXT("state and file errors of the translator")},
@@ -242,33 +242,33 @@ constexpr ClientResult kClientResults[] = {
 #undef RESULT
 
 // What a client result becomes each time that it passes on its way up.
-int pass(int result) {
+int Pass(int result) {
   if (result == 0) return 0;
   if (result == -1) return CLASS_IO;
   return result < kClientSplit ? result | CLASS_IO : result | CLASS_CRITICAL;
 }
 
 // The chain from a result to the code, in one pass or two; empty when it does not lead there.
-std::vector<int> chain_to(int result, int code) {
-  const int once = pass(result);
+std::vector<int> ChainTo(int result, int code) {
+  const int once = Pass(result);
   if (once == code) return {result, once};
-  const int twice = pass(once);
+  const int twice = Pass(once);
   if (twice == code) return {result, once, twice};
   return {};
 }
 
-CodeReading passed(CodeReading::Kind kind, std::vector<int> chain, const char* name,
+CodeReading Passed(CodeReading::Kind kind, std::vector<int> chain, const char* name,
                    const char* cause) {
   CodeReading reading;
   reading.kind = kind;
-  reading.once_or_more = chain.size() == 2 && pass(chain.back()) == chain.back();
+  reading.once_or_more = chain.size() == 2 && Pass(chain.back()) == chain.back();
   reading.chain = std::move(chain);
   reading.name = name;
   reading.cause = cause;
   return reading;
 }
 
-CodeReading plain(CodeReading::Kind kind, int code, const char* cause, bool given = true) {
+CodeReading Plain(CodeReading::Kind kind, int code, const char* cause, bool given = true) {
   CodeReading reading;
   reading.kind = kind;
   reading.chain = {code};
@@ -277,45 +277,45 @@ CodeReading plain(CodeReading::Kind kind, int code, const char* cause, bool give
   return reading;
 }
 
-void add_unnamed_client(int code, std::vector<CodeReading>* readings) {
+void AddUnnamedClient(int code, std::vector<CodeReading>* readings) {
   const int index = code & 0xFF;
   const int bits = code & ~0xFF;
   std::vector<int> chain;
-  if (bits == CLASS_IO && index < kClientSplit) chain = chain_to(index, code);
-  if (bits == (CLASS_IO | CLASS_CRITICAL) && index < kClientSplit) chain = chain_to(index, code);
-  if (bits == CLASS_CRITICAL && index >= kClientSplit) chain = chain_to(index, code);
+  if (bits == CLASS_IO && index < kClientSplit) chain = ChainTo(index, code);
+  if (bits == (CLASS_IO | CLASS_CRITICAL) && index < kClientSplit) chain = ChainTo(index, code);
+  if (bits == CLASS_CRITICAL && index >= kClientSplit) chain = ChainTo(index, code);
   // A longer result keeps its own upper bits, the class bit perhaps among them.
   if (chain.empty() && code > 0 && (code & CLASS_CRITICAL) != 0) {
     const int without = code & ~int{CLASS_CRITICAL};
     chain = {without > kLastShortResult ? without : code, code};
   }
   if (chain.empty()) return;
-  readings->push_back(passed(CodeReading::kUnnamedClient, std::move(chain), "",
+  readings->push_back(Passed(CodeReading::kUnnamedClient, std::move(chain), "",
                              TR_TEXT("The device client's own result, which has no common name.")));
 }
 
 }  // namespace
 
-std::span<const CodeClass> code_classes() { return kClasses; }
-std::span<const OwnCode> own_codes() { return kOwnCodes; }
-std::span<const ClientResult> client_results() { return kClientResults; }
+std::span<const CodeClass> CodeClasses() { return kClasses; }
+std::span<const OwnCode> OwnCodes() { return kOwnCodes; }
+std::span<const ClientResult> ClientResults() { return kClientResults; }
 
-bool comes_from(long code, int result) {
-  return code == static_cast<int>(code) && !chain_to(result, static_cast<int>(code)).empty();
+bool ComesFrom(long code, int result) {
+  return code == static_cast<int>(code) && !ChainTo(result, static_cast<int>(code)).empty();
 }
 
-std::vector<CodeReading> read_code(int code) {
+std::vector<CodeReading> ReadCode(int code) {
   std::vector<CodeReading> readings;
   if (code == 0) {
-    return {plain(CodeReading::kSuccess, code, TR_TEXT("The line ran, or held nothing to run."))};
+    return {Plain(CodeReading::kSuccess, code, TR_TEXT("The line ran, or held nothing to run."))};
   }
   if (code == -1) {
     return {
-        plain(CodeReading::kInternal, code,
+        Plain(CodeReading::kInternal, code,
               TR_TEXT("The translator's sign for a batch request (\"@\"). A host never sees it."))};
   }
   if (code == -2) {
-    return {plain(
+    return {Plain(
         CodeReading::kInternal, code,
         TR_TEXT("The translator's sign for a line that holds nothing: empty, blank or a comment. "
                 "A host never sees it. A client result of -2 is taken for it, and reads as "
@@ -323,36 +323,36 @@ std::vector<CodeReading> read_code(int code) {
   }
   for (const OwnCode& own : kOwnCodes) {
     if (own.code == code) {
-      readings.push_back(plain(CodeReading::kOwn, code, own.cause, own.given));
+      readings.push_back(Plain(CodeReading::kOwn, code, own.cause, own.given));
       readings.back().way_out = own.way_out;
     }
   }
   if (code < 0) {
     if ((code & CLASS_IO) != 0) {
       readings.push_back(
-          passed(CodeReading::kUnnamedClient, {code, code}, "",
+          Passed(CodeReading::kUnnamedClient, {code, code}, "",
                  TR_TEXT("A negative result of the device client, which passes as it is.")));
     }
     return readings;
   }
-  const std::vector<int> unreachable = chain_to(-1, code);
+  const std::vector<int> unreachable = ChainTo(-1, code);
   if (!unreachable.empty()) {
-    readings.push_back(passed(CodeReading::kUnreachable, unreachable, "",
+    readings.push_back(Passed(CodeReading::kUnreachable, unreachable, "",
                               TR_TEXT("The device client gave no answer, or there is none.")));
   }
   for (const ClientResult& client : kClientResults) {
-    std::vector<int> chain = chain_to(client.result, code);
+    std::vector<int> chain = ChainTo(client.result, code);
     if (chain.empty()) continue;
-    readings.push_back(passed(CodeReading::kClient, std::move(chain), client.name, client.cause));
+    readings.push_back(Passed(CodeReading::kClient, std::move(chain), client.name, client.cause));
     readings.back().way_out = client.way_out;
   }
-  if (code == pass(kStateNotRead)) {
-    readings.push_back(passed(
+  if (code == Pass(kStateNotRead)) {
+    readings.push_back(Passed(
         CodeReading::kOwnAgain, {kStateNotRead, code}, "",
         TR_TEXT("The state of the device cannot be read, or INFO (opcode 71) was asked for a value "
                 "that does not exist.")));
   }
-  if (readings.empty()) add_unnamed_client(code, &readings);
+  if (readings.empty()) AddUnnamedClient(code, &readings);
   return readings;
 }
 

@@ -15,7 +15,7 @@ struct CodeClass {
   int shown;  // the number in "ERROR 1/9"
   const char* what;
 };
-std::span<const CodeClass> code_classes();
+std::span<const CodeClass> CodeClasses();
 
 // A code that the library, or the older protocol that its tables come from, gives of itself.
 struct OwnCode {
@@ -24,7 +24,7 @@ struct OwnCode {
   const char* cause;
   const char* way_out = "";  // what leads out, where that is not plain to see
 };
-std::span<const OwnCode> own_codes();
+std::span<const OwnCode> OwnCodes();
 
 // A result of the device client that has a name.
 struct ClientResult {
@@ -33,7 +33,7 @@ struct ClientResult {
   const char* cause;
   const char* way_out = "";
 };
-std::span<const ClientResult> client_results();
+std::span<const ClientResult> ClientResults();
 
 // One way in which a code comes about.
 struct CodeReading {
@@ -56,9 +56,9 @@ struct CodeReading {
 };
 
 // Whether a result of the device client can have led to the code.
-bool comes_from(long code, int result);
+bool ComesFrom(long code, int result);
 
 // Every way that is known, the likelier one first; none for a number that is no result code.
-std::vector<CodeReading> read_code(int code);
+std::vector<CodeReading> ReadCode(int code);
 
 }  // namespace lorimat::console

@@ -19,22 +19,22 @@ constexpr int kLastKeyCode = 255;  // a key's code is one byte
 constexpr size_t kLongestSymbol = MAXSIMBLN;
 constexpr const char* kQuote = "'";
 
-std::string trimmed(const std::string& text) {
+std::string Trimmed(const std::string& text) {
   const size_t first = text.find_first_not_of(' ');
   if (first == std::string::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-bool is_integer(const std::string& text) {
+bool IsInteger(const std::string& text) {
   const size_t first = !text.empty() && text.front() == '-' ? 1 : 0;
   return text.size() > first && text.find_first_not_of("0123456789", first) == std::string::npos;
 }
 
-bool all_digits(const std::string& text) {
+bool AllDigits(const std::string& text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
-const std::vector<std::string>& section_names() {
+const std::vector<std::string>& SectionNames() {
   static const std::vector<std::string> names = {"OPCOD",  "EQU",  "EQUTASTI",
                                                  "INTMSG", "TOTG", "ERRMSG"};
   return names;
@@ -49,7 +49,7 @@ struct DefinitionCheck::Texts {
   size_t longest;
 };
 
-const DefinitionCheck::Texts* DefinitionCheck::find_texts(const std::string& section) {
+const DefinitionCheck::Texts* DefinitionCheck::FindTexts(const std::string& section) {
   static constexpr Texts kTexts[] = {
       {"INTMSG", 40, 32},  {"TOTG", 100, 32},   {"ERRMSG", 50, 80},  {"ERRMSG0", 50, 80},
       {"ERRMSG1", 40, 80}, {"ERRMSG2", 20, 80}, {"ERRMSG3", 30, 80}, {"ERRMSG4", 10, 80},
@@ -62,7 +62,7 @@ const DefinitionCheck::Texts* DefinitionCheck::find_texts(const std::string& sec
   return nullptr;
 }
 
-void DefinitionCheck::add(Severity severity, const char* rule, std::string what, std::string effect,
+void DefinitionCheck::Add(Severity severity, const char* rule, std::string what, std::string effect,
                           std::string suggestion) {
   Finding finding;
   finding.severity = severity;
@@ -71,61 +71,61 @@ void DefinitionCheck::add(Severity severity, const char* rule, std::string what,
   finding.what = std::move(what);
   finding.effect = std::move(effect);
   finding.suggestion = std::move(suggestion);
-  findings_.add(std::move(finding));
+  findings_.Add(std::move(finding));
 }
 
-void DefinitionCheck::check_bytes(const SourceLine& line) {
+void DefinitionCheck::CheckBytes(const SourceLine& line) {
   if (line.nul_at != 0) {
-    add(Severity::kError, "nul-byte", tr("a NUL byte in column {}", line.nul_at),
-        tr("the library reads the line only up to there"));
+    Add(Severity::kError, "nul-byte", Tr("a NUL byte in column {}", line.nul_at),
+        Tr("the library reads the line only up to there"));
   }
   const size_t carriage_return = line.text.find('\r');
   if (carriage_return != std::string::npos) {
-    add(Severity::kError, "bare-carriage-return",
-        tr("a carriage return in column {} ends no line", carriage_return + 1),
-        tr("what follows belongs to the same line"));
+    Add(Severity::kError, "bare-carriage-return",
+        Tr("a carriage return in column {} ends no line", carriage_return + 1),
+        Tr("what follows belongs to the same line"));
   }
   if (line.length > kDefinitionLineLimit) {
-    const std::string cut = cleaned_definition_line(line.text.substr(0, kDefinitionLineLimit));
-    if (cut != cleaned_definition_line(line.text)) {
-      add(Severity::kError, "line-too-long",
-          tr("the line has {} characters, more than {}", line.length, kDefinitionLineLimit),
-          tr("the library cuts it there"));
+    const std::string cut = CleanedDefinitionLine(line.text.substr(0, kDefinitionLineLimit));
+    if (cut != CleanedDefinitionLine(line.text)) {
+      Add(Severity::kError, "line-too-long",
+          Tr("the line has {} characters, more than {}", line.length, kDefinitionLineLimit),
+          Tr("the library cuts it there"));
     }
   }
 }
 
-void DefinitionCheck::take(const SourceLine& line) {
+void DefinitionCheck::Take(const SourceLine& line) {
   line_ = line.number;
-  check_bytes(line);
+  CheckBytes(line);
   std::string text = line.text.substr(0, kDefinitionLineLimit);
   if (line.number == 1 && text.rfind("\xEF\xBB\xBF", 0) == 0) {
-    add(Severity::kError, "byte-order-mark", tr("the file begins with a byte order mark"),
-        tr("the library takes it for a part of the first line"));
+    Add(Severity::kError, "byte-order-mark", Tr("the file begins with a byte order mark"),
+        Tr("the library takes it for a part of the first line"));
   }
-  text = cleaned_definition_line(text);
+  text = CleanedDefinitionLine(text);
   if (text.empty()) return;
   if (text.front() == '[') {
-    take_header(text);
+    TakeHeader(text);
   } else {
-    take_entry(text);
+    TakeEntry(text);
   }
 }
 
 // --- Headers.
 
-void DefinitionCheck::take_header(const std::string& text) {
+void DefinitionCheck::TakeHeader(const std::string& text) {
   section_seen_ = true;
-  section_ = section_name(text);
-  texts_ = find_texts(section_);
+  section_ = SectionName(text);
+  texts_ = FindTexts(section_);
   id_ = 0;
   if (text.size() < 2 || text.back() != ']') {
-    add(Severity::kError, "header-not-closed", tr("'{}' is not closed by a ']'", text),
-        tr("its last character is dropped, so that it names the section '{}'", section_));
+    Add(Severity::kError, "header-not-closed", Tr("'{}' is not closed by a ']'", text),
+        Tr("its last character is dropped, so that it names the section '{}'", section_));
   }
   if (section_ == "OPCOD") {
     kind_ = Kind::kCommands;
-    open_rows(DefinitionRows::kCommandSlot);
+    OpenRows(DefinitionRows::kCommandSlot);
   } else if (section_ == "EQU") {
     kind_ = Kind::kSymbols;
   } else if (section_ == "EQUTASTI") {
@@ -134,176 +134,176 @@ void DefinitionCheck::take_header(const std::string& text) {
     kind_ = Kind::kTexts;
   } else if (section_.rfind("ERRMSG", 0) == 0) {
     kind_ = Kind::kDropped;
-    add(Severity::kError, "unknown-section",
-        tr("[{}] is no section of messages; they are ERRMSG0 to ERRMSG9", section_),
-        tr("its lines have no effect or go to another table"));
+    Add(Severity::kError, "unknown-section",
+        Tr("[{}] is no section of messages; they are ERRMSG0 to ERRMSG9", section_),
+        Tr("its lines have no effect or go to another table"));
   } else {
-    take_number_header();
+    TakeNumberHeader();
   }
 }
 
 // Any other name counts as a number, as far as it begins with one.
-void DefinitionCheck::take_number_header() {
-  id_ = text_to_int(section_.c_str());
+void DefinitionCheck::TakeNumberHeader() {
+  id_ = TextToInt(section_.c_str());
   const bool has_rows = id_ >= 1 && id_ < MAXOPCOD;
   kind_ = has_rows ? Kind::kFields : Kind::kDropped;
-  if (!all_digits(section_)) {
-    const std::string bare = trimmed(section_);
-    std::string near = nearest_word(bare, section_names());
-    if (near.empty() && all_digits(bare)) near = bare;
-    add(Severity::kError, "unknown-section", tr("there is no section [{}]", section_),
-        has_rows ? tr("its entries count as fields of the command {}", id_)
-                 : tr("its entries have no effect"),
+  if (!AllDigits(section_)) {
+    const std::string bare = Trimmed(section_);
+    std::string near = NearestWord(bare, SectionNames());
+    if (near.empty() && AllDigits(bare)) near = bare;
+    Add(Severity::kError, "unknown-section", Tr("there is no section [{}]", section_),
+        has_rows ? Tr("its entries count as fields of the command {}", id_)
+                 : Tr("its entries have no effect"),
         near.empty() ? near : "[" + near + "]");
   } else if (!has_rows) {
-    add(Severity::kError, "section-out-of-range",
-        tr("[{}] is no command's number; they go from 1 to {}", section_, MAXOPCOD - 1),
-        tr("its entries have no effect"));
+    Add(Severity::kError, "section-out-of-range",
+        Tr("[{}] is no command's number; they go from 1 to {}", section_, MAXOPCOD - 1),
+        Tr("its entries have no effect"));
   }
-  if (has_rows) open_rows(id_);
+  if (has_rows) OpenRows(id_);
 }
 
 // A section of rows that is opened again starts its highest row anew.
-void DefinitionCheck::open_rows(int slot) {
+void DefinitionCheck::OpenRows(int slot) {
   uint64_t& opened = rows_.section_lines[slot];
   if (opened != 0) {
-    add(Severity::kWarning, "section-twice",
-        tr("[{}] was opened in line {} already", section_, opened),
-        tr("only rows up to the highest one below this header can be found"));
+    Add(Severity::kWarning, "section-twice",
+        Tr("[{}] was opened in line {} already", section_, opened),
+        Tr("only rows up to the highest one below this header can be found"));
   }
   opened = line_;
 }
 
 // --- Entries.
 
-DefinitionCheck::Entry DefinitionCheck::split(const std::string& text) {
+DefinitionCheck::Entry DefinitionCheck::Split(const std::string& text) {
   const size_t equals = text.find('=');
-  Entry entry{trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1))};
+  Entry entry{Trimmed(text.substr(0, equals)), Trimmed(text.substr(equals + 1))};
   for (std::string* part : {&entry.left, &entry.right}) {
     // A text is taken whole, or not at all.
     const bool is_text = part == &entry.right && kind_ == Kind::kTexts;
     if (part->size() <= kPartLimit || is_text) continue;
-    add(Severity::kError, "part-too-long",
-        tr("a side of the '=' has {} characters, more than {}", part->size(), kPartLimit),
-        tr("the library cuts it there"));
-    *part = trimmed(part->substr(0, kPartLimit));
+    Add(Severity::kError, "part-too-long",
+        Tr("a side of the '=' has {} characters, more than {}", part->size(), kPartLimit),
+        Tr("the library cuts it there"));
+    *part = Trimmed(part->substr(0, kPartLimit));
   }
   return entry;
 }
 
-void DefinitionCheck::take_entry(const std::string& text) {
+void DefinitionCheck::TakeEntry(const std::string& text) {
   if (!section_seen_ && !entry_before_section_told_) {
     entry_before_section_told_ = true;
-    add(Severity::kError, "entry-before-section", tr("an entry in front of the first section"),
-        tr("it has no effect"));
+    Add(Severity::kError, "entry-before-section", Tr("an entry in front of the first section"),
+        Tr("it has no effect"));
   }
-  const std::string fault = stopping_fault(section_, text);
+  const std::string fault = StoppingFault(section_, text);
   if (!fault.empty()) {
     if (stop_line_ == 0) stop_line_ = line_;
-    add(Severity::kError, "stops-reading", fault,
-        stop_line_ == line_ ? tr("the library stops reading here and answers 2")
-                            : tr("the library would stop here, too"));
+    Add(Severity::kError, "stops-reading", fault,
+        stop_line_ == line_ ? Tr("the library stops reading here and answers 2")
+                            : Tr("the library would stop here, too"));
     return;
   }
-  const Entry entry = split(text);
+  const Entry entry = Split(text);
   switch (kind_) {
     case Kind::kCommands:
-      return take_command(entry, text);
+      return TakeCommand(entry, text);
     case Kind::kFields:
-      return take_field(entry, text);
+      return TakeField(entry, text);
     case Kind::kSymbols:
     case Kind::kKeys:
-      return take_symbol(entry, text);
+      return TakeSymbol(entry, text);
     case Kind::kTexts:
-      return take_text(entry, text);
+      return TakeText(entry, text);
     case Kind::kDropped:
       return;
   }
 }
 
-void DefinitionCheck::check_row_number(const std::string& text) {
-  if (is_integer(text)) return;
-  add(Severity::kWarning, "not-a-number", tr("the row '{}' is no number", text),
-      tr("the library reads {}", text_to_int(text.c_str())));
+void DefinitionCheck::CheckRowNumber(const std::string& text) {
+  if (IsInteger(text)) return;
+  Add(Severity::kWarning, "not-a-number", Tr("the row '{}' is no number", text),
+      Tr("the library reads {}", TextToInt(text.c_str())));
 }
 
-void DefinitionCheck::check_name(const std::string& name, bool is_command) {
+void DefinitionCheck::CheckName(const std::string& name, bool is_command) {
   if (name.empty()) {
-    add(Severity::kError, "name-missing", tr("the row has no name"), tr("no word finds it"));
+    Add(Severity::kError, "name-missing", Tr("the row has no name"), Tr("no word finds it"));
     return;
   }
   if (name.size() > MAXSIMBLN) {
-    add(Severity::kError, "name-too-long",
-        tr("'{}' has {} characters, more than {}", name, name.size(), static_cast<int>(MAXSIMBLN)),
-        tr("the library keeps '{}'", name.substr(0, MAXSIMBLN)));
+    Add(Severity::kError, "name-too-long",
+        Tr("'{}' has {} characters, more than {}", name, name.size(), static_cast<int>(MAXSIMBLN)),
+        Tr("the library keeps '{}'", name.substr(0, MAXSIMBLN)));
   }
   if (name.find(kQuote) != std::string::npos) {
-    add(Severity::kError, "name-never-found", tr("the name {} holds a quote", name),
-        is_command ? tr("a line cannot be cleaned of comments behind it")
-                   : tr("a line with it answers 262"));
+    Add(Severity::kError, "name-never-found", Tr("the name {} holds a quote", name),
+        is_command ? Tr("a line cannot be cleaned of comments behind it")
+                   : Tr("a line with it answers 262"));
   } else if (name.find(',') != std::string::npos) {
-    add(Severity::kError, "name-never-found", tr("the name '{}' begins with a comma", name),
-        tr("the comma belongs to the name, and no line can write it"));
+    Add(Severity::kError, "name-never-found", Tr("the name '{}' begins with a comma", name),
+        Tr("the comma belongs to the name, and no line can write it"));
   } else if (is_command && name.find(' ') != std::string::npos) {
-    add(Severity::kError, "name-never-found", tr("the name '{}' holds a blank", name),
-        tr("a command's word ends there"));
+    Add(Severity::kError, "name-never-found", Tr("the name '{}' holds a blank", name),
+        Tr("a command's word ends there"));
   } else if (is_command && name.front() == '@') {
-    add(Severity::kError, "name-never-found", tr("the name '{}' begins with '@'", name),
-        tr("such a line names a batch file"));
-  } else if (name.front() == '#' && all_digits(name.substr(1))) {
-    add(Severity::kError, "name-never-found", tr("the name '{}' is a number", name),
-        tr("the library takes it for the number itself as far as there is one"));
+    Add(Severity::kError, "name-never-found", Tr("the name '{}' begins with '@'", name),
+        Tr("such a line names a batch file"));
+  } else if (name.front() == '#' && AllDigits(name.substr(1))) {
+    Add(Severity::kError, "name-never-found", Tr("the name '{}' is a number", name),
+        Tr("the library takes it for the number itself as far as there is one"));
   }
 }
 
 // The common part of command and field rows; whether the row reaches a table.
-bool DefinitionCheck::take_row(const Entry& entry, const std::string& text, int slot) {
+bool DefinitionCheck::TakeRow(const Entry& entry, const std::string& text, int slot) {
   const bool is_command = slot == DefinitionRows::kCommandSlot;
-  check_row_number(entry.left);
-  const int row = text_to_int(entry.left.c_str());
+  CheckRowNumber(entry.left);
+  const int row = TextToInt(entry.left.c_str());
   const int last = is_command ? int{MAXOPCOD} : int{MAXCAMPI};
   if (row < 1 || row > last) {
-    add(Severity::kError, "row-out-of-range", tr("row {} is not in 1 to {}", row, last),
-        tr("the entry has no effect"));
+    Add(Severity::kError, "row-out-of-range", Tr("row {} is not in 1 to {}", row, last),
+        Tr("the entry has no effect"));
     return false;
   }
   // A comma in front belongs to the name.
   size_t comma = entry.right.find(',');
   if (comma == 0) comma = std::string::npos;
-  const std::string name = trimmed(entry.right.substr(0, comma));
-  check_name(name, is_command);
+  const std::string name = Trimmed(entry.right.substr(0, comma));
+  CheckName(name, is_command);
   if (comma != std::string::npos) {
-    const std::string behind = trimmed(entry.right.substr(comma + 1));
+    const std::string behind = Trimmed(entry.right.substr(comma + 1));
     const bool mark = entry.right.size() > comma + 1 && entry.right[comma + 1] == 'O';
-    const int number = text_to_int(behind.c_str());
+    const int number = TextToInt(behind.c_str());
     if (mark && is_command) {
-      add(Severity::kWarning, "mark-without-effect", tr("a command cannot be mandatory"),
-          tr("the ',O' has no effect"));
-    } else if (!mark && !behind.empty() && !is_integer(behind)) {
-      add(Severity::kWarning, "not-a-number",
-          tr("behind the comma '{}' is no number and no 'O'", behind),
-          tr("the library reads {}",
-             number == 0 ? tr("the row's own number") : std::to_string(number)));
+      Add(Severity::kWarning, "mark-without-effect", Tr("a command cannot be mandatory"),
+          Tr("the ',O' has no effect"));
+    } else if (!mark && !behind.empty() && !IsInteger(behind)) {
+      Add(Severity::kWarning, "not-a-number",
+          Tr("behind the comma '{}' is no number and no 'O'", behind),
+          Tr("the library reads {}",
+             number == 0 ? Tr("the row's own number") : std::to_string(number)));
     }
     const int highest = is_command ? MAXOPCOD - 1 : int{MAXCAMPI};
     if (number < 0 || number > highest) {
-      add(Severity::kError, "number-out-of-range",
-          tr("number {} is not in 1 to {}", number, highest),
-          is_command ? tr("a line with it answers 268") : tr("a line with it answers 260"));
+      Add(Severity::kError, "number-out-of-range",
+          Tr("number {} is not in 1 to {}", number, highest),
+          is_command ? Tr("a line with it answers 268") : Tr("a line with it answers 260"));
     }
   }
-  const DefinitionRows::Row* before = rows_.find(slot, row);
+  const DefinitionRows::Row* before = rows_.Find(slot, row);
   if (before != nullptr) {
-    add(before->name == name ? Severity::kWarning : Severity::kError, "row-twice",
-        tr("row {} was given in line {} already, as {}", row, before->line,
-           before->name.empty() ? tr("nothing") : before->name),
-        tr("the library keeps this one"));
+    Add(before->name == name ? Severity::kWarning : Severity::kError, "row-twice",
+        Tr("row {} was given in line {} already, as {}", row, before->line,
+           before->name.empty() ? Tr("nothing") : before->name),
+        Tr("the library keeps this one"));
   }
-  store(slot, row, name, text);
+  Store(slot, row, name, text);
   return true;
 }
 
-void DefinitionCheck::store(int slot, int row, const std::string& name, const std::string& text) {
+void DefinitionCheck::Store(int slot, int row, const std::string& name, const std::string& text) {
   const auto section = rows_.section_lines.find(slot);
   DefinitionRows::Row& stored = rows_.rows[{slot, row}];
   stored.line = line_;
@@ -312,84 +312,84 @@ void DefinitionCheck::store(int slot, int row, const std::string& name, const st
   stored.text = text;
 }
 
-void DefinitionCheck::take_command(const Entry& entry, const std::string& text) {
-  if (!take_row(entry, text, DefinitionRows::kCommandSlot)) return;
-  if (text_to_int(entry.left.c_str()) == MAXOPCOD) {
-    add(Severity::kError, "row-out-of-reach",
-        tr("row {} is behind the last that is searched", static_cast<int>(MAXOPCOD)),
-        tr("the library reads it and never finds it"));
+void DefinitionCheck::TakeCommand(const Entry& entry, const std::string& text) {
+  if (!TakeRow(entry, text, DefinitionRows::kCommandSlot)) return;
+  if (TextToInt(entry.left.c_str()) == MAXOPCOD) {
+    Add(Severity::kError, "row-out-of-reach",
+        Tr("row {} is behind the last that is searched", static_cast<int>(MAXOPCOD)),
+        Tr("the library reads it and never finds it"));
   }
 }
 
-void DefinitionCheck::take_field(const Entry& entry, const std::string& text) {
-  take_row(entry, text, id_);
+void DefinitionCheck::TakeField(const Entry& entry, const std::string& text) {
+  TakeRow(entry, text, id_);
 }
 
-void DefinitionCheck::take_symbol(const Entry& entry, const std::string& text) {
+void DefinitionCheck::TakeSymbol(const Entry& entry, const std::string& text) {
   const bool is_key = kind_ == Kind::kKeys;
-  if (!is_integer(entry.right)) {
-    add(Severity::kError, "not-a-number",
-        tr("the value '{}' of {} is no number", entry.right, entry.left),
-        tr("the library reads {}", text_to_int(entry.right.c_str())));
+  if (!IsInteger(entry.right)) {
+    Add(Severity::kError, "not-a-number",
+        Tr("the value '{}' of {} is no number", entry.right, entry.left),
+        Tr("the library reads {}", TextToInt(entry.right.c_str())));
   }
-  const int value = text_to_int(entry.right.c_str());
+  const int value = TextToInt(entry.right.c_str());
   if (rows_.symbols.size() >= MAXSIMB - 1) {
     if (symbols_over_++ == 0) {
-      add(Severity::kError, "too-many-symbols", tr("more than {} symbols", MAXSIMB - 1),
-          tr("this one and those behind it have no effect"));
+      Add(Severity::kError, "too-many-symbols", Tr("more than {} symbols", MAXSIMB - 1),
+          Tr("this one and those behind it have no effect"));
     }
     return;
   }
   std::string name = entry.left;
   std::string bare = name;
   if (name.size() > kLongestSymbol) {
-    add(Severity::kError, "name-too-long",
-        tr("'{}' has {} characters, more than {}", name, name.size(), kLongestSymbol),
-        tr("the library keeps '{}', which is another word", name.substr(0, kLongestSymbol)));
+    Add(Severity::kError, "name-too-long",
+        Tr("'{}' has {} characters, more than {}", name, name.size(), kLongestSymbol),
+        Tr("the library keeps '{}', which is another word", name.substr(0, kLongestSymbol)));
     name.resize(kLongestSymbol);
   }
   if (lorimatutility::SeNum(bare.data())) {
-    add(Severity::kError, "name-never-found", tr("the symbol '{}' is a number", name),
-        tr("the library takes it for the number itself"));
+    Add(Severity::kError, "name-never-found", Tr("the symbol '{}' is a number", name),
+        Tr("the library takes it for the number itself"));
   } else if (name.find_first_of(",'") != std::string::npos) {
-    add(Severity::kError, "name-never-found", tr("the symbol {} holds a comma or a quote", name),
-        tr("no line can write it"));
+    Add(Severity::kError, "name-never-found", Tr("the symbol {} holds a comma or a quote", name),
+        Tr("no line can write it"));
   } else if (is_key && name.find(' ') != std::string::npos) {
-    add(Severity::kWarning, "name-never-found", tr("the key '{}' holds a blank", name),
-        tr("a macro takes it for two keys"));
+    Add(Severity::kWarning, "name-never-found", Tr("the key '{}' holds a blank", name),
+        Tr("a macro takes it for two keys"));
   }
   const bool is_key_code = is_key && value >= 0 && value <= kLastKeyCode;
   if (is_key && !is_key_code) {
-    add(Severity::kWarning, "key-out-of-range",
-        tr("key code {} is not in 0 to {}", value, kLastKeyCode),
-        tr("no command plays it, and a key programmed with it gets the code {}",
+    Add(Severity::kWarning, "key-out-of-range",
+        Tr("key code {} is not in 0 to {}", value, kLastKeyCode),
+        Tr("no command plays it, and a key programmed with it gets the code {}",
            value & kLastKeyCode));
   }
   const auto [before, is_new] = symbol_lines_.emplace(name, line_);
   if (!is_new) {
-    add(Severity::kError, "symbol-twice",
-        tr("the symbol {} was given in line {} already", name, before->second),
-        tr("the library finds the first one"));
+    Add(Severity::kError, "symbol-twice",
+        Tr("the symbol {} was given in line {} already", name, before->second),
+        Tr("the library finds the first one"));
   }
   if (is_key_code) {
     const auto [first, is_first] = key_lines_.emplace(value, line_);
     if (!is_first) {
-      add(Severity::kWarning, "key-twice",
-          tr("key code {} has a word already, in line {}", value, first->second),
-          tr("dumps are written with this one"));
+      Add(Severity::kWarning, "key-twice",
+          Tr("key code {} has a word already, in line {}", value, first->second),
+          Tr("dumps are written with this one"));
       first->second = line_;
     }
   }
   rows_.symbols.push_back({line_, is_key, text});
 }
 
-void DefinitionCheck::take_text(const Entry& entry, const std::string& text) {
-  check_row_number(entry.left);
-  const int row = text_to_int(entry.left.c_str());
+void DefinitionCheck::TakeText(const Entry& entry, const std::string& text) {
+  CheckRowNumber(entry.left);
+  const int row = TextToInt(entry.left.c_str());
   if (row < 0 || row >= texts_->rows) {
-    add(Severity::kError, "row-out-of-range",
-        tr("row {} of [{}] is not in 0 to {}", row, section_, texts_->rows - 1),
-        tr("the entry has no effect"));
+    Add(Severity::kError, "row-out-of-range",
+        Tr("row {} of [{}] is not in 0 to {}", row, section_, texts_->rows - 1),
+        Tr("the entry has no effect"));
     return;
   }
   std::string right = entry.right;
@@ -397,29 +397,29 @@ void DefinitionCheck::take_text(const Entry& entry, const std::string& text) {
   const int refused = lorimatutility::EstraeAlfa(right.data(), taken.data(),
                                                  static_cast<int>(texts_->longest), *kQuote);
   if (refused == 9) {
-    add(Severity::kError, "text-too-long",
-        tr("the text has more than {} characters", texts_->longest), tr("the entry has no effect"));
+    Add(Severity::kError, "text-too-long",
+        Tr("the text has more than {} characters", texts_->longest), Tr("the entry has no effect"));
     return;
   }
   if (refused != 0) {
-    add(Severity::kError, "bad-quote",
-        tr("a quote is not closed, or stands behind the text's begin"),
-        tr("the entry has no effect"));
+    Add(Severity::kError, "bad-quote",
+        Tr("a quote is not closed, or stands behind the text's begin"),
+        Tr("the entry has no effect"));
     return;
   }
   const auto [before, is_new] = text_lines_.emplace(std::make_pair(texts_, row), line_);
   if (!is_new) {
-    add(Severity::kWarning, "row-twice",
-        tr("row {} was given in line {} already", row, before->second),
-        tr("the library keeps this one"));
+    Add(Severity::kWarning, "row-twice",
+        Tr("row {} was given in line {} already", row, before->second),
+        Tr("the library keeps this one"));
     before->second = line_;
   }
-  if (section_ == "INTMSG") store(DefinitionRows::kMessageSlot, row, "", text);
+  if (section_ == "INTMSG") Store(DefinitionRows::kMessageSlot, row, "", text);
 }
 
-void DefinitionCheck::finish() {
+void DefinitionCheck::Finish() {
   line_ = 0;
-  check_words(rows_, findings_);
+  CheckWords(rows_, findings_);
 }
 
 }  // namespace lorimat::console

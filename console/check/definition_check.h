@@ -20,13 +20,13 @@ class DefinitionCheck {
   // findings has to outlive this object.
   explicit DefinitionCheck(Findings& findings) : findings_(findings) {}
 
-  void take(const SourceLine& line);
+  void Take(const SourceLine& line);
   // Behind the last line.
-  void finish();
+  void Finish();
 
   // The first line at which the library stops and answers 2; 0 when it reads the whole file.
   uint64_t stop_line() const { return stop_line_; }
-  size_t commands() const { return rows_.count(DefinitionRows::kCommandSlot); }
+  size_t commands() const { return rows_.Count(DefinitionRows::kCommandSlot); }
   size_t fields() const { return rows_.field_count(); }
   size_t symbols() const { return rows_.symbols.size(); }
 
@@ -38,23 +38,23 @@ class DefinitionCheck {
     std::string right;
   };
 
-  static const Texts* find_texts(const std::string& section);
-  void add(Severity severity, const char* rule, std::string what, std::string effect = {},
+  static const Texts* FindTexts(const std::string& section);
+  void Add(Severity severity, const char* rule, std::string what, std::string effect = {},
            std::string suggestion = {});
-  void check_bytes(const SourceLine& line);
-  void take_header(const std::string& text);
-  void take_number_header();
-  void open_rows(int slot);
-  void take_entry(const std::string& text);
-  Entry split(const std::string& text);
-  void check_row_number(const std::string& text);
-  void check_name(const std::string& name, bool is_command);
-  bool take_row(const Entry& entry, const std::string& text, int slot);
-  void take_command(const Entry& entry, const std::string& text);
-  void take_field(const Entry& entry, const std::string& text);
-  void take_symbol(const Entry& entry, const std::string& text);
-  void take_text(const Entry& entry, const std::string& text);
-  void store(int slot, int row, const std::string& name, const std::string& text);
+  void CheckBytes(const SourceLine& line);
+  void TakeHeader(const std::string& text);
+  void TakeNumberHeader();
+  void OpenRows(int slot);
+  void TakeEntry(const std::string& text);
+  Entry Split(const std::string& text);
+  void CheckRowNumber(const std::string& text);
+  void CheckName(const std::string& name, bool is_command);
+  bool TakeRow(const Entry& entry, const std::string& text, int slot);
+  void TakeCommand(const Entry& entry, const std::string& text);
+  void TakeField(const Entry& entry, const std::string& text);
+  void TakeSymbol(const Entry& entry, const std::string& text);
+  void TakeText(const Entry& entry, const std::string& text);
+  void Store(int slot, int row, const std::string& name, const std::string& text);
 
   Findings& findings_;
   DefinitionRows rows_;

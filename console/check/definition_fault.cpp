@@ -15,60 +15,60 @@ namespace {
 
 constexpr int kCommandRows = 150;
 
-std::string trimmed(const std::string& text) {
+std::string Trimmed(const std::string& text) {
   const size_t first = text.find_first_not_of(' ');
   if (first == std::string::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-bool holds_texts(const std::string& section) {
+bool HoldsTexts(const std::string& section) {
   return section == "INTMSG" || section == "TOTG" || section.rfind("ERRMSG", 0) == 0;
 }
 
 }  // namespace
 
-std::string cleaned_definition_line(const std::string& text) {
+std::string CleanedDefinitionLine(const std::string& text) {
   std::string source = text;
   std::vector<char> out(source.size() + 1);
   lorimatutility::TogliCommento(out.data(), source.data(), '\'');
   return out.data();
 }
 
-std::string section_name(const std::string& line) {
+std::string SectionName(const std::string& line) {
   // Whatever the last character is, it is not part of the name.
   return line.size() > 2 ? line.substr(1, line.size() - 2) : std::string();
 }
 
-std::string stopping_fault(const std::string& section, const std::string& line) {
+std::string StoppingFault(const std::string& section, const std::string& line) {
   const size_t equals = line.find('=');
-  if (equals == std::string::npos) return tr("an entry needs a '='");
-  const std::string left = trimmed(line.substr(0, equals));
-  if (left.empty()) return tr("nothing stands before the '='");
-  if (section == "EQU" || section == "EQUTASTI" || holds_texts(section)) return {};
+  if (equals == std::string::npos) return Tr("an entry needs a '='");
+  const std::string left = Trimmed(line.substr(0, equals));
+  if (left.empty()) return Tr("nothing stands before the '='");
+  if (section == "EQU" || section == "EQUTASTI" || HoldsTexts(section)) return {};
   const long row = std::strtol(left.c_str(), nullptr, 10);
   if (row == 0) {
-    return tr("'{}' is no row number (section [{}] needs one above 0)", shown(left, 20),
-              shown(section, 20));
+    return Tr("'{}' is no row number (section [{}] needs one above 0)", Shown(left, 20),
+              Shown(section, 20));
   }
   if (section == "OPCOD" && row > kCommandRows) {
-    return tr("row {} is above {}, the last command row", row, kCommandRows);
+    return Tr("row {} is above {}, the last command row", row, kCommandRows);
   }
   return {};
 }
 
-DefinitionReport inspect_definition(const std::string& path) {
+DefinitionReport InspectDefinition(const std::string& path) {
   DefinitionReport report;
   LineReader reader(path);
   SourceLine source;
   std::string section;
-  while (reader.next(&source)) {
-    const std::string line = cleaned_definition_line(source.text.substr(0, kDefinitionLineLimit));
+  while (reader.Next(&source)) {
+    const std::string line = CleanedDefinitionLine(source.text.substr(0, kDefinitionLineLimit));
     if (line.empty()) continue;
     if (line.front() == '[') {
-      section = section_name(line);
+      section = SectionName(line);
       continue;
     }
-    report.fault = stopping_fault(section, line);
+    report.fault = StoppingFault(section, line);
     if (!report.fault.empty()) {
       report.fault_line = source.number;
       return report;

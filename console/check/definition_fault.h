@@ -15,7 +15,7 @@ struct DefinitionReport {
 };
 
 // Throws Failure when the file cannot be read.
-DefinitionReport inspect_definition(const std::string& path);
+DefinitionReport InspectDefinition(const std::string& path);
 
 // The pieces of that reading, for whoever looks at more than the first fault.
 
@@ -23,10 +23,10 @@ DefinitionReport inspect_definition(const std::string& path);
 constexpr size_t kDefinitionLineLimit = 254;
 
 // The text without its comment and the blanks at its edges, up to the first NUL byte.
-std::string cleaned_definition_line(const std::string& text);
+std::string CleanedDefinitionLine(const std::string& text);
 // The section that a header line names.
-std::string section_name(const std::string& line);
+std::string SectionName(const std::string& line);
 // What stops the library at an entry of a section; empty when it reads on.
-std::string stopping_fault(const std::string& section, const std::string& line);
+std::string StoppingFault(const std::string& section, const std::string& line);
 
 }  // namespace lorimat::console

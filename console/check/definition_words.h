@@ -34,14 +34,14 @@ struct DefinitionRows {
   std::vector<Symbol> symbols;
   std::map<int, uint64_t> section_lines;  // the last header of a slot
 
-  const Row* find(int slot, int row) const;
-  size_t count(int slot) const;
+  const Row* Find(int slot, int row) const;
+  size_t Count(int slot) const;
   size_t field_count() const;
   // A definition file of these rows alone, in the order of the file.
   std::string text() const;
 };
 
 // Adds what is wrong with the words. Every look-up is the library's own.
-void check_words(const DefinitionRows& rows, Findings& findings);
+void CheckWords(const DefinitionRows& rows, Findings& findings);
 
 }  // namespace lorimat::console

@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kWindow = 50;  // bytes shown before and behind the place
 
-const char* severity_name(Severity severity) {
+const char* SeverityName(Severity severity) {
   switch (severity) {
     case Severity::kError:
       return TR_TEXT("error");
@@ -26,7 +26,7 @@ const char* severity_name(Severity severity) {
   return "";
 }
 
-Style severity_style(Severity severity) {
+Style SeverityStyle(Severity severity) {
   switch (severity) {
     case Severity::kError:
       return Style::kError;
@@ -38,39 +38,38 @@ Style severity_style(Severity severity) {
   return Style::kStrong;
 }
 
-bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 // Columns that a shown text takes on a terminal.
-size_t width(std::string_view text) {
-  return text.size() -
-         static_cast<size_t>(std::count_if(text.begin(), text.end(), is_continuation));
+size_t Width(std::string_view text) {
+  return text.size() - static_cast<size_t>(std::count_if(text.begin(), text.end(), IsContinuation));
 }
 
-std::string better_word(const Finding& finding) {
+std::string BetterWord(const Finding& finding) {
   if (finding.suggestion.empty()) return {};
-  return tr("; did you mean {}?", shown(finding.suggestion));
+  return Tr("; did you mean {}?", Shown(finding.suggestion));
 }
 
 }  // namespace
 
-std::string place_text(const std::string& source, uint64_t column, bool colours) {
+std::string PlaceText(const std::string& source, uint64_t column, bool colours) {
   const size_t place = std::min(static_cast<size_t>(column - 1), source.size());
   size_t begin = place > kWindow ? place - kWindow : 0;
   size_t end = std::min(source.size(), place + kWindow);
-  while (begin > 0 && is_continuation(source[begin])) --begin;
-  while (end < source.size() && is_continuation(source[end])) ++end;
-  const std::string before = (begin > 0 ? "..." : "") + shown(source.substr(begin, place - begin));
+  while (begin > 0 && IsContinuation(source[begin])) --begin;
+  while (end < source.size() && IsContinuation(source[end])) ++end;
+  const std::string before = (begin > 0 ? "..." : "") + Shown(source.substr(begin, place - begin));
   const std::string behind =
-      shown(source.substr(place, end - place)) + (end < source.size() ? "..." : "");
-  return fmt::format("    {}{}\n    {}{}\n", before, behind, std::string(width(before), ' '),
-                     styled("^", Style::kGood, colours));
+      Shown(source.substr(place, end - place)) + (end < source.size() ? "..." : "");
+  return fmt::format("    {}{}\n    {}{}\n", before, behind, std::string(Width(before), ' '),
+                     Styled("^", Style::kGood, colours));
 }
 
-std::string finding_words(const Finding& finding) {
-  return shown(finding.what) + better_word(finding);
+std::string FindingWords(const Finding& finding) {
+  return Shown(finding.what) + BetterWord(finding);
 }
 
-void Findings::add(Finding finding) {
+void Findings::Add(Finding finding) {
   if (finding.severity == Severity::kError) ++errors_;
   if (finding.severity == Severity::kWarning) ++warnings_;
   if (kept_.size() < kKept) {
@@ -89,28 +88,28 @@ std::vector<Finding> Findings::sorted() const {
   return sorted;
 }
 
-std::string finding_text(const std::string& file, const Finding& finding, bool colours) {
+std::string FindingText(const std::string& file, const Finding& finding, bool colours) {
   std::string place = file;
   if (finding.line != 0) place += fmt::format(":{}", finding.line);
   if (finding.column != 0) place += fmt::format(":{}", finding.column);
-  std::string text = place.empty() ? "" : styled(place + ":", Style::kStrong, colours) + " ";
+  std::string text = place.empty() ? "" : Styled(place + ":", Style::kStrong, colours) + " ";
   text += fmt::format("{} {}",
-                      styled(fmt::format("{}:", translated(severity_name(finding.severity))),
-                             severity_style(finding.severity), colours),
-                      shown(finding.what));
-  if (!finding.effect.empty()) text += ": " + shown(finding.effect);
-  text += better_word(finding);
-  if (!finding.remedy.empty()) text += tr("; write {}", shown(finding.remedy));
-  if (finding.code != 0) text += tr(" (code {})", finding.code);
+                      Styled(fmt::format("{}:", Translated(SeverityName(finding.severity))),
+                             SeverityStyle(finding.severity), colours),
+                      Shown(finding.what));
+  if (!finding.effect.empty()) text += ": " + Shown(finding.effect);
+  text += BetterWord(finding);
+  if (!finding.remedy.empty()) text += Tr("; write {}", Shown(finding.remedy));
+  if (finding.code != 0) text += Tr(" (code {})", finding.code);
   text += '\n';
   if (finding.column != 0 && !finding.source.empty()) {
-    text += place_text(finding.source, finding.column, colours);
+    text += PlaceText(finding.source, finding.column, colours);
   }
   return text;
 }
 
-Json finding_json(const Finding& finding) {
-  Json json = {{"severity", severity_name(finding.severity)}, {"rule", finding.rule}};
+Json FindingJson(const Finding& finding) {
+  Json json = {{"severity", SeverityName(finding.severity)}, {"rule", finding.rule}};
   if (finding.line != 0) json["line"] = finding.line;
   if (finding.column != 0) json["column"] = finding.column;
   if (finding.code != 0) json["code"] = finding.code;

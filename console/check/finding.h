@@ -30,7 +30,7 @@ class Findings {
  public:
   static constexpr size_t kKept = 1000;
 
-  void add(Finding finding);
+  void Add(Finding finding);
   uint64_t errors() const { return errors_; }
   uint64_t warnings() const { return warnings_; }
   // Those kept, by lines; the file's own come last.
@@ -45,13 +45,13 @@ class Findings {
 };
 
 // The source around the place, and below it a caret under the column, a number of bytes from 1.
-std::string place_text(const std::string& source, uint64_t column, bool colours);
+std::string PlaceText(const std::string& source, uint64_t column, bool colours);
 
 // What was found, with a better word behind it.
-std::string finding_words(const Finding& finding);
+std::string FindingWords(const Finding& finding);
 
 // "words.ini:7: error: ...", with the line and a caret behind when there is a place.
-std::string finding_text(const std::string& file, const Finding& finding, bool colours);
-Json finding_json(const Finding& finding);
+std::string FindingText(const std::string& file, const Finding& finding, bool colours);
+Json FindingJson(const Finding& finding);
 
 }  // namespace lorimat::console

@@ -46,23 +46,23 @@ class Language {
   Language& operator=(Language&&) noexcept;
 
   // Reads the text of a definition file. Throws Failure when the library refuses it.
-  static Language from_text(std::string_view text);
+  static Language FromText(std::string_view text);
 
   // The rows that can be found by name, in their order.
   std::vector<CommandWord> commands() const;
   std::vector<std::string> symbols() const;
-  Lookup find_command(const std::string& word) const;
-  Lookup find_field(int opcode, const std::string& word) const;
+  Lookup FindCommand(const std::string& word) const;
+  Lookup FindField(int opcode, const std::string& word) const;
   // The name in the first row of an opcode, or of a field's number; empty when there is none.
-  std::string command_name(int opcode) const;
-  std::string field_name(int opcode, int number) const;
+  std::string CommandName(int opcode) const;
+  std::string FieldName(int opcode, int number) const;
 
   // The library's state, with its tables filled.
   EcrCmdCommand& translator() const { return *translator_; }
 
  private:
   Language();
-  bool read(int descriptor);
+  bool Read(int descriptor);
 
   std::unique_ptr<EcrCmdCommand> translator_;
 };

@@ -118,19 +118,19 @@ constexpr FieldOf kWholeDates[] = {{26, 8}, {26, 9}};
 constexpr FieldOf kDocuments[] = {{24, 1}, {124, 1}};
 
 template <size_t kCount>
-bool holds(const FieldOf (&fields)[kCount], const FieldOf& field) {
+bool Holds(const FieldOf (&fields)[kCount], const FieldOf& field) {
   return std::find(std::begin(fields), std::end(fields), field) != std::end(fields);
 }
 
-bool is_digits(std::string_view text) { return text.find_first_not_of("0123456789") == text.npos; }
+bool IsDigits(std::string_view text) { return text.find_first_not_of("0123456789") == text.npos; }
 
-std::string lowered(std::string text) {
+std::string Lowered(std::string text) {
   lorimatutility::toLower(text.data());
   return text;
 }
 
 // What a tender that is no number of the table reads as at the device.
-bool is_known_tender(int64_t number) {
+bool IsKnownTender(int64_t number) {
   return (number >= 1 && number <= 16) || (number >= 20 && number <= 23) || number == 30 ||
          (number >= FunctionCode::kSubTender01 && number <= FunctionCode::kLastSubTender);
 }
@@ -141,253 +141,253 @@ class LineTraps {
             const std::vector<GivenField>& fields, const TrapSink& sink)
       : language_(language), opcode_(opcode), command_(command), fields_(fields), sink_(sink) {}
 
-  void find() {
+  void Find() {
     for (const GivenField& field : fields_) {
       // Another one of the same number takes its place, and the check says so.
-      if (&field == given(field.number)) find_in(field);
-      if (field.value.empty() && is_last(field)) find_empty(field);
+      if (&field == Given(field.number)) FindIn(field);
+      if (field.value.empty() && IsLast(field)) FindEmpty(field);
       if (!field.behind.empty()) {
-        add(Trap::kTextBehindQuote, field, {field.key, field.behind, field.value});
+        Add(Trap::kTextBehindQuote, field, {field.key, field.behind, field.value});
       }
     }
-    find_unused();
-    find_needed();
-    if (opcode_ == kSale) find_in_sale();
+    FindUnused();
+    FindNeeded();
+    if (opcode_ == kSale) FindInSale();
     if (opcode_ == kAttachment || opcode_ == kNonFiscal) {
-      find_unprinted();
-      find_check_digit();
+      FindUnprinted();
+      FindCheckDigit();
     }
   }
 
  private:
-  void add(Trap trap, const GivenField& field, std::vector<std::string> arguments,
+  void Add(Trap trap, const GivenField& field, std::vector<std::string> arguments,
            std::string instead = {}) {
     sink_({trap, std::move(arguments), std::move(instead)}, field.column);
   }
 
   // The last of a number that holds something; null when there is none. An empty text counts as
   // left out.
-  const GivenField* given(int number) const {
+  const GivenField* Given(int number) const {
     const auto found = std::find_if(fields_.rbegin(), fields_.rend(),
                                     [&](const GivenField& one) { return one.number == number; });
     return found == fields_.rend() || found->value.empty() ? nullptr : &*found;
   }
 
-  bool is_last(const GivenField& field) const {
+  bool IsLast(const GivenField& field) const {
     return std::none_of(&field + 1, fields_.data() + fields_.size(),
                         [&](const GivenField& one) { return one.number == field.number; });
   }
 
-  std::string value(int number) const {
-    const GivenField* field = given(number);
+  std::string Value(int number) const {
+    const GivenField* field = Given(number);
     return field == nullptr ? "" : field->value;
   }
 
-  std::string takes(int number) const {
+  std::string Takes(int number) const {
     const language::CommandHelp* help = language::find_command_help(opcode_);
     const language::FieldHelp* field = help == nullptr ? nullptr : help->find_field(number);
     return field == nullptr ? "" : field->takes;
   }
 
   // The word of a field that is not given.
-  std::string field_word(int number) const {
-    const std::string name = language_.field_name(opcode_, number);
+  std::string FieldWord(int number) const {
+    const std::string name = language_.FieldName(opcode_, number);
     return name.empty() ? fmt::format("#{}", number) : name;
   }
 
-  bool is_bare(const GivenField& field) const {
+  bool IsBare(const GivenField& field) const {
     return !field.quoted && field.written.empty() && field.value == "VERO";
   }
 
   // An unquoted word that stands for a number.
-  bool is_word(const GivenField& field) const {
+  bool IsWord(const GivenField& field) const {
     return !field.quoted && !field.written.empty() && field.written != field.value;
   }
 
   bool is_tender_key() const {
-    const int key = text_to_int(value(4).c_str());
+    const int key = TextToInt(Value(4).c_str());
     return key >= FunctionCode::kSubTender01 && key <= FunctionCode::kLastSubTender;
   }
 
-  void find_in(const GivenField& field) {
+  void FindIn(const GivenField& field) {
     const FieldOf place = {opcode_, field.number};
-    NumberKind kind = number_kind(opcode_, field.number);
+    NumberKind kind = KindOfNumber(opcode_, field.number);
     if (place == FieldOf{kKeys, 1}) {
-      if (!is_tender_key()) return find_keyed_text(field);
+      if (!is_tender_key()) return FindKeyedText(field);
       kind = NumberKind::kPrice;
     }
     if (place == FieldOf{27, 1}) kind = NumberKind::kWhole;
-    if (kind != NumberKind::kNone) find_number(field, kind);
-    if (place == FieldOf{kPayment, 1}) find_tender(field);
-    if (holds(kBytes, place)) find_byte(field);
-    if (holds(kCutDates, place) && (field.value.size() != 6 || !is_digits(field.value))) {
-      add(Trap::kDateCut, field, {field.key, field.value, field.value.substr(0, 6)});
+    if (kind != NumberKind::kNone) FindNumber(field, kind);
+    if (place == FieldOf{kPayment, 1}) FindTender(field);
+    if (Holds(kBytes, place)) FindByte(field);
+    if (Holds(kCutDates, place) && (field.value.size() != 6 || !IsDigits(field.value))) {
+      Add(Trap::kDateCut, field, {field.key, field.value, field.value.substr(0, 6)});
     }
-    if (holds(kWholeDates, place) && field.value.size() != 6) {
-      add(Trap::kDateIgnored, field, {field.key, field.value});
+    if (Holds(kWholeDates, place) && field.value.size() != 6) {
+      Add(Trap::kDateIgnored, field, {field.key, field.value});
     }
-    if (holds(kDocuments, place)) find_document(field);
-    if (opcode_ == kKey || opcode_ == kMacroKey) find_macro(field);
-    find_flag(field);
-    find_cut(field);
-    find_capitals(field);
+    if (Holds(kDocuments, place)) FindDocument(field);
+    if (opcode_ == kKey || opcode_ == kMacroKey) FindMacro(field);
+    FindFlag(field);
+    FindCut(field);
+    FindCapitals(field);
   }
 
   // --- Numbers
 
-  void find_number(const GivenField& field, NumberKind kind) {
-    const bool piece = opcode_ == kSale && kind == NumberKind::kQuantity && given(16) == nullptr &&
-                       given(17) == nullptr;
-    if (is_bare(field)) {
-      return add(piece ? Trap::kQuantityZero : Trap::kNumberBare, field, {field.key});
+  void FindNumber(const GivenField& field, NumberKind kind) {
+    const bool piece = opcode_ == kSale && kind == NumberKind::kQuantity && Given(16) == nullptr &&
+                       Given(17) == nullptr;
+    if (IsBare(field)) {
+      return Add(piece ? Trap::kQuantityZero : Trap::kNumberBare, field, {field.key});
     }
-    const NumberReading reading = read_number(kind, field.value);
-    if (is_word(field)) {
+    const NumberReading reading = ReadNumber(kind, field.value);
+    if (IsWord(field)) {
       const bool whole = kind == NumberKind::kWhole;
       // A whole number may well be an answer to a question: SI, 2, is no trap there.
       if (!whole || reading.value == 1 || opcode_ == 27) {
-        add(Trap::kWordAsNumber, field, {field.key, field.written, field.value});
+        Add(Trap::kWordAsNumber, field, {field.key, field.written, field.value});
       }
       return;
     }
     if (!reading.plain) {
-      std::string likely = likely_number(kind, field.value);
+      std::string likely = LikelyNumber(kind, field.value);
       // Digits that run together are no better than the blanks between them.
-      if (likely == reading.text && !has_point(likely)) likely.clear();
+      if (likely == reading.text && !HasPoint(likely)) likely.clear();
       const std::string instead = likely.empty() ? "" : fmt::format("{}={}", field.key, likely);
       const Trap trap = opcode_ == kSubtotalCheck ? Trap::kNumberRefused : Trap::kNumberText;
-      add(trap, field, {field.key, field.value, reading.text}, instead);
-    } else if (!reading.exact && (kind != NumberKind::kWhole || has_point(field.value))) {
-      add(Trap::kNumberMisread, field, {field.key, reading.text, taken(kind)});
+      Add(trap, field, {field.key, field.value, reading.text}, instead);
+    } else if (!reading.exact && (kind != NumberKind::kWhole || HasPoint(field.value))) {
+      Add(Trap::kNumberMisread, field, {field.key, reading.text, Taken(kind)});
     }
-    if (piece && reading.value == 0) add(Trap::kQuantityZero, field, {field.key});
+    if (piece && reading.value == 0) Add(Trap::kQuantityZero, field, {field.key});
     const bool pays = opcode_ == kPayment || opcode_ == kKeys;
-    if (pays && reading.value == 0) add(Trap::kPaysNothing, field, {field.key});
+    if (pays && reading.value == 0) Add(Trap::kPaysNothing, field, {field.key});
   }
 
-  void find_empty(const GivenField& field) {
-    const NumberKind kind = number_kind(opcode_, field.number);
+  void FindEmpty(const GivenField& field) {
+    const NumberKind kind = KindOfNumber(opcode_, field.number);
     if (kind == NumberKind::kNone || kind == NumberKind::kWhole) return;
-    add(Trap::kNumberEmpty, field, {field.key});
+    Add(Trap::kNumberEmpty, field, {field.key});
   }
 
   // What a field of the kind takes, for a person.
-  static std::string taken(NumberKind kind) {
+  static std::string Taken(NumberKind kind) {
     switch (kind) {
       case NumberKind::kQuantity:
-        return tr("three decimals at most, and no more than 2147483.647");
+        return Tr("three decimals at most, and no more than 2147483.647");
       case NumberKind::kPrice:
       case NumberKind::kPercentage:
-        return tr("fewer digits, four of them decimals at most");
+        return Tr("fewer digits, four of them decimals at most");
       default:
-        return tr("a whole number, no more than 2147483647");
+        return Tr("a whole number, no more than 2147483647");
     }
   }
 
-  static bool has_point(const std::string& text) { return text.find('.') != text.npos; }
+  static bool HasPoint(const std::string& text) { return text.find('.') != text.npos; }
 
-  void find_byte(const GivenField& field) {
-    const int number = text_to_int(field.value.c_str());
+  void FindByte(const GivenField& field) {
+    const int number = TextToInt(field.value.c_str());
     if (number >= 0 && number <= 255) return;
-    add(Trap::kNumberCut, field, {field.key, field.value, std::to_string(number & 0xFF)});
+    Add(Trap::kNumberCut, field, {field.key, field.value, std::to_string(number & 0xFF)});
   }
 
-  void find_keyed_text(const GivenField& field) {
+  void FindKeyedText(const GivenField& field) {
     const size_t end = field.value.find_first_not_of("0123456789.");
     if (end == field.value.npos) return;
-    std::string likely = likely_number(NumberKind::kPrice, field.value);
+    std::string likely = LikelyNumber(NumberKind::kPrice, field.value);
     if (!likely.empty()) likely = fmt::format("{}={}", field.key, likely);
-    add(Trap::kKeyedText, field, {field.key, field.value, field.value.substr(0, end)},
+    Add(Trap::kKeyedText, field, {field.key, field.value, field.value.substr(0, end)},
         std::move(likely));
   }
 
   // --- Payments and references
 
-  void find_tender(const GivenField& field) {
+  void FindTender(const GivenField& field) {
     std::string text = field.value;
     const int64_t number = lorimatutility::TradNumInt64(text.data());
-    if (is_known_tender(number)) return;
+    if (IsKnownTender(number)) return;
     for (const std::string& symbol : language_.symbols()) {
-      if (!equals_ignoring_case(symbol.c_str(), field.value.c_str())) continue;
-      return add(Trap::kTenderQuoted, field, {field.key, field.value, symbol},
+      if (!EqualsIgnoringCase(symbol.c_str(), field.value.c_str())) continue;
+      return Add(Trap::kTenderQuoted, field, {field.key, field.value, symbol},
                  fmt::format("{}={}", field.key, symbol));
     }
-    add(Trap::kTenderUnknown, field, {field.key, is_word(field) ? field.written : field.value});
+    Add(Trap::kTenderUnknown, field, {field.key, IsWord(field) ? field.written : field.value});
   }
 
-  void find_document(const GivenField& field) {
+  void FindDocument(const GivenField& field) {
     const std::string& text = field.value;
     const bool whole = text.size() == 8 || text.size() <= 4;
-    if (whole && is_digits(text)) return;
-    if (text.size() == 8) return find_eight(field);
+    if (whole && IsDigits(text)) return;
+    if (text.size() == 8) return FindEight(field);
     std::string copy = text;
     const std::string number = std::to_string(lorimatutility::TradNumInt64(copy.data()));
     std::string digits = text;
     std::erase_if(digits, [](char c) { return c < '0' || c > '9'; });
     const bool printed = digits.size() == 8 && digits != text;
-    add(Trap::kDocumentNumber, field, {field.key, text, number},
+    Add(Trap::kDocumentNumber, field, {field.key, text, number},
         printed ? fmt::format("{}={}", field.key, digits) : "");
   }
 
   // Of eight characters each four are read by themselves.
-  void find_eight(const GivenField& field) {
+  void FindEight(const GivenField& field) {
     std::string number = field.value.substr(4);
-    add(Trap::kDocumentNumber, field,
+    Add(Trap::kDocumentNumber, field,
         {field.key, field.value, std::to_string(lorimatutility::TradNumInt64(number.data()))});
   }
 
-  void find_macro(const GivenField& field) {
-    if (field.number != 3 || is_bare(field)) return;
+  void FindMacro(const GivenField& field) {
+    if (field.number != 3 || IsBare(field)) return;
     const std::string& text = field.value;
     if (text.back() == ' ') return;
-    add(Trap::kMacroLastKey, field, {field.key, text.substr(text.rfind(' ') + 1)});
+    Add(Trap::kMacroLastKey, field, {field.key, text.substr(text.rfind(' ') + 1)});
   }
 
   // --- Flags and texts
 
-  void find_flag(const GivenField& field) {
-    const std::string kind = takes(field.number);
+  void FindFlag(const GivenField& field) {
+    const std::string kind = Takes(field.number);
     const auto begins = [&](std::string_view words) {
       return kind.compare(0, words.size(), words) == 0 &&
              (kind.size() == words.size() || kind[words.size()] == ':');
     };
     const bool flag = begins("flag") || kind.compare(0, 5, "flag ") == 0;
-    if (flag && says_no(field)) {
+    if (flag && SaysNo(field)) {
       const std::string text = field.quoted ? fmt::format("'{}'", field.value) : field.written;
-      add(Trap::kFlagSetByNo, field, {field.key, text});
+      Add(Trap::kFlagSetByNo, field, {field.key, text});
     } else if (begins("bare flag") && field.value != "VERO") {
-      add(Trap::kFlagNotSet, field, {field.key}, field.key);
+      Add(Trap::kFlagNotSet, field, {field.key}, field.key);
     } else if (kind.compare(0, 6, "yes/no") == 0 && field.written == "1" &&
                !field.key.starts_with('#')) {
       // Dumps write the number behind the number of the field, and mean it.
-      add(Trap::kYesNoOne, field, {field.key});
+      Add(Trap::kYesNoOne, field, {field.key});
     }
   }
 
-  bool says_no(const GivenField& field) const {
-    if (is_word(field)) return field.value == "1";
+  bool SaysNo(const GivenField& field) const {
+    if (IsWord(field)) return field.value == "1";
     if (field.value == "0") return true;
     return field.quoted && (field.value.front() == 'N' || field.value.front() == 'n' ||
                             field.value.front() == 'F' || field.value.front() == 'f');
   }
 
   // How many characters the command keeps; npos for all.
-  size_t limit(int number) const {
+  size_t Limit(int number) const {
     const FieldOf place = {opcode_, number};
-    if (holds(kRefusedWhenLonger, place)) return std::string::npos;
+    if (Holds(kRefusedWhenLonger, place)) return std::string::npos;
     for (const TextLimit& row : kLimits) {
       if (row.field == place) return row.limit;
     }
     // The content of a barcode is not a text.
     if (place == FieldOf{kNonFiscal, 3}) {
-      if (given(8) != nullptr) return std::string::npos;
-      return (text_to_int(value(4).c_str()) & 8) != 0 ? 42 : 50;
+      if (Given(8) != nullptr) return std::string::npos;
+      return (TextToInt(Value(4).c_str()) & 8) != 0 ? 42 : 50;
     }
     // A deposit or voucher hands its article on as it stands.
-    if (place == FieldOf{kSale, 2} && (given(16) != nullptr || given(17) != nullptr)) {
+    if (place == FieldOf{kSale, 2} && (Given(16) != nullptr || Given(17) != nullptr)) {
       return std::string::npos;
     }
-    const std::string kind = takes(number);
+    const std::string kind = Takes(number);
     constexpr std::string_view kWords = "up to ";
     const size_t at = kind.find(kWords);
     size_t limit = std::string::npos;
@@ -397,124 +397,124 @@ class LineTraps {
     return limit;
   }
 
-  void find_cut(const GivenField& field) {
-    const size_t kept = limit(field.number);
+  void FindCut(const GivenField& field) {
+    const size_t kept = Limit(field.number);
     if (field.value.size() <= kept) return;
-    add(Trap::kTextCut, field,
+    Add(Trap::kTextCut, field,
         {field.key, std::to_string(field.value.size()), std::to_string(kept),
          field.value.substr(0, kept)});
   }
 
-  void find_capitals(const GivenField& field) {
-    const bool made_small = takes(field.number).find("made small letters") != std::string::npos ||
+  void FindCapitals(const GivenField& field) {
+    const bool made_small = Takes(field.number).find("made small letters") != std::string::npos ||
                             FieldOf{opcode_, field.number} == FieldOf{30, 3};
-    if (!made_small || is_bare(field)) return;
-    const std::string small = lowered(field.value);
+    if (!made_small || IsBare(field)) return;
+    const std::string small = Lowered(field.value);
     if (small == field.value) return;
-    add(Trap::kFileNameLowered, field, {field.key, small},
+    Add(Trap::kFileNameLowered, field, {field.key, small},
         fmt::format("{}='{}'", field.key, small));
   }
 
   // --- Fields that are left alone
 
-  void find_unused() {
+  void FindUnused() {
     for (const UnusedField& row : kUnusedBeside) {
-      const GivenField* field = row.field.opcode == opcode_ ? given(row.field.field) : nullptr;
+      const GivenField* field = row.field.opcode == opcode_ ? Given(row.field.field) : nullptr;
       if (field == nullptr) continue;
       for (const int other : row.others) {
-        if (other == 0 || given(other) == nullptr) continue;
-        add(Trap::kFieldUnused, *field, {field->key, given(other)->key, command_});
+        if (other == 0 || Given(other) == nullptr) continue;
+        Add(Trap::kFieldUnused, *field, {field->key, Given(other)->key, command_});
         break;
       }
     }
     for (const UnusedField& row : kUnusedWithout) {
-      const GivenField* field = row.field.opcode == opcode_ ? given(row.field.field) : nullptr;
+      const GivenField* field = row.field.opcode == opcode_ ? Given(row.field.field) : nullptr;
       if (field == nullptr) continue;
       const bool with = std::any_of(row.others.begin(), row.others.end(), [&](int other) {
-        return other != 0 && given(other) != nullptr;
+        return other != 0 && Given(other) != nullptr;
       });
       if (with) continue;
-      add(Trap::kFieldUnusedWithout, *field,
-          {field->key, words_of(row.others.data(), row.others.size()), command_});
+      Add(Trap::kFieldUnusedWithout, *field,
+          {field->key, WordsOf(row.others.data(), row.others.size()), command_});
     }
   }
 
-  std::string words_of(const int* numbers, size_t count) const {
+  std::string WordsOf(const int* numbers, size_t count) const {
     std::vector<std::string> words;
     for (size_t i = 0; i < count; ++i) {
-      if (numbers[i] != 0) words.push_back(field_word(numbers[i]));
+      if (numbers[i] != 0) words.push_back(FieldWord(numbers[i]));
     }
     return fmt::format("{}", fmt::join(words, ", "));
   }
 
-  void find_needed() {
+  void FindNeeded() {
     for (const NeededFields& row : kNeeded) {
       if (row.opcode != opcode_) continue;
       std::vector<int> missing;
       for (const int number : row.fields) {
-        if (number != 0 && given(number) == nullptr) missing.push_back(number);
+        if (number != 0 && Given(number) == nullptr) missing.push_back(number);
       }
       const size_t needed = row.fields[1] == 0 ? 1 : 2;
       if (missing.empty() || (!row.all && missing.size() < needed)) continue;
-      sink_({Trap::kDoesNothing, {command_, words_of(missing.data(), missing.size())}, {}}, 1);
+      sink_({Trap::kDoesNothing, {command_, WordsOf(missing.data(), missing.size())}, {}}, 1);
     }
   }
 
   // Of an EAN of 13 digits (ISO/IEC 15420): each second digit counts three times, and the last one
   // fills up to the next ten.
-  void find_check_digit() {
+  void FindCheckDigit() {
     constexpr size_t kDigits = 13;
-    const GivenField* text = given(3);
-    const GivenField* barcode = given(barcode_field());
+    const GivenField* text = Given(3);
+    const GivenField* barcode = Given(barcode_field());
     if (text == nullptr || barcode == nullptr || text->value.size() != kDigits) return;
     const std::string& kind = barcode->value;
-    if (kind != "113" && kind != "0" && kind != "1" && !is_bare(*barcode)) return;
-    if (!is_digits(text->value)) return;
+    if (kind != "113" && kind != "0" && kind != "1" && !IsBare(*barcode)) return;
+    if (!IsDigits(text->value)) return;
     int sum = 0;
     for (size_t i = 0; i + 1 < kDigits; ++i) sum += (text->value[i] - '0') * (i % 2 == 0 ? 1 : 3);
     const char right = static_cast<char>('0' + (10 - sum % 10) % 10);
     if (text->value.back() == right) return;
     const std::string whole = text->value.substr(0, kDigits - 1) + right;
-    add(opcode_ == kNonFiscal ? Trap::kCheckDigitPrinted : Trap::kCheckDigitRefused, *text,
+    Add(opcode_ == kNonFiscal ? Trap::kCheckDigitPrinted : Trap::kCheckDigitRefused, *text,
         {text->key, text->value, whole}, fmt::format("{}='{}'", text->key, whole));
   }
 
   int barcode_field() const { return opcode_ == kAttachment ? 6 : 8; }
 
-  void find_unprinted() {
-    const GivenField* text = given(3);
-    const bool barcode = given(barcode_field()) != nullptr;
-    if (text == nullptr || barcode || given(1) != nullptr || given(2) != nullptr) return;
-    const int bits = text_to_int(value(4).c_str());
+  void FindUnprinted() {
+    const GivenField* text = Given(3);
+    const bool barcode = Given(barcode_field()) != nullptr;
+    if (text == nullptr || barcode || Given(1) != nullptr || Given(2) != nullptr) return;
+    const int bits = TextToInt(Value(4).c_str());
     const int hiding = opcode_ == kNonFiscal ? kLogoBit | kCutBit : kLogoBit;
     if ((bits & hiding) == 0) return;
-    add(Trap::kTextNotPrinted, *text, {text->key, given(4)->key});
+    Add(Trap::kTextNotPrinted, *text, {text->key, Given(4)->key});
   }
 
   // --- Sales
 
-  void find_in_sale() {
-    const GivenField* price = given(4);
-    const GivenField* quantity = given(3);
-    const bool deposit = given(16) != nullptr || given(17) != nullptr;
-    if (deposit && quantity != nullptr && given(15) == nullptr && is_read(*quantity)) {
-      const GivenField& kind = given(16) != nullptr ? *given(16) : *given(17);
-      return add(Trap::kDepositQuantity, *quantity, {quantity->key, kind.key});
+  void FindInSale() {
+    const GivenField* price = Given(4);
+    const GivenField* quantity = Given(3);
+    const bool deposit = Given(16) != nullptr || Given(17) != nullptr;
+    if (deposit && quantity != nullptr && Given(15) == nullptr && IsRead(*quantity)) {
+      const GivenField& kind = Given(16) != nullptr ? *Given(16) : *Given(17);
+      return Add(Trap::kDepositQuantity, *quantity, {quantity->key, kind.key});
     }
     if (price == nullptr) return;
-    const NumberReading reading = read_number(NumberKind::kPrice, price->value);
+    const NumberReading reading = ReadNumber(NumberKind::kPrice, price->value);
     if (deposit && reading.value != static_cast<int32_t>(reading.value)) {
-      const std::string sent = decimal_text(static_cast<int32_t>(reading.value));
-      add(Trap::kDepositTooLarge, *price, {price->key, reading.text, sent});
+      const std::string sent = DecimalText(static_cast<int32_t>(reading.value));
+      Add(Trap::kDepositTooLarge, *price, {price->key, reading.text, sent});
     }
-    const GivenField* single = given(15);
-    if (single == nullptr || deposit || given(19) != nullptr) return;
-    const bool pieces = quantity != nullptr && is_read(*quantity);
-    add(Trap::kTwoPrices, *single, {price->key, single->key, pieces ? single->key : price->key});
+    const GivenField* single = Given(15);
+    if (single == nullptr || deposit || Given(19) != nullptr) return;
+    const bool pieces = quantity != nullptr && IsRead(*quantity);
+    Add(Trap::kTwoPrices, *single, {price->key, single->key, pieces ? single->key : price->key});
   }
 
-  static bool is_read(const GivenField& quantity) {
-    return read_number(NumberKind::kQuantity, quantity.value).value > 0;
+  static bool IsRead(const GivenField& quantity) {
+    return ReadNumber(NumberKind::kQuantity, quantity.value).value > 0;
   }
 
   const Language& language_;
@@ -526,17 +526,17 @@ class LineTraps {
 
 }  // namespace
 
-void find_line_traps(const Language& language, int opcode, const std::string& command,
-                     const std::vector<GivenField>& fields, const TrapSink& sink) {
-  LineTraps(language, opcode, command, fields, sink).find();
+void FindLineTraps(const Language& language, int opcode, const std::string& command,
+                   const std::vector<GivenField>& fields, const TrapSink& sink) {
+  LineTraps(language, opcode, command, fields, sink).Find();
 }
 
-const GivenField* field_before_decimal_comma(const std::vector<GivenField>& fields,
-                                             const std::string& unknown_key) {
-  if (fields.empty() || unknown_key.empty() || !is_digits(unknown_key)) return nullptr;
+const GivenField* FieldBeforeDecimalComma(const std::vector<GivenField>& fields,
+                                          const std::string& unknown_key) {
+  if (fields.empty() || unknown_key.empty() || !IsDigits(unknown_key)) return nullptr;
   const GivenField& before = fields.back();
   const bool number = !before.quoted && before.written == before.value && !before.value.empty() &&
-                      is_digits(before.value);
+                      IsDigits(before.value);
   return number ? &before : nullptr;
 }
 

@@ -28,12 +28,12 @@ using TrapSink = std::function<void(FoundTrap found, uint64_t column)>;
 
 // The traps of a line whose fields were read without a failure. A field that is given twice stands
 // there twice; the last counts.
-void find_line_traps(const Language& language, int opcode, const std::string& command,
-                     const std::vector<GivenField>& fields, const TrapSink& sink);
+void FindLineTraps(const Language& language, int opcode, const std::string& command,
+                   const std::vector<GivenField>& fields, const TrapSink& sink);
 
 // A comma that was meant as the decimal point: "PRE=1,50" is PRE=1 and a field called 50. The field
 // in front of the unknown one; null when that is not what happened.
-const GivenField* field_before_decimal_comma(const std::vector<GivenField>& fields,
-                                             const std::string& unknown_key);
+const GivenField* FieldBeforeDecimalComma(const std::vector<GivenField>& fields,
+                                          const std::string& unknown_key);
 
 }  // namespace lorimat::console

@@ -32,7 +32,7 @@ constexpr KindWords kKindWords[] = {
     {"number", NumberKind::kWhole},
 };
 
-int64_t scale_of(NumberKind kind) {
+int64_t ScaleOf(NumberKind kind) {
   switch (kind) {
     case NumberKind::kPrice:
     case NumberKind::kPercentage:
@@ -44,7 +44,7 @@ int64_t scale_of(NumberKind kind) {
   }
 }
 
-bool is_plain(std::string_view text) {
+bool IsPlain(std::string_view text) {
   if (!text.empty() && text.front() == '-') text.remove_prefix(1);
   const size_t point = text.find(kSeparator);
   if (point != text.npos && text.find(kSeparator, point + 1) != text.npos) return false;
@@ -53,7 +53,7 @@ bool is_plain(std::string_view text) {
 }
 
 // A plain number without zeros that say nothing: "-1.5" of "-01.50".
-std::string shortest(std::string_view text) {
+std::string Shortest(std::string_view text) {
   const bool negative = text.front() == '-';
   if (negative) text.remove_prefix(1);
   text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
@@ -67,17 +67,17 @@ std::string shortest(std::string_view text) {
   return out;
 }
 
-std::string decimal(int64_t value, int64_t scale) {
+std::string Decimal(int64_t value, int64_t scale) {
   // In unsigned arithmetic: the least value has no positive counterpart.
   const uint64_t size = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
   const uint64_t unit = static_cast<uint64_t>(scale);
   const int digits = scale == kTenThousand ? 4 : scale == kThousand ? 3 : 0;
   const char* sign = value < 0 ? "-" : "";
-  return shortest(digits == 0 ? fmt::format("{}{}", sign, size)
+  return Shortest(digits == 0 ? fmt::format("{}{}", sign, size)
                               : fmt::format("{}{}.{:0{}}", sign, size / unit, size % unit, digits));
 }
 
-int64_t read(NumberKind kind, std::string text) {
+int64_t Read(NumberKind kind, std::string text) {
   switch (kind) {
     case NumberKind::kPrice:
       return lorimatutility::TradPrice(text.data(), false, kSeparator, kPrecision);
@@ -88,13 +88,13 @@ int64_t read(NumberKind kind, std::string text) {
     case NumberKind::kDepartment:
       return std::clamp<int64_t>(lorimatutility::TradNumInt64(text.data()), INT32_MIN, INT32_MAX);
     default:
-      return text_to_int(text.c_str());
+      return TextToInt(text.c_str());
   }
 }
 
 }  // namespace
 
-NumberKind number_kind(int opcode, int field) {
+NumberKind KindOfNumber(int opcode, int field) {
   const language::CommandHelp* command = language::find_command_help(opcode);
   const language::FieldHelp* help = command != nullptr ? command->find_field(field) : nullptr;
   if (help == nullptr) return NumberKind::kNone;
@@ -104,18 +104,18 @@ NumberKind number_kind(int opcode, int field) {
   return NumberKind::kNone;
 }
 
-NumberReading read_number(NumberKind kind, const std::string& value) {
+NumberReading ReadNumber(NumberKind kind, const std::string& value) {
   NumberReading reading;
-  reading.plain = is_plain(value);
-  reading.value = read(kind, value);
-  reading.text = decimal(reading.value, scale_of(kind));
-  reading.exact = reading.plain && shortest(value) == reading.text;
+  reading.plain = IsPlain(value);
+  reading.value = Read(kind, value);
+  reading.text = Decimal(reading.value, ScaleOf(kind));
+  reading.exact = reading.plain && Shortest(value) == reading.text;
   return reading;
 }
 
-std::string decimal_text(int64_t price) { return decimal(price, kTenThousand); }
+std::string DecimalText(int64_t price) { return Decimal(price, kTenThousand); }
 
-std::string likely_number(NumberKind kind, const std::string& value) {
+std::string LikelyNumber(NumberKind kind, const std::string& value) {
   std::string text;
   for (const char c : value) {
     if (c != ' ' && c != '\'') text += c == ',' ? kSeparator : c;
@@ -130,7 +130,7 @@ std::string likely_number(NumberKind kind, const std::string& value) {
       if (text[i] == kSeparator && (i != kept || !alone)) text.erase(i, 1);
     }
   }
-  return is_plain(text) && read_number(kind, text).exact ? text : "";
+  return IsPlain(text) && ReadNumber(kind, text).exact ? text : "";
 }
 
 }  // namespace lorimat::console

@@ -9,7 +9,7 @@ namespace lorimat::console {
 enum class NumberKind { kNone, kPrice, kPercentage, kQuantity, kDepartment, kWhole };
 
 // What a field takes; kNone for one that takes no number.
-NumberKind number_kind(int opcode, int field);
+NumberKind KindOfNumber(int opcode, int field);
 
 struct NumberReading {
   bool plain = false;  // digits, a point at most, a minus in front
@@ -18,12 +18,12 @@ struct NumberReading {
   bool exact = false;  // whether that is what is written; for a plain number
 };
 
-NumberReading read_number(NumberKind kind, const std::string& value);
+NumberReading ReadNumber(NumberKind kind, const std::string& value);
 
 // A price in ten-thousandths as a decimal number.
-std::string decimal_text(int64_t price);
+std::string DecimalText(int64_t price);
 
 // The number as it was probably meant: "1.50" for "1,50"; empty when that is no guess to make.
-std::string likely_number(NumberKind kind, const std::string& value);
+std::string LikelyNumber(NumberKind kind, const std::string& value);
 
 }  // namespace lorimat::console

@@ -12,29 +12,29 @@ constexpr int kOperator = 53;  // the command
 constexpr int kPassword = 3;   // its field
 constexpr char kQuote = '\'';
 
-bool is_word(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '#'; }
+bool IsWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '#'; }
 
-bool is_blank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 class PasswordField {
  public:
   PasswordField(const Language* words, std::string_view line) : words_(words) {
     if (words_ == nullptr) return;
-    name_ = words_->field_name(kOperator, kPassword);
+    name_ = words_->FieldName(kOperator, kPassword);
     size_t begin = 0;
-    while (begin < line.size() && is_blank(line[begin])) ++begin;
+    while (begin < line.size() && IsBlank(line[begin])) ++begin;
     size_t end = begin;
-    while (end < line.size() && is_word(line[end])) ++end;
-    const Lookup command = words_->find_command(std::string(line.substr(begin, end - begin)));
+    while (end < line.size() && IsWord(line[end])) ++end;
+    const Lookup command = words_->FindCommand(std::string(line.substr(begin, end - begin)));
     is_operator_ = end > begin && command.failure == 0 && command.number == kOperator;
   }
 
-  bool is(std::string_view key) const {
+  bool Is(std::string_view key) const {
     if (key.empty()) return false;
     const std::string word(key);
-    if (!name_.empty() && equals_ignoring_case(word.c_str(), name_.c_str())) return true;
+    if (!name_.empty() && EqualsIgnoringCase(word.c_str(), name_.c_str())) return true;
     if (!is_operator_) return false;
-    const Lookup field = words_->find_field(kOperator, word);
+    const Lookup field = words_->FindField(kOperator, word);
     return word == "#" + std::to_string(kPassword) ||
            (field.failure == 0 && field.number == kPassword);
   }
@@ -47,7 +47,7 @@ class PasswordField {
 
 }  // namespace
 
-std::string without_passwords(const Language* words, std::string_view line) {
+std::string WithoutPasswords(const Language* words, std::string_view line) {
   const PasswordField password(words, line);
   std::string out(line);
   bool quoted = false;
@@ -55,16 +55,16 @@ std::string without_passwords(const Language* words, std::string_view line) {
     if (line[at] == kQuote) quoted = !quoted;
     if (line[at] != '=' || quoted) continue;
     size_t end = at;
-    while (end > 0 && is_blank(line[end - 1])) --end;
+    while (end > 0 && IsBlank(line[end - 1])) --end;
     size_t begin = end;
-    while (begin > 0 && is_word(line[begin - 1])) --begin;
-    if (!password.is(line.substr(begin, end - begin))) continue;
+    while (begin > 0 && IsWord(line[begin - 1])) --begin;
+    if (!password.Is(line.substr(begin, end - begin))) continue;
     // Up to the next field; to the end where a quote is missing.
     bool in_value = false;
     for (++at; at < line.size() && (in_value || line[at] != ','); ++at) {
       if (line[at] == kQuote) {
         in_value = !in_value;
-      } else if (in_value || !is_blank(line[at])) {
+      } else if (in_value || !IsBlank(line[at])) {
         out[at] = '*';
       }
     }

@@ -12,6 +12,6 @@ namespace lorimat::console {
 // the line stay where they are. It may be any text, misspelt ones too: in a line that the words do
 // not read as one for an operator, a value is taken for a password when its field has the whole
 // name of that field. Without words that name is the shipped one.
-std::string without_passwords(const Language* words, std::string_view line);
+std::string WithoutPasswords(const Language* words, std::string_view line);
 
 }  // namespace lorimat::console

@@ -29,9 +29,9 @@ class SequenceTraps {
       : language_(language), sink_(std::move(sink)) {}
 
   // Takes a line that the translator has just read without a failure.
-  void take(int opcode, const std::string& command, const LinePlace& place);
+  void Take(int opcode, const std::string& command, const LinePlace& place);
   // Behind the last line.
-  void finish();
+  void Finish();
 
  private:
   // What the printer is doing; kUnknown where the lines do not tell.
@@ -43,27 +43,27 @@ class SequenceTraps {
     LinePlace place;
   };
 
-  void take_effect(int opcode);
-  void sell();
-  void add_line();
-  void adjust(int opcode);
-  void check_subtotal();
-  void pay(std::optional<int64_t> amount, bool whole, bool forgets);
-  void pay_by_command();
-  void play_key();
-  void open_document(int opcode);
-  void turn_lock(int opcode);
-  void attach();
-  void print_non_fiscal();
-  void settle();
-  void become(State state);
-  void note_memory();
+  void TakeEffect(int opcode);
+  void Sell();
+  void AddLine();
+  void Adjust(int opcode);
+  void CheckSubtotal();
+  void Pay(std::optional<int64_t> amount, bool whole, bool forgets);
+  void PayByCommand();
+  void PlayKey();
+  void OpenDocument(int opcode);
+  void TurnLock(int opcode);
+  void Attach();
+  void PrintNonFiscal();
+  void Settle();
+  void Become(State state);
+  void NoteMemory();
 
-  bool given(int field) const;
-  int whole(int field) const;
-  int64_t amount(int field) const;
-  std::string command_word(int opcode) const;
-  void tell(Trap trap, std::vector<std::string> arguments, const Mark& mark);
+  bool Given(int field) const;
+  int Whole(int field) const;
+  int64_t Amount(int field) const;
+  std::string CommandWord(int opcode) const;
+  void Tell(Trap trap, std::vector<std::string> arguments, const Mark& mark);
 
   const Language& language_;
   Sink sink_;

@@ -12,18 +12,18 @@ namespace lorimat::console {
 namespace {
 
 // INP and CHIUDETRAN answer so when the state of the device cannot be read.
-constexpr long kStateNotRead = CLASS_CRITICAL | syntax_error(ILLEGAL_VALUE);
+constexpr long kStateNotRead = CLASS_CRITICAL | SyntaxError(ILLEGAL_VALUE);
 
-bool given(const EcrCmdCommand& translator, int field) { return translator.szCampi[field][0] != 0; }
+bool Given(const EcrCmdCommand& translator, int field) { return translator.szCampi[field][0] != 0; }
 
-ReceiptEffect sale(const EcrCmdCommand& translator) {
-  const int special = given(translator, 16) + given(translator, 17) + given(translator, 19);
-  const bool refused = special >= 2 || given(translator, 1) == given(translator, 2);
+ReceiptEffect Sale(const EcrCmdCommand& translator) {
+  const int special = Given(translator, 16) + Given(translator, 17) + Given(translator, 19);
+  const bool refused = special >= 2 || Given(translator, 1) == Given(translator, 2);
   return refused ? ReceiptEffect::kNone : ReceiptEffect::kSale;
 }
 
-ReceiptEffect key(const EcrCmdCommand& translator) {
-  const int code = text_to_int(translator.szCampi[4]);
+ReceiptEffect Key(const EcrCmdCommand& translator) {
+  const int code = TextToInt(translator.szCampi[4]);
   if (code >= FunctionCode::kSubTender01 && code <= FunctionCode::kLastSubTender) {
     return ReceiptEffect::kForgets;
   }
@@ -43,16 +43,16 @@ ReceiptEffect key(const EcrCmdCommand& translator) {
   }
 }
 
-ReceiptEffect invoice(const EcrCmdCommand& translator) {
-  return text_to_int(translator.szCampi[1]) == 2 ? ReceiptEffect::kOpens : ReceiptEffect::kNone;
+ReceiptEffect Invoice(const EcrCmdCommand& translator) {
+  return TextToInt(translator.szCampi[1]) == 2 ? ReceiptEffect::kOpens : ReceiptEffect::kNone;
 }
 
-ReceiptEffect referring(const EcrCmdCommand& translator) {
-  const bool refused = given(translator, 1) && !given(translator, 2);
+ReceiptEffect Referring(const EcrCmdCommand& translator) {
+  const bool refused = Given(translator, 1) && !Given(translator, 2);
   return refused ? ReceiptEffect::kNone : ReceiptEffect::kOpens;
 }
 
-ReceiptEffect forgets(const EcrCmdCommand&) { return ReceiptEffect::kForgets; }
+ReceiptEffect Forgets(const EcrCmdCommand&) { return ReceiptEffect::kForgets; }
 
 struct EffectRow {
   int opcode;
@@ -60,38 +60,38 @@ struct EffectRow {
 };
 
 constexpr EffectRow kEffects[] = {
-    {8, forgets},     // CLEAR
-    {9, key},         // INP
-    {10, sale},       // VEND
-    {11, forgets},    // CHIU
-    {23, invoice},    // FATTURA
-    {24, referring},  // NOTACRED
-    {74, forgets},    // RESPRN
-    {124, referring}  // DOCANNULLO
+    {8, Forgets},     // CLEAR
+    {9, Key},         // INP
+    {10, Sale},       // VEND
+    {11, Forgets},    // CHIU
+    {23, Invoice},    // FATTURA
+    {24, Referring},  // NOTACRED
+    {74, Forgets},    // RESPRN
+    {124, Referring}  // DOCANNULLO
 };
 
 // Whether an "@" line was answered without a line of its file having run.
-bool refused_batch(const std::optional<long>& code) {
+bool RefusedBatch(const std::optional<long>& code) {
   return code == INVALID_BATCH_LINE || code == FILE_OPEN_ERROR || code == ERROR_FILE_OPEN_ERROR;
 }
 
 // CHIUDETRAN answers 0 and does nothing when nothing is open. A refusal shows that it tried: a
 // device that is ready with its key turned away counts as busy.
-bool closed_by_key(const TranslatorMemory::Seen& seen) {
+bool ClosedByKey(const TranslatorMemory::Seen& seen) {
   if (seen.code == kStateNotRead) return false;
   return !seen.ready_before || seen.code.value_or(0) != 0;
 }
 
 }  // namespace
 
-ReceiptEffect receipt_effect(const EcrCmdCommand& translator, int opcode) {
+ReceiptEffect EffectOf(const EcrCmdCommand& translator, int opcode) {
   for (const EffectRow& row : kEffects) {
     if (row.opcode == opcode) return row.effect(translator);
   }
   return ReceiptEffect::kNone;
 }
 
-void TranslatorMemory::follow(const std::string& line, const Seen& seen) {
+void TranslatorMemory::Follow(const std::string& line, const Seen& seen) {
   // The library reads a line up to its first NUL byte.
   std::string source(line.c_str());
   if (source.size() > kLongestLine) return;
@@ -101,17 +101,17 @@ void TranslatorMemory::follow(const std::string& line, const Seen& seen) {
     return;
   }
   if (cleaned.front() == '@') {
-    if (!refused_batch(seen.code)) next_sale_ = NextSale::kUnknown;
+    if (!RefusedBatch(seen.code)) next_sale_ = NextSale::kUnknown;
     return;
   }
   int position = 1;
   int opcode = 0;
   if (translator.GetCodOp(cleaned.data(), &position, &opcode) != 0) return;
   if (translator.GetCampi(cleaned.data(), opcode, &position) != 0) return;
-  take(receipt_effect(translator, opcode), seen);
+  Take(EffectOf(translator, opcode), seen);
 }
 
-void TranslatorMemory::take(ReceiptEffect effect, const Seen& seen) {
+void TranslatorMemory::Take(ReceiptEffect effect, const Seen& seen) {
   switch (effect) {
     case ReceiptEffect::kNone:
       return;
@@ -130,7 +130,7 @@ void TranslatorMemory::take(ReceiptEffect effect, const Seen& seen) {
       next_sale_ = NextSale::kOpensReceipt;
       return;
     case ReceiptEffect::kClosesByKey:
-      if (closed_by_key(seen)) next_sale_ = NextSale::kOpensReceipt;
+      if (ClosedByKey(seen)) next_sale_ = NextSale::kOpensReceipt;
       return;
   }
 }

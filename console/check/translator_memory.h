@@ -25,7 +25,7 @@ enum class ReceiptEffect {
 
 // The effect of a line whose fields the translator has just read (GetCodOp, then GetCampi without
 // a failure). A line that its command refuses by itself has none.
-ReceiptEffect receipt_effect(const EcrCmdCommand& translator, int opcode);
+ReceiptEffect EffectOf(const EcrCmdCommand& translator, int opcode);
 
 class TranslatorMemory {
  public:
@@ -47,15 +47,15 @@ class TranslatorMemory {
 
   // Follows a line that was sent, whatever was answered. Behind an "@" line that ran its file the
   // memory is unknown: its lines are to be followed one by one, in its place.
-  void follow(const std::string& line, const Seen& seen);
+  void Follow(const std::string& line, const Seen& seen);
 
   NextSale next_sale() const { return next_sale_; }
   // Whether a sale now would be refused for want of a receipt, with the printer ready or not. The
   // ways out are CLEAR, RESPRN and CHIU.
-  bool sale_is_lost(bool ready) const { return ready && next_sale_ == NextSale::kOpensNone; }
+  bool SaleIsLost(bool ready) const { return ready && next_sale_ == NextSale::kOpensNone; }
 
  private:
-  void take(ReceiptEffect effect, const Seen& seen);
+  void Take(ReceiptEffect effect, const Seen& seen);
 
   const Language& language_;
   NextSale next_sale_ = NextSale::kOpensReceipt;

@@ -15,14 +15,14 @@ constexpr Severity kWarning = Severity::kWarning;
 constexpr Severity kError = Severity::kError;
 
 constexpr TrapSentences kSentences[] = {
-    {Trap::kDecimalComma, kError, "decimal-comma", syntax_error(FIELD_NAME_NOT_FOUND),
+    {Trap::kDecimalComma, kError, "decimal-comma", SyntaxError(FIELD_NAME_NOT_FOUND),
      TR_TEXT("a comma ends field {0}, and '{1}' is taken for the name of the next one; decimals "
              "stand behind a point"),
      TR_TEXT("the line is refused"), ""},
     {Trap::kNumberText, kWarning, "number-text", 0,
      TR_TEXT("field {0}: '{1}' is not written as a number"), TR_TEXT("the library reads {2}"),
      TR_TEXT("digits alone, with decimals behind a point")},
-    {Trap::kNumberRefused, kError, "number-refused", syntax_error(CAMPO_OBBLIGATORIO),
+    {Trap::kNumberRefused, kError, "number-refused", SyntaxError(CAMPO_OBBLIGATORIO),
      TR_TEXT("field {0}: '{1}' is no number"), TR_TEXT("the line is refused, nothing is compared"),
      TR_TEXT("digits alone, with decimals behind a point")},
     {Trap::kNumberMisread, kWarning, "number-misread", 0,
@@ -140,30 +140,30 @@ constexpr TrapSentences kSentences[] = {
 
 constexpr size_t kMostArguments = 5;
 
-std::string sentence(const char* english, const std::vector<std::string>& arguments) {
+std::string Sentence(const char* english, const std::vector<std::string>& arguments) {
   if (*english == 0) return {};
   std::array<std::string, kMostArguments> filled;
   for (size_t i = 0; i < arguments.size() && i < filled.size(); ++i) filled[i] = arguments[i];
-  return fmt::vformat(translated(english),
+  return fmt::vformat(Translated(english),
                       fmt::make_format_args(filled[0], filled[1], filled[2], filled[3], filled[4]));
 }
 
 }  // namespace
 
-std::span<const TrapSentences> trap_sentences() { return kSentences; }
+std::span<const TrapSentences> SentencesOfTraps() { return kSentences; }
 
-Finding trap_finding(const FoundTrap& found) {
+Finding TrapFinding(const FoundTrap& found) {
   Finding finding;
   for (const TrapSentences& row : kSentences) {
     if (row.trap != found.trap) continue;
     finding.severity = row.severity;
     finding.rule = row.rule;
     finding.code = row.code;
-    finding.what = sentence(row.what, found.arguments);
-    finding.effect = sentence(row.effect, found.arguments);
+    finding.what = Sentence(row.what, found.arguments);
+    finding.effect = Sentence(row.effect, found.arguments);
     finding.suggestion = found.instead;
     // A suggestion is shorter than any advice.
-    if (found.instead.empty()) finding.remedy = sentence(row.remedy, found.arguments);
+    if (found.instead.empty()) finding.remedy = Sentence(row.remedy, found.arguments);
   }
   return finding;
 }

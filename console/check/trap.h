@@ -77,9 +77,9 @@ struct TrapSentences {
   const char* remedy;  // what to write instead; empty where `instead` says all
 };
 
-std::span<const TrapSentences> trap_sentences();
+std::span<const TrapSentences> SentencesOfTraps();
 
 // In the user's language. Line, column and source are the caller's to fill in.
-Finding trap_finding(const FoundTrap& found);
+Finding TrapFinding(const FoundTrap& found);
 
 }  // namespace lorimat::console

@@ -29,25 +29,25 @@ namespace {
 
 enum class FileKind { kUnknown, kDefinition, kBatch };
 
-FileKind kind_by_name(const std::string& file) {
+FileKind KindByName(const std::string& file) {
   constexpr std::string_view kEnding = ".ini";
   const bool ends = file.size() >= kEnding.size() &&
-                    equals_ignoring_case(file.c_str() + file.size() - kEnding.size(), ".ini");
+                    EqualsIgnoringCase(file.c_str() + file.size() - kEnding.size(), ".ini");
   return ends ? FileKind::kDefinition : FileKind::kUnknown;
 }
 
 // By the first line that holds more than a comment: definition files begin with a header.
-FileKind kind_by_line(const SourceLine& line) {
+FileKind KindByLine(const SourceLine& line) {
   std::string text = line.text;
-  if (line.number == 1 && begins_with_byte_order_mark(text)) text.erase(0, kByteOrderMark.size());
-  text = cleaned_definition_line(text);
+  if (line.number == 1 && BeginsWithByteOrderMark(text)) text.erase(0, kByteOrderMark.size());
+  text = CleanedDefinitionLine(text);
   if (text.empty()) return FileKind::kUnknown;
   return text.front() == '[' ? FileKind::kDefinition : FileKind::kBatch;
 }
 
-bool is_odd(const SourceLine& line) {
+bool IsOdd(const SourceLine& line) {
   return line.nul_at != 0 || line.length > kLongestLine ||
-         line.text.find('\r') != std::string::npos || begins_with_byte_order_mark(line.text);
+         line.text.find('\r') != std::string::npos || BeginsWithByteOrderMark(line.text);
 }
 
 class Checker {
@@ -56,31 +56,31 @@ class Checker {
 
   int run() {
     if (std::count(options_.files.begin(), options_.files.end(), "-") > 1) {
-      throw Failure(tr("- is given twice, and standard input can be read once"));
+      throw Failure(Tr("- is given twice, and standard input can be read once"));
     }
     for (const std::string& file : options_.files) {
       try {
-        check_file(file);
+        CheckFile(file);
       } catch (const Failure& failure) {
-        tell_error(streams_, failure.what());
+        TellError(streams_, failure.what());
         not_done_ = true;
       }
       // What was not read to its end is not told of: it would look like all that there is.
-      if (stopped_) return interrupt_exit();
+      if (stopped_) return InterruptExit();
     }
-    if (options_.json) streams_.output(json_text({{"files", files_}}));
+    if (options_.json) streams_.Output(JsonText({{"files", files_}}));
     if (not_done_) return kExitNotDone;
     return errors_ == 0 ? kExitGood : kExitFaults;
   }
 
  private:
-  FileKind kind_at_start(const std::string& file) const {
+  FileKind KindAtStart(const std::string& file) const {
     if (options_.language_file) return FileKind::kDefinition;
     if (options_.batch_file) return FileKind::kBatch;
-    return kind_by_name(file);
+    return KindByName(file);
   }
 
-  void check_file(const std::string& file) {
+  void CheckFile(const std::string& file) {
     LineReader reader(file, &interrupted);
     Findings findings;
     std::optional<DefinitionCheck> definition;
@@ -88,40 +88,40 @@ class Checker {
     {
       const InterruptWatch watch;
       Progress progress(streams_, reader.size() >= Progress::kLongFile, reader.size());
-      FileKind kind = kind_at_start(file);
+      FileKind kind = KindAtStart(file);
       // Lines from before the kind is known that either check has something to say of.
       std::vector<SourceLine> waiting;
       SourceLine line;
       const auto start = [&] {
         if (kind == FileKind::kDefinition) definition.emplace(findings);
         if (kind == FileKind::kBatch) batch.emplace(words(), findings);
-        for (const SourceLine& one : waiting) take(one, definition, batch);
+        for (const SourceLine& one : waiting) Take(one, definition, batch);
         waiting.clear();
       };
       if (kind != FileKind::kUnknown) start();
       bool only_empty = true;
       bool utf16 = false;
       uint64_t taken = 0;
-      while (reader.next(&line) && interrupted == 0) {
+      while (reader.Next(&line) && interrupted == 0) {
         taken = line.number;
-        progress.update(reader.bytes_read());
-        utf16 = only_empty && shows_utf16(line);
+        progress.Update(reader.bytes_read());
+        utf16 = only_empty && ShowsUtf16(line);
         if (utf16) break;
         only_empty = only_empty && line.length == 0;
         if (kind == FileKind::kUnknown) {
-          kind = kind_by_line(line);
+          kind = KindByLine(line);
           if (kind == FileKind::kUnknown) {
-            if (is_odd(line) && waiting.size() < Findings::kKept) waiting.push_back(line);
+            if (IsOdd(line) && waiting.size() < Findings::kKept) waiting.push_back(line);
             continue;
           }
           start();
         }
-        take(line, definition, batch);
+        Take(line, definition, batch);
       }
       if (interrupted != 0) {
-        progress.clear();
-        tell_error(streams_,
-                   tr("{}: stopped by {} behind line {}", reader.name(), interrupt_name(), taken));
+        progress.Clear();
+        TellError(streams_,
+                  Tr("{}: stopped by {} behind line {}", reader.name(), InterruptName(), taken));
         stopped_ = true;
         return;
       }
@@ -132,87 +132,86 @@ class Checker {
       }
       const EnglishMessages english(options_.json);
       if (utf16) {
-        add_utf16(findings);
+        AddUtf16(findings);
       } else if (definition) {
-        definition->finish();
+        definition->Finish();
       } else {
-        batch->finish();
+        batch->Finish();
       }
     }
     errors_ += findings.errors();
-    show(options_.json && file == "-" ? "standard input" : reader.name(), findings, definition,
+    Show(options_.json && file == "-" ? "standard input" : reader.name(), findings, definition,
          batch);
   }
 
   // Its lines would have a finding for each byte, and none that tells why.
-  static void add_utf16(Findings& findings) {
+  static void AddUtf16(Findings& findings) {
     Finding finding;
     finding.rule = "utf-16";
-    finding.what = tr("the file is UTF-16");
-    finding.effect = tr("the library cannot read it; save it as UTF-8 without a byte order mark");
-    findings.add(std::move(finding));
+    finding.what = Tr("the file is UTF-16");
+    finding.effect = Tr("the library cannot read it; save it as UTF-8 without a byte order mark");
+    findings.Add(std::move(finding));
   }
 
-  void take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
+  void Take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
             std::optional<BatchCheck>& batch) const {
     const EnglishMessages english(options_.json);
     if (definition) {
-      definition->take(line);
+      definition->Take(line);
     } else if (batch) {
-      batch->take(line);
+      batch->Take(line);
     }
   }
 
   // The words of batch files, read when the first one comes.
   const Language& words() {
-    if (!words_) words_.emplace(definition_path(options_.language));
+    if (!words_) words_.emplace(DefinitionPath(options_.language));
     return *words_;
   }
 
-  void show(const std::string& name, const Findings& findings,
+  void Show(const std::string& name, const Findings& findings,
             const std::optional<DefinitionCheck>& definition,
             const std::optional<BatchCheck>& batch) {
     if (options_.json) {
-      files_.push_back(as_json(name, findings, definition));
+      files_.push_back(AsJson(name, findings, definition));
       return;
     }
     const bool colours = streams_.output_has_colours();
     std::string out;
     for (const Finding& finding : findings.sorted()) {
       if (finding.severity == Severity::kNote && !options_.notes) continue;
-      out += finding_text(name, finding, colours);
+      out += FindingText(name, finding, colours);
     }
     if (findings.dropped() != 0) {
-      out += tr("{}: {} more are not shown\n", name, findings.dropped());
+      out += Tr("{}: {} more are not shown\n", name, findings.dropped());
     }
     const std::string content =
-        definition
-            ? tr("definition file, {}, {}, {}", counted_commands(definition->commands()),
-                 tr_count(definition->fields(), TR_TEXT("{} field"), TR_TEXT("{} fields")),
-                 tr_count(definition->symbols(), TR_TEXT("{} symbol"), TR_TEXT("{} symbols")))
-            : tr("batch file, {}", counted_commands(batch ? batch->commands() : 0));
-    out += fmt::format("{} {}: {}\n", styled(name + ":", Style::kStrong, colours), content,
-                       verdict(findings, colours));
-    streams_.output(out);
+        definition ? Tr("definition file, {}, {}, {}", CountedCommands(definition->commands()),
+                        TrCount(definition->fields(), TR_TEXT("{} field"), TR_TEXT("{} fields")),
+                        TrCount(definition->symbols(), TR_TEXT("{} symbol"), TR_TEXT("{} symbols")))
+                   : Tr("batch file, {}", CountedCommands(batch ? batch->commands() : 0));
+    out += fmt::format("{} {}: {}\n", Styled(name + ":", Style::kStrong, colours), content,
+                       Verdict(findings, colours));
+    streams_.Output(out);
   }
 
-  static std::string counted_commands(uint64_t count) {
-    return tr_count(count, TR_TEXT("{} command"), TR_TEXT("{} commands"));
+  static std::string CountedCommands(uint64_t count) {
+    return TrCount(count, TR_TEXT("{} command"), TR_TEXT("{} commands"));
   }
 
-  static std::string verdict(const Findings& findings, bool colours) {
+  static std::string Verdict(const Findings& findings, bool colours) {
     const uint64_t errors = findings.errors();
     const uint64_t warnings = findings.warnings();
-    if (errors == 0 && warnings == 0) return styled(tr("no faults"), Style::kGood, colours);
+    if (errors == 0 && warnings == 0) return Styled(Tr("no faults"), Style::kGood, colours);
     return fmt::format("{}, {}",
-                       styled(tr_count(errors, TR_TEXT("{} error"), TR_TEXT("{} errors")),
+                       Styled(TrCount(errors, TR_TEXT("{} error"), TR_TEXT("{} errors")),
                               Style::kError, colours && errors != 0),
-                       styled(tr_count(warnings, TR_TEXT("{} warning"), TR_TEXT("{} warnings")),
+                       Styled(TrCount(warnings, TR_TEXT("{} warning"), TR_TEXT("{} warnings")),
                               Style::kWarning, colours && warnings != 0));
   }
 
-  static Json as_json(const std::string& name, const Findings& findings,
-                      const std::optional<DefinitionCheck>& definition) {
+  static Json AsJson(const std::string& name, const Findings& findings,
+                     const std::optional<DefinitionCheck>& definition) {
     Json file = {{"file", name},
                  {"kind", definition ? "definition" : "batch"},
                  {"errors", findings.errors()},
@@ -220,7 +219,7 @@ class Checker {
     if (definition && definition->stop_line() != 0) file["stops_at"] = definition->stop_line();
     if (findings.dropped() != 0) file["not_shown"] = findings.dropped();
     Json list = Json::array();
-    for (const Finding& finding : findings.sorted()) list.push_back(finding_json(finding));
+    for (const Finding& finding : findings.sorted()) list.push_back(FindingJson(finding));
     file["findings"] = std::move(list);
     return file;
   }
@@ -236,7 +235,7 @@ class Checker {
 
 }  // namespace
 
-int check_command(const CheckOptions& options, Streams& streams) {
+int CheckCommand(const CheckOptions& options, Streams& streams) {
   return Checker(options, streams).run();
 }
 

@@ -20,6 +20,6 @@ struct CheckOptions {
 // Returns kExitGood, kExitFaults when a file has errors, or kExitNotDone when one cannot be
 // read; the others are checked all the same. A signal ends it within a file, of which nothing is
 // shown, and it returns interrupt_exit().
-int check_command(const CheckOptions& options, Streams& streams);
+int CheckCommand(const CheckOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

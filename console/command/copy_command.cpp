@@ -44,14 +44,14 @@ void RefuseItself(const std::string& from, const std::string& to) {
   struct stat target;
   if (stat(from.c_str(), &source) != 0 || stat(to.c_str(), &target) != 0) return;
   if (source.st_dev != target.st_dev || source.st_ino != target.st_ino) return;
-  throw Failure(tr("{}: is the register {} itself", shown(to), shown(from)));
+  throw Failure(Tr("{}: is the register {} itself", Shown(to), Shown(from)));
 }
 
 // For a part of the work: moves its bar, and tells whether to go on.
 std::function<bool(uint64_t, uint64_t)> Watched(std::optional<Progress>& bar, Streams& streams) {
   return [&bar, &streams](uint64_t done, uint64_t all) {
     if (!bar) bar.emplace(streams, true, all);
-    bar->update(done);
+    bar->Update(done);
     return interrupted == 0;
   };
 }
@@ -63,28 +63,27 @@ lorimat::JournalCheck Verify(const lorimat::RegisterFile& file, Streams& streams
 
 std::string FindingLines(const lorimat::JournalCheck& check) {
   std::string text;
-  for (const lorimat::Finding& finding : check.findings)
-    text += journal_finding_text(finding) + "\n";
+  for (const lorimat::Finding& finding : check.findings) text += JournalFindingText(finding) + "\n";
   return text;
 }
 
 int Stopped(Streams& streams) {
-  tell_error(streams, tr("stopped by {}; there is no copy", interrupt_name()));
-  return interrupt_exit();
+  TellError(streams, Tr("stopped by {}; there is no copy", InterruptName()));
+  return InterruptExit();
 }
 
 }  // namespace
 
 void AddCopy(CLI::App& app, CopyOptions* options) {
-  CLI::App* copy = app.add_subcommand("copy", tr("Copy a whole register, at any moment"));
-  copy->add_option("FROM", options->from, tr("The register's file"))->required();
-  copy->add_option("TO", options->to, tr("The copy, a file that must not be there"))->required();
-  refuse_empty_texts(copy);
-  copy->footer(std::string(translated(kCopyExamples)));
+  CLI::App* copy = app.add_subcommand("copy", Tr("Copy a whole register, at any moment"));
+  copy->add_option("FROM", options->from, Tr("The register's file"))->required();
+  copy->add_option("TO", options->to, Tr("The copy, a file that must not be there"))->required();
+  RefuseEmptyTexts(copy);
+  copy->footer(std::string(Translated(kCopyExamples)));
 }
 
 int CopyCommand(const CopyOptions& options, Streams& streams) {
-  require_register(options.from);
+  RequireRegister(options.from);
   RefuseItself(options.from, options.to);
   const InterruptWatch watch;
   lorimat::RegisterFile source(options.from);
@@ -107,36 +106,36 @@ int CopyCommand(const CopyOptions& options, Streams& streams) {
     if (interrupted != 0) return Stopped(streams);
     if (original.good()) {
       throw Failure(
-          tr("{}: the journal of the copy is not that of the register, and there is no "
+          Tr("{}: the journal of the copy is not that of the register, and there is no "
              "copy: {}",
-             shown(options.to), shown(FindingLines(check))));
+             Shown(options.to), Shown(FindingLines(check))));
     }
     code = kExitFaults;
   }
   if (const int error = part.Finish()) {
-    tell_warning(streams, tr("{}: the copy is there and whole, and its name may not have reached "
-                             "the disk: {}",
-                             shown(options.to), system_message(error)));
+    TellWarning(streams, Tr("{}: the copy is there and whole, and its name may not have reached "
+                            "the disk: {}",
+                            Shown(options.to), SystemMessage(error)));
     code = kExitFaults;
   }
-  tell_note(streams,
-            tr("{}: is the same register, serial number {}: only one of the two may go on selling",
-               shown(options.to), shown(status.serial_number)));
+  TellNote(streams,
+           Tr("{}: is the same register, serial number {}: only one of the two may go on selling",
+              Shown(options.to), Shown(status.serial_number)));
   std::string text = FindingLines(check);
   text += check.good()
-              ? tr("{}: copy of {}, the journal is good: {}, {}\n", shown(options.to),
-                   shown(options.from),
-                   tr_count(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries")),
-                   tr_count(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents")))
-              : tr("{}: copy of {}, whose journal has findings\n", shown(options.to),
-                   shown(options.from));
+              ? Tr("{}: copy of {}, the journal is good: {}, {}\n", Shown(options.to),
+                   Shown(options.from),
+                   TrCount(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries")),
+                   TrCount(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents")))
+              : Tr("{}: copy of {}, whose journal has findings\n", Shown(options.to),
+                   Shown(options.from));
   try {
-    streams.output(text);
+    streams.Output(text);
   } catch (const ReaderGone&) {
     throw;
   } catch (const Failure& failure) {
-    tell_error(streams, tr("{}: the copy is there and whole, and its report is missing: {}",
-                           shown(options.to), failure.what()));
+    TellError(streams, Tr("{}: the copy is there and whole, and its report is missing: {}",
+                          Shown(options.to), failure.what()));
     code = kExitFaults;
   }
   return code;

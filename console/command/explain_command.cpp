@@ -26,7 +26,7 @@ constexpr size_t kWrapAt = 78;
 constexpr size_t kIndent = 10;
 
 // What was pasted, line by line, without the blanks and quotes around it.
-std::vector<std::string> pasted_lines(const std::vector<std::string>& arguments) {
+std::vector<std::string> PastedLines(const std::vector<std::string>& arguments) {
   constexpr const char* kAround = " \t\r\"'";
   std::vector<std::string> lines;
   for (const std::string& argument : arguments) {
@@ -45,24 +45,24 @@ std::vector<std::string> pasted_lines(const std::vector<std::string>& arguments)
 
 // The codes that the arguments name: numbers, and answers as they were pasted, in quotes or without
 // them. Throws Failure for a text that is neither.
-std::vector<int> read_codes(const std::vector<std::string>& given, MessageTexts& texts) {
-  const std::vector<std::string> arguments = pasted_lines(given);
+std::vector<int> ReadCodes(const std::vector<std::string>& given, MessageTexts& texts) {
+  const std::vector<std::string> arguments = PastedLines(given);
   std::vector<int> codes;
   for (size_t i = 0; i < arguments.size(); ++i) {
-    if (const std::optional<int> number = read_code_number(arguments[i])) {
+    if (const std::optional<int> number = ReadCodeNumber(arguments[i])) {
       codes.push_back(*number);
       continue;
     }
-    std::vector<int> pasted = codes_in_answer(arguments[i], texts);
+    std::vector<int> pasted = CodesInAnswer(arguments[i], texts);
     if (pasted.empty()) {
       // Without quotes the words of an answer are arguments each.
       const auto rest = arguments.begin() + static_cast<std::ptrdiff_t>(i);
-      pasted = codes_in_answer(fmt::format("{}", fmt::join(rest, arguments.end(), " ")), texts);
+      pasted = CodesInAnswer(fmt::format("{}", fmt::join(rest, arguments.end(), " ")), texts);
       if (pasted.empty()) {
         throw Failure(
-            tr("{}: is no result code; give a number such as 265, class and index such "
+            Tr("{}: is no result code; give a number such as 265, class and index such "
                "as 1/9, or the text of an answer",
-               shown(arguments[i], 60)));
+               Shown(arguments[i], 60)));
       }
       i = arguments.size();
     }
@@ -80,28 +80,28 @@ struct Explanation {
   std::vector<CodeReading> readings;
 };
 
-Explanation explain(int code, MessageTexts& texts) {
+Explanation Explain(int code, MessageTexts& texts) {
   Explanation explanation;
   explanation.code = code;
   explanation.class_shown = (code & kCodeClassMask) >> 8;
   explanation.index = code & kCodeIndexMask;
   // A negative code is no sum of bits.
   if (code > 0) {
-    for (const CodeClass& one : code_classes()) {
+    for (const CodeClass& one : CodeClasses()) {
       const bool has = one.bit == 0 ? (code & kCodeClassMask) == 0 : (code & one.bit) != 0;
       if (has) explanation.classes.push_back(one);
     }
   }
-  explanation.readings = read_code(code);
+  explanation.readings = ReadCode(code);
   // The inner signs are answered as if they were success.
   const bool inner = code == -1 || code == -2;
-  if (!inner) explanation.text = texts.answer(code);
+  if (!inner) explanation.text = texts.Answer(code);
   return explanation;
 }
 
 // --- As text.
 
-std::string wrapped(std::string_view text) {
+std::string Wrapped(std::string_view text) {
   std::string out;
   size_t column = kIndent;
   // In characters, of which some have more than one byte.
@@ -127,71 +127,71 @@ std::string wrapped(std::string_view text) {
   return out;
 }
 
-std::string origin(const CodeReading& reading) {
+std::string Origin(const CodeReading& reading) {
   const int begin = reading.chain.front();
   switch (reading.kind) {
     case CodeReading::kSuccess:
-      return tr("success");
+      return Tr("success");
     case CodeReading::kInternal:
-      return tr("outside the scheme of classes");
+      return Tr("outside the scheme of classes");
     case CodeReading::kOwn:
-      return reading.given ? tr("given by the library") : tr("not given by this library");
+      return reading.given ? Tr("given by the library") : Tr("not given by this library");
     case CodeReading::kOwnAgain:
-      return tr("the library's own code {}, then taken for a result of the device client", begin);
+      return Tr("the library's own code {}, then taken for a result of the device client", begin);
     case CodeReading::kUnreachable:
-      return tr("no answer of the device client (-1)");
+      return Tr("no answer of the device client (-1)");
     case CodeReading::kClient:
-      return tr("result {} of the device client, {}", begin, reading.name);
+      return Tr("result {} of the device client, {}", begin, reading.name);
     case CodeReading::kUnnamedClient:
-      return tr("result {} of the device client", begin);
+      return Tr("result {} of the device client", begin);
   }
   return {};
 }
 
-std::string passes(const CodeReading& reading) {
+std::string Passes(const CodeReading& reading) {
   if (reading.chain.size() < 2 || reading.kind == CodeReading::kOwnAgain) return {};
   if (reading.chain.size() > 2) {
-    return tr("passed twice: {}", fmt::join(reading.chain, " -> "));
+    return Tr("passed twice: {}", fmt::join(reading.chain, " -> "));
   }
-  return reading.once_or_more ? tr("passed once or twice, which gives the same")
-                              : tr("passed once");
+  return reading.once_or_more ? Tr("passed once or twice, which gives the same")
+                              : Tr("passed once");
 }
 
 // A line of the explanation, with its heading in front.
-std::string entry(std::string_view heading, std::string_view text, bool colours) {
+std::string Entry(std::string_view heading, std::string_view text, bool colours) {
   const std::string blanks(kIndent - 2 - std::min(kIndent - 3, heading.size()), ' ');
-  return fmt::format("  {}{}{}\n", styled(heading, Style::kStrong, colours), blanks, text);
+  return fmt::format("  {}{}{}\n", Styled(heading, Style::kStrong, colours), blanks, text);
 }
 
-std::string continuation(std::string_view text) {
-  return std::string(kIndent, ' ') + wrapped(text) + "\n";
+std::string Continuation(std::string_view text) {
+  return std::string(kIndent, ' ') + Wrapped(text) + "\n";
 }
 
-std::string as_text(const Explanation& explanation, bool colours) {
-  const std::string begin = explanation.code > 0 ? tr("{}: class {}, index {}", explanation.code,
+std::string AsText(const Explanation& explanation, bool colours) {
+  const std::string begin = explanation.code > 0 ? Tr("{}: class {}, index {}", explanation.code,
                                                       explanation.class_shown, explanation.index)
                                                  : std::to_string(explanation.code);
-  std::string out = styled(begin, Style::kStrong, colours) + "\n";
+  std::string out = Styled(begin, Style::kStrong, colours) + "\n";
   if (!explanation.text.empty()) {
-    out += entry(tr("Text"), fmt::format("\"{}\"", shown(explanation.text)), colours);
+    out += Entry(Tr("Text"), fmt::format("\"{}\"", Shown(explanation.text)), colours);
   }
   for (const CodeClass& one : explanation.classes) {
-    out += entry(tr("Class"), fmt::format("{}: {}", one.shown, translated(one.what)), colours);
+    out += Entry(Tr("Class"), fmt::format("{}: {}", one.shown, Translated(one.what)), colours);
   }
   if (explanation.classes.size() > 1) {
-    out += continuation(
-        tr("Bits of several classes: no table of texts belongs to them, so the answer ends behind "
+    out += Continuation(
+        Tr("Bits of several classes: no table of texts belongs to them, so the answer ends behind "
            "the numbers."));
   }
   for (const CodeReading& reading : explanation.readings) {
-    out += entry(tr("From"), wrapped(origin(reading)), colours);
-    const std::string passed = passes(reading);
-    if (!passed.empty()) out += continuation(passed);
-    if (!reading.cause.empty()) out += continuation(translated(reading.cause));
-    if (!reading.way_out.empty()) out += continuation(translated(reading.way_out));
+    out += Entry(Tr("From"), Wrapped(Origin(reading)), colours);
+    const std::string passed = Passes(reading);
+    if (!passed.empty()) out += Continuation(passed);
+    if (!reading.cause.empty()) out += Continuation(Translated(reading.cause));
+    if (!reading.way_out.empty()) out += Continuation(Translated(reading.way_out));
   }
   if (explanation.readings.empty()) {
-    out += entry(tr("From"), tr("nothing that is known: the library does not give this code"),
+    out += Entry(Tr("From"), Tr("nothing that is known: the library does not give this code"),
                  colours);
   }
   return out;
@@ -199,7 +199,7 @@ std::string as_text(const Explanation& explanation, bool colours) {
 
 // --- As JSON.
 
-const char* kind_name(CodeReading::Kind kind) {
+const char* KindName(CodeReading::Kind kind) {
   switch (kind) {
     case CodeReading::kSuccess:
       return "success";
@@ -219,14 +219,14 @@ const char* kind_name(CodeReading::Kind kind) {
   return "";
 }
 
-Json as_json(const Explanation& explanation) {
+Json AsJson(const Explanation& explanation) {
   Json classes = Json::array();
   for (const CodeClass& one : explanation.classes) {
     classes.push_back({{"class", one.shown}, {"means", one.what}});
   }
   Json readings = Json::array();
   for (const CodeReading& reading : explanation.readings) {
-    Json one = {{"kind", kind_name(reading.kind)},
+    Json one = {{"kind", KindName(reading.kind)},
                 {"chain", reading.chain},
                 {"given", reading.given},
                 {"cause", reading.cause}};
@@ -246,23 +246,23 @@ Json as_json(const Explanation& explanation) {
 
 }  // namespace
 
-int explain_command(const ExplainOptions& options, Streams& streams) {
+int ExplainCommand(const ExplainOptions& options, Streams& streams) {
   MessageTexts texts;
-  const std::vector<int> codes = read_codes(options.codes, texts);
+  const std::vector<int> codes = ReadCodes(options.codes, texts);
   Json all = Json::array();
   std::string out;
   bool unknown = false;
   for (const int code : codes) {
-    const Explanation explanation = explain(code, texts);
+    const Explanation explanation = Explain(code, texts);
     unknown = unknown || explanation.readings.empty();
     if (options.json) {
-      all.push_back(as_json(explanation));
+      all.push_back(AsJson(explanation));
     } else {
       if (!out.empty()) out += "\n";
-      out += as_text(explanation, streams.output_has_colours());
+      out += AsText(explanation, streams.output_has_colours());
     }
   }
-  streams.output(options.json ? json_text(all) : out);
+  streams.Output(options.json ? JsonText(all) : out);
   return unknown ? kExitFaults : kExitGood;
 }
 

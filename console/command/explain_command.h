@@ -16,6 +16,6 @@ struct ExplainOptions {
 
 // Returns kExitGood, or kExitFaults when a code is none that the library can give. Throws Failure
 // for a text that is no code.
-int explain_command(const ExplainOptions& options, Streams& streams);
+int ExplainCommand(const ExplainOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

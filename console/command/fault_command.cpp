@@ -66,12 +66,12 @@ constexpr std::string_view kRegisterTexts[] = {
     TR_TEXT("subtotals and payments"),
 };
 
-std::string kinds_as_text() {
+std::string KindsAsText() {
   size_t width = 0;
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
     width = std::max(width, kind.name.size());
   }
-  std::string out = tr("Faults\n");
+  std::string out = Tr("Faults\n");
   const auto add = [&](std::string_view name, const std::string& code, const std::string& what,
                        const std::string& strikes) {
     out += fmt::format("  {:<{}}  {:>6}  {}\n", name, width, code, what);
@@ -79,23 +79,23 @@ std::string kinds_as_text() {
   };
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
     add(kind.name, kind.code == 0 ? "-" : std::to_string(kind.code),
-        tr_finished(kind.what, kRegisterTexts),
-        tr("strikes: {}", tr_finished(kind.strikes, kRegisterTexts)));
+        TrFinished(kind.what, kRegisterTexts),
+        Tr("strikes: {}", TrFinished(kind.strikes, kRegisterTexts)));
   }
-  add(lorimat::kCodeFault, "N", tr("any result code, by its number"), "");
+  add(lorimat::kCodeFault, "N", Tr("any result code, by its number"), "");
   return out;
 }
 
-std::string plan_as_text(const std::string& file, const lorimat::FaultPlan& plan) {
-  if (plan.empty()) return tr("No fault waits in {}\n", shown(file));
-  std::string out = tr("In {} wait\n", shown(file));
+std::string PlanAsText(const std::string& file, const lorimat::FaultPlan& plan) {
+  if (plan.empty()) return Tr("No fault waits in {}\n", Shown(file));
+  std::string out = Tr("In {} wait\n", Shown(file));
   for (const lorimat::Fault& fault : plan.faults()) {
-    out += fmt::format("  {}\n", fault_text(fault));
+    out += fmt::format("  {}\n", FaultText(fault));
   }
   return out;
 }
 
-Json kinds_as_json() {
+Json KindsAsJson() {
   Json kinds = Json::array();
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
     kinds.push_back(
@@ -104,64 +104,64 @@ Json kinds_as_json() {
   return kinds;
 }
 
-Json operations_as_json() {
+Json OperationsAsJson() {
   Json names = Json::array();
   for (const std::string_view name : kClientOperationNames) names.push_back(name);
   return names;
 }
 
-int list(const FaultOptions& options, Streams& streams) {
+int List(const FaultOptions& options, Streams& streams) {
   const bool has_register = !options.register_file.empty();
   lorimat::FaultPlan plan;
   if (has_register) {
-    plan = lorimat::RegisterFile(require_register(options.register_file)).Faults();
+    plan = lorimat::RegisterFile(RequireRegister(options.register_file)).Faults();
   }
   if (options.json) {
-    Json json = {{"kinds", kinds_as_json()}, {"operations", operations_as_json()}};
-    if (has_register) json["waiting"] = faults_json(plan);
-    streams.output(json_text(json));
+    Json json = {{"kinds", KindsAsJson()}, {"operations", OperationsAsJson()}};
+    if (has_register) json["waiting"] = FaultsJson(plan);
+    streams.Output(JsonText(json));
     return kExitGood;
   }
-  std::string text = kinds_as_text();
-  if (has_register) text += "\n" + plan_as_text(options.register_file, plan);
-  streams.output(text);
+  std::string text = KindsAsText();
+  if (has_register) text += "\n" + PlanAsText(options.register_file, plan);
+  streams.Output(text);
   return kExitGood;
 }
 
 // --- A new fault.
 
-std::string did_you_mean(const std::string& near) {
-  return near.empty() ? std::string() : tr("; did you mean {}?", near);
+std::string DidYouMean(const std::string& near) {
+  return near.empty() ? std::string() : Tr("; did you mean {}?", near);
 }
 
-void require_kind(const std::string& name) {
+void RequireKind(const std::string& name) {
   if (name == lorimat::kCodeFault || lorimat::FindFaultKind(name) != nullptr) return;
   std::vector<std::string> names = {std::string(lorimat::kCodeFault)};
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) names.emplace_back(kind.name);
-  const std::string near = nearest_word(name, names);
+  const std::string near = NearestWord(name, names);
   throw Failure(near.empty()
-                    ? tr("{}: no fault has this name; \"lorimat fault\" lists them", shown(name))
-                    : tr("{}: no fault has this name; did you mean {}?", shown(name), near));
+                    ? Tr("{}: no fault has this name; \"lorimat fault\" lists them", Shown(name))
+                    : Tr("{}: no fault has this name; did you mean {}?", Shown(name), near));
 }
 
-std::optional<ClientOperation> require_operation(const std::string& name) {
+std::optional<ClientOperation> RequireOperation(const std::string& name) {
   const std::optional<ClientOperation> operation = FindClientOperation(name);
   if (name.empty() || operation) return operation;
   const std::vector<std::string> names(std::begin(kClientOperationNames),
                                        std::end(kClientOperationNames));
-  throw Failure(tr("--on {}: no operation of the device has this name{}", shown(name),
-                   did_you_mean(nearest_word(name, names))));
+  throw Failure(Tr("--on {}: no operation of the device has this name{}", Shown(name),
+                   DidYouMean(NearestWord(name, names))));
 }
 
-lorimat::Fault new_fault(const FaultOptions& options) {
-  require_kind(options.name);
-  const std::optional<ClientOperation> operation = require_operation(options.operation);
+lorimat::Fault NewFault(const FaultOptions& options) {
+  RequireKind(options.name);
+  const std::optional<ClientOperation> operation = RequireOperation(options.operation);
   const bool by_code = options.name == lorimat::kCodeFault;
   if (by_code && !options.code) {
-    throw Failure(tr("fault code: which? Give the number of a result code behind it"));
+    throw Failure(Tr("fault code: which? Give the number of a result code behind it"));
   }
   if (!by_code && options.code) {
-    throw Failure(tr("{} {}: only the fault \"code\" takes a number", options.name, *options.code));
+    throw Failure(Tr("{} {}: only the fault \"code\" takes a number", options.name, *options.code));
   }
   lorimat::Fault fault;
   fault.name = options.name;
@@ -181,19 +181,19 @@ lorimat::Fault new_fault(const FaultOptions& options) {
 
 }  // namespace
 
-void add_fault(CLI::App& app, FaultOptions* options) {
+void AddFault(CLI::App& app, FaultOptions* options) {
   CLI::App* fault =
-      app.add_subcommand("fault", tr("List the faults of a register, plan one or clear the plan"));
-  add_register_option(fault, &options->register_file);
-  CLI::Option* name = fault->add_option("FAULT", options->name, tr("The fault to plan"));
-  fault->add_option("CODE", options->code, tr("The result code, for the fault \"code\""));
+      app.add_subcommand("fault", Tr("List the faults of a register, plan one or clear the plan"));
+  AddRegisterOption(fault, &options->register_file);
+  CLI::Option* name = fault->add_option("FAULT", options->name, Tr("The fault to plan"));
+  fault->add_option("CODE", options->code, Tr("The result code, for the fault \"code\""));
   CLI::Option* next =
-      fault->add_flag("--next", options->next, tr("At the next operation (the default)"));
+      fault->add_flag("--next", options->next, Tr("At the next operation (the default)"));
   CLI::Option* nth =
-      fault->add_option("--nth", options->nth, tr("At the Nth operation from now"))->type_name("N");
-  CLI::Option* every = fault->add_flag("--every", options->every, tr("At every operation"));
+      fault->add_option("--nth", options->nth, Tr("At the Nth operation from now"))->type_name("N");
+  CLI::Option* every = fault->add_flag("--every", options->every, Tr("At every operation"));
   CLI::Option* times =
-      fault->add_option("--times", options->times, tr("At the next N operations"))->type_name("N");
+      fault->add_option("--times", options->times, Tr("At the next N operations"))->type_name("N");
   const std::vector<CLI::Option*> moments = {next, nth, every, times};
   for (CLI::Option* one : moments) {
     one->needs(name);
@@ -203,26 +203,26 @@ void add_fault(CLI::App& app, FaultOptions* options) {
   }
   fault
       ->add_option("--on", options->operation,
-                   tr("Only at this operation of the device, such as PrintRecItemEx"))
+                   Tr("Only at this operation of the device, such as PrintRecItemEx"))
       ->type_name("OPERATION")
       ->needs(name);
-  fault->add_flag("--clear", options->clear, tr("Take all faults off the plan"))->excludes(name);
-  fault->add_flag("--json", options->json, tr("List as JSON"))->excludes(name);
-  refuse_empty_texts(fault);
-  fault->footer(std::string(translated(kFaultExamples)));
+  fault->add_flag("--clear", options->clear, Tr("Take all faults off the plan"))->excludes(name);
+  fault->add_flag("--json", options->json, Tr("List as JSON"))->excludes(name);
+  RefuseEmptyTexts(fault);
+  fault->footer(std::string(Translated(kFaultExamples)));
 }
 
-int fault_command(const FaultOptions& options, Streams& streams) {
-  if (options.name.empty() && !options.clear) return list(options, streams);
+int FaultCommand(const FaultOptions& options, Streams& streams) {
+  if (options.name.empty() && !options.clear) return List(options, streams);
   const lorimat::FaultPlan plan = lorimat::RegisterFile::ChangeFaults(
-      require_register(options.register_file), [&options](lorimat::FaultPlan* changed) {
+      RequireRegister(options.register_file), [&options](lorimat::FaultPlan* changed) {
         if (options.clear) {
           changed->Clear();
         } else {
-          changed->Add(new_fault(options));
+          changed->Add(NewFault(options));
         }
       });
-  streams.output(plan_as_text(options.register_file, plan));
+  streams.Output(PlanAsText(options.register_file, plan));
   return kExitGood;
 }
 

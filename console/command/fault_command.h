@@ -25,9 +25,9 @@ struct FaultOptions {
   bool json = false;
 };
 
-void add_fault(CLI::App& app, FaultOptions* options);
+void AddFault(CLI::App& app, FaultOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError.
-int fault_command(const FaultOptions& options, Streams& streams);
+int FaultCommand(const FaultOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -62,7 +62,7 @@ struct Purpose {
   std::vector<std::string_view> commands;
 };
 
-const std::vector<Purpose>& purposes() {
+const std::vector<Purpose>& Purposes() {
   static const std::vector<Purpose> all = {
       {TR_TEXT("Set up a register"), {"init", "set"}},
       {TR_TEXT("Run lines"), {"run", "shell"}},
@@ -91,80 +91,80 @@ Exit codes:
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
-void sort_by_purpose(CLI::App& app) {
+void SortByPurpose(CLI::App& app) {
   for (CLI::App* command : app.get_subcommands({})) {
-    for (const Purpose& purpose : purposes()) {
+    for (const Purpose& purpose : Purposes()) {
       const auto& names = purpose.commands;
       if (std::find(names.begin(), names.end(), command->get_name()) != names.end()) {
-        command->group(std::string(translated(purpose.heading)));
+        command->group(std::string(Translated(purpose.heading)));
       }
     }
   }
 }
 
-bool starts_as_option(std::string_view argument) {
+bool StartsAsOption(std::string_view argument) {
   return argument.size() > 1 && argument.front() == '-';
 }
 
 // "--paper" of "--paper=x".
-std::string option_name(const std::string& argument) {
+std::string OptionName(const std::string& argument) {
   return argument.substr(0, argument.find('='));
 }
 
 // The command that was named last: that of "journal verify" is verify.
-const CLI::App& last_command(const CLI::App& app) {
+const CLI::App& LastCommand(const CLI::App& app) {
   const CLI::App* last = &app;
   while (!last->get_subcommands().empty()) last = last->get_subcommands().back();
   return *last;
 }
 
-bool has_option(const CLI::App& app, const std::string& name) {
+bool HasOption(const CLI::App& app, const std::string& name) {
   return app.get_option_no_throw(name) != nullptr;
 }
 
 // An option of some command in front of its command: "lorimat --register x status".
-std::string misplaced_option(const CLI::App& app, const std::string& name) {
-  const CLI::App& command = last_command(app);
+std::string MisplacedOption(const CLI::App& app, const std::string& name) {
+  const CLI::App& command = LastCommand(app);
   if (&command != &app) {
-    if (!has_option(command, name)) return {};
-    return tr("the option {} stands behind the subcommand: lorimat {} {} ...", name,
+    if (!HasOption(command, name)) return {};
+    return Tr("the option {} stands behind the subcommand: lorimat {} {} ...", name,
               command.get_name(), name);
   }
   for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
-    if (has_option(*one, name)) {
-      return tr("the option {} stands behind a subcommand, and none was given", name);
+    if (HasOption(*one, name)) {
+      return Tr("the option {} stands behind a subcommand, and none was given", name);
     }
   }
   return {};
 }
 
-std::string no_such_option(const CLI::App& app, const std::string& name) {
+std::string NoSuchOption(const CLI::App& app, const std::string& name) {
   std::vector<std::string> names;
-  for (const CLI::Option* option : last_command(app).get_options()) {
+  for (const CLI::Option* option : LastCommand(app).get_options()) {
     for (const std::string& one : option->get_lnames()) names.push_back(one);
   }
-  std::string text = tr("no option is called '{}'", shown(name));
-  const std::string nearest = name.substr(0, 2) == "--" ? nearest_word(name.substr(2), names) : "";
-  if (!nearest.empty()) text += tr("; did you mean {}?", fmt::format("--{}", nearest));
+  std::string text = Tr("no option is called '{}'", Shown(name));
+  const std::string nearest = name.substr(0, 2) == "--" ? NearestWord(name.substr(2), names) : "";
+  if (!nearest.empty()) text += Tr("; did you mean {}?", fmt::format("--{}", nearest));
   return text;
 }
 
 // Names what nothing took, options first: what stands behind one is often its value.
-std::string unexpected(const CLI::App& app, const std::vector<std::string>& left_over) {
+std::string Unexpected(const CLI::App& app, const std::vector<std::string>& left_over) {
   for (const std::string& argument : left_over) {
-    if (!starts_as_option(argument)) continue;
-    const std::string name = option_name(argument);
+    if (!StartsAsOption(argument)) continue;
+    const std::string name = OptionName(argument);
     const std::vector<std::string> in_front = app.remaining(false);
     const bool is_in_front =
         std::find(in_front.begin(), in_front.end(), argument) != in_front.end();
-    const std::string misplaced = is_in_front ? misplaced_option(app, name) : "";
-    return misplaced.empty() ? no_such_option(app, name) : misplaced;
+    const std::string misplaced = is_in_front ? MisplacedOption(app, name) : "";
+    return misplaced.empty() ? NoSuchOption(app, name) : misplaced;
   }
-  return tr("The following argument was not expected: {}", shown(left_over.front()));
+  return Tr("The following argument was not expected: {}", Shown(left_over.front()));
 }
 
 // With the examples' folder as a person can type it anywhere.
-std::string with_examples(std::string text, const std::string& folder) {
+std::string WithExamples(std::string text, const std::string& folder) {
   constexpr std::string_view kFolder = " examples/";
   for (size_t at = 0; (at = text.find(kFolder, at)) != std::string::npos; at += folder.size()) {
     text.replace(at + 1, kFolder.size() - 2, folder);
@@ -173,80 +173,80 @@ std::string with_examples(std::string text, const std::string& folder) {
 }
 
 // Of the program or a command, and of the commands below it.
-void give_words(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
+void GiveWords(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
   app.formatter(formatter);
-  app.footer(with_examples(app.get_footer(), find_examples()));
+  app.footer(WithExamples(app.get_footer(), FindExamples()));
   for (CLI::Option* option : app.get_options()) {
-    if (option->get_group() == "Options") option->group(tr("Options"));
+    if (option->get_group() == "Options") option->group(Tr("Options"));
   }
   for (CLI::App* command : app.get_subcommands({})) {
-    if (command->get_group() == "Subcommands") command->group(tr("Subcommands"));
-    give_words(*command, formatter);
+    if (command->get_group() == "Subcommands") command->group(Tr("Subcommands"));
+    GiveWords(*command, formatter);
   }
 }
 
 }  // namespace
 
-void translate_help(CLI::App& app) {
+void TranslateHelp(CLI::App& app) {
   const auto formatter = std::make_shared<HelpFormatter>();
   formatter->column_width(app.get_formatter()->get_column_width());
-  formatter->label("Usage", tr("Usage"));
-  formatter->label("OPTIONS", tr("OPTIONS"));
-  formatter->label("SUBCOMMAND", tr("SUBCOMMAND"));
-  formatter->label("SUBCOMMANDS", tr("SUBCOMMAND"));
-  formatter->label("Positionals", tr("Positionals"));
-  formatter->label("REQUIRED", tr("REQUIRED"));
-  formatter->label("Env", tr("Env"));
-  formatter->label("Needs", tr("Needs"));
-  formatter->label("Excludes", tr("Excludes"));
+  formatter->label("Usage", Tr("Usage"));
+  formatter->label("OPTIONS", Tr("OPTIONS"));
+  formatter->label("SUBCOMMAND", Tr("SUBCOMMAND"));
+  formatter->label("SUBCOMMANDS", Tr("SUBCOMMAND"));
+  formatter->label("Positionals", Tr("Positionals"));
+  formatter->label("REQUIRED", Tr("REQUIRED"));
+  formatter->label("Env", Tr("Env"));
+  formatter->label("Needs", Tr("Needs"));
+  formatter->label("Excludes", Tr("Excludes"));
   // Kinds of values.
-  formatter->label("TEXT", tr("TEXT"));
-  formatter->label("INT", tr("INT"));
-  formatter->label("UINT", tr("UINT"));
-  formatter->label("NAME", tr("NAME"));
-  formatter->label("KIND", tr("KIND"));
-  formatter->label("OPERATION", tr("OPERATION"));
-  formatter->label("N|DATE", tr("N|DATE"));
-  formatter->label("\"YYYY-MM-DD HH:MM\"", tr("\"YYYY-MM-DD HH:MM\""));
-  sort_by_purpose(app);
-  app.footer(std::string(translated(kExamples)));
-  give_words(app, formatter);
+  formatter->label("TEXT", Tr("TEXT"));
+  formatter->label("INT", Tr("INT"));
+  formatter->label("UINT", Tr("UINT"));
+  formatter->label("NAME", Tr("NAME"));
+  formatter->label("KIND", Tr("KIND"));
+  formatter->label("OPERATION", Tr("OPERATION"));
+  formatter->label("N|DATE", Tr("N|DATE"));
+  formatter->label("\"YYYY-MM-DD HH:MM\"", Tr("\"YYYY-MM-DD HH:MM\""));
+  SortByPurpose(app);
+  app.footer(std::string(Translated(kExamples)));
+  GiveWords(app, formatter);
 }
 
-std::string no_such_command(const CLI::App& app, const std::string& name) {
+std::string NoSuchCommand(const CLI::App& app, const std::string& name) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
     names.push_back(command->get_name());
   }
-  std::string text = tr("no subcommand is called '{}'", shown(name));
-  const std::string nearest = nearest_word(name, names);
-  if (!nearest.empty()) text += tr("; did you mean {}?", nearest);
+  std::string text = Tr("no subcommand is called '{}'", Shown(name));
+  const std::string nearest = NearestWord(name, names);
+  if (!nearest.empty()) text += Tr("; did you mean {}?", nearest);
   return text;
 }
 
-std::string unknown_command(const CLI::App& app) {
+std::string UnknownCommand(const CLI::App& app) {
   const std::vector<std::string> left_over = app.remaining(true);
-  if (!app.get_subcommands().empty() || left_over.empty() || starts_as_option(left_over.front())) {
+  if (!app.get_subcommands().empty() || left_over.empty() || StartsAsOption(left_over.front())) {
     return {};
   }
-  return no_such_command(app, left_over.front());
+  return NoSuchCommand(app, left_over.front());
 }
 
-std::string usage_error(const CLI::App& app, const CLI::Error& error) {
+std::string UsageError(const CLI::App& app, const CLI::Error& error) {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
     const std::vector<std::string> left_over = app.remaining(true);
-    if (!left_over.empty()) return unexpected(app, left_over);
+    if (!left_over.empty()) return Unexpected(app, left_over);
   }
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
     // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
     // lacks no subcommand, and "run --papper" more than its FILE.
     const std::vector<std::string> left_over = app.remaining(true);
-    if (const std::string unknown = unknown_command(app); !unknown.empty()) return unknown;
-    if (!left_over.empty() && starts_as_option(left_over.front())) {
-      return unexpected(app, left_over);
+    if (const std::string unknown = UnknownCommand(app); !unknown.empty()) return unknown;
+    if (!left_over.empty() && StartsAsOption(left_over.front())) {
+      return Unexpected(app, left_over);
     }
   }
-  return tr_finished(shown(error.what()), kUsageErrors);
+  return TrFinished(Shown(error.what()), kUsageErrors);
 }
 
 }  // namespace lorimat::console

@@ -12,16 +12,16 @@ namespace lorimat::console {
 
 // Gives the headings and marks of all help texts their words. Called when all options and
 // subcommands are there.
-void translate_help(CLI::App& app);
+void TranslateHelp(CLI::App& app);
 
 // That the program, or a command with others below it, has none of this name; with one that is
 // spelt like it.
-std::string no_such_command(const CLI::App& app, const std::string& name);
+std::string NoSuchCommand(const CLI::App& app, const std::string& name);
 
 // The same where the command line names a command, and it is none of the program's; else empty.
-std::string unknown_command(const CLI::App& app);
+std::string UnknownCommand(const CLI::App& app);
 
 // What is wrong with the command line that app has refused, in one line without its end.
-std::string usage_error(const CLI::App& app, const CLI::Error& error);
+std::string UsageError(const CLI::App& app, const CLI::Error& error);
 
 }  // namespace lorimat::console

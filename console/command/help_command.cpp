@@ -36,36 +36,36 @@ Exit codes:
 
 }  // namespace
 
-void add_help(CLI::App& app, HelpOptions* options) {
-  CLI::App* help = app.add_subcommand("help", tr("Show the help of the program or of a command"));
-  help->add_option("COMMAND", options->command, tr("A command, such as run or journal show"));
-  refuse_empty_texts(help);
-  help->footer(std::string(translated(kHelpExamples)));
+void AddHelp(CLI::App& app, HelpOptions* options) {
+  CLI::App* help = app.add_subcommand("help", Tr("Show the help of the program or of a command"));
+  help->add_option("COMMAND", options->command, Tr("A command, such as run or journal show"));
+  RefuseEmptyTexts(help);
+  help->footer(std::string(Translated(kHelpExamples)));
 }
 
-void add_version(CLI::App& app) {
-  CLI::App* version = app.add_subcommand("version", tr("Show the version"));
-  version->footer(std::string(translated(kVersionExamples)));
+void AddVersion(CLI::App& app) {
+  CLI::App* version = app.add_subcommand("version", Tr("Show the version"));
+  version->footer(std::string(Translated(kVersionExamples)));
 }
 
-int help_command(const HelpOptions& options, CLI::App& app, Streams& streams) {
+int HelpCommand(const HelpOptions& options, CLI::App& app, Streams& streams) {
   CLI::App* command = &app;
   std::string in_front;
   for (const std::string& name : options.command) {
     const std::vector<CLI::App*> found =
         command->get_subcommands([&](const CLI::App* one) { return one->get_name() == name; });
-    if (found.empty()) throw Failure(no_such_command(*command, name));
+    if (found.empty()) throw Failure(NoSuchCommand(*command, name));
     in_front += (in_front.empty() ? "" : " ") + command->get_name();
     command = found.front();
   }
   // A program that has read its arguments shows the help of the command that they named.
   app.clear();
-  show_help(streams, command->help(in_front));
+  ShowHelp(streams, command->help(in_front));
   return kExitGood;
 }
 
-int version_command(Streams& streams) {
-  streams.output("lorimat " LORIMAT_VERSION "\n");
+int VersionCommand(Streams& streams) {
+  streams.Output("lorimat " LORIMAT_VERSION "\n");
   return kExitGood;
 }
 

@@ -16,12 +16,12 @@ struct HelpOptions {
   std::vector<std::string> command;  // "run", or "journal" and "show"; empty is the program
 };
 
-void add_help(CLI::App& app, HelpOptions* options);
-void add_version(CLI::App& app);
+void AddHelp(CLI::App& app, HelpOptions* options);
+void AddVersion(CLI::App& app);
 
 // What "--help" of the command shows. Returns one of ExitCode. Throws Failure when there is no such
 // command.
-int help_command(const HelpOptions& options, CLI::App& app, Streams& streams);
-int version_command(Streams& streams);
+int HelpCommand(const HelpOptions& options, CLI::App& app, Streams& streams);
+int VersionCommand(Streams& streams);
 
 }  // namespace lorimat::console

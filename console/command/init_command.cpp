@@ -50,13 +50,13 @@ Exit codes:
 // out when the file is made.
 void RequireNewName(const std::string& file) {
   if (file == "-") {
-    throw Failure(tr("-: standard input is no register; a file of this name is ./-"));
+    throw Failure(Tr("-: standard input is no register; a file of this name is ./-"));
   }
-  require_register_name(file);
+  RequireRegisterName(file);
   struct stat status;
   if (lstat(file.c_str(), &status) == 0) {
-    throw Failure(tr("{}: is there already, and stays as it is; \"lorimat set\" changes a register",
-                     shown(file)));
+    throw Failure(Tr("{}: is there already, and stays as it is; \"lorimat set\" changes a register",
+                     Shown(file)));
   }
 }
 
@@ -67,7 +67,7 @@ void SetUp(lorimat::VirtualRegister& device, const ShopValues& values) {
   if (code == RTF_SUCCESS) return;
   const bool kept = device.last_refusal().cause != lorimat::RefusalCause::kNotKept;
   throw Failure(kept ? ShopRefusalText(values, refused, device.last_refusal())
-                     : register_message(device.last_failure()));
+                     : RegisterMessage(device.last_failure()));
 }
 
 lorimat::RegisterSettings FirstSettings(const lorimat::ShopSetup& setup) {
@@ -84,19 +84,19 @@ lorimat::RegisterSettings FirstSettings(const lorimat::ShopSetup& setup) {
 // Writes the register, and tells it. What fails behind the writing leaves it.
 int Save(lorimat::VirtualRegister& device, const InitOptions& options, int code, Streams& streams) {
   if (const int error = device.SaveAs(options.file)) {
-    tell_warning(streams, tr("{}: the register is there and whole, and its name may not have "
-                             "reached the disk: {}",
-                             shown(options.file), system_message(error)));
+    TellWarning(streams, Tr("{}: the register is there and whole, and its name may not have "
+                            "reached the disk: {}",
+                            Shown(options.file), SystemMessage(error)));
     code = kExitFaults;
   }
   try {
-    streams.output(tr("{}: a new register, serial number {}\n", shown(options.file),
-                      shown(device.tables().settings().serial_number)));
+    streams.Output(Tr("{}: a new register, serial number {}\n", Shown(options.file),
+                      Shown(device.tables().settings().serial_number)));
   } catch (const ReaderGone&) {
     throw;
   } catch (const Failure& failure) {
-    tell_error(streams, tr("{}: the register is there and whole, and its report is missing: {}",
-                           shown(options.file), failure.what()));
+    TellError(streams, Tr("{}: the register is there and whole, and its report is missing: {}",
+                          Shown(options.file), failure.what()));
     code = kExitFaults;
   }
   return code;
@@ -110,18 +110,18 @@ int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams
   TableSession session(settings, options.language, options.library, streams);
   const LoadedTables loaded = LoadTables(options.from, session, streams);
   if (loaded.stopped) {
-    tell_error(streams, tr("stopped by {}; no register was made", interrupt_name()));
-    return interrupt_exit();
+    TellError(streams, Tr("stopped by {}; no register was made", InterruptName()));
+    return InterruptExit();
   }
   int code = kExitGood;
   for (const std::string& row : loaded.not_restored) {
-    tell_warning(streams, row);
+    TellWarning(streams, row);
     code = kExitFaults;
   }
   SetUp(session.device(), values);
   if (loaded.serial_number != session.device().tables().settings().serial_number) {
-    tell_note(streams, tr("the backup is of {}, and this is {}", shown(loaded.serial_number),
-                          shown(session.device().tables().settings().serial_number)));
+    TellNote(streams, Tr("the backup is of {}, and this is {}", Shown(loaded.serial_number),
+                         Shown(session.device().tables().settings().serial_number)));
   }
   return Save(session.device(), options, code, streams);
 }
@@ -129,16 +129,16 @@ int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams
 }  // namespace
 
 void AddInit(CLI::App& app, InitOptions* options) {
-  CLI::App* init = app.add_subcommand("init", tr("Make a new register in a file"));
-  init->add_option("FILE", options->file, tr("The register's file, which must not be there"))
+  CLI::App* init = app.add_subcommand("init", Tr("Make a new register in a file"));
+  init->add_option("FILE", options->file, Tr("The register's file, which must not be there"))
       ->required();
   AddShopOptions(init, &options->shop);
   init->add_option("--from", options->from,
-                   tr("Folder of a backup, whose tables the register gets"))
+                   Tr("Folder of a backup, whose tables the register gets"))
       ->type_name("DIR");
-  add_language_options(init, &options->language, &options->library);
-  refuse_empty_texts(init);
-  init->footer(std::string(translated(kInitExamples)));
+  AddLanguageOptions(init, &options->language, &options->library);
+  RefuseEmptyTexts(init);
+  init->footer(std::string(Translated(kInitExamples)));
 }
 
 int InitCommand(const InitOptions& options, Streams& streams) {

@@ -76,7 +76,7 @@ Exit codes:
 
 // --- What is selected.
 
-std::optional<int> as_closure(const std::string& text) {
+std::optional<int> AsClosure(const std::string& text) {
   const bool digits = !text.empty() && text.size() <= 4 &&
                       text.find_first_not_of("0123456789") == std::string::npos;
   if (!digits) return std::nullopt;
@@ -86,13 +86,13 @@ std::optional<int> as_closure(const std::string& text) {
 enum class DayEnd { kFirstMinute, kLastMinute };
 
 // A date, with this end of the day where the time is left out.
-std::tm as_date(const char* option, const std::string& text, DayEnd end) {
-  std::optional<GivenDate> date = parse_date(text);
+std::tm AsDate(const char* option, const std::string& text, DayEnd end) {
+  std::optional<GivenDate> date = ParseDate(text);
   if (!date) {
-    throw Failure(tr(
+    throw Failure(Tr(
         "{} {}: is neither the number of a closing nor a date, such as YYYY-MM-DD or DD/MM/YYYY, "
         "with or without the time: \"YYYY-MM-DD HH:MM\"",
-        option, shown(text)));
+        option, Shown(text)));
   }
   if (!date->has_time && end == DayEnd::kLastMinute) {
     date->time.tm_hour = 23;
@@ -101,22 +101,22 @@ std::tm as_date(const char* option, const std::string& text, DayEnd end) {
   return date->time;
 }
 
-int32_t kinds_filter(const std::vector<std::string>& kinds) {
+int32_t KindsFilter(const std::vector<std::string>& kinds) {
   if (kinds.empty()) return lorimat::kJournalAll;
   int32_t filter = 0;
   for (const std::string& word : kinds) {
     int32_t found = 0;
     std::vector<std::string> names;
-    for (const JournalKindName& row : journal_kind_names()) {
+    for (const JournalKindName& row : JournalKindNames()) {
       names.emplace_back(row.name);
       if (word == row.name) found = row.kind;
     }
     if (found == 0) {
-      const std::string near = nearest_word(word, names);
-      throw Failure(near.empty() ? tr("--kind {}: no entries have this kind; the kinds are {}",
-                                      shown(word), fmt::format("{}", fmt::join(names, ", ")))
-                                 : tr("--kind {}: no entries have this kind; did you mean {}?",
-                                      shown(word), near));
+      const std::string near = NearestWord(word, names);
+      throw Failure(near.empty() ? Tr("--kind {}: no entries have this kind; the kinds are {}",
+                                      Shown(word), fmt::format("{}", fmt::join(names, ", ")))
+                                 : Tr("--kind {}: no entries have this kind; did you mean {}?",
+                                      Shown(word), near));
     }
     filter |= found;
   }
@@ -124,45 +124,45 @@ int32_t kinds_filter(const std::vector<std::string>& kinds) {
 }
 
 // In an order of its own: what the clock of a computer makes of a time is no matter.
-std::array<int, 5> minutes_of(const std::tm& time) {
+std::array<int, 5> MinutesOf(const std::tm& time) {
   return {time.tm_year, time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min};
 }
 
-[[noreturn]] void refuse_reversed(const JournalOptions& options) {
-  throw Failure(tr("--from {} --to {}: the range ends before it begins", shown(options.from),
-                   shown(options.to)));
+[[noreturn]] void RefuseReversed(const JournalOptions& options) {
+  throw Failure(Tr("--from {} --to {}: the range ends before it begins", Shown(options.from),
+                   Shown(options.to)));
 }
 
-lorimat::JournalSelection selection_of(const JournalOptions& options) {
+lorimat::JournalSelection SelectionOf(const JournalOptions& options) {
   lorimat::JournalSelection selection;
-  selection.filter = kinds_filter(options.kinds);
+  selection.filter = KindsFilter(options.kinds);
   selection.from_closure = 0;
   selection.to_closure = std::numeric_limits<int>::max();
-  const std::optional<int> from = as_closure(options.from);
-  const std::optional<int> to = as_closure(options.to);
+  const std::optional<int> from = AsClosure(options.from);
+  const std::optional<int> to = AsClosure(options.to);
   const bool from_date = !options.from.empty() && !from;
   const bool to_date = !options.to.empty() && !to;
   if ((from_date && to) || (from && to_date)) {
-    throw Failure(tr("--from {} --to {}: both are closings, or both are dates", shown(options.from),
-                     shown(options.to)));
+    throw Failure(Tr("--from {} --to {}: both are closings, or both are dates", Shown(options.from),
+                     Shown(options.to)));
   }
   if (from) selection.from_closure = *from;
   if (to) selection.to_closure = *to;
-  if (from && to && *from > *to) refuse_reversed(options);
+  if (from && to && *from > *to) RefuseReversed(options);
   if (!from_date && !to_date) return selection;
   selection.by_date = true;
   selection.from =
-      as_date("--from", options.from.empty() ? "0001-01-01" : options.from, DayEnd::kFirstMinute);
+      AsDate("--from", options.from.empty() ? "0001-01-01" : options.from, DayEnd::kFirstMinute);
   selection.to =
-      as_date("--to", options.to.empty() ? "9999-12-31" : options.to, DayEnd::kLastMinute);
-  if (minutes_of(selection.from) > minutes_of(selection.to)) refuse_reversed(options);
+      AsDate("--to", options.to.empty() ? "9999-12-31" : options.to, DayEnd::kLastMinute);
+  if (MinutesOf(selection.from) > MinutesOf(selection.to)) RefuseReversed(options);
   return selection;
 }
 
 // --- How it is shown.
 
 // The first words behind the shop's name and address, which all entries begin with.
-std::string first_words(const lorimat::JournalEntry& entry) {
+std::string FirstWords(const lorimat::JournalEntry& entry) {
   const auto is_blank = [](const std::string& line) {
     return line.find_first_not_of(' ') == std::string::npos;
   };
@@ -172,51 +172,51 @@ std::string first_words(const lorimat::JournalEntry& entry) {
   const auto behind = std::find_if_not(gap, lines.end(), is_blank);
   if (behind != lines.end()) line = behind;
   if (line == lines.end()) return {};
-  const std::string_view words = without_trailing_blanks(*line);
-  return shown(words.substr(std::min(words.find_first_not_of(' '), words.size())));
+  const std::string_view words = WithoutTrailingBlanks(*line);
+  return Shown(words.substr(std::min(words.find_first_not_of(' '), words.size())));
 }
 
-Json entry_json(uint64_t place, const lorimat::JournalEntry& entry) {
+Json EntryJson(uint64_t place, const lorimat::JournalEntry& entry) {
   Json json = {{"place", place},
-               {"kind", journal_kind_name(entry.kind)},
+               {"kind", NameOfKind(entry.kind)},
                {"closure", entry.closure},
                {"number", nullptr},
-               {"time", time_for_programs(entry.time)}};
+               {"time", TimeForPrograms(entry.time)}};
   if (entry.number != 0) json["number"] = entry.number;
   return json;
 }
 
-void list_as_json(const lorimat::RegisterFile& file, const lorimat::JournalSelection& selection,
-                  Streams& streams) {
+void ListAsJson(const lorimat::RegisterFile& file, const lorimat::JournalSelection& selection,
+                Streams& streams) {
   // An object a line, so that a long journal is never in memory as a whole.
   bool first = true;
   file.ReadJournal(selection, [&](uint64_t place, const lorimat::JournalEntry& entry) {
-    Json json = entry_json(place, entry);
-    json["first_words"] = first_words(entry);
-    streams.output((first ? "[\n  " : ",\n  ") +
+    Json json = EntryJson(place, entry);
+    json["first_words"] = FirstWords(entry);
+    streams.Output((first ? "[\n  " : ",\n  ") +
                    json.dump(-1, ' ', false, Json::error_handler_t::replace));
     first = false;
     return true;
   });
-  streams.output(first ? "[]\n" : "\n]\n");
+  streams.Output(first ? "[]\n" : "\n]\n");
 }
 
 // The lines of a list. The first one comes with the heads of the columns.
 class ListText {
  public:
-  ListText() : kind_width_(column_count(tr("Kind"))) {
-    for (const JournalKindName& row : journal_kind_names()) {
-      kind_width_ = std::max(kind_width_, column_count(journal_kind_text(row.kind)));
+  ListText() : kind_width_(ColumnCount(Tr("Kind"))) {
+    for (const JournalKindName& row : JournalKindNames()) {
+      kind_width_ = std::max(kind_width_, ColumnCount(JournalKindText(row.kind)));
     }
   }
   bool any() const { return any_; }
   std::string Line(uint64_t place, const lorimat::JournalEntry& entry) {
     std::string text;
-    if (!any_) text = Row(tr("Place"), tr("Kind"), tr("Number"), tr("Time"), tr("First words"));
+    if (!any_) text = Row(Tr("Place"), Tr("Kind"), Tr("Number"), Tr("Time"), Tr("First words"));
     any_ = true;
-    return text + Row(std::to_string(place), journal_kind_text(entry.kind),
-                      document_number_text(entry.closure, entry.number), time_text(entry.time),
-                      first_words(entry));
+    return text + Row(std::to_string(place), JournalKindText(entry.kind),
+                      DocumentNumberText(entry.closure, entry.number), TimeText(entry.time),
+                      FirstWords(entry));
   }
 
  private:
@@ -224,23 +224,23 @@ class ListText {
                   const std::string& time, const std::string& words) const {
     const std::string text =
         fmt::format("{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
-                    std::string(kind_width_ - std::min(kind_width_, column_count(kind)), ' '),
+                    std::string(kind_width_ - std::min(kind_width_, ColumnCount(kind)), ' '),
                     number, time, words);
-    return std::string(without_trailing_blanks(text)) + "\n";
+    return std::string(WithoutTrailingBlanks(text)) + "\n";
   }
 
   size_t kind_width_;
   bool any_ = false;
 };
 
-void list_as_text(const lorimat::RegisterFile& file, const lorimat::JournalSelection& selection,
-                  Streams& streams) {
+void ListAsText(const lorimat::RegisterFile& file, const lorimat::JournalSelection& selection,
+                Streams& streams) {
   ListText list;
   file.ReadJournal(selection, [&](uint64_t place, const lorimat::JournalEntry& entry) {
-    streams.output(list.Line(place, entry));
+    streams.Output(list.Line(place, entry));
     return true;
   });
-  if (!list.any()) tell_note(streams, tr("the journal has no such entries"));
+  if (!list.any()) TellNote(streams, Tr("the journal has no such entries"));
 }
 
 // A long journal is shown in parts: it is never in memory as a whole, and Ctrl-C ends it in
@@ -259,9 +259,9 @@ int FollowList(const JournalOptions& options, lorimat::RegisterFile& file, const
     ListText lines = list;
     const auto add = [&](uint64_t place, const lorimat::JournalEntry& entry) {
       if (options.json) {
-        Json json = entry_json(place, entry);
-        json["first_words"] = first_words(entry);
-        found.text += json_line(json);
+        Json json = EntryJson(place, entry);
+        json["first_words"] = FirstWords(entry);
+        found.text += JsonLine(json);
       } else {
         found.text += lines.Line(place, entry);
       }
@@ -277,37 +277,37 @@ int FollowList(const JournalOptions& options, lorimat::RegisterFile& file, const
   return FollowRegister(file, name, next, streams);
 }
 
-int show(const JournalOptions& options, const lorimat::RegisterFile& file, Streams& streams) {
+int Show(const JournalOptions& options, const lorimat::RegisterFile& file, Streams& streams) {
   const std::optional<lorimat::JournalEntry> found = file.Entry(options.place);
   if (!found) {
-    tell_error(streams, tr("the journal has no entry {}; it has {}", options.place,
-                           file.Status().journal_entries));
+    TellError(streams, Tr("the journal has no entry {}; it has {}", options.place,
+                          file.Status().journal_entries));
     return kExitFaults;
   }
   if (options.json) {
-    Json json = entry_json(options.place, *found);
+    Json json = EntryJson(options.place, *found);
     json["lines"] = found->lines;
-    streams.output(json_text(json));
+    streams.Output(JsonText(json));
     return kExitGood;
   }
   std::string text;
   for (const std::string& line : found->lines) text += line + "\n";
-  streams.output(text);
+  streams.Output(text);
   return kExitGood;
 }
 
 // The texts of findings and their kinds, which stay when the words change.
-std::pair<Json, Json> findings_json(const std::vector<lorimat::Finding>& findings) {
+std::pair<Json, Json> FindingsJson(const std::vector<lorimat::Finding>& findings) {
   const EnglishMessages english;
   std::pair<Json, Json> json = {Json::array(), Json::array()};
   for (const lorimat::Finding& finding : findings) {
-    json.first.push_back(journal_finding_text(finding));
-    json.second.push_back(journal_finding_code(finding));
+    json.first.push_back(JournalFindingText(finding));
+    json.second.push_back(JournalFindingCode(finding));
   }
   return json;
 }
 
-int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
+int Verify(const JournalOptions& options, const lorimat::RegisterFile& file,
            const std::string& name, Streams& streams) {
   std::optional<Progress> progress;
   uint64_t read = 0;
@@ -315,67 +315,67 @@ int verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   const lorimat::JournalCheck check = file.VerifyJournal([&](uint64_t done, uint64_t all) {
     read = done;
     if (!progress) progress.emplace(streams, true, all);
-    progress->update(done);
+    progress->Update(done);
     return interrupted == 0;
   });
   progress.reset();
   watch.reset();
   if (check.stopped) {
-    tell_error(streams, tr("stopped by {} behind entry {}", interrupt_name(), read));
-    return interrupt_exit();
+    TellError(streams, Tr("stopped by {} behind entry {}", InterruptName(), read));
+    return InterruptExit();
   }
   if (options.json) {
-    const auto [texts, codes] = findings_json(check.findings);
-    const auto [notes, note_codes] = findings_json(check.notes);
-    streams.output(json_text({{"file", name},
-                              {"good", check.good()},
-                              {"entries", check.entries},
-                              {"documents", check.documents},
-                              {"findings", texts},
-                              {"finding_codes", codes},
-                              {"findings_left_out", check.findings_left_out},
-                              {"notes", notes},
-                              {"note_codes", note_codes},
-                              {"notes_left_out", check.notes_left_out}}));
+    const auto [texts, codes] = FindingsJson(check.findings);
+    const auto [notes, note_codes] = FindingsJson(check.notes);
+    streams.Output(JsonText({{"file", name},
+                             {"good", check.good()},
+                             {"entries", check.entries},
+                             {"documents", check.documents},
+                             {"findings", texts},
+                             {"finding_codes", codes},
+                             {"findings_left_out", check.findings_left_out},
+                             {"notes", notes},
+                             {"note_codes", note_codes},
+                             {"notes_left_out", check.notes_left_out}}));
     return check.good() ? kExitGood : kExitFaults;
   }
   const bool colours = streams.output_has_colours();
   std::string text;
   for (const lorimat::Finding& finding : check.findings) {
-    text += fmt::format("{}: {}\n", shown(name),
-                        styled(shown(journal_finding_text(finding)), Style::kError, colours));
+    text += fmt::format("{}: {}\n", Shown(name),
+                        Styled(Shown(JournalFindingText(finding)), Style::kError, colours));
   }
   if (check.findings_left_out != 0) {
-    text += tr("{}: {} more findings are not shown\n", shown(name), check.findings_left_out);
+    text += Tr("{}: {} more findings are not shown\n", Shown(name), check.findings_left_out);
   }
   for (const lorimat::Finding& finding : check.notes) {
-    text += fmt::format("{}: {}: {}\n", shown(name), styled(tr("note"), Style::kNote, colours),
-                        shown(journal_finding_text(finding)));
+    text += fmt::format("{}: {}: {}\n", Shown(name), Styled(Tr("note"), Style::kNote, colours),
+                        Shown(JournalFindingText(finding)));
   }
   if (check.notes_left_out != 0) {
-    text += tr("{}: {} more notes are not shown\n", shown(name), check.notes_left_out);
+    text += Tr("{}: {} more notes are not shown\n", Shown(name), check.notes_left_out);
   }
-  const std::string entries = tr_count(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
+  const std::string entries = TrCount(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
   const std::string documents =
-      tr_count(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents"));
-  const std::string findings = tr_count(check.findings.size() + check.findings_left_out,
-                                        TR_TEXT("{} finding"), TR_TEXT("{} findings"));
+      TrCount(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents"));
+  const std::string findings = TrCount(check.findings.size() + check.findings_left_out,
+                                       TR_TEXT("{} finding"), TR_TEXT("{} findings"));
   if (check.good()) {
     text += fmt::format(
-        "{}: {}\n", shown(name),
-        styled(tr("the journal is good: {}, {}", entries, documents), Style::kGood, colours));
+        "{}: {}\n", Shown(name),
+        Styled(Tr("the journal is good: {}, {}", entries, documents), Style::kGood, colours));
   } else {
     text += fmt::format(
-        "{}: {}\n", shown(name),
-        check.damaged ? tr("the file is damaged: {}, {}, {}", entries, documents, findings)
-                      : tr("the journal was changed: {}, {}, {}", entries, documents, findings));
+        "{}: {}\n", Shown(name),
+        check.damaged ? Tr("the file is damaged: {}, {}, {}", entries, documents, findings)
+                      : Tr("the journal was changed: {}, {}, {}", entries, documents, findings));
   }
-  streams.output(text);
+  streams.Output(text);
   return check.good() ? kExitGood : kExitFaults;
 }
 
 // "show" takes a place alone, and "verify" the whole journal.
-void refuse_selection(const char* command, const JournalOptions& options) {
+void RefuseSelection(const char* command, const JournalOptions& options) {
   const std::pair<const char*, bool> selecting[] = {{"--from", !options.from.empty()},
                                                     {"--to", !options.to.empty()},
                                                     {"--follow", options.follow},
@@ -383,16 +383,16 @@ void refuse_selection(const char* command, const JournalOptions& options) {
   for (const auto& [option, given] : selecting) {
     if (!given) continue;
     throw Failure(
-        tr("{}: selects entries of the list, and \"journal {}\" shows no list", option, command));
+        Tr("{}: selects entries of the list, and \"journal {}\" shows no list", option, command));
   }
 }
 
 // Options that the commands below "journal" take behind their own names. The variable is read by
 // the option of "journal" itself: here it would hide what was given there.
-void add_shared_options(CLI::App* command, JournalOptions* options) {
-  command->add_option("--register", options->nested_register_file, tr("The register's file"))
-      ->option_text(fmt::format("FILE ({}:LORIMAT_REGISTER)", tr("Env")));
-  command->add_flag("--json", options->json, tr("Write JSON"));
+void AddSharedOptions(CLI::App* command, JournalOptions* options) {
+  command->add_option("--register", options->nested_register_file, Tr("The register's file"))
+      ->option_text(fmt::format("FILE ({}:LORIMAT_REGISTER)", Tr("Env")));
+  command->add_flag("--json", options->json, Tr("Write JSON"));
   // What stands in front of the command's name has been read by then, and the variable has not.
   const CLI::Option* outer = command->get_parent()->get_option("--register");
   command->preparse_callback(
@@ -400,69 +400,69 @@ void add_shared_options(CLI::App* command, JournalOptions* options) {
 }
 
 // A register that is named in front of the command's name and behind it is named twice.
-void require_one_register(const JournalOptions& options) {
+void RequireOneRegister(const JournalOptions& options) {
   const size_t count = options.outer_registers + (options.nested_register_file.empty() ? 0 : 1);
   if (count > 1) throw CLI::ArgumentMismatch::AtMost("--register", 1, count);
 }
 
 }  // namespace
 
-void add_journal(CLI::App& app, JournalOptions* options) {
+void AddJournal(CLI::App& app, JournalOptions* options) {
   CLI::App* journal =
-      app.add_subcommand("journal", tr("List, show and verify a register's journal"));
-  add_register_option(journal, &options->register_file);
-  journal->add_option("--from", options->from, tr("From this closing or date on"))
+      app.add_subcommand("journal", Tr("List, show and verify a register's journal"));
+  AddRegisterOption(journal, &options->register_file);
+  journal->add_option("--from", options->from, Tr("From this closing or date on"))
       ->type_name("N|DATE");
-  journal->add_option("--to", options->to, tr("Up to this closing or date"))->type_name("N|DATE");
+  journal->add_option("--to", options->to, Tr("Up to this closing or date"))->type_name("N|DATE");
   journal
-      ->add_option("--kind", options->kinds, tr("Entries of this kind alone; may be given again"))
+      ->add_option("--kind", options->kinds, Tr("Entries of this kind alone; may be given again"))
       ->type_name("KIND")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  journal->add_flag("--json", options->json, tr("Write JSON"));
+  journal->add_flag("--json", options->json, Tr("Write JSON"));
   journal->add_flag("--follow", options->follow,
-                    tr("Go on with what comes, until Ctrl-C or the file is gone"));
+                    Tr("Go on with what comes, until Ctrl-C or the file is gone"));
   journal->require_subcommand(0, 1);
-  journal->footer(std::string(translated(kJournalExamples)));
+  journal->footer(std::string(Translated(kJournalExamples)));
 
-  CLI::App* show_entry = journal->add_subcommand("show", tr("Show an entry as it was printed"));
-  show_entry->add_option("PLACE", options->place, tr("Its place in the list"))
+  CLI::App* show_entry = journal->add_subcommand("show", Tr("Show an entry as it was printed"));
+  show_entry->add_option("PLACE", options->place, Tr("Its place in the list"))
       ->required()
       ->check(CLI::Range(uint64_t{1}, uint64_t{999999999}).description(""));
-  add_shared_options(show_entry, options);
+  AddSharedOptions(show_entry, options);
   show_entry->callback([options] {
     options->show = true;
-    require_one_register(*options);
+    RequireOneRegister(*options);
   });
-  show_entry->footer(std::string(translated(kShowExamples)));
+  show_entry->footer(std::string(Translated(kShowExamples)));
 
   CLI::App* verify_all =
-      journal->add_subcommand("verify", tr("Look whether anything in the journal was changed"));
-  add_shared_options(verify_all, options);
+      journal->add_subcommand("verify", Tr("Look whether anything in the journal was changed"));
+  AddSharedOptions(verify_all, options);
   verify_all->callback([options] {
     options->verify = true;
-    require_one_register(*options);
+    RequireOneRegister(*options);
   });
-  verify_all->footer(std::string(translated(kVerifyExamples)));
+  verify_all->footer(std::string(Translated(kVerifyExamples)));
 
-  for (CLI::App* command : {journal, show_entry, verify_all}) refuse_empty_texts(command);
+  for (CLI::App* command : {journal, show_entry, verify_all}) RefuseEmptyTexts(command);
 }
 
-int journal_command(const JournalOptions& options, Streams& streams) {
+int JournalCommand(const JournalOptions& options, Streams& streams) {
   const std::string& named =
       options.nested_register_file.empty() ? options.register_file : options.nested_register_file;
-  if (options.show) refuse_selection("show", options);
-  if (options.verify) refuse_selection("verify", options);
-  const std::string& name = require_register(named);
-  const lorimat::JournalSelection selection = selection_of(options);
+  if (options.show) RefuseSelection("show", options);
+  if (options.verify) RefuseSelection("verify", options);
+  const std::string& name = RequireRegister(named);
+  const lorimat::JournalSelection selection = SelectionOf(options);
   lorimat::RegisterFile file(name);
-  if (options.show) return show(options, file, streams);
-  if (options.verify) return verify(options, file, name, streams);
+  if (options.show) return Show(options, file, streams);
+  if (options.verify) return Verify(options, file, name, streams);
   if (options.follow) return FollowList(options, file, name, selection, streams);
   if (options.json) {
-    list_as_json(file, selection, streams);
+    ListAsJson(file, selection, streams);
   } else {
-    list_as_text(file, selection, streams);
+    ListAsText(file, selection, streams);
   }
   return kExitGood;
 }

@@ -30,9 +30,9 @@ struct JournalOptions {
   size_t outer_registers = 0;  // --register in front of their names
 };
 
-void add_journal(CLI::App& app, JournalOptions* options);
+void AddJournal(CLI::App& app, JournalOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError.
-int journal_command(const JournalOptions& options, Streams& streams);
+int JournalCommand(const JournalOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 constexpr int kMostLinks = 40;
 
 // The name with the links at its end followed, also to a file that is not there yet.
-fs::path behind_links(const std::string& name) {
+fs::path BehindLinks(const std::string& name) {
   fs::path path(name);
   std::error_code error;
   for (int link = 0; link < kMostLinks; ++link) {
@@ -42,75 +42,75 @@ struct Identity {
 };
 
 // A device or a terminal may be named any number of times.
-bool may_be_mixed(const struct stat& status) {
+bool MayBeMixed(const struct stat& status) {
   return !S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode);
 }
 
-std::optional<Identity> identity_of_stream(int stream) {
+std::optional<Identity> IdentityOfStream(int stream) {
   struct stat status;
-  if (fstat(stream, &status) != 0 || may_be_mixed(status)) return std::nullopt;
+  if (fstat(stream, &status) != 0 || MayBeMixed(status)) return std::nullopt;
   return Identity{true, status.st_dev, status.st_ino, ""};
 }
 
-std::optional<Identity> identity_of(const std::string& name) {
+std::optional<Identity> IdentityOf(const std::string& name) {
   struct stat status;
   if (stat(name.c_str(), &status) == 0) {
-    if (may_be_mixed(status)) return std::nullopt;
+    if (MayBeMixed(status)) return std::nullopt;
     return Identity{true, status.st_dev, status.st_ino, ""};
   }
-  const fs::path path = behind_links(name);
+  const fs::path path = BehindLinks(name);
   const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
   if (stat(folder.c_str(), &status) != 0) return std::nullopt;  // it cannot be opened either
   return Identity{false, status.st_dev, status.st_ino, path.filename().string()};
 }
 
 // Standard error takes messages and the trace, and may be one with standard output.
-std::optional<Identity> identity_of(const OutputName& output) {
-  if (output.name != "-") return identity_of(output.name);
-  return output.is_trace ? std::nullopt : identity_of_stream(STDOUT_FILENO);
+std::optional<Identity> IdentityOf(const OutputName& output) {
+  if (output.name != "-") return IdentityOf(output.name);
+  return output.is_trace ? std::nullopt : IdentityOfStream(STDOUT_FILENO);
 }
 
 // What standard output replaces, a shell has replaced before.
-void require_not_kept(const OutputName& output, const std::vector<KeptFile>& kept) {
+void RequireNotKept(const OutputName& output, const std::vector<KeptFile>& kept) {
   if (output.name == "-") return;
-  const std::optional<Identity> own = identity_of(output);
+  const std::optional<Identity> own = IdentityOf(output);
   for (const KeptFile& one : kept) {
     const std::optional<Identity> other =
-        one.name == "-" ? identity_of_stream(STDIN_FILENO) : identity_of(one.name);
+        one.name == "-" ? IdentityOfStream(STDIN_FILENO) : IdentityOf(one.name);
     if (!own || own != other) continue;
     throw Failure(output.is_trace
-                      ? tr("{}: is {}; the trace would replace it", shown(output.name), one.what)
-                      : tr("{}: is {}; the paper would replace it", shown(output.name), one.what));
+                      ? Tr("{}: is {}; the trace would replace it", Shown(output.name), one.what)
+                      : Tr("{}: is {}; the paper would replace it", Shown(output.name), one.what));
   }
 }
 
-bool are_one_place(const OutputName& one, const OutputName& other) {
+bool AreOnePlace(const OutputName& one, const OutputName& other) {
   if (one.is_trace == other.is_trace && one.name == "-" && other.name == "-") return true;
-  const std::optional<Identity> identity = identity_of(one);
-  return identity && identity == identity_of(other);
+  const std::optional<Identity> identity = IdentityOf(one);
+  return identity && identity == IdentityOf(other);
 }
 
 }  // namespace
 
-std::vector<KeptFile> register_files(const std::string& name) {
+std::vector<KeptFile> RegisterFiles(const std::string& name) {
   if (name.empty()) return {};
-  std::vector<KeptFile> files = {{name, tr("the register's file")}};
-  const std::string target = behind_links(name).string();
+  std::vector<KeptFile> files = {{name, Tr("the register's file")}};
+  const std::string target = BehindLinks(name).string();
   for (const std::string_view end : {"-wal", "-shm", "-journal"}) {
-    files.push_back({target + std::string(end), tr("a part of the register's file")});
+    files.push_back({target + std::string(end), Tr("a part of the register's file")});
   }
   return files;
 }
 
-void require_apart(const std::vector<OutputName>& outputs, const std::vector<KeptFile>& kept) {
+void RequireApart(const std::vector<OutputName>& outputs, const std::vector<KeptFile>& kept) {
   for (const OutputName& output : outputs) {
     if (output.name.empty()) continue;
-    require_not_kept(output, kept);
+    RequireNotKept(output, kept);
     for (const OutputName& before : outputs) {
       if (&before == &output) break;
-      if (before.name.empty() || !are_one_place(before, output)) continue;
+      if (before.name.empty() || !AreOnePlace(before, output)) continue;
       throw Failure(
-          tr("{} {}: {} goes there already", output.option, shown(output.name), before.what));
+          Tr("{} {}: {} goes there already", output.option, Shown(output.name), before.what));
     }
   }
 }

@@ -21,11 +21,11 @@ struct OutputName {
 };
 
 // The register's file and those that the database makes beside it; none for an empty name.
-std::vector<KeptFile> register_files(const std::string& name);
+std::vector<KeptFile> RegisterFiles(const std::string& name);
 
 // Throws Failure when an output is one of the kept files, or two outputs are one file. Files are
 // the same when they are one on the disk, under whatever name, and files that are not there yet
 // when they would be.
-void require_apart(const std::vector<OutputName>& outputs, const std::vector<KeptFile>& kept);
+void RequireApart(const std::vector<OutputName>& outputs, const std::vector<KeptFile>& kept);
 
 }  // namespace lorimat::console

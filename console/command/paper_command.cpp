@@ -47,7 +47,7 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
        {std::pair("--paper", !options.paper.empty()), std::pair("--png", !options.png.empty()),
         std::pair("--pdf", !options.pdf.empty())}) {
     if (!given) continue;
-    throw Failure(tr("{}: --follow writes text to standard output, and no file", option));
+    throw Failure(Tr("{}: --follow writes text to standard output, and no file", option));
   }
   lorimat::RegisterFile file(name);
   std::optional<size_t> end;  // of what was shown, by the count of the whole roll
@@ -57,9 +57,9 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
     const size_t behind = first + roll.lines().size();
     const size_t from = std::clamp(end.value_or(first), first, behind);
     if (end && *end < first) {
-      tell_note(streams,
-                tr_count(first - *end, TR_TEXT("{} line is missing: the register has torn it off"),
-                         TR_TEXT("{} lines are missing: the register has torn them off")));
+      TellNote(streams,
+               TrCount(first - *end, TR_TEXT("{} line is missing: the register has torn it off"),
+                       TR_TEXT("{} lines are missing: the register has torn them off")));
     }
     std::string text;
     for (size_t line = from; line < behind; ++line) text += roll.lines()[line - first] + "\n";
@@ -71,55 +71,55 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
 
 }  // namespace
 
-void add_paper(CLI::App& app, PaperOptions* options) {
-  CLI::App* paper = app.add_subcommand("paper", tr("Write the roll of a register's file"));
-  add_register_option(paper, &options->register_file);
-  paper->add_option("--last", options->last, tr("Only the last N documents"))
+void AddPaper(CLI::App& app, PaperOptions* options) {
+  CLI::App* paper = app.add_subcommand("paper", Tr("Write the roll of a register's file"));
+  AddRegisterOption(paper, &options->register_file);
+  paper->add_option("--last", options->last, Tr("Only the last N documents"))
       ->type_name("N")
       ->check(CLI::Range(1, 1000000).description(""));
-  add_paper_option(paper, &options->paper, tr("Write the text to FILE"));
-  paper->add_option("--png", options->png, tr("Write a picture of the paper to FILE"))
+  AddPaperOption(paper, &options->paper, Tr("Write the text to FILE"));
+  paper->add_option("--png", options->png, Tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");
   paper
       ->add_option("--pdf", options->pdf,
-                   tr("Write the paper to FILE as a PDF, a page for each document"))
+                   Tr("Write the paper to FILE as a PDF, a page for each document"))
       ->type_name("FILE");
   paper->add_flag("--follow", options->follow,
-                  tr("Go on with what comes, until Ctrl-C or the file is gone"));
-  refuse_empty_texts(paper);
-  paper->footer(std::string(translated(kPaperExamples)));
+                  Tr("Go on with what comes, until Ctrl-C or the file is gone"));
+  RefuseEmptyTexts(paper);
+  paper->footer(std::string(Translated(kPaperExamples)));
 }
 
-int paper_command(const PaperOptions& options, Streams& streams) {
-  const std::string& file = require_register(options.register_file);
+int PaperCommand(const PaperOptions& options, Streams& streams) {
+  const std::string& file = RequireRegister(options.register_file);
   if (options.follow) return FollowPaper(options, file, streams);
   const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
   std::vector<PaperPlace> places;
   if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {
     places.push_back(
-        {{options.paper.empty() ? "-" : options.paper, "--paper", tr("the paper's text")},
+        {{options.paper.empty() ? "-" : options.paper, "--paper", Tr("the paper's text")},
          [&roll](const auto&) { return roll.text(); },
          false});
   }
   if (!options.png.empty()) {
-    places.push_back({{options.png, "--png", tr("the PNG")}, [&roll](const auto& progress) {
+    places.push_back({{options.png, "--png", Tr("the PNG")}, [&roll](const auto& progress) {
                         return lorimat::RenderPng(roll, progress);
                       }});
   }
   if (!options.pdf.empty()) {
-    places.push_back({{options.pdf, "--pdf", tr("the PDF")}, [&roll](const auto& progress) {
+    places.push_back({{options.pdf, "--pdf", Tr("the PDF")}, [&roll](const auto& progress) {
                         return lorimat::RenderPdf(roll, progress);
                       }});
   }
-  require_apart(names_of(places), register_files(file));
-  const bool caller_wants_error = ignore_broken_pipe();
+  RequireApart(NamesOf(places), RegisterFiles(file));
+  const bool caller_wants_error = IgnoreBrokenPipe();
   const PaperPlaces::Outcome outcome = PaperPlaces(std::move(places), streams).write();
   if (!outcome.reader_gone) {
     if (outcome.failed) return kExitNotDone;
-    return outcome.stopped ? interrupt_exit() : kExitGood;
+    return outcome.stopped ? InterruptExit() : kExitGood;
   }
   if (!outcome.failed && !caller_wants_error) return kExitReaderGone;
-  tell_error(streams, tr("cannot write to standard output: {}", system_message(EPIPE)));
+  TellError(streams, Tr("cannot write to standard output: {}", SystemMessage(EPIPE)));
   return kExitNotDone;
 }
 

@@ -20,9 +20,9 @@ struct PaperOptions {
   bool follow = false;
 };
 
-void add_paper(CLI::App& app, PaperOptions* options);
+void AddPaper(CLI::App& app, PaperOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError.
-int paper_command(const PaperOptions& options, Streams& streams);
+int PaperCommand(const PaperOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

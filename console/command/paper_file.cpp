@@ -40,12 +40,12 @@ PaperFile::PaperFile(const std::string& file, Streams& streams) : name_(file), s
 }
 
 void PaperFile::Fail(int error) const {
-  throw Failure(tr("{}: cannot write the paper: {}", shown(name_), system_message(error)));
+  throw Failure(Tr("{}: cannot write the paper: {}", Shown(name_), SystemMessage(error)));
 }
 
-void PaperFile::write(std::string_view paper) {
+void PaperFile::Write(std::string_view paper) {
   if (name_.empty()) {
-    streams_.output(paper);
+    streams_.Output(paper);
     return;
   }
   if (file_) {
@@ -54,13 +54,13 @@ void PaperFile::write(std::string_view paper) {
     error = file_->SyncName();
     if (error == 0) return;
     throw Failure(
-        tr("{}: the paper is there and whole, and its name may not have reached the "
+        Tr("{}: the paper is there and whole, and its name may not have reached the "
            "disk: {}",
-           shown(name_), system_message(error)));
+           Shown(name_), SystemMessage(error)));
   }
   struct stat status;
   const bool regular = fstat(other_.get(), &status) == 0 && S_ISREG(status.st_mode);
-  if ((regular && ftruncate(other_.get(), 0) != 0) || !write_all(other_.get(), paper)) Fail(errno);
+  if ((regular && ftruncate(other_.get(), 0) != 0) || !WriteAll(other_.get(), paper)) Fail(errno);
   // close tells of what a network's or a quota's file system could not keep.
   if (close(other_.release()) != 0 && errno != EINTR) Fail(errno);
 }

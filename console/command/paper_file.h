@@ -24,7 +24,7 @@ class PaperFile {
   bool has_reader() const { return name_.empty() || !file_; }
   // Writes the whole paper; throws Failure, which is ReaderGone for standard output that nobody
   // reads. Behind a Failure an ordinary file is what it was.
-  void write(std::string_view paper);
+  void Write(std::string_view paper);
 
  private:
   [[noreturn]] void Fail(int error) const;

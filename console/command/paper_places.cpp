@@ -16,7 +16,7 @@
 
 namespace lorimat::console {
 
-std::vector<OutputName> names_of(const std::vector<PaperPlace>& places) {
+std::vector<OutputName> NamesOf(const std::vector<PaperPlace>& places) {
   std::vector<OutputName> names;
   for (const PaperPlace& place : places) names.push_back(place.name);
   return names;
@@ -34,13 +34,13 @@ void PaperPlaces::WriteOne(const PaperPlace& place, PaperFile& file) {
   const std::string content = place.content([&](size_t done, size_t all) {
     if (interrupt_count != signals_before_) return false;
     if (!bar) bar.emplace(streams_, true, all, Progress::Shows::kLines);
-    bar->update(done);
+    bar->Update(done);
     return interrupt_count == signals_before_;
   });
   bar.reset();
   // A reader that lets it wait is no reason to stay: then a signal ends the program as ever.
   if (file.has_reader()) watch.reset();
-  file.write(content);
+  file.Write(content);
 }
 
 PaperPlaces::Outcome PaperPlaces::write() {
@@ -54,15 +54,15 @@ PaperPlaces::Outcome PaperPlaces::write() {
       outcome.reader_gone = true;
     } catch (const lorimat::PictureStopped&) {
       outcome.stopped = true;
-      tell_error(streams_,
-                 tr("{}: not written, stopped by {}", shown(place.name.name), interrupt_name()));
+      TellError(streams_,
+                Tr("{}: not written, stopped by {}", Shown(place.name.name), InterruptName()));
     } catch (const lorimat::PictureError& error) {
       outcome.failed = true;
-      tell_error(streams_,
-                 fmt::format("{}: {}", shown(place.name.name), register_message(error.what())));
+      TellError(streams_,
+                fmt::format("{}: {}", Shown(place.name.name), RegisterMessage(error.what())));
     } catch (const Failure& failure) {
       outcome.failed = true;
-      tell_error(streams_, failure.what());
+      TellError(streams_, failure.what());
     }
   }
   files_.clear();

@@ -20,8 +20,8 @@ struct PaperPlace {
   bool is_picture = true;
 };
 
-// The names of the places, for require_apart.
-std::vector<OutputName> names_of(const std::vector<PaperPlace>& places);
+// The names of the places, for RequireApart.
+std::vector<OutputName> NamesOf(const std::vector<PaperPlace>& places);
 
 class PaperPlaces {
  public:

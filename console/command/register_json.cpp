@@ -115,8 +115,8 @@ Json TablesJson(const Tables& tables) {
     departments.push_back({{"number", ++number},
                            {"name", row.name},
                            {"vat", row.vat},
-                           {"price_cents", amount_cents(row.price)},
-                           {"max_price_cents", amount_cents(row.max_price)},
+                           {"price_cents", AmountCents(row.price)},
+                           {"max_price_cents", AmountCents(row.max_price)},
                            {"group", row.group},
                            {"quantity", row.quantity},
                            {"single_shoot", row.single_shoot},
@@ -153,7 +153,7 @@ Json TablesJson(const Tables& tables) {
     articles.push_back({{"code", row.code},
                         {"description", row.description},
                         {"department", row.department},
-                        {"price_cents", amount_cents(row.price)}});
+                        {"price_cents", AmountCents(row.price)}});
   }
   Json logos = Json::array();
   for (const auto& [place, file] : tables.logos()) {
@@ -183,13 +183,13 @@ Json MemoryJson(const RegisterProfile& profile, const lorimat::RegisterStatus& s
 }
 
 Json TimeJson(int64_t time) {
-  return time == 0 ? Json() : Json(time_for_programs(lorimat::NumberTime(time)));
+  return time == 0 ? Json() : Json(TimeForPrograms(lorimat::NumberTime(time)));
 }
 
 Json ClockJson(const RegisterProfile& profile) {
   const lorimat::ClockSetBack& back = profile.state.setup.clock_set_back;
   return {
-      {"now", time_for_programs(profile.clock)},
+      {"now", TimeForPrograms(profile.clock)},
       {"ahead_of_computer_seconds", profile.state.setup.clock_offset},
       {"last_document", TimeJson(profile.last_document)},
       {"last_closing", TimeJson(profile.last_closing)},
@@ -203,25 +203,25 @@ Json ClockJson(const RegisterProfile& profile) {
 Json DayTotalsJson(const lorimat::DailyTotals& day) {
   Json by_vat = Json::array();
   for (const auto& [entry, amount] : day.by_vat) {
-    by_vat.push_back({{"entry", entry}, {"cents", amount_cents(amount)}});
+    by_vat.push_back({{"entry", entry}, {"cents", AmountCents(amount)}});
   }
   Json by_department = Json::array();
   for (const auto& [number, sum] : day.by_department) {
     by_department.push_back({{"number", number},
                              {"quantity_thousandths", sum.quantity},
-                             {"cents", amount_cents(sum.amount)}});
+                             {"cents", AmountCents(sum.amount)}});
   }
   Json by_tender = Json::array();
   for (const auto& [tender, amount] : day.by_tender) {
-    by_tender.push_back({{"tender", tender}, {"cents", amount_cents(amount)}});
+    by_tender.push_back({{"tender", tender}, {"cents", AmountCents(amount)}});
   }
-  return {{"sales_cents", amount_cents(day.receipts)},
-          {"invoices_cents", amount_cents(day.invoices)},
-          {"credit_notes_cents", amount_cents(day.refunds)},
-          {"voids_cents", amount_cents(day.cancels)},
-          {"not_paid_cents", amount_cents(day.not_paid)},
-          {"discounts_cents", amount_cents(day.discounts)},
-          {"surcharges_cents", amount_cents(day.surcharges)},
+  return {{"sales_cents", AmountCents(day.receipts)},
+          {"invoices_cents", AmountCents(day.invoices)},
+          {"credit_notes_cents", AmountCents(day.refunds)},
+          {"voids_cents", AmountCents(day.cancels)},
+          {"not_paid_cents", AmountCents(day.not_paid)},
+          {"discounts_cents", AmountCents(day.discounts)},
+          {"surcharges_cents", AmountCents(day.surcharges)},
           {"by_vat", std::move(by_vat)},
           {"by_department", std::move(by_department)},
           {"by_tender", std::move(by_tender)}};

@@ -24,6 +24,6 @@ struct RunOptions {
 };
 
 // Returns one of ExitCode. Throws Failure when the run could not be done.
-int run_command(const RunOptions& options, Streams& streams);
+int RunCommand(const RunOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -46,22 +46,22 @@ std::string Joined(const std::vector<std::string>& names) {
 }  // namespace
 
 void AddSet(CLI::App& app, SetOptions* options) {
-  CLI::App* set = app.add_subcommand("set", tr("Change what a register was set up with"));
-  set->add_option("FILE", options->file, tr("The register's file"))->required();
+  CLI::App* set = app.add_subcommand("set", Tr("Change what a register was set up with"));
+  set->add_option("FILE", options->file, Tr("The register's file"))->required();
   AddShopOptions(set, &options->shop);
   AddShopChangeOptions(set, &options->shop);
-  refuse_empty_texts(set);
-  set->footer(std::string(translated(kSetExamples)));
+  RefuseEmptyTexts(set);
+  set->footer(std::string(Translated(kSetExamples)));
 }
 
 int SetCommand(const SetOptions& options, Streams& streams) {
   const ShopValues values = ReadShopOptions(options.shop);
   if (values.given.empty()) {
     throw Failure(
-        tr("what is to be set? Name it, as --header \"BAR SPORT\"; \"lorimat set --help\" "
+        Tr("what is to be set? Name it, as --header \"BAR SPORT\"; \"lorimat set --help\" "
            "lists all"));
   }
-  require_register(options.file, true);
+  RequireRegister(options.file, true);
   RequireQuietRegister(options.file);
   RegisterClient client("", options.file, streams);
   client.device().LeaveUnanswered();
@@ -71,7 +71,7 @@ int SetCommand(const SetOptions& options, Streams& streams) {
     const std::string cause = refusal.cause == lorimat::RefusalCause::kNotKept
                                   ? client.last_failure()
                                   : ShopRefusalText(values, refused, refusal);
-    throw Failure(tr("{}: nothing was set: {}", shown(options.file), cause));
+    throw Failure(Tr("{}: nothing was set: {}", Shown(options.file), cause));
   }
   if (const auto& number = values.setup.vat_number; number && !values.setup.header_lines) {
     const std::vector<std::string>& header = client.device().tables().settings().header_lines;
@@ -79,19 +79,19 @@ int SetCommand(const SetOptions& options, Streams& streams) {
       return line.find(*number) != line.npos;
     });
     if (!named) {
-      tell_note(streams,
-                tr("{}: no line of the header names the VAT number {}, and the header stays "
-                   "as it was; --header sets another",
-                   shown(options.file), shown(*number)));
+      TellNote(streams,
+               Tr("{}: no line of the header names the VAT number {}, and the header stays "
+                  "as it was; --header sets another",
+                  Shown(options.file), Shown(*number)));
     }
   }
   try {
-    streams.output(tr("{}: set: {}\n", shown(options.file), Joined(values.given)));
+    streams.Output(Tr("{}: set: {}\n", Shown(options.file), Joined(values.given)));
   } catch (const ReaderGone&) {
     throw;
   } catch (const Failure& failure) {
-    tell_error(streams, tr("{}: it was set, and the report is missing: {}", shown(options.file),
-                           failure.what()));
+    TellError(streams, Tr("{}: it was set, and the report is missing: {}", Shown(options.file),
+                          failure.what()));
     return kExitFaults;
   }
   return kExitGood;

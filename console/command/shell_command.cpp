@@ -43,7 +43,7 @@ constexpr const char* kPrompt = "lorimat> ";
 constexpr int kSignalExit = 128;  // and the signal's number, as shells have it
 
 // Where there is no window no line is wrapped.
-size_t no_window() { return 0; }
+size_t NoWindow() { return 0; }
 
 constexpr std::string_view kShellExamples = TR_TEXT(R"(Examples:
   lorimat shell
@@ -69,7 +69,7 @@ Exit codes:
 )");
 
 // A terminal's line as the session takes it.
-SourceLine source_line(const std::string& text, uint64_t number) {
+SourceLine MakeSourceLine(const std::string& text, uint64_t number) {
   SourceLine line;
   line.number = number;
   line.text = text;
@@ -81,23 +81,23 @@ SourceLine source_line(const std::string& text, uint64_t number) {
 
 // --- The pipe.
 
-int run_pipe(ShellSession& session, Streams& streams) {
+int RunPipe(ShellSession& session, Streams& streams) {
   LineReader reader("-", &interrupted);
   SourceLine line;
   uint64_t run = 0;
-  session.show_paper();
+  session.ShowPaper();
   // What a signal leaves of a line that was being sent is not run.
-  while (!session.quit() && interrupted == 0 && reader.next(&line) && interrupted == 0) {
+  while (!session.quit() && interrupted == 0 && reader.Next(&line) && interrupted == 0) {
     run = line.number;
-    session.take(line, fmt::format("{}:{}", reader.name(), line.number));
+    session.Take(line, fmt::format("{}:{}", reader.name(), line.number));
   }
-  session.summarize_failures();
+  session.SummarizeFailures();
   if (interrupted != 0) {
-    tell(streams, tr("stopped by {} behind line {}", interrupt_name(), run));
-    return interrupt_exit();
+    Tell(streams, Tr("stopped by {} behind line {}", InterruptName(), run));
+    return InterruptExit();
   }
   if (session.failures() == 0) return kExitGood;
-  tell(streams, tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
+  Tell(streams, Tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
   return kExitLinesFailed;
 }
 
@@ -116,96 +116,95 @@ class TerminalShell {
         streams_(streams) {}
 
   int run() {
-    greet();
-    session_.show_paper();
+    Greet();
+    session_.ShowPaper();
     uint64_t number = 0;
     for (;;) {
       interrupted = 0;
-      const std::string status = wrapped(
-          status_line(client_.device(), session_.next_sale_warning()), 0, editor_.columns());
-      streams_.output(styled(status, Style::kFaint, colours_));
+      const std::string status =
+          Wrapped(StatusLine(client_.device(), session_.NextSaleWarning()), 0, editor_.columns());
+      streams_.Output(Styled(status, Style::kFaint, colours_));
       std::string text;
-      switch (editor_.read(kPrompt, &text)) {
+      switch (editor_.Read(kPrompt, &text)) {
         case ShellEditor::Event::kLine:
-          remember(text);
-          session_.take(source_line(text, ++number), "");
-          tell_of_late_interrupt();
+          Remember(text);
+          session_.Take(MakeSourceLine(text, ++number), "");
+          TellOfLateInterrupt();
           break;
         case ShellEditor::Event::kInterrupt:
-          streams_.output("^C\n");
-          say(dropped_text());
+          streams_.Output("^C\n");
+          Say(dropped_text());
           break;
         case ShellEditor::Event::kSignal:
-          streams_.output("\n");
+          streams_.Output("\n");
           return kSignalExit + editor_.signal();
         case ShellEditor::Event::kEnd:
-          streams_.output("\n");
-          if (may_leave()) return kExitGood;
+          streams_.Output("\n");
+          if (MayLeave()) return kExitGood;
           break;
       }
       if (session_.quit()) {
-        if (may_leave()) return kExitGood;
-        session_.stay();
+        if (MayLeave()) return kExitGood;
+        session_.Stay();
       }
     }
   }
 
  private:
-  void greet() {
+  void Greet() {
     const std::string where =
-        client_.file().empty() ? tr("in memory") : tr("kept in {}", shown(client_.file()));
-    say(tr("lorimat {}: a virtual register, {}.", LORIMAT_VERSION, where));
-    say(tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it."));
-    tell_history_failure();
+        client_.file().empty() ? Tr("in memory") : Tr("kept in {}", Shown(client_.file()));
+    Say(Tr("lorimat {}: a virtual register, {}.", LORIMAT_VERSION, where));
+    Say(Tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it."));
+    TellHistoryFailure();
   }
 
-  void say(const std::string& text) { streams_.output(wrapped(text, 0, editor_.columns())); }
+  void Say(const std::string& text) { streams_.Output(Wrapped(text, 0, editor_.columns())); }
 
-  void tell_history_failure() {
+  void TellHistoryFailure() {
     if (history_.failure().empty() || history_told_) return;
     history_told_ = true;
-    tell_note(streams_, tr("the lines typed are not kept: {}", history_.failure()));
+    TellNote(streams_, Tr("the lines typed are not kept: {}", history_.failure()));
   }
 
-  void remember(const std::string& text) {
-    const bool secret = without_passwords(&language_, text) != text;
-    if (!secret && history_.add(text)) editor_.remember(text);
-    tell_history_failure();
+  void Remember(const std::string& text) {
+    const bool secret = WithoutPasswords(&language_, text) != text;
+    if (!secret && history_.Add(text)) editor_.Remember(text);
+    TellHistoryFailure();
   }
 
   std::string dropped_text() const {
-    const std::string open = open_document_words(client_.device());
-    return open.empty() ? tr("The line was dropped; no document is open.")
-                        : tr("The line was dropped; {}.", open);
+    const std::string open = OpenDocumentWords(client_.device());
+    return open.empty() ? Tr("The line was dropped; no document is open.")
+                        : Tr("The line was dropped; {}.", open);
   }
 
   // Ctrl-C while a line was at work.
-  void tell_of_late_interrupt() {
+  void TellOfLateInterrupt() {
     if (interrupted == 0) return;
     interrupted = 0;
-    const std::string open = open_document_words(client_.device());
-    say(open.empty() ? tr("Ctrl-C: no document is open.") : tr("Ctrl-C: {}.", open));
+    const std::string open = OpenDocumentWords(client_.device());
+    Say(open.empty() ? Tr("Ctrl-C: no document is open.") : Tr("Ctrl-C: {}.", open));
   }
 
   // Asks once when a document is open.
-  bool may_leave() {
-    const std::string open = open_document_words(client_.device());
+  bool MayLeave() {
+    const std::string open = OpenDocumentWords(client_.device());
     if (open.empty()) return true;
-    say(tr("Note: {}.", open) + " " +
-        open_document_fate(client_.device(), !client_.file().empty()));
+    Say(Tr("Note: {}.", open) + " " + OpenDocumentFate(client_.device(), !client_.file().empty()));
     std::string answer;
-    switch (editor_.read(tr("Leave? (y/n) "), &answer)) {
+    switch (editor_.Read(Tr("Leave? (y/n) "), &answer)) {
       case ShellEditor::Event::kLine: {
-        const char first = answer.empty() ? ' ' : lower(answer.front());
-        if (first == 'y' || first == tr("y").front()) return true;
-        if (first != 'n') say(tr("That is neither y nor n; the shell goes on."));
+        const char first = answer.empty() ? ' ' : Lower(answer.front());
+        if (first == 'y' || first == Tr("y").front()) return true;
+        if (first != 'n') Say(Tr("That is neither y nor n; the shell goes on."));
         return false;
       }
       case ShellEditor::Event::kInterrupt:
-        streams_.output("^C\n");
+        streams_.Output("^C\n");
         return false;
       default:
-        streams_.output("\n");
+        streams_.Output("\n");
         return true;
     }
   }
@@ -223,27 +222,27 @@ class TerminalShell {
 // Characters as the terminal has them; numbers and the rest stay as they are. A locale that is not
 // installed, and one without characters beyond ASCII, leaves UTF-8, as terminals have it: bytes
 // that are none are kept as they are.
-void take_characters_of_terminal() {
+void TakeCharactersOfTerminal() {
   const bool known = std::setlocale(LC_CTYPE, "") != nullptr;
   if (known && std::string_view(nl_langinfo(CODESET)) != "ANSI_X3.4-1968") return;
   std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-int run_terminal(const Language& language, Library& library, RegisterClient& client, int output,
-                 Streams& streams) {
-  take_characters_of_terminal();
-  const bool colours = has_colours(output);
-  ShellHistory history(history_file());
+int RunTerminal(const Language& language, Library& library, RegisterClient& client, int output,
+                Streams& streams) {
+  TakeCharactersOfTerminal();
+  const bool colours = HasColours(output);
+  ShellHistory history(HistoryFile());
   ShellEditor* window = nullptr;
   ShellSession session(
       language, library, client,
       {.terminal = true,
        .colours = colours,
-       .columns = [&window] { return window != nullptr ? window->columns() : no_window(); }},
+       .columns = [&window] { return window != nullptr ? window->columns() : NoWindow(); }},
       streams);
   ShellEditor editor(
       STDIN_FILENO, output, history,
-      [&session](std::string_view line, size_t cursor) { return session.complete(line, cursor); });
+      [&session](std::string_view line, size_t cursor) { return session.Complete(line, cursor); });
   window = &editor;
   const TerminalSignals signals;
   return TerminalShell(language, session, editor, history, client, colours, streams).run();
@@ -251,76 +250,76 @@ int run_terminal(const Language& language, Library& library, RegisterClient& cli
 
 }  // namespace
 
-void add_shell(CLI::App& app, ShellOptions* options) {
+void AddShell(CLI::App& app, ShellOptions* options) {
   CLI::App* shell = app.add_subcommand(
-      "shell", tr("Take lines from a terminal, or a pipe, and show answers and paper"));
+      "shell", Tr("Take lines from a terminal, or a pipe, and show answers and paper"));
   shell
       ->add_option("--language", options->language,
-                   tr("Definition file with the words of the language (default: the merkelin.ini "
+                   Tr("Definition file with the words of the language (default: the merkelin.ini "
                       "beside the program)"))
       ->type_name("FILE");
-  add_register_option(shell, &options->register_file);
-  shell->add_option("--clock", options->clock, tr("Set the register's clock"))
+  AddRegisterOption(shell, &options->register_file);
+  shell->add_option("--clock", options->clock, Tr("Set the register's clock"))
       ->type_name("\"YYYY-MM-DD HH:MM\"");
   shell
       ->add_option("--library", options->library,
-                   tr("The shared library (default: liblorimatrt.so beside the program)"))
+                   Tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
   CLI::Option* terse =
       shell->add_flag("--terse", options->terse,
-                      tr("As a pipe: show each failing line by place, code, answer and line alone, "
+                      Tr("As a pipe: show each failing line by place, code, answer and line alone, "
                          "without explanation and summary"));
   shell
       ->add_flag(
           "--json", options->json,
-          tr("For programs: take a request in JSON on each line of standard input, and write "
+          Tr("For programs: take a request in JSON on each line of standard input, and write "
              "an answer in JSON for each"))
       ->excludes(terse);
-  refuse_empty_texts(shell);
-  shell->footer(std::string(translated(kShellExamples)));
+  RefuseEmptyTexts(shell);
+  shell->footer(std::string(Translated(kShellExamples)));
 }
 
-int shell_command(const ShellOptions& options, Streams& streams) {
+int ShellCommand(const ShellOptions& options, Streams& streams) {
   // A reader that has gone is an error like a full disk, not the end of the register.
-  ignore_broken_pipe();
+  IgnoreBrokenPipe();
   const bool terminal = !options.json && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
-  if (terminal) streams.wrap_notices();
+  if (terminal) streams.WrapNotices();
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
   std::optional<InterruptWatch> watch;
   if (!terminal) watch.emplace();
   std::optional<RegisterClient> client;
-  const std::string library_file = find_library(options.library);
-  streams.start_trace("");
+  const std::string library_file = FindLibrary(options.library);
+  streams.StartTrace("");
   std::optional<Library> library(std::in_place, library_file, streams);
   client.emplace(options.clock, options.register_file, streams);
-  start_library(options.language, false, *library, *client, streams);
-  const Language language(find_definition_file(options.language).path);
+  StartLibrary(options.language, false, *library, *client, streams);
+  const Language language(FindDefinitionFile(options.language).path);
 
   int code = 0;
   std::exception_ptr stopped;
   try {
     if (terminal) {
-      code = run_terminal(language, *library, *client, output.get(), streams);
+      code = RunTerminal(language, *library, *client, output.get(), streams);
     } else if (options.json) {
-      code = run_json(language, *library, *client, streams);
+      code = RunJson(language, *library, *client, streams);
     } else {
       ShellSession session(language, *library, *client,
-                           {.terse = options.terse, .columns = &no_window}, streams);
-      code = run_pipe(session, streams);
+                           {.terse = options.terse, .columns = &NoWindow}, streams);
+      code = RunPipe(session, streams);
     }
   } catch (const Failure&) {
     stopped = std::current_exception();
   }
-  const std::string open = open_document_words(client->device());
+  const std::string open = OpenDocumentWords(client->device());
   const bool kept = client->last_failure().empty();
   library.reset();
   client.reset();
   // Who left the shell on a terminal was asked, and told that a register in memory goes with it.
   if (!terminal || !options.register_file.empty() || code != kExitGood) {
-    tell_open_document(options.register_file, open,
-                       terminal ? tr("the shell") : tr("standard input"), streams);
+    TellOpenDocument(options.register_file, open, terminal ? Tr("the shell") : Tr("standard input"),
+                     streams);
   }
   if (stopped) std::rethrow_exception(stopped);
   return kept ? code : kExitNotDone;

@@ -20,10 +20,10 @@ struct ShellOptions {
   bool json = false;          // requests and answers as lines of JSON
 };
 
-void add_shell(CLI::App& app, ShellOptions* options);
+void AddShell(CLI::App& app, ShellOptions* options);
 
 // Returns one of ExitCode; on a terminal failing lines make no difference to it. Throws Failure
 // when the shell cannot start or its output cannot be written.
-int shell_command(const ShellOptions& options, Streams& streams);
+int ShellCommand(const ShellOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -61,7 +61,7 @@ const ValueRule* FindRule(ShopValue value) {
 
 [[noreturn]] void Refuse(ShopValue value, const std::string& text, const std::string& cause) {
   const ValueRule* const rule = FindRule(value);
-  throw Failure(tr("{} {}: {} {}", rule->option, shown(text, 100), cause, translated(rule->rule)));
+  throw Failure(Tr("{} {}: {} {}", rule->option, Shown(text, 100), cause, Translated(rule->rule)));
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -115,7 +115,7 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
   int entry = 0;
   for (const std::string& text : texts) {
     const std::vector<std::string> pieces = Pieces(text);
-    if (pieces.empty()) Refuse(ShopValue::kVatRates, text, tr("There is no rate in it."));
+    if (pieces.empty()) Refuse(ShopValue::kVatRates, text, Tr("There is no rate in it."));
     for (const std::string& piece : pieces) {
       const size_t sign = piece.find('=');
       std::string rate = sign == piece.npos ? piece : piece.substr(sign + 1);
@@ -124,7 +124,7 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
           sign == piece.npos ? std::optional(entry + 1) : ReadNumber(piece.substr(0, sign));
       const std::optional<int> hundredths = ReadHundredths(rate);
       if (!named || *named < 1 || !hundredths || *hundredths > 9999) {
-        Refuse(ShopValue::kVatRates, piece, tr("That is no rate."));
+        Refuse(ShopValue::kVatRates, piece, Tr("That is no rate."));
       }
       if (MayBeTwoRates(rate)) {
         const size_t comma = rate.find(',');
@@ -132,14 +132,14 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
         const std::string second = rate.substr(comma + 1);
         const bool has_entry = sign != piece.npos;
         Refuse(ShopValue::kVatRates, piece,
-               tr("One rate, or two? Write {} for one rate, or --vat {} --vat {}.",
+               Tr("One rate, or two? Write {} for one rate, or --vat {} --vat {}.",
                   (has_entry ? fmt::format("{}=", *named) : "") + first + "." + second,
                   has_entry ? fmt::format("{}={}", *named, first) : first,
                   has_entry ? fmt::format("{}={}", *named + 1, second) : second));
       }
       entry = *named;
       if (!values->vat.emplace(entry, piece).second) {
-        Refuse(ShopValue::kVatRates, piece, tr("Entry {} is given twice.", entry));
+        Refuse(ShopValue::kVatRates, piece, Tr("Entry {} is given twice.", entry));
       }
       values->setup.vat_rates[entry] = *hundredths * kHundredth;
     }
@@ -176,9 +176,9 @@ void ReadDepartments(const std::vector<std::string>& texts, ShopValues* values) 
     const std::optional<int> number =
         sign == text.npos ? std::nullopt : ReadNumber(text.substr(0, sign));
     const auto change = number ? ReadDepartment(text.substr(sign + 1)) : std::nullopt;
-    if (!change) Refuse(ShopValue::kDepartments, text, tr("That is no department."));
+    if (!change) Refuse(ShopValue::kDepartments, text, Tr("That is no department."));
     if (!values->departments.emplace(*number, text).second) {
-      Refuse(ShopValue::kDepartments, text, tr("Department {} is given twice.", *number));
+      Refuse(ShopValue::kDepartments, text, Tr("Department {} is given twice.", *number));
     }
     values->setup.departments[*number] = *change;
   }
@@ -221,10 +221,10 @@ std::string StrangeInSerialNumber(const std::string& number) {
 
 std::string CauseText(const std::string& given, const lorimat::Refusal& refusal, ShopValue value) {
   if (value == ShopValue::kSerialNumber && refusal.cause == lorimat::RefusalCause::kCharacters) {
-    return tr("Not allowed for {}: '{}'.", subject_text(lorimat::Subject::kSerialNumber),
-              shown(StrangeInSerialNumber(given)));
+    return Tr("Not allowed for {}: '{}'.", SubjectText(lorimat::Subject::kSerialNumber),
+              Shown(StrangeInSerialNumber(given)));
   }
-  return refusal_text(refusal);
+  return RefusalText(refusal);
 }
 
 // What is wrong with the value itself, and not with the moment.
@@ -247,39 +247,39 @@ bool IsOfTheValue(lorimat::RefusalCause cause) {
 
 void AddShopOptions(CLI::App* command, ShopOptions* options) {
   command->add_option("--serial", options->serial,
-                      tr("Serial number, 11 to 32 capital letters and digits"));
-  command->add_option("--vat-number", options->vat_number, tr("VAT number of the shop, 11 digits"));
+                      Tr("Serial number, 11 to 32 capital letters and digits"));
+  command->add_option("--vat-number", options->vat_number, Tr("VAT number of the shop, 11 digits"));
   const auto several = [command](const char* name, std::vector<std::string>* texts,
                                  const std::string& description) {
     return command->add_option(name, *texts, description)->allow_extra_args(false);
   };
   several("--header", &options->header,
-          tr("A line of the header, up to 42 characters; once for each of up to 6 lines"))
+          Tr("A line of the header, up to 42 characters; once for each of up to 6 lines"))
       ->type_name("TEXT");
   several("--vat", &options->vat,
-          tr("Rate of an entry of the VAT table, such as 1=22 or 3=5,50; or the rates from entry 1 "
+          Tr("Rate of an entry of the VAT table, such as 1=22 or 3=5,50; or the rates from entry 1 "
              "on, such as \"22 10 5 4 0\""))
       ->type_name("ENTRY=RATE");
   several("--departments", &options->departments,
-          tr("Name of a department, its VAT entry and its price, such as 1=PANE:4 or "
+          Tr("Name of a department, its VAT entry and its price, such as 1=PANE:4 or "
              "1=PANE:4:2,50; once for each"))
       ->type_name("NUMBER=NAME[:VAT[:PRICE]]");
   command
       ->add_option("--outbox", options->outbox,
-                   tr("Folder into which summaries and lottery documents are sent"))
+                   Tr("Folder into which summaries and lottery documents are sent"))
       ->type_name("DIR");
   command->add_flag("--training", options->training,
-                    tr("In training: documents print, and nothing is registered"));
+                    Tr("In training: documents print, and nothing is registered"));
   command->add_flag("--not-in-service", options->not_in_service,
-                    tr("Not yet put into service with the revenue agency"));
+                    Tr("Not yet put into service with the revenue agency"));
 }
 
 void AddShopChangeOptions(CLI::App* command, ShopOptions* options) {
-  command->add_flag("--no-outbox", options->no_outbox, tr("Send into no folder any more"))
+  command->add_flag("--no-outbox", options->no_outbox, Tr("Send into no folder any more"))
       ->excludes("--outbox");
-  command->add_flag("--no-training", options->no_training, tr("End the training"))
+  command->add_flag("--no-training", options->no_training, Tr("End the training"))
       ->excludes("--training");
-  command->add_flag("--in-service", options->in_service, tr("Put it into service"))
+  command->add_flag("--in-service", options->in_service, Tr("Put it into service"))
       ->excludes("--not-in-service");
 }
 
@@ -320,9 +320,9 @@ std::string ShopRefusalText(const ShopValues& values, const lorimat::ShopRefusal
   const ValueRule* const rule = FindRule(refused.value);
   if (rule == nullptr) return cause;
   const std::string place = text.empty() ? std::string(rule->option)
-                                         : fmt::format("{} {}", rule->option, shown(text, 100));
+                                         : fmt::format("{} {}", rule->option, Shown(text, 100));
   if (!IsOfTheValue(refusal.cause)) return fmt::format("{}: {}", place, cause);
-  return fmt::format("{}: {} {}", place, cause, translated(rule->rule));
+  return fmt::format("{}: {} {}", place, cause, Translated(rule->rule));
 }
 
 std::string VatOptionText(int32_t rate) {

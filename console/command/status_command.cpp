@@ -38,80 +38,80 @@ Exit codes:
   2  wrong use, or the file cannot be read
 )");
 
-std::string key_text(int position) {
+std::string KeyText(int position) {
   switch (position) {
     case 1:
-      return tr("registering");
+      return Tr("registering");
     case 2:
-      return tr("reading");
+      return Tr("reading");
     case 3:
-      return tr("closing");
+      return Tr("closing");
     case 4:
-      return tr("programming");
+      return Tr("programming");
     default:
       return std::to_string(position);
   }
 }
 
-std::string key_name(int position) {
+std::string KeyName(int position) {
   const EnglishMessages english;
-  return key_text(position);
+  return KeyText(position);
 }
 
-std::string journal_text(const lorimat::RegisterStatus& status) {
+std::string JournalText(const lorimat::RegisterStatus& status) {
   const std::string count =
-      tr_count(status.journal_entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
-  return status.journal_hash.empty() ? count : tr("{}, last hash {}", count, status.journal_hash);
+      TrCount(status.journal_entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
+  return status.journal_hash.empty() ? count : Tr("{}, last hash {}", count, status.journal_hash);
 }
 
 std::string ClockText(const lorimat::RegisterStatus& status) {
-  return tr(
+  return Tr(
       "shows {}, more than an hour before the last document or closing, {}: nothing is "
       "registered before it is right",
-      time_text(lorimat::NumberTime(status.clock_now)),
-      time_text(lorimat::NumberTime(status.clock_latest)));
+      TimeText(lorimat::NumberTime(status.clock_now)),
+      TimeText(lorimat::NumberTime(status.clock_latest)));
 }
 
-std::string as_text(const lorimat::RegisterStatus& status) {
+std::string AsText(const lorimat::RegisterStatus& status) {
   std::vector<std::pair<std::string, std::string>> rows = {
-      {tr("Register"), shown(status.file)},
-      {tr("Serial number"), shown(status.serial_number)},
-      {tr("Firmware"), shown(status.firmware_version)},
-      {tr("Key"), key_text(status.key_position)},
-      {tr("Operator"), std::to_string(status.current_operator)},
+      {Tr("Register"), Shown(status.file)},
+      {Tr("Serial number"), Shown(status.serial_number)},
+      {Tr("Firmware"), Shown(status.firmware_version)},
+      {Tr("Key"), KeyText(status.key_position)},
+      {Tr("Operator"), std::to_string(status.current_operator)},
   };
-  if (status.clock_latest != 0) rows.emplace_back(tr("Clock"), ClockText(status));
+  if (status.clock_latest != 0) rows.emplace_back(Tr("Clock"), ClockText(status));
   for (auto& row : DayRows(status.closures, status.counters, status.day_open, status.day_total,
                            status.grand_total)) {
     rows.push_back(std::move(row));
   }
-  rows.emplace_back(tr("Next invoice"), std::to_string(status.next_invoice));
-  rows.emplace_back(tr("Not sent"),
-                    tr_count(static_cast<uint64_t>(std::max(status.pending_summaries, 0)),
-                             TR_TEXT("{} summary"), TR_TEXT("{} summaries")));
-  rows.emplace_back(tr("Documents"), std::to_string(status.documents));
-  rows.emplace_back(tr("Journal"), journal_text(status));
-  rows.emplace_back(tr("Open document"),
-                    status.open_document ? open_document_text(*status.open_document) : tr("none"));
+  rows.emplace_back(Tr("Next invoice"), std::to_string(status.next_invoice));
+  rows.emplace_back(Tr("Not sent"),
+                    TrCount(static_cast<uint64_t>(std::max(status.pending_summaries, 0)),
+                            TR_TEXT("{} summary"), TR_TEXT("{} summaries")));
+  rows.emplace_back(Tr("Documents"), std::to_string(status.documents));
+  rows.emplace_back(Tr("Journal"), JournalText(status));
+  rows.emplace_back(Tr("Open document"),
+                    status.open_document ? OpenDocumentText(*status.open_document) : Tr("none"));
   const std::vector<lorimat::Fault>& faults = status.faults.faults();
-  if (faults.empty()) rows.emplace_back(tr("Faults"), tr("none"));
+  if (faults.empty()) rows.emplace_back(Tr("Faults"), Tr("none"));
   for (size_t i = 0; i < faults.size(); ++i) {
-    rows.emplace_back(i == 0 ? tr("Faults") : "", fault_text(faults[i]));
+    rows.emplace_back(i == 0 ? Tr("Faults") : "", FaultText(faults[i]));
   }
-  return paired_rows(rows);
+  return PairedRows(rows);
 }
 
-Json open_document_json(const lorimat::CutOffDocument& document) {
+Json OpenDocumentJson(const lorimat::CutOffDocument& document) {
   Json json = {{"kind", document.kind},
-               {"begun", time_for_programs(document.begun)},
+               {"begun", TimeForPrograms(document.begun)},
                {"lines", document.lines},
-               {"subtotal_cents", amount_cents(document.subtotal)},
+               {"subtotal_cents", AmountCents(document.subtotal)},
                {"registered", document.registered}};
   if (document.registered) json["number"] = document.number;
   return json;
 }
 
-Json as_json(const lorimat::RegisterStatus& status, const lorimat::RegisterProfile& profile) {
+Json AsJson(const lorimat::RegisterStatus& status, const lorimat::RegisterProfile& profile) {
   const lorimat::DailyCounters& day = status.counters;
   Json json = {
       {"file", status.file},
@@ -119,7 +119,7 @@ Json as_json(const lorimat::RegisterStatus& status, const lorimat::RegisterProfi
       {"serial_number", status.serial_number},
       {"firmware_version", status.firmware_version},
       {"key_position", status.key_position},
-      {"key", key_name(status.key_position)},
+      {"key", KeyName(status.key_position)},
       {"operator", status.current_operator},
       {"last_closure", status.closures},
       {"day",
@@ -131,44 +131,44 @@ Json as_json(const lorimat::RegisterStatus& status, const lorimat::RegisterProfi
         {"voids", day.cancels},
         {"abandoned", day.abandoned},
         {"non_fiscal", day.non_fiscal},
-        {"total_cents", amount_cents(status.day_total)},
+        {"total_cents", AmountCents(status.day_total)},
         {"totals", DayTotalsJson(profile.day)}}},
-      {"grand_total_cents", amount_cents(status.grand_total)},
+      {"grand_total_cents", AmountCents(status.grand_total)},
       {"next_invoice", status.next_invoice},
       {"pending_summaries", status.pending_summaries},
       {"documents", status.documents},
       {"journal_entries", status.journal_entries},
       {"journal_hash", status.journal_hash},
-      {"open_document", status.open_document ? open_document_json(*status.open_document) : Json()},
-      {"faults", faults_json(status.faults)}};
+      {"open_document", status.open_document ? OpenDocumentJson(*status.open_document) : Json()},
+      {"faults", FaultsJson(status.faults)}};
   json.update(RegisterProfileJson(profile, status));
   return json;
 }
 
 }  // namespace
 
-void add_status(CLI::App& app, StatusOptions* options) {
+void AddStatus(CLI::App& app, StatusOptions* options) {
   CLI::App* status =
-      app.add_subcommand("status", tr("Show what a register's file holds: key, day, totals"));
-  add_register_option(status, &options->register_file);
-  status->add_flag("--json", options->json, tr("Write JSON"));
+      app.add_subcommand("status", Tr("Show what a register's file holds: key, day, totals"));
+  AddRegisterOption(status, &options->register_file);
+  status->add_flag("--json", options->json, Tr("Write JSON"));
   status->add_flag("--follow", options->follow,
-                   tr("Go on with what comes, until Ctrl-C or the file is gone"));
-  refuse_empty_texts(status);
-  status->footer(std::string(translated(kStatusExamples)));
+                   Tr("Go on with what comes, until Ctrl-C or the file is gone"));
+  RefuseEmptyTexts(status);
+  status->footer(std::string(Translated(kStatusExamples)));
 }
 
-int status_command(const StatusOptions& options, Streams& streams) {
-  const std::string& name = require_register(options.register_file);
+int StatusCommand(const StatusOptions& options, Streams& streams) {
+  const std::string& name = RequireRegister(options.register_file);
   lorimat::RegisterFile file(name);
   const auto shown = [&]() -> std::string {
-    if (!options.json) return as_text(file.Status());
+    if (!options.json) return AsText(file.Status());
     const lorimat::RegisterProfile profile = file.Profile();
-    const Json json = as_json(file.Status(), profile);
-    return options.follow ? json_line(json) : json_text(json);
+    const Json json = AsJson(file.Status(), profile);
+    return options.follow ? JsonLine(json) : JsonText(json);
   };
   if (!options.follow) {
-    streams.output(shown());
+    streams.Output(shown());
     return kExitGood;
   }
   std::string last;

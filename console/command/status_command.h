@@ -17,9 +17,9 @@ struct StatusOptions {
   bool follow = false;
 };
 
-void add_status(CLI::App& app, StatusOptions* options);
+void AddStatus(CLI::App& app, StatusOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError when the file cannot be read.
-int status_command(const StatusOptions& options, Streams& streams);
+int StatusCommand(const StatusOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

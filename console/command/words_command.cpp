@@ -30,41 +30,41 @@ struct TableRow {
   std::string remark;
 };
 
-std::string joined(const std::string& first, const std::string& second) {
+std::string Joined(const std::string& first, const std::string& second) {
   return first.empty() || second.empty() ? first + second : first + ", " + second;
 }
 
-std::string command_remark(const CommandWord& command, const std::string& first_name) {
+std::string CommandRemark(const CommandWord& command, const std::string& first_name) {
   std::string remark;
-  if (first_name != command.name) remark = tr("the same as {}", shown(first_name));
-  if (!command.has_handler) remark = joined(remark, tr("no command of the library, answers 268"));
+  if (first_name != command.name) remark = Tr("the same as {}", Shown(first_name));
+  if (!command.has_handler) remark = Joined(remark, Tr("no command of the library, answers 268"));
   return remark;
 }
 
-std::string field_remark(const FieldWord& field, const std::string& first_name) {
+std::string FieldRemark(const FieldWord& field, const std::string& first_name) {
   std::string remark;
-  if (first_name != field.name) remark = tr("the same as {}", shown(first_name));
-  if (field.mandatory) remark = joined(remark, tr("must be given"));
+  if (first_name != field.name) remark = Tr("the same as {}", Shown(first_name));
+  if (field.mandatory) remark = Joined(remark, Tr("must be given"));
   return remark;
 }
 
 // The first name of each field number, which the others are aliases of.
-std::map<int, std::string> first_names(const CommandWord& command) {
+std::map<int, std::string> FirstNames(const CommandWord& command) {
   std::map<int, std::string> names;
   for (const FieldWord& field : command.fields) names.emplace(field.number, field.name);
   return names;
 }
 
-std::vector<TableRow> table_rows(const std::vector<CommandWord>& commands,
-                                 const Language& language) {
+std::vector<TableRow> TableRows(const std::vector<CommandWord>& commands,
+                                const Language& language) {
   std::vector<TableRow> rows;
   for (const CommandWord& command : commands) {
     TableRow row;
     row.number = std::to_string(command.id);
-    row.command = shown(command.name);
-    row.short_command = shown(command.shortest);
-    row.remark = command_remark(command, language.command_name(command.id));
-    const std::map<int, std::string> names = first_names(command);
+    row.command = Shown(command.name);
+    row.short_command = Shown(command.shortest);
+    row.remark = CommandRemark(command, language.CommandName(command.id));
+    const std::map<int, std::string> names = FirstNames(command);
     bool command_written = false;
     for (const FieldWord& field : command.fields) {
       // A remark of the command has a row of its own.
@@ -74,9 +74,9 @@ std::vector<TableRow> table_rows(const std::vector<CommandWord>& commands,
       }
       command_written = true;
       row.field_number = std::to_string(field.number);
-      row.field = shown(field.name);
-      row.short_field = shown(field.shortest);
-      row.remark = field_remark(field, names.at(field.number));
+      row.field = Shown(field.name);
+      row.short_field = Shown(field.shortest);
+      row.remark = FieldRemark(field, names.at(field.number));
       rows.push_back(row);
       row = {};
     }
@@ -85,21 +85,21 @@ std::vector<TableRow> table_rows(const std::vector<CommandWord>& commands,
   return rows;
 }
 
-std::string as_text(const std::vector<TableRow>& rows, bool colours) {
+std::string AsText(const std::vector<TableRow>& rows, bool colours) {
   std::string out;
   const auto add = [&out](const TableRow& row, bool heading) {
     const std::string line =
         fmt::format("{:>4}  {:<10}  {:<10}  {:>5}  {:<10}  {:<10}  {}", row.number, row.command,
                     row.short_command, row.field_number, row.field, row.short_field, row.remark);
-    out += styled(without_trailing_blanks(line), Style::kStrong, heading);
+    out += Styled(WithoutTrailingBlanks(line), Style::kStrong, heading);
     out += '\n';
   };
-  add({tr("No"), tr("Command"), tr("Short"), tr("Field"), tr("Name"), tr("Short"), ""}, colours);
+  add({Tr("No"), Tr("Command"), Tr("Short"), Tr("Field"), Tr("Name"), Tr("Short"), ""}, colours);
   for (const TableRow& row : rows) add(row, false);
   return out;
 }
 
-std::string cell(const std::string& text) {
+std::string Cell(const std::string& text) {
   std::string out;
   for (const char c : text) {
     if (c == '|' || c == '\\') out += '\\';
@@ -108,19 +108,19 @@ std::string cell(const std::string& text) {
   return out;
 }
 
-std::string as_markdown(const std::vector<TableRow>& rows) {
-  std::string out = fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", tr("No"), tr("Command"),
-                                tr("Short"), tr("Field"), tr("Name"), tr("Short"), tr("Remark"));
+std::string AsMarkdown(const std::vector<TableRow>& rows) {
+  std::string out = fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", Tr("No"), Tr("Command"),
+                                Tr("Short"), Tr("Field"), Tr("Name"), Tr("Short"), Tr("Remark"));
   out += "|---|---|---|---|---|---|---|\n";
   for (const TableRow& row : rows) {
-    out += fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", row.number, cell(row.command),
-                       cell(row.short_command), row.field_number, cell(row.field),
-                       cell(row.short_field), cell(row.remark));
+    out += fmt::format("| {} | {} | {} | {} | {} | {} | {} |\n", row.number, Cell(row.command),
+                       Cell(row.short_command), row.field_number, Cell(row.field),
+                       Cell(row.short_field), Cell(row.remark));
   }
   return out;
 }
 
-Json as_json(const std::vector<CommandWord>& commands) {
+Json AsJson(const std::vector<CommandWord>& commands) {
   Json all = Json::array();
   for (const CommandWord& command : commands) {
     Json fields = Json::array();
@@ -142,9 +142,9 @@ Json as_json(const std::vector<CommandWord>& commands) {
 }
 
 // The rows of one command; empty, with the cause told, when the word finds none.
-std::vector<CommandWord> select(const std::vector<CommandWord>& commands, const Language& language,
+std::vector<CommandWord> Select(const std::vector<CommandWord>& commands, const Language& language,
                                 const std::string& word, Streams& streams) {
-  const Lookup found = language.find_command(word);
+  const Lookup found = language.FindCommand(word);
   std::vector<CommandWord> selected;
   if (found.failure == 0) {
     for (const CommandWord& command : commands) {
@@ -153,32 +153,32 @@ std::vector<CommandWord> select(const std::vector<CommandWord>& commands, const 
   }
   if (!selected.empty()) return selected;
   if (found.failure == INSTRUCTION_NOT_UNIC) {
-    tell_error(streams, tr("{}: fits more than one command", shown(word)));
+    TellError(streams, Tr("{}: fits more than one command", Shown(word)));
     return {};
   }
   std::vector<std::string> names;
   for (const CommandWord& command : commands) names.push_back(command.name);
-  const std::string near = nearest_word(word, names);
-  tell_error(streams, tr("{}: no command has this name", shown(word)) +
-                          (near.empty() ? "" : tr("; did you mean {}?", shown(near))));
+  const std::string near = NearestWord(word, names);
+  TellError(streams, Tr("{}: no command has this name", Shown(word)) +
+                         (near.empty() ? "" : Tr("; did you mean {}?", Shown(near))));
   return {};
 }
 
 }  // namespace
 
-int words_command(const WordsOptions& options, Streams& streams) {
-  const Language language(definition_path(options.language));
+int WordsCommand(const WordsOptions& options, Streams& streams) {
+  const Language language(DefinitionPath(options.language));
   std::vector<CommandWord> commands = language.commands();
   if (!options.command.empty()) {
-    commands = select(commands, language, options.command, streams);
+    commands = Select(commands, language, options.command, streams);
     if (commands.empty()) return kExitFaults;
   }
   if (options.json) {
-    streams.output(json_text(as_json(commands)));
+    streams.Output(JsonText(AsJson(commands)));
   } else {
-    const std::vector<TableRow> rows = table_rows(commands, language);
-    streams.output(options.markdown ? as_markdown(rows)
-                                    : as_text(rows, streams.output_has_colours()));
+    const std::vector<TableRow> rows = TableRows(commands, language);
+    streams.Output(options.markdown ? AsMarkdown(rows)
+                                    : AsText(rows, streams.output_has_colours()));
   }
   return kExitGood;
 }

@@ -16,6 +16,6 @@ struct WordsOptions {
 
 // Returns kExitGood, or kExitFaults when there is no such command. Throws Failure when the
 // definition file cannot be read.
-int words_command(const WordsOptions& options, Streams& streams);
+int WordsCommand(const WordsOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -17,93 +17,92 @@ namespace {
 
 constexpr size_t kIndent = 2;
 
-std::string class_text(int code) {
+std::string ClassText(int code) {
   std::vector<std::string> texts;
-  for (const CodeClass& one : code_classes()) {
+  for (const CodeClass& one : CodeClasses()) {
     const bool has = one.bit == 0 ? code <= 0xFF : (code & one.bit) != 0;
-    if (has) texts.push_back(tr("class {}: {}", one.shown, translated(one.what)));
+    if (has) texts.push_back(Tr("class {}: {}", one.shown, Translated(one.what)));
   }
   return fmt::format("{}", fmt::join(texts, "; "));
 }
 
-std::string cause_text(const CodeReading& reading) {
+std::string CauseText(const CodeReading& reading) {
   std::string text;
   switch (reading.kind) {
     case CodeReading::kClient:
-      text = tr("Result {} of the device, {}.", reading.chain.front(), reading.name);
+      text = Tr("Result {} of the device, {}.", reading.chain.front(), reading.name);
       break;
     case CodeReading::kUnnamedClient:
-      text = tr("Result {} of the device.", reading.chain.front());
+      text = Tr("Result {} of the device.", reading.chain.front());
       break;
     case CodeReading::kUnreachable:
-      text = tr("No answer of the device.");
+      text = Tr("No answer of the device.");
       break;
     default:
       break;
   }
   if (!reading.cause.empty()) {
     text += text.empty() ? "" : " ";
-    text += translated(reading.cause);
+    text += Translated(reading.cause);
   }
   if (reading.chain.size() > 2) {
-    text += " " + tr("Passed twice: {}.", fmt::format("{}", fmt::join(reading.chain, " -> ")));
+    text += " " + Tr("Passed twice: {}.", fmt::format("{}", fmt::join(reading.chain, " -> ")));
   }
   return text;
 }
 
 }  // namespace
 
-std::vector<std::string> causes(long code) {
+std::vector<std::string> Causes(long code) {
   if (code <= 0 || code > std::numeric_limits<int>::max()) return {};
   const int number = static_cast<int>(code);
-  std::vector<std::string> texts = {class_text(number)};
-  for (const CodeReading& reading : read_code(number)) {
-    const std::string text = cause_text(reading);
-    if (!text.empty()) texts.push_back(texts.size() == 1 ? text : tr("Or: {}", text));
+  std::vector<std::string> texts = {ClassText(number)};
+  for (const CodeReading& reading : ReadCode(number)) {
+    const std::string text = CauseText(reading);
+    if (!text.empty()) texts.push_back(texts.size() == 1 ? text : Tr("Or: {}", text));
   }
   return texts;
 }
 
-std::string causes_text(long code, size_t columns) {
+std::string CausesText(long code, size_t columns) {
   std::string out;
-  for (const std::string& text : causes(code)) out += wrapped(text, kIndent, columns);
+  for (const std::string& text : Causes(code)) out += Wrapped(text, kIndent, columns);
   return out;
 }
 
-std::optional<Finding> parser_finding(const Language& language, const std::string& line) {
+std::optional<Finding> ParserFinding(const Language& language, const std::string& line) {
   SourceLine source;
   source.number = 1;
   source.text = line.substr(0, LineReader::kKept);
   source.length = line.size();
   if (line.find('@') == line.find_first_not_of(" \t")) return std::nullopt;
   Findings findings;
-  BatchCheck(language, findings).take(source);
+  BatchCheck(language, findings).Take(source);
   for (const Finding& finding : findings.sorted()) {
     if (finding.severity == Severity::kError) return finding;
   }
   return std::nullopt;
 }
 
-std::optional<Finding> parser_finding(const Language& language, const std::string& line,
-                                      long code) {
-  std::optional<Finding> found = parser_finding(language, line);
+std::optional<Finding> ParserFinding(const Language& language, const std::string& line, long code) {
+  std::optional<Finding> found = ParserFinding(language, line);
   if (found && found->code != 0 && found->code != code) found.reset();
   return found;
 }
 
-std::string parser_hint(const Language& language, const std::string& line, size_t columns) {
-  const std::optional<Finding> finding = parser_finding(language, line);
+std::string ParserHint(const Language& language, const std::string& line, size_t columns) {
+  const std::optional<Finding> finding = ParserFinding(language, line);
   if (!finding) return {};
   std::string out;
   if (finding->column != 0 && finding->column <= line.size() + 1) {
-    const std::string before = shown(line.substr(0, finding->column - 1));
+    const std::string before = Shown(line.substr(0, finding->column - 1));
     // A place beyond the window's edge has no column to point at.
-    if (kIndent + columns_of(before) < columns) {
-      out += fmt::format("  {}\n", cut_to(shown(line), columns - kIndent));
-      out += fmt::format("  {}^\n", std::string(columns_of(before), ' '));
+    if (kIndent + ColumnsOf(before) < columns) {
+      out += fmt::format("  {}\n", CutTo(Shown(line), columns - kIndent));
+      out += fmt::format("  {}^\n", std::string(ColumnsOf(before), ' '));
     }
   }
-  return out + wrapped(finding_words(*finding), kIndent, columns);
+  return out + Wrapped(FindingWords(*finding), kIndent, columns);
 }
 
 }  // namespace lorimat::console

@@ -12,21 +12,21 @@
 namespace lorimat::console {
 
 // The class and the causes of a code as "lorimat explain" has them, a sentence or two each.
-std::vector<std::string> causes(long code);
+std::vector<std::string> Causes(long code);
 
 // The same in lines of at most so many columns.
-std::string causes_text(long code, size_t columns);
+std::string CausesText(long code, size_t columns);
 
 // Where the parser stops in a line that it refuses, with what is wrong there; none for a line that
 // it reads. No command runs.
-std::optional<Finding> parser_finding(const Language& language, const std::string& line);
+std::optional<Finding> ParserFinding(const Language& language, const std::string& line);
 
 // The same, if it is what the line is refused for with this code, and not another thing that is
 // wrong in it.
-std::optional<Finding> parser_finding(const Language& language, const std::string& line, long code);
+std::optional<Finding> ParserFinding(const Language& language, const std::string& line, long code);
 
 // The first of these in words, with the place marked in the line and a better word; empty for a
 // line that it reads.
-std::string parser_hint(const Language& language, const std::string& line, size_t columns);
+std::string ParserHint(const Language& language, const std::string& line, size_t columns);
 
 }  // namespace lorimat::console

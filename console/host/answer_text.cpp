@@ -15,27 +15,27 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kSeparator = " : ";
 
-std::optional<int64_t> whole_number(std::string_view text) {
+std::optional<int64_t> WholeNumber(std::string_view text) {
   int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
 }
 
-std::string lowered(std::string_view text) {
+std::string Lowered(std::string_view text) {
   std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), [](char c) { return lower(c); });
+  std::transform(out.begin(), out.end(), out.begin(), [](char c) { return Lower(c); });
   return out;
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 // Takes what is made of these characters off the front.
-std::string take(std::string_view* text, std::string_view characters) {
+std::string Take(std::string_view* text, std::string_view characters) {
   const size_t end = std::min(text->find_first_not_of(characters), text->size());
   std::string taken(text->substr(0, end));
   text->remove_prefix(end);
@@ -44,7 +44,7 @@ std::string take(std::string_view* text, std::string_view characters) {
 
 // The code behind each of the words, where what follows it ends the number as answers do.
 template <typename Read>
-std::optional<int> code_behind(std::string_view text, std::string_view word, Read read) {
+std::optional<int> CodeBehind(std::string_view text, std::string_view word, Read read) {
   for (size_t at = text.find(word); at != text.npos; at = text.find(word, at + 1)) {
     std::string_view rest = text.substr(at + word.size());
     if (const std::optional<int> code = read(&rest)) return code;
@@ -53,27 +53,27 @@ std::optional<int> code_behind(std::string_view text, std::string_view word, Rea
 }
 
 // "4/218", with nothing behind it, the text of the message, or " in line 7" of an error file.
-std::optional<int> read_class_and_index(std::string_view* rest) {
+std::optional<int> ReadClassAndIndex(std::string_view* rest) {
   constexpr std::string_view kOfErrorFile = " in line ";
-  const std::string number = take(rest, "0123456789/");
+  const std::string number = Take(rest, "0123456789/");
   if (number.find('/') == number.npos) return std::nullopt;
-  const std::optional<int> code = read_code_number(number);
+  const std::optional<int> code = ReadCodeNumber(number);
   if (rest->substr(0, kOfErrorFile.size()) == kOfErrorFile) return code;
-  take(rest, kBlanks);
+  Take(rest, kBlanks);
   return rest->empty() || rest->front() == ':' ? code : std::nullopt;
 }
 
 // "257", with nothing behind it, or the answer; also "(code 257)".
-std::optional<int> read_whole_code(std::string_view* rest) {
-  const std::optional<int> code = read_code_number(take(rest, "-0123456789"));
+std::optional<int> ReadWholeCode(std::string_view* rest) {
+  const std::optional<int> code = ReadCodeNumber(Take(rest, "-0123456789"));
   const bool ends = rest->empty() || rest->front() == ':' || *rest == ")";
   return ends ? code : std::nullopt;
 }
 
 // Whether the text is that of an answer, all of it or from one of its separators on.
-bool is_end_of(std::string_view answer, std::string_view text) {
+bool IsEndOf(std::string_view answer, std::string_view text) {
   for (;;) {
-    if (trimmed(answer) == text) return true;
+    if (Trimmed(answer) == text) return true;
     const size_t next = answer.find(kSeparator);
     if (next == answer.npos) return false;
     answer.remove_prefix(next + kSeparator.size());
@@ -82,14 +82,14 @@ bool is_end_of(std::string_view answer, std::string_view text) {
 
 }  // namespace
 
-std::optional<int> read_code_number(const std::string& text) {
+std::optional<int> ReadCodeNumber(const std::string& text) {
   const size_t slash = text.find('/');
   std::optional<int64_t> number;
   if (slash == std::string::npos) {
-    number = whole_number(text);
+    number = WholeNumber(text);
   } else {
-    const std::optional<int64_t> shown_class = whole_number(text.substr(0, slash));
-    const std::optional<int64_t> index = whole_number(text.substr(slash + 1));
+    const std::optional<int64_t> shown_class = WholeNumber(text.substr(0, slash));
+    const std::optional<int64_t> index = WholeNumber(text.substr(slash + 1));
     if (shown_class && index && *shown_class >= 0 && *shown_class <= (kCodeClassMask >> 8) &&
         *index >= 0 && *index <= kCodeIndexMask) {
       number = *shown_class << 8 | *index;
@@ -102,20 +102,20 @@ std::optional<int> read_code_number(const std::string& text) {
   return static_cast<int>(*number);
 }
 
-std::vector<int> codes_in_answer(const std::string& text, MessageTexts& texts) {
-  const std::string answer = lowered(trimmed(text));
+std::vector<int> CodesInAnswer(const std::string& text, MessageTexts& texts) {
+  const std::string answer = Lowered(Trimmed(text));
   if (answer.empty()) return {};
-  if (const auto code = code_behind(answer, "error ", read_class_and_index)) return {*code};
+  if (const auto code = CodeBehind(answer, "error ", ReadClassAndIndex)) return {*code};
   // As the program shows it, in its two languages.
   for (const std::string_view word : {"code ", "codice "}) {
-    if (const auto code = code_behind(answer, word, read_whole_code)) return {*code};
+    if (const auto code = CodeBehind(answer, word, ReadWholeCode)) return {*code};
   }
   std::vector<int> codes;
   const auto try_code = [&](int code) {
-    if (is_end_of(lowered(texts.answer(code)), answer)) codes.push_back(code);
+    if (IsEndOf(Lowered(texts.Answer(code)), answer)) codes.push_back(code);
   };
   try_code(0);
-  for (const OwnCode& own : own_codes()) try_code(own.code);
+  for (const OwnCode& own : OwnCodes()) try_code(own.code);
   return codes;
 }
 

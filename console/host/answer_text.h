@@ -14,7 +14,7 @@ inline constexpr int kCodeClassMask = 0xFFFF00;
 inline constexpr int kCodeIndexMask = 0xFF;
 
 // "265", or "1/9"; nothing for another text.
-std::optional<int> read_code_number(const std::string& text);
+std::optional<int> ReadCodeNumber(const std::string& text);
 
 // The codes of an answer that was pasted, with whatever stands in front of it:
 //
@@ -24,6 +24,6 @@ std::optional<int> read_code_number(const std::string& text);
 //   INSTRUCTION NOT FOUND
 //
 // Several for a text that several codes have; none for one that is no answer.
-std::vector<int> codes_in_answer(const std::string& text, MessageTexts& texts);
+std::vector<int> CodesInAnswer(const std::string& text, MessageTexts& texts);
 
 }  // namespace lorimat::console

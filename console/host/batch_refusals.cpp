@@ -4,7 +4,7 @@
 
 namespace lorimat::console {
 
-void BatchRefusals::note(uint64_t line) {
+void BatchRefusals::Note(uint64_t line) {
   if (client_.refusals() == seen_) return;
   seen_ = client_.refusals();
   const lorimat::Refusal& refusal = client_.last_refusal();
@@ -14,12 +14,12 @@ void BatchRefusals::note(uint64_t line) {
   }
 }
 
-std::string BatchRefusals::reason(uint64_t line, long code) const {
+std::string BatchRefusals::Reason(uint64_t line, long code) const {
   const auto found = by_line_.find(line);
   if (found == by_line_.end()) return {};
   const Refused& refused = found->second;
-  const std::string lost = refused.sale_was_lost ? memory_->lost_sale_reason(true, code) : "";
-  return lost.empty() ? client_.reason(refused.refusal, code) : lost;
+  const std::string lost = refused.sale_was_lost ? memory_->LostSaleReason(true, code) : "";
+  return lost.empty() ? client_.Reason(refused.refusal, code) : lost;
 }
 
 }  // namespace lorimat::console

@@ -20,9 +20,9 @@ class BatchRefusals {
       : client_(client), memory_(memory), seen_(client.refusals()) {}
 
   // The line of this number, from 1, has run.
-  void note(uint64_t line);
+  void Note(uint64_t line);
   // Why it was refused, when that led to the code; empty when that is not known.
-  std::string reason(uint64_t line, long code) const;
+  std::string Reason(uint64_t line, long code) const;
 
  private:
   struct Refused {

@@ -20,24 +20,24 @@
 namespace lorimat::console {
 namespace {
 
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
 
-bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+bool IsControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
 // The library keeps 255 characters of a name and puts ".tmp" behind the error file's.
 constexpr size_t kLongestFolder = 200;
 
-std::string temporary_folder() {
+std::string TemporaryFolder() {
   const char* given = std::getenv("TMPDIR");
   const std::string folder = given != nullptr ? given : "";
   const bool fit = !folder.empty() && folder.front() == '/' && folder.size() <= kLongestFolder &&
                    std::none_of(folder.begin(), folder.end(),
-                                [](char c) { return is_capital(c) || is_control(c); });
+                                [](char c) { return IsCapital(c) || IsControl(c); });
   return fit ? folder : "/tmp";
 }
 
 // Reads the number that begins the text, and takes it off; false when there is none.
-bool take_number(std::string_view* text, uint64_t* number) {
+bool TakeNumber(std::string_view* text, uint64_t* number) {
   const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), *number);
   if (error != std::errc()) return false;
   text->remove_prefix(static_cast<size_t>(end - text->data()));
@@ -47,14 +47,14 @@ bool take_number(std::string_view* text, uint64_t* number) {
 }  // namespace
 
 ScratchFolder::ScratchFolder() {
-  const std::string folder = temporary_folder();
+  const std::string folder = TemporaryFolder();
   std::random_device random;
   for (int attempt = 0; attempt < 100; ++attempt) {
     path_ = fmt::format("{}/lorimat-{:08x}", folder, random());
     if (mkdir(path_.c_str(), 0700) == 0) return;
     if (errno != EEXIST) break;
   }
-  throw Failure(tr("{}: no folder for the error file: {}", shown(path_), system_message(errno)));
+  throw Failure(Tr("{}: no folder for the error file: {}", Shown(path_), SystemMessage(errno)));
 }
 
 ScratchFolder::~ScratchFolder() {
@@ -62,32 +62,32 @@ ScratchFolder::~ScratchFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-void require_batch_name(const std::string& name) {
-  if (std::any_of(name.begin(), name.end(), is_capital)) {
+void RequireBatchName(const std::string& name) {
+  if (std::any_of(name.begin(), name.end(), IsCapital)) {
     std::string lower = name;
     for (char& c : lower) {
-      if (is_capital(c)) c = static_cast<char>(c - 'A' + 'a');
+      if (IsCapital(c)) c = static_cast<char>(c - 'A' + 'a');
     }
-    throw Failure(tr(
+    throw Failure(Tr(
         "{}: --batch cannot run a file whose name has capital letters: the library lower-cases the "
         "names of batch files and would look for {}; rename the file, or run it without --batch",
-        shown(name), shown(lower)));
+        Shown(name), Shown(lower)));
   }
-  if (std::any_of(name.begin(), name.end(), is_control)) {
+  if (std::any_of(name.begin(), name.end(), IsControl)) {
     throw Failure(
-        tr("{}: --batch cannot run a file whose name has control characters: the library "
+        Tr("{}: --batch cannot run a file whose name has control characters: the library "
            "cannot be given such a name; rename the file, or run it without --batch",
-           shown(name)));
+           Shown(name)));
   }
   if (!name.empty() && name.back() == ' ') {
     throw Failure(
-        tr("'{}': --batch cannot run a file whose name ends in a blank: the library drops "
+        Tr("'{}': --batch cannot run a file whose name ends in a blank: the library drops "
            "that blank; rename the file, or run it without --batch",
-           shown(name)));
+           Shown(name)));
   }
 }
 
-std::string quoted_operand(const std::string& name) {
+std::string QuotedOperand(const std::string& name) {
   std::string out = "'";
   for (const char c : name) {
     if (c == '\'') out += '\'';
@@ -96,14 +96,14 @@ std::string quoted_operand(const std::string& name) {
   return out + "'";
 }
 
-std::string batch_line(const std::string& name, const std::string& error_file) {
-  return "@" + quoted_operand(name) + "," + quoted_operand(error_file);
+std::string BatchLine(const std::string& name, const std::string& error_file) {
+  return "@" + QuotedOperand(name) + "," + QuotedOperand(error_file);
 }
 
-BatchError parse_batch_error(const std::string& message) {
+BatchError ParseBatchError(const std::string& message) {
   constexpr std::string_view kMark = " in line ";
   BatchError error;
-  error.text = without_trailing_blanks(message);
+  error.text = WithoutTrailingBlanks(message);
   const size_t mark = error.text.find(kMark);
   if (mark == std::string::npos) return error;
   // In front of the mark stand class and index, as "1/12".
@@ -118,8 +118,8 @@ BatchError parse_batch_error(const std::string& message) {
   uint64_t class_number = 0;
   uint64_t index = 0;
   uint64_t line = 0;
-  if (!take_number(&class_text, &class_number) || !class_text.empty() ||
-      !take_number(&index_text, &index) || !index_text.empty() || !take_number(&after, &line)) {
+  if (!TakeNumber(&class_text, &class_number) || !class_text.empty() ||
+      !TakeNumber(&index_text, &index) || !index_text.empty() || !TakeNumber(&after, &line)) {
     return error;
   }
   error.line = line;
@@ -128,12 +128,12 @@ BatchError parse_batch_error(const std::string& message) {
   return error;
 }
 
-std::vector<BatchError> read_batch_errors(const std::string& error_file) {
+std::vector<BatchError> ReadBatchErrors(const std::string& error_file) {
   std::vector<BatchError> errors;
   LineReader reader(error_file);
   SourceLine line;
-  while (reader.next(&line)) {
-    BatchError error = parse_batch_error(line.text);
+  while (reader.Next(&line)) {
+    BatchError error = ParseBatchError(line.text);
     if (error.line != 0 && !errors.empty() && errors.back().line == error.line) continue;
     errors.push_back(std::move(error));
   }

@@ -26,14 +26,14 @@ class ScratchFolder {
 
 // Throws Failure, saying why, when an "@" line cannot name the file: capital letters, control
 // characters, a blank at the end.
-void require_batch_name(const std::string& name);
+void RequireBatchName(const std::string& name);
 
 // The "@" line for both files, each quoted, so that a separator, a comment sign or a
 // quote in a name stays part of it.
-std::string batch_line(const std::string& name, const std::string& error_file);
+std::string BatchLine(const std::string& name, const std::string& error_file);
 
 // One operand of it.
-std::string quoted_operand(const std::string& name);
+std::string QuotedOperand(const std::string& name);
 
 // A message of the error file.
 struct BatchError {
@@ -43,10 +43,10 @@ struct BatchError {
 };
 
 // Reads a message such as "ERROR 1/12 in line 7 : SINTAX ERROR 12 : ...".
-BatchError parse_batch_error(const std::string& message);
+BatchError ParseBatchError(const std::string& message);
 
 // The error file's messages, one for each failing line; the library writes most of them twice.
 // Throws Failure when the file cannot be read.
-std::vector<BatchError> read_batch_errors(const std::string& error_file);
+std::vector<BatchError> ReadBatchErrors(const std::string& error_file);
 
 }  // namespace lorimat::console

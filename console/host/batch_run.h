@@ -29,24 +29,24 @@ struct BatchRun {
 };
 
 // Whether the library would take a line for a batch.
-bool is_batch_line(const std::string& line);
+bool IsBatchLine(const std::string& line);
 
 // The line with this error file, when it names a batch file and no error file; else empty. So it is
 // too where the library would read the longer line otherwise: a name that ends in a blank, a line
 // of more than the characters there may be.
-std::string with_error_file(const std::string& line, const std::string& error_file);
+std::string WithErrorFile(const std::string& line, const std::string& error_file);
 
-BatchRun run_batch_line(const std::string& line, Library& library, RegisterClient& client,
-                        const MemoryWatch* memory);
+BatchRun RunBatchLine(const std::string& line, Library& library, RegisterClient& client,
+                      const MemoryWatch* memory);
 
 // The failing lines of a batch with their texts, which are read from its file; place names the file
 // as it is shown.
-std::vector<FailedLine> failed_lines(const std::vector<BatchError>& errors, const std::string& file,
-                                     const std::string& place, const BatchRefusals& refusals);
+std::vector<FailedLine> FailedLines(const std::vector<BatchError>& errors, const std::string& file,
+                                    const std::string& place, const BatchRefusals& refusals);
 
-void report_failures(const std::vector<FailedLine>& failures, FailureReport& report);
+void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report);
 
 // Says that the failing lines are not known, if they are not; place is that of the "@" line.
-void tell_unknown_failures(const BatchRun& run, const std::string& place, Streams& streams);
+void TellUnknownFailures(const BatchRun& run, const std::string& place, Streams& streams);
 
 }  // namespace lorimat::console

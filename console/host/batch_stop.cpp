@@ -18,7 +18,7 @@
 namespace lorimat::console {
 namespace {
 
-bool reads_a_file(int descriptor) {
+bool ReadsAFile(int descriptor) {
   const int flags = fcntl(descriptor, F_GETFL);
   struct stat status;
   return flags >= 0 && (flags & O_ACCMODE) == O_RDONLY && fstat(descriptor, &status) == 0 &&
@@ -26,7 +26,7 @@ bool reads_a_file(int descriptor) {
 }
 
 // The descriptors that this process reads files by, in order.
-std::vector<int> reading_descriptors() {
+std::vector<int> ReadingDescriptors() {
   std::vector<int> descriptors;
   std::error_code error;
   for (std::filesystem::directory_iterator entry("/proc/self/fd", error), end;
@@ -34,7 +34,7 @@ std::vector<int> reading_descriptors() {
     const std::string name = entry->path().filename().string();
     int descriptor = -1;
     std::from_chars(name.data(), name.data() + name.size(), descriptor);
-    if (reads_a_file(descriptor)) descriptors.push_back(descriptor);
+    if (ReadsAFile(descriptor)) descriptors.push_back(descriptor);
   }
   std::sort(descriptors.begin(), descriptors.end());
   return descriptors;
@@ -44,22 +44,22 @@ std::vector<int> reading_descriptors() {
 
 BatchStop::BatchStop(RegisterClient& client, std::function<void(uint64_t)> progress)
     : client_(client), progress_(std::move(progress)) {
-  client_.on_line([this] { take_line(); });
+  client_.OnLine([this] { TakeLine(); });
 }
 
-BatchStop::~BatchStop() { client_.on_line(nullptr); }
+BatchStop::~BatchStop() { client_.OnLine(nullptr); }
 
 // The library traces the "@" line before it opens the file, and then each line of the file before
 // it runs.
-void BatchStop::take_line() {
+void BatchStop::TakeLine() {
   if (!in_file_) {
     in_file_ = true;
-    open_before_ = reading_descriptors();
+    open_before_ = ReadingDescriptors();
     return;
   }
   if (progress_) progress_(lines_);
   if (++lines_ == 1) {
-    const std::vector<int> now = reading_descriptors();
+    const std::vector<int> now = ReadingDescriptors();
     std::vector<int> opened;
     std::set_difference(now.begin(), now.end(), open_before_.begin(), open_before_.end(),
                         std::back_inserter(opened));

@@ -32,7 +32,7 @@ class BatchStop {
   uint64_t lines() const { return lines_; }
 
  private:
-  void take_line();
+  void TakeLine();
   bool end_file() const;
 
   RegisterClient& client_;

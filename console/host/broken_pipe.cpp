@@ -7,9 +7,9 @@
 
 namespace lorimat::console {
 
-bool ignore_broken_pipe() { return std::signal(SIGPIPE, SIG_IGN) == SIG_IGN; }
+bool IgnoreBrokenPipe() { return std::signal(SIGPIPE, SIG_IGN) == SIG_IGN; }
 
-void end_by_broken_pipe() {
+void EndByBrokenPipe() {
   std::signal(SIGPIPE, SIG_DFL);
   std::raise(SIGPIPE);
   std::_Exit(kExitReaderGone);  // the signal is blocked

@@ -17,7 +17,7 @@ constexpr std::string_view kPackedTimes[] = {"", "hhmm", "hhmmss"};
 using Numbers = std::array<int, kLetters.size()>;
 
 // Reads what stands at the beginning of the text in this form.
-bool read_form(std::string_view form, std::string_view text, Numbers* numbers) {
+bool ReadForm(std::string_view form, std::string_view text, Numbers* numbers) {
   if (text.size() < form.size()) return false;
   for (size_t i = 0; i < form.size(); ++i) {
     const char c = text[i];
@@ -32,7 +32,7 @@ bool read_form(std::string_view form, std::string_view text, Numbers* numbers) {
   return true;
 }
 
-std::optional<GivenDate> as_date(const Numbers& numbers, bool has_time) {
+std::optional<GivenDate> AsDate(const Numbers& numbers, bool has_time) {
   const auto [year, month, day, hour, minute, second] = numbers;
   if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
   const std::chrono::year_month_day date(std::chrono::year{year},
@@ -56,15 +56,15 @@ std::optional<GivenDate> as_date(const Numbers& numbers, bool has_time) {
 }
 
 template <size_t kDateForms, size_t kTimeForms>
-std::optional<GivenDate> read_forms(const std::string_view (&dates)[kDateForms],
-                                    const std::string_view (&times)[kTimeForms],
-                                    std::string_view text) {
+std::optional<GivenDate> ReadForms(const std::string_view (&dates)[kDateForms],
+                                   const std::string_view (&times)[kTimeForms],
+                                   std::string_view text) {
   for (const std::string_view date : dates) {
     for (const std::string_view time : times) {
       Numbers numbers = {};
-      if (text.size() == date.size() + time.size() && read_form(date, text, &numbers) &&
-          read_form(time, text.substr(date.size()), &numbers)) {
-        return as_date(numbers, !time.empty());
+      if (text.size() == date.size() + time.size() && ReadForm(date, text, &numbers) &&
+          ReadForm(time, text.substr(date.size()), &numbers)) {
+        return AsDate(numbers, !time.empty());
       }
     }
   }
@@ -73,9 +73,9 @@ std::optional<GivenDate> read_forms(const std::string_view (&dates)[kDateForms],
 
 }  // namespace
 
-std::optional<GivenDate> parse_date(std::string_view text) {
-  if (const auto given = read_forms(kDates, kTimes, text)) return given;
-  return read_forms(kPackedDates, kPackedTimes, text);
+std::optional<GivenDate> ParseDate(std::string_view text) {
+  if (const auto given = ReadForms(kDates, kTimes, text)) return given;
+  return ReadForms(kPackedDates, kPackedTimes, text);
 }
 
 }  // namespace lorimat::console

@@ -16,6 +16,6 @@ struct GivenDate {
 // YYYY-MM-DD, DD/MM/YYYY or DDMMYYYY, and behind it the time of the day, which may be left out:
 // HH:MM or HH:MM:SS behind a blank or a T, or HHMM and HHMMSS behind the eight digits. Nothing when
 // the text has none of these forms, or when there is no such day or time.
-std::optional<GivenDate> parse_date(std::string_view text);
+std::optional<GivenDate> ParseDate(std::string_view text);
 
 }  // namespace lorimat::console

@@ -42,19 +42,19 @@ class FailureReport {
   FailureReport(Streams& streams, const Language* language, bool wraps)
       : streams_(streams), language_(language), wraps_(wraps) {}
   // A bar to be taken away ahead of each line that is shown.
-  void set_progress(Progress* progress) { progress_ = progress; }
+  void SetProgress(Progress* progress) { progress_ = progress; }
 
-  void report(const FailedLine& failed);
+  void Report(const FailedLine& failed);
   // A line that was not given to the library, and why.
-  void report_not_run(const std::string& place, const std::string& why, std::string_view text);
+  void ReportNotRun(const std::string& place, const std::string& why, std::string_view text);
   // A text that belongs to no line.
-  void report_text(const std::string& place, const std::string& what);
+  void ReportText(const std::string& place, const std::string& what);
   // All of them.
   uint64_t count() const { return count_; }
 
   // A row for each code: how often, the code, the first line with it, and what it means. Nothing in
   // the bare form, or when no line failed.
-  void summarize();
+  void Summarize();
 
  private:
   struct Kind {
@@ -64,10 +64,10 @@ class FailureReport {
   };
 
   // Counts one more; whether it is to be shown.
-  bool take(long code, const std::string& place);
-  void show(const std::string& place, const std::string& heading, const std::string& what,
+  bool Take(long code, const std::string& place);
+  void Show(const std::string& place, const std::string& heading, const std::string& what,
             std::string_view text);
-  void explain(const FailedLine& failed);
+  void Explain(const FailedLine& failed);
   size_t columns() const { return wraps_ ? streams_.error_columns() : 0; }
 
   Streams& streams_;

@@ -19,14 +19,14 @@ namespace {
 // What the I/O callback hands over; the callback has no argument of the host's own.
 RtfClientInterface* offered_client = nullptr;
 
-long give_client(long code, long, char*, long, char*, long*, long* out) {
+long GiveClient(long code, long, char*, long, char*, long*, long* out) {
   if (code != ECRIOIC_GET_CLIENT_RT || out == nullptr) return -1;
   // The last argument is the address of an untyped pointer in the guise of a long*.
   *reinterpret_cast<void**>(out) = offered_client;
   return 0;
 }
 
-std::vector<char> mutable_copy(const std::string& text) {
+std::vector<char> MutableCopy(const std::string& text) {
   return {text.c_str(), text.c_str() + text.size() + 1};
 }
 
@@ -36,19 +36,19 @@ Library::Library(const std::string& file, Streams& streams) : streams_(streams) 
   // A name without a folder would be searched in the system's folders.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   if (access(path.c_str(), R_OK) != 0) {
-    throw Failure(tr("the library cannot be loaded: {}: {}", shown(file), system_message(errno)));
+    throw Failure(Tr("the library cannot be loaded: {}: {}", Shown(file), SystemMessage(errno)));
   }
   handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr) {
     // The loader speaks English to everybody.
     const char* cause = dlerror();
     throw Failure(
-        tr("the library cannot be loaded ({})", cause != nullptr ? shown(cause) : shown(file)));
+        Tr("the library cannot be loaded ({})", cause != nullptr ? Shown(cause) : Shown(file)));
   }
   try {
-    trad_init_ = reinterpret_cast<decltype(trad_init_)>(symbol("TradInit", file));
-    trad_close_ = reinterpret_cast<decltype(trad_close_)>(symbol("TradClose", file));
-    ecr_cmd_ = reinterpret_cast<decltype(ecr_cmd_)>(symbol("EcrCmd", file));
+    trad_init_ = reinterpret_cast<decltype(trad_init_)>(Symbol("TradInit", file));
+    trad_close_ = reinterpret_cast<decltype(trad_close_)>(Symbol("TradClose", file));
+    ecr_cmd_ = reinterpret_cast<decltype(ecr_cmd_)>(Symbol("EcrCmd", file));
   } catch (...) {
     dlclose(handle_);
     throw;
@@ -57,28 +57,28 @@ Library::Library(const std::string& file, Streams& streams) : streams_(streams) 
 
 Library::~Library() {
   trad_close_();
-  streams_.divert_errors();
+  streams_.DivertErrors();
   dlclose(handle_);
-  streams_.restore_errors();
+  streams_.RestoreErrors();
   offered_client = nullptr;
 }
 
-void* Library::symbol(const char* name, const std::string& file) {
+void* Library::Symbol(const char* name, const std::string& file) {
   void* address = dlsym(handle_, name);
   if (address == nullptr) {
-    throw Failure(tr("{}: is not the lorimatrt library: it lacks {}", shown(file), name));
+    throw Failure(Tr("{}: is not the lorimatrt library: it lacks {}", Shown(file), name));
   }
   return address;
 }
 
-int Library::init(const std::string& definition_file, RtfClientInterface* client) {
+int Library::Init(const std::string& definition_file, RtfClientInterface* client) {
   offered_client = client;
-  std::vector<char> path = mutable_copy(definition_file);
-  return trad_init_(path.data(), 0, nullptr, &give_client);
+  std::vector<char> path = MutableCopy(definition_file);
+  return trad_init_(path.data(), 0, nullptr, &GiveClient);
 }
 
-long Library::run_line(const std::string& line, std::string* answer) {
-  std::vector<char> command = mutable_copy(line);
+long Library::RunLine(const std::string& line, std::string* answer) {
+  std::vector<char> command = MutableCopy(line);
   // The library asks for 512 characters at least.
   std::array<char, 4096> result{};
   const long code = ecr_cmd_(command.data(), result.data());

@@ -23,13 +23,13 @@ class Library {
   // Hands the client over and reads the definition file. The client has to outlive this object.
   // Returns what TradInit answers: 0, or 2 when it refuses the definition file. The path may
   // have 79 characters; the library cuts a longer one.
-  int init(const std::string& definition_file, RtfClientInterface* client);
+  int Init(const std::string& definition_file, RtfClientInterface* client);
 
   // Runs a line and writes its answer's text. Returns 0 or a result code.
-  long run_line(const std::string& line, std::string* answer);
+  long RunLine(const std::string& line, std::string* answer);
 
  private:
-  void* symbol(const char* name, const std::string& file);
+  void* Symbol(const char* name, const std::string& file);
 
   Streams& streams_;
   void* handle_ = nullptr;

@@ -16,17 +16,17 @@ namespace {
 constexpr size_t kLibraryPathLimit = 79;  // of a definition file's path
 constexpr int kDefinitionRefused = 2;     // TradInit
 
-void tell_about_definition(const std::string& language, bool verbose,
-                           const DefinitionFile& definition, Streams& streams) {
+void TellAboutDefinition(const std::string& language, bool verbose,
+                         const DefinitionFile& definition, Streams& streams) {
   const bool overridden = !definition.installation_dir.empty();
   if (overridden && (!language.empty() || verbose)) {
-    tell_note(streams, tr("InstallationDir={} in the registry {} overrides {}: the definition "
-                          "file is {}",
-                          shown(definition.installation_dir), shown(definition.registry_file),
-                          language.empty() ? tr("the default") : "--language " + shown(language),
-                          shown(definition.path)));
+    TellNote(streams, Tr("InstallationDir={} in the registry {} overrides {}: the definition "
+                         "file is {}",
+                         Shown(definition.installation_dir), Shown(definition.registry_file),
+                         language.empty() ? Tr("the default") : "--language " + Shown(language),
+                         Shown(definition.path)));
   } else if (verbose) {
-    tell(streams, tr("definition file {}", shown(definition.path)));
+    Tell(streams, Tr("definition file {}", Shown(definition.path)));
   }
 }
 
@@ -34,21 +34,21 @@ void tell_about_definition(const std::string& language, bool verbose,
 
 // Hands the definition file to the library, having looked at it first: the library says only
 // "2", and takes merkelin.ini of the current directory when it cannot open the file.
-void start_library(const std::string& language, bool verbose, Library& library,
-                   RegisterClient& client, Streams& streams) {
-  const DefinitionFile definition = find_definition_file(language);
-  tell_about_definition(language, verbose, definition, streams);
+void StartLibrary(const std::string& language, bool verbose, Library& library,
+                  RegisterClient& client, Streams& streams) {
+  const DefinitionFile definition = FindDefinitionFile(language);
+  TellAboutDefinition(language, verbose, definition, streams);
   const bool overridden = !definition.installation_dir.empty();
   const std::string origin =
-      overridden ? tr(" (named by InstallationDir in the registry {}; set LORIMATRT_REGISTRY to "
+      overridden ? Tr(" (named by InstallationDir in the registry {}; set LORIMATRT_REGISTRY to "
                       "another file to leave it out)",
-                      shown(definition.registry_file))
+                      Shown(definition.registry_file))
                  : "";
   DefinitionReport report;
   try {
-    report = inspect_definition(definition.path);
+    report = InspectDefinition(definition.path);
   } catch (const Failure& failure) {
-    throw Failure(tr("definition file {}", failure.what()) + origin);
+    throw Failure(Tr("definition file {}", failure.what()) + origin);
   }
   // The library cuts a longer path. A host's own can be named shorter, by its descriptor; the
   // registry's cannot.
@@ -56,25 +56,25 @@ void start_library(const std::string& language, bool verbose, Library& library,
   Descriptor open_file;
   if (path.size() > kLibraryPathLimit) {
     if (overridden) {
-      throw Failure(tr(
+      throw Failure(Tr(
           "definition file {}: its path is longer than the {} characters that the library takes{}",
-          shown(path), kLibraryPathLimit, origin));
+          Shown(path), kLibraryPathLimit, origin));
     }
     open_file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     path = fmt::format("/proc/self/fd/{}", open_file.get());
   }
-  const int code = library.init(path, client.client());
+  const int code = library.Init(path, client.client());
   if (code != 0) {
     const std::string cause = code == kDefinitionRefused && report.fault_line != 0
                                   ? fmt::format(":{}: {}", report.fault_line, report.fault)
-                                  : tr(": the library answered {}", code);
-    throw Failure(tr("definition file {}", shown(definition.path)) + cause + origin);
+                                  : Tr(": the library answered {}", code);
+    throw Failure(Tr("definition file {}", Shown(definition.path)) + cause + origin);
   }
   if (report.commands == 0) {
-    tell_warning(streams,
-                 tr("definition file {} names no commands (section [OPCOD]), so every line will "
-                    "fail{}",
-                    shown(definition.path), origin));
+    TellWarning(streams,
+                Tr("definition file {} names no commands (section [OPCOD]), so every line will "
+                   "fail{}",
+                   Shown(definition.path), origin));
   }
 }
 

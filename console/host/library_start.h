@@ -12,7 +12,7 @@ namespace lorimat::console {
 // Hands client and definition file to the library. `language` is the option --language, or empty.
 // Tells on standard error when the registry overrides it, or, with verbose, which file it is.
 // Throws Failure with the cause when the library refuses the file.
-void start_library(const std::string& language, bool verbose, Library& library,
-                   RegisterClient& client, Streams& streams);
+void StartLibrary(const std::string& language, bool verbose, Library& library,
+                  RegisterClient& client, Streams& streams);
 
 }  // namespace lorimat::console

@@ -4,9 +4,9 @@
 
 namespace lorimat::console {
 
-std::string LineHints::take(const SourceLine& line, const std::string& place, bool colours) {
+std::string LineHints::Take(const SourceLine& line, const std::string& place, bool colours) {
   found_ = Findings();
-  check_.take(line);
+  check_.Take(line);
   std::string text;
   for (Finding& finding : found_.sorted()) {
     // What a check refuses the library took: an "@" line. What stands at another line is of a
@@ -19,8 +19,8 @@ std::string LineHints::take(const SourceLine& line, const std::string& place, bo
     if (told > kShown) continue;
     finding.line = 0;
     if (place.empty()) finding.column = 0;
-    text += finding_text(place, finding, colours);
-    if (told == kShown) text += tr("(further lines like this one are not told of)") + "\n";
+    text += FindingText(place, finding, colours);
+    if (told == kShown) text += Tr("(further lines like this one are not told of)") + "\n";
   }
   return text;
 }

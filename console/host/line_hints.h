@@ -24,7 +24,7 @@ class LineHints {
   // Of a line that was answered with 0, each as "PLACE:COLUMN: warning: ..." with the line and a
   // caret below it; without a place, where the line stands right above, the sentence alone. Empty
   // for a line without a trap, and behind the kShown-th one of a rule, which says so.
-  std::string take(const SourceLine& line, const std::string& place, bool colours);
+  std::string Take(const SourceLine& line, const std::string& place, bool colours);
 
  private:
   Findings found_;

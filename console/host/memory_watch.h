@@ -25,22 +25,22 @@ class MemoryWatch {
 
   // The library has answered the line that was sent. A batch is followed line by line, by what the
   // register shows between them: their answers are not seen.
-  void answered(const std::string& line, long code);
+  void Answered(const std::string& line, long code);
 
   TranslatorMemory::NextSale next_sale() const { return memory_.next_sale(); }
   // Whether a sale now would find no receipt and open none.
-  bool sale_is_lost() const { return memory_.sale_is_lost(ready()); }
+  bool sale_is_lost() const { return memory_.SaleIsLost(ready()); }
   // The same ahead of the line that runs, or ran last.
   bool sale_was_lost() const { return was_lost_; }
   // Why that line was answered with this code, and the way out, for a person; empty when a sale
   // was not lost.
-  std::string lost_sale_reason(bool was_lost, long code) const;
+  std::string LostSaleReason(bool was_lost, long code) const;
   // For a person, in the words of the definition file: "CLEAR, CHIU or RESPRN".
   std::string ways_out() const;
 
  private:
-  void take(std::string_view line);
-  void settle(std::optional<long> code);
+  void Take(std::string_view line);
+  void Settle(std::optional<long> code);
   bool ready() const;
 
   const Language& language_;

@@ -10,28 +10,28 @@
 
 namespace lorimat::console {
 
-std::string open_document_fate(const lorimat::VirtualRegister& device, bool kept) {
-  if (!kept) return tr("It is gone with the shell.");
+std::string OpenDocumentFate(const lorimat::VirtualRegister& device, bool kept) {
+  if (!kept) return Tr("It is gone with the shell.");
   const int state = device.printer_state();
   const bool unpaid =
       state == RTF_FPTR_PS_FISCAL_RECEIPT || state == RTF_FPTR_PS_FISCAL_RECEIPT_TOTAL;
   if (unpaid && !device.training()) {
-    return tr("It is not paid: the next start of the register voids it.");
+    return Tr("It is not paid: the next start of the register voids it.");
   }
-  return tr("The next start of the register ends it.");
+  return Tr("The next start of the register ends it.");
 }
 
-void tell_open_document(const std::string& register_file, const std::string& words,
-                        const std::string& ended, Streams& streams) {
+void TellOpenDocument(const std::string& register_file, const std::string& words,
+                      const std::string& ended, Streams& streams) {
   if (words.empty()) return;
   if (register_file.empty()) {
-    tell_note(streams, tr("{} ends, and {}: it is gone with the register in memory", ended, words));
+    TellNote(streams, Tr("{} ends, and {}: it is gone with the register in memory", ended, words));
     return;
   }
   const lorimat::RegisterStatus status = lorimat::RegisterFile(register_file).Status();
   if (!status.open_document) return;
-  tell_note(streams,
-            tr("{} keeps {}", shown(register_file), open_document_text(*status.open_document)));
+  TellNote(streams,
+           Tr("{} keeps {}", Shown(register_file), OpenDocumentText(*status.open_document)));
 }
 
 }  // namespace lorimat::console

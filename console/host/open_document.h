@@ -13,12 +13,12 @@ namespace lorimat::console {
 
 // Of the document that is open now, in a sentence. `kept` says that the register is kept in a file;
 // one in memory is gone with the shell.
-std::string open_document_fate(const lorimat::VirtualRegister& device, bool kept);
+std::string OpenDocumentFate(const lorimat::VirtualRegister& device, bool kept);
 
 // Once the register has been switched off: a note of what its file holds now or, where it was in
-// memory, that the document is gone. `words` are those of open_document_words from before, nothing
+// memory, that the document is gone. `words` are those of OpenDocumentWords from before, nothing
 // being told when they are empty; `ended` names what came to its end.
-void tell_open_document(const std::string& register_file, const std::string& words,
-                        const std::string& ended, Streams& streams);
+void TellOpenDocument(const std::string& register_file, const std::string& words,
+                      const std::string& ended, Streams& streams);
 
 }  // namespace lorimat::console

@@ -17,11 +17,11 @@ namespace lorimat::console {
 namespace {
 
 // The folder of the running program, without a slash at its end.
-std::string program_folder() {
+std::string ProgramFolder() {
   std::array<char, 4097> path{};
   const ssize_t length = readlink("/proc/self/exe", path.data(), path.size() - 1);
   if (length < 0) {
-    throw Failure(tr("cannot find the folder of the program: {}", system_message(errno)));
+    throw Failure(Tr("cannot find the folder of the program: {}", SystemMessage(errno)));
   }
   const std::string program(path.data(), static_cast<size_t>(length));
   const size_t slash = program.rfind('/');
@@ -29,32 +29,32 @@ std::string program_folder() {
 }
 
 // The folder above the program's: that of the build or of the installation.
-std::string tree_folder() {
-  const std::string folder = program_folder();
+std::string TreeFolder() {
+  const std::string folder = ProgramFolder();
   const size_t slash = folder.rfind('/');
   return folder.substr(0, slash == std::string::npos ? 0 : slash);
 }
 
 }  // namespace
 
-std::string find_library(const std::string& given) {
+std::string FindLibrary(const std::string& given) {
   if (!given.empty()) return given;
-  const std::string tree = tree_folder();
+  const std::string tree = TreeFolder();
   const std::string beside = tree + "/lib/liblorimatrt.so";
   if (access(beside.c_str(), F_OK) == 0) return beside;
   const std::string installed = tree + "/" + LORIMAT_LIBRARY_FOLDER + "/liblorimatrt.so";
   if (access(installed.c_str(), F_OK) == 0) return installed;
   throw Failure(
-      tr("the library is not beside the program: neither {} nor {} exists; name it with --library",
+      Tr("the library is not beside the program: neither {} nor {} exists; name it with --library",
          beside, installed));
 }
 
-std::string find_examples() {
-  const std::string installed = tree_folder() + "/share/lorimat/examples";
+std::string FindExamples() {
+  const std::string installed = TreeFolder() + "/share/lorimat/examples";
   return access(installed.c_str(), F_OK) == 0 ? installed : "examples";
 }
 
-DefinitionFile find_definition_file(const std::string& given) {
+DefinitionFile FindDefinitionFile(const std::string& given) {
   DefinitionFile file;
   // The library's own reading of the registry, with its own limit of 80 bytes: a longer
   // InstallationDir counts as missing.
@@ -62,21 +62,21 @@ DefinitionFile find_definition_file(const std::string& given) {
   std::array<char, 80> directory{};
   uint32_t size = directory.size();
   if (key.is_open() &&
-      key.query("InstallationDir", directory.data(), &size) == platform::kRegistrySuccess) {
+      key.Query("InstallationDir", directory.data(), &size) == platform::kRegistrySuccess) {
     directory.back() = 0;
     file.installation_dir = directory.data();
     const char* registry = std::getenv("LORIMATRT_REGISTRY");
     file.registry_file = registry != nullptr ? registry : "/etc/lorimatrt/registry.ini";
-    const char separator = platform::path_separator();
+    const char separator = platform::PathSeparator();
     file.path = file.installation_dir + separator + "Drivers" + separator + "MERKELIN.INI";
     return file;
   }
-  file.path = given.empty() ? tree_folder() + "/share/lorimat/merkelin.ini" : given;
+  file.path = given.empty() ? TreeFolder() + "/share/lorimat/merkelin.ini" : given;
   return file;
 }
 
-std::string definition_path(const std::string& given) {
-  return given.empty() ? find_definition_file("").path : given;
+std::string DefinitionPath(const std::string& given) {
+  return given.empty() ? FindDefinitionFile("").path : given;
 }
 
 }  // namespace lorimat::console

@@ -7,11 +7,11 @@ namespace lorimat::console {
 
 // The shared library: the given file, or the one found beside the program (../lib, or the
 // folder it is installed in) when the text is empty. Throws Failure naming the places searched.
-std::string find_library(const std::string& given);
+std::string FindLibrary(const std::string& given);
 
 // The folder of the examples of an installed program, ../share/lorimat/examples; where there is
 // none, that of the sources.
-std::string find_examples();
+std::string FindExamples();
 
 // The definition file that the library is going to read.
 struct DefinitionFile {
@@ -24,9 +24,9 @@ struct DefinitionFile {
 
 // The definition file: what the registry says, else the given file, else the one found beside
 // the program (../share/lorimat/merkelin.ini).
-DefinitionFile find_definition_file(const std::string& given);
+DefinitionFile FindDefinitionFile(const std::string& given);
 
 // The definition file of the option --language or, without it, the one that a host would read.
-std::string definition_path(const std::string& given);
+std::string DefinitionPath(const std::string& given);
 
 }  // namespace lorimat::console

@@ -27,16 +27,16 @@
 namespace lorimat::console {
 namespace {
 
-lorimat::RegisterSettings settings_for(const std::string& clock, const std::string& file) {
+lorimat::RegisterSettings SettingsFor(const std::string& clock, const std::string& file) {
   lorimat::RegisterSettings settings;
   settings.file = file;
   if (clock.empty()) return settings;
-  const std::optional<GivenDate> given = parse_date(clock);
+  const std::optional<GivenDate> given = ParseDate(clock);
   // A till whose clock stands at midnight by a slip would put its receipts on a wrong day.
   if (!given || !given->has_time) {
     throw Failure(
-        tr("--clock {}: is no date and time, such as YYYY-MM-DD HH:MM or DD/MM/YYYY HH:MM",
-           shown(clock)));
+        Tr("--clock {}: is no date and time, such as YYYY-MM-DD HH:MM or DD/MM/YYYY HH:MM",
+           Shown(clock)));
   }
   settings.clock = [fixed = given->time] { return fixed; };
   return settings;
@@ -56,7 +56,7 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
     VirtualRegister::LogTrace(line);
     Collect();
     if (line == nullptr) return;
-    streams_.trace(shown(line));
+    streams_.Trace(Shown(line));
     constexpr std::string_view kCommand = "TradEcr Cmd<";
     if (std::string_view(line).substr(0, kCommand.size()) != kCommand) return;
     if (on_line_) on_line_();
@@ -65,11 +65,11 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
 
   void LogError(const char* line) override {
     VirtualRegister::LogError(line);
-    if (line != nullptr) streams_.trace(shown(line));
+    if (line != nullptr) streams_.Trace(Shown(line));
   }
 
-  void set_on_line(std::function<void()> callback) { on_line_ = std::move(callback); }
-  void set_on_command(std::function<void(std::string_view)> callback) {
+  void SetOnLine(std::function<void()> callback) { on_line_ = std::move(callback); }
+  void SetOnCommand(std::function<void(std::string_view)> callback) {
     on_command_ = std::move(callback);
   }
 
@@ -109,23 +109,23 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
 RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
                                Streams& streams)
     : file_(register_file) {
-  if (!file_.empty()) require_register_name(file_);
+  if (!file_.empty()) RequireRegisterName(file_);
   struct stat status;
   const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
-  device_ = std::make_unique<Device>(settings_for(clock, file_), streams);
-  if (made) tell_note(streams, tr("{}: a new register was made", shown(file_)));
+  device_ = std::make_unique<Device>(SettingsFor(clock, file_), streams);
+  if (made) TellNote(streams, Tr("{}: a new register was made", Shown(file_)));
   const std::optional<lorimat::CutOffDocument>& cut_off = device_->cut_off();
   if (cut_off) {
-    tell_note(streams, fmt::format("{}: {}", shown(file_), ended_document_text(*cut_off)));
+    TellNote(streams, fmt::format("{}: {}", Shown(file_), EndedDocumentText(*cut_off)));
   }
   if (const std::optional<lorimat::UnansweredDocument>& last = device_->unanswered()) {
-    tell_note(streams, fmt::format("{}: {}", shown(file_), unanswered_document_text(*last)));
+    TellNote(streams, fmt::format("{}: {}", Shown(file_), UnansweredDocumentText(*last)));
   }
   if (const std::optional<lorimat::ClockBehind>& behind = device_->clock_behind()) {
     lorimat::Refusal refusal;
     refusal.cause = lorimat::RefusalCause::kClockBehind;
     refusal.numbers = {behind->now, behind->latest};
-    tell_note(streams, fmt::format("{}: {}", shown(file_), refusal_text(refusal)));
+    TellNote(streams, fmt::format("{}: {}", Shown(file_), RefusalText(refusal)));
   }
 }
 
@@ -141,46 +141,46 @@ const lorimat::VirtualRegister& RegisterClient::device() const { return *device_
 lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
 
 std::string RegisterClient::last_failure() const {
-  return register_message(device_->last_failure());
+  return RegisterMessage(device_->last_failure());
 }
 
 uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }
 
 const lorimat::Refusal& RegisterClient::last_refusal() const { return device_->last_refusal(); }
 
-std::string RegisterClient::reason(const lorimat::Refusal& refusal, long code) const {
+std::string RegisterClient::Reason(const lorimat::Refusal& refusal, long code) const {
   // For the library every refused key is a wrong state. A line may go on behind a refusal, and fail
   // for something else.
   const int result = refusal.by_key ? RTF_EFPTR_WRONG_STATE : refusal.code;
-  if (result == RTF_SUCCESS || !comes_from(code, result)) return {};
+  if (result == RTF_SUCCESS || !ComesFrom(code, result)) return {};
   if (refusal.cause == lorimat::RefusalCause::kNotKept && !last_failure().empty()) {
-    return tr("The register could not store it, and nothing was changed: {}.", last_failure());
+    return Tr("The register could not store it, and nothing was changed: {}.", last_failure());
   }
-  return refusal_text(refusal);
+  return RefusalText(refusal);
 }
 
-std::string RegisterClient::reason_since(uint64_t refusals_before, long code) const {
-  return refusals() == refusals_before ? std::string() : reason(last_refusal(), code);
+std::string RegisterClient::ReasonSince(uint64_t refusals_before, long code) const {
+  return refusals() == refusals_before ? std::string() : Reason(last_refusal(), code);
 }
 
 const lorimat::Paper& RegisterClient::printed() const { return device_->Printed(); }
 
 std::string RegisterClient::paper() const { return device_->Printed().text(); }
 
-std::string RegisterClient::paper_png(const lorimat::PictureProgress& progress) const {
+std::string RegisterClient::PaperPng(const lorimat::PictureProgress& progress) const {
   return lorimat::RenderPng(device_->Printed(), progress);
 }
 
-std::string RegisterClient::paper_pdf(const lorimat::PictureProgress& progress) const {
+std::string RegisterClient::PaperPdf(const lorimat::PictureProgress& progress) const {
   return lorimat::RenderPdf(device_->Printed(), progress);
 }
 
-void RegisterClient::on_line(std::function<void()> callback) {
-  device_->set_on_line(std::move(callback));
+void RegisterClient::OnLine(std::function<void()> callback) {
+  device_->SetOnLine(std::move(callback));
 }
 
-void RegisterClient::on_command(std::function<void(std::string_view)> callback) {
-  device_->set_on_command(std::move(callback));
+void RegisterClient::OnCommand(std::function<void(std::string_view)> callback) {
+  device_->SetOnCommand(std::move(callback));
 }
 
 }  // namespace lorimat::console

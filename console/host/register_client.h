@@ -44,23 +44,23 @@ class RegisterClient {
   const lorimat::Refusal& last_refusal() const;
   // Why the register refused, in a sentence, when that led to this code of the library; empty when
   // it did not, or the reason is not known.
-  std::string reason(const lorimat::Refusal& refusal, long code) const;
+  std::string Reason(const lorimat::Refusal& refusal, long code) const;
   // The same of the last one, if it is not among the first so many.
-  std::string reason_since(uint64_t refusals_before, long code) const;
+  std::string ReasonSince(uint64_t refusals_before, long code) const;
   // Everything printed since the register was switched on; the text has a line feed behind each
   // line.
   const lorimat::Paper& printed() const;
   std::string paper() const;
   // The same drawn, as the content of a PNG or PDF file. Throws lorimat::PictureError and
   // lorimat::PictureStopped.
-  std::string paper_png(const lorimat::PictureProgress& progress) const;
-  std::string paper_pdf(const lorimat::PictureProgress& progress) const;
+  std::string PaperPng(const lorimat::PictureProgress& progress) const;
+  std::string PaperPdf(const lorimat::PictureProgress& progress) const;
 
   // Called for each command line that reaches the translator; null ends that.
-  void on_line(std::function<void()> callback);
+  void OnLine(std::function<void()> callback);
   // The same with the line as the translator traces it: a '>' stands behind it, and of a long line
   // the end is missing, with that sign.
-  void on_command(std::function<void(std::string_view)> callback);
+  void OnCommand(std::function<void(std::string_view)> callback);
 
  private:
   class Device;

@@ -19,9 +19,9 @@ int FollowRegister(lorimat::RegisterFile& file, const std::string& name,
           if (!more) {
             const RegisterFile::News news = file.Look();
             if (news == RegisterFile::News::kGone) {
-              tell_note(streams, tr("{}: is not there any more, or is another file by now: nothing "
-                                    "more can come",
-                                    shown(name)));
+              TellNote(streams, Tr("{}: is not there any more, or is another file by now: nothing "
+                                   "more can come",
+                                   Shown(name)));
               return {.ended = true};
             }
             if (news == RegisterFile::News::kNone && !due) return {};

@@ -11,37 +11,37 @@
 
 namespace lorimat::console {
 
-CLI::Option* add_register_option(CLI::App* command, std::string* file) {
-  return command->add_option("--register", *file, tr("The register's file"))
+CLI::Option* AddRegisterOption(CLI::App* command, std::string* file) {
+  return command->add_option("--register", *file, Tr("The register's file"))
       ->type_name("FILE")
       ->envname("LORIMAT_REGISTER");
 }
 
-void add_language_options(CLI::App* command, std::string* language, std::string* library) {
+void AddLanguageOptions(CLI::App* command, std::string* language, std::string* library) {
   command
       ->add_option("--language", *language,
-                   tr("Definition file with the words of the language (default: the merkelin.ini "
+                   Tr("Definition file with the words of the language (default: the merkelin.ini "
                       "beside the program)"))
       ->type_name("FILE");
   command
       ->add_option("--library", *library,
-                   tr("The shared library (default: liblorimatrt.so beside the program)"))
+                   Tr("The shared library (default: liblorimatrt.so beside the program)"))
       ->type_name("FILE")
       ->envname("LORIMAT_LIBRARY");
 }
 
-void add_paper_option(CLI::App* command, std::string* file, const std::string& description) {
+void AddPaperOption(CLI::App* command, std::string* file, const std::string& description) {
   command->add_option("--paper,--output", *file, description)->type_name("FILE");
 }
 
-void require_register_name(const std::string& file) {
+void RequireRegisterName(const std::string& file) {
   if (file == "-") {
-    throw Failure(tr("--register -: standard input is no register; a file of this name is ./-"));
+    throw Failure(Tr("--register -: standard input is no register; a file of this name is ./-"));
   }
   const size_t slash = file.rfind('/');
   if (slash == std::string::npos) return;
   const auto refuse = [&file](int cause) {
-    throw Failure(tr("{}: cannot be opened: {}", shown(file), system_message(cause)));
+    throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(cause)));
   };
   struct stat status;
   const std::string folder = file.substr(0, slash + 1);
@@ -50,33 +50,33 @@ void require_register_name(const std::string& file) {
   if (name.empty() || name == "." || name == "..") refuse(EISDIR);
 }
 
-const std::string& require_register(const std::string& file, bool set_up) {
+const std::string& RequireRegister(const std::string& file, bool set_up) {
   if (file.empty()) {
     throw Failure(
-        tr("which register? Name its file with --register FILE or in the environment variable "
+        Tr("which register? Name its file with --register FILE or in the environment variable "
            "LORIMAT_REGISTER"));
   }
-  require_register_name(file);
+  RequireRegisterName(file);
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
     const int cause = errno;
     if (cause == ENOENT && set_up) {
-      throw Failure(tr("{}: there is no such register; \"lorimat init {}\" makes one", shown(file),
-                       shown(file)));
+      throw Failure(Tr("{}: there is no such register; \"lorimat init {}\" makes one", Shown(file),
+                       Shown(file)));
     }
     if (cause == ENOENT) {
       throw Failure(
-          tr("{}: there is no such register; \"lorimat run --register {} FILE\" makes one",
-             shown(file), shown(file)));
+          Tr("{}: there is no such register; \"lorimat run --register {} FILE\" makes one",
+             Shown(file), Shown(file)));
     }
-    throw Failure(tr("{}: the register cannot be reached: {}", shown(file), system_message(cause)));
+    throw Failure(Tr("{}: the register cannot be reached: {}", Shown(file), SystemMessage(cause)));
   }
   return file;
 }
 
-void refuse_empty_texts(CLI::App* command) {
+void RefuseEmptyTexts(CLI::App* command) {
   const CLI::Validator given(
-      [](const std::string& text) { return text.empty() ? tr("must not be empty") : ""; }, "");
+      [](const std::string& text) { return text.empty() ? Tr("must not be empty") : ""; }, "");
   for (CLI::Option* option : command->get_options()) {
     if (option->get_items_expected_max() > 0) option->check(given);
   }

@@ -12,26 +12,26 @@ class Option;
 namespace lorimat::console {
 
 // Adds --register; without it the environment variable LORIMAT_REGISTER names the file.
-CLI::Option* add_register_option(CLI::App* command, std::string* file);
+CLI::Option* AddRegisterOption(CLI::App* command, std::string* file);
 
 // Adds --language and --library, for commands that set the library to work.
-void add_language_options(CLI::App* command, std::string* language, std::string* library);
+void AddLanguageOptions(CLI::App* command, std::string* language, std::string* library);
 
 // Adds --paper, which names the file of the paper's text, and its older name --output, which no
 // help shows.
-void add_paper_option(CLI::App* command, std::string* file, const std::string& description);
+void AddPaperOption(CLI::App* command, std::string* file, const std::string& description);
 
 // Throws Failure when the text cannot name a register's file, be it there or not: "-", a name in a
 // folder that is not there, and a folder's ("shop.register/"). The database would read some of them
 // as another name.
-void require_register_name(const std::string& file);
+void RequireRegisterName(const std::string& file);
 
 // The file that was named. Throws Failure, with a hint, when none was, or when nothing is there:
 // these commands make no register. The hint for one that is to be set up is "init".
-const std::string& require_register(const std::string& file, bool set_up = false);
+const std::string& RequireRegister(const std::string& file, bool set_up = false);
 
 // Lets no option of the command take an empty text: an unset variable of a script must not pass
 // for an option left out.
-void refuse_empty_texts(CLI::App* command);
+void RefuseEmptyTexts(CLI::App* command);
 
 }  // namespace lorimat::console

@@ -9,32 +9,32 @@
 namespace lorimat::console {
 namespace {
 
-std::string when_text(const lorimat::Fault& fault) {
+std::string WhenText(const lorimat::Fault& fault) {
   const bool any = !fault.operation;
   const std::string_view operation =
       any ? std::string_view() : ClientOperationName(*fault.operation);
   switch (fault.when) {
     case lorimat::FaultWhen::kNext:
-      return any ? tr("at the next operation") : tr("at the next {}", operation);
+      return any ? Tr("at the next operation") : Tr("at the next {}", operation);
     case lorimat::FaultWhen::kNth:
-      return any ? tr("at operation {} from now", fault.count)
-                 : tr("at {} number {} from now", operation, fault.count);
+      return any ? Tr("at operation {} from now", fault.count)
+                 : Tr("at {} number {} from now", operation, fault.count);
     case lorimat::FaultWhen::kEvery:
-      return any ? tr("at every operation") : tr("at every {}", operation);
+      return any ? Tr("at every operation") : Tr("at every {}", operation);
     case lorimat::FaultWhen::kTimes:
-      return any ? tr("at the next operations, {} times", fault.count)
-                 : tr("at the next {}, {} times", operation, fault.count);
+      return any ? Tr("at the next operations, {} times", fault.count)
+                 : Tr("at the next {}, {} times", operation, fault.count);
   }
   return {};
 }
 
 }  // namespace
 
-std::string fault_text(const lorimat::Fault& fault) {
-  return fmt::format("{} ({}), {}", shown(fault.name), fault.code, when_text(fault));
+std::string FaultText(const lorimat::Fault& fault) {
+  return fmt::format("{} ({}), {}", Shown(fault.name), fault.code, WhenText(fault));
 }
 
-Json faults_json(const lorimat::FaultPlan& plan) {
+Json FaultsJson(const lorimat::FaultPlan& plan) {
   Json faults = Json::array();
   for (const lorimat::Fault& fault : plan.faults()) {
     Json json = {

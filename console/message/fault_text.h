@@ -9,8 +9,8 @@
 namespace lorimat::console {
 
 // "paper-end at the 3rd next operation of PrintRecItem (203)".
-std::string fault_text(const lorimat::Fault& fault);
+std::string FaultText(const lorimat::Fault& fault);
 
-Json faults_json(const lorimat::FaultPlan& plan);
+Json FaultsJson(const lorimat::FaultPlan& plan);
 
 }  // namespace lorimat::console

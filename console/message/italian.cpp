@@ -6,7 +6,7 @@ namespace lorimat::console {
 namespace {
 
 // Messages of more than one job, and of those without a file of their own.
-std::span<const ItalianText> general_texts() {
+std::span<const ItalianText> GeneralTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"{}: no folder for the error file: {}", "{}: nessuna cartella per il file degli errori: {}"},
       {"{}: --batch cannot run a file whose name has capital letters: the library lower-cases the "
@@ -155,11 +155,11 @@ std::span<const ItalianText> general_texts() {
 
 }  // namespace
 
-std::vector<std::span<const ItalianText>> italian_texts() {
-  return {general_texts(),         italian_backup_texts(),   italian_check_texts(),
-          italian_codes_texts(),   italian_help_texts(),     italian_register_texts(),
-          italian_journal_texts(), italian_messages_texts(), italian_examples_texts(),
-          italian_shell_texts(),   italian_traps_texts(),    italian_refusal_texts(),
+std::vector<std::span<const ItalianText>> ItalianTexts() {
+  return {GeneralTexts(),        ItalianBackupTexts(),   ItalianCheckTexts(),
+          ItalianCodesTexts(),   ItalianHelpTexts(),     ItalianRegisterTexts(),
+          ItalianJournalTexts(), ItalianMessagesTexts(), ItalianExamplesTexts(),
+          ItalianShellTexts(),   ItalianTrapsTexts(),    ItalianRefusalTexts(),
           ItalianSetupTexts()};
 }
 

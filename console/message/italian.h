@@ -13,20 +13,20 @@ struct ItalianText {
 };
 
 // In no order.
-std::vector<std::span<const ItalianText>> italian_texts();
+std::vector<std::span<const ItalianText>> ItalianTexts();
 
 // The parts of it.
-std::span<const ItalianText> italian_backup_texts();
-std::span<const ItalianText> italian_check_texts();
-std::span<const ItalianText> italian_codes_texts();
-std::span<const ItalianText> italian_help_texts();
-std::span<const ItalianText> italian_journal_texts();
-std::span<const ItalianText> italian_refusal_texts();
-std::span<const ItalianText> italian_register_texts();
-std::span<const ItalianText> italian_messages_texts();
-std::span<const ItalianText> italian_examples_texts();
+std::span<const ItalianText> ItalianBackupTexts();
+std::span<const ItalianText> ItalianCheckTexts();
+std::span<const ItalianText> ItalianCodesTexts();
+std::span<const ItalianText> ItalianHelpTexts();
+std::span<const ItalianText> ItalianJournalTexts();
+std::span<const ItalianText> ItalianRefusalTexts();
+std::span<const ItalianText> ItalianRegisterTexts();
+std::span<const ItalianText> ItalianMessagesTexts();
+std::span<const ItalianText> ItalianExamplesTexts();
 std::span<const ItalianText> ItalianSetupTexts();
-std::span<const ItalianText> italian_shell_texts();
-std::span<const ItalianText> italian_traps_texts();
+std::span<const ItalianText> ItalianShellTexts();
+std::span<const ItalianText> ItalianTrapsTexts();
 
 }  // namespace lorimat::console

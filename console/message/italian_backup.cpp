@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // The backup of a register's tables, and its way back.
-std::span<const ItalianText> italian_backup_texts() {
+std::span<const ItalianText> ItalianBackupTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"{}: there is no such folder; \"lorimat backup {}\" makes one",
        "{}: questa cartella non c'è; \"lorimat backup {}\" la crea"},

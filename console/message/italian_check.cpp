@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // What a check finds. A "voce" is a row or an entry of a definition file, a "riga" a line.
-std::span<const ItalianText> italian_check_texts() {
+std::span<const ItalianText> ItalianCheckTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {" and others", " e altri"},
       {"a batch does not run inside a batch", "un batch non si può eseguire dentro un batch"},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // What result codes are and what causes them.
-std::span<const ItalianText> italian_codes_texts() {
+std::span<const ItalianText> ItalianCodesTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"state and file errors of the translator", "errori di stato e di file del traduttore"},
       {"syntax and command errors", "errori di sintassi e di comando"},

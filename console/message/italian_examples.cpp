@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // The examples and exit codes behind each command's options.
-std::span<const ItalianText> italian_examples_texts() {
+std::span<const ItalianText> ItalianExamplesTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {R"(Examples:
   lorimat run examples/receipt.cmd

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // The help of the command line, and what is wrong with one.
-std::span<const ItalianText> italian_help_texts() {
+std::span<const ItalianText> ItalianHelpTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"A subcommand is required", "Manca il sottocomando"},
       {"no subcommand is called '{}'", "nessun sottocomando si chiama '{}'"},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // What the check of a journal finds.
-std::span<const ItalianText> italian_journal_texts() {
+std::span<const ItalianText> ItalianJournalTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"the file is damaged ({text})", "il file è danneggiato ({text})"},
       {"file: a row of {text} belongs to nothing",

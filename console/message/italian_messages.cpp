@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // What the register says of failures.
-std::span<const ItalianText> italian_messages_texts() {
+std::span<const ItalianText> ItalianMessagesTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"the register's file has no name", "il file del registratore non ha un nome"},
       {"no regular file", "non è un file normale"},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // Why the register refused.
-std::span<const ItalianText> italian_refusal_texts() {
+std::span<const ItalianText> ItalianRefusalTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"The key is at {}: documents are begun with it at position 1, registering.",
        "La chiave è in {}: i documenti si aprono con la chiave in posizione 1, registrazione."},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // The commands that look at a register's file, and its faults.
-std::span<const ItalianText> italian_register_texts() {
+std::span<const ItalianText> ItalianRegisterTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       // The option, and the file.
       {"The register's file", "Il file del registratore"},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // The shell.
-std::span<const ItalianText> italian_shell_texts() {
+std::span<const ItalianText> ItalianShellTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"Take lines from a terminal, or a pipe, and show answers and paper",
        "Prende righe da un terminale, o da una pipe, e mostra risposte e carta"},

@@ -5,7 +5,7 @@
 namespace lorimat::console {
 
 // Lines that the library understands otherwise than they read.
-std::span<const ItalianText> italian_traps_texts() {
+std::span<const ItalianText> ItalianTrapsTexts() {
   static constexpr auto kTexts = std::to_array<ItalianText>({
       {"; write {}", "; si scriva {}"},
       {"a comma ends field {0}, and '{1}' is taken for the name of the next one; decimals "

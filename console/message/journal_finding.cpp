@@ -139,10 +139,10 @@ constexpr DocumentName kDocumentNames[] = {
 };
 
 // "receipt 0001-0005".
-std::string name_of(const lorimat::Finding& finding) {
-  std::string_view name = translated(TR_TEXT("document"));
+std::string NameOf(const lorimat::Finding& finding) {
+  std::string_view name = Translated(TR_TEXT("document"));
   for (const DocumentName& row : kDocumentNames) {
-    if (row.kind == finding.document) name = translated(row.name);
+    if (row.kind == finding.document) name = Translated(row.name);
   }
   if (finding.document == lorimat::kJournalClosure) {
     return fmt::format("{} {:04}", name, finding.closure);
@@ -154,7 +154,7 @@ std::string name_of(const lorimat::Finding& finding) {
   return fmt::format("{} {:04}-{:04}", name, finding.closure, finding.number);
 }
 
-const FindingRow* row_of(const lorimat::Finding& finding) {
+const FindingRow* RowOf(const lorimat::Finding& finding) {
   for (const FindingRow& row : kRows) {
     if (row.kind == finding.kind) return &row;
   }
@@ -163,24 +163,24 @@ const FindingRow* row_of(const lorimat::Finding& finding) {
 
 }  // namespace
 
-std::string journal_finding_text(const lorimat::Finding& finding) {
-  const FindingRow* row = row_of(finding);
+std::string JournalFindingText(const lorimat::Finding& finding) {
+  const FindingRow* row = RowOf(finding);
   if (row == nullptr) return {};
   // A cause is a message of the register, like those of its failures.
   const std::string text =
-      finding.kind == FindingKind::kUnreadable ? register_message(finding.text) : finding.text;
-  const std::string name = name_of(finding);
-  return fmt::format(fmt::runtime(translated(row->text)), fmt::arg("entry", finding.entry),
+      finding.kind == FindingKind::kUnreadable ? RegisterMessage(finding.text) : finding.text;
+  const std::string name = NameOf(finding);
+  return fmt::format(fmt::runtime(Translated(row->text)), fmt::arg("entry", finding.entry),
                      fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),
                      fmt::arg("number", finding.number), fmt::arg("value", finding.value),
                      fmt::arg("expected", finding.expected), fmt::arg("name", name),
                      fmt::arg("text", text),
-                     fmt::arg("time_before", time_text(lorimat::NumberTime(finding.value))),
-                     fmt::arg("time_after", time_text(lorimat::NumberTime(finding.expected))));
+                     fmt::arg("time_before", TimeText(lorimat::NumberTime(finding.value))),
+                     fmt::arg("time_after", TimeText(lorimat::NumberTime(finding.expected))));
 }
 
-std::string journal_finding_code(const lorimat::Finding& finding) {
-  const FindingRow* row = row_of(finding);
+std::string JournalFindingCode(const lorimat::Finding& finding) {
+  const FindingRow* row = RowOf(finding);
   return row == nullptr ? "" : row->code;
 }
 

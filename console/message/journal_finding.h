@@ -8,8 +8,8 @@
 namespace lorimat::console {
 
 // "entry 42, receipt 0003-0007: its document is missing", in the user's language.
-std::string journal_finding_text(const lorimat::Finding& finding);
+std::string JournalFindingText(const lorimat::Finding& finding);
 // The finding's kind for programs: "document-missing".
-std::string journal_finding_code(const lorimat::Finding& finding);
+std::string JournalFindingCode(const lorimat::Finding& finding);
 
 }  // namespace lorimat::console

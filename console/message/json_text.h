@@ -9,12 +9,12 @@ namespace lorimat::console {
 
 using Json = nlohmann::ordered_json;
 
-inline std::string json_text(const Json& json) {
+inline std::string JsonText(const Json& json) {
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 // The same without a line end in it, for a stream of values with a line each.
-inline std::string json_line(const Json& json) {
+inline std::string JsonLine(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

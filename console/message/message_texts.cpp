@@ -8,12 +8,12 @@
 namespace lorimat::console {
 
 MessageTexts::MessageTexts() : translator_(std::make_unique<EcrCmdCommand>()) {
-  write_default_messages(*translator_);
+  WriteDefaultMessages(*translator_);
 }
 
 MessageTexts::~MessageTexts() = default;
 
-std::string MessageTexts::answer(int code) {
+std::string MessageTexts::Answer(int code) {
   std::array<char, 512> text{};
   translator_->SetStringErr(text.data(), code);
   text.back() = 0;

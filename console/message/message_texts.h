@@ -15,7 +15,7 @@ class MessageTexts {
   ~MessageTexts();
 
   // What a host reads as the answer of a line that gives this code.
-  std::string answer(int code);
+  std::string Answer(int code);
 
  private:
   std::unique_ptr<EcrCmdCommand> translator_;

@@ -301,79 +301,79 @@ constexpr OperationNeed kNeeds[] = {
     {Operation::kSelfTest, TR_TEXT("a test that prints wants that no document is open")},
 };
 
-std::string kind_name(int64_t kind) {
+std::string KindName(int64_t kind) {
   switch (static_cast<DocumentKind>(kind)) {
     case DocumentKind::kInvoice:
-      return document_kind_text("invoice");
+      return DocumentKindText("invoice");
     case DocumentKind::kRefund:
-      return document_kind_text(TR_TEXT("credit note"));
+      return DocumentKindText(TR_TEXT("credit note"));
     case DocumentKind::kCancel:
-      return document_kind_text("void");
+      return DocumentKindText("void");
     case DocumentKind::kSale:
       break;
   }
-  return document_kind_text("receipt");
+  return DocumentKindText("receipt");
 }
 
-std::string going_on(const Refusal& refusal) {
+std::string GoingOn(const Refusal& refusal) {
   const auto& [state, operation, kind, lines, amount] = refusal.numbers;
   switch (static_cast<PrinterState>(state)) {
     case PrinterState::kReceipt:
-      return tr("{} is open, {}, subtotal {}", kind_name(kind),
-                tr_count(static_cast<uint64_t>(lines), TR_TEXT("{} line"), TR_TEXT("{} lines")),
-                amount_text(amount));
+      return Tr("{} is open, {}, subtotal {}", KindName(kind),
+                TrCount(static_cast<uint64_t>(lines), TR_TEXT("{} line"), TR_TEXT("{} lines")),
+                AmountText(amount));
     case PrinterState::kTotal:
-      return tr("{} is being paid, with {} left to pay", kind_name(kind), amount_text(amount));
+      return Tr("{} is being paid, with {} left to pay", KindName(kind), AmountText(amount));
     case PrinterState::kEnding:
-      return tr("{} is paid, and waits to be ended", kind_name(kind));
+      return Tr("{} is paid, and waits to be ended", KindName(kind));
     case PrinterState::kNonFiscal:
-      return tr("{} is open", document_kind_text("non-fiscal"));
+      return Tr("{} is open", DocumentKindText("non-fiscal"));
     case PrinterState::kItemList:
-      return tr("a list of items is open");
+      return Tr("a list of items is open");
     case PrinterState::kMonitor:
       break;
   }
-  return tr("no document is open");
+  return Tr("no document is open");
 }
 
-std::string state_sentence(const Refusal& refusal) {
+std::string StateSentence(const Refusal& refusal) {
   const auto operation = static_cast<Operation>(refusal.numbers[1]);
   for (const OperationNeed& row : kNeeds) {
     if (row.operation == operation) {
-      return tr("Now {}; {}.", going_on(refusal), translated(row.need));
+      return Tr("Now {}; {}.", GoingOn(refusal), Translated(row.need));
     }
   }
-  return tr("Now {}.", going_on(refusal));
+  return Tr("Now {}.", GoingOn(refusal));
 }
 
 // --- The fields.
 
-std::string key_name(int64_t position) {
+std::string KeyName(int64_t position) {
   static constexpr const char* kNames[] = {
       TR_TEXT("position 1, registering"), TR_TEXT("position 2, reading"),
       TR_TEXT("position 3, clearing"), TR_TEXT("position 4, programming")};
   if (position < 1 || position > static_cast<int64_t>(std::size(kNames))) {
     return std::to_string(position);
   }
-  return std::string(translated(kNames[position - 1]));
+  return std::string(Translated(kNames[position - 1]));
 }
 
-std::string commissioning_name(int64_t step) {
+std::string CommissioningName(int64_t step) {
   switch (static_cast<lorimat::Commissioning>(step)) {
     case lorimat::Commissioning::kNew:
-      return tr("not yet registered");
+      return Tr("not yet registered");
     case lorimat::Commissioning::kRegistered:
-      return tr("registered");
+      return Tr("registered");
     case lorimat::Commissioning::kActivated:
-      return tr("activated");
+      return Tr("activated");
     case lorimat::Commissioning::kInService:
       break;
   }
-  return tr("in service");
+  return Tr("in service");
 }
 
 // A decimal number with as few digits behind the comma as it has.
-std::string decimal_text(int64_t value, int64_t one) {
+std::string DecimalText(int64_t value, int64_t one) {
   std::string digits = std::to_string(one + value % one * (value < 0 ? -1 : 1)).substr(1);
   while (!digits.empty() && digits.back() == '0') digits.pop_back();
   const std::string whole =
@@ -381,32 +381,32 @@ std::string decimal_text(int64_t value, int64_t one) {
   return digits.empty() ? whole : whole + "," + digits;
 }
 
-std::string field_text(char field, const int64_t*& number, const Refusal& refusal) {
+std::string FieldText(char field, const int64_t*& number, const Refusal& refusal) {
   switch (field) {
     case 'a':
-      return amount_text(*number++);
+      return AmountText(*number++);
     case 'q':
-      return decimal_text(*number++, lorimat::kOnePiece);
+      return DecimalText(*number++, lorimat::kOnePiece);
     case 'p':
-      return decimal_text(*number++, 10000);
+      return DecimalText(*number++, 10000);
     case 's':
-      return subject_text(static_cast<Subject>(*number++));
+      return SubjectText(static_cast<Subject>(*number++));
     case 'k':
-      return key_name(*number++);
+      return KeyName(*number++);
     case 'c':
-      return commissioning_name(*number++);
+      return CommissioningName(*number++);
     case 'd': {
       const int closure = static_cast<int>(*number++);
-      return document_number_text(closure, static_cast<int>(*number++));
+      return DocumentNumberText(closure, static_cast<int>(*number++));
     }
     case 'e': {
       const int error = static_cast<int>(*number++);
-      return error != 0 ? system_message(error) : tr("the system does not tell why");
+      return error != 0 ? SystemMessage(error) : Tr("the system does not tell why");
     }
     case 'w':
-      return time_text(lorimat::NumberTime(*number++));
+      return TimeText(lorimat::NumberTime(*number++));
     case 't':
-      return shown(refusal.text()) + (refusal.cut ? "..." : "");
+      return Shown(refusal.text()) + (refusal.cut ? "..." : "");
     default:
       return std::to_string(*number++);
   }
@@ -414,30 +414,30 @@ std::string field_text(char field, const int64_t*& number, const Refusal& refusa
 
 }  // namespace
 
-std::span<const RefusalSentence> refusal_sentences() { return kSentences; }
+std::span<const RefusalSentence> RefusalSentences() { return kSentences; }
 
-std::string subject_text(Subject subject) {
+std::string SubjectText(Subject subject) {
   for (const SubjectName& row : kSubjects) {
-    if (row.subject == subject) return std::string(translated(row.name));
+    if (row.subject == subject) return std::string(Translated(row.name));
   }
   return {};
 }
 
-std::string refusal_text(const Refusal& refusal) {
-  if (refusal.cause == Cause::kState) return state_sentence(refusal);
+std::string RefusalText(const Refusal& refusal) {
+  if (refusal.cause == Cause::kState) return StateSentence(refusal);
   for (const RefusalSentence& row : kSentences) {
     if (row.cause != refusal.cause) continue;
     if (row.cause == Cause::kWrongLength && refusal.numbers[2] == refusal.numbers[3]) {
-      return tr("Wrong length for {}: {} characters, and it takes {}.",
-                subject_text(static_cast<Subject>(refusal.numbers[0])), refusal.numbers[1],
+      return Tr("Wrong length for {}: {} characters, and it takes {}.",
+                SubjectText(static_cast<Subject>(refusal.numbers[0])), refusal.numbers[1],
                 refusal.numbers[2]);
     }
     fmt::dynamic_format_arg_store<fmt::format_context> fields;
     const int64_t* number = refusal.numbers.data();
     for (const char* field = row.fields; *field != 0; ++field) {
-      fields.push_back(field_text(*field, number, refusal));
+      fields.push_back(FieldText(*field, number, refusal));
     }
-    return fmt::vformat(translated(row.text), fields);
+    return fmt::vformat(Translated(row.text), fields);
   }
   return {};
 }

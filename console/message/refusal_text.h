@@ -22,12 +22,12 @@ struct RefusalSentence {
 };
 
 // One for each cause, but for kUnknown, and kState, whose sentence is made of two.
-std::span<const RefusalSentence> refusal_sentences();
+std::span<const RefusalSentence> RefusalSentences();
 
 // The sentence; empty when the cause is not known.
-std::string refusal_text(const lorimat::Refusal& refusal);
+std::string RefusalText(const lorimat::Refusal& refusal);
 
 // The name of a subject: "the tax code".
-std::string subject_text(lorimat::Subject subject);
+std::string SubjectText(lorimat::Subject subject);
 
 }  // namespace lorimat::console

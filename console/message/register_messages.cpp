@@ -82,27 +82,27 @@ constexpr std::string_view kNotKnown =
 
 }  // namespace
 
-std::string register_message(std::string_view english) {
+std::string RegisterMessage(std::string_view english) {
   if (english.ends_with(kNotKnown)) {
     english.remove_suffix(kNotKnown.size());
-    return register_message(english).append(translated(kNotKnown));
+    return RegisterMessage(english).append(Translated(kNotKnown));
   }
   // What the system says comes last.
   const size_t last = english.rfind(kColon);
   std::string message(english);
   if (last != english.npos) {
     const size_t end = last + kColon.size();
-    message.replace(end, message.npos, system_message(english.substr(end)));
+    message.replace(end, message.npos, SystemMessage(english.substr(end)));
   }
-  std::string found = tr_finished(message, kMessages);
+  std::string found = TrFinished(message, kMessages);
   if (found != message) return found;
-  found = tr_finished(message, kCauses);
+  found = TrFinished(message, kCauses);
   if (found != message) return found;
   // The name of a file may hold a colon, too.
   for (size_t at = message.find(kColon); at != message.npos; at = message.find(kColon, at + 1)) {
     const size_t end = at + kColon.size();
     const std::string cause = message.substr(end);
-    found = tr_finished(cause, kCauses);
+    found = TrFinished(cause, kCauses);
     if (found != cause) return message.substr(0, end) + found;
   }
   return message;

@@ -9,6 +9,6 @@ namespace lorimat::console {
 
 // The translation of a message of the register or of its pictures; the message itself when it is
 // none that is known.
-std::string register_message(std::string_view english);
+std::string RegisterMessage(std::string_view english);
 
 }  // namespace lorimat::console

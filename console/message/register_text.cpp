@@ -27,7 +27,7 @@ constexpr std::array<KindText, 6> kDocumentKinds = {{
 
 }  // namespace
 
-std::string amount_text(lorimat::Amount amount) {
+std::string AmountText(lorimat::Amount amount) {
   std::string text = lorimat::FormatAmount(amount);
   const size_t sign = text.front() == '-' ? 1 : 0;
   const size_t comma = text.find(',');
@@ -38,76 +38,76 @@ std::string amount_text(lorimat::Amount amount) {
   return text;
 }
 
-int64_t amount_cents(lorimat::Amount amount) { return amount / lorimat::kCent; }
+int64_t AmountCents(lorimat::Amount amount) { return amount / lorimat::kCent; }
 
-std::string time_text(const std::tm& time) {
+std::string TimeText(const std::tm& time) {
   return fmt::format("{:02}/{:02}/{:04} {:02}:{:02}", time.tm_mday, time.tm_mon + 1,
                      time.tm_year + 1900, time.tm_hour, time.tm_min);
 }
 
-std::string time_for_programs(const std::tm& time) {
+std::string TimeForPrograms(const std::tm& time) {
   return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}", time.tm_year + 1900, time.tm_mon + 1,
                      time.tm_mday, time.tm_hour, time.tm_min);
 }
 
-std::string document_kind_text(const std::string& kind) {
+std::string DocumentKindText(const std::string& kind) {
   for (const KindText& row : kDocumentKinds) {
-    if (kind == row.kind) return std::string(translated(row.indefinite));
+    if (kind == row.kind) return std::string(Translated(row.indefinite));
   }
-  return shown(kind);
+  return Shown(kind);
 }
 
 namespace {
 
-std::string begun_text(const lorimat::CutOffDocument& document) {
-  return tr("{} of {}", document_kind_text(document.kind), time_text(document.begun));
+std::string BegunText(const lorimat::CutOffDocument& document) {
+  return Tr("{} of {}", DocumentKindText(document.kind), TimeText(document.begun));
 }
 
-bool has_total(const lorimat::CutOffDocument& document) {
+bool HasTotal(const lorimat::CutOffDocument& document) {
   return document.kind != "non-fiscal" && document.kind != "training";
 }
 
-std::string lines_text(const lorimat::CutOffDocument& document) {
-  return tr_count(static_cast<uint64_t>(std::max(document.lines, 0)), TR_TEXT("{} line"),
-                  TR_TEXT("{} lines"));
+std::string LinesText(const lorimat::CutOffDocument& document) {
+  return TrCount(static_cast<uint64_t>(std::max(document.lines, 0)), TR_TEXT("{} line"),
+                 TR_TEXT("{} lines"));
 }
 
 }  // namespace
 
-std::string open_document_text(const lorimat::CutOffDocument& document) {
-  const std::string begun = begun_text(document);
-  if (!has_total(document)) return tr("{}: the next start ends it", begun);
-  const std::string lines = lines_text(document);
-  const std::string amount = amount_text(document.subtotal);
+std::string OpenDocumentText(const lorimat::CutOffDocument& document) {
+  const std::string begun = BegunText(document);
+  if (!HasTotal(document)) return Tr("{}: the next start ends it", begun);
+  const std::string lines = LinesText(document);
+  const std::string amount = AmountText(document.subtotal);
   if (document.registered) {
-    return tr("{}, {}, total {}, registered with number {:04}: the next start ends it", begun,
+    return Tr("{}, {}, total {}, registered with number {:04}: the next start ends it", begun,
               lines, amount, document.number);
   }
-  return tr("{}, {}, subtotal {}, not paid: the next start voids it", begun, lines, amount);
+  return Tr("{}, {}, subtotal {}, not paid: the next start voids it", begun, lines, amount);
 }
 
-std::string ended_document_text(const lorimat::CutOffDocument& document) {
-  const std::string begun = begun_text(document);
-  if (!has_total(document)) return tr("{} was cut off, and has been ended", begun);
-  const std::string lines = lines_text(document);
-  const std::string amount = amount_text(document.subtotal);
+std::string EndedDocumentText(const lorimat::CutOffDocument& document) {
+  const std::string begun = BegunText(document);
+  if (!HasTotal(document)) return Tr("{} was cut off, and has been ended", begun);
+  const std::string lines = LinesText(document);
+  const std::string amount = AmountText(document.subtotal);
   if (document.registered) {
-    return tr("{}, {}, total {}, was cut off: registered with number {:04}, and has been ended",
+    return Tr("{}, {}, total {}, was cut off: registered with number {:04}, and has been ended",
               begun, lines, amount, document.number);
   }
-  return tr("{}, {}, subtotal {}, was cut off: not paid, and has been voided", begun, lines,
+  return Tr("{}, {}, subtotal {}, was cut off: not paid, and has been voided", begun, lines,
             amount);
 }
 
-std::string unanswered_document_text(const lorimat::UnansweredDocument& document) {
-  return tr(
+std::string UnansweredDocumentText(const lorimat::UnansweredDocument& document) {
+  return Tr(
       "{} {} of {}, total {}, was stored last, and the register was switched off behind it: its "
       "answer may not have gone out",
-      translated(document.kind), document.number_text(), time_text(document.time),
-      amount_text(document.total));
+      Translated(document.kind), document.number_text(), TimeText(document.time),
+      AmountText(document.total));
 }
 
-const std::vector<JournalKindName>& journal_kind_names() {
+const std::vector<JournalKindName>& JournalKindNames() {
   static const std::vector<JournalKindName> kNames = {
       {lorimat::kJournalSale, "receipt", TR_TEXT("receipt")},
       {lorimat::kJournalInvoice, "invoice", TR_TEXT("invoice")},
@@ -120,25 +120,25 @@ const std::vector<JournalKindName>& journal_kind_names() {
   return kNames;
 }
 
-std::string journal_kind_name(lorimat::JournalKind kind) {
-  for (const JournalKindName& row : journal_kind_names()) {
+std::string NameOfKind(lorimat::JournalKind kind) {
+  for (const JournalKindName& row : JournalKindNames()) {
     if (row.kind == kind) return row.name;
   }
   return std::to_string(static_cast<int>(kind));
 }
 
-std::string journal_kind_text(lorimat::JournalKind kind) {
-  for (const JournalKindName& row : journal_kind_names()) {
-    if (row.kind == kind) return std::string(translated(row.text));
+std::string JournalKindText(lorimat::JournalKind kind) {
+  for (const JournalKindName& row : JournalKindNames()) {
+    if (row.kind == kind) return std::string(Translated(row.text));
   }
   return std::to_string(static_cast<int>(kind));
 }
 
-std::string document_number_text(int closure, int number) {
+std::string DocumentNumberText(int closure, int number) {
   return number == 0 ? fmt::format("{:04}", closure) : fmt::format("{:04}-{:04}", closure, number);
 }
 
-size_t column_count(const std::string& text) {
+size_t ColumnCount(const std::string& text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   }));
@@ -149,26 +149,26 @@ std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
                                                          bool open, lorimat::Amount day_total,
                                                          lorimat::Amount grand_total) {
   return {
-      {tr("Last closing"), last_closure == 0 ? tr("none yet") : std::to_string(last_closure)},
-      {tr("Day"), open ? tr("open") : tr("not begun")},
-      {tr("  receipts"), std::to_string(day.sales)},
-      {tr("  invoices"), std::to_string(day.invoices)},
-      {tr("  credit notes"), std::to_string(day.refunds)},
-      {tr("  voids"), std::to_string(day.cancels)},
-      {tr("  abandoned"), std::to_string(day.abandoned)},
-      {tr("  non-fiscal"), std::to_string(day.non_fiscal)},
-      {tr("  total"), amount_text(day_total)},
-      {tr("Grand total"), amount_text(grand_total)},
+      {Tr("Last closing"), last_closure == 0 ? Tr("none yet") : std::to_string(last_closure)},
+      {Tr("Day"), open ? Tr("open") : Tr("not begun")},
+      {Tr("  receipts"), std::to_string(day.sales)},
+      {Tr("  invoices"), std::to_string(day.invoices)},
+      {Tr("  credit notes"), std::to_string(day.refunds)},
+      {Tr("  voids"), std::to_string(day.cancels)},
+      {Tr("  abandoned"), std::to_string(day.abandoned)},
+      {Tr("  non-fiscal"), std::to_string(day.non_fiscal)},
+      {Tr("  total"), AmountText(day_total)},
+      {Tr("Grand total"), AmountText(grand_total)},
   };
 }
 
-std::string paired_rows(const std::vector<std::pair<std::string, std::string>>& rows) {
+std::string PairedRows(const std::vector<std::pair<std::string, std::string>>& rows) {
   size_t width = 0;
-  for (const auto& [name, value] : rows) width = std::max(width, column_count(name));
+  for (const auto& [name, value] : rows) width = std::max(width, ColumnCount(name));
   std::string out;
   for (const auto& [name, value] : rows) {
-    const std::string line = name + std::string(width + 2 - column_count(name), ' ') + value;
-    out += without_trailing_blanks(line);
+    const std::string line = name + std::string(width + 2 - ColumnCount(name), ' ') + value;
+    out += WithoutTrailingBlanks(line);
     out += '\n';
   }
   return out;

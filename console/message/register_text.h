@@ -12,23 +12,23 @@
 namespace lorimat::console {
 
 // "1.234,56", "-0,05".
-std::string amount_text(lorimat::Amount amount);
+std::string AmountText(lorimat::Amount amount);
 // The same as a number of cents.
-int64_t amount_cents(lorimat::Amount amount);
+int64_t AmountCents(lorimat::Amount amount);
 
 // "20/11/2026 11:03", and "2026-11-20T11:03" for programs.
-std::string time_text(const std::tm& time);
-std::string time_for_programs(const std::tm& time);
+std::string TimeText(const std::tm& time);
+std::string TimeForPrograms(const std::tm& time);
 
 // The kind of an open document ("credit note"), in the user's language.
-std::string document_kind_text(const std::string& kind);
+std::string DocumentKindText(const std::string& kind);
 // "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, not paid: the next start voids it".
-std::string open_document_text(const lorimat::CutOffDocument& document);
+std::string OpenDocumentText(const lorimat::CutOffDocument& document);
 // The same behind the start: "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, was cut off:
 // not paid, and voided now".
-std::string ended_document_text(const lorimat::CutOffDocument& document);
+std::string EndedDocumentText(const lorimat::CutOffDocument& document);
 // "receipt 0001-0002 of 20/11/2026 11:03, total 3,50, was stored last, and ...".
-std::string unanswered_document_text(const lorimat::UnansweredDocument& document);
+std::string UnansweredDocumentText(const lorimat::UnansweredDocument& document);
 
 // A kind of journal entries: its name for options and programs ("credit-note"), and for a person.
 struct JournalKindName {
@@ -36,12 +36,12 @@ struct JournalKindName {
   const char* name;
   const char* text;
 };
-const std::vector<JournalKindName>& journal_kind_names();
+const std::vector<JournalKindName>& JournalKindNames();
 // The name of a kind; its number when it has none.
-std::string journal_kind_name(lorimat::JournalKind kind);
-std::string journal_kind_text(lorimat::JournalKind kind);
+std::string NameOfKind(lorimat::JournalKind kind);
+std::string JournalKindText(lorimat::JournalKind kind);
 // "0001-0001", closure and number; "0001" alone for what has no number.
-std::string document_number_text(int closure, int number);
+std::string DocumentNumberText(int closure, int number);
 
 // The last closing, the day behind it and the grand total: names and values.
 std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
@@ -50,9 +50,9 @@ std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
                                                          lorimat::Amount grand_total);
 
 // Rows of a name and a value, the values under each other.
-std::string paired_rows(const std::vector<std::pair<std::string, std::string>>& rows);
+std::string PairedRows(const std::vector<std::pair<std::string, std::string>>& rows);
 
 // How many columns of a terminal a UTF-8 text takes, a character being one.
-size_t column_count(const std::string& text);
+size_t ColumnCount(const std::string& text);
 
 }  // namespace lorimat::console

@@ -9,7 +9,7 @@
 
 namespace lorimat::console {
 
-std::string shown(std::string_view text, size_t limit) {
+std::string Shown(std::string_view text, size_t limit) {
   const bool cut = limit != 0 && text.size() > limit;
   if (cut) {
     text = text.substr(0, limit);
@@ -39,13 +39,13 @@ std::string shown(std::string_view text, size_t limit) {
   return out;
 }
 
-std::string_view without_trailing_blanks(std::string_view text) {
+std::string_view WithoutTrailingBlanks(std::string_view text) {
   while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
   return text;
 }
 
 // The C library has them in other languages only where a package of languages is installed.
-std::string system_message(std::string_view english) {
+std::string SystemMessage(std::string_view english) {
   static constexpr std::string_view kMessages[] = {
       TR_TEXT("No such file or directory"),
       TR_TEXT("Permission denied"),
@@ -70,11 +70,11 @@ std::string system_message(std::string_view english) {
       TR_TEXT("Resource temporarily unavailable"),
       TR_TEXT("Cannot allocate memory"),
   };
-  return tr_finished(english, kMessages);
+  return TrFinished(english, kMessages);
 }
 
-std::string system_message(int error) {
-  return system_message(std::generic_category().message(error));
+std::string SystemMessage(int error) {
+  return SystemMessage(std::generic_category().message(error));
 }
 
 }  // namespace lorimat::console

@@ -12,14 +12,14 @@ inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // The text as it may be shown on a terminal: control characters and the byte order mark become
 // "\xNN" and a text longer than limit bytes is cut and ends in "...". A limit of 0 cuts nothing.
-std::string shown(std::string_view text, size_t limit = 0);
+std::string Shown(std::string_view text, size_t limit = 0);
 
 // The text without the blanks at its end.
-std::string_view without_trailing_blanks(std::string_view text);
+std::string_view WithoutTrailingBlanks(std::string_view text);
 
 // The message of an errno value, in the user's language for those that are likely; and the same of
 // a message that the system gave in English.
-std::string system_message(int error);
-std::string system_message(std::string_view english);
+std::string SystemMessage(int error);
+std::string SystemMessage(std::string_view english);
 
 }  // namespace lorimat::console

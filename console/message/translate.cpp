@@ -15,7 +15,7 @@ namespace {
 bool english_wanted = false;
 
 // The variables in the order in which the C library asks them for the language of messages.
-bool ask_environment_for_italian() {
+bool AskEnvironmentForItalian() {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* value = std::getenv(name);
     if (value == nullptr || *value == 0) continue;
@@ -27,23 +27,23 @@ bool ask_environment_for_italian() {
   return false;
 }
 
-bool user_reads_italian() {
-  static const bool italian = ask_environment_for_italian();
+bool UserReadsItalian() {
+  static const bool italian = AskEnvironmentForItalian();
   return italian;
 }
 
-std::unordered_map<std::string_view, std::string_view> table_for_user() {
+std::unordered_map<std::string_view, std::string_view> TableForUser() {
   std::unordered_map<std::string_view, std::string_view> table;
-  if (!user_reads_italian()) return table;
-  for (const std::span<const ItalianText> part : italian_texts()) {
+  if (!UserReadsItalian()) return table;
+  for (const std::span<const ItalianText> part : ItalianTexts()) {
     for (const ItalianText& row : part) table.emplace(row.english, row.italian);
   }
   return table;
 }
 
 // What stands in the fields of the pattern; nothing when the message does not fit it.
-std::optional<std::vector<std::string_view>> fields_of(std::string_view message,
-                                                       std::string_view pattern) {
+std::optional<std::vector<std::string_view>> FieldsOf(std::string_view message,
+                                                      std::string_view pattern) {
   constexpr std::string_view kField = "{}";
   std::vector<std::string_view> fields;
   size_t field = pattern.find(kField);
@@ -70,26 +70,26 @@ std::optional<std::vector<std::string_view>> fields_of(std::string_view message,
 
 }  // namespace
 
-bool messages_are_italian() { return !english_wanted && user_reads_italian(); }
+bool MessagesAreItalian() { return !english_wanted && UserReadsItalian(); }
 
-std::string_view translated(std::string_view english) {
-  static const auto table = table_for_user();
+std::string_view Translated(std::string_view english) {
+  static const auto table = TableForUser();
   if (english_wanted) return english;
   const auto found = table.find(english);
   return found == table.end() ? english : found->second;
 }
 
-std::string tr_count(uint64_t count, std::string_view one, std::string_view several) {
-  return fmt::vformat(translated(count == 1 ? one : several), fmt::make_format_args(count));
+std::string TrCount(uint64_t count, std::string_view one, std::string_view several) {
+  return fmt::vformat(Translated(count == 1 ? one : several), fmt::make_format_args(count));
 }
 
-std::string tr_finished(std::string_view message, const std::string_view* patterns, size_t count) {
+std::string TrFinished(std::string_view message, const std::string_view* patterns, size_t count) {
   for (size_t i = 0; i < count; ++i) {
-    const auto fields = fields_of(message, patterns[i]);
+    const auto fields = FieldsOf(message, patterns[i]);
     if (!fields) continue;
     fmt::dynamic_format_arg_store<fmt::format_context> arguments;
     for (const std::string_view field : *fields) arguments.push_back(field);
-    return fmt::vformat(translated(patterns[i]), arguments);
+    return fmt::vformat(Translated(patterns[i]), arguments);
   }
   return std::string(message);
 }

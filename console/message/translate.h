@@ -1,7 +1,7 @@
 // The program's messages in the user's language. A message is written where it is shown, in
 // English, with the fields of {fmt}; italian.cpp has the Italian for each, in one table.
 //
-//   streams.error(tr("lorimat: {}: cannot be opened: {}\n", name, cause));
+//   streams.error(Tr("lorimat: {}: cannot be opened: {}\n", name, cause));
 //
 // Italian goes to users whose LC_ALL, LC_MESSAGES or LANG, the first of them that is set,
 // begins with "it". What the library answers, JSON and words of the command language are not
@@ -22,29 +22,29 @@ namespace lorimat::console {
 #define TR_TEXT(text) text
 
 // Whether messages are Italian now: the user reads it, and no EnglishMessages lives.
-bool messages_are_italian();
+bool MessagesAreItalian();
 
 // The Italian of an English message; the English itself where there is none, or for a user of
 // another language.
-std::string_view translated(std::string_view english);
+std::string_view Translated(std::string_view english);
 
 template <typename... Arguments>
-std::string tr(fmt::format_string<Arguments...> english, Arguments&&... arguments) {
+std::string Tr(fmt::format_string<Arguments...> english, Arguments&&... arguments) {
   const fmt::string_view text = english;
-  return fmt::vformat(translated({text.data(), text.size()}), fmt::make_format_args(arguments...));
+  return fmt::vformat(Translated({text.data(), text.size()}), fmt::make_format_args(arguments...));
 }
 
 // One message or the other, both marked by TR_TEXT and with one field for the count.
-std::string tr_count(uint64_t count, std::string_view one, std::string_view several);
+std::string TrCount(uint64_t count, std::string_view one, std::string_view several);
 
 // A finished English message of a library that knows no Italian, held against patterns (marked
 // by TR_TEXT) whose fields "{}" stand for any text: the translation of the first that fits, with
 // what stood in the fields, or the message as it is.
-std::string tr_finished(std::string_view message, const std::string_view* patterns, size_t count);
+std::string TrFinished(std::string_view message, const std::string_view* patterns, size_t count);
 
 template <size_t kCount>
-std::string tr_finished(std::string_view message, const std::string_view (&patterns)[kCount]) {
-  return tr_finished(message, patterns, kCount);
+std::string TrFinished(std::string_view message, const std::string_view (&patterns)[kCount]) {
+  return TrFinished(message, patterns, kCount);
 }
 
 // While one of these lives, messages are English: for texts that go into JSON, which programs

@@ -50,29 +50,29 @@ class RequestParts : public nlohmann::json_sax<Json> {
   RequestParts(std::string_view text, const char* const* furthest, JsonRequest* request)
       : text_(text), furthest_(furthest), request_(request) {}
 
-  bool null() override { return scalar("null"); }
-  bool boolean(bool) override { return scalar("true or false"); }
+  bool null() override { return Scalar("null"); }
+  bool boolean(bool) override { return Scalar("true or false"); }
   bool number_float(number_float_t, const string_t&) override {
-    return scalar("a number with a fraction or an exponent, or too large");
+    return Scalar("a number with a fraction or an exponent, or too large");
   }
-  bool number_integer(number_integer_t number) override { return whole_number(number); }
-  bool number_unsigned(number_unsigned_t number) override { return whole_number(number); }
-  bool binary(binary_t&) override { return scalar("bytes"); }
+  bool number_integer(number_integer_t number) override { return WholeNumber(number); }
+  bool number_unsigned(number_unsigned_t number) override { return WholeNumber(number); }
+  bool binary(binary_t&) override { return Scalar("bytes"); }
   bool string(string_t& text) override {
     const size_t begin = token();
     if (depth_ == 1 && member_ == kId) {
-      take_id(text);
+      TakeId(text);
     } else if (depth_ == 1 && member_ == kLine) {
-      take_line(text, begin);
+      TakeLine(text, begin);
     } else {
-      refuse_value("a text", begin);
+      RefuseValue("a text", begin);
     }
     return true;
   }
 
   bool start_object(std::size_t) override {
     const size_t begin = token();
-    if (depth_ > 0) refuse_value("an object", begin);
+    if (depth_ > 0) RefuseValue("an object", begin);
     ++depth_;
     return true;
   }
@@ -81,11 +81,11 @@ class RequestParts : public nlohmann::json_sax<Json> {
     if (depth_ != 1) return true;
     member_ = name == "id" ? kId : name == "line" ? kLine : kOther;
     if (member_ == kOther) {
-      refuse(RequestError::kMemberUnknown,
-             fmt::format("a request has no member '{}', but id and line", shown(name, kShownName)),
+      Refuse(RequestError::kMemberUnknown,
+             fmt::format("a request has no member '{}', but id and line", Shown(name, kShownName)),
              begin);
     } else if (++seen_[member_] > 1) {
-      refuse(RequestError::kMemberTwice, fmt::format("the member '{}' stands there twice", name),
+      Refuse(RequestError::kMemberTwice, fmt::format("the member '{}' stands there twice", name),
              begin);
       // Which of them is meant cannot be told.
       if (member_ == kId) id_ = Json();
@@ -98,14 +98,14 @@ class RequestParts : public nlohmann::json_sax<Json> {
     if (--depth_ > 0) return true;
     for (const auto& [member, name] : {std::pair(kId, "id"), std::pair(kLine, "line")}) {
       if (seen_[member] == 0) {
-        refuse(RequestError::kMemberMissing, fmt::format("the member '{}' is missing", name), end);
+        Refuse(RequestError::kMemberMissing, fmt::format("the member '{}' is missing", name), end);
       }
     }
     return true;
   }
   bool start_array(std::size_t) override {
     const size_t begin = token();
-    refuse_value("an array", begin);
+    RefuseValue("an array", begin);
     ++depth_;
     return true;
   }
@@ -143,7 +143,7 @@ class RequestParts : public nlohmann::json_sax<Json> {
     return false;
   }
 
-  void finish() {
+  void Finish() {
     if (!broken_) request_->id = std::move(id_);
   }
 
@@ -160,35 +160,35 @@ class RequestParts : public nlohmann::json_sax<Json> {
   }
 
   template <typename Number>
-  bool whole_number(Number number) {
+  bool WholeNumber(Number number) {
     const size_t begin = token();
     if (depth_ == 1 && member_ == kId) {
-      take_id(number);
+      TakeId(number);
     } else {
-      refuse_value("a number", begin);
+      RefuseValue("a number", begin);
     }
     return true;
   }
 
-  bool scalar(const char* what) {
-    refuse_value(what, token());
+  bool Scalar(const char* what) {
+    RefuseValue(what, token());
     return true;
   }
 
-  void take_id(Json value) {
+  void TakeId(Json value) {
     if (seen_[kId] == 1) id_ = std::move(value);
   }
 
-  void take_line(const std::string& line, size_t begin) {
+  void TakeLine(const std::string& line, size_t begin) {
     if (const size_t nul = line.find('\0'); nul != std::string::npos) {
-      refuse(
+      Refuse(
           RequestError::kNulByte,
           fmt::format("a NUL byte stands in column {} of the line, and the library would read it "
                       "only up to there",
                       nul + 1),
           begin);
     } else if (const size_t feed = line.find('\n'); feed != std::string::npos) {
-      refuse(
+      Refuse(
           RequestError::kLineFeed,
           fmt::format("a line feed stands in column {} of the line: these are two lines", feed + 1),
           begin);
@@ -198,20 +198,20 @@ class RequestParts : public nlohmann::json_sax<Json> {
 
   // A value of a kind that its place does not take. What stands in a nested value, and in a member
   // that is none, has been refused with it.
-  void refuse_value(const char* what, size_t begin) {
+  void RefuseValue(const char* what, size_t begin) {
     if (depth_ == 0) {
-      refuse(RequestError::kNotAnObject, fmt::format("a request is an object, not {}", what),
+      Refuse(RequestError::kNotAnObject, fmt::format("a request is an object, not {}", what),
              begin);
     } else if (depth_ == 1 && member_ == kId) {
-      refuse(RequestError::kWrongType,
+      Refuse(RequestError::kWrongType,
              fmt::format("the id is {}; it has to be a text or a whole number", what), begin);
     } else if (depth_ == 1 && member_ == kLine) {
-      refuse(RequestError::kWrongType, fmt::format("the line is {}; it has to be a text", what),
+      Refuse(RequestError::kWrongType, fmt::format("the line is {}; it has to be a text", what),
              begin);
     }
   }
 
-  void refuse(RequestError::Kind kind, std::string cause, size_t begin) {
+  void Refuse(RequestError::Kind kind, std::string cause, size_t begin) {
     if (!request_->error) request_->error = {kind, std::move(cause), begin + 1};
   }
 
@@ -228,7 +228,7 @@ class RequestParts : public nlohmann::json_sax<Json> {
 
 }  // namespace
 
-const char* request_error_name(RequestError::Kind kind) {
+const char* RequestErrorName(RequestError::Kind kind) {
   static constexpr const char* kNames[] = {
       "too-long",       "not-json",   "not-an-object", "member-twice", "member-unknown",
       "member-missing", "wrong-type", "nul-byte",      "line-feed",    "fault",
@@ -237,7 +237,7 @@ const char* request_error_name(RequestError::Kind kind) {
   return kNames[kind];
 }
 
-JsonRequest read_request(const SourceLine& source) {
+JsonRequest ReadRequest(const SourceLine& source) {
   JsonRequest request;
   if (source.length > kLongestRequest) {
     request.error = {
@@ -251,7 +251,7 @@ JsonRequest read_request(const SourceLine& source) {
   RequestParts parts(text, &furthest, &request);
   Json::sax_parse(CountingIterator(text.data(), &furthest),
                   CountingIterator(text.data() + text.size(), &furthest), &parts);
-  parts.finish();
+  parts.Finish();
   return request;
 }
 

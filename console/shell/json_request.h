@@ -40,7 +40,7 @@ struct RequestError {
 };
 
 // "not-json": for programs.
-const char* request_error_name(RequestError::Kind kind);
+const char* RequestErrorName(RequestError::Kind kind);
 
 struct JsonRequest {
   Json id;  // a text or a whole number; null when the request has none that can be told
@@ -49,6 +49,6 @@ struct JsonRequest {
 };
 
 // Reads a request; the source has been read with kLongestRequest bytes kept. Any bytes are taken.
-JsonRequest read_request(const SourceLine& source);
+JsonRequest ReadRequest(const SourceLine& source);
 
 }  // namespace lorimat::console

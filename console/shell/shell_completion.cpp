@@ -15,40 +15,40 @@ namespace {
 constexpr char kQuote = '\'';
 constexpr size_t kMostFiles = 10000;  // that are looked at in a folder
 
-bool is_blank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-size_t skip_blanks(std::string_view text, size_t at) {
-  while (at < text.size() && is_blank(text[at])) ++at;
+size_t SkipBlanks(std::string_view text, size_t at) {
+  while (at < text.size() && IsBlank(text[at])) ++at;
   return at;
 }
 
-bool begins_like(const std::string& name, std::string_view start) {
+bool BeginsLike(const std::string& name, std::string_view start) {
   return name.size() >= start.size() &&
-         same_ignoring_case(name.c_str(), std::string(start).c_str(), start.size());
+         SameIgnoringCase(name.c_str(), std::string(start).c_str(), start.size());
 }
 
-std::string_view without_blanks_behind(std::string_view text) {
-  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+std::string_view WithoutBlanksBehind(std::string_view text) {
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
   return text;
 }
 
-bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
 
-bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+bool IsControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
 // Where the operand of an "@" line begins in which the text ends.
-size_t operand_begin(std::string_view text, size_t at) {
-  size_t begin = skip_blanks(text, at);
+size_t OperandBegin(std::string_view text, size_t at) {
+  size_t begin = SkipBlanks(text, at);
   bool quoted = false;
   for (; at < text.size(); ++at) {
     if (text[at] == kQuote) quoted = !quoted;
-    if (text[at] == ',' && !quoted) begin = skip_blanks(text, at + 1);
+    if (text[at] == ',' && !quoted) begin = SkipBlanks(text, at + 1);
   }
   return begin;
 }
 
 // A quoted operand, or one being quoted, as plain text.
-std::string unquoted(std::string_view operand) {
+std::string Unquoted(std::string_view operand) {
   if (operand.empty() || operand.front() != kQuote) return std::string(operand);
   std::string path;
   for (size_t at = 1; at < operand.size(); ++at) {
@@ -58,7 +58,7 @@ std::string unquoted(std::string_view operand) {
   return path;
 }
 
-std::string as_operand(const std::string& path, bool quote, bool folder) {
+std::string AsOperand(const std::string& path, bool quote, bool folder) {
   if (!quote && path.find_first_of("',; \t") == std::string::npos) return path;
   std::string out(1, kQuote);
   for (const char c : path) {
@@ -78,9 +78,9 @@ struct FieldPlace {
   std::vector<std::string> keys;           // of the fields in front
 };
 
-FieldPlace find_field_place(std::string_view text, size_t at) {
+FieldPlace FindFieldPlace(std::string_view text, size_t at) {
   FieldPlace place;
-  place.begin = skip_blanks(text, at);
+  place.begin = SkipBlanks(text, at);
   for (; at < text.size() && !place.comment; ++at) {
     const char c = text[at];
     if (c == kQuote) {
@@ -94,8 +94,8 @@ FieldPlace find_field_place(std::string_view text, size_t at) {
     } else if (c == ',') {
       const size_t end = std::min(place.equals, at);
       place.keys.emplace_back(
-          without_blanks_behind(text.substr(place.begin, end - std::min(end, place.begin))));
-      place.begin = skip_blanks(text, at + 1);
+          WithoutBlanksBehind(text.substr(place.begin, end - std::min(end, place.begin))));
+      place.begin = SkipBlanks(text, at + 1);
       place.equals = std::string_view::npos;
     }
   }
@@ -110,7 +110,7 @@ std::string Completion::common_beginning() const {
   for (const Candidate& candidate : candidates) {
     size_t same = 0;
     while (same < common.size() && same < candidate.text.size() &&
-           lower(common[same]) == lower(candidate.text[same])) {
+           Lower(common[same]) == Lower(candidate.text[same])) {
       ++same;
     }
     common.resize(same);
@@ -133,55 +133,55 @@ ShellCompleter::ShellCompleter(const Language& language, std::vector<std::string
       own_words_(std::move(own_words)),
       fault_words_(std::move(fault_words)) {}
 
-Completion ShellCompleter::complete(std::string_view line, size_t cursor) const {
+Completion ShellCompleter::Complete(std::string_view line, size_t cursor) const {
   const std::string_view text = line.substr(0, cursor);
-  const size_t begin = skip_blanks(text, 0);
-  if (begin == text.size()) return complete_command(text, begin, true);
+  const size_t begin = SkipBlanks(text, 0);
+  if (begin == text.size()) return CompleteCommand(text, begin, true);
   const char first = text[begin];
   if (first == '.' || first == ':') {
-    Completion completion = complete_own(text.substr(begin));
+    Completion completion = CompleteOwn(text.substr(begin));
     completion.begin += begin;
     return completion;
   }
-  if (first == '?') return complete_command(text, skip_blanks(text, begin + 1), false);
-  if (first == '@') return complete_file(text, operand_begin(text, begin + 1), false);
+  if (first == '?') return CompleteCommand(text, SkipBlanks(text, begin + 1), false);
+  if (first == '@') return CompleteFile(text, OperandBegin(text, begin + 1), false);
   const size_t blank = text.find_first_of(" \t", begin);
-  if (blank == std::string_view::npos) return complete_command(text, begin, true);
-  return complete_field(text, blank);
+  if (blank == std::string_view::npos) return CompleteCommand(text, begin, true);
+  return CompleteField(text, blank);
 }
 
-Completion ShellCompleter::complete_own(std::string_view text) const {
+Completion ShellCompleter::CompleteOwn(std::string_view text) const {
   Completion completion;
   const size_t blank = text.find_first_of(" \t");
   if (blank == std::string_view::npos) {
     for (const std::string& word : own_words_) {
       // ":help" is the same as ".help", and stays as it was begun.
       std::string own = text.front() + word.substr(1);
-      if (begins_like(own, text)) completion.candidates.push_back({own + " ", own});
+      if (BeginsLike(own, text)) completion.candidates.push_back({own + " ", own});
     }
     return completion;
   }
   const std::string word = "." + std::string(text.substr(1, blank - 1));
-  const size_t begin = skip_blanks(text, blank);
-  if (word == ".batch") return complete_file(text, begin, true);
+  const size_t begin = SkipBlanks(text, blank);
+  if (word == ".batch") return CompleteFile(text, begin, true);
   if (word != ".fault") return completion;
   const size_t last = text.find_last_of(" \t");
   completion.begin = last + 1;
   for (const std::string& fault : fault_words_) {
-    if (begins_like(fault, text.substr(completion.begin))) {
+    if (BeginsLike(fault, text.substr(completion.begin))) {
       completion.candidates.push_back({fault + " ", fault});
     }
   }
   return completion;
 }
 
-Completion ShellCompleter::complete_command(std::string_view text, size_t begin,
-                                            bool with_mark) const {
+Completion ShellCompleter::CompleteCommand(std::string_view text, size_t begin,
+                                           bool with_mark) const {
   Completion completion;
   completion.begin = begin;
   std::set<std::string> seen;
   for (const CommandWord& command : commands_) {
-    if (!begins_like(command.name, text.substr(begin)) || !seen.insert(command.name).second) {
+    if (!BeginsLike(command.name, text.substr(begin)) || !seen.insert(command.name).second) {
       continue;
     }
     const bool blank = with_mark && !command.fields.empty();
@@ -190,20 +190,20 @@ Completion ShellCompleter::complete_command(std::string_view text, size_t begin,
   return completion;
 }
 
-Completion ShellCompleter::complete_field(std::string_view text, size_t fields) const {
-  const size_t word_begin = skip_blanks(text, 0);
+Completion ShellCompleter::CompleteField(std::string_view text, size_t fields) const {
+  const size_t word_begin = SkipBlanks(text, 0);
   const Lookup command =
-      language_.find_command(std::string(text.substr(word_begin, fields - word_begin)));
-  const FieldPlace place = find_field_place(text, fields);
+      language_.FindCommand(std::string(text.substr(word_begin, fields - word_begin)));
+  const FieldPlace place = FindFieldPlace(text, fields);
   Completion completion;
   completion.begin = place.begin;
   if (command.failure != 0 || place.comment || place.quoted) return completion;
   if (place.equals != std::string_view::npos) {
-    return complete_value(text, skip_blanks(text, place.equals + 1), command.number);
+    return CompleteValue(text, SkipBlanks(text, place.equals + 1), command.number);
   }
   std::set<int> given;
   for (const std::string& key : place.keys) {
-    const Lookup field = language_.find_field(command.number, key);
+    const Lookup field = language_.FindField(command.number, key);
     if (field.failure == 0) given.insert(field.number);
   }
   const language::CommandHelp* help = language::find_command_help(command.number);
@@ -211,7 +211,7 @@ Completion ShellCompleter::complete_field(std::string_view text, size_t fields) 
   for (const CommandWord& one : commands_) {
     if (one.id != command.number) continue;
     for (const FieldWord& field : one.fields) {
-      if (!begins_like(field.name, text.substr(place.begin)) || given.count(field.number) != 0 ||
+      if (!BeginsLike(field.name, text.substr(place.begin)) || given.count(field.number) != 0 ||
           !seen.insert(field.name).second) {
         continue;
       }
@@ -225,12 +225,12 @@ Completion ShellCompleter::complete_field(std::string_view text, size_t fields) 
 
 // The words that the command's own tables have; behind some letters any word, where no such one
 // fits.
-Completion ShellCompleter::complete_value(std::string_view text, size_t begin, int opcode) const {
+Completion ShellCompleter::CompleteValue(std::string_view text, size_t begin, int opcode) const {
   Completion completion;
   completion.begin = begin;
   const std::string_view start = text.substr(begin);
   const auto add = [&](const std::string& word) {
-    if (begins_like(word, start)) completion.candidates.push_back({word, word});
+    if (BeginsLike(word, start)) completion.candidates.push_back({word, word});
   };
   const language::CommandHelp* help = language::find_command_help(opcode);
   if (help != nullptr) {
@@ -247,13 +247,13 @@ Completion ShellCompleter::complete_value(std::string_view text, size_t begin, i
   return completion;
 }
 
-Completion complete_file(std::string_view text, size_t begin, bool plain) {
+Completion CompleteFile(std::string_view text, size_t begin, bool plain) {
   namespace fs = std::filesystem;
   Completion completion;
   completion.begin = begin;
   const std::string_view typed = text.substr(begin);
   const bool quoted = !plain && !typed.empty() && typed.front() == kQuote;
-  const std::string path = plain ? std::string(typed) : unquoted(typed);
+  const std::string path = plain ? std::string(typed) : Unquoted(typed);
   const size_t slash = path.rfind('/');
   const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
   const std::string start = path.substr(folder.size());
@@ -264,13 +264,13 @@ Completion complete_file(std::string_view text, size_t begin, bool plain) {
     const std::string name = entry->path().filename().string();
     if (name.compare(0, start.size(), start) != 0) continue;
     if (start.empty() && name.front() == '.') continue;
-    if (std::any_of(name.begin(), name.end(), is_control)) continue;
-    if (!plain && std::any_of(name.begin(), name.end(), is_capital)) continue;
+    if (std::any_of(name.begin(), name.end(), IsControl)) continue;
+    if (!plain && std::any_of(name.begin(), name.end(), IsCapital)) continue;
     std::error_code unknown;
     const bool is_folder = entry->is_directory(unknown);
     const std::string whole = folder + name + (is_folder ? "/" : "");
     completion.candidates.push_back(
-        {plain ? whole : as_operand(whole, quoted, is_folder), name + (is_folder ? "/" : "")});
+        {plain ? whole : AsOperand(whole, quoted, is_folder), name + (is_folder ? "/" : "")});
   }
   std::sort(completion.candidates.begin(), completion.candidates.end(),
             [](const auto& one, const auto& other) { return one.text < other.text; });

@@ -32,13 +32,13 @@ class ShellCompleter {
                  std::vector<std::string> fault_words);
 
   // Looks at what stands in front of the cursor (in bytes) alone.
-  Completion complete(std::string_view line, size_t cursor) const;
+  Completion Complete(std::string_view line, size_t cursor) const;
 
  private:
-  Completion complete_own(std::string_view text) const;
-  Completion complete_command(std::string_view text, size_t begin, bool with_mark) const;
-  Completion complete_field(std::string_view text, size_t fields) const;
-  Completion complete_value(std::string_view text, size_t begin, int opcode) const;
+  Completion CompleteOwn(std::string_view text) const;
+  Completion CompleteCommand(std::string_view text, size_t begin, bool with_mark) const;
+  Completion CompleteField(std::string_view text, size_t fields) const;
+  Completion CompleteValue(std::string_view text, size_t begin, int opcode) const;
 
   const Language& language_;
   std::vector<CommandWord> commands_;
@@ -50,6 +50,6 @@ class ShellCompleter {
 // The names of files that begin like the path at `begin`, up to the end of the text. `plain` takes
 // names as they are; otherwise they are put as operands of an "@" line, quoted where that is
 // needed, and those with capital letters, which such a line cannot name, are left out.
-Completion complete_file(std::string_view text, size_t begin, bool plain);
+Completion CompleteFile(std::string_view text, size_t begin, bool plain);
 
 }  // namespace lorimat::console

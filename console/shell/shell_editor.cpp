@@ -27,7 +27,7 @@ volatile std::sig_atomic_t ended_by = 0;
 volatile std::sig_atomic_t resized = 0;
 volatile std::sig_atomic_t suspended = 0;
 
-void note_signal(int signal) {
+void NoteSignal(int signal) {
   switch (signal) {
     case SIGINT:
       interrupted = signal;
@@ -46,24 +46,24 @@ void note_signal(int signal) {
 
 constexpr std::array<int, 5> kSignals = {SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGTSTP};
 
-sigset_t noted_signals() {
+sigset_t NotedSignals() {
   sigset_t set;
   sigemptyset(&set);
   for (const int signal : kSignals) sigaddset(&set, signal);
   return set;
 }
 
-bool is_raw_byte(wchar_t c) { return c >= kRawByte + 0x80 && c <= kRawByte + 0xFF; }
+bool IsRawByte(wchar_t c) { return c >= kRawByte + 0x80 && c <= kRawByte + 0xFF; }
 
-bool is_word(wchar_t c) { return c >= L' ' && c != 0x7F; }
+bool IsWord(wchar_t c) { return c >= L' ' && c != 0x7F; }
 
-ShellEditor* owner(EditLine* edit) {
+ShellEditor* Owner(EditLine* edit) {
   void* data = nullptr;
   el_wget(edit, EL_CLIENTDATA, &data);
   return static_cast<ShellEditor*>(data);
 }
 
-std::FILE* open_copy(int descriptor, const char* mode) {
+std::FILE* OpenCopy(int descriptor, const char* mode) {
   const int copy = fcntl(descriptor, F_DUPFD_CLOEXEC, 3);
   return copy < 0 ? nullptr : fdopen(copy, mode);
 }
@@ -77,7 +77,7 @@ struct TerminalSignals::Before {
 TerminalSignals::TerminalSignals() : before_(std::make_unique<Before>()) {
   interrupted = 0;
   struct sigaction action {};
-  action.sa_handler = &note_signal;
+  action.sa_handler = &NoteSignal;
   // What the library is reading or writing goes on; the editor's own wait ends all the same.
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
@@ -94,7 +94,7 @@ TerminalSignals::~TerminalSignals() {
 
 // --- Characters and bytes.
 
-std::wstring to_wide(std::string_view text) {
+std::wstring ToWide(std::string_view text) {
   std::wstring wide;
   for (size_t at = 0; at < text.size();) {
     wchar_t c = 0;
@@ -103,7 +103,7 @@ std::wstring to_wide(std::string_view text) {
     if (size == 0) {
       wide += L'\0';
       ++at;
-    } else if (size > text.size() - at || is_raw_byte(c)) {
+    } else if (size > text.size() - at || IsRawByte(c)) {
       wide += static_cast<wchar_t>(kRawByte + static_cast<unsigned char>(text[at]));
       ++at;
     } else {
@@ -114,12 +114,12 @@ std::wstring to_wide(std::string_view text) {
   return wide;
 }
 
-std::string to_bytes(std::wstring_view text) {
+std::string ToBytes(std::wstring_view text) {
   std::string bytes;
   for (const wchar_t c : text) {
     std::array<char, 16> buffer;
     std::mbstate_t state{};
-    if (is_raw_byte(c)) {
+    if (IsRawByte(c)) {
       bytes += static_cast<char>(c - kRawByte);
       continue;
     }
@@ -135,27 +135,27 @@ ShellEditor::ShellEditor(int input, int output, const ShellHistory& history, Com
     : input_(input),
       output_(output),
       completer_(std::move(completer)),
-      input_file_(open_copy(input, "r"), &std::fclose),
-      output_file_(open_copy(output, "w"), &std::fclose),
+      input_file_(OpenCopy(input, "r"), &std::fclose),
+      output_file_(OpenCopy(output, "w"), &std::fclose),
       edit_(nullptr, &el_end),
       history_(history_winit(), &history_wend) {
   if (input_file_ && output_file_ && history_) {
     edit_.reset(el_init_fd("lorimat", input_file_.get(), output_file_.get(), output_file_.get(),
                            input_, output_, output_));
   }
-  if (!edit_) throw Failure(tr("the line editor cannot start: {}", system_message(errno)));
+  if (!edit_) throw Failure(Tr("the line editor cannot start: {}", SystemMessage(errno)));
   EditLine* edit = edit_.get();
   el_wset(edit, EL_CLIENTDATA, this);
-  el_wset(edit, EL_PROMPT, &ShellEditor::prompt_of);
+  el_wset(edit, EL_PROMPT, &ShellEditor::PromptOf);
   el_wset(edit, EL_EDITOR, L"emacs");
-  el_wset(edit, EL_GETCFN, &ShellEditor::read_character);
+  el_wset(edit, EL_GETCFN, &ShellEditor::ReadCharacter);
   HistEventW event;
   history_w(history_.get(), &event, H_SETSIZE, static_cast<int>(ShellHistory::kMostLines));
   history_w(history_.get(), &event, H_SETUNIQUE, 1);
   el_wset(edit, EL_HIST, &history_w, history_.get());
-  for (const std::string& line : history.lines()) remember(line);
+  for (const std::string& line : history.lines()) Remember(line);
   el_wset(edit, EL_ADDFN, L"lorimat-complete", L"Complete a word of the language",
-          &ShellEditor::complete);
+          &ShellEditor::Complete);
   constexpr std::array<const wchar_t*, 2> kKeys[] = {
       {L"^I", L"lorimat-complete"},           {L"^R", L"em-inc-search-prev"},
       {L"\\e[5~", L"ed-search-prev-history"}, {L"\\e[6~", L"ed-search-next-history"},
@@ -172,9 +172,9 @@ ShellEditor::ShellEditor(int input, int output, const ShellHistory& history, Com
 
 ShellEditor::~ShellEditor() = default;
 
-void ShellEditor::remember(const std::string& line) {
+void ShellEditor::Remember(const std::string& line) {
   HistEventW event;
-  history_w(history_.get(), &event, H_ENTER, to_wide(line).c_str());
+  history_w(history_.get(), &event, H_ENTER, ToWide(line).c_str());
 }
 
 size_t ShellEditor::columns() const {
@@ -182,13 +182,13 @@ size_t ShellEditor::columns() const {
   return ioctl(output_, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-wchar_t* ShellEditor::prompt_of(EditLine* edit) { return owner(edit)->prompt_.data(); }
+wchar_t* ShellEditor::PromptOf(EditLine* edit) { return Owner(edit)->prompt_.data(); }
 
-ShellEditor::Event ShellEditor::read(const std::string& prompt, std::string* line) {
-  prompt_ = to_wide(prompt);
+ShellEditor::Event ShellEditor::Read(const std::string& prompt, std::string* line) {
+  prompt_ = ToWide(prompt);
   event_ = Event::kEnd;
   // Signals are let in during the wait for a key alone, so that none slips between test and wait.
-  const sigset_t noted = noted_signals();
+  const sigset_t noted = NotedSignals();
   sigset_t before;
   sigprocmask(SIG_BLOCK, &noted, &before);
   // Before the prompt: what is typed as soon as it is seen must not be echoed by the terminal.
@@ -199,23 +199,23 @@ ShellEditor::Event ShellEditor::read(const std::string& prompt, std::string* lin
   line->clear();
   if (typed == nullptr || count <= 0) return event_;
   if (event_ == Event::kInterrupt || event_ == Event::kSignal) return event_;
-  *line = to_bytes({typed, static_cast<size_t>(count)});
+  *line = ToBytes({typed, static_cast<size_t>(count)});
   if (!line->empty() && line->back() == '\n') line->pop_back();
   return Event::kLine;
 }
 
-int ShellEditor::read_character(EditLine* edit, wchar_t* character) {
-  ShellEditor* self = owner(edit);
+int ShellEditor::ReadCharacter(EditLine* edit, wchar_t* character) {
+  ShellEditor* self = Owner(edit);
   for (;;) {
-    const int got = self->next_character(character);
-    if (got != 1 || !is_word(*character)) return got;
+    const int got = self->NextCharacter(character);
+    if (got != 1 || !IsWord(*character)) return got;
     const LineInfoW* line = el_wline(edit);
     if (static_cast<size_t>(line->lastchar - line->buffer) < kLongestTyped) return got;
   }
 }
 
 // 1 with a character, 0 at the end, -1 when a signal ends the line.
-int ShellEditor::next_character(wchar_t* character) {
+int ShellEditor::NextCharacter(wchar_t* character) {
   for (;;) {
     if (!pending_.empty()) {
       std::mbstate_t state{};
@@ -225,7 +225,7 @@ int ShellEditor::next_character(wchar_t* character) {
         pending_.erase(0, 1);
         continue;
       }
-      if (size <= pending_.size() && !is_raw_byte(*character)) {
+      if (size <= pending_.size() && !IsRawByte(*character)) {
         pending_.erase(0, size);
         return 1;
       }
@@ -235,7 +235,7 @@ int ShellEditor::next_character(wchar_t* character) {
         return 1;
       }
     }
-    if (!wait_for_key()) {
+    if (!WaitForKey()) {
       errno = EINTR;
       return -1;
     }
@@ -247,7 +247,7 @@ int ShellEditor::next_character(wchar_t* character) {
   }
 }
 
-bool ShellEditor::wait_for_key() {
+bool ShellEditor::WaitForKey() {
   sigset_t open;
   sigprocmask(SIG_SETMASK, nullptr, &open);
   for (const int signal : kSignals) sigdelset(&open, signal);
@@ -267,7 +267,7 @@ bool ShellEditor::wait_for_key() {
     }
     if (suspended != 0) {
       suspended = 0;
-      suspend();
+      Suspend();
     }
     if (resized != 0) {
       resized = 0;
@@ -278,7 +278,7 @@ bool ShellEditor::wait_for_key() {
 }
 
 // Ctrl-Z: the terminal goes back as it was found, and is taken again when the shell goes on.
-void ShellEditor::suspend() {
+void ShellEditor::Suspend() {
   el_wset(edit_.get(), EL_PREP_TERM, 0);
   struct sigaction before {};
   struct sigaction stop {};
@@ -299,44 +299,44 @@ void ShellEditor::suspend() {
 
 // --- Completion.
 
-unsigned char ShellEditor::complete(EditLine* edit, wint_t) {
+unsigned char ShellEditor::Complete(EditLine* edit, wint_t) {
   try {
-    return owner(edit)->complete_word();
+    return Owner(edit)->CompleteWord();
   } catch (const std::exception&) {
     return CC_ERROR;
   }
 }
 
-unsigned char ShellEditor::complete_word() {
+unsigned char ShellEditor::CompleteWord() {
   EditLine* edit = edit_.get();
   const LineInfoW* info = el_wline(edit);
   const std::string before =
-      to_bytes({info->buffer, static_cast<size_t>(info->cursor - info->buffer)});
+      ToBytes({info->buffer, static_cast<size_t>(info->cursor - info->buffer)});
   const Completion completion = completer_(before, before.size());
   if (completion.candidates.empty()) return CC_ERROR;
   const std::string typed = before.substr(completion.begin);
   const bool one = completion.candidates.size() == 1;
   const std::string text = completion.common_beginning();
   if (one || (text.size() >= typed.size() && text != typed)) {
-    el_wdeletestr(edit, static_cast<int>(to_wide(typed).size()));
-    if (el_winsertstr(edit, to_wide(text).c_str()) != 0) return CC_ERROR;
+    el_wdeletestr(edit, static_cast<int>(ToWide(typed).size()));
+    if (el_winsertstr(edit, ToWide(text).c_str()) != 0) return CC_ERROR;
   }
   if (one) return CC_REFRESH;
-  list(completion);
+  List(completion);
   return CC_REDISPLAY;
 }
 
-void ShellEditor::list(const Completion& completion) {
+void ShellEditor::List(const Completion& completion) {
   std::vector<std::string> labels;
   for (const Completion::Candidate& candidate : completion.candidates) {
     if (labels.size() == kMostListed) break;
-    labels.push_back(shown(candidate.label));
+    labels.push_back(Shown(candidate.label));
   }
   const size_t more = completion.candidates.size() - labels.size();
-  std::string text = "\n" + in_columns(labels, columns());
-  if (more != 0) text += tr("and {} more", more) + "\n";
+  std::string text = "\n" + InColumns(labels, columns());
+  if (more != 0) text += Tr("and {} more", more) + "\n";
   std::fflush(output_file_.get());
-  write_all(output_, text);
+  WriteAll(output_, text);
 }
 
 }  // namespace lorimat::console

@@ -50,23 +50,23 @@ class ShellEditor {
 
   // Reads a line, without its end; every byte is kept as it was typed. TerminalSignals has to be
   // there.
-  Event read(const std::string& prompt, std::string* line);
+  Event Read(const std::string& prompt, std::string* line);
   // A line that the up key brings back.
-  void remember(const std::string& line);
+  void Remember(const std::string& line);
   int signal() const { return signal_; }
   // Of the window; 80 when it does not tell.
   size_t columns() const;
 
  private:
-  static int read_character(EditLine* edit, wchar_t* character);
-  static unsigned char complete(EditLine* edit, wint_t key);
-  static wchar_t* prompt_of(EditLine* edit);
+  static int ReadCharacter(EditLine* edit, wchar_t* character);
+  static unsigned char Complete(EditLine* edit, wint_t key);
+  static wchar_t* PromptOf(EditLine* edit);
 
-  int next_character(wchar_t* character);
-  bool wait_for_key();
-  void suspend();
-  unsigned char complete_word();
-  void list(const Completion& completion);
+  int NextCharacter(wchar_t* character);
+  bool WaitForKey();
+  void Suspend();
+  unsigned char CompleteWord();
+  void List(const Completion& completion);
 
   int input_;
   int output_;
@@ -83,7 +83,7 @@ class ShellEditor {
 
 // The text as the terminal's characters and back, in the locale of the user. A byte that is no
 // character there becomes one of the private code points U+DC80 to U+DCFF, so that it comes back.
-std::wstring to_wide(std::string_view text);
-std::string to_bytes(std::wstring_view text);
+std::wstring ToWide(std::string_view text);
+std::string ToBytes(std::wstring_view text);
 
 }  // namespace lorimat::console

@@ -16,17 +16,17 @@ namespace lorimat::console {
 
 // Reads "NAME [CODE] [next | nth N | every | times N] [on OPERATION]"; the words may have "--" in
 // front, as the options of "lorimat fault" have. Throws Failure with the cause.
-lorimat::Fault read_fault(std::string_view text);
+lorimat::Fault ReadFault(std::string_view text);
 
 // Plans the fault of the words, or takes all away that wait: "clear". Throws Failure, or
 // RegisterError, with the cause; then nothing is changed.
-void plan_fault(lorimat::VirtualRegister& device, std::string_view words);
+void PlanFault(lorimat::VirtualRegister& device, std::string_view words);
 
 // The words that may stand behind ".fault".
-std::vector<std::string> fault_words();
+std::vector<std::string> FaultWords();
 
 // The faults there are, and those that wait, in lines of at most so many columns; 0 gives each one
 // line.
-std::string fault_list(const lorimat::FaultPlan& plan, size_t columns);
+std::string FaultList(const lorimat::FaultPlan& plan, size_t columns);
 
 }  // namespace lorimat::console

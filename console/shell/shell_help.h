@@ -20,13 +20,13 @@ class ShellHelp {
   explicit ShellHelp(const Language& language);
 
   // All commands by groups, in lines of at most so many columns; 0 gives each one line.
-  std::string overview(size_t columns) const;
+  std::string Overview(size_t columns) const;
   // The command that a word finds: its fields, what they take, and what the page on the language
   // says of it. A word that finds none gets a suggestion.
-  HelpText command(const std::string& word, size_t columns) const;
+  HelpText Command(const std::string& word, size_t columns) const;
 
  private:
-  std::string page(const CommandWord& command, size_t columns) const;
+  std::string Page(const CommandWord& command, size_t columns) const;
 
   const Language& language_;
   std::vector<CommandWord> commands_;

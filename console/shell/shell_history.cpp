@@ -19,15 +19,15 @@ namespace {
 
 constexpr mode_t kFileMode = S_IRUSR | S_IWUSR;
 
-std::string absolute_folder(const char* variable) {
+std::string AbsoluteFolder(const char* variable) {
   const char* value = std::getenv(variable);
   return value != nullptr && *value == '/' ? value : "";
 }
 
 // The file's folder and those above it, as only the user may enter them. The user's own folder is
 // none that a program makes.
-bool make_folders(const std::string& file) {
-  const std::string home = absolute_folder("HOME");
+bool MakeFolders(const std::string& file) {
+  const std::string home = AbsoluteFolder("HOME");
   const bool in_home = file.compare(0, home.size() + 1, home + "/") == 0;
   for (size_t slash = file.find('/', in_home ? home.size() + 1 : 1); slash != std::string::npos;
        slash = file.find('/', slash + 1)) {
@@ -36,7 +36,7 @@ bool make_folders(const std::string& file) {
   return true;
 }
 
-bool is_kept(const std::string& line) {
+bool IsKept(const std::string& line) {
   return !line.empty() && line.front() != ' ' && line.front() != '\t' &&
          line.size() <= kLongestLine &&
          line.find_first_of(std::string("\0\n", 2)) == std::string::npos;
@@ -47,70 +47,70 @@ bool is_kept(const std::string& line) {
 ShellHistory::ShellHistory(const std::string& file) : file_(file) {
   struct stat status;
   if (file_.empty()) {
-    fail(tr("neither HOME nor XDG_STATE_HOME names a folder"));
+    Fail(Tr("neither HOME nor XDG_STATE_HOME names a folder"));
   } else if (stat(file_.c_str(), &status) != 0) {
-    if (errno != ENOENT) fail(system_message(errno));
+    if (errno != ENOENT) Fail(SystemMessage(errno));
   } else if (!S_ISREG(status.st_mode)) {
     // A pipe or a device would keep the shell waiting.
-    fail(tr("it is no regular file"));
+    Fail(Tr("it is no regular file"));
   } else {
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) chmod(file_.c_str(), kFileMode);
     try {
-      read();
+      Read();
     } catch (const Failure& failure) {
       failure_ = failure.what();
     }
   }
 }
 
-void ShellHistory::read() {
+void ShellHistory::Read() {
   LineReader reader(file_);
   SourceLine line;
   uint64_t count = 0;
-  while (reader.next(&line)) {
+  while (reader.Next(&line)) {
     ++count;
-    if (line.length != line.text.size() || !is_kept(line.text)) continue;
+    if (line.length != line.text.size() || !IsKept(line.text)) continue;
     lines_.push_back(line.text);
     if (lines_.size() > 2 * kMostLines) lines_.erase(lines_.begin(), lines_.end() - kMostLines);
   }
   if (lines_.size() > kMostLines) lines_.erase(lines_.begin(), lines_.end() - kMostLines);
-  if (count > kMostLines) rewrite();
+  if (count > kMostLines) Rewrite();
 }
 
 // By way of another file, so that a full disk does not cost the lines that are there.
-void ShellHistory::rewrite() {
+void ShellHistory::Rewrite() {
   const std::string fresh = file_ + ".new";
   Descriptor out(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode));
   std::string text;
   for (const std::string& line : lines_) text += line + "\n";
-  if (!out.is_open() || !write_all(out.get(), text) || close(out.release()) != 0 ||
+  if (!out.is_open() || !WriteAll(out.get(), text) || close(out.release()) != 0 ||
       rename(fresh.c_str(), file_.c_str()) != 0) {
-    fail(system_message(errno));
+    Fail(SystemMessage(errno));
     unlink(fresh.c_str());
   }
 }
 
-bool ShellHistory::add(const std::string& line) {
-  if (!is_kept(line) || (!lines_.empty() && lines_.back() == line)) return false;
+bool ShellHistory::Add(const std::string& line) {
+  if (!IsKept(line) || (!lines_.empty() && lines_.back() == line)) return false;
   lines_.push_back(line);
   if (!failure_.empty()) return true;
   const int flags = O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC;
   Descriptor out;
-  if (make_folders(file_)) out = Descriptor(open(file_.c_str(), flags, kFileMode));
-  if (!out.is_open() || !write_all(out.get(), line + "\n") || close(out.release()) != 0) {
-    fail(system_message(errno));
+  if (MakeFolders(file_)) out = Descriptor(open(file_.c_str(), flags, kFileMode));
+  if (!out.is_open() || !WriteAll(out.get(), line + "\n") || close(out.release()) != 0) {
+    Fail(SystemMessage(errno));
   }
   return true;
 }
 
-void ShellHistory::fail(const std::string& cause) {
-  failure_ = file_.empty() ? cause : fmt::format("{}: {}", shown(file_), cause);
+void ShellHistory::Fail(const std::string& cause) {
+  failure_ = file_.empty() ? cause : fmt::format("{}: {}", Shown(file_), cause);
 }
 
-std::string history_file() {
-  std::string folder = absolute_folder("XDG_STATE_HOME");
+std::string HistoryFile() {
+  std::string folder = AbsoluteFolder("XDG_STATE_HOME");
   if (folder.empty()) {
-    folder = absolute_folder("HOME");
+    folder = AbsoluteFolder("HOME");
     if (folder.empty()) return {};
     folder += "/.local/state";
   }

@@ -20,14 +20,14 @@ class ShellHistory {
   // Adds a line here and at the end of the file, so that a session that is killed loses nothing.
   // Lines that begin with a blank, repeat the one before or are too long to run are not kept.
   // Returns whether it was.
-  bool add(const std::string& line);
+  bool Add(const std::string& line);
   // Why the lines cannot be kept, with the file; empty when they can.
   const std::string& failure() const { return failure_; }
 
  private:
-  void read();
-  void rewrite();
-  void fail(const std::string& cause);
+  void Read();
+  void Rewrite();
+  void Fail(const std::string& cause);
 
   std::string file_;
   std::string failure_;
@@ -36,6 +36,6 @@ class ShellHistory {
 
 // $XDG_STATE_HOME/lorimat/history, or ~/.local/state/lorimat/history; empty when neither variable
 // names a folder.
-std::string history_file();
+std::string HistoryFile();
 
 }  // namespace lorimat::console

@@ -33,10 +33,10 @@ namespace {
 // Of a batch: more are counted, so that a file of the wrong kind fills no answer.
 constexpr size_t kMostFailures = 100;
 
-Json class_json(long code) { return code < 0 ? Json() : Json((code & kCodeClassMask) >> 8); }
+Json ClassJson(long code) { return code < 0 ? Json() : Json((code & kCodeClassMask) >> 8); }
 
 // The words behind ".fault", if the line is that one of the shell's own.
-std::optional<std::string_view> fault_words_of(std::string_view line) {
+std::optional<std::string_view> FaultWordsOf(std::string_view line) {
   constexpr std::string_view kFault = ".fault";
   constexpr std::string_view kBlanks = " \t";
   line.remove_prefix(std::min(line.size(), line.find_first_not_of(kBlanks)));
@@ -58,64 +58,64 @@ class JsonShell {
         memory_(language, client) {}
 
   // One line in, one line out.
-  void answer(const SourceLine& source) {
-    streams_.output(answer_to(source));
-    tell_register_failure();
+  void Answer(const SourceLine& source) {
+    streams_.Output(AnswerTo(source));
+    TellRegisterFailure();
   }
 
  private:
-  std::string answer_to(const SourceLine& source) {
+  std::string AnswerTo(const SourceLine& source) {
     const EnglishMessages english;
-    JsonRequest request = read_request(source);
+    JsonRequest request = ReadRequest(source);
     Json out = {
         {"id", std::move(request.id)}, {"code", nullptr},        {"class", nullptr}, {"text", ""},
         {"explanation", ""},           {"paper", Json::array()}, {"state", nullptr}};
-    if (!request.error) request.error = run(request.line, &out);
-    out["paper"] = new_paper();
-    out["state"] = state_json(client_.device(), memory_.next_sale());
+    if (!request.error) request.error = Run(request.line, &out);
+    out["paper"] = NewPaper();
+    out["state"] = StateJson(client_.device(), memory_.next_sale());
     if (const std::optional<RequestError>& error = request.error) {
-      out["error"] = {{"kind", request_error_name(error->kind)},
+      out["error"] = {{"kind", RequestErrorName(error->kind)},
                       {"cause", error->cause},
                       {"column", error->column == 0 ? Json() : Json(error->column)}};
     }
-    return json_line(out);
+    return JsonLine(out);
   }
 
-  std::optional<RequestError> run(const std::string& line, Json* out) {
-    if (const std::optional<std::string_view> words = fault_words_of(line)) {
+  std::optional<RequestError> Run(const std::string& line, Json* out) {
+    if (const std::optional<std::string_view> words = FaultWordsOf(line)) {
       try {
-        if (!words->empty()) plan_fault(client_.device(), *words);
+        if (!words->empty()) PlanFault(client_.device(), *words);
       } catch (const Failure& failure) {
         return RequestError{RequestError::kFault, failure.what(), 0};
       } catch (const lorimat::RegisterError& error) {
         return RequestError{RequestError::kFault, error.what(), 0};
       }
-      put(0, "", "", "", out);
-    } else if (is_batch_line(line)) {
-      run_batch(line, out);
+      Put(0, "", "", "", out);
+    } else if (IsBatchLine(line)) {
+      RunBatch(line, out);
     } else {
       std::string text;
       const uint64_t refusals = client_.refusals();
-      const long code = library_.run_line(line, &text);
-      memory_.answered(line, code);
-      const std::string lost = memory_.lost_sale_reason(memory_.sale_was_lost(), code);
-      put(code, text, line, lost.empty() ? client_.reason_since(refusals, code) : lost, out);
+      const long code = library_.RunLine(line, &text);
+      memory_.Answered(line, code);
+      const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
+      Put(code, text, line, lost.empty() ? client_.ReasonSince(refusals, code) : lost, out);
     }
     return std::nullopt;
   }
 
-  void run_batch(const std::string& line, Json* out) {
-    const BatchRun batch = run_batch_line(line, library_, client_, &memory_);
-    memory_.answered(line, batch.code);
-    put(batch.code, batch.answer, line, "", out);
+  void RunBatch(const std::string& line, Json* out) {
+    const BatchRun batch = RunBatchLine(line, library_, client_, &memory_);
+    memory_.Answered(line, batch.code);
+    Put(batch.code, batch.answer, line, "", out);
     Json failures = Json::array();
     for (const FailedLine& failed : batch.failures) {
       if (failures.size() == kMostFailures) break;
-      Json one = {{"place", failed.place}, {"line", without_passwords(&language_, failed.text)},
+      Json one = {{"place", failed.place}, {"line", WithoutPasswords(&language_, failed.text)},
                   {"code", nullptr},       {"class", nullptr},
                   {"text", failed.answer}, {"explanation", ""}};
       // A text that belongs to no line has no code.
-      if (failed.code != 0) put(failed.code, failed.answer, failed.text, failed.reason, &one);
+      if (failed.code != 0) Put(failed.code, failed.answer, failed.text, failed.reason, &one);
       failures.push_back(std::move(one));
     }
     (*out)["batch"] = {
@@ -126,41 +126,41 @@ class JsonShell {
         {"stopped_behind", batch.stopped_behind ? Json(*batch.stopped_behind) : Json()}};
   }
 
-  void put(long code, const std::string& text, const std::string& line, const std::string& reason,
+  void Put(long code, const std::string& text, const std::string& line, const std::string& reason,
            Json* out) {
     (*out)["code"] = code;
-    (*out)["class"] = class_json(code);
+    (*out)["class"] = ClassJson(code);
     (*out)["text"] = text;
-    (*out)["explanation"] = explanation(code, line, reason);
+    (*out)["explanation"] = Explanation(code, line, reason);
   }
 
   // What is wrong in the line, why the register refused it, and what causes the code.
-  std::string explanation(long code, const std::string& line, const std::string& reason) const {
+  std::string Explanation(long code, const std::string& line, const std::string& reason) const {
     if (code == 0) return {};
     std::vector<std::string> sentences;
-    if (const std::optional<Finding> found = parser_finding(language_, line, code)) {
-      const std::string words = finding_words(*found);
+    if (const std::optional<Finding> found = ParserFinding(language_, line, code)) {
+      const std::string words = FindingWords(*found);
       sentences.push_back(found->column == 0 ? words
                                              : fmt::format("column {}: {}", found->column, words));
     }
     if (!reason.empty()) sentences.push_back(reason);
-    for (std::string& cause : causes(code)) sentences.push_back(std::move(cause));
+    for (std::string& cause : Causes(code)) sentences.push_back(std::move(cause));
     return fmt::format("{}", fmt::join(sentences, "\n"));
   }
 
   // What was printed since the answer before, and ahead of the first one when the register started.
-  Json new_paper() {
+  Json NewPaper() {
     const std::vector<std::string>& lines = client_.printed().lines();
     Json paper = Json::array();
     for (; paper_shown_ < lines.size(); ++paper_shown_) paper.push_back(lines[paper_shown_]);
     return paper;
   }
 
-  void tell_register_failure() {
+  void TellRegisterFailure() {
     const std::string cause = client_.last_failure();
     if (cause == told_failure_) return;
     told_failure_ = cause;
-    if (!cause.empty()) tell_error(streams_, tr("the register could not be kept: {}", cause));
+    if (!cause.empty()) TellError(streams_, Tr("the register could not be kept: {}", cause));
   }
 
   const Language& language_;
@@ -174,19 +174,19 @@ class JsonShell {
 
 }  // namespace
 
-int run_json(const Language& language, Library& library, RegisterClient& client, Streams& streams) {
+int RunJson(const Language& language, Library& library, RegisterClient& client, Streams& streams) {
   JsonShell shell(language, library, client, streams);
   LineReader reader("-", &interrupted, kLongestRequest);
   SourceLine line;
   uint64_t answered = 0;
   // What a signal leaves of a request that was being sent is not run.
-  while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
-    shell.answer(line);
+  while (interrupted == 0 && reader.Next(&line) && interrupted == 0) {
+    shell.Answer(line);
     answered = line.number;
   }
   if (interrupted == 0) return kExitGood;
-  tell(streams, tr("stopped by {} behind line {}", interrupt_name(), answered));
-  return interrupt_exit();
+  Tell(streams, Tr("stopped by {} behind line {}", InterruptName(), answered));
+  return InterruptExit();
 }
 
 }  // namespace lorimat::console

@@ -13,6 +13,6 @@ namespace lorimat::console {
 // signal of interrupt.h comes, for which a watch has to live. Returns one of ExitCode, or that of
 // the signal. The library has been started. Throws Failure when the input cannot be read or an
 // answer cannot be written.
-int run_json(const Language& language, Library& library, RegisterClient& client, Streams& streams);
+int RunJson(const Language& language, Library& library, RegisterClient& client, Streams& streams);
 
 }  // namespace lorimat::console

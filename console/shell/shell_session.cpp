@@ -54,7 +54,7 @@ constexpr OwnWord kOwnWords[] = {
     {"help", "help, quit, exit", TR_TEXT("the same, where no command has such a name")},
 };
 
-std::vector<std::string> own_words() {
+std::vector<std::string> OwnWords() {
   std::vector<std::string> words;
   for (const OwnWord& own : kOwnWords) {
     if (own.word[0] != '.' || (!words.empty() && words.back() == own.word)) continue;
@@ -63,7 +63,7 @@ std::vector<std::string> own_words() {
   return words;
 }
 
-std::string_view without_blanks(std::string_view text) {
+std::string_view WithoutBlanks(std::string_view text) {
   const size_t first = text.find_first_not_of(" \t");
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
@@ -77,8 +77,8 @@ struct PlainWord {
 
 constexpr PlainWord kPlainWords[] = {{"help", ".help"}, {"quit", ".quit"}, {"exit", ".quit"}};
 
-bool holds_nothing(std::string_view text) {
-  const std::string_view inner = without_blanks(text);
+bool HoldsNothing(std::string_view text) {
+  const std::string_view inner = WithoutBlanks(text);
   return inner.empty() || inner.front() == ';';
 }
 
@@ -92,240 +92,238 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       look_(std::move(look)),
       streams_(streams),
       help_(language),
-      completer_(language, own_words(), fault_words()),
+      completer_(language, OwnWords(), FaultWords()),
       memory_(language, client),
       hints_(language),
       report_(streams, look_.terse ? nullptr : &language, false) {
-  library_.run_line("; lorimat shell", &plain_answer_);
+  library_.RunLine("; lorimat shell", &plain_answer_);
 }
 
-void ShellSession::take(const SourceLine& line, const std::string& place) {
+void ShellSession::Take(const SourceLine& line, const std::string& place) {
   if (line.nul_at != 0) {
     const std::string why =
-        tr("a NUL byte stands in column {}, and the library would read the line only up to there",
+        Tr("a NUL byte stands in column {}, and the library would read the line only up to there",
            line.nul_at) +
-        encoding_hint(line.text);
-    if (FailureReport* report = line_report()) {
+        EncodingHint(line.text);
+    if (FailureReport* report = LineReport()) {
       ++failures_;
-      report->report_not_run(place, why, line.text);
+      report->ReportNotRun(place, why, line.text);
     } else {
-      fail(place, fmt::format("{}: {}", tr("not run"), why), line.text);
+      Fail(place, fmt::format("{}: {}", Tr("not run"), why), line.text);
     }
     return;
   }
-  const std::string_view text = without_blanks(line.text);
-  const std::string own = own_line(text);
+  const std::string_view text = WithoutBlanks(line.text);
+  const std::string own = OwnLine(text);
   if (!own.empty()) {
     try {
       if (own.front() == '?') {
-        help(without_blanks(std::string_view(own).substr(1)));
+        Help(WithoutBlanks(std::string_view(own).substr(1)));
       } else {
-        own_word(own);
+        RunOwnWord(own);
       }
     } catch (const Failure& failure) {
-      fail(place, failure.what(), look_.terminal ? "" : line.text);
+      Fail(place, failure.what(), look_.terminal ? "" : line.text);
     } catch (const lorimat::RegisterError& error) {
-      fail(place, register_message(error.what()), look_.terminal ? "" : line.text);
+      Fail(place, RegisterMessage(error.what()), look_.terminal ? "" : line.text);
     }
   } else {
-    run(line.text, place);
+    Run(line.text, place);
   }
 }
 
-void ShellSession::run(const std::string& text, const std::string& place) {
-  if (is_batch_line(text)) {
-    run_batch(text, place);
+void ShellSession::Run(const std::string& text, const std::string& place) {
+  if (IsBatchLine(text)) {
+    RunBatch(text, place);
     return;
   }
   std::string answer;
   const uint64_t refusals = client_.refusals();
-  const long code = library_.run_line(text, &answer);
-  memory_.answered(text, code);
-  const std::string lost = memory_.lost_sale_reason(memory_.sale_was_lost(), code);
-  show_answer(text, code, answer, place,
-              lost.empty() ? client_.reason_since(refusals, code) : lost);
-  if (code == 0) show_hints(text, place);
-  show_paper();
-  tell_register_failure();
+  const long code = library_.RunLine(text, &answer);
+  memory_.Answered(text, code);
+  const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
+  ShowAnswer(text, code, answer, place, lost.empty() ? client_.ReasonSince(refusals, code) : lost);
+  if (code == 0) ShowHints(text, place);
+  ShowPaper();
+  TellRegisterFailure();
 }
 
 // On a terminal the line stands right above, but for those of a file.
-void ShellSession::show_hints(const std::string& text, const std::string& place) {
+void ShellSession::ShowHints(const std::string& text, const std::string& place) {
   if (look_.terse) return;
   const bool stands_above = look_.terminal && !file_report_;
   const std::string hints =
-      hints_.take({++lines_answered_, text, text.size(), 0}, stands_above ? "" : place,
+      hints_.Take({++lines_answered_, text, text.size(), 0}, stands_above ? "" : place,
                   look_.terminal ? look_.colours : streams_.error_has_colours());
   if (hints.empty()) return;
   if (stands_above) {
-    streams_.output(laid_out(hints));
+    streams_.Output(LaidOut(hints));
   } else if (look_.terminal) {
-    streams_.output(hints);
+    streams_.Output(hints);
   } else {
-    streams_.error(hints);
+    streams_.Error(hints);
   }
 }
 
-void ShellSession::run_batch(const std::string& text, const std::string& place) {
-  const BatchRun batch = run_batch_line(text, library_, client_, &memory_);
-  memory_.answered(text, batch.code);
+void ShellSession::RunBatch(const std::string& text, const std::string& place) {
+  const BatchRun batch = RunBatchLine(text, library_, client_, &memory_);
+  memory_.Answered(text, batch.code);
   if (!batch.stopped_behind || batch.code != 0) {
-    show_answer(text, batch.code, batch.answer, place, "");
+    ShowAnswer(text, batch.code, batch.answer, place, "");
   }
-  show_paper();
-  tell_register_failure();
-  tell_unknown_failures(batch, place, streams_);
-  show_batch_failures(batch);
+  ShowPaper();
+  TellRegisterFailure();
+  TellUnknownFailures(batch, place, streams_);
+  ShowBatchFailures(batch);
   if (batch.stopped_behind) {
-    tell_stop(shown(without_blanks(text), kShownLine), *batch.stopped_behind);
+    TellStop(Shown(WithoutBlanks(text), kShownLine), *batch.stopped_behind);
   }
 }
 
-void ShellSession::show_batch_failures(const BatchRun& batch) {
+void ShellSession::ShowBatchFailures(const BatchRun& batch) {
   if (batch.failures.empty()) return;
   file_lines_ += batch.lines;
   failures_ += batch.failures.size();
   std::optional<FailureReport> of_line;
-  FailureReport* report = line_report();
+  FailureReport* report = LineReport();
   if (report == nullptr) report = &of_line.emplace(streams_, &language_, true);
-  report_failures(batch.failures, *report);
+  ReportFailures(batch.failures, *report);
   if (!of_line) return;
-  of_line->summarize();
-  tell(streams_, tr("{} of {} lines failed", batch.failures.size(), batch.lines));
+  of_line->Summarize();
+  Tell(streams_, Tr("{} of {} lines failed", batch.failures.size(), batch.lines));
 }
 
-std::string ShellSession::next_sale_warning() const {
-  return memory_.sale_is_lost() ? tr("the next sale opens no receipt: {}", memory_.ways_out()) : "";
+std::string ShellSession::NextSaleWarning() const {
+  return memory_.sale_is_lost() ? Tr("the next sale opens no receipt: {}", memory_.ways_out()) : "";
 }
 
 std::string ShellSession::next_sale_text() const {
   switch (memory_.next_sale()) {
     case TranslatorMemory::NextSale::kOpensReceipt:
-      return tr("opens a receipt");
+      return Tr("opens a receipt");
     case TranslatorMemory::NextSale::kUnknown:
-      return tr("not known: a line ran that was too long to be followed");
+      return Tr("not known: a line ran that was too long to be followed");
     case TranslatorMemory::NextSale::kOpensNone:
       break;
   }
-  return memory_.sale_is_lost() ? tr("opens no receipt, code {}; the way out is {}",
+  return memory_.sale_is_lost() ? Tr("opens no receipt, code {}; the way out is {}",
                                      MemoryWatch::kNoDocument, memory_.ways_out())
-                                : tr("goes into what is open");
+                                : Tr("goes into what is open");
 }
 
 // Of a line that does not stand right above.
-FailureReport* ShellSession::line_report() {
+FailureReport* ShellSession::LineReport() {
   if (!look_.terminal) return &report_;
   return file_report_ ? &*file_report_ : nullptr;
 }
 
-void ShellSession::show_answer(const std::string& text, long code, const std::string& answer,
-                               const std::string& place, const std::string& reason) {
-  const std::string words = shown(without_trailing_blanks(answer));
-  FailureReport* report = line_report();
+void ShellSession::ShowAnswer(const std::string& text, long code, const std::string& answer,
+                              const std::string& place, const std::string& reason) {
+  const std::string words = Shown(WithoutTrailingBlanks(answer));
+  FailureReport* report = LineReport();
   if (code != 0 && report != nullptr) {
     ++failures_;
-    report->report({place, code, answer, text, reason});
+    report->Report({place, code, answer, text, reason});
   } else if (code != 0) {
     // The place that is shown has the hint of the encoding.
-    fail(place, tr("code {}: {}", code, words), "");
+    Fail(place, Tr("code {}: {}", code, words), "");
     const size_t columns = look_.columns();
-    streams_.output(causes_text(code, columns) + parser_hint(language_, text, columns));
-    if (!reason.empty()) streams_.output(wrapped(reason, kIndent, columns));
+    streams_.Output(CausesText(code, columns) + ParserHint(language_, text, columns));
+    if (!reason.empty()) streams_.Output(Wrapped(reason, kIndent, columns));
   } else if (!look_.terminal) {
-    if (answer != plain_answer_) streams_.error(tr("{}: answer: {}", place, words) + "\n");
+    if (answer != plain_answer_) streams_.Error(Tr("{}: answer: {}", place, words) + "\n");
   } else if (file_report_) {
-    if (answer != plain_answer_) streams_.output(laid_out(tr("{}: answer: {}", place, words)));
+    if (answer != plain_answer_) streams_.Output(LaidOut(Tr("{}: answer: {}", place, words)));
   } else if (answer != plain_answer_) {
     // "OK.(2 Lines   0 msec)" says ok itself.
     const bool begins_plain = answer.compare(0, plain_answer_.size(), plain_answer_) == 0;
     const std::string rest = begins_plain
-                                 ? " " + shown(without_trailing_blanks(
+                                 ? " " + Shown(WithoutTrailingBlanks(
                                              std::string_view(answer).substr(plain_answer_.size())))
                                  : ": " + words;
-    const std::string ok = tr("ok");
-    streams_.output(styled(ok, Style::kGood, look_.colours) +
-                    flowed(rest, columns_of(ok), 0, look_.columns()) + "\n");
-  } else if (!holds_nothing(text)) {
-    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + "\n");
+    const std::string ok = Tr("ok");
+    streams_.Output(Styled(ok, Style::kGood, look_.colours) +
+                    Flowed(rest, ColumnsOf(ok), 0, look_.columns()) + "\n");
+  } else if (!HoldsNothing(text)) {
+    streams_.Output(Styled(Tr("ok"), Style::kGood, look_.colours) + "\n");
   }
 }
 
 // On a terminal the line stands right above.
-void ShellSession::fail(const std::string& place, const std::string& what, std::string_view line) {
+void ShellSession::Fail(const std::string& place, const std::string& what, std::string_view line) {
   ++failures_;
-  std::string text = !look_.terminal ? laid_out(fmt::format("{}: {}", place, what))
-                                     : styled(laid_out(what), Style::kError, look_.colours);
-  if (!line.empty()) text += fmt::format("    {}\n", shown(line, kShownLine));
+  std::string text = !look_.terminal ? LaidOut(fmt::format("{}: {}", place, what))
+                                     : Styled(LaidOut(what), Style::kError, look_.colours);
+  if (!line.empty()) text += fmt::format("    {}\n", Shown(line, kShownLine));
   if (look_.terminal) {
-    streams_.output(text);
+    streams_.Output(text);
   } else {
-    streams_.error(text);
+    streams_.Error(text);
   }
 }
 
-void ShellSession::tell_stop(const std::string& file, uint64_t line) {
+void ShellSession::TellStop(const std::string& file, uint64_t line) {
   const std::string text =
-      laid_out(tr("{}: stopped by {} behind line {}", file, interrupt_name(), line));
+      LaidOut(Tr("{}: stopped by {} behind line {}", file, InterruptName(), line));
   if (look_.terminal) {
     // Behind the ^C that the terminal shows.
-    if (file_report_ && !std::exchange(echo_ended_, true)) streams_.output("\n");
-    streams_.output(text);
+    if (file_report_ && !std::exchange(echo_ended_, true)) streams_.Output("\n");
+    streams_.Output(text);
   } else {
-    streams_.error(text);
+    streams_.Error(text);
   }
 }
 
-void ShellSession::tell_register_failure() {
+void ShellSession::TellRegisterFailure() {
   const std::string cause = client_.last_failure();
   if (cause == told_failure_) return;
   told_failure_ = cause;
-  if (!cause.empty()) tell_error(streams_, tr("the register could not be kept: {}", cause));
+  if (!cause.empty()) TellError(streams_, Tr("the register could not be kept: {}", cause));
 }
 
 // --- The paper.
 
 // On a terminal a strip of paper with its edges, so that it cannot be taken for what was typed. A
 // window that is too narrow for the edges has the line alone.
-std::string ShellSession::paper_strip(const std::string& line) const {
+std::string ShellSession::PaperStrip(const std::string& line) const {
   if (!look_.terminal) return line + "\n";
   constexpr std::string_view kLeft = "  |";
   constexpr std::string_view kRight = "|";
   constexpr size_t kRoom = lorimat::Paper::kColumns;
-  const std::string text = shown(line);
+  const std::string text = Shown(line);
   const size_t columns = look_.columns();
   if (columns < kLeft.size() + kRoom + kRight.size()) {
-    return styled(broken(without_trailing_blanks(text), columns), Style::kFaint, look_.colours);
+    return Styled(Broken(WithoutTrailingBlanks(text), columns), Style::kFaint, look_.colours);
   }
-  const size_t width = columns_of(text);
+  const size_t width = ColumnsOf(text);
   const std::string blanks(width < kRoom ? kRoom - width : 0, ' ');
-  return styled(fmt::format("{}{}{}{}", kLeft, text, blanks, kRight), Style::kFaint,
+  return Styled(fmt::format("{}{}{}{}", kLeft, text, blanks, kRight), Style::kFaint,
                 look_.colours) +
          "\n";
 }
 
-void ShellSession::show_paper() {
+void ShellSession::ShowPaper() {
   if (file_report_) return;
   const std::vector<std::string>& lines = client_.printed().lines();
   std::string text;
   for (size_t i = std::min(paper_shown_, lines.size()); i < lines.size(); ++i) {
-    text += paper_strip(lines[i]);
+    text += PaperStrip(lines[i]);
   }
   paper_shown_ = lines.size();
-  if (!text.empty()) streams_.output(text);
+  if (!text.empty()) streams_.Output(text);
 }
 
 // A person that runs a file wants to know what came of it, and looks at the paper after that.
-void ShellSession::tell_paper_of_file() {
+void ShellSession::TellPaperOfFile() {
   const size_t lines = client_.printed().lines().size();
   const size_t printed = lines - std::min(paper_shown_, lines);
   paper_shown_ = lines;
   if (printed == 0) return;
-  streams_.output(
-      laid_out(tr("{} printed; see \".paper {}\"",
-                  tr_count(printed, TR_TEXT("{} line"), TR_TEXT("{} lines")), printed)));
+  streams_.Output(LaidOut(Tr("{} printed; see \".paper {}\"",
+                             TrCount(printed, TR_TEXT("{} line"), TR_TEXT("{} lines")), printed)));
 }
 
-void ShellSession::show_last_paper(const std::string& number) {
+void ShellSession::ShowLastPaper(const std::string& number) {
   // A register in a file has the roll of earlier times too; a long session has more than the roll.
   const std::vector<std::string>& session = client_.printed().lines();
   const std::vector<std::string>& roll = client_.device().paper_lines();
@@ -337,106 +335,106 @@ void ShellSession::show_last_paper(const std::string& number) {
     if (error == std::errc::result_out_of_range) {
       count = lines.size();
     } else if (error != std::errc() || end != number.data() + number.size()) {
-      throw Failure(tr(".paper takes a number of lines, not '{}'", shown(number, 60)));
+      throw Failure(Tr(".paper takes a number of lines, not '{}'", Shown(number, 60)));
     }
   }
   std::string text;
   for (size_t i = lines.size() - std::min(count, lines.size()); i < lines.size(); ++i) {
-    text += paper_strip(lines[i]);
+    text += PaperStrip(lines[i]);
   }
-  if (text.empty() && look_.terminal) text = tr("The paper is blank.") + "\n";
-  streams_.output(text);
+  if (text.empty() && look_.terminal) text = Tr("The paper is blank.") + "\n";
+  streams_.Output(text);
 }
 
 // --- Help, and the shell's own words.
 
-std::string ShellSession::laid_out(const std::string& text) const {
-  return wrapped(text, 0, look_.columns());
+std::string ShellSession::LaidOut(const std::string& text) const {
+  return Wrapped(text, 0, look_.columns());
 }
 
-std::string ShellSession::own_line(std::string_view text) const {
+std::string ShellSession::OwnLine(std::string_view text) const {
   const char first = text.empty() ? ' ' : text.front();
   if (first == '?' || first == '.' || first == ':') return std::string(text);
   const std::string word(text.substr(0, text.find_first_of(" \t")));
   for (const PlainWord& plain : kPlainWords) {
-    if (!equals_ignoring_case(word.c_str(), plain.word)) continue;
+    if (!EqualsIgnoringCase(word.c_str(), plain.word)) continue;
     // A longer name of a command may be cut down to the word.
-    if (language_.find_command(word).failure != INSTRUCTION_NOT_FOUND) return {};
+    if (language_.FindCommand(word).failure != INSTRUCTION_NOT_FOUND) return {};
     return std::string(plain.own).append(text.substr(word.size()));
   }
   return {};
 }
 
-void ShellSession::help(std::string_view word) {
+void ShellSession::Help(std::string_view word) {
   const size_t columns = look_.columns();
   if (word.empty()) {
-    show_help(streams_, help_.overview(columns));
+    ShowHelp(streams_, help_.Overview(columns));
     return;
   }
-  const HelpText text = help_.command(std::string(word), columns);
+  const HelpText text = help_.Command(std::string(word), columns);
   if (!text.found) throw Failure(text.text);
-  show_help(streams_, text.text);
+  ShowHelp(streams_, text.text);
 }
 
-void ShellSession::own_word(std::string_view text) {
+void ShellSession::RunOwnWord(std::string_view text) {
   const size_t end = std::min(text.find_first_of(" \t"), text.size());
   std::string word(text.substr(0, end));
   word.front() = '.';
-  const std::string rest(without_blanks(text.substr(end)));
-  if (word == ".paper") return show_last_paper(rest);
-  if (word == ".fault") return change_faults(rest);
-  if (word == ".batch") return run_file(rest);
-  if (word == ".help" && !rest.empty()) return help(rest);
+  const std::string rest(WithoutBlanks(text.substr(end)));
+  if (word == ".paper") return ShowLastPaper(rest);
+  if (word == ".fault") return ChangeFaults(rest);
+  if (word == ".batch") return RunFile(rest);
+  if (word == ".help" && !rest.empty()) return Help(rest);
   if (word != ".help" && word != ".status" && word != ".quit") {
-    const std::string near = nearest_word(word, own_words());
+    const std::string near = NearestWord(word, OwnWords());
     throw Failure(near.empty()
-                      ? tr("the shell has no word '{}'; .help lists them", shown(word, 60))
-                      : tr("the shell has no word '{}'; did you mean {}?", shown(word, 60), near));
+                      ? Tr("the shell has no word '{}'; .help lists them", Shown(word, 60))
+                      : Tr("the shell has no word '{}'; did you mean {}?", Shown(word, 60), near));
   }
-  if (!rest.empty()) throw Failure(tr("nothing may stand behind {}", word));
-  if (word == ".help") list_own_words();
+  if (!rest.empty()) throw Failure(Tr("nothing may stand behind {}", word));
+  if (word == ".help") ListOwnWords();
   if (word == ".status") {
-    streams_.output(
-        status_text(client_.device(), client_.file(), next_sale_text(), look_.columns()));
+    streams_.Output(
+        StatusText(client_.device(), client_.file(), next_sale_text(), look_.columns()));
   }
   if (word == ".quit") quit_ = true;
 }
 
-void ShellSession::list_own_words() {
+void ShellSession::ListOwnWords() {
   size_t width = 0;
-  for (const OwnWord& own : kOwnWords) width = std::max(width, columns_of(own.form));
+  for (const OwnWord& own : kOwnWords) width = std::max(width, ColumnsOf(own.form));
   std::string out;
   const auto add = [&](const std::string& form, const std::string& what) {
-    out += entry(fmt::format("  {:<{}}  ", form, width), what, look_.columns());
+    out += Entry(fmt::format("  {:<{}}  ", form, width), what, look_.columns());
   };
-  add("?", tr("lists the commands of the language"));
-  add("? VEND", tr("tells of one: its fields and what they take"));
-  for (const OwnWord& own : kOwnWords) add(own.form, std::string(translated(own.what)));
+  add("?", Tr("lists the commands of the language"));
+  add("? VEND", Tr("tells of one: its fields and what they take"));
+  for (const OwnWord& own : kOwnWords) add(own.form, std::string(Translated(own.what)));
   if (look_.terminal) {
     out += "\n";
     out +=
-        laid_out(tr("TAB completes names of commands, fields, values and files; the up "
-                    "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
-                    "A line that begins with a blank is not kept in the history."));
+        LaidOut(Tr("TAB completes names of commands, fields, values and files; the up "
+                   "key and Ctrl-R bring lines back; Ctrl-C drops the line being typed. "
+                   "A line that begins with a blank is not kept in the history."));
   }
-  show_help(streams_, out);
+  ShowHelp(streams_, out);
 }
 
-void ShellSession::change_faults(std::string_view words) {
+void ShellSession::ChangeFaults(std::string_view words) {
   if (words.empty()) {
-    streams_.output(fault_list(client_.device().faults(), look_.columns()));
+    streams_.Output(FaultList(client_.device().faults(), look_.columns()));
   } else {
-    plan_fault(client_.device(), words);
+    PlanFault(client_.device(), words);
   }
 }
 
-void ShellSession::run_file(const std::string& file) {
-  if (file.empty()) throw Failure(tr("which file? Its name has to stand behind .batch"));
+void ShellSession::RunFile(const std::string& file) {
+  if (file.empty()) throw Failure(Tr("which file? Its name has to stand behind .batch"));
   struct stat status;
   if (stat(file.c_str(), &status) != 0) {
-    throw Failure(tr("{}: cannot be opened: {}", shown(file), system_message(errno)));
+    throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(errno)));
   }
-  if (!S_ISREG(status.st_mode)) throw Failure(tr("{}: is no regular file", shown(file)));
+  if (!S_ISREG(status.st_mode)) throw Failure(Tr("{}: is no regular file", Shown(file)));
   LineReader reader(file == "-" ? "./-" : file, &interrupted);
   const uint64_t before = failures_;
   const uint64_t lines_before = file_lines_;
@@ -444,33 +442,33 @@ void ShellSession::run_file(const std::string& file) {
   if (look_.terminal) file_report_.emplace(streams_, &language_, true);
   echo_ended_ = false;
   try {
-    while (interrupted == 0 && reader.next(&line) && interrupted == 0) {
+    while (interrupted == 0 && reader.Next(&line) && interrupted == 0) {
       ++file_lines_;
       // The words of the shell are none of a file's.
       const std::string place = fmt::format("{}:{}", reader.name(), line.number);
       if (line.nul_at != 0) {
-        take(line, place);
+        Take(line, place);
       } else {
-        run(line.text, place);
+        Run(line.text, place);
       }
     }
   } catch (...) {
     file_report_.reset();
     throw;
   }
-  if (file_report_) file_report_->summarize();
+  if (file_report_) file_report_->Summarize();
   const uint64_t failed = failures_ - before;
   if (interrupted != 0) {
     // In a pipe the whole input ends with it, and tells of it.
-    tell_stop(reader.name(), line.number);
+    TellStop(reader.name(), line.number);
   } else if (look_.terminal && failed == 0) {
-    streams_.output(styled(tr("ok"), Style::kGood, look_.colours) + ": " +
-                    tr_count(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");
+    streams_.Output(Styled(Tr("ok"), Style::kGood, look_.colours) + ": " +
+                    TrCount(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");
   } else if (failed != 0) {
-    tell(streams_, tr("{} of {} lines failed", failed, file_lines_ - lines_before));
+    Tell(streams_, Tr("{} of {} lines failed", failed, file_lines_ - lines_before));
   }
   file_report_.reset();
-  if (look_.terminal) tell_paper_of_file();
+  if (look_.terminal) TellPaperOfFile();
 }
 
 }  // namespace lorimat::console

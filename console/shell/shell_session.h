@@ -40,50 +40,50 @@ class ShellSession {
 
   // Runs a line; place, "standard input:7", names it where that is not plain to see. Throws
   // Failure when its output cannot be written.
-  void take(const SourceLine& line, const std::string& place);
+  void Take(const SourceLine& line, const std::string& place);
   // Shows what has been printed since the last call.
-  void show_paper();
+  void ShowPaper();
 
   // Of a pipe: what lines failed with.
-  void summarize_failures() { report_.summarize(); }
+  void SummarizeFailures() { report_.Summarize(); }
 
   // What a sale would do that is out of the ordinary, for the line above the prompt; else empty.
-  std::string next_sale_warning() const;
+  std::string NextSaleWarning() const;
 
   bool quit() const { return quit_; }
-  void stay() { quit_ = false; }
+  void Stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
   // Lines of ".batch" files, and of batches with failures, that were run.
   uint64_t file_lines() const { return file_lines_; }
-  Completion complete(std::string_view line, size_t cursor) const {
-    return completer_.complete(line, cursor);
+  Completion Complete(std::string_view line, size_t cursor) const {
+    return completer_.Complete(line, cursor);
   }
 
  private:
-  void run(const std::string& text, const std::string& place);
-  void run_batch(const std::string& text, const std::string& place);
-  void show_batch_failures(const BatchRun& batch);
-  FailureReport* line_report();
+  void Run(const std::string& text, const std::string& place);
+  void RunBatch(const std::string& text, const std::string& place);
+  void ShowBatchFailures(const BatchRun& batch);
+  FailureReport* LineReport();
   std::string next_sale_text() const;
-  void show_answer(const std::string& text, long code, const std::string& answer,
-                   const std::string& place, const std::string& reason);
-  void tell_stop(const std::string& file, uint64_t line);
-  void fail(const std::string& place, const std::string& what, std::string_view line);
-  void tell_register_failure();
+  void ShowAnswer(const std::string& text, long code, const std::string& answer,
+                  const std::string& place, const std::string& reason);
+  void TellStop(const std::string& file, uint64_t line);
+  void Fail(const std::string& place, const std::string& what, std::string_view line);
+  void TellRegisterFailure();
   // The line as one of the shell's own words, which begin with a sign; empty where it is for the
   // library.
-  std::string own_line(std::string_view text) const;
-  void help(std::string_view word);
-  void own_word(std::string_view text);
-  void show_hints(const std::string& text, const std::string& place);
-  void list_own_words();
-  void show_last_paper(const std::string& number);
-  void change_faults(std::string_view words);
-  void run_file(const std::string& file);
-  void tell_paper_of_file();
-  std::string paper_strip(const std::string& line) const;
+  std::string OwnLine(std::string_view text) const;
+  void Help(std::string_view word);
+  void RunOwnWord(std::string_view text);
+  void ShowHints(const std::string& text, const std::string& place);
+  void ListOwnWords();
+  void ShowLastPaper(const std::string& number);
+  void ChangeFaults(std::string_view words);
+  void RunFile(const std::string& file);
+  void TellPaperOfFile();
+  std::string PaperStrip(const std::string& line) const;
   // A text of the shell's own, in lines that fit the window.
-  std::string laid_out(const std::string& text) const;
+  std::string LaidOut(const std::string& text) const;
 
   const Language& language_;
   Library& library_;

@@ -14,22 +14,22 @@ class VirtualRegister;
 namespace lorimat::console {
 
 // "RECEIPT OPEN": what the printer is doing.
-std::string printer_state_text(const lorimat::VirtualRegister& device);
+std::string PrinterStateText(const lorimat::VirtualRegister& device);
 
 // "RECEIPT OPEN  2 items  subtotal 4,00  key registering". What is out of the ordinary stands at
 // the end: training, faults that wait, and what the next sale does, if that is told.
-std::string status_line(const lorimat::VirtualRegister& device, const std::string& next_sale = {});
+std::string StatusLine(const lorimat::VirtualRegister& device, const std::string& next_sale = {});
 
 // The same and more, an entry for each, in lines of at most so many columns; 0 gives each one
 // line. `file` is where the register is kept; empty in memory. `next_sale` tells what the next sale
 // does.
-std::string status_text(const lorimat::VirtualRegister& device, const std::string& file,
-                        const std::string& next_sale, size_t columns);
+std::string StatusText(const lorimat::VirtualRegister& device, const std::string& file,
+                       const std::string& next_sale, size_t columns);
 
 // "the receipt is open, with 2 items and a subtotal of 4,00"; empty when nothing is open.
-std::string open_document_words(const lorimat::VirtualRegister& device);
+std::string OpenDocumentWords(const lorimat::VirtualRegister& device);
 
 // The state for a program: what the line above the prompt tells, as values.
-Json state_json(const lorimat::VirtualRegister& device, TranslatorMemory::NextSale next_sale);
+Json StateJson(const lorimat::VirtualRegister& device, TranslatorMemory::NextSale next_sale);
 
 }  // namespace lorimat::console

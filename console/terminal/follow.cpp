@@ -26,7 +26,7 @@ constexpr timespec kNoPause = {0, 0};
 class HeldSignals {
  public:
   HeldSignals() {
-    const sigset_t signals = interrupt_signals();
+    const sigset_t signals = InterruptSignals();
     pthread_sigmask(SIG_BLOCK, &signals, &before_);
   }
   ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
@@ -43,7 +43,7 @@ int ReaderHasGone() {
   struct sigaction action = {};
   sigaction(SIGPIPE, nullptr, &action);
   if (action.sa_handler != SIG_IGN) return kExitReaderGone;
-  throw ReaderGone(tr("cannot write to standard output: {}", system_message(EPIPE)));
+  throw ReaderGone(Tr("cannot write to standard output: {}", SystemMessage(EPIPE)));
 }
 
 enum class Waited { kReady, kPaused, kGone, kInterrupted };
@@ -55,7 +55,7 @@ Waited Wait(int descriptor, short events, const timespec* pause, const HeldSigna
   const int found = ppoll(&place, 1, pause, held.before());
   if (interrupted != 0) return Waited::kInterrupted;
   if (found == 0 || (found < 0 && errno == EINTR)) return Waited::kPaused;
-  if (found < 0) throw Failure(tr("cannot write to standard output: {}", system_message(errno)));
+  if (found < 0) throw Failure(Tr("cannot write to standard output: {}", SystemMessage(errno)));
   // A terminal that was closed hangs up, and a pipe that nobody reads has an error.
   if ((place.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) return Waited::kGone;
   return Waited::kReady;
@@ -68,7 +68,7 @@ int Follow(const std::function<Following()>& look, Streams& streams) {
   const InterruptWatch watch;
   const HeldSignals held;
   const int output = streams.output_descriptor();
-  const auto ended = [] { return interrupted == SIGINT ? kExitGood : interrupt_exit(); };
+  const auto ended = [] { return interrupted == SIGINT ? kExitGood : InterruptExit(); };
   for (;;) {
     const Following found = look();
     for (std::string_view rest = found.text; !rest.empty();) {
@@ -77,7 +77,7 @@ int Follow(const std::function<Following()>& look, Streams& streams) {
       if (waited == Waited::kPaused) continue;
       // So much fits a pipe that has room. One that nobody reads tells so itself.
       const size_t size = std::min<size_t>(rest.size(), PIPE_BUF);
-      streams.output(rest.substr(0, size));
+      streams.Output(rest.substr(0, size));
       rest.remove_prefix(size);
     }
     if (found.ended) return kExitGood;

@@ -11,30 +11,30 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-void note_interrupt(int signal) {
+void NoteInterrupt(int signal) {
   if (interrupted == 0) interrupted = signal;
   interrupt_count = interrupt_count + 1;
 }
 
 }  // namespace
 
-sigset_t interrupt_signals() {
+sigset_t InterruptSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : kSignals) sigaddset(&signals, signal);
   return signals;
 }
 
-std::string interrupt_name() {
+std::string InterruptName() {
   if (interrupted == SIGTERM) return "SIGTERM";
   return interrupted == SIGHUP ? "SIGHUP" : "Ctrl-C";
 }
 
-int interrupt_exit() { return 128 + interrupted; }
+int InterruptExit() { return 128 + interrupted; }
 
 InterruptWatch::InterruptWatch() {
   struct sigaction action {};
-  action.sa_handler = &note_interrupt;
+  action.sa_handler = &NoteInterrupt;
   sigemptyset(&action.sa_mask);
   size_t place = 0;
   for (const int signal : kSignals) {

@@ -16,11 +16,11 @@ extern volatile std::sig_atomic_t interrupted;
 extern volatile std::sig_atomic_t interrupt_count;
 
 // The signals that a watch notes.
-sigset_t interrupt_signals();
+sigset_t InterruptSignals();
 // What was noted, for a message: "Ctrl-C", "SIGTERM" or "SIGHUP".
-std::string interrupt_name();
+std::string InterruptName();
 // The exit code behind it: 128 plus the signal's number, as shells have it.
-int interrupt_exit();
+int InterruptExit();
 
 // SIGTERM and SIGHUP that were ignored when the watch began stay ignored: "nohup lorimat run".
 class InterruptWatch {

@@ -8,13 +8,13 @@
 
 namespace lorimat::console {
 
-bool begins_with_byte_order_mark(std::string_view line);
+bool BeginsWithByteOrderMark(std::string_view line);
 
 // Whether the line shows that its file is UTF-16: by the mark of that, where it is the first, or
 // because every second byte is NUL.
-bool shows_utf16(const SourceLine& line);
+bool ShowsUtf16(const SourceLine& line);
 
 // What to say behind the failure of such a line; empty for every other.
-std::string encoding_hint(std::string_view line);
+std::string EncodingHint(std::string_view line);
 
 }  // namespace lorimat::console

@@ -19,20 +19,20 @@
 namespace lorimat::console {
 
 LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t* stop, size_t kept)
-    : name_(file == "-" ? tr("standard input") : shown(file)),
+    : name_(file == "-" ? Tr("standard input") : Shown(file)),
       stop_(stop),
       kept_(kept),
       file_(file == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
                         : open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
   if (!file_.is_open()) {
-    throw Failure(tr("{}: cannot be opened: {}", name_, system_message(errno)));
+    throw Failure(Tr("{}: cannot be opened: {}", name_, SystemMessage(errno)));
   }
   struct stat status;
   if (fstat(file_.get(), &status) != 0) {
-    throw Failure(tr("{}: cannot be read: {}", name_, system_message(errno)));
+    throw Failure(Tr("{}: cannot be read: {}", name_, SystemMessage(errno)));
   }
   if (S_ISDIR(status.st_mode)) {
-    throw Failure(tr("{}: is a directory, not a file of lines", name_));
+    throw Failure(Tr("{}: is a directory, not a file of lines", name_));
   }
   regular_ = S_ISREG(status.st_mode);
   if (regular_) size_ = static_cast<uint64_t>(status.st_size);
@@ -42,7 +42,7 @@ LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t
 // during the wait alone, so that none can slip between the test and the wait.
 bool LineReader::wait() {
   if (stop_ == nullptr) return true;
-  const sigset_t signals = interrupt_signals();
+  const sigset_t signals = InterruptSignals();
   sigset_t before;
   sigprocmask(SIG_BLOCK, &signals, &before);
   pollfd input = {file_.get(), POLLIN, 0};
@@ -60,14 +60,14 @@ bool LineReader::fill() {
     got = read(file_.get(), buffer_.data(), buffer_.size());
   } while (got < 0 && errno == EINTR);
   if (got < 0) {
-    throw Failure(tr("{}:{}: cannot be read: {}", name_, number_ + 1, system_message(errno)));
+    throw Failure(Tr("{}:{}: cannot be read: {}", name_, number_ + 1, SystemMessage(errno)));
   }
   begin_ = 0;
   end_ = static_cast<size_t>(got);
   return got > 0;
 }
 
-bool LineReader::next(SourceLine* line) {
+bool LineReader::Next(SourceLine* line) {
   line->text.clear();
   line->length = 0;
   line->nul_at = 0;

@@ -36,7 +36,7 @@ class LineReader {
                       size_t kept = kKept);
 
   // Reads the next line; false at the end of the file. Throws Failure on a read error.
-  bool next(SourceLine* line);
+  bool Next(SourceLine* line);
 
   const std::string& name() const { return name_; }  // for messages
   bool is_regular() const { return regular_; }

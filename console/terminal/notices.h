@@ -10,12 +10,12 @@
 namespace lorimat::console {
 
 // "lorimat: TEXT": something went wrong.
-void tell_error(Streams& streams, std::string_view text);
+void TellError(Streams& streams, std::string_view text);
 // "lorimat: warning: TEXT"
-void tell_warning(Streams& streams, std::string_view text);
+void TellWarning(Streams& streams, std::string_view text);
 // "lorimat: note: TEXT"
-void tell_note(Streams& streams, std::string_view text);
+void TellNote(Streams& streams, std::string_view text);
 // "lorimat: TEXT": what is going on.
-void tell(Streams& streams, std::string_view text);
+void Tell(Streams& streams, std::string_view text);
 
 }  // namespace lorimat::console

@@ -22,26 +22,26 @@ namespace {
 constexpr int kNotFound = 127;  // as a shell answers where there is no such program
 
 // The rows that a text takes in a window so wide.
-size_t rows_of(std::string_view text, size_t columns) {
+size_t RowsOf(std::string_view text, size_t columns) {
   size_t rows = 0;
   while (!text.empty()) {
     const size_t end = std::min(text.find('\n'), text.size());
-    rows += std::max<size_t>(1, (columns_of(text.substr(0, end)) + columns - 1) / columns);
+    rows += std::max<size_t>(1, (ColumnsOf(text.substr(0, end)) + columns - 1) / columns);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return rows;
 }
 
 // With a row for the prompt. A window that does not tell its size has room for anything.
-bool fits_window(int output, std::string_view text) {
+bool FitsWindow(int output, std::string_view text) {
   winsize window{};
   if (ioctl(output, TIOCGWINSZ, &window) != 0 || window.ws_row == 0 || window.ws_col == 0) {
     return true;
   }
-  return rows_of(text, window.ws_col) < window.ws_row;
+  return RowsOf(text, window.ws_col) < window.ws_row;
 }
 
-bool is_installed(const std::string& program) {
+bool IsInstalled(const std::string& program) {
   if (program.find('/') != std::string::npos) return access(program.c_str(), X_OK) == 0;
   const char* path = std::getenv("PATH");
   std::string_view folders = path != nullptr ? path : "/usr/bin:/bin";
@@ -55,14 +55,14 @@ bool is_installed(const std::string& program) {
 }
 
 // As a shell takes it; empty for none.
-std::string pager_command() {
+std::string PagerCommand() {
   const char* terminal = std::getenv("TERM");
   if (terminal == nullptr || std::string_view(terminal) == "dumb") return {};
   const char* chosen = std::getenv("PAGER");
   const std::string command = chosen != nullptr ? chosen : "less";
   const size_t begin = std::min(command.find_first_not_of(" \t"), command.size());
   const std::string program = command.substr(begin, command.find_first_of(" \t", begin) - begin);
-  return program == "cat" || program.empty() || !is_installed(program) ? "" : command;
+  return program == "cat" || program.empty() || !IsInstalled(program) ? "" : command;
 }
 
 // What keys mean to the pager alone, and its early end. Ctrl-Z stops both.
@@ -94,7 +94,7 @@ class PagerSignals {
   std::array<struct sigaction, kSignals.size()> before_;
 };
 
-std::vector<char*> pointers_to(std::vector<std::string>& texts) {
+std::vector<char*> PointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
@@ -102,7 +102,7 @@ std::vector<char*> pointers_to(std::vector<std::string>& texts) {
 }
 
 // Starts the command with the text's pipe as its input. 0 when it cannot.
-pid_t start_pager(const std::string& command, int input, int output) {
+pid_t StartPager(const std::string& command, int input, int output) {
   std::vector<std::string> arguments = {"sh", "-c", command};
   std::vector<std::string> environment;
   for (char** variable = environ; *variable != nullptr; ++variable) {
@@ -128,8 +128,8 @@ pid_t start_pager(const std::string& command, int input, int output) {
       posix_spawnattr_setsigdefault(&attributes, &defaults) == 0 &&
       posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
       posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK) == 0;
-  if (!ready || posix_spawn(&child, "/bin/sh", &files, &attributes, pointers_to(arguments).data(),
-                            pointers_to(environment).data()) != 0) {
+  if (!ready || posix_spawn(&child, "/bin/sh", &files, &attributes, PointersTo(arguments).data(),
+                            PointersTo(environment).data()) != 0) {
     child = 0;
   }
   posix_spawnattr_destroy(&attributes);
@@ -138,7 +138,7 @@ pid_t start_pager(const std::string& command, int input, int output) {
 }
 
 // Whether the pager has shown the text.
-bool wait_for(pid_t child) {
+bool WaitFor(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) return true;
@@ -146,27 +146,27 @@ bool wait_for(pid_t child) {
   return !WIFEXITED(status) || WEXITSTATUS(status) != kNotFound;
 }
 
-bool show_in_pager(int output, std::string_view text) {
-  if (isatty(output) != 1 || fits_window(output, text)) return false;
-  const std::string command = pager_command();
+bool ShowInPager(int output, std::string_view text) {
+  if (isatty(output) != 1 || FitsWindow(output, text)) return false;
+  const std::string command = PagerCommand();
   int ends[2];
   if (command.empty() || pipe2(ends, O_CLOEXEC) != 0) return false;
   Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
   const PagerSignals signals;
-  const pid_t child = start_pager(command, reading.get(), output);
+  const pid_t child = StartPager(command, reading.get(), output);
   if (child == 0) return false;
   reading = Descriptor();
   // A reader that has seen enough leaves the rest.
-  write_all(writing.get(), text);
+  WriteAll(writing.get(), text);
   writing = Descriptor();
-  return wait_for(child);
+  return WaitFor(child);
 }
 
 }  // namespace
 
-void show_help(Streams& streams, const std::string& text) {
-  if (!show_in_pager(streams.output_descriptor(), text)) streams.output(text);
+void ShowHelp(Streams& streams, const std::string& text) {
+  if (!ShowInPager(streams.output_descriptor(), text)) streams.Output(text);
 }
 
 }  // namespace lorimat::console

@@ -19,7 +19,7 @@ constexpr int kWidthWithLines = 20;
 constexpr size_t kAroundBar = 7;  // columns of the brackets and the percentage
 constexpr size_t kUsualColumns = 80;
 
-bool terminal_can_erase() {
+bool TerminalCanErase() {
   const char* terminal = std::getenv("TERM");
   return terminal != nullptr && std::string_view(terminal) != "dumb";
 }
@@ -34,32 +34,32 @@ std::string TimeText(std::chrono::seconds time) {
 
 Progress::Progress(Streams& streams, bool wanted, uint64_t total, Shows shows, Clock clock)
     : streams_(streams),
-      active_(wanted && total > 0 && streams.error_is_terminal() && terminal_can_erase()),
+      active_(wanted && total > 0 && streams.error_is_terminal() && TerminalCanErase()),
       total_(total),
       shows_(shows),
       clock_(std::move(clock)) {
   if (active_) begun_ = clock_();
 }
 
-Progress::~Progress() { clear(); }
+Progress::~Progress() { Clear(); }
 
 std::string Progress::Behind(uint64_t done, size_t room) const {
   std::string text;
   const auto add = [&](std::string_view gap, const std::string& part) {
-    if (column_count(text) + gap.size() + column_count(part) <= room) text.append(gap).append(part);
+    if (ColumnCount(text) + gap.size() + ColumnCount(part) <= room) text.append(gap).append(part);
   };
-  if (shows_ == Shows::kLines) add("  ", tr("{} of {} lines", done, total_));
+  if (shows_ == Shows::kLines) add("  ", Tr("{} of {} lines", done, total_));
   // Of the first second nothing can be foretold.
   const std::chrono::duration<double> past = clock_() - begun_;
   if (past >= std::chrono::seconds(1) && done > 0) {
     const auto left = past * (static_cast<double>(total_ - done) / static_cast<double>(done));
     add(text.empty() ? "  " : ", ",
-        tr("{} left", TimeText(std::chrono::ceil<std::chrono::seconds>(left))));
+        Tr("{} left", TimeText(std::chrono::ceil<std::chrono::seconds>(left))));
   }
   return text;
 }
 
-void Progress::update(uint64_t done) {
+void Progress::Update(uint64_t done) {
   if (!active_) return;
   done = std::min(done, total_);
   const double part = static_cast<double>(done) / static_cast<double>(total_);
@@ -73,20 +73,20 @@ void Progress::update(uint64_t done) {
   // A text in the last column would have some terminals go on to the next row.
   const size_t room = columns > taken ? columns - taken - 1 : 0;
   std::string behind = done == total_ ? std::string() : Behind(done, room);
-  const size_t behind_columns = column_count(behind);
+  const size_t behind_columns = ColumnCount(behind);
   std::string bar = fmt::format("\r[{}{}] {:3}%", std::string(static_cast<size_t>(full), '#'),
                                 std::string(static_cast<size_t>(width - full), '.'), percent);
   // What is left of a longer text goes.
   if (behind_columns < behind_) bar.insert(1, "\x1b[K");
   behind_ = behind_columns;
-  streams_.error(bar + behind);
+  streams_.Error(bar + behind);
 }
 
-void Progress::clear() {
+void Progress::Clear() {
   if (!active_ || drawn_ < 0) return;
   drawn_ = -1;
   behind_ = 0;
-  streams_.error("\r\x1b[K");
+  streams_.Error("\r\x1b[K");
 }
 
 }  // namespace lorimat::console

@@ -29,9 +29,9 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   // done of total; drawn again only when the percentage changes.
-  void update(uint64_t done);
+  void Update(uint64_t done);
   // Takes the bar off the terminal, before other text is written and at the end.
-  void clear();
+  void Clear();
 
  private:
   // What stands behind the percentage, as far as the terminal has room for it.

@@ -88,7 +88,7 @@ int ReplacingFile::MakeHidden() {
 }
 
 int ReplacingFile::Fill(std::string_view content) const {
-  if (!write_all(file_.get(), content)) return errno;
+  if (!WriteAll(file_.get(), content)) return errno;
   if (replaced_) {
     // The owner of another's file is root's to give.
     if (fchown(file_.get(), replaced_->st_uid, replaced_->st_gid) != 0) errno = 0;

@@ -13,7 +13,7 @@ constexpr size_t kLeastBeside = 20;
 constexpr size_t kBelow = 4;
 
 // The bytes of the character that begins there; 1 for a byte that begins none.
-size_t character_size(std::string_view text, size_t at) {
+size_t CharacterSize(std::string_view text, size_t at) {
   const unsigned char lead = static_cast<unsigned char>(text[at]);
   const size_t size = lead >= 0xF0 && lead < 0xF8   ? 4
                       : lead >= 0xE0 && lead < 0xF0 ? 3
@@ -28,21 +28,21 @@ size_t character_size(std::string_view text, size_t at) {
 
 }  // namespace
 
-size_t columns_of(std::string_view text) {
+size_t ColumnsOf(std::string_view text) {
   size_t columns = 0;
-  for (size_t at = 0; at < text.size(); at += character_size(text, at)) ++columns;
+  for (size_t at = 0; at < text.size(); at += CharacterSize(text, at)) ++columns;
   return columns;
 }
 
-std::string cut_to(std::string_view text, size_t columns) {
-  if (columns == 0 || columns_of(text) <= columns) return std::string(text);
+std::string CutTo(std::string_view text, size_t columns) {
+  if (columns == 0 || ColumnsOf(text) <= columns) return std::string(text);
   const size_t kept = columns > 3 ? columns - 3 : 0;
   size_t end = 0;
-  for (size_t i = 0; i < kept; ++i) end += character_size(text, end);
+  for (size_t i = 0; i < kept; ++i) end += CharacterSize(text, end);
   return std::string(text.substr(0, end)) + "...";
 }
 
-std::string flowed(std::string_view text, size_t column, size_t indent, size_t columns) {
+std::string Flowed(std::string_view text, size_t column, size_t indent, size_t columns) {
   if (columns == 0) return std::string(text);
   std::string out;
   bool begins_line = column <= indent;
@@ -51,7 +51,7 @@ std::string flowed(std::string_view text, size_t column, size_t indent, size_t c
     text.remove_prefix(blanks);
     if (text.empty()) break;
     const std::string_view word = text.substr(0, text.find(' '));
-    const size_t width = columns_of(word);
+    const size_t width = ColumnsOf(word);
     if (!begins_line && column + blanks + width > columns) {
       out += '\n';
       out.append(indent, ' ');
@@ -68,21 +68,21 @@ std::string flowed(std::string_view text, size_t column, size_t indent, size_t c
   return out;
 }
 
-std::string wrapped(std::string_view text, size_t indent, size_t columns) {
+std::string Wrapped(std::string_view text, size_t indent, size_t columns) {
   const size_t hanging = indent + (text.substr(0, 2) == "- " ? 2 : 0);
-  return std::string(indent, ' ') + flowed(text, indent, hanging, columns) + "\n";
+  return std::string(indent, ' ') + Flowed(text, indent, hanging, columns) + "\n";
 }
 
-std::string entry(std::string_view heading, std::string_view text, size_t columns) {
-  if (text.empty()) return std::string(without_trailing_blanks(heading)) + "\n";
-  const size_t beside = columns_of(heading);
+std::string Entry(std::string_view heading, std::string_view text, size_t columns) {
+  if (text.empty()) return std::string(WithoutTrailingBlanks(heading)) + "\n";
+  const size_t beside = ColumnsOf(heading);
   if (columns == 0 || beside + kLeastBeside <= columns) {
-    return std::string(heading) + flowed(text, beside, beside, columns) + "\n";
+    return std::string(heading) + Flowed(text, beside, beside, columns) + "\n";
   }
-  return std::string(without_trailing_blanks(heading)) + "\n" + wrapped(text, kBelow, columns);
+  return std::string(WithoutTrailingBlanks(heading)) + "\n" + Wrapped(text, kBelow, columns);
 }
 
-std::string broken(std::string_view text, size_t columns) {
+std::string Broken(std::string_view text, size_t columns) {
   std::string out;
   size_t column = 0;
   for (size_t at = 0; at < text.size();) {
@@ -90,7 +90,7 @@ std::string broken(std::string_view text, size_t columns) {
       out += '\n';
       column = 0;
     }
-    const size_t size = character_size(text, at);
+    const size_t size = CharacterSize(text, at);
     out += text.substr(at, size);
     at += size;
     ++column;
@@ -98,9 +98,9 @@ std::string broken(std::string_view text, size_t columns) {
   return out + "\n";
 }
 
-std::string in_columns(const std::vector<std::string>& words, size_t columns) {
+std::string InColumns(const std::vector<std::string>& words, size_t columns) {
   size_t widest = 0;
-  for (const std::string& word : words) widest = std::max(widest, columns_of(word));
+  for (const std::string& word : words) widest = std::max(widest, ColumnsOf(word));
   const size_t width = widest + 2;
   const size_t per_line = std::max<size_t>(1, columns / width);
   std::string out;
@@ -110,7 +110,7 @@ std::string in_columns(const std::vector<std::string>& words, size_t columns) {
     if (last) {
       out += '\n';
     } else {
-      out.append(width - columns_of(words[i]), ' ');
+      out.append(width - ColumnsOf(words[i]), ' ');
     }
   }
   return out;

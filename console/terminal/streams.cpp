@@ -32,7 +32,7 @@ Descriptor::~Descriptor() {
 
 int Descriptor::release() { return std::exchange(fd_, -1); }
 
-bool write_all(int fd, std::string_view text) {
+bool WriteAll(int fd, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = write(fd, text.data(), text.size());
     if (written < 0) {
@@ -47,15 +47,15 @@ bool write_all(int fd, std::string_view text) {
 namespace {
 
 // The library writes through the same stdio and iostream objects as this program.
-void flush_shared_buffers() {
+void FlushSharedBuffers() {
   std::cout.flush();
   std::fflush(stdout);
 }
 
-Descriptor copy_of(int fd) {
+Descriptor CopyOf(int fd) {
   Descriptor copy(fcntl(fd, F_DUPFD_CLOEXEC, 3));
   if (!copy.is_open()) {
-    throw Failure(tr("cannot keep the standard streams apart: {}", system_message(errno)));
+    throw Failure(Tr("cannot keep the standard streams apart: {}", SystemMessage(errno)));
   }
   return copy;
 }
@@ -72,22 +72,22 @@ Streams::Streams() {
       close(place_holder);
     }
   }
-  own_output_ = copy_of(STDOUT_FILENO);
-  own_error_ = copy_of(STDERR_FILENO);
+  own_output_ = CopyOf(STDOUT_FILENO);
+  own_error_ = CopyOf(STDERR_FILENO);
 }
 
-Streams::~Streams() { flush_shared_buffers(); }
+Streams::~Streams() { FlushSharedBuffers(); }
 
-void Streams::output(std::string_view text) {
-  if (!write_all(own_output_.get(), text)) {
+void Streams::Output(std::string_view text) {
+  if (!WriteAll(own_output_.get(), text)) {
     if (errno == EPIPE) {
-      throw ReaderGone(tr("cannot write to standard output: {}", system_message(errno)));
+      throw ReaderGone(Tr("cannot write to standard output: {}", SystemMessage(errno)));
     }
-    throw Failure(tr("cannot write to standard output: {}", system_message(errno)));
+    throw Failure(Tr("cannot write to standard output: {}", SystemMessage(errno)));
   }
 }
 
-void Streams::error(std::string_view text) { write_all(own_error_.get(), text); }
+void Streams::Error(std::string_view text) { WriteAll(own_error_.get(), text); }
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }
 
@@ -98,14 +98,14 @@ size_t Streams::error_columns() const {
 
 size_t Streams::notice_columns() const { return wraps_ ? error_columns() : 0; }
 
-bool Streams::output_has_colours() const { return has_colours(own_output_.get()); }
+bool Streams::output_has_colours() const { return HasColours(own_output_.get()); }
 
-bool Streams::error_has_colours() const { return has_colours(own_error_.get()); }
+bool Streams::error_has_colours() const { return HasColours(own_error_.get()); }
 
-void Streams::start_trace(const std::string& file) {
-  flush_shared_buffers();
+void Streams::StartTrace(const std::string& file) {
+  FlushSharedBuffers();
   if (file == "-") {
-    trace_ = copy_of(own_error_.get());
+    trace_ = CopyOf(own_error_.get());
   } else {
     const char* path = file.empty() ? "/dev/null" : file.c_str();
     trace_ = Descriptor(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666));
@@ -113,36 +113,36 @@ void Streams::start_trace(const std::string& file) {
   tracing_ = !file.empty();
   trace_name_ = file;
   if (!trace_.is_open() || dup2(trace_.get(), STDOUT_FILENO) < 0) {
-    throw Failure(tr("{}: cannot write the trace: {}", shown(file), system_message(errno)));
+    throw Failure(Tr("{}: cannot write the trace: {}", Shown(file), SystemMessage(errno)));
   }
 }
 
-void Streams::trace(std::string_view line) {
+void Streams::Trace(std::string_view line) {
   if (!tracing_) return;
-  flush_trace();
-  if (!write_all(trace_.get(), fmt::format("{}\n", line))) trace_error_ = errno;
+  FlushTrace();
+  if (!WriteAll(trace_.get(), fmt::format("{}\n", line))) trace_error_ = errno;
 }
 
 // What the library writes fails in the buffers that it shares with this program.
-void Streams::flush_trace() {
+void Streams::FlushTrace() {
   std::cout.flush();
   if (std::fflush(stdout) != 0) trace_error_ = errno;
 }
 
 std::string Streams::trace_failure() {
   if (!tracing_) return {};
-  flush_trace();
+  FlushTrace();
   if (trace_error_ == 0 && std::ferror(stdout) != 0) trace_error_ = EIO;
   if (trace_error_ == 0) return {};
-  return tr("{}: cannot write the trace: {}", shown(trace_name_), system_message(trace_error_));
+  return Tr("{}: cannot write the trace: {}", Shown(trace_name_), SystemMessage(trace_error_));
 }
 
-void Streams::divert_errors() {
+void Streams::DivertErrors() {
   std::fflush(stderr);
   if (trace_.is_open()) dup2(trace_.get(), STDERR_FILENO);
 }
 
-void Streams::restore_errors() {
+void Streams::RestoreErrors() {
   std::fflush(stderr);
   dup2(own_error_.get(), STDERR_FILENO);
 }

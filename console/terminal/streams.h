@@ -31,7 +31,7 @@ class Descriptor {
 };
 
 // Writes all of the text; false, with errno set, when that fails.
-bool write_all(int fd, std::string_view text);
+bool WriteAll(int fd, std::string_view text);
 
 class Streams {
  public:
@@ -46,13 +46,13 @@ class Streams {
 
   // The program's standard output; throws Failure when the text cannot be written, which is
   // ReaderGone when nobody reads it.
-  void output(std::string_view text);
+  void Output(std::string_view text);
   int output_descriptor() const { return own_output_.get(); }
   // The program's standard error. A failure is ignored: there is no place left to tell it.
-  void error(std::string_view text);
+  void Error(std::string_view text);
   bool error_is_terminal() const;
   // From here on notices are wrapped where standard error is a terminal.
-  void wrap_notices() { wraps_ = true; }
+  void WrapNotices() { wraps_ = true; }
   // The width of the terminal that standard error is; 0 where it is none.
   size_t error_columns() const;
   // The columns that a notice may take; 0 for any number.
@@ -63,21 +63,21 @@ class Streams {
 
   // Turns descriptor 1 to the trace from here on. "-" is standard error, an empty name
   // discards what the library writes. Throws Failure when the file cannot be opened.
-  void start_trace(const std::string& file);
+  void StartTrace(const std::string& file);
   // A line of the trace, with its line end; nothing without a trace.
-  void trace(std::string_view line);
+  void Trace(std::string_view line);
   bool tracing() const { return tracing_; }
   // Why the trace is not whole; empty while all of it was written.
   std::string trace_failure();
   // Turns descriptor 2 to the trace, and back.
-  void divert_errors();
-  void restore_errors();
+  void DivertErrors();
+  void RestoreErrors();
 
  private:
   Descriptor own_output_;
   Descriptor own_error_;
   Descriptor trace_;
-  void flush_trace();
+  void FlushTrace();
 
   std::string trace_name_;
   bool tracing_ = false;

@@ -8,7 +8,7 @@
 namespace lorimat::console {
 namespace {
 
-fmt::text_style look(Style style) {
+fmt::text_style Look(Style style) {
   switch (style) {
     case Style::kError:
       return fmt::emphasis::bold | fmt::fg(fmt::terminal_color::red);
@@ -28,7 +28,7 @@ fmt::text_style look(Style style) {
 
 }  // namespace
 
-bool has_colours(int descriptor) {
+bool HasColours(int descriptor) {
   const char* refused = std::getenv("NO_COLOR");
   if (refused != nullptr && *refused != 0) return false;
   const char* terminal = std::getenv("TERM");
@@ -36,8 +36,8 @@ bool has_colours(int descriptor) {
   return isatty(descriptor) == 1;
 }
 
-std::string styled(std::string_view text, Style style, bool colours) {
-  return colours ? fmt::format(look(style), "{}", text) : std::string(text);
+std::string Styled(std::string_view text, Style style, bool colours) {
+  return colours ? fmt::format(Look(style), "{}", text) : std::string(text);
 }
 
 }  // namespace lorimat::console

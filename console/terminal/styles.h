@@ -10,9 +10,9 @@ namespace lorimat::console {
 enum class Style { kError, kWarning, kNote, kGood, kStrong, kFaint };
 
 // Whether text for a descriptor is coloured.
-bool has_colours(int descriptor);
+bool HasColours(int descriptor);
 
 // The text in a style, or the text alone without colours.
-std::string styled(std::string_view text, Style style, bool colours);
+std::string Styled(std::string_view text, Style style, bool colours);
 
 }  // namespace lorimat::console

@@ -9,6 +9,6 @@ namespace lorimat::console {
 
 // The candidate with the fewest slips (a character too many, missing, wrong, or two swapped),
 // case not counting; empty when none is near. Of several the first.
-std::string nearest_word(std::string_view word, const std::vector<std::string>& candidates);
+std::string NearestWord(std::string_view word, const std::vector<std::string>& candidates);
 
 }  // namespace lorimat::console

@@ -11,7 +11,7 @@ EcrCmdCommand* translator_instance = nullptr;
 namespace {
 
 // The answer of the stubs that return a text. Never written to.
-char* empty_text() {
+char* EmptyText() {
   static char empty[1] = "";
   return empty;
 }
@@ -22,7 +22,7 @@ int TradInit(char* szNomeFileIni, int iOpzioni, PFIREPROGR, PECRIO pEcrIO) {
   void* baseClientFP = nullptr;
   // A host that fails here leaves the pointer null, and every line then answers so.
   if (pEcrIO != nullptr) {
-    guarded_client_call([&] {
+    GuardedClientCall([&] {
       pEcrIO(ECRIOIC_GET_CLIENT_RT, 0, nullptr, 0, nullptr, nullptr,
              reinterpret_cast<long*>(&baseClientFP));
       return 0;
@@ -65,11 +65,11 @@ void SetOutEditOptions(long nNewValue) {
   translator_instance->SetOutEditFlags(static_cast<int32_t>(nNewValue));
 }
 
-char* Trad_DCYEvent(int, char*, int) { return empty_text(); }
+char* Trad_DCYEvent(int, char*, int) { return EmptyText(); }
 
-char* Trad_DCXEvent(int, char*, int) { return empty_text(); }
+char* Trad_DCXEvent(int, char*, int) { return EmptyText(); }
 
-char* Trad_IEvent(int, char*, int) { return empty_text(); }
+char* Trad_IEvent(int, char*, int) { return EmptyText(); }
 
 void Trad_FileExtEnq(int, char*, int, long* iTipoArt, char* szCodice, double* Qty) {
   *iTipoArt = 0;

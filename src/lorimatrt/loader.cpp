@@ -13,14 +13,14 @@ namespace {
 alignas(EcrCmdCommand) unsigned char first_object[sizeof(EcrCmdCommand)];
 bool instance_is_first = false;
 
-void write_line(const char* line) {
+void WriteLine(const char* line) {
   std::puts(line);
   std::fflush(stdout);
 }
 
 // Destroys the live object. The pointer is cleared, so that lorimat_destroy, which runs
 // behind the detach notification, finds nothing to destroy again.
-void destroy_instance() {
+void DestroyInstance() {
   if (translator_instance == nullptr) return;
   if (instance_is_first) {
     translator_instance->~EcrCmdCommand();
@@ -37,7 +37,7 @@ void lorimat_init() {
   instance_is_first = true;
 }
 
-bool loader_notification(unsigned long reason) {
+bool LoaderNotification(unsigned long reason) {
   switch (reason) {
     case kProcessAttach: {
       EcrCmdCommand* live = new (std::nothrow) EcrCmdCommand;
@@ -46,18 +46,18 @@ bool loader_notification(unsigned long reason) {
         translator_instance = live;
         instance_is_first = false;
       }
-      write_line("Load working...");
+      WriteLine("Load working...");
       break;
     }
     case kProcessDetach:
-      destroy_instance();
-      write_line("Unload working...");
+      DestroyInstance();
+      WriteLine("Unload working...");
       break;
     case kThreadAttach:
-      write_line("ThreadLoad working...");
+      WriteLine("ThreadLoad working...");
       break;
     case kThreadDetach:
-      write_line("ThreadUnload working...");
+      WriteLine("ThreadUnload working...");
       break;
     default:
       break;
@@ -66,7 +66,7 @@ bool loader_notification(unsigned long reason) {
 }
 
 void lorimat_destroy() {
-  destroy_instance();
+  DestroyInstance();
   std::fputs("library destroy\n", stderr);
   std::fflush(stderr);
 }

@@ -15,7 +15,7 @@ void lorimat_init();
 
 // One notification: makes or destroys the translator object, and writes its line to
 // standard output. Always true; an unknown reason does nothing.
-bool loader_notification(unsigned long reason);
+bool LoaderNotification(unsigned long reason);
 
 // Behind the process detach notification: destroys an object that is left, and writes
 // "library destroy\n" to standard error.

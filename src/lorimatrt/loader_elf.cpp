@@ -5,13 +5,13 @@
 
 namespace {
 
-__attribute__((constructor)) void load() {
+__attribute__((constructor)) void Load() {
   lorimat_init();
-  loader_notification(kProcessAttach);
+  LoaderNotification(kProcessAttach);
 }
 
-__attribute__((destructor)) void unload() {
-  loader_notification(kProcessDetach);
+__attribute__((destructor)) void Unload() {
+  LoaderNotification(kProcessDetach);
   lorimat_destroy();
 }
 

@@ -14,6 +14,6 @@ __attribute__((destructor)) void destroy() { lorimat_destroy(); }
 }  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD fdwReason, LPVOID) {
-  loader_notification(fdwReason);
+  LoaderNotification(fdwReason);
   return TRUE;
 }

@@ -30,20 +30,20 @@ constexpr unsigned int kFemaleDayOffset = 40;
 
 // Place of c in a table, or -1.
 template <size_t kSize>
-int index_of(const char (&table)[kSize], char c) {
+int IndexOf(const char (&table)[kSize], char c) {
   const char* found = std::find(std::begin(table), std::end(table), c);
   return found == std::end(table) ? -1 : static_cast<int>(found - table);
 }
 
-std::string letters_of(const std::string& text, bool (*kind)(char)) {
+std::string LettersOf(const std::string& text, bool (*kind)(char)) {
   std::string letters;
   std::copy_if(text.begin(), text.end(), std::back_inserter(letters), kind);
   return letters;
 }
 
 // Consonants, then the name's vowels, then "X", cut to a block.
-std::string padded_block(const std::string& consonants, const std::string& name) {
-  std::string block = consonants + letters_of(name, FiscalCode::IsVocal);
+std::string PaddedBlock(const std::string& consonants, const std::string& name) {
+  std::string block = consonants + LettersOf(name, FiscalCode::IsVocal);
   block.resize(kBlockLength, 'X');
   return block;
 }
@@ -62,7 +62,7 @@ bool FiscalCode::IsCharacter(char c) { return c >= 'A' && c <= 'Z'; }
 
 bool FiscalCode::IsAlfa(char c) { return IsDigit(c) || IsCharacter(c) || (c >= 'a' && c <= 'z'); }
 
-bool FiscalCode::IsExtendedDigit(char c) { return IsDigit(c) || index_of(omocodia_table, c) >= 0; }
+bool FiscalCode::IsExtendedDigit(char c) { return IsDigit(c) || IndexOf(omocodia_table, c) >= 0; }
 
 char FiscalCode::GenerateChecksum(const std::string& text) {
   int sum = 0;  // modulo 26
@@ -92,10 +92,10 @@ bool FiscalCode::CheckSurnameName(const std::string& block) {
 
 int FiscalCode::DigitFromCoding(char c) {
   if (IsDigit(c)) return c - '0';
-  return std::max(index_of(omocodia_table, c), 0);
+  return std::max(IndexOf(omocodia_table, c), 0);
 }
 
-int FiscalCode::MonthFromCoding(char c) { return std::max(index_of(month_table, c), 0); }
+int FiscalCode::MonthFromCoding(char c) { return std::max(IndexOf(month_table, c), 0); }
 
 std::string FiscalCode::GenerateFiscalCode(const std::string& surname, const std::string& name,
                                            bool is_male, unsigned int day_of_birth,
@@ -103,12 +103,12 @@ std::string FiscalCode::GenerateFiscalCode(const std::string& surname, const std
                                            const std::string& city_of_birth) {
   if (month_of_birth >= std::size(month_table)) return {};
 
-  std::string code = padded_block(letters_of(surname, IsConsonant), surname);
+  std::string code = PaddedBlock(LettersOf(surname, IsConsonant), surname);
 
-  std::string consonants = letters_of(name, IsConsonant);
+  std::string consonants = LettersOf(name, IsConsonant);
   // A name of four consonants and more goes without its second one.
   if (consonants.size() > kBlockLength) consonants.erase(1, 1);
-  code += padded_block(consonants, name);
+  code += PaddedBlock(consonants, name);
 
   if (!is_male) day_of_birth += kFemaleDayOffset;
   char date[6];  // cut to five characters where a day is no day
@@ -127,7 +127,7 @@ bool FiscalCode::CheckFiscalCode(const std::string& code) {
   for (const size_t i : {6, 7, 9, 10}) {
     if (!IsExtendedDigit(code[i])) return false;
   }
-  if (index_of(month_table, code[8]) < 0) return false;
+  if (IndexOf(month_table, code[8]) < 0) return false;
 
   int year = DigitFromCoding(code[6]) * 10 + DigitFromCoding(code[7]);
   year += year < kCenturyPivot ? 2000 : 1900;

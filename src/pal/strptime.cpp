@@ -91,23 +91,23 @@ constexpr Conversion kConversions[] = {
     {'y', kAny, Field::kYearOfCentury, 0, 99, nullptr},
 };
 
-const Conversion* find_conversion(char letter) {
+const Conversion* FindConversion(char letter) {
   for (const Conversion& row : kConversions) {
     if (row.letter == letter) return &row;
   }
   return nullptr;
 }
 
-bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Whether text begins with the first length characters of name, case ignored.
-bool begins_with(const char* text, const char* name, size_t length) {
+bool BeginsWith(const char* text, const char* name, size_t length) {
   for (size_t i = 0; i < length; ++i) {
-    if (lower(text[i]) != lower(name[i])) return false;
+    if (Lower(text[i]) != Lower(name[i])) return false;
   }
   return true;
 }
@@ -117,18 +117,18 @@ class Parser {
  public:
   Parser(const char* text, struct tm* time) : text_(text), time_(time) {}
 
-  bool parse(const char* format);
+  bool Parse(const char* format);
   const char* rest() const { return text_; }
 
  private:
-  bool convert(const Conversion& row);
-  bool read_number(int low, int high, int* number);
+  bool Convert(const Conversion& row);
+  bool ReadNumber(int low, int high, int* number);
   template <size_t kCount>
-  bool read_name(const char* const (&names)[kCount], int* index);
-  bool read_half_day();
-  void store(Field field, int number);
-  void skip_space() {
-    while (is_space(*text_)) ++text_;
+  bool ReadName(const char* const (&names)[kCount], int* index);
+  bool ReadHalfDay();
+  void Store(Field field, int number);
+  void SkipSpace() {
+    while (IsSpace(*text_)) ++text_;
   }
 
   const char* text_;
@@ -136,11 +136,11 @@ class Parser {
   bool century_seen_ = false;
 };
 
-bool Parser::parse(const char* format) {
+bool Parser::Parse(const char* format) {
   while (*format != '\0') {
     const char c = *format++;
-    if (is_space(c)) {
-      skip_space();
+    if (IsSpace(c)) {
+      SkipSpace();
       continue;
     }
     if (c != '%') {
@@ -151,15 +151,15 @@ bool Parser::parse(const char* format) {
     unsigned modifier = kPlain;
     if (*format == 'E' || *format == 'O') modifier = *format++ == 'E' ? kE : kO;
     // A second modifier is no letter of the table, nor is the end of the format.
-    const Conversion* row = find_conversion(*format);
+    const Conversion* row = FindConversion(*format);
     if (row == nullptr || (modifier & ~row->modifiers) != 0) return false;
     ++format;
-    if (!convert(*row)) return false;
+    if (!Convert(*row)) return false;
   }
   return true;
 }
 
-bool Parser::convert(const Conversion& row) {
+bool Parser::Convert(const Conversion& row) {
   int number = 0;
   switch (row.field) {
     case Field::kPercent:
@@ -167,43 +167,43 @@ bool Parser::convert(const Conversion& row) {
       ++text_;
       return true;
     case Field::kSpace:
-      skip_space();
+      SkipSpace();
       return true;
     case Field::kFormat:
-      return parse(row.format);
+      return Parse(row.format);
     case Field::kDayName:
-      return read_name(kDayNames, &time_->tm_wday);
+      return ReadName(kDayNames, &time_->tm_wday);
     case Field::kMonthName:
-      return read_name(kMonthNames, &time_->tm_mon);
+      return ReadName(kMonthNames, &time_->tm_mon);
     case Field::kHalfDay:
-      return read_half_day();
+      return ReadHalfDay();
     default:
-      if (!read_number(row.low, row.high, &number)) return false;
-      store(row.field, number);
+      if (!ReadNumber(row.low, row.high, &number)) return false;
+      Store(row.field, number);
       return true;
   }
 }
 
 // Ends where one digit more would pass the upper limit whatever it is, or where as many
 // digits as that limit has are read.
-bool Parser::read_number(int low, int high, int* number) {
-  if (!is_digit(*text_)) return false;
+bool Parser::ReadNumber(int low, int high, int* number) {
+  if (!IsDigit(*text_)) return false;
   int value = 0;
   int digits_left = high;
   do {
     value = value * 10 + (*text_++ - '0');
     digits_left /= 10;
-  } while (value * 10 <= high && digits_left != 0 && is_digit(*text_));
+  } while (value * 10 <= high && digits_left != 0 && IsDigit(*text_));
   if (value < low || value > high) return false;
   *number = value;
   return true;
 }
 
 template <size_t kCount>
-bool Parser::read_name(const char* const (&names)[kCount], int* index) {
+bool Parser::ReadName(const char* const (&names)[kCount], int* index) {
   for (size_t i = 0; i < kCount; ++i) {
     for (const size_t length : {std::strlen(names[i]), size_t{kShortName}}) {
-      if (!begins_with(text_, names[i], length)) continue;
+      if (!BeginsWith(text_, names[i], length)) continue;
       text_ += length;
       *index = static_cast<int>(i);
       return true;
@@ -213,16 +213,16 @@ bool Parser::read_name(const char* const (&names)[kCount], int* index) {
 }
 
 // The whole rest of the text is compared: "%p" fits at the end of a text only.
-bool Parser::read_half_day() {
-  const bool am = std::strlen(text_) == 2 && begins_with(text_, "AM", 2);
-  const bool pm = std::strlen(text_) == 2 && begins_with(text_, "PM", 2);
+bool Parser::ReadHalfDay() {
+  const bool am = std::strlen(text_) == 2 && BeginsWith(text_, "AM", 2);
+  const bool pm = std::strlen(text_) == 2 && BeginsWith(text_, "PM", 2);
   if ((!am && !pm) || time_->tm_hour > 11) return false;
   if (pm) time_->tm_hour += 12;
   text_ += 2;
   return true;
 }
 
-void Parser::store(Field field, int number) {
+void Parser::Store(Field field, int number) {
   switch (field) {
     case Field::kCentury:
       // As it stands: no base of 1900 is taken off.
@@ -273,13 +273,13 @@ void Parser::store(Field field, int number) {
 
 char* strptime(const char* text, const char* format, struct tm* time) {
   Parser parser(text, time);
-  return parser.parse(format) ? const_cast<char*>(parser.rest()) : nullptr;
+  return parser.Parse(format) ? const_cast<char*>(parser.rest()) : nullptr;
 }
 
 time_t timegm(struct tm* time) {
   const time_t local = std::mktime(time);
   struct tm utc;
-  if (!break_down_utc(local, &utc)) return -1;
+  if (!BreakDownUtc(local, &utc)) return -1;
   // tm_hour is the normalised one. The wrap of an offset above 12, and none below -12, is
   // what the results are known by; nothing is to be corrected here.
   int64_t offset = int64_t{utc.tm_hour} - time->tm_hour;

@@ -63,7 +63,7 @@ Number::Number(int64_t value, bool sign, unsigned int decDigits) : Number() {
     data /= powerOf10(decDigits - maxPrecision);
     size = numberSize(data);
   }
-  finish(sign || value < 0);
+  Finish(sign || value < 0);
 }
 
 Number::Number(const std::string& repr) : Number() {
@@ -88,7 +88,7 @@ Number::Number(const std::string& repr) : Number() {
       state = NUMBER;
     }
   }
-  finish(negative);
+  Finish(negative);
 }
 
 Number& Number::operator=(int64_t value) { return *this = Number(value); }
@@ -108,7 +108,7 @@ void Number::makeOverflow() {
   data = POSITIVE_OVERFLOW;
 }
 
-void Number::finish(bool negative) {
+void Number::Finish(bool negative) {
   if (data == 0) {
     makeZero();
   } else {

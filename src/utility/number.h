@@ -216,7 +216,7 @@ class Number {
   void makeNaN();
   void makeOverflow();
   // Closes a computation that has set data: the sign, or the zero form.
-  void finish(bool negative);
+  void Finish(bool negative);
   void addNumber(const Number& num, bool negative);
   void addInteger(int64_t value, bool negative);
   void addAligned(uint64_t left, uint64_t right, bool negative, unsigned int decDigits);

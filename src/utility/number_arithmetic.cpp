@@ -72,7 +72,7 @@ void Number::addAligned(uint64_t left, uint64_t right, bool negative, unsigned i
     makeOverflow();
     return;
   }
-  finish(result_negative);
+  Finish(result_negative);
   if (data == 0) return;  // with the precision it had
   precision = decDigits;
   size = std::max(numberSize(data), decDigits);
@@ -102,7 +102,7 @@ Number& Number::operator*=(const Number& num) {
     precision = maxPrecision;
     size = digits < decDigits ? maxPrecision : digits - decDigits + maxPrecision;
   }
-  finish(negative);
+  Finish(negative);
   return *this;
 }
 
@@ -120,7 +120,7 @@ Number& Number::operator*=(int64_t value) {
   }
   data = product;
   size = numberSize(product) > digits ? digits + 1 : digits;
-  finish(isNegative() != (value < 0));
+  Finish(isNegative() != (value < 0));
   return *this;
 }
 
@@ -153,7 +153,7 @@ Number& Number::operator/=(const Number& num) {
     return *this;
   }
   data = dividend / divisor;
-  finish(negative);
+  Finish(negative);
   if (data == 0) return *this;
   precision = decDigits;
   size = numberSize(data);
@@ -175,7 +175,7 @@ Number& Number::operator/=(int64_t value) {
     return *this;
   }
   data = data * powerOf10(maxPrecision) / divisor;
-  finish(isNegative() != (value < 0));
+  Finish(isNegative() != (value < 0));
   if (data == 0) return *this;
   precision = maxPrecision;
   size = numberSize(data);
@@ -274,7 +274,7 @@ Number& Number::round(unsigned int decDigits, ROUNDTYPE roundType, const unsigne
       size += static_cast<unsigned int>(added);
     }
   }
-  finish(negative);
+  Finish(negative);
   if (data != 0) size = numberSize(data);
   return *this;
 }
@@ -300,6 +300,6 @@ Number& Number::round_mod(const Number& modulus, ROUNDTYPE roundType) {
   }
   const bool negative = isNegative();
   *this = multiple * modulus;
-  if (negative && !isOverflow()) finish(negative);
+  if (negative && !isOverflow()) Finish(negative);
   return *this;
 }

@@ -55,12 +55,12 @@ class StringSerializer {
   // sizeof(T) bytes, the least significant first.
   template <SerializerByte B, SerializerInteger T>
   static B* append_le(B* dest, T value) {
-    return write_le<sizeof(T)>(dest, static_cast<uint64_t>(value));
+    return WriteLe<sizeof(T)>(dest, static_cast<uint64_t>(value));
   }
   template <SerializerByte B, SerializerInteger T>
   static B* get_le(B* src, T* value) {
     uint64_t raw;
-    src = read_le<sizeof(T)>(src, &raw);
+    src = ReadLe<sizeof(T)>(src, &raw);
     *value = static_cast<T>(raw);
     return src;
   }
@@ -68,12 +68,12 @@ class StringSerializer {
   // sizeof(T) bytes, the most significant first.
   template <SerializerByte B, SerializerInteger T>
   static B* append_be(B* dest, T value) {
-    return write_be<sizeof(T)>(dest, static_cast<uint64_t>(value));
+    return WriteBe<sizeof(T)>(dest, static_cast<uint64_t>(value));
   }
   template <SerializerByte B, SerializerInteger T>
   static B* get_be(B* src, T* value) {
     uint64_t raw;
-    src = read_be<sizeof(T)>(src, &raw);
+    src = ReadBe<sizeof(T)>(src, &raw);
     *value = static_cast<T>(raw);
     return src;
   }
@@ -82,48 +82,48 @@ class StringSerializer {
   // clears the high bytes.
   template <SerializerInteger64 T>
   static char* append_le40(char* dest, T value) {
-    return write_le<5>(dest, biased(value));
+    return WriteLe<5>(dest, Biased(value));
   }
   template <SerializerInteger64 T>
   static char* append_be40(char* dest, T value) {
-    return write_be<5>(dest, biased(value));
+    return WriteBe<5>(dest, Biased(value));
   }
   template <typename B, SerializerInteger64 T>
   requires std::same_as < std::remove_const_t<B>,
   char > static B* get_le40(B* src, T* value) {
     uint64_t raw;
-    src = read_le<5>(src, &raw);
-    *value = unbiased<T>(raw);
+    src = ReadLe<5>(src, &raw);
+    *value = Unbiased<T>(raw);
     return src;
   }
   template <typename B, SerializerInteger64 T>
   requires std::same_as < std::remove_const_t<B>,
   char > static B* get_be40(B* src, T* value) {
     uint64_t raw;
-    src = read_be<5>(src, &raw);
-    *value = unbiased<T>(raw);
+    src = ReadBe<5>(src, &raw);
+    *value = Unbiased<T>(raw);
     return src;
   }
 
  private:
   template <size_t kBytes, typename B>
-  static B* write_le(B* dest, uint64_t value) {
+  static B* WriteLe(B* dest, uint64_t value) {
     for (size_t i = 0; i < kBytes; ++i) *dest++ = static_cast<B>((value >> (8 * i)) & 0xFF);
     return dest;
   }
   template <size_t kBytes, typename B>
-  static B* write_be(B* dest, uint64_t value) {
+  static B* WriteBe(B* dest, uint64_t value) {
     for (size_t i = kBytes; i-- > 0;) *dest++ = static_cast<B>((value >> (8 * i)) & 0xFF);
     return dest;
   }
   template <size_t kBytes, typename B>
-  static B* read_le(B* src, uint64_t* value) {
+  static B* ReadLe(B* src, uint64_t* value) {
     *value = 0;
     for (size_t i = 0; i < kBytes; ++i) *value |= uint64_t{static_cast<uint8_t>(*src++)} << (8 * i);
     return src;
   }
   template <size_t kBytes, typename B>
-  static B* read_be(B* src, uint64_t* value) {
+  static B* ReadBe(B* src, uint64_t* value) {
     *value = 0;
     for (size_t i = 0; i < kBytes; ++i) *value = *value << 8 | static_cast<uint8_t>(*src++);
     return src;
@@ -131,7 +131,7 @@ class StringSerializer {
 
   // The sums are unsigned, where going past the end of 64 bits is defined.
   template <typename T>
-  static uint64_t biased(T value) {
+  static uint64_t Biased(T value) {
     if constexpr (std::is_signed_v<T>) {
       return static_cast<uint64_t>(value) + static_cast<uint64_t>(INT40_MAX_VALUE);
     } else {
@@ -139,7 +139,7 @@ class StringSerializer {
     }
   }
   template <typename T>
-  static T unbiased(uint64_t raw) {
+  static T Unbiased(uint64_t raw) {
     if constexpr (std::is_signed_v<T>) {
       return static_cast<T>(raw - static_cast<uint64_t>(INT40_MAX_VALUE));
     } else {

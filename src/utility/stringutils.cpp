@@ -11,23 +11,21 @@ namespace {
 
 constexpr char kDigits[] = "0123456789ABCDEF";
 
-bool is_space(unsigned char c) { return std::isspace(c) != 0; }
+bool IsSpace(unsigned char c) { return std::isspace(c) != 0; }
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool is_alphanumeric(char c) {
-  return is_digit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+bool IsAlphanumeric(char c) {
+  return IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-bool is_hex_digit(char c) {
-  return is_digit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
+bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
 
 // Moves what white space encloses to the front of the buffer; gives its length.
 template <typename Char>
-int trim_buffer(Char* str, int len) {
+int TrimBuffer(Char* str, int len) {
   if (len <= 0) return 0;
-  const auto is_text = [](Char c) { return !is_space(static_cast<unsigned char>(c)); };
+  const auto is_text = [](Char c) { return !IsSpace(static_cast<unsigned char>(c)); };
   Char* const end = str + len;
   Char* const first = std::find_if(str, end, is_text);
   Char* last = end;
@@ -104,20 +102,20 @@ void StringUtils::hex2ascii(const std::string& in, std::string& out) {
 }
 
 std::string& StringUtils::ltrim(std::string& s) {
-  s.erase(s.begin(), std::find_if_not(s.begin(), s.end(), is_space));
+  s.erase(s.begin(), std::find_if_not(s.begin(), s.end(), IsSpace));
   return s;
 }
 
 std::string& StringUtils::rtrim(std::string& s) {
-  s.erase(std::find_if_not(s.rbegin(), s.rend(), is_space).base(), s.end());
+  s.erase(std::find_if_not(s.rbegin(), s.rend(), IsSpace).base(), s.end());
   return s;
 }
 
 std::string& StringUtils::trim(std::string& s) { return ltrim(rtrim(s)); }
 
-int StringUtils::trim(char* str, int len) { return trim_buffer(str, len); }
+int StringUtils::trim(char* str, int len) { return TrimBuffer(str, len); }
 
-int StringUtils::trim(unsigned char* str, int len) { return trim_buffer(str, len); }
+int StringUtils::trim(unsigned char* str, int len) { return TrimBuffer(str, len); }
 
 std::string StringUtils::toUpper(const std::string& str) {
   const std::locale global;
@@ -146,11 +144,11 @@ bool StringUtils::ReadLongLong(const char* str, int base, long long* val) {
 }
 
 bool StringUtils::CheckAsciiNum(const char* src, size_t len) {
-  return std::all_of(src, src + len, is_digit);
+  return std::all_of(src, src + len, IsDigit);
 }
 
 bool StringUtils::CheckAsciiAlphaNum(const char* src, size_t len) {
-  return std::all_of(src, src + len, is_alphanumeric);
+  return std::all_of(src, src + len, IsAlphanumeric);
 }
 
 void StringUtils::BCDToAscii(const uint8_t* BCD, size_t BCDLen, char* ascii) {
@@ -165,7 +163,7 @@ void StringUtils::AsciiToBCD(const char* ascii, size_t AsciiLen, uint8_t* BCD) {
   std::fill_n(BCD, (AsciiLen + 1) / 2, uint8_t{0});
   size_t half = 0;
   for (size_t i = 0; i < AsciiLen; ++i) {
-    if (!is_hex_digit(ascii[i])) continue;
+    if (!IsHexDigit(ascii[i])) continue;
     const unsigned value = hexval(static_cast<unsigned char>(ascii[i]));
     BCD[half / 2] = static_cast<uint8_t>(BCD[half / 2] | (half % 2 == 0 ? value << 4 : value));
     ++half;
@@ -178,7 +176,7 @@ bool StringUtils::URLEncoding(const char* src, size_t len, char* out_buf, size_t
     const char c = src[i];
     if (c == ' ') {
       out_buf[used++] = '+';
-    } else if (is_alphanumeric(c)) {
+    } else if (IsAlphanumeric(c)) {
       out_buf[used++] = c;
     } else {
       if (out_max_len - used < 4) break;

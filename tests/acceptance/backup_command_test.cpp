@@ -22,7 +22,7 @@ class BackupCommand : public BackupShop {};
 }  // namespace
 
 TEST_F(BackupCommand, WritesADumpForEachTableAndAManifest) {
-  const ProgramRun run = shop_.run({"backup", tables()});
+  const ProgramRun run = shop_.Run({"backup", tables()});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_THAT(run.output, StartsWith("VAT rates     5 rows\n"
@@ -40,17 +40,17 @@ TEST_F(BackupCommand, WritesADumpForEachTableAndAManifest) {
   EXPECT_THAT(names, UnorderedElementsAre("manifest.json", "vat.txt", "header.txt", "options.txt",
                                           "groups.txt", "operators.txt", "departments.txt",
                                           "subtenders.txt", "keyboards.txt", "articles.txt"));
-  EXPECT_EQ(in_tables("vat.txt"),
+  EXPECT_EQ(InTables("vat.txt"),
             "PROG INIZIO\r\nPIVA IVA=1, ALIQ=21.00\r\nPIVA IVA=2, ALIQ=10.00\r\n"
             "PIVA IVA=3, ALIQ=5.00\r\nPIVA IVA=4, ALIQ=4.00\r\nPIVA IVA=5, ALIQ=0.00\r\n"
             "ENDPROG\r\n");
-  EXPECT_THAT(in_tables("departments.txt"),
+  EXPECT_THAT(InTables("departments.txt"),
               StartsWith("PROG INIZIO\r\nPREP REP=1, DES='L''ORO \"FINO\"', LIMITE=100.00, "));
-  EXPECT_THAT(in_tables("keyboards.txt"),
+  EXPECT_THAT(InTables("keyboards.txt"),
               HasSubstr("\nPTAST POS=42, COD=MACRO01, MACRO='N1 REP01 ', TIPO=0\r\n"));
-  EXPECT_EQ(in_tables("articles.txt"), kArticles);
+  EXPECT_EQ(InTables("articles.txt"), kArticles);
 
-  const nlohmann::json manifest = nlohmann::json::parse(in_tables("manifest.json"));
+  const nlohmann::json manifest = nlohmann::json::parse(InTables("manifest.json"));
   EXPECT_EQ(manifest["format"], "lorimat-backup");
   EXPECT_EQ(manifest["version"], 1);
   EXPECT_EQ(manifest["serial_number"], "99LRM0000001VR");
@@ -68,38 +68,38 @@ TEST_F(BackupCommand, WritesADumpForEachTableAndAManifest) {
 
 TEST_F(BackupCommand, GoesIntoAnEmptyFolderAndNoOther) {
   fs::create_directory(tables());
-  EXPECT_EQ(shop_.run({"backup", tables() + "/"}).exit_code, 0);
-  const std::string manifest = in_tables("manifest.json");
-  const ProgramRun again = shop_.run({"backup", tables()});
+  EXPECT_EQ(shop_.Run({"backup", tables() + "/"}).exit_code, 0);
+  const std::string manifest = InTables("manifest.json");
+  const ProgramRun again = shop_.Run({"backup", tables()});
   EXPECT_EQ(again.exit_code, 2);
   EXPECT_THAT(again.output, IsEmpty());
   EXPECT_EQ(again.errors,
             "lorimat: " + tables() + ": is not empty; a backup goes into a new folder\n");
-  EXPECT_EQ(in_tables("manifest.json"), manifest);
-  const std::string file = shop_.folder().write("file", "mine");
-  EXPECT_THAT(shop_.run({"backup", file}).errors, HasSubstr("is there already, and is no folder"));
-  EXPECT_EQ(shop_.folder().read("file"), "mine");
-  const ProgramRun missing = shop_.run({"backup", shop_.folder().path("none/tables")});
+  EXPECT_EQ(InTables("manifest.json"), manifest);
+  const std::string file = shop_.folder().Write("file", "mine");
+  EXPECT_THAT(shop_.Run({"backup", file}).errors, HasSubstr("is there already, and is no folder"));
+  EXPECT_EQ(shop_.folder().Read("file"), "mine");
+  const ProgramRun missing = shop_.Run({"backup", shop_.folder().Path("none/tables")});
   EXPECT_EQ(missing.exit_code, 2);
   EXPECT_THAT(missing.errors, HasSubstr("none/tables.part: cannot be made: No such file"));
 }
 
 TEST_F(BackupCommand, GoesWhereALinkToAnEmptyFolderLeads) {
-  const std::string real = shop_.folder().path("real");
-  const std::string link = shop_.folder().path("link");
+  const std::string real = shop_.folder().Path("real");
+  const std::string link = shop_.folder().Path("link");
   fs::create_directory(real);
   fs::create_symlink("real", link);
-  const ProgramRun run = shop_.run({"backup", link});
+  const ProgramRun run = shop_.Run({"backup", link});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_TRUE(fs::exists(real + "/manifest.json"));
   EXPECT_FALSE(fs::exists(link + ".part"));
-  EXPECT_EQ(shop_.run({"restore", link}).exit_code, 0);
+  EXPECT_EQ(shop_.Run({"restore", link}).exit_code, 0);
 }
 
 TEST_F(BackupCommand, WhatACutOffBackupLeftIsNamedAndStays) {
   fs::create_directory(tables() + ".part");
-  const ProgramRun run = shop_.run({"backup", tables()});
+  const ProgramRun run = shop_.Run({"backup", tables()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr(tables() + ".part: is left of a backup that was cut off"));
   EXPECT_TRUE(fs::exists(tables() + ".part"));
@@ -107,31 +107,31 @@ TEST_F(BackupCommand, WhatACutOffBackupLeftIsNamedAndStays) {
 }
 
 TEST_F(BackupCommand, CapitalsAndBlanksMayStandInTheFoldersName) {
-  const std::string folder = shop_.folder().path("My Tables; 'x'");
-  ASSERT_EQ(shop_.run({"backup", folder}).exit_code, 0);
+  const std::string folder = shop_.folder().Path("My Tables; 'x'");
+  ASSERT_EQ(shop_.Run({"backup", folder}).exit_code, 0);
   EXPECT_TRUE(fs::exists(folder + "/vat.txt"));
-  const ProgramRun restored = shop_.run({"restore", folder});
+  const ProgramRun restored = shop_.Run({"restore", folder});
   EXPECT_EQ(restored.exit_code, 0) << restored.errors;
 }
 
 TEST_F(BackupCommand, NamesRelativeToTheFolderOfTheStart) {
-  const ProgramRun run = run_console({"backup", "tables", "--register", "shop.register"},
-                                     {.folder = shop_.folder().path()});
+  const ProgramRun run = RunConsole({"backup", "tables", "--register", "shop.register"},
+                                    {.folder = shop_.folder().path()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  const ProgramRun restored = run_console({"restore", "./tables", "--register", "shop.register"},
-                                          {.folder = shop_.folder().path()});
+  const ProgramRun restored = RunConsole({"restore", "./tables", "--register", "shop.register"},
+                                         {.folder = shop_.folder().path()});
   EXPECT_EQ(restored.exit_code, 0) << restored.errors;
   EXPECT_EQ(restored.output, "shop.register: no row differs from the backup\n");
 }
 
 TEST_F(BackupCommand, AFailingDumpLeavesNoFolder) {
   // A definition file without the words that programme departments.
-  std::string words = read_file(source_file("language/merkelin.ini"));
+  std::string words = ReadFile(SourceFile("language/merkelin.ini"));
   const size_t at = words.find("PREP");
   ASSERT_NE(at, words.npos);
   words.replace(at, 4, "    ");
-  const std::string language = shop_.folder().write("words.ini", words);
-  const ProgramRun run = shop_.run({"backup", tables(), "--language", language});
+  const std::string language = shop_.folder().Write("words.ini", words);
+  const ProgramRun run = shop_.Run({"backup", tables(), "--language", language});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr("departments.txt:2: "));
@@ -144,8 +144,8 @@ TEST_F(BackupCommand, ALimitOfFileSizesLeavesNoBackupAndIsNamed) {
   for (int number = 0; number < 2000; ++number) {
     rows += "'" + std::to_string(9000 + number) + "','A CHE NON FINISCE',4,1.50\r\n";
   }
-  const std::string articles = shop_.folder().write("rows", rows);
-  ASSERT_EQ(shop_.sell("EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n").exit_code, 0);
+  const std::string articles = shop_.folder().Write("rows", rows);
+  ASSERT_EQ(shop_.Sell("EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n").exit_code, 0);
   // Room for the small tables, and none for the articles; and not even for the index of the
   // register's log, which takes 32 KB. sh counts in blocks of 512 bytes.
   for (const auto& [limit, cause] : std::vector<std::pair<std::string, std::string>>{
@@ -153,9 +153,9 @@ TEST_F(BackupCommand, ALimitOfFileSizesLeavesNoBackupAndIsNamed) {
            {"0", shop_.file() + ": cannot be read or written to its end: File too large"}}) {
     for (const char* signal : {"trap '' XFSZ; ", ""}) {
       const ProgramRun run =
-          run_program("/bin/sh", {"-c", signal + ("ulimit -f " + limit) + "; exec " +
-                                            std::string(LORIMAT_BIN_FOLDER) + "/lorimat backup " +
-                                            tables() + " --register " + shop_.file()});
+          RunProgram("/bin/sh", {"-c", signal + ("ulimit -f " + limit) + "; exec " +
+                                           std::string(LORIMAT_BIN_FOLDER) + "/lorimat backup " +
+                                           tables() + " --register " + shop_.file()});
       EXPECT_EQ(run.exit_code, 2);
       EXPECT_THAT(run.errors, MatchesRegex("lorimat: " + cause + "\n"));
       EXPECT_FALSE(fs::exists(tables()));
@@ -166,14 +166,14 @@ TEST_F(BackupCommand, ALimitOfFileSizesLeavesNoBackupAndIsNamed) {
 
 // On a small disk of its own, which goes with the program.
 TEST_F(BackupCommand, AFullDiskLeavesNoBackupAndIsNamed) {
-  const std::string disk = shop_.folder().path("disk");
+  const std::string disk = shop_.folder().Path("disk");
   fs::create_directory(disk);
   const std::string mount = "mount -t tmpfs -o size=16k tmpfs " + disk;
   const std::vector<std::string> namespaces = {"-r", "-m", "/bin/sh", "-c"};
   const auto on_disk = [&](const std::string& command) {
     std::vector<std::string> arguments = namespaces;
     arguments.push_back(mount + " && " + command);
-    return run_program("/usr/bin/unshare", arguments);
+    return RunProgram("/usr/bin/unshare", arguments);
   };
   if (on_disk("true").exit_code != 0) GTEST_SKIP() << "no mount without root here";
   const ProgramRun run =
@@ -187,63 +187,63 @@ TEST_F(BackupCommand, AFullDiskLeavesNoBackupAndIsNamed) {
 }
 
 TEST_F(BackupCommand, AnOpenDocumentIsLeftAloneAndNamed) {
-  back_up();
-  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1.50\n").exit_code, 0);
+  BackUp();
+  ASSERT_EQ(shop_.Sell("VEND REP=1, PRE=1.50\n").exit_code, 0);
   for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"restore", tables()}, {"backup", shop_.folder().path("more")}}) {
-    const ProgramRun run = shop_.run(arguments);
+       {std::vector<std::string>{"restore", tables()}, {"backup", shop_.folder().Path("more")}}) {
+    const ProgramRun run = shop_.Run(arguments);
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.output, IsEmpty());
     EXPECT_THAT(run.errors, HasSubstr(shop_.file() + ": holds a receipt of 15/03/2024 10:30, "
                                                      "1 line, subtotal 1,50, not paid"));
   }
-  const nlohmann::json status = nlohmann::json::parse(shop_.run({"status", "--json"}).output);
+  const nlohmann::json status = nlohmann::json::parse(shop_.Run({"status", "--json"}).output);
   EXPECT_EQ(status["open_document"]["lines"], 1);
-  EXPECT_FALSE(fs::exists(shop_.folder().path("more")));
-  EXPECT_FALSE(fs::exists(shop_.folder().path("more.part")));
+  EXPECT_FALSE(fs::exists(shop_.folder().Path("more")));
+  EXPECT_FALSE(fs::exists(shop_.folder().Path("more.part")));
 }
 
 TEST_F(BackupCommand, FaultsThatWaitAreNotUsedUp) {
-  ASSERT_EQ(shop_.run({"fault", "off-line"}).exit_code, 0);
-  const ProgramRun run = shop_.run({"backup", tables()});
+  ASSERT_EQ(shop_.Run({"fault", "off-line"}).exit_code, 0);
+  const ProgramRun run = shop_.Run({"backup", tables()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("\"lorimat fault --clear\""));
-  EXPECT_THAT(shop_.run({"fault"}).output, HasSubstr("off-line"));
+  EXPECT_THAT(shop_.Run({"fault"}).output, HasSubstr("off-line"));
   EXPECT_FALSE(fs::exists(tables()));
 }
 
 TEST_F(BackupCommand, ATerminalSeesHowFarItIs) {
-  const ProgramRun run = shop_.run({"backup", tables()}, {.errors_to_terminal = true});
+  const ProgramRun run = shop_.Run({"backup", tables()}, {.errors_to_terminal = true});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, HasSubstr("100%"));
 }
 
 TEST_F(BackupCommand, SpeaksToPrograms) {
-  const ProgramRun run = shop_.run({"backup", tables(), "--json"});
+  const ProgramRun run = shop_.Run({"backup", tables(), "--json"});
   EXPECT_EQ(run.exit_code, 0);
   const nlohmann::json json = nlohmann::json::parse(run.output);
   EXPECT_EQ(json["folder"], tables());
-  EXPECT_EQ(json["manifest"], nlohmann::json::parse(in_tables("manifest.json")));
+  EXPECT_EQ(json["manifest"], nlohmann::json::parse(InTables("manifest.json")));
 }
 
 TEST_F(BackupCommand, ReadsTheRegisterAsItStandsAndLeavesItSo) {
-  back_up();
-  ASSERT_EQ(shop_.run({"restore", tables(), "--dry-run"}).exit_code, 0);
-  const nlohmann::json status = nlohmann::json::parse(shop_.run({"status", "--json"}).output);
+  BackUp();
+  ASSERT_EQ(shop_.Run({"restore", tables(), "--dry-run"}).exit_code, 0);
+  const nlohmann::json status = nlohmann::json::parse(shop_.Run({"status", "--json"}).output);
   EXPECT_EQ(status["documents"], 0);
   EXPECT_EQ(status["key_position"], 1);
-  EXPECT_THAT(shop_.run({"paper"}).output, IsEmpty());
+  EXPECT_THAT(shop_.Run({"paper"}).output, IsEmpty());
 }
 
 TEST_F(BackupCommand, AReportThatCannotBeWrittenLeavesTheBackup) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"backup", tables()}, {"backup", tables(), "--json"}}) {
-    const ProgramRun run = shop_.run(arguments, {.output_file = "/dev/full"});
+    const ProgramRun run = shop_.Run(arguments, {.output_file = "/dev/full"});
     EXPECT_EQ(run.exit_code, 1);
     EXPECT_EQ(run.errors, "lorimat: " + tables() +
                               ": the backup is there and whole, and its report is missing: cannot "
                               "write to standard output: No space left on device\n");
-    const ProgramRun restored = shop_.run({"restore", tables()});
+    const ProgramRun restored = shop_.Run({"restore", tables()});
     EXPECT_EQ(restored.exit_code, 0) << restored.errors;
     EXPECT_EQ(restored.output, shop_.file() + ": no row differs from the backup\n");
     fs::remove_all(tables());
@@ -252,26 +252,26 @@ TEST_F(BackupCommand, AReportThatCannotBeWrittenLeavesTheBackup) {
 
 TEST_F(BackupCommand, AFolderThatCannotBeReadStillTakesTheBackup) {
   // The name of the backup goes into a folder that cannot be opened to wait for the disk.
-  const std::string inbox = shop_.folder().path("inbox");
+  const std::string inbox = shop_.folder().Path("inbox");
   fs::create_directory(inbox);
   fs::permissions(shop_.folder().path(), fs::perms::all);
   fs::permissions(shop_.file(), fs::perms::all);
   fs::permissions(inbox, fs::perms(0333));
-  const ProgramRun run = shop_.run({"backup", inbox + "/tables"}, {.as_nobody = true});
+  const ProgramRun run = shop_.Run({"backup", inbox + "/tables"}, {.as_nobody = true});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(run.errors, "lorimat: warning: " + inbox +
                             "/tables: the backup is there and whole, and its name may not have "
                             "reached the disk: Permission denied\n");
   EXPECT_THAT(run.output, HasSubstr(inbox + "/tables: backup of 99LRM0000001VR, "));
   fs::permissions(inbox, fs::perms::all);
-  EXPECT_EQ(shop_.run({"restore", inbox + "/tables"}).exit_code, 0);
+  EXPECT_EQ(shop_.Run({"restore", inbox + "/tables"}).exit_code, 0);
 }
 
 TEST_F(BackupCommand, ARegisterThatCannotBeWrittenIsRefused) {
   // The library dumps the tables of a register at work.
   fs::permissions(shop_.folder().path(), fs::perms::all);
   fs::permissions(shop_.file(), fs::perms(0444));
-  const ProgramRun run = shop_.run({"backup", tables()}, {.as_nobody = true});
+  const ProgramRun run = shop_.Run({"backup", tables()}, {.as_nobody = true});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors, "lorimat: " + shop_.file() + ": cannot be written: Permission denied\n");
   EXPECT_FALSE(fs::exists(tables()));

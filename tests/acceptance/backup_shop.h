@@ -25,36 +25,36 @@ class BackupShop : public testing::Test {
   static constexpr const char* kArticles = "'8001','LATTE',4,1.50\r\n'8002','PANE',4,0.00\r\n";
 
   void SetUp() override {
-    const std::string articles = shop_.folder().write("rows", kArticles);
+    const std::string articles = shop_.folder().Write("rows", kArticles);
     ASSERT_EQ(
-        shop_.sell(std::string(kProgramming) + "EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n")
+        shop_.Sell(std::string(kProgramming) + "EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n")
             .exit_code,
         0);
     std::filesystem::remove(articles);
   }
 
-  std::string tables() const { return shop_.folder().path("tables"); }
-  std::string in_tables(const std::string& name) const {
-    return shop_.folder().read("tables/" + name);
+  std::string tables() const { return shop_.folder().Path("tables"); }
+  std::string InTables(const std::string& name) const {
+    return shop_.folder().Read("tables/" + name);
   }
   // The backup of the shop, made in SetUp's state.
-  void back_up() const {
-    const ProgramRun run = shop_.run({"backup", tables()});
+  void BackUp() const {
+    const ProgramRun run = shop_.Run({"backup", tables()});
     ASSERT_EQ(run.exit_code, 0) << run.errors;
   }
   // Replaces a file of the backup, and tells the manifest.
-  void forge(const std::string& name, const std::string& content) const {
-    nlohmann::json manifest = nlohmann::json::parse(in_tables("manifest.json"));
-    const std::string path = shop_.folder().write("tables/" + name, content);
+  void Forge(const std::string& name, const std::string& content) const {
+    nlohmann::json manifest = nlohmann::json::parse(InTables("manifest.json"));
+    const std::string path = shop_.folder().Write("tables/" + name, content);
     for (nlohmann::json& file : manifest["files"]) {
       if (file["name"] != name) continue;
       file["bytes"] = content.size();
-      file["sha256"] = run_program("/usr/bin/sha256sum", {path}).output.substr(0, 64);
+      file["sha256"] = RunProgram("/usr/bin/sha256sum", {path}).output.substr(0, 64);
     }
-    shop_.folder().write("tables/manifest.json", manifest.dump());
+    shop_.folder().Write("tables/manifest.json", manifest.dump());
   }
   // A register fresh from the factory.
-  static void make(const Shop& shop) { ASSERT_EQ(shop.sell("").exit_code, 0); }
+  static void Make(const Shop& shop) { ASSERT_EQ(shop.Sell("").exit_code, 0); }
 
   Shop shop_;
 };

@@ -28,15 +28,15 @@ const char* const kFailures =
 // A folder with the batch, and another one for what is temporary.
 class BatchLines : public testing::Test {
  protected:
-  BatchLines() { folder_.write("inner.cmd", kInner); }
+  BatchLines() { folder_.Write("inner.cmd", kInner); }
 
-  ProgramSetting setting(const std::string& input = {}) const {
+  ProgramSetting Setting(const std::string& input = {}) const {
     return {
         .folder = folder_.path(), .input = input, .environment = {{"TMPDIR", temporary_.path()}}};
   }
-  ProgramRun run(const std::string& lines) const {
-    folder_.write("lines.cmd", lines);
-    return run_console({"run", "lines.cmd", "--terse"}, setting());
+  ProgramRun Run(const std::string& lines) const {
+    folder_.Write("lines.cmd", lines);
+    return RunConsole({"run", "lines.cmd", "--terse"}, Setting());
   }
 
   TestFolder folder_;
@@ -46,7 +46,7 @@ class BatchLines : public testing::Test {
 }  // namespace
 
 TEST_F(BatchLines, WithoutAnErrorFileShowTheirFailures) {
-  const ProgramRun result = run("; a batch\n@inner.cmd\n");
+  const ProgramRun result = Run("; a batch\n@inner.cmd\n");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.errors, std::string(kFailures) +
                                "lines.cmd:2: answer: OK.(4 Lines   0 msec)\n"
@@ -57,28 +57,28 @@ TEST_F(BatchLines, WithoutAnErrorFileShowTheirFailures) {
 }
 
 TEST_F(BatchLines, WithoutFailuresShowNone) {
-  folder_.write("inner.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
-  const ProgramRun result = run("@inner.cmd\n");
+  folder_.Write("inner.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  const ProgramRun result = Run("@inner.cmd\n");
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_EQ(result.errors, "lines.cmd:1: answer: OK.(2 Lines   0 msec)\n");
   EXPECT_THAT(temporary_.names(), IsEmpty());
 }
 
 TEST_F(BatchLines, LeaveAnErrorFileOfTheUserToTheLibrary) {
-  const ProgramRun result = run("@inner.cmd, errors.txt\n");
+  const ProgramRun result = Run("@inner.cmd, errors.txt\n");
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_EQ(result.errors, "lines.cmd:1: answer: OK.(4 Lines   0 msec)\n");
   // Each error twice: that is the library's way.
   const std::string first = "ERROR 1/1 in line 2 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\r\n";
   const std::string second =
       "ERROR 1/13 in line 3 : SINTAX ERROR 13 : NO DPT NUMBER OR ARTICLE CODE \r\n";
-  EXPECT_EQ(folder_.read("errors.txt"), first + first + second + second);
+  EXPECT_EQ(folder_.Read("errors.txt"), first + first + second + second);
 }
 
 TEST_F(BatchLines, AreReadAsTheLibraryReadsThem) {
-  folder_.write("it's, a; file.cmd", "WRONG\n");
-  folder_.write(" a.cmd", "WRONG\n");
-  folder_.write("a.cmd", "VEND REP=1, PRE=1.00\n");
+  folder_.Write("it's, a; file.cmd", "WRONG\n");
+  folder_.Write(" a.cmd", "WRONG\n");
+  folder_.Write("a.cmd", "VEND REP=1, PRE=1.00\n");
   for (const auto& [line, place] : std::vector<std::pair<std::string, std::string>>{
            {"\t @inner.cmd ; a comment", "inner.cmd:2:"},
            {"@INNER.CMD", "INNER.CMD:2:"},
@@ -86,7 +86,7 @@ TEST_F(BatchLines, AreReadAsTheLibraryReadsThem) {
            {"@inner.cmd,''", "inner.cmd:2:"},
            {"@'it''s, a; file.cmd'", "it's, a; file.cmd:1:"},
            {"@' a.cmd'", " a.cmd:1:"}}) {
-    const ProgramRun result = run(line + "\n");
+    const ProgramRun result = Run(line + "\n");
     EXPECT_EQ(result.exit_code, 1) << line;
     EXPECT_EQ(result.errors.substr(0, place.size()), place) << line;
   }
@@ -100,7 +100,7 @@ TEST_F(BatchLines, ThatTheLibraryRefusesAnswerAsTheyDid) {
                                                         {"@inner.cmd, inner.cmd", "12"},
                                                         {"@'inner.cmd", "10"},
                                                         {"@''", "11"}}) {
-    const ProgramRun result = run(line + "\n");
+    const ProgramRun result = Run(line + "\n");
     EXPECT_EQ(result.exit_code, 1) << line;
     EXPECT_THAT(result.errors, HasSubstr("lines.cmd:1: code " + code + ": ")) << line;
     EXPECT_THAT(result.output, IsEmpty()) << line;
@@ -109,8 +109,8 @@ TEST_F(BatchLines, ThatTheLibraryRefusesAnswerAsTheyDid) {
 }
 
 TEST_F(BatchLines, WithANameThatTheLongerLineWouldChangeRunAsTheyStand) {
-  folder_.write("inner.cmd ", "VEND REP=1, PRE=2.00\nCHIU\nWRONG\n");
-  const ProgramRun result = run("@'inner.cmd '\n");
+  folder_.Write("inner.cmd ", "VEND REP=1, PRE=2.00\nCHIU\nWRONG\n");
+  const ProgramRun result = Run("@'inner.cmd '\n");
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_THAT(result.output, HasSubstr("2,00"));
   EXPECT_EQ(result.errors,
@@ -120,19 +120,19 @@ TEST_F(BatchLines, WithANameThatTheLongerLineWouldChangeRunAsTheyStand) {
 }
 
 TEST_F(BatchLines, AreLookedUpInTheFolderThatTheyStartIn) {
-  folder_.write("inner.cmd", "SETP DIR='/'\nWRONG\n");
-  const ProgramRun result = run("@inner.cmd\n");
+  folder_.Write("inner.cmd", "SETP DIR='/'\nWRONG\n");
+  const ProgramRun result = Run("@inner.cmd\n");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_THAT(result.errors, HasSubstr("inner.cmd:2: code 257"));
   EXPECT_THAT(result.errors, HasSubstr("    WRONG\n"));
 }
 
 TEST_F(BatchLines, TellWhenTheErrorFileMayBeCut) {
-  folder_.write("lines.cmd", "@inner.cmd\n");
-  const ProgramRun result = run_program(
+  folder_.Write("lines.cmd", "@inner.cmd\n");
+  const ProgramRun result = RunProgram(
       "/bin/sh",
       {"-c", "ulimit -f 0; exec " + std::string(LORIMAT_BIN_FOLDER) + "/lorimat run lines.cmd"},
-      setting());
+      Setting());
   EXPECT_THAT(result.output, HasSubstr("DOCUMENTO N. 0001-0001"));
   EXPECT_THAT(result.errors, HasSubstr("lines.cmd:1: which lines of the batch failed is not known "
                                        "for sure: " +
@@ -142,28 +142,28 @@ TEST_F(BatchLines, TellWhenTheErrorFileMayBeCut) {
 }
 
 TEST_F(BatchLines, StopARunThatIsToStop) {
-  folder_.write("lines.cmd", "@inner.cmd\nVEND REP=1, PRE=7.00\n");
+  folder_.Write("lines.cmd", "@inner.cmd\nVEND REP=1, PRE=7.00\n");
   const ProgramRun result =
-      run_console({"run", "lines.cmd", "--stop-on-error", "--terse"}, setting());
+      RunConsole({"run", "lines.cmd", "--stop-on-error", "--terse"}, Setting());
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_THAT(result.errors, HasSubstr("stopped at line 1, which failed"));
   EXPECT_THAT(result.output, Not(HasSubstr("7,00")));
 }
 
 TEST_F(BatchLines, InABatchAreRefused) {
-  folder_.write("outer.cmd", "@inner.cmd\n");
+  folder_.Write("outer.cmd", "@inner.cmd\n");
   for (const std::string& how : {"run", "line"}) {
-    folder_.write("lines.cmd", "@outer.cmd\n");
+    folder_.Write("lines.cmd", "@outer.cmd\n");
     const ProgramRun result =
-        how == "run" ? run_console({"run", "outer.cmd", "--batch", "--terse"}, setting())
-                     : run_console({"run", "lines.cmd", "--terse"}, setting());
+        how == "run" ? RunConsole({"run", "outer.cmd", "--batch", "--terse"}, Setting())
+                     : RunConsole({"run", "lines.cmd", "--terse"}, Setting());
     EXPECT_EQ(result.exit_code, 1);
     EXPECT_THAT(result.errors, HasSubstr("outer.cmd:1: code 10: ERROR 0/10 : INVALID BATCH LINE"));
   }
 }
 
 TEST_F(BatchLines, InTheShellShowTheirFailuresInAPipe) {
-  const ProgramRun result = run_console({"shell", "--terse"}, setting("@inner.cmd\n"));
+  const ProgramRun result = RunConsole({"shell", "--terse"}, Setting("@inner.cmd\n"));
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.errors, "standard input:1: answer: OK.(4 Lines   0 msec)\n" +
                                std::string(kFailures) + "lorimat: 2 of 5 lines failed\n");
@@ -171,8 +171,8 @@ TEST_F(BatchLines, InTheShellShowTheirFailuresInAPipe) {
 }
 
 TEST_F(BatchLines, InAFileOfTheShellShowTheirFailures) {
-  folder_.write("lines.cmd", "; a batch\n@inner.cmd\n");
-  const ProgramRun result = run_console({"shell", "--terse"}, setting(".batch lines.cmd\n"));
+  folder_.Write("lines.cmd", "; a batch\n@inner.cmd\n");
+  const ProgramRun result = RunConsole({"shell", "--terse"}, Setting(".batch lines.cmd\n"));
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_THAT(result.errors, HasSubstr(kFailures));
   EXPECT_THAT(result.errors, HasSubstr("lorimat: 2 of 6 lines failed\n"));
@@ -182,12 +182,12 @@ TEST_F(BatchLines, OnATerminalShowTheirFailures) {
   TerminalRun shell({"shell"},
                     {.folder = folder_.path(),
                      .environment = {{"HOME", folder_.path()}, {"TMPDIR", temporary_.path()}}});
-  shell.enter("@inner.cmd");
+  shell.Enter("@inner.cmd");
   const std::string screen = shell.screen().text();
   EXPECT_THAT(screen, HasSubstr("lorimat: 2 of 4 lines failed\n"));
   EXPECT_THAT(screen, HasSubstr("inner.cmd:2: code 257: ERROR 1/1 : SINTAX ERROR 1"));
   EXPECT_THAT(screen, HasSubstr("    VEND PRE=3.00\n"));
   EXPECT_THAT(temporary_.names(), IsEmpty());
-  shell.type("\x04");
-  EXPECT_EQ(0, shell.wait_for_end());
+  shell.Type("\x04");
+  EXPECT_EQ(0, shell.WaitForEnd());
 }

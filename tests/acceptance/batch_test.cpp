@@ -18,9 +18,9 @@ const char* const kReceipt = "VEND REP=1, PRE=1.00\nCHIU\n";
 
 TEST(Batch, GivesTheSamePaperAsTheLines) {
   TestFolder folder;
-  const std::string lines = folder.write("receipt.cmd", kReceipt);
-  const ProgramRun by_line = run_console({"run", lines, "--clock", "2024-03-15 10:30"});
-  const ProgramRun by_batch = run_console({"run", lines, "--clock", "2024-03-15 10:30", "--batch"});
+  const std::string lines = folder.Write("receipt.cmd", kReceipt);
+  const ProgramRun by_line = RunConsole({"run", lines, "--clock", "2024-03-15 10:30"});
+  const ProgramRun by_batch = RunConsole({"run", lines, "--clock", "2024-03-15 10:30", "--batch"});
   EXPECT_EQ(by_batch.exit_code, 0);
   EXPECT_THAT(by_batch.errors, IsEmpty());
   EXPECT_FALSE(by_batch.output.empty());
@@ -29,10 +29,10 @@ TEST(Batch, GivesTheSamePaperAsTheLines) {
 
 TEST(Batch, FailingLinesAreShownAsInARunByLines) {
   TestFolder folder;
-  const std::string lines = folder.write(
+  const std::string lines = folder.Write(
       "failing.cmd", "; a comment\nWRONG\nVEND REP=1, PRE=1.00\n\nVEND PRE=3.00\nCHIU\n");
-  const ProgramRun by_line = run_console({"run", lines});
-  const ProgramRun by_batch = run_console({"run", lines, "--batch"});
+  const ProgramRun by_line = RunConsole({"run", lines});
+  const ProgramRun by_batch = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(by_batch.exit_code, 1);
   EXPECT_THAT(by_batch.errors, HasSubstr(lines + ":2: code 257: ERROR 1/1 : SINTAX ERROR 1 : "
                                                  "INSTRUCTION NOT FOUND\n    WRONG\n"));
@@ -41,48 +41,48 @@ TEST(Batch, FailingLinesAreShownAsInARunByLines) {
 
 TEST(Batch, LeavesNothingBehindInTheFilesFolder) {
   TestFolder folder;
-  const std::string lines = folder.write("failing.cmd", "WRONG\n");
-  EXPECT_EQ(run_console({"run", lines, "--batch"}).exit_code, 1);
+  const std::string lines = folder.Write("failing.cmd", "WRONG\n");
+  EXPECT_EQ(RunConsole({"run", lines, "--batch"}).exit_code, 1);
   EXPECT_THAT(folder.names(), ElementsAre("failing.cmd"));
 }
 
 TEST(Batch, LeavesNothingBehindInTheTemporaryFolder) {
   TestFolder folder;
   TestFolder temporary;
-  const std::string lines = folder.write("failing.cmd", "WRONG\n");
+  const std::string lines = folder.Write("failing.cmd", "WRONG\n");
   const ProgramRun run =
-      run_console({"run", lines, "--batch"}, {.environment = {{"TMPDIR", temporary.path()}}});
+      RunConsole({"run", lines, "--batch"}, {.environment = {{"TMPDIR", temporary.path()}}});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(temporary.names(), IsEmpty());
 }
 
 TEST(Batch, ATemporaryFolderWithCapitalsIsPassedOver) {
   TestFolder folder;
-  std::filesystem::create_directory(folder.path("TMP"));
-  const std::string lines = folder.write("failing.cmd", "WRONG\n");
+  std::filesystem::create_directory(folder.Path("TMP"));
+  const std::string lines = folder.Write("failing.cmd", "WRONG\n");
   const ProgramRun run =
-      run_console({"run", lines, "--batch"}, {.environment = {{"TMPDIR", folder.path("TMP")}}});
+      RunConsole({"run", lines, "--batch"}, {.environment = {{"TMPDIR", folder.Path("TMP")}}});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":1: code 257"));
 }
 
 TEST(Batch, ANameWithCapitalsIsRefusedAndTheReasonIsGiven) {
   TestFolder folder;
-  const std::string lines = folder.write("Receipt.cmd", kReceipt);
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+  const std::string lines = folder.Write("Receipt.cmd", kReceipt);
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr("Receipt.cmd"));
   EXPECT_THAT(run.errors, HasSubstr("lower-cases"));
   EXPECT_THAT(run.errors, HasSubstr("receipt.cmd"));
-  EXPECT_EQ(run_console({"run", lines}).exit_code, 0);
+  EXPECT_EQ(RunConsole({"run", lines}).exit_code, 0);
 }
 
 TEST(Batch, CapitalsInTheFoldersNameDoNoHarm) {
   TestFolder folder;
-  std::filesystem::create_directory(folder.path("My Receipts"));
-  const std::string lines = folder.write("My Receipts/receipt.cmd", kReceipt);
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+  std::filesystem::create_directory(folder.Path("My Receipts"));
+  const std::string lines = folder.Write("My Receipts/receipt.cmd", kReceipt);
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr("1,00"));
 }
@@ -91,10 +91,10 @@ TEST(Batch, SeparatorsQuotesCommentSignsAndBlanksMayStandInAName) {
   for (const char* name : {"a,b.cmd", "it's.cmd", "''", "'", "a;b.cmd", "a b.cmd", " a.cmd", "@a",
                            "#1", "a=b", "-", "\xC3\xA8.cmd"}) {
     TestFolder folder;
-    folder.write(name, kReceipt);
+    folder.Write(name, kReceipt);
     // Another file that a misread name could mean.
-    folder.write("a", "WRONG\n");
-    const ProgramRun run = run_console({"run", folder.path(name), "--batch"});
+    folder.Write("a", "WRONG\n");
+    const ProgramRun run = RunConsole({"run", folder.Path(name), "--batch"});
     EXPECT_EQ(run.exit_code, 0) << name << ": " << run.errors;
     EXPECT_THAT(run.output, HasSubstr("1,00")) << name;
   }
@@ -103,8 +103,8 @@ TEST(Batch, SeparatorsQuotesCommentSignsAndBlanksMayStandInAName) {
 TEST(Batch, ANameThatTheLineCannotCarryIsRefused) {
   TestFolder folder;
   for (const char* name : {"a\tb.cmd", "a\nb.cmd", "a.cmd "}) {
-    const std::string lines = folder.write(name, kReceipt);
-    const ProgramRun run = run_console({"run", lines, "--batch"});
+    const std::string lines = folder.Write(name, kReceipt);
+    const ProgramRun run = RunConsole({"run", lines, "--batch"});
     EXPECT_EQ(run.exit_code, 2) << name;
     EXPECT_THAT(run.errors, HasSubstr("rename the file")) << name;
   }
@@ -112,37 +112,37 @@ TEST(Batch, ANameThatTheLineCannotCarryIsRefused) {
 
 TEST(Batch, TheLongestNameRuns) {
   TestFolder folder;
-  const std::string lines = folder.write(std::string(255, 'x'), kReceipt);
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+  const std::string lines = folder.Write(std::string(255, 'x'), kReceipt);
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, HasSubstr("1,00"));
 }
 
 TEST(Batch, PaperTraceAndLanguageStayRelativeToTheFolderOfTheStart) {
   TestFolder folder;
-  std::filesystem::create_directory(folder.path("work"));
-  std::filesystem::create_directory(folder.path("lines"));
-  folder.write("lines/receipt.cmd", kReceipt);
-  std::filesystem::copy_file(source_file("language/merkelin.ini"), folder.path("work/words.ini"));
+  std::filesystem::create_directory(folder.Path("work"));
+  std::filesystem::create_directory(folder.Path("lines"));
+  folder.Write("lines/receipt.cmd", kReceipt);
+  std::filesystem::copy_file(SourceFile("language/merkelin.ini"), folder.Path("work/words.ini"));
   const ProgramRun run =
-      run_console({"run", "../lines/receipt.cmd", "--batch", "--paper", "paper.txt", "--trace",
-                   "trace.txt", "--language", "words.ini"},
-                  {.folder = folder.path("work")});
+      RunConsole({"run", "../lines/receipt.cmd", "--batch", "--paper", "paper.txt", "--trace",
+                  "trace.txt", "--language", "words.ini"},
+                 {.folder = folder.Path("work")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, IsEmpty());
-  EXPECT_THAT(folder.read("work/paper.txt"), HasSubstr("1,00"));
-  EXPECT_THAT(folder.read("work/trace.txt"), HasSubstr("TradEcr Cmd<@'receipt.cmd','"));
+  EXPECT_THAT(folder.Read("work/paper.txt"), HasSubstr("1,00"));
+  EXPECT_THAT(folder.Read("work/trace.txt"), HasSubstr("TradEcr Cmd<@'receipt.cmd','"));
 }
 
 TEST(Batch, AFileInTheCurrentFolderNeedsNoPath) {
   TestFolder folder;
-  folder.write("receipt.cmd", kReceipt);
-  const ProgramRun run = run_console({"run", "receipt.cmd", "--batch"}, {.folder = folder.path()});
+  folder.Write("receipt.cmd", kReceipt);
+  const ProgramRun run = RunConsole({"run", "receipt.cmd", "--batch"}, {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
 }
 
 TEST(Batch, StandardInputHasNoNameForABatch) {
-  const ProgramRun run = run_console({"run", "-", "--batch"}, {.input = kReceipt});
+  const ProgramRun run = RunConsole({"run", "-", "--batch"}, {.input = kReceipt});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("--batch needs a file"));
 }
@@ -150,8 +150,8 @@ TEST(Batch, StandardInputHasNoNameForABatch) {
 TEST(Batch, ANulByteRefusesTheFileBeforeAnythingRuns) {
   TestFolder folder;
   using namespace std::string_literals;
-  const std::string lines = folder.write("nul.cmd", "VEND REP=1, PRE=1.00\nCHIU\0\n"s);
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+  const std::string lines = folder.Write("nul.cmd", "VEND REP=1, PRE=1.00\nCHIU\0\n"s);
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr(lines + ":2: a NUL byte stands in column 5"));
   EXPECT_THAT(run.output, IsEmpty());
@@ -160,8 +160,8 @@ TEST(Batch, ANulByteRefusesTheFileBeforeAnythingRuns) {
 TEST(Batch, ALineThatIsTooLongFailsWithItsNumberAndTheRunGoesOn) {
   TestFolder folder;
   const std::string lines =
-      folder.write("long.cmd", "; fine\n" + std::string(5000, ';') + "\nWRONG\n");
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+      folder.Write("long.cmd", "; fine\n" + std::string(5000, ';') + "\nWRONG\n");
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":2: code 274"));
   EXPECT_THAT(run.errors, HasSubstr(":3: code 257"));
@@ -169,17 +169,17 @@ TEST(Batch, ALineThatIsTooLongFailsWithItsNumberAndTheRunGoesOn) {
 
 TEST(Batch, ABatchLineInABatchFailsWithCode10) {
   TestFolder folder;
-  folder.write("inner.cmd", kReceipt);
-  const std::string lines = folder.write("outer.cmd", "@inner.cmd\n");
-  const ProgramRun run = run_console({"run", lines, "--batch"});
+  folder.Write("inner.cmd", kReceipt);
+  const std::string lines = folder.Write("outer.cmd", "@inner.cmd\n");
+  const ProgramRun run = RunConsole({"run", lines, "--batch"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":1: code 10: ERROR 0/10 : INVALID BATCH LINE"));
 }
 
 TEST(Batch, AnEmptyFileRunsAndTheVerboseRunShowsTheAnswer) {
   TestFolder folder;
-  const std::string lines = folder.write("empty.cmd", "");
-  const ProgramRun run = run_console({"run", lines, "--batch", "-v"});
+  const std::string lines = folder.Write("empty.cmd", "");
+  const ProgramRun run = RunConsole({"run", lines, "--batch", "-v"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(lines + ": answer: OK.(0 Lines   0 msec)\n"));

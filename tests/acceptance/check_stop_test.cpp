@@ -38,11 +38,11 @@ TEST(CheckStop, ASignalEndsItBehindTheLineAtWork) {
     int bar;
     int line;
   } places[] = {{1, 1}, {2, 10}, {51, 500}, {101, 1000}};
-  for (const std::string& file : {folder.write("words.ini", ThousandLines("[OPCOD]")),
-                                  folder.write("lines.cmd", ThousandLines("WRONG"))}) {
+  for (const std::string& file : {folder.Write("words.ini", ThousandLines("[OPCOD]")),
+                                  folder.Write("lines.cmd", ThousandLines("WRONG"))}) {
     for (const auto& [bar, line] : places) {
       const auto& [signal, name] = kEndings[bar % 3];
-      const ProgramRun run = run_console({"check", file}, WithSignalAtBar(signal, bar));
+      const ProgramRun run = RunConsole({"check", file}, WithSignalAtBar(signal, bar));
       EXPECT_EQ(run.exit_code, 128 + signal) << file << bar;
       EXPECT_EQ(BarsOf(run), bar) << file;
       EXPECT_THAT(run.errors, EndsWith("\r\x1b[Klorimat: " + file + ": stopped by " + name +
@@ -54,14 +54,14 @@ TEST(CheckStop, ASignalEndsItBehindTheLineAtWork) {
 
 TEST(CheckStop, TheFilesBeforeItAreShownAndNoneBehindIt) {
   TestFolder folder;
-  const std::string first = folder.write("first.cmd", "CHIU\n");
-  const std::string second = folder.write("second.cmd", ThousandLines("CHIU"));
+  const std::string first = folder.Write("first.cmd", "CHIU\n");
+  const std::string second = folder.Write("second.cmd", ThousandLines("CHIU"));
   const std::vector<std::string> arguments = {"check", first, second, first};
-  const ProgramRun run = run_console(arguments, WithSignalAtBar(SIGINT, 3));
+  const ProgramRun run = RunConsole(arguments, WithSignalAtBar(SIGINT, 3));
   EXPECT_EQ(run.exit_code, 130);
-  EXPECT_EQ(run.output, run_console({"check", first}).output);
+  EXPECT_EQ(run.output, RunConsole({"check", first}).output);
   // Half an object is none.
   std::vector<std::string> json = arguments;
   json.push_back("--json");
-  EXPECT_THAT(run_console(json, WithSignalAtBar(SIGINT, 3)).output, IsEmpty());
+  EXPECT_THAT(RunConsole(json, WithSignalAtBar(SIGINT, 3)).output, IsEmpty());
 }

@@ -22,21 +22,21 @@ class CopyCommand : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(shop_
-                  .sell("VEND REP=1, PRE=12.34\nCHIU\nAZZGIO\n"
+                  .Sell("VEND REP=1, PRE=12.34\nCHIU\nAZZGIO\n"
                         "FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=2, PRE=10.00\nCHIU\n")
                   .exit_code,
               0);
   }
 
-  std::string to() const { return shop_.folder().path("copy.register"); }
-  ProgramRun copy(const std::string& from, const std::string& target,
+  std::string to() const { return shop_.folder().Path("copy.register"); }
+  ProgramRun Copy(const std::string& from, const std::string& target,
                   const ProgramSetting& setting = {}) const {
-    return run_console({"copy", from, target}, setting);
+    return RunConsole({"copy", from, target}, setting);
   }
-  ProgramRun copy() const { return copy(shop_.file(), to()); }
+  ProgramRun copy() const { return Copy(shop_.file(), to()); }
   // What a program reads of a register, but for its name and the time.
-  static nlohmann::json status_of(const std::string& file) {
-    const ProgramRun run = run_console({"status", "--json", "--register", file});
+  static nlohmann::json StatusOf(const std::string& file) {
+    const ProgramRun run = RunConsole({"status", "--json", "--register", file});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     nlohmann::json status = nlohmann::json::parse(run.output);
     status.erase("file");
@@ -58,67 +58,67 @@ TEST_F(CopyCommand, IsTheSameRegisterAndSaysSo) {
   EXPECT_EQ(run.errors, "lorimat: note: " + to() +
                             ": is the same register, serial number 99LRM0000001VR: only one of the "
                             "two may go on selling\n");
-  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+  EXPECT_EQ(StatusOf(to()), StatusOf(shop_.file()));
   for (const std::vector<std::string>& command :
        {std::vector<std::string>{"paper"}, {"journal"}, {"journal", "show", "1"}}) {
     std::vector<std::string> arguments = command;
     arguments.insert(arguments.end(), {"--register", to()});
-    EXPECT_EQ(run_console(arguments).output, shop_.run(command).output) << command[0];
+    EXPECT_EQ(RunConsole(arguments).output, shop_.Run(command).output) << command[0];
   }
   // It goes on where the register is, and the register knows nothing of it.
-  const std::string bytes = shop_.folder().read("shop.register");
-  EXPECT_THAT(run_console({"run", "-", "--register", to(), "--clock", "2024-03-15 11:00"},
-                          {.input = "VEND REP=1, PRE=1.00\nCHIU\n"})
+  const std::string bytes = shop_.folder().Read("shop.register");
+  EXPECT_THAT(RunConsole({"run", "-", "--register", to(), "--clock", "2024-03-15 11:00"},
+                         {.input = "VEND REP=1, PRE=1.00\nCHIU\n"})
                   .output,
               HasSubstr("DOCUMENTO N. 0002-0001"));
-  EXPECT_TRUE(shop_.folder().read("shop.register") == bytes);
+  EXPECT_TRUE(shop_.folder().Read("shop.register") == bytes);
 }
 
 TEST_F(CopyCommand, TakesAnOpenDocumentAlong) {
-  ASSERT_EQ(shop_.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  ASSERT_EQ(shop_.Sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
   ASSERT_EQ(copy().exit_code, 0);
-  EXPECT_EQ(status_of(to())["open_document"]["lines"], 1);
-  EXPECT_EQ(status_of(shop_.file())["open_document"]["lines"], 1);
+  EXPECT_EQ(StatusOf(to())["open_document"]["lines"], 1);
+  EXPECT_EQ(StatusOf(shop_.file())["open_document"]["lines"], 1);
 }
 
 TEST_F(CopyCommand, NothingIsCopiedOntoItself) {
-  const std::string link = shop_.folder().path("link");
-  const std::string hard = shop_.folder().path("hard");
+  const std::string link = shop_.folder().Path("link");
+  const std::string hard = shop_.folder().Path("hard");
   fs::create_symlink("shop.register", link);
   fs::create_hard_link(shop_.file(), hard);
-  const std::string bytes = shop_.folder().read("shop.register");
+  const std::string bytes = shop_.folder().Read("shop.register");
   for (const std::string& target :
-       {shop_.file(), link, hard, shop_.folder().path("./shop.register")}) {
-    const ProgramRun run = copy(shop_.file(), target);
+       {shop_.file(), link, hard, shop_.folder().Path("./shop.register")}) {
+    const ProgramRun run = Copy(shop_.file(), target);
     EXPECT_EQ(run.exit_code, 2) << target;
     EXPECT_EQ(run.errors, "lorimat: " + target + ": is the register " + shop_.file() + " itself\n");
   }
-  EXPECT_EQ(copy(link, shop_.file()).exit_code, 2);
-  EXPECT_TRUE(shop_.folder().read("shop.register") == bytes);
+  EXPECT_EQ(Copy(link, shop_.file()).exit_code, 2);
+  EXPECT_TRUE(shop_.folder().Read("shop.register") == bytes);
 }
 
 TEST_F(CopyCommand, NothingIsOverwritten) {
-  shop_.folder().write("copy.register", "mine");
-  fs::create_symlink("nowhere", shop_.folder().path("dangling"));
-  for (const std::string& target : {to(), shop_.folder().path("dangling"), shop_.folder().path()}) {
-    const ProgramRun run = copy(shop_.file(), target);
+  shop_.folder().Write("copy.register", "mine");
+  fs::create_symlink("nowhere", shop_.folder().Path("dangling"));
+  for (const std::string& target : {to(), shop_.folder().Path("dangling"), shop_.folder().path()}) {
+    const ProgramRun run = Copy(shop_.file(), target);
     EXPECT_EQ(run.exit_code, 2) << target;
     EXPECT_EQ(run.errors, "lorimat: " + target + ": is there already, and is not overwritten\n");
   }
-  EXPECT_EQ(shop_.folder().read("copy.register"), "mine");
+  EXPECT_EQ(shop_.folder().Read("copy.register"), "mine");
   fs::remove(to());
-  shop_.folder().write("copy.register-wal", "of another");
+  shop_.folder().Write("copy.register-wal", "of another");
   EXPECT_THAT(copy().errors, HasSubstr("copy.register-wal is, which would be taken for"));
   EXPECT_FALSE(fs::exists(to()));
 }
 
 TEST_F(CopyCommand, WhatIsNoRegisterIsNotCopied) {
-  const std::string text = shop_.folder().write("text", "no register\n");
+  const std::string text = shop_.folder().Write("text", "no register\n");
   const std::vector<std::string> before = shop_.folder().names();
-  EXPECT_THAT(copy(text, to()).errors, StartsWith("lorimat: " + text + ": "));
-  EXPECT_THAT(copy(shop_.folder().path("none"), to()).errors, HasSubstr("no such register"));
-  EXPECT_THAT(copy(shop_.folder().path(), to()).errors, HasSubstr("is a directory"));
-  EXPECT_THAT(copy(shop_.file(), shop_.folder().path("none/copy")).errors,
+  EXPECT_THAT(Copy(text, to()).errors, StartsWith("lorimat: " + text + ": "));
+  EXPECT_THAT(Copy(shop_.folder().Path("none"), to()).errors, HasSubstr("no such register"));
+  EXPECT_THAT(Copy(shop_.folder().path(), to()).errors, HasSubstr("is a directory"));
+  EXPECT_THAT(Copy(shop_.file(), shop_.folder().Path("none/copy")).errors,
               HasSubstr("none/copy: cannot be made: No such file or directory"));
   EXPECT_EQ(shop_.folder().names(), before);
 }
@@ -127,7 +127,7 @@ TEST_F(CopyCommand, AFullDiskLeavesNothing) {
   const std::vector<std::string> before = shop_.folder().names();
   // Of 512 bytes; a register has some 270. A reader's index of the log takes 64.
   for (const int blocks : {65, 128, 200}) {
-    const ProgramRun run = run_program(
+    const ProgramRun run = RunProgram(
         "/bin/sh",
         {"-c", "ulimit -f " + std::to_string(blocks) + "; exec \"$0\" copy \"$1\" \"$2\"",
          std::string(LORIMAT_BIN_FOLDER) + "/lorimat", shop_.file(), to()});
@@ -140,7 +140,7 @@ TEST_F(CopyCommand, AFullDiskLeavesNothing) {
 TEST_F(CopyCommand, ARegisterWithFindingsIsCopiedWithThem) {
   // The total of the first document, a digit of its printed form.
   std::fstream file(shop_.file(), std::ios::in | std::ios::out | std::ios::binary);
-  std::string bytes = shop_.folder().read("shop.register");
+  std::string bytes = shop_.folder().Read("shop.register");
   const size_t at = bytes.find("TOTALE COMPLESSIVO                   12,34");
   ASSERT_NE(at, std::string::npos);
   for (size_t place = at; place != std::string::npos;
@@ -149,13 +149,13 @@ TEST_F(CopyCommand, ARegisterWithFindingsIsCopiedWithThem) {
     file.put('5');
   }
   file.close();
-  ASSERT_EQ(shop_.run({"journal", "verify"}).exit_code, 1);
+  ASSERT_EQ(shop_.Run({"journal", "verify"}).exit_code, 1);
   const ProgramRun run = copy();
   EXPECT_EQ(run.exit_code, 1) << run.errors;
   EXPECT_THAT(run.output, HasSubstr("whose journal has findings\n"));
-  const std::string verified = shop_.run({"journal", "verify"}).output;
+  const std::string verified = shop_.Run({"journal", "verify"}).output;
   EXPECT_THAT(verified, HasSubstr(run.output.substr(0, run.output.find('\n'))));
-  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+  EXPECT_EQ(StatusOf(to()), StatusOf(shop_.file()));
 }
 
 // Behind each receipt of a seller that goes on a copy is made, which has just these.
@@ -176,16 +176,16 @@ TEST_F(CopyCommand, ARegisterThatIsSoldOnIsCopiedAtEachReceipt) {
     cat <&4 >/dev/null
     wait)";
   const ProgramRun run =
-      run_program("/bin/bash", {"-c", script, std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
-                  {.folder = folder.path()});
+      RunProgram("/bin/bash", {"-c", script, std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                 {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   for (int number = 1; number <= 8; ++number) {
-    const nlohmann::json status = status_of(folder.path("copy" + std::to_string(number)));
+    const nlohmann::json status = StatusOf(folder.Path("copy" + std::to_string(number)));
     EXPECT_EQ(status["documents"], number);
     EXPECT_EQ(status["day"]["total_cents"], number * 100);
     EXPECT_EQ(status["grand_total_cents"], number * 100);
   }
-  EXPECT_EQ(status_of(folder.path("shop"))["documents"], 8);
+  EXPECT_EQ(StatusOf(folder.Path("shop"))["documents"], 8);
 }
 
 // A seller that does not wait, and copies all the time: each is of one moment, and the seller loses
@@ -195,7 +195,7 @@ TEST_F(CopyCommand, WhileASellerGoesOnEveryCopyIsOfOneMoment) {
   std::string lines;
   constexpr int kReceipts = 300;
   for (int n = 0; n < kReceipts; ++n) lines += "VEND REP=1, PRE=1.00\nVEND REP=2, PRE=0.50\nCHIU\n";
-  folder.write("lines.cmd", lines);
+  folder.Write("lines.cmd", lines);
   const std::string script = R"(
     "$0" run - --register shop --clock '2024-03-15 10:30' </dev/null >/dev/null 2>&1
     { "$0" run lines.cmd --register shop --clock '2024-03-15 10:30' --paper paper
@@ -208,29 +208,29 @@ TEST_F(CopyCommand, WhileASellerGoesOnEveryCopyIsOfOneMoment) {
     wait
     cat done)";
   const ProgramRun run =
-      run_program("/bin/bash", {"-c", script, std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
-                  {.folder = folder.path()});
-  EXPECT_EQ(run.exit_code, 0) << folder.read("errors");
+      RunProgram("/bin/bash", {"-c", script, std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                 {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 0) << folder.Read("errors");
   EXPECT_EQ(run.output, "0\n");
   int64_t last = 0;
-  for (int number = 1; fs::exists(folder.path("copy" + std::to_string(number))); ++number) {
-    const nlohmann::json status = status_of(folder.path("copy" + std::to_string(number)));
+  for (int number = 1; fs::exists(folder.Path("copy" + std::to_string(number))); ++number) {
+    const nlohmann::json status = StatusOf(folder.Path("copy" + std::to_string(number)));
     const int64_t documents = status["documents"];
     EXPECT_GE(documents, last);
     EXPECT_EQ(status["grand_total_cents"], documents * 150);
     EXPECT_EQ(status["day"]["total_cents"], documents * 150);
     last = documents;
   }
-  EXPECT_EQ(status_of(folder.path("shop"))["documents"], kReceipts);
+  EXPECT_EQ(StatusOf(folder.Path("shop"))["documents"], kReceipts);
 }
 
 // Wherever the kill comes, there is a whole copy or none.
 TEST_F(CopyCommand, AKillLeavesNothingHalfMade) {
   const std::vector<std::string> before = shop_.folder().names();
   for (int round = 0; round < 5; ++round) {
-    copy(shop_.file(), to(), {.errors_to_terminal = true, .interrupt_at = "[", .signal = SIGKILL});
+    Copy(shop_.file(), to(), {.errors_to_terminal = true, .interrupt_at = "[", .signal = SIGKILL});
     if (fs::exists(to())) {
-      EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+      EXPECT_EQ(StatusOf(to()), StatusOf(shop_.file()));
       fs::remove(to());
     }
     EXPECT_EQ(shop_.folder().names(), before);
@@ -238,14 +238,14 @@ TEST_F(CopyCommand, AKillLeavesNothingHalfMade) {
 }
 
 TEST_F(CopyCommand, WhatFailsBehindTheCopyLeavesIt) {
-  const ProgramRun run = copy(shop_.file(), to(), {.output_file = "/dev/full"});
+  const ProgramRun run = Copy(shop_.file(), to(), {.output_file = "/dev/full"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr("the copy is there and whole, and its report is missing: "));
-  EXPECT_EQ(status_of(to()), status_of(shop_.file()));
+  EXPECT_EQ(StatusOf(to()), StatusOf(shop_.file()));
 }
 
 TEST_F(CopyCommand, SpeaksItalian) {
-  const ProgramRun run = copy(shop_.file(), to(), {.environment = {{"LANG", "it_IT.UTF-8"}}});
+  const ProgramRun run = Copy(shop_.file(), to(), {.environment = {{"LANG", "it_IT.UTF-8"}}});
   EXPECT_THAT(run.output, HasSubstr("il giornale è in ordine: 3 voci, 2 documenti\n"));
   EXPECT_THAT(run.errors, HasSubstr("è lo stesso registratore, matricola 99LRM0000001VR"));
 }

@@ -25,15 +25,15 @@ class CopyStop : public testing::Test {
   void SetUp() override {
     std::string lines;
     for (int n = 0; n < kReceipts; ++n) lines += "VEND REP=1, PRE=1.00\nCHIU\n";
-    ASSERT_EQ(shop_.sell(lines).exit_code, 0);
-    fs::remove(shop_.folder().path("lines.cmd"));
+    ASSERT_EQ(shop_.Sell(lines).exit_code, 0);
+    fs::remove(shop_.folder().Path("lines.cmd"));
     ASSERT_THAT(shop_.folder().names(), ElementsAre("shop.register"));
-    register_ = shop_.folder().read("shop.register");
+    register_ = shop_.folder().Read("shop.register");
   }
 
-  std::string To() const { return shop_.folder().path("to.register"); }
+  std::string To() const { return shop_.folder().Path("to.register"); }
   ProgramRun Copy(const ProgramSetting& setting) const {
-    return run_console({"copy", shop_.file(), To()}, setting);
+    return RunConsole({"copy", shop_.file(), To()}, setting);
   }
   static ProgramSetting WithKillAtCall(int call) {
     ProgramSetting setting;
@@ -45,10 +45,10 @@ class CopyStop : public testing::Test {
   // Of the copy; a reader that is killed leaves the empty log of the register and its index.
   void ExpectNothingLeft(int place) const {
     EXPECT_THAT(shop_.folder().names(), Each(StartsWith("shop.register"))) << place;
-    EXPECT_TRUE(shop_.folder().read("shop.register") == register_) << place;
+    EXPECT_TRUE(shop_.folder().Read("shop.register") == register_) << place;
   }
   void ExpectWhole(const std::string& journal, int place) const {
-    const ProgramRun run = run_console({"journal", "verify", "--register", To()});
+    const ProgramRun run = RunConsole({"journal", "verify", "--register", To()});
     EXPECT_EQ(run.output, To() + ": the journal is good: " + journal + "\n") << place;
     EXPECT_THAT(shop_.folder().names(), Each(AnyOf(StartsWith("shop.register"), "to.register")))
         << place;
@@ -101,7 +101,7 @@ TEST_F(CopyStop, AKillOfACopyAtAnyCallLeavesAWholeOneOrNone) {
 
 TEST_F(CopyStop, AKillOfAnInitAtAnyCallLeavesAWholeRegisterOrNone) {
   const int calls = KillAtEachCall("0 entries, 0 documents", [this](const ProgramSetting& setting) {
-    return run_console({"init", To()}, setting);
+    return RunConsole({"init", To()}, setting);
   });
   EXPECT_GT(calls, 10);
 }

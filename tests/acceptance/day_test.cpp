@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kClock = "2024-03-15 10:30";
 
 // The part of a paper from one line to another, both given by what they hold.
-std::string cut_out(const std::string& paper, const std::string& first, const std::string& end) {
+std::string CutOut(const std::string& paper, const std::string& first, const std::string& end) {
   const size_t at = paper.find(first);
   if (at == paper.npos) return {};
   return paper.substr(at, paper.find(end, at) - at);
@@ -24,54 +24,53 @@ std::string cut_out(const std::string& paper, const std::string& first, const st
 
 TEST(Day, PrintsItsPaperByLinesAndAsABatch) {
   for (const bool batch : {false, true}) {
-    std::vector<std::string> arguments = {"run", source_file("examples/day.cmd"), "--clock",
-                                          kClock};
+    std::vector<std::string> arguments = {"run", SourceFile("examples/day.cmd"), "--clock", kClock};
     if (batch) arguments.push_back("--batch");
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 0);
     EXPECT_THAT(run.errors, IsEmpty());
-    EXPECT_EQ(run.output, expected_paper("day.txt"));
+    EXPECT_EQ(run.output, ExpectedPaper("day.txt"));
   }
 }
 
 TEST(Day, ReportsGoToFiles) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd",
+  const std::string lines = folder.Write("lines.cmd",
                                          "VEND REP=1, PRE=10.00, DES='VASO'\n"
                                          "CHIU\n"
                                          "REPORT TIPO=XGIORNO, STAMPA=0, FILE='" +
-                                             folder.path("x.txt") +
+                                             folder.Path("x.txt") +
                                              "'\n"
                                              "REPORT TIPO=XGIORNO, MODO=1\n"
                                              "DGFE DAZETA=1, FILE='" +
-                                             folder.path("journal.txt") +
+                                             folder.Path("journal.txt") +
                                              "'\n"
                                              "REPORT TIPO=MEMDATAS, DADATA=150324, ADATA=150324, "
                                              "STAMPA=0, FILE='" +
-                                             folder.path("memory.txt") +
+                                             folder.Path("memory.txt") +
                                              "'\n"
                                              "RTEJ DANUM=1, FILE='" +
-                                             folder.path("day.xml") + "'\n");
-  const ProgramRun run = run_console({"run", lines, "--clock", kClock});
+                                             folder.Path("day.xml") + "'\n");
+  const ProgramRun run = RunConsole({"run", lines, "--clock", kClock});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   // The reading in the file is the one that the closing printed later.
-  EXPECT_EQ(cut_out(folder.read("x.txt"), "Documenti", "RT "),
-            cut_out(run.output.substr(run.output.find("LETTURA")), "Documenti", "RT "));
-  const std::string journal = folder.read("journal.txt");
+  EXPECT_EQ(CutOut(folder.Read("x.txt"), "Documenti", "RT "),
+            CutOut(run.output.substr(run.output.find("LETTURA")), "Documenti", "RT "));
+  const std::string journal = folder.Read("journal.txt");
   EXPECT_THAT(journal, HasSubstr("VASO                       22%       10,00\n"));
   EXPECT_THAT(journal, HasSubstr("             CHIUSURA N. 0001\n"));
-  EXPECT_THAT(folder.read("memory.txt"), HasSubstr("CHIUSURA N. 0001          15/03/2024 10:30\n"));
-  EXPECT_THAT(folder.read("memory.txt"), HasSubstr("\nSHA-256 "));
-  EXPECT_THAT(folder.read("day.xml"), HasSubstr("<Ammontare>8.20</Ammontare>"));
+  EXPECT_THAT(folder.Read("memory.txt"), HasSubstr("CHIUSURA N. 0001          15/03/2024 10:30\n"));
+  EXPECT_THAT(folder.Read("memory.txt"), HasSubstr("\nSHA-256 "));
+  EXPECT_THAT(folder.Read("day.xml"), HasSubstr("<Ammontare>8.20</Ammontare>"));
   EXPECT_THAT(run.output, testing::Not(HasSubstr("ESTRATTO")));
 }
 
 TEST(Day, AReportWhoseFileCannotBeWrittenLeavesTheDayOpen) {
   TestFolder folder;
   const std::string lines =
-      folder.write("lines.cmd", "VEND REP=1, PRE=10.00\nCHIU\nREPORT TIPO=XGIORNO, MODO=1, FILE='" +
-                                    folder.path("missing/x.txt") + "'\n");
-  const ProgramRun run = run_console({"run", lines, "--clock", kClock});
+      folder.Write("lines.cmd", "VEND REP=1, PRE=10.00\nCHIU\nREPORT TIPO=XGIORNO, MODO=1, FILE='" +
+                                    folder.Path("missing/x.txt") + "'\n");
+  const ProgramRun run = RunConsole({"run", lines, "--clock", kClock});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr("code 623"));  // 512 and RTF_E_FAILURE
   EXPECT_THAT(run.output, testing::Not(HasSubstr("CHIUSURA")));
@@ -81,14 +80,14 @@ TEST(Day, AReportWhoseFileCannotBeWrittenLeavesTheDayOpen) {
 // Records of the work state, from a day of known sales: 10,00 at 22 % paid by ticket.
 TEST(Day, TheWorkStateIsReadToItsEnd) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd",
+  const std::string lines = folder.Write("lines.cmd",
                                          "VEND REP=1, PRE=10.00\n"
                                          "CHIU TEND=TICKET\n"
                                          "LEGGI TAB=STATOLAV, FILE='" +
-                                             folder.path("state.txt") + "'\n");
-  const ProgramRun run = run_console({"run", lines, "--clock", kClock});
+                                             folder.Path("state.txt") + "'\n");
+  const ProgramRun run = RunConsole({"run", lines, "--clock", kClock});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  const std::string state = "\n" + folder.read("state.txt");
+  const std::string state = "\n" + folder.Read("state.txt");
   for (const char* record :
        {"1,'15/03/24 10:30'", "2,0000100000", "3,000001", "901,22.00", "906,0.00", "914,VI",
         "1000,0000000820,0000001000",  // the day: net of 1,80 of tax, and gross

@@ -18,12 +18,12 @@ const char* const kWords =
     "[10]\n1=DEP\n2=PLU\n3=QTY\n4=PRICE\n"
     "[11]\n1=TENDER\n2=AMOUNT\n";
 
-ProgramRun run_with(const std::string& lines, const std::string& language,
-                    const ProgramSetting& setting = {}) {
-  return run_console({"run", lines, "--language", language}, setting);
+ProgramRun RunWith(const std::string& lines, const std::string& language,
+                   const ProgramSetting& setting = {}) {
+  return RunConsole({"run", lines, "--language", language}, setting);
 }
 
-std::string registry_text(const std::string& installation) {
+std::string RegistryText(const std::string& installation) {
   return "[Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA]\nInstallationDir=" + installation +
          "\n";
 }
@@ -32,9 +32,9 @@ std::string registry_text(const std::string& installation) {
 
 TEST(Definition, TheWordsComeFromTheGivenFile) {
   TestFolder folder;
-  const std::string words = folder.write("words.ini", kWords);
-  const std::string lines = folder.write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
-  const ProgramRun run = run_with(lines, words);
+  const std::string words = folder.Write("words.ini", kWords);
+  const std::string lines = folder.Write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
+  const ProgramRun run = RunWith(lines, words);
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_THAT(run.output, HasSubstr("2,00"));
@@ -42,41 +42,41 @@ TEST(Definition, TheWordsComeFromTheGivenFile) {
 
 TEST(Definition, WithoutTheOptionTheShippedWordsCount) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=2.00\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines}, {.folder = folder.path()});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=2.00\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines}, {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
 }
 
 TEST(Definition, AMissingFileIsNamedWithItsCause) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_with(lines, folder.path("none.ini"));
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunWith(lines, folder.Path("none.ini"));
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr(folder.path("none.ini")));
+  EXPECT_THAT(run.errors, HasSubstr(folder.Path("none.ini")));
   EXPECT_THAT(run.errors, HasSubstr("No such file or directory"));
 }
 
 TEST(Definition, AMissingFileIsNotReplacedByOneOfTheCurrentFolder) {
   TestFolder folder;
-  folder.write("merkelin.ini", kWords);
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_with(lines, "none.ini", {.folder = folder.path()});
+  folder.Write("merkelin.ini", kWords);
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunWith(lines, "none.ini", {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("none.ini"));
 }
 
 TEST(Definition, AFolderIsRefused) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_with(lines, folder.path());
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunWith(lines, folder.path());
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("is a directory"));
 }
 
 TEST(Definition, ARefusedFileIsShownWithLineAndCause) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
+  const std::string lines = folder.Write("lines.cmd", "");
   const struct {
     const char* text;
     const char* place;
@@ -89,8 +89,8 @@ TEST(Definition, ARefusedFileIsShownWithLineAndCause) {
       {"[OPCOD]\n0=SELL\n", ":2:", "'0' is no row number"},
   };
   for (const auto& one : cases) {
-    const std::string words = folder.write("words.ini", one.text);
-    const ProgramRun run = run_with(lines, words);
+    const std::string words = folder.Write("words.ini", one.text);
+    const ProgramRun run = RunWith(lines, words);
     EXPECT_EQ(run.exit_code, 2) << one.text;
     EXPECT_THAT(run.errors, HasSubstr(words + one.place)) << one.text;
     EXPECT_THAT(run.errors, HasSubstr(one.cause)) << one.text;
@@ -100,8 +100,8 @@ TEST(Definition, ARefusedFileIsShownWithLineAndCause) {
 
 TEST(Definition, AFileWithoutCommandsIsWarnedOf) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND\n");
-  const ProgramRun run = run_with(lines, folder.write("empty.ini", ""));
+  const std::string lines = folder.Write("lines.cmd", "VEND\n");
+  const ProgramRun run = RunWith(lines, folder.Write("empty.ini", ""));
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr("empty.ini names no commands"));
   EXPECT_THAT(run.errors, HasSubstr("code 257"));
@@ -110,62 +110,61 @@ TEST(Definition, AFileWithoutCommandsIsWarnedOf) {
 TEST(Definition, APathLongerThanTheLibraryTakesStillReachesIt) {
   TestFolder folder;
   const std::string deep(90, 'd');
-  std::filesystem::create_directory(folder.path(deep));
-  const std::string words = folder.write(deep + "/words.ini", kWords);
-  const std::string lines = folder.write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
-  const ProgramRun run = run_with(lines, words);
+  std::filesystem::create_directory(folder.Path(deep));
+  const std::string words = folder.Write(deep + "/words.ini", kWords);
+  const std::string lines = folder.Write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
+  const ProgramRun run = RunWith(lines, words);
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
 }
 
 TEST(Registry, AnInstallationOverridesTheLanguageAndItIsSaid) {
   TestFolder folder;
-  std::filesystem::create_directory(folder.path("Drivers"));
-  folder.write("Drivers/MERKELIN.INI", kWords);
-  const std::string registry = folder.write("registry.ini", registry_text(folder.path()));
-  const std::string lines = folder.write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
-  const ProgramRun run = run_with(lines, source_file("language/merkelin.ini"),
-                                  {.environment = {{"LORIMATRT_REGISTRY", registry}}});
+  std::filesystem::create_directory(folder.Path("Drivers"));
+  folder.Write("Drivers/MERKELIN.INI", kWords);
+  const std::string registry = folder.Write("registry.ini", RegistryText(folder.path()));
+  const std::string lines = folder.Write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
+  const ProgramRun run = RunWith(lines, SourceFile("language/merkelin.ini"),
+                                 {.environment = {{"LORIMATRT_REGISTRY", registry}}});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, HasSubstr("InstallationDir=" + folder.path()));
   EXPECT_THAT(run.errors, HasSubstr(registry));
   EXPECT_THAT(run.errors, HasSubstr("overrides --language"));
-  EXPECT_THAT(run.errors, HasSubstr(folder.path("Drivers/MERKELIN.INI")));
+  EXPECT_THAT(run.errors, HasSubstr(folder.Path("Drivers/MERKELIN.INI")));
   EXPECT_THAT(run.output, Not(HasSubstr("InstallationDir")));
 }
 
 TEST(Registry, WithoutTheOptionOnlyTheVerboseRunSpeaksOfIt) {
   TestFolder folder;
-  std::filesystem::create_directory(folder.path("Drivers"));
-  folder.write("Drivers/MERKELIN.INI", kWords);
-  const std::string registry = folder.write("registry.ini", registry_text(folder.path()));
-  const std::string lines = folder.write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
+  std::filesystem::create_directory(folder.Path("Drivers"));
+  folder.Write("Drivers/MERKELIN.INI", kWords);
+  const std::string registry = folder.Write("registry.ini", RegistryText(folder.path()));
+  const std::string lines = folder.Write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
   const ProgramSetting setting{.environment = {{"LORIMATRT_REGISTRY", registry}}};
-  EXPECT_THAT(run_console({"run", lines}, setting).errors, IsEmpty());
-  EXPECT_THAT(run_console({"run", lines, "--verbose"}, setting).errors,
+  EXPECT_THAT(RunConsole({"run", lines}, setting).errors, IsEmpty());
+  EXPECT_THAT(RunConsole({"run", lines, "--verbose"}, setting).errors,
               HasSubstr("InstallationDir=" + folder.path()));
 }
 
 TEST(Registry, AnInstallationWithoutADefinitionFileIsAnErrorThatNamesTheRegistry) {
   TestFolder folder;
-  const std::string registry = folder.write("registry.ini", registry_text(folder.path()));
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_with(lines, source_file("language/merkelin.ini"),
-                                  {.environment = {{"LORIMATRT_REGISTRY", registry}}});
+  const std::string registry = folder.Write("registry.ini", RegistryText(folder.path()));
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunWith(lines, SourceFile("language/merkelin.ini"),
+                                 {.environment = {{"LORIMATRT_REGISTRY", registry}}});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr(folder.path("Drivers/MERKELIN.INI")));
+  EXPECT_THAT(run.errors, HasSubstr(folder.Path("Drivers/MERKELIN.INI")));
   EXPECT_THAT(run.errors, HasSubstr("No such file"));
   EXPECT_THAT(run.errors, HasSubstr("named by InstallationDir in the registry " + registry));
 }
 
 TEST(Registry, ARegistryWithoutAnInstallationLeavesTheLanguage) {
   TestFolder folder;
-  const std::string registry = folder.write(
+  const std::string registry = folder.Write(
       "registry.ini", "[Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA]\nWaitIdle=1\n");
-  const std::string words = folder.write("words.ini", kWords);
-  const std::string lines = folder.write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
-  const ProgramRun run =
-      run_with(lines, words, {.environment = {{"LORIMATRT_REGISTRY", registry}}});
+  const std::string words = folder.Write("words.ini", kWords);
+  const std::string lines = folder.Write("lines.cmd", "SELL DEP=1, PRICE=2.00\nPAY\n");
+  const ProgramRun run = RunWith(lines, words, {.environment = {{"LORIMATRT_REGISTRY", registry}}});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
 }
@@ -173,15 +172,15 @@ TEST(Registry, ARegistryWithoutAnInstallationLeavesTheLanguage) {
 TEST(Registry, APathThatTheLibraryWouldCutIsAnError) {
   TestFolder folder;
   // 79 characters of InstallationDir fit the registry query; the file's path behind it does not.
-  std::string installation = folder.path("i");
+  std::string installation = folder.Path("i");
   installation.append(79 - installation.size(), 'i');
   std::filesystem::create_directories(installation + "/Drivers");
-  std::filesystem::copy_file(folder.write("words.ini", kWords),
+  std::filesystem::copy_file(folder.Write("words.ini", kWords),
                              installation + "/Drivers/MERKELIN.INI");
-  const std::string registry = folder.write("registry.ini", registry_text(installation));
-  const std::string lines = folder.write("lines.cmd", "");
+  const std::string registry = folder.Write("registry.ini", RegistryText(installation));
+  const std::string lines = folder.Write("lines.cmd", "");
   const ProgramRun run =
-      run_console({"run", lines}, {.environment = {{"LORIMATRT_REGISTRY", registry}}});
+      RunConsole({"run", lines}, {.environment = {{"LORIMATRT_REGISTRY", registry}}});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("longer than the 79 characters"));
 }

@@ -23,40 +23,39 @@ const char* const kProgramming =
     "ENDPROG\n";
 
 // Dumps of these tables into files of the folder, each with the name and its number.
-std::string dumps(const TestFolder& folder, const std::string& name,
+std::string Dumps(const TestFolder& folder, const std::string& name,
                   const std::vector<std::string>& tables, const std::string& form) {
   std::string lines;
   for (const std::string& table : tables) {
-    lines += "LEGGI TAB=" + table + ", FILE='" + folder.path(name + table) + "'" + form + "\n";
+    lines += "LEGGI TAB=" + table + ", FILE='" + folder.Path(name + table) + "'" + form + "\n";
   }
   return lines;
 }
 
-ProgramRun run_lines(const TestFolder& folder, const std::string& lines, bool batch) {
-  std::vector<std::string> arguments = {"run", folder.write("lines.cmd", lines), "--clock",
+ProgramRun RunLines(const TestFolder& folder, const std::string& lines, bool batch) {
+  std::vector<std::string> arguments = {"run", folder.Write("lines.cmd", lines), "--clock",
                                         "2024-03-15 10:30"};
   if (batch) arguments.push_back("--batch");
-  return run_console(arguments);
+  return RunConsole(arguments);
 }
 
-void expect_dumps_load(const std::vector<std::string>& tables, const std::string& form,
-                       bool batch) {
+void ExpectDumpsLoad(const std::vector<std::string>& tables, const std::string& form, bool batch) {
   TestFolder folder;
   const ProgramRun first =
-      run_lines(folder, kProgramming + dumps(folder, "first", tables, form), batch);
+      RunLines(folder, kProgramming + Dumps(folder, "first", tables, form), batch);
   ASSERT_EQ(first.exit_code, 0) << first.errors;
-  const ProgramRun factory = run_lines(folder, dumps(folder, "factory", tables, form), batch);
+  const ProgramRun factory = RunLines(folder, Dumps(folder, "factory", tables, form), batch);
   ASSERT_EQ(factory.exit_code, 0) << factory.errors;
   std::string all;
   for (const std::string& table : tables) {
-    EXPECT_NE(folder.read("first" + table), folder.read("factory" + table)) << table;
-    all += folder.read("first" + table);
+    EXPECT_NE(folder.Read("first" + table), folder.Read("factory" + table)) << table;
+    all += folder.Read("first" + table);
   }
-  const ProgramRun second = run_lines(folder, all + dumps(folder, "second", tables, form), batch);
+  const ProgramRun second = RunLines(folder, all + Dumps(folder, "second", tables, form), batch);
   EXPECT_EQ(second.exit_code, 0) << second.errors;
   EXPECT_THAT(second.errors, IsEmpty());
   for (const std::string& table : tables) {
-    EXPECT_EQ(folder.read("second" + table), folder.read("first" + table)) << table;
+    EXPECT_EQ(folder.Read("second" + table), folder.Read("first" + table)) << table;
   }
 }
 
@@ -65,25 +64,25 @@ void expect_dumps_load(const std::vector<std::string>& tables, const std::string
 TEST(DumpLoad, ADumpInWordsLoadsIntoTheNextRegister) {
   const std::vector<std::string> tables = {"1", "3", "4", "6", "8", "9", "10", "12"};
   for (const bool batch : {false, true}) {
-    expect_dumps_load(tables, "", batch);
-    expect_dumps_load(tables, ", PROG", batch);
+    ExpectDumpsLoad(tables, "", batch);
+    ExpectDumpsLoad(tables, ", PROG", batch);
   }
 }
 
 TEST(DumpLoad, AndInNumbersWithoutTheDepartments) {
   const std::vector<std::string> tables = {"3", "4", "6", "8", "9", "10", "12"};
-  for (const bool batch : {false, true}) expect_dumps_load(tables, ", LISTA", batch);
+  for (const bool batch : {false, true}) ExpectDumpsLoad(tables, ", LISTA", batch);
 }
 
 TEST(DumpLoad, ALoadedRegisterSellsAsTheFirstOne) {
   TestFolder folder;
   const ProgramRun dumped =
-      run_lines(folder, kProgramming + dumps(folder, "dump", {"1", "3", "4"}, ""), false);
+      RunLines(folder, kProgramming + Dumps(folder, "dump", {"1", "3", "4"}, ""), false);
   ASSERT_EQ(dumped.exit_code, 0) << dumped.errors;
   const std::string sale = "VEND REP=1\nCHIU\n";
-  const ProgramRun programmed = run_lines(folder, kProgramming + sale, false);
-  const ProgramRun loaded = run_lines(
-      folder, folder.read("dump1") + folder.read("dump3") + folder.read("dump4") + sale, false);
+  const ProgramRun programmed = RunLines(folder, kProgramming + sale, false);
+  const ProgramRun loaded = RunLines(
+      folder, folder.Read("dump1") + folder.Read("dump3") + folder.Read("dump4") + sale, false);
   EXPECT_EQ(programmed.exit_code, 0) << programmed.errors;
   EXPECT_EQ(loaded.exit_code, 0) << loaded.errors;
   EXPECT_EQ(loaded.output, programmed.output);
@@ -95,13 +94,13 @@ TEST(DumpLoad, ArticlesGoByAFile) {
   TestFolder folder;
   const std::string rows =
       "'8001','LATTE ''FRESCO'', 1 L',4,1.50\r\n'A;1','PANE \"NERO\"',1,0.00\r\n";
-  const std::string all = folder.write("all", rows);
+  const std::string all = folder.Write("all", rows);
   const ProgramRun run =
-      run_lines(folder,
-                "EMLINK CMD='UA', FILE='" + all + "', AZZERA\n" + "EMLINK CMD='DA', FILE='" +
-                    folder.path("again") + "'\n" + "VEND ART='8001'\nCHIU\n",
-                false);
+      RunLines(folder,
+               "EMLINK CMD='UA', FILE='" + all + "', AZZERA\n" + "EMLINK CMD='DA', FILE='" +
+                   folder.Path("again") + "'\n" + "VEND ART='8001'\nCHIU\n",
+               false);
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  EXPECT_EQ(folder.read("again"), rows);
+  EXPECT_EQ(folder.Read("again"), rows);
   EXPECT_THAT(run.output, HasSubstr("LATTE 'FRESCO', 1 L         4%        1,50\n"));
 }

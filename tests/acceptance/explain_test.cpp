@@ -17,16 +17,16 @@ using testing::StartsWith;
 
 namespace {
 
-json explained(const std::string& code) {
-  const ProgramRun run = run_console({"explain", "--json", code});
+json Explained(const std::string& code) {
+  const ProgramRun run = RunConsole({"explain", "--json", code});
   EXPECT_THAT(run.errors, IsEmpty()) << code;
   return json::parse(run.output).at(0);
 }
 
 // The readings' names and chains.
-std::vector<std::string> readings(const std::string& code) {
+std::vector<std::string> Readings(const std::string& code) {
   std::vector<std::string> texts;
-  const json one = explained(code);
+  const json one = Explained(code);
   for (const json& reading : one.at("readings")) {
     std::string text = reading.at("kind").get<std::string>();
     if (reading.contains("name")) text += " " + reading.at("name").get<std::string>();
@@ -39,14 +39,14 @@ std::vector<std::string> readings(const std::string& code) {
 }  // namespace
 
 TEST(Explain, CodesAreToldWithClassIndexTextAndCause) {
-  const ProgramRun run = run_console({"explain", "265", "1643", "1289", "1231", "-2", "0"});
+  const ProgramRun run = RunConsole({"explain", "265", "1643", "1289", "1231", "-2", "0"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_EQ(run.output, expected_paper("explain.txt"));
+  EXPECT_EQ(run.output, ExpectedPaper("explain.txt"));
 }
 
 TEST(Explain, ACodeMayBeGivenAsTheAnswerShowsIt) {
-  const ProgramRun run = run_console({"explain", "6/107"});
+  const ProgramRun run = RunConsole({"explain", "6/107"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, StartsWith("1643: class 6, index 107\n"));
 }
@@ -71,15 +71,15 @@ TEST(Explain, AnAnswerMayBePasted) {
       {"OK.", "0\n"},
   };
   for (const auto& [text, begin] : pasted) {
-    const ProgramRun run = run_console({"explain", text});
+    const ProgramRun run = RunConsole({"explain", text});
     EXPECT_EQ(run.exit_code, 0) << text;
     EXPECT_THAT(run.output, StartsWith(begin)) << text;
   }
 }
 
 TEST(Explain, APastedAnswerNeedsNoQuotes) {
-  const ProgramRun run = run_console({"explain", "265", "ERROR", "1/1", ":", "SINTAX", "ERROR", "1",
-                                      ":", "INSTRUCTION", "NOT", "FOUND"});
+  const ProgramRun run = RunConsole({"explain", "265", "ERROR", "1/1", ":", "SINTAX", "ERROR", "1",
+                                     ":", "INSTRUCTION", "NOT", "FOUND"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, StartsWith("265: class 1, index 9\n"));
   EXPECT_THAT(run.output, HasSubstr("\n\n257: class 1, index 1\n"));
@@ -96,7 +96,7 @@ TEST(Explain, NoWordOfAnAnswerIsPassedOver) {
                                              {"code 257 265"}}) {
     std::vector<std::string> arguments = {"explain"};
     arguments.insert(arguments.end(), words.begin(), words.end());
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 2) << words.front();
     EXPECT_THAT(run.output, IsEmpty()) << words.front();
     EXPECT_THAT(run.errors, HasSubstr("is no result code")) << words.front();
@@ -105,42 +105,42 @@ TEST(Explain, NoWordOfAnAnswerIsPassedOver) {
 
 TEST(Explain, AClientResultIsTakenOutOfItsClassBit) {
   // 107 | 512, 207 | 1024: the class bit that marks results below and from 200.
-  EXPECT_THAT(readings("619"), ElementsAre("client RTF_E_NOHARDWARE 107 619"));
-  EXPECT_THAT(readings("1231"), ElementsAre("client RTF_EFPTR_WRONG_STATE 207 1231"));
-  EXPECT_THAT(readings("1236"), ElementsAre("client RTF_EFPTR_FISCAL_TOTALS_ERROR 212 1236"));
+  EXPECT_THAT(Readings("619"), ElementsAre("client RTF_E_NOHARDWARE 107 619"));
+  EXPECT_THAT(Readings("1231"), ElementsAre("client RTF_EFPTR_WRONG_STATE 207 1231"));
+  EXPECT_THAT(Readings("1236"), ElementsAre("client RTF_EFPTR_FISCAL_TOTALS_ERROR 212 1236"));
 }
 
 TEST(Explain, DoubledClassBitsAreToldApart) {
   // 619 is 200 or more, so that a second pass adds 1024.
-  EXPECT_THAT(readings("1643"), ElementsAre("client RTF_E_NOHARDWARE 107 619 1643"));
-  EXPECT_THAT(readings("1536"), ElementsAre("no-client -1 512 1536"));
-  EXPECT_THAT(readings("1289"), ElementsAre("library-as-client 265 1289"));
-  EXPECT_THAT(readings("1280"), ElementsAre("library 1280"));
+  EXPECT_THAT(Readings("1643"), ElementsAre("client RTF_E_NOHARDWARE 107 619 1643"));
+  EXPECT_THAT(Readings("1536"), ElementsAre("no-client -1 512 1536"));
+  EXPECT_THAT(Readings("1289"), ElementsAre("library-as-client 265 1289"));
+  EXPECT_THAT(Readings("1280"), ElementsAre("library 1280"));
 }
 
 TEST(Explain, ALongerClientResultKeepsItsOwnBits) {
   // 1213 = 0x4BD and 120701 = 0x1D77D hold 0x400 already; 121202 = 0x1D972 does not.
-  EXPECT_THAT(readings("1213"), ElementsAre("client RTF_EFPTR_TO_MANY_ZREPORT_PENDING 1213 1213"));
-  EXPECT_THAT(readings("120701"),
+  EXPECT_THAT(Readings("1213"), ElementsAre("client RTF_EFPTR_TO_MANY_ZREPORT_PENDING 1213 1213"));
+  EXPECT_THAT(Readings("120701"),
               ElementsAre("client RTF_EFPTR_TO_MANY_ZREPORT_PENDING_R2 120701 120701"));
-  EXPECT_THAT(readings("122226"), ElementsAre("client RTF_EFPTR_NEGATIVE_VAT_R2 121202 122226"));
-  EXPECT_THAT(readings("1305"), ElementsAre("client RTF_EFIRMWARE_BAD_FILE 281 1305"));
+  EXPECT_THAT(Readings("122226"), ElementsAre("client RTF_EFPTR_NEGATIVE_VAT_R2 121202 122226"));
+  EXPECT_THAT(Readings("1305"), ElementsAre("client RTF_EFIRMWARE_BAD_FILE 281 1305"));
 }
 
 TEST(Explain, AClientResultWithoutANameIsStillTakenOutOfItsClassBit) {
-  EXPECT_THAT(readings("562"), ElementsAre("client-unnamed 50 562"));
-  EXPECT_THAT(readings("1586"), ElementsAre("client-unnamed 50 562 1586"));
-  EXPECT_THAT(readings("1274"), ElementsAre("client-unnamed 250 1274"));
-  EXPECT_THAT(readings("1624"), ElementsAre("client-unnamed 88 600 1624"));
+  EXPECT_THAT(Readings("562"), ElementsAre("client-unnamed 50 562"));
+  EXPECT_THAT(Readings("1586"), ElementsAre("client-unnamed 50 562 1586"));
+  EXPECT_THAT(Readings("1274"), ElementsAre("client-unnamed 250 1274"));
+  EXPECT_THAT(Readings("1624"), ElementsAre("client-unnamed 88 600 1624"));
 }
 
 TEST(Explain, ASingleClassGivesTheTextOfItsTable) {
-  EXPECT_EQ(explained("2").at("text"), "ERROR 0/2 : INITIALIZATION ERROR ");
-  EXPECT_EQ(explained("268").at("text"),
+  EXPECT_EQ(Explained("2").at("text"), "ERROR 0/2 : INITIALIZATION ERROR ");
+  EXPECT_EQ(Explained("268").at("text"),
             "ERROR 1/12 : SINTAX ERROR 12 : INSTRUCTION NOT SUPPORTED ");
-  EXPECT_EQ(explained("512").at("text"), "ERROR 2/0 : I/O ERROR 0");
-  EXPECT_EQ(explained("8194").at("text"), "ERROR 32/2 : EM_LINK ERROR  : ILLEGAL COMMAND ");
-  EXPECT_EQ(explained("16").at("text"), "NON OK. ");
+  EXPECT_EQ(Explained("512").at("text"), "ERROR 2/0 : I/O ERROR 0");
+  EXPECT_EQ(Explained("8194").at("text"), "ERROR 32/2 : EM_LINK ERROR  : ILLEGAL COMMAND ");
+  EXPECT_EQ(Explained("16").at("text"), "NON OK. ");
 }
 
 TEST(Explain, EveryCodeOfTheLanguagePageHasACauseThatTheLibraryGives) {
@@ -148,7 +148,7 @@ TEST(Explain, EveryCodeOfTheLanguagePageHasACauseThatTheLibraryGives) {
        {"1",   "2",   "9",   "10",  "11",  "12",   "23",   "24",   "256",  "257",
         "258", "259", "260", "261", "262", "263",  "264",  "265",  "266",  "267",
         "268", "269", "271", "274", "277", "1280", "8193", "8194", "8195", "8196"}) {
-    const json one = explained(code);
+    const json one = Explained(code);
     ASSERT_EQ(one.at("readings").size(), 1u) << code;
     EXPECT_EQ(one.at("readings").at(0).at("kind"), "library") << code;
     EXPECT_TRUE(one.at("readings").at(0).at("given")) << code;
@@ -157,7 +157,7 @@ TEST(Explain, EveryCodeOfTheLanguagePageHasACauseThatTheLibraryGives) {
 }
 
 TEST(Explain, ATextThatNoCommandGivesIsSaidToBeKeptOnly) {
-  const ProgramRun run = run_console({"explain", "25", "275"});
+  const ProgramRun run = RunConsole({"explain", "25", "275"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr("CHIP-CARD ERROR"));
   EXPECT_THAT(run.output, HasSubstr("ECR NUMBER ILLEGAL"));
@@ -167,43 +167,43 @@ TEST(Explain, ATextThatNoCommandGivesIsSaidToBeKeptOnly) {
 
 TEST(Explain, TheSignsOutsideTheSchemeHaveNoClass) {
   for (const char* code : {"-1", "-2"}) {
-    const json one = explained(code);
+    const json one = Explained(code);
     EXPECT_FALSE(one.contains("class")) << code;
     EXPECT_EQ(one.at("readings").at(0).at("kind"), "internal") << code;
   }
 }
 
 TEST(Explain, ANumberThatIsNoCodeIsToldAndAnswersOne) {
-  const ProgramRun run = run_console({"explain", "265", "999"});
+  const ProgramRun run = RunConsole({"explain", "265", "999"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, HasSubstr("999: class 3, index 231\n"));
   EXPECT_THAT(run.output, HasSubstr("the library does not give this code"));
 }
 
 TEST(Explain, WhatIsPastedWithBlanksQuotesAndLineEndsIsTaken) {
-  const std::string plain = run_console({"explain", "4/218"}).output;
+  const std::string plain = RunConsole({"explain", "4/218"}).output;
   for (const char* text : {" 4/218 ", "4/218\r", "\"ERROR 4/218\"", "'ERROR 4/218'", "\n1242\n"}) {
-    EXPECT_EQ(run_console({"explain", text}).output, plain) << text;
+    EXPECT_EQ(RunConsole({"explain", text}).output, plain) << text;
   }
-  EXPECT_EQ(run_console({"explain", "ERROR 4/218\nERROR 1/1\n"}).output,
-            run_console({"explain", "1242", "257"}).output);
+  EXPECT_EQ(RunConsole({"explain", "ERROR 4/218\nERROR 1/1\n"}).output,
+            RunConsole({"explain", "1242", "257"}).output);
 }
 
 TEST(Explain, TextsThatAreNoCodesAreWrongUse) {
   for (const char* code :
        {"abc", "12a", "1/", "/9", "1/256", "99999/1", "2147483648", "1/9/1", " "}) {
-    const ProgramRun run = run_console({"explain", code});
+    const ProgramRun run = RunConsole({"explain", code});
     EXPECT_EQ(run.exit_code, 2) << code;
     EXPECT_THAT(run.output, IsEmpty()) << code;
     EXPECT_THAT(run.errors, HasSubstr("is no result code")) << code;
   }
-  EXPECT_EQ(run_console({"explain"}).exit_code, 2);
-  EXPECT_EQ(run_console({"explain", ""}).exit_code, 2);
+  EXPECT_EQ(RunConsole({"explain"}).exit_code, 2);
+  EXPECT_EQ(RunConsole({"explain", ""}).exit_code, 2);
 }
 
 TEST(Explain, TheEndsOfTheRangeAreExplained) {
   for (const char* code : {"2147483647", "-2147483648", "-3", "16777215"}) {
-    const ProgramRun run = run_console({"explain", code});
+    const ProgramRun run = RunConsole({"explain", code});
     EXPECT_NE(run.exit_code, 2) << code;
     EXPECT_THAT(run.output, StartsWith(code)) << code;
     EXPECT_THAT(run.errors, IsEmpty()) << code;
@@ -211,7 +211,7 @@ TEST(Explain, TheEndsOfTheRangeAreExplained) {
 }
 
 TEST(Explain, HelpHasExamplesAndExitCodes) {
-  const ProgramRun run = run_console({"explain", "--help"});
+  const ProgramRun run = RunConsole({"explain", "--help"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr("Examples:"));
   EXPECT_THAT(run.output, HasSubstr("Exit codes:"));

@@ -20,19 +20,19 @@ namespace {
 
 class InitCommand : public testing::Test {
  protected:
-  std::string file() const { return folder_.path("shop.register"); }
-  ProgramRun init(std::vector<std::string> options, const ProgramSetting& setting = {}) const {
+  std::string file() const { return folder_.Path("shop.register"); }
+  ProgramRun Init(std::vector<std::string> options, const ProgramSetting& setting = {}) const {
     std::vector<std::string> arguments = {"init", file()};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_console(arguments, setting);
+    return RunConsole(arguments, setting);
   }
   // The paper of lines on the register that was made.
-  ProgramRun sell(const std::string& lines) const {
-    return run_console({"run", "-", "--register", file(), "--clock", "2024-03-15 10:30"},
-                       {.input = lines});
+  ProgramRun Sell(const std::string& lines) const {
+    return RunConsole({"run", "-", "--register", file(), "--clock", "2024-03-15 10:30"},
+                      {.input = lines});
   }
   std::string verified() const {
-    return run_console({"journal", "verify", "--register", file()}).output;
+    return RunConsole({"journal", "verify", "--register", file()}).output;
   }
 
   TestFolder folder_;
@@ -41,7 +41,7 @@ class InitCommand : public testing::Test {
 }  // namespace
 
 TEST_F(InitCommand, MakesARegisterThatCanSellAtOnce) {
-  const ProgramRun run = init({});
+  const ProgramRun run = Init({});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_EQ(run.output, file() + ": a new register, serial number 99LRM0000001VR\n");
@@ -49,17 +49,17 @@ TEST_F(InitCommand, MakesARegisterThatCanSellAtOnce) {
   EXPECT_EQ(verified(), file() + ": the journal is good: 0 entries, 0 documents\n");
   // The paper is that of a register in memory.
   const std::string lines = "VEND REP=1, PRE=2.50\nCHIU\n";
-  EXPECT_EQ(sell(lines).output,
-            run_console({"run", "-", "--clock", "2024-03-15 10:30"}, {.input = lines}).output);
+  EXPECT_EQ(Sell(lines).output,
+            RunConsole({"run", "-", "--clock", "2024-03-15 10:30"}, {.input = lines}).output);
 }
 
 TEST_F(InitCommand, TheShopsOwnValuesStandOnItsPaper) {
   const ProgramRun made =
-      init({"--serial", "99LRM0000042VR", "--vat-number", "12345678903", "--header", "BAR SPORT",
+      Init({"--serial", "99LRM0000042VR", "--vat-number", "12345678903", "--header", "BAR SPORT",
             "--header", "P.IVA 12345678903", "--vat", "2=5,50", "--departments",
             "1=PANE: INTEGRALE:2:2,50", "--departments", "40=GELATO"});
   ASSERT_EQ(made.exit_code, 0) << made.errors;
-  const ProgramRun run = sell("VEND REP=1\nVEND REP=40, PRE=1.00\nCHIU\n");
+  const ProgramRun run = Sell("VEND REP=1\nVEND REP=40, PRE=1.00\nCHIU\n");
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, StartsWith("                BAR SPORT\n"
                                      "            P.IVA 12345678903\n"
@@ -72,8 +72,8 @@ TEST_F(InitCommand, TheShopsOwnValuesStandOnItsPaper) {
 }
 
 TEST_F(InitCommand, TheHeaderOfTheTrialShopHasTheVatNumberThatWasGiven) {
-  ASSERT_EQ(init({"--vat-number", "12345678903"}).exit_code, 0);
-  EXPECT_THAT(sell("VEND REP=1, PRE=1\nCHIU\n").output,
+  ASSERT_EQ(Init({"--vat-number", "12345678903"}).exit_code, 0);
+  EXPECT_THAT(Sell("VEND REP=1, PRE=1\nCHIU\n").output,
               StartsWith("             NEGOZIO DI PROVA\n"
                          "        Via Esempio 1 - 00100 ROMA\n"
                          "            P.IVA 12345678903\n"));
@@ -87,10 +87,10 @@ TEST_F(InitCommand, RatesMayBeGivenAsAListOrOneByOne) {
       {"--vat", "5=7 4=4,25", "--vat", "3=05.5", "--vat", "1=21"},
   };
   for (const std::vector<std::string>& form : forms) {
-    ASSERT_EQ(init(form).exit_code, 0) << form[1];
-    const std::string folder = folder_.path("tables");
-    ASSERT_EQ(run_console({"backup", folder, "--register", file()}).exit_code, 0);
-    EXPECT_EQ(folder_.read("tables/vat.txt"),
+    ASSERT_EQ(Init(form).exit_code, 0) << form[1];
+    const std::string folder = folder_.Path("tables");
+    ASSERT_EQ(RunConsole({"backup", folder, "--register", file()}).exit_code, 0);
+    EXPECT_EQ(folder_.Read("tables/vat.txt"),
               "PROG INIZIO\r\nPIVA IVA=1, ALIQ=21.00\r\nPIVA IVA=2, ALIQ=10.00\r\n"
               "PIVA IVA=3, ALIQ=5.50\r\nPIVA IVA=4, ALIQ=4.25\r\nPIVA IVA=5, ALIQ=7.00\r\n"
               "ENDPROG\r\n")
@@ -101,35 +101,35 @@ TEST_F(InitCommand, RatesMayBeGivenAsAListOrOneByOne) {
 }
 
 TEST_F(InitCommand, TrainingAndServiceShowOnThePaper) {
-  ASSERT_EQ(init({"--training"}).exit_code, 0);
-  EXPECT_THAT(sell("VEND REP=1, PRE=1\nCHIU\n").output,
+  ASSERT_EQ(Init({"--training"}).exit_code, 0);
+  EXPECT_THAT(Sell("VEND REP=1, PRE=1\nCHIU\n").output,
               HasSubstr("DOCUMENTO DI PROVA - NON FISCALE"));
   EXPECT_THAT(verified(), HasSubstr("0 documents"));
   fs::remove(file());
-  ASSERT_EQ(init({"--not-in-service"}).exit_code, 0);
-  EXPECT_THAT(sell("VEND REP=1, PRE=1\nCHIU\n").output, HasSubstr("REGISTRATORE NON IN SERVIZIO"));
+  ASSERT_EQ(Init({"--not-in-service"}).exit_code, 0);
+  EXPECT_THAT(Sell("VEND REP=1, PRE=1\nCHIU\n").output, HasSubstr("REGISTRATORE NON IN SERVIZIO"));
 }
 
 TEST_F(InitCommand, SummariesGoIntoTheOutboxWhereverTheRegisterIsOpened) {
-  fs::create_directory(folder_.path("sent"));
+  fs::create_directory(folder_.Path("sent"));
   const ProgramRun made =
-      run_console({"init", "shop.register", "--outbox", "sent"}, {.folder = folder_.path()});
+      RunConsole({"init", "shop.register", "--outbox", "sent"}, {.folder = folder_.path()});
   ASSERT_EQ(made.exit_code, 0) << made.errors;
-  ASSERT_EQ(sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nRTEJ INVIA\n").exit_code, 0);
-  EXPECT_TRUE(fs::exists(folder_.path("sent/corrispettivi_0001.xml")));
+  ASSERT_EQ(Sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nRTEJ INVIA\n").exit_code, 0);
+  EXPECT_TRUE(fs::exists(folder_.Path("sent/corrispettivi_0001.xml")));
 }
 
 TEST_F(InitCommand, AnEmptyLogIsInNobodysWay) {
   const TestFolder folder;
-  const std::string file = folder.path("q");
-  const std::string log = folder.write("q-wal", "");
-  EXPECT_EQ(run_console({"init", file}).exit_code, 0);
-  EXPECT_THAT(run_console({"journal", "verify", "--register", file}).output,
+  const std::string file = folder.Path("q");
+  const std::string log = folder.Write("q-wal", "");
+  EXPECT_EQ(RunConsole({"init", file}).exit_code, 0);
+  EXPECT_THAT(RunConsole({"journal", "verify", "--register", file}).output,
               HasSubstr("the journal is good"));
-  const std::string other = folder.path("other");
-  folder.write("other-wal", "stored");
-  EXPECT_EQ(run_console({"init", other}).exit_code, 2);
-  EXPECT_EQ(folder.read("other-wal"), "stored");
+  const std::string other = folder.Path("other");
+  folder.Write("other-wal", "stored");
+  EXPECT_EQ(RunConsole({"init", other}).exit_code, 2);
+  EXPECT_EQ(folder.Read("other-wal"), "stored");
 }
 
 TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
@@ -220,7 +220,7 @@ TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
     std::vector<std::string> options = one.options;
     // As a person has to write it.
     if (options[1] == "-5") options = {"--vat=-5"};
-    const ProgramRun run = init(options);
+    const ProgramRun run = Init(options);
     EXPECT_EQ(run.exit_code, 2) << one.told;
     EXPECT_THAT(run.output, IsEmpty()) << one.told;
     EXPECT_THAT(run.errors, StartsWith("lorimat: " + one.told)) << one.told;
@@ -234,7 +234,7 @@ TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
 TEST_F(InitCommand, AnEmptyTextIsRefusedForEveryOption) {
   for (const char* option :
        {"--serial", "--vat-number", "--header", "--vat", "--departments", "--outbox"}) {
-    const ProgramRun run = init({option, ""});
+    const ProgramRun run = Init({option, ""});
     EXPECT_EQ(run.exit_code, 2) << option;
     EXPECT_THAT(run.errors, HasSubstr(std::string(option) + ": must not be empty")) << option;
     EXPECT_THAT(folder_.names(), IsEmpty()) << option;
@@ -242,30 +242,30 @@ TEST_F(InitCommand, AnEmptyTextIsRefusedForEveryOption) {
 }
 
 TEST_F(InitCommand, RefusesToOverwriteAnything) {
-  folder_.write("file", "mine");
-  folder_.write("empty", "");
-  fs::create_directory(folder_.path("folder"));
-  fs::create_symlink("nowhere", folder_.path("dangling"));
-  fs::create_symlink("file", folder_.path("link"));
+  folder_.Write("file", "mine");
+  folder_.Write("empty", "");
+  fs::create_directory(folder_.Path("folder"));
+  fs::create_symlink("nowhere", folder_.Path("dangling"));
+  fs::create_symlink("file", folder_.Path("link"));
   const std::vector<std::string> before = folder_.names();
   for (const char* name : {"file", "empty", "folder", "dangling", "link"}) {
-    const ProgramRun run = run_console({"init", folder_.path(name)});
+    const ProgramRun run = RunConsole({"init", folder_.Path(name)});
     EXPECT_EQ(run.exit_code, 2) << name;
     EXPECT_EQ(run.errors,
-              "lorimat: " + folder_.path(name) +
+              "lorimat: " + folder_.Path(name) +
                   ": is there already, and stays as it is; \"lorimat set\" changes a register\n");
   }
   EXPECT_EQ(folder_.names(), before);
-  EXPECT_EQ(folder_.read("file"), "mine");
-  ASSERT_EQ(init({}).exit_code, 0);
-  const std::string bytes = folder_.read("shop.register");
-  EXPECT_EQ(init({"--serial", "99LRM0000042VR"}).exit_code, 2);
-  EXPECT_TRUE(folder_.read("shop.register") == bytes);
+  EXPECT_EQ(folder_.Read("file"), "mine");
+  ASSERT_EQ(Init({}).exit_code, 0);
+  const std::string bytes = folder_.Read("shop.register");
+  EXPECT_EQ(Init({"--serial", "99LRM0000042VR"}).exit_code, 2);
+  EXPECT_TRUE(folder_.Read("shop.register") == bytes);
 }
 
 TEST_F(InitCommand, ALogThatWouldBeTakenForItsOwnIsNamed) {
-  folder_.write("shop.register-wal", "of another");
-  const ProgramRun run = init({});
+  folder_.Write("shop.register-wal", "of another");
+  const ProgramRun run = Init({});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("shop.register-wal is, which would be taken for a part of it"));
   EXPECT_THAT(folder_.names(), ElementsAre("shop.register-wal"));
@@ -274,25 +274,25 @@ TEST_F(InitCommand, ALogThatWouldBeTakenForItsOwnIsNamed) {
 TEST_F(InitCommand, NamesThatAreNoneAreRefused) {
   for (const auto& [name, told] : std::vector<std::pair<std::string, std::string>>{
            {"-", "standard input is no register"},
-           {folder_.path("none/shop"), "none/shop: cannot be opened: No such file or directory"},
-           {folder_.path(""), "Is a directory"},
-           {folder_.path("."), "Is a directory"},
-           {folder_.path(std::string(300, 'x')), "File name too long"}}) {
-    const ProgramRun run = run_console({"init", name});
+           {folder_.Path("none/shop"), "none/shop: cannot be opened: No such file or directory"},
+           {folder_.Path(""), "Is a directory"},
+           {folder_.Path("."), "Is a directory"},
+           {folder_.Path(std::string(300, 'x')), "File name too long"}}) {
+    const ProgramRun run = RunConsole({"init", name});
     EXPECT_EQ(run.exit_code, 2) << name;
     EXPECT_THAT(run.errors, HasSubstr(told)) << name;
   }
   EXPECT_THAT(folder_.names(), IsEmpty());
   // A name that means something to a database is the name of a file.
   for (const std::string name : {":memory:", "file:x?mode=memory"}) {
-    ASSERT_EQ(run_console({"init", name}, {.folder = folder_.path()}).exit_code, 0) << name;
-    EXPECT_TRUE(fs::exists(folder_.path(name))) << name;
+    ASSERT_EQ(RunConsole({"init", name}, {.folder = folder_.path()}).exit_code, 0) << name;
+    EXPECT_TRUE(fs::exists(folder_.Path(name))) << name;
   }
 }
 
 TEST_F(InitCommand, AFolderThatCannotBeWrittenIsNamed) {
   fs::permissions(folder_.path(), fs::perms(0555));
-  const ProgramRun run = init({}, {.as_nobody = true});
+  const ProgramRun run = Init({}, {.as_nobody = true});
   fs::permissions(folder_.path(), fs::perms(0777));
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors, "lorimat: " + file() + ": cannot be made: Permission denied\n");
@@ -301,7 +301,7 @@ TEST_F(InitCommand, AFolderThatCannotBeWrittenIsNamed) {
 
 TEST_F(InitCommand, AFullDiskLeavesNothing) {
   for (const int blocks : {0, 1, 8, 64, 200}) {  // of 512 bytes; a new register has some 260
-    const ProgramRun run = run_program(
+    const ProgramRun run = RunProgram(
         "/bin/sh", {"-c", "ulimit -f " + std::to_string(blocks) + "; exec \"$0\" init \"$1\"",
                     std::string(LORIMAT_BIN_FOLDER) + "/lorimat", file()});
     EXPECT_EQ(run.exit_code, 2) << blocks;
@@ -311,7 +311,7 @@ TEST_F(InitCommand, AFullDiskLeavesNothing) {
 }
 
 TEST_F(InitCommand, WhatFailsBehindTheRegisterLeavesIt) {
-  const ProgramRun run = init({}, {.output_file = "/dev/full"});
+  const ProgramRun run = Init({}, {.output_file = "/dev/full"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors,
               HasSubstr("the register is there and whole, and its report is missing: "));
@@ -320,9 +320,9 @@ TEST_F(InitCommand, WhatFailsBehindTheRegisterLeavesIt) {
 
 TEST_F(InitCommand, SpeaksItalian) {
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  EXPECT_THAT(init({"--serial", "X"}, italian).errors,
+  EXPECT_THAT(Init({"--serial", "X"}, italian).errors,
               AllOf(HasSubstr("la matricola"), EndsWith("come 99LRM0000001VR\n")));
-  EXPECT_EQ(init({}, italian).output,
+  EXPECT_EQ(Init({}, italian).output,
             file() + ": un nuovo registratore, matricola 99LRM0000001VR\n");
 }
 
@@ -334,9 +334,9 @@ class InitFromBackup : public InitCommand {
  protected:
   void SetUp() override {
     const std::string rows =
-        folder_.write("rows", "'8001','LATTE',4,1.50\r\n'8002','PANE',4,0.00\r\n");
-    const ProgramRun run = run_console(
-        {"run", "-", "--register", folder_.path("first")},
+        folder_.Write("rows", "'8001','LATTE',4,1.50\r\n'8002','PANE',4,0.00\r\n");
+    const ProgramRun run = RunConsole(
+        {"run", "-", "--register", folder_.Path("first")},
         {.input = "PROG\n"
                   "PREP REP=1, DES='L''ORO \"FINO\"', LIMITE=100.00, IVA=2, PRE=12.50, GRU=3\n"
                   "PIVA IVA=1, ALIQ=21\nPINT RIGA1='BAR ''SPORT'''\nPOPZ CASSETTO=SI\n"
@@ -346,44 +346,44 @@ class InitFromBackup : public InitCommand {
                   "EMLINK CMD='UA', FILE='" +
                   rows + "', AZZERA\n"});
     ASSERT_EQ(run.exit_code, 0) << run.errors;
-    ASSERT_EQ(run_console({"backup", tables(), "--register", folder_.path("first")}).exit_code, 0);
+    ASSERT_EQ(RunConsole({"backup", tables(), "--register", folder_.Path("first")}).exit_code, 0);
   }
-  std::string tables() const { return folder_.path("tables"); }
+  std::string tables() const { return folder_.Path("tables"); }
 };
 
 }  // namespace
 
 TEST_F(InitFromBackup, HasItsTables) {
-  const ProgramRun run = init({"--from", tables(), "--serial", "99LRM0000042VR"});
+  const ProgramRun run = Init({"--from", tables(), "--serial", "99LRM0000042VR"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.output, file() + ": a new register, serial number 99LRM0000042VR\n");
   EXPECT_EQ(run.errors,
             "lorimat: note: the backup is of 99LRM0000001VR, and this is 99LRM0000042VR\n");
   EXPECT_THAT(verified(), HasSubstr("the journal is good: 0 entries, 0 documents"));
-  const std::string again = folder_.path("again");
-  ASSERT_EQ(run_console({"backup", again, "--register", file()}).exit_code, 0);
+  const std::string again = folder_.Path("again");
+  ASSERT_EQ(RunConsole({"backup", again, "--register", file()}).exit_code, 0);
   for (const auto& entry : fs::directory_iterator(tables())) {
     const std::string name = entry.path().filename();
     if (name == "manifest.json") continue;
-    EXPECT_EQ(folder_.read("again/" + name), folder_.read("tables/" + name)) << name;
+    EXPECT_EQ(folder_.Read("again/" + name), folder_.Read("tables/" + name)) << name;
   }
 }
 
 TEST_F(InitFromBackup, OptionsGoBeforeIt) {
-  ASSERT_EQ(init({"--from", tables(), "--header", "ALTRO", "--departments", "1=PANE:4:1,00",
+  ASSERT_EQ(Init({"--from", tables(), "--header", "ALTRO", "--departments", "1=PANE:4:1,00",
                   "--vat", "4=5"})
                 .exit_code,
             0);
-  const ProgramRun sold = sell("VEND REP=1\nCHIU\n");
+  const ProgramRun sold = Sell("VEND REP=1\nCHIU\n");
   EXPECT_THAT(sold.output, StartsWith("                  ALTRO\n\n"));
   EXPECT_THAT(sold.output, HasSubstr("PANE                        5%        1,00\n"));
 }
 
 TEST_F(InitFromBackup, ABackupThatIsNotWholeMakesNoRegister) {
   const std::vector<std::string> before = folder_.names();
-  EXPECT_THAT(init({"--from", folder_.path("none")}).errors, HasSubstr("there is no such folder"));
-  folder_.write("tables/vat.txt", "PROG INIZIO\r\nENDPROG\r\n");
-  const ProgramRun run = init({"--from", tables()});
+  EXPECT_THAT(Init({"--from", folder_.Path("none")}).errors, HasSubstr("there is no such folder"));
+  folder_.Write("tables/vat.txt", "PROG INIZIO\r\nENDPROG\r\n");
+  const ProgramRun run = Init({"--from", tables()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("vat.txt"));
   EXPECT_EQ(folder_.names(), before);
@@ -391,7 +391,7 @@ TEST_F(InitFromBackup, ABackupThatIsNotWholeMakesNoRegister) {
 
 TEST_F(InitFromBackup, ARelativeNameIsThatOfTheFolderOfTheStart) {
   const ProgramRun run =
-      run_console({"init", "second", "--from", "tables"}, {.folder = folder_.path()});
+      RunConsole({"init", "second", "--from", "tables"}, {.folder = folder_.path()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  EXPECT_TRUE(fs::exists(folder_.path("second")));
+  EXPECT_TRUE(fs::exists(folder_.Path("second")));
 }

@@ -14,13 +14,13 @@ using testing::Not;
 namespace {
 
 // Two days: a receipt, an abandoned one and the closing, then an invoice and a credit note.
-void sell_two_days(const Shop& shop) {
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50, DES='MELE'\nCHIU\n"
+void SellTwoDays(const Shop& shop) {
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=2.50, DES='MELE'\nCHIU\n"
                       "VEND REP=1, PRE=9.00\nRESPRN\n"
                       "AZZGIO\n")
                 .exit_code,
             0);
-  ASSERT_EQ(shop.sell("FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=1, PRE=10.00\nCHIU\n",
+  ASSERT_EQ(shop.Sell("FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=1, PRE=10.00\nCHIU\n",
                       "2024-03-16 09:05")
                 .exit_code,
             0);
@@ -39,8 +39,8 @@ const char* const kInvoice = "       4  invoice      0002-0001  16/03/2024 09:05
 
 TEST(JournalCommand, ListsItsEntries) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal"});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_EQ(run.output, std::string(kHead) + kReceipt + kAbandoned + kClosing + kInvoice);
@@ -48,7 +48,7 @@ TEST(JournalCommand, ListsItsEntries) {
 
 TEST(JournalCommand, SelectsByClosureDateAndKind) {
   const Shop shop;
-  sell_two_days(shop);
+  SellTwoDays(shop);
   const std::string head = kHead;
   const struct {
     std::vector<std::string> options;
@@ -73,7 +73,7 @@ TEST(JournalCommand, SelectsByClosureDateAndKind) {
   for (const auto& one : cases) {
     std::vector<std::string> arguments = {"journal"};
     arguments.insert(arguments.end(), one.options.begin(), one.options.end());
-    const ProgramRun run = shop.run(arguments);
+    const ProgramRun run = shop.Run(arguments);
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     EXPECT_EQ(run.output, head + one.rows) << testing::PrintToString(one.options);
   }
@@ -81,18 +81,18 @@ TEST(JournalCommand, SelectsByClosureDateAndKind) {
 
 TEST(JournalCommand, AnEmptySelectionSaysSoOnStandardError) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal", "--from", "2030-01-01"});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal", "--from", "2030-01-01"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_EQ(run.errors, "lorimat: note: the journal has no such entries\n");
-  EXPECT_EQ(shop.run({"journal", "--from", "2030-01-01", "--json"}).output, "[]\n");
+  EXPECT_EQ(shop.Run({"journal", "--from", "2030-01-01", "--json"}).output, "[]\n");
 }
 
 TEST(JournalCommand, ListsAsJson) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal", "--json"});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal", "--json"});
   const nlohmann::json list = nlohmann::json::parse(run.output);
   ASSERT_EQ(list.size(), 4u);
   EXPECT_EQ(list[0], nlohmann::json({{"place", 1},
@@ -107,7 +107,7 @@ TEST(JournalCommand, ListsAsJson) {
 
 TEST(JournalCommand, WrongSelectionsAreNamed) {
   const Shop shop;
-  sell_two_days(shop);
+  SellTwoDays(shop);
   const struct {
     std::vector<std::string> options;
     const char* message;
@@ -125,7 +125,7 @@ TEST(JournalCommand, WrongSelectionsAreNamed) {
   for (const auto& one : cases) {
     std::vector<std::string> arguments = {"journal"};
     arguments.insert(arguments.end(), one.options.begin(), one.options.end());
-    const ProgramRun run = shop.run(arguments);
+    const ProgramRun run = shop.Run(arguments);
     EXPECT_EQ(run.exit_code, 2) << one.message;
     EXPECT_THAT(run.output, IsEmpty()) << one.message;
     EXPECT_THAT(run.errors, HasSubstr(one.message));
@@ -134,13 +134,13 @@ TEST(JournalCommand, WrongSelectionsAreNamed) {
 
 TEST(JournalCommand, ShowsAnEntryAsItWasPrinted) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(read_file(source_file("examples/receipt.cmd"))).exit_code, 0);
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
-  const ProgramRun run = shop.run({"journal", "show", "1"});
+  ASSERT_EQ(shop.Sell(ReadFile(SourceFile("examples/receipt.cmd"))).exit_code, 0);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const ProgramRun run = shop.Run({"journal", "show", "1"});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
-  EXPECT_EQ(run.output, expected_paper("receipt.txt"));
+  EXPECT_EQ(run.output, ExpectedPaper("receipt.txt"));
   const nlohmann::json entry =
-      nlohmann::json::parse(shop.run({"journal", "show", "2", "--json"}).output);
+      nlohmann::json::parse(shop.Run({"journal", "show", "2", "--json"}).output);
   EXPECT_EQ(entry["place"], 2);
   EXPECT_EQ(entry["number"], 2);
   EXPECT_EQ(entry["lines"][4], "          DOCUMENTO COMMERCIALE");
@@ -148,13 +148,13 @@ TEST(JournalCommand, ShowsAnEntryAsItWasPrinted) {
 
 TEST(JournalCommand, ThereIsNoEntryBehindTheLastOne) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal", "show", "5"});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal", "show", "5"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_EQ(run.errors, "lorimat: the journal has no entry 5; it has 4\n");
   for (const char* place : {"0", "-1", "x"}) {
-    const ProgramRun refused = shop.run({"journal", "show", place});
+    const ProgramRun refused = shop.Run({"journal", "show", place});
     EXPECT_EQ(refused.exit_code, 2) << place;
     EXPECT_LT(refused.errors.size(), 120u) << refused.errors;
   }
@@ -162,7 +162,7 @@ TEST(JournalCommand, ThereIsNoEntryBehindTheLastOne) {
 
 TEST(JournalCommand, OptionsOfTheListAreRefusedByShowAndVerify) {
   const Shop shop;
-  sell_two_days(shop);
+  SellTwoDays(shop);
   const struct {
     std::vector<std::string> arguments;
     const char* message;
@@ -174,7 +174,7 @@ TEST(JournalCommand, OptionsOfTheListAreRefusedByShowAndVerify) {
        "--to: selects entries of the list, and \"journal verify\" shows no list"},
   };
   for (const auto& one : cases) {
-    const ProgramRun run = shop.run(one.arguments);
+    const ProgramRun run = shop.Run(one.arguments);
     EXPECT_EQ(run.exit_code, 2) << one.message;
     EXPECT_THAT(run.output, IsEmpty()) << one.message;
     EXPECT_THAT(run.errors, HasSubstr(one.message));
@@ -187,22 +187,22 @@ TEST(JournalCommand, TheHelpOfShowAndVerifyNamesTheVariable) {
        {std::vector<std::string>{"journal"}, {"journal", "show"}, {"journal", "verify"}}) {
     std::vector<std::string> arguments = command;
     arguments.push_back("--help");
-    EXPECT_THAT(run_console(arguments).output, HasSubstr(option)) << command.back();
+    EXPECT_THAT(RunConsole(arguments).output, HasSubstr(option)) << command.back();
   }
-  EXPECT_THAT(run_console({"journal", "show", "--help"}, {.environment = {{"LANG", "it"}}}).output,
+  EXPECT_THAT(RunConsole({"journal", "show", "--help"}, {.environment = {{"LANG", "it"}}}).output,
               HasSubstr("(Ambiente:LORIMAT_REGISTER)\n"));
 }
 
 TEST(JournalCommand, TheRegisterIsNamedOnce) {
   const Shop shop;
-  sell_two_days(shop);
+  SellTwoDays(shop);
   const ProgramSetting variable = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
   for (const std::vector<std::string>& command :
        {std::vector<std::string>{"verify"}, {"show", "1"}}) {
     std::vector<std::string> arguments = {"journal", "--register", shop.file()};
     arguments.insert(arguments.end(), command.begin(), command.end());
-    EXPECT_EQ(run_console(arguments, variable).exit_code, 0) << command[0];
-    const ProgramRun run = shop.run(arguments, variable);
+    EXPECT_EQ(RunConsole(arguments, variable).exit_code, 0) << command[0];
+    const ProgramRun run = shop.Run(arguments, variable);
     EXPECT_EQ(run.exit_code, 2) << command[0];
     EXPECT_THAT(run.output, IsEmpty()) << command[0];
     EXPECT_EQ(run.errors,
@@ -214,40 +214,40 @@ TEST(JournalCommand, TheRegisterIsNamedOnce) {
 
 TEST(JournalCommand, ARangeThatEndsBeforeItBeginsIsRefused) {
   const Shop shop;
-  sell_two_days(shop);
+  SellTwoDays(shop);
   const std::vector<std::pair<std::string, std::string>> reversed = {
       {"5", "2"}, {"2024-03-16", "2024-03-15"}, {"2024-03-15 10:31", "2024-03-15 10:30"}};
   for (const auto& [from, to] : reversed) {
-    const ProgramRun run = shop.run({"journal", "--from", from, "--to", to});
+    const ProgramRun run = shop.Run({"journal", "--from", from, "--to", to});
     EXPECT_EQ(run.exit_code, 2) << from;
     EXPECT_THAT(run.output, IsEmpty()) << from;
     EXPECT_EQ(run.errors,
               "lorimat: --from " + from + " --to " + to + ": the range ends before it begins\n");
   }
-  EXPECT_EQ(shop.run({"journal", "--from", "2", "--to", "2"}).exit_code, 0);
-  EXPECT_EQ(shop.run({"journal", "--from", "2024-03-15", "--to", "2024-03-15"}).exit_code, 0);
+  EXPECT_EQ(shop.Run({"journal", "--from", "2", "--to", "2"}).exit_code, 0);
+  EXPECT_EQ(shop.Run({"journal", "--from", "2024-03-15", "--to", "2024-03-15"}).exit_code, 0);
 }
 
 TEST(JournalCommand, TheRegisterMayBeNamedInFrontOfShowAndVerify) {
   const Shop shop;
-  sell_two_days(shop);
-  EXPECT_EQ(run_console({"journal", "--register", shop.file(), "verify"}).exit_code, 0);
+  SellTwoDays(shop);
+  EXPECT_EQ(RunConsole({"journal", "--register", shop.file(), "verify"}).exit_code, 0);
   const ProgramSetting other = {.environment = {{"LORIMAT_REGISTER", "/nonexistent"}}};
-  EXPECT_EQ(shop.run({"journal", "verify"}, other).exit_code, 0);
-  EXPECT_EQ(run_console({"journal", "--register", shop.file(), "verify"}, other).exit_code, 0);
+  EXPECT_EQ(shop.Run({"journal", "verify"}, other).exit_code, 0);
+  EXPECT_EQ(RunConsole({"journal", "--register", shop.file(), "verify"}, other).exit_code, 0);
   const ProgramSetting named = {.environment = {{"LORIMAT_REGISTER", shop.file()}}};
-  EXPECT_EQ(run_console({"journal", "verify"}, named).exit_code, 0);
+  EXPECT_EQ(RunConsole({"journal", "verify"}, named).exit_code, 0);
 }
 
 TEST(JournalCommand, AJournalThatIsGoodVerifies) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal", "verify"});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal", "verify"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_EQ(run.output, shop.file() + ": the journal is good: 4 entries, 2 documents\n");
   const nlohmann::json json =
-      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}).output);
+      nlohmann::json::parse(shop.Run({"journal", "verify", "--json"}).output);
   EXPECT_EQ(json["good"], true);
   EXPECT_EQ(json["entries"], 4);
   EXPECT_EQ(json["documents"], 2);
@@ -256,8 +256,8 @@ TEST(JournalCommand, AJournalThatIsGoodVerifies) {
 
 TEST(JournalCommand, AChangedByteShows) {
   const Shop shop;
-  sell_two_days(shop);
-  std::string content = shop.folder().read("shop.register");
+  SellTwoDays(shop);
+  std::string content = shop.folder().Read("shop.register");
   // Every place where the receipt's description is stored.
   size_t found = 0;
   for (size_t at = content.find("MELE"); at != content.npos; at = content.find("MELE", at + 1)) {
@@ -265,13 +265,13 @@ TEST(JournalCommand, AChangedByteShows) {
     ++found;
   }
   ASSERT_GT(found, 0u);
-  shop.folder().write("shop.register", content);
-  const ProgramRun run = shop.run({"journal", "verify"});
+  shop.folder().Write("shop.register", content);
+  const ProgramRun run = shop.Run({"journal", "verify"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, HasSubstr(shop.file() + ": "));
   EXPECT_THAT(run.output, HasSubstr("the journal was changed: 4 entries, 2 documents, "));
   EXPECT_THAT(run.output, Not(HasSubstr("is good")));
-  const ProgramRun json = shop.run({"journal", "verify", "--json"});
+  const ProgramRun json = shop.Run({"journal", "verify", "--json"});
   EXPECT_EQ(json.exit_code, 1);
   const nlohmann::json check = nlohmann::json::parse(json.output);
   EXPECT_EQ(check["good"], false);
@@ -280,20 +280,20 @@ TEST(JournalCommand, AChangedByteShows) {
 
 TEST(JournalCommand, FindingsAreToldInTheReadersLanguage) {
   const Shop shop;
-  sell_two_days(shop);
-  std::string content = shop.folder().read("shop.register");
+  SellTwoDays(shop);
+  std::string content = shop.folder().Read("shop.register");
   for (size_t at = content.find("MELE"); at != content.npos; at = content.find("MELE", at + 1)) {
     content.replace(at, 4, "PERE");
   }
-  shop.folder().write("shop.register", content);
+  shop.folder().Write("shop.register", content);
   const std::string name = shop.file() + ": ";
-  EXPECT_EQ(shop.run({"journal", "verify"}).output,
+  EXPECT_EQ(shop.Run({"journal", "verify"}).output,
             name +
                 "entry 1, receipt 0001-0001: its hash does not fit: the entry, or what it stands "
                 "for, was changed\n" +
                 name + "the journal was changed: 4 entries, 2 documents, 1 finding\n");
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  const ProgramRun run = shop.run({"journal", "verify"}, italian);
+  const ProgramRun run = shop.Run({"journal", "verify"}, italian);
   EXPECT_THAT(run.output,
               HasSubstr(name + "voce 1, scontrino 0001-0001: l'hash non corrisponde: la voce, o "
                                "quello che rappresenta, è stata cambiata\n"));
@@ -301,7 +301,7 @@ TEST(JournalCommand, FindingsAreToldInTheReadersLanguage) {
   EXPECT_THAT(run.output, Not(HasSubstr("entry")));
   // For programs in English, with a code that stays.
   const nlohmann::json check =
-      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}, italian).output);
+      nlohmann::json::parse(shop.Run({"journal", "verify", "--json"}, italian).output);
   EXPECT_EQ(check["findings"][0],
             "entry 1, receipt 0001-0001: its hash does not fit: the entry, or what it stands for, "
             "was changed");
@@ -310,22 +310,22 @@ TEST(JournalCommand, FindingsAreToldInTheReadersLanguage) {
 
 TEST(JournalCommand, AClockThatWasSetBackIsANoteAndTheJournalIsGood) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n", "2099-12-31 23:59").exit_code, 0);
-  ASSERT_EQ(shop.sell("DIRECTIO CMD=2, OPT=149, DATI='150320241030'\n"
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n", "2099-12-31 23:59").exit_code, 0);
+  ASSERT_EQ(shop.Sell("DIRECTIO CMD=2, OPT=149, DATI='150320241030'\n"
                       "VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n")
                 .exit_code,
             0);
-  const ProgramRun run = shop.run({"journal", "verify"});
+  const ProgramRun run = shop.Run({"journal", "verify"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr(": the clock was set back from 31/12/2099 23:59 to 15/03/2024 "
                                     "10:30\n"));
   EXPECT_THAT(run.output, HasSubstr("the journal is good: 4 entries, 2 documents\n"));
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  EXPECT_THAT(shop.run({"journal", "verify"}, italian).output,
+  EXPECT_THAT(shop.Run({"journal", "verify"}, italian).output,
               HasSubstr("l'orologio è stato rimesso indietro da 31/12/2099 23:59 a 15/03/2024 "
                         "10:30\n"));
   const nlohmann::json check =
-      nlohmann::json::parse(shop.run({"journal", "verify", "--json"}, italian).output);
+      nlohmann::json::parse(shop.Run({"journal", "verify", "--json"}, italian).output);
   EXPECT_EQ(check["good"], true);
   EXPECT_EQ(check["note_codes"], nlohmann::json::array({"clock-set-back"}));
   EXPECT_THAT(check["notes"][0].get<std::string>(), HasSubstr("the clock was set back from"));
@@ -335,16 +335,16 @@ TEST(JournalCommand, AClockThatWasSetBackIsANoteAndTheJournalIsGood) {
 TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
   constexpr size_t kPage = 4096;
   const Shop shop;
-  sell_two_days(shop);
-  const std::string whole = shop.folder().read("shop.register");
+  SellTwoDays(shop);
+  const std::string whole = shop.folder().Read("shop.register");
   const std::string name = shop.file() + ": ";
   int damaged = 0;
   // Each page in its turn becomes nonsense; some of them the check alone reads.
   for (size_t at = kPage; at < whole.size(); at += kPage) {
     std::string content = whole;
     content.replace(at, kPage, kPage, 'Z');
-    shop.folder().write("shop.register", content);
-    const ProgramRun run = shop.run({"journal", "verify"});
+    shop.folder().Write("shop.register", content);
+    const ProgramRun run = shop.Run({"journal", "verify"});
     EXPECT_NE(run.exit_code, 0) << at;
     if (run.output.find(": the file is damaged\n") != std::string::npos) ++damaged;
     if (run.output.find("the file is damaged") != std::string::npos) {
@@ -358,8 +358,8 @@ TEST(JournalCommand, DamageIsNamedWithTheFileOnce) {
 
 TEST(JournalCommand, ATerminalSeesHowFarItIs) {
   const Shop shop;
-  sell_two_days(shop);
-  const ProgramRun run = shop.run({"journal", "verify"}, {.errors_to_terminal = true});
+  SellTwoDays(shop);
+  const ProgramRun run = shop.Run({"journal", "verify"}, {.errors_to_terminal = true});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, HasSubstr("100%"));
   EXPECT_EQ(run.output, shop.file() + ": the journal is good: 4 entries, 2 documents\n");

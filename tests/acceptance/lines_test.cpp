@@ -13,7 +13,7 @@ using testing::StartsWith;
 
 namespace {
 
-int count(const std::string& text, const std::string& part) {
+int Count(const std::string& text, const std::string& part) {
   int found = 0;
   for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
   return found;
@@ -23,9 +23,9 @@ int count(const std::string& text, const std::string& part) {
 
 TEST(Lines, AFailingLineShowsNumberCodeTextAndLineAndTheRunGoesOn) {
   TestFolder folder;
-  const std::string lines = folder.write(
+  const std::string lines = folder.Write(
       "lines.cmd", "; first a comment\nWRONG\nVEND REP=1, PRE=1.00\n\nVEND PRE=3.00\nCHIU\n");
-  const ProgramRun run = run_console({"run", "--terse", lines});
+  const ProgramRun run = RunConsole({"run", "--terse", lines});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(run.errors, lines +
                             ":2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n"
@@ -40,8 +40,8 @@ TEST(Lines, AFailingLineShowsNumberCodeTextAndLineAndTheRunGoesOn) {
 
 TEST(Lines, StopOnErrorEndsTheRunAtTheFirstFailingLine) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nWRONG\nWORSE\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines, "--stop-on-error"});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\nWRONG\nWORSE\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines, "--stop-on-error"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":2: code 257"));
   EXPECT_THAT(run.errors, Not(HasSubstr("WORSE")));
@@ -51,12 +51,12 @@ TEST(Lines, StopOnErrorEndsTheRunAtTheFirstFailingLine) {
 
 TEST(Lines, CarriageReturnsTabsCommentsAndAMissingLastLineEndAreReadAsTheLibraryReadsThem) {
   TestFolder folder;
-  const std::string unix_lines = folder.write("a.cmd", "VEND REP=1, PRE=1.00 ; a coffee\nCHIU\n");
+  const std::string unix_lines = folder.Write("a.cmd", "VEND REP=1, PRE=1.00 ; a coffee\nCHIU\n");
   const std::string dos_lines =
-      folder.write("b.cmd", "\tVEND\tREP=1, PRE=1.00\r\n\r\n  ; nothing\r\nCHIU");
+      folder.Write("b.cmd", "\tVEND\tREP=1, PRE=1.00\r\n\r\n  ; nothing\r\nCHIU");
   const std::vector<std::string> clock = {"--clock", "2024-03-15 10:30"};
-  const ProgramRun unix_run = run_console({"run", unix_lines, clock[0], clock[1]});
-  const ProgramRun dos_run = run_console({"run", dos_lines, clock[0], clock[1]});
+  const ProgramRun unix_run = RunConsole({"run", unix_lines, clock[0], clock[1]});
+  const ProgramRun dos_run = RunConsole({"run", dos_lines, clock[0], clock[1]});
   EXPECT_EQ(unix_run.exit_code, 0);
   EXPECT_EQ(dos_run.exit_code, 0);
   EXPECT_THAT(dos_run.errors, IsEmpty());
@@ -66,7 +66,7 @@ TEST(Lines, CarriageReturnsTabsCommentsAndAMissingLastLineEndAreReadAsTheLibrary
 
 TEST(Lines, AnEmptyFileRunsAndPrintsNothing) {
   TestFolder folder;
-  const ProgramRun run = run_console({"run", folder.write("empty.cmd", "")});
+  const ProgramRun run = RunConsole({"run", folder.Write("empty.cmd", "")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, IsEmpty());
@@ -75,8 +75,8 @@ TEST(Lines, AnEmptyFileRunsAndPrintsNothing) {
 TEST(Lines, TheLongestLineRunsAndALongerOneIsRefusedWhole) {
   TestFolder folder;
   const std::string comment(2046, ';');
-  EXPECT_EQ(run_console({"run", folder.write("fit.cmd", comment + "\r\n")}).exit_code, 0);
-  const ProgramRun run = run_console({"run", folder.write("long.cmd", comment + ";\nSUBT\n")});
+  EXPECT_EQ(RunConsole({"run", folder.Write("fit.cmd", comment + "\r\n")}).exit_code, 0);
+  const ProgramRun run = RunConsole({"run", folder.Write("long.cmd", comment + ";\nSUBT\n")});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":1: code 274: ERROR 1/18"));
   EXPECT_THAT(run.errors, HasSubstr("SOURCE LINE TOO LONG"));
@@ -85,8 +85,8 @@ TEST(Lines, TheLongestLineRunsAndALongerOneIsRefusedWhole) {
 TEST(Lines, ALineOfAMegabyteIsRefusedAndTheNextOneRuns) {
   TestFolder folder;
   const std::string lines =
-      folder.write("long.cmd", "VEND REP=1, DES='" + std::string(1 << 20, 'x') + "'\nWRONG\n");
-  const ProgramRun run = run_console({"run", lines});
+      folder.Write("long.cmd", "VEND REP=1, DES='" + std::string(1 << 20, 'x') + "'\nWRONG\n");
+  const ProgramRun run = RunConsole({"run", lines});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(":1: code 274"));
   EXPECT_THAT(run.errors, HasSubstr(":2: code 257"));
@@ -97,8 +97,8 @@ TEST(Lines, ALineWithANulByteIsNotRunByHalf) {
   TestFolder folder;
   using namespace std::string_literals;
   const std::string lines =
-      folder.write("nul.cmd", "VEND REP=1, PRE=5.00\0 ; rest\nVEND REP=1, PRE=1.00\nCHIU\n"s);
-  const ProgramRun run = run_console({"run", lines});
+      folder.Write("nul.cmd", "VEND REP=1, PRE=5.00\0 ; rest\nVEND REP=1, PRE=1.00\nCHIU\n"s);
+  const ProgramRun run = RunConsole({"run", lines});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr(lines + ":1: not run: a NUL byte stands in column 21"));
   EXPECT_THAT(run.output, HasSubstr("1,00"));
@@ -113,10 +113,10 @@ TEST(Lines, EveryByteValueGetsAnAnswerAndNoControlByteReachesTheTerminal) {
     content += static_cast<char>(byte);
     content += "X\n";
   }
-  const std::string lines = folder.write("bytes.cmd", content);
+  const std::string lines = folder.Write("bytes.cmd", content);
   for (const std::vector<std::string>& form :
        {std::vector<std::string>{"run", lines}, {"run", lines, "--terse"}}) {
-    const ProgramRun run = run_console(form);
+    const ProgramRun run = RunConsole(form);
     EXPECT_EQ(run.exit_code, 1);
     for (const char c : run.errors) {
       EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << static_cast<int>(c);
@@ -130,18 +130,18 @@ TEST(Lines, EveryByteValueGetsAnAnswerAndNoControlByteReachesTheTerminal) {
 
 TEST(Lines, AMissingFileIsNamedWithItsCause) {
   TestFolder folder;
-  const ProgramRun run = run_console({"run", folder.path("none.cmd")});
+  const ProgramRun run = RunConsole({"run", folder.Path("none.cmd")});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_EQ(run.errors, "lorimat: " + folder.path("none.cmd") +
+  EXPECT_EQ(run.errors, "lorimat: " + folder.Path("none.cmd") +
                             ": cannot be opened: No such file or directory\n");
   EXPECT_THAT(run.output, IsEmpty());
 }
 
 TEST(Lines, AnUnreadableFileIsNamedWithItsCause) {
   TestFolder folder;
-  const std::string lines = folder.write("secret.cmd", "SUBT\n");
+  const std::string lines = folder.Write("secret.cmd", "SUBT\n");
   chmod(lines.c_str(), 0);
-  const ProgramRun run = run_console({"run", lines}, {.as_nobody = true});
+  const ProgramRun run = RunConsole({"run", lines}, {.as_nobody = true});
   if (run.exit_code == 127) GTEST_SKIP() << "only root may enter the folder of the build";
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("Permission denied"));
@@ -149,14 +149,13 @@ TEST(Lines, AnUnreadableFileIsNamedWithItsCause) {
 
 TEST(Lines, AFolderIsNoFileOfLines) {
   TestFolder folder;
-  const ProgramRun run = run_console({"run", folder.path()});
+  const ProgramRun run = RunConsole({"run", folder.path()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("is a directory"));
 }
 
 TEST(Lines, StandardInputIsReadWhenTheFileIsADash) {
-  const ProgramRun run =
-      run_console({"run", "-"}, {.input = "VEND REP=1, PRE=1.00\nWRONG\nCHIU\n"});
+  const ProgramRun run = RunConsole({"run", "-"}, {.input = "VEND REP=1, PRE=1.00\nWRONG\nCHIU\n"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, StartsWith("standard input:2: code 257"));
   EXPECT_THAT(run.output, HasSubstr("1,00"));
@@ -164,8 +163,8 @@ TEST(Lines, StandardInputIsReadWhenTheFileIsADash) {
 
 TEST(Lines, TheVerboseRunShowsEveryAnswer) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines, "-v"});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines, "-v"});
   EXPECT_THAT(run.errors, HasSubstr(lines + ":1: answer: OK.\n"));
   EXPECT_THAT(run.errors, HasSubstr(lines + ":2: answer: OK.\n"));
   EXPECT_THAT(run.errors, HasSubstr("definition file "));
@@ -174,9 +173,9 @@ TEST(Lines, TheVerboseRunShowsEveryAnswer) {
 
 TEST(Lines, ABatchLineAmongTheLinesShowsItsAnswer) {
   TestFolder folder;
-  folder.write("inner.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
-  const std::string lines = folder.write("outer.cmd", "@'" + folder.path("inner.cmd") + "'\n");
-  const ProgramRun run = run_console({"run", lines});
+  folder.Write("inner.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  const std::string lines = folder.Write("outer.cmd", "@'" + folder.Path("inner.cmd") + "'\n");
+  const ProgramRun run = RunConsole({"run", lines});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.errors, lines + ":1: answer: OK.(2 Lines   0 msec)\n");
   EXPECT_THAT(run.output, HasSubstr("1,00"));
@@ -184,14 +183,14 @@ TEST(Lines, ABatchLineAmongTheLinesShowsItsAnswer) {
 
 TEST(Lines, AnOpenReceiptAtTheEndIsNotedAndIsNoFailure) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\n");
-  const ProgramRun run = run_console({"run", lines});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\n");
+  const ProgramRun run = RunConsole({"run", lines});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, HasSubstr(": it is gone with the register in memory\n"));
 }
 
 TEST(Lines, CtrlCEndsTheRunBehindTheLineAndThePaperIsKept) {
-  const ProgramRun run = run_console(
+  const ProgramRun run = RunConsole(
       {"run", "-", "-v"}, {.input = "VEND REP=1, PRE=1.00\nVEND REP=1, PRE=2.00\nVEND REP=1, PR",
                            .interrupt_at = "standard input:2: answer: OK."});
   EXPECT_EQ(run.exit_code, 130);
@@ -204,11 +203,11 @@ TEST(Progress, ALongFileShowsABarOnATerminalAndTakesItAway) {
   TestFolder folder;
   std::string content;
   for (int line = 0; line < 2000; ++line) content += "; a comment of a long file\n";
-  const std::string lines = folder.write("long.cmd", content + "WRONG\n");
+  const std::string lines = folder.Write("long.cmd", content + "WRONG\n");
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"run", lines}, {"run", lines, "--batch"}}) {
     const ProgramRun run =
-        run_console(arguments, {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
+        RunConsole(arguments, {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
     EXPECT_EQ(run.exit_code, 1);
     EXPECT_THAT(run.errors, HasSubstr("\r[####"));
     EXPECT_THAT(run.errors, HasSubstr("50%"));
@@ -223,12 +222,12 @@ TEST(Progress, TheBarIsGoneBeforeTheSummary) {
   std::string content = "WRONG\n";
   for (int line = 0; line < 2000; ++line) content += "; a comment of a long file\n";
   const ProgramRun run =
-      run_console({"run", folder.write("long.cmd", content)},
-                  {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
+      RunConsole({"run", folder.Write("long.cmd", content)},
+                 {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
   EXPECT_THAT(run.errors, HasSubstr("100%\r\x1b[K  times  code  first line"));
   const ProgramRun terse =
-      run_console({"run", "--terse", folder.path("long.cmd")},
-                  {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
+      RunConsole({"run", "--terse", folder.Path("long.cmd")},
+                 {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
   EXPECT_THAT(terse.errors, HasSubstr("100%\r\x1b[Klorimat: 1 of 2001 lines failed\n"));
 }
 
@@ -236,12 +235,12 @@ TEST(Progress, NoBarOnAPipeForAShortFileOrOnADumbTerminal) {
   TestFolder folder;
   std::string content;
   for (int line = 0; line < 2000; ++line) content += "; a comment of a long file\n";
-  const std::string long_file = folder.write("long.cmd", content);
-  const std::string short_file = folder.write("short.cmd", "; short\n");
-  EXPECT_THAT(run_console({"run", long_file}).errors, IsEmpty());
-  EXPECT_THAT(run_console({"run", short_file}, {.errors_to_terminal = true}).errors, IsEmpty());
-  EXPECT_THAT(run_console({"run", long_file},
-                          {.environment = {{"TERM", "dumb"}}, .errors_to_terminal = true})
+  const std::string long_file = folder.Write("long.cmd", content);
+  const std::string short_file = folder.Write("short.cmd", "; short\n");
+  EXPECT_THAT(RunConsole({"run", long_file}).errors, IsEmpty());
+  EXPECT_THAT(RunConsole({"run", short_file}, {.errors_to_terminal = true}).errors, IsEmpty());
+  EXPECT_THAT(RunConsole({"run", long_file},
+                         {.environment = {{"TERM", "dumb"}}, .errors_to_terminal = true})
                   .errors,
               IsEmpty());
 }
@@ -251,7 +250,7 @@ TEST(Progress, TheBarIsDrawnOncePerPercentAtMost) {
   std::string content;
   for (int line = 0; line < 5000; ++line) content += "; a comment of a long file\n";
   const ProgramRun run =
-      run_console({"run", folder.write("long.cmd", content)}, {.errors_to_terminal = true});
-  EXPECT_LE(count(run.errors, "\r["), 101);
-  EXPECT_GE(count(run.errors, "\r["), 50);
+      RunConsole({"run", folder.Write("long.cmd", content)}, {.errors_to_terminal = true});
+  EXPECT_LE(Count(run.errors, "\r["), 101);
+  EXPECT_GE(Count(run.errors, "\r["), 50);
 }

@@ -22,12 +22,12 @@ class PagerOnTerminal : public testing::Test {
  protected:
   // Shows the first line, and ends with the next line that is typed, however long its input is.
   PagerOnTerminal() {
-    folder_.write("pager",
+    folder_.Write("pager",
                   "#!/bin/sh\nhead -n 1\nprintf 'more> '\nread key < /dev/tty\n"
                   "echo \"told $1 $key\"\n");
-    chmod(folder_.path("pager").c_str(), 0755);
+    chmod(folder_.Path("pager").c_str(), 0755);
   }
-  TerminalSetting setting(const std::string& pager) const {
+  TerminalSetting Setting(const std::string& pager) const {
     return {.folder = folder_.path(),
             .environment = {{"HOME", folder_.path()}, {"PAGER", pager}},
             .height = 20};
@@ -38,41 +38,41 @@ class PagerOnTerminal : public testing::Test {
 };
 
 TEST_F(PagerOnTerminal, ItShowsHelpThatIsLongerThanTheWindow) {
-  TerminalRun run(shell(), setting("./pager now"));
-  run.type("? VEND\r");
-  run.wait_for("more>");
-  EXPECT_THAT(run.type_for_prompt("key\r"), Contains("told now key"));
+  TerminalRun run(shell(), Setting("./pager now"));
+  run.Type("? VEND\r");
+  run.WaitFor("more>");
+  EXPECT_THAT(run.TypeForPrompt("key\r"), Contains("told now key"));
   EXPECT_THAT(run.screen().text(), HasSubstr("\nVEND: command 10, short VE\n"));
   EXPECT_THAT(run.screen().text(), Not(HasSubstr("Sells one line.")));
   // What fits, and what is no help, is not for the pager.
-  EXPECT_EQ(kReady, run.enter(".help").back());
-  EXPECT_EQ("ok", run.enter("VEND REP=1, PRE=1.00").front());
-  run.enter("CHIU");
-  EXPECT_EQ(kReady, run.enter(".paper").back());
+  EXPECT_EQ(kReady, run.Enter(".help").back());
+  EXPECT_EQ("ok", run.Enter("VEND REP=1, PRE=1.00").front());
+  run.Enter("CHIU");
+  EXPECT_EQ(kReady, run.Enter(".paper").back());
 }
 
 TEST_F(PagerOnTerminal, CtrlCIsForThePagerAlone) {
-  folder_.write("pager",
+  folder_.Write("pager",
                 "#!/bin/sh\ntrap 'echo stopped; exit 1' INT\nprintf 'more> '\n"
                 "while :; do read key < /dev/tty; done\n");
-  TerminalRun run(shell(), setting("./pager"));
-  run.enter("VEND REP=1, PRE=1.00");
-  run.type("?\r");
-  run.wait_for("more>");
-  const std::vector<std::string> rows = run.type_for_prompt("\x03");
+  TerminalRun run(shell(), Setting("./pager"));
+  run.Enter("VEND REP=1, PRE=1.00");
+  run.Type("?\r");
+  run.WaitFor("more>");
+  const std::vector<std::string> rows = run.TypeForPrompt("\x03");
   EXPECT_THAT(rows, Contains("RECEIPT OPEN  1 item  subtotal 1,00  key registering"));
   EXPECT_THAT(rows, Not(Contains(HasSubstr("Ctrl-C"))));
-  EXPECT_EQ("ok", run.enter("SUBT").front());
+  EXPECT_EQ("ok", run.Enter("SUBT").front());
 }
 
 TEST_F(PagerOnTerminal, AHelpOfTheCommandLineGoesTheSameWay) {
   for (const std::vector<std::string>& arguments :
        std::vector<std::vector<std::string>>{{"run", "--help"}, {"help", "run"}}) {
-    TerminalSetting paged = setting("./pager");
+    TerminalSetting paged = Setting("./pager");
     paged.prompt = "more> ";
     TerminalRun run(arguments, paged);
-    run.type("x\r");
-    EXPECT_EQ(0, run.wait_for_end());
+    run.Type("x\r");
+    EXPECT_EQ(0, run.WaitForEnd());
     EXPECT_THAT(run.screen().text(), HasSubstr("Run a file of command lines on a"));
     EXPECT_THAT(run.screen().text(), Not(HasSubstr("Exit codes:")));
   }
@@ -80,23 +80,23 @@ TEST_F(PagerOnTerminal, AHelpOfTheCommandLineGoesTheSameWay) {
 
 TEST_F(PagerOnTerminal, OneThatIsNotThereLeavesTheHelpAsItIs) {
   for (const char* pager : {"none-such-pager", "./none -x", "", "  ", "cat", "/dev/null"}) {
-    TerminalRun run(shell(), setting(pager));
-    EXPECT_THAT(run.enter("? SUBT"), Contains("SUBT: command 18, short SU")) << pager;
-    EXPECT_THAT(run.enter("? VEND"), Contains(StartsWith("Sells one line."))) << pager;
+    TerminalRun run(shell(), Setting(pager));
+    EXPECT_THAT(run.Enter("? SUBT"), Contains("SUBT: command 18, short SU")) << pager;
+    EXPECT_THAT(run.Enter("? VEND"), Contains(StartsWith("Sells one line."))) << pager;
     EXPECT_THAT(run.screen().text(), Not(HasSubstr("not found"))) << pager;
   }
-  TerminalSetting dumb = setting("./pager");
+  TerminalSetting dumb = Setting("./pager");
   dumb.environment["TERM"] = "dumb";
   TerminalRun run(shell(), dumb);
-  EXPECT_THAT(run.enter("? VEND"), Contains(StartsWith("Sells one line.")));
+  EXPECT_THAT(run.Enter("? VEND"), Contains(StartsWith("Sells one line.")));
 }
 
 TEST_F(PagerOnTerminal, APipeHasNone) {
-  const ProgramRun help = run_console(
+  const ProgramRun help = RunConsole(
       {"help", "run"}, {.folder = folder_.path(), .environment = {{"PAGER", "./pager"}}});
   EXPECT_EQ(0, help.exit_code);
   EXPECT_THAT(help.output, HasSubstr("Exit codes:"));
-  const ProgramRun piped = run_console(
+  const ProgramRun piped = RunConsole(
       {"shell"},
       {.folder = folder_.path(), .input = "? VEND\n", .environment = {{"PAGER", "./pager"}}});
   EXPECT_THAT(piped.output, HasSubstr("Sells one line."));

@@ -17,19 +17,19 @@ namespace {
 
 const char* const kCut = "------------------------------------------\n";
 
-std::string example(const std::string& name) {
-  return read_file(source_file("examples/" + name + ".cmd"));
+std::string Example(const std::string& name) {
+  return ReadFile(SourceFile("examples/" + name + ".cmd"));
 }
 
 // How often a text stands in another.
-int count_of(const std::string& text, const std::string& what) {
+int CountOf(const std::string& text, const std::string& what) {
   int count = 0;
   for (size_t at = text.find(what); at != text.npos; at = text.find(what, at + 1)) ++count;
   return count;
 }
 
 // Width and height of a PNG, from its first chunk; 0 for what is none.
-std::pair<unsigned, unsigned> png_size(const std::string& png) {
+std::pair<unsigned, unsigned> PngSize(const std::string& png) {
   if (png.substr(0, 8) != "\x89PNG\r\n\x1A\n" || png.size() < 24) return {};
   const auto number = [&](size_t at) {
     unsigned value = 0;
@@ -43,13 +43,13 @@ std::pair<unsigned, unsigned> png_size(const std::string& png) {
 
 TEST(PaperCommand, GivesTheRollAsItWasPrinted) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
-  const ProgramRun run = shop.run({"paper"});
+  ASSERT_EQ(shop.Sell(Example("receipt")).exit_code, 0);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const ProgramRun run = shop.Run({"paper"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_THAT(run.output, StartsWith(expected_paper("receipt.txt")));
-  EXPECT_EQ(count_of(run.output, kCut), 2);
+  EXPECT_THAT(run.output, StartsWith(ExpectedPaper("receipt.txt")));
+  EXPECT_EQ(CountOf(run.output, kCut), 2);
   EXPECT_THAT(run.output, EndsWith("          DOCUMENTO N. 0001-0002\n"
                                    "            RT 99LRM0000001VR\n" +
                                    std::string(kCut)));
@@ -58,90 +58,90 @@ TEST(PaperCommand, GivesTheRollAsItWasPrinted) {
 TEST(PaperCommand, LastCountsDocumentsFromTheEnd) {
   const Shop shop;
   for (int i = 1; i <= 3; ++i) {
-    ASSERT_EQ(shop.sell("VEND REP=1, PRE=" + std::to_string(i) + ".00\nCHIU\n").exit_code, 0);
+    ASSERT_EQ(shop.Sell("VEND REP=1, PRE=" + std::to_string(i) + ".00\nCHIU\n").exit_code, 0);
   }
-  const ProgramRun one = shop.run({"paper", "--last", "1"});
+  const ProgramRun one = shop.Run({"paper", "--last", "1"});
   EXPECT_EQ(one.exit_code, 0);
-  EXPECT_EQ(count_of(one.output, kCut), 1);
+  EXPECT_EQ(CountOf(one.output, kCut), 1);
   EXPECT_THAT(one.output, StartsWith("             NEGOZIO DI PROVA\n"));
   EXPECT_THAT(one.output, HasSubstr("N. 0001-0003\n"));
-  const ProgramRun two = shop.run({"paper", "--last", "2"});
+  const ProgramRun two = shop.Run({"paper", "--last", "2"});
   EXPECT_THAT(two.output, AllOf(HasSubstr("N. 0001-0002\n"), HasSubstr("N. 0001-0003\n"),
                                 Not(HasSubstr("N. 0001-0001\n"))));
-  EXPECT_EQ(shop.run({"paper", "--last", "100"}).output, shop.run({"paper"}).output);
+  EXPECT_EQ(shop.Run({"paper", "--last", "100"}).output, shop.Run({"paper"}).output);
 }
 
 TEST(PaperCommand, ShowsAnOpenReceiptToo) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00, DES='MELE'\n").exit_code, 0);
-  const ProgramRun run = shop.run({"paper"});
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00, DES='MELE'\n").exit_code, 0);
+  const ProgramRun run = shop.Run({"paper"});
   EXPECT_THAT(run.output, EndsWith("MELE                       22%        1,00\n"));
 }
 
 TEST(PaperCommand, WritesFiles) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  ASSERT_EQ(shop.Sell(Example("receipt")).exit_code, 0);
   const TestFolder& folder = shop.folder();
-  const ProgramRun run = shop.run({"paper", "--paper", folder.path("roll.txt"), "--png",
-                                   folder.path("roll.png"), "--pdf", folder.path("roll.pdf")});
+  const ProgramRun run = shop.Run({"paper", "--paper", folder.Path("roll.txt"), "--png",
+                                   folder.Path("roll.png"), "--pdf", folder.Path("roll.pdf")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, IsEmpty());
-  EXPECT_EQ(folder.read("roll.txt"), expected_paper("receipt.txt"));
+  EXPECT_EQ(folder.Read("roll.txt"), ExpectedPaper("receipt.txt"));
   // 80 mm wide; a row of 28 dots for each line and 24 dots above and below.
-  const std::string text = expected_paper("receipt.txt");
-  EXPECT_EQ(png_size(folder.read("roll.png")),
-            std::make_pair(640u, 48u + 28u * static_cast<unsigned>(count_of(text, "\n"))));
-  EXPECT_THAT(folder.read("roll.pdf"), StartsWith("%PDF-"));
+  const std::string text = ExpectedPaper("receipt.txt");
+  EXPECT_EQ(PngSize(folder.Read("roll.png")),
+            std::make_pair(640u, 48u + 28u * static_cast<unsigned>(CountOf(text, "\n"))));
+  EXPECT_THAT(folder.Read("roll.pdf"), StartsWith("%PDF-"));
   // The same as a run draws.
   const ProgramRun drawn =
-      run_console({"run", source_file("examples/receipt.cmd"), "--clock", Shop::kClock, "--paper",
-                   folder.path("run.txt"), "--png", folder.path("run.png")});
+      RunConsole({"run", SourceFile("examples/receipt.cmd"), "--clock", Shop::kClock, "--paper",
+                  folder.Path("run.txt"), "--png", folder.Path("run.png")});
   ASSERT_EQ(drawn.exit_code, 0) << drawn.errors;
-  EXPECT_TRUE(folder.read("roll.png") == folder.read("run.png"));
+  EXPECT_TRUE(folder.Read("roll.png") == folder.Read("run.png"));
 }
 
 TEST(PaperCommand, ItsTextIsNamedAsThatOfRunAndBothHaveTheOlderName) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
+  ASSERT_EQ(shop.Sell(Example("receipt")).exit_code, 0);
   const TestFolder& folder = shop.folder();
-  const std::string lines = source_file("examples/receipt.cmd");
+  const std::string lines = SourceFile("examples/receipt.cmd");
   const struct {
     const char* option;
     const char* file;
   } names[] = {{"--paper", "new.txt"}, {"--output", "old.txt"}};
   for (const auto& [option, file] : names) {
-    const std::string roll = folder.path(std::string("roll-") + file);
-    EXPECT_EQ(shop.run({"paper", option, roll}).exit_code, 0) << option;
-    EXPECT_EQ(read_file(roll), expected_paper("receipt.txt")) << option;
-    const std::string run = folder.path(std::string("run-") + file);
-    EXPECT_EQ(run_console({"run", lines, "--clock", Shop::kClock, option, run}).exit_code, 0);
-    EXPECT_EQ(read_file(run), expected_paper("receipt.txt")) << option;
+    const std::string roll = folder.Path(std::string("roll-") + file);
+    EXPECT_EQ(shop.Run({"paper", option, roll}).exit_code, 0) << option;
+    EXPECT_EQ(ReadFile(roll), ExpectedPaper("receipt.txt")) << option;
+    const std::string run = folder.Path(std::string("run-") + file);
+    EXPECT_EQ(RunConsole({"run", lines, "--clock", Shop::kClock, option, run}).exit_code, 0);
+    EXPECT_EQ(ReadFile(run), ExpectedPaper("receipt.txt")) << option;
   }
   for (const char* command : {"run", "paper"}) {
-    const std::string help = run_console({command, "--help"}).output;
+    const std::string help = RunConsole({command, "--help"}).output;
     EXPECT_THAT(help, AllOf(HasSubstr("--paper FILE"), Not(HasSubstr("--output"))));
   }
-  const ProgramRun both = shop.run({"paper", "--paper", "-", "--output", folder.path("x.txt")});
+  const ProgramRun both = shop.Run({"paper", "--paper", "-", "--output", folder.Path("x.txt")});
   EXPECT_EQ(both.exit_code, 2);
   EXPECT_THAT(both.errors, HasSubstr("--paper: At Most 1 required but received 2"));
 }
 
 TEST(PaperCommand, APictureAloneLeavesStandardOutputAlone) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(example("receipt")).exit_code, 0);
-  const ProgramRun file = shop.run({"paper", "--png", shop.folder().path("roll.png")});
+  ASSERT_EQ(shop.Sell(Example("receipt")).exit_code, 0);
+  const ProgramRun file = shop.Run({"paper", "--png", shop.folder().Path("roll.png")});
   EXPECT_EQ(file.exit_code, 0);
   EXPECT_THAT(file.output, IsEmpty());
-  const ProgramRun output = shop.run({"paper", "--png", "-"});
+  const ProgramRun output = shop.Run({"paper", "--png", "-"});
   EXPECT_EQ(output.exit_code, 0);
-  EXPECT_TRUE(output.output == shop.folder().read("roll.png"));
+  EXPECT_TRUE(output.output == shop.folder().Read("roll.png"));
 }
 
 TEST(PaperCommand, ANumberOfDocumentsIsAtLeastOne) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("").exit_code, 0);
+  ASSERT_EQ(shop.Sell("").exit_code, 0);
   for (const char* number : {"0", "-1", "x", "1.5", "99999999999999999999"}) {
-    const ProgramRun run = shop.run({"paper", "--last", number});
+    const ProgramRun run = shop.Run({"paper", "--last", number});
     EXPECT_EQ(run.exit_code, 2) << number;
     EXPECT_THAT(run.errors, HasSubstr("--last")) << number;
   }
@@ -149,28 +149,28 @@ TEST(PaperCommand, ANumberOfDocumentsIsAtLeastOne) {
 
 TEST(PaperCommand, ANewRegisterHasNoPaper) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("").exit_code, 0);
-  const ProgramRun run = shop.run({"paper"});
+  ASSERT_EQ(shop.Sell("").exit_code, 0);
+  const ProgramRun run = shop.Run({"paper"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
 }
 
 TEST(PaperCommand, RefusesPlacesThatItCannotWriteTo) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
-  const std::string register_content = shop.folder().read("shop.register");
-  const ProgramRun self = shop.run({"paper", "--paper", shop.file()});
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  const std::string register_content = shop.folder().Read("shop.register");
+  const ProgramRun self = shop.Run({"paper", "--paper", shop.file()});
   EXPECT_EQ(self.exit_code, 2);
   EXPECT_THAT(self.errors, HasSubstr("is the register's file; the paper would replace it"));
-  EXPECT_TRUE(shop.folder().read("shop.register") == register_content);
+  EXPECT_TRUE(shop.folder().Read("shop.register") == register_content);
 
-  const ProgramRun missing = shop.run({"paper", "--pdf", shop.folder().path("none/x.pdf")});
+  const ProgramRun missing = shop.Run({"paper", "--pdf", shop.folder().Path("none/x.pdf")});
   EXPECT_EQ(missing.exit_code, 2);
   EXPECT_THAT(missing.errors, HasSubstr("none/x.pdf: cannot write the paper: No such file"));
-  const ProgramRun full = shop.run({"paper", "--paper", "/dev/full"});
+  const ProgramRun full = shop.Run({"paper", "--paper", "/dev/full"});
   EXPECT_EQ(full.exit_code, 2);
   EXPECT_THAT(full.errors, HasSubstr("/dev/full: cannot write the paper: No space left"));
-  const ProgramRun twice = shop.run({"paper", "--paper", "-", "--png", "-"});
+  const ProgramRun twice = shop.Run({"paper", "--paper", "-", "--png", "-"});
   EXPECT_EQ(twice.exit_code, 2);
   EXPECT_THAT(twice.output, IsEmpty());
 }

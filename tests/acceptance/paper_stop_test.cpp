@@ -33,7 +33,7 @@ class PaperStop : public testing::Test {
  protected:
   PaperStop() {
     fs::create_directory(papers_);
-    EXPECT_EQ(shop_.sell(kReceipt).exit_code, 0);
+    EXPECT_EQ(shop_.Sell(kReceipt).exit_code, 0);
   }
 
   std::string Paper(const std::string& name) const { return papers_ + "/" + name; }
@@ -45,28 +45,28 @@ class PaperStop : public testing::Test {
     return names;
   }
   void WriteOlder(const std::string& name) const {
-    shop_.folder().write("papers/" + name, "older");
+    shop_.folder().Write("papers/" + name, "older");
   }
   ProgramRun Draw(const std::string& option, const std::string& file,
                   const ProgramSetting& setting = {}) const {
-    return shop_.run({"paper", option, file}, setting);
+    return shop_.Run({"paper", option, file}, setting);
   }
   std::string Drawn(const std::string& option) const {
-    const std::string file = shop_.folder().path("whole");
+    const std::string file = shop_.folder().Path("whole");
     EXPECT_EQ(Draw(option, file).exit_code, 0);
-    std::string content = read_file(file);
+    std::string content = ReadFile(file);
     fs::remove(file);
     return content;
   }
 
   Shop shop_;
-  std::string papers_ = shop_.folder().path("papers");
+  std::string papers_ = shop_.folder().Path("papers");
 };
 
 }  // namespace
 
 TEST_F(PaperStop, APictureIsDrawnUnderABarWithItsLines) {
-  const std::string text = shop_.run({"paper"}).output;
+  const std::string text = shop_.Run({"paper"}).output;
   ASSERT_EQ(std::count(text.begin(), text.end(), '\n'), 20);
   for (const std::string option : {"--png", "--pdf"}) {
     const ProgramRun run = Draw(option, Paper("roll"),
@@ -94,14 +94,14 @@ TEST_F(PaperStop, ASignalStopsThePictureAtAnyPlaceAndTheOlderFileStays) {
       const ProgramRun run = Draw(option, Paper("roll"), WithSignalAtBar(signal, bar));
       if (bar > bars) {
         EXPECT_EQ(run.exit_code, 0) << option;
-        EXPECT_TRUE(read_file(Paper("roll")) == whole) << option;
+        EXPECT_TRUE(ReadFile(Paper("roll")) == whole) << option;
       } else {
         EXPECT_EQ(run.exit_code, 128 + signal) << option << bar;
         EXPECT_EQ(BarsOf(run), bar) << option;
         EXPECT_THAT(run.errors, EndsWith("\r\x1b[Klorimat: " + Paper("roll") +
                                          ": not written, stopped by " + name + "\n"))
             << option << bar;
-        EXPECT_TRUE(read_file(Paper("roll")) == "older") << option << bar;
+        EXPECT_TRUE(ReadFile(Paper("roll")) == "older") << option << bar;
       }
       EXPECT_THAT(Names(), ElementsAre("roll")) << option << bar;
     }
@@ -119,7 +119,7 @@ TEST_F(PaperStop, AKillAtAnyPlaceLeavesNothingHalfMade) {
         EXPECT_EQ(run.exit_code, -1) << option << bar;
         if (older) {
           EXPECT_THAT(Names(), ElementsAre("roll")) << option << bar;
-          EXPECT_TRUE(read_file(Paper("roll")) == "older") << option << bar;
+          EXPECT_TRUE(ReadFile(Paper("roll")) == "older") << option << bar;
           fs::remove(Paper("roll"));
         } else {
           EXPECT_THAT(Names(), IsEmpty()) << option << bar;
@@ -132,7 +132,7 @@ TEST_F(PaperStop, AKillAtAnyPlaceLeavesNothingHalfMade) {
 // The second picture is not begun, and the text that was there first stays.
 TEST_F(PaperStop, OneSignalStopsAllThePicturesAndNoText) {
   WriteOlder("roll.pdf");
-  const ProgramRun run = shop_.run({"paper", "--paper", Paper("roll.txt"), "--png",
+  const ProgramRun run = shop_.Run({"paper", "--paper", Paper("roll.txt"), "--png",
                                     Paper("roll.png"), "--pdf", Paper("roll.pdf")},
                                    WithSignalAtBar(SIGINT, 2));
   EXPECT_EQ(run.exit_code, 130);
@@ -140,21 +140,21 @@ TEST_F(PaperStop, OneSignalStopsAllThePicturesAndNoText) {
               EndsWith("lorimat: " + Paper("roll.png") + ": not written, stopped by Ctrl-C\n" +
                        "lorimat: " + Paper("roll.pdf") + ": not written, stopped by Ctrl-C\n"));
   EXPECT_THAT(Names(), UnorderedElementsAre("roll.txt", "roll.pdf"));
-  EXPECT_EQ(read_file(Paper("roll.pdf")), "older");
-  EXPECT_THAT(read_file(Paper("roll.txt")), HasSubstr("0001-0001"));
+  EXPECT_EQ(ReadFile(Paper("roll.pdf")), "older");
+  EXPECT_THAT(ReadFile(Paper("roll.txt")), HasSubstr("0001-0001"));
 }
 
 TEST_F(PaperStop, ARunKeepsItsTextAndTellsWhereThePaperIs) {
   WriteOlder("run.pdf");
-  const std::string lines = shop_.folder().write("more.cmd", kReceipt);
-  const ProgramRun run = run_console({"run", lines, "--register", shop_.file(), "--clock",
-                                      Shop::kClock, "--pdf", Paper("run.pdf")},
-                                     WithSignalAtBar(SIGINT, 2));
+  const std::string lines = shop_.folder().Write("more.cmd", kReceipt);
+  const ProgramRun run = RunConsole({"run", lines, "--register", shop_.file(), "--clock",
+                                     Shop::kClock, "--pdf", Paper("run.pdf")},
+                                    WithSignalAtBar(SIGINT, 2));
   EXPECT_EQ(run.exit_code, 130);
   EXPECT_THAT(run.output, HasSubstr("0001-0002"));
   EXPECT_THAT(run.errors, HasSubstr(Paper("run.pdf") + ": not written, stopped by Ctrl-C\n"));
   EXPECT_THAT(run.errors, HasSubstr("has what the lines did, and they are not to be run again"));
-  EXPECT_EQ(read_file(Paper("run.pdf")), "older");
+  EXPECT_EQ(ReadFile(Paper("run.pdf")), "older");
 }
 
 // The first one ends the lines and has the paper written, and the second one has no more of it.
@@ -164,7 +164,7 @@ TEST_F(PaperStop, OfARunThatASignalEndedTheNextOneStopsThePicture) {
   const std::vector<std::string> arguments = {"run",        "-",       "--register",
                                               shop_.file(), "--clock", Shop::kClock,
                                               "-v",         "--pdf",   Paper("run.pdf")};
-  const ProgramRun run = run_console(arguments, WithSignalAtBar(SIGTERM, 1, setting));
+  const ProgramRun run = RunConsole(arguments, WithSignalAtBar(SIGTERM, 1, setting));
   EXPECT_EQ(run.exit_code, 130);
   EXPECT_THAT(run.errors, HasSubstr("stopped by Ctrl-C behind line 1\n"));
   EXPECT_THAT(run.errors, HasSubstr(Paper("run.pdf") + ": not written, stopped by "));
@@ -176,14 +176,14 @@ TEST_F(PaperStop, AFileThatGrowsTooLargeIsWhatItWas) {
   for (const std::string option : {"--paper", "--png", "--pdf"}) {
     WriteOlder("roll");
     const ProgramRun run =
-        run_program("/bin/sh", {"-c",
-                                "trap '' XFSZ; ulimit -f 0; exec \"$0\" paper " + option + " " +
-                                    Paper("roll") + " --register " + shop_.file(),
-                                std::string(LORIMAT_BIN_FOLDER) + "/lorimat"});
+        RunProgram("/bin/sh", {"-c",
+                               "trap '' XFSZ; ulimit -f 0; exec \"$0\" paper " + option + " " +
+                                   Paper("roll") + " --register " + shop_.file(),
+                               std::string(LORIMAT_BIN_FOLDER) + "/lorimat"});
     EXPECT_EQ(run.exit_code, 2) << option;
     EXPECT_EQ(run.errors,
               "lorimat: " + Paper("roll") + ": cannot write the paper: File too large\n");
-    EXPECT_TRUE(read_file(Paper("roll")) == "older") << option;
+    EXPECT_TRUE(ReadFile(Paper("roll")) == "older") << option;
     EXPECT_THAT(Names(), ElementsAre("roll")) << option;
   }
 }
@@ -192,7 +192,7 @@ TEST_F(PaperStop, AFileThatGrowsTooLargeIsWhatItWas) {
 TEST_F(PaperStop, AFullDiskIsNamedAndLeavesTheOlderFile) {
   const std::string mount = "mount -t tmpfs -o size=12k tmpfs " + papers_;
   const auto on_disk = [&](const std::string& command) {
-    return run_program("/usr/bin/unshare", {"-r", "-m", "/bin/sh", "-c", mount + " && " + command});
+    return RunProgram("/usr/bin/unshare", {"-r", "-m", "/bin/sh", "-c", mount + " && " + command});
   };
   if (on_disk("true").exit_code != 0) GTEST_SKIP() << "no mount without root here";
   for (const std::string option : {"--png", "--pdf"}) {
@@ -221,6 +221,6 @@ TEST_F(PaperStop, ALinkAndTheModeOfAFileStay) {
   ASSERT_EQ(stat(Paper("roll").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0640u);
   for (const std::string name : {"roll", "new"}) {
-    EXPECT_THAT(read_file(Paper(name)), StartsWith("%PDF-")) << name;
+    EXPECT_THAT(ReadFile(Paper(name)), StartsWith("%PDF-")) << name;
   }
 }

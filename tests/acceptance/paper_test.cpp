@@ -11,25 +11,25 @@ namespace {
 
 constexpr const char* kClock = "2024-03-15 10:30";
 
-std::string example(const std::string& name) { return source_file("examples/" + name); }
+std::string Example(const std::string& name) { return SourceFile("examples/" + name); }
 
 class GoodExample : public testing::TestWithParam<std::string> {};
 
 }  // namespace
 
 TEST_P(GoodExample, PrintsItsPaperByLines) {
-  const ProgramRun run = run_console({"run", example(GetParam() + ".cmd"), "--clock", kClock});
+  const ProgramRun run = RunConsole({"run", Example(GetParam() + ".cmd"), "--clock", kClock});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_EQ(run.output, expected_paper(GetParam() + ".txt"));
+  EXPECT_EQ(run.output, ExpectedPaper(GetParam() + ".txt"));
 }
 
 TEST_P(GoodExample, PrintsItsPaperAsABatch) {
   const ProgramRun run =
-      run_console({"run", example(GetParam() + ".cmd"), "--clock", kClock, "--batch"});
+      RunConsole({"run", Example(GetParam() + ".cmd"), "--clock", kClock, "--batch"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_EQ(run.output, expected_paper(GetParam() + ".txt"));
+  EXPECT_EQ(run.output, ExpectedPaper(GetParam() + ".txt"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, GoodExample,
@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(Examples, GoodExample,
                          [](const auto& info) { return info.param; });
 
 TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {
-  const std::string file = example("failing.cmd");
+  const std::string file = Example("failing.cmd");
   const struct {
     int line;
     const char* answer;
@@ -64,7 +64,7 @@ TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {
   for (const bool batch : {false, true}) {
     std::vector<std::string> arguments = {"run", file, "--clock", kClock, "--terse"};
     if (batch) arguments.push_back("--batch");
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 1);
     // The messages in order, each with the line itself below it.
     size_t at = 0;
@@ -77,56 +77,54 @@ TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {
       at = run.errors.find('\n', at) + 1;
     }
     EXPECT_EQ(run.errors.substr(at), "lorimat: 16 of 27 lines failed\n");
-    EXPECT_EQ(run.output, expected_paper("failing.txt"));
+    EXPECT_EQ(run.output, ExpectedPaper("failing.txt"));
   }
 }
 
 TEST(Paper, GoesToAFileAndNotToStandardOutput) {
   TestFolder folder;
-  const ProgramRun run = run_console(
-      {"run", example("receipt.cmd"), "--clock", kClock, "--paper", folder.path("paper.txt")});
+  const ProgramRun run = RunConsole(
+      {"run", Example("receipt.cmd"), "--clock", kClock, "--paper", folder.Path("paper.txt")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
-  EXPECT_EQ(folder.read("paper.txt"), expected_paper("receipt.txt"));
+  EXPECT_EQ(folder.Read("paper.txt"), ExpectedPaper("receipt.txt"));
 }
 
 TEST(Paper, ReplacesAnOlderAndLongerPaperWhole) {
   TestFolder folder;
-  folder.write("paper.txt", std::string(10000, 'x'));
-  const ProgramRun run = run_console(
-      {"run", example("receipt.cmd"), "--clock", kClock, "--paper", folder.path("paper.txt")});
+  folder.Write("paper.txt", std::string(10000, 'x'));
+  const ProgramRun run = RunConsole(
+      {"run", Example("receipt.cmd"), "--clock", kClock, "--paper", folder.Path("paper.txt")});
   EXPECT_EQ(run.exit_code, 0);
-  EXPECT_EQ(folder.read("paper.txt"), expected_paper("receipt.txt"));
+  EXPECT_EQ(folder.Read("paper.txt"), ExpectedPaper("receipt.txt"));
 }
 
 TEST(Paper, ARunThatCannotStartLeavesTheOlderPaper) {
   TestFolder folder;
-  folder.write("paper.txt", "the older paper\n");
-  const ProgramRun run =
-      run_console({"run", example("receipt.cmd"), "--language", folder.path("none.ini"), "--paper",
-                   folder.path("paper.txt")});
+  folder.Write("paper.txt", "the older paper\n");
+  const ProgramRun run = RunConsole({"run", Example("receipt.cmd"), "--language",
+                                     folder.Path("none.ini"), "--paper", folder.Path("paper.txt")});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_EQ(folder.read("paper.txt"), "the older paper\n");
+  EXPECT_EQ(folder.Read("paper.txt"), "the older paper\n");
 }
 
 TEST(Paper, IsPrintedWhenLinesFailToo) {
   TestFolder folder;
-  const std::string lines =
-      folder.write("lines.cmd", "WRONG\n" + read_file(example("receipt.cmd")));
-  const ProgramRun run = run_console({"run", lines, "--clock", kClock});
+  const std::string lines = folder.Write("lines.cmd", "WRONG\n" + ReadFile(Example("receipt.cmd")));
+  const ProgramRun run = RunConsole({"run", lines, "--clock", kClock});
   EXPECT_EQ(run.exit_code, 1);
-  EXPECT_EQ(run.output, expected_paper("receipt.txt"));
+  EXPECT_EQ(run.output, ExpectedPaper("receipt.txt"));
 }
 
 TEST(Paper, StandardOutputHoldsThePaperAloneInAVerboseRun) {
   const ProgramRun run =
-      run_console({"run", example("receipt.cmd"), "--clock", kClock, "-v", "--trace", "-"});
-  EXPECT_EQ(run.output, expected_paper("receipt.txt"));
+      RunConsole({"run", Example("receipt.cmd"), "--clock", kClock, "-v", "--trace", "-"});
+  EXPECT_EQ(run.output, ExpectedPaper("receipt.txt"));
 }
 
 #ifdef LORIMAT_EXAMPLE_HOST
 TEST(ExampleHost, SellsAndPrints) {
-  const ProgramRun run = run_program("example_host", {source_file("language/merkelin.ini")});
+  const ProgramRun run = RunProgram("example_host", {SourceFile("language/merkelin.ini")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, HasSubstr("TOTALE COMPLESSIVO                    3,90\n"));
   EXPECT_THAT(run.output, HasSubstr("Resto                                 1,10\n"));
@@ -135,7 +133,7 @@ TEST(ExampleHost, SellsAndPrints) {
 TEST(ExampleHost, NamesADefinitionFileThatItCannotRead) {
   TestFolder folder;
   const ProgramRun run =
-      run_program("example_host", {folder.path("none.ini")}, {.folder = folder.path()});
+      RunProgram("example_host", {folder.Path("none.ini")}, {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("none.ini"));
 }

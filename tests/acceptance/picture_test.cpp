@@ -21,25 +21,25 @@ namespace {
 
 constexpr const char* kClock = "2024-03-15 10:30";
 
-const std::string& note() {
-  static const std::string file = source_file("examples/note.cmd");
+const std::string& Note() {
+  static const std::string file = SourceFile("examples/note.cmd");
   return file;
 }
 
-uint32_t big_endian(const std::string& bytes, size_t at) {
+uint32_t BigEndian(const std::string& bytes, size_t at) {
   uint32_t value = 0;
   for (size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<uint8_t>(bytes.at(i));
   return value;
 }
 
-void expect_png(const std::string& png, uint32_t height) {
+void ExpectPng(const std::string& png, uint32_t height) {
   EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
-  EXPECT_EQ(big_endian(png, 16), 640u);
-  EXPECT_EQ(big_endian(png, 20), height);
+  EXPECT_EQ(BigEndian(png, 16), 640u);
+  EXPECT_EQ(BigEndian(png, 20), height);
   EXPECT_EQ(png.substr(png.size() - 8, 4), "IEND");
 }
 
-std::vector<std::string> lines_of(const std::string& text) {
+std::vector<std::string> LinesOf(const std::string& text) {
   std::istringstream stream(text);
   std::vector<std::string> lines;
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
@@ -50,7 +50,7 @@ std::vector<std::string> lines_of(const std::string& text) {
 constexpr uint32_t kNoteHeight = 13 * 28 + 56 + 96 + 48;
 
 // One black dot.
-const std::string& black_dot() {
+const std::string& BlackDot() {
   static const std::string png(
       "\x89PNG\r\n\x1a\n"
       "\x00\x00\x00\x0dIHDR\x00\x00\x00\x01\x00\x00\x00\x01\x08\x00\x00\x00\x00\x3a\x7e\x9b\x55"
@@ -64,13 +64,13 @@ const std::string& black_dot() {
 
 TEST(Picture, PngAndPdfComeBesideTheText) {
   TestFolder folder;
-  const ProgramRun run = run_console({"run", note(), "--clock", kClock, "--png",
-                                      folder.path("note.png"), "--pdf", folder.path("note.pdf")});
+  const ProgramRun run = RunConsole({"run", Note(), "--clock", kClock, "--png",
+                                     folder.Path("note.png"), "--pdf", folder.Path("note.pdf")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_EQ(run.output, expected_paper("note.txt"));
-  expect_png(folder.read("note.png"), kNoteHeight);
-  const std::string pdf = folder.read("note.pdf");
+  EXPECT_EQ(run.output, ExpectedPaper("note.txt"));
+  ExpectPng(folder.Read("note.png"), kNoteHeight);
+  const std::string pdf = folder.Read("note.pdf");
   EXPECT_THAT(pdf, StartsWith("%PDF-"));
   EXPECT_THAT(pdf, HasSubstr("/Type /Page "));
   EXPECT_THAT(pdf, EndsWith("%%EOF\n"));
@@ -79,44 +79,44 @@ TEST(Picture, PngAndPdfComeBesideTheText) {
 TEST(Picture, ABatchMakesTheSame) {
   TestFolder folder;
   for (const char* name : {"lines.png", "batch.png"}) {
-    std::vector<std::string> arguments = {"run",  note(),  "--clock",
-                                          kClock, "--png", folder.path(name)};
+    std::vector<std::string> arguments = {"run",  Note(),  "--clock",
+                                          kClock, "--png", folder.Path(name)};
     if (std::string(name) == "batch.png") arguments.push_back("--batch");
-    EXPECT_EQ(run_console(arguments).exit_code, 0);
+    EXPECT_EQ(RunConsole(arguments).exit_code, 0);
   }
-  EXPECT_EQ(folder.read("lines.png"), folder.read("batch.png"));
+  EXPECT_EQ(folder.Read("lines.png"), folder.Read("batch.png"));
 }
 
 TEST(Picture, ReplacesAnOlderAndLongerFile) {
   TestFolder folder;
-  folder.write("note.png", std::string(1000000, 'x'));
+  folder.Write("note.png", std::string(1000000, 'x'));
   EXPECT_EQ(
-      run_console({"run", note(), "--clock", kClock, "--png", folder.path("note.png")}).exit_code,
+      RunConsole({"run", Note(), "--clock", kClock, "--png", folder.Path("note.png")}).exit_code,
       0);
-  expect_png(folder.read("note.png"), kNoteHeight);
+  ExpectPng(folder.Read("note.png"), kNoteHeight);
 }
 
 TEST(Picture, MayBeStandardOutputWhenTheTextGoesElsewhere) {
   TestFolder folder;
-  const ProgramRun run = run_console(
-      {"run", note(), "--clock", kClock, "--paper", folder.path("note.txt"), "--png", "-"});
+  const ProgramRun run = RunConsole(
+      {"run", Note(), "--clock", kClock, "--paper", folder.Path("note.txt"), "--png", "-"});
   EXPECT_EQ(run.exit_code, 0);
-  expect_png(run.output, kNoteHeight);
-  EXPECT_EQ(folder.read("note.txt"), expected_paper("note.txt"));
+  ExpectPng(run.output, kNoteHeight);
+  EXPECT_EQ(folder.Read("note.txt"), ExpectedPaper("note.txt"));
 }
 
 TEST(Picture, TwoOfThemDoNotGoToOnePlace) {
   TestFolder folder;
-  const std::string file = folder.path("paper");
+  const std::string file = folder.Path("paper");
   for (const std::vector<std::string>& places :
        std::vector<std::vector<std::string>>{{"--png", "-"},
                                              {"--pdf", "-"},
                                              {"--paper", file, "--png", file},
-                                             {"--paper", file, "--pdf", folder.path("./paper")},
+                                             {"--paper", file, "--pdf", folder.Path("./paper")},
                                              {"--png", file, "--pdf", file}}) {
-    std::vector<std::string> arguments = {"run", note()};
+    std::vector<std::string> arguments = {"run", Note()};
     arguments.insert(arguments.end(), places.begin(), places.end());
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 2) << testing::PrintToString(places);
     EXPECT_THAT(run.output, IsEmpty());
     EXPECT_THAT(run.errors, HasSubstr(places.back()));
@@ -126,20 +126,20 @@ TEST(Picture, TwoOfThemDoNotGoToOnePlace) {
 
 TEST(Picture, DoesNotReplaceTheFileOfLines) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "NOFIS INIZIO\nNOFIS FINE\n");
+  const std::string lines = folder.Write("lines.cmd", "NOFIS INIZIO\nNOFIS FINE\n");
   for (const char* option : {"--png", "--pdf"}) {
-    const ProgramRun run = run_console({"run", lines, option, lines});
+    const ProgramRun run = RunConsole({"run", lines, option, lines});
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.errors, HasSubstr(lines));
-    EXPECT_EQ(folder.read("lines.cmd"), "NOFIS INIZIO\nNOFIS FINE\n");
+    EXPECT_EQ(folder.Read("lines.cmd"), "NOFIS INIZIO\nNOFIS FINE\n");
   }
 }
 
 TEST(Picture, AFolderThatIsNotThereIsNamedBeforeAnythingRuns) {
   TestFolder folder;
   for (const char* option : {"--png", "--pdf"}) {
-    const std::string file = folder.path("none/picture");
-    const ProgramRun run = run_console({"run", note(), option, file});
+    const std::string file = folder.Path("none/picture");
+    const ProgramRun run = RunConsole({"run", Note(), option, file});
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.output, IsEmpty());
     EXPECT_THAT(run.errors, HasSubstr(file));
@@ -149,7 +149,7 @@ TEST(Picture, AFolderThatIsNotThereIsNamedBeforeAnythingRuns) {
 
 TEST(Picture, AReadOnlyFolderIsNamed) {
   const std::string file = "/proc/picture.png";
-  const ProgramRun run = run_console({"run", note(), "--png", file});
+  const ProgramRun run = RunConsole({"run", Note(), "--png", file});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(file));
@@ -157,9 +157,9 @@ TEST(Picture, AReadOnlyFolderIsNamed) {
 
 TEST(Picture, AFullDiskIsNamedAndTheTextIsKept) {
   for (const char* option : {"--png", "--pdf"}) {
-    const ProgramRun run = run_console({"run", note(), "--clock", kClock, option, "/dev/full"});
+    const ProgramRun run = RunConsole({"run", Note(), "--clock", kClock, option, "/dev/full"});
     EXPECT_EQ(run.exit_code, 2);
-    EXPECT_EQ(run.output, expected_paper("note.txt"));
+    EXPECT_EQ(run.output, ExpectedPaper("note.txt"));
     EXPECT_THAT(run.errors, HasSubstr("/dev/full"));
     EXPECT_THAT(run.errors, HasSubstr("No space left on device"));
   }
@@ -167,7 +167,7 @@ TEST(Picture, AFullDiskIsNamedAndTheTextIsKept) {
 
 TEST(Picture, AnEmptyNameIsRefused) {
   for (const char* option : {"--png", "--pdf"}) {
-    const ProgramRun run = run_console({"run", note(), option, ""});
+    const ProgramRun run = RunConsole({"run", Note(), option, ""});
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.errors, HasSubstr(option));
   }
@@ -175,41 +175,41 @@ TEST(Picture, AnEmptyNameIsRefused) {
 
 TEST(Picture, ALogoIsFoundWhereTheLinesFoundIt) {
   TestFolder folder;
-  folder.write("dot.png", black_dot());
-  const std::string lines = folder.write("logo.cmd",
+  folder.Write("dot.png", BlackDot());
+  const std::string lines = folder.Write("logo.cmd",
                                          "LDGRAF LOGO=12, FILE='dot.png'\nNOFIS INIZIO\n"
                                          "NOFIS OPZ=GRAFICO, LOGO=12\nNOFIS FINE\n");
   // Six rows of the head, one for the blank line that follows a logo, four of the end with its
   // cut, and the logo's one dot.
   constexpr uint32_t kHeight = (6 + 1 + 4) * 28 + 1 + 48;
   // By lines the file is looked for in the program's folder; a batch runs in its own.
-  const std::string png = folder.path("logo.png");
-  const ProgramRun by_lines = run_console({"run", lines, "--png", png}, {.folder = folder.path()});
+  const std::string png = folder.Path("logo.png");
+  const ProgramRun by_lines = RunConsole({"run", lines, "--png", png}, {.folder = folder.path()});
   EXPECT_EQ(by_lines.exit_code, 0) << by_lines.errors;
   EXPECT_THAT(by_lines.output, HasSubstr("[LOGO 12]"));
-  expect_png(folder.read("logo.png"), kHeight);
-  const ProgramRun batch = run_console({"run", lines, "--png", png, "--batch"}, {.folder = "/"});
+  ExpectPng(folder.Read("logo.png"), kHeight);
+  const ProgramRun batch = RunConsole({"run", lines, "--png", png, "--batch"}, {.folder = "/"});
   EXPECT_EQ(batch.exit_code, 0) << batch.errors;
-  expect_png(folder.read("logo.png"), kHeight);
+  ExpectPng(folder.Read("logo.png"), kHeight);
 }
 
 TEST(Picture, OfNoPaperIsABlankPieceOfIt) {
   TestFolder folder;
-  const std::string lines = folder.write("none.cmd", "; nothing\n");
-  EXPECT_EQ(run_console(
-                {"run", lines, "--png", folder.path("none.png"), "--pdf", folder.path("none.pdf")})
-                .exit_code,
-            0);
-  expect_png(folder.read("none.png"), 48);
-  EXPECT_THAT(folder.read("none.pdf"), HasSubstr("/Type /Page "));
+  const std::string lines = folder.Write("none.cmd", "; nothing\n");
+  EXPECT_EQ(
+      RunConsole({"run", lines, "--png", folder.Path("none.png"), "--pdf", folder.Path("none.pdf")})
+          .exit_code,
+      0);
+  ExpectPng(folder.Read("none.png"), 48);
+  EXPECT_THAT(folder.Read("none.pdf"), HasSubstr("/Type /Page "));
 }
 
 TEST(Picture, ABarcodeBehindAReceiptTakesThePlaceOfItsStandIn) {
   TestFolder folder;
-  const std::string png = folder.path("exchange.png");
-  ASSERT_EQ(run_console({"run", source_file("examples/exchange.cmd"), "--png", png}).exit_code, 0);
+  const std::string png = folder.Path("exchange.png");
+  ASSERT_EQ(RunConsole({"run", SourceFile("examples/exchange.cmd"), "--png", png}).exit_code, 0);
   // 26 rows of text and the cut, the barcode and the margins.
-  expect_png(folder.read("exchange.png"), 26 * 28 + 96 + 48);
+  ExpectPng(folder.Read("exchange.png"), 26 * 28 + 96 + 48);
 }
 
 TEST(Picture, EveryBarcodeOfTheLanguageIsDrawn) {
@@ -224,46 +224,46 @@ TEST(Picture, EveryBarcodeOfTheLanguageIsDrawn) {
   for (const auto& row : rows) {
     TestFolder folder;
     const std::string lines =
-        folder.write("code.cmd", std::string("NOFIS INIZIO\nNOFIS BARCODE=") + row.word +
+        folder.Write("code.cmd", std::string("NOFIS INIZIO\nNOFIS BARCODE=") + row.word +
                                      ", NOTESTO, MSG='" + row.message + "'\nNOFIS FINE\n");
     const ProgramRun run =
-        run_console({"run", lines, "--clock", kClock, "--png", folder.path("code.png")});
+        RunConsole({"run", lines, "--clock", kClock, "--png", folder.Path("code.png")});
     EXPECT_EQ(run.exit_code, 0) << row.word << ": " << run.errors;
     const auto text_rows = std::count(run.output.begin(), run.output.end(), '\n');
     const uint32_t as_text = static_cast<uint32_t>(text_rows) * 28 + 48;
     // The bars and the light space around them are higher than the row of the stand-in.
-    EXPECT_GT(big_endian(folder.read("code.png"), 20), as_text) << row.word;
+    EXPECT_GT(BigEndian(folder.Read("code.png"), 20), as_text) << row.word;
   }
 }
 
 #ifdef LORIMAT_ZBARIMG
 TEST(Picture, ItsBarcodeCanBeRead) {
   TestFolder folder;
-  const std::string png = folder.path("note.png");
-  ASSERT_EQ(run_console({"run", note(), "--png", png}).exit_code, 0);
-  const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", "--raw", png});
+  const std::string png = folder.Path("note.png");
+  ASSERT_EQ(RunConsole({"run", Note(), "--png", png}).exit_code, 0);
+  const ProgramRun reader = RunProgram(LORIMAT_ZBARIMG, {"-q", "--raw", png});
   EXPECT_EQ(reader.output, "8001234567897\n");
 }
 
 TEST(Picture, TheBarcodeOfAReceiptCanBeRead) {
   TestFolder folder;
-  const std::string png = folder.path("exchange.png");
-  ASSERT_EQ(run_console({"run", source_file("examples/exchange.cmd"), "--png", png}).exit_code, 0);
-  const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", "--raw", png});
+  const std::string png = folder.Path("exchange.png");
+  ASSERT_EQ(RunConsole({"run", SourceFile("examples/exchange.cmd"), "--png", png}).exit_code, 0);
+  const ProgramRun reader = RunProgram(LORIMAT_ZBARIMG, {"-q", "--raw", png});
   EXPECT_EQ(reader.output, "CAMBIO 0001-0001\n");
 }
 
 // PDF417 and data matrix are none that this reader knows.
 TEST(Picture, ASheetOfAllBarcodesCanBeRead) {
   TestFolder folder;
-  const std::string png = folder.path("barcodes.png");
-  ASSERT_EQ(run_console({"run", source_file("examples/barcodes.cmd"), "--png", png}).exit_code, 0);
-  const ProgramRun reader = run_program(LORIMAT_ZBARIMG, {"-q", png});
+  const std::string png = folder.Path("barcodes.png");
+  ASSERT_EQ(RunConsole({"run", SourceFile("examples/barcodes.cmd"), "--png", png}).exit_code, 0);
+  const ProgramRun reader = RunProgram(LORIMAT_ZBARIMG, {"-q", png});
   // The check digit 7 of the EAN: 3 * (0 + 1 + 3 + 5 + 7 + 9) + 8 + 0 + 2 + 4 + 6 + 8 + 7 = 110.
   // The R of code 39: the values of LORIMAT-39 add up to 199, which is 27 modulo 43.
   // UPC codes are read as the EAN 13 that they also are.
   EXPECT_THAT(
-      lines_of(reader.output),
+      LinesOf(reader.output),
       testing::UnorderedElementsAre(
           "EAN-13:8001234567897", "EAN-8:96385074", "EAN-13:0036000291452", "EAN-13:0042100005264",
           "CODE-39:LORIMAT-39", "CODE-39:LORIMAT-39R", "I2/5:1234567890", "Codabar:A12345B",

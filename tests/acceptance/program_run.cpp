@@ -20,24 +20,24 @@
 
 namespace {
 
-void fail(const std::string& what) { throw std::runtime_error(what + ": " + strerror(errno)); }
+void Fail(const std::string& what) { throw std::runtime_error(what + ": " + strerror(errno)); }
 
 struct Pipe {
   int read_end = -1;
   int write_end = -1;
 };
 
-Pipe make_pipe() {
+Pipe MakePipe() {
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) fail("pipe");
+  if (pipe2(ends, O_CLOEXEC) != 0) Fail("pipe");
   return {ends[0], ends[1]};
 }
 
 // A terminal that hands text through unchanged.
-Pipe make_terminal() {
+Pipe MakeTerminal() {
   int master = -1;
   int terminal = -1;
-  if (openpty(&master, &terminal, nullptr, nullptr, nullptr) != 0) fail("openpty");
+  if (openpty(&master, &terminal, nullptr, nullptr, nullptr) != 0) Fail("openpty");
   termios mode;
   tcgetattr(terminal, &mode);
   cfmakeraw(&mode);
@@ -48,7 +48,7 @@ Pipe make_terminal() {
 }
 
 // Appends what is there; false at the end.
-bool read_some(int fd, std::string* text) {
+bool ReadSome(int fd, std::string* text) {
   std::array<char, 4096> buffer;
   const ssize_t got = read(fd, buffer.data(), buffer.size());
   if (got < 0 && errno == EINTR) return true;
@@ -59,7 +59,7 @@ bool read_some(int fd, std::string* text) {
 }
 
 // Until the program waits for its input (or has ended), so that a signal finds it there.
-void wait_until_asleep(pid_t child) {
+void WaitUntilAsleep(pid_t child) {
   for (;;) {
     std::ifstream file("/proc/" + std::to_string(child) + "/stat");
     std::string number, name, state;
@@ -68,7 +68,7 @@ void wait_until_asleep(pid_t child) {
   }
 }
 
-[[noreturn]] void become(const std::string& path, const std::vector<std::string>& arguments,
+[[noreturn]] void Become(const std::string& path, const std::vector<std::string>& arguments,
                          const ProgramSetting& setting, int input, int output, int errors) {
   if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) _exit(127);
   setenv("LORIMATRT_REGISTRY", "/nonexistent/registry.ini", 1);
@@ -101,26 +101,26 @@ void wait_until_asleep(pid_t child) {
 
 }  // namespace
 
-ProgramRun run_program(const std::string& program, const std::vector<std::string>& arguments,
-                       const ProgramSetting& setting) {
+ProgramRun RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const ProgramSetting& setting) {
   signal(SIGPIPE, SIG_IGN);
   const std::string path =
       program.front() == '/' ? program : std::string(LORIMAT_BIN_FOLDER) + "/" + program;
-  const Pipe input = make_pipe();
+  const Pipe input = MakePipe();
   fcntl(input.write_end, F_SETFL, O_NONBLOCK);
-  Pipe output = setting.output_to_terminal ? make_terminal() : make_pipe();
+  Pipe output = setting.output_to_terminal ? MakeTerminal() : MakePipe();
   if (!setting.output_file.empty()) {
     close(output.write_end);
     output.write_end = open(setting.output_file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-    if (output.write_end < 0) fail(setting.output_file);
+    if (output.write_end < 0) Fail(setting.output_file);
   }
-  const Pipe errors = setting.errors_to_terminal ? make_terminal() : make_pipe();
+  const Pipe errors = setting.errors_to_terminal ? MakeTerminal() : MakePipe();
 
   const pid_t child = fork();
-  if (child < 0) fail("fork");
+  if (child < 0) Fail("fork");
   if (child == 0) {
     signal(SIGPIPE, SIG_DFL);
-    become(path, arguments, setting, input.read_end, output.write_end, errors.write_end);
+    Become(path, arguments, setting, input.read_end, output.write_end, errors.write_end);
   }
   close(input.read_end);
   close(output.write_end);
@@ -137,7 +137,7 @@ ProgramRun run_program(const std::string& program, const std::vector<std::string
   };
   if (setting.input.empty()) end_input();
   while (fds[1].fd >= 0 || fds[2].fd >= 0) {
-    if (poll(fds, 3, -1) < 0 && errno != EINTR) fail("poll");
+    if (poll(fds, 3, -1) < 0 && errno != EINTR) Fail("poll");
     if (fds[0].fd >= 0 && fds[0].revents != 0) {
       const ssize_t put =
           write(fds[0].fd, setting.input.data() + written, setting.input.size() - written);
@@ -145,17 +145,17 @@ ProgramRun run_program(const std::string& program, const std::vector<std::string
       if (put < 0 && (errno == EAGAIN || errno == EINTR)) continue;
       if (put <= 0 || written == setting.input.size()) end_input();
     }
-    if (fds[1].fd >= 0 && fds[1].revents != 0 && !read_some(fds[1].fd, &run.output)) {
+    if (fds[1].fd >= 0 && fds[1].revents != 0 && !ReadSome(fds[1].fd, &run.output)) {
       close(fds[1].fd);
       fds[1].fd = -1;
     }
-    if (fds[2].fd >= 0 && fds[2].revents != 0 && !read_some(fds[2].fd, &run.errors)) {
+    if (fds[2].fd >= 0 && fds[2].revents != 0 && !ReadSome(fds[2].fd, &run.errors)) {
       close(fds[2].fd);
       fds[2].fd = -1;
     }
     if (!interrupted && run.errors.find(setting.interrupt_at) != std::string::npos) {
       interrupted = true;
-      wait_until_asleep(child);
+      WaitUntilAsleep(child);
       kill(child, setting.signal);
     }
   }
@@ -167,8 +167,8 @@ ProgramRun run_program(const std::string& program, const std::vector<std::string
   return run;
 }
 
-ProgramRun run_console(const std::vector<std::string>& arguments, const ProgramSetting& setting) {
-  return run_program("lorimat", arguments, setting);
+ProgramRun RunConsole(const std::vector<std::string>& arguments, const ProgramSetting& setting) {
+  return RunProgram("lorimat", arguments, setting);
 }
 
 TestFolder::TestFolder() {
@@ -182,15 +182,15 @@ TestFolder::~TestFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-std::string TestFolder::write(const std::string& name, const std::string& content) const {
-  std::ofstream file(path(name), std::ios::binary);
+std::string TestFolder::Write(const std::string& name, const std::string& content) const {
+  std::ofstream file(Path(name), std::ios::binary);
   file << content;
   file.close();
-  if (!file) throw std::runtime_error("cannot write " + path(name));
-  return path(name);
+  if (!file) throw std::runtime_error("cannot write " + Path(name));
+  return Path(name);
 }
 
-std::string TestFolder::read(const std::string& name) const { return read_file(path(name)); }
+std::string TestFolder::Read(const std::string& name) const { return ReadFile(Path(name)); }
 
 std::vector<std::string> TestFolder::names() const {
   std::vector<std::string> names;
@@ -200,16 +200,16 @@ std::vector<std::string> TestFolder::names() const {
   return names;
 }
 
-std::string source_file(const std::string& name) {
+std::string SourceFile(const std::string& name) {
   return std::string(LORIMAT_SOURCE_DIR) + "/" + name;
 }
 
-std::string read_file(const std::string& path) {
+std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::string expected_paper(const std::string& name) {
-  return read_file(source_file("tests/acceptance/expected/" + name));
+std::string ExpectedPaper(const std::string& name) {
+  return ReadFile(SourceFile("tests/acceptance/expected/" + name));
 }

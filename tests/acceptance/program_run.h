@@ -30,12 +30,12 @@ struct ProgramSetting {
 
 // Runs the console with these arguments. No registry of this computer is seen, nor what its user
 // chose for language and colours, unless the environment of the setting says so.
-ProgramRun run_console(const std::vector<std::string>& arguments,
-                       const ProgramSetting& setting = {});
+ProgramRun RunConsole(const std::vector<std::string>& arguments,
+                      const ProgramSetting& setting = {});
 
 // Runs another program: a path, or a name in the build's bin folder.
-ProgramRun run_program(const std::string& program, const std::vector<std::string>& arguments,
-                       const ProgramSetting& setting = {});
+ProgramRun RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const ProgramSetting& setting = {});
 
 // A folder for a test, removed with all its files. Its path has no capital letters.
 class TestFolder {
@@ -45,11 +45,11 @@ class TestFolder {
   TestFolder(const TestFolder&) = delete;
   TestFolder& operator=(const TestFolder&) = delete;
 
-  std::string path(const std::string& name) const { return path_ + "/" + name; }
+  std::string Path(const std::string& name) const { return path_ + "/" + name; }
   const std::string& path() const { return path_; }
   // Writes a file, every byte as given, and returns its path.
-  std::string write(const std::string& name, const std::string& content) const;
-  std::string read(const std::string& name) const;
+  std::string Write(const std::string& name, const std::string& content) const;
+  std::string Read(const std::string& name) const;
   std::vector<std::string> names() const;
 
  private:
@@ -57,7 +57,7 @@ class TestFolder {
 };
 
 // A file of the source tree.
-std::string source_file(const std::string& name);
-std::string read_file(const std::string& path);
+std::string SourceFile(const std::string& name);
+std::string ReadFile(const std::string& path);
 // A file of tests/acceptance/expected.
-std::string expected_paper(const std::string& name);
+std::string ExpectedPaper(const std::string& name);

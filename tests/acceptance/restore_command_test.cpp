@@ -26,8 +26,8 @@ class RestoreCommand : public BackupShop {};
 }  // namespace
 
 TEST_F(RestoreCommand, ATableThatIsAsItWasNeedsNothing) {
-  back_up();
-  const ProgramRun run = shop_.run({"restore", tables()});
+  BackUp();
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.output, shop_.file() + ": no row differs from the backup\n");
   EXPECT_THAT(run.errors, IsEmpty());
@@ -35,40 +35,40 @@ TEST_F(RestoreCommand, ATableThatIsAsItWasNeedsNothing) {
 
 TEST_F(RestoreCommand, AFolderThatIsNotThereIsToldBeforeAnythingElse) {
   // Neither a register nor a document that is open in it comes first.
-  const std::string none = shop_.folder().path("none");
+  const std::string none = shop_.folder().Path("none");
   const std::string told =
       "lorimat: " + none + ": there is no such folder; \"lorimat backup " + none + "\" makes one\n";
-  const ProgramRun without = run_console({"restore", none});
+  const ProgramRun without = RunConsole({"restore", none});
   EXPECT_EQ(without.exit_code, 2);
   EXPECT_EQ(without.errors, told);
-  ASSERT_EQ(shop_.sell("VEND REP=1\n").exit_code, 0);
-  EXPECT_EQ(shop_.run({"restore", none}).errors, told);
-  const std::string file = shop_.folder().write("file", "");
-  EXPECT_EQ(shop_.run({"restore", file}).errors,
+  ASSERT_EQ(shop_.Sell("VEND REP=1\n").exit_code, 0);
+  EXPECT_EQ(shop_.Run({"restore", none}).errors, told);
+  const std::string file = shop_.folder().Write("file", "");
+  EXPECT_EQ(shop_.Run({"restore", file}).errors,
             "lorimat: " + file + ": is no folder of a backup: Not a directory\n");
 }
 
 TEST_F(RestoreCommand, PasswordsOfOperatorsAreNotShown) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPOPER OPE=3, DES='ANNA', PASS='98765'\nENDPROG\n").exit_code, 0);
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPOPER OPE=3, DES='ANNA', PASS='98765'\nENDPROG\n").exit_code, 0);
   const std::vector<std::vector<std::string>> forms = {
       {"restore", tables(), "--dry-run"}, {"restore", tables(), "--dry-run", "--json"}};
   for (const std::vector<std::string>& form : forms) {
-    const std::string output = shop_.run(form).output;
+    const std::string output = shop_.Run(form).output;
     EXPECT_THAT(output, AllOf(HasSubstr("PASS='****'"), HasSubstr("PASS='*****'")));
     EXPECT_THAT(output, AllOf(Not(HasSubstr("PASS='1234'")), Not(HasSubstr("98765"))));
   }
-  const ProgramRun failing = run_console({"run", "-"}, {.input = "POPRE OPE=3, PASS='98765'\n"});
+  const ProgramRun failing = RunConsole({"run", "-"}, {.input = "POPRE OPE=3, PASS='98765'\n"});
   EXPECT_THAT(failing.errors, HasSubstr("POPRE OPE=3, PASS='*****'\n"));
   // What is restored is the password.
-  EXPECT_EQ(shop_.run({"restore", tables()}).exit_code, 0);
-  EXPECT_THAT(shop_.run({"restore", tables()}).output, HasSubstr("no row differs"));
+  EXPECT_EQ(shop_.Run({"restore", tables()}).exit_code, 0);
+  EXPECT_THAT(shop_.Run({"restore", tables()}).output, HasSubstr("no row differs"));
 }
 
 TEST_F(RestoreCommand, ADryRunShowsTheDifferencesAndChangesNothing) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
-  const ProgramRun run = shop_.run({"restore", tables(), "--dry-run"});
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  const ProgramRun run = shop_.Run({"restore", tables(), "--dry-run"});
   EXPECT_EQ(run.exit_code, 0);
   // The groups' dump: a line around them, then group 1, then group 2.
   EXPECT_EQ(run.output,
@@ -76,9 +76,9 @@ TEST_F(RestoreCommand, ADryRunShowsTheDifferencesAndChangesNothing) {
             "  - PGRU GRU=2, DES='FRUTTA'\n"
             "  + PGRU GRU=2, DES='L''ORTO'\n" +
                 shop_.file() + ": 1 row would be restored\n");
-  EXPECT_EQ(shop_.run({"restore", tables(), "--dry-run"}).output, run.output);
+  EXPECT_EQ(shop_.Run({"restore", tables(), "--dry-run"}).output, run.output);
   const nlohmann::json json =
-      nlohmann::json::parse(shop_.run({"restore", tables(), "--dry-run", "--json"}).output);
+      nlohmann::json::parse(shop_.Run({"restore", tables(), "--dry-run", "--json"}).output);
   EXPECT_EQ(json["differences"],
             nlohmann::json::array({{{"table", "groups"},
                                     {"file", "groups.txt"},
@@ -90,78 +90,78 @@ TEST_F(RestoreCommand, ADryRunShowsTheDifferencesAndChangesNothing) {
 }
 
 TEST_F(RestoreCommand, RestoresWhatWasChanged) {
-  back_up();
+  BackUp();
   ASSERT_EQ(shop_
-                .sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nPREP REP=1, PRE=1.00\nENDPROG\n"
+                .Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nPREP REP=1, PRE=1.00\nENDPROG\n"
                       "VEND REP=1\nCHIU\n")
                 .exit_code,
             0);
-  const ProgramRun run = shop_.run({"restore", tables()});
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.output, AllOf(HasSubstr("groups.txt:3: different\n"),
                                 HasSubstr("departments.txt:2: different\n"),
                                 EndsWith(shop_.file() + ": 2 rows restored\n")));
-  EXPECT_THAT(shop_.sell("VEND REP=1\nCHIU\n").output,
+  EXPECT_THAT(shop_.Sell("VEND REP=1\nCHIU\n").output,
               HasSubstr("L'ORO \"FINO\"               10%       12,50\n"));
-  EXPECT_EQ(shop_.run({"restore", tables()}).output,
+  EXPECT_EQ(shop_.Run({"restore", tables()}).output,
             shop_.file() + ": no row differs from the backup\n");
 }
 
 TEST_F(RestoreCommand, RestoresAllTablesIntoAnotherRegister) {
-  back_up();
+  BackUp();
   const Shop other;
-  make(other);
-  const ProgramRun run = other.run({"restore", tables()});
+  Make(other);
+  const ProgramRun run = other.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 0) << run.output << run.errors;
   // One row of each table, two articles and the key.
   EXPECT_THAT(run.output, EndsWith(other.file() + ": 10 rows restored\n"));
   EXPECT_THAT(run.output, HasSubstr("articles.txt:1: not in the register\n"
                                     "  + '8001','LATTE',4,1.50\n"));
-  const std::string again = other.folder().path("tables");
-  ASSERT_EQ(other.run({"backup", again}).exit_code, 0);
+  const std::string again = other.folder().Path("tables");
+  ASSERT_EQ(other.Run({"backup", again}).exit_code, 0);
   for (const auto& entry : fs::directory_iterator(tables())) {
     const std::string name = entry.path().filename();
     if (name == "manifest.json") continue;
-    EXPECT_EQ(other.folder().read("tables/" + name), in_tables(name)) << name;
+    EXPECT_EQ(other.folder().Read("tables/" + name), InTables(name)) << name;
   }
   // The key is where it was, and the register sells.
-  const ProgramRun sale = other.sell("VEND ART='8001'\nCHIU\n");
+  const ProgramRun sale = other.Sell("VEND ART='8001'\nCHIU\n");
   EXPECT_EQ(sale.exit_code, 0);
   EXPECT_THAT(sale.output, HasSubstr("             BAR 'SPORT'\n"));
   EXPECT_THAT(sale.output, HasSubstr("LATTE                       4%        1,50\n"));
 }
 
 TEST_F(RestoreCommand, ArticlesThatTheBackupDoesNotHaveAreTakenAway) {
-  back_up();
-  const std::string rows = shop_.folder().write("rows", "'8003','VINO',1,9.00\r\n");
-  ASSERT_EQ(shop_.sell("EMLINK CMD='UA', FILE='" + rows + "'\n").exit_code, 0);
-  const ProgramRun run = shop_.run({"restore", tables()});
+  BackUp();
+  const std::string rows = shop_.folder().Write("rows", "'8003','VINO',1,9.00\r\n");
+  ASSERT_EQ(shop_.Sell("EMLINK CMD='UA', FILE='" + rows + "'\n").exit_code, 0);
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_EQ(run.output,
             "articles.txt: not in the backup; is taken away\n  - '8003','VINO',1,9.00\n" +
                 shop_.file() + ": 1 row restored\n");
-  EXPECT_NE(shop_.sell("VEND ART='8003'\nRESPRN\n").exit_code, 0);
-  EXPECT_EQ(shop_.sell("VEND ART='8001'\nCHIU\n").exit_code, 0);
+  EXPECT_NE(shop_.Sell("VEND ART='8003'\nRESPRN\n").exit_code, 0);
+  EXPECT_EQ(shop_.Sell("VEND ART='8001'\nCHIU\n").exit_code, 0);
 }
 
 TEST_F(RestoreCommand, TheKeyGoesBackToItsPosition) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nCHIAVE POS=3\n").exit_code, 0);
-  ASSERT_EQ(shop_.run({"restore", tables()}).exit_code, 0);
-  EXPECT_EQ(nlohmann::json::parse(shop_.run({"status", "--json"}).output)["key_position"], 3);
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nCHIAVE POS=3\n").exit_code, 0);
+  ASSERT_EQ(shop_.Run({"restore", tables()}).exit_code, 0);
+  EXPECT_EQ(nlohmann::json::parse(shop_.Run({"status", "--json"}).output)["key_position"], 3);
 }
 
 TEST_F(RestoreCommand, WhatCannotBeRestoredIsNamedWithLineAndCause) {
   // Header line 5 is empty in the backup, and an empty text clears nothing.
-  back_up();
-  ASSERT_EQ(shop_.sell("PINT RIGA5='AUGURI'\nPGRU GRU=2, DES='FRUTTA'\n").exit_code, 0);
-  const ProgramRun run = shop_.run({"restore", tables()});
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PINT RIGA5='AUGURI'\nPGRU GRU=2, DES='FRUTTA'\n").exit_code, 0);
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output,
               EndsWith("header.txt:2: not restored: an empty text does not clear the one of the "
                        "register\n" +
                        shop_.file() + ": 1 row restored, 1 not restored\n"));
-  const ProgramRun json = shop_.run({"restore", tables(), "--json"});
+  const ProgramRun json = shop_.Run({"restore", tables(), "--json"});
   EXPECT_EQ(json.exit_code, 1);
   const nlohmann::json answer = nlohmann::json::parse(json.output);
   ASSERT_EQ(answer["not_restored"].size(), 1u);
@@ -171,13 +171,13 @@ TEST_F(RestoreCommand, WhatCannotBeRestoredIsNamedWithLineAndCause) {
 }
 
 TEST_F(RestoreCommand, ARefusedLineIsNamedWithTheAnswerToIt) {
-  back_up();
-  std::string groups = in_tables("groups.txt");
+  BackUp();
+  std::string groups = InTables("groups.txt");
   const size_t at = groups.find("L''ORTO");
   ASSERT_NE(at, groups.npos);
   groups.replace(at, 7, std::string(33, 'x'));  // a group's text has 32 characters at most
-  forge("groups.txt", groups);
-  const ProgramRun run = shop_.run({"restore", tables()});
+  Forge("groups.txt", groups);
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 1);
   // 222, bad length, passed twice.
   EXPECT_THAT(run.output, HasSubstr("groups.txt:3: not restored: code 1246: ERROR 4/222 : "));
@@ -185,24 +185,24 @@ TEST_F(RestoreCommand, ARefusedLineIsNamedWithTheAnswerToIt) {
 }
 
 TEST_F(RestoreCommand, RefusedArticlesAreNamedAndTheOthersGoIn) {
-  back_up();
+  BackUp();
   // No register has a department 41.
-  forge("articles.txt",
+  Forge("articles.txt",
         "'8001','LATTE',4,1.50\r\n'8009','VINO',41,5.00\r\n'8010','OLIO',1,9.00\r\n");
-  const ProgramRun run = shop_.run({"restore", tables()});
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, HasSubstr("articles.txt: not in the backup; is taken away\n"
                                     "  - '8002','PANE',4,0.00\n"));
   // 217, bad VAT entry or department.
   EXPECT_THAT(run.output, HasSubstr("articles.txt:2: not restored: code 1241: ERROR 4/217 : "));
   EXPECT_THAT(run.output, EndsWith(": 2 rows restored, 1 not restored\n"));
-  EXPECT_EQ(shop_.sell("VEND ART='8010'\nVEND ART='8001'\nCHIU\n").exit_code, 0);
+  EXPECT_EQ(shop_.Sell("VEND ART='8010'\nVEND ART='8001'\nCHIU\n").exit_code, 0);
 }
 
 TEST_F(RestoreCommand, DumpsThatAreNoneAreRefusedWithTheirLine) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
-  const std::string groups = in_tables("groups.txt");
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  const std::string groups = InTables("groups.txt");
   const struct {
     std::string content;
     const char* message;
@@ -219,43 +219,43 @@ TEST_F(RestoreCommand, DumpsThatAreNoneAreRefusedWithTheirLine) {
        "groups.txt:2: this is no row of the table"},
   };
   for (const auto& one : cases) {
-    forge("groups.txt", one.content);
-    const ProgramRun run = shop_.run({"restore", tables()});
+    Forge("groups.txt", one.content);
+    const ProgramRun run = shop_.Run({"restore", tables()});
     EXPECT_EQ(run.exit_code, 2) << one.message;
     EXPECT_THAT(run.output, IsEmpty()) << one.message;
     EXPECT_THAT(run.errors, HasSubstr(one.message));
   }
-  forge("groups.txt", groups);
-  EXPECT_THAT(shop_.run({"restore", tables(), "--dry-run"}).output,
+  Forge("groups.txt", groups);
+  EXPECT_THAT(shop_.Run({"restore", tables(), "--dry-run"}).output,
               HasSubstr("  - PGRU GRU=2, DES='FRUTTA'\n"));
 }
 
 TEST_F(RestoreCommand, VatRatesWantAClosedDayAndNothingChangesWithoutOne) {
-  back_up();
+  BackUp();
   ASSERT_EQ(shop_
-                .sell("PROG\nPIVA IVA=1, ALIQ=20\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n"
+                .Sell("PROG\nPIVA IVA=1, ALIQ=20\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n"
                       "VEND REP=2, PRE=1.00\nCHIU\n")
                 .exit_code,
             0);
-  const ProgramRun open = shop_.run({"restore", tables()});
+  const ProgramRun open = shop_.Run({"restore", tables()});
   EXPECT_EQ(open.exit_code, 2);
   EXPECT_THAT(open.output, IsEmpty());
   EXPECT_THAT(open.errors, HasSubstr("a day is open, and the VAT rates differ"));
-  const ProgramRun dry = shop_.run({"restore", tables(), "--dry-run"});
+  const ProgramRun dry = shop_.Run({"restore", tables(), "--dry-run"});
   EXPECT_EQ(dry.exit_code, 0);
   EXPECT_THAT(dry.output, HasSubstr("2 rows would be restored\n"));
 
-  ASSERT_EQ(shop_.sell("AZZGIO\n").exit_code, 0);
-  const ProgramRun closed = shop_.run({"restore", tables()});
+  ASSERT_EQ(shop_.Sell("AZZGIO\n").exit_code, 0);
+  const ProgramRun closed = shop_.Run({"restore", tables()});
   EXPECT_EQ(closed.exit_code, 0);
   EXPECT_THAT(closed.output, EndsWith(": 2 rows restored\n"));
 }
 
 TEST_F(RestoreCommand, ADamagedBackupIsRefusedBeforeAnythingChanges) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
-  const std::string manifest = in_tables("manifest.json");
-  const std::string groups = in_tables("groups.txt");
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  const std::string manifest = InTables("manifest.json");
+  const std::string groups = InTables("groups.txt");
   const auto replaced = [](std::string text, const std::string& from, const std::string& to) {
     const size_t at = text.find(from);
     EXPECT_NE(at, text.npos) << from;
@@ -288,54 +288,54 @@ TEST_F(RestoreCommand, ADamagedBackupIsRefusedBeforeAnythingChanges) {
        "manifest.json: it names files that are none of a backup"},
   };
   for (const auto& one : cases) {
-    shop_.folder().write(std::string("tables/") + one.file, one.content);
-    const ProgramRun run = shop_.run({"restore", tables()});
+    shop_.folder().Write(std::string("tables/") + one.file, one.content);
+    const ProgramRun run = shop_.Run({"restore", tables()});
     EXPECT_EQ(run.exit_code, 2) << one.message;
     EXPECT_THAT(run.output, IsEmpty()) << one.message;
     EXPECT_THAT(run.errors, StartsWith("lorimat: " + tables() + "/")) << one.message;
     EXPECT_THAT(run.errors, HasSubstr(one.message));
-    shop_.folder().write("tables/manifest.json", manifest);
-    shop_.folder().write("tables/groups.txt", groups);
+    shop_.folder().Write("tables/manifest.json", manifest);
+    shop_.folder().Write("tables/groups.txt", groups);
   }
   fs::remove(tables() + "/groups.txt");
-  EXPECT_THAT(shop_.run({"restore", tables()}).errors,
+  EXPECT_THAT(shop_.Run({"restore", tables()}).errors,
               HasSubstr("tables/groups.txt: cannot be read: No such file"));
   fs::create_directory(tables() + "/groups.txt");
-  EXPECT_THAT(shop_.run({"restore", tables()}).errors,
+  EXPECT_THAT(shop_.Run({"restore", tables()}).errors,
               HasSubstr("tables/groups.txt: cannot be read: it is no file"));
-  std::filesystem::create_directory(shop_.folder().path("empty"));
-  EXPECT_THAT(shop_.run({"restore", shop_.folder().path("empty")}).errors,
+  std::filesystem::create_directory(shop_.folder().Path("empty"));
+  EXPECT_THAT(shop_.Run({"restore", shop_.folder().Path("empty")}).errors,
               HasSubstr("empty/manifest.json: cannot be read: No such file"));
   fs::remove(tables() + "/groups.txt");
-  shop_.folder().write("tables/groups.txt", groups);
-  EXPECT_THAT(shop_.run({"restore", tables(), "--dry-run"}).output,
+  shop_.folder().Write("tables/groups.txt", groups);
+  EXPECT_THAT(shop_.Run({"restore", tables(), "--dry-run"}).output,
               HasSubstr("  - PGRU GRU=2, DES='FRUTTA'\n"));
 }
 
 TEST_F(RestoreCommand, WordsThatTheLanguageDoesNotHaveAreRefusedBeforeAnythingChanges) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPIVA IVA=1, ALIQ=20\nENDPROG\n").exit_code, 0);
-  std::string words = read_file(source_file("language/merkelin.ini"));
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPIVA IVA=1, ALIQ=20\nENDPROG\n").exit_code, 0);
+  std::string words = ReadFile(SourceFile("language/merkelin.ini"));
   const size_t at = words.find("PGRU");
   ASSERT_NE(at, words.npos);
   words.replace(at, 4, "GRPP");
-  const std::string language = shop_.folder().write("words.ini", words);
-  const ProgramRun run = shop_.run({"restore", tables(), "--language", language});
+  const std::string language = shop_.folder().Write("words.ini", words);
+  const ProgramRun run = shop_.Run({"restore", tables(), "--language", language});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(tables() + "/groups.txt:2: no command is called 'PGRU'"));
-  EXPECT_THAT(shop_.run({"restore", tables(), "--dry-run"}).output,
+  EXPECT_THAT(shop_.Run({"restore", tables(), "--dry-run"}).output,
               StartsWith("vat.txt:2: different\n  - PIVA IVA=1, ALIQ=20.00\n"
                          "  + PIVA IVA=1, ALIQ=21.00\n"));
 }
 
 TEST_F(RestoreCommand, AnotherSerialNumberIsNotedAndNoObstacle) {
-  back_up();
-  std::string manifest = in_tables("manifest.json");
+  BackUp();
+  std::string manifest = InTables("manifest.json");
   const size_t at = manifest.find("99LRM0000001VR");
   manifest.replace(at, 14, "99LRM0000002VR");
-  shop_.folder().write("tables/manifest.json", manifest);
-  const ProgramRun run = shop_.run({"restore", tables()});
+  shop_.folder().Write("tables/manifest.json", manifest);
+  const ProgramRun run = shop_.Run({"restore", tables()});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.errors,
             "lorimat: note: the backup is of 99LRM0000002VR, and this is 99LRM0000001VR\n");
@@ -344,47 +344,47 @@ TEST_F(RestoreCommand, AnotherSerialNumberIsNotedAndNoObstacle) {
 TEST_F(RestoreCommand, WhatIsUnansweredIsToldToTheHostBehindBackupAndRestore) {
   const std::string told = "1,00, was stored last, and the register was switched off behind it";
   const Shop other;  // opens no drawer behind its payments
-  make(other);
-  const std::string folder = other.folder().path("tables");
-  ASSERT_EQ(other.run({"backup", folder}).exit_code, 0);
-  ASSERT_EQ(other.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  Make(other);
+  const std::string folder = other.folder().Path("tables");
+  ASSERT_EQ(other.Run({"backup", folder}).exit_code, 0);
+  ASSERT_EQ(other.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
   ASSERT_EQ(other.SellAndDie("VEND REP=2, PRE=1.00\nCHIU\n").exit_code, -1);
-  EXPECT_THAT(other.run({"backup", other.folder().path("again")}).errors, HasSubstr(told));
-  const ProgramRun restored = other.run({"restore", folder});
+  EXPECT_THAT(other.Run({"backup", other.folder().Path("again")}).errors, HasSubstr(told));
+  const ProgramRun restored = other.Run({"restore", folder});
   EXPECT_THAT(restored.errors, HasSubstr(told));
   EXPECT_THAT(restored.output, HasSubstr("FRUTTA"));
-  EXPECT_THAT(other.run({"shell"}).errors, HasSubstr(told));
-  EXPECT_THAT(other.run({"shell"}).errors, Not(HasSubstr(told)));
+  EXPECT_THAT(other.Run({"shell"}).errors, HasSubstr(told));
+  EXPECT_THAT(other.Run({"shell"}).errors, Not(HasSubstr(told)));
 }
 
 TEST_F(RestoreCommand, DifferencesAreColouredOnATerminalAlone) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
   const std::vector<std::string> arguments = {"restore", tables(), "--dry-run"};
-  const std::string plain = shop_.run(arguments).output;
+  const std::string plain = shop_.Run(arguments).output;
   EXPECT_THAT(plain, Not(HasSubstr("\x1B")));
-  EXPECT_THAT(shop_.run(arguments, {.output_to_terminal = true}).output, HasSubstr("\x1B["));
+  EXPECT_THAT(shop_.Run(arguments, {.output_to_terminal = true}).output, HasSubstr("\x1B["));
   EXPECT_EQ(
-      shop_.run(arguments, {.environment = {{"NO_COLOR", "1"}}, .output_to_terminal = true}).output,
+      shop_.Run(arguments, {.environment = {{"NO_COLOR", "1"}}, .output_to_terminal = true}).output,
       plain);
 }
 
 TEST_F(RestoreCommand, AReportThatCannotBeWrittenTakesNothingBack) {
-  back_up();
-  ASSERT_EQ(shop_.sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
+  BackUp();
+  ASSERT_EQ(shop_.Sell("PROG\nPGRU GRU=2, DES='FRUTTA'\nENDPROG\n").exit_code, 0);
   // In words the differences come first, and nothing is loaded behind them.
-  const ProgramRun words = shop_.run({"restore", tables()}, {.output_file = "/dev/full"});
+  const ProgramRun words = shop_.Run({"restore", tables()}, {.output_file = "/dev/full"});
   EXPECT_EQ(words.exit_code, 2);
   EXPECT_EQ(words.errors, "lorimat: cannot write to standard output: No space left on device\n");
-  EXPECT_THAT(shop_.run({"restore", tables(), "--dry-run"}).output,
+  EXPECT_THAT(shop_.Run({"restore", tables(), "--dry-run"}).output,
               HasSubstr("  - PGRU GRU=2, DES='FRUTTA'\n"));
 
-  const ProgramRun json = shop_.run({"restore", tables(), "--json"}, {.output_file = "/dev/full"});
+  const ProgramRun json = shop_.Run({"restore", tables(), "--json"}, {.output_file = "/dev/full"});
   EXPECT_EQ(json.exit_code, 1);
   EXPECT_EQ(json.errors, "lorimat: " + shop_.file() +
                              ": 1 row restored, 0 not restored, and the report is missing: cannot "
                              "write to standard output: No space left on device\n");
-  EXPECT_EQ(shop_.run({"restore", tables()}).output,
+  EXPECT_EQ(shop_.Run({"restore", tables()}).output,
             shop_.file() + ": no row differs from the backup\n");
 }
 
@@ -395,14 +395,14 @@ TEST_F(RestoreCommand, RowsThatCannotBeReadBackAreLoadedAllTheSame) {
   for (int i = 0; i < 1000; ++i) {
     rows += "'9" + std::to_string(10000 + i) + "','ARTICOLO CON UN NOME LUNGO',4,1.50\r\n";
   }
-  const std::string articles = shop_.folder().write("rows", rows);
-  ASSERT_EQ(shop_.sell("EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n").exit_code, 0);
-  back_up();
+  const std::string articles = shop_.folder().Write("rows", rows);
+  ASSERT_EQ(shop_.Sell("EMLINK CMD='UA', FILE='" + articles + "', AZZERA\n").exit_code, 0);
+  BackUp();
   const Shop other;
-  make(other);
+  Make(other);
   const TestFolder scratch;
-  const std::string errors = scratch.path("errors");
-  const std::string process = scratch.path("process");
+  const std::string errors = scratch.Path("errors");
+  const std::string process = scratch.Path("process");
   const std::string command = "echo $$ >'" + process + "'; LORIMATRT_REGISTRY=/nonexistent exec '" +
                               LORIMAT_BIN_FOLDER + "/lorimat' restore '" + tables() +
                               "' --register '" + other.file() + "' 2>'" + errors + "'";
@@ -410,16 +410,16 @@ TEST_F(RestoreCommand, RowsThatCannotBeReadBackAreLoadedAllTheSame) {
   ASSERT_NE(output, nullptr);
   EXPECT_NE(std::fgetc(output), EOF);
   const rlimit none = {0, 0};
-  EXPECT_EQ(prlimit(std::stoi(read_file(process)), RLIMIT_NOFILE, &none, nullptr), 0);
+  EXPECT_EQ(prlimit(std::stoi(ReadFile(process)), RLIMIT_NOFILE, &none, nullptr), 0);
   while (std::fgetc(output) != EOF) {
   }
   const int status = pclose(output);
   EXPECT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 1);
-  EXPECT_THAT(read_file(errors), AllOf(HasSubstr("lorimat: articles.txt: not restored: "),
-                                       HasSubstr("lorimat: " + other.file() +
-                                                 ": what was loaded could not be read back: no "
-                                                 "file in memory: Too many open files\n")));
-  EXPECT_THAT(other.sell("VEND REP=1\nCHIU\n").output,
+  EXPECT_THAT(ReadFile(errors), AllOf(HasSubstr("lorimat: articles.txt: not restored: "),
+                                      HasSubstr("lorimat: " + other.file() +
+                                                ": what was loaded could not be read back: no "
+                                                "file in memory: Too many open files\n")));
+  EXPECT_THAT(other.Sell("VEND REP=1\nCHIU\n").output,
               HasSubstr("L'ORO \"FINO\"               10%       12,50\n"));
 }

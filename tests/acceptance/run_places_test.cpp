@@ -27,29 +27,29 @@ constexpr const char* kReplace = " would replace it\n";
 const std::vector<std::string> kOutputs = {"--paper", "--png", "--pdf", "--trace"};
 
 // Runs the program by bash, with what the script puts around it.
-ProgramRun by_shell(const TestFolder& folder, const std::string& script) {
+ProgramRun ByShell(const TestFolder& folder, const std::string& script) {
   const std::string program = std::string(LORIMAT_BIN_FOLDER) + "/lorimat";
-  return run_program("/bin/bash", {"-c", script, "bash", program}, {.folder = folder.path()});
+  return RunProgram("/bin/bash", {"-c", script, "bash", program}, {.folder = folder.path()});
 }
 
 // A folder with lines, a definition file, a library and a register of one receipt.
 class Places : public testing::Test {
  protected:
   Places() {
-    folder_.write("lines.cmd", kReceipt);
-    folder_.write("words.ini", read_file(source_file("language/merkelin.ini")));
-    fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so", folder_.path("lib.so"));
-    EXPECT_EQ(run({}).exit_code, 0);
+    folder_.Write("lines.cmd", kReceipt);
+    folder_.Write("words.ini", ReadFile(SourceFile("language/merkelin.ini")));
+    fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so", folder_.Path("lib.so"));
+    EXPECT_EQ(Run({}).exit_code, 0);
   }
-  ProgramRun run(const std::vector<std::string>& more, const std::string& lines = "lines.cmd") {
+  ProgramRun Run(const std::vector<std::string>& more, const std::string& lines = "lines.cmd") {
     std::vector<std::string> arguments = {"run",       lines,        "--register", "shop.reg",
                                           "--clock",   Shop::kClock, "--language", "words.ini",
                                           "--library", "./lib.so"};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return run_console(arguments, {.folder = folder_.path()});
+    return RunConsole(arguments, {.folder = folder_.path()});
   }
   std::string documents() {
-    const ProgramRun status = run_console({"status", "--register", folder_.path("shop.reg")});
+    const ProgramRun status = RunConsole({"status", "--register", folder_.Path("shop.reg")});
     return status.output.substr(std::min(status.output.find("Documents"), status.output.size()));
   }
 
@@ -62,47 +62,47 @@ using OutputFailures = Places;
 }  // namespace
 
 TEST_F(OutputNames, NoneReplacesAFileThatTheRunNeeds) {
-  fs::create_hard_link(folder_.path("shop.reg"), folder_.path("other.reg"));
-  fs::create_symlink("lines.cmd", folder_.path("link.cmd"));
-  const std::string words = folder_.read("words.ini");
-  const std::string library = folder_.read("lib.so");
+  fs::create_hard_link(folder_.Path("shop.reg"), folder_.Path("other.reg"));
+  fs::create_symlink("lines.cmd", folder_.Path("link.cmd"));
+  const std::string words = folder_.Read("words.ini");
+  const std::string library = folder_.Read("lib.so");
   for (const std::string& option : kOutputs) {
     for (const std::string name :
          {"lines.cmd", "./lines.cmd", "link.cmd", "shop.reg", "other.reg", "words.ini", "lib.so"}) {
-      const ProgramRun refused = run({option, name});
+      const ProgramRun refused = Run({option, name});
       EXPECT_EQ(refused.exit_code, 2) << option << " " << name;
       EXPECT_THAT(refused.errors, StartsWith("lorimat: " + name + ": is the ")) << option;
       EXPECT_THAT(refused.errors, EndsWith(kReplace)) << option << " " << name;
       EXPECT_THAT(refused.output, IsEmpty()) << option << " " << name;
     }
   }
-  EXPECT_EQ(folder_.read("lines.cmd"), kReceipt);
-  EXPECT_TRUE(folder_.read("words.ini") == words);
-  EXPECT_TRUE(folder_.read("lib.so") == library);
+  EXPECT_EQ(folder_.Read("lines.cmd"), kReceipt);
+  EXPECT_TRUE(folder_.Read("words.ini") == words);
+  EXPECT_TRUE(folder_.Read("lib.so") == library);
   // A register of two names is not even read.
-  fs::remove(folder_.path("other.reg"));
+  fs::remove(folder_.Path("other.reg"));
   EXPECT_THAT(documents(), StartsWith("Documents       1\n"));
 }
 
 TEST_F(OutputNames, NoneIsAFileThatTheRegisterMakesBesideItsOwn) {
-  fs::create_directory(folder_.path("under"));
-  fs::create_symlink("shop.reg", folder_.path("link.reg"));
+  fs::create_directory(folder_.Path("under"));
+  fs::create_symlink("shop.reg", folder_.Path("link.reg"));
   for (const std::string& option : kOutputs) {
     for (const std::string end : {"-wal", "-shm", "-journal"}) {
       for (const std::string& name : {"shop.reg" + end, "under/../shop.reg" + end}) {
-        const ProgramRun refused = run({option, name});
+        const ProgramRun refused = Run({option, name});
         EXPECT_EQ(refused.exit_code, 2) << option << " " << name;
         EXPECT_THAT(refused.errors, EndsWith(kReplace)) << option << " " << name;
-        EXPECT_FALSE(fs::exists(folder_.path(name))) << option << " " << name;
+        EXPECT_FALSE(fs::exists(folder_.Path(name))) << option << " " << name;
       }
       // The register's own name may be a link: its log stands beside what the link means.
       const ProgramRun linked =
-          run_console({"run", "lines.cmd", "--register", "link.reg", option, "shop.reg" + end},
-                      {.folder = folder_.path()});
+          RunConsole({"run", "lines.cmd", "--register", "link.reg", option, "shop.reg" + end},
+                     {.folder = folder_.path()});
       EXPECT_EQ(linked.exit_code, 2) << option << end;
       EXPECT_THAT(linked.errors, EndsWith(kReplace)) << option << end;
     }
-    const ProgramRun link = run_console(
+    const ProgramRun link = RunConsole(
         {"paper", "--register", "shop.reg", "--paper", "shop.reg-wal"}, {.folder = folder_.path()});
     EXPECT_EQ(link.exit_code, 2);
     EXPECT_THAT(link.errors, EndsWith(kReplace));
@@ -111,31 +111,31 @@ TEST_F(OutputNames, NoneIsAFileThatTheRegisterMakesBesideItsOwn) {
 }
 
 TEST_F(OutputNames, ANameThatIsNotThereYetCountsToo) {
-  fs::create_directory(folder_.path("under"));
-  fs::create_symlink("new.reg", folder_.path("dangling"));
+  fs::create_directory(folder_.Path("under"));
+  fs::create_symlink("new.reg", folder_.Path("dangling"));
   for (const std::string& option : kOutputs) {
     for (const std::string name : {"new.reg", "under/../new.reg", "dangling", "new.reg-wal"}) {
-      const ProgramRun refused = run_console(
+      const ProgramRun refused = RunConsole(
           {"run", "lines.cmd", "--register", "new.reg", option, name}, {.folder = folder_.path()});
       EXPECT_EQ(refused.exit_code, 2) << option << " " << name;
       EXPECT_THAT(refused.errors, EndsWith(kReplace)) << option << " " << name;
-      EXPECT_FALSE(fs::exists(folder_.path("new.reg"))) << option << " " << name;
+      EXPECT_FALSE(fs::exists(folder_.Path("new.reg"))) << option << " " << name;
     }
   }
 }
 
 TEST_F(OutputNames, TwoDoNotGoToOnePlace) {
-  fs::create_symlink("out", folder_.path("link"));
+  fs::create_symlink("out", folder_.Path("link"));
   for (const std::string& one : kOutputs) {
     for (const std::string& other : kOutputs) {
       if (one == other) continue;
-      const ProgramRun refused = run({one, "out", other, "link"});
+      const ProgramRun refused = Run({one, "out", other, "link"});
       EXPECT_EQ(refused.exit_code, 2) << one << other;
       EXPECT_THAT(refused.errors, HasSubstr(" goes there already\n")) << one << other;
-      EXPECT_FALSE(fs::exists(folder_.path("out"))) << one << other;
+      EXPECT_FALSE(fs::exists(folder_.Path("out"))) << one << other;
     }
   }
-  const ProgramRun redirected = by_shell(folder_, "\"$1\" run lines.cmd --png out.png > out.png");
+  const ProgramRun redirected = ByShell(folder_, "\"$1\" run lines.cmd --png out.png > out.png");
   EXPECT_EQ(redirected.exit_code, 2);
   EXPECT_THAT(redirected.errors, HasSubstr(" goes there already\n"));
 }
@@ -143,20 +143,20 @@ TEST_F(OutputNames, TwoDoNotGoToOnePlace) {
 TEST_F(OutputNames, LinesThatComeByStandardInputCountToo) {
   for (const std::string& option : kOutputs) {
     const ProgramRun refused =
-        by_shell(folder_, "\"$1\" run - " + option + " lines.cmd < lines.cmd");
+        ByShell(folder_, "\"$1\" run - " + option + " lines.cmd < lines.cmd");
     EXPECT_EQ(refused.exit_code, 2) << option;
     EXPECT_THAT(refused.errors, HasSubstr("lines.cmd: is the file of lines; ")) << option;
-    EXPECT_EQ(folder_.read("lines.cmd"), kReceipt) << option;
+    EXPECT_EQ(folder_.Read("lines.cmd"), kReceipt) << option;
   }
 }
 
 TEST_F(OutputNames, DevicesAndTheStandardStreamsMayBeNamedTwice) {
-  EXPECT_EQ(run({"--paper", "/dev/null", "--trace", "/dev/null"}).exit_code, 0);
+  EXPECT_EQ(Run({"--paper", "/dev/null", "--trace", "/dev/null"}).exit_code, 0);
   const ProgramRun both =
-      by_shell(folder_, "\"$1\" run lines.cmd --trace - --clock '2024-03-15 10:30' > log 2>&1");
+      ByShell(folder_, "\"$1\" run lines.cmd --trace - --clock '2024-03-15 10:30' > log 2>&1");
   EXPECT_EQ(both.exit_code, 0);
-  EXPECT_THAT(folder_.read("log"), HasSubstr("TradEcr Cmd<CHIU>\n"));
-  EXPECT_THAT(folder_.read("log"), HasSubstr("DOCUMENTO N. 0001-0001\n"));
+  EXPECT_THAT(folder_.Read("log"), HasSubstr("TradEcr Cmd<CHIU>\n"));
+  EXPECT_THAT(folder_.Read("log"), HasSubstr("DOCUMENTO N. 0001-0001\n"));
 }
 
 // --- A place that fails.
@@ -164,25 +164,25 @@ TEST_F(OutputNames, DevicesAndTheStandardStreamsMayBeNamedTwice) {
 TEST_F(OutputFailures, TheOtherPlacesAreWritten) {
   for (const std::string output : {"> /dev/full", ">&-"}) {
     const ProgramRun ran =
-        by_shell(folder_, "\"$1\" run lines.cmd --png x.png --pdf x.pdf " + output);
+        ByShell(folder_, "\"$1\" run lines.cmd --png x.png --pdf x.pdf " + output);
     EXPECT_EQ(ran.exit_code, 2) << output;
     EXPECT_THAT(ran.errors, HasSubstr("lorimat: cannot write to standard output: ")) << output;
-    EXPECT_THAT(folder_.read("x.png"), StartsWith("\x89PNG")) << output;
-    EXPECT_THAT(folder_.read("x.pdf"), StartsWith("%PDF-")) << output;
-    fs::remove(folder_.path("x.png"));
-    fs::remove(folder_.path("x.pdf"));
+    EXPECT_THAT(folder_.Read("x.png"), StartsWith("\x89PNG")) << output;
+    EXPECT_THAT(folder_.Read("x.pdf"), StartsWith("%PDF-")) << output;
+    fs::remove(folder_.Path("x.png"));
+    fs::remove(folder_.Path("x.pdf"));
   }
   const ProgramRun paper =
-      run_console({"paper", "--register", folder_.path("shop.reg"), "--png", "/dev/full", "--pdf",
-                   folder_.path("k.pdf"), "--paper", folder_.path("k.txt")});
+      RunConsole({"paper", "--register", folder_.Path("shop.reg"), "--png", "/dev/full", "--pdf",
+                  folder_.Path("k.pdf"), "--paper", folder_.Path("k.txt")});
   EXPECT_EQ(paper.exit_code, 2);
   EXPECT_EQ(paper.errors, "lorimat: /dev/full: cannot write the paper: No space left on device\n");
-  EXPECT_THAT(folder_.read("k.pdf"), StartsWith("%PDF-"));
-  EXPECT_THAT(folder_.read("k.txt"), HasSubstr("DOCUMENTO N. 0001-0001\n"));
+  EXPECT_THAT(folder_.Read("k.pdf"), StartsWith("%PDF-"));
+  EXPECT_THAT(folder_.Read("k.txt"), HasSubstr("DOCUMENTO N. 0001-0001\n"));
 }
 
 TEST_F(OutputFailures, EachIsNamed) {
-  const ProgramRun ran = run({"--png", "/dev/full", "--pdf", "/dev/full", "--paper", "/dev/full"});
+  const ProgramRun ran = Run({"--png", "/dev/full", "--pdf", "/dev/full", "--paper", "/dev/full"});
   EXPECT_EQ(ran.exit_code, 2);
   const std::string failure =
       "lorimat: /dev/full: cannot write the paper: No space left on device\n";
@@ -192,26 +192,26 @@ TEST_F(OutputFailures, EachIsNamed) {
 TEST_F(OutputFailures, APngThatIsTooLongLeavesThePdfAndNoEmptyFile) {
   std::string many;
   for (int i = 0; i < 1800; ++i) many += "VEND REP=1, PRE=1.00\n" + std::string(kReceipt);
-  folder_.write("many.cmd", many);
+  folder_.Write("many.cmd", many);
   const ProgramRun ran =
-      run_console({"run", "many.cmd", "--paper", "x.txt", "--png", "x.png", "--pdf", "x.pdf"},
-                  {.folder = folder_.path()});
+      RunConsole({"run", "many.cmd", "--paper", "x.txt", "--png", "x.png", "--pdf", "x.pdf"},
+                 {.folder = folder_.path()});
   EXPECT_EQ(ran.exit_code, 2);
   EXPECT_THAT(ran.errors, HasSubstr("x.png: the paper is "));
   EXPECT_THAT(folder_.names(), Not(Contains("x.png")));
-  EXPECT_THAT(folder_.read("x.pdf"), StartsWith("%PDF-"));
-  EXPECT_THAT(folder_.read("x.txt"), HasSubstr("0001-1800"));
+  EXPECT_THAT(folder_.Read("x.pdf"), StartsWith("%PDF-"));
+  EXPECT_THAT(folder_.Read("x.txt"), HasSubstr("0001-1800"));
   // One that was there before is left as it was.
-  folder_.write("x.png", "an older picture");
-  EXPECT_EQ(run_console({"run", "many.cmd", "--paper", "x.txt", "--png", "x.png"},
-                        {.folder = folder_.path()})
+  folder_.Write("x.png", "an older picture");
+  EXPECT_EQ(RunConsole({"run", "many.cmd", "--paper", "x.txt", "--png", "x.png"},
+                       {.folder = folder_.path()})
                 .exit_code,
             2);
-  EXPECT_TRUE(folder_.read("x.png") == "an older picture");
+  EXPECT_TRUE(folder_.Read("x.png") == "an older picture");
 }
 
 TEST_F(OutputFailures, ARunThatDoesNotStartLeavesNoEmptyFile) {
-  const ProgramRun ran = run({"--paper", "x.txt", "--pdf", "none/x.pdf"});
+  const ProgramRun ran = Run({"--paper", "x.txt", "--pdf", "none/x.pdf"});
   EXPECT_EQ(ran.exit_code, 2);
   EXPECT_THAT(folder_.names(), Not(Contains("x.txt")));
 }
@@ -220,67 +220,67 @@ TEST_F(OutputFailures, WithARegisterTheRunSaysThatTheLinesAreDone) {
   const std::string note =
       "lorimat: note: shop.reg has what the lines did, and they are not to be run again; \"lorimat "
       "paper --register shop.reg\" writes the paper\n";
-  const ProgramRun png = run({"--png", "/dev/full"});
+  const ProgramRun png = Run({"--png", "/dev/full"});
   EXPECT_EQ(png.exit_code, 2);
   EXPECT_THAT(png.errors, HasSubstr(note));
-  const ProgramRun full = by_shell(folder_, "\"$1\" run lines.cmd --register shop.reg > /dev/full");
+  const ProgramRun full = ByShell(folder_, "\"$1\" run lines.cmd --register shop.reg > /dev/full");
   EXPECT_EQ(full.exit_code, 2);
   EXPECT_THAT(full.errors, HasSubstr(note));
   EXPECT_THAT(documents(), StartsWith("Documents       3\n"));
-  const ProgramRun memory = by_shell(folder_, "\"$1\" run lines.cmd > /dev/full");
+  const ProgramRun memory = ByShell(folder_, "\"$1\" run lines.cmd > /dev/full");
   EXPECT_EQ(memory.errors, "lorimat: cannot write to standard output: No space left on device\n");
 }
 
 TEST_F(OutputFailures, AReaderThatHasGoneTakesNothingElseWithIt) {
-  folder_.write("open.cmd", "VEND REP=1, PRE=1.00\n");
+  folder_.Write("open.cmd", "VEND REP=1, PRE=1.00\n");
   // A pipe that is open both ways has a reader, so that it can be opened for writing.
   const std::string unread = "mkfifo pipe; exec 8<>pipe; exec 9>pipe; exec 8<&-; rm pipe\n";
   const ProgramRun ran =
-      by_shell(folder_, unread +
-                            "env --default-signal=PIPE \"$1\" run open.cmd --register shop.reg "
-                            "--png x.png --pdf x.pdf >&9");
+      ByShell(folder_, unread +
+                           "env --default-signal=PIPE \"$1\" run open.cmd --register shop.reg "
+                           "--png x.png --pdf x.pdf >&9");
   EXPECT_EQ(ran.exit_code, 141);
   EXPECT_THAT(ran.errors, HasSubstr("lorimat: note: shop.reg keeps a receipt of "));
   EXPECT_THAT(ran.errors, HasSubstr("shop.reg has what the lines did"));
-  EXPECT_THAT(folder_.read("x.png"), StartsWith("\x89PNG"));
-  EXPECT_THAT(folder_.read("x.pdf"), StartsWith("%PDF-"));
+  EXPECT_THAT(folder_.Read("x.png"), StartsWith("\x89PNG"));
+  EXPECT_THAT(folder_.Read("x.pdf"), StartsWith("%PDF-"));
 
   const ProgramRun paper =
-      by_shell(folder_, unread +
-                            "env --default-signal=PIPE \"$1\" paper --register shop.reg "
-                            "--paper - --png y.png --pdf y.pdf >&9");
+      ByShell(folder_, unread +
+                           "env --default-signal=PIPE \"$1\" paper --register shop.reg "
+                           "--paper - --png y.png --pdf y.pdf >&9");
   EXPECT_EQ(paper.exit_code, 141);
   EXPECT_THAT(paper.errors, IsEmpty());
-  EXPECT_THAT(folder_.read("y.png"), StartsWith("\x89PNG"));
-  EXPECT_THAT(folder_.read("y.pdf"), StartsWith("%PDF-"));
+  EXPECT_THAT(folder_.Read("y.png"), StartsWith("\x89PNG"));
+  EXPECT_THAT(folder_.Read("y.pdf"), StartsWith("%PDF-"));
 
   const ProgramRun shell =
-      by_shell(folder_, unread +
-                            "env --default-signal=PIPE \"$1\" shell --register new.reg "
-                            ">&9 < open.cmd");
+      ByShell(folder_, unread +
+                           "env --default-signal=PIPE \"$1\" shell --register new.reg "
+                           ">&9 < open.cmd");
   EXPECT_EQ(shell.exit_code, 2);
   EXPECT_THAT(shell.errors, HasSubstr("lorimat: cannot write to standard output: Broken pipe\n"));
   EXPECT_THAT(shell.errors, HasSubstr("lorimat: note: new.reg keeps a receipt of "));
 }
 
 TEST_F(OutputFailures, AReaderOfErrorsThatHasGoneDoesNotEndTheRun) {
-  folder_.write("wrong.cmd", std::string("WRONG\n") + kReceipt);
+  folder_.Write("wrong.cmd", std::string("WRONG\n") + kReceipt);
   const ProgramRun ran =
-      by_shell(folder_,
-               "mkfifo pipe; exec 8<>pipe; exec 9>pipe; exec 8<&-; rm pipe\n"
-               "env --default-signal=PIPE \"$1\" run wrong.cmd --register shop.reg 2>&9");
+      ByShell(folder_,
+              "mkfifo pipe; exec 8<>pipe; exec 9>pipe; exec 8<&-; rm pipe\n"
+              "env --default-signal=PIPE \"$1\" run wrong.cmd --register shop.reg 2>&9");
   EXPECT_EQ(ran.exit_code, 1);
   EXPECT_THAT(ran.output, HasSubstr("DOCUMENTO N. 0001-0002\n"));
 }
 
 TEST_F(OutputFailures, ATraceThatIsLostIsTold) {
-  const ProgramRun ran = run({"--trace", "/dev/full"});
+  const ProgramRun ran = Run({"--trace", "/dev/full"});
   EXPECT_EQ(ran.exit_code, 2);
   EXPECT_THAT(ran.errors, HasSubstr("lorimat: /dev/full: cannot write the trace: No space left on "
                                     "device\n"));
   EXPECT_THAT(ran.output, HasSubstr("DOCUMENTO N. 0001-0002\n"));
   EXPECT_THAT(ran.errors, HasSubstr("shop.reg has what the lines did"));
-  EXPECT_EQ(run({"--trace", "trace.txt"}).exit_code, 0);
+  EXPECT_EQ(Run({"--trace", "trace.txt"}).exit_code, 0);
 }
 
 // --- The largest file that a program may write.
@@ -288,19 +288,19 @@ TEST_F(OutputFailures, ATraceThatIsLostIsTold) {
 TEST_F(OutputFailures, ALimitOfFileSizesIsAnErrorLikeAFullDisk) {
   std::string many;
   for (int i = 0; i < 200; ++i) many += kReceipt;
-  folder_.write("many.cmd", many);
-  const ProgramRun paper = by_shell(
+  folder_.Write("many.cmd", many);
+  const ProgramRun paper = ByShell(
       folder_, "ulimit -f 4; exec \"$1\" run many.cmd --paper x.txt --clock '2024-03-15 10:30'");
   EXPECT_EQ(paper.exit_code, 2);
   EXPECT_EQ(paper.errors, "lorimat: x.txt: cannot write the paper: File too large\n");
-  const std::string size = std::to_string(fs::file_size(folder_.path("shop.reg")) / 1024);
+  const std::string size = std::to_string(fs::file_size(folder_.Path("shop.reg")) / 1024);
   const ProgramRun kept =
-      by_shell(folder_, "ulimit -f " + size + "; exec \"$1\" run many.cmd --register shop.reg");
+      ByShell(folder_, "ulimit -f " + size + "; exec \"$1\" run many.cmd --register shop.reg");
   EXPECT_EQ(kept.exit_code, 2);
   EXPECT_THAT(kept.errors, HasSubstr("lorimat: the register could not be kept: shop.reg: "));
   for (const std::string command :
        {"backup tables", "fault paper-end", "shell", "paper --paper p.txt", "paper"}) {
-    const ProgramRun ran = by_shell(
+    const ProgramRun ran = ByShell(
         folder_, "ulimit -f 0; exec \"$1\" " + command + " --register shop.reg > out < lines.cmd");
     EXPECT_EQ(ran.exit_code, 2) << command;
     EXPECT_THAT(ran.errors, HasSubstr("lorimat: ")) << command;

@@ -25,15 +25,15 @@ constexpr const char* kKeeps =
 
 // Runs a script with the program as $1 and the pipes "lines" (7) and "errors" (8), in the shop's
 // folder, and then waits for the process $pid, which has its errors go to the second.
-ProgramRun scripted(const Shop& shop, const std::string& script) {
-  return run_program("/bin/bash",
-                     {"-c",
-                      "mkfifo lines errors; exec 7<>lines 8<>errors\n"
-                      "wait_for() { while read -r -t 60 line <&8; do echo \"$line\" >&2\n"
-                      "case $line in *$1*) return;; esac; done; }\n" +
-                          script + "\nwait $pid; code=$?; echo END >&8; wait_for END; exit $code",
-                      "bash", std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
-                     {.folder = shop.folder().path()});
+ProgramRun Scripted(const Shop& shop, const std::string& script) {
+  return RunProgram("/bin/bash",
+                    {"-c",
+                     "mkfifo lines errors; exec 7<>lines 8<>errors\n"
+                     "wait_for() { while read -r -t 60 line <&8; do echo \"$line\" >&2\n"
+                     "case $line in *$1*) return;; esac; done; }\n" +
+                         script + "\nwait $pid; code=$?; echo END >&8; wait_for END; exit $code",
+                     "bash", std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                    {.folder = shop.folder().path()});
 }
 
 }  // namespace
@@ -42,17 +42,17 @@ TEST(RunSignal, EndsTheRunBehindItsLineWithThePaper) {
   for (const Ending& ending : kEndings) {
     const Shop shop;
     const ProgramRun run =
-        run_console({"run", "-", "--register", shop.file(), "--clock", Shop::kClock, "-v", "--pdf",
-                     shop.folder().path("x.pdf")},
-                    {.input = "VEND REP=1, PRE=1.50\nVEND REP=2, PRE=2.00\nVEND REP=1, PR",
-                     .interrupt_at = "standard input:2: answer",
-                     .signal = ending.signal});
+        RunConsole({"run", "-", "--register", shop.file(), "--clock", Shop::kClock, "-v", "--pdf",
+                    shop.folder().Path("x.pdf")},
+                   {.input = "VEND REP=1, PRE=1.50\nVEND REP=2, PRE=2.00\nVEND REP=1, PR",
+                    .interrupt_at = "standard input:2: answer",
+                    .signal = ending.signal});
     EXPECT_EQ(run.exit_code, 128 + ending.signal);
     EXPECT_THAT(run.errors,
                 HasSubstr(std::string("stopped by ") + ending.name + " behind line 2\n"));
     EXPECT_THAT(run.errors, HasSubstr(kKeeps));
     EXPECT_THAT(run.output, HasSubstr("REPARTO 2                  10%        2,00\n"));
-    EXPECT_THAT(shop.folder().read("x.pdf"), testing::StartsWith("%PDF-"));
+    EXPECT_THAT(shop.folder().Read("x.pdf"), testing::StartsWith("%PDF-"));
   }
 }
 
@@ -61,10 +61,10 @@ TEST(RunSignal, EndsABatchBehindItsLineWithThePaper) {
     const Shop shop;
     std::string lines;
     for (int line = 0; line < 6000; ++line) lines += "VEND REP=1, PRE=0.01\n";
-    const std::string file = shop.folder().write("long.cmd", lines + "CHIU\n");
-    const ProgramRun run = run_console({"run", file, "--batch", "--register", shop.file(),
-                                        "--clock", Shop::kClock, "--trace", "-"},
-                                       {.interrupt_at = "PRE=0.01", .signal = ending.signal});
+    const std::string file = shop.folder().Write("long.cmd", lines + "CHIU\n");
+    const ProgramRun run = RunConsole({"run", file, "--batch", "--register", shop.file(), "--clock",
+                                       Shop::kClock, "--trace", "-"},
+                                      {.interrupt_at = "PRE=0.01", .signal = ending.signal});
     EXPECT_EQ(run.exit_code, 128 + ending.signal);
     EXPECT_THAT(run.errors, HasSubstr(std::string("stopped by ") + ending.name + " behind line "));
     EXPECT_THAT(run.errors, HasSubstr(" keeps a receipt of 15/03/2024 10:30, "));
@@ -77,10 +77,10 @@ TEST(RunSignal, EndsTheShellInAPipe) {
   for (const Ending& ending : kEndings) {
     const Shop shop;
     const ProgramRun run =
-        run_console({"shell", "--register", shop.file(), "--clock", Shop::kClock},
-                    {.input = "VEND REP=1, PRE=1.50\nVEND REP=2, PRE=2.00\nWRONG\nVEND REP=1, PR",
-                     .interrupt_at = "standard input:3: code 257",
-                     .signal = ending.signal});
+        RunConsole({"shell", "--register", shop.file(), "--clock", Shop::kClock},
+                   {.input = "VEND REP=1, PRE=1.50\nVEND REP=2, PRE=2.00\nWRONG\nVEND REP=1, PR",
+                    .interrupt_at = "standard input:3: code 257",
+                    .signal = ending.signal});
     EXPECT_EQ(run.exit_code, 128 + ending.signal);
     EXPECT_THAT(run.errors,
                 HasSubstr(std::string("stopped by ") + ending.name + " behind line 3\n"));
@@ -93,7 +93,7 @@ TEST(RunSignal, EndsTheShellInAPipe) {
 TEST(RunSignal, ASecondOneDoesNotTakeThePaper) {
   for (const std::string signal : {"INT", "TERM", "HUP"}) {
     const Shop shop;
-    const ProgramRun run = scripted(
+    const ProgramRun run = Scripted(
         shop,
         "mkfifo paper; exec 9<>paper\n"
         "dd if=/dev/zero of=paper oflag=nonblock bs=4096 2>/dev/null\n"
@@ -117,7 +117,7 @@ TEST(RunSignal, OneThatTheCallerIgnoresDoesNotEndTheRun) {
   for (const std::string signal : {"TERM", "HUP"}) {
     const Shop shop;
     const ProgramRun run =
-        scripted(shop, "trap '' " + signal +
+        Scripted(shop, "trap '' " + signal +
                            "\n\"$1\" run lines -v --stop-on-error 2>errors & pid=$!\n"
                            "echo SUBT >&7; wait_for ':1: '; kill -" +
                            signal + " $pid; echo WRONG >&7");

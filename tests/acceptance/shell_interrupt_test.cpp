@@ -31,31 +31,31 @@ constexpr const char* kStopped = ": stopped by Ctrl-C behind line ";
 class Rendezvous {
  public:
   explicit Rendezvous(const TestFolder& folder)
-      : begun_(make(folder.path("begun"))), held_(make(folder.path("held"))) {
+      : begun_(Make(folder.Path("begun"))), held_(Make(folder.Path("held"))) {
     const std::array<char, 4096> page{};
     while (write(held_, page.data(), page.size()) > 0) {
     }
   }
   ~Rendezvous() {
-    go_on();
+    GoOn();
     close(begun_);
     close(held_);
   }
   Rendezvous(const Rendezvous&) = delete;
   Rendezvous& operator=(const Rendezvous&) = delete;
 
-  void wait() const {
+  void Wait() const {
     pollfd input = {begun_, POLLIN, 0};
     if (poll(&input, 1, 60000) != 1) throw std::runtime_error("the batch does not begin");
   }
-  void go_on() const {
+  void GoOn() const {
     std::array<char, 4096> page;
     while (read(held_, page.data(), page.size()) > 0) {
     }
   }
 
  private:
-  static int make(const std::string& name) {
+  static int Make(const std::string& name) {
     const int pipe =
         mkfifo(name.c_str(), 0600) != 0 ? -1 : open(name.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     if (pipe < 0) throw std::runtime_error("no pipe " + name);
@@ -67,7 +67,7 @@ class Rendezvous {
 };
 
 // Three sales and the lines of the pipes, then what must not run.
-std::string batch(const std::string& more) {
+std::string Batch(const std::string& more) {
   std::string text =
       "VEND REP=1, PRE=1.00\n; a comment\nVEND REP=1, PRE=2.00\nWRONG\n"
       "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n";
@@ -75,7 +75,7 @@ std::string batch(const std::string& more) {
   return text + more;
 }
 
-int number_behind(const std::string& text, const std::string& mark) {
+int NumberBehind(const std::string& text, const std::string& mark) {
   const size_t at = text.find(mark);
   return at == std::string::npos ? -1 : std::stoi(text.substr(at + mark.size()));
 }
@@ -90,29 +90,29 @@ class ShellInterrupt : public testing::Test {
   TestFolder folder_;
 };
 
-std::string joined(const std::vector<std::string>& rows) {
+std::string Joined(const std::vector<std::string>& rows) {
   std::string text;
   for (const std::string& row : rows) text += row + "\n";
   return text;
 }
 
 // Types the line and Ctrl-C while its batch is at work; what the shell shows up to its prompt.
-std::string stop(TerminalRun& run, Rendezvous& places, const std::string& line) {
-  run.type(line + "\r");
-  places.wait();
-  run.type(kCtrlC);
-  run.wait_for("^C");
-  places.go_on();
-  return joined(run.type_for_prompt(""));
+std::string Stop(TerminalRun& run, Rendezvous& places, const std::string& line) {
+  run.Type(line + "\r");
+  places.Wait();
+  run.Type(kCtrlC);
+  run.WaitFor("^C");
+  places.GoOn();
+  return Joined(run.TypeForPrompt(""));
 }
 
 TEST_F(ShellInterrupt, ABatchLineEndsAndTheReceiptStaysOpen) {
-  folder_.write("long.cmd", batch("CHIU\n"));
+  folder_.Write("long.cmd", Batch("CHIU\n"));
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  run.enter("VEND REP=1, PRE=8.00");
-  const std::string shown = stop(run, places, "@long.cmd");
-  const int last = number_behind(shown, std::string("\n@long.cmd") + kStopped);
+  run.Enter("VEND REP=1, PRE=8.00");
+  const std::string shown = Stop(run, places, "@long.cmd");
+  const int last = NumberBehind(shown, std::string("\n@long.cmd") + kStopped);
   // The line at work, or the one behind it.
   EXPECT_GE(last, 6) << shown;
   EXPECT_LE(last, 7) << shown;
@@ -122,86 +122,86 @@ TEST_F(ShellInterrupt, ABatchLineEndsAndTheReceiptStaysOpen) {
       last < 7 ? "3 items and a subtotal of 11,00" : "4 items and a subtotal of 15,00";
   EXPECT_THAT(shown, HasSubstr("Ctrl-C: the receipt is open, with " + open + ".\n"));
   // The shell goes on, and so does the receipt.
-  EXPECT_THAT(run.enter("VEND REP=1, PRE=16.00"),
+  EXPECT_THAT(run.Enter("VEND REP=1, PRE=16.00"),
               Contains(HasSubstr(last < 7 ? "subtotal 27,00" : "subtotal 31,00")));
-  EXPECT_THAT(run.enter("CHIU"), Contains(HasSubstr("DOCUMENTO N. 0001-0001")));
-  EXPECT_THAT(run.enter("@long.cmd"), Contains("ok (16 Lines   0 msec)"));
+  EXPECT_THAT(run.Enter("CHIU"), Contains(HasSubstr("DOCUMENTO N. 0001-0001")));
+  EXPECT_THAT(run.Enter("@long.cmd"), Contains("ok (16 Lines   0 msec)"));
 }
 
 TEST_F(ShellInterrupt, TheNextSaleOpensAReceiptWhenNoneIsOpen) {
   // What stands behind the stop would make the library believe that a document is open.
-  folder_.write(
+  folder_.Write(
       "long.cmd",
       "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n; nothing\nFATTURA TIPO=2\nVEND "
       "REP=1, PRE=1.00\n");
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  EXPECT_THAT(stop(run, places, "@long.cmd"), HasSubstr("Ctrl-C: no document is open.\n"));
+  EXPECT_THAT(Stop(run, places, "@long.cmd"), HasSubstr("Ctrl-C: no document is open.\n"));
   EXPECT_EQ("RECEIPT OPEN  1 item  subtotal 3,00  key registering",
-            run.enter("VEND REP=1, PRE=3.00").back());
+            run.Enter("VEND REP=1, PRE=3.00").back());
 }
 
 TEST_F(ShellInterrupt, NoLineBehindTheStopTouchesAFileOrASetting) {
-  folder_.write("kept.txt", "what it holds\n");
-  folder_.write("long.cmd", batch("LEGGI TAB=1, FILE='kept.txt'\nINFO TIPO=1, FILE='kept.txt'\n"
+  folder_.Write("kept.txt", "what it holds\n");
+  folder_.Write("long.cmd", Batch("LEGGI TAB=1, FILE='kept.txt'\nINFO TIPO=1, FILE='kept.txt'\n"
                                   "SETP DIR='/'\n"));
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  const std::string shown = stop(run, places, "  @long.cmd, errors.txt");
+  const std::string shown = Stop(run, places, "  @long.cmd, errors.txt");
   EXPECT_THAT(shown, HasSubstr(std::string("@long.cmd, errors.txt") + kStopped));
-  EXPECT_EQ("what it holds\n", folder_.read("kept.txt"));
-  EXPECT_THAT(run.enter("GETP DIR"), Contains("ok: " + folder_.path()));
+  EXPECT_EQ("what it holds\n", folder_.Read("kept.txt"));
+  EXPECT_THAT(run.Enter("GETP DIR"), Contains("ok: " + folder_.path()));
   // The library has ended the batch itself, and its error file is whole.
   EXPECT_THAT(folder_.names(), Contains("errors.txt"));
   EXPECT_THAT(folder_.names(), Not(Contains("errors.txt.tmp")));
-  EXPECT_THAT(folder_.read("errors.txt"), StartsWith("ERROR 1/1 in line 4 "));
-  EXPECT_THAT(folder_.read("errors.txt"), Not(HasSubstr("in line 5")));
+  EXPECT_THAT(folder_.Read("errors.txt"), StartsWith("ERROR 1/1 in line 4 "));
+  EXPECT_THAT(folder_.Read("errors.txt"), Not(HasSubstr("in line 5")));
 }
 
 TEST_F(ShellInterrupt, FaultsThatWaitAreNotUsedUp) {
-  folder_.write("long.cmd", batch("CHIU\n"));
+  folder_.Write("long.cmd", Batch("CHIU\n"));
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  run.enter(".fault code 123 every on Release");
-  run.enter(".fault code 124 next on Claim");
-  run.enter(".fault code 125 next on SetDeviceEnabled");
-  EXPECT_THAT(stop(run, places, "@long.cmd"), HasSubstr(kStopped));
-  EXPECT_THAT(joined(run.enter(".status")), HasSubstr("code (124), at the next Claim\n"));
-  EXPECT_THAT(joined(run.enter("CHIU")), HasSubstr("DOCUMENTO N. 0001-0001"));
+  run.Enter(".fault code 123 every on Release");
+  run.Enter(".fault code 124 next on Claim");
+  run.Enter(".fault code 125 next on SetDeviceEnabled");
+  EXPECT_THAT(Stop(run, places, "@long.cmd"), HasSubstr(kStopped));
+  EXPECT_THAT(Joined(run.Enter(".status")), HasSubstr("code (124), at the next Claim\n"));
+  EXPECT_THAT(Joined(run.Enter("CHIU")), HasSubstr("DOCUMENTO N. 0001-0001"));
 }
 
 TEST_F(ShellInterrupt, ABatchLineInAFileEndsBoth) {
-  folder_.write("long.cmd", batch("CHIU\n"));
-  folder_.write("outer.cmd", "VEND REP=1, PRE=8.00\n@long.cmd\nCHIU\n");
+  folder_.Write("long.cmd", Batch("CHIU\n"));
+  folder_.Write("outer.cmd", "VEND REP=1, PRE=8.00\n@long.cmd\nCHIU\n");
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  const std::string shown = stop(run, places, ".batch outer.cmd");
+  const std::string shown = Stop(run, places, ".batch outer.cmd");
   EXPECT_THAT(shown, HasSubstr(std::string("\n@long.cmd") + kStopped));
   EXPECT_THAT(shown, HasSubstr("\nouter.cmd: stopped by Ctrl-C behind line 2\n"));
   EXPECT_THAT(shown, HasSubstr("Ctrl-C: the receipt is open, with "));
 }
 
 TEST_F(ShellInterrupt, AnItalianReadsItToo) {
-  folder_.write("long.cmd", batch("CHIU\n"));
+  folder_.Write("long.cmd", Batch("CHIU\n"));
   Rendezvous places(folder_);
   TerminalSetting italian = setting();
   italian.environment["LC_MESSAGES"] = "it_IT.UTF-8";
   italian.environment["LC_ALL"] = "";
   italian.environment["LC_CTYPE"] = "C.UTF-8";
   TerminalRun run(shell(), italian);
-  EXPECT_THAT(stop(run, places, "@long.cmd"),
+  EXPECT_THAT(Stop(run, places, "@long.cmd"),
               HasSubstr("\n@long.cmd: fermato da Ctrl-C dopo la riga "));
 }
 
 // The receipt is kept in a file, and the shell as a pipe ends.
 TEST_F(ShellInterrupt, InAPipeItEndsTheShellWithTheReceiptKept) {
-  folder_.write("long.cmd", batch("CHIU\n"));
-  folder_.write("lines", "VEND REP=1, PRE=8.00\n@long.cmd\nCHIU\n");
+  folder_.Write("long.cmd", Batch("CHIU\n"));
+  folder_.Write("lines", "VEND REP=1, PRE=8.00\n@long.cmd\nCHIU\n");
   const TestFolder temporary;
-  ASSERT_EQ(0, mkfifo(folder_.path("begun").c_str(), 0600));
-  ASSERT_EQ(0, mkfifo(folder_.path("held").c_str(), 0600));
+  ASSERT_EQ(0, mkfifo(folder_.Path("begun").c_str(), 0600));
+  ASSERT_EQ(0, mkfifo(folder_.Path("held").c_str(), 0600));
   const std::string program = std::string(LORIMAT_BIN_FOLDER) + "/lorimat";
-  const ProgramRun run = run_program(
+  const ProgramRun run = RunProgram(
       "/bin/bash",
       {"-c",
        "exec 8<>begun 9<>held\n"
@@ -217,7 +217,7 @@ TEST_F(ShellInterrupt, InAPipeItEndsTheShellWithTheReceiptKept) {
   EXPECT_THAT(temporary.names(), IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(std::string("\n@long.cmd") + kStopped));
   EXPECT_THAT(run.errors, HasSubstr("lorimat: stopped by Ctrl-C behind line 2\n"));
-  const int last = number_behind(run.errors, std::string("\n@long.cmd") + kStopped);
+  const int last = NumberBehind(run.errors, std::string("\n@long.cmd") + kStopped);
   EXPECT_THAT(run.errors,
               HasSubstr(last < 7 ? " 3 lines, subtotal 11,00, " : " 4 lines, subtotal 15,00, "));
   EXPECT_THAT(run.output, HasSubstr(" 8,00\n"));
@@ -226,8 +226,8 @@ TEST_F(ShellInterrupt, InAPipeItEndsTheShellWithTheReceiptKept) {
 }
 
 TEST_F(ShellInterrupt, ABatchThatIsNotStoppedRunsToItsEnd) {
-  folder_.write("three.cmd", "VEND REP=1, PRE=1.00\nSUBT\nCHIU\n");
-  const ProgramRun run = run_console(
+  folder_.Write("three.cmd", "VEND REP=1, PRE=1.00\nSUBT\nCHIU\n");
+  const ProgramRun run = RunConsole(
       shell(), {.folder = folder_.path(), .input = "@three.cmd\n@three.cmd\n@none.cmd\n"});
   EXPECT_EQ(1, run.exit_code);
   EXPECT_THAT(run.errors, HasSubstr("standard input:1: answer: OK.(3 Lines   0 msec)\n"

@@ -18,16 +18,16 @@ using namespace std::string_literals;
 
 namespace {
 
-ProgramRun shell(const std::string& input, std::vector<std::string> more = {},
+ProgramRun Shell(const std::string& input, std::vector<std::string> more = {},
                  ProgramSetting setting = {}) {
   std::vector<std::string> arguments = {"shell", "--json", "--clock", "2026-11-20 11:03"};
   arguments.insert(arguments.end(), more.begin(), more.end());
   setting.input = input;
-  return run_console(arguments, setting);
+  return RunConsole(arguments, setting);
 }
 
 // Every line of the output, each of which has to be an object.
-std::vector<json> answers(const ProgramRun& run) {
+std::vector<json> Answers(const ProgramRun& run) {
   std::vector<json> all;
   std::istringstream stream(run.output);
   for (std::string line; std::getline(stream, line);) {
@@ -38,13 +38,13 @@ std::vector<json> answers(const ProgramRun& run) {
   return all;
 }
 
-std::string request(int id, const std::string& line) {
+std::string Request(int id, const std::string& line) {
   return json({{"id", id}, {"line", line}}).dump() + "\n";
 }
 
 // What is asked for in one line.
-json answer_to(const std::string& line, std::vector<std::string> more = {}) {
-  const std::vector<json> all = answers(shell(line, std::move(more)));
+json AnswerTo(const std::string& line, std::vector<std::string> more = {}) {
+  const std::vector<json> all = Answers(Shell(line, std::move(more)));
   EXPECT_EQ(all.size(), 1u) << line;
   return all.empty() ? json() : all.front();
 }
@@ -52,11 +52,11 @@ json answer_to(const std::string& line, std::vector<std::string> more = {}) {
 }  // namespace
 
 TEST(ShellJson, ASaleShowsPaperAndState) {
-  const ProgramRun run = shell(request(1, "VEND REP=2, QTA=2, PRE=1.20") +
-                               request(2, "VEND REP=1, PRE=1.00") + request(3, "CHIU"));
+  const ProgramRun run = Shell(Request(1, "VEND REP=2, QTA=2, PRE=1.20") +
+                               Request(2, "VEND REP=1, PRE=1.00") + Request(3, "CHIU"));
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  const std::vector<json> all = answers(run);
+  const std::vector<json> all = Answers(run);
   ASSERT_EQ(all.size(), 3u);
   EXPECT_EQ(all[0]["id"], 1);
   EXPECT_EQ(all[0]["code"], 0);
@@ -87,21 +87,21 @@ TEST(ShellJson, AllPaperTogetherIsThatOfThePipe) {
   std::string requests;
   std::string plain;
   for (const std::string& line : lines) {
-    requests += request(0, line);
+    requests += Request(0, line);
     plain += line + "\n";
   }
   std::string paper;
-  for (const json& one : answers(shell(requests))) {
+  for (const json& one : Answers(Shell(requests))) {
     for (const json& line : one["paper"]) paper += line.get<std::string>() + "\n";
   }
-  EXPECT_EQ(paper, run_console({"shell", "--clock", "2026-11-20 11:03"}, {.input = plain}).output);
+  EXPECT_EQ(paper, RunConsole({"shell", "--clock", "2026-11-20 11:03"}, {.input = plain}).output);
 }
 
 TEST(ShellJson, AFailureIsExplainedInEnglishWithItsPlace) {
-  const std::string input = request(7, "VNED REP=1") + request(8, "VEND REP=99, PRE=1.00");
-  const ProgramRun run = shell(input, {}, {.environment = {{"LC_ALL", "it_IT.UTF-8"}}});
+  const std::string input = Request(7, "VNED REP=1") + Request(8, "VEND REP=99, PRE=1.00");
+  const ProgramRun run = Shell(input, {}, {.environment = {{"LC_ALL", "it_IT.UTF-8"}}});
   EXPECT_EQ(run.exit_code, 0);
-  const std::vector<json> all = answers(run);
+  const std::vector<json> all = Answers(run);
   ASSERT_EQ(all.size(), 2u);
   EXPECT_EQ(all[0]["code"], 257);
   EXPECT_EQ(all[0]["class"], 1);
@@ -114,13 +114,13 @@ TEST(ShellJson, AFailureIsExplainedInEnglishWithItsPlace) {
   EXPECT_EQ(all[1]["class"], 4);
   EXPECT_THAT(all[1]["explanation"].get<std::string>(),
               StartsWith("There is no department 99: they are 1 to 40.\nclass 4: "));
-  EXPECT_EQ(run.output, shell(input).output);
+  EXPECT_EQ(run.output, Shell(input).output);
 }
 
 TEST(ShellJson, ASaleThatFindsNoReceiptIsToldAhead) {
   const std::vector<json> all =
-      answers(shell(request(1, "VEND REP=1, PRE=1.00") + request(2, "INP TASTO=TOTALE") +
-                    request(3, "VEND REP=1, PRE=2.00")));
+      Answers(Shell(Request(1, "VEND REP=1, PRE=1.00") + Request(2, "INP TASTO=TOTALE") +
+                    Request(3, "VEND REP=1, PRE=2.00")));
   ASSERT_EQ(all.size(), 3u);
   EXPECT_EQ(all[1]["state"]["next_sale"], "lost");
   EXPECT_EQ(all[2]["code"], 1231);
@@ -130,7 +130,7 @@ TEST(ShellJson, ASaleThatFindsNoReceiptIsToldAhead) {
 
 TEST(ShellJson, SilentLinesAreAnswered) {
   for (const char* line : {"", "   ", "; a comment"}) {
-    const json answer = answer_to(request(1, line));
+    const json answer = AnswerTo(Request(1, line));
     EXPECT_EQ(answer["code"], 0) << line;
     EXPECT_EQ(answer["text"], "OK.") << line;
     EXPECT_EQ(answer["paper"], json::array()) << line;
@@ -156,9 +156,9 @@ TEST(ShellJson, ARequestThatIsNotUnderstoodIsNotRunAndTheNextOneIs) {
   };
   std::string input;
   for (const std::string& one : wrong) input += one + "\n";
-  const ProgramRun run = shell(input + request(99, "VEND REP=1, PRE=1.00"));
+  const ProgramRun run = Shell(input + Request(99, "VEND REP=1, PRE=1.00"));
   EXPECT_EQ(run.exit_code, 0);
-  const std::vector<json> all = answers(run);
+  const std::vector<json> all = Answers(run);
   ASSERT_EQ(all.size(), std::size(wrong) + 1);
   for (size_t i = 0; i < std::size(wrong); ++i) {
     SCOPED_TRACE(wrong[i].substr(0, 100));
@@ -185,28 +185,28 @@ TEST(ShellJson, EveryByteAnywhereInARequestGetsOneAnswer) {
     }
   }
   for (size_t size = 0; size < good.size(); ++size, ++lines) input += good.substr(0, size) + "\n";
-  const ProgramRun run = shell(input);
+  const ProgramRun run = Shell(input);
   EXPECT_EQ(run.exit_code, 0);
-  EXPECT_EQ(answers(run).size(), lines);
+  EXPECT_EQ(Answers(run).size(), lines);
 }
 
 TEST(ShellJson, ALineThatIsTooLongForTheLibraryGetsItsCode) {
-  const json answer = answer_to(request(1, "VEND DES='" + std::string(5000, 'x') + "'"));
+  const json answer = AnswerTo(Request(1, "VEND DES='" + std::string(5000, 'x') + "'"));
   EXPECT_EQ(answer["code"], 274);
 }
 
 TEST(ShellJson, TheLastRequestMayLackItsEnd) {
-  std::string line = request(1, "SUBT");
+  std::string line = Request(1, "SUBT");
   line.pop_back();
-  EXPECT_EQ(answer_to(line)["id"], 1);
-  EXPECT_THAT(answers(shell("")), IsEmpty());
+  EXPECT_EQ(AnswerTo(line)["id"], 1);
+  EXPECT_THAT(Answers(Shell("")), IsEmpty());
 }
 
 TEST(ShellJson, ABatchTellsOfItsLines) {
   TestFolder folder;
   const std::string file =
-      folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nVNED\nPOPER OPE=1, PASS='zqzq', XX=1\n");
-  const json answer = answer_to(request(1, "@" + file));
+      folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\nVNED\nPOPER OPE=1, PASS='zqzq', XX=1\n");
+  const json answer = AnswerTo(Request(1, "@" + file));
   EXPECT_EQ(answer["code"], 0);
   const json& batch = answer["batch"];
   EXPECT_EQ(batch["lines"], 3);
@@ -226,22 +226,22 @@ TEST(ShellJson, OfALongBatchAHundredFailuresAreShownAndAllCounted) {
   TestFolder folder;
   std::string lines;
   for (int i = 0; i < 150; ++i) lines += "WRONG\n";
-  const json answer = answer_to(request(1, "@" + folder.write("wrong.cmd", lines)));
+  const json answer = AnswerTo(Request(1, "@" + folder.Write("wrong.cmd", lines)));
   EXPECT_EQ(answer["batch"]["failed"], 150);
   EXPECT_EQ(answer["batch"]["failures"].size(), 100u);
 }
 
 TEST(ShellJson, BytesThatAreNoTextAreReplaced) {
   TestFolder folder;
-  const std::string file = folder.write("lines.cmd", "VEND REP=1, PRE=1.00, DES='X\xE8Y'\n");
-  const json answer = answer_to(request(1, "@" + file));
+  const std::string file = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00, DES='X\xE8Y'\n");
+  const json answer = AnswerTo(Request(1, "@" + file));
   EXPECT_THAT(answer["paper"].back().get<std::string>(), StartsWith("X\uFFFDY"));
 }
 
 TEST(ShellJson, AFaultIsPlannedAndStrikes) {
-  const std::vector<json> all = answers(
-      shell(request(1, ".fault paper-end") + request(2, " .fault zzz ") +
-            request(3, "VEND REP=1, PRE=1.00") + request(4, ".status") + request(5, ".faults")));
+  const std::vector<json> all = Answers(
+      Shell(Request(1, ".fault paper-end") + Request(2, " .fault zzz ") +
+            Request(3, "VEND REP=1, PRE=1.00") + Request(4, ".status") + Request(5, ".faults")));
   ASSERT_EQ(all.size(), 5u);
   EXPECT_EQ(all[0]["code"], 0);
   EXPECT_EQ(all[0]["state"]["faults"][0]["name"], "paper-end");
@@ -257,12 +257,12 @@ TEST(ShellJson, AFaultIsPlannedAndStrikes) {
 
 TEST(ShellJson, AnOpenDocumentIsToldOnStandardErrorAndThePaperOfItsEndComesFirst) {
   TestFolder folder;
-  const std::vector<std::string> kept = {"--register", folder.path("shop.register")};
-  const ProgramRun first = shell(request(1, "VEND REP=1, PRE=1.00"), kept);
+  const std::vector<std::string> kept = {"--register", folder.Path("shop.register")};
+  const ProgramRun first = Shell(Request(1, "VEND REP=1, PRE=1.00"), kept);
   EXPECT_EQ(first.exit_code, 0);
   EXPECT_THAT(first.errors, HasSubstr("shop.register keeps a receipt of "));
-  const ProgramRun next = shell(request(1, "; nothing"), kept);
-  const std::vector<json> all = answers(next);
+  const ProgramRun next = Shell(Request(1, "; nothing"), kept);
+  const std::vector<json> all = Answers(next);
   ASSERT_EQ(all.size(), 1u);
   EXPECT_THAT(all[0]["paper"].dump(), HasSubstr("MANCANZA DI ALIMENTAZIONE"));
 }
@@ -270,23 +270,23 @@ TEST(ShellJson, AnOpenDocumentIsToldOnStandardErrorAndThePaperOfItsEndComesFirst
 TEST(ShellJson, ASignalEndsItBehindTheLineAtWork) {
   TestFolder folder;
   const ProgramRun run =
-      shell(request(1, "VEND REP=1, PRE=1.00") + "{\"id\": 2, \"line\": \"CHIU\"",
-            {"--register", folder.path("shop.register")},
+      Shell(Request(1, "VEND REP=1, PRE=1.00") + "{\"id\": 2, \"line\": \"CHIU\"",
+            {"--register", folder.Path("shop.register")},
             {.interrupt_at = "a new register was made", .signal = SIGTERM});
   EXPECT_EQ(run.exit_code, 143);
   EXPECT_THAT(run.errors, HasSubstr("stopped by SIGTERM behind line "));
-  EXPECT_LE(answers(run).size(), 1u);
+  EXPECT_LE(Answers(run).size(), 1u);
 }
 
 TEST(ShellJson, AnOutputThatCannotBeWrittenIsAnError) {
-  const ProgramRun full = shell(request(1, "SUBT"), {}, {.output_file = "/dev/full"});
+  const ProgramRun full = Shell(Request(1, "SUBT"), {}, {.output_file = "/dev/full"});
   EXPECT_EQ(full.exit_code, 2);
   EXPECT_THAT(full.errors, HasSubstr("No space left on device"));
 }
 
 TEST(ShellJson, AReaderThatHasGoneIsAnErrorAndTheLineHasRun) {
   TestFolder folder;
-  const std::string host = folder.write("host.py", R"(import subprocess, sys
+  const std::string host = folder.Write("host.py", R"(import subprocess, sys
 shell = subprocess.Popen(sys.argv[1:], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 shell.stdin.write(b'{"id":1,"line":"VEND REP=1, PRE=1.00"}\n')
 shell.stdin.flush()
@@ -296,33 +296,32 @@ shell.stdin.write(b'{"id":2,"line":"CHIU"}\n')
 shell.stdin.flush()
 sys.exit(shell.wait())
 )");
-  const std::string kept = folder.path("shop.register");
+  const std::string kept = folder.Path("shop.register");
   const ProgramRun gone =
-      run_program("/usr/bin/env", {"python3", host, std::string(LORIMAT_BIN_FOLDER) + "/lorimat",
-                                   "shell", "--json", "--register", kept});
+      RunProgram("/usr/bin/env", {"python3", host, std::string(LORIMAT_BIN_FOLDER) + "/lorimat",
+                                  "shell", "--json", "--register", kept});
   EXPECT_EQ(gone.exit_code, 2);
   EXPECT_THAT(gone.errors, HasSubstr("cannot write to standard output: Broken pipe\n"));
-  EXPECT_THAT(run_console({"paper", "--register", kept}).output,
+  EXPECT_THAT(RunConsole({"paper", "--register", kept}).output,
               HasSubstr("DOCUMENTO N. 0001-0001\n"));
 }
 
 TEST(ShellJson, WhatDoesNotStartWritesNoAnswer) {
-  const ProgramRun run = shell(request(1, "SUBT"), {"--language", "/none.ini"});
+  const ProgramRun run = Shell(Request(1, "SUBT"), {"--language", "/none.ini"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
-  EXPECT_EQ(shell("", {"--terse"}).exit_code, 2);
+  EXPECT_EQ(Shell("", {"--terse"}).exit_code, 2);
 }
 
 TEST(ShellJson, ATerminalMakesNoDifference) {
-  const ProgramRun run = shell(request(1, "INFO TIPO=MATRICOLA"), {}, {.output_to_terminal = true});
-  EXPECT_EQ(answers(run).size(), 1u);
+  const ProgramRun run = Shell(Request(1, "INFO TIPO=MATRICOLA"), {}, {.output_to_terminal = true});
+  EXPECT_EQ(Answers(run).size(), 1u);
 }
 
 TEST(ShellJson, TheHostInPythonSells) {
-  const ProgramRun run =
-      run_program("/usr/bin/env",
-                  {"python3", source_file("examples/json_host.py"),
-                   std::string(LORIMAT_BIN_FOLDER) + "/lorimat", "--clock", "2026-11-20 11:03"});
+  const ProgramRun run = RunProgram("/usr/bin/env", {"python3", SourceFile("examples/json_host.py"),
+                                                     std::string(LORIMAT_BIN_FOLDER) + "/lorimat",
+                                                     "--clock", "2026-11-20 11:03"});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_THAT(run.output, StartsWith("             NEGOZIO DI PROVA\n"));

@@ -23,39 +23,39 @@ constexpr const char* kSale = "VEND REP=1,PRE=2";
 constexpr const char* kCtrlD = "\x04";
 constexpr size_t kWide = 300;
 
-std::vector<std::string> lines_of(const std::string& text) {
+std::vector<std::string> LinesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
 }
 
-std::vector<std::string> words_of(const std::string& text) {
+std::vector<std::string> WordsOf(const std::string& text) {
   std::istringstream stream(text);
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-std::vector<std::string> words_of(const std::vector<std::string>& rows) {
+std::vector<std::string> WordsOf(const std::vector<std::string>& rows) {
   std::string text;
   for (const std::string& row : rows) text += row + "\n";
-  return words_of(text);
+  return WordsOf(text);
 }
 
 // What came to the screen, without colours and carriage returns.
-std::string plain(const TerminalRun& run) {
+std::string Plain(const TerminalRun& run) {
   return std::regex_replace(run.raw(), std::regex("\x1b\\[[0-9;]*m|\r"), "");
 }
 
-std::vector<std::string> shell() { return {"shell", "--clock", "2026-11-20 11:03"}; }
+std::vector<std::string> Shell() { return {"shell", "--clock", "2026-11-20 11:03"}; }
 
 // The paper of some lines, as a pipe gets it.
-std::vector<std::string> paper_of(const std::string& lines) {
-  return lines_of(run_console(shell(), {.input = lines}).output);
+std::vector<std::string> PaperOf(const std::string& lines) {
+  return LinesOf(RunConsole(Shell(), {.input = lines}).output);
 }
 
 class ShellInWindow : public testing::TestWithParam<size_t> {
  protected:
-  TerminalSetting setting(size_t columns) const {
+  TerminalSetting Setting(size_t columns) const {
     return {.folder = folder_.path(),
             .environment = {{"HOME", folder_.path()}},
             .columns = columns,
@@ -66,25 +66,25 @@ class ShellInWindow : public testing::TestWithParam<size_t> {
 };
 
 TEST_P(ShellInWindow, HelpFaultsAndAnswersKeepTheirWords) {
-  TerminalRun narrow(shell(), setting(GetParam()));
-  TerminalRun wide(shell(), setting(kWide));
-  EXPECT_EQ(words_of(wide.screen().text()), words_of(narrow.screen().text()));
+  TerminalRun narrow(Shell(), Setting(GetParam()));
+  TerminalRun wide(Shell(), Setting(kWide));
+  EXPECT_EQ(WordsOf(wide.screen().text()), WordsOf(narrow.screen().text()));
   for (const char* line : {"?", ".help", ".fault", "? SUBT", "? zzz", ".status", ".papre", "CHIU",
                            "INFO TIPO=1", ".fault busy nth 2", ".fault"}) {
-    EXPECT_EQ(words_of(wide.enter(line)), words_of(narrow.enter(line))) << line;
+    EXPECT_EQ(WordsOf(wide.Enter(line)), WordsOf(narrow.Enter(line))) << line;
   }
 }
 
 TEST_P(ShellInWindow, ThePlaceWhereTheParserStopsIsMarked) {
-  TerminalRun run(shell(), setting(GetParam()));
-  const std::vector<std::string> rows = run.enter("VNED REP=1");
+  TerminalRun run(Shell(), Setting(GetParam()));
+  const std::vector<std::string> rows = run.Enter("VNED REP=1");
   EXPECT_THAT(rows, Contains("  VNED REP=1"));
   EXPECT_THAT(rows, Contains("  ^"));
 }
 
 TEST_P(ShellInWindow, ThePaperHasAFrameWhereThereIsRoomForIt) {
   const std::string sale = std::string(kSale) + "\n";
-  const std::vector<std::string> paper = paper_of(sale);
+  const std::vector<std::string> paper = PaperOf(sale);
   ASSERT_THAT(paper, Contains("REPARTO 1                  22%        2,00"));
   std::string expected;
   for (std::string line : paper) {
@@ -99,35 +99,35 @@ TEST_P(ShellInWindow, ThePaperHasAFrameWhereThereIsRoomForIt) {
     }
     expected += line + "\n";
   }
-  TerminalRun run(shell(), setting(GetParam()));
-  run.enter(kSale);
-  EXPECT_THAT(plain(run), HasSubstr("ok\n" + expected));
-  const size_t before = plain(run).size();
-  run.enter(".paper");
-  EXPECT_THAT(plain(run).substr(before), HasSubstr(".paper\n" + expected));
+  TerminalRun run(Shell(), Setting(GetParam()));
+  run.Enter(kSale);
+  EXPECT_THAT(Plain(run), HasSubstr("ok\n" + expected));
+  const size_t before = Plain(run).size();
+  run.Enter(".paper");
+  EXPECT_THAT(Plain(run).substr(before), HasSubstr(".paper\n" + expected));
 }
 
 TEST_P(ShellInWindow, NotesKeepTheirWords) {
   const auto notes_in = [](size_t columns) {
     const TestFolder folder;
-    folder.write("bad.cmd", "WRONG\nSUBT\nWRONG\n");
-    std::vector<std::string> arguments = shell();
+    folder.Write("bad.cmd", "WRONG\nSUBT\nWRONG\n");
+    std::vector<std::string> arguments = Shell();
     arguments.insert(arguments.end(), {"--register", "r"});
     TerminalRun run(arguments, {.folder = folder.path(),
                                 .environment = {{"XDG_STATE_HOME", "/proc"}},
                                 .columns = columns});
-    run.enter(".batch bad.cmd");
-    run.enter("VEND REP=4,PRE=2");
-    run.type(kCtrlD);
-    run.wait_for("(y/n)");
-    run.type(kCtrlD);
-    EXPECT_EQ(0, run.wait_for_end());
+    run.Enter(".batch bad.cmd");
+    run.Enter("VEND REP=4,PRE=2");
+    run.Type(kCtrlD);
+    run.WaitFor("(y/n)");
+    run.Type(kCtrlD);
+    EXPECT_EQ(0, run.WaitForEnd());
     std::string text;
     for (const std::string& row : run.screen().rows()) text += row + " ";
     return text;
   };
   std::string text;
-  for (const std::string& word : words_of(notes_in(GetParam()))) text += word + " ";
+  for (const std::string& word : WordsOf(notes_in(GetParam()))) text += word + " ";
   for (const char* note :
        {"lorimat: note: r: a new register was made ",
         "lorimat: note: the lines typed are not kept: /proc/lorimat/history: No such file or "
@@ -148,19 +148,19 @@ INSTANTIATE_TEST_SUITE_P(Columns, ShellInWindow, testing::Values(30, 40, 46, 80)
 
 TEST(ShellWindow, ANewWidthIsTakenForThePaperToo) {
   TestFolder folder;
-  TerminalRun run(shell(), {.folder = folder.path(), .environment = {{"HOME", folder.path()}}});
-  EXPECT_THAT(run.enter(kSale), Contains("  |REPARTO 1                  22%        2,00|"));
-  run.resize(45, 24);
-  run.send_signal(SIGWINCH);
-  EXPECT_EQ("REPARTO 1                  22%        2,00", run.enter(".paper 1").front());
+  TerminalRun run(Shell(), {.folder = folder.path(), .environment = {{"HOME", folder.path()}}});
+  EXPECT_THAT(run.Enter(kSale), Contains("  |REPARTO 1                  22%        2,00|"));
+  run.Resize(45, 24);
+  run.SendSignal(SIGWINCH);
+  EXPECT_EQ("REPARTO 1                  22%        2,00", run.Enter(".paper 1").front());
 }
 
 TEST(ShellWindow, APipeHasNoneAndEveryTextIsALine) {
-  const ProgramRun run = run_console(
+  const ProgramRun run = RunConsole(
       {"shell"}, {.input = "?\n.help\n.fault\n? VEND\n", .environment = {{"COLUMNS", "30"}}});
   EXPECT_EQ(0, run.exit_code);
   EXPECT_THAT(run.output, Not(HasSubstr("...\n")));
-  const std::vector<std::string> lines = lines_of(run.output);
+  const std::vector<std::string> lines = LinesOf(run.output);
   EXPECT_THAT(lines, Contains("  CHIU        CHIU        Pays, and closes the receipt when the "
                               "payment covers it."));
   EXPECT_THAT(lines, Contains("  .fault NAME ...   plans one: .fault code 123 nth 2 on "

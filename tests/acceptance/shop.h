@@ -12,24 +12,24 @@ class Shop {
   static constexpr const char* kClock = "2024-03-15 10:30";
 
   const TestFolder& folder() const { return folder_; }
-  std::string file() const { return folder_.path("shop.register"); }
+  std::string file() const { return folder_.Path("shop.register"); }
 
   // Runs lines on the register, which the first run makes.
-  ProgramRun sell(const std::string& lines, const std::string& clock = kClock) const {
-    return run_console(
-        {"run", folder_.write("lines.cmd", lines), "--register", file(), "--clock", clock});
+  ProgramRun Sell(const std::string& lines, const std::string& clock = kClock) const {
+    return RunConsole(
+        {"run", folder_.Write("lines.cmd", lines), "--register", file(), "--clock", clock});
   }
   // Sells with a program that is killed behind its last document: nobody knows whether its answer
   // went out.
   ProgramRun SellAndDie(const std::string& lines) const {
-    return run({"shell"},
+    return Run({"shell"},
                {.input = lines + "WRONG\n", .interrupt_at = "code 257", .signal = SIGKILL});
   }
   // Runs a command of the console on the register.
-  ProgramRun run(std::vector<std::string> arguments, const ProgramSetting& setting = {}) const {
+  ProgramRun Run(std::vector<std::string> arguments, const ProgramSetting& setting = {}) const {
     arguments.push_back("--register");
     arguments.push_back(file());
-    return run_console(arguments, setting);
+    return RunConsole(arguments, setting);
   }
 
  private:

@@ -20,20 +20,20 @@ const char* const kDay =
     "VEND REP=1, PRE=9.99\nRESPRN\n";
 
 // The text without the line of this name.
-std::string without(std::string text, const std::string& name) {
+std::string Without(std::string text, const std::string& name) {
   const size_t at = text.find("\n" + name) + 1;
   return text.erase(at, text.find('\n', at) + 1 - at);
 }
 
 // JSON without what goes on with the time; any other text as it is.
-std::string without_time(const std::string& text) {
+std::string WithoutTime(const std::string& text) {
   if (!text.starts_with('{')) return text;
   nlohmann::json json = nlohmann::json::parse(text);
   json["clock"].erase("now");
   return json.dump();
 }
 
-std::string line_of(const std::string& text, const std::string& name) {
+std::string LineOf(const std::string& text, const std::string& name) {
   const size_t at = text.find("\n" + name) + 1;
   return text.substr(at, text.find('\n', at) - at);
 }
@@ -42,14 +42,14 @@ std::string line_of(const std::string& text, const std::string& name) {
 
 TEST(StatusCommand, TellsTheRegisterInWords) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
-  const ProgramRun run = shop.run({"status"});
+  ASSERT_EQ(shop.Sell(kDay).exit_code, 0);
+  const ProgramRun run = shop.Run({"status"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_THAT(line_of(run.output, "Journal"),
+  EXPECT_THAT(LineOf(run.output, "Journal"),
               MatchesRegex("Journal         3 entries, last hash [0-9a-f]+"));
-  EXPECT_EQ(line_of(run.output, "Journal").size(), 37u + 64u);
-  EXPECT_EQ(without(run.output, "Journal"), "Register        " + shop.file() +
+  EXPECT_EQ(LineOf(run.output, "Journal").size(), 37u + 64u);
+  EXPECT_EQ(Without(run.output, "Journal"), "Register        " + shop.file() +
                                                 "\n"
                                                 "Serial number   99LRM0000001VR\n"
                                                 "Firmware        1.00\n"
@@ -74,8 +74,8 @@ TEST(StatusCommand, TellsTheRegisterInWords) {
 
 TEST(StatusCommand, TellsAProgramInCents) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
-  const ProgramRun run = shop.run({"status", "--json"});
+  ASSERT_EQ(shop.Sell(kDay).exit_code, 0);
+  const ProgramRun run = shop.Run({"status", "--json"});
   EXPECT_EQ(run.exit_code, 0);
   const nlohmann::json status = nlohmann::json::parse(run.output);
   EXPECT_EQ(status["file"], shop.file());
@@ -99,39 +99,39 @@ TEST(StatusCommand, TellsAProgramInCents) {
 
 TEST(StatusCommand, ADayClosedIsNotOpen) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n").exit_code, 0);
-  const nlohmann::json status = nlohmann::json::parse(shop.run({"status", "--json"}).output);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=2.50\nCHIU\nAZZGIO\n").exit_code, 0);
+  const nlohmann::json status = nlohmann::json::parse(shop.Run({"status", "--json"}).output);
   EXPECT_EQ(status["last_closure"], 1);
   EXPECT_EQ(status["day"]["open"], false);
   EXPECT_EQ(status["day"]["receipts"], 0);
   EXPECT_EQ(status["day"]["total_cents"], 0);
   EXPECT_EQ(status["grand_total_cents"], 250);
-  const ProgramRun text = shop.run({"status"});
+  const ProgramRun text = shop.Run({"status"});
   EXPECT_THAT(text.output, HasSubstr("Last closing    1\nDay             not begun\n"));
 }
 
 TEST(StatusCommand, LookingChangesNothing) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
-  const ProgramRun first = shop.run({"status"});
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  const ProgramRun first = shop.Run({"status"});
   EXPECT_THAT(first.output, HasSubstr("Open document   a receipt of 15/03/2024 10:30, 1 line, "
                                       "subtotal 1,00, not paid: the next start voids it\n"));
-  EXPECT_EQ(shop.run({"status"}).output, first.output);
+  EXPECT_EQ(shop.Run({"status"}).output, first.output);
 }
 
 TEST(StatusCommand, SpeaksItalian) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
-  const ProgramRun run = shop.run({"status"}, {.environment = {{"LANG", "it_IT.UTF-8"}}});
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\n").exit_code, 0);
+  const ProgramRun run = shop.Run({"status"}, {.environment = {{"LANG", "it_IT.UTF-8"}}});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr("Chiave             registrazione\n"));
   EXPECT_THAT(run.output,
               HasSubstr("Documento aperto   uno scontrino del 15/03/2024 10:30, 1 riga, "
                         "subtotale 1,00, non pagato: al prossimo avvio viene annullato\n"));
   // A program reads the same in every language.
-  EXPECT_EQ(without_time(
-                shop.run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output),
-            without_time(shop.run({"status", "--json"}).output));
+  EXPECT_EQ(WithoutTime(
+                shop.Run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output),
+            WithoutTime(shop.Run({"status", "--json"}).output));
 }
 
 TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {
@@ -144,9 +144,9 @@ TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {
                                                     {"fault"},
                                                     {"fault", "paper-end"},
                                                     {"fault", "--clear"},
-                                                    {"backup", shop.folder().path("tables")},
-                                                    {"restore", shop.folder().path(".")}}) {
-    const ProgramRun run = shop.run(arguments);
+                                                    {"backup", shop.folder().Path("tables")},
+                                                    {"restore", shop.folder().Path(".")}}) {
+    const ProgramRun run = shop.Run(arguments);
     EXPECT_EQ(run.exit_code, 2) << arguments[0];
     EXPECT_THAT(run.output, IsEmpty());
     EXPECT_EQ(run.errors, "lorimat: " + shop.file() +
@@ -158,7 +158,7 @@ TEST(StatusCommand, AMissingRegisterIsNamedWithAHintAndNotMade) {
 
 TEST(StatusCommand, WithoutARegisterTheOptionIsNamed) {
   for (const char* command : {"status", "paper", "journal"}) {
-    const ProgramRun run = run_console({command});
+    const ProgramRun run = RunConsole({command});
     EXPECT_EQ(run.exit_code, 2) << command;
     EXPECT_THAT(run.errors, HasSubstr("--register")) << command;
     EXPECT_THAT(run.errors, HasSubstr("LORIMAT_REGISTER")) << command;
@@ -170,76 +170,76 @@ TEST(StatusCommand, FilesThatAreNoRegisterStayAsTheyAre) {
   for (const std::string& content :
        {std::string(), std::string("a text\n"), std::string("SQLite format 3\0", 16),
         std::string(100000, '\0')}) {
-    shop.folder().write("shop.register", content);
+    shop.folder().Write("shop.register", content);
     for (const char* command : {"status", "paper", "journal", "fault"}) {
-      const ProgramRun run = shop.run({command});
+      const ProgramRun run = shop.Run({command});
       EXPECT_EQ(run.exit_code, 2) << command;
       EXPECT_THAT(run.output, IsEmpty()) << command;
       EXPECT_THAT(run.errors, HasSubstr(shop.file() + ": ")) << command;
     }
-    EXPECT_TRUE(shop.folder().read("shop.register") == content) << content.size();
+    EXPECT_TRUE(shop.folder().Read("shop.register") == content) << content.size();
   }
 }
 
 TEST(StatusCommand, AFileThatCannotBeWrittenIsReadAllTheSame) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
-  const std::string before = shop.folder().read("shop.register");
+  ASSERT_EQ(shop.Sell(kDay).exit_code, 0);
+  const std::string before = shop.folder().Read("shop.register");
   std::filesystem::permissions(shop.folder().path(), std::filesystem::perms::all);
   const std::vector<std::vector<std::string>> commands = {
       {"status"},  {"status", "--json"},     {"paper"},
       {"journal"}, {"journal", "show", "1"}, {"journal", "verify"},
       {"fault"}};
   std::vector<std::string> answers;
-  for (const auto& command : commands) answers.push_back(shop.run(command).output);
+  for (const auto& command : commands) answers.push_back(shop.Run(command).output);
   for (const bool folder : {false, true}) {
     std::filesystem::permissions(shop.file(), std::filesystem::perms(folder ? 0666 : 0444));
     std::filesystem::permissions(shop.folder().path(),
                                  std::filesystem::perms(folder ? 0555 : 0777));
     for (size_t i = 0; i < commands.size(); ++i) {
-      const ProgramRun run = shop.run(commands[i], {.as_nobody = true});
+      const ProgramRun run = shop.Run(commands[i], {.as_nobody = true});
       EXPECT_EQ(run.exit_code, 0) << commands[i].back() << ": " << run.errors;
-      EXPECT_EQ(without_time(run.output), without_time(answers[i])) << commands[i].back();
+      EXPECT_EQ(WithoutTime(run.output), WithoutTime(answers[i])) << commands[i].back();
       EXPECT_EQ(shop.folder().names().size(), 2u) << commands[i].back();
     }
-    EXPECT_EQ(shop.run({"fault", "paper-end"}, {.as_nobody = true}).errors,
+    EXPECT_EQ(shop.Run({"fault", "paper-end"}, {.as_nobody = true}).errors,
               "lorimat: " + shop.file() +
                   (folder ? ": its folder cannot be written: Permission denied\n"
                           : ": cannot be written: Permission denied\n"));
   }
-  EXPECT_TRUE(shop.folder().read("shop.register") == before);
+  EXPECT_TRUE(shop.folder().Read("shop.register") == before);
   std::filesystem::permissions(shop.folder().path(), std::filesystem::perms::all);
 }
 
 TEST(StatusCommand, ARefusedRegisterHasNothingLeftBesideIt) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  ASSERT_EQ(shop.Sell(kDay).exit_code, 0);
   constexpr size_t kVersionAt = 63;  // of the head of the file
-  std::string content = shop.folder().read("shop.register");
+  std::string content = shop.folder().Read("shop.register");
   const std::vector<std::string> names = shop.folder().names();
   for (const char version : {0, 4, 99}) {
     content[kVersionAt] = version;
-    shop.folder().write("shop.register", content);
+    shop.folder().Write("shop.register", content);
     for (const char* command : {"status", "paper", "journal", "fault"}) {
-      const ProgramRun run = shop.run({command});
+      const ProgramRun run = shop.Run({command});
       EXPECT_EQ(run.exit_code, 2) << command;
       EXPECT_THAT(run.errors,
                   HasSubstr(version == 0 ? "its version makes no sense" : "a newer version"));
       EXPECT_EQ(shop.folder().names(), names) << command;
     }
-    EXPECT_EQ(shop.sell("SUBT\n").exit_code, 2);
+    EXPECT_EQ(shop.Sell("SUBT\n").exit_code, 2);
     EXPECT_EQ(shop.folder().names(), names);
-    EXPECT_TRUE(shop.folder().read("shop.register") == content);
+    EXPECT_TRUE(shop.folder().Read("shop.register") == content);
   }
 }
 
 TEST(StatusCommand, AFolderIsNoRegister) {
   const TestFolder folder;
   for (const char* command : {"status", "paper", "journal", "fault"}) {
-    const ProgramRun run = run_console({command, "--register", folder.path()});
+    const ProgramRun run = RunConsole({command, "--register", folder.path()});
     EXPECT_EQ(run.exit_code, 2) << command;
     EXPECT_EQ(run.errors, "lorimat: " + folder.path() + ": is a directory, not a register\n");
-    EXPECT_EQ(run_console({command, "--register", folder.path()}, {.environment = {{"LANG", "it"}}})
+    EXPECT_EQ(RunConsole({command, "--register", folder.path()}, {.environment = {{"LANG", "it"}}})
                   .errors,
               "lorimat: " + folder.path() + ": è una cartella, non un registratore\n");
   }
@@ -247,7 +247,7 @@ TEST(StatusCommand, AFolderIsNoRegister) {
 
 TEST(StatusCommand, AFullStandardOutputIsAnError) {
   const Shop shop;
-  ASSERT_EQ(shop.sell(kDay).exit_code, 0);
+  ASSERT_EQ(shop.Sell(kDay).exit_code, 0);
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"status"},
                                                     {"status", "--json"},
                                                     {"paper"},
@@ -256,11 +256,11 @@ TEST(StatusCommand, AFullStandardOutputIsAnError) {
                                                     {"journal", "show", "1"},
                                                     {"journal", "verify"},
                                                     {"fault"}}) {
-    const ProgramRun run = shop.run(arguments, {.output_file = "/dev/full"});
+    const ProgramRun run = shop.Run(arguments, {.output_file = "/dev/full"});
     EXPECT_EQ(run.exit_code, 2) << arguments[0];
     EXPECT_THAT(run.errors, HasSubstr("No space left")) << arguments[0];
   }
-  EXPECT_EQ(shop.run({"journal", "verify"}).exit_code, 0);
+  EXPECT_EQ(shop.Run({"journal", "verify"}).exit_code, 0);
 }
 
 TEST(StatusCommand, EveryCommandOnARegisterHasHelpWithExamplesAndExitCodes) {
@@ -274,7 +274,7 @@ TEST(StatusCommand, EveryCommandOnARegisterHasHelpWithExamplesAndExitCodes) {
                                                   {"restore"}}) {
     std::vector<std::string> arguments = command;
     arguments.push_back("--help");
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 0) << command.back();
     EXPECT_THAT(run.output, HasSubstr("--register")) << command.back();
     EXPECT_THAT(run.output, HasSubstr("Examples:")) << command.back();
@@ -285,15 +285,15 @@ TEST(StatusCommand, EveryCommandOnARegisterHasHelpWithExamplesAndExitCodes) {
 // Nothing can be registered then: whoever looks finds out why.
 TEST(StatusCommand, TellsOfAClockThatIsBehind) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
-  EXPECT_THAT(shop.run({"status"}).output, Not(HasSubstr("Clock")));
-  EXPECT_EQ(nlohmann::json::parse(shop.run({"status", "--json"}).output)["clock"]["behind"], false);
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n", "2099-12-31 10:30").exit_code, 0);
-  EXPECT_THAT(line_of(shop.run({"status"}).output, "Clock"),
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  EXPECT_THAT(shop.Run({"status"}).output, Not(HasSubstr("Clock")));
+  EXPECT_EQ(nlohmann::json::parse(shop.Run({"status", "--json"}).output)["clock"]["behind"], false);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n", "2099-12-31 10:30").exit_code, 0);
+  EXPECT_THAT(LineOf(shop.Run({"status"}).output, "Clock"),
               MatchesRegex("Clock +shows ../../.... ..:.., more than an hour before the last "
                            "document or closing, 31/12/2099 10:30: nothing is registered before it "
                            "is right"));
-  const nlohmann::json status = nlohmann::json::parse(shop.run({"status", "--json"}).output);
+  const nlohmann::json status = nlohmann::json::parse(shop.Run({"status", "--json"}).output);
   EXPECT_EQ(status["clock"]["behind"], true);
   EXPECT_EQ(status["clock"]["last_document"], "2099-12-31T10:30");
 }
@@ -301,14 +301,14 @@ TEST(StatusCommand, TellsOfAClockThatIsBehind) {
 // What follows goes to standard output alone, and is a list's.
 TEST(Follow, IsNotForFilesNorForEntriesByThemselves) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
   for (const char* option : {"--paper", "--png", "--pdf"}) {
-    const ProgramRun run = shop.run({"paper", "--follow", option, shop.folder().path("x")});
+    const ProgramRun run = shop.Run({"paper", "--follow", option, shop.folder().Path("x")});
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_THAT(run.errors, HasSubstr(std::string(option) +
                                       ": --follow writes text to standard output, and no file"));
-    EXPECT_FALSE(std::filesystem::exists(shop.folder().path("x")));
+    EXPECT_FALSE(std::filesystem::exists(shop.folder().Path("x")));
   }
-  EXPECT_THAT(shop.run({"journal", "--follow", "verify"}).errors,
+  EXPECT_THAT(shop.Run({"journal", "--follow", "verify"}).errors,
               HasSubstr("--follow: selects entries of the list"));
 }

@@ -15,14 +15,14 @@ using testing::Not;
 
 namespace {
 
-json status_of(const std::string& file) {
-  const ProgramRun run = run_console({"status", "--json", "--register", file});
+json StatusOf(const std::string& file) {
+  const ProgramRun run = RunConsole({"status", "--json", "--register", file});
   EXPECT_EQ(run.exit_code, 0) << run.errors;
   return json::parse(run.output);
 }
 
 // The options that set what the settings say.
-std::vector<std::string> options_of(const json& settings) {
+std::vector<std::string> OptionsOf(const json& settings) {
   std::vector<std::string> options;
   const auto add = [&options](const std::string& name, const std::string& value) {
     options.push_back("--" + name + "=" + value);
@@ -45,23 +45,23 @@ std::vector<std::string> options_of(const json& settings) {
 
 TEST(StatusJson, TheSettingsMakeTheSameRegister) {
   const TestFolder folder;
-  const std::string first = folder.path("first");
-  const std::string second = folder.path("second");
-  std::filesystem::create_directory(folder.path("sent"));
-  ASSERT_EQ(run_console({"init",          first,
-                         "--serial",      "99LRM0000042VR",
-                         "--vat-number",  "12345678903",
-                         "--header",      "BAR \"SPORT\"",
-                         "--header",      " ",
-                         "--header",      "PERCHÉ NO",
-                         "--vat",         "21 10 5,5 4.25 0",
-                         "--departments", "1=A:B:4:99999,99",
-                         "--departments", "40=:5:0,01",
-                         "--outbox",      folder.path("sent"),
-                         "--training",    "--not-in-service"})
+  const std::string first = folder.Path("first");
+  const std::string second = folder.Path("second");
+  std::filesystem::create_directory(folder.Path("sent"));
+  ASSERT_EQ(RunConsole({"init",          first,
+                        "--serial",      "99LRM0000042VR",
+                        "--vat-number",  "12345678903",
+                        "--header",      "BAR \"SPORT\"",
+                        "--header",      " ",
+                        "--header",      "PERCHÉ NO",
+                        "--vat",         "21 10 5,5 4.25 0",
+                        "--departments", "1=A:B:4:99999,99",
+                        "--departments", "40=:5:0,01",
+                        "--outbox",      folder.Path("sent"),
+                        "--training",    "--not-in-service"})
                 .exit_code,
             0);
-  const json settings = status_of(first)["settings"];
+  const json settings = StatusOf(first)["settings"];
   EXPECT_EQ(settings["serial"], "99LRM0000042VR");
   EXPECT_EQ(settings["vat_number"], "12345678903");
   EXPECT_EQ(settings["header"], (json{"BAR \"SPORT\"", " ", "PERCHÉ NO"}));
@@ -69,32 +69,32 @@ TEST(StatusJson, TheSettingsMakeTheSameRegister) {
   EXPECT_EQ(settings["departments"][0], "1=A:B:4:99999.99");
   EXPECT_EQ(settings["departments"][1], "2=REPARTO 2:2:0.00");
   EXPECT_EQ(settings["departments"][39], "40=:5:0.01");
-  EXPECT_EQ(settings["outbox"], folder.path("sent"));
+  EXPECT_EQ(settings["outbox"], folder.Path("sent"));
   EXPECT_EQ(settings["training"], true);
   EXPECT_EQ(settings["not_in_service"], true);
 
   std::vector<std::string> arguments = {"init", second};
-  for (const std::string& option : options_of(settings)) arguments.push_back(option);
-  const ProgramRun made = run_console(arguments);
+  for (const std::string& option : OptionsOf(settings)) arguments.push_back(option);
+  const ProgramRun made = RunConsole(arguments);
   ASSERT_EQ(made.exit_code, 0) << made.errors;
-  EXPECT_EQ(status_of(second)["settings"], settings);
-  EXPECT_EQ(status_of(second)["tables"], status_of(first)["tables"]);
+  EXPECT_EQ(StatusOf(second)["settings"], settings);
+  EXPECT_EQ(StatusOf(second)["tables"], StatusOf(first)["tables"]);
 
   // And "set" takes them for another register.
-  const std::string third = folder.path("third");
-  ASSERT_EQ(run_console({"init", third}).exit_code, 0);
+  const std::string third = folder.Path("third");
+  ASSERT_EQ(RunConsole({"init", third}).exit_code, 0);
   arguments[0] = "set";
   arguments[1] = third;
-  const ProgramRun set = run_console(arguments);
+  const ProgramRun set = RunConsole(arguments);
   ASSERT_EQ(set.exit_code, 0) << set.errors;
-  EXPECT_EQ(status_of(third)["settings"], settings);
+  EXPECT_EQ(StatusOf(third)["settings"], settings);
 }
 
 TEST(StatusJson, TheSettingsAreTheOptions) {
   const Shop shop;
-  ASSERT_EQ(run_console({"init", shop.file()}).exit_code, 0);
-  const std::string help = run_console({"init", "--help"}).output;
-  const json status = status_of(shop.file());
+  ASSERT_EQ(RunConsole({"init", shop.file()}).exit_code, 0);
+  const std::string help = RunConsole({"init", "--help"}).output;
+  const json status = StatusOf(shop.file());
   for (const auto& [key, value] : status["settings"].items()) {
     std::string name = key;
     std::replace(name.begin(), name.end(), '_', '-');
@@ -104,13 +104,13 @@ TEST(StatusJson, TheSettingsAreTheOptions) {
 
 TEST(StatusJson, TellsTheSumsOfTheDay) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=10.00\nVEND REP=2, QTA=2, PRE=1.50\n"
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=10.00\nVEND REP=2, QTA=2, PRE=1.50\n"
                       "CHIU TEND=CONTANTI, IMP=20.00\n"
                       "FATTURA TIPO=2, RIGA1='ROSSI SRL'\nVEND REP=1, PRE=5.00\n"
                       "CHIU TEND=CARTA\n")
                 .exit_code,
             0);
-  const json totals = status_of(shop.file())["day"]["totals"];
+  const json totals = StatusOf(shop.file())["day"]["totals"];
   EXPECT_EQ(totals["sales_cents"], 1800);
   EXPECT_EQ(totals["invoices_cents"], 500);
   EXPECT_EQ(totals["credit_notes_cents"], 0);
@@ -126,12 +126,12 @@ TEST(StatusJson, TellsTheSumsOfTheDay) {
 
 TEST(StatusJson, TellsTablesAndSetUp) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("PROG\nPOPER OPE=3, DES='ANNA', PASS='segreto'\nPGRU GRU=2, DES='ORTO'\n"
+  ASSERT_EQ(shop.Sell("PROG\nPOPER OPE=3, DES='ANNA', PASS='segreto'\nPGRU GRU=2, DES='ORTO'\n"
                       "PSTEN ST=1, DES='BUONO', FLAG=1\nPOPZ CASSETTO=SI\n"
                       "PTAST POS=42, COD=MACRO01, MACRO='N1 REP01 '\nENDPROG\n")
                 .exit_code,
             0);
-  const ProgramRun run = shop.run({"status", "--json"});
+  const ProgramRun run = shop.Run({"status", "--json"});
   EXPECT_THAT(run.output, Not(HasSubstr("segreto")));
   const json status = json::parse(run.output);
   const json& tables = status["tables"];
@@ -155,24 +155,24 @@ TEST(StatusJson, TellsTablesAndSetUp) {
 
 TEST(StatusJson, TellsHowFullTheMemoryIs) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nVEND REP=1, PRE=1\nCHIU\n"
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\nVEND REP=1, PRE=1\nCHIU\n"
                       "VEND REP=1, PRE=1\nCHIU\n")
                 .exit_code,
             0);
-  const json memory = status_of(shop.file())["memory"];
+  const json memory = StatusOf(shop.file())["memory"];
   EXPECT_EQ(memory["closings"], json::parse(R"({"used": 1, "most": 9999})"));
   EXPECT_EQ(memory["documents_of_day"], json::parse(R"({"used": 2, "most": 9999})"));
   EXPECT_EQ(memory["articles"], json::parse(R"({"used": 0, "most": 6000})"));
-  const std::string roll = shop.run({"paper"}).output;
+  const std::string roll = shop.Run({"paper"}).output;
   EXPECT_EQ(memory["roll_lines"], std::count(roll.begin(), roll.end(), '\n'));
   EXPECT_EQ(memory["file_bytes"], std::filesystem::file_size(shop.file()));
 }
 
 TEST(StatusJson, TellsTheClock) {
   const Shop shop;
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1\nCHIU\n", "2024-03-15 10:30").exit_code, 0);
-  ASSERT_EQ(shop.sell("AZZGIO\n", "2024-03-15 18:00").exit_code, 0);
-  json clock = status_of(shop.file())["clock"];
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1\nCHIU\n", "2024-03-15 10:30").exit_code, 0);
+  ASSERT_EQ(shop.Sell("AZZGIO\n", "2024-03-15 18:00").exit_code, 0);
+  json clock = StatusOf(shop.file())["clock"];
   EXPECT_THAT(clock["now"].get<std::string>(),
               MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}"));
   EXPECT_EQ(clock["ahead_of_computer_seconds"], 0);
@@ -181,11 +181,11 @@ TEST(StatusJson, TellsTheClock) {
   EXPECT_EQ(clock["behind"], false);
   EXPECT_TRUE(clock["set_back"].is_null());
   // A closing by a wrong clock, and the operator's word that puts it right.
-  ASSERT_EQ(shop.sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\n", "2099-01-01 12:00").exit_code, 0);
-  EXPECT_EQ(status_of(shop.file())["clock"]["behind"], true);
+  ASSERT_EQ(shop.Sell("VEND REP=1, PRE=1\nCHIU\nAZZGIO\n", "2099-01-01 12:00").exit_code, 0);
+  EXPECT_EQ(StatusOf(shop.file())["clock"]["behind"], true);
   ASSERT_EQ(
-      shop.sell("DIRECTIO CMD=2, OPT=149, DATI='150320241900'\n", "2024-03-15 18:30").exit_code, 0);
-  clock = status_of(shop.file())["clock"];
+      shop.Sell("DIRECTIO CMD=2, OPT=149, DATI='150320241900'\n", "2024-03-15 18:30").exit_code, 0);
+  clock = StatusOf(shop.file())["clock"];
   EXPECT_EQ(clock["ahead_of_computer_seconds"], 1800);
   EXPECT_EQ(clock["behind"], false);
   EXPECT_EQ(clock["set_back"],

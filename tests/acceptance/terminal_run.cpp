@@ -19,14 +19,14 @@ namespace {
 
 constexpr int kPatience = 60000;  // milliseconds without any output
 
-winsize window(size_t columns, size_t height) {
+winsize Window(size_t columns, size_t height) {
   winsize size{};
   size.ws_col = static_cast<unsigned short>(columns);
   size.ws_row = static_cast<unsigned short>(height);
   return size;
 }
 
-[[noreturn]] void become(const std::vector<std::string>& arguments,
+[[noreturn]] void Become(const std::vector<std::string>& arguments,
                          const TerminalSetting& setting) {
   if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) _exit(127);
   setenv("LORIMATRT_REGISTRY", "/nonexistent/registry.ini", 1);
@@ -52,12 +52,12 @@ winsize window(size_t columns, size_t height) {
 
 TerminalRun::TerminalRun(const std::vector<std::string>& arguments, const TerminalSetting& setting)
     : setting_(setting), screen_(setting.columns, setting.height) {
-  winsize size = window(setting.columns, setting.height);
+  winsize size = Window(setting.columns, setting.height);
   child_ = forkpty(&master_, nullptr, nullptr, &size);
   if (child_ < 0) throw std::runtime_error(std::string("forkpty: ") + strerror(errno));
-  if (child_ == 0) become(arguments, setting_);
+  if (child_ == 0) Become(arguments, setting_);
   fcntl(master_, F_SETFD, FD_CLOEXEC);
-  wait_until("the first prompt", [&] { return at_prompt(0); });
+  WaitUntil("the first prompt", [&] { return AtPrompt(0); });
   prompt_row_ = screen_.cursor_row();
 }
 
@@ -66,7 +66,7 @@ TerminalRun::~TerminalRun() {
   if (child_ > 0) waitpid(child_, nullptr, 0);
 }
 
-bool TerminalRun::read_some() {
+bool TerminalRun::ReadSome() {
   std::array<char, 4096> buffer;
   pollfd input = {master_, POLLIN, 0};
   const int ready = poll(&input, 1, kPatience);
@@ -78,15 +78,15 @@ bool TerminalRun::read_some() {
   if (got <= 0) return false;
   const std::string_view text(buffer.data(), static_cast<size_t>(got));
   raw_ += text;
-  screen_.take(text);
+  screen_.Take(text);
   return true;
 }
 
-void TerminalRun::wait_until(const std::string& what, const std::function<bool()>& condition) {
+void TerminalRun::WaitUntil(const std::string& what, const std::function<bool()>& condition) {
   while (!condition()) {
     std::string cause = "the program ended";
     try {
-      if (read_some()) continue;
+      if (ReadSome()) continue;
     } catch (const std::runtime_error& error) {
       cause = error.what();
     }
@@ -95,17 +95,17 @@ void TerminalRun::wait_until(const std::string& what, const std::function<bool()
   }
 }
 
-bool TerminalRun::at_prompt(size_t above) const {
+bool TerminalRun::AtPrompt(size_t above) const {
   return (above == 0 || screen_.cursor_row() > above) && screen_.before_cursor() == setting_.prompt;
 }
 
-void TerminalRun::type(const std::string& keys) {
+void TerminalRun::Type(const std::string& keys) {
   size_t written = 0;
   while (written < keys.size()) {
     // The program's echo has to be taken off, or neither could write on.
     pollfd both = {master_, POLLIN | POLLOUT, 0};
     if (poll(&both, 1, kPatience) <= 0) throw std::runtime_error("keys are not taken");
-    if ((both.revents & POLLIN) != 0 && !read_some()) throw std::runtime_error("no one reads keys");
+    if ((both.revents & POLLIN) != 0 && !ReadSome()) throw std::runtime_error("no one reads keys");
     if ((both.revents & POLLOUT) == 0) continue;
     const ssize_t put =
         write(master_, keys.data() + written, std::min<size_t>(keys.size() - written, 256));
@@ -114,29 +114,29 @@ void TerminalRun::type(const std::string& keys) {
   }
 }
 
-std::vector<std::string> TerminalRun::type_for_prompt(const std::string& keys) {
+std::vector<std::string> TerminalRun::TypeForPrompt(const std::string& keys) {
   const size_t begin = prompt_row_;
-  type(keys);
-  wait_until("a prompt behind the keys", [&] { return at_prompt(begin); });
+  Type(keys);
+  WaitUntil("a prompt behind the keys", [&] { return AtPrompt(begin); });
   prompt_row_ = screen_.cursor_row();
   const std::vector<std::string> rows = screen_.rows();
   return {rows.begin() + static_cast<std::ptrdiff_t>(begin) + 1,
           rows.begin() + static_cast<std::ptrdiff_t>(prompt_row_)};
 }
 
-std::vector<std::string> TerminalRun::enter(const std::string& line) {
-  return type_for_prompt(line + "\r");
+std::vector<std::string> TerminalRun::Enter(const std::string& line) {
+  return TypeForPrompt(line + "\r");
 }
 
-void TerminalRun::wait_for_typed(const std::string& text) {
-  wait_until("the typed text '" + text + "'",
-             [&] { return screen_.before_cursor() == setting_.prompt + text; });
+void TerminalRun::WaitForTyped(const std::string& text) {
+  WaitUntil("the typed text '" + text + "'",
+            [&] { return screen_.before_cursor() == setting_.prompt + text; });
   // A list of candidates has moved the line down.
   prompt_row_ = screen_.cursor_row();
 }
 
-void TerminalRun::wait_for(const std::string& text) {
-  wait_until("'" + text + "'", [&] {
+void TerminalRun::WaitFor(const std::string& text) {
+  WaitUntil("'" + text + "'", [&] {
     const std::vector<std::string> rows = screen_.rows();
     for (size_t i = prompt_row_; i < rows.size(); ++i) {
       if (rows[i].find(text) != std::string::npos) return true;
@@ -145,15 +145,15 @@ void TerminalRun::wait_for(const std::string& text) {
   });
 }
 
-void TerminalRun::resize(size_t columns, size_t height) {
-  winsize size = window(columns, height);
+void TerminalRun::Resize(size_t columns, size_t height) {
+  winsize size = Window(columns, height);
   ioctl(master_, TIOCSWINSZ, &size);
 }
 
-void TerminalRun::send_signal(int signal) { kill(child_, signal); }
+void TerminalRun::SendSignal(int signal) { kill(child_, signal); }
 
-int TerminalRun::wait_for_end() {
-  while (read_some()) {
+int TerminalRun::WaitForEnd() {
+  while (ReadSome()) {
   }
   int status = 0;
   while (waitpid(child_, &status, 0) < 0 && errno == EINTR) {

@@ -30,22 +30,22 @@ class TerminalRun {
   TerminalRun& operator=(const TerminalRun&) = delete;
 
   // Keys as a terminal sends them: "\r" is Enter, "\t" TAB, "\x03" Ctrl-C, "\x1b[A" up.
-  void type(const std::string& keys);
+  void Type(const std::string& keys);
   // Types a line and Enter, waits for the next prompt, and returns the rows between the line and
   // that prompt.
-  std::vector<std::string> enter(const std::string& line);
+  std::vector<std::string> Enter(const std::string& line);
   // Types keys that end in a new prompt, and returns the rows up to it.
-  std::vector<std::string> type_for_prompt(const std::string& keys);
+  std::vector<std::string> TypeForPrompt(const std::string& keys);
   // Waits until the row of the cursor is the prompt and this text, up to the cursor.
-  void wait_for_typed(const std::string& text);
+  void WaitForTyped(const std::string& text);
   // Waits until the row of the last prompt, or one below it, holds the text. The last prompt is the
-  // one that enter, type_for_prompt or wait_for_typed saw.
-  void wait_for(const std::string& text);
+  // one that enter, TypeForPrompt or WaitForTyped saw.
+  void WaitFor(const std::string& text);
   // Makes the window another one, and tells the program.
-  void resize(size_t columns, size_t height);
-  void send_signal(int signal);
+  void Resize(size_t columns, size_t height);
+  void SendSignal(int signal);
   // Waits until the program has ended; its exit code, or -1 when a signal ended it.
-  int wait_for_end();
+  int WaitForEnd();
 
   const TerminalScreen& screen() const { return screen_; }
   // All that has come, as it came.
@@ -54,9 +54,9 @@ class TerminalRun {
  private:
   // Reads until the condition holds. Throws, with the screen, when the program ends first or
   // nothing comes for a minute.
-  void wait_until(const std::string& what, const std::function<bool()>& condition);
-  bool read_some();
-  bool at_prompt(size_t above) const;
+  void WaitUntil(const std::string& what, const std::function<bool()>& condition);
+  bool ReadSome();
+  bool AtPrompt(size_t above) const;
 
   TerminalSetting setting_;
   TerminalScreen screen_;

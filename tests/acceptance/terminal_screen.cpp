@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 
-void TerminalScreen::take(std::string_view output) {
-  for (const char byte : output) take_byte(byte);
+void TerminalScreen::Take(std::string_view output) {
+  for (const char byte : output) TakeByte(byte);
 }
 
-void TerminalScreen::take_byte(char byte) {
+void TerminalScreen::TakeByte(char byte) {
   const unsigned char value = static_cast<unsigned char>(byte);
   if (!sequence_.empty()) {
     sequence_ += byte;
@@ -15,7 +15,7 @@ void TerminalScreen::take_byte(char byte) {
     if (csi && (sequence_.size() == 2 || value < 0x40)) return;
     if (!csi && sequence_.size() == 2 && (byte == '(' || byte == ')')) return;
     if (csi) {
-      control(byte);
+      Control(byte);
     } else if (sequence_[1] != '(' && sequence_[1] != '=' && sequence_[1] != '>') {
       unknown_.push_back(sequence_);
     }
@@ -30,7 +30,7 @@ void TerminalScreen::take_byte(char byte) {
       column_ = 0;
       return;
     case '\n':
-      line_feed();
+      LineFeed();
       return;
     case '\b':
       if (column_ > 0) --column_;
@@ -49,18 +49,18 @@ void TerminalScreen::take_byte(char byte) {
     const unsigned char lead = static_cast<unsigned char>(character_.front());
     const size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
     if (character_.size() < size) return;
-    put(std::move(character_));
+    Put(std::move(character_));
     character_.clear();
     return;
   }
-  put(std::string(1, byte));
+  Put(std::string(1, byte));
 }
 
 // In the last column the cursor stays until the next character comes.
-void TerminalScreen::put(std::string character) {
+void TerminalScreen::Put(std::string character) {
   if (column_ == columns_) {
     column_ = 0;
-    line_feed();
+    LineFeed();
   }
   if (row().size() <= column_) row().resize(column_ + 1, " ");
   if (insert_) {
@@ -70,11 +70,11 @@ void TerminalScreen::put(std::string character) {
   row()[column_++] = std::move(character);
 }
 
-void TerminalScreen::line_feed() {
+void TerminalScreen::LineFeed() {
   if (++row_ == rows_.size()) rows_.emplace_back();
 }
 
-void TerminalScreen::control(char final) {
+void TerminalScreen::Control(char final) {
   const std::string parameters = sequence_.substr(2, sequence_.size() - 3);
   const int number = std::atoi(parameters.c_str());
   const size_t count = static_cast<size_t>(std::max(number, 1));
@@ -102,9 +102,9 @@ void TerminalScreen::control(char final) {
       if (parameters.empty()) return;
       break;
     case 'J':
-      return erase_display(number);
+      return EraseDisplay(number);
     case 'K':
-      return erase_line(number);
+      return EraseLine(number);
     case 'P':
       if (at < row().size()) {
         const auto first = row().begin() + static_cast<std::ptrdiff_t>(at);
@@ -136,16 +136,16 @@ void TerminalScreen::control(char final) {
   unknown_.push_back(sequence_);
 }
 
-void TerminalScreen::erase_display(int which) {
+void TerminalScreen::EraseDisplay(int which) {
   if (which == 2 || which == 3) {
     for (size_t i = top(); i < rows_.size(); ++i) rows_[i].clear();
     return;
   }
-  erase_line(0);
+  EraseLine(0);
   for (size_t i = row_ + 1; i < rows_.size(); ++i) rows_[i].clear();
 }
 
-void TerminalScreen::erase_line(int which) {
+void TerminalScreen::EraseLine(int which) {
   const size_t end = std::min(column_, row().size());
   if (which == 0) {
     row().resize(end);

@@ -11,7 +11,7 @@ class TerminalScreen {
  public:
   TerminalScreen(size_t columns, size_t height) : columns_(columns), height_(height), rows_(1) {}
 
-  void take(std::string_view output);
+  void Take(std::string_view output);
 
   // All rows, without their trailing blanks.
   std::vector<std::string> rows() const;
@@ -26,12 +26,12 @@ class TerminalScreen {
  private:
   using Row = std::vector<std::string>;  // a character each, as bytes; empty cells are blanks
 
-  void take_byte(char byte);
-  void put(std::string character);
-  void line_feed();
-  void control(char final);
-  void erase_display(int which);
-  void erase_line(int which);
+  void TakeByte(char byte);
+  void Put(std::string character);
+  void LineFeed();
+  void Control(char final);
+  void EraseDisplay(int which);
+  void EraseLine(int which);
   Row& row() { return rows_[row_]; }
   size_t top() const { return rows_.size() > height_ ? rows_.size() - height_ : 0; }
 

@@ -12,7 +12,7 @@ using testing::Not;
 using testing::StartsWith;
 
 TEST(Usage, HelpGoesToStandardOutputWithExamplesAndExitCodes) {
-  const ProgramRun run = run_console({"run", "--help"});
+  const ProgramRun run = RunConsole({"run", "--help"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
   EXPECT_THAT(run.output, HasSubstr("--language"));
@@ -21,13 +21,13 @@ TEST(Usage, HelpGoesToStandardOutputWithExamplesAndExitCodes) {
 }
 
 TEST(Usage, TheProgramsHelpNamesTheSubcommand) {
-  const ProgramRun run = run_console({"--help"});
+  const ProgramRun run = RunConsole({"--help"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, HasSubstr("run"));
 }
 
 TEST(Usage, VersionIsTheProjects) {
-  const ProgramRun run = run_console({"--version"});
+  const ProgramRun run = RunConsole({"--version"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.output, "lorimat " LORIMAT_VERSION "\n");
   EXPECT_THAT(run.errors, IsEmpty());
@@ -35,7 +35,7 @@ TEST(Usage, VersionIsTheProjects) {
 
 TEST(Usage, TheVersionHasALetterAndAWord) {
   for (const char* word : {"-V", "version"}) {
-    const ProgramRun run = run_console({word});
+    const ProgramRun run = RunConsole({word});
     EXPECT_EQ(run.exit_code, 0) << word;
     EXPECT_EQ(run.output, "lorimat " LORIMAT_VERSION "\n") << word;
     EXPECT_THAT(run.errors, IsEmpty()) << word;
@@ -49,35 +49,35 @@ TEST(Usage, HelpBehindTheWordHelpIsThatOfTheOption) {
     std::vector<std::string> asked = {"help"};
     asked.insert(asked.end(), words.begin(), words.end());
     words.emplace_back("--help");
-    const ProgramRun run = run_console(asked);
+    const ProgramRun run = RunConsole(asked);
     EXPECT_EQ(run.exit_code, 0) << run.errors;
-    EXPECT_EQ(run.output, run_console(words).output);
+    EXPECT_EQ(run.output, RunConsole(words).output);
     EXPECT_THAT(run.output, HasSubstr("\nExit codes:\n"));
   }
 }
 
 TEST(Usage, HelpOfAnUnknownCommandNamesTheNearestOne) {
-  const ProgramRun word = run_console({"help", "rnu"});
+  const ProgramRun word = RunConsole({"help", "rnu"});
   EXPECT_EQ(word.exit_code, 2);
   EXPECT_EQ(word.errors, "lorimat: no subcommand is called 'rnu'; did you mean run?\n");
   EXPECT_THAT(word.output, IsEmpty());
-  EXPECT_EQ(run_console({"help", "journal", "shwo"}).errors,
+  EXPECT_EQ(RunConsole({"help", "journal", "shwo"}).errors,
             "lorimat: no subcommand is called 'shwo'; did you mean show?\n");
-  const ProgramRun option = run_console({"rnu", "--help"});
+  const ProgramRun option = RunConsole({"rnu", "--help"});
   EXPECT_EQ(option.exit_code, 2);
   EXPECT_THAT(option.errors,
               StartsWith("lorimat: no subcommand is called 'rnu'; did you mean run?\n"));
 }
 
 TEST(Usage, NoSubcommandIsWrongUse) {
-  const ProgramRun run = run_console({});
+  const ProgramRun run = RunConsole({});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, StartsWith("lorimat: "));
 }
 
 TEST(Usage, AnUnknownSubcommandIsNamedWithTheNearestOne) {
-  const ProgramRun run = run_console({"chek", "x.cmd"});
+  const ProgramRun run = RunConsole({"chek", "x.cmd"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors,
             "lorimat: no subcommand is called 'chek'; did you mean check?\n"
@@ -87,7 +87,7 @@ TEST(Usage, AnUnknownSubcommandIsNamedWithTheNearestOne) {
 TEST(Usage, AnUnknownOptionIsNamedAlsoWhereSomethingIsMissing) {
   for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
            {"--papper"}, {"check", "--papper"}, {"backup", "--papper"}}) {
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_EQ(run.errors,
               "lorimat: no option is called '--papper'\n"
@@ -112,7 +112,7 @@ TEST(Usage, AnUnknownOptionIsNamedFirstAndTheNearestOneIsOffered) {
       {{"run", "x.cmd", "--pa\x1b[2Jper"}, "'--pa\\x1B[2Jper'"},
   };
   for (const auto& one : cases) {
-    const ProgramRun run = run_console(one.arguments);
+    const ProgramRun run = RunConsole(one.arguments);
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_EQ(run.errors, std::string("lorimat: no option is called ") + one.told +
                               "\nRun with --help for more information.\n");
@@ -122,14 +122,14 @@ TEST(Usage, AnUnknownOptionIsNamedFirstAndTheNearestOneIsOffered) {
 TEST(Usage, AnOptionInFrontOfItsSubcommandIsToldWhereItStands) {
   for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
            {"--register", "d.reg", "status"}, {"--register=d.reg", "status", "--json"}}) {
-    const ProgramRun run = run_console(arguments);
+    const ProgramRun run = RunConsole(arguments);
     EXPECT_EQ(run.exit_code, 2);
     EXPECT_EQ(run.errors,
               "lorimat: the option --register stands behind the subcommand: lorimat status "
               "--register ...\n"
               "Run with --help for more information.\n");
   }
-  const ProgramRun alone = run_console({"--register", "d.reg"});
+  const ProgramRun alone = RunConsole({"--register", "d.reg"});
   EXPECT_EQ(alone.exit_code, 2);
   EXPECT_EQ(alone.errors,
             "lorimat: the option --register stands behind a subcommand, and none was given\n"
@@ -137,7 +137,7 @@ TEST(Usage, AnOptionInFrontOfItsSubcommandIsToldWhereItStands) {
 }
 
 TEST(Usage, AnArgumentTooManyIsNamed) {
-  const ProgramRun run = run_console({"run", "x.cmd", "y.cmd", "z.cmd"});
+  const ProgramRun run = RunConsole({"run", "x.cmd", "y.cmd", "z.cmd"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.errors,
             "lorimat: The following argument was not expected: y.cmd\n"
@@ -145,24 +145,24 @@ TEST(Usage, AnArgumentTooManyIsNamed) {
 }
 
 TEST(Usage, RunNeedsAFile) {
-  const ProgramRun run = run_console({"run"});
+  const ProgramRun run = RunConsole({"run"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("FILE"));
 }
 
 TEST(Usage, StopOnErrorDoesNotGoWithBatch) {
-  const ProgramRun run = run_console({"run", "x.cmd", "--batch", "--stop-on-error"});
+  const ProgramRun run = RunConsole({"run", "x.cmd", "--batch", "--stop-on-error"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("--stop-on-error"));
 }
 
 TEST(Usage, AClockThatIsNoDateIsRefused) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
+  const std::string lines = folder.Write("lines.cmd", "");
   for (const char* clock :
        {"yesterday", "2024-02-30 10:00", "2024-13-01 10:00", "2024-01-01", "2024-01-01 24:00",
         "2024-01-01 10:60", "2024-01-01 10:00:60", "01/01/2024", "12/31/2024 10:00"}) {
-    const ProgramRun run = run_console({"run", lines, "--clock", clock});
+    const ProgramRun run = RunConsole({"run", lines, "--clock", clock});
     EXPECT_EQ(run.exit_code, 2) << clock;
     EXPECT_THAT(run.errors, HasSubstr("YYYY-MM-DD HH:MM")) << clock;
     EXPECT_THAT(run.output, IsEmpty()) << clock;
@@ -171,10 +171,10 @@ TEST(Usage, AClockThatIsNoDateIsRefused) {
 
 TEST(Usage, AClockIsTakenInEveryFormThatIsShown) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
   for (const char* clock : {"2024-03-15 10:30", "2024-03-15T10:30", "15/03/2024 10:30",
                             "15/03/2024T10:30:59", "2024-03-15 10:30:00", "150320241030"}) {
-    const ProgramRun run = run_console({"run", lines, "--clock", clock});
+    const ProgramRun run = RunConsole({"run", lines, "--clock", clock});
     EXPECT_EQ(run.exit_code, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("             15/03/2024 10:30\n")) << clock;
   }
@@ -182,9 +182,9 @@ TEST(Usage, AClockIsTakenInEveryFormThatIsShown) {
 
 TEST(Usage, AnEmptyOptionIsNotTakenForOneLeftOut) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
+  const std::string lines = folder.Write("lines.cmd", "");
   for (const char* option : {"--clock", "--language", "--paper", "--trace", "--library"}) {
-    const ProgramRun run = run_console({"run", lines, option, ""});
+    const ProgramRun run = RunConsole({"run", lines, option, ""});
     EXPECT_EQ(run.exit_code, 2) << option;
     EXPECT_THAT(run.errors, HasSubstr(option)) << option;
   }
@@ -192,17 +192,17 @@ TEST(Usage, AnEmptyOptionIsNotTakenForOneLeftOut) {
 
 TEST(Usage, AMissingLibraryIsNamed) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_console({"run", lines, "--library", folder.path("none.so")});
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunConsole({"run", lines, "--library", folder.Path("none.so")});
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr(folder.path("none.so")));
+  EXPECT_THAT(run.errors, HasSubstr(folder.Path("none.so")));
 }
 
 TEST(Usage, AFileThatIsNoLibraryIsRefusedWithItsCause) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const std::string wrong = folder.write("wrong.so", "no library at all");
-  const ProgramRun run = run_console({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", wrong}}});
+  const std::string lines = folder.Write("lines.cmd", "");
+  const std::string wrong = folder.Write("wrong.so", "no library at all");
+  const ProgramRun run = RunConsole({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", wrong}}});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("cannot be loaded"));
   EXPECT_THAT(run.errors, HasSubstr(wrong));
@@ -210,46 +210,45 @@ TEST(Usage, AFileThatIsNoLibraryIsRefusedWithItsCause) {
 
 TEST(Usage, WhyALibraryIsNotLoadedIsToldInItalianAsFarAsItIsKnown) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const std::string wrong = folder.write("wrong.so", "no library at all");
+  const std::string lines = folder.Write("lines.cmd", "");
+  const std::string wrong = folder.Write("wrong.so", "no library at all");
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  EXPECT_EQ(run_console({"run", lines, "--library", wrong}, italian).errors,
+  EXPECT_EQ(RunConsole({"run", lines, "--library", wrong}, italian).errors,
             "lorimat: la libreria non si può caricare (" + wrong + ": file too short)\n");
-  const std::string none = folder.path("none.so");
+  const std::string none = folder.Path("none.so");
   EXPECT_EQ(
-      run_console({"run", lines, "--library", none}, italian).errors,
+      RunConsole({"run", lines, "--library", none}, italian).errors,
       "lorimat: la libreria non si può caricare: " + none + ": Il file o la cartella non esiste\n");
 }
 
 TEST(Usage, DatesHaveTheSameFormInTheHelpAndInErrors) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
+  const std::string lines = folder.Write("lines.cmd", "");
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  EXPECT_THAT(run_console({"run", "--help"}, italian).output, HasSubstr("AAAA-MM-GG HH:MM"));
-  EXPECT_THAT(run_console({"run", lines, "--clock", "x"}, italian).errors,
+  EXPECT_THAT(RunConsole({"run", "--help"}, italian).output, HasSubstr("AAAA-MM-GG HH:MM"));
+  EXPECT_THAT(RunConsole({"run", lines, "--clock", "x"}, italian).errors,
               HasSubstr("AAAA-MM-GG HH:MM"));
-  const std::string shop = folder.path("shop.register");
-  ASSERT_EQ(run_console({"run", lines, "--register", shop}).exit_code, 0);
-  const ProgramRun journal = run_console({"journal", "--from", "x", "--register", shop}, italian);
+  const std::string shop = folder.Path("shop.register");
+  ASSERT_EQ(RunConsole({"run", lines, "--register", shop}).exit_code, 0);
+  const ProgramRun journal = RunConsole({"journal", "--from", "x", "--register", shop}, italian);
   EXPECT_THAT(journal.errors, HasSubstr("AAAA-MM-GG HH:MM"));
   EXPECT_THAT(journal.errors, Not(HasSubstr("YYYY")));
 }
 
 TEST(Usage, ALibraryWithoutTheExportsIsRefused) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run =
-      run_console({"run", lines, "--library", "/lib/x86_64-linux-gnu/libm.so.6"});
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunConsole({"run", lines, "--library", "/lib/x86_64-linux-gnu/libm.so.6"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("it lacks TradInit"));
 }
 
 TEST(Usage, TheLibraryMayBeNamedByOptionOrEnvironment) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "; nothing to do\n");
+  const std::string lines = folder.Write("lines.cmd", "; nothing to do\n");
   const std::string library = std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so";
-  EXPECT_EQ(run_console({"run", lines, "--library", library}).exit_code, 0);
-  EXPECT_EQ(run_console({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", library}}}).exit_code,
+  EXPECT_EQ(RunConsole({"run", lines, "--library", library}).exit_code, 0);
+  EXPECT_EQ(RunConsole({"run", lines}, {.environment = {{"LORIMAT_LIBRARY", library}}}).exit_code,
             0);
 }
 
@@ -257,24 +256,24 @@ TEST(Tree, TheProgramFindsItsFilesWhereverTheTreeStands) {
   namespace fs = std::filesystem;
   TestFolder folder;
   for (const char* part : {"bin", "lib", "share/lorimat"})
-    fs::create_directories(folder.path(part));
-  const std::string program = folder.path("bin/lorimat");
+    fs::create_directories(folder.Path(part));
+  const std::string program = folder.Path("bin/lorimat");
   fs::copy_file(std::string(LORIMAT_BIN_FOLDER) + "/lorimat", program);
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1.00\nCHIU\n");
 
-  const ProgramRun no_library = run_program(program, {"run", lines});
+  const ProgramRun no_library = RunProgram(program, {"run", lines});
   EXPECT_EQ(no_library.exit_code, 2);
-  EXPECT_THAT(no_library.errors, HasSubstr(folder.path("lib/liblorimatrt.so")));
+  EXPECT_THAT(no_library.errors, HasSubstr(folder.Path("lib/liblorimatrt.so")));
   EXPECT_THAT(no_library.errors, HasSubstr("--library"));
 
   fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so",
-                folder.path("lib/liblorimatrt.so"));
-  const ProgramRun no_words = run_program(program, {"run", lines});
+                folder.Path("lib/liblorimatrt.so"));
+  const ProgramRun no_words = RunProgram(program, {"run", lines});
   EXPECT_EQ(no_words.exit_code, 2);
-  EXPECT_THAT(no_words.errors, HasSubstr(folder.path("share/lorimat/merkelin.ini")));
+  EXPECT_THAT(no_words.errors, HasSubstr(folder.Path("share/lorimat/merkelin.ini")));
 
-  fs::copy_file(source_file("language/merkelin.ini"), folder.path("share/lorimat/merkelin.ini"));
-  const ProgramRun whole = run_program(program, {"run", lines}, {.folder = "/"});
+  fs::copy_file(SourceFile("language/merkelin.ini"), folder.Path("share/lorimat/merkelin.ini"));
+  const ProgramRun whole = RunProgram(program, {"run", lines}, {.folder = "/"});
   EXPECT_EQ(whole.exit_code, 0) << whole.errors;
   EXPECT_THAT(whole.output, HasSubstr("1,00"));
 }
@@ -283,32 +282,32 @@ TEST(Tree, TheHelpOfAnInstalledProgramNamesExamplesThatRun) {
   namespace fs = std::filesystem;
   TestFolder folder;
   const ProgramRun installed =
-      run_program(LORIMAT_CMAKE, {"--install", std::string(LORIMAT_BUILD_FOLDER) + "/examples",
-                                  "--prefix", folder.path("tree")});
+      RunProgram(LORIMAT_CMAKE, {"--install", std::string(LORIMAT_BUILD_FOLDER) + "/examples",
+                                 "--prefix", folder.Path("tree")});
   ASSERT_EQ(installed.exit_code, 0) << installed.errors;
-  const std::string examples = folder.path("tree/share/lorimat/examples");
-  for (const auto& entry : fs::directory_iterator(source_file("examples"))) {
+  const std::string examples = folder.Path("tree/share/lorimat/examples");
+  for (const auto& entry : fs::directory_iterator(SourceFile("examples"))) {
     if (entry.path().extension() != ".cmd") continue;
     EXPECT_TRUE(fs::exists(fs::path(examples) / entry.path().filename())) << entry;
   }
-  for (const char* part : {"tree/bin", "tree/lib"}) fs::create_directories(folder.path(part));
-  const std::string program = folder.path("tree/bin/lorimat");
+  for (const char* part : {"tree/bin", "tree/lib"}) fs::create_directories(folder.Path(part));
+  const std::string program = folder.Path("tree/bin/lorimat");
   fs::copy_file(std::string(LORIMAT_BIN_FOLDER) + "/lorimat", program);
   fs::copy_file(std::string(LORIMAT_LIB_FOLDER) + "/liblorimatrt.so",
-                folder.path("tree/lib/liblorimatrt.so"));
-  fs::copy_file(source_file("language/merkelin.ini"),
-                folder.path("tree/share/lorimat/merkelin.ini"));
+                folder.Path("tree/lib/liblorimatrt.so"));
+  fs::copy_file(SourceFile("language/merkelin.ini"),
+                folder.Path("tree/share/lorimat/merkelin.ini"));
   const std::string line = "  lorimat run " + examples + "/receipt.cmd\n";
-  EXPECT_THAT(run_program(program, {"--help"}).output, HasSubstr(line));
-  EXPECT_THAT(run_program(program, {"run", "--help"}).output, HasSubstr(line));
-  EXPECT_THAT(run_console({"run", "--help"}).output, HasSubstr("  lorimat run examples/receipt"));
-  EXPECT_EQ(run_program(program, {"run", examples + "/receipt.cmd"}, {.folder = "/"}).exit_code, 0);
+  EXPECT_THAT(RunProgram(program, {"--help"}).output, HasSubstr(line));
+  EXPECT_THAT(RunProgram(program, {"run", "--help"}).output, HasSubstr(line));
+  EXPECT_THAT(RunConsole({"run", "--help"}).output, HasSubstr("  lorimat run examples/receipt"));
+  EXPECT_EQ(RunProgram(program, {"run", examples + "/receipt.cmd"}, {.folder = "/"}).exit_code, 0);
 }
 
 TEST(Streams, TheLibrarysOwnLinesStayOutOfOutputAndErrors) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1, ACCONTO\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1, ACCONTO\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines});
   for (const std::string& text : {run.output, run.errors}) {
     EXPECT_THAT(text, Not(HasSubstr("oad working...")));
     EXPECT_THAT(text, Not(HasSubstr("library destroy")));
@@ -318,9 +317,9 @@ TEST(Streams, TheLibrarysOwnLinesStayOutOfOutputAndErrors) {
 
 TEST(Streams, TheTraceFileHoldsTheLibrarysLinesAndTheLinesItWasGiven) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "SUBT\n");
-  const ProgramRun run = run_console({"run", lines, "--trace", folder.path("trace.txt")});
-  const std::string trace = folder.read("trace.txt");
+  const std::string lines = folder.Write("lines.cmd", "SUBT\n");
+  const ProgramRun run = RunConsole({"run", lines, "--trace", folder.Path("trace.txt")});
+  const std::string trace = folder.Read("trace.txt");
   EXPECT_THAT(trace, StartsWith("Load working...\n"));
   EXPECT_THAT(trace, HasSubstr("TradEcr Cmd<SUBT>\n"));
   EXPECT_THAT(trace, HasSubstr("Unload working...\n"));
@@ -330,8 +329,8 @@ TEST(Streams, TheTraceFileHoldsTheLibrarysLinesAndTheLinesItWasGiven) {
 
 TEST(Streams, TheTraceMayGoToStandardError) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "SUBT\n");
-  const ProgramRun run = run_console({"run", lines, "--trace", "-"});
+  const std::string lines = folder.Write("lines.cmd", "SUBT\n");
+  const ProgramRun run = RunConsole({"run", lines, "--trace", "-"});
   EXPECT_THAT(run.errors, HasSubstr("Load working...\n"));
   EXPECT_THAT(run.errors, HasSubstr("TradEcr Cmd<SUBT>\n"));
   EXPECT_THAT(run.output, Not(HasSubstr("working...")));
@@ -339,8 +338,8 @@ TEST(Streams, TheTraceMayGoToStandardError) {
 
 TEST(Streams, ATraceThatCannotBeWrittenIsRefused) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "");
-  const ProgramRun run = run_console({"run", lines, "--trace", folder.path("none/trace.txt")});
+  const std::string lines = folder.Write("lines.cmd", "");
+  const ProgramRun run = RunConsole({"run", lines, "--trace", folder.Path("none/trace.txt")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("none/trace.txt"));
   EXPECT_THAT(run.errors, HasSubstr("No such file"));
@@ -348,37 +347,37 @@ TEST(Streams, ATraceThatCannotBeWrittenIsRefused) {
 
 TEST(Streams, APaperThatCannotBeWrittenIsAnErrorAndNamesTheFile) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
-  const ProgramRun missing = run_console({"run", lines, "--paper", folder.path("none/paper.txt")});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun missing = RunConsole({"run", lines, "--paper", folder.Path("none/paper.txt")});
   EXPECT_EQ(missing.exit_code, 2);
   EXPECT_THAT(missing.errors, HasSubstr("none/paper.txt"));
-  const ProgramRun full = run_console({"run", lines, "--paper", "/dev/full"});
+  const ProgramRun full = RunConsole({"run", lines, "--paper", "/dev/full"});
   EXPECT_EQ(full.exit_code, 2);
   EXPECT_THAT(full.errors, HasSubstr("/dev/full: cannot write the paper: No space left"));
 }
 
 TEST(Streams, AFullStandardOutputIsAnError) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines}, {.output_file = "/dev/full"});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines}, {.output_file = "/dev/full"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("No space left"));
 }
 
 TEST(Streams, AClosedStandardOutputIsAnErrorAndNoOtherFileTakesItsPlace) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
-  const ProgramRun run = run_console({"run", lines}, {.close_output = true});
+  const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1\nCHIU\n");
+  const ProgramRun run = RunConsole({"run", lines}, {.close_output = true});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("cannot write to standard output"));
-  EXPECT_EQ(folder.read("lines.cmd"), "VEND REP=1, PRE=1\nCHIU\n");
+  EXPECT_EQ(folder.Read("lines.cmd"), "VEND REP=1, PRE=1\nCHIU\n");
 }
 
 TEST(Streams, ThePaperNeverReplacesTheFileOfLines) {
   TestFolder folder;
-  const std::string lines = folder.write("lines.cmd", "SUBT\n");
-  const ProgramRun run = run_console({"run", lines, "--paper", folder.path("./lines.cmd")});
+  const std::string lines = folder.Write("lines.cmd", "SUBT\n");
+  const ProgramRun run = RunConsole({"run", lines, "--paper", folder.Path("./lines.cmd")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("the paper would replace it"));
-  EXPECT_EQ(folder.read("lines.cmd"), "SUBT\n");
+  EXPECT_EQ(folder.Read("lines.cmd"), "SUBT\n");
 }

@@ -27,24 +27,24 @@ const char* const kWords =
 
 TEST(Words, ATableShowsCommandsFieldsShortFormsAndRemarks) {
   TestFolder folder;
-  const ProgramRun run = run_console({"words", "--language", folder.write("words.ini", kWords)});
+  const ProgramRun run = RunConsole({"words", "--language", folder.Write("words.ini", kWords)});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.errors, IsEmpty());
-  EXPECT_EQ(run.output, expected_paper("words.txt"));
+  EXPECT_EQ(run.output, ExpectedPaper("words.txt"));
 }
 
 TEST(Words, TheTableMayBeMarkdown) {
   TestFolder folder;
   const ProgramRun run =
-      run_console({"words", "--markdown", "--language", folder.write("words.ini", kWords)});
+      RunConsole({"words", "--markdown", "--language", folder.Write("words.ini", kWords)});
   EXPECT_EQ(run.exit_code, 0);
-  EXPECT_EQ(run.output, expected_paper("words.md"));
+  EXPECT_EQ(run.output, ExpectedPaper("words.md"));
 }
 
 TEST(Words, JsonHoldsTheSame) {
   TestFolder folder;
   const ProgramRun run =
-      run_console({"words", "--json", "--language", folder.write("words.ini", kWords)});
+      RunConsole({"words", "--json", "--language", folder.Write("words.ini", kWords)});
   EXPECT_EQ(run.exit_code, 0);
   const json all = json::parse(run.output);
   ASSERT_EQ(all.size(), 5u);
@@ -63,32 +63,32 @@ TEST(Words, JsonHoldsTheSame) {
 }
 
 TEST(Words, OneCommandIsFoundByAShortenedNameOrItsNumber) {
-  const std::string by_name = run_console({"words", "--command", "chiu"}).output;
+  const std::string by_name = RunConsole({"words", "--command", "chiu"}).output;
   EXPECT_THAT(by_name, HasSubstr("CHIU"));
   EXPECT_THAT(by_name, HasSubstr("TEND"));
   EXPECT_THAT(by_name, Not(HasSubstr("VEND")));
-  EXPECT_EQ(run_console({"words", "--command", "#11"}).output, by_name);
+  EXPECT_EQ(RunConsole({"words", "--command", "#11"}).output, by_name);
 }
 
 TEST(Words, AnUnknownCommandIsToldWithTheNearestName) {
-  const ProgramRun run = run_console({"words", "--command", "VNED"});
+  const ProgramRun run = RunConsole({"words", "--command", "VNED"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_EQ(run.errors, "lorimat: VNED: no command has this name; did you mean VEND?\n");
-  const ProgramRun far = run_console({"words", "--command", "XXXXXX"});
+  const ProgramRun far = RunConsole({"words", "--command", "XXXXXX"});
   EXPECT_EQ(far.errors, "lorimat: XXXXXX: no command has this name\n");
 }
 
 TEST(Words, AnAmbiguousCommandIsTold) {
-  const ProgramRun run = run_console({"words", "--command", "P"});
+  const ProgramRun run = RunConsole({"words", "--command", "P"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.errors, HasSubstr("fits more than one command"));
 }
 
 TEST(Words, AFileThatTheLibraryRefusesIsNamedWithLineAndCause) {
   TestFolder folder;
-  const std::string words = folder.write("words.ini", "[OPCOD]\n10=SELL\nSELL\n");
-  const ProgramRun run = run_console({"words", "--language", words});
+  const std::string words = folder.Write("words.ini", "[OPCOD]\n10=SELL\nSELL\n");
+  const ProgramRun run = RunConsole({"words", "--language", words});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(words + ":3: an entry needs a '='"));
@@ -96,47 +96,46 @@ TEST(Words, AFileThatTheLibraryRefusesIsNamedWithLineAndCause) {
 
 TEST(Words, MissingFilesAndFoldersAreNamed) {
   TestFolder folder;
-  const ProgramRun missing = run_console({"words", "--language", folder.path("none.ini")});
+  const ProgramRun missing = RunConsole({"words", "--language", folder.Path("none.ini")});
   EXPECT_EQ(missing.exit_code, 2);
   EXPECT_THAT(missing.errors, HasSubstr("none.ini: cannot be opened: No such file"));
-  const ProgramRun directory = run_console({"words", "--language", folder.path()});
+  const ProgramRun directory = RunConsole({"words", "--language", folder.path()});
   EXPECT_EQ(directory.exit_code, 2);
   EXPECT_THAT(directory.errors, HasSubstr("is no regular file"));
 }
 
 TEST(Words, AMissingFileIsNotReplacedByOneOfTheCurrentFolder) {
   TestFolder folder;
-  folder.write("merkelin.ini", kWords);
-  const ProgramRun run =
-      run_console({"words", "--language", "none.ini"}, {.folder = folder.path()});
+  folder.Write("merkelin.ini", kWords);
+  const ProgramRun run = RunConsole({"words", "--language", "none.ini"}, {.folder = folder.path()});
   EXPECT_EQ(run.exit_code, 2);
 }
 
 TEST(Words, NamesOfAnyBytesDoNotSpoilTheTable) {
   TestFolder folder;
   const std::string words =
-      folder.write("words.ini", "[OPCOD]\n10=A\x1b|\xff\n[10]\n1=\xc3\xa8\\\n");
-  const ProgramRun text = run_console({"words", "--language", words});
+      folder.Write("words.ini", "[OPCOD]\n10=A\x1b|\xff\n[10]\n1=\xc3\xa8\\\n");
+  const ProgramRun text = RunConsole({"words", "--language", words});
   EXPECT_EQ(text.exit_code, 0) << text.errors;
   EXPECT_THAT(text.output, HasSubstr("A\\x1B|"));
   EXPECT_THAT(text.output, Not(HasSubstr("\x1b")));
-  const ProgramRun markdown = run_console({"words", "--language", words, "--markdown"});
+  const ProgramRun markdown = RunConsole({"words", "--language", words, "--markdown"});
   EXPECT_EQ(markdown.exit_code, 0);
   EXPECT_THAT(markdown.output, HasSubstr("\\|"));
-  const ProgramRun as_json = run_console({"words", "--language", words, "--json"});
+  const ProgramRun as_json = RunConsole({"words", "--language", words, "--json"});
   EXPECT_EQ(as_json.exit_code, 0);
   EXPECT_EQ(json::parse(as_json.output).at(0).at("opcode"), 10);
 }
 
 TEST(Words, AFileWithoutCommandsGivesAnEmptyTable) {
   TestFolder folder;
-  const std::string words = folder.write("words.ini", "");
-  EXPECT_THAT(run_console({"words", "--language", words}).output, StartsWith("  No  Command"));
-  EXPECT_EQ(run_console({"words", "--language", words, "--json"}).output, "[]\n");
+  const std::string words = folder.Write("words.ini", "");
+  EXPECT_THAT(RunConsole({"words", "--language", words}).output, StartsWith("  No  Command"));
+  EXPECT_EQ(RunConsole({"words", "--language", words, "--json"}).output, "[]\n");
 }
 
 TEST(Words, MarkdownAndJsonExcludeEachOther) {
-  const ProgramRun run = run_console({"words", "--markdown", "--json"});
+  const ProgramRun run = RunConsole({"words", "--markdown", "--json"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("--json"));
 }

@@ -96,7 +96,7 @@ Conversation SetUpScript(const std::vector<std::string>& lines) {
 
 bool IsCode(long code) {
   return code == static_cast<int>(code) &&
-         !lorimat::console::read_code(static_cast<int>(code)).empty();
+         !lorimat::console::ReadCode(static_cast<int>(code)).empty();
 }
 
 class RegisterPlayer {

@@ -22,7 +22,7 @@ constexpr int kAnswers = 3;
 
 RtfClientInterface* client = nullptr;
 
-long ecr_io(long code, long, char*, long, char*, long*, long* out) {
+long EcrIo(long code, long, char*, long, char*, long*, long* out) {
   if (code != ECRIOIC_GET_CLIENT_RT) return -1;
   *reinterpret_cast<void**>(out) = client;
   return 0;
@@ -30,7 +30,7 @@ long ecr_io(long code, long, char*, long, char*, long*, long* out) {
 
 class Refused : public std::exception {};
 
-void run(std::string line) {
+void Run(std::string line) {
   char result[512];
   const long code = EcrCmd(line.data(), result);
   if (code == 0) return;
@@ -38,7 +38,7 @@ void run(std::string line) {
   throw Refused();
 }
 
-void tell(Answer::Kind kind, int closure, int number, int64_t total) {
+void Tell(Answer::Kind kind, int closure, int number, int64_t total) {
   Answer answer;
   answer.kind = kind;
   answer.closure = closure;
@@ -52,78 +52,78 @@ class Seller {
  public:
   Seller(lorimat::VirtualRegister& device, unsigned seed) : device_(device), random_(seed) {}
 
-  void sell_for_ever() {
+  void SellForEver() {
     for (;;) {
-      switch (pick(12)) {
+      switch (Pick(12)) {
         case 0:
-          invoice();
+          Invoice();
           break;
         case 1:
-          credit_note();
+          CreditNote();
           break;
         case 2:
-          give_up();
+          GiveUp();
           break;
         case 3:
-          close_day();
+          CloseDay();
           break;
         default:
-          receipt();
+          Receipt();
           break;
       }
     }
   }
 
  private:
-  int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
+  int Pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
 
   // Some lines; their sum in ten-thousandths.
   int64_t lines() {
     int64_t total = 0;
-    for (int line = pick(4); line >= 0; --line) {
-      const int cents = 1 + pick(9999);
-      run("VEND REP=" + std::to_string(1 + pick(5)) + ", PRE=" + std::to_string(cents / 100) + "." +
+    for (int line = Pick(4); line >= 0; --line) {
+      const int cents = 1 + Pick(9999);
+      Run("VEND REP=" + std::to_string(1 + Pick(5)) + ", PRE=" + std::to_string(cents / 100) + "." +
           std::to_string(cents / 10 % 10) + std::to_string(cents % 10));
       total += int64_t{100} * cents;
     }
     return total;
   }
 
-  void tell_document(Answer::Kind kind, int64_t total) {
-    tell(kind, device_.store().last_closure() + 1, device_.store().counters().documents, total);
+  void TellDocument(Answer::Kind kind, int64_t total) {
+    Tell(kind, device_.store().last_closure() + 1, device_.store().counters().documents, total);
   }
 
-  void receipt() {
+  void Receipt() {
     const int64_t total = lines();
     // One cent by card first: a part, or all of the cheapest receipt.
-    if (pick(3) == 0) run("CHIU TEND=CARTA, IMP=0.01");
-    if (device_.printer_state() != RTF_FPTR_PS_MONITOR) run("CHIU");
-    tell_document(Answer::kSale, total);
+    if (Pick(3) == 0) Run("CHIU TEND=CARTA, IMP=0.01");
+    if (device_.printer_state() != RTF_FPTR_PS_MONITOR) Run("CHIU");
+    TellDocument(Answer::kSale, total);
   }
 
-  void invoice() {
-    run("FATTURA TIPO=2, RIGA1='ROSSI MARIO SRL', RIGA2='P.IVA 12345678903'");
+  void Invoice() {
+    Run("FATTURA TIPO=2, RIGA1='ROSSI MARIO SRL', RIGA2='P.IVA 12345678903'");
     const int64_t total = lines();
-    run("CHIU");
-    tell(Answer::kInvoice, device_.store().last_closure() + 1, device_.store().next_invoice() - 1,
+    Run("CHIU");
+    Tell(Answer::kInvoice, device_.store().last_closure() + 1, device_.store().next_invoice() - 1,
          total);
   }
 
-  void credit_note() {
-    run("NOTACRED DOC='01230045', DATA='150124', MATR='99LRM0000002'");
+  void CreditNote() {
+    Run("NOTACRED DOC='01230045', DATA='150124', MATR='99LRM0000002'");
     const int64_t total = lines();
-    run("CHIU");
-    tell_document(Answer::kRefund, total);
+    Run("CHIU");
+    TellDocument(Answer::kRefund, total);
   }
 
-  void give_up() {
+  void GiveUp() {
     lines();
-    run("RESPRN");
+    Run("RESPRN");
   }
 
-  void close_day() {
-    run("AZZGIO TIPO=1");
-    tell(Answer::kClosed, device_.store().last_closure(), 0, 0);
+  void CloseDay() {
+    Run("AZZGIO TIPO=1");
+    Tell(Answer::kClosed, device_.store().last_closure(), 0, 0);
   }
 
   lorimat::VirtualRegister& device_;
@@ -142,12 +142,12 @@ int main(int argc, char** argv) {
     settings.file = argv[1];
     lorimat::VirtualRegister device(settings);
     client = &device;
-    if (TradInit(argv[2], 0, nullptr, &ecr_io) != 0) {
+    if (TradInit(argv[2], 0, nullptr, &EcrIo) != 0) {
       std::fprintf(stderr, "%s: the library cannot read this definition file\n", argv[2]);
       return 2;
     }
-    tell(Answer::kReady, 0, 0, 0);
-    Seller(device, static_cast<unsigned>(std::stoul(argv[3]))).sell_for_ever();
+    Tell(Answer::kReady, 0, 0, 0);
+    Seller(device, static_cast<unsigned>(std::stoul(argv[3]))).SellForEver();
   } catch (const Refused&) {
     return 1;
   } catch (const std::exception& error) {

@@ -18,13 +18,13 @@ struct IoCall {
 std::vector<IoCall> io_calls;
 int progress_calls;
 
-long failing_io(long code, long second, char* third, long fourth, char* fifth, long* sixth,
-                long* seventh) {
+long FailingIo(long code, long second, char* third, long fourth, char* fifth, long* sixth,
+               long* seventh) {
   io_calls.push_back({code, second, third, fourth, fifth, sixth, seventh});
   return -5;
 }
 
-void progress(long, long, long, char*, long*) { ++progress_calls; }
+void Progress(long, long, long, char*, long*) { ++progress_calls; }
 
 class Exports : public testing::Test {
  protected:
@@ -33,12 +33,12 @@ class Exports : public testing::Test {
     progress_calls = 0;
   }
 
-  int init(const std::string& language) {
+  int Init(const std::string& language) {
     std::string name = language;
-    return EXPORT_OF(library, TradInit)(name.data(), 0, nullptr, failing_io);
+    return EXPORT_OF(library, TradInit)(name.data(), 0, nullptr, FailingIo);
   }
   // Runs a line; the result string goes to answer.
-  long run(const std::string& line) {
+  long Run(const std::string& line) {
     std::string command = line;
     char result[512] = "";
     const long code = EXPORT_OF(library, EcrCmd)(command.data(), result);
@@ -52,9 +52,9 @@ class Exports : public testing::Test {
 };
 
 TEST_F(Exports, TradInitAsksTheHostOnceForItsClient) {
-  const std::string language = folder.write("words.ini", "[OPCOD]\n10=SELL\n");
-  ASSERT_EQ(init(language), 0);
-  run("SELL");
+  const std::string language = folder.Write("words.ini", "[OPCOD]\n10=SELL\n");
+  ASSERT_EQ(Init(language), 0);
+  Run("SELL");
   ASSERT_EQ(io_calls.size(), 1u);
   EXPECT_EQ(io_calls[0].code, -112);
   EXPECT_EQ(io_calls[0].second, 0);
@@ -67,40 +67,40 @@ TEST_F(Exports, TradInitAsksTheHostOnceForItsClient) {
 
 TEST_F(Exports, WithoutAClientTradInitSucceedsAndEveryLineIsRefused) {
   // The callback failed and left the pointer alone: neither is seen.
-  ASSERT_EQ(init(folder.write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
+  ASSERT_EQ(Init(folder.Write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
   for (const char* line : {"SELL", "", "; a comment", "@batch.cmd", "nonsense"}) {
-    EXPECT_EQ(run(line), 256) << line;
+    EXPECT_EQ(Run(line), 256) << line;
     // Class, title, index, and the row of the index, which is the title once more.
     EXPECT_EQ(answer, "ERROR 1/0 : SINTAX ERROR 0 : SINTAX ERROR ") << line;
   }
 }
 
 TEST_F(Exports, WithoutADefinitionFileTradInitAnswersTwo) {
-  EXPECT_EQ(init(folder.file("absent.ini")), 2);
-  EXPECT_EQ(run("SELL"), 256);
+  EXPECT_EQ(Init(folder.File("absent.ini")), 2);
+  EXPECT_EQ(Run("SELL"), 256);
 }
 
 TEST_F(Exports, TheDefinitionFileOfTheCurrentFolderStandsIn) {
-  folder.write("merkelin.ini", "[OPCOD]\n10=SELL\n");
-  EXPECT_EQ(init(folder.file("absent.ini")), 0);
+  folder.Write("merkelin.ini", "[OPCOD]\n10=SELL\n");
+  EXPECT_EQ(Init(folder.File("absent.ini")), 0);
 }
 
-TEST_F(Exports, ALineBeforeTradInitIsRefused) { EXPECT_EQ(run("SELL"), 256); }
+TEST_F(Exports, ALineBeforeTradInitIsRefused) { EXPECT_EQ(Run("SELL"), 256); }
 
 TEST_F(Exports, TheProgressCallbackIsNeverCalled) {
-  std::string language = folder.write("words.ini", "[OPCOD]\n10=SELL\n");
-  ASSERT_EQ(EXPORT_OF(library, TradInit)(language.data(), 0x80, progress, failing_io), 0);
-  run("SELL");
+  std::string language = folder.Write("words.ini", "[OPCOD]\n10=SELL\n");
+  ASSERT_EQ(EXPORT_OF(library, TradInit)(language.data(), 0x80, Progress, FailingIo), 0);
+  Run("SELL");
   EXPECT_EQ(progress_calls, 0);
 }
 
 TEST_F(Exports, TradCloseAnswersZeroAndLeavesTheSettings) {
   EXPECT_EQ(EXPORT_OF(library, TradClose)(), 0);
-  ASSERT_EQ(init(folder.write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
+  ASSERT_EQ(Init(folder.Write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
   EXPORT_OF(library, SetSeparatorChar)(';');
   EXPECT_EQ(EXPORT_OF(library, TradClose)(), 0);
   EXPECT_EQ(EXPORT_OF(library, GetSeparatorChar)(), ';');
-  EXPECT_EQ(run("SELL"), 256);
+  EXPECT_EQ(Run("SELL"), 256);
 }
 
 TEST_F(Exports, TheVersionIsToldWithoutADevice) {
@@ -166,7 +166,7 @@ TEST_F(Exports, TradInitResetsNoSetting) {
   EXPORT_OF(library, SetSeparatorChar)(';');
   EXPORT_OF(library, SetOutEditOptions)(7);
   EXPORT_OF(library, SetEnableTradDC)(true);
-  ASSERT_EQ(init(folder.write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
+  ASSERT_EQ(Init(folder.Write("words.ini", "[OPCOD]\n10=SELL\n")), 0);
   EXPECT_EQ(EXPORT_OF(library, GetQuoteChar)(), '"');
   EXPECT_EQ(EXPORT_OF(library, GetSeparatorChar)(), ';');
   EXPECT_EQ(EXPORT_OF(library, GetOutEditOptions)(), 7);
@@ -174,10 +174,10 @@ TEST_F(Exports, TradInitResetsNoSetting) {
 }
 
 TEST_F(Exports, TheDefinitionFileIsReadWithTheQuoteCharacterInForce) {
-  const std::string language = folder.write("words.ini", "[ERRMSG1]\n0=\"  NO ; \"\n");
+  const std::string language = folder.Write("words.ini", "[ERRMSG1]\n0=\"  NO ; \"\n");
   EXPORT_OF(library, SetQuoteChar)('"');
-  ASSERT_EQ(init(language), 0);
-  EXPECT_EQ(run("SELL"), 256);
+  ASSERT_EQ(Init(language), 0);
+  EXPECT_EQ(Run("SELL"), 256);
   EXPECT_EQ(answer, "ERROR 1/0 :   NO ; 0 :   NO ; ");
 }
 

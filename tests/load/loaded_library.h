@@ -24,11 +24,11 @@ class LoadedLibrary {
     handle_ = dlopen(file.c_str(), flags);
     EXPECT_NE(handle_, nullptr) << dlerror();
   }
-  ~LoadedLibrary() { unload(); }
+  ~LoadedLibrary() { Unload(); }
   LoadedLibrary(const LoadedLibrary&) = delete;
   LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
-  void unload() {
+  void Unload() {
     if (handle_ != nullptr) {
       EXPECT_EQ(dlclose(handle_), 0) << dlerror();
     }
@@ -69,10 +69,10 @@ class OwnFolder {
   OwnFolder(const OwnFolder&) = delete;
   OwnFolder& operator=(const OwnFolder&) = delete;
 
-  std::string file(const std::string& name) const { return (path_ / name).string(); }
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(file(name), std::ios::binary) << text;
-    return file(name);
+  std::string File(const std::string& name) const { return (path_ / name).string(); }
+  std::string Write(const std::string& name, const std::string& text) const {
+    std::ofstream(File(name), std::ios::binary) << text;
+    return File(name);
   }
 
  private:
@@ -84,12 +84,12 @@ class OwnFolder {
 class CapturedOutput {
  public:
   CapturedOutput(int descriptor, FILE* target) : descriptor_(descriptor) {
-    flush();
+    Flush();
     before_ = dup(descriptor_);
     dup2(fileno(target), descriptor_);
   }
   ~CapturedOutput() {
-    flush();
+    Flush();
     dup2(before_, descriptor_);
     close(before_);
   }
@@ -97,7 +97,7 @@ class CapturedOutput {
   CapturedOutput& operator=(const CapturedOutput&) = delete;
 
  private:
-  static void flush() {
+  static void Flush() {
     std::cout.flush();
     std::fflush(nullptr);
   }
@@ -107,7 +107,7 @@ class CapturedOutput {
 };
 
 // The whole of a file that a descriptor was turned to.
-inline std::string written_to(FILE* file) {
+inline std::string WrittenTo(FILE* file) {
   std::string text;
   char piece[256];
   rewind(file);

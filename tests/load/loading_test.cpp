@@ -14,7 +14,7 @@ struct CloseFile {
 };
 using TemporaryFile = std::unique_ptr<FILE, CloseFile>;
 
-bool is_mapped(const std::string& file) {
+bool IsMapped(const std::string& file) {
   const std::string real = std::filesystem::canonical(file).string();
   std::ifstream maps("/proc/self/maps");
   for (std::string line; std::getline(maps, line);) {
@@ -31,8 +31,8 @@ TEST(Loading, WritesItsLinesOnTheirStreams) {
     CapturedOutput errors_turned(STDERR_FILENO, errors.get());
     LoadedLibrary library;
   }
-  EXPECT_EQ(written_to(output.get()), "Load working...\nUnload working...\n");
-  EXPECT_EQ(written_to(errors.get()), "library destroy\n");
+  EXPECT_EQ(WrittenTo(output.get()), "Load working...\nUnload working...\n");
+  EXPECT_EQ(WrittenTo(errors.get()), "library destroy\n");
 }
 
 TEST(Loading, SaysNothingOfItsEndBeforeTheUnload) {
@@ -44,8 +44,8 @@ TEST(Loading, SaysNothingOfItsEndBeforeTheUnload) {
     CapturedOutput errors_turned(STDERR_FILENO, errors.get());
     library = new LoadedLibrary;
   }
-  EXPECT_EQ(written_to(output.get()), "Load working...\n");
-  EXPECT_EQ(written_to(errors.get()), "");
+  EXPECT_EQ(WrittenTo(output.get()), "Load working...\n");
+  EXPECT_EQ(WrittenTo(errors.get()), "");
   delete library;
 }
 
@@ -57,7 +57,7 @@ TEST(Loading, ThreadsOfTheHostWriteNoLine) {
     const auto get_quote_char = EXPORT_OF(library, GetQuoteChar);
     std::thread([&] { EXPECT_EQ(get_quote_char(), '\''); }).join();
   }
-  EXPECT_EQ(written_to(output.get()), "Load working...\nUnload working...\n");
+  EXPECT_EQ(WrittenTo(output.get()), "Load working...\nUnload working...\n");
 }
 
 TEST(Loading, TheDetachLineComesBeforeTheDestroyLine) {
@@ -68,7 +68,7 @@ TEST(Loading, TheDetachLineComesBeforeTheDestroyLine) {
     CapturedOutput errors_turned(STDERR_FILENO, both.get());
     LoadedLibrary library;
   }
-  EXPECT_EQ(written_to(both.get()), "Load working...\nUnload working...\nlibrary destroy\n");
+  EXPECT_EQ(WrittenTo(both.get()), "Load working...\nUnload working...\nlibrary destroy\n");
 }
 
 TEST(LoadingDeathTest, AProgramThatEndsWithoutUnloadingEndsWell) {
@@ -82,22 +82,22 @@ TEST(LoadingDeathTest, AProgramThatEndsWithoutUnloadingEndsWell) {
 
 TEST(Loading, UnloadingTakesTheLibraryOutOfMemory) {
   LoadedLibrary library;
-  EXPECT_TRUE(is_mapped(LIBRARY_FILE));
-  library.unload();
-  EXPECT_FALSE(is_mapped(LIBRARY_FILE));
+  EXPECT_TRUE(IsMapped(LIBRARY_FILE));
+  library.Unload();
+  EXPECT_FALSE(IsMapped(LIBRARY_FILE));
 }
 
 TEST(Loading, ALineWasRunAndTheLibraryStillGoesOutOfMemory) {
   OwnFolder folder;
-  std::string language = folder.write("words.ini", "[OPCOD]\n10=SELL\n");
+  std::string language = folder.Write("words.ini", "[OPCOD]\n10=SELL\n");
   LoadedLibrary library;
   const PECRIO no_client = [](long, long, char*, long, char*, long*, long*) -> long { return 0; };
   ASSERT_EQ(EXPORT_OF(library, TradInit)(language.data(), 0, nullptr, no_client), 0);
   char line[] = "SELL";
   char result[512];
   EXPECT_EQ(EXPORT_OF(library, EcrCmd)(line, result), 256);
-  library.unload();
-  EXPECT_FALSE(is_mapped(LIBRARY_FILE));
+  library.Unload();
+  EXPECT_FALSE(IsMapped(LIBRARY_FILE));
 }
 
 TEST(Loading, ALibraryThatIsLoadedAgainStartsAfresh) {
@@ -115,7 +115,7 @@ TEST(Loading, LoadingTwiceByOneNameGivesOneTranslator) {
   LoadedLibrary second;
   EXPORT_OF(first, SetQuoteChar)('"');
   EXPECT_EQ(EXPORT_OF(second, GetQuoteChar)(), '"');
-  first.unload();
+  first.Unload();
   EXPECT_EQ(EXPORT_OF(second, GetQuoteChar)(), '"');
 }
 
@@ -125,8 +125,8 @@ class TwoCopies : public testing::TestWithParam<int> {};
 
 TEST_P(TwoCopies, AreTwoTranslators) {
   OwnFolder folder;
-  const std::string first_file = folder.file("first.so");
-  const std::string second_file = folder.file("second.so");
+  const std::string first_file = folder.File("first.so");
+  const std::string second_file = folder.File("second.so");
   std::filesystem::copy_file(LIBRARY_FILE, first_file);
   std::filesystem::copy_file(LIBRARY_FILE, second_file);
   LoadedLibrary first(first_file, RTLD_NOW | GetParam());
@@ -139,11 +139,11 @@ TEST_P(TwoCopies, AreTwoTranslators) {
   EXPECT_EQ(EXPORT_OF(first, GetSeparatorChar)(), ',');
   EXPECT_EQ(EXPORT_OF(second, GetSeparatorChar)(), ';');
 
-  first.unload();
-  EXPECT_FALSE(is_mapped(first_file));
+  first.Unload();
+  EXPECT_FALSE(IsMapped(first_file));
   EXPECT_EQ(EXPORT_OF(second, GetSeparatorChar)(), ';');
-  second.unload();
-  EXPECT_FALSE(is_mapped(second_file));
+  second.Unload();
+  EXPECT_FALSE(IsMapped(second_file));
 }
 
 INSTANTIATE_TEST_SUITE_P(Loading, TwoCopies, testing::Values(RTLD_LOCAL, RTLD_GLOBAL));

@@ -52,19 +52,19 @@ namespace fs = std::filesystem;
 
 // --- The folder: filled under another name, and renamed when it is whole.
 
-[[noreturn]] void refuse(const fs::path& path, const std::string& cause) {
-  throw Failure(fmt::format("{}: {}", shown(path.string()), cause));
+[[noreturn]] void Refuse(const fs::path& path, const std::string& cause) {
+  throw Failure(fmt::format("{}: {}", Shown(path.string()), cause));
 }
 
 // The errno value of what failed; 0 when the disk has it.
-int sync_path(const fs::path& path, int flags) {
+int SyncPath(const fs::path& path, int flags) {
   const Descriptor file(open(path.c_str(), flags | O_CLOEXEC));
   return file.is_open() && fsync(file.get()) == 0 ? 0 : errno;
 }
 
-void require_synced(const fs::path& path, int flags) {
-  const int error = sync_path(path, flags);
-  if (error != 0) refuse(path, tr("cannot be written: {}", system_message(error)));
+void RequireSynced(const fs::path& path, int flags) {
+  const int error = SyncPath(path, flags);
+  if (error != 0) Refuse(path, Tr("cannot be written: {}", SystemMessage(error)));
 }
 
 class NewFolder {
@@ -73,15 +73,15 @@ class NewFolder {
     std::error_code error;
     target_ = fs::absolute(folder, error).lexically_normal();
     if (!error && !target_.has_filename()) target_ = target_.parent_path();
-    if (error || !target_.has_filename()) refuse(folder, tr("is no name for a new folder"));
+    if (error || !target_.has_filename()) Refuse(folder, Tr("is no name for a new folder"));
     const fs::file_status status = fs::status(target_, error);
     if (fs::exists(status)) {
-      if (!fs::is_directory(status)) refuse(folder, tr("is there already, and is no folder"));
+      if (!fs::is_directory(status)) Refuse(folder, Tr("is there already, and is no folder"));
       // A link stays, and leads to the backup.
       if (fs::is_symlink(fs::symlink_status(target_, error))) target_ = fs::canonical(target_);
       const bool empty = fs::is_empty(target_, error);
-      if (error) refuse(folder, system_message(error.value()));
-      if (!empty) refuse(folder, tr("is not empty; a backup goes into a new folder"));
+      if (error) Refuse(folder, SystemMessage(error.value()));
+      if (!empty) Refuse(folder, Tr("is not empty; a backup goes into a new folder"));
     }
     part_ = target_;
     part_ += ".part";
@@ -91,10 +91,10 @@ class NewFolder {
     }
     const int cause = errno;
     if (cause == EEXIST) {
-      refuse(part_,
-             tr("is left of a backup that was cut off, or another one is at work; remove it"));
+      Refuse(part_,
+             Tr("is left of a backup that was cut off, or another one is at work; remove it"));
     }
-    refuse(part_, tr("cannot be made: {}", system_message(cause)));
+    Refuse(part_, Tr("cannot be made: {}", SystemMessage(cause)));
   }
   ~NewFolder() {
     std::error_code ignored;
@@ -105,24 +105,24 @@ class NewFolder {
 
   std::string path() const { return part_.string(); }
 
-  void write(const std::string& name, const std::string& text) {
+  void Write(const std::string& name, const std::string& text) {
     const fs::path path = part_ / name;
     Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!file.is_open() || !write_all(file.get(), text) || close(file.release()) != 0) {
-      refuse(path, tr("cannot be written: {}", system_message(errno)));
+    if (!file.is_open() || !WriteAll(file.get(), text) || close(file.release()) != 0) {
+      Refuse(path, Tr("cannot be written: {}", SystemMessage(errno)));
     }
   }
 
   // All that it holds reaches the disk before the folder gets its name. Answers the errno value of
   // what failed behind that, when the folder is there, or 0.
-  int finish(const std::vector<std::string>& names) {
-    for (const std::string& name : names) require_synced(part_ / name, O_RDONLY);
-    require_synced(part_, O_RDONLY | O_DIRECTORY);
+  int Finish(const std::vector<std::string>& names) {
+    for (const std::string& name : names) RequireSynced(part_ / name, O_RDONLY);
+    RequireSynced(part_, O_RDONLY | O_DIRECTORY);
     if (std::rename(part_.c_str(), target_.c_str()) != 0) {
-      refuse(target_, tr("cannot be made: {}", system_message(errno)));
+      Refuse(target_, Tr("cannot be made: {}", SystemMessage(errno)));
     }
     made_ = false;
-    return sync_path(target_.parent_path(), O_RDONLY | O_DIRECTORY);
+    return SyncPath(target_.parent_path(), O_RDONLY | O_DIRECTORY);
   }
 
  private:
@@ -131,46 +131,46 @@ class NewFolder {
   bool made_ = false;
 };
 
-std::string now_for_programs() {
+std::string NowForPrograms() {
   const std::time_t now = std::time(nullptr);
   std::tm time = {};
   localtime_r(&now, &time);
-  return time_for_programs(time);
+  return TimeForPrograms(time);
 }
 
-void show(const BackupOptions& options, const BackupManifest& manifest, Streams& streams) {
+void Show(const BackupOptions& options, const BackupManifest& manifest, Streams& streams) {
   if (options.json) {
-    streams.output(json_text({{"folder", options.folder}, {"manifest", manifest_json(manifest)}}));
+    streams.Output(JsonText({{"folder", options.folder}, {"manifest", ManifestJson(manifest)}}));
     return;
   }
   std::vector<std::pair<std::string, std::string>> rows;
   uint64_t count = 0;
   for (size_t i = 0; i < manifest.files.size(); ++i) {
     const uint64_t in_file = manifest.files[i].rows;
-    rows.emplace_back(std::string(translated(backup_tables()[i].text)),
-                      tr_count(in_file, TR_TEXT("{} row"), TR_TEXT("{} rows")));
+    rows.emplace_back(std::string(Translated(BackupTables()[i].text)),
+                      TrCount(in_file, TR_TEXT("{} row"), TR_TEXT("{} rows")));
     count += in_file;
   }
-  streams.output(paired_rows(rows) + tr("{}: backup of {}, {}\n", shown(options.folder),
-                                        shown(manifest.serial_number),
-                                        tr_count(count, TR_TEXT("{} row"), TR_TEXT("{} rows"))));
+  streams.Output(PairedRows(rows) + Tr("{}: backup of {}, {}\n", Shown(options.folder),
+                                       Shown(manifest.serial_number),
+                                       TrCount(count, TR_TEXT("{} row"), TR_TEXT("{} rows"))));
 }
 
 }  // namespace
 
-void add_backup(CLI::App& app, BackupOptions* options) {
+void AddBackup(CLI::App& app, BackupOptions* options) {
   CLI::App* backup =
-      app.add_subcommand("backup", tr("Write the tables of a register into a new folder"));
-  backup->add_option("DIR", options->folder, tr("The folder, new or empty"))->required();
-  add_register_option(backup, &options->register_file);
-  add_language_options(backup, &options->language, &options->library);
-  backup->add_flag("--json", options->json, tr("Write JSON"));
-  refuse_empty_texts(backup);
-  backup->footer(std::string(translated(kBackupExamples)));
+      app.add_subcommand("backup", Tr("Write the tables of a register into a new folder"));
+  backup->add_option("DIR", options->folder, Tr("The folder, new or empty"))->required();
+  AddRegisterOption(backup, &options->register_file);
+  AddLanguageOptions(backup, &options->language, &options->library);
+  backup->add_flag("--json", options->json, Tr("Write JSON"));
+  RefuseEmptyTexts(backup);
+  backup->footer(std::string(Translated(kBackupExamples)));
 }
 
-int backup_command(const BackupOptions& options, Streams& streams) {
-  require_register(options.register_file);
+int RunBackup(const BackupOptions& options, Streams& streams) {
+  RequireRegister(options.register_file);
   // From before there is a folder until it is gone or has its name.
   std::optional<InterruptWatch> watch(std::in_place);
   NewFolder folder(options.folder);
@@ -179,41 +179,41 @@ int backup_command(const BackupOptions& options, Streams& streams) {
   BackupManifest manifest;
   manifest.serial_number = session.status().serial_number;
   manifest.firmware_version = session.status().firmware_version;
-  manifest.made = now_for_programs();
+  manifest.made = NowForPrograms();
   std::vector<std::string> names = {BackupManifest::kFileName};
   {
-    Progress progress(streams, true, backup_tables().size());
-    for (const BackupTable& table : backup_tables()) {
+    Progress progress(streams, true, BackupTables().size());
+    for (const BackupTable& table : BackupTables()) {
       if (interrupted) break;
       const std::string path = folder.path() + "/" + table.file;
-      const std::string text = dump_table(table, path, session.library());
-      const auto rows = dump_rows(table, path, text, session.language());
-      folder.write(table.file, text);
+      const std::string text = DumpTable(table, path, session.library());
+      const auto rows = DumpRows(table, path, text, session.language());
+      folder.Write(table.file, text);
       manifest.files.push_back(
           {table.name, table.file, rows.size(), text.size(), lorimat::Sha256(text)});
       names.emplace_back(table.file);
-      progress.update(manifest.files.size());
+      progress.Update(manifest.files.size());
     }
   }
   if (interrupted) {
-    tell_error(streams, tr("stopped by {}; there is no backup", interrupt_name()));
-    return interrupt_exit();
+    TellError(streams, Tr("stopped by {}; there is no backup", InterruptName()));
+    return InterruptExit();
   }
-  folder.write(BackupManifest::kFileName, json_text(manifest_json(manifest)));
+  folder.Write(BackupManifest::kFileName, JsonText(ManifestJson(manifest)));
   // What fails once the folder is finished leaves a backup.
   int code = kExitGood;
-  if (const int error = folder.finish(names)) {
-    tell_warning(streams, tr("{}: the backup is there and whole, and its name may not have reached "
-                             "the disk: {}",
-                             shown(options.folder), system_message(error)));
+  if (const int error = folder.Finish(names)) {
+    TellWarning(streams, Tr("{}: the backup is there and whole, and its name may not have reached "
+                            "the disk: {}",
+                            Shown(options.folder), SystemMessage(error)));
     code = kExitFaults;
   }
   watch.reset();
   try {
-    show(options, manifest, streams);
+    Show(options, manifest, streams);
   } catch (const Failure& failure) {
-    tell_error(streams, tr("{}: the backup is there and whole, and its report is missing: {}",
-                           shown(options.folder), failure.what()));
+    TellError(streams, Tr("{}: the backup is there and whole, and its report is missing: {}",
+                          Shown(options.folder), failure.what()));
     code = kExitFaults;
   }
   return code;

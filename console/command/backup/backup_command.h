@@ -19,10 +19,10 @@ struct BackupOptions {
   bool json = false;
 };
 
-void add_backup(CLI::App& app, BackupOptions* options);
+void AddBackup(CLI::App& app, BackupOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError: then, and then alone, there is
 // no backup.
-int backup_command(const BackupOptions& options, Streams& streams);
+int RunBackup(const BackupOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

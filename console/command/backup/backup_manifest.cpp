@@ -20,22 +20,22 @@ class ManifestReader {
  public:
   explicit ManifestReader(std::string path) : path_(std::move(path)) {}
 
-  [[noreturn]] void refuse(const std::string& cause) const {
-    throw Failure(fmt::format("{}: {}", shown(path_), cause));
+  [[noreturn]] void Refuse(const std::string& cause) const {
+    throw Failure(fmt::format("{}: {}", Shown(path_), cause));
   }
 
-  const Json& member(const Json& object, const char* name) const {
-    if (!object.is_object() || !object.contains(name)) refuse(tr("\"{}\" is missing", name));
+  const Json& Member(const Json& object, const char* name) const {
+    if (!object.is_object() || !object.contains(name)) Refuse(Tr("\"{}\" is missing", name));
     return object.at(name);
   }
-  std::string text(const Json& object, const char* name) const {
-    const Json& value = member(object, name);
-    if (!value.is_string()) refuse(tr("\"{}\" is no text", name));
+  std::string Text(const Json& object, const char* name) const {
+    const Json& value = Member(object, name);
+    if (!value.is_string()) Refuse(Tr("\"{}\" is no text", name));
     return value.get<std::string>();
   }
-  uint64_t number(const Json& object, const char* name) const {
-    const Json& value = member(object, name);
-    if (!value.is_number_unsigned()) refuse(tr("\"{}\" is no number", name));
+  uint64_t Number(const Json& object, const char* name) const {
+    const Json& value = Member(object, name);
+    if (!value.is_number_unsigned()) Refuse(Tr("\"{}\" is no number", name));
     return value.get<uint64_t>();
   }
 
@@ -45,7 +45,7 @@ class ManifestReader {
 
 }  // namespace
 
-Json manifest_json(const BackupManifest& manifest) {
+Json ManifestJson(const BackupManifest& manifest) {
   Json files = Json::array();
   for (const BackupFile& file : manifest.files) {
     files.push_back({{"table", file.table},
@@ -63,50 +63,50 @@ Json manifest_json(const BackupManifest& manifest) {
           {"files", std::move(files)}};
 }
 
-BackupManifest read_manifest(const std::string& folder) {
+BackupManifest ReadManifest(const std::string& folder) {
   const std::string path = folder + "/" + BackupManifest::kFileName;
   const ManifestReader reader(path);
-  const Json json = Json::parse(read_whole_file(path, kLargestManifest), nullptr, false);
+  const Json json = Json::parse(ReadWholeFile(path, kLargestManifest), nullptr, false);
   if (json.is_discarded() || !json.is_object() || !json.contains("format") ||
       json.at("format") != kFormat) {
-    reader.refuse(tr("is no manifest of a backup"));
+    reader.Refuse(Tr("is no manifest of a backup"));
   }
-  const uint64_t version = reader.number(json, "version");
+  const uint64_t version = reader.Number(json, "version");
   if (version != BackupManifest::kVersion) {
-    reader.refuse(tr("the backup has version {}, and this program reads version {}", version,
+    reader.Refuse(Tr("the backup has version {}, and this program reads version {}", version,
                      BackupManifest::kVersion));
   }
   BackupManifest manifest;
-  manifest.serial_number = reader.text(json, "serial_number");
-  manifest.firmware_version = reader.text(json, "firmware_version");
-  manifest.made = reader.text(json, "made");
-  const Json& files = reader.member(json, "files");
-  if (!files.is_array()) reader.refuse(tr("\"{}\" is no list", "files"));
-  for (const BackupTable& table : backup_tables()) {
+  manifest.serial_number = reader.Text(json, "serial_number");
+  manifest.firmware_version = reader.Text(json, "firmware_version");
+  manifest.made = reader.Text(json, "made");
+  const Json& files = reader.Member(json, "files");
+  if (!files.is_array()) reader.Refuse(Tr("\"{}\" is no list", "files"));
+  for (const BackupTable& table : BackupTables()) {
     // Of its own tables alone, so that no name leads out of the folder.
     const auto found = std::find_if(files.begin(), files.end(), [&](const Json& file) {
       return file.is_object() && file.contains("name") && file.at("name") == table.file;
     });
-    if (found == files.end()) reader.refuse(tr("{} is missing in it", table.file));
-    manifest.files.push_back({table.name, table.file, reader.number(*found, "rows"),
-                              reader.number(*found, "bytes"), reader.text(*found, "sha256")});
+    if (found == files.end()) reader.Refuse(Tr("{} is missing in it", table.file));
+    manifest.files.push_back({table.name, table.file, reader.Number(*found, "rows"),
+                              reader.Number(*found, "bytes"), reader.Text(*found, "sha256")});
   }
   if (files.size() != manifest.files.size()) {
-    reader.refuse(tr("it names files that are none of a backup"));
+    reader.Refuse(Tr("it names files that are none of a backup"));
   }
   return manifest;
 }
 
-std::string read_backup_file(const std::string& folder, const BackupFile& file) {
+std::string ReadBackupFile(const std::string& folder, const BackupFile& file) {
   const std::string path = folder + "/" + file.name;
   constexpr size_t kLargest = 64 * 1024 * 1024;
-  std::string text = read_whole_file(path, kLargest);
+  std::string text = ReadWholeFile(path, kLargest);
   if (text.size() != file.bytes) {
-    throw Failure(tr("{}: is damaged: it has {} bytes, and had {} when the backup was made",
-                     shown(path), text.size(), file.bytes));
+    throw Failure(Tr("{}: is damaged: it has {} bytes, and had {} when the backup was made",
+                     Shown(path), text.size(), file.bytes));
   }
   if (lorimat::Sha256(text) != file.sha256) {
-    throw Failure(tr("{}: is damaged: its SHA-256 is not the one of the manifest", shown(path)));
+    throw Failure(Tr("{}: is damaged: its SHA-256 is not the one of the manifest", Shown(path)));
   }
   return text;
 }

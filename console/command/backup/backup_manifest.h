@@ -27,13 +27,13 @@ struct BackupManifest {
   std::vector<BackupFile> files;
 };
 
-Json manifest_json(const BackupManifest& manifest);
+Json ManifestJson(const BackupManifest& manifest);
 
 // Reads the manifest of a folder. Throws Failure with file and cause: no manifest, none of a
 // backup, one of a newer program, a table that is missing or unknown.
-BackupManifest read_manifest(const std::string& folder);
+BackupManifest ReadManifest(const std::string& folder);
 
 // The content of a file of the backup. Throws Failure when it is not as the manifest says.
-std::string read_backup_file(const std::string& folder, const BackupFile& file);
+std::string ReadBackupFile(const std::string& folder, const BackupFile& file);
 
 }  // namespace lorimat::console

@@ -41,7 +41,7 @@ constexpr int kKeyboards = 10;
 class MemoryFile {
  public:
   MemoryFile() : file_(memfd_create("lorimat", MFD_CLOEXEC)) {
-    if (!file_.is_open()) throw Failure(tr("no file in memory: {}", system_message(errno)));
+    if (!file_.is_open()) throw Failure(Tr("no file in memory: {}", SystemMessage(errno)));
   }
 
   // For this process; it has no capitals, which the library would make small.
@@ -60,7 +60,7 @@ class MemoryFile {
 };
 
 // The lines of a text, without line ends.
-std::vector<DumpRow> lines_of(const std::string& text) {
+std::vector<DumpRow> LinesOf(const std::string& text) {
   std::vector<DumpRow> lines;
   size_t begin = 0;
   while (begin < text.size()) {
@@ -74,13 +74,13 @@ std::vector<DumpRow> lines_of(const std::string& text) {
   return lines;
 }
 
-[[noreturn]] void refuse(const std::string& path, uint64_t line, const std::string& cause) {
-  throw Failure(fmt::format("{}:{}: {}", shown(path), line, cause));
+[[noreturn]] void Refuse(const std::string& path, uint64_t line, const std::string& cause) {
+  throw Failure(fmt::format("{}:{}: {}", Shown(path), line, cause));
 }
 
 // Refuses the first line that the library's parser does not take.
-void check_lines(const std::string& path, const std::vector<DumpRow>& lines,
-                 const Language& language) {
+void CheckLines(const std::string& path, const std::vector<DumpRow>& lines,
+                const Language& language) {
   Findings findings;
   BatchCheck check(language, findings);
   for (const DumpRow& line : lines) {
@@ -90,16 +90,16 @@ void check_lines(const std::string& path, const std::vector<DumpRow>& lines,
     source.length = line.text.size();
     const size_t nul = line.text.find('\0');
     source.nul_at = nul == std::string::npos ? 0 : nul + 1;
-    check.take(source);
+    check.Take(source);
     if (findings.errors() != 0) break;
   }
   for (const Finding& finding : findings.sorted()) {
-    if (finding.severity == Severity::kError) refuse(path, finding.line, finding.what);
+    if (finding.severity == Severity::kError) Refuse(path, finding.line, finding.what);
   }
 }
 
 // The code of an article's row, as it stands there.
-std::string article_code(const std::string& row) {
+std::string ArticleCode(const std::string& row) {
   if (row.empty() || row.front() != '\'') return row.substr(0, row.find(','));
   size_t end = 1;
   while (end < row.size()) {
@@ -114,9 +114,9 @@ std::string article_code(const std::string& row) {
 
 // What tells a row from the others of its table: the number in its first field, with a key the
 // keyboard in its last field besides.
-std::string row_key(const BackupTable& table, const std::string& row) {
+std::string RowKey(const BackupTable& table, const std::string& row) {
   if (table.one_row) return {};
-  if (table.number == 0) return article_code(row);
+  if (table.number == 0) return ArticleCode(row);
   const std::string first = row.substr(0, row.find(','));
   if (table.number != kKeyboards) return first;
   const size_t last = row.rfind(',');
@@ -125,9 +125,9 @@ std::string row_key(const BackupTable& table, const std::string& row) {
 
 }  // namespace
 
-std::span<const BackupTable> backup_tables() { return kTables; }
+std::span<const BackupTable> BackupTables() { return kTables; }
 
-std::string dump_table(const BackupTable& table, const std::string& path, Library& library) {
+std::string DumpTable(const BackupTable& table, const std::string& path, Library& library) {
   // By numbers, which every definition file takes. Around the rows stand the lines that turn the
   // key: they load into a register that wants it, and show that the dump is whole.
   const MemoryFile file;
@@ -135,60 +135,59 @@ std::string dump_table(const BackupTable& table, const std::string& path, Librar
                                ? fmt::format("#30 #1='DA', #2='{}'", file.name())
                                : fmt::format("#3 #1={}, #2='{}', #4", table.number, file.name());
   std::string answer;
-  const long code = library.run_line(line, &answer);
-  std::string text = read_whole_file(file.name(), kLargestDump);
+  const long code = library.RunLine(line, &answer);
+  std::string text = ReadWholeFile(file.name(), kLargestDump);
   if (const int error = file.full()) {
-    throw Failure(tr("{}: cannot be written: {}", shown(path), system_message(error)));
+    throw Failure(Tr("{}: cannot be written: {}", Shown(path), SystemMessage(error)));
   }
   if (code != 0) {
-    throw Failure(tr("the {} cannot be read: code {}: {}", translated(table.text), code,
-                     shown(without_trailing_blanks(answer))));
+    throw Failure(Tr("the {} cannot be read: code {}: {}", Translated(table.text), code,
+                     Shown(WithoutTrailingBlanks(answer))));
   }
   return text;
 }
 
-std::vector<DumpRow> dump_rows(const BackupTable& table, const std::string& path,
-                               const std::string& text, const Language& language) {
-  std::vector<DumpRow> lines = lines_of(text);
+std::vector<DumpRow> DumpRows(const BackupTable& table, const std::string& path,
+                              const std::string& text, const Language& language) {
+  std::vector<DumpRow> lines = LinesOf(text);
   const uint64_t count = lines.size();
-  if (!text.empty() && text.back() != '\n') refuse(path, count, tr("the line has no end"));
+  if (!text.empty() && text.back() != '\n') Refuse(path, count, Tr("the line has no end"));
   if (table.number == 0) {
     for (const DumpRow& line : lines) {
       if (line.text.find('\0') != std::string::npos) {
-        refuse(path, line.line, tr("a NUL byte in the row of an article"));
+        Refuse(path, line.line, Tr("a NUL byte in the row of an article"));
       }
     }
     return lines;
   }
-  check_lines(path, lines, language);
-  const std::string begin = language.command_name(kBeginProgramming) + " ";
-  const std::string end = language.command_name(kEndProgramming);
+  CheckLines(path, lines, language);
+  const std::string begin = language.CommandName(kBeginProgramming) + " ";
+  const std::string end = language.CommandName(kEndProgramming);
   if (lines.size() < 2 || lines.front().text.compare(0, begin.size(), begin) != 0) {
-    refuse(path, 1, tr("this is not the first line of a dump"));
+    Refuse(path, 1, Tr("this is not the first line of a dump"));
   }
-  if (lines.back().text != end) refuse(path, count, tr("this is not the last line of a dump"));
+  if (lines.back().text != end) Refuse(path, count, Tr("this is not the last line of a dump"));
   std::vector<DumpRow> rows;
   for (size_t i = 1; i + 1 < lines.size(); ++i) {
     if (lines[i].text.empty() || lines[i].text.front() == ';') continue;
     // A table's file does not get to run other commands.
     const std::string word = lines[i].text.substr(0, lines[i].text.find(' '));
-    if (language.find_command(word).number != table.opcode) {
-      refuse(path, lines[i].line, tr("this is no row of the table"));
+    if (language.FindCommand(word).number != table.opcode) {
+      Refuse(path, lines[i].line, Tr("this is no row of the table"));
     }
     rows.push_back(std::move(lines[i]));
   }
   return rows;
 }
 
-std::vector<RowDifference> compare_rows(const BackupTable& table,
-                                        const std::vector<DumpRow>& backup,
-                                        const std::vector<DumpRow>& in_register) {
+std::vector<RowDifference> CompareRows(const BackupTable& table, const std::vector<DumpRow>& backup,
+                                       const std::vector<DumpRow>& in_register) {
   std::map<std::string, const DumpRow*> present;
-  for (const DumpRow& row : in_register) present.emplace(row_key(table, row.text), &row);
+  for (const DumpRow& row : in_register) present.emplace(RowKey(table, row.text), &row);
   std::vector<RowDifference> differences;
   std::map<std::string, bool> kept;
   for (const DumpRow& row : backup) {
-    const std::string key = row_key(table, row.text);
+    const std::string key = RowKey(table, row.text);
     const auto found = present.find(key);
     kept[key] = true;
     if (found == present.end()) {
@@ -198,7 +197,7 @@ std::vector<RowDifference> compare_rows(const BackupTable& table,
     }
   }
   for (const DumpRow& row : in_register) {
-    if (!kept.contains(row_key(table, row.text))) differences.push_back({&table, 0, "", row.text});
+    if (!kept.contains(RowKey(table, row.text))) differences.push_back({&table, 0, "", row.text});
   }
   return differences;
 }
@@ -206,7 +205,7 @@ std::vector<RowDifference> compare_rows(const BackupTable& table,
 FolderStay::FolderStay(const std::string& folder)
     : before_(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   if (!before_.is_open() || chdir(folder.c_str()) != 0) {
-    throw Failure(tr("{}: cannot work in this folder: {}", shown(folder), system_message(errno)));
+    throw Failure(Tr("{}: cannot work in this folder: {}", Shown(folder), SystemMessage(errno)));
   }
 }
 
@@ -216,25 +215,25 @@ FolderStay::~FolderStay() {
   }
 }
 
-std::string read_whole_file(const std::string& path, size_t most) {
+std::string ReadWholeFile(const std::string& path, size_t most) {
   const auto fail = [&path](const std::string& cause) {
-    throw Failure(tr("{}: cannot be read: {}", shown(path), cause));
+    throw Failure(Tr("{}: cannot be read: {}", Shown(path), cause));
   };
   // Not to wait for a writer of a pipe.
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file.is_open()) fail(system_message(errno));
+  if (!file.is_open()) fail(SystemMessage(errno));
   struct stat status;
-  if (fstat(file.get(), &status) != 0) fail(system_message(errno));
-  if (!S_ISREG(status.st_mode)) fail(tr("it is no file"));
+  if (fstat(file.get(), &status) != 0) fail(SystemMessage(errno));
+  if (!S_ISREG(status.st_mode)) fail(Tr("it is no file"));
   std::string text;
   std::array<char, 65536> buffer;
   for (;;) {
     const ssize_t got = read(file.get(), buffer.data(), buffer.size());
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) fail(system_message(errno));
+    if (got < 0) fail(SystemMessage(errno));
     if (got == 0) return text;
     text.append(buffer.data(), static_cast<size_t>(got));
-    if (text.size() > most) fail(tr("it is larger than {} bytes", most));
+    if (text.size() > most) fail(Tr("it is larger than {} bytes", most));
   }
 }
 

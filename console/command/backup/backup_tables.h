@@ -26,7 +26,7 @@ struct BackupTable {
 
 // In the order in which they load: departments need VAT entries and groups, articles need
 // departments.
-std::span<const BackupTable> backup_tables();
+std::span<const BackupTable> BackupTables();
 
 // A row that loads: a line of a dump.
 struct DumpRow {
@@ -37,13 +37,13 @@ struct DumpRow {
 // Has the library dump a table, and reads it. The library answers OK to a dump that a full disk has
 // cut, so it writes into memory. Throws Failure when the dump fails or may be cut; path names the
 // file that it is for.
-std::string dump_table(const BackupTable& table, const std::string& path, Library& library);
+std::string DumpTable(const BackupTable& table, const std::string& path, Library& library);
 
 // The rows of a dump. Throws Failure, naming `path` and the line, when the text is no whole dump
 // of this table: a line that the language does not take or that is another command, a frame that
 // is missing.
-std::vector<DumpRow> dump_rows(const BackupTable& table, const std::string& path,
-                               const std::string& text, const Language& language);
+std::vector<DumpRow> DumpRows(const BackupTable& table, const std::string& path,
+                              const std::string& text, const Language& language);
 
 // A row that is not the same in a backup and in a register.
 struct RowDifference {
@@ -54,9 +54,8 @@ struct RowDifference {
 };
 
 // By the lines of the backup; rows that only the register has come last.
-std::vector<RowDifference> compare_rows(const BackupTable& table,
-                                        const std::vector<DumpRow>& backup,
-                                        const std::vector<DumpRow>& in_register);
+std::vector<RowDifference> CompareRows(const BackupTable& table, const std::vector<DumpRow>& backup,
+                                       const std::vector<DumpRow>& in_register);
 
 // Works in a folder, and goes back to the one before at the end. Throws Failure.
 class FolderStay {
@@ -71,6 +70,6 @@ class FolderStay {
 };
 
 // A whole file. Throws Failure when it cannot be read or is larger than `most` bytes.
-std::string read_whole_file(const std::string& path, size_t most);
+std::string ReadWholeFile(const std::string& path, size_t most);
 
 }  // namespace lorimat::console

@@ -63,29 +63,29 @@ struct Backup {
 };
 
 // Before the register is asked for, and switched on.
-void require_backup_folder(const std::string& folder) {
+void RequireBackupFolder(const std::string& folder) {
   struct stat status;
   const int cause = stat(folder.c_str(), &status) != 0 ? errno
                     : !S_ISDIR(status.st_mode)         ? ENOTDIR
                                                        : 0;
   if (cause == ENOENT) {
-    throw Failure(tr("{}: there is no such folder; \"lorimat backup {}\" makes one", shown(folder),
-                     shown(folder)));
+    throw Failure(Tr("{}: there is no such folder; \"lorimat backup {}\" makes one", Shown(folder),
+                     Shown(folder)));
   }
   if (cause != 0) {
-    throw Failure(tr("{}: is no folder of a backup: {}", shown(folder), system_message(cause)));
+    throw Failure(Tr("{}: is no folder of a backup: {}", Shown(folder), SystemMessage(cause)));
   }
 }
 
-Backup read_backup(const std::string& folder, const Language& language) {
+Backup ReadBackup(const std::string& folder, const Language& language) {
   Backup backup;
-  backup.manifest = read_manifest(folder);
+  backup.manifest = ReadManifest(folder);
   for (size_t i = 0; i < backup.manifest.files.size(); ++i) {
-    const BackupTable& table = backup_tables()[i];
+    const BackupTable& table = BackupTables()[i];
     TableBackup one;
     one.table = &table;
-    one.text = read_backup_file(folder, backup.manifest.files[i]);
-    one.rows = dump_rows(table, folder + "/" + table.file, one.text, language);
+    one.text = ReadBackupFile(folder, backup.manifest.files[i]);
+    one.rows = DumpRows(table, folder + "/" + table.file, one.text, language);
     backup.tables.push_back(std::move(one));
   }
   return backup;
@@ -96,62 +96,62 @@ Backup read_backup(const std::string& folder, const Language& language) {
 using Differences = std::vector<RowDifference>;
 
 // Shows how far it is. A signal stops it where `stops` is set: nobody is to use the answer then.
-Differences compare(const Backup& backup, TableSession& session, Streams& streams, bool stops) {
+Differences Compare(const Backup& backup, TableSession& session, Streams& streams, bool stops) {
   Differences all;
   Progress progress(streams, true, backup.tables.size());
   uint64_t done = 0;
   for (const TableBackup& one : backup.tables) {
     if (stops && interrupted) break;
-    const std::string text = dump_table(*one.table, one.table->file, session.library());
-    const auto rows = dump_rows(*one.table, one.table->file, text, session.language());
-    const Differences some = compare_rows(*one.table, one.rows, rows);
+    const std::string text = DumpTable(*one.table, one.table->file, session.library());
+    const auto rows = DumpRows(*one.table, one.table->file, text, session.language());
+    const Differences some = CompareRows(*one.table, one.rows, rows);
     all.insert(all.end(), some.begin(), some.end());
-    progress.update(++done);
+    progress.Update(++done);
   }
   return all;
 }
 
-bool are_articles(const BackupTable& table) { return table.number == 0; }
+bool AreArticles(const BackupTable& table) { return table.number == 0; }
 
 // Rows that only the register has stay, but for articles, whose table is emptied first.
-bool stays(const RowDifference& one) { return one.line == 0 && !are_articles(*one.table); }
+bool Stays(const RowDifference& one) { return one.line == 0 && !AreArticles(*one.table); }
 
 // A row as it may be seen.
-std::string seen(const std::string& row, const Language& language) {
-  return without_passwords(&language, row);
+std::string Seen(const std::string& row, const Language& language) {
+  return WithoutPasswords(&language, row);
 }
 
-std::string difference_text(const RowDifference& one, const Language& language, bool colours) {
+std::string DifferenceText(const RowDifference& one, const Language& language, bool colours) {
   std::string out = one.line == 0 ? std::string(one.table->file)
                                   : fmt::format("{}:{}", one.table->file, one.line);
-  if (stays(one)) {
-    out += tr(": not in the backup; stays as it is\n");
+  if (Stays(one)) {
+    out += Tr(": not in the backup; stays as it is\n");
   } else if (one.in_backup.empty()) {
-    out += tr(": not in the backup; is taken away\n");
+    out += Tr(": not in the backup; is taken away\n");
   } else if (one.in_register.empty()) {
-    out += tr(": not in the register\n");
+    out += Tr(": not in the register\n");
   } else {
-    out += tr(": different\n");
+    out += Tr(": different\n");
   }
   if (!one.in_register.empty()) {
-    out += styled(fmt::format("  - {}", shown(seen(one.in_register, language))), Style::kError,
+    out += Styled(fmt::format("  - {}", Shown(Seen(one.in_register, language))), Style::kError,
                   colours) +
            "\n";
   }
   if (!one.in_backup.empty()) {
     out +=
-        styled(fmt::format("  + {}", shown(seen(one.in_backup, language))), Style::kGood, colours) +
+        Styled(fmt::format("  + {}", Shown(Seen(one.in_backup, language))), Style::kGood, colours) +
         "\n";
   }
   return out;
 }
 
-Json difference_json(const RowDifference& one, const Language& language) {
+Json DifferenceJson(const RowDifference& one, const Language& language) {
   Json json = {{"table", one.table->name}, {"file", one.table->file}};
   if (one.line != 0) json["line"] = one.line;
-  if (!one.in_register.empty()) json["in_register"] = seen(one.in_register, language);
-  if (!one.in_backup.empty()) json["in_backup"] = seen(one.in_backup, language);
-  json["stays"] = stays(one);
+  if (!one.in_register.empty()) json["in_register"] = Seen(one.in_register, language);
+  if (!one.in_backup.empty()) json["in_backup"] = Seen(one.in_backup, language);
+  json["stays"] = Stays(one);
   return json;
 }
 
@@ -160,30 +160,30 @@ Json difference_json(const RowDifference& one, const Language& language) {
 // What the library refused: file and line, with its answer.
 using Refusals = std::map<std::pair<std::string, uint64_t>, std::string>;
 
-std::string code_text(long code, const std::string& answer) {
-  return fmt::format("code {}: {}", code, shown(without_trailing_blanks(answer)));
+std::string CodeText(long code, const std::string& answer) {
+  return fmt::format("code {}: {}", code, Shown(WithoutTrailingBlanks(answer)));
 }
 
-void write_file(const std::string& path, const std::string& text) {
+void WriteFile(const std::string& path, const std::string& text) {
   Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-  if (!file.is_open() || !write_all(file.get(), text) || close(file.release()) != 0) {
-    throw Failure(tr("{}: cannot be written: {}", shown(path), system_message(errno)));
+  if (!file.is_open() || !WriteAll(file.get(), text) || close(file.release()) != 0) {
+    throw Failure(Tr("{}: cannot be written: {}", Shown(path), SystemMessage(errno)));
   }
 }
 
 // Replaces the articles. Works in the scratch folder, with the bytes that were checked.
-void load_articles(const TableBackup& articles, TableSession& session, Refusals* refusals) {
+void LoadArticles(const TableBackup& articles, TableSession& session, Refusals* refusals) {
   constexpr const char* kErrors = "errors.txt";
-  write_file(articles.table->file, articles.text);
-  write_file(kErrors, "");
+  WriteFile(articles.table->file, articles.text);
+  WriteFile(kErrors, "");
   std::string answer;
-  const long code = session.library().run_line(
+  const long code = session.library().RunLine(
       fmt::format("#30 #1='UA', #2='{}', #3='{}', #4", articles.table->file, kErrors), &answer);
   if (code == 0) return;
-  (*refusals)[{articles.table->file, 0}] = code_text(code, answer);
+  (*refusals)[{articles.table->file, 0}] = CodeText(code, answer);
   // One message for each refused row, in their order, with its line.
-  for (const BatchError& error : read_batch_errors(kErrors)) {
-    (*refusals)[{articles.table->file, error.line}] = code_text(error.code, error.text);
+  for (const BatchError& error : ReadBatchErrors(kErrors)) {
+    (*refusals)[{articles.table->file, error.line}] = CodeText(error.code, error.text);
   }
 }
 
@@ -194,32 +194,32 @@ class Loader {
 
   // Loads what differs, with the key in its position for programming meanwhile. False when
   // a signal stopped it.
-  bool run(const Differences& differences) {
+  bool Run(const Differences& differences) {
     const InterruptWatch watch;
     Progress progress(streams_, true, differences.size());
     std::string ignored;
-    session_.library().run_line("#1", &ignored);
+    session_.library().RunLine("#1", &ignored);
     bool articles_differ = false;
     uint64_t done = 0;
     for (const RowDifference& one : differences) {
       if (interrupted) break;
-      if (are_articles(*one.table)) {
+      if (AreArticles(*one.table)) {
         articles_differ = true;
-      } else if (!stays(one)) {
-        load(one);
+      } else if (!Stays(one)) {
+        Load(one);
       }
-      progress.update(++done);
+      progress.Update(++done);
     }
     if (articles_differ && !interrupted) {
       const TableBackup& articles = backup_.tables.back();
       // The rows of the other tables are loaded by now.
       try {
-        load_articles(articles, session_, &refusals_);
+        LoadArticles(articles, session_, &refusals_);
       } catch (const Failure& failure) {
         refusals_[{articles.table->file, 0}] = failure.what();
       }
     }
-    turn_back();
+    TurnBack();
     return !interrupted;
   }
 
@@ -228,17 +228,17 @@ class Loader {
   const std::string& key_failure() const { return key_failure_; }
 
  private:
-  void load(const RowDifference& one) {
+  void Load(const RowDifference& one) {
     std::string answer;
-    const long code = session_.library().run_line(one.in_backup, &answer);
-    if (code != 0) refusals_[{one.table->file, one.line}] = code_text(code, answer);
+    const long code = session_.library().RunLine(one.in_backup, &answer);
+    if (code != 0) refusals_[{one.table->file, one.line}] = CodeText(code, answer);
   }
 
-  void turn_back() {
+  void TurnBack() {
     std::string answer;
-    const long code = session_.library().run_line(
+    const long code = session_.library().RunLine(
         fmt::format("#15 #1={}", session_.status().key_position), &answer);
-    if (code != 0) key_failure_ = code_text(code, answer);
+    if (code != 0) key_failure_ = CodeText(code, answer);
   }
 
   const Backup& backup_;
@@ -249,20 +249,20 @@ class Loader {
 };
 
 // Why a row is still different.
-std::string cause_of(const RowDifference& one, const Refusals& refusals, bool stopped) {
+std::string CauseOf(const RowDifference& one, const Refusals& refusals, bool stopped) {
   const auto found = refusals.find({one.table->file, one.line});
   if (found != refusals.end()) return found->second;
   const auto whole = refusals.find({one.table->file, 0});
   if (whole != refusals.end()) return whole->second;
-  if (stopped) return tr("not loaded yet");
+  if (stopped) return Tr("not loaded yet");
   if (one.in_backup.find("=''") != std::string::npos) {
-    return tr("an empty text does not clear the one of the register");
+    return Tr("an empty text does not clear the one of the register");
   }
-  return tr("the register keeps another value");
+  return Tr("the register keeps another value");
 }
 
-std::string rows_text(uint64_t count) {
-  return tr_count(count, TR_TEXT("{} row"), TR_TEXT("{} rows"));
+std::string RowsText(uint64_t count) {
+  return TrCount(count, TR_TEXT("{} row"), TR_TEXT("{} rows"));
 }
 
 // --- The answer.
@@ -274,192 +274,190 @@ struct Outcome {
   bool stopped = false;
 };
 
-uint64_t count_to_load(const Differences& differences) {
+uint64_t CountToLoad(const Differences& differences) {
   return static_cast<uint64_t>(std::count_if(differences.begin(), differences.end(),
-                                             [](const RowDifference& one) { return !stays(one); }));
+                                             [](const RowDifference& one) { return !Stays(one); }));
 }
 
-Json differences_json(const Differences& differences, const Language& language) {
+Json DifferencesJson(const Differences& differences, const Language& language) {
   Json json = Json::array();
-  for (const RowDifference& one : differences) json.push_back(difference_json(one, language));
+  for (const RowDifference& one : differences) json.push_back(DifferenceJson(one, language));
   return json;
 }
 
-void show_differences(const RestoreOptions& options, const Differences& differences,
-                      const Language& language, Streams& streams) {
+void ShowDifferences(const RestoreOptions& options, const Differences& differences,
+                     const Language& language, Streams& streams) {
   const bool colours = streams.output_has_colours();
   std::string text;
-  for (const RowDifference& one : differences) text += difference_text(one, language, colours);
+  for (const RowDifference& one : differences) text += DifferenceText(one, language, colours);
   if (options.dry_run || differences.empty()) {
     text += differences.empty()
-                ? tr("{}: no row differs from the backup\n", shown(options.register_file))
-                : tr("{}: {} would be restored\n", shown(options.register_file),
-                     rows_text(count_to_load(differences)));
+                ? Tr("{}: no row differs from the backup\n", Shown(options.register_file))
+                : Tr("{}: {} would be restored\n", Shown(options.register_file),
+                     RowsText(CountToLoad(differences)));
   }
-  streams.output(text);
+  streams.Output(text);
 }
 
-int show_outcome(const RestoreOptions& options, const Outcome& outcome, const Language& language,
-                 Streams& streams) {
-  const uint64_t left = count_to_load(outcome.after);
-  const uint64_t wanted = count_to_load(outcome.before);
+int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Language& language,
+                Streams& streams) {
+  const uint64_t left = CountToLoad(outcome.after);
+  const uint64_t wanted = CountToLoad(outcome.before);
   const uint64_t restored = wanted - std::min(wanted, left);
   std::string text;
   if (options.json) {
     const EnglishMessages english;
     Json failed = Json::array();
     for (const RowDifference& one : outcome.after) {
-      if (stays(one)) continue;
-      Json json = difference_json(one, language);
-      json["cause"] = cause_of(one, outcome.refusals, outcome.stopped);
+      if (Stays(one)) continue;
+      Json json = DifferenceJson(one, language);
+      json["cause"] = CauseOf(one, outcome.refusals, outcome.stopped);
       failed.push_back(std::move(json));
     }
-    text = json_text({{"register", options.register_file},
-                      {"differences", differences_json(outcome.before, language)},
-                      {"restored_rows", restored},
-                      {"not_restored", std::move(failed)}});
+    text = JsonText({{"register", options.register_file},
+                     {"differences", DifferencesJson(outcome.before, language)},
+                     {"restored_rows", restored},
+                     {"not_restored", std::move(failed)}});
   } else {
     for (const RowDifference& one : outcome.after) {
-      if (stays(one)) continue;
-      text += tr("{}:{}: not restored: {}", one.table->file, one.line,
-                 cause_of(one, outcome.refusals, outcome.stopped)) +
+      if (Stays(one)) continue;
+      text += Tr("{}:{}: not restored: {}", one.table->file, one.line,
+                 CauseOf(one, outcome.refusals, outcome.stopped)) +
               "\n";
     }
-    text += left == 0 ? tr("{}: {} restored\n", shown(options.register_file), rows_text(restored))
-                      : tr("{}: {} restored, {} not restored\n", shown(options.register_file),
-                           rows_text(restored), left);
+    text += left == 0 ? Tr("{}: {} restored\n", Shown(options.register_file), RowsText(restored))
+                      : Tr("{}: {} restored, {} not restored\n", Shown(options.register_file),
+                           RowsText(restored), left);
   }
   int code = left == 0 ? kExitGood : kExitFaults;
   // What is in the register by now stays there.
   try {
-    streams.output(text);
+    streams.Output(text);
   } catch (const Failure& failure) {
-    tell_error(streams,
-               tr("{}: {} restored, {} not restored, and the report is missing: {}",
-                  shown(options.register_file), rows_text(restored), left, failure.what()));
+    TellError(streams, Tr("{}: {} restored, {} not restored, and the report is missing: {}",
+                          Shown(options.register_file), RowsText(restored), left, failure.what()));
     code = kExitFaults;
   }
   if (outcome.stopped) {
-    tell_error(streams, tr("stopped by {}", interrupt_name()));
-    code = interrupt_exit();
+    TellError(streams, Tr("stopped by {}", InterruptName()));
+    code = InterruptExit();
   }
   return code;
 }
 
-void require_closed_day(const RestoreOptions& options, const Differences& differences,
-                        const lorimat::RegisterStatus& status) {
+void RequireClosedDay(const RestoreOptions& options, const Differences& differences,
+                      const lorimat::RegisterStatus& status) {
   if (!status.day_open) return;
   for (const RowDifference& one : differences) {
-    if (std::string_view(one.table->name) != "vat" || stays(one)) continue;
+    if (std::string_view(one.table->name) != "vat" || Stays(one)) continue;
     throw Failure(
-        tr("{}: a day is open, and the VAT rates differ, which only change between two days: close "
+        Tr("{}: a day is open, and the VAT rates differ, which only change between two days: close "
            "the day first; nothing was changed",
-           shown(options.register_file)));
+           Shown(options.register_file)));
   }
 }
 
 }  // namespace
 
 LoadedTables LoadTables(const std::string& folder, TableSession& session, Streams& streams) {
-  require_backup_folder(folder);
-  const Backup backup = read_backup(folder, session.language());
+  RequireBackupFolder(folder);
+  const Backup backup = ReadBackup(folder, session.language());
   LoadedTables loaded;
   loaded.serial_number = backup.manifest.serial_number;
   // A signal leaves no scratch folder behind.
   const InterruptWatch watch;
   const ScratchFolder scratch;
   const FolderStay stay(scratch.path());
-  const Differences before = compare(backup, session, streams, true);
+  const Differences before = Compare(backup, session, streams, true);
   Loader loader(backup, session, streams);
-  if (!interrupted) loader.run(before);
+  if (!interrupted) loader.Run(before);
   if (!loader.key_failure().empty()) loaded.not_restored.push_back(loader.key_failure());
-  const Differences after = compare(backup, session, streams, true);
+  const Differences after = Compare(backup, session, streams, true);
   loaded.stopped = interrupted != 0;
   for (const RowDifference& one : after) {
-    if (stays(one)) continue;
-    loaded.not_restored.push_back(tr("{}:{}: not restored: {}", one.table->file, one.line,
-                                     cause_of(one, loader.refusals(), loaded.stopped)));
+    if (Stays(one)) continue;
+    loaded.not_restored.push_back(Tr("{}:{}: not restored: {}", one.table->file, one.line,
+                                     CauseOf(one, loader.refusals(), loaded.stopped)));
   }
-  loaded.rows = count_to_load(before) - std::min(count_to_load(before), count_to_load(after));
+  loaded.rows = CountToLoad(before) - std::min(CountToLoad(before), CountToLoad(after));
   return loaded;
 }
 
-void add_restore(CLI::App& app, RestoreOptions* options) {
+void AddRestore(CLI::App& app, RestoreOptions* options) {
   CLI::App* restore = app.add_subcommand(
-      "restore", tr("Compare the tables of a backup with a register and load them back"));
-  restore->add_option("DIR", options->folder, tr("The folder of the backup"))->required();
-  add_register_option(restore, &options->register_file);
-  restore->add_flag("--dry-run", options->dry_run, tr("Only show what is different"));
-  add_language_options(restore, &options->language, &options->library);
-  restore->add_flag("--json", options->json, tr("Write JSON"));
-  refuse_empty_texts(restore);
-  restore->footer(std::string(translated(kRestoreExamples)));
+      "restore", Tr("Compare the tables of a backup with a register and load them back"));
+  restore->add_option("DIR", options->folder, Tr("The folder of the backup"))->required();
+  AddRegisterOption(restore, &options->register_file);
+  restore->add_flag("--dry-run", options->dry_run, Tr("Only show what is different"));
+  AddLanguageOptions(restore, &options->language, &options->library);
+  restore->add_flag("--json", options->json, Tr("Write JSON"));
+  RefuseEmptyTexts(restore);
+  restore->footer(std::string(Translated(kRestoreExamples)));
 }
 
-int restore_command(const RestoreOptions& options, Streams& streams) {
-  require_backup_folder(options.folder);
-  require_register(options.register_file);
+int RunRestore(const RestoreOptions& options, Streams& streams) {
+  RequireBackupFolder(options.folder);
+  RequireRegister(options.register_file);
   TableSession session(options.register_file, options.language, options.library, streams);
-  const Backup backup = read_backup(options.folder, session.language());
+  const Backup backup = ReadBackup(options.folder, session.language());
   if (backup.manifest.serial_number != session.status().serial_number) {
-    tell_note(streams,
-              tr("the backup is of {}, and this is {}", shown(backup.manifest.serial_number),
-                 shown(session.status().serial_number)));
+    TellNote(streams,
+             Tr("the backup is of {}, and this is {}", Shown(backup.manifest.serial_number),
+                Shown(session.status().serial_number)));
   }
   // A signal leaves no scratch folder behind, but while a reader lets the program wait.
   std::optional<InterruptWatch> watch(std::in_place);
   const ScratchFolder scratch;
   const FolderStay stay(scratch.path());
   Outcome outcome;
-  outcome.before = compare(backup, session, streams, true);
+  outcome.before = Compare(backup, session, streams, true);
   if (interrupted) {
-    tell_error(streams, tr("stopped by {}; nothing was changed", interrupt_name()));
-    return interrupt_exit();
+    TellError(streams, Tr("stopped by {}; nothing was changed", InterruptName()));
+    return InterruptExit();
   }
   watch.reset();
-  const bool to_load = count_to_load(outcome.before) != 0;
+  const bool to_load = CountToLoad(outcome.before) != 0;
   if (options.dry_run || !to_load) {
     if (options.json) {
-      streams.output(
-          json_text({{"register", options.register_file},
-                     {"differences", differences_json(outcome.before, session.language())},
-                     {"restored_rows", 0},
-                     {"not_restored", Json::array()}}));
+      streams.Output(JsonText({{"register", options.register_file},
+                               {"differences", DifferencesJson(outcome.before, session.language())},
+                               {"restored_rows", 0},
+                               {"not_restored", Json::array()}}));
     } else {
-      show_differences(options, outcome.before, session.language(), streams);
+      ShowDifferences(options, outcome.before, session.language(), streams);
     }
     return kExitGood;
   }
-  require_closed_day(options, outcome.before, session.status());
-  if (!options.json) show_differences(options, outcome.before, session.language(), streams);
+  RequireClosedDay(options, outcome.before, session.status());
+  if (!options.json) ShowDifferences(options, outcome.before, session.language(), streams);
 
   watch.emplace();
   Loader loader(backup, session, streams);
-  outcome.stopped = !loader.run(outcome.before);
+  outcome.stopped = !loader.Run(outcome.before);
   outcome.refusals = loader.refusals();
   if (!session.last_failure().empty()) {
-    tell_error(streams, tr("the register could not be kept: {}", session.last_failure()));
+    TellError(streams, Tr("the register could not be kept: {}", session.last_failure()));
   }
   if (!loader.key_failure().empty()) {
-    tell_error(streams, tr("the key could not be turned back to position {}: {}",
-                           session.status().key_position, loader.key_failure()));
+    TellError(streams, Tr("the key could not be turned back to position {}: {}",
+                          session.status().key_position, loader.key_failure()));
   }
   try {
     // What was restored is to be told, whatever comes.
-    outcome.after = compare(backup, session, streams, false);
+    outcome.after = Compare(backup, session, streams, false);
   } catch (const Failure& failure) {
     for (const auto& [place, cause] : outcome.refusals) {
       const auto& [file, line] = place;
-      tell_error(streams, tr("{}: not restored: {}",
-                             line == 0 ? file : fmt::format("{}:{}", file, line), cause));
+      TellError(streams, Tr("{}: not restored: {}",
+                            line == 0 ? file : fmt::format("{}:{}", file, line), cause));
     }
-    tell_error(streams, tr("{}: what was loaded could not be read back: {}",
-                           shown(options.register_file), failure.what()));
-    if (outcome.stopped) return interrupt_exit();
+    TellError(streams, Tr("{}: what was loaded could not be read back: {}",
+                          Shown(options.register_file), failure.what()));
+    if (outcome.stopped) return InterruptExit();
     return kExitFaults;
   }
   watch.reset();
-  return show_outcome(options, outcome, session.language(), streams);
+  return ShowOutcome(options, outcome, session.language(), streams);
 }
 
 }  // namespace lorimat::console

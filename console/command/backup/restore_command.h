@@ -36,9 +36,9 @@ struct LoadedTables {
 // whole.
 LoadedTables LoadTables(const std::string& folder, TableSession& session, Streams& streams);
 
-void add_restore(CLI::App& app, RestoreOptions* options);
+void AddRestore(CLI::App& app, RestoreOptions* options);
 
 // Returns one of ExitCode. Throws Failure or RegisterError when nothing could be restored.
-int restore_command(const RestoreOptions& options, Streams& streams);
+int RunRestore(const RestoreOptions& options, Streams& streams);
 
 }  // namespace lorimat::console

@@ -16,18 +16,18 @@
 namespace lorimat::console {
 
 lorimat::RegisterStatus RequireQuietRegister(const std::string& file) {
-  lorimat::RegisterStatus status = lorimat::RegisterFile(require_register(file)).Status();
+  lorimat::RegisterStatus status = lorimat::RegisterFile(RequireRegister(file)).Status();
   if (status.open_document) {
     // Who sells on it, or may not write it, has no use for that advice.
     const lorimat::Database probe(file, lorimat::Database::Open::kChange, lorimat::kRegisterKind);
-    throw Failure(tr("{}: holds {}. End it first, by a run on this register", shown(file),
-                     open_document_text(*status.open_document)));
+    throw Failure(Tr("{}: holds {}. End it first, by a run on this register", Shown(file),
+                     OpenDocumentText(*status.open_document)));
   }
   if (!status.faults.faults().empty()) {
     throw Failure(
-        tr("{}: faults wait in it, which would strike now; \"lorimat fault --clear\" takes them "
+        Tr("{}: faults wait in it, which would strike now; \"lorimat fault --clear\" takes them "
            "away",
-           shown(file)));
+           Shown(file)));
   }
   return status;
 }
@@ -49,12 +49,12 @@ TableSession::TableSession(const lorimat::RegisterSettings& settings, const std:
 
 void TableSession::Start(const std::string& language, const std::string& library, Streams& streams,
                          const std::function<void()>& switch_on) {
-  const std::string library_file = find_library(library);
-  language_.emplace(definition_path(language));
-  streams.start_trace("");
+  const std::string library_file = FindLibrary(library);
+  language_.emplace(DefinitionPath(language));
+  streams.StartTrace("");
   library_.emplace(library_file, streams);
   switch_on();
-  start_library(language, false, *library_, *client_, streams);
+  StartLibrary(language, false, *library_, *client_, streams);
 }
 
 }  // namespace lorimat::console

@@ -8,7 +8,7 @@ namespace pal {
 
 // False, with *time untouched, where the moment has no broken-down form. The local one
 // follows the zone that is set when it is called.
-bool break_down_utc(time_t moment, struct tm* time);
-bool break_down_local(time_t moment, struct tm* time);
+bool BreakDownUtc(time_t moment, struct tm* time);
+bool BreakDownLocal(time_t moment, struct tm* time);
 
 }  // namespace pal

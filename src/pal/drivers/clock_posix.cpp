@@ -2,14 +2,14 @@
 
 namespace pal {
 
-bool break_down_utc(time_t moment, struct tm* time) {
+bool BreakDownUtc(time_t moment, struct tm* time) {
   struct tm result;
   if (gmtime_r(&moment, &result) == nullptr) return false;
   *time = result;
   return true;
 }
 
-bool break_down_local(time_t moment, struct tm* time) {
+bool BreakDownLocal(time_t moment, struct tm* time) {
   struct tm result;
   // localtime_r need not look at TZ again by itself, as localtime does.
   tzset();

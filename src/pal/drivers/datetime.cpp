@@ -15,22 +15,22 @@ constexpr int kBaseYear = 1900;
 constexpr time_t kSecondsPerDay = 86400;
 
 // A difference keeps its sign where it leaves the range of int.
-int clamped(int64_t difference) {
+int Clamped(int64_t difference) {
   return static_cast<int>(std::clamp<int64_t>(difference, std::numeric_limits<int>::min(),
                                               std::numeric_limits<int>::max()));
 }
 
-int64_t second_of_day(const struct tm* time) {
+int64_t SecondOfDay(const struct tm* time) {
   return int64_t{time->tm_hour} * 3600 + int64_t{time->tm_min} * 60 + time->tm_sec;
 }
 
 // The clock, or -1.
-time_t now() { return std::time(nullptr); }
+time_t Now() { return std::time(nullptr); }
 
 // Fields of the BCD form: where they stand and how many digits they have.
 enum BcdShift { kSecond = 0, kMinute = 8, kHour = 16, kDay = 24, kMonth = 32, kYear = 40 };
 
-uint64_t pack_bcd(int64_t value, int digits, BcdShift shift) {
+uint64_t PackBcd(int64_t value, int digits, BcdShift shift) {
   auto rest = static_cast<uint64_t>(value);
   uint64_t bcd = 0;
   for (int i = 0; i < digits; ++i) {
@@ -40,7 +40,7 @@ uint64_t pack_bcd(int64_t value, int digits, BcdShift shift) {
   return bcd << shift;
 }
 
-int unpack_bcd(uint64_t bcd, int digits, BcdShift shift) {
+int UnpackBcd(uint64_t bcd, int digits, BcdShift shift) {
   int value = 0;
   for (int i = digits; i-- > 0;) {
     value = value * 10 + static_cast<int>((bcd >> (shift + 4 * i)) & 0xF);
@@ -58,13 +58,13 @@ bool DateTime::GetBuildDateTime(struct tm* time, bool date_only) {
 }
 
 bool DateTime::GetCurrentDateTime(struct tm* time) {
-  const time_t moment = now();
-  return moment != -1 && pal::break_down_utc(moment, time);
+  const time_t moment = Now();
+  return moment != -1 && pal::BreakDownUtc(moment, time);
 }
 
 bool DateTime::GetLocalDateTime(struct tm* time) {
-  const time_t moment = now();
-  return moment != -1 && pal::break_down_local(moment, time);
+  const time_t moment = Now();
+  return moment != -1 && pal::BreakDownLocal(moment, time);
 }
 
 bool DateTime::SetCurrentDateTime(const struct tm*) { return false; }
@@ -79,20 +79,20 @@ uint64_t DateTime::GetCurrentBCDDateTime() {
 }
 
 bool DateTime::ToBCDDateTime(const struct tm* time, uint64_t& bcd) {
-  bcd = pack_bcd(time->tm_sec, 2, kSecond) | pack_bcd(time->tm_min, 2, kMinute) |
-        pack_bcd(time->tm_hour, 2, kHour) | pack_bcd(time->tm_mday, 2, kDay) |
-        pack_bcd(int64_t{time->tm_mon} + 1, 2, kMonth) |
-        pack_bcd(int64_t{time->tm_year} + kBaseYear, 4, kYear);
+  bcd = PackBcd(time->tm_sec, 2, kSecond) | PackBcd(time->tm_min, 2, kMinute) |
+        PackBcd(time->tm_hour, 2, kHour) | PackBcd(time->tm_mday, 2, kDay) |
+        PackBcd(int64_t{time->tm_mon} + 1, 2, kMonth) |
+        PackBcd(int64_t{time->tm_year} + kBaseYear, 4, kYear);
   return true;
 }
 
 bool DateTime::FromBCDDateTime(const uint64_t& bcd, struct tm* time) {
-  time->tm_sec = unpack_bcd(bcd, 2, kSecond);
-  time->tm_min = unpack_bcd(bcd, 2, kMinute);
-  time->tm_hour = unpack_bcd(bcd, 2, kHour);
-  time->tm_mday = unpack_bcd(bcd, 2, kDay);
-  time->tm_mon = unpack_bcd(bcd, 2, kMonth) - 1;
-  time->tm_year = unpack_bcd(bcd, 4, kYear) - kBaseYear;
+  time->tm_sec = UnpackBcd(bcd, 2, kSecond);
+  time->tm_min = UnpackBcd(bcd, 2, kMinute);
+  time->tm_hour = UnpackBcd(bcd, 2, kHour);
+  time->tm_mday = UnpackBcd(bcd, 2, kDay);
+  time->tm_mon = UnpackBcd(bcd, 2, kMonth) - 1;
+  time->tm_year = UnpackBcd(bcd, 4, kYear) - kBaseYear;
   return true;
 }
 
@@ -128,7 +128,7 @@ bool DateTime::CheckDateTime(const struct tm* time) {
 
 bool DateTime::ToLocalDateTime(struct tm* time) {
   struct tm utc = *time;
-  return pal::break_down_local(pal::timegm(&utc), time);
+  return pal::BreakDownLocal(pal::timegm(&utc), time);
 }
 
 bool DateTime::FromLocalDateTime(struct tm* time) {
@@ -137,21 +137,21 @@ bool DateTime::FromLocalDateTime(struct tm* time) {
   local.tm_wday = -1;
   const time_t moment = std::mktime(&local);
   if (moment == -1 && local.tm_wday == -1) return false;
-  return pal::break_down_utc(moment, time);
+  return pal::BreakDownUtc(moment, time);
 }
 
 int DateTime::CompareDateTime(const struct tm* a, const struct tm* b) {
   const int date = CompareOnlyDate(a, b);
   if (date != 0) return date;
   for (int tm::*field : {&tm::tm_hour, &tm::tm_min, &tm::tm_sec}) {
-    if (a->*field != b->*field) return clamped(int64_t{a->*field} - b->*field);
+    if (a->*field != b->*field) return Clamped(int64_t{a->*field} - b->*field);
   }
   return 0;
 }
 
 int DateTime::CompareOnlyDate(const struct tm* a, const struct tm* b) {
   for (int tm::*field : {&tm::tm_year, &tm::tm_mon, &tm::tm_mday}) {
-    if (a->*field != b->*field) return clamped(int64_t{a->*field} - b->*field);
+    if (a->*field != b->*field) return Clamped(int64_t{a->*field} - b->*field);
   }
   return 0;
 }
@@ -163,22 +163,22 @@ int DateTime::CompareDate(const struct tm* a, const struct tm* b) {
 }
 
 int DateTime::CompareDate(time_t a, time_t b) {
-  return clamped(int64_t{a / kSecondsPerDay} - b / kSecondsPerDay);
+  return Clamped(int64_t{a / kSecondsPerDay} - b / kSecondsPerDay);
 }
 
 int DateTime::CompareTime(const struct tm* a, const struct tm* b) {
-  return clamped(second_of_day(a) - second_of_day(b));
+  return Clamped(SecondOfDay(a) - SecondOfDay(b));
 }
 
 bool DateTime::AddDateTime(struct tm* time, const struct tm* added) {
   struct tm first = *time;
   struct tm second = *added;
-  return pal::break_down_utc(pal::timegm(&first) + pal::timegm(&second), time);
+  return pal::BreakDownUtc(pal::timegm(&first) + pal::timegm(&second), time);
 }
 
 bool DateTime::AddSeconds(struct tm* time, int seconds) {
   struct tm start = *time;
-  return pal::break_down_utc(pal::timegm(&start) + seconds, time);
+  return pal::BreakDownUtc(pal::timegm(&start) + seconds, time);
 }
 
 bool DateTime::AddLocalSeconds(struct tm*, int) { return true; }

@@ -34,7 +34,7 @@ class RegistryKey {
   // kRegistryMoreData and its size, and text is not touched. A missing value leaves both
   // as they were. With a null text only the size is told; a text without a size is
   // kRegistryInvalidParameter. A text that was read always ends in NUL.
-  long query(const char* name, char* text, uint32_t* size) const;
+  long Query(const char* name, char* text, uint32_t* size) const;
 
  private:
   intptr_t handle_;      // the key's handle, or the registry file's descriptor
@@ -44,25 +44,25 @@ class RegistryKey {
 // --- Current directory of the process.
 
 // Whether the directory was changed.
-bool set_current_directory(const char* path);
+bool EnterDirectory(const char* path);
 // Writes the directory's path into size bytes; false when there is none or it does not
 // fit, and path is then empty.
-bool get_current_directory(char* path, size_t size);
+bool WorkingDirectory(char* path, size_t size);
 // The character that joins folder names, and joins the installation directory with the
 // definition file's path.
-char path_separator();
+char PathSeparator();
 
 // --- Line files.
 
 // Whether files opened in the default mode have their line ends translated. A position in
 // such a file is no count of the bytes that were read, so that bytes read ahead cannot be
 // given back by a seek.
-bool default_mode_translates();
+bool DefaultModeTranslates();
 
 // --- Waiting.
 
 // Blocks the calling thread for that many milliseconds, whatever signals come meanwhile;
 // returns at once for 0 and below. Thread::Sleep is the caller.
-void sleep_ms(int milliseconds);
+void SleepMs(int milliseconds);
 
 }  // namespace platform

@@ -16,7 +16,7 @@ const Locale::abs_uri_protocol_t Locale::abs_uri_protocols[] = {
 
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -25,7 +25,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // Whether `text` begins with `start`, case ignored.
 bool beginsWith(const char* text, const char* start, size_t length) {
   for (size_t i = 0; i < length; ++i) {
-    if (lower(text[i]) != lower(start[i])) return false;
+    if (Lower(text[i]) != Lower(start[i])) return false;
   }
   return true;
 }

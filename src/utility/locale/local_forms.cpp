@@ -50,7 +50,7 @@ bool readInteger(const char* s, size_t n, int32_t& output) {
 }
 
 // The result of a print of one value: whether any of it stands in the text.
-bool printed(size_t n, int length) { return n > 1 && length > 0; }
+bool Printed(size_t n, int length) { return n > 1 && length > 0; }
 
 // --- Numbers -----------------------------------------------------------------------------
 
@@ -163,11 +163,11 @@ bool Locale::fromLocalInteger(const char* s, size_t n, uint64_t& output) {
 }
 
 bool Locale::toLocalInteger(char* s, size_t n, int32_t i) {
-  return printed(n, std::snprintf(s, n, "%" PRId32, i));
+  return Printed(n, std::snprintf(s, n, "%" PRId32, i));
 }
 
 bool Locale::toLocalInteger(char* s, size_t n, int64_t i) {
-  return printed(n, std::snprintf(s, n, "%" PRId64, i));
+  return Printed(n, std::snprintf(s, n, "%" PRId64, i));
 }
 
 bool Locale::toLocalInteger(char* s, size_t n, uint8_t i) {
@@ -179,11 +179,11 @@ bool Locale::toLocalInteger(char* s, size_t n, uint16_t i) {
 }
 
 bool Locale::toLocalInteger(char* s, size_t n, uint32_t i) {
-  return printed(n, std::snprintf(s, n, "%" PRIu32, i));
+  return Printed(n, std::snprintf(s, n, "%" PRIu32, i));
 }
 
 bool Locale::toLocalInteger(char* s, size_t n, uint64_t i) {
-  return printed(n, std::snprintf(s, n, "%" PRIu64, i));
+  return Printed(n, std::snprintf(s, n, "%" PRIu64, i));
 }
 
 bool Locale::fromLocalNumber(const char* s, size_t n, Number& output) const {

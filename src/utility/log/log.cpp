@@ -12,16 +12,16 @@
 namespace {
 
 // The length of a text, at most limit characters of which are looked at.
-size_t bounded_length(const char* text, size_t limit) {
+size_t BoundedLength(const char* text, size_t limit) {
   const void* nul = std::memchr(text, 0, limit);
   return nul ? static_cast<size_t>(static_cast<const char*>(nul) - text) : limit;
 }
 
 // Copies a text into an array, cut to what leaves its last byte for the NUL.
 template <size_t N>
-void set_text(char (&dest)[N], const char* text) {
+void SetText(char (&dest)[N], const char* text) {
   if (text == nullptr) text = "";
-  const size_t length = bounded_length(text, N - 1);
+  const size_t length = BoundedLength(text, N - 1);
   std::memmove(dest, text, length);
   std::memset(dest + length, 0, N - length);
 }
@@ -101,14 +101,14 @@ void Log::Stop() {
 
 void Log::set_output_file_name(const char* name) {
   MutexLock lock(&mutex_);
-  set_text(output_file_name_, name);
+  SetText(output_file_name_, name);
 }
 
 void Log::set_output_syslog_host(const char* host) {
   MutexLock lock(&mutex_);
   char old[sizeof(output_syslog_host_)];
   std::memcpy(old, output_syslog_host_, sizeof(old));
-  set_text(output_syslog_host_, host);
+  SetText(output_syslog_host_, host);
   if (std::strcmp(old, output_syslog_host_) == 0) return;
   output_syslog_addr_ = kUnknownAddress;
   syslog_look_up_failed_ = false;
@@ -117,12 +117,12 @@ void Log::set_output_syslog_host(const char* host) {
 
 void Log::set_syslog_hostname(const char* name) {
   MutexLock lock(&mutex_);
-  set_text(syslog_hostname_, name);
+  SetText(syslog_hostname_, name);
 }
 
 void Log::set_trailer(const char* trailer) {
   MutexLock lock(&mutex_);
-  set_text(trailer_, trailer);
+  SetText(trailer_, trailer);
 }
 
 bool Log::Passes(Levels level, const LocationInfo& location) const {
@@ -159,7 +159,7 @@ void Log::BeginLine(Levels level, const LocationInfo& location, const char* thre
 void Log::Append(const char* text, size_t limit) {
   const size_t used = std::strlen(output_);
   const size_t room = LS_OUTPUT - used;
-  const size_t length = bounded_length(text, limit < room ? limit : room);
+  const size_t length = BoundedLength(text, limit < room ? limit : room);
   std::memcpy(output_ + used, text, length);
   output_[used + length] = 0;
 }

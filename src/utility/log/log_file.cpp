@@ -15,39 +15,39 @@ namespace {
 FILE* file = nullptr;
 FILE* pfile = nullptr;
 
-void close_stream(FILE** stream) {
+void CloseStream(FILE** stream) {
   if (*stream != nullptr) std::fclose(*stream);
   *stream = nullptr;
 }
 
 // Opens a file that exists by the first mode, and makes one by the second.
-FILE* open_or_create(const char* name, const char* open_mode, const char* create_mode,
-                     bool* existed) {
+FILE* OpenOrCreate(const char* name, const char* open_mode, const char* create_mode,
+                   bool* existed) {
   FILE* stream = std::fopen(name, open_mode);
   *existed = stream != nullptr;
   return stream != nullptr ? stream : std::fopen(name, create_mode);
 }
 
 // The position that the position file holds, 0 when it holds none.
-int32_t stored_position() {
+int32_t StoredPosition() {
   int32_t position = 0;
   return std::fread(&position, 1, sizeof(position), pfile) == sizeof(position) ? position : 0;
 }
 
-void store_position(long position) {
+void StorePosition(long position) {
   const int32_t raw = static_cast<int32_t>(position);
   std::rewind(pfile);
   std::fwrite(&raw, 1, sizeof(raw), pfile);
   std::fflush(pfile);
 }
 
-tm without_time(tm date) {
+tm WithoutTime(tm date) {
   date.tm_hour = date.tm_min = date.tm_sec = 0;
   return date;
 }
 
 // Whether the file was last written on an earlier day, by days of UTC.
-bool is_of_earlier_day(const char* name) {
+bool IsOfEarlierDay(const char* name) {
   struct stat status;
   if (stat(name, &status) != 0) return false;
   return DateTime::CompareDate(status.st_mtime, std::time(nullptr)) < 0;
@@ -70,16 +70,16 @@ void Log::OpenFile(bool append) {
     std::snprintf(position_name, sizeof(position_name), "%s~", name);
     bool existed;
     bool has_position;
-    file = open_or_create(name, "r+", "w+", &existed);
-    pfile = open_or_create(position_name, "rb+", "wb+", &has_position);
+    file = OpenOrCreate(name, "r+", "w+", &existed);
+    pfile = OpenOrCreate(position_name, "rb+", "wb+", &has_position);
     if (file == nullptr || pfile == nullptr) {
-      close_stream(&file);
-      close_stream(&pfile);
+      CloseStream(&file);
+      CloseStream(&pfile);
       return;
     }
-    if (has_position) std::fseek(file, stored_position(), SEEK_SET);
+    if (has_position) std::fseek(file, StoredPosition(), SEEK_SET);
   } else {
-    if (rotate_kind_ == LR_WEEKLY && is_of_earlier_day(name)) append = false;
+    if (rotate_kind_ == LR_WEEKLY && IsOfEarlierDay(name)) append = false;
     file = std::fopen(name, append ? "a+" : "w+");
     if (file == nullptr) return;
   }
@@ -95,15 +95,15 @@ void Log::WriteFile() {
   std::fflush(file);
   if (rotate_kind_ == LR_SIZE && pfile != nullptr) {
     const long position = std::ftell(file);
-    if (position >= 0) store_position(position);
+    if (position >= 0) StorePosition(position);
   }
   RotateFile();
 }
 
 void Log::CloseFile() {
   if (!output_file_opened_) return;
-  close_stream(&file);
-  close_stream(&pfile);
+  CloseStream(&file);
+  CloseStream(&pfile);
   output_file_opened_ = false;
 }
 
@@ -115,8 +115,8 @@ void Log::RotateFile() {
   } else if (rotate_kind_ == LR_WEEKLY) {
     tm now = {};
     if (!DateTime::GetLocalDateTime(&now)) return;
-    const tm today = without_time(now);
-    const tm opened = without_time(last_opened_date_);
+    const tm today = WithoutTime(now);
+    const tm opened = WithoutTime(last_opened_date_);
     if (DateTime::CompareDateTime(&today, &opened) > 0) {
       CloseFile();
       OpenFile(false);

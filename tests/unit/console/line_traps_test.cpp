@@ -21,14 +21,14 @@ using testing::Not;
 
 namespace {
 
-std::string text_of(const std::string& name) {
+std::string TextOf(const std::string& name) {
   std::ifstream file(std::string(LORIMAT_SOURCE_DIR) + "/" + name);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::set<std::string> rules_of(const Language& language, const std::string& line) {
+std::set<std::string> RulesOf(const Language& language, const std::string& line) {
   Findings findings;
-  BatchCheck(language, findings).take({1, line, line.size(), 0});
+  BatchCheck(language, findings).Take({1, line, line.size(), 0});
   std::set<std::string> rules;
   for (const Finding& finding : findings.sorted()) rules.insert(finding.rule);
   return rules;
@@ -48,7 +48,7 @@ class TenderClient : public NullClient {
 
 // A number of the table has an identifier of its own; any other goes to the device as it stands.
 TEST(LineTraps, TheTendersAreThoseOfTheLibrary) {
-  const Language language = Language::from_text(text_of("language/merkelin.ini"));
+  const Language language = Language::FromText(TextOf("language/merkelin.ini"));
   TenderClient client;
   EcrCmdCommand& translator = language.translator();
   translator.TStato.bInitOK = true;
@@ -60,18 +60,18 @@ TEST(LineTraps, TheTendersAreThoseOfTheLibrary) {
     ASSERT_EQ(0, translator.EcrCmd(line.data(), answer.data()));
     // The voucher is 30 on both sides.
     const bool known = client.tender_ != number || tender == 30;
-    EXPECT_EQ(known, rules_of(language, "CHIU TEND=" + number).count("tender-unknown") == 0)
+    EXPECT_EQ(known, RulesOf(language, "CHIU TEND=" + number).count("tender-unknown") == 0)
         << tender;
   }
 }
 
 TEST(LineTraps, EachHasARuleOfItsOwnAndSentences) {
   std::set<std::string> rules;
-  const std::string page = text_of("docs/console.md");
-  for (const TrapSentences& row : trap_sentences()) {
+  const std::string page = TextOf("docs/console.md");
+  for (const TrapSentences& row : SentencesOfTraps()) {
     EXPECT_TRUE(rules.insert(row.rule).second) << row.rule;
     EXPECT_NE(std::string::npos, page.find("`" + std::string(row.rule) + "`")) << row.rule;
-    const Finding finding = trap_finding({row.trap, {"A", "B", "C", "D", "E"}, ""});
+    const Finding finding = TrapFinding({row.trap, {"A", "B", "C", "D", "E"}, ""});
     EXPECT_EQ(row.rule, finding.rule);
     EXPECT_THAT(finding.what, Not(IsEmpty())) << row.rule;
   }
@@ -80,37 +80,37 @@ TEST(LineTraps, EachHasARuleOfItsOwnAndSentences) {
 }
 
 TEST(NumberReading, ReadsAsTheLibraryDoes) {
-  EXPECT_EQ("150", read_number(NumberKind::kPrice, "1,50").text);
-  EXPECT_EQ("0", read_number(NumberKind::kPrice, "1.234,56").text);
-  EXPECT_EQ("0.5", read_number(NumberKind::kPrice, ".5").text);
-  EXPECT_EQ("-12.3456", read_number(NumberKind::kPrice, "-12.3456").text);
-  EXPECT_EQ("0.704", read_number(NumberKind::kQuantity, "4294968").text);
-  EXPECT_EQ("2147483647", read_number(NumberKind::kDepartment, "4294967297").text);
-  EXPECT_EQ("0", read_number(NumberKind::kWhole, "VERO").text);
+  EXPECT_EQ("150", ReadNumber(NumberKind::kPrice, "1,50").text);
+  EXPECT_EQ("0", ReadNumber(NumberKind::kPrice, "1.234,56").text);
+  EXPECT_EQ("0.5", ReadNumber(NumberKind::kPrice, ".5").text);
+  EXPECT_EQ("-12.3456", ReadNumber(NumberKind::kPrice, "-12.3456").text);
+  EXPECT_EQ("0.704", ReadNumber(NumberKind::kQuantity, "4294968").text);
+  EXPECT_EQ("2147483647", ReadNumber(NumberKind::kDepartment, "4294967297").text);
+  EXPECT_EQ("0", ReadNumber(NumberKind::kWhole, "VERO").text);
 }
 
 TEST(NumberReading, KnowsWhatIsReadAsItIsWritten) {
   for (const char* number : {"1", "01", "1.50", "1.5000", ".5", "5.", "-0", "-1.5", "0.0001"}) {
-    EXPECT_TRUE(read_number(NumberKind::kPrice, number).exact) << number;
+    EXPECT_TRUE(ReadNumber(NumberKind::kPrice, number).exact) << number;
   }
   for (const char* number : {"1.50000", "0.00001", "9999999999999999999"}) {
-    EXPECT_TRUE(read_number(NumberKind::kPrice, number).plain) << number;
-    EXPECT_FALSE(read_number(NumberKind::kPrice, number).exact) << number;
+    EXPECT_TRUE(ReadNumber(NumberKind::kPrice, number).plain) << number;
+    EXPECT_FALSE(ReadNumber(NumberKind::kPrice, number).exact) << number;
   }
   for (const char* number : {"", "-", ".", "1,5", "1 ", "1.2.3", "+1", "1e3"}) {
-    EXPECT_FALSE(read_number(NumberKind::kPrice, number).plain) << number;
+    EXPECT_FALSE(ReadNumber(NumberKind::kPrice, number).plain) << number;
   }
 }
 
 TEST(NumberReading, GuessesTheNumberThatWasMeant) {
-  EXPECT_EQ("1.50", likely_number(NumberKind::kPrice, "1,50"));
-  EXPECT_EQ("1234.56", likely_number(NumberKind::kPrice, "1.234,56"));
-  EXPECT_EQ("1234.56", likely_number(NumberKind::kPrice, "1,234.56"));
-  EXPECT_EQ("1234567", likely_number(NumberKind::kPrice, "1.234.567"));
-  EXPECT_EQ("1234.5", likely_number(NumberKind::kPrice, "1 234,5"));
-  EXPECT_EQ("1.5", likely_number(NumberKind::kQuantity, "1,5"));
+  EXPECT_EQ("1.50", LikelyNumber(NumberKind::kPrice, "1,50"));
+  EXPECT_EQ("1234.56", LikelyNumber(NumberKind::kPrice, "1.234,56"));
+  EXPECT_EQ("1234.56", LikelyNumber(NumberKind::kPrice, "1,234.56"));
+  EXPECT_EQ("1234567", LikelyNumber(NumberKind::kPrice, "1.234.567"));
+  EXPECT_EQ("1234.5", LikelyNumber(NumberKind::kPrice, "1 234,5"));
+  EXPECT_EQ("1.5", LikelyNumber(NumberKind::kQuantity, "1,5"));
   for (const char* number : {"", ",", "x", "1e3", "1,23456", "1-2", "EUR 5"}) {
-    EXPECT_EQ("", likely_number(NumberKind::kPrice, number)) << number;
+    EXPECT_EQ("", LikelyNumber(NumberKind::kPrice, number)) << number;
   }
 }
 

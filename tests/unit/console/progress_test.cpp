@@ -80,20 +80,20 @@ class ProgressTest : public testing::Test {
 TEST_F(ProgressTest, TellsTheLinesAndTheTimeThatIsLeft) {
   Terminal terminal(80);
   Progress bar(terminal.streams(), true, 2000, Progress::Shows::kLines, Now());
-  bar.update(500);
+  bar.Update(500);
   EXPECT_EQ(terminal.Written(), "\r[#####...............]  25%  500 of 2000 lines");
   // 1000 in 30 s: the other 1000 take 30 s.
   now_ += std::chrono::seconds(30);
-  bar.update(1000);
+  bar.Update(1000);
   EXPECT_EQ(terminal.Written(), "\r[##########..........]  50%  1000 of 2000 lines, 0:30 left");
-  bar.update(1001);
+  bar.Update(1001);
   EXPECT_EQ(terminal.Written(), "");
   // Nothing of the longer text stays.
-  bar.update(2000);
+  bar.Update(2000);
   EXPECT_EQ(terminal.Written(), "\r\x1b[K[####################] 100%");
-  bar.clear();
+  bar.Clear();
   EXPECT_EQ(terminal.Written(), "\r\x1b[K");
-  bar.clear();
+  bar.Clear();
   EXPECT_EQ(terminal.Written(), "");
 }
 
@@ -101,14 +101,14 @@ TEST_F(ProgressTest, ABarWithoutLinesTellsTheTimeAlone) {
   Terminal terminal(80);
   Progress bar(terminal.streams(), true, 100, Progress::Shows::kPart, Now());
   now_ += std::chrono::milliseconds(999);
-  bar.update(1);
+  bar.Update(1);
   EXPECT_EQ(terminal.Written(), "\r[........................................]   1%");
   // 10 of 100 in 600 s: 5400 s are left, an hour and a half.
   now_ += std::chrono::milliseconds(599001);
-  bar.update(10);
+  bar.Update(10);
   EXPECT_EQ(terminal.Written(), "\r[####....................................]  10%  1:30:00 left");
   // A time that has shrunk by a column leaves none of the old one behind.
-  bar.update(50);
+  bar.Update(50);
   EXPECT_EQ(terminal.Written(),
             "\r\x1b[K[####################....................]  50%  10:00 left");
 }
@@ -128,7 +128,7 @@ TEST_F(ProgressTest, TakesWhatTheTerminalHasRoomFor) {
     Terminal terminal(columns);
     Progress bar(terminal.streams(), true, 100, Progress::Shows::kLines, Now());
     now_ += std::chrono::seconds(2);
-    bar.update(50);
+    bar.Update(50);
     EXPECT_EQ(terminal.Written(), std::string("\r[##########..........]  50%") + text) << columns;
   }
 }
@@ -137,12 +137,12 @@ TEST_F(ProgressTest, NothingIsDrawnWhereNobodyWantsIt) {
   Terminal terminal(80);
   for (const auto& [wanted, total] : {std::pair(false, 100), std::pair(true, 0)}) {
     Progress bar(terminal.streams(), wanted, static_cast<uint64_t>(total));
-    bar.update(50);
+    bar.Update(50);
     EXPECT_EQ(terminal.Written(), "");
   }
   setenv("TERM", "dumb", 1);
   Progress bar(terminal.streams(), true, 100);
-  bar.update(50);
+  bar.Update(50);
   EXPECT_EQ(terminal.Written(), "");
 }
 

@@ -22,8 +22,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-Refusal refusal(Cause cause, const std::vector<int64_t>& numbers = {},
-                const std::string& text = {}) {
+Refusal MakeRefusal(Cause cause, const std::vector<int64_t>& numbers = {},
+                    const std::string& text = {}) {
   Refusal made;
   made.code = 1;
   made.cause = cause;
@@ -33,13 +33,13 @@ Refusal refusal(Cause cause, const std::vector<int64_t>& numbers = {},
   return made;
 }
 
-int64_t of(Subject subject) { return static_cast<int64_t>(subject); }
+int64_t Of(Subject subject) { return static_cast<int64_t>(subject); }
 
 }  // namespace
 
 TEST(RefusalText, EveryCauseHasOneSentenceWithAFieldForEachLetter) {
   std::set<int> seen;
-  for (const RefusalSentence& row : refusal_sentences()) {
+  for (const RefusalSentence& row : RefusalSentences()) {
     EXPECT_TRUE(seen.insert(static_cast<int>(row.cause)).second) << row.text;
     const std::string text = row.text;
     size_t fields = 0;
@@ -50,8 +50,8 @@ TEST(RefusalText, EveryCauseHasOneSentenceWithAFieldForEachLetter) {
       numbers += field == 't' ? 0 : field == 'd' ? 2 : 1;
     }
     EXPECT_LE(numbers, Refusal::kNumbers) << row.text;
-    EXPECT_THAT(refusal_text(refusal(row.cause)), Not(IsEmpty())) << row.text;
-    EXPECT_THAT(refusal_text(refusal(row.cause)), Not(HasSubstr("{}"))) << row.text;
+    EXPECT_THAT(RefusalText(MakeRefusal(row.cause)), Not(IsEmpty())) << row.text;
+    EXPECT_THAT(RefusalText(MakeRefusal(row.cause)), Not(HasSubstr("{}"))) << row.text;
   }
   for (int cause = 1; cause <= static_cast<int>(Cause::kLast); ++cause) {
     const bool made_of_two = cause == static_cast<int>(Cause::kState);
@@ -61,53 +61,53 @@ TEST(RefusalText, EveryCauseHasOneSentenceWithAFieldForEachLetter) {
 
 TEST(RefusalText, EverySubjectHasAName) {
   for (int subject = 0; subject <= static_cast<int>(Subject::kLast); ++subject) {
-    EXPECT_THAT(subject_text(static_cast<Subject>(subject)), Not(IsEmpty())) << subject;
+    EXPECT_THAT(SubjectText(static_cast<Subject>(subject)), Not(IsEmpty())) << subject;
   }
 }
 
-TEST(RefusalText, AnUnknownCauseHasNone) { EXPECT_THAT(refusal_text(Refusal{}), IsEmpty()); }
+TEST(RefusalText, AnUnknownCauseHasNone) { EXPECT_THAT(RefusalText(Refusal{}), IsEmpty()); }
 
 TEST(RefusalText, AmountsQuantitiesAndPercentagesAreInTheFormOfTheTrade) {
-  EXPECT_EQ(refusal_text(refusal(Cause::kPriceAboveLimit, {12345600, 1000000, 3})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kPriceAboveLimit, {12345600, 1000000, 3})),
             "The price 1.234,56 is above 100,00, the limit of department 3.");
-  EXPECT_EQ(refusal_text(refusal(Cause::kNoLineToVoid, {1500, 20000})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kNoLineToVoid, {1500, 20000})),
             "No line that stands has this department or article and VAT entry, with 1,5 at 2,00, "
             "to be taken back.");
-  EXPECT_THAT(refusal_text(refusal(Cause::kPercentageSize, {1005000})),
+  EXPECT_THAT(RefusalText(MakeRefusal(Cause::kPercentageSize, {1005000})),
               testing::StartsWith("100,5 % is no percentage here"));
-  EXPECT_EQ(refusal_text(refusal(Cause::kNegativeQuantity, {-500})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kNegativeQuantity, {-500})),
             "The quantity -0,5 is below zero.");
 }
 
 TEST(RefusalText, SubjectsTextsAndNumbersStandInTheirPlaces) {
-  EXPECT_EQ(refusal_text(refusal(Cause::kCheckDigit, {of(Subject::kBarcode), 0, 7})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kCheckDigit, {Of(Subject::kBarcode), 0, 7})),
             "The check digit is wrong for the barcode: it is 0, and would have to be 7.");
-  EXPECT_EQ(refusal_text(refusal(Cause::kOutOfRange, {of(Subject::kHeaderLine), 7, 1, 6})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kOutOfRange, {Of(Subject::kHeaderLine), 7, 1, 6})),
             "Not allowed for the number of the header line: 7; it goes from 1 to 6.");
-  EXPECT_EQ(refusal_text(refusal(Cause::kFileNotWritten, {ENOSPC}, "/dev/full")),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kFileNotWritten, {ENOSPC}, "/dev/full")),
             "Writing failed (No space left on device): '/dev/full'.");
-  EXPECT_EQ(refusal_text(refusal(Cause::kFileNotWritten, {0}, "x")),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kFileNotWritten, {0}, "x")),
             "Writing failed (the system does not tell why): 'x'.");
-  EXPECT_EQ(refusal_text(refusal(Cause::kVoidedAlready, {1, 23})),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kVoidedAlready, {1, 23})),
             "Receipt 0001-0023 is voided already.");
 }
 
 // Braces, control characters and what was cut.
 TEST(RefusalText, AnyTextOfAHostCanBeShown) {
-  EXPECT_EQ(refusal_text(refusal(Cause::kNoArticle, {}, "{0}{}%s\x1b")),
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kNoArticle, {}, "{0}{}%s\x1b")),
             "There is no article '{0}{}%s\\x1B'.");
-  Refusal cut = refusal(Cause::kNoArticle, {}, "abc");
+  Refusal cut = MakeRefusal(Cause::kNoArticle, {}, "abc");
   cut.cut = true;
-  EXPECT_EQ(refusal_text(cut), "There is no article 'abc...'.");
+  EXPECT_EQ(RefusalText(cut), "There is no article 'abc...'.");
 }
 
 TEST(RefusalText, TheStateTellsWhatIsOpenAndWhatIsWanted) {
   using lorimat::Operation;
   using lorimat::PrinterState;
   const auto state = [](PrinterState now, Operation operation, int64_t lines, int64_t amount) {
-    return refusal_text(
-        refusal(Cause::kState,
-                {static_cast<int64_t>(now), static_cast<int64_t>(operation), 0, lines, amount}));
+    return RefusalText(MakeRefusal(
+        Cause::kState,
+        {static_cast<int64_t>(now), static_cast<int64_t>(operation), 0, lines, amount}));
   };
   EXPECT_EQ(state(PrinterState::kReceipt, Operation::kReport, 2, 45000),
             "Now a receipt is open, 2 lines, subtotal 4,50; a report wants that no document is "
@@ -127,8 +127,8 @@ TEST(RefusalText, TheStateTellsWhatIsOpenAndWhatIsWanted) {
 TEST(RefusalText, TheStepsIntoServiceAreNamed) {
   using lorimat::Commissioning;
   EXPECT_THAT(
-      refusal_text(refusal(Cause::kSetUpOrder, {static_cast<int64_t>(Commissioning::kInService),
-                                                static_cast<int64_t>(Commissioning::kNew)})),
+      RefusalText(MakeRefusal(Cause::kSetUpOrder, {static_cast<int64_t>(Commissioning::kInService),
+                                                   static_cast<int64_t>(Commissioning::kNew)})),
       testing::StartsWith("The register is in service, and this step wants one that is not "
                           "yet registered: "));
 }

@@ -44,7 +44,7 @@ class ReplacingFileTest : public testing::Test {
     return names;
   }
 
-  fs::path folder_ = make_temporary_folder();
+  fs::path folder_ = MakeTemporaryFolder();
 };
 
 using Set = std::set<std::string>;

@@ -21,33 +21,33 @@ using testing::IsEmpty;
 
 namespace {
 
-const Language& words() {
+const Language& Words() {
   static const Language language = [] {
     std::ifstream file(std::string(LORIMAT_SOURCE_DIR) + "/language/merkelin.ini");
-    return Language::from_text(
+    return Language::FromText(
         std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()));
   }();
   return language;
 }
 
-std::vector<Finding> findings_of(const std::vector<std::string>& lines) {
+std::vector<Finding> FindingsOf(const std::vector<std::string>& lines) {
   Findings findings;
-  BatchCheck check(words(), findings);
+  BatchCheck check(Words(), findings);
   for (size_t i = 0; i < lines.size(); ++i) {
     SourceLine line;
     line.number = i + 1;
     line.text = lines[i];
     line.length = line.text.size();
-    check.take(line);
+    check.Take(line);
   }
-  check.finish();
+  check.Finish();
   return findings.sorted();
 }
 
 // "line rule code" of each finding.
-std::vector<std::string> traps(const std::vector<std::string>& lines) {
+std::vector<std::string> Traps(const std::vector<std::string>& lines) {
   std::vector<std::string> found;
-  for (const Finding& finding : findings_of(lines)) {
+  for (const Finding& finding : FindingsOf(lines)) {
     found.push_back(std::to_string(finding.line) + " " + finding.rule + " " +
                     std::to_string(finding.code));
   }
@@ -59,90 +59,90 @@ constexpr const char* kSale = "VEND REP=1, PRE=10.00";
 }  // namespace
 
 TEST(SequenceTraps, ADocumentThatEndsByItselfLosesTheNextSale) {
-  EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO AUTO", kSale, kSale, "CHIU", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO AUTO", kSale, kSale, "CHIU", kSale, "CHIU"}),
               ElementsAre("4 no-receipt-opens 1231"));
-  EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO AUTO", "VEND PRE=1.00", kSale}),
+  EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO AUTO", "VEND PRE=1.00", kSale}),
               ElementsAre("5 no-receipt-opens 1231"))
       << "a line that its command refuses is no sale";
   for (const char* way_out : {"CLEAR", "RESPRN", "CHIU", "INP", "INP TASTO=CLEAR"}) {
-    EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO AUTO", way_out, kSale, "CHIU"}), IsEmpty())
+    EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO AUTO", way_out, kSale, "CHIU"}), IsEmpty())
         << way_out;
   }
-  EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO AUTO", "INP TASTO=CHIUDETRAN", kSale}),
+  EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO AUTO", "INP TASTO=CHIUDETRAN", kSale}),
               ElementsAre("5 no-receipt-opens 1231"));
   // A void whose lines follow is a document like any other.
-  EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO", kSale, "CHIU", kSale, "CHIU"}), IsEmpty());
+  EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO", kSale, "CHIU", kSale, "CHIU"}), IsEmpty());
 }
 
 TEST(SequenceTraps, KeysThatEndTheReceiptLoseTheNextSale) {
   for (const char* key : {"TOTALE", "T_CARTA", "T_CREDITO", "ANNULLADOC"}) {
-    EXPECT_THAT(traps({kSale, std::string("INP TASTO=") + key, kSale}),
+    EXPECT_THAT(Traps({kSale, std::string("INP TASTO=") + key, kSale}),
                 ElementsAre("3 no-receipt-opens 1231"))
         << key;
   }
-  EXPECT_THAT(traps({kSale, "INP TASTO=ST01", kSale, "CHIU"}), IsEmpty());
-  EXPECT_THAT(traps({"INP TASTO=APRETRANS", kSale, "INP TASTO=LOTTERIA",
+  EXPECT_THAT(Traps({kSale, "INP TASTO=ST01", kSale, "CHIU"}), IsEmpty());
+  EXPECT_THAT(Traps({"INP TASTO=APRETRANS", kSale, "INP TASTO=LOTTERIA",
                      "INP LOTTERIA='ABCD1234', TASTO=TOTALE", kSale, "CHIU"}),
               IsEmpty())
       << "the key behind LOTTERIA brings a code and pays nothing";
 }
 
 TEST(SequenceTraps, AFileThatLeavesTheTranslatorSoIsWarnedOf) {
-  EXPECT_THAT(traps({kSale, "CHIU", "DOCANNULLO AUTO"}), ElementsAre("3 next-sale-lost 0"));
-  EXPECT_THAT(traps({kSale, "INP TASTO=TOTALE", "; the end", "SUBT"}),
+  EXPECT_THAT(Traps({kSale, "CHIU", "DOCANNULLO AUTO"}), ElementsAre("3 next-sale-lost 0"));
+  EXPECT_THAT(Traps({kSale, "INP TASTO=TOTALE", "; the end", "SUBT"}),
               ElementsAre("2 next-sale-lost 0"));
-  EXPECT_THAT(traps({kSale, "INP TASTO=TOTALE", "CLEAR"}), IsEmpty());
+  EXPECT_THAT(Traps({kSale, "INP TASTO=TOTALE", "CLEAR"}), IsEmpty());
 }
 
 TEST(SequenceTraps, ASubtotalThatIsNotTheSumIsFound) {
-  EXPECT_THAT(traps({kSale, "CHKSUB IMP=10.01", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({kSale, "CHKSUB IMP=10.01", kSale, "CHIU"}),
               ElementsAre("2 subtotal-differs 1236"));
   // 3 x 1.25 = 3.75; a quarter of 3.33 = 0.8325, in cents 0.83; 10 + 3.75 + 0.83 - 1 + 0.5
-  EXPECT_THAT(traps({kSale, "VEND REP=1, QTA=3, PRE=1.25", "VEND REP=1, QTA=0.25, PRE=3.33",
+  EXPECT_THAT(Traps({kSale, "VEND REP=1, QTA=3, PRE=1.25", "VEND REP=1, QTA=0.25, PRE=3.33",
                      "SCONTO IMP=1.00", "MAGGIORAZ IMP=0.50", "CHKSUB IMP=14.08", "CHIU"}),
               IsEmpty());
-  EXPECT_THAT(traps({kSale, "PERCA PERC=10", "CHKSUB IMP=1.00", "CHIU"}), IsEmpty())
+  EXPECT_THAT(Traps({kSale, "PERCA PERC=10", "CHKSUB IMP=1.00", "CHIU"}), IsEmpty())
       << "how the device rounds is not known";
-  EXPECT_THAT(traps({"VEND ART='8001'", "CHKSUB IMP=1.00", "CHIU"}), IsEmpty());
+  EXPECT_THAT(Traps({"VEND ART='8001'", "CHKSUB IMP=1.00", "CHIU"}), IsEmpty());
 }
 
 TEST(SequenceTraps, APaymentThatDoesNotCoverTheReceiptIsFound) {
-  EXPECT_THAT(traps({kSale, "CHIU IMP=5.00", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({kSale, "CHIU IMP=5.00", kSale, "CHIU"}),
               ElementsAre("3 sale-behind-payment 1231"));
-  EXPECT_THAT(traps({kSale, "CHIU IMP=5.00", "CHIU TEND=CARTA, IMP=4.99"}),
+  EXPECT_THAT(Traps({kSale, "CHIU IMP=5.00", "CHIU TEND=CARTA, IMP=4.99"}),
               ElementsAre("3 paid-too-little 0"));
-  EXPECT_THAT(traps({kSale, "CHIU IMP=5.00", "CHIU TEND=CARTA, IMP=5.00", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({kSale, "CHIU IMP=5.00", "CHIU TEND=CARTA, IMP=5.00", kSale, "CHIU"}),
               IsEmpty());
-  EXPECT_THAT(traps({kSale, "CHIU IMP=50.00", kSale, "CHIU"}), IsEmpty()) << "with change";
+  EXPECT_THAT(Traps({kSale, "CHIU IMP=50.00", kSale, "CHIU"}), IsEmpty()) << "with change";
   // The device refuses change on a card, and the receipt may be open or not.
-  EXPECT_THAT(traps({kSale, "CHIU TEND=CARTA, IMP=50.00", kSale, "CHIU"}), IsEmpty());
+  EXPECT_THAT(Traps({kSale, "CHIU TEND=CARTA, IMP=50.00", kSale, "CHIU"}), IsEmpty());
 }
 
 TEST(SequenceTraps, SalesInDocumentsThatTakeNoneAreFound) {
-  EXPECT_THAT(traps({"ALLEG INIZIO", kSale, "CHIU", kSale, kSale, "ALLEG FINE", kSale}),
+  EXPECT_THAT(Traps({"ALLEG INIZIO", kSale, "CHIU", kSale, kSale, "ALLEG FINE", kSale}),
               ElementsAre("4 receipt-not-ended 1231", "7 no-receipt-opens 1231"));
-  EXPECT_THAT(traps({"ALLEG INIZIO", kSale, "CHIU", "ALLEG MSG='A'", "ALLEG FINE", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({"ALLEG INIZIO", kSale, "CHIU", "ALLEG MSG='A'", "ALLEG FINE", kSale, "CHIU"}),
               IsEmpty());
-  EXPECT_THAT(traps({"NOFIS INIZIO", kSale, "NOFIS FINE", kSale}),
+  EXPECT_THAT(Traps({"NOFIS INIZIO", kSale, "NOFIS FINE", kSale}),
               ElementsAre("2 sale-in-non-fiscal 1231", "4 no-receipt-opens 1231"));
 }
 
 TEST(SequenceTraps, AKeyThatWasTurnedAwayTakesNoSale) {
-  EXPECT_THAT(traps({"PROG", kSale, kSale, "ENDPROG", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({"PROG", kSale, kSale, "ENDPROG", kSale, "CHIU"}),
               ElementsAre("2 key-turned 1231"));
-  EXPECT_THAT(traps({"CHIAVE LET", kSale, "CHIAVE POS=1", kSale, "CHIU"}),
+  EXPECT_THAT(Traps({"CHIAVE LET", kSale, "CHIAVE POS=1", kSale, "CHIU"}),
               ElementsAre("2 key-turned 1231"));
-  EXPECT_THAT(traps({"PROG", "NOTACRED", "ENDPROG", kSale}), ElementsAre("4 no-receipt-opens 1231"))
+  EXPECT_THAT(Traps({"PROG", "NOTACRED", "ENDPROG", kSale}), ElementsAre("4 no-receipt-opens 1231"))
       << "a document that could not be opened is counted as open";
 }
 
 TEST(SequenceTraps, TheWordsAreThoseOfTheDefinitionFile) {
-  const Language other = Language::from_text(
+  const Language other = Language::FromText(
       "[OPCOD]\n8=WIPE\n10=SELL\n11=PAY\n74=STOP\n124=UNDO\n[10]\n1=DEP\n4=PRICE\n[124]\n5=ALL\n");
   Findings findings;
   BatchCheck check(other, findings);
   const std::vector<std::string> lines = {"UNDO ALL", "SELL DEP=1, PRICE=1"};
-  for (size_t i = 0; i < lines.size(); ++i) check.take({i + 1, lines[i], lines[i].size(), 0});
+  for (size_t i = 0; i < lines.size(); ++i) check.Take({i + 1, lines[i], lines[i].size(), 0});
   ASSERT_EQ(1u, findings.sorted().size());
   const Finding finding = findings.sorted().front();
   EXPECT_EQ("every sale is refused until WIPE, STOP or PAY", finding.effect);
@@ -198,7 +198,7 @@ TEST(SequenceTrapsProperty, TheFirstLostSaleIsTheOneThatARunLoses) {
 
     lorimat::VirtualRegister device;
     std::ifstream definition(std::string(LORIMAT_SOURCE_DIR) + "/language/merkelin.ini");
-    static const Language library = Language::from_text(
+    static const Language library = Language::FromText(
         std::string(std::istreambuf_iterator<char>(definition), std::istreambuf_iterator<char>()));
     EcrCmdCommand& translator = library.translator();
     translator.TStato.bInitOK = true;
@@ -223,7 +223,7 @@ TEST(SequenceTrapsProperty, TheFirstLostSaleIsTheOneThatARunLoses) {
     }
     size_t named = 0;
     bool given_up = false;  // the check has said so of a subtotal, and says it once
-    for (const Finding& finding : findings_of(lines)) {
+    for (const Finding& finding : FindingsOf(lines)) {
       if (finding.rule == "no-receipt-opens" && named == 0) named = finding.line;
       if (finding.rule == "subtotal-differs" && named == 0) given_up = true;
     }

@@ -19,7 +19,7 @@ using testing::SizeIs;
 
 namespace {
 
-std::string shipped_words() {
+std::string ShippedWords() {
   std::ifstream file(std::string(LORIMAT_SOURCE_DIR) + "/language/merkelin.ini");
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -27,12 +27,12 @@ std::string shipped_words() {
 class ShellCompletion : public testing::Test {
  protected:
   ShellCompletion()
-      : language_(Language::from_text(shipped_words())),
+      : language_(Language::FromText(ShippedWords())),
         completer_(language_, {".batch", ".fault", ".help"}, {"busy", "paper-end"}) {}
 
   // The texts for a line with the cursor at its end, each with what stands in front of it.
-  std::vector<std::string> complete(const std::string& line) const {
-    const Completion completion = completer_.complete(line, line.size());
+  std::vector<std::string> Complete(const std::string& line) const {
+    const Completion completion = completer_.Complete(line, line.size());
     std::vector<std::string> lines;
     for (const auto& candidate : completion.candidates) {
       lines.push_back(line.substr(0, completion.begin) + candidate.text);
@@ -45,99 +45,99 @@ class ShellCompletion : public testing::Test {
 };
 
 TEST_F(ShellCompletion, ACommandIsCompletedInTheLettersOfTheDefinitionFile) {
-  EXPECT_THAT(complete("ve"), ElementsAre("VEND "));
-  EXPECT_THAT(complete("  VEN"), ElementsAre("  VEND "));
-  EXPECT_THAT(complete("PERC"), ElementsAre("PERCA ", "PERCB "));
-  EXPECT_THAT(complete("xyz"), IsEmpty());
+  EXPECT_THAT(Complete("ve"), ElementsAre("VEND "));
+  EXPECT_THAT(Complete("  VEN"), ElementsAre("  VEND "));
+  EXPECT_THAT(Complete("PERC"), ElementsAre("PERCA ", "PERCB "));
+  EXPECT_THAT(Complete("xyz"), IsEmpty());
 }
 
 TEST_F(ShellCompletion, ACommandWithoutFieldsGetsNoBlank) {
-  EXPECT_THAT(complete("SUB"), ElementsAre("SUBT"));
+  EXPECT_THAT(Complete("SUB"), ElementsAre("SUBT"));
 }
 
 TEST_F(ShellCompletion, AnEmptyLineOffersEveryCommand) {
-  EXPECT_THAT(complete(""), SizeIs(testing::Gt(50u)));
+  EXPECT_THAT(Complete(""), SizeIs(testing::Gt(50u)));
 }
 
 TEST_F(ShellCompletion, AFieldIsCompletedWithItsEqualsSign) {
-  EXPECT_THAT(complete("VEND de"), ElementsAre("VEND DES="));
-  EXPECT_THAT(complete("VEND REP=1,pr"), ElementsAre("VEND REP=1,PRE="));
-  EXPECT_THAT(complete("VEND  REP = 1 ,  pr"), ElementsAre("VEND  REP = 1 ,  PRE="));
+  EXPECT_THAT(Complete("VEND de"), ElementsAre("VEND DES="));
+  EXPECT_THAT(Complete("VEND REP=1,pr"), ElementsAre("VEND REP=1,PRE="));
+  EXPECT_THAT(Complete("VEND  REP = 1 ,  pr"), ElementsAre("VEND  REP = 1 ,  PRE="));
   // A shortened command, and one by number.
-  EXPECT_THAT(complete("ve de"), ElementsAre("ve DES="));
-  EXPECT_THAT(complete("#10 de"), ElementsAre("#10 DES="));
+  EXPECT_THAT(Complete("ve de"), ElementsAre("ve DES="));
+  EXPECT_THAT(Complete("#10 de"), ElementsAre("#10 DES="));
 }
 
 TEST_F(ShellCompletion, AFlagStandsAlone) {
-  EXPECT_THAT(complete("VEND REP=1, ri"), ElementsAre("VEND REP=1, RIGASOPRA"));
-  EXPECT_THAT(complete("CHIAVE re"), ElementsAre("CHIAVE REG"));
+  EXPECT_THAT(Complete("VEND REP=1, ri"), ElementsAre("VEND REP=1, RIGASOPRA"));
+  EXPECT_THAT(Complete("CHIAVE re"), ElementsAre("CHIAVE REG"));
   // It takes a number, of flags.
-  EXPECT_THAT(complete("POPER OPE=1, f"), ElementsAre("POPER OPE=1, FLAG="));
+  EXPECT_THAT(Complete("POPER OPE=1, f"), ElementsAre("POPER OPE=1, FLAG="));
 }
 
 TEST_F(ShellCompletion, FieldsThatTheLineHasAreNotOfferedAgain) {
-  EXPECT_THAT(complete("VEND RE"), ElementsAre("VEND REP=", "VEND RESO"));
-  EXPECT_THAT(complete("VEND REP=1, RE"), ElementsAre("VEND REP=1, RESO"));
+  EXPECT_THAT(Complete("VEND RE"), ElementsAre("VEND REP=", "VEND RESO"));
+  EXPECT_THAT(Complete("VEND REP=1, RE"), ElementsAre("VEND REP=1, RESO"));
   // Shortened, and by the name of an alias.
-  EXPECT_THAT(complete("VEND QUANT=1, "), Not(Contains("VEND QUANT=1, QTA=")));
-  EXPECT_THAT(complete("VEND q=1, "), Not(Contains("VEND q=1, QTA=")));
+  EXPECT_THAT(Complete("VEND QUANT=1, "), Not(Contains("VEND QUANT=1, QTA=")));
+  EXPECT_THAT(Complete("VEND q=1, "), Not(Contains("VEND q=1, QTA=")));
 }
 
 TEST_F(ShellCompletion, TheFieldsOfAnUnknownCommandAreUnknown) {
-  EXPECT_THAT(complete("VNED RE"), IsEmpty());
-  EXPECT_THAT(complete("P RE"), IsEmpty());  // fits several
+  EXPECT_THAT(Complete("VNED RE"), IsEmpty());
+  EXPECT_THAT(Complete("P RE"), IsEmpty());  // fits several
 }
 
 TEST_F(ShellCompletion, WordsForValuesAreThoseOfTheCommandFirst) {
-  EXPECT_THAT(complete("CHIU TEND=C"),
+  EXPECT_THAT(Complete("CHIU TEND=C"),
               ElementsAre("CHIU TEND=CONTANTI", "CHIU TEND=CREDITO", "CHIU TEND=CARTA"));
-  EXPECT_THAT(complete("CHIU TEND= con"), ElementsAre("CHIU TEND= CONTANTI"));
-  EXPECT_THAT(complete("CHIU TEND="), Contains("CHIU TEND=BANCOMAT"));
+  EXPECT_THAT(Complete("CHIU TEND= con"), ElementsAre("CHIU TEND= CONTANTI"));
+  EXPECT_THAT(Complete("CHIU TEND="), Contains("CHIU TEND=BANCOMAT"));
   // Where the command has none, any word.
-  EXPECT_THAT(complete("INP TASTO=CONF"), ElementsAre("INP TASTO=CONFERMA"));
-  EXPECT_THAT(complete("VEND REP="), IsEmpty());
+  EXPECT_THAT(Complete("INP TASTO=CONF"), ElementsAre("INP TASTO=CONFERMA"));
+  EXPECT_THAT(Complete("VEND REP="), IsEmpty());
 }
 
 TEST_F(ShellCompletion, NothingIsCompletedInTextsAndComments) {
-  EXPECT_THAT(complete("VEND DES='re"), IsEmpty());
-  EXPECT_THAT(complete("VEND DES='a, re"), IsEmpty());
-  EXPECT_THAT(complete("VEND ; re"), IsEmpty());
-  EXPECT_THAT(complete("VEND DES='it''s', ART"), ElementsAre("VEND DES='it''s', ART="));
+  EXPECT_THAT(Complete("VEND DES='re"), IsEmpty());
+  EXPECT_THAT(Complete("VEND DES='a, re"), IsEmpty());
+  EXPECT_THAT(Complete("VEND ; re"), IsEmpty());
+  EXPECT_THAT(Complete("VEND DES='it''s', ART"), ElementsAre("VEND DES='it''s', ART="));
 }
 
 TEST_F(ShellCompletion, WhatStandsBehindTheCursorDoesNotCount) {
-  const Completion completion = completer_.complete("VEND re, PRE=1", 7);
+  const Completion completion = completer_.Complete("VEND re, PRE=1", 7);
   EXPECT_EQ(5u, completion.begin);
   EXPECT_THAT(completion.candidates, SizeIs(2));
 }
 
 TEST_F(ShellCompletion, HelpIsAskedForCommands) {
-  EXPECT_THAT(complete("?ve"), ElementsAre("?VEND"));
-  EXPECT_THAT(complete("? ve"), ElementsAre("? VEND"));
+  EXPECT_THAT(Complete("?ve"), ElementsAre("?VEND"));
+  EXPECT_THAT(Complete("? ve"), ElementsAre("? VEND"));
 }
 
 TEST_F(ShellCompletion, TheShellsOwnWordsBeginWithADotOrAColon) {
-  EXPECT_THAT(complete(".h"), ElementsAre(".help "));
-  EXPECT_THAT(complete(":H"), ElementsAre(":help "));
-  EXPECT_THAT(complete("."), SizeIs(3));
-  EXPECT_THAT(complete(".help x"), IsEmpty());
-  EXPECT_THAT(complete(".fault pa"), ElementsAre(".fault paper-end "));
-  EXPECT_THAT(complete(".fault code 12 b"), ElementsAre(".fault code 12 busy "));
+  EXPECT_THAT(Complete(".h"), ElementsAre(".help "));
+  EXPECT_THAT(Complete(":H"), ElementsAre(":help "));
+  EXPECT_THAT(Complete("."), SizeIs(3));
+  EXPECT_THAT(Complete(".help x"), IsEmpty());
+  EXPECT_THAT(Complete(".fault pa"), ElementsAre(".fault paper-end "));
+  EXPECT_THAT(Complete(".fault code 12 b"), ElementsAre(".fault code 12 busy "));
 }
 
 TEST_F(ShellCompletion, ADefinitionFileWithoutCommandsOffersNothing) {
-  const Language empty = Language::from_text("");
+  const Language empty = Language::FromText("");
   const ShellCompleter completer(empty, {}, {});
-  EXPECT_THAT(completer.complete("", 0).candidates, IsEmpty());
-  EXPECT_THAT(completer.complete("VEND R", 6).candidates, IsEmpty());
+  EXPECT_THAT(completer.Complete("", 0).candidates, IsEmpty());
+  EXPECT_THAT(completer.Complete("VEND R", 6).candidates, IsEmpty());
 }
 
 TEST_F(ShellCompletion, FieldsOfAnotherDefinitionFileAreOfferedByItsNames) {
   const Language english =
-      Language::from_text("[OPCOD]\n1=SELL,10\n2=SELECT,5\n[10]\n1=DEPT\n4=PRICE\n5=REFUND\n");
+      Language::FromText("[OPCOD]\n1=SELL,10\n2=SELECT,5\n[10]\n1=DEPT\n4=PRICE\n5=REFUND\n");
   const ShellCompleter completer(english, {}, {});
-  EXPECT_EQ("SEL", completer.complete("s", 1).common_beginning());
-  const Completion fields = completer.complete("sell ", 5);
+  EXPECT_EQ("SEL", completer.Complete("s", 1).common_beginning());
+  const Completion fields = completer.Complete("sell ", 5);
   ASSERT_THAT(fields.candidates, SizeIs(3));
   EXPECT_EQ("DEPT=", fields.candidates[0].text);
   EXPECT_EQ("REFUND", fields.candidates[2].text);  // a flag by its number
@@ -149,13 +149,13 @@ TEST_F(ShellCompletion, AnyBytesAreTaken) {
     for (int byte = 0; byte < 256; ++byte) {
       const std::string line = text + static_cast<char>(byte) + static_cast<char>(255 - byte);
       for (size_t cursor = 0; cursor <= line.size(); ++cursor) {
-        EXPECT_LE(completer_.complete(line, cursor).begin, cursor);
+        EXPECT_LE(completer_.Complete(line, cursor).begin, cursor);
       }
     }
   }
   const std::string longest(1 << 20, 'v');
-  EXPECT_THAT(completer_.complete(longest, longest.size()).candidates, IsEmpty());
-  EXPECT_THAT(completer_.complete("VEND " + longest, longest.size()).candidates, IsEmpty());
+  EXPECT_THAT(completer_.Complete(longest, longest.size()).candidates, IsEmpty());
+  EXPECT_THAT(completer_.Complete("VEND " + longest, longest.size()).candidates, IsEmpty());
 }
 
 TEST(CompletionCommonBeginning, IsWhatAllTextsShare) {
@@ -179,9 +179,9 @@ class CompletionFiles : public testing::Test {
   }
   ~CompletionFiles() override { std::filesystem::remove_all(folder_); }
 
-  std::vector<std::string> complete(const std::string& line, size_t begin, bool plain) const {
+  std::vector<std::string> Complete(const std::string& line, size_t begin, bool plain) const {
     std::vector<std::string> texts;
-    for (const auto& candidate : complete_file(line, begin, plain).candidates) {
+    for (const auto& candidate : CompleteFile(line, begin, plain).candidates) {
       texts.push_back(candidate.text);
     }
     return texts;
@@ -191,40 +191,40 @@ class CompletionFiles : public testing::Test {
 };
 
 TEST_F(CompletionFiles, NamesAreTakenAsTheyAre) {
-  EXPECT_THAT(complete(folder_ + "/d", 0, true),
+  EXPECT_THAT(Complete(folder_ + "/d", 0, true),
               ElementsAre(folder_ + "/day two.cmd", folder_ + "/day.cmd"));
-  EXPECT_THAT(complete(folder_ + "/D", 0, true), ElementsAre(folder_ + "/Day.cmd"));
-  EXPECT_THAT(complete(folder_ + "/.", 0, true), ElementsAre(folder_ + "/.hidden"));
-  EXPECT_THAT(complete(folder_ + "/in", 0, true), ElementsAre(folder_ + "/inner/"));
-  EXPECT_THAT(complete(folder_ + "/none/x", 0, true), IsEmpty());
+  EXPECT_THAT(Complete(folder_ + "/D", 0, true), ElementsAre(folder_ + "/Day.cmd"));
+  EXPECT_THAT(Complete(folder_ + "/.", 0, true), ElementsAre(folder_ + "/.hidden"));
+  EXPECT_THAT(Complete(folder_ + "/in", 0, true), ElementsAre(folder_ + "/inner/"));
+  EXPECT_THAT(Complete(folder_ + "/none/x", 0, true), IsEmpty());
 }
 
 TEST_F(CompletionFiles, ControlCharactersAreNotPutOnTheLine) {
-  EXPECT_THAT(complete(folder_ + "/a", 0, true), IsEmpty());
+  EXPECT_THAT(Complete(folder_ + "/a", 0, true), IsEmpty());
 }
 
 TEST_F(CompletionFiles, OperandsAreQuotedWhereThatIsNeeded) {
-  EXPECT_THAT(complete("@" + folder_ + "/day", 1, false),
+  EXPECT_THAT(Complete("@" + folder_ + "/day", 1, false),
               ElementsAre("'" + folder_ + "/day two.cmd'", folder_ + "/day.cmd"));
-  EXPECT_THAT(complete("@'" + folder_ + "/day.", 1, false),
+  EXPECT_THAT(Complete("@'" + folder_ + "/day.", 1, false),
               ElementsAre("'" + folder_ + "/day.cmd'"));
-  EXPECT_THAT(complete("@" + folder_ + "/it", 1, false),
+  EXPECT_THAT(Complete("@" + folder_ + "/it", 1, false),
               ElementsAre("'" + folder_ + "/it''s.cmd'"));
-  EXPECT_THAT(complete("@'" + folder_ + "/it''", 1, false),
+  EXPECT_THAT(Complete("@'" + folder_ + "/it''", 1, false),
               ElementsAre("'" + folder_ + "/it''s.cmd'"));
   // The quote stays open for what follows.
-  EXPECT_THAT(complete("@'" + folder_ + "/inn", 1, false), ElementsAre("'" + folder_ + "/inner/"));
+  EXPECT_THAT(Complete("@'" + folder_ + "/inn", 1, false), ElementsAre("'" + folder_ + "/inner/"));
 }
 
 TEST_F(CompletionFiles, NamesWithCapitalLettersAreNoneForABatchLine) {
-  EXPECT_THAT(complete("@" + folder_ + "/D", 1, false), IsEmpty());
+  EXPECT_THAT(Complete("@" + folder_ + "/D", 1, false), IsEmpty());
 }
 
 TEST_F(CompletionFiles, TheSecondOperandIsCompletedToo) {
-  const Language empty = Language::from_text("");
+  const Language empty = Language::FromText("");
   const ShellCompleter completer(empty, {}, {});
   const std::string line = "@'a,b.cmd', " + folder_ + "/day.";
-  const Completion completion = completer.complete(line, line.size());
+  const Completion completion = completer.Complete(line, line.size());
   EXPECT_EQ(12u, completion.begin);
   ASSERT_THAT(completion.candidates, SizeIs(1));
   EXPECT_EQ(folder_ + "/day.cmd", completion.candidates[0].text);

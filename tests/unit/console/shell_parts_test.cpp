@@ -43,7 +43,7 @@ class ShellHistoryFile : public testing::Test {
     std::ifstream file(file_, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
-  void write(const std::string& text) const {
+  void Write(const std::string& text) const {
     std::filesystem::create_directories(folder_ + "/deep/er");
     std::ofstream(file_, std::ios::binary) << text;
   }
@@ -59,8 +59,8 @@ class ShellHistoryFile : public testing::Test {
 
 TEST_F(ShellHistoryFile, LinesComeBackInTheNextSession) {
   ShellHistory first(file_);
-  EXPECT_TRUE(first.add("VEND REP=1"));
-  EXPECT_TRUE(first.add("VEND DES='caff\xE8 \xC3\xA8 \x1b'"));
+  EXPECT_TRUE(first.Add("VEND REP=1"));
+  EXPECT_TRUE(first.Add("VEND DES='caff\xE8 \xC3\xA8 \x1b'"));
   EXPECT_EQ("", first.failure());
   EXPECT_EQ(0600u, mode());
   EXPECT_EQ("VEND REP=1\nVEND DES='caff\xE8 \xC3\xA8 \x1b'\n", content());
@@ -70,21 +70,21 @@ TEST_F(ShellHistoryFile, LinesComeBackInTheNextSession) {
 
 TEST_F(ShellHistoryFile, SomeLinesAreNotKept) {
   ShellHistory history(file_);
-  EXPECT_TRUE(history.add("SUBT"));
-  EXPECT_FALSE(history.add("SUBT"));
-  EXPECT_FALSE(history.add(""));
-  EXPECT_FALSE(history.add(" POPER OPE=1, PASS='2580'"));
-  EXPECT_FALSE(history.add(std::string("a\0b", 3)));
-  EXPECT_FALSE(history.add("a\nb"));
-  EXPECT_FALSE(history.add(std::string(2047, 'x')));
-  EXPECT_TRUE(history.add(std::string(2046, 'x')));
+  EXPECT_TRUE(history.Add("SUBT"));
+  EXPECT_FALSE(history.Add("SUBT"));
+  EXPECT_FALSE(history.Add(""));
+  EXPECT_FALSE(history.Add(" POPER OPE=1, PASS='2580'"));
+  EXPECT_FALSE(history.Add(std::string("a\0b", 3)));
+  EXPECT_FALSE(history.Add("a\nb"));
+  EXPECT_FALSE(history.Add(std::string(2047, 'x')));
+  EXPECT_TRUE(history.Add(std::string(2046, 'x')));
   EXPECT_THAT(history.lines(), SizeIs(2));
 }
 
 TEST_F(ShellHistoryFile, TheFileIsKeptToItsNewestLines) {
   std::string text;
   for (int i = 1; i <= 5000; ++i) text += "LINE" + std::to_string(i) + "\n";
-  write(text);
+  Write(text);
   const ShellHistory history(file_);
   ASSERT_THAT(history.lines(), SizeIs(1000));
   EXPECT_EQ("LINE4001", history.lines().front());
@@ -95,7 +95,7 @@ TEST_F(ShellHistoryFile, TheFileIsKeptToItsNewestLines) {
 }
 
 TEST_F(ShellHistoryFile, AFileThatOthersMayReadIsClosedToThem) {
-  write("SUBT\n");
+  Write("SUBT\n");
   chmod(file_.c_str(), 0666);
   const ShellHistory history(file_);
   EXPECT_EQ(0600u, mode());
@@ -103,22 +103,22 @@ TEST_F(ShellHistoryFile, AFileThatOthersMayReadIsClosedToThem) {
 
 TEST_F(ShellHistoryFile, OddFilesAreReadAsFarAsTheyMakeSense) {
   std::string text = std::string("nul\0byte\n", 9) + std::string(100000, 'x') + "\n\nSUBT";
-  write(text);
+  Write(text);
   const ShellHistory history(file_);
   EXPECT_THAT(history.lines(), ElementsAre("SUBT"));
   EXPECT_EQ("", history.failure());
 }
 
 TEST_F(ShellHistoryFile, AHistoryThatCannotBeKeptSaysWhyAndServesTheSession) {
-  write("x");
+  Write("x");
   ShellHistory below_a_file(file_ + "/history");
-  EXPECT_TRUE(below_a_file.add("SUBT"));
+  EXPECT_TRUE(below_a_file.Add("SUBT"));
   EXPECT_THAT(below_a_file.failure(), HasSubstr("Not a directory"));
   EXPECT_THAT(below_a_file.lines(), ElementsAre("SUBT"));
   ShellHistory folder(folder_);
   EXPECT_EQ(folder_ + ": it is no regular file", folder.failure());
   ShellHistory nowhere("");
-  EXPECT_TRUE(nowhere.add("SUBT"));
+  EXPECT_TRUE(nowhere.Add("SUBT"));
   EXPECT_EQ("neither HOME nor XDG_STATE_HOME names a folder", nowhere.failure());
 }
 
@@ -127,7 +127,7 @@ TEST_F(ShellHistoryFile, APipeInItsPlaceDoesNotKeepTheShellWaiting) {
   ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
   ShellHistory history(pipe);
   EXPECT_THAT(history.failure(), HasSubstr("no regular file"));
-  EXPECT_TRUE(history.add("SUBT"));
+  EXPECT_TRUE(history.Add("SUBT"));
 }
 
 TEST(ShellHistoryPlace, IsTheUsersOwnFolder) {
@@ -135,41 +135,41 @@ TEST(ShellHistoryPlace, IsTheUsersOwnFolder) {
   const std::string before = home != nullptr ? home : "";
   setenv("HOME", "/home/rossi", 1);
   unsetenv("XDG_STATE_HOME");
-  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", history_file());
+  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", HistoryFile());
   setenv("XDG_STATE_HOME", "/state", 1);
-  EXPECT_EQ("/state/lorimat/history", history_file());
+  EXPECT_EQ("/state/lorimat/history", HistoryFile());
   setenv("XDG_STATE_HOME", "relative", 1);  // counts as not set
-  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", history_file());
+  EXPECT_EQ("/home/rossi/.local/state/lorimat/history", HistoryFile());
   unsetenv("XDG_STATE_HOME");
   unsetenv("HOME");
-  EXPECT_EQ("", history_file());
+  EXPECT_EQ("", HistoryFile());
   setenv("HOME", before.c_str(), 1);
 }
 
 // --- Faults in words.
 
 TEST(ShellFaultWords, ANameAloneIsTheNextOperation) {
-  const lorimat::Fault fault = read_fault("paper-end");
+  const lorimat::Fault fault = ReadFault("paper-end");
   EXPECT_EQ("paper-end", fault.name);
   EXPECT_EQ(lorimat::FaultWhen::kNext, fault.when);
   EXPECT_FALSE(fault.operation);
 }
 
 TEST(ShellFaultWords, MomentAndOperationMayStandBehind) {
-  const lorimat::Fault third = read_fault("paper-end nth 3 on PrintRecItemEx");
+  const lorimat::Fault third = ReadFault("paper-end nth 3 on PrintRecItemEx");
   EXPECT_EQ(lorimat::FaultWhen::kNth, third.when);
   EXPECT_EQ(3, third.count);
   EXPECT_EQ(ClientOperation::kPrintRecItemEx, third.operation);
-  EXPECT_EQ(lorimat::FaultWhen::kEvery, read_fault("off-line every").when);
-  const lorimat::Fault busy = read_fault("  busy   --times   4 ");
+  EXPECT_EQ(lorimat::FaultWhen::kEvery, ReadFault("off-line every").when);
+  const lorimat::Fault busy = ReadFault("  busy   --times   4 ");
   EXPECT_EQ(lorimat::FaultWhen::kTimes, busy.when);
   EXPECT_EQ(4, busy.count);
-  EXPECT_EQ(123, read_fault("code 123").code);
+  EXPECT_EQ(123, ReadFault("code 123").code);
 }
 
-std::string refusal(const std::string& words) {
+std::string Refusal(const std::string& words) {
   try {
-    read_fault(words);
+    ReadFault(words);
   } catch (const Failure& failure) {
     return failure.what();
   }
@@ -177,23 +177,23 @@ std::string refusal(const std::string& words) {
 }
 
 TEST(ShellFaultWords, WhatMakesNoFaultIsRefusedWithACause) {
-  EXPECT_EQ("no fault is called 'paper-edn'; did you mean paper-end?", refusal("paper-edn"));
-  EXPECT_EQ("no fault is called 'zzz'", refusal("zzz"));
-  EXPECT_EQ("a number has to stand behind 'code'", refusal("code"));
-  EXPECT_EQ("a number has to stand behind 'code'", refusal("code 12x"));
-  EXPECT_EQ("a number has to stand behind 'nth'", refusal("busy nth"));
-  EXPECT_EQ("a number has to stand behind 'nth'", refusal("busy nth 99999999999999"));
-  EXPECT_EQ("'evry' has no place there; did you mean every?", refusal("busy evry"));
+  EXPECT_EQ("no fault is called 'paper-edn'; did you mean paper-end?", Refusal("paper-edn"));
+  EXPECT_EQ("no fault is called 'zzz'", Refusal("zzz"));
+  EXPECT_EQ("a number has to stand behind 'code'", Refusal("code"));
+  EXPECT_EQ("a number has to stand behind 'code'", Refusal("code 12x"));
+  EXPECT_EQ("a number has to stand behind 'nth'", Refusal("busy nth"));
+  EXPECT_EQ("a number has to stand behind 'nth'", Refusal("busy nth 99999999999999"));
+  EXPECT_EQ("'evry' has no place there; did you mean every?", Refusal("busy evry"));
   EXPECT_EQ("no operation of the device is called 'PrintRecItemXe'; did you mean PrintRecItemEx?",
-            refusal("paper-end on PrintRecItemXe"));
-  EXPECT_EQ("'on' has no place there; did you mean on?", refusal("busy on"));
+            Refusal("paper-end on PrintRecItemXe"));
+  EXPECT_EQ("'on' has no place there; did you mean on?", Refusal("busy on"));
 }
 
 TEST(ShellFaultWords, TheListHasEveryFaultAndThoseThatWait) {
   lorimat::FaultPlan plan;
-  EXPECT_THAT(fault_list(plan, 0), HasSubstr("No fault waits.\n"));
-  plan.Add(read_fault("paper-end nth 2"));
-  const std::string list = fault_list(plan, 0);
+  EXPECT_THAT(FaultList(plan, 0), HasSubstr("No fault waits.\n"));
+  plan.Add(ReadFault("paper-end nth 2"));
+  const std::string list = FaultList(plan, 0);
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
     EXPECT_THAT(list, HasSubstr("\n  " + std::string(kind.name) + " ")) << kind.name << "\n"
                                                                         << "\n" + list;
@@ -217,11 +217,11 @@ class ShellEditorBytes : public testing::TestWithParam<const char*> {
 TEST_P(ShellEditorBytes, ComeBackAsTheyWere) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-  EXPECT_EQ(all, to_bytes(to_wide(all)));
+  EXPECT_EQ(all, ToBytes(ToWide(all)));
   for (const std::string text : {"caff\xC3\xA8", "caff\xE8", "\xE2\x82\xAC", "\xE2\x82", "\xC3",
                                  "\xED\xB2\x80", "\xF0\x9F\x98\x80", "\xFF\xFE"}) {
-    EXPECT_EQ(text, to_bytes(to_wide(text)));
-    EXPECT_EQ("x" + text + "y", to_bytes(to_wide("x" + text + "y")));
+    EXPECT_EQ(text, ToBytes(ToWide(text)));
+    EXPECT_EQ("x" + text + "y", ToBytes(ToWide("x" + text + "y")));
   }
 }
 
@@ -230,38 +230,38 @@ INSTANTIATE_TEST_SUITE_P(Locales, ShellEditorBytes, testing::Values("C", "C.UTF-
 // --- Answers in words.
 
 TEST(ShellAnswers, AnOwnCodeHasItsClassAndCause) {
-  const std::string text = causes_text(265, 80);
+  const std::string text = CausesText(265, 80);
   EXPECT_THAT(text, StartsWith("  class 1: syntax and command errors\n  "));
 }
 
 TEST(ShellAnswers, AResultOfTheDeviceIsNamed) {
   // 203 with the bit of class 4.
-  const std::string text = causes_text(1227, 80);
+  const std::string text = CausesText(1227, 80);
   EXPECT_THAT(text, StartsWith("  class 4: results of the device client of 200 and above\n"
                                "  Result 203 of the device, RTF_EFPTR_REC_EMPTY."));
   // 107 passed twice.
-  EXPECT_THAT(causes_text(1643, 0), HasSubstr("Passed twice: 107 -> 619 -> 1643."));
+  EXPECT_THAT(CausesText(1643, 0), HasSubstr("Passed twice: 107 -> 619 -> 1643."));
 }
 
 TEST(ShellAnswers, ANumberThatIsNoCodeHasNoCause) {
-  EXPECT_EQ("", causes_text(0, 80));
-  EXPECT_EQ("", causes_text(-5, 80));
-  EXPECT_EQ("", causes_text(5000000000L, 80));
+  EXPECT_EQ("", CausesText(0, 80));
+  EXPECT_EQ("", CausesText(-5, 80));
+  EXPECT_EQ("", CausesText(5000000000L, 80));
 }
 
 class ShellHints : public testing::Test {
  protected:
   ShellHints()
-      : language_(Language::from_text(
+      : language_(Language::FromText(
             "[OPCOD]\n10=VEND\n[10]\n1=REP\n4=PRE\n7=DES\n[EQU]\nCONTANTI=1\n")) {}
   const Language language_;
 };
 
 TEST_F(ShellHints, ThePlaceIsMarkedAndABetterWordNamed) {
   EXPECT_EQ("  VNED REP=1\n  ^\n  no command is called 'VNED'; did you mean VEND?\n",
-            parser_hint(language_, "VNED REP=1", 80));
+            ParserHint(language_, "VNED REP=1", 80));
   EXPECT_EQ("  VEND REP=1, PER=2\n              ^\n  VEND has no field 'PER'; did you mean PRE?\n",
-            parser_hint(language_, "VEND REP=1, PER=2", 80));
+            ParserHint(language_, "VEND REP=1, PER=2", 80));
 }
 
 TEST_F(ShellHints, ACommaIsTakenForADecimalComma) {
@@ -269,30 +269,30 @@ TEST_F(ShellHints, ACommaIsTakenForADecimalComma) {
       "  VEND REP=1, PRE=1,50\n                    ^\n"
       "  a comma ends field PRE, and '50' is taken for the name of the next one;\n"
       "  decimals stand behind a point; did you mean PRE=1.50?\n",
-      parser_hint(language_, "VEND REP=1, PRE=1,50", 80));
+      ParserHint(language_, "VEND REP=1, PRE=1,50", 80));
 }
 
 TEST_F(ShellHints, ALineThatIsReadHasNone) {
-  EXPECT_EQ("", parser_hint(language_, "VEND REP=1, PRE=2", 80));
-  EXPECT_EQ("", parser_hint(language_, "@file", 80));
-  EXPECT_EQ("", parser_hint(language_, "", 80));
+  EXPECT_EQ("", ParserHint(language_, "VEND REP=1, PRE=2", 80));
+  EXPECT_EQ("", ParserHint(language_, "@file", 80));
+  EXPECT_EQ("", ParserHint(language_, "", 80));
 }
 
 TEST_F(ShellHints, CharactersCountNotBytes) {
-  EXPECT_THAT(parser_hint(language_, "VEND DES='\xC3\xA8', X=1", 80),
+  EXPECT_THAT(ParserHint(language_, "VEND DES='\xC3\xA8', X=1", 80),
               StartsWith("  VEND DES='\xC3\xA8', X=1\n                ^\n"));
 }
 
 TEST_F(ShellHints, APlaceBeyondTheWindowIsNotMarked) {
   const std::string line = "VEND DES='" + std::string(200, 'x') + "', Q=1";
-  EXPECT_THAT(parser_hint(language_, line, 80), Not(HasSubstr("^")));
-  EXPECT_THAT(parser_hint(language_, line, 80), HasSubstr("VEND has no field 'Q'"));
+  EXPECT_THAT(ParserHint(language_, line, 80), Not(HasSubstr("^")));
+  EXPECT_THAT(ParserHint(language_, line, 80), HasSubstr("VEND has no field 'Q'"));
 }
 
 TEST_F(ShellHints, NoControlCharacterIsShown) {
   for (int byte = 1; byte < 256; ++byte) {
     const std::string line = "VEND " + std::string(2, static_cast<char>(byte)) + "=1";
-    for (const char c : parser_hint(language_, line, 80)) {
+    for (const char c : ParserHint(language_, line, 80)) {
       EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20) << byte;
     }
   }
@@ -302,22 +302,22 @@ TEST_F(ShellHints, NoControlCharacterIsShown) {
 
 TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   lorimat::VirtualRegister device;
-  EXPECT_EQ("READY  key registering", status_line(device));
+  EXPECT_EQ("READY  key registering", StatusLine(device));
   ASSERT_EQ(0, device.BeginTraining());
-  EXPECT_EQ("READY  key registering  TRAINING", status_line(device));
-  EXPECT_THAT(status_text(device, "", "opens a receipt", 0), HasSubstr("\nTraining        yes\n"));
+  EXPECT_EQ("READY  key registering  TRAINING", StatusLine(device));
+  EXPECT_THAT(StatusText(device, "", "opens a receipt", 0), HasSubstr("\nTraining        yes\n"));
   ASSERT_EQ(0, device.EndTraining());
-  EXPECT_EQ("READY  key registering", status_line(device));
+  EXPECT_EQ("READY  key registering", StatusLine(device));
 }
 
 TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   lorimat::VirtualRegister device;
   device.AddFault({.name = "paper-end"});
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
-  EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", status_line(device));
-  EXPECT_THAT(status_text(device, "/a\x1b/shop", "", 0),
+  EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", StatusLine(device));
+  EXPECT_THAT(StatusText(device, "/a\x1b/shop", "", 0),
               HasSubstr("\nRegister        /a\\x1B/shop\n"));
-  EXPECT_EQ("", open_document_words(device));
+  EXPECT_EQ("", OpenDocumentWords(device));
 }
 
 }  // namespace

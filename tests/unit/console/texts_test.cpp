@@ -32,37 +32,37 @@ class Lexer {
   explicit Lexer(std::string source) : source_(std::move(source)) {}
 
   std::vector<Token> tokens() {
-    while (at_ < source_.size()) step();
+    while (at_ < source_.size()) Step();
     return std::move(tokens_);
   }
 
  private:
-  bool sees(const char* text) const { return source_.compare(at_, std::strlen(text), text) == 0; }
+  bool Sees(const char* text) const { return source_.compare(at_, std::strlen(text), text) == 0; }
 
-  void skip_to(const std::string& end, size_t from) {
+  void SkipTo(const std::string& end, size_t from) {
     const size_t found = source_.find(end, from);
     at_ = found == std::string::npos ? source_.size() : found + end.size();
   }
 
-  void step() {
+  void Step() {
     const char c = source_[at_];
     const bool line_begins = at_ == 0 || source_[at_ - 1] == '\n';
-    if (sees("//") || (line_begins && c == '#')) {
+    if (Sees("//") || (line_begins && c == '#')) {
       at_ = std::min(source_.find('\n', at_), source_.size());
-    } else if (sees("/*")) {
-      skip_to("*/", at_);
-    } else if (sees("R\"")) {
+    } else if (Sees("/*")) {
+      SkipTo("*/", at_);
+    } else if (Sees("R\"")) {
       const size_t open = source_.find('(', at_);
       const std::string end = ")" + source_.substr(at_ + 2, open - at_ - 2) + "\"";
       const size_t close = source_.find(end, open);
-      add_text(source_.substr(open + 1, close - open - 1));
+      AddText(source_.substr(open + 1, close - open - 1));
       at_ = close + end.size();
     } else if (c == '"') {
       ++at_;
       std::string text;
       while (source_[at_] != '"') text += character();
       ++at_;
-      add_text(text);
+      AddText(text);
     } else if (c == '\'') {
       ++at_;
       while (source_[at_] != '\'') character();
@@ -83,7 +83,7 @@ class Lexer {
     }
   }
 
-  void add_text(const std::string& text) {
+  void AddText(const std::string& text) {
     if (!tokens_.empty() && tokens_.back().is_text) {
       tokens_.back().text += text;
     } else {
@@ -118,25 +118,25 @@ class Lexer {
   std::vector<Token> tokens_;
 };
 
-std::vector<Token> tokens_of(const std::filesystem::path& path) {
+std::vector<Token> TokensOf(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return Lexer({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()}).tokens();
 }
 
-bool is_sign(const std::vector<Token>& tokens, size_t at, const char* sign) {
+bool IsSign(const std::vector<Token>& tokens, size_t at, const char* sign) {
   return at < tokens.size() && !tokens[at].is_text && tokens[at].text == sign;
 }
 
-bool is_marked(const std::vector<Token>& tokens, size_t at) {
-  return at >= 2 && is_sign(tokens, at - 1, "(") &&
-         (is_sign(tokens, at - 2, "tr") || is_sign(tokens, at - 2, "TR_TEXT"));
+bool IsMarked(const std::vector<Token>& tokens, size_t at) {
+  return at >= 2 && IsSign(tokens, at - 1, "(") &&
+         (IsSign(tokens, at - 2, "Tr") || IsSign(tokens, at - 2, "TR_TEXT"));
 }
 
-bool is_table(const std::filesystem::path& path) {
+bool IsTable(const std::filesystem::path& path) {
   return path.filename().string().rfind("italian", 0) == 0;
 }
 
-std::vector<std::filesystem::path> files_of(const std::string& folder) {
+std::vector<std::filesystem::path> FilesOf(const std::string& folder) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(
            std::string(LORIMAT_SOURCE_DIR) + "/" + folder)) {
@@ -147,17 +147,17 @@ std::vector<std::filesystem::path> files_of(const std::string& folder) {
   return files;
 }
 
-std::vector<std::filesystem::path> console_files() { return files_of("console"); }
+std::vector<std::filesystem::path> ConsoleFiles() { return FilesOf("console"); }
 
 // The English messages, each with a file that it stands in.
-const std::map<std::string, std::string>& messages() {
+const std::map<std::string, std::string>& Messages() {
   static const auto all = [] {
     std::map<std::string, std::string> found;
-    for (const auto& path : console_files()) {
-      if (is_table(path)) continue;
-      const std::vector<Token> tokens = tokens_of(path);
+    for (const auto& path : ConsoleFiles()) {
+      if (IsTable(path)) continue;
+      const std::vector<Token> tokens = TokensOf(path);
       for (size_t i = 0; i < tokens.size(); ++i) {
-        if (tokens[i].is_text && is_marked(tokens, i)) {
+        if (tokens[i].is_text && IsMarked(tokens, i)) {
           found.emplace(tokens[i].text, path.filename().string());
         }
       }
@@ -172,15 +172,15 @@ struct Row {
   std::string italian;
 };
 
-const std::vector<Row>& rows() {
+const std::vector<Row>& Rows() {
   static const auto all = [] {
     std::vector<Row> found;
-    for (const auto& path : console_files()) {
-      if (!is_table(path)) continue;
-      const std::vector<Token> tokens = tokens_of(path);
+    for (const auto& path : ConsoleFiles()) {
+      if (!IsTable(path)) continue;
+      const std::vector<Token> tokens = TokensOf(path);
       for (size_t i = 1; i + 3 < tokens.size(); ++i) {
-        if (tokens[i].is_text && is_sign(tokens, i - 1, "{") && is_sign(tokens, i + 1, ",") &&
-            tokens[i + 2].is_text && is_sign(tokens, i + 3, "}")) {
+        if (tokens[i].is_text && IsSign(tokens, i - 1, "{") && IsSign(tokens, i + 1, ",") &&
+            tokens[i + 2].is_text && IsSign(tokens, i + 3, "}")) {
           found.push_back({tokens[i].text, tokens[i + 2].text});
         }
       }
@@ -191,7 +191,7 @@ const std::vector<Row>& rows() {
 }
 
 // The fields of a format, each as "number:how it is written", in the order of the numbers.
-std::vector<std::string> fields(const std::string& format) {
+std::vector<std::string> Fields(const std::string& format) {
   std::vector<std::string> found;
   int next = 0;
   for (size_t i = 0; i < format.size(); ++i) {
@@ -214,10 +214,10 @@ std::vector<std::string> fields(const std::string& format) {
   return found;
 }
 
-bool ends_line(const std::string& text) { return !text.empty() && text.back() == '\n'; }
+bool EndsLine(const std::string& text) { return !text.empty() && text.back() == '\n'; }
 
 // The number of blanks in front.
-size_t indent(const std::string& text) {
+size_t Indent(const std::string& text) {
   return std::min(text.find_first_not_of(' '), text.size());
 }
 
@@ -225,62 +225,62 @@ size_t indent(const std::string& text) {
 
 TEST(ConsoleTexts, TheReaderFindsMessagesAndRows) {
   // The rest would pass if it found none.
-  EXPECT_GT(messages().size(), 200u);
-  EXPECT_GT(rows().size(), 200u);
-  EXPECT_EQ(messages().count("{}: cannot be opened: {}"), 1u);
+  EXPECT_GT(Messages().size(), 200u);
+  EXPECT_GT(Rows().size(), 200u);
+  EXPECT_EQ(Messages().count("{}: cannot be opened: {}"), 1u);
   const std::vector<Token> tokens =
-      Lexer("x = tr(\"a\\\"b\" // no\n  \"c\\n\", '\"'); TR_TEXT(R\"(d\"\n)\");").tokens();
+      Lexer("x = Tr(\"a\\\"b\" // no\n  \"c\\n\", '\"'); TR_TEXT(R\"(d\"\n)\");").tokens();
   std::vector<std::string> found;
   for (size_t i = 0; i < tokens.size(); ++i) {
-    if (tokens[i].is_text && is_marked(tokens, i)) found.push_back(tokens[i].text);
+    if (tokens[i].is_text && IsMarked(tokens, i)) found.push_back(tokens[i].text);
   }
   EXPECT_THAT(found, testing::ElementsAre("a\"bc\n", "d\"\n"));
 }
 
 TEST(ConsoleTexts, EveryMessageHasItsItalian) {
   std::map<std::string, bool> translated;
-  for (const Row& row : rows()) translated[row.english] = true;
-  for (const auto& [message, file] : messages()) {
+  for (const Row& row : Rows()) translated[row.english] = true;
+  for (const auto& [message, file] : Messages()) {
     EXPECT_TRUE(translated.count(message)) << file << ": \"" << message << "\"";
   }
 }
 
 TEST(ConsoleTexts, EveryRowOfTheTableIsAMessageOfTheProgram) {
-  for (const Row& row : rows()) EXPECT_TRUE(messages().count(row.english)) << row.english;
+  for (const Row& row : Rows()) EXPECT_TRUE(Messages().count(row.english)) << row.english;
 }
 
 TEST(ConsoleTexts, NoMessageHasTwoRows) {
   std::map<std::string, int> seen;
-  for (const Row& row : rows()) EXPECT_EQ(++seen[row.english], 1) << row.english;
+  for (const Row& row : Rows()) EXPECT_EQ(++seen[row.english], 1) << row.english;
 }
 
 TEST(ConsoleTexts, NoRowIsEmpty) {
-  for (const Row& row : rows()) {
+  for (const Row& row : Rows()) {
     EXPECT_THAT(row.english, Not(IsEmpty()));
     EXPECT_THAT(row.italian, Not(IsEmpty())) << row.english;
   }
 }
 
 TEST(ConsoleTexts, BothLanguagesHaveTheSameFields) {
-  for (const Row& row : rows()) {
-    EXPECT_EQ(fields(row.english), fields(row.italian)) << row.english << "\n" << row.italian;
+  for (const Row& row : Rows()) {
+    EXPECT_EQ(Fields(row.english), Fields(row.italian)) << row.english << "\n" << row.italian;
   }
-  EXPECT_EQ(fields("{} of {:04}"), fields("{1:04} e {0}"));
-  EXPECT_NE(fields("{}"), fields("{:x}"));
-  EXPECT_NE(fields("{} {}"), fields("{0} {0}"));
-  EXPECT_EQ(fields("{{}}"), fields("none"));
+  EXPECT_EQ(Fields("{} of {:04}"), Fields("{1:04} e {0}"));
+  EXPECT_NE(Fields("{}"), Fields("{:x}"));
+  EXPECT_NE(Fields("{} {}"), Fields("{0} {0}"));
+  EXPECT_EQ(Fields("{{}}"), Fields("none"));
 }
 
 TEST(ConsoleTexts, BothLanguagesBeginAndEndAlike) {
-  for (const Row& row : rows()) {
-    EXPECT_EQ(ends_line(row.english), ends_line(row.italian)) << row.english;
-    EXPECT_EQ(indent(row.english), indent(row.italian)) << row.english;
+  for (const Row& row : Rows()) {
+    EXPECT_EQ(EndsLine(row.english), EndsLine(row.italian)) << row.english;
+    EXPECT_EQ(Indent(row.english), Indent(row.italian)) << row.english;
     EXPECT_EQ(row.english.back() == ' ', row.italian.back() == ' ') << row.english;
   }
 }
 
 TEST(ConsoleTexts, TheItalianIsUtf8WithoutControlCharacters) {
-  for (const Row& row : rows()) {
+  for (const Row& row : Rows()) {
     EXPECT_TRUE(std::none_of(row.italian.begin(), row.italian.end(), [](char c) {
       return static_cast<unsigned char>(c) < 0x20 && c != '\n';
     })) << row.english;
@@ -297,7 +297,7 @@ TEST(ConsoleTexts, TheItalianIsUtf8WithoutControlCharacters) {
 }
 
 TEST(ConsoleTexts, HelpLinesFitATerminal) {
-  for (const Row& row : rows()) {
+  for (const Row& row : Rows()) {
     for (const std::string& text : {row.english, row.italian}) {
       if (text.find("\n\n") == std::string::npos) continue;
       size_t column = 0;
@@ -311,12 +311,12 @@ TEST(ConsoleTexts, HelpLinesFitATerminal) {
 }
 
 TEST(ConsoleTexts, TheTranslatorIsGivenLiteralsAlone) {
-  for (const auto& path : console_files()) {
-    if (is_table(path) || path.stem() == "translate") continue;
-    const std::vector<Token> tokens = tokens_of(path);
+  for (const auto& path : ConsoleFiles()) {
+    if (IsTable(path) || path.stem() == "translate") continue;
+    const std::vector<Token> tokens = TokensOf(path);
     for (size_t i = 0; i + 2 < tokens.size(); ++i) {
-      const bool called = (is_sign(tokens, i, "tr") || is_sign(tokens, i, "TR_TEXT")) &&
-                          is_sign(tokens, i + 1, "(");
+      const bool called =
+          (IsSign(tokens, i, "Tr") || IsSign(tokens, i, "TR_TEXT")) && IsSign(tokens, i + 1, "(");
       if (called) {
         EXPECT_TRUE(tokens[i + 2].is_text) << path.filename() << " near " << tokens[i + 2].text;
       }
@@ -343,15 +343,14 @@ TEST(ConsoleTexts, SentencesThatAreNotForTranslationAreKnown) {
   };
   const std::regex sentence("[A-Za-z]{2,}[,;:]? [a-z]{2,}");
   const std::regex query("^ *(SELECT|INSERT|DELETE|CREATE|PRAGMA|ATTACH|UPDATE|BEGIN) ");
-  for (const auto& path : console_files()) {
-    if (is_table(path)) continue;
+  for (const auto& path : ConsoleFiles()) {
+    if (IsTable(path)) continue;
     // What is wrong with a request is told in JSON alone.
     if (path.filename() == "json_request.cpp") continue;
-    const std::vector<Token> tokens = tokens_of(path);
+    const std::vector<Token> tokens = TokensOf(path);
     for (size_t i = 0; i < tokens.size(); ++i) {
       const std::string& text = tokens[i].text;
-      if (!tokens[i].is_text || is_marked(tokens, i) || !std::regex_search(text, sentence))
-        continue;
+      if (!tokens[i].is_text || IsMarked(tokens, i) || !std::regex_search(text, sentence)) continue;
       if (std::regex_search(text, query)) continue;
       EXPECT_TRUE(std::find(known.begin(), known.end(), text) != known.end())
           << path.filename() << ": \"" << text << "\" is neither translated nor known";
@@ -364,13 +363,13 @@ TEST(ConsoleTexts, MessagesOfTheRegisterAreAsTheRegisterHasThem) {
     return std::regex_replace(text, std::regex("\\{[^}]*\\}"), "{}");
   };
   std::map<std::string, bool> registers;
-  for (const auto& path : files_of("register")) {
-    for (const Token& token : tokens_of(path)) {
+  for (const auto& path : FilesOf("register")) {
+    for (const Token& token : TokensOf(path)) {
       if (token.is_text) registers[with_bare_fields(token.text)] = true;
     }
   }
   int found = 0;
-  for (const auto& [message, file] : messages()) {
+  for (const auto& [message, file] : Messages()) {
     if (file != "register_messages.cpp") continue;
     ++found;
     // In front of a cause stands the file.

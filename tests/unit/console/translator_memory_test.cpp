@@ -20,7 +20,7 @@ namespace {
 
 using NextSale = TranslatorMemory::NextSale;
 
-std::string shipped_words() {
+std::string ShippedWords() {
   std::ifstream file(std::string(LORIMAT_SOURCE_DIR) + "/language/merkelin.ini");
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -29,14 +29,14 @@ std::string shipped_words() {
 class Till {
  public:
   Till()
-      : library_(Language::from_text(shipped_words())),
-        words_(Language::from_text(shipped_words())),
+      : library_(Language::FromText(ShippedWords())),
+        words_(Language::FromText(ShippedWords())),
         memory_(words_) {
     library_.translator().TStato.bInitOK = true;
     library_.translator().rtfClient_ = &device_;
   }
 
-  long send(const std::string& line) {
+  long Send(const std::string& line) {
     std::string command = line;
     std::array<char, 4096> result{};
     TranslatorMemory::Seen seen;
@@ -44,7 +44,7 @@ class Till {
     const long code = library_.translator().EcrCmd(command.data(), result.data());
     seen.ready_after = ready();
     seen.code = code;
-    memory_.follow(line, seen);
+    memory_.Follow(line, seen);
     return code;
   }
   bool ready() const { return device_.printer_state() == RTF_FPTR_PS_MONITOR; }
@@ -53,7 +53,7 @@ class Till {
   NextSale true_next_sale() const {
     return library_.translator().bOnFirstSale ? NextSale::kOpensReceipt : NextSale::kOpensNone;
   }
-  bool sale_is_lost() const { return memory_.sale_is_lost(ready()); }
+  bool sale_is_lost() const { return memory_.SaleIsLost(ready()); }
 
  private:
   lorimat::VirtualRegister device_;
@@ -74,28 +74,28 @@ void PrintTo(const Ending& ending, std::ostream* stream) { *stream << ending.nam
 
 class TranslatorMemoryBehind : public testing::TestWithParam<Ending> {
  protected:
-  void end_receipt(Till& till) {
-    for (const std::string& line : GetParam().lines) till.send(line);
+  void EndReceipt(Till& till) {
+    for (const std::string& line : GetParam().lines) till.Send(line);
     ASSERT_TRUE(till.ready());
   }
 };
 
 TEST_P(TranslatorMemoryBehind, TheNextSaleIsLost) {
   Till till;
-  end_receipt(till);
+  EndReceipt(till);
   EXPECT_TRUE(till.sale_is_lost());
-  EXPECT_EQ(1231, till.send(kSale));
-  EXPECT_EQ(1231, till.send(kSale)) << "it does not heal by itself";
+  EXPECT_EQ(1231, till.Send(kSale));
+  EXPECT_EQ(1231, till.Send(kSale)) << "it does not heal by itself";
   EXPECT_TRUE(till.sale_is_lost());
 }
 
 TEST_P(TranslatorMemoryBehind, EachWayOutLeadsOut) {
   for (const char* line : {"CLEAR", "RESPRN", "CHIU", "INP", "INP TASTO=ST01"}) {
     Till till;
-    end_receipt(till);
-    till.send(line);
+    EndReceipt(till);
+    till.Send(line);
     EXPECT_FALSE(till.sale_is_lost()) << line;
-    EXPECT_EQ(0, till.send(kSale)) << line;
+    EXPECT_EQ(0, till.Send(kSale)) << line;
   }
 }
 
@@ -104,11 +104,11 @@ TEST_P(TranslatorMemoryBehind, OtherLinesDoNotLeadOut) {
                            "ENDPROG", "CHIAVE REG", "REPORT TIPO=XGIORNO", "AZZGIO TIPO=1",
                            "ALLEG FINE", "CHKSUB IMP=1.00", "INFO TIPO=MATRICOLA"}) {
     Till till;
-    end_receipt(till);
-    till.send(line);
-    if (std::string(line) == "NOFIS INIZIO") till.send("NOFIS FINE");
+    EndReceipt(till);
+    till.Send(line);
+    if (std::string(line) == "NOFIS INIZIO") till.Send("NOFIS FINE");
     EXPECT_TRUE(till.sale_is_lost()) << line;
-    EXPECT_EQ(1231, till.send(kSale)) << line;
+    EXPECT_EQ(1231, till.Send(kSale)) << line;
   }
 }
 
@@ -129,66 +129,66 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(TranslatorMemoryOf, AReceiptOpensOneAgainBehindItsPayment) {
   Till till;
   EXPECT_EQ(NextSale::kOpensReceipt, till.next_sale());
-  till.send(kSale);
+  till.Send(kSale);
   EXPECT_EQ(NextSale::kOpensNone, till.next_sale());
   EXPECT_FALSE(till.sale_is_lost()) << "it goes into the open receipt";
-  till.send("CHIU");
+  till.Send("CHIU");
   EXPECT_EQ(NextSale::kOpensReceipt, till.next_sale());
 }
 
 TEST(TranslatorMemoryOf, LinesThatDoNotRunChangeNothing) {
   Till till;
-  till.send("DOCANNULLO AUTO");
+  till.Send("DOCANNULLO AUTO");
   for (const char* line :
        {"; CLEAR", "", "CLEAR COLORE=1", "CLEARER 'X'", "CHIU TEND=BANANA", "CHIU 'X'=1"}) {
-    till.send(line);
+    till.Send(line);
     EXPECT_TRUE(till.sale_is_lost()) << line;
   }
-  till.send("CLEAR " + std::string(2041, ' '));
+  till.Send("CLEAR " + std::string(2041, ' '));
   EXPECT_TRUE(till.sale_is_lost()) << "a line that is too long";
-  till.send("CLEAR " + std::string(2040, ' '));
+  till.Send("CLEAR " + std::string(2040, ' '));
   EXPECT_FALSE(till.sale_is_lost());
 }
 
 TEST(TranslatorMemoryOf, ABatchIsUnknownUntilALineTells) {
-  const Language words = Language::from_text(shipped_words());
+  const Language words = Language::FromText(ShippedWords());
   TranslatorMemory memory(words);
-  memory.follow("@ giorno.cmd", {true, true, 11});
+  memory.Follow("@ giorno.cmd", {true, true, 11});
   EXPECT_EQ(NextSale::kOpensReceipt, memory.next_sale()) << "no line of it ran";
-  memory.follow("@ giorno.cmd", {true, true, 0});
+  memory.Follow("@ giorno.cmd", {true, true, 0});
   EXPECT_EQ(NextSale::kUnknown, memory.next_sale());
-  EXPECT_FALSE(memory.sale_is_lost(true));
-  memory.follow(kSale, {true, true, 1231});
+  EXPECT_FALSE(memory.SaleIsLost(true));
+  memory.Follow(kSale, {true, true, 1231});
   EXPECT_EQ(NextSale::kUnknown, memory.next_sale());
-  memory.follow(kSale, {true, false, 0});
+  memory.Follow(kSale, {true, false, 0});
   EXPECT_EQ(NextSale::kOpensNone, memory.next_sale());
 }
 
 TEST(TranslatorMemoryOf, ALineEndsAtItsNulByte) {
-  const Language words = Language::from_text(shipped_words());
+  const Language words = Language::FromText(ShippedWords());
   TranslatorMemory memory(words);
-  memory.follow("DOCANNULLO AUTO", {});
-  memory.follow(std::string("CLEAR\0X", 7), {});
+  memory.Follow("DOCANNULLO AUTO", {});
+  memory.Follow(std::string("CLEAR\0X", 7), {});
   EXPECT_EQ(NextSale::kOpensReceipt, memory.next_sale());
 }
 
 // The answer of a line in a batch is not known; the device's state tells enough.
 TEST(TranslatorMemoryOf, ASaleWithoutAnAnswerIsJudgedByTheDevice) {
-  const Language words = Language::from_text(shipped_words());
+  const Language words = Language::FromText(ShippedWords());
   TranslatorMemory memory(words);
-  memory.follow(kSale, {true, true, std::nullopt});
+  memory.Follow(kSale, {true, true, std::nullopt});
   EXPECT_EQ(NextSale::kOpensReceipt, memory.next_sale()) << "the receipt was not opened";
-  memory.follow(kSale, {true, false, std::nullopt});
+  memory.Follow(kSale, {true, false, std::nullopt});
   EXPECT_EQ(NextSale::kOpensNone, memory.next_sale());
 }
 
 TEST(TranslatorMemoryOf, TheClosingKeyIsNoWayOutButWhereItIsRefused) {
   Till till;
-  till.send("DOCANNULLO AUTO");
-  EXPECT_EQ(0, till.send("INP TASTO=CHIUDETRAN"));
+  till.Send("DOCANNULLO AUTO");
+  EXPECT_EQ(0, till.Send("INP TASTO=CHIUDETRAN"));
   EXPECT_EQ(NextSale::kOpensNone, till.next_sale()) << "with nothing open it does nothing";
-  till.send("CHIAVE PRG");
-  EXPECT_EQ(1231, till.send("INP TASTO=CHIUDETRAN"));
+  till.Send("CHIAVE PRG");
+  EXPECT_EQ(1231, till.Send("INP TASTO=CHIUDETRAN"));
   EXPECT_EQ(NextSale::kOpensReceipt, till.next_sale());
 }
 
@@ -259,7 +259,7 @@ TEST(TranslatorMemoryProperty, ItIsThatOfTheTranslatorWhateverIsSent) {
     std::string sent;
     for (int i = 0; i < 100; ++i) {
       const std::string& line = pool[any(random)];
-      const long code = till.send(line);
+      const long code = till.Send(line);
       sent += line + "  -> " + std::to_string(code) + "\n";
       ASSERT_EQ(till.true_next_sale(), till.next_sale()) << sent;
       lost += till.sale_is_lost();

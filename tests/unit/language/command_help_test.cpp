@@ -45,7 +45,7 @@ const Page kPages[] = {
 
 void PrintTo(const Page& page, std::ostream* stream) { *stream << page.file; }
 
-std::vector<std::string> page_lines(const Page& page) {
+std::vector<std::string> PageLines(const Page& page) {
   std::vector<std::string> lines =
       shipped::Lines(std::filesystem::path(LORIMAT_SOURCE_DIR) / "docs" / page.file);
   for (std::string& line : lines)
@@ -55,11 +55,11 @@ std::vector<std::string> page_lines(const Page& page) {
 
 // The rows of the page's tables that begin with these headings, and that stand in the chapter of
 // a command.
-std::multiset<std::string> page_rows(const Page& page, const std::string& heading) {
+std::multiset<std::string> PageRows(const Page& page, const std::string& heading) {
   std::multiset<std::string> rows;
   bool in_command = false;
   bool in_table = false;
-  for (const std::string& line : page_lines(page)) {
+  for (const std::string& line : PageLines(page)) {
     if (line.rfind("## ", 0) == 0) in_command = false;
     if (line.rfind("### ", 0) == 0) in_command = std::isdigit(static_cast<unsigned char>(line[4]));
     if (line.rfind("|", 0) != 0) {
@@ -74,14 +74,14 @@ std::multiset<std::string> page_rows(const Page& page, const std::string& headin
   return rows;
 }
 
-std::string joined(const std::vector<std::string>& texts, const std::string& between) {
+std::string Joined(const std::vector<std::string>& texts, const std::string& between) {
   std::string out;
   for (const std::string& text : texts) out += (out.empty() ? "" : between) + text;
   return out;
 }
 
 // The commands that have a chapter of their own.
-std::vector<const CommandHelp*> chapters(PageLanguage language) {
+std::vector<const CommandHelp*> Chapters(PageLanguage language) {
   std::vector<const CommandHelp*> all;
   for (const CommandGroup& group : language::command_groups(language)) {
     for (const CommandHelp& command : group.commands) {
@@ -93,7 +93,7 @@ std::vector<const CommandHelp*> chapters(PageLanguage language) {
 
 class CommandHelpPage : public testing::TestWithParam<Page> {
  protected:
-  static std::vector<const CommandHelp*> chapters() { return ::chapters(GetParam().language); }
+  static std::vector<const CommandHelp*> chapters() { return ::Chapters(GetParam().language); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Languages, CommandHelpPage, testing::ValuesIn(kPages),
@@ -103,11 +103,11 @@ TEST_P(CommandHelpPage, EveryRowOfFieldsIsThereOnceAndNoOther) {
   std::multiset<std::string> rows;
   for (const CommandHelp* command : chapters()) {
     for (const auto& field : command->fields) {
-      rows.insert("| " + std::to_string(field.number) + " | " + joined(field.names, ", ") + " | " +
+      rows.insert("| " + std::to_string(field.number) + " | " + Joined(field.names, ", ") + " | " +
                   field.shortest + " | " + field.takes + " |");
     }
   }
-  EXPECT_EQ(page_rows(GetParam(), GetParam().fields), rows);
+  EXPECT_EQ(PageRows(GetParam(), GetParam().fields), rows);
   EXPECT_GT(rows.size(), 200u);
 }
 
@@ -120,7 +120,7 @@ TEST_P(CommandHelpPage, EveryWordForAValueIsThereOnceAndNoOther) {
       }
     }
   }
-  EXPECT_EQ(page_rows(GetParam(), GetParam().values), rows);
+  EXPECT_EQ(PageRows(GetParam(), GetParam().values), rows);
   EXPECT_GT(rows.size(), 80u);
 }
 
@@ -131,7 +131,7 @@ TEST_P(CommandHelpPage, EveryResultCodeIsThereOnceAndNoOther) {
       rows.insert("| " + code.code + " | " + code.when + " |");
     }
   }
-  EXPECT_EQ(page_rows(GetParam(), GetParam().codes), rows);
+  EXPECT_EQ(PageRows(GetParam(), GetParam().codes), rows);
   EXPECT_GT(rows.size(), 80u);
 }
 
@@ -140,7 +140,7 @@ TEST_P(CommandHelpPage, EveryTextAndExampleIsThereInItsOrder) {
   std::string written;
   bool in_command = false;
   bool in_table = false;
-  for (const std::string& line : page_lines(GetParam())) {
+  for (const std::string& line : PageLines(GetParam())) {
     if (line.rfind("## ", 0) == 0) in_command = false;
     if (line.rfind("### ", 0) == 0) {
       in_command = std::isdigit(static_cast<unsigned char>(line[4]));

@@ -255,9 +255,9 @@ TEST_P(LanguageDocs, NamesEveryCommandOfTheFileAndNoOther) {
 // without fields every handler comes back at once.
 TEST_P(LanguageDocs, ListsAsMissingExactlyTheCommandsThatAreNotBuilt) {
   // Without a client the reports wait for the whole of their time.
-  Thread::set_sleep_function([](int) {});
+  Thread::SetSleepFunction([](int) {});
   for (int row = 1; row < MAXOPCOD; ++row) {
-    const CommandHandler handler = find_handler(row);
+    const CommandHandler handler = FindHandler(row);
     if (handler == nullptr) {
       EXPECT_EQ(0u, Pending().count(row) + Stubs().count(row)) << row;
       continue;
@@ -267,7 +267,7 @@ TEST_P(LanguageDocs, ListsAsMissingExactlyTheCommandsThatAreNotBuilt) {
     EXPECT_EQ(Pending().count(row) != 0, code == 268)
         << row << " " << translator_->szOpCodes[row] << " answers " << code;
   }
-  Thread::set_sleep_function(nullptr);
+  Thread::SetSleepFunction(nullptr);
 }
 
 TEST_P(LanguageDocs, StubsAnswerAsThePageSays) {
@@ -275,7 +275,7 @@ TEST_P(LanguageDocs, StubsAnswerAsThePageSays) {
     for (const Table& table : Tables(chapter, {"No", "Command", "Code"})) {
       for (const TableRow& row : table.rows) {
         SCOPED_TRACE(row[1]);
-        const CommandHandler handler = find_handler(std::atoi(row[0].c_str()));
+        const CommandHandler handler = FindHandler(std::atoi(row[0].c_str()));
         ASSERT_NE(nullptr, handler);
         EXPECT_EQ(std::atoi(row[2].c_str()), (translator_->*handler)());
         EXPECT_EQ(0, translator_->iNumOper[std::atoi(row[0].c_str())]);
@@ -406,7 +406,7 @@ TEST_P(LanguageDocs, TheSpellingsOfALineMeanTheSame) {
 
 TEST_P(LanguageDocs, EveryCommandTellsItsResultCodes) {
   auto defaults = std::make_unique<EcrCmdCommand>();
-  write_default_messages(*defaults);
+  WriteDefaultMessages(*defaults);
   for (const Chapter& command : Commands()) {
     SCOPED_TRACE(command.command);
     const std::vector<Table> tables = Tables(command, kCodeHeader);

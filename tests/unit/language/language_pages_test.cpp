@@ -36,7 +36,7 @@ struct Block {
   std::vector<std::string> lines;
 };
 
-std::vector<std::string> cells(const std::string& line) {
+std::vector<std::string> Cells(const std::string& line) {
   std::vector<std::string> cells;
   size_t at = 1;
   while (at < line.size()) {
@@ -47,7 +47,7 @@ std::vector<std::string> cells(const std::string& line) {
   return cells;
 }
 
-std::vector<Block> read_blocks(const std::string& name) {
+std::vector<Block> ReadBlocks(const std::string& name) {
   std::vector<Block> blocks;
   bool open = false;  // whether a line goes on with the last block
   bool fenced = false;
@@ -77,7 +77,7 @@ std::vector<Block> read_blocks(const std::string& name) {
       open = false;
     } else if (line[0] == '|') {
       if (!open || blocks.back().kind != Block::Kind::kTable) begin(Block::Kind::kTable);
-      blocks.back().rows.push_back(cells(line));
+      blocks.back().rows.push_back(Cells(line));
       open = true;
     } else if (line.rfind("- ", 0) == 0) {
       begin(Block::Kind::kItem).text = line.substr(2);
@@ -92,46 +92,46 @@ std::vector<Block> read_blocks(const std::string& name) {
   return blocks;
 }
 
-const std::vector<Block>& english_blocks() {
-  static const std::vector<Block> blocks = read_blocks("language.md");
+const std::vector<Block>& EnglishBlocks() {
+  static const std::vector<Block> blocks = ReadBlocks("language.md");
   return blocks;
 }
 
-const std::vector<Block>& italian_blocks() {
-  static const std::vector<Block> blocks = read_blocks("language.it.md");
+const std::vector<Block>& ItalianBlocks() {
+  static const std::vector<Block> blocks = ReadBlocks("language.it.md");
   return blocks;
 }
 
 // The pairs of blocks of one kind, as far as both pages have them.
-std::vector<std::pair<const Block*, const Block*>> pairs(Block::Kind kind) {
+std::vector<std::pair<const Block*, const Block*>> Pairs(Block::Kind kind) {
   std::vector<std::pair<const Block*, const Block*>> found;
-  const size_t count = std::min(english_blocks().size(), italian_blocks().size());
+  const size_t count = std::min(EnglishBlocks().size(), ItalianBlocks().size());
   for (size_t i = 0; i < count; ++i) {
-    if (english_blocks()[i].kind == kind && italian_blocks()[i].kind == kind) {
-      found.emplace_back(&english_blocks()[i], &italian_blocks()[i]);
+    if (EnglishBlocks()[i].kind == kind && ItalianBlocks()[i].kind == kind) {
+      found.emplace_back(&EnglishBlocks()[i], &ItalianBlocks()[i]);
     }
   }
   return found;
 }
 
-std::string place(const std::pair<const Block*, const Block*>& pair) {
+std::string Place(const std::pair<const Block*, const Block*>& pair) {
   return "line " + std::to_string(pair.first->line) + " and, in Italian, " +
          std::to_string(pair.second->line);
 }
 
-bool is_upper(char c) { return std::isupper(static_cast<unsigned char>(c)) != 0; }
-bool is_digit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
+bool IsUpper(char c) { return std::isupper(static_cast<unsigned char>(c)) != 0; }
+bool IsDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
 // A byte of an accented letter counts as one, too.
-bool is_word_byte(char c) {
+bool IsWordByte(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-std::vector<std::string> words(const std::string& text) {
+std::vector<std::string> Words(const std::string& text) {
   std::vector<std::string> found;
   for (size_t at = 0; at < text.size(); ++at) {
     const size_t begin = at;
-    while (at < text.size() && is_word_byte(text[at])) ++at;
+    while (at < text.size() && IsWordByte(text[at])) ++at;
     if (at != begin) found.push_back(text.substr(begin, at - begin));
   }
   return found;
@@ -139,14 +139,14 @@ std::vector<std::string> words(const std::string& text) {
 
 // Numbers, and the words in capitals: commands, fields, values. None of them is translated but
 // those of the map.
-std::multiset<std::string> names_and_numbers(const std::string& text) {
+std::multiset<std::string> NamesAndNumbers(const std::string& text) {
   static const std::map<std::string, std::string> english = {
       {"IVA", "VAT"}, {"GGMMAA", "DDMMYY"}, {"GG", "DD"}, {"AA", "YY"}};
   std::multiset<std::string> found;
-  for (const std::string& word : words(text)) {
+  for (const std::string& word : Words(text)) {
     const std::string start = word.substr(0, word.find_first_not_of("0123456789"));
     const bool capitals = word.size() > 1 && std::all_of(word.begin(), word.end(), [](char c) {
-                            return is_upper(c) || is_digit(c) || c == '_';
+                            return IsUpper(c) || IsDigit(c) || c == '_';
                           });
     const auto other = english.find(word);
     if (capitals) {
@@ -159,17 +159,17 @@ std::multiset<std::string> names_and_numbers(const std::string& text) {
 }
 
 // Whether a text stands in both pages as it should: translated, with what is not translated.
-void compare_texts(const std::string& english, const std::string& italian) {
+void CompareTexts(const std::string& english, const std::string& italian) {
   EXPECT_THAT(english, Not(IsEmpty()));
   EXPECT_THAT(italian, Not(IsEmpty())) << english;
-  if (words(english).size() > 3) {
+  if (Words(english).size() > 3) {
     EXPECT_NE(english, italian);
   }
-  EXPECT_EQ(names_and_numbers(english), names_and_numbers(italian)) << english << "\n" << italian;
+  EXPECT_EQ(NamesAndNumbers(english), NamesAndNumbers(italian)) << english << "\n" << italian;
 }
 
 // A line of the language up to its comment, and the comment.
-std::pair<std::string, std::string> without_comment(const std::string& line) {
+std::pair<std::string, std::string> WithoutComment(const std::string& line) {
   bool quoted = false;
   for (size_t i = 0; i < line.size(); ++i) {
     if (line[i] == '\'') quoted = !quoted;
@@ -190,7 +190,7 @@ const std::map<std::string, std::string> kTextColumns = {
 const std::map<std::string, std::string> kCodeWords = {{"dispositivo", "device"},
                                                        {"dispositivo due volte", "device twice"}};
 
-std::string in_english(const std::map<std::string, std::string>& map, const std::string& italian) {
+std::string InEnglish(const std::map<std::string, std::string>& map, const std::string& italian) {
   const auto found = map.find(italian);
   return found == map.end() ? "" : found->second;
 }
@@ -198,21 +198,21 @@ std::string in_english(const std::map<std::string, std::string>& map, const std:
 }  // namespace
 
 TEST(LanguagePages, HaveTheSameBlocksInTheSameOrder) {
-  ASSERT_GT(english_blocks().size(), 300u);
-  for (size_t i = 0; i < std::min(english_blocks().size(), italian_blocks().size()); ++i) {
-    const Block& english = english_blocks()[i];
-    const Block& italian = italian_blocks()[i];
-    ASSERT_EQ(english.kind, italian.kind) << place({&english, &italian});
-    ASSERT_EQ(english.mark, italian.mark) << place({&english, &italian});
+  ASSERT_GT(EnglishBlocks().size(), 300u);
+  for (size_t i = 0; i < std::min(EnglishBlocks().size(), ItalianBlocks().size()); ++i) {
+    const Block& english = EnglishBlocks()[i];
+    const Block& italian = ItalianBlocks()[i];
+    ASSERT_EQ(english.kind, italian.kind) << Place({&english, &italian});
+    ASSERT_EQ(english.mark, italian.mark) << Place({&english, &italian});
   }
-  EXPECT_EQ(english_blocks().size(), italian_blocks().size());
+  EXPECT_EQ(EnglishBlocks().size(), ItalianBlocks().size());
 }
 
 TEST(LanguagePages, HaveTheSameCommandsUnderTranslatedHeadings) {
   int commands = 0;
-  for (const auto& pair : pairs(Block::Kind::kHeading)) {
-    SCOPED_TRACE(place(pair));
-    if (is_digit(pair.first->text[0])) {
+  for (const auto& pair : Pairs(Block::Kind::kHeading)) {
+    SCOPED_TRACE(Place(pair));
+    if (IsDigit(pair.first->text[0])) {
       ++commands;
       EXPECT_EQ(pair.first->text, pair.second->text);
     } else {
@@ -226,8 +226,8 @@ TEST(LanguagePages, HaveTheSameShortForms) {
   const std::string english = "Short: ";
   const std::string italian = "Abbreviazione: ";
   int forms = 0;
-  for (const auto& pair : pairs(Block::Kind::kParagraph)) {
-    SCOPED_TRACE(place(pair));
+  for (const auto& pair : Pairs(Block::Kind::kParagraph)) {
+    SCOPED_TRACE(Place(pair));
     const bool is_form = pair.first->text.rfind(english, 0) == 0;
     ASSERT_EQ(is_form, pair.second->text.rfind(italian, 0) == 0);
     if (!is_form) continue;
@@ -239,24 +239,24 @@ TEST(LanguagePages, HaveTheSameShortForms) {
 
 TEST(LanguagePages, SayTheSameInTheirTexts) {
   for (const Block::Kind kind : {Block::Kind::kParagraph, Block::Kind::kItem}) {
-    for (const auto& pair : pairs(kind)) {
-      SCOPED_TRACE(place(pair));
-      compare_texts(pair.first->text, pair.second->text);
+    for (const auto& pair : Pairs(kind)) {
+      SCOPED_TRACE(Place(pair));
+      CompareTexts(pair.first->text, pair.second->text);
     }
   }
 }
 
 TEST(LanguagePages, HaveTheSameRowsInTheirTables) {
   int rows = 0;
-  for (const auto& pair : pairs(Block::Kind::kTable)) {
-    SCOPED_TRACE(place(pair));
+  for (const auto& pair : Pairs(Block::Kind::kTable)) {
+    SCOPED_TRACE(Place(pair));
     const auto& english = pair.first->rows;
     const auto& italian = pair.second->rows;
     ASSERT_EQ(english.size(), italian.size());
     ASSERT_EQ(english[0].size(), italian[0].size());
     for (size_t column = 0; column < english[0].size(); ++column) {
-      const std::string same = in_english(kSameColumns, italian[0][column]);
-      const std::string text = in_english(kTextColumns, italian[0][column]);
+      const std::string same = InEnglish(kSameColumns, italian[0][column]);
+      const std::string text = InEnglish(kTextColumns, italian[0][column]);
       if (same.empty() && text.empty()) {
         EXPECT_EQ("Value", english[0][0]);
         EXPECT_EQ(2u, column);
@@ -269,9 +269,9 @@ TEST(LanguagePages, HaveTheSameRowsInTheirTables) {
         ++rows;
         const std::string& cell = italian[row][column];
         if (same.empty()) {
-          compare_texts(english[row][column], cell);
+          CompareTexts(english[row][column], cell);
         } else {
-          const std::string word = in_english(kCodeWords, cell);
+          const std::string word = InEnglish(kCodeWords, cell);
           EXPECT_EQ(english[row][column], word.empty() ? cell : word);
         }
       }
@@ -283,7 +283,7 @@ TEST(LanguagePages, HaveTheSameRowsInTheirTables) {
 // A text that stands in several tables is translated in one way.
 TEST(LanguagePages, CallAThingByOneName) {
   std::map<std::string, std::pair<std::string, int>> known;
-  for (const auto& pair : pairs(Block::Kind::kTable)) {
+  for (const auto& pair : Pairs(Block::Kind::kTable)) {
     const size_t columns = std::min(pair.first->rows[0].size(), pair.second->rows[0].size());
     for (size_t row = 2; row < std::min(pair.first->rows.size(), pair.second->rows.size()); ++row) {
       const std::string& english = pair.first->rows[row].at(columns - 1);
@@ -308,10 +308,10 @@ TEST(LanguagePages, GiveFieldsTheSameKinds) {
   };
   const auto begins_with_word = [](const std::string& text, const std::string& word) {
     return text.rfind(word, 0) == 0 &&
-           (text.size() == word.size() || !is_word_byte(text[word.size()]));
+           (text.size() == word.size() || !IsWordByte(text[word.size()]));
   };
   int found = 0;
-  for (const auto& pair : pairs(Block::Kind::kTable)) {
+  for (const auto& pair : Pairs(Block::Kind::kTable)) {
     if (pair.first->rows[0].back() != "Takes") continue;
     for (size_t row = 2; row < std::min(pair.first->rows.size(), pair.second->rows.size()); ++row) {
       for (const auto& [english, italian] : kinds) {
@@ -328,19 +328,19 @@ TEST(LanguagePages, GiveFieldsTheSameKinds) {
 TEST(LanguagePages, HaveTheSameExamplesUpToTheirComments) {
   int lines = 0;
   int comments = 0;
-  for (const auto& pair : pairs(Block::Kind::kFence)) {
-    SCOPED_TRACE(place(pair));
+  for (const auto& pair : Pairs(Block::Kind::kFence)) {
+    SCOPED_TRACE(Place(pair));
     ASSERT_EQ(pair.first->lines.size(), pair.second->lines.size());
     for (size_t i = 0; i < pair.first->lines.size(); ++i) {
-      const auto [english, english_comment] = without_comment(pair.first->lines[i]);
-      const auto [italian, italian_comment] = without_comment(pair.second->lines[i]);
+      const auto [english, english_comment] = WithoutComment(pair.first->lines[i]);
+      const auto [italian, italian_comment] = WithoutComment(pair.second->lines[i]);
       EXPECT_EQ(english, italian);
       EXPECT_EQ(english_comment.empty(), italian_comment.empty());
       ++lines;
       if (english_comment.empty()) continue;
       ++comments;
       // An answer that a comment tells is the same.
-      compare_texts(english_comment, italian_comment);
+      CompareTexts(english_comment, italian_comment);
       EXPECT_NE(english_comment, italian_comment);
     }
   }
@@ -354,11 +354,11 @@ TEST(LanguagePages, HaveNoEnglishInTheItalian) {
   const auto look = [&](const std::string& text, int line) {
     // Names of files are no text.
     const std::string read = std::regex_replace(text, std::regex("[a-z]+\\.(it\\.)?md"), "");
-    for (const std::string& word : words(read)) {
+    for (const std::string& word : Words(read)) {
       EXPECT_EQ(0u, english.count(word)) << "line " << line << ": " << text;
     }
   };
-  for (const Block& block : italian_blocks()) {
+  for (const Block& block : ItalianBlocks()) {
     look(block.text, block.line);
     for (const auto& row : block.rows) {
       for (const std::string& cell : row) look(cell, block.line);
@@ -370,22 +370,21 @@ TEST(LanguagePages, HaveNoEnglishInTheItalian) {
 
 namespace {
 
-void compare_commands(const CommandHelp& english, const CommandHelp& italian) {
+void CompareCommands(const CommandHelp& english, const CommandHelp& italian) {
   SCOPED_TRACE(english.name);
   EXPECT_EQ(english.id, italian.id);
   EXPECT_EQ(english.name, italian.name);
   EXPECT_EQ(english.shortest, italian.shortest);
   ASSERT_EQ(english.examples.size(), italian.examples.size());
   for (size_t i = 0; i < english.examples.size(); ++i) {
-    EXPECT_EQ(without_comment(english.examples[i]).first,
-              without_comment(italian.examples[i]).first);
+    EXPECT_EQ(WithoutComment(english.examples[i]).first, WithoutComment(italian.examples[i]).first);
   }
   ASSERT_EQ(english.text.size(), italian.text.size());
-  for (size_t i = 0; i < english.text.size(); ++i) compare_texts(english.text[i], italian.text[i]);
-  compare_texts(english.summary(), italian.summary());
+  for (size_t i = 0; i < english.text.size(); ++i) CompareTexts(english.text[i], italian.text[i]);
+  CompareTexts(english.summary(), italian.summary());
   ASSERT_EQ(english.remarks.size(), italian.remarks.size());
   for (size_t i = 0; i < english.remarks.size(); ++i) {
-    compare_texts(english.remarks[i], italian.remarks[i]);
+    CompareTexts(english.remarks[i], italian.remarks[i]);
   }
   ASSERT_EQ(english.fields.size(), italian.fields.size());
   for (size_t i = 0; i < english.fields.size(); ++i) {
@@ -393,7 +392,7 @@ void compare_commands(const CommandHelp& english, const CommandHelp& italian) {
     EXPECT_EQ(english.fields[i].names, italian.fields[i].names);
     EXPECT_EQ(english.fields[i].shortest, italian.fields[i].shortest);
     EXPECT_EQ(english.fields[i].is_flag, italian.fields[i].is_flag);
-    compare_texts(english.fields[i].takes, italian.fields[i].takes);
+    CompareTexts(english.fields[i].takes, italian.fields[i].takes);
   }
   ASSERT_EQ(english.values.size(), italian.values.size());
   for (size_t i = 0; i < english.values.size(); ++i) {
@@ -402,14 +401,14 @@ void compare_commands(const CommandHelp& english, const CommandHelp& italian) {
     for (size_t row = 0; row < english.values[i].rows.size(); ++row) {
       EXPECT_EQ(english.values[i].rows[row].value, italian.values[i].rows[row].value);
       EXPECT_EQ(english.values[i].rows[row].word, italian.values[i].rows[row].word);
-      compare_texts(english.values[i].rows[row].meaning, italian.values[i].rows[row].meaning);
+      CompareTexts(english.values[i].rows[row].meaning, italian.values[i].rows[row].meaning);
     }
   }
   ASSERT_EQ(english.codes.size(), italian.codes.size());
   for (size_t i = 0; i < english.codes.size(); ++i) {
-    const std::string word = in_english(kCodeWords, italian.codes[i].code);
+    const std::string word = InEnglish(kCodeWords, italian.codes[i].code);
     EXPECT_EQ(english.codes[i].code, word.empty() ? italian.codes[i].code : word);
-    compare_texts(english.codes[i].when, italian.codes[i].when);
+    CompareTexts(english.codes[i].when, italian.codes[i].when);
   }
 }
 
@@ -424,12 +423,12 @@ TEST(CommandHelpLanguages, HaveTheSameCommandsInTheSameGroups) {
     EXPECT_NE(english[i].title, italian[i].title);
     ASSERT_EQ(english[i].text.size(), italian[i].text.size());
     for (size_t text = 0; text < english[i].text.size(); ++text) {
-      compare_texts(english[i].text[text], italian[i].text[text]);
+      CompareTexts(english[i].text[text], italian[i].text[text]);
     }
     ASSERT_EQ(english[i].commands.size(), italian[i].commands.size());
     for (size_t command = 0; command < english[i].commands.size(); ++command) {
       EXPECT_EQ(italian[i].title, italian[i].commands[command].group);
-      compare_commands(english[i].commands[command], italian[i].commands[command]);
+      CompareCommands(english[i].commands[command], italian[i].commands[command]);
     }
   }
 }

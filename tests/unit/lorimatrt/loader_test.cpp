@@ -15,13 +15,13 @@ using ::testing::internal::CaptureStdout;
 using ::testing::internal::GetCapturedStderr;
 using ::testing::internal::GetCapturedStdout;
 
-std::string notify(unsigned long reason) {
+std::string Notify(unsigned long reason) {
   CaptureStdout();
-  EXPECT_TRUE(loader_notification(reason));
+  EXPECT_TRUE(LoaderNotification(reason));
   return GetCapturedStdout();
 }
 
-std::string destroy() {
+std::string Destroy() {
   CaptureStderr();
   lorimat_destroy();
   return GetCapturedStderr();
@@ -31,41 +31,41 @@ TEST(Loader, TheObjectMadeAtAttachIsTheLiveOne) {
   lorimat_init();
   EcrCmdCommand* first = translator_instance;
   ASSERT_NE(first, nullptr);
-  EXPECT_EQ(notify(kProcessAttach), "Load working...\n");
+  EXPECT_EQ(Notify(kProcessAttach), "Load working...\n");
   EXPECT_NE(translator_instance, first);
   EXPECT_NE(translator_instance, nullptr);
-  EXPECT_EQ(notify(kThreadAttach), "ThreadLoad working...\n");
-  EXPECT_EQ(notify(kThreadDetach), "ThreadUnload working...\n");
-  EXPECT_EQ(notify(77), "");
-  EXPECT_EQ(notify(kProcessDetach), "Unload working...\n");
+  EXPECT_EQ(Notify(kThreadAttach), "ThreadLoad working...\n");
+  EXPECT_EQ(Notify(kThreadDetach), "ThreadUnload working...\n");
+  EXPECT_EQ(Notify(77), "");
+  EXPECT_EQ(Notify(kProcessDetach), "Unload working...\n");
   EXPECT_EQ(translator_instance, nullptr);
   // The object is gone already; only the line is left to write.
-  EXPECT_EQ(destroy(), "library destroy\n");
+  EXPECT_EQ(Destroy(), "library destroy\n");
 }
 
 TEST(Loader, DestroyReleasesAnObjectThatWasNeverDetached) {
   lorimat_init();
-  EXPECT_EQ(destroy(), "library destroy\n");
+  EXPECT_EQ(Destroy(), "library destroy\n");
   EXPECT_EQ(translator_instance, nullptr);
   lorimat_init();
-  EXPECT_EQ(notify(kProcessAttach), "Load working...\n");
-  EXPECT_EQ(destroy(), "library destroy\n");
+  EXPECT_EQ(Notify(kProcessAttach), "Load working...\n");
+  EXPECT_EQ(Destroy(), "library destroy\n");
   EXPECT_EQ(translator_instance, nullptr);
 }
 
 TEST(Loader, DetachWithoutAnObjectWritesItsLine) {
-  EXPECT_EQ(notify(kProcessDetach), "Unload working...\n");
+  EXPECT_EQ(Notify(kProcessDetach), "Unload working...\n");
 }
 
 class Exports : public ::testing::Test {
  protected:
   void SetUp() override {
     lorimat_init();
-    notify(kProcessAttach);
+    Notify(kProcessAttach);
   }
   void TearDown() override {
-    notify(kProcessDetach);
-    destroy();
+    Notify(kProcessDetach);
+    Destroy();
   }
 };
 

@@ -11,14 +11,14 @@ class ScopedTimeZone {
  public:
   explicit ScopedTimeZone(const char* zone) {
     if (const char* old = std::getenv("TZ")) old_ = old;
-    set(zone);
+    Set(zone);
   }
-  ~ScopedTimeZone() { set(old_ ? old_->c_str() : nullptr); }
+  ~ScopedTimeZone() { Set(old_ ? old_->c_str() : nullptr); }
   ScopedTimeZone(const ScopedTimeZone&) = delete;
   ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
 
  private:
-  static void set(const char* zone) {
+  static void Set(const char* zone) {
 #ifdef _WIN32
     _putenv_s("TZ", zone == nullptr ? "" : zone);
     _tzset();
@@ -37,7 +37,7 @@ class ScopedTimeZone {
 
 // Seconds since the epoch of a broken-down UTC time, by the platform and not by the code under
 // test.
-inline time_t utc_seconds(struct tm* time) {
+inline time_t UtcSeconds(struct tm* time) {
 #ifdef _WIN32
   return _mkgmtime(time);
 #else

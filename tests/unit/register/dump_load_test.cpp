@@ -38,7 +38,7 @@ class DumpLoadTest : public testing::Test {
  protected:
   DumpLoadTest() : before_(std::filesystem::current_path()) {
     // Dumps are written under lower-case names, into a folder of the test's own.
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     std::filesystem::current_path(folder_);
     // No settings of this computer's installation.
     if (const char* registry = std::getenv("LORIMATRT_REGISTRY")) registry_ = registry;

@@ -147,7 +147,7 @@ TEST(FaultPlanTest, WhatAnswersNoCodeIsNotStruck) {
 // --- In a register's file
 
 TEST(FaultPlanTest, WaitsThroughTheSwitchingOffAndIsUsedUpOnce) {
-  const std::string folder = make_temporary_folder().string();
+  const std::string folder = MakeTemporaryFolder().string();
   RegisterSettings settings = TestSettings();
   settings.file = folder + "/register";
   {
@@ -181,7 +181,7 @@ TEST(FaultPlanTest, WaitsThroughTheSwitchingOffAndIsUsedUpOnce) {
 }
 
 TEST(FaultPlanTest, AReceiptWhoseAnswerIsLostIsInTheFile) {
-  const std::string folder = make_temporary_folder().string();
+  const std::string folder = MakeTemporaryFolder().string();
   RegisterSettings settings = TestSettings();
   settings.file = folder + "/register";
   {

@@ -378,7 +378,7 @@ TEST_F(JournalChangesTest, WorkBehindAChangeDoesNotHideIt) {
     }
     std::set<std::string> codes;
     for (const Finding& finding : RegisterFile(Path("changed")).VerifyJournal({}).findings) {
-      codes.insert(console::journal_finding_code(finding));
+      codes.insert(console::JournalFindingCode(finding));
     }
     EXPECT_EQ(codes.count(code), 1u) << sql << " " << fmt::format("{}", fmt::join(codes, " "));
   }
@@ -393,8 +393,8 @@ TEST_F(JournalChangesTest, EveryFindingHasASentenceAndACodeOfItsOwn) {
     Finding finding;
     finding.kind = static_cast<FindingKind>(kind);
     finding.text = "text";
-    sentences.insert(console::journal_finding_text(finding));
-    codes.insert(console::journal_finding_code(finding));
+    sentences.insert(console::JournalFindingText(finding));
+    codes.insert(console::JournalFindingCode(finding));
   }
   EXPECT_EQ(sentences.size(), static_cast<size_t>(last) + 1);
   EXPECT_EQ(codes.size(), static_cast<size_t>(last) + 1);

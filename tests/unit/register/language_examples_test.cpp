@@ -129,14 +129,14 @@ void ExpectPrinted(const std::vector<std::string>& printed, const std::vector<st
 class LanguageExamples : public testing::TestWithParam<const char*> {
  protected:
   LanguageExamples() : before_(std::filesystem::current_path()) {
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     std::filesystem::current_path(folder_);
     if (const char* registry = std::getenv("LORIMATRT_REGISTRY")) registry_ = registry;
     setenv("LORIMATRT_REGISTRY", (folder_ / "none").c_str(), 1);
-    Thread::set_sleep_function([](int) {});
+    Thread::SetSleepFunction([](int) {});
   }
   ~LanguageExamples() override {
-    Thread::set_sleep_function(nullptr);
+    Thread::SetSleepFunction(nullptr);
     if (registry_.empty()) {
       unsetenv("LORIMATRT_REGISTRY");
     } else {

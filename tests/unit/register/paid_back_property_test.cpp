@@ -28,7 +28,7 @@ struct ModelSale {
   bool voided = false;
 
   bool nothing_left() const { return documents > 0 && TotalOf(gone) >= TotalOf(sold); }
-  bool covers(const Sums& more) const {
+  bool Covers(const Sums& more) const {
     if (TotalOf(gone) + TotalOf(more) > TotalOf(sold)) return false;
     for (const auto& [vat, amount] : more) {
       const auto of = [vat = vat](const Sums& sums) {
@@ -237,7 +237,7 @@ class PaidBackProperty : public StoreTest, public testing::WithParamInterface<un
     }
     if (Chance(10)) return Leave();
     Finish(limited ? named.sale : nullptr, lines,
-           !limited || named.sale->covers(lines) ? RTF_SUCCESS : RTF_EFPTR_FISCAL_TOTALS_ERROR);
+           !limited || named.sale->Covers(lines) ? RTF_SUCCESS : RTF_EFPTR_FISCAL_TOTALS_ERROR);
   }
   void Void() {
     const std::string before = Facts();
@@ -272,7 +272,7 @@ class PaidBackProperty : public StoreTest, public testing::WithParamInterface<un
       ASSERT_NO_FATAL_FAILURE(RandomLines(&lines));
     }
     if (Chance(10)) return Leave();
-    const bool right = sale.covers(lines) && TotalOf(lines) == TotalOf(sale.sold);
+    const bool right = sale.Covers(lines) && TotalOf(lines) == TotalOf(sale.sold);
     if (Finish(&sale, lines, right ? RTF_SUCCESS : RTF_EFPTR_FISCAL_TOTALS_ERROR)) {
       sale.voided = true;
     }

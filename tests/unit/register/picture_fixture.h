@@ -20,11 +20,11 @@ struct Dots {
   int height = 0;
   std::vector<uint8_t> grey;
 
-  int at(int x, int y) const { return grey[static_cast<size_t>(y * width + x)]; }
+  int At(int x, int y) const { return grey[static_cast<size_t>(y * width + x)]; }
   bool IsWhite(int left, int top, int right, int bottom) const {
     for (int y = top; y < bottom; ++y) {
       for (int x = left; x < right; ++x) {
-        if (at(x, y) != 255) return false;
+        if (At(x, y) != 255) return false;
       }
     }
     return true;
@@ -66,10 +66,10 @@ class PictureFolder {
   PictureFolder(const PictureFolder&) = delete;
   PictureFolder& operator=(const PictureFolder&) = delete;
 
-  std::string path(const std::string& name) const { return path_ / name; }
+  std::string Path(const std::string& name) const { return path_ / name; }
   std::string Write(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
-    return path(name);
+    std::ofstream(Path(name), std::ios::binary) << content;
+    return Path(name);
   }
 
  private:

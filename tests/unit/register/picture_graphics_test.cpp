@@ -65,7 +65,7 @@ TEST(PictureBarcode, AnEanIsDrawnBarByBar) {
     for (int x = 0; x < 640; ++x) {
       const bool inside = x >= 177 && x < 177 + 285;
       const bool dark = inside && modules[static_cast<size_t>((x - 177) / 3)] == '1';
-      ASSERT_EQ(dots.at(x, y), dark ? 0 : 255) << x;
+      ASSERT_EQ(dots.At(x, y), dark ? 0 : 255) << x;
     }
   }
   EXPECT_TRUE(dots.IsWhite(0, 0, 640, 32));
@@ -195,12 +195,12 @@ TEST(PictureBarcode, StandsWhereItIsAligned) {
   barcode.alignment = Alignment::kLeft;
   Dots dots = Draw(PaperWith(barcode));
   EXPECT_TRUE(dots.IsWhite(0, 0, 26, dots.height));
-  EXPECT_EQ(dots.at(26, 24 + 16), 0);  // the corner, below four light modules of four dots
+  EXPECT_EQ(dots.At(26, 24 + 16), 0);  // the corner, below four light modules of four dots
   EXPECT_TRUE(dots.IsWhite(26 + width, 0, 640, dots.height));
   barcode.alignment = Alignment::kRight;
   dots = Draw(PaperWith(barcode));
   EXPECT_TRUE(dots.IsWhite(0, 0, 614 - width, dots.height));
-  EXPECT_EQ(dots.at(613, 24 + 16), 0);
+  EXPECT_EQ(dots.At(613, 24 + 16), 0);
   EXPECT_TRUE(dots.IsWhite(614, 0, 640, dots.height));
 }
 
@@ -292,7 +292,7 @@ class PictureLogo : public testing::Test {
     image.width = static_cast<png_uint_32>(width);
     image.height = static_cast<png_uint_32>(height);
     image.format = PNG_FORMAT_RGBA;
-    const std::string file = folder.path("logo.png");
+    const std::string file = folder.Path("logo.png");
     EXPECT_NE(png_image_write_to_file(&image, file.c_str(), 0, dots.data(), 0, nullptr), 0);
     return file;
   }
@@ -318,7 +318,7 @@ TEST_F(PictureLogo, StandsInTheMiddleDotByDot) {
   const Dots dots = Draw(PaperWith(Image(10, 20, {0, 0, 0, 255})));
   ASSERT_EQ(dots.height, 48 + 20);
   for (int y = 24; y < 44; ++y) {
-    for (int x = 315; x < 325; ++x) ASSERT_EQ(dots.at(x, y), 0);
+    for (int x = 315; x < 325; ++x) ASSERT_EQ(dots.At(x, y), 0);
   }
   EXPECT_TRUE(dots.IsWhite(0, 0, 315, 68));
   EXPECT_TRUE(dots.IsWhite(325, 0, 640, 68));
@@ -328,7 +328,7 @@ TEST_F(PictureLogo, StandsInTheMiddleDotByDot) {
 
 TEST_F(PictureLogo, ColoursBecomeGreyAndTransparentDotsStayWhite) {
   // 0.299 of 255 is 76.
-  EXPECT_EQ(Draw(PaperWith(Image(10, 10, {255, 0, 0, 255}))).at(320, 30), 76);
+  EXPECT_EQ(Draw(PaperWith(Image(10, 10, {255, 0, 0, 255}))).At(320, 30), 76);
   const Dots clear = Draw(PaperWith(Image(10, 10, {0, 0, 0, 0})));
   EXPECT_TRUE(clear.IsWhite(0, 0, 640, clear.height));
 }
@@ -336,8 +336,8 @@ TEST_F(PictureLogo, ColoursBecomeGreyAndTransparentDotsStayWhite) {
 TEST_F(PictureLogo, OneWiderThanThePrintIsMadeSmaller) {
   const Dots dots = Draw(PaperWith(Image(1176, 100, {0, 0, 0, 255})));
   EXPECT_EQ(dots.height, 48 + 50);
-  EXPECT_EQ(dots.at(27, 50), 0);
-  EXPECT_EQ(dots.at(612, 50), 0);
+  EXPECT_EQ(dots.At(27, 50), 0);
+  EXPECT_EQ(dots.At(612, 50), 0);
   EXPECT_TRUE(dots.IsWhite(0, 0, 26, dots.height));
   EXPECT_TRUE(dots.IsWhite(614, 0, 640, dots.height));
 }
@@ -347,9 +347,9 @@ TEST_F(PictureLogo, AFlatLogoKeepsARowOfDots) {
 }
 
 TEST_F(PictureLogo, AMissingFileShowsAsItsStandIn) {
-  ExpectStandIn(folder.path("none.png"));
-  ExpectStandIn(folder.path("logo.png/none.png"));
-  ExpectStandIn(folder.path(""));
+  ExpectStandIn(folder.Path("none.png"));
+  ExpectStandIn(folder.Path("logo.png/none.png"));
+  ExpectStandIn(folder.Path(""));
   ExpectStandIn("/dev/null");
 }
 

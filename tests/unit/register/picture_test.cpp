@@ -49,8 +49,8 @@ TEST(PicturePng, ACutIsALineOfTwoDotsAcrossThePrint) {
   const Dots dots = Draw(paper);
   // The row begins at 24; the line is in its middle, at 13 and 14.
   for (int x = 26; x < 614; ++x) {
-    ASSERT_EQ(dots.at(x, 37), 0) << x;
-    ASSERT_EQ(dots.at(x, 38), 0) << x;
+    ASSERT_EQ(dots.At(x, 37), 0) << x;
+    ASSERT_EQ(dots.At(x, 38), 0) << x;
   }
   EXPECT_TRUE(dots.IsWhite(0, 0, 640, 37));
   EXPECT_TRUE(dots.IsWhite(0, 39, 640, 76));

@@ -66,7 +66,7 @@ class ReportTest : public RegisterTest {
                                         to_date, format, file.c_str(), outputs);
   }
 
-  std::filesystem::path folder_ = make_temporary_folder();
+  std::filesystem::path folder_ = MakeTemporaryFolder();
   size_t seen_ = 0;
 };
 

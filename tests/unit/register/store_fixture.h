@@ -151,7 +151,7 @@ inline std::vector<std::string> FindingTexts(const JournalCheck& check) {
   const console::EnglishMessages english;
   std::vector<std::string> texts;
   for (const Finding& finding : check.findings)
-    texts.push_back(console::journal_finding_text(finding));
+    texts.push_back(console::JournalFindingText(finding));
   return texts;
 }
 
@@ -276,7 +276,7 @@ class StoreTest : public testing::Test {
   }
 
   FailingDisk disk;
-  std::filesystem::path folder_ = make_temporary_folder();
+  std::filesystem::path folder_ = MakeTemporaryFolder();
 };
 
 // A register in a file that is switched off and on.

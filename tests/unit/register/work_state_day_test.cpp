@@ -461,7 +461,7 @@ class WorkStateDay : public testing::Test {
  protected:
   WorkStateDay() : before_(std::filesystem::current_path()), device_(Settings()) {
     // Files are written under lower-case names, into a folder of the test's own.
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     std::filesystem::current_path(folder_);
     // No settings of this computer's installation.
     if (const char* registry = std::getenv("LORIMATRT_REGISTRY")) registry_ = registry;

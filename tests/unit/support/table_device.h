@@ -72,10 +72,10 @@ class TableDevice : public NullClient {
   std::string date;
 
   // A call whose text begins with this gets the code instead of being served.
-  void refuse(const std::string& beginning, int code) { refusals_.emplace_back(beginning, code); }
+  void Refuse(const std::string& beginning, int code) { refusals_.emplace_back(beginning, code); }
 
   // The calls whose text begins with this.
-  std::vector<std::string> calls_of(const std::string& beginning) const {
+  std::vector<std::string> CallsOf(const std::string& beginning) const {
     std::vector<std::string> found;
     for (const std::string& call : calls) {
       if (call.rfind(beginning, 0) == 0) found.push_back(call);
@@ -85,57 +85,57 @@ class TableDevice : public NullClient {
 
   int GetIntProperty(int property, int* value) override {
     *value = 1;
-    return answer(text("GetIntProperty(%d)", property));
+    return Answer(Text("GetIntProperty(%d)", property));
   }
   int SetIntProperty(int property, int value) override {
-    return answer(text("SetIntProperty(%d,%d)", property, value));
+    return Answer(Text("SetIntProperty(%d,%d)", property, value));
   }
   int SetStringProperty(int property, const char* value) override {
-    return answer(text("SetStringProperty(%d,%s)", property, value));
+    return Answer(Text("SetStringProperty(%d,%s)", property, value));
   }
   int GetDataInternal(int item, char* value) override {
-    if (const int code = answer(text("GetDataInternal(%d)", item))) return code;
+    if (const int code = Answer(Text("GetDataInternal(%d)", item))) return code;
     const auto found = items.find(item);
     if (found == items.end()) return 106;
-    put(value, found->second);
+    Put(value, found->second);
     return 0;
   }
   int SetDataInternal(int item, const char* value) override {
-    if (const int code = answer(text("SetDataInternal(%d,%s)", item, value))) return code;
+    if (const int code = Answer(Text("SetDataInternal(%d,%s)", item, value))) return code;
     items[item] = value;
     return 0;
   }
   int KeyCodeInput(const char* numbers, const char* printer, const char* display,
                    uint8_t terminator) override {
     std::string digits;
-    for (const char* c = numbers; *c != 0; ++c) digits += text("<%d>", *c);
-    return answer(text("KeyCodeInput(%s,%s,%s,%d)", digits.c_str(), printer, display, terminator));
+    for (const char* c = numbers; *c != 0; ++c) digits += Text("<%d>", *c);
+    return Answer(Text("KeyCodeInput(%s,%s,%s,%d)", digits.c_str(), printer, display, terminator));
   }
   int ConfigDepartment(bool write, int32_t id, char* description, int64_t* price,
                        int64_t* max_price, int32_t* quantity, int32_t* vat, uint8_t* group,
                        bool* single, bool* discount, bool* force) override {
-    return department("ConfigDepartment", write, id, description, price, max_price, quantity, vat,
-                      group, single, discount, force, nullptr);
+    return ProgramDepartment("ConfigDepartment", write, id, description, price, max_price, quantity,
+                             vat, group, single, discount, force, nullptr);
   }
   int ConfigDepartmentEx(bool write, int32_t id, char* description, int64_t* price,
                          int64_t* max_price, int32_t* quantity, int32_t* vat, uint8_t* group,
                          bool* single, bool* discount, bool* force, bool* service) override {
-    return department("ConfigDepartmentEx", write, id, description, price, max_price, quantity, vat,
-                      group, single, discount, force, service);
+    return ProgramDepartment("ConfigDepartmentEx", write, id, description, price, max_price,
+                             quantity, vat, group, single, discount, force, service);
   }
   int ConfigGroup(bool write, int index, char* description, char* password, int* flags,
                   int* options) override {
     if (!write) {
-      if (const int code = answer(text("ConfigGroup(read %d)", index))) return code;
+      if (const int code = Answer(Text("ConfigGroup(read %d)", index))) return code;
       const auto found = groups.find(index);
       if (found == groups.end()) return 106;
-      put(description, found->second.description);
-      put(password, found->second.password);
+      Put(description, found->second.description);
+      Put(password, found->second.password);
       *flags = found->second.flags;
       *options = found->second.options;
       return 0;
     }
-    if (const int code = answer(text("ConfigGroup(write %d,%s,%s,%d,%d)", index, description,
+    if (const int code = Answer(Text("ConfigGroup(write %d,%s,%s,%d,%d)", index, description,
                                      password, *flags, *options))) {
       return code;
     }
@@ -145,17 +145,17 @@ class TableDevice : public NullClient {
   int ConfigSubtender(bool write, int32_t id, uint8_t* type, char* description, uint8_t* flags,
                       uint32_t* preset, uint8_t* digits) override {
     if (!write) {
-      if (const int code = answer(text("ConfigSubtender(read %d)", id))) return code;
+      if (const int code = Answer(Text("ConfigSubtender(read %d)", id))) return code;
       const auto found = subtenders.find(id);
       if (found == subtenders.end()) return 106;
       *type = static_cast<uint8_t>(found->second.type);
-      put(description, found->second.description);
+      Put(description, found->second.description);
       *flags = static_cast<uint8_t>(found->second.flags);
       *preset = found->second.preset_value;
       *digits = static_cast<uint8_t>(found->second.max_digits);
       return 0;
     }
-    if (const int code = answer(text("ConfigSubtender(write %d,%d,%s,%d,%u,%d)", id, *type,
+    if (const int code = Answer(Text("ConfigSubtender(write %d,%d,%s,%d,%u,%d)", id, *type,
                                      description, *flags, *preset, *digits))) {
       return code;
     }
@@ -165,7 +165,7 @@ class TableDevice : public NullClient {
   int ConfigKeyboard(bool write, uint8_t position, uint8_t* code, int8_t* type, char* macro,
                      uint16_t* size) override {
     if (!write) {
-      if (const int refusal = answer(text("ConfigKeyboard(read %d,%d)", position, *type))) {
+      if (const int refusal = Answer(Text("ConfigKeyboard(read %d,%d)", position, *type))) {
         return refusal;
       }
       const auto found = keys.find(position);
@@ -176,72 +176,72 @@ class TableDevice : public NullClient {
       return 0;
     }
     std::string bytes;
-    for (int i = 0; i < *size; ++i) bytes += text("<%d>", static_cast<unsigned char>(macro[i]));
+    for (int i = 0; i < *size; ++i) bytes += Text("<%d>", static_cast<unsigned char>(macro[i]));
     if (macro[*size] != 0) bytes += "unclosed";
-    if (const int refusal = answer(
-            text("ConfigKeyboard(write %d,%d,%d,%s)", position, *code, *type, bytes.c_str()))) {
+    if (const int refusal = Answer(
+            Text("ConfigKeyboard(write %d,%d,%d,%s)", position, *code, *type, bytes.c_str()))) {
       return refusal;
     }
     keys[position] = {*code, *type, std::string(macro, *size)};
     return 0;
   }
   int SetVatValue(int entry, const char* rate) override {
-    if (const int code = answer(text("SetVatValue(%d,%s)", entry, rate))) return code;
+    if (const int code = Answer(Text("SetVatValue(%d,%s)", entry, rate))) return code;
     pending_rates_[entry] = std::atoi(rate);
     return 0;
   }
   int SetVatTable() override {
-    if (const int code = answer("SetVatTable()")) return code;
+    if (const int code = Answer("SetVatTable()")) return code;
     for (const auto& [entry, rate] : pending_rates_) vat_rates[entry] = rate;
     pending_rates_.clear();
     return 0;
   }
   int GetVatEntry(int entry, int arguments, int* rate) override {
-    if (const int code = answer(text("GetVatEntry(%d,%d)", entry, arguments))) return code;
+    if (const int code = Answer(Text("GetVatEntry(%d,%d)", entry, arguments))) return code;
     const auto found = vat_rates.find(entry);
     if (found == vat_rates.end()) return 106;
     *rate = found->second;
     return 0;
   }
   int SetHeaderLine(int line, const char* value, bool doubled) override {
-    if (const int code = answer(text("SetHeaderLine(%d,%s,%d)", line, value, doubled))) return code;
+    if (const int code = Answer(Text("SetHeaderLine(%d,%s,%d)", line, value, doubled))) return code;
     headers[line] = value;
     return 0;
   }
   int GetHeaderLine(int line, char* value) override {
-    if (const int code = answer(text("GetHeaderLine(%d)", line))) return code;
-    put(value, headers[line]);
+    if (const int code = Answer(Text("GetHeaderLine(%d)", line))) return code;
+    Put(value, headers[line]);
     return 0;
   }
-  int EraseLogoArchive() override { return answer("EraseLogoArchive()"); }
+  int EraseLogoArchive() override { return Answer("EraseLogoArchive()"); }
   int ProgramGRC(uint8_t number, const char* file, bool flag) override {
-    return answer(text("ProgramGRC(%d,%s,%d)", number, file, flag));
+    return Answer(Text("ProgramGRC(%d,%s,%d)", number, file, flag));
   }
   int GetTotalizerExtend(int vat, int type, int kind, char* value) override {
-    const std::string name = text("%d,%d,%d", vat, type, kind);
-    if (const int code = answer("GetTotalizerExtend(" + name + ")")) return code;
+    const std::string name = Text("%d,%d,%d", vat, type, kind);
+    if (const int code = Answer("GetTotalizerExtend(" + name + ")")) return code;
     const auto found = totals.find(name);
     if (found == totals.end()) return 106;
-    put(value, found->second);
+    Put(value, found->second);
     return 0;
   }
   int GetDate(char* value) override {
-    if (const int code = answer("GetDate()")) return code;
-    put(value, date);
+    if (const int code = Answer("GetDate()")) return code;
+    Put(value, date);
     return 0;
   }
-  int EraseTable(int table) override { return answer(text("EraseTable(%d)", table)); }
+  int EraseTable(int table) override { return Answer(Text("EraseTable(%d)", table)); }
   int UploadTable(int table, int type, const char* row) override {
-    return answer(text("UploadTable(%d,%d,%s)", table, type, row));
+    return Answer(Text("UploadTable(%d,%d,%s)", table, type, row));
   }
   int DownloadTable(int selector, int index, char* row) override {
-    if (const int code = answer(text("DownloadTable(%d,%d)", selector, index))) return code;
+    if (const int code = Answer(Text("DownloadTable(%d,%d)", selector, index))) return code;
     if (next_row_ >= rows.size()) return 111;
-    put(row, rows[next_row_++]);
+    Put(row, rows[next_row_++]);
     return 0;
   }
 
-  __attribute__((format(printf, 1, 2))) static std::string text(const char* format, ...) {
+  __attribute__((format(printf, 1, 2))) static std::string Text(const char* format, ...) {
     char buffer[4096];
     va_list arguments;
     va_start(arguments, format);
@@ -251,11 +251,11 @@ class TableDevice : public NullClient {
   }
 
  private:
-  static void put(char* buffer, const std::string& value) {
+  static void Put(char* buffer, const std::string& value) {
     std::memcpy(buffer, value.c_str(), value.size() + 1);
   }
 
-  int answer(const std::string& call) {
+  int Answer(const std::string& call) {
     calls.push_back(call);
     for (const auto& [beginning, code] : refusals_) {
       if (call.rfind(beginning, 0) == 0) return code;
@@ -263,15 +263,15 @@ class TableDevice : public NullClient {
     return 0;
   }
 
-  int department(const char* name, bool write, int32_t id, char* description, int64_t* price,
-                 int64_t* max_price, int32_t* quantity, int32_t* vat, uint8_t* group, bool* single,
-                 bool* discount, bool* force, bool* service) {
+  int ProgramDepartment(const char* name, bool write, int32_t id, char* description, int64_t* price,
+                        int64_t* max_price, int32_t* quantity, int32_t* vat, uint8_t* group,
+                        bool* single, bool* discount, bool* force, bool* service) {
     if (!write) {
-      if (const int code = answer(text("%s(read %d)", name, id))) return code;
+      if (const int code = Answer(Text("%s(read %d)", name, id))) return code;
       const auto found = departments.find(id);
       if (found == departments.end()) return 106;
       const Department& d = found->second;
-      put(description, d.description);
+      Put(description, d.description);
       *price = d.price;
       *max_price = d.max_price;
       *quantity = d.quantity;
@@ -283,11 +283,11 @@ class TableDevice : public NullClient {
       if (service != nullptr) *service = d.is_service;
       return 0;
     }
-    std::string call = text("%s(write %d,%s,%lld,%lld,%d,%d,%d,%d%d%d", name, id, description,
+    std::string call = Text("%s(write %d,%s,%lld,%lld,%d,%d,%d,%d%d%d", name, id, description,
                             static_cast<long long>(*price), static_cast<long long>(*max_price),
                             *quantity, *vat, *group, *single, *discount, *force);
-    if (service != nullptr) call += text("%d", *service);
-    if (const int code = answer(call + ")")) return code;
+    if (service != nullptr) call += Text("%d", *service);
+    if (const int code = Answer(call + ")")) return code;
     const bool kept = departments[id].is_service;
     departments[id] = {
         description, *price,  *max_price, *quantity, *vat,
@@ -308,13 +308,13 @@ class TableTest : public testing::Test {
     int result = 0;
     translator = shipped::Read(&result);
     EXPECT_EQ(1, result);
-    write_default_messages(*translator);
+    WriteDefaultMessages(*translator);
     translator->TStato.bInitOK = true;
     translator->rtfClient_ = &device;
     translator->iCurEcrNum = 1;
     translator->iEcrSelected = 1;
     translator->pCurConf = &translator->EcrConfArray[1];
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     std::filesystem::current_path(folder_);
   }
   ~TableTest() override {
@@ -323,7 +323,7 @@ class TableTest : public testing::Test {
   }
 
   // The code of a line; its answer is then in answer_text.
-  long run(const std::string& line) {
+  long Run(const std::string& line) {
     std::string copy = line;
     std::vector<char> result(1024);
     const long code = translator->EcrCmd(copy.data(), result.data());
@@ -331,14 +331,14 @@ class TableTest : public testing::Test {
     return code;
   }
 
-  static std::string file(const std::string& name) {
+  static std::string File(const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   }
-  static void write_file(const std::string& name, const std::string& content) {
+  static void WriteFile(const std::string& name, const std::string& content) {
     std::ofstream(name, std::ios::binary) << content;
   }
-  static bool exists(const std::string& name) { return std::filesystem::exists(name); }
+  static bool Exists(const std::string& name) { return std::filesystem::exists(name); }
 
   using Calls = std::vector<std::string>;
 

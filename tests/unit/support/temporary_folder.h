@@ -7,7 +7,7 @@
 #include <string>
 
 // Makes a folder that nobody else has, and gives its path. The caller removes it.
-inline std::filesystem::path make_temporary_folder() {
+inline std::filesystem::path MakeTemporaryFolder() {
   std::random_device random;
   for (int attempt = 0; attempt < 100; ++attempt) {
     const std::string name = "lorimat." + std::to_string(random()) + std::to_string(random());

@@ -49,18 +49,18 @@ class OpenLog : public Log {
 class LogFolderTest : public testing::Test {
  protected:
   void SetUp() override {
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     name_ = folder_ + "/log";
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
-  static std::string contents(const std::string& name) {
+  static std::string Contents(const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
     std::ostringstream text;
     text << stream.rdbuf();
     return text.str();
   }
-  static void put(const std::string& name, const std::string& text) {
+  static void Put(const std::string& name, const std::string& text) {
     std::ofstream(name, std::ios::binary) << text;
   }
 

@@ -24,9 +24,9 @@ using testing::MatchesRegex;
 std::vector<std::string> asked;                        // names that were looked up
 std::function<Resolution(const std::string&)> answer;  // for each of them
 
-Resolution look_up(const char* host, uint32_t* address) {
+Resolution LookUp(const char* host, uint32_t* address) {
   asked.push_back(host);
-  *address = loopback::address();
+  *address = loopback::Address();
   return answer ? answer(host) : Resolution::kFound;
 }
 
@@ -36,7 +36,7 @@ class LogSyslogServerTest : public LogFolderTest {
     LogFolderTest::SetUp();
     asked.clear();
     answer = nullptr;
-    sockets::set_resolve_function(look_up);
+    sockets::SetResolveFunction(LookUp);
     // What the sockets log is not of interest here.
     Log::GetInstance()->set_outputs(Log::LO_NULL);
     log_.set_outputs(Log::LO_SYSLOG | Log::LO_FILE);
@@ -44,20 +44,20 @@ class LogSyslogServerTest : public LogFolderTest {
     log_.set_syslog_hostname("till7");
   }
   void TearDown() override {
-    sockets::set_resolve_function(nullptr);
+    sockets::SetResolveFunction(nullptr);
     Log::GetInstance()->set_outputs(Log::LO_ALL);
     LogFolderTest::TearDown();
   }
 
-  void start(const char* host) {
+  void Start(const char* host) {
     log_.set_output_syslog_host(host);
     log_.Start();
   }
-  void write(const std::string& message, Log::Levels level = Log::LL_INFO) {
+  void Write(const std::string& message, Log::Levels level = Log::LL_INFO) {
     log_.Write(level, Log::LocationInfo("f", "Method", 1, 0), message.c_str());
   }
   // Makes the last failure to be that long ago.
-  void fail_before(uint32_t milliseconds) {
+  void FailBefore(uint32_t milliseconds) {
     log_.last_addr_resol_error_time_ = DateTime::GetUptime_ms() - milliseconds;
   }
 
@@ -68,9 +68,9 @@ class LogSyslogServerTest : public LogFolderTest {
 };
 
 TEST_F(LogSyslogServerTest, ALineIsOneDatagramWithItsTrailer) {
-  start("server.example");
-  write("first", Log::LL_ERROR);
-  write("second", Log::LL_TRACE);
+  Start("server.example");
+  Write("first", Log::LL_ERROR);
+  Write("second", Log::LL_TRACE);
   EXPECT_THAT(server_.datagram(),
               MatchesRegex("<11>[A-Z][a-z]{2} [ 0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} till7 "
                            "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3}"
@@ -83,7 +83,7 @@ TEST_F(LogSyslogServerTest, ALineIsOneDatagramWithItsTrailer) {
 }
 
 TEST_F(LogSyslogServerTest, EveryKindOfLineIsSent) {
-  start("server.example");
+  Start("server.example");
   const Log::LocationInfo place("f", "Method", 1, 0);
   log_.WriteF(Log::LL_FATAL, place, "%d", 12);
   log_.WriteH(Log::LL_WARN, place, "bytes ", "\x01\xAB", 2);
@@ -95,8 +95,8 @@ TEST_F(LogSyslogServerTest, EveryKindOfLineIsSent) {
 
 TEST_F(LogSyslogServerTest, TheLongestLineGoesWhole) {
   log_.set_syslog_hostname(std::string(128, 'h').c_str());
-  start("server.example");
-  write(std::string(3000, 'x'));
+  Start("server.example");
+  Write(std::string(3000, 'x'));
   const std::string text = server_.datagram();
   EXPECT_EQ(text.size(), 39u + 1024u);
   EXPECT_EQ(text.substr(39), log_.output_);
@@ -116,51 +116,51 @@ TEST_F(LogSyslogServerTest, AnEmptyHostNameStaysEmpty) {
 
 TEST_F(LogSyslogServerTest, WithoutStartNothingIsSentNorLookedUp) {
   log_.set_output_syslog_host("server.example");
-  write("text");
+  Write("text");
   EXPECT_EQ(server_.datagram(), "none");
   EXPECT_TRUE(asked.empty());
   EXPECT_EQ(log_.output_syslog_socket_.handle(), -1);
 }
 
 TEST_F(LogSyslogServerTest, StartOpensNoSyslogWithoutAHost) {
-  start("");
+  Start("");
   EXPECT_FALSE(log_.output_syslog_opened_);
-  write("text");
+  Write("text");
   EXPECT_TRUE(asked.empty());
 }
 
 TEST_F(LogSyslogServerTest, StartOpensNoSyslogThatIsNotWanted) {
   log_.set_outputs(Log::LO_FILE);
-  start("server.example");
+  Start("server.example");
   EXPECT_FALSE(log_.output_syslog_opened_);
   log_.set_outputs(Log::LO_ALL & ~Log::LO_CONSOLE);
-  write("text");
+  Write("text");
   EXPECT_TRUE(asked.empty());
   EXPECT_EQ(server_.datagram(), "none");
 }
 
 TEST_F(LogSyslogServerTest, ALineGoesToSyslogOnlyWhileItIsWanted) {
-  start("server.example");
+  Start("server.example");
   log_.set_outputs(Log::LO_FILE);
-  write("not wanted");
+  Write("not wanted");
   log_.set_outputs(Log::LO_SYSLOG);
-  write("wanted");
+  Write("wanted");
   EXPECT_THAT(server_.datagram(), EndsWith(" - wanted\n"));
   EXPECT_EQ(server_.datagram(), "none");
 }
 
 TEST_F(LogSyslogServerTest, OpenSyslogOpensNothing) {
-  start("server.example");
+  Start("server.example");
   EXPECT_TRUE(log_.output_syslog_opened_);
   log_.OpenSyslog();
   EXPECT_FALSE(log_.output_syslog_opened_);
-  write("text");
+  Write("text");
   EXPECT_EQ(server_.datagram(), "none");
 }
 
 TEST_F(LogSyslogServerTest, CloseSyslogClosesTheSocketOfAnOpenOne) {
-  start("server.example");
-  write("text");
+  Start("server.example");
+  Write("text");
   EXPECT_GT(log_.output_syslog_socket_.handle(), 0);
   log_.CloseSyslog();
   EXPECT_EQ(log_.output_syslog_socket_.handle(), -1);
@@ -185,12 +185,12 @@ TEST_F(LogSyslogServerTest, TheDestructorClosesTheSocket) {
 }
 
 TEST_F(LogSyslogServerTest, AServerThatIsGoneFailsNobody) {
-  start("server.example");
-  server_.close();
+  Start("server.example");
+  server_.Close();
   log_.set_output_file_name(name_.c_str());
   log_.Start();
-  for (int i = 0; i < 3; ++i) write("line");
-  const std::string text = contents(name_);
+  for (int i = 0; i < 3; ++i) Write("line");
+  const std::string text = Contents(name_);
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
 }
 
@@ -200,40 +200,40 @@ TEST_F(LogSyslogServerTest, AFailedLookUpIsCountedAndNotRepeatedWithinTheInterva
   answer = [](const std::string&) { return Resolution::kFailed; };
   log_.set_output_file_name(name_.c_str());
   const uint32_t before = DateTime::GetUptime_ms();
-  start("server.example");
+  Start("server.example");
   EXPECT_EQ(log_.syslog_getaddr_errors_, 1);
   EXPECT_LT(log_.last_addr_resol_error_time_ - before, 600000u);
   EXPECT_EQ(log_.output_syslog_addr_, 0xFFFFFFFF);
   EXPECT_TRUE(log_.output_syslog_opened_);
-  write("first");
-  write("second");
+  Write("first");
+  Write("second");
   log_.Start();
-  write("third");
+  Write("third");
   EXPECT_EQ(asked.size(), 1u);
   EXPECT_EQ(log_.syslog_getaddr_errors_, 1);
   EXPECT_EQ(server_.datagram(), "none");
   // The other outputs get the lines.
-  EXPECT_THAT(contents(name_), testing::AllOf(HasSubstr("first"), HasSubstr("third")));
+  EXPECT_THAT(Contents(name_), testing::AllOf(HasSubstr("first"), HasSubstr("third")));
 }
 
 TEST_F(LogSyslogServerTest, ALineBehindTheIntervalLooksUpAgain) {
   EXPECT_EQ(OpenLog::address_resolution_interval_, 1800000);
   answer = [](const std::string&) { return Resolution::kNoAddress; };
-  start("server.example");
-  fail_before(kInterval - 600000);
-  write("early");
+  Start("server.example");
+  FailBefore(kInterval - 600000);
+  Write("early");
   EXPECT_EQ(asked.size(), 1u);
-  fail_before(kInterval);
-  write("late");
+  FailBefore(kInterval);
+  Write("late");
   EXPECT_EQ(asked.size(), 2u);
   EXPECT_EQ(log_.syslog_getaddr_errors_, 2);
-  write("early again");
+  Write("early again");
   EXPECT_EQ(asked.size(), 2u);
 
   answer = nullptr;
-  fail_before(kInterval);
-  write("found");
-  write("and kept");
+  FailBefore(kInterval);
+  Write("found");
+  Write("and kept");
   EXPECT_EQ(asked.size(), 3u);
   EXPECT_EQ(log_.syslog_getaddr_errors_, 2);
   EXPECT_THAT(server_.datagram(), EndsWith(" - found\n"));
@@ -242,30 +242,30 @@ TEST_F(LogSyslogServerTest, ALineBehindTheIntervalLooksUpAgain) {
 
 TEST_F(LogSyslogServerTest, AClockThatIsSetBackDoesNotHoldTheLookUp) {
   answer = [](const std::string&) { return Resolution::kFailed; };
-  start("server.example");
-  fail_before(static_cast<uint32_t>(-3600000));  // an hour ahead of now
-  write("text");
+  Start("server.example");
+  FailBefore(static_cast<uint32_t>(-3600000));  // an hour ahead of now
+  Write("text");
   EXPECT_EQ(asked.size(), 2u);
 }
 
 TEST_F(LogSyslogServerTest, ALineThatIsNotSentLooksNothingUp) {
   answer = [](const std::string&) { return Resolution::kFailed; };
-  start("server.example");
-  fail_before(kInterval);
+  Start("server.example");
+  FailBefore(kInterval);
   log_.set_level(Log::LL_ERROR);
-  write("below the level");
+  Write("below the level");
   log_.set_level(Log::LL_TRACE);
   log_.set_outputs(Log::LO_FILE);
-  write("not for syslog");
+  Write("not for syslog");
   EXPECT_EQ(asked.size(), 1u);
 }
 
 TEST_F(LogSyslogServerTest, AnAddressOfAllOnesIsAFailure) {
-  sockets::set_resolve_function([](const char*, uint32_t* address) {
+  sockets::SetResolveFunction([](const char*, uint32_t* address) {
     *address = 0xFFFFFFFF;
     return Resolution::kFound;
   });
-  start("everybody.example");
+  Start("everybody.example");
   EXPECT_EQ(log_.syslog_getaddr_errors_, 1);
 }
 
@@ -273,16 +273,16 @@ TEST_F(LogSyslogServerTest, AnotherHostIsLookedUpAtOnce) {
   answer = [](const std::string& host) {
     return host == "bad.example" ? Resolution::kFailed : Resolution::kFound;
   };
-  start("bad.example");
+  Start("bad.example");
   log_.set_output_syslog_host("bad.example");
-  write("the same host");
+  Write("the same host");
   EXPECT_THAT(asked, ElementsAre("bad.example"));
   log_.set_output_syslog_host("good.example");
-  write("another");
+  Write("another");
   EXPECT_THAT(server_.datagram(), EndsWith(" - another\n"));
   log_.set_output_syslog_host("bad.example");
   EXPECT_EQ(log_.output_syslog_addr_, 0xFFFFFFFF);
-  write("lost");
+  Write("lost");
   EXPECT_THAT(asked, ElementsAre("bad.example", "good.example", "bad.example"));
   EXPECT_EQ(log_.syslog_getaddr_errors_, 2);
   EXPECT_EQ(server_.datagram(), "none");
@@ -293,10 +293,10 @@ TEST_F(LogSyslogServerTest, AHostThatChangesDuringTheLookUpGetsItsOwn) {
     if (host == "old.example") log_.set_output_syslog_host("new.example");
     return host == "old.example" ? Resolution::kFailed : Resolution::kFound;
   };
-  start("old.example");
+  Start("old.example");
   EXPECT_EQ(log_.syslog_getaddr_errors_, 1);
   EXPECT_EQ(log_.output_syslog_addr_, 0xFFFFFFFF);
-  write("text");
+  Write("text");
   EXPECT_THAT(asked, ElementsAre("old.example", "new.example"));
   EXPECT_THAT(server_.datagram(), EndsWith(" - text\n"));
 }
@@ -307,12 +307,12 @@ TEST_F(LogSyslogServerTest, TheLookUpMayWriteLinesItself) {
   answer = [this](const std::string&) {
     EXPECT_TRUE(log_.mutex_.TryLock());
     log_.mutex_.Unlock();
-    write("from within");
+    Write("from within");
     return Resolution::kFound;
   };
-  start("server.example");
+  Start("server.example");
   EXPECT_EQ(asked.size(), 1u);
-  EXPECT_THAT(contents(name_), HasSubstr("from within"));
+  EXPECT_THAT(Contents(name_), HasSubstr("from within"));
   EXPECT_EQ(server_.datagram(), "none");
 }
 
@@ -333,23 +333,23 @@ TEST_F(LogSyslogServerTest, TheProcessesOwnLogMayLookUp) {
 TEST_F(LogSyslogServerTest, OtherThreadsWriteDuringALookUp) {
   log_.set_output_file_name(name_.c_str());
   answer = [this](const std::string&) {
-    std::thread([this] { write("meanwhile"); }).join();
+    std::thread([this] { Write("meanwhile"); }).join();
     return Resolution::kFound;
   };
-  start("server.example");
+  Start("server.example");
   EXPECT_EQ(asked.size(), 1u);
-  EXPECT_THAT(contents(name_), HasSubstr("meanwhile"));
+  EXPECT_THAT(Contents(name_), HasSubstr("meanwhile"));
 }
 
 TEST_F(LogSyslogServerTest, DatagramsOfSeveralThreadsNeverMix) {
   constexpr int kThreads = 4;
   constexpr int kLines = 30;
-  start("server.example");
+  Start("server.example");
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([this, t] {
       for (int i = 0; i < kLines; ++i) {
-        write(std::string(static_cast<size_t>(20 + i), static_cast<char>('a' + t)) + "|");
+        Write(std::string(static_cast<size_t>(20 + i), static_cast<char>('a' + t)) + "|");
       }
     });
   }
@@ -369,13 +369,13 @@ TEST_F(LogSyslogServerTest, DatagramsOfSeveralThreadsNeverMix) {
 
 TEST_F(LogSyslogServerTest, SettingsMayChangeWhileThreadsWrite) {
   log_.set_output_file_name(name_.c_str());
-  sockets::set_resolve_function([](const char* host, uint32_t* address) {
-    *address = loopback::address();
+  sockets::SetResolveFunction([](const char* host, uint32_t* address) {
+    *address = loopback::Address();
     return host[0] == 'b' ? Resolution::kFailed : Resolution::kFound;
   });
-  start("good.example");
+  Start("good.example");
   std::thread writer([this] {
-    for (int i = 0; i < 200; ++i) write("line");
+    for (int i = 0; i < 200; ++i) Write("line");
   });
   for (int i = 0; i < 20; ++i) {
     log_.set_output_syslog_host(i % 2 != 0 ? "good.example" : "bad.example");
@@ -383,8 +383,8 @@ TEST_F(LogSyslogServerTest, SettingsMayChangeWhileThreadsWrite) {
     log_.Start();
   }
   writer.join();
-  write("last");
-  EXPECT_THAT(contents(name_), EndsWith(" - last\n"));
+  Write("last");
+  EXPECT_THAT(Contents(name_), EndsWith(" - last\n"));
 }
 
 // --- Start and Stop.
@@ -392,12 +392,12 @@ TEST_F(LogSyslogServerTest, SettingsMayChangeWhileThreadsWrite) {
 using LogStartTest = LogSyslogServerTest;
 
 TEST_F(LogStartTest, StartAddsToTheFileThatIsNamed) {
-  put(name_, "old\n");
+  Put(name_, "old\n");
   log_.set_output_file_name(name_.c_str());
   log_.Start();
   EXPECT_TRUE(log_.output_file_opened_);
-  write("new");
-  EXPECT_THAT(contents(name_), MatchesRegex("old\n.* - new\n"));
+  Write("new");
+  EXPECT_THAT(Contents(name_), MatchesRegex("old\n.* - new\n"));
 }
 
 TEST_F(LogStartTest, StartOpensNoFileWithoutANameOrAWish) {
@@ -421,27 +421,27 @@ TEST_F(LogStartTest, StartOpensTheConsoleIfItIsWanted) {
 
 TEST_F(LogStartTest, AFileThatCannotBeOpenedFailsNobody) {
   log_.set_output_file_name((folder_ + "/missing/log").c_str());
-  start("server.example");
+  Start("server.example");
   EXPECT_FALSE(log_.output_file_opened_);
-  write("text");
+  Write("text");
   EXPECT_THAT(server_.datagram(), EndsWith(" - text\n"));
 }
 
 TEST_F(LogStartTest, StopDropsEveryLineUntilStart) {
   log_.set_output_file_name(name_.c_str());
-  start("server.example");
-  write("before");
+  Start("server.example");
+  Write("before");
   log_.Stop();
   EXPECT_TRUE(log_.stopped_);
   EXPECT_FALSE(log_.output_file_opened_);
   EXPECT_FALSE(log_.output_syslog_opened_);
   EXPECT_EQ(log_.output_syslog_socket_.handle(), -1);
-  write("between");
+  Write("between");
   log_.Stop();
   log_.Start();
   EXPECT_FALSE(log_.stopped_);
-  write("after");
-  EXPECT_THAT(contents(name_), MatchesRegex(".* - before\n.* - after\n"));
+  Write("after");
+  EXPECT_THAT(Contents(name_), MatchesRegex(".* - before\n.* - after\n"));
   EXPECT_THAT(server_.datagram(), EndsWith(" - before\n"));
   EXPECT_THAT(server_.datagram(), EndsWith(" - after\n"));
   EXPECT_EQ(server_.datagram(), "none");
@@ -449,9 +449,9 @@ TEST_F(LogStartTest, StopDropsEveryLineUntilStart) {
 }
 
 TEST_F(LogStartTest, StartWithoutAHostClosesSyslog) {
-  start("server.example");
-  write("text");
-  start("");
+  Start("server.example");
+  Write("text");
+  Start("");
   EXPECT_FALSE(log_.output_syslog_opened_);
   EXPECT_EQ(log_.output_syslog_socket_.handle(), -1);
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-tm moment() {
+tm Moment() {
   tm time = {};
   time.tm_year = 126;
   time.tm_mon = 1;
@@ -20,7 +20,7 @@ tm moment() {
 }
 
 // The header, whose length must be the one told.
-std::string header(Log::Levels level, const tm& time, const char* host) {
+std::string Header(Log::Levels level, const tm& time, const char* host) {
   char text[Log::LS_HEADER + 1];
   std::memset(text, '#', sizeof(text));
   const size_t length = OpenLog::FormatSyslogHeader(text, level, time, host);
@@ -37,7 +37,7 @@ TEST(LogSyslogTest, TheSeverityFollowsTheLevel) {
               {Log::LL_WARN, "<12>"},  {Log::LL_ERROR, "<11>"}, {Log::LL_FATAL, "<8>"},
               {Log::LL_LEVELS, "<15>"}};
   for (const auto& row : rows) {
-    EXPECT_EQ(header(row.level, moment(), "host"),
+    EXPECT_EQ(Header(row.level, Moment(), "host"),
               std::string(row.priority) + "Feb  3 04:05:06 host ");
   }
 }
@@ -45,21 +45,21 @@ TEST(LogSyslogTest, TheSeverityFollowsTheLevel) {
 TEST(LogSyslogTest, MonthsAreEnglish) {
   const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  tm time = moment();
+  tm time = Moment();
   time.tm_mday = 30;
   for (int i = 0; i < 12; ++i) {
     time.tm_mon = i;
-    EXPECT_EQ(header(Log::LL_INFO, time, "h"), std::string("<14>") + months[i] + " 30 04:05:06 h ");
+    EXPECT_EQ(Header(Log::LL_INFO, time, "h"), std::string("<14>") + months[i] + " 30 04:05:06 h ");
   }
 }
 
 TEST(LogSyslogTest, ALongHostNameIsCutAtThirtyNineCharacters) {
   // "<14>Feb  3 04:05:06 " has 20 characters: 19 of the name are left.
-  EXPECT_EQ(header(Log::LL_INFO, moment(), "eighteen_letters__"),
+  EXPECT_EQ(Header(Log::LL_INFO, Moment(), "eighteen_letters__"),
             "<14>Feb  3 04:05:06 eighteen_letters__ ");
-  EXPECT_EQ(header(Log::LL_INFO, moment(), "nineteen_letters___"),
+  EXPECT_EQ(Header(Log::LL_INFO, Moment(), "nineteen_letters___"),
             "<14>Feb  3 04:05:06 nineteen_letters___");
-  EXPECT_EQ(header(Log::LL_INFO, moment(), std::string(128, 'h').c_str()),
+  EXPECT_EQ(Header(Log::LL_INFO, Moment(), std::string(128, 'h').c_str()),
             "<14>Feb  3 04:05:06 " + std::string(19, 'h'));
 }
 

@@ -17,7 +17,7 @@
 namespace {
 
 // The line that is in the buffer.
-std::string line_of(const OpenLog& log) { return log.output_; }
+std::string LineOf(const OpenLog& log) { return log.output_; }
 
 // A log that builds lines and shows them nowhere.
 class LogLineTest : public testing::Test {
@@ -35,7 +35,7 @@ class LogLineTest : public testing::Test {
   // A place whose prefix has that many characters: the date with its blank and the time 19,
   // the milliseconds with their point 4, the letter with its colon 2, then the thread, the
   // function and the line each behind a colon, and " - ".
-  Log::LocationInfo place(size_t prefix) {
+  Log::LocationInfo Place(size_t prefix) {
     const size_t fixed = 19 + 4 + 2 + 1 + thread_.size() + 1 + 1 + 1 + 3;
     EXPECT_GE(prefix, fixed);
     method_ = std::string(prefix - fixed, 'm');
@@ -174,14 +174,14 @@ TEST(LogTest, ThereIsOneObjectForAllThreads) {
 
 // What the work writes to standard output.
 template <typename Work>
-std::string printed(Work work) {
+std::string Printed(Work work) {
   testing::internal::CaptureStdout();
   work();
   return testing::internal::GetCapturedStdout();
 }
 
 // The lines, with every digit of their stamps as 0.
-std::string without_stamps(const std::string& text) {
+std::string WithoutStamps(const std::string& text) {
   std::istringstream lines(text);
   std::string line;
   std::string result;
@@ -194,14 +194,14 @@ std::string without_stamps(const std::string& text) {
   return result;
 }
 
-std::string expect(char letter, int line, const std::string& message) {
+std::string Expect(char letter, int line, const std::string& message) {
   return "0000-00-00 00:00:00.000:" + std::string(1, letter) + ":" +
-         std::to_string(Thread::Identify()) + ":write_all:" + std::to_string(line) + " - " +
+         std::to_string(Thread::Identify()) + ":WriteAll:" + std::to_string(line) + " - " +
          message + "\n";
 }
 
 int write_all_line;
-void write_all() {
+void WriteAll() {
   const unsigned char bytes[] = {0x00, 0x9A, 0xFF};
   write_all_line = __LINE__;
   LOG_TRACE("first %d");
@@ -224,18 +224,18 @@ void write_all() {
 }
 
 TEST(LogTest, WithTheDefaultsEveryMacroWritesItsLineToStandardOutput) {
-  const std::string text = printed(write_all);
+  const std::string text = Printed(WriteAll);
   const int line = write_all_line;
-  const std::string expected = expect('T', line + 1, "first %d") + expect('D', line + 2, "second") +
-                               expect('I', line + 3, "third") + expect('W', line + 4, "fourth") +
-                               expect('E', line + 5, "fifth") + expect('F', line + 6, "sixth") +
-                               expect('T', line + 7, "format 7") + expect('D', line + 8, "plain") +
-                               expect('I', line + 9, "text") + expect('W', line + 10, "c") +
-                               expect('E', line + 11, "%") + expect('F', line + 12, "005") +
-                               expect('T', line + 13, "hex 009AFF") +
-                               expect('I', line + 14, "009A") + expect('W', line + 15, "hex 00") +
-                               expect('E', line + 16, "none") + expect('F', line + 17, "none");
-  EXPECT_EQ(without_stamps(text), expected);
+  const std::string expected = Expect('T', line + 1, "first %d") + Expect('D', line + 2, "second") +
+                               Expect('I', line + 3, "third") + Expect('W', line + 4, "fourth") +
+                               Expect('E', line + 5, "fifth") + Expect('F', line + 6, "sixth") +
+                               Expect('T', line + 7, "format 7") + Expect('D', line + 8, "plain") +
+                               Expect('I', line + 9, "text") + Expect('W', line + 10, "c") +
+                               Expect('E', line + 11, "%") + Expect('F', line + 12, "005") +
+                               Expect('T', line + 13, "hex 009AFF") +
+                               Expect('I', line + 14, "009A") + Expect('W', line + 15, "hex 00") +
+                               Expect('E', line + 16, "none") + Expect('F', line + 17, "none");
+  EXPECT_EQ(WithoutStamps(text), expected);
 }
 
 TEST(LogTest, TheStampIsTheLocalTimeNow) {
@@ -258,13 +258,13 @@ TEST(LogTest, TheStampIsTheLocalTimeNow) {
 
 TEST(LogTest, ALineGoesOnlyToAnOutputThatIsWantedAndOpen) {
   OpenLog log;
-  EXPECT_NE(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  EXPECT_NE(Printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
   log.set_outputs(Log::LO_ALL & ~Log::LO_CONSOLE);
-  EXPECT_EQ(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  EXPECT_EQ(Printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
   log.set_outputs(Log::LO_CONSOLE);
-  EXPECT_NE(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  EXPECT_NE(Printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
   log.output_console_opened_ = false;
-  EXPECT_EQ(printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
+  EXPECT_EQ(Printed([&] { log.Write(Log::LL_INFO, kPlace, "x"); }), "");
 }
 
 // --- The gate.
@@ -274,8 +274,8 @@ TEST_F(LogLineTest, ALineBelowTheLevelTouchesNeitherBufferNorLockNorOutputs) {
   log_.set_level(Log::LL_WARN);
   log_.Write(Log::LL_WARN, kPlace, "kept");
   log_.set_outputs(Log::LO_ALL);
-  const std::string kept = line_of(log_);
-  const std::string text = printed([&] {
+  const std::string kept = LineOf(log_);
+  const std::string text = Printed([&] {
     MutexLock lock(&log_.mutex_);
     for (Log::Levels level : {Log::LL_TRACE, Log::LL_DEBUG, Log::LL_INFO}) {
       log_.Write(level, kPlace, "x");
@@ -284,7 +284,7 @@ TEST_F(LogLineTest, ALineBelowTheLevelTouchesNeitherBufferNorLockNorOutputs) {
     }
   });
   EXPECT_EQ(text, "");
-  EXPECT_EQ(line_of(log_), kept);
+  EXPECT_EQ(LineOf(log_), kept);
   EXPECT_EQ(log_.output_level_, Log::LL_WARN);
 }
 
@@ -293,7 +293,7 @@ TEST_F(LogLineTest, ALineOfTheLevelOrAbovePasses) {
   for (Log::Levels level : {Log::LL_WARN, Log::LL_ERROR, Log::LL_FATAL}) {
     const std::string message = "m" + std::to_string(level);
     log_.Write(level, kPlace, message.c_str());
-    EXPECT_NE(line_of(log_).find(" - " + message + "\n"), std::string::npos);
+    EXPECT_NE(LineOf(log_).find(" - " + message + "\n"), std::string::npos);
     EXPECT_EQ(log_.output_level_, level);
   }
 }
@@ -328,7 +328,7 @@ TEST_F(LogLineTest, AStoppedLogDropsEveryLine) {
   log_.Write(Log::LL_FATAL, kPlace, "x");
   log_.WriteF(Log::LL_FATAL, kPlace, "%s", "x");
   log_.WriteH(Log::LL_FATAL, kPlace, "x", "x", 1);
-  EXPECT_EQ(line_of(log_), "");
+  EXPECT_EQ(LineOf(log_), "");
 }
 
 TEST_F(LogLineTest, TheMillisecondsAreThoseOfTheSecond) {
@@ -342,65 +342,65 @@ TEST_F(LogLineTest, TheMillisecondsAreThoseOfTheSecond) {
   log_.Write(Log::LL_INFO, kPlace, "x");
   const auto after = now();
   // "2024-03-15 10:30:00.123"
-  const long shown = std::stol(line_of(log_).substr(20, 3));
+  const long shown = std::stol(LineOf(log_).substr(20, 3));
   EXPECT_LE((shown + 1000 - before % 1000) % 1000, after - before);
 }
 
 // --- Lines at their limits.
 
 TEST_F(LogLineTest, ThePrefixHasTheLengthOfItsParts) {
-  log_.Write(Log::LL_INFO, place(60), "x");
-  EXPECT_EQ(line_of(log_).substr(57), " - x\n");
+  log_.Write(Log::LL_INFO, Place(60), "x");
+  EXPECT_EQ(LineOf(log_).substr(57), " - x\n");
 }
 
 TEST_F(LogLineTest, ALineThatJustFitsKeepsItsTrailer) {
-  log_.Write(Log::LL_INFO, place(60), std::string(963, 'x').c_str());
-  EXPECT_EQ(line_of(log_).size(), 1024u);
-  EXPECT_EQ(line_of(log_).substr(60), std::string(963, 'x') + "\n");
+  log_.Write(Log::LL_INFO, Place(60), std::string(963, 'x').c_str());
+  EXPECT_EQ(LineOf(log_).size(), 1024u);
+  EXPECT_EQ(LineOf(log_).substr(60), std::string(963, 'x') + "\n");
 }
 
 TEST_F(LogLineTest, ALineThatReachesTheLimitLosesItsTrailer) {
   for (size_t length : {964, 965, 1023, 1024, 1025, 100000}) {
-    log_.Write(Log::LL_INFO, place(60), std::string(length, 'x').c_str());
-    EXPECT_EQ(line_of(log_).size(), 1024u) << length;
-    EXPECT_EQ(line_of(log_).substr(60), std::string(964, 'x')) << length;
+    log_.Write(Log::LL_INFO, Place(60), std::string(length, 'x').c_str());
+    EXPECT_EQ(LineOf(log_).size(), 1024u) << length;
+    EXPECT_EQ(LineOf(log_).substr(60), std::string(964, 'x')) << length;
   }
 }
 
 TEST_F(LogLineTest, ATrailerIsCutAtTheLimit) {
   log_.set_trailer("123456");
-  log_.Write(Log::LL_INFO, place(60), std::string(958, 'x').c_str());
-  EXPECT_EQ(line_of(log_).substr(60), std::string(958, 'x') + "123456");
-  log_.Write(Log::LL_INFO, place(60), std::string(960, 'x').c_str());
-  EXPECT_EQ(line_of(log_).substr(60), std::string(960, 'x') + "1234");
+  log_.Write(Log::LL_INFO, Place(60), std::string(958, 'x').c_str());
+  EXPECT_EQ(LineOf(log_).substr(60), std::string(958, 'x') + "123456");
+  log_.Write(Log::LL_INFO, Place(60), std::string(960, 'x').c_str());
+  EXPECT_EQ(LineOf(log_).substr(60), std::string(960, 'x') + "1234");
 }
 
 TEST_F(LogLineTest, AFormattedTextThatIsCutKeepsTheTrailersFirstCharacter) {
   for (const char* trailer : {"\n", "\r\n", "123456"}) {
     log_.set_trailer(trailer);
     for (size_t length : {963, 964, 5000}) {
-      log_.WriteF(Log::LL_INFO, place(60), "%s", std::string(length, 'x').c_str());
-      EXPECT_EQ(line_of(log_).size(), 1024u) << length;
-      EXPECT_EQ(line_of(log_).substr(60), std::string(963, 'x') + trailer[0]) << length;
+      log_.WriteF(Log::LL_INFO, Place(60), "%s", std::string(length, 'x').c_str());
+      EXPECT_EQ(LineOf(log_).size(), 1024u) << length;
+      EXPECT_EQ(LineOf(log_).substr(60), std::string(963, 'x') + trailer[0]) << length;
     }
   }
 }
 
 TEST_F(LogLineTest, AFormattedTextThatFitsKeepsItsTrailer) {
   log_.set_trailer("\r\n");
-  log_.WriteF(Log::LL_INFO, place(60), "%s", std::string(962, 'x').c_str());
-  EXPECT_EQ(line_of(log_).substr(60), std::string(962, 'x') + "\r\n");
-  log_.WriteF(Log::LL_INFO, place(60), "%s%d", "a", -1);
-  EXPECT_EQ(line_of(log_).substr(60), "a-1\r\n");
+  log_.WriteF(Log::LL_INFO, Place(60), "%s", std::string(962, 'x').c_str());
+  EXPECT_EQ(LineOf(log_).substr(60), std::string(962, 'x') + "\r\n");
+  log_.WriteF(Log::LL_INFO, Place(60), "%s%d", "a", -1);
+  EXPECT_EQ(LineOf(log_).substr(60), "a-1\r\n");
 }
 
 // Bytes of a pattern, and their text.
-std::string some_bytes(size_t count) {
+std::string SomeBytes(size_t count) {
   std::string bytes(count, '\0');
   for (size_t i = 0; i < count; ++i) bytes[i] = static_cast<char>(i * 37 + 11);
   return bytes;
 }
-std::string hex_text(const std::string& bytes) {
+std::string HexText(const std::string& bytes) {
   std::string text;
   for (char c : bytes) {
     const unsigned byte = static_cast<unsigned char>(c);
@@ -411,37 +411,37 @@ std::string hex_text(const std::string& bytes) {
 }
 
 TEST_F(LogLineTest, ADumpShowsTheBytesThatFit) {
-  const std::string bytes = some_bytes(1000);
-  log_.WriteH(Log::LL_INFO, place(50), "0123456789", bytes.data(), bytes.size());
+  const std::string bytes = SomeBytes(1000);
+  log_.WriteH(Log::LL_INFO, Place(50), "0123456789", bytes.data(), bytes.size());
   // (1024 - 60 - 1) / 2 = 481
-  EXPECT_EQ(line_of(log_).substr(50), "0123456789" + hex_text(bytes.substr(0, 481)) + "\n");
-  EXPECT_EQ(line_of(log_).size(), 1023u);
+  EXPECT_EQ(LineOf(log_).substr(50), "0123456789" + HexText(bytes.substr(0, 481)) + "\n");
+  EXPECT_EQ(LineOf(log_).size(), 1023u);
 }
 
 TEST_F(LogLineTest, ADumpLeavesRoomForTheWholeTrailer) {
-  const std::string bytes = some_bytes(1000);
+  const std::string bytes = SomeBytes(1000);
   log_.set_trailer("123456");
-  log_.WriteH(Log::LL_INFO, place(60), "", bytes.data(), bytes.size());
+  log_.WriteH(Log::LL_INFO, Place(60), "", bytes.data(), bytes.size());
   // (1024 - 60 - 6) / 2 = 479
-  EXPECT_EQ(line_of(log_).substr(60), hex_text(bytes.substr(0, 479)) + "123456");
-  EXPECT_EQ(line_of(log_).size(), 1024u);
+  EXPECT_EQ(LineOf(log_).substr(60), HexText(bytes.substr(0, 479)) + "123456");
+  EXPECT_EQ(LineOf(log_).size(), 1024u);
 }
 
 TEST_F(LogLineTest, ADumpShowsNoMoreThanItsLength) {
-  const std::string bytes = some_bytes(16);
-  log_.WriteH(Log::LL_INFO, place(60), "m:", bytes.data(), 3);
-  EXPECT_EQ(line_of(log_).substr(60), "m:" + hex_text(bytes.substr(0, 3)) + "\n");
+  const std::string bytes = SomeBytes(16);
+  log_.WriteH(Log::LL_INFO, Place(60), "m:", bytes.data(), 3);
+  EXPECT_EQ(LineOf(log_).substr(60), "m:" + HexText(bytes.substr(0, 3)) + "\n");
 }
 
 TEST_F(LogLineTest, ADumpOfNoBytesIsItsMessage) {
-  log_.WriteH(Log::LL_INFO, place(60), "message", "bytes", 0);
-  EXPECT_EQ(line_of(log_).substr(60), "message\n");
-  log_.WriteH(Log::LL_INFO, place(60), "message", nullptr, 0);
-  EXPECT_EQ(line_of(log_).substr(60), "message\n");
+  log_.WriteH(Log::LL_INFO, Place(60), "message", "bytes", 0);
+  EXPECT_EQ(LineOf(log_).substr(60), "message\n");
+  log_.WriteH(Log::LL_INFO, Place(60), "message", nullptr, 0);
+  EXPECT_EQ(LineOf(log_).substr(60), "message\n");
 }
 
 TEST_F(LogLineTest, ADumpBehindAMessageThatFillsTheLineShowsNoByte) {
-  const std::string bytes = some_bytes(8);
+  const std::string bytes = SomeBytes(8);
   // Characters of the message, bytes shown, and whether the trailer still fits.
   const struct {
     size_t message;
@@ -450,11 +450,11 @@ TEST_F(LogLineTest, ADumpBehindAMessageThatFillsTheLineShowsNoByte) {
   } rows[] = {{960, 1, true},  {961, 1, true},  {962, 0, true},  {963, 0, true},
               {964, 0, false}, {965, 0, false}, {5000, 0, false}};
   for (const auto& row : rows) {
-    log_.WriteH(Log::LL_INFO, place(60), std::string(row.message, 'x').c_str(), bytes.data(), 8);
+    log_.WriteH(Log::LL_INFO, Place(60), std::string(row.message, 'x').c_str(), bytes.data(), 8);
     const size_t kept = row.message < 964 ? row.message : 964;
     EXPECT_EQ(
-        line_of(log_).substr(60),
-        std::string(kept, 'x') + hex_text(bytes.substr(0, row.shown)) + (row.trailer ? "\n" : ""))
+        LineOf(log_).substr(60),
+        std::string(kept, 'x') + HexText(bytes.substr(0, row.shown)) + (row.trailer ? "\n" : ""))
         << row.message;
   }
 }
@@ -463,42 +463,42 @@ TEST_F(LogLineTest, AnOverlongFunctionNameLeavesNoRoomForMore) {
   const std::string method(5000, 'm');
   const Log::LocationInfo place("f", method.c_str(), 1, 0);
   log_.Write(Log::LL_INFO, place, "xyz");
-  EXPECT_EQ(line_of(log_).size(), 1024u);
-  EXPECT_EQ(line_of(log_).substr(1021), "mmx");
+  EXPECT_EQ(LineOf(log_).size(), 1024u);
+  EXPECT_EQ(LineOf(log_).substr(1021), "mmx");
   log_.WriteF(Log::LL_INFO, place, "%s", "xyz");
-  EXPECT_EQ(line_of(log_).substr(1021), "mm\n");
+  EXPECT_EQ(LineOf(log_).substr(1021), "mm\n");
   log_.WriteH(Log::LL_INFO, place, "xyz", "x", 1);
-  EXPECT_EQ(line_of(log_).substr(1021), "mmx");
+  EXPECT_EQ(LineOf(log_).substr(1021), "mmx");
   log_.WriteH(Log::LL_INFO, place, "", "x", 1);
-  EXPECT_EQ(line_of(log_).substr(1021), "mm\n");
+  EXPECT_EQ(LineOf(log_).substr(1021), "mm\n");
 }
 
 TEST_F(LogLineTest, MissingTextsAreEmpty) {
   log_.Write(Log::LL_INFO, Log::LocationInfo(nullptr, nullptr, -5, 0), nullptr);
-  EXPECT_EQ(line_of(log_).substr(23), ":I:" + thread_ + "::-5 - \n");
+  EXPECT_EQ(LineOf(log_).substr(23), ":I:" + thread_ + "::-5 - \n");
   log_.WriteH(Log::LL_INFO, Log::LocationInfo(nullptr, nullptr, 0, 0), nullptr, "a", 1);
-  EXPECT_EQ(line_of(log_).substr(23), ":I:" + thread_ + "::0 - 61\n");
+  EXPECT_EQ(LineOf(log_).substr(23), ":I:" + thread_ + "::0 - 61\n");
 }
 
 TEST_F(LogLineTest, ALevelThatIsNoneHasNoLetter) {
   log_.Write(Log::LL_LEVELS, kPlace, "x");
-  EXPECT_EQ(line_of(log_).substr(23, 3), ":?:");
+  EXPECT_EQ(LineOf(log_).substr(23, 3), ":?:");
   log_.Write(static_cast<Log::Levels>(7), kPlace, "x");
-  EXPECT_EQ(line_of(log_).substr(23, 3), ":?:");
+  EXPECT_EQ(LineOf(log_).substr(23, 3), ":?:");
 }
 
 TEST_F(LogLineTest, EveryByteOfAMessageGoesOutAsItIs) {
   std::string all;
   for (int i = 1; i < 256; ++i) all += static_cast<char>(i);
-  log_.Write(Log::LL_INFO, place(60), all.c_str());
-  EXPECT_EQ(line_of(log_).substr(60), all + "\n");
-  log_.WriteF(Log::LL_INFO, place(60), "%s", all.c_str());
-  EXPECT_EQ(line_of(log_).substr(60), all + "\n");
+  log_.Write(Log::LL_INFO, Place(60), all.c_str());
+  EXPECT_EQ(LineOf(log_).substr(60), all + "\n");
+  log_.WriteF(Log::LL_INFO, Place(60), "%s", all.c_str());
+  EXPECT_EQ(LineOf(log_).substr(60), all + "\n");
 }
 
 TEST_F(LogLineTest, AReadyTextIsNoFormat) {
-  log_.Write(Log::LL_INFO, place(60), "%s%n%d");
-  EXPECT_EQ(line_of(log_).substr(60), "%s%n%d\n");
+  log_.Write(Log::LL_INFO, Place(60), "%s%n%d");
+  EXPECT_EQ(LineOf(log_).substr(60), "%s%n%d\n");
 }
 
 }  // namespace

@@ -8,19 +8,19 @@
 namespace {
 
 TEST(NumberArithmeticTest, Sums) {
-  EXPECT_EQ(text(Number("1.10") + Number("2.2")), "3.30");
+  EXPECT_EQ(Text(Number("1.10") + Number("2.2")), "3.30");
   EXPECT_EQ((Number("1.10") + Number("2.2")).precision, 2u);
-  EXPECT_EQ(text(Number("2.2") + Number("1.10")), "3.30");
-  EXPECT_EQ(text(Number("1.5") - Number("2")), "-0.5");
-  EXPECT_EQ(text(Number("-1.5") - Number("2")), "-3.5");
-  EXPECT_EQ(text(Number("-1.5") + Number("2")), "0.5");
-  EXPECT_EQ(text(Number("1.5") - Number("-2")), "3.5");
-  EXPECT_EQ(text(Number("0.00") + Number("5")), "5.00");
+  EXPECT_EQ(Text(Number("2.2") + Number("1.10")), "3.30");
+  EXPECT_EQ(Text(Number("1.5") - Number("2")), "-0.5");
+  EXPECT_EQ(Text(Number("-1.5") - Number("2")), "-3.5");
+  EXPECT_EQ(Text(Number("-1.5") + Number("2")), "0.5");
+  EXPECT_EQ(Text(Number("1.5") - Number("-2")), "3.5");
+  EXPECT_EQ(Text(Number("0.00") + Number("5")), "5.00");
   Number num("1.5");
   num += num;
-  EXPECT_EQ(text(num), "3.0");
+  EXPECT_EQ(Text(num), "3.0");
   num -= num;
-  EXPECT_EQ(text(num), "0.0");
+  EXPECT_EQ(Text(num), "0.0");
 }
 
 TEST(NumberArithmeticTest, ASumCountsItsDecimalsAsDigits) {
@@ -31,9 +31,9 @@ TEST(NumberArithmeticTest, ASumCountsItsDecimalsAsDigits) {
 
 TEST(NumberArithmeticTest, EqualMagnitudesGiveZeroOfTheLeftPrecision) {
   const Number zero = Number(5) - Number("5.00");
-  expect_zero(zero);
+  ExpectZero(zero);
   EXPECT_EQ(zero.precision, 0u);
-  EXPECT_EQ(text(Number("5.00") - Number(5)), "0.00");
+  EXPECT_EQ(Text(Number("5.00") - Number(5)), "0.00");
   EXPECT_FALSE((Number(-5) + Number(5)).isNegative());
 }
 
@@ -44,64 +44,64 @@ TEST(NumberArithmeticTest, AZeroThatBecomesAValueIsAnOrdinaryOne) {
 }
 
 TEST(NumberArithmeticTest, SumsOutOfRange) {
-  expect_overflow(Number(9999999999999999) + Number(1));
-  expect_overflow(Number(-9999999999999999) - Number(1));
-  EXPECT_EQ(text(Number(9999999999999998) + Number(1)), "9999999999999999");
+  ExpectOverflow(Number(9999999999999999) + Number(1));
+  ExpectOverflow(Number(-9999999999999999) - Number(1));
+  EXPECT_EQ(Text(Number(9999999999999998) + Number(1)), "9999999999999999");
   // 16 digits and 3 decimals are 19, one more than there is room for.
-  expect_overflow(Number(1000000000000000) + Number("0.001"));
+  ExpectOverflow(Number(1000000000000000) + Number("0.001"));
   // 16 digits and 2 decimals have room, but the sum has 18 digits.
-  expect_overflow(Number(1000000000000000) + Number("0.01"));
-  expect_overflow(Number("0.01") + Number(1000000000000000));
+  ExpectOverflow(Number(1000000000000000) + Number("0.01"));
+  ExpectOverflow(Number("0.01") + Number(1000000000000000));
   // Both at four decimals, the longer one of 15 digits.
-  expect_overflow(Number(100000000000000, 4) + Number(1, 4));
-  EXPECT_EQ(text(Number(10000000000000, 4) + Number(1, 4)), "1000000000.0001");
+  ExpectOverflow(Number(100000000000000, 4) + Number(1, 4));
+  EXPECT_EQ(Text(Number(10000000000000, 4) + Number(1, 4)), "1000000000.0001");
 }
 
 TEST(NumberArithmeticTest, OverflowOnEitherSideOfASumIsOverflow) {
-  for (const Number& bad : {overflow(), Number::NaN}) {
+  for (const Number& bad : {Overflow(), Number::NaN}) {
     for (const Number& good : {Number(0), Number(1), Number("-1.0001")}) {
-      expect_overflow(bad + good);
-      expect_overflow(good + bad);
-      expect_overflow(bad - good);
-      expect_overflow(good - bad);
-      expect_overflow(Number(bad) += good);
-      expect_overflow(Number(good) -= bad);
+      ExpectOverflow(bad + good);
+      ExpectOverflow(good + bad);
+      ExpectOverflow(bad - good);
+      ExpectOverflow(good - bad);
+      ExpectOverflow(Number(bad) += good);
+      ExpectOverflow(Number(good) -= bad);
     }
-    expect_overflow(bad + 1);
-    expect_overflow(bad - 1);
-    expect_overflow(bad + bad);
-    expect_overflow(bad - bad);
+    ExpectOverflow(bad + 1);
+    ExpectOverflow(bad - 1);
+    ExpectOverflow(bad + bad);
+    ExpectOverflow(bad - bad);
   }
 }
 
 TEST(NumberArithmeticTest, SumsWithIntegers) {
-  EXPECT_EQ(text(Number("1.50") + 2), "3.50");
-  EXPECT_EQ(text(Number("1.50") - 2), "-0.50");
-  EXPECT_EQ(text(Number("1.50") + -2), "-0.50");
-  EXPECT_EQ(text(Number("1.50") - -2), "3.50");
-  EXPECT_EQ(text(Number("2.00") - 2), "0.00");
-  EXPECT_EQ(text(Number("2.00") + 0), "2.00");
-  EXPECT_EQ(text(Number("2.00") - 0), "2.00");
-  EXPECT_EQ(text(Number("0.0001") + 999999999999), "999999999999.0001");
-  expect_overflow(Number("0.0001") + 1000000000000);
-  expect_overflow(Number(9999999999999999) + 1);
-  expect_overflow(Number(1) + INT64_MAX);
-  expect_overflow(Number(1) + INT64_MIN);
-  expect_overflow(Number(1) - INT64_MIN);
+  EXPECT_EQ(Text(Number("1.50") + 2), "3.50");
+  EXPECT_EQ(Text(Number("1.50") - 2), "-0.50");
+  EXPECT_EQ(Text(Number("1.50") + -2), "-0.50");
+  EXPECT_EQ(Text(Number("1.50") - -2), "3.50");
+  EXPECT_EQ(Text(Number("2.00") - 2), "0.00");
+  EXPECT_EQ(Text(Number("2.00") + 0), "2.00");
+  EXPECT_EQ(Text(Number("2.00") - 0), "2.00");
+  EXPECT_EQ(Text(Number("0.0001") + 999999999999), "999999999999.0001");
+  ExpectOverflow(Number("0.0001") + 1000000000000);
+  ExpectOverflow(Number(9999999999999999) + 1);
+  ExpectOverflow(Number(1) + INT64_MAX);
+  ExpectOverflow(Number(1) + INT64_MIN);
+  ExpectOverflow(Number(1) - INT64_MIN);
   // Times ten this one is 4 modulo 2 to the 64.
-  expect_overflow(Number("0.1") + int64_t{1844674407370955162});
+  ExpectOverflow(Number("0.1") + int64_t{1844674407370955162});
 }
 
 TEST(NumberArithmeticTest, Products) {
-  EXPECT_EQ(text(Number("1.5") * Number("2.25")), "3.375");
-  EXPECT_EQ(text(Number("-1.5") * Number("2")), "-3.0");
-  EXPECT_EQ(text(Number("-1.5") * Number("-2")), "3.0");
-  EXPECT_EQ(text(Number("1.23") * Number("1.234")), "1.5178");  // 1.51782
-  EXPECT_EQ(text(Number("0.0001") * Number("0.5")), "0.0000");
-  expect_zero(Number("-0.0001") * Number("0.5"));
+  EXPECT_EQ(Text(Number("1.5") * Number("2.25")), "3.375");
+  EXPECT_EQ(Text(Number("-1.5") * Number("2")), "-3.0");
+  EXPECT_EQ(Text(Number("-1.5") * Number("-2")), "3.0");
+  EXPECT_EQ(Text(Number("1.23") * Number("1.234")), "1.5178");  // 1.51782
+  EXPECT_EQ(Text(Number("0.0001") * Number("0.5")), "0.0000");
+  ExpectZero(Number("-0.0001") * Number("0.5"));
   Number num("1.5");
   num *= num;
-  EXPECT_EQ(text(num), "2.25");
+  EXPECT_EQ(Text(num), "2.25");
 }
 
 TEST(NumberArithmeticTest, DigitCountsOfProducts) {
@@ -111,75 +111,75 @@ TEST(NumberArithmeticTest, DigitCountsOfProducts) {
 }
 
 TEST(NumberArithmeticTest, ProductsWithZeroAndOverflow) {
-  expect_zero(Number(0) * Number(5));
-  expect_zero(Number(5) * Number(0));
-  expect_zero(Number(0) * overflow());
+  ExpectZero(Number(0) * Number(5));
+  ExpectZero(Number(5) * Number(0));
+  ExpectZero(Number(0) * Overflow());
   // A NaN has a magnitude of 0, which comes first.
-  expect_zero(Number::NaN * Number(5));
-  expect_zero(overflow() * Number::NaN);
-  EXPECT_EQ(text(Number("0.00") * Number(5)), "0.00");
-  expect_overflow(overflow() * Number(5));
-  expect_overflow(Number(5) * overflow());
-  expect_overflow(Number(-5) * overflow());
+  ExpectZero(Number::NaN * Number(5));
+  ExpectZero(Overflow() * Number::NaN);
+  EXPECT_EQ(Text(Number("0.00") * Number(5)), "0.00");
+  ExpectOverflow(Overflow() * Number(5));
+  ExpectOverflow(Number(5) * Overflow());
+  ExpectOverflow(Number(-5) * Overflow());
 }
 
 TEST(NumberArithmeticTest, ProductsOutOfRange) {
-  EXPECT_EQ(text(Number(99999999) * Number(100000000)), "9999999900000000");
-  expect_overflow(Number(100000000) * Number(100000000));
+  EXPECT_EQ(Text(Number(99999999) * Number(100000000)), "9999999900000000");
+  ExpectOverflow(Number(100000000) * Number(100000000));
   // 11 digits each, tested before the decimals are dropped.
-  expect_overflow(Number("1000000.0000") * Number("1000000.0000"));
+  ExpectOverflow(Number("1000000.0000") * Number("1000000.0000"));
   // The product fits after its decimals are dropped, but is tested before.
-  expect_overflow(Number("10000.0000") * Number("10000.0000"));
+  ExpectOverflow(Number("10000.0000") * Number("10000.0000"));
 }
 
 TEST(NumberArithmeticTest, ProductsWithIntegers) {
-  EXPECT_EQ(text(Number("1.25") * 3), "3.75");
-  EXPECT_EQ(text(Number("1.25") * -3), "-3.75");
-  EXPECT_EQ(text(Number("-1.25") * -3), "3.75");
+  EXPECT_EQ(Text(Number("1.25") * 3), "3.75");
+  EXPECT_EQ(Text(Number("1.25") * -3), "-3.75");
+  EXPECT_EQ(Text(Number("-1.25") * -3), "3.75");
   EXPECT_EQ((Number(5) * 5).size, 2u);
   EXPECT_EQ((Number(2) * 2).size, 1u);
   EXPECT_EQ((Number(123456789) * 9).size, 10u);  // 1111111101
   EXPECT_EQ((Number(123456789) * 2).size, 9u);
-  expect_zero(Number(5) * 0);
-  expect_zero(Number(0) * 5);
-  expect_zero(Number(0) * INT64_MIN);
-  expect_zero(overflow() * 0);
-  expect_overflow(overflow() * 1);
-  expect_overflow(Number(1) * kLimit);
-  expect_overflow(Number(1) * INT64_MIN);
-  EXPECT_EQ(text(Number(1) * 9999999999999999), "9999999999999999");
-  expect_overflow(Number(2) * 9999999999999999);
-  expect_overflow(Number(1000) * 9999999999999999);
+  ExpectZero(Number(5) * 0);
+  ExpectZero(Number(0) * 5);
+  ExpectZero(Number(0) * INT64_MIN);
+  ExpectZero(Overflow() * 0);
+  ExpectOverflow(Overflow() * 1);
+  ExpectOverflow(Number(1) * kLimit);
+  ExpectOverflow(Number(1) * INT64_MIN);
+  EXPECT_EQ(Text(Number(1) * 9999999999999999), "9999999999999999");
+  ExpectOverflow(Number(2) * 9999999999999999);
+  ExpectOverflow(Number(1000) * 9999999999999999);
 }
 
 TEST(NumberArithmeticTest, Quotients) {
   const Number third = Number(1) / Number(3);
-  EXPECT_EQ(text(third), "0.3333");
+  EXPECT_EQ(Text(third), "0.3333");
   EXPECT_EQ(third.precision, 4u);
   EXPECT_EQ(third.size, 4u);
-  EXPECT_EQ(text(Number(2) / Number(3)), "0.6666");
-  EXPECT_EQ(text(Number(-2) / Number(3)), "-0.6666");
-  EXPECT_EQ(text(Number(-2) / Number(-3)), "0.6666");
-  EXPECT_EQ(text(Number("1.00") / Number("0.03")), "33.3333");
-  EXPECT_EQ(text(Number(1) / Number("0.0003")), "3333.3333");
-  EXPECT_EQ(text(Number("0.0003") / Number(1)), "0.0003");
-  expect_zero(Number("-0.0001") / Number(3));
+  EXPECT_EQ(Text(Number(2) / Number(3)), "0.6666");
+  EXPECT_EQ(Text(Number(-2) / Number(3)), "-0.6666");
+  EXPECT_EQ(Text(Number(-2) / Number(-3)), "0.6666");
+  EXPECT_EQ(Text(Number("1.00") / Number("0.03")), "33.3333");
+  EXPECT_EQ(Text(Number(1) / Number("0.0003")), "3333.3333");
+  EXPECT_EQ(Text(Number("0.0003") / Number(1)), "0.0003");
+  ExpectZero(Number("-0.0001") / Number(3));
   Number num("1.5");
   num /= num;
-  EXPECT_EQ(text(num), "1.0000");
+  EXPECT_EQ(Text(num), "1.0000");
 }
 
 TEST(NumberArithmeticTest, LongDividendsLeaveFewerDecimals) {
-  EXPECT_EQ(text(Number(1000000000000000) / Number(3)), "333333333333333.3");  // 16 digits: 1
-  EXPECT_EQ(text(Number(100000000000000) / Number(3)), "33333333333333.33");   // 15 digits: 2
-  EXPECT_EQ(text(Number(10000000000000) / Number(3)), "3333333333333.333");
-  EXPECT_EQ(text(Number("1000000000000000") / Number("0.3")), "3333333333333333");
+  EXPECT_EQ(Text(Number(1000000000000000) / Number(3)), "333333333333333.3");  // 16 digits: 1
+  EXPECT_EQ(Text(Number(100000000000000) / Number(3)), "33333333333333.33");   // 15 digits: 2
+  EXPECT_EQ(Text(Number(10000000000000) / Number(3)), "3333333333333.333");
+  EXPECT_EQ(Text(Number("1000000000000000") / Number("0.3")), "3333333333333333");
   // More decimals on the left: 18 - 16 = 2.
-  EXPECT_EQ(text(Number(1000000000000000, 1) / Number(3)), "33333333333333.33");
+  EXPECT_EQ(Text(Number(1000000000000000, 1) / Number(3)), "33333333333333.33");
 }
 
 TEST(NumberArithmeticTest, AQuotientIsNotTestedAgainstTheLimit) {
-  EXPECT_EQ(text(Number(9999999999999999) / Number("0.1")), "99999999999999990");
+  EXPECT_EQ(Text(Number(9999999999999999) / Number("0.1")), "99999999999999990");
   // 18 digits leave -1 places, which counts as four: the dividend wraps. 123456789012345678 *
   // 10 to the 5 modulo 2 to the 64, divided by 1.
   const uint64_t wrapped = uint64_t{123456789012345678} * 100000;
@@ -189,37 +189,37 @@ TEST(NumberArithmeticTest, AQuotientIsNotTestedAgainstTheLimit) {
 }
 
 TEST(NumberArithmeticTest, QuotientsWithZeroAndOverflow) {
-  expect_nan(Number(1) / Number(0));
-  expect_nan(Number(0) / Number(0));
-  expect_nan(overflow() / Number(0));
-  expect_nan(Number(1) / Number::NaN);
-  EXPECT_EQ(text(Number("0.00") / Number(5)), "0.00");
-  expect_zero(Number(0) / overflow());
-  expect_nan(Number::NaN / Number(5));
-  expect_overflow(overflow() / Number(5));
-  expect_overflow(Number(5) / overflow());
+  ExpectNan(Number(1) / Number(0));
+  ExpectNan(Number(0) / Number(0));
+  ExpectNan(Overflow() / Number(0));
+  ExpectNan(Number(1) / Number::NaN);
+  EXPECT_EQ(Text(Number("0.00") / Number(5)), "0.00");
+  ExpectZero(Number(0) / Overflow());
+  ExpectNan(Number::NaN / Number(5));
+  ExpectOverflow(Overflow() / Number(5));
+  ExpectOverflow(Number(5) / Overflow());
 }
 
 TEST(NumberArithmeticTest, QuotientsWithIntegers) {
-  EXPECT_EQ(text(Number(1) / 3), "0.3333");
-  EXPECT_EQ(text(Number("2.50") / -2), "-1.2500");
+  EXPECT_EQ(Text(Number(1) / 3), "0.3333");
+  EXPECT_EQ(Text(Number("2.50") / -2), "-1.2500");
   EXPECT_EQ((Number("2.50") / 2).size, 5u);
-  expect_nan(Number(1) / 0);
-  expect_nan(Number(0) / 0);
-  expect_nan(overflow() / 0);
-  expect_zero(Number(0) / 5);
-  expect_nan(Number::NaN / 5);
-  expect_overflow(overflow() / 5);
-  EXPECT_EQ(text(Number(99999999999999) / 1), "99999999999999.0000");
-  expect_overflow(Number(100000000000000) / 1);  // 15 digits and four decimals
-  expect_overflow(Number("1.5") / 100000000000000000);
-  expect_zero(Number("1.5") / 10000000000000000);
+  ExpectNan(Number(1) / 0);
+  ExpectNan(Number(0) / 0);
+  ExpectNan(Overflow() / 0);
+  ExpectZero(Number(0) / 5);
+  ExpectNan(Number::NaN / 5);
+  ExpectOverflow(Overflow() / 5);
+  EXPECT_EQ(Text(Number(99999999999999) / 1), "99999999999999.0000");
+  ExpectOverflow(Number(100000000000000) / 1);  // 15 digits and four decimals
+  ExpectOverflow(Number("1.5") / 100000000000000000);
+  ExpectZero(Number("1.5") / 10000000000000000);
 }
 
 TEST(NumberArithmeticTest, AWrappedDivisorIsOverflow) {
-  expect_overflow(Number("0.5") / INT64_MIN);  // 2 to the 63, times ten
+  ExpectOverflow(Number("0.5") / INT64_MIN);  // 2 to the 63, times ten
   Number huge(0, static_cast<int64_t>(Number::POSITIVE_OVERFLOW));
-  expect_overflow(Number("0.05") / huge);  // 2 to the 62, times a hundred
+  ExpectOverflow(Number("0.05") / huge);  // 2 to the 62, times a hundred
 }
 
 TEST(NumberArithmeticTest, TryAdd) {
@@ -234,7 +234,7 @@ TEST(NumberArithmeticTest, TryAdd) {
   // Aligned: 6.0 and 0.5 are 65 units.
   EXPECT_TRUE(Number(6).tryAdd(Number("0.5"), 65));
   EXPECT_FALSE(Number("0.5").tryAdd(Number(6), 64));
-  EXPECT_FALSE(overflow().tryAdd(Number(1)));
+  EXPECT_FALSE(Overflow().tryAdd(Number(1)));
   EXPECT_FALSE(Number(1).tryAdd(Number::NaN));
   // 16 digits scaled by three places are 19.
   EXPECT_FALSE(Number(1000000000000000).tryAdd(Number("-0.001")));
@@ -250,8 +250,8 @@ TEST(NumberArithmeticTest, TrySub) {
   // Not aligned: 6 and 5, though the values are 6.0 and 0.5.
   EXPECT_TRUE(Number(6).trySub(Number("-0.5"), 11));
   EXPECT_FALSE(Number(6).trySub(Number("-0.5"), 10));
-  EXPECT_FALSE(overflow().trySub(Number(1)));
-  EXPECT_FALSE(Number(1).trySub(overflow()));
+  EXPECT_FALSE(Overflow().trySub(Number(1)));
+  EXPECT_FALSE(Number(1).trySub(Overflow()));
   EXPECT_FALSE(Number(1000000000000000).trySub(Number("0.001")));
   // The digits are counted anew: a sum that counts two for 0.05 has one.
   const Number sum = Number("0.02") + Number("0.03");
@@ -268,7 +268,7 @@ TEST(NumberArithmeticTest, TryAddAndSubOfIntegers) {
   EXPECT_FALSE(Number(1).tryAdd(kLimit, ~uint64_t{0}));
   EXPECT_FALSE(Number(1).tryAdd(INT64_MIN));
   EXPECT_FALSE(Number("0.001").tryAdd(9999999999999999, ~uint64_t{0}));  // 19 digits
-  EXPECT_FALSE(overflow().tryAdd(1));
+  EXPECT_FALSE(Overflow().tryAdd(1));
 
   EXPECT_TRUE(Number("1.50").trySub(2, 10));  // equal signs
   EXPECT_FALSE(Number("1.50").trySub(-2, 349));
@@ -291,34 +291,34 @@ TEST(NumberArithmeticTest, TryMultiplyIgnoresPrecisionAndWrapping) {
   EXPECT_FALSE(Number(100000000).tryMultiply(Number(100000000)));
   EXPECT_FALSE(Number("10000.0000").tryMultiply(Number("10000.0000")));
   EXPECT_TRUE(Number(1LL << 32).tryMultiply(Number(1LL << 32)));  // wraps to 0
-  EXPECT_FALSE(overflow().tryMultiply(Number(0)));
+  EXPECT_FALSE(Overflow().tryMultiply(Number(0)));
   EXPECT_FALSE(Number(0).tryMultiply(Number::NaN));
   EXPECT_TRUE(Number(-99999999).tryMultiply(-100000000));
   EXPECT_FALSE(Number(100000000).tryMultiply(100000000));
   EXPECT_TRUE(Number(2).tryMultiply(INT64_MIN));  // wraps to 0
-  EXPECT_FALSE(overflow().tryMultiply(0));
+  EXPECT_FALSE(Overflow().tryMultiply(0));
 }
 
 TEST(NumberArithmeticTest, TryDivide) {
   EXPECT_TRUE(Number(1).tryDivide(Number(3)));
   EXPECT_FALSE(Number(1).tryDivide(Number(0)));
   EXPECT_FALSE(Number(0).tryDivide(Number(0)));
-  EXPECT_TRUE(Number(0).tryDivide(overflow()));
+  EXPECT_TRUE(Number(0).tryDivide(Overflow()));
   EXPECT_TRUE(Number::NaN.tryDivide(Number(3)));
-  EXPECT_FALSE(overflow().tryDivide(Number(3)));
-  EXPECT_FALSE(Number(1).tryDivide(overflow()));
+  EXPECT_FALSE(Overflow().tryDivide(Number(3)));
+  EXPECT_FALSE(Number(1).tryDivide(Overflow()));
   EXPECT_FALSE(Number(1).tryDivide(Number::NaN));
   EXPECT_TRUE(Number(1).tryDivide(3));
   EXPECT_FALSE(Number(1).tryDivide(0));
   EXPECT_TRUE(Number::NaN.tryDivide(3));
-  EXPECT_FALSE(overflow().tryDivide(3));
+  EXPECT_FALSE(Overflow().tryDivide(3));
 }
 
 // Any flag word and magnitude, as the flag-word constructor takes them.
 TEST(NumberArithmeticTest, NoOperationIsUndefinedForAnyContents) {
   const Number others[] = {
       Number(1),   Number("-0.0001"), Number(9999999999999999), Number("999999999999999999"),
-      Number::NaN, overflow()};
+      Number::NaN, Overflow()};
   for (const int word : {0, 1, 2, 3, 256, 259, -1}) {
     for (const int64_t value : {int64_t{0}, int64_t{1}, INT64_MAX, INT64_MIN, int64_t{-1}}) {
       Number num(word, value);
@@ -355,7 +355,7 @@ TEST(NumberArithmeticTest, NoOperationIsUndefinedForAnyContents) {
           }
           num.toInt64(decDigits);
         }
-        EXPECT_FALSE(text(num).empty());
+        EXPECT_FALSE(Text(num).empty());
         num.toBCD();
         num.countDecimalDigits();
         num.Abs();

@@ -11,7 +11,7 @@ TEST(NumberCompareTest, EqualityWithinAPrecisionSeesTheFlagWord) {
   EXPECT_TRUE(Number(-5) == Number(-5));
   EXPECT_FALSE(Number(5) == Number(-5));
   EXPECT_TRUE(Number(5) != Number(6));
-  EXPECT_TRUE(overflow() == overflow());
+  EXPECT_TRUE(Overflow() == Overflow());
   EXPECT_TRUE(Number::NaN == Number::NaN);
   EXPECT_FALSE(Number::NaN == Number::Zero);
   Number zero;
@@ -43,7 +43,7 @@ TEST(NumberCompareTest, EqualityWithIntegers) {
   EXPECT_TRUE(Number(0) == 0);
   EXPECT_TRUE(Number(5) != 6);
   EXPECT_FALSE(Number::NaN == 0);
-  EXPECT_FALSE(overflow() == static_cast<int64_t>(Number::POSITIVE_OVERFLOW));
+  EXPECT_FALSE(Overflow() == static_cast<int64_t>(Number::POSITIVE_OVERFLOW));
   EXPECT_FALSE(Number("5.01") == 5);
   EXPECT_FALSE(Number(5) == INT64_MIN);
 }
@@ -56,7 +56,7 @@ struct Orders {
 };
 
 template <typename Right>
-void expect_orders(const Number& left, const Right& right, const Orders& orders) {
+void ExpectOrders(const Number& left, const Right& right, const Orders& orders) {
   EXPECT_EQ(left > right, orders.greater) << left << " > " << right;
   EXPECT_EQ(left < right, orders.less) << left << " < " << right;
   EXPECT_EQ(left >= right, orders.greater_equal) << left << " >= " << right;
@@ -69,54 +69,54 @@ constexpr Orders kSame = {false, false, true, true};
 constexpr Orders kSameNegative = {true, true, false, false};
 
 TEST(NumberCompareTest, OrderOfNumbers) {
-  expect_orders(Number(5), Number("4.9999"), kAbove);
-  expect_orders(Number("4.9999"), Number(5), kBelow);
-  expect_orders(Number("5.00"), Number(5), kSame);
-  expect_orders(Number(5), Number(-6), kAbove);
-  expect_orders(Number(-6), Number(5), kBelow);
-  expect_orders(Number(-5), Number("-4.9999"), kBelow);
-  expect_orders(Number("-4.9999"), Number(-5), kAbove);
-  expect_orders(Number(0), Number(-5), kAbove);
-  expect_orders(Number("0.00"), Number(0), kSame);
+  ExpectOrders(Number(5), Number("4.9999"), kAbove);
+  ExpectOrders(Number("4.9999"), Number(5), kBelow);
+  ExpectOrders(Number("5.00"), Number(5), kSame);
+  ExpectOrders(Number(5), Number(-6), kAbove);
+  ExpectOrders(Number(-6), Number(5), kBelow);
+  ExpectOrders(Number(-5), Number("-4.9999"), kBelow);
+  ExpectOrders(Number("-4.9999"), Number(-5), kAbove);
+  ExpectOrders(Number(0), Number(-5), kAbove);
+  ExpectOrders(Number("0.00"), Number(0), kSame);
 }
 
 TEST(NumberCompareTest, EqualNegativesAreAboveAndBelowEachOther) {
-  expect_orders(Number(-5), Number(-5), kSameNegative);
-  expect_orders(Number("-5.00"), Number(-5), kSameNegative);
-  expect_orders(Number(-5), -5, kSameNegative);
+  ExpectOrders(Number(-5), Number(-5), kSameNegative);
+  ExpectOrders(Number("-5.00"), Number(-5), kSameNegative);
+  ExpectOrders(Number(-5), -5, kSameNegative);
   EXPECT_TRUE(Number(-5) == Number(-5));
 }
 
 TEST(NumberCompareTest, OrderOfNumbersThatDoNotAlignIn64Bits) {
   // 1844674407370956 at four decimals is 3.84 above 2 to the 64.
-  expect_orders(Number(1844674407370956), Number("0.0001"), kAbove);
-  expect_orders(Number("10.0000"), Number(1844674407370956), kBelow);
-  expect_orders(Number(-1844674407370956), Number("-10.0000"), kBelow);
-  expect_orders(Number("10.0000"), INT64_MAX, kBelow);
-  expect_orders(Number("10.0000"), INT64_MIN, kAbove);
+  ExpectOrders(Number(1844674407370956), Number("0.0001"), kAbove);
+  ExpectOrders(Number("10.0000"), Number(1844674407370956), kBelow);
+  ExpectOrders(Number(-1844674407370956), Number("-10.0000"), kBelow);
+  ExpectOrders(Number("10.0000"), INT64_MAX, kBelow);
+  ExpectOrders(Number("10.0000"), INT64_MIN, kAbove);
 }
 
 TEST(NumberCompareTest, OrderWithOverflow) {
   const Orders none = {false, false, false, false};
-  expect_orders(overflow(), Number(5), kAbove);
-  expect_orders(Number::NaN, Number(5), none);
-  expect_orders(Number(5), overflow(), kBelow);
-  expect_orders(Number(5), Number::NaN, kBelow);
-  expect_orders(overflow(), overflow(), kSame);
-  expect_orders(Number::NaN, Number::NaN, kSame);
-  expect_orders(overflow(), Number::NaN, none);
-  expect_orders(Number::NaN, overflow(), none);
-  expect_orders(overflow(), INT64_MAX, kAbove);
-  expect_orders(Number::NaN, -5, none);
+  ExpectOrders(Overflow(), Number(5), kAbove);
+  ExpectOrders(Number::NaN, Number(5), none);
+  ExpectOrders(Number(5), Overflow(), kBelow);
+  ExpectOrders(Number(5), Number::NaN, kBelow);
+  ExpectOrders(Overflow(), Overflow(), kSame);
+  ExpectOrders(Number::NaN, Number::NaN, kSame);
+  ExpectOrders(Overflow(), Number::NaN, none);
+  ExpectOrders(Number::NaN, Overflow(), none);
+  ExpectOrders(Overflow(), INT64_MAX, kAbove);
+  ExpectOrders(Number::NaN, -5, none);
 }
 
 TEST(NumberCompareTest, OrderWithIntegers) {
-  expect_orders(Number("5.01"), 5, kAbove);
-  expect_orders(Number("4.99"), 5, kBelow);
-  expect_orders(Number("5.00"), 5, kSame);
-  expect_orders(Number("-5.01"), -5, kBelow);
-  expect_orders(Number(5), -5, kAbove);
-  expect_orders(Number(-5), 0, kBelow);
+  ExpectOrders(Number("5.01"), 5, kAbove);
+  ExpectOrders(Number("4.99"), 5, kBelow);
+  ExpectOrders(Number("5.00"), 5, kSame);
+  ExpectOrders(Number("-5.01"), -5, kBelow);
+  ExpectOrders(Number(5), -5, kAbove);
+  ExpectOrders(Number(-5), 0, kBelow);
 }
 
 }  // namespace

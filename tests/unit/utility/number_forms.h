@@ -11,26 +11,26 @@
 
 inline constexpr int64_t kLimit = 10000000000000000;  // 10 to the 16
 
-inline std::string text(const Number& num) {
+inline std::string Text(const Number& num) {
   std::ostringstream out;
   out << num;
   return out.str();
 }
 
-inline Number overflow() { return Number(kLimit); }
+inline Number Overflow() { return Number(kLimit); }
 
 // The canonical overflow form: no sign, its own magnitude.
-inline void expect_overflow(const Number& num) {
+inline void ExpectOverflow(const Number& num) {
   EXPECT_EQ(num.flags, Number::kOverflow);
   EXPECT_EQ(num.data, Number::POSITIVE_OVERFLOW);
 }
 
-inline void expect_nan(const Number& num) {
+inline void ExpectNan(const Number& num) {
   EXPECT_EQ(num.flags, 258u);
   EXPECT_EQ(num.data, 0u);
 }
 
-inline void expect_zero(const Number& num) {
+inline void ExpectZero(const Number& num) {
   EXPECT_EQ(num.flags, 256u);
   EXPECT_EQ(num.data, 0u);
 }

@@ -15,13 +15,13 @@ __extension__ typedef unsigned __int128 UnsignedWide;
 constexpr int kRounds = 200000;
 constexpr Wide kLimit = 10000000000000000;
 
-Wide power(int n) {
+Wide Power(int n) {
   Wide result = 1;
   while (n-- > 0) result *= 10;
   return result;
 }
 
-int digits(Wide value) {
+int Digits(Wide value) {
   if (value < 0) value = -value;
   int count = 1;
   while (value >= 10) {
@@ -37,9 +37,9 @@ struct Sample {
   int precision;
 
   Number number() const { return Number(value, precision); }
-  Wide exact() const { return value * power(4 - precision); }
+  Wide exact() const { return value * Power(4 - precision); }
   // What the number counts for its digits: none for a zero.
-  int size() const { return value == 0 ? 0 : digits(value); }
+  int size() const { return value == 0 ? 0 : Digits(value); }
 };
 
 class NumberModelTest : public testing::Test {
@@ -47,7 +47,7 @@ class NumberModelTest : public testing::Test {
   // Every length of value is as likely as any other, and zero and the limits appear.
   Sample sample() {
     const int length = static_cast<int>(random_() % 17);
-    const auto bound = static_cast<uint64_t>(power(length));
+    const auto bound = static_cast<uint64_t>(Power(length));
     auto value = static_cast<int64_t>(random_() % bound);
     if (random_() % 64 == 0) value = static_cast<int64_t>(bound) - 1;
     if (random_() % 2 == 0) value = -value;
@@ -58,23 +58,23 @@ class NumberModelTest : public testing::Test {
 };
 
 // The result as ten-thousandths; overflow has none.
-Wide exact(const Number& num) {
+Wide Exact(const Number& num) {
   return (num.isNegative() ? -Wide{1} : Wide{1}) * static_cast<Wide>(num.data) *
-         power(4 - static_cast<int>(num.precision));
+         Power(4 - static_cast<int>(num.precision));
 }
 
-void expect_result(const Number& num, bool overflow, Wide value, const Sample& a, const Sample& b) {
+void ExpectResult(const Number& num, bool overflow, Wide value, const Sample& a, const Sample& b) {
   ASSERT_EQ(num.isOverflow(), overflow) << a.number() << " and " << b.number();
   if (overflow) return;
-  ASSERT_TRUE(exact(num) == value) << num << " from " << a.number() << " and " << b.number();
+  ASSERT_TRUE(Exact(num) == value) << num << " from " << a.number() << " and " << b.number();
   ASSERT_EQ(num.isNegative(), value < 0);
   ASSERT_EQ((num.flags & Number::kZeroForm) != 0, value == 0);
 }
 
-bool sum_overflows(const Sample& a, const Sample& b, Wide sum) {
+bool SumOverflows(const Sample& a, const Sample& b, Wide sum) {
   const int precision = std::max(a.precision, b.precision);
   if (std::max(a.size(), b.size()) + precision > 18) return true;
-  const Wide units = sum / power(4 - precision);
+  const Wide units = sum / Power(4 - precision);
   return units >= kLimit || -units >= kLimit;
 }
 
@@ -83,9 +83,9 @@ TEST_F(NumberModelTest, Sums) {
     const Sample a = sample();
     const Sample b = sample();
     const Wide sum = a.exact() + b.exact();
-    expect_result(a.number() + b.number(), sum_overflows(a, b, sum), sum, a, b);
+    ExpectResult(a.number() + b.number(), SumOverflows(a, b, sum), sum, a, b);
     const Wide difference = a.exact() - b.exact();
-    expect_result(a.number() - b.number(), sum_overflows(a, b, difference), difference, a, b);
+    ExpectResult(a.number() - b.number(), SumOverflows(a, b, difference), difference, a, b);
     if (HasFatalFailure()) return;
   }
 }
@@ -94,16 +94,16 @@ TEST_F(NumberModelTest, SumsWithIntegers) {
   for (int i = 0; i < kRounds; ++i) {
     const Sample a = sample();
     const Sample b = {sample().value, 0};
-    const Wide unit = power(4 - a.precision);
+    const Wide unit = Power(4 - a.precision);
     const bool too_long =
-        b.value * power(a.precision) >= kLimit || -b.value * power(a.precision) >= kLimit;
+        b.value * Power(a.precision) >= kLimit || -b.value * Power(a.precision) >= kLimit;
     const Wide sum = a.exact() + b.exact();
     const Wide difference = a.exact() - b.exact();
-    expect_result(a.number() + b.value, too_long || sum / unit >= kLimit || -sum / unit >= kLimit,
-                  sum, a, b);
-    expect_result(a.number() - b.value,
-                  too_long || difference / unit >= kLimit || -difference / unit >= kLimit,
-                  difference, a, b);
+    ExpectResult(a.number() + b.value, too_long || sum / unit >= kLimit || -sum / unit >= kLimit,
+                 sum, a, b);
+    ExpectResult(a.number() - b.value,
+                 too_long || difference / unit >= kLimit || -difference / unit >= kLimit,
+                 difference, a, b);
     if (HasFatalFailure()) return;
   }
 }
@@ -117,11 +117,11 @@ TEST_F(NumberModelTest, Products) {
         product != 0 && (a.size() + b.size() - 1 >= 19 || product >= kLimit || -product >= kLimit);
     const int precision = a.precision + b.precision;
     const Wide cut =
-        precision > 4 ? product / power(precision - 4) : product * power(4 - precision);
-    expect_result(a.number() * b.number(), overflow, cut, a, b);
+        precision > 4 ? product / Power(precision - 4) : product * Power(4 - precision);
+    ExpectResult(a.number() * b.number(), overflow, cut, a, b);
 
     const Sample integer = {b.value, 0};
-    expect_result(a.number() * b.value, overflow, product * power(4 - a.precision), a, integer);
+    ExpectResult(a.number() * b.value, overflow, product * Power(4 - a.precision), a, integer);
     if (HasFatalFailure()) return;
   }
 }
@@ -147,9 +147,9 @@ TEST_F(NumberModelTest, Quotients) {
     const Wide right = b.value < 0 ? -Wide{b.value} : Wide{b.value};
     // Without room the dividend keeps 64 bits.
     const auto dividend =
-        static_cast<uint64_t>(static_cast<UnsignedWide>(left * power(places + std::max(shift, 0))));
+        static_cast<uint64_t>(static_cast<UnsignedWide>(left * Power(places + std::max(shift, 0))));
     const auto magnitude =
-        static_cast<uint64_t>(static_cast<Wide>(dividend) / (right * power(std::max(-shift, 0))));
+        static_cast<uint64_t>(static_cast<Wide>(dividend) / (right * Power(std::max(-shift, 0))));
     ASSERT_FALSE(quotient.isOverflow());
     ASSERT_EQ(quotient.data, magnitude) << a.number() << " / " << b.number();
     ASSERT_EQ(quotient.isNegative(), magnitude != 0 && (a.value < 0) != (b.value < 0));
@@ -163,9 +163,9 @@ TEST_F(NumberModelTest, QuotientsWithIntegers) {
     const Sample a = sample();
     const Sample b = {sample().value, 0};
     if (a.value == 0 || b.value == 0) continue;
-    const bool overflow = a.precision + digits(b.value) > 18 || a.size() + 4 > 18;
-    expect_result(a.number() / b.value, overflow,
-                  Wide{a.value} * 10000 / (Wide{b.value} * power(a.precision)), a, b);
+    const bool overflow = a.precision + Digits(b.value) > 18 || a.size() + 4 > 18;
+    ExpectResult(a.number() / b.value, overflow,
+                 Wide{a.value} * 10000 / (Wide{b.value} * Power(a.precision)), a, b);
     if (HasFatalFailure()) return;
   }
 }
@@ -202,7 +202,7 @@ TEST_F(NumberModelTest, Comparisons) {
 }
 
 // Quotient rounded towards minus infinity.
-Wide floor_div(Wide value, Wide unit) {
+Wide FloorDiv(Wide value, Wide unit) {
   return value >= 0 ? value / unit : -((-value + unit - 1) / unit);
 }
 
@@ -210,21 +210,21 @@ TEST_F(NumberModelTest, Rounding) {
   for (int i = 0; i < kRounds; ++i) {
     const Sample a = sample();
     const int places = static_cast<int>(random_() % 5);
-    const Wide unit = power(4 - places);
+    const Wide unit = Power(4 - places);
     const Wide value = a.exact();
     const Wide magnitude = value < 0 ? -value : value;
     const Wide half_up = (magnitude + unit / 2) / unit * unit;
     struct {
       Number::ROUNDTYPE type;
       Wide expected;
-    } const rows[] = {{Number::RT_FLOOR, floor_div(value, unit) * unit},
-                      {Number::RT_CEILING, -floor_div(-value, unit) * unit},
+    } const rows[] = {{Number::RT_FLOOR, FloorDiv(value, unit) * unit},
+                      {Number::RT_CEILING, -FloorDiv(-value, unit) * unit},
                       {Number::RT_MATH, value < 0 ? -half_up : half_up},
                       {Number::RT_NUM, value < 0 ? -half_up : half_up}};
     for (const auto& row : rows) {
       Number num = a.number();
       num.round(static_cast<unsigned int>(places), row.type, nullptr);
-      expect_result(num, false, row.expected, a, a);
+      ExpectResult(num, false, row.expected, a, a);
       if (HasFatalFailure()) return;
       ASSERT_EQ(static_cast<int>(num.precision),
                 a.precision >= places ? places
@@ -240,8 +240,8 @@ TEST_F(NumberModelTest, TryAddAsksForTheAlignedSum) {
     const int precision = std::max(a.precision, b.precision);
     const bool aligns = (a.precision == precision || a.size() + precision - a.precision <= 18) &&
                         (b.precision == precision || b.size() + precision - b.precision <= 18);
-    const Wide left = a.value * power(precision - a.precision);
-    const Wide right = b.value * power(precision - b.precision);
+    const Wide left = a.value * Power(precision - a.precision);
+    const Wide right = b.value * Power(precision - b.precision);
     const Wide sum = (left < 0 ? -left : left) + (right < 0 ? -right : right);
     const bool adds = (a.value < 0) == (b.value < 0);
     ASSERT_EQ(a.number().tryAdd(b.number()), aligns && (!adds || sum < kLimit));

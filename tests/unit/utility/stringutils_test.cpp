@@ -45,20 +45,20 @@ TEST(StringUtilsTest, ReplaceAllLeavesATextThatItCouldNeverFinish) {
   EXPECT_EQ(text, "abc");
 }
 
-std::string normalized(std::string text) {
+std::string Normalized(std::string text) {
   StringUtils::normalize(text);
   return text;
 }
 
 TEST(StringUtilsTest, NormalizeKeepsTheFirstLine) {
-  EXPECT_EQ(normalized("ab\tc\r\nxyz"), "ab c");
-  EXPECT_EQ(normalized("ab\nc"), "ab");
-  EXPECT_EQ(normalized("a\nb\r\nc"), "a");
-  EXPECT_EQ(normalized("a\r\nb\nc"), "a");
-  EXPECT_EQ(normalized("\n"), "");
-  EXPECT_EQ(normalized(""), "");
-  EXPECT_EQ(normalized("\t\t"), "  ");
-  EXPECT_EQ(normalized("a\rb"), "a\rb");
+  EXPECT_EQ(Normalized("ab\tc\r\nxyz"), "ab c");
+  EXPECT_EQ(Normalized("ab\nc"), "ab");
+  EXPECT_EQ(Normalized("a\nb\r\nc"), "a");
+  EXPECT_EQ(Normalized("a\r\nb\nc"), "a");
+  EXPECT_EQ(Normalized("\n"), "");
+  EXPECT_EQ(Normalized(""), "");
+  EXPECT_EQ(Normalized("\t\t"), "  ");
+  EXPECT_EQ(Normalized("a\rb"), "a\rb");
 }
 
 TEST(StringUtilsTest, HexvalReadsBothCasesAndPassesOthersOn) {
@@ -258,32 +258,32 @@ TEST(StringUtilsTest, AsciiToBcd) {
 }
 
 // The output of URLEncoding into a buffer of that size, as its bytes.
-std::string url(const std::string& text, size_t room) {
+std::string Url(const std::string& text, size_t room) {
   std::vector<char> out(room, '#');
   EXPECT_TRUE(StringUtils::URLEncoding(text.data(), text.size(), out.data(), room));
   return {out.begin(), out.end()};
 }
 
 TEST(StringUtilsTest, UrlEncodingOfOrdinaryText) {
-  EXPECT_EQ(url("a b/c", 8), std::string("a+b%2Fc\0", 8));
-  EXPECT_EQ(url("", 2), std::string("\0#", 2));
-  EXPECT_EQ(url("Az09", 5), std::string("Az09\0", 5));
-  EXPECT_EQ(url("\xE8", 4), std::string("%E8\0", 4));
-  EXPECT_EQ(url("\x10", 4), std::string("%10\0", 4));
+  EXPECT_EQ(Url("a b/c", 8), std::string("a+b%2Fc\0", 8));
+  EXPECT_EQ(Url("", 2), std::string("\0#", 2));
+  EXPECT_EQ(Url("Az09", 5), std::string("Az09\0", 5));
+  EXPECT_EQ(Url("\xE8", 4), std::string("%E8\0", 4));
+  EXPECT_EQ(Url("\x10", 4), std::string("%10\0", 4));
 }
 
 TEST(StringUtilsTest, UrlEncodingEndsWhereTheOutputIsFull) {
-  EXPECT_EQ(url("abc", 3), "abc");
-  EXPECT_EQ(url("abcd", 3), "abc");
-  EXPECT_EQ(url("abc", 0), "");
-  EXPECT_EQ(url("a/b", 5), std::string("a%2Fb", 5));
+  EXPECT_EQ(Url("abc", 3), "abc");
+  EXPECT_EQ(Url("abcd", 3), "abc");
+  EXPECT_EQ(Url("abc", 0), "");
+  EXPECT_EQ(Url("a/b", 5), std::string("a%2Fb", 5));
   // Four free places are needed, three are left.
-  EXPECT_EQ(url("a/b", 4), std::string("a\0##", 4));
+  EXPECT_EQ(Url("a/b", 4), std::string("a\0##", 4));
 }
 
 TEST(StringUtilsTest, UrlEncodingOfALowByteLeavesATerminatorInItsSecondPlace) {
-  EXPECT_EQ(url("a\nb", 6), std::string("a%A\0b\0", 6));
-  EXPECT_EQ(url(std::string("\0x", 2), 6), std::string("%0\0x\0#", 6));
+  EXPECT_EQ(Url("a\nb", 6), std::string("a%A\0b\0", 6));
+  EXPECT_EQ(Url(std::string("\0x", 2), 6), std::string("%0\0x\0#", 6));
 }
 
 TEST(StringUtilsTest, AsciiNumToBcdPacksTheFirstDigitLowest) {

@@ -26,7 +26,7 @@ NetSocket::NetSocket(Types type)
       type_(type),
       backup_socket_(nullptr),
       open_(false) {
-  if (!ws_init && sockets::start()) ws_init = true;
+  if (!ws_init && sockets::Start()) ws_init = true;
 }
 
 NetSocket::NetSocket(const NetSocket& other)
@@ -57,7 +57,7 @@ NetSocket::~NetSocket() {
 
 int NetSocket::CloseDescriptor() {
   // Of two threads that close, one does.
-  return open_.exchange(false) ? sockets::close(socket_) : 0;
+  return open_.exchange(false) ? sockets::Close(socket_) : 0;
 }
 
 void NetSocket::Adopt(int descriptor) {
@@ -68,7 +68,7 @@ void NetSocket::Adopt(int descriptor) {
 
 void NetSocket::ClosePipeEnd(int end) {
   const int descriptor = pipefd_[end].exchange(-1);
-  if (descriptor != -1) sockets::close_pipe_end(descriptor);
+  if (descriptor != -1) sockets::ClosePipeEnd(descriptor);
 }
 
 void NetSocket::ClearPipe() {
@@ -79,7 +79,7 @@ void NetSocket::ClearPipe() {
 int NetSocket::InitPipe() {
   ClearPipe();
   int ends[2] = {-1, -1};
-  const int result = sockets::make_pipe(ends);
+  const int result = sockets::MakePipe(ends);
   if (result < 0) {
     const int error = errno;
     LOG_TRACE_F("Returning %d. Errno: %d", result, error);
@@ -91,7 +91,7 @@ int NetSocket::InitPipe() {
   return 0;
 }
 
-int NetSocket::Blocking(bool blocking) { return sockets::set_blocking(descriptor(), blocking); }
+int NetSocket::Blocking(bool blocking) { return sockets::SetBlocking(descriptor(), blocking); }
 
 void NetSocket::SetTimeout(int timeout) { timeout_ = timeout; }
 
@@ -99,7 +99,7 @@ void NetSocket::SetTimeout(int timeout) { timeout_ = timeout; }
 
 int NetSocket::GetAddressInfo(char* address, const char* host) {
   uint32_t found = 0;
-  switch (sockets::resolve(host, &found)) {
+  switch (sockets::Resolve(host, &found)) {
     case sockets::Resolution::kFound:
       break;
     case sockets::Resolution::kFailed:
@@ -112,7 +112,7 @@ int NetSocket::GetAddressInfo(char* address, const char* host) {
       LOG_ERROR("gethostbyname: no address returned");
       return -1;
   }
-  sockets::to_dotted(found, address);
+  sockets::ToDotted(found, address);
   LOG_INFO_F("DNS translation: %s -> %s", host, address);
   return 0;
 }
@@ -120,7 +120,7 @@ int NetSocket::GetAddressInfo(char* address, const char* host) {
 int NetSocket::GetHostAddress(const char* host, uint32_t* address) {
   char dotted[sockets::kDottedSize];
   if (GetAddressInfo(dotted, host) != 0) return -1;
-  *address = sockets::from_dotted(dotted);
+  *address = sockets::FromDotted(dotted);
   return *address == UINT32_MAX ? -1 : 0;
 }
 
@@ -136,14 +136,14 @@ int NetSocket::Connect(char* host, int port, int timeout) {
   socket_closed_by_peer_ = false;
   if (backup_socket_ != nullptr) return backup_socket_->Connect(host, port, timeout);
 
-  Adopt(sockets::make_stream());
+  Adopt(sockets::MakeStream());
   if (socket_ <= 0) {
-    const int error = sockets::last_error();
+    const int error = sockets::LastError();
     LOG_ERROR_F("Error creating socket errno: %d, socket: %d", error, socket_.load());
     CloseDescriptor();  // 0 is a descriptor, and none of ours
     return -1;
   }
-  sockets::set_no_delay(descriptor());
+  sockets::SetNoDelay(descriptor());
   if (InitPipe() != 0) {
     const int error = errno;
     LOG_ERROR_F("Error initpipe socket errno: %d, socket: %d", error, socket_.load());
@@ -159,9 +159,9 @@ int NetSocket::Connect(char* host, int port, int timeout) {
   }
   Blocking(false);
   const int result =
-      sockets::connect(descriptor(), sockets::from_dotted(dotted), static_cast<uint16_t>(port));
+      sockets::Connect(descriptor(), sockets::FromDotted(dotted), static_cast<uint16_t>(port));
   if (result >= 0) return result;
-  if (!sockets::in_progress(sockets::last_error())) {
+  if (!sockets::InProgress(sockets::LastError())) {
     LOG_ERROR_F("Error connecting socket: %d", result);
     CloseDescriptor();
     return result;
@@ -170,11 +170,11 @@ int NetSocket::Connect(char* host, int port, int timeout) {
   LOG_TRACE_F("Socket select, timeout %d", timeout);
   const int connecting = descriptor();
   const sockets::Wait wait =
-      sockets::wait(connecting, sockets::Direction::kWrite, pipefd_[0], timeout);
-  int error = wait.count < 0 ? sockets::last_error() : 0;
+      sockets::AwaitReady(connecting, sockets::Direction::kWrite, pipefd_[0], timeout);
+  int error = wait.count < 0 ? sockets::LastError() : 0;
   if (descriptor() < 0) return -1;  // by Close
   // Where select calls also a refused port writable, the socket knows.
-  if (wait.ready) error = sockets::connect_result(connecting);
+  if (wait.ready) error = sockets::ConnectResult(connecting);
   if (!wait.ready || error != 0) {
     LOG_ERROR_F("Error socket select %d, errno: %d", wait.count, error);
     CloseDescriptor();
@@ -190,7 +190,7 @@ int NetSocket::Send(unsigned char* data, int length) {
     return -1;
   }
   const sockets::Wait wait =
-      sockets::wait(descriptor(), sockets::Direction::kWrite, pipefd_[0], timeout_);
+      sockets::AwaitReady(descriptor(), sockets::Direction::kWrite, pipefd_[0], timeout_);
   if (!wait.ready) {
     if (wait.woken) {
       ClosePipeEnd(0);
@@ -201,10 +201,10 @@ int NetSocket::Send(unsigned char* data, int length) {
   }
   int count = 0;
   while (count < length) {
-    const int sent = sockets::send(descriptor(), data + count, length - count);
+    const int sent = sockets::Send(descriptor(), data + count, length - count);
     if (sent < 0) {
-      const int error = sockets::last_error();
-      if (sockets::would_block(error)) {
+      const int error = sockets::LastError();
+      if (sockets::WouldBlock(error)) {
         Thread::Sleep(kSendRetry);
         continue;
       }
@@ -228,8 +228,8 @@ int NetSocket::WaitReadable() {
   }
   LOG_TRACE_F("WaitReadable for %d ms...", timeout_);
   const sockets::Wait wait =
-      sockets::wait(descriptor(), sockets::Direction::kRead, pipefd_[0], timeout_);
-  const int error = wait.count < 0 ? sockets::last_error() : 0;
+      sockets::AwaitReady(descriptor(), sockets::Direction::kRead, pipefd_[0], timeout_);
+  const int error = wait.count < 0 ? sockets::LastError() : 0;
   LOG_TRACE_F("select = %d", wait.count);
   if (wait.ready) return 1;
   if (wait.woken) {
@@ -241,7 +241,7 @@ int NetSocket::WaitReadable() {
 }
 
 int NetSocket::SocketRecv(unsigned char* data, int length, int flags) {
-  return sockets::receive(descriptor(), data, length, flags);
+  return sockets::Receive(descriptor(), data, length, flags);
 }
 
 int NetSocket::InternalRecv(unsigned char* data, int length, bool peek) {
@@ -260,8 +260,8 @@ int NetSocket::InternalRecv(unsigned char* data, int length, bool peek) {
   }
   const int count = SocketRecv(data, length, peek ? sockets::kPeek : 0);
   if (count < 0) {
-    const int error = sockets::last_error();
-    if (sockets::would_block(error)) {
+    const int error = sockets::LastError();
+    if (sockets::WouldBlock(error)) {
       LOG_INFO_F("EAGAIN errno=%d, count %d", error, count);
       return 0;
     }
@@ -299,8 +299,8 @@ int NetSocket::Close() {
   }
   const int wake_end = pipefd_[1].exchange(-1);
   if (wake_end != -1) {
-    sockets::write_pipe(wake_end, '\n');
-    sockets::close_pipe_end(wake_end);
+    sockets::WritePipe(wake_end, '\n');
+    sockets::ClosePipeEnd(wake_end);
   }
   // The read end stays for the waiting thread to find.
   return result;
@@ -311,42 +311,42 @@ int NetSocket::Close() {
 void NetSocket::NeedDatagramSocket() {
   if (descriptor() >= 0) return;
   ClearPipe();  // what is left of a closed stream would end the first wait
-  Adopt(sockets::make_datagram());
+  Adopt(sockets::MakeDatagram());
 }
 
 int NetSocket::SendTo(const uint8_t* data, size_t length, uint32_t address, uint16_t port) {
   NeedDatagramSocket();
   if (descriptor() <= 0) return -1;
-  return sockets::send_to(descriptor(), data, length, address, port);
+  return sockets::SendTo(descriptor(), data, length, address, port);
 }
 
 int NetSocket::RecvFrom(char* buffer, size_t length, uint32_t, uint16_t) {
   NeedDatagramSocket();
   if (descriptor() <= 0) return -1;
   Blocking(true);
-  sockets::set_receive_timeout(descriptor(), kReceiveFromTimeout);
-  return sockets::receive_from(descriptor(), buffer, length);
+  sockets::SetReceiveTimeout(descriptor(), kReceiveFromTimeout);
+  return sockets::ReceiveFrom(descriptor(), buffer, length);
 }
 
 // --- Servers.
 
 int NetSocket::Bind(uint32_t address, uint16_t port) {
-  Adopt(sockets::make_stream());
+  Adopt(sockets::MakeStream());
   if (descriptor() <= 0) return -1;
-  sockets::set_reuse_address(descriptor());
-  return sockets::bind(descriptor(), address, port);
+  sockets::SetReuseAddress(descriptor());
+  return sockets::Bind(descriptor(), address, port);
 }
 
 int NetSocket::Listen(int backlog) {
   if (InitPipe() != 0) return -1;
-  return sockets::listen(descriptor(), backlog);
+  return sockets::Listen(descriptor(), backlog);
 }
 
 int NetSocket::Accept(NetSocket* client) {
-  const int accepted = client != nullptr ? sockets::accept(descriptor()) : -1;
+  const int accepted = client != nullptr ? sockets::Accept(descriptor()) : -1;
   if (accepted < 0) return -1;
   if (client->InitPipe() != 0) {
-    sockets::close(accepted);
+    sockets::Close(accepted);
     return -1;
   }
   client->Adopt(accepted);
@@ -354,6 +354,6 @@ int NetSocket::Accept(NetSocket* client) {
   client->timeout_ = kDefaultTimeout;
   client->Blocking(false);
   // The listening socket's, by intent: on some systems its clients take the option over.
-  sockets::set_no_delay(descriptor());
+  sockets::SetNoDelay(descriptor());
   return accepted;
 }

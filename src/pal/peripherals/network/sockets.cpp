@@ -13,7 +13,7 @@ static_assert(kPeek == MSG_PEEK);
 
 namespace {
 
-sockaddr_in make_address(uint32_t address, uint16_t port) {
+sockaddr_in MakeAddress(uint32_t address, uint16_t port) {
   sockaddr_in result = {};
   result.sin_family = AF_INET;
   result.sin_port = htons(port);
@@ -21,7 +21,7 @@ sockaddr_in make_address(uint32_t address, uint16_t port) {
   return result;
 }
 
-Resolution resolve_by_system(const char* host, uint32_t* address) {
+Resolution ResolveBySystem(const char* host, uint32_t* address) {
   addrinfo hints = {};
   hints.ai_family = AF_INET;
   hints.ai_socktype = SOCK_STREAM;  // else each address comes once for every kind
@@ -42,42 +42,42 @@ Resolution resolve_by_system(const char* host, uint32_t* address) {
   return result;
 }
 
-std::atomic<ResolveFunction> resolve_function{resolve_by_system};
+std::atomic<ResolveFunction> resolve_function{ResolveBySystem};
 
 }  // namespace
 
-int set_no_delay(int socket) {
+int SetNoDelay(int socket) {
   const int on = 1;
   return setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on),
                     sizeof(on));
 }
 
-int connect(int socket, uint32_t address, uint16_t port) {
-  const sockaddr_in peer = make_address(address, port);
+int Connect(int socket, uint32_t address, uint16_t port) {
+  const sockaddr_in peer = MakeAddress(address, port);
   return ::connect(socket, reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
 }
 
-int bind(int socket, uint32_t address, uint16_t port) {
-  const sockaddr_in own = make_address(address, port);
+int Bind(int socket, uint32_t address, uint16_t port) {
+  const sockaddr_in own = MakeAddress(address, port);
   return ::bind(socket, reinterpret_cast<const sockaddr*>(&own), sizeof(own));
 }
 
-int listen(int socket, int backlog) { return ::listen(socket, backlog); }
+int Listen(int socket, int backlog) { return ::listen(socket, backlog); }
 
-Resolution resolve(const char* host, uint32_t* address) {
+Resolution Resolve(const char* host, uint32_t* address) {
   return resolve_function.load()(host, address);
 }
 
-ResolveFunction set_resolve_function(ResolveFunction function) {
-  return resolve_function.exchange(function != nullptr ? function : resolve_by_system);
+ResolveFunction SetResolveFunction(ResolveFunction function) {
+  return resolve_function.exchange(function != nullptr ? function : ResolveBySystem);
 }
 
-void to_dotted(uint32_t address, char* text) {
+void ToDotted(uint32_t address, char* text) {
   unsigned char bytes[4];  // network order: the first number first
   std::memcpy(bytes, &address, sizeof(bytes));
   std::snprintf(text, kDottedSize, "%d.%d.%d.%d", bytes[0], bytes[1], bytes[2], bytes[3]);
 }
 
-uint32_t from_dotted(const char* text) { return inet_addr(text); }
+uint32_t FromDotted(const char* text) { return inet_addr(text); }
 
 }  // namespace sockets

@@ -12,29 +12,29 @@ namespace sockets {
 
 namespace {
 
-int64_t monotonic_ms() {
+int64_t MonotonicMs() {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
   return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-int fail(int error) {
+int Fail(int error) {
   errno = error;
   return -1;
 }
 
 }  // namespace
 
-bool start() { return true; }
+bool Start() { return true; }
 
-int last_error() { return errno; }
-bool would_block(int error) { return error == EAGAIN || error == EWOULDBLOCK; }
-bool in_progress(int error) { return error == EINPROGRESS; }
+int LastError() { return errno; }
+bool WouldBlock(int error) { return error == EAGAIN || error == EWOULDBLOCK; }
+bool InProgress(int error) { return error == EINPROGRESS; }
 
-int make_stream() { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }
-int make_datagram() { return ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); }
+int MakeStream() { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }
+int MakeDatagram() { return ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); }
 
-int close(int socket) {
+int Close(int socket) {
   // Closing alone leaves a thread in accept waiting for ever.
   int listening = 0;
   socklen_t size = sizeof(listening);
@@ -44,31 +44,31 @@ int close(int socket) {
   return ::close(socket);
 }
 
-int set_blocking(int socket, bool blocking) {
+int SetBlocking(int socket, bool blocking) {
   const int flags = fcntl(socket, F_GETFL);
   if (flags < 0) return -1;
   return fcntl(socket, F_SETFL, blocking ? flags & ~O_NONBLOCK : flags | O_NONBLOCK);
 }
 
-int set_reuse_address(int socket) {
+int SetReuseAddress(int socket) {
   const int on = 1;
   return setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
 }
 
-int set_receive_timeout(int socket, int milliseconds) {
+int SetReceiveTimeout(int socket, int milliseconds) {
   timeval time = {};
   time.tv_sec = milliseconds / 1000;
   time.tv_usec = milliseconds % 1000 * 1000;
   return setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
 }
 
-int connect_result(int socket) {
+int ConnectResult(int socket) {
   int error = 0;
   socklen_t size = sizeof(error);
   return getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
-int accept(int socket) {
+int Accept(int socket) {
   int result;
   do {
     result = accept4(socket, nullptr, nullptr, SOCK_CLOEXEC);
@@ -76,8 +76,8 @@ int accept(int socket) {
   return result;
 }
 
-int send(int socket, const void* data, int length) {
-  if (length < 0) return fail(EINVAL);
+int Send(int socket, const void* data, int length) {
+  if (length < 0) return Fail(EINVAL);
   ssize_t result;
   do {
     result = ::send(socket, data, static_cast<size_t>(length), MSG_NOSIGNAL);
@@ -85,8 +85,8 @@ int send(int socket, const void* data, int length) {
   return static_cast<int>(result);
 }
 
-int receive(int socket, void* data, int length, int flags) {
-  if (length < 0) return fail(EINVAL);
+int Receive(int socket, void* data, int length, int flags) {
+  if (length < 0) return Fail(EINVAL);
   ssize_t result;
   do {
     result = ::recv(socket, data, static_cast<size_t>(length), flags);
@@ -94,7 +94,7 @@ int receive(int socket, void* data, int length, int flags) {
   return static_cast<int>(result);
 }
 
-int send_to(int socket, const void* data, size_t length, uint32_t address, uint16_t port) {
+int SendTo(int socket, const void* data, size_t length, uint32_t address, uint16_t port) {
   sockaddr_in peer = {};
   peer.sin_family = AF_INET;
   peer.sin_port = htons(port);
@@ -103,12 +103,12 @@ int send_to(int socket, const void* data, size_t length, uint32_t address, uint1
                                    reinterpret_cast<const sockaddr*>(&peer), sizeof(peer)));
 }
 
-int receive_from(int socket, void* data, size_t length) {
+int ReceiveFrom(int socket, void* data, size_t length) {
   return static_cast<int>(::recvfrom(socket, data, length, 0, nullptr, nullptr));
 }
 
 // By poll, which has no highest descriptor as select has. A signal does not end the wait.
-Wait wait(int socket, Direction direction, int wake_end, int milliseconds) {
+Wait AwaitReady(int socket, Direction direction, int wake_end, int milliseconds) {
   Wait result = {-1, false, false};
   if (milliseconds < 0 || socket < 0) {
     errno = socket < 0 ? EBADF : EINVAL;
@@ -116,10 +116,10 @@ Wait wait(int socket, Direction direction, int wake_end, int milliseconds) {
   }
   const short event = direction == Direction::kRead ? POLLIN : POLLOUT;
   pollfd entries[] = {{socket, event, 0}, {wake_end, POLLIN, 0}};
-  const int64_t deadline = monotonic_ms() + milliseconds;
+  const int64_t deadline = MonotonicMs() + milliseconds;
   int left = milliseconds;
   while ((result.count = poll(entries, 2, left)) < 0 && errno == EINTR) {
-    const int64_t rest = deadline - monotonic_ms();
+    const int64_t rest = deadline - MonotonicMs();
     left = rest > 0 ? static_cast<int>(rest) : 0;
   }
   if (result.count <= 0) return result;
@@ -134,12 +134,12 @@ Wait wait(int socket, Direction direction, int wake_end, int milliseconds) {
 }
 
 // A pair of sockets makes the pipe: only on these does a write without a reader give no signal.
-int make_pipe(int ends[2]) {
+int MakePipe(int ends[2]) {
   return ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends);
 }
 
-int write_pipe(int end, char byte) { return static_cast<int>(::send(end, &byte, 1, MSG_NOSIGNAL)); }
+int WritePipe(int end, char byte) { return static_cast<int>(::send(end, &byte, 1, MSG_NOSIGNAL)); }
 
-int close_pipe_end(int end) { return ::close(end); }
+int ClosePipeEnd(int end) { return ::close(end); }
 
 }  // namespace sockets

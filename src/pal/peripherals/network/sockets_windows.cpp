@@ -11,19 +11,19 @@ namespace sockets {
 
 namespace {
 
-int narrow(SOCKET socket) { return socket == INVALID_SOCKET ? -1 : static_cast<int>(socket); }
-SOCKET wide(int socket) { return static_cast<SOCKET>(static_cast<INT_PTR>(socket)); }
+int Narrow(SOCKET socket) { return socket == INVALID_SOCKET ? -1 : static_cast<int>(socket); }
+SOCKET Wide(int socket) { return static_cast<SOCKET>(static_cast<INT_PTR>(socket)); }
 
-int fail(int error) {
+int Fail(int error) {
   WSASetLastError(error);
   return -1;
 }
 
-int make(int type) { return narrow(::socket(AF_INET, type, 0)); }
+int Make(int type) { return Narrow(::socket(AF_INET, type, 0)); }
 
 }  // namespace
 
-bool start() {
+bool Start() {
   WSADATA data;
   if (WSAStartup(MAKEWORD(2, 2), &data) != 0) return false;
   if (data.wVersion == MAKEWORD(2, 2)) return true;
@@ -31,64 +31,64 @@ bool start() {
   return false;
 }
 
-int last_error() { return WSAGetLastError(); }
-bool would_block(int error) { return error == WSAEWOULDBLOCK; }
-bool in_progress(int error) { return error == WSAEWOULDBLOCK; }
+int LastError() { return WSAGetLastError(); }
+bool WouldBlock(int error) { return error == WSAEWOULDBLOCK; }
+bool InProgress(int error) { return error == WSAEWOULDBLOCK; }
 
-int make_stream() { return make(SOCK_STREAM); }
-int make_datagram() { return make(SOCK_DGRAM); }
+int MakeStream() { return Make(SOCK_STREAM); }
+int MakeDatagram() { return Make(SOCK_DGRAM); }
 
-int close(int socket) { return closesocket(wide(socket)); }
+int Close(int socket) { return closesocket(Wide(socket)); }
 
-int set_blocking(int socket, bool blocking) {
+int SetBlocking(int socket, bool blocking) {
   u_long non_blocking = blocking ? 0 : 1;
-  return ioctlsocket(wide(socket), FIONBIO, &non_blocking);
+  return ioctlsocket(Wide(socket), FIONBIO, &non_blocking);
 }
 
-int set_reuse_address(int socket) {
+int SetReuseAddress(int socket) {
   const char on = 1;  // one byte is enough here
-  return setsockopt(wide(socket), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+  return setsockopt(Wide(socket), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
 }
 
-int set_receive_timeout(int socket, int milliseconds) {
+int SetReceiveTimeout(int socket, int milliseconds) {
   // The first word is read, in milliseconds.
   const int words[] = {milliseconds, 0};
-  return setsockopt(wide(socket), SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(words),
+  return setsockopt(Wide(socket), SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(words),
                     sizeof(words));
 }
 
 // A connect that failed is never writable.
-int connect_result(int) { return 0; }
+int ConnectResult(int) { return 0; }
 
-int accept(int socket) { return narrow(::accept(wide(socket), nullptr, nullptr)); }
+int Accept(int socket) { return Narrow(::accept(Wide(socket), nullptr, nullptr)); }
 
-int send(int socket, const void* data, int length) {
-  if (length < 0) return fail(WSAEINVAL);
-  return ::send(wide(socket), static_cast<const char*>(data), length, 0);
+int Send(int socket, const void* data, int length) {
+  if (length < 0) return Fail(WSAEINVAL);
+  return ::send(Wide(socket), static_cast<const char*>(data), length, 0);
 }
 
-int receive(int socket, void* data, int length, int flags) {
-  if (length < 0) return fail(WSAEINVAL);
-  return ::recv(wide(socket), static_cast<char*>(data), length, flags);
+int Receive(int socket, void* data, int length, int flags) {
+  if (length < 0) return Fail(WSAEINVAL);
+  return ::recv(Wide(socket), static_cast<char*>(data), length, flags);
 }
 
-int send_to(int socket, const void* data, size_t length, uint32_t address, uint16_t port) {
-  if (length > INT_MAX) return fail(WSAEMSGSIZE);
+int SendTo(int socket, const void* data, size_t length, uint32_t address, uint16_t port) {
+  if (length > INT_MAX) return Fail(WSAEMSGSIZE);
   sockaddr_in peer = {};
   peer.sin_family = AF_INET;
   peer.sin_port = htons(port);
   peer.sin_addr.s_addr = address;
-  return ::sendto(wide(socket), static_cast<const char*>(data), static_cast<int>(length), 0,
+  return ::sendto(Wide(socket), static_cast<const char*>(data), static_cast<int>(length), 0,
                   reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
 }
 
-int receive_from(int socket, void* data, size_t length) {
+int ReceiveFrom(int socket, void* data, size_t length) {
   const int room = length > INT_MAX ? INT_MAX : static_cast<int>(length);
-  return ::recvfrom(wide(socket), static_cast<char*>(data), room, 0, nullptr, nullptr);
+  return ::recvfrom(Wide(socket), static_cast<char*>(data), room, 0, nullptr, nullptr);
 }
 
 // select takes sockets alone here: whoever waits is woken by the closing of the socket.
-Wait wait(int socket, Direction direction, int, int milliseconds) {
+Wait AwaitReady(int socket, Direction direction, int, int milliseconds) {
   Wait result = {-1, false, false};
   if (milliseconds < 0 || socket < 0) {
     WSASetLastError(socket < 0 ? WSAENOTSOCK : WSAEINVAL);
@@ -96,7 +96,7 @@ Wait wait(int socket, Direction direction, int, int milliseconds) {
   }
   fd_set set;
   FD_ZERO(&set);
-  FD_SET(wide(socket), &set);
+  FD_SET(Wide(socket), &set);
   timeval time = {};
   time.tv_sec = milliseconds / 1000;
   time.tv_usec = milliseconds % 1000 * 1000;
@@ -106,10 +106,10 @@ Wait wait(int socket, Direction direction, int, int milliseconds) {
   return result;
 }
 
-int make_pipe(int ends[2]) { return _pipe(ends, 4096, _O_BINARY); }
+int MakePipe(int ends[2]) { return _pipe(ends, 4096, _O_BINARY); }
 
-int write_pipe(int end, char byte) { return _write(end, &byte, 1); }
+int WritePipe(int end, char byte) { return _write(end, &byte, 1); }
 
-int close_pipe_end(int end) { return _close(end); }
+int ClosePipeEnd(int end) { return _close(end); }
 
 }  // namespace sockets

@@ -2,6 +2,6 @@
 
 namespace platform {
 
-bool default_mode_translates() { return false; }
+bool DefaultModeTranslates() { return false; }
 
 }  // namespace platform

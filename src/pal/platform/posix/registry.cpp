@@ -19,13 +19,13 @@ constexpr char kDefaultFile[] = "/etc/lorimatrt/registry.ini";
 // A larger file is no registry; the bound keeps a search short.
 constexpr int64_t kLargestFile = 1024 * 1024;
 
-char ascii_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // A carriage return counts as one, so that lines may end in CR LF.
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 // Reads exactly length bytes from a place in the file.
-bool read_at(int file, int64_t place, char* bytes, size_t length) {
+bool ReadAt(int file, int64_t place, char* bytes, size_t length) {
   while (length > 0) {
     const ssize_t count = pread(file, bytes, length, static_cast<off_t>(place));
     if (count < 0 && errno == EINTR) continue;
@@ -45,15 +45,15 @@ struct Stretch {
 };
 
 // Whether the stretch holds that text, ignoring case.
-bool equals(int file, Stretch stretch, const char* text) {
+bool Equals(int file, Stretch stretch, const char* text) {
   const size_t length = std::strlen(text);
   if (static_cast<uint64_t>(stretch.length()) != length) return false;
   char piece[256];
   for (size_t done = 0; done < length;) {
     const size_t count = length - done < sizeof(piece) ? length - done : sizeof(piece);
-    if (!read_at(file, stretch.begin + static_cast<int64_t>(done), piece, count)) return false;
+    if (!ReadAt(file, stretch.begin + static_cast<int64_t>(done), piece, count)) return false;
     for (size_t i = 0; i < count; ++i) {
-      if (ascii_lower(piece[i]) != ascii_lower(text[done + i])) return false;
+      if (AsciiLower(piece[i]) != AsciiLower(text[done + i])) return false;
     }
     done += count;
   }
@@ -77,10 +77,10 @@ class LineReader {
   int64_t place() const { return place_; }
 
   // False at the end of the file.
-  bool next(Line* line) {
+  bool Next(Line* line) {
     *line = Line();
     char c;
-    if (!next_byte(&c)) return false;
+    if (!NextByte(&c)) return false;
     Trimmed left, right;  // of the first "="; a section has no right side
     Trimmed* side = &left;
     do {
@@ -88,9 +88,9 @@ class LineReader {
       if (c == '=' && side == &left && left.first != '[') {
         side = &right;
       } else {
-        side->add(c, place_ - 1);
+        side->Add(c, place_ - 1);
       }
-    } while (next_byte(&c));
+    } while (NextByte(&c));
     if (left.first == '[') {
       line->kind = Line::kSection;
       if (left.last == ']' && !left.closed) {
@@ -111,9 +111,9 @@ class LineReader {
     bool closed = false;
     char first = 0;
     char last = 0;
-    void add(char c, int64_t place) {
+    void Add(char c, int64_t place) {
       if (c == 0) closed = true;
-      if (closed || is_blank(c)) return;
+      if (closed || IsBlank(c)) return;
       if (first == 0) {
         first = c;
         stretch.begin = place;
@@ -123,7 +123,7 @@ class LineReader {
     }
   };
 
-  bool next_byte(char* c) {
+  bool NextByte(char* c) {
     if (place_ == piece_end_) {
       if (place_ >= kLargestFile) return false;  // the file has grown since it was opened
       ssize_t count;
@@ -147,7 +147,7 @@ class LineReader {
 };
 
 // The descriptor of the registry file, or -1.
-int open_registry_file() {
+int OpenRegistryFile() {
   const char* name = std::getenv("LORIMATRT_REGISTRY");
   if (name == nullptr || *name == 0) name = kDefaultFile;
   // Without O_NONBLOCK a pipe of that name would block the host.
@@ -162,20 +162,20 @@ int open_registry_file() {
 }
 
 // Where the first line begins: behind the mark that some editors put before UTF-8 text.
-int64_t first_line(int file) {
+int64_t FirstLine(int file) {
   char mark[3];
-  return read_at(file, 0, mark, sizeof(mark)) && std::memcmp(mark, "\xEF\xBB\xBF", 3) == 0 ? 3 : 0;
+  return ReadAt(file, 0, mark, sizeof(mark)) && std::memcmp(mark, "\xEF\xBB\xBF", 3) == 0 ? 3 : 0;
 }
 
 }  // namespace
 
 RegistryKey::RegistryKey(const char* path) : handle_(-1) {
-  const int file = open_registry_file();
+  const int file = OpenRegistryFile();
   if (file == -1) return;
-  LineReader reader(file, first_line(file));
+  LineReader reader(file, FirstLine(file));
   Line line;
-  while (reader.next(&line)) {
-    if (line.kind == Line::kSection && equals(file, line.text, path)) {
+  while (reader.Next(&line)) {
+    if (line.kind == Line::kSection && Equals(file, line.text, path)) {
       handle_ = file;
       section_ = reader.place();
       return;
@@ -190,14 +190,14 @@ RegistryKey::~RegistryKey() {
 
 bool RegistryKey::is_open() const { return handle_ != -1; }
 
-long RegistryKey::query(const char* name, char* text, uint32_t* size) const {
+long RegistryKey::Query(const char* name, char* text, uint32_t* size) const {
   if (!is_open()) return kRegistryNotFound;
   if (text != nullptr && size == nullptr) return kRegistryInvalidParameter;
   const int file = static_cast<int>(handle_);
   LineReader reader(file, section_);
   Line line;
-  while (reader.next(&line) && line.kind != Line::kSection) {
-    if (line.kind != Line::kValue || !equals(file, line.text, name)) continue;
+  while (reader.Next(&line) && line.kind != Line::kSection) {
+    if (line.kind != Line::kValue || !Equals(file, line.text, name)) continue;
     const uint32_t length = static_cast<uint32_t>(line.value.length());
     if (size == nullptr) return kRegistrySuccess;
     if (text != nullptr) {
@@ -205,7 +205,7 @@ long RegistryKey::query(const char* name, char* text, uint32_t* size) const {
         *size = length + 1;
         return kRegistryMoreData;
       }
-      if (!read_at(file, line.value.begin, text, length)) return kRegistryNotFound;
+      if (!ReadAt(file, line.value.begin, text, length)) return kRegistryNotFound;
       text[length] = 0;
     }
     *size = length + 1;

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-void sleep_through(int milliseconds, int (*sleep)(const timespec* time, timespec* left)) {
+void SleepThrough(int milliseconds, int (*sleep)(const timespec* time, timespec* left)) {
   if (milliseconds <= 0) return;
   timespec time = {};
   time.tv_sec = milliseconds / 1000;
@@ -15,6 +15,6 @@ void sleep_through(int milliseconds, int (*sleep)(const timespec* time, timespec
   while (sleep(&time, &left) != 0 && errno == EINTR) time = left;
 }
 
-void sleep_ms(int milliseconds) { sleep_through(milliseconds, nanosleep); }
+void SleepMs(int milliseconds) { SleepThrough(milliseconds, nanosleep); }
 
 }  // namespace platform

@@ -7,6 +7,6 @@ namespace platform {
 
 // Sleeps by that function, which works as nanosleep does, and sleeps again for the time
 // that is left whenever a signal ends the sleep early.
-void sleep_through(int milliseconds, int (*sleep)(const timespec* time, timespec* left));
+void SleepThrough(int milliseconds, int (*sleep)(const timespec* time, timespec* left));
 
 }  // namespace platform

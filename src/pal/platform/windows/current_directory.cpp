@@ -4,9 +4,9 @@
 
 namespace platform {
 
-bool set_current_directory(const char* path) { return SetCurrentDirectoryA(path) != 0; }
+bool EnterDirectory(const char* path) { return SetCurrentDirectoryA(path) != 0; }
 
-bool get_current_directory(char* path, size_t size) {
+bool WorkingDirectory(char* path, size_t size) {
   if (size == 0) return false;
   const DWORD room = size > MAXDWORD ? MAXDWORD : static_cast<DWORD>(size);
   // Where the path does not fit, the answer is the room that it needs.
@@ -16,6 +16,6 @@ bool get_current_directory(char* path, size_t size) {
   return false;
 }
 
-char path_separator() { return '\\'; }
+char PathSeparator() { return '\\'; }
 
 }  // namespace platform

@@ -2,6 +2,6 @@
 
 namespace platform {
 
-bool default_mode_translates() { return true; }
+bool DefaultModeTranslates() { return true; }
 
 }  // namespace platform

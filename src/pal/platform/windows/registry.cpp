@@ -5,7 +5,7 @@
 namespace platform {
 namespace {
 
-HKEY key_of(intptr_t handle) { return reinterpret_cast<HKEY>(handle); }
+HKEY KeyOf(intptr_t handle) { return reinterpret_cast<HKEY>(handle); }
 
 }  // namespace
 
@@ -17,18 +17,18 @@ RegistryKey::RegistryKey(const char* path) : handle_(0) {
 }
 
 RegistryKey::~RegistryKey() {
-  if (is_open()) RegCloseKey(key_of(handle_));
+  if (is_open()) RegCloseKey(KeyOf(handle_));
 }
 
 bool RegistryKey::is_open() const { return handle_ != 0; }
 
-long RegistryKey::query(const char* name, char* text, uint32_t* size) const {
+long RegistryKey::Query(const char* name, char* text, uint32_t* size) const {
   if (!is_open()) return kRegistryNotFound;
   if (text != nullptr && size == nullptr) return kRegistryInvalidParameter;
   // A size of its own for the call: the caller's stays as it was when the value is missing.
   DWORD room = text != nullptr ? *size : 0;
   DWORD used = room;
-  const LONG result = RegQueryValueExA(key_of(handle_), name, nullptr, nullptr,
+  const LONG result = RegQueryValueExA(KeyOf(handle_), name, nullptr, nullptr,
                                        reinterpret_cast<BYTE*>(text), &used);
   if (result == ERROR_MORE_DATA) {
     *size = used;

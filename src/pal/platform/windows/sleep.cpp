@@ -4,7 +4,7 @@
 
 namespace platform {
 
-void sleep_ms(int milliseconds) {
+void SleepMs(int milliseconds) {
   if (milliseconds > 0) SleepEx(static_cast<DWORD>(milliseconds), FALSE);
 }
 

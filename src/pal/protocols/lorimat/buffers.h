@@ -9,44 +9,44 @@
 #include <cstring>
 
 // The length of a text in a row that may be full and then has no closing NUL.
-inline size_t row_length(const char* row, size_t size) {
+inline size_t RowLength(const char* row, size_t size) {
   const void* nul = std::memchr(row, 0, size);
   return nul ? static_cast<size_t>(static_cast<const char*>(nul) - row) : size;
 }
 
 // Copies length bytes of source.
-inline void copy_bytes(char* dest, size_t size, const char* source, size_t length) {
+inline void CopyBytes(char* dest, size_t size, const char* source, size_t length) {
   if (size == 0) return;
   if (length > size - 1) length = size - 1;
   std::memmove(dest, source, length);
   dest[length] = 0;
 }
 
-inline void copy_text(char* dest, size_t size, const char* source) {
-  copy_bytes(dest, size, source, std::strlen(source));
+inline void CopyText(char* dest, size_t size, const char* source) {
+  CopyBytes(dest, size, source, std::strlen(source));
 }
 
-inline void append_bytes(char* dest, size_t size, const char* source, size_t length) {
-  const size_t used = row_length(dest, size);
-  if (used < size) copy_bytes(dest + used, size - used, source, length);
+inline void AppendBytes(char* dest, size_t size, const char* source, size_t length) {
+  const size_t used = RowLength(dest, size);
+  if (used < size) CopyBytes(dest + used, size - used, source, length);
 }
 
-inline void append_text(char* dest, size_t size, const char* source) {
-  append_bytes(dest, size, source, std::strlen(source));
+inline void AppendText(char* dest, size_t size, const char* source) {
+  AppendBytes(dest, size, source, std::strlen(source));
 }
 
 // Appends a row of a table, which may be full.
 template <size_t N>
-void append_row(char* dest, size_t size, const char (&row)[N]) {
-  append_bytes(dest, size, row, row_length(row, N));
+void AppendRow(char* dest, size_t size, const char (&row)[N]) {
+  AppendBytes(dest, size, row, RowLength(row, N));
 }
 
 #if defined(__GNUC__)
 __attribute__((format(printf, 3, 4)))
 #endif
 inline void
-append_format(char* dest, size_t size, const char* format, ...) {
-  const size_t used = row_length(dest, size);
+AppendFormat(char* dest, size_t size, const char* format, ...) {
+  const size_t used = RowLength(dest, size);
   if (used >= size) return;
   va_list arguments;
   va_start(arguments, format);
@@ -56,17 +56,17 @@ append_format(char* dest, size_t size, const char* format, ...) {
 
 // The same for arrays, whose size the compiler knows.
 template <size_t N>
-void copy_text(char (&dest)[N], const char* source) {
-  copy_text(dest, N, source);
+void CopyText(char (&dest)[N], const char* source) {
+  CopyText(dest, N, source);
 }
 template <size_t N>
-void append_text(char (&dest)[N], const char* source) {
-  append_text(dest, N, source);
+void AppendText(char (&dest)[N], const char* source) {
+  AppendText(dest, N, source);
 }
 
 // Stores a text into a row of a table: a text that fills the row has no closing NUL.
 template <size_t N>
-void store_row(char (&row)[N], const char* source) {
+void StoreRow(char (&row)[N], const char* source) {
   const size_t length = std::strlen(source);
   std::memset(row, 0, N);
   std::memcpy(row, source, length < N ? length : N);

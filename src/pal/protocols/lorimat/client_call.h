@@ -15,7 +15,7 @@
 #include "rpccommon/services/rtffptrconst.h"
 
 template <class Call>
-int guarded_client_call(Call call) {
+int GuardedClientCall(Call call) {
   try {
     return call();
   } catch (abi::__forced_unwind&) {
@@ -26,7 +26,7 @@ int guarded_client_call(Call call) {
 }
 
 #define RTF_FP_INVOKE(name, ...) \
-  (rtfClient_ != nullptr ? guarded_client_call([&] { return rtfClient_->name(__VA_ARGS__); }) : -1)
+  (rtfClient_ != nullptr ? GuardedClientCall([&] { return rtfClient_->name(__VA_ARGS__); }) : -1)
 #define RTF_LD_INVOKE(name, ...) RTF_FP_INVOKE(name, __VA_ARGS__)
 #define RTF_FP_INVOKE_NP(name) RTF_FP_INVOKE(name)
 #define RTF_FP_INVOKE_NI(name, ...) RTF_FP_INVOKE(name, __VA_ARGS__)
@@ -36,7 +36,7 @@ int guarded_client_call(Call call) {
 struct ClientText {
   char buffer[512] = {};
 
-  void clear() { std::memset(buffer, 0, sizeof buffer); }
+  void Clear() { std::memset(buffer, 0, sizeof buffer); }
   // The text, closed wherever the client left it.
   const char* close() {
     buffer[sizeof buffer - 1] = 0;

@@ -121,13 +121,13 @@ constexpr Message kLinkSyntax[] = {
 };
 
 template <size_t Rows, size_t Size, size_t Count>
-void write_rows(char (&table)[Rows][Size], const Message (&messages)[Count]) {
-  for (const Message& message : messages) store_row(table[message.row], message.text);
+void WriteRows(char (&table)[Rows][Size], const Message (&messages)[Count]) {
+  for (const Message& message : messages) StoreRow(table[message.row], message.text);
 }
 
 }  // namespace
 
-void clear_messages(EcrCmdInterpreter& interpreter) {
+void ClearMessages(EcrCmdInterpreter& interpreter) {
   std::memset(interpreter.TabErrTradBase, 0, sizeof interpreter.TabErrTradBase);
   std::memset(interpreter.TabErrTrad1, 0, sizeof interpreter.TabErrTrad1);
   std::memset(interpreter.TabErrTrad2, 0, sizeof interpreter.TabErrTrad2);
@@ -142,18 +142,18 @@ void clear_messages(EcrCmdInterpreter& interpreter) {
   std::memset(interpreter.TabErrKey3, 0, sizeof interpreter.TabErrKey3);
 }
 
-void write_default_messages(EcrCmdInterpreter& interpreter) {
-  clear_messages(interpreter);
+void WriteDefaultMessages(EcrCmdInterpreter& interpreter) {
+  ClearMessages(interpreter);
   std::memset(interpreter.TabIntMsg, 0, sizeof interpreter.TabIntMsg);
-  write_rows(interpreter.TabIntMsg, kInternal);
-  write_rows(interpreter.TabErrTradBase, kBase);
-  write_rows(interpreter.TabErrTrad1, kSyntax);
-  store_row(interpreter.TabErrTrad2[0], "I/O ERROR ");
-  store_row(interpreter.TabErrTrad3[0], "ECR SIGNALS CRITICAL ERROR ");
-  store_row(interpreter.TabErrTrad4[0], "ECR REPORTS DATA-ERROR ");
-  store_row(interpreter.TabErrTrad5[0], "ECR REPORTS ERROR ");
-  write_rows(interpreter.TabErrTrad6, kLink);
-  write_rows(interpreter.TabErrTrad7, kLinkSyntax);
-  store_row(interpreter.TabErrTrad8[0], "ECR REPORTS ERROR ");
-  store_row(interpreter.TabErrTrad9[0], "INCORRECT ANSWER FOR ECR ");
+  WriteRows(interpreter.TabIntMsg, kInternal);
+  WriteRows(interpreter.TabErrTradBase, kBase);
+  WriteRows(interpreter.TabErrTrad1, kSyntax);
+  StoreRow(interpreter.TabErrTrad2[0], "I/O ERROR ");
+  StoreRow(interpreter.TabErrTrad3[0], "ECR SIGNALS CRITICAL ERROR ");
+  StoreRow(interpreter.TabErrTrad4[0], "ECR REPORTS DATA-ERROR ");
+  StoreRow(interpreter.TabErrTrad5[0], "ECR REPORTS ERROR ");
+  WriteRows(interpreter.TabErrTrad6, kLink);
+  WriteRows(interpreter.TabErrTrad7, kLinkSyntax);
+  StoreRow(interpreter.TabErrTrad8[0], "ECR REPORTS ERROR ");
+  StoreRow(interpreter.TabErrTrad9[0], "INCORRECT ANSWER FOR ECR ");
 }

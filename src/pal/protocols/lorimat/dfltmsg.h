@@ -26,6 +26,6 @@ enum InternalMessage {
 };
 
 // Writes the defaults of TabIntMsg and of the ten message tables.
-void write_default_messages(EcrCmdInterpreter& interpreter);
+void WriteDefaultMessages(EcrCmdInterpreter& interpreter);
 // Empties all rows of the message tables.
-void clear_messages(EcrCmdInterpreter& interpreter);
+void ClearMessages(EcrCmdInterpreter& interpreter);

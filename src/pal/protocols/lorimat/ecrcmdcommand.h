@@ -107,7 +107,7 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // A data item as a number; "." and "," are dropped. A failure leaves *value alone.
   int getDataInternal(int dataitem, long* value);
   // The same with 64 bits on every platform: totals outgrow a long of 32.
-  int read_data_item(int dataitem, int64_t* value);
+  int ReadDataItem(int dataitem, int64_t* value);
   int setDataInternal(int dataitem, long value);
   // A value of the client's GetData as a number; *value is 0 after a failure.
   int getData(long dataitem, long optArgs, long* value);
@@ -119,11 +119,11 @@ class EcrCmdCommand : public EcrCmdInterpreter {
 
   // The answer of one selector of Trad_INFO into szInfo, and its longer pieces. Each gives
   // 0, a client result or a result code.
-  int read_info(int selector);
-  int read_info_item(int item);
-  int read_info_date(int date_type);
-  int read_long_status();
-  int read_pending_documents();
+  int ReadInfo(int selector);
+  int ReadInfoItem(int item);
+  int ReadInfoDate(int date_type);
+  int ReadLongStatus();
+  int ReadPendingDocuments();
 
   // --- Status (device/status.cpp)
 
@@ -148,23 +148,23 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // printing.cpp)
 
   // The one shape of the four adjustments.
-  int adjust(const Adjustment& adjustment);
+  int Adjust(const Adjustment& adjustment);
   // Reads the reference of a refund or cancel document; 0 or 266.
-  int take_reference(DocumentReference& reference);
-  // The pieces that an attachment and a non-fiscal line share. print_line gives the client's
+  int TakeReference(DocumentReference& reference);
+  // The pieces that an attachment and a non-fiscal line share. PrintLine gives the client's
   // result.
-  int print_line(const PrintingTwin& twin, const char* text);
-  int print_barcode(const PrintingTwin& twin, int cut_mode);
-  int print_logo(const PrintingTwin& twin, int cut_mode);
+  int PrintLine(const PrintingTwin& twin, const char* text);
+  int PrintBarcode(const PrintingTwin& twin, int cut_mode);
+  int PrintLogo(const PrintingTwin& twin, int cut_mode);
 
   // --- Payment and key input (receipt/payment.cpp)
 
   // Opens the drawer when the receipt was settled and the device asks for it.
-  void open_drawer_at_end();
+  void OpenDrawerAtEnd();
   // The keys that open and close a transaction, and all keys without a road of their own.
-  int open_by_key();
-  int close_by_key();
-  int play_key(uint8_t key_code_terminator);
+  int OpenByKey();
+  int CloseByKey();
+  int PlayKey(uint8_t key_code_terminator);
 
   // --- Reports and journal (report/reports.cpp, report/journal.cpp)
 
@@ -172,32 +172,32 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // milliseconds, and returns res. A res other than 0 is returned at once.
   int PollReportState(int res);
   // The day closing with its wait; a result code.
-  int close_day();
+  int CloseDay();
   // Takes the report file's name, cut to what szFileReportOut holds, and hands it to
   // filesettable_, in lower case if wanted.
-  void take_report_file(int field, bool lower_case);
-  int print_reading(const ReportRequest& request);
-  int print_fiscal_report(const ReportRequest& request);
+  void TakeReportFile(int field, bool lower_case);
+  int PrintReading(const ReportRequest& request);
+  int PrintFiscalReport(const ReportRequest& request);
   // The two halves of a journal selection; 0 or the code of a refusal.
-  int take_journal_period(JournalSelection& selection);
-  int take_journal_documents(JournalSelection& selection);
+  int TakeJournalPeriod(JournalSelection& selection);
+  int TakeJournalDocuments(JournalSelection& selection);
 
   // --- Records of the device's tables (program/device_records.cpp)
 
   // One call reads a record of the device or, with write, writes it. Each gives the client's
   // result, unmapped; texts come back closed and cut to the length of their contract.
-  int config_department(bool write, int dep_id, DepartmentRecord& record);
-  int config_department_ex(bool write, int dep_id, DepartmentRecord& record);
-  int config_group(bool write, int index, GroupRecord& record);
-  int config_subtender(bool write, int subtender_id, SubtenderRecord& record);
+  int ConfigDepartment(bool write, int dep_id, DepartmentRecord& record);
+  int ConfigDepartmentEx(bool write, int dep_id, DepartmentRecord& record);
+  int ConfigGroup(bool write, int index, GroupRecord& record);
+  int ConfigSubtender(bool write, int subtender_id, SubtenderRecord& record);
   // The low 8 bits of key_pos travel.
-  int config_keyboard(bool write, int key_pos, KeyRecord& record);
+  int ConfigKeyboard(bool write, int key_pos, KeyRecord& record);
   // How many records a table has, by its data item. What cannot be read is 0.
-  int read_capacity(int dataitem);
+  int ReadCapacity(int dataitem);
   // The same for a dump, which takes kMostRecords at most.
-  int read_record_count(int dataitem);
+  int ReadRecordCount(int dataitem);
   // Turns the key of the device, "1" to "4"; what the device says to it is dropped.
-  void turn_key(const char* position);
+  void TurnKey(const char* position);
 
   // --- Reading tables (read/)
 
@@ -220,10 +220,10 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   int LeggiWS(fs_file_t* hFileOut, char* szLinea, bool bList);
 
   // One option from the device, into *number or *text by its form; whether it was read.
-  bool read_option(const DeviceOption& option, int64_t* number, ClientText* text);
+  bool ReadOption(const DeviceOption& option, int64_t* number, ClientText* text);
   // The line of one key, unless its code is one of those that keep their places.
-  void write_key(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
-                 const KeyRecord& record, const char* keyboard_type);
+  void WriteKey(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
+                const KeyRecord& record, const char* keyboard_type);
 
   // A totalizer of the device (RTF_FPTR_TT_*, RTF_FPTR_GT_*) in digits, ten at least, with
   // zeros in front: an amount in cents, or with counter the number as it is. data takes 32
@@ -237,15 +237,15 @@ class EcrCmdCommand : public EcrCmdInterpreter {
 
   // The pieces of the work state: blocks of records, their values, and the end of a record.
   // szAUX1 holds the total read last.
-  void write_date_record(WorkStateLine& line);
-  int write_vat_records(WorkStateLine& line);
-  int write_grid_records(WorkStateLine& line, char (&szAUX1)[32]);
-  int write_tax_records(WorkStateLine& line, char (&szAUX1)[32]);
-  void write_department_records(WorkStateLine& line, char (&szAUX1)[32]);
-  int write_counter_records(WorkStateLine& line);
-  int read_totalizer(int vatID, int totalizer, char* szAUX1);
-  void put_value(WorkStateLine& line, const char* text, int mode);
-  void put_number(WorkStateLine& line, int number);
+  void WriteDateRecord(WorkStateLine& line);
+  int WriteVatRecords(WorkStateLine& line);
+  int WriteGridRecords(WorkStateLine& line, char (&szAUX1)[32]);
+  int WriteTaxRecords(WorkStateLine& line, char (&szAUX1)[32]);
+  void WriteDepartmentRecords(WorkStateLine& line, char (&szAUX1)[32]);
+  int WriteCounterRecords(WorkStateLine& line);
+  int ReadTotalizer(int vatID, int totalizer, char* szAUX1);
+  void PutValue(WorkStateLine& line, const char* text, int mode);
+  void PutNumber(WorkStateLine& line, int number);
   void SubLeggiWS(WorkStateLine& line);
 
   // --- Article exchange (read/article_link.cpp)
@@ -256,11 +256,11 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // Fetches rows into a file. Returns 0, the code of a refused row, or 1280.
   int EM_DwnArt(fs_file_t* hFileOut, fs_file_t* hFileErr, bool bList);
   // Empties the article table. Returns 0, also when the device refuses, or 1280.
-  int erase_articles(int table);
+  int EraseArticles(int table);
   // The fields of the line into the link's members.
-  void take_link_fields();
+  void TakeLinkFields();
   // Opens the data file for the direction at hand.
-  bool open_link_file(fs_file_t* file);
+  bool OpenLinkFile(fs_file_t* file);
   // Writes a value of an output record, quoted in mode 2, with the separator behind it, as
   // the edit options say. dest takes twice the text's length plus 4 characters. Returns the
   // place of the closing NUL.

@@ -108,11 +108,11 @@ class EcrCmdInterpreter {
   int TradEcr(char* szSrcLine);
   // Takes the operands of an "@" line into szFileIn, szFileErr, szFileErrTmp and
   // szFileLog. Returns -1, or a result code when the line is refused.
-  int parse_batch_request(char* line);
+  int ParseBatchRequest(char* line);
   // Runs szFileIn line by line, with the errors to szFileErr when it is not empty.
-  long run_batch(char* Result);
+  long RunBatch(char* Result);
   // How much of the batch file was consumed, in percent, 100 at most.
-  int batch_percentage() const;
+  int BatchPercentage() const;
   // Trace to the client, at most 1023 characters; nothing without a client.
   void LogF(bool error, const char* fmt, ...)
 #if defined(__GNUC__)

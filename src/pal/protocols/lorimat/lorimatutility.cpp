@@ -17,18 +17,18 @@ constexpr char kNameMark = 19;      // opens a name in the older protocol's reco
 constexpr char kEcrZero = 10;       // key value of the digit zero
 constexpr char kEcrSeparator = 13;  // key value of the decimal point
 
-bool is_number(const char* text, int length, bool point_allowed) {
+bool IsNumber(const char* text, int length, bool point_allowed) {
   int points = 0;
   for (int i = 0; i < length; ++i) {
     const char c = text[i];
-    if (is_digit(c) || (c == '-' && i == 0)) continue;
+    if (IsDigit(c) || (c == '-' && i == 0)) continue;
     if (c != '.' || !point_allowed || ++points > 1) return false;
   }
   return true;
 }
 
 // Trims, then maps each character to the device's digit values.
-char* map_digits(char* sDest, char* szIn, char zero, char point) {
+char* MapDigits(char* sDest, char* szIn, char zero, char point) {
   int length = 0;
   const char* text = lorimatutility::TogliSpaziP(szIn, &length);
   for (int i = 0; i < length; ++i) {
@@ -36,7 +36,7 @@ char* map_digits(char* sDest, char* szIn, char zero, char point) {
     char mapped = 0;
     if (c == '0') {
       mapped = zero;
-    } else if (is_digit(c)) {
+    } else if (IsDigit(c)) {
       mapped = static_cast<char>(c - '0');
     } else if (c == '.') {
       mapped = point;
@@ -47,7 +47,7 @@ char* map_digits(char* sDest, char* szIn, char zero, char point) {
   return sDest;
 }
 
-int64_t parse_scaled(const char* text, bool fixed_point, char separator, int precision) {
+int64_t ParseScaled(const char* text, bool fixed_point, char separator, int precision) {
   int64_t value = 0;
   if (!loc.toLocalNumber(text, std::strlen(text), value, fixed_point, separator, precision)) {
     return 0;
@@ -115,13 +115,13 @@ int lorimatutility::SkipSpace(char* szIn, int* iPunt) {
 bool lorimatutility::SeNum(char* szInp) {
   int length = 0;
   const char* text = TogliSpaziP(szInp, &length);
-  return is_number(text, length, true);
+  return IsNumber(text, length, true);
 }
 
 bool lorimatutility::SeNumeric(char* szInp) {
   int length = 0;
   const char* text = TogliSpaziP(szInp, &length);
-  return is_number(text, length, false);
+  return IsNumber(text, length, false);
 }
 
 char* lorimatutility::TradNome(char* sDest, char* szIn) {
@@ -135,35 +135,35 @@ char* lorimatutility::TradNomeL(char* sDest, char* szIn, int iLung) {
   return sDest + iLung;
 }
 
-char* lorimatutility::TradNum(char* sDest, char* szIn) { return map_digits(sDest, szIn, '0', '.'); }
+char* lorimatutility::TradNum(char* sDest, char* szIn) { return MapDigits(sDest, szIn, '0', '.'); }
 
 char* lorimatutility::TradNumToECR(char* sDest, char* szIn) {
-  return map_digits(sDest, szIn, kEcrZero, kEcrSeparator);
+  return MapDigits(sDest, szIn, kEcrZero, kEcrSeparator);
 }
 
 int64_t lorimatutility::TradPrice(char* szIn, bool bVirgolaFissa, char currency_decimal_separator_,
                                   int max_precision) {
-  return parse_scaled(szIn, bVirgolaFissa, currency_decimal_separator_, max_precision);
+  return ParseScaled(szIn, bVirgolaFissa, currency_decimal_separator_, max_precision);
 }
 
 long lorimatutility::TradPercentage(char* szIn, char currency_decimal_separator,
                                     int max_precision) {
-  return static_cast<int32_t>(parse_scaled(szIn, false, currency_decimal_separator, max_precision));
+  return static_cast<int32_t>(ParseScaled(szIn, false, currency_decimal_separator, max_precision));
 }
 
 long lorimatutility::TradQuantity(char* szIn, char currency_decimal_separator) {
   return static_cast<int32_t>(
-      parse_scaled(szIn, false, currency_decimal_separator, QUANTITY_PRECISION));
+      ParseScaled(szIn, false, currency_decimal_separator, QUANTITY_PRECISION));
 }
 
-long lorimatutility::TradNumLong(char* szIn) { return nearest_long(TradNumInt64(szIn)); }
+long lorimatutility::TradNumLong(char* szIn) { return NearestLong(TradNumInt64(szIn)); }
 
 int64_t lorimatutility::TradNumInt64(char* szIn) {
   constexpr int kLongest = 19;
   int length = 0;
   const char* text = TogliSpaziP(szIn, &length);
   int used = 0;
-  while (used < length && used < kLongest && (is_digit(text[used]) || text[used] == '.')) ++used;
+  while (used < length && used < kLongest && (IsDigit(text[used]) || text[used] == '.')) ++used;
   // A floating number, whatever decimal point the host's locale has, then truncated.
   double value = 0;
   std::from_chars(text, text + used, value, std::chars_format::fixed);
@@ -173,7 +173,7 @@ int64_t lorimatutility::TradNumInt64(char* szIn) {
 
 bool lorimatutility::ConvCharFromEcr(char* szDest, char* sEcr, int iLn) {
   const size_t room = static_cast<size_t>(iLn);
-  const size_t length = row_length(sEcr, room);
+  const size_t length = RowLength(sEcr, room);
   std::memmove(szDest, sEcr, length);
   std::memset(szDest + length, 0, room - length);
   szDest[iLn] = 0;
@@ -193,13 +193,13 @@ void lorimatutility::NumToStringDescription(char* description, char* des, long n
   std::snprintf(description, size, "%s %ld", des, num / factor);
   long remainder = num % factor;
   if (remainder == 0) return;
-  append_text(description, size, ".");
+  AppendText(description, size, ".");
   if (remove0) {
     // The zeros in front of the fraction go too, so that 10.05 reads "10.5": meant.
     while (remainder % 10 == 0) remainder /= 10;
-    append_format(description, size, "%ld", remainder);
+    AppendFormat(description, size, "%ld", remainder);
   } else {
-    append_format(description, size, "%ld", remainder / 1000);
+    AppendFormat(description, size, "%ld", remainder / 1000);
   }
 }
 
@@ -208,8 +208,8 @@ void lorimatutility::NumToString(char* description, long num, long factor, bool 
   std::snprintf(description, kSize, "%ld", num / factor);
   const long remainder = num % factor;
   if (remove0 && remainder == 0) return;
-  append_text(description, kSize, ".");
-  append_format(description, kSize, "%2.2ld", remainder / 100);
+  AppendText(description, kSize, ".");
+  AppendFormat(description, kSize, "%2.2ld", remainder / 100);
 }
 
 void lorimatutility::CurrencyToString(char* description, long num, long factor, bool remove0,
@@ -219,17 +219,17 @@ void lorimatutility::CurrencyToString(char* description, long num, long factor, 
   const long remainder = num % factor;
   const long cents = remainder / currency_decimal_place_factor;
   if (remainder <= 999 && remove0) {
-    append_format(description, kSize, "%ld", cents / 10);
+    AppendFormat(description, kSize, "%ld", cents / 10);
   } else {
-    append_format(description, kSize, "%2.2ld", cents);
+    AppendFormat(description, kSize, "%2.2ld", cents);
   }
   // A zero of remove0 reads "0.0" and stays as it is.
-  if (std::strcmp(description, "0.00") == 0) copy_text(description, kSize, "0");
+  if (std::strcmp(description, "0.00") == 0) CopyText(description, kSize, "0");
 }
 
 void lorimatutility::upos2ZupDateTime(char* szInfo, char* szAUX1) {
   char in[12] = {};
-  std::memcpy(in, szAUX1, row_length(szAUX1, sizeof in));
+  std::memcpy(in, szAUX1, RowLength(szAUX1, sizeof in));
   std::memset(szInfo, 0, 16);
   const char out[] = {in[0], in[1], '/',   in[2], in[3], '/',    in[6],
                       in[7], ' ',   in[8], in[9], ':',   in[10], in[11]};
@@ -242,7 +242,7 @@ void upos2ZupDateTime(char* szInfo, char* szAUX1) {
 
 void lorimatutility::zup_2_upos_datetime(char* sDateTime, const char* sDate, const char* sTime) {
   char date[6] = {};
-  std::memcpy(date, sDate, row_length(sDate, sizeof date));
+  std::memcpy(date, sDate, RowLength(sDate, sizeof date));
   std::memset(sDateTime, 0, 13);
   const char out[] = {date[0], date[1], date[2], date[3], '2', '0', date[4], date[5]};
   std::memcpy(sDateTime, out, sizeof out);
@@ -306,7 +306,7 @@ void lorimatutility::itoa(int value, char* str, int base) {
 }
 
 void lorimatutility::toLower(char* str) {
-  for (; *str != 0; ++str) *str = lower(*str);
+  for (; *str != 0; ++str) *str = Lower(*str);
 }
 
 char* lorimatutility::FnLPAD(char* szDest, char* szIn, int iL, char cPad) {
@@ -327,13 +327,13 @@ char* lorimatutility::FnLPAD(char* szDest, char* szIn, int iL, char cPad) {
 char* lorimatutility::FnRPAD(char* szDest, char* szIn, int iL, char cPad) {
   if (iL <= 0) return szDest;
   const size_t width = static_cast<size_t>(iL);
-  const size_t length = row_length(szIn, width);
+  const size_t length = RowLength(szIn, width);
   std::memmove(szDest, szIn, length);
   std::memset(szDest + length, cPad, width - length);
   return szDest + width;
 }
 
 bool lorimatutility::CheckTrue(char* szDest) {
-  return begins_with(szDest, "VERO") || begins_with(szDest, "SI") || begins_with(szDest, "YES") ||
-         begins_with(szDest, "2");
+  return BeginsWith(szDest, "VERO") || BeginsWith(szDest, "SI") || BeginsWith(szDest, "YES") ||
+         BeginsWith(szDest, "2");
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-pthread_mutex_t* native(Mutex* mutex) { return static_cast<pthread_mutex_t*>(mutex->Handle()); }
+pthread_mutex_t* Native(Mutex* mutex) { return static_cast<pthread_mutex_t*>(mutex->Handle()); }
 
 }  // namespace
 
@@ -19,7 +19,7 @@ Condition::Condition() : clock_(CLOCK_MONOTONIC) {
 
 Condition::~Condition() { pthread_cond_destroy(&condition_handle_); }
 
-void Condition::Wait(Mutex* mutex) { pthread_cond_wait(&condition_handle_, native(mutex)); }
+void Condition::Wait(Mutex* mutex) { pthread_cond_wait(&condition_handle_, Native(mutex)); }
 
 bool Condition::Wait(Mutex* mutex, int timeout) {
   if (timeout >= 0) return WaitUntil(mutex, Moment(timeout));
@@ -44,5 +44,5 @@ timespec Condition::Moment(int timeout) const {
 }
 
 bool Condition::WaitUntil(Mutex* mutex, const timespec& moment) {
-  return pthread_cond_timedwait(&condition_handle_, native(mutex), &moment) == 0;
+  return pthread_cond_timedwait(&condition_handle_, Native(mutex), &moment) == 0;
 }

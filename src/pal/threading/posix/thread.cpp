@@ -8,7 +8,7 @@
 
 namespace {
 
-std::atomic<Thread::SleepFunction> sleep_function{platform::sleep_ms};
+std::atomic<Thread::SleepFunction> sleep_function{platform::SleepMs};
 
 }  // namespace
 
@@ -35,8 +35,8 @@ bool Thread::Name(char* buffer) {
   return false;
 }
 
-Thread::SleepFunction Thread::set_sleep_function(SleepFunction function) {
-  return sleep_function.exchange(function != nullptr ? function : platform::sleep_ms);
+Thread::SleepFunction Thread::SetSleepFunction(SleepFunction function) {
+  return sleep_function.exchange(function != nullptr ? function : platform::SleepMs);
 }
 
 unsigned long Thread::id() const {

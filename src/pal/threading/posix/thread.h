@@ -43,7 +43,7 @@ class Thread : public RunInterface {
   using SleepFunction = void (*)(int milliseconds);
   // Replaces what Sleep waits by, for all threads; null gives back the platform's own. The
   // result is the function replaced. Tests put a clock of their own here.
-  static SleepFunction set_sleep_function(SleepFunction function);
+  static SleepFunction SetSleepFunction(SleepFunction function);
 
   // The number of the thread last started, 0 before.
   unsigned long id() const;

@@ -9,7 +9,7 @@
 
 namespace {
 
-struct tm at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+struct tm At(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
   struct tm time = {};
   time.tm_year = year - 1900;
   time.tm_mon = month - 1;
@@ -21,8 +21,8 @@ struct tm at(int year, int month, int day, int hour = 0, int minute = 0, int sec
   return time;
 }
 
-void expect_time(const struct tm& time, int year, int month, int day, int hour, int minute,
-                 int second) {
+void ExpectTime(const struct tm& time, int year, int month, int day, int hour, int minute,
+                int second) {
   EXPECT_EQ(time.tm_year, year - 1900);
   EXPECT_EQ(time.tm_mon, month - 1);
   EXPECT_EQ(time.tm_mday, day);
@@ -31,15 +31,15 @@ void expect_time(const struct tm& time, int year, int month, int day, int hour, 
   EXPECT_EQ(time.tm_sec, second);
 }
 
-bool same(const struct tm& a, const struct tm& b) { return std::memcmp(&a, &b, sizeof(a)) == 0; }
+bool Same(const struct tm& a, const struct tm& b) { return std::memcmp(&a, &b, sizeof(a)) == 0; }
 
-bool valid(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-  const struct tm time = at(year, month, day, hour, minute, second);
+bool Valid(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+  const struct tm time = At(year, month, day, hour, minute, second);
   return DateTime::CheckDateTime(&time);
 }
 
 TEST(DateTimeTest, BuildDateAndTime) {
-  struct tm time = at(1900, 1, 1, -3, -3, -3);
+  struct tm time = At(1900, 1, 1, -3, -3, -3);
   EXPECT_TRUE(DateTime::GetBuildDateTime(&time, true));
   EXPECT_GE(time.tm_year, 2024 - 1900);
   EXPECT_EQ(time.tm_hour, -3);
@@ -56,7 +56,7 @@ TEST(DateTimeTest, CurrentTimeIsTheClocksInUtcAndLocal) {
   ASSERT_TRUE(DateTime::GetCurrentDateTime(&utc));
   ASSERT_TRUE(DateTime::GetLocalDateTime(&local));
   const time_t after = std::time(nullptr);
-  const time_t utc_moment = utc_seconds(&utc);
+  const time_t utc_moment = UtcSeconds(&utc);
   const time_t local_moment = std::mktime(&local);
   EXPECT_LE(before, utc_moment);
   EXPECT_LE(utc_moment, after);
@@ -70,7 +70,7 @@ TEST(DateTimeTest, CurrentBcdTimeIsTheClocksInUtc) {
   const time_t after = std::time(nullptr);
   struct tm time = {};
   EXPECT_TRUE(DateTime::FromBCDDateTime(bcd, &time));
-  const time_t moment = utc_seconds(&time);
+  const time_t moment = UtcSeconds(&time);
   EXPECT_LE(before, moment);
   EXPECT_LE(moment, after);
 }
@@ -83,16 +83,16 @@ TEST(DateTimeTest, UptimeIsTheRealTimeClocksMillisecond) {
   EXPECT_LE(uptime - before, after - before + 1100);
 }
 
-int64_t clock_milliseconds() {
+int64_t ClockMilliseconds() {
   struct timespec clock;
   EXPECT_EQ(clock_gettime(CLOCK_REALTIME, &clock), 0);
   return int64_t{clock.tv_sec} * 1000 + clock.tv_nsec / 1000000;
 }
 
 TEST(DateTimeTest, TheMillisecondIsThatOfTheSecond) {
-  const int64_t before = clock_milliseconds();
+  const int64_t before = ClockMilliseconds();
   const unsigned millisecond = DateTime::GetMillisecond();
-  const int64_t after = clock_milliseconds();
+  const int64_t after = ClockMilliseconds();
   EXPECT_LT(millisecond, 1000u);
   EXPECT_LE((millisecond + 1000 - before % 1000) % 1000, after - before);
 }
@@ -101,19 +101,19 @@ TEST(DateTimeTest, DefaultIsTheEpoch) {
   struct tm time;
   std::memset(&time, 0x55, sizeof(time));
   DateTime::GetDefaultDateTime(&time);
-  expect_time(time, 1970, 1, 1, 0, 0, 0);
+  ExpectTime(time, 1970, 1, 1, 0, 0, 0);
   EXPECT_EQ(time.tm_wday, 4);
   EXPECT_EQ(time.tm_yday, 0);
   EXPECT_EQ(time.tm_isdst, -1);
 }
 
 TEST(DateTimeTest, WhatTheClockCannotDo) {
-  struct tm time = at(2024, 1, 15);
+  struct tm time = At(2024, 1, 15);
   const struct tm before = time;
   EXPECT_FALSE(DateTime::SetCurrentDateTime(&time));
   EXPECT_EQ(DateTime::GetSystemClockSource(), 0);
   EXPECT_TRUE(DateTime::AddLocalSeconds(&time, 5));
-  EXPECT_TRUE(same(time, before));
+  EXPECT_TRUE(Same(time, before));
   EXPECT_TRUE(DateTime::ClockIsRunning());
   EXPECT_TRUE(DateTime::CheckBattery());
   EXPECT_TRUE(DateTime::Close());
@@ -126,14 +126,14 @@ TEST(DateTimeTest, TimeZoneIsStoredAndNotUsed) {
   DateTime::SetTimeZone(DateTime::kGMT_P02);
   EXPECT_EQ(DateTime::GetTimeZone(), DateTime::kGMT_P02);
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(2024, 1, 15, 12);
+  struct tm time = At(2024, 1, 15, 12);
   EXPECT_TRUE(DateTime::ToLocalDateTime(&time));
   EXPECT_EQ(time.tm_hour, 12);
   DateTime::SetTimeZone(DateTime::kGMT_P01);
 }
 
 TEST(DateTimeTest, PacksBcd) {
-  const struct tm time = at(2023, 12, 31, 13, 45, 7);
+  const struct tm time = At(2023, 12, 31, 13, 45, 7);
   uint64_t bcd = 0;
   EXPECT_TRUE(DateTime::ToBCDDateTime(&time, bcd));
   EXPECT_EQ(bcd, 0x0020231231134507u);
@@ -145,7 +145,7 @@ TEST(DateTimeTest, UnpacksBcdAndLeavesTheOtherFields) {
   time.tm_yday = 77;
   time.tm_isdst = 1;
   EXPECT_TRUE(DateTime::FromBCDDateTime(0x0020231231134507u, &time));
-  expect_time(time, 2023, 12, 31, 13, 45, 7);
+  ExpectTime(time, 2023, 12, 31, 13, 45, 7);
   EXPECT_EQ(time.tm_wday, 5);
   EXPECT_EQ(time.tm_yday, 77);
   EXPECT_EQ(time.tm_isdst, 1);
@@ -158,7 +158,7 @@ TEST(DateTimeTest, BcdIsNotChecked) {
   EXPECT_EQ(time.tm_mon, 164);
   EXPECT_EQ(time.tm_year, 16665 - 1900);
   uint64_t bcd = 0;
-  time = at(2023, 12, 31, 123, 45, 7);
+  time = At(2023, 12, 31, 123, 45, 7);
   EXPECT_TRUE(DateTime::ToBCDDateTime(&time, bcd));
   EXPECT_EQ(bcd, 0x0020231231234507u);
   for (const int value : {INT_MIN, INT_MAX}) {
@@ -169,49 +169,49 @@ TEST(DateTimeTest, BcdIsNotChecked) {
 }
 
 TEST(DateTimeTest, CheckOfTheTimeOfDay) {
-  EXPECT_TRUE(valid(2024, 1, 15, 0, 0, 0));
-  EXPECT_TRUE(valid(2024, 1, 15, 23, 59, 59));
-  EXPECT_FALSE(valid(2024, 1, 15, 24, 0, 0));
-  EXPECT_FALSE(valid(2024, 1, 15, 0, 60, 0));
-  EXPECT_FALSE(valid(2024, 1, 15, 0, 0, 60));
-  EXPECT_FALSE(valid(2024, 1, 15, -1, 0, 0));
-  EXPECT_FALSE(valid(2024, 1, 15, 0, -1, 0));
-  EXPECT_FALSE(valid(2024, 1, 15, 0, 0, -1));
+  EXPECT_TRUE(Valid(2024, 1, 15, 0, 0, 0));
+  EXPECT_TRUE(Valid(2024, 1, 15, 23, 59, 59));
+  EXPECT_FALSE(Valid(2024, 1, 15, 24, 0, 0));
+  EXPECT_FALSE(Valid(2024, 1, 15, 0, 60, 0));
+  EXPECT_FALSE(Valid(2024, 1, 15, 0, 0, 60));
+  EXPECT_FALSE(Valid(2024, 1, 15, -1, 0, 0));
+  EXPECT_FALSE(Valid(2024, 1, 15, 0, -1, 0));
+  EXPECT_FALSE(Valid(2024, 1, 15, 0, 0, -1));
 }
 
 TEST(DateTimeTest, CheckOfTheDate) {
   const int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   for (int month = 1; month <= 12; ++month) {
-    EXPECT_TRUE(valid(2023, month, 1)) << month;
-    EXPECT_TRUE(valid(2023, month, lengths[month - 1])) << month;
-    EXPECT_FALSE(valid(2023, month, lengths[month - 1] + 1)) << month;
-    EXPECT_FALSE(valid(2023, month, 0)) << month;
+    EXPECT_TRUE(Valid(2023, month, 1)) << month;
+    EXPECT_TRUE(Valid(2023, month, lengths[month - 1])) << month;
+    EXPECT_FALSE(Valid(2023, month, lengths[month - 1] + 1)) << month;
+    EXPECT_FALSE(Valid(2023, month, 0)) << month;
   }
-  EXPECT_FALSE(valid(2023, 0, 1));
-  EXPECT_FALSE(valid(2023, 13, 1));
-  EXPECT_TRUE(valid(1900, 1, 1));
-  EXPECT_FALSE(valid(1899, 12, 31));
+  EXPECT_FALSE(Valid(2023, 0, 1));
+  EXPECT_FALSE(Valid(2023, 13, 1));
+  EXPECT_TRUE(Valid(1900, 1, 1));
+  EXPECT_FALSE(Valid(1899, 12, 31));
 }
 
 TEST(DateTimeTest, CheckCountsLeapYearsFrom1900) {
-  EXPECT_TRUE(valid(2024, 2, 29));
-  EXPECT_FALSE(valid(2024, 2, 30));
-  EXPECT_FALSE(valid(2023, 2, 29));
-  EXPECT_TRUE(valid(2100, 2, 28));
-  EXPECT_FALSE(valid(2100, 2, 29));
-  EXPECT_TRUE(valid(1900, 2, 28));
-  EXPECT_FALSE(valid(1900, 2, 29));
+  EXPECT_TRUE(Valid(2024, 2, 29));
+  EXPECT_FALSE(Valid(2024, 2, 30));
+  EXPECT_FALSE(Valid(2023, 2, 29));
+  EXPECT_TRUE(Valid(2100, 2, 28));
+  EXPECT_FALSE(Valid(2100, 2, 29));
+  EXPECT_TRUE(Valid(1900, 2, 28));
+  EXPECT_FALSE(Valid(1900, 2, 29));
   // Every February of a year that divides by 400 is refused, and only the February.
-  EXPECT_FALSE(valid(2000, 2, 1));
-  EXPECT_FALSE(valid(2000, 2, 29));
-  EXPECT_FALSE(valid(2400, 2, 1));
-  EXPECT_TRUE(valid(2000, 1, 31));
-  EXPECT_TRUE(valid(2000, 3, 1));
+  EXPECT_FALSE(Valid(2000, 2, 1));
+  EXPECT_FALSE(Valid(2000, 2, 29));
+  EXPECT_FALSE(Valid(2400, 2, 1));
+  EXPECT_TRUE(Valid(2000, 1, 31));
+  EXPECT_TRUE(Valid(2000, 3, 1));
 }
 
 TEST(DateTimeTest, CheckOfFieldsAtTheirLimits) {
   for (const int value : {INT_MIN, INT_MAX}) {
-    struct tm time = at(2024, 2, 1);
+    struct tm time = At(2024, 2, 1);
     time.tm_year = value;
     EXPECT_EQ(DateTime::CheckDateTime(&time), value > 0);
     time.tm_mday = value;
@@ -223,57 +223,57 @@ TEST(DateTimeTest, CheckOfFieldsAtTheirLimits) {
 
 TEST(DateTimeTest, UtcToLocal) {
   ScopedTimeZone zone(kItaly);
-  struct tm time = at(2024, 1, 15, 12, 30, 5);
+  struct tm time = At(2024, 1, 15, 12, 30, 5);
   EXPECT_TRUE(DateTime::ToLocalDateTime(&time));
-  expect_time(time, 2024, 1, 15, 13, 30, 5);
+  ExpectTime(time, 2024, 1, 15, 13, 30, 5);
   EXPECT_EQ(time.tm_isdst, 0);
-  time = at(2024, 7, 15, 12, 30, 5);
+  time = At(2024, 7, 15, 12, 30, 5);
   EXPECT_TRUE(DateTime::ToLocalDateTime(&time));
-  expect_time(time, 2024, 7, 15, 14, 30, 5);
+  ExpectTime(time, 2024, 7, 15, 14, 30, 5);
   EXPECT_EQ(time.tm_isdst, 1);
   // The first hour of a day comes out two hours early, as pal::timegm has it.
-  time = at(2024, 1, 15, 0, 10, 0);
+  time = At(2024, 1, 15, 0, 10, 0);
   EXPECT_TRUE(DateTime::ToLocalDateTime(&time));
-  expect_time(time, 2024, 1, 14, 23, 10, 0);
+  ExpectTime(time, 2024, 1, 14, 23, 10, 0);
 }
 
 TEST(DateTimeTest, LocalToUtc) {
   ScopedTimeZone zone(kItaly);
-  struct tm time = at(2024, 7, 15, 12, 30, 5);
+  struct tm time = At(2024, 7, 15, 12, 30, 5);
   EXPECT_TRUE(DateTime::FromLocalDateTime(&time));
-  expect_time(time, 2024, 7, 15, 10, 30, 5);
-  time = at(2024, 1, 15, 0, 30, 5);
+  ExpectTime(time, 2024, 7, 15, 10, 30, 5);
+  time = At(2024, 1, 15, 0, 30, 5);
   EXPECT_TRUE(DateTime::FromLocalDateTime(&time));
-  expect_time(time, 2024, 1, 14, 23, 30, 5);
+  ExpectTime(time, 2024, 1, 14, 23, 30, 5);
 }
 
 TEST(DateTimeTest, TheSecondBeforeTheEpochIsATime) {
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(1969, 12, 31, 23, 59, 59);
+  struct tm time = At(1969, 12, 31, 23, 59, 59);
   EXPECT_TRUE(DateTime::FromLocalDateTime(&time));
-  expect_time(time, 1969, 12, 31, 23, 59, 59);
+  ExpectTime(time, 1969, 12, 31, 23, 59, 59);
 }
 
 TEST(DateTimeTest, ConversionsOfNoTimeLeaveIt) {
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(2024, 1, 1);
+  struct tm time = At(2024, 1, 1);
   time.tm_year = INT_MAX;
   time.tm_mon = 12;
   const struct tm before = time;
   EXPECT_FALSE(DateTime::FromLocalDateTime(&time));
-  EXPECT_TRUE(same(time, before));
+  EXPECT_TRUE(Same(time, before));
 }
 
 TEST(DateTimeTest, ComparesTheFirstFieldThatDiffers) {
-  const struct tm base = at(2024, 5, 10, 12, 30, 30);
+  const struct tm base = At(2024, 5, 10, 12, 30, 30);
   EXPECT_EQ(DateTime::CompareDateTime(&base, &base), 0);
   struct {
     struct tm other;
     int date_time;
     int only_date;
-  } const rows[] = {{at(2021, 12, 31, 23, 59, 59), 3, 3}, {at(2024, 7, 1, 0, 0, 0), -2, -2},
-                    {at(2024, 5, 6, 23, 59, 59), 4, 4},   {at(2024, 5, 10, 17, 0, 0), -5, 0},
-                    {at(2024, 5, 10, 12, 24, 59), 6, 0},  {at(2024, 5, 10, 12, 30, 37), -7, 0}};
+  } const rows[] = {{At(2021, 12, 31, 23, 59, 59), 3, 3}, {At(2024, 7, 1, 0, 0, 0), -2, -2},
+                    {At(2024, 5, 6, 23, 59, 59), 4, 4},   {At(2024, 5, 10, 17, 0, 0), -5, 0},
+                    {At(2024, 5, 10, 12, 24, 59), 6, 0},  {At(2024, 5, 10, 12, 30, 37), -7, 0}};
   for (const auto& row : rows) {
     EXPECT_EQ(DateTime::CompareDateTime(&base, &row.other), row.date_time);
     EXPECT_EQ(DateTime::CompareDateTime(&row.other, &base), -row.date_time);
@@ -292,24 +292,24 @@ TEST(DateTimeTest, ComparesDaysOfMoments) {
 
 TEST(DateTimeTest, ComparesLocalDaysAtMidnightUtc) {
   ScopedTimeZone zone(kItaly);
-  const struct tm before = at(2024, 1, 15, 0, 30, 0);  // 23:30 UTC of the 14th
-  const struct tm after = at(2024, 1, 15, 1, 30, 0);
-  const struct tm evening = at(2024, 1, 15, 23, 30, 0);
+  const struct tm before = At(2024, 1, 15, 0, 30, 0);  // 23:30 UTC of the 14th
+  const struct tm after = At(2024, 1, 15, 1, 30, 0);
+  const struct tm evening = At(2024, 1, 15, 23, 30, 0);
   EXPECT_EQ(DateTime::CompareDate(&after, &before), 1);
   EXPECT_EQ(DateTime::CompareDate(&before, &after), -1);
   EXPECT_EQ(DateTime::CompareDate(&evening, &after), 0);
 }
 
 TEST(DateTimeTest, ComparesTimesOfDay) {
-  const struct tm a = at(2024, 1, 1, 13, 2, 3);
-  const struct tm b = at(2030, 1, 1, 12, 1, 1);
+  const struct tm a = At(2024, 1, 1, 13, 2, 3);
+  const struct tm b = At(2030, 1, 1, 12, 1, 1);
   EXPECT_EQ(DateTime::CompareTime(&a, &b), 3600 + 60 + 2);
   EXPECT_EQ(DateTime::CompareTime(&b, &a), -(3600 + 60 + 2));
   EXPECT_EQ(DateTime::CompareTime(&a, &a), 0);
 }
 
 TEST(DateTimeTest, DifferencesKeepTheirSignAtTheLimits) {
-  struct tm low = at(2024, 1, 1);
+  struct tm low = At(2024, 1, 1);
   struct tm high = low;
   low.tm_year = low.tm_hour = INT_MIN;
   high.tm_year = high.tm_hour = INT_MAX;
@@ -323,32 +323,32 @@ TEST(DateTimeTest, DifferencesKeepTheirSignAtTheLimits) {
 
 TEST(DateTimeTest, AddsSeconds) {
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(2023, 12, 31, 23, 59, 59);
+  struct tm time = At(2023, 12, 31, 23, 59, 59);
   EXPECT_TRUE(DateTime::AddSeconds(&time, 1));
-  expect_time(time, 2024, 1, 1, 0, 0, 0);
+  ExpectTime(time, 2024, 1, 1, 0, 0, 0);
   EXPECT_TRUE(DateTime::AddSeconds(&time, -86401));
-  expect_time(time, 2023, 12, 30, 23, 59, 59);
+  ExpectTime(time, 2023, 12, 30, 23, 59, 59);
   EXPECT_TRUE(DateTime::AddSeconds(&time, 0));
-  expect_time(time, 2023, 12, 30, 23, 59, 59);
+  ExpectTime(time, 2023, 12, 30, 23, 59, 59);
 }
 
 TEST(DateTimeTest, AddsTimesSinceTheEpoch) {
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(2024, 2, 28, 23, 0, 0);
-  const struct tm added = at(1970, 1, 2, 1, 0, 5);  // a day, an hour and five seconds
+  struct tm time = At(2024, 2, 28, 23, 0, 0);
+  const struct tm added = At(1970, 1, 2, 1, 0, 5);  // a day, an hour and five seconds
   EXPECT_TRUE(DateTime::AddDateTime(&time, &added));
-  expect_time(time, 2024, 3, 1, 0, 0, 5);
+  ExpectTime(time, 2024, 3, 1, 0, 0, 5);
 }
 
 TEST(DateTimeTest, SumsOfNoTimeLeaveIt) {
   ScopedTimeZone zone(kUtc);
-  struct tm time = at(2024, 12, 31, 23, 59, 59);
+  struct tm time = At(2024, 12, 31, 23, 59, 59);
   time.tm_year = INT_MAX;
   const struct tm before = time;
   EXPECT_FALSE(DateTime::AddSeconds(&time, 1));
-  EXPECT_TRUE(same(time, before));
+  EXPECT_TRUE(Same(time, before));
   EXPECT_FALSE(DateTime::AddDateTime(&time, &before));
-  EXPECT_TRUE(same(time, before));
+  EXPECT_TRUE(Same(time, before));
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ std::atomic<int> interruptions;
 int pipe_ends[2];
 bool handler_writes;
 
-void on_signal(int) {
+void OnSignal(int) {
   if (++interruptions != 100) return;
   char c[4096] = {'!'};
   const ssize_t moved =
@@ -31,7 +31,7 @@ class FilesystemSignalTest : public testing::Test {
   void SetUp() override {
     interruptions = 0;
     struct sigaction action = {};
-    action.sa_handler = on_signal;  // without SA_RESTART
+    action.sa_handler = OnSignal;  // without SA_RESTART
     sigaction(SIGUSR1, &action, &old_action_);
     ASSERT_EQ(pipe(pipe_ends), 0);
   }
@@ -41,7 +41,7 @@ class FilesystemSignalTest : public testing::Test {
     sigaction(SIGUSR1, &old_action_, nullptr);
   }
   // Runs work on a thread and sends it signals until it has ended.
-  void interrupt(void* (*work)(void*)) {
+  void Interrupt(void* (*work)(void*)) {
     std::pair<std::atomic<bool>, void* (*)(void*)> job(false, work);
     pthread_t thread;
     ASSERT_EQ(pthread_create(
@@ -69,7 +69,7 @@ class FilesystemSignalTest : public testing::Test {
 
 TEST_F(FilesystemSignalTest, ReadGoesOnAfterASignal) {
   handler_writes = true;
-  interrupt([](void*) -> void* {
+  Interrupt([](void*) -> void* {
     fs_file_t file = pipe_ends[0];
     char c = 0;
     const ptrdiff_t count = fs_read(&file, &c, 1);
@@ -89,7 +89,7 @@ TEST_F(FilesystemSignalTest, WriteGoesOnAfterASignal) {
   while (write(pipe_ends[1], chunk, 1) > 0) {
   }
   fcntl(pipe_ends[1], F_SETFL, 0);
-  interrupt([](void*) -> void* {
+  Interrupt([](void*) -> void* {
     fs_file_t file = pipe_ends[1];
     return reinterpret_cast<void*>(fs_write(&file, "x", 1));
   });

@@ -18,7 +18,7 @@ TEST(LineEndsTest, TheAnswerIsWhatTheFileLayerDoes) {
   fs_file_t file;
   ASSERT_NE(fs_open(&file, name.c_str(), FS_CREATE_TRUNC), FS_BADF);
   EXPECT_EQ(fs_write(&file, "\n", 1), 1);
-  EXPECT_EQ(fs_fstat(&file), platform::default_mode_translates() ? 2 : 1);
+  EXPECT_EQ(fs_fstat(&file), platform::DefaultModeTranslates() ? 2 : 1);
   fs_close(&file);
   fs_remove(name.c_str());
 }

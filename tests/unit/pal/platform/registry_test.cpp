@@ -24,7 +24,7 @@ class RegistryTest : public testing::Test {
   void SetUp() override {
     const char* old = std::getenv("LORIMATRT_REGISTRY");
     if (old != nullptr) old_name_ = old;
-    folder_ = make_temporary_folder().string();
+    folder_ = MakeTemporaryFolder().string();
     name_ = folder_ + "/registry.ini";
     setenv("LORIMATRT_REGISTRY", name_.c_str(), 1);
   }
@@ -37,16 +37,16 @@ class RegistryTest : public testing::Test {
     std::filesystem::remove_all(folder_);
   }
 
-  void write(const std::string& text) { std::ofstream(name_, std::ios::binary) << text; }
+  void Write(const std::string& text) { std::ofstream(name_, std::ios::binary) << text; }
   // A file of our section with these lines.
-  void write_section(const std::string& lines) { write("[" + std::string(kKey) + "]\n" + lines); }
+  void WriteSection(const std::string& lines) { Write("[" + std::string(kKey) + "]\n" + lines); }
 
   // The value's text, or nothing where the query fails.
-  std::optional<std::string> value(const char* name, const char* key = kKey) {
+  std::optional<std::string> Value(const char* name, const char* key = kKey) {
     const RegistryKey registry(key);
     char text[256];
     uint32_t size = sizeof(text);
-    if (registry.query(name, text, &size) != platform::kRegistrySuccess) return std::nullopt;
+    if (registry.Query(name, text, &size) != platform::kRegistrySuccess) return std::nullopt;
     EXPECT_EQ(size, std::strlen(text) + 1);
     return text;
   }
@@ -57,79 +57,79 @@ class RegistryTest : public testing::Test {
 };
 
 TEST_F(RegistryTest, ReadsAValueAndCountsItsTerminator) {
-  write_section("InstallationDir=/opt/lorimat\n");
+  WriteSection("InstallationDir=/opt/lorimat\n");
   const RegistryKey key(kKey);
   ASSERT_TRUE(key.is_open());
   char text[80];
   uint32_t size = sizeof(text);
-  EXPECT_EQ(key.query("InstallationDir", text, &size), 0);
+  EXPECT_EQ(key.Query("InstallationDir", text, &size), 0);
   EXPECT_STREQ(text, "/opt/lorimat");
   EXPECT_EQ(size, 13u);
 }
 
 TEST_F(RegistryTest, AValueThatJustFitsIsRead) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const RegistryKey key(kKey);
   char text[5] = "####";
   uint32_t size = 4;
-  EXPECT_EQ(key.query("Name", text, &size), 0);
+  EXPECT_EQ(key.Query("Name", text, &size), 0);
   EXPECT_STREQ(text, "abc");
   EXPECT_EQ(text[4], 0);
   EXPECT_EQ(size, 4u);
 }
 
 TEST_F(RegistryTest, AValueThatDoesNotFitTellsItsSizeAndLeavesTheTextAlone) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const RegistryKey key(kKey);
   for (uint32_t room : {0u, 1u, 3u}) {
     char text[5] = "####";
     uint32_t size = room;
-    EXPECT_EQ(key.query("Name", text, &size), 234);
+    EXPECT_EQ(key.Query("Name", text, &size), 234);
     EXPECT_STREQ(text, "####");
     EXPECT_EQ(size, 4u);
   }
 }
 
 TEST_F(RegistryTest, AMissingValueLeavesSizeAndTextAlone) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const RegistryKey key(kKey);
   char text[8] = "####";
   uint32_t size = 5;
-  EXPECT_EQ(key.query("Other", text, &size), 2);
-  EXPECT_EQ(key.query("Nam", text, &size), 2);
-  EXPECT_EQ(key.query("Names", text, &size), 2);
+  EXPECT_EQ(key.Query("Other", text, &size), 2);
+  EXPECT_EQ(key.Query("Nam", text, &size), 2);
+  EXPECT_EQ(key.Query("Names", text, &size), 2);
   EXPECT_STREQ(text, "####");
   EXPECT_EQ(size, 5u);
 }
 
 TEST_F(RegistryTest, ANullTextAsksForTheSizeAlone) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const RegistryKey key(kKey);
   uint32_t size = 0;
-  EXPECT_EQ(key.query("Name", nullptr, &size), 0);
+  EXPECT_EQ(key.Query("Name", nullptr, &size), 0);
   EXPECT_EQ(size, 4u);
-  EXPECT_EQ(key.query("Name", nullptr, nullptr), 0);
+  EXPECT_EQ(key.Query("Name", nullptr, nullptr), 0);
   char text[8] = "####";
-  EXPECT_EQ(key.query("Name", text, nullptr), 87);
+  EXPECT_EQ(key.Query("Name", text, nullptr), 87);
   EXPECT_STREQ(text, "####");
 }
 
 TEST_F(RegistryTest, AnEmptyValueIsItsTerminatorAlone) {
-  write_section("A=\nB= \t \n");
+  WriteSection("A=\nB= \t \n");
   const RegistryKey key(kKey);
   for (const char* name : {"A", "B"}) {
     char text[4] = "###";
     uint32_t size = 1;
-    EXPECT_EQ(key.query(name, text, &size), 0);
+    EXPECT_EQ(key.Query(name, text, &size), 0);
     EXPECT_STREQ(text, "");
     EXPECT_EQ(size, 1u);
   }
 }
 
 TEST_F(RegistryTest, KeysAndNamesIgnoreCase) {
-  write("[SOFTWARE\\velmora\\Drivers\\tessaloom\\FIRMWAREA]\nSENDzae=Yes\n");
-  EXPECT_EQ(value("SendZAE"), "Yes");
-  EXPECT_EQ(value("SendZAE", "software\\VELMORA\\drivers\\Tessaloom\\firmwarea"), "Yes");
+  Write("[SOFTWARE\\velmora\\Drivers\\tessaloom\\FIRMWAREA]\nSENDzae=Yes\n");
+  EXPECT_EQ(Value("SendZAE"), "Yes");
+  EXPECT_EQ(Value("SendZAE", "software\\VELMORA\\drivers\\Tessaloom\\firmwarea"), "Yes");
 }
 
 TEST_F(RegistryTest, AMissingFileIsAKeyThatDoesNotOpen) {
@@ -137,7 +137,7 @@ TEST_F(RegistryTest, AMissingFileIsAKeyThatDoesNotOpen) {
   EXPECT_FALSE(key.is_open());
   char text[8] = "####";
   uint32_t size = 5;
-  EXPECT_EQ(key.query("Name", text, &size), 2);
+  EXPECT_EQ(key.Query("Name", text, &size), 2);
   EXPECT_STREQ(text, "####");
   EXPECT_EQ(size, 5u);
 }
@@ -148,78 +148,78 @@ TEST_F(RegistryTest, AMissingSectionIsAKeyThatDoesNotOpen) {
                            "[Software\\Velmora\\Drivers\\Tessaloom\\Firmware]\nName=abc\n",
                            "[Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA\nName=abc\n",
                            "Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA]\nName=abc\n"}) {
-    write(text);
+    Write(text);
     EXPECT_FALSE(RegistryKey(kKey).is_open()) << text;
-    EXPECT_EQ(value("Name"), std::nullopt) << text;
+    EXPECT_EQ(Value("Name"), std::nullopt) << text;
   }
 }
 
 TEST_F(RegistryTest, ValuesOfOtherSectionsDoNotCount) {
-  write("Name=before\n[Other]\nName=other\n[" + std::string(kKey) +
+  Write("Name=before\n[Other]\nName=other\n[" + std::string(kKey) +
         "]\nMine=1\n[Third]\nName=third\n");
-  EXPECT_EQ(value("Name"), std::nullopt);
-  EXPECT_EQ(value("Mine"), "1");
-  EXPECT_EQ(value("Name", "Third"), "third");
+  EXPECT_EQ(Value("Name"), std::nullopt);
+  EXPECT_EQ(Value("Mine"), "1");
+  EXPECT_EQ(Value("Name", "Third"), "third");
 }
 
 TEST_F(RegistryTest, ABrokenHeaderEndsTheSectionBeforeIt) {
-  write_section("Mine=1\n[Other\nName=other\n");
-  EXPECT_EQ(value("Mine"), "1");
-  EXPECT_EQ(value("Name"), std::nullopt);
+  WriteSection("Mine=1\n[Other\nName=other\n");
+  EXPECT_EQ(Value("Mine"), "1");
+  EXPECT_EQ(Value("Name"), std::nullopt);
 }
 
 TEST_F(RegistryTest, TheFirstOfTwoValuesAndOfTwoSectionsHolds) {
-  write_section("Name=first\nName=second\n[Other]\n[" + std::string(kKey) + "]\nName=third\nX=1\n");
-  EXPECT_EQ(value("Name"), "first");
-  EXPECT_EQ(value("X"), std::nullopt);
+  WriteSection("Name=first\nName=second\n[Other]\n[" + std::string(kKey) + "]\nName=third\nX=1\n");
+  EXPECT_EQ(Value("Name"), "first");
+  EXPECT_EQ(Value("X"), std::nullopt);
 }
 
 TEST_F(RegistryTest, BlanksAroundNamesValuesAndHeadersDoNotCount) {
-  write(" \t[" + std::string(kKey) + "]\t \n  WaitIdle\t =  a b \t\n");
-  EXPECT_EQ(value("WaitIdle"), "a b");
+  Write(" \t[" + std::string(kKey) + "]\t \n  WaitIdle\t =  a b \t\n");
+  EXPECT_EQ(Value("WaitIdle"), "a b");
 }
 
 TEST_F(RegistryTest, AValueMayHoldEqualSignsAndBrackets) {
-  write_section("Name==a=[b]=\n");
-  EXPECT_EQ(value("Name"), "=a=[b]=");
+  WriteSection("Name==a=[b]=\n");
+  EXPECT_EQ(Value("Name"), "=a=[b]=");
 }
 
 TEST_F(RegistryTest, LinesMayEndInCarriageReturnAndLineFeed) {
-  write("[" + std::string(kKey) + "]\r\nName=abc\r\nOther=\r\n");
-  EXPECT_EQ(value("Name"), "abc");
-  EXPECT_EQ(value("Other"), "");
+  Write("[" + std::string(kKey) + "]\r\nName=abc\r\nOther=\r\n");
+  EXPECT_EQ(Value("Name"), "abc");
+  EXPECT_EQ(Value("Other"), "");
 }
 
 TEST_F(RegistryTest, TheLastLineNeedsNoLineFeed) {
-  write_section("Name=abc");
-  EXPECT_EQ(value("Name"), "abc");
-  write_section("Name=abc\r");
-  EXPECT_EQ(value("Name"), "abc");
-  write("[" + std::string(kKey) + "]");
+  WriteSection("Name=abc");
+  EXPECT_EQ(Value("Name"), "abc");
+  WriteSection("Name=abc\r");
+  EXPECT_EQ(Value("Name"), "abc");
+  Write("[" + std::string(kKey) + "]");
   EXPECT_TRUE(RegistryKey(kKey).is_open());
-  EXPECT_EQ(value("Name"), std::nullopt);
+  EXPECT_EQ(Value("Name"), std::nullopt);
 }
 
 TEST_F(RegistryTest, AMarkOfUtf8BeforeTheFirstLineIsSkipped) {
-  write("\xEF\xBB\xBF[" + std::string(kKey) + "]\nName=abc\n");
-  EXPECT_EQ(value("Name"), "abc");
+  Write("\xEF\xBB\xBF[" + std::string(kKey) + "]\nName=abc\n");
+  EXPECT_EQ(Value("Name"), "abc");
 }
 
 TEST_F(RegistryTest, LinesWithoutAnEqualSignArePassedOver) {
-  write_section("; a comment\nName\n\n   \n=nothing\n# Name\nName=abc\n");
-  EXPECT_EQ(value("Name"), "abc");
-  EXPECT_EQ(value("; a comment"), std::nullopt);
+  WriteSection("; a comment\nName\n\n   \n=nothing\n# Name\nName=abc\n");
+  EXPECT_EQ(Value("Name"), "abc");
+  EXPECT_EQ(Value("; a comment"), std::nullopt);
 }
 
 TEST_F(RegistryTest, ANulEndsAValueAndSpoilsANameOrAHeader) {
   using std::string_literals::operator""s;
-  write_section("A=ab\0cd\nWait\0Idle=1\n\0B=2\nC=\0\nD=4\n"s);
-  EXPECT_EQ(value("A"), "ab");
-  EXPECT_EQ(value("Wait"), std::nullopt);
-  EXPECT_EQ(value("B"), std::nullopt);
-  EXPECT_EQ(value("C"), "");
-  EXPECT_EQ(value("D"), "4");
-  write("[Soft\0ware]\nA=1\n[\0]\nA=2\n"s);
+  WriteSection("A=ab\0cd\nWait\0Idle=1\n\0B=2\nC=\0\nD=4\n"s);
+  EXPECT_EQ(Value("A"), "ab");
+  EXPECT_EQ(Value("Wait"), std::nullopt);
+  EXPECT_EQ(Value("B"), std::nullopt);
+  EXPECT_EQ(Value("C"), "");
+  EXPECT_EQ(Value("D"), "4");
+  Write("[Soft\0ware]\nA=1\n[\0]\nA=2\n"s);
   EXPECT_FALSE(RegistryKey("Soft").is_open());
   EXPECT_FALSE(RegistryKey("Sof").is_open());
   EXPECT_FALSE(RegistryKey("").is_open());
@@ -227,24 +227,24 @@ TEST_F(RegistryTest, ANulEndsAValueAndSpoilsANameOrAHeader) {
 
 TEST_F(RegistryTest, LongLinesAreReadWhole) {
   const std::string long_text(300000, 'x');
-  write(long_text + "\n[" + long_text + "]\nName=no\n[" + kKey + "]\n" + long_text +
+  Write(long_text + "\n[" + long_text + "]\nName=no\n[" + kKey + "]\n" + long_text +
         "=1\nBig=" + std::string(5000, 'y') + "z\nName=abc\n");
-  EXPECT_EQ(value("Name"), "abc");
+  EXPECT_EQ(Value("Name"), "abc");
   const RegistryKey key(kKey);
   std::string text(5002, '#');
   uint32_t size = 5001;
-  EXPECT_EQ(key.query("Big", text.data(), &size), 234);
+  EXPECT_EQ(key.Query("Big", text.data(), &size), 234);
   EXPECT_EQ(size, 5002u);
   EXPECT_TRUE(text == std::string(5002, '#'));
-  EXPECT_EQ(key.query("Big", text.data(), &size), 0);
+  EXPECT_EQ(key.Query("Big", text.data(), &size), 0);
   EXPECT_TRUE(text == std::string(5000, 'y') + "z" + '\0');
 }
 
 // The reader takes the file in pieces of 1024 bytes.
 TEST_F(RegistryTest, LinesAcrossTheReadersPiecesAreWhole) {
   for (size_t shift = 1000; shift < 1100; ++shift) {
-    write(std::string(shift, '-') + "\r\n[" + kKey + "]\r\nName = abc \r\n");
-    ASSERT_EQ(value("Name"), "abc") << shift;
+    Write(std::string(shift, '-') + "\r\n[" + kKey + "]\r\nName = abc \r\n");
+    ASSERT_EQ(Value("Name"), "abc") << shift;
   }
 }
 
@@ -253,12 +253,12 @@ TEST_F(RegistryTest, EveryByteOfAValueButLineEndsAndNulArrives) {
   for (int i = 1; i < 256; ++i) {
     if (i != '\n') text += static_cast<char>(i);
   }
-  write_section("Name=" + text + ">\n");
-  EXPECT_EQ(value("Name"), std::nullopt);  // 256 bytes do not fit with their terminator
+  WriteSection("Name=" + text + ">\n");
+  EXPECT_EQ(Value("Name"), std::nullopt);  // 256 bytes do not fit with their terminator
   const RegistryKey key(kKey);
   char read[300];
   uint32_t size = sizeof(read);
-  ASSERT_EQ(key.query("Name", read, &size), 0);
+  ASSERT_EQ(key.Query("Name", read, &size), 0);
   EXPECT_EQ(std::string(read, size - 1), text + ">");
 }
 
@@ -271,12 +271,12 @@ TEST_F(RegistryTest, AFileOfNoiseIsSafe) {
       // Few different bytes, so that the structure comes up often.
       noise += "[]=\n\r \t\0aA\xFF;"[(state >> 24) % 12];
     }
-    write("[a]\n" + noise);
+    Write("[a]\n" + noise);
     const RegistryKey key("a");
     ASSERT_TRUE(key.is_open());
     char text[16];
     uint32_t size = sizeof(text);
-    const long result = key.query("a", text, &size);
+    const long result = key.Query("a", text, &size);
     if (result == 0) {
       ASSERT_LE(size, sizeof(text));
       ASSERT_EQ(text[size - 1], 0);
@@ -293,28 +293,28 @@ TEST_F(RegistryTest, DirectoriesPipesAndHugeFilesAreNoRegistry) {
   setenv("LORIMATRT_REGISTRY", name_.c_str(), 1);
   EXPECT_FALSE(RegistryKey(kKey).is_open());  // and does not block
   std::filesystem::remove(name_);
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   ASSERT_EQ(truncate(name_.c_str(), 1024 * 1024), 0);
-  EXPECT_EQ(value("Name"), "abc");
+  EXPECT_EQ(Value("Name"), "abc");
   ASSERT_EQ(truncate(name_.c_str(), 1024 * 1024 + 1), 0);
   EXPECT_FALSE(RegistryKey(kKey).is_open());
 }
 
 TEST_F(RegistryTest, AFileThatShrinksUnderAnOpenKeyIsSafe) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const RegistryKey key(kKey);
   ASSERT_EQ(truncate(name_.c_str(), 3), 0);
   char text[8];
   uint32_t size = sizeof(text);
-  EXPECT_EQ(key.query("Name", text, &size), 2);
+  EXPECT_EQ(key.Query("Name", text, &size), 2);
 }
 
 TEST_F(RegistryTest, OpenKeysCloseTheirFile) {
-  write_section("Name=abc\n");
+  WriteSection("Name=abc\n");
   const int probe = open("/dev/null", O_RDONLY);
   close(probe);
   for (int i = 0; i < 10; ++i) {
-    EXPECT_EQ(value("Name"), "abc");
+    EXPECT_EQ(Value("Name"), "abc");
     EXPECT_FALSE(RegistryKey("Other").is_open());
   }
   const int again = open("/dev/null", O_RDONLY);

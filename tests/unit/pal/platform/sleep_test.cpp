@@ -14,7 +14,7 @@ std::vector<timespec> interrupted_with;  // the time that is left at each interr
 int error;
 
 // Notes the time it is asked for, and is interrupted as often as the list says.
-int fake_sleep(const timespec* time, timespec* left) {
+int FakeSleep(const timespec* time, timespec* left) {
   slept.push_back(*time);
   if (error != 0) {
     errno = error;
@@ -36,14 +36,14 @@ class SleepTest : public testing::Test {
 };
 
 TEST_F(SleepTest, MillisecondsBecomeSecondsAndNanoseconds) {
-  platform::sleep_through(61150, fake_sleep);
+  platform::SleepThrough(61150, FakeSleep);
   ASSERT_EQ(slept.size(), 1u);
   EXPECT_EQ(slept[0].tv_sec, 61);
   EXPECT_EQ(slept[0].tv_nsec, 150000000);
 }
 
 TEST_F(SleepTest, TheLongestTimeIsKept) {
-  platform::sleep_through(2147483647, fake_sleep);
+  platform::SleepThrough(2147483647, FakeSleep);
   ASSERT_EQ(slept.size(), 1u);
   EXPECT_EQ(slept[0].tv_sec, 2147483);
   EXPECT_EQ(slept[0].tv_nsec, 647000000);
@@ -51,7 +51,7 @@ TEST_F(SleepTest, TheLongestTimeIsKept) {
 
 TEST_F(SleepTest, ASignalLeavesTheRestToSleep) {
   interrupted_with = {{1, 5}, {0, 7}};
-  platform::sleep_through(2000, fake_sleep);
+  platform::SleepThrough(2000, FakeSleep);
   ASSERT_EQ(slept.size(), 3u);
   EXPECT_EQ(slept[0].tv_sec, 2);
   EXPECT_EQ(slept[0].tv_nsec, 0);
@@ -63,17 +63,17 @@ TEST_F(SleepTest, ASignalLeavesTheRestToSleep) {
 
 TEST_F(SleepTest, AnotherFailureEndsTheSleep) {
   error = EFAULT;
-  platform::sleep_through(2000, fake_sleep);
+  platform::SleepThrough(2000, FakeSleep);
   EXPECT_EQ(slept.size(), 1u);
 }
 
 TEST_F(SleepTest, NoTimeIsNoSleep) {
-  platform::sleep_through(0, fake_sleep);
-  platform::sleep_through(-1, fake_sleep);
-  platform::sleep_through(-2147483647 - 1, fake_sleep);
+  platform::SleepThrough(0, FakeSleep);
+  platform::SleepThrough(-1, FakeSleep);
+  platform::SleepThrough(-2147483647 - 1, FakeSleep);
   EXPECT_TRUE(slept.empty());
-  platform::sleep_ms(0);
-  platform::sleep_ms(-1);
+  platform::SleepMs(0);
+  platform::SleepMs(-1);
 }
 
 }  // namespace

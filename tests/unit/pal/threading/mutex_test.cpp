@@ -11,7 +11,7 @@
 namespace {
 
 // What another thread finds.
-bool other_thread_takes(Mutex* mutex) {
+bool OtherThreadTakes(Mutex* mutex) {
   bool taken = false;
   std::thread([&] {
     taken = mutex->TryLock();
@@ -23,9 +23,9 @@ bool other_thread_takes(Mutex* mutex) {
 TEST(MutexTest, LockKeepsOthersOutUntilUnlock) {
   Mutex mutex;
   EXPECT_EQ(mutex.Lock(-1), 0);
-  EXPECT_FALSE(other_thread_takes(&mutex));
+  EXPECT_FALSE(OtherThreadTakes(&mutex));
   mutex.Unlock();
-  EXPECT_TRUE(other_thread_takes(&mutex));
+  EXPECT_TRUE(OtherThreadTakes(&mutex));
 }
 
 TEST(MutexTest, TryLockTellsWhetherItTookTheLock) {
@@ -39,7 +39,7 @@ TEST(MutexTest, TheTimedFormTakesAFreeLock) {
   Mutex mutex;
   for (int timeout : {0, 1, 1999, 2147483647}) {
     EXPECT_EQ(mutex.Lock(timeout), 0);
-    EXPECT_FALSE(other_thread_takes(&mutex));
+    EXPECT_FALSE(OtherThreadTakes(&mutex));
     mutex.Unlock();
   }
 }
@@ -105,9 +105,9 @@ TEST(MutexLockTest, HoldsForAScope) {
   Mutex mutex;
   {
     MutexLock lock(&mutex);
-    EXPECT_FALSE(other_thread_takes(&mutex));
+    EXPECT_FALSE(OtherThreadTakes(&mutex));
   }
-  EXPECT_TRUE(other_thread_takes(&mutex));
+  EXPECT_TRUE(OtherThreadTakes(&mutex));
 }
 
 }  // namespace

@@ -239,21 +239,21 @@ TEST(ThreadTest, IdentifyIsTheThreadingLibrarysNumber) {
 }
 
 std::vector<int> slept;
-void note_sleep(int milliseconds) { slept.push_back(milliseconds); }
+void NoteSleep(int milliseconds) { slept.push_back(milliseconds); }
 
 TEST(ThreadTest, SleepGoesThroughTheClockInPlace) {
   slept.clear();
-  const Thread::SleepFunction old = Thread::set_sleep_function(note_sleep);
+  const Thread::SleepFunction old = Thread::SetSleepFunction(NoteSleep);
   Thread::Sleep(150);
   Thread::Sleep(0);
   Thread::Sleep(-1);
   EXPECT_EQ(slept, (std::vector<int>{150, 0, -1}));
-  EXPECT_EQ(Thread::set_sleep_function(old), note_sleep);
+  EXPECT_EQ(Thread::SetSleepFunction(old), NoteSleep);
 }
 
 TEST(ThreadTest, NoClockGivesBackThePlatforms) {
-  const Thread::SleepFunction old = Thread::set_sleep_function(nullptr);
-  EXPECT_EQ(Thread::set_sleep_function(old), &platform::sleep_ms);
+  const Thread::SleepFunction old = Thread::SetSleepFunction(nullptr);
+  EXPECT_EQ(Thread::SetSleepFunction(old), &platform::SleepMs);
 }
 
 TEST(ThreadTest, ScheduleReturns) { Thread::Schedule(); }

@@ -11,7 +11,7 @@ namespace {
 
 // --- Money -------------------------------------------------------------------------------
 
-std::string money(const Number& number, bool symbol = false, bool full = false,
+std::string Money(const Number& number, bool symbol = false, bool full = false,
                   const Locale& locale = Locale()) {
   char s[64];
   return locale.toLocalCurrencyFullPrecision(s, sizeof s, number, symbol, full) ? s : "false";
@@ -27,44 +27,44 @@ TEST(ToLocalCurrency, ShowsTheEuroSignGroupsAndCents) {
 }
 
 TEST(ToLocalCurrency, PutsTheSignBehindTheSymbol) {
-  EXPECT_EQ("\x80 -0,50", money(Number(-5, 1), true));
+  EXPECT_EQ("\x80 -0,50", Money(Number(-5, 1), true));
 }
 
 TEST(ToLocalCurrency, ForcedDecimalsAreFilledAndCut) {
-  EXPECT_EQ("1,00", money(Number(1)));
-  EXPECT_EQ("1,23", money(Number(12345, 4)));
-  EXPECT_EQ("0,00", money(Number()));
+  EXPECT_EQ("1,00", Money(Number(1)));
+  EXPECT_EQ("1,23", Money(Number(12345, 4)));
+  EXPECT_EQ("0,00", Money(Number()));
 }
 
 TEST(ToLocalCurrency, FullPrecisionKeepsWhatThereIs) {
-  EXPECT_EQ("1,2345", money(Number(12345, 4), false, true));
-  EXPECT_EQ("1,50", money(Number(15, 1), false, true));
+  EXPECT_EQ("1,2345", Money(Number(12345, 4), false, true));
+  EXPECT_EQ("1,50", Money(Number(15, 1), false, true));
 }
 
 TEST(ToLocalCurrency, WithoutForceFewerDecimalsStay) {
   Locale locale;
   locale.currency_force_decimals_ = false;
-  EXPECT_EQ("1,5", money(Number(15, 1), false, false, locale));
-  EXPECT_EQ("1", money(Number(1), false, false, locale));
-  EXPECT_EQ("1,2345", money(Number(12345, 4), false, true, locale));
+  EXPECT_EQ("1,5", Money(Number(15, 1), false, false, locale));
+  EXPECT_EQ("1", Money(Number(1), false, false, locale));
+  EXPECT_EQ("1,2345", Money(Number(12345, 4), false, true, locale));
 }
 
 TEST(ToLocalCurrency, WithoutForceTheFractionIsNotCutWithItsPlaces) {
   Locale locale;
   locale.currency_force_decimals_ = false;
-  EXPECT_EQ("1,2345", money(Number(12345, 4), false, false, locale));
+  EXPECT_EQ("1,2345", Money(Number(12345, 4), false, false, locale));
   // Three digits do not fill their places: the width is two, the value 5.
-  EXPECT_EQ("1,05", money(Number(1005, 3), false, false, locale));
+  EXPECT_EQ("1,05", Money(Number(1005, 3), false, false, locale));
   locale.currency_decimal_digits_ = 0;
-  EXPECT_EQ("1", money(Number(15, 1), false, false, locale));
+  EXPECT_EQ("1", Money(Number(15, 1), false, false, locale));
 }
 
 TEST(ToLocalCurrency, OtherCurrenciesShowTheirName) {
   Locale locale;
   locale.SetCurrentCurrency(3);
-  EXPECT_EQ("S$ 1,234.50", money(Number(12345, 1), true, false, locale));
+  EXPECT_EQ("S$ 1,234.50", Money(Number(12345, 1), true, false, locale));
   locale.SetCurrentCurrency(6);
-  EXPECT_EQ("\xA3 1,00", money(Number(1), true, false, locale));
+  EXPECT_EQ("\xA3 1,00", Money(Number(1), true, false, locale));
 }
 
 TEST(ToLocalCurrency, EverySizeIsSafe) {

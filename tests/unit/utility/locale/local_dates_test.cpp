@@ -18,12 +18,12 @@ class Zone {
     const char* const old = std::getenv("TZ");
     had_old_ = old != nullptr;
     if (had_old_) old_ = old;
-    set(name);
+    Set(name);
   }
-  ~Zone() { set(had_old_ ? old_.c_str() : nullptr); }
+  ~Zone() { Set(had_old_ ? old_.c_str() : nullptr); }
 
  private:
-  static void set(const char* name) {
+  static void Set(const char* name) {
 #ifdef _WIN32
     _putenv_s("TZ", name != nullptr ? name : "");
     _tzset();
@@ -55,13 +55,13 @@ tm makeTime(int year, int month, int day, int hour, int minute, int second, int 
   return time;
 }
 
-Locale greek() {
+Locale Greek() {
   Locale locale;
   locale.setCurrentLanguageCode(Locale::kGreek);
   return locale;
 }
 
-std::string print(const Locale& locale, const char* format, const tm& time, bool local = false) {
+std::string Print(const Locale& locale, const char* format, const tm& time, bool local = false) {
   char s[128];
   return locale.toLocalDateTime(s, sizeof s, format, &time, local) ? s : "false";
 }
@@ -69,7 +69,7 @@ std::string print(const Locale& locale, const char* format, const tm& time, bool
 TEST(LocalFormats, ReadAsGiven) {
   const Locale locale;
   EXPECT_STREQ("%d-%m-%Y %H:%M", locale.localTransactionDateTimeFormat());
-  EXPECT_STREQ("%d-%m-%Y %q:%H:%M", greek().localTransactionDateTimeFormat());
+  EXPECT_STREQ("%d-%m-%Y %q:%H:%M", Greek().localTransactionDateTimeFormat());
   EXPECT_STREQ("%m/%y", locale.localFirmwareDateFormat());
   EXPECT_STREQ("%d-%m-%y %H:%M", locale.localShortDateTimeFormat());
   EXPECT_STREQ("%d-%m-%y %H:%M:%S", locale.localDateTimeFormat());
@@ -109,47 +109,47 @@ TEST(SeasonTexts, FollowTheLanguage) {
   const Locale locale;
   EXPECT_STREQ("CET", locale.getWinterTimeText());
   EXPECT_STREQ("CEST", locale.getSummerTimeText());
-  EXPECT_STREQ("\xD7\xD9", greek().getWinterTimeText());
-  EXPECT_STREQ("\xC8\xD9", greek().getSummerTimeText());
+  EXPECT_STREQ("\xD7\xD9", Greek().getWinterTimeText());
+  EXPECT_STREQ("\xC8\xD9", Greek().getSummerTimeText());
 }
 
 TEST(ToLocalDateTime, PrintsByItsFormat) {
   const tm time = makeTime(2023, 12, 31, 13, 45, 7, 0);
-  EXPECT_EQ("31-12-2023 13:45", print(Locale(), "%d-%m-%Y %H:%M", time));
-  EXPECT_EQ("31-12-23 13:45:07", print(Locale(), Locale::localDateTimeFormat(), time));
+  EXPECT_EQ("31-12-2023 13:45", Print(Locale(), "%d-%m-%Y %H:%M", time));
+  EXPECT_EQ("31-12-23 13:45:07", Print(Locale(), Locale::localDateTimeFormat(), time));
 }
 
 TEST(ToLocalDateTime, TheSeasonIsSummerOnlyForOne) {
   const char* const format = "%d-%m-%Y %q:%H:%M";
-  EXPECT_EQ("31-12-2023 CEST:13:45", print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 1)));
-  EXPECT_EQ("31-12-2023 CET:13:45", print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 0)));
-  EXPECT_EQ("31-12-2023 CET:13:45", print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, -1)));
-  EXPECT_EQ("31-12-2023 CET:13:45", print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 2)));
+  EXPECT_EQ("31-12-2023 CEST:13:45", Print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 1)));
+  EXPECT_EQ("31-12-2023 CET:13:45", Print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 0)));
+  EXPECT_EQ("31-12-2023 CET:13:45", Print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, -1)));
+  EXPECT_EQ("31-12-2023 CET:13:45", Print(Locale(), format, makeTime(2023, 12, 31, 13, 45, 7, 2)));
 }
 
 TEST(ToLocalDateTime, TheSeasonIsGreekInGreek) {
-  const Locale locale = greek();
-  EXPECT_EQ("31-12-2023 \xC8\xD9:13:45", print(locale, locale.localTransactionDateTimeFormat(),
+  const Locale locale = Greek();
+  EXPECT_EQ("31-12-2023 \xC8\xD9:13:45", Print(locale, locale.localTransactionDateTimeFormat(),
                                                makeTime(2023, 12, 31, 13, 45, 7, 1)));
-  EXPECT_EQ("31-12-2023 \xD7\xD9:13:45", print(locale, locale.localTransactionDateTimeFormat(),
+  EXPECT_EQ("31-12-2023 \xD7\xD9:13:45", Print(locale, locale.localTransactionDateTimeFormat(),
                                                makeTime(2023, 12, 31, 13, 45, 7, 0)));
 }
 
 TEST(ToLocalDateTime, MovesUtcToLocalTime) {
   const Zone zone(kRome);
   EXPECT_EQ("15-01-2024 CET:12:30",
-            print(Locale(), "%d-%m-%Y %q:%H:%M", makeTime(2024, 1, 15, 11, 30, 0, -1), true));
+            Print(Locale(), "%d-%m-%Y %q:%H:%M", makeTime(2024, 1, 15, 11, 30, 0, -1), true));
   EXPECT_EQ("15-07-2024 CEST:12:30",
-            print(Locale(), "%d-%m-%Y %q:%H:%M", makeTime(2024, 7, 15, 10, 30, 0, -1), true));
+            Print(Locale(), "%d-%m-%Y %q:%H:%M", makeTime(2024, 7, 15, 10, 30, 0, -1), true));
   // Without being asked to it does not.
   EXPECT_EQ("15-07-2024 10:30",
-            print(Locale(), "%d-%m-%Y %H:%M", makeTime(2024, 7, 15, 10, 30, 0, -1), false));
+            Print(Locale(), "%d-%m-%Y %H:%M", makeTime(2024, 7, 15, 10, 30, 0, -1), false));
 }
 
 TEST(ToLocalDateTime, LeavesTheGivenTimeAlone) {
   const Zone zone(kRome);
   const tm time = makeTime(2024, 7, 15, 10, 30, 0, -1);
-  print(Locale(), "%H", time, true);
+  Print(Locale(), "%H", time, true);
   EXPECT_EQ(10, time.tm_hour);
   EXPECT_EQ(-1, time.tm_isdst);
 }
@@ -168,8 +168,8 @@ TEST(ToLocalDateTime, ATextThatDoesNotFitIsCutAndFalse) {
 
 TEST(ToLocalDateTime, AnOverLongFormatPrintsNothing) {
   const tm time = makeTime(2023, 12, 31, 13, 45, 7, 0);
-  EXPECT_EQ("", print(Locale(), std::string(500, 'x').c_str(), time));
-  EXPECT_EQ("", print(Locale(), "", time));
+  EXPECT_EQ("", Print(Locale(), std::string(500, 'x').c_str(), time));
+  EXPECT_EQ("", Print(Locale(), "", time));
 }
 
 TEST(ToLocalDateTime, AnOverLongFormatWithASeasonIsCut) {
@@ -178,8 +178,8 @@ TEST(ToLocalDateTime, AnOverLongFormatWithASeasonIsCut) {
   const std::string after(100, 'b');
   // 127 characters remain: 100, three, 24.
   EXPECT_EQ(before + "CET" + std::string(24, 'b'),
-            print(Locale(), (before + "%q" + after).c_str(), time));
-  EXPECT_EQ(std::string(127, 'a'), print(Locale(), (std::string(300, 'a') + "%q").c_str(), time));
+            Print(Locale(), (before + "%q" + after).c_str(), time));
+  EXPECT_EQ(std::string(127, 'a'), Print(Locale(), (std::string(300, 'a') + "%q").c_str(), time));
 }
 
 TEST(FromLocalDateTime, ReadsLocalTimeAsUtc) {

@@ -116,54 +116,54 @@ std::ostream& operator<<(std::ostream& out, const Read& read) {
   return out << read.ok << ' ' << read.value << " at " << read.precision;
 }
 
-Read result(bool ok, const Number& number) {
+Read Result(bool ok, const Number& number) {
   if (!ok) return kRefused;
   return {true, number.toInt64(), number.precision};
 }
 
-Read read(const std::string& text) {
+Read ReadBack(const std::string& text) {
   const ExactText exact(text);
   const Locale locale;
   Number number;
-  return result(locale.fromLocalNumber(exact.get(), text.size(), number), number);
+  return Result(locale.fromLocalNumber(exact.get(), text.size(), number), number);
 }
 
-Read readFixed(const std::string& text, int desired_precision, int fixed_decimal) {
+Read ReadFixed(const std::string& text, int desired_precision, int fixed_decimal) {
   const ExactText exact(text);
   Number number;
-  return result(Locale::fromLocalNumber(exact.get(), text.size(), ',', number, true,
+  return Result(Locale::fromLocalNumber(exact.get(), text.size(), ',', number, true,
                                         desired_precision, fixed_decimal),
                 number);
 }
 
 TEST(FromLocalNumber, ReadsANumberWithItsDecimals) {
-  EXPECT_EQ((Read{true, 12345, 1}), read("1.234,5"));
-  EXPECT_EQ((Read{true, 123450, 2}), read("1234,50"));
-  EXPECT_EQ((Read{true, -5, 1}), read("-0,5"));
-  EXPECT_EQ((Read{true, 5, 1}), read(",5"));
-  EXPECT_EQ((Read{true, 12, 0}), read("12"));
-  EXPECT_EQ((Read{true, 12, 0}), read("12,"));
+  EXPECT_EQ((Read{true, 12345, 1}), ReadBack("1.234,5"));
+  EXPECT_EQ((Read{true, 123450, 2}), ReadBack("1234,50"));
+  EXPECT_EQ((Read{true, -5, 1}), ReadBack("-0,5"));
+  EXPECT_EQ((Read{true, 5, 1}), ReadBack(",5"));
+  EXPECT_EQ((Read{true, 12, 0}), ReadBack("12"));
+  EXPECT_EQ((Read{true, 12, 0}), ReadBack("12,"));
 }
 
 TEST(FromLocalNumber, TakesFourDecimalsAtMost) {
-  EXPECT_EQ((Read{true, 123456, 4}), read("12,3456"));
-  EXPECT_EQ(kRefused, read("12,34567"));
-  EXPECT_EQ(kRefused, read("12,00000"));
+  EXPECT_EQ((Read{true, 123456, 4}), ReadBack("12,3456"));
+  EXPECT_EQ(kRefused, ReadBack("12,34567"));
+  EXPECT_EQ(kRefused, ReadBack("12,00000"));
 }
 
 TEST(FromLocalNumber, PassesLeadingJunkOver) {
-  EXPECT_EQ((Read{true, 12, 0}), read("abc12"));
-  EXPECT_EQ(kRefused, read("-abc12"));
-  EXPECT_EQ((Read{true, -12, 0}), read("abc-12"));
+  EXPECT_EQ((Read{true, 12, 0}), ReadBack("abc12"));
+  EXPECT_EQ(kRefused, ReadBack("-abc12"));
+  EXPECT_EQ((Read{true, -12, 0}), ReadBack("abc-12"));
 }
 
 TEST(FromLocalNumber, RefusesWhatIsNoNumber) {
-  EXPECT_EQ(kRefused, read(""));
-  EXPECT_EQ(kRefused, read("abc"));
-  EXPECT_EQ(kRefused, read("-"));
-  EXPECT_EQ(kRefused, read("-,5"));
-  EXPECT_EQ(kRefused, read("1,5 "));
-  EXPECT_EQ(kRefused, read("1000000000000000000"));
+  EXPECT_EQ(kRefused, ReadBack(""));
+  EXPECT_EQ(kRefused, ReadBack("abc"));
+  EXPECT_EQ(kRefused, ReadBack("-"));
+  EXPECT_EQ(kRefused, ReadBack("-,5"));
+  EXPECT_EQ(kRefused, ReadBack("1,5 "));
+  EXPECT_EQ(kRefused, ReadBack("1000000000000000000"));
 }
 
 TEST(FromLocalNumber, LeavesItsOutputAloneWhenItRefuses) {
@@ -195,32 +195,32 @@ TEST(FromLocalNumber, UsesTheSeparatorOfTheObject) {
   locale.number_decimal_separator_ = '.';
   Number number;
   EXPECT_TRUE(locale.fromLocalNumber("1,234.5", 7, number));
-  EXPECT_EQ((Read{true, 12345, 1}), result(true, number));
+  EXPECT_EQ((Read{true, 12345, 1}), Result(true, number));
 }
 
 TEST(FromLocalNumber, InFixedPointTheLastDigitsAreTheDecimals) {
-  EXPECT_EQ((Read{true, 1234, 2}), readFixed("1234", 2, 0));
-  EXPECT_EQ((Read{true, 123400, 2}), readFixed("1234", 2, 2));
-  EXPECT_EQ((Read{true, 12340, 2}), readFixed("1234", 2, 1));
-  EXPECT_EQ((Read{true, -1234, 2}), readFixed("-1234", 2, 0));
+  EXPECT_EQ((Read{true, 1234, 2}), ReadFixed("1234", 2, 0));
+  EXPECT_EQ((Read{true, 123400, 2}), ReadFixed("1234", 2, 2));
+  EXPECT_EQ((Read{true, 12340, 2}), ReadFixed("1234", 2, 1));
+  EXPECT_EQ((Read{true, -1234, 2}), ReadFixed("-1234", 2, 0));
   // Never more zeros than decimals.
-  EXPECT_EQ((Read{true, 123400, 2}), readFixed("1234", 2, 9));
-  EXPECT_EQ((Read{true, 1234, 2}), readFixed("1234", 2, -1));
+  EXPECT_EQ((Read{true, 123400, 2}), ReadFixed("1234", 2, 9));
+  EXPECT_EQ((Read{true, 1234, 2}), ReadFixed("1234", 2, -1));
 }
 
 TEST(FromLocalNumber, InFixedPointASeparatorIsObeyed) {
-  EXPECT_EQ((Read{true, 1234, 2}), readFixed("12,34", 2, 0));
-  EXPECT_EQ((Read{true, 1230, 2}), readFixed("12,3", 2, 0));
-  EXPECT_EQ((Read{true, 1200, 2}), readFixed("12,", 2, 0));
-  EXPECT_EQ(kRefused, readFixed("12,345", 2, 0));
-  EXPECT_EQ((Read{true, 12, 0}), readFixed("12", 0, 0));
+  EXPECT_EQ((Read{true, 1234, 2}), ReadFixed("12,34", 2, 0));
+  EXPECT_EQ((Read{true, 1230, 2}), ReadFixed("12,3", 2, 0));
+  EXPECT_EQ((Read{true, 1200, 2}), ReadFixed("12,", 2, 0));
+  EXPECT_EQ(kRefused, ReadFixed("12,345", 2, 0));
+  EXPECT_EQ((Read{true, 12, 0}), ReadFixed("12", 0, 0));
 }
 
 TEST(FromLocalNumber, InFixedPointAnyPrecisionIsSafe) {
-  EXPECT_EQ((Read{true, 12, 0}), readFixed("12", -5, 3));
-  EXPECT_EQ(0, readFixed("12", INT32_MAX, 0).value);
-  EXPECT_TRUE(readFixed("12", INT32_MAX, INT32_MAX).ok);
-  EXPECT_TRUE(readFixed("12", INT32_MIN, INT32_MIN).ok);
+  EXPECT_EQ((Read{true, 12, 0}), ReadFixed("12", -5, 3));
+  EXPECT_EQ(0, ReadFixed("12", INT32_MAX, 0).value);
+  EXPECT_TRUE(ReadFixed("12", INT32_MAX, INT32_MAX).ok);
+  EXPECT_TRUE(ReadFixed("12", INT32_MIN, INT32_MIN).ok);
 }
 
 TEST(FromLocalNumber, TakesEveryByteAlone) {
@@ -229,85 +229,85 @@ TEST(FromLocalNumber, TakesEveryByteAlone) {
     const Read expected = digit         ? Read{true, byte - '0', 0}
                           : byte == ',' ? Read{true, 0, 0}
                                         : kRefused;
-    EXPECT_EQ(expected, read(std::string(1, static_cast<char>(byte)))) << byte;
+    EXPECT_EQ(expected, ReadBack(std::string(1, static_cast<char>(byte)))) << byte;
   }
 }
 
 // --- Printing numbers --------------------------------------------------------------------
 
-std::string print(const Number& number, int decimal_digits = -1, bool force_decimals = false,
+std::string Print(const Number& number, int decimal_digits = -1, bool force_decimals = false,
                   const Locale& locale = Locale()) {
   char s[64];
   return locale.toLocalNumber(s, sizeof s, number, decimal_digits, force_decimals) ? s : "false";
 }
 
 TEST(ToLocalNumber, ByDefaultHasNeitherForcedDecimalsNorGroups) {
-  EXPECT_EQ("1234,5", print(Number(123450, 2)));
-  EXPECT_EQ("1234567", print(Number(1234567)));
-  EXPECT_EQ("0", print(Number()));
-  EXPECT_EQ("12", print(Number(1200, 2)));
+  EXPECT_EQ("1234,5", Print(Number(123450, 2)));
+  EXPECT_EQ("1234567", Print(Number(1234567)));
+  EXPECT_EQ("0", Print(Number()));
+  EXPECT_EQ("12", Print(Number(1200, 2)));
 }
 
 TEST(ToLocalNumber, CutsAndNeverRounds) {
-  EXPECT_EQ("1,99", print(Number(1999, 3), 2, true));
-  EXPECT_EQ("1,99", print(Number(1999, 3), 2, false));
-  EXPECT_EQ("1,99", print(Number(19999, 4)));
+  EXPECT_EQ("1,99", Print(Number(1999, 3), 2, true));
+  EXPECT_EQ("1,99", Print(Number(1999, 3), 2, false));
+  EXPECT_EQ("1,99", Print(Number(19999, 4)));
 }
 
 TEST(ToLocalNumber, StripsZerosFirstAndCutsAfterwards) {
-  EXPECT_EQ("1,10", print(Number(1101, 3), 2, true));
-  EXPECT_EQ("1,10", print(Number(1101, 3), 2, false));
-  EXPECT_EQ("1,1", print(Number(1100, 3), 2, false));
+  EXPECT_EQ("1,10", Print(Number(1101, 3), 2, true));
+  EXPECT_EQ("1,10", Print(Number(1101, 3), 2, false));
+  EXPECT_EQ("1,1", Print(Number(1100, 3), 2, false));
 }
 
 TEST(ToLocalNumber, ForcedDecimalsAreFilledWithZeros) {
-  EXPECT_EQ("1,50", print(Number(15, 1), 2, true));
-  EXPECT_EQ("1,00", print(Number(1), 2, true));
-  EXPECT_EQ("1,0500", print(Number(105, 2), 4, true));
-  EXPECT_EQ("0,0010", print(Number(1, 3), 4, true));
-  EXPECT_EQ("1,500000000000", print(Number(15, 1), 12, true));
+  EXPECT_EQ("1,50", Print(Number(15, 1), 2, true));
+  EXPECT_EQ("1,00", Print(Number(1), 2, true));
+  EXPECT_EQ("1,0500", Print(Number(105, 2), 4, true));
+  EXPECT_EQ("0,0010", Print(Number(1, 3), 4, true));
+  EXPECT_EQ("1,500000000000", Print(Number(15, 1), 12, true));
 }
 
 TEST(ToLocalNumber, WithoutForceFewerDecimalsStay) {
-  EXPECT_EQ("1,5", print(Number(15, 1), 4, false));
-  EXPECT_EQ("1,05", print(Number(105, 2), 2, false));
+  EXPECT_EQ("1,5", Print(Number(15, 1), 4, false));
+  EXPECT_EQ("1,05", Print(Number(105, 2), 2, false));
 }
 
 TEST(ToLocalNumber, NoDecimalsWantedMeansNone) {
-  EXPECT_EQ("1", print(Number(19, 1), 0, true));
-  EXPECT_EQ("1", print(Number(19, 1), 0, false));
-  EXPECT_EQ("1", print(Number(19, 1), -2, true));
+  EXPECT_EQ("1", Print(Number(19, 1), 0, true));
+  EXPECT_EQ("1", Print(Number(19, 1), 0, false));
+  EXPECT_EQ("1", Print(Number(19, 1), -2, true));
 }
 
 TEST(ToLocalNumber, KeepsTheSignOfAZeroIntegerPart) {
-  EXPECT_EQ("-0,5", print(Number(-50, 2)));
-  EXPECT_EQ("-0,50", print(Number(-50, 2), 2, true));
-  EXPECT_EQ("-12,3", print(Number(-123, 1)));
+  EXPECT_EQ("-0,5", Print(Number(-50, 2)));
+  EXPECT_EQ("-0,50", Print(Number(-50, 2), 2, true));
+  EXPECT_EQ("-12,3", Print(Number(-123, 1)));
 }
 
 TEST(ToLocalNumber, MinusOneTakesTheForceOfTheObject) {
   Locale locale;
   locale.number_force_decimals_ = true;
   locale.number_decimal_digits_ = 3;
-  EXPECT_EQ("1,500", print(Number(15, 1), -1, false, locale));
+  EXPECT_EQ("1,500", Print(Number(15, 1), -1, false, locale));
   locale.number_force_decimals_ = false;
-  EXPECT_EQ("1,5", print(Number(15, 1), -1, true, locale));
+  EXPECT_EQ("1,5", Print(Number(15, 1), -1, true, locale));
 }
 
 TEST(ToLocalNumber, GroupsDigitsFromTheRight) {
   Locale locale;
   locale.set_number_group_size(3);
   EXPECT_EQ(3, locale.number_group_size());
-  EXPECT_EQ("999", print(Number(999), -1, false, locale));
-  EXPECT_EQ("1.000", print(Number(1000), -1, false, locale));
-  EXPECT_EQ("123.456", print(Number(123456), -1, false, locale));
-  EXPECT_EQ("-1.234.567,89", print(Number(-123456789, 2), -1, false, locale));
+  EXPECT_EQ("999", Print(Number(999), -1, false, locale));
+  EXPECT_EQ("1.000", Print(Number(1000), -1, false, locale));
+  EXPECT_EQ("123.456", Print(Number(123456), -1, false, locale));
+  EXPECT_EQ("-1.234.567,89", Print(Number(-123456789, 2), -1, false, locale));
   locale.set_number_group_size(1);
-  EXPECT_EQ("1.2.3", print(Number(123), -1, false, locale));
+  EXPECT_EQ("1.2.3", Print(Number(123), -1, false, locale));
   locale.set_number_group_size(-1);
-  EXPECT_EQ("1234", print(Number(1234), -1, false, locale));
+  EXPECT_EQ("1234", Print(Number(1234), -1, false, locale));
   locale.set_number_group_size(4);
-  EXPECT_EQ("1234", print(Number(1234), -1, false, locale));
+  EXPECT_EQ("1234", Print(Number(1234), -1, false, locale));
 }
 
 TEST(ToLocalNumber, TakesASeparatorOfTheCaller) {
@@ -318,8 +318,8 @@ TEST(ToLocalNumber, TakesASeparatorOfTheCaller) {
 }
 
 TEST(ToLocalNumber, SpecialFormsShowTheirStoredValue) {
-  EXPECT_EQ("0", print(Number::NaN));
-  EXPECT_EQ("4611686018427387904", print(Number(int64_t{10000000000000000})));
+  EXPECT_EQ("0", Print(Number::NaN));
+  EXPECT_EQ("4611686018427387904", Print(Number(int64_t{10000000000000000})));
 }
 
 TEST(ToLocalNumber, EverySizeIsSafe) {

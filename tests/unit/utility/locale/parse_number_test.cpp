@@ -10,7 +10,7 @@
 namespace {
 
 // The parsed value; nothing where the text is refused, which must leave the output alone.
-std::optional<int64_t> parse(const std::string& text, int precision, bool fixed = false,
+std::optional<int64_t> Parse(const std::string& text, int precision, bool fixed = false,
                              char separator = '.') {
   // Exactly the characters, without a terminator, so that the sanitizer sees a read behind.
   const std::unique_ptr<char[]> exact(new char[text.size()]);
@@ -23,113 +23,113 @@ std::optional<int64_t> parse(const std::string& text, int precision, bool fixed 
 }
 
 TEST(ParseNumber, ScalesToThePrecision) {
-  EXPECT_EQ(123400, parse("12.34", 4));
-  EXPECT_EQ(220000, parse("22", 4));
-  EXPECT_EQ(1500, parse("1.5", 3));
-  EXPECT_EQ(12, parse("12", 0));
-  EXPECT_EQ(0, parse("0", 4));
-  EXPECT_EQ(0, parse("0.0000", 4));
+  EXPECT_EQ(123400, Parse("12.34", 4));
+  EXPECT_EQ(220000, Parse("22", 4));
+  EXPECT_EQ(1500, Parse("1.5", 3));
+  EXPECT_EQ(12, Parse("12", 0));
+  EXPECT_EQ(0, Parse("0", 4));
+  EXPECT_EQ(0, Parse("0.0000", 4));
 }
 
 TEST(ParseNumber, TheSignComesLast) {
-  EXPECT_EQ(-50000, parse("-5", 4));
-  EXPECT_EQ(-5000, parse("-0.5", 4));
-  EXPECT_EQ(0, parse("-0", 4));
-  EXPECT_EQ(-50000, parse("--5", 4));
-  EXPECT_EQ(-50000, parse("a---5", 4));
+  EXPECT_EQ(-50000, Parse("-5", 4));
+  EXPECT_EQ(-5000, Parse("-0.5", 4));
+  EXPECT_EQ(0, Parse("-0", 4));
+  EXPECT_EQ(-50000, Parse("--5", 4));
+  EXPECT_EQ(-50000, Parse("a---5", 4));
 }
 
 TEST(ParseNumber, ASignMustBeFollowedByADigit) {
-  EXPECT_EQ(std::nullopt, parse("-.5", 4));
-  EXPECT_EQ(std::nullopt, parse("- 5", 4));
-  EXPECT_EQ(std::nullopt, parse("--", 4));
-  EXPECT_EQ(std::nullopt, parse("--.5", 4));
-  EXPECT_EQ(std::nullopt, parse("-", 4));
-  EXPECT_EQ(std::nullopt, parse("-a", 4));
+  EXPECT_EQ(std::nullopt, Parse("-.5", 4));
+  EXPECT_EQ(std::nullopt, Parse("- 5", 4));
+  EXPECT_EQ(std::nullopt, Parse("--", 4));
+  EXPECT_EQ(std::nullopt, Parse("--.5", 4));
+  EXPECT_EQ(std::nullopt, Parse("-", 4));
+  EXPECT_EQ(std::nullopt, Parse("-a", 4));
 }
 
 TEST(ParseNumber, AnEmptyTextOrOneWithoutNumberIsRefused) {
-  EXPECT_EQ(std::nullopt, parse("", 4));
-  EXPECT_EQ(std::nullopt, parse("   ", 4));
-  EXPECT_EQ(std::nullopt, parse("abc", 4));
+  EXPECT_EQ(std::nullopt, Parse("", 4));
+  EXPECT_EQ(std::nullopt, Parse("   ", 4));
+  EXPECT_EQ(std::nullopt, Parse("abc", 4));
 }
 
 TEST(ParseNumber, LeadingJunkIsPassedOver) {
-  EXPECT_EQ(120000, parse("abc12", 4));
-  EXPECT_EQ(-120000, parse("abc-12", 4));
-  EXPECT_EQ(std::nullopt, parse("-abc12", 4));
+  EXPECT_EQ(120000, Parse("abc12", 4));
+  EXPECT_EQ(-120000, Parse("abc-12", 4));
+  EXPECT_EQ(std::nullopt, Parse("-abc12", 4));
 }
 
 TEST(ParseNumber, MayStartWithItsSeparator) {
-  EXPECT_EQ(5000, parse(".5", 4));
-  EXPECT_EQ(5000, parse("x.5", 4));
-  EXPECT_EQ(0, parse(".", 4));
+  EXPECT_EQ(5000, Parse(".5", 4));
+  EXPECT_EQ(5000, Parse("x.5", 4));
+  EXPECT_EQ(0, Parse(".", 4));
 }
 
 TEST(ParseNumber, JunkAmongTheDigitsOfTheIntegerPartIsPassedOver) {
-  EXPECT_EQ(12345000, parse("1.234,5", 4, false, ','));
-  EXPECT_EQ(12340000, parse("1 2x3-4", 4));
-  EXPECT_EQ(120000, parse("12 ", 4));
+  EXPECT_EQ(12345000, Parse("1.234,5", 4, false, ','));
+  EXPECT_EQ(12340000, Parse("1 2x3-4", 4));
+  EXPECT_EQ(120000, Parse("12 ", 4));
 }
 
 TEST(ParseNumber, AnythingButADigitInTheDecimalsIsRefused) {
-  EXPECT_EQ(std::nullopt, parse("1.5 ", 4));
-  EXPECT_EQ(std::nullopt, parse("1.5x", 4));
-  EXPECT_EQ(std::nullopt, parse("1.2.3", 4));
-  EXPECT_EQ(std::nullopt, parse("1.-5", 4));
-  EXPECT_EQ(std::nullopt, parse("1. ", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.5 ", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.5x", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.2.3", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.-5", 4));
+  EXPECT_EQ(std::nullopt, Parse("1. ", 4));
 }
 
 TEST(ParseNumber, TooManyDecimalsAreRefused) {
-  EXPECT_EQ(12345, parse("1.2345", 4));
-  EXPECT_EQ(std::nullopt, parse("1.23456", 4));
-  EXPECT_EQ(std::nullopt, parse("1.00000", 4));
-  EXPECT_EQ(1, parse("1.", 0));
-  EXPECT_EQ(std::nullopt, parse("1.0", 0));
+  EXPECT_EQ(12345, Parse("1.2345", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.23456", 4));
+  EXPECT_EQ(std::nullopt, Parse("1.00000", 4));
+  EXPECT_EQ(1, Parse("1.", 0));
+  EXPECT_EQ(std::nullopt, Parse("1.0", 0));
 }
 
 TEST(ParseNumber, ANegativePrecisionTakesNoDecimals) {
-  EXPECT_EQ(12, parse("12", -3));
-  EXPECT_EQ(std::nullopt, parse("12.0", -3));
-  EXPECT_EQ(12, parse("12", INT32_MIN, true));
+  EXPECT_EQ(12, Parse("12", -3));
+  EXPECT_EQ(std::nullopt, Parse("12.0", -3));
+  EXPECT_EQ(12, Parse("12", INT32_MIN, true));
 }
 
 TEST(ParseNumber, InFixedPointModeATextWithoutDecimalsIsHundredths) {
-  EXPECT_EQ(123400, parse("1234", 4, true));
-  EXPECT_EQ(123400, parse("12.34", 4, true));
-  EXPECT_EQ(1234, parse("1234", 2, true));
-  EXPECT_EQ(1234, parse("1234", 1, true));
-  EXPECT_EQ(-123400, parse("-1234", 4, true));
+  EXPECT_EQ(123400, Parse("1234", 4, true));
+  EXPECT_EQ(123400, Parse("12.34", 4, true));
+  EXPECT_EQ(1234, Parse("1234", 2, true));
+  EXPECT_EQ(1234, Parse("1234", 1, true));
+  EXPECT_EQ(-123400, Parse("-1234", 4, true));
 }
 
 TEST(ParseNumber, InFixedPointModeASeparatorAloneIsNoDecimals) {
-  EXPECT_EQ(500, parse("5.", 4, true));
-  EXPECT_EQ(50000, parse("5.0", 4, true));
-  EXPECT_EQ(0, parse(".", 4, true));
+  EXPECT_EQ(500, Parse("5.", 4, true));
+  EXPECT_EQ(50000, Parse("5.0", 4, true));
+  EXPECT_EQ(0, Parse(".", 4, true));
 }
 
 TEST(ParseNumber, EighteenSignificantDigitsAreTheMost) {
-  EXPECT_EQ(999999999999999999, parse("999999999999999999", 0));
-  EXPECT_EQ(std::nullopt, parse("1000000000000000000", 0));
+  EXPECT_EQ(999999999999999999, Parse("999999999999999999", 0));
+  EXPECT_EQ(std::nullopt, Parse("1000000000000000000", 0));
   // Zeros in front do not count.
-  EXPECT_EQ(7, parse("0000000000000000000000000000007", 0));
-  EXPECT_EQ(999999999999999999, parse("00999999999999999999", 0));
+  EXPECT_EQ(7, Parse("0000000000000000000000000000007", 0));
+  EXPECT_EQ(999999999999999999, Parse("00999999999999999999", 0));
   // 17 in front of the separator leave room for one decimal, 18 for none.
-  EXPECT_EQ(123456789012345678, parse("12345678901234567.8", 1));
-  EXPECT_EQ(std::nullopt, parse("12345678901234567.89", 2));
-  EXPECT_EQ(std::nullopt, parse("123456789012345678.0", 1));
-  EXPECT_EQ(1, parse("0.0000000000000000001", 19));
+  EXPECT_EQ(123456789012345678, Parse("12345678901234567.8", 1));
+  EXPECT_EQ(std::nullopt, Parse("12345678901234567.89", 2));
+  EXPECT_EQ(std::nullopt, Parse("123456789012345678.0", 1));
+  EXPECT_EQ(1, Parse("0.0000000000000000001", 19));
 }
 
 TEST(ParseNumber, ScalingWrapsAt64Bits) {
   const uint64_t wrapped = uint64_t{999999999999999999} * 10000;
-  EXPECT_EQ(static_cast<int64_t>(wrapped), parse("999999999999999999", 4));
-  EXPECT_EQ(static_cast<int64_t>(0 - wrapped), parse("-999999999999999999", 4));
+  EXPECT_EQ(static_cast<int64_t>(wrapped), Parse("999999999999999999", 4));
+  EXPECT_EQ(static_cast<int64_t>(0 - wrapped), Parse("-999999999999999999", 4));
   // 922337203685477581 times 10 is 2 above the largest, and reads as negative.
-  EXPECT_EQ(INT64_MIN + 2, parse("922337203685477581", 1));
+  EXPECT_EQ(INT64_MIN + 2, Parse("922337203685477581", 1));
   // 64 tens leave nothing.
-  EXPECT_EQ(0, parse("1", 64));
-  EXPECT_EQ(0, parse("1", INT32_MAX));
+  EXPECT_EQ(0, Parse("1", 64));
+  EXPECT_EQ(0, Parse("1", INT32_MAX));
 }
 
 TEST(ParseNumber, StopsAtTheTerminatorAndAtTheSize) {
@@ -163,33 +163,33 @@ TEST(ParseNumber, EveryByteHasItsPlace) {
     const bool digit = c >= '0' && c <= '9';
     // In front: only the sign changes the value, and only a digit or the separator counts.
     const int64_t front = digit ? (c - '0') * 100000 + 50000 : c == '-' ? -50000 : 50000;
-    EXPECT_EQ(c == '.' ? 5000 : front, parse(std::string(1, c) + "5", 4)) << byte;
+    EXPECT_EQ(c == '.' ? 5000 : front, Parse(std::string(1, c) + "5", 4)) << byte;
     // Alone.
     if (digit) {
-      EXPECT_EQ((c - '0') * 10000, parse(std::string(1, c), 4)) << byte;
+      EXPECT_EQ((c - '0') * 10000, Parse(std::string(1, c), 4)) << byte;
     } else if (c == '.') {
-      EXPECT_EQ(0, parse(".", 4));
+      EXPECT_EQ(0, Parse(".", 4));
     } else {
-      EXPECT_EQ(std::nullopt, parse(std::string(1, c), 4)) << byte;
+      EXPECT_EQ(std::nullopt, Parse(std::string(1, c), 4)) << byte;
     }
     // Among the decimals.
     const std::string decimals = std::string("1.2") + c;
     if (digit) {
-      EXPECT_EQ(12000 + (c - '0') * 100, parse(decimals, 4)) << byte;
+      EXPECT_EQ(12000 + (c - '0') * 100, Parse(decimals, 4)) << byte;
     } else {
-      EXPECT_EQ(std::nullopt, parse(decimals, 4)) << byte;
+      EXPECT_EQ(std::nullopt, Parse(decimals, 4)) << byte;
     }
   }
 }
 
 TEST(ParseNumber, AnOverLongTextIsReadToItsEnd) {
-  EXPECT_EQ(50000, parse(std::string(1000000, ' ') + "5", 4));
-  EXPECT_EQ(std::nullopt, parse(std::string(1000000, '9'), 4));
-  EXPECT_EQ(50000, parse("5" + std::string(1000000, ' '), 4));
+  EXPECT_EQ(50000, Parse(std::string(1000000, ' ') + "5", 4));
+  EXPECT_EQ(std::nullopt, Parse(std::string(1000000, '9'), 4));
+  EXPECT_EQ(50000, Parse("5" + std::string(1000000, ' '), 4));
 }
 
 // A slow model, by cutting the text up instead of walking over it.
-std::optional<int64_t> model(const std::string& text, int precision, bool fixed) {
+std::optional<int64_t> Model(const std::string& text, int precision, bool fixed) {
   const size_t start = text.find_first_of("0123456789-.");
   if (start == std::string::npos) return std::nullopt;
   std::string rest = text.substr(start);
@@ -220,8 +220,8 @@ TEST(ParseNumber, AgreesWithASlowModelOnEveryShortText) {
     std::string::size_type position = 0;
     do {
       for (int precision = 0; precision <= 4; ++precision) {
-        ASSERT_EQ(model(text, precision, false), parse(text, precision, false)) << text;
-        ASSERT_EQ(model(text, precision, true), parse(text, precision, true)) << text;
+        ASSERT_EQ(Model(text, precision, false), Parse(text, precision, false)) << text;
+        ASSERT_EQ(Model(text, precision, true), Parse(text, precision, true)) << text;
       }
       // The next text over the alphabet, as an odometer.
       for (position = 0; position < text.size(); ++position) {

@@ -25,18 +25,18 @@ class Settings {
  public:
   Settings() : key_(kRegistryPath) {}
 
-  bool read_directory(char* directory) { return read("InstallationDir", directory); }
+  bool ReadDirectory(char* directory) { return read("InstallationDir", directory); }
 
-  bool read_flag(const char* name) {
+  bool ReadFlag(const char* name) {
     char text[kFlagSize + 1] = {};
     if (size_ > kFlagSize) size_ = kFlagSize;
-    return read(name, text) && (std::strcmp(text, "1") == 0 || equals_ignoring_case(text, "YES") ||
-                                equals_ignoring_case(text, "SI"));
+    return read(name, text) && (std::strcmp(text, "1") == 0 || EqualsIgnoringCase(text, "YES") ||
+                                EqualsIgnoringCase(text, "SI"));
   }
 
  private:
   bool read(const char* name, char* text) {
-    return key_.is_open() && key_.query(name, text, &size_) == platform::kRegistrySuccess;
+    return key_.is_open() && key_.Query(name, text, &size_) == platform::kRegistrySuccess;
   }
 
   platform::RegistryKey key_;
@@ -45,7 +45,7 @@ class Settings {
 
 // By the first two bytes of the serial number: makes of devices that print in a language of
 // their own. Any other serial number leaves the language as it was.
-void choose_language(const char* serial) {
+void ChooseLanguage(const char* serial) {
   const unsigned char first = static_cast<unsigned char>(serial[0]);
   const unsigned char second = first != 0 ? static_cast<unsigned char>(serial[1]) : 0;
   if (first == 0xC5 && second == 0xCB) loc.setCurrentLanguageCode(Locale::kGreek);
@@ -53,7 +53,7 @@ void choose_language(const char* serial) {
 }
 
 template <class First, class Last>
-void zero_range(First* first, Last* last) {
+void ZeroRange(First* first, Last* last) {
   char* begin = reinterpret_cast<char*>(first);
   char* end = reinterpret_cast<char*>(last) + sizeof(Last);
   for (; begin != end; ++begin) *begin = 0;
@@ -74,7 +74,7 @@ int EcrCmdCommand::TradInit(char* szNomeFileIni, int iOpzioni, RtfClientInterfac
   TStato.iFlgINFO = 0;
   Stat.bGetP = false;
   Stat.szGetP[0] = 0;
-  write_default_messages(*this);
+  WriteDefaultMessages(*this);
   std::memset(TabDscTotG, 0, sizeof TabDscTotG);
   hFileReportOut = 0;
   szFileReportOut[0] = 0;
@@ -85,19 +85,19 @@ int EcrCmdCommand::TradInit(char* szNomeFileIni, int iOpzioni, RtfClientInterfac
   {
     Settings settings;
     char directory[kDirectorySize + 1] = {};
-    if (settings.read_directory(directory)) {
+    if (settings.ReadDirectory(directory)) {
       // An installation in the registry overrides the host's argument.
-      copy_text(szInstDir, directory);
-      const char separator = platform::path_separator();
+      CopyText(szInstDir, directory);
+      const char separator = platform::PathSeparator();
       std::snprintf(path, sizeof path, "%s%cDrivers%cMERKELIN.INI", directory, separator,
                     separator);
     } else {
-      copy_text(path, szNomeFileIni != nullptr ? szNomeFileIni : "");
+      CopyText(path, szNomeFileIni != nullptr ? szNomeFileIni : "");
     }
-    bSendLotteriaAEOnClosure = settings.read_flag("SendLotteriaAEOnClosure");
-    bAutoCloseOnInactivity = settings.read_flag("AutoCloseOnInactivity");
-    bSendZAE = settings.read_flag("SendZAE");
-    bWaitIdle = settings.read_flag("WaitIdle");
+    bSendLotteriaAEOnClosure = settings.ReadFlag("SendLotteriaAEOnClosure");
+    bAutoCloseOnInactivity = settings.ReadFlag("AutoCloseOnInactivity");
+    bSendZAE = settings.ReadFlag("SendZAE");
+    bWaitIdle = settings.ReadFlag("WaitIdle");
   }
 
   if (LeggiFileIni(path) == 0) return INITIALIZATION_ERROR;
@@ -132,18 +132,18 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
   std::memset(c.szModel, 0, sizeof c.szModel);
   ClientText text;
   if (RTF_FP_INVOKE(GetDataInternal, 103, text.buffer) == RTF_SUCCESS) {
-    copy_text(c.szVers, text.close());
+    CopyText(c.szVers, text.close());
   }
-  text.clear();
+  text.Clear();
   if (RTF_FP_INVOKE(GetDataInternal, 92, text.buffer) == RTF_SUCCESS) {
-    copy_text(c.szMatr, text.close());
+    CopyText(c.szMatr, text.close());
   }
-  choose_language(c.szMatr);
+  ChooseLanguage(c.szMatr);
   // The model is the tail of the serial number.
   constexpr size_t kModelPlace = 12;
   if (std::strlen(c.szMatr) > kModelPlace) {
-    copy_bytes(c.szModel, sizeof c.szModel, c.szMatr + kModelPlace,
-               row_length(c.szMatr + kModelPlace, 2));
+    CopyBytes(c.szModel, sizeof c.szModel, c.szMatr + kModelPlace,
+              RowLength(c.szMatr + kModelPlace, 2));
   }
 
   c.iConfOK = static_cast<int>(iCurEcrNum);
@@ -162,7 +162,7 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
   // One local for all reads: a read that fails hands on the value of the one before it.
   int64_t value = 0;
   const auto read = [&](int item) {
-    read_data_item(item, &value);
+    ReadDataItem(item, &value);
     return static_cast<int>(value);
   };
   c.iLNSTPINT = read(75);
@@ -173,8 +173,8 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
   c.iNumSTEN = read(157);
   c.iEMArtNum = read(109);
 
-  zero_range(&c.iEMArtDel, &c.iEMTTGFlags);
-  zero_range(&c.iTT_Var_MaxN, &c.iTT_Con_LnName);
+  ZeroRange(&c.iEMArtDel, &c.iEMTTGFlags);
+  ZeroRange(&c.iTT_Var_MaxN, &c.iTT_Con_LnName);
   std::memset(c.sEMTTGDAzz, 0, sizeof c.sEMTTGDAzz);
   c.iConfOK = static_cast<int>(iCurEcrNum);
   c.bUPOS = true;
@@ -190,12 +190,12 @@ int EcrCmdCommand::GetEcrConf(int iFlags) {
 
 int EcrCmdCommand::getDataInternal(int dataitem, long* value) {
   int64_t number = 0;
-  const int code = read_data_item(dataitem, &number);
-  if (code == 0) *value = nearest_long(number);
+  const int code = ReadDataItem(dataitem, &number);
+  if (code == 0) *value = NearestLong(number);
   return code;
 }
 
-int EcrCmdCommand::read_data_item(int dataitem, int64_t* value) {
+int EcrCmdCommand::ReadDataItem(int dataitem, int64_t* value) {
   ClientText text;
   const int code = checkResult(RTF_FP_INVOKE(GetDataInternal, dataitem, text.buffer));
   if (code != 0) return code;

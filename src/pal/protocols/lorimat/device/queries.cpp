@@ -107,16 +107,16 @@ char* EcrCmdCommand::GetEcrConfStr(long IdStr) {
   }
   if (selector.number < kDeviceItems) return nullptr;
   std::memset(szInfo, 0, sizeof szInfo);
-  return read_info_item(selector.number - kDeviceItems) == 0 ? szInfo : nullptr;
+  return ReadInfoItem(selector.number - kDeviceItems) == 0 ? szInfo : nullptr;
 }
 
-int EcrCmdCommand::read_info_item(int item) {
+int EcrCmdCommand::ReadInfoItem(int item) {
   const int result = RTF_FP_INVOKE(GetDataInternal, item, szInfo);
   szInfo[sizeof szInfo - 1] = 0;
   return result;
 }
 
-int EcrCmdCommand::read_info_date(int date_type) {
+int EcrCmdCommand::ReadInfoDate(int date_type) {
   ClientText date;
   static_cast<void>(RTF_FP_INVOKE(SetIntProperty, RTF_PIDXFptr_DateType, date_type));
   const int result = RTF_FP_INVOKE(GetDate, date.buffer);
@@ -128,39 +128,39 @@ int EcrCmdCommand::read_info_date(int date_type) {
   return result;
 }
 
-int EcrCmdCommand::read_long_status() {
+int EcrCmdCommand::ReadLongStatus() {
   int result = UpdateStatusEx();
   if (result != 0) return result;
   szInfo[0] = 0;
   const bool in_document = fiscal_functional_state_ >= 2 && fiscal_functional_state_ <= 6;
-  append_format(szInfo, sizeof szInfo, "1,%d,0,%d,%d,0,%d,",
-                (fiscal_inner_state_ & 0x80000) != 0 ? 1 : 0, key_mode_, in_document ? 1 : 0,
-                current_operator_);
+  AppendFormat(szInfo, sizeof szInfo, "1,%d,0,%d,%d,0,%d,",
+               (fiscal_inner_state_ & 0x80000) != 0 ? 1 : 0, key_mode_, in_document ? 1 : 0,
+               current_operator_);
   for (const int selector : {RTF_FPTR_GD_FISCAL_REC, RTF_FPTR_GD_Z_REPORT}) {
     ClientText text;
     int number = 0;
     result = RTF_FP_INVOKE(GetData, selector, &number, text.buffer);
     if (result != 0) return result;
-    append_format(szInfo, sizeof szInfo, "%s,", text.close());
+    AppendFormat(szInfo, sizeof szInfo, "%s,", text.close());
   }
   // A refused item counts as an empty text, or as 0.
   ClientText date;
-  if (RTF_FP_INVOKE(GetDataInternal, 149, date.buffer) != 0) date.clear();
+  if (RTF_FP_INVOKE(GetDataInternal, 149, date.buffer) != 0) date.Clear();
   date.close();
   char edited[17] = {};
   lorimatutility::upos2ZupDateTime(edited, date.buffer);
-  append_format(szInfo, sizeof szInfo, "%c%s%c,", cChQuote, edited, cChQuote);
+  AppendFormat(szInfo, sizeof szInfo, "%c%s%c,", cChQuote, edited, cChQuote);
   ClientText item;
-  if (RTF_FP_INVOKE(GetDataInternal, 15, item.buffer) != 0) item.clear();
-  append_format(szInfo, sizeof szInfo, "%d,0,%lld", (fiscal_inner_state_ & 0x8) != 0 ? 0 : 1,
-                text_to_int(item.close()) + 1LL);
+  if (RTF_FP_INVOKE(GetDataInternal, 15, item.buffer) != 0) item.Clear();
+  AppendFormat(szInfo, sizeof szInfo, "%d,0,%lld", (fiscal_inner_state_ & 0x8) != 0 ? 0 : 1,
+               TextToInt(item.close()) + 1LL);
   return 0;
 }
 
-int EcrCmdCommand::read_pending_documents() {
-  int result = checkResult(read_info_item(155));
+int EcrCmdCommand::ReadPendingDocuments() {
+  int result = checkResult(ReadInfoItem(155));
   // The code has its class already and gets another from the caller: meant.
-  if (result != 0 || text_to_int(szInfo) == 0) {
+  if (result != 0 || TextToInt(szInfo) == 0) {
     szInfo[0] = 0;
     return result;
   }
@@ -170,27 +170,27 @@ int EcrCmdCommand::read_pending_documents() {
     szInfo[0] = 0;
     return result;
   }
-  append_format(szInfo, sizeof szInfo, ",%s", date.close());
+  AppendFormat(szInfo, sizeof szInfo, ",%s", date.close());
   return 0;
 }
 
-int EcrCmdCommand::read_info(int selector) {
+int EcrCmdCommand::ReadInfo(int selector) {
   const ECRCONF& c = EcrConfArray[iCurEcrNum];
   int number = 0;
   int result = 0;
   if (selector >= kDeviceItems && selector < 2 * kDeviceItems) {
-    read_info_item(selector - kDeviceItems);  // a refusal shows what stood there
+    ReadInfoItem(selector - kDeviceItems);  // a refusal shows what stood there
     return 0;
   }
   switch (selector) {
     case 1:
-      copy_text(szInfo, c.szMatr);
+      CopyText(szInfo, c.szMatr);
       return 0;
     case 2:
-      copy_text(szInfo, c.szModel);
+      CopyText(szInfo, c.szModel);
       return 0;
     case 3:
-      copy_text(szInfo, c.szVers);
+      CopyText(szInfo, c.szVers);
       return 0;
     case 4:
       return status_offline();
@@ -200,10 +200,10 @@ int EcrCmdCommand::read_info(int selector) {
     case 6:
       return UpdateStatusEx();
     case 7:
-      read_info_date(RTF_FPTR_DT_RTC);
+      ReadInfoDate(RTF_FPTR_DT_RTC);
       return 0;
     case 8:
-      return read_long_status();
+      return ReadLongStatus();
     case 10:
       return lastsco(szInfo);
     case 11:
@@ -211,29 +211,29 @@ int EcrCmdCommand::read_info(int selector) {
       szInfo[sizeof szInfo - 1] = 0;
       return 0;
     case 12:
-      return read_info_date(RTF_FPTR_DT_EOD);
+      return ReadInfoDate(RTF_FPTR_DT_EOD);
     // These show what stands in szInfo, normally nothing.
     case 13:
     case 14:
     case 15:
       return 0;
     case 16:
-      copy_text(szInfo, "0");
+      CopyText(szInfo, "0");
       return 0;
     case 17:
-      read_info_item(57);
+      ReadInfoItem(57);
       return 0;
     case 18:
       result = UpdateStatus();
       if (result != 0) return result;
-      copy_text(szInfo, (fiscal_inner_state_ & 0x4) != 0 ? "1," : "0,");
+      CopyText(szInfo, (fiscal_inner_state_ & 0x4) != 0 ? "1," : "0,");
       return 0;
     case 19:
-      return read_info_item(98);
+      return ReadInfoItem(98);
     case 20:
-      return read_info_item(89);
+      return ReadInfoItem(89);
     case 21:
-      return read_pending_documents();
+      return ReadPendingDocuments();
     case 22:
       result = RTF_FP_INVOKE(GetIntProperty, RTF_PIDXFptr_TrainingModeActive, &number);
       if (result != 0) return result;
@@ -241,25 +241,25 @@ int EcrCmdCommand::read_info(int selector) {
       return 0;
     default:
       szInfo[0] = 0;
-      return syntax_error(ILLEGAL_VALUE);
+      return SyntaxError(ILLEGAL_VALUE);
   }
 }
 
 int EcrCmdCommand::Trad_INFO() {
-  if (szCampi[1][0] == 0) return syntax_error(CAMPO_OBBLIGATORIO);
+  if (szCampi[1][0] == 0) return SyntaxError(CAMPO_OBBLIGATORIO);
   lorimatutility::toLower(szCampi[4]);
   const bool to_file = szCampi[4][0] != 0;
   fs_file_t file;
   if (to_file && fs_open_binary(&file, szCampi[4], FS_CREATE_TRUNC) == FS_BADF) {
     return FILE_OPEN_ERROR;
   }
-  const int selector = text_to_int(szCampi[1]);
+  const int selector = TextToInt(szCampi[1]);
   int result = 0;
   if (selector == 0) {
     szInfo[0] = 0;
   } else {
     GetEcrConf(selector == 14 || selector == 15 ? 1 : 0);
-    result = read_info(selector);
+    result = ReadInfo(selector);
   }
   if (result == 0) {
     if (to_file) SeqFileWrite(&file, szInfo);

@@ -21,25 +21,25 @@ class StatusLine {
  public:
   explicit StatusLine(const char* text) : next_(text) {}
 
-  bool take_hexadecimal(long* value) {
+  bool TakeHexadecimal(long* value) {
     unsigned long bits = 0;
-    if (!take([&](const char* field, char** end) { bits = std::strtoul(field, end, 16); })) {
+    if (!Take([&](const char* field, char** end) { bits = std::strtoul(field, end, 16); })) {
       return false;
     }
     *value = static_cast<long>(bits);
     return true;
   }
 
-  bool take_hexadecimal(int* value) {
+  bool TakeHexadecimal(int* value) {
     long bits = 0;
-    if (!take_hexadecimal(&bits)) return false;
+    if (!TakeHexadecimal(&bits)) return false;
     *value = static_cast<int32_t>(bits);
     return true;
   }
 
-  bool take_decimal(int* value) {
+  bool TakeDecimal(int* value) {
     long number = 0;
-    if (!take([&](const char* field, char** end) { number = std::strtol(field, end, 10); })) {
+    if (!Take([&](const char* field, char** end) { number = std::strtol(field, end, 10); })) {
       return false;
     }
     *value = static_cast<int32_t>(number);
@@ -48,7 +48,7 @@ class StatusLine {
 
  private:
   template <class Scan>
-  bool take(Scan scan) {
+  bool Take(Scan scan) {
     if (next_ == nullptr) return false;
     const char* field = next_;
     next_ = std::strchr(field, ';');
@@ -64,16 +64,14 @@ class StatusLine {
 }  // namespace
 
 int EcrCmdCommand::UpdateStatus() {
-  int result = syntax_error(ILLEGAL_VALUE);
+  int result = SyntaxError(ILLEGAL_VALUE);
   ClientText text;
   if (RTF_FP_INVOKE(GetDataInternal, 371, text.buffer) == RTF_SUCCESS) {
     StatusLine line(text.close());
-    if (line.take_hexadecimal(&fiscal_inner_state_) &&
-        line.take_decimal(&fiscal_functional_state_) &&
-        line.take_decimal(&fiscal_operation_state_) &&
-        line.take_hexadecimal(&fiscal_memory_state_) &&
-        line.take_hexadecimal(&fiscal_journal_state_) && line.take_decimal(&current_operator_) &&
-        line.take_decimal(&key_mode_)) {
+    if (line.TakeHexadecimal(&fiscal_inner_state_) && line.TakeDecimal(&fiscal_functional_state_) &&
+        line.TakeDecimal(&fiscal_operation_state_) && line.TakeHexadecimal(&fiscal_memory_state_) &&
+        line.TakeHexadecimal(&fiscal_journal_state_) && line.TakeDecimal(&current_operator_) &&
+        line.TakeDecimal(&key_mode_)) {
       result = 0;
     }
   }
@@ -106,7 +104,7 @@ int EcrCmdCommand::UpdateStatusEx() {
   for (int i = 0; i < kBytes; ++i) {
     sEcrStEx[i] = static_cast<char>(bytes[i]);
     // Behind what stands in szInfo: the caller empties it.
-    append_format(szInfo, sizeof szInfo, "%2.2X", static_cast<unsigned int>(bytes[i]));
+    AppendFormat(szInfo, sizeof szInfo, "%2.2X", static_cast<unsigned int>(bytes[i]));
   }
   return 0;
 }
@@ -116,12 +114,12 @@ int EcrCmdCommand::status_offline() {
   int result = UpdateStatus();
   if (result == 0) {
     // By bits here, where the extended status goes by values: state 1 counts.
-    append_format(szInfo, sizeof szInfo, "%d,%d,%d,", key_mode_,
-                  (fiscal_functional_state_ & 0x7) != 0 ? 1 : 0, current_operator_);
+    AppendFormat(szInfo, sizeof szInfo, "%d,%d,%d,", key_mode_,
+                 (fiscal_functional_state_ & 0x7) != 0 ? 1 : 0, current_operator_);
     ClientText text;
     int number = 0;
     result = RTF_FP_INVOKE(GetData, RTF_FPTR_GD_FISCAL_REC, &number, text.buffer);
-    if (result == 0) append_format(szInfo, sizeof szInfo, "%s,", text.close());
+    if (result == 0) AppendFormat(szInfo, sizeof szInfo, "%s,", text.close());
   }
   struct Column {
     int item;
@@ -135,14 +133,14 @@ int EcrCmdCommand::status_offline() {
   for (const Column& column : kColumns) {
     int64_t value = 0;
     int64_t added = 0;
-    if (result == 0) result = read_data_item(column.item, &value);
-    if (result == 0 && column.added_item != 0) result = read_data_item(column.added_item, &added);
+    if (result == 0) result = ReadDataItem(column.item, &value);
+    if (result == 0 && column.added_item != 0) result = ReadDataItem(column.added_item, &added);
     if (result != 0) break;
     const uint64_t sum = static_cast<uint64_t>(value) + static_cast<uint64_t>(added);
-    append_format(szInfo, sizeof szInfo, "%lld,", static_cast<long long>(sum));
-    if (column.with_zero) append_text(szInfo, "0,");
+    AppendFormat(szInfo, sizeof szInfo, "%lld,", static_cast<long long>(sum));
+    if (column.with_zero) AppendText(szInfo, "0,");
   }
-  if (result == 0) append_text(szInfo, (fiscal_inner_state_ & kInnerBit3) != 0 ? "0" : "1");
+  if (result == 0) AppendText(szInfo, (fiscal_inner_state_ & kInnerBit3) != 0 ? "0" : "1");
   // A code of getDataInternal and of UpdateStatus has its class already and gets another:
   // meant.
   return checkResult(result);
@@ -158,7 +156,7 @@ int EcrCmdCommand::lastsco(char* szAUX1) {
     ClientText text;
     int option = 0;
     const int result = RTF_FP_INVOKE(GetData, selector, &option, text.buffer);
-    if (result == 0) *number = text_to_int(text.close());
+    if (result == 0) *number = TextToInt(text.close());
     return result;
   };
   int closure = 0;
@@ -168,9 +166,9 @@ int EcrCmdCommand::lastsco(char* szAUX1) {
   if (code == 0) code = read(RTF_FPTR_GD_FISCAL_REC, &document);
   if (code != 0) return code;
   if (commissioning != 0) {
-    append_format(szAUX1, kSize, "%04lld", static_cast<long long>(closure) + 1);
+    AppendFormat(szAUX1, kSize, "%04lld", static_cast<long long>(closure) + 1);
   }
-  append_format(szAUX1, kSize, "%04d", document);
+  AppendFormat(szAUX1, kSize, "%04d", document);
   return 0;
 }
 

@@ -15,13 +15,13 @@ namespace {
 constexpr char kTemporary[] = ".tmp";
 constexpr unsigned long kLineLimit = 2047;
 
-void add_saturated(int* sum, int addend) {
+void AddSaturated(int* sum, int addend) {
   *sum = static_cast<int>(std::min<int64_t>(static_cast<int64_t>(*sum) + addend, INT32_MAX));
 }
 
 }  // namespace
 
-int EcrCmdInterpreter::parse_batch_request(char* line) {
+int EcrCmdInterpreter::ParseBatchRequest(char* line) {
   // Ahead of the operands, so that the running batch keeps its file names.
   if (TStato.bFlgEC) return INVALID_BATCH_LINE;
   bool quoted = false;
@@ -35,20 +35,20 @@ int EcrCmdInterpreter::parse_batch_request(char* line) {
     if (std::strlen(szFileErr) + sizeof kTemporary > sizeof szFileErrTmp) {
       return ERROR_FILE_OPEN_ERROR;
     }
-    copy_text(szFileErrTmp, szFileErr);
-    append_text(szFileErrTmp, kTemporary);
+    CopyText(szFileErrTmp, szFileErr);
+    AppendText(szFileErrTmp, kTemporary);
   }
   GetEMOper(line, &position, szFileLog, &quoted);
   return -1;
 }
 
-int EcrCmdInterpreter::batch_percentage() const {
+int EcrCmdInterpreter::BatchPercentage() const {
   if (dwFileInSize <= 0) return 100;
   return static_cast<int>(
       std::min<int64_t>(static_cast<int64_t>(dwFileInRead) * 100 / dwFileInSize, 100));
 }
 
-long EcrCmdInterpreter::run_batch(char* Result) {
+long EcrCmdInterpreter::RunBatch(char* Result) {
   fs_file_t input;
   fs_file_t error_file;
   bool with_errors = false;
@@ -86,7 +86,7 @@ long EcrCmdInterpreter::run_batch(char* Result) {
     char line[MAXLINELEN + 1];
     const int length = SeqFileRead(&input, line, kLineLimit);
     if (length < 0) break;
-    add_saturated(&dwFileInRead, length + 2);
+    AddSaturated(&dwFileInRead, length + 2);
     ++Stat.lCurLine;
     // bProgressZUP asks for the percentage and the line to be shown; this contract keeps
     // no callback to show them with.
@@ -113,7 +113,7 @@ long EcrCmdInterpreter::run_batch(char* Result) {
   const long code = Stat.lTotErr != 0 || Stat.lTotErrEcr != 0 ? ERRORS_DURING_EXECUTION_OF_FILE : 0;
   SetStringErr(Result, code);
   if (code == 0) {
-    append_format(Result, 512, "(%ld Lines   %u msec)", Stat.lTotLines, Stat.dwTotTime);
+    AppendFormat(Result, 512, "(%ld Lines   %u msec)", Stat.lTotLines, Stat.dwTotTime);
   }
   TStato.bFlgEC = false;
   if (with_errors) {

@@ -36,7 +36,7 @@ long EcrCmdInterpreter::EcrCmd(char* Command, char* Result) {
   Result[0] = 0;
 
   long code = EcrCmdL(Command, nullptr);
-  if (code == kBatchRequest) return run_batch(Result);
+  if (code == kBatchRequest) return RunBatch(Result);
   if (code == kEmptyLine) code = 0;
   SetStringErr(Result, code);
   TStato.iFlgEMCmd = 0;
@@ -65,7 +65,7 @@ void EcrCmdInterpreter::LogF(bool error, const char* fmt, ...) {
   const int length = std::vsnprintf(text, sizeof text, fmt, arguments);
   va_end(arguments);
   if (length < 0) text[0] = 0;
-  guarded_client_call([&] {
+  GuardedClientCall([&] {
     if (error) {
       rtfClient_->LogError(text);
     } else {
@@ -78,7 +78,7 @@ void EcrCmdInterpreter::LogF(bool error, const char* fmt, ...) {
 void EcrCmdInterpreter::Log(bool, const char* str) {
   // An error text is traced like any other here: meant.
   if (rtfClient_ == nullptr) return;
-  guarded_client_call([&] {
+  GuardedClientCall([&] {
     rtfClient_->LogTrace(str);
     return 0;
   });
@@ -98,12 +98,12 @@ int EcrCmdInterpreter::TradEcr(char* szSrcLine) {
   TStato.iCurOpCode = 0;
   LOG_ZUP_TRACE_F("TradEcr Cmd<%s>", szSrcLine);
   if (rtfClient_ == nullptr) return CLASS_SYNTAX;
-  if (std::strlen(szSrcLine) > kLongestLine) return syntax_error(SOURCE_LINE_TOO_LONG);
+  if (std::strlen(szSrcLine) > kLongestLine) return SyntaxError(SOURCE_LINE_TOO_LONG);
   if (!TStato.bInitOK) return INITIALIZATION_ERROR;
   if (lorimatutility::TogliCommento(line, szSrcLine, cChQuote) == 0) return kEmptyLine;
 
   position = 1;
-  if (line[0] == '@') return parse_batch_request(line);
+  if (line[0] == '@') return ParseBatchRequest(line);
 
   int result = GetCodOp(line, &position, &opcode);
   if (result != 0) return CLASS_SYNTAX | result;
@@ -112,8 +112,8 @@ int EcrCmdInterpreter::TradEcr(char* szSrcLine) {
 
   TStato.iCurOpCode = opcode;
   if (bWaitIdle) WaitIdle();
-  const CommandHandler handler = find_handler(opcode);
-  if (handler == nullptr) return syntax_error(INSTRUCTION_NOT_SUPPORTED);
+  const CommandHandler handler = FindHandler(opcode);
+  if (handler == nullptr) return SyntaxError(INSTRUCTION_NOT_SUPPORTED);
   result = (this->*handler)();
   // A client result of -513 becomes -1 with its class bit. It must not pass for a batch
   // request, which would run the last batch once more.

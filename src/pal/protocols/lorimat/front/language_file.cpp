@@ -19,7 +19,7 @@ constexpr size_t kPartLimit = 79;
 
 enum class Section { kCommands, kFields, kSymbols, kKeys, kInternal, kTotals, kMessages };
 
-Section section_kind(const char* name) {
+Section SectionKind(const char* name) {
   if (std::strcmp(name, "OPCOD") == 0) return Section::kCommands;
   if (std::strcmp(name, "EQU") == 0) return Section::kSymbols;
   if (std::strcmp(name, "EQUTASTI") == 0) return Section::kKeys;
@@ -37,21 +37,21 @@ struct Entry {
 };
 
 template <size_t Size>
-void take_part(char (&part)[Size], const char* text, size_t length) {
+void TakePart(char (&part)[Size], const char* text, size_t length) {
   while (length > 0 && *text == ' ') {
     ++text;
     --length;
   }
-  copy_bytes(part, sizeof part, text, length);
+  CopyBytes(part, sizeof part, text, length);
   lorimatutility::TogliSpaziD(part);
 }
 
-bool take_entry(Entry& entry, const char* line) {
+bool TakeEntry(Entry& entry, const char* line) {
   const char* equals = std::strchr(line, '=');
   if (equals == nullptr) return false;
-  take_part(entry.left, line, static_cast<size_t>(equals - line));
-  take_part(entry.right, equals + 1, std::strlen(equals + 1));
-  take_part(entry.message, equals + 1, std::strlen(equals + 1));
+  TakePart(entry.left, line, static_cast<size_t>(equals - line));
+  TakePart(entry.right, equals + 1, std::strlen(equals + 1));
+  TakePart(entry.message, equals + 1, std::strlen(equals + 1));
   return entry.left[0] != 0;
 }
 
@@ -62,16 +62,16 @@ struct Binding {
   bool mandatory;
 };
 
-Binding take_binding(const char* text) {
+Binding TakeBinding(const char* text) {
   Binding binding = {};
   const char* comma = std::strchr(text, ',');
   if (comma == text) comma = nullptr;  // a comma in first position belongs to the name
   const size_t length = comma != nullptr ? static_cast<size_t>(comma - text) : std::strlen(text);
-  copy_bytes(binding.name, sizeof binding.name, text, length);
+  CopyBytes(binding.name, sizeof binding.name, text, length);
   lorimatutility::TogliSpaziD(binding.name);
   if (comma != nullptr) {
     binding.mandatory = comma[1] == 'O';
-    binding.number = text_to_int(comma + 1);
+    binding.number = TextToInt(comma + 1);
   }
   return binding;
 }
@@ -79,49 +79,49 @@ Binding take_binding(const char* text) {
 // Stores a text under its key. A bad text, one longer than the table's rows and a key outside the
 // table leave it as it is.
 template <size_t Rows, size_t Size>
-void store_message(char (&table)[Rows][Size], int key, const Entry& entry, char quote) {
+void StoreMessage(char (&table)[Rows][Size], int key, const Entry& entry, char quote) {
   char text[Size + 1];
   char message[kLineLimit + 1];
   if (key < 0 || key >= static_cast<int>(Rows)) return;
-  copy_text(message, entry.message);
+  CopyText(message, entry.message);
   const int longest = static_cast<int>(Size);
-  if (lorimatutility::EstraeAlfa(message, text, longest, quote) == 0) store_row(table[key], text);
+  if (lorimatutility::EstraeAlfa(message, text, longest, quote) == 0) StoreRow(table[key], text);
 }
 
-void store_error_message(EcrCmdInterpreter& tables, int digit, int key, const Entry& entry) {
+void StoreErrorMessage(EcrCmdInterpreter& tables, int digit, int key, const Entry& entry) {
   const char quote = tables.cChQuote;
   switch (digit) {
     case 0:
-      return store_message(tables.TabErrTradBase, key, entry, quote);
+      return StoreMessage(tables.TabErrTradBase, key, entry, quote);
     case 1:
-      return store_message(tables.TabErrTrad1, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad1, key, entry, quote);
     case 2:
-      return store_message(tables.TabErrKey2, key, entry, quote);
+      return StoreMessage(tables.TabErrKey2, key, entry, quote);
     case 3:
-      return store_message(tables.TabErrKey3, key, entry, quote);
+      return StoreMessage(tables.TabErrKey3, key, entry, quote);
     case 4:
-      return store_message(tables.TabErrTrad4, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad4, key, entry, quote);
     case 5:
-      return store_message(tables.TabErrTrad5, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad5, key, entry, quote);
     case 6:
-      return store_message(tables.TabErrTrad6, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad6, key, entry, quote);
     case 7:
-      return store_message(tables.TabErrTrad7, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad7, key, entry, quote);
     case 8:
-      return store_message(tables.TabErrTrad8, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad8, key, entry, quote);
     case 9:
-      return store_message(tables.TabErrTrad9, key, entry, quote);
+      return StoreMessage(tables.TabErrTrad9, key, entry, quote);
     default:
       return;
   }
 }
 
-void store_symbol(EcrCmdInterpreter& tables, const Entry& entry, bool is_key) {
+void StoreSymbol(EcrCmdInterpreter& tables, const Entry& entry, bool is_key) {
   constexpr int kKeyCodes = static_cast<int>(sizeof tables.iInvTast / sizeof tables.iInvTast[0]);
-  const int value = text_to_int(entry.right);
+  const int value = TextToInt(entry.right);
   if (tables.iTotSimb + 1 >= MAXSIMB) return;
   const int row = ++tables.iTotSimb;
-  copy_text(tables.szSimb[row], entry.left);
+  CopyText(tables.szSimb[row], entry.left);
   tables.iVSimb[row] = value;
   // A code that no key has keeps its name: only the way back, from the key to its name, has no
   // place for it.
@@ -134,68 +134,68 @@ class LanguageReader {
   explicit LanguageReader(EcrCmdInterpreter& tables) : tables_(tables) {}
 
   // One cleaned line; false ends the reading.
-  bool take_line(const char* line) {
+  bool TakeLine(const char* line) {
     if (line[0] == '[') {
-      take_header(line);
+      TakeHeader(line);
       return true;
     }
     Entry entry;
-    if (!take_entry(entry, line)) return false;
-    const Section kind = section_kind(section_);
+    if (!TakeEntry(entry, line)) return false;
+    const Section kind = SectionKind(section_);
     if (kind == Section::kSymbols || kind == Section::kKeys) {
-      store_symbol(tables_, entry, kind == Section::kKeys);
+      StoreSymbol(tables_, entry, kind == Section::kKeys);
       return true;
     }
-    const int key = text_to_int(entry.left);
+    const int key = TextToInt(entry.left);
     switch (kind) {
       case Section::kInternal:
         // The table has more rows than the section takes keys.
-        if (key < kInternalKeys) store_message(tables_.TabIntMsg, key, entry, tables_.cChQuote);
+        if (key < kInternalKeys) StoreMessage(tables_.TabIntMsg, key, entry, tables_.cChQuote);
         return true;
       case Section::kTotals:
-        store_message(tables_.TabDscTotG, key, entry, tables_.cChQuote);
+        StoreMessage(tables_.TabDscTotG, key, entry, tables_.cChQuote);
         return true;
       case Section::kMessages:
-        store_error_message(tables_, text_to_int(section_ + 6), key, entry);
+        StoreErrorMessage(tables_, TextToInt(section_ + 6), key, entry);
         return true;
       case Section::kCommands:
-        return take_command(key, entry);
+        return TakeCommand(key, entry);
       default:
-        return take_field(key, entry);
+        return TakeField(key, entry);
     }
   }
 
  private:
   static constexpr int kInternalKeys = 40;
 
-  void take_header(const char* line) {
+  void TakeHeader(const char* line) {
     // The name lies between the first and the last character, whatever the last one is.
     const size_t length = std::strlen(line);
-    copy_bytes(section_, sizeof section_, line + 1, length > 1 ? length - 2 : 0);
+    CopyBytes(section_, sizeof section_, line + 1, length > 1 ? length - 2 : 0);
     highest_ = 0;
   }
 
-  bool take_command(int row, const Entry& entry) {
+  bool TakeCommand(int row, const Entry& entry) {
     if (row == 0 || row > MAXOPCOD) return false;
     if (row < 0) return true;
     highest_ = std::max(highest_, row);
     tables_.iTotOpCodes = highest_;
     // The last row counts and is out of reach of every search.
     if (row == MAXOPCOD) return true;
-    const Binding binding = take_binding(entry.right);
-    copy_text(tables_.szOpCodes[row], binding.name);
+    const Binding binding = TakeBinding(entry.right);
+    CopyText(tables_.szOpCodes[row], binding.name);
     tables_.iIdOpCodes[row] = binding.number != 0 ? binding.number : row;
     return true;
   }
 
-  bool take_field(int row, const Entry& entry) {
+  bool TakeField(int row, const Entry& entry) {
     if (row == 0) return false;
-    const int id = text_to_int(section_);
+    const int id = TextToInt(section_);
     if (row < 0 || row > MAXCAMPI || id < 0 || id >= MAXOPCOD) return true;
     highest_ = std::max(highest_, row);
     tables_.iNumOper[id] = highest_;
-    const Binding binding = take_binding(entry.right);
-    copy_text(tables_.szKeyI[id][row], binding.name);
+    const Binding binding = TakeBinding(entry.right);
+    CopyText(tables_.szKeyI[id][row], binding.name);
     tables_.bObl[id][row] = binding.mandatory;
     tables_.iNCI[id][row] = binding.number != 0 ? binding.number : row;
     return true;
@@ -209,7 +209,7 @@ class LanguageReader {
 }  // namespace
 
 int EcrCmdInterpreter::LeggiFileIni(char* szNomeFileIni) {
-  copy_bytes(filename_, kPartLimit + 1, szNomeFileIni, std::strlen(szNomeFileIni));
+  CopyBytes(filename_, kPartLimit + 1, szNomeFileIni, std::strlen(szNomeFileIni));
   fs_file_t file;
   if (fs_open(&file, filename_, FS_RDONLY) == FS_BADF &&
       fs_open(&file, "merkelin.ini", FS_RDONLY) == FS_BADF) {
@@ -222,7 +222,7 @@ int EcrCmdInterpreter::LeggiFileIni(char* szNomeFileIni) {
   int read;
   bool good = true;
   while (good && (read = SeqFileRead(&file, line, kLineLimit)) >= 0) {
-    if (lorimatutility::TogliCommento(szAux, line, cChQuote) > 0) good = reader.take_line(szAux);
+    if (lorimatutility::TogliCommento(szAux, line, cChQuote) > 0) good = reader.TakeLine(szAux);
   }
   fs_close(&file);
   constexpr int kEndOfFile = -1;

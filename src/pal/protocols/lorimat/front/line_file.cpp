@@ -14,15 +14,15 @@ constexpr int kReadError = -2;
 // line costs a few system calls, and byte by byte elsewhere (pipes, translated files).
 constexpr size_t kChunk = 1024;
 
-bool can_give_back(fs_file_t* file) {
-  return !platform::default_mode_translates() && fs_lseek(file, 0, FS_SEEK_CUR) >= 0;
+bool CanGiveBack(fs_file_t* file) {
+  return !platform::DefaultModeTranslates() && fs_lseek(file, 0, FS_SEEK_CUR) >= 0;
 }
 
 }  // namespace
 
 int EcrCmdInterpreter::SeqFileRead(fs_file_t* hHandle, char* szLinea, unsigned long nMax) {
   char chunk[kChunk];
-  const size_t ahead = can_give_back(hHandle) ? kChunk : 1;
+  const size_t ahead = CanGiveBack(hHandle) ? kChunk : 1;
   unsigned long length = 0;
   szLinea[0] = 0;
   for (bool ended = false; !ended;) {

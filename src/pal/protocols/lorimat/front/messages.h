@@ -53,5 +53,5 @@ enum MessageClass {
   CLASS_ANSWER = 0x10000,
 };
 
-constexpr int syntax_error(SyntaxMessage index) { return int{CLASS_SYNTAX} | int{index}; }
-constexpr int em_link_error(EmLinkMessage index) { return int{CLASS_EM_LINK} | int{index}; }
+constexpr int SyntaxError(SyntaxMessage index) { return int{CLASS_SYNTAX} | int{index}; }
+constexpr int EmLinkError(EmLinkMessage index) { return int{CLASS_EM_LINK} | int{index}; }

@@ -77,7 +77,7 @@ constexpr Opcode kOpcodes[] = {
 
 }  // namespace
 
-CommandHandler find_handler(int opcode) {
+CommandHandler FindHandler(int opcode) {
   for (const Opcode& row : kOpcodes) {
     if (row.id == opcode) return row.handler;
   }

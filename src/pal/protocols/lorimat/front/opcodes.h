@@ -6,4 +6,4 @@
 typedef int (EcrCmdInterpreter::*CommandHandler)();
 
 // The handler of an opcode id; null for an id without one.
-CommandHandler find_handler(int opcode);
+CommandHandler FindHandler(int opcode);

@@ -15,11 +15,11 @@ namespace {
 constexpr size_t kLongestCommandWord = 16;
 
 // The number of "#" and digits; 0 for any other word, and for one too long to be a row.
-int hash_number(const char* word, size_t length) {
+int HashNumber(const char* word, size_t length) {
   if (length < 2 || length > kLongestCommandWord || word[0] != '#') return 0;
   int64_t number = 0;
   for (size_t i = 1; i < length; ++i) {
-    if (!is_digit(word[i])) return 0;
+    if (!IsDigit(word[i])) return 0;
     number = number * 10 + (word[i] - '0');
   }
   return number > INT_MAX ? 0 : static_cast<int>(number);
@@ -27,18 +27,18 @@ int hash_number(const char* word, size_t length) {
 
 // Whether a name and a word are the same over the shorter of the two, ignoring case.
 // *compared receives that length.
-bool matches(const char* name, const char* word, size_t word_length, size_t* compared) {
+bool Matches(const char* name, const char* word, size_t word_length, size_t* compared) {
   *compared = std::min(std::strlen(name), word_length);
-  return name[0] != 0 && same_ignoring_case(name, word, *compared);
+  return name[0] != 0 && SameIgnoringCase(name, word, *compared);
 }
 
-bool quote_follows(const char* text, char quote) {
+bool QuoteFollows(const char* text, char quote) {
   return *text != 0 && std::strchr(text, quote) != nullptr;
 }
 
 // Opcode ids come from the definition file, and some lie outside the field tables: such a
 // command has no fields.
-bool has_fields(int opcode) { return opcode >= 0 && opcode < MAXOPCOD; }
+bool HasFields(int opcode) { return opcode >= 0 && opcode < MAXOPCOD; }
 
 }  // namespace
 
@@ -53,7 +53,7 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
   }
   length = std::min(length, kLongestCommandWord);
 
-  const int number = hash_number(word, length);
+  const int number = HashNumber(word, length);
   if (number > 0 && number <= iTotOpCodes) {
     *iOpCod = number;
     return 0;
@@ -61,7 +61,7 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
 
   int row = 1;
   size_t longest = 0;
-  while (row < MAXOPCOD && !matches(szOpCodes[row], word, length, &longest)) ++row;
+  while (row < MAXOPCOD && !Matches(szOpCodes[row], word, length, &longest)) ++row;
   if (row == MAXOPCOD) return INSTRUCTION_NOT_FOUND;
   int found = iIdOpCodes[row];
   bool exact = std::strlen(szOpCodes[row]) == length;
@@ -69,7 +69,7 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
   // The order of the rows counts: an exact name behind two abbreviations comes too late.
   for (++row; row < MAXOPCOD; ++row) {
     size_t compared = 0;
-    if (!matches(szOpCodes[row], word, length, &compared) || compared < longest) continue;
+    if (!Matches(szOpCodes[row], word, length, &compared) || compared < longest) continue;
     if (exact) {
       if (std::strlen(szOpCodes[row]) == length) return INSTRUCTION_NOT_UNIC;
       continue;
@@ -96,11 +96,11 @@ int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
     // A definition file may bind a name to a number that is no field.
     if (result == 0 && (number < 1 || number > MAXCAMPI)) result = FIELD_NAME_NOT_FOUND;
     if (result != 0) return result;
-    copy_text(szCampi[number], value);
+    CopyText(szCampi[number], value);
     bCampiA[number] = quoted;
   }
 
-  if (!has_fields(iOpCod)) return 0;
+  if (!HasFields(iOpCod)) return 0;
   for (int row = 1; row <= MAXCAMPI; ++row) {
     // By field row against field number, whatever number the row has: meant.
     if (bObl[iOpCod][row] && szCampi[row][0] == 0) return CAMPO_OBBLIGATORIO;
@@ -125,12 +125,12 @@ int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szV
     if (*place == cChQuote) {
       if (!seen_equals) return ILLEGAL_FIELD_NAME;
       if (!in_quotes) {
-        if (value_length > 0 || !quote_follows(place + 1, cChQuote)) return ALFA_VALUE_INVALID;
+        if (value_length > 0 || !QuoteFollows(place + 1, cChQuote)) return ALFA_VALUE_INVALID;
         in_quotes = true;
         *bAlfa = true;
         store = false;
       } else if (place[1] == cChQuote) {
-        if (!quote_follows(place + 2, cChQuote)) return ALFA_VALUE_INVALID;
+        if (!QuoteFollows(place + 2, cChQuote)) return ALFA_VALUE_INVALID;
         ++*iPunt;
       } else {
         in_quotes = false;
@@ -161,7 +161,7 @@ int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szV
   if (*bAlfa) return 0;
   if (lorimatutility::TogliSpaziD(szVal) == 0) {
     // A field named without a value is a true flag.
-    copy_text(szVal, MAXVALLN + 1, "VERO");
+    CopyText(szVal, MAXVALLN + 1, "VERO");
     return 0;
   }
   if (!lorimatutility::SeNum(szVal)) {
@@ -175,8 +175,8 @@ int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szV
 int EcrCmdInterpreter::GetNumOper(int iOpCod, char* szKey, int* iNum) {
   *iNum = 0;
   const size_t length = std::strlen(szKey);
-  const int rows = has_fields(iOpCod) ? std::min<int>(iNumOper[iOpCod], MAXCAMPI) : 0;
-  const int hash = hash_number(szKey, length);
+  const int rows = HasFields(iOpCod) ? std::min<int>(iNumOper[iOpCod], MAXCAMPI) : 0;
+  const int hash = HashNumber(szKey, length);
   if (hash > 0 && hash <= rows) {
     *iNum = hash;
     return 0;
@@ -184,7 +184,7 @@ int EcrCmdInterpreter::GetNumOper(int iOpCod, char* szKey, int* iNum) {
 
   int row = 1;
   size_t longest = 0;
-  while (row <= rows && !matches(szKeyI[iOpCod][row], szKey, length, &longest)) ++row;
+  while (row <= rows && !Matches(szKeyI[iOpCod][row], szKey, length, &longest)) ++row;
   if (row > rows) return FIELD_NAME_NOT_FOUND;
   const int found = iNCI[iOpCod][row];
   *iNum = found;
@@ -193,7 +193,7 @@ int EcrCmdInterpreter::GetNumOper(int iOpCod, char* szKey, int* iNum) {
   // Rows of the same number are aliases and never conflict.
   for (++row; row <= rows; ++row) {
     size_t compared = 0;
-    if (matches(szKeyI[iOpCod][row], szKey, length, &compared) && compared >= longest &&
+    if (Matches(szKeyI[iOpCod][row], szKey, length, &compared) && compared >= longest &&
         iNCI[iOpCod][row] != found) {
       break;
     }
@@ -223,13 +223,13 @@ int EcrCmdInterpreter::GetEMOper(char* szLinea, int* iPunt, char* szVal, bool* b
     bool store = true;
     if (*place == cChQuote) {
       if (in_quotes && place[1] == cChQuote) {
-        if (!quote_follows(place + 2, cChQuote)) return kBadQuote;
+        if (!QuoteFollows(place + 2, cChQuote)) return kBadQuote;
         ++*iPunt;
       } else if (in_quotes) {
         in_quotes = false;
         store = false;
       } else {
-        if (length > 0 || !quote_follows(place + 1, cChQuote)) return kBadQuote;
+        if (length > 0 || !QuoteFollows(place + 1, cChQuote)) return kBadQuote;
         in_quotes = true;
         *bAlfa = true;
         store = false;
@@ -276,10 +276,10 @@ int EcrCmdInterpreter::GetMacro(char* szCampo, unsigned char* iMacro) {
     // A key that no blank ends is not stored.
     if (word[length] == 0) break;
     char token[kTokenSize];
-    copy_bytes(token, sizeof token, word, length);
+    CopyBytes(token, sizeof token, word, length);
     int value = 0;
     if (lorimatutility::SeNum(token)) {
-      value = text_to_int(token);
+      value = TextToInt(token);
     } else if (!TradSimb(token, &value)) {
       return -1;
     }

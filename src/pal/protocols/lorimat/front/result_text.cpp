@@ -12,33 +12,33 @@ constexpr size_t kAnswerSize = 512;     // room for the answers of code 0
 
 // Appends a row of a table; a row outside it is empty.
 template <size_t Rows, size_t Size>
-void append_table_row(char* text, const char (&table)[Rows][Size], int row) {
-  if (row >= 0 && row < static_cast<int>(Rows)) append_row(text, kErrorTextSize, table[row]);
+void AppendTableRow(char* text, const char (&table)[Rows][Size], int row) {
+  if (row >= 0 && row < static_cast<int>(Rows)) AppendRow(text, kErrorTextSize, table[row]);
 }
 
 // The rows of client results start at an offset; the indices below it are the keys of the
 // definition file, which have rows of their own.
 template <size_t Rows, size_t Size, size_t KeyRows>
-void append_client_row(char* text, const char (&table)[Rows][Size],
-                       const char (&keys)[KeyRows][Size], int index, int offset) {
+void AppendClientRow(char* text, const char (&table)[Rows][Size], const char (&keys)[KeyRows][Size],
+                     int index, int offset) {
   if (index < offset) {
-    append_table_row(text, keys, index);
+    AppendTableRow(text, keys, index);
   } else {
-    append_table_row(text, table, index - offset);
+    AppendTableRow(text, table, index - offset);
   }
 }
 
 template <size_t Rows, size_t Size>
-void append_title(char* text, const char (&table)[Rows][Size], int index) {
-  append_row(text, kErrorTextSize, table[0]);
-  append_format(text, kErrorTextSize, "%d", index);
+void AppendTitle(char* text, const char (&table)[Rows][Size], int index) {
+  AppendRow(text, kErrorTextSize, table[0]);
+  AppendFormat(text, kErrorTextSize, "%d", index);
 }
 
 template <size_t Rows, size_t Size>
-void append_title_and_row(char* text, const char (&table)[Rows][Size], int index) {
-  append_row(text, kErrorTextSize, table[0]);
-  append_text(text, kErrorTextSize, " : ");
-  append_table_row(text, table, index);
+void AppendTitleAndRow(char* text, const char (&table)[Rows][Size], int index) {
+  AppendRow(text, kErrorTextSize, table[0]);
+  AppendText(text, kErrorTextSize, " : ");
+  AppendTableRow(text, table, index);
 }
 
 }  // namespace
@@ -46,88 +46,88 @@ void append_title_and_row(char* text, const char (&table)[Rows][Size], int index
 void EcrCmdInterpreter::SetStringErr(char* szEsito, long lErrCode) {
   if (lErrCode == 0) {
     if (Stat.bGetP) {
-      copy_bytes(szEsito, kAnswerSize, Stat.szGetP, row_length(Stat.szGetP, sizeof Stat.szGetP));
+      CopyBytes(szEsito, kAnswerSize, Stat.szGetP, RowLength(Stat.szGetP, sizeof Stat.szGetP));
       Stat.bGetP = false;
       Stat.szGetP[0] = 0;
     } else if (TStato.iFlgINFO) {
-      copy_bytes(szEsito, kAnswerSize, szInfo, row_length(szInfo, sizeof szInfo));
+      CopyBytes(szEsito, kAnswerSize, szInfo, RowLength(szInfo, sizeof szInfo));
       TStato.iFlgINFO = 0;
       szInfo[0] = 0;
     } else {
       szEsito[0] = 0;
-      append_row(szEsito, kErrorTextSize, TabIntMsg[SMSG_OK]);
-      append_row(szEsito, kErrorTextSize, Stat.szMsgOK);
+      AppendRow(szEsito, kErrorTextSize, TabIntMsg[SMSG_OK]);
+      AppendRow(szEsito, kErrorTextSize, Stat.szMsgOK);
       Stat.szMsgOK[0] = 0;
       if (TStato.iFlgEMCmd) {
-        append_format(szEsito, kErrorTextSize, "(%ld Lines   %u msec)", Stat.lEMTotLines,
-                      Stat.dwEMTotTime);
+        AppendFormat(szEsito, kErrorTextSize, "(%ld Lines   %u msec)", Stat.lEMTotLines,
+                     Stat.dwEMTotTime);
       }
     }
     return;
   }
   if (lErrCode == ERRORS_DURING_EXECUTION) {
-    append_row(szEsito, kErrorTextSize, TabIntMsg[SMSG_NOK]);
+    AppendRow(szEsito, kErrorTextSize, TabIntMsg[SMSG_NOK]);
     return;
   }
 
   const int class_bits = static_cast<int>(lErrCode & 0xFFFF00);
   const int index = static_cast<int>(lErrCode & 0xFF);
   szEsito[0] = 0;
-  append_row(szEsito, kErrorTextSize, TabIntMsg[SMSG_ERROR]);
-  append_format(szEsito, kErrorTextSize, "%d/%d", class_bits >> 8, index);
+  AppendRow(szEsito, kErrorTextSize, TabIntMsg[SMSG_ERROR]);
+  AppendFormat(szEsito, kErrorTextSize, "%d/%d", class_bits >> 8, index);
   if (Stat.bLineErr || Stat.bEMLineErr) {
-    append_format(szEsito, kErrorTextSize,
-                  " in line %ld : ", Stat.bLineErr ? Stat.lCurLine : Stat.lEMCurLine);
+    AppendFormat(szEsito, kErrorTextSize,
+                 " in line %ld : ", Stat.bLineErr ? Stat.lCurLine : Stat.lEMCurLine);
   } else {
-    append_text(szEsito, kErrorTextSize, " : ");
+    AppendText(szEsito, kErrorTextSize, " : ");
   }
   Stat.bLineErr = false;
   Stat.bEMLineErr = false;
 
   switch (class_bits) {
     case 0:
-      append_table_row(szEsito, TabErrTradBase, index);
+      AppendTableRow(szEsito, TabErrTradBase, index);
       break;
     case CLASS_SYNTAX:
-      append_title(szEsito, TabErrTrad1, index);
+      AppendTitle(szEsito, TabErrTrad1, index);
       if (lErrCode > 0) {
-        append_text(szEsito, kErrorTextSize, " : ");
-        append_table_row(szEsito, TabErrTrad1, index);
+        AppendText(szEsito, kErrorTextSize, " : ");
+        AppendTableRow(szEsito, TabErrTrad1, index);
       }
       break;
     case CLASS_IO:
-      append_title(szEsito, TabErrTrad2, index);
-      append_client_row(szEsito, TabErrTrad2, TabErrKey2, index, 100);
+      AppendTitle(szEsito, TabErrTrad2, index);
+      AppendClientRow(szEsito, TabErrTrad2, TabErrKey2, index, 100);
       break;
     case CLASS_CRITICAL:
-      append_title(szEsito, TabErrTrad3, index);
-      append_text(szEsito, kErrorTextSize, " : ");
-      append_client_row(szEsito, TabErrTrad3, TabErrKey3, index, 200);
+      AppendTitle(szEsito, TabErrTrad3, index);
+      AppendText(szEsito, kErrorTextSize, " : ");
+      AppendClientRow(szEsito, TabErrTrad3, TabErrKey3, index, 200);
       break;
     case CLASS_DATA:
-      append_title(szEsito, TabErrTrad4, index);
+      AppendTitle(szEsito, TabErrTrad4, index);
       break;
     case CLASS_ECR:
-      append_title(szEsito, TabErrTrad5, index);
+      AppendTitle(szEsito, TabErrTrad5, index);
       break;
     case CLASS_EM_LINK:
       if (index == 1) {
-        append_table_row(szEsito, TabErrTrad6, index);
-        append_format(szEsito, kErrorTextSize, "(%ld Errors   %ld ECR-Errors)", Stat.lEMTotErr,
-                      Stat.lEMTotErrEcr);
+        AppendTableRow(szEsito, TabErrTrad6, index);
+        AppendFormat(szEsito, kErrorTextSize, "(%ld Errors   %ld ECR-Errors)", Stat.lEMTotErr,
+                     Stat.lEMTotErrEcr);
       } else {
-        append_title_and_row(szEsito, TabErrTrad6, index);
+        AppendTitleAndRow(szEsito, TabErrTrad6, index);
       }
       break;
     case CLASS_EM_SYNTAX:
-      append_title_and_row(szEsito, TabErrTrad7, index);
+      AppendTitleAndRow(szEsito, TabErrTrad7, index);
       break;
     case CLASS_ECR_REPORT:
-      append_title(szEsito, TabErrTrad8, index);
+      AppendTitle(szEsito, TabErrTrad8, index);
       break;
     case CLASS_ANSWER:
-      append_row(szEsito, kErrorTextSize, TabErrTrad9[0]);
-      append_format(szEsito, kErrorTextSize, "%c", index);
+      AppendRow(szEsito, kErrorTextSize, TabErrTrad9[0]);
+      AppendFormat(szEsito, kErrorTextSize, "%c", index);
       break;
     default:
       // Doubled class bits have no table.

@@ -4,7 +4,7 @@
 
 #include "pal/protocols/lorimat/fields.h"
 
-int EcrCmdCommand::config_department(bool write, int dep_id, DepartmentRecord& record) {
+int EcrCmdCommand::ConfigDepartment(bool write, int dep_id, DepartmentRecord& record) {
   const int result =
       RTF_FP_INVOKE(ConfigDepartment, write, dep_id, record.description.buffer, &record.price,
                     &record.max_price, &record.quantity, &record.vat_id, &record.group_id,
@@ -13,7 +13,7 @@ int EcrCmdCommand::config_department(bool write, int dep_id, DepartmentRecord& r
   return result;
 }
 
-int EcrCmdCommand::config_department_ex(bool write, int dep_id, DepartmentRecord& record) {
+int EcrCmdCommand::ConfigDepartmentEx(bool write, int dep_id, DepartmentRecord& record) {
   const int result = RTF_FP_INVOKE(
       ConfigDepartmentEx, write, dep_id, record.description.buffer, &record.price,
       &record.max_price, &record.quantity, &record.vat_id, &record.group_id, &record.single_shoot,
@@ -22,7 +22,7 @@ int EcrCmdCommand::config_department_ex(bool write, int dep_id, DepartmentRecord
   return result;
 }
 
-int EcrCmdCommand::config_group(bool write, int index, GroupRecord& record) {
+int EcrCmdCommand::ConfigGroup(bool write, int index, GroupRecord& record) {
   const int result = RTF_FP_INVOKE(ConfigGroup, write, index, record.description.buffer,
                                    record.operator_password.buffer, &record.operator_flags,
                                    &record.operator_options);
@@ -31,7 +31,7 @@ int EcrCmdCommand::config_group(bool write, int index, GroupRecord& record) {
   return result;
 }
 
-int EcrCmdCommand::config_subtender(bool write, int subtender_id, SubtenderRecord& record) {
+int EcrCmdCommand::ConfigSubtender(bool write, int subtender_id, SubtenderRecord& record) {
   const int result = RTF_FP_INVOKE(ConfigSubtender, write, subtender_id, &record.tender_type,
                                    record.description.buffer, &record.flags, &record.preset_value,
                                    &record.max_digits);
@@ -39,7 +39,7 @@ int EcrCmdCommand::config_subtender(bool write, int subtender_id, SubtenderRecor
   return result;
 }
 
-int EcrCmdCommand::config_keyboard(bool write, int key_pos, KeyRecord& record) {
+int EcrCmdCommand::ConfigKeyboard(bool write, int key_pos, KeyRecord& record) {
   // One byte of the position travels.
   const uint8_t position = static_cast<uint8_t>(key_pos & 255);
   const int result = RTF_FP_INVOKE(ConfigKeyboard, write, position, &record.key_code,
@@ -48,12 +48,12 @@ int EcrCmdCommand::config_keyboard(bool write, int key_pos, KeyRecord& record) {
   return result;
 }
 
-int EcrCmdCommand::read_capacity(int dataitem) {
+int EcrCmdCommand::ReadCapacity(int dataitem) {
   int64_t capacity = 0;
-  read_data_item(dataitem, &capacity);
-  return client_int(capacity);
+  ReadDataItem(dataitem, &capacity);
+  return ClientInt(capacity);
 }
 
-int EcrCmdCommand::read_record_count(int dataitem) {
-  return std::min(read_capacity(dataitem), kMostRecords);
+int EcrCmdCommand::ReadRecordCount(int dataitem) {
+  return std::min(ReadCapacity(dataitem), kMostRecords);
 }

@@ -9,7 +9,7 @@
 namespace {
 
 // Whether a text begins with a number, behind blanks.
-bool has_number(const char* text) {
+bool HasNumber(const char* text) {
   char* end = nullptr;
   static_cast<void>(std::strtol(text, &end, 10));
   return end != text;
@@ -20,24 +20,24 @@ bool has_number(const char* text) {
 int EcrCmdCommand::Trad_POPZ() {
   int err_ = 0;  // the first failure; it does not hold back the other options
   for (const DeviceOption& option : kDeviceOptions) {
-    if (!given(*this, option.field)) continue;
+    if (!Given(*this, option.field)) continue;
     char* field = szCampi[option.field];
     char digits[16];
     const char* text = field;
     if (option.written == OptionForm::kContrast) {
       // This one ends the line, and a failure before it is forgotten: meant.
-      if (!has_number(field)) return syntax_error(ILLEGAL_VALUE);
-      const int contrast = text_to_int(field);
+      if (!HasNumber(field)) return SyntaxError(ILLEGAL_VALUE);
+      const int contrast = TextToInt(field);
       if (contrast < 1 || contrast > kContrastLevels) {
-        if (err_ == 0) err_ = syntax_error(ILLEGAL_VALUE);
+        if (err_ == 0) err_ = SyntaxError(ILLEGAL_VALUE);
         continue;
       }
       std::snprintf(digits, sizeof digits, "%d", (contrast - 1) * kContrastStep + kContrastBase);
       text = digits;
     } else if (option.written == OptionForm::kFlag) {
-      text = flag_field(*this, option.field) ? "1" : "0";
+      text = FlagField(*this, option.field) ? "1" : "0";
     } else if (option.written == OptionForm::kInvertedFlag) {
-      text = flag_field(*this, option.field) ? "0" : "1";
+      text = FlagField(*this, option.field) ? "0" : "1";
     }
     const int err = checkResult(RTF_FP_INVOKE(SetDataInternal, option.item, text));
     if (err_ == 0) err_ = err;

@@ -28,15 +28,15 @@ constexpr int kUnreachable = CLASS_CRITICAL | CLASS_SYNTAX;
 constexpr int kLongestLine = 2047;  // of an uploaded file
 constexpr int kLongestRow = 400;    // of a downloaded table
 
-int link_command(const char* field) {
-  if (begins_with(field, "UA")) return kUpload;
-  if (begins_with(field, "DA")) return kDownload;
+int LinkCommand(const char* field) {
+  if (BeginsWith(field, "UA")) return kUpload;
+  if (BeginsWith(field, "DA")) return kDownload;
   return kNone;
 }
 
 // The files are opened without translation where lines are written, since these end in
 // carriage return and line feed as they are.
-bool open_download(fs_file_t* file, const char* name, bool append) {
+bool OpenDownload(fs_file_t* file, const char* name, bool append) {
   if (append) {
     if (fs_open_binary(file, name, FS_RDWR) == FS_BADF) return false;
     fs_lseek(file, 0, FS_SEEK_END);
@@ -48,35 +48,35 @@ bool open_download(fs_file_t* file, const char* name, bool append) {
 
 }  // namespace
 
-void EcrCmdCommand::take_link_fields() {
-  iEM_Cmd = link_command(szCampi[1]);
-  bEM_FlgReset = is_named(*this, 4);
-  bEM_FlgClear = is_named(*this, 5);
-  iEM_FlgBlock = is_named(*this, 6) ? 1 : integer_field(*this, 6);
-  bEM_FlgAppend = is_named(*this, 7);
-  bEM_FlgInfo = is_named(*this, 8);
-  iEM_SelezFlg = integer_field(*this, 9);
-  iEM_SelezDpt = integer_field(*this, 10);
+void EcrCmdCommand::TakeLinkFields() {
+  iEM_Cmd = LinkCommand(szCampi[1]);
+  bEM_FlgReset = IsNamed(*this, 4);
+  bEM_FlgClear = IsNamed(*this, 5);
+  iEM_FlgBlock = IsNamed(*this, 6) ? 1 : IntegerField(*this, 6);
+  bEM_FlgAppend = IsNamed(*this, 7);
+  bEM_FlgInfo = IsNamed(*this, 8);
+  iEM_SelezFlg = IntegerField(*this, 9);
+  iEM_SelezDpt = IntegerField(*this, 10);
   iEM_FiltroMov = -1;
-  if (given(*this, 11)) iEM_FiltroMov = integer_field(*this, 11) != 0 ? 1 : 0;
+  if (Given(*this, 11)) iEM_FiltroMov = IntegerField(*this, 11) != 0 ? 1 : 0;
   std::memset(szEM_FiltroMov, 0, 5);
   if (std::strlen(szCampi[12]) == 6) iEM_FiltroMov = 1;
   iEM_LivTradDC = 0;
-  if (is_named(*this, 13) || std::strcmp(szCampi[13], "1") == 0) iEM_LivTradDC = 1;
+  if (IsNamed(*this, 13) || std::strcmp(szCampi[13], "1") == 0) iEM_LivTradDC = 1;
   if (std::strcmp(szCampi[13], "2") == 0) iEM_LivTradDC = 2;
-  bEM_FlgOffLine = is_named(*this, 14);
-  bEM_FlgFlush = is_named(*this, 16);
+  bEM_FlgOffLine = IsNamed(*this, 14);
+  bEM_FlgFlush = IsNamed(*this, 16);
   bFlgFlush = bEM_FlgFlush;
-  bEM_List = is_named(*this, 17);
+  bEM_List = IsNamed(*this, 17);
 }
 
-bool EcrCmdCommand::open_link_file(fs_file_t* file) {
+bool EcrCmdCommand::OpenLinkFile(fs_file_t* file) {
   // A name that is cut would be another file's.
   if (std::strlen(szCampi[2]) >= sizeof szEM_FileIn) return false;
-  if (iEM_Cmd != kUpload) return open_download(file, szEM_FileIn, bEM_FlgAppend);
+  if (iEM_Cmd != kUpload) return OpenDownload(file, szEM_FileIn, bEM_FlgAppend);
   // Only read, in the platform's own mode: SeqFileRead takes lines of either kind.
   if (fs_open(file, szEM_FileIn, FS_RDONLY) == FS_BADF) return false;
-  dwEMFileInSize = client_int(fs_fstat(file));
+  dwEMFileInSize = ClientInt(fs_fstat(file));
   dwEMFileInRead = 1;
   return true;
 }
@@ -89,25 +89,25 @@ int EcrCmdCommand::Trad_EMLINK() {
   Stat.bEMLineErr = false;
   Stat.szFase[0] = 0;
   const bool saved_flush = bFlgFlush;
-  copy_text(szEM_FileIn, szCampi[2]);
-  copy_text(szEM_FileErr, szCampi[3]);
+  CopyText(szEM_FileIn, szCampi[2]);
+  CopyText(szEM_FileErr, szCampi[3]);
   lorimatutility::toLower(szEM_FileErr);
   if (szEM_FileErr[0] != 0) {
     // One file for both would lose its rows when it is opened for the errors.
     const bool good_name = std::strlen(szCampi[3]) < sizeof szEM_FileErr &&
-                           !equals_ignoring_case(szCampi[2], szCampi[3]);
+                           !EqualsIgnoringCase(szCampi[2], szCampi[3]);
     if (!good_name || fs_open_binary(&hFileErr, szEM_FileErr, FS_CREATE_TRUNC) == FS_BADF) {
-      return em_link_error(EM_ERROR_FILE_OPEN_ERROR);
+      return EmLinkError(EM_ERROR_FILE_OPEN_ERROR);
     }
     bAddErr = true;
   }
-  take_link_fields();
+  TakeLinkFields();
   lorimatutility::toLower(szEM_FileIn);
   // The file is opened ahead of the judgement of the direction, and with none it is created
   // all the same: meant.
-  const bool opened = open_link_file(&hFileData);
+  const bool opened = OpenLinkFile(&hFileData);
   if (!opened) {
-    iR = em_link_error(EM_FILE_OPEN_ERROR);
+    iR = EmLinkError(EM_FILE_OPEN_ERROR);
   } else if (iEM_Cmd == kUpload) {
     TStato.iFlgEMCmd = kUpload;
     iR = EM_UpdArt(&hFileData, &hFileErr);
@@ -115,10 +115,10 @@ int EcrCmdCommand::Trad_EMLINK() {
     TStato.iFlgEMCmd = kDownload;
     iR = EM_DwnArt(&hFileData, &hFileErr, bEM_List);
   } else {
-    iR = em_link_error(EM_ILLEGAL_COMMAND);
+    iR = EmLinkError(EM_ILLEGAL_COMMAND);
   }
   // The run has written its lines to the error file itself.
-  if (iR == em_link_error(EM_ERRORS_DURING_EXECUTION)) bAddErr = false;
+  if (iR == EmLinkError(EM_ERRORS_DURING_EXECUTION)) bAddErr = false;
   if (opened) fs_close(&hFileData);
   if (iR != 0 && bAddErr) {
     char text[255] = {};
@@ -132,7 +132,7 @@ int EcrCmdCommand::Trad_EMLINK() {
 
 int EcrCmdCommand::EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr) {
   if (bEM_FlgReset) {
-    const int code = erase_articles(kArticleTable);
+    const int code = EraseArticles(kArticleTable);
     if (code != 0) return code;
   }
   Stat.lEMTotLines = 0;
@@ -144,16 +144,16 @@ int EcrCmdCommand::EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr) {
   char line[kLongestLine + 1];
   char row[kLongestLine + 3];  // with LF, CR and NUL
   for (int length; (length = SeqFileRead(hFileSrc, line, kLongestLine)) >= 0;) {
-    dwEMFileInRead = client_int(int64_t{dwEMFileInRead} + length + 2);
+    dwEMFileInRead = ClientInt(int64_t{dwEMFileInRead} + length + 2);
     ++Stat.lEMCurLine;
     if (lorimatutility::TogliCommento(row, line, cChQuote) == 0) continue;
     // In this order on the wire, unlike a file's lines.
-    append_text(row, "\n\r");
+    AppendText(row, "\n\r");
     const int code = checkResult(RTF_FP_INVOKE(UploadTable, kArticleTable, kRow, row));
     ++Stat.lEMTotLines;
     if (code == 0) continue;
     ++Stat.lEMTotErr;
-    if (is_device_error(code)) ++Stat.lEMTotErrEcr;
+    if (IsDeviceError(code)) ++Stat.lEMTotErrEcr;
     Stat.bEMLineErr = true;
     char text[255] = {};
     SetStringErr(text, code);
@@ -161,7 +161,7 @@ int EcrCmdCommand::EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr) {
   }
   static_cast<void>(RTF_FP_INVOKE(UploadTable, kArticleTable, kClose, ""));
   Stat.szFase[0] = 0;
-  return Stat.lEMTotErr != 0 ? em_link_error(EM_ERRORS_DURING_EXECUTION) : 0;
+  return Stat.lEMTotErr != 0 ? EmLinkError(EM_ERRORS_DURING_EXECUTION) : 0;
 }
 
 int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool /*bList*/) {
@@ -177,27 +177,27 @@ int EcrCmdCommand::EM_DwnArt(fs_file_t* hFileOut, fs_file_t* /*hFileErr*/, bool 
     if (code != 0) return code;
     written = rows < kMostRows && SeqFileWrite(hFileOut, data_row.buffer);
     ++rows;
-    return written ? 0 : em_link_error(EM_FILE_OPEN_ERROR);
+    return written ? 0 : EmLinkError(EM_FILE_OPEN_ERROR);
   };
   // As many as the device says: the first refused row ends the run.
   int64_t plu_counter = 0;
-  read_data_item(kArticleCount, &plu_counter);
+  ReadDataItem(kArticleCount, &plu_counter);
   if (iEM_SelezFlg != 0) {
     int row_type = ManagerDownloadTableRowType::kFirst;
     // The device ends a selection by refusing its next row, so a refusal is no error.
-    while (fetch(download_selector(kArticleTable, iEM_SelezFlg, row_type), 0) == 0) {
+    while (fetch(DownloadSelector(kArticleTable, iEM_SelezFlg, row_type), 0) == 0) {
       row_type = ManagerDownloadTableRowType::kNextRow;
     }
   } else {
-    const int selector = download_selector(kArticleTable, 0, ManagerDownloadTableRowType::kRow);
-    for (int i = 0; i < client_int(plu_counter) && iR == 0; ++i) iR = fetch(selector, i);
+    const int selector = DownloadSelector(kArticleTable, 0, ManagerDownloadTableRowType::kRow);
+    for (int i = 0; i < ClientInt(plu_counter) && iR == 0; ++i) iR = fetch(selector, i);
   }
-  if (!written) iR = em_link_error(EM_FILE_OPEN_ERROR);
-  if (iR == 0 && bEM_FlgClear) iR = erase_articles(kArticleTableBehind);
+  if (!written) iR = EmLinkError(EM_FILE_OPEN_ERROR);
+  if (iR == 0 && bEM_FlgClear) iR = EraseArticles(kArticleTableBehind);
   return iR;
 }
 
-int EcrCmdCommand::erase_articles(int table) {
+int EcrCmdCommand::EraseArticles(int table) {
   constexpr int kMostReads = 90;
   constexpr int kStep = 1000;  // milliseconds
   int state = 0;
@@ -217,7 +217,7 @@ int EcrCmdCommand::erase_articles(int table) {
 
 char* EcrCmdCommand::Dimpacc(char* dest, const char* text, int length) {
   const size_t size = static_cast<size_t>(length);
-  copy_bytes(dest, size + 1, text, size);
+  CopyBytes(dest, size + 1, text, size);
   return dest + size;
 }
 

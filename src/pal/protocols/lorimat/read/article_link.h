@@ -5,10 +5,10 @@
 
 // Whether the code of a refused row counts as an error of the device: one of an article
 // line's syntax does not.
-constexpr bool is_device_error(int code) { return (code & 0xffff00) != CLASS_EM_SYNTAX; }
+constexpr bool IsDeviceError(int code) { return (code & 0xffff00) != CLASS_EM_SYNTAX; }
 
 // The first argument of DownloadTable: the table in bits 0 to 7, the selection in 8 to 15,
 // the row type of ManagerDownloadTableRowType above.
-constexpr int download_selector(int table, int selection, int row_type) {
+constexpr int DownloadSelector(int table, int selection, int row_type) {
   return (table & 0xff) | (selection & 0xff) << 8 | row_type << 16;
 }

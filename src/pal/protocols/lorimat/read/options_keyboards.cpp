@@ -30,7 +30,7 @@ struct KeyboardList {
     while (count < kMostKeyboards) {
       size_t length = 0;
       while (text[length] != 0 && text[length] != separator) ++length;
-      copy_bytes(entries[count], sizeof entries[count], text, length);
+      CopyBytes(entries[count], sizeof entries[count], text, length);
       ++count;
       if (text[length] == 0) break;
       text += length + 1;
@@ -41,7 +41,7 @@ struct KeyboardList {
   int count = 0;  // an empty list has one empty entry
 };
 
-const DeviceOption* find_option(int field) {
+const DeviceOption* FindOption(int field) {
   for (const DeviceOption& option : kDeviceOptions) {
     if (option.field == field) return &option;
   }
@@ -50,13 +50,13 @@ const DeviceOption* find_option(int field) {
 
 }  // namespace
 
-bool EcrCmdCommand::read_option(const DeviceOption& option, int64_t* number, ClientText* text) {
+bool EcrCmdCommand::ReadOption(const DeviceOption& option, int64_t* number, ClientText* text) {
   if (option.read == OptionForm::kText) {
     const bool good = checkResult(RTF_FP_INVOKE(GetDataInternal, option.item, text->buffer)) == 0;
     text->close();
     return good;
   }
-  bool good = read_data_item(option.item, number) == 0;
+  bool good = ReadDataItem(option.item, number) == 0;
   if (option.text_item != 0) {
     // One of the two is enough; the number stays the value whatever the text is.
     good |= checkResult(RTF_FP_INVOKE(GetDataInternal, option.text_item, text->buffer)) == 0;
@@ -68,10 +68,10 @@ int EcrCmdCommand::LeggiOPZ(fs_file_t* hFileOut, char* szLinea, bool bList) {
   constexpr int kLastOption = 37;
   RecordLine line(*this, szLinea, kPopz, bList);
   for (int j = 1; j <= kLastOption; ++j) {
-    const DeviceOption* option = find_option(j);
+    const DeviceOption* option = FindOption(j);
     int64_t value = 0;
     ClientText text;
-    if (option == nullptr || !read_option(*option, &value, &text)) continue;
+    if (option == nullptr || !ReadOption(*option, &value, &text)) continue;
     switch (option->read) {
       case OptionForm::kText:
         line.text(j, text.buffer);
@@ -80,13 +80,13 @@ int EcrCmdCommand::LeggiOPZ(fs_file_t* hFileOut, char* szLinea, bool bList) {
         line.integer(j, static_cast<int32_t>(value));
         break;
       case OptionForm::kFlag:
-        line.flag(j, value != 0);
+        line.Flag(j, value != 0);
         break;
       case OptionForm::kInvertedFlag:
-        line.flag(j, value == 0);
+        line.Flag(j, value == 0);
         break;
       case OptionForm::kContrast:
-        line.integer(j, (int64_t{client_int(value)} - kContrastBase) / kContrastStep + 1);
+        line.integer(j, (int64_t{ClientInt(value)} - kContrastBase) / kContrastStep + 1);
         break;
     }
   }
@@ -111,8 +111,8 @@ int EcrCmdCommand::LeggiKEY(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
   // The list of the key counts tells how many keyboards there are.
   for (int i = 0; i < keyboard_num_keys.count; ++i) {
-    const int iNTasti = text_to_int(keyboard_num_keys.entries[i]);
-    const int type_code = text_to_int(keyboard_type.entries[i]);
+    const int iNTasti = TextToInt(keyboard_num_keys.entries[i]);
+    const int type_code = TextToInt(keyboard_type.entries[i]);
     // A comment, in list form too: a batch passes over it.
     std::snprintf(szLinea, kRecordLineSize,
                   ";Keyboard Name = '%s', Keyboard id = %d, Keyboard Key Numbers=%d",
@@ -125,23 +125,23 @@ int EcrCmdCommand::LeggiKEY(fs_file_t* hFileOut, char* szLinea, bool bList) {
     for (int key_pos = 1; key_pos <= last_key; ++key_pos) {
       KeyRecord record;
       record.keyboard_type = keyboard_type_code;
-      if (checkResult(config_keyboard(false, key_pos, record)) != 0) break;
+      if (checkResult(ConfigKeyboard(false, key_pos, record)) != 0) break;
       keyboard_type_code = record.keyboard_type;
-      write_key(hFileOut, szLinea, bList, key_pos, record, keyboard_type.entries[i]);
+      WriteKey(hFileOut, szLinea, bList, key_pos, record, keyboard_type.entries[i]);
     }
   }
   return 0;
 }
 
-void EcrCmdCommand::write_key(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
-                              const KeyRecord& record, const char* keyboard_type) {
+void EcrCmdCommand::WriteKey(fs_file_t* hFileOut, char* szLinea, bool bList, int key_pos,
+                             const KeyRecord& record, const char* keyboard_type) {
   // Digits, clear and the key lock keep their places.
   const int key_code = record.key_code;
   if (key_code < FunctionCode::kNumber000 || key_code == FunctionCode::kKey) return;
   RecordLine line(*this, szLinea, kPtast, bList);
   line.integer(1, key_pos);
   if (!bList && iInvTast[key_code] != 0) {
-    line.plain(2, szSimb[iInvTast[key_code]]);
+    line.Plain(2, szSimb[iInvTast[key_code]]);
   } else {
     line.integer(2, key_code);
   }
@@ -151,12 +151,12 @@ void EcrCmdCommand::write_key(fs_file_t* hFileOut, char* szLinea, bool bList, in
     // command drops a key that no blank ends.
     char macro[kLongestRecordText] = "'";
     for (int k = 0; k < record.macro_size; ++k) {
-      append_text(macro, szSimb[iInvTast[static_cast<unsigned char>(record.macro.buffer[k])]]);
-      append_text(macro, " ");
+      AppendText(macro, szSimb[iInvTast[static_cast<unsigned char>(record.macro.buffer[k])]]);
+      AppendText(macro, " ");
     }
-    append_text(macro, "'");
-    line.plain(3, macro);
+    AppendText(macro, "'");
+    line.Plain(3, macro);
   }
-  line.plain(4, keyboard_type);
+  line.Plain(4, keyboard_type);
   line.write(hFileOut);
 }

@@ -9,7 +9,7 @@ RecordLine::RecordLine(EcrCmdInterpreter& tables, char* szLinea, int opcode, boo
     : tables_(tables), line_(szLinea), opcode_(opcode), list_(bList), numbering_(numbering) {
   line_[0] = 0;
   tables_.LdNomeCampo(line_, tables_.szOpCodes[opcode], opcode, bList);
-  append_text(line_, kRecordLineSize, " ");
+  AppendText(line_, kRecordLineSize, " ");
 }
 
 void RecordLine::integer(int field, int64_t value) {
@@ -20,7 +20,7 @@ void RecordLine::integer(int field, int64_t value) {
 
 void RecordLine::text(int field, const char* value) {
   char text[kLongestRecordText + 1];
-  copy_text(text, value);
+  CopyText(text, value);
   tables_.EditAlfa(tables_.szCampi[field], text, static_cast<int>(std::strlen(text)));
   append(field);
 }
@@ -37,20 +37,20 @@ void RecordLine::percentage(int field, int value) {
   append(field);
 }
 
-void RecordLine::flag(int field, bool value) {
+void RecordLine::Flag(int field, bool value) {
   // "1" is no: a yes/no field takes "2" as yes.
   char* text = tables_.szCampi[field];
   text[0] = 0;
   if (list_) {
-    copy_text(text, sizeof tables_.szCampi[field], value ? "2" : "1");
+    CopyText(text, sizeof tables_.szCampi[field], value ? "2" : "1");
   } else {
-    append_row(text, sizeof tables_.szCampi[field], tables_.TabIntMsg[value ? SMSG_YES : SMSG_NO]);
+    AppendRow(text, sizeof tables_.szCampi[field], tables_.TabIntMsg[value ? SMSG_YES : SMSG_NO]);
   }
   append(field);
 }
 
-void RecordLine::plain(int field, const char* value) {
-  copy_text(tables_.szCampi[field], value);
+void RecordLine::Plain(int field, const char* value) {
+  CopyText(tables_.szCampi[field], value);
   append(field);
 }
 
@@ -59,10 +59,10 @@ void RecordLine::append(int field) {
   tables_.LdNomeCampo(word, tables_.szKeyI[opcode_][field], numbering_ == kAllOnes ? 1 : field,
                       list_);
   const char separator[] = {tables_.cChSep, ' ', 0};
-  append_text(line_, kRecordLineSize, word);
-  append_text(line_, kRecordLineSize, "=");
-  append_text(line_, kRecordLineSize, tables_.szCampi[field]);
-  append_text(line_, kRecordLineSize, separator);
+  AppendText(line_, kRecordLineSize, word);
+  AppendText(line_, kRecordLineSize, "=");
+  AppendText(line_, kRecordLineSize, tables_.szCampi[field]);
+  AppendText(line_, kRecordLineSize, separator);
 }
 
 void RecordLine::write(fs_file_t* file) {

@@ -39,9 +39,9 @@ class RecordLine {
   // A percentage in ten-thousandths as 22.00.
   void percentage(int field, int value);
   // 2 and 1 in list form, else the words of the internal messages.
-  void flag(int field, bool value);
+  void Flag(int field, bool value);
   // A value as it stands.
-  void plain(int field, const char* value);
+  void Plain(int field, const char* value);
 
   // Cuts the separator behind the last field and writes the line. A line without any field
   // loses the blank and the last letter of its word: meant. A full disk goes unreported.

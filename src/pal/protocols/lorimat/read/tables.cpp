@@ -52,7 +52,7 @@ constexpr DeviceTable kTables[] = {
 
 // Numbers that are refused before any file is touched. The others may have no table either,
 // and then the file is created or emptied all the same: meant.
-bool is_refused_at_once(int number) {
+bool IsRefusedAtOnce(int number) {
   static constexpr int kKnown[] = {20, 21, 22, 23, 24, 30, 31, 100, 199, 9999};
   if (number == 0 || number == 5) return true;
   return number > 12 && std::find(std::begin(kKnown), std::end(kKnown), number) == std::end(kKnown);
@@ -60,7 +60,7 @@ bool is_refused_at_once(int number) {
 
 // Lines end in carriage return and line feed as they are written, so the file is opened
 // without translation in both ways.
-bool open_dump(fs_file_t* file, const char* name, bool append) {
+bool OpenDump(fs_file_t* file, const char* name, bool append) {
   if (append) {
     if (fs_open_binary(file, name, FS_RDWR) == FS_BADF) return false;
     fs_lseek(file, 0, FS_SEEK_END);
@@ -73,14 +73,14 @@ bool open_dump(fs_file_t* file, const char* name, bool append) {
 }  // namespace
 
 int EcrCmdCommand::Trad_LEGGI() {
-  const int iN = integer_field(*this, 1);
-  if (is_refused_at_once(iN)) return syntax_error(ILLEGAL_FILE_NUMBER);
+  const int iN = IntegerField(*this, 1);
+  if (IsRefusedAtOnce(iN)) return SyntaxError(ILLEGAL_FILE_NUMBER);
   lorimatutility::toLower(szCampi[2]);
-  const bool bFlgSP = is_named(*this, 4);
-  const bool bList = is_named(*this, 5);
-  const bool extended = is_named(*this, 7);
+  const bool bFlgSP = IsNamed(*this, 4);
+  const bool bList = IsNamed(*this, 5);
+  const bool extended = IsNamed(*this, 7);
   fs_file_t hFileOut;
-  if (!open_dump(&hFileOut, szCampi[2], is_named(*this, 3))) return FILE_OPEN_ERROR;
+  if (!OpenDump(&hFileOut, szCampi[2], IsNamed(*this, 3))) return FILE_OPEN_ERROR;
 
   char szLinea[kRecordLineSize];
   if (bFlgSP) {
@@ -88,14 +88,14 @@ int EcrCmdCommand::Trad_LEGGI() {
     std::snprintf(szLinea, sizeof szLinea, "%s %s", szOpCodes[kProg], szKeyI[kProg][1]);
     SeqFileWrite(&hFileOut, szLinea);
   }
-  int iR = syntax_error(ILLEGAL_FILE_NUMBER);
+  int iR = SyntaxError(ILLEGAL_FILE_NUMBER);
   if (iN == kDepartments) iR = LeggiREP(&hFileOut, szLinea, bList, extended);
   for (const DeviceTable& table : kTables) {
     if (table.number != iN) continue;
     iR = table.reader != nullptr ? (this->*table.reader)(&hFileOut, szLinea, bList) : 0;
   }
   if (bFlgSP) {
-    copy_text(szLinea, szOpCodes[kEndProg]);
+    CopyText(szLinea, szOpCodes[kEndProg]);
     SeqFileWrite(&hFileOut, szLinea);
   }
   fs_close(&hFileOut);
@@ -103,32 +103,32 @@ int EcrCmdCommand::Trad_LEGGI() {
 }
 
 int EcrCmdCommand::LeggiREP(fs_file_t* hFileOut, char* szLinea, bool bList, bool /*extended*/) {
-  const int department_capacity = read_record_count(kDepartmentCapacity);
+  const int department_capacity = ReadRecordCount(kDepartmentCapacity);
   for (int64_t number = 1; number <= department_capacity; ++number) {
     const int dep_id = static_cast<int>(number);
     DepartmentRecord record;
-    const int resEx = checkResult(config_department_ex(false, dep_id, record));
-    const int res = resEx == 0 ? 0 : checkResult(config_department(false, dep_id, record));
+    const int resEx = checkResult(ConfigDepartmentEx(false, dep_id, record));
+    const int res = resEx == 0 ? 0 : checkResult(ConfigDepartment(false, dep_id, record));
     if (res != 0) continue;
     // In list form every field of this one table reads #1, by its place: meant.
     RecordLine line(*this, szLinea, kPrep, bList, RecordLine::kAllOnes);
     line.integer(1, dep_id);
     line.text(2, record.description.buffer);
     line.price(3, record.max_price);
-    line.flag(4, record.single_shoot);
+    line.Flag(4, record.single_shoot);
     line.integer(5, record.vat_id);
     line.price(6, record.price);
     line.integer(7, record.group_id);
-    line.flag(16, record.allow_discount);
-    line.flag(17, record.force_description);
-    if (resEx == 0) line.flag(21, record.is_service);
+    line.Flag(16, record.allow_discount);
+    line.Flag(17, record.force_description);
+    if (resEx == 0) line.Flag(21, record.is_service);
     line.write(hFileOut);
   }
   return 0;
 }
 
 int EcrCmdCommand::LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int vat_rate_capacity = read_record_count(kVatRateCapacity);
+  const int vat_rate_capacity = ReadRecordCount(kVatRateCapacity);
   for (int64_t number = 1; number <= vat_rate_capacity; ++number) {
     const int vat_id = static_cast<int>(number);
     int aliquota = 0;
@@ -143,7 +143,7 @@ int EcrCmdCommand::LeggiIVA(fs_file_t* hFileOut, char* szLinea, bool bList) {
 
 int EcrCmdCommand::LeggiINT(fs_file_t* hFileOut, char* szLinea, bool bList) {
   constexpr size_t kTextSize = 65;
-  const int header_lines_capacity = std::min<int>(read_capacity(kHeaderLineCapacity), MAXCAMPI);
+  const int header_lines_capacity = std::min<int>(ReadCapacity(kHeaderLineCapacity), MAXCAMPI);
   RecordLine line(*this, szLinea, kPint, bList);
   for (int number = 1; number <= header_lines_capacity; ++number) {
     // A line that the device refuses shows as an empty text.
@@ -161,7 +161,7 @@ int EcrCmdCommand::LeggiSTEN(fs_file_t* hFileOut, char* szLinea, bool bList) {
   const int subtenders = std::min(pCurConf->iNumSTEN, kMostRecords);
   for (int subtender_id = 1; subtender_id <= subtenders; ++subtender_id) {
     SubtenderRecord record;
-    res = checkResult(config_subtender(false, subtender_id, record));
+    res = checkResult(ConfigSubtender(false, subtender_id, record));
     if (res != 0) break;
     RecordLine line(*this, szLinea, kPsten, bList);
     line.integer(1, subtender_id);
@@ -177,12 +177,12 @@ int EcrCmdCommand::LeggiSTEN(fs_file_t* hFileOut, char* szLinea, bool bList) {
 }
 
 int EcrCmdCommand::LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int group_capacity = read_record_count(kGroupCapacity);
+  const int group_capacity = ReadRecordCount(kGroupCapacity);
   for (int64_t number = 1; number <= group_capacity; ++number) {
     const int group_id = static_cast<int>(number);
     GroupRecord record;
     // The dump ends here, and the answer does not tell: meant.
-    if (checkResult(config_group(false, group_id, record)) != 0) break;
+    if (checkResult(ConfigGroup(false, group_id, record)) != 0) break;
     RecordLine line(*this, szLinea, kPgru, bList);
     line.integer(1, group_id);
     line.text(2, record.description.buffer);
@@ -192,15 +192,15 @@ int EcrCmdCommand::LeggiGRU(fs_file_t* hFileOut, char* szLinea, bool bList) {
 }
 
 int EcrCmdCommand::LeggiOPE(fs_file_t* hFileOut, char* szLinea, bool bList) {
-  const int operator_capacity = read_record_count(kOperatorCapacity);
+  const int operator_capacity = ReadRecordCount(kOperatorCapacity);
   int64_t group_capacity = 0;
   // Without it the records of the groups would pass for operators.
-  if (read_data_item(kGroupCapacity, &group_capacity) != 0) return 0;
+  if (ReadDataItem(kGroupCapacity, &group_capacity) != 0) return 0;
   for (int64_t number = 1; number <= operator_capacity; ++number) {
     const int operator_id = static_cast<int>(number);
     GroupRecord record;
-    const int index = client_int(int64_t{client_int(group_capacity)} + operator_id);
-    if (checkResult(config_group(false, index, record)) != 0) break;
+    const int index = ClientInt(int64_t{ClientInt(group_capacity)} + operator_id);
+    if (checkResult(ConfigGroup(false, index, record)) != 0) break;
     RecordLine line(*this, szLinea, kPoper, bList);
     line.integer(1, operator_id);
     line.text(2, record.description.buffer);

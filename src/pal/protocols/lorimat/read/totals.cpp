@@ -67,14 +67,14 @@ constexpr CounterSource kNoSource = {};
 // Counters above this one pass over a count that the device refuses.
 constexpr int kLastStrictCount = 63;
 
-CounterSource find_counter(int counter) {
+CounterSource FindCounter(int counter) {
   for (const CounterSource& source : kCounters) {
     if (source.counter == counter) return source;
   }
   return kNoSource;
 }
 
-void write_padded(char* text, int64_t value, int digits) {
+void WritePadded(char* text, int64_t value, int digits) {
   char number[24];
   std::snprintf(number, sizeof number, "%lld", static_cast<long long>(value));
   lorimatutility::FnLPAD(text, number, digits, '0');
@@ -89,35 +89,35 @@ int EcrCmdCommand::GetTotalizerExtendInternal(int vatID, int totalizerType, int 
       RTF_FP_INVOKE(GetTotalizerExtend, vatID, totalizerType, totalizer, text.buffer);
   if (result != 0) return result;
   const int64_t value = std::strtoll(text.close(), nullptr, 10);
-  write_padded(data, counter ? value : value / currency_decimal_place_factor, kTotalDigits);
+  WritePadded(data, counter ? value : value / currency_decimal_place_factor, kTotalDigits);
   return 0;
 }
 
 int EcrCmdCommand::getCounter(int counter, char* szTOT, char* szCNT) {
-  const CounterSource source = find_counter(counter);
+  const CounterSource source = FindCounter(counter);
   int64_t value = -1;
   int64_t count = -1;
   if (source.total_item != 0) {
-    const int code = read_data_item(source.total_item, &value);
+    const int code = ReadDataItem(source.total_item, &value);
     // The code gets its class a second time: meant.
     if (code != 0) return checkResult(code);
   }
   if (source.count_item != 0) {
     count = 0;
-    const int code = read_data_item(source.count_item, &count);
+    const int code = ReadDataItem(source.count_item, &count);
     if (code != 0 && counter <= kLastStrictCount) return checkResult(code);
   }
   const auto read_daily = [&](int kind, bool is_count) {
     char text[32];
     if (GetTotalizerExtendInternal(0, RTF_FPTR_TT_DAY, kind, text, is_count) != 0) {
-      copy_text(text, "0");
+      CopyText(text, "0");
     }
     return static_cast<int64_t>(std::strtoll(text, nullptr, 10));
   };
   if (source.total_kind != 0) value = read_daily(source.total_kind, false);
   if (source.count_kind != 0) count = read_daily(source.count_kind, true);
-  write_padded(szTOT, value, kTotalDigits);
-  write_padded(szCNT, count, kCountDigits);
+  WritePadded(szTOT, value, kTotalDigits);
+  WritePadded(szCNT, count, kCountDigits);
   return 0;
 }
 
@@ -132,8 +132,8 @@ int EcrCmdCommand::LeggiTOTG(fs_file_t* hFileOut, char* szLinea, bool /*bList*/)
     // In words in list form too, as the totals of the departments: meant.
     RecordLine line(*this, szLinea, kTotg, false);
     line.integer(1, i);
-    line.plain(2, szCNT);
-    line.plain(3, szTOT);
+    line.Plain(2, szCNT);
+    line.Plain(3, szTOT);
     line.write(hFileOut);
   }
   return 0;
@@ -146,7 +146,7 @@ int EcrCmdCommand::LeggiTOTREP(fs_file_t* hFileOut, char* szLinea, bool /*bList*
       RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_GROSS_VALUE,
       RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE,
   };
-  pCurConf->iNumDPT = read_capacity(kDepartmentCapacity);
+  pCurConf->iNumDPT = ReadCapacity(kDepartmentCapacity);
   const int departments = std::min<int>(pCurConf->iNumDPT, kMostRecords);
   for (int department = 1; department <= departments; ++department) {
     RecordLine line(*this, szLinea, kTotrep, false);
@@ -157,7 +157,7 @@ int EcrCmdCommand::LeggiTOTREP(fs_file_t* hFileOut, char* szLinea, bool /*bList*
       if (GetTotalizerExtendInternal(department, RTF_FPTR_TT_DAY, kind, value, false) != 0) {
         return 0;
       }
-      line.plain(field++, value);
+      line.Plain(field++, value);
     }
     line.write(hFileOut);
   }

@@ -80,20 +80,20 @@ struct WorkStateLine {
   char* szLinea;
   char* pL;  // the write position
 
-  void put(char c) {
+  void Put(char c) {
     *pL++ = c;
     *pL = 0;
   }
 };
 
-void EcrCmdCommand::put_value(WorkStateLine& line, const char* text, int mode) {
+void EcrCmdCommand::PutValue(WorkStateLine& line, const char* text, int mode) {
   line.pL = EditEMOut(line.pL, text, mode);
 }
 
-void EcrCmdCommand::put_number(WorkStateLine& line, int number) {
+void EcrCmdCommand::PutNumber(WorkStateLine& line, int number) {
   char text[16];
   std::snprintf(text, sizeof text, "%d", number);
-  put_value(line, text, kPlain);
+  PutValue(line, text, kPlain);
 }
 
 void EcrCmdCommand::SubLeggiWS(WorkStateLine& line) {
@@ -106,11 +106,11 @@ void EcrCmdCommand::SubLeggiWS(WorkStateLine& line) {
   *line.pL = 0;
 }
 
-int EcrCmdCommand::read_totalizer(int vatID, int totalizer, char* szAUX1) {
+int EcrCmdCommand::ReadTotalizer(int vatID, int totalizer, char* szAUX1) {
   return GetTotalizerExtendInternal(vatID, RTF_FPTR_TT_DAY, totalizer, szAUX1, false);
 }
 
-void EcrCmdCommand::write_date_record(WorkStateLine& line) {
+void EcrCmdCommand::WriteDateRecord(WorkStateLine& line) {
   ClientText date;
   static_cast<void>(RTF_FP_INVOKE(SetIntProperty, RTF_PIDXFptr_DateType, RTF_FPTR_DT_RTC));
   static_cast<void>(RTF_FP_INVOKE(GetDate, date.buffer));
@@ -118,12 +118,12 @@ void EcrCmdCommand::write_date_record(WorkStateLine& line) {
   const auto put_digits = [&](int place) {
     // Of a short date as much as there is.
     const char* digits = date.buffer + place;
-    line.pL = Dimpacc(line.pL, digits, static_cast<int>(row_length(digits, 2)));
+    line.pL = Dimpacc(line.pL, digits, static_cast<int>(RowLength(digits, 2)));
   };
   const auto put_mark = [&](char mark) {
-    if (mark != 0) line.put(mark);
+    if (mark != 0) line.Put(mark);
   };
-  put_number(line, kDateRecord);
+  PutNumber(line, kDateRecord);
   // The quotes stand here whatever the edit options say.
   put_mark(cChQuote);
   put_digits(kDay);
@@ -139,31 +139,31 @@ void EcrCmdCommand::write_date_record(WorkStateLine& line) {
   SubLeggiWS(line);
 }
 
-int EcrCmdCommand::write_vat_records(WorkStateLine& line) {
+int EcrCmdCommand::WriteVatRecords(WorkStateLine& line) {
   for (int i = 0; i < kVatClassCount; ++i) {
     const VatClass& vat = kVatClasses[i];
-    put_number(line, kVatRecords + i);
+    PutNumber(line, kVatRecords + i);
     if (vat.vat_info_des != nullptr) {
-      put_value(line, vat.vat_info_des, kPlain);
+      PutValue(line, vat.vat_info_des, kPlain);
     } else {
       int aliquota = 0;
       const int res = checkResult(RTF_FP_INVOKE(GetVatEntry, vat.vat_info, 0, &aliquota));
       if (res != 0) return res;
       char szTOT[64];
       lorimatutility::NumToString(szTOT, aliquota, percentage_factor, false);
-      put_value(line, szTOT, kPlain);
+      PutValue(line, szTOT, kPlain);
     }
     SubLeggiWS(line);
   }
   return 0;
 }
 
-int EcrCmdCommand::write_grid_records(WorkStateLine& line, char (&szAUX1)[32]) {
+int EcrCmdCommand::WriteGridRecords(WorkStateLine& line, char (&szAUX1)[32]) {
   // A class or kind that the device does not have reads as zero.
   const auto read = [&](int vatID, int totalizer) {
-    const int result = read_totalizer(vatID, totalizer, szAUX1);
+    const int result = ReadTotalizer(vatID, totalizer, szAUX1);
     if (result != RTF_E_ILLEGAL) return result;
-    copy_text(szAUX1, "0000000000");
+    CopyText(szAUX1, "0000000000");
     return 0;
   };
   for (const GridRow& row : kGrid) {
@@ -171,66 +171,66 @@ int EcrCmdCommand::write_grid_records(WorkStateLine& line, char (&szAUX1)[32]) {
       char szGROSSTOT[32];
       int result = read(kVatClasses[i].vat_info, row.totalizer_gross);
       if (result != 0) return checkResult(result);
-      copy_text(szGROSSTOT, szAUX1);
+      CopyText(szGROSSTOT, szAUX1);
       result = read(kVatClasses[i].vat_info, row.totalizer);
       if (result != 0) return checkResult(result);
-      put_number(line, row.totalizer_base_index + i);
-      put_value(line, szAUX1, kPlain);
-      put_value(line, szGROSSTOT, kPlain);
+      PutNumber(line, row.totalizer_base_index + i);
+      PutValue(line, szAUX1, kPlain);
+      PutValue(line, szGROSSTOT, kPlain);
       SubLeggiWS(line);
     }
   }
   return 0;
 }
 
-int EcrCmdCommand::write_tax_records(WorkStateLine& line, char (&szAUX1)[32]) {
+int EcrCmdCommand::WriteTaxRecords(WorkStateLine& line, char (&szAUX1)[32]) {
   for (int i = 0; i < kVatClassCount; ++i) {
     const int result =
-        read_totalizer(kVatClasses[i].vat_info, RTF_FPTR_GT_VAT_CATEGORY_TAXALL, szAUX1);
+        ReadTotalizer(kVatClasses[i].vat_info, RTF_FPTR_GT_VAT_CATEGORY_TAXALL, szAUX1);
     if (result != 0) return checkResult(result);
-    put_number(line, kTaxRecords + i);
-    put_value(line, szAUX1, kPlain);
+    PutNumber(line, kTaxRecords + i);
+    PutValue(line, szAUX1, kPlain);
     SubLeggiWS(line);
   }
   return 0;
 }
 
-void EcrCmdCommand::write_department_records(WorkStateLine& line, char (&szAUX1)[32]) {
-  const int departments = read_record_count(kDepartmentCapacity);
+void EcrCmdCommand::WriteDepartmentRecords(WorkStateLine& line, char (&szAUX1)[32]) {
+  const int departments = ReadRecordCount(kDepartmentCapacity);
   for (int64_t number = 1; number <= departments; ++number) {
     const int department = static_cast<int>(number);
     char szGROSSTOT[32];
     char szTOT[32];
     // A refused total shows the one read before it, and a refused record no name: meant.
     // The quantity is read and has no place in the record.
-    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_QUANTITY, szAUX1);
-    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_GROSS_VALUE, szAUX1);
-    copy_text(szGROSSTOT, szAUX1);
-    read_totalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE, szAUX1);
-    copy_text(szTOT, szAUX1);
+    ReadTotalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_QUANTITY, szAUX1);
+    ReadTotalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_SOLD_GROSS_VALUE, szAUX1);
+    CopyText(szGROSSTOT, szAUX1);
+    ReadTotalizer(department, RTF_FPTR_GT_VAT_CATEGORY_DEPARTMENT_GROSS_VALUE, szAUX1);
+    CopyText(szTOT, szAUX1);
     DepartmentRecord record;
-    static_cast<void>(config_department(false, department, record));
-    put_number(line, client_int(int64_t{kDepartmentRecords} + department));
-    put_value(line, szTOT, kPlain);
-    put_value(line, szGROSSTOT, kPlain);
-    put_value(line, record.description.buffer, kQuoted);
+    static_cast<void>(ConfigDepartment(false, department, record));
+    PutNumber(line, ClientInt(int64_t{kDepartmentRecords} + department));
+    PutValue(line, szTOT, kPlain);
+    PutValue(line, szGROSSTOT, kPlain);
+    PutValue(line, record.description.buffer, kQuoted);
     SubLeggiWS(line);
   }
 }
 
-int EcrCmdCommand::write_counter_records(WorkStateLine& line) {
+int EcrCmdCommand::WriteCounterRecords(WorkStateLine& line) {
   for (int64_t number = 1; number <= pCurConf->iNumTOTG; ++number) {
     const int t = static_cast<int>(number);
     char szTOT[32];
     char szCNT[32];
-    put_number(line, client_int(int64_t{kCounterRecords} + t));
+    PutNumber(line, ClientInt(int64_t{kCounterRecords} + t));
     const int code = getCounter(t, szTOT, szCNT);
     if (code != 0) return checkResult(code);
     char description[sizeof TabDscTotG[0] + 1] = {};
-    if (t < MAXTOTG) append_row(description, sizeof description, TabDscTotG[t]);
-    put_value(line, szTOT, kPlain);
-    put_value(line, szCNT, kPlain);
-    put_value(line, description, kQuoted);
+    if (t < MAXTOTG) AppendRow(description, sizeof description, TabDscTotG[t]);
+    PutValue(line, szTOT, kPlain);
+    PutValue(line, szCNT, kPlain);
+    PutValue(line, description, kQuoted);
     SubLeggiWS(line);
   }
   return 0;
@@ -243,19 +243,19 @@ int EcrCmdCommand::LeggiWS(fs_file_t* hFileOut, char* szLinea, bool /*bList*/) {
   char szTOT[32] = "";
   char szCNT[32] = "";
 
-  write_date_record(line);
+  WriteDateRecord(line);
   getCounter(kReceiptCounter, szTOT, szCNT);
-  put_number(line, kTotalRecord);
-  put_value(line, szTOT, kPlain);
+  PutNumber(line, kTotalRecord);
+  PutValue(line, szTOT, kPlain);
   SubLeggiWS(line);
-  put_number(line, kCountRecord);
-  put_value(line, szCNT, kPlain);
+  PutNumber(line, kCountRecord);
+  PutValue(line, szCNT, kPlain);
   SubLeggiWS(line);
-  static_cast<void>(read_capacity(kVatRateCapacity));  // asked for, and not needed
-  int result = write_vat_records(line);
-  if (result == 0) result = write_grid_records(line, szAUX1);
-  if (result == 0) result = write_tax_records(line, szAUX1);
+  static_cast<void>(ReadCapacity(kVatRateCapacity));  // asked for, and not needed
+  int result = WriteVatRecords(line);
+  if (result == 0) result = WriteGridRecords(line, szAUX1);
+  if (result == 0) result = WriteTaxRecords(line, szAUX1);
   if (result != 0) return result;
-  write_department_records(line, szAUX1);
-  return write_counter_records(line);
+  WriteDepartmentRecords(line, szAUX1);
+  return WriteCounterRecords(line);
 }

@@ -38,30 +38,30 @@ constexpr int kAtSubtotal = 4;
 
 }  // namespace
 
-int EcrCmdCommand::adjust(const Adjustment& adjustment) {
+int EcrCmdCommand::Adjust(const Adjustment& adjustment) {
   int64_t amount = 0;  // ten-thousandths of the currency, or of a percent
-  if (given(*this, 1)) {
+  if (Given(*this, 1)) {
     amount = adjustment.is_percentage
                  ? lorimatutility::TradPercentage(szCampi[1], currency_decimal_separator,
                                                   GetMaxPrecision())
-                 : price_field(*this, 1);
+                 : PriceField(*this, 1);
   }
-  if (given(*this, 2) && given(*this, 5)) return syntax_error(ILLEGAL_VALUE);
+  if (Given(*this, 2) && Given(*this, 5)) return SyntaxError(ILLEGAL_VALUE);
   int departmentInfo = ManagerParams::kLastDepartmentInfoUsed;
-  if (given(*this, 5)) departmentInfo = client_int(lorimatutility::TradNumLong(szCampi[5]));
+  if (Given(*this, 5)) departmentInfo = ClientInt(lorimatutility::TradNumLong(szCampi[5]));
 
   char description[kDescriptionSize];
-  if (given(*this, 3)) {
-    copy_text(description, adjustment.longest_description + 1, szCampi[3]);
+  if (Given(*this, 3)) {
+    CopyText(description, adjustment.longest_description + 1, szCampi[3]);
   } else {
     const bool greek = loc.getCurrentLanguageCode() == Locale::kGreek;
-    copy_text(description, loc.getText(greek ? adjustment.greek_text : adjustment.text));
+    CopyText(description, loc.getText(greek ? adjustment.greek_text : adjustment.text));
     if (adjustment.is_percentage) {
       char text[kDescriptionSize / 2];
-      copy_text(text, description);
+      CopyText(text, description);
       lorimatutility::NumToStringDescription(description, text, static_cast<long>(amount),
                                              percentage_factor, true);
-      append_text(description, "%");
+      AppendText(description, "%");
     }
   }
 
@@ -69,7 +69,7 @@ int EcrCmdCommand::adjust(const Adjustment& adjustment) {
     return checkResult(
         RTF_FP_INVOKE(PrintRecSubtotalAdjustment, adjustment.type, description, amount));
   };
-  if (given(*this, 2)) {
+  if (Given(*this, 2)) {
     static_cast<void>(RTF_FP_INVOKE(PrintRecSubtotalEx, 0, false));
     return adjust_subtotal();
   }
@@ -79,21 +79,21 @@ int EcrCmdCommand::adjust(const Adjustment& adjustment) {
                                    ManagerParams::kUnsetVatInfo, departmentInfo));
 }
 
-int EcrCmdCommand::Trad_PERCA() { return adjust(kPercentageDiscount); }
+int EcrCmdCommand::Trad_PERCA() { return Adjust(kPercentageDiscount); }
 
-int EcrCmdCommand::Trad_PERCB() { return adjust(kPercentageSurcharge); }
+int EcrCmdCommand::Trad_PERCB() { return Adjust(kPercentageSurcharge); }
 
-int EcrCmdCommand::Trad_SCONTO() { return adjust(kAmountDiscount); }
+int EcrCmdCommand::Trad_SCONTO() { return Adjust(kAmountDiscount); }
 
-int EcrCmdCommand::Trad_MAGGIORAZIONE() { return adjust(kAmountSurcharge); }
+int EcrCmdCommand::Trad_MAGGIORAZIONE() { return Adjust(kAmountSurcharge); }
 
 int EcrCmdCommand::Trad_SUBT() { return checkResult(RTF_FP_INVOKE(PrintRecSubtotalEx, 0, false)); }
 
 int EcrCmdCommand::Trad_CORT() {
-  const int field = given(*this, 1) ? 1 : 2;
-  if (!given(*this, field)) return 0;
+  const int field = Given(*this, 1) ? 1 : 2;
+  if (!Given(*this, field)) return 0;
   char text[MAX_DESCRIPTION + 1];
-  copy_text(text, szCampi[field]);
+  CopyText(text, szCampi[field]);
   return checkResult(RTF_FP_INVOKE(SetDataInternal, kItemText, text));
 }
 

@@ -20,10 +20,10 @@ namespace {
 constexpr int kWrongDocumentType = 9;
 
 // The first length characters of a text as a number.
-int leading_number(const char* text, size_t length) {
+int LeadingNumber(const char* text, size_t length) {
   char part[MAXVALLN + 1];
-  copy_bytes(part, sizeof part, text, row_length(text, length));
-  return client_int(lorimatutility::TradNumLong(part));
+  CopyBytes(part, sizeof part, text, RowLength(text, length));
+  return ClientInt(lorimatutility::TradNumLong(part));
 }
 
 }  // namespace
@@ -31,8 +31,8 @@ int leading_number(const char* text, size_t length) {
 int EcrCmdCommand::Trad_FATTURA() {
   constexpr int kInvoice = 2;
   constexpr int kOppositionClause = 1;
-  if (text_to_int(szCampi[1]) != kInvoice) return kWrongDocumentType;
-  const bool opposition = text_to_int(szCampi[2]) == kOppositionClause;
+  if (TextToInt(szCampi[1]) != kInvoice) return kWrongDocumentType;
+  const bool opposition = TextToInt(szCampi[2]) == kOppositionClause;
   const int result =
       checkResult(opposition ? RTF_FP_INVOKE(BeginDocInvoiceOppositionJurisprudence, szCampi[4],
                                              szCampi[5], szCampi[6], szCampi[7], szCampi[8], true)
@@ -42,31 +42,31 @@ int EcrCmdCommand::Trad_FATTURA() {
   return result;
 }
 
-int EcrCmdCommand::take_reference(DocumentReference& reference) {
+int EcrCmdCommand::TakeReference(DocumentReference& reference) {
   constexpr size_t kFullReference = 8;  // ZZZZNNNN
-  if (given(*this, 1) && !given(*this, 2)) return syntax_error(CAMPO_OBBLIGATORIO);
-  if (given(*this, 1)) {
+  if (Given(*this, 1) && !Given(*this, 2)) return SyntaxError(CAMPO_OBBLIGATORIO);
+  if (Given(*this, 1)) {
     if (std::strlen(szCampi[1]) == kFullReference) {
-      reference.closure = leading_number(szCampi[1], 4);
-      reference.number = leading_number(szCampi[1] + 4, 4);
+      reference.closure = LeadingNumber(szCampi[1], 4);
+      reference.number = LeadingNumber(szCampi[1] + 4, 4);
     } else {
-      reference.number = leading_number(szCampi[1], MAXVALLN);
+      reference.number = LeadingNumber(szCampi[1], MAXVALLN);
     }
   }
-  if (given(*this, 3)) reference.closure = leading_number(szCampi[3], MAXVALLN);
+  if (Given(*this, 3)) reference.closure = LeadingNumber(szCampi[3], MAXVALLN);
   // A shorter date goes out as far as its text reads.
-  if (given(*this, 2)) lorimatutility::zup_2_upos_datetime(reference.date, szCampi[2], "");
+  if (Given(*this, 2)) lorimatutility::zup_2_upos_datetime(reference.date, szCampi[2], "");
   return 0;
 }
 
 int EcrCmdCommand::Trad_NOTACRED() {
   constexpr int kLongestRegister = 20;
   DocumentReference reference;
-  const int refused = take_reference(reference);
+  const int refused = TakeReference(reference);
   if (refused != 0) return refused;
   char matricola[kLongestRegister + 1] = {};
   // A malformed text stays as far as it came.
-  if (given(*this, 4)) {
+  if (Given(*this, 4)) {
     lorimatutility::EstraeAlfa(szCampi[4], matricola, kLongestRegister, cChQuote);
   }
   const int result = checkResult(RTF_FP_INVOKE(BeginDocTelematicRefund, reference.number,
@@ -77,9 +77,9 @@ int EcrCmdCommand::Trad_NOTACRED() {
 
 int EcrCmdCommand::Trad_DOCANNULLO() {
   DocumentReference reference;
-  const int refused = take_reference(reference);
+  const int refused = TakeReference(reference);
   if (refused != 0) return refused;
-  const bool automatic = given(*this, 5);
+  const bool automatic = Given(*this, 5);
   bOnFirstSale = false;
   return checkResult(RTF_FP_INVOKE(BeginDocTelematicCancel, reference.number, reference.closure,
                                    reference.date, automatic, szCampi[4]));

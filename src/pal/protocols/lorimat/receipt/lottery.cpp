@@ -26,29 +26,29 @@ int EcrCmdCommand::Trad_SAVELOTT() {
   szFileReportOut[0] = 0;
   iSavePrintMon = 0;
   wReportHeaderLines = 0;
-  if (!given(*this, 7)) return syntax_error(ILLEGAL_INSTRUCTION);
-  take_report_file(7, true);
-  if (given(*this, 5)) {
+  if (!Given(*this, 7)) return SyntaxError(ILLEGAL_INSTRUCTION);
+  TakeReportFile(7, true);
+  if (Given(*this, 5)) {
     return checkResult(RTF_FP_INVOKE(TelematicDocument, 0u, kSaveAll, kLotteryDocument, 0, 0, 0, 0,
                                      szFileReportOut));
   }
 
   int iFromZNum = 0;
-  if (given(*this, 1)) {
-    iFromZNum = text_to_int(szCampi[1]);
-    if (iFromZNum <= 0 || iFromZNum > kLastClosure) return syntax_error(ILLEGAL_VALUE);
+  if (Given(*this, 1)) {
+    iFromZNum = TextToInt(szCampi[1]);
+    if (iFromZNum <= 0 || iFromZNum > kLastClosure) return SyntaxError(ILLEGAL_VALUE);
   }
   int iToZNum = iFromZNum;
-  if (given(*this, 2)) {
-    iToZNum = text_to_int(szCampi[2]);
+  if (Given(*this, 2)) {
+    iToZNum = TextToInt(szCampi[2]);
     if (iToZNum <= 0 || iToZNum > kLastClosure || iToZNum < iFromZNum) {
-      return syntax_error(ILLEGAL_VALUE);
+      return SyntaxError(ILLEGAL_VALUE);
     }
   }
-  const int iFromNum = text_to_int(szCampi[3]);
-  const int iToNum = given(*this, 4) ? text_to_int(szCampi[4]) : iFromNum;
-  if (!given(*this, 1)) return syntax_error(ILLEGAL_VALUE);
-  if (!given(*this, 3)) return syntax_error(ILLEGAL_INSTRUCTION);
+  const int iFromNum = TextToInt(szCampi[3]);
+  const int iToNum = Given(*this, 4) ? TextToInt(szCampi[4]) : iFromNum;
+  if (!Given(*this, 1)) return SyntaxError(ILLEGAL_VALUE);
+  if (!Given(*this, 3)) return SyntaxError(ILLEGAL_INSTRUCTION);
   return checkResult(RTF_FP_INVOKE(TelematicDocument, 0u, kSaveRange, kLotteryDocument, iFromZNum,
                                    iFromNum, iToZNum, iToNum, szFileReportOut));
 }

@@ -30,10 +30,10 @@ constexpr Tender kTenders[] = {
 
 constexpr size_t kTenderSize = 24;
 
-void tender_identifier(char (&identifier)[kTenderSize], long number, const char* text) {
+void TenderIdentifier(char (&identifier)[kTenderSize], long number, const char* text) {
   for (const Tender& tender : kTenders) {
     if (tender.number == number) {
-      copy_text(identifier, tender.identifier);
+      CopyText(identifier, tender.identifier);
       return;
     }
   }
@@ -42,7 +42,7 @@ void tender_identifier(char (&identifier)[kTenderSize], long number, const char*
     return;
   }
   // Any other number, and any word, is the client's to understand.
-  copy_text(identifier, text);
+  CopyText(identifier, text);
 }
 
 }  // namespace
@@ -53,21 +53,21 @@ int EcrCmdCommand::Trad_CHIU() {
 
   int64_t payment = 0;
   bool auto_payment = true;
-  if (given(*this, 2)) {
-    payment = price_field(*this, 2);
+  if (Given(*this, 2)) {
+    payment = PriceField(*this, 2);
     auto_payment = false;
   }
   long iNumTend = 1;
-  if (given(*this, 1)) iNumTend = lorimatutility::TradNumLong(szCampi[1]);
+  if (Given(*this, 1)) iNumTend = lorimatutility::TradNumLong(szCampi[1]);
   char description[kTenderSize];
-  tender_identifier(description, iNumTend, szCampi[1]);
+  TenderIdentifier(description, iNumTend, szCampi[1]);
 
   const int result = RTF_FP_INVOKE(PrintRecTotalEx, payment, description, auto_payment);
-  if (result == 0) open_drawer_at_end();
+  if (result == 0) OpenDrawerAtEnd();
   return checkResult(result);
 }
 
-void EcrCmdCommand::open_drawer_at_end() {
+void EcrCmdCommand::OpenDrawerAtEnd() {
   int printer_state = 0;
   if (RTF_FP_INVOKE(GetIntProperty, RTF_PIDXFptr_PrinterState, &printer_state) != 0) return;
   if (printer_state == RTF_FPTR_PS_MONITOR || printer_state == RTF_FPTR_PS_FISCAL_RECEIPT_ENDING) {
@@ -88,17 +88,17 @@ void EcrCmdCommand::open_drawer_at_end() {
 }
 
 int EcrCmdCommand::Trad_CHKSUB() {
-  if (!given(*this, 1) || !lorimatutility::SeNum(szCampi[1])) {
-    return syntax_error(CAMPO_OBBLIGATORIO);
+  if (!Given(*this, 1) || !lorimatutility::SeNum(szCampi[1])) {
+    return SyntaxError(CAMPO_OBBLIGATORIO);
   }
-  const int64_t iSubTotal = price_field(*this, 1);
+  const int64_t iSubTotal = PriceField(*this, 1);
   const int result = RTF_FP_INVOKE(PrintRecSubtotalEx, iSubTotal, true);
   if (result == RTF_EFPTR_FISCAL_TOTALS_ERROR) static_cast<void>(RTF_FP_INVOKE_NP(ResetPrn));
   return checkResult(result);
 }
 
 int EcrCmdCommand::Trad_INP() {
-  const int key_code_terminator = text_to_int(szCampi[4]);
+  const int key_code_terminator = TextToInt(szCampi[4]);
   if (key_code_terminator < 0 || key_code_terminator > 255) {
     return checkResult(RTF_EFPTR_WRONG_STATE);
   }
@@ -108,22 +108,22 @@ int EcrCmdCommand::Trad_INP() {
       (key_code_terminator == FunctionCode::kConfirm ||
        key_code_terminator == FunctionCode::kTotal) &&
       !FiscalCode::CheckClientID(szCampi[3])) {
-    return syntax_error(ILLEGAL_VALUE);
+    return SyntaxError(ILLEGAL_VALUE);
   }
-  if (key_code_terminator == FunctionCode::kOpenTransaction) return open_by_key();
-  if (key_code_terminator == FunctionCode::kCloseTransaction) return close_by_key();
+  if (key_code_terminator == FunctionCode::kOpenTransaction) return OpenByKey();
+  if (key_code_terminator == FunctionCode::kCloseTransaction) return CloseByKey();
   if (key_code_terminator >= FunctionCode::kSubTender01 &&
       key_code_terminator <= FunctionCode::kLastSubTender) {
     // A payment: the digits are the amount, the key is the tender.
-    copy_text(szCampi[2], szCampi[1]);
-    copy_text(szCampi[1], szCampi[4]);
+    CopyText(szCampi[2], szCampi[1]);
+    CopyText(szCampi[1], szCampi[4]);
     // The code gets its class a second time: meant.
     return checkResult(Trad_CHIU());
   }
-  return play_key(static_cast<uint8_t>(key_code_terminator));
+  return PlayKey(static_cast<uint8_t>(key_code_terminator));
 }
 
-int EcrCmdCommand::open_by_key() {
+int EcrCmdCommand::OpenByKey() {
   const int status = UpdateStatus();
   if (status != 0) return checkResult(status);
   const int result = checkResult(RTF_FP_INVOKE(BeginFiscalReceipt, true));
@@ -132,7 +132,7 @@ int EcrCmdCommand::open_by_key() {
   return result;
 }
 
-int EcrCmdCommand::close_by_key() {
+int EcrCmdCommand::CloseByKey() {
   const int status = UpdateStatus();
   if (status != 0) return checkResult(status);
   // Nothing is open.
@@ -146,20 +146,20 @@ int EcrCmdCommand::close_by_key() {
   return result;
 }
 
-int EcrCmdCommand::play_key(uint8_t key_code_terminator) {
+int EcrCmdCommand::PlayKey(uint8_t key_code_terminator) {
   constexpr size_t kInputSize = 129;
   char keys_code_numerics[kInputSize] = {};
   char keys_code_alfa_fp[kInputSize] = {};
   char key_code_alfa_lcd[kInputSize] = {};
   if (key_code_terminator == FunctionCode::kLotteryCode) {
     LotteryCodeDetect_ = true;
-  } else if (given(*this, 1)) {
+  } else if (Given(*this, 1)) {
     char digits[kInputSize];
-    copy_text(digits, szCampi[1]);
+    CopyText(digits, szCampi[1]);
     lorimatutility::TradNumToECR(keys_code_numerics, digits);
   } else {
-    copy_text(keys_code_alfa_fp, szCampi[2]);
-    copy_text(key_code_alfa_lcd, szCampi[3]);
+    CopyText(keys_code_alfa_fp, szCampi[2]);
+    CopyText(key_code_alfa_lcd, szCampi[3]);
   }
 
   // Ahead of the key: a refused key leaves the flag changed.

@@ -14,7 +14,7 @@ constexpr int kDefaultLogo = 63;
 
 enum CutMode { kNoCut = 1, kCut = 2, kCutToo = 3 };  // nothing sets the last one
 
-bool cuts(int cut_mode) { return cut_mode == kCut || cut_mode == kCutToo; }
+bool Cuts(int cut_mode) { return cut_mode == kCut || cut_mode == kCutToo; }
 
 // Option bits of field 4.
 constexpr int kOptionDouble = 0x08;
@@ -43,7 +43,7 @@ constexpr BarcodeType kBarcodeTypes[] = {
     {158, "11", Content::kAny, false}, {229, "09", Content::kAny, false},
 };
 
-const BarcodeType* find_barcode_type(int host_type) {
+const BarcodeType* FindBarcodeType(int host_type) {
   for (const BarcodeType& type : kBarcodeTypes) {
     if (type.host_type == host_type) return &type;
   }
@@ -51,7 +51,7 @@ const BarcodeType* find_barcode_type(int host_type) {
 }
 
 // Drops the last character of a text of exactly that length.
-void cut_length(char* text, size_t length) {
+void CutLength(char* text, size_t length) {
   if (std::strlen(text) == length) text[length - 1] = 0;
 }
 
@@ -78,36 +78,36 @@ constexpr PrintingTwin kNonFiscal = {8, 11, 14, 15, 30, 13, false, false};
 
 }  // namespace
 
-int EcrCmdCommand::print_line(const PrintingTwin& twin, const char* text) {
+int EcrCmdCommand::PrintLine(const PrintingTwin& twin, const char* text) {
   return twin.on_receipt ? RTF_FP_INVOKE(PrintRecMessage, text)
                          : RTF_FP_INVOKE(PrintNormal, RTF_FPTR_S_RECEIPT, text);
 }
 
-int EcrCmdCommand::print_barcode(const PrintingTwin& twin, int cut_mode) {
+int EcrCmdCommand::PrintBarcode(const PrintingTwin& twin, int cut_mode) {
   char scale[3] = "1";
   const char* align = "3";
   const char* text_position = "2";
   char tipo[3];
-  if (given(*this, twin.scale_field)) copy_text(scale, szCampi[twin.scale_field]);
-  if (given(*this, twin.align_field)) {
+  if (Given(*this, twin.scale_field)) CopyText(scale, szCampi[twin.scale_field]);
+  if (Given(*this, twin.align_field)) {
     static constexpr const char* kAlignments[] = {"1", "3", "2"};
-    const int number = text_to_int(szCampi[twin.align_field]);
+    const int number = TextToInt(szCampi[twin.align_field]);
     if (number >= 0 && number <= 2) align = kAlignments[number];
   }
   char data[kLongestContent + 1];
-  copy_text(data, szCampi[3]);
+  CopyText(data, szCampi[3]);
   // "VERO", the field named without a value, counts as 0 like any word.
-  const BarcodeType* type = find_barcode_type(text_to_int(szCampi[twin.barcode_field]));
-  if (type == nullptr) return syntax_error(ILLEGAL_VALUE);
-  copy_text(tipo, type->tipo);
+  const BarcodeType* type = FindBarcodeType(TextToInt(szCampi[twin.barcode_field]));
+  if (type == nullptr) return SyntaxError(ILLEGAL_VALUE);
+  CopyText(tipo, type->tipo);
   if (type->content == Content::kEan) {
-    cut_length(data, 8);
-    cut_length(data, twin.ean_length);
-    if (std::strlen(data) == 7) copy_text(tipo, "03");
+    CutLength(data, 8);
+    CutLength(data, twin.ean_length);
+    if (std::strlen(data) == 7) CopyText(tipo, "03");
   } else if (type->content == Content::kUpcA) {
-    cut_length(data, 12);
+    CutLength(data, 12);
   }
-  if (text_to_int(szCampi[twin.hide_text_field]) != 0) text_position = "0";
+  if (TextToInt(szCampi[twin.hide_text_field]) != 0) text_position = "0";
 
   const uint8_t cut = static_cast<uint8_t>(cut_mode);
   int err = type->code39checksum
@@ -115,52 +115,52 @@ int EcrCmdCommand::print_barcode(const PrintingTwin& twin, int cut_mode) {
                 : RTF_FP_INVOKE(PrintBarcode, tipo, scale, align, text_position, data, cut);
   if (twin.doubled_barcode) err = checkResult(err);
   // A blank line follows every barcode.
-  if (err == 0) static_cast<void>(print_line(twin, " "));
+  if (err == 0) static_cast<void>(PrintLine(twin, " "));
   return checkResult(err);
 }
 
-int EcrCmdCommand::print_logo(const PrintingTwin& twin, int cut_mode) {
+int EcrCmdCommand::PrintLogo(const PrintingTwin& twin, int cut_mode) {
   int ngraex = kDefaultLogo;
-  if (given(*this, twin.logo_field)) ngraex = text_to_int(szCampi[twin.logo_field]);
+  if (Given(*this, twin.logo_field)) ngraex = TextToInt(szCampi[twin.logo_field]);
   const int err = checkResult(RTF_FP_INVOKE(PrintBitmap, ngraex, cut_mode));
-  if (err == 0) static_cast<void>(print_line(twin, " "));
-  if (err == 0 && cuts(cut_mode)) static_cast<void>(RTF_FP_INVOKE_NP(PrintPaperCut));
+  if (err == 0) static_cast<void>(PrintLine(twin, " "));
+  if (err == 0 && Cuts(cut_mode)) static_cast<void>(RTF_FP_INVOKE_NP(PrintPaperCut));
   // The code gets its class a second time: meant.
   return checkResult(err);
 }
 
 int EcrCmdCommand::Trad_ALLEG() {
-  const int opzioni = text_to_int(szCampi[4]);
+  const int opzioni = TextToInt(szCampi[4]);
   const int cut_mode = (opzioni & kOptionCut) != 0 ? kCut : kNoCut;
   // The code of a refused data item gets its class a second time: meant.
-  if (given(*this, 1)) return checkResult(setDataInternal(kItemAutoCut, 0));
-  if (given(*this, 2)) return checkResult(RTF_FP_INVOKE(EndFiscalReceipt, true));
-  if (given(*this, kAttachment.barcode_field)) return print_barcode(kAttachment, cut_mode);
-  if ((opzioni & kOptionLogo) != 0) return print_logo(kAttachment, cut_mode);
-  if (!given(*this, 3)) copy_text(szCampi[3], " ");
-  return checkResult(print_line(kAttachment, szCampi[3]));
+  if (Given(*this, 1)) return checkResult(setDataInternal(kItemAutoCut, 0));
+  if (Given(*this, 2)) return checkResult(RTF_FP_INVOKE(EndFiscalReceipt, true));
+  if (Given(*this, kAttachment.barcode_field)) return PrintBarcode(kAttachment, cut_mode);
+  if ((opzioni & kOptionLogo) != 0) return PrintLogo(kAttachment, cut_mode);
+  if (!Given(*this, 3)) CopyText(szCampi[3], " ");
+  return checkResult(PrintLine(kAttachment, szCampi[3]));
 }
 
 int EcrCmdCommand::Trad_NOFIS() {
-  const int opzioni = text_to_int(szCampi[4]);
+  const int opzioni = TextToInt(szCampi[4]);
   const int cut_mode = (opzioni & kOptionCut) != 0 ? kCut : kNoCut;
-  const bool save_on_journal = !given(*this, 6);
-  if (given(*this, 1)) return checkResult(RTF_FP_INVOKE(BeginNonFiscalJournal, save_on_journal));
-  if (given(*this, 2)) return checkResult(RTF_FP_INVOKE_NP(EndNonFiscal));
-  if (given(*this, kNonFiscal.barcode_field)) return print_barcode(kNonFiscal, cut_mode);
-  if ((opzioni & kOptionLogo) != 0) return print_logo(kNonFiscal, cut_mode);
+  const bool save_on_journal = !Given(*this, 6);
+  if (Given(*this, 1)) return checkResult(RTF_FP_INVOKE(BeginNonFiscalJournal, save_on_journal));
+  if (Given(*this, 2)) return checkResult(RTF_FP_INVOKE_NP(EndNonFiscal));
+  if (Given(*this, kNonFiscal.barcode_field)) return PrintBarcode(kNonFiscal, cut_mode);
+  if ((opzioni & kOptionLogo) != 0) return PrintLogo(kNonFiscal, cut_mode);
   // A cut alone: the text of the line is not printed, meant.
-  if (cuts(cut_mode)) return checkResult(RTF_FP_INVOKE_NP(PrintPaperCut));
-  if (!given(*this, 3)) copy_text(szCampi[3], " ");
+  if (Cuts(cut_mode)) return checkResult(RTF_FP_INVOKE_NP(PrintPaperCut));
+  if (!Given(*this, 3)) CopyText(szCampi[3], " ");
   constexpr char kDoubleWidthAndHeight[] = "\x1b|2C\x1b|3C";
   char description[MAX_DESCRIPTION + 1] = {};
-  if ((opzioni & kOptionDouble) != 0) copy_text(description, kDoubleWidthAndHeight);
-  append_text(description, szCampi[3]);
-  return checkResult(print_line(kNonFiscal, description));
+  if ((opzioni & kOptionDouble) != 0) CopyText(description, kDoubleWidthAndHeight);
+  AppendText(description, szCampi[3]);
+  return checkResult(PrintLine(kNonFiscal, description));
 }
 
 int EcrCmdCommand::Trad_PRMSG() {
-  if (!given(*this, 1)) return 0;
+  if (!Given(*this, 1)) return 0;
   return checkResult(RTF_FP_INVOKE(PrintRecMessage, szCampi[1]));
 }
 

@@ -28,7 +28,7 @@ enum SaleField {
 };
 
 // quantity in thousandths times a price. The 64 bits wrap, as they do in the device.
-int64_t line_amount(long quantity, int64_t unit_price) {
+int64_t LineAmount(long quantity, int64_t unit_price) {
   const uint64_t product =
       static_cast<uint64_t>(static_cast<int64_t>(quantity)) * static_cast<uint64_t>(unit_price);
   return static_cast<int64_t>(product) / 1000;
@@ -37,31 +37,31 @@ int64_t line_amount(long quantity, int64_t unit_price) {
 }  // namespace
 
 int EcrCmdCommand::Trad_VEND() {
-  const int special = given(*this, kDeposit) + given(*this, kVoucher) + given(*this, kCoupon);
-  if (special >= 2) return syntax_error(ILLEGAL_VALUE);
-  if (given(*this, kDepartment) == given(*this, kArticle)) {
-    return syntax_error(NO_DPT_NUMBER_OR_ARTICLE_CODE);
+  const int special = Given(*this, kDeposit) + Given(*this, kVoucher) + Given(*this, kCoupon);
+  if (special >= 2) return SyntaxError(ILLEGAL_VALUE);
+  if (Given(*this, kDepartment) == Given(*this, kArticle)) {
+    return SyntaxError(NO_DPT_NUMBER_OR_ARTICLE_CODE);
   }
 
   char description[MAX_DESCRIPTION + 1];
-  copy_text(description, szCampi[kDescription]);
+  CopyText(description, szCampi[kDescription]);
   PflItemType::Enum pfl_item_type = PflItemType::kPrintRecItem;
-  if (given(*this, kRefund)) pfl_item_type = PflItemType::kPrintRecItemRefund;
+  if (Given(*this, kRefund)) pfl_item_type = PflItemType::kPrintRecItemRefund;
   bool void_item = false;
-  if (given(*this, kVoid)) {
+  if (Given(*this, kVoid)) {
     pfl_item_type = PflItemType::kPrintRecItemVoid;
     void_item = true;
   }
-  const bool preline = given(*this, kPreLine);
+  const bool preline = Given(*this, kPreLine);
 
   long quantity = 0;      // thousandths, 0 for none
   int64_t price = -1;     // ten-thousandths, -1 for none
   int64_t unitPrice = 0;  // ten-thousandths
-  if (given(*this, kQuantity)) {
+  if (Given(*this, kQuantity)) {
     quantity = lorimatutility::TradQuantity(szCampi[kQuantity], currency_decimal_separator);
   }
-  if (given(*this, kPrice)) price = price_field(*this, kPrice);
-  if (given(*this, kUnitPrice)) unitPrice = price_field(*this, kUnitPrice);
+  if (Given(*this, kPrice)) price = PriceField(*this, kPrice);
+  if (Given(*this, kUnitPrice)) unitPrice = PriceField(*this, kUnitPrice);
   // A quantity with one price means a price for each; without any the device takes the
   // article's.
   if (quantity > 0 && unitPrice == 0) {
@@ -69,13 +69,13 @@ int EcrCmdCommand::Trad_VEND() {
     price = 0;
   }
   int departmentInfo = ManagerParams::kUnsetDepartmentInfo;
-  if (given(*this, kDepartment)) {
-    departmentInfo = client_int(lorimatutility::TradNumLong(szCampi[kDepartment]));
+  if (Given(*this, kDepartment)) {
+    departmentInfo = ClientInt(lorimatutility::TradNumLong(szCampi[kDepartment]));
   }
   constexpr int vatInfo = ManagerParams::kUnsetVatInfo;
   char pluCode[MAX_PLUCODE + 1];
-  copy_text(pluCode, szCampi[kArticle]);
-  const bool buonoMonouso = given(*this, kVoucher);
+  CopyText(pluCode, szCampi[kArticle]);
+  const bool buonoMonouso = Given(*this, kVoucher);
 
   if (bOnFirstSale) {
     int printer_state = 0;
@@ -89,14 +89,14 @@ int EcrCmdCommand::Trad_VEND() {
     bOnFirstSale = false;
   }
 
-  if (given(*this, kDeposit) || given(*this, kVoucher)) {
+  if (Given(*this, kDeposit) || Given(*this, kVoucher)) {
     // Behind the quantity rule: a deposit with a quantity and a price has the amount 0,
     // meant.
     return checkResult(PrintRecRedeem(description, static_cast<int32_t>(price), vatInfo,
                                       buonoMonouso, preline, void_item, departmentInfo));
   }
-  if (given(*this, kCoupon)) {
-    const int64_t amount = quantity > 0 && price == 0 ? line_amount(quantity, unitPrice) : price;
+  if (Given(*this, kCoupon)) {
+    const int64_t amount = quantity > 0 && price == 0 ? LineAmount(quantity, unitPrice) : price;
     return checkResult(RTF_FP_INVOKE(PrintRecItemAdjustmentEx, RTF_FPTR_AT_COUPON_AMOUNT_DISCOUNT,
                                      description, amount, vatInfo, departmentInfo));
   }

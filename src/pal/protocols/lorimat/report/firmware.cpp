@@ -6,8 +6,8 @@
 
 int EcrCmdCommand::Trad_FIRMWAREUPD() {
   char szFileName[51];
-  if (!given(*this, 1)) return syntax_error(ILLEGAL_VALUE);
-  copy_text(szFileName, szCampi[1]);
+  if (!Given(*this, 1)) return SyntaxError(ILLEGAL_VALUE);
+  CopyText(szFileName, szCampi[1]);
   return checkResult(RTF_FP_INVOKE(ProgramFirmware, szFileName));
 }
 

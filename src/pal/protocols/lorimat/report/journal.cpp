@@ -21,10 +21,10 @@ constexpr int kFilterField7 = 0x100;
 constexpr int kFilterField8 = 4;
 constexpr int kFilterField9 = 2;
 
-constexpr int kIllegalValue = syntax_error(ILLEGAL_VALUE);
-constexpr int kIllegalInstruction = syntax_error(ILLEGAL_INSTRUCTION);
+constexpr int kIllegalValue = SyntaxError(ILLEGAL_VALUE);
+constexpr int kIllegalInstruction = SyntaxError(ILLEGAL_INSTRUCTION);
 
-bool is_closure(int number) { return number >= 1 && number <= kLastClosure; }
+bool IsClosure(int number) { return number >= 1 && number <= kLastClosure; }
 
 }  // namespace
 
@@ -47,71 +47,71 @@ struct JournalSelection {
   int outputs = kToPrinter;
 };
 
-int EcrCmdCommand::take_journal_period(JournalSelection& selection) {
+int EcrCmdCommand::TakeJournalPeriod(JournalSelection& selection) {
   constexpr size_t kTimeLength = 4;
   constexpr size_t kDateLength = 6;
-  if (given(*this, 18)) {
-    selection.from_closure = text_to_int(szCampi[18]);
-    if (!is_closure(selection.from_closure)) return kIllegalValue;
+  if (Given(*this, 18)) {
+    selection.from_closure = TextToInt(szCampi[18]);
+    if (!IsClosure(selection.from_closure)) return kIllegalValue;
     selection.by_closure = true;
   }
-  if (given(*this, 19)) {
-    selection.to_closure = text_to_int(szCampi[19]);
-    if (!is_closure(selection.to_closure) || selection.to_closure < selection.from_closure) {
+  if (Given(*this, 19)) {
+    selection.to_closure = TextToInt(szCampi[19]);
+    if (!IsClosure(selection.to_closure) || selection.to_closure < selection.from_closure) {
       return kIllegalValue;
     }
   } else {
     selection.to_closure = selection.from_closure;
   }
-  if (given(*this, 10)) {
+  if (Given(*this, 10)) {
     if (std::strlen(szCampi[10]) != kTimeLength) return kIllegalValue;
-    copy_text(selection.from_time, szCampi[10]);
+    CopyText(selection.from_time, szCampi[10]);
   }
-  if (given(*this, 11)) {
+  if (Given(*this, 11)) {
     if (std::strlen(szCampi[11]) != kTimeLength) return kIllegalValue;
-    copy_text(selection.to_time, szCampi[11]);
+    CopyText(selection.to_time, szCampi[11]);
   }
-  if (given(*this, 1)) {
+  if (Given(*this, 1)) {
     if (std::strlen(szCampi[1]) != kDateLength) return kIllegalValue;
     lorimatutility::zup_2_upos_datetime(selection.from_date, szCampi[1], selection.from_time);
     selection.by_date = true;
   }
-  if (given(*this, 2)) {
+  if (Given(*this, 2)) {
     if (!selection.by_date || std::strlen(szCampi[2]) != kDateLength) return kIllegalValue;
     lorimatutility::zup_2_upos_datetime(selection.to_date, szCampi[2], selection.to_time);
   } else if (selection.by_date) {
     // With its time: a day given alone ends where it begins, meant.
-    copy_text(selection.to_date, selection.from_date);
+    CopyText(selection.to_date, selection.from_date);
   }
   return 0;
 }
 
-int EcrCmdCommand::take_journal_documents(JournalSelection& selection) {
-  if (given(*this, 3)) {
-    selection.from_given = selection.from_number = text_to_int(szCampi[3]);
+int EcrCmdCommand::TakeJournalDocuments(JournalSelection& selection) {
+  if (Given(*this, 3)) {
+    selection.from_given = selection.from_number = TextToInt(szCampi[3]);
     selection.by_number = true;
   }
-  if (given(*this, 4)) {
-    selection.to_given = selection.to_number = text_to_int(szCampi[4]);
+  if (Given(*this, 4)) {
+    selection.to_given = selection.to_number = TextToInt(szCampi[4]);
     if (selection.to_given < selection.from_given) return kIllegalValue;
   } else if (selection.from_given != 0) {
     selection.to_given = selection.to_number = selection.from_given;
   }
-  if (given(*this, 6)) {
-    take_report_file(6, true);
+  if (Given(*this, 6)) {
+    TakeReportFile(6, true);
     selection.outputs = kToFile;
     if (lorimatutility::CheckTrue(szCampi[5])) selection.outputs += kToPrinter;
   }
   if (lorimatutility::CheckTrue(szCampi[7])) selection.filter |= kFilterField7;
   if (lorimatutility::CheckTrue(szCampi[8])) selection.filter |= kFilterField8;
   if (lorimatutility::CheckTrue(szCampi[9])) selection.filter |= kFilterField9;
-  if (given(*this, 14)) {
-    selection.filter = text_to_int(szCampi[14]);
+  if (Given(*this, 14)) {
+    selection.filter = TextToInt(szCampi[14]);
     if (selection.filter < 0) return kIllegalValue;
   }
-  if (given(*this, 17)) {
+  if (Given(*this, 17)) {
     // Tested, and then without an effect.
-    const int option = text_to_int(szCampi[17]);
+    const int option = TextToInt(szCampi[17]);
     if (option < 0 || option > 3) return kIllegalValue;
   }
   return 0;
@@ -123,9 +123,9 @@ int EcrCmdCommand::Trad_DGFE() {
   szFileReportOut[0] = 0;
   iSavePrintMon = 0;
   wReportHeaderLines = 0;
-  if (given(*this, 21)) copy_text(format, szCampi[21]);
-  int refused = take_journal_period(selection);
-  if (refused == 0) refused = take_journal_documents(selection);
+  if (Given(*this, 21)) CopyText(format, szCampi[21]);
+  int refused = TakeJournalPeriod(selection);
+  if (refused == 0) refused = TakeJournalDocuments(selection);
   if (refused != 0) return refused;
 
   if (selection.by_date == selection.by_closure) return kIllegalValue;
@@ -139,7 +139,7 @@ int EcrCmdCommand::Trad_DGFE() {
     if (selection.from_closure != selection.to_closure) return kIllegalInstruction;
   }
   if (selection.filter == 0) selection.filter = kAllDocuments;
-  if (given(*this, 20)) copy_text(format, szCampi[20]);
+  if (Given(*this, 20)) CopyText(format, szCampi[20]);
 
   int criteria = selection.by_number ? kByDateAndNumber : RTF_FPTR_RT_DATE;
   uint32_t from_number = static_cast<uint32_t>(selection.from_number);
@@ -158,16 +158,16 @@ int EcrCmdCommand::Trad_DGFE() {
 int EcrCmdCommand::Trad_RTEJ() {
   szFileReportOut[0] = 0;
   // The name keeps its case here.
-  if (given(*this, 7)) take_report_file(7, false);
-  if (given(*this, 3) && !given(*this, 4)) copy_text(szCampi[4], szCampi[3]);
-  if (given(*this, 6)) return checkResult(RTF_FP_INVOKE_NP(SendTelematicSummary));
-  if (given(*this, 5)) return checkResult(RTF_FP_INVOKE(ExportTelematicSummary, szFileReportOut));
-  if (!given(*this, 3) || !given(*this, 4)) return kIllegalValue;
-  const int from = text_to_int(szCampi[3]);
-  const int to = text_to_int(szCampi[4]);
-  if (given(*this, 8)) {
+  if (Given(*this, 7)) TakeReportFile(7, false);
+  if (Given(*this, 3) && !Given(*this, 4)) CopyText(szCampi[4], szCampi[3]);
+  if (Given(*this, 6)) return checkResult(RTF_FP_INVOKE_NP(SendTelematicSummary));
+  if (Given(*this, 5)) return checkResult(RTF_FP_INVOKE(ExportTelematicSummary, szFileReportOut));
+  if (!Given(*this, 3) || !Given(*this, 4)) return kIllegalValue;
+  const int from = TextToInt(szCampi[3]);
+  const int to = TextToInt(szCampi[4]);
+  if (Given(*this, 8)) {
     return checkResult(
-        RTF_FP_INVOKE(SaveTelematicSummaryEx, from, to, szFileReportOut, text_to_int(szCampi[8])));
+        RTF_FP_INVOKE(SaveTelematicSummaryEx, from, to, szFileReportOut, TextToInt(szCampi[8])));
   }
   return checkResult(RTF_FP_INVOKE(SaveTelematicSummary, from, to, szFileReportOut));
 }

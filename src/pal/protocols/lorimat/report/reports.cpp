@@ -47,7 +47,7 @@ constexpr ReportKind kReportKinds[] = {
     {207, ReportCall::kFiscal, 4, Range::kDatesAndNumbers, nullptr, true},
 };
 
-const ReportKind* find_report(int code) {
+const ReportKind* FindReport(int code) {
   for (const ReportKind& kind : kReportKinds) {
     if (kind.code == code) return &kind;
   }
@@ -55,11 +55,11 @@ const ReportKind* find_report(int code) {
 }
 
 // DDMMYY and a time of day as DDMM20YY and the time; any other length leaves the text empty.
-void take_date(char (&date)[13], const char* field, const char* time) {
+void TakeDate(char (&date)[13], const char* field, const char* time) {
   if (std::strlen(field) == 6) lorimatutility::zup_2_upos_datetime(date, field, time);
 }
 
-constexpr int kReportNotSupported = syntax_error(REPORT_NOT_SUPPORTED);
+constexpr int kReportNotSupported = SyntaxError(REPORT_NOT_SUPPORTED);
 
 }  // namespace
 
@@ -106,15 +106,15 @@ int EcrCmdCommand::PollReportState(int res) {
   return res;
 }
 
-int EcrCmdCommand::close_day() {
+int EcrCmdCommand::CloseDay() {
   return checkResult(PollReportState(RTF_FP_INVOKE(PrintZReportEx, bSendZAE)));
 }
 
-void EcrCmdCommand::take_report_file(int field, bool lower_case) {
-  copy_text(szFileReportOut, szCampi[field]);
+void EcrCmdCommand::TakeReportFile(int field, bool lower_case) {
+  CopyText(szFileReportOut, szCampi[field]);
   if (filesettable_ == nullptr) return;
   if (lower_case) lorimatutility::toLower(szFileReportOut);
-  guarded_client_call([&] {
+  GuardedClientCall([&] {
     filesettable_->set_filename(szFileReportOut);
     return 0;
   });
@@ -123,46 +123,46 @@ void EcrCmdCommand::take_report_file(int field, bool lower_case) {
 int EcrCmdCommand::Trad_REPORT() {
   ReportRequest request;
   szFileReportOut[0] = 0;
-  if (given(*this, 10)) {
-    take_report_file(10, true);
+  if (Given(*this, 10)) {
+    TakeReportFile(10, true);
     request.outputs |= kToFile;
   }
-  if (given(*this, 20)) copy_text(request.format, szCampi[20]);
-  if (!given(*this, 3) || text_to_int(szCampi[3]) > 0) request.outputs |= kToPrinter;
+  if (Given(*this, 20)) CopyText(request.format, szCampi[20]);
+  if (!Given(*this, 3) || TextToInt(szCampi[3]) > 0) request.outputs |= kToPrinter;
   if (request.outputs == 0) return kReportNotSupported;
-  const int iCode = given(*this, 1) ? text_to_int(szCampi[1]) : 1;
-  const int iMode = given(*this, 2) ? text_to_int(szCampi[2]) : 0;
+  const int iCode = Given(*this, 1) ? TextToInt(szCampi[1]) : 1;
+  const int iMode = Given(*this, 2) ? TextToInt(szCampi[2]) : 0;
   if (iMode != 0 && iMode != 1) return kReportNotSupported;
   request.closing = iMode == 1;
-  copy_text(request.from_number, szCampi[6]);
-  copy_text(request.to_number, szCampi[7]);
-  take_date(request.from_date, szCampi[8], "0000");
-  take_date(request.to_date, szCampi[9], "2359");
+  CopyText(request.from_number, szCampi[6]);
+  CopyText(request.to_number, szCampi[7]);
+  TakeDate(request.from_date, szCampi[8], "0000");
+  TakeDate(request.to_date, szCampi[9], "2359");
 
   PollReportState(0);  // a report may still be running
-  request.kind = find_report(iCode);
+  request.kind = FindReport(iCode);
   if (request.kind == nullptr) return kReportNotSupported;
   switch (request.kind->call) {
     case ReportCall::kReading:
-      return print_reading(request);
+      return PrintReading(request);
     case ReportCall::kPeriodic:
       return checkResult(PollReportState(RTF_FP_INVOKE(PeriodicReportMessageEx, request.kind->kind,
                                                        0, request.format, szFileReportOut,
                                                        request.outputs, request.closing)));
     default:
-      return print_fiscal_report(request);
+      return PrintFiscalReport(request);
   }
 }
 
-int EcrCmdCommand::print_reading(const ReportRequest& request) {
+int EcrCmdCommand::PrintReading(const ReportRequest& request) {
   const int result = PollReportState(RTF_FP_INVOKE(
       PrintXReportEx, request.kind->kind, false, request.format, szFileReportOut, request.outputs));
   if (result != 0 || !request.closing) return checkResult(result);
   PollReportState(0);
-  return close_day();
+  return CloseDay();
 }
 
-int EcrCmdCommand::print_fiscal_report(const ReportRequest& request) {
+int EcrCmdCommand::PrintFiscalReport(const ReportRequest& request) {
   const bool numbers_given = request.from_number[0] != 0 && request.to_number[0] != 0;
   const bool dates_given = request.from_date[0] != 0 && request.to_date[0] != 0;
   int criteria = RTF_FPTR_RT_EOD_ORDINAL;
@@ -175,8 +175,8 @@ int EcrCmdCommand::print_fiscal_report(const ReportRequest& request) {
       break;
     case Range::kNumbers:
       if (!numbers_given) return kReportNotSupported;
-      from_number = static_cast<uint32_t>(text_to_int(request.from_number));
-      to_number = static_cast<uint32_t>(text_to_int(request.to_number));
+      from_number = static_cast<uint32_t>(TextToInt(request.from_number));
+      to_number = static_cast<uint32_t>(TextToInt(request.to_number));
       break;
     case Range::kDates:
     case Range::kDatesAndNumbers:
@@ -187,8 +187,8 @@ int EcrCmdCommand::print_fiscal_report(const ReportRequest& request) {
       criteria = RTF_FPTR_RT_DATE;
       if (request.kind->range == Range::kDatesAndNumbers) {
         criteria = kByDateAndNumber;
-        from_number = static_cast<uint32_t>(text_to_int(request.from_number));
-        to_number = static_cast<uint32_t>(text_to_int(request.to_number));
+        from_number = static_cast<uint32_t>(TextToInt(request.from_number));
+        to_number = static_cast<uint32_t>(TextToInt(request.to_number));
       }
       break;
   }
@@ -202,8 +202,8 @@ int EcrCmdCommand::print_fiscal_report(const ReportRequest& request) {
 int EcrCmdCommand::Trad_AZZGIO() {
   // Readings ahead of the closing, by code. Not the table of Trad_REPORT: meant.
   static constexpr int kReadings[] = {0, 2, 0, 1};
-  const int iCode = given(*this, 1) ? text_to_int(szCampi[1]) : 1;
-  if (iCode < 0 || iCode > 3) return syntax_error(CAMPO_OBBLIGATORIO);
+  const int iCode = Given(*this, 1) ? TextToInt(szCampi[1]) : 1;
+  if (iCode < 0 || iCode > 3) return SyntaxError(CAMPO_OBBLIGATORIO);
   szFileReportOut[0] = 0;
   if (iCode != 0) {
     const int result = PollReportState(
@@ -211,5 +211,5 @@ int EcrCmdCommand::Trad_AZZGIO() {
     // The day stays open.
     if (result != 0) return checkResult(result);
   }
-  return close_day();
+  return CloseDay();
 }

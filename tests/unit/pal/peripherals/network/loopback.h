@@ -14,24 +14,24 @@
 
 namespace loopback {
 
-inline uint32_t address() { return htonl(INADDR_LOOPBACK); }
+inline uint32_t Address() { return htonl(INADDR_LOOPBACK); }
 
-inline sockaddr_in name(uint16_t port) {
+inline sockaddr_in Name(uint16_t port) {
   sockaddr_in result = {};
   result.sin_family = AF_INET;
   result.sin_port = htons(port);
-  result.sin_addr.s_addr = address();
+  result.sin_addr.s_addr = Address();
   return result;
 }
 
-inline uint16_t port_of(int descriptor) {
+inline uint16_t PortOf(int descriptor) {
   sockaddr_in own = {};
   socklen_t size = sizeof(own);
   EXPECT_EQ(getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &size), 0);
   return ntohs(own.sin_port);
 }
 
-inline bool readable(int descriptor) {
+inline bool Readable(int descriptor) {
   pollfd entry = {descriptor, POLLIN, 0};
   return poll(&entry, 1, 20000) == 1;
 }
@@ -41,17 +41,17 @@ class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}
   Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
-  ~Descriptor() { close(); }
+  ~Descriptor() { Close(); }
   int get() const { return number_; }
-  void close() {
+  void Close() {
     if (number_ >= 0) ::close(number_);
     number_ = -1;
   }
   // Closes a connection so that the peer sees a reset.
-  void reset() {
+  void Reset() {
     const linger at_once = {1, 0};
     EXPECT_EQ(setsockopt(number_, SOL_SOCKET, SO_LINGER, &at_once, sizeof(at_once)), 0);
-    close();
+    Close();
   }
 
  private:
@@ -63,19 +63,19 @@ class Server {
  public:
   explicit Server(int type, int backlog = 4)
       : socket_(socket(AF_INET, type | SOCK_CLOEXEC, 0)), port_(0) {
-    const sockaddr_in own = name(0);
+    const sockaddr_in own = Name(0);
     EXPECT_EQ(bind(get(), reinterpret_cast<const sockaddr*>(&own), sizeof(own)), 0);
     if (type == SOCK_STREAM) {
       EXPECT_EQ(listen(get(), backlog), 0);
     }
-    port_ = port_of(get());
+    port_ = PortOf(get());
   }
   int get() const { return socket_.get(); }
   uint16_t port() const { return port_; }
-  void close() { socket_.close(); }
+  void Close() { socket_.Close(); }
 
   Descriptor accept() {
-    EXPECT_TRUE(readable(get()));
+    EXPECT_TRUE(Readable(get()));
     return Descriptor(::accept(get(), nullptr, nullptr));
   }
   // The next datagram, "none" when none has come: on this path a datagram is there when its
@@ -92,6 +92,6 @@ class Server {
 };
 
 // A port at which nobody listens.
-inline uint16_t refused_port() { return Server(SOCK_STREAM).port(); }
+inline uint16_t RefusedPort() { return Server(SOCK_STREAM).port(); }
 
 }  // namespace loopback

@@ -14,12 +14,10 @@
 #include "unit/pal/peripherals/network/loopback.h"
 
 // What the system knows of a descriptor.
-inline bool is_open(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
-inline bool is_non_blocking(int descriptor) {
-  return (fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0;
-}
+inline bool IsOpen(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
+inline bool IsNonBlocking(int descriptor) { return (fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0; }
 
-inline int option(int descriptor, int level, int name) {
+inline int Option(int descriptor, int level, int name) {
   int value = -1;
   socklen_t size = sizeof(value);
   EXPECT_EQ(getsockopt(descriptor, level, name, &value, &size), 0);
@@ -60,48 +58,48 @@ class OpenSocket : public NetSocket {
 
 class NetSocketTest : public testing::Test {
  protected:
-  ~NetSocketTest() override { sockets::set_resolve_function(nullptr); }
+  ~NetSocketTest() override { sockets::SetResolveFunction(nullptr); }
 
   // What the log says, on standard output, meanwhile.
-  static std::string logged(const std::function<void()>& action) {
+  static std::string Logged(const std::function<void()>& action) {
     testing::internal::CaptureStdout();
     action();
     return testing::internal::GetCapturedStdout();
   }
   // How a line of that message ends.
-  static std::string end_of_line(const std::string& message) { return " - " + message + "\n"; }
+  static std::string EndOfLine(const std::string& message) { return " - " + message + "\n"; }
 
-  static int connect(NetSocket& socket, uint16_t port, int timeout = 20000) {
+  static int Connect(NetSocket& socket, uint16_t port, int timeout = 20000) {
     char host[] = "127.0.0.1";
     return socket.Connect(host, port, timeout);
   }
   // Connects to the server; the other end is the result.
-  loopback::Descriptor connected(NetSocket& socket) {
-    EXPECT_EQ(connect(socket, server_.port()), 0);
+  loopback::Descriptor Connected(NetSocket& socket) {
+    EXPECT_EQ(Connect(socket, server_.port()), 0);
     return server_.accept();
   }
-  static int send(NetSocket& socket, std::string text) {
+  static int Send(NetSocket& socket, std::string text) {
     return socket.Send(reinterpret_cast<unsigned char*>(text.data()),
                        static_cast<int>(text.size()));
   }
-  static void put(const loopback::Descriptor& peer, const std::string& text) {
+  static void Put(const loopback::Descriptor& peer, const std::string& text) {
     ASSERT_EQ(::send(peer.get(), text.data(), text.size(), MSG_NOSIGNAL),
               static_cast<ssize_t>(text.size()));
   }
   // A receiving operation's text, "closed" for 0 and "failed" below.
-  static std::string recv(NetSocket& socket, int length = 100) {
+  static std::string Recv(NetSocket& socket, int length = 100) {
     std::string buffer(static_cast<size_t>(length), '#');
-    return text(buffer, socket.Recv(reinterpret_cast<unsigned char*>(buffer.data()), length));
+    return Text(buffer, socket.Recv(reinterpret_cast<unsigned char*>(buffer.data()), length));
   }
-  static std::string peek(NetSocket& socket, int length = 100) {
+  static std::string Peek(NetSocket& socket, int length = 100) {
     std::string buffer(static_cast<size_t>(length), '#');
-    return text(buffer, socket.Peek(reinterpret_cast<unsigned char*>(buffer.data()), length));
+    return Text(buffer, socket.Peek(reinterpret_cast<unsigned char*>(buffer.data()), length));
   }
 
   loopback::Server server_{SOCK_STREAM};
 
  private:
-  static std::string text(const std::string& buffer, int count) {
+  static std::string Text(const std::string& buffer, int count) {
     if (count == -1) return "failed";
     if (count == 0) return "closed";
     EXPECT_GT(count, 0);

@@ -14,14 +14,14 @@ TEST_F(NetSocketTest, SendToMakesADatagramSocketAndLogsNothing) {
   loopback::Server receiver(SOCK_DGRAM);
   OpenSocket socket(NetSocket::NST_STREAM_TCP);
   const uint8_t data[] = {'a', 0, 0xFF};
-  const std::string lines = logged([&] {
-    EXPECT_EQ(socket.SendTo(data, 3, loopback::address(), receiver.port()), 3);
-    EXPECT_EQ(socket.SendTo(data, 0, loopback::address(), receiver.port()), 0);
+  const std::string lines = Logged([&] {
+    EXPECT_EQ(socket.SendTo(data, 3, loopback::Address(), receiver.port()), 3);
+    EXPECT_EQ(socket.SendTo(data, 0, loopback::Address(), receiver.port()), 0);
   });
   EXPECT_EQ(lines, "");
   EXPECT_EQ(receiver.datagram(), std::string("a\0\xFF", 3));
   EXPECT_EQ(receiver.datagram(), "");
-  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
+  EXPECT_EQ(Option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
 }
 
 TEST_F(NetSocketTest, ADatagramThatIsTooLongFails) {
@@ -29,7 +29,7 @@ TEST_F(NetSocketTest, ADatagramThatIsTooLongFails) {
   OpenSocket socket(NetSocket::NST_DGRAM_UDP);
   const std::string data(70000, 'x');
   EXPECT_EQ(socket.SendTo(reinterpret_cast<const uint8_t*>(data.data()), data.size(),
-                          loopback::address(), receiver.port()),
+                          loopback::Address(), receiver.port()),
             -1);
   EXPECT_EQ(receiver.datagram(), "none");
 }
@@ -38,24 +38,24 @@ TEST_F(NetSocketTest, DatagramsGoOnBehindAFailedConnectAndAClose) {
   loopback::Server receiver(SOCK_DGRAM);
   OpenSocket socket;
   const uint8_t data[] = {'a'};
-  EXPECT_EQ(connect(socket, loopback::refused_port()), -1);
-  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  EXPECT_EQ(Connect(socket, loopback::RefusedPort()), -1);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::Address(), receiver.port()), 1);
   EXPECT_EQ(socket.Close(), 0);
-  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::Address(), receiver.port()), 1);
 }
 
 TEST_F(NetSocketTest, ADatagramSocketMadeBehindACloseIsNotWokenByIt) {
   loopback::Server receiver(SOCK_DGRAM);
   OpenSocket socket;
-  { const Descriptor peer = connected(socket); }
+  { const Descriptor peer = Connected(socket); }
   socket.Close();
   const uint8_t data[] = {'a'};
-  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
-  const sockaddr_in own = loopback::name(loopback::port_of(socket.handle()));
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::Address(), receiver.port()), 1);
+  const sockaddr_in own = loopback::Name(loopback::PortOf(socket.handle()));
   EXPECT_EQ(
       ::sendto(receiver.get(), "ha", 2, 0, reinterpret_cast<const sockaddr*>(&own), sizeof(own)),
       2);
-  EXPECT_EQ(recv(socket), "ha");
+  EXPECT_EQ(Recv(socket), "ha");
 }
 
 TEST_F(NetSocketTest, WithoutDescriptorsThereAreNoDatagrams) {
@@ -63,19 +63,19 @@ TEST_F(NetSocketTest, WithoutDescriptorsThereAreNoDatagrams) {
   const uint8_t data[] = {'a'};
   char buffer[1];
   const DescriptorLimit none(0);
-  EXPECT_EQ(socket.SendTo(data, 1, loopback::address(), 9), -1);
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::Address(), 9), -1);
   EXPECT_EQ(socket.RecvFrom(buffer, 1, 0, 0), -1);
-  EXPECT_EQ(socket.Bind(loopback::address(), 0), -1);
+  EXPECT_EQ(socket.Bind(loopback::Address(), 0), -1);
 }
 
 TEST_F(NetSocketTest, RecvFromGivesWhatCameOrFailsAfterItsTimeOut) {
   loopback::Server receiver(SOCK_DGRAM);
   OpenSocket socket(NetSocket::NST_DGRAM_UDP);
   const uint8_t data[] = {'a'};
-  ASSERT_EQ(socket.SendTo(data, 1, loopback::address(), receiver.port()), 1);
+  ASSERT_EQ(socket.SendTo(data, 1, loopback::Address(), receiver.port()), 1);
   char buffer[4] = {'#', '#', '#', '#'};
   EXPECT_EQ(socket.RecvFrom(buffer, 3, 0, 0), -1);
-  EXPECT_FALSE(is_non_blocking(socket.handle()));
+  EXPECT_FALSE(IsNonBlocking(socket.handle()));
   timeval time = {};
   socklen_t size = sizeof(time);
   EXPECT_EQ(getsockopt(socket.handle(), SOL_SOCKET, SO_RCVTIMEO, &time, &size), 0);
@@ -83,7 +83,7 @@ TEST_F(NetSocketTest, RecvFromGivesWhatCameOrFailsAfterItsTimeOut) {
   EXPECT_GE(time.tv_usec, 5000);
   EXPECT_LT(time.tv_usec, 10000);  // the system counts in its own ticks, 4 ms at most
 
-  const sockaddr_in own = loopback::name(loopback::port_of(socket.handle()));
+  const sockaddr_in own = loopback::Name(loopback::PortOf(socket.handle()));
   for (const char* text : {"ab", "defgh"}) {
     ASSERT_GT(::sendto(receiver.get(), text, strlen(text), 0,
                        reinterpret_cast<const sockaddr*>(&own), sizeof(own)),
@@ -101,19 +101,19 @@ TEST_F(NetSocketTest, RecvFromMakesADatagramSocket) {
   OpenSocket socket;
   char buffer[1];
   EXPECT_EQ(socket.RecvFrom(buffer, 1, 0, 0), -1);
-  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
+  EXPECT_EQ(Option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_DGRAM);
 }
 
 // --- Servers.
 
 TEST_F(NetSocketTest, BindListenAcceptMakeAServer) {
   OpenSocket server;
-  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
-  EXPECT_NE(option(server.handle(), SOL_SOCKET, SO_REUSEADDR), 0);
+  ASSERT_EQ(server.Bind(loopback::Address(), 0), 0);
+  EXPECT_NE(Option(server.handle(), SOL_SOCKET, SO_REUSEADDR), 0);
   ASSERT_EQ(server.Listen(1), 0);
-  EXPECT_TRUE(is_open(server.pipefd_[0]));
+  EXPECT_TRUE(IsOpen(server.pipefd_[0]));
   OpenSocket caller;
-  ASSERT_EQ(connect(caller, loopback::port_of(server.handle())), 0);
+  ASSERT_EQ(Connect(caller, loopback::PortOf(server.handle())), 0);
 
   OpenSocket client(NetSocket::NST_DGRAM_UDP);
   client.SetTimeout(1);
@@ -123,15 +123,15 @@ TEST_F(NetSocketTest, BindListenAcceptMakeAServer) {
   EXPECT_EQ(client.handle(), handle);
   EXPECT_EQ(client.timeout_, 45000);
   EXPECT_FALSE(client.socket_closed_by_peer_);
-  EXPECT_TRUE(is_non_blocking(handle));
-  EXPECT_TRUE(is_open(client.pipefd_[0]));
+  EXPECT_TRUE(IsNonBlocking(handle));
+  EXPECT_TRUE(IsOpen(client.pipefd_[0]));
   EXPECT_EQ(fcntl(handle, F_GETFD), FD_CLOEXEC);
-  EXPECT_EQ(option(server.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
+  EXPECT_EQ(Option(server.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
 
-  EXPECT_EQ(send(caller, "question"), 8);
-  EXPECT_EQ(recv(client), "question");
-  EXPECT_EQ(send(client, "answer"), 6);
-  EXPECT_EQ(recv(caller), "answer");
+  EXPECT_EQ(Send(caller, "question"), 8);
+  EXPECT_EQ(Recv(client), "question");
+  EXPECT_EQ(Send(client, "answer"), 6);
+  EXPECT_EQ(Recv(caller), "answer");
 }
 
 TEST_F(NetSocketTest, BindTakesAnAddressInNetworkOrderAndAPortInHostOrder) {
@@ -139,7 +139,7 @@ TEST_F(NetSocketTest, BindTakesAnAddressInNetworkOrderAndAPortInHostOrder) {
   {
     OpenSocket server;
     ASSERT_EQ(server.Bind(htonl(0x7F000002), 0), 0);
-    port = loopback::port_of(server.handle());
+    port = loopback::PortOf(server.handle());
   }
   OpenSocket server;
   ASSERT_EQ(server.Bind(htonl(0x7F000002), port), 0);
@@ -152,17 +152,17 @@ TEST_F(NetSocketTest, BindTakesAnAddressInNetworkOrderAndAPortInHostOrder) {
 
 TEST_F(NetSocketTest, ATakenPortCannotBeBound) {
   OpenSocket server;
-  EXPECT_EQ(server.Bind(loopback::address(), server_.port()), -1);
+  EXPECT_EQ(server.Bind(loopback::Address(), server_.port()), -1);
   EXPECT_GT(server.handle(), 0);
 }
 
 TEST_F(NetSocketTest, BindAgainMakesANewSocket) {
   OpenSocket server;
-  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
-  const uint16_t port = loopback::port_of(server.handle());
+  ASSERT_EQ(server.Bind(loopback::Address(), 0), 0);
+  const uint16_t port = loopback::PortOf(server.handle());
   ASSERT_EQ(server.Listen(1), 0);
   // The port would be taken, had the first socket not been closed.
-  EXPECT_EQ(server.Bind(loopback::address(), port), 0);
+  EXPECT_EQ(server.Bind(loopback::Address(), port), 0);
 }
 
 TEST_F(NetSocketTest, WithoutASocketThereIsNoServer) {
@@ -176,14 +176,14 @@ TEST_F(NetSocketTest, WithoutASocketThereIsNoServer) {
 
 TEST_F(NetSocketTest, WithoutDescriptorsThereIsNoClient) {
   OpenSocket server;
-  ASSERT_EQ(server.Bind(loopback::address(), 0), 0);
+  ASSERT_EQ(server.Bind(loopback::Address(), 0), 0);
   {
     const DescriptorLimit none(0);
     EXPECT_EQ(server.Listen(1), -1);
   }
   ASSERT_EQ(server.Listen(2), 0);
   OpenSocket caller;
-  ASSERT_EQ(connect(caller, loopback::port_of(server.handle())), 0);
+  ASSERT_EQ(Connect(caller, loopback::PortOf(server.handle())), 0);
   OpenSocket client;
   {
     const DescriptorLimit none(0);
@@ -194,7 +194,7 @@ TEST_F(NetSocketTest, WithoutDescriptorsThereIsNoClient) {
     EXPECT_EQ(server.Accept(&client), -1);  // no pipe: the client is dropped
   }
   EXPECT_EQ(client.handle(), -1);
-  EXPECT_EQ(recv(caller), "closed");
+  EXPECT_EQ(Recv(caller), "closed");
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ TEST_F(NetSocketTest, ANewSocketIsNoSocketYet) {
 }
 
 TEST_F(NetSocketTest, ConstructorAndDestructorLogNothing) {
-  EXPECT_EQ(logged([] { NetSocket socket(NetSocket::NST_DGRAM_UDP); }), "");
+  EXPECT_EQ(Logged([] { NetSocket socket(NetSocket::NST_DGRAM_UDP); }), "");
 }
 
 TEST_F(NetSocketTest, SetTimeoutSetsTheTimeOut) {
@@ -48,56 +48,56 @@ TEST_F(NetSocketTest, TheHostQuestionsTellNothing) {
 TEST_F(NetSocketTest, ConnectMakesANonBlockingStreamWithItsPipe) {
   OpenSocket socket;
   Descriptor peer;
-  const std::string lines = logged([&] { Descriptor(connected(socket)); });
+  const std::string lines = Logged([&] { Descriptor(Connected(socket)); });
   EXPECT_THAT(lines, HasSubstr(":T:"));
   EXPECT_THAT(lines,
-              HasSubstr(end_of_line("Connecting to 127.0.0.1:" + std::to_string(server_.port()))));
-  EXPECT_THAT(lines, HasSubstr(end_of_line("DNS translation: 127.0.0.1 -> 127.0.0.1")));
+              HasSubstr(EndOfLine("Connecting to 127.0.0.1:" + std::to_string(server_.port()))));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("DNS translation: 127.0.0.1 -> 127.0.0.1")));
   EXPECT_GT(socket.handle(), 0);
-  EXPECT_TRUE(is_non_blocking(socket.handle()));
-  EXPECT_EQ(option(socket.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
-  EXPECT_EQ(option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_STREAM);
-  EXPECT_TRUE(is_open(socket.pipefd_[0]));
-  EXPECT_TRUE(is_open(socket.pipefd_[1]));
+  EXPECT_TRUE(IsNonBlocking(socket.handle()));
+  EXPECT_EQ(Option(socket.handle(), IPPROTO_TCP, 1 /* TCP_NODELAY */), 1);
+  EXPECT_EQ(Option(socket.handle(), SOL_SOCKET, SO_TYPE), SOCK_STREAM);
+  EXPECT_TRUE(IsOpen(socket.pipefd_[0]));
+  EXPECT_TRUE(IsOpen(socket.pipefd_[1]));
   EXPECT_EQ(fcntl(socket.handle(), F_GETFD), FD_CLOEXEC);
 }
 
 TEST_F(NetSocketTest, ARefusedPortFailsAndLeavesTheHandlesNumber) {
   OpenSocket socket;
-  const uint16_t port = loopback::refused_port();
+  const uint16_t port = loopback::RefusedPort();
   int result = 0;
-  const std::string lines = logged([&] { result = connect(socket, port); });
+  const std::string lines = Logged([&] { result = Connect(socket, port); });
   EXPECT_EQ(result, -1);
   EXPECT_THAT(lines, HasSubstr(":E:"));
-  EXPECT_THAT(lines, testing::AnyOf(HasSubstr(end_of_line("Error socket select 1, errno: 111")),
-                                    HasSubstr(end_of_line("Error connecting socket: -1"))));
+  EXPECT_THAT(lines, testing::AnyOf(HasSubstr(EndOfLine("Error socket select 1, errno: 111")),
+                                    HasSubstr(EndOfLine("Error connecting socket: -1"))));
   EXPECT_GT(socket.handle(), 0);
-  EXPECT_FALSE(is_open(socket.handle()));
+  EXPECT_FALSE(IsOpen(socket.handle()));
 }
 
 TEST_F(NetSocketTest, AFailedConnectClosesNobodysDescriptorLater) {
   auto* socket = new OpenSocket;
-  EXPECT_EQ(connect(*socket, loopback::refused_port()), -1);
+  EXPECT_EQ(Connect(*socket, loopback::RefusedPort()), -1);
   // The next descriptor takes over the number.
   const int number = socket->handle();
   const Descriptor another(dup2(server_.get(), number));
   ASSERT_EQ(another.get(), number);
-  EXPECT_EQ(send(*socket, "x"), -1);
-  EXPECT_EQ(recv(*socket), "failed");
+  EXPECT_EQ(Send(*socket, "x"), -1);
+  EXPECT_EQ(Recv(*socket), "failed");
   EXPECT_EQ(socket->Blocking(false), -1);
   EXPECT_EQ(socket->Close(), 0);
   EXPECT_EQ(socket->handle(), -1);
-  EXPECT_TRUE(is_open(number));
-  EXPECT_FALSE(is_non_blocking(number));
+  EXPECT_TRUE(IsOpen(number));
+  EXPECT_FALSE(IsNonBlocking(number));
   delete socket;
-  EXPECT_TRUE(is_open(number));
+  EXPECT_TRUE(IsOpen(number));
 
   OpenSocket again;
-  EXPECT_EQ(connect(again, loopback::refused_port()), -1);
+  EXPECT_EQ(Connect(again, loopback::RefusedPort()), -1);
   const Descriptor taken(dup2(server_.get(), again.handle()));
   const int kept = taken.get();
-  const Descriptor peer = connected(again);
-  EXPECT_TRUE(is_open(kept));
+  const Descriptor peer = Connected(again);
+  EXPECT_TRUE(IsOpen(kept));
   EXPECT_NE(again.handle(), kept);
 }
 
@@ -105,65 +105,65 @@ TEST_F(NetSocketTest, AConnectThatStallsTimesOut) {
   // A server that takes one client into its queue and answers no more.
   loopback::Server full(SOCK_STREAM, 0);
   OpenSocket first;
-  ASSERT_EQ(connect(first, full.port()), 0);
+  ASSERT_EQ(Connect(first, full.port()), 0);
   OpenSocket second;
   int result = 0;
-  const std::string lines = logged([&] { result = connect(second, full.port(), 3); });
+  const std::string lines = Logged([&] { result = Connect(second, full.port(), 3); });
   EXPECT_EQ(result, -1);
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Socket select, timeout 3")));
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket select 0, errno: 0")));
-  EXPECT_FALSE(is_open(second.handle()));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Socket select, timeout 3")));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Error socket select 0, errno: 0")));
+  EXPECT_FALSE(IsOpen(second.handle()));
 }
 
 TEST_F(NetSocketTest, ANegativeTimeOutFailsAConnectThatIsNotDoneAtOnce) {
   loopback::Server full(SOCK_STREAM, 0);
   OpenSocket first;
-  ASSERT_EQ(connect(first, full.port()), 0);
+  ASSERT_EQ(Connect(first, full.port()), 0);
   OpenSocket second;
-  const std::string lines = logged([&] { EXPECT_EQ(connect(second, full.port(), -1), -1); });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Error socket select -1, errno: 22")));
+  const std::string lines = Logged([&] { EXPECT_EQ(Connect(second, full.port(), -1), -1); });
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Error socket select -1, errno: 22")));
 }
 
 TEST_F(NetSocketTest, AnAddressThatCannotBeReachedFailsAtOnce) {
   // A stream to everybody is no connection.
   OpenSocket socket;
   char host[] = "255.255.255.255";
-  const std::string lines = logged([&] { EXPECT_EQ(socket.Connect(host, 9, 20000), -1); });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Error connecting socket: -1")));
-  EXPECT_FALSE(is_open(socket.handle()));
+  const std::string lines = Logged([&] { EXPECT_EQ(socket.Connect(host, 9, 20000), -1); });
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Error connecting socket: -1")));
+  EXPECT_FALSE(IsOpen(socket.handle()));
 }
 
 TEST_F(NetSocketTest, ConnectWithoutDescriptorsFails) {
   OpenSocket socket;
-  std::string lines = logged([&] {
+  std::string lines = Logged([&] {
     const DescriptorLimit none(0);
-    EXPECT_EQ(connect(socket, server_.port()), -1);
+    EXPECT_EQ(Connect(socket, server_.port()), -1);
   });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Error creating socket errno: 24, socket: -1")));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Error creating socket errno: 24, socket: -1")));
   EXPECT_EQ(socket.handle(), -1);
 
-  lines = logged([&] {
+  lines = Logged([&] {
     const DescriptorLimit one(1);
-    EXPECT_EQ(connect(socket, server_.port()), -1);
+    EXPECT_EQ(Connect(socket, server_.port()), -1);
   });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Returning -1. Errno: 24")));
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Error initpipe socket errno: 24, socket: " +
-                                           std::to_string(socket.handle()))));
-  EXPECT_FALSE(is_open(socket.handle()));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Returning -1. Errno: 24")));
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Error initpipe socket errno: 24, socket: " +
+                                         std::to_string(socket.handle()))));
+  EXPECT_FALSE(IsOpen(socket.handle()));
   EXPECT_EQ(socket.pipefd_[0], -1);
 
-  const Descriptor peer = connected(socket);
-  EXPECT_EQ(send(socket, "well"), 4);
+  const Descriptor peer = Connected(socket);
+  EXPECT_EQ(Send(socket, "well"), 4);
 }
 
 TEST_F(NetSocketTest, ConnectAgainClosesTheOldConnection) {
   OpenSocket socket;
-  const Descriptor first = connected(socket);
-  const Descriptor second = connected(socket);
+  const Descriptor first = Connected(socket);
+  const Descriptor second = Connected(socket);
   char byte;
-  EXPECT_TRUE(loopback::readable(first.get()));
+  EXPECT_TRUE(loopback::Readable(first.get()));
   EXPECT_EQ(::recv(first.get(), &byte, 1, 0), 0);
-  EXPECT_EQ(send(socket, "x"), 1);
+  EXPECT_EQ(Send(socket, "x"), 1);
   EXPECT_EQ(::recv(second.get(), &byte, 1, 0), 1);
 }
 
@@ -199,23 +199,23 @@ TEST_F(NetSocketTest, TheLongestDottedTextFits) {
 
 sockets::Resolution resolution;
 
-sockets::Resolution resolve_as_told(const char*, uint32_t* address) {
+sockets::Resolution ResolveAsTold(const char*, uint32_t* address) {
   *address = htonl(0x7F000001);
   return resolution;
 }
 
 TEST_F(NetSocketTest, ANameGoesThroughTheResolver) {
-  sockets::set_resolve_function(resolve_as_told);
+  sockets::SetResolveFunction(ResolveAsTold);
   resolution = sockets::Resolution::kFound;
   OpenSocket socket;
   char host[] = "till.example";
   const std::string lines =
-      logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), 0); });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("DNS translation: till.example -> 127.0.0.1")));
+      Logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), 0); });
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("DNS translation: till.example -> 127.0.0.1")));
 }
 
 TEST_F(NetSocketTest, AnUnknownHostFails) {
-  sockets::set_resolve_function(resolve_as_told);
+  sockets::SetResolveFunction(ResolveAsTold);
   const struct {
     sockets::Resolution resolution;
     const char* message;
@@ -228,17 +228,17 @@ TEST_F(NetSocketTest, AnUnknownHostFails) {
     resolution = row.resolution;
     uint32_t address = 5;
     std::string lines =
-        logged([&] { EXPECT_EQ(NetSocket::GetHostAddress("till.example", &address), -1); });
+        Logged([&] { EXPECT_EQ(NetSocket::GetHostAddress("till.example", &address), -1); });
     EXPECT_THAT(lines, HasSubstr(":E:"));
-    EXPECT_THAT(lines, HasSubstr(end_of_line(row.message)));
+    EXPECT_THAT(lines, HasSubstr(EndOfLine(row.message)));
     EXPECT_EQ(address, 5u);
 
     OpenSocket socket;
     char host[] = "till.example";
-    lines = logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), -1); });
-    EXPECT_THAT(lines, HasSubstr(end_of_line(row.message)));
-    EXPECT_THAT(lines, HasSubstr(end_of_line("Error translating host name: -1")));
-    EXPECT_FALSE(is_open(socket.handle()));
+    lines = Logged([&] { EXPECT_EQ(socket.Connect(host, server_.port(), 20000), -1); });
+    EXPECT_THAT(lines, HasSubstr(EndOfLine(row.message)));
+    EXPECT_THAT(lines, HasSubstr(EndOfLine("Error translating host name: -1")));
+    EXPECT_FALSE(IsOpen(socket.handle()));
   }
 }
 
@@ -266,22 +266,22 @@ TEST_F(NetSocketTest, InitPipeStartsAfresh) {
   EXPECT_EQ(errno, EAGAIN);
   const int ends[] = {socket.pipefd_[0], socket.pipefd_[1]};
   socket.ClearPipe();
-  EXPECT_FALSE(is_open(ends[0]));
-  EXPECT_FALSE(is_open(ends[1]));
+  EXPECT_FALSE(IsOpen(ends[0]));
+  EXPECT_FALSE(IsOpen(ends[1]));
   EXPECT_EQ(socket.pipefd_[0], -1);
   EXPECT_EQ(socket.pipefd_[1], -1);
 }
 
 TEST_F(NetSocketTest, CloseWritesALineFeedAndLeavesTheReadEnd) {
   OpenSocket socket;
-  const Descriptor peer = connected(socket);
+  const Descriptor peer = Connected(socket);
   const int number = socket.handle();
   const int write_end = socket.pipefd_[1];
   EXPECT_EQ(socket.Close(), 0);
   EXPECT_EQ(socket.handle(), -1);
-  EXPECT_FALSE(is_open(number));
+  EXPECT_FALSE(IsOpen(number));
   EXPECT_EQ(socket.pipefd_[1], -1);
-  EXPECT_FALSE(is_open(write_end));
+  EXPECT_FALSE(IsOpen(write_end));
   char bytes[2];
   EXPECT_EQ(read(socket.pipefd_[0], bytes, 2), 1);
   EXPECT_EQ(bytes[0], '\n');
@@ -290,7 +290,7 @@ TEST_F(NetSocketTest, CloseWritesALineFeedAndLeavesTheReadEnd) {
 
 TEST_F(NetSocketTest, CloseTellsWhatTheSystemReports) {
   OpenSocket socket;
-  const Descriptor peer = connected(socket);
+  const Descriptor peer = Connected(socket);
   ::close(socket.handle());
   EXPECT_EQ(socket.Close(), -1);
   EXPECT_EQ(socket.handle(), -1);
@@ -300,17 +300,17 @@ TEST_F(NetSocketTest, TheDestructorClosesAll) {
   int numbers[3];
   {
     OpenSocket socket;
-    const Descriptor peer = connected(socket);
+    const Descriptor peer = Connected(socket);
     numbers[0] = socket.handle();
     numbers[1] = socket.pipefd_[0];
     numbers[2] = socket.pipefd_[1];
   }
-  for (int number : numbers) EXPECT_FALSE(is_open(number));
+  for (int number : numbers) EXPECT_FALSE(IsOpen(number));
 }
 
 TEST_F(NetSocketTest, CopiesShareTheDescriptors) {
   OpenSocket socket;
-  Descriptor peer = connected(socket);
+  Descriptor peer = Connected(socket);
   socket.SetTimeout(77);
   socket.socket_closed_by_peer_ = true;
   // One that is never destroyed: the descriptors are the first's to close.
@@ -325,9 +325,9 @@ TEST_F(NetSocketTest, CopiesShareTheDescriptors) {
     EXPECT_EQ(other->timeout_, 77);
     EXPECT_EQ(other->type_, NetSocket::NST_STREAM_TCP);
     EXPECT_TRUE(other->socket_closed_by_peer_);
-    EXPECT_EQ(send(*other, "x"), 1);
+    EXPECT_EQ(Send(*other, "x"), 1);
     char byte = 0;
-    EXPECT_TRUE(loopback::readable(peer.get()));
+    EXPECT_TRUE(loopback::Readable(peer.get()));
     EXPECT_EQ(::recv(peer.get(), &byte, 1, 0), 1);
   }
 }
@@ -335,11 +335,11 @@ TEST_F(NetSocketTest, CopiesShareTheDescriptors) {
 TEST_F(NetSocketTest, BlockingSwitchesTheSocket) {
   OpenSocket socket;
   EXPECT_EQ(socket.Blocking(true), -1);
-  const Descriptor peer = connected(socket);
+  const Descriptor peer = Connected(socket);
   EXPECT_EQ(socket.Blocking(true), 0);
-  EXPECT_FALSE(is_non_blocking(socket.handle()));
+  EXPECT_FALSE(IsNonBlocking(socket.handle()));
   EXPECT_EQ(socket.Blocking(false), 0);
-  EXPECT_TRUE(is_non_blocking(socket.handle()));
+  EXPECT_TRUE(IsNonBlocking(socket.handle()));
 }
 
 // --- The backup socket.
@@ -364,18 +364,18 @@ TEST_F(NetSocketTest, ABackupSocketGetsTheTraffic) {
   unsigned char data[10] = {};
   socket.socket_closed_by_peer_ = true;
   EXPECT_CALL(transport, Connect(host, 12, 34)).WillOnce(testing::Return(-5));
-  const std::string lines = logged([&] { EXPECT_EQ(socket.Connect(host, 12, 34), -5); });
-  EXPECT_THAT(lines, HasSubstr(end_of_line("Connecting to there:12")));
+  const std::string lines = Logged([&] { EXPECT_EQ(socket.Connect(host, 12, 34), -5); });
+  EXPECT_THAT(lines, HasSubstr(EndOfLine("Connecting to there:12")));
   EXPECT_FALSE(socket.socket_closed_by_peer_);
   // socket_ is -1 and nobody looks at it.
   EXPECT_CALL(transport, Send(data, 10)).WillOnce(testing::Return(3));
-  EXPECT_EQ(logged([&] { EXPECT_EQ(socket.Send(data, 10), 3); }), "");
+  EXPECT_EQ(Logged([&] { EXPECT_EQ(socket.Send(data, 10), 3); }), "");
   EXPECT_CALL(transport, Recv(data, 10)).WillOnce(testing::Return(4));
   EXPECT_EQ(socket.Recv(data, 10), 4);
   EXPECT_CALL(transport, Recv(data, 10)).WillOnce(testing::Return(6));
   EXPECT_CALL(transport, Recv(data + 6, 4)).WillOnce(testing::Return(4));
   EXPECT_EQ(socket.RecvAllBlock(data, 10), 10);
-  EXPECT_EQ(peek(socket, 10), "failed");
+  EXPECT_EQ(Peek(socket, 10), "failed");
   socket.SetTimeout(9);
   EXPECT_EQ(socket.timeout_, 9);
   EXPECT_CALL(transport, Close()).WillOnce(testing::Return(8)).WillOnce(testing::Return(0));
@@ -385,12 +385,12 @@ TEST_F(NetSocketTest, ABackupSocketGetsTheTraffic) {
 TEST_F(NetSocketTest, ClosingTheBackupSocketLeavesTheOwn) {
   testing::NiceMock<MockTransport> transport;
   OpenSocket socket;
-  const Descriptor peer = connected(socket);
+  const Descriptor peer = Connected(socket);
   socket.set_backup_socket(&transport);
   EXPECT_EQ(socket.Close(), 0);
-  EXPECT_TRUE(is_open(socket.handle()));
+  EXPECT_TRUE(IsOpen(socket.handle()));
   socket.set_backup_socket(nullptr);
-  EXPECT_EQ(send(socket, "x"), 1);
+  EXPECT_EQ(Send(socket, "x"), 1);
 }
 
 static_assert(std::is_copy_constructible_v<NetSocket> && std::is_copy_assignable_v<NetSocket>);

@@ -28,24 +28,24 @@ class DefinitionFile : public ::testing::Test {
     directory_ = fs::temp_directory_path() / ("language_file_test." + std::to_string(getpid()));
     fs::create_directories(directory_);
     fs::current_path(directory_);
-    write_default_messages(t());
+    WriteDefaultMessages(t());
   }
   void TearDown() override {
     fs::current_path(old_directory_);
     fs::remove_all(directory_);
   }
 
-  void write(const std::string& name, const std::string& text) {
+  void Write(const std::string& name, const std::string& text) {
     std::ofstream(directory_ / name, std::ios::binary) << text;
   }
-  int read_file(std::string path) { return t().LeggiFileIni(path.data()); }
-  int read(const std::string& text) {
-    write("words.ini", text);
-    return read_file("words.ini");
+  int ReadFile(std::string path) { return t().LeggiFileIni(path.data()); }
+  int Read(const std::string& text) {
+    Write("words.ini", text);
+    return ReadFile("words.ini");
   }
   // A row of a message table, which may have no closing NUL.
   template <size_t N>
-  static std::string row(const char (&text)[N]) {
+  static std::string Row(const char (&text)[N]) {
     return std::string(text, strnlen(text, N));
   }
 
@@ -57,7 +57,7 @@ class DefinitionFile : public ::testing::Test {
 };
 
 TEST_F(DefinitionFile, BindsCommandsFieldsAndSymbols) {
-  EXPECT_EQ(read("; words\r\n"
+  EXPECT_EQ(Read("; words\r\n"
                  "[OPCOD]\r\n"
                  "10 = VEND\r\n"
                  "11=CHIUDI,9\r\n"
@@ -87,53 +87,53 @@ TEST_F(DefinitionFile, BindsCommandsFieldsAndSymbols) {
 }
 
 TEST_F(DefinitionFile, MissingFilesFallBackToTheCurrentDirectory) {
-  EXPECT_EQ(read_file("none.ini"), 0);
-  write("merkelin.ini", "[OPCOD]\n3=LEGGI\n");
-  EXPECT_EQ(read_file("none.ini"), 1);
+  EXPECT_EQ(ReadFile("none.ini"), 0);
+  Write("merkelin.ini", "[OPCOD]\n3=LEGGI\n");
+  EXPECT_EQ(ReadFile("none.ini"), 1);
   EXPECT_STREQ(t().szOpCodes[3], "LEGGI");
   EXPECT_STREQ(t().filename_, "none.ini");
 }
 
 TEST_F(DefinitionFile, ADirectoryIsNoFile) {
   fs::create_directory(directory_ / "words.ini");
-  EXPECT_EQ(read_file("words.ini"), 0);
+  EXPECT_EQ(ReadFile("words.ini"), 0);
 }
 
 TEST_F(DefinitionFile, ThePathIsCutAtSeventyNineCharacters) {
   const std::string name(100, 'p');
-  write(std::string(79, 'p'), "[OPCOD]\n5=CUT\n");
-  EXPECT_EQ(read_file(name), 1);
+  Write(std::string(79, 'p'), "[OPCOD]\n5=CUT\n");
+  EXPECT_EQ(ReadFile(name), 1);
   EXPECT_STREQ(t().szOpCodes[5], "CUT");
   EXPECT_EQ(std::strlen(t().filename_), 79u);
 }
 
 TEST_F(DefinitionFile, ALineWithoutEqualsEndsTheReading) {
-  EXPECT_EQ(read("[OPCOD]\n1=PROG\nnonsense\n2=FINE\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\n1=PROG\nnonsense\n2=FINE\n"), 0);
   EXPECT_STREQ(t().szOpCodes[1], "PROG");
   EXPECT_STREQ(t().szOpCodes[2], "");
-  EXPECT_EQ(read("[EQU]\n=5\n"), 0);
-  EXPECT_EQ(read("[INTMSG]\nnonsense\n"), 0);
+  EXPECT_EQ(Read("[EQU]\n=5\n"), 0);
+  EXPECT_EQ(Read("[INTMSG]\nnonsense\n"), 0);
 }
 
 TEST_F(DefinitionFile, RowsThatAreNoNumberEndTheReading) {
-  EXPECT_EQ(read("[OPCOD]\n0=X\n"), 0);
-  EXPECT_EQ(read("[OPCOD]\nabc=X\n"), 0);
-  EXPECT_EQ(read("[OPCOD]\n151=X\n"), 0);
-  EXPECT_EQ(read("[OPCOD]\n99999999999999999999=X\n"), 0);
-  EXPECT_EQ(read("[10]\n0=X\n"), 0);
-  EXPECT_EQ(read("[10]\nabc=X\n"), 0);
-  EXPECT_EQ(read("[999]\n0=X\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\n0=X\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\nabc=X\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\n151=X\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\n99999999999999999999=X\n"), 0);
+  EXPECT_EQ(Read("[10]\n0=X\n"), 0);
+  EXPECT_EQ(Read("[10]\nabc=X\n"), 0);
+  EXPECT_EQ(Read("[999]\n0=X\n"), 0);
 }
 
 TEST_F(DefinitionFile, RowsOutsideTheTablesAreRefusedAlone) {
-  EXPECT_EQ(read("[OPCOD]\n-1=X\n150=LAST\n[10]\n41=X\n-7=Y\n2=GOOD\n[150]\n1=A\n[-1]\n1=B\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n-1=X\n150=LAST\n[10]\n41=X\n-7=Y\n2=GOOD\n[150]\n1=A\n[-1]\n1=B\n"), 1);
   EXPECT_EQ(t().iTotOpCodes, 150);
   EXPECT_EQ(t().iNumOper[10], 2);
   EXPECT_STREQ(t().szKeyI[10][2], "GOOD");
 }
 
 TEST_F(DefinitionFile, Row150IsTakenAndNeverFound) {
-  EXPECT_EQ(read("[OPCOD]\n150=LAST\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n150=LAST\n"), 1);
   char line[] = "LAST";
   int place = 1;
   int id = 0;
@@ -145,25 +145,25 @@ TEST_F(DefinitionFile, Row150IsTakenAndNeverFound) {
 }
 
 TEST_F(DefinitionFile, HeadersNameTheSectionUpToTheirLastCharacter) {
-  EXPECT_EQ(read("[OPCOD\n1=A\n"), 1);  // section OPCO, which counts as number 0
+  EXPECT_EQ(Read("[OPCOD\n1=A\n"), 1);  // section OPCO, which counts as number 0
   EXPECT_EQ(t().iTotOpCodes, 0);
   EXPECT_STREQ(t().szKeyI[0][1], "A");
-  EXPECT_EQ(read("[OPCOD ]\n2=B\n"), 1);
+  EXPECT_EQ(Read("[OPCOD ]\n2=B\n"), 1);
   EXPECT_EQ(t().iTotOpCodes, 0);
-  EXPECT_EQ(read("[opcod]\n2=B\n"), 1);
+  EXPECT_EQ(Read("[opcod]\n2=B\n"), 1);
   EXPECT_EQ(t().iTotOpCodes, 0);
-  EXPECT_EQ(read("[\n3=C\n"), 1);
+  EXPECT_EQ(Read("[\n3=C\n"), 1);
   EXPECT_STREQ(t().szKeyI[0][3], "C");
 }
 
 TEST_F(DefinitionFile, LinesAheadOfTheFirstHeaderBelongToNoSection) {
-  EXPECT_EQ(read("7=LOST\n[OPCOD]\n1=PROG\n"), 1);
+  EXPECT_EQ(Read("7=LOST\n[OPCOD]\n1=PROG\n"), 1);
   EXPECT_STREQ(t().szKeyI[0][7], "LOST");
-  EXPECT_EQ(read("nonsense=X\n"), 0);
+  EXPECT_EQ(Read("nonsense=X\n"), 0);
 }
 
 TEST_F(DefinitionFile, NumbersAndMarksOfARow) {
-  EXPECT_EQ(read("[OPCOD]\n5=NAME,\n6=,O\n7=ZERO,0\n8=MARK,O\n9=BIG,200\n"
+  EXPECT_EQ(Read("[OPCOD]\n5=NAME,\n6=,O\n7=ZERO,0\n8=MARK,O\n9=BIG,200\n"
                  "[10]\n1=A,OBL\n2=B,5\n3=C, O\n4=,O\n5=D,0\n"),
             1);
   EXPECT_EQ(t().iIdOpCodes[5], 5);
@@ -182,14 +182,14 @@ TEST_F(DefinitionFile, NumbersAndMarksOfARow) {
 }
 
 TEST_F(DefinitionFile, TheHighestRowStartsAgainAtEachHeader) {
-  EXPECT_EQ(read("[OPCOD]\n20=A\n[10]\n5=X\n[OPCOD]\n3=B\n[10]\n2=Y\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n20=A\n[10]\n5=X\n[OPCOD]\n3=B\n[10]\n2=Y\n"), 1);
   EXPECT_EQ(t().iTotOpCodes, 3);
   EXPECT_EQ(t().iNumOper[10], 2);
   EXPECT_STREQ(t().szOpCodes[20], "A");
 }
 
 TEST_F(DefinitionFile, NamesAreCutAtTenCharacters) {
-  EXPECT_EQ(read("[OPCOD]\n1=ABCDEFGHIJKLM,7\n[EQU]\nABCDEFGHIJKLM=5\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n1=ABCDEFGHIJKLM,7\n[EQU]\nABCDEFGHIJKLM=5\n"), 1);
   EXPECT_STREQ(t().szOpCodes[1], "ABCDEFGHIJ");
   EXPECT_EQ(t().iIdOpCodes[1], 7);
   EXPECT_STREQ(t().szSimb[1], "ABCDEFGHIJ");
@@ -198,13 +198,13 @@ TEST_F(DefinitionFile, NamesAreCutAtTenCharacters) {
 TEST_F(DefinitionFile, ThreeHundredSymbolsLeaveTheFirst299) {
   std::string text = "[EQU]\n";
   for (int i = 1; i <= 400; ++i) text += "S" + std::to_string(i) + "=" + std::to_string(i) + "\n";
-  EXPECT_EQ(read(text), 1);
+  EXPECT_EQ(Read(text), 1);
   EXPECT_EQ(t().iTotSimb, 299);
   EXPECT_STREQ(t().szSimb[299], "S299");
 }
 
 TEST_F(DefinitionFile, AKeyCodeOutsideTheTableOfKeysKeepsItsName) {
-  EXPECT_EQ(read("[EQUTASTI]\nA=5000\nB=-1\nC=299\nD=300\nE=0\nF=-2147483648\nG=2147483647\n"), 1);
+  EXPECT_EQ(Read("[EQUTASTI]\nA=5000\nB=-1\nC=299\nD=300\nE=0\nF=-2147483648\nG=2147483647\n"), 1);
   EXPECT_EQ(t().iTotSimb, 7);
   const std::pair<const char*, int> symbols[] = {
       {"A", 5000}, {"B", -1}, {"C", 299}, {"D", 300}, {"E", 0}, {"F", INT32_MIN}, {"G", INT32_MAX}};
@@ -221,7 +221,7 @@ TEST_F(DefinitionFile, AKeyCodeOutsideTheTableOfKeysKeepsItsName) {
 }
 
 TEST_F(DefinitionFile, ASecondSymbolOfANameAddsARow) {
-  EXPECT_EQ(read("[EQU]\nA=1\nA=2\n"), 1);
+  EXPECT_EQ(Read("[EQU]\nA=1\nA=2\n"), 1);
   EXPECT_EQ(t().iTotSimb, 2);
   int value = 0;
   char name[] = "A";
@@ -230,51 +230,51 @@ TEST_F(DefinitionFile, ASecondSymbolOfANameAddsARow) {
 }
 
 TEST_F(DefinitionFile, TextsAreBareOrQuoted) {
-  EXPECT_EQ(read("[INTMSG]\n1=BENE\n2=' NO '\n3='it''s'\n4='a;b' ; comment\n"), 1);
-  EXPECT_EQ(row(t().TabIntMsg[1]), "BENE");
-  EXPECT_EQ(row(t().TabIntMsg[2]), " NO ");
-  EXPECT_EQ(row(t().TabIntMsg[3]), "it's");
-  EXPECT_EQ(row(t().TabIntMsg[4]), "a;b");
+  EXPECT_EQ(Read("[INTMSG]\n1=BENE\n2=' NO '\n3='it''s'\n4='a;b' ; comment\n"), 1);
+  EXPECT_EQ(Row(t().TabIntMsg[1]), "BENE");
+  EXPECT_EQ(Row(t().TabIntMsg[2]), " NO ");
+  EXPECT_EQ(Row(t().TabIntMsg[3]), "it's");
+  EXPECT_EQ(Row(t().TabIntMsg[4]), "a;b");
 }
 
 TEST_F(DefinitionFile, BadTextsAndKeysLeaveTheDefaults) {
-  EXPECT_EQ(read("[INTMSG]\n1='open\n2=" + std::string(33, 'x') +
+  EXPECT_EQ(Read("[INTMSG]\n1='open\n2=" + std::string(33, 'x') +
                  "\n40=X\n-1=X\n999999999999=X\nabc=ZERO\n"),
             1);
-  EXPECT_EQ(row(t().TabIntMsg[1]), "OK.");
-  EXPECT_EQ(row(t().TabIntMsg[2]), "NON OK. ");
-  EXPECT_EQ(row(t().TabIntMsg[40]), "");
-  EXPECT_EQ(row(t().TabIntMsg[0]), "ZERO");
+  EXPECT_EQ(Row(t().TabIntMsg[1]), "OK.");
+  EXPECT_EQ(Row(t().TabIntMsg[2]), "NON OK. ");
+  EXPECT_EQ(Row(t().TabIntMsg[40]), "");
+  EXPECT_EQ(Row(t().TabIntMsg[0]), "ZERO");
 }
 
 TEST_F(DefinitionFile, ATextMayFillItsRow) {
-  EXPECT_EQ(read("[TOTG]\n99=" + std::string(32, 'x') + "\n100=X\n0=Y\n"), 1);
-  EXPECT_EQ(row(t().TabDscTotG[99]), std::string(32, 'x'));
-  EXPECT_EQ(row(t().TabDscTotG[0]), "Y");
+  EXPECT_EQ(Read("[TOTG]\n99=" + std::string(32, 'x') + "\n100=X\n0=Y\n"), 1);
+  EXPECT_EQ(Row(t().TabDscTotG[99]), std::string(32, 'x'));
+  EXPECT_EQ(Row(t().TabDscTotG[0]), "Y");
 }
 
 TEST_F(DefinitionFile, EachErrorSectionHasItsTable) {
-  EXPECT_EQ(read("[ERRMSG]\n1=base\n[ERRMSG0]\n2=base2\n[ERRMSG1]\n1=one\n[ERRMSG4]\n0=four\n"
+  EXPECT_EQ(Read("[ERRMSG]\n1=base\n[ERRMSG0]\n2=base2\n[ERRMSG1]\n1=one\n[ERRMSG4]\n0=four\n"
                  "[ERRMSG5]\n9=five\n[ERRMSG6]\n19=six\n[ERRMSG7]\n19=seven\n[ERRMSG8]\n9=eight\n"
                  "[ERRMSG9]\n9=nine\n[ERRMSG10]\n1=none\n[ERRMSG0]\n50=none\n[ERRMSG4]\n10=none\n"),
             1);
-  EXPECT_EQ(row(t().TabErrTradBase[1]), "base");
-  EXPECT_EQ(row(t().TabErrTradBase[2]), "base2");
-  EXPECT_EQ(row(t().TabErrTrad1[1]), "one");
-  EXPECT_EQ(row(t().TabErrTrad4[0]), "four");
-  EXPECT_EQ(row(t().TabErrTrad5[9]), "five");
-  EXPECT_EQ(row(t().TabErrTrad6[19]), "six");
-  EXPECT_EQ(row(t().TabErrTrad7[19]), "seven");
-  EXPECT_EQ(row(t().TabErrTrad8[9]), "eight");
-  EXPECT_EQ(row(t().TabErrTrad9[9]), "nine");
+  EXPECT_EQ(Row(t().TabErrTradBase[1]), "base");
+  EXPECT_EQ(Row(t().TabErrTradBase[2]), "base2");
+  EXPECT_EQ(Row(t().TabErrTrad1[1]), "one");
+  EXPECT_EQ(Row(t().TabErrTrad4[0]), "four");
+  EXPECT_EQ(Row(t().TabErrTrad5[9]), "five");
+  EXPECT_EQ(Row(t().TabErrTrad6[19]), "six");
+  EXPECT_EQ(Row(t().TabErrTrad7[19]), "seven");
+  EXPECT_EQ(Row(t().TabErrTrad8[9]), "eight");
+  EXPECT_EQ(Row(t().TabErrTrad9[9]), "nine");
 }
 
 TEST_F(DefinitionFile, ClientResultTextsAreFoundByTheirKeys) {
-  EXPECT_EQ(read("[ERRMSG2]\n0=zero\n7=seven\n19=nineteen\n20=none\n107=none\n"
+  EXPECT_EQ(Read("[ERRMSG2]\n0=zero\n7=seven\n19=nineteen\n20=none\n107=none\n"
                  "[ERRMSG3]\n0=zero3\n29=twentynine\n30=none\n212=none\n"),
             1);
-  EXPECT_EQ(row(t().TabErrTrad2[0]), "I/O ERROR ");
-  EXPECT_EQ(row(t().TabErrTrad2[7]), "");
+  EXPECT_EQ(Row(t().TabErrTrad2[0]), "I/O ERROR ");
+  EXPECT_EQ(Row(t().TabErrTrad2[7]), "");
   char text[512];
   const auto shown = [&](long code) {
     t().SetStringErr(text, code);
@@ -297,24 +297,24 @@ TEST_F(DefinitionFile, ClientResultTextsAreFoundByTheirKeys) {
 
 TEST_F(DefinitionFile, LongLinesAndPartsAreCut) {
   // The line ends at 254 characters: the comment's end is gone, the entry stays.
-  EXPECT_EQ(read("[OPCOD]\n1=A;" + std::string(10000, 'x') + "\n2=B\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n1=A;" + std::string(10000, 'x') + "\n2=B\n"), 1);
   EXPECT_STREQ(t().szOpCodes[2], "B");
   // The left part is cut at 79 characters, which leaves its number.
-  EXPECT_EQ(read("[OPCOD]\n" + std::string(90, '0') + "3=C\n"), 0);
+  EXPECT_EQ(Read("[OPCOD]\n" + std::string(90, '0') + "3=C\n"), 0);
 }
 
 TEST_F(DefinitionFile, AnErrorTextOfEightyCharactersIsTheLongest) {
-  const std::string before = row(t().TabErrTradBase[5]);
+  const std::string before = Row(t().TabErrTradBase[5]);
   for (const size_t length : {size_t{81}, size_t{85}, size_t{240}}) {
-    EXPECT_EQ(read("[ERRMSG]\n5=" + std::string(length, 'x') + "\n"), 1);
-    EXPECT_EQ(row(t().TabErrTradBase[5]), before) << length;
-    EXPECT_EQ(read("[ERRMSG]\n5='" + std::string(length, 'x') + "'\n"), 1);
-    EXPECT_EQ(row(t().TabErrTradBase[5]), before) << length;
+    EXPECT_EQ(Read("[ERRMSG]\n5=" + std::string(length, 'x') + "\n"), 1);
+    EXPECT_EQ(Row(t().TabErrTradBase[5]), before) << length;
+    EXPECT_EQ(Read("[ERRMSG]\n5='" + std::string(length, 'x') + "'\n"), 1);
+    EXPECT_EQ(Row(t().TabErrTradBase[5]), before) << length;
   }
-  EXPECT_EQ(read("[ERRMSG]\n5=" + std::string(80, 'x') + "\n"), 1);
-  EXPECT_EQ(row(t().TabErrTradBase[5]), std::string(80, 'x'));
-  EXPECT_EQ(read("[ERRMSG]\n5=' " + std::string(78, 'y') + " '\n"), 1);
-  EXPECT_EQ(row(t().TabErrTradBase[5]), " " + std::string(78, 'y') + " ");
+  EXPECT_EQ(Read("[ERRMSG]\n5=" + std::string(80, 'x') + "\n"), 1);
+  EXPECT_EQ(Row(t().TabErrTradBase[5]), std::string(80, 'x'));
+  EXPECT_EQ(Read("[ERRMSG]\n5=' " + std::string(78, 'y') + " '\n"), 1);
+  EXPECT_EQ(Row(t().TabErrTradBase[5]), " " + std::string(78, 'y') + " ");
 }
 
 TEST_F(DefinitionFile, AnyBytesAreSafe) {
@@ -322,19 +322,19 @@ TEST_F(DefinitionFile, AnyBytesAreSafe) {
   for (int round = 0; round < 20; ++round) {
     for (int i = 0; i < 256; ++i) bytes += static_cast<char>((i * 7 + round * 13) & 0xFF);
   }
-  read(bytes);
-  EXPECT_EQ(read(std::string("[OPCOD]\n1=A\0B\n2=C\n", 18)), 1);
+  Read(bytes);
+  EXPECT_EQ(Read(std::string("[OPCOD]\n1=A\0B\n2=C\n", 18)), 1);
   EXPECT_STREQ(t().szOpCodes[1], "A");
   EXPECT_STREQ(t().szOpCodes[2], "C");
-  EXPECT_EQ(read("[OPCOD]\n1=\xFF\xFE\n"), 1);
+  EXPECT_EQ(Read("[OPCOD]\n1=\xFF\xFE\n"), 1);
   EXPECT_STREQ(t().szOpCodes[1], "\xFF\xFE");
 }
 
 TEST_F(DefinitionFile, TheQuoteCharacterInForceCounts) {
   t().SetQuoteChar('"');
-  EXPECT_EQ(read("[INTMSG]\n1=\" OK \"\n2=it's\n"), 1);
-  EXPECT_EQ(row(t().TabIntMsg[1]), " OK ");
-  EXPECT_EQ(row(t().TabIntMsg[2]), "it's");
+  EXPECT_EQ(Read("[INTMSG]\n1=\" OK \"\n2=it's\n"), 1);
+  EXPECT_EQ(Row(t().TabIntMsg[1]), " OK ");
+  EXPECT_EQ(Row(t().TabIntMsg[2]), "it's");
 }
 
 // --- Line files
@@ -342,8 +342,8 @@ TEST_F(DefinitionFile, TheQuoteCharacterInForceCounts) {
 class LineFile : public DefinitionFile {
  protected:
   // The lines of a text, with the code that ended them.
-  std::vector<std::string> lines(const std::string& text, unsigned long limit) {
-    write("lines", text);
+  std::vector<std::string> ReadLines(const std::string& text, unsigned long limit) {
+    Write("lines", text);
     fs_file_t file;
     EXPECT_NE(fs_open(&file, "lines", FS_RDONLY), FS_BADF);
     std::vector<std::string> result;
@@ -362,24 +362,24 @@ class LineFile : public DefinitionFile {
 using Lines = std::vector<std::string>;
 
 TEST_F(LineFile, EndInLineFeedOrCarriageReturnAndLineFeed) {
-  EXPECT_EQ(lines("a\nb\r\n\nc", 10), (Lines{"a", "b", "", "c"}));
+  EXPECT_EQ(ReadLines("a\nb\r\n\nc", 10), (Lines{"a", "b", "", "c"}));
   EXPECT_EQ(end_, -1);
-  EXPECT_EQ(lines("", 10), Lines{});
-  EXPECT_EQ(lines("\r\n", 10), Lines{""});
-  EXPECT_EQ(lines("a\r\r\n", 10), Lines{"a\r"});
-  EXPECT_EQ(lines("a\r", 10), Lines{"a"});
+  EXPECT_EQ(ReadLines("", 10), Lines{});
+  EXPECT_EQ(ReadLines("\r\n", 10), Lines{""});
+  EXPECT_EQ(ReadLines("a\r\r\n", 10), Lines{"a\r"});
+  EXPECT_EQ(ReadLines("a\r", 10), Lines{"a"});
 }
 
 TEST_F(LineFile, DropWhatPassesTheLimit) {
-  EXPECT_EQ(lines("abcdefg\nhi\n", 5), (Lines{"abcde", "hi"}));
-  EXPECT_EQ(lines("abcd\r\nx\n", 5), (Lines{"abcd", "x"}));
-  EXPECT_EQ(lines("abcde\r\nx\n", 5), (Lines{"abcde", "x"}));
+  EXPECT_EQ(ReadLines("abcdefg\nhi\n", 5), (Lines{"abcde", "hi"}));
+  EXPECT_EQ(ReadLines("abcd\r\nx\n", 5), (Lines{"abcd", "x"}));
+  EXPECT_EQ(ReadLines("abcde\r\nx\n", 5), (Lines{"abcde", "x"}));
 }
 
 TEST_F(LineFile, LongLinesKeepTheNextLineWhole) {
   for (const size_t size : {1022u, 1023u, 1024u, 1025u, 2048u, 5000u, 1048576u}) {
     const std::string long_line(size, 'x');
-    const Lines got = lines(long_line + "\nnext\r\nlast", 2047);
+    const Lines got = ReadLines(long_line + "\nnext\r\nlast", 2047);
     ASSERT_EQ(got.size(), 3u) << size;
     EXPECT_EQ(got[0], long_line.substr(0, 2047)) << size;
     EXPECT_EQ(got[1], "next") << size;
@@ -388,7 +388,7 @@ TEST_F(LineFile, LongLinesKeepTheNextLineWhole) {
 }
 
 TEST_F(LineFile, LeaveTheFileBehindTheLine) {
-  write("lines", "one\ntwo\n");
+  Write("lines", "one\ntwo\n");
   fs_file_t file;
   ASSERT_NE(fs_open(&file, "lines", FS_RDONLY), FS_BADF);
   char line[16];
@@ -398,7 +398,7 @@ TEST_F(LineFile, LeaveTheFileBehindTheLine) {
 }
 
 TEST_F(LineFile, ReadErrorsAreNoEnd) {
-  write("lines", "x");
+  Write("lines", "x");
   fs_file_t file;
   ASSERT_NE(fs_open(&file, "lines", FS_WRONLY), FS_BADF);
   char line[16] = "old";

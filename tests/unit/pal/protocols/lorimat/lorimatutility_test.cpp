@@ -24,7 +24,7 @@ class Text {
   std::vector<char> buffer_;
 };
 
-std::string cleaned(const std::string& line, char quote = '\'') {
+std::string Cleaned(const std::string& line, char quote = '\'') {
   std::vector<char> out(line.size() + 1);
   const int length = U::TogliCommento(out.data(), Text(line), quote);
   EXPECT_EQ(length, static_cast<int>(std::strlen(out.data())));
@@ -32,21 +32,21 @@ std::string cleaned(const std::string& line, char quote = '\'') {
 }
 
 TEST(TogliCommento, DropsCommentsAndEdges) {
-  EXPECT_EQ(cleaned("  VEND REP=1 ; a sale"), "VEND REP=1");
-  EXPECT_EQ(cleaned("\tVEND\tREP=1\t"), "VEND REP=1");
-  EXPECT_EQ(cleaned("; only a comment"), "");
-  EXPECT_EQ(cleaned("   "), "");
-  EXPECT_EQ(cleaned(""), "");
-  EXPECT_EQ(cleaned("CHIU\n"), "CHIU");
-  EXPECT_EQ(cleaned("CHIU  \n"), "CHIU");
+  EXPECT_EQ(Cleaned("  VEND REP=1 ; a sale"), "VEND REP=1");
+  EXPECT_EQ(Cleaned("\tVEND\tREP=1\t"), "VEND REP=1");
+  EXPECT_EQ(Cleaned("; only a comment"), "");
+  EXPECT_EQ(Cleaned("   "), "");
+  EXPECT_EQ(Cleaned(""), "");
+  EXPECT_EQ(Cleaned("CHIU\n"), "CHIU");
+  EXPECT_EQ(Cleaned("CHIU  \n"), "CHIU");
 }
 
 TEST(TogliCommento, KnowsQuotes) {
-  EXPECT_EQ(cleaned("A B='x;y' ;z"), "A B='x;y'");
-  EXPECT_EQ(cleaned("A B='it''s;' ;z"), "A B='it''s;'");
-  EXPECT_EQ(cleaned("A B='x\ty'"), "A B='x y'");
-  EXPECT_EQ(cleaned("A B=\"x;y\" ;z", '"'), "A B=\"x;y\"");
-  EXPECT_EQ(cleaned("A B='open   "), "A B='open");
+  EXPECT_EQ(Cleaned("A B='x;y' ;z"), "A B='x;y'");
+  EXPECT_EQ(Cleaned("A B='it''s;' ;z"), "A B='it''s;'");
+  EXPECT_EQ(Cleaned("A B='x\ty'"), "A B='x y'");
+  EXPECT_EQ(Cleaned("A B=\"x;y\" ;z", '"'), "A B=\"x;y\"");
+  EXPECT_EQ(Cleaned("A B='open   "), "A B='open");
 }
 
 TEST(TogliSpazi, TrimsBothSides) {
@@ -261,28 +261,28 @@ TEST(DateTexts, AreCopiedByPosition) {
   EXPECT_STREQ(out, "1501202");
 }
 
-std::string extracted(const std::string& text, int longest, int expected_result) {
+std::string Extracted(const std::string& text, int longest, int expected_result) {
   std::vector<char> out(static_cast<size_t>(longest) + 1);
   EXPECT_EQ(U::EstraeAlfa(Text(text), out.data(), longest, '\''), expected_result) << text;
   return out.data();
 }
 
 TEST(EstraeAlfa, TakesBareAndQuotedTexts) {
-  EXPECT_EQ(extracted("bare", 10, 0), "bare");
-  EXPECT_EQ(extracted("' x '", 10, 0), " x ");
-  EXPECT_EQ(extracted("'it''s'", 10, 0), "it's");
-  EXPECT_EQ(extracted("'a'b", 10, 0), "ab");
-  EXPECT_EQ(extracted("''", 10, 0), "");
-  EXPECT_EQ(extracted("", 10, 0), "");
+  EXPECT_EQ(Extracted("bare", 10, 0), "bare");
+  EXPECT_EQ(Extracted("' x '", 10, 0), " x ");
+  EXPECT_EQ(Extracted("'it''s'", 10, 0), "it's");
+  EXPECT_EQ(Extracted("'a'b", 10, 0), "ab");
+  EXPECT_EQ(Extracted("''", 10, 0), "");
+  EXPECT_EQ(Extracted("", 10, 0), "");
 }
 
 TEST(EstraeAlfa, RefusesBadQuotesAndLongTexts) {
-  EXPECT_EQ(extracted("a'b'", 10, 8), "a");
-  EXPECT_EQ(extracted("'", 10, 8), "");
-  EXPECT_EQ(extracted("'a", 10, 8), "");
-  EXPECT_EQ(extracted("'a''", 10, 8), "a");
-  EXPECT_EQ(extracted("12345678901", 10, 9), "1234567890");
-  EXPECT_EQ(extracted("1234567890", 10, 0), "1234567890");
+  EXPECT_EQ(Extracted("a'b'", 10, 8), "a");
+  EXPECT_EQ(Extracted("'", 10, 8), "");
+  EXPECT_EQ(Extracted("'a", 10, 8), "");
+  EXPECT_EQ(Extracted("'a''", 10, 8), "a");
+  EXPECT_EQ(Extracted("12345678901", 10, 9), "1234567890");
+  EXPECT_EQ(Extracted("1234567890", 10, 0), "1234567890");
 }
 
 TEST(Itoa, WritesAnyBaseFrom2To35) {

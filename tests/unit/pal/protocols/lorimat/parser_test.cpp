@@ -14,46 +14,46 @@ namespace {
 
 class Parser : public ::testing::Test {
  protected:
-  void command(int row, const char* name, int id = 0) {
-    copy_text(t().szOpCodes[row], name);
+  void Command(int row, const char* name, int id = 0) {
+    CopyText(t().szOpCodes[row], name);
     t().iIdOpCodes[row] = id != 0 ? id : row;
     if (row > t().iTotOpCodes) t().iTotOpCodes = row;
   }
-  void field(int opcode, int row, const char* name, int number = 0) {
-    copy_text(t().szKeyI[opcode][row], name);
+  void Field(int opcode, int row, const char* name, int number = 0) {
+    CopyText(t().szKeyI[opcode][row], name);
     t().iNCI[opcode][row] = number != 0 ? number : row;
     if (row > t().iNumOper[opcode]) t().iNumOper[opcode] = row;
   }
-  void symbol(const char* name, int value) {
-    copy_text(t().szSimb[++t().iTotSimb], name);
+  void Symbol(const char* name, int value) {
+    CopyText(t().szSimb[++t().iTotSimb], name);
     t().iVSimb[t().iTotSimb] = value;
   }
 
   // The opcode id of a line; a refusal gives minus its index.
-  int opcode(std::string line) {
+  int Opcode(std::string line) {
     int place = 1;
     int id = -1;
     const int result = t().GetCodOp(line.data(), &place, &id);
     place_ = place;
     return result == 0 ? id : -result;
   }
-  int number_of(int opcode, std::string key) {
+  int NumberOf(int opcode, std::string key) {
     int number = -1;
     const int result = t().GetNumOper(opcode, key.data(), &number);
     return result == 0 ? number : -result;
   }
-  int fields(int opcode, std::string line) {
+  int Fields(int opcode, std::string line) {
     int place = 1;
     return t().GetCampi(line.data(), opcode, &place);
   }
-  int operand(std::string line) {
+  int Operand(std::string line) {
     int place = 1;
     quoted_ = false;
     const int result = t().GetOper(line.data(), &place, key_, value_, &quoted_);
     place_ = place;
     return result;
   }
-  int batch_operand(std::string line) {
+  int BatchOperand(std::string line) {
     int place = 1;
     quoted_ = false;
     const int result = t().GetEMOper(line.data(), &place, batch_value_, &quoted_);
@@ -72,127 +72,127 @@ class Parser : public ::testing::Test {
 };
 
 TEST_F(Parser, AnExactNameIsFoundBehindAnAbbreviation) {
-  command(1, "PERCA");
+  Command(1, "PERCA");
   std::memset(t().szOpCodes[2], 0, sizeof t().szOpCodes[2]);
-  command(2, "PER");
-  EXPECT_EQ(opcode("PERCA"), 1);
-  EXPECT_EQ(opcode("PER"), 2);
-  EXPECT_EQ(opcode("PE"), -2);
+  Command(2, "PER");
+  EXPECT_EQ(Opcode("PERCA"), 1);
+  EXPECT_EQ(Opcode("PER"), 2);
+  EXPECT_EQ(Opcode("PE"), -2);
 }
 
 TEST_F(Parser, TheOrderOfTheRowsDecidesOnAmbiguity) {
-  command(1, "PER");
-  command(2, "PERCA");
-  EXPECT_EQ(opcode("PERCATO"), -2);
-  command(1, "PERCA");
+  Command(1, "PER");
+  Command(2, "PERCA");
+  EXPECT_EQ(Opcode("PERCATO"), -2);
+  Command(1, "PERCA");
   std::memset(t().szOpCodes[2], 0, sizeof t().szOpCodes[2]);
-  command(2, "PER");
-  EXPECT_EQ(opcode("PERCATO"), 1);
+  Command(2, "PER");
+  EXPECT_EQ(Opcode("PERCATO"), 1);
 }
 
 TEST_F(Parser, AnExactNameBehindTwoAbbreviationsComesTooLate) {
-  command(1, "VENDITA");
-  command(2, "VENDO");
-  command(3, "VEN");
-  EXPECT_EQ(opcode("VEN"), -2);
+  Command(1, "VENDITA");
+  Command(2, "VENDO");
+  Command(3, "VEN");
+  EXPECT_EQ(Opcode("VEN"), -2);
 }
 
 TEST_F(Parser, TwoNamesThatEqualTheWordAreAmbiguous) {
-  command(1, "CHIU", 11);
-  command(2, "chiu", 12);
-  EXPECT_EQ(opcode("CHIU"), -2);
+  Command(1, "CHIU", 11);
+  Command(2, "chiu", 12);
+  EXPECT_EQ(Opcode("CHIU"), -2);
 }
 
 TEST_F(Parser, TheWordEndsAtABlankOrTab) {
-  command(1, "CHIU");
-  EXPECT_EQ(opcode("chiu   T=1"), 1);
+  Command(1, "CHIU");
+  EXPECT_EQ(Opcode("chiu   T=1"), 1);
   EXPECT_EQ(place_, 8);
-  EXPECT_EQ(opcode("CHIU"), 1);
+  EXPECT_EQ(Opcode("CHIU"), 1);
   EXPECT_EQ(place_, 5);
-  EXPECT_EQ(opcode("CHIU\tT"), 1);
-  EXPECT_EQ(opcode("CHIU,T"), 1);  // the word is longer than the name
+  EXPECT_EQ(Opcode("CHIU\tT"), 1);
+  EXPECT_EQ(Opcode("CHIU,T"), 1);  // the word is longer than the name
 }
 
 TEST_F(Parser, AWordIsComparedOnSixteenCharacters) {
-  command(1, "ABCDEFGHIJ");
-  EXPECT_EQ(opcode("ABCDEFGHIJKLMNOPQRSTUVWXYZ"), 1);
+  Command(1, "ABCDEFGHIJ");
+  EXPECT_EQ(Opcode("ABCDEFGHIJKLMNOPQRSTUVWXYZ"), 1);
 }
 
 TEST_F(Parser, NumbersReachIdsWithoutNames) {
-  command(12, "X");
-  EXPECT_EQ(opcode("#10"), 10);
-  EXPECT_EQ(opcode("#0010"), 10);
-  EXPECT_EQ(opcode("#12"), 12);
-  EXPECT_EQ(opcode("#13"), -1);
-  EXPECT_EQ(opcode("#0"), -1);
-  EXPECT_EQ(opcode("#x1"), -1);
-  EXPECT_EQ(opcode("#"), -1);
-  EXPECT_EQ(opcode("#99999999999999999999"), -1);
+  Command(12, "X");
+  EXPECT_EQ(Opcode("#10"), 10);
+  EXPECT_EQ(Opcode("#0010"), 10);
+  EXPECT_EQ(Opcode("#12"), 12);
+  EXPECT_EQ(Opcode("#13"), -1);
+  EXPECT_EQ(Opcode("#0"), -1);
+  EXPECT_EQ(Opcode("#x1"), -1);
+  EXPECT_EQ(Opcode("#"), -1);
+  EXPECT_EQ(Opcode("#99999999999999999999"), -1);
 }
 
 TEST_F(Parser, AnUnknownWordIsNotFound) {
-  command(1, "CHIU");
-  EXPECT_EQ(opcode("VEND"), -1);
-  EXPECT_EQ(opcode("\xFF\x80"), -1);
+  Command(1, "CHIU");
+  EXPECT_EQ(Opcode("VEND"), -1);
+  EXPECT_EQ(Opcode("\xFF\x80"), -1);
 }
 
 TEST_F(Parser, FieldNamesFollowTheSameRuleWithAliases) {
-  field(10, 1, "REP");
-  field(10, 2, "REPARTO", 1);
-  field(10, 3, "PREZZO");
-  field(10, 4, "PRE", 3);
-  field(10, 5, "PRELINE");
-  EXPECT_EQ(number_of(10, "REP"), 1);
-  EXPECT_EQ(number_of(10, "RE"), 1);  // two names of one number
-  EXPECT_EQ(number_of(10, "PREZZO"), 3);
-  EXPECT_EQ(number_of(10, "PR"), -5);
+  Field(10, 1, "REP");
+  Field(10, 2, "REPARTO", 1);
+  Field(10, 3, "PREZZO");
+  Field(10, 4, "PRE", 3);
+  Field(10, 5, "PRELINE");
+  EXPECT_EQ(NumberOf(10, "REP"), 1);
+  EXPECT_EQ(NumberOf(10, "RE"), 1);  // two names of one number
+  EXPECT_EQ(NumberOf(10, "PREZZO"), 3);
+  EXPECT_EQ(NumberOf(10, "PR"), -5);
   // PREZZO matches first, its alias PRE does not stop the scan, PRELINE does, and is not
   // exact: the alias written in full comes too late.
-  EXPECT_EQ(number_of(10, "PRE"), -5);
-  EXPECT_EQ(number_of(10, "PREL"), -5);  // PRE is a beginning of the word, PRELINE conflicts
-  EXPECT_EQ(number_of(10, "QTA"), -4);
-  EXPECT_EQ(number_of(10, "#5"), 5);
-  EXPECT_EQ(number_of(10, "#6"), -4);
-  EXPECT_EQ(number_of(10, "#0"), -4);
+  EXPECT_EQ(NumberOf(10, "PRE"), -5);
+  EXPECT_EQ(NumberOf(10, "PREL"), -5);  // PRE is a beginning of the word, PRELINE conflicts
+  EXPECT_EQ(NumberOf(10, "QTA"), -4);
+  EXPECT_EQ(NumberOf(10, "#5"), 5);
+  EXPECT_EQ(NumberOf(10, "#6"), -4);
+  EXPECT_EQ(NumberOf(10, "#0"), -4);
 }
 
 TEST_F(Parser, AnExactFieldNameBehindAnAbbreviationWins) {
-  field(10, 1, "DESCR");
-  field(10, 2, "DES");
-  EXPECT_EQ(number_of(10, "DES"), 2);
-  EXPECT_EQ(number_of(10, "DE"), -5);
+  Field(10, 1, "DESCR");
+  Field(10, 2, "DES");
+  EXPECT_EQ(NumberOf(10, "DES"), 2);
+  EXPECT_EQ(NumberOf(10, "DE"), -5);
 }
 
 TEST_F(Parser, ANumberSkipsTheBinding) {
-  field(10, 1, "A", 7);
-  EXPECT_EQ(number_of(10, "A"), 7);
-  EXPECT_EQ(number_of(10, "#1"), 1);
+  Field(10, 1, "A", 7);
+  EXPECT_EQ(NumberOf(10, "A"), 7);
+  EXPECT_EQ(NumberOf(10, "#1"), 1);
 }
 
 TEST_F(Parser, AnEmptyKeyMatchesOnlyAFieldAlone) {
-  field(10, 1, "A");
-  EXPECT_EQ(number_of(10, ""), 1);
-  field(10, 2, "B");
-  EXPECT_EQ(number_of(10, ""), -5);
+  Field(10, 1, "A");
+  EXPECT_EQ(NumberOf(10, ""), 1);
+  Field(10, 2, "B");
+  EXPECT_EQ(NumberOf(10, ""), -5);
 }
 
 TEST_F(Parser, IdsOutsideTheTablesHaveNoFields) {
   for (const int id : {-3, 150, 200, 100000, INT32_MIN, INT32_MAX}) {
-    EXPECT_EQ(number_of(id, "A"), -4) << id;
-    EXPECT_EQ(fields(id, ""), 0) << id;
-    EXPECT_EQ(fields(id, "A=1"), 4) << id;
+    EXPECT_EQ(NumberOf(id, "A"), -4) << id;
+    EXPECT_EQ(Fields(id, ""), 0) << id;
+    EXPECT_EQ(Fields(id, "A=1"), 4) << id;
   }
 }
 
 TEST_F(Parser, ANameBoundToNoFieldIsNotFound) {
-  field(10, 1, "A", 200);
-  field(10, 2, "B", -3);
-  EXPECT_EQ(fields(10, "A=1"), 4);
-  EXPECT_EQ(fields(10, "B=1"), 4);
+  Field(10, 1, "A", 200);
+  Field(10, 2, "B", -3);
+  EXPECT_EQ(Fields(10, "A=1"), 4);
+  EXPECT_EQ(Fields(10, "B=1"), 4);
 }
 
 TEST_F(Parser, OperandsSplitIntoKeyAndValue) {
-  EXPECT_EQ(operand("PRE = 12.34 , REP=1"), 0);
+  EXPECT_EQ(Operand("PRE = 12.34 , REP=1"), 0);
   EXPECT_STREQ(key_, "PRE");
   EXPECT_STREQ(value_, "12.34");
   EXPECT_FALSE(quoted_);
@@ -200,129 +200,129 @@ TEST_F(Parser, OperandsSplitIntoKeyAndValue) {
 }
 
 TEST_F(Parser, AnEmptyValueIsVero) {
-  EXPECT_EQ(operand("QTY"), 0);
+  EXPECT_EQ(Operand("QTY"), 0);
   EXPECT_STREQ(value_, "VERO");
-  EXPECT_EQ(operand("QTY="), 0);
+  EXPECT_EQ(Operand("QTY="), 0);
   EXPECT_STREQ(value_, "VERO");
-  EXPECT_EQ(operand("QTY=''"), 0);
+  EXPECT_EQ(Operand("QTY=''"), 0);
   EXPECT_STREQ(value_, "");
   EXPECT_TRUE(quoted_);
 }
 
 TEST_F(Parser, KeysAreCutAtTenCharacters) {
-  EXPECT_EQ(operand("ABCDEFGHIJKLMN=1"), 0);
+  EXPECT_EQ(Operand("ABCDEFGHIJKLMN=1"), 0);
   EXPECT_STREQ(key_, "ABCDEFGHIJ");
 }
 
 TEST_F(Parser, QuotedValues) {
-  EXPECT_EQ(operand("NAME='IT''S'"), 0);
+  EXPECT_EQ(Operand("NAME='IT''S'"), 0);
   EXPECT_STREQ(value_, "IT'S");
-  EXPECT_EQ(operand("NAME='A=B,C'"), 0);
+  EXPECT_EQ(Operand("NAME='A=B,C'"), 0);
   EXPECT_STREQ(value_, "A=B,C");
-  EXPECT_EQ(operand("NAME='A' B"), 0);
+  EXPECT_EQ(Operand("NAME='A' B"), 0);
   EXPECT_STREQ(value_, "A B");
-  EXPECT_EQ(operand("NAME='A' , X=1"), 0);
+  EXPECT_EQ(Operand("NAME='A' , X=1"), 0);
   EXPECT_STREQ(value_, "A ");  // the blank behind the closing quote joins
-  EXPECT_EQ(operand("NAME='A"), 8);
-  EXPECT_EQ(operand("NAME='"), 8);
-  EXPECT_EQ(operand("NAME=A'B'"), 8);
-  EXPECT_EQ(operand("NAME='A''"), 8);
-  EXPECT_EQ(operand("NAME='A''B"), 8);
-  EXPECT_EQ(operand("'A'=1"), 6);
+  EXPECT_EQ(Operand("NAME='A"), 8);
+  EXPECT_EQ(Operand("NAME='"), 8);
+  EXPECT_EQ(Operand("NAME=A'B'"), 8);
+  EXPECT_EQ(Operand("NAME='A''"), 8);
+  EXPECT_EQ(Operand("NAME='A''B"), 8);
+  EXPECT_EQ(Operand("'A'=1"), 6);
 }
 
 TEST_F(Parser, WordsMustBeSymbols) {
-  symbol("CASH", 7);
-  EXPECT_EQ(operand("T=CASH"), 0);
+  Symbol("CASH", 7);
+  EXPECT_EQ(Operand("T=CASH"), 0);
   EXPECT_STREQ(value_, "7");
-  EXPECT_EQ(operand("T= CASH "), 0);
+  EXPECT_EQ(Operand("T= CASH "), 0);
   EXPECT_STREQ(value_, "7");
-  EXPECT_EQ(operand("T=cash"), 7);
-  EXPECT_EQ(operand("T=VERO"), 7);
-  EXPECT_EQ(operand("T='CASH'"), 0);
+  EXPECT_EQ(Operand("T=cash"), 7);
+  EXPECT_EQ(Operand("T=VERO"), 7);
+  EXPECT_EQ(Operand("T='CASH'"), 0);
   EXPECT_STREQ(value_, "CASH");
 }
 
 TEST_F(Parser, ASecondEqualsIsTakenTheSameWay) {
-  EXPECT_EQ(operand("A=1=2"), 0);
+  EXPECT_EQ(Operand("A=1=2"), 0);
   EXPECT_STREQ(value_, "12");
 }
 
 TEST_F(Parser, AValueHoldsTwoThousandAndFortyEightCharacters) {
-  EXPECT_EQ(operand("A='" + std::string(2048, 'x') + "'"), 0);
+  EXPECT_EQ(Operand("A='" + std::string(2048, 'x') + "'"), 0);
   EXPECT_EQ(std::strlen(value_), 2048u);
-  EXPECT_EQ(operand("A='" + std::string(2049, 'x') + "'"), 9);
-  EXPECT_EQ(operand("A='" + std::string(2048, 'x') + "''x'"), 9);
+  EXPECT_EQ(Operand("A='" + std::string(2049, 'x') + "'"), 9);
+  EXPECT_EQ(Operand("A='" + std::string(2048, 'x') + "''x'"), 9);
 }
 
 TEST_F(Parser, TheEndOfTheLineIsUnexpectedWhereAFieldIsDue) {
-  EXPECT_EQ(operand(""), 11);
-  EXPECT_EQ(operand("   "), 11);
+  EXPECT_EQ(Operand(""), 11);
+  EXPECT_EQ(Operand("   "), 11);
 }
 
 TEST_F(Parser, FieldsKeepTheirLastValueAndTheQuotedFlag) {
-  field(10, 1, "A");
-  field(10, 2, "B");
-  EXPECT_EQ(fields(10, "A=1,A='2',B=3"), 0);
+  Field(10, 1, "A");
+  Field(10, 2, "B");
+  EXPECT_EQ(Fields(10, "A=1,A='2',B=3"), 0);
   EXPECT_STREQ(t().szCampi[1], "2");
   EXPECT_STREQ(t().szCampi[2], "3");
   EXPECT_TRUE(t().bCampiA[1]);
   EXPECT_FALSE(t().bCampiA[2]);
-  EXPECT_EQ(fields(10, ""), 0);
+  EXPECT_EQ(Fields(10, ""), 0);
   EXPECT_STREQ(t().szCampi[1], "");
   EXPECT_TRUE(t().bCampiA[1]);  // kept from line to line
 }
 
 TEST_F(Parser, AFailureKeepsTheFieldsParsedSoFar) {
-  field(10, 1, "A");
-  EXPECT_EQ(fields(10, "A=1,X=2"), 4);
+  Field(10, 1, "A");
+  EXPECT_EQ(Fields(10, "A=1,X=2"), 4);
   EXPECT_STREQ(t().szCampi[1], "1");
 }
 
 TEST_F(Parser, MandatoryRowsAreTestedAsFieldNumbers) {
-  field(10, 1, "A");
+  Field(10, 1, "A");
   t().bObl[10][1] = true;
-  EXPECT_EQ(fields(10, ""), 10);
-  EXPECT_EQ(fields(10, "A=''"), 10);
-  EXPECT_EQ(fields(10, "A=1"), 0);
-  field(10, 2, "B", 5);
+  EXPECT_EQ(Fields(10, ""), 10);
+  EXPECT_EQ(Fields(10, "A=''"), 10);
+  EXPECT_EQ(Fields(10, "A=1"), 0);
+  Field(10, 2, "B", 5);
   t().bObl[10][2] = true;
-  EXPECT_EQ(fields(10, "A=1,B=1"), 10);  // row 2 asks for field 2
+  EXPECT_EQ(Fields(10, "A=1,B=1"), 10);  // row 2 asks for field 2
 }
 
 TEST_F(Parser, BatchOperands) {
-  EXPECT_EQ(batch_operand(" a.cmd , b.err"), 0);
+  EXPECT_EQ(BatchOperand(" a.cmd , b.err"), 0);
   EXPECT_STREQ(batch_value_, "a.cmd");
   EXPECT_EQ(place_, 10);
-  EXPECT_EQ(batch_operand("'a, b' ,c"), 0);
+  EXPECT_EQ(BatchOperand("'a, b' ,c"), 0);
   EXPECT_STREQ(batch_value_, "a, b");
   EXPECT_TRUE(quoted_);
-  EXPECT_EQ(batch_operand("'it''s'"), 0);
+  EXPECT_EQ(BatchOperand("'it''s'"), 0);
   EXPECT_STREQ(batch_value_, "it's");
-  EXPECT_EQ(batch_operand("''"), 0);
+  EXPECT_EQ(BatchOperand("''"), 0);
   EXPECT_STREQ(batch_value_, "");
-  EXPECT_EQ(batch_operand("'a"), 2);
-  EXPECT_EQ(batch_operand("a'b'"), 2);
-  EXPECT_EQ(batch_operand("'a''"), 2);
-  EXPECT_EQ(batch_operand("'a''b"), 2);
-  EXPECT_EQ(batch_operand("  "), 11);
+  EXPECT_EQ(BatchOperand("'a"), 2);
+  EXPECT_EQ(BatchOperand("a'b'"), 2);
+  EXPECT_EQ(BatchOperand("'a''"), 2);
+  EXPECT_EQ(BatchOperand("'a''b"), 2);
+  EXPECT_EQ(BatchOperand("  "), 11);
   EXPECT_STREQ(batch_value_, "");
-  EXPECT_EQ(batch_operand("a  "), 0);
+  EXPECT_EQ(BatchOperand("a  "), 0);
   EXPECT_STREQ(batch_value_, "a  ");  // the end of the line keeps blanks
   t().cChSep = ';';
-  EXPECT_EQ(batch_operand("a,b;c"), 0);
+  EXPECT_EQ(BatchOperand("a,b;c"), 0);
   EXPECT_STREQ(batch_value_, "a,b");
 }
 
 TEST_F(Parser, BatchOperandsAreCutToTheirBuffers) {
-  EXPECT_EQ(batch_operand(std::string(3000, 'a')), 0);
+  EXPECT_EQ(BatchOperand(std::string(3000, 'a')), 0);
   EXPECT_EQ(std::strlen(batch_value_), 255u);
 }
 
 TEST_F(Parser, SymbolsCompareExactly) {
-  symbol("A", 1);
-  symbol("AB", 2);
-  symbol("A", 3);
+  Symbol("A", 1);
+  Symbol("AB", 2);
+  Symbol("A", 3);
   int value = 0;
   char word[] = "  AB ";
   EXPECT_TRUE(t().TradSimb(word, &value));
@@ -335,7 +335,7 @@ TEST_F(Parser, SymbolsCompareExactly) {
 }
 
 TEST_F(Parser, MacrosAreBlankSeparatedKeys) {
-  symbol("TOT", 49);
+  Symbol("TOT", 49);
   unsigned char keys[100];
   const auto macro = [&](std::string text) { return t().GetMacro(text.data(), keys); };
   EXPECT_EQ(macro(""), 0);
@@ -364,7 +364,7 @@ TEST_F(Parser, EditedTextsReadBack) {
   EXPECT_STREQ(out, "'it''s'");
   EXPECT_EQ(*end, 0);
   EXPECT_EQ(end - out, 7);
-  EXPECT_EQ(operand(std::string("A=") + out), 0);
+  EXPECT_EQ(Operand(std::string("A=") + out), 0);
   EXPECT_STREQ(value_, "it's");
 }
 

@@ -58,7 +58,7 @@ class Init : public ::testing::Test {
   void SetUp() override {
     directory_ = fs::temp_directory_path() / ("init_test." + std::to_string(getpid()));
     fs::create_directories(directory_);
-    write("words.ini", "[OPCOD]\n10=VEND\n");
+    Write("words.ini", "[OPCOD]\n10=VEND\n");
     setenv("LORIMATRT_REGISTRY", (directory_ / "registry.ini").c_str(), 1);
     loc.setCurrentLanguageCode(Locale::kDefault);
     t().rtfClient_ = &client_;
@@ -70,14 +70,14 @@ class Init : public ::testing::Test {
     fs::remove_all(directory_);
   }
 
-  void write(const std::string& name, const std::string& text) {
+  void Write(const std::string& name, const std::string& text) {
     fs::create_directories((directory_ / name).parent_path());
     std::ofstream(directory_ / name, std::ios::binary) << text;
   }
-  void registry(const std::string& values) {
-    write("registry.ini", "[Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA]\n" + values);
+  void Registry(const std::string& values) {
+    Write("registry.ini", "[Software\\Velmora\\Drivers\\Tessaloom\\FirmwareA]\n" + values);
   }
-  int init(int options = 0, bool read_configuration = false) {
+  int RunInit(int options = 0, bool read_configuration = false) {
     std::string path = (directory_ / "words.ini").string();
     return t().TradInit(path.data(), options, &client_, read_configuration);
   }
@@ -123,7 +123,7 @@ TEST_F(Init, ASinkIsKept) {
 }
 
 TEST_F(Init, TradInitSetsTheWorkingState) {
-  EXPECT_EQ(init(0x180), 0);
+  EXPECT_EQ(RunInit(0x180), 0);
   EXPECT_TRUE(t().TStato.bInitOK);
   EXPECT_EQ(t().iGlobalOptions, 0x80);
   EXPECT_TRUE(t().bProgressZUP);
@@ -133,7 +133,7 @@ TEST_F(Init, TradInitSetsTheWorkingState) {
   EXPECT_EQ(t().pCurConf, &t().EcrConfArray[1]);
   EXPECT_EQ(client_.trace, std::vector<std::string>{"EcrCmdCommand::TradInit"});
   EXPECT_EQ(client_.calls, (std::vector<std::string>{"property 16815 0", "property 16816 0"}));
-  EXPECT_EQ(init(0x7F), 0);
+  EXPECT_EQ(RunInit(0x7F), 0);
   EXPECT_FALSE(t().bProgressZUP);
 }
 
@@ -146,7 +146,7 @@ TEST_F(Init, AMissingDefinitionFileStopsTradInit) {
   EXPECT_FALSE(fresh.TStato.bInitOK);
   EXPECT_EQ(fresh.rtfClient_, nullptr);
   // A good run followed by a bad one keeps the client.
-  EXPECT_EQ(init(), 0);
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_EQ(t().TradInit(none.data(), 0, nullptr, true), 2);
   EXPECT_FALSE(t().TStato.bInitOK);
   EXPECT_EQ(t().rtfClient_, &client_);
@@ -154,28 +154,28 @@ TEST_F(Init, AMissingDefinitionFileStopsTradInit) {
 }
 
 TEST_F(Init, ASecondRunRewritesTheDefaults) {
-  write("words.ini", "[OPCOD]\n10=VEND\n[ERRMSG]\n2=mine\n[TOTG]\n1=total\n");
-  EXPECT_EQ(init(), 0);
+  Write("words.ini", "[OPCOD]\n10=VEND\n[ERRMSG]\n2=mine\n[TOTG]\n1=total\n");
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_STREQ(t().TabErrTradBase[2], "mine");
-  write("words.ini", "[OPCOD]\n10=VEND\n");
-  EXPECT_EQ(init(), 0);
+  Write("words.ini", "[OPCOD]\n10=VEND\n");
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_STREQ(t().TabErrTradBase[2], "INITIALIZATION ERROR ");
   EXPECT_EQ(t().TabDscTotG[1][0], 0);
 }
 
 TEST_F(Init, TheInstallationOfTheRegistryWins) {
-  write("inst/Drivers/MERKELIN.INI", "[OPCOD]\n11=CHIU\n");
-  registry("InstallationDir=" + (directory_ / "inst").string() + "\n");
-  EXPECT_EQ(init(), 0);
+  Write("inst/Drivers/MERKELIN.INI", "[OPCOD]\n11=CHIU\n");
+  Registry("InstallationDir=" + (directory_ / "inst").string() + "\n");
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_STREQ(t().szOpCodes[11], "CHIU");
   EXPECT_STREQ(t().szOpCodes[10], "");
   EXPECT_EQ(t().szInstDir, (directory_ / "inst").string());
 }
 
 TEST_F(Init, FlagsOfTheRegistry) {
-  registry("InstallationDir=" + std::string(90, 'x') +  // too long: counts as missing
+  Registry("InstallationDir=" + std::string(90, 'x') +  // too long: counts as missing
            "\nSendLotteriaAEOnClosure=YES\nAutoCloseOnInactivity=si\nSendZAE=1\nWaitIdle=1\n");
-  EXPECT_EQ(init(), 0);
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_STREQ(t().szOpCodes[10], "VEND");
   EXPECT_TRUE(t().bSendLotteriaAEOnClosure);
   EXPECT_TRUE(t().bAutoCloseOnInactivity);
@@ -185,8 +185,8 @@ TEST_F(Init, FlagsOfTheRegistry) {
 }
 
 TEST_F(Init, AFlagLongerThanTheOneBeforeItCountsAsMissing) {
-  registry("SendLotteriaAEOnClosure=1\nAutoCloseOnInactivity=Yes\nSendZAE=Yes\nWaitIdle=SI\n");
-  EXPECT_EQ(init(), 0);
+  Registry("SendLotteriaAEOnClosure=1\nAutoCloseOnInactivity=Yes\nSendZAE=Yes\nWaitIdle=SI\n");
+  EXPECT_EQ(RunInit(), 0);
   EXPECT_TRUE(t().bSendLotteriaAEOnClosure);
   // "1" took two bytes; "Yes" needs four, is missed, and leaves its size for the next.
   EXPECT_FALSE(t().bAutoCloseOnInactivity);
@@ -196,8 +196,8 @@ TEST_F(Init, AFlagLongerThanTheOneBeforeItCountsAsMissing) {
 
 TEST_F(Init, OtherFlagTextsAreFalse) {
   for (const char* text : {"0", "TRUE", "", "SIX", "11", "no", "0123456789012345678901234567890"}) {
-    registry("SendZAE=" + std::string(text) + "\n");
-    EXPECT_EQ(init(), 0);
+    Registry("SendZAE=" + std::string(text) + "\n");
+    EXPECT_EQ(RunInit(), 0);
     EXPECT_FALSE(t().bSendZAE) << text;
   }
 }

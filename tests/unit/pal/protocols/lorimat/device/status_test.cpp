@@ -20,11 +20,11 @@ class ItemClient : public NullClient {
  public:
   int GetDataInternal(int item, char* text) override {
     read.push_back(item);
-    return give(items, item, text);
+    return Give(items, item, text);
   }
   int GetData(int selector, int*, char* text) override {
     read.push_back(-selector);
-    return give(data, selector, text);
+    return Give(data, selector, text);
   }
   int GetState() override {
     ++polls;
@@ -38,7 +38,7 @@ class ItemClient : public NullClient {
   int busy_polls = 0;
 
  private:
-  static int give(const std::map<int, std::string>& from, int key, char* text) {
+  static int Give(const std::map<int, std::string>& from, int key, char* text) {
     const auto found = from.find(key);
     if (found == from.end()) return RTF_E_NOHARDWARE;
     std::memcpy(text, found->second.c_str(), found->second.size() + 1);
@@ -218,13 +218,13 @@ class Wait : public Status {
   void SetUp() override {
     Status::SetUp();
     slept_ms = sleeps = 0;
-    Thread::set_sleep_function([](int ms) {
+    Thread::SetSleepFunction([](int ms) {
       slept_ms += ms;
       ++sleeps;
     });
   }
   void TearDown() override {
-    Thread::set_sleep_function(nullptr);
+    Thread::SetSleepFunction(nullptr);
     Status::TearDown();
   }
 };

@@ -10,7 +10,7 @@ class ProgramWithoutClient : public TableTest {
   // The handler's answer to the fields of the line.
   int Answer(const std::string& line, int (EcrCmdCommand::*handler)()) {
     translator->rtfClient_ = &device;
-    run(line);
+    Run(line);
     device.calls.clear();
     translator->rtfClient_ = nullptr;
     const int answer = (translator.get()->*handler)();

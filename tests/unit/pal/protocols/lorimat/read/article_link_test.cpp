@@ -14,9 +14,9 @@ class ArticleLink : public TableTest {
  protected:
   ArticleLink() {
     naps.clear();
-    before_ = Thread::set_sleep_function([](int milliseconds) { naps.push_back(milliseconds); });
+    before_ = Thread::SetSleepFunction([](int milliseconds) { naps.push_back(milliseconds); });
   }
-  ~ArticleLink() override { Thread::set_sleep_function(before_); }
+  ~ArticleLink() override { Thread::SetSleepFunction(before_); }
 
  private:
   Thread::SleepFunction before_;
@@ -26,9 +26,9 @@ const std::string kOpen = "UploadTable(1,0,)";
 const std::string kClose = "UploadTable(1,2,)";
 
 TEST_F(ArticleLink, ASyntaxCodeIsNoErrorOfTheDevice) {
-  EXPECT_TRUE(is_device_error(619));
-  EXPECT_TRUE(is_device_error(0x4000 | 0x200 | 5));
-  EXPECT_FALSE(is_device_error(0x4000 | 5));
+  EXPECT_TRUE(IsDeviceError(619));
+  EXPECT_TRUE(IsDeviceError(0x4000 | 0x200 | 5));
+  EXPECT_FALSE(IsDeviceError(0x4000 | 5));
 }
 
 // A device that says it has more articles than there can be, and delivers row after row. It ends
@@ -65,9 +65,9 @@ TEST_F(ArticleLink, ADownloadWithoutEndIsOneThatCannotBeWritten) {
     EndlessArticles endless(kMillion + 100);
     translator->rtfClient_ = &endless;
     EXPECT_EQ(8195,
-              run(std::string("EMLINK CMD='DA', FILE='arts', ERR='errors', SVUOTA") + selection));
+              Run(std::string("EMLINK CMD='DA', FILE='arts', ERR='errors', SVUOTA") + selection));
     EXPECT_EQ("ERROR 32/3 : EM_LINK ERROR  : FILE OPEN ", answer_text);
-    EXPECT_EQ("ERROR 32/3 : EM_LINK ERROR  : FILE OPEN \r\n", file("errors"));
+    EXPECT_EQ("ERROR 32/3 : EM_LINK ERROR  : FILE OPEN \r\n", File("errors"));
     EXPECT_EQ(kMillion + 1, endless.asked);
     EXPECT_EQ(3u * kMillion, std::filesystem::file_size("arts"));  // "R", CR, LF a row
     EXPECT_EQ(0, endless.erased);
@@ -78,22 +78,22 @@ TEST_F(ArticleLink, AMillionArticlesAreTaken) {
   // A selection ends where the device refuses: its rows are whole, and may be erased.
   EndlessArticles selected(kMillion);
   translator->rtfClient_ = &selected;
-  EXPECT_EQ(0, run("EMLINK CMD='DA', FILE='arts', SELEZ=1, SVUOTA"));
+  EXPECT_EQ(0, Run("EMLINK CMD='DA', FILE='arts', SELEZ=1, SVUOTA"));
   EXPECT_EQ(3u * kMillion, std::filesystem::file_size("arts"));
   EXPECT_EQ(1, selected.erased);
   // Without a selection a refusal is an error, told with its code: 107 and the class 512.
   EndlessArticles refused(kMillion);
   translator->rtfClient_ = &refused;
-  EXPECT_EQ(619, run("EMLINK CMD='DA', FILE='arts', SVUOTA"));
+  EXPECT_EQ(619, Run("EMLINK CMD='DA', FILE='arts', SVUOTA"));
   EXPECT_EQ(0, refused.erased);
 }
 
 // --- Erase
 
 TEST_F(ArticleLink, OnlyMinusOneCountsAsUnreachable) {
-  write_file("arts", "");
-  device.refuse("GetIntProperty", 107);
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', AZZERA"));
+  WriteFile("arts", "");
+  device.Refuse("GetIntProperty", 107);
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', AZZERA"));
   EXPECT_EQ((Calls{"GetIntProperty(16020)", "EraseTable(1)", kOpen, kClose}), device.calls);
 }
 
@@ -115,41 +115,41 @@ class ArticleLinkLost : public ArticleLink {
 
 TEST_F(ArticleLinkLost, TheWaitBehindARefusedEraseEndsWithTheFirstAnswer) {
   translator->rtfClient_ = &client;
-  client.refuse("EraseTable", 107);
+  client.Refuse("EraseTable", 107);
   client.failures = 89;
-  write_file("arts", "");
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', AZZERA"));
+  WriteFile("arts", "");
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', AZZERA"));
   EXPECT_EQ(91, client.reads);
   EXPECT_EQ(std::vector<int>(89, 1000), naps);
 }
 
 TEST_F(ArticleLinkLost, TheWaitBehindARefusedEraseHas90Reads) {
   translator->rtfClient_ = &client;
-  client.refuse("EraseTable", 107);
+  client.Refuse("EraseTable", 107);
   client.failures = 90;
-  write_file("arts", "");
-  EXPECT_EQ(1280, run("EMLINK CMD='UA', FILE='arts', AZZERA"));
+  WriteFile("arts", "");
+  EXPECT_EQ(1280, Run("EMLINK CMD='UA', FILE='arts', AZZERA"));
   EXPECT_EQ(91, client.reads);
   EXPECT_EQ(std::vector<int>(90, 1000), naps);
-  EXPECT_TRUE(client.calls_of("UploadTable").empty());
+  EXPECT_TRUE(client.CallsOf("UploadTable").empty());
 }
 
 TEST_F(ArticleLinkLost, ADownloadEndsWithTheSameCode) {
   translator->rtfClient_ = &client;
-  client.refuse("EraseTable", 107);
+  client.Refuse("EraseTable", 107);
   client.failures = 1000;
   client.items[109] = "1";
   client.rows = {"A"};
-  EXPECT_EQ(1280, run("EMLINK CMD='DA', FILE='arts', SVUOTA"));
-  EXPECT_EQ("A\r\n", file("arts"));
+  EXPECT_EQ(1280, Run("EMLINK CMD='DA', FILE='arts', SVUOTA"));
+  EXPECT_EQ("A\r\n", File("arts"));
 }
 
 // --- Fields that are stored
 
 TEST_F(ArticleLink, FieldsGoToTheLinksMembers) {
-  write_file("arts", "");
+  WriteFile("arts", "");
   translator->bFlgFlush = true;
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', BLOCCO, INFO, SELEZ=3, REP=4, FILTRO=7, LIVELLO,"
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', BLOCCO, INFO, SELEZ=3, REP=4, FILTRO=7, LIVELLO,"
                    " OFFLINE, FLUSH, LISTA, SVUOTA, AGGIUNGI"));
   EXPECT_EQ(2, translator->iEM_Cmd);
   EXPECT_FALSE(translator->bEM_FlgReset);
@@ -165,25 +165,25 @@ TEST_F(ArticleLink, FieldsGoToTheLinksMembers) {
   EXPECT_TRUE(translator->bEM_FlgFlush);
   EXPECT_TRUE(translator->bEM_List);
   EXPECT_TRUE(translator->bFlgFlush);
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', BLOCCO=5, LIVELLO=2, FILTRO=0"));
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', BLOCCO=5, LIVELLO=2, FILTRO=0"));
   EXPECT_EQ(5, translator->iEM_FlgBlock);
   EXPECT_EQ(2, translator->iEM_LivTradDC);
   EXPECT_EQ(0, translator->iEM_FiltroMov);
   EXPECT_FALSE(translator->bEM_FlgFlush);
   EXPECT_TRUE(translator->bFlgFlush);  // as it was before the line
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', LIVELLO=3, MOVIM='12345'"));
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', LIVELLO=3, MOVIM='12345'"));
   EXPECT_EQ(0, translator->iEM_LivTradDC);
   EXPECT_EQ(-1, translator->iEM_FiltroMov);
   EXPECT_EQ(0, translator->iEM_SelezFlg);
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', FILTRO=0, MOVIM='123456'"));
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', FILTRO=0, MOVIM='123456'"));
   EXPECT_EQ(1, translator->iEM_FiltroMov);
-  EXPECT_EQ(0, run("EMLINK CMD='UA', FILE='arts', LIVELLO=1, MOVIM='1234567'"));
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts', LIVELLO=1, MOVIM='1234567'"));
   EXPECT_EQ(1, translator->iEM_LivTradDC);
   EXPECT_EQ(-1, translator->iEM_FiltroMov);
 }
 
 TEST_F(ArticleLink, AFailingRunRestoresTheFlushFlagToo) {
-  EXPECT_EQ(8195, run("EMLINK CMD='UA', FILE='none', FLUSH"));
+  EXPECT_EQ(8195, Run("EMLINK CMD='UA', FILE='none', FLUSH"));
   EXPECT_FALSE(translator->bFlgFlush);
 }
 

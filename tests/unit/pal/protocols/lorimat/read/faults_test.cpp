@@ -11,9 +11,9 @@ namespace {
 class TableFaults : public TableTest {
  protected:
   TableFaults() {
-    before_ = Thread::set_sleep_function([](int) {});
+    before_ = Thread::SetSleepFunction([](int) {});
   }
-  ~TableFaults() override { Thread::set_sleep_function(before_); }
+  ~TableFaults() override { Thread::SetSleepFunction(before_); }
 
   // Serves calls until one, which gets the result.
   class Client : public TableDevice {
@@ -114,15 +114,15 @@ class TableFaults : public TableTest {
 
   // Codes that a result may come back as, once and twice through the mapping, and the
   // translator's own.
-  static std::set<long> codes(int result) {
+  static std::set<long> Codes(int result) {
     std::set<long> allowed = {0, 265, 1280, 8193};
     for (int times = 0, code = result; times < 3; ++times) {
-      code = translator_code(code);
+      code = TranslatorCode(code);
       allowed.insert(code);
     }
     return allowed;
   }
-  static int translator_code(int result) {
+  static int TranslatorCode(int result) {
     if (result == -1) return 512;
     return result | (result < 200 ? 0x200 : 0x400);
   }
@@ -132,7 +132,7 @@ class TableFaults : public TableTest {
 };
 
 TEST_F(TableFaults, NoCallOfNoCommandDoesHarm) {
-  write_file("rows", "1\n2\n");
+  WriteFile("rows", "1\n2\n");
   const std::vector<std::string> lines = {
       "PREP REP=1, DES='A'",
       "PGRU GRU=1, DES='A'",
@@ -168,10 +168,10 @@ TEST_F(TableFaults, NoCallOfNoCommandDoesHarm) {
         translator->rtfClient_ = &client;
         translator->pCurConf->iNumSTEN = 2;
         translator->pCurConf->iNumTOTG = 2;
-        const long code = run(line);
-        EXPECT_EQ(1u, codes(result).count(code)) << code;
+        const long code = Run(line);
+        EXPECT_EQ(1u, Codes(result).count(code)) << code;
         if (line.rfind("LEGGI", 0) == 0) {
-          const std::string content = file("d");
+          const std::string content = File("d");
           EXPECT_EQ("PROG INIZIO\r\n", content.substr(0, 13));
           EXPECT_EQ("\r\nENDPROG\r\n", content.substr(content.size() - 11));
         }
@@ -194,7 +194,7 @@ TEST_F(TableFaults, AClientThatThrowsIsAFailureOfTheDevice) {
   };
   Throws client;
   translator->rtfClient_ = &client;
-  EXPECT_EQ(111 | 0x600, run("PSTEN ST=1"));
+  EXPECT_EQ(111 | 0x600, Run("PSTEN ST=1"));
 }
 
 }  // namespace

@@ -8,9 +8,9 @@ using OptionDumps = TableTest;
 
 TEST_F(OptionDumps, NumbersOfAnySizeDoNotOverflow) {
   device.items = {{204, "-99999999999999999999"}, {150, "4294967298"}};
-  EXPECT_EQ(0, run("LEGGI TAB=OPZIONI, FILE='d'"));
+  EXPECT_EQ(0, Run("LEGGI TAB=OPZIONI, FILE='d'"));
   // The contrast of the lowest int: (-2147483648 - 80) / 20 + 1. Others keep 32 bits.
-  EXPECT_EQ("POPZ CONTRASTO=-107374185, OPZ33=2\r\n", file("d"));
+  EXPECT_EQ("POPZ CONTRASTO=-107374185, OPZ33=2\r\n", File("d"));
 }
 
 void OneKeyboard(TableDevice& device, const std::string& count) {
@@ -39,7 +39,7 @@ class EndlessKeys : public NullClient {
 TEST_F(OptionDumps, AKeyboardWithoutEndLeavesTheNextOneWhole) {
   EndlessKeys endless;
   translator->rtfClient_ = &endless;
-  EXPECT_EQ(0, run("LEGGI TAB=TASTIERE, FILE='d', LISTA"));
+  EXPECT_EQ(0, Run("LEGGI TAB=TASTIERE, FILE='d', LISTA"));
   EXPECT_EQ(1000000, endless.first);
   EXPECT_EQ(2, endless.second);
   EXPECT_EQ(
@@ -47,7 +47,7 @@ TEST_F(OptionDumps, AKeyboardWithoutEndLeavesTheNextOneWhole) {
       ";Keyboard Name = 'B', Keyboard id = 2, Keyboard Key Numbers=2\r\n"
       "#43 #1=1, #2=75, #4=2\r\n"
       "#43 #1=2, #2=75, #4=2\r\n",
-      file("d"));
+      File("d"));
 }
 
 TEST_F(OptionDumps, AFullMacroFitsItsLine) {
@@ -59,12 +59,12 @@ TEST_F(OptionDumps, AFullMacroFitsItsLine) {
     text += "MAGGIORAZ ";
   }
   device.keys[1] = {200, 0, macro + macro};  // a record takes 40
-  EXPECT_EQ(0, run("LEGGI TAB=TASTIERE, FILE='d'"));
+  EXPECT_EQ(0, Run("LEGGI TAB=TASTIERE, FILE='d'"));
   EXPECT_EQ(
       ";Keyboard Name = 'CASSA', Keyboard id = 3, Keyboard Key Numbers=1\r\n"
       "PTAST POS=1, COD=MACRO01, MACRO='" +
           text + "', TIPO=3\r\n",
-      file("d"));
+      File("d"));
 }
 
 }  // namespace

@@ -8,8 +8,8 @@ namespace {
 class DumpRoundTrip : public TableTest {
  protected:
   DumpRoundTrip() {
-    set_capacities(device);
-    set_capacities(fresh);
+    SetCapacities(device);
+    SetCapacities(fresh);
     translator->pCurConf->iNumSTEN = 2;
     device.departments[1] = {"L'ORTO ''A''", 15000, 990000, 0, 2, 3, true, false, true, true};
     device.departments[2] = {"PANE; PIZZA, DOLCI=2", 1, 2, 0, 8, 255, false, true, false, false};
@@ -48,7 +48,7 @@ class DumpRoundTrip : public TableTest {
                    {7, {71, 3, ""}}};
   }
 
-  static void set_capacities(TableDevice& d) {
+  static void SetCapacities(TableDevice& d) {
     d.items = {{75, "3"},  {77, "3"},  {78, "2"},      {108, "2"}, {110, "2"},
                {104, "1"}, {105, "3"}, {106, "CASSA"}, {107, "7"}};
     for (int index = 1; index <= 4; ++index) d.groups[index] = {};
@@ -60,45 +60,45 @@ class DumpRoundTrip : public TableTest {
   }
 
   // Dumps one device, loads the file into the other, dumps that.
-  void expect_same(const std::string& tables, const std::string& form) {
+  void ExpectSame(const std::string& tables, const std::string& form) {
     SCOPED_TRACE(tables + form);
     std::string first;
-    for (const char table : tables) first += dump(device, table, form);
-    write_file("load", first);
+    for (const char table : tables) first += Dump(device, table, form);
+    WriteFile("load", first);
     translator->rtfClient_ = &fresh;
-    EXPECT_EQ(0, run("@load,errors"));
-    EXPECT_EQ("", file("errors"));
+    EXPECT_EQ(0, Run("@load,errors"));
+    EXPECT_EQ("", File("errors"));
     std::string second;
-    for (const char table : tables) second += dump(fresh, table, form);
+    for (const char table : tables) second += Dump(fresh, table, form);
     EXPECT_EQ(first, second);
   }
 
-  std::string dump(TableDevice& from, char table, const std::string& form) {
+  std::string Dump(TableDevice& from, char table, const std::string& form) {
     const std::map<char, std::string> numbers = {{'r', "1"}, {'i', "3"}, {'h', "4"},  {'o', "6"},
                                                  {'g', "8"}, {'s', "9"}, {'k', "10"}, {'p', "12"}};
     translator->rtfClient_ = &from;
-    EXPECT_EQ(0, run("LEGGI TAB=" + numbers.at(table) + ", FILE='d', PROG" + form));
-    return file("d");
+    EXPECT_EQ(0, Run("LEGGI TAB=" + numbers.at(table) + ", FILE='d', PROG" + form));
+    return File("d");
   }
 
   TableDevice fresh;
 };
 
 TEST_F(DumpRoundTrip, EveryTableInWords) {
-  for (const char* table : {"r", "i", "h", "o", "g", "s", "k", "p"}) expect_same(table, "");
+  for (const char* table : {"r", "i", "h", "o", "g", "s", "k", "p"}) ExpectSame(table, "");
 }
 
 TEST_F(DumpRoundTrip, EveryTableButDepartmentsInListForm) {
-  for (const char* table : {"i", "h", "o", "g", "s", "k", "p"}) expect_same(table, ", LISTA");
+  for (const char* table : {"i", "h", "o", "g", "s", "k", "p"}) ExpectSame(table, ", LISTA");
 }
 
 TEST_F(DumpRoundTrip, AllTablesTogether) {
-  expect_same("rihogskp", "");
-  expect_same("ihogskp", ", LISTA");
+  ExpectSame("rihogskp", "");
+  ExpectSame("ihogskp", ", LISTA");
 }
 
 TEST_F(DumpRoundTrip, TheLoadedDeviceHoldsTheSameRecords) {
-  expect_same("rgsp", "");
+  ExpectSame("rgsp", "");
   EXPECT_EQ(device.groups, fresh.groups);
   EXPECT_EQ(device.subtenders, fresh.subtenders);
   EXPECT_EQ(device.departments[1], fresh.departments[1]);
@@ -109,22 +109,22 @@ TEST_F(DumpRoundTrip, TheLoadedDeviceHoldsTheSameRecords) {
 }
 
 TEST_F(DumpRoundTrip, ADepartmentInListFormDoesNotLoadBack) {
-  write_file("load", dump(device, 'r', ", LISTA"));
+  WriteFile("load", Dump(device, 'r', ", LISTA"));
   translator->rtfClient_ = &fresh;
   const auto before = fresh.departments;
-  EXPECT_EQ(0, run("@load,errors"));
+  EXPECT_EQ(0, Run("@load,errors"));
   // Every value stands behind #1, and the last one of a line is taken: departments 2 and 1,
   // with nothing to change.
-  EXPECT_EQ("", file("errors"));
+  EXPECT_EQ("", File("errors"));
   EXPECT_EQ(before, fresh.departments);
 }
 
 TEST_F(DumpRoundTrip, AnEmptyTextDoesNotClear) {
   device.groups[1].description = "";
   fresh.groups[1].description = "VECCHIO";
-  write_file("load", dump(device, 'g', ""));
+  WriteFile("load", Dump(device, 'g', ""));
   translator->rtfClient_ = &fresh;
-  EXPECT_EQ(0, run("@load"));
+  EXPECT_EQ(0, Run("@load"));
   EXPECT_EQ("VECCHIO", fresh.groups[1].description);
 }
 

@@ -17,8 +17,8 @@ TEST_F(TableDumps, ATextBeyondItsRecordIsCut) {
   device.headers[1] = text;
   for (const auto& [table, length] :
        std::map<std::string, size_t>{{"1", 127}, {"4", 64}, {"8", 128}, {"9", 63}}) {
-    EXPECT_EQ(0, run("LEGGI FILE='d', TAB=" + table));
-    const std::string content = file("d");
+    EXPECT_EQ(0, Run("LEGGI FILE='d', TAB=" + table));
+    const std::string content = File("d");
     const size_t begin = content.find("'x") + 1;
     EXPECT_EQ(length, content.find('\'', begin) - begin) << table;
   }
@@ -37,7 +37,7 @@ TEST_F(TableDumps, SubtendersWithoutEndAreReadToTheBoundOfTheOtherTables) {
   EndlessSubtenders endless;
   translator->rtfClient_ = &endless;
   translator->pCurConf->iNumSTEN = INT32_MAX;
-  EXPECT_EQ(0, run("LEGGI TAB=PAGAMENTI, FILE='d'"));
+  EXPECT_EQ(0, Run("LEGGI TAB=PAGAMENTI, FILE='d'"));
   EXPECT_EQ(65535, endless.asked);
 }
 

@@ -24,34 +24,34 @@ class WorkState : public TableTest {
     for (int entry = 1; entry <= 8; ++entry) device.vat_rates[entry] = entry * 10000 + 5000;
     for (const GridRow& row : kGrid) {
       for (const int vat : kVatInfo) {
-        set_total(vat, row.gross, cents(vat, row.gross));
-        set_total(vat, row.plain, cents(vat, row.plain));
+        SetTotal(vat, row.gross, Cents(vat, row.gross));
+        SetTotal(vat, row.plain, Cents(vat, row.plain));
       }
     }
-    for (const int vat : kVatInfo) set_total(vat, 26, cents(vat, 26));
+    for (const int vat : kVatInfo) SetTotal(vat, 26, Cents(vat, 26));
     for (const int department : {1, 2}) {
-      for (const int kind : {100, 101, 102}) set_total(department, kind, cents(department, kind));
+      for (const int kind : {100, 101, 102}) SetTotal(department, kind, Cents(department, kind));
     }
     device.departments[1].description = "PANE";
     device.departments[2].description = "L'ORTO";
     translator->pCurConf->iNumTOTG = 2;
   }
 
-  static int cents(int vat, int kind) { return vat * 1000 + kind; }
+  static int Cents(int vat, int kind) { return vat * 1000 + kind; }
   // The device has four decimals; the last two of these are lost.
-  void set_total(int vat, int kind, int amount) {
-    device.totals[text(vat, kind)] = std::to_string(amount) + "99";
+  void SetTotal(int vat, int kind, int amount) {
+    device.totals[Text(vat, kind)] = std::to_string(amount) + "99";
   }
-  static std::string text(int vat, int kind) {
+  static std::string Text(int vat, int kind) {
     return std::to_string(vat) + ",2," + std::to_string(kind);
   }
 };
 
 TEST_F(WorkState, FullAndQuotedDescriptionsOfCounters) {
   std::memset(translator->TabDscTotG[1], '\'', 32);  // a full row has no closing NUL
-  EXPECT_EQ(0, run("LEGGI TAB=STATOLAV, FILE='d'"));
+  EXPECT_EQ(0, Run("LEGGI TAB=STATOLAV, FILE='d'"));
   EXPECT_NE(std::string::npos,
-            file("d").find("\r\n3001,0000000100,-00001,'" + std::string(64, '\'') + "'\r\n"));
+            File("d").find("\r\n3001,0000000100,-00001,'" + std::string(64, '\'') + "'\r\n"));
 }
 
 TEST_F(WorkState, CountersBeyondTheDescriptionsHaveNone) {
@@ -60,8 +60,8 @@ TEST_F(WorkState, CountersBeyondTheDescriptionsHaveNone) {
                          12,  381, 382, 383, 384, 385, 386, 387, 388, 389, 390, 58}) {
     device.items[item] = "0";
   }
-  EXPECT_EQ(0, run("LEGGI TAB=STATOLAV, FILE='d'"));
-  EXPECT_NE(std::string::npos, file("d").find("\r\n3099,-000000001,-00001,''\r\n"
+  EXPECT_EQ(0, Run("LEGGI TAB=STATOLAV, FILE='d'"));
+  EXPECT_NE(std::string::npos, File("d").find("\r\n3099,-000000001,-00001,''\r\n"
                                               "3100,-000000001,-00001,''\r\n"
                                               "3101,-000000001,-00001,''\r\n"));
 }
@@ -71,8 +71,8 @@ TEST_F(WorkState, SeparatorsAndMarksAreTheTranslators) {
   translator->cChQuote = '"';
   translator->cChDate = '-';
   translator->cChTime = '.';
-  EXPECT_EQ(0, run("LEGGI TAB=100, FILE=\"d\""));
-  const std::string content = file("d");
+  EXPECT_EQ(0, Run("LEGGI TAB=100, FILE=\"d\""));
+  const std::string content = File("d");
   EXPECT_EQ("1;\"25-01-26 14.30\"\r\n2;0000001234\r\n", content.substr(0, 34));
   EXPECT_NE(std::string::npos, content.find("\r\n2002;0000002102;0000002101;\"L'ORTO\"\r\n"));
 }

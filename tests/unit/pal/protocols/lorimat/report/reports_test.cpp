@@ -22,13 +22,13 @@ using Calls = std::vector<std::string>;
 
 Calls* recorded = nullptr;  // sleeps go into the same list as the calls
 
-std::string quoted(const char* text) { return '"' + std::string(text) + '"'; }
+std::string Quoted(const char* text) { return '"' + std::string(text) + '"'; }
 
 template <class T>
 std::string shown(T value) {
   return std::to_string(value);
 }
-std::string shown(const char* text) { return quoted(text); }
+std::string shown(const char* text) { return Quoted(text); }
 std::string shown(bool value) { return value ? "true" : "false"; }
 
 class ReportClient : public NullClient {
@@ -52,17 +52,17 @@ class ReportClient : public NullClient {
   }
   int PrintXReportEx(int32_t kind, bool option, const char* format, const char* file,
                      int32_t outputs) override {
-    return call("PrintXReportEx", kind, option, format, file, outputs);
+    return Call("PrintXReportEx", kind, option, format, file, outputs);
   }
   int FiscalReportMessageEx(int32_t source, int32_t filter, int32_t criteria, uint8_t option1,
                             uint8_t option2, uint32_t from_number, uint32_t to_number,
                             const char* from_date, const char* to_date, const char* format,
                             const char* file, int32_t outputs) override {
-    return call("FiscalReportMessageEx", source, filter, criteria, option1, option2, from_number,
+    return Call("FiscalReportMessageEx", source, filter, criteria, option1, option2, from_number,
                 to_number, from_date, to_date, format, file, outputs);
   }
   int ExportTelematicSummary(const char* file) override {
-    return call("ExportTelematicSummary", file);
+    return Call("ExportTelematicSummary", file);
   }
 
   struct State {
@@ -76,7 +76,7 @@ class ReportClient : public NullClient {
 
  private:
   template <class... Arguments>
-  int call(const std::string& name, Arguments... arguments) {
+  int Call(const std::string& name, Arguments... arguments) {
     std::string text;
     ((text += (text.empty() ? "" : ", ") + shown(arguments)), ...);
     calls.push_back(name + "(" + text + ")");
@@ -90,37 +90,37 @@ class ReportHandlers : public ::testing::Test {
   void SetUp() override {
     t().rtfClient_ = &client_;
     recorded = &client_.calls;
-    Thread::set_sleep_function([](int ms) { recorded->push_back("sleep " + std::to_string(ms)); });
+    Thread::SetSleepFunction([](int ms) { recorded->push_back("sleep " + std::to_string(ms)); });
     testing::internal::CaptureStdout();  // the trace of the state words
   }
   void TearDown() override {
     testing::internal::GetCapturedStdout();
-    Thread::set_sleep_function(nullptr);
+    Thread::SetSleepFunction(nullptr);
     recorded = nullptr;
   }
 
   using Fields = std::map<int, std::string>;
-  void fields(const Fields& values) {
+  void SetFields(const Fields& values) {
     for (auto& field : t().szCampi) field[0] = 0;
     for (const auto& [number, value] : values) {
       std::memcpy(t().szCampi[number], value.c_str(), value.size() + 1);
     }
     client_.calls.clear();
   }
-  int report(const Fields& values) {
-    fields(values);
+  int Report(const Fields& values) {
+    SetFields(values);
     return t().Trad_REPORT();
   }
-  int closing(const Fields& values) {
-    fields(values);
+  int Closing(const Fields& values) {
+    SetFields(values);
     return t().Trad_AZZGIO();
   }
-  int journal(const Fields& values) {
-    fields(values);
+  int Journal(const Fields& values) {
+    SetFields(values);
     return t().Trad_DGFE();
   }
-  int telematic(const Fields& values) {
-    fields(values);
+  int Telematic(const Fields& values) {
+    SetFields(values);
     return t().Trad_RTEJ();
   }
 
@@ -215,30 +215,30 @@ TEST_F(ReportHandlers, AFailedStatusLeavesTheMembersInForce) {
 TEST_F(ReportHandlers, ASinkIsToldTheLowerCaseName) {
   Sink sink;
   t().filesettable_ = &sink;
-  EXPECT_EQ(report({{10, "Report.TXT"}}), 0);
+  EXPECT_EQ(Report({{10, "Report.TXT"}}), 0);
   EXPECT_EQ(sink.names, std::vector<std::string>{"report.txt"});
   EXPECT_EQ(client_.calls[1], "PrintXReportEx(1, false, \"txt\", \"report.txt\", 3)");
-  EXPECT_EQ(journal({{1, "010225"}, {6, "J.TXT"}}), 0);
+  EXPECT_EQ(Journal({{1, "010225"}, {6, "J.TXT"}}), 0);
   EXPECT_EQ(sink.names.back(), "j.txt");
-  EXPECT_EQ(telematic({{5, "VERO"}, {7, "T.XML"}}), 0);
+  EXPECT_EQ(Telematic({{5, "VERO"}, {7, "T.XML"}}), 0);
   EXPECT_EQ(sink.names.back(), "T.XML");  // the case stays
-  fields({{7, "L.TXT"}, {5, "VERO"}});
+  SetFields({{7, "L.TXT"}, {5, "VERO"}});
   EXPECT_EQ(t().Trad_SAVELOTT(), 0);
   EXPECT_EQ(sink.names.back(), "l.txt");
 }
 
 TEST_F(ReportHandlers, WithoutAClientReportsAnswer512) {
   t().rtfClient_ = nullptr;
-  EXPECT_EQ(report({}), 512);
-  EXPECT_EQ(closing({{1, "0"}}), 512);
-  EXPECT_EQ(journal({{1, "010225"}}), 512);
-  EXPECT_EQ(telematic({{6, "VERO"}}), 512);
-  fields({{1, "a"}});
+  EXPECT_EQ(Report({}), 512);
+  EXPECT_EQ(Closing({{1, "0"}}), 512);
+  EXPECT_EQ(Journal({{1, "010225"}}), 512);
+  EXPECT_EQ(Telematic({{6, "VERO"}}), 512);
+  SetFields({{1, "a"}});
   EXPECT_EQ(t().Trad_FIRMWAREUPD(), 512);
 }
 
 TEST_F(ReportHandlers, JournalNumbersWrapInsteadOfOverflowing) {
-  EXPECT_EQ(journal({{18, "9999"}, {3, "2147483647"}, {4, "2147483647"}}), 0);
+  EXPECT_EQ(Journal({{18, "9999"}, {3, "2147483647"}, {4, "2147483647"}}), 0);
   EXPECT_EQ(client_.calls, Calls{"FiscalReportMessageEx(1, 65535, 3, 0, 0, 2247473647, "
                                  "2247473647, \"\", \"\", \"txt\", \"\", 1)"});
 }
