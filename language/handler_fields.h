@@ -3,6 +3,7 @@
 // console checks.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 namespace language {
@@ -13,75 +14,25 @@ struct CommandFields {
   int dumped_to = 0;        // dumps write the words of fields up to this number, read or not
 };
 
+// By opcode, ascending.
 inline const std::vector<CommandFields>& handler_fields() {
-  static const std::vector<CommandFields> fields = {
-      {1, {1}},  // read by row for the wrapper of dumps
-      {2, {}},
-      {3, {1, 2, 3, 4, 5, 7}},
-      {4, {}},
-      {5, {}},
-      {8, {}},
-      {9, {1, 2, 3, 4}},
-      {10, {1, 2, 3, 4, 5, 6, 7, 14, 15, 16, 17, 18, 19}},
-      {11, {1, 2}},
-      {12, {1, 2, 3, 5}},
-      {14, {5, 6, 7, 8}},
-      {15, {1, 2, 3, 4, 5}},
-      {16, {1, 2, 3, 5}},
-      {17, {1, 2, 3, 5}},
-      {18, {}},
-      {19, {1, 2}},
-      {20, {1}},
-      {21, {1, 2, 3, 4, 6, 9, 12, 13, 25}},
-      {22, {1, 2, 3, 4, 6, 8, 11, 14, 15, 30}},
-      {23, {1, 2, 4, 5, 6, 7, 8}},
-      {24, {1, 2, 3, 4}},
-      {25, {}},
-      {26, {1, 2, 3, 6, 7, 8, 9, 10, 20}},
-      {27, {1}},
-      {28, {}},
-      {29, {1, 2}},
-      {30, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 16, 17}},
-      {31, {1, 2, 3, 4, 5, 6, 7, 16, 17, 21}},
-      {32, {}},
-      {33, {1, 2}},
-      {34, {1, 2, 3, 4, 5, 6}, 40},
-      {35, {}},
-      {36, {1, 4, 7, 8, 13, 14, 16, 17, 19, 20, 28, 32, 33, 34, 35, 36, 37}},
-      {37, {}},
-      {38, {1, 2}},
-      {39, {1, 2, 3, 4, 5, 6}},
-      {40, {}},
-      {41, {4, 5}},
-      {43, {1, 2, 3, 4}},
-      {45, {}},
-      {46, {}},
-      {47, {}},
-      {48, {1, 2, 7, 8, 9}},
-      {49, {1, 2}},
-      {51, {}},
-      {52, {}},
-      {53, {1, 2, 3, 4, 5}},
-      {54, {1, 2, 3, 4}},
-      {55, {1, 2, 3, 8}},
-      {60, {}},
-      {61, {1, 2, 3}},  // dump lines: no handler, words read by row
-      {63, {1, 2, 3, 4}},
-      {71, {1, 4}},
-      {72, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 14, 17, 18, 19, 20, 21}},
-      {73, {1}},
-      {74, {}},
-      {75, {}},
-      {80, {1, 2, 3, 5}},
-      {120, {}},
-      {121, {3, 4, 5, 6, 7, 8}},
-      {122, {}},
-      {123, {1, 2, 3, 4}},
-      {124, {1, 2, 3, 4, 5}},
-      {125, {1}},
-      {126, {}},
-      {127, {1, 2, 3, 4, 5, 7}},
-  };
+  static const std::vector<CommandFields> fields = [] {
+    constexpr int kHeader = 34;
+    constexpr int kDumpedHeaderLines = 40;
+    std::vector<CommandFields> all = {
+#define LORIMAT_COMMAND(Opcode, Handler, ...) {Opcode, {__VA_ARGS__}},
+#include "pal/protocols/lorimat/commands.inc"
+        // Lines of dumps: no handler, and words that are read by row.
+        {61, {1, 2, 3}},
+        {63, {1, 2, 3, 4}},
+    };
+    std::sort(all.begin(), all.end(),
+              [](const CommandFields& a, const CommandFields& b) { return a.id < b.id; });
+    for (CommandFields& command : all) {
+      if (command.id == kHeader) command.dumped_to = kDumpedHeaderLines;
+    }
+    return all;
+  }();
   return fields;
 }
 

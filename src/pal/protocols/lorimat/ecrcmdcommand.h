@@ -29,71 +29,8 @@ class EcrCmdCommand : public EcrCmdInterpreter {
 
   // Sleeps while the device is busy, 60 seconds at most, in steps of 150 milliseconds.
   void WaitIdle() override;
-  int Trad_PROG() override;
-  int Trad_LEGGI() override;
-  int Trad_IDLE() override;
-  int Trad_SELEZ() override;
-  int Trad_CLEAR() override;
-  int Trad_INP() override;
-  int Trad_CHIU() override;
-  int Trad_SCONTO() override;
-  int Trad_MAGGIORAZIONE() override;
-  int Trad_VIS() override;
-  int Trad_CHIAVE() override;
-  int Trad_PERCA() override;
-  int Trad_PERCB() override;
-  int Trad_SUBT() override;
-  int Trad_CORT() override;
-  int Trad_PRMSG() override;
-  int Trad_ALLEG() override;
-  int Trad_NOFIS() override;
-  int Trad_FATTURA() override;
-  int Trad_NOTACRED() override;
-  int Trad_AZZGIO() override;
-  int Trad_SETCOM() override;
-  int Trad_SLAVE() override;
-  int Trad_EMLINK() override;
-  int Trad_PREP() override;
-  int Trad_PPLU() override;
-  int Trad_PIVA() override;
-  int Trad_PINT() override;
-  int Trad_PMOD() override;
-  int Trad_POPZ() override;
-  int Trad_PVAL() override;
-  int Trad_PGRU() override;
-  int Trad_PSTEN() override;
-  int Trad_PCONV() override;
-  int Trad_PPFATT() override;
-  int Trad_POPER() override;
-  int Trad_PTAST() override;
-  int Trad_PTASTA() override;
-  int Trad_PINIEM() override;
-  int Trad_PSYSF() override;
-  int Trad_LDGRAF() override;
-  int Trad_SETP() override;
-  int Trad_CHIPC() override;
-  int Trad_GETP() override;
-  int Trad_PPLUEM() override;
-  int Trad_POFFEM() override;
-  int Trad_TAVOLO() override;
-  int Trad_REPORT() override;
-  int Trad_FUEL() override;
-  int Trad_INFO() override;
-  int Trad_RTEJ() override;
-  int Trad_DGFE() override;
-  int Trad_CHKSUB() override;
-  int Trad_IOCONTO() override;
-  int Trad_RESPRN() override;
-  int Trad_SCOSIC() override;
-  int Trad_SCOBMP() override;
-  int Trad_DIRECTIO() override;
-  int Trad_DOCANNULLO() override;
-  int Trad_FIRMWAREUPD() override;
-  int Trad_ZREPORTEMAIL() override;
-  int Trad_ENDPROG() override;
-  int Trad_VEND() override;
-  int Trad_SENDLOTT() override;
-  int Trad_SAVELOTT() override;
+#define LORIMAT_HANDLER(Handler) int Handler() override;
+#include "pal/protocols/lorimat/commands.inc"
 
   // --- Initialisation and numeric access to the device (device/init.cpp)
 

@@ -1,7 +1,7 @@
 // EcrCmdInterpreter: the state of the command language and the road of one line
 // through it. It holds the tables that the definition file fills, the fields of the
 // line in hand, the message tables, the device records and the flags, and declares one
-// handler for each command. EcrCmdCommand implements the handlers.
+// handler for each command of commands.inc. EcrCmdCommand implements the handlers.
 //
 // There is one object for the life of the library; nothing in it allocates, and
 // nothing locks: calls come from one thread at a time.
@@ -27,71 +27,8 @@ class EcrCmdInterpreter {
   // hand from szCampi and returns 0 or a result code.
   virtual ~EcrCmdInterpreter();
   virtual void WaitIdle() = 0;
-  virtual int Trad_PROG() = 0;
-  virtual int Trad_LEGGI() = 0;
-  virtual int Trad_IDLE() = 0;
-  virtual int Trad_SELEZ() = 0;
-  virtual int Trad_CLEAR() = 0;
-  virtual int Trad_INP() = 0;
-  virtual int Trad_CHIU() = 0;
-  virtual int Trad_SCONTO() = 0;
-  virtual int Trad_MAGGIORAZIONE() = 0;
-  virtual int Trad_VIS() = 0;
-  virtual int Trad_CHIAVE() = 0;
-  virtual int Trad_PERCA() = 0;
-  virtual int Trad_PERCB() = 0;
-  virtual int Trad_SUBT() = 0;
-  virtual int Trad_CORT() = 0;
-  virtual int Trad_PRMSG() = 0;
-  virtual int Trad_ALLEG() = 0;
-  virtual int Trad_NOFIS() = 0;
-  virtual int Trad_FATTURA() = 0;
-  virtual int Trad_NOTACRED() = 0;
-  virtual int Trad_AZZGIO() = 0;
-  virtual int Trad_SETCOM() = 0;
-  virtual int Trad_SLAVE() = 0;
-  virtual int Trad_EMLINK() = 0;
-  virtual int Trad_PREP() = 0;
-  virtual int Trad_PPLU() = 0;
-  virtual int Trad_PIVA() = 0;
-  virtual int Trad_PINT() = 0;
-  virtual int Trad_PMOD() = 0;
-  virtual int Trad_POPZ() = 0;
-  virtual int Trad_PVAL() = 0;
-  virtual int Trad_PGRU() = 0;
-  virtual int Trad_PSTEN() = 0;
-  virtual int Trad_PCONV() = 0;
-  virtual int Trad_PPFATT() = 0;
-  virtual int Trad_POPER() = 0;
-  virtual int Trad_PTAST() = 0;
-  virtual int Trad_PTASTA() = 0;
-  virtual int Trad_PINIEM() = 0;
-  virtual int Trad_PSYSF() = 0;
-  virtual int Trad_LDGRAF() = 0;
-  virtual int Trad_SETP() = 0;
-  virtual int Trad_CHIPC() = 0;
-  virtual int Trad_GETP() = 0;
-  virtual int Trad_PPLUEM() = 0;
-  virtual int Trad_POFFEM() = 0;
-  virtual int Trad_TAVOLO() = 0;
-  virtual int Trad_REPORT() = 0;
-  virtual int Trad_FUEL() = 0;
-  virtual int Trad_INFO() = 0;
-  virtual int Trad_RTEJ() = 0;
-  virtual int Trad_DGFE() = 0;
-  virtual int Trad_CHKSUB() = 0;
-  virtual int Trad_IOCONTO() = 0;
-  virtual int Trad_RESPRN() = 0;
-  virtual int Trad_SCOSIC() = 0;
-  virtual int Trad_SCOBMP() = 0;
-  virtual int Trad_DIRECTIO() = 0;
-  virtual int Trad_DOCANNULLO() = 0;
-  virtual int Trad_FIRMWAREUPD() = 0;
-  virtual int Trad_ZREPORTEMAIL() = 0;
-  virtual int Trad_ENDPROG() = 0;
-  virtual int Trad_VEND() = 0;
-  virtual int Trad_SENDLOTT() = 0;
-  virtual int Trad_SAVELOTT() = 0;
+#define LORIMAT_HANDLER(Handler) virtual int Handler() = 0;
+#include "pal/protocols/lorimat/commands.inc"
 
   // --- Entry (front/entry.cpp, front/batch.cpp, front/result_text.cpp)
 
