@@ -4,7 +4,7 @@
 
 #include "console/command/shop_options.h"
 #include "console/message/register_text.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat::console {
 namespace {

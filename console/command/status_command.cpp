@@ -16,7 +16,7 @@
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "register/inspect/register_file.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat::console {
 namespace {

@@ -5,7 +5,7 @@
 #include "console/message/register_messages.h"
 #include "console/message/register_text.h"
 #include "console/message/translate.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat::console {
 namespace {
@@ -52,9 +52,9 @@ constexpr FindingRow kRows[] = {
      TR_TEXT("entry {entry}, {name}: its document is missing")},
     {FindingKind::kDocumentUnreadable, "document-unreadable",
      TR_TEXT("entry {entry}, {name}: its document cannot be read")},
-    {FindingKind::kClosingMissing, "closing-missing",
+    {FindingKind::kClosureMissing, "closing-missing",
      TR_TEXT("entry {entry}, {name}: the closing is missing")},
-    {FindingKind::kClosingUnreadable, "closing-unreadable",
+    {FindingKind::kClosureUnreadable, "closing-unreadable",
      TR_TEXT("entry {entry}, {name}: the closing cannot be read")},
     {FindingKind::kInvoiceNumber, "invoice-number",
      TR_TEXT("{name}: its number does not go on from the one before, the next was {expected}")},
@@ -83,13 +83,13 @@ constexpr FindingRow kRows[] = {
      TR_TEXT("the open document: what is noted of it does not agree")},
     {FindingKind::kDocumentCount, "document-count",
      TR_TEXT("documents: {value} were registered, the last one there is the {expected}.")},
-    {FindingKind::kClosingNoEntry, "closing-no-entry",
+    {FindingKind::kClosureNoEntry, "closing-no-entry",
      TR_TEXT("closing {closure:04}: it has no entry in the journal")},
-    {FindingKind::kClosingTotals, "closing-totals",
+    {FindingKind::kClosureTotals, "closing-totals",
      TR_TEXT("{name}: its totals are not the sum of its documents")},
-    {FindingKind::kClosingCounters, "closing-counters",
+    {FindingKind::kClosureCounters, "closing-counters",
      TR_TEXT("{name}: its counters are not those of its documents")},
-    {FindingKind::kClosingGrandTotal, "closing-grand-total",
+    {FindingKind::kClosureGrandTotal, "closing-grand-total",
      TR_TEXT("{name}: the grand total is not that of the days before and this one")},
     {FindingKind::kSummaryWaits, "summary-waits",
      TR_TEXT("closing {closure:04}: its summary waits to be sent, and was sent")},

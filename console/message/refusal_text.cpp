@@ -15,7 +15,7 @@
 #include "register/tables/device_setup.h"
 #include "register/tables/keyboards.h"
 #include "register/value/money.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat::console {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "register/desk/layout.h"
 #include "register/value/device_clock.h"
-#include "register/value/record.h"
 #include "register/value/refusal.h"
+#include "register/value/row_encoding.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {

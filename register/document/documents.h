@@ -68,8 +68,8 @@ struct StoredDocument {
 // and lines are the caller's to fill in.
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
 
-// The sums by VAT entry, department and tender as one text (register/value/record.h), and back;
-// false for a text that is none.
+// The sums by VAT entry, department and tender as one text (register/value/row_encoding.h), and
+// back; false for a text that is none.
 std::string SumsRecord(const StoredDocument& document);
 bool ReadSums(std::string_view text, StoredDocument* document);
 

@@ -6,11 +6,11 @@
 #include "register/desk/clock_check.h"
 #include "register/storage/chain.h"
 #include "register/storage/chain_state.h"
+#include "register/storage/entry_digest.h"
 #include "register/storage/file_check.h"
-#include "register/storage/store_facts.h"
 #include "register/storage/store_rows.h"
 #include "register/storage/work_watch.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {
@@ -301,7 +301,7 @@ class Checker {
     try {
       found = store_.FindClosures(entry.closure, entry.closure);
     } catch (const DamageError&) {
-      Find(FindingKind::kClosingUnreadable, place, entry);
+      Find(FindingKind::kClosureUnreadable, place, entry);
     }
     std::optional<std::string> facts;
     if (found.size() == 1) {
@@ -311,15 +311,15 @@ class Checker {
       // Earlier on nothing tells how many non-fiscal documents the journal does not have.
       if (place <= begun_behind_) counters.non_fiscal = state_->counters().non_fiscal;
       if (closure.totals.ToRecord() != state_->day().ToRecord()) {
-        Find(FindingKind::kClosingTotals, 0, entry);
+        Find(FindingKind::kClosureTotals, 0, entry);
       }
-      if (counters != state_->counters()) Find(FindingKind::kClosingCounters, 0, entry);
+      if (counters != state_->counters()) Find(FindingKind::kClosureCounters, 0, entry);
       if (!Continues(closure.totals, closure.grand_total)) {
-        Find(FindingKind::kClosingGrandTotal, 0, entry);
+        Find(FindingKind::kClosureGrandTotal, 0, entry);
       }
       grand_total_ = closure.grand_total;
     } else {
-      Find(FindingKind::kClosingMissing, place, entry);
+      Find(FindingKind::kClosureMissing, place, entry);
     }
     state_->Close(entry.closure, last_document_);
     return facts;
@@ -395,7 +395,7 @@ class Checker {
         "(SELECT journal.closure FROM journal WHERE kind = ?) ORDER BY number");
     closings.With(static_cast<int>(kJournalClosure));
     while (closings.Step()) {
-      Find({.kind = FindingKind::kClosingNoEntry, .closure = closings.Integer(0)});
+      Find({.kind = FindingKind::kClosureNoEntry, .closure = closings.Integer(0)});
     }
     // Their facts have lines and payments in their order alone.
     Statement places = database_.Prepare(

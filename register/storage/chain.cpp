@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "register/value/digest.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {
@@ -40,19 +40,19 @@ constexpr char kChainedSettings[] =
     "name NOT LIKE 'trailer_line_%'";
 
 std::string TableDigest(Database& database, const ChainedTable& table) {
-  RecordWriter record;
+  RowEncoder record;
   for (Statement row = database.Prepare(table.rows); row.Step();) {
     for (int column = 0; column < table.columns; ++column) record.Text(row.Text(column));
   }
   return Sha256(record.text());
 }
 
-void PutWaiting(const std::set<int64_t>& waiting, RecordWriter* record) {
+void PutWaiting(const std::set<int64_t>& waiting, RowEncoder* record) {
   record->Number(static_cast<int64_t>(waiting.size()));
   for (const int64_t number : waiting) record->Number(number);
 }
 
-void TakeWaiting(RecordReader* record, std::set<int64_t>* waiting) {
+void TakeWaiting(RowDecoder* record, std::set<int64_t>* waiting) {
   for (int64_t left = record->Number(); left > 0 && record->good(); --left) {
     waiting->insert(waiting->end(), record->Number());
   }
@@ -82,7 +82,7 @@ Beginning BeginningNow(Database& database) {
 }
 
 std::string ToRecord(const Beginning& beginning) {
-  RecordWriter record;
+  RowEncoder record;
   record.Number(beginning.last_closure).Number(beginning.next_invoice);
   record.Number(beginning.non_fiscal).Number(beginning.last_document);
   record.Number(static_cast<int64_t>(beginning.periods.size()));
@@ -110,7 +110,7 @@ ChainEvent ReadEvent(const Statement& row) {
 }
 
 std::optional<Beginning> ReadBeginning(std::string_view text) {
-  RecordReader record(text);
+  RowDecoder record(text);
   Beginning beginning;
   beginning.last_closure = record.Number();
   beginning.next_invoice = record.Number();
@@ -129,7 +129,7 @@ std::optional<Beginning> ReadBeginning(std::string_view text) {
 }
 
 std::string EventHash(std::string_view previous, const ChainEvent& event) {
-  RecordWriter text;
+  RowEncoder text;
   text.Text(previous).Text("event").Number(event.place).Number(event.entry);
   text.Number(static_cast<int>(event.kind)).Number(event.time);
   text.Text(event.subject).Text(event.value);
@@ -186,13 +186,13 @@ ProgrammedTexts ProgrammedValues(Database& database, bool settings, bool tables)
 }
 
 std::string ToRecord(const ProgrammedChange& change) {
-  RecordWriter record;
+  RowEncoder record;
   record.Text(change.before).Text(change.after);
   return record.Take();
 }
 
 std::optional<ProgrammedChange> ReadProgrammedChange(std::string_view text) {
-  RecordReader record(text);
+  RowDecoder record(text);
   ProgrammedChange change;
   change.before = record.Text();
   change.after = record.Text();
@@ -201,13 +201,13 @@ std::optional<ProgrammedChange> ReadProgrammedChange(std::string_view text) {
 }
 
 std::string NumbersRecord(const std::set<int64_t>& numbers) {
-  RecordWriter record;
+  RowEncoder record;
   for (const int64_t number : numbers) record.Number(number);
   return record.Take();
 }
 
 std::set<int64_t> ReadNumbers(std::string_view text) {
-  RecordReader record(text);
+  RowDecoder record(text);
   std::set<int64_t> numbers;
   while (record.good() && !record.done()) {
     const int64_t number = record.Number();

@@ -30,8 +30,8 @@ enum class FindingKind {
   kDocumentTwice,        // entry, document
   kDocumentMissing,      // entry, document
   kDocumentUnreadable,   // entry, document
-  kClosingMissing,       // entry, document
-  kClosingUnreadable,    // entry, document
+  kClosureMissing,       // entry, document
+  kClosureUnreadable,    // entry, document
   kInvoiceNumber,        // entry, document; value: its number, expected
   // An event, by its place
   kEventMissing,      // entry
@@ -48,10 +48,10 @@ enum class FindingKind {
   kLineOrder,               // document
   kOpenDocument,
   kDocumentCount,      // value: how many were registered, expected: the last one
-  kClosingNoEntry,     // closure
-  kClosingTotals,      // document
-  kClosingCounters,    // document
-  kClosingGrandTotal,  // document
+  kClosureNoEntry,     // closure
+  kClosureTotals,      // document
+  kClosureCounters,    // document
+  kClosureGrandTotal,  // document
   kSummaryWaits,       // closure: it was sent
   kSummaryWaitsNot,    // closure: it was not
   kLotteryWaits,       // document: it was sent, or has no code

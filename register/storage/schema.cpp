@@ -13,8 +13,8 @@ namespace {
 //
 // Times are numbers that read as YYYYMMDDHHMMSS, amounts ten-thousandths, quantities thousandths,
 // flags 0 and 1. "totals", "sums" and "rows" hold many values in one text
-// (register/value/record.h). What is registered is never changed: what was sent, and which document
-// is void, stands in rows of its own.
+// (register/value/row_encoding.h). What is registered is never changed: what was sent, and which
+// document is void, stands in rows of its own.
 constexpr char kTables[] = R"(
 -- Identity, and what is programmed.
 CREATE TABLE setting (name TEXT PRIMARY KEY, value NOT NULL) WITHOUT ROWID;

@@ -4,9 +4,9 @@
 #include <limits>
 #include <utility>
 
-#include "register/storage/store_facts.h"
+#include "register/storage/entry_digest.h"
 #include "register/storage/store_rows.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {

@@ -1,10 +1,10 @@
 // Documents, journal and closings as rows.
 #include <utility>
 
+#include "register/storage/entry_digest.h"
 #include "register/storage/store.h"
-#include "register/storage/store_facts.h"
 #include "register/storage/store_rows.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {

@@ -6,7 +6,7 @@
 #include "register/paper/barcode.h"
 #include "register/storage/store_rows.h"
 #include "register/storage/store_tables.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {
@@ -17,15 +17,15 @@ constexpr size_t kPieceLines = 1000;
 
 enum RowKind { kCut, kSized, kBarcode, kLogo };
 
-void PutRow(const CutRow&, RecordWriter* record) { record->Number(kCut); }
-void PutRow(const SizedRow& row, RecordWriter* record) { record->Number(kSized).Text(row.sizes); }
-void PutRow(const BarcodeRow& row, RecordWriter* record) {
+void PutRow(const CutRow&, RowEncoder* record) { record->Number(kCut); }
+void PutRow(const SizedRow& row, RowEncoder* record) { record->Number(kSized).Text(row.sizes); }
+void PutRow(const BarcodeRow& row, RowEncoder* record) {
   record->Number(kBarcode).Text(row.type).Text(row.data).Number(row.scale);
   record->Number(row.check_digit ? 1 : 0).Number(static_cast<int>(row.alignment));
 }
-void PutRow(const LogoRow& row, RecordWriter* record) { record->Number(kLogo).Text(row.file); }
+void PutRow(const LogoRow& row, RowEncoder* record) { record->Number(kLogo).Text(row.file); }
 
-bool TakeRow(RecordReader* record, decltype(PaperRow::content)* content) {
+bool TakeRow(RowDecoder* record, decltype(PaperRow::content)* content) {
   switch (record->Int()) {
     case kCut:
       *content = CutRow{};
@@ -64,7 +64,7 @@ void StoreRoll(Database& database, const Paper& paper, const Paper::Extent& from
   auto row = paper.rows().begin() + static_cast<std::ptrdiff_t>(from.rows);
   for (size_t begin = from.lines, end = 0; begin < paper.lines().size(); begin = end) {
     end = std::min(begin + kPieceLines, paper.lines().size());
-    RecordWriter rows;
+    RowEncoder rows;
     for (; row != paper.rows().end() && row->line < end; ++row) {
       rows.Number(static_cast<int64_t>(row->line - begin));
       rows.Number(static_cast<int64_t>(row->line_count));
@@ -92,7 +92,7 @@ Paper LoadRoll(Database& database) {
     for (std::string& line : SplitLines(pieces.Text(2))) paper.Line(std::move(line));
     const size_t lines = paper.lines().size() - begin;
     if (pieces.Integer(1) != static_cast<int64_t>(lines)) database.Damaged("roll");
-    RecordReader rows(pieces.Text(3));
+    RowDecoder rows(pieces.Text(3));
     while (rows.good() && !rows.done()) {
       PaperRow row;
       const int64_t line = rows.Number();

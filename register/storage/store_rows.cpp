@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "register/storage/store_facts.h"
-#include "register/value/record.h"
+#include "register/storage/entry_digest.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "register/storage/chain.h"
 #include "register/storage/store_tables.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -30,7 +30,7 @@ requires std::is_enum_v<Enumeration> std::string ToText(Enumeration value) {
 
 std::optional<int64_t> ReadNumber(std::string_view text) {
   const std::string field = std::string(text) + ' ';
-  const int64_t number = RecordReader(field).Number();
+  const int64_t number = RowDecoder(field).Number();
   // Only what is written here.
   if (std::to_string(number) != text) return std::nullopt;
   return number;
@@ -238,7 +238,7 @@ void LoadSettings(Database& database, RegisterState* state) {
 std::string OpenDocumentRecord(const RegisterState& state, const OpenDocument& document,
                                const Paper& paper) {
   if (state.state == PrinterState::kMonitor) return {};
-  RecordWriter notes;
+  RowEncoder notes;
   notes.Number(static_cast<int>(state.state)).Number(static_cast<int>(document.receipt.kind()));
   notes.Number(TimeNumber(document.begun));
   notes.Number(static_cast<int64_t>(document.receipt.lines().size()));
@@ -269,7 +269,7 @@ void StoreOpenDocument(Database& database, const RegisterState& state, const Ope
 std::optional<StoredOpenDocument> LoadOpenDocument(Database& database) {
   Statement row = database.Prepare("SELECT notes FROM open_document");
   if (!row.Step()) return std::nullopt;
-  RecordReader notes(row.Text(0));
+  RowDecoder notes(row.Text(0));
   StoredOpenDocument document;
   const int state = notes.Int();
   const int kind = notes.Int();

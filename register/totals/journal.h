@@ -41,7 +41,7 @@ struct JournalEntry {
   std::vector<std::string> lines = {};  // as printed, from the header to the cut
   // The registered document that it is of, by its place among them; 0 for none.
   int64_t document = 0;
-  // Chains it to the entry before it (register/storage/store_facts.h): 64 hexadecimal digits.
+  // Chains it to the entry before it (register/storage/entry_digest.h): 64 hexadecimal digits.
   std::string hash = {};
 };
 

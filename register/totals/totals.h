@@ -81,7 +81,7 @@ class Totals {
   DailyTotals Summary() const;
   int documents() const;
 
-  // As one text (register/value/record.h), and back; false for a text that is none.
+  // As one text (register/value/row_encoding.h), and back; false for a text that is none.
   std::string ToRecord() const;
   static bool FromRecord(std::string_view text, Totals* totals);
 

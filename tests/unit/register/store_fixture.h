@@ -19,7 +19,7 @@
 #include "failing_disk.h"
 #include "register/desk/data_items.h"
 #include "register/inspect/register_file.h"
-#include "register/storage/store_facts.h"
+#include "register/storage/entry_digest.h"
 #include "register_fixture.h"
 #include "support/temporary_folder.h"
 

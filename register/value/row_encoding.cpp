@@ -1,4 +1,4 @@
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,14 +7,14 @@
 
 namespace lorimat {
 
-RecordWriter& RecordWriter::Number(int64_t number) {
+RowEncoder& RowEncoder::Number(int64_t number) {
   char digits[24];
   const auto end = std::to_chars(digits, digits + sizeof(digits), number);
   text_.append(digits, end.ptr).push_back(' ');
   return *this;
 }
 
-RecordWriter& RecordWriter::Text(std::string_view text) {
+RowEncoder& RowEncoder::Text(std::string_view text) {
   char digits[24];
   const auto end = std::to_chars(digits, digits + sizeof(digits), text.size());
   text_.append(digits, end.ptr).push_back(':');
@@ -22,7 +22,7 @@ RecordWriter& RecordWriter::Text(std::string_view text) {
   return *this;
 }
 
-bool RecordReader::TakeNumber(char end, int64_t* number) {
+bool RowDecoder::TakeNumber(char end, int64_t* number) {
   const char* first = rest_.data();
   const char* last = first + rest_.size();
   const auto [stop, error] = std::from_chars(first, last, *number);
@@ -34,12 +34,12 @@ bool RecordReader::TakeNumber(char end, int64_t* number) {
   return true;
 }
 
-int64_t RecordReader::Number() {
+int64_t RowDecoder::Number() {
   int64_t number = 0;
   return TakeNumber(' ', &number) ? number : 0;
 }
 
-int RecordReader::Int() {
+int RowDecoder::Int() {
   const int64_t number = Number();
   if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
     good_ = false;
@@ -48,7 +48,7 @@ int RecordReader::Int() {
   return static_cast<int>(number);
 }
 
-std::string_view RecordReader::Text() {
+std::string_view RowDecoder::Text() {
   int64_t size = 0;
   if (!TakeNumber(':', &size)) return {};
   if (size < 0 || static_cast<uint64_t>(size) >= rest_.size() ||

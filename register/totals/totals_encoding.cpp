@@ -2,31 +2,31 @@
 #include <utility>
 
 #include "register/totals/totals.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 namespace {
 
-void Put(int64_t value, RecordWriter* record) { record->Number(value); }
-void Put(const std::string& value, RecordWriter* record) { record->Text(value); }
-void Put(const DepartmentSum& value, RecordWriter* record) {
+void Put(int64_t value, RowEncoder* record) { record->Number(value); }
+void Put(const std::string& value, RowEncoder* record) { record->Text(value); }
+void Put(const DepartmentSum& value, RowEncoder* record) {
   record->Number(value.quantity).Number(value.amount);
 }
-void Put(const VatFigures& value, RecordWriter* record) {
+void Put(const VatFigures& value, RowEncoder* record) {
   for (const TaxedAmount& taxed : value.taxed) record->Number(taxed.amount).Number(taxed.tax);
   for (const EnteredAmount& entered : value.entered) {
     record->Number(entered.amount).Number(entered.taken_back);
   }
 }
 
-void Take(RecordReader* record, int* value) { *value = record->Int(); }
-void Take(RecordReader* record, int64_t* value) { *value = record->Number(); }
-void Take(RecordReader* record, std::string* value) { *value = record->Text(); }
-void Take(RecordReader* record, DepartmentSum* value) {
+void Take(RowDecoder* record, int* value) { *value = record->Int(); }
+void Take(RowDecoder* record, int64_t* value) { *value = record->Number(); }
+void Take(RowDecoder* record, std::string* value) { *value = record->Text(); }
+void Take(RowDecoder* record, DepartmentSum* value) {
   value->quantity = record->Number();
   value->amount = record->Number();
 }
-void Take(RecordReader* record, VatFigures* value) {
+void Take(RowDecoder* record, VatFigures* value) {
   for (TaxedAmount& taxed : value->taxed) {
     taxed.amount = record->Number();
     taxed.tax = record->Number();
@@ -38,7 +38,7 @@ void Take(RecordReader* record, VatFigures* value) {
 }
 
 template <typename Key, typename Value>
-void PutTable(const std::map<Key, Value>& table, RecordWriter* record) {
+void PutTable(const std::map<Key, Value>& table, RowEncoder* record) {
   record->Number(static_cast<int64_t>(table.size()));
   for (const auto& [key, value] : table) {
     Put(key, record);
@@ -47,7 +47,7 @@ void PutTable(const std::map<Key, Value>& table, RecordWriter* record) {
 }
 
 template <typename Key, typename Value>
-void TakeTable(RecordReader* record, std::map<Key, Value>* table) {
+void TakeTable(RowDecoder* record, std::map<Key, Value>* table) {
   for (int64_t left = record->Number(); left > 0 && record->good(); --left) {
     Key key = {};
     Value value = {};
@@ -60,7 +60,7 @@ void TakeTable(RecordReader* record, std::map<Key, Value>* table) {
 }  // namespace
 
 std::string Totals::ToRecord() const {
-  RecordWriter record;
+  RowEncoder record;
   for (const KindTotals& kind : kinds_) {
     record.Number(kind.documents).Number(kind.total).Number(kind.not_paid);
     record.Number(kind.discounts).Number(kind.surcharges);
@@ -76,7 +76,7 @@ std::string Totals::ToRecord() const {
 }
 
 bool Totals::FromRecord(std::string_view text, Totals* totals) {
-  RecordReader record(text);
+  RowDecoder record(text);
   Totals read;
   for (KindTotals& kind : read.kinds_) {
     kind.documents = record.Int();
@@ -100,7 +100,7 @@ bool Totals::FromRecord(std::string_view text, Totals* totals) {
 // --- The sums of a document, likewise.
 
 std::string SumsRecord(const StoredDocument& document) {
-  RecordWriter record;
+  RowEncoder record;
   PutTable(document.by_vat, &record);
   PutTable(document.figures, &record);
   PutTable(document.by_department, &record);
@@ -111,7 +111,7 @@ std::string SumsRecord(const StoredDocument& document) {
 }
 
 bool ReadSums(std::string_view text, StoredDocument* document) {
-  RecordReader record(text);
+  RowDecoder record(text);
   TakeTable(&record, &document->by_vat);
   TakeTable(&record, &document->figures);
   TakeTable(&record, &document->by_department);

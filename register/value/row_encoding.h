@@ -12,10 +12,10 @@
 
 namespace lorimat {
 
-class RecordWriter {
+class RowEncoder {
  public:
-  RecordWriter& Number(int64_t number);
-  RecordWriter& Text(std::string_view text);
+  RowEncoder& Number(int64_t number);
+  RowEncoder& Text(std::string_view text);
 
   const std::string& text() const { return text_; }
   std::string Take() { return std::move(text_); }
@@ -24,10 +24,10 @@ class RecordWriter {
   std::string text_;
 };
 
-// Reads what RecordWriter wrote. Behind the first fault every number is 0 and every text empty.
-class RecordReader {
+// Reads what RowEncoder wrote. Behind the first fault every number is 0 and every text empty.
+class RowDecoder {
  public:
-  explicit RecordReader(std::string_view text) : rest_(text) {}
+  explicit RowDecoder(std::string_view text) : rest_(text) {}
 
   int64_t Number();
   // A number that fits an int; another is a fault.

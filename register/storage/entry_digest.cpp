@@ -1,14 +1,14 @@
-#include "register/storage/store_facts.h"
+#include "register/storage/entry_digest.h"
 
 #include <utility>
 
 #include "register/value/digest.h"
-#include "register/value/record.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat {
 
 std::string DocumentFacts(const StoredDocument& document) {
-  RecordWriter facts;
+  RowEncoder facts;
   facts.Text("document").Number(document.id).Number(static_cast<int>(document.kind));
   facts.Number(document.closure).Number(document.number).Number(TimeNumber(document.time));
   facts.Number(document.operator_number).Number(document.total).Number(document.not_paid);
@@ -31,7 +31,7 @@ std::string DocumentFacts(const StoredDocument& document) {
 
 std::string ClosureFacts(const Closure& closure) {
   const DailyCounters& counters = closure.counters;
-  RecordWriter facts;
+  RowEncoder facts;
   facts.Text("closure").Number(closure.number).Number(TimeNumber(closure.time));
   facts.Number(counters.documents).Number(counters.sales).Number(counters.invoices);
   facts.Number(counters.refunds).Number(counters.cancels).Number(counters.abandoned);
@@ -42,7 +42,7 @@ std::string ClosureFacts(const Closure& closure) {
 
 std::string EntryHash(std::string_view previous, uint64_t place, const JournalEntry& entry,
                       std::string_view facts) {
-  RecordWriter text;
+  RowEncoder text;
   text.Text(previous).Number(static_cast<int64_t>(place)).Number(entry.kind);
   text.Number(entry.closure).Number(entry.number).Number(TimeNumber(entry.time));
   text.Number(entry.document).Number(static_cast<int64_t>(entry.lines.size()));
@@ -52,14 +52,14 @@ std::string EntryHash(std::string_view previous, uint64_t place, const JournalEn
 }
 
 std::string VatRatesRecord(const std::vector<VatRate>& rates) {
-  RecordWriter record;
+  RowEncoder record;
   record.Number(static_cast<int64_t>(rates.size()));
   for (const VatRate& rate : rates) record.Number(rate.rate).Text(rate.mark);
   return record.Take();
 }
 
 bool ReadVatRates(std::string_view text, std::vector<VatRate>* rates) {
-  RecordReader record(text);
+  RowDecoder record(text);
   std::vector<VatRate> read;
   for (int64_t left = record.Number(); left > 0 && record.good(); --left) {
     VatRate rate;
