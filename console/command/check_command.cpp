@@ -1,17 +1,21 @@
-#include "console/command/check_command.h"
+// "lorimat check": looks for faults in definition files and batch files, and runs nothing.
 
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "console/check/batch_check.h"
 #include "console/check/definition_check.h"
 #include "console/check/definition_fault.h"
 #include "console/check/finding.h"
 #include "console/check/language.h"
-#include "console/host/places.h"
+#include "console/command/subcommand.h"
+#include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
 #include "console/message/text.h"
@@ -26,6 +30,34 @@
 
 namespace lorimat::console {
 namespace {
+
+struct CheckOptions {
+  std::vector<std::string> files;  // "-" is standard input
+  std::string language;            // the words of batch files; empty as a host would read them
+  bool language_file = false;      // every file is a definition file
+  bool batch_file = false;         // every file is a batch file; with neither it is found out
+  bool notes = false;              // aliases are told, too
+  bool json = false;
+};
+
+constexpr std::string_view kCheckExamples = TR_TEXT(R"(Examples:
+  lorimat check words.ini
+      Each fault of a definition file, and what the library would do with it.
+  lorimat check receipt.cmd --language words.ini
+      Each line of a batch file against the words of a definition file. Nothing runs.
+  lorimat check --json *.cmd
+      The same for a program.
+
+A file is a definition file when its name ends in .ini or when it begins with a section such as
+[OPCOD]. Findings stand on standard output, with file, line and column:
+  receipt.cmd:7:1: error: no command is called 'VNED'; did you mean VEND? (code 257)
+
+Exit codes:
+  0  no errors; there may be warnings
+  1  at least one error
+  2  wrong use, or a file that cannot be read
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
+)");
 
 enum class FileKind { kUnknown, kDefinition, kBatch };
 
@@ -233,10 +265,33 @@ class Checker {
   bool stopped_ = false;  // by a signal
 };
 
-}  // namespace
+void AddOptions(CLI::App* check, CheckOptions* options) {
+  check->add_option("FILE", options->files, Tr("Files to check; - is standard input"))->required();
+  check
+      ->add_option("--language", options->language,
+                   Tr("Definition file with the words of batch files (default: the one that a host "
+                      "would read)"))
+      ->type_name("FILE");
+  CLI::Option* definition = check->add_flag("--language-file", options->language_file,
+                                            Tr("Take every FILE for a definition file"));
+  check->add_flag("--batch-file", options->batch_file, Tr("Take every FILE for a batch file"))
+      ->excludes(definition);
+  check->add_flag("--notes", options->notes, Tr("Tell also of aliases, which are no fault"));
+  check->add_flag("--json", options->json, Tr("Write JSON"));
+}
 
+// Returns kExitGood, kExitFaults when a file has errors, or kExitNotDone when one cannot be
+// read; the others are checked all the same. A signal ends it within a file, of which nothing is
+// shown, and it returns interrupt_exit().
 int CheckCommand(const CheckOptions& options, Streams& streams) {
   return Checker(options, streams).run();
 }
+
+}  // namespace
+
+const Subcommand kCheckSubcommand = {"check", HelpGroup::kLookIntoLines,
+                                     TR_TEXT("Look for faults in definition files and batch files"),
+                                     kCheckExamples,
+                                     &Prepare<CheckOptions, AddOptions, CheckCommand>};
 
 }  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/command/copy_command.h"
+// "lorimat copy": a whole register in another file.
 
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "console/command/subcommand.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/journal_finding.h"
@@ -22,6 +24,11 @@
 
 namespace lorimat::console {
 namespace {
+
+struct CopyOptions {
+  std::string from;
+  std::string to;
+};
 
 constexpr std::string_view kCopyExamples = TR_TEXT(R"(Examples:
   lorimat copy shop.register home.register
@@ -72,16 +79,12 @@ int Stopped(Streams& streams) {
   return InterruptExit();
 }
 
-}  // namespace
-
-void AddCopy(CLI::App& app, CopyOptions* options) {
-  CLI::App* copy = app.add_subcommand("copy", Tr("Copy a whole register, at any moment"));
+void AddOptions(CLI::App* copy, CopyOptions* options) {
   copy->add_option("FROM", options->from, Tr("The register's file"))->required();
   copy->add_option("TO", options->to, Tr("The copy, a file that must not be there"))->required();
-  RefuseEmptyTexts(copy);
-  copy->footer(std::string(Translated(kCopyExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError: then there is no copy.
 int CopyCommand(const CopyOptions& options, Streams& streams) {
   RequireRegister(options.from);
   RefuseItself(options.from, options.to);
@@ -129,16 +132,17 @@ int CopyCommand(const CopyOptions& options, Streams& streams) {
                    TrCount(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents")))
               : Tr("{}: copy of {}, whose journal has findings\n", Shown(options.to),
                    Shown(options.from));
-  try {
-    streams.Output(text);
-  } catch (const ReaderGone&) {
-    throw;
-  } catch (const Failure& failure) {
-    TellError(streams, Tr("{}: the copy is there and whole, and its report is missing: {}",
-                          Shown(options.to), failure.what()));
-    code = kExitFaults;
-  }
-  return code;
+  const auto missing = [&options](const char* cause) {
+    return Tr("{}: the copy is there and whole, and its report is missing: {}", Shown(options.to),
+              cause);
+  };
+  return WriteReport(streams, text, missing) ? code : kExitFaults;
 }
+
+}  // namespace
+
+const Subcommand kCopySubcommand = {"copy", HelpGroup::kLookAfterRegister,
+                                    TR_TEXT("Copy a whole register, at any moment"), kCopyExamples,
+                                    &Prepare<CopyOptions, AddOptions, CopyCommand>};
 
 }  // namespace lorimat::console

@@ -1,16 +1,20 @@
-#include "console/command/explain_command.h"
+// "lorimat explain": what a result code is, and what causes it.
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "console/check/code_table.h"
+#include "console/command/subcommand.h"
 #include "console/host/answer_text.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -21,6 +25,31 @@
 
 namespace lorimat::console {
 namespace {
+
+struct ExplainOptions {
+  // Decimal, as an answer shows them ("1/9"), or whole answers, whose words may be apart.
+  std::vector<std::string> codes;
+  bool json = false;
+};
+
+constexpr std::string_view kExplainExamples = TR_TEXT(R"(Examples:
+  lorimat explain 265
+      Class, index, text and cause of a result code.
+  lorimat explain 6/107 1231
+      Several codes; the first as an answer shows it, class and index.
+  lorimat explain "ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND"
+      An answer as it was read somewhere; the quotes may be left out.
+  lorimat explain --json 1643
+      The same for a program.
+
+A code of the device client bears the bit of a class, and some commands add it twice: 107 (no
+hardware) reads 619 once and 1643 twice. The answer shows the bits as a sum, 6 for 2 and 4.
+
+Exit codes:
+  0  every code was explained
+  1  a code is none that the library gives
+  2  wrong use, or a text that is no code
+)");
 
 constexpr size_t kWrapAt = 78;
 constexpr size_t kIndent = 10;
@@ -244,8 +273,16 @@ Json AsJson(const Explanation& explanation) {
   return out;
 }
 
-}  // namespace
+void AddOptions(CLI::App* explain, ExplainOptions* options) {
+  explain
+      ->add_option("CODE", options->codes,
+                   Tr("Result codes: 265, 1/9 as an answer shows it, or the text of an answer"))
+      ->required();
+  explain->add_flag("--json", options->json, Tr("Write JSON"));
+}
 
+// Returns kExitGood, or kExitFaults when a code is none that the library can give. Throws Failure
+// for a text that is no code.
 int ExplainCommand(const ExplainOptions& options, Streams& streams) {
   MessageTexts texts;
   const std::vector<int> codes = ReadCodes(options.codes, texts);
@@ -265,5 +302,11 @@ int ExplainCommand(const ExplainOptions& options, Streams& streams) {
   streams.Output(options.json ? JsonText(all) : out);
   return unknown ? kExitFaults : kExitGood;
 }
+
+}  // namespace
+
+const Subcommand kExplainSubcommand = {
+    "explain", HelpGroup::kLookIntoLines, TR_TEXT("Tell what a result code is and what causes it"),
+    kExplainExamples, &Prepare<ExplainOptions, AddOptions, ExplainCommand>};
 
 }  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/command/fault_command.h"
+// "lorimat fault": the faults that a register can be made to suffer, and its plan of them.
 
 #include <fmt/format.h>
 
@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "console/command/subcommand.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
@@ -24,7 +26,20 @@
 namespace lorimat::console {
 namespace {
 
-const char* const kFaultExamples = TR_TEXT(R"(Examples:
+struct FaultOptions {
+  std::string register_file;
+  std::string name;         // of the fault; empty lists
+  std::optional<int> code;  // behind the name "code"
+  bool next = false;
+  std::optional<int> nth;
+  bool every = false;
+  std::optional<int> times;
+  std::string operation;
+  bool clear = false;
+  bool json = false;
+};
+
+constexpr std::string_view kFaultExamples = TR_TEXT(R"(Examples:
   lorimat fault --register shop.register
       The faults there are, and those that wait in the register.
   lorimat fault paper-end --register shop.register
@@ -179,11 +194,7 @@ lorimat::Fault NewFault(const FaultOptions& options) {
   return fault;
 }
 
-}  // namespace
-
-void AddFault(CLI::App& app, FaultOptions* options) {
-  CLI::App* fault =
-      app.add_subcommand("fault", Tr("List the faults of a register, plan one or clear the plan"));
+void AddOptions(CLI::App* fault, FaultOptions* options) {
   AddRegisterOption(fault, &options->register_file);
   CLI::Option* name = fault->add_option("FAULT", options->name, Tr("The fault to plan"));
   fault->add_option("CODE", options->code, Tr("The result code, for the fault \"code\""));
@@ -208,10 +219,9 @@ void AddFault(CLI::App& app, FaultOptions* options) {
       ->needs(name);
   fault->add_flag("--clear", options->clear, Tr("Take all faults off the plan"))->excludes(name);
   fault->add_flag("--json", options->json, Tr("List as JSON"))->excludes(name);
-  RefuseEmptyTexts(fault);
-  fault->footer(std::string(Translated(kFaultExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError.
 int FaultCommand(const FaultOptions& options, Streams& streams) {
   if (options.name.empty() && !options.clear) return List(options, streams);
   const lorimat::FaultPlan plan = lorimat::RegisterFile::ChangeFaults(
@@ -225,5 +235,12 @@ int FaultCommand(const FaultOptions& options, Streams& streams) {
   streams.Output(PlanAsText(options.register_file, plan));
   return kExitGood;
 }
+
+}  // namespace
+
+const Subcommand kFaultSubcommand = {
+    "fault", HelpGroup::kLookAfterRegister,
+    TR_TEXT("List the faults of a register, plan one or clear the plan"), kFaultExamples,
+    &Prepare<FaultOptions, AddOptions, FaultCommand>};
 
 }  // namespace lorimat::console

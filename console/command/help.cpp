@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "console/host/places.h"
+#include "console/host/installed_files.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/terminal/suggestion.h"
@@ -24,10 +24,10 @@ class HelpFormatter : public CLI::Formatter {
   }
   // Names of earlier times work and are not shown.
   std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
-    constexpr std::string_view kOlder = ",--output";
+    constexpr std::string_view kHiddenName = ",--output";
     std::string names = CLI::Formatter::make_option_name(option, is_positional);
-    if (const size_t at = names.find(kOlder); at != std::string::npos) {
-      names.erase(at, kOlder.size());
+    if (const size_t at = names.find(kHiddenName); at != std::string::npos) {
+      names.erase(at, kHiddenName.size());
     }
     return names;
   }
@@ -56,24 +56,6 @@ constexpr std::string_view kUsageErrors[] = {
     TR_TEXT("{} requires {}"),
 };
 
-// The commands by purpose, as the program's help lists them.
-struct Purpose {
-  std::string_view heading;
-  std::vector<std::string_view> commands;
-};
-
-const std::vector<Purpose>& Purposes() {
-  static const std::vector<Purpose> all = {
-      {TR_TEXT("Set up a register"), {"init", "set"}},
-      {TR_TEXT("Run lines"), {"run", "shell"}},
-      {TR_TEXT("Look into lines, words and codes"), {"check", "words", "explain"}},
-      {TR_TEXT("Look at a register"), {"status", "paper", "journal"}},
-      {TR_TEXT("Look after a register"), {"fault", "copy", "backup", "restore"}},
-      {TR_TEXT("Look up the program"), {"help", "version"}},
-  };
-  return all;
-}
-
 constexpr std::string_view kExamples = TR_TEXT(R"(Examples:
   lorimat run examples/receipt.cmd
       Runs the lines of a file and prints the receipt.
@@ -90,17 +72,6 @@ Exit codes:
   2  wrong use, or what was asked for could not be done
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
-
-void SortByPurpose(CLI::App& app) {
-  for (CLI::App* command : app.get_subcommands({})) {
-    for (const Purpose& purpose : Purposes()) {
-      const auto& names = purpose.commands;
-      if (std::find(names.begin(), names.end(), command->get_name()) != names.end()) {
-        command->group(std::string(Translated(purpose.heading)));
-      }
-    }
-  }
-}
 
 bool StartsAsOption(std::string_view argument) {
   return argument.size() > 1 && argument.front() == '-';
@@ -187,6 +158,24 @@ void GiveWords(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) 
 
 }  // namespace
 
+std::string HelpHeading(HelpGroup group) {
+  switch (group) {
+    case HelpGroup::kSetUpRegister:
+      return Tr("Set up a register");
+    case HelpGroup::kRunLines:
+      return Tr("Run lines");
+    case HelpGroup::kLookIntoLines:
+      return Tr("Look into lines, words and codes");
+    case HelpGroup::kLookAtRegister:
+      return Tr("Look at a register");
+    case HelpGroup::kLookAfterRegister:
+      return Tr("Look after a register");
+    case HelpGroup::kLookUpProgram:
+      return Tr("Look up the program");
+  }
+  return {};
+}
+
 void TranslateHelp(CLI::App& app) {
   const auto formatter = std::make_shared<HelpFormatter>();
   formatter->column_width(app.get_formatter()->get_column_width());
@@ -208,7 +197,6 @@ void TranslateHelp(CLI::App& app) {
   formatter->label("OPERATION", Tr("OPERATION"));
   formatter->label("N|DATE", Tr("N|DATE"));
   formatter->label("\"YYYY-MM-DD HH:MM\"", Tr("\"YYYY-MM-DD HH:MM\""));
-  SortByPurpose(app);
   app.footer(std::string(Translated(kExamples)));
   GiveWords(app, formatter);
 }

@@ -3,12 +3,17 @@
 
 #include <string>
 
+#include "console/command/subcommand.h"
+
 namespace CLI {
 class App;
 class Error;
 }  // namespace CLI
 
 namespace lorimat::console {
+
+// What stands above the subcommands of a group.
+std::string HelpHeading(HelpGroup group);
 
 // Gives the headings and marks of all help texts their words. Called when all options and
 // subcommands are there.

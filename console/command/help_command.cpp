@@ -1,16 +1,23 @@
-#include "console/command/help_command.h"
+// "lorimat help": the word that people type before they know the options.
 
 #include <CLI/CLI.hpp>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "console/command/help.h"
-#include "console/host/register_options.h"
+#include "console/command/subcommand.h"
 #include "console/message/failure.h"
 #include "console/message/translate.h"
 #include "console/terminal/pager.h"
 
 namespace lorimat::console {
 namespace {
+
+struct HelpOptions {
+  CLI::App* program = nullptr;
+  std::vector<std::string> command;  // "run", or "journal" and "show"; empty is the program
+};
 
 constexpr std::string_view kHelpExamples = TR_TEXT(R"(Examples:
   lorimat help run
@@ -25,31 +32,14 @@ Exit codes:
   2  wrong use, or there is no such command
 )");
 
-constexpr std::string_view kVersionExamples = TR_TEXT(R"(Examples:
-  lorimat version
-      What "lorimat --version" shows.
-
-Exit codes:
-  0  the version was shown
-  2  wrong use
-)");
-
-}  // namespace
-
-void AddHelp(CLI::App& app, HelpOptions* options) {
-  CLI::App* help = app.add_subcommand("help", Tr("Show the help of the program or of a command"));
+void AddOptions(CLI::App* help, HelpOptions* options) {
+  options->program = help->get_parent();
   help->add_option("COMMAND", options->command, Tr("A command, such as run or journal show"));
-  RefuseEmptyTexts(help);
-  help->footer(std::string(Translated(kHelpExamples)));
 }
 
-void AddVersion(CLI::App& app) {
-  CLI::App* version = app.add_subcommand("version", Tr("Show the version"));
-  version->footer(std::string(Translated(kVersionExamples)));
-}
-
-int HelpCommand(const HelpOptions& options, CLI::App& app, Streams& streams) {
-  CLI::App* command = &app;
+// What "--help" of the command shows. Throws Failure when there is no such command.
+int HelpCommand(const HelpOptions& options, Streams& streams) {
+  CLI::App* command = options.program;
   std::string in_front;
   for (const std::string& name : options.command) {
     const std::vector<CLI::App*> found =
@@ -59,14 +49,15 @@ int HelpCommand(const HelpOptions& options, CLI::App& app, Streams& streams) {
     command = found.front();
   }
   // A program that has read its arguments shows the help of the command that they named.
-  app.clear();
+  options.program->clear();
   ShowHelp(streams, command->help(in_front));
   return kExitGood;
 }
 
-int VersionCommand(Streams& streams) {
-  streams.Output("lorimat " LORIMAT_VERSION "\n");
-  return kExitGood;
-}
+}  // namespace
+
+const Subcommand kHelpSubcommand = {"help", HelpGroup::kLookUpProgram,
+                                    TR_TEXT("Show the help of the program or of a command"),
+                                    kHelpExamples, &Prepare<HelpOptions, AddOptions, HelpCommand>};
 
 }  // namespace lorimat::console

@@ -1,14 +1,17 @@
-#include "console/command/init_command.h"
+// "lorimat init": a new register in a file, with the shop's own numbers, lines and tables.
 
 #include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
+#include <string>
 #include <string_view>
 
-#include "console/command/backup/restore_command.h"
+#include "console/command/backup/table_loading.h"
 #include "console/command/backup/table_session.h"
+#include "console/command/shop_options.h"
+#include "console/command/subcommand.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/register_messages.h"
@@ -21,6 +24,14 @@
 
 namespace lorimat::console {
 namespace {
+
+struct InitOptions {
+  std::string file;
+  ShopOptions shop;
+  std::string from;
+  std::string language;
+  std::string library;
+};
 
 constexpr std::string_view kInitExamples = TR_TEXT(R"(Examples:
   lorimat init shop.register
@@ -89,17 +100,13 @@ int Save(lorimat::VirtualRegister& device, const InitOptions& options, int code,
                             Shown(options.file), SystemMessage(error)));
     code = kExitFaults;
   }
-  try {
-    streams.Output(Tr("{}: a new register, serial number {}\n", Shown(options.file),
-                      Shown(device.tables().settings().serial_number)));
-  } catch (const ReaderGone&) {
-    throw;
-  } catch (const Failure& failure) {
-    TellError(streams, Tr("{}: the register is there and whole, and its report is missing: {}",
-                          Shown(options.file), failure.what()));
-    code = kExitFaults;
-  }
-  return code;
+  const std::string report = Tr("{}: a new register, serial number {}\n", Shown(options.file),
+                                Shown(device.tables().settings().serial_number));
+  const auto missing = [&options](const char* cause) {
+    return Tr("{}: the register is there and whole, and its report is missing: {}",
+              Shown(options.file), cause);
+  };
+  return WriteReport(streams, report, missing) ? code : kExitFaults;
 }
 
 // With the tables of a backup, which the library loads; what the options say goes before them.
@@ -126,10 +133,7 @@ int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams
   return Save(session.device(), options, code, streams);
 }
 
-}  // namespace
-
-void AddInit(CLI::App& app, InitOptions* options) {
-  CLI::App* init = app.add_subcommand("init", Tr("Make a new register in a file"));
+void AddOptions(CLI::App* init, InitOptions* options) {
   init->add_option("FILE", options->file, Tr("The register's file, which must not be there"))
       ->required();
   AddShopOptions(init, &options->shop);
@@ -137,10 +141,9 @@ void AddInit(CLI::App& app, InitOptions* options) {
                    Tr("Folder of a backup, whose tables the register gets"))
       ->type_name("DIR");
   AddLanguageOptions(init, &options->language, &options->library);
-  RefuseEmptyTexts(init);
-  init->footer(std::string(Translated(kInitExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError: then there is no such file.
 int InitCommand(const InitOptions& options, Streams& streams) {
   RequireNewName(options.file);
   const ShopValues values = ReadShopOptions(options.shop);
@@ -155,5 +158,11 @@ int InitCommand(const InitOptions& options, Streams& streams) {
   SetUp(device, values);
   return Save(device, options, kExitGood, streams);
 }
+
+}  // namespace
+
+const Subcommand kInitSubcommand = {"init", HelpGroup::kSetUpRegister,
+                                    TR_TEXT("Make a new register in a file"), kInitExamples,
+                                    &Prepare<InitOptions, AddOptions, InitCommand>};
 
 }  // namespace lorimat::console

@@ -1,15 +1,20 @@
-#include "console/command/journal_command.h"
+// "lorimat journal": the journal of a register's file, as a list, entry by entry, and checked
+// against its chain of hashes.
 
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "console/command/subcommand.h"
 #include "console/host/clock_text.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
@@ -30,7 +35,23 @@
 namespace lorimat::console {
 namespace {
 
-const char* const kJournalExamples = TR_TEXT(R"(Examples:
+struct JournalOptions {
+  std::string register_file;
+  bool json = false;
+  // The list.
+  std::string from;  // a closure, or a date of clock_text.h; empty: the first
+  std::string to;    // the same; empty: the last
+  std::vector<std::string> kinds;
+  bool follow = false;
+  // "show" and "verify" have --register and --json of their own.
+  bool show = false;
+  uint64_t place = 0;
+  bool verify = false;
+  std::string nested_register_file;
+  size_t outer_registers = 0;  // --register in front of their names
+};
+
+constexpr std::string_view kJournalExamples = TR_TEXT(R"(Examples:
   lorimat journal --register shop.register
       The entries of the journal, one a line.
   lorimat journal --register shop.register --from 12 --to 14 --kind closing
@@ -405,11 +426,7 @@ void RequireOneRegister(const JournalOptions& options) {
   if (count > 1) throw CLI::ArgumentMismatch::AtMost("--register", 1, count);
 }
 
-}  // namespace
-
-void AddJournal(CLI::App& app, JournalOptions* options) {
-  CLI::App* journal =
-      app.add_subcommand("journal", Tr("List, show and verify a register's journal"));
+void AddOptions(CLI::App* journal, JournalOptions* options) {
   AddRegisterOption(journal, &options->register_file);
   journal->add_option("--from", options->from, Tr("From this closing or date on"))
       ->type_name("N|DATE");
@@ -423,7 +440,6 @@ void AddJournal(CLI::App& app, JournalOptions* options) {
   journal->add_flag("--follow", options->follow,
                     Tr("Go on with what comes, until Ctrl-C or the file is gone"));
   journal->require_subcommand(0, 1);
-  journal->footer(std::string(Translated(kJournalExamples)));
 
   CLI::App* show_entry = journal->add_subcommand("show", Tr("Show an entry as it was printed"));
   show_entry->add_option("PLACE", options->place, Tr("Its place in the list"))
@@ -444,10 +460,9 @@ void AddJournal(CLI::App& app, JournalOptions* options) {
     RequireOneRegister(*options);
   });
   verify_all->footer(std::string(Translated(kVerifyExamples)));
-
-  for (CLI::App* command : {journal, show_entry, verify_all}) RefuseEmptyTexts(command);
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError.
 int JournalCommand(const JournalOptions& options, Streams& streams) {
   const std::string& named =
       options.nested_register_file.empty() ? options.register_file : options.nested_register_file;
@@ -466,5 +481,11 @@ int JournalCommand(const JournalOptions& options, Streams& streams) {
   }
   return kExitGood;
 }
+
+}  // namespace
+
+const Subcommand kJournalSubcommand = {
+    "journal", HelpGroup::kLookAtRegister, TR_TEXT("List, show and verify a register's journal"),
+    kJournalExamples, &Prepare<JournalOptions, AddOptions, JournalCommand>};
 
 }  // namespace lorimat::console

@@ -1,13 +1,15 @@
-#include "console/command/paper_command.h"
+// "lorimat paper": the roll of a register's file as text and as pictures.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
-#include "console/command/paper_places.h"
+#include "console/command/paper_outputs.h"
+#include "console/command/subcommand.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
@@ -22,7 +24,16 @@
 namespace lorimat::console {
 namespace {
 
-const char* const kPaperExamples = TR_TEXT(R"(Examples:
+struct PaperOptions {
+  std::string register_file;
+  size_t last = 0;    // documents from the end; 0 takes all of the roll
+  std::string paper;  // of the text; empty is standard output, unless pictures are asked for
+  std::string png;
+  std::string pdf;
+  bool follow = false;
+};
+
+constexpr std::string_view kPaperExamples = TR_TEXT(R"(Examples:
   lorimat paper --register shop.register
       The roll as text.
   lorimat paper --register shop.register --last 1 --png receipt.png
@@ -69,10 +80,7 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
   return FollowRegister(file, name, next, streams);
 }
 
-}  // namespace
-
-void AddPaper(CLI::App& app, PaperOptions* options) {
-  CLI::App* paper = app.add_subcommand("paper", Tr("Write the roll of a register's file"));
+void AddOptions(CLI::App* paper, PaperOptions* options) {
   AddRegisterOption(paper, &options->register_file);
   paper->add_option("--last", options->last, Tr("Only the last N documents"))
       ->type_name("N")
@@ -86,34 +94,33 @@ void AddPaper(CLI::App& app, PaperOptions* options) {
       ->type_name("FILE");
   paper->add_flag("--follow", options->follow,
                   Tr("Go on with what comes, until Ctrl-C or the file is gone"));
-  RefuseEmptyTexts(paper);
-  paper->footer(std::string(Translated(kPaperExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError.
 int PaperCommand(const PaperOptions& options, Streams& streams) {
   const std::string& file = RequireRegister(options.register_file);
   if (options.follow) return FollowPaper(options, file, streams);
   const lorimat::Paper roll = lorimat::RegisterFile(file).Roll(options.last);
-  std::vector<PaperPlace> places;
+  std::vector<PaperOutput> outputs;
   if (!options.paper.empty() || (options.png.empty() && options.pdf.empty())) {
-    places.push_back(
+    outputs.push_back(
         {{options.paper.empty() ? "-" : options.paper, "--paper", Tr("the paper's text")},
          [&roll](const auto&) { return roll.text(); },
          false});
   }
   if (!options.png.empty()) {
-    places.push_back({{options.png, "--png", Tr("the PNG")}, [&roll](const auto& progress) {
-                        return lorimat::RenderPng(roll, progress);
-                      }});
+    outputs.push_back({{options.png, "--png", Tr("the PNG")}, [&roll](const auto& progress) {
+                         return lorimat::RenderPng(roll, progress);
+                       }});
   }
   if (!options.pdf.empty()) {
-    places.push_back({{options.pdf, "--pdf", Tr("the PDF")}, [&roll](const auto& progress) {
-                        return lorimat::RenderPdf(roll, progress);
-                      }});
+    outputs.push_back({{options.pdf, "--pdf", Tr("the PDF")}, [&roll](const auto& progress) {
+                         return lorimat::RenderPdf(roll, progress);
+                       }});
   }
-  RequireApart(NamesOf(places), RegisterFiles(file));
+  RequireApart(NamesOf(outputs), RegisterFiles(file));
   const bool caller_wants_error = IgnoreBrokenPipe();
-  const PaperPlaces::Outcome outcome = PaperPlaces(std::move(places), streams).write();
+  const PaperOutputs::Outcome outcome = PaperOutputs(std::move(outputs), streams).write();
   if (!outcome.reader_gone) {
     if (outcome.failed) return kExitNotDone;
     return outcome.stopped ? InterruptExit() : kExitGood;
@@ -122,5 +129,11 @@ int PaperCommand(const PaperOptions& options, Streams& streams) {
   TellError(streams, Tr("cannot write to standard output: {}", SystemMessage(EPIPE)));
   return kExitNotDone;
 }
+
+}  // namespace
+
+const Subcommand kPaperSubcommand = {"paper", HelpGroup::kLookAtRegister,
+                                     TR_TEXT("Write the roll of a register's file"), kPaperExamples,
+                                     &Prepare<PaperOptions, AddOptions, PaperCommand>};
 
 }  // namespace lorimat::console

@@ -1,31 +1,35 @@
-#include "console/command/run_command.h"
+// "lorimat run": runs a file of command lines as a host does, and prints the paper.
 
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <new>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "console/check/language.h"
-#include "console/command/paper_places.h"
+#include "console/command/paper_outputs.h"
+#include "console/command/subcommand.h"
 #include "console/host/batch_refusals.h"
 #include "console/host/batch_request.h"
 #include "console/host/batch_run.h"
 #include "console/host/batch_stop.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/failure_report.h"
+#include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/line_hints.h"
 #include "console/host/memory_watch.h"
 #include "console/host/open_document.h"
-#include "console/host/places.h"
 #include "console/host/register_client.h"
+#include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
@@ -38,6 +42,54 @@
 
 namespace lorimat::console {
 namespace {
+
+struct RunOptions {
+  std::string file;           // "-" is standard input
+  std::string language;       // definition file; empty takes the one beside the program
+  std::string paper;          // empty, or "-", is standard output
+  std::string png;            // empty for no such picture of the paper; "-" is standard output
+  std::string pdf;            // the same
+  std::string library;        // empty takes the one beside the program
+  std::string trace;          // empty discards the library's own lines; "-" is standard error
+  std::string register_file;  // where the register is kept; empty keeps it in memory
+  std::string clock;          // date and time; empty takes the computer's clock
+  bool batch = false;
+  bool stop_on_error = false;
+  bool terse = false;  // failing lines without their explanation and the summary
+  bool verbose = false;
+};
+
+constexpr std::string_view kRunExamples = TR_TEXT(R"(Examples:
+  lorimat run examples/receipt.cmd
+      Runs the lines and prints the receipt.
+  lorimat run receipt.cmd --paper receipt.txt --clock "2024-03-15 10:30"
+      Keeps the paper in a file, with a clock that gives the same paper each time.
+  lorimat run receipt.cmd --paper receipt.txt --png receipt.png --pdf receipt.pdf
+      Draws it besides, with its barcodes and logos.
+  lorimat run receipt.cmd --batch
+      Lets the library run the file itself, as one "@" line.
+  printf 'VEND REP=1, PRE=2.50\nCHIU\n' | lorimat run -
+      Reads the lines from standard input.
+  lorimat run receipt.cmd --register shop.register
+      On a register that is kept in a file, which is made when it is not there.
+
+The paper goes to standard output, everything else to standard error. A failing line does not
+end the run, as it does not in a host. Each is shown with its number, result code and text, with
+the place where the line is wrong, and with what causes the code:
+  receipt.cmd:7: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND
+      VNED REP=1, PRE=1.00
+      ^
+    no command is called 'VNED'; did you mean VEND?
+Of one code 20 lines are shown, and all are counted in the table at the end. --terse shows every
+line without its cause.
+
+Exit codes:
+  0  every line ran
+  1  at least one line failed
+  2  wrong use, or the run, its paper or its register could not be done
+  130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP; the paper is written
+  141  nobody reads standard output any more
+)");
 
 constexpr size_t kShownLine = 100;  // of an "@" line
 
@@ -225,27 +277,27 @@ void RequireBatchFile(const RunOptions& options, const LineReader& reader) {
 // --- The paper, and the register's file.
 
 // Of a client that is there once the paper is written.
-std::vector<PaperPlace> PlacesOfPaper(const RunOptions& options,
-                                      const std::optional<RegisterClient>& client) {
-  std::vector<PaperPlace> places = {
+std::vector<PaperOutput> OutputsOfPaper(const RunOptions& options,
+                                        const std::optional<RegisterClient>& client) {
+  std::vector<PaperOutput> outputs = {
       {{options.paper.empty() ? "-" : options.paper, "--paper", Tr("the paper's text")},
        [&client](const auto&) { return client->paper(); },
        false}};
   if (!options.png.empty()) {
-    places.push_back({{options.png, "--png", Tr("the PNG")},
-                      [&client](const auto& progress) { return client->PaperPng(progress); }});
+    outputs.push_back({{options.png, "--png", Tr("the PNG")},
+                       [&client](const auto& progress) { return client->PaperPng(progress); }});
   }
   if (!options.pdf.empty()) {
-    places.push_back({{options.pdf, "--pdf", Tr("the PDF")},
-                      [&client](const auto& progress) { return client->PaperPdf(progress); }});
+    outputs.push_back({{options.pdf, "--pdf", Tr("the PDF")},
+                       [&client](const auto& progress) { return client->PaperPdf(progress); }});
   }
-  return places;
+  return outputs;
 }
 
 // Before anything is opened for writing.
-void RequireFreePlaces(const RunOptions& options, const std::vector<PaperPlace>& places,
-                       const std::string& library_file) {
-  std::vector<OutputName> outputs = NamesOf(places);
+void RequireFreeNames(const RunOptions& options, const std::vector<PaperOutput>& papers,
+                      const std::string& library_file) {
+  std::vector<OutputName> outputs = NamesOf(papers);
   outputs.push_back({options.trace, "--trace", Tr("the trace"), true});
   std::vector<KeptFile> kept = {
       {options.file, Tr("the file of lines")},
@@ -264,8 +316,45 @@ void TellWhatIsKept(const RunOptions& options, Streams& streams) {
                        file, file));
 }
 
-}  // namespace
+void AddOptions(CLI::App* run, RunOptions* options) {
+  run->add_option("FILE", options->file, Tr("Lines to run, one command each; - is standard input"))
+      ->required();
+  run->add_option("--language", options->language,
+                  Tr("Definition file with the words of the language (default: the merkelin.ini "
+                     "beside the program)"))
+      ->type_name("FILE");
+  AddPaperOption(run, &options->paper, Tr("Write the paper to FILE (default: standard output)"));
+  run->add_option("--png", options->png, Tr("Write a picture of the paper to FILE"))
+      ->type_name("FILE");
+  run->add_option("--pdf", options->pdf,
+                  Tr("Write the paper to FILE as a PDF, a page for each document"))
+      ->type_name("FILE");
+  AddRegisterOption(run, &options->register_file);
+  CLI::Option* batch =
+      run->add_flag("--batch", options->batch,
+                    Tr("Run the file as one \"@\" batch; its name must not have capital letters, "
+                       "which the library would lower-case"));
+  run->add_flag("--stop-on-error", options->stop_on_error,
+                Tr("End the run at the first failing line"))
+      ->excludes(batch);
+  run->add_option("--clock", options->clock, Tr("Set the register's clock"))
+      ->type_name("\"YYYY-MM-DD HH:MM\"");
+  run->add_option("--trace", options->trace,
+                  Tr("Write the library's own lines and the lines it was given to FILE; - is "
+                     "standard error (default: they are discarded)"))
+      ->type_name("FILE");
+  run->add_flag("--terse", options->terse,
+                Tr("Show each failing line by place, code, answer and line alone, without "
+                   "explanation and summary"));
+  run->add_flag("-v,--verbose", options->verbose,
+                Tr("Show the files in use and the answer of every line"));
+  run->add_option("--library", options->library,
+                  Tr("The shared library (default: liblorimatrt.so beside the program)"))
+      ->type_name("FILE")
+      ->envname("LORIMAT_LIBRARY");
+}
 
+// Returns one of ExitCode. Throws Failure when the run could not be done.
 int RunCommand(const RunOptions& options, Streams& streams) {
   LineReader reader(options.file, &interrupted);
   if (options.batch) RequireBatchFile(options, reader);
@@ -273,8 +362,8 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   // The library lets go of the client last, and nothing is made before the library is there.
   std::optional<RegisterClient> client;
   const std::string library_file = FindLibrary(options.library);
-  const std::vector<PaperPlace> papers = PlacesOfPaper(options, client);
-  RequireFreePlaces(options, papers, library_file);
+  const std::vector<PaperOutput> papers = OutputsOfPaper(options, client);
+  RequireFreeNames(options, papers, library_file);
   const bool caller_wants_error = IgnoreBrokenPipe();
   const InterruptWatch watch;
   streams.StartTrace(options.trace);
@@ -283,7 +372,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   client.emplace(options.clock, options.register_file, streams);
   StartLibrary(options.language, options.verbose, *library, *client, streams);
 
-  PaperPlaces places(papers, streams);
+  PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
   std::optional<Language> language;
   if (!options.terse) language.emplace(FindDefinitionFile(options.language).path);
@@ -305,7 +394,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
     TellError(streams, Tr("{}: stopped: there is not enough memory", reader.name()));
   }
   memory.reset();
-  PaperPlaces::Outcome outcome = places.write();
+  PaperOutputs::Outcome outcome = outputs.write();
   // A caller that has the signal ignored is told, and one whose run a signal has ended.
   if (outcome.reader_gone && (caller_wants_error || interrupted != 0)) {
     outcome.failed = true;
@@ -324,5 +413,12 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   if (outcome.stopped) return InterruptExit();
   return outcome.reader_gone ? kExitReaderGone : code;
 }
+
+}  // namespace
+
+const Subcommand kRunSubcommand = {
+    "run", HelpGroup::kRunLines,
+    TR_TEXT("Run a file of command lines on a virtual register and print the paper"), kRunExamples,
+    &Prepare<RunOptions, AddOptions, RunCommand>};
 
 }  // namespace lorimat::console

@@ -1,12 +1,15 @@
-#include "console/command/set_command.h"
+// "lorimat set": changes what a shop has set of its register.
 
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include "console/command/backup/table_session.h"
+#include "console/command/shop_options.h"
+#include "console/command/subcommand.h"
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -18,6 +21,11 @@
 
 namespace lorimat::console {
 namespace {
+
+struct SetOptions {
+  std::string file;
+  ShopOptions shop;
+};
 
 constexpr std::string_view kSetExamples = TR_TEXT(R"(Examples:
   lorimat set shop.register --header "BAR SPORT" --header "Via Roma 1 - 00100 ROMA"
@@ -43,17 +51,13 @@ std::string Joined(const std::vector<std::string>& names) {
   return text;
 }
 
-}  // namespace
-
-void AddSet(CLI::App& app, SetOptions* options) {
-  CLI::App* set = app.add_subcommand("set", Tr("Change what a register was set up with"));
+void AddOptions(CLI::App* set, SetOptions* options) {
   set->add_option("FILE", options->file, Tr("The register's file"))->required();
   AddShopOptions(set, &options->shop);
   AddShopChangeOptions(set, &options->shop);
-  RefuseEmptyTexts(set);
-  set->footer(std::string(Translated(kSetExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError: then nothing was changed.
 int SetCommand(const SetOptions& options, Streams& streams) {
   const ShopValues values = ReadShopOptions(options.shop);
   if (values.given.empty()) {
@@ -85,16 +89,17 @@ int SetCommand(const SetOptions& options, Streams& streams) {
                   Shown(options.file), Shown(*number)));
     }
   }
-  try {
-    streams.Output(Tr("{}: set: {}\n", Shown(options.file), Joined(values.given)));
-  } catch (const ReaderGone&) {
-    throw;
-  } catch (const Failure& failure) {
-    TellError(streams, Tr("{}: it was set, and the report is missing: {}", Shown(options.file),
-                          failure.what()));
-    return kExitFaults;
-  }
-  return kExitGood;
+  const std::string report = Tr("{}: set: {}\n", Shown(options.file), Joined(values.given));
+  const auto missing = [&options](const char* cause) {
+    return Tr("{}: it was set, and the report is missing: {}", Shown(options.file), cause);
+  };
+  return WriteReport(streams, report, missing) ? kExitGood : kExitFaults;
 }
+
+}  // namespace
+
+const Subcommand kSetSubcommand = {"set", HelpGroup::kSetUpRegister,
+                                   TR_TEXT("Change what a register was set up with"), kSetExamples,
+                                   &Prepare<SetOptions, AddOptions, SetCommand>};
 
 }  // namespace lorimat::console

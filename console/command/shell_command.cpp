@@ -1,4 +1,4 @@
-#include "console/command/shell_command.h"
+// "lorimat shell": lines typed by a person, or piped, one after the other to a virtual register.
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -9,16 +9,18 @@
 #include <clocale>
 #include <exception>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "console/check/language.h"
 #include "console/check/password_mask.h"
+#include "console/command/subcommand.h"
 #include "console/host/broken_pipe.h"
+#include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/open_document.h"
-#include "console/host/places.h"
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -38,6 +40,15 @@
 
 namespace lorimat::console {
 namespace {
+
+struct ShellOptions {
+  std::string language;       // definition file; empty takes the one beside the program
+  std::string register_file;  // where the register is kept; empty keeps it in memory
+  std::string clock;          // date and time; empty takes the computer's clock
+  std::string library;        // empty takes the one beside the program
+  bool terse = false;         // as a pipe: failing lines without explanation and summary
+  bool json = false;          // requests and answers as lines of JSON
+};
 
 constexpr const char* kPrompt = "lorimat> ";
 constexpr int kSignalExit = 128;  // and the signal's number, as shells have it
@@ -248,11 +259,7 @@ int RunTerminal(const Language& language, Library& library, RegisterClient& clie
   return TerminalShell(language, session, editor, history, client, colours, streams).run();
 }
 
-}  // namespace
-
-void AddShell(CLI::App& app, ShellOptions* options) {
-  CLI::App* shell = app.add_subcommand(
-      "shell", Tr("Take lines from a terminal, or a pipe, and show answers and paper"));
+void AddOptions(CLI::App* shell, ShellOptions* options) {
   shell
       ->add_option("--language", options->language,
                    Tr("Definition file with the words of the language (default: the merkelin.ini "
@@ -276,10 +283,10 @@ void AddShell(CLI::App& app, ShellOptions* options) {
           Tr("For programs: take a request in JSON on each line of standard input, and write "
              "an answer in JSON for each"))
       ->excludes(terse);
-  RefuseEmptyTexts(shell);
-  shell->footer(std::string(Translated(kShellExamples)));
 }
 
+// Returns one of ExitCode; on a terminal failing lines make no difference to it. Throws Failure
+// when the shell cannot start or its output cannot be written.
 int ShellCommand(const ShellOptions& options, Streams& streams) {
   // A reader that has gone is an error like a full disk, not the end of the register.
   IgnoreBrokenPipe();
@@ -324,5 +331,12 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   if (stopped) std::rethrow_exception(stopped);
   return kept ? code : kExitNotDone;
 }
+
+}  // namespace
+
+const Subcommand kShellSubcommand = {
+    "shell", HelpGroup::kRunLines,
+    TR_TEXT("Take lines from a terminal, or a pipe, and show answers and paper"), kShellExamples,
+    &Prepare<ShellOptions, AddOptions, ShellCommand>};
 
 }  // namespace lorimat::console

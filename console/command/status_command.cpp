@@ -1,12 +1,14 @@
-#include "console/command/status_command.h"
+// "lorimat status": what a register's file holds, without switching the register on.
 
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "console/command/register_json.h"
+#include "console/command/subcommand.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -21,7 +23,13 @@
 namespace lorimat::console {
 namespace {
 
-const char* const kStatusExamples = TR_TEXT(R"(Examples:
+struct StatusOptions {
+  std::string register_file;
+  bool json = false;
+  bool follow = false;
+};
+
+constexpr std::string_view kStatusExamples = TR_TEXT(R"(Examples:
   lorimat status --register shop.register
       Key, day, counters and totals of a register, and a document that was cut off.
   lorimat status --register shop.register --json
@@ -145,19 +153,14 @@ Json AsJson(const lorimat::RegisterStatus& status, const lorimat::RegisterProfil
   return json;
 }
 
-}  // namespace
-
-void AddStatus(CLI::App& app, StatusOptions* options) {
-  CLI::App* status =
-      app.add_subcommand("status", Tr("Show what a register's file holds: key, day, totals"));
+void AddOptions(CLI::App* status, StatusOptions* options) {
   AddRegisterOption(status, &options->register_file);
   status->add_flag("--json", options->json, Tr("Write JSON"));
   status->add_flag("--follow", options->follow,
                    Tr("Go on with what comes, until Ctrl-C or the file is gone"));
-  RefuseEmptyTexts(status);
-  status->footer(std::string(Translated(kStatusExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError when the file cannot be read.
 int StatusCommand(const StatusOptions& options, Streams& streams) {
   const std::string& name = RequireRegister(options.register_file);
   lorimat::RegisterFile file(name);
@@ -181,5 +184,12 @@ int StatusCommand(const StatusOptions& options, Streams& streams) {
   };
   return FollowRegister(file, name, next, streams);
 }
+
+}  // namespace
+
+const Subcommand kStatusSubcommand = {
+    "status", HelpGroup::kLookAtRegister,
+    TR_TEXT("Show what a register's file holds: key, day, totals"), kStatusExamples,
+    &Prepare<StatusOptions, AddOptions, StatusCommand>};
 
 }  // namespace lorimat::console

@@ -1,12 +1,15 @@
-#include "console/command/words_command.h"
+// "lorimat words": the commands and fields of a definition file.
 
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "console/check/language.h"
-#include "console/host/places.h"
+#include "console/command/subcommand.h"
+#include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
 #include "console/message/text.h"
@@ -18,6 +21,29 @@
 
 namespace lorimat::console {
 namespace {
+
+struct WordsOptions {
+  std::string language;  // definition file; empty takes the one that a host would read
+  std::string command;   // empty shows all; else a name, which may be shortened, or "#10"
+  bool markdown = false;
+  bool json = false;
+};
+
+constexpr std::string_view kWordsExamples = TR_TEXT(R"(Examples:
+  lorimat words
+      The commands and fields of the definition file beside the program.
+  lorimat words --command VEND
+      One command; the name may be shortened, or be #10.
+  lorimat words --markdown > words.md
+      The table for a page.
+
+"Short" is how far a word may be cut.
+
+Exit codes:
+  0  the words were shown
+  1  there is no such command
+  2  wrong use, or the definition file cannot be read
+)");
 
 // A row of the table: a command, a field of it, or both in one.
 struct TableRow {
@@ -164,8 +190,20 @@ std::vector<CommandWord> Select(const std::vector<CommandWord>& commands, const 
   return {};
 }
 
-}  // namespace
+void AddOptions(CLI::App* words, WordsOptions* options) {
+  words
+      ->add_option("--language", options->language,
+                   Tr("Definition file (default: the one that a host would read)"))
+      ->type_name("FILE");
+  words->add_option("--command", options->command, Tr("Show this command alone"))
+      ->type_name("NAME");
+  CLI::Option* markdown =
+      words->add_flag("--markdown", options->markdown, Tr("Write a Markdown table"));
+  words->add_flag("--json", options->json, Tr("Write JSON"))->excludes(markdown);
+}
 
+// Returns kExitGood, or kExitFaults when there is no such command. Throws Failure when the
+// definition file cannot be read.
 int WordsCommand(const WordsOptions& options, Streams& streams) {
   const Language language(DefinitionPath(options.language));
   std::vector<CommandWord> commands = language.commands();
@@ -182,5 +220,12 @@ int WordsCommand(const WordsOptions& options, Streams& streams) {
   }
   return kExitGood;
 }
+
+}  // namespace
+
+const Subcommand kWordsSubcommand = {"words", HelpGroup::kLookIntoLines,
+                                     TR_TEXT("Show the commands and fields of a definition file"),
+                                     kWordsExamples,
+                                     &Prepare<WordsOptions, AddOptions, WordsCommand>};
 
 }  // namespace lorimat::console

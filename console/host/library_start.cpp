@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "console/check/definition_fault.h"
-#include "console/host/places.h"
+#include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"

@@ -80,6 +80,7 @@ void RefuseEmptyTexts(CLI::App* command) {
   for (CLI::Option* option : command->get_options()) {
     if (option->get_items_expected_max() > 0) option->check(given);
   }
+  for (CLI::App* below : command->get_subcommands({})) RefuseEmptyTexts(below);
 }
 
 }  // namespace lorimat::console

@@ -30,8 +30,8 @@ void RequireRegisterName(const std::string& file);
 // these commands make no register. The hint for one that is to be set up is "init".
 const std::string& RequireRegister(const std::string& file, bool set_up = false);
 
-// Lets no option of the command take an empty text: an unset variable of a script must not pass
-// for an option left out.
+// Lets no option of the command, and of those below it, take an empty text: an unset variable of a
+// script must not pass for an option left out.
 void RefuseEmptyTexts(CLI::App* command);
 
 }  // namespace lorimat::console

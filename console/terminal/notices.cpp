@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <string>
-
+#include "console/message/failure.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"
@@ -39,6 +38,19 @@ void TellNote(Streams& streams, std::string_view text) {
 
 void Tell(Streams& streams, std::string_view text) {
   WriteNotice(streams, "", Style::kStrong, text);
+}
+
+bool WriteReport(Streams& streams, const std::string& report,
+                 const std::function<std::string(const char* cause)>& missing) {
+  try {
+    streams.Output(report);
+    return true;
+  } catch (const ReaderGone&) {
+    throw;
+  } catch (const Failure& failure) {
+    TellError(streams, missing(failure.what()));
+    return false;
+  }
 }
 
 }  // namespace lorimat::console

@@ -3,6 +3,8 @@
 // language, without a line end.
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "console/terminal/streams.h"
@@ -17,5 +19,10 @@ void TellWarning(Streams& streams, std::string_view text);
 void TellNote(Streams& streams, std::string_view text);
 // "lorimat: TEXT": what is going on.
 void Tell(Streams& streams, std::string_view text);
+
+// Writes the report of work that is done and stays so. False when it could not be written; then
+// `missing`, made of the cause, is told. Throws ReaderGone.
+bool WriteReport(Streams& streams, const std::string& report,
+                 const std::function<std::string(const char* cause)>& missing);
 
 }  // namespace lorimat::console

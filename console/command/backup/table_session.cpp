@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "console/host/installed_files.h"
 #include "console/host/library_start.h"
-#include "console/host/places.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/register_text.h"

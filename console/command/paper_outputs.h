@@ -13,21 +13,21 @@
 
 namespace lorimat::console {
 
-struct PaperPlace {
+struct PaperOutput {
   OutputName name;
   // A text may leave the progress alone; a picture throws PictureStopped.
   std::function<std::string(const lorimat::PictureProgress&)> content;
   bool is_picture = true;
 };
 
-// The names of the places, for RequireApart.
-std::vector<OutputName> NamesOf(const std::vector<PaperPlace>& places);
+// The names of the outputs, for RequireApart.
+std::vector<OutputName> NamesOf(const std::vector<PaperOutput>& outputs);
 
-class PaperPlaces {
+class PaperOutputs {
  public:
   // Opens them all, so that nothing starts whose paper could not be kept. Throws Failure when one
   // cannot be opened.
-  PaperPlaces(std::vector<PaperPlace> places, Streams& streams);
+  PaperOutputs(std::vector<PaperOutput> outputs, Streams& streams);
 
   struct Outcome {
     bool failed = false;       // a paper could not be drawn or written, which has been told
@@ -39,9 +39,9 @@ class PaperPlaces {
   Outcome write();
 
  private:
-  void WriteOne(const PaperPlace& place, PaperFile& file);
+  void WriteOne(const PaperOutput& output, PaperFile& file);
 
-  std::vector<PaperPlace> places_;
+  std::vector<PaperOutput> outputs_;
   std::list<PaperFile> files_;
   Streams& streams_;
   int signals_before_ = 0;

@@ -1,4 +1,4 @@
-#include "console/command/paper_places.h"
+#include "console/command/paper_outputs.h"
 
 #include <fmt/format.h>
 
@@ -16,22 +16,22 @@
 
 namespace lorimat::console {
 
-std::vector<OutputName> NamesOf(const std::vector<PaperPlace>& places) {
+std::vector<OutputName> NamesOf(const std::vector<PaperOutput>& outputs) {
   std::vector<OutputName> names;
-  for (const PaperPlace& place : places) names.push_back(place.name);
+  for (const PaperOutput& output : outputs) names.push_back(output.name);
   return names;
 }
 
-PaperPlaces::PaperPlaces(std::vector<PaperPlace> places, Streams& streams)
-    : places_(std::move(places)), streams_(streams) {
-  for (const PaperPlace& place : places_) files_.emplace_back(place.name.name, streams);
+PaperOutputs::PaperOutputs(std::vector<PaperOutput> outputs, Streams& streams)
+    : outputs_(std::move(outputs)), streams_(streams) {
+  for (const PaperOutput& output : outputs_) files_.emplace_back(output.name.name, streams);
 }
 
-void PaperPlaces::WriteOne(const PaperPlace& place, PaperFile& file) {
+void PaperOutputs::WriteOne(const PaperOutput& output, PaperFile& file) {
   std::optional<InterruptWatch> watch;
-  if (place.is_picture) watch.emplace();
+  if (output.is_picture) watch.emplace();
   std::optional<Progress> bar;
-  const std::string content = place.content([&](size_t done, size_t all) {
+  const std::string content = output.content([&](size_t done, size_t all) {
     if (interrupt_count != signals_before_) return false;
     if (!bar) bar.emplace(streams_, true, all, Progress::Shows::kLines);
     bar->Update(done);
@@ -43,23 +43,23 @@ void PaperPlaces::WriteOne(const PaperPlace& place, PaperFile& file) {
   file.Write(content);
 }
 
-PaperPlaces::Outcome PaperPlaces::write() {
+PaperOutputs::Outcome PaperOutputs::write() {
   Outcome outcome;
   signals_before_ = interrupt_count;
   auto file = files_.begin();
-  for (const PaperPlace& place : places_) {
+  for (const PaperOutput& output : outputs_) {
     try {
-      WriteOne(place, *file++);
+      WriteOne(output, *file++);
     } catch (const ReaderGone&) {
       outcome.reader_gone = true;
     } catch (const lorimat::PictureStopped&) {
       outcome.stopped = true;
       TellError(streams_,
-                Tr("{}: not written, stopped by {}", Shown(place.name.name), InterruptName()));
+                Tr("{}: not written, stopped by {}", Shown(output.name.name), InterruptName()));
     } catch (const lorimat::PictureError& error) {
       outcome.failed = true;
       TellError(streams_,
-                fmt::format("{}: {}", Shown(place.name.name), RegisterMessage(error.what())));
+                fmt::format("{}: {}", Shown(output.name.name), RegisterMessage(error.what())));
     } catch (const Failure& failure) {
       outcome.failed = true;
       TellError(streams_, failure.what());

@@ -1,4 +1,4 @@
-#include "console/command/backup/backup_command.h"
+// "lorimat backup": the programmable tables of a register's file, as dumps in a folder.
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -11,11 +11,13 @@
 #include <ctime>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "console/command/backup/backup_manifest.h"
 #include "console/command/backup/backup_tables.h"
 #include "console/command/backup/table_session.h"
+#include "console/command/subcommand.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -30,7 +32,15 @@
 namespace lorimat::console {
 namespace {
 
-const char* const kBackupExamples = TR_TEXT(R"(Examples:
+struct BackupOptions {
+  std::string register_file;
+  std::string folder;
+  std::string language;
+  std::string library;
+  bool json = false;
+};
+
+constexpr std::string_view kBackupExamples = TR_TEXT(R"(Examples:
   lorimat backup tables --register shop.register
       Writes the tables into the new folder "tables".
   lorimat restore tables --register shop.register --dry-run
@@ -156,19 +166,15 @@ void Show(const BackupOptions& options, const BackupManifest& manifest, Streams&
                                        TrCount(count, TR_TEXT("{} row"), TR_TEXT("{} rows"))));
 }
 
-}  // namespace
-
-void AddBackup(CLI::App& app, BackupOptions* options) {
-  CLI::App* backup =
-      app.add_subcommand("backup", Tr("Write the tables of a register into a new folder"));
+void AddOptions(CLI::App* backup, BackupOptions* options) {
   backup->add_option("DIR", options->folder, Tr("The folder, new or empty"))->required();
   AddRegisterOption(backup, &options->register_file);
   AddLanguageOptions(backup, &options->language, &options->library);
   backup->add_flag("--json", options->json, Tr("Write JSON"));
-  RefuseEmptyTexts(backup);
-  backup->footer(std::string(Translated(kBackupExamples)));
 }
 
+// Returns one of ExitCode. Throws Failure or RegisterError: then, and then alone, there is
+// no backup.
 int RunBackup(const BackupOptions& options, Streams& streams) {
   RequireRegister(options.register_file);
   // From before there is a folder until it is gone or has its name.
@@ -218,5 +224,12 @@ int RunBackup(const BackupOptions& options, Streams& streams) {
   }
   return code;
 }
+
+}  // namespace
+
+const Subcommand kBackupSubcommand = {"backup", HelpGroup::kLookAfterRegister,
+                                      TR_TEXT("Write the tables of a register into a new folder"),
+                                      kBackupExamples,
+                                      &Prepare<BackupOptions, AddOptions, RunBackup>};
 
 }  // namespace lorimat::console

@@ -1,4 +1,4 @@
-#include "console/host/places.h"
+#include "console/host/installed_files.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
