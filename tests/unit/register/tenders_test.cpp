@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "register/desk/data_items.h"
 #include "register_fixture.h"
@@ -32,6 +34,25 @@ TEST(TendersTest, NoTwoHaveAnIdentifierAKeyOrATotalizer) {
       EXPECT_NE(FindDataItem(row.data_item), nullptr) << row.id;
     }
   }
+}
+
+// Each tender has a row in the page's table, in this order; the row "10 to 29" is the subtenders'.
+TEST(TendersTest, ThePageTellsOfEach) {
+  std::ifstream page(LORIMAT_SOURCE_DIR "/docs/register.md");
+  ASSERT_TRUE(page);
+  std::string line;
+  while (std::getline(page, line) && line != "## Tenders") continue;
+  std::vector<std::string> told;
+  while (std::getline(page, line) && line.rfind("## ", 0) != 0) {
+    if (line.rfind("| ", 0) != 0 || line.rfind("| Identifier ", 0) == 0) continue;
+    if (line.rfind("| 10 to 29 ", 0) == 0) continue;
+    told.push_back(line.substr(0, line.find(" |", line.find(" |") + 2)));
+  }
+  std::vector<std::string> rows;
+  for (const TenderRow& row : kTenders) {
+    rows.push_back("| " + std::string(row.id) + " | " + std::string(row.name));
+  }
+  EXPECT_EQ(told, rows);
 }
 
 using TenderPaymentTest = RegisterTest;
