@@ -1,4 +1,6 @@
-// The tokenisers, called directly with tables of the test's own.
+// The tokenisers, called directly with tables of the test's own: places, buffers and members that
+// no line shows, and the tokens of batches and macros. How words and values are read is in
+// tests/conversations/parser.
 
 #include <gtest/gtest.h>
 
@@ -71,38 +73,6 @@ class Parser : public ::testing::Test {
   int place_;
 };
 
-TEST_F(Parser, AnExactNameIsFoundBehindAnAbbreviation) {
-  Command(1, "PERCA");
-  std::memset(t().szOpCodes[2], 0, sizeof t().szOpCodes[2]);
-  Command(2, "PER");
-  EXPECT_EQ(Opcode("PERCA"), 1);
-  EXPECT_EQ(Opcode("PER"), 2);
-  EXPECT_EQ(Opcode("PE"), -2);
-}
-
-TEST_F(Parser, TheOrderOfTheRowsDecidesOnAmbiguity) {
-  Command(1, "PER");
-  Command(2, "PERCA");
-  EXPECT_EQ(Opcode("PERCATO"), -2);
-  Command(1, "PERCA");
-  std::memset(t().szOpCodes[2], 0, sizeof t().szOpCodes[2]);
-  Command(2, "PER");
-  EXPECT_EQ(Opcode("PERCATO"), 1);
-}
-
-TEST_F(Parser, AnExactNameBehindTwoAbbreviationsComesTooLate) {
-  Command(1, "VENDITA");
-  Command(2, "VENDO");
-  Command(3, "VEN");
-  EXPECT_EQ(Opcode("VEN"), -2);
-}
-
-TEST_F(Parser, TwoNamesThatEqualTheWordAreAmbiguous) {
-  Command(1, "CHIU", 11);
-  Command(2, "chiu", 12);
-  EXPECT_EQ(Opcode("CHIU"), -2);
-}
-
 TEST_F(Parser, TheWordEndsAtABlankOrTab) {
   Command(1, "CHIU");
   EXPECT_EQ(Opcode("chiu   T=1"), 1);
@@ -111,69 +81,6 @@ TEST_F(Parser, TheWordEndsAtABlankOrTab) {
   EXPECT_EQ(place_, 5);
   EXPECT_EQ(Opcode("CHIU\tT"), 1);
   EXPECT_EQ(Opcode("CHIU,T"), 1);  // the word is longer than the name
-}
-
-TEST_F(Parser, AWordIsComparedOnSixteenCharacters) {
-  Command(1, "ABCDEFGHIJ");
-  EXPECT_EQ(Opcode("ABCDEFGHIJKLMNOPQRSTUVWXYZ"), 1);
-}
-
-TEST_F(Parser, NumbersReachIdsWithoutNames) {
-  Command(12, "X");
-  EXPECT_EQ(Opcode("#10"), 10);
-  EXPECT_EQ(Opcode("#0010"), 10);
-  EXPECT_EQ(Opcode("#12"), 12);
-  EXPECT_EQ(Opcode("#13"), -1);
-  EXPECT_EQ(Opcode("#0"), -1);
-  EXPECT_EQ(Opcode("#x1"), -1);
-  EXPECT_EQ(Opcode("#"), -1);
-  EXPECT_EQ(Opcode("#99999999999999999999"), -1);
-}
-
-TEST_F(Parser, AnUnknownWordIsNotFound) {
-  Command(1, "CHIU");
-  EXPECT_EQ(Opcode("VEND"), -1);
-  EXPECT_EQ(Opcode("\xFF\x80"), -1);
-}
-
-TEST_F(Parser, FieldNamesFollowTheSameRuleWithAliases) {
-  Field(10, 1, "REP");
-  Field(10, 2, "REPARTO", 1);
-  Field(10, 3, "PREZZO");
-  Field(10, 4, "PRE", 3);
-  Field(10, 5, "PRELINE");
-  EXPECT_EQ(NumberOf(10, "REP"), 1);
-  EXPECT_EQ(NumberOf(10, "RE"), 1);  // two names of one number
-  EXPECT_EQ(NumberOf(10, "PREZZO"), 3);
-  EXPECT_EQ(NumberOf(10, "PR"), -5);
-  // PREZZO matches first, its alias PRE does not stop the scan, PRELINE does, and is not
-  // exact: the alias written in full comes too late.
-  EXPECT_EQ(NumberOf(10, "PRE"), -5);
-  EXPECT_EQ(NumberOf(10, "PREL"), -5);  // PRE is a beginning of the word, PRELINE conflicts
-  EXPECT_EQ(NumberOf(10, "QTA"), -4);
-  EXPECT_EQ(NumberOf(10, "#5"), 5);
-  EXPECT_EQ(NumberOf(10, "#6"), -4);
-  EXPECT_EQ(NumberOf(10, "#0"), -4);
-}
-
-TEST_F(Parser, AnExactFieldNameBehindAnAbbreviationWins) {
-  Field(10, 1, "DESCR");
-  Field(10, 2, "DES");
-  EXPECT_EQ(NumberOf(10, "DES"), 2);
-  EXPECT_EQ(NumberOf(10, "DE"), -5);
-}
-
-TEST_F(Parser, ANumberSkipsTheBinding) {
-  Field(10, 1, "A", 7);
-  EXPECT_EQ(NumberOf(10, "A"), 7);
-  EXPECT_EQ(NumberOf(10, "#1"), 1);
-}
-
-TEST_F(Parser, AnEmptyKeyMatchesOnlyAFieldAlone) {
-  Field(10, 1, "A");
-  EXPECT_EQ(NumberOf(10, ""), 1);
-  Field(10, 2, "B");
-  EXPECT_EQ(NumberOf(10, ""), -5);
 }
 
 TEST_F(Parser, IdsOutsideTheTablesHaveNoFields) {
@@ -199,53 +106,9 @@ TEST_F(Parser, OperandsSplitIntoKeyAndValue) {
   EXPECT_EQ(place_, 15);
 }
 
-TEST_F(Parser, AnEmptyValueIsVero) {
-  EXPECT_EQ(Operand("QTY"), 0);
-  EXPECT_STREQ(value_, "VERO");
-  EXPECT_EQ(Operand("QTY="), 0);
-  EXPECT_STREQ(value_, "VERO");
-  EXPECT_EQ(Operand("QTY=''"), 0);
-  EXPECT_STREQ(value_, "");
-  EXPECT_TRUE(quoted_);
-}
-
 TEST_F(Parser, KeysAreCutAtTenCharacters) {
   EXPECT_EQ(Operand("ABCDEFGHIJKLMN=1"), 0);
   EXPECT_STREQ(key_, "ABCDEFGHIJ");
-}
-
-TEST_F(Parser, QuotedValues) {
-  EXPECT_EQ(Operand("NAME='IT''S'"), 0);
-  EXPECT_STREQ(value_, "IT'S");
-  EXPECT_EQ(Operand("NAME='A=B,C'"), 0);
-  EXPECT_STREQ(value_, "A=B,C");
-  EXPECT_EQ(Operand("NAME='A' B"), 0);
-  EXPECT_STREQ(value_, "A B");
-  EXPECT_EQ(Operand("NAME='A' , X=1"), 0);
-  EXPECT_STREQ(value_, "A ");  // the blank behind the closing quote joins
-  EXPECT_EQ(Operand("NAME='A"), 8);
-  EXPECT_EQ(Operand("NAME='"), 8);
-  EXPECT_EQ(Operand("NAME=A'B'"), 8);
-  EXPECT_EQ(Operand("NAME='A''"), 8);
-  EXPECT_EQ(Operand("NAME='A''B"), 8);
-  EXPECT_EQ(Operand("'A'=1"), 6);
-}
-
-TEST_F(Parser, WordsMustBeSymbols) {
-  Symbol("CASH", 7);
-  EXPECT_EQ(Operand("T=CASH"), 0);
-  EXPECT_STREQ(value_, "7");
-  EXPECT_EQ(Operand("T= CASH "), 0);
-  EXPECT_STREQ(value_, "7");
-  EXPECT_EQ(Operand("T=cash"), 7);
-  EXPECT_EQ(Operand("T=VERO"), 7);
-  EXPECT_EQ(Operand("T='CASH'"), 0);
-  EXPECT_STREQ(value_, "CASH");
-}
-
-TEST_F(Parser, ASecondEqualsIsTakenTheSameWay) {
-  EXPECT_EQ(Operand("A=1=2"), 0);
-  EXPECT_STREQ(value_, "12");
 }
 
 TEST_F(Parser, AValueHoldsTwoThousandAndFortyEightCharacters) {
@@ -317,21 +180,6 @@ TEST_F(Parser, BatchOperands) {
 TEST_F(Parser, BatchOperandsAreCutToTheirBuffers) {
   EXPECT_EQ(BatchOperand(std::string(3000, 'a')), 0);
   EXPECT_EQ(std::strlen(batch_value_), 255u);
-}
-
-TEST_F(Parser, SymbolsCompareExactly) {
-  Symbol("A", 1);
-  Symbol("AB", 2);
-  Symbol("A", 3);
-  int value = 0;
-  char word[] = "  AB ";
-  EXPECT_TRUE(t().TradSimb(word, &value));
-  EXPECT_EQ(value, 2);
-  char first[] = "A";
-  EXPECT_TRUE(t().TradSimb(first, &value));
-  EXPECT_EQ(value, 1);  // the first of two
-  char unknown[] = "ABC";
-  EXPECT_FALSE(t().TradSimb(unknown, &value));
 }
 
 TEST_F(Parser, MacrosAreBlankSeparatedKeys) {

@@ -184,24 +184,6 @@ TEST_F(Init, FlagsOfTheRegistry) {
   EXPECT_EQ(client_.calls, (std::vector<std::string>{"property 16815 1", "property 16816 1"}));
 }
 
-TEST_F(Init, AFlagLongerThanTheOneBeforeItCountsAsMissing) {
-  Registry("SendLotteriaAEOnClosure=1\nAutoCloseOnInactivity=Yes\nSendZAE=Yes\nWaitIdle=SI\n");
-  EXPECT_EQ(RunInit(), 0);
-  EXPECT_TRUE(t().bSendLotteriaAEOnClosure);
-  // "1" took two bytes; "Yes" needs four, is missed, and leaves its size for the next.
-  EXPECT_FALSE(t().bAutoCloseOnInactivity);
-  EXPECT_TRUE(t().bSendZAE);
-  EXPECT_TRUE(t().bWaitIdle);
-}
-
-TEST_F(Init, OtherFlagTextsAreFalse) {
-  for (const char* text : {"0", "TRUE", "", "SIX", "11", "no", "0123456789012345678901234567890"}) {
-    Registry("SendZAE=" + std::string(text) + "\n");
-    EXPECT_EQ(RunInit(), 0);
-    EXPECT_FALSE(t().bSendZAE) << text;
-  }
-}
-
 TEST_F(Init, ConfigurationOfADevice) {
   client_.items = {{86, "1"},      {103, "05.01"}, {92, "99MEX0123456AB7"},
                    {75, "6"},      {77, "14"},     {110, "10"},
@@ -252,28 +234,6 @@ TEST_F(Init, AValidRecordIsKeptUntilTradClose) {
   client_.calls.clear();
   t().GetEcrConf(0);
   EXPECT_FALSE(client_.calls.empty());
-}
-
-TEST_F(Init, ARefusedReadHandsOnTheValueBeforeIt) {
-  client_.items = {{77, "14"}, {108, "20"}};
-  t().GetEcrConf(1);
-  EXPECT_EQ(conf().iLNSTPINT, 0);
-  EXPECT_EQ(conf().iNumIVA, 14);
-  EXPECT_EQ(conf().iNumOPE, 14);
-  EXPECT_EQ(conf().iNumSTEN, 20);  // the dropped item 108 passes on too
-  EXPECT_EQ(conf().iEMArtNum, 20);
-  EXPECT_EQ(conf().iNumDPT, 14);
-  EXPECT_FALSE(t().bVirgolaFissa);
-}
-
-TEST_F(Init, WithoutAnswersTheRecordIsEmpty) {
-  t().bVirgolaFissa = true;
-  t().rtfClient_ = nullptr;
-  EXPECT_EQ(t().GetEcrConf(1), 0);
-  EXPECT_STREQ(conf().szMatr, "");
-  EXPECT_STREQ(conf().szModel, "");
-  EXPECT_EQ(conf().iNumIVA, 0);
-  EXPECT_FALSE(t().bVirgolaFissa);
 }
 
 TEST_F(Init, SerialNumbersOfAnyLengthAreSafe) {

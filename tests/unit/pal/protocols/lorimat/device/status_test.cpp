@@ -1,11 +1,11 @@
-#include <gmock/gmock.h>
+// What of the status no host sees at once: members that nothing shows, values out of range, and the
+// time that is waited. tests/conversations/status and queries have the rest.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/threading/posix/thread.h"
@@ -18,14 +18,8 @@ namespace {
 // A client with data items and GetData texts; what is missing answers 107.
 class ItemClient : public NullClient {
  public:
-  int GetDataInternal(int item, char* text) override {
-    read.push_back(item);
-    return Give(items, item, text);
-  }
-  int GetData(int selector, int*, char* text) override {
-    read.push_back(-selector);
-    return Give(data, selector, text);
-  }
+  int GetDataInternal(int item, char* text) override { return Give(items, item, text); }
+  int GetData(int selector, int*, char* text) override { return Give(data, selector, text); }
   int GetState() override {
     ++polls;
     return polls <= busy_polls ? RTF_S_BUSY : RTF_S_IDLE;
@@ -33,7 +27,6 @@ class ItemClient : public NullClient {
 
   std::map<int, std::string> items;
   std::map<int, std::string> data;
-  std::vector<int> read;  // items, and GetData selectors with a minus
   int polls = 0;
   int busy_polls = 0;
 
@@ -96,109 +89,6 @@ TEST_F(Status, AFailingClientAndNoClientReadAs265) {
   EXPECT_EQ(t().UpdateStatus(), 265);
   t().rtfClient_ = nullptr;
   EXPECT_EQ(t().UpdateStatus(), 265);
-}
-
-TEST_F(Status, TheTraceShowsTheOperationStateTwice) {
-  client_.items[371] = "8000000A;2;4;FF;1A;7;15";
-  t().UpdateStatus();
-  const std::string trace = testing::internal::GetCapturedStdout();
-  testing::internal::CaptureStdout();
-  using testing::HasSubstr;
-  EXPECT_THAT(trace, HasSubstr(" - fiscal_inner_state_ = 8000000A\n"));
-  EXPECT_THAT(trace, HasSubstr(" - fiscal_functional_state_ = 2\n"));
-  EXPECT_THAT(trace, HasSubstr(" - fiscal_operation_state_ =4\n"));
-  EXPECT_THAT(trace, HasSubstr(" - fiscal_memory_state_ =4\n"));
-  EXPECT_THAT(trace, HasSubstr(" - fiscal_journal_state_ =1A\n"));
-  EXPECT_THAT(trace, HasSubstr(" - current_operator_ =7\n"));
-  EXPECT_THAT(trace, HasSubstr(" - key_mode_ =15\n"));
-}
-
-TEST_F(Status, ExtendedStatusIsSixBytes) {
-  client_.items[371] = "20;0;0;0;0;0;0";
-  EXPECT_EQ(t().UpdateStatusEx(), 0);
-  EXPECT_STREQ(t().szInfo, "000000010000");
-  // Without emptying szInfo the digits are added.
-  client_.items[371] = "30000;7;0;0;0;0;0";
-  EXPECT_EQ(t().UpdateStatusEx(), 0);
-  EXPECT_STREQ(t().szInfo, "000000010000000000600505");
-}
-
-TEST_F(Status, StateOneHasNoBitOfItsOwn) {
-  struct Row {
-    const char* state;
-    const char* byte;
-  };
-  for (const Row& row : {Row{"0", "01"}, Row{"1", "00"}, Row{"2", "02"}, Row{"6", "02"},
-                         Row{"7", "20"}, Row{"8", "00"}}) {
-    t().szInfo[0] = 0;
-    client_.items[371] = std::string("10020;") + row.state + ";0;0;0;0;0";
-    EXPECT_EQ(t().UpdateStatusEx(), 0);
-    EXPECT_EQ(std::string(t().szInfo), std::string("000000") + row.byte + "0101") << row.state;
-  }
-}
-
-TEST_F(Status, AFailedExtendedStatusLeavesSzInfo) {
-  std::strcpy(t().szInfo, "old");
-  EXPECT_EQ(t().UpdateStatusEx(), 265);
-  EXPECT_STREQ(t().szInfo, "old");
-}
-
-TEST_F(Status, StatusOfflineShowsFourteenFields) {
-  client_.items = {{371, "8;1;0;0;0;3;15"},
-                   {394, "11"},
-                   {2, "20"},
-                   {1, "2"},
-                   {113, "13"},
-                   {118, "18"},
-                   {115, "15"},
-                   {117, "17"},
-                   {114, "14"}};
-  client_.data[20] = "0042";
-  EXPECT_EQ(t().status_offline(), 0);
-  EXPECT_STREQ(t().szInfo, "15,1,3,0042,11,22,13,18,15,17,0,14,0,0");
-  EXPECT_EQ(client_.read, (std::vector<int>{371, -20, 394, 2, 1, 113, 118, 115, 117, 114}));
-  client_.items[371] = "0;8;0;0;0;3;15";
-  EXPECT_EQ(t().status_offline(), 0);
-  EXPECT_STREQ(t().szInfo, "15,0,3,0042,11,22,13,18,15,17,0,14,0,1");
-}
-
-TEST_F(Status, StatusOfflineStopsAtTheFirstFailure) {
-  EXPECT_EQ(t().status_offline(), 265 | 0x400);  // the status has its class already
-  EXPECT_STREQ(t().szInfo, "");
-
-  client_.items[371] = "8;1;0;0;0;3;15";
-  EXPECT_EQ(t().status_offline(), 107 | 0x200);  // a client result gets it once
-  EXPECT_STREQ(t().szInfo, "15,1,3,");
-
-  client_.data[20] = "0042";
-  client_.read.clear();
-  client_.items[394] = "11";
-  client_.items[1] = "2";
-  EXPECT_EQ(t().status_offline(), 1643);  // a data item's code gets it twice
-  EXPECT_STREQ(t().szInfo, "15,1,3,0042,11,");
-  // The second item of the sum is not read when the first fails.
-  EXPECT_EQ(client_.read.back(), 2);
-}
-
-TEST_F(Status, LastDocumentNumberOfACommissionedDevice) {
-  char text[50];
-  client_.items[86] = "1";
-  client_.data[7] = "0122";
-  client_.data[20] = "45";
-  EXPECT_EQ(t().lastsco(text), 0);
-  EXPECT_STREQ(text, "01230045");
-  client_.items[86] = "0";
-  EXPECT_EQ(t().lastsco(text), 0);
-  EXPECT_STREQ(text, "0045");
-}
-
-TEST_F(Status, LastDocumentNumberGivesFailuresAsTheyCome) {
-  char text[50];
-  EXPECT_EQ(t().lastsco(text), 107 | 0x200);
-  client_.items[86] = "1";
-  EXPECT_EQ(t().lastsco(text), 107);
-  client_.data[7] = "1";
-  EXPECT_EQ(t().lastsco(text), 107);
 }
 
 TEST_F(Status, LastDocumentNumberSurvivesNonsense) {
