@@ -1,6 +1,6 @@
 // The commands that README.md, docs/console.md and the manual pages show are run as a person would
 // type them, and what a page shows below one is what comes out. The lines of the language in
-// docs/language.md are run by tests/unit/register/language_examples_test.cpp.
+// docs/language.md are run by tests/unit/register/client/language_examples_test.cpp.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
