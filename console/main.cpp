@@ -12,7 +12,9 @@
 #include "console/command/help.h"
 #include "console/command/subcommand.h"
 #include "console/host/broken_pipe.h"
+#include "console/host/places.h"
 #include "console/host/register_options.h"
+#include "console/message/catalogs.h"
 #include "console/message/failure.h"
 #include "console/message/register_messages.h"
 #include "console/message/text.h"
@@ -74,6 +76,7 @@ int RunProgram(int argc, char** argv) {
   try {
     Streams streams;
     try {
+      OpenCatalogs(FindCatalogs());
       code = ParseAndRun(argc, argv, streams);
     } catch (const Failure& failure) {
       TellError(streams, failure.what());

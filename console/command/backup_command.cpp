@@ -158,12 +158,12 @@ void Show(const BackupOptions& options, const BackupManifest& manifest, Streams&
   for (size_t i = 0; i < manifest.files.size(); ++i) {
     const uint64_t in_file = manifest.files[i].rows;
     rows.emplace_back(std::string(Translated(BackupTables()[i].text)),
-                      TrCount(in_file, TR_TEXT("{} row"), TR_TEXT("{} rows")));
+                      TrCount(in_file, "{} row", "{} rows"));
     count += in_file;
   }
   streams.Output(PairedRows(rows) + Tr("{}: backup of {}, {}\n", Shown(options.folder),
                                        Shown(manifest.serial_number),
-                                       TrCount(count, TR_TEXT("{} row"), TR_TEXT("{} rows"))));
+                                       TrCount(count, "{} row", "{} rows")));
 }
 
 void AddOptions(CLI::App* backup, BackupOptions* options) {

@@ -219,8 +219,8 @@ class Checker {
     }
     const std::string content =
         definition ? Tr("definition file, {}, {}, {}", CountedCommands(definition->commands()),
-                        TrCount(definition->fields(), TR_TEXT("{} field"), TR_TEXT("{} fields")),
-                        TrCount(definition->symbols(), TR_TEXT("{} symbol"), TR_TEXT("{} symbols")))
+                        TrCount(definition->fields(), "{} field", "{} fields"),
+                        TrCount(definition->symbols(), "{} symbol", "{} symbols"))
                    : Tr("batch file, {}", CountedCommands(batch ? batch->commands() : 0));
     out += fmt::format("{} {}: {}\n", Styled(name + ":", Style::kStrong, colours), content,
                        Verdict(findings, colours));
@@ -228,18 +228,18 @@ class Checker {
   }
 
   static std::string CountedCommands(uint64_t count) {
-    return TrCount(count, TR_TEXT("{} command"), TR_TEXT("{} commands"));
+    return TrCount(count, "{} command", "{} commands");
   }
 
   static std::string Verdict(const Findings& findings, bool colours) {
     const uint64_t errors = findings.errors();
     const uint64_t warnings = findings.warnings();
     if (errors == 0 && warnings == 0) return Styled(Tr("no faults"), Style::kGood, colours);
-    return fmt::format("{}, {}",
-                       Styled(TrCount(errors, TR_TEXT("{} error"), TR_TEXT("{} errors")),
-                              Style::kError, colours && errors != 0),
-                       Styled(TrCount(warnings, TR_TEXT("{} warning"), TR_TEXT("{} warnings")),
-                              Style::kWarning, colours && warnings != 0));
+    return fmt::format(
+        "{}, {}",
+        Styled(TrCount(errors, "{} error", "{} errors"), Style::kError, colours && errors != 0),
+        Styled(TrCount(warnings, "{} warning", "{} warnings"), Style::kWarning,
+               colours && warnings != 0));
   }
 
   static Json AsJson(const std::string& name, const Findings& findings,

@@ -125,13 +125,11 @@ int CopyCommand(const CopyOptions& options, Streams& streams) {
            Tr("{}: is the same register, serial number {}: only one of the two may go on selling",
               Shown(options.to), Shown(status.serial_number)));
   std::string text = FindingLines(check);
-  text += check.good()
-              ? Tr("{}: copy of {}, the journal is good: {}, {}\n", Shown(options.to),
-                   Shown(options.from),
-                   TrCount(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries")),
-                   TrCount(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents")))
-              : Tr("{}: copy of {}, whose journal has findings\n", Shown(options.to),
-                   Shown(options.from));
+  text += check.good() ? Tr("{}: copy of {}, the journal is good: {}, {}\n", Shown(options.to),
+                            Shown(options.from), TrCount(check.entries, "{} entry", "{} entries"),
+                            TrCount(check.documents, "{} document", "{} documents"))
+                       : Tr("{}: copy of {}, whose journal has findings\n", Shown(options.to),
+                            Shown(options.from));
   const auto missing = [&options](const char* cause) {
     return Tr("{}: the copy is there and whole, and its report is missing: {}", Shown(options.to),
               cause);

@@ -33,14 +33,17 @@ struct InitOptions {
   std::string library;
 };
 
-constexpr std::string_view kInitExamples = TR_TEXT(R"(Examples:
+constexpr std::string_view kInitExamples = TR_TEXT(
+    R"(Examples:
   lorimat init shop.register
       A register to try things with, in the name of a shop that does not exist.
-  lorimat init bar.register --serial 99LRM0000042VR --vat-number 01234567897 \
-      --header "BAR SPORT" --header "Via Roma 1 - 00100 ROMA" --header "P.IVA 01234567897"
+  lorimat init bar.register --serial 99LRM0000042VR --vat-number 01234567897 )"
+    "\\\n"
+    R"(      --header "BAR SPORT" --header "Via Roma 1 - 00100 ROMA" --header "P.IVA 01234567897"
       One with the shop's own numbers and header.
-  lorimat init stall.register --vat "22 10 5,50 4 0" --departments 1=PANE:4 \
-      --departments 2=CAFFE:2:1,20 --not-in-service
+  lorimat init stall.register --vat "22 10 5,50 4 0" --departments 1=PANE:4 )"
+    "\\\n"
+    R"(      --departments 2=CAFFE:2:1,20 --not-in-service
       The rates of the VAT entries 1 to 5, and two departments with their VAT entry and price.
   lorimat init second.register --from tables --serial 99LRM0000043VR
       One with the tables of another register, as "lorimat backup" wrote them.

@@ -376,11 +376,10 @@ int Verify(const JournalOptions& options, const lorimat::RegisterFile& file,
   if (check.notes_left_out != 0) {
     text += Tr("{}: {} more notes are not shown\n", Shown(name), check.notes_left_out);
   }
-  const std::string entries = TrCount(check.entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
-  const std::string documents =
-      TrCount(check.documents, TR_TEXT("{} document"), TR_TEXT("{} documents"));
-  const std::string findings = TrCount(check.findings.size() + check.findings_left_out,
-                                       TR_TEXT("{} finding"), TR_TEXT("{} findings"));
+  const std::string entries = TrCount(check.entries, "{} entry", "{} entries");
+  const std::string documents = TrCount(check.documents, "{} document", "{} documents");
+  const std::string findings =
+      TrCount(check.findings.size() + check.findings_left_out, "{} finding", "{} findings");
   if (check.good()) {
     text += fmt::format(
         "{}: {}\n", Shown(name),

@@ -68,9 +68,8 @@ int FollowPaper(const PaperOptions& options, const std::string& name, Streams& s
     const size_t behind = first + roll.lines().size();
     const size_t from = std::clamp(end.value_or(first), first, behind);
     if (end && *end < first) {
-      TellNote(streams,
-               TrCount(first - *end, TR_TEXT("{} line is missing: the register has torn it off"),
-                       TR_TEXT("{} lines are missing: the register has torn them off")));
+      TellNote(streams, TrCount(first - *end, "{} line is missing: the register has torn it off",
+                                "{} lines are missing: the register has torn them off"));
     }
     std::string text;
     for (size_t line = from; line < behind; ++line) text += roll.lines()[line - first] + "\n";

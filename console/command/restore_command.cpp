@@ -98,9 +98,7 @@ Json DifferenceJson(const RowDifference& one, const Language& language) {
   return json;
 }
 
-std::string RowsText(uint64_t count) {
-  return TrCount(count, TR_TEXT("{} row"), TR_TEXT("{} rows"));
-}
+std::string RowsText(uint64_t count) { return TrCount(count, "{} row", "{} rows"); }
 
 // --- The answer.
 

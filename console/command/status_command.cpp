@@ -67,8 +67,7 @@ std::string KeyName(int position) {
 }
 
 std::string JournalText(const lorimat::RegisterStatus& status) {
-  const std::string count =
-      TrCount(status.journal_entries, TR_TEXT("{} entry"), TR_TEXT("{} entries"));
+  const std::string count = TrCount(status.journal_entries, "{} entry", "{} entries");
   return status.journal_hash.empty() ? count : Tr("{}, last hash {}", count, status.journal_hash);
 }
 
@@ -96,7 +95,7 @@ std::string AsText(const lorimat::RegisterStatus& status) {
   rows.emplace_back(Tr("Next invoice"), std::to_string(status.next_invoice));
   rows.emplace_back(Tr("Not sent"),
                     TrCount(static_cast<uint64_t>(std::max(status.pending_summaries, 0)),
-                            TR_TEXT("{} summary"), TR_TEXT("{} summaries")));
+                            "{} summary", "{} summaries"));
   rows.emplace_back(Tr("Documents"), std::to_string(status.documents));
   rows.emplace_back(Tr("Journal"), JournalText(status));
   rows.emplace_back(Tr("Open document"),

@@ -54,6 +54,14 @@ std::string FindExamples() {
   return access(installed.c_str(), F_OK) == 0 ? installed : "examples";
 }
 
+std::string FindCatalogs() {
+  try {
+    return TreeFolder() + "/" + LORIMAT_LOCALE_FOLDER;
+  } catch (const Failure&) {
+    return {};
+  }
+}
+
 DefinitionFile FindDefinitionFile(const std::string& given) {
   DefinitionFile file;
   // The library's own reading of the registry, with its own limit of 80 bytes: a longer

@@ -13,6 +13,10 @@ std::string FindLibrary(const std::string& given);
 // none, that of the sources.
 std::string FindExamples();
 
+// The folder of the catalogs of messages, ../share/locale; empty where the program's own folder
+// cannot be found.
+std::string FindCatalogs();
+
 // The definition file that the library is going to read.
 struct DefinitionFile {
   std::string path;

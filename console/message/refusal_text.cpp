@@ -320,8 +320,7 @@ std::string GoingOn(const Refusal& refusal) {
   switch (static_cast<PrinterState>(state)) {
     case PrinterState::kReceipt:
       return Tr("{} is open, {}, subtotal {}", KindName(kind),
-                TrCount(static_cast<uint64_t>(lines), TR_TEXT("{} line"), TR_TEXT("{} lines")),
-                AmountText(amount));
+                TrCount(static_cast<uint64_t>(lines), "{} line", "{} lines"), AmountText(amount));
     case PrinterState::kTotal:
       return Tr("{} is being paid, with {} left to pay", KindName(kind), AmountText(amount));
     case PrinterState::kEnding:

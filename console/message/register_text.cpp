@@ -68,8 +68,7 @@ bool HasTotal(const lorimat::CutOffDocument& document) {
 }
 
 std::string LinesText(const lorimat::CutOffDocument& document) {
-  return TrCount(static_cast<uint64_t>(std::max(document.lines, 0)), TR_TEXT("{} line"),
-                 TR_TEXT("{} lines"));
+  return TrCount(static_cast<uint64_t>(std::max(document.lines, 0)), "{} line", "{} lines");
 }
 
 }  // namespace

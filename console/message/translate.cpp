@@ -2,44 +2,16 @@
 
 #include <fmt/args.h>
 
-#include <cstdlib>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
-#include "console/message/italian.h"
+#include "console/message/catalogs.h"
+#include "console/message/fields.h"
 
 namespace lorimat::console {
 namespace {
 
 bool english_wanted = false;
-
-// The variables in the order in which the C library asks them for the language of messages.
-bool AskEnvironmentForItalian() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const char* value = std::getenv(name);
-    if (value == nullptr || *value == 0) continue;
-    const std::string_view language(value);
-    // "it", "it_IT.UTF-8", "it@euro", but no language that merely begins so.
-    return language.substr(0, 2) == "it" &&
-           (language.size() == 2 || language[2] == '_' || language[2] == '.' || language[2] == '@');
-  }
-  return false;
-}
-
-bool UserReadsItalian() {
-  static const bool italian = AskEnvironmentForItalian();
-  return italian;
-}
-
-std::unordered_map<std::string_view, std::string_view> TableForUser() {
-  std::unordered_map<std::string_view, std::string_view> table;
-  if (!UserReadsItalian()) return table;
-  for (const std::span<const ItalianText> part : ItalianTexts()) {
-    for (const ItalianText& row : part) table.emplace(row.english, row.italian);
-  }
-  return table;
-}
 
 // What stands in the fields of the pattern; nothing when the message does not fit it.
 std::optional<std::vector<std::string_view>> FieldsOf(std::string_view message,
@@ -70,17 +42,21 @@ std::optional<std::vector<std::string_view>> FieldsOf(std::string_view message,
 
 }  // namespace
 
-bool MessagesAreItalian() { return !english_wanted && UserReadsItalian(); }
+std::string_view LanguageOfMessages() {
+  return english_wanted ? std::string_view() : LanguageOfCatalogs();
+}
 
 std::string_view Translated(std::string_view english) {
-  static const auto table = TableForUser();
   if (english_wanted) return english;
-  const auto found = table.find(english);
-  return found == table.end() ? english : found->second;
+  const char* found = FindTranslation(english);
+  return found != nullptr && HasSameFields(english, found) ? found : english;
 }
 
 std::string TrCount(uint64_t count, std::string_view one, std::string_view several) {
-  return fmt::vformat(Translated(count == 1 ? one : several), fmt::make_format_args(count));
+  const std::string_view english = count == 1 ? one : several;
+  const char* found = english_wanted ? nullptr : FindTranslation(one, several, count);
+  const bool fits = found != nullptr && HasSameFields(english, found);
+  return fmt::vformat(fits ? found : english, fmt::make_format_args(count));
 }
 
 std::string TrFinished(std::string_view message, const std::string_view* patterns, size_t count) {

@@ -1,11 +1,11 @@
 // The program's messages in the user's language. A message is written where it is shown, in
-// English, with the fields of {fmt}; italian.cpp has the Italian for each, in one table.
+// English, with the fields of {fmt}; the catalogs of po/ have it in other languages.
 //
 //   streams.error(Tr("lorimat: {}: cannot be opened: {}\n", name, cause));
 //
-// Italian goes to users whose LC_ALL, LC_MESSAGES or LANG, the first of them that is set,
-// begins with "it". What the library answers, JSON and words of the command language are not
-// translated.
+// script/messages collects what stands in Tr, TrCount and TR_TEXT for the catalogs, so these are
+// given literals. A translation whose fields are not those of the English is not used. What the
+// library answers, JSON and words of the command language are not translated.
 #pragma once
 
 #include <fmt/format.h>
@@ -17,15 +17,14 @@
 
 namespace lorimat::console {
 
-// Marks a text that reaches translated() by way of a variable or a table, so that the test of
-// the Italian table finds it.
+// Marks a text that reaches Translated() by way of a variable or a table.
 #define TR_TEXT(text) text
 
-// Whether messages are Italian now: the user reads it, and no EnglishMessages lives.
-bool MessagesAreItalian();
+// The language of messages now, as "it"; empty for English: the user has no other that there is a
+// catalog of, or an EnglishMessages lives.
+std::string_view LanguageOfMessages();
 
-// The Italian of an English message; the English itself where there is none, or for a user of
-// another language.
+// What the user's language has for an English message; the English itself where that is nothing.
 std::string_view Translated(std::string_view english);
 
 template <typename... Arguments>
@@ -34,7 +33,8 @@ std::string Tr(fmt::format_string<Arguments...> english, Arguments&&... argument
   return fmt::vformat(Translated({text.data(), text.size()}), fmt::make_format_args(arguments...));
 }
 
-// One message or the other, both marked by TR_TEXT and with one field for the count.
+// A message with a field for a count: the English for 1 and for any other, of which a language may
+// make more forms.
 std::string TrCount(uint64_t count, std::string_view one, std::string_view several);
 
 // A finished English message of a library that knows no Italian, held against patterns (marked

@@ -21,7 +21,8 @@ namespace {
 constexpr size_t kNameWidth = 10;
 
 language::PageLanguage LanguageOfPage() {
-  return MessagesAreItalian() ? language::PageLanguage::kItalian : language::PageLanguage::kEnglish;
+  return LanguageOfMessages() == "it" ? language::PageLanguage::kItalian
+                                      : language::PageLanguage::kEnglish;
 }
 
 // Blanks up to a width in columns, at least one.

@@ -319,8 +319,8 @@ void ShellSession::TellPaperOfFile() {
   const size_t printed = lines - std::min(paper_shown_, lines);
   paper_shown_ = lines;
   if (printed == 0) return;
-  streams_.Output(LaidOut(Tr("{} printed; see \".paper {}\"",
-                             TrCount(printed, TR_TEXT("{} line"), TR_TEXT("{} lines")), printed)));
+  streams_.Output(LaidOut(
+      Tr("{} printed; see \".paper {}\"", TrCount(printed, "{} line", "{} lines"), printed)));
 }
 
 void ShellSession::ShowLastPaper(const std::string& number) {
@@ -463,7 +463,7 @@ void ShellSession::RunFile(const std::string& file) {
     TellStop(reader.name(), line.number);
   } else if (look_.terminal && failed == 0) {
     streams_.Output(Styled(Tr("ok"), Style::kGood, look_.colours) + ": " +
-                    TrCount(line.number, TR_TEXT("{} line"), TR_TEXT("{} lines")) + "\n");
+                    TrCount(line.number, "{} line", "{} lines") + "\n");
   } else if (failed != 0) {
     Tell(streams_, Tr("{} of {} lines failed", failed, file_lines_ - lines_before));
   }

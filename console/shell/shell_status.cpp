@@ -66,7 +66,7 @@ uint64_t ItemCount(const lorimat::Receipt& receipt) {
 }
 
 std::string ItemsText(const lorimat::Receipt& receipt) {
-  return TrCount(ItemCount(receipt), TR_TEXT("{} item"), TR_TEXT("{} items"));
+  return TrCount(ItemCount(receipt), "{} item", "{} items");
 }
 
 std::string KindText(lorimat::DocumentKind kind) {
@@ -176,10 +176,9 @@ std::string StatusText(const lorimat::VirtualRegister& device, const std::string
                            store.daily().net(), store.grand_total())) {
     rows.push_back(std::move(row));
   }
-  rows.emplace_back(Tr("Drawer opened"), TrCount(static_cast<uint64_t>(device.drawer_count()),
-                                                 TR_TEXT("{} time"), TR_TEXT("{} times")));
-  rows.emplace_back(Tr("Paper"),
-                    TrCount(device.paper_lines().size(), TR_TEXT("{} line"), TR_TEXT("{} lines")));
+  rows.emplace_back(Tr("Drawer opened"),
+                    TrCount(static_cast<uint64_t>(device.drawer_count()), "{} time", "{} times"));
+  rows.emplace_back(Tr("Paper"), TrCount(device.paper_lines().size(), "{} line", "{} lines"));
   rows.emplace_back(Tr("Register"),
                     file.empty() ? Tr("in memory, gone with the shell") : Shown(file));
   const std::vector<lorimat::Fault>& faults = device.faults().faults();

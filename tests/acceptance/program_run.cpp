@@ -73,8 +73,8 @@ void WaitUntilAsleep(pid_t child) {
   if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) _exit(127);
   setenv("LORIMATRT_REGISTRY", "/nonexistent/registry.ini", 1);
   setenv("TERM", "xterm", 1);
-  for (const char* name :
-       {"LORIMAT_LIBRARY", "LORIMAT_REGISTER", "LC_ALL", "LC_MESSAGES", "LANG", "NO_COLOR"}) {
+  for (const char* name : {"LORIMAT_LIBRARY", "LORIMAT_REGISTER", "LC_ALL", "LC_MESSAGES", "LANG",
+                           "LANGUAGE", "NO_COLOR"}) {
     unsetenv(name);
   }
   for (const auto& [name, value] : setting.environment) setenv(name.c_str(), value.c_str(), 1);

@@ -33,8 +33,8 @@ winsize Window(size_t columns, size_t height) {
   setenv("TERM", "xterm", 1);
   setenv("LC_ALL", "C.UTF-8", 1);
   setenv("PAGER", "", 1);
-  for (const char* name :
-       {"LORIMAT_LIBRARY", "LORIMAT_REGISTER", "XDG_STATE_HOME", "NO_COLOR", "EDITRC", "LESS"}) {
+  for (const char* name : {"LORIMAT_LIBRARY", "LORIMAT_REGISTER", "XDG_STATE_HOME", "LANGUAGE",
+                           "NO_COLOR", "EDITRC", "LESS"}) {
     unsetenv(name);
   }
   for (const auto& [name, value] : setting.environment) setenv(name.c_str(), value.c_str(), 1);
