@@ -21,6 +21,7 @@
 #include "console/message/message_texts.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
+#include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"
 
 namespace lorimat::console {
@@ -52,7 +53,6 @@ Exit codes:
 )");
 
 constexpr size_t kWrapAt = 78;
-constexpr size_t kIndent = 10;
 
 // What was pasted, line by line, without the blanks and quotes around it.
 std::vector<std::string> PastedLines(const std::vector<std::string>& arguments) {
@@ -130,30 +130,19 @@ Explanation Explain(int code, MessageTexts& texts) {
 
 // --- As text.
 
-std::string Wrapped(std::string_view text) {
-  std::string out;
-  size_t column = kIndent;
-  // In characters, of which some have more than one byte.
-  const auto width = [](std::string_view word) {
-    return static_cast<size_t>(std::count_if(word.begin(), word.end(), [](char c) {
-      return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-  };
-  while (!text.empty()) {
-    const size_t blank = text.find(' ');
-    const std::string_view word = text.substr(0, blank);
-    if (column > kIndent && column + 1 + width(word) > kWrapAt) {
-      out += "\n" + std::string(kIndent, ' ');
-      column = kIndent;
-    } else if (column > kIndent) {
-      out += ' ';
-      ++column;
-    }
-    out += word;
-    column += width(word);
-    text.remove_prefix(blank == std::string_view::npos ? text.size() : blank + 1);
+// The column of the texts, behind the longest heading of the user's language.
+size_t IndentOfTexts() {
+  constexpr size_t kLeast = 10;
+  size_t indent = kLeast;
+  for (const std::string& heading : {Tr("Text"), Tr("Class"), Tr("From")}) {
+    indent = std::max(indent, ColumnsOf(heading) + 3);
   }
-  return out;
+  return indent;
+}
+
+std::string Wrapped(std::string_view text) {
+  const size_t indent = IndentOfTexts();
+  return Flowed(text, indent, indent, kWrapAt);
 }
 
 std::string Origin(const CodeReading& reading) {
@@ -188,12 +177,12 @@ std::string Passes(const CodeReading& reading) {
 
 // A line of the explanation, with its heading in front.
 std::string Entry(std::string_view heading, std::string_view text, bool colours) {
-  const std::string blanks(kIndent - 2 - std::min(kIndent - 3, heading.size()), ' ');
+  const std::string blanks(IndentOfTexts() - 2 - ColumnsOf(heading), ' ');
   return fmt::format("  {}{}{}\n", Styled(heading, Style::kStrong, colours), blanks, text);
 }
 
 std::string Continuation(std::string_view text) {
-  return std::string(kIndent, ' ') + Wrapped(text) + "\n";
+  return std::string(IndentOfTexts(), ' ') + Wrapped(text) + "\n";
 }
 
 std::string AsText(const Explanation& explanation, bool colours) {
@@ -205,7 +194,8 @@ std::string AsText(const Explanation& explanation, bool colours) {
     out += Entry(Tr("Text"), fmt::format("\"{}\"", Shown(explanation.text)), colours);
   }
   for (const CodeClass& one : explanation.classes) {
-    out += Entry(Tr("Class"), fmt::format("{}: {}", one.shown, Translated(one.what)), colours);
+    out += Entry(Tr("Class"), Wrapped(fmt::format("{}: {}", one.shown, Translated(one.what))),
+                 colours);
   }
   if (explanation.classes.size() > 1) {
     out += Continuation(

@@ -225,7 +225,11 @@ void ListAsJson(const lorimat::RegisterFile& file, const lorimat::JournalSelecti
 // The lines of a list. The first one comes with the heads of the columns.
 class ListText {
  public:
-  ListText() : kind_width_(ColumnCount(Tr("Kind"))) {
+  ListText()
+      : place_width_(std::max<size_t>(8, ColumnCount(Tr("Place")))),
+        kind_width_(ColumnCount(Tr("Kind"))),
+        number_width_(std::max<size_t>(9, ColumnCount(Tr("Number")))),
+        time_width_(std::max<size_t>(16, ColumnCount(Tr("Time")))) {
     for (const JournalKindName& row : JournalKindNames()) {
       kind_width_ = std::max(kind_width_, ColumnCount(JournalKindText(row.kind)));
     }
@@ -244,13 +248,16 @@ class ListText {
   std::string Row(const std::string& place, const std::string& kind, const std::string& number,
                   const std::string& time, const std::string& words) const {
     const std::string text =
-        fmt::format("{:>8}  {}{}  {:<9}  {:<16}  {}", place, kind,
-                    std::string(kind_width_ - std::min(kind_width_, ColumnCount(kind)), ' '),
-                    number, time, words);
+        fmt::format("{:>{}}  {:<{}}  {:<{}}  {:<{}}  {}", place, place_width_, kind, kind_width_,
+                    number, number_width_, time, time_width_, words);
     return std::string(WithoutTrailingBlanks(text)) + "\n";
   }
 
+  // As wide as the language needs for the heads, and no less than what stands below them.
+  size_t place_width_;
   size_t kind_width_;
+  size_t number_width_;
+  size_t time_width_;
   bool any_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
+#include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"
 #include "console/terminal/suggestion.h"
 #include "pal/protocols/lorimat/front/messages.h"
@@ -112,15 +114,24 @@ std::vector<TableRow> TableRows(const std::vector<CommandWord>& commands,
 }
 
 std::string AsText(const std::vector<TableRow>& rows, bool colours) {
+  const TableRow headings = {Tr("No"),   Tr("Command"), Tr("Short"), Tr("Field"),
+                             Tr("Name"), Tr("Short"),   ""};
+  // As wide as the language needs, and no less than the words that ship.
+  const auto width = [](const std::string& heading, size_t least) {
+    return std::max(least, ColumnsOf(heading));
+  };
   std::string out;
-  const auto add = [&out](const TableRow& row, bool heading) {
+  const auto add = [&](const TableRow& row, bool heading) {
     const std::string line =
-        fmt::format("{:>4}  {:<10}  {:<10}  {:>5}  {:<10}  {:<10}  {}", row.number, row.command,
-                    row.short_command, row.field_number, row.field, row.short_field, row.remark);
+        fmt::format("{:>{}}  {:<{}}  {:<{}}  {:>{}}  {:<{}}  {:<{}}  {}", row.number,
+                    width(headings.number, 4), row.command, width(headings.command, 10),
+                    row.short_command, width(headings.short_command, 10), row.field_number,
+                    width(headings.field_number, 5), row.field, width(headings.field, 10),
+                    row.short_field, width(headings.short_field, 10), row.remark);
     out += Styled(WithoutTrailingBlanks(line), Style::kStrong, heading);
     out += '\n';
   };
-  add({Tr("No"), Tr("Command"), Tr("Short"), Tr("Field"), Tr("Name"), Tr("Short"), ""}, colours);
+  add(headings, colours);
   for (const TableRow& row : rows) add(row, false);
   return out;
 }

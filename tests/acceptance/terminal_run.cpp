@@ -38,7 +38,8 @@ winsize Window(size_t columns, size_t height) {
     unsetenv(name);
   }
   for (const auto& [name, value] : setting.environment) setenv(name.c_str(), value.c_str(), 1);
-  const std::string path = std::string(LORIMAT_BIN_FOLDER) + "/lorimat";
+  const std::string path =
+      setting.program.empty() ? std::string(LORIMAT_BIN_FOLDER) + "/lorimat" : setting.program;
   std::vector<char*> argv = {const_cast<char*>(path.c_str())};
   for (const std::string& argument : arguments) {
     argv.push_back(const_cast<char*>(argument.c_str()));

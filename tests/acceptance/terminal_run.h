@@ -18,6 +18,7 @@ struct TerminalSetting {
   size_t columns = 80;
   size_t height = 24;
   std::string prompt = "lorimat> ";
+  std::string program = {};  // a path; empty is the build's console
 };
 
 class TerminalRun {
