@@ -1,24 +1,26 @@
-// Checks a definition file: line by line for what the library would refuse, drop or cut, and at
-// the end for words that cannot be found. It keeps the rows that the library has room for and no
-// more, however long the file is.
+// Checks a definition file: the library's own reader tells line by line what it refuses, drops or
+// cuts, and at the end the words are looked at that cannot be found. It keeps the rows that the
+// library has room for and no more, however long the file is.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "console/check/definition_words.h"
 #include "console/check/finding.h"
+#include "console/check/language.h"
 #include "console/terminal/line_reader.h"
+#include "pal/protocols/lorimat/front/definition_reader.h"
 
 namespace lorimat::console {
 
-class DefinitionCheck {
+class DefinitionCheck : private DefinitionSink {
  public:
   // findings has to outlive this object.
-  explicit DefinitionCheck(Findings& findings) : findings_(findings) {}
+  explicit DefinitionCheck(Findings& findings);
 
   void Take(const SourceLine& line);
   // Behind the last line.
@@ -28,48 +30,39 @@ class DefinitionCheck {
   uint64_t stop_line() const { return stop_line_; }
   size_t commands() const { return rows_.Count(DefinitionRows::kCommandSlot); }
   size_t fields() const { return rows_.field_count(); }
-  size_t symbols() const { return rows_.symbols.size(); }
+  size_t symbols() const { return symbols_; }
 
  private:
-  enum class Kind { kCommands, kFields, kSymbols, kKeys, kTexts, kDropped };
-  struct Texts;
-  struct Entry {
-    std::string left;
-    std::string right;
-  };
-
-  static const Texts* FindTexts(const std::string& section);
   void Add(Severity severity, const char* rule, std::string what, std::string effect = {},
            std::string suggestion = {});
   void CheckBytes(const SourceLine& line);
-  void TakeHeader(const std::string& text);
-  void TakeNumberHeader();
-  void OpenRows(int slot);
-  void TakeEntry(const std::string& text);
-  Entry Split(const std::string& text);
-  void CheckRowNumber(const std::string& text);
+
+  // What the reader tells.
+  void Take(const DefinitionNote& note) override;
+  void TakeEntry(const DefinitionNote& note);
+  void TakeStop(const std::string& fault);
+  void TakeHeader(const DefinitionNote& note);
+  void TakeNumberHeader(const DefinitionNote& note);
+  void OpenRows(int slot, std::string_view name);
   void CheckName(const std::string& name, bool is_command);
-  bool TakeRow(const Entry& entry, const std::string& text, int slot);
-  void TakeCommand(const Entry& entry, const std::string& text);
-  void TakeField(const Entry& entry, const std::string& text);
-  void TakeSymbol(const Entry& entry, const std::string& text);
-  void TakeText(const Entry& entry, const std::string& text);
-  void Store(int slot, int row, const std::string& name, const std::string& text);
+  void TakeRow(const DefinitionNote& note);
+  void TakeSymbol(const DefinitionNote& note);
+  void TakeText(const DefinitionNote& note);
+  void Store(int slot, int row, std::string_view name);
 
   Findings& findings_;
+  Language language_;
+  DefinitionReader reader_;
   DefinitionRows rows_;
   uint64_t line_ = 0;
   uint64_t stop_line_ = 0;
-  bool section_seen_ = false;
   bool entry_before_section_told_ = false;
-  Kind kind_ = Kind::kDropped;
-  std::string section_;  // its name
-  int id_ = 0;           // of a numeric section
-  const Texts* texts_ = nullptr;
-  std::map<std::pair<const Texts*, int>, uint64_t> text_lines_;
-  std::map<std::string, uint64_t> symbol_lines_;
+  bool dropped_ = true;  // nothing reads the entries of the section at hand
+  size_t symbols_ = 0;
+  bool too_many_symbols_told_ = false;
+  std::map<std::pair<std::string, int>, uint64_t> text_lines_;  // by the section's name and row
+  std::map<std::string, uint64_t, std::less<>> symbol_lines_;
   std::map<int, uint64_t> key_lines_;
-  uint64_t symbols_over_ = 0;
 };
 
 }  // namespace lorimat::console

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "console/check/language.h"
 #include "console/message/translate.h"
 #include "language/handler_fields.h"
 #include "pal/protocols/lorimat/ascii.h"
@@ -34,11 +33,8 @@ bool Contains(const std::vector<int>& numbers, int number) {
 // The words of one file, held against the handlers.
 class WordCheck {
  public:
-  WordCheck(const DefinitionRows& rows, Findings& findings)
-      : rows_(rows),
-        findings_(findings),
-        words_(Language::FromText(rows.text())),
-        tables_(words_.translator()) {}
+  WordCheck(const DefinitionRows& rows, const Language& words, Findings& findings)
+      : rows_(rows), findings_(findings), words_(words), tables_(words_.translator()) {}
 
   void Run() {
     CheckCommands();
@@ -267,7 +263,7 @@ class WordCheck {
 
   const DefinitionRows& rows_;
   Findings& findings_;
-  const Language words_;
+  const Language& words_;
   EcrCmdCommand& tables_;
 };
 
@@ -288,27 +284,8 @@ size_t DefinitionRows::field_count() const {
                                            [](const auto& row) { return row.first.first >= 0; }));
 }
 
-std::string DefinitionRows::text() const {
-  // By lines: a section that was opened twice must be opened twice again.
-  std::map<uint64_t, std::pair<std::string, const std::string*>> lines;
-  for (const auto& [place, row] : rows) {
-    const std::string section = place.first == kCommandSlot   ? "OPCOD"
-                                : place.first == kMessageSlot ? "INTMSG"
-                                                              : std::to_string(place.first);
-    lines[row.line] = {fmt::format("[{}]\n;{}\n", section, row.section_line), &row.text};
-  }
-  for (const Symbol& symbol : symbols) {
-    lines[symbol.line] = {symbol.is_key ? "[EQUTASTI]\n" : "[EQU]\n", &symbol.text};
-  }
-  std::string out;
-  std::string header;
-  for (const auto& [line, entry] : lines) {
-    if (entry.first != header) out += header = entry.first;
-    out += *entry.second + "\n";
-  }
-  return out;
+void CheckWords(const DefinitionRows& rows, const Language& words, Findings& findings) {
+  WordCheck(rows, words, findings).Run();
 }
-
-void CheckWords(const DefinitionRows& rows, Findings& findings) { WordCheck(rows, findings).Run(); }
 
 }  // namespace lorimat::console

@@ -6,9 +6,9 @@
 #include <map>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "console/check/finding.h"
+#include "console/check/language.h"
 
 namespace lorimat::console {
 
@@ -20,28 +20,19 @@ struct DefinitionRows {
 
   struct Row {
     uint64_t line = 0;
-    uint64_t section_line = 0;  // of the header above it
     std::string name;
-    std::string text;  // the whole entry
-  };
-  struct Symbol {
-    uint64_t line = 0;
-    bool is_key = false;
-    std::string text;
   };
 
   std::map<std::pair<int, int>, Row> rows;  // by slot and row; the last one given
-  std::vector<Symbol> symbols;
-  std::map<int, uint64_t> section_lines;  // the last header of a slot
+  std::map<int, uint64_t> section_lines;    // the last header of a slot
 
   const Row* Find(int slot, int row) const;
   size_t Count(int slot) const;
   size_t field_count() const;
-  // A definition file of these rows alone, in the order of the file.
-  std::string text() const;
 };
 
-// Adds what is wrong with the words. Every look-up is the library's own.
-void CheckWords(const DefinitionRows& rows, Findings& findings);
+// Adds what is wrong with the words, which the language has of these rows. Every look-up is the
+// library's own.
+void CheckWords(const DefinitionRows& rows, const Language& words, Findings& findings);
 
 }  // namespace lorimat::console

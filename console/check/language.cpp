@@ -72,6 +72,8 @@ Language Language::FromText(std::string_view text) {
   return language;
 }
 
+Language Language::WithoutWords() { return {}; }
+
 // By the descriptor: the reader takes a path of 79 characters at most.
 bool Language::Read(int descriptor) {
   std::string path = fmt::format("/proc/self/fd/{}", descriptor);

@@ -47,6 +47,8 @@ class Language {
 
   // Reads the text of a definition file. Throws Failure when the library refuses it.
   static Language FromText(std::string_view text);
+  // The library's own messages alone, for a reader that is to fill the tables.
+  static Language WithoutWords();
 
   // The rows that can be found by name, in their order.
   std::vector<CommandWord> commands() const;

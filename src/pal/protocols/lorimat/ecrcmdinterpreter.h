@@ -15,6 +15,7 @@
 #include "pal/protocols/lorimat/prot_def.h"
 #include "pal/protocols/lorimat/records.h"
 
+class DefinitionSink;
 class RtfClientInterface;
 
 class EcrCmdInterpreter {
@@ -71,6 +72,8 @@ class EcrCmdInterpreter {
   // be opened. Returns 1 when the file was read to its end, else 0; what was read
   // stays in the tables.
   int LeggiFileIni(char* szNomeFileIni);
+  // The same, and tells a sink, unless it is null, what becomes of each line.
+  int ReadDefinition(const char* name, DefinitionSink* sink);
   // Reads one line into szLinea (nMax + 1 characters); characters beyond nMax are
   // dropped. Returns the length without the line end, -1 at the end of the file, -2 on
   // a read error.
