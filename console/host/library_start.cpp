@@ -30,12 +30,31 @@ void TellAboutDefinition(const std::string& language, bool verbose,
   }
 }
 
+// What the console says of lines comes from the translator within it, and what they do from the
+// library.
+void TellOtherLibrary(const Library& library, Streams& streams) {
+  const LibraryIdentity loaded = library.identity();
+  const LibraryIdentity own = OwnIdentity();
+  if (loaded.version != own.version) {
+    TellWarning(streams,
+                Tr("the library is version {}, and this program checks and explains lines by "
+                   "version {}: what it says of them may not be what the library does",
+                   loaded.version_text(), own.version_text()));
+  } else if (loaded.answers != own.answers) {
+    TellWarning(streams,
+                Tr("the library calls itself version {}, as this program does, and answers "
+                   "otherwise: what is said of lines may not be what the library does",
+                   loaded.version_text()));
+  }
+}
+
 }  // namespace
 
 // Hands the definition file to the library, having looked at it first: the library says only
 // "2", and takes merkelin.ini of the current directory when it cannot open the file.
 void StartLibrary(const std::string& language, bool verbose, Library& library,
                   RegisterClient& client, Streams& streams) {
+  TellOtherLibrary(library, streams);
   const DefinitionFile definition = FindDefinitionFile(language);
   TellAboutDefinition(language, verbose, definition, streams);
   const bool overridden = !definition.installation_dir.empty();

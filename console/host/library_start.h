@@ -10,7 +10,8 @@
 namespace lorimat::console {
 
 // Hands client and definition file to the library. `language` is the option --language, or empty.
-// Tells on standard error when the registry overrides it, or, with verbose, which file it is.
+// Warns of a library that is not of this program's version. Tells on standard error when the
+// registry overrides the definition file, or, with verbose, which file it is.
 // Throws Failure with the cause when the library refuses the file.
 void StartLibrary(const std::string& language, bool verbose, Library& library,
                   RegisterClient& client, Streams& streams);
