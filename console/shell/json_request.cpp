@@ -43,6 +43,42 @@ class CountingIterator {
   const char** furthest_;
 };
 
+// Where the first byte stands that begins no character of UTF-8, or ends one too early; the size
+// where there is none. Its first byte tells of a character how many follow, and between what bounds
+// the next of them lies: what is longer than need be, a surrogate or too high is none.
+size_t FirstNoUtf8(std::string_view text) {
+  size_t at = 0;
+  while (at < text.size()) {
+    const auto byte = [&text](size_t index) { return static_cast<unsigned char>(text[index]); };
+    const unsigned char first = byte(at);
+    const size_t more = first < 0x80    ? 0
+                        : first < 0xC2  ? text.size()
+                        : first < 0xE0  ? 1
+                        : first < 0xF0  ? 2
+                        : first <= 0xF4 ? 3
+                                        : text.size();
+    if (more >= text.size() - at) return at;
+    for (size_t next = 1; next <= more; ++next) {
+      const int lowest = next > 1 ? 0x80 : first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+      const int highest = next > 1 ? 0xBF : first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+      if (byte(at + next) < lowest || byte(at + next) > highest) return at;
+    }
+    at += more + 1;
+  }
+  return text.size();
+}
+
+// Whether this is a whole part of JSON, by itself or, ahead of the end of the text, without the
+// byte by which the parser has found the end of a number.
+bool IsToken(std::string_view part, bool at_end) {
+  constexpr std::string_view kSigns = "{}[]";
+  if (kSigns.find(part.front()) != kSigns.npos) return true;
+  if (Json::accept(part)) return true;
+  if (at_end) return false;
+  part.remove_suffix(1);
+  return !part.empty() && Json::accept(part);
+}
+
 // Takes the parts of a request as the parser finds them. What is nested is passed over, so that its
 // depth takes no room. Of several errors the first is kept.
 class RequestParts : public nlohmann::json_sax<Json> {
@@ -53,7 +89,8 @@ class RequestParts : public nlohmann::json_sax<Json> {
   bool null() override { return Scalar("null"); }
   bool boolean(bool) override { return Scalar("true or false"); }
   bool number_float(number_float_t, const string_t&) override {
-    return Scalar("a number with a fraction or an exponent, or too large");
+    RefuseValue("a number with a fraction or an exponent, or too large", NumberToken());
+    return true;
   }
   bool number_integer(number_integer_t number) override { return WholeNumber(number); }
   bool number_unsigned(number_unsigned_t number) override { return WholeNumber(number); }
@@ -115,27 +152,31 @@ class RequestParts : public nlohmann::json_sax<Json> {
     return true;
   }
 
-  bool parse_error(std::size_t, const std::string&,
+  // What is wrong is told by the bytes alone.
+  bool parse_error(std::size_t read_with_end, const std::string&,
                    const nlohmann::detail::exception& error) override {
-    // "parse error at line 1, column 3: syntax error while parsing value - invalid literal; ..."
-    std::string_view what = error.what();
-    what.remove_prefix(std::min(what.size(), what.find(" - ")));
-    const auto says = [&what](std::string_view words) {
-      return what.substr(0, 80).find(words) == 3;
-    };
-    // The parser stops at a byte within a part, or behind a part that is out of place.
     const size_t read = position();
-    const bool ends = says("unexpected end of input") || says("invalid string: missing closing");
-    const uint64_t column = ends               ? text_.size() + 1
-                            : says("invalid ") ? read
-                                               : std::min(token(), text_.size()) + 1;
+    const size_t strange = FirstNoUtf8(text_);
+    const size_t begin = std::min(token(), read);
+    const std::string_view part = text_.substr(begin, read - begin);
+    // The end was read as if it were a byte.
+    const bool at_end = read_with_end > text_.size();
+    // A number that is too large stops it, too, and is a part.
+    constexpr int kSyntax = 101;
+    const bool within = error.id == kSyntax && !part.empty() && !IsToken(part, at_end);
+    const bool ends = at_end && (!within || part.front() == '"');
     std::string cause = "this is no JSON";
+    // The parser stops at a byte within a part, or behind a part that is out of place.
+    uint64_t column = within || part.empty() ? read : begin + 1;
     if (text_.find_first_not_of(" \t\r") == std::string_view::npos) {
       cause = "the line is blank, and no JSON";
+      column = text_.size() + 1;
+    } else if (strange < read) {
+      cause = "a byte is no UTF-8";
+      column = read;
     } else if (ends) {
       cause = "the JSON is not whole";
-    } else if (says("invalid string: ill-formed UTF-8")) {
-      cause = "a byte is no UTF-8";
+      column = text_.size() + 1;
     }
     // Nothing in front of it counts: the text as a whole is none.
     request_->error = {RequestError::kNotJson, std::move(cause), column};
@@ -159,9 +200,18 @@ class RequestParts : public nlohmann::json_sax<Json> {
     return begin;
   }
 
+  // The same of a number, whose end the parser sees by the byte behind it.
+  size_t NumberToken() {
+    const size_t begin = token();
+    constexpr std::string_view kOfNumbers = "0123456789+-.eE";
+    const bool ends = passed_ == text_.size();
+    if (!ends || kOfNumbers.find(text_[passed_ - 1]) == kOfNumbers.npos) --passed_;
+    return begin;
+  }
+
   template <typename Number>
   bool WholeNumber(Number number) {
-    const size_t begin = token();
+    const size_t begin = NumberToken();
     if (depth_ == 1 && member_ == kId) {
       TakeId(number);
     } else {

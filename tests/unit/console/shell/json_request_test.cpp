@@ -54,6 +54,44 @@ TEST(JsonRequest, NamesTheColumnWhereItIsNoJson) {
   EXPECT_EQ(Fault(R"({"id":1,"line":"\ud800"})").substr(0, 9), "not-json:");
 }
 
+TEST(JsonRequest, TellsWhyItIsNoJson) {
+  const struct {
+    std::string text;
+    const char* cause;
+    uint64_t column;
+  } cases[] = {
+      {" \t", "the line is blank, and no JSON", 3},
+      {"{\"id\":1", "the JSON is not whole", 8},
+      {"{\"id\":\"a\\", "the JSON is not whole", 10},
+      {"{\"id\":\"\\u00", "the JSON is not whole", 12},
+      {"{\"id\":tru", "this is no JSON", 9},
+      {"{\"id\":1.", "this is no JSON", 8},
+      {"{\"id\":1,,", "this is no JSON", 9},
+      {"{\"id\"::1}", "this is no JSON", 7},
+      {"{\"id\":1line}", "this is no JSON", 8},
+      {"{\"id\":01}", "this is no JSON", 8},
+      {"{\"id\":1]", "this is no JSON", 8},
+      {"{\"id\":\"\\q\"}", "this is no JSON", 9},
+      {"{\"id\":\"\x01\"}", "this is no JSON", 8},
+      {std::string("{\0}", 3), "this is no JSON", 2},
+      {"\xC3\xA8", "this is no JSON", 1},
+      {"{\"id\":1}\xFF", "a byte is no UTF-8", 9},
+      {"{\"id\":\"\xED\xA0\x80\"}", "a byte is no UTF-8", 9},
+      {"{\"id\":\"\xF4\x90\x80\x80\"}", "a byte is no UTF-8", 9},
+      {"{\"id\":\"\xE0\x80\x80\"}", "a byte is no UTF-8", 9},
+      {"{\"id\":\"\xC1\x80\"}", "a byte is no UTF-8", 8},
+      {"{\"id\":\"\xF0\x9F\x98\x80\", x}", "this is no JSON", 15},
+      {"{\"id\":\"\xC3", "a byte is no UTF-8", 8},
+  };
+  for (const auto& one : cases) {
+    const JsonRequest request = Read(one.text);
+    ASSERT_TRUE(request.error) << one.text;
+    EXPECT_EQ(request.error->kind, RequestError::kNotJson) << one.text;
+    EXPECT_EQ(request.error->cause, one.cause) << one.text;
+    EXPECT_EQ(request.error->column, one.column) << one.text;
+  }
+}
+
 TEST(JsonRequest, WhatIsNoJsonHasNoId) {
   EXPECT_TRUE(Read(R"({"id":1,"line":"CHIU"} x)").id.is_null());
   EXPECT_TRUE(Read(R"({"id":1,"line":"CHIU")").id.is_null());
