@@ -1,6 +1,7 @@
 // lorimat: the program a person runs. Each subcommand has a file of its own, and one of them runs.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <new>
@@ -11,6 +12,7 @@
 
 #include "console/command/help.h"
 #include "console/command/subcommand.h"
+#include "console/command/usage_error.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/places.h"
 #include "console/host/register_options.h"
@@ -58,7 +60,8 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
       ShowHelp(streams, output.str());
       return kExitGood;
     }
-    TellError(streams, unknown.empty() ? UsageError(app, error) : unknown);
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    TellError(streams, unknown.empty() ? UsageError(app, error, arguments) : unknown);
     streams.Error(Tr("Run with --help for more information.\n"));
     return kExitNotDone;
   }

@@ -1,15 +1,12 @@
 #include "console/command/help.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <memory>
+#include <string>
 #include <string_view>
-#include <vector>
 
 #include "console/host/installed_files.h"
-#include "console/message/text.h"
 #include "console/message/translate.h"
-#include "console/terminal/suggestion.h"
 
 namespace lorimat::console {
 namespace {
@@ -33,29 +30,6 @@ class HelpFormatter : public CLI::Formatter {
   }
 };
 
-// In CLI11's own words, where the fields are names and numbers. A pattern stands in front of
-// those that fit its messages, too.
-constexpr std::string_view kUsageErrors[] = {
-    TR_TEXT("A subcommand is required"),
-    TR_TEXT("The following argument was not expected: {}"),
-    TR_TEXT("{} was given a disallowed flag override"),
-    TR_TEXT("{}: too many inputs for a flag"),
-    TR_TEXT("{}: Should be true/false or a number"),
-    TR_TEXT("{}: At least {} required but received {}"),
-    TR_TEXT("{}: At Most {} required but received {}"),
-    TR_TEXT("{}: {} required {} missing"),
-    TR_TEXT("Expected exactly {} arguments to {}, got {}"),
-    TR_TEXT("Expected at least {} arguments to {}, got {}"),
-    TR_TEXT("Could not convert: {} = {}"),
-    TR_TEXT("{}: Value {} not in range {} to {}"),
-    TR_TEXT("{}: Number less or equal to 0: {}"),
-    TR_TEXT("{}: Number less than 0: {}"),
-    TR_TEXT("{}: {} not in {}"),
-    TR_TEXT("{} is required"),
-    TR_TEXT("{} excludes {}"),
-    TR_TEXT("{} requires {}"),
-};
-
 constexpr std::string_view kExamples = TR_TEXT(R"(Examples:
   lorimat run examples/receipt.cmd
       Runs the lines of a file and prints the receipt.
@@ -73,67 +47,6 @@ Exit codes:
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP
 )");
 
-bool StartsAsOption(std::string_view argument) {
-  return argument.size() > 1 && argument.front() == '-';
-}
-
-// "--paper" of "--paper=x".
-std::string OptionName(const std::string& argument) {
-  return argument.substr(0, argument.find('='));
-}
-
-// The command that was named last: that of "journal verify" is verify.
-const CLI::App& LastCommand(const CLI::App& app) {
-  const CLI::App* last = &app;
-  while (!last->get_subcommands().empty()) last = last->get_subcommands().back();
-  return *last;
-}
-
-bool HasOption(const CLI::App& app, const std::string& name) {
-  return app.get_option_no_throw(name) != nullptr;
-}
-
-// An option of some command in front of its command: "lorimat --register x status".
-std::string MisplacedOption(const CLI::App& app, const std::string& name) {
-  const CLI::App& command = LastCommand(app);
-  if (&command != &app) {
-    if (!HasOption(command, name)) return {};
-    return Tr("the option {} stands behind the subcommand: lorimat {} {} ...", name,
-              command.get_name(), name);
-  }
-  for (const CLI::App* one : app.get_subcommands([](const CLI::App*) { return true; })) {
-    if (HasOption(*one, name)) {
-      return Tr("the option {} stands behind a subcommand, and none was given", name);
-    }
-  }
-  return {};
-}
-
-std::string NoSuchOption(const CLI::App& app, const std::string& name) {
-  std::vector<std::string> names;
-  for (const CLI::Option* option : LastCommand(app).get_options()) {
-    for (const std::string& one : option->get_lnames()) names.push_back(one);
-  }
-  std::string text = Tr("no option is called '{}'", Shown(name));
-  const std::string nearest = name.substr(0, 2) == "--" ? NearestWord(name.substr(2), names) : "";
-  if (!nearest.empty()) text += Tr("; did you mean {}?", fmt::format("--{}", nearest));
-  return text;
-}
-
-// Names what nothing took, options first: what stands behind one is often its value.
-std::string Unexpected(const CLI::App& app, const std::vector<std::string>& left_over) {
-  for (const std::string& argument : left_over) {
-    if (!StartsAsOption(argument)) continue;
-    const std::string name = OptionName(argument);
-    const std::vector<std::string> in_front = app.remaining(false);
-    const bool is_in_front =
-        std::find(in_front.begin(), in_front.end(), argument) != in_front.end();
-    const std::string misplaced = is_in_front ? MisplacedOption(app, name) : "";
-    return misplaced.empty() ? NoSuchOption(app, name) : misplaced;
-  }
-  return Tr("The following argument was not expected: {}", Shown(left_over.front()));
-}
-
 // With the examples' folder as a person can type it anywhere.
 std::string WithExamples(std::string text, const std::string& folder) {
   constexpr std::string_view kFolder = " examples/";
@@ -147,11 +60,10 @@ std::string WithExamples(std::string text, const std::string& folder) {
 void GiveWords(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
   app.formatter(formatter);
   app.footer(WithExamples(app.get_footer(), FindExamples()));
-  for (CLI::Option* option : app.get_options()) {
-    if (option->get_group() == "Options") option->group(Tr("Options"));
-  }
+  for (CLI::Option* option : app.get_options()) option->group(Tr("Options"));
   for (CLI::App* command : app.get_subcommands({})) {
-    if (command->get_group() == "Subcommands") command->group(Tr("Subcommands"));
+    // Those of the program have their headings.
+    if (app.get_parent() != nullptr) command->group(Tr("Subcommands"));
     GiveWords(*command, formatter);
   }
 }
@@ -199,42 +111,6 @@ void TranslateHelp(CLI::App& app) {
   formatter->label("\"YYYY-MM-DD HH:MM\"", Tr("\"YYYY-MM-DD HH:MM\""));
   app.footer(std::string(Translated(kExamples)));
   GiveWords(app, formatter);
-}
-
-std::string NoSuchCommand(const CLI::App& app, const std::string& name) {
-  std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-    names.push_back(command->get_name());
-  }
-  std::string text = Tr("no subcommand is called '{}'", Shown(name));
-  const std::string nearest = NearestWord(name, names);
-  if (!nearest.empty()) text += Tr("; did you mean {}?", nearest);
-  return text;
-}
-
-std::string UnknownCommand(const CLI::App& app) {
-  const std::vector<std::string> left_over = app.remaining(true);
-  if (!app.get_subcommands().empty() || left_over.empty() || StartsAsOption(left_over.front())) {
-    return {};
-  }
-  return NoSuchCommand(app, left_over.front());
-}
-
-std::string UsageError(const CLI::App& app, const CLI::Error& error) {
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    const std::vector<std::string> left_over = app.remaining(true);
-    if (!left_over.empty()) return Unexpected(app, left_over);
-  }
-  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-    // Where something is missing and something else is left over, that is the slip: "chek x.cmd"
-    // lacks no subcommand, and "run --papper" more than its FILE.
-    const std::vector<std::string> left_over = app.remaining(true);
-    if (const std::string unknown = UnknownCommand(app); !unknown.empty()) return unknown;
-    if (!left_over.empty() && StartsAsOption(left_over.front())) {
-      return Unexpected(app, left_over);
-    }
-  }
-  return TrFinished(Shown(error.what()), kUsageErrors);
 }
 
 }  // namespace lorimat::console

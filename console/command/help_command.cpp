@@ -7,6 +7,7 @@
 
 #include "console/command/help.h"
 #include "console/command/subcommand.h"
+#include "console/command/usage_error.h"
 #include "console/message/failure.h"
 #include "console/message/translate.h"
 #include "console/terminal/pager.h"

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "console/command/subcommand.h"
+#include "console/command/usage_error.h"
 #include "console/host/clock_text.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
@@ -429,7 +430,7 @@ void AddSharedOptions(CLI::App* command, JournalOptions* options) {
 // A register that is named in front of the command's name and behind it is named twice.
 void RequireOneRegister(const JournalOptions& options) {
   const size_t count = options.outer_registers + (options.nested_register_file.empty() ? 0 : 1);
-  if (count > 1) throw CLI::ArgumentMismatch::AtMost("--register", 1, count);
+  if (count > 1) throw GivenTooOften("--register", 1, count);
 }
 
 void AddOptions(CLI::App* journal, JournalOptions* options) {
@@ -450,7 +451,7 @@ void AddOptions(CLI::App* journal, JournalOptions* options) {
   CLI::App* show_entry = journal->add_subcommand("show", Tr("Show an entry as it was printed"));
   show_entry->add_option("PLACE", options->place, Tr("Its place in the list"))
       ->required()
-      ->check(CLI::Range(uint64_t{1}, uint64_t{999999999}).description(""));
+      ->check(WholeNumberIn(1, 999999999));
   AddSharedOptions(show_entry, options);
   show_entry->callback([options] {
     options->show = true;

@@ -10,6 +10,7 @@
 
 #include "console/command/paper_outputs.h"
 #include "console/command/subcommand.h"
+#include "console/command/usage_error.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
@@ -83,7 +84,7 @@ void AddOptions(CLI::App* paper, PaperOptions* options) {
   AddRegisterOption(paper, &options->register_file);
   paper->add_option("--last", options->last, Tr("Only the last N documents"))
       ->type_name("N")
-      ->check(CLI::Range(1, 1000000).description(""));
+      ->check(WholeNumberIn(1, 1000000));
   AddPaperOption(paper, &options->paper, Tr("Write the text to FILE"));
   paper->add_option("--png", options->png, Tr("Write a picture of the paper to FILE"))
       ->type_name("FILE");

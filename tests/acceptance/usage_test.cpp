@@ -156,6 +156,56 @@ TEST(Usage, StopOnErrorDoesNotGoWithBatch) {
   EXPECT_THAT(run.errors, HasSubstr("--stop-on-error"));
 }
 
+TEST(Usage, EachKindOfWrongUseIsToldInBothLanguages) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* english;
+    const char* italian;
+  } cases[] = {
+      {{}, "A subcommand is required", "Manca il sottocomando"},
+      {{"run"}, "FILE is required", "FILE è obbligatorio"},
+      {{"journal", "show"}, "PLACE is required", "PLACE è obbligatorio"},
+      {{"run", "{}%s", "--paper"},
+       "--paper: 1 required FILE missing",
+       "--paper: valori mancanti: 1 di tipo FILE"},
+      {{"run", "x", "--clock", "a", "--clock", "b"},
+       "--clock: At Most 1 required but received 2",
+       "--clock: ce ne vogliono al massimo 1 e sono 2"},
+      {{"journal", "--register", "a", "verify", "--register", "b"},
+       "--register: At Most 1 required but received 2",
+       "--register: ce ne vogliono al massimo 1 e sono 2"},
+      {{"status", "--json={0}%s\x1b"},
+       "Could not convert: --json = {0}%s\\x1B",
+       "Valore non valido: --json = {0}%s\\x1B"},
+      {{"fault", "busy", "--on", "OpenDrawer", "--nth", "{}"},
+       "Could not convert: --nth = {}",
+       "Valore non valido: --nth = {}"},
+      {{"fault", "busy", "--nth", "1", "--every"},
+       "--nth excludes --every",
+       "--nth esclude --every"},
+      {{"fault", "--nth", "1"}, "--nth requires FAULT", "--nth richiede FAULT"},
+      {{"paper", "--last", "0"},
+       "--last: Value 0 not in range 1 to 1000000",
+       "--last: il valore 0 non è tra 1 e 1000000"},
+      {{"journal", "show", "{}%s\x1b"},
+       "PLACE: Value {}%s\\x1B not in range 1 to 999999999",
+       "PLACE: il valore {}%s\\x1B non è tra 1 e 999999999"},
+      {{"run", "x", "--register", ""},
+       "--register: must not be empty",
+       "--register: non può essere vuoto"},
+      {{"explain", "--json", "--json=x", "1"},
+       "Could not convert: --json = true,x",
+       "Valore non valido: --json = true,x"},
+  };
+  const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
+  for (const auto& one : cases) {
+    EXPECT_THAT(RunConsole(one.arguments).errors,
+                StartsWith(std::string("lorimat: ") + one.english + "\n"));
+    EXPECT_THAT(RunConsole(one.arguments, italian).errors,
+                StartsWith(std::string("lorimat: ") + one.italian + "\n"));
+  }
+}
+
 TEST(Usage, AClockThatIsNoDateIsRefused) {
   TestFolder folder;
   const std::string lines = folder.Write("lines.cmd", "");
