@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <csignal>
 #include <exception>
-#include <new>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -18,7 +17,7 @@
 #include "console/host/register_options.h"
 #include "console/message/catalogs.h"
 #include "console/message/failure.h"
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
@@ -83,10 +82,8 @@ int RunProgram(int argc, char** argv) {
       code = ParseAndRun(argc, argv, streams);
     } catch (const Failure& failure) {
       TellError(streams, failure.what());
-    } catch (const std::bad_alloc&) {
-      TellError(streams, Tr("there is not enough memory"));
     } catch (const std::exception& error) {
-      TellError(streams, RegisterMessage(error.what()));
+      TellError(streams, ErrorText(error));
     }
   } catch (const std::exception&) {
     // Not even standard error can be reached.

@@ -61,26 +61,6 @@ Exit codes:
 
 // --- The list.
 
-// What the register says of its faults, for the table of the Italian texts.
-constexpr std::string_view kRegisterTexts[] = {
-    TR_TEXT("the roll of paper is at its end"),
-    TR_TEXT("the roll is near its end; printing goes on"),
-    TR_TEXT("the cover is open"),
-    TR_TEXT("the device does not answer: switched off or not connected"),
-    TR_TEXT("the device is busy; polls of its state count"),
-    TR_TEXT("the fiscal memory is full"),
-    TR_TEXT("the day has to be closed first"),
-    TR_TEXT("the totals do not agree"),
-    TR_TEXT("the operation gets lost on its way, and nothing is done"),
-    TR_TEXT("the operation is carried out, and its answer gets lost"),
-    TR_TEXT("what prints"),
-    TR_TEXT("everything"),
-    TR_TEXT("all but reading"),
-    TR_TEXT("openings of fiscal documents, payments, day closings"),
-    TR_TEXT("openings of fiscal documents"),
-    TR_TEXT("subtotals and payments"),
-};
-
 std::string KindsAsText() {
   size_t width = 0;
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
@@ -93,9 +73,8 @@ std::string KindsAsText() {
     if (!strikes.empty()) out += fmt::format("  {:<{}}  {:>6}  {}\n", "", width, "", strikes);
   };
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
-    add(kind.name, kind.code == 0 ? "-" : std::to_string(kind.code),
-        TrFinished(kind.what, kRegisterTexts),
-        Tr("strikes: {}", TrFinished(kind.strikes, kRegisterTexts)));
+    add(kind.name, kind.code == 0 ? "-" : std::to_string(kind.code), FaultKindText(kind.name),
+        Tr("strikes: {}", FaultStrikesText(kind.name)));
   }
   add(lorimat::kCodeFault, "N", Tr("any result code, by its number"), "");
   return out;

@@ -14,7 +14,7 @@
 #include "console/command/subcommand.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
@@ -81,7 +81,7 @@ void SetUp(lorimat::VirtualRegister& device, const ShopValues& values) {
   if (code == RTF_SUCCESS) return;
   const bool kept = device.last_refusal().cause != lorimat::RefusalCause::kNotKept;
   throw Failure(kept ? ShopRefusalText(values, refused, device.last_refusal())
-                     : RegisterMessage(device.last_failure()));
+                     : RegisterFailureText(device.failure()));
 }
 
 lorimat::RegisterSettings FirstSettings(const lorimat::ShopSetup& setup) {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "console/message/failure.h"
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
@@ -58,8 +58,7 @@ PaperOutputs::Outcome PaperOutputs::write() {
                 Tr("{}: not written, stopped by {}", Shown(output.name.name), InterruptName()));
     } catch (const lorimat::PictureError& error) {
       outcome.failed = true;
-      TellError(streams_,
-                fmt::format("{}: {}", Shown(output.name.name), RegisterMessage(error.what())));
+      TellError(streams_, fmt::format("{}: {}", Shown(output.name.name), ErrorText(error)));
     } catch (const Failure& failure) {
       outcome.failed = true;
       TellError(streams_, failure.what());

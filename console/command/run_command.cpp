@@ -93,14 +93,6 @@ constexpr size_t kShownLine = 100;  // of an "@" line
 
 bool IsLong(const LineReader& reader) { return reader.size() >= Progress::kLongFile; }
 
-// Why the register could not be kept, once for each cause.
-void TellFailure(const RegisterClient& client, std::string* told, Streams& streams) {
-  const std::string cause = client.last_failure();
-  if (cause == *told) return;
-  *told = cause;
-  if (!cause.empty()) TellError(streams, Tr("the register could not be kept: {}", cause));
-}
-
 // --- One EcrCmd for each line. Returns an exit code.
 int RunLines(const RunOptions& options, LineReader& reader, Library& library,
              RegisterClient& client, MemoryWatch* memory, LineHints* hints, FailureReport& failures,
@@ -115,7 +107,6 @@ int RunLines(const RunOptions& options, LineReader& reader, Library& library,
   uint64_t run = 0;
   uint64_t batch_lines = 0;  // of "@" lines with failures
   bool stopped = false;
-  std::string told_failure;
   // What Ctrl-C leaves of a line that was being typed or sent is not run.
   while (!stopped && !interrupted && reader.Next(&line) && !interrupted) {
     run = line.number;
@@ -154,7 +145,7 @@ int RunLines(const RunOptions& options, LineReader& reader, Library& library,
       if (code != 0) {
         if (reason.empty()) reason = client.ReasonSince(refusals, code);
         failures.Report({place, code, answer, line.text, reason});
-        TellFailure(client, &told_failure, streams);
+        client.TellFailure(streams);
       } else if (hints != nullptr && !IsBatchLine(line.text)) {
         const std::string told = hints->Take(line, place, streams.error_has_colours());
         if (!told.empty()) {
@@ -241,8 +232,7 @@ int RunBatch(const RunOptions& options, const LineReader& reader, Library& libra
   if (run.code != 0) {
     throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
   }
-  std::string told_failure;
-  TellFailure(client, &told_failure, streams);
+  client.TellFailure(streams);
   TellUnknownFailures(run, reader.name(), streams);
   ReportFailures(run.failures, failures);
   failures.Summarize();

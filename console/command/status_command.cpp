@@ -109,7 +109,7 @@ std::string AsText(const lorimat::RegisterStatus& status) {
 }
 
 Json OpenDocumentJson(const lorimat::CutOffDocument& document) {
-  Json json = {{"kind", document.kind},
+  Json json = {{"kind", lorimat::InterruptedKindName(document.kind)},
                {"begun", TimeForPrograms(document.begun)},
                {"lines", document.lines},
                {"subtotal_cents", AmountCents(document.subtotal)},

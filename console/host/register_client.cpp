@@ -13,7 +13,7 @@
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/refusal_text.h"
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/register_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
@@ -135,8 +135,13 @@ const lorimat::VirtualRegister& RegisterClient::device() const { return *device_
 
 lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
 
-std::string RegisterClient::last_failure() const {
-  return RegisterMessage(device_->last_failure());
+std::string RegisterClient::last_failure() const { return RegisterFailureText(device_->failure()); }
+
+void RegisterClient::TellFailure(Streams& streams) {
+  const lorimat::RegisterFailure& failure = device_->failure();
+  if (failure == told_) return;
+  told_ = failure;
+  TellError(streams, Tr("the register could not be kept: {}", last_failure()));
 }
 
 uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }

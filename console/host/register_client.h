@@ -38,6 +38,8 @@ class RegisterClient {
   const std::string& file() const { return file_; }
   // Why the register could not be kept, with its file; empty when nothing failed.
   std::string last_failure() const;
+  // Tells it, once for each failure.
+  void TellFailure(Streams& streams);
   // How many operations were refused until now, and the last one.
   uint64_t refusals() const;
   const lorimat::Refusal& last_refusal() const;
@@ -65,6 +67,7 @@ class RegisterClient {
   class Device;
   std::string file_;
   std::unique_ptr<Device> device_;
+  lorimat::RegisterFailure told_;
 };
 
 }  // namespace lorimat::console

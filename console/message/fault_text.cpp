@@ -9,6 +9,38 @@
 namespace lorimat::console {
 namespace {
 
+struct FaultWords {
+  std::string_view name;
+  const char* what;
+  const char* strikes;
+};
+
+constexpr FaultWords kFaults[] = {
+    {"paper-end", TR_TEXT("the roll of paper is at its end"), TR_TEXT("what prints")},
+    {"paper-near-end", TR_TEXT("the roll is near its end; printing goes on"),
+     TR_TEXT("what prints")},
+    {"cover-open", TR_TEXT("the cover is open"), TR_TEXT("what prints")},
+    {"off-line", TR_TEXT("the device does not answer: switched off or not connected"),
+     TR_TEXT("everything")},
+    {"busy", TR_TEXT("the device is busy; polls of its state count"), TR_TEXT("all but reading")},
+    {"fiscal-memory-full", TR_TEXT("the fiscal memory is full"),
+     TR_TEXT("openings of fiscal documents, payments, day closings")},
+    {"day-end-required", TR_TEXT("the day has to be closed first"),
+     TR_TEXT("openings of fiscal documents")},
+    {"wrong-totals", TR_TEXT("the totals do not agree"), TR_TEXT("subtotals and payments")},
+    {"no-answer", TR_TEXT("the operation gets lost on its way, and nothing is done"),
+     TR_TEXT("everything")},
+    {"lost-answer", TR_TEXT("the operation is carried out, and its answer gets lost"),
+     TR_TEXT("all but reading")},
+};
+
+const FaultWords* FindFault(std::string_view name) {
+  for (const FaultWords& row : kFaults) {
+    if (row.name == name) return &row;
+  }
+  return nullptr;
+}
+
 std::string WhenText(const lorimat::Fault& fault) {
   const bool any = !fault.operation;
   const std::string_view operation =
@@ -29,6 +61,16 @@ std::string WhenText(const lorimat::Fault& fault) {
 }
 
 }  // namespace
+
+std::string FaultKindText(std::string_view name) {
+  const FaultWords* const found = FindFault(name);
+  return found == nullptr ? std::string() : std::string(Translated(found->what));
+}
+
+std::string FaultStrikesText(std::string_view name) {
+  const FaultWords* const found = FindFault(name);
+  return found == nullptr ? std::string() : std::string(Translated(found->strikes));
+}
 
 std::string FaultText(const lorimat::Fault& fault) {
   return fmt::format("{} ({}), {}", Shown(fault.name), fault.code, WhenText(fault));

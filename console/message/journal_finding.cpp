@@ -2,8 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/register_text.h"
+#include "console/message/text.h"
 #include "console/message/translate.h"
 #include "register/value/row_encoding.h"
 
@@ -166,9 +167,9 @@ const FindingRow* RowOf(const lorimat::Finding& finding) {
 std::string JournalFindingText(const lorimat::Finding& finding) {
   const FindingRow* row = RowOf(finding);
   if (row == nullptr) return {};
-  // A cause is a message of the register, like those of its failures.
-  const std::string text =
-      finding.kind == FindingKind::kUnreadable ? RegisterMessage(finding.text) : finding.text;
+  const std::string text = finding.kind == FindingKind::kUnreadable
+                               ? RegisterFailureText(finding.failure)
+                               : Shown(finding.text);
   const std::string name = NameOf(finding);
   return fmt::format(fmt::runtime(Translated(row->text)), fmt::arg("entry", finding.entry),
                      fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),

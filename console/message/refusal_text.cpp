@@ -304,15 +304,15 @@ constexpr OperationNeed kNeeds[] = {
 std::string KindName(int64_t kind) {
   switch (static_cast<DocumentKind>(kind)) {
     case DocumentKind::kInvoice:
-      return DocumentKindText("invoice");
+      return DocumentKindText(lorimat::InterruptedKind::kInvoice);
     case DocumentKind::kRefund:
-      return DocumentKindText(TR_TEXT("credit note"));
+      return DocumentKindText(lorimat::InterruptedKind::kCreditNote);
     case DocumentKind::kCancel:
-      return DocumentKindText("void");
+      return DocumentKindText(lorimat::InterruptedKind::kVoid);
     case DocumentKind::kSale:
       break;
   }
-  return DocumentKindText("receipt");
+  return DocumentKindText(lorimat::InterruptedKind::kReceipt);
 }
 
 std::string GoingOn(const Refusal& refusal) {
@@ -326,7 +326,7 @@ std::string GoingOn(const Refusal& refusal) {
     case PrinterState::kEnding:
       return Tr("{} is paid, and waits to be ended", KindName(kind));
     case PrinterState::kNonFiscal:
-      return Tr("{} is open", DocumentKindText("non-fiscal"));
+      return Tr("{} is open", DocumentKindText(lorimat::InterruptedKind::kNonFiscal));
     case PrinterState::kItemList:
       return Tr("a list of items is open");
     case PrinterState::kMonitor:

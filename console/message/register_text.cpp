@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 #include "console/message/text.h"
 #include "console/message/translate.h"
@@ -11,19 +10,30 @@
 namespace lorimat::console {
 namespace {
 
+using Kind = lorimat::InterruptedKind;
+
 struct KindText {
-  const char* kind;  // as the register names it
+  Kind kind;
+  const char* name;
   const char* indefinite;
 };
 
-constexpr std::array<KindText, 6> kDocumentKinds = {{
-    {"receipt", TR_TEXT("a receipt")},
-    {"invoice", TR_TEXT("an invoice")},
-    {TR_TEXT("credit note"), TR_TEXT("a credit note")},
-    {"void", TR_TEXT("a void document")},
-    {"non-fiscal", TR_TEXT("a non-fiscal document")},
-    {"training", TR_TEXT("a training document")},
-}};
+constexpr KindText kDocumentKinds[] = {
+    {Kind::kReceipt, TR_TEXT("receipt"), TR_TEXT("a receipt")},
+    {Kind::kInvoice, TR_TEXT("invoice"), TR_TEXT("an invoice")},
+    {Kind::kCreditNote, TR_TEXT("credit note"), TR_TEXT("a credit note")},
+    {Kind::kVoid, TR_TEXT("void"), TR_TEXT("a void document")},
+    {Kind::kNonFiscal, TR_TEXT("non-fiscal"), TR_TEXT("a non-fiscal document")},
+    {Kind::kTraining, TR_TEXT("training"), TR_TEXT("a training document")},
+    {Kind::kClosing, TR_TEXT("closing"), TR_TEXT("a closing")},
+};
+
+const KindText& RowOf(Kind kind) {
+  for (const KindText& row : kDocumentKinds) {
+    if (row.kind == kind) return row;
+  }
+  return kDocumentKinds[0];
+}
 
 }  // namespace
 
@@ -50,12 +60,7 @@ std::string TimeForPrograms(const std::tm& time) {
                      time.tm_mday, time.tm_hour, time.tm_min);
 }
 
-std::string DocumentKindText(const std::string& kind) {
-  for (const KindText& row : kDocumentKinds) {
-    if (kind == row.kind) return std::string(Translated(row.indefinite));
-  }
-  return Shown(kind);
-}
+std::string DocumentKindText(Kind kind) { return std::string(Translated(RowOf(kind).indefinite)); }
 
 namespace {
 
@@ -64,7 +69,7 @@ std::string BegunText(const lorimat::CutOffDocument& document) {
 }
 
 bool HasTotal(const lorimat::CutOffDocument& document) {
-  return document.kind != "non-fiscal" && document.kind != "training";
+  return document.kind != Kind::kNonFiscal && document.kind != Kind::kTraining;
 }
 
 std::string LinesText(const lorimat::CutOffDocument& document) {
@@ -102,7 +107,7 @@ std::string UnansweredDocumentText(const lorimat::UnansweredDocument& document) 
   return Tr(
       "{} {} of {}, total {}, was stored last, and the register was switched off behind it: its "
       "answer may not have gone out",
-      Translated(document.kind), document.number_text(), TimeText(document.time),
+      Translated(RowOf(document.kind).name), document.number_text(), TimeText(document.time),
       AmountText(document.total));
 }
 

@@ -20,8 +20,8 @@ int64_t AmountCents(lorimat::Amount amount);
 std::string TimeText(const std::tm& time);
 std::string TimeForPrograms(const std::tm& time);
 
-// The kind of an open document ("credit note"), in the user's language.
-std::string DocumentKindText(const std::string& kind);
+// A document of a kind ("a credit note"), in the user's language.
+std::string DocumentKindText(lorimat::InterruptedKind kind);
 // "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, not paid: the next start voids it".
 std::string OpenDocumentText(const lorimat::CutOffDocument& document);
 // The same behind the start: "a receipt of 20/11/2026 11:03, 2 lines, subtotal 3,50, was cut off:

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <string_view>
 #include <system_error>
 
@@ -45,36 +46,39 @@ std::string_view WithoutTrailingBlanks(std::string_view text) {
 }
 
 // The C library has them in other languages only where a package of languages is installed.
-std::string SystemMessage(std::string_view english) {
-  static constexpr std::string_view kMessages[] = {
-      TR_TEXT("No such file or directory"),
-      TR_TEXT("Permission denied"),
-      TR_TEXT("Operation not permitted"),
-      TR_TEXT("No space left on device"),
-      TR_TEXT("Disk quota exceeded"),
-      TR_TEXT("Read-only file system"),
-      TR_TEXT("Is a directory"),
-      TR_TEXT("Not a directory"),
-      TR_TEXT("File exists"),
-      TR_TEXT("File name too long"),
-      TR_TEXT("File too large"),
-      TR_TEXT("Bad file descriptor"),
-      TR_TEXT("Too many open files"),
-      TR_TEXT("Too many levels of symbolic links"),
-      TR_TEXT("Input/output error"),
-      TR_TEXT("Broken pipe"),
-      TR_TEXT("Invalid argument"),
-      TR_TEXT("No such device or address"),
-      TR_TEXT("Device or resource busy"),
-      TR_TEXT("Text file busy"),
-      TR_TEXT("Resource temporarily unavailable"),
-      TR_TEXT("Cannot allocate memory"),
-  };
-  return TrFinished(english, kMessages);
-}
-
 std::string SystemMessage(int error) {
-  return SystemMessage(std::generic_category().message(error));
+  struct Row {
+    int error;
+    const char* text;
+  };
+  static constexpr Row kMessages[] = {
+      {ENOENT, TR_TEXT("No such file or directory")},
+      {EACCES, TR_TEXT("Permission denied")},
+      {EPERM, TR_TEXT("Operation not permitted")},
+      {ENOSPC, TR_TEXT("No space left on device")},
+      {EDQUOT, TR_TEXT("Disk quota exceeded")},
+      {EROFS, TR_TEXT("Read-only file system")},
+      {EISDIR, TR_TEXT("Is a directory")},
+      {ENOTDIR, TR_TEXT("Not a directory")},
+      {EEXIST, TR_TEXT("File exists")},
+      {ENAMETOOLONG, TR_TEXT("File name too long")},
+      {EFBIG, TR_TEXT("File too large")},
+      {EBADF, TR_TEXT("Bad file descriptor")},
+      {EMFILE, TR_TEXT("Too many open files")},
+      {ELOOP, TR_TEXT("Too many levels of symbolic links")},
+      {EIO, TR_TEXT("Input/output error")},
+      {EPIPE, TR_TEXT("Broken pipe")},
+      {EINVAL, TR_TEXT("Invalid argument")},
+      {ENXIO, TR_TEXT("No such device or address")},
+      {EBUSY, TR_TEXT("Device or resource busy")},
+      {ETXTBSY, TR_TEXT("Text file busy")},
+      {EAGAIN, TR_TEXT("Resource temporarily unavailable")},
+      {ENOMEM, TR_TEXT("Cannot allocate memory")},
+  };
+  for (const Row& row : kMessages) {
+    if (row.error == error) return std::string(Translated(row.text));
+  }
+  return std::generic_category().message(error);
 }
 
 }  // namespace lorimat::console

@@ -17,9 +17,8 @@ std::string Shown(std::string_view text, size_t limit = 0);
 // The text without the blanks at its end.
 std::string_view WithoutTrailingBlanks(std::string_view text);
 
-// The message of an errno value, in the user's language for those that are likely; and the same of
-// a message that the system gave in English.
+// The message of an errno value, in the user's language for those that are likely, and as the
+// system has it for others.
 std::string SystemMessage(int error);
-std::string SystemMessage(std::string_view english);
 
 }  // namespace lorimat::console

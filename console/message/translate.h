@@ -37,16 +37,6 @@ std::string Tr(fmt::format_string<Arguments...> english, Arguments&&... argument
 // make more forms.
 std::string TrCount(uint64_t count, std::string_view one, std::string_view several);
 
-// A finished English message of a library that knows no Italian, held against patterns (marked
-// by TR_TEXT) whose fields "{}" stand for any text: the translation of the first that fits, with
-// what stood in the fields, or the message as it is.
-std::string TrFinished(std::string_view message, const std::string_view* patterns, size_t count);
-
-template <size_t kCount>
-std::string TrFinished(std::string_view message, const std::string_view (&patterns)[kCount]) {
-  return TrFinished(message, patterns, kCount);
-}
-
 // While one of these lives, messages are English: for texts that go into JSON, which programs
 // read.
 class EnglishMessages {

@@ -112,7 +112,7 @@ std::string FaultList(const lorimat::FaultPlan& plan, size_t columns) {
     out += Entry(fmt::format("  {:<{}}  ", name, width), what, columns);
   };
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds())
-    add(kind.name, Translated(kind.what));
+    add(kind.name, FaultKindText(kind.name));
   add(lorimat::kCodeFault, Tr("any result code, by its number"));
   if (plan.empty()) return out + Tr("No fault waits.\n");
   out += Tr("Waiting:\n");

@@ -17,6 +17,7 @@
 #include "console/host/memory_watch.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/translate.h"
 #include "console/shell/json_request.h"
 #include "console/shell/shell_fault.h"
@@ -60,7 +61,7 @@ class JsonShell {
   // One line in, one line out.
   void Answer(const SourceLine& source) {
     streams_.Output(AnswerTo(source));
-    TellRegisterFailure();
+    client_.TellFailure(streams_);
   }
 
  private:
@@ -88,7 +89,7 @@ class JsonShell {
       } catch (const Failure& failure) {
         return RequestError{RequestError::kFault, failure.what(), 0};
       } catch (const lorimat::RegisterError& error) {
-        return RequestError{RequestError::kFault, error.what(), 0};
+        return RequestError{RequestError::kFault, RegisterFailureText(error.failure()), 0};
       }
       Put(0, "", "", "", out);
     } else if (IsBatchLine(line)) {
@@ -156,19 +157,11 @@ class JsonShell {
     return paper;
   }
 
-  void TellRegisterFailure() {
-    const std::string cause = client_.last_failure();
-    if (cause == told_failure_) return;
-    told_failure_ = cause;
-    if (!cause.empty()) TellError(streams_, Tr("the register could not be kept: {}", cause));
-  }
-
   const Language& language_;
   Library& library_;
   RegisterClient& client_;
   Streams& streams_;
   MemoryWatch memory_;
-  std::string told_failure_;
   size_t paper_shown_ = 0;  // lines
 };
 

@@ -12,7 +12,7 @@
 #include "console/host/answer_causes.h"
 #include "console/host/batch_run.h"
 #include "console/message/failure.h"
-#include "console/message/register_messages.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/text.h"
 #include "console/message/translate.h"
 #include "console/shell/shell_fault.h"
@@ -125,7 +125,7 @@ void ShellSession::Take(const SourceLine& line, const std::string& place) {
     } catch (const Failure& failure) {
       Fail(place, failure.what(), look_.terminal ? "" : line.text);
     } catch (const lorimat::RegisterError& error) {
-      Fail(place, RegisterMessage(error.what()), look_.terminal ? "" : line.text);
+      Fail(place, RegisterFailureText(error.failure()), look_.terminal ? "" : line.text);
     }
   } else {
     Run(line.text, place);
@@ -146,7 +146,7 @@ void ShellSession::Run(const std::string& text, const std::string& place) {
   ShowAnswer(text, code, answer, place, lost.empty() ? client_.ReasonSince(refusals, code) : lost);
   if (code == 0) ShowHints(text, place);
   ShowPaper();
-  TellRegisterFailure();
+  client_.TellFailure(streams_);
 }
 
 // On a terminal the line stands right above, but for those of a file.
@@ -172,7 +172,7 @@ void ShellSession::RunBatch(const std::string& text, const std::string& place) {
     ShowAnswer(text, batch.code, batch.answer, place, "");
   }
   ShowPaper();
-  TellRegisterFailure();
+  client_.TellFailure(streams_);
   TellUnknownFailures(batch, place, streams_);
   ShowBatchFailures(batch);
   if (batch.stopped_behind) {
@@ -272,13 +272,6 @@ void ShellSession::TellStop(const std::string& file, uint64_t line) {
   } else {
     streams_.Error(text);
   }
-}
-
-void ShellSession::TellRegisterFailure() {
-  const std::string cause = client_.last_failure();
-  if (cause == told_failure_) return;
-  told_failure_ = cause;
-  if (!cause.empty()) TellError(streams_, Tr("the register could not be kept: {}", cause));
 }
 
 // --- The paper.

@@ -69,7 +69,6 @@ class ShellSession {
                   const std::string& place, const std::string& reason);
   void TellStop(const std::string& file, uint64_t line);
   void Fail(const std::string& place, const std::string& what, std::string_view line);
-  void TellRegisterFailure();
   // The line as one of the shell's own words, which begin with a sign; empty where it is for the
   // library.
   std::string OwnLine(std::string_view text) const;
@@ -100,8 +99,7 @@ class ShellSession {
   std::optional<FailureReport> file_report_;
   bool echo_ended_ = false;   // of the Ctrl-C that stopped them
   std::string plain_answer_;  // of a line that has nothing to say
-  std::string told_failure_;
-  size_t paper_shown_ = 0;  // lines
+  size_t paper_shown_ = 0;    // lines
   uint64_t failures_ = 0;
   uint64_t file_lines_ = 0;
   bool quit_ = false;

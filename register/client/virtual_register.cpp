@@ -7,6 +7,7 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "register/client/client_buffers.h"
@@ -26,13 +27,9 @@ constexpr size_t kGetDataSize = 50;
 constexpr size_t kGetDateSize = 13;  // DDMMYYYYHHMM
 constexpr size_t kDirectIoSize = 513;
 
-// Causes of a failure for which nothing else speaks.
-constexpr std::string_view kNoMemory = "there is not enough memory";
-constexpr std::string_view kUnknownCause = "for an unknown cause";
-// Behind a cause, when the file may hold what has failed.
-constexpr std::string_view kNotKnown = "; whether it is stored is not known until the next start";
-// A cause names a file and what the system says of it.
+// A sentence names a file, and may name another or have what a library says.
 constexpr size_t kCauseSize = 8192;
+constexpr size_t kNameSize = 4096;
 
 struct DataSelector {
   int selector;
@@ -88,6 +85,15 @@ int NoDataItem(int item) {
   return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kDataItem, {item});
 }
 
+// A failure whose texts stand elsewhere: to note it needs no memory.
+struct FailureView {
+  FailureCause cause;
+  std::array<int64_t, RegisterFailure::kNumbers> numbers = {};
+  std::string_view text = {};
+  FailurePlace place = FailurePlace::kNone;
+  std::string_view file = {};
+};
+
 void Keep(std::deque<std::string>* lines, const char* line) noexcept {
   try {
     lines->emplace_back(View(line));
@@ -105,6 +111,8 @@ VirtualRegister::VirtualRegister(RegisterSettings settings)
 VirtualRegister::VirtualRegister(const CancellationDelay&, RegisterSettings settings)
     : core_(std::move(settings)), desk_(core_), keyboard_(core_, desk_), articles_(core_) {
   core_.last_failure.reserve(kCauseSize);
+  core_.failure.text.reserve(kNameSize);
+  core_.failure.file.reserve(kNameSize);
   first_line_ = core_.paper.dropped() + core_.paper.lines().size();
   const std::optional<UnansweredDocument> last = FindUnanswered(core_);
   cut_off_ = EndCutOff(core_, desk_);
@@ -126,42 +134,57 @@ std::string VirtualRegister::start_notice() const {
 }
 
 void VirtualRegister::NoteFailure(bool doubtful) noexcept {
-  // The text has its room since the start.
-  std::string& text = core_.last_failure;
-  const auto note = [&text, doubtful](std::string_view cause) {
-    text.assign(cause.substr(0, kCauseSize - kNotKnown.size()));
-    if (doubtful) text += kNotKnown;
+  // The texts have their room since the start.
+  const auto note = [this, doubtful](const FailureView& failure, std::string_view english) {
+    RegisterFailure& kept = core_.failure;
+    kept.cause = failure.cause;
+    kept.numbers = failure.numbers;
+    kept.text.assign(failure.text.substr(0, kNameSize));
+    kept.place = failure.place;
+    kept.file.assign(failure.file.substr(0, kNameSize));
+    kept.doubtful = doubtful;
+    std::string& text = core_.last_failure;
+    text.assign(english.substr(0, kCauseSize - kDoubtfulEnglish.size()));
+    if (doubtful) text += kDoubtfulEnglish;
   };
   try {
     throw;
   } catch (const std::bad_alloc&) {
-    note(kNoMemory);
-  } catch (const std::exception& failure) {
-    note(failure.what());
+    note({FailureCause::kNoMemory}, EnglishPattern(FailureCause::kNoMemory));
+  } catch (const RegisterError& error) {
+    const RegisterFailure& failure = error.failure();
+    note({failure.cause, failure.numbers, failure.text, failure.place, failure.file}, error.what());
+  } catch (const std::system_error& error) {
+    const bool of_system = error.code().category() == std::generic_category() ||
+                           error.code().category() == std::system_category();
+    note({FailureCause::kForeign, {of_system ? error.code().value() : 0}, error.what()},
+         error.what());
+  } catch (const std::exception& error) {
+    note({FailureCause::kForeign, {}, error.what()}, error.what());
   } catch (...) {
-    note(kUnknownCause);
+    note({FailureCause::kUnknown}, EnglishPattern(FailureCause::kUnknown));
   }
 }
 
 // --- Faults on demand
 
-std::string VirtualRegister::WhyNotKept(int code) const {
-  return code == RTF_E_FAILURE ? core_.last_failure : "the register is at an operation";
+RegisterError VirtualRegister::WhyNotKept(int code) const {
+  return RegisterError(code == RTF_E_FAILURE ? core_.failure : MakeFailure(FailureCause::kAtWork));
 }
 
 void VirtualRegister::AddFault(Fault fault) {
-  std::string cause;
+  std::optional<RegisterError> refused;
   const int code = Perform(std::nullopt, [&] {
     try {
       core_.faults.Add(std::move(fault));
-    } catch (const RegisterError& refusal) {
-      cause = refusal.what();
+    } catch (const RegisterError& error) {
+      refused = error;
       return RTF_E_ILLEGAL;
     }
     return RTF_SUCCESS;
   });
   if (code == RTF_SUCCESS) return;
-  throw RegisterError(cause.empty() ? WhyNotKept(code) : cause);
+  throw refused ? *refused : WhyNotKept(code);
 }
 
 void VirtualRegister::ClearFaults() {
@@ -169,7 +192,7 @@ void VirtualRegister::ClearFaults() {
     core_.faults.Clear();
     return RTF_SUCCESS;
   });
-  if (code != RTF_SUCCESS) throw RegisterError(WhyNotKept(code));
+  if (code != RTF_SUCCESS) throw WhyNotKept(code);
 }
 
 // --- Device state and properties

@@ -36,6 +36,7 @@
 #include "register/report/reports.h"
 #include "register/value/cancellation.h"
 #include "register/value/refusal.h"
+#include "register/value/register_error.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/client/rtfclientoperation.h"
 #include "rpccommon/services/rtfconst.h"
@@ -102,6 +103,8 @@ class VirtualRegister : public RtfClientInterface {
   // Why the last operation that failed could not be stored: "FILE: database or disk is full".
   // Empty as long as none has. To be read between operations.
   const std::string& last_failure() const { return core_.last_failure; }
+  // The same as a value, of which a host makes a sentence of its own.
+  const RegisterFailure& failure() const { return core_.failure; }
   // Why the last operation that was refused was, and how many were. To be read between operations.
   const Refusal& last_refusal() const { return refusals_.last(); }
   uint64_t refusal_count() const { return refusals_.count(); }
@@ -216,7 +219,7 @@ class VirtualRegister : public RtfClientInterface {
   int CheckService(std::optional<ClientOperation> operation) const noexcept;
   int CheckProperty(int property) const;
   // Why a change that is no operation of the client was not made.
-  std::string WhyNotKept(int code) const;
+  RegisterError WhyNotKept(int code) const;
   int LoadFirmware(const char* file);
   int CloseDay(ClientOperation operation, bool send);
   int ExtractJournal(ClientOperation operation, const JournalRequest& request, const char* file,

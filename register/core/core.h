@@ -12,6 +12,7 @@
 #include "register/storage/database.h"
 #include "register/storage/store.h"
 #include "register/tables/tables.h"
+#include "register/value/register_failure.h"
 
 namespace lorimat {
 
@@ -58,7 +59,8 @@ struct RegisterCore : RegisterState {
   RegisterStore store;
   Paper paper;
   OpenDocument document;
-  // Why the last operation that could not be stored failed, "FILE: cause".
+  // Why the last operation that could not be stored failed, and the same as an English sentence.
+  RegisterFailure failure;
   std::string last_failure;
 
  private:

@@ -13,34 +13,34 @@ namespace {
 // On paper, so in the journal too.
 constexpr char kPowerCut[] = "*** MANCANZA DI ALIMENTAZIONE ***";
 
-const char* FiscalName(DocumentKind kind) {
+InterruptedKind FiscalKind(DocumentKind kind) {
   switch (kind) {
     case DocumentKind::kSale:
-      return "receipt";
+      break;
     case DocumentKind::kInvoice:
-      return "invoice";
+      return InterruptedKind::kInvoice;
     case DocumentKind::kRefund:
-      return "credit note";
+      return InterruptedKind::kCreditNote;
     case DocumentKind::kCancel:
-      return "void";
+      return InterruptedKind::kVoid;
   }
-  return "receipt";
+  return InterruptedKind::kReceipt;
 }
 
-const char* KindName(const RegisterState& state, const StoredOpenDocument& open) {
-  if (state.setup.training) return "training";
+InterruptedKind KindOf(const RegisterState& state, const StoredOpenDocument& open) {
+  if (state.setup.training) return InterruptedKind::kTraining;
   if (open.state == PrinterState::kNonFiscal || open.state == PrinterState::kItemList ||
       open.notes.cash != CashMove::kNone) {
-    return "non-fiscal";
+    return InterruptedKind::kNonFiscal;
   }
-  return FiscalName(open.kind);
+  return FiscalKind(open.kind);
 }
 
 }  // namespace
 
 CutOffDocument DescribeCutOff(const RegisterState& state, const StoredOpenDocument& open) {
   CutOffDocument document;
-  document.kind = KindName(state, open);
+  document.kind = KindOf(state, open);
   document.begun = open.notes.begun;
   document.lines = open.lines;
   document.subtotal = open.subtotal;
@@ -71,7 +71,7 @@ std::optional<CutOffDocument> EndCutOff(RegisterCore& core, ReceiptDesk& desk) {
 std::string CutOffNotice(const CutOffDocument& document) {
   const std::string begun =
       fmt::format("The register was switched off in the middle of a document ({}, begun {})",
-                  document.kind, FormatDateTime(document.begun));
+                  InterruptedKindName(document.kind), FormatDateTime(document.begun));
   if (document.registered) {
     return fmt::format("{}. It was paid: it stands under its number {} and has been ended.", begun,
                        document.number);
@@ -84,13 +84,14 @@ std::optional<UnansweredDocument> FindUnanswered(const RegisterCore& core) {
   if (core.answer_due == AnswerDue::kDocument) {
     const std::optional<StoredDocument> last = store.FindById(store.document_count());
     if (!last) core.database.Damaged("document");
-    return UnansweredDocument{FiscalName(last->kind), last->closure, last->number, last->time,
+    return UnansweredDocument{FiscalKind(last->kind), last->closure, last->number, last->time,
                               last->total};
   }
   if (core.answer_due == AnswerDue::kClosing) {
     const std::optional<Closure> last = store.LastClosure();
     if (!last) core.database.Damaged("closure");
-    return UnansweredDocument{"closing", last->number, 0, last->time, last->totals.Summary().net()};
+    return UnansweredDocument{InterruptedKind::kClosing, last->number, 0, last->time,
+                              last->totals.Summary().net()};
   }
   return std::nullopt;
 }
@@ -100,7 +101,7 @@ std::string UnansweredNotice(const UnansweredDocument& document) {
       "The register was switched off behind the last document that it stored ({} {}, {}, total "
       "{}). "
       "Its answer may not have gone out.",
-      document.kind, document.number_text(), FormatDateTime(document.time),
+      InterruptedKindName(document.kind), document.number_text(), FormatDateTime(document.time),
       FormatAmount(document.total));
 }
 

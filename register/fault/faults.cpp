@@ -115,35 +115,41 @@ std::optional<FaultWhen> FindFaultWhen(std::string_view name) {
   return std::nullopt;
 }
 
-std::string FaultPlan::Refusal(const Fault& fault) {
+std::optional<RegisterFailure> FaultPlan::Refusal(const Fault& fault) {
   const FaultKind* kind = FindKind(fault.name);
-  if (kind == nullptr) return fmt::format("unknown fault: {}", Shown(fault.name));
+  if (kind == nullptr) return MakeFailure(FailureCause::kUnknownFault, {}, Shown(fault.name));
   if (kind->name == kCodeFault) {
     // Above 0: a client never answers less.
     if (fault.code < 1 || fault.code > kMostCode) {
-      return fmt::format("a result code is 1 to {}, not {}", kMostCode, fault.code);
+      return MakeFailure(FailureCause::kResultCode, {kMostCode, fault.code});
     }
   } else if (fault.code != 0 && fault.code != kind->code) {
-    return fmt::format("{} answers {}, not {}", fault.name, kind->code, fault.code);
+    return MakeFailure(FailureCause::kFaultCode, {kind->code, fault.code}, fault.name);
   }
-  if (fault.when < FaultWhen::kNext || fault.when > FaultWhen::kTimes) return "unknown occasion";
+  if (fault.when < FaultWhen::kNext || fault.when > FaultWhen::kTimes) {
+    return MakeFailure(FailureCause::kUnknownOccasion);
+  }
   if (Counts(fault.when) && (fault.count < 1 || fault.count > kMostCount)) {
-    return fmt::format("a number of operations is 1 to {}, not {}", kMostCount, fault.count);
+    return MakeFailure(FailureCause::kFaultCount, {kMostCount, fault.count});
   }
-  if (!fault.operation) return {};
-  const std::string_view operation = ClientOperationName(*fault.operation);
-  if (operation.empty()) return "unknown operation";
-  if (!AnswersCode(*fault.operation)) return fmt::format("{} answers no result code", operation);
+  if (!fault.operation) return std::nullopt;
+  const auto operation = static_cast<int64_t>(*fault.operation);
+  if (ClientOperationName(*fault.operation).empty()) {
+    return MakeFailure(FailureCause::kUnknownOperation);
+  }
+  if (!AnswersCode(*fault.operation)) return MakeFailure(FailureCause::kAnswersNoCode, {operation});
   if (!StrikesByName(*kind, EffectsOf(*fault.operation))) {
-    return fmt::format("{} cannot strike {}", fault.name, operation);
+    return MakeFailure(FailureCause::kCannotStrike, {operation}, fault.name);
   }
-  return {};
+  return std::nullopt;
 }
 
 void FaultPlan::Add(Fault fault) {
-  if (const std::string refusal = Refusal(fault); !refusal.empty()) throw RegisterError(refusal);
+  if (std::optional<RegisterFailure> refusal = Refusal(fault)) {
+    throw RegisterError(std::move(*refusal));
+  }
   if (faults_.size() >= kMostFaults) {
-    throw RegisterError(fmt::format("{} faults wait already", kMostFaults));
+    throw RegisterError(MakeFailure(FailureCause::kPlanFull, {static_cast<int64_t>(kMostFaults)}));
   }
   if (fault.name != kCodeFault) fault.code = FindFaultKind(fault.name)->code;
   if (!Counts(fault.when)) fault.count = 1;
@@ -171,7 +177,7 @@ bool FaultPlan::FromText(std::string_view text, FaultPlan* plan) {
     const size_t end = text.find('\n');
     Fault fault;
     if (end == text.npos || !ReadFault(text.substr(0, end), &fault)) return false;
-    if (read.faults_.size() >= kMostFaults || !Refusal(fault).empty()) return false;
+    if (read.faults_.size() >= kMostFaults || Refusal(fault)) return false;
     read.Add(std::move(fault));
     text.remove_prefix(end + 1);
   }

@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "register/value/register_failure.h"
 #include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat {
@@ -76,10 +77,10 @@ class FaultPlan {
   static constexpr int kMostCode = 999'999;
 
   // Why a fault cannot be: a name or an operation that does not exist, an operation that it
-  // cannot strike, a code or a number out of range. Empty when it can.
-  static std::string Refusal(const Fault& fault);
+  // cannot strike, a code or a number out of range. Nothing when it can.
+  static std::optional<RegisterFailure> Refusal(const Fault& fault);
 
-  // Throws RegisterError with that text, and when the plan is full. A fault with a name gets the
+  // Throws RegisterError with that failure, and when the plan is full. A fault with a name gets the
   // code of its kind.
   void Add(Fault fault);
   void Clear();

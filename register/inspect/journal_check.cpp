@@ -63,8 +63,10 @@ class Checker {
     }
   }
 
-  void Unreadable(const RegisterError& failure) {
-    Finding finding = {.kind = FindingKind::kUnreadable, .text = failure.cause()};
+  void Unreadable(const RegisterError& error) {
+    Finding finding = {.kind = FindingKind::kUnreadable, .failure = error.failure()};
+    finding.failure.place = FailurePlace::kNone;
+    finding.failure.file.clear();
     if (check_.findings.empty() || check_.findings.back() != finding) Find(std::move(finding));
     check_.damaged = true;
   }

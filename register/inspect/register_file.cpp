@@ -72,7 +72,7 @@ class RegisterFile::Contents {
 
 RegisterFile::RegisterFile(const std::string& file) {
   // An empty name is no file.
-  if (file.empty()) throw RegisterError("the register's file has no name");
+  if (file.empty()) throw RegisterError(MakeFailure(FailureCause::kNoName));
   const CancellationDelay whole;
   contents_ = std::make_unique<Contents>(file);
 }

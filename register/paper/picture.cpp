@@ -43,7 +43,7 @@ struct Block {
 void CheckDrawing(cairo_status_t status) {
   if (status == CAIRO_STATUS_SUCCESS) return;
   throw PictureError(
-      fmt::format("the picture cannot be drawn: {}", cairo_status_to_string(status)));
+      MakeFailure(FailureCause::kPictureNotDrawn, {status}, cairo_status_to_string(status)));
 }
 
 class Picture {
@@ -214,9 +214,7 @@ std::string RenderPng(const Paper& paper, const PictureProgress& progress) {
   int64_t height = 2 * kEndMargin;
   for (const Block& block : picture.blocks()) height += block.height;
   if (height > kLongestPng) {
-    throw PictureError(
-        fmt::format("the paper is {} dots long, and a PNG takes {} at most; a PDF has pages",
-                    height, kLongestPng));
+    throw PictureError(MakeFailure(FailureCause::kPaperTooLong, {height, kLongestPng}));
   }
 
   PngWriter png(kPictureWidth, static_cast<int>(height));

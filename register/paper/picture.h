@@ -13,10 +13,10 @@
 #include <cstddef>
 #include <exception>
 #include <functional>
-#include <stdexcept>
 #include <string>
 
 #include "register/paper/paper.h"
+#include "register/value/register_error.h"
 
 namespace lorimat {
 
@@ -34,10 +34,10 @@ inline constexpr int kBarHeight = 80;    // of a one-dimensional barcode
 // The rows of dots that readers of PNG files take.
 inline constexpr int kLongestPng = 1000000;
 
-// Why a picture could not be made, ready to be shown.
-class PictureError : public std::runtime_error {
+// Why a picture could not be made.
+class PictureError : public RegisterError {
  public:
-  explicit PictureError(const std::string& cause) : std::runtime_error(cause) {}
+  using RegisterError::RegisterError;
 };
 
 // Told ahead of each row how many lines of the paper are drawn, of how many, and at the end that

@@ -11,14 +11,16 @@
 namespace lorimat {
 namespace {
 
-constexpr const char* kNoMemory = "there is no memory for the picture";
+[[noreturn]] void FailForMemory() {
+  throw PictureError(MakeFailure(FailureCause::kPictureNoMemory));
+}
 
 [[noreturn]] void LeaveByJump(png_structp png, png_const_charp) { png_longjmp(png, 1); }
 void IgnoreWarning(png_structp, png_const_charp) {}
 
 void KeepBytes(png_structp png, png_bytep data, size_t size) {
   auto* const writer = static_cast<PngWriter*>(png_get_io_ptr(png));
-  if (!writer->Keep({reinterpret_cast<const char*>(data), size})) png_error(png, kNoMemory);
+  if (!writer->Keep({reinterpret_cast<const char*>(data), size})) png_error(png, "");
 }
 
 void FlushNothing(png_structp) {}
@@ -30,7 +32,7 @@ PngWriter::PngWriter(int width, int height) {
   if (png_ != nullptr) info_ = png_create_info_struct(png_);
   if (info_ != nullptr && Begin(width, height)) return;
   png_destroy_write_struct(&png_, &info_);
-  throw PictureError(kNoMemory);
+  FailForMemory();
 }
 
 PngWriter::~PngWriter() { png_destroy_write_struct(&png_, &info_); }
@@ -60,11 +62,11 @@ bool PngWriter::End() {
 }
 
 void PngWriter::Row(const unsigned char* dots) {
-  if (!WriteRow(dots)) throw PictureError(kNoMemory);
+  if (!WriteRow(dots)) FailForMemory();
 }
 
 std::string PngWriter::Finish() {
-  if (!End()) throw PictureError(kNoMemory);
+  if (!End()) FailForMemory();
   return std::move(file_);
 }
 

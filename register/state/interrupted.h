@@ -2,16 +2,33 @@
 // registered and whose answer the host may not have got.
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 #include "register/value/money.h"
 
 namespace lorimat {
 
+// What was under way, or was stored last.
+enum class InterruptedKind : uint8_t {
+  kReceipt,
+  kInvoice,
+  kCreditNote,
+  kVoid,
+  kNonFiscal,
+  kTraining,
+  kClosing,
+  kLast = kClosing,
+};
+
+// "receipt", "invoice", "credit note", "void", "non-fiscal", "training", "closing".
+std::string_view InterruptedKindName(InterruptedKind kind);
+
 // A document that was cut off: begun and not ended when the register was switched off.
 struct CutOffDocument {
-  std::string kind;  // "receipt", "invoice", "credit note", "void", "non-fiscal", "training"
+  InterruptedKind kind = InterruptedKind::kReceipt;
   std::tm begun = {};
   int lines = 0;  // of items
   Amount subtotal = 0;
@@ -21,9 +38,9 @@ struct CutOffDocument {
 
 // What was registered last when the register was switched off, if its answer may not have gone out.
 struct UnansweredDocument {
-  std::string kind;  // "receipt", "invoice", "credit note", "void", "closing"
-  int closure = 0;   // that it falls under
-  int number = 0;    // of a document
+  InterruptedKind kind = InterruptedKind::kReceipt;
+  int closure = 0;  // that it falls under
+  int number = 0;   // of a document
   std::tm time = {};
   Amount total = 0;  // of a closing: of its day
 

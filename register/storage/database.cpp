@@ -41,8 +41,6 @@ bool HasContent(const char* file) {
   return !error && size > 0;
 }
 
-std::string SystemText(int error) { return std::generic_category().message(error); }
-
 uint32_t BigEndian(const unsigned char* bytes, int size) {
   uint32_t number = 0;
   for (int index = 0; index < size; ++index) number = number << 8 | bytes[index];
@@ -196,29 +194,27 @@ void Database::LetWritersIn() noexcept {
 void Database::CheckFile(Open how) {
   if (file_.empty()) return;
   if (file_.find('\0') != file_.npos) {
-    Fail(std::make_error_code(std::errc::invalid_argument).message());
+    Fail(FailureCause::kSystem, {EINVAL});
   }
   if (IsTooLong()) {
-    Fail(fmt::format("cannot be opened: {}",
-                     std::make_error_code(std::errc::filename_too_long).message()));
+    Fail(FailureCause::kOpenRefused, {ENAMETOOLONG});
   }
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file_, error);
   if (std::filesystem::is_directory(status)) {
-    Fail("is a directory, not a register");
+    Fail(FailureCause::kIsFolder);
   }
   if (how == Open::kCreate) CheckLoneLog();
   if (!std::filesystem::exists(status)) {
     if (how != Open::kCreate) {
-      Fail(error ? error.message()
-                 : std::make_error_code(std::errc::no_such_file_or_directory).message());
+      Fail(FailureCause::kSystem, {error ? error.value() : ENOENT});
     }
     if (const int refusal = made_.Make(file_)) {
-      Fail(fmt::format("cannot be opened: {}", SystemText(refusal)));
+      Fail(FailureCause::kOpenRefused, {refusal});
     }
     return;
   }
-  if (!std::filesystem::is_regular_file(status)) Fail("no regular file");
+  if (!std::filesystem::is_regular_file(status)) Fail(FailureCause::kNoRegularFile);
 }
 
 // SQLite wants room for its journal's name behind that of the file, wherever it really lies.
@@ -239,10 +235,7 @@ void Database::CheckLoneLog() const {
   const std::filesystem::path target = std::filesystem::weakly_canonical(file_, error);
   const std::string log = (error ? file_ : target.string()) + "-wal";
   if (!HasContent(log.c_str()) || HasContent(file_.c_str())) return;
-  Fail(
-      fmt::format("is not there, or empty, and {} is: what was stored last stands in it alone. Put "
-                  "the register back beside it, or move it away",
-                  log));
+  Fail(FailureCause::kLoneLog, {}, log);
 }
 
 void Database::OpenHandle(const std::string& name, int flags, const char* layer) {
@@ -284,8 +277,10 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   // opening is taken away in the end.
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, HasLog() ? 1 : 0, nullptr);
   CheckHead(kind);
-  if (sqlite3_db_readonly(handle_.get(), "main") != 0) Fail(FileRefusal());
-  if (how == Open::kChange && !FolderRefusal().empty()) Fail(FolderRefusal());
+  if (sqlite3_db_readonly(handle_.get(), "main") != 0) FailUnwritable();
+  if (how == Open::kChange) {
+    if (const int error = FolderRefusal()) Fail(FailureCause::kFolderRefused, {error});
+  }
   // Ahead of the first look into it: by another name it would be with another log.
   if (IsReserved()) FailWith(SQLITE_BUSY);
   RefuseSecondName();
@@ -294,7 +289,7 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
   {
     Statement mode = Prepare("PRAGMA journal_mode");
     if (!mode.Step() || mode.Text(0) != "wal") {
-      Fail("cannot be kept here: its log cannot be shared between programs");
+      Fail(FailureCause::kLogNotShared);
     }
   }
   // SQLite does not let go of a file with a log before it is closed; of one without it would.
@@ -318,10 +313,7 @@ void Database::OpenToWrite(Open how, const DatabaseKind& kind) {
 void Database::RefuseSecondName() const {
   struct stat status = {};
   if (stat(file_.c_str(), &status) != 0 || status.st_nlink < 2) return;
-  Fail(
-      fmt::format("has {} names (hard links), and its log goes by one of them: keep one name, that "
-                  "with the log beside it, and copy with lorimat copy",
-                  status.st_nlink));
+  Fail(FailureCause::kNames, {static_cast<int64_t>(status.st_nlink)});
 }
 
 // Whether somebody has locked out other writers.
@@ -346,17 +338,14 @@ void Database::Identify(Open how, const DatabaseKind& kind) {
   const bool blank =
       application == 0 && version_ == 0 && Value("SELECT count(*) FROM sqlite_master") == 0;
   if (!blank) made_.Keep();  // somebody else was faster
-  if (!blank && application != kind.application_id) Fail("the database of another program");
-  if (blank && how != Open::kCreate) Fail("the file is empty");
+  if (!blank && application != kind.application_id) Fail(FailureCause::kOtherProgram);
+  if (blank && how != Open::kCreate) Fail(FailureCause::kEmptyFile);
   if (!blank && version_ < 1) {
     CheckUndisturbed();
-    throw DamageError(Name(), "the register is damaged: its version makes no sense");
+    throw DamageError(Failure(FailureCause::kDamagedVersion));
   }
   if (version_ > kind.newest_version) {
-    Fail(
-        fmt::format("made by a newer version: its tables are of version {}, known are those up "
-                    "to {}",
-                    version_, kind.newest_version));
+    Fail(FailureCause::kNewerVersion, {version_, kind.newest_version});
   }
 }
 
@@ -366,21 +355,21 @@ sqlite3_file* Database::File() const {
   return file != nullptr && file->pMethods != nullptr ? file : nullptr;
 }
 
-std::string Database::FileRefusal() const {
+void Database::FailUnwritable() const {
   const bool refused = faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) != 0;
   const int error = errno;
-  return refused ? fmt::format("cannot be written: {}", SystemText(error)) : "cannot be written";
+  if (refused) Fail(FailureCause::kWriteRefused, {error});
+  Fail(FailureCause::kCannotWrite);
 }
 
-// Why the log cannot be made beside the file; empty when it can.
-std::string Database::FolderRefusal() const {
+// Why the log cannot be made beside the file, an errno value; 0 when it can.
+int Database::FolderRefusal() const {
   const char* const name = sqlite3_db_filename(handle_.get(), "main");
-  if (name == nullptr || *name == 0) return {};
+  if (name == nullptr || *name == 0) return 0;
   const std::string folder = std::filesystem::path(name).parent_path().string();
-  if (folder.empty()) return {};  // it has no name
-  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
-  const int error = errno;
-  return fmt::format("its folder cannot be written: {}", SystemText(error));
+  if (folder.empty()) return 0;  // it has no name
+  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return 0;
+  return errno;
 }
 
 // SQLite tries to read a file that it could not make, and reports that there is none.
@@ -389,7 +378,7 @@ void Database::ExplainOpening(int code) const {
   // It is not opened to find out: closing it would take every lock on it from this process.
   const bool refused = faccessat(AT_FDCWD, file_.c_str(), reads_ ? R_OK : W_OK, AT_EACCESS) != 0;
   const int error = errno;
-  if (refused) Fail(fmt::format("cannot be opened: {}", SystemText(error)));
+  if (refused) Fail(FailureCause::kOpenRefused, {error});
 }
 
 bool Database::HasLog() const {
@@ -421,7 +410,7 @@ void Database::CheckHead(const DatabaseKind& kind) const {
   const bool one_page = size <= page_size;
   const bool blank = application == 0 && BigEndian(head + kUserVersionAt, 4) == 0 && one_page;
   if (!blank && application != static_cast<uint32_t>(kind.application_id)) {
-    Fail("the database of another program");
+    Fail(FailureCause::kOtherProgram);
   }
   const sqlite3_int64 pages = BigEndian(head + kPageCountAt, 4);
   const bool counted =
@@ -430,7 +419,7 @@ void Database::CheckHead(const DatabaseKind& kind) const {
   const bool repairable =
       HasContent(sqlite3_filename_journal(sqlite3_db_filename(handle_.get(), "main")));
   if (counted && !repairable && size < pages * page_size) {
-    Fail(fmt::format("the file is cut short: {} bytes are left of {}", size, pages * page_size));
+    Fail(FailureCause::kCutShort, {size, pages * page_size});
   }
 }
 
@@ -471,15 +460,17 @@ void Database::SetDurable(bool durable) {
   durable_ = durable;
 }
 
-std::string Database::Name() const {
-  if (in_memory()) return "register in memory";
-  std::string name = file_;
-  // It would end the message.
-  std::replace(name.begin(), name.end(), '\0', '?');
-  return name;
+RegisterFailure Database::Failure(FailureCause cause, std::initializer_list<int64_t> numbers,
+                                  std::string text) const {
+  RegisterFailure failure = MakeFileFailure(file_, cause, numbers, std::move(text));
+  if (in_memory()) failure.place = FailurePlace::kMemory;
+  return failure;
 }
 
-void Database::Fail(const std::string& cause) const { throw RegisterError(Name(), cause); }
+void Database::Fail(FailureCause cause, std::initializer_list<int64_t> numbers,
+                    std::string text) const {
+  throw RegisterError(Failure(cause, numbers, std::move(text)));
+}
 
 // Why the system has refused what failed last; 0 when it is not known. SQLite does not note it for
 // a commit, but its files do.
@@ -493,7 +484,7 @@ int Database::SystemError() const noexcept {
   return error;
 }
 
-// In words for whom the register belongs to. What SQLite says comes with them where it tells more.
+// By its code. What SQLite says comes along where it tells more.
 void Database::FailWith(int code, int error) const {
   if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
   // What is read of two moments may look like damage.
@@ -504,44 +495,45 @@ void Database::FailWith(int code, int error) const {
     case SQLITE_IOERR:
       CheckUndisturbed();
   }
-  const std::string folder = handle_ != nullptr ? FolderRefusal() : "";
+  const int folder = handle_ != nullptr ? FolderRefusal() : 0;
   switch (code & 0xFF) {
     case SQLITE_NOMEM:
       throw std::bad_alloc();
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       made_.Keep();
-      Fail("in use by another program");
+      Fail(FailureCause::kInUse);
     case SQLITE_NOTADB:
-      Fail("is not a register of this program: it is no SQLite database");
+      Fail(FailureCause::kNoDatabase);
     case SQLITE_READONLY:
-      if (reads_) Fail("has to be put in order by the program that writes it, before it is read");
-      Fail(folder.empty() ? FileRefusal() : folder);
+      if (reads_) Fail(FailureCause::kUntidy);
+      if (folder != 0) Fail(FailureCause::kFolderRefused, {folder});
+      FailUnwritable();
     case SQLITE_CANTOPEN:
-      if (!folder.empty()) Fail(folder);
-      Fail(error == 0 ? "cannot be opened"
-                      : fmt::format("cannot be opened: {}", SystemText(error)));
+      if (folder != 0) Fail(FailureCause::kFolderRefused, {folder});
+      if (error != 0) Fail(FailureCause::kOpenRefused, {error});
+      Fail(FailureCause::kCannotOpen);
     case SQLITE_IOERR:
-      Fail(error == 0 ? "cannot be read or written to its end"
-                      : fmt::format("cannot be read or written to its end: {}", SystemText(error)));
+      if (error != 0) Fail(FailureCause::kCutOffBySystem, {error});
+      Fail(FailureCause::kCutOff);
     case SQLITE_FULL:
-      Fail("the disk is full");
+      Fail(FailureCause::kDiskFull);
     case SQLITE_INTERRUPT:
       throw WorkStopped();
     case SQLITE_CORRUPT:
-      Fail("the file is damaged");
+      Fail(FailureCause::kDamagedFile);
     case SQLITE_ERROR:
       // What a file lacks that has our mark: "no such table: journal".
-      Fail(fmt::format("the register is damaged ({})",
-                       handle_ != nullptr ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code)));
+      Fail(FailureCause::kDamagedTables, {code},
+           handle_ != nullptr ? sqlite3_errmsg(handle_.get()) : sqlite3_errstr(code));
     default:
-      Fail(fmt::format("SQLite failed ({})", sqlite3_errstr(code)));
+      Fail(FailureCause::kStorage, {code}, sqlite3_errstr(code));
   }
 }
 
 void Database::Damaged(std::string_view what) const {
   CheckUndisturbed();
-  throw DamageError(Name(), fmt::format("the register is damaged: {} makes no sense", what));
+  throw DamageError(Failure(FailureCause::kDamagedValue, {}, std::string(what)));
 }
 
 }  // namespace lorimat

@@ -1,10 +1,11 @@
 // A door to SQLite: a file that is known to be one of ours, statements that are prepared once,
-// units of work. Everything that fails throws RegisterError, "FILE: cause".
+// units of work. Everything that fails throws RegisterError.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -172,8 +173,9 @@ class Database {
   // stopped.
   bool CopyTo(PartFile& part, const CopyProgress& progress);
 
-  // "FILE: cause".
-  [[noreturn]] void Fail(const std::string& cause) const;
+  // Throws RegisterError of this file.
+  [[noreturn]] void Fail(FailureCause cause, std::initializer_list<int64_t> numbers = {},
+                         std::string text = {}) const;
   // The same for what SQLite answered.
   [[noreturn]] void FailWith(int code) const { FailWith(code, SystemError()); }
   // DamageError, for stored values that make no sense.
@@ -208,11 +210,12 @@ class Database {
   void CheckFile(Open how);
   bool IsTooLong() const;
   void ExplainOpening(int code) const;
-  std::string Name() const;
   sqlite3_file* File() const;
   bool HasLog() const;
-  std::string FileRefusal() const;
-  std::string FolderRefusal() const;
+  RegisterFailure Failure(FailureCause cause, std::initializer_list<int64_t> numbers = {},
+                          std::string text = {}) const;
+  [[noreturn]] void FailUnwritable() const;
+  int FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
   int64_t Value(const std::string& sql);

@@ -1,11 +1,9 @@
 // Copies of a database, and databases in files that have no name yet.
-#include <fmt/format.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <new>
-#include <system_error>
 
 #include "register/storage/database.h"
 #include "register/storage/descriptor_files.h"
@@ -27,8 +25,7 @@ void RequireLayer() {
 }
 
 [[noreturn]] void FailToWrite(const PartFile& part, int error) {
-  throw RegisterError(part.file(),
-                      fmt::format("cannot be written: {}", std::generic_category().message(error)));
+  throw RegisterError(MakeFileFailure(part.file(), FailureCause::kWriteRefused, {error}));
 }
 
 struct BackupCloser {

@@ -73,8 +73,8 @@ void Database::OpenToRead(const std::string& name, const DatabaseKind& kind) {
   log_mark_ = MarkOf(log_name_);
   CheckHead(kind);
   RefuseOtherName();
-  may_make_ = faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) == 0 &&
-              FolderRefusal().empty() && ActsForOwner(file_);
+  may_make_ = faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) == 0 && FolderRefusal() == 0 &&
+              ActsForOwner(file_);
   if (may_make_) {
     // SQLite makes what it needs.
   } else if (IsThere(log_name_) && IsThere(index_name_)) {
@@ -109,10 +109,7 @@ void Database::OpenAlone() {
   const char* const name = sqlite3_db_filename(handle_.get(), "main");
   for (const std::string& log : {log_name_, std::string(sqlite3_filename_journal(name))}) {
     if (MarkOf(log).size <= 0) continue;
-    Fail(
-        fmt::format("cannot be written here, and {} has to be taken over into it: copy both to a "
-                    "folder where they can be written",
-                    log));
+    Fail(FailureCause::kLogToTakeOver, {}, log);
   }
   OpenHandle(Uri(file_, "immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
   alone_ = true;
@@ -123,8 +120,7 @@ void Database::OpenAlone() {
 void Database::CheckUndisturbed() const {
   if (!alone_) return;
   if (!IsReserved() && MarkOf(file_) == mark_ && MarkOf(log_name_).size <= 0) return;
-  throw DisturbedError(Name(),
-                       "another program has begun to work with it meanwhile; read it again");
+  throw DisturbedError(Failure(FailureCause::kDisturbed));
 }
 
 // By another name a file has another log: that of its writer, or of one that was killed, is not
@@ -132,10 +128,7 @@ void Database::CheckUndisturbed() const {
 void Database::RefuseOtherName() const {
   struct stat status = {};
   if (stat(file_.c_str(), &status) != 0 || status.st_nlink < 2 || IsThere(log_name_)) return;
-  Fail(
-      fmt::format("has {} names (hard links), and no log lies beside this one: what was stored "
-                  "last may stand beside another; read it by that name, or keep one name",
-                  status.st_nlink));
+  Fail(FailureCause::kNamesNoLog, {static_cast<int64_t>(status.st_nlink)});
 }
 
 // The file stays of its version.

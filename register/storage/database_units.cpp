@@ -98,9 +98,7 @@ void Database::RequireOwn() {
   FailOvertaken();
 }
 
-void Database::FailOvertaken() const {
-  Fail("was written by another program meanwhile; nothing more is stored until it is opened again");
-}
+void Database::FailOvertaken() const { Fail(FailureCause::kOvertaken); }
 
 // Learns of each commit that stands, and how far the log reaches with it. SQLite asks the hook
 // when nothing of the commit can fail any more, whatever it answers then.
@@ -195,23 +193,22 @@ bool Database::HasGone(const char* name, const FileMark& mark) noexcept {
 void Database::RefuseGone() const {
   // By the name that SQLite made of it, which holds whatever folder the process works in.
   if (HasGone(sqlite3_db_filename(handle_.get(), "main"), mark_)) {
-    Fail("was removed, moved or replaced while the register worked on it");
+    Fail(FailureCause::kGone);
   }
   if (log_mark_.size >= 0 && HasGone(log_name_.c_str(), log_mark_)) {
-    Fail("its log was removed, moved or replaced while the register worked on it");
+    Fail(FailureCause::kLogGone);
   }
 }
 
 void Database::Begin(bool durable) {
-  if (getpid() != owner_) Fail("in use by another program");
+  if (getpid() != owner_) Fail(FailureCause::kInUse);
   if (overtaken_) FailOvertaken();
   if (logged_) RefuseGone();
   // One that could not be taken back the last time.
   if (sqlite3_get_autocommit(handle_.get()) == 0) Rollback();
   if (doubtful_) {
     if (doubtful_ = !DropRemains(); doubtful_) {
-      Fail(
-          "its log cannot be put in order after a failure, and nothing more is stored until it is");
+      Fail(FailureCause::kLogUntidy);
     }
   }
   SetDurable(durable);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "register/totals/journal.h"
+#include "register/value/register_failure.h"
 
 namespace lorimat {
 
@@ -12,7 +13,7 @@ namespace lorimat {
 enum class FindingKind {
   // The file
   kDamagedPage,   // text: what is wrong with it
-  kUnreadable,    // text: why the file cannot be read to its end
+  kUnreadable,    // failure: why the file cannot be read to its end
   kStrangeRow,    // text: the table; a row refers to one that is not there
   kStrangeValue,  // text: the table; a number where a text belongs, or the like
   kStrangeTable,  // text: a table or an index that is not as this version makes it
@@ -69,6 +70,7 @@ enum class FindingKind {
   // Told beside, and nothing that was changed. Times read as YYYYMMDDHHMMSS.
   kClockSetBack,   // entry: the event; value: the time before, expected: the one it was set to
   kTimeBackwards,  // entry, document; value: its time, expected: of the document or closing before
+  kLast = kTimeBackwards,
 };
 
 struct Finding {
@@ -83,6 +85,7 @@ struct Finding {
   int64_t value = 0;
   int64_t expected = 0;
   std::string text = {};
+  RegisterFailure failure = {};  // without its place, which is the file that is checked
 
   bool operator==(const Finding&) const = default;
 };

@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <string_view>
-#include <system_error>
 
 #include "register/value/register_error.h"
 
@@ -16,7 +15,6 @@ namespace lorimat {
 namespace {
 
 constexpr mode_t kMode = 0644;
-constexpr char kTaken[] = "is there already, and is not overwritten";
 
 std::string FolderOf(const std::string& file) {
   const size_t slash = file.rfind('/');
@@ -29,7 +27,7 @@ std::string OpenName(int descriptor) { return fmt::format("/proc/self/fd/{}", de
 }  // namespace
 
 PartFile::PartFile(const std::string& file, Way way) : file_(file), folder_(FolderOf(file)) {
-  if (file_.empty()) throw RegisterError("the register's file has no name");
+  if (file_.empty()) throw RegisterError(MakeFailure(FailureCause::kNoName));
   RequireFree();
   if (way == Way::kNamed || !MakeNameless(folder_)) MakeNamed();
 }
@@ -39,25 +37,21 @@ PartFile::~PartFile() {
   if (!part_.empty()) unlink(part_.c_str());
 }
 
-void PartFile::Fail(const char* cause, int error) const {
-  throw RegisterError(file_, fmt::format("{}: {}", cause, std::generic_category().message(error)));
+void PartFile::Fail(FailureCause cause, int error) const {
+  throw RegisterError(MakeFileFailure(file_, cause, {error}));
 }
 
 // A link that leads nowhere is something, too.
 void PartFile::RequireFree() const {
   struct stat status = {};
-  if (lstat(file_.c_str(), &status) == 0) throw RegisterError(file_, kTaken);
-  if (errno != ENOENT) Fail("cannot be made", errno);
+  if (lstat(file_.c_str(), &status) == 0) Fail(FailureCause::kTaken);
+  if (errno != ENOENT) Fail(FailureCause::kMakeRefused, errno);
   for (const std::string_view beside : {"-wal", "-journal"}) {
     const std::string name = file_ + std::string(beside);
     if (lstat(name.c_str(), &status) != 0) continue;
     // A log without anything in it is taken for no part of any file.
     if (beside == "-wal" && S_ISREG(status.st_mode) && status.st_size == 0) continue;
-    throw RegisterError(
-        file_,
-        fmt::format("is not there, and {} is, which would be taken for a part of it: put the "
-                    "register back beside it, or move it away",
-                    name));
+    throw RegisterError(MakeFileFailure(file_, FailureCause::kLoneBeside, {}, name));
   }
 }
 
@@ -78,9 +72,8 @@ void PartFile::MakeNamed() {
     part_ = std::move(part);
     return;
   }
-  if (errno != EEXIST) Fail("cannot be made", errno);
-  throw RegisterError(
-      part, "is left of a register that was not finished, or another one is being made; remove it");
+  if (errno != EEXIST) Fail(FailureCause::kMakeRefused, errno);
+  throw RegisterError(MakeFileFailure(part, FailureCause::kUnfinished));
 }
 
 void PartFile::TakeName() {
@@ -102,12 +95,12 @@ void PartFile::TakeName() {
       return;
     }
   }
-  if (errno == EEXIST) throw RegisterError(file_, kTaken);
-  Fail("cannot be made", errno);
+  if (errno == EEXIST) Fail(FailureCause::kTaken);
+  Fail(FailureCause::kMakeRefused, errno);
 }
 
 int PartFile::Finish() {
-  if (fsync(descriptor_) != 0) Fail("cannot be written", errno);
+  if (fsync(descriptor_) != 0) Fail(FailureCause::kWriteRefused, errno);
   RequireFree();
   TakeName();
   // Behind this nothing fails for want of memory: the file is there.

@@ -11,13 +11,15 @@
 
 #include <string>
 
+#include "register/value/register_failure.h"
+
 namespace lorimat {
 
 class PartFile {
  public:
   enum class Way { kNameless, kNamed };
 
-  // Throws RegisterError, "FILE: cause", when there is something of that name, or a log or journal
+  // Throws RegisterError when there is something of that name, or a log or journal
   // beside it, which would be taken for that of the new file; or when it cannot be made.
   // kNamed is for file systems that know files without a name not.
   explicit PartFile(const std::string& file, Way way = Way::kNameless);
@@ -39,7 +41,7 @@ class PartFile {
   bool MakeNameless(const std::string& folder);
   void MakeNamed();
   void TakeName();
-  [[noreturn]] void Fail(const char* cause, int error) const;
+  [[noreturn]] void Fail(FailureCause cause, int error = 0) const;
 
   std::string file_;
   std::string folder_;  // that it lies in

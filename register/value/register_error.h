@@ -1,23 +1,26 @@
-// Why a register cannot be opened or kept: the file and the cause, ready to be shown.
+// What the register throws when its file cannot be opened or kept, or when something else of it
+// cannot be done: the failure as a value, and what() as an English sentence.
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <stdexcept>
-#include <string>
+#include <utility>
+
+#include "register/value/register_failure.h"
 
 namespace lorimat {
 
 class RegisterError : public std::runtime_error {
  public:
-  explicit RegisterError(const std::string& cause) : std::runtime_error(cause) {}
-  RegisterError(const std::string& file, const std::string& cause)
-      : std::runtime_error(file + ": " + cause), cause_at_(file.size() + 2) {}
+  explicit RegisterError(RegisterFailure failure)
+      : std::runtime_error(EnglishFailure(failure)),
+        failure_(std::make_shared<const RegisterFailure>(std::move(failure))) {}
 
-  // Without the file.
-  const char* cause() const noexcept { return what() + cause_at_; }
+  const RegisterFailure& failure() const noexcept { return *failure_; }
 
  private:
-  size_t cause_at_ = 0;
+  // Shared, as a copy of an exception must not throw.
+  std::shared_ptr<const RegisterFailure> failure_;
 };
 
 }  // namespace lorimat

@@ -155,7 +155,7 @@ class Checker {
     // One that the start has cancelled counts too, but where nothing was sold on it.
     const auto& cut = device.cut_off();
     const bool unpaid = cut && !cut->registered;
-    const bool other = unpaid && cut->kind == "non-fiscal";
+    const bool other = unpaid && cut->kind == InterruptedKind::kNonFiscal;
     const bool cancelled = unpaid && (!other || report_.open.kind == Report::Open::kCash);
     const bool either = other && report_.calling && report_.open.kind == Report::Open::kNone;
     CheckCount(Fact::kAbandoned, sums.abandoned, cancelled ? 1 : 0, either);

@@ -52,7 +52,7 @@ TEST_F(RecoveryTest, AnUnpaidReceiptIsVoid) {
   const std::string day = device->store().day().ToRecord();
   Cut();
   ASSERT_TRUE(seen_);
-  EXPECT_EQ(seen_->kind, "receipt");
+  EXPECT_EQ(seen_->kind, InterruptedKind::kReceipt);
   EXPECT_EQ(seen_->lines, 2);
   EXPECT_EQ(seen_->subtotal, 50000);
   EXPECT_FALSE(seen_->registered);
@@ -107,7 +107,7 @@ TEST_F(RecoveryTest, OtherDocumentsThatWereNotPaid) {
     ASSERT_EQ(row.begin(), RTF_SUCCESS) << row.kind;
     Cut();
     ASSERT_TRUE(device->cut_off()) << row.kind;
-    EXPECT_EQ(device->cut_off()->kind, row.kind);
+    EXPECT_EQ(InterruptedKindName(device->cut_off()->kind), row.kind);
     EXPECT_EQ(device->store().counters().abandoned, ++abandoned);
     EXPECT_EQ(LastEntry().kind, kJournalAbandoned);
   }
@@ -169,7 +169,7 @@ TEST_F(RecoveryTest, ANonFiscalDocumentIsEndedAsAResetWould) {
     ASSERT_EQ(device->PrintNormal(RTF_FPTR_S_RECEIPT, "PROMEMORIA"), RTF_SUCCESS);
     Cut();
     ASSERT_TRUE(device->cut_off());
-    EXPECT_EQ(device->cut_off()->kind, "non-fiscal");
+    EXPECT_EQ(device->cut_off()->kind, InterruptedKind::kNonFiscal);
     EXPECT_EQ(device->store().counters().non_fiscal, 0);
     EXPECT_EQ(device->store().counters().abandoned, 0);
     ASSERT_EQ(device->store().journal().size(), entries + (journal ? 1 : 0));
@@ -188,7 +188,7 @@ TEST_F(RecoveryTest, ADocumentOfTrainingLeavesNoTrace) {
   ASSERT_EQ(Sell(1, 20000), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->cut_off());
-  EXPECT_EQ(device->cut_off()->kind, "training");
+  EXPECT_EQ(device->cut_off()->kind, InterruptedKind::kTraining);
   EXPECT_EQ(device->store().counters().abandoned, 0);
   EXPECT_TRUE(device->store().journal().empty());
   EXPECT_EQ(device->printer_state(), RTF_FPTR_PS_MONITOR);
@@ -229,7 +229,7 @@ TEST_F(RecoveryTest, WhatWasRegisteredLastIsNamedForItsAnswer) {
   Cut();
   EXPECT_FALSE(device->cut_off());
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, "receipt");
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kReceipt);
   EXPECT_EQ(device->unanswered()->number, 2);
   EXPECT_EQ(device->unanswered()->total, 123400);
   EXPECT_EQ(device->start_notice(),
@@ -241,13 +241,13 @@ TEST_F(RecoveryTest, WhatWasRegisteredLastIsNamedForItsAnswer) {
   ASSERT_EQ(Pay(), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, "invoice");
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kInvoice);
   EXPECT_EQ(device->unanswered()->number_text(), "1");
 
   ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, "closing");
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosing);
   EXPECT_EQ(device->unanswered()->number_text(), "0001");
   EXPECT_EQ(device->unanswered()->total, 153400);
   // As long as nothing else is stored.
@@ -261,7 +261,7 @@ TEST_F(RecoveryTest, AClosingThatSendsIsNamedAsOneThatDoesNot) {
   ASSERT_EQ(device->PrintZReportEx(true), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, "closing");
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosing);
 }
 
 TEST_F(RecoveryTest, ADocumentThatWasHeldIsNamedBehindItsEnd) {

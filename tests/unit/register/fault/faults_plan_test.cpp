@@ -77,7 +77,7 @@ TEST(FaultPlanTest, RefusesWhatCannotBeAndTellsWhy) {
   VirtualRegister device(TestSettings());
   for (const auto& row : rows) {
     SCOPED_TRACE(row.cause);
-    EXPECT_EQ(FaultPlan::Refusal(row.fault), row.cause);
+    EXPECT_EQ(EnglishFailure(FaultPlan::Refusal(row.fault).value()), row.cause);
     try {
       device.AddFault(row.fault);
       ADD_FAILURE() << "was added";
@@ -89,8 +89,9 @@ TEST(FaultPlanTest, RefusesWhatCannotBeAndTellsWhy) {
 }
 
 TEST(FaultPlanTest, ALongNameIsShownInPart) {
-  const std::string refusal = FaultPlan::Refusal({.name = std::string(100000, 'x')});
-  EXPECT_EQ(refusal, "unknown fault: " + std::string(60, 'x') + "...");
+  const std::optional<RegisterFailure> refusal =
+      FaultPlan::Refusal({.name = std::string(100000, 'x')});
+  EXPECT_EQ(EnglishFailure(refusal.value()), "unknown fault: " + std::string(60, 'x') + "...");
 }
 
 TEST(FaultPlanTest, TakesAHundredFaultsAndNoMore) {
@@ -238,7 +239,7 @@ TEST(FaultPlanTest, ComesBackFromItsText) {
       if (pick(2) == 0) {
         fault.operation = static_cast<ClientOperation>(pick(kClientOperationCount));
       }
-      if (!FaultPlan::Refusal(fault).empty()) continue;
+      if (FaultPlan::Refusal(fault)) continue;
       if (fault.operation) ++restricted;
       plan.Add(fault);
     }

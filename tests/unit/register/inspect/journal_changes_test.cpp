@@ -388,11 +388,12 @@ TEST_F(JournalChangesTest, EveryFindingHasASentenceAndACodeOfItsOwn) {
   std::set<std::string> sentences;
   std::set<std::string> codes;
   const console::EnglishMessages english;
-  const int last = static_cast<int>(FindingKind::kProgrammed);
+  const int last = static_cast<int>(FindingKind::kLast);
   for (int kind = 0; kind <= last; ++kind) {
     Finding finding;
     finding.kind = static_cast<FindingKind>(kind);
     finding.text = "text";
+    finding.failure.cause = FailureCause::kDiskFull;
     sentences.insert(console::JournalFindingText(finding));
     codes.insert(console::JournalFindingCode(finding));
   }

@@ -66,7 +66,7 @@ TEST_F(RegisterFileTest, ALookChangesNothing) {
     RegisterFile file(Path("shop.register"));
     const RegisterStatus status = file.Status();
     ASSERT_TRUE(status.open_document);
-    EXPECT_EQ(status.open_document->kind, "receipt");
+    EXPECT_EQ(status.open_document->kind, InterruptedKind::kReceipt);
     EXPECT_EQ(status.open_document->lines, 1);
     EXPECT_EQ(status.open_document->subtotal, 5000);
     static_cast<void>(file.Roll());

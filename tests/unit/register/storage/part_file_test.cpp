@@ -35,7 +35,7 @@ class PartFileTest : public StoreTest {
       const PartFile part(Path(name), way);
       return {};
     } catch (const RegisterError& error) {
-      return error.cause();
+      return EnglishCause(error.failure());
     }
   }
   static void Put(const PartFile& part, const std::string& text) {
