@@ -13,7 +13,7 @@
 #include "console/command/subcommand.h"
 #include "console/command/usage_error.h"
 #include "console/host/broken_pipe.h"
-#include "console/host/places.h"
+#include "console/host/installed_files.h"
 #include "console/host/register_options.h"
 #include "console/message/catalogs.h"
 #include "console/message/failure.h"
