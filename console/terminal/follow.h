@@ -10,9 +10,9 @@ namespace lorimat::console {
 
 // What there is to show behind a look, and whether more can come.
 struct Following {
-  std::string text;    // as it goes to standard output
-  bool ended = false;  // nothing more will come
-  bool more = false;   // there is more by now: the next look is at once
+  std::string text = {};  // as it goes to standard output
+  bool ended = false;     // nothing more will come
+  bool more = false;      // there is more by now: the next look is at once
 };
 
 // Writes what `look` finds, and looks again now and then, until it says that it ends or somebody

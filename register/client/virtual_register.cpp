@@ -363,21 +363,21 @@ int VirtualRegister::KeyCodeInput(const char* keys_code_numerics, const char* ke
   });
 }
 
-// The register's direct commands: 1 reads the data item `optarg` into the data, 2 writes it
+// The register's direct commands: 1 reads the data item `argument` into the data, 2 writes it
 // from there, 502 and 503 switch the line to a device behind the register on and off.
-int VirtualRegister::DirectIO(int cmd, int* optarg, char* data) {
+int VirtualRegister::DirectIO(int cmd, int* argument, char* data) {
   return Perform(ClientOperation::kDirectIO, EffectsOfRecord(cmd != 1), [&] {
-    if (optarg == nullptr || data == nullptr) return RTF_E_ILLEGAL;
-    const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*optarg) : nullptr;
+    if (argument == nullptr || data == nullptr) return RTF_E_ILLEGAL;
+    const DataItem* item = cmd == 1 || cmd == 2 ? FindDataItem(*argument) : nullptr;
     switch (cmd) {
       case 1:
-        if (item == nullptr || item->read == nullptr) return NoDataItem(*optarg);
+        if (item == nullptr || item->read == nullptr) return NoDataItem(*argument);
         Give(item->read(core_, keyboard_), data, kDirectIoSize);
         return RTF_SUCCESS;
       case 2:
-        if (item == nullptr) return NoDataItem(*optarg);
+        if (item == nullptr) return NoDataItem(*argument);
         if (item->write == nullptr)
-          return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {*optarg});
+          return Refuse(RTF_E_ILLEGAL, RefusalCause::kReadOnly, {*argument});
         return item->write(core_, BoundedView(data, kDirectIoSize));
       case 502:
       case 503:

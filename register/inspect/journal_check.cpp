@@ -245,7 +245,7 @@ class Checker {
   }
 
   void NoteSetBack(const ChainEvent& event) {
-    if (event.kind != EventKind::kProgrammed || event.subject != kClockSetBack) return;
+    if (event.kind != EventKind::kProgrammed || event.subject != kClockSetBackName) return;
     const std::optional<ProgrammedChange> change = ReadProgrammedChange(event.value);
     const std::optional<ClockSetBack> back =
         change ? ReadClockSetBack(change->after) : std::nullopt;

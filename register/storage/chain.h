@@ -81,7 +81,7 @@ using ProgrammedTexts = std::map<std::string, std::string>;
 ProgrammedTexts ProgrammedValues(Database& database, bool settings, bool tables);
 
 // The name of a single value: that the clock was set back (ClockSetBack).
-inline constexpr char kClockSetBack[] = "clock_set_back";
+inline constexpr char kClockSetBackName[] = "clock_set_back";
 
 // What an event of that kind holds: the value before, and the value from then on. A thing that is
 // not there has an empty one.

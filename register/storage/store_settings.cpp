@@ -158,7 +158,7 @@ constexpr SettingRow kSettings[] = {
     Row(
         "clock_offset", [](auto& state) -> auto& { return state.setup.clock_offset; }),
     Row(
-        kClockSetBack, [](auto& state) -> auto& { return state.setup.clock_set_back; }),
+        kClockSetBackName, [](auto& state) -> auto& { return state.setup.clock_set_back; }),
     Row(
         "commissioning", [](auto& state) -> auto& { return state.setup.commissioning; }),
     Row(

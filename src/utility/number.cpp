@@ -50,7 +50,7 @@ Number::Number(int64_t value, bool sign) : Number(value, sign, 0U) {}
 Number::Number(int64_t value, unsigned int decDigits) : Number(value, false, decDigits) {}
 
 Number::Number(int64_t value, bool sign, unsigned int decDigits) : Number() {
-  precision = std::min(decDigits, maxPrecision);
+  SetPrecision(std::min(decDigits, maxPrecision));
   if (value == 0) return;
   const uint64_t magnitude = magnitudeOf(value);
   if (magnitude >= kLimit) {
@@ -58,10 +58,10 @@ Number::Number(int64_t value, bool sign, unsigned int decDigits) : Number() {
     return;
   }
   data = magnitude;
-  size = numberSize(magnitude);
+  SetSize(numberSize(magnitude));
   if (decDigits > maxPrecision) {
     data /= powerOf10(decDigits - maxPrecision);
-    size = numberSize(data);
+    SetSize(numberSize(data));
   }
   Finish(sign || value < 0);
 }

@@ -198,6 +198,12 @@ class Number {
   uint64_t data;               // magnitude, in units of the last decimal
 
  private:
+  // The fields have six bits, and what is more than these is dropped. No digits that a computation
+  // counts need them all; those of a number that was filled from outside may.
+  static constexpr unsigned int kSixBits = 63;
+  void SetPrecision(unsigned int decDigits) { precision = decDigits & kSixBits; }
+  void SetSize(unsigned int digits) { size = digits & kSixBits; }
+
   // A value past the signed range is out of a Number's range as well.
   template <std::integral T>
   static constexpr int64_t signedValue(T value) {

@@ -74,8 +74,8 @@ void Number::addAligned(uint64_t left, uint64_t right, bool negative, unsigned i
   }
   Finish(result_negative);
   if (data == 0) return;  // with the precision it had
-  precision = decDigits;
-  size = std::max(numberSize(data), decDigits);
+  SetPrecision(decDigits);
+  SetSize(std::max(numberSize(data), decDigits));
 }
 
 Number& Number::operator*=(const Number& num) {
@@ -95,12 +95,12 @@ Number& Number::operator*=(const Number& num) {
   const bool negative = isNegative() != num.isNegative();
   data = product;
   if (decDigits <= maxPrecision) {
-    precision = decDigits;
-    size = std::max(digits, decDigits);
+    SetPrecision(decDigits);
+    SetSize(std::max(digits, decDigits));
   } else {
     data /= powerOf10(decDigits - maxPrecision);
-    precision = maxPrecision;
-    size = digits < decDigits ? maxPrecision : digits - decDigits + maxPrecision;
+    SetPrecision(maxPrecision);
+    SetSize(digits < decDigits ? maxPrecision : digits - decDigits + maxPrecision);
   }
   Finish(negative);
   return *this;
@@ -119,7 +119,7 @@ Number& Number::operator*=(int64_t value) {
     return *this;
   }
   data = product;
-  size = numberSize(product) > digits ? digits + 1 : digits;
+  SetSize(numberSize(product) > digits ? digits + 1 : digits);
   Finish(isNegative() != (value < 0));
   return *this;
 }
@@ -155,8 +155,8 @@ Number& Number::operator/=(const Number& num) {
   data = dividend / divisor;
   Finish(negative);
   if (data == 0) return *this;
-  precision = decDigits;
-  size = numberSize(data);
+  SetPrecision(decDigits);
+  SetSize(numberSize(data));
   return *this;
 }
 
@@ -177,8 +177,8 @@ Number& Number::operator/=(int64_t value) {
   data = data * powerOf10(maxPrecision) / divisor;
   Finish(isNegative() != (value < 0));
   if (data == 0) return *this;
-  precision = maxPrecision;
-  size = numberSize(data);
+  SetPrecision(maxPrecision);
+  SetSize(numberSize(data));
   return *this;
 }
 
@@ -264,18 +264,18 @@ Number& Number::round(unsigned int decDigits, ROUNDTYPE roundType, const unsigne
         if (roundType == RT_NUM && table != nullptr) data += table[data % 10] - data % 10;
         break;
     }
-    precision = decDigits;
+    SetPrecision(decDigits);
   } else {
     const int room = static_cast<int>(kMostDigits) - static_cast<int>(size);
     const int added = std::min(static_cast<int>(decDigits - precision), room);
     if (added > 0) {
       data *= powerOf10(static_cast<unsigned int>(added));
-      precision += static_cast<unsigned int>(added);
-      size += static_cast<unsigned int>(added);
+      SetPrecision(precision + static_cast<unsigned int>(added));
+      SetSize(size + static_cast<unsigned int>(added));
     }
   }
   Finish(negative);
-  if (data != 0) size = numberSize(data);
+  if (data != 0) SetSize(numberSize(data));
   return *this;
 }
 

@@ -182,7 +182,7 @@ TEST_F(BatchLines, StopARunThatIsToStop) {
 
 TEST_F(BatchLines, InABatchAreRefused) {
   folder_.Write("outer.cmd", "@inner.cmd\n");
-  for (const std::string& how : {"run", "line"}) {
+  for (const std::string how : {"run", "line"}) {
     folder_.Write("lines.cmd", "@outer.cmd\n");
     const ProgramRun result =
         how == "run" ? RunConsole({"run", "outer.cmd", "--batch", "--terse"}, Setting())

@@ -21,7 +21,7 @@ constexpr const char* kClock = " --clock '2024-03-15 10:30'";
 // A command line, and what the page shows below it.
 struct Example {
   std::string command;
-  std::string output;
+  std::string output = {};
   bool shows_output = false;
 };
 

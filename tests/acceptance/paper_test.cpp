@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Examples, GoodExample,
                          testing::Values("receipt", "payments", "returns", "deposit", "keys",
                                          "discounts", "invoice", "credit_note", "void", "note",
                                          "lottery", "exchange", "barcodes"),
-                         [](const auto& info) { return info.param; });
+                         [](const auto& test) { return test.param; });
 
 TEST(FailingExample, EveryLineAnswersTheCodeThatItsCommentTells) {
   const std::string file = Example("failing.cmd");

@@ -57,8 +57,8 @@ T* Plain(TableField<T> field) {
 class CallSlip {
  public:
   template <typename... Arguments>
-  explicit CallSlip(Arguments... arguments) {
-    (Add(arguments), ...);
+  explicit CallSlip(Arguments... passed) {
+    (Add(passed), ...);
   }
 
   std::vector<Value> arguments;

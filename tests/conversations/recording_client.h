@@ -111,8 +111,8 @@ class RecordingClient : public PlainRecordingClient {
                 subtender_id, Field(write, tender_type), Field(write, description),
                 Field(write, flags), Field(write, preset_value), Field(write, max_digits));
   }
-  int DirectIO(int cmd, int* optarg, char* data) override {
-    return Call(ClientOperation::kDirectIO, &RtfClientInterface::DirectIO, cmd, InOut(optarg),
+  int DirectIO(int cmd, int* argument, char* data) override {
+    return Call(ClientOperation::kDirectIO, &RtfClientInterface::DirectIO, cmd, InOut(argument),
                 InOut(data));
   }
 };

@@ -280,7 +280,9 @@ TEST_F(SideBySideTest, ACopyThatIsKilledLeavesNothingAndHoldsNobodyUp) {
     copy.Signal(SIGKILL);
     const int code = copy.Wait();
     EXPECT_TRUE(code == -SIGKILL || code == 0) << code;
-    if (std::filesystem::exists(to)) EXPECT_TRUE(RegisterFile(to).VerifyJournal(nullptr).good());
+    if (std::filesystem::exists(to)) {
+      EXPECT_TRUE(RegisterFile(to).VerifyJournal(nullptr).good());
+    }
     EXPECT_FALSE(std::filesystem::exists(to + ".part"));
     std::filesystem::remove(to);
   }

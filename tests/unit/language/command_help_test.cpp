@@ -97,7 +97,7 @@ class CommandHelpPage : public testing::TestWithParam<Page> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Languages, CommandHelpPage, testing::ValuesIn(kPages),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST_P(CommandHelpPage, EveryRowOfFieldsIsThereOnceAndNoOther) {
   std::multiset<std::string> rows;

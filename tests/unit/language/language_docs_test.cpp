@@ -199,7 +199,7 @@ class LanguageDocs : public testing::TestWithParam<Page> {
 EcrCmdCommand* LanguageDocs::translator_ = nullptr;
 
 INSTANTIATE_TEST_SUITE_P(Languages, LanguageDocs, testing::ValuesIn(kPages),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 
 const TableRow kFieldHeader = {"No", "Field", "Short", "Takes"};
 const TableRow kCodeHeader = {"Code", "When"};

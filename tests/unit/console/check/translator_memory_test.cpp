@@ -124,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Ending{"ASaleInADocumentThatIsNone", {"NOFIS INIZIO", kSale, "NOFIS FINE"}},
                     Ending{"ASaleBehindASettledReceipt",
                            {"ALLEG INIZIO", kSale, "CHIU", kSale, "ALLEG FINE"}}),
-    [](const testing::TestParamInfo<Ending>& info) { return info.param.name; });
+    [](const testing::TestParamInfo<Ending>& test) { return test.param.name; });
 
 TEST(TranslatorMemoryOf, AReceiptOpensOneAgainBehindItsPayment) {
   Till till;

@@ -187,8 +187,8 @@ class LanguageExamples : public testing::TestWithParam<const char*> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Pages, LanguageExamples, testing::Values("language.md", "language.it.md"),
-                         [](const auto& info) {
-                           return std::string(info.param) == "language.md" ? "English" : "Italian";
+                         [](const auto& test) {
+                           return std::string(test.param) == "language.md" ? "English" : "Italian";
                          });
 
 TEST_P(LanguageExamples, AnswerAsThePageSays) {

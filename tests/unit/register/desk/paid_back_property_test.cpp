@@ -83,11 +83,11 @@ class PaidBackProperty : public StoreTest, public testing::WithParamInterface<un
   int64_t Price() { return 100 * (1 + Pick(1500)); }
   // Some lines with discounts, surcharges and voids; what they come to.
   void RandomLines(Sums* sums) {
-    for (int left = 1 + Pick(4); left > 0; --left) {
+    for (int lines = 1 + Pick(4); lines > 0; --lines) {
       const int department = 1 + Pick(5);
       const int64_t price = Price();
       ASSERT_EQ(Line(department, price), RTF_SUCCESS);
-      if (left > 1 && Chance(15)) {
+      if (lines > 1 && Chance(15)) {
         ASSERT_EQ(Line(department, price, PflItemType::kPrintRecItemVoid), RTF_SUCCESS);
         continue;
       }

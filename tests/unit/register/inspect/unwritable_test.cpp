@@ -48,7 +48,7 @@ class UnwritableTest : public StoredRegisterTest {
 
   std::string Refusal(const std::string& name) const {
     try {
-      VirtualRegister device(FileSettings(name));
+      const VirtualRegister refused(FileSettings(name));
     } catch (const RegisterError& error) {
       return error.what();
     }

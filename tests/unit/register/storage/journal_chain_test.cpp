@@ -333,24 +333,24 @@ TEST_F(JournalChainTest, NumbersBeyondEveryRangeAreFoundAndDoNoHarm) {
       "UPDATE ledger SET day_totals = (SELECT totals FROM closure); UPDATE period SET "
       "totals = (SELECT totals FROM closure)");
   EXPECT_FALSE(Findings("huge").empty());
-  VirtualRegister device(FileSettings("huge"));
-  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
-  ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
-  ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  VirtualRegister overflown(FileSettings("huge"));
+  ASSERT_EQ(overflown.BeginFiscalReceipt(true), RTF_SUCCESS);
+  ASSERT_EQ(overflown.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+  ASSERT_EQ(overflown.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
   for (int kind = 0; kind <= 128; ++kind) {
     for (const int scope : {RTF_FPTR_TT_DAY, RTF_FPTR_TT_GRAND}) {
       char text[50] = "";
-      device.GetTotalizerExtend(0, scope, kind, text);
+      overflown.GetTotalizerExtend(0, scope, kind, text);
     }
   }
   for (int kind = 1; kind <= 5; ++kind) {
-    EXPECT_EQ(device.PeriodicReportMessageEx(kind, 0, "txt", "", 1, true), RTF_SUCCESS);
+    EXPECT_EQ(overflown.PeriodicReportMessageEx(kind, 0, "txt", "", 1, true), RTF_SUCCESS);
   }
   for (int kind = 0; kind <= 2; ++kind) {
-    EXPECT_EQ(device.PrintXReportEx(kind, false, "txt", "", 1), RTF_SUCCESS);
+    EXPECT_EQ(overflown.PrintXReportEx(kind, false, "txt", "", 1), RTF_SUCCESS);
   }
-  EXPECT_EQ(device.SaveTelematicSummary(1, 1, Path("saved.xml").c_str()), RTF_SUCCESS);
-  EXPECT_EQ(device.PrintZReport(), RTF_SUCCESS);
+  EXPECT_EQ(overflown.SaveTelematicSummary(1, 1, Path("saved.xml").c_str()), RTF_SUCCESS);
+  EXPECT_EQ(overflown.PrintZReport(), RTF_SUCCESS);
 }
 
 TEST_F(JournalChainTest, CountersAndTotalsThatWereChangedAreFound) {

@@ -224,7 +224,9 @@ TEST_F(PartFileTest, WithoutMemoryARegisterIsSavedOrNot) {
     } catch (const RegisterError&) {
     }
     FailingMemory::Heal();
-    if (!saved) EXPECT_THAT(Names(), IsEmpty()) << place;
+    if (!saved) {
+      EXPECT_THAT(Names(), IsEmpty()) << place;
+    }
     // SQLite does without some: then it is whole.
     if (saved && FailingMemory::failed()) {
       EXPECT_TRUE(FindingTexts(RegisterFile(Path("saved")).VerifyJournal(nullptr)).empty());
@@ -280,7 +282,9 @@ TEST_F(RegisterCopyTest, IsOfTheMomentThoughARegisterIsAtWork) {
   RegisterFile file(Path("shop.register"));
   // Ahead of the last pages: one that began anew would have it.
   ASSERT_TRUE(file.CopyTo(part, [&device](uint64_t, uint64_t) {
-    if (device.store().last_closure() == 0) EXPECT_EQ(device.PrintZReport(), RTF_SUCCESS);
+    if (device.store().last_closure() == 0) {
+      EXPECT_EQ(device.PrintZReport(), RTF_SUCCESS);
+    }
     return true;
   }));
   EXPECT_EQ(device.store().last_closure(), 1);

@@ -48,7 +48,8 @@ TEST_F(KeyboardsTest, ThreeKeyboardsAsTheDataItemsTell) {
   EXPECT_NE(Key(2, 48), "refused 106");
   EXPECT_EQ(Key(2, 49), "refused 106");
   EXPECT_EQ(Key(0, 0), "refused 106");
-  for (const int8_t keyboard : {-128, -1, 3, 127}) EXPECT_EQ(Key(keyboard, 1), "refused 106");
+  for (const int8_t keyboard : std::initializer_list<int8_t>{-128, -1, 3, 127})
+    EXPECT_EQ(Key(keyboard, 1), "refused 106");
 }
 
 TEST_F(KeyboardsTest, KeysLeaveTheFactoryWithTheirFunctions) {
@@ -97,7 +98,7 @@ TEST_F(KeyboardsTest, KeysTakeTheCodesThatHaveAName) {
 }
 
 TEST_F(KeyboardsTest, ClearDigitsAndLockKeepTheirPlaces) {
-  for (const uint8_t position : {1, 2, 10, 11, 12, 15}) {
+  for (const uint8_t position : std::initializer_list<uint8_t>{1, 2, 10, 11, 12, 15}) {
     const std::string before = Key(0, position);
     EXPECT_EQ(Program(0, position, F::kMenu), RTF_E_ILLEGAL);
     EXPECT_EQ(Key(0, position), before);

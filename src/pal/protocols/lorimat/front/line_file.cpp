@@ -23,7 +23,7 @@ bool CanGiveBack(fs_file_t* file) {
 int EcrCmdInterpreter::SeqFileRead(fs_file_t* hHandle, char* szLinea, unsigned long nMax) {
   char chunk[kChunk];
   const size_t ahead = CanGiveBack(hHandle) ? kChunk : 1;
-  unsigned long length = 0;
+  size_t length = 0;
   szLinea[0] = 0;
   for (bool ended = false; !ended;) {
     const auto read = fs_read(hHandle, chunk, ahead);

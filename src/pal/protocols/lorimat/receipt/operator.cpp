@@ -56,10 +56,10 @@ int EcrCmdCommand::Trad_CHIAVE() {
 int EcrCmdCommand::Trad_SLAVE() {
   constexpr int kSlaveOn = 502;
   constexpr int kSlaveOff = 503;
-  int optarg = 0;
+  int argument = 0;
   char data[513] = {};
-  if (Given(*this, 1)) return checkResult(RTF_FP_INVOKE(DirectIO, kSlaveOn, &optarg, data));
-  if (Given(*this, 2)) return checkResult(RTF_FP_INVOKE(DirectIO, kSlaveOff, &optarg, data));
+  if (Given(*this, 1)) return checkResult(RTF_FP_INVOKE(DirectIO, kSlaveOn, &argument, data));
+  if (Given(*this, 2)) return checkResult(RTF_FP_INVOKE(DirectIO, kSlaveOff, &argument, data));
   return 0;
 }
 
@@ -100,7 +100,7 @@ int EcrCmdCommand::Trad_GETP() {
 int EcrCmdCommand::Trad_DIRECTIO() {
   if (!Given(*this, 1)) return SyntaxError(CAMPO_OBBLIGATORIO);
   const int cmd = ClientInt(lorimatutility::TradNumLong(szCampi[1]));
-  int optarg = ClientInt(lorimatutility::TradNumLong(szCampi[2]));
+  int argument = ClientInt(lorimatutility::TradNumLong(szCampi[2]));
   char data[513] = {};
   CopyText(data, szCampi[3]);
 
@@ -110,7 +110,7 @@ int EcrCmdCommand::Trad_DIRECTIO() {
   if (to_file && fs_open_binary(&hFileOut, szCampi[4], FS_CREATE_TRUNC) == FS_BADF) {
     return FILE_OPEN_ERROR;
   }
-  const int lErrCode = RTF_FP_INVOKE(DirectIO, cmd, &optarg, data);
+  const int lErrCode = RTF_FP_INVOKE(DirectIO, cmd, &argument, data);
   if (lErrCode == 0) {
     data[sizeof data - 1] = 0;
     TStato.iFlgINFO = 1;
