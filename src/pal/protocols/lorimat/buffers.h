@@ -64,6 +64,31 @@ void AppendText(char (&dest)[N], const char* source) {
   AppendText(dest, N, source);
 }
 
+// Writes one character behind the other. What does not fit is dropped, but for the place of the
+// NUL.
+class BufferWriter {
+ public:
+  BufferWriter(char* dest, size_t size) : place_(dest), room_(size) {}
+
+  void Put(char c) {
+    if (room_ < 2) return;
+    *place_++ = c;
+    --room_;
+  }
+  void Put(const char* text) {
+    for (; *text != 0; ++text) Put(*text);
+  }
+  // Returns the place of the NUL.
+  char* Close() {
+    if (room_ > 0) *place_ = 0;
+    return place_;
+  }
+
+ private:
+  char* place_;
+  size_t room_;
+};
+
 // Stores a text into a row of a table: a text that fills the row has no closing NUL.
 template <size_t N>
 void StoreRow(char (&row)[N], const char* source) {

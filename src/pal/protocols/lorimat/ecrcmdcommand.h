@@ -199,8 +199,10 @@ class EcrCmdCommand : public EcrCmdInterpreter {
   // Opens the data file for the direction at hand.
   bool OpenLinkFile(fs_file_t* file);
   // Writes a value of an output record, quoted in mode 2, with the separator behind it, as
-  // the edit options say. dest takes twice the text's length plus 4 characters. Returns the
-  // place of the closing NUL.
+  // the edit options say, into size characters. Twice the text's length plus 4 are enough for any;
+  // what does not fit is cut. Returns the place of the closing NUL.
+  char* EditEMOut(char* dest, size_t size, const char* text, int mode);
+  // The same for a buffer that has room for any value of that length.
   char* EditEMOut(char* dest, const char* text, int mode);
   // Copies length characters and closes them with NUL. Returns the place of the NUL.
   char* Dimpacc(char* dest, const char* text, int length);

@@ -96,10 +96,16 @@ class EcrCmdInterpreter {
   // for a token that is no key, -2 for more than 99. A token that no blank ends is not
   // stored.
   int GetMacro(char* szCampo, unsigned char* iMacro);
-  // Writes a quoted literal; szDest takes twice iLnIn plus 3 characters. Returns the
-  // place of the closing NUL.
+  // Writes a quoted literal into size characters; twice iLnIn plus 3 are enough for any, and what
+  // does not fit is cut. Returns the place of the closing NUL.
+  char* EditAlfa(char* szDest, size_t size, const char* sIn, int iLnIn);
+  // The same for a buffer that has room for any literal of that length.
   char* EditAlfa(char* szDest, char* sIn, int iLnIn);
-  // Appends a field's name, as "#n" when bModo is set. szLinea has room for the name.
+  // Appends a field's name, as "#n" when bModo is set. szLinea has size characters, and what does
+  // not fit is cut. Returns szLinea.
+  char* LdNomeCampo(char* szLinea, size_t size, const char* szNome, int iNum, bool bModo);
+  // The same for a buffer that has room for the name behind its text: for szNome, or with bModo for
+  // the twelve characters of the longest number.
   char* LdNomeCampo(char* szLinea, char* szNome, int iNum, bool bModo);
 
   // --- Accessors

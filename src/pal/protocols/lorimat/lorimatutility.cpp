@@ -1,5 +1,6 @@
 #include "pal/protocols/lorimat/lorimatutility.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -309,19 +310,18 @@ void lorimatutility::toLower(char* str) {
   for (; *str != 0; ++str) *str = Lower(*str);
 }
 
+char* lorimatutility::FnLPAD(char* szDest, size_t size, const char* szIn, int iL, char cPad) {
+  BufferWriter padded(szDest, size);
+  int fill = iL - static_cast<int>(std::strlen(szIn));
+  if (fill > 0 && *szIn == '-') padded.Put(*szIn++);
+  for (; fill > 0; --fill) padded.Put(cPad);
+  padded.Put(szIn);
+  return padded.Close();
+}
+
 char* lorimatutility::FnLPAD(char* szDest, char* szIn, int iL, char cPad) {
-  int length = static_cast<int>(std::strlen(szIn));
-  if (length < iL) {
-    int fill = iL - length;
-    if (*szIn == '-') {
-      *szDest++ = *szIn++;
-      --length;
-    }
-    for (; fill > 0; --fill) *szDest++ = cPad;
-  }
-  std::memmove(szDest, szIn, static_cast<size_t>(length));
-  szDest[length] = 0;
-  return szDest + length;
+  const size_t width = static_cast<size_t>(std::max(iL, 0));
+  return FnLPAD(szDest, std::max(width, std::strlen(szIn)) + 1, szIn, iL, cPad);
 }
 
 char* lorimatutility::FnRPAD(char* szDest, char* szIn, int iL, char cPad) {

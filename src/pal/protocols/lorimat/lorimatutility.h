@@ -4,6 +4,7 @@
 // caller's buffers must hold the result.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 class lorimatutility {
@@ -68,7 +69,10 @@ class lorimatutility {
   static void itoa(int value, char* str, int base);
   static void toLower(char* str);
   // Right-justifies in iL characters with cPad, a leading "-" in front of the fill; a
-  // longer text stays whole. szDest and szIn do not overlap.
+  // longer text stays whole, as far as szDest has the size. szDest and szIn do not overlap. Returns
+  // the place of the closing NUL.
+  static char* FnLPAD(char* szDest, size_t size, const char* szIn, int iL, char cPad);
+  // The same for a buffer of one character more than iL, and than szIn has.
   static char* FnLPAD(char* szDest, char* szIn, int iL, char cPad);
   // Left-justifies in exactly iL characters, without a closing NUL.
   static char* FnRPAD(char* szDest, char* szIn, int iL, char cPad);

@@ -292,21 +292,35 @@ int EcrCmdInterpreter::GetMacro(char* szCampo, unsigned char* iMacro) {
   return keys;
 }
 
-char* EcrCmdInterpreter::EditAlfa(char* szDest, char* sIn, int iLnIn) {
-  *szDest++ = cChQuote;
+char* EcrCmdInterpreter::EditAlfa(char* szDest, size_t size, const char* sIn, int iLnIn) {
+  BufferWriter literal(szDest, size);
+  literal.Put(cChQuote);
   for (int i = 0; i < iLnIn; ++i) {
-    if (sIn[i] == cChQuote) *szDest++ = cChQuote;
-    *szDest++ = sIn[i];
+    if (sIn[i] == cChQuote) literal.Put(cChQuote);
+    literal.Put(sIn[i]);
   }
-  *szDest++ = cChQuote;
-  *szDest = 0;
-  return szDest;
+  literal.Put(cChQuote);
+  return literal.Close();
+}
+
+char* EcrCmdInterpreter::EditAlfa(char* szDest, char* sIn, int iLnIn) {
+  constexpr size_t kQuotesAndNul = 3;
+  const auto length = static_cast<size_t>(std::max(iLnIn, 0));
+  return EditAlfa(szDest, 2 * length + kQuotesAndNul, sIn, iLnIn);
+}
+
+char* EcrCmdInterpreter::LdNomeCampo(char* szLinea, size_t size, const char* szNome, int iNum,
+                                     bool bModo) {
+  if (bModo) {
+    AppendFormat(szLinea, size, "#%d", iNum);
+  } else {
+    AppendText(szLinea, size, szNome);
+  }
+  return szLinea;
 }
 
 char* EcrCmdInterpreter::LdNomeCampo(char* szLinea, char* szNome, int iNum, bool bModo) {
-  char number[16];
-  std::snprintf(number, sizeof number, "#%d", iNum);
-  const char* name = bModo ? number : szNome;
-  std::memcpy(szLinea + std::strlen(szLinea), name, std::strlen(name) + 1);
-  return szLinea;
+  constexpr size_t kLongestNumber = sizeof "#-2147483648" - 1;
+  const size_t length = bModo ? kLongestNumber : std::strlen(szNome);
+  return LdNomeCampo(szLinea, std::strlen(szLinea) + length + 1, szNome, iNum, bModo);
 }

@@ -221,18 +221,23 @@ char* EcrCmdCommand::Dimpacc(char* dest, const char* text, int length) {
   return dest + size;
 }
 
-char* EcrCmdCommand::EditEMOut(char* dest, const char* text, int mode) {
+char* EcrCmdCommand::EditEMOut(char* dest, size_t size, const char* text, int mode) {
   constexpr int kFixedForm = 1;  // edit option: values stand next to one another
   constexpr int kQuoted = 2;
   const bool fixed_form = iOutEditFlags == kFixedForm;
   const bool quoted = mode == kQuoted && !fixed_form && cChQuote != 0;
-  if (quoted) *dest++ = cChQuote;
+  BufferWriter value(dest, size);
+  if (quoted) value.Put(cChQuote);
   for (; *text != 0; ++text) {
-    if (quoted && *text == cChQuote) *dest++ = cChQuote;
-    *dest++ = *text;
+    if (quoted && *text == cChQuote) value.Put(cChQuote);
+    value.Put(*text);
   }
-  if (quoted) *dest++ = cChQuote;
-  if (!fixed_form && cChSep != 0) *dest++ = cChSep;
-  *dest = 0;
-  return dest;
+  if (quoted) value.Put(cChQuote);
+  if (!fixed_form && cChSep != 0) value.Put(cChSep);
+  return value.Close();
+}
+
+char* EcrCmdCommand::EditEMOut(char* dest, const char* text, int mode) {
+  constexpr size_t kMarksAndNul = 4;
+  return EditEMOut(dest, 2 * std::strlen(text) + kMarksAndNul, text, mode);
 }

@@ -8,7 +8,7 @@ RecordLine::RecordLine(EcrCmdInterpreter& tables, char* szLinea, int opcode, boo
                        Numbering numbering)
     : tables_(tables), line_(szLinea), opcode_(opcode), list_(bList), numbering_(numbering) {
   line_[0] = 0;
-  tables_.LdNomeCampo(line_, tables_.szOpCodes[opcode], opcode, bList);
+  tables_.LdNomeCampo(line_, kRecordLineSize, tables_.szOpCodes[opcode], opcode, bList);
   AppendText(line_, kRecordLineSize, " ");
 }
 
@@ -21,7 +21,8 @@ void RecordLine::integer(int field, int64_t value) {
 void RecordLine::text(int field, const char* value) {
   char text[kLongestRecordText + 1];
   CopyText(text, value);
-  tables_.EditAlfa(tables_.szCampi[field], text, static_cast<int>(std::strlen(text)));
+  tables_.EditAlfa(tables_.szCampi[field], sizeof tables_.szCampi[field], text,
+                   static_cast<int>(std::strlen(text)));
   append(field);
 }
 
@@ -56,8 +57,8 @@ void RecordLine::Plain(int field, const char* value) {
 
 void RecordLine::append(int field) {
   char word[16] = {};
-  tables_.LdNomeCampo(word, tables_.szKeyI[opcode_][field], numbering_ == kAllOnes ? 1 : field,
-                      list_);
+  tables_.LdNomeCampo(word, sizeof word, tables_.szKeyI[opcode_][field],
+                      numbering_ == kAllOnes ? 1 : field, list_);
   const char separator[] = {tables_.cChSep, ' ', 0};
   AppendText(line_, kRecordLineSize, word);
   AppendText(line_, kRecordLineSize, "=");

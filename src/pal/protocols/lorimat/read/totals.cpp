@@ -74,10 +74,13 @@ CounterSource FindCounter(int counter) {
   return kNoSource;
 }
 
+// The room that the callers of the two below have for a text. Twenty characters are the longest.
+constexpr size_t kTotalSize = 32;
+
 void WritePadded(char* text, int64_t value, int digits) {
   char number[24];
   std::snprintf(number, sizeof number, "%lld", static_cast<long long>(value));
-  lorimatutility::FnLPAD(text, number, digits, '0');
+  lorimatutility::FnLPAD(text, kTotalSize, number, digits, '0');
 }
 
 }  // namespace

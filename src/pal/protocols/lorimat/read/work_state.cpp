@@ -5,11 +5,13 @@
 //
 // A snapshot reads the device for every value, some four hundred calls, and keeps nothing.
 
+#include <algorithm>
 #include <iterator>
 
 #include "pal/protocols/lorimat/data_items.h"
 #include "pal/protocols/lorimat/fields.h"
 #include "pal/protocols/lorimat/program/device_records.h"
+#include "pal/protocols/lorimat/read/record_line.h"
 
 namespace {
 
@@ -74,20 +76,24 @@ constexpr int kMinute = 10;
 
 }  // namespace
 
-// The record under way. Its texts are written one behind the other.
+// The record under way. Its texts are written one behind the other; what would not fit into the
+// line is cut.
 struct WorkStateLine {
   fs_file_t* file;
-  char* szLinea;
-  char* pL;  // the write position
+  char* szLinea;  // kRecordLineSize characters
+  char* pL;       // the write position
 
+  // What is left of the line, the place of the NUL included: 1 at least.
+  size_t Room() const { return kRecordLineSize - static_cast<size_t>(pL - szLinea); }
   void Put(char c) {
-    *pL++ = c;
-    *pL = 0;
+    BufferWriter writer(pL, Room());
+    writer.Put(c);
+    pL = writer.Close();
   }
 };
 
 void EcrCmdCommand::PutValue(WorkStateLine& line, const char* text, int mode) {
-  line.pL = EditEMOut(line.pL, text, mode);
+  line.pL = EditEMOut(line.pL, line.Room(), text, mode);
 }
 
 void EcrCmdCommand::PutNumber(WorkStateLine& line, int number) {
@@ -118,7 +124,8 @@ void EcrCmdCommand::WriteDateRecord(WorkStateLine& line) {
   const auto put_digits = [&](int place) {
     // Of a short date as much as there is.
     const char* digits = date.buffer + place;
-    line.pL = Dimpacc(line.pL, digits, static_cast<int>(RowLength(digits, 2)));
+    const size_t length = std::min(RowLength(digits, 2), line.Room() - 1);
+    line.pL = Dimpacc(line.pL, digits, static_cast<int>(length));
   };
   const auto put_mark = [&](char mark) {
     if (mark != 0) line.Put(mark);

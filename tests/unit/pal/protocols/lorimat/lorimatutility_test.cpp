@@ -314,6 +314,21 @@ TEST(ToLower, LeavesOtherBytes) {
   EXPECT_STREQ(text, "abc\xC0z9");
 }
 
+TEST(Padding, ANarrowBufferCutsWhatDoesNotFit) {
+  char out[8] = "xxxxxxx";
+  EXPECT_EQ(U::FnLPAD(out, 5, "-5", 4, '0') - out, 4);
+  EXPECT_EQ(std::string(out, 7), std::string("-005\0xx", 7));
+  EXPECT_EQ(U::FnLPAD(out, 4, "-5", 4, '0') - out, 3);
+  EXPECT_EQ(std::string(out, 7), std::string("-00\0\0xx", 7));
+  EXPECT_EQ(U::FnLPAD(out, 3, "12345", 2, '0') - out, 2);
+  EXPECT_EQ(std::string(out, 4), std::string("12\0\0", 4));
+  EXPECT_EQ(U::FnLPAD(out, 1, "7", 3, '0'), out);
+  EXPECT_EQ(std::string(out, 2), std::string("\0002", 2));
+  out[0] = 'x';
+  EXPECT_EQ(U::FnLPAD(out, 0, "7", 3, '0'), out);
+  EXPECT_EQ(out[0], 'x');
+}
+
 TEST(Padding, JustifiesToAWidth) {
   char out[16];
   EXPECT_EQ(U::FnLPAD(out, Text("-5"), 4, '0') - out, 4);

@@ -216,6 +216,28 @@ TEST_F(Parser, EditedTextsReadBack) {
   EXPECT_STREQ(value_, "it's");
 }
 
+TEST_F(Parser, AnEditedTextIsCutAtTheEndOfItsBuffer) {
+  char out[9] = "xxxxxxxx";
+  EXPECT_EQ(t().EditAlfa(out, 8, "it's", 4) - out, 7);
+  EXPECT_STREQ(out, "'it''s'");
+  EXPECT_EQ(out[8], 0);
+  std::memset(out, 'x', sizeof out);
+  EXPECT_EQ(t().EditAlfa(out, 6, "it's", 4) - out, 5);
+  EXPECT_EQ(std::string(out, 8), std::string("'it''\0xx", 8));
+  EXPECT_EQ(t().EditAlfa(out, 2, "it's", -1) - out, 1);
+  EXPECT_EQ(std::string(out, 3), std::string("'\0t", 3));
+}
+
+TEST_F(Parser, AFieldNameIsCutAtTheEndOfItsBuffer) {
+  char line[12] = "PREP \0xxxxx";
+  EXPECT_EQ(t().LdNomeCampo(line, 8, "DES", 7, false), line);
+  EXPECT_EQ(std::string(line, 10), std::string("PREP DE\0xx", 10));
+  t().LdNomeCampo(line, 10, "DES", -12, true);
+  EXPECT_EQ(std::string(line, 11), std::string("PREP DE#-\0x", 11));
+  t().LdNomeCampo(line, 10, "DES", 1, false);
+  EXPECT_EQ(std::string(line, 11), std::string("PREP DE#-\0x", 11));
+}
+
 TEST_F(Parser, FieldNamesAreAppended) {
   char line[32] = "PREP ";
   char name[] = "DES";

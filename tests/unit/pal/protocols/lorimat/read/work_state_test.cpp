@@ -91,6 +91,16 @@ TEST_F(WorkState, OutputValuesWithoutAQuoteCharacterStandBare) {
   EXPECT_STREQ("'',", text);
 }
 
+TEST_F(WorkState, OutputValuesAreCutAtTheEndOfTheirBuffer) {
+  char text[10] = "xxxxxxxxx";
+  EXPECT_EQ(text + 6, translator->EditEMOut(text, 7, "A'", 2));
+  EXPECT_EQ(std::string("'A''',\0xx", 9), std::string(text, 9));
+  EXPECT_EQ(text + 4, translator->EditEMOut(text, 5, "A'", 2));
+  EXPECT_EQ(std::string("'A''\0,\0xx", 9), std::string(text, 9));
+  EXPECT_EQ(text, translator->EditEMOut(text, 1, "A", 0));
+  EXPECT_EQ(std::string("\0A", 2), std::string(text, 2));
+}
+
 TEST_F(WorkState, ACopyOfSomeCharactersIsClosed) {
   char text[8] = "xxxxxxx";
   EXPECT_EQ(text + 2, translator->Dimpacc(text, "12345", 2));
