@@ -12,7 +12,7 @@ namespace {
 // Of a table of records a digest is enough: who wants to know what stood in it reads the paper.
 struct ChainedTable {
   const char* name;
-  const char* rows;
+  SqlLiteral rows;
   int columns;
 };
 // The options of the device go with the single values, in which a host sets them.

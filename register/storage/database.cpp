@@ -47,6 +47,14 @@ uint32_t BigEndian(const unsigned char* bytes, int size) {
   return number;
 }
 
+// A pragma takes no bound value.
+template <size_t... versions>
+consteval std::array<SqlLiteral, sizeof...(versions)> VersionStatements(
+    std::index_sequence<versions...>) {
+  return {kSql<"PRAGMA user_version = ", kSqlNumber<versions>>...};
+}
+constexpr auto kSetVersion = VersionStatements(std::make_index_sequence<100>());
+
 }  // namespace
 
 void DatabaseCloser::operator()(sqlite3* handle) const { sqlite3_close(handle); }
@@ -424,27 +432,31 @@ void Database::CheckHead(const DatabaseKind& kind) const {
 }
 
 void Database::SetVersion(int version) {
-  Execute(fmt::format("PRAGMA user_version = {}", version));
+  if (version < 0 || static_cast<size_t>(version) >= kSetVersion.size()) {
+    Fail(fmt::format("there is no version {}", version));
+  }
+  Execute(kSetVersion[static_cast<size_t>(version)]);
   version_ = version;
 }
 
-Statement Database::Prepare(std::string_view sql) {
-  if (auto idle = idle_.extract(sql)) return {*this, std::move(idle)};
+Statement Database::Prepare(SqlLiteral sql) {
+  const std::string_view text = sql.text();
+  if (auto idle = idle_.extract(text)) return {*this, std::move(idle)};
   sqlite3_stmt* made = nullptr;
-  const int code = sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()),
+  const int code = sqlite3_prepare_v3(handle_.get(), text.data(), static_cast<int>(text.size()),
                                       SQLITE_PREPARE_PERSISTENT, &made, nullptr);
   StatementHandle handle(made);
   if (code != SQLITE_OK) FailWith(code);
-  idle_.try_emplace(sql, std::move(handle));
-  return {*this, idle_.extract(sql)};
+  idle_.try_emplace(text, std::move(handle));
+  return {*this, idle_.extract(text)};
 }
 
-void Database::Execute(const std::string& sql) {
+void Database::Execute(SqlLiteral sql) {
   const int code = sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) FailWith(code);
 }
 
-int64_t Database::Value(const std::string& sql) {
+int64_t Database::Value(SqlLiteral sql) {
   sqlite3_stmt* made = nullptr;
   int code = sqlite3_prepare_v2(handle_.get(), sql.c_str(), -1, &made, nullptr);
   const StatementHandle statement(made);
@@ -456,7 +468,8 @@ int64_t Database::Value(const std::string& sql) {
 // With NORMAL a commit reaches the log and is not waited for; the next one in FULL takes it along.
 void Database::SetDurable(bool durable) {
   if (durable == durable_ || in_memory()) return;
-  Execute(durable ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
+  Execute(durable ? SqlLiteral("PRAGMA synchronous = FULL")
+                  : SqlLiteral("PRAGMA synchronous = NORMAL"));
   durable_ = durable;
 }
 

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "register/storage/new_file.h"
+#include "register/storage/sql_text.h"
 #include "register/value/register_error.h"
 
 struct sqlite3;
@@ -138,7 +139,7 @@ class Database {
   const std::string& file() const { return file_; }
   bool in_memory() const { return file_.empty(); }
   int version() const { return version_; }
-  // Part of the unit of work that is under way.
+  // Part of the unit of work that is under way. The version is below 100.
   void SetVersion(int version);
 
   // For kRead, outside of a Moment: what has become of the file since the database was opened, or
@@ -150,10 +151,9 @@ class Database {
   // write it. What was read may be of more than one moment then.
   void CheckUndisturbed() const;
 
-  // `sql` has to last as long as the database: a literal.
-  Statement Prepare(std::string_view sql);
+  Statement Prepare(SqlLiteral sql);
   // One or more statements without parameters and results.
-  void Execute(const std::string& sql);
+  void Execute(SqlLiteral sql);
 
   // A unit of work: all of it or nothing. One that is not durable may be lost, whole, when the
   // computer goes down, never when only the program does. None begins on a file that lost its name.
@@ -218,7 +218,7 @@ class Database {
   int FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
-  int64_t Value(const std::string& sql);
+  int64_t Value(SqlLiteral sql);
   void PrepareUnits();
   void DropStatements() noexcept;
   int64_t DataVersion() noexcept;

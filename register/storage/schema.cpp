@@ -1,7 +1,5 @@
 #include "register/storage/schema.h"
 
-#include <fmt/format.h>
-
 #include <optional>
 
 #include "register/storage/chain.h"
@@ -132,7 +130,7 @@ constexpr SchemaStep kSteps[] = {{1, kRoll}, {2, kEvents, CarryOverChain}};
 std::span<const SchemaStep> SchemaSteps() { return kSteps; }
 
 void MakeSchema(Database& database) {
-  database.Execute(fmt::format("PRAGMA application_id = {}", kRegisterId));
+  database.Execute(kSql<"PRAGMA application_id = ", kSqlNumber<kRegisterId>>);
   database.Execute(kTables);
   for (const SchemaStep& step : kSteps) database.Execute(step.sql);
   database.SetVersion(kSchemaVersion);

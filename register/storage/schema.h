@@ -15,7 +15,7 @@ inline constexpr DatabaseKind kRegisterKind = {kRegisterId, kSchemaVersion};
 // One version further: the tables, then what is to be put into them.
 struct SchemaStep {
   int from = 0;
-  const char* sql = "";
+  SqlLiteral sql = "";
   void (*fill)(Database&) = nullptr;
 };
 

@@ -3,6 +3,9 @@
 // partial index takes part only where its condition stands in the statement as digits, so that a
 // bound parameter would not do.
 //
+// What takes a statement takes a SqlLiteral, and none of these can be made at run time: no text
+// that somebody has entered or stored becomes part of one.
+//
 //   database.Prepare(kSql<"SELECT id FROM document WHERE kind = ",
 //   kSqlNumber<DocumentKind::kSale>>)
 #pragma once
@@ -21,8 +24,6 @@ struct SqlText {
   constexpr SqlText() = default;
   // NOLINTNEXTLINE(google-explicit-constructor): literals are to stand where parts do.
   constexpr SqlText(const char (&literal)[size]) { std::copy_n(literal, size, text); }
-  // NOLINTNEXTLINE(google-explicit-constructor): what takes a statement takes a text.
-  constexpr operator std::string_view() const { return {text, size - 1}; }
 };
 
 template <size_t first, size_t second>
@@ -51,5 +52,31 @@ consteval auto SqlDigits() {
 // The number of an enumerator, as it is stored.
 template <auto value>
 inline constexpr auto kSqlNumber = SqlDigits<value>();
+
+// The text of one or more statements: a literal, or kSql<...>. It lasts as long as the program.
+class SqlLiteral {
+ public:
+  // Both read the text, so that one which can change is no constant and does not compile.
+  template <size_t size>
+  // NOLINTNEXTLINE(google-explicit-constructor): literals are to stand where statements do.
+  consteval SqlLiteral(const char (&literal)[size]) : text_(Checked(literal, size)) {}
+  template <size_t size>
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  consteval SqlLiteral(const SqlText<size>& sql) : text_(Checked(sql.text, size)) {}
+
+  constexpr std::string_view text() const { return text_; }
+  // Closed with a zero.
+  constexpr const char* c_str() const { return text_.data(); }
+
+ private:
+  static consteval std::string_view Checked(const char* text, size_t size) {
+    const std::string_view whole(text, size);
+    // Not a constant, and so refused by the compiler.
+    if (whole.find('\0') != size - 1) throw "a statement ends at its only zero";
+    return whole.substr(0, size - 1);
+  }
+
+  std::string_view text_;
+};
 
 }  // namespace lorimat

@@ -69,8 +69,8 @@ TEST_F(StoreColumnsTest, ADayIsStoredAlikeInTablesOfAnotherOrder) {
 
 TEST(SqlTextTest, NumbersAreThoseOfTheEnumerators) {
   enum class Kind { kFirst = 0, kLast = 1207 };
-  EXPECT_EQ(std::string_view(kSql<"kind = ", kSqlNumber<Kind::kFirst>>), "kind = 0");
-  EXPECT_EQ(std::string_view(kSql<"kind IN (", kSqlNumber<Kind::kLast>, ", 1)">),
+  EXPECT_EQ(SqlLiteral(kSql<"kind = ", kSqlNumber<Kind::kFirst>>).text(), "kind = 0");
+  EXPECT_EQ(SqlLiteral(kSql<"kind IN (", kSqlNumber<Kind::kLast>, ", 1)">).text(),
             "kind IN (1207, 1)");
 }
 

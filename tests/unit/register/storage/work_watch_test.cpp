@@ -9,7 +9,7 @@
 namespace lorimat {
 namespace {
 
-constexpr std::string_view kLongWork =
+constexpr SqlLiteral kLongWork =
     "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 50000) "
     "SELECT count(*) FROM n";
 
