@@ -10,7 +10,7 @@ build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohman
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev gettext
   libgtest-dev libgmock-dev zbar-tools)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
-check_packages=(binutils python3 shellcheck clang-format codespell)
+check_packages=(binutils python3 shellcheck clang-format clang-tidy codespell)
 bench_packages=(libbenchmark-dev)
 
 say() { printf '%s\n' "$*"; }

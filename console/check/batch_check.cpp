@@ -72,7 +72,7 @@ class LineCheck {
       return;
     }
     FindLineTraps(language_, opcode_, name_, given_fields_,
-                  [this](FoundTrap found, uint64_t column) { Add(std::move(found), column); });
+                  [this](const FoundTrap& found, uint64_t column) { Add(found, column); });
     sequence_.Take(opcode_, name_, {line_.number, 1 + dropped_, line_.text});
   }
 
@@ -299,7 +299,7 @@ BatchCheck::BatchCheck(const Language& language, Findings& findings)
       findings_(findings),
       words_(language.commands()),
       symbols_(language.symbols()),
-      sequence_(language, [&findings](FoundTrap found, const LinePlace& place) {
+      sequence_(language, [&findings](const FoundTrap& found, const LinePlace& place) {
         Finding finding = TrapFinding(found);
         finding.line = place.line;
         finding.column = place.column;

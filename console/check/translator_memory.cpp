@@ -72,7 +72,8 @@ constexpr EffectRow kEffects[] = {
 
 // Whether an "@" line was answered without a line of its file having run.
 bool RefusedBatch(const std::optional<long>& code) {
-  return code == INVALID_BATCH_LINE || code == FILE_OPEN_ERROR || code == ERROR_FILE_OPEN_ERROR;
+  if (!code) return false;
+  return *code == INVALID_BATCH_LINE || *code == FILE_OPEN_ERROR || *code == ERROR_FILE_OPEN_ERROR;
 }
 
 // CHIUDETRAN answers 0 and does nothing when nothing is open. A refusal shows that it tried: a

@@ -298,7 +298,7 @@ int FollowList(const JournalOptions& options, lorimat::RegisterFile& file, const
     };
     const std::optional<uint64_t> more =
         file.ReadJournalPart(selection, behind, kEntriesOfLook, add);
-    list = std::move(lines);
+    list = lines;
     behind = more.value_or(std::max(last, shown));
     found.more = more.has_value();
     return found;

@@ -18,6 +18,7 @@ namespace lorimat::console {
 
 std::vector<OutputName> NamesOf(const std::vector<PaperOutput>& outputs) {
   std::vector<OutputName> names;
+  names.reserve(outputs.size());
   for (const PaperOutput& output : outputs) names.push_back(output.name);
   return names;
 }

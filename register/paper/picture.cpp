@@ -151,8 +151,8 @@ void Picture::Draw(cairo_t* drawing, const Block& block, double top) {
   Tell(block.line);
   cairo_set_source_rgb(drawing, 0, 0, 0);
   if (block.cut) {
-    cairo_rectangle(drawing, kSideMargin, top + (kRowHeight - kCutThickness) / 2, kPrintWidth,
-                    kCutThickness);
+    constexpr int kFromTop = (kRowHeight - kCutThickness) / 2;  // in whole dots
+    cairo_rectangle(drawing, kSideMargin, top + kFromTop, kPrintWidth, kCutThickness);
     cairo_fill(drawing);
   } else if (block.bars) {
     FillBars(drawing, *block.bars, LeftOf(block.alignment, block.bars->width_in_dots()),
@@ -177,7 +177,8 @@ void WriteBand(cairo_surface_t* band, int rows, PngWriter& png) {
     for (int x = 0; x < kPictureWidth; ++x) {
       // Everything drawn is grey, so that each of the three colours tells the shade.
       uint32_t pixel;
-      std::memcpy(&pixel, data + static_cast<ptrdiff_t>(y) * stride + 4 * x, sizeof(pixel));
+      std::memcpy(&pixel, data + static_cast<ptrdiff_t>(y) * stride + ptrdiff_t{4} * x,
+                  sizeof(pixel));
       dots[x] = static_cast<unsigned char>(pixel & 0xFF);
     }
     png.Row(dots);
@@ -211,7 +212,7 @@ size_t EndOfPage(const std::vector<Block>& blocks, size_t begin, int* height) {
 
 std::string RenderPng(const Paper& paper, const PictureProgress& progress) {
   Picture picture(paper, progress);
-  int64_t height = 2 * kEndMargin;
+  int64_t height = int64_t{2} * kEndMargin;
   for (const Block& block : picture.blocks()) height += block.height;
   if (height > kLongestPng) {
     throw PictureError(MakeFailure(FailureCause::kPaperTooLong, {height, kLongestPng}));

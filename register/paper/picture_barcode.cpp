@@ -128,6 +128,7 @@ std::optional<Bars> EncodeBars(const BarcodeRow& barcode) {
   if (zint == BARCODE_PDF417) bars.row_height = kPdf417RowHeight;
   for (int r = 0; r < symbol->rows; ++r) {
     std::vector<bool> row;
+    row.reserve(static_cast<size_t>(symbol->width));
     for (int column = 0; column < symbol->width; ++column) {
       row.push_back((symbol->encoded_data[r][column / 8] >> (column % 8) & 1) != 0);
     }

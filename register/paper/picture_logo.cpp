@@ -54,7 +54,7 @@ void MakeGrey(cairo_surface_t* surface) {
   const int width = cairo_image_surface_get_width(surface);
   for (int y = 0; y < cairo_image_surface_get_height(surface); ++y) {
     for (int x = 0; x < width; ++x) {
-      unsigned char* const at = data + static_cast<ptrdiff_t>(y) * stride + 4 * x;
+      unsigned char* const at = data + static_cast<ptrdiff_t>(y) * stride + ptrdiff_t{4} * x;
       uint32_t pixel;
       std::memcpy(&pixel, at, sizeof(pixel));
       const uint32_t grey =

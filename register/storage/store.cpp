@@ -256,7 +256,7 @@ void RegisterStore::CountNonFiscal(const std::tm& time) {
 
 // Only what the operation itself changed: what was changed in the file by hand stays apart from the
 // chain, or shows in the value before.
-void RegisterStore::NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts now,
+void RegisterStore::NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts&& now,
                                    const std::tm& time) {
   for (auto& [subject, value] : now) {
     const auto found = before.find(subject);

@@ -76,7 +76,7 @@ class RegisterStore {
   void SetNextInvoice(int number, const std::tm& time);
   // Takes into the chain what has been programmed: the values before and those that are stored
   // now.
-  void NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts now, const std::tm& time);
+  void NoteProgrammed(const ProgrammedTexts& before, ProgrammedTexts&& now, const std::tm& time);
 
   // Whether the next document still has a number in this day.
   bool HasNumber() const { return ledger_.counters.documents < kLastNumber; }

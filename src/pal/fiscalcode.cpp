@@ -9,16 +9,16 @@
 
 namespace {
 
-constexpr char month_table[12] = {'A', 'B', 'C', 'D', 'E', 'H', 'L', 'M', 'P', 'R', 'S', 'T'};
-constexpr char omocodia_table[10] = {'L', 'M', 'N', 'P', 'Q', 'R', 'S', 'T', 'U', 'V'};
+constexpr char kMonthTable[12] = {'A', 'B', 'C', 'D', 'E', 'H', 'L', 'M', 'P', 'R', 'S', 'T'};
+constexpr char kOmocodiaTable[10] = {'L', 'M', 'N', 'P', 'Q', 'R', 'S', 'T', 'U', 'V'};
 
 // Check values by position, counted from 1 as the law counts.
-constexpr char even_code[26] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+constexpr char kEvenCode[26] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
                                 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25};
-constexpr char even_digits_code[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-constexpr char odd_code[26] = {1,  0,  5, 7, 9, 13, 15, 17, 19, 21, 2,  4,  18,
+constexpr char kEvenDigitsCode[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+constexpr char kOddCode[26] = {1,  0,  5, 7, 9, 13, 15, 17, 19, 21, 2,  4,  18,
                                20, 11, 3, 6, 8, 12, 14, 16, 10, 22, 25, 24, 23};
-constexpr char odd_digits_code[10] = {1, 0, 5, 7, 9, 13, 15, 17, 19, 21};
+constexpr char kOddDigitsCode[10] = {1, 0, 5, 7, 9, 13, 15, 17, 19, 21};
 
 constexpr size_t kFiscalCodeLength = 16;
 constexpr size_t kVatCodeLength = 11;
@@ -62,7 +62,7 @@ bool FiscalCode::IsCharacter(char c) { return c >= 'A' && c <= 'Z'; }
 
 bool FiscalCode::IsAlfa(char c) { return IsDigit(c) || IsCharacter(c) || (c >= 'a' && c <= 'z'); }
 
-bool FiscalCode::IsExtendedDigit(char c) { return IsDigit(c) || IndexOf(omocodia_table, c) >= 0; }
+bool FiscalCode::IsExtendedDigit(char c) { return IsDigit(c) || IndexOf(kOmocodiaTable, c) >= 0; }
 
 char FiscalCode::GenerateChecksum(const std::string& text) {
   int sum = 0;  // modulo 26
@@ -70,9 +70,9 @@ char FiscalCode::GenerateChecksum(const std::string& text) {
     const char c = text[i];
     const bool even_position = i % 2 != 0;
     if (IsDigit(c)) {
-      sum += (even_position ? even_digits_code : odd_digits_code)[c - '0'];
+      sum += (even_position ? kEvenDigitsCode : kOddDigitsCode)[c - '0'];
     } else if (IsCharacter(c)) {
-      sum += (even_position ? even_code : odd_code)[c - 'A'];
+      sum += (even_position ? kEvenCode : kOddCode)[c - 'A'];
     }
     sum %= 26;
   }
@@ -92,16 +92,16 @@ bool FiscalCode::CheckSurnameName(const std::string& block) {
 
 int FiscalCode::DigitFromCoding(char c) {
   if (IsDigit(c)) return c - '0';
-  return std::max(IndexOf(omocodia_table, c), 0);
+  return std::max(IndexOf(kOmocodiaTable, c), 0);
 }
 
-int FiscalCode::MonthFromCoding(char c) { return std::max(IndexOf(month_table, c), 0); }
+int FiscalCode::MonthFromCoding(char c) { return std::max(IndexOf(kMonthTable, c), 0); }
 
 std::string FiscalCode::GenerateFiscalCode(const std::string& surname, const std::string& name,
                                            bool is_male, unsigned int day_of_birth,
                                            unsigned int month_of_birth, unsigned int year_of_birth,
                                            const std::string& city_of_birth) {
-  if (month_of_birth >= std::size(month_table)) return {};
+  if (month_of_birth >= std::size(kMonthTable)) return {};
 
   std::string code = PaddedBlock(LettersOf(surname, IsConsonant), surname);
 
@@ -112,7 +112,7 @@ std::string FiscalCode::GenerateFiscalCode(const std::string& surname, const std
 
   if (!is_male) day_of_birth += kFemaleDayOffset;
   char date[6];  // cut to five characters where a day is no day
-  std::snprintf(date, sizeof(date), "%02u%c%02u", year_of_birth % 100, month_table[month_of_birth],
+  std::snprintf(date, sizeof(date), "%02u%c%02u", year_of_birth % 100, kMonthTable[month_of_birth],
                 day_of_birth + 1);
   code += date;
 
@@ -127,7 +127,7 @@ bool FiscalCode::CheckFiscalCode(const std::string& code) {
   for (const size_t i : {6, 7, 9, 10}) {
     if (!IsExtendedDigit(code[i])) return false;
   }
-  if (IndexOf(month_table, code[8]) < 0) return false;
+  if (IndexOf(kMonthTable, code[8]) < 0) return false;
 
   int year = DigitFromCoding(code[6]) * 10 + DigitFromCoding(code[7]);
   year += year < kCenturyPivot ? 2000 : 1900;

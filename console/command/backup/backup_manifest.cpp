@@ -13,7 +13,7 @@ namespace lorimat::console {
 namespace {
 
 constexpr const char* kFormat = "lorimat-backup";
-constexpr size_t kLargestManifest = 1024 * 1024;
+constexpr size_t kLargestManifest = size_t{1024} * 1024;
 
 // What a manifest has to have. nlohmann's own messages would tell of the JSON library.
 class ManifestReader {
@@ -99,7 +99,7 @@ BackupManifest ReadManifest(const std::string& folder) {
 
 std::string ReadBackupFile(const std::string& folder, const BackupFile& file) {
   const std::string path = folder + "/" + file.name;
-  constexpr size_t kLargest = 64 * 1024 * 1024;
+  constexpr size_t kLargest = size_t{64} * 1024 * 1024;
   std::string text = ReadWholeFile(path, kLargest);
   if (text.size() != file.bytes) {
     throw Failure(Tr("{}: is damaged: it has {} bytes, and had {} when the backup was made",

@@ -31,7 +31,7 @@ constexpr std::array<BackupTable, 9> kTables = {{
 }};
 
 // More than a register can hold: 6000 articles with all texts quoted.
-constexpr size_t kLargestDump = 16 * 1024 * 1024;
+constexpr size_t kLargestDump = size_t{16} * 1024 * 1024;
 
 constexpr int kBeginProgramming = 1;  // opcodes of the lines around a dump
 constexpr int kEndProgramming = 2;

@@ -39,6 +39,7 @@ NetSocket::NetSocket(const NetSocket& other)
       open_(other.open_.load()) {}
 
 NetSocket& NetSocket::operator=(const NetSocket& other) {
+  if (this == &other) return *this;
   socket_ = other.socket_.load();
   socket_closed_by_peer_ = other.socket_closed_by_peer_.load();
   timeout_ = other.timeout_;

@@ -58,7 +58,7 @@ int SetReuseAddress(int socket) {
 int SetReceiveTimeout(int socket, int milliseconds) {
   timeval time = {};
   time.tv_sec = milliseconds / 1000;
-  time.tv_usec = milliseconds % 1000 * 1000;
+  time.tv_usec = milliseconds % 1000 * 1000L;
   return setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
 }
 

@@ -17,7 +17,7 @@ namespace {
 constexpr char kDefaultFile[] = "/etc/lorimatrt/registry.ini";
 
 // A larger file is no registry; the bound keeps a search short.
-constexpr int64_t kLargestFile = 1024 * 1024;
+constexpr int64_t kLargestFile = int64_t{1024} * 1024;
 
 char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 

@@ -35,7 +35,7 @@ timespec Condition::Moment(int timeout) const {
   timespec moment = {};
   clock_gettime(clock_, &moment);
   moment.tv_sec += timeout / 1000;
-  moment.tv_nsec += timeout % 1000 * 1000000;
+  moment.tv_nsec += timeout % 1000 * 1000000L;
   if (moment.tv_nsec >= 1000000000) {
     moment.tv_nsec -= 1000000000;
     ++moment.tv_sec;

@@ -14,7 +14,7 @@ int Mutex::Lock(int timeout) {
   if (timeout < 0) return pthread_mutex_lock(&mutex_handle_);
   timespec moment = {};
   moment.tv_sec = timeout / 1000;
-  moment.tv_nsec = timeout % 1000 * 1000000;
+  moment.tv_nsec = timeout % 1000 * 1000000L;
   return pthread_mutex_timedlock(&mutex_handle_, &moment);
 }
 

@@ -18,7 +18,7 @@ bool HasNumber(const char* text) {
 }  // namespace
 
 int EcrCmdCommand::Trad_POPZ() {
-  int err_ = 0;  // the first failure; it does not hold back the other options
+  int first_error = 0;  // the first failure; it does not hold back the other options
   for (const DeviceOption& option : kDeviceOptions) {
     if (!Given(*this, option.field)) continue;
     char* field = szCampi[option.field];
@@ -29,7 +29,7 @@ int EcrCmdCommand::Trad_POPZ() {
       if (!HasNumber(field)) return SyntaxError(ILLEGAL_VALUE);
       const int contrast = TextToInt(field);
       if (contrast < 1 || contrast > kContrastLevels) {
-        if (err_ == 0) err_ = SyntaxError(ILLEGAL_VALUE);
+        if (first_error == 0) first_error = SyntaxError(ILLEGAL_VALUE);
         continue;
       }
       std::snprintf(digits, sizeof digits, "%d", (contrast - 1) * kContrastStep + kContrastBase);
@@ -40,7 +40,7 @@ int EcrCmdCommand::Trad_POPZ() {
       text = FlagField(*this, option.field) ? "0" : "1";
     }
     const int err = checkResult(RTF_FP_INVOKE(SetDataInternal, option.item, text));
-    if (err_ == 0) err_ = err;
+    if (first_error == 0) first_error = err;
   }
-  return err_;
+  return first_error;
 }

@@ -76,8 +76,8 @@ struct ReportRequest {
 };
 
 int EcrCmdCommand::PollReportState(int res) {
-  constexpr int kTimeOut = 120000;                   // milliseconds
-  constexpr int _TELEMATIC_SEND_TIMEOUT_STEP = 500;  // milliseconds
+  constexpr int kTimeOut = 120000;   // milliseconds
+  constexpr int kTimeOutStep = 500;  // milliseconds
   constexpr long kReportBits = 0x800002;
   constexpr int kStateReport = 7;
 
@@ -91,7 +91,7 @@ int EcrCmdCommand::PollReportState(int res) {
     if (read == 0) printer_state = state;
   };
   read_state();
-  for (int time_out = kTimeOut; time_out > 0; time_out -= _TELEMATIC_SEND_TIMEOUT_STEP) {
+  for (int time_out = kTimeOut; time_out > 0; time_out -= kTimeOutStep) {
     if (printer_state != RTF_FPTR_PS_REPORT && printer_state != RTF_FPTR_PS_LOCKED) break;
     if (printer_state == RTF_FPTR_PS_LOCKED) {
       // Locked because it is still at a report, or for another reason, which ends the wait.
@@ -100,7 +100,7 @@ int EcrCmdCommand::PollReportState(int res) {
         break;
       }
     }
-    Thread::Sleep(_TELEMATIC_SEND_TIMEOUT_STEP);
+    Thread::Sleep(kTimeOutStep);
     read_state();
   }
   return res;
