@@ -4,11 +4,11 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <limits>
 #include <string_view>
 
+#include "console/check/line_trap_fields.h"
 #include "console/check/number_reading.h"
 #include "console/message/translate.h"
 #include "language/command_help.h"
@@ -20,102 +20,7 @@
 namespace lorimat::console {
 namespace {
 
-// Opcodes.
-constexpr int kKeys = 9;
-constexpr int kSale = 10;
-constexpr int kPayment = 11;
-constexpr int kAttachment = 21;
-constexpr int kNonFiscal = 22;
-constexpr int kHeader = 34;
-constexpr int kKey = 43;
-constexpr int kMacroKey = 54;
-constexpr int kSubtotalCheck = 73;
-
-// Option bits of attachments and non-fiscal lines.
-constexpr int kCutBit = 16;
-constexpr int kLogoBit = 64;
-
-struct FieldOf {
-  int opcode;
-  int field;
-  bool operator==(const FieldOf&) const = default;
-};
-
-// A field that a command does not look at beside, or without, one of the others.
-struct UnusedField {
-  FieldOf field;
-  std::array<int, 3> others;  // 0 for none
-};
-
-constexpr UnusedField kUnusedBeside[] = {
-    {{9, 2}, {1}},
-    {{9, 3}, {1}},
-    {{10, 5}, {6, 16, 17}},  // a refund: a void is
-                             // stronger, a deposit or
-                             // voucher has none
-    {{10, 5}, {19}},
-    {{10, 6}, {19}},
-    {{10, 14}, {19}},
-    {{10, 15}, {16, 17, 19}},
-    {{19, 2}, {1}},
-    {{21, 2}, {1}},
-    {{21, 3}, {1, 2}},
-    {{21, 6}, {1, 2}},
-    {{21, 25}, {1, 2, 6}},
-    {{22, 2}, {1}},
-    {{22, 3}, {1, 2}},
-    {{22, 8}, {1, 2}},
-    {{22, 30}, {1, 2, 8}},
-    {{29, 2}, {1}},
-    {{72, 21}, {20}},
-    {{121, 3}, {5, 6}},
-    {{121, 4}, {5, 6}},
-    {{121, 5}, {6}},
-    {{127, 1}, {5}},
-    {{127, 2}, {5}},
-    {{127, 3}, {5}},
-    {{127, 4}, {5}},
-};
-
-constexpr UnusedField kUnusedWithout[] = {
-    {{10, 18}, {16, 17}}, {{21, 9}, {6}},  {{21, 12}, {6}}, {{21, 13}, {6}},
-    {{22, 6}, {1}},       {{22, 11}, {8}}, {{22, 14}, {8}}, {{22, 15}, {8}},
-};
-
-// Commands that do nothing, and answer OK, unless these are given: all of them, or one.
-struct NeededFields {
-  int opcode;
-  bool all;
-  std::array<int, 2> fields;
-};
-
-constexpr NeededFields kNeeded[] = {
-    {19, false, {1, 2}}, {20, false, {1}},    {29, false, {1, 2}},
-    {33, true, {1, 2}},  {49, false, {1, 2}},
-};
-
-// Limits of texts that the pages tell of elsewhere than with the field.
-struct TextLimit {
-  FieldOf field;
-  size_t limit;
-};
-
-constexpr TextLimit kLimits[] = {
-    {{kPayment, 1}, 23}, {{kHeader, 2}, 50}, {{kHeader, 3}, 50},
-    {{kHeader, 4}, 50},  {{kHeader, 5}, 50}, {{kHeader, 6}, 50},
-};
-
-// Texts that are refused when they are longer, and so lose nothing.
-constexpr FieldOf kRefusedWhenLonger[] = {{30, 2}, {30, 3}, {41, 5}};
-
-// Numbers of which the low 8 bits count.
-constexpr FieldOf kBytes[] = {{kKey, 1}, {kKey, 2}, {kMacroKey, 1}, {kMacroKey, 2}};
-
-// Dates DDMMYY of which the first six characters count, and those that count only with six.
-constexpr FieldOf kCutDates[] = {{24, 2}, {124, 2}};
-constexpr FieldOf kWholeDates[] = {{26, 8}, {26, 9}};
-
-constexpr FieldOf kDocuments[] = {{24, 1}, {124, 1}};
+using namespace line_traps;
 
 template <size_t kCount>
 bool Holds(const FieldOf (&fields)[kCount], const FieldOf& field) {

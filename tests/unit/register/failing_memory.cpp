@@ -1,4 +1,4 @@
-#include "failing_memory.h"
+#include "unit/register/failing_memory.h"
 
 #include <openssl/crypto.h>
 #include <sqlite3.h>

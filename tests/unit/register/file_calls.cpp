@@ -1,4 +1,4 @@
-#include "file_calls.h"
+#include "unit/register/file_calls.h"
 
 #include <fmt/format.h>
 #include <sys/syscall.h>

@@ -8,8 +8,8 @@
 #include <sstream>
 #include <string>
 
-#include "register_fixture.h"
 #include "support/temporary_folder.h"
+#include "unit/register/register_fixture.h"
 
 namespace lorimat {
 

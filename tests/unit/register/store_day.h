@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "pal/peripherals/keyboard/functioncode.h"
-#include "store_fixture.h"
+#include "unit/register/store_fixture.h"
 
 namespace lorimat {
 

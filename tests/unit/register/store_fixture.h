@@ -16,12 +16,12 @@
 
 #include "console/message/journal_finding.h"
 #include "console/message/translate.h"
-#include "failing_disk.h"
 #include "register/desk/data_items.h"
 #include "register/inspect/register_file.h"
 #include "register/storage/entry_digest.h"
-#include "register_fixture.h"
 #include "support/temporary_folder.h"
+#include "unit/register/failing_disk.h"
+#include "unit/register/register_fixture.h"
 
 namespace lorimat {
 

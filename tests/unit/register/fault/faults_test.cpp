@@ -5,47 +5,12 @@
 
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "register/fault/fault_operations.h"
-#include "unit/register/register_fixture.h"
+#include "unit/register/fault_fixture.h"
 
 namespace lorimat {
 namespace {
 
 using F = FunctionCode;
-
-class FaultTest : public RegisterTest {
- protected:
-  void Every(std::string_view name) {
-    device.AddFault({.name = std::string(name), .when = FaultWhen::kEvery});
-  }
-  // A receipt with one line of 10,00 in it.
-  void OpenReceipt() {
-    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
-    ASSERT_EQ(Sell(1, 100000), RTF_SUCCESS);
-  }
-  int Reading() {
-    char date[32];
-    return device.GetDate(date);
-  }
-  int Key(uint8_t key, const char* digits = "") { return device.KeyCodeInput(digits, "", "", key); }
-  int Department(bool write) {
-    char text[64] = "NOME";
-    int64_t price = 0;
-    int64_t max_price = 0;
-    int32_t quantity = 0;
-    int32_t vat = 1;
-    uint8_t group = 0;
-    bool single = false;
-    bool discount = true;
-    bool forced = false;
-    return device.ConfigDepartment(write, 1, text, &price, &max_price, &quantity, &vat, &group,
-                                   &single, &discount, &forced);
-  }
-  int XReport(int outputs) {
-    const std::string file = testing::TempDir() + "lorimat_fault_report.txt";
-    return device.PrintXReportEx(1, false, "txt", file.c_str(), outputs);
-  }
-  size_t Waiting() { return device.faults().faults().size(); }
-};
 
 // A struck call answers the code and changes nothing, and succeeds when the fault is gone; the
 // other call succeeds meanwhile.
@@ -463,69 +428,6 @@ TEST_F(FaultTest, TheFiscalMemoryCountsDownToNothing) {
     EXPECT_EQ(other.GetIntProperty(RTF_PIDXFptr_RemainingFiscalMemory, &value), RTF_SUCCESS);
     EXPECT_EQ(value, row.left) << row.last_closure;
   }
-}
-
-// --- The lost answer
-
-TEST_F(FaultTest, ALostAnswerLeavesTheReceiptRegisteredOnce) {
-  OpenReceipt();
-  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintRecTotalEx});
-  EXPECT_EQ(PayRest(), RTF_E_TIMEOUT);
-  // What a careful host asks: the state, the number of the last document, the day's total.
-  EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_MONITOR);
-  EXPECT_EQ(Data(RTF_FPTR_GD_FISCAL_REC), "0001");
-  EXPECT_EQ(Item(1), "1");
-  EXPECT_EQ(Item(89), "100000");
-  EXPECT_NE(device.paper_text().find("DOCUMENTO N. 0001-0001"), std::string::npos);
-  // And what one that pays again gets.
-  EXPECT_EQ(PayRest(), RTF_EFPTR_WRONG_STATE);
-  EXPECT_EQ(Item(1), "1");
-  EXPECT_EQ(Waiting(), 0u);
-}
-
-TEST_F(FaultTest, ALostRequestLeavesTheReceiptOpen) {
-  OpenReceipt();
-  device.AddFault({.name = "no-answer", .operation = ClientOperation::kPrintRecTotalEx});
-  EXPECT_EQ(PayRest(), RTF_E_TIMEOUT);
-  EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_FISCAL_RECEIPT);
-  EXPECT_EQ(Data(RTF_FPTR_GD_FISCAL_REC), "0000");
-  EXPECT_EQ(PayRest(), RTF_SUCCESS);
-  EXPECT_EQ(Data(RTF_FPTR_GD_FISCAL_REC), "0001");
-  EXPECT_EQ(Item(89), "100000");
-}
-
-TEST_F(FaultTest, TheAnswerThatIsLostMayBeARefusal) {
-  device.AddFault({.name = "lost-answer"});
-  const std::string before = Snapshot();
-  EXPECT_EQ(PayRest(), RTF_E_TIMEOUT);
-  EXPECT_EQ(Snapshot(), before);
-  EXPECT_EQ(PayRest(), RTF_EFPTR_WRONG_STATE);
-}
-
-TEST_F(FaultTest, AnOperationThatIsRefusedDoesNotUseUpTheLostAnswer) {
-  device.AddFault({.name = "lost-answer"});
-  device.AddFault({.name = "paper-end"});
-  EXPECT_EQ(device.BeginFiscalReceipt(true), 203);
-  EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_MONITOR);
-  EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_E_TIMEOUT);
-  EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_FISCAL_RECEIPT);
-}
-
-TEST_F(FaultTest, AnswersMayBeLostSeveralTimes) {
-  device.AddFault({.name = "lost-answer", .when = FaultWhen::kTimes, .count = 2});
-  EXPECT_EQ(device.OpenDrawer(), RTF_E_TIMEOUT);
-  EXPECT_EQ(device.OpenDrawer(), RTF_E_TIMEOUT);
-  EXPECT_EQ(device.OpenDrawer(), RTF_SUCCESS);
-  EXPECT_EQ(device.drawer_count(), 3);
-}
-
-TEST_F(FaultTest, ADayClosingWhoseAnswerIsLostClosesOneDay) {
-  OpenReceipt();
-  ASSERT_EQ(PayRest(), RTF_SUCCESS);
-  device.AddFault({.name = "lost-answer", .operation = ClientOperation::kPrintZReportEx});
-  EXPECT_EQ(device.PrintZReportEx(false), RTF_E_TIMEOUT);
-  EXPECT_EQ(Data(RTF_FPTR_GD_Z_REPORT), "0001");
-  EXPECT_EQ(Item(89), "0");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <type_traits>
 
 #include "register/storage/schema.h"
-#include "store_fixture.h"
+#include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
