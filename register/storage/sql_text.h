@@ -71,9 +71,9 @@ class SqlLiteral {
  private:
   static consteval std::string_view Checked(const char* text, size_t size) {
     const std::string_view whole(text, size);
+    if (whole.find('\0') == size - 1) return whole.substr(0, size - 1);
     // Not a constant, and so refused by the compiler.
-    if (whole.find('\0') != size - 1) throw "a statement ends at its only zero";
-    return whole.substr(0, size - 1);
+    throw "a statement ends at its only zero";
   }
 
   std::string_view text_;
