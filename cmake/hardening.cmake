@@ -7,7 +7,7 @@
 # addresses that change, 64 bits wide (the linker's defaults, written out).
 #
 # The sanitizers have their own guards, which these would hide.
-if(LORIMAT_SANITIZE)
+if(LORIMAT_SANITIZE OR LORIMAT_FUZZ)
   return()
 endif()
 

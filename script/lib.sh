@@ -12,6 +12,7 @@ build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohman
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 check_packages=(binutils python3 shellcheck clang-format clang-tidy codespell)
 bench_packages=(libbenchmark-dev)
+fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }
 
