@@ -194,6 +194,7 @@ std::vector<CommandWord> Select(const std::vector<CommandWord>& commands, const 
     return {};
   }
   std::vector<std::string> names;
+  names.reserve(commands.size());
   for (const CommandWord& command : commands) names.push_back(command.name);
   const std::string near = NearestWord(word, names);
   TellError(streams, Tr("{}: no command has this name", Shown(word)) +

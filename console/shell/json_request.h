@@ -42,6 +42,7 @@ struct RequestError {
 // "not-json": for programs.
 const char* RequestErrorName(RequestError::Kind kind);
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a Json is moved without a throw, by its own promise.
 struct JsonRequest {
   Json id;  // a text or a whole number; null when the request has none that can be told
   std::string line;
