@@ -18,7 +18,7 @@
 #include "console/message/catalogs.h"
 #include "console/message/failure.h"
 #include "console/message/register_failure_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/pager.h"

@@ -7,7 +7,7 @@
 #include <array>
 
 #include "console/check/line_traps.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_encoding.h"
 #include "console/terminal/suggestion.h"

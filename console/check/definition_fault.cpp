@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/lorimatutility.h"

@@ -11,7 +11,7 @@
 
 #include "console/check/definition_fault.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/streams.h"
 #include "pal/protocols/lorimat/dfltmsg.h"

@@ -18,7 +18,7 @@
 #include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/line_encoding.h"

@@ -14,7 +14,7 @@
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/journal_finding.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"

@@ -19,7 +19,7 @@
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
 #include "console/message/message_texts.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"

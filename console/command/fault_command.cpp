@@ -14,7 +14,7 @@
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
 #include "console/message/json_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/suggestion.h"

@@ -23,7 +23,7 @@
 #include "console/message/journal_finding.h"
 #include "console/message/json_text.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/follow.h"
 #include "console/terminal/interrupt.h"

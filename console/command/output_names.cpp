@@ -9,7 +9,7 @@
 #include <system_error>
 
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {

@@ -8,7 +8,7 @@
 #include <cerrno>
 
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {

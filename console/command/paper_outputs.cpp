@@ -7,7 +7,7 @@
 
 #include "console/message/failure.h"
 #include "console/message/register_failure_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"

@@ -29,7 +29,7 @@
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/shell/shell_status.h"
 #include "console/terminal/interrupt.h"

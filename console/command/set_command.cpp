@@ -13,7 +13,7 @@
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 #include "register/client/virtual_register.h"

@@ -24,7 +24,7 @@
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/shell/shell_editor.h"
 #include "console/shell/shell_history.h"

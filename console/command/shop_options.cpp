@@ -14,7 +14,7 @@
 
 #include "console/message/failure.h"
 #include "console/message/refusal_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {

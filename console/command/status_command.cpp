@@ -15,7 +15,7 @@
 #include "console/message/fault_text.h"
 #include "console/message/json_text.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/inspect/register_file.h"
 #include "register/value/row_encoding.h"

@@ -5,7 +5,7 @@
 #include <set>
 #include <string_view>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/suggestion.h"
 

@@ -13,7 +13,7 @@
 #include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/shell_text.h"

@@ -8,7 +8,7 @@
 
 #include "console/check/batch_check.h"
 #include "console/check/code_table.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 

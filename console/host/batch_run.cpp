@@ -15,7 +15,7 @@
 #include "console/host/batch_refusals.h"
 #include "console/host/batch_request.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/notices.h"

@@ -12,7 +12,7 @@
 #include "console/check/finding.h"
 #include "console/check/password_mask.h"
 #include "console/host/answer_causes.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_encoding.h"
 #include "console/terminal/notices.h"

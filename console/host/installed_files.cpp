@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "pal/platform/platform.h"
 

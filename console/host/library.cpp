@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "rpccommon/client/rtfclientinterface.h"

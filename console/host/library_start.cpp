@@ -6,7 +6,7 @@
 #include "console/check/definition_fault.h"
 #include "console/host/installed_files.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 

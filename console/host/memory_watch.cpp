@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "console/host/batch_run.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"

@@ -15,7 +15,7 @@
 #include "console/message/refusal_text.h"
 #include "console/message/register_failure_text.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
 #include "register/client/virtual_register.h"

@@ -1,6 +1,6 @@
 #include "console/host/register_following.h"
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/follow.h"
 #include "console/terminal/notices.h"

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "rpccommon/client/rtfclientoperation.h"
 

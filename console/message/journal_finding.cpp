@@ -4,7 +4,7 @@
 
 #include "console/message/register_failure_text.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/value/row_encoding.h"
 

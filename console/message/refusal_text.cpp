@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/document/printer_state.h"
 #include "register/document/receipt.h"
@@ -251,7 +251,7 @@ constexpr SubjectName kSubjects[] = {
     {Subject::kCriterion, TR_TEXT("the way to choose")},
     {Subject::kFormat, TR_TEXT("the format of the file")},
     {Subject::kPlaces, TR_TEXT("the places that the report goes to")},
-    {Subject::kClosing, TR_TEXT("the number of the closing")},
+    {Subject::kClosure, TR_TEXT("the number of the closing")},
     {Subject::kDocumentNumber, TR_TEXT("the number of the document")},
     {Subject::kDocumentKinds, TR_TEXT("the kinds of documents")},
     {Subject::kSummaries, TR_TEXT("the choice of summaries")},

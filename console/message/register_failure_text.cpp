@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/value/register_error.h"
 #include "rpccommon/client/rtfclientoperation.h"

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {
@@ -25,7 +25,7 @@ constexpr KindText kDocumentKinds[] = {
     {Kind::kVoid, TR_TEXT("void"), TR_TEXT("a void document")},
     {Kind::kNonFiscal, TR_TEXT("non-fiscal"), TR_TEXT("a non-fiscal document")},
     {Kind::kTraining, TR_TEXT("training"), TR_TEXT("a training document")},
-    {Kind::kClosing, TR_TEXT("closing"), TR_TEXT("a closing")},
+    {Kind::kClosure, TR_TEXT("closing"), TR_TEXT("a closing")},
 };
 
 const KindText& RowOf(Kind kind) {

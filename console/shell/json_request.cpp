@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 
 namespace lorimat::console {
 namespace {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/shell_text.h"

@@ -10,7 +10,7 @@
 
 #include "console/message/failure.h"
 #include "console/message/fault_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/suggestion.h"

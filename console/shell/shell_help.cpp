@@ -7,7 +7,7 @@
 #include <map>
 #include <set>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/suggestion.h"

@@ -13,7 +13,7 @@
 #include "console/host/batch_run.h"
 #include "console/message/failure.h"
 #include "console/message/register_failure_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/shell/shell_fault.h"
 #include "console/shell/shell_status.h"

@@ -11,7 +11,7 @@
 
 #include "console/message/fault_text.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "register/client/virtual_register.h"

@@ -1,6 +1,6 @@
 #include "console/terminal/line_encoding.h"
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 
 namespace lorimat::console {
 namespace {

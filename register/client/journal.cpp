@@ -118,7 +118,7 @@ int VirtualRegister::PrintReport(int report_type, const char* from, const char* 
         request.criteria = RTF_FPTR_RT_EOD_ORDINAL;
         if (!ReadClosure(View(from), &request.from_number) ||
             !ReadClosure(View(to), &request.to_number)) {
-          return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kClosing, {},
+          return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotANumber, Subject::kClosure, {},
                              View(from));
         }
         if (request.to_number == 0) {

@@ -90,7 +90,7 @@ void RegisterCore::Keep(bool behind) {
     // A document that was held and ends now has been registered before.
     const bool ended = replaced_ && replaced_->id != 0;
     answer_due = store.Registered() || ended  ? AnswerDue::kDocument
-                 : store.ClosedDay()          ? AnswerDue::kClosing
+                 : store.ClosedDay()          ? AnswerDue::kClosure
                  : behind || unanswered_left_ ? kept_.answer_due
                                               : AnswerDue::kNone;
     const bool chained = ChainedTablesChange(tables);

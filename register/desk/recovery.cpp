@@ -87,10 +87,10 @@ std::optional<UnansweredDocument> FindUnanswered(const RegisterCore& core) {
     return UnansweredDocument{FiscalKind(last->kind), last->closure, last->number, last->time,
                               last->total};
   }
-  if (core.answer_due == AnswerDue::kClosing) {
+  if (core.answer_due == AnswerDue::kClosure) {
     const std::optional<Closure> last = store.LastClosure();
     if (!last) core.database.Damaged("closure");
-    return UnansweredDocument{InterruptedKind::kClosing, last->number, 0, last->time,
+    return UnansweredDocument{InterruptedKind::kClosure, last->number, 0, last->time,
                               last->totals.Summary().net()};
   }
   return std::nullopt;

@@ -134,7 +134,7 @@ int ReportDesk::PrintJournal(const JournalRequest& request, const ReportTarget& 
   if (request.by_closure) {
     if (request.from_closure < 1 || request.from_closure > request.to_closure ||
         request.to_closure > RegisterStore::kLastNumber) {
-      return NoRange(Subject::kClosing, request.from_closure, request.to_closure,
+      return NoRange(Subject::kClosure, request.from_closure, request.to_closure,
                      RegisterStore::kLastNumber);
     }
     selection.in_closures = true;
@@ -166,7 +166,7 @@ int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report)
     const uint32_t to = request.to_number;
     if (!InRange(from, 1, RegisterStore::kLastNumber) ||
         !InRange(to, from, RegisterStore::kLastNumber)) {
-      return NoRange(Subject::kClosing, from, to, RegisterStore::kLastNumber);
+      return NoRange(Subject::kClosure, from, to, RegisterStore::kLastNumber);
     }
     report->Centred(fmt::format("dalla chiusura {:04} alla {:04}", from, to));
     found = core_.store.FindClosures(static_cast<int>(from), static_cast<int>(to));
@@ -222,7 +222,7 @@ int ReportDesk::Journal(const FiscalRequest& request, Paper* report) const {
       if (!InRange(from / kNumbersOfAClosure, 1, RegisterStore::kLastNumber) ||
           !InRange(to / kNumbersOfAClosure, from / kNumbersOfAClosure,
                    RegisterStore::kLastNumber)) {
-        return NoRange(Subject::kClosing, selection.from_closure, selection.to_closure,
+        return NoRange(Subject::kClosure, selection.from_closure, selection.to_closure,
                        RegisterStore::kLastNumber);
       }
       from %= kNumbersOfAClosure;

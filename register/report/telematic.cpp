@@ -242,7 +242,7 @@ int TelematicDesk::SaveSummaries(int from, int to, std::string_view file, int op
   if (!core_.Allows(Operation::kReport)) return RTF_EFPTR_WRONG_STATE;
   if (to < from) return Refuse(RTF_E_ILLEGAL, RefusalCause::kRangeReversed, {from, to});
   if (from < 1 || to > RegisterStore::kLastNumber) {
-    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kClosing,
+    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kOutOfRange, Subject::kClosure,
                        {from < 1 ? from : to, 1, RegisterStore::kLastNumber});
   }
   if (options < 0 || options > 2) {

@@ -19,8 +19,8 @@ enum class InterruptedKind : uint8_t {
   kVoid,
   kNonFiscal,
   kTraining,
-  kClosing,
-  kLast = kClosing,
+  kClosure,
+  kLast = kClosure,
 };
 
 // "receipt", "invoice", "credit note", "void", "non-fiscal", "training", "closing".

@@ -85,7 +85,7 @@ struct HostSession {
 
 // Whether the last unit of work registered something: then the file says so until another is
 // stored, or until the register is switched off in order.
-enum class AnswerDue { kNone, kDocument, kClosing };
+enum class AnswerDue { kNone, kDocument, kClosure };
 
 // What an operation may change in memory, beside the receipt, the tables, the paper and the
 // store, which know themselves how to take a change back. It is copied before each operation:

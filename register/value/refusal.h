@@ -192,7 +192,7 @@ enum class Subject : uint8_t {
   kCriterion,
   kFormat,
   kPlaces,
-  kClosing,
+  kClosure,
   kDocumentNumber,
   kDocumentKinds,
   kSummaries,

@@ -142,9 +142,9 @@ class Checker {
 
   void CheckCounts(const VirtualRegister& device) {
     const RegisterStore& store = device.store();
-    CheckCount(Fact::kClosing, store.last_closure());
-    if (store.last_closure() > Answered(Fact::kClosing, 0)) {
-      CheckNotice(device, {Fact::kClosing, 0});
+    CheckCount(Fact::kClosure, store.last_closure());
+    if (store.last_closure() > Answered(Fact::kClosure, 0)) {
+      CheckNotice(device, {Fact::kClosure, 0});
     }
     DailyCounters sums = store.counters();
     for (const Closure& closure : store.closures()) {

@@ -226,7 +226,7 @@ void Host::Stop() {
 bool Host::IsThere(const Fact& fact, const Look& before, const Look& after) {
   if (IsDocument(fact.kind)) return after.documents > before.documents;
   if (fact.kind == Fact::kNonFiscal) return after.non_fiscal > before.non_fiscal;
-  return fact.kind == Fact::kClosing && after.closure > before.closure;
+  return fact.kind == Fact::kClosure && after.closure > before.closure;
 }
 
 void Host::CompareDone(const char* name, const Fact& fact, const Look& before, const Look& after) {
@@ -243,7 +243,7 @@ void Host::CompareDone(const char* name, const Fact& fact, const Look& before, c
     ++wanted.non_fiscal;
   } else if (fact.kind == Fact::kAbandoned) {
     ++wanted.abandoned;
-  } else if (fact.kind == Fact::kClosing) {
+  } else if (fact.kind == Fact::kClosure) {
     ++wanted.closure;
     wanted.number = wanted.non_fiscal = wanted.abandoned = 0;
   } else if (fact.kind == Fact::kProgrammed && fact.value != kTrailer) {

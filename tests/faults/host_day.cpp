@@ -202,7 +202,7 @@ bool Host::IsWritten(const std::string& file) {
 }
 
 bool Host::Closing() {
-  return Call("PrintZReportEx", [&] { return device_.PrintZReportEx(true); }, {Fact::kClosing, 0});
+  return Call("PrintZReportEx", [&] { return device_.PrintZReportEx(true); }, {Fact::kClosure, 0});
 }
 
 bool Host::Journal() {

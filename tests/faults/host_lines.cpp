@@ -61,7 +61,7 @@ bool Host::LineNonFiscal() {
          Send("NOFIS FINE", {Fact::kNonFiscal, 0});
 }
 
-bool Host::LineClosing() { return Send("AZZGIO TIPO=1", {Fact::kClosing, 0}); }
+bool Host::LineClosing() { return Send("AZZGIO TIPO=1", {Fact::kClosure, 0}); }
 
 const std::vector<Host::Step>& Host::DayOfLines() {
   static const std::vector<Step> day = {

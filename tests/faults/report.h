@@ -20,7 +20,7 @@ struct Fact {
     kVoid,
     kNonFiscal,
     kAbandoned,
-    kClosing,
+    kClosure,
     kProgrammed,  // `value` is a Programmed
     kKinds,
   };

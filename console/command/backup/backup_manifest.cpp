@@ -5,7 +5,7 @@
 
 #include "console/command/backup/backup_tables.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/value/digest.h"
 

@@ -12,7 +12,7 @@
 #include "console/check/batch_check.h"
 #include "console/check/finding.h"
 #include "console/message/failure.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
 namespace lorimat::console {

@@ -7,7 +7,7 @@
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/register_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/client/virtual_register.h"
 #include "register/storage/database.h"

@@ -18,7 +18,7 @@
 #include "console/message/fault_text.h"
 #include "console/message/journal_finding.h"
 #include "console/message/refusal_text.h"
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/fault/faults.h"
 #include "register/storage/finding.h"

@@ -247,7 +247,7 @@ TEST_F(RecoveryTest, WhatWasRegisteredLastIsNamedForItsAnswer) {
   ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosing);
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosure);
   EXPECT_EQ(device->unanswered()->number_text(), "0001");
   EXPECT_EQ(device->unanswered()->total, 153400);
   // As long as nothing else is stored.
@@ -261,7 +261,7 @@ TEST_F(RecoveryTest, AClosingThatSendsIsNamedAsOneThatDoesNot) {
   ASSERT_EQ(device->PrintZReportEx(true), RTF_SUCCESS);
   Cut();
   ASSERT_TRUE(device->unanswered());
-  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosing);
+  EXPECT_EQ(device->unanswered()->kind, InterruptedKind::kClosure);
 }
 
 TEST_F(RecoveryTest, ADocumentThatWasHeldIsNamedBehindItsEnd) {

@@ -1,4 +1,4 @@
-#include "console/message/text.h"
+#include "console/message/shown_text.h"
 
 #include <fmt/format.h>
 
