@@ -70,8 +70,9 @@ class SqlLiteral {
 
  private:
   static consteval std::string_view Checked(const char* text, size_t size) {
-    const std::string_view whole(text, size);
-    if (whole.find('\0') == size - 1) return whole.substr(0, size - 1);
+    size_t end = 0;
+    while (end < size && text[end] != 0) ++end;
+    if (end == size - 1) return {text, end};
     // Not a constant, and so refused by the compiler.
     throw "a statement ends at its only zero";
   }
