@@ -16,8 +16,10 @@
 #include "console/check/language.h"
 #include "console/command/paper_outputs.h"
 #include "console/command/subcommand.h"
+#include "console/host/batch_refusals.h"
 #include "console/host/batch_request.h"
 #include "console/host/batch_run.h"
+#include "console/host/batch_stop.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/failure_report.h"
 #include "console/host/installed_files.h"
@@ -125,7 +127,7 @@ int RunLines(const RunOptions& options, LineReader& reader, Library& library,
       const uint64_t refusals = client.refusals();
       long code = 0;
       if (IsBatchLine(line.text)) {
-        const BatchRun batch = RunBatchLine(line.text, {library, client, memory});
+        const BatchRun batch = RunBatchLine(line.text, library, client, memory);
         code = batch.code;
         answer = batch.answer;
         TellUnknownFailures(batch, place, streams);
@@ -136,12 +138,13 @@ int RunLines(const RunOptions& options, LineReader& reader, Library& library,
                                 InterruptName(), *batch.stopped_behind));
         }
       } else {
-        if (memory != nullptr) memory->Begin(line.text);
         code = library.RunLine(line.text, &answer);
-        if (memory != nullptr) memory->Answered(code);
       }
       std::string reason;
-      if (memory != nullptr) reason = memory->LostSaleReason(memory->sale_was_lost(), code);
+      if (memory != nullptr) {
+        memory->Answered(line.text, code);
+        reason = memory->LostSaleReason(memory->sale_was_lost(), code);
+      }
       if (code != 0) {
         if (reason.empty()) reason = client.ReasonSince(refusals, code);
         failures.Report({place, code, answer, line.text, reason});
@@ -190,7 +193,7 @@ BatchPlace Split(const std::string& file) {
 
 // Counts the lines of the file, and refuses what a batch would run other than it reads.
 uint64_t CountLines(const std::string& file) {
-  LineReader reader(file, &interrupted);
+  LineReader reader(file);
   SourceLine line;
   while (reader.Next(&line)) {
     if (line.nul_at != 0) {
@@ -204,14 +207,11 @@ uint64_t CountLines(const std::string& file) {
 }
 
 int RunBatch(const RunOptions& options, const LineReader& reader, Library& library,
-             RegisterClient& client, MemoryWatch* memory, FailureReport& failures,
+             RegisterClient& client, const MemoryWatch* memory, FailureReport& failures,
              Streams& streams) {
   const BatchPlace place = Split(options.file);
   const uint64_t lines = CountLines(options.file);
-  if (interrupted) {
-    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), 0));
-    return InterruptExit();
-  }
+  const ScratchFolder scratch;
 
   // The name on the line has no folder: its capital letters would be lower-cased too.
   const Descriptor origin(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -219,29 +219,39 @@ int RunBatch(const RunOptions& options, const LineReader& reader, Library& libra
     throw Failure(
         Tr("{}: cannot work in its folder: {}", Shown(options.file), SystemMessage(errno)));
   }
+  std::string answer;
+  long code = 0;
   Progress progress(streams, IsLong(reader), lines);
-  const BatchRun run =
-      RunBatchLine(BatchLine(place.name, {}),
-                   {library, client, memory, [&progress](uint64_t line) { progress.Update(line); },
-                    reader.name()});
+  std::optional<uint64_t> stopped_behind;
+  BatchRefusals refusals(client, memory);
+  {
+    BatchStop stop(client, [&progress, &refusals](uint64_t line) {
+      progress.Update(line);
+      refusals.Note(line);
+    });
+    code = library.RunLine(BatchLine(place.name, scratch.error_file()), &answer);
+    refusals.Note(stop.lines());
+    stopped_behind = stop.stopped_behind();
+  }
   progress.Clear();
   if (fchdir(origin.get()) != 0) {
     throw Failure(Tr("cannot return to the folder of the start: {}", SystemMessage(errno)));
   }
-  const std::string text = Shown(WithoutTrailingBlanks(run.answer));
-  if (run.code != 0) {
-    throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
+  const std::string text = Shown(WithoutTrailingBlanks(answer));
+  if (code != 0) {
+    throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), code, text));
   }
   client.TellFailure(streams);
-  TellUnknownFailures(run, reader.name(), streams);
-  ReportFailures(run.failures, failures);
+  ReportFailures(
+      FailedLines(ReadBatchErrors(scratch.error_file()), options.file, reader.name(), refusals),
+      failures);
   failures.Summarize();
-  if (run.stopped_behind) {
-    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), *run.stopped_behind));
+  if (stopped_behind) {
+    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), *stopped_behind));
     return InterruptExit();
   }
   if (options.verbose) streams.Error(Tr("{}: answer: {}\n", reader.name(), text));
-  if (failures.count() == 0) return run.unknown.empty() ? kExitGood : kExitNotDone;
+  if (failures.count() == 0) return kExitGood;
   TellError(streams, Tr("{} of {} lines failed", failures.count(), lines));
   return kExitLinesFailed;
 }

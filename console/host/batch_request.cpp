@@ -44,15 +44,6 @@ bool TakeNumber(std::string_view* text, uint64_t* number) {
   return true;
 }
 
-std::string QuotedOperand(const std::string& name) {
-  std::string out = "'";
-  for (const char c : name) {
-    if (c == '\'') out += '\'';
-    out += c;
-  }
-  return out + "'";
-}
-
 }  // namespace
 
 ScratchFolder::ScratchFolder() {
@@ -96,12 +87,17 @@ void RequireBatchName(const std::string& name) {
   }
 }
 
-std::string BatchLine(const std::string& name, const std::string& error_file,
-                      const std::string& log_file) {
-  std::string line = "@" + QuotedOperand(name);
-  if (!error_file.empty() || !log_file.empty()) line += "," + QuotedOperand(error_file);
-  if (!log_file.empty()) line += "," + QuotedOperand(log_file);
-  return line;
+std::string QuotedOperand(const std::string& name) {
+  std::string out = "'";
+  for (const char c : name) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  return out + "'";
+}
+
+std::string BatchLine(const std::string& name, const std::string& error_file) {
+  return "@" + QuotedOperand(name) + "," + QuotedOperand(error_file);
 }
 
 BatchError ParseBatchError(const std::string& message) {

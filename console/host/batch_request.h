@@ -28,10 +28,12 @@ class ScratchFolder {
 // characters, a blank at the end.
 void RequireBatchName(const std::string& name);
 
-// The "@" line for these files, each quoted, so that a separator, a comment sign or a quote in a
-// name stays part of it; the last two may be empty.
-std::string BatchLine(const std::string& name, const std::string& error_file,
-                      const std::string& log_file = {});
+// The "@" line for both files, each quoted, so that a separator, a comment sign or a
+// quote in a name stays part of it.
+std::string BatchLine(const std::string& name, const std::string& error_file);
+
+// One operand of it.
+std::string QuotedOperand(const std::string& name);
 
 // A message of the error file.
 struct BatchError {

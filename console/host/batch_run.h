@@ -1,15 +1,15 @@
 // An "@" line as a user types it. The library answers OK whatever the lines of the batch did, and
 // tells of those that failed in an error file alone. A line that names none is run with one of the
-// console's own, which is read and taken away again; and the lines come by a pipe of the console's
-// (batch_feed.h). Nothing else about the line changes.
+// console's own, which is read and taken away again; nothing else about the line changes.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "console/host/batch_refusals.h"
+#include "console/host/batch_request.h"
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/memory_watch.h"
@@ -31,16 +31,18 @@ struct BatchRun {
 // Whether the library would take a line for a batch.
 bool IsBatchLine(const std::string& line);
 
-// What a batch runs on, and who hears of it.
-struct BatchHost {
-  Library& library;
-  RegisterClient& client;
-  MemoryWatch* memory = nullptr;                     // may be null
-  std::function<void(uint64_t)> progress = nullptr;  // how many lines have run
-  std::string place = {};  // the file as it is shown; empty takes the name that the line has
-};
+// The line with this error file, when it names a batch file and no error file; else empty. So it is
+// too where the library would read the longer line otherwise: a name that ends in a blank, a line
+// of more than the characters there may be.
+std::string WithErrorFile(const std::string& line, const std::string& error_file);
 
-BatchRun RunBatchLine(const std::string& line, const BatchHost& host);
+BatchRun RunBatchLine(const std::string& line, Library& library, RegisterClient& client,
+                      const MemoryWatch* memory);
+
+// The failing lines of a batch with their texts, which are read from its file; place names the file
+// as it is shown.
+std::vector<FailedLine> FailedLines(const std::vector<BatchError>& errors, const std::string& file,
+                                    const std::string& place, const BatchRefusals& refusals);
 
 void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report);
 

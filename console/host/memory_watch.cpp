@@ -10,28 +10,42 @@
 
 namespace lorimat::console {
 
+MemoryWatch::MemoryWatch(const Language& language, RegisterClient& client)
+    : language_(language), client_(client), memory_(language) {
+  client_.OnCommand([this](std::string_view line) { Take(line); });
+}
+
+MemoryWatch::~MemoryWatch() { client_.OnCommand(nullptr); }
+
 bool MemoryWatch::ready() const { return client_.device().printer_state() == RTF_FPTR_PS_MONITOR; }
 
-// And so behind the line before it.
-void MemoryWatch::Begin(const std::string& line) {
+// Ahead of each line, and so behind the one before it.
+void MemoryWatch::Take(std::string_view line) {
   Settle(std::nullopt);
+  constexpr std::string_view kEnd = ">";
+  const bool whole = line.size() >= kEnd.size() && line.substr(line.size() - 1) == kEnd;
   was_lost_ = sale_is_lost();
-  pending_ = line;
+  pending_.emplace(whole ? line.substr(0, line.size() - 1) : line);
   ready_before_ = ready();
+  // A line that the trace cuts may have done anything, as a batch that nobody followed.
+  if (!whole) memory_.Follow("@cut", {ready_before_, ready_before_, 0});
 }
 
 void MemoryWatch::Settle(std::optional<long> code) {
   if (!pending_) return;
-  // An "@" line within a batch is refused.
+  // An "@" line by itself does nothing, and one within a batch is refused.
   if (!IsBatchLine(*pending_)) memory_.Follow(*pending_, {ready_before_, ready(), code});
   pending_.reset();
 }
 
-void MemoryWatch::Answered(long code) { Settle(code); }
-
-void MemoryWatch::BatchEnded(bool is_known) {
-  Settle(std::nullopt);
-  if (!is_known) memory_.Follow("@", {ready_before_, ready(), 0});
+void MemoryWatch::Answered(const std::string& line, long code) {
+  if (IsBatchLine(line)) {
+    Settle(std::nullopt);
+    return;
+  }
+  // As it was sent: the trace shows less of a long line.
+  if (pending_) pending_ = line;
+  Settle(code);
 }
 
 std::string MemoryWatch::LostSaleReason(bool was_lost, long code) const {

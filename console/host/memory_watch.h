@@ -1,9 +1,10 @@
 // The translator's memory of receipts, followed over every line that reaches it: those that are
-// sent, and those of a batch, which it is fed.
+// sent, and those of a batch that it reads by itself.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "console/check/language.h"
 #include "console/check/translator_memory.h"
@@ -17,17 +18,14 @@ class MemoryWatch {
   static constexpr long kNoDocument = 1231;
 
   // Both have to outlive this object, which is to be made ahead of the first line.
-  MemoryWatch(const Language& language, const RegisterClient& client)
-      : language_(language), client_(client), memory_(language) {}
+  MemoryWatch(const Language& language, RegisterClient& client);
+  ~MemoryWatch();
+  MemoryWatch(const MemoryWatch&) = delete;
+  MemoryWatch& operator=(const MemoryWatch&) = delete;
 
-  // The line reaches the library next, sent or as one of a batch. A batch is followed line by line,
-  // by what the register shows between them: their answers are not seen.
-  void Begin(const std::string& line);
-  // The library has answered the line that was sent.
-  void Answered(long code);
-  // A batch has run to its end, or was refused. What it did is not known where it ran and nobody
-  // told of its lines.
-  void BatchEnded(bool is_known);
+  // The library has answered the line that was sent. A batch is followed line by line, by what the
+  // register shows between them: their answers are not seen.
+  void Answered(const std::string& line, long code);
 
   TranslatorMemory::NextSale next_sale() const { return memory_.next_sale(); }
   // Whether a sale now would find no receipt and open none.
@@ -41,11 +39,12 @@ class MemoryWatch {
   std::string ways_out() const;
 
  private:
+  void Take(std::string_view line);
   void Settle(std::optional<long> code);
   bool ready() const;
 
   const Language& language_;
-  const RegisterClient& client_;
+  RegisterClient& client_;
   TranslatorMemory memory_;
   std::optional<std::string> pending_;  // the line at work
   bool ready_before_ = true;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <ctime>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "console/check/code_table.h"
@@ -52,12 +53,14 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   }
 
   void LogTrace(const char* line) override {
-    has_traced_ = true;
-    // First: whoever listens must hear of it, whatever the rest throws.
-    if (on_trace_) on_trace_();
     VirtualRegister::LogTrace(line);
     Collect();
-    if (line != nullptr) streams_.Trace(Shown(line));
+    if (line == nullptr) return;
+    streams_.Trace(Shown(line));
+    constexpr std::string_view kCommand = "TradEcr Cmd<";
+    if (std::string_view(line).substr(0, kCommand.size()) != kCommand) return;
+    if (on_line_) on_line_();
+    if (on_command_) on_command_(line + kCommand.size());
   }
 
   void LogError(const char* line) override {
@@ -65,8 +68,10 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
     if (line != nullptr) streams_.Trace(Shown(line));
   }
 
-  void SetOnTrace(std::function<void()> callback) { on_trace_ = std::move(callback); }
-  bool has_traced() const { return has_traced_; }
+  void SetOnLine(std::function<void()> callback) { on_line_ = std::move(callback); }
+  void SetOnCommand(std::function<void(std::string_view)> callback) {
+    on_command_ = std::move(callback);
+  }
 
   // What was printed since the start.
   const lorimat::Paper& Printed() {
@@ -97,8 +102,8 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   Streams& streams_;
   size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
   lorimat::Paper printed_;
-  std::function<void()> on_trace_;
-  bool has_traced_ = false;
+  std::function<void()> on_line_;
+  std::function<void(std::string_view)> on_command_;
 };
 
 RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
@@ -175,10 +180,12 @@ std::string RegisterClient::PaperPdf(const lorimat::PictureProgress& progress) c
   return lorimat::RenderPdf(device_->Printed(), progress);
 }
 
-void RegisterClient::OnTrace(std::function<void()> callback) {
-  device_->SetOnTrace(std::move(callback));
+void RegisterClient::OnLine(std::function<void()> callback) {
+  device_->SetOnLine(std::move(callback));
 }
 
-bool RegisterClient::has_traced() const { return device_->has_traced(); }
+void RegisterClient::OnCommand(std::function<void(std::string_view)> callback) {
+  device_->SetOnCommand(std::move(callback));
+}
 
 }  // namespace lorimat::console

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "console/terminal/streams.h"
 #include "register/paper/picture.h"
@@ -57,11 +58,11 @@ class RegisterClient {
   std::string PaperPng(const lorimat::PictureProgress& progress) const;
   std::string PaperPdf(const lorimat::PictureProgress& progress) const;
 
-  // Called whenever the library traces something, which it does at least once in each line and
-  // before anything else comes of it; null ends that.
-  void OnTrace(std::function<void()> callback);
-  // Whether it has ever traced something.
-  bool has_traced() const;
+  // Called for each command line that reaches the translator; null ends that.
+  void OnLine(std::function<void()> callback);
+  // The same with the line as the translator traces it: a '>' stands behind it, and of a long line
+  // the end is missing, with that sign.
+  void OnCommand(std::function<void(std::string_view)> callback);
 
  private:
   class Device;

@@ -97,9 +97,8 @@ class JsonShell {
     } else {
       std::string text;
       const uint64_t refusals = client_.refusals();
-      memory_.Begin(line);
       const long code = library_.RunLine(line, &text);
-      memory_.Answered(code);
+      memory_.Answered(line, code);
       const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
       Put(code, text, line, lost.empty() ? client_.ReasonSince(refusals, code) : lost, out);
     }
@@ -107,7 +106,8 @@ class JsonShell {
   }
 
   void RunBatch(const std::string& line, Json* out) {
-    const BatchRun batch = RunBatchLine(line, {library_, client_, &memory_});
+    const BatchRun batch = RunBatchLine(line, library_, client_, &memory_);
+    memory_.Answered(line, batch.code);
     Put(batch.code, batch.answer, line, "", out);
     Json failures = Json::array();
     for (const FailedLine& failed : batch.failures) {

@@ -139,9 +139,8 @@ void ShellSession::Run(const std::string& text, const std::string& place) {
   }
   std::string answer;
   const uint64_t refusals = client_.refusals();
-  memory_.Begin(text);
   const long code = library_.RunLine(text, &answer);
-  memory_.Answered(code);
+  memory_.Answered(text, code);
   const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
   ShowAnswer(text, code, answer, place, lost.empty() ? client_.ReasonSince(refusals, code) : lost);
   if (code == 0) ShowHints(text, place);
@@ -167,7 +166,8 @@ void ShellSession::ShowHints(const std::string& text, const std::string& place) 
 }
 
 void ShellSession::RunBatch(const std::string& text, const std::string& place) {
-  const BatchRun batch = RunBatchLine(text, {library_, client_, &memory_});
+  const BatchRun batch = RunBatchLine(text, library_, client_, &memory_);
+  memory_.Answered(text, batch.code);
   if (!batch.stopped_behind || batch.code != 0) {
     ShowAnswer(text, batch.code, batch.answer, place, "");
   }

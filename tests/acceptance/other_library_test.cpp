@@ -52,10 +52,3 @@ TEST(OtherLibrary, OfThisProgramIsNotWarnedOf) {
     EXPECT_THAT(RunConsole(arguments, {.input = ""}).errors, IsEmpty()) << command;
   }
 }
-
-// It traces nothing, and would wait for its next line for ever.
-TEST(OtherLibrary, ThatTracesNothingReadsItsBatchesItself) {
-  const ProgramRun run = RunWith(kOwnVersion, "@inner.cmd\n");
-  EXPECT_EQ(run.exit_code, 0);
-  EXPECT_THAT(run.errors, HasSubstr("lines.cmd:1: answer: @'inner.cmd','"));
-}

@@ -158,7 +158,6 @@ void DefinitionReading::Compare(const std::string& text) {
   // Each entry was stored or skipped, or stopped the reading.
   uint64_t line = 0;
   uint64_t stop = 0;
-  size_t entries = 0;
   bool last_row = false;
   for (const Told& told : record.told) {
     ASSERT_GE(told.column, 1u);
@@ -167,7 +166,6 @@ void DefinitionReading::Compare(const std::string& text) {
     ASSERT_GT(told.line, line) << "told twice";
     ASSERT_EQ(stop, 0u) << "told behind the stop";
     line = told.line;
-    ++entries;
     if (IsStop(told.cause)) stop = told.line;
   }
   ASSERT_EQ(whole, stop == 0);
@@ -176,14 +174,7 @@ void DefinitionReading::Compare(const std::string& text) {
   Findings findings;
   DefinitionCheck check(findings);
   LineReader lines(path);
-  size_t written = 0;
-  for (SourceLine one; lines.Next(&one);) {
-    check.Take(one);
-    const std::string cleaned = CleanedDefinitionLine(CutDefinitionLine(one));
-    const bool is_entry = !cleaned.empty() && cleaned.front() != '[';
-    if (is_entry && (stop == 0 || one.number <= stop)) ++written;
-  }
-  ASSERT_EQ(entries, written);
+  for (SourceLine one; lines.Next(&one);) check.Take(one);
   ASSERT_EQ(check.stop_line(), stop);
   const DefinitionReport report = InspectDefinition(path);
   ASSERT_EQ(report.fault_line, stop);
@@ -246,7 +237,7 @@ TEST_F(DefinitionReading, TakesEveryByteAtEveryPlaceOfALine) {
   const std::string head = "[OPCOD]\n10=SELL\n11=PAY\n[10]\n";
   const std::string line = "1=DEP,O ";
   for (int byte = 0; byte < 256; ++byte) {
-    for (size_t at = 0; at <= line.size() && !HasFatalFailure(); at += 4) {
+    for (size_t at = 0; at <= line.size() && !HasFatalFailure(); at += 2) {
       std::string changed = line;
       changed.insert(at, 1, static_cast<char>(byte));
       Compare(head + changed + "\n2=PLU\n");
