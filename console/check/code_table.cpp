@@ -58,8 +58,8 @@ constexpr OwnCode kOwnCodes[] = {
              "a command is to write its answer or table to.")},
     {12, true,
      TR_TEXT(
-         "The error file of an \"@\" line cannot be created, or its name is too long for \".tmp\" "
-         "behind it.")},
+         "The error file of an \"@\" line cannot be created, has the name of the batch file, or a "
+         "name too long for \".tmp\" behind it.")},
     {13, false, kOfOlderProtocol},
     {14, false, TR_TEXT("A batch counts no errors, so its answer is 0; look into its error file.")},
     {15, false, kOfOlderProtocol},

@@ -140,7 +140,9 @@ std::string WrongCount(const CLI::App& app, const std::vector<std::string>& argu
   });
   if (many != nullptr) return TooOften(many->get_name(), MostOf(*many), many->count());
   if (arguments.empty()) return {};
-  const CLI::Option* const last = LastCommand(app).get_option_no_throw(arguments.back());
+  // "--paper=" stands for an option without a value, too.
+  const std::string name = arguments.back().substr(0, arguments.back().find('='));
+  const CLI::Option* const last = LastCommand(app).get_option_no_throw(name);
   if (last == nullptr) return {};
   return Tr("{}: {} required {} missing", last->get_name(), last->get_items_expected_min(),
             last->get_type_name());

@@ -312,10 +312,17 @@ void lorimatutility::toLower(char* str) {
 
 char* lorimatutility::FnLPAD(char* szDest, size_t size, const char* szIn, int iL, char cPad) {
   BufferWriter padded(szDest, size);
-  int fill = iL - static_cast<int>(std::strlen(szIn));
-  if (fill > 0 && *szIn == '-') padded.Put(*szIn++);
-  for (; fill > 0; --fill) padded.Put(cPad);
-  padded.Put(szIn);
+  int length = static_cast<int>(std::strlen(szIn));
+  if (length < iL) {
+    int fill = iL - length;
+    if (*szIn == '-') {
+      padded.Put(*szIn++);
+      --length;
+    }
+    for (; fill > 0; --fill) padded.Put(cPad);
+  }
+  // By the length from before: szDest may be the same place.
+  for (; length > 0; --length) padded.Put(*szIn++);
   return padded.Close();
 }
 

@@ -335,6 +335,10 @@ TEST(Padding, JustifiesToAWidth) {
   EXPECT_STREQ(out, "-005");
   U::FnLPAD(out, Text("7"), 3, ' ');
   EXPECT_STREQ(out, "  7");
+  U::FnLPAD(out, Text("42"), INT_MIN, '0');
+  EXPECT_STREQ(out, "42");
+  std::strcpy(out, "-7");  // in its own place nothing is read behind the text
+  EXPECT_EQ(U::FnLPAD(out, sizeof(out), out, 4, '0') - out, 4);
   U::FnLPAD(out, Text("12345"), 3, '0');
   EXPECT_STREQ(out, "12345");
   std::memset(out, 'x', sizeof out);
