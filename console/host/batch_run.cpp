@@ -149,6 +149,7 @@ std::vector<FailedLine> FailedLines(const std::vector<BatchError>& errors, const
     }
   }
   std::vector<FailedLine> failures;
+  failures.reserve(errors.size());
   for (const BatchError& error : errors) {
     failures.push_back({error.line == 0 ? place : fmt::format("{}:{}", place, error.line),
                         error.code, error.text, texts[error.line],
