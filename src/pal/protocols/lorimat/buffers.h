@@ -78,6 +78,14 @@ class BufferWriter {
   void Put(const char* text) {
     for (; *text != 0; ++text) Put(*text);
   }
+  // The text may be in the same buffer.
+  void Move(const char* text, size_t length) {
+    if (room_ < 2) return;
+    const size_t moved = length < room_ ? length : room_ - 1;
+    std::memmove(place_, text, moved);
+    place_ += moved;
+    room_ -= moved;
+  }
   // Returns the place of the NUL.
   char* Close() {
     if (room_ > 0) *place_ = 0;

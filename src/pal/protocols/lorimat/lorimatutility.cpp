@@ -322,7 +322,7 @@ char* lorimatutility::FnLPAD(char* szDest, size_t size, const char* szIn, int iL
     for (; fill > 0; --fill) padded.Put(cPad);
   }
   // By the length from before: szDest may be the same place.
-  for (; length > 0; --length) padded.Put(*szIn++);
+  padded.Move(szIn, static_cast<size_t>(length));
   return padded.Close();
 }
 

@@ -339,6 +339,9 @@ TEST(Padding, JustifiesToAWidth) {
   EXPECT_STREQ(out, "42");
   std::strcpy(out, "-7");  // in its own place nothing is read behind the text
   EXPECT_EQ(U::FnLPAD(out, sizeof(out), out, 4, '0') - out, 4);
+  std::strcpy(out, "123");  // and it moves as one block
+  U::FnLPAD(out, out, 4, ' ');
+  EXPECT_STREQ(out, "  23");
   U::FnLPAD(out, Text("12345"), 3, '0');
   EXPECT_STREQ(out, "12345");
   std::memset(out, 'x', sizeof out);
