@@ -1,9 +1,13 @@
 #include "console/check/definition_fault.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <vector>
 
+#include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
@@ -56,6 +60,21 @@ std::string StoppingFault(const DefinitionNote& note) {
                 std::strtol(std::string(note.text).c_str(), nullptr, 10), note.limit);
     default:
       return {};
+  }
+}
+
+void RequireDefinitionFile(const std::string& path) {
+  const std::string name = Shown(path);
+  if (path == "-") {
+    throw Failure(
+        Tr("definition file -: standard input is no definition file; a file of this name is ./-"));
+  }
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) {
+    throw Failure(Tr("definition file {}: cannot be opened: {}", name, SystemMessage(errno)));
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw Failure(Tr("definition file {}: is no regular file", name));
   }
 }
 

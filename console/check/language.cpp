@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -46,14 +45,11 @@ Language::Language(Language&&) noexcept = default;
 Language& Language::operator=(Language&&) noexcept = default;
 
 Language::Language(const std::string& path) : Language() {
+  RequireDefinitionFile(path);
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   const std::string name = Shown(path);
   if (!file.is_open()) {
     throw Failure(Tr("definition file {}: cannot be opened: {}", name, SystemMessage(errno)));
-  }
-  struct stat status;
-  if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    throw Failure(Tr("definition file {}: is no regular file", name));
   }
   if (Read(file.get())) return;
   const DefinitionReport report = InspectDefinition(path);

@@ -76,11 +76,36 @@ bool RefusedBatch(const std::optional<long>& code) {
   return *code == INVALID_BATCH_LINE || *code == FILE_OPEN_ERROR || *code == ERROR_FILE_OPEN_ERROR;
 }
 
-// CHIUDETRAN answers 0 and does nothing when nothing is open. A refusal shows that it tried: a
-// device that is ready with its key turned away counts as busy.
-bool ClosedByKey(const TranslatorMemory::Seen& seen) {
+// Whether CHIUDETRAN closed something, where that is known: it answers 0 and does nothing when
+// nothing is open. A refusal shows that it tried: a device that is ready with its key turned away
+// counts as busy.
+std::optional<bool> ClosedByKey(const TranslatorMemory::Seen& seen) {
   if (seen.code == kStateNotRead) return false;
-  return !seen.ready_before || seen.code.value_or(0) != 0;
+  if (seen.code.value_or(0) != 0) return true;
+  if (!seen.ready_before) return std::nullopt;
+  return !*seen.ready_before;
+}
+
+// Whether a sale left the memory as it was, where that is known: a receipt that was due and could
+// not be opened is still due.
+std::optional<bool> LeftReceiptDue(const TranslatorMemory::Seen& seen) {
+  if (seen.code == 0 || seen.ready_before == false || seen.ready_after == false) return false;
+  if (!seen.ready_before || !seen.ready_after) return std::nullopt;
+  return true;
+}
+
+// SETP.
+constexpr int kSetProperties = 48;
+
+// ABORT as the translator takes it: a true word or 2 sets it, 1 clears it, any other text leaves
+// it.
+bool Aborts(EcrCmdCommand& translator, bool before) {
+  char* const field = translator.szCampi[7];
+  if (!Given(translator, 7)) return before;
+  if (lorimatutility::CheckTrue(field)) return true;
+  const int number = TextToInt(field);
+  if (number == 1) return false;
+  return number == 2 || before;
 }
 
 }  // namespace
@@ -92,24 +117,26 @@ ReceiptEffect EffectOf(const EcrCmdCommand& translator, int opcode) {
   return ReceiptEffect::kNone;
 }
 
-void TranslatorMemory::Follow(const std::string& line, const Seen& seen) {
+int TranslatorMemory::Follow(const std::string& line, const Seen& seen) {
   // The library reads a line up to its first NUL byte.
   std::string source(line.c_str());
-  if (source.size() > kLongestLine) return;
+  if (source.size() > kLongestLine) return 0;
   EcrCmdCommand& translator = language_.translator();
   std::string cleaned(source.size() + 1, '\0');
   if (lorimatutility::TogliCommento(cleaned.data(), source.data(), translator.cChQuote) == 0) {
-    return;
+    return 0;
   }
   if (cleaned.front() == '@') {
-    if (!RefusedBatch(seen.code)) next_sale_ = NextSale::kUnknown;
-    return;
+    if (!RefusedBatch(seen.code)) Lose();
+    return 0;
   }
   int position = 1;
   int opcode = 0;
-  if (translator.GetCodOp(cleaned.data(), &position, &opcode) != 0) return;
-  if (translator.GetCampi(cleaned.data(), opcode, &position) != 0) return;
+  if (translator.GetCodOp(cleaned.data(), &position, &opcode) != 0) return 0;
+  if (translator.GetCampi(cleaned.data(), opcode, &position) != 0) return 0;
   Take(EffectOf(translator, opcode), seen);
+  if (opcode == kSetProperties && seen.code.value_or(0) == 0) aborts_ = Aborts(translator, aborts_);
+  return opcode;
 }
 
 void TranslatorMemory::Take(ReceiptEffect effect, const Seen& seen) {
@@ -117,9 +144,11 @@ void TranslatorMemory::Take(ReceiptEffect effect, const Seen& seen) {
     case ReceiptEffect::kNone:
       return;
     case ReceiptEffect::kSale:
-      // A receipt that was due and could not be opened is still due.
-      if (seen.ready_before && seen.ready_after && seen.code != 0) return;
-      next_sale_ = NextSale::kOpensNone;
+      if (const std::optional<bool> due = LeftReceiptDue(seen); !due) {
+        TakeIfUnlike(NextSale::kOpensNone);
+      } else if (!*due) {
+        next_sale_ = NextSale::kOpensNone;
+      }
       return;
     case ReceiptEffect::kOpens:
       next_sale_ = NextSale::kOpensNone;
@@ -131,9 +160,18 @@ void TranslatorMemory::Take(ReceiptEffect effect, const Seen& seen) {
       next_sale_ = NextSale::kOpensReceipt;
       return;
     case ReceiptEffect::kClosesByKey:
-      if (ClosedByKey(seen)) next_sale_ = NextSale::kOpensReceipt;
+      if (const std::optional<bool> closed = ClosedByKey(seen); !closed) {
+        TakeIfUnlike(NextSale::kOpensReceipt);
+      } else if (*closed) {
+        next_sale_ = NextSale::kOpensReceipt;
+      }
       return;
   }
+}
+
+// It became so, or stayed as it was.
+void TranslatorMemory::TakeIfUnlike(NextSale next_sale) {
+  if (next_sale_ != next_sale) Lose();
 }
 
 }  // namespace lorimat::console

@@ -35,10 +35,11 @@ class TranslatorMemory {
     kUnknown,       // lines were run that nobody followed
   };
 
-  // How the device was seen around a line.
+  // How the device was seen around a line: whether its state was "ready" (monitor), with no
+  // document open. Neither is known of a line within a batch.
   struct Seen {
-    bool ready_before = true;  // its state was "ready" (monitor): no document open
-    bool ready_after = true;
+    std::optional<bool> ready_before = true;
+    std::optional<bool> ready_after = true;
     std::optional<long> code;  // the answer, where it is known
   };
 
@@ -46,19 +47,26 @@ class TranslatorMemory {
   explicit TranslatorMemory(const Language& language) : language_(language) {}
 
   // Follows a line that was sent, whatever was answered. Behind an "@" line that ran its file the
-  // memory is unknown: its lines are to be followed one by one, in its place.
-  void Follow(const std::string& line, const Seen& seen);
+  // memory is unknown: its lines are to be followed one by one, in its place. Answers the opcode of
+  // the line's command, 0 when it was not read.
+  int Follow(const std::string& line, const Seen& seen);
+  // Lines were run that nobody can follow.
+  void Lose() { next_sale_ = NextSale::kUnknown; }
 
   NextSale next_sale() const { return next_sale_; }
+  // Whether a line that fails ends its batch: ABORT of SETP.
+  bool aborts() const { return aborts_; }
   // Whether a sale now would be refused for want of a receipt, with the printer ready or not. The
   // ways out are CLEAR, RESPRN and CHIU.
   bool SaleIsLost(bool ready) const { return ready && next_sale_ == NextSale::kOpensNone; }
 
  private:
   void Take(ReceiptEffect effect, const Seen& seen);
+  void TakeIfUnlike(NextSale next_sale);
 
   const Language& language_;
   NextSale next_sale_ = NextSale::kOpensReceipt;
+  bool aborts_ = false;
 };
 
 }  // namespace lorimat::console

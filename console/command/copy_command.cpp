@@ -87,6 +87,7 @@ void AddOptions(CLI::App* copy, CopyOptions* options) {
 // Returns one of ExitCode. Throws Failure or RegisterError: then there is no copy.
 int CopyCommand(const CopyOptions& options, Streams& streams) {
   RequireRegister(options.from);
+  RequireNoStream(options.to);
   RefuseItself(options.from, options.to);
   const InterruptWatch watch;
   lorimat::RegisterFile source(options.from);

@@ -63,9 +63,6 @@ Exit codes:
 // The checks that need no register. A new name says nothing of its folder's rights: that is found
 // out when the file is made.
 void RequireNewName(const std::string& file) {
-  if (file == "-") {
-    throw Failure(Tr("-: standard input is no register; a file of this name is ./-"));
-  }
   RequireRegisterName(file);
   struct stat status;
   if (lstat(file.c_str(), &status) == 0) {

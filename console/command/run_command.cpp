@@ -16,16 +16,15 @@
 #include "console/check/language.h"
 #include "console/command/paper_outputs.h"
 #include "console/command/subcommand.h"
-#include "console/host/batch_refusals.h"
 #include "console/host/batch_request.h"
 #include "console/host/batch_run.h"
-#include "console/host/batch_stop.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/failure_report.h"
 #include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/line_hints.h"
+#include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/host/open_document.h"
 #include "console/host/register_client.h"
@@ -35,7 +34,6 @@
 #include "console/message/translate.h"
 #include "console/shell/shell_status.h"
 #include "console/terminal/interrupt.h"
-#include "console/terminal/line_encoding.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
@@ -93,89 +91,122 @@ Exit codes:
 
 constexpr size_t kShownLine = 100;  // of an "@" line
 
-bool IsLong(const LineReader& reader) { return reader.size() >= Progress::kLongFile; }
+// What a run leaves to be told.
+struct Ran {
+  uint64_t lines = 0;    // those of batches that had failures among them
+  bool stopped = false;  // by a line that failed
+  bool failures_known = true;
+};
 
-// --- One EcrCmd for each line. Returns an exit code.
-int RunLines(const RunOptions& options, LineReader& reader, Library& library,
-             RegisterClient& client, MemoryWatch* memory, LineHints* hints, FailureReport& failures,
-             Streams& streams) {
-  // The answer of a line that has nothing to say, in the words of the definition file.
-  std::string plain_answer;
-  library.RunLine("; lorimat run", &plain_answer);
+// --- One EcrCmd for each line.
 
-  Progress progress(streams, IsLong(reader), reader.size());
-  failures.SetProgress(&progress);
-  SourceLine line;
-  uint64_t run = 0;
-  uint64_t batch_lines = 0;  // of "@" lines with failures
-  bool stopped = false;
-  // What Ctrl-C leaves of a line that was being typed or sent is not run.
-  while (!stopped && !interrupted && reader.Next(&line) && !interrupted) {
-    run = line.number;
-    progress.Update(reader.bytes_read());
-    const std::string place = fmt::format("{}:{}", reader.name(), line.number);
-    const uint64_t failed_before = failures.count();
-    if (line.nul_at != 0) {
-      failures.ReportNotRun(place,
-                            Tr("a NUL byte stands in column {}, and the library would read the "
-                               "line only up to there",
-                               line.nul_at) +
-                                EncodingHint(line.text),
-                            line.text);
+class Lines : public LineSink {
+ public:
+  Lines(const RunOptions& options, const LineReader& reader, const LineHost& host, LineHints* hints,
+        FailureReport& failures, Streams& streams)
+      : options_(options),
+        reader_(reader),
+        client_(host.client),
+        hints_(hints),
+        failures_(failures),
+        streams_(streams),
+        progress_(streams, reader.is_regular() && reader.size() >= Progress::kLongFile,
+                  reader.size()) {
+    // The answer of a line that has nothing to say, in the words of the definition file.
+    host.library.RunLine("; lorimat run", &plain_answer_);
+    failures_.SetProgress(&progress_);
+  }
+  ~Lines() override {
+    progress_.Clear();
+    failures_.SetProgress(nullptr);
+  }
+  Lines(const Lines&) = delete;
+  Lines& operator=(const Lines&) = delete;
+
+  bool Take(const SourceLine& line, const std::string& place, const LineAnswer& answer) override {
+    progress_.Update(reader_.bytes_read());
+    const uint64_t failed_before = failures_.count();
+    if (!answer.not_run.empty()) {
+      failures_.ReportNotRun(place, answer.not_run, line.text);
     } else {
-      std::string answer;
-      const uint64_t refusals = client.refusals();
-      long code = 0;
-      if (IsBatchLine(line.text)) {
-        const BatchRun batch = RunBatchLine(line.text, library, client, memory);
-        code = batch.code;
-        answer = batch.answer;
-        TellUnknownFailures(batch, place, streams);
-        ReportFailures(batch.failures, failures);
-        if (!batch.failures.empty()) batch_lines += batch.lines;
-        if (batch.stopped_behind) {
-          TellError(streams, Tr("{}: stopped by {} behind line {}", Shown(line.text, kShownLine),
-                                InterruptName(), *batch.stopped_behind));
-        }
+      if (answer.batch) TellBatch(line, place, *answer.batch);
+      if (answer.code != 0) {
+        failures_.Report({place, answer.code, answer.answer, line.text, answer.reason});
       } else {
-        code = library.RunLine(line.text, &answer);
+        TellSuccess(line, place, answer);
       }
-      std::string reason;
-      if (memory != nullptr) {
-        memory->Answered(line.text, code);
-        reason = memory->LostSaleReason(memory->sale_was_lost(), code);
-      }
-      if (code != 0) {
-        if (reason.empty()) reason = client.ReasonSince(refusals, code);
-        failures.Report({place, code, answer, line.text, reason});
-        client.TellFailure(streams);
-      } else if (hints != nullptr && !IsBatchLine(line.text)) {
-        const std::string told = hints->Take(line, place, streams.error_has_colours());
-        if (!told.empty()) {
-          progress.Clear();
-          streams.Error(told);
-        }
-      }
-      if (code == 0 && (options.verbose || answer != plain_answer)) {
-        progress.Clear();
-        streams.Error(Tr("{}: answer: {}\n", place, Shown(WithoutTrailingBlanks(answer))));
+      if (answer.code != 0 || answer.batch) {
+        progress_.Clear();
+        client_.TellFailure(streams_);
       }
     }
-    stopped = options.stop_on_error && failures.count() != failed_before;
+    ran_.stopped = options_.stop_on_error && failures_.count() != failed_before;
+    return !ran_.stopped;
   }
-  progress.Clear();
-  failures.SetProgress(nullptr);
+
+  const Ran& ran() const { return ran_; }
+
+ private:
+  void TellBatch(const SourceLine& line, const std::string& place, const BatchRun& batch) {
+    if (!batch.unknown.empty()) {
+      progress_.Clear();
+      ran_.failures_known = false;
+      TellUnknownFailures(batch, place, streams_);
+    }
+    ReportFailures(batch.failures, failures_);
+    if (!batch.failures.empty()) ran_.lines += batch.lines;
+    if (batch.stop) {
+      progress_.Clear();
+      TellError(streams_, StopText(Shown(line.text, kShownLine), *batch.stop));
+    }
+  }
+
+  void TellSuccess(const SourceLine& line, const std::string& place, const LineAnswer& answer) {
+    std::string told;
+    if (hints_ != nullptr && !answer.batch) {
+      told = hints_->Take(line, place, streams_.error_has_colours());
+    }
+    if (options_.verbose || answer.answer != plain_answer_) {
+      told += Tr("{}: answer: {}\n", place, Shown(WithoutTrailingBlanks(answer.answer)));
+    }
+    if (told.empty()) return;
+    progress_.Clear();
+    streams_.Error(told);
+  }
+
+  const RunOptions& options_;
+  const LineReader& reader_;
+  RegisterClient& client_;
+  LineHints* hints_;
+  FailureReport& failures_;
+  Streams& streams_;
+  Progress progress_;
+  std::string plain_answer_;
+  Ran ran_;
+};
+
+// Returns an exit code.
+int RunByLines(const RunOptions& options, LineReader& reader, const LineHost& host,
+               LineHints* hints, FailureReport& failures, Streams& streams) {
+  Ran ran;
+  uint64_t last = 0;
+  {
+    Lines lines(options, reader, host, hints, failures, streams);
+    last = RunLines(reader, host, lines);
+    ran = lines.ran();
+  }
   failures.Summarize();
   if (interrupted) {
-    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), run));
+    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), last));
     return InterruptExit();
   }
-  if (stopped) {
-    TellError(streams, Tr("stopped at line {}, which failed", run));
+  if (ran.stopped) {
+    TellError(streams, Tr("stopped at line {}, which failed", last));
   } else if (failures.count() != 0) {
-    TellError(streams, Tr("{} of {} lines failed", failures.count(), run + batch_lines));
+    TellError(streams, Tr("{} of {} lines failed", failures.count(), last + ran.lines));
   }
-  return failures.count() == 0 ? kExitGood : kExitLinesFailed;
+  if (failures.count() != 0) return kExitLinesFailed;
+  return ran.failures_known ? kExitGood : kExitNotDone;
 }
 
 // --- The file as one batch.
@@ -191,9 +222,9 @@ BatchPlace Split(const std::string& file) {
   return {slash == 0 ? "/" : file.substr(0, slash), file.substr(slash + 1)};
 }
 
-// Counts the lines of the file, and refuses what a batch would run other than it reads.
-uint64_t CountLines(const std::string& file) {
-  LineReader reader(file);
+// Refuses what a batch would run other than it reads.
+void RequireLinesForBatch(const std::string& file) {
+  LineReader reader(file, &interrupted);
   SourceLine line;
   while (reader.Next(&line)) {
     if (line.nul_at != 0) {
@@ -203,15 +234,16 @@ uint64_t CountLines(const std::string& file) {
           reader.name(), line.number, line.nul_at));
     }
   }
-  return line.number;
 }
 
-int RunBatch(const RunOptions& options, const LineReader& reader, Library& library,
-             RegisterClient& client, const MemoryWatch* memory, FailureReport& failures,
-             Streams& streams) {
+int RunByBatch(const RunOptions& options, const LineReader& reader, const LineHost& host,
+               FailureReport& failures, Streams& streams) {
   const BatchPlace place = Split(options.file);
-  const uint64_t lines = CountLines(options.file);
-  const ScratchFolder scratch;
+  RequireLinesForBatch(options.file);
+  if (interrupted) {
+    TellError(streams, StopText(reader.name(), {0, 1}));
+    return InterruptExit();
+  }
 
   // The name on the line has no folder: its capital letters would be lower-cased too.
   const Descriptor origin(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -219,40 +251,25 @@ int RunBatch(const RunOptions& options, const LineReader& reader, Library& libra
     throw Failure(
         Tr("{}: cannot work in its folder: {}", Shown(options.file), SystemMessage(errno)));
   }
-  std::string answer;
-  long code = 0;
-  Progress progress(streams, IsLong(reader), lines);
-  std::optional<uint64_t> stopped_behind;
-  BatchRefusals refusals(client, memory);
-  {
-    BatchStop stop(client, [&progress, &refusals](uint64_t line) {
-      progress.Update(line);
-      refusals.Note(line);
-    });
-    code = library.RunLine(BatchLine(place.name, scratch.error_file()), &answer);
-    refusals.Note(stop.lines());
-    stopped_behind = stop.stopped_behind();
-  }
-  progress.Clear();
+  const BatchRun run = RunBatchFile(place.name, reader.name(), host);
   if (fchdir(origin.get()) != 0) {
     throw Failure(Tr("cannot return to the folder of the start: {}", SystemMessage(errno)));
   }
-  const std::string text = Shown(WithoutTrailingBlanks(answer));
-  if (code != 0) {
-    throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), code, text));
+  const std::string text = Shown(WithoutTrailingBlanks(run.answer));
+  if (run.code != 0) {
+    throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
   }
-  client.TellFailure(streams);
-  ReportFailures(
-      FailedLines(ReadBatchErrors(scratch.error_file()), options.file, reader.name(), refusals),
-      failures);
+  host.client.TellFailure(streams);
+  TellUnknownFailures(run, reader.name(), streams);
+  ReportFailures(run.failures, failures);
   failures.Summarize();
-  if (stopped_behind) {
-    TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), *stopped_behind));
+  if (run.stop) {
+    TellError(streams, StopText(reader.name(), *run.stop));
     return InterruptExit();
   }
   if (options.verbose) streams.Error(Tr("{}: answer: {}\n", reader.name(), text));
-  if (failures.count() == 0) return kExitGood;
-  TellError(streams, Tr("{} of {} lines failed", failures.count(), lines));
+  if (failures.count() == 0) return run.unknown.empty() ? kExitGood : kExitNotDone;
+  TellError(streams, Tr("{} of {} lines failed", failures.count(), run.lines));
   return kExitLinesFailed;
 }
 
@@ -364,26 +381,20 @@ int RunCommand(const RunOptions& options, Streams& streams) {
 
   PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
-  std::optional<Language> language;
-  if (!options.terse) language.emplace(FindDefinitionFile(options.language).path);
-  FailureReport failures(streams, language ? &*language : nullptr, true);
-  std::optional<MemoryWatch> memory;
-  std::optional<LineHints> hints;
-  if (language) {
-    memory.emplace(*language, *client);
-    hints.emplace(*language);
-  }
-  MemoryWatch* const watched = memory ? &*memory : nullptr;
+  const Language language(FindDefinitionFile(options.language).path);
+  FailureReport failures(streams, options.terse ? nullptr : &language, true);
+  MemoryWatch memory(language, *client);
+  LineHints hints(language);
   int code = kExitNotDone;
   try {
-    code = options.batch ? RunBatch(options, reader, *library, *client, watched, failures, streams)
-                         : RunLines(options, reader, *library, *client, watched,
-                                    hints ? &*hints : nullptr, failures, streams);
+    const LineHost host = {*library, *client, memory};
+    code = options.batch ? RunByBatch(options, reader, host, failures, streams)
+                         : RunByLines(options, reader, host, options.terse ? nullptr : &hints,
+                                      failures, streams);
   } catch (const std::bad_alloc&) {
     // The paper of what was done is written all the same.
     TellError(streams, Tr("{}: stopped: there is not enough memory", reader.name()));
   }
-  memory.reset();
   PaperOutputs::Outcome outcome = outputs.write();
   // A caller that has the signal ignored is told, and one whose run a signal has ended.
   if (outcome.reader_gone && (caller_wants_error || interrupted != 0)) {

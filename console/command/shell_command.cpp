@@ -107,7 +107,7 @@ int RunPipe(ShellSession& session, Streams& streams) {
     Tell(streams, Tr("stopped by {} behind line {}", InterruptName(), run));
     return InterruptExit();
   }
-  if (session.failures() == 0) return kExitGood;
+  if (session.failures() == 0) return session.failures_known() ? kExitGood : kExitNotDone;
   Tell(streams, Tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
   return kExitLinesFailed;
 }

@@ -55,7 +55,9 @@ std::string NoSuchOption(const CLI::App& app, const std::string& name) {
   }
   std::string text = Tr("no option is called '{}'", Shown(name));
   const std::string nearest = name.substr(0, 2) == "--" ? NearestWord(name.substr(2), names) : "";
-  if (!nearest.empty()) text += Tr("; did you mean {}?", fmt::format("--{}", nearest));
+  // The opposite of what was meant is near, too.
+  const bool opposite = name == "--no-" + nearest || "--no-" + name.substr(2) == "--" + nearest;
+  if (!nearest.empty() && !opposite) text += Tr("; did you mean {}?", fmt::format("--{}", nearest));
   return text;
 }
 

@@ -1,25 +1,28 @@
 #include "console/host/batch_refusals.h"
 
+#include "console/check/code_table.h"
 #include "console/host/failure_report.h"
 
 namespace lorimat::console {
 
-void BatchRefusals::Note(uint64_t line) {
+void BatchRefusals::Note() {
   if (client_.refusals() == seen_) return;
   seen_ = client_.refusals();
   const lorimat::Refusal& refusal = client_.last_refusal();
-  // No more are shown. The library may give one code for several of the register's.
-  if (++counts_[refusal.code] <= FailureReport::kShown) {
-    by_line_[line] = {refusal, memory_ != nullptr && memory_->sale_was_lost()};
-  }
+  Kind& kind = kinds_[RegisterClient::ResultOf(refusal)];
+  ++kind.lines;
+  if (kind.first.size() < FailureReport::kShown) kind.first.push_back(refusal);
 }
 
-std::string BatchRefusals::Reason(uint64_t line, long code) const {
-  const auto found = by_line_.find(line);
-  if (found == by_line_.end()) return {};
-  const Refused& refused = found->second;
-  const std::string lost = refused.sale_was_lost ? memory_->LostSaleReason(true, code) : "";
-  return lost.empty() ? client_.Reason(refused.refusal, code) : lost;
+const lorimat::Refusal* BatchRefusals::Find(long code, uint64_t place, uint64_t lines) const {
+  const Kind* found = nullptr;
+  for (const auto& [result, kind] : kinds_) {
+    if (!ComesFrom(code, result)) continue;
+    if (found != nullptr) return nullptr;
+    found = &kind;
+  }
+  const bool known = found != nullptr && found->lines == lines && place < found->first.size();
+  return known ? &found->first[place] : nullptr;
 }
 
 }  // namespace lorimat::console

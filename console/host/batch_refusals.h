@@ -1,12 +1,13 @@
-// Why the register refused lines of an "@" batch, which runs as one line: noted line by line while
-// the library runs it.
+// Why the register refused lines of an "@" batch, which runs as one line. The refusals are seen in
+// their order, and the library's error file has the failing lines in theirs. A line gets a reason
+// where as many lines failed with its code as were refused so that this code comes of it; where the
+// numbers differ, which belongs to which would be a guess.
 #pragma once
 
 #include <cstdint>
 #include <map>
-#include <string>
+#include <vector>
 
-#include "console/host/memory_watch.h"
 #include "console/host/register_client.h"
 #include "register/value/refusal.h"
 
@@ -14,27 +15,26 @@ namespace lorimat::console {
 
 class BatchRefusals {
  public:
-  // What is given has to outlive this object. With a memory it is told, too, why a sale opened no
-  // receipt.
-  BatchRefusals(const RegisterClient& client, const MemoryWatch* memory)
-      : client_(client), memory_(memory), seen_(client.refusals()) {}
+  // The client has to outlive this object.
+  explicit BatchRefusals(const RegisterClient& client)
+      : client_(client), seen_(client.refusals()) {}
 
-  // The line of this number, from 1, has run.
-  void Note(uint64_t line);
-  // Why it was refused, when that led to the code; empty when that is not known.
-  std::string Reason(uint64_t line, long code) const;
+  // Ahead of each line, and behind the last one.
+  void Note();
+  // What the register said to a line that failed with the code: the one of this place, from 0,
+  // among so many that did. Null when that is not known.
+  const lorimat::Refusal* Find(long code, uint64_t place, uint64_t lines) const;
 
  private:
-  struct Refused {
-    lorimat::Refusal refusal;
-    bool sale_was_lost = false;
+  // The refusals with one result, a line each.
+  struct Kind {
+    uint64_t lines = 0;
+    std::vector<lorimat::Refusal> first;  // no more are shown
   };
 
   const RegisterClient& client_;
-  const MemoryWatch* memory_;
   uint64_t seen_;  // refusals
-  std::map<uint64_t, Refused> by_line_;
-  std::map<int, uint64_t> counts_;  // by the code that the register answered
+  std::map<int, Kind> kinds_;
 };
 
 }  // namespace lorimat::console

@@ -100,6 +100,11 @@ std::string BatchLine(const std::string& name, const std::string& error_file) {
   return "@" + QuotedOperand(name) + "," + QuotedOperand(error_file);
 }
 
+bool IsBatchLine(const std::string& line) {
+  const size_t first = line.find_first_not_of(" \t");
+  return first != std::string::npos && line[first] == '@';
+}
+
 BatchError ParseBatchError(const std::string& message) {
   constexpr std::string_view kMark = " in line ";
   BatchError error;

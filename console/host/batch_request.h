@@ -35,6 +35,9 @@ std::string BatchLine(const std::string& name, const std::string& error_file);
 // One operand of it.
 std::string QuotedOperand(const std::string& name);
 
+// Whether the library would take a line for a batch.
+bool IsBatchLine(const std::string& line);
+
 // A message of the error file.
 struct BatchError {
   uint64_t line = 0;  // of the batch file; 0 when the message names none

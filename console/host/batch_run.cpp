@@ -1,19 +1,20 @@
 #include "console/host/batch_run.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <memory>
 #include <system_error>
 
-#include "console/host/batch_stop.h"
+#include "console/host/batch_request.h"
+#include "console/host/stoppable_client.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/notices.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
@@ -39,7 +40,8 @@ class Request {
   bool wants_error_file() const {
     return is_taken_ && reader_->szFileIn[0] != 0 && reader_->szFileErr[0] == 0;
   }
-  std::string file() const { return reader_->szFileIn; }
+  std::string file() const { return is_taken_ ? reader_->szFileIn : ""; }
+  std::string error_file() const { return is_taken_ ? reader_->szFileErr : ""; }
   std::string log_file() const { return reader_->szFileLog; }
 
  private:
@@ -47,10 +49,13 @@ class Request {
   bool is_taken_ = false;
 };
 
-// The file that the library would open now: it lower-cases the name.
-std::string BatchFile(const Request& request) {
-  std::string name = request.file();
+// The library lower-cases the names.
+std::string Lower(std::string name) {
   lorimatutility::toLower(name.data());
+  return name;
+}
+
+std::string Absolute(const std::string& name) {
   std::error_code error;
   const std::filesystem::path path = std::filesystem::absolute(name, error);
   return error ? name : path.string();
@@ -74,11 +79,6 @@ std::string CutCause(const ScratchFolder& scratch) {
 
 }  // namespace
 
-bool IsBatchLine(const std::string& line) {
-  const size_t first = line.find_first_not_of(" \t");
-  return first != std::string::npos && line[first] == '@';
-}
-
 std::string WithErrorFile(const std::string& line, const std::string& error_file) {
   const Request request(line);
   if (!request.wants_error_file()) return {};
@@ -89,73 +89,141 @@ std::string WithErrorFile(const std::string& line, const std::string& error_file
   return changed.size() <= kLongestLine ? changed : std::string();
 }
 
-BatchRun RunBatchLine(const std::string& line, Library& library, RegisterClient& client,
-                      const MemoryWatch* memory) {
+namespace {
+
+// The batch and the error file of a line that runs.
+struct BatchNames {
+  std::string file;
+  std::string place;
+  std::string error_file;  // as it can be opened when the line has run; empty for none
+};
+
+// Sends the line, of which the console may be told to let go of the rest.
+void Send(const std::string& line, const LineHost& host, BatchRefusals& refusals, BatchRun* run,
+          bool* stopped) {
+  StoppableClient& client = host.client.stoppable();
+  client.Begin(&interrupted, [&refusals] { refusals.Note(); });
+  run->code = host.library.RunLine(line, &run->answer);
+  *stopped = client.End();
+  refusals.Note();
+}
+
+// The file as it is, to see whether it was changed meanwhile.
+struct FileMark {
+  dev_t device = 0;
+  ino_t node = 0;
+  off_t size = 0;
+  timespec changed = {};
+
+  bool operator==(const FileMark& other) const {
+    return device == other.device && node == other.node && size == other.size &&
+           changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
+  }
+};
+
+FileMark MarkOf(const std::string& file) {
+  struct stat status = {};
+  if (stat(file.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+}
+
+// Runs the line and tells what became of the lines of the file.
+BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const LineHost& host) {
   BatchRun run;
-  BatchRefusals refusals(client, memory);
-  const auto send = [&](const std::string& text) {
-    BatchStop stop(client, [&refusals](uint64_t lines) { refusals.Note(lines); });
-    run.code = library.RunLine(text, &run.answer);
-    run.lines = stop.lines();
-    refusals.Note(run.lines);
-    run.stopped_behind = stop.stopped_behind();
-  };
-  const Request request(line);
-  std::optional<ScratchFolder> scratch;
-  std::string changed;
-  if (request.wants_error_file()) {
+  BatchRefusals refusals(host.client);
+  RunBatch batch = {names.file, names.place, {}, false};
+  const FileMark before = MarkOf(names.file);
+  Send(line, host, refusals, &run, &batch.stopped);
+  if (run.code != 0) return run;
+  // What the user has the errors written to is not always a file that can be read.
+  std::error_code error;
+  const std::filesystem::file_status kind = std::filesystem::status(names.error_file, error);
+  if (!names.error_file.empty() &&
+      (!std::filesystem::exists(kind) || std::filesystem::is_regular_file(kind))) {
     try {
-      scratch.emplace();
-      changed = WithErrorFile(line, scratch->error_file());
-      if (changed.empty()) run.unknown = Tr("the line has no room for an error file");
+      batch.errors = ReadBatchErrors(names.error_file);
     } catch (const Failure& failure) {
       run.unknown = failure.what();
     }
   }
-  if (changed.empty()) {
-    send(line);
-    return run;
+  if (!(MarkOf(names.file) == before)) {
+    batch.file.clear();
+    run.unknown = Tr("{}: the file was changed meanwhile", names.place);
   }
-  // The batch may go to another folder.
-  const std::string file = BatchFile(request);
-  send(changed);
-  if (run.code == ERROR_FILE_OPEN_ERROR) {
-    // Nothing of the batch has run, and the user's line did not ask for this file.
-    run.unknown = Tr("{}: the file cannot be written", Shown(scratch->error_file()));
-    send(line);
-  } else if (run.code == 0) {
-    run.unknown = CutCause(*scratch);
-    try {
-      run.failures = FailedLines(ReadBatchErrors(scratch->error_file()), file,
-                                 Shown(request.file()), refusals);
-    } catch (const Failure& failure) {
-      run.unknown = failure.what();
-    }
-  }
+  BatchOutcome outcome = WalkBatch(batch, refusals, host.client, host.memory);
+  run.lines = outcome.lines;
+  run.stop = outcome.stop;
+  run.failures = std::move(outcome.failures);
   return run;
 }
 
-std::vector<FailedLine> FailedLines(const std::vector<BatchError>& errors, const std::string& file,
-                                    const std::string& place, const BatchRefusals& refusals) {
-  std::map<uint64_t, std::string> texts;
-  for (const BatchError& error : errors) texts[error.line];
-  std::error_code unknown;
-  if (!errors.empty() && std::filesystem::is_regular_file(file, unknown)) {
-    LineReader reader(file);
-    SourceLine line;
-    while (reader.Next(&line)) {
-      const auto found = texts.find(line.number);
-      if (found != texts.end()) found->second = line.text;
-    }
+// Both are one file, by whatever names: the batch would be lost.
+bool AreOneFile(const std::string& one, const std::string& other) {
+  std::error_code error;
+  return std::filesystem::equivalent(one, other, error) && !error;
+}
+
+// Why the error file cannot be what the line names; empty when it can. The same name is the
+// library's to refuse.
+std::string ErrorFileFault(const Request& request) {
+  const std::string file = Lower(request.file());
+  const std::string errors = Lower(request.error_file());
+  if (errors.empty() || errors == file) return {};
+  for (const std::string& name : {errors, errors + ".tmp"}) {
+    if (name == file || !AreOneFile(name, file)) continue;
+    return Tr("the error file {} is the batch file {} by another name, and its lines would be lost",
+              Shown(name), Shown(file));
   }
-  std::vector<FailedLine> failures;
-  failures.reserve(errors.size());
-  for (const BatchError& error : errors) {
-    failures.push_back({error.line == 0 ? place : fmt::format("{}:{}", place, error.line),
-                        error.code, error.text, texts[error.line],
-                        refusals.Reason(error.line, error.code)});
+  return {};
+}
+
+}  // namespace
+
+BatchRun RunBatchLine(const std::string& line, const LineHost& host) {
+  const Request request(line);
+  BatchRun run;
+  run.not_run = ErrorFileFault(request);
+  if (!run.not_run.empty()) return run;
+  // The batch may go to another folder.
+  BatchNames names = {Absolute(Lower(request.file())), Shown(request.file()), {}};
+  if (!request.wants_error_file()) {
+    if (!request.error_file().empty()) names.error_file = Absolute(Lower(request.error_file()));
+    run = RunAndWalk(line, names, host);
+    // They are in the file that the line names.
+    run.failures.clear();
+    run.unknown.clear();
+    return run;
   }
-  return failures;
+  std::optional<ScratchFolder> scratch;
+  std::string changed;
+  std::string unknown;
+  try {
+    scratch.emplace();
+    changed = WithErrorFile(line, scratch->error_file());
+    if (changed.empty()) unknown = Tr("the line has no room for an error file");
+  } catch (const Failure& failure) {
+    unknown = failure.what();
+  }
+  if (!changed.empty()) {
+    names.error_file = scratch->error_file();
+    run = RunAndWalk(changed, names, host);
+    if (run.code == 0 && run.unknown.empty()) run.unknown = CutCause(*scratch);
+    if (run.code != ERROR_FILE_OPEN_ERROR) return run;
+    // Nothing of the batch has run, and the user's line did not ask for this file.
+    unknown = Tr("{}: the file cannot be written", Shown(names.error_file));
+    names.error_file.clear();
+  }
+  run = RunAndWalk(line, names, host);
+  if (run.code == 0) run.unknown = unknown;
+  return run;
+}
+
+BatchRun RunBatchFile(const std::string& name, const std::string& place, const LineHost& host) {
+  const ScratchFolder scratch;
+  BatchRun run = RunAndWalk(BatchLine(name, scratch.error_file()),
+                            {Absolute(name), place, scratch.error_file()}, host);
+  if (run.code == 0 && run.unknown.empty()) run.unknown = CutCause(scratch);
+  return run;
 }
 
 void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report) {
@@ -172,6 +240,19 @@ void TellUnknownFailures(const BatchRun& run, const std::string& place, Streams&
   if (run.unknown.empty()) return;
   TellNote(streams,
            Tr("{}: which lines of the batch failed is not known for sure: {}", place, run.unknown));
+}
+
+std::string StopText(const std::string& batch, const StopPlace& stop) {
+  if (stop.refused == 0) {
+    return Tr("{}: stopped by {}; behind which line is not known", batch, InterruptName());
+  }
+  if (stop.is_exact()) {
+    return Tr("{}: stopped by {} behind line {}", batch, InterruptName(), stop.ran);
+  }
+  return Tr(
+      "{}: stopped by {} behind line {} and ahead of line {}; which lines between them ran is "
+      "not known",
+      batch, InterruptName(), stop.ran, stop.refused);
 }
 
 }  // namespace lorimat::console

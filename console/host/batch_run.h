@@ -1,6 +1,7 @@
-// An "@" line as a user types it. The library answers OK whatever the lines of the batch did, and
-// tells of those that failed in an error file alone. A line that names none is run with one of the
-// console's own, which is read and taken away again; nothing else about the line changes.
+// An "@" line as a user types it, or as the console writes it for a file. The library answers OK
+// whatever the lines of the batch did, and tells of those that failed in an error file alone. A
+// line that names none is run with one of the console's own, which is read and taken away again;
+// nothing else about the line changes. Ctrl-C ends it at the end of a line (stoppable_client.h).
 #pragma once
 
 #include <cstdint>
@@ -8,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "console/host/batch_refusals.h"
-#include "console/host/batch_request.h"
+#include "console/host/batch_walk.h"
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/memory_watch.h"
@@ -17,36 +17,42 @@
 
 namespace lorimat::console {
 
+// What lines are run with. All of it has to outlive what it is given to.
+struct LineHost {
+  Library& library;
+  RegisterClient& client;
+  MemoryWatch& memory;
+};
+
 struct BatchRun {
   long code = 0;  // of the "@" line
   std::string answer;
-  uint64_t lines = 0;                      // of the batch that were run, empty ones too
-  std::optional<uint64_t> stopped_behind;  // the last line that ran, after Ctrl-C
+  // Why the line was not given to the library, and nothing of it has run; empty when it was.
+  std::string not_run;
+  uint64_t lines = 0;             // of the batch that have run, empty ones too
+  std::optional<StopPlace> stop;  // after Ctrl-C
   // Of a batch that names no error file: its failing lines, in their order.
   std::vector<FailedLine> failures;
-  // Why they are not known; empty when they are.
+  // Why they are not known for sure; empty when they are.
   std::string unknown;
 };
-
-// Whether the library would take a line for a batch.
-bool IsBatchLine(const std::string& line);
 
 // The line with this error file, when it names a batch file and no error file; else empty. So it is
 // too where the library would read the longer line otherwise: a name that ends in a blank, a line
 // of more than the characters there may be.
 std::string WithErrorFile(const std::string& line, const std::string& error_file);
 
-BatchRun RunBatchLine(const std::string& line, Library& library, RegisterClient& client,
-                      const MemoryWatch* memory);
-
-// The failing lines of a batch with their texts, which are read from its file; place names the file
-// as it is shown.
-std::vector<FailedLine> FailedLines(const std::vector<BatchError>& errors, const std::string& file,
-                                    const std::string& place, const BatchRefusals& refusals);
+BatchRun RunBatchLine(const std::string& line, const LineHost& host);
+// A file of the current folder, by its name, as one "@" line; place is what it is shown as. Throws
+// Failure, and runs nothing, when there is no place for the error file.
+BatchRun RunBatchFile(const std::string& name, const std::string& place, const LineHost& host);
 
 void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report);
 
 // Says that the failing lines are not known, if they are not; place is that of the "@" line.
 void TellUnknownFailures(const BatchRun& run, const std::string& place, Streams& streams);
+
+// "sales.cmd: stopped by Ctrl-C behind line 12".
+std::string StopText(const std::string& batch, const StopPlace& stop);
 
 }  // namespace lorimat::console

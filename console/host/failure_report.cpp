@@ -31,7 +31,7 @@ std::string BareLine(std::string_view text) {
 }
 
 std::string Meaning(long code) {
-  if (code == kNotRun) return Tr("A NUL byte in the line: it was not run.");
+  if (code == kNotRun) return Tr("The line was not run.");
   if (code < std::numeric_limits<int>::min() || code > std::numeric_limits<int>::max()) return {};
   const std::vector<CodeReading> readings = ReadCode(static_cast<int>(code));
   return readings.empty() ? std::string() : std::string(Translated(readings.front().cause));

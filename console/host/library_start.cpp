@@ -65,6 +65,11 @@ void StartLibrary(const std::string& language, bool verbose, Library& library,
                  : "";
   DefinitionReport report;
   try {
+    RequireDefinitionFile(definition.path);
+  } catch (const Failure& failure) {
+    throw Failure(failure.what() + origin);
+  }
+  try {
     report = InspectDefinition(definition.path);
   } catch (const Failure& failure) {
     throw Failure(Tr("definition file {}", failure.what()) + origin);

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "console/host/batch_run.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/client/virtual_register.h"
@@ -10,42 +9,15 @@
 
 namespace lorimat::console {
 
-MemoryWatch::MemoryWatch(const Language& language, RegisterClient& client)
-    : language_(language), client_(client), memory_(language) {
-  client_.OnCommand([this](std::string_view line) { Take(line); });
-}
-
-MemoryWatch::~MemoryWatch() { client_.OnCommand(nullptr); }
-
 bool MemoryWatch::ready() const { return client_.device().printer_state() == RTF_FPTR_PS_MONITOR; }
 
-// Ahead of each line, and so behind the one before it.
-void MemoryWatch::Take(std::string_view line) {
-  Settle(std::nullopt);
-  constexpr std::string_view kEnd = ">";
-  const bool whole = line.size() >= kEnd.size() && line.substr(line.size() - 1) == kEnd;
+void MemoryWatch::Begin() {
   was_lost_ = sale_is_lost();
-  pending_.emplace(whole ? line.substr(0, line.size() - 1) : line);
   ready_before_ = ready();
-  // A line that the trace cuts may have done anything, as a batch that nobody followed.
-  if (!whole) memory_.Follow("@cut", {ready_before_, ready_before_, 0});
-}
-
-void MemoryWatch::Settle(std::optional<long> code) {
-  if (!pending_) return;
-  // An "@" line by itself does nothing, and one within a batch is refused.
-  if (!IsBatchLine(*pending_)) memory_.Follow(*pending_, {ready_before_, ready(), code});
-  pending_.reset();
 }
 
 void MemoryWatch::Answered(const std::string& line, long code) {
-  if (IsBatchLine(line)) {
-    Settle(std::nullopt);
-    return;
-  }
-  // As it was sent: the trace shows less of a long line.
-  if (pending_) pending_ = line;
-  Settle(code);
+  memory_.Follow(line, {ready_before_, ready(), code});
 }
 
 std::string MemoryWatch::LostSaleReason(bool was_lost, long code) const {

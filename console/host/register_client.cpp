@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <ctime>
 #include <optional>
-#include <string_view>
 #include <utility>
 
 #include "console/check/code_table.h"
@@ -55,22 +54,12 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   void LogTrace(const char* line) override {
     VirtualRegister::LogTrace(line);
     Collect();
-    if (line == nullptr) return;
-    streams_.Trace(Shown(line));
-    constexpr std::string_view kCommand = "TradEcr Cmd<";
-    if (std::string_view(line).substr(0, kCommand.size()) != kCommand) return;
-    if (on_line_) on_line_();
-    if (on_command_) on_command_(line + kCommand.size());
+    if (line != nullptr) streams_.Trace(Shown(line));
   }
 
   void LogError(const char* line) override {
     VirtualRegister::LogError(line);
     if (line != nullptr) streams_.Trace(Shown(line));
-  }
-
-  void SetOnLine(std::function<void()> callback) { on_line_ = std::move(callback); }
-  void SetOnCommand(std::function<void(std::string_view)> callback) {
-    on_command_ = std::move(callback);
   }
 
   // What was printed since the start.
@@ -102,8 +91,6 @@ class RegisterClient::Device : public lorimat::VirtualRegister {
   Streams& streams_;
   size_t collected_;  // the line of the roll, of all times, up to which printed_ reaches
   lorimat::Paper printed_;
-  std::function<void()> on_line_;
-  std::function<void(std::string_view)> on_command_;
 };
 
 RegisterClient::RegisterClient(const std::string& clock, const std::string& register_file,
@@ -113,6 +100,7 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
   struct stat status;
   const bool made = !file_.empty() && stat(file_.c_str(), &status) != 0;
   device_ = std::make_unique<Device>(SettingsFor(clock, file_), streams);
+  stoppable_ = std::make_unique<StoppableClient>(*device_);
   if (made) TellNote(streams, Tr("{}: a new register was made", Shown(file_)));
   const std::optional<lorimat::CutOffDocument>& cut_off = device_->cut_off();
   if (cut_off) {
@@ -130,11 +118,12 @@ RegisterClient::RegisterClient(const std::string& clock, const std::string& regi
 }
 
 RegisterClient::RegisterClient(lorimat::RegisterSettings settings, Streams& streams)
-    : device_(std::make_unique<Device>(std::move(settings), streams)) {}
+    : device_(std::make_unique<Device>(std::move(settings), streams)),
+      stoppable_(std::make_unique<StoppableClient>(*device_)) {}
 
 RegisterClient::~RegisterClient() = default;
 
-RtfClientInterface* RegisterClient::client() { return device_.get(); }
+RtfClientInterface* RegisterClient::client() { return stoppable_.get(); }
 
 const lorimat::VirtualRegister& RegisterClient::device() const { return *device_; }
 
@@ -153,10 +142,13 @@ uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }
 
 const lorimat::Refusal& RegisterClient::last_refusal() const { return device_->last_refusal(); }
 
+int RegisterClient::ResultOf(const lorimat::Refusal& refusal) {
+  return refusal.by_key ? RTF_EFPTR_WRONG_STATE : refusal.code;
+}
+
 std::string RegisterClient::Reason(const lorimat::Refusal& refusal, long code) const {
-  // For the library every refused key is a wrong state. A line may go on behind a refusal, and fail
-  // for something else.
-  const int result = refusal.by_key ? RTF_EFPTR_WRONG_STATE : refusal.code;
+  // A line may go on behind a refusal, and fail for something else.
+  const int result = ResultOf(refusal);
   if (result == RTF_SUCCESS || !ComesFrom(code, result)) return {};
   if (refusal.cause == lorimat::RefusalCause::kNotKept && !last_failure().empty()) {
     return Tr("The register could not store it, and nothing was changed: {}.", last_failure());
@@ -178,14 +170,6 @@ std::string RegisterClient::PaperPng(const lorimat::PictureProgress& progress) c
 
 std::string RegisterClient::PaperPdf(const lorimat::PictureProgress& progress) const {
   return lorimat::RenderPdf(device_->Printed(), progress);
-}
-
-void RegisterClient::OnLine(std::function<void()> callback) {
-  device_->SetOnLine(std::move(callback));
-}
-
-void RegisterClient::OnCommand(std::function<void(std::string_view)> callback) {
-  device_->SetOnCommand(std::move(callback));
 }
 
 }  // namespace lorimat::console

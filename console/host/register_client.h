@@ -1,13 +1,11 @@
-// The virtual register as the console's device client: clock, paper, and what the library
-// traces through it.
+// The virtual register as the console's device client: clock, paper, and the trace.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
+#include "console/host/stoppable_client.h"
 #include "console/terminal/streams.h"
 #include "register/paper/picture.h"
 
@@ -33,6 +31,8 @@ class RegisterClient {
   ~RegisterClient();
 
   RtfClientInterface* client();
+  // The same, for whoever runs a batch that can be stopped.
+  StoppableClient& stoppable() { return *stoppable_; }
   const lorimat::VirtualRegister& device() const;
   lorimat::VirtualRegister& device();
   // The file that the register is kept in; empty for one in memory.
@@ -44,6 +44,8 @@ class RegisterClient {
   // How many operations were refused until now, and the last one.
   uint64_t refusals() const;
   const lorimat::Refusal& last_refusal() const;
+  // What the library takes a refusal for: a refused key is a wrong state.
+  static int ResultOf(const lorimat::Refusal& refusal);
   // Why the register refused, in a sentence, when that led to this code of the library; empty when
   // it did not, or the reason is not known.
   std::string Reason(const lorimat::Refusal& refusal, long code) const;
@@ -58,16 +60,11 @@ class RegisterClient {
   std::string PaperPng(const lorimat::PictureProgress& progress) const;
   std::string PaperPdf(const lorimat::PictureProgress& progress) const;
 
-  // Called for each command line that reaches the translator; null ends that.
-  void OnLine(std::function<void()> callback);
-  // The same with the line as the translator traces it: a '>' stands behind it, and of a long line
-  // the end is missing, with that sign.
-  void OnCommand(std::function<void(std::string_view)> callback);
-
  private:
   class Device;
   std::string file_;
   std::unique_ptr<Device> device_;
+  std::unique_ptr<StoppableClient> stoppable_;
   lorimat::RegisterFailure told_;
 };
 

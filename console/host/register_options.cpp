@@ -34,10 +34,14 @@ void AddPaperOption(CLI::App* command, std::string* file, const std::string& des
   command->add_option("--paper,--output", *file, description)->type_name("FILE");
 }
 
-void RequireRegisterName(const std::string& file) {
+void RequireNoStream(const std::string& file) {
   if (file == "-") {
-    throw Failure(Tr("--register -: standard input is no register; a file of this name is ./-"));
+    throw Failure(Tr("-: standard input and output are no register; a file of this name is ./-"));
   }
+}
+
+void RequireRegisterName(const std::string& file) {
+  RequireNoStream(file);
   const size_t slash = file.rfind('/');
   if (slash == std::string::npos) return;
   const auto refuse = [&file](int cause) {

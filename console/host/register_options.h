@@ -25,6 +25,8 @@ void AddPaperOption(CLI::App* command, std::string* file, const std::string& des
 // folder that is not there, and a folder's ("shop.register/"). The database would read some of them
 // as another name.
 void RequireRegisterName(const std::string& file);
+// The part of it that asks no disk: "-" is no file here, neither a register nor a copy of one.
+void RequireNoStream(const std::string& file);
 
 // The file that was named. Throws Failure, with a hint, when none was, or when nothing is there:
 // these commands make no register. The hint for one that is to be set up is "init".

@@ -32,7 +32,8 @@ struct RequestError {
     kNulByte,
     kLineFeed,
     kFault,  // the words behind ".fault"
-    kLast = kFault
+    kBatch,  // the error file of an "@" line
+    kLast = kBatch
   };
   Kind kind = kNotJson;
   std::string cause;    // in English

@@ -29,13 +29,6 @@ std::vector<std::string> WordsOf(std::string_view text) {
   return words;
 }
 
-std::optional<int> NumberOf(const std::string& text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
 std::vector<std::string> KindNames() {
   std::vector<std::string> names = {std::string(lorimat::kCodeFault)};
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) names.emplace_back(kind.name);
@@ -50,11 +43,18 @@ std::vector<std::string> KindNames() {
 
 // Takes the number that has to stand there.
 int TakeNumber(const std::vector<std::string>& words, size_t* at) {
-  const std::optional<int> number =
-      *at + 1 < words.size() ? NumberOf(words[*at + 1]) : std::nullopt;
-  if (!number) throw Failure(Tr("a number has to stand behind '{}'", Shown(words[*at], 60)));
-  ++*at;
-  return *number;
+  const std::string& name = words[*at];
+  const std::string text = ++*at < words.size() ? words[*at] : std::string();
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
+    throw Failure(Tr("a number has to stand behind '{}'", Shown(name, 60)));
+  }
+  if (error == std::errc::result_out_of_range) {
+    throw Failure(
+        Tr("the number behind '{}' is out of range: {}", Shown(name, 60), Shown(text, 60)));
+  }
+  return number;
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include "console/check/password_mask.h"
 #include "console/host/answer_causes.h"
 #include "console/host/answer_text.h"
-#include "console/host/batch_run.h"
+#include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -92,23 +92,18 @@ class JsonShell {
         return RequestError{RequestError::kFault, RegisterFailureText(error.failure()), 0};
       }
       Put(0, "", "", "", out);
-    } else if (IsBatchLine(line)) {
-      RunBatch(line, out);
     } else {
-      std::string text;
-      const uint64_t refusals = client_.refusals();
-      const long code = library_.RunLine(line, &text);
-      memory_.Answered(line, code);
-      const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
-      Put(code, text, line, lost.empty() ? client_.ReasonSince(refusals, code) : lost, out);
+      SourceLine source;
+      source.text = line;
+      const LineAnswer answer = RunLine(source, {library_, client_, memory_});
+      if (!answer.not_run.empty()) return RequestError{RequestError::kBatch, answer.not_run, 0};
+      Put(answer.code, answer.answer, line, answer.reason, out);
+      if (answer.batch) PutBatch(*answer.batch, out);
     }
     return std::nullopt;
   }
 
-  void RunBatch(const std::string& line, Json* out) {
-    const BatchRun batch = RunBatchLine(line, library_, client_, &memory_);
-    memory_.Answered(line, batch.code);
-    Put(batch.code, batch.answer, line, "", out);
+  void PutBatch(const BatchRun& batch, Json* out) {
     Json failures = Json::array();
     for (const FailedLine& failed : batch.failures) {
       if (failures.size() == kMostFailures) break;
@@ -124,7 +119,9 @@ class JsonShell {
         {"failed", batch.failures.size()},
         {"failures", std::move(failures)},
         {"not_known", batch.unknown.empty() ? Json() : Json(batch.unknown)},
-        {"stopped_behind", batch.stopped_behind ? Json(*batch.stopped_behind) : Json()}};
+        {"stopped_behind", batch.stop ? Json(batch.stop->ran) : Json()},
+        {"stopped_ahead_of",
+         batch.stop && batch.stop->refused != 0 ? Json(batch.stop->refused) : Json()}};
   }
 
   void Put(long code, const std::string& text, const std::string& line, const std::string& reason,

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "console/host/answer_causes.h"
-#include "console/host/batch_run.h"
 #include "console/message/failure.h"
 #include "console/message/register_failure_text.h"
 #include "console/message/shown_text.h"
@@ -18,7 +17,6 @@
 #include "console/shell/shell_fault.h"
 #include "console/shell/shell_status.h"
 #include "console/terminal/interrupt.h"
-#include "console/terminal/line_encoding.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/pager.h"
 #include "console/terminal/shell_text.h"
@@ -94,27 +92,16 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       help_(language),
       completer_(language, OwnWords(), FaultWords()),
       memory_(language, client),
+      host_{library, client, memory_},
       hints_(language),
       report_(streams, look_.terse ? nullptr : &language, false) {
   library_.RunLine("; lorimat shell", &plain_answer_);
 }
 
 void ShellSession::Take(const SourceLine& line, const std::string& place) {
-  if (line.nul_at != 0) {
-    const std::string why =
-        Tr("a NUL byte stands in column {}, and the library would read the line only up to there",
-           line.nul_at) +
-        EncodingHint(line.text);
-    if (FailureReport* report = LineReport()) {
-      ++failures_;
-      report->ReportNotRun(place, why, line.text);
-    } else {
-      Fail(place, fmt::format("{}: {}", Tr("not run"), why), line.text);
-    }
-    return;
-  }
+  echo_ended_ = false;
   const std::string_view text = WithoutBlanks(line.text);
-  const std::string own = OwnLine(text);
+  const std::string own = line.nul_at != 0 ? std::string() : OwnLine(text);
   if (!own.empty()) {
     try {
       if (own.front() == '?') {
@@ -128,24 +115,34 @@ void ShellSession::Take(const SourceLine& line, const std::string& place) {
       Fail(place, RegisterFailureText(error.failure()), look_.terminal ? "" : line.text);
     }
   } else {
-    Run(line.text, place);
+    Take(line, place, RunLine(line, host_));
   }
 }
 
-void ShellSession::Run(const std::string& text, const std::string& place) {
-  if (IsBatchLine(text)) {
-    RunBatch(text, place);
-    return;
+bool ShellSession::Take(const SourceLine& line, const std::string& place,
+                        const LineAnswer& answer) {
+  if (file_at_work_) ++file_lines_;
+  if (!answer.not_run.empty()) {
+    ShowNotRun(line, place, answer.not_run);
+  } else if (answer.batch) {
+    ShowBatch(line.text, place, answer);
+  } else {
+    ShowAnswer(line.text, answer.code, answer.answer, place, answer.reason);
+    if (answer.code == 0) ShowHints(line.text, place);
+    ShowPaper();
+    client_.TellFailure(streams_);
   }
-  std::string answer;
-  const uint64_t refusals = client_.refusals();
-  const long code = library_.RunLine(text, &answer);
-  memory_.Answered(text, code);
-  const std::string lost = memory_.LostSaleReason(memory_.sale_was_lost(), code);
-  ShowAnswer(text, code, answer, place, lost.empty() ? client_.ReasonSince(refusals, code) : lost);
-  if (code == 0) ShowHints(text, place);
-  ShowPaper();
-  client_.TellFailure(streams_);
+  return true;
+}
+
+void ShellSession::ShowNotRun(const SourceLine& line, const std::string& place,
+                              const std::string& why) {
+  if (FailureReport* report = LineReport()) {
+    ++failures_;
+    report->ReportNotRun(place, why, line.text);
+  } else {
+    Fail(place, fmt::format("{}: {}", Tr("not run"), why), line.text);
+  }
 }
 
 // On a terminal the line stands right above, but for those of a file.
@@ -165,19 +162,17 @@ void ShellSession::ShowHints(const std::string& text, const std::string& place) 
   }
 }
 
-void ShellSession::RunBatch(const std::string& text, const std::string& place) {
-  const BatchRun batch = RunBatchLine(text, library_, client_, &memory_);
-  memory_.Answered(text, batch.code);
-  if (!batch.stopped_behind || batch.code != 0) {
-    ShowAnswer(text, batch.code, batch.answer, place, "");
-  }
+void ShellSession::ShowBatch(const std::string& text, const std::string& place,
+                             const LineAnswer& answer) {
+  const BatchRun& batch = *answer.batch;
+  if (batch.stop) EndEcho();
+  if (!batch.stop || answer.code != 0) ShowAnswer(text, answer.code, answer.answer, place, "");
   ShowPaper();
   client_.TellFailure(streams_);
   TellUnknownFailures(batch, place, streams_);
+  failures_known_ = failures_known_ && batch.unknown.empty();
   ShowBatchFailures(batch);
-  if (batch.stopped_behind) {
-    TellStop(Shown(WithoutBlanks(text), kShownLine), *batch.stopped_behind);
-  }
+  if (batch.stop) TellStop(StopText(Shown(WithoutBlanks(text), kShownLine), *batch.stop));
 }
 
 void ShellSession::ShowBatchFailures(const BatchRun& batch) {
@@ -202,7 +197,7 @@ std::string ShellSession::next_sale_text() const {
     case TranslatorMemory::NextSale::kOpensReceipt:
       return Tr("opens a receipt");
     case TranslatorMemory::NextSale::kUnknown:
-      return Tr("not known: a line ran that was too long to be followed");
+      return Tr("not known: a batch ran whose lines could not be followed");
     case TranslatorMemory::NextSale::kOpensNone:
       break;
   }
@@ -262,15 +257,16 @@ void ShellSession::Fail(const std::string& place, const std::string& what, std::
   }
 }
 
-void ShellSession::TellStop(const std::string& file, uint64_t line) {
-  const std::string text =
-      LaidOut(Tr("{}: stopped by {} behind line {}", file, InterruptName(), line));
+// What is told behind a Ctrl-C begins below the ^C that the terminal shows.
+void ShellSession::EndEcho() {
+  if (look_.terminal && !std::exchange(echo_ended_, true)) streams_.Output("\n");
+}
+
+void ShellSession::TellStop(const std::string& text) {
   if (look_.terminal) {
-    // Behind the ^C that the terminal shows.
-    if (file_report_ && !std::exchange(echo_ended_, true)) streams_.Output("\n");
-    streams_.Output(text);
+    streams_.Output(LaidOut(text));
   } else {
-    streams_.Error(text);
+    streams_.Error(LaidOut(text));
   }
 }
 
@@ -431,32 +427,27 @@ void ShellSession::RunFile(const std::string& file) {
   LineReader reader(file == "-" ? "./-" : file, &interrupted);
   const uint64_t before = failures_;
   const uint64_t lines_before = file_lines_;
-  SourceLine line;
   if (look_.terminal) file_report_.emplace(streams_, &language_, true);
-  echo_ended_ = false;
+  file_at_work_ = true;
+  uint64_t last = 0;
   try {
-    while (interrupted == 0 && reader.Next(&line) && interrupted == 0) {
-      ++file_lines_;
-      // The words of the shell are none of a file's.
-      const std::string place = fmt::format("{}:{}", reader.name(), line.number);
-      if (line.nul_at != 0) {
-        Take(line, place);
-      } else {
-        Run(line.text, place);
-      }
-    }
+    // The words of the shell are none of a file's.
+    last = RunLines(reader, host_, *this);
   } catch (...) {
     file_report_.reset();
+    file_at_work_ = false;
     throw;
   }
+  file_at_work_ = false;
+  if (interrupted != 0) EndEcho();
   if (file_report_) file_report_->Summarize();
   const uint64_t failed = failures_ - before;
   if (interrupted != 0) {
     // In a pipe the whole input ends with it, and tells of it.
-    TellStop(reader.name(), line.number);
+    TellStop(Tr("{}: stopped by {} behind line {}", reader.name(), InterruptName(), last));
   } else if (look_.terminal && failed == 0) {
     streams_.Output(Styled(Tr("ok"), Style::kGood, look_.colours) + ": " +
-                    TrCount(line.number, "{} line", "{} lines") + "\n");
+                    TrCount(last, "{} line", "{} lines") + "\n");
   } else if (failed != 0) {
     Tell(streams_, Tr("{} of {} lines failed", failed, file_lines_ - lines_before));
   }

@@ -11,10 +11,10 @@
 #include <string_view>
 
 #include "console/check/language.h"
-#include "console/host/batch_run.h"
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/line_hints.h"
+#include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/host/register_client.h"
 #include "console/shell/shell_completion.h"
@@ -24,7 +24,7 @@
 
 namespace lorimat::console {
 
-class ShellSession {
+class ShellSession : private LineSink {
  public:
   // How lines and answers are shown.
   struct Look {
@@ -53,6 +53,8 @@ class ShellSession {
   bool quit() const { return quit_; }
   void Stay() { quit_ = false; }
   uint64_t failures() const { return failures_; }
+  // Whether all lines of batches that failed are among them.
+  bool failures_known() const { return failures_known_; }
   // Lines of ".batch" files, and of batches with failures, that were run.
   uint64_t file_lines() const { return file_lines_; }
   Completion Complete(std::string_view line, size_t cursor) const {
@@ -60,14 +62,16 @@ class ShellSession {
   }
 
  private:
-  void Run(const std::string& text, const std::string& place);
-  void RunBatch(const std::string& text, const std::string& place);
+  bool Take(const SourceLine& line, const std::string& place, const LineAnswer& answer) override;
+  void ShowBatch(const std::string& text, const std::string& place, const LineAnswer& answer);
   void ShowBatchFailures(const BatchRun& batch);
   FailureReport* LineReport();
   std::string next_sale_text() const;
   void ShowAnswer(const std::string& text, long code, const std::string& answer,
                   const std::string& place, const std::string& reason);
-  void TellStop(const std::string& file, uint64_t line);
+  void ShowNotRun(const SourceLine& line, const std::string& place, const std::string& why);
+  void EndEcho();
+  void TellStop(const std::string& text);
   void Fail(const std::string& place, const std::string& what, std::string_view line);
   // The line as one of the shell's own words, which begin with a sign; empty where it is for the
   // library.
@@ -92,15 +96,18 @@ class ShellSession {
   ShellHelp help_;
   ShellCompleter completer_;
   MemoryWatch memory_;
+  LineHost host_;
   LineHints hints_;
   uint64_t lines_answered_ = 0;  // with 0
   FailureReport report_;         // of a pipe
   // Of the lines of ".batch", while they run on a terminal.
   std::optional<FailureReport> file_report_;
-  bool echo_ended_ = false;   // of the Ctrl-C that stopped them
+  bool echo_ended_ = false;   // of the Ctrl-C that stopped what ran
   std::string plain_answer_;  // of a line that has nothing to say
   size_t paper_shown_ = 0;    // lines
   uint64_t failures_ = 0;
+  bool failures_known_ = true;
+  bool file_at_work_ = false;  // of ".batch"
   uint64_t file_lines_ = 0;
   bool quit_ = false;
 };

@@ -113,6 +113,8 @@ void Streams::StartTrace(const std::string& file) {
   tracing_ = !file.empty();
   trace_name_ = file;
   if (!trace_.is_open() || dup2(trace_.get(), STDOUT_FILENO) < 0) {
+    if (file.empty())
+      throw Failure(Tr("{}: cannot be opened: {}", "/dev/null", SystemMessage(errno)));
     throw Failure(Tr("{}: cannot write the trace: {}", Shown(file), SystemMessage(errno)));
   }
 }

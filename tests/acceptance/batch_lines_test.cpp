@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -111,7 +112,7 @@ TEST_F(BatchLines, ThatTheLibraryRefusesAnswerAsTheyDid) {
 TEST_F(BatchLines, WithANameThatTheLongerLineWouldChangeRunAsTheyStand) {
   folder_.Write("inner.cmd ", "VEND REP=1, PRE=2.00\nCHIU\nWRONG\n");
   const ProgramRun result = Run("@'inner.cmd '\n");
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, 2);
   EXPECT_THAT(result.output, HasSubstr("2,00"));
   EXPECT_EQ(result.errors,
             "lorimat: note: lines.cmd:1: which lines of the batch failed is not known for sure: "
@@ -139,6 +140,49 @@ TEST_F(BatchLines, TellWhenTheErrorFileMayBeCut) {
                                        temporary_.path()));
   EXPECT_THAT(result.errors, HasSubstr("File too large"));
   EXPECT_THAT(temporary_.names(), IsEmpty());
+}
+
+TEST_F(BatchLines, OfWhichItIsNotKnownWhetherTheyFailedAreNoSuccess) {
+  const ProgramSetting setting = {.folder = folder_.path(),
+                                  .input = "@inner.cmd\n",
+                                  .environment = {{"TMPDIR", temporary_.Path("none")}}};
+  for (const std::vector<std::string>& how :
+       {std::vector<std::string>{"run", "-", "--terse"}, {"shell", "--terse"}}) {
+    const ProgramRun result = RunConsole(how, setting);
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.output, HasSubstr("DOCUMENTO N. 0001-0001"));
+    EXPECT_THAT(result.errors, HasSubstr("standard input:1: which lines of the batch failed is not "
+                                         "known for sure: " +
+                                         temporary_.Path("none")));
+  }
+  // A file of its own is not begun.
+  const ProgramRun batch = RunConsole({"run", "inner.cmd", "--batch"}, setting);
+  EXPECT_EQ(batch.exit_code, 2);
+  EXPECT_THAT(batch.errors, HasSubstr("no folder for the error file"));
+  EXPECT_THAT(batch.output, IsEmpty());
+}
+
+// By whatever name: the library compares names alone, and would write over its lines.
+TEST_F(BatchLines, WhoseErrorFileIsTheBatchAreNotRun) {
+  std::filesystem::create_directory(folder_.Path("sub"));
+  std::filesystem::create_symlink("inner.cmd", folder_.Path("soft.txt"));
+  std::filesystem::create_hard_link(folder_.Path("inner.cmd"), folder_.Path("hard.txt"));
+  std::filesystem::create_symlink("inner.cmd", folder_.Path("errors.txt.tmp"));
+  for (const std::string name :
+       {"./inner.cmd", "sub/../inner.cmd", "./INNER.CMD", "soft.txt", "hard.txt", "errors.txt"}) {
+    const ProgramRun result = Run("@inner.cmd, " + name + "\n");
+    EXPECT_EQ(result.exit_code, 1) << name;
+    EXPECT_THAT(result.output, IsEmpty()) << name;
+    EXPECT_THAT(result.errors, HasSubstr("lines.cmd:1: not run: the error file ")) << name;
+    EXPECT_THAT(result.errors, HasSubstr(" is the batch file inner.cmd by another name")) << name;
+    EXPECT_EQ(folder_.Read("inner.cmd"), kInner) << name;
+    EXPECT_THAT(RunConsole({"shell", "--terse"}, Setting("@inner.cmd, " + name + "\n")).errors,
+                HasSubstr("standard input:1: not run: the error file "))
+        << name;
+  }
+  // An old error file is another file.
+  folder_.Write("old.txt", kInner);
+  EXPECT_EQ(Run("@inner.cmd, old.txt\n").exit_code, 0);
 }
 
 TEST_F(BatchLines, StopARunThatIsToStop) {

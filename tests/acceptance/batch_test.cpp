@@ -9,6 +9,7 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -183,4 +184,51 @@ TEST(Batch, AnEmptyFileRunsAndTheVerboseRunShowsTheAnswer) {
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_THAT(run.output, IsEmpty());
   EXPECT_THAT(run.errors, HasSubstr(lines + ": answer: OK.(0 Lines   0 msec)\n"));
+}
+
+TEST(Batch, CountsTheLinesUpToTheOneThatAbortedIt) {
+  TestFolder folder;
+  const std::string behind = "VEND REP=1, PRE=1.00\nWRONG\n; the end\n";
+  const std::string aborted =
+      folder.Write("aborted.cmd", "; a comment\nSETP ABORT=SI\nWRONG\n" + behind);
+  const std::string went_on = folder.Write(
+      "went_on.cmd", "WRONG\nSETP ABORT=SI\nSETP ABORT=1\nWRONG\nSETP ABORT=SI\n; the end\n");
+  for (const bool terse : {false, true}) {
+    std::vector<std::string> arguments = {"run", aborted, "--batch"};
+    if (terse) arguments.push_back("--terse");
+    EXPECT_THAT(RunConsole(arguments).errors, HasSubstr("lorimat: 1 of 3 lines failed\n"));
+    arguments[1] = went_on;
+    EXPECT_THAT(RunConsole(arguments).errors, HasSubstr("lorimat: 2 of 6 lines failed\n"));
+  }
+  // That stays for the batches behind it.
+  const ProgramRun line =
+      RunConsole({"run", "-", "--terse"}, {.input = "SETP ABORT=SI\n@" + aborted + "\n"});
+  EXPECT_THAT(line.errors, HasSubstr("lorimat: 1 of 5 lines failed\n"));
+}
+
+// The display is refused in the same way as the sale, and its line does not fail of it.
+TEST(Batch, GivesNoReasonWhereItWouldBeAGuess) {
+  TestFolder folder;
+  folder.Write("lines.cmd", "#14 #5='A'\nVEND REP=99, PRE=1.00\n");
+  const auto errors = [&](const std::string& fault) {
+    return RunConsole({"shell"}, {.folder = folder.path(), .input = fault + "@lines.cmd\n"}).errors;
+  };
+  const char* const reason = "There is no department 99";
+  EXPECT_THAT(errors(""), HasSubstr(reason));
+  const std::string guessed = errors(".fault code 217 next on DisplayTextAtEx\n");
+  EXPECT_THAT(guessed, HasSubstr("lines.cmd:2: code 1241"));
+  EXPECT_THAT(guessed, Not(HasSubstr(reason)));
+}
+
+TEST(Batch, WithoutDescriptorsSaysWhatCannotBeOpened) {
+  TestFolder folder;
+  folder.Write("receipt.cmd", kReceipt);
+  const ProgramRun run = RunProgram("/bin/bash",
+                                    {"-c", "ulimit -n 6; exec \"$1\" run receipt.cmd --batch",
+                                     "bash", std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                                    {.folder = folder.path()});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("Too many open files"));
+  EXPECT_THAT(run.errors, Not(HasSubstr("lorimat: :")));
+  EXPECT_THAT(run.errors, Not(HasSubstr("trace")));
 }

@@ -118,6 +118,12 @@ TEST_F(CopyCommand, WhatIsNoRegisterIsNotCopied) {
   EXPECT_THAT(Copy(text, to()).errors, StartsWith("lorimat: " + text + ": "));
   EXPECT_THAT(Copy(shop_.folder().Path("none"), to()).errors, HasSubstr("no such register"));
   EXPECT_THAT(Copy(shop_.folder().path(), to()).errors, HasSubstr("is a directory"));
+  for (const ProgramRun& dash : {Copy("-", shop_.folder().Path("copy")), Copy(shop_.file(), "-")}) {
+    EXPECT_EQ(dash.exit_code, 2);
+    EXPECT_EQ(
+        dash.errors,
+        "lorimat: -: standard input and output are no register; a file of this name is ./-\n");
+  }
   EXPECT_THAT(Copy(shop_.file(), shop_.folder().Path("none/copy")).errors,
               HasSubstr("none/copy: cannot be made: No such file or directory"));
   EXPECT_EQ(shop_.folder().names(), before);

@@ -71,7 +71,7 @@ TEST(Definition, AFolderIsRefused) {
   const std::string lines = folder.Write("lines.cmd", "");
   const ProgramRun run = RunWith(lines, folder.path());
   EXPECT_EQ(run.exit_code, 2);
-  EXPECT_THAT(run.errors, HasSubstr("is a directory"));
+  EXPECT_THAT(run.errors, HasSubstr("is no regular file"));
 }
 
 TEST(Definition, ARefusedFileIsShownWithLineAndCause) {

@@ -273,7 +273,7 @@ TEST_F(InitCommand, ALogThatWouldBeTakenForItsOwnIsNamed) {
 
 TEST_F(InitCommand, NamesThatAreNoneAreRefused) {
   for (const auto& [name, told] : std::vector<std::pair<std::string, std::string>>{
-           {"-", "standard input is no register"},
+           {"-", "standard input and output are no register"},
            {folder_.Path("none/shop"), "none/shop: cannot be opened: No such file or directory"},
            {folder_.Path(""), "Is a directory"},
            {folder_.Path("."), "Is a directory"},

@@ -204,17 +204,14 @@ TEST(Progress, ALongFileShowsABarOnATerminalAndTakesItAway) {
   std::string content;
   for (int line = 0; line < 2000; ++line) content += "; a comment of a long file\n";
   const std::string lines = folder.Write("long.cmd", content + "WRONG\n");
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"run", lines}, {"run", lines, "--batch"}}) {
-    const ProgramRun run =
-        RunConsole(arguments, {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
-    EXPECT_EQ(run.exit_code, 1);
-    EXPECT_THAT(run.errors, HasSubstr("\r[####"));
-    EXPECT_THAT(run.errors, HasSubstr("50%"));
-    // The bar is gone before the failing line is shown.
-    EXPECT_THAT(run.errors, HasSubstr("\r\x1b[K" + lines + ":2001: code 257"));
-    EXPECT_THAT(run.output, Not(HasSubstr("%")));
-  }
+  const ProgramRun run =
+      RunConsole({"run", lines}, {.environment = {{"NO_COLOR", "1"}}, .errors_to_terminal = true});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, HasSubstr("\r[####"));
+  EXPECT_THAT(run.errors, HasSubstr("50%"));
+  // The bar is gone before the failing line is shown.
+  EXPECT_THAT(run.errors, HasSubstr("\r\x1b[K" + lines + ":2001: code 257"));
+  EXPECT_THAT(run.output, Not(HasSubstr("%")));
 }
 
 TEST(Progress, TheBarIsGoneBeforeTheSummary) {

@@ -172,8 +172,7 @@ TEST(RunCauses, LinesThatAreNotRunAreCountedToo) {
   const ProgramRun run = RunLines(Repeated("SUBT\0\n"s, 30));
   EXPECT_EQ(Count(run.errors, ": not run: a NUL byte stands in column 5"), 20);
   EXPECT_THAT(run.errors, HasSubstr("note: further lines that are not run are counted"));
-  EXPECT_THAT(run.errors, HasSubstr("\n     30     -  standard input:1  A NUL byte in the line: it "
-                                    "was not run.\n"));
+  EXPECT_THAT(run.errors, HasSubstr("\n     30     -  standard input:1  The line was not run.\n"));
 }
 
 TEST(RunCauses, TheTableBeginsWithTheCodeThatIsThereMostAndThenTheFirstOne) {

@@ -129,11 +129,9 @@ TEST_F(ShellInterrupt, ABatchLineEndsAndTheReceiptStaysOpen) {
 }
 
 TEST_F(ShellInterrupt, TheNextSaleOpensAReceiptWhenNoneIsOpen) {
-  // What stands behind the stop would make the library believe that a document is open.
-  folder_.Write(
-      "long.cmd",
-      "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n; nothing\nFATTURA TIPO=2\nVEND "
-      "REP=1, PRE=1.00\n");
+  folder_.Write("long.cmd",
+                "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n; nothing\nVEND REP=1, "
+                "PRE=1.00\nVEND REP=1, PRE=1.00\n");
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
   EXPECT_THAT(Stop(run, places, "@long.cmd"), HasSubstr("Ctrl-C: no document is open.\n"));
@@ -141,21 +139,18 @@ TEST_F(ShellInterrupt, TheNextSaleOpensAReceiptWhenNoneIsOpen) {
             run.Enter("VEND REP=1, PRE=3.00").back());
 }
 
-TEST_F(ShellInterrupt, NoLineBehindTheStopTouchesAFileOrASetting) {
-  folder_.Write("kept.txt", "what it holds\n");
-  folder_.Write("long.cmd", Batch("LEGGI TAB=1, FILE='kept.txt'\nINFO TIPO=1, FILE='kept.txt'\n"
-                                  "SETP DIR='/'\n"));
+// The library takes a document for open that was refused, and the shell follows it there.
+TEST_F(ShellInterrupt, ADocumentBehindTheStopIsTakenForOpenAndToldSo) {
+  folder_.Write("long.cmd",
+                "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n; nothing\nFATTURA TIPO=2\n");
   Rendezvous places(folder_);
   TerminalRun run(shell(), setting());
-  const std::string shown = Stop(run, places, "  @long.cmd, errors.txt");
-  EXPECT_THAT(shown, HasSubstr(std::string("@long.cmd, errors.txt") + kStopped));
-  EXPECT_EQ("what it holds\n", folder_.Read("kept.txt"));
-  EXPECT_THAT(run.Enter("GETP DIR"), Contains("ok: " + folder_.path()));
-  // The library has ended the batch itself, and its error file is whole.
-  EXPECT_THAT(folder_.names(), Contains("errors.txt"));
-  EXPECT_THAT(folder_.names(), Not(Contains("errors.txt.tmp")));
-  EXPECT_THAT(folder_.Read("errors.txt"), StartsWith("ERROR 1/1 in line 4 "));
-  EXPECT_THAT(folder_.Read("errors.txt"), Not(HasSubstr("in line 5")));
+  const std::string shown = Stop(run, places, "@long.cmd");
+  EXPECT_THAT(shown, HasSubstr("Ctrl-C: no document is open.\n"));
+  EXPECT_THAT(shown, HasSubstr("the next sale opens no receipt: CLEAR, CHIU or RESPRN"));
+  run.Enter("CLEAR");
+  EXPECT_EQ("RECEIPT OPEN  1 item  subtotal 3,00  key registering",
+            run.Enter("VEND REP=1, PRE=3.00").back());
 }
 
 TEST_F(ShellInterrupt, FaultsThatWaitAreNotUsedUp) {
@@ -178,6 +173,12 @@ TEST_F(ShellInterrupt, ABatchLineInAFileEndsBoth) {
   const std::string shown = Stop(run, places, ".batch outer.cmd");
   EXPECT_THAT(shown, HasSubstr(std::string("\n@long.cmd") + kStopped));
   EXPECT_THAT(shown, HasSubstr("\nouter.cmd: stopped by Ctrl-C behind line 2\n"));
+  // All of it begins below the ^C: what failed, the summary, and where it stopped.
+  EXPECT_THAT(shown, Not(HasSubstr("^C ")));
+  EXPECT_THAT(shown, HasSubstr("^C\n"));
+  const size_t summary = shown.find("times  code  first line");
+  ASSERT_NE(std::string::npos, summary);
+  EXPECT_LT(shown.find("^C\n"), summary);
   EXPECT_THAT(shown, HasSubstr("Ctrl-C: the receipt is open, with "));
 }
 

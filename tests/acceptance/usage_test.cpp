@@ -434,3 +434,48 @@ TEST(Streams, ThePaperNeverReplacesTheFileOfLines) {
   EXPECT_THAT(run.errors, HasSubstr("the paper would replace it"));
   EXPECT_EQ(folder.Read("lines.cmd"), "SUBT\n");
 }
+
+TEST(Usage, TheOppositeOfAnOptionIsNoSuggestion) {
+  const ProgramRun run = RunConsole({"init", "x.register", "--no-training"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("no option is called '--no-training'\n"));
+  EXPECT_THAT(RunConsole({"set", "x.register", "--no-trainin"}).errors,
+              HasSubstr("did you mean --no-training?"));
+}
+
+TEST(Usage, AFileWhoseNameBeginsWithADashStandsBehindTwo) {
+  const TestFolder folder;
+  folder.Write("-x", "VEND REP=1, PRE=1.00\nCHIU\n");
+  for (const std::vector<std::string>& how : {std::vector<std::string>{"run", "--", "-x"},
+                                              {"run", "--batch", "--", "-x"},
+                                              {"run", "./-x"}}) {
+    const ProgramRun run = RunConsole(how, {.folder = folder.path()});
+    EXPECT_EQ(run.exit_code, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("1,00"));
+  }
+}
+
+TEST(Usage, WhatIsNoDefinitionFileIsRefusedAlikeByAll) {
+  const TestFolder folder;
+  folder.Write("lines.cmd", "SUBT\n");
+  for (const auto& [file, cause] : std::vector<std::pair<std::string, std::string>>{
+           {".", "definition file .: is no regular file\n"},
+           {"/dev/null", "definition file /dev/null: is no regular file\n"},
+           {"-",
+            "definition file -: standard input is no definition file; a file of this name is "
+            "./-\n"},
+           {"none.ini",
+            "definition file none.ini: cannot be opened: No such file or directory\n"}}) {
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"run", "lines.cmd"},
+                                                    {"run", "lines.cmd", "--terse"},
+                                                    {"shell"},
+                                                    {"check", "lines.cmd"},
+                                                    {"words"}}) {
+      std::vector<std::string> arguments = command;
+      arguments.insert(arguments.end(), {"--language", file});
+      const ProgramRun run = RunConsole(arguments, {.folder = folder.path()});
+      EXPECT_EQ(run.exit_code, 2) << command.front() << " " << file;
+      EXPECT_EQ(run.errors, "lorimat: " + cause) << command.front();
+    }
+  }
+}

@@ -182,7 +182,8 @@ TEST(ShellFaultWords, WhatMakesNoFaultIsRefusedWithACause) {
   EXPECT_EQ("a number has to stand behind 'code'", Refusal("code"));
   EXPECT_EQ("a number has to stand behind 'code'", Refusal("code 12x"));
   EXPECT_EQ("a number has to stand behind 'nth'", Refusal("busy nth"));
-  EXPECT_EQ("a number has to stand behind 'nth'", Refusal("busy nth 99999999999999"));
+  EXPECT_EQ("the number behind 'nth' is out of range: 99999999999999",
+            Refusal("busy nth 99999999999999"));
   EXPECT_EQ("'evry' has no place there; did you mean every?", Refusal("busy evry"));
   EXPECT_EQ("no operation of the device is called 'PrintRecItemXe'; did you mean PrintRecItemEx?",
             Refusal("paper-end on PrintRecItemXe"));
