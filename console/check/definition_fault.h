@@ -17,8 +17,8 @@ struct DefinitionReport {
   int commands = 0;         // of the OPCOD section, up to there
 };
 
-// Throws Failure, with the file, when it is none that is read as a definition file: it is missing, a
-// folder or a device, or "-".
+// Throws Failure, with the file, when it is none that is read as a definition file: it is missing,
+// a folder or a device, or "-".
 void RequireDefinitionFile(const std::string& path);
 
 // Throws Failure when the file cannot be read.

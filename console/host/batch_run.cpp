@@ -128,10 +128,13 @@ FileMark MarkOf(const std::string& file) {
 }
 
 // Runs the line and tells what became of the lines of the file.
-BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const LineHost& host) {
+BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const LineHost& host,
+                    const ScratchFolder* scratch) {
   BatchRun run;
   BatchRefusals refusals(host.client);
-  RunBatch batch = {names.file, names.place, {}, false};
+  RunBatch batch;
+  batch.file = names.file;
+  batch.place = names.place;
   const FileMark before = MarkOf(names.file);
   Send(line, host, refusals, &run, &batch.stopped);
   if (run.code != 0) return run;
@@ -146,6 +149,8 @@ BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const Line
       run.unknown = failure.what();
     }
   }
+  if (scratch != nullptr && run.unknown.empty()) run.unknown = CutCause(*scratch);
+  batch.all_errors = run.unknown.empty();
   if (!(MarkOf(names.file) == before)) {
     batch.file.clear();
     run.unknown = Tr("{}: the file was changed meanwhile", names.place);
@@ -188,7 +193,7 @@ BatchRun RunBatchLine(const std::string& line, const LineHost& host) {
   BatchNames names = {Absolute(Lower(request.file())), Shown(request.file()), {}};
   if (!request.wants_error_file()) {
     if (!request.error_file().empty()) names.error_file = Absolute(Lower(request.error_file()));
-    run = RunAndWalk(line, names, host);
+    run = RunAndWalk(line, names, host, nullptr);
     // They are in the file that the line names.
     run.failures.clear();
     run.unknown.clear();
@@ -206,24 +211,21 @@ BatchRun RunBatchLine(const std::string& line, const LineHost& host) {
   }
   if (!changed.empty()) {
     names.error_file = scratch->error_file();
-    run = RunAndWalk(changed, names, host);
-    if (run.code == 0 && run.unknown.empty()) run.unknown = CutCause(*scratch);
+    run = RunAndWalk(changed, names, host, &*scratch);
     if (run.code != ERROR_FILE_OPEN_ERROR) return run;
     // Nothing of the batch has run, and the user's line did not ask for this file.
     unknown = Tr("{}: the file cannot be written", Shown(names.error_file));
     names.error_file.clear();
   }
-  run = RunAndWalk(line, names, host);
+  run = RunAndWalk(line, names, host, nullptr);
   if (run.code == 0) run.unknown = unknown;
   return run;
 }
 
 BatchRun RunBatchFile(const std::string& name, const std::string& place, const LineHost& host) {
   const ScratchFolder scratch;
-  BatchRun run = RunAndWalk(BatchLine(name, scratch.error_file()),
-                            {Absolute(name), place, scratch.error_file()}, host);
-  if (run.code == 0 && run.unknown.empty()) run.unknown = CutCause(scratch);
-  return run;
+  return RunAndWalk(BatchLine(name, scratch.error_file()),
+                    {Absolute(name), place, scratch.error_file()}, host, &scratch);
 }
 
 void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report) {

@@ -67,7 +67,7 @@ class Walk {
     if (stop_line_ != 0 && first->error.code == StoppableClient::kStoppedHere) {
       return {seen - 1, seen};
     }
-    if (doubtful_ == 0) return {};
+    if (doubtful_ == 0 || !batch_.all_errors) return {};
     if (doubtful_ == 1) return {first_doubtful_ - 1, first_doubtful_};
     return {first_doubtful_ - 1, seen};
   }
@@ -84,7 +84,8 @@ class Walk {
     TranslatorMemory& memory = memory_.memory();
     const bool opens_none = memory.next_sale() == TranslatorMemory::NextSale::kOpensNone;
     TranslatorMemory::Seen seen = {std::nullopt, std::nullopt, std::nullopt};
-    if (batch_.errors) seen.code = failed != nullptr ? failed->error.code : 0;
+    if (failed != nullptr) seen.code = failed->error.code;
+    if (failed == nullptr && batch_.errors && batch_.all_errors) seen.code = 0;
     const bool behind_stop = stop_line_ != 0 && line.number >= stop_line_;
     // Nothing has changed the register since.
     if (behind_stop) seen.ready_before = seen.ready_after = memory_.ready();
@@ -93,7 +94,7 @@ class Walk {
     if (failed != nullptr) failed->sale_found_none = opens_none && opcode == kSale;
     if (!behind_stop && batch_.stopped) Doubt(line.number, opcode, seen.code == 0);
     if (!memory.aborts()) return;
-    if (!batch_.errors) lines_known_ = false;
+    if (!batch_.errors || !batch_.all_errors) lines_known_ = false;
     ended_ = failed != nullptr;
   }
 

@@ -31,7 +31,8 @@ struct RunBatch {
   std::string place;  // as it is shown
   // The failing lines, in their order; none when they are not known.
   std::optional<std::vector<BatchError>> errors;
-  bool stopped = false;  // calls were refused by StoppableClient
+  bool all_errors = true;  // none of them may be missing, as on a full disk
+  bool stopped = false;    // calls were refused by StoppableClient
 };
 
 struct BatchOutcome {

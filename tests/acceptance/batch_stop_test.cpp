@@ -30,7 +30,7 @@ struct OpenReceipt {
   int cents = 0;
 };
 
-OpenReceipt OpenIn(const Shop& shop) {
+OpenReceipt ReceiptOf(const Shop& shop) {
   const ProgramRun run = RunConsole({"status", "--register", shop.file(), "--json"});
   const json open = json::parse(run.output).at("open_document");
   if (open.is_null()) return {};
@@ -95,7 +95,7 @@ TEST(BatchStop, IsToldWhereTheRegisterHasIt) {
                                         kStopped + stop.told))
           << stop.behind;
       // The sale of the first line, and nothing of what stands behind the third.
-      const OpenReceipt open = OpenIn(shop);
+      const OpenReceipt open = ReceiptOf(shop);
       EXPECT_EQ(open.lines, 1) << stop.behind;
       EXPECT_EQ(open.cents, 100) << stop.behind;
       EXPECT_THAT(temporary.names(), IsEmpty()) << stop.behind;
@@ -162,7 +162,7 @@ TEST(BatchStop, AtAnyLineSellsNothingBehindIt) {
     ASSERT_NE(mark, std::string::npos) << at;
     const int last = std::stoi(run.errors.substr(mark + std::string(kStopped).size()));
     EXPECT_GE(last, at);
-    const OpenReceipt open = OpenIn(shop);
+    const OpenReceipt open = ReceiptOf(shop);
     EXPECT_EQ(open.lines, last - last / 7) << at;
     EXPECT_EQ(open.cents, last - last / 7) << at;
   }
