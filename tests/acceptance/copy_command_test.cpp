@@ -252,6 +252,6 @@ TEST_F(CopyCommand, WhatFailsBehindTheCopyLeavesIt) {
 
 TEST_F(CopyCommand, SpeaksItalian) {
   const ProgramRun run = Copy(shop_.file(), to(), {.environment = {{"LANG", "it_IT.UTF-8"}}});
-  EXPECT_THAT(run.output, HasSubstr("il giornale è in ordine: 3 voci, 2 documenti\n"));
+  EXPECT_THAT(run.output, HasSubstr("il giornale è integro: 3 voci, 2 documenti\n"));
   EXPECT_THAT(run.errors, HasSubstr("è lo stesso registratore, matricola 99LRM0000001VR"));
 }

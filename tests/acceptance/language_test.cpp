@@ -263,8 +263,8 @@ TEST_F(RegisterInItalian, BackupAndRestore) {
   const std::string tables = folder_.Path("tables");
   const ProgramRun backup = RunOn({"backup", tables});
   EXPECT_EQ(backup.exit_code, 0) << backup.errors;
-  EXPECT_THAT(backup.output, HasSubstr("\n" + tables + ": copia di 99LRM0000001VR, "));
-  EXPECT_EQ(RunOn({"restore", tables}).output, file_ + ": nessuna riga è diversa dalla copia\n");
+  EXPECT_THAT(backup.output, HasSubstr("\n" + tables + ": backup di 99LRM0000001VR, "));
+  EXPECT_EQ(RunOn({"restore", tables}).output, file_ + ": nessuna riga è diversa dal backup\n");
 }
 
 TEST_F(RegisterInItalian, WhatTheRegisterSaysOfItsFile) {
@@ -291,10 +291,11 @@ TEST_F(RegisterInItalian, ABackupWhoseReportCannotBeWritten) {
   ProgramSetting full = Italian();
   full.output_file = "/dev/full";
   const std::string tables = folder_.Path("tables");
-  EXPECT_EQ(RunConsole({"backup", tables, "--register", file_}, full).errors,
-            "lorimat: " + tables +
-                ": la copia c'è ed è intera, ma manca il rapporto: non si riesce a scrivere sullo "
-                "standard output: Spazio esaurito sul dispositivo\n");
+  EXPECT_EQ(
+      RunConsole({"backup", tables, "--register", file_}, full).errors,
+      "lorimat: " + tables +
+          ": il backup c'è ed è completo, ma manca il resoconto: non si riesce a scrivere sullo "
+          "standard output: Spazio esaurito sul dispositivo\n");
 }
 
 TEST_F(RegisterInItalian, NoRegisterNamed) {
