@@ -191,7 +191,7 @@ TEST_F(ShellInterrupt, AnItalianReadsItToo) {
   italian.environment["LC_CTYPE"] = "C.UTF-8";
   TerminalRun run(shell(), italian);
   EXPECT_THAT(Stop(run, places, "@long.cmd"),
-              HasSubstr("\n@long.cmd: fermato da Ctrl-C dopo la riga "));
+              HasSubstr("\n@long.cmd: fermato con Ctrl-C dopo la riga "));
 }
 
 // The receipt is kept in a file, and the shell as a pipe ends.

@@ -179,7 +179,7 @@ TEST(Sentences, AreWhollyOfOneLanguage) {
   RegisterFailure failure = FailureOf(FailureCause::kDiskFull, "");
   failure.doubtful = true;
   EXPECT_EQ(RegisterFailureText(failure),
-            "il disco è pieno; se sia registrato si saprà solo al prossimo avvio");
+            "il disco è pieno; se sia stato memorizzato si saprà solo al prossimo avvio");
   failure.place = FailurePlace::kMemory;
   EXPECT_THAT(RegisterFailureText(failure), StartsWith("registratore in memoria: il disco"));
   for (const lorimat::FaultKind& kind : lorimat::FaultKinds()) {
