@@ -261,8 +261,8 @@ TEST(CheckTraps, SentencesTellWhatHappensAndWhatToWrite) {
                  {.folder = folder.path(), .environment = {{"LC_ALL", "it_IT.UTF-8"}}});
   EXPECT_THAT(italian.output,
               HasSubstr("qui nessuna vendita apre uno scontrino: dopo DOCANNULLO alla riga 3"));
-  EXPECT_THAT(italian.output, HasSubstr("ogni vendita è rifiutata fino a CLEAR, RESPRN o CHIU; si "
-                                        "scriva prima CLEAR (codice 1231)"));
+  EXPECT_THAT(italian.output, HasSubstr("ogni vendita è rifiutata fino a CLEAR, RESPRN o CHIU; da "
+                                        "scrivere: prima CLEAR (codice 1231)"));
   EXPECT_THAT(italian.output,
               HasSubstr("'1,5' non è scritto come un numero: la libreria legge 15"));
 }

@@ -68,9 +68,18 @@ TEST(MessageLanguage, RunNotesAnOpenReceiptInItalian) {
   const std::string lines = folder.Write("lines.cmd", "VEND REP=1, PRE=1\n");
   const ProgramRun run = RunItalian({"run", lines});
   EXPECT_THAT(run.errors, HasSubstr("lorimat: nota: " + lines +
-                                    " finisce con un documento aperto: scontrino, con 1 articolo e "
-                                    "un subtotale di 1,00; va perso con il registratore in "
-                                    "memoria\n"));
+                                    ": alla fine c'è un documento aperto: scontrino, con 1 "
+                                    "articolo e un subtotale di 1,00; va perso con il "
+                                    "registratore in memoria\n"));
+}
+
+TEST(MessageLanguage, RunNotesADocumentThatIsNoReceiptInItalian) {
+  TestFolder folder;
+  const std::string lines = folder.Write("lines.cmd", "NOFIS INIZIO\n");
+  EXPECT_EQ(RunItalian({"run", lines}).errors,
+            "lorimat: nota: " + lines +
+                ": alla fine c'è un documento aperto (NON FISCALE); va perso con il registratore "
+                "in memoria\n");
 }
 
 TEST(MessageLanguage, RunNamesTheCauseOfTheSystemInItalian) {
@@ -184,7 +193,7 @@ TEST(MessageLanguage, HelpHasItalianHeadings) {
 }
 
 TEST(MessageLanguage, WrongUseIsToldInItalian) {
-  const std::string end = "\nCon --help se ne sa di più.\n";
+  const std::string end = "\nPer saperne di più: --help.\n";
   EXPECT_EQ(RunItalian({}).errors, "lorimat: Manca il sottocomando" + end);
   EXPECT_EQ(RunItalian({"run"}).errors, "lorimat: FILE è obbligatorio" + end);
   EXPECT_EQ(RunItalian({"run", "x", "--papper", "y"}).errors,
@@ -228,6 +237,20 @@ TEST_F(RegisterInItalian, StatusAndItsJson) {
                                 HasSubstr("\nGiornata           aperta\n")));
   EXPECT_EQ(RunOn({"status", "--json"}).output,
             RunConsole({"status", "--json", "--register", file_}).output);
+}
+
+// An invoice is feminine where a receipt is not.
+TEST_F(RegisterInItalian, AnInvoiceThatWasCutOff) {
+  const std::string lines = folder_.Write("more.cmd", "FATTURA TIPO=2\nVEND REP=1, PRE=5\n");
+  const std::string clock = "2024-03-15 10:30";
+  EXPECT_EQ(RunOn({"run", lines, "--clock", clock}).errors,
+            "lorimat: nota: " + file_ +
+                " conserva una fattura del 15/03/2024 10:30, 1 riga, subtotale 5,00, senza "
+                "pagamento: al prossimo avvio si annulla\n");
+  EXPECT_EQ(RunOn({"run", folder_.Write("none.cmd", ""), "--clock", clock}).errors,
+            "lorimat: nota: " + file_ +
+                ": una fattura del 15/03/2024 10:30, 1 riga, subtotale 5,00: documento interrotto, "
+                "non pagato e ora annullato\n");
 }
 
 TEST_F(RegisterInItalian, JournalAndItsCheck) {

@@ -126,7 +126,7 @@ TEST(RunCauses, ABatchHasTheReasonOfEachLine) {
 TEST(RunCauses, WhatTheRegisterKnowsIsItalianToo) {
   const ProgramRun run = RunConsole(
       {"run", "-"}, {.input = "VEND REP=99, PRE=1.00\n", .environment = {{"LANG", "it"}}});
-  EXPECT_THAT(run.errors, HasSubstr("\n  Il reparto 99 non c'è: vanno da 1 a 40.\n"));
+  EXPECT_THAT(run.errors, HasSubstr("\n  Il reparto 99 non esiste: i numeri vanno da 1 a 40.\n"));
 }
 
 TEST(RunCauses, TheBareFormHasLineAndAnswerAlone) {

@@ -127,7 +127,7 @@ TEST(StatusCommand, SpeaksItalian) {
   EXPECT_THAT(run.output, HasSubstr("Chiave             registrazione\n"));
   EXPECT_THAT(run.output,
               HasSubstr("Documento aperto   uno scontrino del 15/03/2024 10:30, 1 riga, "
-                        "subtotale 1,00, non pagato: al prossimo avvio viene annullato\n"));
+                        "subtotale 1,00, senza pagamento: al prossimo avvio si annulla\n"));
   // A program reads the same in every language.
   EXPECT_EQ(WithoutTime(
                 shop.Run({"status", "--json"}, {.environment = {{"LANG", "it_IT.UTF-8"}}}).output),
