@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "pal/filesystem/filesystem.h"
+#include "pal/protocols/lorimat/front/name_index.h"
 #include "pal/protocols/lorimat/lorimatenums.h"
 #include "pal/protocols/lorimat/prot_def.h"
 #include "pal/protocols/lorimat/records.h"
@@ -78,6 +79,9 @@ class EcrCmdInterpreter {
   // dropped. Returns the length without the line end, -1 at the end of the file, -2 on
   // a read error.
   int SeqFileRead(fs_file_t* hHandle, char* szLinea, unsigned long nMax);
+  // Opens a file for a command that writes to it, without translation of line ends, which are
+  // written as they are. False when it does not open.
+  bool OpenOutput(fs_file_t* file, const char* name, mode_flags_t flags);
   // Writes a line with carriage return and line feed; false when not all went out.
   bool SeqFileWrite(fs_file_t* hHandle, char* szString);
 
@@ -254,4 +258,32 @@ class EcrCmdInterpreter {
   // keys lie in front of TabErrTrad2 and TabErrTrad3; they have rows of their own here.
   char TabErrKey2[20][80];
   char TabErrKey3[30][80];
+
+ private:
+  using CommandIndex = NameIndex<MAXOPCOD>;
+  using FieldIndex = NameIndex<MAXCAMPI + 1>;
+
+  struct OperandLengths {
+    size_t key = 0;
+    size_t value = 0;
+  };
+
+  // What TradEcr tells the client of a line, in the form of LogF.
+  void TraceLine(const char* line);
+  // GetOper, with the lengths of both texts when the answer is 0.
+  int ReadOperand(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa,
+                  OperandLengths* lengths);
+  // What a value without quotes stands for; length is that of szVal, before and after.
+  int ReadBareValue(char* szVal, size_t* length);
+  // The field rows of a command that a name is looked for in.
+  size_t FieldRows(int opcode) const;
+  // To be called before FindField for this command.
+  void FollowFieldNames(int opcode);
+  // GetNumOper for a key of this length.
+  int FindField(int iOpCod, const char* szKey, size_t length, int* iNum) const;
+
+  // A command of the batch has opened a file for writing: perhaps the batch itself.
+  bool output_opened_ = false;
+  CommandIndex command_index_;
+  FieldIndex field_indexes_[MAXOPCOD];
 };

@@ -84,6 +84,21 @@ void EcrCmdInterpreter::Log(bool, const char* str) {
   });
 }
 
+void EcrCmdInterpreter::TraceLine(const char* line) {
+  if (rtfClient_ == nullptr) return;
+  constexpr char kBefore[] = "TradEcr Cmd<";
+  char text[1024];
+  BufferWriter trace(text, sizeof text);
+  trace.Move(kBefore, sizeof kBefore - 1);
+  trace.Move(line, std::strlen(line));
+  trace.Put('>');
+  trace.Close();
+  GuardedClientCall([&] {
+    rtfClient_->LogTrace(text);
+    return 0;
+  });
+}
+
 int EcrCmdInterpreter::checkResult(int result) {
   if (result == 0) return 0;
   if (result == -1) return CLASS_IO;
@@ -96,7 +111,7 @@ int EcrCmdInterpreter::TradEcr(char* szSrcLine) {
   static int opcode;
 
   TStato.iCurOpCode = 0;
-  LOG_ZUP_TRACE_F("TradEcr Cmd<%s>", szSrcLine);
+  TraceLine(szSrcLine);
   if (rtfClient_ == nullptr) return CLASS_SYNTAX;
   if (std::strlen(szSrcLine) > kLongestLine) return SyntaxError(SOURCE_LINE_TOO_LONG);
   if (!TStato.bInitOK) return INITIALIZATION_ERROR;

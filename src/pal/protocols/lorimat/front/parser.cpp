@@ -28,12 +28,39 @@ int HashNumber(const char* word, size_t length) {
 // Whether a name and a word are the same over the shorter of the two, ignoring case.
 // *compared receives that length.
 bool Matches(const char* name, const char* word, size_t word_length, size_t* compared) {
-  *compared = std::min(std::strlen(name), word_length);
-  return name[0] != 0 && SameIgnoringCase(name, word, *compared);
+  size_t length = 0;
+  while (length < word_length && name[length] != 0) {
+    const char a = name[length];
+    const char b = word[length];
+    if (a != b && Lower(a) != Lower(b)) return false;
+    ++length;
+  }
+  *compared = length;
+  return name[0] != 0;
+}
+
+// Of a name that matches.
+bool IsExact(const char* name, size_t compared, size_t word_length) {
+  return compared == word_length && name[compared] == 0;
 }
 
 bool QuoteFollows(const char* text, char quote) {
   return *text != 0 && std::strchr(text, quote) != nullptr;
+}
+
+const char* PastBlanks(const char* text) {
+  while (*text == ' ') ++text;
+  return text;
+}
+
+// The end of a text without its last blanks.
+char* WithoutBlanksBehind(const char* text, char* end) {
+  while (end != text && end[-1] == ' ') --end;
+  return end;
+}
+
+bool HasMandatoryField(const bool (&rows)[MAXCAMPI + 1]) {
+  return std::memchr(rows, 1, sizeof rows) != nullptr;
 }
 
 // Opcode ids come from the definition file, and some lie outside the field tables: such a
@@ -59,22 +86,27 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
     return 0;
   }
 
-  int row = 1;
+  command_index_.Follow(szOpCodes, MAXOPCOD);
+  const auto& rows = command_index_.Candidates(word, length);
+  const auto next_match = [&](size_t row, size_t* compared) {
+    do row = CommandIndex::Next(rows, row + 1);
+    while (row < MAXOPCOD && !Matches(szOpCodes[row], word, length, compared));
+    return row;
+  };
+
   size_t longest = 0;
-  while (row < MAXOPCOD && !Matches(szOpCodes[row], word, length, &longest)) ++row;
+  size_t row = next_match(0, &longest);
   if (row == MAXOPCOD) return INSTRUCTION_NOT_FOUND;
   int found = iIdOpCodes[row];
-  bool exact = std::strlen(szOpCodes[row]) == length;
+  bool exact = IsExact(szOpCodes[row], longest, length);
 
   // The order of the rows counts: an exact name behind two abbreviations comes too late.
-  for (++row; row < MAXOPCOD; ++row) {
-    size_t compared = 0;
-    if (!Matches(szOpCodes[row], word, length, &compared) || compared < longest) continue;
-    if (exact) {
-      if (std::strlen(szOpCodes[row]) == length) return INSTRUCTION_NOT_UNIC;
-      continue;
-    }
-    if (std::strlen(szOpCodes[row]) != length) return INSTRUCTION_NOT_UNIC;
+  size_t compared = 0;
+  while ((row = next_match(row, &compared)) != MAXOPCOD) {
+    if (compared < longest) continue;
+    const bool exact_again = IsExact(szOpCodes[row], compared, length);
+    if (exact == exact_again) return INSTRUCTION_NOT_UNIC;
+    if (exact) continue;
     exact = true;
     longest = compared;
     found = iIdOpCodes[row];
@@ -86,21 +118,26 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
 int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
   static char key[MAXSIMBLN + 1];
   static char value[MAXVALLN + 1];
-  for (int field = 1; field <= MAXCAMPI; ++field) szCampi[field][0] = 0;
+  // The rows lie far apart, and most are empty: to look is cheaper than to write.
+  for (int field = 1; field <= MAXCAMPI; ++field) {
+    if (szCampi[field][0] != 0) szCampi[field][0] = 0;
+  }
 
+  FollowFieldNames(iOpCod);
   while (szLinea[*iPunt - 1] != 0) {
+    OperandLengths lengths;
     bool quoted = false;
     int number = 0;
-    int result = GetOper(szLinea, iPunt, key, value, &quoted);
-    if (result == 0) result = GetNumOper(iOpCod, key, &number);
+    int result = ReadOperand(szLinea, iPunt, key, value, &quoted, &lengths);
+    if (result == 0) result = FindField(iOpCod, key, lengths.key, &number);
     // A definition file may bind a name to a number that is no field.
     if (result == 0 && (number < 1 || number > MAXCAMPI)) result = FIELD_NAME_NOT_FOUND;
     if (result != 0) return result;
-    CopyText(szCampi[number], value);
+    CopyBytes(szCampi[number], sizeof szCampi[number], value, lengths.value);
     bCampiA[number] = quoted;
   }
 
-  if (!HasFields(iOpCod)) return 0;
+  if (!HasFields(iOpCod) || !HasMandatoryField(bObl[iOpCod])) return 0;
   for (int row = 1; row <= MAXCAMPI; ++row) {
     // By field row against field number, whatever number the row has: meant.
     if (bObl[iOpCod][row] && szCampi[row][0] == 0) return CAMPO_OBBLIGATORIO;
@@ -109,98 +146,135 @@ int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
 }
 
 int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa) {
-  size_t key_length = 0;
-  size_t value_length = 0;
-  bool in_quotes = false;
-  bool seen_equals = false;
+  OperandLengths lengths;
+  return ReadOperand(szLinea, iPunt, szKey, szVal, bAlfa, &lengths);
+}
+
+int EcrCmdInterpreter::ReadOperand(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa,
+                                   OperandLengths* lengths) {
   *bAlfa = false;
   szKey[0] = 0;
   szVal[0] = 0;
-  lorimatutility::SkipSpace(szLinea, iPunt);
-  if (szLinea[*iPunt - 1] == 0) return UNEXPECTED_END_OF_LINE;
+  const char* place = PastBlanks(szLinea + *iPunt - 1);
+  if (*place == 0) {
+    *iPunt = static_cast<int>(place - szLinea) + 1;
+    return UNEXPECTED_END_OF_LINE;
+  }
+  char* key_end = szKey;
+  char* value_end = szVal;
+  const auto end = [&](int result) {
+    *key_end = 0;
+    *value_end = 0;
+    *iPunt = static_cast<int>(place - szLinea) + 1;
+    return result;
+  };
 
-  while (szLinea[*iPunt - 1] != 0) {
-    const char* place = szLinea + *iPunt - 1;
-    bool store = true;
-    if (*place == cChQuote) {
-      if (!seen_equals) return ILLEGAL_FIELD_NAME;
+  const char quote = cChQuote;
+  const char* const key_limit = szKey + MAXSIMBLN;
+  const char* const value_limit = szVal + MAXVALLN;
+  bool in_quotes = false;
+  bool seen_equals = false;
+  for (char c; (c = *place) != 0; ++place) {
+    if (c == quote) {
+      if (!seen_equals) return end(ILLEGAL_FIELD_NAME);
       if (!in_quotes) {
-        if (value_length > 0 || !QuoteFollows(place + 1, cChQuote)) return ALFA_VALUE_INVALID;
+        if (value_end != szVal || !QuoteFollows(place + 1, quote)) return end(ALFA_VALUE_INVALID);
         in_quotes = true;
         *bAlfa = true;
-        store = false;
-      } else if (place[1] == cChQuote) {
-        if (!QuoteFollows(place + 2, cChQuote)) return ALFA_VALUE_INVALID;
-        ++*iPunt;
-      } else {
-        in_quotes = false;
-        store = false;
+        continue;
       }
-    } else if (!in_quotes && *place == '=') {
+      if (place[1] != quote) {
+        in_quotes = false;
+        continue;
+      }
+      if (!QuoteFollows(place + 2, quote)) return end(ALFA_VALUE_INVALID);
+      ++place;
+    } else if (!in_quotes && c == '=') {
       seen_equals = true;
-      ++*iPunt;
-      lorimatutility::SkipSpace(szLinea, iPunt);
+      place = PastBlanks(place + 1) - 1;
       continue;
-    } else if (!in_quotes && *place == ',') {
-      ++*iPunt;
-      lorimatutility::SkipSpace(szLinea, iPunt);
+    } else if (!in_quotes && c == ',') {
+      place = PastBlanks(place + 1);
       break;
     }
-    if (store && seen_equals) {
-      if (value_length == MAXVALLN) return ILLEGAL_VALUE;
-      szVal[value_length++] = *place;
-      szVal[value_length] = 0;
-    } else if (store && key_length < MAXSIMBLN) {
-      szKey[key_length++] = *place;
-      szKey[key_length] = 0;
+    if (seen_equals) {
+      if (value_end == value_limit) return end(ILLEGAL_VALUE);
+      *value_end++ = c;
+    } else if (key_end != key_limit) {
+      *key_end++ = c;
     }
-    ++*iPunt;
   }
 
-  lorimatutility::TogliSpaziD(szKey);
-  if (*bAlfa) return 0;
-  if (lorimatutility::TogliSpaziD(szVal) == 0) {
+  key_end = WithoutBlanksBehind(szKey, key_end);
+  if (!*bAlfa) value_end = WithoutBlanksBehind(szVal, value_end);
+  end(0);
+  lengths->key = static_cast<size_t>(key_end - szKey);
+  lengths->value = static_cast<size_t>(value_end - szVal);
+  return *bAlfa ? 0 : ReadBareValue(szVal, &lengths->value);
+}
+
+int EcrCmdInterpreter::ReadBareValue(char* szVal, size_t* length) {
+  if (*length == 0) {
     // A field named without a value is a true flag.
     CopyText(szVal, MAXVALLN + 1, "VERO");
+  } else if (lorimatutility::SeNum(szVal)) {
     return 0;
-  }
-  if (!lorimatutility::SeNum(szVal)) {
+  } else {
     int symbol = 0;
     if (!TradSimb(szVal, &symbol)) return LABEL_VALUE_NOT_FOUND;
     std::snprintf(szVal, MAXVALLN + 1, "%d", symbol);
   }
+  *length = std::strlen(szVal);
   return 0;
 }
 
 int EcrCmdInterpreter::GetNumOper(int iOpCod, char* szKey, int* iNum) {
+  FollowFieldNames(iOpCod);
+  return FindField(iOpCod, szKey, std::strlen(szKey), iNum);
+}
+
+size_t EcrCmdInterpreter::FieldRows(int opcode) const {
+  return HasFields(opcode) ? static_cast<size_t>(std::clamp(iNumOper[opcode], 0, int{MAXCAMPI}))
+                           : 0;
+}
+
+void EcrCmdInterpreter::FollowFieldNames(int opcode) {
+  if (HasFields(opcode)) field_indexes_[opcode].Follow(szKeyI[opcode], FieldRows(opcode) + 1);
+}
+
+int EcrCmdInterpreter::FindField(int iOpCod, const char* szKey, size_t length, int* iNum) const {
   *iNum = 0;
-  const size_t length = std::strlen(szKey);
-  const int rows = HasFields(iOpCod) ? std::min<int>(iNumOper[iOpCod], MAXCAMPI) : 0;
+  const size_t rows = FieldRows(iOpCod);
   const int hash = HashNumber(szKey, length);
-  if (hash > 0 && hash <= rows) {
+  if (hash > 0 && static_cast<size_t>(hash) <= rows) {
     *iNum = hash;
     return 0;
   }
+  if (rows == 0) return FIELD_NAME_NOT_FOUND;
 
-  int row = 1;
+  const auto& names = szKeyI[iOpCod];
+  const auto& numbers = iNCI[iOpCod];
+  const auto& candidates = field_indexes_[iOpCod].Candidates(szKey, length);
+  const auto next_match = [&](size_t row, size_t* compared) {
+    do row = FieldIndex::Next(candidates, row + 1);
+    while (row <= rows && !Matches(names[row], szKey, length, compared));
+    return row;
+  };
+
   size_t longest = 0;
-  while (row <= rows && !Matches(szKeyI[iOpCod][row], szKey, length, &longest)) ++row;
+  size_t row = next_match(0, &longest);
   if (row > rows) return FIELD_NAME_NOT_FOUND;
-  const int found = iNCI[iOpCod][row];
+  const int found = numbers[row];
   *iNum = found;
-  if (std::strlen(szKeyI[iOpCod][row]) == length) return 0;
+  if (IsExact(names[row], longest, length)) return 0;
 
   // Rows of the same number are aliases and never conflict.
-  for (++row; row <= rows; ++row) {
-    size_t compared = 0;
-    if (Matches(szKeyI[iOpCod][row], szKey, length, &compared) && compared >= longest &&
-        iNCI[iOpCod][row] != found) {
-      break;
-    }
-  }
+  size_t compared = 0;
+  do row = next_match(row, &compared);
+  while (row <= rows && (compared < longest || numbers[row] == found));
   if (row > rows) return 0;
-  if (std::strlen(szKeyI[iOpCod][row]) == length) {
-    *iNum = iNCI[iOpCod][row];
+  if (IsExact(names[row], compared, length)) {
+    *iNum = numbers[row];
     return 0;
   }
   *iNum = 0;
