@@ -35,6 +35,7 @@ class ScratchFolder {
 int Run(uint64_t count, uint64_t seed) {
   Comparison comparison(seed);
   CompareResultTexts(comparison);
+  CompareCleaning(comparison, count / 32);
   CompareEveryLine(comparison, count / 2);
   CompareChanceLines(comparison, count / 4);
   CompareDefinitions(comparison, count / 16);

@@ -8,6 +8,7 @@
 #include "model/scratch_file.h"
 #include "model/translator_model.h"
 #include "model/translator_under_test.h"
+#include "pal/protocols/lorimat/lorimatutility.h"
 
 namespace {
 
@@ -127,6 +128,27 @@ std::string ChanceLine(Comparison& comparison) {
 }
 
 }  // namespace
+
+void CompareCleaning(Comparison& comparison, uint64_t most) {
+  constexpr std::string_view kAlphabet = "A' ;\t\"\n";
+  constexpr std::string_view kQuotes = "'\";A\n";
+  size_t length = 0;
+  for (const char quote : kQuotes) {
+    length = EveryText(kAlphabet, most / kQuotes.size(), [&](const std::string& line) {
+      std::string copy = line;
+      std::string cleaned(line.size() + 1, '\0');
+      const int size = lorimatutility::TogliCommento(cleaned.data(), copy.data(), quote);
+      cleaned.resize(std::strlen(cleaned.data()));
+      const std::string expected = model::Clean(line, quote);
+      comparison.Check(cleaned == expected && size == static_cast<int>(expected.size()), [&] {
+        return "cleaning " + Shown(line) + " with the quote " + Shown({&quote, 1}) +
+               ": the model says " + Shown(expected) + ", the translator " + Shown(cleaned);
+      });
+    });
+  }
+  std::printf("every line of %zu characters of %zu cleaned, with %zu quotes\n", length,
+              kAlphabet.size(), kQuotes.size());
+}
 
 void CompareEveryLine(Comparison& comparison, uint64_t most) {
   constexpr std::string_view kAlphabet = "A' =,B#6;7\tb@";

@@ -49,6 +49,7 @@ size_t EveryText(std::string_view alphabet, uint64_t most,
 std::string Shown(std::string_view text);
 
 // The parts, each with about so many comparisons. They print what they compared.
+void CompareCleaning(Comparison& comparison, uint64_t most);
 void CompareEveryLine(Comparison& comparison, uint64_t most);
 void CompareChanceLines(Comparison& comparison, uint64_t most);
 void CompareDefinitions(Comparison& comparison, uint64_t most);

@@ -56,11 +56,10 @@ int64_t ParseScaled(const char* text, bool fixed_point, char separator, int prec
   return value;
 }
 
-}  // namespace
-
-int lorimatutility::TogliCommento(char* szOut, char* szIn, char cChQuote) {
+// Copies a line up to its comment, without the blanks in front. Returns its length.
+size_t CopyUpToComment(char* szOut, const char* szIn, char cChQuote) {
   bool in_quotes = false;
-  int length = 0;
+  size_t length = 0;
   for (const char* in = szIn; *in != 0; ++in) {
     char c = *in;
     if (c == ';' && !in_quotes) break;
@@ -79,10 +78,32 @@ int lorimatutility::TogliCommento(char* szOut, char* szIn, char cChQuote) {
     if (c == ' ' && length == 0) continue;
     szOut[length++] = c;
   }
+  return length;
+}
+
+// The same for a line without a ";", whose quotes then change nothing: in whole blocks.
+size_t CopyPlain(char* szOut, const char* szIn, size_t length) {
+  const char* text = szIn;
+  while (*text == ' ' || *text == '\t') ++text;
+  length -= static_cast<size_t>(text - szIn);
+  std::memmove(szOut, text, length);
+  if (std::memchr(szOut, '\t', length) != nullptr) std::replace(szOut, szOut + length, '\t', ' ');
+  return length;
+}
+
+}  // namespace
+
+int lorimatutility::TogliCommento(char* szOut, char* szIn, char cChQuote) {
+  // A quote character may be a blank too, and then counts where it stands in front.
+  const bool is_blank = cChQuote == ' ' || cChQuote == '\t';
+  const size_t size = std::strlen(szIn);
+  size_t length = is_blank || std::memchr(szIn, ';', size) != nullptr
+                      ? CopyUpToComment(szOut, szIn, cChQuote)
+                      : CopyPlain(szOut, szIn, size);
   if (length > 0 && szOut[length - 1] == '\n') --length;
   while (length > 0 && szOut[length - 1] == ' ') --length;
   szOut[length] = 0;
-  return length;
+  return static_cast<int>(length);
 }
 
 int lorimatutility::TogliSpazi(char* szOut, char* szIn) {
