@@ -250,7 +250,7 @@ int EcrCmdCommand::Trad_INFO() {
   lorimatutility::toLower(szCampi[4]);
   const bool to_file = szCampi[4][0] != 0;
   fs_file_t file;
-  if (to_file && fs_open_binary(&file, szCampi[4], FS_CREATE_TRUNC) == FS_BADF) {
+  if (to_file && !OpenOutput(&file, szCampi[4], FS_CREATE_TRUNC)) {
     return FILE_OPEN_ERROR;
   }
   const int selector = TextToInt(szCampi[1]);

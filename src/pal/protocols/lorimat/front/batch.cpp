@@ -7,13 +7,15 @@
 
 #include "pal/protocols/lorimat/buffers.h"
 #include "pal/protocols/lorimat/ecrcmdinterpreter.h"
+#include "pal/protocols/lorimat/front/line_blocks.h"
 #include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 
 namespace {
 
 constexpr char kTemporary[] = ".tmp";
-constexpr unsigned long kLineLimit = 2047;
+constexpr size_t kLineLimit = 2047;
+constexpr size_t kBlock = 8192;  // read of the file at once
 
 void AddSaturated(int* sum, int addend) {
   *sum = static_cast<int>(std::min<int64_t>(static_cast<int64_t>(*sum) + addend, INT32_MAX));
@@ -81,16 +83,21 @@ long EcrCmdInterpreter::RunBatch(char* Result) {
     }
   }
 
+  char block[kBlock];
+  LineBlocks lines(&input, block, sizeof block);
   TStato.bFlgEC = true;
   for (;;) {
     char line[MAXLINELEN + 1];
-    const int length = SeqFileRead(&input, line, kLineLimit);
+    const int length = lines.Read(line, kLineLimit);
     if (length < 0) break;
     AddSaturated(&dwFileInRead, length + 2);
     ++Stat.lCurLine;
     // bProgressZUP asks for the percentage and the line to be shown; this contract keeps
     // no callback to show them with.
+    output_opened_ = false;
     const long code = EcrCmdL(line, with_errors ? &error_file : nullptr);
+    // What a line writes to the batch's own file runs too.
+    if (output_opened_) lines.GiveBack();
     if (code == -2) continue;
     ++Stat.lTotLines;
     if (code != 0) Stat.bLineErr = true;

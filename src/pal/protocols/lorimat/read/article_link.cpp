@@ -36,14 +36,14 @@ int LinkCommand(const char* field) {
 
 // The files are opened without translation where lines are written, since these end in
 // carriage return and line feed as they are.
-bool OpenDownload(fs_file_t* file, const char* name, bool append) {
+bool OpenDownload(EcrCmdInterpreter& translator, fs_file_t* file, const char* name, bool append) {
   if (append) {
-    if (fs_open_binary(file, name, FS_RDWR) == FS_BADF) return false;
+    if (!translator.OpenOutput(file, name, FS_RDWR)) return false;
     fs_lseek(file, 0, FS_SEEK_END);
     return true;
   }
   // An existing file is written over from its start and keeps a longer tail: meant.
-  return fs_open_binary(file, name, FS_CREATE_RDWR) != FS_BADF;
+  return translator.OpenOutput(file, name, FS_CREATE_RDWR);
 }
 
 }  // namespace
@@ -73,7 +73,7 @@ void EcrCmdCommand::TakeLinkFields() {
 bool EcrCmdCommand::OpenLinkFile(fs_file_t* file) {
   // A name that is cut would be another file's.
   if (std::strlen(szCampi[2]) >= sizeof szEM_FileIn) return false;
-  if (iEM_Cmd != kUpload) return OpenDownload(file, szEM_FileIn, bEM_FlgAppend);
+  if (iEM_Cmd != kUpload) return OpenDownload(*this, file, szEM_FileIn, bEM_FlgAppend);
   // Only read, in the platform's own mode: SeqFileRead takes lines of either kind.
   if (fs_open(file, szEM_FileIn, FS_RDONLY) == FS_BADF) return false;
   dwEMFileInSize = ClientInt(fs_fstat(file));
@@ -96,7 +96,7 @@ int EcrCmdCommand::Trad_EMLINK() {
     // One file for both would lose its rows when it is opened for the errors.
     const bool good_name = std::strlen(szCampi[3]) < sizeof szEM_FileErr &&
                            !EqualsIgnoringCase(szCampi[2], szCampi[3]);
-    if (!good_name || fs_open_binary(&hFileErr, szEM_FileErr, FS_CREATE_TRUNC) == FS_BADF) {
+    if (!good_name || !OpenOutput(&hFileErr, szEM_FileErr, FS_CREATE_TRUNC)) {
       return EmLinkError(EM_ERROR_FILE_OPEN_ERROR);
     }
     bAddErr = true;

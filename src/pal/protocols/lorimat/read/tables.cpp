@@ -60,14 +60,14 @@ bool IsRefusedAtOnce(int number) {
 
 // Lines end in carriage return and line feed as they are written, so the file is opened
 // without translation in both ways.
-bool OpenDump(fs_file_t* file, const char* name, bool append) {
+bool OpenDump(EcrCmdInterpreter& translator, fs_file_t* file, const char* name, bool append) {
   if (append) {
-    if (fs_open_binary(file, name, FS_RDWR) == FS_BADF) return false;
+    if (!translator.OpenOutput(file, name, FS_RDWR)) return false;
     fs_lseek(file, 0, FS_SEEK_END);
     return true;
   }
   fs_remove(name);
-  return fs_open_binary(file, name, FS_CREATE_TRUNC) != FS_BADF;
+  return translator.OpenOutput(file, name, FS_CREATE_TRUNC);
 }
 
 }  // namespace
@@ -80,7 +80,7 @@ int EcrCmdCommand::Trad_LEGGI() {
   const bool bList = IsNamed(*this, 5);
   const bool extended = IsNamed(*this, 7);
   fs_file_t hFileOut;
-  if (!OpenDump(&hFileOut, szCampi[2], IsNamed(*this, 3))) return FILE_OPEN_ERROR;
+  if (!OpenDump(*this, &hFileOut, szCampi[2], IsNamed(*this, 3))) return FILE_OPEN_ERROR;
 
   char szLinea[kRecordLineSize];
   if (bFlgSP) {

@@ -107,7 +107,7 @@ int EcrCmdCommand::Trad_DIRECTIO() {
   fs_file_t hFileOut;
   const bool to_file = Given(*this, 4);
   lorimatutility::toLower(szCampi[4]);
-  if (to_file && fs_open_binary(&hFileOut, szCampi[4], FS_CREATE_TRUNC) == FS_BADF) {
+  if (to_file && !OpenOutput(&hFileOut, szCampi[4], FS_CREATE_TRUNC)) {
     return FILE_OPEN_ERROR;
   }
   const int lErrCode = RTF_FP_INVOKE(DirectIO, cmd, &argument, data);
