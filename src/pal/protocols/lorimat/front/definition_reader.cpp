@@ -18,20 +18,16 @@ namespace {
 constexpr int kInternalKeys = 40;  // the table has more rows than the section takes keys
 constexpr char kBlank = ' ';
 
-template <size_t Size>
-void TakePart(char (&part)[Size], const char* text, size_t length) {
-  while (length > 0 && *text == kBlank) {
-    ++text;
-    --length;
-  }
-  CopyBytes(part, sizeof part, text, length);
-  lorimatutility::TogliSpaziD(part);
-}
-
 std::string_view Trimmed(std::string_view text) {
   while (!text.empty() && text.front() == kBlank) text.remove_prefix(1);
   while (!text.empty() && text.back() == kBlank) text.remove_suffix(1);
   return text;
+}
+
+template <size_t Size>
+void TakePart(char (&part)[Size], std::string_view text) {
+  const std::string_view kept = Trimmed(Trimmed(text).substr(0, Size - 1));
+  CopyBytes(part, Size, kept.data(), kept.size());
 }
 
 // Whether a text is all of the number that is read of it.
@@ -74,6 +70,7 @@ void DefinitionReader::TakeHeader(const char* line) {
   const size_t length = std::strlen(line);
   CopyBytes(section_, sizeof section_, line + 1, length > 1 ? length - 2 : 0);
   kind_ = SectionKind(section_);
+  section_id_ = TextToInt(section_);
   highest_ = 0;
   section_seen_ = true;
   if (length < 2 || line[length - 1] != ']') {
@@ -85,15 +82,19 @@ void DefinitionReader::TakeHeader(const char* line) {
 // --- Entries.
 
 bool DefinitionReader::Split(const char* line) {
-  const char* equals = std::strchr(line, '=');
-  if (equals == nullptr) {
+  const std::string_view text = line;
+  const size_t equals = text.find('=');
+  if (equals == std::string_view::npos) {
     Tell(DefinitionCause::kNoEquals, line);
     return false;
   }
-  TakePart(entry_.left, line, static_cast<size_t>(equals - line));
-  TakePart(entry_.right, equals + 1, std::strlen(equals + 1));
-  TakePart(entry_.message, equals + 1, std::strlen(equals + 1));
-  if (sink_ != nullptr) FindParts(line, static_cast<size_t>(equals - line));
+  const std::string_view right = text.substr(equals + 1);
+  TakePart(entry_.left, text.substr(0, equals));
+  TakePart(entry_.right, right);
+  if (kind_ >= DefinitionSection::kInternal) {
+    TakePart(entry_.message, right);
+  }
+  if (sink_ != nullptr) FindParts(text, equals);
   if (entry_.left[0] != 0) return true;
   Tell(DefinitionCause::kNothingInFront, line);
   return false;
@@ -163,7 +164,7 @@ void DefinitionReader::TakeCommand(int row) {
 }
 
 void DefinitionReader::TakeField(int row) {
-  const int id = TextToInt(section_);
+  const int id = section_id_;
   if (id < 0 || id >= MAXOPCOD) {
     return Tell(DefinitionCause::kSectionOutOfRange, left_, id, MAXOPCOD - 1);
   }
@@ -269,7 +270,7 @@ void DefinitionReader::TellSink(DefinitionCause cause, std::string_view text, in
                                 std::string_view kept) {
   // The cleaning takes bytes in front of the line and behind it away, and none within.
   const uint64_t column = indent_ + static_cast<uint64_t>(text.data() - tables_.szAux) + 1;
-  const int id = kind_ == DefinitionSection::kFields ? TextToInt(section_) : 0;
+  const int id = kind_ == DefinitionSection::kFields ? section_id_ : 0;
   sink_->Take({cause, line_, column, kind_, section_, id, row_, text, kept, number, limit});
 }
 

@@ -88,7 +88,8 @@ class DefinitionReader {
  private:
   static constexpr size_t kPartLimit = 79;
 
-  // "left=right", both parts trimmed and cut. A message has the whole right part.
+  // "left=right", both parts trimmed and cut. A message, in sections of messages, has the whole
+  // right part.
   struct Entry {
     char left[kPartLimit + 1];
     char right[kPartLimit + 1];
@@ -129,7 +130,8 @@ class DefinitionReader {
   DefinitionSink* sink_;
   char section_[kLineLimit + 1] = {};
   DefinitionSection kind_ = DefinitionSection::kFields;
-  int highest_ = 0;  // highest row so far of the section
+  int section_id_ = 0;  // its name as a number
+  int highest_ = 0;     // highest row so far of the section
   Entry entry_ = {};
   // For the sink alone.
   uint64_t line_ = 0;
