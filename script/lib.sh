@@ -11,7 +11,7 @@ build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohman
   libgtest-dev libgmock-dev zbar-tools)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 check_packages=(binutils python3 shellcheck clang-format clang-tidy codespell)
-bench_packages=(libbenchmark-dev)
+bench_packages=(libbenchmark-dev libinih-dev nlohmann-json3-dev rapidjson-dev)
 fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }
