@@ -12,19 +12,7 @@ namespace {
 constexpr size_t kLeastBeside = 20;
 constexpr size_t kBelow = 4;
 
-// The bytes of the character that begins there; 1 for a byte that begins none.
-size_t CharacterSize(std::string_view text, size_t at) {
-  const unsigned char lead = static_cast<unsigned char>(text[at]);
-  const size_t size = lead >= 0xF0 && lead < 0xF8   ? 4
-                      : lead >= 0xE0 && lead < 0xF0 ? 3
-                      : lead >= 0xC2 && lead < 0xE0 ? 2
-                                                    : 1;
-  if (at + size > text.size()) return 1;
-  for (size_t i = 1; i < size; ++i) {
-    if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 1;
-  }
-  return size;
-}
+size_t CharacterSize(std::string_view text, size_t at) { return CharacterAt(text.substr(at)).size; }
 
 }  // namespace
 
