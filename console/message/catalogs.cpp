@@ -2,10 +2,12 @@
 
 #include <libintl.h>
 #include <locale.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -21,6 +23,10 @@ constexpr const char* kDomain = "lorimat";
 // at its start: what the C library says of errors comes in English, and is translated by our
 // catalogs; numbers and times look alike for all.
 locale_t messages_locale = nullptr;
+
+// LANGUAGE as the user has it, once this program has changed it: nothing where there was none.
+bool language_is_ours = false;
+std::optional<std::string> users_language;
 
 std::string_view Variable(const char* name) {
   const char* value = std::getenv(name);
@@ -121,11 +127,27 @@ void OpenCatalogs(const std::string& folder) {
   // In the locale "C" the C library asks for no LANGUAGE. This one it has without any package.
   const locale_t found = newlocale(LC_MESSAGES_MASK, "C.UTF-8", nullptr);
   if (found == nullptr) return;
-  if (asked != languages && setenv("LANGUAGE", languages.c_str(), 1) != 0) {
-    freelocale(found);
-    return;
+  if (asked != languages) {
+    const char* before = std::getenv("LANGUAGE");
+    if (before != nullptr) users_language = before;
+    if (setenv("LANGUAGE", languages.c_str(), 1) != 0) {
+      freelocale(found);
+      return;
+    }
+    language_is_ours = true;
   }
   messages_locale = found;
+}
+
+std::vector<std::string> UserEnvironment() {
+  constexpr std::string_view kLanguage = "LANGUAGE=";
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string_view text = *variable;
+    if (!language_is_ours || !text.starts_with(kLanguage)) variables.emplace_back(text);
+  }
+  if (users_language) variables.push_back(std::string(kLanguage) + *users_language);
+  return variables;
 }
 
 const char* FindTranslation(std::string_view english) {

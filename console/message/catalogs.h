@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lorimat::console {
 
@@ -15,6 +16,9 @@ namespace lorimat::console {
 // counts as missing. To be called once, before there is a second thread: it may set LANGUAGE, which
 // the C library asks for. An empty folder has no catalogs.
 void OpenCatalogs(const std::string& folder);
+
+// The environment as the user gave it, "NAME=VALUE" each, for programs that are started.
+std::vector<std::string> UserEnvironment();
 
 // What the catalogs have for a message, null for nothing.
 const char* FindTranslation(std::string_view english);

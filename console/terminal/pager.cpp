@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "console/message/catalogs.h"
 #include "console/terminal/shell_text.h"
 
 namespace lorimat::console {
@@ -105,10 +106,7 @@ std::vector<char*> PointersTo(std::vector<std::string>& texts) {
 // Starts the command with the text's pipe as its input. 0 when it cannot.
 pid_t StartPager(const std::string& command, int input, int output) {
   std::vector<std::string> arguments = {"sh", "-c", command};
-  std::vector<std::string> environment;
-  for (char** variable = environ; *variable != nullptr; ++variable) {
-    environment.emplace_back(*variable);
-  }
+  std::vector<std::string> environment = UserEnvironment();
   // The last page stays on the screen, and a text that fits after all is shown at once.
   if (std::getenv("LESS") == nullptr) environment.emplace_back("LESS=FRX");
 

@@ -51,6 +51,24 @@ TEST_F(PagerOnTerminal, ItShowsHelpThatIsLongerThanTheWindow) {
   EXPECT_EQ(kReady, run.Enter(".paper").back());
 }
 
+// The C library is told of the languages that there are catalogs of, and the pager of those that
+// the user likes.
+TEST_F(PagerOnTerminal, ItHasTheLanguagesOfTheUser) {
+  folder_.Write("pager",
+                "#!/bin/sh\nprintf 'likes <%s>\\n' \"${LANGUAGE-nothing}\"\nprintf 'more> '\n"
+                "read key < /dev/tty\n");
+  for (const char* language : {"fr:it:de", ""}) {
+    TerminalSetting setting = Setting("./pager");
+    setting.environment["LANG"] = "it_IT.UTF-8";
+    setting.environment["LANGUAGE"] = language;
+    TerminalRun run(shell(), setting);
+    run.Type("? VEND\r");
+    run.WaitFor("more>");
+    EXPECT_THAT(run.screen().text(), HasSubstr(std::string("likes <") + language + ">"));
+    run.TypeForPrompt("key\r");
+  }
+}
+
 TEST_F(PagerOnTerminal, CtrlCIsForThePagerAlone) {
   folder_.Write("pager",
                 "#!/bin/sh\ntrap 'echo stopped; exit 1' INT\nprintf 'more> '\n"
