@@ -17,7 +17,8 @@ consteval std::array<SqlLiteral, sizeof...(versions)> VersionStatements(
     std::index_sequence<versions...>) {
   return {kSql<"PRAGMA user_version = ", kSqlNumber<versions>>...};
 }
-constexpr auto kSetVersion = VersionStatements(std::make_index_sequence<100>());
+constexpr auto kSetVersion =
+    VersionStatements(std::make_index_sequence<Database::kMostVersion + 1>());
 
 }  // namespace
 
@@ -96,9 +97,7 @@ bool Statement::IsNull(int column) const {
 // --- Database
 
 void Database::SetVersion(int version) {
-  if (version < 0 || static_cast<size_t>(version) >= kSetVersion.size()) {
-    Fail(FailureCause::kNewerVersion, {version, static_cast<int64_t>(kSetVersion.size()) - 1});
-  }
+  if (version < 0 || version > kMostVersion) Fail(FailureCause::kCannotWrite);
   Execute(kSetVersion[static_cast<size_t>(version)]);
   version_ = version;
 }

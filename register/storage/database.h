@@ -139,7 +139,9 @@ class Database {
   const std::string& file() const { return file_; }
   bool in_memory() const { return file_.empty(); }
   int version() const { return version_; }
-  // Part of the unit of work that is under way. The version is below 100.
+  // Part of the unit of work that is under way. Throws kCannotWrite for a version that is not 0 to
+  // kMostVersion.
+  static constexpr int kMostVersion = 99;
   void SetVersion(int version);
 
   // For kRead, outside of a Moment: what has become of the file since the database was opened, or

@@ -155,6 +155,20 @@ TEST_F(MigrationTest, AStepThatFailsLeavesTheFileAsItWas) {
   EXPECT_EQ(Refusal(Path("old")), "");
 }
 
+TEST_F(MigrationTest, AVersionThatNoStatementWritesIsNoNewerFile) {
+  Database database("", Database::Open::kCreate, kRegisterKind);
+  for (const int version : {-1, Database::kMostVersion + 1}) {
+    try {
+      database.SetVersion(version);
+      ADD_FAILURE() << version;
+    } catch (const RegisterError& error) {
+      EXPECT_EQ(FailureCause::kCannotWrite, error.failure().cause) << version;
+    }
+  }
+  database.SetVersion(Database::kMostVersion);
+  EXPECT_EQ(Database::kMostVersion, database.version());
+}
+
 TEST_F(MigrationTest, AllStepsAreOneUnitOfWork) {
   Database database("", Database::Open::kCreate, kRegisterKind);
   database.SetVersion(1);
