@@ -18,8 +18,6 @@ struct PageWords {
   std::string_view value;
   std::string_view code;
   std::string_view fields;
-  std::string_view flag;  // what such a field takes begins with one of these
-  std::string_view bare_flag;
   std::string_view without_effect;  // and the code behind it
   std::string_view word_of_dumps;
   std::string_view field_of_dumps;
@@ -32,8 +30,6 @@ constexpr PageWords kEnglish = {
     .value = "Value",
     .code = "Code",
     .fields = "Fields",
-    .flag = "flag",
-    .bare_flag = "bare flag",
     .without_effect = "Without effect; answers ",
     .word_of_dumps = "A word of dumps; a line that begins with it answers 268.",
     .field_of_dumps = "stands in dumps",
@@ -46,8 +42,6 @@ constexpr PageWords kItalian = {
     .value = "Valore",
     .code = "Codice",
     .fields = "Campi",
-    .flag = "indicatore",
-    .bare_flag = "solo nome",
     .without_effect = "Senza effetto; risponde ",
     .word_of_dumps = "Una parola dei dump; una riga che comincia così risponde 268.",
     .field_of_dumps = "compare nei dump",
@@ -70,13 +64,6 @@ std::string WithoutMarks(std::string_view text) {
     if (c != '`') out += c;
   }
   return out;
-}
-
-// Whether the words stand at the beginning: "flag: ...", but not "flags of the device".
-bool BeginsWithWords(std::string_view text, std::string_view words) {
-  if (!StartsWith(text, words)) return false;
-  const std::string_view behind = text.substr(words.size());
-  return behind.empty() || std::string_view(" :;,").find(behind.front()) != std::string_view::npos;
 }
 
 // The number that the text begins with; 0 for none.
@@ -199,9 +186,7 @@ class PageReader {
     if (!command_) {
       TakeListed(row);
     } else if (header_[0] == words_.number && row.size() == 4) {
-      const bool flag =
-          BeginsWithWords(row[3], words_.flag) || BeginsWithWords(row[3], words_.bare_flag);
-      command().fields.push_back({LeadingNumber(row[0]), Split(row[1], ','), row[2], row[3], flag});
+      command().fields.push_back({LeadingNumber(row[0]), Split(row[1], ','), row[2], row[3]});
     } else if (header_[0] == words_.value && row.size() == 3) {
       command().values.back().rows.push_back({row[0], row[1], row[2]});
     } else if (header_[0] == words_.code && row.size() == 2) {
@@ -225,7 +210,7 @@ class PageReader {
       help.codes = {{"268", always}};
       int number = 0;
       for (const std::string& name : Split(row[2], ',')) {
-        help.fields.push_back({++number, {name}, "", std::string(words_.field_of_dumps), false});
+        help.fields.push_back({++number, {name}, "", std::string(words_.field_of_dumps)});
       }
     } else {
       return;

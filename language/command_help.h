@@ -21,7 +21,6 @@ struct FieldHelp {
   std::vector<std::string> names;  // the first is the name, the others are aliases
   std::string shortest;            // how far the name may be cut
   std::string takes;               // "quantity", "text of up to 50 characters", "flag: ..."
-  bool is_flag = false;            // naming the field is all there is to it
 };
 
 // A word that stands for a value in a field.

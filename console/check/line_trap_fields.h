@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 
 namespace lorimat::console::line_traps {
 
@@ -13,7 +12,6 @@ inline constexpr int kSale = 10;
 inline constexpr int kPayment = 11;
 inline constexpr int kAttachment = 21;
 inline constexpr int kNonFiscal = 22;
-inline constexpr int kHeader = 34;
 inline constexpr int kKey = 43;
 inline constexpr int kMacroKey = 54;
 inline constexpr int kSubtotalCheck = 73;
@@ -79,20 +77,6 @@ inline constexpr NeededFields kNeeded[] = {
     {19, false, {1, 2}}, {20, false, {1}},    {29, false, {1, 2}},
     {33, true, {1, 2}},  {49, false, {1, 2}},
 };
-
-// Limits of texts that the pages tell of elsewhere than with the field.
-struct TextLimit {
-  FieldOf field;
-  size_t limit;
-};
-
-inline constexpr TextLimit kLimits[] = {
-    {{kPayment, 1}, 23}, {{kHeader, 2}, 50}, {{kHeader, 3}, 50},
-    {{kHeader, 4}, 50},  {{kHeader, 5}, 50}, {{kHeader, 6}, 50},
-};
-
-// Texts that are refused when they are longer, and so lose nothing.
-inline constexpr FieldOf kRefusedWhenLonger[] = {{30, 2}, {30, 3}, {41, 5}};
 
 // Numbers of which the low 8 bits count.
 inline constexpr FieldOf kBytes[] = {{kKey, 1}, {kKey, 2}, {kMacroKey, 1}, {kMacroKey, 2}};

@@ -4,14 +4,13 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <string_view>
 
 #include "console/check/line_trap_fields.h"
 #include "console/check/number_reading.h"
 #include "console/message/translate.h"
-#include "language/command_help.h"
+#include "language/field_kinds.h"
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
@@ -21,6 +20,7 @@ namespace lorimat::console {
 namespace {
 
 using namespace line_traps;
+using language::FieldKind;
 
 template <size_t kCount>
 bool Holds(const FieldOf (&fields)[kCount], const FieldOf& field) {
@@ -86,12 +86,6 @@ class LineTraps {
   std::string Value(int number) const {
     const GivenField* field = Given(number);
     return field == nullptr ? "" : field->value;
-  }
-
-  std::string Takes(int number) const {
-    const language::CommandHelp* help = language::find_command_help(opcode_);
-    const language::FieldHelp* field = help == nullptr ? nullptr : help->find_field(number);
-    return field == nullptr ? "" : field->takes;
   }
 
   // The word of a field that is not given.
@@ -251,19 +245,13 @@ class LineTraps {
   // --- Flags and texts
 
   void FindFlag(const GivenField& field) {
-    const std::string kind = Takes(field.number);
-    const auto begins = [&](std::string_view words) {
-      return kind.compare(0, words.size(), words) == 0 &&
-             (kind.size() == words.size() || kind[words.size()] == ':');
-    };
-    const bool flag = begins("flag") || kind.compare(0, 5, "flag ") == 0;
-    if (flag && SaysNo(field)) {
+    const FieldKind kind = language::field_kind(opcode_, field.number);
+    if (kind == FieldKind::kFlag && SaysNo(field)) {
       const std::string text = field.quoted ? fmt::format("'{}'", field.value) : field.written;
       Add(Trap::kFlagSetByNo, field, {field.key, text});
-    } else if (begins("bare flag") && field.value != "VERO") {
+    } else if (kind == FieldKind::kBareFlag && field.value != "VERO") {
       Add(Trap::kFlagNotSet, field, {field.key}, field.key);
-    } else if (kind.compare(0, 6, "yes/no") == 0 && field.written == "1" &&
-               !field.key.starts_with('#')) {
+    } else if (kind == FieldKind::kYesNo && field.written == "1" && !field.key.starts_with('#')) {
       // Dumps write the number behind the number of the field, and mean it.
       Add(Trap::kYesNoOne, field, {field.key});
     }
@@ -279,10 +267,6 @@ class LineTraps {
   // How many characters the command keeps; npos for all.
   size_t Limit(int number) const {
     const FieldOf place = {opcode_, number};
-    if (Holds(kRefusedWhenLonger, place)) return std::string::npos;
-    for (const TextLimit& row : kLimits) {
-      if (row.field == place) return row.limit;
-    }
     // The content of a barcode is not a text.
     if (place == FieldOf{kNonFiscal, 3}) {
       if (Given(8) != nullptr) return std::string::npos;
@@ -292,14 +276,8 @@ class LineTraps {
     if (place == FieldOf{kSale, 2} && (Given(16) != nullptr || Given(17) != nullptr)) {
       return std::string::npos;
     }
-    const std::string kind = Takes(number);
-    constexpr std::string_view kWords = "up to ";
-    const size_t at = kind.find(kWords);
-    size_t limit = std::string::npos;
-    if (at != std::string::npos && kind.find(" characters", at) != std::string::npos) {
-      std::from_chars(kind.data() + at + kWords.size(), kind.data() + kind.size(), limit);
-    }
-    return limit;
+    const size_t limit = language::text_limit(opcode_, number);
+    return limit == 0 ? std::string::npos : limit;
   }
 
   void FindCut(const GivenField& field) {
@@ -311,9 +289,7 @@ class LineTraps {
   }
 
   void FindCapitals(const GivenField& field) {
-    const bool made_small = Takes(field.number).find("made small letters") != std::string::npos ||
-                            FieldOf{opcode_, field.number} == FieldOf{30, 3};
-    if (!made_small || IsBare(field)) return;
+    if (!language::is_made_small(opcode_, field.number) || IsBare(field)) return;
     const std::string small = Lowered(field.value);
     if (small == field.value) return;
     Add(Trap::kFileNameLowered, field, {field.key, small},

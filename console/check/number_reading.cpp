@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "language/command_help.h"
+#include "language/field_kinds.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 
@@ -17,20 +17,6 @@ constexpr char kSeparator = '.';
 constexpr int kPrecision = 4;  // of prices and percentages
 constexpr int64_t kTenThousand = 10000;
 constexpr int64_t kThousand = 1000;
-
-// The words with which the page says what a field takes.
-struct KindWords {
-  const char* begin;
-  NumberKind kind;
-};
-
-constexpr KindWords kKindWords[] = {
-    {"price", NumberKind::kPrice},           {"amount", NumberKind::kPrice},
-    {"highest price", NumberKind::kPrice},   {"preset price", NumberKind::kPrice},
-    {"percentage", NumberKind::kPercentage}, {"rate, a percentage", NumberKind::kPercentage},
-    {"quantity", NumberKind::kQuantity},     {"department", NumberKind::kDepartment},
-    {"number", NumberKind::kWhole},
-};
 
 int64_t ScaleOf(NumberKind kind) {
   switch (kind) {
@@ -95,13 +81,20 @@ int64_t Read(NumberKind kind, std::string text) {
 }  // namespace
 
 NumberKind KindOfNumber(int opcode, int field) {
-  const language::CommandHelp* command = language::find_command_help(opcode);
-  const language::FieldHelp* help = command != nullptr ? command->find_field(field) : nullptr;
-  if (help == nullptr) return NumberKind::kNone;
-  for (const KindWords& row : kKindWords) {
-    if (std::string_view(help->takes).starts_with(row.begin)) return row.kind;
+  switch (language::field_kind(opcode, field)) {
+    case language::FieldKind::kPrice:
+      return NumberKind::kPrice;
+    case language::FieldKind::kPercentage:
+      return NumberKind::kPercentage;
+    case language::FieldKind::kQuantity:
+      return NumberKind::kQuantity;
+    case language::FieldKind::kDepartment:
+      return NumberKind::kDepartment;
+    case language::FieldKind::kWhole:
+      return NumberKind::kWhole;
+    default:
+      return NumberKind::kNone;
   }
-  return NumberKind::kNone;
 }
 
 NumberReading ReadNumber(NumberKind kind, const std::string& value) {

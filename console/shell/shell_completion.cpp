@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "language/command_help.h"
+#include "language/field_kinds.h"
 #include "pal/protocols/lorimat/ascii.h"
 
 namespace lorimat::console {
@@ -206,7 +207,6 @@ Completion ShellCompleter::CompleteField(std::string_view text, size_t fields) c
     const Lookup field = language_.FindField(command.number, key);
     if (field.failure == 0) given.insert(field.number);
   }
-  const language::CommandHelp* help = language::find_command_help(command.number);
   std::set<std::string> seen;
   for (const CommandWord& one : commands_) {
     if (one.id != command.number) continue;
@@ -215,8 +215,8 @@ Completion ShellCompleter::CompleteField(std::string_view text, size_t fields) c
           !seen.insert(field.name).second) {
         continue;
       }
-      const language::FieldHelp* what = help != nullptr ? help->find_field(field.number) : nullptr;
-      const std::string name = field.name + (what != nullptr && what->is_flag ? "" : "=");
+      const std::string name =
+          field.name + (language::is_flag(command.number, field.number) ? "" : "=");
       completion.candidates.push_back({name, name});
     }
   }

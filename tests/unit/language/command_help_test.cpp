@@ -195,8 +195,6 @@ TEST(CommandHelpEnglish, ASaleIsTold) {
   ASSERT_NE(nullptr, vend->find_field(3));
   EXPECT_THAT(vend->find_field(3)->names, ElementsAre("QTA", "QUANT"));
   EXPECT_EQ("quantity", vend->find_field(3)->takes);
-  EXPECT_FALSE(vend->find_field(3)->is_flag);
-  EXPECT_TRUE(vend->find_field(5)->is_flag);
   EXPECT_EQ(nullptr, vend->find_field(8));
   EXPECT_EQ("265", vend->codes.front().code);
 }
@@ -210,18 +208,6 @@ TEST(CommandHelpEnglish, CommandsWithoutAChapterAreTold) {
   EXPECT_EQ("TOTREP", total->name);
   EXPECT_THAT(total->fields, SizeIs(4));
   EXPECT_EQ("268", total->codes.front().code);
-}
-
-TEST_P(CommandHelpPage, AKeyThatIsNamedAloneIsAFlag) {
-  const auto is_flag = [](int command, int field) {
-    return find_command_help(command, GetParam().language)->find_field(field)->is_flag;
-  };
-  EXPECT_TRUE(is_flag(10, 5));   // "flag: ..."
-  EXPECT_TRUE(is_flag(22, 6));   // "flag beside INIZIO: ..."
-  EXPECT_TRUE(is_flag(15, 2));   // "bare flag: ..."
-  EXPECT_TRUE(is_flag(30, 8));   // "bare flag; ..."
-  EXPECT_FALSE(is_flag(48, 7));  // "yes/no: ..."
-  EXPECT_FALSE(is_flag(53, 4));  // a field that is called FLAG
 }
 
 TEST(CommandHelpReader, ReadsTheParagraphsOfAGroupAndOfACommand) {

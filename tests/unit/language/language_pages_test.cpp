@@ -391,7 +391,6 @@ void CompareCommands(const CommandHelp& english, const CommandHelp& italian) {
     EXPECT_EQ(english.fields[i].number, italian.fields[i].number);
     EXPECT_EQ(english.fields[i].names, italian.fields[i].names);
     EXPECT_EQ(english.fields[i].shortest, italian.fields[i].shortest);
-    EXPECT_EQ(english.fields[i].is_flag, italian.fields[i].is_flag);
     CompareTexts(english.fields[i].takes, italian.fields[i].takes);
   }
   ASSERT_EQ(english.values.size(), italian.values.size());
@@ -465,7 +464,7 @@ TEST(CommandHelpLanguages, APageIsReadByTheWordsOfItsLanguage) {
       language::read_command_help(page, PageLanguage::kItalian).at(0).commands.at(0);
   EXPECT_EQ("SE", italian.shortest);
   ASSERT_EQ(1u, italian.fields.size());
-  EXPECT_TRUE(italian.fields[0].is_flag);
+  EXPECT_EQ("solo nome: x", italian.fields[0].takes);
   EXPECT_EQ("mai", italian.codes.at(0).when);
   const CommandHelp english = language::read_command_help(page).at(0).commands.at(0);
   EXPECT_EQ("", english.shortest);
