@@ -84,16 +84,17 @@ void Definitions(const Input& input) {
   TakeFile(input.text, check);
   ShowAll(findings, (input.choice & 1) != 0);
   const DefinitionReport report = InspectDefinition("in");
-  Require(report.fault_line == check.stop_line(), "both readers stop at the same line");
+  Require((report.fault ? report.fault->line : 0) == check.stop_line(),
+          "both readers stop at the same line");
   try {
     const Language words = Language::FromText(input.text);
-    Require(report.fault_line == 0, "the library refuses what the check refuses");
+    Require(!report.fault, "the library refuses what the check refuses");
     words.commands();
     words.symbols();
     words.FindCommand(input.other);
     words.FindField(input.choice, input.other);
   } catch (const Failure&) {
-    Require(report.fault_line != 0, "the check refuses what the library refuses");
+    Require(report.fault.has_value(), "the check refuses what the library refuses");
   }
 }
 

@@ -1,14 +1,12 @@
 #include "console/check/batch_check.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <array>
 
 #include "console/check/line_traps.h"
 #include "console/message/shown_text.h"
-#include "console/message/translate.h"
 #include "console/terminal/line_encoding.h"
 #include "console/terminal/suggestion.h"
 #include "language/handler_fields.h"
@@ -21,18 +19,21 @@
 namespace lorimat::console {
 namespace {
 
+using Cause = FindingCause;
+
 constexpr size_t kCandidatesShown = 8;
 
 // The names that a shortened word may stand for.
-std::string CandidatesText(const std::string& word, const std::vector<std::string>& names) {
-  std::vector<std::string> fitting;
+FindingList Candidates(const std::string& word, const std::vector<std::string>& names) {
+  FindingList fitting;
   for (const std::string& name : names) {
     const size_t length = std::min(name.size(), word.size());
-    if (SameIgnoringCase(name.c_str(), word.c_str(), length)) fitting.push_back(name);
+    if (!SameIgnoringCase(name.c_str(), word.c_str(), length)) continue;
+    fitting.uncounted = fitting.names.size() == kCandidatesShown;
+    if (fitting.uncounted) break;
+    fitting.names.push_back({name});
   }
-  const bool more = fitting.size() > kCandidatesShown;
-  if (more) fitting.resize(kCandidatesShown);
-  return fmt::format("{}{}", fmt::join(fitting, ", "), more ? Tr(" and others") : "");
+  return fitting;
 }
 
 bool IsFieldNumber(int number) { return number >= 1 && number <= MAXCAMPI; }
@@ -54,9 +55,7 @@ class LineCheck {
 
   void Run() {
     if (text_.front() == '@') {
-      Add(Severity::kError, "nested-batch", 1, INVALID_BATCH_LINE,
-          Tr("a batch does not run inside a batch"));
-      return;
+      return Add(Cause::kNestedBatch, 1);
     }
     int position = 1;
     const int failure = language_.translator().GetCodOp(text_.data(), &position, &opcode_);
@@ -67,47 +66,45 @@ class LineCheck {
     // The fields come first: the library looks for the command's handler behind them.
     if (!CheckFields(position)) return;
     if (FindHandler(opcode_) == nullptr) {
-      Add(Severity::kError, "command-not-supported", 1, SyntaxError(INSTRUCTION_NOT_SUPPORTED),
-          Tr("{} has the number {}, which is no command of the library", word, opcode_));
-      return;
+      return Add(Cause::kCommandUnsupported, 1, {word, opcode_});
     }
     FindLineTraps(language_, opcode_, name_, given_fields_,
-                  [this](const FoundTrap& found, uint64_t column) { Add(found, column); });
+                  [this](Finding finding) { Add(std::move(finding)); });
     sequence_.Take(opcode_, name_, {line_.number, 1 + dropped_, line_.text});
   }
 
  private:
-  void Add(Severity severity, const char* rule, int position, int code, std::string what,
-           std::string suggestion = {}) {
-    Finding finding;
-    finding.severity = severity;
-    finding.rule = rule;
+  // The column is one of the text.
+  void Add(Finding finding) {
     finding.line = line_.number;
-    finding.column = static_cast<uint64_t>(position) + dropped_;
-    finding.code = code;
-    finding.what = std::move(what);
-    finding.suggestion = std::move(suggestion);
+    finding.column += dropped_;
     finding.source = line_.text;
     findings_.Add(std::move(finding));
   }
 
-  void Add(const FoundTrap& found, uint64_t column) {
-    Finding finding = TrapFinding(found);
-    finding.line = line_.number;
-    finding.column = column + dropped_;
-    finding.source = line_.text;
-    findings_.Add(std::move(finding));
+  void Add(Cause cause, int position, std::vector<FindingArgument> arguments = {},
+           std::string suggestion = {}) {
+    Finding finding = MakeFinding(cause, std::move(arguments));
+    finding.column = static_cast<uint64_t>(position);
+    finding.suggestion = std::move(suggestion);
+    Add(std::move(finding));
+  }
+
+  // What the parser answers with different codes.
+  void AddFailure(Cause cause, int position, int failure) {
+    Finding finding = MakeFinding(cause);
+    finding.column = static_cast<uint64_t>(position);
+    finding.code = CLASS_SYNTAX + failure;
+    Add(std::move(finding));
   }
 
   void RefuseCommand(const std::string& word, int failure) {
     std::vector<std::string> names;
     for (const CommandWord& command : words_) names.push_back(command.name);
     if (failure == INSTRUCTION_NOT_UNIC) {
-      Add(Severity::kError, "command-not-unique", 1, SyntaxError(INSTRUCTION_NOT_UNIC),
-          Tr("'{}' fits more than one command: {}", word, CandidatesText(word, names)));
+      Add(Cause::kCommandNotUnique, 1, {word, Candidates(word, names)});
     } else {
-      Add(Severity::kError, "command-not-found", 1, SyntaxError(INSTRUCTION_NOT_FOUND),
-          Tr("no command is called '{}'", word), NearestWord(word, names));
+      Add(Cause::kCommandNotFound, 1, {word}, NearestWord(word, names));
     }
   }
 
@@ -147,10 +144,7 @@ class LineCheck {
       }
       TakeField(key.data(), value.data(), number, start, position, quoted);
     }
-    if (verdict != 0) {
-      Add(Severity::kError, "field-missing", 1, SyntaxError(CAMPO_OBBLIGATORIO),
-          Tr("{} lacks a field that must be given: {}", name_, MissingFields()));
-    }
+    if (verdict != 0) Add(Cause::kFieldMissing, 1, {name_, MissingFields()});
     return verdict == 0;
   }
 
@@ -158,15 +152,13 @@ class LineCheck {
   void TakeField(const std::string& key, const std::string& value, int number, int start, int end,
                  bool quoted) {
     if (given_[static_cast<size_t>(number)]) {
-      Add(Severity::kWarning, "field-twice", start, 0,
-          Tr("field {} is given twice; the last value counts", key));
+      Add(Cause::kFieldTwice, start, {key});
     }
     given_[static_cast<size_t>(number)] = true;
     const language::CommandFields* handler = language::find_handler_fields(opcode_);
     if (handler != nullptr && std::find(handler->fields.begin(), handler->fields.end(), number) ==
                                   handler->fields.end()) {
-      Add(Severity::kWarning, "field-not-read", start, 0,
-          Tr("{} does not read field {}: it has no effect", name_, key));
+      Add(Cause::kFieldNotRead, start, {name_, key});
     }
     GivenField field = {number, key, value, "", quoted, "", static_cast<uint64_t>(start)};
     const std::string written = WrittenValue(start, end);
@@ -201,65 +193,50 @@ class LineCheck {
     return text;
   }
 
-  std::string MissingFields() const {
+  FindingList MissingFields() const {
     const EcrCmdCommand& translator = language_.translator();
-    std::vector<std::string> names;
+    FindingList missing;
     for (int row = 1; row <= MAXCAMPI; ++row) {
       if (translator.bObl[opcode_][row] && translator.szCampi[row][0] == 0) {
-        names.emplace_back(translator.szKeyI[opcode_][row]);
+        missing.names.push_back({translator.szKeyI[opcode_][row]});
       }
     }
-    return fmt::format("{}", fmt::join(names, ", "));
+    return missing;
   }
 
   void RefuseField(const std::string& key, int start, int failure) {
     const std::vector<std::string> names = field_names();
     if (const GivenField* before = FieldBeforeDecimalComma(given_fields_, key)) {
-      Add({Trap::kDecimalComma,
-           {before->key, key},
-           fmt::format("{}={}.{}", before->key, before->value, key)},
-          static_cast<uint64_t>(start));
+      Add(Cause::kDecimalComma, start, {before->key, key},
+          fmt::format("{}={}.{}", before->key, before->value, key));
     } else if (key.empty()) {
-      Add(Severity::kError, "field-without-name", start, CLASS_SYNTAX + failure,
-          Tr("a field without a name"));
+      AddFailure(Cause::kFieldWithoutName, start, failure);
     } else if (failure == FIELD_NAME_NOT_UNIC) {
-      Add(Severity::kError, "field-not-unique", start, SyntaxError(FIELD_NAME_NOT_UNIC),
-          Tr("'{}' fits more than one field of {}: {}", key, name_, CandidatesText(key, names)));
+      Add(Cause::kFieldNotUnique, start, {key, name_, Candidates(key, names)});
     } else if (names.empty()) {
-      Add(Severity::kError, "field-not-found", start, SyntaxError(FIELD_NAME_NOT_FOUND),
-          Tr("{} takes no fields", name_));
+      Add(Cause::kTakesNoFields, start, {name_});
     } else {
-      Add(Severity::kError, "field-not-found", start, SyntaxError(FIELD_NAME_NOT_FOUND),
-          Tr("{} has no field '{}'", name_, key), NearestWord(key, names));
+      Add(Cause::kFieldNotFound, start, {name_, key}, NearestWord(key, names));
     }
   }
 
   // The parser stopped at position; the field began at start.
   void RefuseValue(int start, int position, int failure) {
-    const int code = CLASS_SYNTAX + failure;
     switch (failure) {
       case ILLEGAL_FIELD_NAME:
-        Add(Severity::kError, "quote-in-name", position, code,
-            Tr("a quote in a field's name; is the '=' missing?"));
-        break;
+        return Add(Cause::kQuoteInName, position);
       case LABEL_VALUE_NOT_FOUND:
-        RefuseSymbol(start, code);
-        break;
+        return RefuseSymbol(start);
       case ALFA_VALUE_INVALID:
-        Add(Severity::kError, "bad-quote", position, code,
-            Tr("this quote is not closed, or stands behind the beginning of the value"));
-        break;
+        return Add(Cause::kBadQuote, position);
       case UNEXPECTED_END_OF_LINE:
-        Add(Severity::kError, "line-ends", position, code,
-            Tr("the line ends where a field is due"));
-        break;
+        return Add(Cause::kLineEnds, position);
       default:
-        Add(Severity::kError, "bad-value", start, code, Tr("the value is too long"));
-        break;
+        AddFailure(Cause::kValueTooLong, start, failure);
     }
   }
 
-  void RefuseSymbol(int start, int code) {
+  void RefuseSymbol(int start) {
     const size_t equals = text_.find('=', static_cast<size_t>(start) - 1);
     const size_t begin = text_.find_first_not_of("= ", equals);
     const size_t end = std::min(text_.find(',', begin), text_.find('\0', begin));
@@ -270,12 +247,10 @@ class LineCheck {
     const size_t blank = word.find(' ');
     const bool next_field =
         blank != std::string::npos && word.find('=', blank) != std::string::npos;
-    Add(Severity::kError, "value-not-found", static_cast<int>(begin) + 1, code,
-        Tr("'{}' is no word for a value; {}", word,
-           next_field  ? Tr("is a comma missing?")
-           : case_only ? Tr("capitals count")
-                       : Tr("a text needs quotes")),
-        near);
+    Add(next_field  ? Cause::kCommaMissing
+        : case_only ? Cause::kCapitalsCount
+                    : Cause::kQuotesMissing,
+        static_cast<int>(begin) + 1, {word}, near);
   }
 
   const Language& language_;
@@ -299,45 +274,24 @@ BatchCheck::BatchCheck(const Language& language, Findings& findings)
       findings_(findings),
       words_(language.commands()),
       symbols_(language.symbols()),
-      sequence_(language, [&findings](const FoundTrap& found, const LinePlace& place) {
-        Finding finding = TrapFinding(found);
-        finding.line = place.line;
-        finding.column = place.column;
-        finding.source = place.source;
-        findings.Add(std::move(finding));
-      }) {}
+      sequence_(language, findings) {}
 
 // What the eye does not see. A line that is too long or holds a NUL byte is not looked at
 // further: the library would not run what stands there.
 void BatchCheck::CheckBytes(const SourceLine& line) {
-  const auto add = [&](const char* rule, uint64_t column, int code, std::string what,
-                       std::string effect = {}) {
-    Finding finding;
-    finding.rule = rule;
+  const auto add = [&](Cause cause, uint64_t column, std::vector<FindingArgument> arguments = {}) {
+    Finding finding = MakeFinding(cause, std::move(arguments));
     finding.line = line.number;
     finding.column = column;
-    finding.code = code;
-    finding.what = std::move(what);
-    finding.effect = std::move(effect);
     if (column != 0) finding.source = line.text;
     findings_.Add(std::move(finding));
   };
-  if (BeginsWithByteOrderMark(line.text)) {
-    add("byte-order-mark", 1, SyntaxError(INSTRUCTION_NOT_FOUND),
-        Tr("the line begins with a byte order mark"),
-        Tr("the library takes it for a part of the line, and finds no command"));
-  }
-  if (line.length > kLongestLine) {
-    add("line-too-long", 0, SyntaxError(SOURCE_LINE_TOO_LONG),
-        Tr("the line has {} characters, more than {}", line.length, kLongestLine));
-  }
-  if (line.nul_at != 0) {
-    add("nul-byte", line.nul_at, 0, Tr("a NUL byte: the library reads the line only up to there"));
-  }
+  if (BeginsWithByteOrderMark(line.text)) add(Cause::kLineMark, 1);
+  if (line.length > kLongestLine) add(Cause::kLineTooLong, 0, {line.length, kLongestLine});
+  if (line.nul_at != 0) add(Cause::kNulInLine, line.nul_at);
   const size_t carriage_return = line.text.find('\r');
   if (carriage_return != std::string::npos) {
-    add("bare-carriage-return", carriage_return + 1, 0,
-        Tr("a carriage return that ends no line: what follows belongs to the same line"));
+    add(Cause::kReturnInLine, carriage_return + 1);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "console/check/definition_words.h"
 #include "console/check/finding.h"
@@ -33,14 +34,14 @@ class DefinitionCheck : private DefinitionSink {
   size_t symbols() const { return symbols_; }
 
  private:
-  void Add(Severity severity, const char* rule, std::string what, std::string effect = {},
+  void Add(FindingCause cause, std::vector<FindingArgument> arguments = {},
            std::string suggestion = {});
   void CheckBytes(const SourceLine& line);
 
   // What the reader tells.
   void Take(const DefinitionNote& note) override;
   void TakeEntry(const DefinitionNote& note);
-  void TakeStop(const std::string& fault);
+  void TakeStop(Finding fault);
   void TakeHeader(const DefinitionNote& note);
   void TakeNumberHeader(const DefinitionNote& note);
   void OpenRows(int slot, std::string_view name);

@@ -22,7 +22,6 @@ class ReportSink : public DefinitionSink {
   void Take(const DefinitionNote& note) override {
     if (note.cause == DefinitionCause::kCommand) ++report.commands;
     report.fault = StoppingFault(note);
-    if (!report.fault.empty()) report.fault_line = note.line;
   }
 
   DefinitionReport report;
@@ -44,23 +43,30 @@ std::string CleanedDefinitionLine(const std::string& text) {
   return out.data();
 }
 
-std::string StoppingFault(const DefinitionNote& note) {
+std::optional<Finding> StoppingFault(const DefinitionNote& note) {
   constexpr size_t kShown = 20;
+  Finding finding;
   switch (note.cause) {
     case DefinitionCause::kNoEquals:
-      return Tr("an entry needs a '='");
+      finding = MakeFinding(FindingCause::kNoEquals);
+      break;
     case DefinitionCause::kNothingInFront:
-      return Tr("nothing stands before the '='");
+      finding = MakeFinding(FindingCause::kNothingInFront);
+      break;
     case DefinitionCause::kNoRowNumber:
-      return Tr("'{}' is no row number (section [{}] needs one above 0)", Shown(note.text, kShown),
-                Shown(note.section_name, kShown));
+      finding = MakeFinding(FindingCause::kNoRowNumber,
+                            {CutText(note.text, kShown), CutText(note.section_name, kShown)});
+      break;
     case DefinitionCause::kRowAboveLast:
       // As it is written: the library takes the nearest number that it knows.
-      return Tr("row {} is above {}, the last command row",
-                std::strtol(std::string(note.text).c_str(), nullptr, 10), note.limit);
+      finding = MakeFinding(FindingCause::kRowAboveLast,
+                            {std::strtol(std::string(note.text).c_str(), nullptr, 10), note.limit});
+      break;
     default:
-      return {};
+      return std::nullopt;
   }
+  finding.line = note.line;
+  return finding;
 }
 
 void RequireDefinitionFile(const std::string& path) {

@@ -4,17 +4,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "console/message/finding.h"
 #include "console/terminal/line_reader.h"
 #include "pal/protocols/lorimat/front/definition_reader.h"
 
 namespace lorimat::console {
 
 struct DefinitionReport {
-  uint64_t fault_line = 0;  // the line at which the library stops reading; 0 when there is none
-  std::string fault;        // what is wrong with it
-  int commands = 0;         // of the OPCOD section, up to there
+  std::optional<Finding> fault;  // at the line where the library stops reading
+  int commands = 0;              // of the OPCOD section, up to there
 };
 
 // Throws Failure, with the file, when it is none that is read as a definition file: it is missing,
@@ -24,8 +25,8 @@ void RequireDefinitionFile(const std::string& path);
 // Throws Failure when the file cannot be read.
 DefinitionReport InspectDefinition(const std::string& path);
 
-// What stops the library's reading, for a person; empty when it reads on.
-std::string StoppingFault(const DefinitionNote& note);
+// What stops the library's reading; nothing when it reads on.
+std::optional<Finding> StoppingFault(const DefinitionNote& note);
 
 // The line as the library has it in hand: cut to the characters that it takes.
 std::string CutDefinitionLine(const SourceLine& line);

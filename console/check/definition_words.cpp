@@ -1,11 +1,7 @@
 #include "console/check/definition_words.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <algorithm>
 
-#include "console/message/translate.h"
 #include "language/handler_fields.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/dfltmsg.h"
@@ -16,14 +12,17 @@
 namespace lorimat::console {
 namespace {
 
+using Cause = FindingCause;
+
 constexpr int kDump = 3;  // the command that writes dumps
 constexpr size_t kListed = 12;
 
-template <typename T>
-std::string Listed(const std::vector<T>& items) {
-  const size_t count = std::min(items.size(), kListed);
-  const std::string text = fmt::format("{}", fmt::join(items.begin(), items.begin() + count, ", "));
-  return items.size() > count ? Tr("{} and {} more", text, items.size() - count) : text;
+void AddTo(FindingList& list, std::string name, uint64_t line = 0) {
+  if (list.names.size() < kListed) {
+    list.names.push_back({std::move(name), line});
+  } else {
+    ++list.more;
+  }
 }
 
 bool Contains(const std::vector<int>& numbers, int number) {
@@ -49,38 +48,30 @@ class WordCheck {
   }
 
  private:
-  void Add(Severity severity, const char* rule, uint64_t line, std::string what,
-           std::string effect = {}) {
-    Finding finding;
-    finding.severity = severity;
-    finding.rule = rule;
+  void Add(Cause cause, uint64_t line, std::vector<FindingArgument> arguments = {}) {
+    Finding finding = MakeFinding(cause, std::move(arguments));
     finding.line = line;
-    finding.what = std::move(what);
-    finding.effect = std::move(effect);
     findings_.Add(std::move(finding));
   }
 
   // --- Commands.
 
   void CheckCommands() {
-    std::vector<std::string> unbound;
     for (const auto& [place, row] : rows_.rows) {
       if (place.first == DefinitionRows::kCommandSlot) CheckCommand(place.second, row);
     }
     if (rows_.Count(DefinitionRows::kCommandSlot) == 0) {
-      Add(Severity::kError, "no-commands", 0, Tr("the file names no commands (section [OPCOD])"),
-          Tr("every line fails"));
-      return;
+      return Add(Cause::kNoCommands, 0);
     }
+    FindingList unbound;
+    int64_t count = 0;
     for (const language::CommandFields& command : language::handler_fields()) {
       if (FindHandler(command.id) != nullptr && words_.CommandName(command.id).empty()) {
-        unbound.push_back(std::to_string(command.id));
+        AddTo(unbound, std::to_string(command.id));
+        ++count;
       }
     }
-    if (!unbound.empty()) {
-      Add(Severity::kWarning, "commands-not-bound", 0,
-          Tr("{} of the library's commands have no word: {}", unbound.size(), Listed(unbound)));
-    }
+    if (count != 0) Add(Cause::kCommandsUnbound, 0, {count, std::move(unbound)});
   }
 
   void CheckCommand(int row, const DefinitionRows::Row& entry) {
@@ -91,25 +82,17 @@ class WordCheck {
     NoteLongerNames(DefinitionRows::kCommandSlot, entry, id);
     if (id < 1 || id >= MAXOPCOD) return;
     if (language::find_handler_fields(id) == nullptr && FindHandler(id) == nullptr) {
-      Add(Severity::kWarning, "command-not-supported", entry.line,
-          Tr("{} has the number {}, which is no command of the library", name, id),
-          Tr("its lines answer 268"));
+      Add(Cause::kOpcodeUnknown, entry.line, {name, id});
     }
     if (row == id) return;
     for (int other = 1; other < row; ++other) {
       if (tables_.szOpCodes[other][0] != 0 && tables_.iIdOpCodes[other] == id) {
-        Add(Severity::kNote, "alias", entry.line,
-            Tr("{} is another name of {}", name, tables_.szOpCodes[other]));
-        return;
+        return Add(Cause::kAlias, entry.line, {name, tables_.szOpCodes[other]});
       }
     }
     const bool own_row =
         id > 0 && id < MAXOPCOD && tables_.iIdOpCodes[id] == id && tables_.szOpCodes[id][0] != 0;
-    if (!own_row) {
-      Add(Severity::kWarning, "row-not-number", entry.line,
-          Tr("{} stands in row {} and has the number {}", name, row, id),
-          Tr("'#{}' finds the command {}, and dumps take their words from row {}", row, row, id));
-    }
+    if (!own_row) Add(Cause::kCommandInOtherRow, entry.line, {name, row, id});
   }
 
   void CheckCommandFound(const DefinitionRows::Row& entry, const std::string& name, int id) {
@@ -117,16 +100,17 @@ class WordCheck {
     if (name.find_first_of(" ',@#") != std::string::npos) return;
     const Lookup found = words_.FindCommand(name);
     if (found.failure == 0 && found.number == id) return;
-    const std::string others = Rivals(DefinitionRows::kCommandSlot, entry);
     if (found.failure == 0) {
-      Add(Severity::kError, "name-shadowed", entry.line,
-          Tr("{} in full finds the command {}", name, words_.CommandName(found.number)),
-          Tr("this row is never found"));
+      Add(Cause::kCommandShadowed, entry.line, {name, words_.CommandName(found.number)});
     } else {
-      Add(Severity::kError, "name-ambiguous", entry.line,
-          Tr("{} in full is ambiguous with {}", name, others),
-          Tr("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
+      AddAmbiguous(DefinitionRows::kCommandSlot, entry, name, found.failure);
     }
+  }
+
+  void AddAmbiguous(int slot, const DefinitionRows::Row& entry, const std::string& name,
+                    int failure) {
+    Add(Cause::kNameAmbiguous, entry.line,
+        {name, Rivals(slot, entry), int{CLASS_SYNTAX} + failure});
   }
 
   int NumberOf(int slot, int row) const {
@@ -134,16 +118,16 @@ class WordCheck {
   }
 
   // The other names of a slot that begin with this one or that it begins with, with their lines.
-  std::string Rivals(int slot, const DefinitionRows::Row& entry) const {
-    std::vector<std::string> texts;
+  FindingList Rivals(int slot, const DefinitionRows::Row& entry) const {
+    FindingList rivals;
     for (const auto& [place, row] : rows_.rows) {
       if (place.first != slot || row.line == entry.line || row.name.empty()) continue;
       const size_t length = std::min(row.name.size(), entry.name.size());
       if (SameIgnoringCase(row.name.c_str(), entry.name.c_str(), length)) {
-        texts.push_back(Tr("{} (line {})", row.name, row.line));
+        AddTo(rivals, row.name, row.line);
       }
     }
-    return Listed(texts);
+    return rivals;
   }
 
   // A name that begins another one of a different meaning.
@@ -153,9 +137,7 @@ class WordCheck {
       if (row.name.size() <= entry.name.size()) continue;
       if (!BeginsWith(row.name.c_str(), entry.name.c_str())) continue;
       if (NumberOf(slot, place.second) == number) continue;
-      Add(Severity::kNote, "name-begins-another", row.line,
-          Tr("{} (line {}) begins {}", entry.name, entry.line, row.name),
-          Tr("{} has to be written in full", row.name));
+      Add(Cause::kNameBeginsAnother, row.line, {entry.name, entry.line, row.name});
     }
   }
 
@@ -166,35 +148,25 @@ class WordCheck {
     const std::string name = tables_.szKeyI[id][row];
     const int number = tables_.iNCI[id][row];
     if (row > tables_.iNumOper[id]) {
-      Add(Severity::kError, "row-out-of-reach", entry.line,
-          Tr("row {} is above {}, the highest row below the last header of [{}] (line "
-             "{})",
-             row, tables_.iNumOper[id], id, rows_.section_lines.at(id)),
-          Tr("the library never finds it"));
-      return;
+      return Add(Cause::kRowAboveHighest, entry.line,
+                 {row, tables_.iNumOper[id], id, rows_.section_lines.at(id)});
     }
     CheckFieldFound(id, entry, name, number);
     NoteLongerNames(id, entry, number);
     if (number < 1 || number > MAXCAMPI) return;
     const language::CommandFields* handler = language::find_handler_fields(id);
     if (handler != nullptr && !Contains(handler->fields, number) && number > handler->dumped_to) {
-      Add(Severity::kWarning, "field-not-read", entry.line,
-          Tr("no command reads field {} of [{}], {}", number, id, name),
-          Tr("it has no effect in a line"));
+      Add(Cause::kFieldOfNoCommand, entry.line, {number, id, name});
     }
     if (row == number) return;
     for (int other = 1; other < row; ++other) {
       if (tables_.szKeyI[id][other][0] != 0 && tables_.iNCI[id][other] == number) {
-        Add(Severity::kNote, "alias", entry.line,
-            Tr("{} is another name of {}", name, tables_.szKeyI[id][other]));
+        Add(Cause::kAlias, entry.line, {name, tables_.szKeyI[id][other]});
         break;
       }
     }
     if (handler != nullptr && Contains(handler->fields, row)) {
-      Add(Severity::kWarning, "row-not-number", entry.line,
-          Tr("{} stands in row {} and has the number {}", name, row, number),
-          Tr("'#{}' means field {}, which the command reads, and dumps write {} for it", row, row,
-             name));
+      Add(Cause::kFieldInOtherRow, entry.line, {name, row, number});
     }
   }
 
@@ -204,40 +176,31 @@ class WordCheck {
     const Lookup found = words_.FindField(id, name);
     if (found.failure == 0 && found.number == number) return;
     if (found.failure == 0) {
-      Add(Severity::kError, "name-shadowed", entry.line,
-          Tr("{} in full finds field {}, {}", name, found.number,
-             words_.FieldName(id, found.number)),
-          Tr("this row is never found"));
-      return;
+      Add(Cause::kFieldShadowed, entry.line,
+          {name, found.number, words_.FieldName(id, found.number)});
+    } else {
+      AddAmbiguous(id, entry, name, found.failure);
     }
-    const std::string others = Rivals(id, entry);
-    Add(Severity::kError, "name-ambiguous", entry.line,
-        Tr("{} in full is ambiguous with {}", name, others),
-        Tr("a line with it answers {}", int{CLASS_SYNTAX} + found.failure));
   }
 
   void CheckUnboundFields(const language::CommandFields& command) {
     const std::string name = words_.CommandName(command.id);
     if (name.empty()) return;
-    std::vector<int> unbound;
+    FindingList unbound;
     for (const int field : command.fields) {
-      if (words_.FieldName(command.id, field).empty()) unbound.push_back(field);
+      if (words_.FieldName(command.id, field).empty()) AddTo(unbound, std::to_string(field));
     }
-    if (unbound.empty()) return;
+    if (unbound.names.empty()) return;
     const auto section = rows_.section_lines.find(command.id);
-    Add(Severity::kWarning, "fields-not-bound",
-        section == rows_.section_lines.end() ? 0 : section->second,
-        Tr("{} (command {}) reads fields that have no word: {}", name, command.id,
-           Listed(unbound)));
+    Add(Cause::kFieldsUnbound, section == rows_.section_lines.end() ? 0 : section->second,
+        {name, command.id, std::move(unbound)});
   }
 
   void CheckSections() {
     for (const auto& [slot, line] : rows_.section_lines) {
       if (slot < 1 || !words_.CommandName(slot).empty()) continue;
-      Add(Severity::kWarning, "section-without-command", line,
-          Tr("[{}] is the section of a command without a word", slot),
-          slot <= tables_.iTotOpCodes ? Tr("only '#{}' reaches it", slot)
-                                      : Tr("no line reaches it"));
+      Add(slot <= tables_.iTotOpCodes ? Cause::kSectionByNumberOnly : Cause::kSectionUnreached,
+          line, {slot});
     }
   }
 
@@ -254,10 +217,7 @@ class WordCheck {
       int value = 0;
       if (tables_.TradSimb(word.data(), &value) && value == flag.value) continue;
       const DefinitionRows::Row* row = rows_.Find(DefinitionRows::kMessageSlot, flag.row);
-      Add(Severity::kWarning, "flag-not-read-back", row != nullptr ? row->line : 0,
-          Tr("dumps write a flag as {} (INTMSG {}), which is no symbol of value {}", word, flag.row,
-             flag.value),
-          Tr("such a dump does not load back"));
+      Add(Cause::kFlagNotReadBack, row != nullptr ? row->line : 0, {word, flag.row, flag.value});
     }
   }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/styles.h"
@@ -45,11 +46,6 @@ size_t Width(std::string_view text) {
   return text.size() - static_cast<size_t>(std::count_if(text.begin(), text.end(), IsContinuation));
 }
 
-std::string BetterWord(const Finding& finding) {
-  if (finding.suggestion.empty()) return {};
-  return Tr("; did you mean {}?", Shown(finding.suggestion));
-}
-
 }  // namespace
 
 std::string PlaceText(const std::string& source, uint64_t column, bool colours) {
@@ -65,13 +61,9 @@ std::string PlaceText(const std::string& source, uint64_t column, bool colours) 
                      Styled("^", Style::kGood, colours));
 }
 
-std::string FindingWords(const Finding& finding) {
-  return Shown(finding.what) + BetterWord(finding);
-}
-
 void Findings::Add(Finding finding) {
-  if (finding.severity == Severity::kError) ++errors_;
-  if (finding.severity == Severity::kWarning) ++warnings_;
+  if (finding.severity() == Severity::kError) ++errors_;
+  if (finding.severity() == Severity::kWarning) ++warnings_;
   if (kept_.size() < kKept) {
     kept_.push_back(std::move(finding));
   } else {
@@ -93,13 +85,16 @@ std::string FindingText(const std::string& file, const Finding& finding, bool co
   if (finding.line != 0) place += fmt::format(":{}", finding.line);
   if (finding.column != 0) place += fmt::format(":{}", finding.column);
   std::string text = place.empty() ? "" : Styled(place + ":", Style::kStrong, colours) + " ";
+  const FindingSentences sentences = SentencesOf(finding);
   text += fmt::format("{} {}",
-                      Styled(fmt::format("{}:", Translated(SeverityName(finding.severity))),
-                             SeverityStyle(finding.severity), colours),
-                      Shown(finding.what));
-  if (!finding.effect.empty()) text += ": " + Shown(finding.effect);
-  text += BetterWord(finding);
-  if (!finding.remedy.empty()) text += Tr("; write {}", Shown(finding.remedy));
+                      Styled(fmt::format("{}:", Translated(SeverityName(finding.severity()))),
+                             SeverityStyle(finding.severity()), colours),
+                      Shown(sentences.what));
+  if (!sentences.effect.empty()) text += ": " + Shown(sentences.effect);
+  if (!finding.suggestion.empty()) {
+    text += Tr("; did you mean {}?", Shown(finding.suggestion));
+  }
+  if (!sentences.remedy.empty()) text += Tr("; write {}", Shown(sentences.remedy));
   if (finding.code != 0) text += Tr(" (code {})", finding.code);
   text += '\n';
   if (finding.column != 0 && !finding.source.empty()) {
@@ -109,14 +104,16 @@ std::string FindingText(const std::string& file, const Finding& finding, bool co
 }
 
 Json FindingJson(const Finding& finding) {
-  Json json = {{"severity", SeverityName(finding.severity)}, {"rule", finding.rule}};
+  const EnglishMessages english;
+  const FindingSentences sentences = SentencesOf(finding);
+  Json json = {{"severity", SeverityName(finding.severity())}, {"rule", finding.rule()}};
   if (finding.line != 0) json["line"] = finding.line;
   if (finding.column != 0) json["column"] = finding.column;
   if (finding.code != 0) json["code"] = finding.code;
-  json["what"] = finding.what;
-  if (!finding.effect.empty()) json["effect"] = finding.effect;
+  json["what"] = sentences.what;
+  if (!sentences.effect.empty()) json["effect"] = sentences.effect;
   if (!finding.suggestion.empty()) json["suggestion"] = finding.suggestion;
-  if (!finding.remedy.empty()) json["remedy"] = finding.remedy;
+  if (!sentences.remedy.empty()) json["remedy"] = sentences.remedy;
   return json;
 }
 

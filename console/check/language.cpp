@@ -10,6 +10,7 @@
 
 #include "console/check/definition_fault.h"
 #include "console/message/failure.h"
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/streams.h"
@@ -53,9 +54,9 @@ Language::Language(const std::string& path) : Language() {
   }
   if (Read(file.get())) return;
   const DefinitionReport report = InspectDefinition(path);
-  throw Failure(report.fault_line != 0
-                    ? Tr("definition file {}:{}: {}", name, report.fault_line, report.fault)
-                    : Tr("definition file {}: the library cannot read it", name));
+  throw Failure(report.fault ? Tr("definition file {}:{}: {}", name, report.fault->line,
+                                  Shown(WhatText(*report.fault)))
+                             : Tr("definition file {}: the library cannot read it", name));
 }
 
 Language Language::FromText(std::string_view text) {

@@ -1,15 +1,13 @@
 #include "console/check/line_traps.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <limits>
+#include <span>
 #include <string_view>
 
 #include "console/check/line_trap_fields.h"
 #include "console/check/number_reading.h"
-#include "console/message/translate.h"
 #include "language/field_kinds.h"
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/ascii.h"
@@ -20,6 +18,7 @@ namespace lorimat::console {
 namespace {
 
 using namespace line_traps;
+using Trap = FindingCause;
 using language::FieldKind;
 
 template <size_t kCount>
@@ -65,9 +64,12 @@ class LineTraps {
   }
 
  private:
-  void Add(Trap trap, const GivenField& field, std::vector<std::string> arguments,
+  void Add(Trap trap, const GivenField& field, std::vector<FindingArgument> arguments,
            std::string instead = {}) {
-    sink_({trap, std::move(arguments), std::move(instead)}, field.column);
+    Finding finding = MakeFinding(trap, std::move(arguments));
+    finding.column = field.column;
+    finding.suggestion = std::move(instead);
+    sink_(std::move(finding));
   }
 
   // The last of a number that holds something; null when there is none. An empty text counts as
@@ -157,7 +159,7 @@ class LineTraps {
       const Trap trap = opcode_ == kSubtotalCheck ? Trap::kNumberRefused : Trap::kNumberText;
       Add(trap, field, {field.key, field.value, reading.text}, instead);
     } else if (!reading.exact && (kind != NumberKind::kWhole || HasPoint(field.value))) {
-      Add(Trap::kNumberMisread, field, {field.key, reading.text, Taken(kind)});
+      Add(Misread(kind), field, {field.key, reading.text});
     }
     if (piece && reading.value == 0) Add(Trap::kQuantityZero, field, {field.key});
     const bool pays = opcode_ == kPayment || opcode_ == kKeys;
@@ -170,16 +172,15 @@ class LineTraps {
     Add(Trap::kNumberEmpty, field, {field.key});
   }
 
-  // What a field of the kind takes, for a person.
-  static std::string Taken(NumberKind kind) {
+  static Trap Misread(NumberKind kind) {
     switch (kind) {
       case NumberKind::kQuantity:
-        return Tr("three decimals at most, and no more than 2147483.647");
+        return Trap::kQuantityMisread;
       case NumberKind::kPrice:
       case NumberKind::kPercentage:
-        return Tr("fewer digits, four of them decimals at most");
+        return Trap::kPriceMisread;
       default:
-        return Tr("a whole number, no more than 2147483647");
+        return Trap::kNumberMisread;
     }
   }
 
@@ -188,7 +189,7 @@ class LineTraps {
   void FindByte(const GivenField& field) {
     const int number = TextToInt(field.value.c_str());
     if (number >= 0 && number <= 255) return;
-    Add(Trap::kNumberCut, field, {field.key, field.value, std::to_string(number & 0xFF)});
+    Add(Trap::kNumberCut, field, {field.key, field.value, number & 0xFF});
   }
 
   void FindKeyedText(const GivenField& field) {
@@ -220,7 +221,7 @@ class LineTraps {
     if (whole && IsDigits(text)) return;
     if (text.size() == 8) return FindEight(field);
     std::string copy = text;
-    const std::string number = std::to_string(lorimatutility::TradNumInt64(copy.data()));
+    const int64_t number = lorimatutility::TradNumInt64(copy.data());
     std::string digits = text;
     std::erase_if(digits, [](char c) { return c < '0' || c > '9'; });
     const bool printed = digits.size() == 8 && digits != text;
@@ -232,7 +233,7 @@ class LineTraps {
   void FindEight(const GivenField& field) {
     std::string number = field.value.substr(4);
     Add(Trap::kDocumentNumber, field,
-        {field.key, field.value, std::to_string(lorimatutility::TradNumInt64(number.data()))});
+        {field.key, field.value, lorimatutility::TradNumInt64(number.data())});
   }
 
   void FindMacro(const GivenField& field) {
@@ -283,9 +284,7 @@ class LineTraps {
   void FindCut(const GivenField& field) {
     const size_t kept = Limit(field.number);
     if (field.value.size() <= kept) return;
-    Add(Trap::kTextCut, field,
-        {field.key, std::to_string(field.value.size()), std::to_string(kept),
-         field.value.substr(0, kept)});
+    Add(Trap::kTextCut, field, {field.key, field.value.size(), kept, field.value.substr(0, kept)});
   }
 
   void FindCapitals(const GivenField& field) {
@@ -315,17 +314,16 @@ class LineTraps {
         return other != 0 && Given(other) != nullptr;
       });
       if (with) continue;
-      Add(Trap::kFieldUnusedWithout, *field,
-          {field->key, WordsOf(row.others.data(), row.others.size()), command_});
+      Add(Trap::kFieldUnusedWithout, *field, {field->key, WordsOf(row.others), command_});
     }
   }
 
-  std::string WordsOf(const int* numbers, size_t count) const {
-    std::vector<std::string> words;
-    for (size_t i = 0; i < count; ++i) {
-      if (numbers[i] != 0) words.push_back(FieldWord(numbers[i]));
+  FindingList WordsOf(std::span<const int> numbers) const {
+    FindingList words;
+    for (const int number : numbers) {
+      if (number != 0) words.names.push_back({FieldWord(number)});
     }
-    return fmt::format("{}", fmt::join(words, ", "));
+    return words;
   }
 
   void FindNeeded() {
@@ -337,7 +335,9 @@ class LineTraps {
       }
       const size_t needed = row.fields[1] == 0 ? 1 : 2;
       if (missing.empty() || (!row.all && missing.size() < needed)) continue;
-      sink_({Trap::kDoesNothing, {command_, WordsOf(missing.data(), missing.size())}, {}}, 1);
+      Finding finding = MakeFinding(Trap::kDoesNothing, {command_, WordsOf(missing)});
+      finding.column = 1;
+      sink_(std::move(finding));
     }
   }
 

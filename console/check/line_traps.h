@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "console/check/language.h"
-#include "console/check/trap.h"
+#include "console/message/finding.h"
 
 namespace lorimat::console {
 
@@ -23,8 +23,8 @@ struct GivenField {
   uint64_t column = 0;  // of the key
 };
 
-// Takes a trap and the column that it stands in.
-using TrapSink = std::function<void(FoundTrap found, uint64_t column)>;
+// Takes a trap with the column that it stands in.
+using TrapSink = std::function<void(Finding trap)>;
 
 // The traps of a line whose fields were read without a failure. A field that is given twice stands
 // there twice; the last counts.

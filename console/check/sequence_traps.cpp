@@ -13,6 +13,8 @@
 namespace lorimat::console {
 namespace {
 
+using Trap = FindingCause;
+
 // Opcodes.
 constexpr int kProgramming = 1;
 constexpr int kEndOfProgramming = 2;
@@ -89,8 +91,12 @@ std::string SequenceTraps::CommandWord(int opcode) const {
   return name.empty() ? fmt::format("#{}", opcode) : name;
 }
 
-void SequenceTraps::Tell(Trap trap, std::vector<std::string> arguments, const Mark& mark) {
-  sink_({trap, std::move(arguments), {}}, mark.place);
+void SequenceTraps::Tell(Trap trap, std::vector<FindingArgument> arguments, const Mark& mark) {
+  Finding finding = MakeFinding(trap, std::move(arguments));
+  finding.line = mark.place.line;
+  finding.column = mark.place.column;
+  finding.source = mark.place.source;
+  findings_.Add(std::move(finding));
 }
 
 void SequenceTraps::Become(State state) {
@@ -176,13 +182,11 @@ void SequenceTraps::Finish() {
 
 void SequenceTraps::Sell() {
   if (EffectOf(language_.translator(), kSale) != ReceiptEffect::kSale) return;
-  const std::string line = std::to_string(paid_.place.line);
   switch (state_) {
     case State::kReady:
       if (key_) {
         if (!key_told_) {
-          Tell(Trap::kKeyTurned,
-               {key_->command, std::to_string(key_->place.line), CommandWord(kEndOfProgramming)},
+          Tell(Trap::kKeyTurned, {key_->command, key_->place.line, CommandWord(kEndOfProgramming)},
                here_);
         }
         key_told_ = true;
@@ -191,8 +195,8 @@ void SequenceTraps::Sell() {
       if (!opens_) {
         if (lost_ && !lost_told_) {
           Tell(Trap::kNoReceiptOpens,
-               {lost_->command, std::to_string(lost_->place.line), CommandWord(kClear),
-                CommandWord(kReset), CommandWord(kPayment)},
+               {lost_->command, lost_->place.line, CommandWord(kClear), CommandWord(kReset),
+                CommandWord(kPayment)},
                here_);
         }
         lost_told_ = true;
@@ -204,21 +208,20 @@ void SequenceTraps::Sell() {
     case State::kPaying:
       if (!refusal_told_ && total_) {
         Tell(Trap::kSaleBehindPayment,
-             {line, Money(paid_sum_), Money(*total_), CommandWord(kPayment)}, here_);
+             {paid_.place.line, Money(paid_sum_), Money(*total_), CommandWord(kPayment)}, here_);
       }
       refusal_told_ = true;
       break;
     case State::kEnding:
       if (!refusal_told_) {
-        Tell(Trap::kReceiptNotEnded, {line, CommandWord(attachments_ ? kAttachment : kKeys)},
-             here_);
+        Tell(Trap::kReceiptNotEnded,
+             {paid_.place.line, CommandWord(attachments_ ? kAttachment : kKeys)}, here_);
       }
       refusal_told_ = true;
       break;
     case State::kNonFiscal:
       if (!refusal_told_) {
-        Tell(Trap::kSaleInNonFiscal, {std::to_string(opened_.place.line), CommandWord(kNonFiscal)},
-             here_);
+        Tell(Trap::kSaleInNonFiscal, {opened_.place.line, CommandWord(kNonFiscal)}, here_);
       }
       refusal_told_ = true;
       break;

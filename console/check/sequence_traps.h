@@ -3,13 +3,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "console/check/finding.h"
 #include "console/check/language.h"
 #include "console/check/translator_memory.h"
-#include "console/check/trap.h"
 
 namespace lorimat::console {
 
@@ -22,11 +22,9 @@ struct LinePlace {
 
 class SequenceTraps {
  public:
-  using Sink = std::function<void(FoundTrap found, const LinePlace& place)>;
-
-  // The words have to outlive this object.
-  SequenceTraps(const Language& language, Sink sink)
-      : language_(language), sink_(std::move(sink)) {}
+  // Both have to outlive this object.
+  SequenceTraps(const Language& language, Findings& findings)
+      : language_(language), findings_(findings) {}
 
   // Takes a line that the translator has just read without a failure.
   void Take(int opcode, const std::string& command, const LinePlace& place);
@@ -63,10 +61,10 @@ class SequenceTraps {
   int Whole(int field) const;
   int64_t Amount(int field) const;
   std::string CommandWord(int opcode) const;
-  void Tell(Trap trap, std::vector<std::string> arguments, const Mark& mark);
+  void Tell(FindingCause trap, std::vector<FindingArgument> arguments, const Mark& mark);
 
   const Language& language_;
-  Sink sink_;
+  Findings& findings_;
   Mark here_;
 
   State state_ = State::kReady;

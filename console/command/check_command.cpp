@@ -162,9 +162,9 @@ class Checker {
         kind = FileKind::kBatch;
         start();
       }
-      const EnglishMessages english(options_.json);
       if (utf16) {
-        AddUtf16(findings);
+        // Its lines would have a finding for each byte, and none that tells why.
+        findings.Add(MakeFinding(FindingCause::kUtf16));
       } else if (definition) {
         definition->Finish();
       } else {
@@ -176,18 +176,8 @@ class Checker {
          batch);
   }
 
-  // Its lines would have a finding for each byte, and none that tells why.
-  static void AddUtf16(Findings& findings) {
-    Finding finding;
-    finding.rule = "utf-16";
-    finding.what = Tr("the file is UTF-16");
-    finding.effect = Tr("the library cannot read it; save it as UTF-8 without a byte order mark");
-    findings.Add(std::move(finding));
-  }
-
   void Take(const SourceLine& line, std::optional<DefinitionCheck>& definition,
             std::optional<BatchCheck>& batch) const {
-    const EnglishMessages english(options_.json);
     if (definition) {
       definition->Take(line);
     } else if (batch) {
@@ -211,7 +201,7 @@ class Checker {
     const bool colours = streams_.output_has_colours();
     std::string out;
     for (const Finding& finding : findings.sorted()) {
-      if (finding.severity == Severity::kNote && !options_.notes) continue;
+      if (finding.severity() == Severity::kNote && !options_.notes) continue;
       out += FindingText(name, finding, colours);
     }
     if (findings.dropped() != 0) {

@@ -8,6 +8,7 @@
 
 #include "console/check/batch_check.h"
 #include "console/check/code_table.h"
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
@@ -79,7 +80,7 @@ std::optional<Finding> ParserFinding(const Language& language, const std::string
   Findings findings;
   BatchCheck(language, findings).Take(source);
   for (const Finding& finding : findings.sorted()) {
-    if (finding.severity == Severity::kError) return finding;
+    if (finding.severity() == Severity::kError) return finding;
   }
   return std::nullopt;
 }
@@ -102,7 +103,7 @@ std::string ParserHint(const Language& language, const std::string& line, size_t
       out += fmt::format("  {}^\n", std::string(ColumnsOf(before), ' '));
     }
   }
-  return out + Wrapped(FindingWords(*finding), kIndent, columns);
+  return out + Wrapped(Shown(WhatAndBetterWord(*finding)), kIndent, columns);
 }
 
 }  // namespace lorimat::console

@@ -12,6 +12,7 @@
 #include "console/check/finding.h"
 #include "console/check/password_mask.h"
 #include "console/host/answer_causes.h"
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_encoding.h"
@@ -125,7 +126,7 @@ void FailureReport::Explain(const FailedLine& failed) {
   } else if (!failed.text.empty()) {
     out = BareLine(WithoutPasswords(language_, failed.text));
   }
-  if (found) out += Wrapped(FindingWords(*found), kIndent, width);
+  if (found) out += Wrapped(Shown(WhatAndBetterWord(*found)), kIndent, width);
   if (!failed.reason.empty()) out += Wrapped(failed.reason, kIndent, width);
   streams_.Error(out + CausesText(failed.code, width));
 }

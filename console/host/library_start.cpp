@@ -6,6 +6,7 @@
 #include "console/check/definition_fault.h"
 #include "console/host/installed_files.h"
 #include "console/message/failure.h"
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
@@ -89,9 +90,10 @@ void StartLibrary(const std::string& language, bool verbose, Library& library,
   }
   const int code = library.Init(path, client.client());
   if (code != 0) {
-    const std::string cause = code == kDefinitionRefused && report.fault_line != 0
-                                  ? fmt::format(":{}: {}", report.fault_line, report.fault)
-                                  : Tr(": the library answered {}", code);
+    const std::string cause =
+        code == kDefinitionRefused && report.fault
+            ? fmt::format(":{}: {}", report.fault->line, Shown(WhatText(*report.fault)))
+            : Tr(": the library answered {}", code);
     throw Failure(Tr("definition file {}", Shown(definition.path)) + cause + origin);
   }
   if (report.commands == 0) {

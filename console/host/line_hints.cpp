@@ -11,11 +11,11 @@ std::string LineHints::Take(const SourceLine& line, const std::string& place, bo
   for (Finding& finding : found_.sorted()) {
     // What a check refuses the library took: an "@" line. What stands at another line is of a
     // sequence, which shows when it comes to it.
-    if (finding.severity != Severity::kWarning || finding.code != 0 ||
+    if (finding.severity() != Severity::kWarning || finding.code != 0 ||
         finding.line != line.number) {
       continue;
     }
-    const uint64_t told = ++told_[finding.rule];
+    const uint64_t told = ++told_[finding.rule()];
     if (told > kShown) continue;
     finding.line = 0;
     if (place.empty()) finding.column = 0;

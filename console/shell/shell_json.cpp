@@ -16,6 +16,7 @@
 #include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/message/failure.h"
+#include "console/message/finding_text.h"
 #include "console/message/json_text.h"
 #include "console/message/register_failure_text.h"
 #include "console/message/translate.h"
@@ -137,7 +138,7 @@ class JsonShell {
     if (code == 0) return {};
     std::vector<std::string> sentences;
     if (const std::optional<Finding> found = ParserFinding(language_, line, code)) {
-      const std::string words = FindingWords(*found);
+      const std::string words = WhatAndBetterWord(*found);
       sentences.push_back(found->column == 0 ? words
                                              : fmt::format("column {}: {}", found->column, words));
     }

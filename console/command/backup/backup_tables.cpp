@@ -12,6 +12,7 @@
 #include "console/check/batch_check.h"
 #include "console/check/finding.h"
 #include "console/message/failure.h"
+#include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
@@ -94,7 +95,9 @@ void CheckLines(const std::string& path, const std::vector<DumpRow>& lines,
     if (findings.errors() != 0) break;
   }
   for (const Finding& finding : findings.sorted()) {
-    if (finding.severity == Severity::kError) Refuse(path, finding.line, finding.what);
+    if (finding.severity() == Severity::kError) {
+      Refuse(path, finding.line, Shown(WhatText(finding)));
+    }
   }
 }
 

@@ -177,8 +177,8 @@ void DefinitionReading::Compare(const std::string& text) {
   for (SourceLine one; lines.Next(&one);) check.Take(one);
   ASSERT_EQ(check.stop_line(), stop);
   const DefinitionReport report = InspectDefinition(path);
-  ASSERT_EQ(report.fault_line, stop);
-  ASSERT_EQ(report.fault.empty(), whole);
+  ASSERT_EQ(report.fault ? report.fault->line : 0, stop);
+  ASSERT_EQ(!report.fault, whole);
   if (!whole) return;
   ASSERT_EQ(check.commands(), CountCommands(*library) + (last_row ? 1 : 0));
   ASSERT_EQ(check.fields(), CountFields(*library));

