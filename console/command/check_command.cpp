@@ -172,8 +172,8 @@ class Checker {
       }
     }
     errors_ += findings.errors();
-    Show(options_.json && file == "-" ? "standard input" : reader.name(), findings, definition,
-         batch);
+    const std::string name_in_json = file == "-" ? "standard input" : file;
+    Show(options_.json ? name_in_json : reader.name(), findings, definition, batch);
   }
 
   void Take(const SourceLine& line, std::optional<DefinitionCheck>& definition,

@@ -152,7 +152,7 @@ int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Lan
     for (const RowDifference& one : outcome.after) {
       if (Stays(one)) continue;
       text += Tr("{}:{}: not restored: {}", one.table->file, one.line,
-                 CauseOf(one, outcome.refusals, outcome.stopped)) +
+                 Shown(CauseOf(one, outcome.refusals, outcome.stopped))) +
               "\n";
     }
     text += left == 0 ? Tr("{}: {} restored\n", Shown(options.register_file), RowsText(restored))

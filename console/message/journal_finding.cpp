@@ -168,8 +168,8 @@ std::string JournalFindingText(const lorimat::Finding& finding) {
   const FindingRow* row = RowOf(finding);
   if (row == nullptr) return {};
   const std::string text = finding.kind == FindingKind::kUnreadable
-                               ? RegisterFailureText(finding.failure)
-                               : Shown(finding.text);
+                               ? RegisterFailureWords(finding.failure)
+                               : finding.text;
   const std::string name = NameOf(finding);
   return fmt::format(fmt::runtime(Translated(row->text)), fmt::arg("entry", finding.entry),
                      fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),

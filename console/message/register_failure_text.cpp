@@ -108,7 +108,7 @@ int SystemNumber(const std::error_code& code) {
 
 std::string ForeignText(int64_t error, std::string_view words) {
   if (error != 0) return SystemMessage(static_cast<int>(error));
-  return Tr("an error that was not expected: {}", Shown(words));
+  return Tr("an error that was not expected: {}", words);
 }
 
 std::string CauseText(const lorimat::RegisterFailure& failure) {
@@ -130,7 +130,7 @@ std::string CauseText(const lorimat::RegisterFailure& failure) {
           fields.push_back(ClientOperationName(static_cast<ClientOperation>(*number++)));
           break;
         default:
-          fields.push_back(Shown(failure.text));
+          fields.push_back(failure.text);
       }
     }
     return fmt::vformat(Translated(row.text), fields);
@@ -140,20 +140,24 @@ std::string CauseText(const lorimat::RegisterFailure& failure) {
 
 }  // namespace
 
-std::string RegisterFailureText(const lorimat::RegisterFailure& failure) {
+std::string RegisterFailureWords(const lorimat::RegisterFailure& failure) {
   std::string cause = CauseText(failure);
   if (failure.doubtful) {
     cause += Translated(TR_TEXT("; whether it is stored is not known until the next start"));
   }
   switch (failure.place) {
     case lorimat::FailurePlace::kFile:
-      return fmt::format("{}: {}", Shown(failure.file), cause);
+      return fmt::format("{}: {}", failure.file, cause);
     case lorimat::FailurePlace::kMemory:
       return Tr("register in memory: {}", cause);
     case lorimat::FailurePlace::kNone:
       break;
   }
   return cause;
+}
+
+std::string RegisterFailureText(const lorimat::RegisterFailure& failure) {
+  return Shown(RegisterFailureWords(failure));
 }
 
 std::string ErrorText(const std::exception& error) {
@@ -165,15 +169,15 @@ std::string ErrorText(const std::exception& error) {
   }
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
     const std::string cause = ForeignText(SystemNumber(file->code()), file->what());
-    return fmt::format("{}: {}", Shown(file->path1().native()), cause);
+    return Shown(fmt::format("{}: {}", file->path1().native(), cause));
   }
   if (const auto* system = dynamic_cast<const std::system_error*>(&error)) {
-    return ForeignText(SystemNumber(system->code()), system->what());
+    return Shown(ForeignText(SystemNumber(system->code()), system->what()));
   }
   if (const auto* json = dynamic_cast<const nlohmann::json::exception*>(&error)) {
     return Tr("JSON that was not expected (error {})", json->id);
   }
-  return ForeignText(0, error.what());
+  return Shown(ForeignText(0, error.what()));
 }
 
 }  // namespace lorimat::console

@@ -11,6 +11,8 @@ namespace lorimat::console {
 
 // "FILE: cause"; empty for a failure without a cause. Names show as on a terminal.
 std::string RegisterFailureText(const lorimat::RegisterFailure& failure);
+// The same with names and texts as they are, for JSON.
+std::string RegisterFailureWords(const lorimat::RegisterFailure& failure);
 
 // What was thrown, by its kind. What another library says in words stands in it as they are.
 std::string ErrorText(const std::exception& error);

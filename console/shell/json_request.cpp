@@ -118,9 +118,10 @@ class RequestParts : public nlohmann::json_sax<Json> {
     if (depth_ != 1) return true;
     member_ = name == "id" ? kId : name == "line" ? kLine : kOther;
     if (member_ == kOther) {
-      Refuse(RequestError::kMemberUnknown,
-             fmt::format("a request has no member '{}', but id and line", Shown(name, kShownName)),
-             begin);
+      Refuse(
+          RequestError::kMemberUnknown,
+          fmt::format("a request has no member '{}', but id and line", CutText(name, kShownName)),
+          begin);
     } else if (++seen_[member_] > 1) {
       Refuse(RequestError::kMemberTwice, fmt::format("the member '{}' stands there twice", name),
              begin);

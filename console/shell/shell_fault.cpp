@@ -48,11 +48,11 @@ int TakeNumber(const std::vector<std::string>& words, size_t* at) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
-    throw Failure(Tr("a number has to stand behind '{}'", Shown(name, 60)));
+    throw Failure(Tr("a number has to stand behind '{}'", CutText(name, 60)));
   }
   if (error == std::errc::result_out_of_range) {
     throw Failure(
-        Tr("the number behind '{}' is out of range: {}", Shown(name, 60), Shown(text, 60)));
+        Tr("the number behind '{}' is out of range: {}", CutText(name, 60), CutText(text, 60)));
   }
   return number;
 }
@@ -68,14 +68,14 @@ lorimat::Fault ReadFault(std::string_view text) {
       fault.name = word;
       const std::vector<std::string> names = KindNames();
       if (std::find(names.begin(), names.end(), word) == names.end()) {
-        Refuse(Tr("no fault is called '{}'", Shown(word, 60)), word, names);
+        Refuse(Tr("no fault is called '{}'", CutText(word, 60)), word, names);
       }
       if (word == lorimat::kCodeFault) fault.code = TakeNumber(words, &at);
     } else if (word == "on" && at + 1 < words.size()) {
       const std::string& name = words[++at];
       fault.operation = FindClientOperation(name);
       if (!fault.operation) {
-        Refuse(Tr("no operation of the device is called '{}'", Shown(name, 60)), name,
+        Refuse(Tr("no operation of the device is called '{}'", CutText(name, 60)), name,
                {std::begin(kClientOperationNames), std::end(kClientOperationNames)});
       }
     } else if (const auto when = lorimat::FindFaultWhen(word)) {
@@ -83,7 +83,7 @@ lorimat::Fault ReadFault(std::string_view text) {
       const bool counted = *when == lorimat::FaultWhen::kNth || *when == lorimat::FaultWhen::kTimes;
       if (counted) fault.count = TakeNumber(words, &at);
     } else {
-      Refuse(Tr("'{}' has no place there", Shown(word, 60)), word,
+      Refuse(Tr("'{}' has no place there", CutText(word, 60)), word,
              {"next", "nth", "every", "times", "on"});
     }
   }

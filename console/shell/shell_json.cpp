@@ -90,7 +90,7 @@ class JsonShell {
       } catch (const Failure& failure) {
         return RequestError{RequestError::kFault, failure.what(), 0};
       } catch (const lorimat::RegisterError& error) {
-        return RequestError{RequestError::kFault, RegisterFailureText(error.failure()), 0};
+        return RequestError{RequestError::kFault, RegisterFailureWords(error.failure()), 0};
       }
       Put(0, "", "", "", out);
     } else {

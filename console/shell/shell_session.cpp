@@ -413,7 +413,11 @@ void ShellSession::ChangeFaults(std::string_view words) {
   if (words.empty()) {
     streams_.Output(FaultList(client_.device().faults(), look_.columns()));
   } else {
-    PlanFault(client_.device(), words);
+    try {
+      PlanFault(client_.device(), words);
+    } catch (const Failure& failure) {
+      throw Failure(Shown(failure.what()));
+    }
   }
 }
 

@@ -373,6 +373,20 @@ TEST(CheckFiles, BinaryFilesAreCheckedLikeAnyOther) {
   }
 }
 
+// A terminal gets none of them as they are, and a program gets all.
+TEST(CheckFiles, JsonHasNamesAndWordsAsTheyAre) {
+  TestFolder folder;
+  const std::string odd = "\x1B[2J\u202E\u009B";
+  const std::string file = folder.Write("odd" + odd + ".cmd", "X" + odd + "\n");
+  const ProgramRun text = RunConsole({"check", file});
+  EXPECT_EQ(text.exit_code, 1);
+  EXPECT_THAT(text.output, HasSubstr("no command is called 'X\\x1B[2J\\xE2\\x80\\xAE\\xC2\\x9B'"));
+  EXPECT_THAT(text.output, Not(HasSubstr("\u202E")));
+  const json checked = json::parse(RunConsole({"check", "--json", file}).output).at("files").at(0);
+  EXPECT_EQ(checked.at("file"), file);
+  EXPECT_EQ(checked.at("findings").at(0).at("what"), "no command is called 'X" + odd + "'");
+}
+
 TEST(CheckFiles, WrongUse) {
   EXPECT_EQ(RunConsole({"check"}).exit_code, 2);
   EXPECT_EQ(RunConsole({"check", ""}).exit_code, 2);

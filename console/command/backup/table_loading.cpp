@@ -21,7 +21,7 @@ namespace {
 bool AreArticles(const BackupTable& table) { return table.number == 0; }
 
 std::string CodeText(long code, const std::string& answer) {
-  return fmt::format("code {}: {}", code, Shown(WithoutTrailingBlanks(answer)));
+  return fmt::format("code {}: {}", code, WithoutTrailingBlanks(answer));
 }
 
 void WriteFile(const std::string& path, const std::string& text) {
@@ -166,13 +166,13 @@ LoadedTables LoadTables(const std::string& folder, TableSession& session, Stream
   const Differences before = CompareTables(backup, session, streams, true);
   TableLoader loader(backup, session, streams);
   if (!interrupted) loader.Run(before);
-  if (!loader.key_failure().empty()) loaded.not_restored.push_back(loader.key_failure());
+  if (!loader.key_failure().empty()) loaded.not_restored.push_back(Shown(loader.key_failure()));
   const Differences after = CompareTables(backup, session, streams, true);
   loaded.stopped = interrupted != 0;
   for (const RowDifference& one : after) {
     if (Stays(one)) continue;
     loaded.not_restored.push_back(Tr("{}:{}: not restored: {}", one.table->file, one.line,
-                                     CauseOf(one, loader.refusals(), loaded.stopped)));
+                                     Shown(CauseOf(one, loader.refusals(), loaded.stopped))));
   }
   loaded.rows = CountToLoad(before) - std::min(CountToLoad(before), CountToLoad(after));
   return loaded;
