@@ -2,17 +2,13 @@
 
 #include <dlfcn.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
-#include <memory>
 #include <vector>
 
+#include "console/host/library_identity.h"
+#include "console/host/load_trial.h"
 #include "console/message/failure.h"
-#include "console/message/shown_text.h"
-#include "console/message/translate.h"
-#include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "rpccommon/client/rtfclientinterface.h"
 
 namespace lorimat::console {
@@ -35,63 +31,33 @@ std::vector<char> MutableCopy(const std::string& text) {
 // The library asks for 512 characters at least.
 constexpr size_t kAnswerRoom = 4096;
 
-constexpr long kVersion = 1;  // of GetEcrConfVal
-
-// Without a device every line is refused at once, and none is traced.
-template <typename RunLine>
-LibraryIdentity IdentityOf(long version, long quote, long separator, long edit_options,
-                           RunLine run_line) {
-  LibraryIdentity identity{version, fmt::format("{} {} {}", quote, separator, edit_options)};
-  for (const std::string line : {"", "; lorimat", "@", "#1", "'"}) {
-    std::vector<char> command = MutableCopy(line);
-    std::array<char, kAnswerRoom> result{};
-    const long code = run_line(command.data(), result.data());
-    result.back() = 0;
-    identity.answers += fmt::format("\n{} {}", code, result.data());
-  }
-  return identity;
-}
+// The exports that are used here or in a trial.
+constexpr const char* kFunctions[] = {"TradInit",         "TradClose",    "EcrCmd",
+                                      "GetEcrConfVal",    "GetQuoteChar", "GetSeparatorChar",
+                                      "GetOutEditOptions"};
 
 }  // namespace
 
-std::string LibraryIdentity::version_text() const {
+std::string VersionText(long version) {
   constexpr long kStep = 1000;
   if (version < 0) return std::to_string(version);
   return fmt::format("{}.{}.{}", version / kStep / kStep, version / kStep % kStep, version % kStep);
 }
 
-LibraryIdentity OwnIdentity() {
-  const auto own = std::make_unique<EcrCmdCommand>();
-  return IdentityOf(own->GetEcrConfVal(kVersion), own->cChQuote, own->cChSep, own->iOutEditFlags,
-                    [&own](char* command, char* result) { return own->EcrCmd(command, result); });
-}
-
 Library::Library(const std::string& file, Streams& streams) : streams_(streams) {
   // A name without a folder would be searched in the system's folders.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
-  if (access(path.c_str(), R_OK) != 0) {
-    throw Failure(Tr("the library cannot be loaded: {}: {}", Shown(file), SystemMessage(errno)));
-  }
+  const Trial trial = TryLoading(path, kFunctions, &IdentifyLibrary);
+  if (trial.failure) throw Failure(LoadFailureText(file, trial.failure));
+  identity_ = ReadIdentity(trial.report);
   handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr) {
-    // The loader speaks English to everybody.
     const char* cause = dlerror();
-    throw Failure(
-        Tr("the library cannot be loaded ({})", cause != nullptr ? Shown(cause) : Shown(file)));
+    throw Failure(LoadFailureText(file, {LoadCause::kLoader, {}, cause != nullptr ? cause : file}));
   }
-  try {
-    trad_init_ = reinterpret_cast<decltype(trad_init_)>(Symbol("TradInit", file));
-    trad_close_ = reinterpret_cast<decltype(trad_close_)>(Symbol("TradClose", file));
-    ecr_cmd_ = reinterpret_cast<decltype(ecr_cmd_)>(Symbol("EcrCmd", file));
-    get_value_ = reinterpret_cast<decltype(get_value_)>(Symbol("GetEcrConfVal", file));
-    get_quote_ = reinterpret_cast<decltype(get_quote_)>(Symbol("GetQuoteChar", file));
-    get_separator_ = reinterpret_cast<decltype(get_separator_)>(Symbol("GetSeparatorChar", file));
-    get_edit_options_ =
-        reinterpret_cast<decltype(get_edit_options_)>(Symbol("GetOutEditOptions", file));
-  } catch (...) {
-    dlclose(handle_);
-    throw;
-  }
+  trad_init_ = reinterpret_cast<decltype(trad_init_)>(dlsym(handle_, "TradInit"));
+  trad_close_ = reinterpret_cast<decltype(trad_close_)>(dlsym(handle_, "TradClose"));
+  ecr_cmd_ = reinterpret_cast<decltype(ecr_cmd_)>(dlsym(handle_, "EcrCmd"));
 }
 
 Library::~Library() {
@@ -102,23 +68,10 @@ Library::~Library() {
   offered_client = nullptr;
 }
 
-void* Library::Symbol(const char* name, const std::string& file) {
-  void* address = dlsym(handle_, name);
-  if (address == nullptr) {
-    throw Failure(Tr("{}: is not the lorimatrt library: it lacks {}", Shown(file), name));
-  }
-  return address;
-}
-
 int Library::Init(const std::string& definition_file, RtfClientInterface* client) {
   offered_client = client;
   std::vector<char> path = MutableCopy(definition_file);
   return trad_init_(path.data(), 0, nullptr, &GiveClient);
-}
-
-LibraryIdentity Library::identity() const {
-  return IdentityOf(get_value_(kVersion), get_quote_(), get_separator_(), get_edit_options_(),
-                    ecr_cmd_);
 }
 
 long Library::RunLine(const std::string& line, std::string* answer) {

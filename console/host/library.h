@@ -10,31 +10,29 @@ class RtfClientInterface;
 
 namespace lorimat::console {
 
-// What a library tells of itself before it is given a device: its version, and its answers to calls
-// that touch nothing.
+// What a library tells of itself beside the translator within this program, which reads lines and
+// definition files for checks.
 struct LibraryIdentity {
   long version = 0;  // 3001011 is 3.1.11
-  std::string answers;
-
-  // For a person.
-  std::string version_text() const;
+  long own_version = 0;
+  bool answers_alike = false;  // to lines of a receipt, on registers in memory
 };
 
-// Of the translator within this program, which reads lines and definition files for checks.
-LibraryIdentity OwnIdentity();
+// For a person.
+std::string VersionText(long version);
 
 class Library {
  public:
-  // Loads the file. The library's own lines go to the streams' trace, which has to be
-  // started. Throws Failure when the file cannot be loaded or lacks an export.
+  // Loads the file, which has been tried in a process of its own. The library's own lines go to the
+  // streams' trace, which has to be started. Throws Failure when the file cannot be loaded, lacks
+  // an export or ends the process.
   Library(const std::string& file, Streams& streams);
   // Unloads the library, with standard error turned to the trace meanwhile.
   ~Library();
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  // Ahead of Init.
-  LibraryIdentity identity() const;
+  const LibraryIdentity& identity() const { return identity_; }
 
   // Hands the client over and reads the definition file. The client has to outlive this object.
   // Returns what TradInit answers: 0, or 2 when it refuses the definition file. The path may
@@ -45,17 +43,12 @@ class Library {
   long RunLine(const std::string& line, std::string* answer);
 
  private:
-  void* Symbol(const char* name, const std::string& file);
-
   Streams& streams_;
+  LibraryIdentity identity_;
   void* handle_ = nullptr;
   decltype(&TradInit) trad_init_ = nullptr;
   decltype(&TradClose) trad_close_ = nullptr;
   decltype(&EcrCmd) ecr_cmd_ = nullptr;
-  decltype(&GetEcrConfVal) get_value_ = nullptr;
-  decltype(&GetQuoteChar) get_quote_ = nullptr;
-  decltype(&GetSeparatorChar) get_separator_ = nullptr;
-  decltype(&GetOutEditOptions) get_edit_options_ = nullptr;
 };
 
 }  // namespace lorimat::console

@@ -34,18 +34,17 @@ void TellAboutDefinition(const std::string& language, bool verbose,
 // What the console says of lines comes from the translator within it, and what they do from the
 // library.
 void TellOtherLibrary(const Library& library, Streams& streams) {
-  const LibraryIdentity loaded = library.identity();
-  const LibraryIdentity own = OwnIdentity();
-  if (loaded.version != own.version) {
+  const LibraryIdentity& loaded = library.identity();
+  if (loaded.version != loaded.own_version) {
     TellWarning(streams,
                 Tr("the library is version {}, and this program checks and explains lines by "
                    "version {}: what it says of them may not be what the library does",
-                   loaded.version_text(), own.version_text()));
-  } else if (loaded.answers != own.answers) {
+                   VersionText(loaded.version), VersionText(loaded.own_version)));
+  } else if (!loaded.answers_alike) {
     TellWarning(streams,
                 Tr("the library calls itself version {}, as this program does, and answers "
                    "otherwise: what is said of lines may not be what the library does",
-                   loaded.version_text()));
+                   VersionText(loaded.version)));
   }
 }
 

@@ -8,6 +8,7 @@
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -41,6 +42,64 @@ TEST(OtherLibrary, OfTheSameVersionThatAnswersOtherwiseIsWarnedOf) {
   EXPECT_EQ(run.errors,
             "lorimat: warning: the library calls itself version 3.1.11, as this program does, and "
             "answers otherwise: what is said of lines may not be what the library does\n");
+}
+
+// It differs behind the device alone, in one price.
+TEST(OtherLibrary, ThatSellsOtherwiseIsWarnedOf) {
+  TestFolder folder;
+  const std::string lines = folder.Write("lines.cmd", "; nothing\n");
+  const auto errors = [&](const char* price) {
+    return RunConsole({"run", lines, "--library", LORIMAT_OTHER_LIBRARY},
+                      {.environment = {{"LORIMAT_TEST_FORWARD", LORIMAT_OWN_LIBRARY},
+                                       {"LORIMAT_TEST_PRICE", price}}})
+        .errors;
+  };
+  EXPECT_THAT(errors(""), Not(HasSubstr("warning")));
+  EXPECT_THAT(errors("1.20"), HasSubstr("answers otherwise"));
+}
+
+// Each ended this program, by a signal that named nothing.
+TEST(OtherLibrary, ThatEndsTheProcessIsRefusedByName) {
+  const struct {
+    const char* end;
+    const char* told;
+  } rows[] = {
+      {"load", " ended the process that tried to load it (SIGBUS)\n"},
+      {"exit", " ended the process that tried to load it\n"},
+      {"line", " ended the process that tried some lines (SIGSEGV)\n"},
+  };
+  TestFolder folder;
+  const std::string lines = folder.Write("lines.cmd", "; nothing\n");
+  for (const auto& row : rows) {
+    for (const char* command : {"run", "shell"}) {
+      std::vector<std::string> arguments = {command, "--library", LORIMAT_OTHER_LIBRARY};
+      if (command == std::string("run")) arguments.push_back(lines);
+      const ProgramRun run =
+          RunConsole(arguments, {.input = "", .environment = {{"LORIMAT_TEST_END", row.end}}});
+      EXPECT_EQ(run.exit_code, 2) << row.end;
+      EXPECT_EQ(run.errors, std::string("lorimat: the library is not loaded: ") +
+                                LORIMAT_OTHER_LIBRARY + row.told);
+      EXPECT_THAT(run.output, IsEmpty()) << row.end;
+    }
+  }
+}
+
+TEST(OtherLibrary, ThatIsNoneOrHalfOfOneIsRefusedByName) {
+  TestFolder folder;
+  const std::string lines = folder.Write("lines.cmd", "; nothing\n");
+  const std::string whole = ReadFile(LORIMAT_OWN_LIBRARY);
+  const std::string cut = folder.Write("cut.so", whole.substr(0, whole.size() / 2));
+  const std::string text = folder.Write("text.so", "no library\n");
+  const auto errors = [&](const std::string& library) {
+    const ProgramRun run = RunConsole({"run", lines, "--library", library});
+    EXPECT_EQ(run.exit_code, 2);
+    return run.errors;
+  };
+  EXPECT_THAT(errors(cut), HasSubstr("cut.so is cut short: " + std::to_string(whole.size() / 2) +
+                                     " bytes are left of "));
+  EXPECT_THAT(errors(text), HasSubstr("text.so is no shared library\n"));
+  EXPECT_THAT(errors(folder.path()), HasSubstr(" is no regular file\n"));
+  EXPECT_THAT(errors(folder.path() + "/none.so"), HasSubstr("No such file or directory\n"));
 }
 
 TEST(OtherLibrary, OfThisProgramIsNotWarnedOf) {

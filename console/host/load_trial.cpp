@@ -1,0 +1,199 @@
+#include "console/host/load_trial.h"
+
+#include <dlfcn.h>
+#include <elf.h>
+#include <fcntl.h>
+#include <link.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <optional>
+#include <string_view>
+
+#include "console/terminal/streams.h"
+
+namespace lorimat::console {
+namespace {
+
+using FileHeader = ElfW(Ehdr);
+using Segment = ElfW(Phdr);
+
+// How far the trial has come: one letter of each, and a text behind some.
+constexpr char kRefused = 'E';  // what the loader says
+constexpr char kMissing = 'M';  // the function's name
+constexpr char kLoaded = 'L';
+constexpr char kReport = 'R';  // the work's text
+
+template <typename T>
+std::optional<T> ReadAt(int file, uint64_t place) {
+  T value;
+  const ssize_t got = pread(file, &value, sizeof value, static_cast<off_t>(place));
+  if (got != static_cast<ssize_t>(sizeof value)) return std::nullopt;
+  return value;
+}
+
+bool BeginsLikeElf(const std::array<unsigned char, EI_NIDENT>& begin) {
+  return std::memcmp(begin.data(), ELFMAG, SELFMAG) == 0;
+}
+
+// The header of this program, whose kind a library has to be of.
+std::optional<FileHeader> OwnHeader() {
+  const Descriptor self(open("/proc/self/exe", O_RDONLY | O_CLOEXEC));
+  return self.is_open() ? ReadAt<FileHeader>(self.get(), 0) : std::nullopt;
+}
+
+// What the file's tables tell, so that most trials that must fail need no process.
+LoadFailure LookAtFile(const std::string& path) {
+  // A pipe would keep a reader waiting.
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status;
+  if (!file.is_open() || fstat(file.get(), &status) != 0) {
+    return {LoadCause::kUnreadable, {errno}};
+  }
+  if (!S_ISREG(status.st_mode)) return {LoadCause::kNoRegularFile};
+  const uint64_t size = static_cast<uint64_t>(status.st_size);
+  const auto cut = [&](uint64_t needed) -> LoadFailure {
+    return {LoadCause::kCutShort, {status.st_size, static_cast<int64_t>(needed)}};
+  };
+  const auto begin = ReadAt<std::array<unsigned char, EI_NIDENT>>(file.get(), 0);
+  if (!begin || !BeginsLikeElf(*begin)) return {LoadCause::kNoSharedObject};
+  const std::optional<FileHeader> own = OwnHeader();
+  if (own && std::memcmp(begin->data(), own->e_ident, EI_VERSION) != 0) {
+    return {LoadCause::kOtherMachine};
+  }
+  const std::optional<FileHeader> header = ReadAt<FileHeader>(file.get(), 0);
+  if (!header) return cut(sizeof(FileHeader));
+  if (own && header->e_machine != own->e_machine) return {LoadCause::kOtherMachine};
+  if (header->e_type != ET_DYN) return {LoadCause::kNoSharedObject};
+  uint64_t needed = header->e_phoff + uint64_t{header->e_phnum} * sizeof(Segment);
+  for (size_t i = 0; i < header->e_phnum; ++i) {
+    const auto segment = ReadAt<Segment>(file.get(), header->e_phoff + i * sizeof(Segment));
+    if (segment && segment->p_type == PT_LOAD) {
+      needed = std::max<uint64_t>(needed, segment->p_offset + segment->p_filesz);
+    }
+  }
+  return needed > size ? cut(needed) : LoadFailure();
+}
+
+// --- In the other process
+
+void Tell(int pipe, char letter, std::string_view text = {}) {
+  std::string all(1, letter);
+  all += text;
+  WriteAll(pipe, all);
+}
+
+// Nothing of it is to be seen, and it stays no longer than this process.
+void BecomeTrial(int seconds) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
+  // Those that a terminal sends are for the program.
+  for (const int signal : {SIGINT, SIGQUIT, SIGTSTP}) std::signal(signal, SIG_IGN);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  const rlimit no_core = {0, 0};
+  setrlimit(RLIMIT_CORE, &no_core);
+  const rlim_t limit = static_cast<rlim_t>(seconds);
+  const rlimit processor = {limit, limit};
+  setrlimit(RLIMIT_CPU, &processor);
+  const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
+}
+
+[[noreturn]] void RunTrial(int pipe, const std::string& path,
+                           std::span<const char* const> functions, const TrialWork& work,
+                           int seconds) noexcept {
+  BecomeTrial(seconds);
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) {
+    const char* cause = dlerror();
+    Tell(pipe, kRefused, cause != nullptr ? cause : "");
+    _exit(0);
+  }
+  for (const char* function : functions) {
+    if (dlsym(handle, function) != nullptr) continue;
+    Tell(pipe, kMissing, function);
+    _exit(0);
+  }
+  Tell(pipe, kLoaded);
+  try {
+    if (chdir("/") == 0) Tell(pipe, kReport, work(handle));
+  } catch (...) {
+    _exit(1);
+  }
+  _exit(0);
+}
+
+// --- In this one
+
+// Reads to the end of the pipe; false when that does not come in time.
+bool ReadToEnd(int pipe, int seconds, std::string* text) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + std::chrono::seconds(seconds);
+  std::array<char, 4096> buffer;
+  for (;;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+    pollfd input = {pipe, POLLIN, 0};
+    const int ready = poll(&input, 1, static_cast<int>(std::max<int64_t>(0, left.count())));
+    if (ready == 0) return false;
+    if (ready < 0 && errno != EINTR) return true;
+    if (ready < 0) continue;
+    const ssize_t got = read(pipe, buffer.data(), buffer.size());
+    if (got == 0 || (got < 0 && errno != EINTR)) return true;
+    if (got > 0) text->append(buffer.data(), static_cast<size_t>(got));
+  }
+}
+
+int WaitFor(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) return 0;
+  }
+  return status;
+}
+
+Trial ReadTrial(std::string_view told, int status) {
+  const int64_t signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  if (told.empty()) return {.failure = {LoadCause::kDiesAtLoad, {signal}}};
+  const std::string text(told.substr(1));
+  if (told.front() == kRefused) return {.failure = {LoadCause::kLoader, {}, text}};
+  if (told.front() == kMissing) return {.failure = {LoadCause::kLacks, {}, text}};
+  if (text.empty() || text.front() != kReport) {
+    return {.failure = {LoadCause::kDiesAtWork, {signal}}};
+  }
+  return {.failure = {}, .report = text.substr(1)};
+}
+
+}  // namespace
+
+Trial TryLoading(const std::string& path, std::span<const char* const> functions,
+                 const TrialWork& work, int seconds) {
+  if (LoadFailure failure = LookAtFile(path)) return {.failure = std::move(failure)};
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return {.failure = {LoadCause::kNotTried, {errno}}};
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  const pid_t child = fork();
+  if (child < 0) return {.failure = {LoadCause::kNotTried, {errno}}};
+  if (child == 0) RunTrial(writing.get(), path, functions, work, seconds);
+  writing = Descriptor();
+  std::string told;
+  const bool in_time = ReadToEnd(reading.get(), seconds, &told);
+  if (!in_time) kill(child, SIGKILL);
+  const int status = WaitFor(child);
+  if (!in_time) return {.failure = {LoadCause::kHangs, {seconds}}};
+  return ReadTrial(told, status);
+}
+
+}  // namespace lorimat::console
