@@ -46,24 +46,9 @@ Exit codes:
   2  wrong use, or the file cannot be read
 )");
 
-std::string KeyText(int position) {
-  switch (position) {
-    case 1:
-      return Tr("registering");
-    case 2:
-      return Tr("reading");
-    case 3:
-      return Tr("closing");
-    case 4:
-      return Tr("programming");
-    default:
-      return std::to_string(position);
-  }
-}
-
 std::string KeyName(int position) {
   const EnglishMessages english;
-  return KeyText(position);
+  return KeyPositionText(position);
 }
 
 std::string JournalText(const lorimat::RegisterStatus& status) {
@@ -84,7 +69,7 @@ std::string AsText(const lorimat::RegisterStatus& status) {
       {Tr("Register"), Shown(status.file)},
       {Tr("Serial number"), Shown(status.serial_number)},
       {Tr("Firmware"), Shown(status.firmware_version)},
-      {Tr("Key"), KeyText(status.key_position)},
+      {Tr("Key"), KeyPositionText(status.key_position)},
       {Tr("Operator"), std::to_string(status.current_operator)},
   };
   if (status.clock_latest != 0) rows.emplace_back(Tr("Clock"), ClockText(status));

@@ -350,7 +350,7 @@ std::string StateSentence(const Refusal& refusal) {
 std::string KeyName(int64_t position) {
   static constexpr const char* kNames[] = {
       TR_TEXT("position 1, registering"), TR_TEXT("position 2, reading"),
-      TR_TEXT("position 3, clearing"), TR_TEXT("position 4, programming")};
+      TR_TEXT("position 3, closing"), TR_TEXT("position 4, programming")};
   if (position < 1 || position > static_cast<int64_t>(std::size(kNames))) {
     return std::to_string(position);
   }

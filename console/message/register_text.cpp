@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
@@ -36,6 +37,17 @@ const KindText& RowOf(Kind kind) {
 }
 
 }  // namespace
+
+std::string KeyPositionText(int position) {
+  // Of the lock a closing is what the key is turned for, and no document.
+  static constexpr const char* kNames[] = {TR_TEXT("registering"), TR_TEXT("reading"),
+                                           TR_CONTEXT("key lock", "closing"),
+                                           TR_TEXT("programming")};
+  if (position < 1 || static_cast<size_t>(position) > std::size(kNames)) {
+    return std::to_string(position);
+  }
+  return std::string(Translated(kNames[position - 1]));
+}
 
 std::string AmountText(lorimat::Amount amount) {
   std::string text = lorimat::FormatAmount(amount);

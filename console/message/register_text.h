@@ -43,6 +43,9 @@ std::string JournalKindText(lorimat::JournalKind kind);
 // "0001-0001", closure and number; "0001" alone for what has no number.
 std::string DocumentNumberText(int closure, int number);
 
+// A position of the key lock, "registering"; its number when it has no name.
+std::string KeyPositionText(int position);
+
 // The last closing, the day behind it and the grand total: names and values.
 std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
                                                          const lorimat::DailyCounters& day,

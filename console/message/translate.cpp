@@ -15,9 +15,10 @@ std::string_view LanguageOfMessages() {
 }
 
 std::string_view Translated(std::string_view english) {
-  if (english_wanted) return english;
+  const std::string_view bare = english.substr(english.find('\004') + 1);
+  if (english_wanted) return bare;
   const char* found = FindTranslation(english);
-  return found != nullptr && HasSameFields(english, found) ? found : english;
+  return found != nullptr && HasSameFields(bare, found) ? found : bare;
 }
 
 std::string TrCount(uint64_t count, std::string_view one, std::string_view several) {

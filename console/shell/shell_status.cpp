@@ -38,19 +38,7 @@ constexpr StateWords kStates[] = {
     {RTF_FPTR_PS_REPORT, TR_TEXT("REPORT")},
 };
 
-std::string KeyText(lorimat::KeyPosition key) {
-  switch (key) {
-    case lorimat::KeyPosition::kRegister:
-      return Tr("registering");
-    case lorimat::KeyPosition::kRead:
-      return Tr("reading");
-    case lorimat::KeyPosition::kReset:
-      return Tr("closing");
-    case lorimat::KeyPosition::kProgram:
-      return Tr("programming");
-  }
-  return {};
-}
+std::string KeyText(lorimat::KeyPosition key) { return KeyPositionText(static_cast<int>(key)); }
 
 bool InReceipt(const lorimat::VirtualRegister& device) {
   const int state = device.printer_state();

@@ -75,8 +75,9 @@ TEST(Sentences, OfAFindingAreEscapedOnATerminalAndAsTheyAreInJson) {
   EXPECT_THAT(FindingText("f", finding, false), HasSubstr(Shown(Argument(0))));
   EXPECT_THAT(FindingText("f", finding, false), Not(HasSubstr("\x1B")));
   const Json json = FindingJson(finding);
-  EXPECT_EQ(WhatText(finding), json["what"]);
-  EXPECT_EQ(kHostile, json["suggestion"]);
+  const EnglishMessages english;
+  EXPECT_EQ(WhatText(finding), json["what"].get<std::string>());
+  EXPECT_EQ(kHostile, json["suggestion"].get<std::string>());
   // Bytes that are no UTF-8 alone are replaced.
   EXPECT_THAT(JsonLine(json),
               HasSubstr("\"suggestion\":\"{0}{}{x}%s\uFFFD\uFFFD\\u001b[2J\u009B\""));

@@ -18,6 +18,7 @@
 #include "console/message/fault_text.h"
 #include "console/message/journal_finding.h"
 #include "console/message/refusal_text.h"
+#include "console/message/register_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "register/fault/faults.h"
@@ -219,6 +220,16 @@ TEST(Sentences, EachFindingHasOneWithItsTextAndItsFailure) {
         EXPECT_THAT(text, Not(HasSubstr(kHostile))) << kind;
     }
   }
+}
+
+TEST(Sentences, AWordOfTwoMeaningsHasATranslationForEach) {
+  const auto key = [] { return KeyPositionText(3); };
+  const auto document = [] { return JournalKindText(lorimat::kJournalClosure); };
+  EXPECT_EQ("closing", InEnglish(key));
+  EXPECT_EQ("closing", InEnglish(document));
+  EXPECT_EQ(WantedLanguage() == "it" ? "azzeramento" : "closing", key());
+  EXPECT_EQ(WantedLanguage() == "it" ? "chiusura" : "closing", document());
+  EXPECT_EQ("5", KeyPositionText(5));
 }
 
 TEST(Sentences, EachFaultHasTwo) {
