@@ -57,9 +57,10 @@ TEST_F(PagerOnTerminal, ItHasTheLanguagesOfTheUser) {
   folder_.Write("pager",
                 "#!/bin/sh\nprintf 'likes <%s>\\n' \"${LANGUAGE-nothing}\"\nprintf 'more> '\n"
                 "read key < /dev/tty\n");
-  for (const char* language : {"fr:it:de", ""}) {
+  // Each is another list for the C library: without gaps, and that of the locale.
+  for (const char* language : {"fr::it:", ""}) {
     TerminalSetting setting = Setting("./pager");
-    setting.environment["LANG"] = "it_IT.UTF-8";
+    setting.environment["LC_ALL"] = "it_IT.UTF-8";
     setting.environment["LANGUAGE"] = language;
     TerminalRun run(shell(), setting);
     run.Type("? VEND\r");
