@@ -25,6 +25,13 @@ language::PageLanguage LanguageOfPage() {
                                       : language::PageLanguage::kEnglish;
 }
 
+// While one lives, all is in the language of the page: a page in English gets no headings in a third
+// language.
+class PageMessages {
+ private:
+  EnglishMessages english_{LanguageOfPage() == language::PageLanguage::kEnglish};
+};
+
 // Blanks up to a width in columns, at least one.
 std::string Padded(const std::string& text, size_t width) {
   const size_t columns = ColumnsOf(text);
@@ -74,6 +81,7 @@ ShellHelp::ShellHelp(const Language& language)
 
 std::string ShellHelp::Overview(size_t columns) const {
   if (commands_.empty()) return Tr("The definition file names no commands.\n");
+  const PageMessages messages;
   std::string out;
   std::set<int> listed;
   const auto add = [&](const std::string& title, const std::string& lines) {
@@ -131,6 +139,7 @@ HelpText ShellHelp::Command(const std::string& word, size_t columns) const {
 }
 
 std::string ShellHelp::Page(const CommandWord& command, size_t columns) const {
+  const PageMessages messages;
   const language::CommandHelp* help = language::find_command_help(command.id, LanguageOfPage());
   std::string out =
       Tr("{}: command {}, short {}", Shown(command.name), command.id, Shown(command.shortest));
