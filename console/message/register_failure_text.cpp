@@ -29,11 +29,11 @@ constexpr FailureSentence kSentences[] = {
     // --- The register's file
     {Cause::kNoName, TR_TEXT("the register's file has no name")},
     {Cause::kIsFolder, TR_TEXT("is a directory, not a register")},
-    {Cause::kNoRegularFile, TR_TEXT("no regular file")},
+    {Cause::kNoRegularFile, TR_TEXT("is no regular file")},
     {Cause::kEmptyFile, TR_TEXT("the file is empty")},
-    {Cause::kOtherProgram, TR_TEXT("the database of another program")},
+    {Cause::kOtherProgram, TR_TEXT("is the database of another program")},
     {Cause::kNoDatabase, TR_TEXT("is not a register of this program: it is no SQLite database")},
-    {Cause::kInUse, TR_TEXT("in use by another program")},
+    {Cause::kInUse, TR_TEXT("is in use by another program")},
     {Cause::kNames, TR_TEXT("has {} names (hard links), and its log goes by one of them: keep one "
                             "name, that with the log beside it, and copy with lorimat copy")},
     {Cause::kNamesNoLog,
@@ -48,7 +48,8 @@ constexpr FailureSentence kSentences[] = {
     {Cause::kLogNotShared,
      TR_TEXT("cannot be kept here: its log cannot be shared between programs")},
     {Cause::kNewerVersion,
-     TR_TEXT("made by a newer version: its tables are of version {}, known are those up to {}")},
+     TR_TEXT(
+         "was made by a newer version: its tables are of version {}, known are those up to {}")},
     {Cause::kCutShort, TR_TEXT("the file is cut short: {} bytes are left of {}")},
     {Cause::kDamagedFile, TR_TEXT("the file is damaged")},
     {Cause::kDamagedVersion, TR_TEXT("the register is damaged: its version makes no sense")},

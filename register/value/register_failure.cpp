@@ -26,11 +26,11 @@ constexpr Sentence kSentences[] = {
     // --- The register's file
     {FailureCause::kNoName, "", "the register's file has no name"},
     {FailureCause::kIsFolder, "", "is a directory, not a register"},
-    {FailureCause::kNoRegularFile, "", "no regular file"},
+    {FailureCause::kNoRegularFile, "", "is no regular file"},
     {FailureCause::kEmptyFile, "", "the file is empty"},
-    {FailureCause::kOtherProgram, "", "the database of another program"},
+    {FailureCause::kOtherProgram, "", "is the database of another program"},
     {FailureCause::kNoDatabase, "", "is not a register of this program: it is no SQLite database"},
-    {FailureCause::kInUse, "", "in use by another program"},
+    {FailureCause::kInUse, "", "is in use by another program"},
     {FailureCause::kNames, "n",
      "has {} names (hard links), and its log goes by one of them: keep one name, that with the log "
      "beside it, and copy with lorimat copy"},
@@ -46,7 +46,7 @@ constexpr Sentence kSentences[] = {
     {FailureCause::kLogNotShared, "",
      "cannot be kept here: its log cannot be shared between programs"},
     {FailureCause::kNewerVersion, "nn",
-     "made by a newer version: its tables are of version {}, known are those up to {}"},
+     "was made by a newer version: its tables are of version {}, known are those up to {}"},
     {FailureCause::kCutShort, "nn", "the file is cut short: {} bytes are left of {}"},
     {FailureCause::kDamagedFile, "", "the file is damaged"},
     {FailureCause::kDamagedVersion, "", "the register is damaged: its version makes no sense"},

@@ -64,7 +64,7 @@ class SideBySideTest : public testing::Test {
     try {
       VirtualRegister device(settings);
     } catch (const RegisterError& error) {
-      EXPECT_EQ(error.what(), file_ + ": in use by another program");
+      EXPECT_EQ(error.what(), file_ + ": is in use by another program");
       return true;
     }
     return false;

@@ -258,13 +258,13 @@ TEST_F(DatabaseTest, OtherFilesAreRefusedAndLeftAlone) {
 
   Write("notes", "");
   Sql("notes", "CREATE TABLE note (text); INSERT INTO note VALUES ('milk')");
-  ExpectRefused("notes", "the database of another program");
+  ExpectRefused("notes", "is the database of another program");
   Write("marked", "");
   Sql("marked", "PRAGMA application_id = 7; CREATE TABLE note (text)");
-  ExpectRefused("marked", "the database of another program");
+  ExpectRefused("marked", "is the database of another program");
   Write("versioned", "");
   Sql("versioned", "PRAGMA user_version = 2");
-  ExpectRefused("versioned", "the database of another program");
+  ExpectRefused("versioned", "is the database of another program");
 }
 
 TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
@@ -284,7 +284,7 @@ TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
   ASSERT_GT(Bytes("copy-wal").size(), 0u);
   const std::string before = Bytes("copy");
   const std::string log = Bytes("copy-wal");
-  EXPECT_EQ(Refusal(Path("copy")), Path("copy") + ": the database of another program");
+  EXPECT_EQ(Refusal(Path("copy")), Path("copy") + ": is the database of another program");
   EXPECT_EQ(Bytes("copy"), before);
   EXPECT_EQ(Bytes("copy-wal"), log);
 }
@@ -292,8 +292,9 @@ TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
 TEST_F(DatabaseTest, ANewerRegisterIsRefused) {
   MakeRegister("shop.register");
   Sql("shop.register", "PRAGMA user_version = 4; PRAGMA journal_mode = DELETE");
-  ExpectRefused("shop.register",
-                "made by a newer version: its tables are of version 4, known are those up to 3");
+  ExpectRefused(
+      "shop.register",
+      "was made by a newer version: its tables are of version 4, known are those up to 3");
 }
 
 TEST_F(DatabaseTest, AFileThatWasCutShortIsRefused) {
@@ -395,13 +396,13 @@ TEST_F(DatabaseTest, PlacesWhereNoFileCanBe) {
   EXPECT_EQ(Refusal(Path(std::string("a\0b", 3))), Path("a?b") + ": Invalid argument");
   EXPECT_NE(Refusal(Path(std::string(300, 'n'))), "");
   ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
-  EXPECT_EQ(Refusal(Path("pipe")), Path("pipe") + ": no regular file");
+  EXPECT_EQ(Refusal(Path("pipe")), Path("pipe") + ": is no regular file");
   EXPECT_EQ(LookRefusal(""), "the register's file has no name");
 }
 
 TEST_F(DatabaseTest, ASecondWriterIsRefused) {
   auto device = std::make_unique<VirtualRegister>(FileSettings());
-  const std::string cause = ": in use by another program";
+  const std::string cause = ": is in use by another program";
   const auto faults_refusal = [this](const std::string& name) -> std::string {
     try {
       RegisterFile::ChangeFaults(Path(name), [](FaultPlan*) {});
@@ -449,7 +450,8 @@ TEST_F(DatabaseTest, AForkedProcessHasNoPartInTheRegister) {
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
   // Nor has its end taken the register from its own process.
-  EXPECT_EQ(Refusal(Path("shop.register")), Path("shop.register") + ": in use by another program");
+  EXPECT_EQ(Refusal(Path("shop.register")),
+            Path("shop.register") + ": is in use by another program");
   EXPECT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
   EXPECT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
 }

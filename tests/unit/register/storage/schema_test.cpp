@@ -230,9 +230,10 @@ TEST_F(MigrationTest, ANewerVersionIsRefused) {
   { VirtualRegister device(FileSettings("newer")); }
   Sql("newer", "PRAGMA user_version = 4");
   const std::string before = Bytes("newer");
-  EXPECT_EQ(Refusal(Path("newer")),
-            Path("newer") +
-                ": made by a newer version: its tables are of version 4, known are those up to 3");
+  EXPECT_EQ(
+      Refusal(Path("newer")),
+      Path("newer") +
+          ": was made by a newer version: its tables are of version 4, known are those up to 3");
   EXPECT_EQ(Bytes("newer"), before);
 }
 

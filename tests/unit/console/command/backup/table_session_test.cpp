@@ -37,7 +37,7 @@ TEST(QuietRegisterTest, OneAtWorkIsInUseWhateverItHolds) {
   std::optional<VirtualRegister> device(settings);
   ASSERT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
   ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
-  EXPECT_EQ(Refusal(settings.file), settings.file + ": in use by another program");
+  EXPECT_EQ(Refusal(settings.file), settings.file + ": is in use by another program");
   ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
   device.reset();
   EXPECT_TRUE(Refusal(settings.file).starts_with(settings.file + ": holds a receipt of "))
