@@ -4,8 +4,8 @@
 //   streams.error(Tr("lorimat: {}: cannot be opened: {}\n", name, cause));
 //
 // script/messages collects what stands in Tr, TrCount, TR_TEXT and TR_CONTEXT for the catalogs, so
-// these are given literals. A translation whose fields are not those of the English is not used. What the
-// library answers, JSON and words of the command language are not translated.
+// these are given literals. A translation whose fields are not those of the English is not used.
+// What the library answers, JSON and words of the command language are not translated.
 #pragma once
 
 #include <fmt/format.h>
@@ -28,8 +28,8 @@ namespace lorimat::console {
 // catalog of, or an EnglishMessages lives.
 std::string_view LanguageOfMessages();
 
-// What the user's language has for an English message; the English itself, without its context, where
-// that is nothing.
+// What the user's language has for an English message; the English itself, without its context,
+// where that is nothing.
 std::string_view Translated(std::string_view english);
 
 template <typename... Arguments>

@@ -25,8 +25,8 @@ language::PageLanguage LanguageOfPage() {
                                       : language::PageLanguage::kEnglish;
 }
 
-// While one lives, all is in the language of the page: a page in English gets no headings in a third
-// language.
+// While one lives, all is in the language of the page: a page in English gets no headings in a
+// third language.
 class PageMessages {
  private:
   EnglishMessages english_{LanguageOfPage() == language::PageLanguage::kEnglish};

@@ -266,9 +266,9 @@ TEST(Usage, WhyALibraryIsNotLoadedIsToldInItalianAsFarAsItIsKnown) {
   const std::string lines = folder.Write("lines.cmd", "");
   const std::string wrong = folder.Write("wrong.so", "no library at all");
   const ProgramSetting italian = {.environment = {{"LANG", "it_IT.UTF-8"}}};
-  EXPECT_EQ(RunConsole({"run", lines, "--library", wrong}, italian).errors,
-            "lorimat: la libreria non si può caricare: " + wrong +
-                " non è una libreria condivisa\n");
+  EXPECT_EQ(
+      RunConsole({"run", lines, "--library", wrong}, italian).errors,
+      "lorimat: la libreria non si può caricare: " + wrong + " non è una libreria condivisa\n");
   const std::string none = folder.Path("none.so");
   EXPECT_EQ(
       RunConsole({"run", lines, "--library", none}, italian).errors,
