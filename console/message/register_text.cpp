@@ -39,9 +39,8 @@ const KindText& RowOf(Kind kind) {
 }  // namespace
 
 std::string KeyPositionText(int position) {
-  // Of the lock a closing is what the key is turned for, and no document.
   static constexpr const char* kNames[] = {TR_TEXT("registering"), TR_TEXT("reading"),
-                                           TR_CONTEXT("key lock", "closing"),
+                                           TR_TEXT("closing"),
                                            TR_TEXT("programming")};
   if (position < 1 || static_cast<size_t>(position) > std::size(kNames)) {
     return std::to_string(position);

@@ -15,10 +15,9 @@ std::string_view LanguageOfMessages() {
 }
 
 std::string_view Translated(std::string_view english) {
-  const std::string_view bare = english.substr(english.find('\004') + 1);
-  if (english_wanted) return bare;
+  if (english_wanted) return english;
   const char* found = FindTranslation(english);
-  return found != nullptr && HasSameFields(bare, found) ? found : bare;
+  return found != nullptr && HasSameFields(english, found) ? found : english;
 }
 
 std::string TrCount(uint64_t count, std::string_view one, std::string_view several) {

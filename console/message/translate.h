@@ -3,9 +3,9 @@
 //
 //   streams.error(Tr("lorimat: {}: cannot be opened: {}\n", name, cause));
 //
-// script/messages collects what stands in Tr, TrCount, TR_TEXT and TR_CONTEXT for the catalogs, so
-// these are given literals. A translation whose fields are not those of the English is not used.
-// What the library answers, JSON and words of the command language are not translated.
+// script/messages collects what stands in Tr, TrCount and TR_TEXT for the catalogs, so these are
+// given literals. A translation whose fields are not those of the English is not used. What the
+// library answers, JSON and words of the command language are not translated.
 #pragma once
 
 #include <fmt/format.h>
@@ -20,16 +20,11 @@ namespace lorimat::console {
 // Marks a text that reaches Translated() by way of a variable or a table.
 #define TR_TEXT(text) text
 
-// The same where one English text means two things, which other languages have two words for: the
-// context says which, to translators and to nobody else. The text is to be shown by Translated().
-#define TR_CONTEXT(context, text) context "\004" text
-
 // The language of messages now, as "it"; empty for English: the user has no other that there is a
 // catalog of, or an EnglishMessages lives.
 std::string_view LanguageOfMessages();
 
-// What the user's language has for an English message; the English itself, without its context,
-// where that is nothing.
+// What the user's language has for an English message; the English itself where that is nothing.
 std::string_view Translated(std::string_view english);
 
 template <typename... Arguments>
