@@ -40,8 +40,7 @@ const KindText& RowOf(Kind kind) {
 
 std::string KeyPositionText(int position) {
   static constexpr const char* kNames[] = {TR_TEXT("registering"), TR_TEXT("reading"),
-                                           TR_TEXT("closing"),
-                                           TR_TEXT("programming")};
+                                           TR_TEXT("closing"), TR_TEXT("programming")};
   if (position < 1 || static_cast<size_t>(position) > std::size(kNames)) {
     return std::to_string(position);
   }
