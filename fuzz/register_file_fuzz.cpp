@@ -5,7 +5,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "fuzz/register_session.h"
+#include "day/day_register.h"
+#include "day/operations.h"
+#include "fuzz/scratch.h"
 #include "managermachine/pflitemtype.h"
 #include "register/inspect/register_file.h"
 #include "register/inspect/register_profile.h"
@@ -14,6 +16,7 @@
 
 namespace {
 
+using lorimat::DaySettings;
 using lorimat::VirtualRegister;
 
 constexpr const char* kFile = "register";
@@ -25,16 +28,16 @@ int Sell(VirtualRegister& device, int department, int64_t price) {
 
 // Two days, with everything that a shop does.
 std::string MakeFile() {
-  fuzz_minutes = 600;
+  lorimat::day_minutes = 600;
   {
-    VirtualRegister device(FuzzSettings(kFile));
+    VirtualRegister device(DaySettings(kFile));
     for (int day = 0; day < 2; ++day) {
       for (int sale = 1; sale < 4; ++sale) {
         device.BeginFiscalReceipt(true);
         Sell(device, sale, 12000 * sale);
         Sell(device, 1, 100);
         device.PrintRecTotalEx(0, sale == 2 ? "2" : "0", true);
-        ++fuzz_minutes;
+        ++lorimat::day_minutes;
       }
       device.BeginDocTelematicRefund(1, day + 1, "", "");
       Sell(device, 1, 5000);
@@ -44,7 +47,7 @@ std::string MakeFile() {
       Sell(device, 3, 70000);
       device.PrintRecTotalEx(0, "0", true);
       if (day == 0) device.PrintZReportEx(false);
-      fuzz_minutes += 1000;
+      lorimat::day_minutes += 1000;
     }
     device.BeginFiscalReceipt(true);
     Sell(device, 1, 3000);
@@ -85,11 +88,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FreshFolder();
   static const std::string whole = MakeFile();
   static const std::string documents = [] {
-    VirtualRegister device(FuzzSettings(kFile));
+    VirtualRegister device(DaySettings(kFile));
     return Documents(device.store());
   }();
   FreshFolder();
-  fuzz_minutes = 9000;
+  lorimat::day_minutes = 9000;
 
   std::string bytes = whole;
   for (size_t i = 0; i + 4 <= size; i += 4) {
@@ -103,7 +106,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   WriteBytes(kFile, bytes);
   const bool good = ReadAll();
   try {
-    VirtualRegister device(FuzzSettings(kFile));
+    VirtualRegister device(DaySettings(kFile));
     if (good) {
       Require(Documents(device.store()) == documents,
               "a check that finds nothing has the documents as they were");

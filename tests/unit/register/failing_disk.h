@@ -4,7 +4,10 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
 namespace lorimat {
@@ -18,6 +21,8 @@ class FailingDisk {
     kHalf,   // half of a write gets through, then it fails
     kUncut,  // a sync fails, and no file can be cut from then on
     kGone,   // from a sync on that fails, nothing gets through: no write, no cut, no sync
+    kDead,   // from a write on that fails, nothing gets through, as for a process that was killed
+    kPower,  // the same, and when the files are closed they hold what was waited for
   };
 
   // While it stands, every database of the process is opened through it.
@@ -29,9 +34,14 @@ class FailingDisk {
     vfs_.pNext = nullptr;
     vfs_.xOpen = &Open;
     sqlite3_vfs_register(&vfs_, 1);
+    vfs_.xDelete = [](sqlite3_vfs*, const char* name, int sync) {
+      if (IsOff() && plan().fault != Fault::kGone) return SQLITE_IOERR_DELETE;
+      return real()->xDelete(real(), name, sync);
+    };
     plan() = Plan{};
   }
   ~FailingDisk() {
+    remembers() = false;
     sqlite3_vfs_unregister(&vfs_);
     // Ahead of a layer that was made known meanwhile.
     sqlite3_vfs_register(real(), 1);
@@ -40,6 +50,9 @@ class FailingDisk {
   // The n-th write (or sync, by the fault) from now on fails, and with `lasting` all behind it.
   void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }
   void Heal() { plan().armed = false; }
+  // Remembers what stood in the files before each write that has not been waited for: kPower needs
+  // it, and databases that are opened behind this.
+  static void Remember() { remembers() = true; }
   // The layer below, for those who look at a file themselves.
   static const char* RealName() { return real()->zName; }
   // Whether it has come to a failure since.
@@ -53,9 +66,20 @@ class FailingDisk {
     bool armed = false;
     bool failed = false;
   };
+  // What stood in a place of a file. Not of the memory that tests let run out.
+  struct Before {
+    Before* older;
+    sqlite3_int64 at;
+    sqlite3_int64 file_size;
+    int size;
+
+    char* bytes() { return reinterpret_cast<char*>(this + 1); }
+  };
   struct File {
     sqlite3_file base;
     sqlite3_file* real;
+    Before* newest;
+    bool remembers;
   };
 
   static sqlite3_vfs*& real() {
@@ -68,14 +92,53 @@ class FailingDisk {
   }
   static sqlite3_file* Real(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real; }
 
+  static bool& remembers() {
+    static bool remembers = false;
+    return remembers;
+  }
+  static bool IsOff() {
+    const Plan& now = plan();
+    return now.armed && now.failed &&
+           (now.fault == Fault::kGone || now.fault == Fault::kDead || now.fault == Fault::kPower);
+  }
+
+  // A place is about to change.
+  static void NoteBefore(sqlite3_file* file, sqlite3_int64 at, sqlite3_int64 size) {
+    auto* shim = reinterpret_cast<File*>(file);
+    if (!shim->remembers) return;
+    sqlite3_int64 file_size = 0;
+    shim->real->pMethods->xFileSize(shim->real, &file_size);
+    const auto count = static_cast<int>(std::clamp(file_size - at, sqlite3_int64{0}, size));
+    void* const room = std::malloc(sizeof(Before) + static_cast<size_t>(count));
+    if (room == nullptr) std::abort();
+    auto* before = new (room) Before{shim->newest, at, file_size, count};
+    if (count > 0) shim->real->pMethods->xRead(shim->real, before->bytes(), count, at);
+    shim->newest = before;
+  }
+  // What was written is there for good, or is undone.
+  static void Settle(sqlite3_file* file, bool undone) {
+    auto* shim = reinterpret_cast<File*>(file);
+    while (shim->newest != nullptr) {
+      Before* const before = shim->newest;
+      const sqlite3_io_methods& methods = *shim->real->pMethods;
+      if (undone && before->size > 0) {
+        methods.xWrite(shim->real, before->bytes(), before->size, before->at);
+      }
+      if (undone) methods.xTruncate(shim->real, before->file_size);
+      shim->newest = before->older;
+      std::free(before);
+    }
+  }
+
   enum class Access { kWrite, kSync, kCut };
 
   static bool Fails(Access access) {
     Plan& now = plan();
     if (!now.armed) return false;
-    if (now.fault == Fault::kGone && now.failed) return true;
+    if (IsOff()) return true;
     if (now.fault == Fault::kUncut && access == Access::kCut) return now.failed;
-    const bool at_sync = now.fault == Fault::kSync || now.fault >= Fault::kUncut;
+    const bool at_sync =
+        now.fault == Fault::kSync || now.fault == Fault::kUncut || now.fault == Fault::kGone;
     if (access != (at_sync ? Access::kSync : Access::kWrite)) return false;
     if (now.failed && now.lasting) return true;
     if (--now.left != 0) return false;
@@ -89,6 +152,8 @@ class FailingDisk {
     shim->real = reinterpret_cast<sqlite3_file*>(shim + 1);
     std::memset(static_cast<void*>(shim->real), 0, static_cast<size_t>(real()->szOsFile));
     shim->base.pMethods = nullptr;
+    shim->newest = nullptr;
+    shim->remembers = remembers();
     const int code = real()->xOpen(real(), name, shim->real, flags, out);
     if (code == SQLITE_OK) shim->base.pMethods = &methods;
     return code;
@@ -97,25 +162,35 @@ class FailingDisk {
   static sqlite3_io_methods Methods() {
     sqlite3_io_methods methods = {};
     methods.iVersion = 2;
-    methods.xClose = [](sqlite3_file* file) { return Real(file)->pMethods->xClose(Real(file)); };
+    methods.xClose = [](sqlite3_file* file) {
+      Settle(file, plan().fault == Fault::kPower && IsOff());
+      return Real(file)->pMethods->xClose(Real(file));
+    };
     methods.xRead = [](sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
       return Real(file)->pMethods->xRead(Real(file), to, size, at);
     };
     methods.xWrite = [](sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
-      if (!Fails(Access::kWrite)) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
-      if (plan().fault == Fault::kHalf) {
-        Real(file)->pMethods->xWrite(Real(file), from, size / 2, at);
+      const bool fails = Fails(Access::kWrite);
+      if (fails && plan().fault != Fault::kHalf) {
+        return plan().fault == Fault::kFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
       }
-      return plan().fault == Fault::kFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
+      NoteBefore(file, at, size);
+      if (!fails) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
+      Real(file)->pMethods->xWrite(Real(file), from, size / 2, at);
+      return SQLITE_IOERR_WRITE;
     };
     methods.xTruncate = [](sqlite3_file* file, sqlite3_int64 size) {
-      return Fails(Access::kCut) ? SQLITE_IOERR_TRUNCATE
-                                 : Real(file)->pMethods->xTruncate(Real(file), size);
+      if (Fails(Access::kCut)) return SQLITE_IOERR_TRUNCATE;
+      sqlite3_int64 now = 0;
+      Real(file)->pMethods->xFileSize(Real(file), &now);
+      NoteBefore(file, size, std::max(now - size, sqlite3_int64{0}));
+      return Real(file)->pMethods->xTruncate(Real(file), size);
     };
     methods.xSync = [](sqlite3_file* file, int flags) {
-      static_cast<void>(file);
       static_cast<void>(flags);
-      return Fails(Access::kSync) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
+      if (Fails(Access::kSync)) return SQLITE_IOERR_FSYNC;
+      Settle(file, false);
+      return SQLITE_OK;
     };
     methods.xFileSize = [](sqlite3_file* file, sqlite3_int64* size) {
       return Real(file)->pMethods->xFileSize(Real(file), size);

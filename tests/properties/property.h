@@ -1,0 +1,56 @@
+// Properties: promises that hold for whatever chance brings. A property runs so many cases, of a
+// seed; the first that fails is made as small as it gets and shown, with the seed.
+//
+// LORIMAT_PROPERTY_COUNT is the number of cases of each property, LORIMAT_PROPERTY_SEED where
+// chance begins; without them a number that fits a quick run, and 1.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace lorimat {
+
+struct PropertyRun {
+  int count = 0;  // cases
+  uint64_t seed = 1;
+  bool has_enough = true;  // as many cases as the quick run has at least
+};
+PropertyRun RunOf(int quick_count);
+
+// What chance has brought, by names. Rare things that no case had prove nothing.
+class Seen {
+ public:
+  explicit Seen(std::string property) : property_(std::move(property)) {}
+
+  void Add(const std::string& what, int64_t count = 1) { counts_[what] += count; }
+  int64_t Of(const std::string& what) const;
+  // Shows all counts; fails for each that is below its least, of a run that has enough cases.
+  void Require(const PropertyRun& run, const std::map<std::string, int64_t>& least) const;
+
+ private:
+  std::string property_;
+  std::map<std::string, int64_t> counts_;
+};
+
+// Shows and fails what a run came to; for Holds.
+void TellResult(const rc::detail::TestResult& result);
+
+// Runs a property: what it takes is generated, and RC_ASSERT and its like say what has to hold.
+template <typename Testable>
+void Holds(const PropertyRun& run, Testable&& testable) {
+  rc::detail::TestParams params;
+  params.seed = run.seed;
+  params.maxSuccess = run.count;
+  rc::detail::TestMetadata metadata;
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  metadata.id = std::string(test->test_suite_name()) + "." + test->name();
+  metadata.description = metadata.id;
+  TellResult(rc::detail::checkTestable(std::forward<Testable>(testable), metadata, params));
+}
+
+}  // namespace lorimat
