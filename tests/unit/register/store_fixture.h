@@ -20,6 +20,7 @@
 #include "register/inspect/register_file.h"
 #include "register/storage/entry_digest.h"
 #include "support/temporary_folder.h"
+#include "unit/register/database_dump.h"
 #include "unit/register/failing_disk.h"
 #include "unit/register/register_fixture.h"
 
@@ -242,36 +243,8 @@ class StoreTest : public testing::Test {
   }
   // Every row of every table.
   std::string Dump(const std::string& name) const {
-    sqlite3* database = nullptr;
-    EXPECT_EQ(sqlite3_open_v2(Path(name).c_str(), &database, SQLITE_OPEN_READWRITE,
-                              FailingDisk::RealName()),
-              SQLITE_OK);
-    // Nobody waits for the disk to have a copy that is looked at once.
-    sqlite3_exec(database, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-    std::string dump;
-    sqlite3_stmt* tables = nullptr;
-    sqlite3_prepare_v2(database,
-                       "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name", -1,
-                       &tables, nullptr);
-    while (sqlite3_step(tables) == SQLITE_ROW) {
-      const std::string table = reinterpret_cast<const char*>(sqlite3_column_text(tables, 0));
-      sqlite3_stmt* rows = nullptr;
-      sqlite3_prepare_v2(database, ("SELECT * FROM " + table).c_str(), -1, &rows, nullptr);
-      int code = 0;
-      while ((code = sqlite3_step(rows)) == SQLITE_ROW) {
-        dump += table;
-        for (int column = 0; column < sqlite3_column_count(rows); ++column) {
-          const char* bytes = static_cast<const char*>(sqlite3_column_blob(rows, column));
-          const int size = sqlite3_column_bytes(rows, column);
-          dump.append("|").append(bytes != nullptr ? bytes : "", static_cast<size_t>(size));
-        }
-        dump += '\n';
-      }
-      EXPECT_EQ(code, SQLITE_DONE) << table;
-      sqlite3_finalize(rows);
-    }
-    sqlite3_finalize(tables);
-    sqlite3_close(database);
+    std::string dump = DumpDatabase(Path(name));
+    EXPECT_EQ(dump.rfind("\nerror "), dump.npos);
     return dump;
   }
 

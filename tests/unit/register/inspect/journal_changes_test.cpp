@@ -5,39 +5,11 @@
 
 #include "register/inspect/register_file.h"
 #include "unit/register/filled_register.h"
+#include "unit/register/journal_exceptions.h"
 #include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
-
-// Columns, whole tables ("*"), and rows of `setting` that nothing is compared with.
-struct Exception {
-  const char* table;
-  const char* column;
-  const char* why;
-};
-constexpr Exception kExceptions[] = {
-    {"roll", "*", "a copy of the paper; the journal keeps what counts of it"},
-    {"header_line", "*", "printed on the next document, and kept with it"},
-    {"logo", "*", "printed on the next document"},
-    {"article", "*", "a table to sell from: each line holds what was sold, at which price"},
-    {"programmed_key", "*", "what a key does"},
-    {"setting", "key", "the position of the key"},
-    {"setting", "operator", "who is at the register now; each document has its own"},
-    {"setting", "drawer_openings", "counts nothing that is registered"},
-    {"setting", "faults", "set from outside, by design"},
-    {"setting", "answer_due", "for the notice of the next start"},
-    {"setting", "courtesy_text", "printed on the next document, and kept with it"},
-    {"setting", "trailer_line_1", "the same"},
-    {"setting", "header_logo", "printed on the next document"},
-};
-
-bool IsException(const std::string& table, const std::string& column) {
-  for (const Exception& one : kExceptions) {
-    if (table == one.table && (column == one.column || std::string("*") == one.column)) return true;
-  }
-  return false;
-}
 
 struct Column {
   std::string name;
@@ -139,7 +111,7 @@ class JournalChangesTest : public StoreTest {
     }
     const std::vector<std::string> rows = Rows(from, table, key);
     for (size_t row = 0; row < rows.size(); ++row) {
-      if (table == "setting" && IsException(table, rows[row])) continue;
+      if (table == "setting" && IsJournalException(table, rows[row])) continue;
       const std::string where = " WHERE " + key + " = '" + rows[row] + "'";
       ExpectFound(from, "DELETE FROM " + table + where);
       std::string copied;
@@ -152,7 +124,7 @@ class JournalChangesTest : public StoreTest {
       }
       ExpectFound(from, "INSERT INTO " + table + " SELECT " + copied + " FROM " + table + where);
       for (const Column& column : columns) {
-        if (IsException(table, column.name)) continue;
+        if (IsJournalException(table, column.name)) continue;
         const std::string update = "UPDATE " + table + " SET " + column.name + " = ";
         if (column.type == "INTEGER") {
           for (const char* other : {" + 1", " - 1", " || 'x'"}) {
@@ -178,7 +150,7 @@ class JournalChangesTest : public StoreTest {
   // All but the key of two rows.
   void Swap(const std::string& from, const std::string& table, const std::vector<Column>& columns,
             const std::string& key, const std::string& first, const std::string& second) {
-    if (IsException(table, second)) return;
+    if (IsJournalException(table, second)) return;
     std::string set;
     std::string differ;
     for (const Column& column : columns) {
@@ -221,7 +193,7 @@ TEST_F(JournalChangesTest, AnyChangeInAnyTableIsFound) {
       Lines("shop.register", "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
   EXPECT_EQ(tables.size(), 22u);
   for (const std::string& table : tables) {
-    if (IsException(table, "*")) continue;
+    if (IsJournalException(table, "*")) continue;
     const int before = changes;
     ChangeTable(table == "open_document" ? "cut" : "shop.register", table);
     EXPECT_GT(changes, before) << table;
@@ -232,7 +204,7 @@ TEST_F(JournalChangesTest, AnyChangeInAnyTableIsFound) {
 // The list of exceptions holds nothing that is compared.
 TEST_F(JournalChangesTest, AChangeOfAnExceptionIsNoFinding) {
   Make();
-  for (const Exception& one : kExceptions) {
+  for (const JournalException& one : kJournalExceptions) {
     const std::string table = one.table;
     const std::string value = std::string(one.column) == "faults" ? "" : "2";
     ASSERT_TRUE(Change("shop.register",
