@@ -28,6 +28,7 @@
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
 #include "register/value/digest.h"
+#include "register/value/planted_link.h"
 
 namespace lorimat::console {
 namespace {
@@ -87,6 +88,7 @@ class NewFolder {
     const fs::file_status status = fs::status(target_, error);
     if (fs::exists(status)) {
       if (!fs::is_directory(status)) Refuse(folder, Tr("is there already, and is no folder"));
+      if (lorimat::IsPlantedLink(target_.string())) Refuse(folder, SystemMessage(ELOOP));
       // A link stays, and leads to the backup.
       if (fs::is_symlink(fs::symlink_status(target_, error))) target_ = fs::canonical(target_);
       const bool empty = fs::is_empty(target_, error);

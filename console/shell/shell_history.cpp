@@ -12,6 +12,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_reader.h"
+#include "console/terminal/replacing_file.h"
 #include "console/terminal/streams.h"
 
 namespace lorimat::console {
@@ -77,17 +78,15 @@ void ShellHistory::Read() {
   if (count > kMostLines) Rewrite();
 }
 
-// By way of another file, so that a full disk does not cost the lines that are there.
+// By way of another file, so that a full disk does not cost the lines that are there. It has the
+// mode of the one before, which only the user reads.
 void ShellHistory::Rewrite() {
-  const std::string fresh = file_ + ".new";
-  Descriptor out(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode));
   std::string text;
   for (const std::string& line : lines_) text += line + "\n";
-  if (!out.is_open() || !WriteAll(out.get(), text) || close(out.release()) != 0 ||
-      rename(fresh.c_str(), file_.c_str()) != 0) {
-    Fail(SystemMessage(errno));
-    unlink(fresh.c_str());
-  }
+  ReplacingFile fresh;
+  int error = fresh.Make(file_);
+  if (error == 0) error = fresh.Write(text);
+  if (error != 0) Fail(SystemMessage(error));
 }
 
 bool ShellHistory::Add(const std::string& line) {

@@ -10,6 +10,8 @@
 #include <system_error>
 #include <utility>
 
+#include "register/value/planted_link.h"
+
 namespace lorimat::console {
 namespace {
 
@@ -21,12 +23,14 @@ constexpr int kMostLinks = 40;
 
 std::string HiddenName(int number) { return fmt::format(".lorimat-{}-{}.part", getpid(), number); }
 
-// What a path means behind its last links, of which the last may lead to nothing yet.
+// What a path means behind its last links, of which the last may lead to nothing yet. Somebody
+// else's are not followed where everybody may put some.
 fs::path BehindLinks(fs::path path, int* error) {
   for (int links = 0; links < kMostLinks; ++links) {
     std::error_code none;
     const fs::path target = fs::read_symlink(path, none);
     if (none) return path;
+    if (lorimat::IsPlantedLink(path.string())) break;
     path = path.parent_path() / target;
   }
   *error = ELOOP;
@@ -65,7 +69,7 @@ int ReplacingFile::Make(const std::string& path) {
     if (S_ISDIR(status.st_mode)) return EISDIR;
     replaced_ = status;
   }
-  file_ = Descriptor(openat(folder_.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
+  file_ = Descriptor(openat(folder_.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, NewMode()));
   return file_.is_open() ? 0 : MakeHidden();
 }
 
@@ -77,7 +81,7 @@ int ReplacingFile::MakeHidden() {
   for (int number = 0; number < kMostNames; ++number) {
     std::string name = HiddenName(number);
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-    Descriptor file(openat(folder_.get(), name.c_str(), kFlags, 0666));
+    Descriptor file(openat(folder_.get(), name.c_str(), kFlags, NewMode()));
     if (!file.is_open() && errno == EEXIST) continue;
     if (!file.is_open()) return errno;
     hidden_ = std::move(name);
@@ -87,12 +91,21 @@ int ReplacingFile::MakeHidden() {
   return EEXIST;
 }
 
+// A file that replaces another is nobody else's to read before it has the other's mode.
+mode_t ReplacingFile::NewMode() const { return replaced_ ? S_IRUSR | S_IWUSR : 0666; }
+
 int ReplacingFile::Fill(std::string_view content) const {
   if (!WriteAll(file_.get(), content)) return errno;
   if (replaced_) {
-    // The owner of another's file is root's to give.
-    if (fchown(file_.get(), replaced_->st_uid, replaced_->st_gid) != 0) errno = 0;
-    if (fchmod(file_.get(), replaced_->st_mode & 0777) != 0) return errno;
+    // The owner of another's file is root's to give, and a group that of its members: what that
+    // group may do is nothing for another one.
+    mode_t mode = replaced_->st_mode & 0777;
+    if (fchown(file_.get(), replaced_->st_uid, replaced_->st_gid) != 0 &&
+        fchown(file_.get(), static_cast<uid_t>(-1), replaced_->st_gid) != 0) {
+      mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
+    errno = 0;
+    if (fchmod(file_.get(), mode) != 0) return errno;
   }
   return Sync(file_.get());
 }

@@ -22,8 +22,9 @@ class ReplacingFile {
   ReplacingFile& operator=(const ReplacingFile&) = delete;
 
   // Makes the file, to be named once. A path that is a link leads to what is replaced, and the link
-  // stays. The folder is the one that the path means now, wherever the program works later. Answers
-  // the system's error number, 0 when it can be written.
+  // stays; one that is planted (register/value/planted_link.h) is refused: ELOOP. The folder is the
+  // one that the path means now, wherever the program works later. Answers the system's error
+  // number, 0 when it can be written.
   int Make(const std::string& path);
   // Whether the path that was made meant this file.
   bool Replaces(const struct stat& file) const;
@@ -36,6 +37,7 @@ class ReplacingFile {
 
  private:
   int MakeHidden();
+  mode_t NewMode() const;
   int Fill(std::string_view content) const;
   int TakeHiddenName();
   void RemoveHidden();

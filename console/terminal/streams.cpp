@@ -15,6 +15,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/styles.h"
+#include "register/value/planted_link.h"
 
 namespace lorimat::console {
 
@@ -108,6 +109,9 @@ void Streams::StartTrace(const std::string& file) {
     trace_ = CopyOf(own_error_.get());
   } else {
     const char* path = file.empty() ? "/dev/null" : file.c_str();
+    if (lorimat::IsPlantedLink(path)) {
+      throw Failure(Tr("{}: cannot write the trace: {}", Shown(file), SystemMessage(ELOOP)));
+    }
     trace_ = Descriptor(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666));
   }
   tracing_ = !file.empty();

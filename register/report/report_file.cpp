@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "register/value/planted_link.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -34,7 +36,8 @@ constexpr int kMostNames = 10000;
 // An open file. Only Close tells whether all went well.
 class Descriptor {
  public:
-  Descriptor(const fs::path& path, int flags) : number_(open(path.c_str(), flags, 0666)) {}
+  Descriptor(const fs::path& path, int flags, mode_t mode = 0666)
+      : number_(open(path.c_str(), flags, mode)) {}
   Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   Descriptor& operator=(Descriptor&&) = delete;
   ~Descriptor() { Close(); }
@@ -56,6 +59,16 @@ class Descriptor {
       if (errno != EINTR) return false;
     }
     return true;
+  }
+  // The owner and the group as far as the system lets that be; what a group may do is nothing for
+  // another one.
+  bool TakeMode(const struct stat& file) const {
+    mode_t mode = file.st_mode & 0777;
+    if (fchown(number_, file.st_uid, file.st_gid) != 0 &&
+        fchown(number_, static_cast<uid_t>(-1), file.st_gid) != 0) {
+      mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
+    return fchmod(number_, mode) == 0;
   }
   // It is closed whatever this answers.
   bool Close() {
@@ -92,12 +105,16 @@ bool WriteInPlace(const fs::path& path, std::string_view content) {
 // A file of a name that nobody has, beside the one that it is to become. It goes when it does not.
 class PartFile {
  public:
-  explicit PartFile(const fs::path& folder) {
+  // With the mode and the owner of the file that it replaces, if it does.
+  PartFile(const fs::path& folder, const struct stat* replaced) {
     for (int number = 0; number < kMostNames; ++number) {
       path_ = folder / fmt::format(".lorimat-{}-{}.part", getpid(), number);
-      Descriptor file(path_, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
+      // Nobody else reads it before it has the other's mode.
+      Descriptor file(path_, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                      replaced != nullptr ? S_IRUSR | S_IWUSR : 0666);
       if (!file.good() && errno == EEXIST) continue;
       made_ = file.good();
+      if (replaced != nullptr) mode_ = *replaced;
       file_.emplace(std::move(file));
       return;
     }
@@ -109,7 +126,8 @@ class PartFile {
   }
 
   bool Fill(std::string_view content) {
-    return made_ && file_->Write(content) && file_->Sync() && file_->Close();
+    return made_ && file_->Write(content) && (!mode_ || file_->TakeMode(*mode_)) && file_->Sync() &&
+           file_->Close();
   }
   bool Become(const fs::path& path) {
     if (rename(path_.c_str(), path.c_str()) != 0) return false;
@@ -120,6 +138,7 @@ class PartFile {
  private:
   fs::path path_;
   bool made_ = false;
+  std::optional<struct stat> mode_;
   std::optional<Descriptor> file_;
 };
 
@@ -130,11 +149,14 @@ int WriteFile(std::string_view name, std::string_view content) {
   const fs::path path{std::string(name)};
   std::error_code error;
   const fs::file_status status = fs::symlink_status(path, error);
+  if (IsPlantedLink(path.string())) return NotWritten(name, ELOOP);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     return WriteInPlace(path, content) ? RTF_SUCCESS : NotWritten(name, errno);
   }
   const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
-  PartFile part(folder);
+  struct stat replaced = {};
+  const bool replaces = lstat(path.c_str(), &replaced) == 0;
+  PartFile part(folder, replaces ? &replaced : nullptr);
   const bool stands = part.Fill(content) && part.Become(path) && SyncFolder(folder, path);
   return stands ? RTF_SUCCESS : NotWritten(name, errno);
 }

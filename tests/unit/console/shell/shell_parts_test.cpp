@@ -94,6 +94,19 @@ TEST_F(ShellHistoryFile, TheFileIsKeptToItsNewestLines) {
   EXPECT_FALSE(std::filesystem::exists(file_ + ".new"));
 }
 
+TEST_F(ShellHistoryFile, NothingIsWrittenThroughALinkBesideIt) {
+  std::string text;
+  for (int i = 1; i <= 5000; ++i) text += "LINE" + std::to_string(i) + "\n";
+  Write(text);
+  const std::string victim = folder_ + "/victim";
+  std::ofstream(victim) << "untouched";
+  std::filesystem::create_symlink(victim, file_ + ".new");
+  const ShellHistory history(file_);
+  EXPECT_THAT(content(), StartsWith("LINE4001\n"));
+  std::ifstream file(victim);
+  EXPECT_EQ("untouched", std::string(std::istreambuf_iterator<char>(file), {}));
+}
+
 TEST_F(ShellHistoryFile, AFileThatOthersMayReadIsClosedToThem) {
   Write("SUBT\n");
   chmod(file_.c_str(), 0666);

@@ -173,6 +173,49 @@ TEST_F(ReplacingFileTest, TheModeStaysAndANewFileHasTheUsualOne) {
   umask(mask);
 }
 
+// Until it is whole, nobody else reads what replaces a file of the user's own.
+TEST_F(ReplacingFileTest, AHiddenFileIsTheUsersOwnUntilItHasTheMode) {
+  WriteText("file", "older");
+  ASSERT_EQ(chmod(Path("file").c_str(), 0644), 0);
+  mode_t mode = 0;
+  const FileCalls calls([&](const char* call, const std::string&) {
+    if (call == std::string("linkat")) return EOPNOTSUPP;
+    return 0;
+  });
+  ReplacingFile file;
+  ASSERT_EQ(file.Make(Path("file")), 0);
+  for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+    struct stat status;
+    if (stat(entry.path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
+    std::error_code none;
+    const std::string name = fs::read_symlink(entry.path(), none).string();
+    if (name.starts_with(folder_.string() + "/")) mode = status.st_mode & 0777;
+  }
+  EXPECT_EQ(mode, mode_t{0600});
+  EXPECT_EQ(file.Write("newer"), 0);
+  struct stat status;
+  ASSERT_EQ(stat(Path("file").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, mode_t{0644});
+}
+
+TEST_F(ReplacingFileTest, ALinkThatSomebodyElsePlantedIsNotFollowed) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root makes a link another's";
+  constexpr uid_t kOther = 65534;
+  fs::create_directory(folder_ / "all");
+  ASSERT_EQ(chmod(Path("all").c_str(), 01777), 0);
+  WriteText("mine", "older");
+  fs::create_symlink(folder_ / "mine", folder_ / "all" / "link");
+  ASSERT_EQ(lchown(Path("all/link").c_str(), kOther, kOther), 0);
+  EXPECT_EQ(ReplacingFile().Make(Path("all/link")), ELOOP);
+  EXPECT_EQ(ReadText("mine"), "older");
+  // The folder's owner is trusted, and so is a folder that is not everybody's.
+  ASSERT_EQ(chown(Path("all").c_str(), kOther, kOther), 0);
+  EXPECT_EQ(ReplacingFile().Make(Path("all/link")), 0);
+  ASSERT_EQ(chown(Path("all").c_str(), 0, 0), 0);
+  ASSERT_EQ(chmod(Path("all").c_str(), 0755), 0);
+  EXPECT_EQ(ReplacingFile().Make(Path("all/link")), 0);
+}
+
 TEST_F(ReplacingFileTest, WhatIsNoNameOfAFileIsRefused) {
   const std::vector<std::pair<std::string, int>> rows = {
       {"none/file", ENOENT}, {"folder", EISDIR}, {"folder/", EISDIR}, {"..", EISDIR}};

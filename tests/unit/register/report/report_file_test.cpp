@@ -143,6 +143,34 @@ TEST_F(ReportFileTest, TheModeIsThatOfANewFile) {
   EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
+TEST_F(ReportFileTest, TheModeOfTheFileThatIsReplacedStays) {
+  const std::string report = (folder_ / "report.txt").string();
+  for (const mode_t mode : {0600u, 0640u, 0666u}) {
+    std::ofstream(report) << "older";
+    ASSERT_EQ(chmod(report.c_str(), mode), 0);
+    ASSERT_EQ(WriteFile(report, "newer"), RTF_SUCCESS);
+    struct stat status = {};
+    ASSERT_EQ(stat(report.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, mode);
+  }
+}
+
+TEST_F(ReportFileTest, ALinkThatSomebodyElsePlantedIsNotFollowed) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root makes a link another's";
+  constexpr uid_t kOther = 65534;
+  const auto all = folder_ / "all";
+  std::filesystem::create_directory(all);
+  ASSERT_EQ(chmod(all.c_str(), 01777), 0);
+  std::ofstream(folder_ / "mine") << "older";
+  std::filesystem::create_symlink(folder_ / "mine", all / "link");
+  ASSERT_EQ(lchown((all / "link").c_str(), kOther, kOther), 0);
+  EXPECT_EQ(WriteFile((all / "link").string(), "newer"), RTF_E_FAILURE);
+  ASSERT_EQ(lchown((all / "link").c_str(), 0, 0), 0);
+  EXPECT_EQ(WriteFile((all / "link").string(), "newer"), RTF_SUCCESS);
+  std::ifstream mine(folder_ / "mine");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(mine), {}), "newer");
+}
+
 TEST_F(ReportFileTest, ALinkStaysAndItsFileIsWritten) {
   WriteText("target.txt", "older");
   std::filesystem::create_symlink("target.txt", folder_ / "link.txt");
