@@ -6,12 +6,13 @@ root_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 # Debian packages by purpose. The library itself needs the compiler alone; {fmt}, CLI11,
 # the JSON library, SQLite, OpenSSL's digests, the line editor, the catalogs of messages and those
 # that draw belong to the register and the console, GoogleTest and the reader of barcodes to the tests.
-build_packages=(g++ cmake ninja-build pkg-config libfmt-dev libcli11-dev nlohmann-json3-dev
+build_packages=(g++ cmake ninja-build pkg-config python3 libfmt-dev libcli11-dev nlohmann-json3-dev
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev gettext
   libgtest-dev libgmock-dev librapidcheck-dev zbar-tools)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 check_packages=(binutils python3 shellcheck clang-format clang-tidy codespell)
 bench_packages=(libbenchmark-dev libinih-dev nlohmann-json3-dev rapidjson-dev)
+coverage_packages=(gcovr)
 fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }
@@ -91,6 +92,28 @@ as root, then start again"
   step "Install the Debian packages ${missing[*]}" \
     as_root env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+# keep_output FILE COMMAND...: runs it, and FILE has what it printed.
+keep_output() {
+  local file=$1
+  shift
+  "$@" 2>&1 | tee "$file"
+}
+
+# collect_counts PLACE FILE: the lines "COUNT name value goal" of a program's output, for the table at
+# the end of script/test, which names their file in LORIMAT_COUNTS. Without one nothing is collected.
+collect_counts() {
+  local place=$1 file=$2
+  if [[ -n ${LORIMAT_COUNTS-} ]]; then
+    sed -n "s/\r\$//; s/^COUNT /$place COUNT /p" "$file" >> "$LORIMAT_COUNTS"
+  fi
+}
+
+# test_preset PRESET SECONDS: runs the tests of build/PRESET; one may take so long.
+test_preset() {
+  step "Test the preset $1" ctest --preset "$1" -j2 --no-tests=error --timeout "$2"
+  collect_counts "$1" "build/$1/Testing/Temporary/LastTest.log"
 }
 
 # build_preset PRESET [TARGET...]: configures and builds into build/PRESET.

@@ -18,6 +18,7 @@
 #include "check.h"
 #include "life.h"
 #include "rows.h"
+#include "tests/unit/support/count.h"
 
 namespace lorimat {
 namespace {
@@ -244,6 +245,10 @@ class Loops {
     print(sum);
     // A place that was not struck shows nothing: the days have to be the same each time.
     const bool struck = sum.tried > 0 && sum.missed * 50 <= sum.tried;
+    long asked = options_.places > 0 ? std::min(options_.places, sum.calls) : sum.calls;
+    if (options_.only > 0) asked = all_;
+    PrintCount("faults", static_cast<unsigned long long>(sum.tried - sum.missed),
+               static_cast<unsigned long long>(asked - asked / 50));
     if (!struck) std::printf("too many places were not struck\n");
     return sum.wrong == 0 && struck;
   }

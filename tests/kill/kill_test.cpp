@@ -22,6 +22,7 @@
 #include "answer.h"
 #include "register/client/virtual_register.h"
 #include "register/inspect/register_file.h"
+#include "tests/unit/support/count.h"
 
 extern char** environ;
 
@@ -115,6 +116,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
   std::mt19937 random(20240115);
 
   std::map<DocumentName, int64_t> known;  // with their totals
+  unsigned kills = 0;
   uint64_t answered = 0;
   int interrupted = 0;  // documents that were begun and not ended
   int last_closure = 0;
@@ -123,6 +125,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
     SCOPED_TRACE("round " + std::to_string(round));
     const Life life = LiveAndDie(file, 1000 + static_cast<unsigned>(round), &random);
     ASSERT_TRUE(life.killed) << "the seller ended by itself";
+    ++kills;
     if (!std::filesystem::exists(file)) continue;  // killed before it made one
 
     {
@@ -201,7 +204,8 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
   // The rounds were worth something: there were sales, and cuts in the middle of documents.
   EXPECT_GT(answered, 300u);
   EXPECT_GT(interrupted, 0);
-  std::printf("%d kills, %zu documents, %llu of them answered, %d cut off in the middle\n", kKills,
+  PrintCount("kills", kills, kKills);
+  std::printf("%u kills, %zu documents, %llu of them answered, %d cut off in the middle\n", kills,
               known.size(), static_cast<unsigned long long>(answered), interrupted);
 }
 

@@ -14,6 +14,7 @@
 #include "model/scratch_file.h"
 #include "model/translator_under_test.h"
 #include "pal/protocols/lorimat/dfltmsg.h"
+#include "support/count.h"
 #include "support/temporary_folder.h"
 
 namespace {
@@ -43,6 +44,7 @@ int Run(uint64_t count, uint64_t seed) {
   std::printf("%llu comparisons, %llu of them different\n",
               static_cast<unsigned long long>(comparison.count()),
               static_cast<unsigned long long>(comparison.differences()));
+  PrintCount("model", comparison.count(), count);
   return comparison.differences() == 0 ? 0 : 1;
 }
 
