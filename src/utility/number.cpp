@@ -207,8 +207,8 @@ Number Number::unmarshal(const std::string& text) {
   uint8_t decDigits;
   StringSerializer::get_le(StringSerializer::get_le(text.data(), &word), &decDigits);
   // The overflow mark stays in the value and makes it too large for any number.
-  return Number(static_cast<int64_t>(word & ~NEGATIVE_NUMBER_MASK),
-                (word & NEGATIVE_NUMBER_MASK) != 0, decDigits & 0x1FU);
+  const auto magnitude = static_cast<int64_t>(word & ~NEGATIVE_NUMBER_MASK);
+  return Number(magnitude, (word & NEGATIVE_NUMBER_MASK) != 0, decDigits & 0x1FU);
 }
 
 Number& Number::unmarshal(char* buffer) {
@@ -216,9 +216,9 @@ Number& Number::unmarshal(char* buffer) {
   uint8_t decDigits;
   StringSerializer::get_le(StringSerializer::get_le(buffer, &word), &decDigits);
   // Both marks are taken off here: overflow comes back as zero.
-  return *this =
-             Number(static_cast<int64_t>(word & ~(NEGATIVE_NUMBER_MASK | POSITIVE_OVERFLOW_MASK)),
-                    (word & NEGATIVE_NUMBER_MASK) != 0, decDigits & 0x1FU);
+  const uint64_t marks = NEGATIVE_NUMBER_MASK | POSITIVE_OVERFLOW_MASK;
+  const auto magnitude = static_cast<int64_t>(word & ~marks);
+  return *this = Number(magnitude, (word & NEGATIVE_NUMBER_MASK) != 0, decDigits & 0x1FU);
 }
 
 std::ostream& operator<<(std::ostream& out, const Number& num) {

@@ -114,8 +114,9 @@ TEST(FiscalCodeTest, RefusesWrongCharactersInEveryPlace) {
   struct {
     size_t place;
     char c;
-  } const wrong[] = {{0, '1'}, {1, 'a'},  {4, '-'},  {6, 'A'},  {7, 'O'},  {8, 'F'}, {8, '\0'},
-                     {9, 'B'}, {10, 'C'}, {11, '2'}, {12, 'A'}, {13, 'z'}, {14, '-'}};
+  } const wrong[] = {{0, '1'},  {1, 'a'},  {2, '1'},  {3, '1'},  {4, '-'}, {5, '1'},
+                     {6, 'A'},  {7, 'O'},  {8, 'F'},  {8, '\0'}, {9, 'B'}, {10, 'C'},
+                     {11, '2'}, {12, 'A'}, {13, 'z'}, {14, '-'}};
   for (const auto& [place, c] : wrong) {
     std::string code = good;
     code[place] = c;

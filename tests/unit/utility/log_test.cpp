@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstring>
 #include <ctime>
+#include <cwchar>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -275,6 +276,15 @@ TEST_F(LogLineTest, AFormattedTextThatIsCutKeepsTheTrailersFirstCharacter) {
     }
   }
 }
+
+#ifndef _WIN32
+// A character that the process's language does not have ends the print.
+TEST_F(LogLineTest, AFormattedTextThatCannotBePrintedIsEmpty) {
+  log_.set_trailer("\r\n");
+  log_.WriteF(Log::LL_INFO, Place(60), "x%lc", static_cast<wint_t>(0x20AC));
+  EXPECT_EQ(LineOf(log_).substr(60), "\r\n");
+}
+#endif
 
 TEST_F(LogLineTest, AFormattedTextThatFitsKeepsItsTrailer) {
   log_.set_trailer("\r\n");

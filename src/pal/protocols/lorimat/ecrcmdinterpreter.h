@@ -50,8 +50,6 @@ class EcrCmdInterpreter {
   int ParseBatchRequest(char* line);
   // Runs szFileIn line by line, with the errors to szFileErr when it is not empty.
   long RunBatch(char* Result);
-  // How much of the batch file was consumed, in percent, 100 at most.
-  int BatchPercentage() const;
   // Trace to the client, at most 1023 characters; nothing without a client.
   void LogF(bool error, const char* fmt, ...)
 #if defined(__GNUC__)

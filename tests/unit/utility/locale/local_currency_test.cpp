@@ -80,6 +80,13 @@ TEST(ToLocalCurrency, EverySizeIsSafe) {
   }
 }
 
+TEST(FromLocalCurrency, ReadsNoFurtherThanItsLength) {
+  const Locale locale;
+  Number number;
+  ASSERT_TRUE(locale.fromLocalCurrency("123456", 3, number));
+  EXPECT_EQ(123, number.toInt64());
+}
+
 std::optional<Number> readMoney(const std::string& text) {
   const ExactText exact(text);
   const Locale locale;

@@ -44,12 +44,6 @@ int EcrCmdInterpreter::ParseBatchRequest(char* line) {
   return -1;
 }
 
-int EcrCmdInterpreter::BatchPercentage() const {
-  if (dwFileInSize <= 0) return 100;
-  return static_cast<int>(
-      std::min<int64_t>(static_cast<int64_t>(dwFileInRead) * 100 / dwFileInSize, 100));
-}
-
 long EcrCmdInterpreter::RunBatch(char* Result) {
   fs_file_t input;
   fs_file_t error_file;

@@ -3,6 +3,7 @@
 #include "pal/protocols/lorimat/client_call.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <cstring>
 #include <memory>
@@ -31,6 +32,37 @@ TEST(ClientCall, AnExceptionOfTheClientIsAFailure) {
   translator->Log(false, "text");
   translator->LogF(true, "%s", "text");
 }
+
+#ifndef _WIN32
+// A host may cancel the thread that waits for its device.
+class CancelledClient : public NullClient {
+ public:
+  int PrintRecTotalEx(int64_t, const char*, bool) override {
+    pthread_cancel(pthread_self());
+    pthread_testcancel();
+    return 0;
+  }
+};
+
+TEST(ClientCall, ACancelledThreadEndsInTheClientsCall) {
+  CancelledClient client;
+  auto translator = std::make_unique<EcrCmdCommand>();
+  translator->rtfClient_ = &client;
+  static bool came_back;
+  came_back = false;
+  pthread_t thread;
+  const auto run = [](void* argument) -> void* {
+    static_cast<EcrCmdCommand*>(argument)->Trad_CHIU();
+    came_back = true;
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, nullptr, run, translator.get()), 0);
+  void* result = nullptr;
+  ASSERT_EQ(pthread_join(thread, &result), 0);
+  EXPECT_EQ(result, PTHREAD_CANCELED);
+  EXPECT_FALSE(came_back);
+}
+#endif
 
 class TalkativeClient : public NullClient {
  public:

@@ -13,6 +13,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
 #include "pal/threading/posix/thread.h"
@@ -71,9 +72,10 @@ class LosingClient : public RtfClientInterface {
 
   template <typename T>
   void Fill(T) {}
+  // A text that is a number for who reads one, and a line of the state words.
   void Fill(char* text) {
-    text[0] = fill == 0 ? '\0' : static_cast<char>('0' + fill);
-    text[1] = 0;
+    const std::string line = fill == 0 ? "" : "1;2;1;1;1;1;1";
+    std::memcpy(text, line.c_str(), line.size() + 1);
   }
   void Fill(int32_t* number) { *number = fill; }
   void Fill(uint32_t* number) { *number = static_cast<uint32_t>(fill); }
@@ -144,6 +146,20 @@ std::vector<std::string> Lines(const Command& command) {
   return lines;
 }
 
+// The road of a line behind the entry, which would refuse one without a client.
+std::string HandlersAnswer(EcrCmdCommand& translator, std::string line) {
+  int position = 1;
+  int opcode = 0;
+  EXPECT_EQ(translator.GetCodOp(line.data(), &position, &opcode), 0);
+  EXPECT_EQ(translator.GetCampi(line.data(), opcode, &position), 0);
+  const int code = (translator.*FindHandler(opcode))();
+  std::vector<char> text(1024);
+  translator.SetStringErr(text.data(), code);
+  translator.TStato.iFlgEMCmd = 0;
+  translator.TStato.iFlgINFO = 0;
+  return std::to_string(code) + " " + text.data();
+}
+
 class ClientGone : public testing::Test {
  protected:
   ClientGone() : before_(std::filesystem::current_path()), folder_(MakeTemporaryFolder()) {
@@ -186,6 +202,13 @@ class ClientGone : public testing::Test {
     }
   }
 
+  void LoseIn(const std::string& line, char fill) {
+    Lose(line, fill, [&](EcrCmdCommand& translator) {
+      if (line.starts_with(kReadsAFile)) std::ofstream("1", std::ios::binary) << "1,2,3\r\n";
+      return HandlersAnswer(translator, line);
+    });
+  }
+
  private:
   static std::string Do(EcrCmdCommand* translator, int good, char fill, LosingClient* client,
                         bool goes, const Deed& deed) {
@@ -206,30 +229,40 @@ class ClientGone : public testing::Test {
   std::unique_ptr<EcrCmdCommand> failing_;
 };
 
-// The road of a line behind the entry, which would refuse one without a client.
-std::string HandlersAnswer(EcrCmdCommand& translator, std::string line) {
-  int position = 1;
-  int opcode = 0;
-  EXPECT_EQ(translator.GetCodOp(line.data(), &position, &opcode), 0);
-  EXPECT_EQ(translator.GetCampi(line.data(), opcode, &position), 0);
-  const int code = (translator.*FindHandler(opcode))();
-  std::vector<char> text(1024);
-  translator.SetStringErr(text.data(), code);
-  translator.TStato.iFlgEMCmd = 0;
-  translator.TStato.iFlgINFO = 0;
-  return std::to_string(code) + " " + text.data();
+// Lines whose fields belong together.
+std::vector<std::string> LongerLines() {
+  std::vector<std::string> lines = {
+      "#9 #1='100', #4=" + std::to_string(FunctionCode::kOpenTransaction),
+      "#9 #1='100', #4=" + std::to_string(FunctionCode::kCloseTransaction),
+      "#23 #1=2, #2=1",
+      "#23 #1=2, #2=0",
+      "#10 #1=1, #4=1, #16, #18",
+      "#10 #1=1, #4=1, #17, #18",
+  };
+  for (const int table : {1, 3, 4, 6, 8, 9, 10, 12, 20, 22, 23, 24, 100}) {
+    for (const char* form : {"", ", #4, #5", ", #7"}) {
+      lines.push_back("#3 #1=" + std::to_string(table) + ", #2='dump'" + form);
+    }
+  }
+  for (const int report : {1, 2, 3, 10, 11, 200, 201, 202, 203, 204, 206, 207}) {
+    for (const char* range : {"", ", #6='1', #7='2'", ", #8='010124', #9='020124'"}) {
+      lines.push_back("#26 #1=" + std::to_string(report) + range);
+    }
+  }
+  for (const char* command : {"UA", "DA"}) {
+    for (const char* way : {"", ", #4", ", #5", ", #8", ", #3='e'", ", #4, #5, #6, #7"}) {
+      lines.push_back(kReadsAFile + ("#1='" + std::string(command)) + "', #2='1'" + way);
+    }
+  }
+  return lines;
 }
 
 TEST_F(ClientGone, CountsInALineAsOneThatCannotBeReached) {
   for (const char fill : {char{0}, char{1}}) {
     for (const Command& command : Commands()) {
-      for (const std::string& line : Lines(command)) {
-        ASSERT_NO_FATAL_FAILURE(Lose(line, fill, [&](EcrCmdCommand& translator) {
-          if (line.starts_with(kReadsAFile)) std::ofstream("1") << "1,2,3\r\n";
-          return HandlersAnswer(translator, line);
-        }));
-      }
+      for (const std::string& line : Lines(command)) ASSERT_NO_FATAL_FAILURE(LoseIn(line, fill));
     }
+    for (const std::string& line : LongerLines()) ASSERT_NO_FATAL_FAILURE(LoseIn(line, fill));
   }
 }
 

@@ -281,6 +281,7 @@ TEST(EstraeAlfa, RefusesBadQuotesAndLongTexts) {
   EXPECT_EQ(Extracted("'", 10, 8), "");
   EXPECT_EQ(Extracted("'a", 10, 8), "");
   EXPECT_EQ(Extracted("'a''", 10, 8), "a");
+  EXPECT_EQ(Extracted("'a''b", 10, 8), "a");  // a doubled quote, and none that closes
   EXPECT_EQ(Extracted("12345678901", 10, 9), "1234567890");
   EXPECT_EQ(Extracted("1234567890", 10, 0), "1234567890");
 }
@@ -348,6 +349,9 @@ TEST(Padding, JustifiesToAWidth) {
   EXPECT_EQ(U::FnRPAD(out, Text("ab"), 4, '.') - out, 4);
   EXPECT_EQ(std::string(out, 5), "ab..x");
   U::FnRPAD(out, Text("abcdef"), 4, '.');
+  EXPECT_EQ(std::string(out, 5), "abcdx");
+  EXPECT_EQ(U::FnRPAD(out, Text("xyz"), 0, '.'), out);
+  EXPECT_EQ(U::FnRPAD(out, Text("xyz"), -1, '.'), out);
   EXPECT_EQ(std::string(out, 5), "abcdx");
 }
 

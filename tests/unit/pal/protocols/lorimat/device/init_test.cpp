@@ -246,15 +246,34 @@ TEST_F(Init, SerialNumbersOfAnyLengthAreSafe) {
   }
 }
 
+TEST_F(Init, WithoutANameTheFileOfTheCurrentFolderIsRead) {
+  const fs::path before = fs::current_path();
+  fs::current_path(directory_);
+  EXPECT_EQ(t().TradInit(nullptr, 0, &client_, false), 2);
+  EXPECT_FALSE(t().TStato.bInitOK);
+  Write("merkelin.ini", "[OPCOD]\n10=VENDITA\n");
+  EXPECT_EQ(t().TradInit(nullptr, 0, &client_, false), 0);
+  EXPECT_TRUE(t().TStato.bInitOK);
+  EXPECT_STREQ(t().szOpCodes[10], "VENDITA");
+  fs::current_path(before);
+}
+
 TEST_F(Init, TheSerialNumberMayChooseTheLanguage) {
   client_.items[92] =
       "\xC5\xCB"
       "0000001";
   t().GetEcrConf(1);
   EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kGreek);
-  client_.items[92] = "99MEX000001";
-  t().GetEcrConf(1);
-  EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kGreek);  // another kind changes nothing
+  // Another kind changes nothing, and half of a kind is none.
+  for (const char* serial : {"99MEX000001",
+                             "\x85"
+                             "0000001",
+                             "\xC5"
+                             "0000001"}) {
+    client_.items[92] = serial;
+    t().GetEcrConf(1);
+    EXPECT_EQ(loc.getCurrentLanguageCode(), Locale::kGreek);
+  }
   client_.items[92] =
       "\x85\xE0"
       "0000001";

@@ -72,6 +72,17 @@ TEST_F(Status, SixFieldsUpdateSixMembersAndFail) {
   EXPECT_EQ(t().key_mode_, 99);
 }
 
+TEST_F(Status, WhateverFieldIsMissingTheStatusFails) {
+  std::string text = "1";
+  for (int fields = 1; fields < 7; ++fields) {
+    client_.items[371] = text;
+    EXPECT_EQ(t().UpdateStatus(), 265) << text;
+    text += ";1";
+  }
+  client_.items[371] = text;
+  EXPECT_EQ(t().UpdateStatus(), 0);
+}
+
 TEST_F(Status, AFieldThatDoesNotScanEndsTheParsing) {
   t().fiscal_operation_state_ = 77;
   client_.items[371] = "1;2;x;4;5;6;7";

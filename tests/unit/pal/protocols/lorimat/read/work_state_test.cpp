@@ -77,6 +77,16 @@ TEST_F(WorkState, SeparatorsAndMarksAreTheTranslators) {
   EXPECT_NE(std::string::npos, content.find("\r\n2002;0000002102;0000002101;\"L'ORTO\"\r\n"));
 }
 
+TEST_F(WorkState, WithoutSeparatorAndMarksTheValuesStandSideBySide) {
+  translator->cChSep = 0;
+  translator->cChQuote = 0;
+  translator->cChDate = 0;
+  translator->cChTime = 0;
+  EXPECT_EQ(0, Run("LEGGI TAB=100, FILE=5"));
+  // Record 1 with 25-01-26 14.30, record 2 with 12.34.
+  EXPECT_EQ("1250126 1430\r\n20000001234\r\n", File("5").substr(0, 27));
+}
+
 TEST_F(WorkState, OutputValuesWithoutAQuoteCharacterStandBare) {
   char text[64];
   translator->cChQuote = 0;

@@ -1,0 +1,61 @@
+// The doors to fixed buffers at their edges: no room at all, a full buffer, a text that cannot be
+// printed.
+
+#include "pal/protocols/lorimat/buffers.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <string>
+
+namespace {
+
+// A buffer of four characters with one behind it that nobody may touch.
+struct Guarded {
+  char text[5] = {'a', 'b', 'c', 'd', '!'};
+  std::string bytes() const { return std::string(text, sizeof text); }
+};
+
+TEST(Buffers, ABufferOfNoSizeIsNotTouched) {
+  Guarded buffer;
+  CopyBytes(buffer.text, 0, "xyz", 3);
+  CopyText(buffer.text, 0, "xyz");
+  EXPECT_EQ(buffer.bytes(), "abcd!");
+}
+
+TEST(Buffers, WhatIsCopiedIsCutAndClosed) {
+  Guarded buffer;
+  CopyText(buffer.text, 4, "uvwxyz");
+  EXPECT_EQ(buffer.bytes(), std::string("uvw\0!", 5));
+}
+
+TEST(Buffers, NothingIsAppendedToABufferWithoutAnEnd) {
+  Guarded buffer;
+  AppendText(buffer.text, 4, "xyz");
+  EXPECT_EQ(buffer.bytes(), "abcd!");
+  AppendFormat(buffer.text, 4, "%d", 12);
+  EXPECT_EQ(buffer.bytes(), "abcd!");
+}
+
+TEST(Buffers, WhatIsAppendedIsCutAndClosed) {
+  Guarded buffer;
+  buffer.text[1] = 0;
+  AppendText(buffer.text, 4, "xyz");
+  EXPECT_EQ(buffer.bytes(), std::string("axy\0!", 5));
+  buffer.text[1] = 0;
+  AppendFormat(buffer.text, 4, "%d", 12345);
+  EXPECT_EQ(buffer.bytes(), std::string("a12\0!", 5));
+}
+
+#ifndef _WIN32
+// A character that the process's language does not have ends the print without a text.
+TEST(Buffers, WhatCannotBePrintedLeavesTheTextAsItWas) {
+  Guarded buffer;
+  buffer.text[1] = 0;
+  AppendFormat(buffer.text, 4, "x%lc", static_cast<wint_t>(0x20AC));
+  EXPECT_STREQ(buffer.text, "a");
+  EXPECT_EQ(buffer.text[4], '!');
+}
+#endif
+
+}  // namespace
