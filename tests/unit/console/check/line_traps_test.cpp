@@ -61,6 +61,33 @@ TEST(LineTraps, TheTendersAreThoseOfTheLibrary) {
   }
 }
 
+// Of eight characters each four are a number: "000X" is 0, and names no document.
+TEST(LineTraps, EightCharactersThatAreNoDigitsAreNoDocument) {
+  const Language language = Language::FromText(TextOf("language/merkelin.ini"));
+  EXPECT_EQ(RulesOf(language, "NOTACRED DOC='0001000X'").count("document-number"), 1u);
+  EXPECT_EQ(RulesOf(language, "NOTACRED DOC='00010001'").count("document-number"), 0u);
+}
+
+TEST(LineTraps, OnlyADepositsArticleMayHaveAnyLength) {
+  const Language language = Language::FromText(TextOf("language/merkelin.ini"));
+  const std::string sale = "VEND ART='" + std::string(90, '8') + "', PRE=1.00";
+  EXPECT_EQ(RulesOf(language, sale).count("text-cut"), 1u);
+  EXPECT_EQ(RulesOf(language, sale + ", ACCONTO").count("text-cut"), 0u);
+  EXPECT_EQ(RulesOf(language, sale + ", MONOUSO").count("text-cut"), 0u);
+}
+
+TEST(LineTraps, AFlagIsSetByEveryWordThatSaysNo) {
+  const Language language = Language::FromText(TextOf("language/merkelin.ini"));
+  for (const char* no : {"'N'", "'no'", "'Falso'", "'f'", "0", "NO", "FALSO"}) {
+    const std::string line = std::string("VEND REP=1, PRE=1.00, RESO=") + no;
+    EXPECT_EQ(RulesOf(language, line).count("flag-set-by-no"), 1u) << no;
+  }
+  for (const char* yes : {"'S'", "SI", "2"}) {
+    const std::string line = std::string("VEND REP=1, PRE=1.00, RESO=") + yes;
+    EXPECT_EQ(RulesOf(language, line).count("flag-set-by-no"), 0u) << yes;
+  }
+}
+
 TEST(NumberReading, ReadsAsTheLibraryDoes) {
   EXPECT_EQ("150", ReadNumber(NumberKind::kPrice, "1,50").text);
   EXPECT_EQ("0", ReadNumber(NumberKind::kPrice, "1.234,56").text);

@@ -11,6 +11,7 @@
 
 #include "console/check/batch_check.h"
 #include "console/message/finding_text.h"
+#include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -86,6 +87,23 @@ TEST(SequenceTraps, KeysThatEndTheReceiptLoseTheNextSale) {
                      "INP LOTTERIA='ABCD1234', TASTO=TOTALE", kSale, "CHIU"}),
               IsEmpty())
       << "the key behind LOTTERIA brings a code and pays nothing";
+}
+
+// Behind a key that opens a document nobody knows what the next sale goes into: no trap is told.
+TEST(SequenceTraps, KeysThatOpenADocumentMakeTheStateUnknown) {
+  const std::vector<std::string> lost = {kSale, "INP TASTO=TOTALE", kSale};
+  EXPECT_THAT(Traps(lost), ElementsAre("3 no-receipt-opens 1231"));
+  for (const int key : {FunctionCode::kOpenRefundDoc, FunctionCode::kOpenCancelDoc,
+                        FunctionCode::kInvoice, FunctionCode::kMacro01}) {
+    std::vector<std::string> opened = lost;
+    opened.insert(opened.begin() + 2, "INP TASTO=" + std::to_string(key));
+    EXPECT_THAT(Traps(opened), IsEmpty()) << key;
+  }
+}
+
+TEST(SequenceTraps, TheKeyTurnsBackByItsKeyToo) {
+  EXPECT_THAT(Traps({"CHIAVE LET", "INP TASTO=CHIAVEREG", kSale, "CHIU"}), IsEmpty());
+  EXPECT_THAT(Traps({"CHIAVE LET", kSale}), ElementsAre("2 key-turned 1231"));
 }
 
 TEST(SequenceTraps, AFileThatLeavesTheTranslatorSoIsWarnedOf) {

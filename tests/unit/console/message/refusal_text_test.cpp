@@ -124,6 +124,39 @@ TEST(RefusalText, TheStateTellsWhatIsOpenAndWhatIsWanted) {
   }
 }
 
+TEST(RefusalText, TheOpenDocumentIsNamedInEveryState) {
+  using lorimat::DocumentKind;
+  using lorimat::PrinterState;
+  const auto state = [](PrinterState now, DocumentKind kind) {
+    const std::string text =
+        RefusalText(MakeRefusal(Cause::kState, {static_cast<int64_t>(now),
+                                                static_cast<int64_t>(lorimat::Operation::kReport),
+                                                static_cast<int64_t>(kind), 1, 10000}));
+    return text.substr(0, text.find(';'));
+  };
+  const struct {
+    DocumentKind kind;
+    const char* name;
+  } kKinds[] = {{DocumentKind::kSale, "a receipt"},
+                {DocumentKind::kInvoice, "an invoice"},
+                {DocumentKind::kRefund, "a credit note"},
+                {DocumentKind::kCancel, "a void document"}};
+  for (const auto& [kind, name] : kKinds) {
+    const std::string now = std::string("Now ") + name;
+    EXPECT_EQ(state(PrinterState::kReceipt, kind), now + " is open, 1 line, subtotal 1,00");
+    EXPECT_EQ(state(PrinterState::kTotal, kind), now + " is being paid, with 1,00 left to pay");
+    EXPECT_EQ(state(PrinterState::kEnding, kind), now + " is paid, and waits to be ended");
+  }
+  EXPECT_EQ(state(PrinterState::kNonFiscal, DocumentKind::kSale),
+            "Now a non-fiscal document is open");
+  EXPECT_EQ(state(PrinterState::kItemList, DocumentKind::kSale), "Now a list of items is open");
+}
+
+// An operation that a later program brings: the state alone is told.
+TEST(RefusalText, AnUnknownOperationWantsNothing) {
+  EXPECT_EQ(RefusalText(MakeRefusal(Cause::kState, {0, 9999})), "Now no document is open.");
+}
+
 TEST(RefusalText, TheStepsIntoServiceAreNamed) {
   using lorimat::Commissioning;
   EXPECT_THAT(
@@ -131,6 +164,11 @@ TEST(RefusalText, TheStepsIntoServiceAreNamed) {
                                                    static_cast<int64_t>(Commissioning::kNew)})),
       testing::StartsWith("The register is in service, and this step wants one that is not "
                           "yet registered: "));
+  EXPECT_THAT(RefusalText(MakeRefusal(Cause::kSetUpOrder,
+                                      {static_cast<int64_t>(Commissioning::kRegistered),
+                                       static_cast<int64_t>(Commissioning::kActivated)})),
+              testing::StartsWith("The register is registered, and this step wants one that is "
+                                  "activated: "));
 }
 
 }  // namespace lorimat::console

@@ -17,6 +17,7 @@
 #include "console/shell/shell_history.h"
 #include "console/shell/shell_status.h"
 #include "register/client/virtual_register.h"
+#include "unit/register/till.h"
 
 namespace lorimat::console {
 
@@ -322,6 +323,48 @@ TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   EXPECT_THAT(StatusText(device, "", "opens a receipt", 0), HasSubstr("\nTraining        yes\n"));
   ASSERT_EQ(0, device.EndTraining());
   EXPECT_EQ("READY  key registering", StatusLine(device));
+}
+
+TEST(ShellStatusLine, TheOpenDocumentIsNamed) {
+  const struct {
+    const char* line;
+    const char* words;
+    const char* name;
+  } kDocuments[] = {{"VEND REP=1, PRE=2.00", "the receipt", "receipt"},
+                    {"FATTURA TIPO=2, RIGA1='A'", "the invoice", "invoice"},
+                    {"NOTACRED", "the credit note", "credit note"},
+                    {"DOCANNULLO", "the void document", "void"}};
+  for (const auto& [line, words, name] : kDocuments) {
+    lorimat::Till till{lorimat::RegisterSettings()};
+    // What a void document takes back.
+    ASSERT_EQ(0, till.Run("VEND REP=1, PRE=1.00"));
+    ASSERT_EQ(0, till.Run("CHIU"));
+    ASSERT_EQ(0, till.Run(line)) << line;
+    ASSERT_EQ(0, till.Run("VEND REP=1, PRE=1.00")) << line;
+    const bool receipt = std::string(name) == "receipt";
+    EXPECT_EQ(std::string(words) + " is open, with " + (receipt ? "2 items" : "1 item") +
+                  " and a subtotal of " + (receipt ? "3,00" : "1,00"),
+              OpenDocumentWords(till.device));
+    const Json json = StateJson(till.device, TranslatorMemory::NextSale::kUnknown);
+    EXPECT_EQ(name, json["open_document"]["kind"]);
+    EXPECT_EQ(receipt ? 300 : 100, json["open_document"]["subtotal_cents"]);
+    EXPECT_EQ("unknown", json["next_sale"]);
+  }
+}
+
+TEST(ShellStatusLine, EveryPositionOfTheKeyHasItsName) {
+  const struct {
+    const char* line;
+    const char* name;
+  } kKeys[] = {{"CHIAVE REG", "registering"},
+               {"CHIAVE LET", "reading"},
+               {"CHIAVE POS=3", "closing"},
+               {"CHIAVE POS=4", "programming"}};
+  for (const auto& [line, name] : kKeys) {
+    lorimat::Till till{lorimat::RegisterSettings()};
+    ASSERT_EQ(0, till.Run(line)) << line;
+    EXPECT_EQ(std::string("READY  key ") + name, StatusLine(till.device));
+  }
 }
 
 TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {

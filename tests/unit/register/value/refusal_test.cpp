@@ -7,26 +7,13 @@
 #include <vector>
 
 #include "pal/peripherals/keyboard/functioncode.h"
+#include "unit/register/refused_calls.h"
 #include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
 
-using Numbers = std::vector<int64_t>;
 using R = VirtualRegister;
-
-struct Case {
-  const char* name;
-  std::function<int(R&)> call;
-  int code;
-  RefusalCause cause;
-  Numbers numbers = {};
-  std::string text = {};
-};
-
-int64_t Of(Subject subject) { return static_cast<int64_t>(subject); }
-int64_t Of(PrinterState state) { return static_cast<int64_t>(state); }
-int64_t Of(Operation operation) { return static_cast<int64_t>(operation); }
 
 int Sale(R& r, int department, int64_t price, int type = PflItemType::kPrintRecItem) {
   return r.PrintRecItemEx(type, "", price, 0, -1, 0, "", department, true, "");
@@ -38,21 +25,6 @@ int Barcode(R& r, const char* type, const char* data) {
 
 int Key(R& r, const char* digits, int key) {
   return r.KeyCodeInput(digits, "", "", static_cast<uint8_t>(key));
-}
-
-void Check(R& r, const std::vector<Case>& cases) {
-  for (const Case& one : cases) {
-    const uint64_t before = r.refusal_count();
-    EXPECT_EQ(one.call(r), one.code) << one.name;
-    const Refusal& refusal = r.last_refusal();
-    EXPECT_EQ(r.refusal_count(), before + 1) << one.name;
-    EXPECT_EQ(static_cast<int>(refusal.cause), static_cast<int>(one.cause)) << one.name;
-    EXPECT_EQ(refusal.code, one.code) << one.name;
-    Numbers numbers = one.numbers;
-    numbers.resize(Refusal::kNumbers);
-    EXPECT_EQ(Numbers(refusal.numbers.begin(), refusal.numbers.end()), numbers) << one.name;
-    EXPECT_EQ(refusal.text(), one.text) << one.name;
-  }
 }
 
 class RefusalTest : public RegisterTest {};
