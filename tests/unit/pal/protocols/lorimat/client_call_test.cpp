@@ -33,7 +33,9 @@ TEST(ClientCall, AnExceptionOfTheClientIsAFailure) {
   translator->LogF(true, "%s", "text");
 }
 
-#ifndef _WIN32
+// What a cancelled thread throws is no object, and the sanitizer of undefined behaviour objects to
+// the reference to it that the C++ library wants.
+#if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
 // A host may cancel the thread that waits for its device.
 class CancelledClient : public NullClient {
  public:
