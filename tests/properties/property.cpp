@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "tests/unit/support/count.h"
+
 namespace lorimat {
 namespace {
 
@@ -45,8 +47,13 @@ void Seen::Require(const PropertyRun& run, const std::map<std::string, int64_t>&
   }
 }
 
-void TellResult(const rc::detail::TestResult& result) {
-  if (result.is<rc::detail::SuccessResult>()) return;
+void TellResult(const PropertyRun& run, const rc::detail::TestResult& result) {
+  rc::detail::SuccessResult success;
+  if (result.match(success)) {
+    PrintCount("properties", static_cast<unsigned long long>(success.numSuccess),
+               static_cast<unsigned long long>(run.count));
+    return;
+  }
   std::ostringstream text;
   rc::detail::printResultMessage(result, text);
   ADD_FAILURE() << text.str();

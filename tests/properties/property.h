@@ -37,8 +37,8 @@ class Seen {
   std::map<std::string, int64_t> counts_;
 };
 
-// Shows and fails what a run came to; for Holds.
-void TellResult(const rc::detail::TestResult& result);
+// Counts the cases of a run that held, shows and fails what did not; for Holds.
+void TellResult(const PropertyRun& run, const rc::detail::TestResult& result);
 
 // Runs a property: what it takes is generated, and RC_ASSERT and its like say what has to hold.
 template <typename Testable>
@@ -50,7 +50,7 @@ void Holds(const PropertyRun& run, Testable&& testable) {
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   metadata.id = std::string(test->test_suite_name()) + "." + test->name();
   metadata.description = metadata.id;
-  TellResult(rc::detail::checkTestable(std::forward<Testable>(testable), metadata, params));
+  TellResult(run, rc::detail::checkTestable(std::forward<Testable>(testable), metadata, params));
 }
 
 }  // namespace lorimat
