@@ -1,11 +1,14 @@
 // lorimat: the program a person runs. Each subcommand has a file of its own, and one of them runs.
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
 #include <exception>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -70,6 +73,12 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
   return kExitNotDone;
 }
 
+// What is left to tell when there are neither streams nor memory for a notice: the cause by itself,
+// from where it stands.
+void TellBare(const char* cause) {
+  for (const std::string_view part : {"lorimat: ", cause, "\n"}) WriteAll(STDERR_FILENO, part);
+}
+
 // The whole program, without what has to be in the global namespace.
 int RunProgram(int argc, char** argv) {
   // A limit of file sizes is an error like a full disk.
@@ -85,8 +94,10 @@ int RunProgram(int argc, char** argv) {
     } catch (const std::exception& error) {
       TellError(streams, ErrorText(error));
     }
+  } catch (const Failure& failure) {
+    TellBare(failure.what());
   } catch (const std::exception&) {
-    // Not even standard error can be reached.
+    TellBare("there is not enough memory");
   }
   if (code == kExitReaderGone) EndByBrokenPipe();
   return code;

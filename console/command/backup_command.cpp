@@ -27,6 +27,7 @@
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
+#include "console/terminal/remove_folder.h"
 #include "register/value/digest.h"
 #include "register/value/planted_link.h"
 
@@ -109,8 +110,7 @@ class NewFolder {
     Refuse(part_, Tr("cannot be made: {}", SystemMessage(cause)));
   }
   ~NewFolder() {
-    std::error_code ignored;
-    if (made_) fs::remove_all(part_, ignored);
+    if (made_) RemoveFolder(part_.native());
   }
   NewFolder(const NewFolder&) = delete;
   NewFolder& operator=(const NewFolder&) = delete;

@@ -16,6 +16,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/line_reader.h"
+#include "console/terminal/remove_folder.h"
 
 namespace lorimat::console {
 namespace {
@@ -57,10 +58,7 @@ ScratchFolder::ScratchFolder() {
   throw Failure(Tr("{}: no folder for the error file: {}", Shown(path_), SystemMessage(errno)));
 }
 
-ScratchFolder::~ScratchFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
+ScratchFolder::~ScratchFolder() { RemoveFolder(path_); }
 
 void RequireBatchName(const std::string& name) {
   if (std::any_of(name.begin(), name.end(), IsCapital)) {
