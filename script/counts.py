@@ -20,7 +20,10 @@ import sys
 ROWS = [
     ("model", "comparisons of the model"),
     ("properties", "cases of the properties"),
-    ("faults", "faults injected"),
+    ("faults", "faults injected under the register"),
+    ("faults.calls", "faults injected under the conversations"),
+    ("faults.console", "faults injected under the console"),
+    ("host.lines", "lines of a host that lives long"),
     ("kills", "kills"),
     ("fuzz.lines", "executions of the fuzzer lines"),
     ("fuzz.definition", "executions of the fuzzer definition"),

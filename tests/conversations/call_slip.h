@@ -17,6 +17,7 @@ struct Out {
   void* pointer;
   void (*fill)(void* pointer, const Value& value);
   Value (*read)(const void* pointer);  // what it holds now
+  bool is_text;
 };
 
 // A pointer that the operation reads and fills.
@@ -107,19 +108,19 @@ class CallSlip {
   void Add(Event* event) { arguments.push_back(Value::Word(event == nullptr ? "null" : "event")); }
   template <typename T>
   void Add(T* pointer) {
-    outs.push_back({pointer, &Fill<T>, &ReadBack<T>});
+    outs.push_back({pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
   }
   template <typename T>
   void Add(Both<T> both) {
     arguments.push_back(Read(both.pointer));
-    outs.push_back({both.pointer, &Fill<T>, &ReadBack<T>});
+    outs.push_back({both.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
   }
   template <typename T>
   void Add(TableField<T> field) {
     if (field.write) {
       arguments.push_back(Read(field.pointer));
     } else {
-      outs.push_back({field.pointer, &Fill<T>, &ReadBack<T>});
+      outs.push_back({field.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
     }
   }
 };

@@ -66,6 +66,7 @@ class StepBook : public CallBook {
     if (stage_.device_for) {
       if (RtfClientInterface* device = stage_.device_for(step)) device_ = device;
     }
+    if (stage_.by_script && stage_.by_script(step)) device_ = nullptr;
     next_ = 0;
     traces_.clear();
     fault_.reset();
@@ -102,6 +103,19 @@ class StepBook : public CallBook {
     return AnswerCall(std::nullopt, slip, [](RtfClientInterface&) { return 0; });
   }
 
+  // The library's work, by its result.
+  template <typename Work>
+  long AtWork(Work&& work) {
+    library_works_ = true;
+    Tell(true);
+    const long result = work();
+    Tell(false);
+    library_works_ = false;
+    return result;
+  }
+  void Enter() override { Tell(false); }
+  void Leave() override { Tell(library_works_); }
+
   std::map<long long, std::string> items;  // data of the device, for steps that are not strict
   int count() const { return count_; }
   int forwarded() const { return forwarded_; }
@@ -111,6 +125,10 @@ class StepBook : public CallBook {
   bool Compares(Comparison what) const { return device_ == nullptr || stage_.comparison <= what; }
 
  private:
+  void Tell(bool library_works) const {
+    if (stage_.library_works) stage_.library_works(library_works);
+  }
+
   // Without an operation it is the callback.
   int AnswerCall(std::optional<ClientOperation> operation, const CallSlip& slip,
                  const Forward& forward) {
@@ -145,7 +163,8 @@ class StepBook : public CallBook {
   int AskDevice(const Forward& forward) {
     const int result = forward(*device_);
     ++forwarded_;
-    if (result == -1) Fail(step_->line, "the device answers -1, which no device does");
+    if (result == -1 && !stage_.wild_device)
+      Fail(step_->line, "the device answers -1, which no device does");
     return result;
   }
 
@@ -244,6 +263,7 @@ class StepBook : public CallBook {
   RtfClientInterface* device_;
   const Step* step_ = nullptr;
   bool same_ = true;
+  bool library_works_ = false;
   int forwarded_ = 0;
   std::size_t next_ = 0;
   std::vector<Trace> traces_;
@@ -340,7 +360,7 @@ class Player {
     std::vector<char> result(kResultRoom + kGuardRoom, kGuard);
 
     book_.Open(step);
-    const long code = library_->EcrCmd(line.get(), result.data());
+    const long code = book_.AtWork([&] { return library_->EcrCmd(line.get(), result.data()); });
     book_.Close();
 
     if (std::memcmp(line.get(), step.text.c_str(), step.text.size() + 1) != 0) {
@@ -357,6 +377,7 @@ class Player {
     }
     const Value seen = Value::Text(result.data());
     ++lines_;
+    if (stage_.answered) stage_.answered(step, code, seen.text);
     if (book_.same() && code == step.code && step.answer.Fits(seen)) ++same_lines_;
     if (!book_.Compares(Comparison::kCodes)) return;
     const bool text_counts = book_.Compares(Comparison::kAll);
@@ -385,7 +406,8 @@ class Player {
     ++steps_;
     book_.Open(step);
     std::string name = language_;
-    const long code = library_->TradInit(name.data(), options_, nullptr, &Player::EcrIo);
+    const long code = book_.AtWork(
+        [&] { return library_->TradInit(name.data(), options_, nullptr, &Player::EcrIo); });
     book_.Close();
     if (code != step.code && book_.Compares(Comparison::kCodes)) {
       throw Failure(0, "TradInit answers\n    expected: " + std::to_string(step.code) +
@@ -396,6 +418,7 @@ class Player {
   static long EcrIo(long control, long second, char* third, long fourth, char* fifth, long* sixth,
                     long* seventh) {
     Player& player = *current_;
+    const ClientTurn turn(player.book_);
     const auto pointer = [](const void* p) {
       return Value::Word(p == nullptr ? "null" : "pointer");
     };

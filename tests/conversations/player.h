@@ -32,6 +32,16 @@ struct Stage {
   std::function<void(const Call& call, int answer)> refusal = nullptr;
   Comparison comparison = Comparison::kAll;
   bool (*is_code)(long code) = nullptr;
+  // Asked ahead of each step that talks to the library: whether the conversation itself answers and
+  // is compared, for all that a device is there.
+  std::function<bool(const Step& step)> by_script = nullptr;
+  // The device may answer -1, as one that breaks its promises does.
+  bool wild_device = false;
+  // Told of each line that was sent, and what it ended with.
+  std::function<void(const Step& step, long code, const std::string& answer)> answered = nullptr;
+  // Told when the library goes to work on a line or on TradInit, true, and when it is the turn of
+  // the host or its client, false.
+  std::function<void(bool works)> library_works = nullptr;
 };
 
 struct Count {

@@ -26,6 +26,21 @@ class CallBook {
   // The operation's result; the slip's pointers are filled from the answer, or by the device
   // that the call is forwarded to. Operations without a result drop it.
   virtual int Answer(ClientOperation operation, const CallSlip& slip, const Forward& forward) = 0;
+  // Ahead of all that a client does in a call, and behind it, whether it answers or throws.
+  virtual void Enter() {}
+  virtual void Leave() {}
+};
+
+// A call's time in the client.
+class ClientTurn {
+ public:
+  explicit ClientTurn(CallBook& book) : book_(book) { book_.Enter(); }
+  ~ClientTurn() { book_.Leave(); }
+  ClientTurn(const ClientTurn&) = delete;
+  ClientTurn& operator=(const ClientTurn&) = delete;
+
+ private:
+  CallBook& book_;
 };
 
 // Every operation with its arguments as they are.
@@ -47,6 +62,7 @@ class PlainRecordingClient : public RtfClientInterface {
   template <typename Result, typename... Parameters, typename... Arguments>
   int Call(ClientOperation name, Result (RtfClientInterface::*operation)(Parameters...),
            Arguments... arguments) {
+    const ClientTurn turn(book_);
     return book_.Answer(name, CallSlip(arguments...), [&](RtfClientInterface& device) {
       if constexpr (std::is_void_v<Result>) {
         (device.*operation)(Plain(arguments)...);

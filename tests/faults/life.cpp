@@ -1,9 +1,6 @@
 #include "life.h"
 
 #include <signal.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,6 +15,7 @@
 #include <new>
 #include <utility>
 
+#include "apart.h"
 #include "check.h"
 #include "power.h"
 #include "register/value/register_error.h"
@@ -28,8 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned kMostSeconds = 120;  // of a process; one that hangs is ended
-constexpr int kMostOpenings = 30;       // before help comes
+constexpr int kMostOpenings = 30;  // before help comes
 
 // Now and then the whole day comes behind the fault: it would take too long each time. And now and
 // then a host that is struck to its end dies without closing the register.
@@ -107,22 +104,6 @@ void CloseStruck(std::unique_ptr<VirtualRegister> device, Report* report) {
 }
 
 }  // namespace
-
-void* SharedMemory(size_t size) {
-  void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) {
-    std::perror("fault_loops: no shared memory");
-    std::exit(2);
-  }
-  return memory;
-}
-
-void Bound(unsigned processes) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const rlimit none = {0, 0};
-  setrlimit(RLIMIT_CORE, &none);
-  alarm(processes * kMostSeconds);
-}
 
 void Live(const Trouble& trouble, const std::string& folder, const std::vector<Look>& undisturbed,
           Report* report, std::vector<Look>* looks) {

@@ -2,8 +2,6 @@
 // looks at the file.
 #pragma once
 
-#include <cstddef>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -40,17 +38,6 @@ struct Trouble {
   const Manner* manner = nullptr;  // null: the answer of an operation is lost
   long place = 0;                  // the call or operation, from 1; 0 for no fault
 };
-
-// For what a process tells the one that started it.
-void* SharedMemory(size_t size);
-template <typename T>
-T* Shared() {
-  return new (SharedMemory(sizeof(T))) T;
-}
-
-// To be called in a process that is to end some time, and with the one that started it; the time is
-// for so many processes one after the other.
-void Bound(unsigned processes = 1);
 
 // The whole life, in this process. The folder is ready; `undisturbed` is for lost answers alone:
 // what the register looks like behind each call of a day without faults. With `looks` it gets

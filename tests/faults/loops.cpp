@@ -12,31 +12,23 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "apart.h"
 #include "check.h"
 #include "life.h"
+#include "loop_options.h"
 #include "rows.h"
-#include "tests/unit/support/count.h"
+#include "tally.h"
 
 namespace lorimat {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Options {
-  long places = 20000;  // 0: all
-  long only = 0;
-  int jobs = 1;
-  std::string folder;
-  std::string failures;
-  std::vector<std::string> names;
-};
-
 class Loops {
  public:
-  explicit Loops(Options options)
+  explicit Loops(LoopOptions options)
       : options_(std::move(options)), base_(options_.folder + "/lorimat-faults.XXXXXX") {
     if (mkdtemp(base_.data()) == nullptr) Fail(base_);
   }
@@ -91,16 +83,7 @@ class Loops {
   // In a process of its own; whether that ended as it should.
   template <typename Work>
   static bool Apart(Work&& work) {
-    std::fflush(nullptr);
-    const pid_t process = fork();
-    if (process < 0) Fail("fork");
-    if (process == 0) {
-      Bound();
-      work();
-      _exit(0);
-    }
-    int status = 0;
-    waitpid(process, &status, 0);
+    const int status = RunApart(work);
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
   }
 
@@ -170,16 +153,12 @@ class Loops {
     *slot.report = row.trouble.part == Part::kCut ? half_report_ : Report{};
     slot.row = &row;
     slot.place = place;
-    std::fflush(nullptr);
-    slot.process = fork();
-    if (slot.process < 0) Fail("fork");
-    if (slot.process == 0) {
-      Bound(/*processes=*/2);
+    auto work = [&] {
       Trouble trouble = row.trouble;
       trouble.place = place;
       Try(trouble, folder, undisturbed_, slot.report);
-      _exit(0);
-    }
+    };
+    slot.process = StartApart(work, /*processes=*/2);
     ++running_;
   }
 
@@ -226,34 +205,12 @@ class Loops {
   }
 
   bool PrintTable() const {
-    Row sum;
-    std::printf("\n%-26s %9s %9s %9s %9s %9s\n", "fault", "places", "tried", "missed", "unknown",
-                "wrong");
-    const auto print = [](const Row& row) {
-      std::printf("%-26s %9ld %9ld %9ld %9ld %9ld\n", row.name.c_str(), row.calls, row.tried,
-                  row.missed, row.unknown, row.wrong);
-    };
-    for (const Row& row : rows_) {
-      print(row);
-      sum.calls += row.calls;
-      sum.tried += row.tried;
-      sum.missed += row.missed;
-      sum.unknown += row.unknown;
-      sum.wrong += row.wrong;
-    }
-    sum.name = "all";
-    print(sum);
-    // A place that was not struck shows nothing: the days have to be the same each time.
-    const bool struck = sum.tried > 0 && sum.missed * 50 <= sum.tried;
-    long asked = options_.places > 0 ? std::min(options_.places, sum.calls) : sum.calls;
-    if (options_.only > 0) asked = all_;
-    PrintCount("faults", static_cast<unsigned long long>(sum.tried - sum.missed),
-               static_cast<unsigned long long>(asked - asked / 50));
-    if (!struck) std::printf("too many places were not struck\n");
-    return sum.wrong == 0 && struck;
+    std::vector<const Tally*> tallies;
+    for (const Row& row : rows_) tallies.push_back(&row);
+    return PrintTallies(tallies, "faults", options_.only > 0 ? all_ : options_.places);
   }
 
-  const Options options_;
+  const LoopOptions options_;
   std::string base_;
   std::string half_;  // left behind in the middle of a receipt
   Report half_report_;
@@ -266,51 +223,9 @@ class Loops {
   long all_ = 0;
 };
 
-[[noreturn]] void Usage(int status) {
-  std::fputs(
-      "usage: fault_loops [--places N|all] [--only N] [--jobs N] [--folder FOLDER]\n"
-      "                   [--failures FILE] [NAME...]\n",
-      status == 0 ? stdout : stderr);
-  std::exit(status);
-}
-
-long Number(const char* text) {
-  char* end = nullptr;
-  const long number = std::strtol(text, &end, 10);
-  if (end == text || *end != 0 || number < 1) Usage(2);
-  return number;
-}
-
-Options ReadOptions(int argc, char** argv) {
-  Options options;
-  options.folder = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : fs::temp_directory_path().string();
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view name = argv[i];
-    if (name == "--help") Usage(0);
-    if (name.substr(0, 2) != "--") {
-      options.names.emplace_back(name);
-      continue;
-    }
-    if (++i == argc) Usage(2);
-    const char* value = argv[i];
-    if (name == "--places") {
-      options.places = std::string_view(value) == "all" ? 0 : Number(value);
-    } else if (name == "--only") {
-      options.only = Number(value);
-    } else if (name == "--jobs") {
-      options.jobs = static_cast<int>(std::min(Number(value), 1000L));
-    } else if (name == "--folder") {
-      options.folder = value;
-    } else if (name == "--failures") {
-      options.failures = value;
-    } else {
-      Usage(2);
-    }
-  }
-  return options;
-}
-
 }  // namespace
 }  // namespace lorimat
 
-int main(int argc, char** argv) { return lorimat::Loops(lorimat::ReadOptions(argc, argv)).Run(); }
+int main(int argc, char** argv) {
+  return lorimat::Loops(lorimat::ReadLoopOptions(argc, argv)).Run();
+}

@@ -99,14 +99,10 @@ void ChoosePlaces(long all, std::vector<Row>* rows) {
   long left = all;
   long rows_left = static_cast<long>(by_size.size());
   for (Row* row : by_size) {
-    long count = row->calls;
-    if (all > 0) count = std::min(count, std::max(1L, left / rows_left));
+    const long wanted = all > 0 ? std::max(1L, left / rows_left) : 0;
     // A prime spreads the beginnings.
-    const long first = count < row->calls ? rows_left * 7919 % row->calls : 0;
-    for (long i = 0; i < count; ++i) {
-      row->places.push_back(1 + (i * row->calls / count + first) % row->calls);
-    }
-    left -= count;
+    row->places = SpreadPlaces(row->calls, wanted, rows_left * 7919);
+    left -= static_cast<long>(row->places.size());
     --rows_left;
   }
 }

@@ -6,18 +6,13 @@
 #include <vector>
 
 #include "life.h"
+#include "tally.h"
 
 namespace lorimat {
 
-struct Row {
-  std::string name;          // "day/write/half"
+struct Row : Tally {         // named "day/write/half"
   Trouble trouble;           // without its place
-  long calls = 0;            // places that there are
   std::vector<long> places;  // those that are tried
-  long tried = 0;
-  long missed = 0;   // nothing was struck there
-  long unknown = 0;  // the host was told that an outcome is unknown
-  long wrong = 0;
 };
 
 inline constexpr Part kParts[] = {Part::kDay, Part::kLines, Part::kNew, Part::kCut};

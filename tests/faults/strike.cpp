@@ -7,6 +7,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -38,7 +39,8 @@ struct State {
   long failed;
 };
 
-State state;
+constinit State state = {};
+constinit Nature nature = {};
 void (*on_sync)(int descriptor) = nullptr;
 
 // Whether the fault has struck as often as it was to, or was healed.
@@ -55,6 +57,8 @@ void Die() {
 
 Verdict Ask(Kind kind) {
   if (!state.counting) return Verdict::kGo;
+  const bool is_early = state.place.behind_open && state.counts[kOpen] == 0;
+  if (kind == kMemory && is_early) return Verdict::kGo;
   const long n = ++state.counts[kind];
   if (state.healed || state.place.first == 0) return Verdict::kGo;
   if (kind != state.place.kind) {
@@ -97,9 +101,57 @@ bool IsOurs(int descriptor) {
   return IsOursOrFolder(path);
 }
 
+// A path that is looked for in a folder: its descriptor, or AT_FDCWD.
+bool IsOursAt(int folder, const char* path) {
+  if (path == nullptr || path[0] == '/') return IsOursOrFolder(path);
+  if (folder != AT_FDCWD) return IsOurs(folder);
+  char here[4096];
+  const long size = state.counting
+                        ? syscall(SYS_readlinkat, AT_FDCWD, "/proc/self/cwd", here, sizeof here - 1)
+                        : 0;
+  if (size <= 0) return false;
+  here[size] = 0;
+  return IsOursOrFolder(here);
+}
+
+// A path as the file system has it.
+class Named {
+ public:
+  Named(int folder, const char* path) : path_(path) {
+    if (!nature.one_case || !IsOursAt(folder, path)) return;
+    size_t i = path[0] == '/' ? state.folder_size - 1 : 0;
+    if (strlen(path) >= sizeof lower_) return;
+    strcpy(lower_, path);
+    for (; lower_[i] != 0; ++i) {
+      if (lower_[i] >= 'A' && lower_[i] <= 'Z') lower_[i] = static_cast<char>(lower_[i] + 32);
+    }
+    path_ = lower_;
+  }
+  const char* path() const { return path_; }
+
+ private:
+  const char* path_;
+  char lower_[4096];
+};
+
+int Error(int likely) { return state.place.error != 0 ? state.place.error : likely; }
+
 bool FailsWith(Kind kind, int error) {
-  if (Ask(kind) == Verdict::kGo) return false;
-  errno = error;
+  if (state.counting) {
+    const bool changes = kind == kTruncate || kind == kName;
+    const int lasting = nature.read_only && changes     ? EROFS
+                        : nature.full && kind == kWrite ? ENOSPC
+                                                        : 0;
+    if (lasting != 0) {
+      ++state.counts[kind];
+      ++state.failed;
+      errno = lasting;
+      return true;
+    }
+  }
+  const Verdict verdict = Ask(kind);
+  if (verdict == Verdict::kGo || (verdict == Verdict::kHalf && state.place.cut)) return false;
+  errno = Error(error);
   return true;
 }
 
@@ -108,21 +160,23 @@ bool NoMemory() { return FailsWith(kMemory, ENOMEM); }
 // `half` makes the call for half of the bytes, `whole` for all of them; both answer as it does.
 template <typename Half, typename Whole>
 ssize_t Transfer(Kind kind, int error, Half&& half, Whole&& whole) {
+  if (nature.full && kind == kWrite && FailsWith(kind, error)) return -1;
   switch (Ask(kind)) {
     case Verdict::kGo:
       break;
     case Verdict::kFail:
-      errno = error;
+      errno = Error(error);
       return -1;
     case Verdict::kHalf: {
       const ssize_t moved = half();
       if (state.place.kill) Die();
       if (moved > 0) {
         // What is read comes in two parts, which is lawful; what is written finds no room.
-        state.rest_fails = kind == kWrite;
+        state.rest_fails = kind == kWrite && !state.place.cut;
         return moved;
       }
-      errno = error;
+      if (state.place.cut) break;  // of nothing there is no half
+      errno = Error(error);
       return -1;
     }
   }
@@ -156,8 +210,14 @@ ssize_t CheckedReadAt(int descriptor, void* to, size_t size, off64_t at) {
 }
 
 int Open(int folder, const char* path, int flags, mode_t mode) {
-  if (IsOursOrFolder(path) && FailsWith(kOpen, EMFILE)) return -1;
-  return static_cast<int>(syscall(SYS_openat, folder, path, flags, mode));
+  const bool ours = IsOursAt(folder, path);
+  if (ours && nature.read_only && (flags & (O_ACCMODE | O_CREAT | O_TRUNC)) != 0) {
+    ++state.failed;
+    errno = EROFS;
+    return -1;
+  }
+  if (ours && FailsWith(kOpen, EMFILE)) return -1;
+  return static_cast<int>(syscall(SYS_openat, folder, Named(folder, path).path(), flags, mode));
 }
 
 int Sync(int descriptor, long call) {
@@ -184,9 +244,15 @@ void* Map(void* address, size_t size, int protection, int flags, int descriptor,
       syscall(SYS_mmap, address, size, protection, flags, descriptor, at));
 }
 
-int Remove(const char* path, int flags) {
-  if (IsOurs(path) && FailsWith(kName, EIO)) return -1;
-  return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, flags));
+int Remove(int folder, const char* path, int flags) {
+  if (IsOursAt(folder, path) && FailsWith(kName, EIO)) return -1;
+  return static_cast<int>(syscall(SYS_unlinkat, folder, Named(folder, path).path(), flags));
+}
+
+int Rename(int from_folder, const char* from, int to_folder, const char* to) {
+  if (IsOursAt(to_folder, to) && FailsWith(kName, EIO)) return -1;
+  return static_cast<int>(syscall(SYS_renameat2, from_folder, Named(from_folder, from).path(),
+                                  to_folder, Named(to_folder, to).path(), 0));
 }
 
 }  // namespace
@@ -198,6 +264,7 @@ void Arm(const Place& place, const char* folder) {
   state.folder_size = strlen(folder);
 }
 
+void SetNature(const Nature& wanted) { nature = wanted; }
 void OnSync(void (*synced)(int descriptor)) { on_sync = synced; }
 void Heal() { state.healed = true; }
 void Resume() { state.counting = true; }
@@ -270,7 +337,7 @@ ssize_t pwrite64(int descriptor, const void* from, size_t size, off64_t at) {
 }
 
 int posix_fallocate64(int descriptor, off64_t at, off64_t size) {
-  if (IsOurs(descriptor) && FailsWith(kWrite, ENOSPC)) return ENOSPC;
+  if (IsOurs(descriptor) && FailsWith(kWrite, ENOSPC)) return errno;
   return syscall(SYS_fallocate, descriptor, 0, at, size) == 0 ? 0 : errno;
 }
 int posix_fallocate(int descriptor, off_t at, off_t size) {
@@ -313,14 +380,7 @@ int openat64(int folder, const char* path, int flags, ...) {
   va_end(more);
   return Open(folder, path, flags, mode);
 }
-int openat(int folder, const char* path, int flags, ...) {
-  va_list more;
-  va_start(more, flags);
-  const bool makes = (flags & (O_CREAT | O_TMPFILE)) != 0;
-  const mode_t mode = makes ? va_arg(more, mode_t) : 0;
-  va_end(more);
-  return Open(folder, path, flags, mode);
-}
+int openat(int folder, const char* path, int flags, ...) __attribute__((alias("openat64")));
 int open64(const char* path, int flags, ...) {
   va_list more;
   va_start(more, flags);
@@ -329,14 +389,7 @@ int open64(const char* path, int flags, ...) {
   va_end(more);
   return Open(AT_FDCWD, path, flags, mode);
 }
-int open(const char* path, int flags, ...) {
-  va_list more;
-  va_start(more, flags);
-  const bool makes = (flags & (O_CREAT | O_TMPFILE)) != 0;
-  const mode_t mode = makes ? va_arg(more, mode_t) : 0;
-  va_end(more);
-  return Open(AT_FDCWD, path, flags, mode);
-}
+int open(const char* path, int flags, ...) __attribute__((alias("open64")));
 
 // The C library opens the files of its streams by a call of its own, which cannot be replaced.
 FILE* fopen64(const char* path, const char* mode) {
@@ -357,17 +410,31 @@ FILE* fopen64(const char* path, const char* mode) {
 }
 FILE* fopen(const char* path, const char* mode) { return fopen64(path, mode); }
 
-int unlink(const char* path) noexcept { return Remove(path, 0); }
+int unlink(const char* path) noexcept { return Remove(AT_FDCWD, path, 0); }
+int unlinkat(int folder, const char* path, int flags) noexcept {
+  return Remove(folder, path, flags);
+}
 
 int remove(const char* path) noexcept {
   struct stat found;
   const bool folder = lstat(path, &found) == 0 && S_ISDIR(found.st_mode);
-  return Remove(path, folder ? AT_REMOVEDIR : 0);
+  return Remove(AT_FDCWD, path, folder ? AT_REMOVEDIR : 0);
 }
 
 int rename(const char* from, const char* to) noexcept {
-  if (IsOurs(to) && FailsWith(kName, EIO)) return -1;
-  return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+  return Rename(AT_FDCWD, from, AT_FDCWD, to);
+}
+int renameat(int from_folder, const char* from, int to_folder, const char* to) noexcept {
+  return Rename(from_folder, from, to_folder, to);
+}
+int linkat(int from_folder, const char* from, int to_folder, const char* to, int flags) noexcept {
+  if (IsOursAt(to_folder, to) && FailsWith(kName, EIO)) return -1;
+  return static_cast<int>(syscall(SYS_linkat, from_folder, Named(from_folder, from).path(),
+                                  to_folder, Named(to_folder, to).path(), flags));
+}
+int mkdir(const char* path, mode_t mode) noexcept {
+  if (IsOursAt(AT_FDCWD, path) && FailsWith(kName, EIO)) return -1;
+  return static_cast<int>(syscall(SYS_mkdirat, AT_FDCWD, Named(AT_FDCWD, path).path(), mode));
 }
 
 void* mmap(void* address, size_t size, int protection, int flags, int descriptor,
@@ -378,5 +445,45 @@ void* mmap64(void* address, size_t size, int protection, int flags, int descript
              off64_t at) noexcept {
   return Map(address, size, protection, flags, descriptor, at);
 }
+
+// --- What is asked of names, and locks
+
+int fstatat(int folder, const char* path, struct stat* found, int flags) noexcept {
+  return static_cast<int>(
+      syscall(SYS_newfstatat, folder, Named(folder, path).path(), found, flags));
+}
+int stat(const char* path, struct stat* found) noexcept {
+  return fstatat(AT_FDCWD, path, found, 0);
+}
+int lstat(const char* path, struct stat* found) noexcept {
+  return fstatat(AT_FDCWD, path, found, AT_SYMLINK_NOFOLLOW);
+}
+int access(const char* path, int mode) noexcept {
+  return static_cast<int>(syscall(SYS_faccessat, AT_FDCWD, Named(AT_FDCWD, path).path(), mode));
+}
+
+int flock(int descriptor, int operation) noexcept {
+  if (nature.no_locks && IsOurs(descriptor)) {
+    ++state.failed;
+    errno = EOPNOTSUPP;
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_flock, descriptor, operation));
+}
+int fcntl64(int descriptor, int command, ...) {
+  va_list more;
+  va_start(more, command);
+  void* argument = va_arg(more, void*);
+  va_end(more);
+  const bool locks = command == F_SETLK || command == F_SETLKW || command == F_OFD_SETLK ||
+                     command == F_OFD_SETLKW || command == F_GETLK || command == F_OFD_GETLK;
+  if (locks && nature.no_locks && IsOurs(descriptor)) {
+    ++state.failed;
+    errno = ENOLCK;
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_fcntl, descriptor, command, argument));
+}
+int fcntl(int descriptor, int command, ...) __attribute__((alias("fcntl64")));
 
 }  // extern "C"

@@ -13,7 +13,7 @@ enum Kind {
   kOpen,      // open, also of a folder
   kRead,      // read
   kTruncate,  // ftruncate, truncate
-  kName,      // rename, unlink
+  kName,      // rename, link, unlink, a new folder
   kMap,       // mmap of a file
   kKinds,
 };
@@ -22,12 +22,24 @@ inline constexpr long kForGood = __LONG_MAX__;
 
 struct Place {
   Kind kind = kMemory;
-  long first = 0;     // from 1; 0 strikes nothing
-  long run = 1;       // so many in a row
-  bool half = false;  // a write or read gets half of it through first
-  bool kill = false;  // the process dies there, behind the half
-  bool disk = false;  // with it all that stores: no write, sync or truncation gets through
+  long first = 0;            // from 1; 0 strikes nothing
+  long run = 1;              // so many in a row
+  bool half = false;         // a write or read gets half of it through first
+  bool kill = false;         // the process dies there, behind the half
+  bool disk = false;         // with it all that stores: no write, sync or truncation gets through
+  int error = 0;             // errno; 0 takes what is likely for the kind
+  bool behind_open = false;  // memory is counted from the first file of the test that is opened on
+  bool cut = false;          // with `half`: the rest is not refused, the call is merely short
 };
+
+// What a file system is like, for as long as it is set.
+struct Nature {
+  bool read_only = false;  // EROFS
+  bool full = false;       // ENOSPC for all that is written
+  bool no_locks = false;   // ENOLCK and EOPNOTSUPP
+  bool one_case = false;   // names that differ by case are one
+};
+void SetNature(const Nature& nature);
 
 // Counts from the beginning again, and strikes at the place. `folder` holds the test's files,
 // with its '/' at the end; it has to last.
