@@ -8,7 +8,7 @@
 #
 # The sanitizers have their own guards, which these would hide. What is counted for the tests ships
 # nowhere.
-if(LORIMAT_SANITIZE OR LORIMAT_FUZZ OR LORIMAT_COVERAGE)
+if(LORIMAT_SANITIZE OR LORIMAT_SANITIZE_THREADS OR LORIMAT_FUZZ OR LORIMAT_COVERAGE)
   return()
 endif()
 
