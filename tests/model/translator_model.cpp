@@ -359,7 +359,7 @@ int Lines::FindCommand(const std::string& line, size_t& position) {
   std::string word = line.substr(0, end);
   position = end;
   SkipBlanks(line, position);
-  word = word.substr(0, 16);
+  if (word.size() > 16) word.resize(16);
 
   const long number = HashNumber(word);
   if (number > 0 && number <= definition_.highest_command) {
