@@ -18,7 +18,7 @@
 
 namespace lorimat::console {
 
-class DefinitionCheck : private DefinitionSink {
+class DefinitionCheck final : private DefinitionSink {
  public:
   // findings has to outlive this object.
   explicit DefinitionCheck(Findings& findings);

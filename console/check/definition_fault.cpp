@@ -17,7 +17,7 @@ namespace lorimat::console {
 namespace {
 
 // Keeps what a report has of the notes.
-class ReportSink : public DefinitionSink {
+class ReportSink final : public DefinitionSink {
  public:
   void Take(const DefinitionNote& note) override {
     if (note.cause == DefinitionCause::kCommand) ++report.commands;
