@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "library.h"
+#include "platform/descriptors.h"
 #include "recording_client.h"
 #include "surroundings.h"
 
@@ -283,6 +284,7 @@ class Player {
     fs::copy_file(stage_.language, "test.ini");
     current_ = this;
     KeptStreams streams;
+    const int open_before = OpenDescriptors();
     // Unloaded before the streams are given back, also when a step fails.
     const auto library = std::make_unique<Library>(stage_.library);
     library_ = library.get();
@@ -294,6 +296,11 @@ class Player {
       }
     }
     library_->Unload();
+    const int left_open = OpenDescriptors() - open_before;
+    // A device that is not the conversation's may keep files of its own.
+    if (stage_.device == nullptr && left_open != 0) {
+      throw Failure(0, "the library leaves files open: " + std::to_string(left_open));
+    }
     if (book_.Compares(Comparison::kAll)) CheckStreams(streams);
     return {steps_, book_.count(), lines_, same_lines_, book_.forwarded()};
   }

@@ -15,6 +15,8 @@ int DuplicateOf(int fd);
 int OpenScratchFile();
 // All that is in the file of a descriptor, whose position stays.
 std::string WholeFile(int fd);
+// How many files, sockets and the like are open in the process; 0 where that is not to be seen.
+int OpenDescriptors();
 // Where a sanitizer writes what it finds.
 void SendReportsTo(int fd);
 

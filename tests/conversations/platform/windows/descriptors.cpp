@@ -53,6 +53,9 @@ std::string WholeFile(int fd) {
   return text;
 }
 
+// The library has a runtime of its own, which numbers its files.
+int OpenDescriptors() { return 0; }
+
 void SendReportsTo(int) {}
 
 }  // namespace conversation
