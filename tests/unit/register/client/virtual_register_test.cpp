@@ -260,10 +260,16 @@ TEST_F(VirtualRegisterTest, TheLinesOfAVoidComeToTheTotalOfTheSale) {
 }
 
 TEST_F(VirtualRegisterTest, TheLeapDayIsADate) {
-  device.ResetPrn();
-  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022024", "99LRM0000002"), RTF_SUCCESS);
-  device.ResetPrn();
-  EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, "29022023", "99LRM0000002"), RTF_EFPTR_BAD_DATE);
+  // Of each year that four divides, and of a century that 400 divides.
+  for (const char* date : {"29022024", "29022016", "29022000"}) {
+    device.ResetPrn();
+    EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, date, "99LRM0000002"), RTF_SUCCESS) << date;
+  }
+  for (const char* date : {"29022023", "29022022", "29022014", "29021900"}) {
+    device.ResetPrn();
+    EXPECT_EQ(device.BeginDocTelematicRefund(1, 1, date, "99LRM0000002"), RTF_EFPTR_BAD_DATE)
+        << date;
+  }
 }
 
 TEST_F(VirtualRegisterTest, TheLastNumberOfADayAsksForItsClosing) {
