@@ -1,4 +1,6 @@
 // Statements and units of work of a database.
+#include <filesystem>
+
 #include "register/storage/database.h"
 #include "register/storage/schema.h"
 #include "unit/register/store_fixture.h"
@@ -71,6 +73,27 @@ TEST_F(DatabaseUnitsTest, AStatementThatIsNoneNamesTheFile) {
   Database database(Path("units"), Database::Open::kCreate, kRegisterKind);
   EXPECT_THROW(database.Execute("NO SUCH"), RegisterError);
   EXPECT_THROW(database.Prepare("SELECT x FROM nowhere"), RegisterError);
+}
+
+TEST_F(DatabaseUnitsTest, TheLogOfManyUnitsIsTakenOverAsItGrows) {
+  constexpr int kUnits = 3000;             // of one page each, at least
+  constexpr uintmax_t kFrame = 4096 + 24;  // of the log: a page, and what it says of it
+  const std::string file = Path("units");
+  Database database(file, Database::Open::kCreate, kRegisterKind);
+  database.Begin(true);
+  database.Execute("CREATE TABLE number (value INTEGER); INSERT INTO number VALUES (0)");
+  database.Commit();
+  Statement page = database.Prepare("PRAGMA page_size");
+  ASSERT_TRUE(page.Step());
+  ASSERT_EQ(page.Integer(0), 4096);
+  for (int unit = 0; unit < kUnits; ++unit) {
+    database.Begin(false);
+    database.Prepare("UPDATE number SET value = ?").With(unit).Run();
+    database.Commit();
+  }
+  // It begins anew behind a thousand pages.
+  EXPECT_GT(std::filesystem::file_size(file + "-wal"), 900 * kFrame);
+  EXPECT_LT(std::filesystem::file_size(file + "-wal"), 1100 * kFrame);
 }
 
 }  // namespace
