@@ -56,6 +56,17 @@ class RegistryTest : public testing::Test {
   std::string name_;
 };
 
+TEST_F(RegistryTest, AHostWithoutStandardInputReadsItToo) {
+  WriteSection("InstallationDir=/opt/lorimat\n");
+  const int input = dup(STDIN_FILENO);
+  ASSERT_NE(input, -1);
+  close(STDIN_FILENO);  // the file becomes number 0
+  EXPECT_EQ(Value("InstallationDir"), "/opt/lorimat");
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "the file is left open";
+  dup2(input, STDIN_FILENO);
+  close(input);
+}
+
 TEST_F(RegistryTest, ReadsAValueAndCountsItsTerminator) {
   WriteSection("InstallationDir=/opt/lorimat\n");
   const RegistryKey key(kKey);
