@@ -80,6 +80,8 @@ class EcrCmdInterpreter {
   // Opens a file for a command that writes to it, without translation of line ends, which are
   // written as they are. False when it does not open.
   bool OpenOutput(fs_file_t* file, const char* name, mode_flags_t flags);
+  // A command has the device write to a file.
+  void NoteOutput() { output_named_ = true; }
   // Writes a line with carriage return and line feed; false when not all went out.
   bool SeqFileWrite(fs_file_t* hHandle, char* szString);
 
@@ -280,8 +282,8 @@ class EcrCmdInterpreter {
   // GetNumOper for a key of this length.
   int FindField(int iOpCod, const char* szKey, size_t length, int* iNum) const;
 
-  // A command of the batch has opened a file for writing: perhaps the batch itself.
-  bool output_opened_ = false;
+  // A command of the batch writes to a file: perhaps to the batch itself.
+  bool output_named_ = false;
   CommandIndex command_index_;
   FieldIndex field_indexes_[MAXOPCOD];
 };

@@ -88,10 +88,10 @@ long EcrCmdInterpreter::RunBatch(char* Result) {
     ++Stat.lCurLine;
     // bProgressZUP asks for the percentage and the line to be shown; this contract keeps
     // no callback to show them with.
-    output_opened_ = false;
+    output_named_ = false;
     const long code = EcrCmdL(line, with_errors ? &error_file : nullptr);
     // What a line writes to the batch's own file runs too.
-    if (output_opened_) lines.GiveBack();
+    if (output_named_) lines.GiveBack();
     if (code == -2) continue;
     ++Stat.lTotLines;
     if (code != 0) Stat.bLineErr = true;

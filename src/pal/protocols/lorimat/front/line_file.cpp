@@ -73,7 +73,7 @@ int EcrCmdInterpreter::SeqFileRead(fs_file_t* hHandle, char* szLinea, unsigned l
 }
 
 bool EcrCmdInterpreter::OpenOutput(fs_file_t* file, const char* name, mode_flags_t flags) {
-  output_opened_ = true;
+  NoteOutput();
   return fs_open_binary(file, name, flags) != FS_BADF;
 }
 

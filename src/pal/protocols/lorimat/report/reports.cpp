@@ -111,6 +111,7 @@ int EcrCmdCommand::CloseDay() {
 }
 
 void EcrCmdCommand::TakeReportFile(int field, bool lower_case) {
+  NoteOutput();
   CopyText(szFileReportOut, szCampi[field]);
   if (filesettable_ == nullptr) return;
   if (lower_case) lorimatutility::toLower(szFileReportOut);
