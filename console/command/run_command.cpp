@@ -93,7 +93,8 @@ constexpr size_t kShownLine = 100;  // of an "@" line
 
 // What a run leaves to be told.
 struct Ran {
-  uint64_t lines = 0;    // those of batches that had failures among them
+  // Those of batches that had failures among them.
+  std::optional<uint64_t> lines = 0;
   bool stopped = false;  // by a line that failed
   bool failures_known = true;
 };
@@ -154,7 +155,10 @@ class Lines : public LineSink {
       TellUnknownFailures(batch, place, streams_);
     }
     ReportFailures(batch.failures, failures_);
-    if (!batch.failures.empty()) ran_.lines += batch.lines;
+    if (!batch.failures.empty()) {
+      ran_.lines =
+          ran_.lines && batch.lines ? std::optional(*ran_.lines + *batch.lines) : std::nullopt;
+    }
     if (batch.stop) {
       progress_.Clear();
       TellError(streams_, StopText(Shown(line.text, kShownLine), *batch.stop));
@@ -203,7 +207,8 @@ int RunByLines(const RunOptions& options, LineReader& reader, const LineHost& ho
   if (ran.stopped) {
     TellError(streams, Tr("stopped at line {}, which failed", last));
   } else if (failures.count() != 0) {
-    TellError(streams, Tr("{} of {} lines failed", failures.count(), last + ran.lines));
+    if (ran.lines) *ran.lines += last;
+    TellError(streams, FailedLinesText(failures.count(), ran.lines));
   }
   if (failures.count() != 0) return kExitLinesFailed;
   return ran.failures_known ? kExitGood : kExitNotDone;
@@ -269,7 +274,7 @@ int RunByBatch(const RunOptions& options, const LineReader& reader, const LineHo
   }
   if (options.verbose) streams.Error(Tr("{}: answer: {}\n", reader.name(), text));
   if (failures.count() == 0) return run.unknown.empty() ? kExitGood : kExitNotDone;
-  TellError(streams, Tr("{} of {} lines failed", failures.count(), run.lines));
+  TellError(streams, FailedLinesText(failures.count(), run.lines));
   return kExitLinesFailed;
 }
 

@@ -108,7 +108,9 @@ int RunPipe(ShellSession& session, Streams& streams) {
     return InterruptExit();
   }
   if (session.failures() == 0) return session.failures_known() ? kExitGood : kExitNotDone;
-  Tell(streams, Tr("{} of {} lines failed", session.failures(), run + session.file_lines()));
+  std::optional<uint64_t> lines = session.file_lines();
+  if (lines) *lines += run;
+  Tell(streams, FailedLinesText(session.failures(), lines));
   return kExitLinesFailed;
 }
 

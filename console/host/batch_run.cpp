@@ -123,7 +123,8 @@ struct FileMark {
 
 FileMark MarkOf(const std::string& file) {
   struct stat status = {};
-  if (stat(file.c_str(), &status) != 0) return {};
+  // What is written into a pipe changes it.
+  if (stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
 }
 
@@ -156,7 +157,7 @@ BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const Line
     run.unknown = Tr("{}: the file was changed meanwhile", names.place);
   }
   BatchOutcome outcome = WalkBatch(batch, refusals, host.client, host.memory);
-  run.lines = outcome.lines;
+  run.lines = outcome.lines_known ? std::optional(outcome.lines) : std::nullopt;
   run.stop = outcome.stop;
   run.failures = std::move(outcome.failures);
   return run;
@@ -242,6 +243,11 @@ void TellUnknownFailures(const BatchRun& run, const std::string& place, Streams&
   if (run.unknown.empty()) return;
   TellNote(streams,
            Tr("{}: which lines of the batch failed is not known for sure: {}", place, run.unknown));
+}
+
+std::string FailedLinesText(uint64_t failed, const std::optional<uint64_t>& lines) {
+  return lines ? Tr("{} of {} lines failed", failed, *lines)
+               : TrCount(failed, "{} line failed", "{} lines failed");
 }
 
 std::string StopText(const std::string& batch, const StopPlace& stop) {

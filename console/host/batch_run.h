@@ -29,7 +29,8 @@ struct BatchRun {
   std::string answer;
   // Why the line was not given to the library, and nothing of it has run; empty when it was.
   std::string not_run;
-  uint64_t lines = 0;             // of the batch that have run, empty ones too
+  // Of the batch that have run, empty ones too; none when that is not known, as of a pipe.
+  std::optional<uint64_t> lines = 0;
   std::optional<StopPlace> stop;  // after Ctrl-C
   // Of a batch that names no error file: its failing lines, in their order.
   std::vector<FailedLine> failures;
@@ -51,6 +52,9 @@ void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& repo
 
 // Says that the failing lines are not known, if they are not; place is that of the "@" line.
 void TellUnknownFailures(const BatchRun& run, const std::string& place, Streams& streams);
+
+// "2 of 6 lines failed"; without the second number where it is not known.
+std::string FailedLinesText(uint64_t failed, const std::optional<uint64_t>& lines);
 
 // "sales.cmd: stopped by Ctrl-C behind line 12".
 std::string StopText(const std::string& batch, const StopPlace& stop);

@@ -116,7 +116,7 @@ class JsonShell {
       failures.push_back(std::move(one));
     }
     (*out)["batch"] = {
-        {"lines", batch.lines},
+        {"lines", batch.lines ? Json(*batch.lines) : Json()},
         {"failed", batch.failures.size()},
         {"failures", std::move(failures)},
         {"not_known", batch.unknown.empty() ? Json() : Json(batch.unknown)},

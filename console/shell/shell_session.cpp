@@ -177,7 +177,8 @@ void ShellSession::ShowBatch(const std::string& text, const std::string& place,
 
 void ShellSession::ShowBatchFailures(const BatchRun& batch) {
   if (batch.failures.empty()) return;
-  file_lines_ += batch.lines;
+  file_lines_ += batch.lines.value_or(0);
+  if (!batch.lines) ++batches_not_counted_;
   failures_ += batch.failures.size();
   std::optional<FailureReport> of_line;
   FailureReport* report = LineReport();
@@ -185,7 +186,7 @@ void ShellSession::ShowBatchFailures(const BatchRun& batch) {
   ReportFailures(batch.failures, *report);
   if (!of_line) return;
   of_line->Summarize();
-  Tell(streams_, Tr("{} of {} lines failed", batch.failures.size(), batch.lines));
+  Tell(streams_, FailedLinesText(batch.failures.size(), batch.lines));
 }
 
 std::string ShellSession::NextSaleWarning() const {
@@ -431,6 +432,7 @@ void ShellSession::RunFile(const std::string& file) {
   LineReader reader(file == "-" ? "./-" : file, &interrupted);
   const uint64_t before = failures_;
   const uint64_t lines_before = file_lines_;
+  const uint64_t not_counted_before = batches_not_counted_;
   if (look_.terminal) file_report_.emplace(streams_, &language_, true);
   file_at_work_ = true;
   uint64_t last = 0;
@@ -453,7 +455,9 @@ void ShellSession::RunFile(const std::string& file) {
     streams_.Output(Styled(Tr("ok"), Style::kGood, look_.colours) + ": " +
                     TrCount(last, "{} line", "{} lines") + "\n");
   } else if (failed != 0) {
-    Tell(streams_, Tr("{} of {} lines failed", failed, file_lines_ - lines_before));
+    std::optional<uint64_t> lines;
+    if (batches_not_counted_ == not_counted_before) lines = file_lines_ - lines_before;
+    Tell(streams_, FailedLinesText(failed, lines));
   }
   file_report_.reset();
   if (look_.terminal) TellPaperOfFile();

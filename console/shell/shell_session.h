@@ -55,8 +55,11 @@ class ShellSession : private LineSink {
   uint64_t failures() const { return failures_; }
   // Whether all lines of batches that failed are among them.
   bool failures_known() const { return failures_known_; }
-  // Lines of ".batch" files, and of batches with failures, that were run.
-  uint64_t file_lines() const { return file_lines_; }
+  // Lines of ".batch" files, and of batches with failures, that were run; none when not all are
+  // known.
+  std::optional<uint64_t> file_lines() const {
+    return batches_not_counted_ == 0 ? std::optional(file_lines_) : std::nullopt;
+  }
   Completion Complete(std::string_view line, size_t cursor) const {
     return completer_.Complete(line, cursor);
   }
@@ -109,6 +112,7 @@ class ShellSession : private LineSink {
   bool failures_known_ = true;
   bool file_at_work_ = false;  // of ".batch"
   uint64_t file_lines_ = 0;
+  uint64_t batches_not_counted_ = 0;  // whose lines are not known
   bool quit_ = false;
 };
 

@@ -65,6 +65,29 @@ TEST_F(BatchLines, WithoutFailuresShowNone) {
   EXPECT_THAT(temporary_.names(), IsEmpty());
 }
 
+// How many lines came out of a pipe is not known, but which failed.
+TEST_F(BatchLines, OfAPipeAreNotCounted) {
+  folder_.Write("lines.cmd", "@pipe\n");
+  const ProgramRun result =
+      RunProgram("/bin/bash",
+                 {"-c", "mkfifo pipe; cat inner.cmd >pipe & \"$1\" run lines.cmd --terse", "bash",
+                  std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                 Setting());
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.errors,
+            "pipe:2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n"
+            "pipe:3: code 269: ERROR 1/13 : SINTAX ERROR 13 : NO DPT NUMBER OR ARTICLE CODE\n"
+            "lines.cmd:1: answer: OK.(4 Lines   0 msec)\n"
+            "lorimat: 2 lines failed\n");
+}
+
+TEST_F(BatchLines, OfABatchThatChangesItselfAreNotCounted) {
+  folder_.Write("inner.cmd", "WRONG\nDIRECTIO CMD=1, FILE='inner.cmd'\n");
+  const ProgramRun result = RunConsole({"run", "--batch", "inner.cmd", "--terse"}, Setting());
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.errors, HasSubstr("lorimat: 2 lines failed\n"));
+}
+
 TEST_F(BatchLines, LeaveAnErrorFileOfTheUserToTheLibrary) {
   const ProgramRun result = Run("@inner.cmd, errors.txt\n");
   EXPECT_EQ(result.exit_code, 0);

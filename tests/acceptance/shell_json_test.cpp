@@ -222,6 +222,13 @@ TEST(ShellJson, ABatchTellsOfItsLines) {
   EXPECT_EQ(answer["state"]["open_document"]["subtotal_cents"], 100);
 }
 
+TEST(ShellJson, TheLinesOfABatchThatIsNoRegularFileAreNotCounted) {
+  const json answer = AnswerTo(Request(1, "@/dev/null"));
+  EXPECT_EQ(answer["code"], 0);
+  EXPECT_TRUE(answer["batch"]["lines"].is_null());
+  EXPECT_TRUE(answer["batch"]["not_known"].is_null());
+}
+
 TEST(ShellJson, OfALongBatchAHundredFailuresAreShownAndAllCounted) {
   TestFolder folder;
   std::string lines;
