@@ -131,7 +131,7 @@ std::string ChanceLine(Comparison& comparison) {
 
 void CompareCleaning(Comparison& comparison, uint64_t most) {
   constexpr std::string_view kAlphabet = "A' ;\t\"\n";
-  constexpr std::string_view kQuotes = "'\";A\n";
+  constexpr std::string_view kQuotes = "'\";A\n \t";
   size_t length = 0;
   for (const char quote : kQuotes) {
     length = EveryText(kAlphabet, most / kQuotes.size(), [&](const std::string& line) {

@@ -297,15 +297,17 @@ std::string Clean(const std::string& line, char quote) {
   std::string clean;
   bool in_quotes = false;
   for (size_t i = 0; i < line.size(); ++i) {
-    const char c = line[i] == '\t' ? ' ' : line[i];
+    char c = line[i];
     if (c == ';' && !in_quotes) break;
-    if (c == ' ' && clean.empty()) continue;
+    // A quote may be a blank too, and then counts ahead of what becomes of blanks.
     if (c == quote && in_quotes && i + 1 < line.size() && line[i + 1] == quote) {
       clean += c;  // a doubled quote stays doubled
       ++i;
     } else if (c == quote) {
       in_quotes = !in_quotes;
     }
+    if (c == '\t') c = ' ';
+    if (c == ' ' && clean.empty()) continue;
     clean += c;
   }
   if (!clean.empty() && clean.back() == '\n') clean.pop_back();
