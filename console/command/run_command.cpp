@@ -82,9 +82,10 @@ Of one code 20 lines are shown, and all are counted in the table at the end. --t
 line without its cause.
 
 Exit codes:
-  0  every line ran
+  0  every line ran; what a line "@FILE,ERRORS" writes to its error file does not count
   1  at least one line failed
-  2  wrong use, or the run, its paper or its register could not be done
+  2  wrong use, or the run, its paper or its register could not be done, or nobody knows which lines
+     of a batch failed
   130  stopped by Ctrl-C; 143 by SIGTERM, 129 by SIGHUP; the paper is written
   141  nobody reads standard output any more
 )");

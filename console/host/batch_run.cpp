@@ -147,9 +147,10 @@ BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const Line
     try {
       batch.errors = ReadBatchErrors(names.error_file);
     } catch (const Failure& failure) {
-      run.unknown = failure.what();
+      run.unread = failure.what();
     }
   }
+  run.unknown = run.unread;
   if (scratch != nullptr && run.unknown.empty()) run.unknown = CutCause(*scratch);
   batch.all_errors = run.unknown.empty();
   if (!(MarkOf(names.file) == before)) {
@@ -195,9 +196,9 @@ BatchRun RunBatchLine(const std::string& line, const LineHost& host) {
   if (!request.wants_error_file()) {
     if (!request.error_file().empty()) names.error_file = Absolute(Lower(request.error_file()));
     run = RunAndWalk(line, names, host, nullptr);
-    // They are in the file that the line names.
+    // They are in the file that the line names, if that is there.
     run.failures.clear();
-    run.unknown.clear();
+    run.unknown = run.unread;
     return run;
   }
   std::optional<ScratchFolder> scratch;

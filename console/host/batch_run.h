@@ -34,8 +34,10 @@ struct BatchRun {
   std::optional<StopPlace> stop;  // after Ctrl-C
   // Of a batch that names no error file: its failing lines, in their order.
   std::vector<FailedLine> failures;
-  // Why they are not known for sure; empty when they are.
+  // Why they are not known for sure; empty when they are, or when they stand in the file that the
+  // line names for them.
   std::string unknown;
+  std::string unread;  // why the error file cannot be read; empty when it can
 };
 
 // The line with this error file, when it names a batch file and no error file; else empty. So it is

@@ -99,6 +99,16 @@ TEST_F(BatchLines, LeaveAnErrorFileOfTheUserToTheLibrary) {
   EXPECT_EQ(folder_.Read("errors.txt"), first + first + second + second);
 }
 
+// The library looks for it in the folder that the batch has gone to.
+TEST_F(BatchLines, TellOfAnErrorFileOfTheUserThatIsNotThere) {
+  std::filesystem::create_directory(std::filesystem::path(folder_.path()) / "sub");
+  folder_.Write("moves.cmd", "SETP DIR='sub'\nWRONG\n");
+  const ProgramRun result = Run("@moves.cmd, errors.txt\n");
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_THAT(result.errors, HasSubstr("which lines of the batch failed is not known for sure"));
+  EXPECT_THAT(result.errors, HasSubstr("errors.txt"));
+}
+
 TEST_F(BatchLines, AreReadAsTheLibraryReadsThem) {
   folder_.Write("it's, a; file.cmd", "WRONG\n");
   folder_.Write(" a.cmd", "WRONG\n");
