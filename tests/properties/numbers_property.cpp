@@ -197,7 +197,8 @@ TEST(NumbersProperty, ProductsAndSharesAreExactOrNone) {
     for (size_t i = 0; i < left.size(); ++i) {
       for (size_t j = 0; j < left.size(); ++j) {
         if (!left[i].second || left[j].second) continue;
-        RC_ASSERT(left[i].first > left[j].first || (left[i].first == left[j].first && i < j));
+        const bool is_first = i < j;
+        RC_ASSERT(left[i].first > left[j].first || (is_first && left[i].first == left[j].first));
       }
     }
     RC_ASSERT(sum == (all > 0 ? amount : 0));
