@@ -152,6 +152,16 @@ bool MayGoOn(const Conversation& conversation, const std::string& shown, int ans
   return false;
 }
 
+// The subtotal that is shown ahead of an adjustment of it: the adjustment is what counts.
+bool IsAheadOfAnAdjustment(const Undisturbed& undisturbed, size_t step, ClientOperation operation) {
+  return operation == ClientOperation::kPrintRecSubtotalEx &&
+         std::any_of(undisturbed.made.begin(), undisturbed.made.end(),
+                     [step](const MadeCall& made) {
+                       return made.step == step &&
+                              made.operation == ClientOperation::kPrintRecSubtotalAdjustment;
+                     });
+}
+
 // How often each call with an effect is made, of those that `counts`.
 template <typename Counts>
 std::map<std::string, int> Times(const std::vector<MadeCall>& made, Counts&& counts) {
@@ -229,7 +239,8 @@ Wrong Try(const Conversation& conversation, const Stage& stage, const Undisturbe
   const auto call = std::find_if(device.made().begin(), device.made().end(),
                                  [](const MadeCall& made) { return made.struck; });
   if (step.kind == Step::kSend && !IsBatch(step) && HasEffect(call->operation) && !call->accepted &&
-      trial.codes()[at] == 0 && !MayGoOn(conversation, call->shown, device.struck_answer())) {
+      trial.codes()[at] == 0 && !MayGoOn(conversation, call->shown, device.struck_answer()) &&
+      !IsAheadOfAnAdjustment(undisturbed, at, call->operation)) {
     return "line " + std::to_string(step.line) + ": answers 0, and " + call->shown + " was refused";
   }
   const auto in_line = [at](const MadeCall& made) { return made.step == at; };
