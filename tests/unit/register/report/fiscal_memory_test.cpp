@@ -134,6 +134,15 @@ TEST_F(FiscalMemory, ListOfDocuments) {
             "TOTALE                               15,50\n"
             "            RT 99LRM0000001VR\n"
             "------------------------------------------\n");
+  // To the minute, both ends counted.
+  ASSERT_EQ(Ask(4, 2, 0, 0, "150120241030", "160120240859"), RTF_SUCCESS);
+  const std::string first = Fresh();
+  EXPECT_NE(first.find("0001-0001 15/01/2024 10:30 VEN       10,00\n"), std::string::npos);
+  EXPECT_NE(first.find("Documenti                                1\n"), std::string::npos);
+  ASSERT_EQ(Ask(4, 2, 0, 0, "150120241031", "160120240900"), RTF_SUCCESS);
+  const std::string second = Fresh();
+  EXPECT_NE(second.find("0002-0001 16/01/2024 09:00 VEN        5,50\n"), std::string::npos);
+  EXPECT_NE(second.find("Documenti                                1\n"), std::string::npos);
   EXPECT_EQ(Ask(4, 4, 2, 9, "150120240000", "160120242359"), RTF_E_NOEXIST);
   EXPECT_EQ(Ask(4, 4, 9, 2, "150120240000", "160120242359"), RTF_E_ILLEGAL);
 }
