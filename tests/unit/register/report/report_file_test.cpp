@@ -2,6 +2,7 @@
 // touched.
 #include "register/report/report_file.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -121,6 +122,17 @@ TEST_F(ReportFileTest, ANameOfAnyLengthThatTheSystemTakesIsWritten) {
   EXPECT_EQ(WriteFile(Path(std::string(255, 'n')), "text"), RTF_SUCCESS);
   EXPECT_EQ(WriteFile(Path(std::string(256, 'n')), "text"), RTF_E_FAILURE);
   EXPECT_EQ(Names(), std::set<std::string>{std::string(255, 'n')});
+}
+
+TEST_F(ReportFileTest, AHostWithoutStandardInputGetsItsReportToo) {
+  const int input = dup(STDIN_FILENO);
+  ASSERT_NE(input, -1);
+  close(STDIN_FILENO);  // the file becomes number 0
+  EXPECT_EQ(WriteFile(Path("report.txt"), "text"), RTF_SUCCESS);
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "the file is left open";
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_EQ(ReadText("report.txt"), "text");
 }
 
 // A host's file in memory, by its descriptor.
