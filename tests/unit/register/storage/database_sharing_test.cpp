@@ -1,5 +1,7 @@
 // Files that others know, write or disturb: second names, strangers, and moments that end without
 // memory.
+#include <sqlite3.h>
+
 #include <optional>
 
 #include "register/storage/database.h"
@@ -26,6 +28,49 @@ class DatabaseSharingTest : public StoredRegisterTest {
     return row.Step() ? row.Integer(0) : -1;
   }
 };
+
+// While it stands, files are where programs share no memory, and so no log.
+class NoSharedMemory {
+ public:
+  NoSharedMemory() {
+    usual_ = sqlite3_vfs_find(nullptr);
+    layer_ = *usual_;
+    layer_.zName = "no-shared-memory";
+    layer_.pNext = nullptr;
+    layer_.xOpen = &Open;
+    EXPECT_EQ(sqlite3_vfs_register(&layer_, 1), SQLITE_OK);
+  }
+  ~NoSharedMemory() {
+    sqlite3_vfs_unregister(&layer_);
+    EXPECT_EQ(sqlite3_vfs_register(usual_, 1), SQLITE_OK);
+  }
+
+ private:
+  static int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out) {
+    static sqlite3_io_methods methods;
+    const int code = usual_->xOpen(usual_, name, file, flags, out);
+    if (code == SQLITE_OK && (flags & SQLITE_OPEN_MAIN_DB) != 0) {
+      methods = *file->pMethods;
+      methods.iVersion = 1;
+      file->pMethods = &methods;
+    }
+    return code;
+  }
+
+  static inline sqlite3_vfs* usual_ = nullptr;
+  sqlite3_vfs layer_ = {};
+};
+
+TEST_F(DatabaseSharingTest, WhereNoLogIsSharedNoRegisterIsKept) {
+  const NoSharedMemory place;
+  std::optional<FailureCause> cause;
+  try {
+    const Database database(Path("new"), Database::Open::kCreate, kRegisterKind);
+  } catch (const RegisterError& error) {
+    cause = error.failure().cause;
+  }
+  EXPECT_EQ(cause, FailureCause::kLogNotShared);
+}
 
 // What was sold last stands in a log that goes by one of the names.
 TEST_F(DatabaseSharingTest, AKilledRegistersFileWithTwoNamesIsReadByThatOfItsLogAndNotWritten) {
