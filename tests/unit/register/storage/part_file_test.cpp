@@ -2,13 +2,16 @@
 #include "register/storage/part_file.h"
 
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 
+#include "register/storage/descriptor_files.h"
 #include "register/value/register_error.h"
 #include "unit/register/failing_memory.h"
 #include "unit/register/store_fixture.h"
@@ -165,6 +168,27 @@ TEST_F(PartFileTest, WhatAKillHasLeftIsNamedAndStays) {
 }
 
 // --- A register that is saved as a file
+
+// SQLite takes what lies behind the end for zeros.
+TEST_F(PartFileTest, BehindItsEndAFileIsZeros) {
+  const PartFile part(Path("part"));
+  Put(part, "abc");
+  ASSERT_TRUE(DescriptorFiles::Register());
+  sqlite3_vfs* layer = sqlite3_vfs_find(DescriptorFiles::kLayer);
+  ASSERT_NE(layer, nullptr);
+  std::vector<std::max_align_t> room(
+      static_cast<size_t>(layer->szOsFile) / sizeof(std::max_align_t) + 1);
+  auto* file = reinterpret_cast<sqlite3_file*>(room.data());
+  ASSERT_EQ(layer->xOpen(layer, DescriptorFiles::NameOf(part.descriptor()).c_str(), file,
+                         SQLITE_OPEN_MAIN_DB | SQLITE_OPEN_READWRITE, nullptr),
+            SQLITE_OK);
+  std::string bytes(6, '#');
+  EXPECT_EQ(file->pMethods->xRead(file, bytes.data(), 5, 1), SQLITE_IOERR_SHORT_READ);
+  EXPECT_EQ(bytes, std::string("bc\0\0\0#", 6));
+  EXPECT_EQ(file->pMethods->xRead(file, bytes.data(), 3, 0), SQLITE_OK);
+  EXPECT_EQ(bytes, std::string("abc\0\0#", 6));
+  file->pMethods->xClose(file);
+}
 
 TEST_F(PartFileTest, ASavedRegisterIsTheSame) {
   RegisterSettings settings = TestSettings();
