@@ -301,7 +301,8 @@ TEST_F(DatabaseTest, AFileThatWasCutShortIsRefused) {
   MakeRegister("shop.register");
   const std::string whole = Bytes("shop.register");
   ASSERT_EQ(whole.size() % 4096, 0u);
-  for (const size_t size : {whole.size() - 1, whole.size() - 4096, size_t{4096}, size_t{5000}}) {
+  for (const size_t size :
+       {whole.size() - 1, whole.size() - 4096, size_t{4096}, size_t{5000}, size_t{100}}) {
     Write("cut", whole.substr(0, size));
     ExpectRefused(
         "cut", fmt::format("the file is cut short: {} bytes are left of {}", size, whole.size()));
@@ -359,6 +360,7 @@ TEST_F(DatabaseTest, ValuesThatMakeNoSenseAreNamed) {
       {"UPDATE ledger SET journal_place = -1", "ledger"},
       {"INSERT OR REPLACE INTO setting VALUES ('key', 'nine')", "key"},
       {"INSERT OR REPLACE INTO setting VALUES ('key', '5')", "key"},
+      {"INSERT OR REPLACE INTO setting VALUES ('key', '0')", "key"},
       {"INSERT OR REPLACE INTO setting VALUES ('commissioning', '4')", "commissioning"},
       {"INSERT OR REPLACE INTO setting VALUES ('training', '2')", "training"},
       {"INSERT OR REPLACE INTO setting VALUES ('faults', 'flood')", "faults"},
