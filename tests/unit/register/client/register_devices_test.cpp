@@ -57,6 +57,7 @@ TEST_F(RegisterDevicesTest, BarcodesWantContentOfTheirKind) {
       EXPECT_EQ(Snapshot(), before);
     }
   }
+  EXPECT_EQ(device.PrintBitmap(255, 1), RTF_SUCCESS);
   EXPECT_EQ(device.PrintBitmap(256, 1), RTF_E_ILLEGAL);
   EXPECT_EQ(device.PrintBitmap(-1, 1), RTF_E_ILLEGAL);
 }
