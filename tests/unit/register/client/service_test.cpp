@@ -102,6 +102,23 @@ TEST_F(ServiceTest, AClosedDeviceAnswersNothingElse) {
   EXPECT_TRUE(device.paper_lines().empty());
 }
 
+// Who sets a shop up is not the host, and wants no service of the device.
+TEST_F(ServiceTest, AShopIsSetUpWhateverTheHostHasClaimed) {
+  ShopSetup setup;
+  ShopRefusal refused;
+  setup.serial_number = "99LRM0000041VR";
+  EXPECT_EQ(device.SetUp(setup, &refused), RTF_SUCCESS);
+  ASSERT_EQ(device.SetDeviceEnabled(false), RTF_SUCCESS);
+  setup.serial_number = "99LRM0000042VR";
+  EXPECT_EQ(device.SetUp(setup, &refused), RTF_SUCCESS);
+  ASSERT_EQ(device.Release(), RTF_SUCCESS);
+  setup.serial_number = "99LRM0000043VR";
+  EXPECT_EQ(device.SetUp(setup, &refused), RTF_SUCCESS);
+  ASSERT_EQ(device.Close(), RTF_SUCCESS);
+  setup.serial_number = "99LRM0000044VR";
+  EXPECT_EQ(device.SetUp(setup, &refused), RTF_SUCCESS);
+}
+
 TEST_F(ServiceTest, AnOpenReceiptOutlastsARelease) {
   device.BeginFiscalReceipt(true);
   Sell(1, 10000);
