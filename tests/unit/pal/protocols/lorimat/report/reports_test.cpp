@@ -227,6 +227,15 @@ TEST_F(ReportHandlers, ASinkIsToldTheLowerCaseName) {
   EXPECT_EQ(sink.names.back(), "l.txt");
 }
 
+TEST_F(ReportHandlers, ALotteryLineWithoutAFileLeavesNoNameBehind) {
+  SetFields({{7, "L.TXT"}, {5, "VERO"}});
+  EXPECT_EQ(t().Trad_SAVELOTT(), 0);
+  EXPECT_STREQ(t().szFileReportOut, "L.TXT");
+  SetFields({{5, "VERO"}});
+  EXPECT_NE(t().Trad_SAVELOTT(), 0);
+  EXPECT_STREQ(t().szFileReportOut, "");
+}
+
 TEST_F(ReportHandlers, WithoutAClientReportsAnswer512) {
   t().rtfClient_ = nullptr;
   EXPECT_EQ(Report({}), 512);
