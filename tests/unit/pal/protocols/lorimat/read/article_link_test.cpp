@@ -3,6 +3,11 @@
 
 #include "pal/protocols/lorimat/read/article_link.h"
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 #include "pal/threading/posix/thread.h"
 #include "unit/support/table_device.h"
 
@@ -181,6 +186,29 @@ TEST_F(ArticleLink, FieldsGoToTheLinksMembers) {
   EXPECT_EQ(1, translator->iEM_LivTradDC);
   EXPECT_EQ(-1, translator->iEM_FiltroMov);
 }
+
+TEST_F(ArticleLink, AnUploadCountsWhatItHasRead) {
+  WriteFile("arts", "1;A\r\n\r\n; two\r\n2;BC\r\n");
+  EXPECT_EQ(0, Run("EMLINK CMD='UA', FILE='arts'"));
+  EXPECT_EQ(20, translator->dwEMFileInSize);
+  EXPECT_EQ(21, translator->dwEMFileInRead);  // beginning with 1
+}
+
+#ifndef _WIN32
+// Windows has no such names, and numbers files in its own way.
+TEST_F(ArticleLink, AnErrorFileOfAnyNameIsClosed) {
+  WriteFile("arts", "1;A\r\n");
+  const int probe = open("/dev/null", O_RDONLY);
+  close(probe);
+  for (const char* name : {"errors", "\x01", "\xff"}) {
+    EXPECT_EQ(0, Run(std::string("EMLINK CMD='UA', FILE='arts', ERR='") + name + "'"));
+    EXPECT_TRUE(Exists(name));
+  }
+  const int again = open("/dev/null", O_RDONLY);
+  EXPECT_EQ(again, probe);
+  close(again);
+}
+#endif
 
 TEST_F(ArticleLink, AFailingRunRestoresTheFlushFlagToo) {
   EXPECT_EQ(8195, Run("EMLINK CMD='UA', FILE='none', FLUSH"));
