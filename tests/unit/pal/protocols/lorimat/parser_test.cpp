@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -245,6 +246,8 @@ TEST_F(Parser, FieldNamesAreAppended) {
   EXPECT_STREQ(line, "PREP DES");
   t().LdNomeCampo(line, name, 12, true);
   EXPECT_STREQ(line, "PREP DES#12");
+  t().LdNomeCampo(line, name, INT_MIN, true);  // the longest number
+  EXPECT_STREQ(line, "PREP DES#12#-2147483648");
 }
 
 }  // namespace
