@@ -176,6 +176,8 @@ TEST(NumberArithmeticTest, LongDividendsLeaveFewerDecimals) {
   EXPECT_EQ(Text(Number("1000000000000000") / Number("0.3")), "3333333333333333");
   // More decimals on the left: 18 - 16 = 2.
   EXPECT_EQ(Text(Number(1000000000000000, 1) / Number(3)), "33333333333333.33");
+  // More on the right: 18 - 17 - 1 leaves none, and none are taken away.
+  EXPECT_EQ(Text(Number("12345678901234567") / Number("0.1")), "123456789012345670");
 }
 
 TEST(NumberArithmeticTest, AQuotientIsNotTestedAgainstTheLimit) {
@@ -265,6 +267,9 @@ TEST(NumberArithmeticTest, TryAddAndSubOfIntegers) {
   EXPECT_TRUE(Number("1.50").tryAdd(-2, 10));
   EXPECT_FALSE(Number(-1).tryAdd(-100, 100));
   EXPECT_TRUE(Number(-1).tryAdd(-99, 100));
+  EXPECT_TRUE(Number(100).tryAdd(int64_t{0}, 100));  // 0 has the sign of what is positive
+  EXPECT_FALSE(Number(101).tryAdd(int64_t{0}, 100));
+  EXPECT_TRUE(Number(-101).tryAdd(int64_t{0}, 100));
   EXPECT_FALSE(Number(1).tryAdd(kLimit, ~uint64_t{0}));
   EXPECT_FALSE(Number(1).tryAdd(INT64_MIN));
   EXPECT_FALSE(Number("0.001").tryAdd(9999999999999999, ~uint64_t{0}));  // 19 digits
