@@ -68,6 +68,26 @@ TEST_F(NetSocketTest, WithoutDescriptorsThereAreNoDatagrams) {
   EXPECT_EQ(socket.Bind(loopback::Address(), 0), -1);
 }
 
+TEST_F(NetSocketTest, NumberZeroIsNoSocketOfDatagrams) {
+  const Descriptor input(dup(STDIN_FILENO));
+  ASSERT_NE(input.get(), -1);
+  ::close(STDIN_FILENO);  // the socket becomes number 0
+  OpenSocket socket;
+  const uint8_t data[] = {'a'};
+  char buffer[1] = {'#'};
+  EXPECT_EQ(socket.SendTo(data, 1, loopback::Address(), 9), -1);
+  EXPECT_EQ(socket.handle(), 0);
+  loopback::Server sender(SOCK_DGRAM);
+  const sockaddr_in any = loopback::Name(0);
+  EXPECT_EQ(::bind(0, reinterpret_cast<const sockaddr*>(&any), sizeof(any)), 0);
+  const sockaddr_in own = loopback::Name(loopback::PortOf(0));
+  EXPECT_EQ(::sendto(sender.get(), "a", 1, 0, reinterpret_cast<const sockaddr*>(&own), sizeof(own)),
+            1);
+  EXPECT_EQ(socket.RecvFrom(buffer, 1, 0, 0), -1);
+  EXPECT_EQ(buffer[0], '#');
+  ::dup2(input.get(), STDIN_FILENO);
+}
+
 TEST_F(NetSocketTest, RecvFromGivesWhatCameOrFailsAfterItsTimeOut) {
   loopback::Server receiver(SOCK_DGRAM);
   OpenSocket socket(NetSocket::NST_DGRAM_UDP);
