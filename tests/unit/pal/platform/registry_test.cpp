@@ -320,6 +320,17 @@ TEST_F(RegistryTest, AFileThatShrinksUnderAnOpenKeyIsSafe) {
   EXPECT_EQ(key.Query("Name", text, &size), 2);
 }
 
+TEST_F(RegistryTest, AFileThatGrowsUnderAnOpenKeyIsReadUpToTheLargestSize) {
+  WriteSection("");
+  ASSERT_EQ(truncate(name_.c_str(), 1024 * 1024), 0);
+  const RegistryKey key(kKey);
+  std::ofstream(name_, std::ios::binary | std::ios::app)
+      << std::string(64 * 1024, '\n') << "Name=abc\n";  // behind the piece that is being read
+  char text[8];
+  uint32_t size = sizeof(text);
+  EXPECT_EQ(key.Query("Name", text, &size), 2);
+}
+
 TEST_F(RegistryTest, OpenKeysCloseTheirFile) {
   WriteSection("Name=abc\n");
   const int probe = open("/dev/null", O_RDONLY);
