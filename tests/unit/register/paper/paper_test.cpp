@@ -37,7 +37,9 @@ TEST(Paper, BrokenEscapeSequencesLeaveTheirText) {
   paper.Text("\x1b|");
   paper.Text("\x1b|c");
   paper.Text("A\x1b|1");
-  EXPECT_EQ(paper.lines(), (Lines{"", " |", " |c", "A |1"}));
+  paper.Text("P|cA");
+  paper.Text("\x1b-cA");
+  EXPECT_EQ(paper.lines(), (Lines{"", " |", " |c", "A |1", "P|cA", " -cA"}));
 }
 
 TEST(Paper, NoControlCharacterGetsOntoThePaper) {
