@@ -3,10 +3,9 @@
 // system that lacks something, or with a clock that jumps. What has to hold of each run:
 // - it ends by itself, with one of the exit codes that the console has;
 // - with 0 only if all that it was to write is there as without the fault (a clock that jumps
-// changes
-//   what is written, and the library takes a file of an "@" line that cannot be read on for its
-//   end);
-// - otherwise it says why on standard error, and names a file of the run or the cause;
+//   changes what is written, and the library takes a file of an "@" line that cannot be read on for
+//   its end);
+// - otherwise it says something on standard error;
 // - a file of its own has its name only when it is whole, or as it was before;
 // - the register's journal is good.
 // script/faults --help tells of the arguments. It ends with 1 when one of these does not hold.

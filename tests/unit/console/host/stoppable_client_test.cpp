@@ -16,6 +16,7 @@
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "register/client/virtual_register.h"
 #include "rpccommon/services/rtffptrconst.h"
+#include "support/language_commands.h"
 
 namespace lorimat::console {
 namespace {
@@ -65,21 +66,8 @@ class Stopping : public testing::Test {
   Language language_;
 };
 
-struct Command {
-  int opcode;
-  std::vector<int> fields;
-};
-
-const std::vector<Command>& Commands() {
-  static const std::vector<Command> commands = {
-#define LORIMAT_COMMAND(Opcode, Handler, ...) {Opcode, {__VA_ARGS__}},
-#include "pal/protocols/lorimat/commands.inc"
-  };
-  return commands;
-}
-
 // Its fields by number: none, each one, each pair, and all of them, with a number and by name.
-std::vector<std::string> LinesOf(const Command& command) {
+std::vector<std::string> LinesOf(const LanguageCommand& command) {
   const std::string name = "#" + std::to_string(command.opcode);
   const auto field = [](int number, const char* value) {
     return " #" + std::to_string(number) + "=" + value;
@@ -101,7 +89,7 @@ std::vector<std::string> LinesOf(const Command& command) {
 
 TEST_F(Stopping, IsTheCodeOfALineOrTheCommandAnswersForItself) {
   int refused = 0;
-  for (const Command& command : Commands()) {
+  for (const LanguageCommand& command : LanguageCommands()) {
     for (const std::string& line : LinesOf(command)) {
       Send("#8");  // what is open is cleared
       long code = 0;
@@ -116,7 +104,7 @@ TEST_F(Stopping, IsTheCodeOfALineOrTheCommandAnswersForItself) {
 
 TEST_F(Stopping, LeavesTheRegisterAsItIs) {
   EXPECT_EQ(Send("VEND REP=1, PRE=1.00"), 0);
-  for (const Command& command : Commands()) {
+  for (const LanguageCommand& command : LanguageCommands()) {
     for (const std::string& line : LinesOf(command)) {
       long code = 0;
       SendStopped(line, &code);

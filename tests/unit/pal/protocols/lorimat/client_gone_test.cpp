@@ -17,6 +17,7 @@
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
 #include "pal/threading/posix/thread.h"
+#include "support/language_commands.h"
 #include "support/null_client.h"
 #include "support/temporary_folder.h"
 #include "unit/language/shipped_language.h"
@@ -96,19 +97,6 @@ class NoPause {
 
 constexpr char kReadsAFile[] = "#30 ";  // EMLINK
 
-struct Command {
-  int opcode;
-  std::vector<int> fields;
-};
-
-const std::vector<Command>& Commands() {
-  static const std::vector<Command> commands = {
-#define LORIMAT_COMMAND(Opcode, Handler, ...) {Opcode, {__VA_ARGS__}},
-#include "pal/protocols/lorimat/commands.inc"
-  };
-  return commands;
-}
-
 std::string Line(int opcode, const std::vector<int>& fields, const std::string& value) {
   std::string line = "#" + std::to_string(opcode);
   const char* before = " ";
@@ -120,7 +108,7 @@ std::string Line(int opcode, const std::vector<int>& fields, const std::string& 
 }
 
 // All fields; each with some values; and all choices of few fields, or of each two of many.
-std::vector<std::string> Lines(const Command& command) {
+std::vector<std::string> Lines(const LanguageCommand& command) {
   constexpr size_t kFew = 6;
   const std::vector<int>& fields = command.fields;
   std::vector<std::string> lines = {Line(command.opcode, fields, "1")};
@@ -259,7 +247,7 @@ std::vector<std::string> LongerLines() {
 
 TEST_F(ClientGone, CountsInALineAsOneThatCannotBeReached) {
   for (const char fill : {char{0}, char{1}}) {
-    for (const Command& command : Commands()) {
+    for (const LanguageCommand& command : LanguageCommands()) {
       for (const std::string& line : Lines(command)) ASSERT_NO_FATAL_FAILURE(LoseIn(line, fill));
     }
     for (const std::string& line : LongerLines()) ASSERT_NO_FATAL_FAILURE(LoseIn(line, fill));
