@@ -4,11 +4,12 @@
 //
 // A host of its own stands in for the virtual register with a client for its device: a class
 // that implements RtfClientInterface.
+#include <lorimatrt/client.h>
+#include <lorimatrt/lorimatrt.h>
+#include <lorimatrt/register.h>
+
 #include <cstdio>
 #include <string>
-
-#include "lorimatrt/lorimatrt.h"
-#include "register/client/virtual_register.h"
 
 namespace {
 
@@ -37,8 +38,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: example_host DEFINITION_FILE\n");
     return 2;
   }
-  lorimat::VirtualRegister device;
-  client = &device;
+  lorimatrt::VirtualRegister device;
+  client = device.client();
   if (TradInit(argv[1], 0, nullptr, &EcrIo) != 0) {
     std::fprintf(stderr, "%s: the library cannot read this definition file\n", argv[1]);
     return 2;

@@ -8,6 +8,7 @@ include upwards is a fault and so is a circle of files within a room. Faults are
 files, the line and the rule; then the exit status is 1.
 """
 import pathlib
+import posixpath
 import re
 import sys
 
@@ -15,20 +16,23 @@ import sys
 # follows from their order here.
 LAYERS = {
     "": ["bench", "tests", "examples", "console", "language", "register", "src"],
-    "register": ["sanitizer", "client", "inspect", "report", "desk", "core", "storage", "totals", "state",
+    "register": ["sanitizer", "face", "client", "inspect", "report", "desk", "core", "storage", "totals", "state",
                  "document", "tables", "fault", "paper", "value"],
     "console": ["main.cpp", "command", "command/backup", "shell", "host", "check", "terminal",
                 "message"],
     "src": ["lorimatrt", "pal/protocols", "managermachine", "rpccommon", "pal"],
 }
 # The foundation is one room under two names: the log writes through sockets and threads, and these
-# write to the log.
-ONE_ROOM = {"utility": "pal"}
+# write to the log. What is installed of the boundary lies in include/.
+ONE_ROOM = {"utility": "pal", "include": "src"}
 # What the register may know of src/: the interface of a device client, its constants and the
 # numbers of its keys.
-REGISTER_KNOWS = ("rpccommon/", "managermachine/", "pal/peripherals/keyboard/functioncode.h")
+REGISTER_KNOWS = ("src/rpccommon/", "src/managermachine/",
+                  "src/pal/peripherals/keyboard/functioncode.h")
+# And of the headers for hosts its own face.
+FACE_KNOWS = ("include/lorimatrt/register.h",)
 
-INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
+INCLUDE = re.compile(r'^\s*#\s*include\s+["<]([^">]+)[">]')
 
 
 def room_of(path, folder):
@@ -42,8 +46,9 @@ def room_of(path, folder):
 
 def resolve(include, path, files):
     """The file of the project that an include means; None for one of a library."""
-    for candidate in (include, "src/" + include, str(pathlib.PurePosixPath(path).parent / include),
-                      "tests/" + include, "tests/unit/" + include):
+    beside = posixpath.normpath(posixpath.join(posixpath.dirname(path), include))
+    for candidate in (beside, include, "src/" + include, "include/" + include, "tests/" + include,
+                      "tests/unit/" + include):
         if candidate in files:
             return candidate
     return None
@@ -76,7 +81,7 @@ def main():
         print(__doc__.strip())
         return 0 if len(sys.argv) == 2 else 2
     files = {}
-    for folder in LAYERS[""]:
+    for folder in LAYERS[""] + ["include"]:
         for path in sorted((root / folder).rglob("*")):
             if path.suffix in (".h", ".cpp", ".c", ".inc") and path.is_file():
                 files[path.relative_to(root).as_posix()] = path
@@ -95,8 +100,9 @@ def main():
             if target != name:
                 edges.setdefault(name, set()).add(target)
             place = f"{name}:{number}: {target}"
-            if name.startswith("register/") and target.startswith("src/"):
-                if not target[4:].startswith(REGISTER_KNOWS):
+            if name.startswith("register/") and target.startswith(("src/", "include/")):
+                knows = REGISTER_KNOWS + (FACE_KNOWS if name.startswith("register/face/") else ())
+                if not target.startswith(knows):
                     faults.append(f"{place}: the register knows the client interface alone")
             folder = name.split("/")[0]
             if target.split("/")[0] != folder:

@@ -15,9 +15,10 @@
 
 #include <type_traits>
 
-#include "rpccommon/client/rtfclientinterface.h"
-#include "rpccommon/client/rtfclientoperation.h"
-#include "rpccommon/services/rtfconst.h"
+// By their place beside this file, and not by a folder of includes: these headers are installed.
+#include "../services/rtfconst.h"
+#include "rtfclientinterface.h"
+#include "rtfclientoperation.h"
 
 class RtfClientBase : public RtfClientInterface {
  public:
@@ -25,7 +26,7 @@ class RtfClientBase : public RtfClientInterface {
   Result Name Parameters override {                                     \
     return NotSupported<ClientOperation::k##Name, Result> Arguments;    \
   }
-#include "rpccommon/client/rtfclientoperations.inc"
+#include "rtfclientoperations.inc"
 
  private:
   template <ClientOperation operation, typename Result, typename... Arguments>

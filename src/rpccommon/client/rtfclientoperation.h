@@ -10,12 +10,12 @@
 // kGetClaimed, kGetDeviceEnabled and so on: the operation's name behind a k.
 enum class ClientOperation : uint8_t {
 #define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) k##Name,
-#include "rpccommon/client/rtfclientoperations.inc"
+#include "rtfclientoperations.inc"
 };
 
 inline constexpr std::string_view kClientOperationNames[] = {
 #define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) #Name,
-#include "rpccommon/client/rtfclientoperations.inc"
+#include "rtfclientoperations.inc"
 };
 inline constexpr size_t kClientOperationCount =
     sizeof kClientOperationNames / sizeof kClientOperationNames[0];
