@@ -1,0 +1,22 @@
+# A host's project that has the library as a part of it. Nothing that is set for the library may be
+# seen here.
+cmake_minimum_required(VERSION 3.25)
+project(till CXX C)
+add_subdirectory(@TREE@ lorimatrt)
+foreach(property IN ITEMS COMPILE_OPTIONS LINK_OPTIONS COMPILE_DEFINITIONS INCLUDE_DIRECTORIES)
+  get_directory_property(found ${property})
+  if(found)
+    message(FATAL_ERROR "${property}: ${found}")
+  endif()
+endforeach()
+foreach(variable IN ITEMS CMAKE_CXX_STANDARD CMAKE_CXX_VISIBILITY_PRESET CMAKE_POSITION_INDEPENDENT_CODE
+        CMAKE_RUNTIME_OUTPUT_DIRECTORY CMAKE_LIBRARY_OUTPUT_DIRECTORY CMAKE_EXPORT_COMPILE_COMMANDS)
+  if(DEFINED ${variable} AND NOT "${${variable}}" STREQUAL "")
+    message(FATAL_ERROR "${variable}: ${${variable}}")
+  endif()
+endforeach()
+if(TARGET unit_tests OR TARGET lorimat)
+  message(FATAL_ERROR "more is built than the library")
+endif()
+add_executable(own_device own_device.cpp)
+target_link_libraries(own_device PRIVATE lorimatrt::lorimatrt)
