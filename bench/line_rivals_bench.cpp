@@ -42,7 +42,7 @@ void SaleLine(benchmark::State& state) {
   client.RequireSales(state.iterations(), kExpected);
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(SaleLine);
+BENCHMARK(SaleLine)->Name("sale_line/ours");
 
 // What a reader of either library gathers, and the call that it makes of it.
 struct Order {
@@ -130,7 +130,7 @@ void SaleByRapidJson(benchmark::State& state) {
   client.RequireSales(state.iterations(), kExpected);
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(SaleByRapidJson);
+BENCHMARK(SaleByRapidJson)->Name("sale_line/rapidjson");
 
 void SaleByNlohmann(benchmark::State& state) {
   QuietClient client;
@@ -153,6 +153,6 @@ void SaleByNlohmann(benchmark::State& state) {
   client.RequireSales(state.iterations(), kExpected);
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(SaleByNlohmann);
+BENCHMARK(SaleByNlohmann)->Name("sale_line/nlohmann");
 
 }  // namespace
