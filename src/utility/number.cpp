@@ -3,42 +3,11 @@
 #include "utility/number.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <ostream>
 
+#include "utility/decimal_digits.h"
 #include "utility/stringserializer.h"
-
-namespace {
-
-constexpr uint64_t kLimit = Number::MAX_VALUE + 1;  // 10 to the 16
-constexpr unsigned int kMostDigits = 18;            // of a text before its point
-
-}  // namespace
-
-// 10 to the 8 stands twice. It is meant: see the header.
-const uint64_t Number::power10[20] = {
-    1,
-    10,
-    100,
-    1000,
-    10000,
-    100000,
-    1000000,
-    10000000,
-    100000000,
-    100000000,
-    1000000000,
-    10000000000,
-    100000000000,
-    1000000000000,
-    10000000000000,
-    100000000000000,
-    1000000000000000,
-    10000000000000000,
-    100000000000000000,
-    1000000000000000000,
-};
 
 constinit const Number Number::NaN(static_cast<int>(kZeroForm | kOverflow), int64_t{0});
 constinit const Number Number::Zero(static_cast<int>(kZeroForm), int64_t{0});
@@ -50,71 +19,52 @@ Number::Number(int64_t value, bool sign) : Number(value, sign, 0U) {}
 Number::Number(int64_t value, unsigned int decDigits) : Number(value, false, decDigits) {}
 
 Number::Number(int64_t value, bool sign, unsigned int decDigits) : Number() {
-  SetPrecision(std::min(decDigits, maxPrecision));
+  SetScale(std::min(decDigits, maxPrecision), 0);
   if (value == 0) return;
-  const uint64_t magnitude = magnitudeOf(value);
+  uint64_t magnitude = magnitudeOf(value);
   if (magnitude >= kLimit) {
     makeOverflow();
     return;
   }
-  data = magnitude;
-  SetSize(numberSize(magnitude));
-  if (decDigits > maxPrecision) {
-    data /= powerOf10(decDigits - maxPrecision);
-    SetSize(numberSize(data));
-  }
-  Finish(sign || value < 0);
+  if (decDigits > maxPrecision) magnitude /= powerOf10(decDigits - maxPrecision);
+  SetScale(std::min(decDigits, maxPrecision), numberSize(magnitude));
+  SetValue(magnitude, sign || value < 0);
 }
 
 Number::Number(const std::string& repr) : Number() {
-  enum FSM_STATES { START, NUMBER, DOT };
-  FSM_STATES state = START;
+  const char* place = repr.data();
+  const char* const end = place + repr.size();
+  const auto digit = [&] {
+    return static_cast<unsigned int>(static_cast<unsigned char>(*place)) - '0';
+  };
+
   bool negative = false;
-  for (const char c : repr) {
-    if (c < '0' || c > '9') {
-      if (state == START && c == '-') negative = true;
-      if (state == NUMBER && c == '.') state = DOT;
-      continue;
-    }
-    if (state == DOT && (precision >= maxPrecision || size >= kMostDigits)) continue;
-    data = data * 10 + static_cast<uint64_t>(c - '0');
-    if (data != 0) ++size;
-    if (state == DOT) {
-      ++precision;
-    } else if (size > kMostDigits) {
+  for (; place != end && digit() > 9; ++place) negative = negative || *place == '-';
+
+  // In locals, which six bits are not: the digits behind leading zeros, and the decimals.
+  uint64_t magnitude = 0;
+  unsigned int digits = 0;
+  for (; place != end && *place != '.'; ++place) {
+    if (digit() > 9) continue;
+    magnitude = magnitude * 10 + digit();
+    if (magnitude != 0 && ++digits > kMostDigits) {
+      SetScale(0, digits);
       makeOverflow();
       return;
-    } else {
-      state = NUMBER;
     }
   }
-  Finish(negative);
+  unsigned int decimals = 0;
+  for (; place != end && decimals < maxPrecision && digits < kMostDigits; ++place) {
+    if (digit() > 9) continue;
+    magnitude = magnitude * 10 + digit();
+    if (magnitude != 0) ++digits;
+    ++decimals;
+  }
+  SetScale(decimals, digits);
+  SetValue(magnitude, negative);
 }
 
 Number& Number::operator=(int64_t value) { return *this = Number(value); }
-
-void Number::makeZero() {
-  flags = kZeroForm;
-  data = 0;
-}
-
-void Number::makeNaN() {
-  flags = kZeroForm | kOverflow;
-  data = 0;
-}
-
-void Number::makeOverflow() {
-  flags = kOverflow;
-  data = POSITIVE_OVERFLOW;
-}
-
-void Number::Finish(bool negative) {
-  if (data == 0) {
-    makeZero();
-  } else {
-    flags = negative ? kNegative : 0;
-  }
-}
 
 unsigned int Number::countDecimalDigits() const {
   if (isOverflow()) return 0;
@@ -126,32 +76,6 @@ unsigned int Number::countDecimalDigits() const {
 bool Number::checkDecimalDigits(unsigned int decDigits) const {
   if (isOverflow()) return false;
   return precision <= decDigits || data % powerOf10(precision - decDigits) == 0;
-}
-
-uint64_t Number::powerOf10(unsigned int pow) {
-  return power10[std::min<size_t>(pow, std::size(power10) - 1)];
-}
-
-unsigned int Number::numberSize(uint64_t number) {
-  if (number < 10) return 1;
-  if (number < 100) return 2;
-  if (number < 1000) return 3;
-  if (number < 10000) return 4;
-  if (number < 100000) return 5;
-  if (number < 1000000) return 6;
-  if (number < 10000000) return 7;
-  if (number < 100000000) return 8;
-  if (number < 1000000000) return 9;
-  if (number < 10000000000) return 10;
-  if (number < 100000000000) return 11;
-  if (number < 1000000000000) return 12;
-  if (number < 10000000000000) return 13;
-  if (number < 100000000000000) return 14;
-  if (number < 1000000000000000) return 15;
-  if (number < 10000000000000000) return 16;
-  if (number < 100000000000000000) return 17;
-  if (number < 1000000000000000000) return 18;
-  return 1;
 }
 
 int64_t Number::toInt64() const { return static_cast<int64_t>(isNegative() ? 0 - data : data); }
@@ -223,16 +147,17 @@ Number& Number::unmarshal(char* buffer) {
 
 std::ostream& operator<<(std::ostream& out, const Number& num) {
   if (num.isOverflow()) return out << (num.data == 0 ? "NAN!" : "OVERFLOW!");
-  char text[96];  // the sign, 20 digits, the point and at most 63 decimals
-  const char* sign = num.isNegative() ? "-" : "";
+  char text[96];  // the sign, 20 digits, the point, at most 63 decimals and the NUL
+  char* place = text;
+  if (num.isNegative()) *place++ = '-';
   if (num.precision == 0) {
-    std::snprintf(text, sizeof(text), "%s%llu", sign, static_cast<unsigned long long>(num.data));
+    place = decimal_digits::Write(place, num.data);
   } else {
     const uint64_t unit = Number::powerOf10(num.precision);
-    std::snprintf(text, sizeof(text), "%s%llu%c%0*llu", sign,
-                  static_cast<unsigned long long>(num.data / unit), '.',
-                  static_cast<int>(num.precision),
-                  static_cast<unsigned long long>(num.data % unit));
+    place = decimal_digits::Write(place, num.data / unit);
+    *place++ = '.';
+    place = decimal_digits::WriteLast(place, num.data % unit, num.precision);
   }
+  *place = 0;
   return out << text;
 }

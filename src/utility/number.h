@@ -13,6 +13,8 @@
 #include <string>
 #include <type_traits>
 
+#include "utility/decimal_digits.h"
+
 class Number {
  public:
   enum ROUNDTYPE {
@@ -41,7 +43,28 @@ class Number {
 
   // Powers of ten by index. 10 to the 8 stands at 8 and at 9, and every later entry one place
   // late: that is meant. Up to four decimals nothing looks past 8 but powerOf10 itself.
-  static const uint64_t power10[20];
+  static constexpr uint64_t power10[20] = {
+      1,
+      10,
+      100,
+      1000,
+      10000,
+      100000,
+      1000000,
+      10000000,
+      100000000,
+      100000000,
+      1000000000,
+      10000000000,
+      100000000000,
+      1000000000000,
+      10000000000000,
+      100000000000000,
+      1000000000000000,
+      10000000000000000,
+      100000000000000000,
+      1000000000000000000,
+  };
 
   static const Number NaN;
   static const Number Zero;
@@ -52,7 +75,7 @@ class Number {
   static constexpr uint32_t kZeroForm = 256;  // in zero and NaN; only operator== sees it
 
   // Zero without decimals.
-  constexpr Number() : flags(kZeroForm), precision(0), size(0), data(0) {}
+  constexpr Number() : flags(kZeroForm), precision(0), size(0), unused(0), data(0) {}
 
   // value counts units of the last decimal: Number(1234, 2) is 12.34. More than four decimals
   // are cut off. A magnitude past MAX_VALUE gives overflow. A sign of true makes the number
@@ -68,6 +91,7 @@ class Number {
       : flags(static_cast<uint32_t>(word)),
         precision(0),
         size(0),
+        unused(0),
         data(static_cast<uint64_t>(value)) {}
 
   // Every other pair of integers is a value with its decimals, or with a bool its sign, so
@@ -107,9 +131,14 @@ class Number {
     return value < 0 ? 0 - word : word;
   }
   // The table's entry, the last one for an index past it.
-  static uint64_t powerOf10(unsigned int pow);
+  static constexpr uint64_t powerOf10(unsigned int pow) {
+    return power10[pow < kPowers ? pow : kPowers - 1];
+  }
   // Decimal digits of a magnitude, 1 for 0. Defined up to 18 digits, 1 for more.
-  static unsigned int numberSize(uint64_t number);
+  static constexpr unsigned int numberSize(uint64_t number) {
+    const unsigned int digits = decimal_digits::Count(number);
+    return digits <= kMostDigits ? digits : 1;
+  }
 
   // The value with its sign, in units of its own last decimal; brought to decDigits decimals,
   // cut towards zero or multiplied (64 bits, wrapping).
@@ -126,25 +155,58 @@ class Number {
   void fractional(int64_t& integer, int64_t& fraction) const;
 
   // Sums have the larger precision of both; a sum of zero keeps the left one's.
-  Number& operator+=(const Number& num);
-  Number& operator-=(const Number& num);
-  Number& operator+=(int64_t value);
-  Number& operator-=(int64_t value);
+  Number& operator+=(const Number& num) { return SetSum(*this, num, num.isNegative()); }
+  Number& operator-=(const Number& num) { return SetSum(*this, num, !num.isNegative()); }
+  Number& operator+=(int64_t value) { return SetSum(*this, value, value < 0); }
+  Number& operator-=(int64_t value) { return SetSum(*this, value, value >= 0); }
   // Products are cut to four decimals; the factors may have 19 digits together.
-  Number& operator*=(const Number& num);
-  Number& operator*=(int64_t value);
+  Number& operator*=(const Number& num) { return SetProduct(*this, num); }
+  Number& operator*=(int64_t value) { return SetProduct(*this, value); }
   // Quotients have four decimals, fewer where the dividend is long; cut.
-  Number& operator/=(const Number& num);
-  Number& operator/=(int64_t value);
+  Number& operator/=(const Number& num) { return SetQuotient(*this, num); }
+  Number& operator/=(int64_t value) { return SetQuotient(*this, value); }
 
-  Number operator+(const Number& num) const { return Number(*this) += num; }
-  Number operator-(const Number& num) const { return Number(*this) -= num; }
-  Number operator*(const Number& num) const { return Number(*this) *= num; }
-  Number operator/(const Number& num) const { return Number(*this) /= num; }
-  Number operator+(int64_t value) const { return Number(*this) += value; }
-  Number operator-(int64_t value) const { return Number(*this) -= value; }
-  Number operator*(int64_t value) const { return Number(*this) *= value; }
-  Number operator/(int64_t value) const { return Number(*this) /= value; }
+  // Each writes where the result is to stand: a copy of it would wait for its parts.
+  Number operator+(const Number& num) const {
+    Number sum;
+    sum.SetSum(*this, num, num.isNegative());
+    return sum;
+  }
+  Number operator-(const Number& num) const {
+    Number difference;
+    difference.SetSum(*this, num, !num.isNegative());
+    return difference;
+  }
+  Number operator*(const Number& num) const {
+    Number product;
+    product.SetProduct(*this, num);
+    return product;
+  }
+  Number operator/(const Number& num) const {
+    Number quotient;
+    quotient.SetQuotient(*this, num);
+    return quotient;
+  }
+  Number operator+(int64_t value) const {
+    Number sum;
+    sum.SetSum(*this, value, value < 0);
+    return sum;
+  }
+  Number operator-(int64_t value) const {
+    Number difference;
+    difference.SetSum(*this, value, value >= 0);
+    return difference;
+  }
+  Number operator*(int64_t value) const {
+    Number product;
+    product.SetProduct(*this, value);
+    return product;
+  }
+  Number operator/(int64_t value) const {
+    Number quotient;
+    quotient.SetQuotient(*this, value);
+    return quotient;
+  }
   Number operator-() const { return *this * int64_t{-1}; }
 
   // Whether the operation stays within max_value, in units of the aligned last decimal.
@@ -195,14 +257,13 @@ class Number {
   uint32_t flags;
   unsigned int precision : 6;  // decimals in data, 0 to 4
   unsigned int size : 6;       // digits of data, at least precision after sums and products
+  unsigned int unused : 20;    // 0: with it the three are one word, stored at once
   uint64_t data;               // magnitude, in units of the last decimal
 
  private:
-  // The fields have six bits, and what is more than these is dropped. No digits that a computation
-  // counts need them all; those of a number that was filled from outside may.
-  static constexpr unsigned int kSixBits = 63;
-  void SetPrecision(unsigned int decDigits) { precision = decDigits & kSixBits; }
-  void SetSize(unsigned int digits) { size = digits & kSixBits; }
+  static constexpr unsigned int kPowers = 20;
+  static constexpr uint64_t kLimit = MAX_VALUE + 1;  // 10 to the 16
+  static constexpr unsigned int kMostDigits = 18;    // of an intermediate result, and of a text
 
   // A value past the signed range is out of a Number's range as well.
   template <std::integral T>
@@ -218,14 +279,38 @@ class Number {
     return word < ~0U ? static_cast<unsigned int>(word) : ~0U;
   }
 
-  void makeZero();
-  void makeNaN();
-  void makeOverflow();
-  // Closes a computation that has set data: the sign, or the zero form.
-  void Finish(bool negative);
-  void addNumber(const Number& num, bool negative);
-  void addInteger(int64_t value, bool negative);
-  void addAligned(uint64_t left, uint64_t right, bool negative, unsigned int decDigits);
+  // The fields have six bits, and what is more than these is dropped. No digits that a computation
+  // counts need them all; those of a number that was filled from outside may.
+  void SetScale(unsigned int decDigits, unsigned int digits) {
+    constexpr unsigned int kSixBits = 63;
+    precision = decDigits & kSixBits;
+    size = digits & kSixBits;
+    unused = 0;
+  }
+  // The forms keep the scale that stands.
+  Number& makeZero() { return SetForm(kZeroForm, 0); }
+  Number& makeNaN() { return SetForm(kZeroForm | kOverflow, 0); }
+  Number& makeOverflow() { return SetForm(kOverflow, POSITIVE_OVERFLOW); }
+  Number& SetForm(uint32_t word, uint64_t magnitude) {
+    flags = word;
+    data = magnitude;
+    return *this;
+  }
+  // The magnitude with its sign, or the zero form.
+  Number& SetValue(uint64_t magnitude, bool negative) {
+    return SetForm(magnitude == 0 ? kZeroForm : negative ? kNegative : 0, magnitude);
+  }
+
+  // The operations: of left and right into this number, which may be either of them. A result in
+  // one of the forms has the scale of left. negative is the sign with which right is added.
+  Number& SetSum(const Number& left, const Number& right, bool negative);
+  Number& SetSum(const Number& left, int64_t value, bool negative);
+  Number& SetAligned(const Number& left, uint64_t left_data, uint64_t right_data, bool negative,
+                     unsigned int decDigits);
+  Number& SetProduct(const Number& left, const Number& right);
+  Number& SetProduct(const Number& left, int64_t value);
+  Number& SetQuotient(const Number& left, const Number& right);
+  Number& SetQuotient(const Number& left, int64_t value);
 };
 
 // The decimal text, all decimals shown; "NAN!" and "OVERFLOW!".

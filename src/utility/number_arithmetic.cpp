@@ -3,141 +3,108 @@
 // counts kept in size are what keeps ordinary numbers from getting there.
 #include <algorithm>
 
+#include "utility/decimal_digits.h"
 #include "utility/number.h"
 
 namespace {
 
-constexpr uint64_t kLimit = Number::MAX_VALUE + 1;  // 10 to the 16
-constexpr unsigned int kMostDigits = 18;            // that an intermediate result may have
+// More digits than four are those of a number that was filled from outside.
+uint64_t WithoutLast(uint64_t magnitude, unsigned int digits) {
+  return digits <= Number::maxPrecision ? decimal_digits::WithoutLast(magnitude, digits)
+                                        : magnitude / Number::powerOf10(digits);
+}
 
 }  // namespace
 
-Number& Number::operator+=(const Number& num) {
-  addNumber(num, num.isNegative());
-  return *this;
-}
-
-Number& Number::operator-=(const Number& num) {
-  addNumber(num, !num.isNegative());
-  return *this;
-}
-
-Number& Number::operator+=(int64_t value) {
-  addInteger(value, value < 0);
-  return *this;
-}
-
-Number& Number::operator-=(int64_t value) {
-  addInteger(value, value >= 0);
-  return *this;
-}
-
-void Number::addNumber(const Number& num, bool negative) {
-  // The left side too: scaled, its mark could wrap to an ordinary magnitude.
-  if (num.isOverflow() || isOverflow()) {
-    makeOverflow();
-    return;
+Number& Number::SetSum(const Number& left, const Number& right, bool negative) {
+  const unsigned int decDigits = std::max<unsigned int>(left.precision, right.precision);
+  const unsigned int digits = std::max<unsigned int>(left.size, right.size);
+  // The left side's mark too: scaled, it could wrap to an ordinary magnitude.
+  if (((left.flags | right.flags) & kOverflow) != 0 || digits + decDigits > kMostDigits) {
+    SetScale(left.precision, left.size);
+    return makeOverflow();
   }
-  const unsigned int decDigits = std::max<unsigned int>(precision, num.precision);
-  if (std::max<unsigned int>(size, num.size) + decDigits > kMostDigits) {
-    makeOverflow();
-    return;
-  }
-  addAligned(data * powerOf10(decDigits - precision),
-             num.data * powerOf10(decDigits - num.precision), negative, decDigits);
+  return SetAligned(left, left.data * powerOf10(decDigits - left.precision),
+                    right.data * powerOf10(decDigits - right.precision), negative, decDigits);
 }
 
-void Number::addInteger(int64_t value, bool negative) {
+Number& Number::SetSum(const Number& left, int64_t value, bool negative) {
   const uint64_t magnitude = magnitudeOf(value);
-  const uint64_t unit = powerOf10(precision);
-  if (isOverflow() || magnitude > MAX_VALUE / unit) {
-    makeOverflow();
-    return;
+  const uint64_t unit = powerOf10(left.precision);
+  if (left.isOverflow() || magnitude > MAX_VALUE / unit) {
+    SetScale(left.precision, left.size);
+    return makeOverflow();
   }
-  addAligned(data, magnitude * unit, negative, precision);
+  return SetAligned(left, left.data, magnitude * unit, negative, left.precision);
 }
 
-// The sum of this number's sign with left and of negative with right, at decDigits decimals.
-void Number::addAligned(uint64_t left, uint64_t right, bool negative, unsigned int decDigits) {
-  bool result_negative = isNegative();
-  if (result_negative == negative) {
-    data = left + right;
-  } else if (left >= right) {
-    data = left - right;
-  } else {
-    data = right - left;
-    result_negative = negative;
+// The sum of left's sign with left_data and of negative with right_data, at decDigits decimals.
+Number& Number::SetAligned(const Number& left, uint64_t left_data, uint64_t right_data,
+                           bool negative, unsigned int decDigits) {
+  // Signs and magnitudes come as they like: computed, they cost less than a wrong guess.
+  const bool opposite = left.isNegative() != negative;
+  const bool turned = opposite && left_data < right_data;
+  const bool result_negative = left.isNegative() != turned;
+  const uint64_t sum = left_data + (opposite ? 0 - right_data : right_data);
+  const uint64_t magnitude = turned ? 0 - sum : sum;
+  if (magnitude - 1 >= kLimit - 1) {  // zero, or out of range
+    SetScale(left.precision, left.size);
+    return magnitude == 0 ? makeZero() : makeOverflow();
   }
-  if (data >= kLimit) {
-    makeOverflow();
-    return;
-  }
-  Finish(result_negative);
-  if (data == 0) return;  // with the precision it had
-  SetPrecision(decDigits);
-  SetSize(std::max(numberSize(data), decDigits));
+  SetScale(decDigits, std::max(numberSize(magnitude), decDigits));
+  return SetForm(result_negative ? kNegative : 0, magnitude);
 }
 
-Number& Number::operator*=(const Number& num) {
-  if (data == 0 || num.data == 0) {
-    makeZero();
-    return *this;
-  }
-  const uint64_t product = data * num.data;
+Number& Number::SetProduct(const Number& left, const Number& right) {
+  const uint64_t product = left.data * right.data;
   // The digits are counted before decimals are dropped: 1000000.0000 squared is too long.
-  const unsigned int factor_digits = size + num.size;
-  if (isOverflow() || num.isOverflow() || factor_digits > kMostDigits + 1 || product >= kLimit) {
-    makeOverflow();
-    return *this;
+  const unsigned int factor_digits = unsigned{left.size} + right.size;
+  const bool zero = left.data == 0 || right.data == 0;
+  if (zero || ((left.flags | right.flags) & kOverflow) != 0 || factor_digits > kMostDigits + 1 ||
+      product >= kLimit) {
+    SetScale(left.precision, left.size);
+    return zero ? makeZero() : makeOverflow();
   }
   const unsigned int digits = numberSize(product);
-  const unsigned int decDigits = precision + num.precision;
-  const bool negative = isNegative() != num.isNegative();
-  data = product;
+  const unsigned int decDigits = unsigned{left.precision} + right.precision;
+  const bool negative = left.isNegative() != right.isNegative();
   if (decDigits <= maxPrecision) {
-    SetPrecision(decDigits);
-    SetSize(std::max(digits, decDigits));
-  } else {
-    data /= powerOf10(decDigits - maxPrecision);
-    SetPrecision(maxPrecision);
-    SetSize(digits < decDigits ? maxPrecision : digits - decDigits + maxPrecision);
+    SetScale(decDigits, std::max(digits, decDigits));
+    return SetValue(product, negative);
   }
-  Finish(negative);
-  return *this;
+  SetScale(maxPrecision, digits < decDigits ? maxPrecision : digits - decDigits + maxPrecision);
+  return SetValue(WithoutLast(product, decDigits - maxPrecision), negative);
 }
 
-Number& Number::operator*=(int64_t value) {
+Number& Number::SetProduct(const Number& left, int64_t value) {
   const uint64_t magnitude = magnitudeOf(value);
-  if (data == 0 || magnitude == 0) {
-    makeZero();
-    return *this;
+  const unsigned int digits = left.size + numberSize(magnitude) - 1;
+  const uint64_t product = left.data * magnitude;
+  const bool zero = left.data == 0 || magnitude == 0;
+  if (zero || left.isOverflow() || magnitude >= kLimit || digits > kMostDigits ||
+      product >= kLimit) {
+    SetScale(left.precision, left.size);
+    return zero ? makeZero() : makeOverflow();
   }
-  const unsigned int digits = size + numberSize(magnitude) - 1;
-  const uint64_t product = data * magnitude;
-  if (isOverflow() || magnitude >= kLimit || digits > kMostDigits || product >= kLimit) {
-    makeOverflow();
-    return *this;
-  }
-  data = product;
-  SetSize(numberSize(product) > digits ? digits + 1 : digits);
-  Finish(isNegative() != (value < 0));
-  return *this;
+  const bool negative = left.isNegative() != (value < 0);
+  SetScale(left.precision, numberSize(product) > digits ? digits + 1 : digits);
+  return SetValue(product, negative);
 }
 
-Number& Number::operator/=(const Number& num) {
-  if (num.data == 0) {
-    makeNaN();
-    return *this;
-  }
-  if (data == 0) return *this;
-  if (isOverflow() || num.isOverflow()) {
-    makeOverflow();
-    return *this;
-  }
-  const bool negative = isNegative() != num.isNegative();
-  const int difference = static_cast<int>(num.precision) - static_cast<int>(precision);
+Number& Number::SetQuotient(const Number& left, const Number& right) {
+  const unsigned int left_precision = left.precision;
+  const unsigned int left_size = left.size;
+  const auto form = [&](Number& (Number::*make)()) -> Number& {
+    SetScale(left_precision, left_size);
+    return (this->*make)();
+  };
+  if (right.data == 0) return form(&Number::makeNaN);
+  if (left.data == 0) return *this = left;
+  if (((left.flags | right.flags) & kOverflow) != 0) return form(&Number::makeOverflow);
+  const bool negative = left.isNegative() != right.isNegative();
+  const int difference = static_cast<int>(right.precision) - static_cast<int>(left_precision);
   // The decimals of the result, as many as 64 bits have room for.
-  int room = static_cast<int>(kMostDigits) - static_cast<int>(size);
+  int room = static_cast<int>(kMostDigits) - static_cast<int>(left_size);
   if (difference >= 0) {
     room -= difference;
     if (room > 0) --room;
@@ -145,41 +112,38 @@ Number& Number::operator/=(const Number& num) {
   // Compared unsigned: no room at all counts as four decimals. It is meant.
   const unsigned int decDigits = std::min(static_cast<unsigned int>(room), maxPrecision);
   const uint64_t dividend =
-      data * powerOf10(decDigits + static_cast<unsigned int>(std::max(difference, 0)));
+      left.data * powerOf10(decDigits + static_cast<unsigned int>(std::max(difference, 0)));
   const uint64_t divisor =
-      num.data * powerOf10(static_cast<unsigned int>(std::max(-difference, 0)));
-  if (divisor == 0) {  // wrapped, from a magnitude that no computation makes
-    makeOverflow();
-    return *this;
-  }
-  data = dividend / divisor;
-  Finish(negative);
-  if (data == 0) return *this;
-  SetPrecision(decDigits);
-  SetSize(numberSize(data));
-  return *this;
+      right.data * powerOf10(static_cast<unsigned int>(std::max(-difference, 0)));
+  // A divisor of 0 has wrapped, from a magnitude that no computation makes.
+  if (divisor == 0) return form(&Number::makeOverflow);
+  const uint64_t quotient = dividend / divisor;
+  if (quotient == 0) return form(&Number::makeZero);
+  SetScale(decDigits, numberSize(quotient));
+  return SetValue(quotient, negative);
 }
 
-Number& Number::operator/=(int64_t value) {
-  if (value == 0) {
-    makeNaN();
-    return *this;
-  }
-  if (data == 0) return *this;
+Number& Number::SetQuotient(const Number& left, int64_t value) {
+  const unsigned int left_precision = left.precision;
+  const unsigned int left_size = left.size;
+  const auto form = [&](Number& (Number::*make)()) -> Number& {
+    SetScale(left_precision, left_size);
+    return (this->*make)();
+  };
+  if (value == 0) return form(&Number::makeNaN);
+  if (left.data == 0) return *this = left;
   const uint64_t magnitude = magnitudeOf(value);
-  const uint64_t divisor = magnitude * powerOf10(precision);
+  const uint64_t divisor = magnitude * powerOf10(left_precision);
   // A divisor of 0 has wrapped.
-  if (isOverflow() || precision + numberSize(magnitude) > kMostDigits ||
-      size + maxPrecision > kMostDigits || divisor == 0) {
-    makeOverflow();
-    return *this;
+  if (left.isOverflow() || left_precision + numberSize(magnitude) > kMostDigits ||
+      left_size + maxPrecision > kMostDigits || divisor == 0) {
+    return form(&Number::makeOverflow);
   }
-  data = data * powerOf10(maxPrecision) / divisor;
-  Finish(isNegative() != (value < 0));
-  if (data == 0) return *this;
-  SetPrecision(maxPrecision);
-  SetSize(numberSize(data));
-  return *this;
+  const bool negative = left.isNegative() != (value < 0);
+  const uint64_t quotient = left.data * powerOf10(maxPrecision) / divisor;
+  if (quotient == 0) return form(&Number::makeZero);
+  SetScale(maxPrecision, numberSize(quotient));
+  return SetValue(quotient, negative);
 }
 
 bool Number::tryAdd(const Number& num, uint64_t max_value) const {
@@ -249,34 +213,37 @@ Number& Number::round(unsigned int decDigits, ROUNDTYPE roundType, const unsigne
   decDigits = std::min(decDigits, maxPrecision);
   if (precision == decDigits && roundType != RT_NUM) return *this;
   const bool negative = isNegative();
+  uint64_t magnitude = data;
+  unsigned int digits = size;
   if (precision >= decDigits) {
     const unsigned int dropped = precision - decDigits;
-    const uint64_t unit = powerOf10(dropped);
-    const bool by_magnitude = (roundType == RT_CEILING) != negative;
+    const bool away_from_zero = (roundType == RT_CEILING) != negative;
     switch (roundType) {
       case RT_FLOOR:
       case RT_CEILING:
-        data = (by_magnitude ? data + unit - 1 : data) / unit;
+        magnitude =
+            WithoutLast(away_from_zero ? magnitude + powerOf10(dropped) - 1 : magnitude, dropped);
         break;
       case RT_MATH:
       case RT_NUM:
-        if (dropped > 0) data = (data + 5 * powerOf10(dropped - 1)) / unit;
-        if (roundType == RT_NUM && table != nullptr) data += table[data % 10] - data % 10;
+        if (dropped > 0) magnitude = WithoutLast(magnitude + 5 * powerOf10(dropped - 1), dropped);
+        if (roundType == RT_NUM && table != nullptr) {
+          magnitude += table[magnitude % 10] - magnitude % 10;
+        }
         break;
     }
-    SetPrecision(decDigits);
   } else {
-    const int room = static_cast<int>(kMostDigits) - static_cast<int>(size);
+    const int room = static_cast<int>(kMostDigits) - static_cast<int>(digits);
     const int added = std::min(static_cast<int>(decDigits - precision), room);
+    decDigits = precision;
     if (added > 0) {
-      data *= powerOf10(static_cast<unsigned int>(added));
-      SetPrecision(precision + static_cast<unsigned int>(added));
-      SetSize(size + static_cast<unsigned int>(added));
+      magnitude *= powerOf10(static_cast<unsigned int>(added));
+      decDigits += static_cast<unsigned int>(added);
+      digits += static_cast<unsigned int>(added);
     }
   }
-  Finish(negative);
-  if (data != 0) SetSize(numberSize(data));
-  return *this;
+  SetScale(decDigits, magnitude != 0 ? numberSize(magnitude) : digits);
+  return SetValue(magnitude, negative);
 }
 
 Number& Number::round_mod(const Number& modulus, ROUNDTYPE roundType) {
@@ -300,6 +267,6 @@ Number& Number::round_mod(const Number& modulus, ROUNDTYPE roundType) {
   }
   const bool negative = isNegative();
   *this = multiple * modulus;
-  if (negative && !isOverflow()) Finish(negative);
+  if (negative && !isOverflow()) SetValue(data, negative);
   return *this;
 }
