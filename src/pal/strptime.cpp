@@ -4,9 +4,10 @@
 // its own.
 #include "pal/strptime.h"
 
+#include <array>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
+#include <string_view>
 
 #include "pal/drivers/clock.h"
 
@@ -15,14 +16,15 @@ namespace {
 
 constexpr int kBaseYear = 1900;
 
-constexpr const char* kDayNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                     "Thursday", "Friday", "Saturday"};
-constexpr const char* kMonthNames[] = {"January",   "February", "March",    "April",
-                                       "May",       "June",     "July",     "August",
-                                       "September", "October",  "November", "December"};
-constexpr int kShortName = 3;
+constexpr std::string_view kDayNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                          "Thursday", "Friday", "Saturday"};
+constexpr std::string_view kMonthNames[] = {"January",   "February", "March",    "April",
+                                            "May",       "June",     "July",     "August",
+                                            "September", "October",  "November", "December"};
+constexpr size_t kShortName = 3;
 
-// What a conversion reads, and where to.
+// What a conversion reads. A number goes as it is into one field of the time, or has a rule of its
+// own.
 enum class Field {
   kPercent,
   kSpace,
@@ -30,17 +32,10 @@ enum class Field {
   kDayName,
   kMonthName,
   kHalfDay,
+  kNumber,
   kCentury,
   kYearOfCentury,
-  kYear,
-  kMonth,
-  kDay,
-  kHour,
   kHour12,
-  kMinute,
-  kSecond,
-  kWeekDay,
-  kYearDay,
   kDropped
 };
 
@@ -54,6 +49,9 @@ struct Conversion {
   int low;             // of a number
   int high;            // of a number; its digits are the most that are read
   const char* format;  // of a conversion made of others
+  // Of kNumber: where it goes, and what is taken off there.
+  int tm::*target = nullptr;
+  int base = 0;
 };
 
 constexpr Conversion kConversions[] = {
@@ -62,40 +60,49 @@ constexpr Conversion kConversions[] = {
     {'B', kPlain, Field::kMonthName, 0, 0, nullptr},
     {'C', kE, Field::kCentury, 0, 99, nullptr},
     {'D', kPlain, Field::kFormat, 0, 0, "%m/%d/%y"},
-    {'H', kO, Field::kHour, 0, 23, nullptr},
+    {'H', kO, Field::kNumber, 0, 23, nullptr, &tm::tm_hour},
     {'I', kO, Field::kHour12, 1, 12, nullptr},
-    {'M', kO, Field::kMinute, 0, 59, nullptr},
+    {'M', kO, Field::kNumber, 0, 59, nullptr, &tm::tm_min},
     {'R', kPlain, Field::kFormat, 0, 0, "%H:%M"},
-    {'S', kO, Field::kSecond, 0, 61, nullptr},
+    {'S', kO, Field::kNumber, 0, 61, nullptr, &tm::tm_sec},
     {'T', kPlain, Field::kFormat, 0, 0, "%H:%M:%S"},
     {'U', kO, Field::kDropped, 0, 53, nullptr},
     {'W', kO, Field::kDropped, 0, 53, nullptr},
     {'X', kE, Field::kFormat, 0, 0, "%H:%M:%S"},
-    {'Y', kE, Field::kYear, 0, 9999, nullptr},
+    {'Y', kE, Field::kNumber, 0, 9999, nullptr, &tm::tm_year, kBaseYear},
     {'a', kPlain, Field::kDayName, 0, 0, nullptr},
     {'b', kPlain, Field::kMonthName, 0, 0, nullptr},
     {'c', kE, Field::kFormat, 0, 0, "%x %X"},
-    {'d', kO, Field::kDay, 1, 31, nullptr},
-    {'e', kO, Field::kDay, 1, 31, nullptr},
+    {'d', kO, Field::kNumber, 1, 31, nullptr, &tm::tm_mday},
+    {'e', kO, Field::kNumber, 1, 31, nullptr, &tm::tm_mday},
     {'h', kPlain, Field::kMonthName, 0, 0, nullptr},
-    {'j', kPlain, Field::kYearDay, 1, 366, nullptr},
-    {'k', kPlain, Field::kHour, 0, 23, nullptr},
+    {'j', kPlain, Field::kNumber, 1, 366, nullptr, &tm::tm_yday, 1},
+    {'k', kPlain, Field::kNumber, 0, 23, nullptr, &tm::tm_hour},
     {'l', kPlain, Field::kHour12, 1, 12, nullptr},
-    {'m', kO, Field::kMonth, 1, 12, nullptr},
+    {'m', kO, Field::kNumber, 1, 12, nullptr, &tm::tm_mon, 1},
     {'n', kPlain, Field::kSpace, 0, 0, nullptr},
     {'p', kPlain, Field::kHalfDay, 0, 0, nullptr},
     {'r', kPlain, Field::kFormat, 0, 0, "%I:%M:%S %p"},
     {'t', kPlain, Field::kSpace, 0, 0, nullptr},
-    {'w', kO, Field::kWeekDay, 0, 6, nullptr},
+    {'w', kO, Field::kNumber, 0, 6, nullptr, &tm::tm_wday},
     {'x', kE, Field::kFormat, 0, 0, "%m/%d/%y"},
     {'y', kAny, Field::kYearOfCentury, 0, 99, nullptr},
 };
 
-const Conversion* FindConversion(char letter) {
-  for (const Conversion& row : kConversions) {
-    if (row.letter == letter) return &row;
+// The row of each letter, by its byte; kNoRow where there is none.
+constexpr uint8_t kNoRow = std::size(kConversions);
+constexpr auto kRows = [] {
+  std::array<uint8_t, 256> rows{};
+  rows.fill(kNoRow);
+  for (uint8_t row = 0; row < kNoRow; ++row) {
+    rows[static_cast<unsigned char>(kConversions[row].letter)] = row;
   }
-  return nullptr;
+  return rows;
+}();
+
+const Conversion* FindConversion(char letter) {
+  const uint8_t row = kRows[static_cast<unsigned char>(letter)];
+  return row == kNoRow ? nullptr : &kConversions[row];
 }
 
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -104,10 +111,10 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-// Whether text begins with the first length characters of name, case ignored.
-bool BeginsWith(const char* text, const char* name, size_t length) {
-  for (size_t i = 0; i < length; ++i) {
-    if (Lower(text[i]) != Lower(name[i])) return false;
+// Whether text begins with name, case ignored.
+bool BeginsWith(const char* text, std::string_view name) {
+  for (const char c : name) {
+    if (Lower(*text++) != Lower(c)) return false;
   }
   return true;
 }
@@ -124,7 +131,7 @@ class Parser {
   bool Convert(const Conversion& row);
   bool ReadNumber(int low, int high, int* number);
   template <size_t kCount>
-  bool ReadName(const char* const (&names)[kCount], int* index);
+  bool ReadName(const std::string_view (&names)[kCount], int* index);
   bool ReadHalfDay();
   void Store(Field field, int number);
   void SkipSpace() {
@@ -177,6 +184,10 @@ bool Parser::Convert(const Conversion& row) {
       return ReadName(kMonthNames, &time_->tm_mon);
     case Field::kHalfDay:
       return ReadHalfDay();
+    case Field::kNumber:
+      if (!ReadNumber(row.low, row.high, &number)) return false;
+      time_->*row.target = number - row.base;
+      return true;
     default:
       if (!ReadNumber(row.low, row.high, &number)) return false;
       Store(row.field, number);
@@ -188,35 +199,32 @@ bool Parser::Convert(const Conversion& row) {
 // digits as that limit has are read.
 bool Parser::ReadNumber(int low, int high, int* number) {
   if (!IsDigit(*text_)) return false;
-  int value = 0;
-  int digits_left = high;
-  do {
+  int value = *text_++ - '0';
+  for (int tens = 10; tens <= high && value * 10 <= high && IsDigit(*text_); tens *= 10) {
     value = value * 10 + (*text_++ - '0');
-    digits_left /= 10;
-  } while (value * 10 <= high && digits_left != 0 && IsDigit(*text_));
+  }
   if (value < low || value > high) return false;
   *number = value;
   return true;
 }
 
 template <size_t kCount>
-bool Parser::ReadName(const char* const (&names)[kCount], int* index) {
+bool Parser::ReadName(const std::string_view (&names)[kCount], int* index) {
   for (size_t i = 0; i < kCount; ++i) {
-    for (const size_t length : {std::strlen(names[i]), size_t{kShortName}}) {
-      if (!BeginsWith(text_, names[i], length)) continue;
-      text_ += length;
-      *index = static_cast<int>(i);
-      return true;
-    }
+    // Both forms begin alike, and the long one is tried first.
+    if (!BeginsWith(text_, names[i].substr(0, kShortName))) continue;
+    text_ +=
+        BeginsWith(text_ + kShortName, names[i].substr(kShortName)) ? names[i].size() : kShortName;
+    *index = static_cast<int>(i);
+    return true;
   }
   return false;
 }
 
 // The whole rest of the text is compared: "%p" fits at the end of a text only.
 bool Parser::ReadHalfDay() {
-  const bool am = std::strlen(text_) == 2 && BeginsWith(text_, "AM", 2);
-  const bool pm = std::strlen(text_) == 2 && BeginsWith(text_, "PM", 2);
-  if ((!am && !pm) || time_->tm_hour > 11) return false;
+  const bool pm = BeginsWith(text_, "PM");
+  if ((!pm && !BeginsWith(text_, "AM")) || text_[2] != 0 || time_->tm_hour > 11) return false;
   if (pm) time_->tm_hour += 12;
   text_ += 2;
   return true;
@@ -237,32 +245,8 @@ void Parser::Store(Field field, int number) {
         century_seen_ = true;
       }
       break;
-    case Field::kYear:
-      time_->tm_year = number - kBaseYear;
-      break;
-    case Field::kMonth:
-      time_->tm_mon = number - 1;
-      break;
-    case Field::kDay:
-      time_->tm_mday = number;
-      break;
-    case Field::kHour:
-      time_->tm_hour = number;
-      break;
     case Field::kHour12:
       time_->tm_hour = number % 12;
-      break;
-    case Field::kMinute:
-      time_->tm_min = number;
-      break;
-    case Field::kSecond:
-      time_->tm_sec = number;
-      break;
-    case Field::kWeekDay:
-      time_->tm_wday = number;
-      break;
-    case Field::kYearDay:
-      time_->tm_yday = number - 1;
       break;
     default:  // A week's number is read and dropped.
       break;
