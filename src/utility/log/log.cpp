@@ -2,11 +2,13 @@
 // holds at most LS_OUTPUT: every step below takes the room that is left from its length.
 #include "utility/log/log.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstring>
 
 #include "pal/drivers/datetime.h"
 #include "pal/threading/posix/thread.h"
+#include "utility/decimal_digits.h"
 #include "utility/hex.h"
 
 namespace {
@@ -132,36 +134,76 @@ bool Log::Passes(Levels level, const LocationInfo& location) const {
 
 namespace {
 
-// The name of the calling thread, or its number where it has none.
+// The name of the calling thread, or its number where it has none, cut to the room of a name.
 struct ThreadField {
   char text[Thread::NAME_SIZE] = {};
   ThreadField() {
     if (Thread::Name(text) && text[0] != 0) return;
-    std::snprintf(text, sizeof(text), "%lu", Thread::Identify());
+    char number[24];
+    const char* const end = decimal_digits::Write(number, Thread::Identify());
+    std::memcpy(text, number, std::min(static_cast<size_t>(end - number), sizeof(text) - 1));
   }
+};
+
+// Puts fields behind each other, as many as there is room for in front of the NUL.
+class FieldWriter {
+ public:
+  FieldWriter(char* place, size_t size) : place_(place), room_(size - 1) {}
+
+  void Put(const char* text, size_t length) {
+    length = std::min(length, room_);
+    std::memcpy(place_, text, length);
+    place_ += length;
+    room_ -= length;
+  }
+  void Put(const char* text) { Put(text, BoundedLength(text, room_)); }
+  char* Close() {
+    *place_ = 0;
+    return place_;
+  }
+
+ private:
+  char* place_;
+  size_t room_;
 };
 
 }  // namespace
 
-void Log::BeginLine(Levels level, const LocationInfo& location, const char* thread) {
-  output_[0] = 0;
+size_t Log::BeginLine(Levels level, const LocationInfo& location, const char* thread) {
   output_level_ = level;
   const size_t date = PrependDate(output_);
-  const unsigned milliseconds = DateTime::GetMillisecond();
   const size_t index = static_cast<size_t>(level);
   const char initial = index < LL_LEVELS ? level_initials_[index] : '?';
-  const char* method = location.methodName() != nullptr ? location.methodName() : "";
-  const int printed = std::snprintf(output_ + date, LS_OUTPUT - date, ".%03u:%c:%s:%s:%d - ",
-                                    milliseconds, initial, thread, method, location.lineNumber());
-  if (printed < 0) output_[date] = 0;
+  const int line = location.lineNumber();
+  const auto magnitude = static_cast<uint64_t>(line < 0 ? -int64_t{line} : int64_t{line});
+
+  // "date.milliseconds:level:thread:method:line - "
+  char middle[] = ".000:?:";
+  decimal_digits::WriteLast(middle + 1, DateTime::GetMillisecond(), 3);
+  middle[5] = initial;
+  char end[32];
+  char* place = end;
+  *place++ = ':';
+  if (line < 0) *place++ = '-';
+  place = decimal_digits::Write(place, magnitude);
+  std::memcpy(place, " - ", 3);
+  place += 3;
+
+  FieldWriter writer(output_ + date, LS_OUTPUT - date);
+  writer.Put(middle, sizeof(middle) - 1);
+  writer.Put(thread);
+  writer.Put(":", 1);
+  writer.Put(location.methodName() != nullptr ? location.methodName() : "");
+  writer.Put(end, static_cast<size_t>(place - end));
+  return static_cast<size_t>(writer.Close() - output_);
 }
 
-void Log::Append(const char* text, size_t limit) {
-  const size_t used = std::strlen(output_);
+size_t Log::Append(size_t used, const char* text, size_t limit) {
   const size_t room = LS_OUTPUT - used;
   const size_t length = BoundedLength(text, limit < room ? limit : room);
   std::memcpy(output_ + used, text, length);
   output_[used + length] = 0;
+  return used + length;
 }
 
 void Log::Write(Levels level, const LocationInfo& location, const char* message) {
@@ -169,9 +211,9 @@ void Log::Write(Levels level, const LocationInfo& location, const char* message)
   ResolveSyslogHost();
   const ThreadField thread;
   MutexLock lock(&mutex_);
-  BeginLine(level, location, thread.text);
-  Append(message != nullptr ? message : "", LS_OUTPUT);
-  Append(trailer_, LS_OUTPUT);
+  size_t used = BeginLine(level, location, thread.text);
+  used = Append(used, message != nullptr ? message : "", LS_OUTPUT);
+  Append(used, trailer_, LS_OUTPUT);
   WriteOutput(level);
 }
 
@@ -180,14 +222,13 @@ void Log::WriteF(Levels level, const LocationInfo& location, const char* format,
   ResolveSyslogHost();
   const ThreadField thread;
   MutexLock lock(&mutex_);
-  BeginLine(level, location, thread.text);
-  const size_t used = std::strlen(output_);
+  const size_t used = BeginLine(level, location, thread.text);
   // The room leaves out the line's last character, which so stays for the trailer.
   va_list arguments;
   va_start(arguments, format);
   if (std::vsnprintf(output_ + used, LS_OUTPUT - used, format, arguments) < 0) output_[used] = 0;
   va_end(arguments);
-  Append(trailer_, LS_OUTPUT);
+  Append(used + std::strlen(output_ + used), trailer_, LS_OUTPUT);
   WriteOutput(level);
 }
 
@@ -197,15 +238,14 @@ void Log::WriteH(Levels level, const LocationInfo& location, const char* message
   ResolveSyslogHost();
   const ThreadField thread;
   MutexLock lock(&mutex_);
-  BeginLine(level, location, thread.text);
-  Append(message != nullptr ? message : "", LS_OUTPUT);
-  const size_t used = std::strlen(output_);
+  size_t used = BeginLine(level, location, thread.text);
+  used = Append(used, message != nullptr ? message : "", LS_OUTPUT);
   const size_t needed = used + std::strlen(trailer_);
   // A message that fills the line leaves room for no byte.
   size_t shown = needed < LS_OUTPUT ? (LS_OUTPUT - needed) / 2 : 0;
   if (shown > length) shown = length;
   if (shown > 0) Hex::Encode(static_cast<const uint8_t*>(data), shown, output_ + used);
-  Append(trailer_, LS_TRAILER);
+  Append(used + 2 * shown, trailer_, LS_TRAILER);
   WriteOutput(level);
 }
 
@@ -217,10 +257,9 @@ void Log::WriteOutput(Levels) {
 }
 
 size_t Log::PrependDate(char* buffer) {
-  tm now = {};
-  DateTime::GetLocalDateTime(&now);
-  const size_t length = std::strftime(buffer, LS_OUTPUT, "%Y-%m-%d %H:%M:%S", &now);
-  buffer[length] = 0;
+  size_t length = 0;
+  const char* const date = clock_.NowText(&length);
+  std::memcpy(buffer, date, length + 1);
   return length;
 }
 

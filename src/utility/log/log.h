@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "pal/drivers/local_clock.h"
 #include "pal/peripherals/network/netsocket.h"
 #include "pal/threading/posix/mutex.h"
 
@@ -159,15 +160,16 @@ class Log {
 
   // Whether a line of that level and place is written at all.
   bool Passes(Levels level, const LocationInfo& location) const;
-  // Starts the line: the prefix, up to the message. The mutex is held.
-  void BeginLine(Levels level, const LocationInfo& location, const char* thread);
-  // Appends at most limit characters of text, as far as the line has room.
-  void Append(const char* text, size_t limit);
+  // Starts the line: the prefix, up to the message. Gives its length. The mutex is held.
+  size_t BeginLine(Levels level, const LocationInfo& location, const char* thread);
+  // Appends at most limit characters of text to a line that has used so many, as far as it has
+  // room. Gives the length then.
+  size_t Append(size_t used, const char* text, size_t limit);
   // Hands the line to the outputs.
   void WriteOutput(Levels level);
-  // Writes the local date and time, and gives the length. The buffer holds LS_OUTPUT + 1
-  // characters.
-  static size_t PrependDate(char* buffer);
+  // Writes the local date and time, and gives the length. The buffer holds LocalClock::kTextSize
+  // characters. The mutex is held.
+  size_t PrependDate(char* buffer);
   // Prints a time, given in UTC, as local time by a format of strftime. The text is cut to
   // the buffer, of length characters with the NUL; it stays as it is when the time cannot be
   // turned or the text is longer than 127 characters.
@@ -250,6 +252,7 @@ class Log {
   std::atomic<bool> syslog_unresolved_;
   bool syslog_look_up_failed_;   // the last one of this host, at last_addr_resol_error_time_
   bool syslog_look_up_running_;  // on some thread
+  LocalClock clock_;             // of the lines and of the file of the day
 
   Log(const Log&) = delete;
   Log& operator=(const Log&) = delete;

@@ -113,9 +113,9 @@ void Log::RotateFile() {
     // right here goes on at the old end once more.
     if (std::ftell(file) > max_file_size_) std::fseek(file, 0, SEEK_SET);
   } else if (rotate_kind_ == LR_WEEKLY) {
-    tm now = {};
-    if (!DateTime::GetLocalDateTime(&now)) return;
-    const tm today = WithoutTime(now);
+    const tm* const now = clock_.Now();
+    if (now == nullptr) return;
+    const tm today = WithoutTime(*now);
     const tm opened = WithoutTime(last_opened_date_);
     if (DateTime::CompareDateTime(&today, &opened) > 0) {
       CloseFile();
