@@ -275,7 +275,11 @@ class StepBook : public CallBook {
 class Player {
  public:
   Player(const Conversation& conversation, const Stage& stage)
-      : conversation_(conversation), stage_(stage), book_(stage), client_(book_) {}
+      : conversation_(conversation),
+        stage_(stage),
+        book_(stage),
+        client_(book_),
+        face_(stage.face ? stage.face(client_) : nullptr) {}
 
   Count Run() {
     TemporaryFolder folder;
@@ -435,7 +439,7 @@ class Player {
     slip.arguments.push_back(pointer(fifth));
     slip.arguments.push_back(pointer(sixth));
     if (player.has_client_ && seventh != nullptr) {
-      RtfClientInterface* client = &player.client_;
+      RtfClientInterface* client = player.face_ ? player.face_.get() : &player.client_;
       std::memcpy(seventh, &client, sizeof client);
     }
     return player.book_.AnswerCallback(slip);
@@ -462,6 +466,7 @@ class Player {
   const Stage& stage_;
   StepBook book_;
   RecordingClient client_;
+  std::shared_ptr<RtfClientInterface> face_;
   Library* library_ = nullptr;
   OwnRegistry* registry_ = nullptr;
   std::string language_ = "test.ini";

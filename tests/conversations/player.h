@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "script.h"
@@ -39,6 +40,8 @@ struct Stage {
   bool wild_device = false;
   // Told of each line that was sent, and what it ended with.
   std::function<void(const Step& step, long code, const std::string& answer)> answered = nullptr;
+  // Makes what the library is given of the conversation's client; null: the client itself.
+  std::function<std::shared_ptr<RtfClientInterface>(RtfClientInterface& client)> face = nullptr;
   // Told when the library goes to work on a line or on TradInit, true, and when it is the turn of
   // the host or its client, false.
   std::function<void(bool works)> library_works = nullptr;

@@ -1,12 +1,17 @@
-// conversation_runner [--library FILE] [--language FILE] [--must-fail | --expand] CONVERSATION...
+// conversation_runner [--library FILE] [--language FILE] [--must-fail | --expand | --c-face]
+//                     CONVERSATION...
 //
 // Plays conversation files against the shared library and says how many steps it took.
 // With --must-fail each file has to fail with the text of its "must-fail:" line: the
-// runner's own test. With --expand it prints them with their tables written out. Exits 0 when all
-// is well, 1 when a conversation differs, 2 when it was called wrongly.
+// runner's own test. With --c-face the library gets the client as a table of C functions. With
+// --expand it prints them with their tables written out. Exits 0 when all is well, 1 when a
+// conversation differs, 2 when it was called wrongly.
 #include <fstream>
+#include <memory>
 #include <string>
 
+#include "bindings/c/forwarding_table.h"
+#include "lorimatrt/lorimat.h"
 #include "player.h"
 #include "runner_words.h"
 #include "script.h"
@@ -99,16 +104,28 @@ bool PrintExpanded(const std::string& path) {
   return false;
 }
 
+// The client as the C face gives it to the library. The conversations fill more of a text than it
+// has room, as a bad client does, so there is no guard.
+std::shared_ptr<RtfClientInterface> CFace(RtfClientInterface& client) {
+  const lorimat_device table = c_face::TableOf(client);
+  lorimat_client* made = nullptr;
+  if (lorimat_client_new(&table, &made) != LORIMAT_OK) throw Failure(0, lorimat_error());
+  lorimat_client_guard(made, false);
+  return {static_cast<RtfClientInterface*>(lorimat_client_interface(made)),
+          [made](RtfClientInterface*) { lorimat_client_free(made); }};
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   conversation::Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  const auto read =
-      conversation::ReadRunnerWords(count, arguments, {"--must-fail", "--expand"}, stage);
+  const auto read = conversation::ReadRunnerWords(count, arguments,
+                                                  {"--must-fail", "--expand", "--c-face"}, stage);
   if (!read) return 2;
 
+  if (read->flag == "--c-face") stage.face = CFace;
   bool all_well = true;
   for (const std::string& file : read->words) {
     if (read->flag == "--expand") {
@@ -117,7 +134,7 @@ int main(int count, char** arguments) {
       // Ahead of the play: it may end the process, and many files share one.
       std::printf("%s", file.c_str());
       std::fflush(stdout);
-      all_well &= read->flag.empty() ? PlayFile(file, stage) : FailsAsItMust(file, stage);
+      all_well &= read->flag == "--must-fail" ? FailsAsItMust(file, stage) : PlayFile(file, stage);
     }
   }
   return all_well ? 0 : 1;

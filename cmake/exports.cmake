@@ -1,0 +1,22 @@
+# lorimat_export_only(TARGET FILE): the shared library exports the names of FILE, one a line, and
+# nothing else; it stands on its own on Windows, and no symbol is left open elsewhere.
+function(lorimat_export_only target file)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  file(STRINGS ${file} exports REGEX "^[A-Za-z]")
+  if(WIN32)
+    list(JOIN exports "\n  " lines)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${target}.def "EXPORTS\n  ${lines}\n")
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.def)
+    target_link_options(${target} PRIVATE -static -static-libgcc -static-libstdc++
+                        -Wl,--no-undefined -Wl,--exclude-all-symbols)
+    return()
+  endif()
+  set(map ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
+  list(JOIN exports ";\n    " lines)
+  file(WRITE ${map} "{\n  global:\n    ${lines};\n  local:\n    *;\n};\n")
+  target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+  if(NOT ((LORIMAT_SANITIZE OR LORIMAT_FUZZ) AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+endfunction()
