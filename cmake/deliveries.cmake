@@ -72,6 +72,12 @@ lorimat_deliver(lorimatrt NAME lorimatrt ALIAS lorimatrt LINK_AT_RUN_TIME
 lorimat_deliver(lorimat_register_shared NAME lorimat-register ALIAS register
   DESCRIPTION "A virtual fiscal register, to be used in the place of a device"
   HEADERS register.h)
+lorimat_deliver(lorimat_c NAME lorimat-c ALIAS c
+  DESCRIPTION "Makes a device client of a table of C functions"
+  HEADERS lorimat.h lorimat_device.h lorimat_constants.h)
+lorimat_deliver(lorimat_register_c NAME lorimat-register-c ALIAS register-c
+  DESCRIPTION "A virtual fiscal register for hosts in C"
+  HEADERS lorimat_register.h)
 
 if(NOT LORIMAT_INSTALL)
   return()

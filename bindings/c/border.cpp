@@ -39,15 +39,15 @@ int Fail(lorimat_result result, std::string_view text) noexcept {
   return result;
 }
 
-int Fail(lorimat_result result) noexcept { return Fail(result, lorimat_result_text(result)); }
+int Fail(lorimat_result result) noexcept { return Fail(result, TextOf(result)); }
 
-}  // namespace lorimat::c
+const char* LastError() noexcept { return last_error; }
 
-const char* lorimat_result_text(int result) {
-  for (const auto& row : lorimat::c::kResultTexts) {
+const char* TextOf(int result) noexcept {
+  for (const ResultText& row : kResultTexts) {
     if (row.result == result) return row.text;
   }
   return "there is no such result";
 }
 
-const char* lorimat_error(void) { return lorimat::c::last_error; }
+}  // namespace lorimat::c

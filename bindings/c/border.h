@@ -13,8 +13,12 @@ namespace lorimat::c {
 
 // Keeps a text for lorimat_error, cut to its room, and answers the result.
 int Fail(lorimat_result result, std::string_view text) noexcept;
-// The same with what lorimat_result_text has.
+// The same with what TextOf has.
 int Fail(lorimat_result result) noexcept;
+
+// The text that the last failure of this thread left.
+const char* LastError() noexcept;
+const char* TextOf(int result) noexcept;
 
 // Runs what a function of C does, which answers a result; an exception becomes one.
 template <typename Work>

@@ -9,6 +9,10 @@ struct lorimat_client {
   lorimat::c::DeviceClient device;
 };
 
+const char* lorimat_result_text(int result) { return lorimat::c::TextOf(result); }
+
+const char* lorimat_error(void) { return lorimat::c::LastError(); }
+
 uint32_t lorimat_abi(void) { return LORIMAT_ABI; }
 
 int lorimat_client_new(const lorimat_device* table, lorimat_client** client) {
