@@ -16,7 +16,11 @@ function(lorimat_deliver target)
   if(NOT TARGET ${target})
     return()
   endif()
-  set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_ALIAS})
+  # What it includes belongs to this tree; installed, its headers lie in one folder.
+  get_target_property(folders ${target} INTERFACE_INCLUDE_DIRECTORIES)
+  list(TRANSFORM folders REPLACE "^(/.*)$" "$<BUILD_INTERFACE:\\1>")
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_ALIAS}
+                        INTERFACE_INCLUDE_DIRECTORIES "${folders}")
   add_library(lorimatrt::${arg_ALIAS} ALIAS ${target})
   if(NOT LORIMAT_INSTALL)
     return()
@@ -73,10 +77,10 @@ lorimat_deliver(lorimat_register_shared NAME lorimat-register ALIAS register
   DESCRIPTION "A virtual fiscal register, to be used in the place of a device"
   HEADERS register.h)
 lorimat_deliver(lorimat_c NAME lorimat-c ALIAS c
-  DESCRIPTION "Makes a device client of a table of C functions"
+  DESCRIPTION "Device clients in C, and explanations of result codes"
   HEADERS lorimat.h lorimat_device.h lorimat_constants.h)
 lorimat_deliver(lorimat_register_c NAME lorimat-register-c ALIAS register-c
-  DESCRIPTION "A virtual fiscal register for hosts in C"
+  DESCRIPTION "A virtual fiscal register in C"
   HEADERS lorimat_register.h)
 
 if(NOT LORIMAT_INSTALL)

@@ -15,6 +15,7 @@ bench_packages=(libbenchmark-dev libinih-dev libboost1.81-dev libspdlog-dev nloh
   rapidjson-dev)
 coverage_packages=(gcovr)
 memory_packages=(valgrind)
+packaging_packages=(dpkg-dev lintian debootstrap)
 fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }
