@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -19,6 +20,28 @@ inline void CopyBytes(char* dest, size_t size, const char* source, size_t length
   if (size == 0) return;
   if (length > size - 1) length = size - 1;
   std::memmove(dest, source, length);
+  dest[length] = 0;
+}
+
+// The same for texts that are mostly short, which it copies without a call: by two parts of the
+// same size that overlap, both read before one is written.
+inline void CopyFewBytes(char* dest, size_t size, const char* source, size_t length) {
+  if (length < 2 || length > 16 || length >= size) return CopyBytes(dest, size, source, length);
+  const auto copy = [=](auto first) {
+    auto last = first;
+    const size_t behind = length - sizeof first;
+    std::memcpy(&first, source, sizeof first);
+    std::memcpy(&last, source + behind, sizeof last);
+    std::memcpy(dest, &first, sizeof first);
+    std::memcpy(dest + behind, &last, sizeof last);
+  };
+  if (length >= 8) {
+    copy(uint64_t{});
+  } else if (length >= 4) {
+    copy(uint32_t{});
+  } else {
+    copy(uint16_t{});
+  }
   dest[length] = 0;
 }
 

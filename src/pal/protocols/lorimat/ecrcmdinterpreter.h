@@ -263,18 +263,30 @@ class EcrCmdInterpreter {
   using CommandIndex = NameIndex<MAXOPCOD>;
   using FieldIndex = NameIndex<MAXCAMPI + 1>;
 
-  struct OperandLengths {
-    size_t key = 0;
-    size_t value = 0;
+  // A field of a line: a key and its value, pieces of the line where they stand as they are.
+  struct Operand {
+    // Room for a value that is put together: MAXVALLN + 1 characters.
+    explicit Operand(char* value_room) : room(value_room) {}
+    // Puts a piece behind the value. False when it gets too long, with what there is room for.
+    bool Take(const char* piece, size_t length);
+
+    const char* key = "";
+    size_t key_length = 0;
+    const char* value = "";
+    size_t value_length = 0;
+    bool quoted = false;
+    char* const room;
   };
 
-  // What TradEcr tells the client of a line, in the form of LogF.
-  void TraceLine(const char* line);
-  // GetOper, with the lengths of both texts when the answer is 0.
-  int ReadOperand(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa,
-                  OperandLengths* lengths);
-  // What a value without quotes stands for; length is that of szVal, before and after.
-  int ReadBareValue(char* szVal, size_t* length);
+  // What TradEcr tells the client, which has to be there, of a line, in the form of LogF.
+  void TraceLine(const char* line, size_t length);
+  // GetOper without its copies. With an answer other than 0 the operand is as far as it was read.
+  int ReadOperand(const char* line, int* iPunt, Operand* operand) const;
+  int ReadKeyAndValue(const char** place, Operand* operand) const;
+  // What a value without quotes stands for.
+  int ReadBareValue(Operand* operand) const;
+  // TradSimb for a text of this length without blanks at its ends.
+  bool FindSymbol(const char* word, size_t size, int* iVal) const;
   // The field rows of a command that a name is looked for in.
   size_t FieldRows(int opcode) const;
   // To be called before FindField for this command.

@@ -18,14 +18,15 @@ constexpr char kNameMark = 19;      // opens a name in the older protocol's reco
 constexpr char kEcrZero = 10;       // key value of the digit zero
 constexpr char kEcrSeparator = 13;  // key value of the decimal point
 
-bool IsNumber(const char* text, int length, bool point_allowed) {
-  int points = 0;
-  for (int i = 0; i < length; ++i) {
-    const char c = text[i];
-    if (IsDigit(c) || (c == '-' && i == 0)) continue;
-    if (c != '.' || !point_allowed || ++points > 1) return false;
+bool IsDigits(const char* text, size_t length, bool point_allowed) {
+  const char* const end = text + length;
+  if (length > 0 && *text == '-') ++text;
+  while (text != end && IsDigit(*text)) ++text;
+  if (point_allowed && text != end && *text == '.') {
+    ++text;
+    while (text != end && IsDigit(*text)) ++text;
   }
-  return true;
+  return text == end;
 }
 
 // Trims, then maps each character to the device's digit values.
@@ -94,16 +95,19 @@ size_t CopyPlain(char* szOut, const char* szIn, size_t length) {
 }  // namespace
 
 int lorimatutility::TogliCommento(char* szOut, char* szIn, char cChQuote) {
+  return static_cast<int>(CleanLine(szOut, szIn, std::strlen(szIn), cChQuote));
+}
+
+size_t lorimatutility::CleanLine(char* szOut, const char* szIn, size_t size, char cChQuote) {
   // A quote character may be a blank too, and then counts where it stands in front.
   const bool is_blank = cChQuote == ' ' || cChQuote == '\t';
-  const size_t size = std::strlen(szIn);
   size_t length = is_blank || std::memchr(szIn, ';', size) != nullptr
                       ? CopyUpToComment(szOut, szIn, cChQuote)
                       : CopyPlain(szOut, szIn, size);
   if (length > 0 && szOut[length - 1] == '\n') --length;
   while (length > 0 && szOut[length - 1] == ' ') --length;
   szOut[length] = 0;
-  return static_cast<int>(length);
+  return length;
 }
 
 int lorimatutility::TogliSpazi(char* szOut, char* szIn) {
@@ -137,13 +141,17 @@ int lorimatutility::SkipSpace(char* szIn, int* iPunt) {
 bool lorimatutility::SeNum(char* szInp) {
   int length = 0;
   const char* text = TogliSpaziP(szInp, &length);
-  return IsNumber(text, length, true);
+  return IsNumber(text, static_cast<size_t>(length));
+}
+
+bool lorimatutility::IsNumber(const char* text, size_t length) {
+  return IsDigits(text, length, true);
 }
 
 bool lorimatutility::SeNumeric(char* szInp) {
   int length = 0;
   const char* text = TogliSpaziP(szInp, &length);
-  return IsNumber(text, length, false);
+  return IsDigits(text, static_cast<size_t>(length), false);
 }
 
 char* lorimatutility::TradNome(char* sDest, char* szIn) {
@@ -185,6 +193,14 @@ int64_t lorimatutility::TradNumInt64(char* szIn) {
   int length = 0;
   const char* text = TogliSpaziP(szIn, &length);
   int used = 0;
+  uint64_t whole = 0;
+  for (; used < length && used < kLongest && IsDigit(text[used]); ++used) {
+    whole = whole * 10 + static_cast<uint64_t>(text[used] - '0');
+  }
+  // Up to 15 digits a floating number would be the same.
+  if (used <= std::numeric_limits<double>::digits10 && (used == length || text[used] != '.')) {
+    return static_cast<int64_t>(whole);
+  }
   while (used < length && used < kLongest && (IsDigit(text[used]) || text[used] == '.')) ++used;
   // A floating number, whatever decimal point the host's locale has, then truncated.
   double value = 0;

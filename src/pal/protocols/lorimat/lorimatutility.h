@@ -12,6 +12,8 @@ class lorimatutility {
   // Copies a line without its comment, its leading and its trailing blanks; TAB becomes a
   // blank. szOut takes the length of szIn plus 1. Returns the length.
   static int TogliCommento(char* szOut, char* szIn, char cChQuote);
+  // The same for a text of this length.
+  static size_t CleanLine(char* szOut, const char* szIn, size_t size, char cChQuote);
   // Copies without blanks at both ends. szOut may be szIn. Returns the length.
   static int TogliSpazi(char* szOut, char* szIn);
   // The first non-blank of szIn; *iLung is the length without blanks at both ends.
@@ -22,7 +24,9 @@ class lorimatutility {
   static int SkipSpace(char* szIn, int* iPunt);
   // Digits with one "-" in front and one "." at most; also true for an empty text.
   static bool SeNum(char* szInp);
-  // The same without ".".
+  // The same for a text of this length without blanks at its ends.
+  static bool IsNumber(const char* text, size_t length);
+  // SeNum without ".".
   static bool SeNumeric(char* szInp);
   // Writes the byte 19, the length as one byte, the text, without a NUL.
   static char* TradNome(char* sDest, char* szIn);

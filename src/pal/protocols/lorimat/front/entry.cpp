@@ -84,13 +84,12 @@ void EcrCmdInterpreter::Log(bool, const char* str) {
   });
 }
 
-void EcrCmdInterpreter::TraceLine(const char* line) {
-  if (rtfClient_ == nullptr) return;
+void EcrCmdInterpreter::TraceLine(const char* line, size_t length) {
   constexpr char kBefore[] = "TradEcr Cmd<";
   char text[1024];
   BufferWriter trace(text, sizeof text);
   trace.Move(kBefore, sizeof kBefore - 1);
-  trace.Move(line, std::strlen(line));
+  trace.Move(line, length);
   trace.Put('>');
   trace.Close();
   GuardedClientCall([&] {
@@ -111,11 +110,12 @@ int EcrCmdInterpreter::TradEcr(char* szSrcLine) {
   static int opcode;
 
   TStato.iCurOpCode = 0;
-  TraceLine(szSrcLine);
   if (rtfClient_ == nullptr) return CLASS_SYNTAX;
-  if (std::strlen(szSrcLine) > kLongestLine) return SyntaxError(SOURCE_LINE_TOO_LONG);
+  const size_t length = std::strlen(szSrcLine);
+  TraceLine(szSrcLine, length);
+  if (length > kLongestLine) return SyntaxError(SOURCE_LINE_TOO_LONG);
   if (!TStato.bInitOK) return INITIALIZATION_ERROR;
-  if (lorimatutility::TogliCommento(line, szSrcLine, cChQuote) == 0) return kEmptyLine;
+  if (lorimatutility::CleanLine(line, szSrcLine, length, cChQuote) == 0) return kEmptyLine;
 
   position = 1;
   if (line[0] == '@') return ParseBatchRequest(line);

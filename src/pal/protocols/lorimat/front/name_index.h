@@ -1,6 +1,5 @@
-// Which rows of a table of names a word can match: those whose name begins with the word's first
-// letter. A look-up that goes through these rows, in their order, comes to what it would come to by
-// going through all.
+// The rows of a table of names that a word matches: which is the same as the name over the shorter
+// of the two, whatever the case of either. Only names with the word's first letter are looked at.
 //
 // The tables are arrays that anybody may fill, the definition file's reader, a host's code, a test.
 // So the index keeps a copy of the names that it was made of, and is made anew whenever they
@@ -8,62 +7,88 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "pal/protocols/lorimat/buffers.h"
+#include "pal/protocols/lorimat/front/folded_text.h"
 #include "pal/protocols/lorimat/lorimatenums.h"
 
 template <size_t Rows>
 class NameIndex {
  public:
   using Name = char[MAXSIMBLN + 1];
-  // A bit for each row, 64 in each word.
-  using RowSet = std::array<uint64_t, (Rows + 63) / 64>;
 
-  // Compares the first rows of the table and learns what has changed; the rows behind them are in
-  // no set until a call asks for them.
+  // Compares the first rows of the table and learns what has changed; the rows behind them match
+  // nothing until a call asks for them. Row 0 never does.
   void Follow(const Name* names, size_t rows) {
     const size_t size = rows * sizeof(Name);
     if (rows != rows_ || std::memcmp(names_.data(), names, size) != 0) Learn(names, rows);
   }
 
-  // Of a word of this length, whose first letter may be of either case: every row with a name that
-  // begins so, and others perhaps. An empty word is the beginning of every name.
-  const RowSet& Candidates(const char* word, size_t length) const {
-    return sets_[length == 0 ? kAny : LetterClass(word[0])];
-  }
+  // The matches of a word, in the order of the rows. The index must not change meanwhile.
+  class Matches {
+   public:
+    Matches(const NameIndex& index, const char* word, size_t length)
+        : index_(index),
+          word_(word, length),
+          chain_(length == 0 ? index.next_.data() : index.next_of_letter_.data()),
+          next_(length == 0 ? index.next_[0] : index.first_of_letter_[LetterClass(word[0])]) {}
 
-  // The first row of a set from row on; Rows when there is none.
-  static size_t Next(const RowSet& set, size_t row) {
-    for (size_t part = row / 64; part < set.size(); ++part) {
-      const uint64_t behind = part == row / 64 ? ~uint64_t{0} << (row % 64) : ~uint64_t{0};
-      const uint64_t rest = set[part] & behind;
-      if (rest != 0) return part * 64 + static_cast<size_t>(std::countr_zero(rest));
+    // Goes to the next one; false when there is none.
+    bool Next() {
+      while (next_ != kNone) {
+        row_ = next_;
+        next_ = chain_[row_];
+        if (index_.folded_[row_].Matches(word_, &compared_)) return true;
+      }
+      return false;
     }
-    return Rows;
-  }
+    size_t row() const { return row_; }
+    // The length of the shorter one of name and word.
+    size_t compared() const { return compared_; }
+    bool exact() const { return index_.folded_[row_].length() == word_.length(); }
+
+   private:
+    const NameIndex& index_;
+    const FoldedText word_;
+    const uint8_t* const chain_;  // by row: the next one to look at
+    size_t next_;
+    size_t row_ = kNone;
+    size_t compared_ = 0;
+  };
 
  private:
-  static constexpr size_t kAny = 32;
+  static_assert(Rows <= 256);
+  static constexpr uint8_t kNone = 0;
+  static constexpr size_t kLetters = 32;
 
   // In ASCII both cases of a letter share one; some bytes that are no letters have it too.
-  static size_t LetterClass(char c) { return static_cast<unsigned char>(c) % kAny; }
+  static size_t LetterClass(char c) { return static_cast<unsigned char>(c) % kLetters; }
 
   void Learn(const Name* names, size_t rows) {
-    sets_ = {};
+    first_of_letter_ = {};
+    next_[0] = kNone;
     std::memcpy(names_.data(), names, rows * sizeof(Name));
     rows_ = rows;
-    for (size_t row = 0; row < rows; ++row) {
+    // From the last row to the first, so that each chain goes the way of the table.
+    uint8_t next = kNone;
+    for (size_t row = rows; row-- > 1;) {
       if (names[row][0] == 0) continue;
-      const uint64_t bit = uint64_t{1} << (row % 64);
-      sets_[LetterClass(names[row][0])][row / 64] |= bit;
-      sets_[kAny][row / 64] |= bit;
+      folded_[row] = FoldedText(names[row], RowLength(names[row], sizeof(Name)));
+      uint8_t& first = first_of_letter_[LetterClass(names[row][0])];
+      next_of_letter_[row] = first;
+      next_[row] = next;
+      next = first = static_cast<uint8_t>(row);
     }
+    next_[0] = next;
   }
 
-  std::array<char, Rows * sizeof(Name)> names_{};
   size_t rows_ = 0;
-  std::array<RowSet, kAny + 1> sets_{};
+  std::array<uint8_t, kLetters> first_of_letter_{};
+  std::array<uint8_t, Rows> next_of_letter_{};
+  std::array<uint8_t, Rows> next_{};  // with a name: an empty word is the beginning of each
+  std::array<FoldedText, Rows> folded_{};
+  std::array<char, Rows * sizeof(Name)> names_{};
 };

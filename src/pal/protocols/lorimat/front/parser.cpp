@@ -3,6 +3,8 @@
 // Results are 0 or the index of a class 1 message.
 
 #include <algorithm>
+#include <array>
+#include <bit>
 
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/buffers.h"
@@ -25,23 +27,16 @@ int HashNumber(const char* word, size_t length) {
   return number > INT_MAX ? 0 : static_cast<int>(number);
 }
 
-// Whether a name and a word are the same over the shorter of the two, ignoring case.
-// *compared receives that length.
-bool Matches(const char* name, const char* word, size_t word_length, size_t* compared) {
-  size_t length = 0;
-  while (length < word_length && name[length] != 0) {
-    const char a = name[length];
-    const char b = word[length];
-    if (a != b && Lower(a) != Lower(b)) return false;
-    ++length;
-  }
-  *compared = length;
-  return name[0] != 0;
-}
+// What ends a plain piece of an operand, beside the quote that is set.
+constexpr auto kEndsPlain = [] {
+  std::array<bool, 256> ends{};
+  ends[0] = ends['='] = ends[','] = true;
+  return ends;
+}();
 
-// Of a name that matches.
-bool IsExact(const char* name, size_t compared, size_t word_length) {
-  return compared == word_length && name[compared] == 0;
+const char* PastPlain(const char* text, char quote) {
+  while (!kEndsPlain[static_cast<unsigned char>(*text)] && *text != quote) ++text;
+  return text;
 }
 
 bool QuoteFollows(const char* text, char quote) {
@@ -53,14 +48,20 @@ const char* PastBlanks(const char* text) {
   return text;
 }
 
-// The end of a text without its last blanks.
-char* WithoutBlanksBehind(const char* text, char* end) {
-  while (end != text && end[-1] == ' ') --end;
-  return end;
+size_t WithoutBlanksBehind(const char* text, size_t length) {
+  while (length > 0 && text[length - 1] == ' ') --length;
+  return length;
 }
 
 bool HasMandatoryField(const bool (&rows)[MAXCAMPI + 1]) {
-  return std::memchr(rows, 1, sizeof rows) != nullptr;
+  // The last part begins where it has its size, over the one before.
+  uint64_t any = 0;
+  for (size_t place = 0; place < sizeof rows; place += sizeof any) {
+    uint64_t part;
+    std::memcpy(&part, rows + std::min(place, sizeof rows - sizeof part), sizeof part);
+    any |= part;
+  }
+  return any != 0;
 }
 
 // Opcode ids come from the definition file, and some lie outside the field tables: such a
@@ -71,14 +72,12 @@ bool HasFields(int opcode) { return opcode >= 0 && opcode < MAXOPCOD; }
 
 int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
   *iOpCod = 0;
-  const char* word = szLinea + *iPunt - 1;
-  size_t length = std::strcspn(word, " \t");
-  *iPunt += static_cast<int>(length);
-  if (word[length] != 0) {
-    ++*iPunt;
-    lorimatutility::SkipSpace(szLinea, iPunt);
-  }
-  length = std::min(length, kLongestCommandWord);
+  const char* const word = szLinea + *iPunt - 1;
+  const char* end = word;
+  while (*end != 0 && *end != ' ' && *end != '\t') ++end;
+  const size_t length = std::min(static_cast<size_t>(end - word), kLongestCommandWord);
+  if (*end != 0) end = PastBlanks(end + 1);
+  *iPunt = static_cast<int>(end - szLinea) + 1;
 
   const int number = HashNumber(word, length);
   if (number > 0 && number <= iTotOpCodes) {
@@ -87,54 +86,50 @@ int EcrCmdInterpreter::GetCodOp(char* szLinea, int* iPunt, int* iOpCod) {
   }
 
   command_index_.Follow(szOpCodes, MAXOPCOD);
-  const auto& rows = command_index_.Candidates(word, length);
-  const auto next_match = [&](size_t row, size_t* compared) {
-    do row = CommandIndex::Next(rows, row + 1);
-    while (row < MAXOPCOD && !Matches(szOpCodes[row], word, length, compared));
-    return row;
-  };
-
-  size_t longest = 0;
-  size_t row = next_match(0, &longest);
-  if (row == MAXOPCOD) return INSTRUCTION_NOT_FOUND;
-  int found = iIdOpCodes[row];
-  bool exact = IsExact(szOpCodes[row], longest, length);
+  CommandIndex::Matches match(command_index_, word, length);
+  if (!match.Next()) return INSTRUCTION_NOT_FOUND;
+  int found = iIdOpCodes[match.row()];
+  size_t longest = match.compared();
+  bool exact = match.exact();
 
   // The order of the rows counts: an exact name behind two abbreviations comes too late.
-  size_t compared = 0;
-  while ((row = next_match(row, &compared)) != MAXOPCOD) {
-    if (compared < longest) continue;
-    const bool exact_again = IsExact(szOpCodes[row], compared, length);
-    if (exact == exact_again) return INSTRUCTION_NOT_UNIC;
+  while (match.Next()) {
+    if (match.compared() < longest) continue;
+    if (exact == match.exact()) return INSTRUCTION_NOT_UNIC;
     if (exact) continue;
     exact = true;
-    longest = compared;
-    found = iIdOpCodes[row];
+    longest = match.compared();
+    found = iIdOpCodes[match.row()];
   }
   *iOpCod = found;
   return 0;
 }
 
 int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
-  static char key[MAXSIMBLN + 1];
-  static char value[MAXVALLN + 1];
-  // The rows lie far apart, and most are empty: to look is cheaper than to write.
+  static char room[MAXVALLN + 1];
+  // The rows lie far apart, and most are empty: to look is cheaper than to write, and to look at
+  // all before the first is written lets the processor wait for them at once.
+  static_assert(MAXCAMPI < 64);
+  uint64_t given = 0;
+#if defined(__GNUC__)
+#pragma GCC unroll 40
+#endif
   for (int field = 1; field <= MAXCAMPI; ++field) {
-    if (szCampi[field][0] != 0) szCampi[field][0] = 0;
+    given |= uint64_t{szCampi[field][0] != 0} << field;
   }
+  for (; given != 0; given &= given - 1) szCampi[std::countr_zero(given)][0] = 0;
 
   FollowFieldNames(iOpCod);
   while (szLinea[*iPunt - 1] != 0) {
-    OperandLengths lengths;
-    bool quoted = false;
+    Operand operand(room);
     int number = 0;
-    int result = ReadOperand(szLinea, iPunt, key, value, &quoted, &lengths);
-    if (result == 0) result = FindField(iOpCod, key, lengths.key, &number);
+    int result = ReadOperand(szLinea, iPunt, &operand);
+    if (result == 0) result = FindField(iOpCod, operand.key, operand.key_length, &number);
     // A definition file may bind a name to a number that is no field.
     if (result == 0 && (number < 1 || number > MAXCAMPI)) result = FIELD_NAME_NOT_FOUND;
     if (result != 0) return result;
-    CopyBytes(szCampi[number], sizeof szCampi[number], value, lengths.value);
-    bCampiA[number] = quoted;
+    CopyFewBytes(szCampi[number], sizeof szCampi[number], operand.value, operand.value_length);
+    bCampiA[number] = operand.quoted;
   }
 
   if (!HasFields(iOpCod) || !HasMandatoryField(bObl[iOpCod])) return 0;
@@ -146,85 +141,91 @@ int EcrCmdInterpreter::GetCampi(char* szLinea, int iOpCod, int* iPunt) {
 }
 
 int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa) {
-  OperandLengths lengths;
-  return ReadOperand(szLinea, iPunt, szKey, szVal, bAlfa, &lengths);
+  Operand operand(szVal);
+  const int result = ReadOperand(szLinea, iPunt, &operand);
+  CopyBytes(szKey, MAXSIMBLN + 1, operand.key, operand.key_length);
+  CopyBytes(szVal, MAXVALLN + 1, operand.value, operand.value_length);
+  *bAlfa = operand.quoted;
+  return result;
 }
 
-int EcrCmdInterpreter::ReadOperand(char* szLinea, int* iPunt, char* szKey, char* szVal, bool* bAlfa,
-                                   OperandLengths* lengths) {
-  *bAlfa = false;
-  szKey[0] = 0;
-  szVal[0] = 0;
-  const char* place = PastBlanks(szLinea + *iPunt - 1);
-  if (*place == 0) {
-    *iPunt = static_cast<int>(place - szLinea) + 1;
-    return UNEXPECTED_END_OF_LINE;
+bool EcrCmdInterpreter::Operand::Take(const char* piece, size_t length) {
+  const size_t kept = std::min(length, MAXVALLN - value_length);
+  if (value_length == 0) {
+    value = piece;
+  } else if (kept != 0) {
+    if (value != room) {
+      std::memcpy(room, value, value_length);
+      value = room;
+    }
+    std::memcpy(room + value_length, piece, kept);
   }
-  char* key_end = szKey;
-  char* value_end = szVal;
-  const auto end = [&](int result) {
-    *key_end = 0;
-    *value_end = 0;
-    *iPunt = static_cast<int>(place - szLinea) + 1;
-    return result;
+  value_length += kept;
+  return kept == length;
+}
+
+int EcrCmdInterpreter::ReadOperand(const char* line, int* iPunt, Operand* operand) const {
+  const char* place = PastBlanks(line + *iPunt - 1);
+  const int result = *place == 0 ? UNEXPECTED_END_OF_LINE : ReadKeyAndValue(&place, operand);
+  *iPunt = static_cast<int>(place - line) + 1;
+  if (result != 0) return result;
+  operand->key_length = WithoutBlanksBehind(operand->key, operand->key_length);
+  return operand->quoted ? 0 : ReadBareValue(operand);
+}
+
+// Leaves *place where the next operand begins, or where this one cannot go on.
+int EcrCmdInterpreter::ReadKeyAndValue(const char** place, Operand* operand) const {
+  const char quote = cChQuote;
+  const auto take = [&](const char* piece, const char* end) {
+    const size_t taken_before = operand->value_length;
+    const bool all = operand->Take(piece, static_cast<size_t>(end - piece));
+    *place = all ? end : piece + (operand->value_length - taken_before);
+    return all;
   };
 
-  const char quote = cChQuote;
-  const char* const key_limit = szKey + MAXSIMBLN;
-  const char* const value_limit = szVal + MAXVALLN;
-  bool in_quotes = false;
-  bool seen_equals = false;
-  for (char c; (c = *place) != 0; ++place) {
-    if (c == quote) {
-      if (!seen_equals) return end(ILLEGAL_FIELD_NAME);
-      if (!in_quotes) {
-        if (value_end != szVal || !QuoteFollows(place + 1, quote)) return end(ALFA_VALUE_INVALID);
-        in_quotes = true;
-        *bAlfa = true;
-        continue;
-      }
-      if (place[1] != quote) {
-        in_quotes = false;
-        continue;
-      }
-      if (!QuoteFollows(place + 2, quote)) return end(ALFA_VALUE_INVALID);
-      ++place;
-    } else if (!in_quotes && c == '=') {
-      seen_equals = true;
-      place = PastBlanks(place + 1) - 1;
-      continue;
-    } else if (!in_quotes && c == ',') {
-      place = PastBlanks(place + 1);
-      break;
-    }
-    if (seen_equals) {
-      if (value_end == value_limit) return end(ILLEGAL_VALUE);
-      *value_end++ = c;
-    } else if (key_end != key_limit) {
-      *key_end++ = c;
-    }
-  }
+  operand->key = *place;
+  *place = PastPlain(*place, quote);
+  operand->key_length = std::min(static_cast<size_t>(*place - operand->key), size_t{MAXSIMBLN});
+  if (**place == quote && quote != 0) return ILLEGAL_FIELD_NAME;
 
-  key_end = WithoutBlanksBehind(szKey, key_end);
-  if (!*bAlfa) value_end = WithoutBlanksBehind(szVal, value_end);
-  end(0);
-  lengths->key = static_cast<size_t>(key_end - szKey);
-  lengths->value = static_cast<size_t>(value_end - szVal);
-  return *bAlfa ? 0 : ReadBareValue(szVal, &lengths->value);
+  while (**place == '=' || (**place == quote && quote != 0)) {
+    if (**place != quote) {
+      const char* const begin = PastBlanks(*place + 1);
+      if (!take(begin, PastPlain(begin, quote))) return ILLEGAL_VALUE;
+      continue;
+    }
+    const char* end = std::strchr(*place + 1, quote);
+    if (operand->value_length != 0 || end == nullptr) return ALFA_VALUE_INVALID;
+    operand->quoted = true;
+    // Each piece but the first begins with the second one of two quotes, which stands for both.
+    const char* piece = *place + 1;
+    for (;;) {
+      if (!take(piece, end)) return ILLEGAL_VALUE;
+      if (end[1] != quote) break;
+      piece = end + 1;
+      end = std::strchr(end + 2, quote);
+      if (end == nullptr) return ALFA_VALUE_INVALID;
+    }
+    if (!take(end + 1, PastPlain(end + 1, quote))) return ILLEGAL_VALUE;
+  }
+  if (**place == ',') *place = PastBlanks(*place + 1);
+  return 0;
 }
 
-int EcrCmdInterpreter::ReadBareValue(char* szVal, size_t* length) {
-  if (*length == 0) {
+int EcrCmdInterpreter::ReadBareValue(Operand* operand) const {
+  operand->value_length = WithoutBlanksBehind(operand->value, operand->value_length);
+  if (operand->value_length == 0) {
     // A field named without a value is a true flag.
-    CopyText(szVal, MAXVALLN + 1, "VERO");
-  } else if (lorimatutility::SeNum(szVal)) {
+    operand->value = "VERO";
+    operand->value_length = 4;
     return 0;
-  } else {
-    int symbol = 0;
-    if (!TradSimb(szVal, &symbol)) return LABEL_VALUE_NOT_FOUND;
-    std::snprintf(szVal, MAXVALLN + 1, "%d", symbol);
   }
-  *length = std::strlen(szVal);
+  if (lorimatutility::IsNumber(operand->value, operand->value_length)) return 0;
+  int symbol = 0;
+  if (!FindSymbol(operand->value, operand->value_length, &symbol)) return LABEL_VALUE_NOT_FOUND;
+  std::snprintf(operand->room, MAXVALLN + 1, "%d", symbol);
+  operand->value = operand->room;
+  operand->value_length = std::strlen(operand->room);
   return 0;
 }
 
@@ -252,33 +253,25 @@ int EcrCmdInterpreter::FindField(int iOpCod, const char* szKey, size_t length, i
   }
   if (rows == 0) return FIELD_NAME_NOT_FOUND;
 
-  const auto& names = szKeyI[iOpCod];
   const auto& numbers = iNCI[iOpCod];
-  const auto& candidates = field_indexes_[iOpCod].Candidates(szKey, length);
-  const auto next_match = [&](size_t row, size_t* compared) {
-    do row = FieldIndex::Next(candidates, row + 1);
-    while (row <= rows && !Matches(names[row], szKey, length, compared));
-    return row;
-  };
-
-  size_t longest = 0;
-  size_t row = next_match(0, &longest);
-  if (row > rows) return FIELD_NAME_NOT_FOUND;
-  const int found = numbers[row];
+  FieldIndex::Matches match(field_indexes_[iOpCod], szKey, length);
+  if (!match.Next()) return FIELD_NAME_NOT_FOUND;
+  const int found = numbers[match.row()];
   *iNum = found;
-  if (IsExact(names[row], longest, length)) return 0;
+  if (match.exact()) return 0;
 
-  // Rows of the same number are aliases and never conflict.
-  size_t compared = 0;
-  do row = next_match(row, &compared);
-  while (row <= rows && (compared < longest || numbers[row] == found));
-  if (row > rows) return 0;
-  if (IsExact(names[row], compared, length)) {
-    *iNum = numbers[row];
-    return 0;
+  const size_t longest = match.compared();
+  while (match.Next()) {
+    // Rows of the same number are aliases and never conflict.
+    if (match.compared() < longest || numbers[match.row()] == found) continue;
+    if (match.exact()) {
+      *iNum = numbers[match.row()];
+      return 0;
+    }
+    *iNum = 0;
+    return FIELD_NAME_NOT_UNIC;
   }
-  *iNum = 0;
-  return FIELD_NAME_NOT_UNIC;
+  return 0;
 }
 
 int EcrCmdInterpreter::GetEMOper(char* szLinea, int* iPunt, char* szVal, bool* bAlfa) {
@@ -327,7 +320,10 @@ int EcrCmdInterpreter::GetEMOper(char* szLinea, int* iPunt, char* szVal, bool* b
 bool EcrCmdInterpreter::TradSimb(char* szIn, int* iVal) {
   int length = 0;
   const char* word = lorimatutility::TogliSpaziP(szIn, &length);
-  const size_t size = static_cast<size_t>(length);
+  return FindSymbol(word, static_cast<size_t>(length), iVal);
+}
+
+bool EcrCmdInterpreter::FindSymbol(const char* word, size_t size, int* iVal) const {
   for (int row = 1; row <= iTotSimb && row < MAXSIMB; ++row) {
     if (std::strlen(szSimb[row]) == size && std::memcmp(szSimb[row], word, size) == 0) {
       *iVal = iVSimb[row];

@@ -54,10 +54,13 @@ void EcrCmdInterpreter::SetStringErr(char* szEsito, long lErrCode) {
       TStato.iFlgINFO = 0;
       szInfo[0] = 0;
     } else {
-      szEsito[0] = 0;
-      AppendRow(szEsito, kErrorTextSize, TabIntMsg[SMSG_OK]);
-      AppendRow(szEsito, kErrorTextSize, Stat.szMsgOK);
-      Stat.szMsgOK[0] = 0;
+      BufferWriter text(szEsito, kErrorTextSize);
+      text.Move(TabIntMsg[SMSG_OK], RowLength(TabIntMsg[SMSG_OK], sizeof TabIntMsg[SMSG_OK]));
+      if (Stat.szMsgOK[0] != 0) {
+        text.Move(Stat.szMsgOK, RowLength(Stat.szMsgOK, sizeof Stat.szMsgOK));
+        Stat.szMsgOK[0] = 0;
+      }
+      text.Close();
       if (TStato.iFlgEMCmd) {
         AppendFormat(szEsito, kErrorTextSize, "(%ld Lines   %u msec)", Stat.lEMTotLines,
                      Stat.dwEMTotTime);

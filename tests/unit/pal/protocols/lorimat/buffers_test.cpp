@@ -29,6 +29,24 @@ TEST(Buffers, WhatIsCopiedIsCutAndClosed) {
   EXPECT_EQ(buffer.bytes(), std::string("uvw\0!", 5));
 }
 
+// Of every length, to every size and from every place of the same buffer.
+TEST(Buffers, FewBytesAreCopiedAsAnyBytes) {
+  constexpr size_t kLongest = 20;
+  constexpr size_t kRoom = 2 * kLongest + 3;
+  for (size_t length = 0; length <= kLongest; ++length) {
+    for (size_t size = 0; size <= kLongest + 2; ++size) {
+      for (size_t from = 0; from <= kLongest; ++from) {
+        std::string expected(kRoom, ' ');
+        for (size_t i = 0; i < kRoom; ++i) expected[i] = static_cast<char>('0' + i);
+        std::string copied = expected;
+        CopyBytes(expected.data(), size, expected.data() + from, length);
+        CopyFewBytes(copied.data(), size, copied.data() + from, length);
+        ASSERT_EQ(copied, expected) << length << " bytes to " << size << " from " << from;
+      }
+    }
+  }
+}
+
 TEST(Buffers, NothingIsAppendedToABufferWithoutAnEnd) {
   Guarded buffer;
   AppendText(buffer.text, 4, "xyz");
