@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "console/check/batch_check.h"
-#include "console/check/code_table.h"
 #include "console/check/definition_check.h"
 #include "console/check/definition_fault.h"
 #include "console/check/number_reading.h"
@@ -23,6 +22,7 @@
 #include "console/terminal/line_encoding.h"
 #include "console/terminal/shell_text.h"
 #include "fuzz/scratch.h"
+#include "language/code_table.h"
 #include "register/fault/faults.h"
 #include "register/paper/barcode.h"
 #include "register/paper/paper.h"
@@ -149,7 +149,7 @@ void Codes(const Input& input) {
   WriteBytes("errors.txt", input.text);
   ReadBatchErrors("errors.txt");
   const int code = input.choice * 131 + static_cast<int>(input.text.size());
-  ReadCode(code);
+  language::ReadCode(code);
   CausesText(code, 60);
 }
 

@@ -13,7 +13,6 @@
 #include <string_view>
 #include <vector>
 
-#include "console/check/code_table.h"
 #include "console/command/subcommand.h"
 #include "console/host/answer_text.h"
 #include "console/message/failure.h"
@@ -23,6 +22,7 @@
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"
+#include "language/code_table.h"
 
 namespace lorimat::console {
 namespace {
@@ -104,9 +104,9 @@ struct Explanation {
   int code = 0;
   int class_shown = 0;
   int index = 0;
-  std::vector<CodeClass> classes;  // one for each bit that is a class
+  std::vector<language::CodeClass> classes;  // one for each bit that is a class
   std::string text;
-  std::vector<CodeReading> readings;
+  std::vector<language::CodeReading> readings;
 };
 
 Explanation Explain(int code, MessageTexts& texts) {
@@ -116,12 +116,12 @@ Explanation Explain(int code, MessageTexts& texts) {
   explanation.index = code & kCodeIndexMask;
   // A negative code is no sum of bits.
   if (code > 0) {
-    for (const CodeClass& one : CodeClasses()) {
+    for (const language::CodeClass& one : language::CodeClasses()) {
       const bool has = one.bit == 0 ? (code & kCodeClassMask) == 0 : (code & one.bit) != 0;
       if (has) explanation.classes.push_back(one);
     }
   }
-  explanation.readings = ReadCode(code);
+  explanation.readings = language::ReadCode(code);
   // The inner signs are answered as if they were success.
   const bool inner = code == -1 || code == -2;
   if (!inner) explanation.text = texts.Answer(code);
@@ -145,29 +145,29 @@ std::string Wrapped(std::string_view text) {
   return Flowed(text, indent, indent, kWrapAt);
 }
 
-std::string Origin(const CodeReading& reading) {
+std::string Origin(const language::CodeReading& reading) {
   const int begin = reading.chain.front();
   switch (reading.kind) {
-    case CodeReading::kSuccess:
+    case language::CodeReading::kSuccess:
       return Tr("success");
-    case CodeReading::kInternal:
+    case language::CodeReading::kInternal:
       return Tr("outside the scheme of classes");
-    case CodeReading::kOwn:
+    case language::CodeReading::kOwn:
       return reading.given ? Tr("given by the library") : Tr("not given by this library");
-    case CodeReading::kOwnAgain:
+    case language::CodeReading::kOwnAgain:
       return Tr("the library's own code {}, then taken for a result of the device client", begin);
-    case CodeReading::kUnreachable:
+    case language::CodeReading::kUnreachable:
       return Tr("no answer of the device client (-1)");
-    case CodeReading::kClient:
+    case language::CodeReading::kClient:
       return Tr("result {} of the device client, {}", begin, reading.name);
-    case CodeReading::kUnnamedClient:
+    case language::CodeReading::kUnnamedClient:
       return Tr("result {} of the device client", begin);
   }
   return {};
 }
 
-std::string Passes(const CodeReading& reading) {
-  if (reading.chain.size() < 2 || reading.kind == CodeReading::kOwnAgain) return {};
+std::string Passes(const language::CodeReading& reading) {
+  if (reading.chain.size() < 2 || reading.kind == language::CodeReading::kOwnAgain) return {};
   if (reading.chain.size() > 2) {
     return Tr("passed twice: {}", fmt::join(reading.chain, " -> "));
   }
@@ -193,7 +193,7 @@ std::string AsText(const Explanation& explanation, bool colours) {
   if (!explanation.text.empty()) {
     out += Entry(Tr("Text"), fmt::format("\"{}\"", Shown(explanation.text)), colours);
   }
-  for (const CodeClass& one : explanation.classes) {
+  for (const language::CodeClass& one : explanation.classes) {
     out += Entry(Tr("Class"), Wrapped(fmt::format("{}: {}", one.shown, Translated(one.what))),
                  colours);
   }
@@ -202,7 +202,7 @@ std::string AsText(const Explanation& explanation, bool colours) {
         Tr("Bits of several classes: no table of texts belongs to them, so the answer ends behind "
            "the numbers."));
   }
-  for (const CodeReading& reading : explanation.readings) {
+  for (const language::CodeReading& reading : explanation.readings) {
     out += Entry(Tr("From"), Wrapped(Origin(reading)), colours);
     const std::string passed = Passes(reading);
     if (!passed.empty()) out += Continuation(passed);
@@ -218,21 +218,21 @@ std::string AsText(const Explanation& explanation, bool colours) {
 
 // --- As JSON.
 
-const char* KindName(CodeReading::Kind kind) {
+const char* KindName(language::CodeReading::Kind kind) {
   switch (kind) {
-    case CodeReading::kSuccess:
+    case language::CodeReading::kSuccess:
       return "success";
-    case CodeReading::kInternal:
+    case language::CodeReading::kInternal:
       return "internal";
-    case CodeReading::kOwn:
+    case language::CodeReading::kOwn:
       return "library";
-    case CodeReading::kOwnAgain:
+    case language::CodeReading::kOwnAgain:
       return "library-as-client";
-    case CodeReading::kUnreachable:
+    case language::CodeReading::kUnreachable:
       return "no-client";
-    case CodeReading::kClient:
+    case language::CodeReading::kClient:
       return "client";
-    case CodeReading::kUnnamedClient:
+    case language::CodeReading::kUnnamedClient:
       return "client-unnamed";
   }
   return "";
@@ -240,11 +240,11 @@ const char* KindName(CodeReading::Kind kind) {
 
 Json AsJson(const Explanation& explanation) {
   Json classes = Json::array();
-  for (const CodeClass& one : explanation.classes) {
+  for (const language::CodeClass& one : explanation.classes) {
     classes.push_back({{"class", one.shown}, {"means", one.what}});
   }
   Json readings = Json::array();
-  for (const CodeReading& reading : explanation.readings) {
+  for (const language::CodeReading& reading : explanation.readings) {
     Json one = {{"kind", KindName(reading.kind)},
                 {"chain", reading.chain},
                 {"given", reading.given},

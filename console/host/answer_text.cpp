@@ -6,7 +6,7 @@
 #include <limits>
 #include <string_view>
 
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 #include "pal/protocols/lorimat/ascii.h"
 
 namespace lorimat::console {
@@ -115,7 +115,7 @@ std::vector<int> CodesInAnswer(const std::string& text, MessageTexts& texts) {
     if (IsEndOf(Lowered(texts.Answer(code)), answer)) codes.push_back(code);
   };
   try_code(0);
-  for (const OwnCode& own : OwnCodes()) try_code(own.code);
+  for (const language::OwnCode& own : language::OwnCodes()) try_code(own.code);
   return codes;
 }
 

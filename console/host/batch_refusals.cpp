@@ -1,7 +1,7 @@
 #include "console/host/batch_refusals.h"
 
-#include "console/check/code_table.h"
 #include "console/host/failure_report.h"
+#include "language/code_table.h"
 
 namespace lorimat::console {
 
@@ -17,7 +17,7 @@ void BatchRefusals::Note() {
 const lorimat::Refusal* BatchRefusals::Find(long code, uint64_t place, uint64_t lines) const {
   const Kind* found = nullptr;
   for (const auto& [result, kind] : kinds_) {
-    if (!ComesFrom(code, result)) continue;
+    if (!language::ComesFrom(code, result)) continue;
     if (found != nullptr) return nullptr;
     found = &kind;
   }

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "console/check/code_table.h"
 #include "console/check/finding.h"
 #include "console/check/password_mask.h"
 #include "console/host/answer_causes.h"
@@ -19,6 +18,7 @@
 #include "console/terminal/notices.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/styles.h"
+#include "language/code_table.h"
 
 namespace lorimat::console {
 namespace {
@@ -34,7 +34,7 @@ std::string BareLine(std::string_view text) {
 std::string Meaning(long code) {
   if (code == kNotRun) return Tr("The line was not run.");
   if (code < std::numeric_limits<int>::min() || code > std::numeric_limits<int>::max()) return {};
-  const std::vector<CodeReading> readings = ReadCode(static_cast<int>(code));
+  const std::vector<language::CodeReading> readings = language::ReadCode(static_cast<int>(code));
   return readings.empty() ? std::string() : std::string(Translated(readings.front().cause));
 }
 

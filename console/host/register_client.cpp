@@ -8,7 +8,6 @@
 #include <optional>
 #include <utility>
 
-#include "console/check/code_table.h"
 #include "console/host/clock_text.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -18,6 +17,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/notices.h"
+#include "language/code_table.h"
 #include "register/client/virtual_register.h"
 #include "register/paper/picture.h"
 #include "rpccommon/services/rtfconst.h"
@@ -149,7 +149,7 @@ int RegisterClient::ResultOf(const lorimat::Refusal& refusal) {
 std::string RegisterClient::Reason(const lorimat::Refusal& refusal, long code) const {
   // A line may go on behind a refusal, and fail for something else.
   const int result = ResultOf(refusal);
-  if (result == RTF_SUCCESS || !ComesFrom(code, result)) return {};
+  if (result == RTF_SUCCESS || !language::ComesFrom(code, result)) return {};
   if (refusal.cause == lorimat::RefusalCause::kNotKept && !last_failure().empty()) {
     return Tr("The register could not store it, and nothing was changed: {}.", last_failure());
   }

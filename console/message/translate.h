@@ -15,10 +15,9 @@
 #include <string_view>
 #include <utility>
 
-namespace lorimat::console {
+#include "language/message_text.h"
 
-// Marks a text that reaches Translated() by way of a variable or a table.
-#define TR_TEXT(text) text
+namespace lorimat::console {
 
 // The language of messages now, as "it"; empty for English: the user has no other that there is a
 // catalog of, or an EnglishMessages lives.

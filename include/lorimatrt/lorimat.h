@@ -1,6 +1,6 @@
-/* The C face of liblorimatrt: a device client made of C functions. C99
- * and C++. The library is liblorimat-c; the nineteen functions that run lines are those
- * of liblorimatrt itself (lorimatrt.h).
+/* The C face of liblorimatrt: a device client made of C functions, and the
+ * explanations of result codes. C99 and C++. The library is liblorimat-c; the nineteen functions
+ * that run lines are those of liblorimatrt itself (lorimatrt.h).
  *
  *   static int open_drawer(void* user_data) { ... return RTF_SUCCESS; }
  *   ...
@@ -112,6 +112,15 @@ LORIMAT_C_API void lorimat_client_guard(lorimat_client* client, bool on);
  * gets the operation's name ("OpenDrawer"), which stays for good; null when there was no fault.
  * Between operations. */
 LORIMAT_C_API int lorimat_client_take_fault(lorimat_client* client, const char** operation);
+
+/* --- Result codes in words */
+
+/* What a code of EcrCmd means, a line each for its class and for each way in which it comes about,
+ * as the console tells of a line that failed. `language` is "en" or "it", or begins so
+ * ("it_IT.UTF-8"); null is English. UTF-8; empty for a number that is no result code. Null for a
+ * language that there is not (LORIMAT_BAD_VALUE in lorimat_error's words), or without memory. The
+ * text is the library's, at most 4095 bytes, and stays until this thread's next call. */
+LORIMAT_C_API const char* lorimat_explain(long code, const char* language);
 
 #ifdef __cplusplus
 }

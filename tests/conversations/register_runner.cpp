@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 #include "player.h"
 #include "register/client/virtual_register.h"
 #include "register_list.h"
@@ -95,8 +95,7 @@ Conversation SetUpScript(const std::vector<std::string>& lines) {
 }
 
 bool IsCode(long code) {
-  return code == static_cast<int>(code) &&
-         !lorimat::console::ReadCode(static_cast<int>(code)).empty();
+  return code == static_cast<int>(code) && !language::ReadCode(static_cast<int>(code)).empty();
 }
 
 class RegisterPlayer {

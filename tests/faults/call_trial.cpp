@@ -5,7 +5,7 @@
 #include <map>
 #include <string_view>
 
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 
 namespace lorimat {
 namespace {
@@ -19,8 +19,8 @@ using conversation::SweepRule;
 
 bool IsCode(long code) {
   if (code != static_cast<int>(code)) return false;
-  const auto readings = console::ReadCode(static_cast<int>(code));
-  return !readings.empty() && readings[0].kind != console::CodeReading::kInternal;
+  const auto readings = language::ReadCode(static_cast<int>(code));
+  return !readings.empty() && readings[0].kind != language::CodeReading::kInternal;
 }
 
 bool IsBatch(const Step& step) { return step.text.find_first_not_of(" \t") == step.text.find('@'); }

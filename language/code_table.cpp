@@ -1,14 +1,14 @@
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 
 #include <algorithm>
 #include <array>
 
-#include "console/message/translate.h"
+#include "language/message_text.h"
 #include "pal/protocols/lorimat/front/messages.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
-namespace lorimat::console {
+namespace language {
 namespace {
 
 constexpr int kClientSplit = 200;  // results from here on are extended ones
@@ -356,4 +356,4 @@ std::vector<CodeReading> ReadCode(int code) {
   return readings;
 }
 
-}  // namespace lorimat::console
+}  // namespace language

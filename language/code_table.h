@@ -1,13 +1,13 @@
 // What result codes mean: the classes, the codes that the library gives of itself, and the results
 // of a device client. The texts of the answers are not here: they come from the library. What
-// causes a code is in English here; translated() has the user's.
+// causes a code is in English here; the catalogs of po/ have it in other languages.
 #pragma once
 
 #include <span>
 #include <string>
 #include <vector>
 
-namespace lorimat::console {
+namespace language {
 
 // A class of messages: one bit of a result code.
 struct CodeClass {
@@ -61,4 +61,4 @@ bool ComesFrom(long code, int result);
 // Every way that is known, the likelier one first; none for a number that is no result code.
 std::vector<CodeReading> ReadCode(int code);
 
-}  // namespace lorimat::console
+}  // namespace language

@@ -1,6 +1,6 @@
 // How a result code comes about: what one pass and two make of a client's result, and what cannot
 // be.
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,13 +45,13 @@ const Case kUnnamed[] = {
 TEST(CodeTable, AClientResultWithoutANameIsWhatThePassesCanHaveMadeOfIt) {
   for (const Case& row : kUnnamed) {
     SCOPED_TRACE(row.code);
-    const std::vector<CodeReading> readings = ReadCode(row.code);
+    const std::vector<language::CodeReading> readings = language::ReadCode(row.code);
     if (row.chain.empty()) {
       EXPECT_THAT(readings, IsEmpty());
       continue;
     }
     ASSERT_THAT(readings, SizeIs(1));
-    EXPECT_EQ(readings[0].kind, CodeReading::kUnnamedClient);
+    EXPECT_EQ(readings[0].kind, language::CodeReading::kUnnamedClient);
     EXPECT_EQ(readings[0].chain, row.chain);
     EXPECT_EQ(readings[0].once_or_more, row.once_or_more);
     EXPECT_THAT(readings[0].name, IsEmpty());
@@ -59,16 +59,16 @@ TEST(CodeTable, AClientResultWithoutANameIsWhatThePassesCanHaveMadeOfIt) {
 }
 
 TEST(CodeTable, AResultLeadsToWhatOnePassOrTwoMakeOfIt) {
-  EXPECT_TRUE(ComesFrom(619, 107));
-  EXPECT_TRUE(ComesFrom(1643, 107));
-  EXPECT_FALSE(ComesFrom(107, 107));
-  EXPECT_TRUE(ComesFrom(512, -1));
-  EXPECT_TRUE(ComesFrom(0, 0));
-  EXPECT_FALSE(ComesFrom(512, 0));
+  EXPECT_TRUE(language::ComesFrom(619, 107));
+  EXPECT_TRUE(language::ComesFrom(1643, 107));
+  EXPECT_FALSE(language::ComesFrom(107, 107));
+  EXPECT_TRUE(language::ComesFrom(512, -1));
+  EXPECT_TRUE(language::ComesFrom(0, 0));
+  EXPECT_FALSE(language::ComesFrom(512, 0));
   // Wider than any code, with the same lower bits.
   if (sizeof(long) > sizeof(int)) {
-    EXPECT_FALSE(
-        ComesFrom(619 + 2 * (static_cast<long>(std::numeric_limits<int>::max()) + 1), 107));
+    EXPECT_FALSE(language::ComesFrom(
+        619 + 2 * (static_cast<long>(std::numeric_limits<int>::max()) + 1), 107));
   }
 }
 
