@@ -327,20 +327,23 @@ def decisions(steps):
     return found
 
 
+ITEMS = re.compile(r"^[GS]et(Data|DataInternal|\w+Property)$")
+
+
 def folded(names):
     """A sequence of labels with what is repeated said once."""
     merged = []
     for name in names:
         head, _, inside = name.partition("(")
         last = merged[-1] if merged else None
-        if last and last[0] == head and inside != ")":
+        if last and last[0] == head and (name == last[3] or ITEMS.search(head)):
             if inside not in last[1]:
                 last[1].append(inside)
             last[2] = True
         else:
-            merged.append([head, [inside], False])
+            merged.append([head, [inside], False, name])
     texts = []
-    for head, insides, more in merged:
+    for head, insides, more, _ in merged:
         items = [inside[:-1] for inside in insides if inside]
         if len(items) > 6:
             items = items[:2] + ["..."] + items[-1:]
