@@ -70,6 +70,9 @@ constexpr FailureSentence kSentences[] = {
     {Cause::kLogUntidy,
      TR_TEXT(
          "its log cannot be put in order after a failure, and nothing more is stored until it is")},
+    {Cause::kNotOnDisk,
+     TR_TEXT("the disk did not take what was transferred last, and a cut of the power may take it "
+             "away: transfer it again")},
     {Cause::kGone, TR_TEXT("was removed, moved or replaced while the register worked on it")},
     {Cause::kLogGone,
      TR_TEXT("its log was removed, moved or replaced while the register worked on it")},

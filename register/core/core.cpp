@@ -1,6 +1,7 @@
 #include "register/core/core.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <type_traits>
 #include <utility>
 
@@ -16,6 +17,14 @@ namespace {
 // The roll keeps so many lines; it is cut when it has grown by some more.
 constexpr size_t kRollLines = 20000;
 constexpr size_t kRollSpare = 2000;
+
+// Whether anything is programmed that is none of these.
+bool Changes(const Tables& tables, std::initializer_list<Tables::Part> others) {
+  return std::any_of(tables.changes().begin(), tables.changes().end(),
+                     [others](const Tables::Change& change) {
+                       return std::find(others.begin(), others.end(), change.part) == others.end();
+                     });
+}
 
 // A new register is made in a unit of work that the core commits when all of it is there.
 Tables OpenTables(Database& database, RegisterSettings settings) {
@@ -68,6 +77,8 @@ void RegisterCore::Mark() {
 }
 
 void RegisterCore::Keep(bool behind) {
+  // The rows of a transfer are waited for at its end, all at once.
+  if (kept_.session.article_transfer && !session.article_transfer) database.WaitForDisk();
   if (state == PrinterState::kMonitor) {
     document.begun = {};
   } else if (document.begun.tm_mday == 0) {
@@ -79,20 +90,22 @@ void RegisterCore::Keep(bool behind) {
   const bool printed = paper.lines().size() != kept_paper_.lines;
   // Not by answer_due, which is set below.
   const bool set = SettingsDiffer(*this, kept_) || ChainedSettingsChange(tables);
-  const bool programmed =
-      std::any_of(tables.changes().begin(), tables.changes().end(),
-                  [](const Tables::Change& change) { return change.part != Tables::Part::kNotes; });
+  const bool programmed = Changes(tables, {Tables::Part::kNotes});
+  const bool row = session.article_transfer &&
+                   !Changes(tables, {Tables::Part::kNotes, Tables::Part::kArticle});
   size_t torn_off = 0;
   if (open_moved || printed || set || programmed || store.Changed() || database.in_unit()) {
     // Of what is printed and not registered nothing is lost that counts.
-    const bool fiscal = set || programmed || store.Changed() || document.id != 0;
+    const bool fiscal = set || (programmed && !row) || store.Changed() || document.id != 0;
     if (!database.in_unit()) database.Begin(fiscal);
+    if (programmed && !fiscal) database.OweWaiting();
     // A document that was held and ends now has been registered before.
     const bool ended = replaced_ && replaced_->id != 0;
     answer_due = store.Registered() || ended  ? AnswerDue::kDocument
                  : store.ClosedDay()          ? AnswerDue::kClosure
-                 : behind || unanswered_left_ ? kept_.answer_due
-                                              : AnswerDue::kNone;
+                 : behind || unanswered_left_ || state != PrinterState::kMonitor
+                     ? kept_.answer_due
+                     : AnswerDue::kNone;
     const bool chained = ChainedTablesChange(tables);
     const ProgrammedTexts before = ProgrammedValues(database, set, chained);
     if (programmed) StoreTables(database, tables);

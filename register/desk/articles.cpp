@@ -96,26 +96,29 @@ int ArticleLink::Download(int selector, int index, std::string* row) {
   if (selector < 0 || (selector & 0xFF) != kArticleTable) return NoTable(selector);
   const int selection = (selector >> 8) & 0xFF;
   const std::vector<Article>& articles = core_.tables.settings().articles;
-  const auto chosen = [selection](const Article& article) {
-    return selection == 0 || selection == kEveryArticle || article.department == selection;
+  const bool every = selection == 0 || selection == kEveryArticle;
+  const auto chosen = [every, selection](const Article& article) {
+    return every || article.department == selection;
   };
   size_t at = 0;
-  int skip = 0;  // chosen articles to pass over from there
+  size_t skip = 0;  // chosen articles to pass over from there
   const int kind = selector >> 16;
   switch (kind) {
     case RowType::kRow:
       if (index < 0) {
         return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTableRow, {index});
       }
-      skip = index;
+      // A whole table is not counted through for each of its rows.
+      (every ? at : skip) = static_cast<size_t>(index);
       break;
     case RowType::kFirst:
       transfer_.started = false;
       break;
     case RowType::kLast:
-      skip = -1;
-      for (const Article& article : articles) skip += chosen(article) ? 1 : 0;
-      if (skip < 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
+      at = articles.size();
+      while (at > 0 && !chosen(articles[at - 1])) --at;
+      if (at == 0) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
+      --at;
       break;
     case RowType::kNextRow:
       if (!transfer_.started) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
@@ -142,11 +145,13 @@ int ArticleLink::Upload(int table, int step, std::string_view row) {
   switch (step) {
     case kOpen:
       if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-      transfer_.open = true;
+      core_.session.article_transfer = true;
       return RTF_SUCCESS;
     case kRow: {
       if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
-      if (!transfer_.open) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
+      if (!core_.session.article_transfer) {
+        return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
+      }
       Article article;
       if (!ParseArticleRow(row, &article)) {
         return Refuse(RTF_E_ILLEGAL, RefusalCause::kArticleRow, {}, row);
@@ -154,8 +159,10 @@ int ArticleLink::Upload(int table, int step, std::string_view row) {
       return core_.tables.SetArticle(std::move(article));
     }
     case kClose:
-      if (!transfer_.open) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
-      transfer_.open = false;
+      if (!core_.session.article_transfer) {
+        return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kUploadNotBegun);
+      }
+      core_.session.article_transfer = false;
       return RTF_SUCCESS;
     default:
       return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kNotOneOf, Subject::kTableRow, {step});

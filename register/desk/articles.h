@@ -21,9 +21,8 @@ class ArticleLink {
   // The longest row that the device gives out; with its NUL it fits a buffer of 401.
   static constexpr size_t kRowSize = 400;
 
-  // How far a transfer has come.
+  // How far a download has come. Whether an upload is open: HostSession::article_transfer.
   struct Transfer {
-    bool open = false;
     size_t next = 0;       // where kNextRow goes on
     bool started = false;  // kFirst has been asked for
   };
@@ -40,7 +39,8 @@ class ArticleLink {
   // RTF_E_NOEXIST behind the last row.
   int Download(int selector, int index, std::string* row);
   // step 0 opens the transfer, 1 carries a row, 2 closes it. A row outside of a transfer answers
-  // RTF_EFPTR_WRONG_STATE, one that is no row RTF_E_ILLEGAL.
+  // RTF_EFPTR_WRONG_STATE, one that is no row RTF_E_ILLEGAL. The disk is waited for at the closing,
+  // for all rows at once (RegisterCore::Keep).
   int Upload(int table, int step, std::string_view row);
   // Empties the table. 257 names the articles as 1 does: a host says so when it has fetched
   // them.

@@ -81,10 +81,12 @@ struct HostSession {
   std::shared_ptr<const std::vector<std::string>> buffered;  // the last one; null for none
   int item_list_vat = 0;                                     // of the open item list
   std::string health;                                        // what the last test found
+  bool article_transfer = false;                             // articles are on their way
 };
 
 // Whether the last unit of work registered something: then the file says so until another is
-// stored, or until the register is switched off in order.
+// stored, or until the register is switched off in order. A document that is begun behind it shows
+// that something was, so that nothing is written for it before it ends.
 enum class AnswerDue { kNone, kDocument, kClosure };
 
 // What an operation may change in memory, beside the receipt, the tables, the paper and the

@@ -164,6 +164,14 @@ class Database {
   // True as far as it comes back: the unit stands. When it throws, nothing of it does, now and at
   // the next start, but for what `doubtful` tells.
   void Commit();
+  // The unit of work that is under way, which is not durable, will have to be waited for with
+  // others like it: by WaitForDisk, or by the next durable one.
+  void OweWaiting() noexcept { owes_ = true; }
+  // Waits for the disk to have all units that this is owed to. When it fails, or something did on
+  // the way, the computer's going down may take them along: this throws, and so does the next
+  // Begin, once, for whoever did not hear of it. Nothing else is stored before the log they stand
+  // in has been taken over into the file.
+  void WaitForDisk();
   // Needs no memory.
   void Rollback() noexcept;
   // A unit failed, and its remains in the log could not be made unreadable: a later start may find
@@ -220,6 +228,7 @@ class Database {
   int FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
+  [[noreturn]] void TellNotOnDisk();
   int64_t Value(SqlLiteral sql);
   void PrepareUnits();
   void DropStatements() noexcept;
@@ -227,10 +236,13 @@ class Database {
   void RequireOwn();
   [[noreturn]] void FailOvertaken() const;
   void FollowLog();
+  void Hold();
+  void LetGo() noexcept;
   bool Step(const StatementHandle& statement, int* code) noexcept;
   void RefuseGone() const;
   bool DropRemains() noexcept;
   void TakeOverLongLog() noexcept;
+  void NoteWait(int code) noexcept;
   bool CountFrames() noexcept;
   sqlite3_file* Log() const noexcept;
 
@@ -248,6 +260,10 @@ class Database {
   };
   static FileMark MarkOf(const std::string& file) noexcept;
   static bool HasGone(const char* name, const FileMark& mark) noexcept;
+
+  // Milliseconds. Others hold the locks of a log for moments: the first to open it for as long as
+  // it takes to read it.
+  static constexpr int kPatience = 5000;
 
   std::string file_;
   std::string open_name_;  // what SQLite takes for the file, and for nothing else
@@ -269,7 +285,10 @@ class Database {
   bool in_moment_ = false;
   bool durable_ = true;
   bool doubtful_ = false;
-  bool overtaken_ = false;  // another program has written the file
+  bool owes_ = false;         // the unit under way, see OweWaiting
+  bool owed_ = false;         // units that stand
+  bool not_on_disk_ = false;  // a wait for those failed, and Begin has not told yet
+  bool overtaken_ = false;    // another program has written the file
   // The log as far as it holds what stands: its generation, which its head names, and the frames.
   struct LogEnd {
     std::array<unsigned char, 8> generation = {};
@@ -279,7 +298,11 @@ class Database {
   bool committed_ = false;   // since the COMMIT began
   bool taken_back_ = false;  // since the COMMIT began
   LogEnd log_end_;
-  int64_t taken_over_ = 0;  // so many frames the log had when it was last taken over
+  // A reading goes on from unit to unit: to begin one anew takes locks. While it does, the log
+  // does not begin anew behind a unit that is in it.
+  bool held_ = false;
+  bool generation_known_ = false;  // of the log, since it is held
+  int64_t taken_over_ = 0;         // so many frames the log had when it was last taken over
   std::unique_ptr<sqlite3, DatabaseCloser> handle_;
   // Until the first unit of work stands in it, or somebody else has it. It goes ahead of the
   // handle, whose lock keeps others out of it.
@@ -290,6 +313,7 @@ class Database {
   StatementHandle commit_;
   StatementHandle rollback_;
   StatementHandle data_version_;
+  StatementHandle hold_;
   IdleStatements idle_;
 };
 

@@ -27,10 +27,6 @@ constexpr size_t kUserVersionAt = 60;
 constexpr size_t kApplicationIdAt = 68;
 constexpr size_t kValidForAt = 92;
 
-// Milliseconds. Others hold the locks of a log for moments: the first to open it for as long as it
-// takes to read it.
-constexpr int kPatience = 5000;
-
 bool HasContent(const char* file) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
@@ -82,7 +78,7 @@ Database::~Database() {
 void Database::Abandon() noexcept {
   for (auto& [sql, statement] : idle_) static_cast<void>(statement.release());
   for (StatementHandle* statement :
-       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_}) {
+       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_, &hold_}) {
     static_cast<void>(statement->release());
   }
   made_.Keep();
@@ -92,6 +88,7 @@ void Database::Abandon() noexcept {
 // Takes the log over into the file, which has everything then, also while somebody goes on reading
 // it. Those who read just now are not waited for.
 void Database::EmptyLog() noexcept {
+  LetGo();
   sqlite3_busy_timeout(handle_.get(), 0);
   sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
 }

@@ -61,15 +61,17 @@ void Database::PrepareUnits() {
   commit_ = prepare("COMMIT");
   rollback_ = prepare("ROLLBACK");
   data_version_ = prepare("PRAGMA data_version");
+  hold_ = prepare("SELECT 1 FROM sqlite_schema");
   sqlite3_rollback_hook(
       handle_.get(), [](void* self) { static_cast<Database*>(self)->taken_back_ = true; }, this);
 }
 
 // SQLite closes no connection that has some left.
 void Database::DropStatements() noexcept {
+  LetGo();
   idle_.clear();
   for (StatementHandle* statement :
-       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_}) {
+       {&begin_moment_, &begin_, &commit_, &rollback_, &data_version_, &hold_}) {
     statement->reset();
   }
 }
@@ -111,15 +113,39 @@ void Database::FollowLog() {
       [](void* self, sqlite3*, const char*, int frames) {
         auto* database = static_cast<Database*>(self);
         database->committed_ = true;
-        LogHead head;
-        sqlite3_file* const log = database->Log();
-        const bool known = log != nullptr && ReadHead(log, &head);
-        if (known) CopyGeneration(head, &database->log_end_.generation);
-        database->log_end_.frames = known ? frames : -1;
+        if (!database->generation_known_) {
+          LogHead head;
+          sqlite3_file* const log = database->Log();
+          const bool known = log != nullptr && ReadHead(log, &head);
+          if (known) CopyGeneration(head, &database->log_end_.generation);
+          database->log_end_.frames = known ? frames : -1;
+          database->generation_known_ = known && database->held_;
+        } else {
+          database->log_end_.frames = frames;
+        }
         return SQLITE_OK;
       },
       this);
   static_cast<void>(CountFrames());
+}
+
+// Within a unit, which reads already. A new file has nothing to be read.
+void Database::Hold() {
+  if (!logged_ || held_) return;
+  const int code = sqlite3_step(hold_.get());
+  held_ = code == SQLITE_ROW;
+  if (held_) return;
+  sqlite3_reset(hold_.get());
+  if (code == SQLITE_DONE) return;
+  // Without memory SQLite has given the unit up.
+  Rollback();
+  FailWith(code);
+}
+
+// Ahead of all that needs the log for itself, or another state than the one that is read.
+void Database::LetGo() noexcept {
+  if (held_) sqlite3_reset(hold_.get());
+  held_ = generation_known_ = false;
 }
 
 sqlite3_file* Database::Log() const noexcept {
@@ -130,6 +156,7 @@ sqlite3_file* Database::Log() const noexcept {
 
 // How many frames stand, by a checkpoint, outside of a unit. False when it cannot be found out.
 bool Database::CountFrames() noexcept {
+  LetGo();
   int frames = -1;
   const int code =
       sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, &frames, nullptr);
@@ -211,12 +238,21 @@ void Database::Begin(bool durable) {
       Fail(FailureCause::kLogUntidy);
     }
   }
+  if (not_on_disk_) TellNotOnDisk();
   SetDurable(durable);
   int code = SQLITE_OK;
-  if (!Step(begin_, &code)) FailWith(code);
+  bool begun = Step(begin_, &code);
+  if (!begun && code == SQLITE_BUSY_SNAPSHOT) {
+    // Somebody has written behind what is read.
+    LetGo();
+    begun = Step(begin_, &code);
+  }
+  if (!begun) FailWith(code);
   RequireOwn();
   in_unit_ = true;
+  owes_ = false;
   version_before_ = version_;
+  Hold();
 }
 
 void Database::Commit() {
@@ -230,11 +266,14 @@ void Database::Commit() {
   // A unit that changed no page is none for the log.
   if (stands || done) {
     in_unit_ = false;
+    // A durable one has waited for all of the log.
+    owed_ = logged_ && (owes_ || (owed_ && !(durable_ && stands)));
     made_.Keep();
     if (logged_) TakeOverLongLog();
     return;
   }
   const int error = SystemError();  // taking it back may meet another one
+  NoteWait(code);
   Rollback();
   doubtful_ = !DropRemains();
   FailWith(code, error);
@@ -245,12 +284,48 @@ void Database::Commit() {
 void Database::TakeOverLongLog() noexcept {
   if (log_end_.frames < taken_over_) taken_over_ = 0;  // it began anew
   if (log_end_.frames - taken_over_ < kLongLog) return;
-  sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  LetGo();
+  const int code =
+      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
   taken_over_ = log_end_.frames;
+  NoteWait(code);
+}
+
+// The system tells of a failed sync once, and the next one may well succeed.
+void Database::NoteWait(int code) noexcept {
+  if (owed_ && code == SQLITE_IOERR_FSYNC) not_on_disk_ = true;
+}
+
+void Database::WaitForDisk() {
+  if (!owed_) return;
+  if (not_on_disk_) Fail(FailureCause::kNotOnDisk);
+  sqlite3_file* const log = Log();
+  const int code =
+      log != nullptr ? log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) : SQLITE_IOERR_FSYNC;
+  if (code == SQLITE_OK) {
+    owed_ = false;
+    return;
+  }
+  NoteWait(SQLITE_IOERR_FSYNC);
+  FailWith(code);
+}
+
+// What a sync did not bring to the disk no later one is known to bring there, and what would be
+// written behind it in the log would be lost with it. So the log is taken over into the file, all
+// of it, and begins anew.
+void Database::TellNotOnDisk() {
+  LetGo();
+  sqlite3_busy_timeout(handle_.get(), 0);
+  const int code = sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE,
+                                             nullptr, nullptr);
+  sqlite3_busy_timeout(handle_.get(), kPatience);
+  if (code == SQLITE_OK) not_on_disk_ = owed_ = false;
+  Fail(FailureCause::kNotOnDisk);
 }
 
 void Database::Rollback() noexcept {
-  const bool held = in_unit_ || sqlite3_get_autocommit(handle_.get()) == 0;
+  const bool in_one = in_unit_ || sqlite3_get_autocommit(handle_.get()) == 0;
+  LetGo();
   // Behind some failures SQLite has done it already.
   int code = SQLITE_OK;
   if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
@@ -258,7 +333,7 @@ void Database::Rollback() noexcept {
   in_unit_ = false;
   // Behind a failure SQLite forgets what it had read, and counts that as a change. Until now nobody
   // else could write.
-  if (logged_ && held) seen_ = DataVersion();
+  if (logged_ && in_one) seen_ = DataVersion();
 }
 
 }  // namespace lorimat

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <set>
 #include <utility>
 
 #include "register/value/device_text.h"
@@ -91,7 +90,6 @@ void Tables::Repair() {
     department.group = std::clamp(department.group, 0, settings_.groups);
   }
   const int departments = static_cast<int>(settings_.departments.size());
-  std::set<std::string, std::less<>> codes;
   std::vector<Article> articles;
   for (Article& article : settings_.articles) {
     cut(&article.code, kArticleCodeSize);
@@ -100,7 +98,9 @@ void Tables::Repair() {
     article.department = std::clamp(article.department, 1, departments);
     if (article.code.empty() || articles.size() >= kMaxArticles) continue;
     // Of two with one code the first is the one that sells.
-    if (codes.insert(article.code).second) articles.push_back(std::move(article));
+    if (article_places_.try_emplace(article.code, articles.size()).second) {
+      articles.push_back(std::move(article));
+    }
   }
   settings_.articles = std::move(articles);
   settings_.last_closure = std::clamp(settings_.last_closure, 0, 9999);
@@ -114,10 +114,8 @@ const Department* Tables::FindDepartment(int number) const {
 const VatRate* Tables::FindVat(int number) const { return At(settings_.vat_rates, number); }
 
 const Article* Tables::FindArticle(std::string_view code) const {
-  for (const Article& article : settings_.articles) {
-    if (article.code == code) return &article;
-  }
-  return nullptr;
+  const auto found = article_places_.find(code);
+  return found != article_places_.end() ? &settings_.articles[found->second] : nullptr;
 }
 
 const Tender* Tables::FindTender(std::string_view id) const {

@@ -5,11 +5,13 @@
 // one that refuses changes nothing.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -48,7 +50,7 @@ class Tables {
   static constexpr size_t kArticleCodeSize = 20;
   static constexpr size_t kHeaderLineSize = 50;
   static constexpr int kMaxGroups = 99;  // and as many operators
-  static constexpr int kMaxArticles = 6000;
+  static constexpr int kMaxArticles = 60000;
   static constexpr int kMaxLogos = 64;
   static constexpr size_t kLogoNameSize = ManagerParams::kFilenameSize;
   // The highest preset price and price limit, 99999,99: seven digits.
@@ -149,7 +151,16 @@ class Tables {
   void PlaceSubtender(int number, Subtender subtender);
   int CheckDepartment(const Department& department) const;
 
+  struct CodeHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view code) const noexcept {
+      return std::hash<std::string_view>()(code);
+    }
+  };
+
   RegisterSettings settings_;
+  // Where the article of a code stands.
+  std::unordered_map<std::string, size_t, CodeHash, std::equal_to<>> article_places_;
   // Their places are fixed: payments point to them.
   std::vector<Tender> tenders_;
   std::vector<GroupRow> groups_;

@@ -2,6 +2,7 @@
 // register; a host's longer text is refused, not cut, so that nobody sells under half a name.
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -256,8 +257,8 @@ int Tables::SetArticle(Article article) {
   article.description = DeviceText(article.description);
   article.price = RoundToCents(article.price).value_or(0);
   std::vector<Article>& articles = settings_.articles;
-  for (size_t index = 0; index < articles.size(); ++index) {
-    if (articles[index].code != article.code) continue;
+  if (const auto found = article_places_.find(article.code); found != article_places_.end()) {
+    const size_t index = found->second;
     Note(Part::kArticle, static_cast<int>(index) + 1,
          [index, old = articles[index]](Tables& tables) mutable {
            std::swap(tables.settings_.articles[index], old);
@@ -271,16 +272,29 @@ int Tables::SetArticle(Article article) {
   Note(Part::kArticle, static_cast<int>(articles.size()) + 1,
        [size = articles.size()](Tables& tables) {
          std::vector<Article>& rows = tables.settings_.articles;
-         if (rows.size() > size) rows.pop_back();
+         if (rows.size() == size) return;
+         const auto place = tables.article_places_.find(rows.back().code);
+         if (place != tables.article_places_.end()) tables.article_places_.erase(place);
+         rows.pop_back();
        });
   articles.push_back(std::move(article));
+  article_places_.emplace(articles.back().code, articles.size() - 1);
   return RTF_SUCCESS;
 }
 
 void Tables::EraseArticles() {
-  Note(Part::kArticles, 0,
-       [old = settings_.articles](Tables& tables) mutable { tables.settings_.articles.swap(old); });
-  settings_.articles.clear();
+  // Empty until the change is made, which exchanges it as its undoing does.
+  struct Rest {
+    std::vector<Article> articles;
+    decltype(article_places_) places;
+  };
+  const auto rest = std::make_shared<Rest>();
+  const auto exchange = [rest](Tables& tables) noexcept {
+    tables.settings_.articles.swap(rest->articles);
+    tables.article_places_.swap(rest->places);
+  };
+  Note(Part::kArticles, 0, exchange);
+  exchange(*this);
 }
 
 int Tables::SetLogo(int number, std::string_view file) {

@@ -68,6 +68,9 @@ constexpr Sentence kSentences[] = {
     {FailureCause::kCutOffBySystem, "e", "cannot be read or written to its end: {}"},
     {FailureCause::kLogUntidy, "",
      "its log cannot be put in order after a failure, and nothing more is stored until it is"},
+    {FailureCause::kNotOnDisk, "",
+     "the disk did not take what was transferred last, and a cut of the power may take it away: "
+     "transfer it again"},
     {FailureCause::kGone, "", "was removed, moved or replaced while the register worked on it"},
     {FailureCause::kLogGone, "",
      "its log was removed, moved or replaced while the register worked on it"},

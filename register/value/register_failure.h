@@ -50,6 +50,7 @@ enum class FailureCause : uint8_t {
   kCutOff,
   kCutOffBySystem,  // an errno value
   kLogUntidy,
+  kNotOnDisk,
   kGone,
   kLogGone,
   kStorage,  // an SQLite code; what SQLite calls it

@@ -31,7 +31,7 @@ constexpr std::array<BackupTable, 9> kTables = {{
     {"articles", "articles.txt", TR_TEXT("articles"), 0, 0, false},
 }};
 
-// More than a register can hold: 6000 articles with all texts quoted.
+// More than a register can hold: 60,000 articles with all texts quoted.
 constexpr size_t kLargestDump = size_t{16} * 1024 * 1024;
 
 constexpr int kBeginProgramming = 1;  // opcodes of the lines around a dump

@@ -152,16 +152,16 @@ TEST_F(ArticlesTest, AnOpenReceiptHoldsTheTransferUp) {
 TEST_F(ArticlesTest, TheTableHasAnEnd) {
   RegisterSettings settings = TestSettings();
   settings.articles.clear();
-  for (int number = 0; number < 7000; ++number) {
+  for (int number = 0; number < 61000; ++number) {
     settings.articles.push_back({std::to_string(number), "X", 1, 0});
   }
   VirtualRegister full(settings);
   char count[50];
   full.GetDataInternal(109, count);
-  EXPECT_STREQ(count, "6000");
+  EXPECT_STREQ(count, "60000");
   ASSERT_EQ(full.UploadTable(1, 0, ""), RTF_SUCCESS);
   EXPECT_EQ(full.UploadTable(1, 1, "NUOVO,X,1,1"), RTF_E_FAILURE);
-  EXPECT_EQ(full.UploadTable(1, 1, "5999,Y,1,1"), RTF_SUCCESS);  // replaces
+  EXPECT_EQ(full.UploadTable(1, 1, "59999,Y,1,1"), RTF_SUCCESS);  // replaces
 }
 
 TEST_F(ArticlesTest, SettingsAreBroughtIntoForm) {

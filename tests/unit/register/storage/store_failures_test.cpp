@@ -22,6 +22,7 @@ void StoreFailuresTest::Run(FailingDisk::Fault fault, bool lasting) {
     VirtualRegister& device = *held;
     const std::string memory = All(device);
     const std::string stored = Stored();
+    int told = 0;
     for (int n = 1;; ++n) {
       ASSERT_LT(n, 100);
       disk.FailAt(fault, n, lasting);
@@ -29,7 +30,11 @@ void StoreFailuresTest::Run(FailingDisk::Fault fault, bool lasting) {
       disk.Heal();
       if (code == RTF_SUCCESS) break;  // the disk may have failed behind its storing
       ++failures;
-      ASSERT_TRUE(disk.failed());
+      // Once behind a sync that failed with rows of a transfer in the log.
+      const bool tells = !disk.failed() && fault == FailingDisk::Fault::kSync && n > told + 1 &&
+                         device.failure().cause == FailureCause::kNotOnDisk;
+      if (tells) told = n;
+      ASSERT_TRUE(disk.failed() || tells);
       ASSERT_EQ(code, RTF_E_FAILURE) << "at place " << n;
       EXPECT_EQ(device.last_failure().find(Path("shop.register") + ": "), 0u)
           << device.last_failure();
