@@ -175,6 +175,9 @@ bool Host::End(const char* name, int code, const Fact& fact, const Look& before)
   if (done) {
     CompareDone(name, fact, before, after);
     if (fact.kind != Fact::kNone) {
+      if (to_be_told_) {
+        report_.Wrong("%s: %s: answered 0 behind articles that the disk did not take", step_, name);
+      }
       // It was stored behind what was unknown, which therefore is not there.
       report_.unknown = false;
       report_.doubtful = {};
@@ -196,9 +199,17 @@ bool Host::End(const char* name, int code, const Fact& fact, const Look& before)
       report_.unknown = report_.was_unknown = true;
       report_.doubtful = fact;
     }
+    const FailureCause why = device_.failure().cause;
+    // Once, for those who did not look at the answer to the closing.
+    const bool told = to_be_told_ && why == FailureCause::kNotOnDisk;
+    if (told && (report_.failed == 0 || strike::Past())) to_be_told_ = false;
+    if (struck_here && std::string_view(name) == "UploadTable" && fact.kind == Fact::kNone &&
+        (why == FailureCause::kCutOff || why == FailureCause::kCutOffBySystem)) {
+      to_be_told_ = true;
+    }
     // What fails without being struck has been left behind unusable, but where the register has
     // said that it refuses to go on.
-    if (!struck_here && (report_.failed == 0 || strike::Past())) {
+    if (!struck_here && !told && (report_.failed == 0 || strike::Past())) {
       ++failures_in_peace_;
       report_.Wrong("%s: %s: answered %d with nothing failing (%s)", step_, name, code,
                     cause.c_str());

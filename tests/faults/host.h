@@ -157,6 +157,8 @@ class Host {
   int receipt_number_ = 0;
   int keyed_number_ = 0;
   bool moves_cash_ = false;
+  // The end of a transfer was not waited for, and nothing has been told of it but its answer.
+  bool to_be_told_ = false;
 };
 
 }  // namespace lorimat
