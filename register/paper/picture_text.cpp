@@ -62,6 +62,14 @@ struct Column {
 
 constexpr double kTrialSize = 100;  // dots
 
+// The only run of a line, if it is of one glyph; null for others.
+const PangoGlyphItem* OnlyGlyph(PangoLayoutLine* line) {
+  if (line->runs == nullptr || line->runs->next != nullptr) return nullptr;
+  const auto* const run = static_cast<const PangoGlyphItem*>(line->runs->data);
+  const bool one = run->glyphs->num_glyphs == 1;
+  return one && (run->glyphs->glyphs[0].glyph & PANGO_GLYPH_UNKNOWN_FLAG) == 0 ? run : nullptr;
+}
+
 }  // namespace
 
 std::vector<PlacedCharacter> PlaceCharacters(std::string_view line, std::string_view sizes) {
@@ -141,7 +149,28 @@ const Typesetter::Glyph& Typesetter::Find(const std::string& character) {
   int width = 0;
   pango_layout_get_size(glyph.layout.get(), &width, nullptr);
   glyph.advance = static_cast<double>(width) / PANGO_SCALE;
+  PangoLayoutLine* const line = pango_layout_get_line_readonly(glyph.layout.get(), 0);
+  if (const PangoGlyphItem* const run = OnlyGlyph(line)) {
+    const PangoGlyphInfo& info = run->glyphs->glyphs[0];
+    glyph.font = pango_cairo_font_get_scaled_font(PANGO_CAIRO_FONT(run->item->analysis.font));
+    glyph.glyph.index = info.glyph;
+    glyph.glyph.x = static_cast<double>(info.geometry.x_offset) / PANGO_SCALE;
+    glyph.glyph.y = static_cast<double>(info.geometry.y_offset) / PANGO_SCALE;
+  }
   return glyphs_.emplace(character, std::move(glyph)).first->second;
+}
+
+// As Pango draws a run, so that the text can be found in a PDF.
+void Typesetter::DrawRun(cairo_t* drawing, cairo_scaled_font_t* font) {
+  if (run_glyphs_.empty()) return;
+  cairo_set_scaled_font(drawing, font);
+  cairo_show_text_glyphs(drawing, run_text_.data(), static_cast<int>(run_text_.size()),
+                         run_glyphs_.data(), static_cast<int>(run_glyphs_.size()),
+                         run_clusters_.data(), static_cast<int>(run_clusters_.size()),
+                         static_cast<cairo_text_cluster_flags_t>(0));
+  run_text_.clear();
+  run_glyphs_.clear();
+  run_clusters_.clear();
 }
 
 void Typesetter::Draw(cairo_t* drawing, std::string_view line, std::string_view sizes, double top) {
@@ -149,20 +178,29 @@ void Typesetter::Draw(cairo_t* drawing, std::string_view line, std::string_view 
   // All characters of a row stand on one line, which the largest set.
   const double scale = row_height / kRowHeight;
   const double baseline = top + scale * baseline_;
+  cairo_scaled_font_t* font = nullptr;
   for (const PlacedCharacter& character : PlaceCharacters(line, sizes)) {
     const Glyph& glyph = Find(character.text);
     const double room = kColumnWidth;
     const double squeeze = glyph.advance > room ? room / glyph.advance : 1;
     const double indent = (room - squeeze * glyph.advance) / 2;
+    const double left = kSideMargin + character.column * kColumnWidth + character.width * indent;
+    if (glyph.font != nullptr && squeeze == 1 && character.width == 1 && character.height == 1) {
+      if (glyph.font != font) DrawRun(drawing, font);
+      font = glyph.font;
+      run_text_ += character.text;
+      run_glyphs_.push_back({glyph.glyph.index, left + glyph.glyph.x, baseline + glyph.glyph.y});
+      run_clusters_.push_back({static_cast<int>(character.text.size()), 1});
+      continue;
+    }
     cairo_save(drawing);
-    cairo_translate(drawing,
-                    kSideMargin + character.column * kColumnWidth + character.width * indent,
-                    baseline);
+    cairo_translate(drawing, left, baseline);
     cairo_scale(drawing, character.width * squeeze, character.height);
     cairo_move_to(drawing, 0, 0);
     pango_cairo_show_layout_line(drawing, pango_layout_get_line_readonly(glyph.layout.get(), 0));
     cairo_restore(drawing);
   }
+  DrawRun(drawing, font);
 }
 
 }  // namespace lorimat

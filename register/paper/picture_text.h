@@ -36,14 +36,23 @@ class Typesetter {
   struct Glyph {
     LayoutPtr layout;
     double advance = 0;
+    // Of a character that is one glyph of a font: these, to be drawn with its neighbours. Null for
+    // others. The layout has the font.
+    cairo_scaled_font_t* font = nullptr;
+    cairo_glyph_t glyph = {};
   };
 
   const Glyph& Find(const std::string& character);
+  void DrawRun(cairo_t* drawing, cairo_scaled_font_t* font);
 
   ContextPtr context_;
   FontPtr font_;
   double baseline_ = 0;  // below the top of a row of normal height
   std::unordered_map<std::string, Glyph> glyphs_;
+  // Neighbours of one font and of plain size, with the bytes of each.
+  std::string run_text_;
+  std::vector<cairo_glyph_t> run_glyphs_;
+  std::vector<cairo_text_cluster_t> run_clusters_;
 };
 
 }  // namespace lorimat
