@@ -1,9 +1,11 @@
-// The register beside what the same work costs by the bare means that it is made of: a receipt beside
-// one durable commit, an upload of articles beside the rows alone, the paper as PDF beside cairo, a
-// receipt in the process beside one by HTTP. Names are SUBJECT/SIDE; bench/goals.tsv has the goals.
+// The register beside what the same work costs by the bare means that it is made of: a receipt
+// beside one durable commit, an upload of articles beside the rows alone, the paper as PDF beside
+// cairo, a receipt in the process beside one by HTTP. Names are SUBJECT/SIDE; bench/goals.tsv has
+// the goals.
 //
 // Files lie in the folder for temporary files, all on one file system.
 #include <benchmark/benchmark.h>
+#include <cairo-pdf.h>
 #include <sqlite3.h>
 
 #include <cstdio>
@@ -14,6 +16,7 @@
 
 #include "bench_tools.h"
 #include "register/client/virtual_register.h"
+#include "register/paper/picture.h"
 #include "register_work.h"
 
 namespace {
@@ -126,8 +129,8 @@ BENCHMARK(ArticleUpload)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
-// The same rows with the same keys, each a commit of its own that is not waited for, and one that is
-// at the end.
+// The same rows with the same keys, each a commit of its own that is not waited for, and one that
+// is at the end.
 void BareRows(benchmark::State& state) {
   const std::vector<lorimat::Article> articles = Articles(static_cast<int>(state.range(0)));
   for (auto _ : state) {
@@ -163,6 +166,74 @@ BENCHMARK(BareRows)
     ->Arg(60000)
     ->Iterations(1)
     ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+// --- The paper as PDF, a page for each receipt
+
+// So many times the receipt of five lines.
+lorimat::Paper PaperOf(int64_t receipts) {
+  VirtualRegister device(WorkSettings());
+  SellFiveLines(device);
+  const lorimat::Paper one = device.paper();
+  lorimat::Paper paper;
+  for (int64_t receipt = 0; receipt < receipts; ++receipt) paper.Append(one);
+  return paper;
+}
+
+void PaperPdf(benchmark::State& state) {
+  const lorimat::Paper paper = PaperOf(state.range(0));
+  for (auto _ : state) benchmark::DoNotOptimize(RenderPdf(paper));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// The same lines on the same pages, each line a text of one font.
+void CairoPdf(benchmark::State& state) {
+  const lorimat::Paper paper = PaperOf(state.range(0));
+  const size_t page = paper.lines().size() / static_cast<size_t>(state.range(0));
+  constexpr double kPoints = 72.0 / 25.4 / lorimat::kDotsPerMillimetre;
+  for (auto _ : state) {
+    std::string file;
+    const auto append = [](void* to, const unsigned char* data, unsigned size) {
+      static_cast<std::string*>(to)->append(reinterpret_cast<const char*>(data), size);
+      return CAIRO_STATUS_SUCCESS;
+    };
+    const double height =
+        static_cast<double>(page) * lorimat::kRowHeight + 2.0 * lorimat::kEndMargin;
+    cairo_surface_t* const surface = cairo_pdf_surface_create_for_stream(
+        append, &file, lorimat::kPictureWidth * kPoints, height * kPoints);
+    cairo_t* const drawing = cairo_create(surface);
+    cairo_scale(drawing, kPoints, kPoints);
+    cairo_select_font_face(drawing, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL,
+                           CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(drawing, 23);
+    size_t row = 0;
+    for (const std::string& line : paper.lines()) {
+      cairo_move_to(drawing, lorimat::kSideMargin,
+                    lorimat::kEndMargin + static_cast<double>(++row) * lorimat::kRowHeight);
+      cairo_show_text(drawing, line.c_str());
+      if (row < page) continue;
+      cairo_show_page(drawing);
+      row = 0;
+    }
+    Require(cairo_status(drawing) == CAIRO_STATUS_SUCCESS, "cairo does not draw");
+    cairo_destroy(drawing);
+    cairo_surface_finish(surface);
+    cairo_surface_destroy(surface);
+    benchmark::DoNotOptimize(file);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(PaperPdf)
+    ->Name("paper_pdf/ours")
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(CairoPdf)
+    ->Name("paper_pdf/cairo")
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace
