@@ -76,10 +76,22 @@ constexpr LimitRow kLimits[] = {
     {{34, 1}, 50},   {{34, 2}, 50},  {{34, 3}, 50},   {{34, 4}, 50},  {{34, 5}, 50},
     {{34, 6}, 50},   {{38, 2}, 128}, {{39, 3}, 63},   {{53, 2}, 128}, {{53, 3}, 64},
     {{55, 2}, 50},   {{72, 6}, 127}, {{72, 20}, 4},   {{80, 3}, 50},  {{121, 7}, 127},
-    {{123, 3}, 512}, {{125, 1}, 50},
+    {{123, 3}, 512}, {{125, 1}, 50}, {{127, 7}, 127},
 };
 
 constexpr Field kMadeSmall[] = {{3, 2}, {30, 2}, {30, 3}, {71, 4}, {123, 4}};
+
+struct FileRow {
+  Field field;
+  FileUse use;
+};
+
+constexpr FileRow kFiles[] = {
+    {{3, 2}, FileUse::kReplaced}, {{26, 10}, FileUse::kWritten}, {{30, 2}, FileUse::kExchanged},
+    {{30, 3}, FileUse::kWritten}, {{55, 2}, FileUse::kRead},     {{71, 4}, FileUse::kWritten},
+    {{72, 6}, FileUse::kWritten}, {{121, 7}, FileUse::kWritten}, {{123, 4}, FileUse::kWritten},
+    {{125, 1}, FileUse::kRead},   {{127, 7}, FileUse::kWritten},
+};
 
 }  // namespace
 
@@ -105,6 +117,13 @@ size_t text_limit(int opcode, int field) {
 bool is_made_small(int opcode, int field) {
   return std::find(std::begin(kMadeSmall), std::end(kMadeSmall), Field{opcode, field}) !=
          std::end(kMadeSmall);
+}
+
+FileUse file_use(int opcode, int field) {
+  const auto* row = std::find_if(std::begin(kFiles), std::end(kFiles), [&](const FileRow& one) {
+    return one.field == Field{opcode, field};
+  });
+  return row == std::end(kFiles) ? FileUse::kNone : row->use;
 }
 
 }  // namespace language

@@ -33,4 +33,15 @@ size_t text_limit(int opcode, int field);
 // Whether capital letters of the text, a file's name, are made small.
 bool is_made_small(int opcode, int field);
 
+// What becomes of the file that a field names.
+enum class FileUse : uint8_t {
+  kNone,       // it names no file
+  kRead,       // by the device
+  kWritten,    // by the translator or the device
+  kReplaced,   // written; what had the name is removed first
+  kExchanged,  // written, or read where field 1 says so: see EMLINK
+};
+
+FileUse file_use(int opcode, int field);
+
 }  // namespace language

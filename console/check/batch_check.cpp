@@ -43,12 +43,15 @@ class LineCheck {
  public:
   LineCheck(const Language& language, const std::vector<CommandWord>& words,
             const std::vector<std::string>& symbols, Findings& findings, SequenceTraps& sequence,
-            const SourceLine& line, std::string cleaned, size_t dropped)
+            const KeptFiles* kept, WorkFolder& folder, const SourceLine& line, std::string cleaned,
+            size_t dropped)
       : language_(language),
         words_(words),
         symbols_(symbols),
         findings_(findings),
         sequence_(sequence),
+        kept_(kept),
+        folder_(folder),
         line_(line),
         text_(std::move(cleaned)),
         dropped_(dropped) {}
@@ -70,10 +73,26 @@ class LineCheck {
     }
     FindLineTraps(language_, opcode_, name_, given_fields_,
                   [this](Finding finding) { Add(std::move(finding)); });
+    if (kept_ != nullptr) CheckOutputs();
     sequence_.Take(opcode_, name_, {line_.number, 1 + dropped_, line_.text});
   }
 
  private:
+  // The console would not send the line.
+  void CheckOutputs() {
+    const EcrCmdCommand& translator = language_.translator();
+    for (const LineOutput& output : OutputsOf(translator, opcode_)) {
+      const auto given = std::find_if(given_fields_.begin(), given_fields_.end(),
+                                      [&](const auto& one) { return one.number == output.field; });
+      if (given == given_fields_.end()) continue;
+      std::optional<Finding> fault = OutputFault(folder_.descriptor(), output, given->key, *kept_);
+      if (!fault) continue;
+      fault->column = given->column;
+      Add(std::move(*fault));
+    }
+    folder_.Follow(translator, opcode_);
+  }
+
   // The column is one of the text.
   void Add(Finding finding) {
     finding.line = line_.number;
@@ -258,6 +277,8 @@ class LineCheck {
   const std::vector<std::string>& symbols_;
   Findings& findings_;
   SequenceTraps& sequence_;
+  const KeptFiles* kept_;
+  WorkFolder& folder_;
   const SourceLine& line_;
   std::string text_;
   size_t dropped_;  // characters in front of the text
@@ -269,12 +290,13 @@ class LineCheck {
 
 }  // namespace
 
-BatchCheck::BatchCheck(const Language& language, Findings& findings)
+BatchCheck::BatchCheck(const Language& language, Findings& findings, const KeptFiles* kept)
     : language_(language),
       findings_(findings),
       words_(language.commands()),
       symbols_(language.symbols()),
-      sequence_(language, findings) {}
+      sequence_(language, findings),
+      kept_(kept) {}
 
 // What the eye does not see. A line that is too long or holds a NUL byte is not looked at
 // further: the library would not run what stands there.
@@ -313,7 +335,8 @@ void BatchCheck::Take(const SourceLine& line) {
   if (length == 0) return;
   cleaned.resize(static_cast<size_t>(length));
   const size_t dropped = mark + source.find_first_not_of(" \t");
-  LineCheck(language_, words_, symbols_, findings_, sequence_, line, std::move(cleaned), dropped)
+  LineCheck(language_, words_, symbols_, findings_, sequence_, kept_, folder_, line,
+            std::move(cleaned), dropped)
       .Run();
 }
 

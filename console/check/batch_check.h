@@ -4,7 +4,9 @@
 #include <cstdint>
 
 #include "console/check/finding.h"
+#include "console/check/kept_files.h"
 #include "console/check/language.h"
+#include "console/check/line_outputs.h"
 #include "console/check/sequence_traps.h"
 #include "console/terminal/line_reader.h"
 
@@ -12,8 +14,9 @@ namespace lorimat::console {
 
 class BatchCheck {
  public:
-  // Both have to outlive this object.
-  BatchCheck(const Language& language, Findings& findings);
+  // All have to outlive this object. Names of outputs count from the folder that the program is in,
+  // and those that lines go to.
+  BatchCheck(const Language& language, Findings& findings, const KeptFiles* kept = nullptr);
 
   void Take(const SourceLine& line);
   // Behind the last line: what the lines leave behind.
@@ -29,6 +32,8 @@ class BatchCheck {
   std::vector<CommandWord> words_;
   std::vector<std::string> symbols_;
   SequenceTraps sequence_;
+  const KeptFiles* kept_;  // that no line may write over; null where none is looked for
+  WorkFolder folder_;
   uint64_t lines_ = 0;
   uint64_t commands_ = 0;
 };

@@ -13,10 +13,12 @@
 #include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "console/terminal/line_reader.h"
 #include "console/terminal/streams.h"
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
+#include "pal/protocols/lorimat/lorimatutility.h"
 
 namespace lorimat::console {
 namespace {
@@ -120,6 +122,22 @@ std::vector<CommandWord> Language::commands() const {
     commands.push_back(std::move(command));
   }
   return commands;
+}
+
+int Language::ReadLine(const std::string& line) const {
+  // The library reads a line up to its first NUL byte.
+  std::string source(line.c_str());
+  if (source.size() > kLongestLine) return 0;
+  std::string cleaned(source.size() + 1, '\0');
+  if (lorimatutility::TogliCommento(cleaned.data(), source.data(), translator_->cChQuote) == 0) {
+    return 0;
+  }
+  if (cleaned.front() == '@') return kNamesBatch;
+  int position = 1;
+  int opcode = 0;
+  if (translator_->GetCodOp(cleaned.data(), &position, &opcode) != 0) return 0;
+  if (translator_->GetCampi(cleaned.data(), opcode, &position) != 0) return 0;
+  return opcode;
 }
 
 std::vector<std::string> Language::symbols() const {

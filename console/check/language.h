@@ -59,6 +59,12 @@ class Language {
   std::string CommandName(int opcode) const;
   std::string FieldName(int opcode, int number) const;
 
+  // What ReadLine answers to an "@" line.
+  static constexpr int kNamesBatch = -1;
+  // Reads a line as the library does, and answers its opcode: the fields stand in the translator.
+  // 0 for a line that holds no command, or one that the library refuses.
+  int ReadLine(const std::string& line) const;
+
   // The library's state, with its tables filled.
   EcrCmdCommand& translator() const { return *translator_; }
 

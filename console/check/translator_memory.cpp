@@ -1,6 +1,5 @@
 #include "console/check/translator_memory.h"
 
-#include "console/terminal/line_reader.h"
 #include "pal/peripherals/keyboard/functioncode.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
@@ -118,22 +117,13 @@ ReceiptEffect EffectOf(const EcrCmdCommand& translator, int opcode) {
 }
 
 int TranslatorMemory::Follow(const std::string& line, const Seen& seen) {
-  // The library reads a line up to its first NUL byte.
-  std::string source(line.c_str());
-  if (source.size() > kLongestLine) return 0;
-  EcrCmdCommand& translator = language_.translator();
-  std::string cleaned(source.size() + 1, '\0');
-  if (lorimatutility::TogliCommento(cleaned.data(), source.data(), translator.cChQuote) == 0) {
-    return 0;
-  }
-  if (cleaned.front() == '@') {
+  const int opcode = language_.ReadLine(line);
+  if (opcode == Language::kNamesBatch) {
     if (!RefusedBatch(seen.code)) Lose();
     return 0;
   }
-  int position = 1;
-  int opcode = 0;
-  if (translator.GetCodOp(cleaned.data(), &position, &opcode) != 0) return 0;
-  if (translator.GetCampi(cleaned.data(), opcode, &position) != 0) return 0;
+  if (opcode == 0) return 0;
+  EcrCmdCommand& translator = language_.translator();
   Take(EffectOf(translator, opcode), seen);
   if (opcode == kSetProperties && seen.code.value_or(0) == 0) aborts_ = Aborts(translator, aborts_);
   return opcode;

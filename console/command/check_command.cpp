@@ -13,9 +13,11 @@
 #include "console/check/definition_check.h"
 #include "console/check/definition_fault.h"
 #include "console/check/finding.h"
+#include "console/check/kept_files.h"
 #include "console/check/language.h"
 #include "console/command/subcommand.h"
 #include "console/host/installed_files.h"
+#include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
 #include "console/message/shown_text.h"
@@ -34,6 +36,7 @@ namespace {
 struct CheckOptions {
   std::vector<std::string> files;  // "-" is standard input
   std::string language;            // the words of batch files; empty as a host would read them
+  std::string register_file;       // that the lines are for; empty for none
   bool language_file = false;      // every file is a definition file
   bool batch_file = false;         // every file is a batch file; with neither it is found out
   bool notes = false;              // aliases are told, too
@@ -45,6 +48,8 @@ constexpr std::string_view kCheckExamples = TR_TEXT(R"(Examples:
       Each fault of a definition file, and what the library would do with it.
   lorimat check receipt.cmd --language words.ini
       Each line of a batch file against the words of a definition file. Nothing runs.
+  lorimat check receipt.cmd --register shop.register
+      Besides, whether a line would write over the register that the lines are for.
   lorimat check --json *.cmd
       The same for a program.
 
@@ -117,6 +122,7 @@ class Checker {
     Findings findings;
     std::optional<DefinitionCheck> definition;
     std::optional<BatchCheck> batch;
+    const KeptFiles kept = KeptBeside(file);
     {
       const InterruptWatch watch;
       Progress progress(streams_, reader.size() >= Progress::kLongFile, reader.size());
@@ -126,7 +132,7 @@ class Checker {
       SourceLine line;
       const auto start = [&] {
         if (kind == FileKind::kDefinition) definition.emplace(findings);
-        if (kind == FileKind::kBatch) batch.emplace(words(), findings);
+        if (kind == FileKind::kBatch) batch.emplace(words(), findings, &kept);
         for (const SourceLine& one : waiting) Take(one, definition, batch);
         waiting.clear();
       };
@@ -183,6 +189,14 @@ class Checker {
     } else if (batch) {
       batch->Take(line);
     }
+  }
+
+  // What the lines of the file may not write over.
+  KeptFiles KeptBeside(const std::string& file) const {
+    KeptFiles kept(RegisterFiles(options_.register_file));
+    kept.Add({file, TR_TEXT("the file of lines")});
+    kept.Add({DefinitionPath(options_.language), TR_TEXT("the definition file")});
+    return kept;
   }
 
   // The words of batch files, read when the first one comes.
@@ -262,6 +276,7 @@ void AddOptions(CLI::App* check, CheckOptions* options) {
                    Tr("Definition file with the words of batch files (default: the one that a host "
                       "would read)"))
       ->type_name("FILE");
+  AddRegisterOption(check, &options->register_file);
   CLI::Option* definition = check->add_flag("--language-file", options->language_file,
                                             Tr("Take every FILE for a definition file"));
   check->add_flag("--batch-file", options->batch_file, Tr("Take every FILE for a batch file"))

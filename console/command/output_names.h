@@ -5,13 +5,9 @@
 #include <string>
 #include <vector>
 
-namespace lorimat::console {
+#include "console/check/kept_files.h"
 
-// A file that nothing may replace; "-" is standard input.
-struct KeptFile {
-  std::string name;
-  std::string what;  // "the file of lines"
-};
+namespace lorimat::console {
 
 struct OutputName {
   std::string name;    // empty for none; "-" is standard output, or standard error for a trace
@@ -19,9 +15,6 @@ struct OutputName {
   std::string what;    // "the PNG"
   bool is_trace = false;
 };
-
-// The register's file and those that the database makes beside it; none for an empty name.
-std::vector<KeptFile> RegisterFiles(const std::string& name);
 
 // Throws Failure when an output is one of the kept files, or two outputs are one file. Files are
 // the same when they are one on the disk, under whatever name, and files that are not there yet

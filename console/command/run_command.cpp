@@ -27,6 +27,7 @@
 #include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/host/open_document.h"
+#include "console/host/output_guard.h"
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -261,6 +262,10 @@ int RunByBatch(const RunOptions& options, const LineReader& reader, const LineHo
   if (fchdir(origin.get()) != 0) {
     throw Failure(Tr("cannot return to the folder of the start: {}", SystemMessage(errno)));
   }
+  if (!run.not_run.empty()) {
+    failures.ReportNotRun(reader.name(), run.not_run, "");
+    return interrupted ? InterruptExit() : kExitLinesFailed;
+  }
   const std::string text = Shown(WithoutTrailingBlanks(run.answer));
   if (run.code != 0) {
     throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
@@ -307,17 +312,34 @@ std::vector<PaperOutput> OutputsOfPaper(const RunOptions& options,
   return outputs;
 }
 
-// Before anything is opened for writing.
-void RequireFreeNames(const RunOptions& options, const std::vector<PaperOutput>& papers,
-                      const std::string& library_file) {
+std::vector<OutputName> OutputsOf(const RunOptions& options,
+                                  const std::vector<PaperOutput>& papers) {
   std::vector<OutputName> outputs = NamesOf(papers);
   outputs.push_back({options.trace, "--trace", Tr("the trace"), true});
+  return outputs;
+}
+
+// Before anything is opened for writing.
+void RequireFreeNames(const RunOptions& options, const std::vector<OutputName>& outputs,
+                      const std::string& library_file) {
   std::vector<KeptFile> kept = {
-      {options.file, Tr("the file of lines")},
-      {FindDefinitionFile(options.language).path, Tr("the definition file")},
-      {library_file, Tr("the library")}};
+      {options.file, TR_TEXT("the file of lines")},
+      {FindDefinitionFile(options.language).path, TR_TEXT("the definition file")},
+      {library_file, TR_TEXT("the library")}};
   for (KeptFile& file : RegisterFiles(options.register_file)) kept.push_back(std::move(file));
   RequireApart(outputs, kept);
+}
+
+// What no line may write over.
+KeptFiles FilesOfRun(const RunOptions& options, const std::vector<OutputName>& outputs,
+                     const std::string& library_file, const Streams& streams) {
+  KeptFiles kept = FilesOfWork(options.register_file, FindDefinitionFile(options.language).path,
+                               library_file, streams.output_descriptor());
+  kept.Add({options.file, TR_TEXT("the file of lines")});
+  for (const OutputName& output : outputs) {
+    if (output.name != "-") kept.Add({output.name, TR_TEXT("an output of the run")});
+  }
+  return kept;
 }
 
 // What ran is not to be run again because its paper was lost.
@@ -376,7 +398,8 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   std::optional<RegisterClient> client;
   const std::string library_file = FindLibrary(options.library);
   const std::vector<PaperOutput> papers = OutputsOfPaper(options, client);
-  RequireFreeNames(options, papers, library_file);
+  const std::vector<OutputName> output_names = OutputsOf(options, papers);
+  RequireFreeNames(options, output_names, library_file);
   const bool caller_wants_error = IgnoreBrokenPipe();
   const InterruptWatch watch;
   streams.StartTrace(options.trace);
@@ -388,12 +411,13 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
   const Language language(FindDefinitionFile(options.language).path);
+  OutputGuard guard(language, FilesOfRun(options, output_names, library_file, streams));
   FailureReport failures(streams, options.terse ? nullptr : &language, true);
   MemoryWatch memory(language, *client);
   LineHints hints(language);
   int code = kExitNotDone;
   try {
-    const LineHost host = {*library, *client, memory};
+    const LineHost host = {*library, *client, memory, guard};
     code = options.batch ? RunByBatch(options, reader, host, failures, streams)
                          : RunByLines(options, reader, host, options.terse ? nullptr : &hints,
                                       failures, streams);

@@ -21,6 +21,7 @@
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/open_document.h"
+#include "console/host/output_guard.h"
 #include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -241,14 +242,14 @@ void TakeCharactersOfTerminal() {
   std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-int RunTerminal(const Language& language, Library& library, RegisterClient& client, int output,
-                Streams& streams) {
+int RunTerminal(const Language& language, Library& library, RegisterClient& client,
+                OutputGuard& guard, int output, Streams& streams) {
   TakeCharactersOfTerminal();
   const bool colours = HasColours(output);
   ShellHistory history(HistoryFile());
   ShellEditor* window = nullptr;
   ShellSession session(
-      language, library, client,
+      language, library, client, guard,
       {.terminal = true,
        .colours = colours,
        .columns = [&window] { return window != nullptr ? window->columns() : NoWindow(); }},
@@ -304,17 +305,22 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   std::optional<Library> library(std::in_place, library_file, streams);
   client.emplace(options.clock, options.register_file, streams);
   StartLibrary(options.language, false, *library, *client, streams);
-  const Language language(FindDefinitionFile(options.language).path);
+  const std::string words = FindDefinitionFile(options.language).path;
+  const Language language(words);
+  KeptFiles files = FilesOfWork(options.register_file, words, library_file, output.get());
+  files.Add({"-", TR_TEXT("the file of lines")});
+  files.Add({HistoryFile(), TR_TEXT("the file of the lines typed")});
+  OutputGuard guard(language, std::move(files));
 
   int code = 0;
   std::exception_ptr stopped;
   try {
     if (terminal) {
-      code = RunTerminal(language, *library, *client, output.get(), streams);
+      code = RunTerminal(language, *library, *client, guard, output.get(), streams);
     } else if (options.json) {
-      code = RunJson(language, *library, *client, streams);
+      code = RunJson(language, *library, *client, guard, streams);
     } else {
-      ShellSession session(language, *library, *client,
+      ShellSession session(language, *library, *client, guard,
                            {.terse = options.terse, .columns = &NoWindow}, streams);
       code = RunPipe(session, streams);
     }

@@ -1,10 +1,12 @@
 #include "console/host/batch_request.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
@@ -15,6 +17,7 @@
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "console/terminal/interrupt.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/remove_folder.h"
 
@@ -59,6 +62,30 @@ ScratchFolder::ScratchFolder() {
 }
 
 ScratchFolder::~ScratchFolder() { RemoveFolder(path_); }
+
+void CopyPipe(const std::string& pipe, const std::string& file, const std::string& place,
+              const volatile std::sig_atomic_t* stop) {
+  // Opened at once, also where nobody writes yet: the wait is for what comes.
+  const Descriptor from(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!from.is_open()) {
+    throw Failure(Tr("{}: cannot be opened: {}", place, SystemMessage(errno)));
+  }
+  const Descriptor to(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!to.is_open()) throw Failure(Tr("{}: cannot be opened: {}", file, SystemMessage(errno)));
+  std::array<char, 65536> buffer;
+  for (;;) {
+    if (!WaitForInput(from.get(), stop)) {
+      throw Failure(Tr("{}: stopped by {} ahead of its first line", place, InterruptName()));
+    }
+    const ssize_t got = read(from.get(), buffer.data(), buffer.size());
+    if (got == 0) return;
+    if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+    if (got < 0) throw Failure(Tr("{}: cannot be read: {}", place, SystemMessage(errno)));
+    if (!WriteAll(to.get(), {buffer.data(), static_cast<size_t>(got)})) {
+      throw Failure(Tr("{}: cannot be written: {}", file, SystemMessage(errno)));
+    }
+  }
+}
 
 void RequireBatchName(const std::string& name) {
   if (std::any_of(name.begin(), name.end(), IsCapital)) {

@@ -1,6 +1,7 @@
 // A run as one "@" batch: the request line, and the file of errors that the library writes.
 #pragma once
 
+#include <csignal>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -19,10 +20,17 @@ class ScratchFolder {
 
   const std::string& path() const { return path_; }
   std::string error_file() const { return path_ + "/errors.txt"; }
+  std::string batch_file() const { return path_ + "/batch.txt"; }
 
  private:
   std::string path_;
 };
+
+// Copies what comes out of a pipe, to its end, into a file. Throws Failure, which names the pipe as
+// place, when that cannot be done, or once *stop is set by a handler of the signals of interrupt.h:
+// also while nobody writes.
+void CopyPipe(const std::string& pipe, const std::string& file, const std::string& place,
+              const volatile std::sig_atomic_t* stop);
 
 // Throws Failure, saying why, when an "@" line cannot name the file: capital letters, control
 // characters, a blank at the end.

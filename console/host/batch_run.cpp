@@ -77,6 +77,14 @@ std::string CutCause(const ScratchFolder& scratch) {
   return Tr("{}: cannot be written: {}", Shown(scratch.path()), SystemMessage(errno));
 }
 
+// The line with this batch file and error file.
+std::string LineWith(const Request& request, const std::string& file,
+                     const std::string& error_file) {
+  std::string line = BatchLine(file, error_file);
+  if (!request.log_file().empty()) line += "," + QuotedOperand(request.log_file());
+  return line;
+}
+
 }  // namespace
 
 std::string WithErrorFile(const std::string& line, const std::string& error_file) {
@@ -84,8 +92,7 @@ std::string WithErrorFile(const std::string& line, const std::string& error_file
   if (!request.wants_error_file()) return {};
   // A separator behind the name would take its last blank off.
   if (request.file().back() == ' ') return {};
-  std::string changed = BatchLine(request.file(), error_file);
-  if (!request.log_file().empty()) changed += "," + QuotedOperand(request.log_file());
+  const std::string changed = LineWith(request, request.file(), error_file);
   return changed.size() <= kLongestLine ? changed : std::string();
 }
 
@@ -95,16 +102,17 @@ namespace {
 struct BatchNames {
   std::string file;
   std::string place;
-  std::string error_file;  // as it can be opened when the line has run; empty for none
+  std::string error_file;       // as it can be opened when the line has run; empty for none
+  std::string error_name = {};  // as the library opens it
 };
 
 // Sends the line, of which the console may be told to let go of the rest.
 void Send(const std::string& line, const LineHost& host, BatchRefusals& refusals, BatchRun* run,
           bool* stopped) {
-  StoppableClient& client = host.client.stoppable();
-  client.Begin(&interrupted, [&refusals] { refusals.Note(); });
+  const StoppableLine at_work(host.client.stoppable(), &interrupted,
+                              [&refusals] { refusals.Note(); });
   run->code = host.library.RunLine(line, &run->answer);
-  *stopped = client.End();
+  *stopped = host.client.stoppable().End();
   refusals.Note();
 }
 
@@ -158,6 +166,7 @@ BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const Line
     run.unknown = Tr("{}: the file was changed meanwhile", names.place);
   }
   BatchOutcome outcome = WalkBatch(batch, refusals, host.client, host.memory);
+  if (run.unknown.empty()) run.unknown = outcome.unread;
   run.lines = outcome.lines_known ? std::optional(outcome.lines) : std::nullopt;
   run.stop = outcome.stop;
   run.failures = std::move(outcome.failures);
@@ -172,7 +181,7 @@ bool AreOneFile(const std::string& one, const std::string& other) {
 
 // Why the error file cannot be what the line names; empty when it can. The same name is the
 // library's to refuse.
-std::string ErrorFileFault(const Request& request) {
+std::string ErrorFileFault(const Request& request, const OutputGuard& guard) {
   const std::string file = Lower(request.file());
   const std::string errors = Lower(request.error_file());
   if (errors.empty() || errors == file) return {};
@@ -181,7 +190,42 @@ std::string ErrorFileFault(const Request& request) {
     return Tr("the error file {} is the batch file {} by another name, and its lines would be lost",
               Shown(name), Shown(file));
   }
-  return {};
+  return guard.ErrorFileFault(errors);
+}
+
+// What is kept while the batch runs: what its lines come from and what tells of them.
+std::vector<KeptFile> FilesOf(const BatchNames& names) {
+  std::vector<KeptFile> files = {{names.file, TR_TEXT("the batch file")}};
+  if (!names.error_file.empty()) {
+    files.push_back({names.error_file, TR_TEXT("the error file of the batch")});
+    files.push_back({names.error_file + ".tmp", TR_TEXT("the error file of the batch")});
+  }
+  return files;
+}
+
+// The same for a batch whose lines may be sent; else the run says why not.
+BatchRun RunIfAllowed(const std::string& line, const BatchNames& names, const LineHost& host,
+                      const ScratchFolder* scratch) {
+  BatchRun run;
+  run.not_run = host.guard.BatchFault(names.file, names.place, names.error_name, FilesOf(names));
+  return run.not_run.empty() ? RunAndWalk(line, names, host, scratch) : run;
+}
+
+// The name of a file with the lines that the request names: its own, or that of a copy in the
+// scratch folder where they come from a pipe. Throws Failure when they come from neither.
+std::string FileOfLines(const std::string& name, const std::string& place,
+                        std::optional<ScratchFolder>& scratch) {
+  struct stat status;
+  if (stat(name.c_str(), &status) != 0) return name;
+  if (S_ISFIFO(status.st_mode)) {
+    if (!scratch) scratch.emplace();
+    CopyPipe(name, scratch->batch_file(), place, &interrupted);
+    return scratch->batch_file();
+  }
+  if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) {
+    throw Failure(Tr("{}: is neither a regular file nor a pipe", place));
+  }
+  return name;
 }
 
 }  // namespace
@@ -189,45 +233,55 @@ std::string ErrorFileFault(const Request& request) {
 BatchRun RunBatchLine(const std::string& line, const LineHost& host) {
   const Request request(line);
   BatchRun run;
-  run.not_run = ErrorFileFault(request);
+  run.not_run = ErrorFileFault(request, host.guard);
   if (!run.not_run.empty()) return run;
+  std::optional<ScratchFolder> scratch;
   // The batch may go to another folder.
   BatchNames names = {Absolute(Lower(request.file())), Shown(request.file()), {}};
+  std::string sent = line;
+  try {
+    const std::string file = FileOfLines(names.file, names.place, scratch);
+    if (file != names.file) sent = LineWith(request, file, request.error_file());
+    names.file = file;
+  } catch (const Failure& failure) {
+    run.not_run = failure.what();
+    return run;
+  }
   if (!request.wants_error_file()) {
-    if (!request.error_file().empty()) names.error_file = Absolute(Lower(request.error_file()));
-    run = RunAndWalk(line, names, host, nullptr);
+    names.error_name = Lower(request.error_file());
+    if (!names.error_name.empty()) names.error_file = Absolute(names.error_name);
+    run = RunIfAllowed(sent, names, host, nullptr);
     // They are in the file that the line names, if that is there.
     run.failures.clear();
     run.unknown = run.unread;
     return run;
   }
-  std::optional<ScratchFolder> scratch;
   std::string changed;
   std::string unknown;
   try {
-    scratch.emplace();
-    changed = WithErrorFile(line, scratch->error_file());
+    if (!scratch) scratch.emplace();
+    changed = WithErrorFile(sent, scratch->error_file());
     if (changed.empty()) unknown = Tr("the line has no room for an error file");
   } catch (const Failure& failure) {
     unknown = failure.what();
   }
   if (!changed.empty()) {
     names.error_file = scratch->error_file();
-    run = RunAndWalk(changed, names, host, &*scratch);
+    run = RunIfAllowed(changed, names, host, &*scratch);
     if (run.code != ERROR_FILE_OPEN_ERROR) return run;
     // Nothing of the batch has run, and the user's line did not ask for this file.
     unknown = Tr("{}: the file cannot be written", Shown(names.error_file));
     names.error_file.clear();
   }
-  run = RunAndWalk(line, names, host, nullptr);
-  if (run.code == 0) run.unknown = unknown;
+  run = RunIfAllowed(sent, names, host, nullptr);
+  if (run.code == 0 && run.not_run.empty()) run.unknown = unknown;
   return run;
 }
 
 BatchRun RunBatchFile(const std::string& name, const std::string& place, const LineHost& host) {
   const ScratchFolder scratch;
-  return RunAndWalk(BatchLine(name, scratch.error_file()),
-                    {Absolute(name), place, scratch.error_file()}, host, &scratch);
+  return RunIfAllowed(BatchLine(name, scratch.error_file()),
+                      {Absolute(name), place, scratch.error_file()}, host, &scratch);
 }
 
 void ReportFailures(const std::vector<FailedLine>& failures, FailureReport& report) {

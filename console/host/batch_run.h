@@ -1,7 +1,9 @@
 // An "@" line as a user types it, or as the console writes it for a file. The library answers OK
 // whatever the lines of the batch did, and tells of those that failed in an error file alone. A
 // line that names none is run with one of the console's own, which is read and taken away again;
-// nothing else about the line changes. Ctrl-C ends it at the end of a line (stoppable_client.h).
+// nothing else about the line changes, but that a pipe is read to its end into a file, which runs:
+// lines have to be looked at ahead of the library (output_guard.h). Ctrl-C ends it at the end of a
+// line (stoppable_client.h).
 #pragma once
 
 #include <cstdint>
@@ -13,6 +15,7 @@
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/memory_watch.h"
+#include "console/host/output_guard.h"
 #include "console/host/register_client.h"
 
 namespace lorimat::console {
@@ -22,6 +25,7 @@ struct LineHost {
   Library& library;
   RegisterClient& client;
   MemoryWatch& memory;
+  OutputGuard& guard;
 };
 
 struct BatchRun {

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "console/host/stoppable_client.h"
+#include "console/message/failure.h"
 #include "console/terminal/line_reader.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -48,14 +49,21 @@ class Walk {
       memory_.memory().Lose();
       return;
     }
-    LineReader reader(batch_.file);
-    SourceLine line;
-    while (!ended_ && reader.Next(&line)) Take(line);
+    try {
+      LineReader reader(batch_.file);
+      SourceLine line;
+      while (!ended_ && reader.Next(&line)) Take(line);
+    } catch (const Failure& failure) {
+      unread_ = failure.what();
+      lines_known_ = false;
+      memory_.memory().Lose();
+    }
   }
 
   // Of all that were read.
   uint64_t lines() const { return lines_; }
   bool lines_known() const { return lines_known_; }
+  const std::string& unread() const { return unread_; }
   const std::vector<Failing>& failing() const { return failing_; }
 
   StopPlace stop() const {
@@ -112,6 +120,7 @@ class Walk {
   uint64_t stop_line_ = 0;  // the first with its code; 0 for none
   uint64_t lines_ = 0;
   bool lines_known_ = true;
+  std::string unread_;
   bool ended_ = false;     // by ABORT
   uint64_t doubtful_ = 0;  // lines since the last that has run for certain
   uint64_t first_doubtful_ = 0;
@@ -137,6 +146,7 @@ BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals,
   walk.Read();
   outcome.lines = walk.lines();
   outcome.lines_known = walk.lines_known();
+  outcome.unread = walk.unread();
   uint64_t end = UINT64_MAX;  // no line from here on ran for certain
   if (batch.stopped) {
     outcome.stop = walk.stop();

@@ -38,6 +38,7 @@ struct RunBatch {
 struct BatchOutcome {
   uint64_t lines = 0;  // that ran, empty ones too
   bool lines_known = true;
+  std::string unread;  // why its lines cannot be read any more; empty when they can
   std::optional<StopPlace> stop;
   std::vector<FailedLine> failures;  // of those that ran
 };

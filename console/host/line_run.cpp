@@ -27,6 +27,8 @@ LineAnswer RunLine(const SourceLine& line, const LineHost& host) {
     if (answer.not_run.empty()) answer.batch = std::move(batch);
     return answer;
   }
+  answer.not_run = host.guard.LineFault(line.text);
+  if (!answer.not_run.empty()) return answer;
   const uint64_t refusals = host.client.refusals();
   host.memory.Begin();
   answer.code = host.library.RunLine(line.text, &answer.answer);

@@ -79,4 +79,20 @@ class StoppableClient : public RtfClientInterface {
   bool behind_ = false;   // the line at work is behind the one that it stopped at
 };
 
+// Begins an "@" line, and ends it whichever way it goes.
+class StoppableLine {
+ public:
+  StoppableLine(StoppableClient& client, const volatile std::sig_atomic_t* stop,
+                std::function<void()> line_begins)
+      : client_(client) {
+    client_.Begin(stop, std::move(line_begins));
+  }
+  ~StoppableLine() { client_.End(); }
+  StoppableLine(const StoppableLine&) = delete;
+  StoppableLine& operator=(const StoppableLine&) = delete;
+
+ private:
+  StoppableClient& client_;
+};
+
 }  // namespace lorimat::console

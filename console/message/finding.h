@@ -160,7 +160,14 @@ enum class FindingCause : uint8_t {
   kSaleInNonFiscal,    // line, the word that ends it
   kKeyTurned,          // command, its line, the word that turns it back
   kSubtotalDiffers,    // command, sum of the lines, the sum expected
-  kLast = kSubtotalDiffers,
+  // Files that a line would write; the console does not send it
+  kWritesKept,         // key, name, what the file is
+  kWritesPlantedLink,  // key, name
+  kWritesDisk,         // key, name
+  kRemovesNoFile,      // key, name
+  kErrorFileKept,      // name, what the file is
+  kErrorFileNoFile,    // name
+  kLast = kErrorFileNoFile,
 };
 
 // The first so many of some names.

@@ -51,6 +51,8 @@ constexpr const char* kPlainDigits = TR_TEXT("digits alone, with decimals behind
 constexpr const char* kNumberOrNone = TR_TEXT("a number, or leave the field out");
 constexpr const char* kLeavesAlone = TR_TEXT("{2} leaves it alone");
 constexpr const char* kWrongCheckDigit = TR_TEXT("field {0}: the check digit of '{1}' is wrong");
+constexpr const char* kWritesOver = TR_TEXT("the line would write over it");
+constexpr const char* kRemoves = TR_TEXT("the library would remove it");
 constexpr const char* kSixDigits = TR_TEXT("six digits, DDMMYY");
 
 constexpr FindingRow kRows[] = {
@@ -363,6 +365,20 @@ constexpr FindingRow kRows[] = {
      TR_TEXT("the lines make {1}, and {0} expects {2}"),
      TR_TEXT("the receipt is given up, and the next sale opens none"),
      TR_TEXT("the sum of the lines")},
+    {Cause::kWritesKept, kError, "writes-kept-file", 0, TR_TEXT("field {0}: '{1}' is {2}"),
+     kWritesOver, TR_TEXT("the name of another file")},
+    {Cause::kWritesPlantedLink, kError, "writes-planted-link", 0,
+     TR_TEXT("field {0}: '{1}' is a link of another user in a folder where everybody writes"),
+     TR_TEXT("the line would write where that user wants"), TR_TEXT("the name of another file")},
+    {Cause::kWritesDisk, kError, "writes-kept-file", 0, TR_TEXT("field {0}: '{1}' is a disk"),
+     kWritesOver, TR_TEXT("the name of another file")},
+    {Cause::kRemovesNoFile, kError, "removes-no-file", 0,
+     TR_TEXT("field {0}: '{1}' is no regular file"), kRemoves, TR_TEXT("the name of another file")},
+    {Cause::kErrorFileKept, kError, "writes-kept-file", 0, TR_TEXT("the error file '{0}' is {1}"),
+     kRemoves, TR_TEXT("the name of another file")},
+    {Cause::kErrorFileNoFile, kError, "removes-no-file", 0,
+     TR_TEXT("the error file '{0}' is no regular file of ours"),
+     TR_TEXT("the failures of the batch would be lost"), TR_TEXT("the name of another file")},
 };
 
 // In the order of the enumeration, so that a cause is its row's number.

@@ -282,7 +282,7 @@ class RequestParts : public nlohmann::json_sax<Json> {
 const char* RequestErrorName(RequestError::Kind kind) {
   static constexpr const char* kNames[] = {
       "too-long",   "not-json", "not-an-object", "member-twice", "member-unknown", "member-missing",
-      "wrong-type", "nul-byte", "line-feed",     "fault",        "batch",
+      "wrong-type", "nul-byte", "line-feed",     "fault",        "batch",          "output",
   };
   static_assert(std::size(kNames) == RequestError::kLast + 1);
   return kNames[kind];

@@ -31,9 +31,10 @@ struct RequestError {
     kWrongType,
     kNulByte,
     kLineFeed,
-    kFault,  // the words behind ".fault"
-    kBatch,  // the error file of an "@" line
-    kLast = kBatch
+    kFault,   // the words behind ".fault"
+    kBatch,   // the files of an "@" line, or what its lines write
+    kOutput,  // a file that the line writes
+    kLast = kOutput
   };
   Kind kind = kNotJson;
   std::string cause;    // in English

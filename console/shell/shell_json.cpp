@@ -13,6 +13,7 @@
 #include "console/check/password_mask.h"
 #include "console/host/answer_causes.h"
 #include "console/host/answer_text.h"
+#include "console/host/batch_request.h"
 #include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/message/failure.h"
@@ -52,10 +53,12 @@ std::optional<std::string_view> FaultWordsOf(std::string_view line) {
 
 class JsonShell {
  public:
-  JsonShell(const Language& language, Library& library, RegisterClient& client, Streams& streams)
+  JsonShell(const Language& language, Library& library, RegisterClient& client, OutputGuard& guard,
+            Streams& streams)
       : language_(language),
         library_(library),
         client_(client),
+        guard_(guard),
         streams_(streams),
         memory_(language, client) {}
 
@@ -96,8 +99,11 @@ class JsonShell {
     } else {
       SourceLine source;
       source.text = line;
-      const LineAnswer answer = RunLine(source, {library_, client_, memory_});
-      if (!answer.not_run.empty()) return RequestError{RequestError::kBatch, answer.not_run, 0};
+      const LineAnswer answer = RunLine(source, {library_, client_, memory_, guard_});
+      if (!answer.not_run.empty()) {
+        return RequestError{IsBatchLine(line) ? RequestError::kBatch : RequestError::kOutput,
+                            answer.not_run, 0};
+      }
       Put(answer.code, answer.answer, line, answer.reason, out);
       if (answer.batch) PutBatch(*answer.batch, out);
     }
@@ -158,6 +164,7 @@ class JsonShell {
   const Language& language_;
   Library& library_;
   RegisterClient& client_;
+  OutputGuard& guard_;
   Streams& streams_;
   MemoryWatch memory_;
   size_t paper_shown_ = 0;  // lines
@@ -165,8 +172,9 @@ class JsonShell {
 
 }  // namespace
 
-int RunJson(const Language& language, Library& library, RegisterClient& client, Streams& streams) {
-  JsonShell shell(language, library, client, streams);
+int RunJson(const Language& language, Library& library, RegisterClient& client, OutputGuard& guard,
+            Streams& streams) {
+  JsonShell shell(language, library, client, guard, streams);
   LineReader reader("-", &interrupted, kLongestRequest);
   SourceLine line;
   uint64_t answered = 0;

@@ -83,7 +83,7 @@ bool HoldsNothing(std::string_view text) {
 }  // namespace
 
 ShellSession::ShellSession(const Language& language, Library& library, RegisterClient& client,
-                           Look look, Streams& streams)
+                           OutputGuard& guard, Look look, Streams& streams)
     : language_(language),
       library_(library),
       client_(client),
@@ -92,7 +92,7 @@ ShellSession::ShellSession(const Language& language, Library& library, RegisterC
       help_(language),
       completer_(language, OwnWords(), FaultWords()),
       memory_(language, client),
-      host_{library, client, memory_},
+      host_{library, client, memory_, guard},
       hints_(language),
       report_(streams, look_.terse ? nullptr : &language, false) {
   library_.RunLine("; lorimat shell", &plain_answer_);
@@ -429,7 +429,9 @@ void ShellSession::RunFile(const std::string& file) {
     throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(errno)));
   }
   if (!S_ISREG(status.st_mode)) throw Failure(Tr("{}: is no regular file", Shown(file)));
-  LineReader reader(file == "-" ? "./-" : file, &interrupted);
+  const std::string name = file == "-" ? "./-" : file;
+  LineReader reader(name, &interrupted);
+  const KeptMeanwhile kept(host_.guard.kept(), {{name, TR_TEXT("the file of lines")}});
   const uint64_t before = failures_;
   const uint64_t lines_before = file_lines_;
   const uint64_t not_counted_before = batches_not_counted_;

@@ -35,8 +35,8 @@ class ShellSession : private LineSink {
   };
 
   // All of them have to outlive this object; the library has been started.
-  ShellSession(const Language& language, Library& library, RegisterClient& client, Look look,
-               Streams& streams);
+  ShellSession(const Language& language, Library& library, RegisterClient& client,
+               OutputGuard& guard, Look look, Streams& streams);
 
   // Runs a line; place, "standard input:7", names it where that is not plain to see. Throws
   // Failure when its output cannot be written.

@@ -18,6 +18,20 @@
 
 namespace lorimat::console {
 
+// Signals are let in during the wait alone, so that none can slip between the test and the wait.
+bool WaitForInput(int file, const volatile std::sig_atomic_t* stop) {
+  if (stop == nullptr) return true;
+  const sigset_t signals = InterruptSignals();
+  sigset_t before;
+  sigprocmask(SIG_BLOCK, &signals, &before);
+  pollfd input = {file, POLLIN, 0};
+  while (*stop == 0 && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {
+  }
+  const bool go_on = *stop == 0;
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  return go_on;
+}
+
 LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t* stop, size_t kept)
     : name_(file == "-" ? Tr("standard input") : Shown(file)),
       stop_(stop),
@@ -38,23 +52,8 @@ LineReader::LineReader(const std::string& file, const volatile std::sig_atomic_t
   if (regular_) size_ = static_cast<uint64_t>(status.st_size);
 }
 
-// Waits until there is something to read; false when the reading is to end. Signals are let in
-// during the wait alone, so that none can slip between the test and the wait.
-bool LineReader::wait() {
-  if (stop_ == nullptr) return true;
-  const sigset_t signals = InterruptSignals();
-  sigset_t before;
-  sigprocmask(SIG_BLOCK, &signals, &before);
-  pollfd input = {file_.get(), POLLIN, 0};
-  while (*stop_ == 0 && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {
-  }
-  const bool go_on = *stop_ == 0;
-  sigprocmask(SIG_SETMASK, &before, nullptr);
-  return go_on;
-}
-
 bool LineReader::fill() {
-  if (!wait()) return false;
+  if (!WaitForInput(file_.get(), stop_)) return false;
   ssize_t got;
   do {
     got = read(file_.get(), buffer_.data(), buffer_.size());

@@ -22,6 +22,10 @@ struct SourceLine {
   uint64_t nul_at = 0;  // column of the first NUL byte, from 1; 0 when there is none
 };
 
+// Waits until there is something to read, or its end; false when *stop was set, by a handler of the
+// signals of interrupt.h, before or while it waits. A null pointer waits for nothing.
+bool WaitForInput(int file, const volatile std::sig_atomic_t* stop);
+
 class LineReader {
  public:
   // What is kept of a line, where nothing else is asked for: more than kLongestLine, enough for the
@@ -45,7 +49,6 @@ class LineReader {
 
  private:
   bool fill();
-  bool wait();
 
   std::string name_;
   const volatile std::sig_atomic_t* stop_;

@@ -65,8 +65,8 @@ TEST_F(BatchLines, WithoutFailuresShowNone) {
   EXPECT_THAT(temporary_.names(), IsEmpty());
 }
 
-// How many lines came out of a pipe is not known, but which failed.
-TEST_F(BatchLines, OfAPipeAreNotCounted) {
+// A pipe is read to its end ahead of the first line, which then is looked at as those of a file.
+TEST_F(BatchLines, OfAPipeShowTheirFailures) {
   folder_.Write("lines.cmd", "@pipe\n");
   const ProgramRun result =
       RunProgram("/bin/bash",
@@ -76,16 +76,48 @@ TEST_F(BatchLines, OfAPipeAreNotCounted) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.errors,
             "pipe:2: code 257: ERROR 1/1 : SINTAX ERROR 1 : INSTRUCTION NOT FOUND\n"
+            "    WRONG\n"
             "pipe:3: code 269: ERROR 1/13 : SINTAX ERROR 13 : NO DPT NUMBER OR ARTICLE CODE\n"
+            "    VEND PRE=3.00\n"
             "lines.cmd:1: answer: OK.(4 Lines   0 msec)\n"
-            "lorimat: 2 lines failed\n");
+            "lorimat: 2 of 5 lines failed\n");
+  EXPECT_THAT(result.output, HasSubstr("DOCUMENTO N. 0001-0001"));
+  EXPECT_THAT(temporary_.names(), IsEmpty());
 }
 
-TEST_F(BatchLines, OfABatchThatChangesItselfAreNotCounted) {
-  folder_.Write("inner.cmd", "WRONG\nDIRECTIO CMD=1, FILE='inner.cmd'\n");
+TEST_F(BatchLines, OfAPipeHaveTheErrorFileOfTheUser) {
+  folder_.Write("lines.cmd", "@pipe, errors.txt\n");
+  const ProgramRun result =
+      RunProgram("/bin/bash",
+                 {"-c", "mkfifo pipe; cat inner.cmd >pipe & \"$1\" run lines.cmd --terse", "bash",
+                  std::string(LORIMAT_BIN_FOLDER) + "/lorimat"},
+                 Setting());
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_THAT(folder_.Read("errors.txt"), HasSubstr("ERROR 1/1 in line 2 : "));
+  EXPECT_THAT(temporary_.names(), IsEmpty());
+}
+
+// Such as the one that never ends.
+TEST_F(BatchLines, OfADeviceAreNotRun) {
+  for (const std::string device : {"/dev/zero", "/dev/null"}) {
+    for (const std::string more : {"", ", errors.txt"}) {
+      const ProgramRun result = Run("@" + device + more + "\n");
+      EXPECT_EQ(result.exit_code, 1) << device;
+      EXPECT_THAT(result.errors, HasSubstr("lines.cmd:1: not run: " + device +
+                                           ": is neither a regular file nor a pipe\n"));
+    }
+  }
+}
+
+TEST_F(BatchLines, OfABatchThatWouldChangeItselfAreNotRun) {
+  const std::string lines = "WRONG\nDIRECTIO CMD=1, FILE='inner.cmd'\n";
+  folder_.Write("inner.cmd", lines);
   const ProgramRun result = RunConsole({"run", "--batch", "inner.cmd", "--terse"}, Setting());
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_THAT(result.errors, HasSubstr("lorimat: 2 lines failed\n"));
+  EXPECT_EQ(result.errors,
+            "inner.cmd: not run: inner.cmd:2: field FILE: 'inner.cmd' is the file of lines: the "
+            "line would write over it\n");
+  EXPECT_EQ(folder_.Read("inner.cmd"), lines);
 }
 
 TEST_F(BatchLines, LeaveAnErrorFileOfTheUserToTheLibrary) {

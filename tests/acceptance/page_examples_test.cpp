@@ -103,6 +103,9 @@ void SetScene(const std::string& command, const TestFolder& folder) {
        [](const TestFolder& place) {
          place.Write("receipt.cmd", "VEND REP=1, PRE=2.00\nVNED REP=1, PRE=1.00\nCHIU\n");
        }},
+      {"printf \"INFO TIPO=1, FILE='shop.register'\\n\" | lorimat run - --register shop.register "
+       "--terse --clock \"2024-03-15 10:30\"",
+       [](const TestFolder& place) { Sell(place, "VEND REP=1, PRE=1.00\nCHIU\n"); }},
       {"lorimat status --register shop.register",
        [](const TestFolder& place) {
          Sell(place,

@@ -222,11 +222,11 @@ TEST(ShellJson, ABatchTellsOfItsLines) {
   EXPECT_EQ(answer["state"]["open_document"]["subtotal_cents"], 100);
 }
 
-TEST(ShellJson, TheLinesOfABatchThatIsNoRegularFileAreNotCounted) {
+TEST(ShellJson, ABatchThatIsADeviceIsNotRun) {
   const json answer = AnswerTo(Request(1, "@/dev/null"));
-  EXPECT_EQ(answer["code"], 0);
-  EXPECT_TRUE(answer["batch"]["lines"].is_null());
-  EXPECT_TRUE(answer["batch"]["not_known"].is_null());
+  EXPECT_TRUE(answer["code"].is_null());
+  EXPECT_EQ(answer["error"]["kind"], "batch");
+  EXPECT_EQ(answer["error"]["cause"], "/dev/null: is neither a regular file nor a pipe");
 }
 
 TEST(ShellJson, OfALongBatchAHundredFailuresAreShownAndAllCounted) {

@@ -117,6 +117,22 @@ TEST(FieldKinds, NamesOfFilesAreMadeSmallWhereThePageSaysSo) {
   }
 }
 
+TEST(FieldKinds, FilesAreNamedByTheFieldsThatThePageCallsSo) {
+  size_t files = 0;
+  for (const FieldOfPage& field : FieldsOf(PageLanguage::kEnglish)) {
+    const std::string& takes = field.help.takes;
+    const bool names_file = takes.starts_with("file") || takes.starts_with("graphic file");
+    const FileUse use = file_use(field.opcode, field.help.number);
+    EXPECT_EQ(names_file, use != FileUse::kNone) << Named(field);
+    // Small letters are the translator's doing, which opens those files itself.
+    if (is_made_small(field.opcode, field.help.number)) {
+      EXPECT_TRUE(use != FileUse::kNone && use != FileUse::kRead) << Named(field);
+    }
+    if (names_file) ++files;
+  }
+  EXPECT_EQ(files, 11U);
+}
+
 TEST(FieldKinds, AFieldThatIsNamedAloneIsAFlag) {
   EXPECT_TRUE(is_flag(10, 5));
   EXPECT_TRUE(is_flag(22, 6));
