@@ -91,8 +91,8 @@ void RegisterCore::Keep(bool behind) {
   // Not by answer_due, which is set below.
   const bool set = SettingsDiffer(*this, kept_) || ChainedSettingsChange(tables);
   const bool programmed = Changes(tables, {Tables::Part::kNotes});
-  const bool row = session.article_transfer &&
-                   !Changes(tables, {Tables::Part::kNotes, Tables::Part::kArticle});
+  const bool row =
+      session.article_transfer && !Changes(tables, {Tables::Part::kNotes, Tables::Part::kArticle});
   size_t torn_off = 0;
   if (open_moved || printed || set || programmed || store.Changed() || database.in_unit()) {
     // Of what is printed and not registered nothing is lost that counts.
@@ -101,11 +101,10 @@ void RegisterCore::Keep(bool behind) {
     if (programmed && !fiscal) database.OweWaiting();
     // A document that was held and ends now has been registered before.
     const bool ended = replaced_ && replaced_->id != 0;
-    answer_due = store.Registered() || ended  ? AnswerDue::kDocument
-                 : store.ClosedDay()          ? AnswerDue::kClosure
-                 : behind || unanswered_left_ || state != PrinterState::kMonitor
-                     ? kept_.answer_due
-                     : AnswerDue::kNone;
+    answer_due = store.Registered() || ended ? AnswerDue::kDocument
+                 : store.ClosedDay()         ? AnswerDue::kClosure
+                 : behind || unanswered_left_ || state != PrinterState::kMonitor ? kept_.answer_due
+                                                                                 : AnswerDue::kNone;
     const bool chained = ChainedTablesChange(tables);
     const ProgrammedTexts before = ProgrammedValues(database, set, chained);
     if (programmed) StoreTables(database, tables);
