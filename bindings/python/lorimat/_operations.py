@@ -5,7 +5,19 @@ for each parameter its name, type and part. The part is "in", "out" (a number th
 "text" (a text that is filled) or "room" (that of the text before it).
 """
 
-from ctypes import POINTER, c_bool, c_char_p, c_int, c_int32, c_int64, c_int8, c_long, c_size_t, c_uint16, c_uint32, c_uint8, c_void_p
+from ctypes import (POINTER,
+                    c_bool,
+                    c_char_p,
+                    c_int,
+                    c_int32,
+                    c_int64,
+                    c_int8,
+                    c_long,
+                    c_size_t,
+                    c_uint16,
+                    c_uint32,
+                    c_uint8,
+                    c_void_p)
 
 OPERATIONS = (
     # Device state and properties

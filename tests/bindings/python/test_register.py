@@ -1,0 +1,136 @@
+"""The virtual register."""
+
+import datetime
+from decimal import Decimal
+
+import lorimat
+import pytest
+from conftest import noon
+from lorimat import constants
+
+
+def sell(register):
+    with lorimat.Translator(register) as t:
+        t("VEND REP=2, QTA=2, PRE=1.20")
+        t("CHIU TEND=CONTANTI, IMP=5.00")
+
+
+def test_it_counts_what_it_sells(register):
+    sell(register)
+    totals = register.totals
+    assert totals.receipts_number == totals.sales == 1
+    assert totals.net_amount == totals.grand_amount == Decimal("2.40")
+    assert totals.tenders == {"0": Decimal("2.40")}
+    state = register.state
+    assert state.printer_state == constants.RTF_FPTR_PS_MONITOR
+    assert state.day_open is True and state.documents == 1
+
+
+def test_its_paper_comes_as_pictures(register):
+    sell(register)
+    assert register.png().startswith(b"\x89PNG")
+    assert register.pdf().startswith(b"%PDF")
+
+
+def test_it_lives_in_a_file(tmp_path):
+    for place in (str(tmp_path / "a.register"), tmp_path / "b.register",
+                  bytes(tmp_path / "caffè.register")):
+        with lorimat.VirtualRegister(place, clock=noon) as register:
+            sell(register)
+            with pytest.raises(lorimat.LorimatError, match="register"):
+                lorimat.VirtualRegister(place)
+        with lorimat.VirtualRegister(place, clock=noon) as register:
+            assert register.totals.sales == 1
+            assert "DOCUMENTO N. 0001-0001" in register.paper
+            assert register.start_notice == ""
+
+
+def test_it_has_the_identity_that_it_is_given():
+    with lorimat.VirtualRegister(serial_number="99LRM0000077VR", header_lines=["BAR SPORT", "Caffè"],
+                                 last_closure=41, clock=noon) as register:
+        sell(register)
+        for part in ("BAR SPORT", "Caffè", "99LRM0000077VR", "0042-0001"):
+            assert part in register.paper
+
+
+@pytest.mark.parametrize("wrong, error", [
+    (dict(serial_number=7), TypeError), (dict(serial_number="a\0b"), lorimat.TextError),
+    (dict(serial_number="x" * 33), lorimat.LorimatError),
+    (dict(serial_number="\ud800"), lorimat.TextError),
+    (dict(header_lines="BAR"), TypeError), (dict(header_lines=[None]), TypeError),
+    (dict(header_lines=["x"] * 7), lorimat.LorimatError), (dict(header_lines=3), TypeError),
+    (dict(last_closure=-1), lorimat.LorimatError), (dict(last_closure=2**40), OverflowError),
+    (dict(last_closure=True), TypeError), (dict(last_invoice="7"), TypeError),
+    (dict(file=3.5), TypeError), (dict(file="a\0b"), lorimat.TextError),
+    (dict(file="/nowhere/at/all/shop.register"), lorimat.LorimatError),
+    (dict(file="x" * 5000), lorimat.LorimatError),
+    (dict(clock=noon()), TypeError), (dict(colour="red"), TypeError),
+])
+def test_what_it_cannot_be_made_with_is_named(wrong, error):
+    with pytest.raises(error):
+        lorimat.VirtualRegister(**wrong)
+
+
+def test_a_fault_strikes(register, translator):
+    register.fault("paper-end")
+    assert register.state.waiting_faults == 1
+    with pytest.raises(lorimat.LorimatError) as caught:
+        translator("VEND REP=1, PRE=1.20")
+    assert caught.value.code == constants.RTF_EFPTR_REC_EMPTY | 0x400
+    register.fault("code", 777, operation="PrintRecItemEx", when="every")
+    register.clear_faults()
+    translator("VEND REP=1, PRE=1.20")
+
+
+@pytest.mark.parametrize("arguments, error", [
+    (("fire",), lorimat.LorimatError), ((None,), TypeError), ((3,), TypeError),
+    (("code", "x"), TypeError), (("code", 2**31), OverflowError), (("code", 0), lorimat.LorimatError),
+])
+def test_a_fault_that_cannot_be_is_named(register, arguments, error):
+    with pytest.raises(error):
+        register.fault(*arguments)
+    with pytest.raises(lorimat.LorimatError, match="sometimes"):
+        register.fault("busy", when="sometimes")
+    with pytest.raises(lorimat.LorimatError, match="Sing"):
+        register.fault("busy", operation="Sing")
+    assert register.state.waiting_faults == 0
+
+
+def test_a_clock_that_fails_is_the_cause():
+    answers = [noon()]
+
+    def clock():
+        if not answers:
+            raise OSError("no battery")
+        return answers[0]
+
+    with lorimat.VirtualRegister(clock=clock) as register, lorimat.Translator(register) as t:
+        t("VEND REP=1, PRE=1.20")
+        answers.clear()
+        with pytest.raises(lorimat.LorimatError) as caught:
+            t("CHIU TEND=CONTANTI")
+        assert isinstance(caught.value.__cause__, OSError)
+        answers.append(noon())
+        t("CHIU TEND=CONTANTI")
+    with pytest.raises(lorimat.LorimatError) as caught:
+        lorimat.VirtualRegister(clock=lambda: "noon")
+    assert isinstance(caught.value.__cause__, TypeError)
+
+
+def test_a_clock_cannot_use_its_register():
+    caught = []
+
+    def clock():
+        try:
+            register.paper
+        except lorimat.LorimatError as error:
+            caught.append(str(error))
+        return noon()
+
+    register = None
+    with lorimat.VirtualRegister(clock=noon) as first:
+        sell(first)
+    register = lorimat.VirtualRegister(clock=lambda: clock() if register is not None else noon())
+    sell(register)
+    register.close()
+    assert caught and all("from inside of a callback" in one for one in caught)
