@@ -85,7 +85,9 @@ def _int(value: Any, what: str) -> int:
 
 
 def _amount(number: int) -> Decimal:
-    return Decimal(number) / 10000
+    """Of ten-thousandths; with two decimals where there are no more."""
+    amount = Decimal(number).scaleb(-4)
+    return amount.quantize(Decimal("0.01")) if number % 100 == 0 else amount
 
 
 class VirtualRegister(Unpicklable):
