@@ -38,8 +38,9 @@ class TemporaryFile {
   // Without capital letters, which the library lower-cases in the name of a batch.
   static std::string UnusedName() {
     static int count = 0;
-    const std::string name =
-        "lorimat-bench-" + std::to_string(getpid()) + "-" + std::to_string(++count);
+    char name[64];  // as long in every process: what is counted includes the name
+    std::snprintf(name, sizeof name, "lorimat-bench-%010d-%03d", static_cast<int>(getpid()),
+                  ++count);
     return (std::filesystem::temp_directory_path() / name).string();
   }
 
