@@ -55,7 +55,11 @@ void BatchOfSales(benchmark::State& state) {
   batch.RequireSales(state.iterations() * state.range(0));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(BatchOfSales)->RangeMultiplier(10)->Range(1000, 1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BatchOfSales)
+    ->Name("batch/ours")
+    ->RangeMultiplier(10)
+    ->Range(1000, 1000000)
+    ->Unit(benchmark::kMillisecond);
 
 void SalesOneByOne(benchmark::State& state) {
   Batch batch(state.range(0));
@@ -69,7 +73,11 @@ void SalesOneByOne(benchmark::State& state) {
   batch.RequireSales(state.iterations() * state.range(0));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(SalesOneByOne)->RangeMultiplier(10)->Range(1000, 1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(SalesOneByOne)
+    ->Name("batch/one_by_one")
+    ->RangeMultiplier(10)
+    ->Range(1000, 1000000)
+    ->Unit(benchmark::kMillisecond);
 
 constexpr int kCommands = 127;
 constexpr int kFields = 40;
@@ -84,7 +92,7 @@ void DefinitionFile(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kCommands * (kFields + 1));
 }
-BENCHMARK(DefinitionFile)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DefinitionFile)->Name("definition_file/ours")->Unit(benchmark::kMicrosecond);
 
 // What a program without a language of its own would fill: the same tables, by section and row.
 struct IniTables {
@@ -119,6 +127,6 @@ void DefinitionByInih(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kCommands * (kFields + 1));
 }
-BENCHMARK(DefinitionByInih)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DefinitionByInih)->Name("definition_file/inih")->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -62,7 +62,7 @@ void read_by_SeqFileRead(benchmark::State& state) {
   }
   Report(state, characters);
 }
-BENCHMARK(read_by_SeqFileRead)->Unit(benchmark::kMillisecond);
+BENCHMARK(read_by_SeqFileRead)->Name("read_lines/ours")->Unit(benchmark::kMillisecond);
 
 void ReadByGetline(benchmark::State& state) {
   const char* path = FileOfLines().path();
@@ -76,7 +76,7 @@ void ReadByGetline(benchmark::State& state) {
   }
   Report(state, characters);
 }
-BENCHMARK(ReadByGetline)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByGetline)->Name("read_lines/getline")->Unit(benchmark::kMillisecond);
 
 void ReadByFgets(benchmark::State& state) {
   const char* path = FileOfLines().path();
@@ -92,6 +92,6 @@ void ReadByFgets(benchmark::State& state) {
   }
   Report(state, characters);
 }
-BENCHMARK(ReadByFgets)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByFgets)->Name("read_lines/fgets")->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -8,26 +8,9 @@
 
 #include "bench_tools.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
-#include "rpccommon/client/rtfclientbase.h"
+#include "quiet_client.h"
 
 namespace {
-
-// Sells and does nothing, so that what is measured is the translator's own time.
-class QuietClient : public RtfClientBase {
- public:
-  int GetIntProperty(int, int* value) override {
-    *value = 0;
-    return RTF_SUCCESS;
-  }
-  int GetDataInternal(int, char* text) override {
-    *text = 0;
-    return RTF_SUCCESS;
-  }
-  int PrintRecItemEx(int, const char*, int64_t, int, int, int64_t, const char*, int, bool,
-                     const char*) override {
-    return RTF_SUCCESS;
-  }
-};
 
 constexpr char kLanguage[] =
     "[OPCOD]\n9=SUBT\n10=VEND\n11=CHIU\n"
@@ -49,17 +32,17 @@ void RunLine(benchmark::State& state, const char* line, long expected) {
 }
 
 void SaleOfADepartment(benchmark::State& state) { RunLine(state, "VEND REP=1, PRE=12.34", 0); }
-BENCHMARK(SaleOfADepartment);
+BENCHMARK(SaleOfADepartment)->Name("short_sale/ours");
 
 void SaleWithEveryCommonField(benchmark::State& state) {
   RunLine(state, "VEND REP=1, QTA=1.5, PREUN=12.34, DES='Pane di casa', UM='kg'", 0);
 }
-BENCHMARK(SaleWithEveryCommonField);
+BENCHMARK(SaleWithEveryCommonField)->Name("full_sale/ours");
 
 void CommentLine(benchmark::State& state) { RunLine(state, "   ; nothing to do", 0); }
-BENCHMARK(CommentLine);
+BENCHMARK(CommentLine)->Name("comment/ours");
 
 void UnknownCommand(benchmark::State& state) { RunLine(state, "NOSUCH REP=1", 257); }
-BENCHMARK(UnknownCommand);
+BENCHMARK(UnknownCommand)->Name("unknown_command/ours");
 
 }  // namespace

@@ -12,7 +12,7 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libfmt-dev libcli11-dev
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 check_packages=(binutils python3 shellcheck clang-format clang-tidy cppcheck codespell)
 bench_packages=(libbenchmark-dev libinih-dev libboost1.81-dev libspdlog-dev nlohmann-json3-dev
-  rapidjson-dev)
+  python3-matplotlib rapidjson-dev)
 coverage_packages=(gcovr)
 memory_packages=(valgrind)
 packaging_packages=(dpkg-dev lintian debootstrap)

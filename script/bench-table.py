@@ -1,0 +1,179 @@
+#!/usr/bin/python3
+"""Writes the figures of docs/performance.md, and its pictures, from what the benchmarks told.
+
+usage: script/bench-table.py [--build FOLDER] JSON...
+
+A JSON file is what a program of Google Benchmark wrote by --benchmark_out, with repetitions. The names of
+benchmarks are SUBJECT/SIDE or SUBJECT/SIDE/SIZE. bench/goals.tsv names the pairs and what ours may cost at
+most of the rival's; bench/instructions.txt has what script/growth counted. The page keeps what stands
+outside of its marks. FOLDER, build/release, is where the programs were built.
+"""
+
+import argparse
+import collections
+import json
+import pathlib
+import re
+import statistics
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+PAGE = ROOT / "docs" / "performance.md"
+PICTURES = ROOT / "docs" / "pictures"
+BEGIN = "<!-- Figures: script/bench-table.py writes them. -->"
+END = "<!-- End of the figures. -->"
+IN_NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def output(*command):
+    return subprocess.run(command, cwd=ROOT, capture_output=True, text=True, check=True).stdout
+
+
+def read_times(paths):
+    """The processor times of each benchmark, in nanoseconds, by name."""
+    times = collections.defaultdict(list)
+    for path in paths:
+        for row in json.loads(path.read_text())["benchmarks"]:
+            if row["run_type"] == "iteration" and not row.get("error_occurred"):
+                times[row["run_name"]].append(row["cpu_time"] * IN_NANOSECONDS[row["time_unit"]])
+    return times
+
+
+def read_rows(path, separator=None):
+    for line in path.read_text().splitlines():
+        if line and not line.startswith("#"):
+            yield line.split(separator)
+
+
+def shown(nanoseconds):
+    for unit, size in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def machine(build):
+    cpu = re.search(r"^model name\s*: (.+)$", pathlib.Path("/proc/cpuinfo").read_text(), re.MULTILINE)
+    cache = (build / "CMakeCache.txt").read_text()
+    compiler = re.search(r"^CMAKE_CXX_COMPILER:\w+=(.+)$", cache, re.MULTILINE).group(1)
+    version = output(compiler, "--version").splitlines()[0]
+    commit = output("git", "rev-parse", "--short", "HEAD").strip()
+    return f"Commit {commit}, {version}, {cpu.group(1) if cpu else 'unknown processor'}."
+
+
+def goals_table(times):
+    lines = [
+        "| subject | ours | rival | theirs | ratio | goal | |",
+        "|---|---|---|---|---|---|---|",
+    ]
+    for subject, ours, rival, goal in read_rows(ROOT / "bench" / "goals.tsv", "\t"):
+        if ours not in times or rival not in times:
+            print(f"bench-table: {ours} or {rival} was not measured", file=sys.stderr)
+            continue
+        mine = statistics.median(times[ours])
+        theirs = statistics.median(times[rival])
+        ratio = mine / theirs
+        met = "" if goal == "-" else "met" if ratio <= float(goal) else "missed"
+        name = rival.split("/")[1]
+        lines.append(
+            f"| {subject} | {shown(mine)} | {name} | {shown(theirs)} | {ratio:.2f} | {goal} | {met} |"
+        )
+    return lines
+
+
+def families():
+    """Of what was counted: program and family with sizes and instructions for each unit."""
+    found = collections.defaultdict(list)
+    for program, subject, units, instructions in read_rows(ROOT / "bench" / "instructions.txt"):
+        family, size = subject.rsplit("/", 1)
+        found[program, family].append((int(size), int(instructions) / int(units)))
+    return found
+
+
+def counts_table(found):
+    lines = ["| program | family | instructions a unit, by size |", "|---|---|---|"]
+    for (program, family), points in found.items():
+        costs = ", ".join(f"{cost:,.0f} at {size:,}" for size, cost in points)
+        lines.append(f"| {program} | {family} | {costs} |")
+    return lines
+
+
+def draw(name, title, unit, curves):
+    """A picture of cost against size, the same for the same figures."""
+    import matplotlib
+
+    matplotlib.use("svg")
+    matplotlib.rcParams["svg.hashsalt"] = name
+    from matplotlib import pyplot
+
+    figure, axes = pyplot.subplots(figsize=(8, 4.5))
+    for label, points in curves.items():
+        axes.plot(*zip(*sorted(points)), marker="o", label=label)
+    axes.set_xscale("log")
+    axes.set_yscale("log")
+    axes.set_xlabel("size")
+    axes.set_ylabel(unit)
+    axes.set_title(title)
+    axes.grid(True, which="major", linewidth=0.3)
+    axes.legend(fontsize="small", ncols=2)
+    figure.tight_layout()
+    PICTURES.mkdir(exist_ok=True)
+    figure.savefig(PICTURES / f"{name}.svg", metadata={"Date": None})
+    pyplot.close(figure)
+    return f"![{title}: {unit} by size](pictures/{name}.svg)"
+
+
+def pictures(times, found):
+    lines = []
+    by_subject = collections.defaultdict(lambda: collections.defaultdict(list))
+    for name, values in times.items():
+        parts = name.split("/")
+        if len(parts) == 3 and parts[2].isdigit():
+            by_subject[parts[0]][parts[1]].append((int(parts[2]), statistics.median(values) / 1e3))
+    for subject, curves in by_subject.items():
+        if any(len(points) > 1 for points in curves.values()):
+            lines.append(draw(f"time-{subject}", subject, "processor time in µs", curves))
+    by_program = collections.defaultdict(dict)
+    for (program, family), points in found.items():
+        if len(points) > 1:
+            by_program[program][family] = points
+    for program, curves in by_program.items():
+        lines.append(draw(f"growth-{program}", program, "instructions a unit", curves))
+    return [line for picture in lines for line in (picture, "")]
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build" / "release")
+    parser.add_argument("files", type=pathlib.Path, nargs="+")
+    arguments = parser.parse_args()
+
+    times = read_times(arguments.files)
+    found = families()
+    repetitions = min(len(values) for values in times.values())
+    figures = [
+        BEGIN,
+        "",
+        machine(arguments.build),
+        f"Processor times, medians of {repetitions} repetitions and more.",
+        "",
+        *goals_table(times),
+        "",
+        "Instructions, as `script/growth` counts them:",
+        "",
+        *counts_table(found),
+        "",
+        *pictures(times, found),
+        END,
+    ]
+    text = PAGE.read_text()
+    before, begin, rest = text.partition(BEGIN)
+    _, end, behind = rest.partition(END)
+    if not begin or not end:
+        sys.exit(f"{PAGE}: has no marks for the figures")
+    PAGE.write_text(before + "\n".join(figures) + behind)
+
+
+if __name__ == "__main__":
+    main()
