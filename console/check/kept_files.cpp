@@ -104,8 +104,8 @@ std::vector<KeptFile> RegisterFiles(const std::string& name) {
   if (name.empty()) return {};
   std::vector<KeptFile> files = {{name, TR_TEXT("the register's file")}};
   const std::string target = BehindLinks(AT_FDCWD, name);
-  for (const std::string_view end : {"-wal", "-shm", "-journal"}) {
-    files.push_back({target + std::string(end), TR_TEXT("a part of the register's file")});
+  for (const char* end : kBesideRegister) {
+    files.push_back({target + end, TR_TEXT("a part of the register's file")});
   }
   return files;
 }

@@ -19,6 +19,9 @@ struct KeptFile {
   const char* what;  // in English, for Translated(): "the file of lines"
 };
 
+// What the database puts behind the register's name for the files that it makes beside it.
+inline constexpr const char* kBesideRegister[] = {"-wal", "-shm", "-journal"};
+
 // The register's file and those that the database makes beside it; none for an empty name.
 std::vector<KeptFile> RegisterFiles(const std::string& name);
 

@@ -3,13 +3,38 @@
 #include <sys/stat.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <iterator>
+#include <system_error>
 
+#include "console/check/kept_files.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "register/value/planted_link.h"
 
 namespace lorimat::console {
+namespace {
+
+// The name of a register, those that its links lead to, and those of the files beside it.
+bool LeadsThroughPlantedLink(const std::string& file) {
+  constexpr int kMostLinks = 40;
+  std::filesystem::path path = file;
+  for (int link = 0; link < kMostLinks; ++link) {
+    if (lorimat::IsPlantedLink(path.string())) return true;
+    std::error_code none;
+    const std::filesystem::path target = std::filesystem::read_symlink(path, none);
+    if (none) break;
+    path = path.parent_path() / target;
+  }
+  return std::any_of(
+      std::begin(kBesideRegister), std::end(kBesideRegister),
+      [&path](const char* end) { return lorimat::IsPlantedLink(path.string() + end); });
+}
+
+}  // namespace
 
 CLI::Option* AddRegisterOption(CLI::App* command, std::string* file) {
   return command->add_option("--register", *file, Tr("The register's file"))
@@ -42,11 +67,12 @@ void RequireNoStream(const std::string& file) {
 
 void RequireRegisterName(const std::string& file) {
   RequireNoStream(file);
-  const size_t slash = file.rfind('/');
-  if (slash == std::string::npos) return;
   const auto refuse = [&file](int cause) {
     throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(cause)));
   };
+  if (LeadsThroughPlantedLink(file)) refuse(ELOOP);
+  const size_t slash = file.rfind('/');
+  if (slash == std::string::npos) return;
   struct stat status;
   const std::string folder = file.substr(0, slash + 1);
   const std::string name = file.substr(slash + 1);

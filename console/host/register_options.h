@@ -22,8 +22,9 @@ void AddLanguageOptions(CLI::App* command, std::string* language, std::string* l
 void AddPaperOption(CLI::App* command, std::string* file, const std::string& description);
 
 // Throws Failure when the text cannot name a register's file, be it there or not: "-", a name in a
-// folder that is not there, and a folder's ("shop.register/"). The database would read some of them
-// as another name.
+// folder that is not there, a folder's ("shop.register/"), and one that leads through another
+// user's link in a folder where everybody writes. The database would read some of them as another
+// name.
 void RequireRegisterName(const std::string& file);
 // The part of it that asks no disk: "-" is no file here, neither a register nor a copy of one.
 void RequireNoStream(const std::string& file);

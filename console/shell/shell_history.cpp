@@ -14,6 +14,7 @@
 #include "console/terminal/line_reader.h"
 #include "console/terminal/replacing_file.h"
 #include "console/terminal/streams.h"
+#include "register/value/planted_link.h"
 
 namespace lorimat::console {
 namespace {
@@ -49,6 +50,8 @@ ShellHistory::ShellHistory(const std::string& file) : file_(file) {
   struct stat status;
   if (file_.empty()) {
     Fail(Tr("neither HOME nor XDG_STATE_HOME names a folder"));
+  } else if (lorimat::IsPlantedLink(file_)) {
+    Fail(SystemMessage(ELOOP));
   } else if (stat(file_.c_str(), &status) != 0) {
     if (errno != ENOENT) Fail(SystemMessage(errno));
   } else if (!S_ISREG(status.st_mode)) {

@@ -63,3 +63,37 @@ TEST_F(PlantedLink, ABackupIsRefused) {
   ASSERT_EQ(shop_.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
   ExpectRefused(shop_.Run({"backup", link("folder")}));
 }
+
+TEST_F(PlantedLink, ARegisterIsRefused) {
+  ASSERT_EQ(shop_.Sell("VEND REP=1, PRE=1.00\nCHIU\n").exit_code, 0);
+  std::ofstream(folder_ / "lines.cmd") << "VEND REP=1, PRE=1.00\n";
+  const std::string lines = (folder_ / "lines.cmd").string();
+  Plant(shop_.file(), "register");
+  Plant(folder_ / "new", "made");
+  // Of links on the way one is enough.
+  fs::create_symlink(link("register"), folder_ / "mine.register");
+  Plant(mine_, "own.register-wal");
+  const std::string names[] = {link("register"), link("made"), (folder_ / "mine.register").string(),
+                               link("own.register")};
+  for (const std::string& name : names) {
+    const ProgramRun run = RunConsole({"run", lines, "--register", name});
+    EXPECT_EQ(run.exit_code, 2) << name;
+    EXPECT_THAT(run.errors, HasSubstr(name + ": cannot be opened: Too many levels")) << name;
+  }
+  ExpectRefused(RunConsole({"init", link("made")}));
+  EXPECT_FALSE(fs::exists(folder_ / "new"));
+  EXPECT_THAT(RunConsole({"status", "--register", shop_.file()}).output,
+              HasSubstr("Documents       1\n"));
+  // One's own link may be used there.
+  fs::create_symlink(shop_.file(), all_ / "own");
+  EXPECT_EQ(RunConsole({"status", "--register", link("own")}).exit_code, 0);
+}
+
+TEST_F(PlantedLink, AnOutputOfALineIsRefused) {
+  std::ofstream(folder_ / "lines.cmd") << "INFO TIPO=1, FILE='" + link("file") + "'\n";
+  const ProgramRun run = RunConsole({"run", (folder_ / "lines.cmd").string()});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors,
+              HasSubstr("is a link of another user in a folder where everybody writes"));
+  EXPECT_EQ(ReadFile(mine_.string()), "mine");
+}
