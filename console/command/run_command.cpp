@@ -401,13 +401,14 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   const std::vector<OutputName> output_names = OutputsOf(options, papers);
   RequireFreeNames(options, output_names, library_file);
   const bool caller_wants_error = IgnoreBrokenPipe();
-  const InterruptWatch watch;
   streams.StartTrace(options.trace);
   if (options.verbose) Tell(streams, Tr("library {}", Shown(library_file)));
   std::optional<Library> library(std::in_place, library_file, streams);
   client.emplace(options.clock, options.register_file, streams);
   StartLibrary(options.language, options.verbose, *library, *client, streams);
 
+  // A library that hangs while it is loaded is ended as any program is.
+  const InterruptWatch watch;
   PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
   const Language language(FindDefinitionFile(options.language).path);

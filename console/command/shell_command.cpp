@@ -298,11 +298,12 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
   std::optional<InterruptWatch> watch;
-  if (!terminal) watch.emplace();
   std::optional<RegisterClient> client;
   const std::string library_file = FindLibrary(options.library);
   streams.StartTrace("");
   std::optional<Library> library(std::in_place, library_file, streams);
+  // A library that hangs while it is loaded is ended as any program is.
+  if (!terminal) watch.emplace();
   client.emplace(options.clock, options.register_file, streams);
   StartLibrary(options.language, false, *library, *client, streams);
   const std::string words = FindDefinitionFile(options.language).path;

@@ -94,8 +94,10 @@ void Tell(int pipe, char letter, std::string_view text = {}) {
 }
 
 // Nothing of it is to be seen, and it stays no longer than this process.
-void BecomeTrial(int seconds) {
+void BecomeTrial(pid_t parent, int seconds) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  // That may have ended ahead of this.
+  if (getppid() != parent) _exit(1);
   for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
   // Those that a terminal sends are for the program.
   for (const int signal : {SIGINT, SIGQUIT, SIGTSTP}) std::signal(signal, SIG_IGN);
@@ -111,10 +113,10 @@ void BecomeTrial(int seconds) {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
 }
 
-[[noreturn]] void RunTrial(int pipe, const std::string& path,
+[[noreturn]] void RunTrial(pid_t parent, int pipe, const std::string& path,
                            std::span<const char* const> functions, const TrialWork& work,
                            int seconds) noexcept {
-  BecomeTrial(seconds);
+  BecomeTrial(parent, seconds);
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
     const char* cause = dlerror();
@@ -184,9 +186,10 @@ Trial TryLoading(const std::string& path, std::span<const char* const> functions
   if (pipe2(ends, O_CLOEXEC) != 0) return {.failure = {LoadCause::kNotTried, {errno}}};
   const Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
+  const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) return {.failure = {LoadCause::kNotTried, {errno}}};
-  if (child == 0) RunTrial(writing.get(), path, functions, work, seconds);
+  if (child == 0) RunTrial(parent, writing.get(), path, functions, work, seconds);
   writing = Descriptor();
   std::string told;
   const bool in_time = ReadToEnd(reading.get(), seconds, &told);

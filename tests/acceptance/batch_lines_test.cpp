@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -95,6 +96,27 @@ TEST_F(BatchLines, OfAPipeHaveTheErrorFileOfTheUser) {
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_THAT(folder_.Read("errors.txt"), HasSubstr("ERROR 1/1 in line 2 : "));
   EXPECT_THAT(temporary_.names(), IsEmpty());
+}
+
+// The wait for a pipe that has no end is ended by a signal: in "run", and in the shell. More is
+// written than the pipe holds, so that it is being read when the signal is sent.
+TEST_F(BatchLines, OfAPipeThatDoesNotEndCanBeStopped) {
+  folder_.Write("lines.cmd", "@pipe\nVEND REP=1, PRE=7.00\n");
+  for (const std::string command : {"run lines.cmd --terse", "shell --terse"}) {
+    const ProgramRun result =
+        RunProgram("/bin/bash",
+                   {"-c",
+                    "mkfifo pipe; exec 7<>pipe\n"
+                    "timeout -s KILL 60 \"$1\" $2 < lines.cmd 7>&- & pid=$!\n"
+                    "head -c 500000 /dev/zero | tr '\\0' '\\n' >&7\n"
+                    "kill -TERM $pid; wait $pid; code=$?; rm pipe; exit $code",
+                    "bash", std::string(LORIMAT_BIN_FOLDER) + "/lorimat", command},
+                   Setting());
+    EXPECT_EQ(result.exit_code, 128 + SIGTERM) << command << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr("pipe: stopped by SIGTERM ahead of its first line\n"));
+    EXPECT_THAT(result.output, IsEmpty()) << command;
+    EXPECT_THAT(temporary_.names(), IsEmpty()) << command;
+  }
 }
 
 // Such as the one that never ends.

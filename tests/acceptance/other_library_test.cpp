@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 
 #include "program_run.h"
@@ -109,5 +110,25 @@ TEST(OtherLibrary, OfThisProgramIsNotWarnedOf) {
     std::vector<std::string> arguments = {command};
     if (command == std::string("run")) arguments.push_back(lines);
     EXPECT_THAT(RunConsole(arguments, {.input = ""}).errors, IsEmpty()) << command;
+  }
+}
+
+// Neither the program stays nor the process that tries the library: the pipe has an end.
+TEST(OtherLibrary, ThatHangsWhenItIsLoadedCanBeStopped) {
+  for (const std::string command : {"run lines.cmd", "shell"}) {
+    TestFolder folder;
+    folder.Write("lines.cmd", "; nothing\n");
+    const ProgramRun run = RunProgram(
+        "/bin/bash",
+        {"-c",
+         "mkfifo pipe; \"$1\" $2 --library \"$3\" < /dev/null & pid=$!\n"
+         "exec 7<pipe; read -r line <&7; echo $line; kill -TERM $pid; wait $pid; code=$?\n"
+         "cat <&7; exit $code",
+         "bash", std::string(LORIMAT_BIN_FOLDER) + "/lorimat", command, LORIMAT_OTHER_LIBRARY},
+        {.folder = folder.path(),
+         .environment = {{"LORIMAT_TEST_END", "hang"},
+                         {"LORIMAT_TEST_PIPE", folder.Path("pipe")}}});
+    EXPECT_EQ(run.exit_code, 128 + SIGTERM) << command << run.errors;
+    EXPECT_EQ(run.output, "hangs\n") << command;
   }
 }

@@ -4,8 +4,10 @@
 //
 // With the file of a library in LORIMAT_TEST_FORWARD it does what that one does, but for the price
 // of a line that LORIMAT_TEST_PRICE is given for. LORIMAT_TEST_END ends the process: "load" when
-// the library is loaded, "exit" the same without a signal, "line" at the first line.
+// the library is loaded, "exit" the same without a signal, "line" at the first line. "hang" waits
+// for ever when it is loaded, with the pipe open that LORIMAT_TEST_PIPE names.
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -32,6 +34,12 @@ Function* Other(const char* name) {
 __attribute__((constructor)) void Load() {
   if (Setting("LORIMAT_TEST_END") == "load") raise(SIGBUS);
   if (Setting("LORIMAT_TEST_END") == "exit") _exit(3);
+  if (Setting("LORIMAT_TEST_END") == "hang") {
+    const int pipe = open(Setting("LORIMAT_TEST_PIPE").c_str(), O_WRONLY);
+    if (write(pipe, "hangs\n", 6) == 6) {
+      for (;;) pause();
+    }
+  }
   const std::string file = Setting("LORIMAT_TEST_FORWARD");
   if (!file.empty()) other = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
