@@ -266,7 +266,7 @@ void ListAsText(const lorimat::RegisterFile& file, const lorimat::JournalSelecti
                 Streams& streams) {
   ListText list;
   file.ReadJournal(selection, [&](uint64_t place, const lorimat::JournalEntry& entry) {
-    streams.Output(list.Line(place, entry));
+    streams.OutputText(list.Line(place, entry));
     return true;
   });
   if (!list.any()) TellNote(streams, Tr("the journal has no such entries"));
@@ -321,7 +321,7 @@ int Show(const JournalOptions& options, const lorimat::RegisterFile& file, Strea
   }
   std::string text;
   for (const std::string& line : found->lines) text += line + "\n";
-  streams.Output(text);
+  streams.OutputText(text);
   return kExitGood;
 }
 

@@ -47,7 +47,7 @@ void PaperFile::Fail(int error) const {
 
 void PaperFile::Write(std::string_view paper) {
   if (name_.empty()) {
-    streams_.Output(paper);
+    streams_.OutputText(paper);
     return;
   }
   if (file_) {

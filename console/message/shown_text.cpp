@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <system_error>
 
@@ -12,13 +14,29 @@
 namespace lorimat::console {
 namespace {
 
+struct Range {
+  uint32_t first;
+  uint32_t last;
+};
+
 // Control characters, of which those above 0x80 begin sequences as ESC does, in UTF-8 or as a byte;
-// marks that turn the direction of what follows; and the byte order mark, which nobody sees.
-bool ActsOnTerminal(const Utf8Character& character) {
-  constexpr uint32_t kByteOrderMarkCode = 0xFEFF;
-  const uint32_t code = character.code;
-  return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x202A && code <= 0x202E) ||
-         (code >= 0x2066 && code <= 0x2069) || code == kByteOrderMarkCode;
+// marks that turn the direction of what follows; and what takes no room and has no look, so that
+// two texts that look alike may differ.
+constexpr Range kNotShown[] = {
+    {0x0000, 0x001F}, {0x007F, 0x009F},   {0x034F, 0x034F},   {0x061C, 0x061C}, {0x115F, 0x1160},
+    {0x17B4, 0x17B5}, {0x180B, 0x180F},   {0x200B, 0x200F},   {0x202A, 0x202E}, {0x2060, 0x2064},
+    {0x2066, 0x206F}, {0x3164, 0x3164},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF}, {0xFFA0, 0xFFA0},
+    {0xFFF9, 0xFFFB}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF},
+};
+
+bool IsNotShown(const Utf8Character& character) {
+  // A single byte from 0xA0 on is a letter of a terminal that is not in UTF-8. The soft hyphen of
+  // UTF-8 is not one.
+  constexpr uint32_t kSoftHyphen = 0xAD;
+  if (character.code == kSoftHyphen) return character.size > 1;
+  return std::any_of(std::begin(kNotShown), std::end(kNotShown), [&](const Range& range) {
+    return character.code >= range.first && character.code <= range.last;
+  });
 }
 
 }  // namespace
@@ -60,12 +78,24 @@ std::string Shown(std::string_view text, size_t limit) {
   while (!text.empty()) {
     const Utf8Character character = CharacterAt(text);
     const std::string_view bytes = text.substr(0, character.size);
-    if (ActsOnTerminal(character)) {
+    if (IsNotShown(character)) {
       for (const char c : bytes) out += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
     } else {
       out += bytes;
     }
     text.remove_prefix(character.size);
+  }
+  return out;
+}
+
+std::string ShownLines(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const size_t feed = text.find('\n');
+    out += Shown(text.substr(0, feed));
+    if (feed == std::string_view::npos) break;
+    out += '\n';
+    text.remove_prefix(feed + 1);
   }
   return out;
 }

@@ -26,9 +26,12 @@ std::string CutText(std::string_view text, size_t limit);
 
 // The text as it may be shown on a terminal: the bytes of control characters (U+0000 to U+001F and
 // U+007F to U+009F, these also as single bytes), of marks that turn the direction of writing
-// (U+202A to U+202E, U+2066 to U+2069) and of the byte order mark become "\xNN"; cut as CutText
-// does.
+// (U+202A to U+202E, U+2066 to U+2069) and of what nobody sees, such as the byte order mark, a
+// joiner of no width or a tag, become "\xNN"; cut as CutText does.
 std::string Shown(std::string_view text, size_t limit = 0);
+
+// The same of each line of a text, with the line feeds that end them.
+std::string ShownLines(std::string_view text);
 
 // The text without the blanks at its end.
 std::string_view WithoutTrailingBlanks(std::string_view text);

@@ -300,7 +300,12 @@ void ShellSession::ShowPaper() {
     text += PaperStrip(lines[i]);
   }
   paper_shown_ = lines.size();
-  if (!text.empty()) streams_.Output(text);
+  if (text.empty()) return;
+  if (look_.terminal) {
+    streams_.Output(text);
+  } else {
+    streams_.OutputText(text);
+  }
 }
 
 // A person that runs a file wants to know what came of it, and looks at the paper after that.
@@ -333,7 +338,11 @@ void ShellSession::ShowLastPaper(const std::string& number) {
     text += PaperStrip(lines[i]);
   }
   if (text.empty() && look_.terminal) text = Tr("The paper is blank.") + "\n";
-  streams_.Output(text);
+  if (look_.terminal) {
+    streams_.Output(text);
+  } else {
+    streams_.OutputText(text);
+  }
 }
 
 // --- Help, and the shell's own words.

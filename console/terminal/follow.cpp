@@ -71,7 +71,8 @@ int Follow(const std::function<Following()>& look, Streams& streams) {
   const auto ended = [] { return interrupted == SIGINT ? kExitGood : InterruptExit(); };
   for (;;) {
     const Following found = look();
-    for (std::string_view rest = found.text; !rest.empty();) {
+    const std::string text = streams.ForOutput(found.text);
+    for (std::string_view rest = text; !rest.empty();) {
       const Waited waited = Wait(output, POLLOUT, nullptr, held);
       if (waited == Waited::kInterrupted) return ended();
       if (waited == Waited::kPaused) continue;

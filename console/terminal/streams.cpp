@@ -88,6 +88,18 @@ void Streams::Output(std::string_view text) {
   }
 }
 
+std::string Streams::ForOutput(std::string_view text) const {
+  return isatty(own_output_.get()) == 1 ? ShownLines(text) : std::string(text);
+}
+
+void Streams::OutputText(std::string_view text) {
+  if (isatty(own_output_.get()) == 1) {
+    Output(ShownLines(text));
+  } else {
+    Output(text);
+  }
+}
+
 void Streams::Error(std::string_view text) { WriteAll(own_error_.get(), text); }
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }

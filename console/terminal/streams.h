@@ -47,6 +47,11 @@ class Streams {
   // The program's standard output; throws Failure when the text cannot be written, which is
   // ReaderGone when nobody reads it.
   void Output(std::string_view text);
+  // A text that somebody else has written, such as a paper: a terminal gets it as ShownLines has
+  // it, a file or a pipe as it is.
+  void OutputText(std::string_view text);
+  // The text as OutputText writes it.
+  std::string ForOutput(std::string_view text) const;
   int output_descriptor() const { return own_output_.get(); }
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void Error(std::string_view text);

@@ -174,3 +174,26 @@ TEST(PaperCommand, RefusesPlacesThatItCannotWriteTo) {
   EXPECT_EQ(twice.exit_code, 2);
   EXPECT_THAT(twice.output, IsEmpty());
 }
+
+// A text of a line can hold anything. A terminal is not to act on it, nor to show one text as
+// another; a file and a pipe have it as it was printed.
+TEST(PaperCommand, OnATerminalNothingActsOnIt) {
+  const std::string text =
+      "\xC2\x9B"
+      "2J\u202E\u200B";
+  const std::string shown = "\\xC2\\x9B2J\\xE2\\x80\\xAE\\xE2\\x80\\x8B";
+  const Shop shop;
+  const std::string lines = "VEND REP=1, PRE=1.00, DES='a" + text + "'\nCHIU\n";
+  ASSERT_EQ(shop.Sell(lines).exit_code, 0);
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"paper", "--register", shop.file()},
+                                             {"journal", "show", "1", "--register", shop.file()},
+                                             {"run", "-"},
+                                             {"shell"}}) {
+    const ProgramRun terminal = RunConsole(arguments, {.input = lines, .output_to_terminal = true});
+    EXPECT_THAT(terminal.output, HasSubstr("a" + shown)) << arguments.front();
+    EXPECT_THAT(terminal.output, Not(HasSubstr("\u202E"))) << arguments.front();
+    const ProgramRun pipe = RunConsole(arguments, {.input = lines});
+    EXPECT_THAT(pipe.output, HasSubstr("a" + text)) << arguments.front();
+  }
+}

@@ -25,8 +25,27 @@ TEST(ShownText, MarksThatTurnTheDirectionOfWritingAreBytesToRead) {
   EXPECT_EQ("\\xEF\\xBB\\xBFx", Shown("\uFEFFx"));
 }
 
+TEST(ShownText, WhatNobodySeesIsBytesToRead) {
+  EXPECT_EQ("a\\xE2\\x80\\x8Bb", Shown("a\u200Bb"));
+  EXPECT_EQ("a\\xC2\\xADb", Shown("a\u00ADb"));
+  EXPECT_EQ(
+      "a\xAD"
+      "b",
+      Shown("a\xAD"
+            "b"));
+  EXPECT_EQ("\\xE2\\x81\\xA0\\xE2\\x81\\xAF", Shown("\u2060\u206F"));
+  EXPECT_EQ("\\xF3\\xA0\\x81\\x81x", Shown("\U000E0041x"));
+  EXPECT_EQ("\\xEF\\xB8\\x8F", Shown("\uFE0F"));
+}
+
+TEST(ShownText, LinesKeepTheirEnds) {
+  EXPECT_EQ("", ShownLines(""));
+  EXPECT_EQ("a\n\n\\x1Bb\nc", ShownLines("a\n\n\x1B"
+                                         "b\nc"));
+}
+
 TEST(ShownText, WhatIsBesideThemStaysAsItIs) {
-  for (const std::string text : {" ~", "caff\u00E8", "\u2029\u202F", "\u2065\u206A", "\u20AC",
+  for (const std::string text : {" ~", "caff\u00E8", "\u2029\u202F", "\u2065\u2070", "\u20AC",
                                  "\U0001F600", "caff\xE8", "\xE2\x80", "\xF0"}) {
     EXPECT_EQ(text == "\xE2\x80" ? "\xE2\\x80" : text, Shown(text));
   }
