@@ -321,6 +321,16 @@ std::vector<CodeReading> ReadCode(int code) {
                 "A host never sees it. A client result of -2 is taken for it, and reads as "
                 "success."))};
   }
+  if (code == kStoppedHere) {
+    return {Plain(CodeReading::kConsole, code,
+                  TR_TEXT("Ctrl-C or a signal has stopped the batch at this line, which the "
+                          "register did not get."))};
+  }
+  if (code == kStoppedBehind) {
+    return {Plain(CodeReading::kConsole, code,
+                  TR_TEXT("The line stands behind the one at which Ctrl-C or a signal has stopped "
+                          "the batch; the register did not get it."))};
+  }
   for (const OwnCode& own : kOwnCodes) {
     if (own.code == code) {
       readings.push_back(Plain(CodeReading::kOwn, code, own.cause, own.given));

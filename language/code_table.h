@@ -35,16 +35,23 @@ struct ClientResult {
 };
 std::span<const ClientResult> ClientResults();
 
+// What the console has the device answer to the lines of a batch that is stopped: the one at which
+// that happens, and those behind it. No device answers them, and each class that the library adds
+// to a result is in them, so that a line that passes them on is answered with this very code.
+inline constexpr int kStoppedHere = 0x7FFF51;
+inline constexpr int kStoppedBehind = 0x7FFF52;
+
 // One way in which a code comes about.
 struct CodeReading {
   enum Kind {
-    kSuccess,       // 0
-    kInternal,      // the translator's own sign, which no host sees
-    kOwn,           // a code of the library
-    kOwnAgain,      // a code of the library that was then taken for a client result
-    kUnreachable,   // there was no answer from the device client
-    kClient,        // a client result with a name
-    kUnnamedClient  // a client result without one
+    kSuccess,        // 0
+    kInternal,       // the translator's own sign, which no host sees
+    kOwn,            // a code of the library
+    kOwnAgain,       // a code of the library that was then taken for a client result
+    kUnreachable,    // there was no answer from the device client
+    kClient,         // a client result with a name
+    kUnnamedClient,  // a client result without one
+    kConsole         // of a line that the console has kept from the device
   };
   Kind kind = kOwn;
   std::vector<int> chain;  // from where it begins to the code itself, a code for each pass

@@ -162,6 +162,8 @@ std::string Origin(const language::CodeReading& reading) {
       return Tr("result {} of the device client, {}", begin, reading.name);
     case language::CodeReading::kUnnamedClient:
       return Tr("result {} of the device client", begin);
+    case CodeReading::kConsole:
+      return Tr("given by the console, in the place of the device");
   }
   return {};
 }
@@ -234,6 +236,8 @@ const char* KindName(language::CodeReading::Kind kind) {
       return "client";
     case language::CodeReading::kUnnamedClient:
       return "client-unnamed";
+    case CodeReading::kConsole:
+      return "console";
   }
   return "";
 }

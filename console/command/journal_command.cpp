@@ -17,6 +17,7 @@
 #include "console/command/subcommand.h"
 #include "console/command/usage_error.h"
 #include "console/host/clock_text.h"
+#include "console/host/journal_checking.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -336,12 +337,11 @@ std::pair<Json, Json> FindingsJson(const std::vector<lorimat::Finding>& findings
   return json;
 }
 
-int Verify(const JournalOptions& options, const lorimat::RegisterFile& file,
-           const std::string& name, Streams& streams) {
+int Verify(const JournalOptions& options, const std::string& name, Streams& streams) {
   std::optional<Progress> progress;
   uint64_t read = 0;
   std::optional<InterruptWatch> watch(std::in_place);
-  const lorimat::JournalCheck check = file.VerifyJournal([&](uint64_t done, uint64_t all) {
+  const lorimat::JournalCheck check = CheckJournalOf(name, [&](uint64_t done, uint64_t all) {
     read = done;
     if (!progress) progress.emplace(streams, true, all);
     progress->Update(done);
@@ -477,9 +477,9 @@ int JournalCommand(const JournalOptions& options, Streams& streams) {
   if (options.verify) RefuseSelection("verify", options);
   const std::string& name = RequireRegister(named);
   const lorimat::JournalSelection selection = SelectionOf(options);
+  if (options.verify) return Verify(options, name, streams);
   lorimat::RegisterFile file(name);
   if (options.show) return Show(options, file, streams);
-  if (options.verify) return Verify(options, file, name, streams);
   if (options.follow) return FollowList(options, file, name, selection, streams);
   if (options.json) {
     ListAsJson(file, selection, streams);

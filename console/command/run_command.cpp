@@ -212,8 +212,11 @@ int RunByLines(const RunOptions& options, LineReader& reader, const LineHost& ho
     if (ran.lines) *ran.lines += last;
     TellError(streams, FailedLinesText(failures.count(), ran.lines));
   }
+  // Lines that were there when the run began are not any more.
+  const bool cut = !ran.stopped && reader.bytes_read() < reader.size();
+  if (cut) TellError(streams, Tr("{}: the file was changed meanwhile", reader.name()));
   if (failures.count() != 0) return kExitLinesFailed;
-  return ran.failures_known ? kExitGood : kExitNotDone;
+  return ran.failures_known && !cut ? kExitGood : kExitNotDone;
 }
 
 // --- The file as one batch.
@@ -404,11 +407,11 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   streams.StartTrace(options.trace);
   if (options.verbose) Tell(streams, Tr("library {}", Shown(library_file)));
   std::optional<Library> library(std::in_place, library_file, streams);
+  // A library that hangs while it is loaded is ended as any program is.
+  const InterruptWatch watch;
   client.emplace(options.clock, options.register_file, streams);
   StartLibrary(options.language, options.verbose, *library, *client, streams);
 
-  // A library that hangs while it is loaded is ended as any program is.
-  const InterruptWatch watch;
   PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
   const Language language(FindDefinitionFile(options.language).path);

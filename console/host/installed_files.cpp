@@ -62,6 +62,11 @@ std::string FindCatalogs() {
   }
 }
 
+std::string RegistryFile() {
+  const char* registry = std::getenv("LORIMATRT_REGISTRY");
+  return registry != nullptr ? registry : "/etc/lorimatrt/registry.ini";
+}
+
 DefinitionFile FindDefinitionFile(const std::string& given) {
   DefinitionFile file;
   // The library's own reading of the registry, with its own limit of 80 bytes: a longer
@@ -73,8 +78,7 @@ DefinitionFile FindDefinitionFile(const std::string& given) {
       key.Query("InstallationDir", directory.data(), &size) == platform::kRegistrySuccess) {
     directory.back() = 0;
     file.installation_dir = directory.data();
-    const char* registry = std::getenv("LORIMATRT_REGISTRY");
-    file.registry_file = registry != nullptr ? registry : "/etc/lorimatrt/registry.ini";
+    file.registry_file = RegistryFile();
     const char separator = platform::PathSeparator();
     file.path = file.installation_dir + separator + "Drivers" + separator + "MERKELIN.INI";
     return file;

@@ -30,6 +30,9 @@ struct DefinitionFile {
 // the program (../share/lorimat/merkelin.ini).
 DefinitionFile FindDefinitionFile(const std::string& given);
 
+// The file of the registry, which holds the library's settings; it need not be there.
+std::string RegistryFile();
+
 // The definition file of the option --language or, without it, the one that a host would read.
 std::string DefinitionPath(const std::string& given);
 

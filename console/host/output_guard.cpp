@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "console/check/line_outputs.h"
+#include "console/host/installed_files.h"
 #include "console/message/failure.h"
 #include "console/message/finding_text.h"
 #include "console/message/shown_text.h"
@@ -62,6 +63,8 @@ KeptFiles FilesOfWork(const std::string& register_file, const std::string& defin
   KeptFiles kept(RegisterFiles(register_file));
   kept.Add({definition_file, TR_TEXT("the definition file")});
   kept.Add({library_file, TR_TEXT("the library")});
+  kept.Add({RegistryFile(), TR_TEXT("the file of the library's settings")});
+  kept.Add({"/proc/self/exe", TR_TEXT("the program")});
   kept.AddStream(output, TR_TEXT("the file that standard output goes to"));
   kept.AddStream(STDERR_FILENO, TR_TEXT("the file that standard error goes to"));
   return kept;

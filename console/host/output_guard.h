@@ -39,7 +39,8 @@ class OutputGuard {
 };
 
 // What every command keeps that works on a register: its files, the definition file that the
-// option names, the library, and what the standard streams lead to but the output of the program.
+// option names, the library and its settings, the program, and what the standard streams lead to
+// but the output of the program.
 KeptFiles FilesOfWork(const std::string& register_file, const std::string& definition_file,
                       const std::string& library_file, int output);
 

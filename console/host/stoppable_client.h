@@ -19,6 +19,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "console/check/code_table.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/client/rtfclientoperation.h"
 
@@ -29,12 +30,7 @@ class StoppableClient : public RtfClientInterface {
   using Operation = ClientOperation;
 
  public:
-  // What refused calls answer: those of the line at which it stopped, and those of the lines behind
-  // it. No device answers them, and each class that the library adds to a result is in them, so
-  // that a line that passes them on is answered with this very code.
-  static constexpr int kStoppedHere = 0x7FFF51;
-  static constexpr int kStoppedBehind = 0x7FFF52;
-
+  // Whether a refused call led to the code.
   static constexpr bool IsStop(long code) { return code == kStoppedHere || code == kStoppedBehind; }
 
   // The device has to outlive this object.

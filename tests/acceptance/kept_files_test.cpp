@@ -147,6 +147,21 @@ TEST_F(KeptFiles, OfTheRunStayWhatTheyAre) {
   }
 }
 
+// A copy of the program, with what it needs beside it.
+TEST_F(KeptFiles, OfTheProgramStayWhatTheyAre) {
+  const std::string program = folder_.Path("program");
+  fs::copy_file(std::string(LORIMAT_BIN_FOLDER) + "/lorimat", program);
+  const std::string settings = folder_.Write("registry.ini", "");
+  size_t count = 0;
+  folder_.Write("lines.cmd", LinesWith({"program", "registry.ini"}, &count));
+  const ProgramRun run = RunProgram(
+      program, {"run", "lines.cmd", "--language", "words.ini", "--library", "./lib.so", "--terse"},
+      {.folder = folder_.path(), .environment = {{"LORIMATRT_REGISTRY", settings}}});
+  ExpectRefused(run, count, "program");
+  EXPECT_EQ(folder_.Read("registry.ini"), "");
+  EXPECT_TRUE(ReadFile(program) == ReadFile(std::string(LORIMAT_BIN_FOLDER) + "/lorimat"));
+}
+
 TEST_F(KeptFiles, OfTheRegisterStayWhatTheyAre) {
   for (const std::string end : {"", "-wal", "-shm", "-journal"}) {
     const std::string file = "shop.register" + end;

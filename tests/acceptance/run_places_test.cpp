@@ -306,3 +306,19 @@ TEST_F(OutputFailures, ALimitOfFileSizesIsAnErrorLikeAFullDisk) {
     EXPECT_THAT(ran.errors, HasSubstr("lorimat: ")) << command;
   }
 }
+
+// The pipe lets the second line wait until the file has been cut behind it.
+TEST_F(OutputFailures, AFileOfLinesThatIsCutMeanwhileIsTold) {
+  std::string lines = "INFO TIPO=1, FILE='begun'\nINFO TIPO=1, FILE='held'\n";
+  // More than is read at once.
+  while (lines.size() < 200000) lines += "; a comment that fills the file\n";
+  folder_.Write("long.cmd", lines + "CHIU\n");
+  const ProgramRun run = ByShell(folder_,
+                                 "mkfifo begun held; exec 8<>begun 9<>held\n"
+                                 "dd if=/dev/zero of=held oflag=nonblock bs=4096 2>/dev/null\n"
+                                 "\"$1\" run long.cmd & pid=$!\n"
+                                 "read -r -t 60 line <&8; truncate -s 60 long.cmd\n"
+                                 "dd if=held iflag=nonblock of=/dev/null 2>/dev/null; wait $pid");
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: long.cmd: the file was changed meanwhile\n"));
+}

@@ -42,6 +42,15 @@ const Case kUnnamed[] = {
 
 }  // namespace
 
+TEST(CodeTable, WhatALineOfAStoppedBatchIsAnsweredWithIsTheConsoles) {
+  for (const int code : {kStoppedHere, kStoppedBehind}) {
+    const std::vector<CodeReading> readings = ReadCode(code);
+    ASSERT_THAT(readings, SizeIs(1));
+    EXPECT_EQ(readings[0].kind, CodeReading::kConsole);
+    EXPECT_THAT(readings[0].cause, testing::HasSubstr("stopped the batch"));
+  }
+}
+
 TEST(CodeTable, AClientResultWithoutANameIsWhatThePassesCanHaveMadeOfIt) {
   for (const Case& row : kUnnamed) {
     SCOPED_TRACE(row.code);

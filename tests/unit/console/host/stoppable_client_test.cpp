@@ -96,7 +96,7 @@ TEST_F(Stopping, IsTheCodeOfALineOrTheCommandAnswersForItself) {
       if (!SendStopped(line, &code)) continue;
       ++refused;
       if (AnswersForItself(command.opcode)) continue;
-      EXPECT_EQ(code, StoppableClient::kStoppedHere) << line;
+      EXPECT_EQ(code, kStoppedHere) << line;
     }
   }
   EXPECT_GT(refused, 200);
@@ -124,10 +124,10 @@ TEST_F(Stopping, TellsTheFirstLineFromThoseBehindIt) {
   EXPECT_TRUE(client_.End());
   const std::vector<BatchError> errors = ReadBatchErrors("errors.txt");
   ASSERT_EQ(errors.size(), 3u);
-  EXPECT_EQ(errors[0].code, StoppableClient::kStoppedHere);
-  EXPECT_EQ(errors[1].code, StoppableClient::kStoppedBehind);
+  EXPECT_EQ(errors[0].code, kStoppedHere);
+  EXPECT_EQ(errors[1].code, kStoppedBehind);
   EXPECT_EQ(errors[2].line, 4u);
-  EXPECT_EQ(errors[2].code, StoppableClient::kStoppedBehind);
+  EXPECT_EQ(errors[2].code, kStoppedBehind);
 }
 
 // A receipt that was due is still due.
@@ -144,7 +144,7 @@ TEST_F(Stopping, ALineThatHasBegunRunsToItsEnd) {
   stop_ = SIGINT;
   EXPECT_EQ(client_.BeginFiscalReceipt(true), 0);
   client_.LogTrace("");
-  EXPECT_EQ(client_.EndFiscalReceipt(true), StoppableClient::kStoppedHere);
+  EXPECT_EQ(client_.EndFiscalReceipt(true), kStoppedHere);
   int state = 0;
   EXPECT_EQ(client_.GetIntProperty(RTF_PIDXFptr_PrinterState, &state), 0);
   EXPECT_EQ(state, RTF_FPTR_PS_FISCAL_RECEIPT);
