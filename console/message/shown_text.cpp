@@ -133,6 +133,7 @@ std::string SystemMessage(int error) {
       {EBUSY, TR_TEXT("Device or resource busy")},
       {ETXTBSY, TR_TEXT("Text file busy")},
       {EAGAIN, TR_TEXT("Resource temporarily unavailable")},
+      {ENOLCK, TR_TEXT("No locks available")},
       {ENOMEM, TR_TEXT("Cannot allocate memory")},
   };
   for (const Row& row : kMessages) {

@@ -1,6 +1,7 @@
 // What is told when something fails, in words for whom the register belongs to.
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <new>
 #include <utility>
 
@@ -35,6 +36,7 @@ int Database::SystemError() const noexcept {
 
 // By its code. What SQLite says comes along where it tells more.
 void Database::FailWith(int code, int error) const {
+  const int refused = errno;  // of the call that failed
   if (code == SQLITE_IOERR_NOMEM) throw std::bad_alloc();
   // What is read of two moments may look like damage.
   switch (code & 0xFF) {
@@ -50,6 +52,9 @@ void Database::FailWith(int code, int error) const {
       throw std::bad_alloc();
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+      // SQLite takes a file system that has no locks for a file that is locked. Nobody is at work
+      // in a new file then.
+      if (refused == ENOLCK) Fail(FailureCause::kOpenRefused, {ENOLCK});
       made_.Keep();
       Fail(FailureCause::kInUse);
     case SQLITE_NOTADB:

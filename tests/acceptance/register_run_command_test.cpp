@@ -439,3 +439,22 @@ TEST(RegisterRun, NamesThatADatabaseTakesForMoreAreFileNames) {
     EXPECT_THAT(folder.names(), testing::Contains(name));
   }
 }
+
+// It is no other program that has the file.
+TEST(RegisterRun, AFileSystemWithoutLocksIsToldAndLeavesNoFile) {
+  const Shop shop;
+  const std::string lines = shop.folder().Write("receipt.cmd", kReceipt);
+  const std::vector<std::string> arguments = {"run", lines, "--register", shop.file()};
+  const ProgramSetting setting = {.environment = {{"LD_PRELOAD", LORIMAT_NO_LOCKS}}};
+  const std::string told = "lorimat: " + shop.file() + ": cannot be opened: No locks available\n";
+  const ProgramRun made = RunConsole(arguments, setting);
+  EXPECT_EQ(made.exit_code, 2);
+  EXPECT_EQ(made.errors, told);
+  EXPECT_FALSE(std::filesystem::exists(shop.file()));
+  // One that is there stays.
+  ASSERT_EQ(shop.Sell(kReceipt).exit_code, 0);
+  const ProgramRun there = RunConsole(arguments, setting);
+  EXPECT_EQ(there.exit_code, 2);
+  EXPECT_EQ(there.errors, told);
+  EXPECT_EQ(StatusOf(shop)["documents"], 1);
+}
