@@ -162,7 +162,7 @@ std::string Origin(const language::CodeReading& reading) {
       return Tr("result {} of the device client, {}", begin, reading.name);
     case language::CodeReading::kUnnamedClient:
       return Tr("result {} of the device client", begin);
-    case CodeReading::kConsole:
+    case language::CodeReading::kConsole:
       return Tr("given by the console, in the place of the device");
   }
   return {};
@@ -236,7 +236,7 @@ const char* KindName(language::CodeReading::Kind kind) {
       return "client";
     case language::CodeReading::kUnnamedClient:
       return "client-unnamed";
-    case CodeReading::kConsole:
+    case language::CodeReading::kConsole:
       return "console";
   }
   return "";

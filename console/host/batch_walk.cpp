@@ -72,7 +72,7 @@ class Walk {
     const auto first = std::find_if(failing_.begin(), failing_.end(), [this](const Failing& one) {
       return one.error.line == stop_line_;
     });
-    if (stop_line_ != 0 && first->error.code == kStoppedHere) {
+    if (stop_line_ != 0 && first->error.code == language::kStoppedHere) {
       return {seen - 1, seen};
     }
     if (doubtful_ == 0 || !batch_.all_errors) return {};

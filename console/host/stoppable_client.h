@@ -19,7 +19,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "console/check/code_table.h"
+#include "language/code_table.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/client/rtfclientoperation.h"
 
@@ -31,7 +31,9 @@ class StoppableClient : public RtfClientInterface {
 
  public:
   // Whether a refused call led to the code.
-  static constexpr bool IsStop(long code) { return code == kStoppedHere || code == kStoppedBehind; }
+  static constexpr bool IsStop(long code) {
+    return code == language::kStoppedHere || code == language::kStoppedBehind;
+  }
 
   // The device has to outlive this object.
   explicit StoppableClient(RtfClientInterface& device) : device_(device) {}
@@ -60,7 +62,7 @@ class StoppableClient : public RtfClientInterface {
     if constexpr (kRefusable) {
       if (stopping_) {
         refused_ = true;
-        return behind_ ? kStoppedBehind : kStoppedHere;
+        return behind_ ? language::kStoppedBehind : language::kStoppedHere;
       }
     }
     return call();

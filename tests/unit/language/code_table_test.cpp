@@ -43,10 +43,10 @@ const Case kUnnamed[] = {
 }  // namespace
 
 TEST(CodeTable, WhatALineOfAStoppedBatchIsAnsweredWithIsTheConsoles) {
-  for (const int code : {kStoppedHere, kStoppedBehind}) {
-    const std::vector<CodeReading> readings = ReadCode(code);
+  for (const int code : {language::kStoppedHere, language::kStoppedBehind}) {
+    const std::vector<language::CodeReading> readings = language::ReadCode(code);
     ASSERT_THAT(readings, SizeIs(1));
-    EXPECT_EQ(readings[0].kind, CodeReading::kConsole);
+    EXPECT_EQ(readings[0].kind, language::CodeReading::kConsole);
     EXPECT_THAT(readings[0].cause, testing::HasSubstr("stopped the batch"));
   }
 }

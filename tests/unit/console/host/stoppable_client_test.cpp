@@ -96,7 +96,7 @@ TEST_F(Stopping, IsTheCodeOfALineOrTheCommandAnswersForItself) {
       if (!SendStopped(line, &code)) continue;
       ++refused;
       if (AnswersForItself(command.opcode)) continue;
-      EXPECT_EQ(code, kStoppedHere) << line;
+      EXPECT_EQ(code, language::kStoppedHere) << line;
     }
   }
   EXPECT_GT(refused, 200);
@@ -124,10 +124,10 @@ TEST_F(Stopping, TellsTheFirstLineFromThoseBehindIt) {
   EXPECT_TRUE(client_.End());
   const std::vector<BatchError> errors = ReadBatchErrors("errors.txt");
   ASSERT_EQ(errors.size(), 3u);
-  EXPECT_EQ(errors[0].code, kStoppedHere);
-  EXPECT_EQ(errors[1].code, kStoppedBehind);
+  EXPECT_EQ(errors[0].code, language::kStoppedHere);
+  EXPECT_EQ(errors[1].code, language::kStoppedBehind);
   EXPECT_EQ(errors[2].line, 4u);
-  EXPECT_EQ(errors[2].code, kStoppedBehind);
+  EXPECT_EQ(errors[2].code, language::kStoppedBehind);
 }
 
 // A receipt that was due is still due.
@@ -144,7 +144,7 @@ TEST_F(Stopping, ALineThatHasBegunRunsToItsEnd) {
   stop_ = SIGINT;
   EXPECT_EQ(client_.BeginFiscalReceipt(true), 0);
   client_.LogTrace("");
-  EXPECT_EQ(client_.EndFiscalReceipt(true), kStoppedHere);
+  EXPECT_EQ(client_.EndFiscalReceipt(true), language::kStoppedHere);
   int state = 0;
   EXPECT_EQ(client_.GetIntProperty(RTF_PIDXFptr_PrinterState, &state), 0);
   EXPECT_EQ(state, RTF_FPTR_PS_FISCAL_RECEIPT);
