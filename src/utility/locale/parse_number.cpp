@@ -5,41 +5,55 @@
 
 #include "utility/locale/locale.h"
 
+namespace {
+
+constexpr int kMostDigits = 18;  // behind leading zeros
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Takes a digit; false for one too many.
+bool TakeDigit(char c, DecimalText& text, int& significant_digits) {
+  text.value = text.value * 10 + static_cast<uint64_t>(c - '0');
+  return text.value == 0 || ++significant_digits <= kMostDigits;
+}
+
+}  // namespace
+
 bool readDecimalText(const char* s, size_t n, char separator, int64_t max_decimals,
                      DecimalText& text) {
-  enum { START, NUMBER, DOT } state = START;
-  int significant_digits = 0;
   text = DecimalText{false, false, 0, 0};
+  const char* const limit = s + n;
+  const auto ended = [&] { return s == limit || *s == '\0'; };
 
-  for (size_t i = 0; i < n && s[i] != '\0'; ++i) {
-    const char c = s[i];
-    if (c < '0' || c > '9') {
-      if (state == DOT) return false;
-      if (state == START) {
-        if (c == '-') {
-          text.negative = true;
-          continue;
-        }
-        // Behind a sign stands a digit, or the sign once more.
-        if (text.negative) return false;
-      }
-      if (c == separator) {
-        state = DOT;
-        text.separator = true;
-      }
+  for (; !ended() && !IsDigit(*s); ++s) {
+    if (*s == '-') {
+      text.negative = true;
       continue;
     }
-
-    if (state == DOT) {
-      if (text.decimals >= max_decimals || significant_digits > 17) return false;
-      ++text.decimals;
-    } else {
-      state = NUMBER;
-    }
-    text.value = text.value * 10 + static_cast<uint64_t>(c - '0');
-    if (text.value != 0 && ++significant_digits > 18) return false;
+    // Behind a sign stands a digit, or the sign once more.
+    if (text.negative) return false;
+    if (*s == separator) break;
   }
-  return state != START;
+  if (ended()) return false;
+
+  int significant_digits = 0;
+  for (; !ended(); ++s) {
+    if (IsDigit(*s)) {
+      if (!TakeDigit(*s, text, significant_digits)) return false;
+    } else if (*s == separator) {
+      text.separator = true;
+      ++s;
+      break;
+    }
+  }
+
+  for (; !ended(); ++s) {
+    if (!IsDigit(*s)) return false;
+    if (text.decimals >= max_decimals || significant_digits == kMostDigits) return false;
+    ++text.decimals;
+    if (!TakeDigit(*s, text, significant_digits)) return false;
+  }
+  return true;
 }
 
 uint64_t scaleByTens(uint64_t value, int64_t times) {

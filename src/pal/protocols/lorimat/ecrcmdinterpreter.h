@@ -267,8 +267,8 @@ class EcrCmdInterpreter {
   struct Operand {
     // Room for a value that is put together: MAXVALLN + 1 characters.
     explicit Operand(char* value_room) : room(value_room) {}
-    // Puts a piece behind the value. False when it gets too long, with what there is room for.
-    bool Take(const char* piece, size_t length);
+    // Puts a piece behind the value, as much of it as there is room for. Returns how much that is.
+    size_t Take(const char* piece, size_t length);
 
     const char* key = "";
     size_t key_length = 0;

@@ -149,7 +149,7 @@ int EcrCmdInterpreter::GetOper(char* szLinea, int* iPunt, char* szKey, char* szV
   return result;
 }
 
-bool EcrCmdInterpreter::Operand::Take(const char* piece, size_t length) {
+size_t EcrCmdInterpreter::Operand::Take(const char* piece, size_t length) {
   const size_t kept = std::min(length, MAXVALLN - value_length);
   if (value_length == 0) {
     value = piece;
@@ -161,7 +161,7 @@ bool EcrCmdInterpreter::Operand::Take(const char* piece, size_t length) {
     std::memcpy(room + value_length, piece, kept);
   }
   value_length += kept;
-  return kept == length;
+  return kept;
 }
 
 int EcrCmdInterpreter::ReadOperand(const char* line, int* iPunt, Operand* operand) const {
@@ -176,40 +176,42 @@ int EcrCmdInterpreter::ReadOperand(const char* line, int* iPunt, Operand* operan
 // Leaves *place where the next operand begins, or where this one cannot go on.
 int EcrCmdInterpreter::ReadKeyAndValue(const char** place, Operand* operand) const {
   const char quote = cChQuote;
+  const char* const key = *place;
+  const char* at = PastPlain(key, quote);
+  operand->key = key;
+  operand->key_length = std::min(static_cast<size_t>(at - key), size_t{MAXSIMBLN});
+  const auto end_here = [&](int result) {
+    *place = at;
+    return result;
+  };
+  // Takes what lies between the two, and stands behind what was taken of it.
   const auto take = [&](const char* piece, const char* end) {
-    const size_t taken_before = operand->value_length;
-    const bool all = operand->Take(piece, static_cast<size_t>(end - piece));
-    *place = all ? end : piece + (operand->value_length - taken_before);
-    return all;
+    at = piece + operand->Take(piece, static_cast<size_t>(end - piece));
+    return at == end;
   };
 
-  operand->key = *place;
-  *place = PastPlain(*place, quote);
-  operand->key_length = std::min(static_cast<size_t>(*place - operand->key), size_t{MAXSIMBLN});
-  if (**place == quote && quote != 0) return ILLEGAL_FIELD_NAME;
-
-  while (**place == '=' || (**place == quote && quote != 0)) {
-    if (**place != quote) {
-      const char* const begin = PastBlanks(*place + 1);
-      if (!take(begin, PastPlain(begin, quote))) return ILLEGAL_VALUE;
-      continue;
+  if (*at == quote && quote != 0) return end_here(ILLEGAL_FIELD_NAME);
+  for (;;) {
+    if (*at == '=' && quote != '=') {
+      const char* const begin = PastBlanks(at + 1);
+      if (!take(begin, PastPlain(begin, quote))) return end_here(ILLEGAL_VALUE);
+    } else if (*at == quote && quote != 0) {
+      const char* end = std::strchr(at + 1, quote);
+      if (operand->value_length != 0 || end == nullptr) return end_here(ALFA_VALUE_INVALID);
+      operand->quoted = true;
+      // Each piece but the first begins with the second one of two quotes, which stands for both.
+      for (const char* piece = at + 1;; piece = at + 1, end = std::strchr(at + 2, quote)) {
+        if (end == nullptr) return end_here(ALFA_VALUE_INVALID);
+        if (!take(piece, end)) return end_here(ILLEGAL_VALUE);
+        if (end[1] != quote) break;
+      }
+      if (!take(at + 1, PastPlain(at + 1, quote))) return end_here(ILLEGAL_VALUE);
+    } else {
+      break;
     }
-    const char* end = std::strchr(*place + 1, quote);
-    if (operand->value_length != 0 || end == nullptr) return ALFA_VALUE_INVALID;
-    operand->quoted = true;
-    // Each piece but the first begins with the second one of two quotes, which stands for both.
-    const char* piece = *place + 1;
-    for (;;) {
-      if (!take(piece, end)) return ILLEGAL_VALUE;
-      if (end[1] != quote) break;
-      piece = end + 1;
-      end = std::strchr(end + 2, quote);
-      if (end == nullptr) return ALFA_VALUE_INVALID;
-    }
-    if (!take(end + 1, PastPlain(end + 1, quote))) return ILLEGAL_VALUE;
   }
-  if (**place == ',') *place = PastBlanks(*place + 1);
-  return 0;
+  if (*at == ',') at = PastBlanks(at + 1);
+  return end_here(0);
 }
 
 int EcrCmdInterpreter::ReadBareValue(Operand* operand) const {
