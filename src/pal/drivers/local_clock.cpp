@@ -20,24 +20,19 @@ void LocalClock::KeepZone(const char* zone) {
 
 const struct tm* LocalClock::Now() {
   const time_t second = std::time(nullptr);
-  if (second == -1) return nullptr;
   const char* const zone = std::getenv("TZ");
   if (known_ && second == second_ && IsZone(zone)) return &time_;
   known_ = false;
+  time_ = {};
   text_length_ = 0;
-  if (!pal::BreakDownLocal(second, &time_)) return nullptr;
+  if (second == -1 || !pal::BreakDownLocal(second, &time_)) return nullptr;
   second_ = second;
   KeepZone(zone);
   return &time_;
 }
 
 const char* LocalClock::NowText(size_t* length) {
-  const struct tm* now = Now();
-  if (now == nullptr) {
-    known_ = false;
-    time_ = {};
-    text_length_ = 0;
-  }
+  Now();
   if (text_length_ == 0) Print();
   *length = text_length_;
   return text_;
