@@ -5,9 +5,9 @@
 #include <cstdint>
 
 struct Answer {
-  enum Kind : int32_t { kReady, kSale, kInvoice, kRefund, kClosed };
+  enum Kind : int32_t { kReady, kSale, kInvoice, kRefund, kClosed, kArticle };
   int32_t kind = kReady;
   int32_t closure = 0;  // the one that a document falls under, or that was made
-  int32_t number = 0;
-  int64_t total = 0;  // ten-thousandths
+  int32_t number = 0;   // of an article: how many have been sent
+  int64_t total = 0;    // ten-thousandths
 };

@@ -1,7 +1,8 @@
 // Nothing that was answered with success is lost or doubled when the process is killed: a host
 // sells on a register in a file and gets SIGKILL at random points, a few hundred times. After
 // each the register has to open, its journal to verify, and every fiscal fact that was answered
-// with success to be there once; what was not answered is there whole or not at all.
+// with success to be there once; what was not answered is there whole or not at all. Each article
+// of a transfer is there as it was answered, also of one that was never closed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -120,6 +121,8 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
   uint64_t answered = 0;
   int interrupted = 0;  // documents that were begun and not ended
   int last_closure = 0;
+  int articles = 0;  // that were there behind the last round
+  int articles_answered = 0;
 
   for (int round = 0; round < kKills; ++round) {
     SCOPED_TRACE("round " + std::to_string(round));
@@ -158,6 +161,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
 
       size_t new_answers = 0;
       int closings = 0;
+      int new_articles = 0;
       for (const Answer& answer : life.answers) {
         switch (answer.kind) {
           case Answer::kSale:
@@ -176,10 +180,24 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
             ++closings;
             EXPECT_GE(device.store().last_closure(), answer.closure);
             break;
+          case Answer::kArticle:
+            ++articles_answered;
+            EXPECT_EQ(answer.number, articles + ++new_articles);
+            break;
           default:
             break;
         }
       }
+      // Each that was answered, and at most one more.
+      const std::vector<Article>& there = device.tables().settings().articles;
+      const auto rows = static_cast<int>(there.size());
+      EXPECT_GE(rows, articles + new_articles);
+      EXPECT_LE(rows, articles + new_articles + 1);
+      for (int row = 0; row < rows; ++row) {
+        std::string code = "A";
+        EXPECT_EQ(there[static_cast<size_t>(row)].code, code.append(std::to_string(row + 1)));
+      }
+      articles = rows;
       answered += new_answers;
       // Nothing that was there before has gone or changed, and at most one document and one
       // closing came without their answer.
@@ -203,6 +221,7 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
   }
   // The rounds were worth something: there were sales, and cuts in the middle of documents.
   EXPECT_GT(answered, 300u);
+  EXPECT_GT(articles_answered, 50);
   EXPECT_GT(interrupted, 0);
   PrintCount("kills", kills, kKills);
   std::printf("%u kills, %zu documents, %llu of them answered, %d cut off in the middle\n", kills,

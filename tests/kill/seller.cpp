@@ -1,5 +1,5 @@
-// A host that sells until it is killed: receipts, invoices, credit notes, receipts given up and
-// day closings, through the library, on a register that is kept in a file.
+// A host that sells until it is killed: receipts, invoices, credit notes, receipts given up, day
+// closings and transfers of articles, through the library, on a register that is kept in a file.
 //
 //   kill_seller REGISTER DEFINITION_FILE SEED <answers on descriptor 3>
 //
@@ -54,7 +54,7 @@ class Seller {
 
   void SellForEver() {
     for (;;) {
-      switch (Pick(12)) {
+      switch (Pick(14)) {
         case 0:
           Invoice();
           break;
@@ -66,6 +66,9 @@ class Seller {
           break;
         case 3:
           CloseDay();
+          break;
+        case 4:
+          Articles();
           break;
         default:
           Receipt();
@@ -119,6 +122,25 @@ class Seller {
   void GiveUp() {
     lines();
     Run("RESPRN");
+  }
+
+  // By the client, for the library tells of a transfer when it is over. The codes are numbered from
+  // one start to the next, and some transfers are never closed.
+  void Articles() {
+    enum Step { kOpen, kRow, kClose };
+    constexpr int kTable = 1;
+    const auto upload = [this](Step step, const std::string& row) {
+      if (device_.UploadTable(kTable, step, row.c_str()) != RTF_SUCCESS) throw Refused();
+    };
+    upload(kOpen, "");
+    for (int rows = 1 + Pick(8); rows > 0; --rows) {
+      const auto number = static_cast<int>(device_.tables().settings().articles.size()) + 1;
+      std::string row = "A";
+      row.append(std::to_string(number)).append(",RIGA,1,1.00");
+      upload(kRow, row);
+      Tell(Answer::kArticle, 0, number, 0);
+    }
+    if (Pick(3) != 0) upload(kClose, "");
   }
 
   void CloseDay() {
