@@ -104,14 +104,14 @@ void Database::SetVersion(int version) {
 
 Statement Database::Prepare(SqlLiteral sql) {
   const std::string_view text = sql.text();
-  if (auto idle = idle_.extract(text)) return {*this, std::move(idle)};
+  if (auto idle = idle_.extract(sql.c_str())) return {*this, std::move(idle)};
   sqlite3_stmt* made = nullptr;
   const int code = sqlite3_prepare_v3(handle_.get(), text.data(), static_cast<int>(text.size()),
                                       SQLITE_PREPARE_PERSISTENT, &made, nullptr);
   StatementHandle handle(made);
   if (code != SQLITE_OK) FailWith(code);
-  idle_.try_emplace(text, std::move(handle));
-  return {*this, idle_.extract(text)};
+  idle_.try_emplace(sql.c_str(), std::move(handle));
+  return {*this, idle_.extract(sql.c_str())};
 }
 
 void Database::Execute(SqlLiteral sql) {

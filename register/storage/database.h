@@ -45,8 +45,8 @@ struct StatementCloser {
   void operator()(sqlite3_stmt* handle) const;
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
-// Prepared statements that wait for their next use, by their text.
-using IdleStatements = std::unordered_map<std::string_view, StatementHandle>;
+// Prepared statements that wait for their next use, by where their text stands: each is a literal.
+using IdleStatements = std::unordered_map<const char*, StatementHandle>;
 
 // A prepared statement with its values. When it goes it is reset and kept for the next use.
 //

@@ -8,13 +8,17 @@
 namespace lorimat {
 
 std::string DocumentFacts(const StoredDocument& document) {
+  return DocumentFacts(document, SumsRecord(document));
+}
+
+std::string DocumentFacts(const StoredDocument& document, std::string_view sums) {
   RowEncoder facts;
   facts.Text("document").Number(document.id).Number(static_cast<int>(document.kind));
   facts.Number(document.closure).Number(document.number).Number(TimeNumber(document.time));
   facts.Number(document.operator_number).Number(document.total).Number(document.not_paid);
   facts.Number(document.change).Number(document.discounts).Number(document.surcharges);
   facts.Text(document.lottery_code).Number(document.referred_closure);
-  facts.Number(document.referred_number).Text(SumsRecord(document));
+  facts.Number(document.referred_number).Text(sums);
   facts.Number(static_cast<int64_t>(document.lines.size()));
   for (const DocumentLine& line : document.lines) {
     facts.Number(static_cast<int>(line.kind)).Number(line.adjustment_type).Text(line.description);

@@ -15,6 +15,8 @@ namespace lorimat {
 
 // Everything that is stored of a registered document, lines and payments included.
 std::string DocumentFacts(const StoredDocument& document);
+// The same where its SumsRecord is there already.
+std::string DocumentFacts(const StoredDocument& document, std::string_view sums);
 // Everything that is stored of a closing.
 std::string ClosureFacts(const Closure& closure);
 

@@ -150,8 +150,9 @@ StoredDocument RegisterStore::Register(StoredDocument document) {
   Totals day = *ledger_.day;
   day.Add(document);
   SharedTotals shared = Shared(std::move(day));
-  InsertDocument(document);
-  last_facts_ = DocumentFacts(document);
+  const std::string sums = SumsRecord(document);
+  InsertDocument(document, sums);
+  last_facts_ = DocumentFacts(document, sums);
   last_facts_of_ = document.id;
   ledger_.day = std::move(shared);
   ledger_.grand_total += DailySign(document.kind) * document.total;

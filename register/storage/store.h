@@ -202,7 +202,7 @@ class RegisterStore {
   }
   // The part of the day that falls into a period.
   Totals DaySince(const PeriodStart& start) const;
-  void InsertDocument(const StoredDocument& document);
+  void InsertDocument(const StoredDocument& document, std::string_view sums);
   void InsertEntry(JournalEntry entry, const std::string& facts);
   void AddEvent(EventKind kind, const std::tm& time, std::string subject = {},
                 std::string value = {});

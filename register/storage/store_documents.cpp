@@ -20,14 +20,14 @@ constexpr int64_t kLastTime = 99'999'999'999'999;
 
 // --- Documents
 
-void RegisterStore::InsertDocument(const StoredDocument& document) {
+void RegisterStore::InsertDocument(const StoredDocument& document, std::string_view sums) {
   database_
       .Prepare(kSql<"INSERT INTO document (", kDocumentStored,
                     ") VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)">)
       .With(document.id, static_cast<int>(document.kind), document.closure, document.number,
             TimeNumber(document.time), document.operator_number, document.total, document.not_paid,
             document.change, document.discounts, document.surcharges, document.lottery_code,
-            document.referred_closure, document.referred_number, SumsRecord(document))
+            document.referred_closure, document.referred_number, sums)
       .Run();
   {
     Statement insert = database_.Prepare(

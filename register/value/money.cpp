@@ -1,8 +1,8 @@
 #include "register/value/money.h"
 
-#include <fmt/format.h>
-
+#include <charconv>
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace lorimat {
@@ -15,7 +15,10 @@ constexpr int64_t kFactor[] = {1, 10, 100, 1000, 10000};
 // The decimals of a fraction of `places` digits, without trailing zeros but for the first
 // `keep`.
 std::string Decimals(uint64_t fraction, int places, int keep) {
-  std::string digits = fmt::format("{:0{}}", fraction, places);
+  std::string digits(static_cast<size_t>(places), '0');
+  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, fraction /= 10) {
+    *digit = static_cast<char>('0' + fraction % 10);
+  }
   while (static_cast<int>(digits.size()) > keep && digits.back() == '0') digits.pop_back();
   return digits;
 }
@@ -26,8 +29,13 @@ std::string FormatFixed(int64_t value, int places, int keep) {
       negative ? uint64_t{0} - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
   const uint64_t factor = static_cast<uint64_t>(kFactor[places]);
   const std::string decimals = Decimals(size % factor, places, keep);
-  return fmt::format("{}{}{}{}", negative ? "-" : "", size / factor, decimals.empty() ? "" : ",",
-                     decimals);
+  char digits[24];
+  char* end = digits;
+  if (negative) *end++ = '-';
+  end = std::to_chars(end, digits + sizeof(digits), size / factor).ptr;
+  std::string text(digits, end);
+  if (!decimals.empty()) text.append(1, ',').append(decimals);
+  return text;
 }
 
 }  // namespace

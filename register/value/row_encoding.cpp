@@ -9,8 +9,15 @@ namespace lorimat {
 
 RowEncoder& RowEncoder::Number(int64_t number) {
   char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof(digits), number);
-  text_.append(digits, end.ptr).push_back(' ');
+  char* end = digits;
+  // Most are, in rows of sums.
+  if (number >= 0 && number < 10) {
+    *end++ = static_cast<char>('0' + number);
+  } else {
+    end = std::to_chars(digits, digits + sizeof(digits) - 1, number).ptr;
+  }
+  *end++ = ' ';
+  text_.append(digits, static_cast<size_t>(end - digits));
   return *this;
 }
 
