@@ -162,7 +162,7 @@ TEST(StatusJson, TellsHowFullTheMemoryIs) {
   const json memory = StatusOf(shop.file())["memory"];
   EXPECT_EQ(memory["closings"], json::parse(R"({"used": 1, "most": 9999})"));
   EXPECT_EQ(memory["documents_of_day"], json::parse(R"({"used": 2, "most": 9999})"));
-  EXPECT_EQ(memory["articles"], json::parse(R"({"used": 0, "most": 6000})"));
+  EXPECT_EQ(memory["articles"], json::parse(R"({"used": 0, "most": 60000})"));
   const std::string roll = shop.Run({"paper"}).output;
   EXPECT_EQ(memory["roll_lines"], std::count(roll.begin(), roll.end(), '\n'));
   EXPECT_EQ(memory["file_bytes"], std::filesystem::file_size(shop.file()));
