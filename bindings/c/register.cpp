@@ -122,6 +122,10 @@ int ReadSettings(const lorimat_register_settings& given, lorimat::RegisterSettin
   for (const TextSetting& row : kTextSettings) {
     const char* text = given.*row.given;
     if (text == nullptr) continue;
+    // No name would be a register in memory, which loses what it sells.
+    if (row.given == &lorimat_register_settings::file && *text == 0) {
+      return Fail(LORIMAT_BAD_VALUE, "file is empty");
+    }
     if (std::strlen(text) > row.most) {
       return Fail(LORIMAT_BAD_VALUE,
                   std::string(row.name) + " has more than " + std::to_string(row.most) + " bytes");

@@ -265,7 +265,8 @@ def _path_of_loaded(name: str) -> str:
             with open("/proc/self/maps", encoding="utf-8", errors="surrogateescape") as maps:
                 for line in maps:
                     path = line.split(None, 5)[-1].rstrip("\n")
-                    if os.path.basename(path).startswith("liblorimatrt.so"):
+                    # A copy that is loaded has no file any more.
+                    if os.path.basename(path).startswith("liblorimatrt.so") and os.path.isfile(path):
                         return path
         finally:
             import _ctypes

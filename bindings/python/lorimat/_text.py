@@ -1,7 +1,7 @@
 """Texts as they travel: one byte a character in the device's code page."""
 
 import codecs
-from typing import Tuple, Union
+from typing import Optional, Tuple, Union
 
 from .errors import TextError
 
@@ -39,6 +39,9 @@ def _as_code_page(error: UnicodeError) -> Tuple[str, int]:
 codecs.register_error("lorimat-code-page", _as_code_page)
 
 
-def decoded(data: bytes) -> str:
-    """UTF-8, and bytes that are none in the code page: what printers are sent is mixed."""
+def decoded(data: bytes, encoding: Optional[str] = None) -> str:
+    """In a code page; without one UTF-8, and bytes that are none in the usual page: what a register
+    prints is mixed."""
+    if encoding is not None:
+        return data.decode(encoding, "replace")
     return data.decode("utf-8", "lorimat-code-page")

@@ -109,7 +109,9 @@ class ClientHandle:
                 return self._code(_number(answer, result, name))
             except Refusal as refusal:
                 try:
-                    return self._code(_number(refusal.code, ctypes.c_int, "a refusal"))
+                    code = self._code(_number(refusal.code, ctypes.c_int, "a refusal"))
+                    if result is ctypes.c_int:
+                        return code
                 except (TypeError, OverflowError, ValueError) as error:
                     self.error = self.error or error
             except BaseException as error:  # pylint: disable=broad-except
@@ -139,7 +141,7 @@ class ClientHandle:
                 continue
             if part == "in":
                 if kind is ctypes.c_char_p:
-                    value = "" if value is None else decoded(value)
+                    value = "" if value is None else decoded(value, self._encoding)
                 given.append(value)
                 continue
             room = arguments[index + 1] if part == "text" else 0
@@ -154,7 +156,8 @@ class ClientHandle:
                 count = min(arguments[index + 2][0], room) if arguments[index + 2] else 0
                 given.append(ctypes.string_at(value, count))
             else:
-                given.append(decoded(ctypes.string_at(value, room).split(b"\0", 1)[0]))
+                text = ctypes.string_at(value, room).split(b"\0", 1)[0]
+                given.append(decoded(text, self._encoding))
         return given, filled
 
     def _fill(self, name: str, filled: List[Tuple], answer: Any) -> None:

@@ -160,7 +160,9 @@ class Translator(Unpicklable):
             with self._device_turn():
                 code = self._library.calls.EcrCmd(command, result)
                 error = self._client.take_error()
-        text = decoded(result.value)
+        # What comes from a register is mixed.
+        page = None if isinstance(self.device, VirtualRegister) else self._encoding
+        text = decoded(result.value, page)
         explanation = explain(code, self._language)
         if error is not None and not isinstance(error, Exception):
             raise error  # an interrupt

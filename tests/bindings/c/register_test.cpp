@@ -206,6 +206,9 @@ TEST(CFaceRegister, SettingsThatCannotBeAreNamed) {
     settings.*text = longest.c_str();
     expect(settings, LORIMAT_BAD_VALUE);
   }
+  lorimat_register_settings nameless = Settings();
+  nameless.file = "";
+  expect(nameless, LORIMAT_BAD_VALUE);
   const char* lines[7] = {"", "", nullptr, "", "", "", ""};
   lorimat_register_settings settings = Settings();
   settings.header_lines = lines;

@@ -193,3 +193,29 @@ def test_every_operation_has_a_method_and_an_entry():
         assert "return" in method.__annotations__
         with pytest.raises(lorimat.Refusal):
             method(lorimat.Client(), *[0] * (len(inspect.signature(method).parameters) - 1))
+
+
+def test_texts_travel_in_the_code_page_of_the_device(till):
+    with lorimat.Translator(till, encoding="cp1253") as t:
+        t("VEND REP=1, PRE=1.20, DES='ΚΑΦΕΣ'")
+        with pytest.raises(lorimat.TextError, match="'è' in place .* cp1253"):
+            t("VEND REP=1, PRE=1.20, DES='caffè'")
+    # What reads as UTF-8 too is not taken for it.
+    with lorimat.Translator(till) as t:
+        t("VEND REP=1, PRE=1.20, DES='Ã¨'")
+    assert [line[0] for line in till.lines] == ["ΚΑΦΕΣ", "Ã¨"]
+    with pytest.raises(LookupError):
+        lorimat.Translator(till, encoding="klingon")
+
+
+def test_a_question_that_is_refused_is_answered_with_no():
+    from lorimat import client
+
+    class Device(lorimat.Client):
+        def GetClaimed(self):
+            raise lorimat.Refusal(106)
+
+    handle = client.ClientHandle(Device())
+    assert handle._table.GetClaimed(None) is False
+    assert handle.take_error() is None
+    handle.free()

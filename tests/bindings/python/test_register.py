@@ -61,7 +61,7 @@ def test_it_has_the_identity_that_it_is_given():
     (dict(header_lines=["x"] * 7), lorimat.LorimatError), (dict(header_lines=3), TypeError),
     (dict(last_closure=-1), lorimat.LorimatError), (dict(last_closure=2**40), OverflowError),
     (dict(last_closure=True), TypeError), (dict(last_invoice="7"), TypeError),
-    (dict(file=3.5), TypeError), (dict(file="a\0b"), lorimat.TextError),
+    (dict(file=3.5), TypeError), (dict(file=""), lorimat.LorimatError), (dict(file="a\0b"), lorimat.TextError),
     (dict(file="/nowhere/at/all/shop.register"), lorimat.LorimatError),
     (dict(file="x" * 5000), lorimat.LorimatError),
     (dict(clock=noon()), TypeError), (dict(colour="red"), TypeError),
