@@ -99,9 +99,9 @@ lorimat_package(lorimat PACKAGE lorimat SECTION utils TARGET lorimat
 This is the program that a person uses: it runs files of lines on a virtual
 register, checks them without running them, has a shell, and tells what result
 codes mean.")
+# The component with the Python package, where there is one.
 if(TARGET lorimat_c AND TARGET lorimat_register_c)
   lorimat_package(python3-lorimat PACKAGE python3-lorimat SECTION python ARCHITECTURE all
-    TARGET lorimat_python
     DEPENDS "python3 (>= 3.9), liblorimatrt${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION}), liblorimat-c1 (>= ${PROJECT_VERSION}), liblorimat-register-c1 (>= ${PROJECT_VERSION}), lorimat-data"
     SUMMARY "lines of a cash-desk language on a fiscal device, from Python"
     TEXT "${what_it_is}\n\nThis package has the module for Python 3.")
