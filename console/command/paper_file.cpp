@@ -31,8 +31,9 @@ PaperFile::PaperFile(const std::string& file, Streams& streams) : name_(file), s
   const int error = file_->Make(name_);
   // A link that is not followed here was followed by the open above.
   if (error == ELOOP) Fail(error);
-  // A file that lost its name is reached by its descriptor alone.
-  const bool named = !other_.is_open() || file_->Replaces(status);
+  // A file that lost its name is reached by its descriptor alone, and one of several names would
+  // keep but one of them.
+  const bool named = !other_.is_open() || (status.st_nlink == 1 && file_->Replaces(status));
   if (named && error != 0) Fail(error);
   if (named) {
     other_ = Descriptor();

@@ -322,3 +322,17 @@ TEST_F(OutputFailures, AFileOfLinesThatIsCutMeanwhileIsTold) {
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("lorimat: long.cmd: the file was changed meanwhile\n"));
 }
+
+TEST_F(OutputNames, AFileOfSeveralNamesKeepsThemAll) {
+  for (const std::string option : {"--paper", "--png", "--pdf"}) {
+    folder_.Write("one", std::string(100000, 'x'));
+    fs::create_hard_link(folder_.Path("one"), folder_.Path("other"));
+    EXPECT_EQ(Run({option, "one"}).exit_code, 0) << option;
+    EXPECT_EQ(fs::hard_link_count(folder_.Path("other")), 2U) << option;
+    EXPECT_TRUE(folder_.Read("one") == folder_.Read("other")) << option;
+    EXPECT_THAT(folder_.Read("other"), Not(HasSubstr("xxx"))) << option;
+    EXPECT_FALSE(folder_.Read("other").empty()) << option;
+    fs::remove(folder_.Path("one"));
+    fs::remove(folder_.Path("other"));
+  }
+}
