@@ -89,8 +89,8 @@ constexpr RefusalSentence kSentences[] = {
              "the call.")},
     {Cause::kDescriptionMissing, "n", TR_TEXT("Department {} wants a description.")},
     {Cause::kNoLineToVoid, "qa",
-     TR_TEXT("No line that stands has this department or article and VAT entry, with {} at {}, to "
-             "be taken back.")},
+     TR_TEXT("No line that stands has this department or article, VAT entry and description, with "
+             "{} at {}, to be taken back.")},
     {Cause::kNoLineToRestore, "qa",
      TR_TEXT("No line that was taken back has this department or article and VAT entry, with {} at "
              "{}.")},

@@ -51,9 +51,8 @@ std::string FormatDateTime(const std::tm& time) {
 }
 
 std::string Layout::VatMark(int vat) const {
-  const VatRate* rate = core_.tables.FindVat(vat);
-  if (rate == nullptr) return {};
-  return rate->mark.empty() ? FormatRate(rate->rate) : rate->mark;
+  return core_.tables.FindVat(vat) == nullptr ? std::string()
+                                              : VatName(core_.tables.settings().vat_rates, vat);
 }
 
 void Layout::TrainingMark() {
@@ -67,7 +66,7 @@ void Layout::Header() {
   for (const std::string& line : core_.tables.settings().header_lines) {
     if (!line.empty()) core_.paper.Centred(line);
   }
-  core_.paper.Blank();
+  core_.paper.Gap();
 }
 
 void Layout::Title(DocumentKind kind, const Reference& reference) {
@@ -78,7 +77,7 @@ void Layout::Title(DocumentKind kind, const Reference& reference) {
     if (*row.second != '\0') paper.Centred(row.second);
   }
   if (kind != DocumentKind::kRefund && kind != DocumentKind::kCancel) return;
-  paper.Blank();
+  paper.Gap();
   if (reference.empty()) {
     paper.Text("Documento di riferimento: non indicato");
     return;
@@ -97,7 +96,7 @@ void Layout::Title(DocumentKind kind, const Reference& reference) {
 }
 
 void Layout::ColumnHead() {
-  core_.paper.Blank();
+  core_.paper.Gap();
   core_.paper.Item("DESCRIZIONE", "IVA", "Prezzo(EUR)");
 }
 
@@ -123,6 +122,26 @@ void Layout::Line(LineAction action, const Item& item, Amount amount) {
   if (!core_.options.post_line.empty()) paper.Text(core_.options.post_line);
 }
 
+void Layout::LineGoneBack(const DocumentLine& line, const std::string& mark) {
+  const Amount left = line.amount - line.taken_back;
+  if (left == 0) return;
+  const int32_t pieces = line.quantity - line.quantity_taken_back;
+  if (pieces != kOnePiece && LineAmount(pieces, line.unit_price) == left) {
+    core_.paper.Text(
+        fmt::format("  {} x {}", FormatQuantity(pieces), FormatUnitPrice(line.unit_price)));
+  }
+  for (const LineRow& row : kLines) {
+    if (row.kind != line.kind) continue;
+    core_.paper.Item(row.enter + (line.description.empty() ? row.description : line.description),
+                     mark, FormatAmount(line.kind == LineKind::kSale ? left : -left));
+  }
+}
+
+void Layout::AdjustmentGoneBack(Amount amount, const std::string& mark) {
+  if (amount == 0) return;
+  core_.paper.Item(amount < 0 ? "SCONTO" : "MAGGIORAZIONE", mark, FormatAmount(amount));
+}
+
 void Layout::AdjustmentLine(const Adjustment& adjustment, std::string_view description) {
   const int type = adjustment.request.type;
   std::string text(description);
@@ -130,34 +149,52 @@ void Layout::AdjustmentLine(const Adjustment& adjustment, std::string_view descr
     text = IsCoupon(type) ? "COUPON" : IsSurcharge(type) ? "MAGGIORAZIONE" : "SCONTO";
   }
   if (adjustment.is_void) text.insert(0, "STORNO ");
-  const bool one_vat = !adjustment.on_subtotal && adjustment.by_vat.size() == 1;
-  core_.paper.Item(text, one_vat ? VatMark(adjustment.by_vat.begin()->first) : "",
+  std::map<int, Amount> shares = adjustment.by_vat;
+  std::erase_if(shares, [](const auto& share) { return share.second == 0; });
+  const bool one_vat = shares.size() == 1;
+  core_.paper.Item(text, one_vat ? VatMark(shares.begin()->first) : "",
                    FormatAmount(adjustment.delta));
+  // Who redoes the tax from the paper has to know what falls on which rate.
+  for (const auto& [vat, share] : shares) {
+    if (!one_vat) core_.paper.Item("  di cui", VatMark(vat), FormatAmount(share));
+  }
 }
 
 void Layout::Subtotal(Amount amount) { core_.paper.Pair("Subtotale", FormatAmount(amount)); }
 
 void Layout::Total(Amount total, Amount vat) {
-  core_.paper.Blank();
+  core_.paper.Gap();
   core_.paper.Pair("TOTALE COMPLESSIVO", FormatAmount(total));
   core_.paper.Pair("di cui IVA", FormatAmount(vat));
-  core_.paper.Blank();
+  core_.paper.Gap();
 }
 
-void Layout::Tender(const Payment& payment) {
-  core_.paper.Pair(payment.tender->name, FormatAmount(payment.amount));
+void Layout::VatTable(const std::map<int, Amount>& by_vat) {
+  const auto row = [this](std::string_view rate, std::string_view net, std::string_view tax) {
+    core_.paper.Text(fmt::format("{:<12}{:>15}{:>15}", rate, net, tax));
+  };
+  row("IVA", "Imponibile", "Imposta");
+  for (const auto& [vat, gross] : by_vat) {
+    const VatRate* rate = core_.tables.FindVat(vat);
+    if (gross == 0 || rate == nullptr) continue;
+    const Amount tax = VatPart(gross, rate->rate);
+    row(VatMark(vat), FormatAmount(gross - tax), FormatAmount(tax));
+  }
+  core_.paper.Gap();
+}
+
+void Layout::Tender(std::string_view name, Amount amount) {
+  core_.paper.Pair(name, FormatAmount(amount));
+}
+
+void Layout::Paid(DocumentKind kind, Amount change, Amount collected) {
+  if (change > 0) core_.paper.Pair("Resto", FormatAmount(change));
+  const bool goes_out = kind == DocumentKind::kRefund || kind == DocumentKind::kCancel;
+  core_.paper.Pair(goes_out ? "Importo rimborsato" : "Importo pagato", FormatAmount(collected));
 }
 
 void Layout::Settled(const OpenDocument& document) {
   Paper& paper = core_.paper;
-  const Receipt& receipt = document.receipt;
-  const Amount change = receipt.change();
-  if (change > 0) paper.Pair("Resto", FormatAmount(change));
-  Amount collected = -change;
-  for (const Payment& payment : receipt.payments()) {
-    if (payment.tender->kind != TenderKind::kNotPaid) collected += payment.amount;
-  }
-  paper.Pair("Importo pagato", FormatAmount(collected));
   if (!document.tax_id.empty()) paper.Text("C.F. cliente: " + document.tax_id);
   if (!document.lottery_code.empty()) paper.Text("Codice lotteria: " + document.lottery_code);
   if (!core_.options.courtesy_text.empty()) paper.Centred(core_.options.courtesy_text);
@@ -165,7 +202,7 @@ void Layout::Settled(const OpenDocument& document) {
 
 void Layout::Trailer(const OpenDocument& document) {
   Paper& paper = core_.paper;
-  paper.Blank();
+  paper.Gap();
   paper.Centred(FormatDateTime(document.time));
   paper.Centred(document.number_text);
   if (!core_.in_service()) paper.Centred("REGISTRATORE NON IN SERVIZIO");
@@ -180,7 +217,7 @@ void Layout::Trailer(const OpenDocument& document) {
 }
 
 void Layout::Abandoned() {
-  core_.paper.Blank();
+  core_.paper.Gap();
   core_.paper.Centred("*** DOCUMENTO ANNULLATO ***");
   core_.paper.Centred(FormatDateTime(core_.Now()));
 }

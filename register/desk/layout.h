@@ -29,12 +29,21 @@ class Layout {
   void ColumnHead();
   // A line with the amount that it adds to the total.
   void Line(LineAction action, const Item& item, Amount amount);
+  // A line, or an adjustment, of a sale that goes back as a whole, as far as it stands, with the
+  // rate that it was sold at.
+  void LineGoneBack(const DocumentLine& line, const std::string& mark);
+  void AdjustmentGoneBack(Amount amount, const std::string& mark);
+  // With the rates that it falls on, where they are several.
   void AdjustmentLine(const Adjustment& adjustment, std::string_view description);
   void Subtotal(Amount amount);
   // Total and contained tax.
   void Total(Amount total, Amount vat);
-  void Tender(const Payment& payment);
-  // What follows the last tender: change, amount paid, customer's codes, courtesy text.
+  // Of an invoice: base and tax of each rate.
+  void VatTable(const std::map<int, Amount>& by_vat);
+  void Tender(std::string_view name, Amount amount);
+  // What follows the last tender: change, and what was collected, or went back.
+  void Paid(DocumentKind kind, Amount change, Amount collected);
+  // What follows that: customer's codes, courtesy text.
   void Settled(const OpenDocument& document);
   // Date, number, point of sale, serial number and the shop's own lines.
   void Trailer(const OpenDocument& document);

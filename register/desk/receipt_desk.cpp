@@ -139,6 +139,7 @@ int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineA
 
   item->unit_name = arguments.unit_name;
   item->description = arguments.description;
+  item->description_given = !item->description.empty();
   if (item->description.empty()) {
     const bool goods = item->kind == LineKind::kSale || item->kind == LineKind::kRefund;
     if (goods && article != nullptr) item->description = article->description;
@@ -166,10 +167,10 @@ int ReceiptDesk::Line(const LineArguments& arguments, const VoidTerms& terms) {
       amount = item.kind == LineKind::kSale ? item.amount : -item.amount;
       break;
     case LineAction::kVoid:
-      code = receipt.Void(item, &amount, terms);
+      code = receipt.Void(item, &amount, terms, &item.description);
       break;
     case LineAction::kRestore:
-      code = receipt.Restore(item, &amount);
+      code = receipt.Restore(item, &amount, &item.description);
       break;
   }
   if (code != RTF_SUCCESS) return code;
@@ -215,10 +216,12 @@ int ReceiptDesk::Adjust(int type, std::string_view description, int64_t value, i
     if (row == nullptr) return NoDepartment(department);
     request.department = department;
     if (!is_void) request.vat = row->vat;
+    request.spread = !is_void;
   }
   if (vat != kNotGiven && vat != kAsLastLine) {
     if (core_.tables.FindVat(vat) == nullptr) return NoVatEntry(vat);
     request.vat = vat;
+    request.spread = false;
   }
   if (!is_void && !IsSurcharge(type) && !AllowsDiscount(request.department)) {
     return Refuse(RTF_E_ILLEGAL, RefusalCause::kNoDiscountThere);
@@ -318,10 +321,11 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   if (const int code = receipt.Pay(*tender, payment, automatic, &done)) return code;
   if (!document.total_shown) {
     layout_.Total(receipt.total(), receipt.VatTotal(core_.tables));
+    if (receipt.kind() == DocumentKind::kInvoice) layout_.VatTable(receipt.by_vat());
     document.total_shown = true;
   }
   if (!text.empty()) core_.paper.Text(text);
-  layout_.Tender(done);
+  layout_.Tender(done.tender->name, done.amount);
   document.time = now;
   core_.state = PrinterState::kTotal;
   if (receipt.remaining() == 0) Settle();
@@ -334,10 +338,21 @@ void ReceiptDesk::Settle() {
   const Receipt& receipt = core_.document.receipt;
   StoredDocument stored = Summarize(receipt, core_.tables);
   AddDetails(receipt, &stored);
+  const DocumentKind kind = stored.kind;
+  const Amount change = stored.change;
+  const PaidParts parts = CheckedParts(stored);
   Store(std::move(stored));
+  layout_.Paid(kind, change, parts.collected);
   layout_.Settled(core_.document);
   core_.state = PrinterState::kEnding;
   if (core_.options.auto_cut && !core_.options.hold_settled) FinishDocument();
+}
+
+// No document is registered or printed whose payments do not come to its total.
+PaidParts ReceiptDesk::CheckedParts(const StoredDocument& stored) const {
+  const std::optional<PaidParts> parts = PartsOf(stored, core_.tables);
+  if (!parts) core_.database.Damaged("document_payment");
+  return *parts;
 }
 
 void ReceiptDesk::Store(StoredDocument stored) {

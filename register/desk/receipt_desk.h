@@ -106,13 +106,15 @@ class ReceiptDesk {
   int FindSale(const Reference& reference, StoredDocument* sale) const;
   int FindWholeSale(const Reference& reference, StoredDocument* sale) const;
   int CheckPaidBack() const;
-  void MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line);
+  void MakeWhole(DocumentKind kind, const StoredDocument& sale);
+  void PrintGoneBack(const StoredDocument& sale);
   int BeginCash(CashMove move, bool print_header);
   int TotalCash(Amount payment, std::string_view tender, bool automatic);
   void Buffer();
   bool AllowsDiscount(int department) const;
   void Open(DocumentKind kind, const Reference& reference);
   void Settle();
+  PaidParts CheckedParts(const StoredDocument& stored) const;
   void Store(StoredDocument stored);
   void FinishDocument();
   void KeepInJournal(JournalKind kind, int number, const std::tm& time);

@@ -93,12 +93,12 @@ int ReceiptDesk::BeginInvoice(const std::string_view (&customer)[5], bool opposi
   bool first = true;
   for (const std::string_view line : customer) {
     if (line.empty()) continue;
-    if (first) core_.paper.Blank();
+    if (first) core_.paper.Gap();
     first = false;
     core_.paper.Text(line);
   }
   if (opposition) {
-    core_.paper.Blank();
+    core_.paper.Gap();
     core_.paper.Text("Opposizione all'utilizzo dei dati");
   }
   layout_.ColumnHead();
@@ -212,7 +212,7 @@ int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::st
   layout_.Title(DocumentKind::kCancel, resolved);
   if (!text.empty()) core_.paper.Text(text);
   layout_.ColumnHead();
-  if (automatic) MakeWhole(DocumentKind::kCancel, sale, "VENDITA ANNULLATA");
+  if (automatic) MakeWhole(DocumentKind::kCancel, sale);
   return RTF_SUCCESS;
 }
 
@@ -225,13 +225,36 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
   layout_.Header();
   layout_.Title(DocumentKind::kRefund, resolved);
   layout_.ColumnHead();
-  MakeWhole(DocumentKind::kRefund, sale, "VENDITA RESA");
+  MakeWhole(DocumentKind::kRefund, sale);
   return RTF_SUCCESS;
 }
 
+// The lines of a sale that goes back as a whole, with the rates of its day.
+void ReceiptDesk::PrintGoneBack(const StoredDocument& sale) {
+  const std::vector<Closure> closed = core_.store.FindClosures(sale.closure, sale.closure);
+  const std::vector<VatRate>& rates =
+      closed.empty() ? core_.tables.settings().vat_rates : closed.front().vat_rates;
+  // What adjustments of several entries did to each is what its lines leave of its sum.
+  std::map<int, Amount> rest = sale.by_vat;
+  for (const DocumentLine& line : sale.lines) {
+    if (line.vat == 0) continue;
+    const bool adjustment =
+        line.kind == LineKind::kAdjustment || line.kind == LineKind::kSubtotalAdjustment;
+    const std::string mark = VatName(rates, line.vat);
+    const Amount left = line.amount - line.taken_back;
+    rest[line.vat] -= adjustment || line.kind == LineKind::kSale ? left : -left;
+    if (adjustment) {
+      layout_.AdjustmentGoneBack(left, mark);
+    } else {
+      layout_.LineGoneBack(line, mark);
+    }
+  }
+  for (const auto& [vat, amount] : rest) layout_.AdjustmentGoneBack(amount, VatName(rates, vat));
+}
+
 // Makes the open document over the whole of a sale, registers and ends it: the money goes back
-// by the tenders of the sale.
-void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale, const char* line) {
+// by the tenders of the sale, and its tax as it was taken.
+void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   const std::tm now = core_.Now();
   StoredDocument stored = sale;
   stored.kind = kind;
@@ -240,14 +263,15 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale, const
   stored.change = 0;
   stored.lottery_sent = false;
   Amount vat_total = 0;
-  for (const auto& [vat, gross] : sale.by_vat) {
-    Item item;
-    item.description = line;
-    item.vat = vat;
-    layout_.Line(LineAction::kEnter, item, gross);
-    if (const VatRate* rate = core_.tables.FindVat(vat)) vat_total += VatPart(gross, rate->rate);
-  }
+  for (const auto& [vat, figures] : sale.figures) vat_total += figures[TaxedFigure::kGross].tax;
+  PrintGoneBack(sale);
   layout_.Total(sale.total, vat_total);
+  for (const DocumentPayment& payment : stored.payments) {
+    const Tender* tender = core_.tables.FindTender(payment.tender);
+    if (payment.amount == 0 || tender == nullptr) continue;
+    layout_.Tender(tender->name, payment.amount);
+  }
+  layout_.Paid(kind, 0, CheckedParts(stored).collected);
   core_.document.time = now;
   Store(std::move(stored));
   FinishDocument();
@@ -278,7 +302,7 @@ int ReceiptDesk::EndNonFiscal() {
   if (!core_.Allows(Operation::kEndNonFiscal)) return RTF_EFPTR_WRONG_STATE;
   const std::tm now = core_.Now();
   if (!core_.setup.training) core_.store.CountNonFiscal(now);
-  core_.paper.Blank();
+  core_.paper.Gap();
   core_.paper.Centred("DOCUMENTO GESTIONALE");
   core_.paper.Centred(FormatDateTime(now));
   layout_.TrainingMark();

@@ -134,7 +134,7 @@ int ReceiptDesk::TotalCash(Amount payment, std::string_view tender, bool automat
                   {payment, document.cash_total});
   }
   document.time = core_.Now();
-  core_.paper.Blank();
+  core_.paper.Gap();
   core_.paper.Pair("TOTALE", FormatAmount(document.cash_total));
   if (core_.setup.training) document.number_text = Layout::kTrainingMark;
   core_.state = PrinterState::kEnding;

@@ -104,6 +104,22 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
   return stored;
 }
 
+std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables) {
+  PaidParts parts;
+  for (const auto& [id, amount] : document.by_tender) {
+    const Tender* tender = tables.FindTender(id);
+    if (tender == nullptr) return std::nullopt;
+    AddTo(tender->kind == TenderKind::kNotPaid           ? &parts.not_collected
+          : tender->element == SummaryElement::kDiscount ? &parts.discount
+                                                         : &parts.collected,
+          amount);
+  }
+  Amount sum = parts.collected;
+  AddTo(&sum, parts.not_collected);
+  AddTo(&sum, parts.discount);
+  return sum == document.total ? std::optional<PaidParts>(parts) : std::nullopt;
+}
+
 void AddDetails(const Receipt& receipt, StoredDocument* stored) {
   stored->lines.clear();
   stored->payments.clear();

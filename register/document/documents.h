@@ -5,6 +5,7 @@
 
 #include <ctime>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,15 @@ struct StoredDocument {
 // The sums of a document as it stands, paid or not. Numbers, time, references, customer's codes
 // and lines are the caller's to fill in.
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
+
+// What the payments of a document are, without the change. They come to its total.
+struct PaidParts {
+  Amount collected = 0;
+  Amount not_collected = 0;
+  Amount discount = 0;  // on the payment
+};
+// Nothing for payments that do not come to the total.
+std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables);
 
 // The sums by VAT entry, department and tender as one text (register/value/row_encoding.h), and
 // back; false for a text that is none.

@@ -12,9 +12,12 @@ namespace {
 
 int Sign(LineKind kind) { return kind == LineKind::kSale ? 1 : -1; }
 
-bool SameGoods(const Item& a, const Item& b) {
-  return a.kind == b.kind && a.department == b.department && a.article == b.article &&
-         a.vat == b.vat && a.special_tax == b.special_tax;
+// Whether a line is what a correction names, as far as it does.
+bool IsNamed(const Item& line, const Item& named) {
+  return line.kind == named.kind && line.department == named.department && line.vat == named.vat &&
+         line.special_tax == named.special_tax &&
+         (named.article.empty() || line.article == named.article) &&
+         (!named.description_given || line.description == named.description);
 }
 
 bool IsKnownAdjustment(int type) {
@@ -171,7 +174,7 @@ bool Receipt::HasAdjustment(size_t line, int type, int64_t value) const {
 std::optional<Receipt::FoundLine> Receipt::FindOpenLine(const Item& item,
                                                         const VoidTerms& terms) const {
   const auto fits = [&](size_t index) {
-    return SameGoods(lines_[index].item, item) &&
+    return IsNamed(lines_[index].item, item) &&
            (terms.adjustment == 0 || HasAdjustment(index, terms.adjustment_type, terms.adjustment));
   };
   for (size_t index = terms.by_amount ? 0 : lines_.size(); index-- > 0;) {
@@ -189,6 +192,21 @@ std::optional<Receipt::FoundLine> Receipt::FindOpenLine(const Item& item,
     }
   }
   return std::nullopt;
+}
+
+std::map<int, Amount> Receipt::DepartmentByVat(int department) const {
+  std::map<int, Amount> sums;
+  for (const Line& line : lines_) {
+    if (line.item.department != department) continue;
+    sums[line.item.vat] += Sign(line.item.kind) * line.open_amount + line.adjusted;
+  }
+  for (const Adjustment& adjustment : adjustments_) {
+    if (adjustment.voided || adjustment.is_void || adjustment.request.department != department) {
+      continue;
+    }
+    for (const auto& [vat, delta] : adjustment.by_vat) sums[vat] += delta;
+  }
+  return sums;
 }
 
 Amount Receipt::SoldBy(int department) const {
@@ -209,7 +227,8 @@ bool Receipt::LeavesDepartment(int department, Amount delta) const {
   return department == 0 || delta >= 0 || SoldBy(department) + delta >= 0;
 }
 
-int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
+int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms,
+                  std::string* description) {
   const std::optional<FoundLine> found = FindOpenLine(item, terms);
   if (!found) {
     return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToVoid,
@@ -236,15 +255,16 @@ int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms) {
     if (adjustments_[index].line == found->index) SetVoided(index);
   }
   at_subtotal_ = false;
+  if (description != nullptr) *description = changed.item.description;
   *amount = delta;
   return RTF_SUCCESS;
 }
 
-int Receipt::Restore(const Item& item, Amount* amount) {
+int Receipt::Restore(const Item& item, Amount* amount, std::string* description) {
   for (size_t index = lines_.size(); index-- > 0;) {
     const Line& line = lines_[index];
     const int32_t gone = line.item.quantity - line.open_quantity;
-    if (!SameGoods(line.item, item) || line.item.unit_price != item.unit_price ||
+    if (!IsNamed(line.item, item) || line.item.unit_price != item.unit_price ||
         gone < item.quantity) {
       continue;
     }
@@ -259,6 +279,7 @@ int Receipt::Restore(const Item& item, Amount* amount) {
     changed.open_quantity += item.quantity;
     changed.open_amount += goods;
     at_subtotal_ = false;
+    if (description != nullptr) *description = changed.item.description;
     *amount = sign * goods;
     return RTF_SUCCESS;
   }
@@ -346,7 +367,11 @@ int Receipt::Adjust(const AdjustmentRequest& request, Adjustment* done) {
   if (!size) return NoSize(request);
   const bool surcharge = IsSurcharge(request.type);
   adjustment.delta = (surcharge ? sign : -sign) * *size;
-  adjustment.by_vat = {{vat, adjustment.delta}};
+  if (request.spread) {
+    adjustment.by_vat = Spread(adjustment.delta, DepartmentByVat(request.department));
+    std::erase_if(adjustment.by_vat, [](const auto& share) { return share.second == 0; });
+  }
+  if (adjustment.by_vat.empty()) adjustment.by_vat = {{vat, adjustment.delta}};
   if (const int code = CheckSums(adjustment.by_vat)) return code;
   if (!surcharge && *size > base) {
     return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kDiscountAboveBase, {*size, base});

@@ -27,6 +27,7 @@ enum class LineKind { kSale, kRefund, kDeposit, kVoucher, kAdjustment, kSubtotal
 struct Item {
   LineKind kind = LineKind::kSale;
   std::string description = {};
+  bool description_given = false;  // by the host, not by the tables
   std::string article = {};
   std::string unit_name = {};
   int department = 0;  // 0 for a line that names a VAT entry alone
@@ -53,6 +54,7 @@ struct AdjustmentRequest {
   int64_t value = 0;     // amount or percentage
   int department = 0;    // 0 for the last line
   int vat = 0;           // VAT entry that it falls on; 0 for that of the line, of a void for any
+  bool spread = false;   // of a department: over the entries of its lines, `vat` where it has none
   bool is_void = false;  // takes an earlier one back
   // On the subtotal: shares by VAT entry, whole cents, that the host gives by itself.
   std::map<int, Amount> package = {};
@@ -105,13 +107,15 @@ class Receipt {
   // Adds a line.
   int Enter(const Item& item);
   // Takes back a line, or some pieces of one: the latest one of the same kind, department,
-  // article, VAT entry and unit price that has the quantity left; without a quantity also a
-  // whole line of that amount. `amount` takes what it did to the total: for a line with
-  // adjustments, which only goes as a whole, the adjusted amount. A line that was not sold
-  // answers RTF_EFPTR_BAD_ITEM_AMOUNT, as does one that adjustments of its department count on.
-  int Void(const Item& item, Amount* amount, const VoidTerms& terms = {});
+  // VAT entry and unit price, and of the article and description where `item` names them, that has
+  // the quantity left; without a quantity also a whole line of that amount. `amount` takes what it
+  // did to the total: for a line with adjustments, which only goes as a whole, the adjusted amount;
+  // `description` what the line is called. A line that was not sold answers
+  // RTF_EFPTR_BAD_ITEM_AMOUNT, as does one that adjustments of its department count on.
+  int Void(const Item& item, Amount* amount, const VoidTerms& terms = {},
+           std::string* description = nullptr);
   // Takes back a correction that Void made.
-  int Restore(const Item& item, Amount* amount);
+  int Restore(const Item& item, Amount* amount, std::string* description = nullptr);
   // Discounts or surcharges a line or a department.
   int Adjust(const AdjustmentRequest& request, Adjustment* done);
   // Discounts or surcharges the whole document, spread over its VAT entries.
@@ -152,6 +156,8 @@ class Receipt {
   };
   std::optional<FoundLine> FindOpenLine(const Item& item, const VoidTerms& terms) const;
   bool HasAdjustment(size_t line, int type, int64_t value) const;
+  // What the lines and the adjustments of a department come to, by VAT entry.
+  std::map<int, Amount> DepartmentByVat(int department) const;
   // What the sale lines and the adjustments of a department come to.
   Amount SoldBy(int department) const;
   // Whether that stays at zero or above with a change; one upwards always goes.

@@ -112,6 +112,10 @@ void Paper::Item(std::string_view description, std::string_view vat, std::string
 
 void Paper::Blank() { Add(std::string()); }
 
+void Paper::Gap() {
+  if (lines_.empty() || !lines_.back().empty()) Blank();
+}
+
 void Paper::Cut() {
   Add(std::string(kColumns, '-'));
   Mark(lines_.size() - 1, CutRow{});

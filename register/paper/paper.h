@@ -79,6 +79,8 @@ class Paper {
   // and amount stand on its last line.
   void Item(std::string_view description, std::string_view vat, std::string_view amount);
   void Blank();
+  // A blank line, where none ends the paper yet.
+  void Gap();
   // The edge where the paper is cut.
   void Cut();
   // A barcode. Text shows its type's name and its data.

@@ -2,12 +2,111 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <span>
+#include <utility>
+
 #include "register/desk/layout.h"
 
 namespace lorimat {
 namespace {
 
-void PrintDay(const ReportFigures& figures, Paper* paper) {
+struct DocumentKindRow {
+  DocumentKind kind;
+  const char* name;
+};
+constexpr DocumentKindRow kDocumentKinds[] = {
+    {DocumentKind::kSale, "Documenti di vendita"},
+    {DocumentKind::kRefund, "Documenti di reso"},
+    {DocumentKind::kCancel, "Documenti di annullo"},
+};
+
+struct NotPaidRow {
+  TaxedFigure figure;
+  const char* name;
+};
+constexpr NotPaidRow kNotPaid[] = {
+    {TaxedFigure::kInvoicesNotPaid, "  di cui con fattura a seguire"},
+    {TaxedFigure::kServicesNotPaid, "  di cui servizi"},
+    {TaxedFigure::kSsnNotPaid, "  di cui SSN"},
+    {TaxedFigure::kUndeliveredNotPaid, "  di cui altro"},
+};
+
+Amount Stands(const EnteredAmount& entered) {
+  Amount sum = entered.amount;
+  AddTo(&sum, entered.taken_back, -1);
+  return sum;
+}
+
+Amount Stands(const Totals& totals, int vat, EnteredFigure one, EnteredFigure other) {
+  Amount sum = Stands(totals.Sum(Totals::kAll, vat, one));
+  AddTo(&sum, Stands(totals.Sum(Totals::kAll, vat, other)));
+  return sum;
+}
+
+// What credit notes or voids came to, without their sign.
+Amount GoneBack(const Totals& totals, unsigned kinds, int vat) {
+  Amount sum = 0;
+  AddTo(&sum, totals.Sum(kinds, vat, TaxedFigure::kGross).amount, -1);
+  return sum;
+}
+
+// What is told of a rate; all but the first only where it is something.
+struct VatRow {
+  const char* name;
+  Amount (*of)(const Totals& totals, int vat);
+};
+constexpr VatRow kVatRows[] = {
+    {"Totale ", [](const Totals& totals,
+                   int vat) { return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).amount; }},
+    {"Imponibile ",
+     [](const Totals& totals, int vat) {
+       return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).net();
+     }},
+    {"Imposta ", [](const Totals& totals,
+                    int vat) { return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax; }},
+    {"Sconti ",
+     [](const Totals& totals, int vat) {
+       return Stands(totals, vat, EnteredFigure::kDiscounts, EnteredFigure::kSubtotalDiscounts);
+     }},
+    {"Maggiorazioni ",
+     [](const Totals& totals, int vat) {
+       return Stands(totals, vat, EnteredFigure::kSurcharges, EnteredFigure::kSubtotalSurcharges);
+     }},
+    {"Resi di riga ",
+     [](const Totals& totals, int vat) {
+       return Stands(
+           totals.Sum(Totals::kSales | Totals::kInvoices, vat, EnteredFigure::kRefundLines));
+     }},
+    {"Documenti di reso ",
+     [](const Totals& totals, int vat) { return GoneBack(totals, Totals::kRefunds, vat); }},
+    {"Annulli ",
+     [](const Totals& totals, int vat) { return GoneBack(totals, Totals::kCancels, vat); }},
+};
+// Of a closing of the fiscal memory: total, base and tax.
+constexpr size_t kMemoryRows = 3;
+
+// By rate: entries of the same one are told as one.
+void PrintRates(const Totals& totals, const std::vector<VatRate>& rates,
+                std::span<const VatRow> rows, Paper* paper) {
+  std::vector<std::pair<std::string, std::vector<int>>> names;
+  for (const auto& [vat, gross] : totals.GrossByVat()) {
+    const std::string name = VatName(rates, vat);
+    auto found = std::find_if(names.begin(), names.end(),
+                              [&name](const auto& known) { return known.first == name; });
+    if (found == names.end()) found = names.insert(names.end(), {name, {}});
+    found->second.push_back(vat);
+  }
+  for (const auto& [name, entries] : names) {
+    for (const VatRow& row : rows) {
+      Amount amount = 0;
+      for (const int vat : entries) AddTo(&amount, row.of(totals, vat));
+      if (amount != 0 || &row == rows.data()) paper->Pair(row.name + name, FormatAmount(amount));
+    }
+  }
+}
+
+void PrintDay(const RegisterCore& core, const ReportFigures& figures, Paper* paper) {
   const DailyTotals totals = figures.totals.Summary();
   if (figures.counters != nullptr) {
     paper->Pair("Documenti", std::to_string(figures.counters->documents));
@@ -18,13 +117,27 @@ void PrintDay(const ReportFigures& figures, Paper* paper) {
     paper->Pair("Documenti", std::to_string(figures.totals.documents() - invoices));
     paper->Pair("Fatture", std::to_string(invoices));
   }
+  for (const auto& [kind, name] : kDocumentKinds) {
+    if (const int count = figures.totals.of(kind).documents) {
+      paper->Pair(name, std::to_string(count));
+    }
+  }
   paper->Pair("Vendite", FormatAmount(totals.receipts));
   paper->Pair("Resi", FormatAmount(totals.refunds));
   paper->Pair("Annulli", FormatAmount(totals.cancels));
-  paper->Pair("Non riscosso", FormatAmount(totals.not_paid));
+  paper->Pair("Totale non riscosso", FormatAmount(totals.not_paid));
+  for (const NotPaidRow& row : kNotPaid) {
+    const Amount amount = figures.totals.Sum(Totals::kAll, 0, row.figure).amount;
+    if (amount != 0) paper->Pair(row.name, FormatAmount(amount));
+  }
   if (figures.counters != nullptr) {
     paper->Pair("TOTALE GIORNALIERO", FormatAmount(totals.net()));
     paper->Pair("GRAN TOTALE", FormatAmount(figures.grand_total));
+    // The grand total goes down with what goes back; these only grow.
+    const DailyTotals all = core.store.GrandTotals().Summary();
+    paper->Pair("Progressivo vendite", FormatAmount(all.receipts));
+    paper->Pair("Progressivo resi", FormatAmount(all.refunds));
+    paper->Pair("Progressivo annulli", FormatAmount(all.cancels));
   } else {
     paper->Pair("TOTALE DEL PERIODO", FormatAmount(totals.net()));
   }
@@ -41,11 +154,7 @@ void PrintTenders(const RegisterCore& core, const ReportFigures& figures, Paper*
 
 void PrintVat(const ReportFigures& figures, Paper* paper) {
   paper->Text("IVA");
-  for (const auto& [vat, gross] : figures.totals.GrossByVat()) {
-    paper->Pair("Totale " + VatName(figures.vat_rates, vat), FormatAmount(gross));
-    const Amount tax = figures.totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax;
-    paper->Pair("  di cui imposta", FormatAmount(tax));
-  }
+  PrintRates(figures.totals, figures.vat_rates, kVatRows, paper);
 }
 
 void PrintDepartments(const RegisterCore& core, const ReportFigures& figures, Paper* paper) {
@@ -74,12 +183,6 @@ void PrintOperators(const ReportFigures& figures, Paper* paper) {
 
 }  // namespace
 
-std::string VatName(const std::vector<VatRate>& rates, int vat) {
-  if (vat < 1 || static_cast<size_t>(vat) > rates.size()) return std::to_string(vat);
-  const VatRate& rate = rates[static_cast<size_t>(vat) - 1];
-  return rate.mark.empty() ? FormatRate(rate.rate) : rate.mark;
-}
-
 void PrintSections(const RegisterCore& core, const ReportFigures& figures, unsigned sections,
                    Paper* paper) {
   bool first = true;
@@ -89,7 +192,7 @@ void PrintSections(const RegisterCore& core, const ReportFigures& figures, unsig
     first = false;
     return true;
   };
-  if (begin(kDaySection)) PrintDay(figures, paper);
+  if (begin(kDaySection)) PrintDay(core, figures, paper);
   if (begin(kTenderSection)) PrintTenders(core, figures, paper);
   if (begin(kVatSection)) PrintVat(figures, paper);
   if (begin(kDepartmentSection)) PrintDepartments(core, figures, paper);
@@ -101,11 +204,7 @@ void PrintClosure(const Closure& closure, Paper* paper) {
   paper->Pair(fmt::format("CHIUSURA N. {:04}", closure.number), FormatDateTime(closure.time));
   paper->Pair("Documenti", std::to_string(closure.counters.documents));
   paper->Pair("Fatture", std::to_string(closure.counters.invoices));
-  for (const auto& [vat, gross] : closure.totals.GrossByVat()) {
-    paper->Pair("Totale " + VatName(closure.vat_rates, vat), FormatAmount(gross));
-    const Amount tax = closure.totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax;
-    paper->Pair("  di cui imposta", FormatAmount(tax));
-  }
+  PrintRates(closure.totals, closure.vat_rates, std::span(kVatRows).first(kMemoryRows), paper);
   paper->Pair("TOTALE GIORNALIERO", FormatAmount(totals.net()));
   paper->Pair("GRAN TOTALE", FormatAmount(closure.grand_total));
 }

@@ -33,7 +33,5 @@ void PrintSections(const RegisterCore& core, const ReportFigures& figures, unsig
                    Paper* paper);
 // One closing of the fiscal memory.
 void PrintClosure(const Closure& closure, Paper* paper);
-// "22%", or the mark of an entry without tax; the number of an entry that is not in the table.
-std::string VatName(const std::vector<VatRate>& rates, int vat);
 
 }  // namespace lorimat

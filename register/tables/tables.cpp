@@ -147,4 +147,10 @@ const std::string* Tables::FindLogo(int number) const {
   return found != logos_.end() ? &found->second : nullptr;
 }
 
+std::string VatName(const std::vector<VatRate>& rates, int vat) {
+  const VatRate* rate = At(rates, vat);
+  if (rate == nullptr) return std::to_string(vat);
+  return rate->mark.empty() ? FormatRate(rate->rate) : rate->mark;
+}
+
 }  // namespace lorimat

@@ -170,4 +170,7 @@ class Tables {
   std::vector<Change> changes_;
 };
 
+// "22%", or the mark of an entry without tax; the number of an entry that is not in the table.
+std::string VatName(const std::vector<VatRate>& rates, int vat);
+
 }  // namespace lorimat

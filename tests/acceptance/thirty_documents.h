@@ -70,6 +70,7 @@ enum class Kind { kSale, kInvoice, kCreditNote, kVoid, kAbandoned, kNote };
 struct PaperLine {
   std::string description;
   Cents amount;
+  bool article = false;  // an automatic void of the document shows it too
 };
 
 // A document of the list: its lines in the batch, and what they come to.
@@ -83,6 +84,11 @@ class Document {
   const std::vector<PaperLine>& lines() const { return lines_; }
   const std::map<int, Cents>& by_vat() const { return by_vat_; }
   const std::map<std::string, Cents>& by_tender() const { return by_tender_; }
+
+  const std::map<int, Cents>& discounts() const { return discounts_; }
+  const std::map<int, Cents>& surcharges() const { return surcharges_; }
+  // Of refund lines.
+  const std::map<int, Cents>& refunds() const { return refunds_; }
 
   Cents total() const {
     Cents sum = 0;
@@ -121,11 +127,11 @@ class Document {
   }
   // A line that was adjusted goes back with its adjustments.
   Document& TakeBackAdjusted(int department, Cents price, Cents came_to) {
-    const std::string text = mark();
     Command("VEND REP=" + std::to_string(department) + ", PRE=" + InBatch(price) + ", DES='" +
-            text + "', STORNO");
-    lines_.push_back({text, -came_to});
+            sold_ + "', STORNO");
+    lines_.push_back({"STORNO " + sold_, -came_to});
     Add(department, -came_to);
+    discounts_[VatOf(department)] -= price - came_to;
     last_ = 0;
     return *this;
   }
@@ -149,6 +155,7 @@ class Document {
             ", DES='" + text + "'");
     lines_.push_back({text, amount});
     Add(department, amount);
+    Adjusted(VatOf(department), amount);
     return *this;
   }
   Document& SubtotalDiscount(Cents amount) {
@@ -197,12 +204,19 @@ class Document {
   void TakeOver(const Document& other) {
     by_vat_ = other.by_vat_;
     by_tender_ = other.by_tender_;
+    discounts_ = other.discounts_;
+    surcharges_ = other.surcharges_;
+    for (const PaperLine& line : other.lines_) {
+      if (line.article) lines_.push_back(line);
+    }
     for (const auto& [vat, gross] : by_vat_) paid_ += gross;
   }
 
  private:
   Document& Enter(int department, Cents price, int quantity, const std::string& how) {
-    const std::string text = mark();
+    // What is taken back has the text of the line that was sold last.
+    const bool back = how == "STORNO";
+    const std::string text = back ? sold_ : mark();
     const Cents amount = quantity == 0 ? price : Rounded(price * quantity, 1000);
     std::string line = "VEND REP=" + std::to_string(department);
     if (quantity != 0)
@@ -211,8 +225,11 @@ class Document {
     if (!how.empty()) line += ", " + how;
     Command(line);
     const Cents signed_amount = how.empty() ? amount : -amount;
-    lines_.push_back({text, signed_amount});
+    lines_.push_back({back ? "STORNO " + text : text, signed_amount, how.empty()});
     Add(department, signed_amount);
+    if (how.empty()) sold_ = text;
+    if (how == "COUPON") Adjusted(VatOf(department), signed_amount);
+    if (how == "RESO") refunds_[VatOf(department)] += amount;
     last_ = amount;
     return *this;
   }
@@ -222,6 +239,7 @@ class Document {
     Command(line + ", DES='" + text + "'");
     lines_.push_back({text, amount});
     Add(department_, amount);
+    Adjusted(VatOf(department_), amount);
     last_ += amount;
     return *this;
   }
@@ -245,8 +263,15 @@ class Document {
     std::sort(remainders.begin(), remainders.end());
     for (Cents cent = 0; cent < left; ++cent)
       ++shares[remainders[static_cast<size_t>(cent)].second];
-    for (const auto& [vat, share] : shares) by_vat_[vat] += amount < 0 ? -share : share;
+    for (const auto& [vat, share] : shares) {
+      by_vat_[vat] += amount < 0 ? -share : share;
+      Adjusted(vat, amount < 0 ? -share : share);
+    }
     return *this;
+  }
+
+  void Adjusted(int vat, Cents amount) {
+    (amount < 0 ? discounts_ : surcharges_)[vat] += amount < 0 ? -amount : amount;
   }
 
   void Add(int department, Cents amount) {
@@ -262,6 +287,8 @@ class Document {
   std::vector<PaperLine> lines_;
   std::map<int, Cents> by_vat_;
   std::map<int, Cents> by_department_;
+  std::map<int, Cents> discounts_, surcharges_, refunds_;  // by VAT entry, without a sign
+  std::string sold_;                                       // the text of the last line that sold
   std::map<std::string, Cents> by_tender_;
   int department_ = 0;  // of the last line
   Cents last_ = 0;      // what the last line came to, with its adjustments
@@ -301,37 +328,71 @@ class List {
     Cents not_paid = 0;
     for (const auto& [tender, sum] : by_tender()) not_paid += IsNotPaid(tender) ? sum : 0;
     const int numbered = Count(Kind::kSale) + Count(Kind::kCreditNote) + Count(Kind::kVoid);
+    std::map<std::string, Cents> unpaid;
+    for (const auto& [tender, sum] : by_tender()) {
+      if (IsNotPaid(tender)) unpaid[tender] += sum;
+    }
     return {{"Documenti", std::to_string(numbered)},
+            {"Documenti di vendita", std::to_string(Count(Kind::kSale))},
+            {"Documenti di reso", std::to_string(Count(Kind::kCreditNote))},
+            {"Documenti di annullo", std::to_string(Count(Kind::kVoid))},
             {"Fatture", std::to_string(Count(Kind::kInvoice))},
             {"Documenti annullati in corso", std::to_string(Count(Kind::kAbandoned))},
             {"Vendite", OnPaper(sales)},
             {"Resi", OnPaper(Total(Kind::kCreditNote))},
             {"Annulli", OnPaper(Total(Kind::kVoid))},
-            {"Non riscosso", OnPaper(not_paid)},
+            {"Totale non riscosso", OnPaper(not_paid)},
+            {"Totale non riscosso, di cui con fattura a seguire", OnPaper(unpaid["NRFATTURE"])},
+            {"Totale non riscosso, di cui servizi", OnPaper(unpaid["NRSERVIZI"])},
+            {"Totale non riscosso, di cui SSN", OnPaper(unpaid["NRSSN"])},
+            {"Totale non riscosso, di cui altro", OnPaper(unpaid["CREDITO"])},
             {"TOTALE GIORNALIERO", OnPaper(net)},
-            {"GRAN TOTALE", OnPaper(net)}};
+            {"GRAN TOTALE", OnPaper(net)},
+            {"Progressivo vendite", OnPaper(sales)},
+            {"Progressivo resi", OnPaper(Total(Kind::kCreditNote))},
+            {"Progressivo annulli", OnPaper(Total(Kind::kVoid))}};
   }
   std::map<std::string, std::string> tender_rows() const {
     std::map<std::string, std::string> rows;
     for (const auto& [tender, sum] : by_tender()) rows[kTenders.at(tender)] = OnPaper(sum);
     return rows;
   }
-  std::map<std::string, std::string> vat_rows() const {
-    std::map<int, Cents> gross;
-    std::map<int, Cents> tax;
+  // With `all` discounts and what went back too, as a closing has them; the memory has no such.
+  std::map<std::string, std::string> vat_rows(bool all) const {
+    std::map<std::string, std::map<int, Cents>> sums;
     for (const Document& one : documents_) {
-      for (const auto& [vat, sum] : one.by_vat()) {
-        if (Sign(one.kind()) != 0) gross[vat] += Sign(one.kind()) * sum;
-      }
-      for (const auto& [vat, sum] : one.tax_by_vat()) tax[vat] += Sign(one.kind()) * sum;
+      const int sign = Sign(one.kind());
+      const auto add = [&](const std::string& name, const std::map<int, Cents>& by_vat, int times) {
+        for (const auto& [vat, sum] : by_vat) sums[name][vat] += times * sum;
+      };
+      add("Totale ", one.by_vat(), sign);
+      add("Imponibile ", one.by_vat(), sign);
+      add("Imponibile ", one.tax_by_vat(), -sign);
+      add("Imposta ", one.tax_by_vat(), sign);
+      if (!all) continue;
+      add("Sconti ", one.discounts(), sign);
+      add("Maggiorazioni ", one.surcharges(), sign);
+      add("Resi di riga ", one.refunds(), sign);
+      if (one.kind() == Kind::kCreditNote) add("Documenti di reso ", one.by_vat(), 1);
+      if (one.kind() == Kind::kVoid) add("Annulli ", one.by_vat(), 1);
     }
     std::map<std::string, std::string> rows;
-    for (const auto& [vat, sum] : gross) {
-      const std::string name = std::string("Totale ") + kVat[vat].name;
-      rows[name] = OnPaper(sum);
-      rows[name + ", di cui imposta"] = OnPaper(tax[vat]);
+    for (const auto& [name, by_vat] : sums) {
+      for (const auto& [vat, sum] : by_vat) {
+        if (sum != 0) rows[name + kVat[vat].name] = OnPaper(sum);
+      }
     }
     return rows;
+  }
+  // How many lines of all papers have this text.
+  int LinesWith(const std::string& text) const {
+    int count = 0;
+    for (const Document& one : documents_) {
+      for (const PaperLine& line : one.lines()) {
+        if (line.description.find(text) != std::string::npos) ++count;
+      }
+    }
+    return count;
   }
 
  private:

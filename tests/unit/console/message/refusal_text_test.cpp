@@ -71,8 +71,8 @@ TEST(RefusalText, AmountsQuantitiesAndPercentagesAreInTheFormOfTheTrade) {
   EXPECT_EQ(RefusalText(MakeRefusal(Cause::kPriceAboveLimit, {12345600, 1000000, 3})),
             "The price 1.234,56 is above 100,00, the limit of department 3.");
   EXPECT_EQ(RefusalText(MakeRefusal(Cause::kNoLineToVoid, {1500, 20000})),
-            "No line that stands has this department or article and VAT entry, with 1,5 at 2,00, "
-            "to be taken back.");
+            "No line that stands has this department or article, VAT entry and description, with "
+            "1,5 at 2,00, to be taken back.");
   EXPECT_THAT(RefusalText(MakeRefusal(Cause::kPercentageSize, {1005000})),
               testing::StartsWith("100,5 % is no percentage here"));
   EXPECT_EQ(RefusalText(MakeRefusal(Cause::kNegativeQuantity, {-500})),

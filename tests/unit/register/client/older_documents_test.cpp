@@ -52,7 +52,7 @@ TEST_F(OlderDocumentsTest, AnAutomaticCreditNoteTakesTheWholeSaleBackOnce) {
   EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_MONITOR);
   const std::string paper = NewPaper();
   EXPECT_NE(paper.find("emesso per RESO MERCE"), std::string::npos);
-  EXPECT_NE(paper.find("VENDITA RESA               22%      122,00\n"), std::string::npos);
+  EXPECT_NE(paper.find("REPARTO 1                  22%      122,00\n"), std::string::npos);
   // 122,00 x 22 / 122 = 22,00.
   EXPECT_NE(paper.find("di cui IVA                           22,00\n"), std::string::npos);
   EXPECT_NE(paper.find("DOCUMENTO N. 0001-0002"), std::string::npos);
@@ -285,11 +285,14 @@ TEST_F(OlderDocumentsTest, APackageTakesItsSharesFromTheVatEntries) {
   Sell(2, 50000);
   NewPaper();
   ASSERT_EQ(device.PrintRecPackageAdjustment(1, "Paniere", "1,20000;2,5000"), RTF_SUCCESS);
-  EXPECT_EQ(NewPaper(), "Paniere                              -2,50\n");
+  EXPECT_EQ(NewPaper(),
+            "Paniere                              -2,50\n"
+            "  di cui                   22%       -2,00\n"
+            "  di cui                   10%       -0,50\n");
   EXPECT_EQ(device.receipt().by_vat().at(1), 80000);
   EXPECT_EQ(device.receipt().by_vat().at(2), 45000);
   ASSERT_EQ(device.PrintRecPackageAdjustment(2, "", "2,10000;"), RTF_SUCCESS);
-  EXPECT_EQ(NewPaper(), "MAGGIORAZIONE                         1,00\n");
+  EXPECT_EQ(NewPaper(), "MAGGIORAZIONE              10%        1,00\n");
   EXPECT_EQ(device.receipt().total(), 135000);
   ASSERT_EQ(PayRest(), RTF_SUCCESS);
   EXPECT_EQ(Totalizer(1, RTF_FPTR_GT_SUBTOTAL_DISCOUNT), "20000");

@@ -228,7 +228,7 @@ TEST_F(ThirtyTotalsTest, ThirtyDocumentsOfEveryKindAddUp) {
   has("Vendite", money(sums.by_kind['S'] + sums.by_kind['I']));
   has("Resi", money(sums.by_kind['R']));
   has("Annulli", money(sums.by_kind['V']));
-  has("Non riscosso",
+  has("Totale non riscosso",
       money(sums.tenders["5"] + sums.tenders["6"] + sums.tenders["7"] + sums.tenders["9"]));
   has("TOTALE GIORNALIERO", money(day));
   has("GRAN TOTALE", money(day));
