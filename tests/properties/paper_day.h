@@ -1,0 +1,92 @@
+// Days whose paper is read back: all that a shop does on documents, wild and in order, with rates
+// that change between days and starts behind a cut.
+#pragma once
+
+#include <rapidcheck.h>
+
+#include <cstdint>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "register/client/virtual_register.h"
+
+namespace lorimat {
+
+enum class PaperStep : int {
+  kSale,
+  kInvoice,
+  kCreditNote,  // of document a of this day or b days ago, or of none
+  kVoid,        // the same, whole where c is even
+  kWholeCreditNote,
+  kLine,        // department a, price b, pieces c, kind of line d
+  kAdjustLine,  // type a, value b, VAT entry c, department d
+  kAdjustmentBack,
+  kAdjustSubtotal,
+  kSubtotalBack,
+  kPackage,
+  kSubtotal,
+  kPay,  // b of the tender a
+  kPayRest,
+  kReset,
+  kClose,
+  kCut,
+  kRates,  // entry a gets the rate b of its own
+  kLottery,
+  kTaxId,
+  kTraining,
+  kReading,
+  kCount,
+};
+
+struct PaperMove {
+  PaperStep step = PaperStep::kSale;
+  int a = 0, b = 0, c = 0, d = 0;
+};
+
+using PaperMoves = std::vector<PaperMove>;
+
+rc::Gen<PaperMoves> PaperDays(int most_scenes);
+std::ostream& operator<<(std::ostream& out, const PaperMove& move);
+
+// What the register says of a day that is about to be closed, by itself.
+struct DayFigures {
+  std::map<int, int64_t> totalizers;  // of all VAT entries together, by RTF_FPTR_GT_*
+  std::map<std::string, std::map<int, int64_t>> by_mark;
+  bool rates_changed = false;  // since the last closing
+};
+
+class PaperShop {
+ public:
+  // In memory where no file is named; then nothing cuts it off.
+  explicit PaperShop(const std::string& file);
+
+  void Do(const PaperMove& move);
+  // Ends what is open, and closes the last day.
+  void End();
+
+  VirtualRegister& device() { return *device_; }
+  // By the number of the closing.
+  const std::map<int, DayFigures>& figures() const { return figures_; }
+  int64_t moves() const { return moves_; }
+  int64_t refused() const { return refused_; }
+  int64_t cuts() const { return cuts_; }
+  int64_t rate_changes() const { return rate_changes_; }
+
+ private:
+  int Answer(const PaperMove& move);
+  int Line(const PaperMove& move);
+  int Refer(const PaperMove& move);
+  int ChangeRate(int entry, int rate);
+  void Close();
+
+  std::string file_;
+  std::unique_ptr<VirtualRegister> device_;
+  std::map<int, DayFigures> figures_;
+  bool rates_changed_ = false;
+  int64_t moves_ = 0, refused_ = 0, cuts_ = 0, rate_changes_ = 0;
+};
+
+}  // namespace lorimat

@@ -1,0 +1,92 @@
+// The paper read back as somebody reads it who has nothing but the roll and the form of the
+// documents (docs/register.md): texts, amounts in whole cents and rates, with arithmetic of its
+// own. It knows no table, no store and no total of the register.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace lorimat {
+
+using Cents = int64_t;
+
+// "-1234,50" in cents; false for another text.
+bool ReadCents(const std::string& text, Cents* cents);
+// "22%" and "7,3%" in hundredths of a percent; 0 for what is no rate.
+int64_t RateOfMark(const std::string& mark);
+// The tax that a gross amount contains, rounded half away from zero.
+Cents TaxWithin(Cents gross, int64_t rate);
+
+enum class PaperKind { kSale, kInvoice, kCreditNote, kVoid, kAbandoned, kClosing, kOther };
+
+// A row with a name and an amount.
+struct NamedAmount {
+  std::string name;
+  Cents amount = 0;
+};
+
+struct ReadPaper {
+  PaperKind kind = PaperKind::kOther;
+  std::vector<std::string> lines;
+  // --- Of a document
+  std::string number;                    // "0001-0002", or of an invoice "7"
+  std::string referred;                  // "0001-0001", where one is named
+  std::map<std::string, Cents> by_mark;  // gross by what stands in the column of the rates
+  Cents total = 0;
+  Cents tax = 0;                      // as printed
+  std::vector<NamedAmount> payments;  // as printed
+  Cents change = 0;
+  bool shows_paid = false;
+  Cents paid = 0;
+  int adjustments = 0;         // of lines, departments and the subtotal
+  int shared_adjustments = 0;  // that fall on several rates
+  int subtotals = 0;
+  int quantities = 0;
+  // --- Of a closing
+  std::map<std::string, std::string> rows;  // what stands at the right, by what stands at the left
+  std::vector<NamedAmount> tenders;
+  // "Totale", "Imposta" and the like, each by rates.
+  std::map<std::string, std::map<std::string, Cents>> by_mark_of;
+
+  // What is wrong with it by itself, empty when nothing is.
+  std::string wrong;
+
+  bool fiscal() const { return kind < PaperKind::kAbandoned; }
+  // 1 for what adds to a day, -1 for what goes back.
+  int sign() const { return kind == PaperKind::kSale || kind == PaperKind::kInvoice ? 1 : -1; }
+  Cents not_collected() const;
+  Cents discount_on_payment() const;
+  // The tax of each rate, from its gross.
+  Cents TaxOf(const std::string& mark) const;
+};
+
+// The papers of a roll, in their order: what lies between its cuts.
+std::vector<ReadPaper> ReadRoll(const std::vector<std::string>& lines);
+
+// What a day comes to, from its documents.
+struct ReadDay {
+  int documents = 0, invoices = 0, abandoned = 0;
+  Cents sales = 0, credit_notes = 0, voids = 0, not_collected = 0, of_invoices = 0;
+  Cents tax = 0, discount_on_payment = 0;
+  std::map<std::string, Cents> gross_by_mark, tax_by_mark;
+  // Net and tax of sales and invoices; net of credit notes, net of voids.
+  std::map<std::string, Cents> sold_net, sold_tax, credit_net, void_net;
+  std::map<std::string, Cents> credit_gross, void_gross;
+  std::map<std::string, Cents> by_tender;
+  std::map<std::string, Cents> sold_by_tender;  // of sales and invoices alone
+  std::map<std::string, int> sold_payments;
+
+  Cents net() const { return sales - credit_notes - voids; }
+};
+
+// Adds a document, or what is abandoned.
+void AddToDay(const ReadPaper& paper, ReadDay* day);
+
+// What is wrong with a closing, from the documents of its day and of all days before; empty when
+// nothing is.
+std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before,
+                         bool by_rate);
+
+}  // namespace lorimat

@@ -1,0 +1,117 @@
+// What the papers of a day come to, and a closing held against it.
+#include "properties/paper_reader.h"
+
+namespace lorimat {
+namespace {
+
+// Rates that come to nothing may be missing.
+template <typename Sums>
+bool Same(const Sums& one, const Sums& other) {
+  const auto of = [](const Sums& sums, const std::string& name) {
+    const auto found = sums.find(name);
+    return found == sums.end() ? 0 : found->second;
+  };
+  for (const auto& [name, sum] : one) {
+    if (of(other, name) != sum) return false;
+  }
+  for (const auto& [name, sum] : other) {
+    if (of(one, name) != sum) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void AddToDay(const ReadPaper& paper, ReadDay* day) {
+  if (paper.kind == PaperKind::kAbandoned) ++day->abandoned;
+  if (!paper.fiscal()) return;
+  ++(paper.kind == PaperKind::kInvoice ? day->invoices : day->documents);
+  const int sign = paper.sign();
+  if (sign > 0) day->sales += paper.total;
+  if (paper.kind == PaperKind::kInvoice) day->of_invoices += paper.total;
+  if (paper.kind == PaperKind::kCreditNote) day->credit_notes += paper.total;
+  if (paper.kind == PaperKind::kVoid) day->voids += paper.total;
+  day->tax += sign * paper.tax;
+  for (const auto& [mark, gross] : paper.by_mark) {
+    const Cents tax = paper.TaxOf(mark);
+    day->gross_by_mark[mark] += sign * gross;
+    day->tax_by_mark[mark] += sign * tax;
+    if (sign > 0) day->sold_tax[mark] += tax;
+    if (paper.kind == PaperKind::kCreditNote) day->credit_gross[mark] += gross;
+    if (paper.kind == PaperKind::kVoid) day->void_gross[mark] += gross;
+    (sign > 0                               ? day->sold_net
+     : paper.kind == PaperKind::kCreditNote ? day->credit_net
+                                            : day->void_net)[mark] += gross - tax;
+  }
+  day->not_collected += sign * paper.not_collected();
+  day->discount_on_payment += sign * paper.discount_on_payment();
+  for (size_t at = 0; at < paper.payments.size(); ++at) {
+    const NamedAmount& payment = paper.payments[at];
+    // The change is given back of what was paid last.
+    const bool last = at + 1 == paper.payments.size();
+    const Cents kept = payment.amount - (last ? paper.change : 0);
+    day->by_tender[payment.name] += sign * kept;
+    if (sign < 0) continue;
+    day->sold_by_tender[payment.name] += kept;
+    ++day->sold_payments[payment.name];
+  }
+}
+
+std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before,
+                         bool by_rate) {
+  const auto money = [&](const char* name, Cents sum) {
+    const auto row = closing.rows.find(name);
+    Cents amount = 0;
+    return row != closing.rows.end() && ReadCents(row->second, &amount) && amount == sum;
+  };
+  const auto count = [&](const char* name, int number) {
+    const auto row = closing.rows.find(name);
+    return row != closing.rows.end() && row->second == std::to_string(number);
+  };
+  if (!count("Documenti", day.documents)) return "a closing counts other documents";
+  if (!count("Fatture", day.invoices)) return "a closing counts other invoices";
+  if (!count("Documenti annullati in corso", day.abandoned)) {
+    return "a closing counts other abandoned documents";
+  }
+  if (!money("Vendite", day.sales)) return "a closing has other sales";
+  if (!money("Resi", day.credit_notes)) return "a closing has other credit notes";
+  if (!money("Annulli", day.voids)) return "a closing has other voids";
+  if (!money("Totale non riscosso", day.not_collected))
+    return "a closing has another sum not collected";
+  if (!money("TOTALE GIORNALIERO", day.net())) return "a closing has another total";
+  if (!money("GRAN TOTALE", before.net() + day.net())) {
+    return "a closing has another grand total";
+  }
+  if (!money("Progressivo vendite", before.sales + day.sales) ||
+      !money("Progressivo resi", before.credit_notes + day.credit_notes) ||
+      !money("Progressivo annulli", before.voids + day.voids)) {
+    return "what only grows is another sum";
+  }
+  std::map<std::string, Cents> tenders;
+  for (const NamedAmount& tender : closing.tenders) tenders[tender.name] += tender.amount;
+  if (!Same(tenders, day.by_tender)) return "a closing has other payments";
+  const auto of = [&closing](const char* name) {
+    const auto found = closing.by_mark_of.find(name);
+    return found == closing.by_mark_of.end() ? std::map<std::string, Cents>() : found->second;
+  };
+  Cents tax = 0;
+  for (const auto& [mark, sum] : of("Imposta")) tax += sum;
+  if (tax != day.tax) return "a closing has another tax";
+  if (!by_rate) return {};
+  std::map<std::string, Cents> net = day.gross_by_mark;
+  for (const auto& [mark, sum] : day.tax_by_mark) net[mark] -= sum;
+  struct Row {
+    const char* name;
+    const std::map<std::string, Cents>& sums;
+  };
+  for (const Row& row :
+       {Row{"Totale", day.gross_by_mark}, Row{"Imponibile", net}, Row{"Imposta", day.tax_by_mark},
+        Row{"Documenti di reso", day.credit_gross}, Row{"Annulli", day.void_gross}}) {
+    if (!Same(of(row.name), row.sums)) {
+      return std::string("a closing has other sums by rate: ") + row.name;
+    }
+  }
+  return {};
+}
+
+}  // namespace lorimat
