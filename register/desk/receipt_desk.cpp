@@ -410,8 +410,20 @@ void ReceiptDesk::KeepInJournal(JournalKind kind, int number, const std::tm& tim
   core_.store.AddToJournal({kind, 0, number, time, {begin, lines.end()}, core_.document.id});
 }
 
+// How many documents the day still takes, when they are few. Invoices have numbers of their own.
+void ReceiptDesk::TellRoom() {
+  const OpenDocument& document = core_.document;
+  if (document.number < RegisterStore::kToldAhead ||
+      document.receipt.kind() == DocumentKind::kInvoice) {
+    return;
+  }
+  core_.paper.Centred(
+      fmt::format("DOCUMENTI RIMASTI: {}", RegisterStore::kLastNumber - document.number));
+}
+
 void ReceiptDesk::FinishDocument() {
   if (!core_.document.trailer_printed) layout_.Trailer(core_.document);
+  TellRoom();
   core_.paper.Cut();
   Buffer();
   if (core_.document.cash != CashMove::kNone) {

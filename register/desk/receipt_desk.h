@@ -116,6 +116,7 @@ class ReceiptDesk {
   void Settle();
   PaidParts CheckedParts(const StoredDocument& stored) const;
   void Store(StoredDocument stored);
+  void TellRoom();
   void FinishDocument();
   void KeepInJournal(JournalKind kind, int number, const std::tm& time);
 

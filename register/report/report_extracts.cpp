@@ -1,6 +1,7 @@
 // Extracts of the fiscal memory and of the journal.
 #include <fmt/format.h>
 
+#include <limits>
 #include <utility>
 
 #include "register/desk/layout.h"
@@ -26,7 +27,8 @@ constexpr int32_t kJournalKinds = kJournalSale | kJournalInvoice | kJournalRefun
                                   kJournalAbandoned | kJournalClosure | kJournalNonFiscal;
 
 constexpr uint32_t kNumbersOfAClosure = 10000;
-constexpr uint32_t kLastInvoice = 999999;  // invoices go beyond the documents of a day
+// Invoices go beyond the documents of a day, and on from any number.
+constexpr uint32_t kLastInvoice = std::numeric_limits<int32_t>::max();
 
 struct Range {
   std::tm from = {};

@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <utility>
 
 #include "register/desk/clock_check.h"
@@ -47,6 +48,10 @@ const ReportRow* Find(const ReportRow (&rows)[n], int32_t kind) {
 }
 
 enum class FileFormat { kUnknown, kText, kSigned };
+
+bool SameDate(const std::tm& a, const std::tm& b) {
+  return a.tm_year == b.tm_year && a.tm_mon == b.tm_mon && a.tm_mday == b.tm_mday;
+}
 
 FileFormat FormatOf(std::string_view name) {
   if (name.empty() || name == "txt") return FileFormat::kText;
@@ -129,8 +134,16 @@ int ReportDesk::CloseDay() {
                 kDaySection | kTenderSection | kVatSection, &report);
   report.Blank();
   report.Centred(FormatDateTime(now));
-  report.Centred(fmt::format("CHIUSURA N. {:04}", core_.store.last_closure() + 1));
+  const int number = core_.store.last_closure() + 1;
+  report.Centred(fmt::format("CHIUSURA N. {:04}", number));
   report.Centred("RT " + core_.tables.settings().serial_number);
+  const std::optional<StoredDocument> first = core_.store.FirstOfDay();
+  if (first && !SameDate(first->time, now)) {
+    report.Centred("Giornata aperta il " + FormatDateTime(first->time));
+  }
+  if (number >= RegisterStore::kToldAhead) {
+    report.Centred(fmt::format("CHIUSURE RIMASTE: {}", RegisterStore::kLastNumber - number));
+  }
   report.Cut();
   core_.store.CloseDay(now, rates, {kJournalClosure, 0, 0, now, report.lines()});
   core_.paper.Append(std::move(report));

@@ -44,6 +44,7 @@ struct PaidBack {
 class RegisterStore {
  public:
   static constexpr int kLastNumber = 9999;  // of documents in a day, and of closures
+  static constexpr int kToldAhead = 9900;   // from here on the paper says how many are left
   static constexpr int kPeriods = 5;        // numbered from 1
 
   // The database has its tables. LoadLedger or MakeLedger is to follow.
@@ -89,6 +90,8 @@ class RegisterStore {
   // The last receipt, invoices left aside.
   std::optional<StoredDocument> FindLast() const;
   std::optional<StoredDocument> FindById(int64_t id) const;
+  // That which opened the day; nothing before it.
+  std::optional<StoredDocument> FirstOfDay() const;
   // What the credit notes and voids that refer to the document come to; nothing without one.
   std::optional<PaidBack> FindPaidBack(int closure, int number) const;
   // In the order in which they were registered, until `each` answers false.

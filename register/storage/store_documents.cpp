@@ -92,6 +92,11 @@ std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) con
   return sum;
 }
 
+std::optional<StoredDocument> RegisterStore::FirstOfDay() const {
+  return ledger_.first_of_day <= ledger_.last_document ? FindById(ledger_.first_of_day)
+                                                       : std::nullopt;
+}
+
 std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
   Statement row =
       database_.Prepare(kSql<"SELECT ", kDocumentColumns, " FROM document WHERE id = ?">);

@@ -280,6 +280,14 @@ TEST_F(VirtualRegisterTest, TheLastNumberOfADayAsksForItsClosing) {
     ASSERT_EQ(PayRest(), RTF_SUCCESS);
   }
   EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_EFPTR_DAY_END_REQUIRED);
+  // Told ahead on the last hundred.
+  const std::string paper = device.paper_text();
+  EXPECT_EQ(paper.find("0001-9899\n            RT 99LRM0000001VR\n           DOCUMENTI"),
+            std::string::npos);
+  EXPECT_NE(paper.find("0001-9900\n            RT 99LRM0000001VR\n"
+                       "          DOCUMENTI RIMASTI: 99\n"),
+            std::string::npos);
+  EXPECT_NE(paper.find("DOCUMENTI RIMASTI: 0\n"), std::string::npos);
   EXPECT_EQ(device.PrintZReport(), RTF_SUCCESS);
   EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
 }

@@ -218,6 +218,19 @@ TEST_F(WholePapers, ACreditNotePaysBack) {
             "Importo rimborsato                   10,00\n");
 }
 
+TEST_F(WholePapers, AnInvoiceOfAHighNumberIsInTheListOfDocuments) {
+  RegisterSettings settings = TestSettings();
+  settings.last_invoice = 999999;
+  VirtualRegister other(settings);
+  ASSERT_EQ(other.BeginDocInvoice("ROSSI", "", "", "", ""), RTF_SUCCESS);
+  other.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, "");
+  ASSERT_EQ(other.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  ASSERT_EQ(other.FiscalReportMessageEx(4, 65535, 2, 0, 0, 0, 0, "150120240000", "150120242359",
+                                        "txt", "", 1),
+            RTF_SUCCESS);
+  EXPECT_NE(other.paper_text().find("\n0001-1000000 15/01/2024 10:30 "), std::string::npos);
+}
+
 TEST_F(WholePapers, NoTwoLinesAreBlank) {
   ASSERT_EQ(device.BeginNonFiscalJournal(true), RTF_SUCCESS);
   ASSERT_EQ(device.EndNonFiscal(), RTF_SUCCESS);
