@@ -19,22 +19,31 @@ ROOMS = ("src", "register", "bindings", "language", "console")
 # What g++ knows and clang does not, and what is ours to judge and not the compiler's. A precompiled
 # header was made by g++.
 DROPPED = re.compile(r" (-fno-gnu-unique|-Winvalid-pch|-W[^ ]*|-include [^ ]*cmake_pch\.hxx)(?= )")
+INCLUDED = re.compile(r'^#include "(/[^"]+)"$', re.MULTILINE)
 FINDING = re.compile(r"^(/[^:]+):(\d+):(\d+): (?:warning|error): (.*)$")
 METHOD = re.compile(r"^invalid case style for method '(\w+)'")
 NAMED_LIKE_A_VALUE = re.compile(r"^[a-z][a-z0-9_]*$")
+
+
+def files_of(command):
+    """The file that a command compiles; of one that CMake made of several, these."""
+    file = pathlib.Path(command["directory"], command["file"]).resolve()
+    if file.parent.name == "Unity":
+        return [pathlib.Path(name) for name in INCLUDED.findall(file.read_text())]
+    return [file]
 
 
 def commands_of_rooms(build, root):
     """One command for each file of the rooms, as clang-tidy reads it."""
     commands = {}
     for command in json.loads((build / "compile_commands.json").read_text()):
-        file = pathlib.Path(command["directory"], command["file"]).resolve()
-        if file.suffix != ".cpp" or file in commands:
-            continue
-        if not file.is_relative_to(root) or file.relative_to(root).parts[0] not in ROOMS:
-            continue
-        words = DROPPED.sub("", command["command"])
-        commands[file] = {"directory": command["directory"], "file": str(file), "command": words}
+        for file in files_of(command):
+            if file.suffix != ".cpp" or file in commands:
+                continue
+            if not file.is_relative_to(root) or file.relative_to(root).parts[0] not in ROOMS:
+                continue
+            words = DROPPED.sub("", command["command"]).replace(command["file"], str(file))
+            commands[file] = {"directory": command["directory"], "file": str(file), "command": words}
     return commands
 
 
