@@ -24,6 +24,7 @@ ROWS = [
     ("faults.calls", "faults injected under the conversations"),
     ("faults.console", "faults injected under the console"),
     ("host.lines", "lines of a host that lives long"),
+    ("host.troubled", "receipts of a host in hard times"),
     ("kills", "kills"),
     ("fuzz.lines", "executions of the fuzzer lines"),
     ("fuzz.definition", "executions of the fuzzer definition"),

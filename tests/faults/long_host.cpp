@@ -3,7 +3,6 @@
 // memory from the allocator to the byte, the descriptors and the threads. script/faults --help
 // tells of the arguments; a place is a line here.
 #include <dlfcn.h>
-#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "loaded_library.h"
 #include "loop_options.h"
 #include "lorimatrt/lorimatrt.h"
 #include "rpccommon/client/rtfclientinterface.h"
@@ -70,38 +70,6 @@ long EcrIo(long, long, char*, long, char*, long*, long* client) {
   return 0;
 }
 
-// What the process holds.
-struct Holding {
-  size_t memory = 0;  // bytes
-  long descriptors = 0;
-  long threads = 0;
-
-  bool operator==(const Holding&) const = default;
-};
-
-long EntriesOf(const char* folder) {
-  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
-}
-
-Holding Look() {
-  Holding holding;
-  holding.descriptors = EntriesOf("/proc/self/fd");
-  holding.threads = EntriesOf("/proc/self/task");
-  const struct mallinfo2 memory = mallinfo2();
-  holding.memory = memory.uordblks + memory.hblkhd;
-  return holding;
-}
-
-template <typename Function>
-Function* Find(void* library, const char* name) {
-  void* const found = dlsym(library, name);
-  if (found == nullptr) {
-    std::printf("%s\n", dlerror());
-    std::exit(2);
-  }
-  return reinterpret_cast<Function*>(found);
-}
-
 constexpr const char* kLines[] = {
     "VEND REP=1, PRE=2.50",
     "VEND REP=2, PRE=1, QTA=3",
@@ -117,27 +85,23 @@ constexpr const char* kLines[] = {
 
 // One life of the library; how many of its lines ended with 0.
 long LoadAndWork(long lines) {
-  void* const library = dlopen(LIBRARY_FILE, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) {
+  const LoadedLibrary library;
+  if (!library.loaded()) {
     std::printf("%s\n", dlerror());
     std::exit(2);
   }
-  const auto start = Find<decltype(TradInit)>(library, "TradInit");
-  const auto send = Find<decltype(EcrCmd)>(library, "EcrCmd");
-  const auto close = Find<decltype(TradClose)>(library, "TradClose");
   long good = 0;
   for (int i = 0; i < kStarts; ++i) {
     char language[] = DEFINITION_FILE;
-    start(language, 0, nullptr, &EcrIo);
+    library.start(language, 0, nullptr, &EcrIo);
     for (long n = 0; n < lines / kStarts; ++n) {
       char line[128];
       char answer[512];
       std::snprintf(line, sizeof line, "%s", kLines[static_cast<size_t>(n) % std::size(kLines)]);
-      if (send(line, answer) == 0) ++good;
+      if (library.send(line, answer) == 0) ++good;
     }
-    close();
+    library.close();
   }
-  dlclose(library);
   return good;
 }
 
@@ -149,19 +113,15 @@ int Live(const LoopOptions& options) {
   }
   std::ofstream("lines.cmd") << "VEND REP=1, PRE=4\nCHIU\n";
   setenv("LORIMATRT_REGISTRY", "no-registry", 1);
-  const int own_output = dup(STDOUT_FILENO);
-  // The library's own lines are none of this.
-  if (std::freopen("/dev/null", "w", stdout) == nullptr ||
-      std::freopen("/dev/null", "w", stderr) == nullptr) {
-    return 2;
-  }
+  const int own_output = SilenceStreams();
+  if (own_output < 0) return 2;
   Device own;
   own.BeReady();
   device = &own;
   // What the C library keeps for itself of a first time is there behind two lives.
   LoadAndWork(kStarts * kLinesOfStart);
   LoadAndWork(kStarts * kLinesOfStart);
-  const Holding before = Look();
+  const Holding before = HoldingNow();
   const long wanted = options.places == 0 ? 1000000 : options.places;
   long lines = 0, lives = 0, good = 0;
   Holding now = before;
@@ -169,7 +129,7 @@ int Live(const LoopOptions& options) {
     good += LoadAndWork(kStarts * kLinesOfStart);
     lines += kStarts * kLinesOfStart;
     ++lives;
-    now = Look();
+    now = HoldingNow();
   }
   dprintf(own_output,
           "%ld lines in %ld lives with %ld starts, %ld answered 0, %ld calls failed\n"
@@ -188,10 +148,6 @@ int Live(const LoopOptions& options) {
 }  // namespace lorimat
 
 int main(int argc, char** argv) {
-  // Blocks that the allocator holds ready for a thread count as in use: here it holds none.
-  if (getenv("GLIBC_TUNABLES") == nullptr) {
-    setenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0", 1);
-    execv("/proc/self/exe", argv);
-  }
+  lorimat::HoldNothingReady(argv);
   return lorimat::Live(lorimat::ReadLoopOptions(argc, argv));
 }
