@@ -1,12 +1,17 @@
 #!/usr/bin/env python3
-"""gcov for gcovr, without the branches that the compiler made to clean up behind an exception.
+"""gcov for gcovr, without the branches that the compiler made for exceptions where gcov does not say so.
 
 usage: gcovr --gcov-executable script/gcov-without-cleanup.py ...
 
-Runs gcov with the same arguments, one file of counts among them, and takes lines out of the files that it writes. A branch goes when
-all of this holds:
+Runs gcov with the same arguments, one file of counts among them, and takes lines out of the files that
+it writes. It takes out two kinds of branches, and neither was ever executed.
 
-  - it was never executed,
+The way of an exception out of a call, which gcovr leaves out itself where it can see it: gcov's text
+marks it "(throw)", but only in a block that was executed. gcov's JSON marks it everywhere; what that
+says is taken where both have the same branches of a line, and say the same of those that the text marks.
+
+What cleans up behind an exception, when all of this holds:
+
   - gcov says of its block that nothing but an exception leads there,
   - it stands in no function whose lines have the word "catch".
 
@@ -30,17 +35,54 @@ ARC = re.compile(r"(branch|call|unconditional)\s+\d+ (.*)")
 CATCH = re.compile(r"\bcatch\b")
 
 
+def source_of(measured, name):
+    return os.path.realpath(os.path.join(measured["current_working_directory"], name))
+
+
+def marks_of_lines(measured):
+    """Of each source, by the number of a line, whether each of its branches is the way of an exception.
+    A line that several functions have, as one of a template, has none."""
+    marks = {}
+    for file in measured["files"]:
+        by_number = marks.setdefault(source_of(measured, file["file"]), {})
+        for line in file["lines"]:
+            number = line["line_number"]
+            again = number in by_number
+            by_number[number] = [] if again else [arc["throw"] for arc in line["branches"]]
+    return marks
+
+
+def ways_of_exceptions(lines, marks):
+    """The indices in a file of gcov of the branches of exceptions that were never executed."""
+    by_number, number = {}, 0
+    for i, line in enumerate(lines):
+        source = SOURCE_LINE.match(line)
+        if source:
+            number = int(source.group(1))
+        elif line.startswith("branch"):
+            by_number.setdefault(number, []).append(i)
+    found = set()
+    for number, indices in by_number.items():
+        throws = marks.get(number, [])
+        never = [lines[i].endswith("never executed") for i in indices]
+        same = len(throws) == len(indices) and all(
+            never[at] or lines[i].endswith("(throw)") == throws[at] for at, i in enumerate(indices))
+        if same:
+            found.update(i for at, i in enumerate(indices) if throws[at] and never[at])
+    return found
+
+
 def lines_with_handlers(measured):
     """Of each source, the numbers of the lines of functions that have the word "catch"."""
     kept = {}
     for file in measured["files"]:
-        name = os.path.join(measured["current_working_directory"], file["file"])
+        name = source_of(measured, file["file"])
         try:
             with open(name, encoding="utf-8", errors="replace") as text:
                 lines = text.read().split("\n")
         except OSError:
             continue  # what cannot be read is kept whole: it has no row
-        numbers = kept.setdefault(os.path.realpath(name), set())
+        numbers = kept.setdefault(name, set())
         for function in file["functions"]:
             first, last = function["start_line"], function["end_line"]
             if last < first or any(CATCH.search(line) for line in lines[first - 1:last]):
@@ -56,9 +98,10 @@ def is_cleanup(arcs):
             all(ARC.match(arc).group(2).startswith("never executed") for arc in arcs[-2:]))
 
 
-def without_cleanup(lines, kept):
+def without_cleanup(lines, kept, marks):
     """The lines of a file of gcov, without the branches that go; kept are the numbers of source lines
-    whose branches all stay."""
+    whose branches of cleaning up stay."""
+    exceptions = ways_of_exceptions(lines, marks)
     result, number, i = [], 0, 0
     while i < len(lines):
         line = lines[i]
@@ -72,11 +115,12 @@ def without_cleanup(lines, kept):
             continue
         arcs = []
         while i < len(lines) and ARC.match(lines[i]):
-            arcs.append(lines[i])
+            arcs.append(i)
             i += 1
-        if block.group(1) == ONLY_BY_EXCEPTION and number not in kept and is_cleanup(arcs):
+        if (block.group(1) == ONLY_BY_EXCEPTION and number not in kept and
+                is_cleanup([lines[arc] for arc in arcs])):
             arcs = arcs[:-2]
-        result += arcs
+        result += [lines[arc] for arc in arcs if arc not in exceptions]
     return result
 
 
@@ -94,15 +138,15 @@ def main():
     if asked.returncode != 0:
         return asked.returncode
     measured = json.loads(asked.stdout)
-    kept, directory = lines_with_handlers(measured), measured["current_working_directory"]
+    kept, marks = lines_with_handlers(measured), marks_of_lines(measured)
     for name in re.findall(r"^Creating '(.*)'$", done.stdout, re.MULTILINE):
         with open(name, encoding="utf-8", errors="surrogateescape") as file:
             lines = file.read().split("\n")
         source = re.match(r"\s*-:\s+0:Source:(.*)", lines[0])
-        source = os.path.realpath(os.path.join(directory, source.group(1))) if source else ""
+        source = source_of(measured, source.group(1)) if source else ""
         if source in kept:
             with open(name, "w", encoding="utf-8", errors="surrogateescape") as file:
-                file.write("\n".join(without_cleanup(lines, kept[source])))
+                file.write("\n".join(without_cleanup(lines, kept[source], marks[source])))
     return 0
 
 

@@ -1,8 +1,8 @@
 // Branches that are known, for gcov_test.py. A line that ends in "// A of B" has B branches, and A
-// of them are taken, when those are left out that gcov says to be of exceptions and those of
-// cleaning up; with "hidden" behind it, gcov alone has more. A question has two. A call that may
-// throw has one, the way on; where it was never executed gcov does not say which of its two is
-// that, and it has both.
+// of them are taken, when those of exceptions are left out and those of cleaning up; with "hidden"
+// behind it, gcov's text alone has more. A question has two. A call that may throw has one, the way
+// on, but for a line of a template of which there are several: where it was never executed it has
+// both, for then the text does not say which of the two is the exception's.
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -16,7 +16,7 @@ std::vector<std::string> ListInBraces() {
 
 std::string Chosen(bool first) {
   // One question in the source and three by the compiler: which of the three texts were made?
-  return first ? std::string("a") + "b" : std::string("c");  // 6 of 12 hidden
+  return first ? std::string("a") + "b" : std::string("c");  // 6 of 11 hidden
 }
 
 void Refuse(int value) {
@@ -41,7 +41,7 @@ int ThrownOn(int value, int other) {
   try {
     Refuse(value);
   } catch (...) {
-    if (other == 3) std::puts("three");  // 0 of 4
+    if (other == 3) std::puts("three");  // 0 of 3 hidden
     throw;
   }
   return 0;
@@ -61,8 +61,14 @@ std::size_t BesideAHandler() {
 
 // A decision that no run takes, in a function that no run calls, with a list beside it.
 int NeverCalled(int value) {
-  if (value == 4) return static_cast<int>(ListInBraces().size());  // 0 of 4
-  return value == 5 && ListInBraces().empty() ? 1 : 0;             // 0 of 8 hidden
+  if (value == 4) return static_cast<int>(ListInBraces().size());  // 0 of 3 hidden
+  return value == 5 && ListInBraces().empty() ? 1 : 0;             // 0 of 7 hidden
+}
+
+// Two of a template.
+template <typename Value>
+int NeverCalledEither(Value value) {
+  return ListInBraces().size() == sizeof value ? 1 : 2;  // 0 of 8
 }
 
 class Guard {
@@ -87,7 +93,8 @@ int Guarded(int value) {
 
 int main(int count, char**) {
   const std::size_t size = ListInBraces().size() + Chosen(true).size() + BesideAHandler();
-  if (count > 5) return NeverCalled(count);  // 1 of 2
+  if (count > 5) return NeverCalled(count);                                 // 1 of 2
+  if (count > 6) return NeverCalledEither(count) + NeverCalledEither('6');  // 1 of 2
   try {
     Refuse(2);
   } catch (const std::runtime_error&) {
