@@ -46,13 +46,20 @@ Database::Database(const PartFile& part, const DatabaseKind& kind)
 
 bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
   RequireLayer();
+  // What lies in memory is read as it is: then the copy has failed.
+  const auto fail = [&](int code) {
+    if (in_memory() && (code & 0xFF) == SQLITE_IOERR) {
+      throw RegisterError(MakeFileFailure(part.file(), FailureCause::kCutOff));
+    }
+    FailWith(code);
+  };
   sqlite3* opened = nullptr;
   const int opening = sqlite3_open_v2(
       DescriptorFiles::NameOf(part.descriptor()).c_str(), &opened,
       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, DescriptorFiles::kLayer);
   const std::unique_ptr<sqlite3, DatabaseCloser> copy(opened);
   if (opened == nullptr) throw std::bad_alloc();
-  if (opening != SQLITE_OK) FailWith(opening);
+  if (opening != SQLITE_OK) fail(opening);
   // Nobody sees it before it is whole.
   if (sqlite3_exec(opened, "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF", nullptr, nullptr,
                    nullptr) != SQLITE_OK) {
@@ -78,11 +85,13 @@ bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
   CheckUndisturbed();
   if (const int error = DescriptorFiles::TakeWriteError()) FailToWrite(part, error);
   if (stopped) return false;
-  if (code != SQLITE_DONE) FailWith(code);
+  if (code != SQLITE_DONE) fail(code);
   // As a register leaves it behind, wherever it was copied from.
-  constexpr ssize_t kSize = sizeof(kFormWithLog);
-  if (pwrite(part.descriptor(), kFormWithLog, sizeof(kFormWithLog), kFormAt) != kSize) {
-    FailToWrite(part, errno);
+  for (size_t done = 0; done < sizeof(kFormWithLog);) {
+    const ssize_t written = pwrite(part.descriptor(), kFormWithLog + done,
+                                   sizeof(kFormWithLog) - done, kFormAt + static_cast<off_t>(done));
+    if (written <= 0) FailToWrite(part, written < 0 ? errno : EIO);
+    done += static_cast<size_t>(written);
   }
   return true;
 }
