@@ -5,7 +5,7 @@
 // - with 0 only if all that it was to write is there as without the fault (a clock that jumps
 //   changes what is written, and the library takes a file of an "@" line that cannot be read on for
 //   its end);
-// - otherwise it says something on standard error;
+// - otherwise it says something on standard error, and names a file or a cause;
 // - a file of its own has its name only when it is whole, or as it was before;
 // - the register's journal is good.
 // script/faults --help tells of the arguments. It ends with 1 when one of these does not hold.
@@ -29,6 +29,7 @@
 #include <vector>
 
 #include "apart.h"
+#include "console_run.h"
 #include "loop_options.h"
 #include "strike.h"
 #include "tally.h"
@@ -37,7 +38,6 @@ namespace lorimat {
 namespace {
 
 namespace fs = std::filesystem;
-using Words = std::vector<std::string>;
 
 constexpr const char* kClock = "2024-03-15 10:30";
 
@@ -144,60 +144,6 @@ constexpr ConsoleManner kConsoleManners[] = {
 
 constexpr long kDescriptorLimits = 24;  // from 3 on
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-struct Ended {
-  int code = -1;  // minus the signal
-  std::string errors;
-};
-
-struct Disturbance {
-  std::string strike = {};
-  std::string clock = {};
-  rlim_t descriptors = 0;
-};
-
-// Runs the console in the folder ("/.../"); what it prints goes to a file.
-Ended RunConsole(const Words& words, const std::string& folder, const std::string& beside,
-                 const Disturbance& disturbance, const std::string& out) {
-  const std::string errors = beside + "errors.txt";
-  fs::remove(errors);
-  auto work = [&] {
-    if (chdir(folder.c_str()) != 0) _exit(99);
-    const int input = open("/dev/null", O_RDONLY);
-    int printed = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (printed < 0) printed = open((beside + "out.txt").c_str(), O_WRONLY | O_CREAT, 0600);
-    const int told = open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(input, 0);
-    dup2(printed, 1);
-    dup2(told, 2);
-    close_range(3, 1000, 0);
-    if (!disturbance.strike.empty()) setenv("LORIMAT_TEST_STRIKE", disturbance.strike.c_str(), 1);
-    if (!disturbance.clock.empty()) setenv("LORIMAT_TEST_CLOCK", disturbance.clock.c_str(), 1);
-    setenv("LORIMAT_TEST_FOLDER", folder.c_str(), 1);
-    setenv("LORIMAT_TEST_COUNTS", (beside + "counts.txt").c_str(), 1);
-    setenv("LORIMATRT_REGISTRY", (beside + "no-registry").c_str(), 1);
-    setenv("TMPDIR", (folder + "scratch").c_str(), 1);
-    setenv("LC_ALL", "C", 1);
-    unsetenv("LORIMAT_REGISTER");
-    setenv("LD_PRELOAD", STRIKE_PRELOAD, 1);
-    std::vector<char*> arguments = {const_cast<char*>("lorimat")};
-    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    if (disturbance.descriptors != 0) {
-      const rlimit limit = {disturbance.descriptors, disturbance.descriptors};
-      setrlimit(RLIMIT_NOFILE, &limit);
-    }
-    execv(LORIMAT, arguments.data());
-    _exit(98);
-  };
-  const int status = RunApart(work);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), ReadFile(errors)};
-}
-
 // The struck calls, those of each kind, and the clock's readings.
 std::vector<long> ReadCounts(const std::string& beside) {
   std::ifstream file(beside + "counts.txt");
@@ -273,9 +219,8 @@ class ConsoleLoops {
     }
     while (std::any_of(running.begin(), running.end(), [](int p) { return p != 0; })) collect();
     std::vector<const Tally*> tallies;
-    for (const ConsoleRow& row : rows_) {
+    for (const ConsoleRow& row : rows_)
       if (row.tried > 0) tallies.push_back(&row);
-    }
     return PrintTallies(tallies, "faults.console", options_.only > 0 ? 1 : options_.places) ? 0 : 1;
   }
 
@@ -443,6 +388,9 @@ class ConsoleLoops {
     const bool tells =
         !ended.errors.empty() || (ended.code == 1 && fs::file_size(folder + "out.txt") > 0);
     if (ended.code != 0 && !tells) return "fails without a word";
+    const bool names = ended.errors.empty() || ended.code == 127 ||
+                       NamesFileOrCause(ended.errors, row.command->words);
+    if (!names) return "names neither a file nor a cause";
     if (ended.code != 0 && !manner.may_fail) return "fails where it need not";
     const bool is_clock = std::string(manner.kind) == "clock";
     const bool ends_early = row.command->ends_early && manner.number == strike::kRead;
