@@ -46,8 +46,8 @@ std::vector<std::string> LinesOf(const std::string& text) {
   return lines;
 }
 
-// The note has 13 rows of 28 dots, one of double height (56), a barcode (96) and the margins (48).
-constexpr uint32_t kNoteHeight = 13 * 28 + 56 + 96 + 48;
+// The note has 12 rows of 28 dots, one of double height (56), a barcode (96) and the margins (48).
+constexpr uint32_t kNoteHeight = 12 * 28 + 56 + 96 + 48;
 
 // One black dot.
 const std::string& BlackDot() {
@@ -179,9 +179,9 @@ TEST(Picture, ALogoIsFoundWhereTheLinesFoundIt) {
   const std::string lines = folder.Write("logo.cmd",
                                          "LDGRAF LOGO=12, FILE='dot.png'\nNOFIS INIZIO\n"
                                          "NOFIS OPZ=GRAFICO, LOGO=12\nNOFIS FINE\n");
-  // Six rows of the head, one for the blank line that follows a logo, four of the end with its
+  // Six rows of the head, one for the blank line that follows a logo, three of the end with its
   // cut, and the logo's one dot.
-  constexpr uint32_t kHeight = (6 + 1 + 4) * 28 + 1 + 48;
+  constexpr uint32_t kHeight = (6 + 1 + 3) * 28 + 1 + 48;
   // By lines the file is looked for in the program's folder; a batch runs in its own.
   const std::string png = folder.Path("logo.png");
   const ProgramRun by_lines = RunConsole({"run", lines, "--png", png}, {.folder = folder.path()});
@@ -208,8 +208,8 @@ TEST(Picture, ABarcodeBehindAReceiptTakesThePlaceOfItsStandIn) {
   TestFolder folder;
   const std::string png = folder.Path("exchange.png");
   ASSERT_EQ(RunConsole({"run", SourceFile("examples/exchange.cmd"), "--png", png}).exit_code, 0);
-  // 26 rows of text and the cut, the barcode and the margins.
-  ExpectPng(folder.Read("exchange.png"), 26 * 28 + 96 + 48);
+  // 25 rows of text and the cut, the barcode and the margins.
+  ExpectPng(folder.Read("exchange.png"), 25 * 28 + 96 + 48);
 }
 
 TEST(Picture, EveryBarcodeOfTheLanguageIsDrawn) {
