@@ -126,7 +126,7 @@ std::vector<CommandWord> Language::commands() const {
 
 int Language::ReadLine(const std::string& line) const {
   // The library reads a line up to its first NUL byte.
-  std::string source(line.c_str());
+  std::string source = line.substr(0, line.find('\0'));
   if (source.size() > kLongestLine) return 0;
   std::string cleaned(source.size() + 1, '\0');
   if (lorimatutility::TogliCommento(cleaned.data(), source.data(), translator_->cChQuote) == 0) {

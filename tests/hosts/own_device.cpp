@@ -56,7 +56,7 @@ int Run(std::string line) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Printer printer;
+  static Printer printer;
   client = &printer;
   if (argc != 2 || TradInit(argv[1], 0, nullptr, &EcrIo) != 0) return 2;
   int failed = Run("VEND REP=2, QTA=2, PRE=1.20, DES='CAFFE'");

@@ -234,7 +234,6 @@ std::string WrongPapers(PaperShop* shop, const std::string& file, Seen* seen) {
   ReadDay day;
   ReadDay before;  // the sales and what went back of all closed days
   bool by_rate = true;
-  std::map<int, bool> changed;  // closings from whose day on the rates are other ones
   for (const ReadPaper& paper : papers) {
     if (!paper.wrong.empty()) return paper.wrong;
     Count(paper, seen);

@@ -168,7 +168,7 @@ class GoodsReader {
     has_quantity_ = false;
     if (!StartsWith(line, "  ") || times == line.npos) return;
     std::string quantity = line.substr(2, times - 2);
-    quantity = quantity.substr(0, quantity.find(' '));
+    if (const size_t unit = quantity.find(' '); unit != quantity.npos) quantity.resize(unit);
     has_quantity_ =
         ReadPlaces(quantity, 3, &quantity_) && ReadPlaces(line.substr(times + 3), 4, &price_);
   }

@@ -39,6 +39,7 @@ __attribute__((constructor)) void Load() {
     if (write(pipe, "hangs\n", 6) == 6) {
       for (;;) pause();
     }
+    close(pipe);
   }
   const std::string file = Setting("LORIMAT_TEST_FORWARD");
   if (!file.empty()) other = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
