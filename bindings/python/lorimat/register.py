@@ -113,6 +113,7 @@ class VirtualRegister(Unpicklable):
                  clock: Optional[Callable[[], datetime.datetime]] = None) -> None:
         self._handle = ctypes.c_void_p()
         self._translator: Any = None  # the one that has it
+        self._forgotten = False  # the program has neither it nor its translator any more
         self._turn = Turn("register")
         self.error: Optional[BaseException] = None  # what the clock has raised since the last look
         settings = _libraries.Settings()
@@ -271,9 +272,16 @@ class VirtualRegister(Unpicklable):
         self.close()
 
     def __del__(self) -> None:
+        self._forgotten = True
         if getattr(self, "_handle", None) and self._turn.mine and self._translator is None:
             self._face.lorimat_register_close(self._handle)
             self._handle = ctypes.c_void_p()
+
+    def _let_go(self) -> None:
+        """Its translator has ended. Garbage is finalised in any order: this one may have gone first."""
+        self._translator = None
+        if self._forgotten:
+            self.close()
 
     # --- Inside
 

@@ -204,7 +204,7 @@ class Translator(Unpicklable):
         if isinstance(self._client, ClientHandle):
             self._client.free()
         elif self._client is not None and self._client._translator is self:
-            self._client._translator = None
+            self._client._let_go()
         _open_translators.discard(self)
 
     def _check_open(self) -> None:

@@ -1,6 +1,7 @@
 """The virtual register."""
 
 import datetime
+import gc
 from decimal import Decimal
 
 import lorimat
@@ -43,6 +44,24 @@ def test_it_lives_in_a_file(tmp_path):
             assert register.totals.sales == 1
             assert "DOCUMENTO N. 0001-0001" in register.paper
             assert register.start_notice == ""
+
+
+@pytest.mark.parametrize("translator_goes_first", [False, True])
+def test_it_is_switched_off_with_its_translator_as_garbage(tmp_path, translator_goes_first):
+    def sell_and_forget():
+        register = lorimat.VirtualRegister(tmp_path / "shop.register")
+        translator = lorimat.Translator(register)
+        translator("VEND REP=1, PRE=1.20")
+        translator("CHIU TEND=CONTANTI")
+        if translator_goes_first:
+            translator.__del__()
+
+    sell_and_forget()
+    gc.collect()
+    with lorimat.VirtualRegister(tmp_path / "shop.register") as register:
+        assert register.start_notice == ""
+        sell(register)
+        assert register.totals.receipts_number == 2
 
 
 def test_it_has_the_identity_that_it_is_given():
