@@ -1,5 +1,6 @@
 """The shared libraries: where they are, what they declare, and copies of the translator."""
 
+import contextlib
 import ctypes
 import glob
 import os
@@ -149,7 +150,8 @@ def _open(path: str) -> ctypes.CDLL:
 
 
 _loaded: dict = {}
-_loading = threading.Lock()
+# A collection of garbage closes translators, also in a thread that is loading one.
+_loading = threading.RLock()
 
 
 def _load(name: str, functions: dict) -> ctypes.CDLL:
@@ -179,7 +181,8 @@ _NOTICES = (b"Load working...\n", b"Unload working...\n", b"library destroy\n")
 class _NoNotices:
     """Keeps the lines off the standard streams that the library writes as it comes and goes.
 
-    What others write meanwhile comes behind them.
+    Both streams are a file meanwhile: what others write comes behind the notices, and what a child
+    writes that is started then is lost.
     """
 
     def __enter__(self) -> None:
@@ -193,8 +196,8 @@ class _NoNotices:
                 before = os.dup(number)
                 os.dup2(file.fileno(), number)
                 self._kept.append((number, before, file))
-            except (OSError, ValueError):
-                pass  # there is no such stream, or no room to keep it in
+            except (OSError, ValueError, RuntimeError):
+                pass  # there is no such stream, no room to keep it in, or it is being written
 
     def __exit__(self, *_: object) -> None:
         for number, before, file in self._kept:
@@ -217,21 +220,25 @@ class TranslatorLibrary:
     """A copy of liblorimatrt: the one of the process, or one of its own."""
 
     _shared_is_taken = threading.Lock()
+    # After a fork the loaded one goes on holding the device of the parent.
+    _shared_is_the_parents = False
 
-    def __init__(self, isolated: bool) -> None:
+    def __init__(self, isolated: bool, quiet: bool = False) -> None:
         self.isolated = isolated
+        self._notices = _NoNotices if quiet else contextlib.nullcontext
         if not isolated and not self._shared_is_taken.acquire(blocking=False):
             raise LorimatError("there is a translator already: close it first, or make this one with "
                                "isolated=True")
         folder = None
         try:
             path = _find("lorimatrt", 3)
-            if isolated:
+            if isolated or self._shared_is_the_parents:
                 if not os.path.isabs(path):
-                    path = _path_of_loaded(path)
+                    with self._notices():
+                        path = _path_of_loaded(path)
                 folder = tempfile.mkdtemp(prefix="lorimat-")
                 path = shutil.copy(path, os.path.join(folder, os.path.basename(path)))
-            with _NoNotices():
+            with self._notices():
                 self.calls = _declare(_open(path), TRANSLATOR_FUNCTIONS)
         except BaseException as error:
             if not isolated:
@@ -246,7 +253,7 @@ class TranslatorLibrary:
 
     def unload(self) -> None:
         import _ctypes
-        with _NoNotices():
+        with self._notices():
             if sys.platform == "win32":
                 _ctypes.FreeLibrary(self.calls._handle)
             else:
@@ -256,21 +263,33 @@ class TranslatorLibrary:
         elif sys.platform == "win32":
             shutil.rmtree(self._folder, ignore_errors=True)
 
+    @classmethod
+    def forked(cls) -> None:
+        """In the child, where no other thread lives that would give a lock back."""
+        global _loading  # pylint: disable=global-statement
+        _loading = threading.RLock()
+        if cls._shared_is_taken.locked():
+            cls._shared_is_taken = threading.Lock()
+            cls._shared_is_the_parents = True
+
+
+if hasattr(os, "register_at_fork"):
+    os.register_at_fork(after_in_child=TranslatorLibrary.forked)
+
 
 def _path_of_loaded(name: str) -> str:
     """The file that the system's loader takes for a name."""
-    with _NoNotices():
-        library = _open(name)
-        try:
-            with open("/proc/self/maps", encoding="utf-8", errors="surrogateescape") as maps:
-                for line in maps:
-                    path = line.split(None, 5)[-1].rstrip("\n")
-                    # A copy that is loaded has no file any more.
-                    if os.path.basename(path).startswith("liblorimatrt.so") and os.path.isfile(path):
-                        return path
-        finally:
-            import _ctypes
-            _ctypes.dlclose(library._handle)
+    library = _open(name)
+    try:
+        with open("/proc/self/maps", encoding="utf-8", errors="surrogateescape") as maps:
+            for line in maps:
+                path = line.split(None, 5)[-1].rstrip("\n")
+                # A copy that is loaded has no file any more.
+                if os.path.basename(path).startswith("liblorimatrt.so") and os.path.isfile(path):
+                    return path
+    finally:
+        import _ctypes
+        _ctypes.dlclose(library._handle)
     raise LorimatError("%s: its file is not found" % name)
 
 

@@ -51,19 +51,24 @@ class Translator(Unpicklable):
 
     There is one translator for each copy of the library that is loaded: a second one raises until
     the first is closed. ``isolated=True`` loads a copy of its own, so that several devices can be
-    served at once. Calls take turns; one from inside of the device raises.
+    served at once. A process that is forked off has one of its own again. Calls take turns; one from
+    inside of the device raises.
 
     Args:
       device: stays open when the translator is closed.
       definition: the definition file; None takes the one that is installed.
       isolated: loads a copy of the library of its own.
+      quiet: keeps the lines off standard output and error that the library writes when it is loaded
+        and unloaded ("Load working..."). Its price: both streams of the whole process lead into a
+        file for that moment, and what a child process writes that another thread starts just then
+        is lost.
       encoding: the code page of the device, in which texts are sent.
       language: of the explanations, "en" or "it".
     """
 
     def __init__(self, device: Union[VirtualRegister, Client],
                  definition: Union[str, os.PathLike, None] = None, *, isolated: bool = False,
-                 encoding: str = ENCODING, language: str = "en") -> None:
+                 quiet: bool = False, encoding: str = ENCODING, language: str = "en") -> None:
         self._library: Optional[_libraries.TranslatorLibrary] = None
         self._turn = Turn("translator")
         self._encoding = encoding
@@ -86,7 +91,7 @@ class Translator(Unpicklable):
             raise TypeError("device has to be a VirtualRegister or a Client, not %s" %
                             type(device).__name__)
         try:
-            self._library = _libraries.TranslatorLibrary(isolated)
+            self._library = _libraries.TranslatorLibrary(isolated, quiet)
             with self._turn:
                 self._start(path)
         except BaseException:

@@ -1,5 +1,7 @@
 """Lines on a register: answers, errors, turns, and the copies of the library."""
 
+import _ctypes
+import multiprocessing
 import os
 import pathlib
 import pickle
@@ -10,6 +12,7 @@ import threading
 import lorimat
 import pytest
 from conftest import Till, noon
+from lorimat import _libraries
 
 
 def sell(t):
@@ -228,10 +231,75 @@ def run(code, *arguments):
     return subprocess.run([sys.executable, "-c", code, *arguments], capture_output=True, text=True)
 
 
+def test_a_child_that_is_forked_off_has_one_of_its_own(register, translator):
+    def sell_in_the_child(end):
+        with lorimat.VirtualRegister() as own, lorimat.Translator(own) as t:
+            with pytest.raises(lorimat.LorimatError, match="there is a translator already"):
+                lorimat.Translator(lorimat.VirtualRegister())
+            t("VEND REP=1, PRE=3.00")
+            t("CHIU TEND=CONTANTI")
+            with lorimat.VirtualRegister() as last:
+                t.close()
+                lorimat.Translator(last).close()
+            end.send(own.totals.net_amount)
+
+    translator("VEND REP=1, PRE=1.00")
+    fork = multiprocessing.get_context("fork")
+    here, there = fork.Pipe()
+    child = fork.Process(target=sell_in_the_child, args=(there,))
+    child.start()
+    there.close()
+    child.join()
+    assert (child.exitcode, here.poll()) == (0, True)
+    assert here.recv() == 3
+    translator("CHIU TEND=CONTANTI")
+    assert register.totals.net_amount == 1
+
+
+def test_the_streams_stay_where_they_are_while_a_library_comes_and_goes(register, monkeypatch):
+    def streams():
+        return [(os.fstat(number).st_dev, os.fstat(number).st_ino) for number in (1, 2)]
+
+    def looking(function):
+        def look(*arguments):
+            seen.append(streams())
+            return function(*arguments)
+        return look
+
+    seen = []
+    monkeypatch.setattr(_libraries, "_open", looking(_libraries._open))
+    monkeypatch.setattr(_ctypes, "dlclose", looking(_ctypes.dlclose))
+    for isolated in (False, True):
+        lorimat.Translator(register, isolated=isolated).close()
+    assert seen == [streams()] * 4
+    lorimat.Translator(register, quiet=True).close()
+    assert streams() not in seen[4:] and len(seen) == 6
+
+
+@pytest.mark.parametrize("quiet", [False, True])
+def test_garbage_may_be_collected_while_a_library_is_loaded(quiet):
+    done = run("import gc, sys, lorimat\n"
+               "from lorimat import _libraries\n"
+               "quiet = sys.argv[1] == 'True'\n"
+               "gc.disable()\n"
+               "lorimat.Translator(lorimat.VirtualRegister(), isolated=True, quiet=quiet)\n"
+               "load = _libraries._open\n"
+               "def collect_and_load(path):\n"
+               "    gc.collect()\n"
+               "    return load(path)\n"
+               "_libraries._open = collect_and_load\n"
+               "with lorimat.VirtualRegister() as r:\n"
+               "    with lorimat.Translator(r, isolated=True, quiet=quiet) as t:\n"
+               "        print(t('VEND REP=1, PRE=1.20').text)\n", str(quiet))
+    assert (done.stderr, done.returncode) == ("" if quiet else "library destroy\n" * 2, 0)
+    assert done.stdout.count("OK.\n") == 1
+    assert done.stdout.count("Unload working...\n") == (0 if quiet else 2)
+
+
 def test_a_program_prints_what_it_prints_and_nothing_else():
     done = run("import lorimat\n"
                "print('before')\n"
-               "with lorimat.VirtualRegister() as r, lorimat.Translator(r) as t:\n"
+               "with lorimat.VirtualRegister() as r, lorimat.Translator(r, quiet=True) as t:\n"
                "    print(t('VEND REP=1, PRE=1.20').text)\n"
                "print('behind')")
     assert (done.stdout, done.stderr, done.returncode) == ("before\nOK.\nbehind\n", "", 0)
@@ -240,7 +308,7 @@ def test_a_program_prints_what_it_prints_and_nothing_else():
 def test_a_program_may_end_without_closing_anything(tmp_path):
     done = run("import lorimat, sys\n"
                "r = lorimat.VirtualRegister(sys.argv[1])\n"
-               "t = lorimat.Translator(r)\n"
+               "t = lorimat.Translator(r, quiet=True)\n"
                "t('VEND REP=1, PRE=1.20')\n"
                "t('CHIU TEND=CONTANTI')", str(tmp_path / "shop.register"))
     assert (done.stdout, done.stderr, done.returncode) == ("", "", 0)
@@ -253,7 +321,7 @@ def test_without_standard_streams_it_works(tmp_path):
                "os.close(1); os.close(2)\n"
                "import lorimat\n"
                "r = lorimat.VirtualRegister()\n"
-               "t = lorimat.Translator(r)\n"
+               "t = lorimat.Translator(r, quiet=True)\n"
                "t('VEND REP=1, PRE=1.20')\n"
                "open(sys.argv[1], 'w').write(str('REPARTO' in r.paper))\n"
                "t.close(); r.close()", str(tmp_path / "said"))
