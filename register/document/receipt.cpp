@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "register/document/line_likeness.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -11,14 +12,6 @@ namespace lorimat {
 namespace {
 
 int Sign(LineKind kind) { return kind == LineKind::kSale ? 1 : -1; }
-
-// Whether a line is what a correction names, as far as it does.
-bool IsNamed(const Item& line, const Item& named) {
-  return line.kind == named.kind && line.department == named.department && line.vat == named.vat &&
-         line.special_tax == named.special_tax &&
-         (named.article.empty() || line.article == named.article) &&
-         (!named.description_given || line.description == named.description);
-}
 
 bool IsKnownAdjustment(int type) {
   return type >= RTF_FPTR_AT_AMOUNT_DISCOUNT && type <= RTF_FPTR_AT_COUPON_PERCENTAGE_DISCOUNT;
@@ -173,24 +166,29 @@ bool Receipt::HasAdjustment(size_t line, int type, int64_t value) const {
 
 std::optional<Receipt::FoundLine> Receipt::FindOpenLine(const Item& item,
                                                         const VoidTerms& terms) const {
-  const auto fits = [&](size_t index) {
-    return IsNamed(lines_[index].item, item) &&
-           (terms.adjustment == 0 || HasAdjustment(index, terms.adjustment_type, terms.adjustment));
-  };
-  for (size_t index = terms.by_amount ? 0 : lines_.size(); index-- > 0;) {
+  const auto likeness = [&](size_t index) {
     const Line& line = lines_[index];
-    if (!fits(index) || line.item.unit_price != item.unit_price) continue;
-    if (line.open_quantity == item.quantity) return FoundLine{index, true};
-    if (line.open_quantity > item.quantity && line.adjusted == 0) return FoundLine{index, false};
+    const bool has_adjustment =
+        terms.adjustment == 0 || HasAdjustment(index, terms.adjustment_type, terms.adjustment);
+    if (!has_adjustment) return kUnlike;
+    return LikenessOf(line.item, item, line.open_amount + Sign(item.kind) * line.adjusted);
+  };
+  const auto by_price = [&](size_t index) {
+    const Line& line = lines_[index];
+    const bool has_pieces = line.open_quantity == item.quantity ||
+                            (line.open_quantity > item.quantity && line.adjusted == 0);
+    return has_pieces && line.item.unit_price == item.unit_price ? likeness(index) : kUnlike;
+  };
+  if (const auto index = FindNearest(terms.by_amount ? 0 : lines_.size(), by_price)) {
+    return FoundLine{*index, lines_[*index].open_quantity == item.quantity};
   }
   // A correction by its amount alone takes a whole line of that amount, however it was sold.
   if (item.quantity_given) return std::nullopt;
-  for (size_t index = lines_.size(); index-- > 0;) {
+  const auto by_amount = [&](size_t index) {
     const Line& line = lines_[index];
-    if (fits(index) && line.open_quantity > 0 && line.open_amount == item.amount) {
-      return FoundLine{index, true};
-    }
-  }
+    return line.open_quantity > 0 && line.open_amount == item.amount ? likeness(index) : kUnlike;
+  };
+  if (const auto index = FindNearest(lines_.size(), by_amount)) return FoundLine{*index, true};
   return std::nullopt;
 }
 
@@ -261,30 +259,33 @@ int Receipt::Void(const Item& item, Amount* amount, const VoidTerms& terms,
 }
 
 int Receipt::Restore(const Item& item, Amount* amount, std::string* description) {
-  for (size_t index = lines_.size(); index-- > 0;) {
+  const auto likeness = [&](size_t index) {
     const Line& line = lines_[index];
-    const int32_t gone = line.item.quantity - line.open_quantity;
-    if (!IsNamed(line.item, item) || line.item.unit_price != item.unit_price ||
-        gone < item.quantity) {
-      continue;
-    }
-    const int sign = Sign(item.kind);
-    const Amount gone_amount = line.item.amount - line.open_amount;
-    const Amount goods = gone == item.quantity ? gone_amount : std::min(item.amount, gone_amount);
-    const std::map<int, Amount> deltas = {{item.vat, sign * goods}};
-    if (const int code = CheckSums(deltas)) return code;
-    AddToSums(deltas);
-    AddToDepartment(item, sign * item.quantity, sign * goods);
-    Line& changed = Change(index);
-    changed.open_quantity += item.quantity;
-    changed.open_amount += goods;
-    at_subtotal_ = false;
-    if (description != nullptr) *description = changed.item.description;
-    *amount = sign * goods;
-    return RTF_SUCCESS;
+    const bool is_gone = line.item.quantity - line.open_quantity >= item.quantity;
+    if (!is_gone || line.item.unit_price != item.unit_price) return kUnlike;
+    return LikenessOf(line.item, item, line.item.amount - line.open_amount);
+  };
+  const std::optional<size_t> found = FindNearest(lines_.size(), likeness);
+  if (!found) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToRestore,
+                  {item.quantity, item.unit_price});
   }
-  return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToRestore,
-                {item.quantity, item.unit_price});
+  const Line& line = lines_[*found];
+  const int sign = Sign(item.kind);
+  const int32_t gone = line.item.quantity - line.open_quantity;
+  const Amount gone_amount = line.item.amount - line.open_amount;
+  const Amount goods = gone == item.quantity ? gone_amount : std::min(item.amount, gone_amount);
+  const std::map<int, Amount> deltas = {{item.vat, sign * goods}};
+  if (const int code = CheckSums(deltas)) return code;
+  AddToSums(deltas);
+  AddToDepartment(item, sign * item.quantity, sign * goods);
+  Line& changed = Change(*found);
+  changed.open_quantity += item.quantity;
+  changed.open_amount += goods;
+  at_subtotal_ = false;
+  if (description != nullptr) *description = changed.item.description;
+  *amount = sign * goods;
+  return RTF_SUCCESS;
 }
 
 const Item* Receipt::last_open_line() const {

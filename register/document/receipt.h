@@ -106,15 +106,17 @@ class Receipt {
 
   // Adds a line.
   int Enter(const Item& item);
-  // Takes back a line, or some pieces of one: the latest one of the same kind, department,
-  // VAT entry and unit price, and of the article and description where `item` names them, that has
-  // the quantity left; without a quantity also a whole line of that amount. `amount` takes what it
+  // Takes back a line, or some pieces of one: of the same kind, department, VAT entry and unit
+  // price, and of the article and description where `item` names them, that has the quantity left;
+  // without a quantity also a whole line of that amount. Of several it is the latest with the very
+  // article, or none, and the description of `item`; without such a one the latest that comes to
+  // the amount of `item`; without one the latest. `amount` takes what it
   // did to the total: for a line with adjustments, which only goes as a whole, the adjusted amount;
   // `description` what the line is called. A line that was not sold answers
   // RTF_EFPTR_BAD_ITEM_AMOUNT, as does one that adjustments of its department count on.
   int Void(const Item& item, Amount* amount, const VoidTerms& terms = {},
            std::string* description = nullptr);
-  // Takes back a correction that Void made.
+  // Takes back a correction that Void made; which one of several, as Void finds its line.
   int Restore(const Item& item, Amount* amount, std::string* description = nullptr);
   // Discounts or surcharges a line or a department.
   int Adjust(const AdjustmentRequest& request, Adjustment* done);

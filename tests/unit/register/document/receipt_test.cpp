@@ -129,6 +129,80 @@ TEST(Receipt, AVoidThatWouldTurnTheTotalNegativeIsRefused) {
   EXPECT_EQ(receipt.total(), 60000);
 }
 
+// A line of an article of the same department and price is no line without one.
+TEST(Receipt, AVoidTakesTheLineThatIsTheSameBeforeALaterOne) {
+  Item article = Sale(10000);
+  article.article = "A1";
+  article.description = "ART";
+  for (const bool by_amount : {false, true}) {
+    Receipt receipt;
+    receipt.Enter(Sale(10000));
+    receipt.Enter(article);
+    Adjustment done;
+    ASSERT_EQ(receipt.Adjust(Request(RTF_FPTR_AT_AMOUNT_DISCOUNT, 5000), &done), RTF_SUCCESS);
+    Amount amount = 0;
+    std::string description;
+    const VoidTerms terms = {.by_amount = by_amount};
+    ASSERT_EQ(receipt.Void(Sale(10000), &amount, terms, &description), RTF_SUCCESS);
+    EXPECT_EQ(amount, -10000);
+    EXPECT_EQ(description, "");
+    EXPECT_EQ(receipt.total(), 5000);
+    // The one that is left is still taken by a correction that names no article.
+    ASSERT_EQ(receipt.Void(Sale(10000), &amount, terms, &description), RTF_SUCCESS);
+    EXPECT_EQ(amount, -5000);
+    EXPECT_EQ(description, "ART");
+    EXPECT_EQ(receipt.total(), 0);
+  }
+}
+
+TEST(Receipt, AVoidTakesALineOfItsAmountBeforeALaterOneThatIsDiscounted) {
+  Item article = Sale(10000);
+  article.article = "A1";
+  Receipt receipt;
+  receipt.Enter(article);
+  article.article = "A2";
+  receipt.Enter(article);
+  Adjustment done;
+  ASSERT_EQ(receipt.Adjust(Request(RTF_FPTR_AT_AMOUNT_DISCOUNT, 5000), &done), RTF_SUCCESS);
+  Amount amount = 0;
+  ASSERT_EQ(receipt.Void(Sale(10000), &amount), RTF_SUCCESS);
+  EXPECT_EQ(amount, -10000);
+  EXPECT_EQ(receipt.lines()[0].open_quantity, 0);
+  EXPECT_EQ(receipt.lines()[1].open_quantity, kOnePiece);
+}
+
+TEST(Receipt, OfLinesThatAreTheSameAVoidTakesTheLatest) {
+  Receipt receipt;
+  receipt.Enter(Sale(10000));
+  receipt.Enter(Sale(10000));
+  Amount amount = 0;
+  ASSERT_EQ(receipt.Void(Sale(10000), &amount), RTF_SUCCESS);
+  EXPECT_EQ(receipt.lines()[0].open_quantity, kOnePiece);
+  EXPECT_EQ(receipt.lines()[1].open_quantity, 0);
+}
+
+TEST(Receipt, AVoidThatIsTakenBackBringsTheLineBackThatIsTheSame) {
+  Item article = Pieces(2000, 10000);
+  article.article = "A1";
+  article.description = "ART";
+  Receipt receipt;
+  receipt.Enter(Pieces(2000, 10000));
+  receipt.Enter(article);
+  Amount amount = 0;
+  ASSERT_EQ(receipt.Void(Pieces(2000, 10000), &amount), RTF_SUCCESS);
+  ASSERT_EQ(receipt.Void(article, &amount), RTF_SUCCESS);
+  std::string description = "none";
+  ASSERT_EQ(receipt.Restore(Pieces(1000, 10000), &amount, &description), RTF_SUCCESS);
+  EXPECT_EQ(description, "");
+  EXPECT_EQ(receipt.lines()[0].open_quantity, 1000);
+  // Of two that are not the same, the one of which so much is gone.
+  Item other = Pieces(1000, 10000);
+  other.description = "OTHER";
+  ASSERT_EQ(receipt.Restore(other, &amount, &description), RTF_SUCCESS);
+  EXPECT_EQ(receipt.lines()[0].open_quantity, 2000);
+  EXPECT_EQ(receipt.lines()[1].open_quantity, 0);
+}
+
 TEST(Receipt, AVoidCanBeTakenBack) {
   Receipt receipt;
   Amount amount = 0;
