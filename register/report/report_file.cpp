@@ -161,6 +161,22 @@ int WriteFile(std::string_view name, std::string_view content) {
   return stands ? RTF_SUCCESS : NotWritten(name, errno);
 }
 
+int WriteOwnFile(std::string_view name, std::string_view content, std::string_view mark) {
+  errno = 0;
+  const std::string path(name);
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(path, error))) {
+    std::string found;
+    if (!fs::is_regular_file(path, error)) return NotWritten(name, EEXIST);
+    if (const int code = ReadFile(name, &found)) return code;
+    const std::string_view first_line = content.substr(0, content.find('\n'));
+    if (!found.starts_with(first_line) || found.find(mark) == found.npos) {
+      return NotWritten(name, EEXIST);
+    }
+  }
+  return WriteFile(name, content);
+}
+
 int ReadFile(std::string_view name, std::string* content) {
   const fs::path path{std::string(name)};
   std::error_code error;

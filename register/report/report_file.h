@@ -13,6 +13,10 @@ namespace lorimat {
 // left, but where only the name could not be waited for.
 int WriteFile(std::string_view path, std::string_view content);
 
+// The same where a file of this name is only replaced when it is one's own: it begins with the
+// content's first line and holds the mark somewhere. RTF_E_FAILURE, with EEXIST, for any other.
+int WriteOwnFile(std::string_view path, std::string_view content, std::string_view mark);
+
 // Reads a file whole. RTF_E_NOEXIST when there is none, RTF_E_FAILURE when it cannot be read.
 int ReadFile(std::string_view path, std::string* content);
 

@@ -219,7 +219,16 @@ int TelematicDesk::WriteSummaries(const std::vector<Closure>& closures,
   if (closures.size() > 1) xml += "<CorrispettiviSalvati>\n";
   for (const Closure& closure : closures) xml += SummaryXml(core_, closure);
   if (closures.size() > 1) xml += "</CorrispettiviSalvati>\n";
-  return WriteFile(file, xml);
+  return WriteOut(file, xml);
+}
+
+// The names of what is sent are the numbers of a register: in a folder of several registers, or one
+// that holds other files, nothing is replaced but what this register sent before.
+int TelematicDesk::WriteOut(std::string_view file, std::string_view xml) const {
+  if (core_.outbox().empty() || !file.starts_with(OutboxFile(""))) return WriteFile(file, xml);
+  std::string mark;
+  Element("", "IdDispositivo", core_.tables.settings().serial_number, &mark);
+  return WriteOwnFile(file, xml, mark);
 }
 
 int TelematicDesk::SendSummaries() {
@@ -265,7 +274,7 @@ int TelematicDesk::WriteLottery(const std::vector<StoredDocument>& documents,
   Element("  ", "IdDispositivo", core_.tables.settings().serial_number, &xml);
   for (const StoredDocument& document : documents) xml += DocumentXml(document, core_.tables);
   xml += "</DocumentiLotteria>\n";
-  return WriteFile(file, xml);
+  return WriteOut(file, xml);
 }
 
 int TelematicDesk::SendLottery() {

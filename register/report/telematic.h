@@ -39,6 +39,7 @@ class TelematicDesk {
   int WriteSummaries(const std::vector<Closure>& closures, std::string_view file) const;
   int WriteLottery(const std::vector<StoredDocument>& documents, std::string_view file) const;
   std::string OutboxFile(std::string_view name) const;
+  int WriteOut(std::string_view file, std::string_view xml) const;
 
   RegisterCore& core_;
 };

@@ -179,6 +179,29 @@ TEST_F(Telematic, SentSummariesAreFilesOfTheOutbox) {
   EXPECT_EQ(FileCount(), 2u);
 }
 
+TEST_F(Telematic, NoFileOfOthersIsReplacedInTheOutbox) {
+  RegisterSettings settings = TestSettings();
+  settings.outbox = folder_.string();
+  const std::string name = Path("corrispettivi_0001.xml");
+  for (const char* other : {"", "VEND REP=1, PRE=1.00\n", "<?xml version=\"1.0\"?>\n<a/>\n"}) {
+    std::ofstream(name) << other;
+    VirtualRegister shop(settings);
+    EXPECT_EQ(shop.PrintZReportEx(true), RTF_SUCCESS);
+    EXPECT_EQ(shop.SendTelematicSummary(), RTF_E_FAILURE) << other;
+    EXPECT_EQ(shop.store().pending_closures(), 1);
+    EXPECT_EQ(ReadText("corrispettivi_0001.xml"), other);
+  }
+  std::filesystem::remove(name);
+  for (const int waiting : {0, 1}) {
+    VirtualRegister shop(settings);
+    EXPECT_EQ(shop.PrintZReportEx(true), RTF_SUCCESS);
+    EXPECT_EQ(shop.store().pending_closures(), waiting);
+    EXPECT_NE(ReadText("corrispettivi_0001.xml").find("<IdDispositivo>99LRM0000001VR<"),
+              std::string::npos);
+    settings.serial_number = "99LRM0000002VR";
+  }
+}
+
 TEST_F(Telematic, AClosingStandsWhenItsSendingFails) {
   RegisterSettings settings = TestSettings();
   settings.outbox = Path("missing");
