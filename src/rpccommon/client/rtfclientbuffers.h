@@ -1,5 +1,6 @@
 // The rooms of the texts that a device client fills. RtfClientInterface passes no size: this list
-// has what a client may count on, whoever calls it. The translator's own buffers are larger.
+// has what a client may count on, whoever calls it. Many of the translator's own buffers are
+// larger; DirectIO's is not.
 #pragma once
 
 #include <cstddef>
