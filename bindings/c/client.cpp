@@ -3,9 +3,10 @@
 
 #include "bindings/c/border.h"
 #include "bindings/c/device_client.h"
+#include "bindings/c/host_struct.h"
 
 struct lorimat_client {
-  explicit lorimat_client(const lorimat_device& table) : device(table) {}
+  explicit lorimat_client(const lorimat_device& table) : device(lorimat::c::Taken(table)) {}
   lorimat::c::DeviceClient device;
 };
 
@@ -19,10 +20,7 @@ int lorimat_client_new(const lorimat_device* table, lorimat_client** client) {
   using lorimat::c::Fail;
   if (client != nullptr) *client = nullptr;
   if (table == nullptr || client == nullptr) return Fail(LORIMAT_NULL_ARGUMENT);
-  // The two members at the front are there in every contract; what is behind them only now.
-  if (table->size < offsetof(lorimat_device, user_data)) return Fail(LORIMAT_TABLE_TOO_SHORT);
-  if (table->abi != LORIMAT_ABI) return Fail(LORIMAT_OTHER_ABI);
-  if (table->size < sizeof(lorimat_device)) return Fail(LORIMAT_TABLE_TOO_SHORT);
+  if (const lorimat_result fault = lorimat::c::FaultOf(table)) return Fail(fault);
   return lorimat::c::Guarded([&] {
     *client = new lorimat_client(*table);
     return LORIMAT_OK;

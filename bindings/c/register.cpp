@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "bindings/c/border.h"
+#include "bindings/c/host_struct.h"
 #include "lorimatrt/lorimat_register.h"
 #include "register/client/virtual_register.h"
 #include "register/paper/picture.h"
@@ -19,6 +20,23 @@ struct lorimat_register {
   explicit lorimat_register(lorimat::RegisterSettings settings) : device(std::move(settings)) {}
   lorimat::VirtualRegister device;
 };
+
+// The structs of the first contract.
+namespace lorimat::c {
+template <>
+inline constexpr size_t kFirstSize<lorimat_register_settings> =
+    offsetof(lorimat_register_settings, user_data) + sizeof(lorimat_register_settings::user_data);
+template <>
+inline constexpr size_t kFirstSize<lorimat_register_state> =
+    offsetof(lorimat_register_state, journal_entries) +
+    sizeof(lorimat_register_state::journal_entries);
+template <>
+inline constexpr size_t kFirstSize<lorimat_register_totals> =
+    offsetof(lorimat_register_totals, grand_amount) + sizeof(lorimat_register_totals::grand_amount);
+static_assert(sizeof(void*) != 8 || (kFirstSize<lorimat_register_settings> == 96 &&
+                                     kFirstSize<lorimat_register_state> == 64 &&
+                                     kFirstSize<lorimat_register_totals> == 112));
+}  // namespace lorimat::c
 
 namespace {
 
@@ -36,17 +54,6 @@ int With(lorimat_register* device, Work&& work) {
       return Fail(LORIMAT_REGISTER_FAULT, error.what());
     }
   });
-}
-
-// A struct of the host's with size and abi in front; LORIMAT_OK when it is whole.
-template <typename Struct>
-int CheckStruct(const Struct* given) {
-  if (given == nullptr) return Fail(LORIMAT_NULL_ARGUMENT);
-  if (given->size < offsetof(Struct, abi) + sizeof given->abi) {
-    return Fail(LORIMAT_TABLE_TOO_SHORT);
-  }
-  if (given->abi != LORIMAT_ABI) return Fail(LORIMAT_OTHER_ABI);
-  return given->size < sizeof(Struct) ? Fail(LORIMAT_TABLE_TOO_SHORT) : LORIMAT_OK;
 }
 
 int GiveBytes(std::string_view made, lorimat_bytes* bytes) {
@@ -167,13 +174,13 @@ int lorimat_register_open(const lorimat_register_settings* settings, lorimat_reg
   if (device == nullptr) return Fail(LORIMAT_NULL_ARGUMENT);
   *device = nullptr;
   if (settings != nullptr) {
-    if (const int result = CheckStruct(settings)) return result;
+    if (const lorimat_result fault = lorimat::c::FaultOf(settings)) return Fail(fault);
   }
   return lorimat::c::Guarded([&] {
     try {
       lorimat::RegisterSettings read;
       if (settings != nullptr) {
-        if (const int result = ReadSettings(*settings, &read)) return result;
+        if (const int result = ReadSettings(lorimat::c::Taken(*settings), &read)) return result;
       }
       *device = new lorimat_register(std::move(read));
       return int{LORIMAT_OK};
@@ -252,46 +259,50 @@ int lorimat_register_clear_faults(lorimat_register* device) {
   });
 }
 
-int lorimat_register_get_state(lorimat_register* device, lorimat_register_state* state) {
-  if (const int result = CheckStruct(state)) return result;
+int lorimat_register_get_state(lorimat_register* device, lorimat_register_state* given) {
+  if (const lorimat_result fault = lorimat::c::FaultOf(given)) return Fail(fault);
   return With(device, [&](lorimat::VirtualRegister& one) {
     const lorimat::RegisterStore& store = one.store();
-    state->printer_state = one.printer_state();
-    state->key_position = static_cast<int>(one.key_position());
-    state->training = one.training();
-    state->day_open = store.day_open();
-    state->drawer_openings = one.drawer_count();
-    state->last_closure = store.last_closure();
-    state->next_invoice = store.next_invoice();
-    state->pending_summaries = store.pending_closures();
-    state->waiting_faults = static_cast<int>(one.faults().faults().size());
-    state->documents = store.document_count();
-    state->journal_entries = static_cast<int64_t>(store.journal_count());
+    lorimat_register_state state = lorimat::c::Taken(*given);
+    state.printer_state = one.printer_state();
+    state.key_position = static_cast<int>(one.key_position());
+    state.training = one.training();
+    state.day_open = store.day_open();
+    state.drawer_openings = one.drawer_count();
+    state.last_closure = store.last_closure();
+    state.next_invoice = store.next_invoice();
+    state.pending_summaries = store.pending_closures();
+    state.waiting_faults = static_cast<int>(one.faults().faults().size());
+    state.documents = store.document_count();
+    state.journal_entries = static_cast<int64_t>(store.journal_count());
+    lorimat::c::GiveBack(state, given);
     return int{LORIMAT_OK};
   });
 }
 
-int lorimat_register_get_totals(lorimat_register* device, lorimat_register_totals* totals) {
-  if (const int result = CheckStruct(totals)) return result;
+int lorimat_register_get_totals(lorimat_register* device, lorimat_register_totals* given) {
+  if (const lorimat_result fault = lorimat::c::FaultOf(given)) return Fail(fault);
   return With(device, [&](lorimat::VirtualRegister& one) {
+    lorimat_register_totals totals = lorimat::c::Taken(*given);
     const lorimat::DailyTotals day = one.store().daily();
     const lorimat::DailyCounters& counters = one.store().counters();
-    totals->receipts_number = counters.documents;
-    totals->sales = counters.sales;
-    totals->invoices = counters.invoices;
-    totals->refunds = counters.refunds;
-    totals->cancels = counters.cancels;
-    totals->abandoned = counters.abandoned;
-    totals->non_fiscal = counters.non_fiscal;
-    totals->receipts_amount = day.receipts;
-    totals->invoices_amount = day.invoices;
-    totals->refunds_amount = day.refunds;
-    totals->cancels_amount = day.cancels;
-    totals->not_paid_amount = day.not_paid;
-    totals->discounts_amount = day.discounts;
-    totals->surcharges_amount = day.surcharges;
-    totals->net_amount = day.net();
-    totals->grand_amount = one.store().grand_total();
+    totals.receipts_number = counters.documents;
+    totals.sales = counters.sales;
+    totals.invoices = counters.invoices;
+    totals.refunds = counters.refunds;
+    totals.cancels = counters.cancels;
+    totals.abandoned = counters.abandoned;
+    totals.non_fiscal = counters.non_fiscal;
+    totals.receipts_amount = day.receipts;
+    totals.invoices_amount = day.invoices;
+    totals.refunds_amount = day.refunds;
+    totals.cancels_amount = day.cancels;
+    totals.not_paid_amount = day.not_paid;
+    totals.discounts_amount = day.discounts;
+    totals.surcharges_amount = day.surcharges;
+    totals.net_amount = day.net();
+    totals.grand_amount = one.store().grand_total();
+    lorimat::c::GiveBack(totals, given);
     return int{LORIMAT_OK};
   });
 }

@@ -38,14 +38,15 @@ extern "C" {
 #endif
 
 /* The number of this contract. It grows when a table that a host was compiled with would be
- * misread; entries that are added at a table's end leave it. */
+ * misread; members that are added at a struct's end leave it: what a host's struct has not, by its
+ * `size`, counts as null or zero. */
 #define LORIMAT_ABI 1
 
 /* What the functions answer. */
 typedef enum lorimat_result {
   LORIMAT_OK = 0,
   LORIMAT_NULL_ARGUMENT = 1,   /* a pointer is null that must not be */
-  LORIMAT_TABLE_TOO_SHORT = 2, /* a table's size is below what its abi has */
+  LORIMAT_TABLE_TOO_SHORT = 2, /* a table's size is below what its abi began with */
   LORIMAT_OTHER_ABI = 3,       /* a table was compiled for another contract */
   LORIMAT_NO_MEMORY = 4,
   LORIMAT_BAD_VALUE = 5,      /* an argument is none of those that are allowed */

@@ -136,7 +136,7 @@ typedef struct lorimat_register_state {
   int64_t journal_entries; /* of all days */
 } lorimat_register_state;
 
-/* Fills the struct from `printer_state` on. */
+/* Fills the struct from `printer_state` on, as far as its size says. */
 LORIMAT_C_API int lorimat_register_get_state(lorimat_register* device,
                                              lorimat_register_state* state);
 
@@ -161,7 +161,8 @@ typedef struct lorimat_register_totals {
   int64_t grand_amount; /* since the register began */
 } lorimat_register_totals;
 
-/* The day that is open; fills the struct from `receipts_number` on. */
+/* The day that is open; fills the struct from `receipts_number` on, as far as its
+ * size says. */
 LORIMAT_C_API int lorimat_register_get_totals(lorimat_register* device,
                                               lorimat_register_totals* totals);
 

@@ -2,16 +2,37 @@
 // that do what they must not.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "bindings/c/forwarding_table.h"
+#include "bindings/c/host_struct.h"
 #include "lorimatrt/lorimat.h"
 #include "rpccommon/client/rtfclientbase.h"
 #include "rpccommon/client/rtfclientbuffers.h"
 #include "unit/support/scratch_arguments.h"
 
+// A table as a later library may have it: a member more than the first contract.
+struct LaterTable {
+  size_t size;
+  uint32_t abi;
+  int64_t first;
+  int64_t added;
+};
+
+namespace lorimat::c {
+template <>
+inline constexpr size_t kFirstSize<LaterTable> = offsetof(LaterTable, added);
+}  // namespace lorimat::c
+
 namespace {
+
+using lorimat::c::FaultOf;
+using lorimat::c::GiveBack;
+using lorimat::c::kFirstSize;
+using lorimat::c::Taken;
 
 lorimat_device EmptyTable() {
   lorimat_device table = {};
@@ -83,6 +104,29 @@ TEST(CFaceClient, ALongerTableIsTakenWithoutWhatIsBehind) {
   later.table.size = sizeof later;
   Client client(later.table);
   EXPECT_EQ(client->OpenDrawer(), RTF_E_ILLEGAL);
+}
+
+TEST(CFaceClient, ALaterLibraryTakesATableOfTheFirstContract) {
+  LaterTable later = {sizeof(LaterTable), LORIMAT_ABI, 1, 2};
+  EXPECT_EQ(FaultOf(&later), LORIMAT_OK);
+  EXPECT_EQ(Taken(later).added, 2);
+  // On the heap, where the sanitizer sees a byte too many.
+  constexpr size_t kFirst = kFirstSize<LaterTable>;
+  const std::unique_ptr<unsigned char[]> bytes(new unsigned char[kFirst]);
+  later.size = kFirst;
+  std::memcpy(bytes.get(), &later, kFirst);
+  auto* first = reinterpret_cast<LaterTable*>(bytes.get());
+  ASSERT_EQ(FaultOf(first), LORIMAT_OK);
+  LaterTable own = Taken(*first);
+  EXPECT_EQ(own.first, 1);
+  EXPECT_EQ(own.added, 0);
+  own.first = 3;
+  own.added = 4;
+  GiveBack(own, first);
+  EXPECT_EQ(Taken(*first).first, 3);
+  EXPECT_EQ(Taken(*first).added, 0);
+  first->size = kFirst - 1;
+  EXPECT_EQ(FaultOf(first), LORIMAT_TABLE_TOO_SHORT);
 }
 
 TEST(CFaceClient, AnEntryThatIsNullAnswersNotSupported) {

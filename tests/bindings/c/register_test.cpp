@@ -240,6 +240,28 @@ TEST(CFaceRegister, SettingsThatCannotBeAreNamed) {
   EXPECT_EQ(lorimat_register_open(&settings, nullptr), LORIMAT_NULL_ARGUMENT);
 }
 
+TEST(CFaceRegister, OfALongerStructWhatIsBehindStays) {
+  struct {
+    lorimat_register_settings settings;
+    const void* more;
+  } settings = {Settings(), &settings};
+  settings.settings.size = sizeof settings;
+  settings.settings.last_closure = 7;
+  lorimat_register* device = nullptr;
+  ASSERT_EQ(lorimat_register_open(&settings.settings, &device), LORIMAT_OK);
+  struct {
+    lorimat_register_state state;
+    int64_t more;
+  } state = {{}, 99};
+  state.state.size = sizeof state;
+  state.state.abi = LORIMAT_ABI;
+  EXPECT_EQ(lorimat_register_get_state(device, &state.state), LORIMAT_OK);
+  EXPECT_EQ(state.state.last_closure, 7);
+  EXPECT_EQ(state.state.size, sizeof state);
+  EXPECT_EQ(state.more, 99);
+  lorimat_register_close(device);
+}
+
 TEST(CFaceRegister, AClockWithoutATimeFailsTheOperation) {
   static lorimat_time shown;
   static bool has_time;
@@ -282,6 +304,8 @@ TEST(CFaceRegister, NullIsNoRegister) {
   EXPECT_EQ(lorimat_register_get_state(device.get(), &state), LORIMAT_OTHER_ABI);
   state.abi = LORIMAT_ABI;
   EXPECT_EQ(lorimat_register_get_state(nullptr, &state), LORIMAT_NULL_ARGUMENT);
+  state.size -= 1;
+  EXPECT_EQ(lorimat_register_get_state(device.get(), &state), LORIMAT_TABLE_TOO_SHORT);
   EXPECT_EQ(lorimat_register_clear_faults(nullptr), LORIMAT_NULL_ARGUMENT);
 }
 
