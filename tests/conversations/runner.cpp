@@ -10,8 +10,10 @@
 #include <memory>
 #include <string>
 
+#if defined(CONVERSATION_C_FACE)
 #include "bindings/c/forwarding_table.h"
 #include "lorimatrt/lorimat.h"
+#endif
 #include "player.h"
 #include "runner_words.h"
 #include "script.h"
@@ -104,6 +106,7 @@ bool PrintExpanded(const std::string& path) {
   return false;
 }
 
+#if defined(CONVERSATION_C_FACE)
 // The client as the C face gives it to the library. The conversations fill more of a text than it
 // has room, as a bad client does, so there is no guard.
 std::shared_ptr<RtfClientInterface> CFace(RtfClientInterface& client) {
@@ -114,6 +117,7 @@ std::shared_ptr<RtfClientInterface> CFace(RtfClientInterface& client) {
   return {static_cast<RtfClientInterface*>(lorimat_client_interface(made)),
           [made](RtfClientInterface*) { lorimat_client_free(made); }};
 }
+#endif
 
 }  // namespace
 
@@ -125,7 +129,14 @@ int main(int count, char** arguments) {
                                                   {"--must-fail", "--expand", "--c-face"}, stage);
   if (!read) return 2;
 
-  if (read->flag == "--c-face") stage.face = CFace;
+  if (read->flag == "--c-face") {
+#if defined(CONVERSATION_C_FACE)
+    stage.face = CFace;
+#else
+    std::fprintf(stderr, "--c-face: this build has no C face (LORIMAT_BINDINGS)\n");
+    return 2;
+#endif
+  }
   bool all_well = true;
   for (const std::string& file : read->words) {
     if (read->flag == "--expand") {

@@ -15,7 +15,7 @@ foreach(variable IN ITEMS CMAKE_CXX_STANDARD CMAKE_CXX_VISIBILITY_PRESET CMAKE_P
     message(FATAL_ERROR "${variable}: ${${variable}}")
   endif()
 endforeach()
-if(TARGET unit_tests OR TARGET lorimat)
+if(TARGET unit_tests OR TARGET lorimat OR TARGET lorimat_c)
   message(FATAL_ERROR "more is built than the library")
 endif()
 add_executable(own_device own_device.cpp)
