@@ -15,6 +15,7 @@
 #include "lorimatrt/lorimat_register.h"
 #include "register/client/virtual_register.h"
 #include "register/paper/picture.h"
+#include "register/tables/tables.h"
 
 struct lorimat_register {
   explicit lorimat_register(lorimat::RegisterSettings settings) : device(std::move(settings)) {}
@@ -84,14 +85,14 @@ constexpr size_t kMostPath = 4095;
 constexpr TextSetting kTextSettings[] = {
     {&lorimat_register_settings::file, &lorimat::RegisterSettings::file, "file", kMostPath},
     {&lorimat_register_settings::serial_number, &lorimat::RegisterSettings::serial_number,
-     "serial_number", 32},
+     "serial_number", lorimat::Tables::kSerialNumberSize},
     {&lorimat_register_settings::firmware_version, &lorimat::RegisterSettings::firmware_version,
      "firmware_version", 20},
     {&lorimat_register_settings::vat_number, &lorimat::RegisterSettings::vat_number, "vat_number",
      32},
     {&lorimat_register_settings::outbox, &lorimat::RegisterSettings::outbox, "outbox", kMostPath},
 };
-constexpr size_t kMostHeaderLines = 6;
+constexpr size_t kMostHeaderLines = lorimat::Tables::kHeaderLines;
 constexpr size_t kLongestHeaderLine = 64;
 constexpr int kLastInvoice = 999'999;
 
@@ -141,14 +142,16 @@ int ReadSettings(const lorimat_register_settings& given, lorimat::RegisterSettin
   }
   if (given.header_lines != nullptr) {
     if (given.header_line_count > kMostHeaderLines) {
-      return Fail(LORIMAT_BAD_VALUE, "there are more than 6 header lines");
+      return Fail(LORIMAT_BAD_VALUE, std::string("there are more than ") +
+                                         std::to_string(kMostHeaderLines) + " header lines");
     }
     settings->header_lines.clear();
     for (size_t i = 0; i < given.header_line_count; ++i) {
       const char* line = given.header_lines[i];
       if (line == nullptr) return Fail(LORIMAT_NULL_ARGUMENT, "a header line is null");
       if (std::strlen(line) > kLongestHeaderLine) {
-        return Fail(LORIMAT_BAD_VALUE, "a header line has more than 64 bytes");
+        return Fail(LORIMAT_BAD_VALUE, std::string("a header line has more than ") +
+                                           std::to_string(kLongestHeaderLine) + " bytes");
       }
       settings->header_lines.emplace_back(line);
     }

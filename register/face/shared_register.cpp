@@ -11,6 +11,7 @@
 #include "register/client/virtual_register.h"
 #include "register/fault/faults.h"
 #include "register/paper/picture.h"
+#include "register/tables/tables.h"
 #include "register/value/register_error.h"
 #include "register/value/register_failure.h"
 
@@ -18,7 +19,6 @@ namespace lorimatrt {
 namespace {
 
 constexpr int kLastVatEntry = 99;
-constexpr int kLastDepartment = 40;
 
 // Runs some work of the register; what that throws goes on as the type that hosts know.
 template <typename Work>
@@ -95,7 +95,7 @@ RegisterSettings& RegisterSettings::SetVatRate(int entry, std::int32_t rate,
 RegisterSettings& RegisterSettings::SetDepartment(int number, const std::string& name,
                                                   int vat_entry, std::int64_t price) {
   lorimat::Department& row =
-      RowOf(&parts_->settings.departments, number, kLastDepartment, "department");
+      RowOf(&parts_->settings.departments, number, lorimat::Tables::kMaxDepartments, "department");
   row.name = name;
   row.vat = vat_entry;
   row.price = price;
