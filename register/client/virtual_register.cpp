@@ -164,6 +164,7 @@ void VirtualRegister::NoteFailure(bool doubtful) noexcept {
   } catch (...) {
     note({FailureCause::kUnknown}, EnglishPattern(FailureCause::kUnknown));
   }
+  if (core_.failure.cause == FailureCause::kNotOnDisk) core_.database.NoteTold();
 }
 
 // --- Faults on demand

@@ -39,7 +39,9 @@ Statement::~Statement() {
 }
 
 void Statement::Check(int code) const {
-  if (code != SQLITE_OK) database_->FailWith(code);
+  if (code == SQLITE_OK) return;
+  database_->NoteWait(code);
+  database_->FailWith(code);
 }
 
 // What it answered the last time has been reported.

@@ -168,10 +168,12 @@ class Database {
   // others like it: by WaitForDisk, or by the next durable one.
   void OweWaiting() noexcept { owes_ = true; }
   // Waits for the disk to have all units that this is owed to. When it fails, or something did on
-  // the way, the computer's going down may take them along: this throws, and so does the next
-  // Begin, once, for whoever did not hear of it. Nothing else is stored before the log they stand
-  // in has been taken over into the file.
+  // the way, the computer's going down may take them along: this throws, and so does each Begin
+  // until it is told, for whoever did not hear of it. Nothing else is stored before the log they
+  // stand in has been taken over into the file.
   void WaitForDisk();
+  // Somebody was told kNotOnDisk.
+  void NoteTold() noexcept;
   // Needs no memory.
   void Rollback() noexcept;
   // A unit failed, and its remains in the log could not be made unreadable: a later start may find
@@ -228,7 +230,7 @@ class Database {
   int FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
-  [[noreturn]] void TellNotOnDisk();
+  bool RenewLog() noexcept;
   int64_t Value(SqlLiteral sql);
   void PrepareUnits();
   void DropStatements() noexcept;
@@ -243,6 +245,7 @@ class Database {
   bool DropRemains() noexcept;
   void TakeOverLongLog() noexcept;
   void NoteWait(int code) noexcept;
+  int SyncLog() noexcept;
   bool CountFrames() noexcept;
   sqlite3_file* Log() const noexcept;
 
@@ -287,7 +290,8 @@ class Database {
   bool doubtful_ = false;
   bool owes_ = false;         // the unit under way, see OweWaiting
   bool owed_ = false;         // units that stand
-  bool not_on_disk_ = false;  // a wait for those failed, and Begin has not told yet
+  bool not_on_disk_ = false;  // a wait for those failed, and nobody was told yet
+  bool unsynced_ = false;     // a sync failed, and the log has not been begun anew since
   bool overtaken_ = false;    // another program has written the file
   // The log as far as it holds what stands: its generation, which its head names, and the frames.
   struct LogEnd {

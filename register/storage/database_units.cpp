@@ -160,6 +160,7 @@ bool Database::CountFrames() noexcept {
   int frames = -1;
   const int code =
       sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_PASSIVE, &frames, nullptr);
+  NoteWait(code);
   if (code != SQLITE_OK || frames < 0) return false;
   LogHead head = {};
   sqlite3_file* const log = Log();
@@ -167,6 +168,14 @@ bool Database::CountFrames() noexcept {
   CopyGeneration(head, &log_end_.generation);
   log_end_.frames = frames;
   return true;
+}
+
+int Database::SyncLog() noexcept {
+  sqlite3_file* const log = Log();
+  if (log == nullptr) return SQLITE_IOERR_FSYNC;
+  const int code = log->pMethods->xSync(log, SQLITE_SYNC_NORMAL);
+  NoteWait(code);
+  return code;
 }
 
 // Makes unreadable what stands in the log behind the last commit. False when that, or waiting for
@@ -178,7 +187,7 @@ bool Database::DropRemains() noexcept {
   sqlite3_int64 size = 0;
   if (log->pMethods->xFileSize(log, &size) != SQLITE_OK) return false;
   if (size <= kLogHeadSize) {
-    return !doubtful_ || log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) == SQLITE_OK;
+    return !doubtful_ || SyncLog() == SQLITE_OK;
   }
   LogHead head;
   if (!ReadHead(log, &head)) return false;
@@ -198,7 +207,7 @@ bool Database::DropRemains() noexcept {
     constexpr char kNoFrame[kFrameHeadSize] = {};
     if (log->pMethods->xWrite(log, kNoFrame, kFrameHeadSize, end) != SQLITE_OK) return false;
   }
-  return log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) == SQLITE_OK;
+  return SyncLog() == SQLITE_OK;
 }
 
 bool Database::Step(const StatementHandle& statement, int* code) noexcept {
@@ -238,7 +247,10 @@ void Database::Begin(bool durable) {
       Fail(FailureCause::kLogUntidy);
     }
   }
-  if (not_on_disk_) TellNotOnDisk();
+  if (unsynced_ && !RenewLog()) {
+    Fail(not_on_disk_ ? FailureCause::kNotOnDisk : FailureCause::kLogUntidy);
+  }
+  if (not_on_disk_) Fail(FailureCause::kNotOnDisk);
   SetDurable(durable);
   int code = SQLITE_OK;
   bool begun = Step(begin_, &code);
@@ -293,15 +305,15 @@ void Database::TakeOverLongLog() noexcept {
 
 // The system tells of a failed sync once, and the next one may well succeed.
 void Database::NoteWait(int code) noexcept {
-  if (owed_ && code == SQLITE_IOERR_FSYNC) not_on_disk_ = true;
+  if (!logged_ || code != SQLITE_IOERR_FSYNC) return;
+  unsynced_ = true;
+  if (owed_) not_on_disk_ = true;
 }
 
 void Database::WaitForDisk() {
   if (!owed_) return;
   if (not_on_disk_) Fail(FailureCause::kNotOnDisk);
-  sqlite3_file* const log = Log();
-  const int code =
-      log != nullptr ? log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) : SQLITE_IOERR_FSYNC;
+  const int code = SyncLog();
   if (code == SQLITE_OK) {
     owed_ = false;
     return;
@@ -310,17 +322,22 @@ void Database::WaitForDisk() {
   FailWith(code);
 }
 
+// Whoever is told while the log still stands is told again when something is stored.
+void Database::NoteTold() noexcept {
+  if (!unsynced_) not_on_disk_ = owed_ = false;
+}
+
 // What a sync did not bring to the disk no later one is known to bring there, and what would be
 // written behind it in the log would be lost with it. So the log is taken over into the file, all
-// of it, and begins anew.
-void Database::TellNotOnDisk() {
+// of it, and begins anew, also on the disk. False when that fails.
+bool Database::RenewLog() noexcept {
   LetGo();
   sqlite3_busy_timeout(handle_.get(), 0);
   const int code = sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE,
                                              nullptr, nullptr);
   sqlite3_busy_timeout(handle_.get(), kPatience);
-  if (code == SQLITE_OK) not_on_disk_ = owed_ = false;
-  Fail(FailureCause::kNotOnDisk);
+  unsynced_ = code != SQLITE_OK || SyncLog() != SQLITE_OK;
+  return !unsynced_;
 }
 
 void Database::Rollback() noexcept {

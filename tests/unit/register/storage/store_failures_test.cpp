@@ -151,6 +151,10 @@ TEST_F(DoubtTest, AFailedPaymentIsOverwrittenWhereTheLogCannotBeCut) {
   EXPECT_FALSE(device->last_failure().ends_with("next start")) << device->last_failure();
   CopyAsCut("shop.register", "cut");
   EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "1\n");
+  // Nor can it begin anew, and what would be stored in it may be lost with what the disk lacks.
+  EXPECT_EQ(Pay(), RTF_E_FAILURE);
+  EXPECT_EQ(device->failure().cause, FailureCause::kLogUntidy);
+  disk.Heal();
   ASSERT_EQ(Pay(), RTF_SUCCESS);
   CopyAsCut("shop.register", "cut");
   EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "2\n");
