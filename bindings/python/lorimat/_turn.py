@@ -2,7 +2,7 @@
 
 import os
 import threading
-from typing import Optional
+from typing import Any
 
 from .errors import LorimatError
 
@@ -12,8 +12,7 @@ class Turn:
 
     def __init__(self, what: str) -> None:
         self._what = what
-        self._lock = threading.Lock()
-        self._owner: Optional[int] = None
+        self._lock = threading.RLock()
         self._process = os.getpid()
 
     @property
@@ -25,18 +24,15 @@ class Turn:
         if not self.mine:
             raise LorimatError("the %s belongs to the process that made it, and this one was forked "
                                "off" % self._what)
-        if self._owner == threading.get_ident():
+        if self._lock._is_owned():  # type: ignore[attr-defined]
             raise LorimatError("the %s is at work: it cannot be used from inside of a callback"
                                % self._what)
 
-    def __enter__(self) -> None:
+    def taken(self) -> Any:
+        """For `with`. The lock itself, which an interrupt (Ctrl-C) finds taken for the block or not at
+        all: between methods of Python's own it could stay taken for good."""
         self.check()
-        self._lock.acquire()
-        self._owner = threading.get_ident()
-
-    def __exit__(self, *_: object) -> None:
-        self._owner = None
-        self._lock.release()
+        return self._lock
 
 
 class Unpicklable:

@@ -141,7 +141,7 @@ class VirtualRegister(Unpicklable):
             self._clock = _libraries.Clock(self._ask(clock))
             settings.clock = self._clock
         self._face = _libraries.register_face()
-        with self._turn:
+        with self._turn.taken():
             result = self._face.lorimat_register_open(ctypes.byref(settings),
                                                       ctypes.byref(self._handle))
             self._check(result)
@@ -213,7 +213,7 @@ class VirtualRegister(Unpicklable):
                   for name, value in zip(Totals._fields, values)]
         rows = (_libraries.TenderTotal * 64)()
         count = ctypes.c_size_t()
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             self._check(self._face.lorimat_register_get_tenders(
                 self._handle, rows, len(rows), ctypes.byref(count)))
@@ -239,14 +239,14 @@ class VirtualRegister(Unpicklable):
             raise TypeError("name has to be a str, not None")
         where = _text(operation, "operation")
         number, times = _int(code, "code"), _int(count, "count")
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             self._check(self._face.lorimat_register_add_fault(self._handle, kind, number, where,
                                                               _WHEN[when], times))
 
     def clear_faults(self) -> None:
         """Takes all of them away."""
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             self._check(self._face.lorimat_register_clear_faults(self._handle))
 
@@ -256,7 +256,7 @@ class VirtualRegister(Unpicklable):
         """Switches it off. A second time is nothing; a Translator that has it is closed first."""
         if not self._turn.mine:
             return  # its file is open in the process that made it
-        with self._turn:
+        with self._turn.taken():
             if self._translator is not None:
                 raise LorimatError("the register is in use: close its Translator first")
             if self._handle:
@@ -298,7 +298,7 @@ class VirtualRegister(Unpicklable):
         raise LorimatError(decoded(self._face.lorimat_register_error())) from self.take_error()
 
     def _bytes(self, make: Callable) -> bytes:
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             made = _libraries.Bytes()
             self._check(make(self._handle, ctypes.byref(made)))
@@ -310,7 +310,7 @@ class VirtualRegister(Unpicklable):
     def _struct(self, struct: Any, fill: Callable) -> Any:
         struct.size = ctypes.sizeof(struct)
         struct.abi = _libraries.ABI
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             self._check(fill(self._handle, ctypes.byref(struct)))
         return struct

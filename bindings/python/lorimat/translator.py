@@ -78,7 +78,7 @@ class Translator(Unpicklable):
         path = self._definition(definition)
         self.device = device
         if isinstance(device, VirtualRegister):
-            with device._turn:
+            with device._turn.taken():
                 if device._translator is not None:
                     raise LorimatError("the register is in use by another Translator")
                 device._check_open()
@@ -92,7 +92,7 @@ class Translator(Unpicklable):
                             type(device).__name__)
         try:
             self._library = _libraries.TranslatorLibrary(isolated, quiet)
-            with self._turn:
+            with self._turn.taken():
                 self._start(path)
         except BaseException:
             self._end()
@@ -148,7 +148,7 @@ class Translator(Unpicklable):
     def _device_turn(self) -> Any:
         """A register is looked at by others too; a Client is used by its translator alone."""
         if isinstance(self.device, VirtualRegister):
-            return self.device._turn
+            return self.device._turn.taken()
         return _NoTurn()
 
     def __call__(self, line: Union[str, bytes]) -> Answer:
@@ -160,7 +160,7 @@ class Translator(Unpicklable):
         self._turn.check()
         command = ctypes.create_string_buffer(encoded(line, "the line", self._encoding))
         result = ctypes.create_string_buffer(_ANSWER_ROOM)
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             with self._device_turn():
                 code = self._library.calls.EcrCmd(command, result)
@@ -184,7 +184,7 @@ class Translator(Unpicklable):
     @property
     def version(self) -> str:
         """The version of the library."""
-        with self._turn:
+        with self._turn.taken():
             self._check_open()
             number = self._library.calls.GetEcrConfVal(0)
         return "%d.%d.%d" % (number // 1000000, number // 1000 % 1000, number % 1000)
@@ -193,7 +193,7 @@ class Translator(Unpicklable):
         """Lets the device go and unloads the library's copy. A second time is nothing."""
         if not self._turn.mine:
             return  # the parent's
-        with self._turn:
+        with self._turn.taken():
             if self._library is not None:
                 with self._device_turn():
                     self._library.calls.TradClose()
