@@ -14,22 +14,25 @@ namespace lorimat::c {
 // What is added goes behind that, and no host of before has it. Never changes while LORIMAT_ABI
 // stays.
 template <typename Struct>
-inline constexpr size_t kFirstSize = 0;
+constexpr size_t FirstSize() {
+  return 0;
+}
 template <>
-inline constexpr size_t kFirstSize<lorimat_device> = offsetof(lorimat_device,
-                                                              set_wait_result_code) +
-                                                     sizeof(lorimat_device::set_wait_result_code);
-static_assert(sizeof(void*) != 8 || kFirstSize<lorimat_device> == 1216);
+constexpr size_t FirstSize<lorimat_device>() {
+  return offsetof(lorimat_device, set_wait_result_code) +
+         sizeof(lorimat_device::set_wait_result_code);
+}
+static_assert(sizeof(void*) != 8 || FirstSize<lorimat_device>() == 1216);
 
 // LORIMAT_OK for a struct that is whole. The two members at the front are there in every contract;
 // what is behind them only in this one.
 template <typename Struct>
 lorimat_result FaultOf(const Struct* given) noexcept {
-  static_assert(kFirstSize<Struct> > 0 && kFirstSize<Struct> <= sizeof(Struct));
+  static_assert(FirstSize<Struct>() > 0 && FirstSize<Struct>() <= sizeof(Struct));
   if (given == nullptr) return LORIMAT_NULL_ARGUMENT;
   if (given->size < offsetof(Struct, abi) + sizeof given->abi) return LORIMAT_TABLE_TOO_SHORT;
   if (given->abi != LORIMAT_ABI) return LORIMAT_OTHER_ABI;
-  return given->size < kFirstSize<Struct> ? LORIMAT_TABLE_TOO_SHORT : LORIMAT_OK;
+  return given->size < FirstSize<Struct>() ? LORIMAT_TABLE_TOO_SHORT : LORIMAT_OK;
 }
 
 // A whole struct as this library knows it: what the host has not is zero, what only the host has is

@@ -25,18 +25,23 @@ struct lorimat_register {
 // The structs of the first contract.
 namespace lorimat::c {
 template <>
-inline constexpr size_t kFirstSize<lorimat_register_settings> =
-    offsetof(lorimat_register_settings, user_data) + sizeof(lorimat_register_settings::user_data);
+constexpr size_t FirstSize<lorimat_register_settings>() {
+  return offsetof(lorimat_register_settings, user_data) +
+         sizeof(lorimat_register_settings::user_data);
+}
 template <>
-inline constexpr size_t kFirstSize<lorimat_register_state> =
-    offsetof(lorimat_register_state, journal_entries) +
-    sizeof(lorimat_register_state::journal_entries);
+constexpr size_t FirstSize<lorimat_register_state>() {
+  return offsetof(lorimat_register_state, journal_entries) +
+         sizeof(lorimat_register_state::journal_entries);
+}
 template <>
-inline constexpr size_t kFirstSize<lorimat_register_totals> =
-    offsetof(lorimat_register_totals, grand_amount) + sizeof(lorimat_register_totals::grand_amount);
-static_assert(sizeof(void*) != 8 || (kFirstSize<lorimat_register_settings> == 96 &&
-                                     kFirstSize<lorimat_register_state> == 64 &&
-                                     kFirstSize<lorimat_register_totals> == 112));
+constexpr size_t FirstSize<lorimat_register_totals>() {
+  return offsetof(lorimat_register_totals, grand_amount) +
+         sizeof(lorimat_register_totals::grand_amount);
+}
+static_assert(sizeof(void*) != 8 || (FirstSize<lorimat_register_settings>() == 96 &&
+                                     FirstSize<lorimat_register_state>() == 64 &&
+                                     FirstSize<lorimat_register_totals>() == 112));
 }  // namespace lorimat::c
 
 namespace {

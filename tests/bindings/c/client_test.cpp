@@ -24,14 +24,16 @@ struct LaterTable {
 
 namespace lorimat::c {
 template <>
-inline constexpr size_t kFirstSize<LaterTable> = offsetof(LaterTable, added);
+constexpr size_t FirstSize<LaterTable>() {
+  return offsetof(LaterTable, added);
+}
 }  // namespace lorimat::c
 
 namespace {
 
 using lorimat::c::FaultOf;
+using lorimat::c::FirstSize;
 using lorimat::c::GiveBack;
-using lorimat::c::kFirstSize;
 using lorimat::c::Taken;
 
 lorimat_device EmptyTable() {
@@ -111,7 +113,7 @@ TEST(CFaceClient, ALaterLibraryTakesATableOfTheFirstContract) {
   EXPECT_EQ(FaultOf(&later), LORIMAT_OK);
   EXPECT_EQ(Taken(later).added, 2);
   // On the heap, where the sanitizer sees a byte too many.
-  constexpr size_t kFirst = kFirstSize<LaterTable>;
+  constexpr size_t kFirst = FirstSize<LaterTable>();
   const std::unique_ptr<unsigned char[]> bytes(new unsigned char[kFirst]);
   later.size = kFirst;
   std::memcpy(bytes.get(), &later, kFirst);
