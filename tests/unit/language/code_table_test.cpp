@@ -76,8 +76,8 @@ TEST(CodeTable, AResultLeadsToWhatOnePassOrTwoMakeOfIt) {
   EXPECT_FALSE(language::ComesFrom(512, 0));
   // Wider than any code, with the same lower bits.
   if (sizeof(long) > sizeof(int)) {
-    EXPECT_FALSE(language::ComesFrom(
-        619 + 2 * (static_cast<long>(std::numeric_limits<int>::max()) + 1), 107));
+    const long long wide = 619 + 2 * (static_cast<long long>(std::numeric_limits<int>::max()) + 1);
+    EXPECT_FALSE(language::ComesFrom(static_cast<long>(wide), 107));
   }
 }
 
