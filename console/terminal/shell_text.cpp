@@ -24,7 +24,9 @@ size_t ColumnsOf(std::string_view text) {
 
 std::string CutTo(std::string_view text, size_t columns) {
   if (columns == 0 || ColumnsOf(text) <= columns) return std::string(text);
-  const size_t kept = columns > 3 ? columns - 3 : 0;
+  constexpr size_t kDots = 3;
+  if (columns <= kDots) return std::string(columns, '.');
+  const size_t kept = columns - kDots;
   size_t end = 0;
   for (size_t i = 0; i < kept; ++i) end += CharacterSize(text, end);
   return std::string(text.substr(0, end)) + "...";

@@ -21,7 +21,13 @@ TEST(ShellText, ATextIsCutBetweenCharacters) {
   EXPECT_EQ("abcdef", CutTo("abcdef", 6));
   EXPECT_EQ("ab...", CutTo("abcdef", 5));
   EXPECT_EQ("\xC3\xA8\xC3\xA8...", CutTo("\xC3\xA8\xC3\xA8\xC3\xA8\xC3\xA8\xC3\xA8\xC3\xA8", 5));
-  EXPECT_EQ("...", CutTo("abcdef", 2));
+  EXPECT_EQ("..", CutTo("abcdef", 2));
+}
+
+TEST(ShellText, ACutTextIsNeverWiderThanItsRoom) {
+  for (const size_t columns : {1, 2, 3, 4, 5}) {
+    EXPECT_EQ(ColumnsOf(CutTo("parola", columns)), columns);
+  }
 }
 
 TEST(ShellText, ATextIsWrappedBetweenWords) {
