@@ -4,6 +4,7 @@
 
 #include "console/command/shop_options.h"
 #include "console/message/register_text.h"
+#include "register/value/nature.h"
 #include "register/value/row_encoding.h"
 
 namespace lorimat::console {
@@ -17,7 +18,12 @@ Json SettingsJson(const RegisterProfile& profile) {
   const lorimat::RegisterSettings& settings = profile.tables.settings();
   const lorimat::DeviceSetup& setup = profile.state.setup;
   Json rates = Json::array();
-  for (const lorimat::VatRate& rate : settings.vat_rates) rates.push_back(VatOptionText(rate.rate));
+  for (const lorimat::VatRate& rate : settings.vat_rates) {
+    const lorimat::Nature& nature = lorimat::NatureOf(rate.mark);
+    // What loses its rate is exempt.
+    const bool plain = rate.rate != 0 || &nature == &lorimat::kExempt;
+    rates.push_back(plain ? VatOptionText(rate.rate) : std::string(nature.code));
+  }
   Json departments = Json::array();
   int number = 0;
   for (const lorimat::Department& row : settings.departments) {
@@ -108,6 +114,7 @@ Json TablesJson(const Tables& tables) {
   int number = 0;
   for (const lorimat::VatRate& row : settings.vat_rates) {
     rates.push_back({{"entry", ++number}, {"rate", VatOptionText(row.rate)}, {"mark", row.mark}});
+    if (row.rate == 0) rates.back()["nature"] = lorimat::NatureOf(row.mark).code;
   }
   Json departments = Json::array();
   number = 0;

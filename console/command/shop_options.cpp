@@ -16,6 +16,7 @@
 #include "console/message/refusal_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "register/value/nature.h"
 
 namespace lorimat::console {
 namespace {
@@ -41,8 +42,8 @@ constexpr ValueRule kRules[] = {
     {ShopValue::kVatRates, "--vat",
      TR_TEXT(
          "A rate is an entry of the table and a percentage from 0 to 99.99 with two decimals at "
-         "most, such as 1=22 or 3=5.5; several stand between blanks, as \"22 10 5,5\", from "
-         "entry 1 on")},
+         "most, such as 1=22 or 3=5.5, or the nature of sales without tax, N1 to N6, such as 5=N4; "
+         "several stand between blanks, as \"22 10 5,5 N4\", from entry 1 on")},
     {ShopValue::kDepartments, "--departments",
      TR_TEXT("A department is its number from 1 to 40, a name of up to 32 characters, and if need "
              "be its VAT "
@@ -122,7 +123,8 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
       if (!rate.empty() && rate.back() == '%') rate.pop_back();
       const std::optional<int> named =
           sign == piece.npos ? std::optional(entry + 1) : ReadNumber(piece.substr(0, sign));
-      const std::optional<int> hundredths = ReadHundredths(rate);
+      const bool nature = lorimat::FindNature(rate) != nullptr;
+      const std::optional<int> hundredths = nature ? 0 : ReadHundredths(rate);
       if (!named || *named < 1 || !hundredths || *hundredths > 9999) {
         Refuse(ShopValue::kVatRates, piece, Tr("That is no rate."));
       }
@@ -141,7 +143,11 @@ void ReadVat(const std::vector<std::string>& texts, ShopValues* values) {
       if (!values->vat.emplace(entry, piece).second) {
         Refuse(ShopValue::kVatRates, piece, Tr("Entry {} is given twice.", entry));
       }
-      values->setup.vat_rates[entry] = *hundredths * kHundredth;
+      if (nature) {
+        values->setup.vat_natures[entry] = rate;
+      } else {
+        values->setup.vat_rates[entry] = *hundredths * kHundredth;
+      }
     }
   }
 }
@@ -257,8 +263,8 @@ void AddShopOptions(CLI::App* command, ShopOptions* options) {
           Tr("A line of the header, up to 42 characters; once for each of up to 6 lines"))
       ->type_name("TEXT");
   several("--vat", &options->vat,
-          Tr("Rate of an entry of the VAT table, such as 1=22 or 3=5,50; or the rates from entry 1 "
-             "on, such as \"22 10 5 4 0\""))
+          Tr("Rate of an entry of the VAT table, such as 1=22 or 3=5,50, or the nature of sales "
+             "without tax, such as 5=N4; or those from entry 1 on, such as \"22 10 5 4 N4\""))
       ->type_name("ENTRY=RATE");
   several("--departments", &options->departments,
           Tr("Name of a department, its VAT entry and its price, such as 1=PANE:4 or "

@@ -63,8 +63,10 @@ class LORIMAT_REGISTER_API RegisterSettings {
   // The shop's VAT number, for the telematic summary.
   RegisterSettings& SetVatNumber(const std::string& number);
   // A rate of the table of VAT, in ten-thousandths of a percent (220000 is 22 %); entries count
-  // from 1, and the highest that is set is the last. A mark stands on the paper in the rate's place
-  // ("ES*"). Throws std::invalid_argument for an entry below 1 or above 99.
+  // from 1, and the highest that is set is the last. A mark stands on the paper in the rate's
+  // place; of an entry without a rate it is the nature of its sales, N1 to N6: "EE*" excluded,
+  // "NS*" not subject, "NI*" not taxable, "ES*" exempt, "RM*" margin scheme, "AL*" no VAT
+  // operation. Throws std::invalid_argument for an entry below 1 or above 99.
   RegisterSettings& SetVatRate(int entry, std::int32_t rate, const std::string& mark = {});
   // A department, 1 to 40, with its VAT entry and the price of a piece in ten-thousandths of the
   // currency, 0 for none; the highest that is set is the last. Throws std::invalid_argument for

@@ -3,7 +3,10 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <set>
 #include <system_error>
+
+#include "register/value/nature.h"
 
 namespace lorimat {
 namespace {
@@ -191,6 +194,19 @@ void Layout::Paid(DocumentKind kind, Amount change, Amount collected) {
   if (change > 0) core_.paper.Pair("Resto", FormatAmount(change));
   const bool goes_out = kind == DocumentKind::kRefund || kind == DocumentKind::kCancel;
   core_.paper.Pair(goes_out ? "Importo rimborsato" : "Importo pagato", FormatAmount(collected));
+}
+
+void Layout::Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates) {
+  std::set<std::string> told;
+  for (const auto& [vat, gross] : by_vat) {
+    const VatRate* rate = VatEntry(rates, vat);
+    if (rate == nullptr || rate->rate != 0) continue;
+    const std::string mark = VatName(rates, vat);
+    const Nature& nature = NatureOf(rate->mark);
+    if (told.insert(mark).second) {
+      core_.paper.Text(fmt::format("{} = {} {}", mark, nature.code, nature.legend));
+    }
+  }
 }
 
 void Layout::Settled(const OpenDocument& document) {

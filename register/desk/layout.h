@@ -43,6 +43,8 @@ class Layout {
   void Tender(std::string_view name, Amount amount);
   // What follows the last tender: change, and what was collected, or went back.
   void Paid(DocumentKind kind, Amount change, Amount collected);
+  // What the marks of sales without tax mean, for those of a document.
+  void Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates);
   // What follows that: customer's codes, courtesy text.
   void Settled(const OpenDocument& document);
   // Date, number, point of sale, serial number and the shop's own lines.

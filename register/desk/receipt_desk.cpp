@@ -343,6 +343,7 @@ void ReceiptDesk::Settle() {
   const PaidParts parts = CheckedParts(stored);
   Store(std::move(stored));
   layout_.Paid(kind, change, parts.collected);
+  layout_.Natures(receipt.by_vat(), core_.tables.settings().vat_rates);
   layout_.Settled(core_.document);
   core_.state = PrinterState::kEnding;
   if (core_.options.auto_cut && !core_.options.hold_settled) FinishDocument();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "register/core/core.h"
 #include "register/desk/layout.h"
@@ -107,7 +108,8 @@ class ReceiptDesk {
   int FindWholeSale(const Reference& reference, StoredDocument* sale) const;
   int CheckPaidBack() const;
   void MakeWhole(DocumentKind kind, const StoredDocument& sale);
-  void PrintGoneBack(const StoredDocument& sale);
+  std::vector<VatRate> RatesOf(const StoredDocument& sale) const;
+  void PrintGoneBack(const StoredDocument& sale, const std::vector<VatRate>& rates);
   int BeginCash(CashMove move, bool print_header);
   int TotalCash(Amount payment, std::string_view tender, bool automatic);
   void Buffer();

@@ -229,11 +229,14 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
   return RTF_SUCCESS;
 }
 
-// The lines of a sale that goes back as a whole, with the rates of its day.
-void ReceiptDesk::PrintGoneBack(const StoredDocument& sale) {
+// The rates of the day of a sale.
+std::vector<VatRate> ReceiptDesk::RatesOf(const StoredDocument& sale) const {
   const std::vector<Closure> closed = core_.store.FindClosures(sale.closure, sale.closure);
-  const std::vector<VatRate>& rates =
-      closed.empty() ? core_.tables.settings().vat_rates : closed.front().vat_rates;
+  return closed.empty() ? core_.tables.settings().vat_rates : closed.front().vat_rates;
+}
+
+// The lines of a sale that goes back as a whole.
+void ReceiptDesk::PrintGoneBack(const StoredDocument& sale, const std::vector<VatRate>& rates) {
   // What adjustments of several entries did to each is what its lines leave of its sum.
   std::map<int, Amount> rest = sale.by_vat;
   for (const DocumentLine& line : sale.lines) {
@@ -264,7 +267,8 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   stored.lottery_sent = false;
   Amount vat_total = 0;
   for (const auto& [vat, figures] : sale.figures) vat_total += figures[TaxedFigure::kGross].tax;
-  PrintGoneBack(sale);
+  const std::vector<VatRate> rates = RatesOf(sale);
+  PrintGoneBack(sale, rates);
   layout_.Total(sale.total, vat_total);
   for (const DocumentPayment& payment : stored.payments) {
     const Tender* tender = core_.tables.FindTender(payment.tender);
@@ -272,6 +276,7 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
     layout_.Tender(tender->name, payment.amount);
   }
   layout_.Paid(kind, 0, CheckedParts(stored).collected);
+  layout_.Natures(sale.by_vat, rates);
   core_.document.time = now;
   Store(std::move(stored));
   FinishDocument();

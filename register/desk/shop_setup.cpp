@@ -10,6 +10,7 @@
 
 #include "register/core/core.h"
 #include "register/desk/setup_desk.h"
+#include "register/value/nature.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -137,14 +138,28 @@ class ShopDesk {
   }
 
   int SetRates(int* number) {
-    if (setup_.vat_rates.empty()) return RTF_SUCCESS;
+    if (setup_.vat_rates.empty() && setup_.vat_natures.empty()) return RTF_SUCCESS;
     if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
     for (const auto& [entry, rate] : setup_.vat_rates) {
       *number = entry;
       if (const int code = core_.tables.NoteVatRate(entry, std::to_string(rate))) return code;
     }
     *number = 0;
-    return core_.tables.CommitVat(core_.store.day_open());
+    const bool day_open = core_.store.day_open();
+    if (!setup_.vat_rates.empty()) {
+      if (const int code = core_.tables.CommitVat(day_open)) return code;
+    }
+    for (const auto& [entry, nature] : setup_.vat_natures) {
+      *number = entry;
+      const Nature* const found = FindNature(nature);
+      if (found == nullptr) {
+        return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kUnknownName, Subject::kVatRate, {},
+                           nature);
+      }
+      if (const int code = core_.tables.SetVatNature(entry, *found, day_open)) return code;
+    }
+    *number = 0;
+    return RTF_SUCCESS;
   }
 
   int SetDepartments(int* number) {

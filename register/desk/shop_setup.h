@@ -27,6 +27,8 @@ struct ShopSetup {
   std::optional<std::string> vat_number = {};
   std::optional<std::vector<std::string>> header_lines = {};  // the whole header
   std::map<int, int32_t> vat_rates = {};  // by entry, in ten-thousandths of a percent
+  // Of entries without tax, "N1" to "N6": what nature their sales are of.
+  std::map<int, std::string> vat_natures = {};
   std::map<int, DepartmentChange> departments = {};
   std::optional<std::string> outbox = {};  // the folder of what is sent; empty for none
   std::optional<bool> training = {};

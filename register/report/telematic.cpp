@@ -8,6 +8,7 @@
 
 #include "register/report/report_file.h"
 #include "register/report/report_sections.h"
+#include "register/value/nature.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -85,23 +86,6 @@ Amount Net(const Totals& totals, unsigned kinds, int vat, TaxedFigure figure) {
   return size;
 }
 
-// The nature that the national code list gives to sales without tax, by the entry's mark.
-struct NatureRow {
-  std::string_view mark;
-  const char* code;
-};
-
-constexpr NatureRow kNatures[] = {
-    {"EE", "N1"}, {"NS", "N2"}, {"NI", "N3"}, {"ES", "N4"}, {"RM", "N5"},
-};
-
-std::string NatureOf(std::string_view mark) {
-  for (const NatureRow& row : kNatures) {
-    if (mark.starts_with(row.mark)) return row.code;
-  }
-  return "N4";
-}
-
 void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
   const Totals& totals = closure.totals;
   const VatRate rate = vat >= 1 && static_cast<size_t>(vat) <= closure.vat_rates.size()
@@ -114,7 +98,7 @@ void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
     Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, TaxedFigure::kGross).tax), xml);
     *xml += "      </IVA>\n";
   } else {
-    Element("      ", "Natura", NatureOf(rate.mark), xml);
+    Element("      ", "Natura", NatureOf(rate.mark).code, xml);
   }
   for (const VatElement& element : kVatElements) {
     Element("      ", element.name, Decimal(Net(totals, element.kinds, vat, element.figure)), xml);

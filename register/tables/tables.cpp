@@ -111,7 +111,7 @@ const Department* Tables::FindDepartment(int number) const {
   return At(settings_.departments, number);
 }
 
-const VatRate* Tables::FindVat(int number) const { return At(settings_.vat_rates, number); }
+const VatRate* Tables::FindVat(int number) const { return VatEntry(settings_.vat_rates, number); }
 
 const Article* Tables::FindArticle(std::string_view code) const {
   const auto found = article_places_.find(code);
@@ -147,8 +147,10 @@ const std::string* Tables::FindLogo(int number) const {
   return found != logos_.end() ? &found->second : nullptr;
 }
 
+const VatRate* VatEntry(const std::vector<VatRate>& rates, int vat) { return At(rates, vat); }
+
 std::string VatName(const std::vector<VatRate>& rates, int vat) {
-  const VatRate* rate = At(rates, vat);
+  const VatRate* rate = VatEntry(rates, vat);
   if (rate == nullptr) return std::to_string(vat);
   return rate->mark.empty() ? FormatRate(rate->rate) : rate->mark;
 }

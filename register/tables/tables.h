@@ -17,6 +17,7 @@
 
 #include "managermachine/managerparams.h"
 #include "register/tables/tenders.h"
+#include "register/value/nature.h"
 #include "register/value/settings.h"
 
 namespace lorimat {
@@ -104,6 +105,9 @@ class Tables {
   // into force. With a day open no rate can change, and what was noted is forgotten.
   int NoteVatRate(int entry, std::string_view rate);
   int CommitVat(bool day_open);
+  // Makes an entry one of sales without tax, of this nature; on an open day none becomes one, and
+  // none gets another.
+  int SetVatNature(int entry, const Nature& nature, bool day_open);
   // Adds an article, or replaces the one of the same code.
   int SetArticle(Article article);
   void EraseArticles();
@@ -170,6 +174,8 @@ class Tables {
   std::vector<Change> changes_;
 };
 
+// Null for an entry that is not in the table.
+const VatRate* VatEntry(const std::vector<VatRate>& rates, int vat);
 // "22%", or the mark of an entry without tax; the number of an entry that is not in the table.
 std::string VatName(const std::vector<VatRate>& rates, int vat);
 

@@ -9,15 +9,13 @@
 
 #include "register/tables/tables.h"
 #include "register/value/device_text.h"
+#include "register/value/nature.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
 namespace lorimat {
 namespace {
-
-// Shown in place of the rate for entries without tax; an entry that loses its rate gets it.
-constexpr char kExempt[] = "ES*";
 
 bool IsPrice(Amount amount) { return amount >= 0 && amount <= Tables::kMaxPresetPrice; }
 
@@ -233,8 +231,21 @@ int Tables::CommitVat(bool day_open) {
     VatRate& row = settings_.vat_rates[static_cast<size_t>(entry) - 1];
     row.rate = rate;
     if (rate != 0) row.mark.clear();
-    if (rate == 0 && row.mark.empty()) row.mark = kExempt;
+    if (rate == 0 && row.mark.empty()) row.mark = kExempt.mark;
   }
+  return RTF_SUCCESS;
+}
+
+int Tables::SetVatNature(int entry, const Nature& nature, bool day_open) {
+  const VatRate* const before = FindVat(entry);
+  if (before == nullptr) return NoVatEntry(*this, entry);
+  if (before->rate == 0 && before->mark == nature.mark) return RTF_SUCCESS;
+  if (day_open) return Refuse(RTF_EFPTR_DAY_END_REQUIRED, RefusalCause::kDayOpen);
+  VatRate& row = settings_.vat_rates[static_cast<size_t>(entry) - 1];
+  Note(Part::kVat, 0, [old = settings_.vat_rates](Tables& tables) mutable {
+    tables.settings_.vat_rates.swap(old);
+  });
+  row = {0, std::string(nature.mark)};
   return RTF_SUCCESS;
 }
 

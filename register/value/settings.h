@@ -14,7 +14,8 @@ namespace lorimat {
 
 struct VatRate {
   int32_t rate = 0;  // ten-thousandths of a percent
-  // Shown on the lines in place of the rate, for sales without tax ("ES*").
+  // Shown on the lines in place of the rate, for sales without tax: of their nature
+  // (register/value/nature.h).
   std::string mark = {};
 };
 

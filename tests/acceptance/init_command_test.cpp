@@ -142,7 +142,8 @@ TEST_F(InitCommand, RefusesWithTheValueTheRuleAndAnExample) {
   const std::string serial =
       "A serial number has 11 to 32 capital letters and digits, such as 99LRM0000001VR\n";
   const std::string vat = "such as 01234567897\n";
-  const std::string rate = "such as 1=22 or 3=5.5; ";
+  const std::string rate =
+      "such as 1=22 or 3=5.5, or the nature of sales without tax, N1 to N6, such as 5=N4; ";
   const std::string department = "such as 1=PANE, 1=PANE:4 or 1=PANE:4:2,50; ";
   const std::vector<Case> cases = {
       {{"--serial", "99LRM1"}, "--serial 99LRM1", "6 characters, and it takes 11 to 32", serial},

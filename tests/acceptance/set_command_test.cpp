@@ -32,6 +32,21 @@ const char* const kReceipt = "VEND REP=1, PRE=1.00\nCHIU\n";
 
 }  // namespace
 
+TEST_F(SetCommand, ANatureIsGivenInThePlaceOfARate) {
+  ASSERT_EQ(Set({"--vat", "1=22 10 N2", "--vat", "5=N6"}).exit_code, 0);
+  const ProgramRun run = shop_.Sell("VEND REP=3, PRE=2.50\nVEND REP=5, PRE=1.00\nCHIU\n");
+  EXPECT_THAT(run.output,
+              AllOf(HasSubstr("REPARTO 3                  NS*        2,50\n"),
+                    HasSubstr("REPARTO 5                  AL*        1,00\n"),
+                    HasSubstr("\nNS* = N2 non soggetto\nAL* = N6 operazione non IVA\n")));
+  const ProgramRun day = Set({"--vat", "5=N4"});
+  EXPECT_EQ(day.exit_code, 2);
+  EXPECT_THAT(day.errors, HasSubstr("nothing was set: --vat 5=N4: "));
+  const ProgramRun none = Set({"--vat", "5=N7"});
+  EXPECT_EQ(none.exit_code, 2);
+  EXPECT_THAT(none.errors, HasSubstr("--vat 5=N7: That is no rate."));
+}
+
 TEST_F(SetCommand, ChangesWhatIsNamedAndNothingElse) {
   const ProgramRun run =
       Set({"--serial", "99LRM0000042VR", "--vat-number", "12345678903", "--header", "BAR SPORT",

@@ -135,7 +135,8 @@ TEST(StatusJson, TellsTablesAndSetUp) {
   EXPECT_THAT(run.output, Not(HasSubstr("segreto")));
   const json status = json::parse(run.output);
   const json& tables = status["tables"];
-  EXPECT_EQ(tables["vat"][4], json::parse(R"({"entry": 5, "rate": "0", "mark": "ES*"})"));
+  EXPECT_EQ(tables["vat"][4],
+            json::parse(R"({"entry": 5, "rate": "0", "mark": "ES*", "nature": "N4"})"));
   EXPECT_EQ(tables["departments"].size(), 40u);
   EXPECT_EQ(tables["groups"].size(), 10u);
   EXPECT_EQ(tables["groups"][1]["description"], "ORTO");

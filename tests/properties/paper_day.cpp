@@ -158,7 +158,7 @@ PaperMoves Scene() {
     case 7:
       Push(&moves, PaperStep::kClose);
       for (int left = 1 + Below(2); left > 0; --left) {
-        Push(&moves, PaperStep::kRates, Below(4), Below(3));
+        Push(&moves, PaperStep::kRates, Below(5), Below(3));
       }
       break;
     case 8:
@@ -249,7 +249,22 @@ int PaperShop::Refer(const PaperMove& move) {
   return device_->BeginDocTelematicRefund(number, closure, "", "");
 }
 
+// The last entry has natures.
+int PaperShop::ChangeNature(int nature) {
+  static constexpr const char* kCodes[] = {"N4", "N2", "N6"};
+  ShopSetup setup;
+  setup.vat_natures[5] = kCodes[nature];
+  ShopRefusal refused;
+  const int code = device_->SetUp(setup, &refused);
+  if (code == RTF_SUCCESS) {
+    rates_changed_ = true;
+    ++rate_changes_;
+  }
+  return code;
+}
+
 int PaperShop::ChangeRate(int entry, int rate) {
+  if (entry == 4) return ChangeNature(rate);
   const int noted = device_->SetVatValue(entry + 1, kRates[entry][rate]);
   const int code = noted == RTF_SUCCESS ? device_->SetVatTable() : noted;
   if (code == RTF_SUCCESS) {

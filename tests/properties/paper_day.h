@@ -80,6 +80,7 @@ class PaperShop {
   int Line(const PaperMove& move);
   int Refer(const PaperMove& move);
   int ChangeRate(int entry, int rate);
+  int ChangeNature(int nature);
   void Close();
 
   std::string file_;

@@ -218,6 +218,10 @@ void Count(const ReadPaper& paper, Seen* seen) {
   seen->Add(kNames[static_cast<int>(paper.kind)]);
   seen->Add("lines with a quantity", paper.quantities);
   seen->Add("subtotals", paper.subtotals);
+  seen->Add("natures", paper.natures);
+  for (const auto& [mark, gross] : paper.by_mark) {
+    if (mark == "NS*" || mark == "AL*") seen->Add("natures other than exempt");
+  }
   seen->Add("adjustments", paper.adjustments);
   seen->Add("adjustments of several rates", paper.shared_adjustments);
   if (paper.by_mark.size() > 2) seen->Add("documents of three rates and more");
@@ -300,6 +304,8 @@ TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
                      {"closings with documents", 1000},
                      {"lines with a quantity", 500},
                      {"subtotals", 200},
+                     {"natures", 300},
+                     {"natures other than exempt", 10},
                      {"adjustments", 500},
                      {"adjustments of several rates", 50},
                      {"documents of three rates and more", 500},

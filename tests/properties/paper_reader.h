@@ -44,6 +44,7 @@ struct ReadPaper {
   int shared_adjustments = 0;  // that fall on several rates
   int subtotals = 0;
   int quantities = 0;
+  int natures = 0;  // that its legend tells
   // --- Of a closing
   std::map<std::string, std::string> rows;  // what stands at the right, by what stands at the left
   std::vector<NamedAmount> tenders;

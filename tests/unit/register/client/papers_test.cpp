@@ -115,6 +115,7 @@ TEST_F(Papers, RefundDepositAndVoucherLines) {
             "\n"
             "Pagamento contante                   35,00\n"
             "Importo pagato                       35,00\n"
+            "ES* = N4 esente\n"
             "\n"
             "             15/01/2024 10:30\n"
             "          DOCUMENTO N. 0001-0001\n"

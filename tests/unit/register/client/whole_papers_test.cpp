@@ -36,7 +36,8 @@ TEST_F(WholePapers, WhatIsLetGoOnThePaymentIsNotPaid) {
             "Sconto a pagare                       0,01\n"
             "Pagamento contante                  250,00\n"
             "Resto                                20,00\n"
-            "Importo pagato                      230,00\n");
+            "Importo pagato                      230,00\n"
+            "ES* = N4 esente\n");
 }
 
 TEST_F(WholePapers, PaymentsThatDoNotComeToTheTotalAreNone) {
@@ -133,7 +134,8 @@ TEST_F(WholePapers, AnInvoiceShowsBaseAndTaxOfEachRate) {
             "ES*                    7,00           0,00\n"
             "\n"
             "Pagamento elettronico               134,50\n"
-            "Importo pagato                      134,50\n");
+            "Importo pagato                      134,50\n"
+            "ES* = N4 esente\n");
 }
 
 // The sale: 2 of 3 LATTE stand, 2,40; 10,00 less 6,00 of RESO; 1,00 off the subtotal over 4,00 and
