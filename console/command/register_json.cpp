@@ -35,6 +35,7 @@ Json SettingsJson(const RegisterProfile& profile) {
           {"vat", std::move(rates)},
           {"departments", std::move(departments)},
           {"outbox", setup.outbox},
+          {"round_cash", setup.round_cash},
           {"training", setup.training},
           {"not_in_service", setup.commissioning != lorimat::Commissioning::kInService}};
 }

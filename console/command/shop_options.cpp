@@ -274,6 +274,8 @@ void AddShopOptions(CLI::App* command, ShopOptions* options) {
       ->add_option("--outbox", options->outbox,
                    Tr("Folder into which summaries and lottery documents are sent"))
       ->type_name("DIR");
+  command->add_flag("--round-cash", options->round_cash,
+                    Tr("Round what is paid wholly in cash to five cents"));
   command->add_flag("--training", options->training,
                     Tr("In training: documents print, and nothing is registered"));
   command->add_flag("--not-in-service", options->not_in_service,
@@ -283,6 +285,8 @@ void AddShopOptions(CLI::App* command, ShopOptions* options) {
 void AddShopChangeOptions(CLI::App* command, ShopOptions* options) {
   command->add_flag("--no-outbox", options->no_outbox, Tr("Send into no folder any more"))
       ->excludes("--outbox");
+  command->add_flag("--no-round-cash", options->no_round_cash, Tr("Take cash to the cent"))
+      ->excludes("--round-cash");
   command->add_flag("--no-training", options->no_training, Tr("End the training"))
       ->excludes("--training");
   command->add_flag("--in-service", options->in_service, Tr("Put it into service"))
@@ -312,6 +316,8 @@ ShopValues ReadShopOptions(const ShopOptions& options) {
     setup.outbox = error ? options.outbox : folder.string();
   }
   if (give(options.no_outbox, "--no-outbox")) setup.outbox = "";
+  if (give(options.round_cash, "--round-cash")) setup.round_cash = true;
+  if (give(options.no_round_cash, "--no-round-cash")) setup.round_cash = false;
   if (give(options.training, "--training")) setup.training = true;
   if (give(options.no_training, "--no-training")) setup.training = false;
   if (give(options.not_in_service, "--not-in-service")) setup.in_service = false;

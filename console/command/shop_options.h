@@ -23,6 +23,8 @@ struct ShopOptions {
   std::vector<std::string> departments;
   std::string outbox;
   bool no_outbox = false;
+  bool round_cash = false;
+  bool no_round_cash = false;
   bool training = false;
   bool no_training = false;
   bool not_in_service = false;

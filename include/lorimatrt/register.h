@@ -73,6 +73,9 @@ class LORIMAT_REGISTER_API RegisterSettings {
   // another number.
   RegisterSettings& SetDepartment(int number, const std::string& name, int vat_entry,
                                   std::int64_t price = 0);
+  // Whether what is paid wholly in cash is rounded to five cents, as it is not when nothing is
+  // said.
+  RegisterSettings& SetCashRounding(bool yes);
   // Whether it is in service with the revenue agency, as it is when nothing is said.
   RegisterSettings& SetInService(bool yes);
   // The folder into which summaries that are sent go, one file each; it has to exist.

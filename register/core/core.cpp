@@ -58,6 +58,7 @@ void RegisterCore::Make() {
   firmware_version = given.firmware_version;
   if (given.open_drawer_at_end) device_options.Write(kDrawerAtEnd, "1");
   setup.fiscal_id = given.vat_number;
+  setup.round_cash = given.round_cash;
   setup.commissioning = given.commissioned ? Commissioning::kInService : Commissioning::kNew;
   InsertTables(database, tables);
   StoreSettings(database, *this, RegisterState{});

@@ -313,19 +313,32 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   Receipt& receipt = document.receipt;
   if (receipt.empty()) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNothingSold);
   const Tender* tender = core_.tables.FindTender(tender_id);
-  if (tender == nullptr) return Refuse(RTF_E_NOEXIST, RefusalCause::kNoTender, {}, tender_id);
+  if (tender == nullptr || tender->by_register) {
+    return Refuse(RTF_E_NOEXIST, RefusalCause::kNoTender, {}, tender_id);
+  }
   if (const int code = CheckPaidBack()) return code;
   // The clock is read first: nothing may fail between the payment and its registration.
   const std::tm now = core_.Now();
+  const CashRounding rounding = {core_.tables.FindTender(kRoundedDownTender),
+                                 core_.tables.FindTender(kRoundedUpTender)};
+  const size_t before = receipt.payments().size();
   Payment done;
-  if (const int code = receipt.Pay(*tender, payment, automatic, &done)) return code;
+  if (const int code = receipt.Pay(*tender, payment, automatic, &done,
+                                   core_.setup.round_cash ? &rounding : nullptr)) {
+    return code;
+  }
   if (!document.total_shown) {
     layout_.Total(receipt.total(), receipt.VatTotal(core_.tables));
     if (receipt.kind() == DocumentKind::kInvoice) layout_.VatTable(receipt.by_vat());
     document.total_shown = true;
   }
   if (!text.empty()) core_.paper.Text(text);
-  layout_.Tender(done.tender->name, done.amount);
+  for (size_t at = before; at < receipt.payments().size(); ++at) {
+    const Payment& made = receipt.payments()[at];
+    // Rounding may leave nothing to be paid.
+    if (made.amount == 0 && at > before) continue;
+    layout_.Tender(made.tender->name, made.amount);
+  }
   document.time = now;
   core_.state = PrinterState::kTotal;
   if (receipt.remaining() == 0) Settle();

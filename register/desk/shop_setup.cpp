@@ -74,6 +74,7 @@ class ShopDesk {
         {ShopValue::kVatRates, &ShopDesk::SetRates},
         {ShopValue::kDepartments, &ShopDesk::SetDepartments},
         {ShopValue::kOutbox, &ShopDesk::SetOutbox},
+        {ShopValue::kRoundCash, &ShopDesk::SetRoundCash},
         {ShopValue::kInService, &ShopDesk::SetInService},
     };
     for (const auto& [value, set] : kSteps) {
@@ -187,6 +188,13 @@ class ShopDesk {
       if (const int code = CheckFolder(*setup_.outbox)) return code;
     }
     core_.setup.outbox = *setup_.outbox;
+    return RTF_SUCCESS;
+  }
+
+  int SetRoundCash(int*) {
+    if (!setup_.round_cash || *setup_.round_cash == core_.setup.round_cash) return RTF_SUCCESS;
+    if (!core_.Allows(Operation::kProgram)) return RTF_EFPTR_WRONG_STATE;
+    core_.setup.round_cash = *setup_.round_cash;
     return RTF_SUCCESS;
   }
 

@@ -31,6 +31,7 @@ struct ShopSetup {
   std::map<int, std::string> vat_natures = {};
   std::map<int, DepartmentChange> departments = {};
   std::optional<std::string> outbox = {};  // the folder of what is sent; empty for none
+  std::optional<bool> round_cash = {};     // what is paid wholly in cash, to five cents
   std::optional<bool> training = {};
   std::optional<bool> in_service = {};
 };
@@ -43,6 +44,7 @@ enum class ShopValue {
   kVatRates,
   kDepartments,
   kOutbox,
+  kRoundCash,
   kTraining,
   kInService,
 };

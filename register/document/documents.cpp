@@ -109,6 +109,10 @@ std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& t
   for (const auto& [id, amount] : document.by_tender) {
     const Tender* tender = tables.FindTender(id);
     if (tender == nullptr) return std::nullopt;
+    if (id == kRoundedUpTender) {
+      AddTo(&parts.rounded_up, amount, -1);
+      continue;
+    }
     AddTo(tender->kind == TenderKind::kNotPaid           ? &parts.not_collected
           : tender->element == SummaryElement::kDiscount ? &parts.discount
                                                          : &parts.collected,
@@ -117,6 +121,7 @@ std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& t
   Amount sum = parts.collected;
   AddTo(&sum, parts.not_collected);
   AddTo(&sum, parts.discount);
+  AddTo(&sum, parts.rounded_up, -1);
   return sum == document.total ? std::optional<PaidParts>(parts) : std::nullopt;
 }
 

@@ -69,11 +69,13 @@ struct StoredDocument {
 // and lines are the caller's to fill in.
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
 
-// What the payments of a document are, without the change. They come to its total.
+// What the payments of a document are, without the change. They come to its total, and what cash
+// was rounded up by.
 struct PaidParts {
   Amount collected = 0;
   Amount not_collected = 0;
-  Amount discount = 0;  // on the payment
+  Amount discount = 0;    // on the payment
+  Amount rounded_up = 0;  // cash above the total, collected too
 };
 // Nothing for payments that do not come to the total.
 std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables);

@@ -441,9 +441,20 @@ int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
   return RTF_SUCCESS;
 }
 
-int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done) {
+Amount Receipt::RoundingBy(const Tender& tender, const CashRounding* rounding) const {
+  const auto coins = [](const Tender& one) { return one.id == kCashTender; };
+  const bool all =
+      coins(tender) && std::all_of(payments_.begin(), payments_.end(),
+                                   [&](const Payment& payment) { return coins(*payment.tender); });
+  return rounding != nullptr && all && remaining() > 0 ? RoundToFiveCents(total_) - total_ : 0;
+}
+
+int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done,
+                 const CashRounding* rounding) {
   const Amount rest = remaining();
-  Amount given = rest;
+  const Amount rounded = RoundingBy(tender, rounding);
+  const Amount due = rest + rounded;
+  Amount given = due;
   if (!automatic) {
     const std::optional<Amount> cents = RoundToCents(amount);
     if (!cents || *cents < 0 || *cents > kMaxAmount) {
@@ -457,6 +468,12 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
       return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoChange, {*cents, rest});
     }
     given = *cents;
+    // Who pays to the cent pays as the coins have it.
+    if (given >= std::min(rest, due) && given <= std::max(rest, due)) given = due;
+  }
+  if (rounded != 0 && given >= due) {
+    payments_.push_back({rounded < 0 ? rounding->down : rounding->up, -rounded});
+    paid_ -= rounded;
   }
   payments_.push_back({&tender, given});
   paid_ += given;

@@ -76,6 +76,12 @@ struct Payment {
   Amount amount = 0;
 };
 
+// The tenders of what rounding cash to five cents does, each with its sign.
+struct CashRounding {
+  const Tender* down = nullptr;
+  const Tender* up = nullptr;
+};
+
 struct DepartmentSum {
   int64_t quantity = 0;  // thousandths
   Amount amount = 0;
@@ -124,8 +130,11 @@ class Receipt {
   int AdjustSubtotal(const AdjustmentRequest& request, Adjustment* done);
   // The same with the shares by VAT entry that the request gives; each above 0. Only an amount.
   int AdjustPackage(const AdjustmentRequest& request, Adjustment* done);
-  // Pays an amount, or with `automatic` the rest.
-  int Pay(const Tender& tender, Amount amount, bool automatic, Payment* done);
+  // Pays an amount, or with `automatic` the rest. With a rounding, what is paid wholly in cash
+  // comes to five cents: the rest is rounded, an amount from the one to the other counts as the
+  // rounded one, and what was rounded stands ahead of the last payment as one of its own.
+  int Pay(const Tender& tender, Amount amount, bool automatic, Payment* done,
+          const CashRounding* rounding = nullptr);
   // Notes that the subtotal has been shown; the next line or payment takes it off.
   void ShowSubtotal() { at_subtotal_ = true; }
 
@@ -156,6 +165,8 @@ class Receipt {
     size_t index = 0;
     bool whole = false;  // all that is left of it, else pieces
   };
+  // What rounding takes off the total, or adds to it, if this tender pays the rest.
+  Amount RoundingBy(const Tender& tender, const CashRounding* rounding) const;
   std::optional<FoundLine> FindOpenLine(const Item& item, const VoidTerms& terms) const;
   bool HasAdjustment(size_t line, int type, int64_t value) const;
   // What the lines and the adjustments of a department come to, by VAT entry.

@@ -102,6 +102,11 @@ RegisterSettings& RegisterSettings::SetDepartment(int number, const std::string&
   return *this;
 }
 
+RegisterSettings& RegisterSettings::SetCashRounding(bool yes) {
+  parts_->settings.round_cash = yes;
+  return *this;
+}
+
 RegisterSettings& RegisterSettings::SetInService(bool yes) {
   parts_->settings.commissioned = yes;
   return *this;

@@ -162,6 +162,8 @@ constexpr SettingRow kSettings[] = {
     Row(
         "commissioning", [](auto& state) -> auto& { return state.setup.commissioning; }),
     Row(
+        "round_cash", [](auto& state) -> auto& { return state.setup.round_cash; }),
+    Row(
         "training", [](auto& state) -> auto& { return state.setup.training; }),
     Row(
         "power_losses", [](auto& state) -> auto& { return state.setup.power_losses; }),

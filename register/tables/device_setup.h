@@ -51,6 +51,7 @@ struct DeviceSetup {
   int64_t clock_offset = 0;  // seconds that the device's clock is ahead of the system's
   ClockSetBack clock_set_back = {};
   Commissioning commissioning = Commissioning::kInService;
+  bool round_cash = false;  // what is paid wholly in cash, to five cents
   // Documents print, and nothing is registered.
   bool training = false;
   // Switch-offs in the middle of a document, and the last one's discovery.

@@ -15,7 +15,7 @@ std::vector<Tender> BuildTenders() {
   std::vector<Tender> tenders;
   for (const TenderRow& row : kTenders) {
     tenders.push_back({std::string(row.id), std::string(row.name), row.kind, row.gives_change,
-                       row.not_paid, row.element});
+                       row.not_paid, row.element, row.by_register});
   }
   for (int number = 1; number <= Tables::kSubtenders; ++number) {
     tenders.push_back({Tables::SubtenderId(number), Tables::SubtenderName(number),

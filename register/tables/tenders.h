@@ -42,6 +42,8 @@ struct TenderRow {
   // Of kNotPaid: what it adds to in the VAT entries.
   TaxedFigure not_paid = TaxedFigure::kUndeliveredNotPaid;
   SummaryElement element = ElementOf(kind);
+  // What the register adds by itself to a payment in cash; no host pays with it.
+  bool by_register = false;
   int totalizer = 0;  // that has its sum, and how many payments there were; 0 for none
   int count_totalizer = 0;
 };
@@ -50,6 +52,11 @@ struct TenderRow {
 inline constexpr char kCashTender[] = "0";
 // That of what is not paid, and no more is known of it.
 inline constexpr char kNotPaidTender[] = "9";
+
+// What rounding cash to five cents lets go, and what it takes besides: that counts below 0, as the
+// cash has it too.
+inline constexpr char kRoundedDownTender[] = "32";
+inline constexpr char kRoundedUpTender[] = "33";
 
 inline constexpr TenderRow kTenders[] = {
     {.id = kCashTender,
@@ -105,6 +112,16 @@ inline constexpr TenderRow kTenders[] = {
      .name = "Buono multiuso",
      .kind = TenderKind::kTicket,
      .totalizer = RTF_FPTR_GT_GENERIC_VOUCHER_GROSS},
+    {.id = kRoundedDownTender,
+     .name = "Arrotondamento per difetto",
+     .kind = TenderKind::kTicket,
+     .element = SummaryElement::kDiscount,
+     .by_register = true},
+    {.id = kRoundedUpTender,
+     .name = "Arrotondamento per eccesso",
+     .kind = TenderKind::kTicket,
+     .element = SummaryElement::kNone,
+     .by_register = true},
 };
 
 // Null for a key that pays with none of them.
@@ -123,6 +140,7 @@ struct Tender {
   bool gives_change;
   TaxedFigure not_paid = TaxedFigure::kUndeliveredNotPaid;  // of kNotPaid
   SummaryElement element = ElementOf(kind);
+  bool by_register = false;
 };
 
 }  // namespace lorimat

@@ -56,6 +56,11 @@ std::optional<int64_t> MultiplyDivide(int64_t a, int64_t b, int64_t divisor, int
 
 std::optional<Amount> RoundToCents(Amount amount) { return MultiplyDivide(amount, 1, 1, kCent); }
 
+Amount RoundToFiveCents(Amount amount) {
+  constexpr Amount kCoin = 5 * kCent;
+  return (amount + kCoin / 2) / kCoin * kCoin;
+}
+
 std::optional<Amount> LineAmount(int32_t quantity, Amount unit_price) {
   return MultiplyDivide(quantity, unit_price, kOnePiece, kCent);
 }

@@ -38,6 +38,9 @@ void AddTo(Number* sum, Number value, int sign = 1) {
 
 std::optional<Amount> RoundToCents(Amount amount);
 
+// Whole cents, 0 or above, to the nearest five cents, which are what coins come to.
+Amount RoundToFiveCents(Amount amount);
+
 // Quantity (thousandths) times unit price, in whole cents.
 std::optional<Amount> LineAmount(int32_t quantity, Amount unit_price);
 

@@ -71,6 +71,7 @@ struct RegisterSettings {
   int report_polls = 0;
   // The shop's VAT number, for the telematic summary.
   std::string vat_number = "01234567897";
+  bool round_cash = false;  // what is paid wholly in cash, to five cents
   // Where summaries and lottery documents that are sent are put, one file each; the folder has
   // to exist. Empty: the one that the shop has set up (register/desk/shop_setup.h); without that
   // they are noted as sent, and no file is written.

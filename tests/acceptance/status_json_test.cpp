@@ -54,22 +54,24 @@ TEST(StatusJson, TheSettingsMakeTheSameRegister) {
                         "--header",      "BAR \"SPORT\"",
                         "--header",      " ",
                         "--header",      "PERCHÉ NO",
-                        "--vat",         "21 10 5,5 4.25 0",
+                        "--vat",         "21 10 5,5 N2 0",
                         "--departments", "1=A:B:4:99999,99",
                         "--departments", "40=:5:0,01",
                         "--outbox",      folder.Path("sent"),
-                        "--training",    "--not-in-service"})
+                        "--round-cash",  "--training",
+                        "--not-in-service"})
                 .exit_code,
             0);
   const json settings = StatusOf(first)["settings"];
   EXPECT_EQ(settings["serial"], "99LRM0000042VR");
   EXPECT_EQ(settings["vat_number"], "12345678903");
   EXPECT_EQ(settings["header"], (json{"BAR \"SPORT\"", " ", "PERCHÉ NO"}));
-  EXPECT_EQ(settings["vat"], (json{"21", "10", "5.5", "4.25", "0"}));
+  EXPECT_EQ(settings["vat"], (json{"21", "10", "5.5", "N2", "0"}));
   EXPECT_EQ(settings["departments"][0], "1=A:B:4:99999.99");
   EXPECT_EQ(settings["departments"][1], "2=REPARTO 2:2:0.00");
   EXPECT_EQ(settings["departments"][39], "40=:5:0.01");
   EXPECT_EQ(settings["outbox"], folder.Path("sent"));
+  EXPECT_EQ(settings["round_cash"], true);
   EXPECT_EQ(settings["training"], true);
   EXPECT_EQ(settings["not_in_service"], true);
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <ostream>
+#include <utility>
 
 #include "day/day_register.h"
 #include "managermachine/pflitemtype.h"
@@ -204,9 +205,12 @@ std::ostream& operator<<(std::ostream& out, const PaperMove& move) {
              << " " << move.c << " " << move.d << ")";
 }
 
-PaperShop::PaperShop(const std::string& file) : file_(file) {
+PaperShop::PaperShop(const std::string& file, bool rounds_cash)
+    : file_(file), rounds_cash_(rounds_cash) {
   day_minutes = 600;
-  device_ = std::make_unique<VirtualRegister>(DaySettings(file_));
+  RegisterSettings settings = DaySettings(file_);
+  settings.round_cash = rounds_cash;
+  device_ = std::make_unique<VirtualRegister>(std::move(settings));
 }
 
 void PaperShop::Do(const PaperMove& move) {

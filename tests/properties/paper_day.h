@@ -61,7 +61,7 @@ struct DayFigures {
 class PaperShop {
  public:
   // In memory where no file is named; then nothing cuts it off.
-  explicit PaperShop(const std::string& file);
+  PaperShop(const std::string& file, bool rounds_cash);
 
   void Do(const PaperMove& move);
   // Ends what is open, and closes the last day.
@@ -70,6 +70,7 @@ class PaperShop {
   VirtualRegister& device() { return *device_; }
   // By the number of the closing.
   const std::map<int, DayFigures>& figures() const { return figures_; }
+  bool rounds_cash() const { return rounds_cash_; }
   int64_t moves() const { return moves_; }
   int64_t refused() const { return refused_; }
   int64_t cuts() const { return cuts_; }
@@ -84,6 +85,7 @@ class PaperShop {
   void Close();
 
   std::string file_;
+  bool rounds_cash_ = false;
   std::unique_ptr<VirtualRegister> device_;
   std::map<int, DayFigures> figures_;
   bool rates_changed_ = false;

@@ -296,8 +296,17 @@ void CheckDocument(Cents sum, ReadPaper* paper) {
   Cents paid = -paper->change;
   for (const NamedAmount& payment : paper->payments) paid += payment.amount;
   if (paid != paper->total) Complain(paper, "the payments do not come to the total");
-  if (paper->paid + paper->not_collected() + paper->discount_on_payment() != paper->total) {
+  const Cents down = paper->rounded_down(), up = paper->rounded_up();
+  if (paper->paid + paper->not_collected() + paper->discount_on_payment() + down !=
+      paper->total + up) {
     Complain(paper, "what is paid is another sum");
+  }
+  if (down == 0 && up == 0) return;
+  // 1, 2, 6 and 7 go down by 1 or 2, 3, 4, 8 and 9 up by 2 or 1.
+  const Cents last = paper->total % 5;
+  if (!paper->wholly_in_cash() || down != (last <= 2 ? last : 0) ||
+      up != (last > 2 ? 5 - last : 0)) {
+    Complain(paper, "cash is rounded otherwise");
   }
 }
 
@@ -387,12 +396,31 @@ Cents ReadPaper::not_collected() const {
   return sum;
 }
 
-Cents ReadPaper::discount_on_payment() const {
+namespace {
+
+Cents SumOf(const std::vector<NamedAmount>& payments, const char* name) {
   Cents sum = 0;
   for (const NamedAmount& payment : payments) {
-    if (payment.name == "Sconto a pagare") sum += payment.amount;
+    if (payment.name == name) sum += payment.amount;
   }
   return sum;
+}
+
+}  // namespace
+
+Cents ReadPaper::discount_on_payment() const { return SumOf(payments, "Sconto a pagare"); }
+
+Cents ReadPaper::rounded_down() const { return SumOf(payments, "Arrotondamento per difetto"); }
+
+Cents ReadPaper::rounded_up() const { return -SumOf(payments, "Arrotondamento per eccesso"); }
+
+bool ReadPaper::wholly_in_cash() const {
+  for (const NamedAmount& payment : payments) {
+    if (payment.name != "Pagamento contante" && !StartsWith(payment.name, "Arrotondamento")) {
+      return false;
+    }
+  }
+  return true;
 }
 
 Cents ReadPaper::TaxOf(const std::string& mark) const {

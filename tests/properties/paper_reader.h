@@ -59,6 +59,11 @@ struct ReadPaper {
   int sign() const { return kind == PaperKind::kSale || kind == PaperKind::kInvoice ? 1 : -1; }
   Cents not_collected() const;
   Cents discount_on_payment() const;
+  // What rounding cash let go, and what it took besides.
+  Cents rounded_down() const;
+  Cents rounded_up() const;
+  // Whether nothing but cash paid.
+  bool wholly_in_cash() const;
   // The tax of each rate, from its gross.
   Cents TaxOf(const std::string& mark) const;
 };
@@ -70,7 +75,7 @@ std::vector<ReadPaper> ReadRoll(const std::vector<std::string>& lines);
 struct ReadDay {
   int documents = 0, invoices = 0, abandoned = 0;
   Cents sales = 0, credit_notes = 0, voids = 0, not_collected = 0, of_invoices = 0;
-  Cents tax = 0, discount_on_payment = 0;
+  Cents tax = 0, discount_on_payment = 0, rounded_down = 0, rounded_up = 0;
   std::map<std::string, Cents> gross_by_mark, tax_by_mark;
   // Net and tax of sales and invoices; net of credit notes, net of voids.
   std::map<std::string, Cents> sold_net, sold_tax, credit_net, void_net;

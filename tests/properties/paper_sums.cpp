@@ -45,6 +45,8 @@ void AddToDay(const ReadPaper& paper, ReadDay* day) {
   }
   day->not_collected += sign * paper.not_collected();
   day->discount_on_payment += sign * paper.discount_on_payment();
+  day->rounded_down += sign * paper.rounded_down();
+  day->rounded_up += sign * paper.rounded_up();
   for (size_t at = 0; at < paper.payments.size(); ++at) {
     const NamedAmount& payment = paper.payments[at];
     // The change is given back of what was paid last.
