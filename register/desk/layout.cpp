@@ -186,12 +186,14 @@ void Layout::VatTable(const std::map<int, Amount>& by_vat) {
   core_.paper.Gap();
 }
 
-void Layout::Tender(std::string_view name, Amount amount) {
+void Layout::Tender(std::string_view name, Amount amount, Amount face) {
   core_.paper.Pair(name, FormatAmount(amount));
+  if (face != 0) core_.paper.Text(fmt::format("  su {}, senza resto", FormatAmount(face)));
 }
 
-void Layout::Paid(DocumentKind kind, Amount change, Amount collected) {
+void Layout::Paid(DocumentKind kind, Amount change, int tickets, Amount collected) {
   if (change > 0) core_.paper.Pair("Resto", FormatAmount(change));
+  if (tickets > 0) core_.paper.Pair("Numero ticket", std::to_string(tickets));
   const bool goes_out = kind == DocumentKind::kRefund || kind == DocumentKind::kCancel;
   core_.paper.Pair(goes_out ? "Importo rimborsato" : "Importo pagato", FormatAmount(collected));
 }

@@ -40,9 +40,11 @@ class Layout {
   void Total(Amount total, Amount vat);
   // Of an invoice: base and tax of each rate.
   void VatTable(const std::map<int, Amount>& by_vat);
-  void Tender(std::string_view name, Amount amount);
-  // What follows the last tender: change, and what was collected, or went back.
-  void Paid(DocumentKind kind, Amount change, Amount collected);
+  // Of a ticket above what was due with its face.
+  void Tender(std::string_view name, Amount amount, Amount face = 0);
+  // What follows the last tender: change, how many tickets there were, and what was collected, or
+  // went back.
+  void Paid(DocumentKind kind, Amount change, int tickets, Amount collected);
   // What the marks of sales without tax mean, for those of a document.
   void Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates);
   // What follows that: customer's codes, courtesy text.

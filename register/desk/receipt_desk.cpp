@@ -337,7 +337,7 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
     const Payment& made = receipt.payments()[at];
     // Rounding may leave nothing to be paid.
     if (made.amount == 0 && at > before) continue;
-    layout_.Tender(made.tender->name, made.amount);
+    layout_.Tender(made.tender->name, made.amount, made.face);
   }
   document.time = now;
   core_.state = PrinterState::kTotal;
@@ -354,8 +354,9 @@ void ReceiptDesk::Settle() {
   const DocumentKind kind = stored.kind;
   const Amount change = stored.change;
   const PaidParts parts = CheckedParts(stored);
+  const int tickets = TicketsOf(stored, core_.tables);
   Store(std::move(stored));
-  layout_.Paid(kind, change, parts.collected);
+  layout_.Paid(kind, change, tickets, parts.collected);
   layout_.Natures(receipt.by_vat(), core_.tables.settings().vat_rates);
   layout_.Settled(core_.document);
   core_.state = PrinterState::kEnding;

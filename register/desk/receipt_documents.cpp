@@ -275,7 +275,7 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
     if (payment.amount == 0 || tender == nullptr) continue;
     layout_.Tender(tender->name, payment.amount);
   }
-  layout_.Paid(kind, 0, CheckedParts(stored).collected);
+  layout_.Paid(kind, 0, TicketsOf(stored, core_.tables), CheckedParts(stored).collected);
   layout_.Natures(sale.by_vat, rates);
   core_.document.time = now;
   Store(std::move(stored));

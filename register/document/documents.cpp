@@ -125,6 +125,15 @@ std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& t
   return sum == document.total ? std::optional<PaidParts>(parts) : std::nullopt;
 }
 
+int TicketsOf(const StoredDocument& document, const Tables& tables) {
+  int tickets = 0;
+  for (const auto& [id, count] : document.tender_counts) {
+    const Tender* tender = tables.FindTender(id);
+    if (tender != nullptr && tender->element == SummaryElement::kTicket) AddTo(&tickets, count);
+  }
+  return tickets;
+}
+
 void AddDetails(const Receipt& receipt, StoredDocument* stored) {
   stored->lines.clear();
   stored->payments.clear();

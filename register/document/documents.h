@@ -80,6 +80,9 @@ struct PaidParts {
 // Nothing for payments that do not come to the total.
 std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables);
 
+// How many tickets paid it.
+int TicketsOf(const StoredDocument& document, const Tables& tables);
+
 // The sums by VAT entry, department and tender as one text (register/value/row_encoding.h), and
 // back; false for a text that is none.
 std::string SumsRecord(const StoredDocument& document);

@@ -455,14 +455,19 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
   const Amount rounded = RoundingBy(tender, rounding);
   const Amount due = rest + rounded;
   Amount given = due;
+  Amount face = 0;
   if (!automatic) {
-    const std::optional<Amount> cents = RoundToCents(amount);
+    std::optional<Amount> cents = RoundToCents(amount);
     if (!cents || *cents < 0 || *cents > kMaxAmount) {
       return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kPaymentSize, {amount});
     }
     // A payment of nothing settles only what costs nothing.
     if (*cents == 0 && rest > 0) {
       return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNothingPaid, {rest});
+    }
+    if (*cents > rest && tender.keeps_rest) {
+      face = *cents;
+      cents = rest;
     }
     if (*cents > rest && !tender.gives_change) {
       return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoChange, {*cents, rest});
@@ -472,10 +477,10 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
     if (given >= std::min(rest, due) && given <= std::max(rest, due)) given = due;
   }
   if (rounded != 0 && given >= due) {
-    payments_.push_back({rounded < 0 ? rounding->down : rounding->up, -rounded});
+    payments_.push_back({rounded < 0 ? rounding->down : rounding->up, -rounded, 0});
     paid_ -= rounded;
   }
-  payments_.push_back({&tender, given});
+  payments_.push_back({&tender, given, face});
   paid_ += given;
   at_subtotal_ = false;
   *done = payments_.back();

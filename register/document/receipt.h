@@ -74,6 +74,7 @@ struct Adjustment {
 struct Payment {
   const Tender* tender = nullptr;
   Amount amount = 0;
+  Amount face = 0;  // of a ticket above what was due; 0 for what counts whole
 };
 
 // The tenders of what rounding cash to five cents does, each with its sign.

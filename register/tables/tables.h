@@ -35,6 +35,7 @@ struct GroupRow {
 struct Subtender {
   // Bits of flags.
   static constexpr uint8_t kGivesChange = 1;
+  static constexpr uint8_t kKeepsRest = 2;  // of tickets: what is above the rest is nobody's
 
   TenderKind kind = TenderKind::kElectronic;
   std::string description = {};  // on paper; empty for the name that the tender has by itself

@@ -118,7 +118,7 @@ int Tables::SetSubtender(int number, Subtender subtender) {
   if (subtender.description.size() > kSubtenderDescriptionSize) {
     return TooLong(Subject::kSubtenderText, subtender.description, kSubtenderDescriptionSize);
   }
-  if (subtender.flags > Subtender::kGivesChange) {
+  if (subtender.flags > (Subtender::kGivesChange | Subtender::kKeepsRest)) {
     return NotOneOf(Subject::kSubtenderFlags, subtender.flags);
   }
   if (subtender.preset_value > kMaxPresetValue) {
@@ -144,6 +144,8 @@ void Tables::PlaceSubtender(int number, Subtender subtender) {
   Tender made = {SubtenderId(number),
                  subtender.description.empty() ? SubtenderName(number) : subtender.description,
                  subtender.kind, gives_change && subtender.kind != TenderKind::kNotPaid};
+  made.keeps_rest = (subtender.flags & Subtender::kKeepsRest) != 0 && !made.gives_change &&
+                    subtender.kind == TenderKind::kTicket;
   for (Tender& tender : tenders_) {
     if (tender.id == made.id) std::swap(tender, made);
   }

@@ -53,6 +53,8 @@ inline constexpr char kCashTender[] = "0";
 // That of what is not paid, and no more is known of it.
 inline constexpr char kNotPaidTender[] = "9";
 
+// That of what is given away.
+inline constexpr char kGiftTender[] = "31";
 // What rounding cash to five cents lets go, and what it takes besides: that counts below 0, as the
 // cash has it too.
 inline constexpr char kRoundedDownTender[] = "32";
@@ -111,7 +113,9 @@ inline constexpr TenderRow kTenders[] = {
     {.id = "30",
      .name = "Buono multiuso",
      .kind = TenderKind::kTicket,
+     .element = SummaryElement::kDiscount,
      .totalizer = RTF_FPTR_GT_GENERIC_VOUCHER_GROSS},
+    {.id = kGiftTender, .name = "Non riscosso omaggio", .kind = TenderKind::kNotPaid},
     {.id = kRoundedDownTender,
      .name = "Arrotondamento per difetto",
      .kind = TenderKind::kTicket,
@@ -141,6 +145,7 @@ struct Tender {
   TaxedFigure not_paid = TaxedFigure::kUndeliveredNotPaid;  // of kNotPaid
   SummaryElement element = ElementOf(kind);
   bool by_register = false;
+  bool keeps_rest = false;  // takes more than what is due, and gives no change
 };
 
 }  // namespace lorimat

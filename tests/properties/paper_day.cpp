@@ -19,8 +19,9 @@ int Below(int count) { return *gen::inRange(0, count); }
 
 constexpr const char* kTexts[] = {
     "", "PANE", "UN ARTICOLO CON UN NOME CHE NON STA IN UNA RIGA SOLA", "CAFFE'", "", "LIBRO"};
-constexpr const char* kLineTenders[] = {"0", "1", "2", "3", "4",  "5",
-                                        "6", "7", "8", "9", "30", "10"};
+constexpr const char* kLineTenders[] = {"0", "1", "2", "3",  "4",  "5",  "6",
+                                        "7", "8", "9", "30", "10", "11", "31"};
+constexpr int kCountOfTenders = static_cast<int>(std::size(kLineTenders));
 constexpr int kLineKinds[] = {PflItemType::kPrintRecItem,
                               PflItemType::kPrintRecItemVoid,
                               PflItemType::kPrintRecItemRefund,
@@ -108,10 +109,12 @@ void AddLines(PaperMoves* moves) {
 
 void AddPayment(PaperMoves* moves) {
   for (int part = 0; part < 3 && Below(3) == 0; ++part) {
-    Push(moves, PaperStep::kPay, Below(12), 1 + Below(3000));
+    Push(moves, PaperStep::kPay, Below(kCountOfTenders), 1 + Below(3000));
   }
   if (Below(5) == 0) Push(moves, PaperStep::kPay, 0, 50000 + 50000 * Below(4));
-  Push(moves, PaperStep::kPayRest, Below(2) == 0 ? 0 : Below(12));
+  // A ticket above the rest.
+  if (Below(15) == 0) Push(moves, PaperStep::kPay, 12, 100000);
+  Push(moves, PaperStep::kPayRest, Below(2) == 0 ? 0 : Below(kCountOfTenders));
   Push(moves, PaperStep::kReset);
 }
 
@@ -211,6 +214,14 @@ PaperShop::PaperShop(const std::string& file, bool rounds_cash)
   RegisterSettings settings = DaySettings(file_);
   settings.round_cash = rounds_cash;
   device_ = std::make_unique<VirtualRegister>(std::move(settings));
+  uint8_t kind = static_cast<uint8_t>(TenderKind::kTicket);
+  uint8_t flags = Subtender::kKeepsRest;
+  uint8_t digits = 0;
+  uint32_t value = 0;
+  char name[64] = "TICKET PRANZO";
+  if (device_->ConfigSubtender(true, 2, &kind, name, &flags, &value, &digits) != RTF_SUCCESS) {
+    device_.reset();
+  }
 }
 
 void PaperShop::Do(const PaperMove& move) {

@@ -40,7 +40,8 @@ const TotalizerRow kTotalizers[] = {
     {RTF_FPTR_GT_VAT_CATEGORY_INVOICE_GROSS, [](const ReadDay& day) { return day.of_invoices; }},
     {RTF_FPTR_GT_VAT_CATEGORY_TAXALL, [](const ReadDay& day) { return day.tax; }},
     {RTF_FPTR_GT_NOT_PAID, [](const ReadDay& day) { return day.not_collected; }},
-    {RTF_FPTR_GT_DISCOUNT_ON_PAYMENT, [](const ReadDay& day) { return day.discount_on_payment; }},
+    {RTF_FPTR_GT_DISCOUNT_ON_PAYMENT,
+     [](const ReadDay& day) { return Tender(day, "Sconto a pagare"); }},
     {RTF_FPTR_GT_TICKET_PAYED_GROSS, [](const ReadDay& day) { return Tender(day, "Ticket"); }},
     {RTF_FPTR_GT_GENERIC_VOUCHER_GROSS,
      [](const ReadDay& day) { return Tender(day, "Buono multiuso"); }},
@@ -129,7 +130,7 @@ std::string WrongSummary(const std::string& xml, const ReadDay& day, bool by_rat
       {"PagatoContanti", {"Pagamento contante", "Pagamento assegno"}},
       {"PagatoElettronico",
        {"Pagamento elettronico", "Pagamento bancomat", "Pagamento elettronico 01"}},
-      {"ScontoApagare", {"Sconto a pagare", "Arrotondamento per difetto"}},
+      {"ScontoApagare", {"Sconto a pagare", "Buono multiuso", "Arrotondamento per difetto"}},
   };
   for (const Row& row : kRows) {
     Cents sum = 0;
@@ -143,7 +144,7 @@ std::string WrongSummary(const std::string& xml, const ReadDay& day, bool by_rat
   }
   Cents tickets = 0;
   int payments = 0;
-  for (const char* tender : {"Ticket", "Buono multiuso"}) {
+  for (const char* tender : {"Ticket", "TICKET PRANZO"}) {
     const auto found = day.sold_by_tender.find(tender);
     if (found == day.sold_by_tender.end()) continue;
     tickets += found->second;
@@ -228,6 +229,8 @@ void Count(const ReadPaper& paper, Seen* seen) {
   if (paper.payments.size() > 1) seen->Add("documents with several payments");
   if (paper.change != 0) seen->Add("documents with change");
   if (paper.not_collected() != 0) seen->Add("documents not collected");
+  if (paper.tickets != 0) seen->Add("documents with tickets");
+  if (paper.tickets_above != 0) seen->Add("tickets above the rest");
   if (paper.rounded_down() != 0) seen->Add("documents rounded down");
   if (paper.rounded_up() != 0) seen->Add("documents rounded up");
   if (paper.discount_on_payment() != 0) seen->Add("documents with a discount on payment");
@@ -317,6 +320,8 @@ TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
                      {"documents of three rates and more", 500},
                      {"documents with several payments", 300},
                      {"documents with change", 100},
+                     {"documents with tickets", 100},
+                     {"tickets above the rest", 20},
                      {"documents rounded down", 50},
                      {"documents rounded up", 50},
                      {"documents not collected", 300},

@@ -1,6 +1,7 @@
 #include "properties/paper_reader.h"
 
 #include <cstddef>
+#include <string>
 
 namespace lorimat {
 namespace {
@@ -231,7 +232,19 @@ void ReadPayments(size_t at, ReadPaper* paper) {
   for (; at < paper->lines.size(); ++at) {
     std::string name;
     Cents amount = 0;
-    if (!ReadPair(paper->lines[at], &name, &amount)) continue;
+    const std::string& line = paper->lines[at];
+    if (StartsWith(line, "Numero ticket ")) paper->tickets = std::stoi(line.substr(14));
+    // "  su 8,00, senza resto": of the ticket above it, which was more than what counts.
+    if (StartsWith(line, "  su ")) {
+      const size_t end = line.find(", senza resto");
+      if (end == line.npos || !ReadCents(line.substr(5, end - 5), &amount) ||
+          paper->payments.empty() || amount <= paper->payments.back().amount) {
+        Complain(paper, "a ticket is not more than what counts of it");
+      }
+      ++paper->tickets_above;
+      continue;
+    }
+    if (!ReadPair(line, &name, &amount)) continue;
     if (name == "Resto") {
       paper->change = amount;
     } else if (name == "Importo pagato" || name == "Importo rimborsato") {
@@ -293,6 +306,11 @@ void CheckDocument(Cents sum, ReadPaper* paper) {
     Complain(paper, "it does not say what is paid");
     return;
   }
+  int tickets = 0;
+  for (const NamedAmount& payment : paper->payments) {
+    if (payment.name == "Ticket" || payment.name == "TICKET PRANZO") ++tickets;
+  }
+  if (tickets != paper->tickets) Complain(paper, "it counts other tickets");
   Cents paid = -paper->change;
   for (const NamedAmount& payment : paper->payments) paid += payment.amount;
   if (paid != paper->total) Complain(paper, "the payments do not come to the total");
@@ -408,7 +426,9 @@ Cents SumOf(const std::vector<NamedAmount>& payments, const char* name) {
 
 }  // namespace
 
-Cents ReadPaper::discount_on_payment() const { return SumOf(payments, "Sconto a pagare"); }
+Cents ReadPaper::discount_on_payment() const {
+  return SumOf(payments, "Sconto a pagare") + SumOf(payments, "Buono multiuso");
+}
 
 Cents ReadPaper::rounded_down() const { return SumOf(payments, "Arrotondamento per difetto"); }
 

@@ -38,6 +38,8 @@ struct ReadPaper {
   Cents tax = 0;                      // as printed
   std::vector<NamedAmount> payments;  // as printed
   Cents change = 0;
+  int tickets = 0;        // as printed
+  int tickets_above = 0;  // that were more than what was due
   bool shows_paid = false;
   Cents paid = 0;
   int adjustments = 0;         // of lines, departments and the subtotal

@@ -142,7 +142,7 @@ TEST_F(VirtualRegisterTest, TheSubtotalHoldsUntilTheNextLine) {
 TEST_F(VirtualRegisterTest, RefusedPaymentsChangeNothing) {
   Sell(1, 100000);
   const std::string before = Snapshot();
-  for (const char* tender : {"", "124", "145", "BONUS", "00", "31", "-1", "0 "}) {
+  for (const char* tender : {"", "124", "145", "BONUS", "00", "34", "-1", "0 "}) {
     EXPECT_EQ(device.PrintRecTotalEx(0, tender, true), RTF_E_NOEXIST) << tender;
   }
   EXPECT_EQ(device.PrintRecTotalEx(100100, "9", false), RTF_EFPTR_BAD_ITEM_AMOUNT);
