@@ -138,7 +138,7 @@ class Lines : public LineSink {
       } else {
         TellSuccess(line, place, answer);
       }
-      if (answer.code != 0 || answer.batch) {
+      if (answer.code != 0 || answer.batch || client_.has_notes()) {
         progress_.Clear();
         client_.TellFailure(streams_);
       }

@@ -131,7 +131,14 @@ lorimat::VirtualRegister& RegisterClient::device() { return *device_; }
 
 std::string RegisterClient::last_failure() const { return RegisterFailureText(device_->failure()); }
 
+bool RegisterClient::has_notes() const { return device_->lottery_drop_count() != drops_told_; }
+
 void RegisterClient::TellFailure(Streams& streams) {
+  if (has_notes()) {
+    const uint64_t drops = device_->lottery_drop_count() - drops_told_;
+    drops_told_ += drops;
+    TellNote(streams, LotteryDropNote(device_->lottery_drop(), drops));
+  }
   const lorimat::RegisterFailure& failure = device_->failure();
   if (failure == told_) return;
   told_ = failure;

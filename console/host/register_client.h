@@ -39,7 +39,9 @@ class RegisterClient {
   const std::string& file() const { return file_; }
   // Why the register could not be kept, with its file; empty when nothing failed.
   std::string last_failure() const;
-  // Tells it, once for each failure.
+  // Whether a receipt has gone out without its lottery code, and nobody was told.
+  bool has_notes() const;
+  // Tells it, once for each failure, and what there is to note.
   void TellFailure(Streams& streams);
   // How many operations were refused until now, and the last one.
   uint64_t refusals() const;
@@ -66,6 +68,7 @@ class RegisterClient {
   std::unique_ptr<Device> device_;
   std::unique_ptr<StoppableClient> stoppable_;
   lorimat::RegisterFailure told_;
+  uint64_t drops_told_ = 0;
 };
 
 }  // namespace lorimat::console

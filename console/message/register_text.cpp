@@ -19,6 +19,20 @@ struct KindText {
   const char* indefinite;
 };
 
+const char* DropCauseOf(lorimat::LotteryDropCause cause) {
+  switch (cause) {
+    case lorimat::LotteryDropCause::kNone:
+      break;
+    case lorimat::LotteryDropCause::kTotal:
+      return TR_TEXT("its total is below 1,00");
+    case lorimat::LotteryDropCause::kPayment:
+      return TR_TEXT("not all of it was paid electronically");
+    case lorimat::LotteryDropCause::kTaxCode:
+      return TR_TEXT("it has a tax code");
+  }
+  return TR_TEXT("the reason is not known");
+}
+
 constexpr KindText kDocumentKinds[] = {
     {Kind::kReceipt, TR_TEXT("receipt"), TR_TEXT("a receipt")},
     {Kind::kInvoice, TR_TEXT("invoice"), TR_TEXT("an invoice")},
@@ -119,6 +133,14 @@ std::string UnansweredDocumentText(const lorimat::UnansweredDocument& document) 
       "answer may not have gone out",
       Translated(RowOf(document.kind).name), document.number_text(), TimeText(document.time),
       AmountText(document.total));
+}
+
+std::string LotteryDropNote(const lorimat::LotteryDrop& last, uint64_t drops) {
+  const std::string_view cause = Translated(DropCauseOf(last.cause));
+  const std::string number = DocumentNumberText(last.closure, last.number);
+  return drops == 1 ? Tr("receipt {} went out without its lottery code: {}", number, cause)
+                    : Tr("{} receipts went out without their lottery code, the last one {}: {}",
+                         drops, number, cause);
 }
 
 const std::vector<JournalKindName>& JournalKindNames() {

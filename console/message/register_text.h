@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "register/inspect/register_file.h"
+#include "register/state/lottery_drop.h"
 #include "register/totals/journal.h"
 
 namespace lorimat::console {
@@ -29,6 +30,10 @@ std::string OpenDocumentText(const lorimat::CutOffDocument& document);
 std::string EndedDocumentText(const lorimat::CutOffDocument& document);
 // "receipt 0001-0002 of 20/11/2026 11:03, total 3,50, was stored last, and ...".
 std::string UnansweredDocumentText(const lorimat::UnansweredDocument& document);
+
+// So many receipts went out without their lottery code, and the last one why; `last` may be none by
+// now.
+std::string LotteryDropNote(const lorimat::LotteryDrop& last, uint64_t drops);
 
 // A kind of journal entries: its name for options and programs ("credit-note"), and for a person.
 struct JournalKindName {

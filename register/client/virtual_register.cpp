@@ -143,6 +143,7 @@ void VirtualRegister::NoteFailure(bool doubtful) noexcept {
     kept.place = failure.place;
     kept.file.assign(failure.file.substr(0, kNameSize));
     kept.doubtful = doubtful;
+    core_.session.lottery_drop = {};
     std::string& text = core_.last_failure;
     text.assign(english.substr(0, kCauseSize - kDoubtfulEnglish.size()));
     if (doubtful) text += kDoubtfulEnglish;

@@ -106,6 +106,10 @@ class VirtualRegister : public RtfClientInterface {
   // The same as a value, of which a host makes a sentence of its own.
   const RegisterFailure& failure() const { return core_.failure; }
   // Why the last operation that was refused was, and how many were. To be read between operations.
+  // The last lottery code that a receipt went out without, until an operation cannot be stored; and
+  // how many there were since the start.
+  const LotteryDrop& lottery_drop() const { return core_.session.lottery_drop; }
+  uint64_t lottery_drop_count() const { return core_.session.lottery_drops; }
   const Refusal& last_refusal() const { return refusals_.last(); }
   uint64_t refusal_count() const { return refusals_.count(); }
 

@@ -38,6 +38,17 @@ constexpr LineRow kLines[] = {
     {LineKind::kVoucher, "BUONO MONOUSO", "", "STORNO "},
 };
 
+struct LotteryDropRow {
+  LotteryDropCause cause;
+  const char* text;
+};
+
+constexpr LotteryDropRow kLotteryDrops[] = {
+    {LotteryDropCause::kTotal, "  totale inferiore a 1,00"},
+    {LotteryDropCause::kPayment, "  pagamento non tutto elettronico"},
+    {LotteryDropCause::kTaxCode, "  con un codice fiscale"},
+};
+
 // The file's whole name, which stays the same file wherever the program goes from here.
 std::string LogoFile(const std::string* name) {
   if (name == nullptr) return {};
@@ -211,10 +222,20 @@ void Layout::Natures(const std::map<int, Amount>& by_vat, const std::vector<VatR
   }
 }
 
+void Layout::Lottery(const OpenDocument& document) {
+  Paper& paper = core_.paper;
+  if (!document.lottery_code.empty()) paper.Text("Codice lotteria: " + document.lottery_code);
+  for (const LotteryDropRow& row : kLotteryDrops) {
+    if (row.cause != document.lottery_drop) continue;
+    paper.Text("Codice lotteria non accettato:");
+    paper.Text(row.text);
+  }
+}
+
 void Layout::Settled(const OpenDocument& document) {
   Paper& paper = core_.paper;
   if (!document.tax_id.empty()) paper.Text("C.F. cliente: " + document.tax_id);
-  if (!document.lottery_code.empty()) paper.Text("Codice lotteria: " + document.lottery_code);
+  Lottery(document);
   if (!core_.options.courtesy_text.empty()) paper.Centred(core_.options.courtesy_text);
 }
 

@@ -47,6 +47,8 @@ class Layout {
   void Paid(DocumentKind kind, Amount change, int tickets, Amount collected);
   // What the marks of sales without tax mean, for those of a document.
   void Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates);
+  // The lottery code, or why there is none.
+  void Lottery(const OpenDocument& document);
   // What follows that: customer's codes, courtesy text.
   void Settled(const OpenDocument& document);
   // Date, number, point of sale, serial number and the shop's own lines.

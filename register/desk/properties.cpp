@@ -229,7 +229,8 @@ int ReadTextProperty(const RegisterCore& core, int property, std::string* value)
     return RTF_SUCCESS;
   }
   if (property == RTF_PIDXFptr_ErrorString) {
-    *value = core.last_failure;
+    const LotteryDropCause drop = core.session.lottery_drop.cause;
+    *value = drop != LotteryDropCause::kNone ? LotteryDropText(drop) : core.last_failure;
     return RTF_SUCCESS;
   }
   const TextRow* row = Find(kTextProperties, property);

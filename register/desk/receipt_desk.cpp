@@ -35,10 +35,6 @@ constexpr int kNotGiven = -1;
 constexpr int kAsLastLine = -2;
 constexpr Amount kPresetPrice = -1;
 
-bool IsAlphanumeric(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
 }  // namespace
 
 int ReceiptDesk::NoDepartment(int number) const {
@@ -275,36 +271,6 @@ int ReceiptDesk::Message(std::string_view text) {
   return RTF_SUCCESS;
 }
 
-int ReceiptDesk::TaxId(std::string_view text) {
-  if (!core_.Allows(Operation::kTaxId)) return RTF_EFPTR_WRONG_STATE;
-  // A VAT number of 11 digits or a personal tax code of 16 characters.
-  if (text.size() != 11 && text.size() != 16) {
-    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kEitherLength, Subject::kTaxCode,
-                       {static_cast<int64_t>(text.size()), 11, 16});
-  }
-  if (!std::all_of(text.begin(), text.end(), IsAlphanumeric)) {
-    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kTaxCode, {}, text);
-  }
-  core_.document.tax_id = text;
-  return RTF_SUCCESS;
-}
-
-int ReceiptDesk::LotteryCode(std::string_view code) {
-  if (!core_.Allows(Operation::kLottery)) return RTF_EFPTR_WRONG_STATE;
-  if (core_.document.receipt.kind() != DocumentKind::kSale) {
-    return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNoLotteryHere);
-  }
-  if (code.size() != 8) {
-    return RefuseValue(RTF_EFPTR_BAD_LENGTH, RefusalCause::kWrongLength, Subject::kLotteryCode,
-                       {static_cast<int64_t>(code.size()), 8, 8});
-  }
-  if (!std::all_of(code.begin(), code.end(), IsAlphanumeric)) {
-    return RefuseValue(RTF_E_ILLEGAL, RefusalCause::kCharacters, Subject::kLotteryCode, {}, code);
-  }
-  core_.document.lottery_code = code;
-  return RTF_SUCCESS;
-}
-
 int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automatic,
                        std::string_view text) {
   if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
@@ -353,6 +319,7 @@ void ReceiptDesk::Settle() {
   AddDetails(receipt, &stored);
   const DocumentKind kind = stored.kind;
   const Amount change = stored.change;
+  SetLottery(stored);
   const PaidParts parts = CheckedParts(stored);
   const int tickets = TicketsOf(stored, core_.tables);
   Store(std::move(stored));
@@ -388,6 +355,10 @@ void ReceiptDesk::Store(StoredDocument stored) {
   const StoredDocument registered = core_.store.Register(std::move(stored));
   document.id = registered.id;
   document.number = registered.number;
+  if (document.lottery_drop != LotteryDropCause::kNone) {
+    core_.session.lottery_drop = {document.lottery_drop, registered.closure, registered.number};
+    ++core_.session.lottery_drops;
+  }
   if (registered.kind == DocumentKind::kInvoice) {
     document.number_text =
         core_.options.invoice_series.empty()

@@ -117,6 +117,7 @@ class ReceiptDesk {
   void Open(DocumentKind kind, const Reference& reference);
   void Settle();
   PaidParts CheckedParts(const StoredDocument& stored) const;
+  void SetLottery(const StoredDocument& stored);
   void Store(StoredDocument stored);
   void TellRoom();
   void FinishDocument();

@@ -277,6 +277,8 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   }
   layout_.Paid(kind, 0, TicketsOf(stored, core_.tables), CheckedParts(stored).collected);
   layout_.Natures(sale.by_vat, rates);
+  core_.document.lottery_code = sale.lottery_code;
+  layout_.Lottery(core_.document);
   core_.document.time = now;
   Store(std::move(stored));
   FinishDocument();

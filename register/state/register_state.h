@@ -14,6 +14,7 @@
 #include "register/document/receipt.h"
 #include "register/document/reference.h"
 #include "register/fault/faults.h"
+#include "register/state/lottery_drop.h"
 #include "register/tables/device_setup.h"
 #include "register/tables/keyboards.h"
 #include "register/tables/options.h"
@@ -34,6 +35,7 @@ struct DocumentNotes {
   Reference reference;
   Amount referred_total = 0;  // what a void has to come to
   std::string lottery_code;
+  LotteryDropCause lottery_drop = LotteryDropCause::kNone;  // why it goes out without one
   std::string tax_id;
   // These once it is settled: its place among the registered ones, its number, and when.
   int64_t id = 0;
@@ -82,6 +84,9 @@ struct HostSession {
   int item_list_vat = 0;                                     // of the open item list
   std::string health;                                        // what the last test found
   bool article_transfer = false;                             // articles are on their way
+  // The last lottery code that was left out, until something fails; and how many were.
+  LotteryDrop lottery_drop;
+  uint64_t lottery_drops = 0;
 };
 
 // Whether the last unit of work registered something: then the file says so until another is

@@ -440,6 +440,27 @@ TEST(RegisterRun, NamesThatADatabaseTakesForMoreAreFileNames) {
   }
 }
 
+// A receipt that goes out without its lottery code succeeds, and is noted, in a file and at the
+// prompt.
+TEST(RegisterRun, ALotteryCodeThatIsLeftOutIsNoted) {
+  const Shop shop;
+  ASSERT_EQ(shop.Sell(kReceipt).exit_code, 0);
+  const std::string lines =
+      "VEND REP=1, PRE=1.00\nINP TASTO=LOTTERIA\nINP LOTTERIA='ABCD1234', TASTO=CONFERMA\n";
+  const ProgramRun card = shop.Sell(lines + "CHIU TEND=CARTA\n");
+  EXPECT_EQ(card.exit_code, 0);
+  EXPECT_THAT(card.errors, Not(HasSubstr("note")));
+  const std::string note =
+      "lorimat: note: receipt 0001-0003 went out without its lottery code: not all of it was paid "
+      "electronically\n";
+  const ProgramRun cash = shop.Sell(lines + "CHIU\n");
+  EXPECT_EQ(cash.exit_code, 0);
+  EXPECT_THAT(cash.errors, HasSubstr(note));
+  EXPECT_EQ(CountOf(cash.errors, "lottery"), 1);
+  const ProgramRun shell = RunConsole({"shell"}, {.input = lines + "CHIU\n"});
+  EXPECT_THAT(shell.errors, HasSubstr("note: receipt 0001-0001 went out without its lottery code"));
+}
+
 // It is no other program that has the file.
 TEST(RegisterRun, AFileSystemWithoutLocksIsToldAndLeavesNoFile) {
   const Shop shop;

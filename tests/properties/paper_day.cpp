@@ -7,6 +7,7 @@
 
 #include "day/day_register.h"
 #include "managermachine/pflitemtype.h"
+#include "pal/peripherals/keyboard/functioncode.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -124,8 +125,12 @@ PaperMoves Scene() {
       {{8, 0}, {3, 1}, {4, 2}, {3, 3}, {2, 4}, {2, 5}, {2, 6}, {1, 7}, {1, 8}, {1, 9}, {1, 10}})) {
     case 0:
       Push(&moves, PaperStep::kSale);
-      if (Below(8) == 0) Push(&moves, Below(2) == 0 ? PaperStep::kLottery : PaperStep::kTaxId);
+      if (Below(8) == 0) Push(&moves, PaperStep::kTaxId);
       AddLines(&moves);
+      if (Below(4) == 0) {
+        Push(&moves, PaperStep::kLottery, 0, Below(2));
+        Push(&moves, PaperStep::kPayRest, Below(3) == 0 ? 0 : 2);
+      }
       AddPayment(&moves);
       break;
     case 1:
@@ -339,7 +344,9 @@ int PaperShop::Answer(const PaperMove& move) {
     case PaperStep::kRates:
       return ChangeRate(move.a, move.b);
     case PaperStep::kLottery:
-      return device.PrintRecMessage("Grazie");
+      if (const int code = device.KeyCodeInput("", "", "", FunctionCode::kLotteryCode)) return code;
+      return device.KeyCodeInput("", "", move.b == 0 ? "ab12cd34" : "AB12CD34",
+                                 FunctionCode::kConfirm);
     case PaperStep::kTaxId:
       return device.PrintRecTaxID("RSSMRA80A01H501U");
     case PaperStep::kTraining:

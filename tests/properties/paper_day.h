@@ -33,8 +33,8 @@ enum class PaperStep : int {
   kReset,
   kClose,
   kCut,
-  kRates,  // entry a gets the rate b of its own
-  kLottery,
+  kRates,    // entry a gets the rate b of its own
+  kLottery,  // a code, where b is 0 with small letters
   kTaxId,
   kTraining,
   kReading,

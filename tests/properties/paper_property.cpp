@@ -186,6 +186,7 @@ std::string NumberOf(const StoredDocument& document) {
 // The documents that are stored are those on paper, in their order.
 std::string WrongStore(const RegisterStore& store, const std::vector<ReadPaper>& papers) {
   std::vector<const ReadPaper*> printed;
+  std::map<std::string, std::string> codes;  // of the lottery, by the number of the sale
   for (const ReadPaper& paper : papers) {
     if (paper.fiscal()) printed.push_back(&paper);
   }
@@ -199,6 +200,14 @@ std::string WrongStore(const RegisterStore& store, const std::vector<ReadPaper>&
       if (row.stored == document.kind && row.paper != paper.kind) {
         return "a document is of another kind on paper";
       }
+    }
+    if (paper.kind == PaperKind::kSale) codes[paper.number] = paper.lottery_code;
+    const bool goes_back = paper.sign() < 0 && document.referred_number != 0;
+    if (document.lottery_code != paper.lottery_code ||
+        paper.lottery_code != (goes_back                        ? codes[paper.referred]
+                               : paper.kind == PaperKind::kSale ? paper.lottery_code
+                                                                : "")) {
+      return "a document has another lottery code: " + paper.number;
     }
     int64_t tax = 0;
     for (const auto& [vat, figures] : document.figures) tax += figures[TaxedFigure::kGross].tax;
@@ -229,6 +238,10 @@ void Count(const ReadPaper& paper, Seen* seen) {
   if (paper.payments.size() > 1) seen->Add("documents with several payments");
   if (paper.change != 0) seen->Add("documents with change");
   if (paper.not_collected() != 0) seen->Add("documents not collected");
+  if (!paper.lottery_code.empty()) {
+    seen->Add(paper.sign() > 0 ? "lottery codes" : "lottery codes that go back");
+  }
+  if (!paper.lottery_refused.empty()) seen->Add("lottery: " + paper.lottery_refused);
   if (paper.tickets != 0) seen->Add("documents with tickets");
   if (paper.tickets_above != 0) seen->Add("tickets above the rest");
   if (paper.rounded_down() != 0) seen->Add("documents rounded down");
@@ -320,6 +333,10 @@ TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
                      {"documents of three rates and more", 500},
                      {"documents with several payments", 300},
                      {"documents with change", 100},
+                     {"lottery codes", 50},
+                     {"lottery codes that go back", 5},
+                     {"lottery: pagamento non tutto elettronico", 50},
+                     {"lottery: con un codice fiscale", 5},
                      {"documents with tickets", 100},
                      {"tickets above the rest", 20},
                      {"documents rounded down", 50},

@@ -268,32 +268,6 @@ void ReadPayments(size_t at, ReadPaper* paper) {
   if (paper->number.empty()) Complain(paper, "it has no number");
 }
 
-// "ES* = N4 esente": every mark that is no rate has its line, and no other has one.
-void ReadNatures(ReadPaper* paper) {
-  static const std::map<std::string, std::string> kLegends = {
-      {"EE*", "N1 escluso art. 15"},    {"NS*", "N2 non soggetto"},
-      {"NI*", "N3 non imponibile"},     {"ES*", "N4 esente"},
-      {"RM*", "N5 regime del margine"}, {"AL*", "N6 operazione non IVA"}};
-  std::map<std::string, std::string> told;
-  for (const std::string& line : paper->lines) {
-    const size_t sign = line.find(" = ");
-    if (sign == line.npos) continue;
-    if (!told.emplace(line.substr(0, sign), line.substr(sign + 3)).second) {
-      Complain(paper, "a nature is told twice: " + line);
-    }
-  }
-  for (const auto& [mark, gross] : paper->by_mark) {
-    if (mark.back() == '%' && mark != "0%") continue;
-    const auto legend = kLegends.find(mark);
-    if (legend == kLegends.end() || told[mark] != legend->second) {
-      Complain(paper, "nobody says what the mark means: " + mark);
-    }
-    told.erase(mark);
-    ++paper->natures;
-  }
-  if (!told.empty()) Complain(paper, "a nature is told that nothing has");
-}
-
 void CheckDocument(Cents sum, ReadPaper* paper) {
   if (sum != paper->total) Complain(paper, "the lines do not come to the total");
   Cents tax = 0;
@@ -350,7 +324,9 @@ void ReadDocument(ReadPaper* paper) {
     return;
   }
   ReadPayments(ReadVatTable(at + 2, paper), paper);
-  ReadNatures(paper);
+  for (const std::string& wrong : {ReadNatures(paper), ReadLottery(paper)}) {
+    if (!wrong.empty()) Complain(paper, wrong);
+  }
   CheckDocument(goods.sum(), paper);
 }
 

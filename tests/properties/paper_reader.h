@@ -42,8 +42,10 @@ struct ReadPaper {
   int tickets_above = 0;  // that were more than what was due
   bool shows_paid = false;
   Cents paid = 0;
-  int adjustments = 0;         // of lines, departments and the subtotal
-  int shared_adjustments = 0;  // that fall on several rates
+  std::string lottery_code;
+  std::string lottery_refused;  // why there is none
+  int adjustments = 0;          // of lines, departments and the subtotal
+  int shared_adjustments = 0;   // that fall on several rates
   int subtotals = 0;
   int quantities = 0;
   int natures = 0;  // that its legend tells
@@ -69,6 +71,11 @@ struct ReadPaper {
   // The tax of each rate, from its gross.
   Cents TaxOf(const std::string& mark) const;
 };
+
+// Reads the legend of the natures, and the lottery code or why there is none; answers what is wrong
+// with them, empty when nothing is.
+std::string ReadNatures(ReadPaper* paper);
+std::string ReadLottery(ReadPaper* paper);
 
 // The papers of a roll, in their order: what lies between its cuts.
 std::vector<ReadPaper> ReadRoll(const std::vector<std::string>& lines);

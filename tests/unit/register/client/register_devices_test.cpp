@@ -83,17 +83,19 @@ TEST_F(RegisterDevicesTest, ABarcodeCutsBehindItWhereACutIsPossible) {
   EXPECT_EQ(device.paper_lines().back(), std::string(42, '-'));
 }
 
-TEST_F(RegisterDevicesTest, TaxAndLotteryCodesStandOnTheReceipt) {
+TEST_F(RegisterDevicesTest, TaxOrLotteryCodeStandsOnTheReceipt) {
   Sell(1, 10000);
   EXPECT_EQ(device.PrintRecTaxID("123"), RTF_EFPTR_BAD_LENGTH);
   EXPECT_EQ(device.PrintRecTaxID("RSSMRA80A01H50-U"), RTF_E_ILLEGAL);
   ASSERT_EQ(device.PrintRecTaxID("RSSMRA80A01H501U"), RTF_SUCCESS);
+  ASSERT_EQ(PayRest("2"), RTF_SUCCESS);
+  EXPECT_NE(device.paper_text().find("\nC.F. cliente: RSSMRA80A01H501U\n"), std::string::npos);
+  device.BeginFiscalReceipt(true);
+  Sell(1, 10000);
   ASSERT_EQ(device.KeyCodeInput("", "", "", 167), RTF_SUCCESS);
   ASSERT_EQ(device.KeyCodeInput("", "", "AB12CD34", 145), RTF_SUCCESS);
   ASSERT_EQ(PayRest("2"), RTF_SUCCESS);
-  EXPECT_NE(device.paper_text().find("C.F. cliente: RSSMRA80A01H501U\n"
-                                     "Codice lotteria: AB12CD34\n"),
-            std::string::npos);
+  EXPECT_NE(device.paper_text().find("\nCodice lotteria: AB12CD34\n"), std::string::npos);
   EXPECT_EQ(device.store().documents().back().lottery_code, "AB12CD34");
 }
 

@@ -198,7 +198,7 @@ TEST_F(KeyboardTest, TheLotteryCodeFollowsItsKey) {
   EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_FISCAL_RECEIPT);  // a code, no payment
   EXPECT_TRUE(Key(F::kLotteryCode));
   EXPECT_TRUE(Key(Department(1), "1"));  // another key ends the announcement
-  EXPECT_TRUE(Key(F::kTotal));
+  EXPECT_TRUE(Key(F::kCreditCard));
   EXPECT_EQ(device.store().documents().back().lottery_code, "AB12CD34");
 }
 
