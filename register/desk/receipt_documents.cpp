@@ -231,11 +231,11 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
 
 // The rates of the day of a sale.
 std::vector<VatRate> ReceiptDesk::RatesOf(const StoredDocument& sale) const {
-  const std::vector<Closure> closed = core_.store.FindClosures(sale.closure, sale.closure);
-  return closed.empty() ? core_.tables.settings().vat_rates : closed.front().vat_rates;
+  std::vector<Closure> closed = core_.store.FindClosures(sale.closure, sale.closure);
+  return closed.empty() ? core_.tables.settings().vat_rates : std::move(closed.front().vat_rates);
 }
 
-// The lines of a sale that goes back as a whole.
+// The lines of a sale that goes back as a whole, with the rates of its day.
 void ReceiptDesk::PrintGoneBack(const StoredDocument& sale, const std::vector<VatRate>& rates) {
   // What adjustments of several entries did to each is what its lines leave of its sum.
   std::map<int, Amount> rest = sale.by_vat;
@@ -268,6 +268,7 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   Amount vat_total = 0;
   for (const auto& [vat, figures] : sale.figures) vat_total += figures[TaxedFigure::kGross].tax;
   const std::vector<VatRate> rates = RatesOf(sale);
+  CountDocument(rates, &stored);
   PrintGoneBack(sale, rates);
   layout_.Total(sale.total, vat_total);
   for (const DocumentPayment& payment : stored.payments) {

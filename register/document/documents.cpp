@@ -1,11 +1,26 @@
 #include "register/document/documents.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace lorimat {
 namespace {
 
 Amount Absolute(Amount amount) { return amount < 0 ? -amount : amount; }
+
+// Counts what falls on several entries once for each of their rates.
+void CountShares(const std::vector<VatRate>& rates, const std::map<int, Amount>& shares,
+                 Counted what, StoredDocument* stored) {
+  std::vector<std::string> names;
+  for (const auto& [vat, share] : shares) {
+    if (share == 0) continue;
+    std::string name = VatName(rates, vat);
+    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
+    names.push_back(std::move(name));
+    ++stored->figures[vat][what];
+  }
+}
 
 void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stored) {
   for (const Receipt::Line& line : receipt.lines()) {
@@ -20,6 +35,7 @@ void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stor
     if (item.kind == LineKind::kRefund) {
       figures[EnteredFigure::kRefundLines].amount += item.amount;
       figures[EnteredFigure::kRefundLines].taken_back += taken_back;
+      if (line.open_amount != 0) ++figures[Counted::kRefundLines];
     }
     const Amount stands = sign * line.open_amount + line.adjusted;
     if (item.kind == LineKind::kSale && item.department != 0) {
@@ -48,6 +64,8 @@ void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument
       if (adjustment.voided) entered.taken_back += Absolute(delta);
     }
     if (adjustment.voided) continue;
+    CountShares(tables.settings().vat_rates, adjustment.by_vat,
+                surcharge ? Counted::kSurcharges : Counted::kDiscounts, stored);
     // By what it is, as the figures: a discount on a refund line stays one.
     (surcharge ? stored->surcharges : stored->discounts) += Absolute(adjustment.delta);
     // An adjustment of a whole department stands beside its lines.
@@ -95,6 +113,7 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
   AddLines(receipt, tables, &stored);
   AddAdjustments(receipt, tables, &stored);
   AddPayments(receipt, &stored);
+  CountDocument(tables.settings().vat_rates, &stored);
   for (auto& [vat, figures] : stored.figures) {
     const VatRate* rate = tables.FindVat(vat);
     for (TaxedAmount& taxed : figures.taxed) {
@@ -102,6 +121,11 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
     }
   }
   return stored;
+}
+
+void CountDocument(const std::vector<VatRate>& rates, StoredDocument* document) {
+  for (auto& [vat, figures] : document->figures) figures[Counted::kDocuments] = 0;
+  CountShares(rates, document->by_vat, Counted::kDocuments, document);
 }
 
 std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables) {

@@ -69,6 +69,10 @@ struct StoredDocument {
 // and lines are the caller's to fill in.
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
 
+// Counts a document in the entries that come to something. Of entries that have one rate the first
+// counts: who adds papers up sees the rate. `rates` are those of the document.
+void CountDocument(const std::vector<VatRate>& rates, StoredDocument* document);
+
 // What the payments of a document are, without the change. They come to its total, and what cash
 // was rounded up by.
 struct PaidParts {

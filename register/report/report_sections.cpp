@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "register/desk/layout.h"
+#include "register/totals/rate_sums.h"
 
 namespace lorimat {
 namespace {
@@ -32,76 +33,70 @@ constexpr NotPaidRow kNotPaid[] = {
     {TaxedFigure::kUndeliveredNotPaid, "  di cui altro"},
 };
 
-Amount Stands(const EnteredAmount& entered) {
-  Amount sum = entered.amount;
-  AddTo(&sum, entered.taken_back, -1);
-  return sum;
-}
-
-Amount Stands(const Totals& totals, int vat, EnteredFigure one, EnteredFigure other) {
-  Amount sum = Stands(totals.Sum(Totals::kAll, vat, one));
-  AddTo(&sum, Stands(totals.Sum(Totals::kAll, vat, other)));
-  return sum;
-}
+constexpr unsigned kSold = Totals::kSales | Totals::kInvoices;
 
 // What credit notes or voids came to, without their sign.
-Amount GoneBack(const Totals& totals, unsigned kinds, int vat) {
+Amount GoneBack(const RateSums& sums, unsigned kinds) {
   Amount sum = 0;
-  AddTo(&sum, totals.Sum(kinds, vat, TaxedFigure::kGross).amount, -1);
+  AddTo(&sum, sums.Sum(kinds, TaxedFigure::kGross).amount, -1);
   return sum;
 }
 
-// What is told of a rate; all but the first only where it is something.
+Amount Given(const RateSums& sums, EnteredFigure one, EnteredFigure other) {
+  Amount sum = sums.Stands(kSold, one);
+  AddTo(&sum, sums.Stands(kSold, other));
+  return sum;
+}
+
+// What is told of a rate; all but the first only where it is something. Base and tax are of the
+// documents that the total counts.
 struct VatRow {
   const char* name;
-  Amount (*of)(const Totals& totals, int vat);
+  Amount (*of)(const RateSums& sums);
+  int64_t (*count)(const RateSums& sums) = nullptr;
 };
 constexpr VatRow kVatRows[] = {
-    {"Totale ", [](const Totals& totals,
-                   int vat) { return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).amount; }},
-    {"Imponibile ",
-     [](const Totals& totals, int vat) {
-       return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).net();
-     }},
-    {"Imposta ", [](const Totals& totals,
-                    int vat) { return totals.Sum(Totals::kAll, vat, TaxedFigure::kGross).tax; }},
-    {"Sconti ",
-     [](const Totals& totals, int vat) {
-       return Stands(totals, vat, EnteredFigure::kDiscounts, EnteredFigure::kSubtotalDiscounts);
-     }},
-    {"Maggiorazioni ",
-     [](const Totals& totals, int vat) {
-       return Stands(totals, vat, EnteredFigure::kSurcharges, EnteredFigure::kSubtotalSurcharges);
-     }},
-    {"Resi di riga ",
-     [](const Totals& totals, int vat) {
-       return Stands(
-           totals.Sum(Totals::kSales | Totals::kInvoices, vat, EnteredFigure::kRefundLines));
-     }},
-    {"Documenti di reso ",
-     [](const Totals& totals, int vat) { return GoneBack(totals, Totals::kRefunds, vat); }},
-    {"Annulli ",
-     [](const Totals& totals, int vat) { return GoneBack(totals, Totals::kCancels, vat); }},
+    {"Totale",
+     [](const RateSums& sums) { return sums.Sum(Totals::kAll, TaxedFigure::kGross).amount; },
+     [](const RateSums& sums) { return sums.Count(Totals::kAll, Counted::kDocuments); }},
+    {"Imponibile",
+     [](const RateSums& sums) { return sums.Sum(Totals::kAll, TaxedFigure::kGross).net(); }},
+    {"Imposta",
+     [](const RateSums& sums) { return sums.Sum(Totals::kAll, TaxedFigure::kGross).tax; }},
+    {"Sconti",
+     [](const RateSums& sums) {
+       return Given(sums, EnteredFigure::kDiscounts, EnteredFigure::kSubtotalDiscounts);
+     },
+     [](const RateSums& sums) { return sums.Count(kSold, Counted::kDiscounts); }},
+    {"Maggiorazioni",
+     [](const RateSums& sums) {
+       return Given(sums, EnteredFigure::kSurcharges, EnteredFigure::kSubtotalSurcharges);
+     },
+     [](const RateSums& sums) { return sums.Count(kSold, Counted::kSurcharges); }},
+    {"Resi di riga",
+     [](const RateSums& sums) { return sums.Stands(kSold, EnteredFigure::kRefundLines); },
+     [](const RateSums& sums) { return sums.Count(kSold, Counted::kRefundLines); }},
+    {"Documenti di reso", [](const RateSums& sums) { return GoneBack(sums, Totals::kRefunds); },
+     [](const RateSums& sums) { return sums.Count(Totals::kRefunds, Counted::kDocuments); }},
+    {"Annulli", [](const RateSums& sums) { return GoneBack(sums, Totals::kCancels); },
+     [](const RateSums& sums) { return sums.Count(Totals::kCancels, Counted::kDocuments); }},
 };
 // Of a closing of the fiscal memory: total, base and tax.
 constexpr size_t kMemoryRows = 3;
 
-// By rate: entries of the same one are told as one.
+// A name, and how many there are; days of earlier versions do not know it.
+std::string Counting(std::string_view name, int64_t count) {
+  return count == 0 ? std::string(name) : fmt::format("{} n. {}", name, count);
+}
+
 void PrintRates(const Totals& totals, const std::vector<VatRate>& rates,
                 std::span<const VatRow> rows, Paper* paper) {
-  std::vector<std::pair<std::string, std::vector<int>>> names;
-  for (const auto& [vat, gross] : totals.GrossByVat()) {
-    const std::string name = VatName(rates, vat);
-    auto found = std::find_if(names.begin(), names.end(),
-                              [&name](const auto& known) { return known.first == name; });
-    if (found == names.end()) found = names.insert(names.end(), {name, {}});
-    found->second.push_back(vat);
-  }
-  for (const auto& [name, entries] : names) {
+  for (const RateSums& sums : SumsByRate(totals, rates)) {
     for (const VatRow& row : rows) {
-      Amount amount = 0;
-      for (const int vat : entries) AddTo(&amount, row.of(totals, vat));
-      if (amount != 0 || &row == rows.data()) paper->Pair(row.name + name, FormatAmount(amount));
+      const Amount amount = row.of(sums);
+      const int64_t count = row.count != nullptr ? row.count(sums) : 0;
+      if (amount == 0 && count == 0 && &row != rows.data()) continue;
+      paper->Pair(Counting(fmt::format("{} {}", row.name, sums.name), count), FormatAmount(amount));
     }
   }
 }
@@ -146,12 +141,24 @@ void PrintDay(const RegisterCore& core, const ReportFigures& figures, Paper* pap
   }
 }
 
+// Each line has a name of its own: subtenders may be called alike, or as another tender.
+std::string NameOf(const Tender& tender, const Tables& tables) {
+  for (const Tender& other : tables.tenders()) {
+    if (&other != &tender && other.name == tender.name) {
+      return fmt::format("{} ({})", tender.name, tender.id);
+    }
+  }
+  return tender.name;
+}
+
 void PrintTenders(const RegisterCore& core, const ReportFigures& figures, Paper* paper) {
   paper->Text("PAGAMENTI");
   const std::map<std::string, Amount> sums = figures.totals.Summary().by_tender;
   for (const Tender& tender : core.tables.tenders()) {
     const auto sum = sums.find(tender.id);
-    if (sum != sums.end()) paper->Pair(tender.name, FormatAmount(sum->second));
+    if (sum == sums.end()) continue;
+    paper->Pair(Counting(NameOf(tender, core.tables), figures.totals.Payments(tender.id)),
+                FormatAmount(sum->second));
   }
 }
 

@@ -115,6 +115,9 @@ CREATE TABLE event (
   time INTEGER NOT NULL, subject TEXT NOT NULL, value TEXT NOT NULL, hash TEXT NOT NULL);
 )";
 
+// Version 4: "totals" and "sums" hold more, behind what they held before; texts of before stay.
+constexpr char kMoreSums[] = "";
+
 // The chain takes in what stands in the file. The register's own clock is not known here: the
 // time is the computer's.
 void CarryOverChain(Database& database) {
@@ -123,7 +126,7 @@ void CarryOverChain(Database& database) {
   BeginChain(database, now.Step() ? now.Integer(0) : 0);
 }
 
-constexpr SchemaStep kSteps[] = {{1, kRoll}, {2, kEvents, CarryOverChain}};
+constexpr SchemaStep kSteps[] = {{1, kRoll}, {2, kEvents, CarryOverChain}, {3, kMoreSums}};
 
 }  // namespace
 

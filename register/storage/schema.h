@@ -9,7 +9,7 @@ namespace lorimat {
 
 // Marks the files that are registers: "LMRF".
 inline constexpr int32_t kRegisterId = 0x4C4D5246;
-inline constexpr int kSchemaVersion = 3;
+inline constexpr int kSchemaVersion = 4;
 inline constexpr DatabaseKind kRegisterKind = {kRegisterId, kSchemaVersion};
 
 // One version further: the tables, then what is to be put into them.

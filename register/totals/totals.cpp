@@ -129,6 +129,12 @@ int Totals::TenderCount(const std::string& id) const {
   return count;
 }
 
+int Totals::Payments(const std::string& id) const {
+  int count = 0;
+  for (const KindTotals& kind : kinds_) AddTo(&count, Find(kind.tender_counts, id));
+  return count;
+}
+
 std::map<int, Amount> Totals::GrossByVat() const {
   std::map<int, Amount> sums;
   for (const DocumentKind kind : kKinds) {

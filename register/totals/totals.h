@@ -73,6 +73,8 @@ class Totals {
   DepartmentSum Sold(int number) const;
   Amount Tender(const std::string& id) const;
   int TenderCount(const std::string& id) const;
+  // How many payments there were by it, those that went back too.
+  int Payments(const std::string& id) const;
   // The VAT entries and departments that have any figure.
   std::map<int, Amount> GrossByVat() const;
   // Sales less credit notes and voids by operator, and how many documents each made.

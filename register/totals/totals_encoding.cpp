@@ -1,4 +1,7 @@
 // Totals as a text: each kind of document with its sums, tables by key.
+#include <array>
+#include <map>
+#include <tuple>
 #include <utility>
 
 #include "register/totals/totals.h"
@@ -19,6 +22,10 @@ void Put(const VatFigures& value, RowEncoder* record) {
   }
 }
 
+void Put(const VatCounts& value, RowEncoder* record) {
+  for (const int64_t count : value) record->Number(count);
+}
+
 void Take(RowDecoder* record, int* value) { *value = record->Int(); }
 void Take(RowDecoder* record, int64_t* value) { *value = record->Number(); }
 void Take(RowDecoder* record, std::string* value) { *value = record->Text(); }
@@ -35,6 +42,10 @@ void Take(RowDecoder* record, VatFigures* value) {
     entered.amount = record->Number();
     entered.taken_back = record->Number();
   }
+}
+
+void Take(RowDecoder* record, VatCounts* value) {
+  for (int64_t& count : *value) count = record->Number();
 }
 
 template <typename Key, typename Value>
@@ -57,6 +68,32 @@ void TakeTable(RowDecoder* record, std::map<Key, Value>* table) {
   }
 }
 
+// What versions before 4 did not keep stands behind all the rest, and is left out where there is
+// nothing of it: a record of before stays the text that it was, of which its hash is.
+struct Later {
+  std::map<int, VatCounts> counts;
+
+  bool empty() const { return counts.empty(); }
+};
+
+Later LaterOf(const std::map<int, VatFigures>& by_vat) {
+  Later later;
+  for (const auto& [vat, figures] : by_vat) {
+    if (figures.counts != VatCounts()) later.counts[vat] = figures.counts;
+  }
+  return later;
+}
+
+void PutLater(const Later& later, RowEncoder* record) { PutTable(later.counts, record); }
+
+// Answers whether there was anything.
+bool TakeLater(RowDecoder* record, std::map<int, VatFigures>* by_vat) {
+  Later later;
+  TakeTable(record, &later.counts);
+  for (const auto& [vat, counts] : later.counts) (*by_vat)[vat].counts = counts;
+  return !later.empty();
+}
+
 }  // namespace
 
 std::string Totals::ToRecord() const {
@@ -71,6 +108,15 @@ std::string Totals::ToRecord() const {
     PutTable(kind.tender_counts, &record);
     PutTable(kind.by_operator, &record);
     PutTable(kind.operator_counts, &record);
+  }
+  std::array<Later, std::tuple_size_v<decltype(kinds_)>> later;
+  bool any = false;
+  for (size_t index = 0; index < later.size(); ++index) {
+    later[index] = LaterOf(kinds_[index].by_vat);
+    any = any || !later[index].empty();
+  }
+  for (const Later& of_kind : later) {
+    if (any) PutLater(of_kind, &record);
   }
   return record.Take();
 }
@@ -92,6 +138,11 @@ bool Totals::FromRecord(std::string_view text, Totals* totals) {
     TakeTable(&record, &kind.by_operator);
     TakeTable(&record, &kind.operator_counts);
   }
+  if (record.good() && !record.done()) {
+    bool any = false;
+    for (KindTotals& kind : read.kinds_) any = TakeLater(&record, &kind.by_vat) || any;
+    if (!any) return false;
+  }
   if (!record.done()) return false;
   *totals = std::move(read);
   return true;
@@ -107,6 +158,8 @@ std::string SumsRecord(const StoredDocument& document) {
   PutTable(document.sold_by_department, &record);
   PutTable(document.by_tender, &record);
   PutTable(document.tender_counts, &record);
+  const Later later = LaterOf(document.figures);
+  if (!later.empty()) PutLater(later, &record);
   return record.Take();
 }
 
@@ -118,6 +171,7 @@ bool ReadSums(std::string_view text, StoredDocument* document) {
   TakeTable(&record, &document->sold_by_department);
   TakeTable(&record, &document->by_tender);
   TakeTable(&record, &document->tender_counts);
+  if (record.good() && !record.done() && !TakeLater(&record, &document->figures)) return false;
   return record.done();
 }
 

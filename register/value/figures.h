@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "register/value/money.h"
 
@@ -46,10 +47,21 @@ enum class EnteredFigure : size_t {
   kCount,
 };
 
+// How many there are, as they stand in the end.
+enum class Counted : size_t {
+  kDocuments,  // that come to something; of entries with one rate the first has it
+  kRefundLines,
+  kDiscounts,   // of lines, departments and the subtotal
+  kSurcharges,  // likewise
+  kCount,
+};
+using VatCounts = std::array<int64_t, static_cast<size_t>(Counted::kCount)>;
+
 // Ten-thousandths; the order is that in which they are stored.
 struct VatFigures {
   std::array<TaxedAmount, static_cast<size_t>(TaxedFigure::kCount)> taxed = {};
   std::array<EnteredAmount, static_cast<size_t>(EnteredFigure::kCount)> entered = {};
+  VatCounts counts = {};
 
   TaxedAmount& operator[](TaxedFigure figure) { return taxed[static_cast<size_t>(figure)]; }
   const TaxedAmount& operator[](TaxedFigure figure) const {
@@ -59,6 +71,8 @@ struct VatFigures {
   const EnteredAmount& operator[](EnteredFigure figure) const {
     return entered[static_cast<size_t>(figure)];
   }
+  int64_t& operator[](Counted what) { return counts[static_cast<size_t>(what)]; }
+  int64_t operator[](Counted what) const { return counts[static_cast<size_t>(what)]; }
 };
 
 inline void AddTo(TaxedAmount* sum, const TaxedAmount& value, int sign = 1) {
@@ -69,12 +83,15 @@ inline void AddTo(EnteredAmount* sum, const EnteredAmount& value, int sign = 1) 
   AddTo(&sum->amount, value.amount, sign);
   AddTo(&sum->taken_back, value.taken_back, sign);
 }
-inline void AddTo(VatFigures* sums, const VatFigures& value) {
+inline void AddTo(VatFigures* sums, const VatFigures& value, int sign = 1) {
   for (size_t index = 0; index < value.taxed.size(); ++index) {
-    AddTo(&sums->taxed[index], value.taxed[index]);
+    AddTo(&sums->taxed[index], value.taxed[index], sign);
   }
   for (size_t index = 0; index < value.entered.size(); ++index) {
-    AddTo(&sums->entered[index], value.entered[index]);
+    AddTo(&sums->entered[index], value.entered[index], sign);
+  }
+  for (size_t index = 0; index < value.counts.size(); ++index) {
+    AddTo(&sums->counts[index], value.counts[index], sign);
   }
 }
 

@@ -4,65 +4,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "thirty_words.h"
+
 namespace thirty {
-
-using Cents = int64_t;
-
-// a / b, half away from zero; b is above 0.
-inline int64_t Rounded(int64_t a, int64_t b) {
-  return (2 * (a < 0 ? -a : a) + b) / (2 * b) * (a < 0 ? -1 : 1);
-}
-
-inline std::string WithSeparator(Cents cents, char separator) {
-  const Cents size = cents < 0 ? -cents : cents;
-  char text[40];
-  std::snprintf(text, sizeof text, "%s%lld%c%02lld", cents < 0 ? "-" : "",
-                static_cast<long long>(size / 100), separator, static_cast<long long>(size % 100));
-  return text;
-}
-
-inline std::string OnPaper(Cents cents) { return WithSeparator(cents, ','); }
-inline std::string InBatch(Cents cents) { return WithSeparator(cents, '.'); }
-
-inline std::string Padded(int number, int width) {
-  std::string text = std::to_string(number);
-  return std::string(text.size() < static_cast<size_t>(width) ? width - text.size() : 0, '0') +
-         text;
-}
-
-// The VAT entries of the register: departments 1 to 5 have one each, the others the first.
-struct VatEntry {
-  int rate;
-  const char* name;
-};
-inline constexpr VatEntry kVat[] = {{0, ""},   {22, "22%"}, {10, "10%"},
-                                    {5, "5%"}, {4, "4%"},   {0, "ES*"}};
-inline int VatOf(int department) { return department <= 5 ? department : 1; }
-
-// Words of the language and names on paper.
-inline const std::map<std::string, std::string> kTenders = {
-    {"CONTANTI", "Pagamento contante"},
-    {"ASSEGNI", "Pagamento assegno"},
-    {"CARTA", "Pagamento elettronico"},
-    {"BANCOMAT", "Pagamento bancomat"},
-    {"TICKET", "Ticket"},
-    {"NRFATTURE", "Non riscosso fatture"},
-    {"NRSERVIZI", "Non riscosso servizi"},
-    {"NRSSN", "Non riscosso SSN"},
-    {"SCONTOPAG", "Sconto a pagare"},
-    {"CREDITO", "Non riscosso"},
-    {"ST01", "Pagamento elettronico 01"},
-    {"VOUCHER", "Buono multiuso"},
-};
-inline bool IsNotPaid(const std::string& tender) {
-  return tender == "CREDITO" || tender.rfind("NR", 0) == 0;
-}
 
 enum class Kind { kSale, kInvoice, kCreditNote, kVoid, kAbandoned, kNote };
 
@@ -84,11 +33,15 @@ class Document {
   const std::vector<PaperLine>& lines() const { return lines_; }
   const std::map<int, Cents>& by_vat() const { return by_vat_; }
   const std::map<std::string, Cents>& by_tender() const { return by_tender_; }
+  const std::map<std::string, int>& payments() const { return payments_; }
 
   const std::map<int, Cents>& discounts() const { return discounts_; }
   const std::map<int, Cents>& surcharges() const { return surcharges_; }
   // Of refund lines.
   const std::map<int, Cents>& refunds() const { return refunds_; }
+  const std::map<int, int>& discount_counts() const { return discount_counts_; }
+  const std::map<int, int>& surcharge_counts() const { return surcharge_counts_; }
+  const std::map<int, int>& refund_counts() const { return refund_counts_; }
 
   Cents total() const {
     Cents sum = 0;
@@ -132,6 +85,7 @@ class Document {
     lines_.push_back({"STORNO " + sold_, -came_to});
     Add(department, -came_to);
     discounts_[VatOf(department)] -= price - came_to;
+    --discount_counts_[VatOf(department)];
     last_ = 0;
     return *this;
   }
@@ -195,6 +149,7 @@ class Document {
   }
   Document& Collect(const std::string& tender, Cents amount) {
     by_tender_[tender] += amount;
+    ++payments_[tender];
     paid_ += amount;
     return *this;
   }
@@ -204,6 +159,7 @@ class Document {
   void TakeOver(const Document& other) {
     by_vat_ = other.by_vat_;
     by_tender_ = other.by_tender_;
+    payments_ = other.payments_;
     discounts_ = other.discounts_;
     surcharges_ = other.surcharges_;
     for (const PaperLine& line : other.lines_) {
@@ -229,7 +185,10 @@ class Document {
     Add(department, signed_amount);
     if (how.empty()) sold_ = text;
     if (how == "COUPON") Adjusted(VatOf(department), signed_amount);
-    if (how == "RESO") refunds_[VatOf(department)] += amount;
+    if (how == "RESO") {
+      refunds_[VatOf(department)] += amount;
+      ++refund_counts_[VatOf(department)];
+    }
     last_ = amount;
     return *this;
   }
@@ -272,6 +231,7 @@ class Document {
 
   void Adjusted(int vat, Cents amount) {
     (amount < 0 ? discounts_ : surcharges_)[vat] += amount < 0 ? -amount : amount;
+    if (amount != 0) ++(amount < 0 ? discount_counts_ : surcharge_counts_)[vat];
   }
 
   void Add(int department, Cents amount) {
@@ -288,8 +248,10 @@ class Document {
   std::map<int, Cents> by_vat_;
   std::map<int, Cents> by_department_;
   std::map<int, Cents> discounts_, surcharges_, refunds_;  // by VAT entry, without a sign
-  std::string sold_;                                       // the text of the last line that sold
+  std::map<int, int> discount_counts_, surcharge_counts_, refund_counts_;
+  std::string sold_;  // the text of the last line that sold
   std::map<std::string, Cents> by_tender_;
+  std::map<std::string, int> payments_;
   int department_ = 0;  // of the last line
   Cents last_ = 0;      // what the last line came to, with its adjustments
   Cents paid_ = 0;
@@ -354,14 +316,29 @@ class List {
   }
   std::map<std::string, std::string> tender_rows() const {
     std::map<std::string, std::string> rows;
-    for (const auto& [tender, sum] : by_tender()) rows[kTenders.at(tender)] = OnPaper(sum);
+    std::map<std::string, int> counts;
+    for (const Document& one : documents_) {
+      if (Sign(one.kind()) == 0) continue;
+      for (const auto& [tender, count] : one.payments()) counts[tender] += count;
+    }
+    for (const auto& [tender, sum] : by_tender()) {
+      rows[kTenders.at(tender) + " n. " + std::to_string(counts[tender])] = OnPaper(sum);
+    }
     return rows;
   }
   // With `all` discounts and what went back too, as a closing has them; the memory has no such.
   std::map<std::string, std::string> vat_rows(bool all) const {
     std::map<std::string, std::map<int, Cents>> sums;
+    std::map<std::string, std::map<int, int>> counts;
     for (const Document& one : documents_) {
       const int sign = Sign(one.kind());
+      if (sign == 0) continue;
+      const auto count = [&](const std::string& name, const std::map<int, int>& by_vat) {
+        for (const auto& [vat, number] : by_vat) counts[name][vat] += number;
+      };
+      std::map<int, int> itself;
+      for (const auto& [vat, sum] : one.by_vat()) itself[vat] = sum != 0 ? 1 : 0;
+      count("Totale ", itself);
       const auto add = [&](const std::string& name, const std::map<int, Cents>& by_vat, int times) {
         for (const auto& [vat, sum] : by_vat) sums[name][vat] += times * sum;
       };
@@ -370,16 +347,26 @@ class List {
       add("Imponibile ", one.tax_by_vat(), -sign);
       add("Imposta ", one.tax_by_vat(), sign);
       if (!all) continue;
-      add("Sconti ", one.discounts(), sign);
-      add("Maggiorazioni ", one.surcharges(), sign);
-      add("Resi di riga ", one.refunds(), sign);
-      if (one.kind() == Kind::kCreditNote) add("Documenti di reso ", one.by_vat(), 1);
-      if (one.kind() == Kind::kVoid) add("Annulli ", one.by_vat(), 1);
+      if (sign < 0) {
+        const char* const name = one.kind() == Kind::kVoid ? "Annulli " : "Documenti di reso ";
+        add(name, one.by_vat(), 1);
+        count(name, itself);
+        continue;
+      }
+      add("Sconti ", one.discounts(), 1);
+      count("Sconti ", one.discount_counts());
+      add("Maggiorazioni ", one.surcharges(), 1);
+      count("Maggiorazioni ", one.surcharge_counts());
+      add("Resi di riga ", one.refunds(), 1);
+      count("Resi di riga ", one.refund_counts());
     }
     std::map<std::string, std::string> rows;
     for (const auto& [name, by_vat] : sums) {
       for (const auto& [vat, sum] : by_vat) {
-        if (sum != 0) rows[name + kVat[vat].name] = OnPaper(sum);
+        const int count = counts[name][vat];
+        if (sum == 0 && count == 0) continue;
+        rows[name + kVat[vat].name + (count == 0 ? "" : " n. " + std::to_string(count))] =
+            OnPaper(sum);
       }
     }
     return rows;

@@ -281,6 +281,11 @@ std::string WrongPapers(PaperShop* shop, const std::string& file, Seen* seen) {
     if (!wrong.empty()) return wrong + " (closing " + paper.number + ")";
     seen->Add(by_rate ? "closings compared by rate" : "closings of two tables of rates");
     if (day.documents != 0) seen->Add("closings with documents");
+    if (!day.unsure && day.discounts.size() + day.surcharges.size() != 0) {
+      seen->Add("closings with adjustments compared");
+    }
+    if (!day.unsure && !day.refund_lines.empty()) seen->Add("closings with refund lines compared");
+    if (day.unsure) seen->Add("closings with a correction that may mean either of two lines");
     before.sales += day.sales;
     before.credit_notes += day.credit_notes;
     before.voids += day.voids;
@@ -324,6 +329,8 @@ TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
                      {"rates changed", 100},
                      {"closings compared by rate", 1000},
                      {"closings with documents", 1000},
+                     {"closings with adjustments compared", 500},
+                     {"closings with refund lines compared", 100},
                      {"lines with a quantity", 500},
                      {"subtotals", 200},
                      {"natures", 300},

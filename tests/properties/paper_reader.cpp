@@ -1,6 +1,7 @@
 #include "properties/paper_reader.h"
 
 #include <cstddef>
+#include <cstdlib>
 #include <string>
 
 namespace lorimat {
@@ -40,18 +41,7 @@ bool ReadPlaces(const std::string& text, int places, int64_t* value) {
   return !text.empty() && behind <= places;
 }
 
-// A row of a name, maybe a rate, and an amount at the right edge.
-bool ReadRow(const std::string& line, std::string* name, std::string* mark, Cents* amount) {
-  if (line.size() != kWidth) return false;
-  if (!ReadCents(Trim(line.substr(kWidth - kAmountWidth)), amount)) return false;
-  const size_t left = kWidth - kAmountWidth;
-  *mark = Trim(line.substr(left - kMarkWidth, kMarkWidth));
-  *name = line.substr(0, left - kMarkWidth);
-  while (!name->empty() && name->back() == ' ') name->pop_back();
-  return true;
-}
-
-// The same without a rate: all of the left is the name.
+// A row of a name and an amount: all of the left is the name.
 bool ReadPair(const std::string& line, std::string* name, Cents* amount) {
   const size_t blank = line.find_last_of(' ');
   if (line.size() != kWidth || blank == line.npos) return false;
@@ -328,6 +318,16 @@ void ReadDocument(ReadPaper* paper) {
     if (!wrong.empty()) Complain(paper, wrong);
   }
   CheckDocument(goods.sum(), paper);
+  ReadGoods(paper);
+}
+
+// Takes "n. 3" off the end of a name; 0 without one.
+int TakeCount(std::string* name) {
+  const size_t at = name->rfind(" n. ");
+  if (at == name->npos) return 0;
+  const int count = std::atoi(name->c_str() + at + 4);
+  name->resize(at);
+  return count;
 }
 
 void ReadClosing(ReadPaper* paper) {
@@ -346,10 +346,16 @@ void ReadClosing(ReadPaper* paper) {
         Complain(paper, "a name stands twice: " + name);
       }
     } else if (part == kTenders && pair) {
+      const int count = TakeCount(&name);
+      if (!paper->payment_counts.emplace(name, count).second) {
+        Complain(paper, "a name stands twice: " + name);
+      }
       paper->tenders.push_back({name, amount});
     } else if (part == kVat && pair) {
-      // "Documenti di reso 22%": the last word is the rate.
+      // "Documenti di reso 22% n. 2": the word ahead of the count is the rate.
+      const int count = TakeCount(&name);
       const size_t blank = name.find_last_of(' ');
+      paper->counts_of[name.substr(0, blank)][name.substr(blank + 1)] = count;
       if (!paper->by_mark_of[name.substr(0, blank)]
                .emplace(name.substr(blank + 1), amount)
                .second) {
@@ -360,6 +366,16 @@ void ReadClosing(ReadPaper* paper) {
 }
 
 }  // namespace
+
+bool ReadRow(const std::string& line, std::string* name, std::string* mark, Cents* amount) {
+  if (line.size() != kWidth) return false;
+  if (!ReadCents(Trim(line.substr(kWidth - kAmountWidth)), amount)) return false;
+  const size_t left = kWidth - kAmountWidth;
+  *mark = Trim(line.substr(left - kMarkWidth, kMarkWidth));
+  *name = line.substr(0, left - kMarkWidth);
+  while (!name->empty() && name->back() == ' ') name->pop_back();
+  return true;
+}
 
 bool ReadCents(const std::string& text, Cents* cents) {
   size_t at = !text.empty() && text[0] == '-' ? 1 : 0;

@@ -27,6 +27,15 @@ struct NamedAmount {
   Cents amount = 0;
 };
 
+// How many there are, and what they come to.
+struct ReadSum {
+  int count = 0;
+  Cents amount = 0;
+
+  bool operator==(const ReadSum&) const = default;
+};
+using SumsByMark = std::map<std::string, ReadSum>;
+
 struct ReadPaper {
   PaperKind kind = PaperKind::kOther;
   std::vector<std::string> lines;
@@ -49,11 +58,18 @@ struct ReadPaper {
   int subtotals = 0;
   int quantities = 0;
   int natures = 0;  // that its legend tells
+  // As they stand in the end, by rates.
+  SumsByMark discounts, surcharges, refund_lines;
+  // Nobody can say from the paper which line a correction means, and it makes a difference to them.
+  bool unsure = false;
   // --- Of a closing
   std::map<std::string, std::string> rows;  // what stands at the right, by what stands at the left
   std::vector<NamedAmount> tenders;
   // "Totale", "Imposta" and the like, each by rates.
   std::map<std::string, std::map<std::string, Cents>> by_mark_of;
+  // How many there are: of payments by their name, of the others by name and rate.
+  std::map<std::string, int> payment_counts;
+  std::map<std::string, std::map<std::string, int>> counts_of;
 
   // What is wrong with it by itself, empty when nothing is.
   std::string wrong;
@@ -76,6 +92,10 @@ struct ReadPaper {
 // with them, empty when nothing is.
 std::string ReadNatures(ReadPaper* paper);
 std::string ReadLottery(ReadPaper* paper);
+// A row of a name, maybe a rate, and an amount at the right edge; false for another.
+bool ReadRow(const std::string& line, std::string* name, std::string* mark, Cents* amount);
+// The discounts, surcharges and refund lines of a document (paper_goods.cpp).
+void ReadGoods(ReadPaper* paper);
 
 // The papers of a roll, in their order: what lies between its cuts.
 std::vector<ReadPaper> ReadRoll(const std::vector<std::string>& lines);
@@ -92,6 +112,13 @@ struct ReadDay {
   std::map<std::string, Cents> by_tender;
   std::map<std::string, Cents> sold_by_tender;  // of sales and invoices alone
   std::map<std::string, int> sold_payments;
+  std::map<std::string, int> payments;  // of all documents
+  // Of sales and invoices.
+  SumsByMark discounts, surcharges, refund_lines;
+  bool unsure = false;
+  // Documents by rate.
+  std::map<std::string, int> moved, credited, voided;
+  int of_sale = 0, of_credit = 0, of_void = 0;
 
   Cents net() const { return sales - credit_notes - voids; }
 };

@@ -20,6 +20,33 @@ bool Same(const Sums& one, const Sums& other) {
   return true;
 }
 
+void AddTo(const SumsByMark& sums, SumsByMark* all) {
+  for (const auto& [mark, sum] : sums) {
+    (*all)[mark].count += sum.count;
+    (*all)[mark].amount += sum.amount;
+  }
+}
+
+// The rows of a closing that tell amounts and counts by rate are those of the documents.
+std::string WrongSums(const ReadPaper& closing, const char* name, const SumsByMark& sums) {
+  SumsByMark told, known;
+  if (const auto row = closing.by_mark_of.find(name); row != closing.by_mark_of.end()) {
+    for (const auto& [mark, amount] : row->second) {
+      told[mark] = {closing.counts_of.at(name).at(mark), amount};
+    }
+  }
+  for (const auto& [mark, sum] : sums) {
+    if (sum != ReadSum()) known[mark] = sum;
+  }
+  if (told == known) return {};
+  return std::string("a closing has other sums or counts by rate: ") + name;
+}
+
+bool SameCounts(const ReadPaper& closing, const char* name, const std::map<std::string, int>& day) {
+  const auto told = closing.counts_of.find(name);
+  return Same(told == closing.counts_of.end() ? std::map<std::string, int>() : told->second, day);
+}
+
 }  // namespace
 
 void AddToDay(const ReadPaper& paper, ReadDay* day) {
@@ -32,7 +59,20 @@ void AddToDay(const ReadPaper& paper, ReadDay* day) {
   if (paper.kind == PaperKind::kCreditNote) day->credit_notes += paper.total;
   if (paper.kind == PaperKind::kVoid) day->voids += paper.total;
   day->tax += sign * paper.tax;
+  if (paper.kind == PaperKind::kSale) ++day->of_sale;
+  if (paper.kind == PaperKind::kCreditNote) ++day->of_credit;
+  if (paper.kind == PaperKind::kVoid) ++day->of_void;
+  if (sign > 0) {
+    AddTo(paper.discounts, &day->discounts);
+    AddTo(paper.surcharges, &day->surcharges);
+    AddTo(paper.refund_lines, &day->refund_lines);
+    day->unsure = day->unsure || paper.unsure;
+  }
   for (const auto& [mark, gross] : paper.by_mark) {
+    const int one = gross != 0 ? 1 : 0;
+    day->moved[mark] += one;
+    if (paper.kind == PaperKind::kCreditNote) day->credited[mark] += one;
+    if (paper.kind == PaperKind::kVoid) day->voided[mark] += one;
     const Cents tax = paper.TaxOf(mark);
     day->gross_by_mark[mark] += sign * gross;
     day->tax_by_mark[mark] += sign * tax;
@@ -53,6 +93,7 @@ void AddToDay(const ReadPaper& paper, ReadDay* day) {
     const bool last = at + 1 == paper.payments.size();
     const Cents kept = payment.amount - (last ? paper.change : 0);
     day->by_tender[payment.name] += sign * kept;
+    ++day->payments[payment.name];
     if (sign < 0) continue;
     day->sold_by_tender[payment.name] += kept;
     ++day->sold_payments[payment.name];
@@ -75,6 +116,14 @@ std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const Rea
   if (!count("Documenti annullati in corso", day.abandoned)) {
     return "a closing counts other abandoned documents";
   }
+  // Those of which there are none are not named.
+  for (const auto& [name, number] : {std::pair("Documenti di vendita", day.of_sale),
+                                     std::pair("Documenti di reso", day.of_credit),
+                                     std::pair("Documenti di annullo", day.of_void)}) {
+    if (number == 0 ? closing.rows.count(name) != 0 : !count(name, number)) {
+      return std::string("a closing counts other documents: ") + name;
+    }
+  }
   if (!money("Vendite", day.sales)) return "a closing has other sales";
   if (!money("Resi", day.credit_notes)) return "a closing has other credit notes";
   if (!money("Annulli", day.voids)) return "a closing has other voids";
@@ -92,6 +141,7 @@ std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const Rea
   std::map<std::string, Cents> tenders;
   for (const NamedAmount& tender : closing.tenders) tenders[tender.name] += tender.amount;
   if (!Same(tenders, day.by_tender)) return "a closing has other payments";
+  if (!Same(closing.payment_counts, day.payments)) return "a closing counts other payments";
   const auto of = [&closing](const char* name) {
     const auto found = closing.by_mark_of.find(name);
     return found == closing.by_mark_of.end() ? std::map<std::string, Cents>() : found->second;
@@ -112,6 +162,17 @@ std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const Rea
     if (!Same(of(row.name), row.sums)) {
       return std::string("a closing has other sums by rate: ") + row.name;
     }
+  }
+  if (!SameCounts(closing, "Totale", day.moved) ||
+      !SameCounts(closing, "Documenti di reso", day.credited) ||
+      !SameCounts(closing, "Annulli", day.voided)) {
+    return "a closing counts other documents by rate";
+  }
+  if (day.unsure) return {};
+  for (const auto& [name, sums] :
+       {std::pair("Sconti", &day.discounts), std::pair("Maggiorazioni", &day.surcharges),
+        std::pair("Resi di riga", &day.refund_lines)}) {
+    if (std::string wrong = WrongSums(closing, name, *sums); !wrong.empty()) return wrong;
   }
   return {};
 }

@@ -77,6 +77,8 @@ struct TestSums {
   std::map<char, std::map<int, int64_t>> gross;
   std::map<char, std::map<int, int64_t>> tax;
   std::map<std::string, int64_t> tenders;
+  std::map<std::string, int> payments;
+  std::map<int, int> documents;  // of each rate
   std::map<int, int64_t> departments;
 };
 
@@ -145,13 +147,17 @@ TEST_F(ThirtyTotalsTest, ThirtyDocumentsOfEveryKindAddUp) {
     }
     const int sign = document.kind == 'S' || document.kind == 'I' ? 1 : -1;
     for (const auto& [vat, cents] : gross) {
+      if (cents != 0) ++sums.documents[vat];
       sums.by_kind[document.kind] += cents;
       sums.gross[document.kind][vat] += cents;
       sums.tax[document.kind][vat] += RoundedTax(cents, kRates[vat]);
     }
     for (const auto& [department, cents] : departments)
       sums.departments[department] += sign * cents;
-    for (const auto& [tender, cents] : tenders) sums.tenders[tender] += sign * cents;
+    for (const auto& [tender, cents] : tenders) {
+      sums.tenders[tender] += sign * cents;
+      ++sums.payments[tender];
+    }
     ++sums.counts[document.kind];
     if (document.kind == 'S') {
       last_gross = gross;
@@ -232,17 +238,21 @@ TEST_F(ThirtyTotalsTest, ThirtyDocumentsOfEveryKindAddUp) {
       money(sums.tenders["5"] + sums.tenders["6"] + sums.tenders["7"] + sums.tenders["9"]));
   has("TOTALE GIORNALIERO", money(day));
   has("GRAN TOTALE", money(day));
-  has("Pagamento contante", money(sums.tenders["0"]));
-  has("Pagamento assegno", money(sums.tenders["1"]));
-  has("Pagamento elettronico", money(sums.tenders["2"]));
-  has("Pagamento bancomat", money(sums.tenders["3"]));
-  has("Ticket", money(sums.tenders["4"]));
-  has("Pagamento elettronico 01", money(sums.tenders["10"]));
-  has("Pagamento elettronico 20", money(sums.tenders["29"]));
+  const auto pays = [&](const std::string& name, const char* tender) {
+    has(name + " n. " + std::to_string(sums.payments[tender]), money(sums.tenders[tender]));
+  };
+  pays("Pagamento contante", "0");
+  pays("Pagamento assegno", "1");
+  pays("Pagamento elettronico", "2");
+  pays("Pagamento bancomat", "3");
+  pays("Ticket", "4");
+  pays("Pagamento elettronico 01", "10");
+  pays("Pagamento elettronico 20", "29");
   const char* names[] = {"", "22%", "10%", "5%", "4%", "ES*"};
   for (int vat = 1; vat <= 5; ++vat) {
-    has("Totale " + std::string(names[vat]), money(sums.gross['S'][vat] + sums.gross['I'][vat] -
-                                                   sums.gross['R'][vat] - sums.gross['V'][vat]));
+    has("Totale " + std::string(names[vat]) + " n. " + std::to_string(sums.documents[vat]),
+        money(sums.gross['S'][vat] + sums.gross['I'][vat] - sums.gross['R'][vat] -
+              sums.gross['V'][vat]));
   }
 }
 

@@ -1,6 +1,7 @@
 // A register's file, looked at without switching it on.
 #include "register/inspect/register_file.h"
 
+#include "register/storage/schema.h"
 #include "unit/register/store_fixture.h"
 
 namespace lorimat {
@@ -18,7 +19,7 @@ TEST_F(RegisterFileTest, TheStatusOfANewRegister) {
   device.reset();
   const RegisterStatus status = RegisterFile(Path("shop.register")).Status();
   EXPECT_EQ(status.file, Path("shop.register"));
-  EXPECT_EQ(status.schema_version, 3);
+  EXPECT_EQ(status.schema_version, kSchemaVersion);
   EXPECT_EQ(status.serial_number, "99LRM0000001VR");
   EXPECT_EQ(status.firmware_version, "1.00");
   EXPECT_EQ(status.key_position, 1);

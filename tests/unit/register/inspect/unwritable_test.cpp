@@ -172,7 +172,7 @@ TEST_F(UnwritableTest, AnOlderVersionIsBroughtUpToDateInACopyAlone) {
     const AsNobody nobody;
     const RegisterFile look(Path("shop.register"));
     EXPECT_EQ(fmt::format("{}\n", look.Status().documents), documents);
-    EXPECT_EQ(look.Status().schema_version, 3);
+    EXPECT_EQ(look.Status().schema_version, kSchemaVersion);
     EXPECT_TRUE(look.VerifyJournal({}).good());
   }
   EXPECT_EQ(Bytes("shop.register"), before);

@@ -61,7 +61,7 @@ class DatabaseTest : public StoreTest {
 TEST_F(DatabaseTest, ANewFileIsMadeAndMarkedAsARegister) {
   MakeRegister("shop.register");
   EXPECT_EQ(Sql("shop.register", "PRAGMA application_id"), "1280135750\n");  // "LMRF"
-  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), std::to_string(kSchemaVersion) + "\n");
   EXPECT_EQ(Sql("shop.register", "PRAGMA journal_mode"), "wal\n");
   EXPECT_EQ(Refusal(Path("shop.register")), "");
 }
@@ -72,7 +72,7 @@ TEST_F(DatabaseTest, AnEmptyFileBecomesARegister) {
   EXPECT_EQ(LookRefusal(Path("shop.register")), Path("shop.register") + ": the file is empty");
   EXPECT_EQ(Bytes("shop.register"), "");
   EXPECT_EQ(Refusal(Path("shop.register")), "");
-  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), "3\n");
+  EXPECT_EQ(Sql("shop.register", "PRAGMA user_version"), std::to_string(kSchemaVersion) + "\n");
 }
 
 // The register was moved away, or deleted: with its log SQLite would throw away receipts that stand
@@ -291,7 +291,8 @@ TEST_F(DatabaseTest, ADatabaseWithALogOfAnotherProgramIsLeftAlone) {
 
 TEST_F(DatabaseTest, ANewerRegisterIsRefused) {
   MakeRegister("shop.register");
-  Sql("shop.register", "PRAGMA user_version = 4; PRAGMA journal_mode = DELETE");
+  Sql("shop.register",
+      fmt::format("PRAGMA user_version = {}; PRAGMA journal_mode = DELETE", kSchemaVersion + 1));
   ExpectRefused(
       "shop.register",
       "was made by a newer version: its tables are of version 4, known are those up to 3");

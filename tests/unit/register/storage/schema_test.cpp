@@ -51,7 +51,7 @@ TEST_F(MigrationTest, RegistersOfOlderVersionsAreCarriedOverAndGood) {
     const std::string last = Sql(name, "SELECT journal_hash FROM ledger");
     EXPECT_EQ(Sql(name, "PRAGMA user_version"), fmt::format("{}\n", version));
     ExpectGood(name, "looked at");
-    EXPECT_EQ(RegisterFile(Path(name)).Status().schema_version, 3);
+    EXPECT_EQ(RegisterFile(Path(name)).Status().schema_version, kSchemaVersion);
     EXPECT_EQ(Sql(name, "PRAGMA user_version"), fmt::format("{}\n", version));
     CarryOver(name);
     ExpectGood(name, "carried over");
@@ -79,6 +79,37 @@ TEST_F(MigrationTest, RegistersOfOlderVersionsAreCarriedOverAndGood) {
     }
     ExpectGood(name, "further days");
   }
+}
+
+// A file of version 3 with a closed day and one that is open: 8,00 less 0,50 at 22 %, paid by the
+// first subtender, electronic. The day goes on in a register that counts.
+TEST_F(MigrationTest, ADayOfTheThirdVersionGoesOn) {
+  MakeVersion(3, "old");
+  const std::string hashes =
+      Sql("old", "SELECT hash FROM journal UNION ALL SELECT hash FROM event");
+  ExpectGood("old", "looked at");
+  CarryOver("old");
+  ExpectGood("old", "carried over");
+  EXPECT_EQ(Sql("old", "PRAGMA user_version"), std::to_string(kSchemaVersion) + "\n");
+  EXPECT_EQ(Sql("old", "SELECT hash FROM journal UNION ALL SELECT hash FROM event"), hashes);
+  {
+    VirtualRegister device(FileSettings("old"));
+    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+    // A document of before goes back: it is counted as one of today.
+    ASSERT_EQ(device.BeginDocTelematicCancel(1, 2, "", true, ""), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintZReport(), RTF_SUCCESS);
+    const std::string paper = device.paper_text();
+    const std::string closing = paper.substr(paper.rfind("CHIUSURA GIORNALIERA"));
+    EXPECT_NE(closing.find("Totale 22% n. 2                       1,00\n"), std::string::npos)
+        << closing;
+    EXPECT_NE(closing.find("Sconti 22%                            0,50\n"), std::string::npos);
+    EXPECT_NE(closing.find("Annulli 22% n. 1                      7,50\n"), std::string::npos);
+    // Payments were counted before.
+    EXPECT_NE(closing.find("Pagamento elettronico 01 n. 2         0,00\n"), std::string::npos);
+  }
+  ExpectGood("old", "closed");
 }
 
 TEST_F(MigrationTest, WhatWasChangedBeforeIsFoundBehindACarryOver) {
@@ -210,7 +241,7 @@ TEST_F(MigrationTest, ADiskThatFailsAtAnyPlaceOfAMigration) {
         const bool failed = disk.failed();
         disk.Heal();
         // Of the old version, whole, or of the newest one.
-        if (Sql("old", "PRAGMA user_version") != "3\n") {
+        if (Sql("old", "PRAGMA user_version") != std::to_string(kSchemaVersion) + "\n") {
           EXPECT_NE(refusal, "") << n;
           EXPECT_EQ(Dump("old"), before) << n;
         }
@@ -228,12 +259,12 @@ TEST_F(MigrationTest, ADiskThatFailsAtAnyPlaceOfAMigration) {
 
 TEST_F(MigrationTest, ANewerVersionIsRefused) {
   { VirtualRegister device(FileSettings("newer")); }
-  Sql("newer", "PRAGMA user_version = 4");
+  Sql("newer", fmt::format("PRAGMA user_version = {}", kSchemaVersion + 1));
   const std::string before = Bytes("newer");
-  EXPECT_EQ(
-      Refusal(Path("newer")),
-      Path("newer") +
-          ": was made by a newer version: its tables are of version 4, known are those up to 3");
+  EXPECT_EQ(Refusal(Path("newer")),
+            fmt::format("{}: was made by a newer version: its tables are of version {}, known are "
+                        "those up to {}",
+                        Path("newer"), kSchemaVersion + 1, kSchemaVersion));
   EXPECT_EQ(Bytes("newer"), before);
 }
 

@@ -39,6 +39,37 @@ TEST(VatFiguresTest, EachIsStoredWithWhatBelongsToIt) {
   EXPECT_EQ(SumsRecord(read), record);
 }
 
+// Counts stand behind all of that, so that a text without them is read and written as it was.
+TEST(VatFiguresTest, CountsFollowWhatWasStoredBefore) {
+  StoredDocument document = WithFigures(DocumentKind::kSale, 3);
+  document.figures[3][Counted::kDocuments] = 25;
+  document.figures[3][Counted::kRefundLines] = 26;
+  document.figures[3][Counted::kDiscounts] = 27;
+  document.figures[3][Counted::kSurcharges] = 28;
+  const std::string before = SumsRecord(WithFigures(DocumentKind::kSale, 3));
+  EXPECT_EQ(SumsRecord(document), before + "1 3 25 26 27 28 ");
+  StoredDocument read;
+  ASSERT_TRUE(ReadSums(SumsRecord(document), &read));
+  EXPECT_EQ(read.figures.at(3)[Counted::kSurcharges], 28);
+  EXPECT_EQ(SumsRecord(read), SumsRecord(document));
+
+  Totals old_day;
+  old_day.Add(WithFigures(DocumentKind::kInvoice, 3));
+  Totals day = old_day;
+  day.Add(document);
+  day.Add(document);
+  Totals again;
+  ASSERT_TRUE(Totals::FromRecord(day.ToRecord(), &again));
+  EXPECT_EQ(again.of(DocumentKind::kSale).by_vat.at(3)[Counted::kDiscounts], 54);
+  EXPECT_EQ(again.ToRecord(), day.ToRecord());
+  ASSERT_TRUE(Totals::FromRecord(old_day.ToRecord(), &again));
+  EXPECT_EQ(again.ToRecord(), old_day.ToRecord());
+  for (const char* end : {"1", "1 ", "x", "0 ", "0 0 0 0 ", "0 0 0 0 0 "}) {
+    EXPECT_FALSE(Totals::FromRecord(old_day.ToRecord() + end, &again)) << end;
+    EXPECT_FALSE(ReadSums(before + end, &read)) << end;
+  }
+}
+
 TEST(VatFiguresTest, BothAmountsAreSummedWithTheSignOfTheDocument) {
   Totals totals;
   totals.Add(WithFigures(DocumentKind::kSale, 3));

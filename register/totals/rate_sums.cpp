@@ -1,0 +1,67 @@
+#include "register/totals/rate_sums.h"
+
+#include <algorithm>
+
+#include "register/tables/tables.h"
+
+namespace lorimat {
+namespace {
+
+constexpr DocumentKind kKinds[] = {DocumentKind::kSale, DocumentKind::kInvoice,
+                                   DocumentKind::kRefund, DocumentKind::kCancel};
+
+template <typename Each>
+void ForKinds(const std::array<VatFigures, 4>& kinds, unsigned wanted, Each each) {
+  for (const DocumentKind kind : kKinds) {
+    const auto index = static_cast<size_t>(kind);
+    if ((wanted & (1u << index)) != 0) each(kinds[index], DailySign(kind));
+  }
+}
+
+RateSums& Named(const std::string& name, const VatRate& rate, std::vector<RateSums>* all) {
+  const auto found = std::find_if(all->begin(), all->end(),
+                                  [&name](const RateSums& sums) { return sums.name == name; });
+  if (found != all->end()) return *found;
+  all->push_back({name, rate, {}});
+  return all->back();
+}
+
+}  // namespace
+
+TaxedAmount RateSums::Sum(unsigned wanted, TaxedFigure figure) const {
+  TaxedAmount sum;
+  ForKinds(kinds, wanted,
+           [&](const VatFigures& figures, int sign) { AddTo(&sum, figures[figure], sign); });
+  return sum;
+}
+
+Amount RateSums::Stands(unsigned wanted, EnteredFigure figure) const {
+  EnteredAmount sum;
+  ForKinds(kinds, wanted,
+           [&](const VatFigures& figures, int sign) { AddTo(&sum, figures[figure], sign); });
+  AddTo(&sum.amount, sum.taken_back, -1);
+  return sum.amount;
+}
+
+int64_t RateSums::Count(unsigned wanted, Counted what) const {
+  int64_t sum = 0;
+  ForKinds(kinds, wanted, [&](const VatFigures& figures, int) { AddTo(&sum, figures[what]); });
+  return sum;
+}
+
+std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate>& rates) {
+  std::vector<RateSums> all;
+  for (const auto& [vat, gross] : totals.GrossByVat()) {
+    const bool known = vat >= 1 && static_cast<size_t>(vat) <= rates.size();
+    RateSums& sums =
+        Named(VatName(rates, vat), known ? rates[static_cast<size_t>(vat) - 1] : VatRate{}, &all);
+    for (const DocumentKind kind : kKinds) {
+      const auto figures = totals.of(kind).by_vat.find(vat);
+      if (figures == totals.of(kind).by_vat.end()) continue;
+      AddTo(&sums.kinds[static_cast<size_t>(kind)], figures->second);
+    }
+  }
+  return all;
+}
+
+}  // namespace lorimat
