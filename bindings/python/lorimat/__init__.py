@@ -18,6 +18,8 @@ from .errors import LorimatError, Refusal, TextError
 from .register import State, Totals, VirtualRegister
 from .translator import Answer, Translator, explain
 
+__version__ = "3.1.11"  # that of the libraries
+
 __all__ = [
     "Answer", "Client", "LorimatError", "Refusal", "State", "TextError", "Totals", "Translator",
     "VirtualRegister", "constants", "explain",

@@ -3,6 +3,7 @@
 import ctypes
 import datetime
 import os
+import weakref
 from decimal import Decimal
 from typing import Any, Callable, Dict, NamedTuple, Optional, Sequence, Union
 
@@ -112,7 +113,7 @@ class VirtualRegister(Unpicklable):
                  last_closure: int = 0, last_invoice: int = 0,
                  clock: Optional[Callable[[], datetime.datetime]] = None) -> None:
         self._handle = ctypes.c_void_p()
-        self._translator: Any = None  # the one that has it
+        self._hold: Any = None  # that of the translator that has it
         self._forgotten = False  # the program has neither it nor its translator any more
         self._turn = Turn("register")
         self.error: Optional[BaseException] = None  # what the clock has raised since the last look
@@ -138,7 +139,7 @@ class VirtualRegister(Unpicklable):
         if clock is not None:
             if not callable(clock):
                 raise TypeError("clock has to be callable")
-            self._clock = _libraries.Clock(self._ask(clock))
+            self._clock = _libraries.Clock(self._ask(clock, weakref.ref(self)))
             settings.clock = self._clock
         self._face = _libraries.register_face()
         with self._turn.taken():
@@ -146,7 +147,11 @@ class VirtualRegister(Unpicklable):
                                                       ctypes.byref(self._handle))
             self._check(result)
 
-    def _ask(self, clock: Callable[[], datetime.datetime]) -> Callable:
+    @staticmethod
+    def _ask(clock: Callable[[], datetime.datetime],
+             register: "weakref.ref[VirtualRegister]") -> Callable:
+        """Knows the register weakly, for that has it."""
+
         def ask(_: Any, place: int) -> bool:
             try:
                 now = clock()
@@ -158,7 +163,9 @@ class VirtualRegister(Unpicklable):
                 time.hour, time.minute, time.second = now.hour, now.minute, now.second
                 return True
             except BaseException as error:  # pylint: disable=broad-except
-                self.error = self.error or error
+                own = register()
+                if own is not None:
+                    own.error = own.error or error
                 return False
 
         return ask
@@ -232,6 +239,8 @@ class VirtualRegister(Unpicklable):
           operation: the one that it strikes ("PrintRecItemEx"); None: all that it can.
           when: "next", "nth" and "times", which take a count, or "every".
         """
+        if not isinstance(when, str):
+            raise TypeError("when has to be a str, not %s" % type(when).__name__)
         if when not in _WHEN:
             raise LorimatError("there is no such time for a fault: %r" % (when,))
         kind = _text(name, "name")
@@ -256,8 +265,10 @@ class VirtualRegister(Unpicklable):
         """Switches it off. A second time is nothing; a Translator that has it is closed first."""
         if not self._turn.mine:
             return  # its file is open in the process that made it
+        self._turn.check()
+        self._close_left()
         with self._turn.taken():
-            if self._translator is not None:
+            if self._hold is not None:
                 raise LorimatError("the register is in use: close its Translator first")
             if self._handle:
                 self._face.lorimat_register_close(self._handle)
@@ -273,13 +284,20 @@ class VirtualRegister(Unpicklable):
 
     def __del__(self) -> None:
         self._forgotten = True
-        if getattr(self, "_handle", None) and self._turn.mine and self._translator is None:
+        if getattr(self, "_hold", None) is not None:
+            self._close_left()
+        if getattr(self, "_handle", None) and self._turn.mine and self._hold is None:
             self._face.lorimat_register_close(self._handle)
             self._handle = ctypes.c_void_p()
 
+    def _close_left(self) -> None:
+        """The translator that the program let go while this one was at work."""
+        if self._hold is not None and self._hold.left is not None:
+            self._hold.left.close()
+
     def _let_go(self) -> None:
         """Its translator has ended. Garbage is finalised in any order: this one may have gone first."""
-        self._translator = None
+        self._hold = None
         if self._forgotten:
             self.close()
 

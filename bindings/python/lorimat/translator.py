@@ -3,6 +3,7 @@
 import atexit
 import ctypes
 import os
+import sys
 import weakref
 from typing import Any, NamedTuple, Optional, Union
 
@@ -73,16 +74,18 @@ class Translator(Unpicklable):
         self._turn = Turn("translator")
         self._encoding = encoding
         self._language = language
+        self._hold = _Hold()
         explain(0, language)
         encoded("", "", encoding)
         path = self._definition(definition)
+        _close_left()
         self.device = device
         if isinstance(device, VirtualRegister):
             with device._turn.taken():
-                if device._translator is not None:
+                if device._hold is not None:
                     raise LorimatError("the register is in use by another Translator")
                 device._check_open()
-                device._translator = self
+                device._hold = self._hold
             self._client: Any = device
         elif isinstance(device, Client):
             check_methods(device)
@@ -208,8 +211,9 @@ class Translator(Unpicklable):
             self._library = None
         if isinstance(self._client, ClientHandle):
             self._client.free()
-        elif self._client is not None and self._client._translator is self:
+        elif self._client is not None and self._client._hold is self._hold:
             self._client._let_go()
+        self._hold.left = None
         _open_translators.discard(self)
 
     def _check_open(self) -> None:
@@ -229,7 +233,17 @@ class Translator(Unpicklable):
             try:
                 self.close()
             except Exception:  # pylint: disable=broad-except
-                pass  # the program ends, or the device is at work and holds it
+                # The program ends, or garbage is collected while the device is at work.
+                if not sys.is_finalizing():
+                    self._hold.left = self
+                    _open_translators.add(self)
+
+
+class _Hold:
+    """What a register has of its translator: that there is one, and not the translator itself, which
+    closes when its program has let it go."""
+
+    left: Optional[Translator] = None  # one that could not be closed then, and has to be still
 
 
 class _NoTurn:
@@ -241,6 +255,15 @@ class _NoTurn:
 
 
 _open_translators: "weakref.WeakSet[Translator]" = weakref.WeakSet()
+
+
+def _close_left() -> None:
+    for translator in list(_open_translators):
+        if translator._hold.left is not None:
+            try:
+                translator.close()
+            except LorimatError:
+                pass  # its device is still at work
 
 
 @atexit.register

@@ -64,6 +64,16 @@ def test_it_is_switched_off_with_its_translator_as_garbage(tmp_path, translator_
         assert register.totals.receipts_number == 2
 
 
+def test_it_is_switched_off_when_nobody_has_it(tmp_path):
+    gc.disable()
+    try:
+        register = lorimat.VirtualRegister(tmp_path / "shop.register", clock=noon)
+        del register
+        lorimat.VirtualRegister(tmp_path / "shop.register", clock=noon).close()
+    finally:
+        gc.enable()
+
+
 def test_it_has_the_identity_that_it_is_given():
     with lorimat.VirtualRegister(serial_number="99LRM0000077VR", header_lines=["BAR SPORT", "Caffè"],
                                  last_closure=41, clock=noon) as register:
@@ -77,7 +87,8 @@ def test_it_has_the_identity_that_it_is_given():
     (dict(serial_number="x" * 33), lorimat.LorimatError),
     (dict(serial_number="\ud800"), lorimat.TextError),
     (dict(header_lines="BAR"), TypeError), (dict(header_lines=[None]), TypeError),
-    (dict(header_lines=["x"] * 7), lorimat.LorimatError), (dict(header_lines=3), TypeError),
+    (dict(header_lines=["x"] * 7), lorimat.LorimatError),
+    (dict(header_lines=["x" * 51]), lorimat.LorimatError), (dict(header_lines=3), TypeError),
     (dict(last_closure=-1), lorimat.LorimatError), (dict(last_closure=2**40), OverflowError),
     (dict(last_closure=True), TypeError), (dict(last_invoice="7"), TypeError),
     (dict(file=3.5), TypeError), (dict(file=""), lorimat.LorimatError), (dict(file="a\0b"), lorimat.TextError),
@@ -110,6 +121,8 @@ def test_a_fault_that_cannot_be_is_named(register, arguments, error):
         register.fault(*arguments)
     with pytest.raises(lorimat.LorimatError, match="sometimes"):
         register.fault("busy", when="sometimes")
+    with pytest.raises(TypeError, match="when has to be a str, not list"):
+        register.fault("busy", when=[])
     with pytest.raises(lorimat.LorimatError, match="Sing"):
         register.fault("busy", operation="Sing")
     assert register.state.waiting_faults == 0

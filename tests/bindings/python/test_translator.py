@@ -1,6 +1,8 @@
 """Lines on a register: answers, errors, turns, and the copies of the library."""
 
 import _ctypes
+import ctypes
+import gc
 import multiprocessing
 import os
 import pathlib
@@ -122,6 +124,37 @@ def test_a_register_has_one_translator(register, translator):
     sell(translator)
 
 
+def test_it_is_closed_when_nobody_has_it(register):
+    gc.disable()
+    try:
+        sell(lorimat.Translator(register))
+        with lorimat.Translator(register) as t:
+            sell(t)
+        assert register.totals.sales == 2
+    finally:
+        gc.enable()
+
+
+@pytest.mark.parametrize("then", [lambda register: lorimat.Translator(register).close(),
+                                  lambda register: register.close()])
+def test_garbage_may_be_collected_while_its_register_is_at_work(monkeypatch, then):
+    def collect_and_read(*arguments):
+        gc.collect()
+        return read(*arguments)
+
+    with lorimat.VirtualRegister() as register:
+        garbage = lorimat.Translator(register)
+        garbage.own = garbage
+        del garbage
+        read = ctypes.string_at
+        monkeypatch.setattr(ctypes, "string_at", collect_and_read)
+        assert register.paper == ""
+        monkeypatch.undo()
+        assert _libraries.TranslatorLibrary._shared_is_taken.locked()
+        then(register)
+        assert not _libraries.TranslatorLibrary._shared_is_taken.locked()
+
+
 def test_what_is_closed_raises(register):
     t = lorimat.Translator(register)
     t.close()
@@ -152,7 +185,7 @@ def test_a_definition_that_is_not_there_is_named(register, tmp_path, monkeypatch
 
 
 def test_a_definition_may_have_a_long_name(register, tmp_path):
-    shipped = pathlib.Path(lorimat.__file__).parents[3] / "language" / "merkelin.ini"
+    shipped = pathlib.Path(_libraries.installed_definition())
     folder = tmp_path / ("x" * 150)
     folder.mkdir()
     long = folder / "merkelin.ini"
@@ -282,7 +315,9 @@ def test_garbage_may_be_collected_while_a_library_is_loaded(quiet):
                "from lorimat import _libraries\n"
                "quiet = sys.argv[1] == 'True'\n"
                "gc.disable()\n"
-               "lorimat.Translator(lorimat.VirtualRegister(), isolated=True, quiet=quiet)\n"
+               "garbage = lorimat.Translator(lorimat.VirtualRegister(), isolated=True, quiet=quiet)\n"
+               "garbage.own = garbage\n"
+               "del garbage\n"
                "load = _libraries._open\n"
                "def collect_and_load(path):\n"
                "    gc.collect()\n"
@@ -338,5 +373,4 @@ def test_it_names_a_library_that_cannot_be_loaded(tmp_path):
 
 
 def test_the_package_has_the_version_of_the_library(translator):
-    project = pathlib.Path(lorimat.__file__).parent.parent / "pyproject.toml"
-    assert 'version = "%s"' % translator.version in project.read_text()
+    assert lorimat.__version__ == translator.version
