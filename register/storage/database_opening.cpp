@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "register/storage/database.h"
+#include "register/storage/log_layer.h"
 #include "register/value/cancellation.h"
 
 namespace lorimat {
@@ -182,7 +183,9 @@ void Database::OpenFile(Open how, const DatabaseKind& kind) {
     OpenToRead(open_name_, kind);
     return;
   }
-  OpenHandle(open_name_, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0));
+  const char* const layer = !in_memory() && LogLayer::Register() ? LogLayer::kName : nullptr;
+  OpenHandle(open_name_, SQLITE_OPEN_READWRITE | (how == Open::kCreate ? SQLITE_OPEN_CREATE : 0),
+             layer);
   if (in_memory()) {
     Execute("PRAGMA foreign_keys = ON");
     PrepareUnits();
