@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "program_run.h"
 
@@ -9,9 +10,7 @@
 inline ProgramSetting WithSignalAtBar(int signal, int bar, ProgramSetting setting = {}) {
   setting.errors_to_terminal = true;
   setting.environment["NO_COLOR"] = "1";
-  setting.environment["LD_PRELOAD"] = LORIMAT_BAR_SIGNAL;
-  // A build with a sanitizer wants to be the first of the libraries.
-  setting.environment["ASAN_OPTIONS"] = "verify_asan_link_order=0";
+  setting = WithPreload(LORIMAT_BAR_SIGNAL, std::move(setting));
   setting.environment["LORIMAT_TEST_BAR_SIGNAL"] =
       std::to_string(signal) + " " + std::to_string(bar);
   return setting;

@@ -36,9 +36,7 @@ class CopyStop : public testing::Test {
     return RunConsole({"copy", shop_.file(), To()}, setting);
   }
   static ProgramSetting WithKillAtCall(int call) {
-    ProgramSetting setting;
-    setting.environment["LD_PRELOAD"] = LORIMAT_CALL_KILL;
-    setting.environment["ASAN_OPTIONS"] = "verify_asan_link_order=0";
+    ProgramSetting setting = WithPreload(LORIMAT_CALL_KILL);
     setting.environment["LORIMAT_TEST_CALL_KILL"] = std::to_string(call);
     return setting;
   }

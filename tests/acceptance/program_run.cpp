@@ -167,6 +167,13 @@ ProgramRun RunProgram(const std::string& program, const std::vector<std::string>
   return run;
 }
 
+ProgramSetting WithPreload(const std::string& library, ProgramSetting setting) {
+  setting.environment["LD_PRELOAD"] = library;
+  // A build with a sanitizer wants to be the first of the libraries.
+  setting.environment["ASAN_OPTIONS"] = "verify_asan_link_order=0";
+  return setting;
+}
+
 ProgramRun RunConsole(const std::vector<std::string>& arguments, const ProgramSetting& setting) {
   return RunProgram("lorimat", arguments, setting);
 }

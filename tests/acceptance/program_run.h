@@ -28,6 +28,9 @@ struct ProgramSetting {
   int signal = SIGINT;
 };
 
+// Adds to a setting that the program loads this library first.
+ProgramSetting WithPreload(const std::string& library, ProgramSetting setting = {});
+
 // Runs the console with these arguments. No registry of this computer is seen, nor what its user
 // chose for language and colours, unless the environment of the setting says so.
 ProgramRun RunConsole(const std::vector<std::string>& arguments,

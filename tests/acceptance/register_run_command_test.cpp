@@ -466,7 +466,7 @@ TEST(RegisterRun, AFileSystemWithoutLocksIsToldAndLeavesNoFile) {
   const Shop shop;
   const std::string lines = shop.folder().Write("receipt.cmd", kReceipt);
   const std::vector<std::string> arguments = {"run", lines, "--register", shop.file()};
-  const ProgramSetting setting = {.environment = {{"LD_PRELOAD", LORIMAT_NO_LOCKS}}};
+  const ProgramSetting setting = WithPreload(LORIMAT_NO_LOCKS);
   const std::string told = "lorimat: " + shop.file() + ": cannot be opened: No locks available\n";
   const ProgramRun made = RunConsole(arguments, setting);
   EXPECT_EQ(made.exit_code, 2);
