@@ -70,6 +70,10 @@ constexpr FailureSentence kSentences[] = {
     {Cause::kLogUntidy,
      TR_TEXT(
          "its log cannot be put in order after a failure, and nothing more is stored until it is")},
+    {Cause::kLogRead,
+     TR_TEXT(
+         "the disk failed, and the log has to be taken over into the file: nothing more is stored "
+         "until those who read the register meanwhile have ended")},
     {Cause::kNotOnDisk,
      TR_TEXT("the disk did not take what was transferred last, and a cut of the power may take it "
              "away: transfer it again")},

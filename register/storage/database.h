@@ -230,7 +230,7 @@ class Database {
   int FolderRefusal() const;
   void CheckHead(const DatabaseKind& kind) const;
   void SetDurable(bool durable);
-  bool RenewLog() noexcept;
+  void RenewLog();
   int64_t Value(SqlLiteral sql);
   void PrepareUnits();
   void DropStatements() noexcept;

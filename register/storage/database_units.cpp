@@ -247,9 +247,7 @@ void Database::Begin(bool durable) {
       Fail(FailureCause::kLogUntidy);
     }
   }
-  if (unsynced_ && !RenewLog()) {
-    Fail(not_on_disk_ ? FailureCause::kNotOnDisk : FailureCause::kLogUntidy);
-  }
+  if (unsynced_) RenewLog();
   if (not_on_disk_) Fail(FailureCause::kNotOnDisk);
   SetDurable(durable);
   int code = SQLITE_OK;
@@ -329,15 +327,19 @@ void Database::NoteTold() noexcept {
 
 // What a sync did not bring to the disk no later one is known to bring there, and what would be
 // written behind it in the log would be lost with it. So the log is taken over into the file, all
-// of it, and begins anew, also on the disk. False when that fails.
-bool Database::RenewLog() noexcept {
+// of it, and begins anew, also on the disk. Whoever reads a moment of the log holds that back until
+// they end: the host is told so at once, and not kept waiting.
+void Database::RenewLog() {
   LetGo();
   sqlite3_busy_timeout(handle_.get(), 0);
   const int code = sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE,
                                              nullptr, nullptr);
   sqlite3_busy_timeout(handle_.get(), kPatience);
   unsynced_ = code != SQLITE_OK || SyncLog() != SQLITE_OK;
-  return !unsynced_;
+  if (!unsynced_) return;
+  // What is not on the disk is told when the log is no longer in the way.
+  if (code == SQLITE_BUSY) Fail(FailureCause::kLogRead);
+  Fail(not_on_disk_ ? FailureCause::kNotOnDisk : FailureCause::kLogUntidy);
 }
 
 void Database::Rollback() noexcept {

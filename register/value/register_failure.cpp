@@ -68,6 +68,10 @@ constexpr Sentence kSentences[] = {
     {FailureCause::kCutOffBySystem, "e", "cannot be read or written to its end: {}"},
     {FailureCause::kLogUntidy, "",
      "its log cannot be put in order after a failure, and nothing more is stored until it is"},
+    {FailureCause::kLogRead, "",
+     "the disk failed, and the log has to be taken over into the file: nothing more is stored "
+     "until "
+     "those who read the register meanwhile have ended"},
     {FailureCause::kNotOnDisk, "",
      "the disk did not take what was transferred last, and a cut of the power may take it away: "
      "transfer it again"},

@@ -50,6 +50,7 @@ enum class FailureCause : uint8_t {
   kCutOff,
   kCutOffBySystem,  // an errno value
   kLogUntidy,
+  kLogRead,
   kNotOnDisk,
   kGone,
   kLogGone,

@@ -1,14 +1,16 @@
 // A disk that fails when a test wants it to: a layer between SQLite and the system's files. No
-// test waits for the real disk.
+// test waits for the real disk. Where it remembers (Remember) it has what the medium holds as well:
+// a sync that fails forgets what was written, as it does on systems, and a cut of the power leaves
+// what was waited for with success.
 #pragma once
 
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#include <string>
+
+#include "unit/register/disk_medium.h"
 
 namespace lorimat {
 
@@ -50,8 +52,8 @@ class FailingDisk {
   // The n-th write (or sync, by the fault) from now on fails, and with `lasting` all behind it.
   void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }
   void Heal() { plan().armed = false; }
-  // Remembers what stood in the files before each write that has not been waited for: kPower needs
-  // it, and databases that are opened behind this.
+  // From here on the files that are opened have a medium: kPower needs it. What a file holds when
+  // it is opened counts as waited for.
   static void Remember() { remembers() = true; }
   // The layer below, for those who look at a file themselves.
   static const char* RealName() { return real()->zName; }
@@ -66,20 +68,10 @@ class FailingDisk {
     bool armed = false;
     bool failed = false;
   };
-  // What stood in a place of a file. Not of the memory that tests let run out.
-  struct Before {
-    Before* older;
-    sqlite3_int64 at;
-    sqlite3_int64 file_size;
-    int size;
-
-    char* bytes() { return reinterpret_cast<char*>(this + 1); }
-  };
   struct File {
     sqlite3_file base;
     sqlite3_file* real;
-    Before* newest;
-    bool remembers;
+    DiskMedium* medium;  // none where nothing is remembered
   };
 
   static sqlite3_vfs*& real() {
@@ -91,6 +83,7 @@ class FailingDisk {
     return plan;
   }
   static sqlite3_file* Real(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real; }
+  static DiskMedium* MediumOf(sqlite3_file* file) { return reinterpret_cast<File*>(file)->medium; }
 
   static bool& remembers() {
     static bool remembers = false;
@@ -100,34 +93,6 @@ class FailingDisk {
     const Plan& now = plan();
     return now.armed && now.failed &&
            (now.fault == Fault::kGone || now.fault == Fault::kDead || now.fault == Fault::kPower);
-  }
-
-  // A place is about to change.
-  static void NoteBefore(sqlite3_file* file, sqlite3_int64 at, sqlite3_int64 size) {
-    auto* shim = reinterpret_cast<File*>(file);
-    if (!shim->remembers) return;
-    sqlite3_int64 file_size = 0;
-    shim->real->pMethods->xFileSize(shim->real, &file_size);
-    const auto count = static_cast<int>(std::clamp(file_size - at, sqlite3_int64{0}, size));
-    void* const room = std::malloc(sizeof(Before) + static_cast<size_t>(count));
-    if (room == nullptr) std::abort();
-    auto* before = new (room) Before{shim->newest, at, file_size, count};
-    if (count > 0) shim->real->pMethods->xRead(shim->real, before->bytes(), count, at);
-    shim->newest = before;
-  }
-  // What was written is there for good, or is undone.
-  static void Settle(sqlite3_file* file, bool undone) {
-    auto* shim = reinterpret_cast<File*>(file);
-    while (shim->newest != nullptr) {
-      Before* const before = shim->newest;
-      const sqlite3_io_methods& methods = *shim->real->pMethods;
-      if (undone && before->size > 0) {
-        methods.xWrite(shim->real, before->bytes(), before->size, before->at);
-      }
-      if (undone) methods.xTruncate(shim->real, before->file_size);
-      shim->newest = before->older;
-      std::free(before);
-    }
   }
 
   enum class Access { kWrite, kSync, kCut };
@@ -152,10 +117,13 @@ class FailingDisk {
     shim->real = reinterpret_cast<sqlite3_file*>(shim + 1);
     std::memset(static_cast<void*>(shim->real), 0, static_cast<size_t>(real()->szOsFile));
     shim->base.pMethods = nullptr;
-    shim->newest = nullptr;
-    shim->remembers = remembers();
+    shim->medium = nullptr;
     const int code = real()->xOpen(real(), name, shim->real, flags, out);
-    if (code == SQLITE_OK) shim->base.pMethods = &methods;
+    if (code != SQLITE_OK) return code;
+    shim->base.pMethods = &methods;
+    if (remembers()) {
+      shim->medium = new (OwnMemory<DiskMedium>().allocate(1)) DiskMedium(shim->real);
+    }
     return code;
   }
 
@@ -163,7 +131,11 @@ class FailingDisk {
     sqlite3_io_methods methods = {};
     methods.iVersion = 2;
     methods.xClose = [](sqlite3_file* file) {
-      Settle(file, plan().fault == Fault::kPower && IsOff());
+      if (DiskMedium* const medium = MediumOf(file)) {
+        if (plan().fault == Fault::kPower && IsOff()) medium->CutPower();
+        medium->~DiskMedium();
+        OwnMemory<DiskMedium>().deallocate(medium, 1);
+      }
       return Real(file)->pMethods->xClose(Real(file));
     };
     methods.xRead = [](sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
@@ -174,22 +146,24 @@ class FailingDisk {
       if (fails && plan().fault != Fault::kHalf) {
         return plan().fault == Fault::kFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
       }
-      NoteBefore(file, at, size);
+      if (DiskMedium* const medium = MediumOf(file)) medium->NoteWrite(at, size);
       if (!fails) return Real(file)->pMethods->xWrite(Real(file), from, size, at);
       Real(file)->pMethods->xWrite(Real(file), from, size / 2, at);
       return SQLITE_IOERR_WRITE;
     };
     methods.xTruncate = [](sqlite3_file* file, sqlite3_int64 size) {
       if (Fails(Access::kCut)) return SQLITE_IOERR_TRUNCATE;
-      sqlite3_int64 now = 0;
-      Real(file)->pMethods->xFileSize(Real(file), &now);
-      NoteBefore(file, size, std::max(now - size, sqlite3_int64{0}));
+      if (DiskMedium* const medium = MediumOf(file)) medium->NoteCut();
       return Real(file)->pMethods->xTruncate(Real(file), size);
     };
     methods.xSync = [](sqlite3_file* file, int flags) {
       static_cast<void>(flags);
-      if (Fails(Access::kSync)) return SQLITE_IOERR_FSYNC;
-      Settle(file, false);
+      DiskMedium* const medium = MediumOf(file);
+      if (Fails(Access::kSync)) {
+        if (medium != nullptr) medium->FailSync();
+        return SQLITE_IOERR_FSYNC;
+      }
+      if (medium != nullptr) medium->Sync();
       return SQLITE_OK;
     };
     methods.xFileSize = [](sqlite3_file* file, sqlite3_int64* size) {

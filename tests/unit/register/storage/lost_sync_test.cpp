@@ -1,13 +1,15 @@
-// Sales behind a sync that failed: what was answered 0 outlasts a cut of the power, also where the
-// disk forgets what the failed sync was for.
+// Sales behind a sync that failed: what was answered 0 outlasts a cut of the power, where the disk
+// forgets what the failed sync was for. Whoever reads the register meanwhile holds them back, and
+// no longer than that.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 #include "managermachine/pflitemtype.h"
-#include "support/temporary_folder.h"
-#include "unit/register/register_fixture.h"
-#include "unit/register/storage/forgetful_disk.h"
+#include "register/storage/database.h"
+#include "register/storage/schema.h"
+#include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
@@ -28,27 +30,101 @@ TEST(LostSync, WhatIsAnsweredBehindItOutlastsTheCut) {
     SCOPED_TRACE(at);
     const std::filesystem::path folder = MakeTemporaryFolder();
     const std::string file = (folder / "shop.register").string();
-    const std::string copy = (folder / "cut.register").string();
     RegisterSettings settings = TestSettings();
     settings.file = file;
     long answered = 0;
     {
-      ForgetfulDisk disk;
+      FailingDisk disk;
+      FailingDisk::Remember();
       VirtualRegister device(settings);
       answered += SellOne(device) ? 1 : 0;
-      disk.FailSync(at);
+      disk.FailAt(FailingDisk::Fault::kSync, at, false);
       for (int sale = 0; sale < 6; ++sale) answered += SellOne(device) ? 1 : 0;
       EXPECT_EQ(answered, 7);
       failures += disk.failed() ? 1 : 0;
       EXPECT_EQ(device.store().document_count(), answered);
-      disk.Cut(file, copy);
-      disk.Cut(file + "-wal", copy + "-wal");
+      disk.FailAt(FailingDisk::Fault::kPower, 1, true);
+      EXPECT_EQ(device.BeginFiscalReceipt(true), RTF_E_FAILURE);
     }
-    settings.file = copy;
     EXPECT_EQ(VirtualRegister(settings).store().document_count(), answered);
     std::filesystem::remove_all(folder);
   }
   EXPECT_GE(failures, 6);
+}
+
+class LostSyncReader : public StoredRegisterTest {
+ protected:
+  LostSyncReader() : look_(Path("shop.register"), Database::Open::kRead, kRegisterKind) {}
+
+  int64_t DocumentsOfReader() {
+    Statement row = look_.Prepare("SELECT count(*) FROM document");
+    return row.Step() ? row.Integer(0) : -1;
+  }
+  void FailOneSync() {
+    disk.FailAt(FailingDisk::Fault::kSync, 1, false);
+    EXPECT_EQ(Pay(), RTF_E_FAILURE);
+    EXPECT_TRUE(disk.failed());
+    disk.Heal();
+  }
+
+  Database look_;
+};
+
+TEST_F(LostSyncReader, HoldsBackWhatIsStoredNextAndNoLongerThanItReads) {
+  Receipt(1, 10000);
+  std::optional<Moment> moment(look_);
+  ASSERT_EQ(DocumentsOfReader(), 1);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 20000), RTF_SUCCESS);
+  FailOneSync();
+  for (int again = 0; again < 3; ++again) {
+    EXPECT_EQ(Pay(), RTF_E_FAILURE);
+    EXPECT_EQ(device->failure().cause, FailureCause::kLogRead);
+    EXPECT_EQ(
+        device->last_failure(),
+        Path("shop.register") +
+            ": the disk failed, and the log has to be taken over into the file: nothing more is "
+            "stored until those who read the register meanwhile have ended");
+    EXPECT_EQ(device->store().document_count(), 1);
+    EXPECT_EQ(DocumentsOfReader(), 1);
+  }
+  moment.reset();
+  EXPECT_EQ(Pay(), RTF_SUCCESS);
+  EXPECT_EQ(device->store().document_count(), 2);
+  EXPECT_EQ(DocumentsOfReader(), 2);
+}
+
+// One that begins behind the failure, while another one ends, is a reader as any.
+TEST_F(LostSyncReader, OfTheLastStateHoldsBackTheSame) {
+  Receipt(1, 10000);
+  ASSERT_EQ(Begin(), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 20000), RTF_SUCCESS);
+  FailOneSync();
+  {
+    const Moment moment(look_);
+    ASSERT_EQ(DocumentsOfReader(), 1);
+    EXPECT_EQ(Pay(), RTF_E_FAILURE);
+    EXPECT_EQ(device->failure().cause, FailureCause::kLogRead);
+  }
+  EXPECT_EQ(Pay(), RTF_SUCCESS);
+}
+
+TEST_F(LostSyncReader, KeepsNobodyFromHearingOfATransferThatIsNotOnTheDisk) {
+  Receipt(1, 10000);
+  ASSERT_EQ(device->UploadTable(1, 0, ""), RTF_SUCCESS);
+  ASSERT_EQ(device->UploadTable(1, 1, "'T1','RIGA',4,1.50"), RTF_SUCCESS);
+  {
+    const Moment moment(look_);
+    ASSERT_EQ(DocumentsOfReader(), 1);
+    disk.FailAt(FailingDisk::Fault::kSync, 1, false);
+    EXPECT_EQ(device->UploadTable(1, 2, ""), RTF_E_FAILURE);
+    disk.Heal();
+    EXPECT_EQ(Begin(), RTF_E_FAILURE);
+    EXPECT_EQ(device->failure().cause, FailureCause::kLogRead);
+  }
+  EXPECT_EQ(Begin(), RTF_E_FAILURE);
+  EXPECT_EQ(device->failure().cause, FailureCause::kNotOnDisk);
+  EXPECT_EQ(Begin(), RTF_SUCCESS);
 }
 
 }  // namespace
