@@ -98,6 +98,8 @@ void RegisterCore::Keep(bool behind) {
   if (open_moved || printed || set || programmed || store.Changed() || database.in_unit()) {
     // Of what is printed and not registered nothing is lost that counts.
     const bool fiscal = set || (programmed && !row) || store.Changed() || document.id != 0;
+    // Of the rows of a transfer a full disk takes none, and there may be 60,000 of them.
+    if (programmed && !fiscal) database.RefuseStillFull();
     if (!database.in_unit()) database.Begin(fiscal);
     if (programmed && !fiscal) database.OweWaiting();
     // A document that was held and ends now has been registered before.

@@ -7,6 +7,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -174,6 +175,9 @@ class Database {
   void WaitForDisk();
   // Somebody was told kNotOnDisk.
   void NoteTold() noexcept;
+  // Throws kDiskFull, without a try, when the last unit found no room and the file system has had
+  // no more since: for one of many units in a row, of which none may matter more than another.
+  void RefuseStillFull() const;
   // Needs no memory.
   void Rollback() noexcept;
   // A unit failed, and its remains in the log could not be made unreadable: a later start may find
@@ -261,6 +265,12 @@ class Database {
       return size >= 0 && other.size >= 0 && device == other.device && inode == other.inode;
     }
   };
+  // What is left on a file system, in blocks: for all, and for those who are not root.
+  struct Room {
+    uint64_t all = 0;
+    uint64_t others = 0;
+  };
+  std::optional<Room> LittleRoom() const noexcept;
   static FileMark MarkOf(const std::string& file) noexcept;
   static bool HasGone(const char* name, const FileMark& mark) noexcept;
 
@@ -293,6 +303,7 @@ class Database {
   bool not_on_disk_ = false;  // a wait for those failed, and nobody was told yet
   bool unsynced_ = false;     // a sync failed, and the log has not been begun anew since
   bool overtaken_ = false;    // another program has written the file
+  std::optional<Room> full_;  // as the last unit that found no room left it
   // The log as far as it holds what stands: its generation, which its head names, and the frames.
   struct LogEnd {
     std::array<unsigned char, 8> generation = {};

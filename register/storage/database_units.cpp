@@ -12,6 +12,7 @@
 // the file open and its index is whole, nobody makes the index anew from the log.
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,6 +31,10 @@ constexpr int kFrameHeadSize = 24;
 constexpr size_t kLogPageSizeAt = 8;
 constexpr size_t kGenerationAt = 16;
 using LogHead = std::array<unsigned char, kLogHeadSize>;
+
+// Bytes of which one says that a disk is full. A limit of another kind leaves more, and may be gone
+// at the next try.
+constexpr uint64_t kLittleRoom = 1 << 20;
 
 // Taken over into the file from so many frames on.
 constexpr int64_t kLongLog = 1000;
@@ -276,6 +281,7 @@ void Database::Commit() {
   // A unit that changed no page is none for the log.
   if (stands || done) {
     in_unit_ = false;
+    full_.reset();
     // A durable one has waited for all of the log.
     owed_ = logged_ && (owes_ || (owed_ && !(durable_ && stands)));
     made_.Keep();
@@ -286,7 +292,22 @@ void Database::Commit() {
   NoteWait(code);
   Rollback();
   doubtful_ = !DropRemains();
+  full_ = (code & 0xFF) == SQLITE_FULL ? LittleRoom() : std::nullopt;
   FailWith(code, error);
+}
+
+// None where there is much, or where it is not known.
+std::optional<Database::Room> Database::LittleRoom() const noexcept {
+  struct statvfs status = {};
+  if (statvfs(file_.c_str(), &status) != 0) return std::nullopt;
+  if (status.f_frsize != 0 && status.f_bavail > kLittleRoom / status.f_frsize) return std::nullopt;
+  return Room{status.f_bfree, status.f_bavail};
+}
+
+void Database::RefuseStillFull() const {
+  if (!full_) return;
+  const std::optional<Room> now = LittleRoom();
+  if (now && now->all <= full_->all && now->others <= full_->others) Fail(FailureCause::kDiskFull);
 }
 
 // Those who read an older moment hold back what is behind it. It is tried again when as much has

@@ -1,5 +1,5 @@
 // What the system is asked for files, for tests that want to see it or have it fail: the program's
-// own fsync, close and linkat take the places of the library's.
+// own fsync, close, linkat and statvfs take the places of the library's.
 #pragma once
 
 #include <functional>
@@ -20,6 +20,17 @@ class FileCalls {
 
  private:
   Watcher watcher_;
+};
+
+// While one is there, every file system has so many blocks left, of 4,096 bytes.
+class RoomLeft {
+ public:
+  explicit RoomLeft(long blocks);
+  ~RoomLeft();
+  RoomLeft(const RoomLeft&) = delete;
+  RoomLeft& operator=(const RoomLeft&) = delete;
+
+  void Set(long blocks);
 };
 
 }  // namespace lorimat

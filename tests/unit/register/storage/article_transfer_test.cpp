@@ -2,6 +2,7 @@
 // the end, and a disk that does not take them is told of.
 #include <fmt/format.h>
 
+#include "unit/register/file_calls.h"
 #include "unit/register/store_fixture.h"
 
 namespace lorimat {
@@ -172,6 +173,57 @@ TEST_F(ArticleTransferTest, ASyncThatFailsOnTheWayIsToldOf) {
   EXPECT_EQ(Send(row++), RTF_SUCCESS);
   EXPECT_EQ(Close(), RTF_SUCCESS);
   EXPECT_EQ(RowsOfCopy(), row);
+}
+
+// A row that finds no room costs a write, a cut of the log and a sync.
+TEST_F(ArticleTransferTest, AFullDiskIsTriedAgainWhenThereIsMoreRoom) {
+  ASSERT_EQ(Open(), RTF_SUCCESS);
+  ASSERT_EQ(Send(0), RTF_SUCCESS);
+  RoomLeft room(2);
+  for (const long blocks : {2, 3}) {
+    room.Set(blocks);
+    disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+    EXPECT_EQ(Send(1), RTF_E_FAILURE);
+    EXPECT_TRUE(disk.failed());
+    for (int row = 1; row < 5; ++row) {
+      disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+      EXPECT_EQ(Send(row), RTF_E_FAILURE);
+      EXPECT_EQ(device->last_failure(), Path("shop.register") + ": the disk is full");
+      EXPECT_FALSE(disk.failed());
+    }
+    // What is wrong with a row is told all the same.
+    EXPECT_EQ(device->UploadTable(1, 1, "no row"), RTF_E_ILLEGAL);
+  }
+  disk.Heal();
+  // The disk would take it now, and the file system has no more room than before.
+  EXPECT_EQ(Send(1), RTF_E_FAILURE);
+  room.Set(4);
+  EXPECT_EQ(Send(1), RTF_SUCCESS);
+  EXPECT_EQ(Send(2), RTF_SUCCESS);
+  EXPECT_EQ(Close(), RTF_SUCCESS);
+  EXPECT_EQ(RowsOfCopy(), 3);
+}
+
+TEST_F(ArticleTransferTest, MoneyIsTriedHoweverFullTheDiskIs) {
+  ASSERT_EQ(Open(), RTF_SUCCESS);
+  const RoomLeft room(0);
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  ASSERT_EQ(Send(0), RTF_E_FAILURE);
+  disk.Heal();
+  EXPECT_EQ(Begin(), RTF_SUCCESS);
+  EXPECT_EQ(Sell(1, 10000), RTF_SUCCESS);
+  EXPECT_EQ(Pay(), RTF_SUCCESS);
+  // And what was stored shows that there is room.
+  EXPECT_EQ(Send(0), RTF_SUCCESS);
+}
+
+TEST_F(ArticleTransferTest, ALimitThatIsNotTheDisksIsTriedWithEachRow) {
+  ASSERT_EQ(Open(), RTF_SUCCESS);
+  const RoomLeft room(257);
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  ASSERT_EQ(Send(0), RTF_E_FAILURE);
+  disk.Heal();
+  EXPECT_EQ(Send(0), RTF_SUCCESS);
 }
 
 TEST_F(ArticleTransferTest, AnEmptyOneWaitsForNothing) {
