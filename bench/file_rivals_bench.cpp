@@ -17,13 +17,15 @@
 namespace {
 
 constexpr QuietClient::Sale kSale = {1, 1500, 123400, "Pane di casa", "kg"};
+// script/bench leaves these out where it is not asked for them.
+constexpr int64_t kMostLines = 10000000;
 constexpr char kSaleLine[] = "VEND REP=1, QTA=1.5, PREUN=12.34, DES='Pane di casa', UM='kg'\n";
 
 // A translator with the wide language, and a file of as many sale lines as the benchmark's argument
 // says.
 class Batch {
  public:
-  explicit Batch(int64_t lines) : language_(WideLanguage()), file_(Lines(lines)) {
+  explicit Batch(int64_t lines) : language_(WideLanguage()), file_(kSaleLine, lines) {
     Require(translator_->TradInit(language_.path(), 0, &client_, true) == 0,
             "the definition file was refused");
   }
@@ -33,12 +35,6 @@ class Batch {
   void RequireSales(int64_t count) const { client_.RequireSales(count, kSale); }
 
  private:
-  static std::string Lines(int64_t count) {
-    std::string text;
-    for (int64_t i = 0; i < count; ++i) text += kSaleLine;
-    return text;
-  }
-
   TemporaryFile language_;
   TemporaryFile file_;
   QuietClient client_;
@@ -47,18 +43,20 @@ class Batch {
 
 void BatchOfSales(benchmark::State& state) {
   Batch batch(state.range(0));
+  const MemoryPeak memory;
   for (auto _ : state) {
     std::string line = std::string("@'") + batch.path() + "'";
     std::array<char, 512> result;
     Require(batch.translator().EcrCmd(line.data(), result.data()) == 0, result.data());
   }
+  state.counters["memory"] = memory.bytes();
   batch.RequireSales(state.iterations() * state.range(0));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BatchOfSales)
     ->Name("batch/ours")
     ->RangeMultiplier(10)
-    ->Range(1000, 1000000)
+    ->Range(1000, kMostLines)
     ->Unit(benchmark::kMillisecond);
 
 void SalesOneByOne(benchmark::State& state) {
@@ -76,7 +74,7 @@ void SalesOneByOne(benchmark::State& state) {
 BENCHMARK(SalesOneByOne)
     ->Name("batch/one_by_one")
     ->RangeMultiplier(10)
-    ->Range(1000, 1000000)
+    ->Range(1000, kMostLines)
     ->Unit(benchmark::kMillisecond);
 
 constexpr int kCommands = 127;

@@ -26,24 +26,6 @@ using lorimat::VirtualRegister;
 // Fewer than a day has numbers.
 constexpr int kReceipts = 400;
 
-class Folder {
- public:
-  Folder() : path_((std::filesystem::temp_directory_path() / "lorimat-bench-XXXXXX").string()) {
-    Require(mkdtemp(path_.data()) != nullptr, "the temporary folder cannot be made");
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string File(const char* name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
-
 // SQLite as it is, with the settings of the register's file.
 class Bare {
  public:
@@ -85,14 +67,14 @@ class Bare {
 // --- A receipt of five lines, in the register's file
 
 void ReceiptStored(benchmark::State& state) {
-  const Folder folder;
+  const TemporaryFolder folder;
   VirtualRegister device(WorkSettings(folder.File("register")));
   for (auto _ : state) SellFiveLines(device);
 }
 BENCHMARK(ReceiptStored)->Name("receipt_stored/ours")->Iterations(kReceipts)->UseRealTime();
 
 void BareCommit(benchmark::State& state) {
-  const Folder folder;
+  const TemporaryFolder folder;
   Bare bare(folder.File("bare"));
   bare.Run("CREATE TABLE receipt (id INTEGER PRIMARY KEY, total INTEGER, time INTEGER)");
   bare.Prepare("INSERT INTO receipt (total, time) VALUES (?, ?)");
@@ -105,13 +87,36 @@ void BareCommit(benchmark::State& state) {
 }
 BENCHMARK(BareCommit)->Name("receipt_stored/bare_commit")->Iterations(kReceipts)->UseRealTime();
 
+// --- Lines of one receipt, in the register's file
+
+void ReceiptLines(benchmark::State& state) {
+  const TemporaryFolder folder;
+  VirtualRegister device(WorkSettings(folder.File("register")));
+  SellFiveLines(device);  // so that nothing of the first is measured
+  for (auto _ : state) {
+    bool sold = device.BeginFiscalReceipt(true) == 0;
+    for (int64_t line = 0; line < state.range(0); ++line) {
+      sold = sold && device.PrintRecItemEx(0, "PANE DI CASA", 100, 0, -1, 0, "", 4, true, "") == 0;
+    }
+    Require(sold && device.PrintRecTotalEx(0, "0", true) == 0, "the register refuses a sale");
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(ReceiptLines)
+    ->Name("receipt_lines/ours")
+    ->RangeMultiplier(10)
+    ->Range(10, 10000)
+    ->Iterations(1)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
 // --- Articles, answered one by one
 
 void ArticleUpload(benchmark::State& state) {
   const std::vector<std::string> rows = ArticleRows(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     state.PauseTiming();
-    const auto folder = std::make_unique<Folder>();
+    const auto folder = std::make_unique<TemporaryFolder>();
     auto device = std::make_unique<VirtualRegister>(WorkSettings(folder->File("register")));
     state.ResumeTiming();
     UploadArticles(*device, rows);
@@ -135,7 +140,7 @@ void BareRows(benchmark::State& state) {
   const std::vector<lorimat::Article> articles = Articles(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     state.PauseTiming();
-    const auto folder = std::make_unique<Folder>();
+    const auto folder = std::make_unique<TemporaryFolder>();
     auto bare = std::make_unique<Bare>(folder->File("bare"));
     bare->Run("PRAGMA synchronous = NORMAL");
     bare->Run(

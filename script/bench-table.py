@@ -4,9 +4,11 @@
 usage: script/bench-table.py [--build FOLDER] JSON...
 
 A JSON file is what a program of Google Benchmark wrote by --benchmark_out, with repetitions. The names of
-benchmarks are SUBJECT/SIDE or SUBJECT/SIDE/SIZE. bench/goals.tsv names the pairs and what ours may cost at
-most of the rival's; bench/instructions.txt has what script/growth counted. The page keeps what stands
-outside of its marks. FOLDER, build/release, is where the programs were built.
+benchmarks are SUBJECT/SIDE or SUBJECT/SIDE/SIZE. One that tells what items it has processed has as many as
+its size says. The counter "cpu" goes before the processor's time, in seconds; "memory" is what the process
+grew by, in bytes. bench/goals.tsv names the pairs and what ours may cost at most of the rival's;
+bench/instructions.txt has what script/growth counted. The page keeps what stands outside of its marks.
+FOLDER, build/release, is where the programs were built.
 """
 
 import argparse
@@ -31,17 +33,42 @@ def output(*command):
     return subprocess.run(command, cwd=ROOT, capture_output=True, text=True, check=True).stdout
 
 
-def read_times(paths):
-    """The times of each benchmark, in nanoseconds, by kind of time (cpu, wall) and name."""
-    times = {kind: collections.defaultdict(list) for kind in TIMES}
-    for path in paths:
-        for row in json.loads(path.read_text())["benchmarks"]:
-            if row["run_type"] == "iteration" and not row.get("error_occurred"):
-                # A benchmark that is timed by hand or by the clock has that behind its name.
-                name = re.sub(r"/(manual_time|real_time|process_time|iterations:\d+)", "", row["run_name"])
-                for kind, field in TIMES.items():
-                    times[kind][name].append(row[field] * IN_NANOSECONDS[row["time_unit"]])
-    return times
+class Measured:
+    """Of each benchmark, by name: the times of its runs in nanoseconds, by kind (cpu, wall)."""
+
+    def __init__(self, paths):
+        self.times = {kind: collections.defaultdict(list) for kind in TIMES}
+        self.memory = {}  # in bytes, at most
+        self.has_items = set()
+        for path in paths:
+            for row in json.loads(path.read_text())["benchmarks"]:
+                if row["run_type"] == "iteration" and not row.get("error_occurred"):
+                    self.take(row)
+
+    def take(self, row):
+        # A benchmark that is timed by hand or by the clock has that behind its name.
+        name = re.sub(r"/(manual_time|real_time|process_time|iterations:\d+)", "", row["run_name"])
+        for kind, field in TIMES.items():
+            self.times[kind][name].append(row[field] * IN_NANOSECONDS[row["time_unit"]])
+        if "cpu" in row:
+            self.times["cpu"][name][-1] = row["cpu"] * 1e9
+        if "memory" in row:
+            self.memory[name] = max(self.memory.get(name, 0), row["memory"])
+        if "items_per_second" in row:
+            self.has_items.add(name)
+
+    def by_size(self):
+        """Of what was measured at several sizes: the processor's time of a unit by subject, side and size."""
+        found = collections.defaultdict(lambda: collections.defaultdict(list))
+        for name, values in self.times["cpu"].items():
+            parts = name.split("/")
+            if len(parts) == 3 and parts[2].isdigit():
+                size = int(parts[2])
+                units = size if name in self.has_items else 1
+                found[parts[0]][parts[1]].append((size, statistics.median(values) / units))
+        for subject, sides in list(found.items()):
+            found[subject] = {side: sorted(points) for side, points in sides.items() if len(points) > 1}
+        return {subject: sides for subject, sides in found.items() if sides}
 
 
 def read_rows(path, separator=None):
@@ -55,6 +82,10 @@ def shown(nanoseconds):
         if nanoseconds >= size:
             return f"{nanoseconds / size:.3g} {unit}"
     return f"{nanoseconds:.3g} ns"
+
+
+def shown_memory(size):
+    return f"{size / 2**20:.1f} MB" if size >= 2**20 else f"{size / 2**10:.0f} KB"
 
 
 def machine(build):
@@ -83,6 +114,17 @@ def goals_table(times):
         lines.append(
             f"| {subject} | {kind} | {shown(mine)} | {name} | {shown(theirs)} | {ratio:.2f} | {goal} | {met} |"
         )
+    return lines
+
+
+def sizes_table(measured):
+    lines = ["| subject | side | of a unit, by size | memory, by size |", "|---|---|---|---|"]
+    for subject, sides in measured.by_size().items():
+        for side, points in sides.items():
+            costs = ", ".join(f"{shown(cost)} at {size:,}" for size, cost in points)
+            grown = ((size, measured.memory.get(f"{subject}/{side}/{size}")) for size, _ in points)
+            memory = ", ".join(f"{shown_memory(most)} at {size:,}" for size, most in grown if most is not None)
+            lines.append(f"| {subject} | {side} | {costs} | {memory} |")
     return lines
 
 
@@ -128,16 +170,11 @@ def draw(name, title, unit, curves):
     return f"![{title}: {unit} by size](pictures/{name}.svg)"
 
 
-def pictures(times, found):
+def pictures(measured, found):
     lines = []
-    by_subject = collections.defaultdict(lambda: collections.defaultdict(list))
-    for name, values in times["cpu"].items():
-        parts = name.split("/")
-        if len(parts) == 3 and parts[2].isdigit():
-            by_subject[parts[0]][parts[1]].append((int(parts[2]), statistics.median(values) / 1e3))
-    for subject, curves in by_subject.items():
-        if any(len(points) > 1 for points in curves.values()):
-            lines.append(draw(f"time-{subject}", subject, "processor time in µs", curves))
+    for subject, sides in measured.by_size().items():
+        curves = {side: [(size, cost / 1e3) for size, cost in points] for side, points in sides.items()}
+        lines.append(draw(f"time-{subject}", subject, "µs of the processor a unit", curves))
     by_program = collections.defaultdict(dict)
     for (program, family), points in found.items():
         if len(points) > 1:
@@ -153,22 +190,27 @@ def main():
     parser.add_argument("files", type=pathlib.Path, nargs="+")
     arguments = parser.parse_args()
 
-    times = read_times(arguments.files)
+    measured = Measured(arguments.files)
     found = families()
-    repetitions = min(len(values) for values in times["cpu"].values())
+    repetitions = min(len(values) for values in measured.times["cpu"].values())
     figures = [
         BEGIN,
         "",
         machine(arguments.build),
         f"Medians of {repetitions} repetitions and more.",
         "",
-        *goals_table(times),
+        *goals_table(measured.times),
+        "",
+        "Processor times of one unit (a line, an article, a receipt, an operation) at several sizes, and what the",
+        "process grew by meanwhile:",
+        "",
+        *sizes_table(measured),
         "",
         "Instructions, as `script/growth` counts them:",
         "",
         *counts_table(found),
         "",
-        *pictures(times, found),
+        *pictures(measured, found),
         END,
     ]
     text = PAGE.read_text()
