@@ -17,6 +17,7 @@ int VirtualRegister::SetUp(const ShopSetup& setup, ShopRefusal* refused) {
 int VirtualRegister::SaveAs(const std::string& file) {
   const CancellationDelay whole;
   PartFile part(file);
+  core_.StoreOpen();
   core_.database.CopyTo(part, nullptr);
   return part.Finish();
 }

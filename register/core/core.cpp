@@ -50,6 +50,7 @@ RegisterCore::RegisterCore(RegisterSettings settings)
     store.LoadLedger();
     if (!database.in_memory()) paper = LoadRoll(database);
     kept_has_open_ = LoadOpenDocument(database).has_value();
+    stored_paper_ = paper.extent();
   }
 }
 
@@ -85,10 +86,13 @@ void RegisterCore::Keep(bool behind) {
   } else if (document.begun.tm_mday == 0) {
     document.begun = Now();
   }
-  std::string open_record = OpenDocumentRecord(*this, document, paper);
+  // What is in memory goes with the process, whole.
+  const bool stores_open = !database.in_memory() || state == PrinterState::kMonitor;
+  std::string open_record;
+  if (stores_open) open_record = OpenDocumentRecord(*this, document, paper);
   const bool open_moved =
       open_record != kept_open_record_ || (open_record.empty() && kept_has_open_);
-  const bool printed = paper.lines().size() != kept_paper_.lines;
+  const bool printed = stores_open && paper.lines().size() != stored_paper_.lines;
   // Not by answer_due, which is set below.
   const bool set = SettingsDiffer(*this, kept_) || ChainedSettingsChange(tables);
   const bool programmed = Changes(tables, {Tables::Part::kNotes});
@@ -117,7 +121,7 @@ void RegisterCore::Keep(bool behind) {
     }
     store.Keep();
     if (open_moved) StoreOpenDocument(database, *this, document, open_record);
-    if (printed) StoreRoll(database, paper, kept_paper_);
+    if (printed) StoreRoll(database, paper, stored_paper_);
     if (state == PrinterState::kMonitor && paper.lines().size() > kRollLines + kRollSpare) {
       torn_off = TrimRoll(database, paper, kRollLines) - paper.dropped();
     }
@@ -128,8 +132,20 @@ void RegisterCore::Keep(bool behind) {
     tables.Keep();
     if (torn_off > 0) paper.Drop(torn_off);
     kept_open_record_.swap(open_record);
-    kept_has_open_ = state != PrinterState::kMonitor;
+    kept_has_open_ = !kept_open_record_.empty();
+    if (stores_open) stored_paper_ = paper.extent();
   }();
+}
+
+void RegisterCore::StoreOpen() {
+  if (!database.in_memory() || state == PrinterState::kMonitor) return;
+  Transaction unit(database);
+  const std::string record = OpenDocumentRecord(*this, document, paper);
+  StoreOpenDocument(database, *this, document, record);
+  StoreRoll(database, paper, stored_paper_);
+  unit.Commit();
+  kept_has_open_ = true;
+  stored_paper_ = paper.extent();
 }
 
 void RegisterCore::TakeBack() noexcept {

@@ -44,6 +44,9 @@ struct RegisterCore : RegisterState {
   void Keep(bool behind);
   // Takes back all that has changed since Mark, here and in the file. Needs no memory.
   void TakeBack() noexcept;
+  // A register in memory stores a document and its paper as it ends. This stores the open one, for
+  // whoever copies the database. Throws RegisterError.
+  void StoreOpen();
   // Before an orderly switching off.
   void NoteAnswered() noexcept;
   // From here on whoever works on the register is not the one whose answer is due: what is stored
@@ -73,9 +76,10 @@ struct RegisterCore : RegisterState {
   // The document of the mark and its receipt, once another one has taken its place.
   std::optional<OpenDocument> replaced_;
   Paper::Extent kept_paper_;
-  // What the file has of the open document.
+  // What the database has of the open document, and of the paper.
   std::string kept_open_record_;
   bool kept_has_open_ = false;
+  Paper::Extent stored_paper_;
   bool unanswered_left_ = false;
 };
 

@@ -208,6 +208,35 @@ TEST_F(PartFileTest, ASavedRegisterIsTheSame) {
   EXPECT_EQ(Image(device), before);
 }
 
+// It stores a document as it ends, and is saved with what is open all the same.
+TEST_F(PartFileTest, ARegisterInMemoryIsSavedInTheMiddleOfADocument) {
+  VirtualRegister device(TestSettings());
+  const auto sell = [&device] {
+    return device.PrintRecItemEx(0, "PANE", 25000, 0, -1, 0, "", 1, true, "");
+  };
+  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  for (const char* name : {"first", "second"}) {
+    ASSERT_EQ(sell(), RTF_SUCCESS);
+    ASSERT_EQ(device.SaveAs(Path(name)), 0);
+    const RegisterFile saved(Path(name));
+    const std::optional<CutOffDocument> open = saved.Status().open_document;
+    ASSERT_TRUE(open) << name;
+    EXPECT_EQ(open->lines, name == std::string("first") ? 1 : 2);
+    EXPECT_EQ(open->subtotal, open->lines * 25000);
+    EXPECT_EQ(PaperImage(saved.Roll()), PaperImage(device.paper()));
+    EXPECT_TRUE(FindingTexts(saved.VerifyJournal({})).empty()) << name;
+  }
+  ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  ASSERT_EQ(device.SaveAs(Path("ended")), 0);
+  const RegisterFile ended(Path("ended"));
+  EXPECT_FALSE(ended.Status().open_document);
+  EXPECT_EQ(ended.Status().documents, 1u);
+  EXPECT_EQ(PaperImage(ended.Roll()), PaperImage(device.paper()));
+  EXPECT_TRUE(FindingTexts(ended.VerifyJournal({})).empty());
+  // What was saved in the middle is a document that was cut off.
+  EXPECT_EQ(VirtualRegister(FileSettings("second")).cut_off()->lines, 2);
+}
+
 TEST_F(PartFileTest, ASavedRegisterIsAGoodFile) {
   {
     VirtualRegister device(TestSettings());
