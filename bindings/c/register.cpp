@@ -92,13 +92,13 @@ constexpr TextSetting kTextSettings[] = {
     {&lorimat_register_settings::serial_number, &lorimat::RegisterSettings::serial_number,
      "serial_number", lorimat::Tables::kSerialNumberSize},
     {&lorimat_register_settings::firmware_version, &lorimat::RegisterSettings::firmware_version,
-     "firmware_version", 20},
+     "firmware_version", lorimat::Tables::kFirmwareVersionSize},
     {&lorimat_register_settings::vat_number, &lorimat::RegisterSettings::vat_number, "vat_number",
-     32},
+     lorimat::Tables::kVatNumberSize},
     {&lorimat_register_settings::outbox, &lorimat::RegisterSettings::outbox, "outbox", kMostPath},
 };
 constexpr size_t kMostHeaderLines = lorimat::Tables::kHeaderLines;
-constexpr size_t kLongestHeaderLine = 64;
+constexpr size_t kLongestHeaderLine = lorimat::Tables::kHeaderLineSize;
 constexpr int kLastInvoice = 999'999;
 
 // A tm of the host's clock. Throws when there is no such time.

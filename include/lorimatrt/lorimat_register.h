@@ -47,9 +47,10 @@ typedef struct lorimat_register_settings {
   const char* file;                /* made when it is not there; null: in memory */
   const char* serial_number;       /* at most 32 bytes */
   const char* firmware_version;    /* at most 20 bytes */
-  const char* vat_number;          /* the shop's */
+  const char* vat_number;          /* the shop's; at most 32 bytes */
   const char* outbox;              /* the folder of what is sent; null: no files are written */
-  const char* const* header_lines; /* none of them null; null: those of a test shop */
+  const char* const* header_lines; /* at most 6 of 50 bytes each, none of them null; null: those of
+                                    * a test shop */
   size_t header_line_count;
   int last_closure; /* number of the last day closing, 0 to 9999 */
   int last_invoice; /* 0 or more */

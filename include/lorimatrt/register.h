@@ -58,7 +58,7 @@ class LORIMAT_REGISTER_API RegisterSettings {
   RegisterSettings& SetFile(const std::string& name);
   // At most 32 characters; the translator reads the model from the characters 13 and 14.
   RegisterSettings& SetSerialNumber(const std::string& number);
-  // The shop's head on the paper.
+  // The shop's head on the paper: six lines of 50 bytes, and what is beyond is cut.
   RegisterSettings& SetHeader(const std::vector<std::string>& lines);
   // The shop's VAT number, for the telematic summary.
   RegisterSettings& SetVatNumber(const std::string& number);

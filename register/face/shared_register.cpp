@@ -18,8 +18,6 @@
 namespace lorimatrt {
 namespace {
 
-constexpr int kLastVatEntry = 99;
-
 // Runs some work of the register; what that throws goes on as the type that hosts know.
 template <typename Work>
 auto Translating(Work&& work) {
@@ -88,7 +86,8 @@ RegisterSettings& RegisterSettings::SetVatNumber(const std::string& number) {
 
 RegisterSettings& RegisterSettings::SetVatRate(int entry, std::int32_t rate,
                                                const std::string& mark) {
-  RowOf(&parts_->settings.vat_rates, entry, kLastVatEntry, "VAT entry") = {rate, mark};
+  RowOf(&parts_->settings.vat_rates, entry, lorimat::Tables::kMaxVatEntries, "VAT entry") = {rate,
+                                                                                             mark};
   return *this;
 }
 

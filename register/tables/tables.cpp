@@ -74,7 +74,7 @@ void Tables::Repair() {
     *amount = RoundToCents(std::clamp<Amount>(*amount, 0, kMaxPresetPrice)).value_or(0);
   };
   cut(&settings_.serial_number, kSerialNumberSize);
-  cut(&settings_.firmware_version, 20);
+  cut(&settings_.firmware_version, kFirmwareVersionSize);
   if (settings_.header_lines.size() > kHeaderLines) settings_.header_lines.resize(kHeaderLines);
   for (std::string& line : settings_.header_lines) cut(&line, kHeaderLineSize);
   for (VatRate& rate : settings_.vat_rates) cut(&rate.mark, 32);

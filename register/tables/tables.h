@@ -64,8 +64,12 @@ class Tables {
   static constexpr int kHeaderLines = 6;
   static constexpr size_t kShortestSerialNumber = 11;
   static constexpr size_t kSerialNumberSize = 32;
+  static constexpr size_t kFirmwareVersionSize = 20;
+  // The longest that a host may give; what is programmed later is one of the country's.
+  static constexpr size_t kVatNumberSize = 32;
   static constexpr int kSubtenders = 20;  // identifiers "10" to "29"
   static constexpr int kMaxDepartments = 40;
+  static constexpr int kMaxVatEntries = 99;  // of a host's table
 
   // Repairs what a register could not hold: over-long texts are cut, counts and prices brought
   // into their ranges; departments, header lines and articles beyond the last are dropped.

@@ -136,6 +136,21 @@ TEST(CFaceRegister, TakesWhatItIsMadeWith) {
   EXPECT_EQ(paper.find("NEGOZIO"), std::string::npos);
 }
 
+// Six header lines of fifty bytes: each goes on below, in the middle, where the paper ends.
+TEST(CFaceRegister, TakesTheLongestHeader) {
+  const std::string longest(50, 'x');
+  const std::vector<const char*> lines(6, longest.c_str());
+  lorimat_register_settings settings = Settings();
+  settings.header_lines = lines.data();
+  settings.header_line_count = lines.size();
+  Register device(settings);
+  Sell(*device.operator->());
+  std::string head;
+  for (int line = 0; line < 6; ++line)
+    head += std::string(42, 'x') + "\n" + std::string(17, ' ') + "xxxxxxxx\n";
+  EXPECT_TRUE(Made(device, lorimat_register_paper).starts_with(head));
+}
+
 TEST(CFaceRegister, AFileKeepsIt) {
   const std::filesystem::path file = std::filesystem::temp_directory_path() /
                                      ("lorimat-c-face-" + std::to_string(getpid()) + ".register");
@@ -218,6 +233,10 @@ TEST(CFaceRegister, SettingsThatCannotBeAreNamed) {
   expect(settings, LORIMAT_NULL_ARGUMENT);
   lines[2] = longest.c_str();
   expect(settings, LORIMAT_BAD_VALUE);
+  const std::string too_long(51, 'x');
+  lines[2] = too_long.c_str();
+  expect(settings, LORIMAT_BAD_VALUE);
+  EXPECT_STREQ(lorimat_register_error(), "a header line has more than 50 bytes");
   for (const int number : {-1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
     settings = Settings();
     settings.last_closure = number;

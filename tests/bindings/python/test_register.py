@@ -2,6 +2,9 @@
 
 import datetime
 import gc
+import os
+import subprocess
+import sys
 from decimal import Decimal
 
 import lorimat
