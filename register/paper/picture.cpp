@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <map>
+#include <new>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -29,6 +31,19 @@ constexpr int kBandHeight = 1024;
 // PDF readers take pages of 14400 points, which are 5080 mm.
 constexpr int kLongestPage = 5000 * kDotsPerMillimetre;
 constexpr double kPointsPerDot = 72.0 / 25.4 / kDotsPerMillimetre;
+
+// What text takes when it is drawn for the first time, most of it addresses alone: fonts, their
+// caches and a thread that reads them.
+constexpr size_t kDrawingRoom = size_t{96} << 20;
+
+// The library under the text ends the process where it gets no memory. Throws std::bad_alloc ahead
+// of that.
+void CheckRoom() {
+  // Not by new, of which a compiler knows that it may be left out.
+  void* volatile room = std::malloc(kDrawingRoom);
+  if (room == nullptr) throw std::bad_alloc();
+  std::free(room);
+}
 
 struct Block {
   size_t line = 0;
@@ -211,6 +226,7 @@ size_t EndOfPage(const std::vector<Block>& blocks, size_t begin, int* height) {
 }  // namespace
 
 std::string RenderPng(const Paper& paper, const PictureProgress& progress) {
+  CheckRoom();
   Picture picture(paper, progress);
   int64_t height = int64_t{2} * kEndMargin;
   for (const Block& block : picture.blocks()) height += block.height;
@@ -245,6 +261,7 @@ std::string RenderPng(const Paper& paper, const PictureProgress& progress) {
 }
 
 std::string RenderPdf(const Paper& paper, const PictureProgress& progress) {
+  CheckRoom();
   Picture picture(paper, progress);
   std::string file;
   const double width = kPictureWidth * kPointsPerDot;

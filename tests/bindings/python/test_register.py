@@ -36,6 +36,24 @@ def test_its_paper_comes_as_pictures(register):
     assert register.pdf().startswith(b"%PDF")
 
 
+@pytest.mark.skipif("asan" in os.environ.get("LD_PRELOAD", ""),
+                    reason="AddressSanitizer itself ends a process without memory")
+@pytest.mark.parametrize("kind", ["png", "pdf"])
+def test_without_memory_to_draw_it_is_an_error(kind):
+    done = subprocess.run(
+        [sys.executable, "-c",
+         "import lorimat, resource, sys\n"
+         "with lorimat.VirtualRegister() as register:\n"
+         "    pages = int(open('/proc/self/statm').read().split()[0])\n"
+         "    room = pages * resource.getpagesize() + 32 * 2**20\n"
+         "    resource.setrlimit(resource.RLIMIT_AS, (room, resource.RLIM_INFINITY))\n"
+         "    try:\n"
+         "        getattr(register, sys.argv[1])()\n"
+         "    except lorimat.LorimatError as error:\n"
+         "        print(error)\n", kind], capture_output=True, text=True)
+    assert (done.stdout, done.stderr, done.returncode) == ("there is no memory\n", "", 0)
+
+
 def test_it_lives_in_a_file(tmp_path):
     for place in (str(tmp_path / "a.register"), tmp_path / "b.register",
                   bytes(tmp_path / "caffè.register")):
