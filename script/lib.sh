@@ -10,7 +10,8 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libfmt-dev libcli11-dev
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev gettext
   libgtest-dev libgmock-dev librapidcheck-dev zbar-tools python3-pytest)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
-check_packages=(binutils python3 shellcheck clang-format clang-tidy cppcheck codespell)
+check_packages=(binutils python3 python3-venv python3-pip python3-setuptools python3-wheel shellcheck
+  clang-format clang-tidy cppcheck codespell)
 bench_packages=(libbenchmark-dev libcpp-httplib-dev libinih-dev libboost1.81-dev libspdlog-dev nlohmann-json3-dev
   python3-matplotlib rapidjson-dev)
 coverage_packages=(gcovr)
