@@ -105,5 +105,13 @@ if(TARGET lorimat_c AND TARGET lorimat_register_c)
     DEPENDS "python3 (>= 3.9), liblorimatrt${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION}), liblorimat-c1 (>= ${PROJECT_VERSION}), liblorimat-register-c1 (>= ${PROJECT_VERSION}), lorimat-data"
     SUMMARY "lines of a cash-desk language on a fiscal device, from Python"
     TEXT "${what_it_is}\n\nThis package has the module for Python 3.")
+  # Their names are what dpkg calls them.
+  set(control ${PROJECT_BINARY_DIR}/debian/python3-lorimat)
+  foreach(program IN ITEMS postinst prerm)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/debian/python3-lorimat.${program}
+                   ${control}/${program} COPYONLY FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+                   GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+  endforeach()
+  set(CPACK_DEBIAN_PYTHON3-LORIMAT_PACKAGE_CONTROL_EXTRA ${control}/postinst ${control}/prerm)
 endif()
 include(CPack)

@@ -16,7 +16,7 @@ bench_packages=(libbenchmark-dev libcpp-httplib-dev libinih-dev libboost1.81-dev
   python3-matplotlib rapidjson-dev)
 coverage_packages=(gcovr)
 memory_packages=(valgrind)
-packaging_packages=(dpkg-dev lintian debootstrap)
+packaging_packages=(dpkg-dev lintian mmdebstrap)
 fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }
@@ -38,9 +38,9 @@ read_processor_time() {
   processor_system=$((fields[12] + fields[14]))
 }
 
-# step NAME COMMAND...: says what is done, shows the command, runs it, and says what it cost. A
-# failure names the step and ends the program.
-step() {
+# run_step NAME COMMAND...: says what is done, shows the command, runs it, and says what it cost. Its
+# status is that of the command.
+run_step() {
   local name=$1
   shift
   printf '\n== %s\n+ %s\n' "$name" "$*"
@@ -48,14 +48,35 @@ step() {
   read_processor_time
   user=$processor_user system=$processor_system
   "$@" </dev/null || status=$?
-  if ((status != 0)); then
-    printf '\nscript/%s: FAILED at step "%s" (exit status %d)\n' "${0##*/}" "$name" "$status" >&2
-    exit 1
-  fi
+  if ((status != 0)); then return "$status"; fi
   read_processor_time
   printf -- '-- %s: done in %d s, with %d s of processor time (user %d, system %d)\n' "$name" \
     "$((SECONDS - begin))" "$(((processor_user - user + processor_system - system) / 100))" \
     "$(((processor_user - user) / 100))" "$(((processor_system - system) / 100))"
+}
+
+# step NAME COMMAND...: a failure names the step and ends the program.
+step() { run_step "$@" || fail_step "$1" $?; }
+
+fail_step() {
+  printf '\nscript/%s: FAILED at step "%s" (exit status %d)\n' "${0##*/}" "$1" "$2" >&2
+  exit 1
+}
+
+# What this machine could not do, by the names of the steps.
+left_out=()
+
+# step_if_possible NAME COMMAND...: the same, but for the exit status 77. That says that this machine
+# cannot do it: the step joins left_out.
+step_if_possible() {
+  local status=0
+  run_step "$@" || status=$?
+  if ((status == 77)); then
+    printf '\nscript/%s: NOT RUN HERE: %s\n' "${0##*/}" "$1" >&2
+    left_out+=("$1")
+  elif ((status != 0)); then
+    fail_step "$1" "$status"
+  fi
 }
 
 package_is_installed() {
