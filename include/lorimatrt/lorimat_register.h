@@ -88,7 +88,7 @@ LORIMAT_C_API void lorimat_bytes_free(lorimat_bytes* bytes);
 
 /* The paper: as text with a line feed behind each line, as a PNG file and as a PDF file. *bytes
  * need not be empty before, and what it held is not freed; it is empty on failure. The text is what
- * the host has sent, byte for byte. A picture takes some 96 MB of addresses; where there are none
+ * the host has sent, byte for byte. A picture takes some 256 MB of addresses; where there are none
  * it is LORIMAT_NO_MEMORY. */
 LORIMAT_C_API int lorimat_register_paper(lorimat_register* device, lorimat_bytes* bytes);
 LORIMAT_C_API int lorimat_register_png(lorimat_register* device, lorimat_bytes* bytes);

@@ -115,7 +115,7 @@ class LORIMAT_REGISTER_API VirtualRegister {
   // The roll of paper, a line of at most 42 columns each, ended by a line feed: the last 20,000.
   std::string paper_text() const;
   // The same as a picture: the bytes of a PNG file, and of a PDF file with a page for each piece.
-  // Throws RegisterError when it cannot be drawn, and std::bad_alloc where there are not the 96 MB
+  // Throws RegisterError when it cannot be drawn, and std::bad_alloc where there are not the 256 MB
   // of addresses that it takes.
   std::string RenderPng() const;
   std::string RenderPdf() const;

@@ -33,8 +33,8 @@ constexpr int kLongestPage = 5000 * kDotsPerMillimetre;
 constexpr double kPointsPerDot = 72.0 / 25.4 / kDotsPerMillimetre;
 
 // What text takes when it is drawn for the first time, most of it addresses alone: fonts, their
-// caches and a thread that reads them.
-constexpr size_t kDrawingRoom = size_t{96} << 20;
+// caches, and threads that read them with a heap for each.
+constexpr size_t kDrawingRoom = size_t{256} << 20;
 
 // The library under the text ends the process where it gets no memory. Throws std::bad_alloc ahead
 // of that.
