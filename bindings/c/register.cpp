@@ -94,7 +94,7 @@ constexpr TextSetting kTextSettings[] = {
     {&lorimat_register_settings::firmware_version, &lorimat::RegisterSettings::firmware_version,
      "firmware_version", lorimat::Tables::kFirmwareVersionSize},
     {&lorimat_register_settings::vat_number, &lorimat::RegisterSettings::vat_number, "vat_number",
-     lorimat::Tables::kVatNumberSize},
+     lorimat::Tables::kLongestVatNumber},
     {&lorimat_register_settings::outbox, &lorimat::RegisterSettings::outbox, "outbox", kMostPath},
 };
 constexpr size_t kMostHeaderLines = lorimat::Tables::kHeaderLines;

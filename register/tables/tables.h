@@ -66,7 +66,7 @@ class Tables {
   static constexpr size_t kSerialNumberSize = 32;
   static constexpr size_t kFirmwareVersionSize = 20;
   // The longest that a host may give; what is programmed later is one of the country's.
-  static constexpr size_t kVatNumberSize = 32;
+  static constexpr size_t kLongestVatNumber = 32;
   static constexpr int kSubtenders = 20;  // identifiers "10" to "29"
   static constexpr int kMaxDepartments = 40;
   static constexpr int kMaxVatEntries = 99;  // of a host's table
