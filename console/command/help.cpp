@@ -1,6 +1,8 @@
 #include "console/command/help.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,6 +12,29 @@
 
 namespace lorimat::console {
 namespace {
+
+// What stands for a value in the help, behind options and by itself.
+constexpr std::string_view kValues[] = {
+    TR_TEXT("CODE"),
+    TR_TEXT("COMMAND"),
+    TR_TEXT("DIR"),
+    TR_TEXT("ENTRY=RATE"),
+    TR_TEXT("FAULT"),
+    TR_TEXT("FILE"),
+    TR_TEXT("FROM"),
+    TR_TEXT("INT"),
+    TR_TEXT("KIND"),
+    TR_TEXT("N"),
+    TR_TEXT("N|DATE"),
+    TR_TEXT("NAME"),
+    TR_TEXT("NUMBER=NAME[:VAT[:PRICE]]"),
+    TR_TEXT("OPERATION"),
+    TR_TEXT("PLACE"),
+    TR_TEXT("TEXT"),
+    TR_TEXT("TO"),
+    TR_TEXT("UINT"),
+    TR_TEXT("\"YYYY-MM-DD HH:MM\""),
+};
 
 // CLI11's help without its remark on how many subcommands there have to be, which the line
 // "Usage" tells.
@@ -22,6 +47,7 @@ class HelpFormatter : public CLI::Formatter {
   // Names of earlier times work and are not shown.
   std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
     constexpr std::string_view kHiddenName = ",--output";
+    if (is_positional) return ShownName(*option);
     std::string names = CLI::Formatter::make_option_name(option, is_positional);
     if (const size_t at = names.find(kHiddenName); at != std::string::npos) {
       names.erase(at, kHiddenName.size());
@@ -88,6 +114,15 @@ std::string HelpHeading(HelpGroup group) {
   return {};
 }
 
+std::string ShownValue(const std::string& value) {
+  const auto* const known = std::find(std::begin(kValues), std::end(kValues), value);
+  return known == std::end(kValues) ? value : std::string(Translated(*known));
+}
+
+std::string ShownName(const CLI::Option& option) {
+  return option.get_positional() ? ShownValue(option.get_name()) : option.get_name();
+}
+
 void TranslateHelp(CLI::App& app) {
   const auto formatter = std::make_shared<HelpFormatter>();
   formatter->column_width(app.get_formatter()->get_column_width());
@@ -100,15 +135,9 @@ void TranslateHelp(CLI::App& app) {
   formatter->label("Env", Tr("Env"));
   formatter->label("Needs", Tr("Needs"));
   formatter->label("Excludes", Tr("Excludes"));
-  // Kinds of values.
-  formatter->label("TEXT", Tr("TEXT"));
-  formatter->label("INT", Tr("INT"));
-  formatter->label("UINT", Tr("UINT"));
-  formatter->label("NAME", Tr("NAME"));
-  formatter->label("KIND", Tr("KIND"));
-  formatter->label("OPERATION", Tr("OPERATION"));
-  formatter->label("N|DATE", Tr("N|DATE"));
-  formatter->label("\"YYYY-MM-DD HH:MM\"", Tr("\"YYYY-MM-DD HH:MM\""));
+  for (const std::string_view value : kValues) {
+    formatter->label(std::string(value), std::string(Translated(value)));
+  }
   app.footer(std::string(Translated(kExamples)));
   GiveWords(app, formatter);
 }

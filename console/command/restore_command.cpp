@@ -250,7 +250,7 @@ int RunRestore(const RestoreOptions& options, Streams& streams) {
     for (const auto& [place, cause] : outcome.refusals) {
       const auto& [file, line] = place;
       TellError(streams, Tr("{}: not restored: {}",
-                            line == 0 ? file : fmt::format("{}:{}", file, line), cause));
+                            line == 0 ? file : fmt::format("{}:{}", file, line), cause.text()));
     }
     TellError(streams, Tr("{}: what was loaded could not be read back: {}",
                           Shown(options.register_file), failure.what()));

@@ -5,6 +5,7 @@
 #include <set>
 #include <string_view>
 
+#include "console/command/help.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/suggestion.h"
@@ -107,7 +108,7 @@ std::string Missing(const CLI::App& app) {
   const CLI::Option* const option = FindOption(
       app, [](const CLI::Option& one) { return one.get_required() && one.count() == 0; });
   return option == nullptr ? Tr("A subcommand is required")
-                           : Tr("{} is required", option->get_name());
+                           : Tr("{} is required", ShownName(*option));
 }
 
 std::string Lonely(const CLI::App& app) {
@@ -117,7 +118,7 @@ std::string Lonely(const CLI::App& app) {
     return other != nullptr;
   });
   return option == nullptr ? std::string()
-                           : Tr("{} requires {}", option->get_name(), other->get_name());
+                           : Tr("{} requires {}", ShownName(*option), ShownName(*other));
 }
 
 std::string Unfit(const CLI::App& app) {
@@ -127,7 +128,7 @@ std::string Unfit(const CLI::App& app) {
     return other != nullptr;
   });
   return option == nullptr ? std::string()
-                           : Tr("{} excludes {}", option->get_name(), other->get_name());
+                           : Tr("{} excludes {}", ShownName(*option), ShownName(*other));
 }
 
 size_t MostOf(const CLI::Option& option) {
@@ -140,14 +141,14 @@ std::string WrongCount(const CLI::App& app, const std::vector<std::string>& argu
     return one.get_multi_option_policy() == CLI::MultiOptionPolicy::Throw &&
            one.count() > MostOf(one);
   });
-  if (many != nullptr) return TooOften(many->get_name(), MostOf(*many), many->count());
+  if (many != nullptr) return TooOften(ShownName(*many), MostOf(*many), many->count());
   if (arguments.empty()) return {};
   // "--paper=" stands for an option without a value, too.
   const std::string name = arguments.back().substr(0, arguments.back().find('='));
   const CLI::Option* const last = LastCommand(app).get_option_no_throw(name);
   if (last == nullptr) return {};
-  return Tr("{}: {} required {} missing", last->get_name(), last->get_items_expected_min(),
-            last->get_type_name());
+  return Tr("{}: {} required {} missing", ShownName(*last), last->get_items_expected_min(),
+            ShownValue(last->get_type_name()));
 }
 
 // The options' values are taken one after the other: the one that did not fit is the last that was
@@ -161,7 +162,17 @@ std::string NotConverted(const CLI::App& app) {
   if (last == nullptr) return {};
   std::string values;
   for (const std::string& value : last->results()) values += (values.empty() ? "" : ",") + value;
-  return Tr("Could not convert: {} = {}", last->get_name(), Shown(values));
+  return Tr("Could not convert: {} = {}", ShownName(*last), Shown(values));
+}
+
+// In our own words: the library puts the option's name in front of what our checks say, and that of
+// an argument as the code has it.
+std::string FailedCheck(const CLI::App& app, const std::string& text) {
+  const CLI::Option* const argument = FindOption(app, [&text](const CLI::Option& one) {
+    return one.get_positional() && text.rfind(one.get_name() + ": ", 0) == 0;
+  });
+  if (argument == nullptr) return text;
+  return ShownName(*argument) + text.substr(argument->get_name().size());
 }
 
 }  // namespace
@@ -229,8 +240,7 @@ std::string UsageError(const CLI::App& app, const CLI::Error& error,
     text = NotConverted(app);
   } else if (is(static_cast<CLI::ValidationError*>(nullptr)) ||
              is(static_cast<GivenTooOften*>(nullptr))) {
-    // In our own words: the library puts the option's name in front of what our checks say.
-    text = Shown(error.what());
+    text = Shown(FailedCheck(app, error.what()));
   }
   return text.empty() ? Tr("the command line is wrong ({})", Shown(error.what())) : text;
 }

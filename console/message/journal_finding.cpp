@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <string_view>
+
 #include "console/message/register_failure_text.h"
 #include "console/message/register_text.h"
 #include "console/message/shown_text.h"
@@ -22,11 +24,12 @@ struct FindingRow {
 constexpr FindingRow kRows[] = {
     {FindingKind::kDamagedPage, "damaged-page", TR_TEXT("the file is damaged ({text})")},
     {FindingKind::kUnreadable, "unreadable", "{text}"},
-    {FindingKind::kStrangeRow, "strange-row", TR_TEXT("file: a row of {text} belongs to nothing")},
+    {FindingKind::kStrangeRow, "strange-row",
+     TR_TEXT("file: a row of \"{text}\" belongs to nothing")},
     {FindingKind::kStrangeValue, "strange-value",
-     TR_TEXT("file: a value of {text} is of another type than its column")},
+     TR_TEXT("file: a value of \"{text}\" is of another type than its column")},
     {FindingKind::kStrangeTable, "strange-table",
-     TR_TEXT("file: {text} is not as this version makes it")},
+     TR_TEXT("file: \"{text}\" is not as this version makes it")},
     {FindingKind::kEntryWithoutPlace, "entry-without-place",
      TR_TEXT("entry {entry}: no place in the journal")},
     {FindingKind::kEntryMissing, "entry-missing", TR_TEXT("entry {entry}: missing")},
@@ -70,7 +73,7 @@ constexpr FindingRow kRows[] = {
     {FindingKind::kSentTwice, "sent-twice",
      TR_TEXT("event {entry}: {value} was sent, and did not wait to be sent")},
     {FindingKind::kProgrammedBefore, "programmed-before",
-     TR_TEXT("event {entry}: {text} had been changed by other means before it was programmed")},
+     TR_TEXT("event {entry}: \"{text}\" had been changed by other means before it was programmed")},
     {FindingKind::kNoBeginning, "no-beginning",
      TR_TEXT("the beginning of the chain is missing or cannot be read")},
     {FindingKind::kNoEntry, "no-entry",
@@ -116,12 +119,64 @@ constexpr FindingRow kRows[] = {
      TR_TEXT("the next invoice: its number is {value}, and should be {expected}")},
     {FindingKind::kPeriod, "period",
      TR_TEXT("period {value}: its beginning or its totals are not those of the journal")},
-    {FindingKind::kProgrammed, "programmed", TR_TEXT("{text}: it is not as it was programmed")},
+    {FindingKind::kProgrammed, "programmed", TR_TEXT("\"{text}\": it is not as it was programmed")},
     {FindingKind::kClockSetBack, "clock-set-back",
      TR_TEXT("event {entry}: the clock was set back from {time_before} to {time_after}")},
     {FindingKind::kTimeBackwards, "time-backwards",
      TR_TEXT("entry {entry}, {name}: its time {time_before} lies before that of the document or "
              "closing ahead of it, {time_after}")},
+};
+
+// Tables of the file and values of its table "setting", as the register names them, and for a
+// person.
+struct StoredName {
+  std::string_view name;
+  std::string_view text;
+};
+
+constexpr StoredName kStoredNames[] = {
+    {"article", TR_TEXT("articles")},
+    {"auto_close", TR_TEXT("closing by itself")},
+    {"cashier_id", TR_TEXT("identity of the cashier")},
+    {"clock_offset", TR_TEXT("difference of the clock")},
+    {"clock_set_back", TR_TEXT("clock that was set back")},
+    {"closure", TR_TEXT("closings")},
+    {"commissioning", TR_TEXT("being in service")},
+    {"department", TR_TEXT("departments")},
+    {"device_option", TR_TEXT("options of the device")},
+    {"document", TR_TEXT("documents")},
+    {"document_line", TR_TEXT("lines of documents")},
+    {"document_payment", TR_TEXT("payments of documents")},
+    {"event", TR_TEXT("events")},
+    {"extended_departments", TR_TEXT("extended departments")},
+    {"firmware_version", TR_TEXT("version of the firmware")},
+    {"fiscal_id", TR_TEXT("VAT number")},
+    {"fixed_decimal_point", TR_TEXT("fixed decimal point")},
+    {"groups", TR_TEXT("number of groups")},
+    {"header_line", TR_TEXT("lines of the header")},
+    {"invoice_series", TR_TEXT("series of invoices")},
+    {"journal", TR_TEXT("journal")},
+    {"last_power_loss", TR_TEXT("last loss of power")},
+    {"ledger", TR_TEXT("counters and totals")},
+    {"logo", TR_TEXT("logos")},
+    {"lottery_waiting", TR_TEXT("documents that wait for the lottery")},
+    {"open_document", TR_TEXT("open document")},
+    {"operator_group", TR_TEXT("groups and operators")},
+    {"operators", TR_TEXT("number of operators")},
+    {"outbox", TR_TEXT("folder of what is sent")},
+    {"period", TR_TEXT("periods")},
+    {"pos_id", TR_TEXT("identity of the point of sale")},
+    {"power_losses", TR_TEXT("losses of power")},
+    {"programmed_key", TR_TEXT("programmed keys")},
+    {"programming_needs_key", TR_TEXT("key position for programming")},
+    {"roll", TR_TEXT("roll")},
+    {"send_lottery", TR_TEXT("sending to the lottery")},
+    {"serial_number", TR_TEXT("serial number")},
+    {"setting", TR_TEXT("settings")},
+    {"subtender", TR_TEXT("subtenders")},
+    {"summary_waiting", TR_TEXT("summaries that wait to be sent")},
+    {"training", TR_TEXT("training")},
+    {"vat_rate", TR_TEXT("VAT rates")},
 };
 
 struct DocumentName {
@@ -155,6 +210,14 @@ std::string NameOf(const lorimat::Finding& finding) {
   return fmt::format("{} {:04}-{:04}", name, finding.closure, finding.number);
 }
 
+// The name itself where it is none of this version's.
+std::string StoredNameText(const std::string& name) {
+  for (const StoredName& row : kStoredNames) {
+    if (row.name == name) return std::string(Translated(row.text));
+  }
+  return name;
+}
+
 const FindingRow* RowOf(const lorimat::Finding& finding) {
   for (const FindingRow& row : kRows) {
     if (row.kind == finding.kind) return &row;
@@ -169,7 +232,7 @@ std::string JournalFindingText(const lorimat::Finding& finding) {
   if (row == nullptr) return {};
   const std::string text = finding.kind == FindingKind::kUnreadable
                                ? RegisterFailureWords(finding.failure)
-                               : finding.text;
+                               : StoredNameText(finding.text);
   const std::string name = NameOf(finding);
   return fmt::format(fmt::runtime(Translated(row->text)), fmt::arg("entry", finding.entry),
                      fmt::arg("last", finding.last), fmt::arg("closure", finding.closure),

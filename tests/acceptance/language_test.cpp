@@ -192,10 +192,34 @@ TEST(MessageLanguage, HelpHasItalianHeadings) {
   }
 }
 
+TEST(MessageLanguage, HelpNamesValuesAndArgumentsInItalian) {
+  const struct {
+    std::vector<std::string> command;
+    const char* usage;
+    const char* option;
+  } rows[] = {
+      {{"set"}, "Uso: lorimat set [OPZIONI] FILE\n", " --vat VOCE=ALIQUOTA"},
+      {{"init"}, "\n", " --departments NUMERO=NOME[:IVA[:PREZZO]]"},
+      {{"init"}, "\n", " --from CARTELLA"},
+      {{"backup"}, "Uso: lorimat backup [OPZIONI] CARTELLA\n", "\n  CARTELLA "},
+      {{"copy"}, "Uso: lorimat copy [OPZIONI] DA A\n", "\n  DA "},
+      {{"fault"}, "Uso: lorimat fault [OPZIONI] [GUASTO] [CODICE]\n", "\n  CODICE "},
+      {{"journal", "show"}, "Uso: lorimat journal show [OPZIONI] POSTO\n", "\n  POSTO "},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> arguments = row.command;
+    arguments.push_back("--help");
+    const std::string help = RunItalian(arguments).output;
+    EXPECT_THAT(help, HasSubstr(row.usage));
+    EXPECT_THAT(help, HasSubstr(row.option));
+  }
+}
+
 TEST(MessageLanguage, WrongUseIsToldInItalian) {
   const std::string end = "\nPer saperne di più: --help.\n";
   EXPECT_EQ(RunItalian({}).errors, "lorimat: Manca il sottocomando" + end);
-  EXPECT_EQ(RunItalian({"run"}).errors, "lorimat: FILE è obbligatorio" + end);
+  EXPECT_EQ(RunItalian({"run"}).errors, "lorimat: Manca FILE" + end);
+  EXPECT_EQ(RunItalian({"backup"}).errors, "lorimat: Manca CARTELLA" + end);
   EXPECT_EQ(RunItalian({"run", "x", "--papper", "y"}).errors,
             "lorimat: nessuna opzione si chiama '--papper'; forse --paper?" + end);
   EXPECT_EQ(RunItalian({"run", "x", "--png", ""}).errors,

@@ -195,6 +195,12 @@ TEST_F(RestoreCommand, RefusedArticlesAreNamedAndTheOthersGoIn) {
   // 217, bad VAT entry or department.
   EXPECT_THAT(run.output, HasSubstr("articles.txt:2: not restored: code 1241: ERROR 4/217 : "));
   EXPECT_THAT(run.output, EndsWith(": 2 rows restored, 1 not restored\n"));
+  // The row is still another one. For programs its cause is English.
+  const ProgramSetting italian = {.environment = {{"LC_ALL", "it_IT.UTF-8"}}};
+  EXPECT_THAT(shop_.Run({"restore", tables()}, italian).output,
+              HasSubstr("articles.txt:2: non ricaricata: codice 1241: ERROR 4/217 : "));
+  EXPECT_THAT(shop_.Run({"restore", tables(), "--json"}, italian).output,
+              HasSubstr("\"code 1241: ERROR 4/217 : "));
   EXPECT_EQ(shop_.Sell("VEND ART='8010'\nVEND ART='8001'\nCHIU\n").exit_code, 0);
 }
 

@@ -20,8 +20,8 @@ namespace {
 
 bool AreArticles(const BackupTable& table) { return table.number == 0; }
 
-std::string CodeText(long code, const std::string& answer) {
-  return fmt::format("code {}: {}", code, WithoutTrailingBlanks(answer));
+LoadRefusal Answered(long code, const std::string& answer) {
+  return {code, std::string(WithoutTrailingBlanks(answer))};
 }
 
 void WriteFile(const std::string& path, const std::string& text) {
@@ -40,14 +40,18 @@ void LoadArticles(const TableBackup& articles, TableSession& session, RowRefusal
   const long code = session.library().RunLine(
       fmt::format("#30 #1='UA', #2='{}', #3='{}', #4", articles.table->file, kErrors), &answer);
   if (code == 0) return;
-  (*refusals)[{articles.table->file, 0}] = CodeText(code, answer);
+  (*refusals)[{articles.table->file, 0}] = Answered(code, answer);
   // One message for each refused row, in their order, with its line.
   for (const BatchError& error : ReadBatchErrors(kErrors)) {
-    (*refusals)[{articles.table->file, error.line}] = CodeText(error.code, error.text);
+    (*refusals)[{articles.table->file, error.line}] = Answered(error.code, error.text);
   }
 }
 
 }  // namespace
+
+std::string LoadRefusal::text() const {
+  return code == 0 ? answer : Tr("code {}: {}", code, answer);
+}
 
 void RequireBackupFolder(const std::string& folder) {
   struct stat status;
@@ -122,7 +126,7 @@ bool TableLoader::Run(const Differences& differences) {
     try {
       LoadArticles(articles, session_, &refusals_);
     } catch (const Failure& failure) {
-      refusals_[{articles.table->file, 0}] = failure.what();
+      refusals_[{articles.table->file, 0}] = {.answer = failure.what()};
     }
   }
   TurnBack();
@@ -132,21 +136,21 @@ bool TableLoader::Run(const Differences& differences) {
 void TableLoader::Load(const RowDifference& one) {
   std::string answer;
   const long code = session_.library().RunLine(one.in_backup, &answer);
-  if (code != 0) refusals_[{one.table->file, one.line}] = CodeText(code, answer);
+  if (code != 0) refusals_[{one.table->file, one.line}] = Answered(code, answer);
 }
 
 void TableLoader::TurnBack() {
   std::string answer;
   const long code =
       session_.library().RunLine(fmt::format("#15 #1={}", session_.status().key_position), &answer);
-  if (code != 0) key_failure_ = CodeText(code, answer);
+  if (code != 0) key_failure_ = Answered(code, answer);
 }
 
 std::string CauseOf(const RowDifference& one, const RowRefusals& refusals, bool stopped) {
   const auto found = refusals.find({one.table->file, one.line});
-  if (found != refusals.end()) return found->second;
+  if (found != refusals.end()) return found->second.text();
   const auto whole = refusals.find({one.table->file, 0});
-  if (whole != refusals.end()) return whole->second;
+  if (whole != refusals.end()) return whole->second.text();
   if (stopped) return Tr("not loaded yet");
   if (one.in_backup.find("=''") != std::string::npos) {
     return Tr("an empty text does not clear the one of the register");

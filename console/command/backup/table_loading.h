@@ -43,8 +43,17 @@ bool Stays(const RowDifference& one);
 // How many of them are to be loaded.
 uint64_t CountToLoad(const Differences& differences);
 
-// What the library refused: file and line, with its answer.
-using RowRefusals = std::map<std::pair<std::string, uint64_t>, std::string>;
+// What the library answered, or what failed ahead of it. It becomes a text when it is shown:
+// reports for programs are English.
+struct LoadRefusal {
+  long code = 0;  // 0: `answer` is all
+  std::string answer;
+
+  std::string text() const;
+};
+
+// What was refused: file and line.
+using RowRefusals = std::map<std::pair<std::string, uint64_t>, LoadRefusal>;
 
 class TableLoader {
  public:
@@ -57,7 +66,7 @@ class TableLoader {
 
   const RowRefusals& refusals() const { return refusals_; }
   // Empty when the key has its position again.
-  const std::string& key_failure() const { return key_failure_; }
+  std::string key_failure() const { return key_failure_.text(); }
 
  private:
   void Load(const RowDifference& one);
@@ -67,7 +76,7 @@ class TableLoader {
   TableSession& session_;
   Streams& streams_;
   RowRefusals refusals_;
-  std::string key_failure_;
+  LoadRefusal key_failure_;
 };
 
 // Why a row is still different.

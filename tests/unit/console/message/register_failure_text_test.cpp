@@ -191,6 +191,10 @@ TEST(Sentences, AreWhollyOfOneLanguage) {
     const Finding finding = FindingOf(static_cast<FindingKind>(kind));
     EXPECT_NE(JournalFindingText(finding), InEnglish([&] { return JournalFindingText(finding); }));
   }
+  EXPECT_EQ(JournalFindingText({.kind = FindingKind::kStrangeRow, .text = "document_line"}),
+            "file: una riga di «righe dei documenti» non appartiene a niente");
+  EXPECT_EQ(JournalFindingText({.kind = FindingKind::kProgrammed, .text = "vat_rate"}),
+            "«aliquote IVA»: non è come è stato programmato");
   for (const RefusalSentence& row : RefusalSentences()) {
     lorimat::Refusal refusal;
     refusal.cause = row.cause;

@@ -212,8 +212,9 @@ TEST_F(ClockCheckTest, WhatIsKeptOfTheClockIsHeldAgainstTheChain) {
   Sql("shop.register",
       "UPDATE setting SET value = '20990101000000 20200101000000 0 1 ' "
       "WHERE name = 'clock_set_back'");
-  EXPECT_EQ(FindingTexts(Verify()),
-            std::vector<std::string>{"clock_set_back: it is not as it was programmed"});
+  EXPECT_EQ(
+      FindingTexts(Verify()),
+      std::vector<std::string>{"\"clock that was set back\": it is not as it was programmed"});
 }
 
 TEST_F(ClockCheckTest, ATimeThatCannotBeReadIsNoRegister) {

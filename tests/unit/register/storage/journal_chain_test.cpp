@@ -282,7 +282,7 @@ TEST_F(JournalChainTest, ADocumentThatIsGoneOrTooManyIsFound) {
       "sums FROM document WHERE id = 6",
       "document 0002-0003: it has no entry in the journal");
   ExpectFound("INSERT INTO document_line VALUES (99, 1, 0, 0, '', '', 1, 1, 1, 1, 1, 0, 0)",
-              "file: a row of document_line belongs to nothing");
+              "file: a row of \"lines of documents\" belongs to nothing");
 }
 
 TEST_F(JournalChainTest, AClosingThatWasChangedIsFound) {
