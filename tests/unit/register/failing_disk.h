@@ -19,6 +19,7 @@ class FailingDisk {
   enum class Fault {
     kFull,   // a write finds no room
     kWrite,  // a write fails
+    kRead,   // a read fails
     kSync,   // what was written does not get through
     kHalf,   // half of a write gets through, then it fails
     kUncut,  // a sync fails, and no file can be cut from then on
@@ -49,7 +50,8 @@ class FailingDisk {
     sqlite3_vfs_register(real(), 1);
   }
 
-  // The n-th write (or sync, by the fault) from now on fails, and with `lasting` all behind it.
+  // The n-th write (or read or sync, by the fault) from now on fails, and with `lasting` all behind
+  // it.
   void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }
   void Heal() { plan().armed = false; }
   // From here on the files that are opened have a medium: kPower needs it. What a file holds when
@@ -95,16 +97,19 @@ class FailingDisk {
            (now.fault == Fault::kGone || now.fault == Fault::kDead || now.fault == Fault::kPower);
   }
 
-  enum class Access { kWrite, kSync, kCut };
+  enum class Access { kRead, kWrite, kSync, kCut };
 
   static bool Fails(Access access) {
     Plan& now = plan();
     if (!now.armed) return false;
-    if (IsOff()) return true;
+    if (IsOff()) return access != Access::kRead;
     if (now.fault == Fault::kUncut && access == Access::kCut) return now.failed;
     const bool at_sync =
         now.fault == Fault::kSync || now.fault == Fault::kUncut || now.fault == Fault::kGone;
-    if (access != (at_sync ? Access::kSync : Access::kWrite)) return false;
+    const Access struck = now.fault == Fault::kRead ? Access::kRead
+                          : at_sync                 ? Access::kSync
+                                                    : Access::kWrite;
+    if (access != struck) return false;
     if (now.failed && now.lasting) return true;
     if (--now.left != 0) return false;
     now.failed = true;
@@ -139,6 +144,7 @@ class FailingDisk {
       return Real(file)->pMethods->xClose(Real(file));
     };
     methods.xRead = [](sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
+      if (Fails(Access::kRead)) return SQLITE_IOERR_READ;
       return Real(file)->pMethods->xRead(Real(file), to, size, at);
     };
     methods.xWrite = [](sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {

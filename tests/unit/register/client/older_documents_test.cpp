@@ -111,6 +111,16 @@ TEST_F(OlderDocumentsTest, TheReceiptTypeIsSetBetweenDocuments) {
 
 // --- Cash in and out
 
+TEST_F(OlderDocumentsTest, CashHasTheHeaderWhereItIsAskedFor) {
+  for (const int type : {RTF_FPTR_RT_CASH_IN, RTF_FPTR_RT_CASH_OUT}) {
+    ASSERT_EQ(device.SetIntProperty(RTF_PIDXFptr_FiscalReceiptType, type), RTF_SUCCESS);
+    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+    EXPECT_EQ(NewPaper().find("             NEGOZIO DI PROVA\n"), 0u);
+    ASSERT_EQ(device.ResetPrn(), RTF_SUCCESS);
+    NewPaper();
+  }
+}
+
 TEST_F(OlderDocumentsTest, CashInPrintsAndRegistersNothing) {
   ASSERT_EQ(Begin(RTF_FPTR_RT_CASH_IN), RTF_SUCCESS);
   EXPECT_EQ(device.printer_state(), RTF_FPTR_PS_FISCAL_RECEIPT);

@@ -27,8 +27,9 @@ TEST(Paper, EscapeSequencesBecomeStandIns) {
   paper.Text("\x1b|2C\x1b|3CABC");
   paper.Text("\x1b|2CAB\x1b|NCD");
   paper.Text("\x1b|bCABC");
+  paper.Text("\x1b|!bCABC");
   EXPECT_EQ(paper.lines(), (Lines{"                   ABC", std::string(39, ' ') + "ABC", "A B C",
-                                  "A B CD", "ABC"}));
+                                  "A B CD", "ABC", "ABC"}));
 }
 
 TEST(Paper, BrokenEscapeSequencesLeaveTheirText) {

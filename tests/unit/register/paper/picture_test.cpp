@@ -135,6 +135,20 @@ TEST(PictureText, BytesThatAreNoUtf8AreWindows1252) {
   EXPECT_EQ(RenderPng(windows), RenderPng(utf8));
 }
 
+// The bytes that Windows-1252 has for others than ISO 8859-1, and the five that it leaves out.
+TEST(PictureText, EachByteOfWindows1252HasItsCharacter) {
+  const char* const kCharacters[32] = {"€",      "\uFFFD", "‚", "ƒ", "„", "…",      "†", "‡",
+                                       "ˆ",      "‰",      "Š", "‹", "Œ", "\uFFFD", "Ž", "\uFFFD",
+                                       "\uFFFD", "‘",      "’", "“", "”", "•",      "–", "—",
+                                       "˜",      "™",      "š", "›", "œ", "\uFFFD", "ž", "Ÿ"};
+  for (int byte = 0x80; byte <= 0x9F; ++byte) {
+    const std::vector<PlacedCharacter> placed =
+        PlaceCharacters(std::string(1, static_cast<char>(byte)), "");
+    ASSERT_EQ(placed.size(), 1u) << byte;
+    EXPECT_EQ(placed[0].text, kCharacters[byte - 0x80]) << byte;
+  }
+}
+
 TEST(PictureText, ACharacterOfSeveralBytesTakesOneColumn) {
   const std::vector<PlacedCharacter> placed = PlaceCharacters("\xc3\xa8 \xe2\x82\xac!", "");
   ASSERT_EQ(placed.size(), 3u);

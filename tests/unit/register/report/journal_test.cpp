@@ -214,5 +214,23 @@ TEST_F(Journal, ADocumentThatIsHeldOpenGetsInWithItsAttachments) {
   EXPECT_EQ(shop.store().journal().back().number, 3);
 }
 
+// A store leaves out by itself what lies outside of the dates; a selection does not rest on it.
+TEST(JournalSelectionTest, TakesTheMinutesOfItsDatesAndNoOthers) {
+  JournalSelection selection;
+  selection.by_date = true;
+  ASSERT_TRUE(ParseMinute("150120240900", &selection.from));
+  ASSERT_TRUE(ParseMinute("150120241000", &selection.to));
+  const struct {
+    const char* time;
+    bool selected;
+  } rows[] = {{"150120240859", false}, {"150120240900", true},  {"150120240930", true},
+              {"150120241000", true},  {"150120241001", false}, {"160120240930", false}};
+  for (const auto& row : rows) {
+    JournalEntry entry;
+    ASSERT_TRUE(ParseMinute(row.time, &entry.time));
+    EXPECT_EQ(Selects(selection, entry), row.selected) << row.time;
+  }
+}
+
 }  // namespace
 }  // namespace lorimat

@@ -174,6 +174,14 @@ TEST_F(JournalChainTest, TheHashOfAReceiptTakesInItsFiscalFacts) {
   EXPECT_EQ(entries[0].hash, Digest(text));
 }
 
+// The days behind a closing are not held against what it says now.
+TEST_F(JournalChainTest, AChangedClosingIsToldAloneAndOnce) {
+  MakeDays();
+  EXPECT_EQ(After("UPDATE journal SET lines = lines || 'x' || char(10) WHERE place = 5"),
+            std::vector<std::string>{"entry 5, closing 0001: its hash does not fit: the entry, or "
+                                     "what it stands for, was changed"});
+}
+
 TEST_F(JournalChainTest, AChangeOfAnyColumnOfADocumentIsFound) {
   MakeDays();
   const std::string finding =

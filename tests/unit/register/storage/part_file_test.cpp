@@ -12,6 +12,7 @@
 #include <filesystem>
 
 #include "register/storage/descriptor_files.h"
+#include "register/storage/schema.h"
 #include "register/value/register_error.h"
 #include "unit/register/failing_memory.h"
 #include "unit/register/store_fixture.h"
@@ -274,7 +275,8 @@ TEST_F(PartFileTest, WithoutMemoryARegisterIsSavedOrNot) {
     try {
       saved = device.SaveAs(Path("saved")) == 0;
     } catch (const std::bad_alloc&) {
-    } catch (const RegisterError&) {
+    } catch (const RegisterError& error) {
+      ADD_FAILURE() << place << ": " << error.what();
     }
     FailingMemory::Heal();
     if (!saved) {
@@ -327,6 +329,23 @@ TEST_F(RegisterCopyTest, HoldsEveryRow) {
     ASSERT_EQ(part.Finish(), 0);
   }
   EXPECT_EQ(Dump("copy"), Dump("shop.register"));
+}
+
+TEST_F(RegisterCopyTest, OfAFileThatCannotBeReadNamesThatFile) {
+  Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  int failures = 0;
+  for (int read = 1;; ++read) {
+    PartFile part(Path("copy"));
+    disk.FailAt(FailingDisk::Fault::kRead, read, false);
+    try {
+      if (look.CopyTo(part, nullptr)) break;
+    } catch (const RegisterError& error) {
+      EXPECT_EQ(error.failure().file, Path("shop.register")) << read;
+      EXPECT_EQ(error.failure().cause, FailureCause::kCutOff) << read;
+      ++failures;
+    }
+  }
+  EXPECT_GT(failures, 5);
 }
 
 TEST_F(RegisterCopyTest, IsOfTheMomentThoughARegisterIsAtWork) {
