@@ -6,6 +6,7 @@
 #include <ctime>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "register/paper/paper.h"
 #include "register/state/register_state.h"
@@ -30,6 +31,10 @@ struct RegisterCore : RegisterState {
   bool Allows(Operation operation) const;
   // The folder of what is sent: the one that the host gave, else the shop's own; empty for none.
   const std::string& outbox() const;
+  // The rates of the open document: of the sale that goes back, else those in force.
+  const std::vector<VatRate>& rates() const {
+    return document.rates != nullptr ? *document.rates : tables.settings().vat_rates;
+  }
   // Put into service with the revenue agency: documents carry the number of the closure.
   bool in_service() const { return setup.commissioning == Commissioning::kInService; }
 

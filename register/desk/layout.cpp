@@ -65,8 +65,7 @@ std::string FormatDateTime(const std::tm& time) {
 }
 
 std::string Layout::VatMark(int vat) const {
-  return core_.tables.FindVat(vat) == nullptr ? std::string()
-                                              : VatName(core_.tables.settings().vat_rates, vat);
+  return VatEntry(core_.rates(), vat) == nullptr ? std::string() : VatName(core_.rates(), vat);
 }
 
 void Layout::TrainingMark() {
@@ -189,7 +188,7 @@ void Layout::VatTable(const std::map<int, Amount>& by_vat) {
   };
   row("IVA", "Imponibile", "Imposta");
   for (const auto& [vat, gross] : by_vat) {
-    const VatRate* rate = core_.tables.FindVat(vat);
+    const VatRate* rate = VatEntry(core_.rates(), vat);
     if (gross == 0 || rate == nullptr) continue;
     const Amount tax = VatPart(gross, rate->rate);
     row(VatMark(vat), FormatAmount(gross - tax), FormatAmount(tax));
@@ -209,7 +208,8 @@ void Layout::Paid(DocumentKind kind, Amount change, int tickets, Amount collecte
   core_.paper.Pair(goes_out ? "Importo rimborsato" : "Importo pagato", FormatAmount(collected));
 }
 
-void Layout::Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates) {
+void Layout::Natures(const std::map<int, Amount>& by_vat) {
+  const std::vector<VatRate>& rates = core_.rates();
   std::set<std::string> told;
   for (const auto& [vat, gross] : by_vat) {
     const VatRate* rate = VatEntry(rates, vat);

@@ -46,7 +46,7 @@ class Layout {
   // went back.
   void Paid(DocumentKind kind, Amount change, int tickets, Amount collected);
   // What the marks of sales without tax mean, for those of a document.
-  void Natures(const std::map<int, Amount>& by_vat, const std::vector<VatRate>& rates);
+  void Natures(const std::map<int, Amount>& by_vat);
   // The lottery code, or why there is none.
   void Lottery(const OpenDocument& document);
   // What follows that: customer's codes, courtesy text.

@@ -294,7 +294,7 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
     return code;
   }
   if (!document.total_shown) {
-    layout_.Total(receipt.total(), receipt.VatTotal(core_.tables));
+    layout_.Total(receipt.total(), receipt.VatTotal(core_.rates()));
     if (receipt.kind() == DocumentKind::kInvoice) layout_.VatTable(receipt.by_vat());
     document.total_shown = true;
   }
@@ -315,7 +315,7 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
 // when the host asked for that.
 void ReceiptDesk::Settle() {
   const Receipt& receipt = core_.document.receipt;
-  StoredDocument stored = Summarize(receipt, core_.tables);
+  StoredDocument stored = Summarize(receipt, core_.tables, core_.rates());
   AddDetails(receipt, &stored);
   const DocumentKind kind = stored.kind;
   const Amount change = stored.change;
@@ -324,7 +324,7 @@ void ReceiptDesk::Settle() {
   const int tickets = TicketsOf(stored, core_.tables);
   Store(std::move(stored));
   layout_.Paid(kind, change, tickets, parts.collected);
-  layout_.Natures(receipt.by_vat(), core_.tables.settings().vat_rates);
+  layout_.Natures(receipt.by_vat());
   layout_.Settled(core_.document);
   core_.state = PrinterState::kEnding;
   if (core_.options.auto_cut && !core_.options.hold_settled) FinishDocument();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -109,12 +110,12 @@ class ReceiptDesk {
   int CheckPaidBack() const;
   void MakeWhole(DocumentKind kind, const StoredDocument& sale);
   std::vector<VatRate> RatesOf(const StoredDocument& sale) const;
-  void PrintGoneBack(const StoredDocument& sale, const std::vector<VatRate>& rates);
+  std::map<int, Amount> PrintGoneBack(const StoredDocument& sale);
   int BeginCash(CashMove move, bool print_header);
   int TotalCash(Amount payment, std::string_view tender, bool automatic);
   void Buffer();
   bool AllowsDiscount(int department) const;
-  void Open(DocumentKind kind, const Reference& reference);
+  void Open(DocumentKind kind, const Reference& reference, std::vector<VatRate> rates = {});
   void Settle();
   PaidParts CheckedParts(const StoredDocument& stored) const;
   void SetLottery(const StoredDocument& stored);

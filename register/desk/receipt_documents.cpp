@@ -1,6 +1,7 @@
 // Opening of documents and non-fiscal printing.
 #include <fmt/format.h>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -66,8 +67,11 @@ int ReceiptDesk::CheckBegin() const {
   return RTF_SUCCESS;
 }
 
-void ReceiptDesk::Open(DocumentKind kind, const Reference& reference) {
+void ReceiptDesk::Open(DocumentKind kind, const Reference& reference, std::vector<VatRate> rates) {
   OpenDocument document;
+  if (!rates.empty()) {
+    document.rates = std::make_shared<const std::vector<VatRate>>(std::move(rates));
+  }
   document.receipt = Receipt(kind);
   document.reference = reference;
   core_.Replace(std::move(document));
@@ -114,13 +118,15 @@ int ReceiptDesk::BeginRefund(const Reference& reference) {
   if (!reference.date.empty() && !IsCalendarDate(reference.date)) {
     return Refuse(RTF_EFPTR_BAD_DATE, RefusalCause::kDate, {}, reference.date);
   }
+  std::vector<VatRate> rates;
   if (IsOwn(reference)) {
     StoredDocument sale;
     if (const int code = FindSale(reference, &sale)) return code;
+    rates = RatesOf(sale);
     const std::optional<PaidBack> paid_back = core_.store.FindPaidBack(sale.closure, sale.number);
     if (sale.voided || (paid_back && paid_back->total >= sale.total)) return GoneBack(sale);
   }
-  Open(DocumentKind::kRefund, reference);
+  Open(DocumentKind::kRefund, reference, std::move(rates));
   layout_.Header();
   layout_.Title(DocumentKind::kRefund, reference);
   layout_.ColumnHead();
@@ -206,7 +212,7 @@ int ReceiptDesk::BeginCancel(const Reference& reference, bool automatic, std::st
   if (const int code = FindWholeSale(reference, &sale)) return code;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
 
-  Open(DocumentKind::kCancel, resolved);
+  Open(DocumentKind::kCancel, resolved, RatesOf(sale));
   core_.document.referred_total = sale.total;
   layout_.Header();
   layout_.Title(DocumentKind::kCancel, resolved);
@@ -221,7 +227,7 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
   StoredDocument sale;
   if (const int code = FindWholeSale(reference, &sale)) return code;
   const Reference resolved = {sale.closure, sale.number, DateText(sale.time), {}};
-  Open(DocumentKind::kRefund, resolved);
+  Open(DocumentKind::kRefund, resolved, RatesOf(sale));
   layout_.Header();
   layout_.Title(DocumentKind::kRefund, resolved);
   layout_.ColumnHead();
@@ -229,22 +235,25 @@ int ReceiptDesk::RefundWhole(const Reference& reference) {
   return RTF_SUCCESS;
 }
 
-// The rates of the day of a sale.
+// The rates of the day of a sale; none where they are in force still.
 std::vector<VatRate> ReceiptDesk::RatesOf(const StoredDocument& sale) const {
   std::vector<Closure> closed = core_.store.FindClosures(sale.closure, sale.closure);
-  return closed.empty() ? core_.tables.settings().vat_rates : std::move(closed.front().vat_rates);
+  return closed.empty() ? std::vector<VatRate>() : std::move(closed.front().vat_rates);
 }
 
-// The lines of a sale that goes back as a whole, with the rates of its day.
-void ReceiptDesk::PrintGoneBack(const StoredDocument& sale, const std::vector<VatRate>& rates) {
+// The lines of a sale that goes back as a whole; answers the VAT entries that they have.
+std::map<int, Amount> ReceiptDesk::PrintGoneBack(const StoredDocument& sale) {
+  const std::vector<VatRate>& rates = core_.rates();
   // What adjustments of several entries did to each is what its lines leave of its sum.
   std::map<int, Amount> rest = sale.by_vat;
+  std::map<int, Amount> printed;
   for (const DocumentLine& line : sale.lines) {
     if (line.vat == 0) continue;
     const bool adjustment =
         line.kind == LineKind::kAdjustment || line.kind == LineKind::kSubtotalAdjustment;
     const std::string mark = VatName(rates, line.vat);
     const Amount left = line.amount - line.taken_back;
+    if (left != 0) printed[line.vat] += left;
     rest[line.vat] -= adjustment || line.kind == LineKind::kSale ? left : -left;
     if (adjustment) {
       layout_.AdjustmentGoneBack(left, mark);
@@ -252,7 +261,11 @@ void ReceiptDesk::PrintGoneBack(const StoredDocument& sale, const std::vector<Va
       layout_.LineGoneBack(line, mark);
     }
   }
-  for (const auto& [vat, amount] : rest) layout_.AdjustmentGoneBack(amount, VatName(rates, vat));
+  for (const auto& [vat, amount] : rest) {
+    layout_.AdjustmentGoneBack(amount, VatName(rates, vat));
+    if (amount != 0) printed[vat] += amount;
+  }
+  return printed;
 }
 
 // Makes the open document over the whole of a sale, registers and ends it: the money goes back
@@ -267,9 +280,8 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   stored.lottery_sent = false;
   Amount vat_total = 0;
   for (const auto& [vat, figures] : sale.figures) vat_total += figures[TaxedFigure::kGross].tax;
-  const std::vector<VatRate> rates = RatesOf(sale);
-  CountDocument(rates, &stored);
-  PrintGoneBack(sale, rates);
+  CountDocument(core_.rates(), &stored);
+  const std::map<int, Amount> printed = PrintGoneBack(sale);
   layout_.Total(sale.total, vat_total);
   for (const DocumentPayment& payment : stored.payments) {
     const Tender* tender = core_.tables.FindTender(payment.tender);
@@ -277,7 +289,7 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
     layout_.Tender(tender->name, payment.amount);
   }
   layout_.Paid(kind, 0, TicketsOf(stored, core_.tables), CheckedParts(stored).collected);
-  layout_.Natures(sale.by_vat, rates);
+  layout_.Natures(printed);
   core_.document.lottery_code = sale.lottery_code;
   layout_.Lottery(core_.document);
   core_.document.time = now;

@@ -101,7 +101,8 @@ void AddPayments(const Receipt& receipt, StoredDocument* stored) {
 
 }  // namespace
 
-StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
+StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
+                         const std::vector<VatRate>& rates) {
   StoredDocument stored;
   stored.kind = receipt.kind();
   stored.total = receipt.total();
@@ -115,7 +116,7 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables) {
   AddPayments(receipt, &stored);
   CountDocument(tables.settings().vat_rates, &stored);
   for (auto& [vat, figures] : stored.figures) {
-    const VatRate* rate = tables.FindVat(vat);
+    const VatRate* rate = VatEntry(rates, vat);
     for (TaxedAmount& taxed : figures.taxed) {
       taxed.tax = rate != nullptr ? VatPart(taxed.amount, rate->rate) : 0;
     }

@@ -65,9 +65,10 @@ struct StoredDocument {
   std::vector<DocumentPayment> payments;
 };
 
-// The sums of a document as it stands, paid or not. Numbers, time, references, customer's codes
-// and lines are the caller's to fill in.
-StoredDocument Summarize(const Receipt& receipt, const Tables& tables);
+// The sums of a document as it stands, paid or not, with the tax by these rates. Numbers, time,
+// references, customer's codes and lines are the caller's to fill in.
+StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
+                         const std::vector<VatRate>& rates);
 
 // Counts a document in the entries that come to something. Of entries that have one rate the first
 // counts: who adds papers up sees the rate. `rates` are those of the document.

@@ -441,10 +441,10 @@ int Receipt::AdjustPackage(const AdjustmentRequest& request, Adjustment* done) {
   return RTF_SUCCESS;
 }
 
-Amount Receipt::VatTotal(const Tables& tables) const {
+Amount Receipt::VatTotal(const std::vector<VatRate>& rates) const {
   Amount sum = 0;
   for (const auto& [vat, gross] : by_vat_) {
-    if (const VatRate* rate = tables.FindVat(vat)) sum += VatPart(gross, rate->rate);
+    if (const VatRate* rate = VatEntry(rates, vat)) sum += VatPart(gross, rate->rate);
   }
   return sum;
 }

@@ -159,7 +159,7 @@ class Receipt {
   const std::vector<Payment>& payments() const { return payments_; }
   const std::vector<Adjustment>& adjustments() const { return adjustments_; }
   // The tax contained in the total, rounded for each VAT entry by itself.
-  Amount VatTotal(const Tables& tables) const;
+  Amount VatTotal(const std::vector<VatRate>& rates) const;
 
  private:
   struct FoundLine {

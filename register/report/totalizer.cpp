@@ -131,7 +131,7 @@ bool ScopeTotals(const RegisterCore& core, int scope, Totals* totals) {
     case RTF_FPTR_TT_DOCUMENT:
     case RTF_FPTR_TT_RECEIPT:
       if (core.state != PrinterState::kMonitor && core.state != PrinterState::kNonFiscal) {
-        totals->Add(Summarize(core.document.receipt, core.tables));
+        totals->Add(Summarize(core.document.receipt, core.tables, core.rates()));
       }
       return true;
     case RTF_FPTR_TT_DAY:

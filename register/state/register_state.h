@@ -19,6 +19,7 @@
 #include "register/tables/keyboards.h"
 #include "register/tables/options.h"
 #include "register/value/money.h"
+#include "register/value/settings.h"
 #include "rpccommon/services/rtffptrconst.h"
 
 namespace lorimat {
@@ -34,6 +35,8 @@ struct DocumentNotes {
   std::tm begun = {};  // when it was opened
   Reference reference;
   Amount referred_total = 0;  // what a void has to come to
+  // Of the day of the sale that it refers to; null for those in force.
+  std::shared_ptr<const std::vector<VatRate>> rates;
   std::string lottery_code;
   LotteryDropCause lottery_drop = LotteryDropCause::kNone;  // why it goes out without one
   std::string tax_id;

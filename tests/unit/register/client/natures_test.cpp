@@ -85,6 +85,20 @@ TEST_F(Natures, AVoidTellsTheNatureOfTheSale) {
   EXPECT_EQ(LinesWith("EE*"), 0);
 }
 
+// Nor of what was taken back on the sale.
+TEST_F(Natures, AVoidTellsNoNatureOfWhatDidNotStand) {
+  ASSERT_EQ(device->BeginFiscalReceipt(false), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 100000), RTF_SUCCESS);
+  ASSERT_EQ(Sell(5, 100000), RTF_SUCCESS);
+  ASSERT_EQ(
+      device->PrintRecItemEx(PflItemType::kPrintRecItemVoid, "", 100000, 0, -1, 0, "", 5, true, ""),
+      RTF_SUCCESS);
+  ASSERT_EQ(device->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  EXPECT_EQ(LinesWith("ES* = N4 esente"), 1);
+  ASSERT_EQ(device->BeginDocTelematicCancel(1, 1, "", true, ""), RTF_SUCCESS);
+  EXPECT_EQ(LinesWith("ES* = N4 esente"), 1);
+}
+
 TEST_F(Natures, ANatureTakesTheRateAndARateTheNature) {
   ASSERT_EQ(Set(1, "N3"), RTF_SUCCESS);
   EXPECT_EQ(device->tables().FindVat(1)->rate, 0);
