@@ -277,10 +277,16 @@ void ReceiptDesk::MakeWhole(DocumentKind kind, const StoredDocument& sale) {
   // The change that the sale gave is not given back.
   if (!stored.payments.empty()) stored.payments.back().amount -= stored.change;
   stored.change = 0;
+  // What cost nothing gives nothing back.
+  if (sale.total == 0) {
+    stored.payments.clear();
+    stored.tender_counts.clear();
+    stored.collected.clear();
+  }
   stored.lottery_sent = false;
   Amount vat_total = 0;
   for (const auto& [vat, figures] : sale.figures) vat_total += figures[TaxedFigure::kGross].tax;
-  CountDocument(core_.rates(), &stored);
+  TellRates(core_.tables, core_.rates(), &stored);
   const std::map<int, Amount> printed = PrintGoneBack(sale);
   layout_.Total(sale.total, vat_total);
   for (const DocumentPayment& payment : stored.payments) {

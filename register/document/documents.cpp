@@ -90,6 +90,7 @@ void AddPayments(const Receipt& receipt, StoredDocument* stored) {
     if (&payment == &receipt.payments().back()) kept -= stored->change;
     stored->by_tender[payment.tender->id] += kept;
     ++stored->tender_counts[payment.tender->id];
+    AddTo(&stored->collected[static_cast<int>(payment.tender->element)], {kept, 1});
     if (payment.tender->kind != TenderKind::kNotPaid) continue;
     stored->not_paid += kept;
     for (const auto& [vat, share] : Spread(kept, left)) {
@@ -114,7 +115,7 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
   AddLines(receipt, tables, &stored);
   AddAdjustments(receipt, tables, &stored);
   AddPayments(receipt, &stored);
-  CountDocument(tables.settings().vat_rates, &stored);
+  TellRates(tables, rates, &stored);
   for (auto& [vat, figures] : stored.figures) {
     const VatRate* rate = VatEntry(rates, vat);
     for (TaxedAmount& taxed : figures.taxed) {
@@ -124,8 +125,15 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
   return stored;
 }
 
-void CountDocument(const std::vector<VatRate>& rates, StoredDocument* document) {
-  for (auto& [vat, figures] : document->figures) figures[Counted::kDocuments] = 0;
+void TellRates(const Tables& tables, const std::vector<VatRate>& rates, StoredDocument* document) {
+  document->other_rates.clear();
+  for (auto& [vat, figures] : document->figures) {
+    figures[Counted::kDocuments] = 0;
+    const VatRate* then = VatEntry(rates, vat);
+    const VatRate* now = tables.FindVat(vat);
+    if (then == nullptr || now == nullptr) continue;
+    if (then->rate != now->rate || then->mark != now->mark) document->other_rates[vat] = *then;
+  }
   CountShares(rates, document->by_vat, Counted::kDocuments, document);
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "register/document/receipt.h"
@@ -36,6 +37,27 @@ struct DocumentPayment {
   Amount amount = 0;  // with the change
 };
 
+// What was paid by some tenders.
+struct Collected {
+  Amount amount = 0;
+  int payments = 0;
+};
+inline void AddTo(Collected* sum, const Collected& value) {
+  AddTo(&sum->amount, value.amount);
+  AddTo(&sum->payments, value.payments);
+}
+
+// A rate that an entry of the VAT table had, and may have no longer.
+struct EntryRate {
+  int vat = 0;
+  VatRate rate = {};
+
+  bool operator<(const EntryRate& other) const {
+    return std::tie(vat, rate.rate, rate.mark) <
+           std::tie(other.vat, other.rate.rate, other.rate.mark);
+  }
+};
+
 // Its number is that of the receipt, or of the invoice for kInvoice.
 struct StoredDocument {
   int64_t id = 0;  // its place among all that were registered, from 1
@@ -51,6 +73,11 @@ struct StoredDocument {
   std::map<int, DepartmentSum> sold_by_department;  // without refund, deposit and voucher lines
   std::map<std::string, Amount> by_tender;          // without the change
   std::map<std::string, int> tender_counts;         // payments by tender
+  // By what each tender was at the payment (SummaryElement); kNone is what was not paid.
+  std::map<int, Collected> collected;
+  // Where a sale goes back: the entries whose figures are at the rate of its day, which is another
+  // by now.
+  std::map<int, VatRate> other_rates;
   Amount not_paid = 0;
   Amount change = 0;
   Amount discounts = 0;
@@ -70,9 +97,10 @@ struct StoredDocument {
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
                          const std::vector<VatRate>& rates);
 
-// Counts a document in the entries that come to something. Of entries that have one rate the first
-// counts: who adds papers up sees the rate. `rates` are those of the document.
-void CountDocument(const std::vector<VatRate>& rates, StoredDocument* document);
+// Counts a document in the entries that come to something, and keeps which of these had another rate
+// than today. Of entries that have one rate the first counts: who adds papers up sees the rate.
+// `rates` are those of the document.
+void TellRates(const Tables& tables, const std::vector<VatRate>& rates, StoredDocument* document);
 
 // What the payments of a document are, without the change. They come to its total, and what cash
 // was rounded up by.

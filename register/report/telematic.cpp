@@ -2,12 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <map>
 #include <optional>
 #include <utility>
 
 #include "register/report/report_file.h"
 #include "register/report/report_sections.h"
+#include "register/totals/rate_sums.h"
 #include "register/value/nature.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
@@ -79,49 +80,51 @@ constexpr VatElement kVatElements[] = {
     {"NonRiscossoDCRaSSN", kTaken, TaxedFigure::kSsnNotPaid},
 };
 
-Amount Net(const Totals& totals, unsigned kinds, int vat, TaxedFigure figure) {
-  const Amount net = totals.Sum(kinds, vat, figure).net();
+Amount Net(const RateSums& sums, unsigned kinds, TaxedFigure figure) {
+  const Amount net = sums.Sum(kinds, figure).net();
   Amount size = 0;
   AddTo(&size, net, net < 0 ? -1 : 1);
   return size;
 }
 
-void AddVatEntry(const Closure& closure, int vat, std::string* xml) {
-  const Totals& totals = closure.totals;
-  const VatRate rate = vat >= 1 && static_cast<size_t>(vat) <= closure.vat_rates.size()
-                           ? closure.vat_rates[static_cast<size_t>(vat) - 1]
-                           : VatRate{};
+void AddRate(const RateSums& sums, std::string* xml) {
   *xml += "    <Riepilogo>\n";
-  if (rate.rate > 0) {
+  if (sums.rate.rate > 0) {
     *xml += "      <IVA>\n";
-    Element("        ", "AliquotaIVA", Decimal(rate.rate), xml);
-    Element("        ", "Imposta", Decimal(totals.Sum(kTaken, vat, TaxedFigure::kGross).tax), xml);
+    Element("        ", "AliquotaIVA", Decimal(sums.rate.rate), xml);
+    Element("        ", "Imposta", Decimal(sums.Sum(kTaken, TaxedFigure::kGross).tax), xml);
     *xml += "      </IVA>\n";
   } else {
-    Element("      ", "Natura", NatureOf(rate.mark).code, xml);
+    Element("      ", "Natura", NatureOf(sums.rate.mark).code, xml);
   }
   for (const VatElement& element : kVatElements) {
-    Element("      ", element.name, Decimal(Net(totals, element.kinds, vat, element.figure)), xml);
+    Element("      ", element.name, Decimal(Net(sums, element.kinds, element.figure)), xml);
   }
   *xml += "    </Riepilogo>\n";
 }
 
-// What the day collected by the tenders of one element.
-struct Collected {
-  Amount amount = 0;
-  int payments = 0;
-};
-using CollectedSums = std::array<Collected, static_cast<size_t>(SummaryElement::kCount)>;
-
-void AddCollected(const RegisterCore& core, const KindTotals& kind, CollectedSums* sums) {
-  for (const Tender& tender : core.tables.tenders()) {
+// By what the tenders are today.
+std::map<int, Collected> CollectedToday(const Tables& tables, const KindTotals& kind) {
+  std::map<int, Collected> sums;
+  for (const Tender& tender : tables.tenders()) {
     const auto amount = kind.by_tender.find(tender.id);
     if (amount == kind.by_tender.end()) continue;
-    Collected& sum = (*sums)[static_cast<size_t>(tender.element)];
-    AddTo(&sum.amount, amount->second);
     const auto count = kind.tender_counts.find(tender.id);
-    if (count != kind.tender_counts.end()) AddTo(&sum.payments, count->second);
+    AddTo(&sums[static_cast<int>(tender.element)],
+          {amount->second, count == kind.tender_counts.end() ? 0 : count->second});
   }
+  return sums;
+}
+
+// What a day collected by the tenders of each element, as these were then; of days that began in
+// an earlier version by what they are today.
+std::map<int, Collected> CollectedBy(const Tables& tables, const KindTotals& kind) {
+  Collected paid, known;
+  for (const auto& [id, amount] : kind.by_tender) AddTo(&paid.amount, amount);
+  for (const auto& [id, count] : kind.tender_counts) AddTo(&paid.payments, count);
+  for (const auto& [element, collected] : kind.collected) AddTo(&known, collected);
+  const bool whole = paid.amount == known.amount && paid.payments == known.payments;
+  return whole ? kind.collected : CollectedToday(tables, kind);
 }
 
 std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
@@ -131,8 +134,13 @@ std::string DocumentXml(const StoredDocument& document, const Tables& tables) {
   Element("    ", "CodiceLotteria", document.lottery_code, &xml);
   Element("    ", "Importo", Decimal(document.total), &xml);
   Amount electronic = 0;
+  if (const auto paid = document.collected.find(static_cast<int>(SummaryElement::kElectronic));
+      paid != document.collected.end()) {
+    electronic = paid->second.amount;
+  }
+  // Versions before did not keep what the tenders were.
   for (const auto& [id, amount] : document.by_tender) {
-    const Tender* tender = tables.FindTender(id);
+    const Tender* tender = document.collected.empty() ? tables.FindTender(id) : nullptr;
     if (tender != nullptr && tender->kind == TenderKind::kElectronic) AddTo(&electronic, amount);
   }
   Element("    ", "PagatoElettronico", Decimal(electronic), &xml);
@@ -164,14 +172,16 @@ std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
   xml += "  </Trasmissione>\n";
   Element("  ", "DataOraRilevazione", DateTime(closure.time), &xml);
   xml += "  <DatiRT>\n";
-  for (const auto& [vat, gross] : closure.totals.GrossByVat()) AddVatEntry(closure, vat, &xml);
+  for (const RateSums& sums : SumsByRate(closure.totals, closure.vat_rates)) AddRate(sums, &xml);
   xml += "    <Totali>\n";
-  CollectedSums sums;
+  std::map<int, Collected> sums;
   for (const DocumentKind kind : {DocumentKind::kSale, DocumentKind::kInvoice}) {
-    AddCollected(core, closure.totals.of(kind), &sums);
+    for (const auto& [element, paid] : CollectedBy(core.tables, closure.totals.of(kind))) {
+      AddTo(&sums[element], paid);
+    }
   }
   const auto collected = [&sums](SummaryElement element) -> const Collected& {
-    return sums[static_cast<size_t>(element)];
+    return sums[static_cast<int>(element)];
   };
   const Collected& tickets = collected(SummaryElement::kTicket);
   Element("      ", "NumeroDocCommerciali", std::to_string(closure.counters.documents), &xml);

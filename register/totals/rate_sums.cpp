@@ -26,6 +26,13 @@ RateSums& Named(const std::string& name, const VatRate& rate, std::vector<RateSu
   return all->back();
 }
 
+bool IsNothing(const VatFigures& figures) {
+  const auto nothing = [](const auto& one) { return one == std::decay_t<decltype(one)>(); };
+  return std::all_of(figures.taxed.begin(), figures.taxed.end(), nothing) &&
+         std::all_of(figures.entered.begin(), figures.entered.end(), nothing) &&
+         std::all_of(figures.counts.begin(), figures.counts.end(), nothing);
+}
+
 }  // namespace
 
 TaxedAmount RateSums::Sum(unsigned wanted, TaxedFigure figure) const {
@@ -61,6 +68,19 @@ std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate
       AddTo(&sums.kinds[static_cast<size_t>(kind)], figures->second);
     }
   }
+  for (const DocumentKind kind : kKinds) {
+    const auto index = static_cast<size_t>(kind);
+    for (const auto& [entry, figures] : totals.of(kind).at_other_rates) {
+      const std::string now = VatName(rates, entry.vat);
+      for (RateSums& sums : all) {
+        if (sums.name == now) AddTo(&sums.kinds[index], figures, -1);
+      }
+      AddTo(&Named(VatName({entry.rate}, 1), entry.rate, &all).kinds[index], figures);
+    }
+  }
+  std::erase_if(all, [](const RateSums& sums) {
+    return std::all_of(sums.kinds.begin(), sums.kinds.end(), IsNothing);
+  });
   return all;
 }
 

@@ -25,7 +25,8 @@ struct RateSums {
   int64_t Count(unsigned wanted, Counted what) const;
 };
 
-// In the order of the VAT table; entries with the same rate, or the same mark, are one.
+// In the order of the VAT table; entries with the same rate, or the same mark, are one. What went
+// back at the rate of its day stands at that; a rate at which nothing is left is none.
 std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate>& rates);
 
 }  // namespace lorimat

@@ -35,6 +35,14 @@ void AddMap(const std::map<int, DepartmentSum>& from, std::map<int, DepartmentSu
   }
 }
 
+void AddMap(const std::map<int, Collected>& from, std::map<int, Collected>* to) {
+  for (const auto& [element, collected] : from) AddTo(&(*to)[element], collected);
+}
+
+void AddMap(const std::map<EntryRate, VatFigures>& from, std::map<EntryRate, VatFigures>* to) {
+  for (const auto& [entry, figures] : from) AddTo(&(*to)[entry], figures);
+}
+
 template <typename Key, typename Value>
 Value Find(const std::map<Key, Value>& map, const Key& key) {
   const auto found = map.find(key);
@@ -55,6 +63,10 @@ void Totals::Add(const StoredDocument& document) {
   AddMap(document.sold_by_department, &kind.sold_by_department);
   AddMap(document.by_tender, &kind.by_tender);
   AddMap(document.tender_counts, &kind.tender_counts);
+  AddMap(document.collected, &kind.collected);
+  for (const auto& [vat, rate] : document.other_rates) {
+    AddTo(&kind.at_other_rates[{vat, rate}], Find(document.figures, vat));
+  }
   AddTo(&kind.by_operator[document.operator_number], document.total);
   AddTo(&kind.operator_counts[document.operator_number], 1);
 }
@@ -73,6 +85,8 @@ void Totals::Add(const Totals& other) {
     AddMap(from.sold_by_department, &kind.sold_by_department);
     AddMap(from.by_tender, &kind.by_tender);
     AddMap(from.tender_counts, &kind.tender_counts);
+    AddMap(from.collected, &kind.collected);
+    AddMap(from.at_other_rates, &kind.at_other_rates);
     AddMap(from.by_operator, &kind.by_operator);
     AddMap(from.operator_counts, &kind.operator_counts);
   }

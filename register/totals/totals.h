@@ -24,6 +24,9 @@ struct KindTotals {
   std::map<int, DepartmentSum> sold_by_department;
   std::map<std::string, Amount> by_tender;
   std::map<std::string, int> tender_counts;
+  std::map<int, Collected> collected;  // by SummaryElement; earlier versions did not keep it
+  // The part of by_vat that went back at rates that the entries no longer had.
+  std::map<EntryRate, VatFigures> at_other_rates;
   std::map<int, Amount> by_operator;
   std::map<int, int> operator_counts;
 };

@@ -25,6 +25,14 @@ void Put(const VatFigures& value, RowEncoder* record) {
 void Put(const VatCounts& value, RowEncoder* record) {
   for (const int64_t count : value) record->Number(count);
 }
+void Put(const Collected& value, RowEncoder* record) {
+  record->Number(value.amount).Number(value.payments);
+}
+void Put(const VatRate& value, RowEncoder* record) { record->Number(value.rate).Text(value.mark); }
+void Put(const EntryRate& value, RowEncoder* record) {
+  record->Number(value.vat);
+  Put(value.rate, record);
+}
 
 void Take(RowDecoder* record, int* value) { *value = record->Int(); }
 void Take(RowDecoder* record, int64_t* value) { *value = record->Number(); }
@@ -46,6 +54,18 @@ void Take(RowDecoder* record, VatFigures* value) {
 
 void Take(RowDecoder* record, VatCounts* value) {
   for (int64_t& count : *value) count = record->Number();
+}
+void Take(RowDecoder* record, Collected* value) {
+  value->amount = record->Number();
+  value->payments = record->Int();
+}
+void Take(RowDecoder* record, VatRate* value) {
+  value->rate = record->Int();
+  value->mark = record->Text();
+}
+void Take(RowDecoder* record, EntryRate* value) {
+  value->vat = record->Int();
+  Take(record, &value->rate);
 }
 
 template <typename Key, typename Value>
@@ -70,28 +90,71 @@ void TakeTable(RowDecoder* record, std::map<Key, Value>* table) {
 
 // What versions before 4 did not keep stands behind all the rest, and is left out where there is
 // nothing of it: a record of before stays the text that it was, of which its hash is.
+// Figures as one row, counts included.
+struct CountedFigures {
+  VatFigures figures;
+};
+void Put(const CountedFigures& value, RowEncoder* record) {
+  Put(value.figures, record);
+  Put(value.figures.counts, record);
+}
+void Take(RowDecoder* record, CountedFigures* value) {
+  Take(record, &value->figures);
+  Take(record, &value->figures.counts);
+}
+
 struct Later {
   std::map<int, VatCounts> counts;
+  std::map<int, Collected> collected;
+  std::map<int, VatRate> other_rates;                  // of a document
+  std::map<EntryRate, CountedFigures> at_other_rates;  // of totals
 
-  bool empty() const { return counts.empty(); }
+  bool empty() const {
+    return counts.empty() && collected.empty() && other_rates.empty() && at_other_rates.empty();
+  }
 };
 
-Later LaterOf(const std::map<int, VatFigures>& by_vat) {
-  Later later;
+std::map<int, VatCounts> CountsOf(const std::map<int, VatFigures>& by_vat) {
+  std::map<int, VatCounts> all;
   for (const auto& [vat, figures] : by_vat) {
-    if (figures.counts != VatCounts()) later.counts[vat] = figures.counts;
+    if (figures.counts != VatCounts()) all[vat] = figures.counts;
+  }
+  return all;
+}
+
+Later LaterOf(const StoredDocument& document) {
+  return {CountsOf(document.figures), document.collected, document.other_rates, {}};
+}
+Later LaterOf(const KindTotals& kind) {
+  Later later = {CountsOf(kind.by_vat), kind.collected, {}, {}};
+  for (const auto& [entry, figures] : kind.at_other_rates) later.at_other_rates[entry] = {figures};
+  return later;
+}
+
+void Put(const Later& later, bool of_totals, RowEncoder* record) {
+  PutTable(later.counts, record);
+  PutTable(later.collected, record);
+  if (of_totals) {
+    PutTable(later.at_other_rates, record);
+  } else {
+    PutTable(later.other_rates, record);
+  }
+}
+
+Later TakeLater(bool of_totals, RowDecoder* record) {
+  Later later;
+  TakeTable(record, &later.counts);
+  TakeTable(record, &later.collected);
+  if (of_totals) {
+    TakeTable(record, &later.at_other_rates);
+  } else {
+    TakeTable(record, &later.other_rates);
   }
   return later;
 }
 
-void PutLater(const Later& later, RowEncoder* record) { PutTable(later.counts, record); }
-
-// Answers whether there was anything.
-bool TakeLater(RowDecoder* record, std::map<int, VatFigures>* by_vat) {
-  Later later;
-  TakeTable(record, &later.counts);
-  for (const auto& [vat, counts] : later.counts) (*by_vat)[vat].counts = counts;
-  return !later.empty();
+void Place(const std::map<int, VatCounts>& counts, std::map<int, VatFigures>* by_vat) {
+  for (const auto& [vat, of_entry] : counts) (*by_vat)[vat].counts = of_entry;
 }
 
 }  // namespace
@@ -112,11 +175,11 @@ std::string Totals::ToRecord() const {
   std::array<Later, std::tuple_size_v<decltype(kinds_)>> later;
   bool any = false;
   for (size_t index = 0; index < later.size(); ++index) {
-    later[index] = LaterOf(kinds_[index].by_vat);
+    later[index] = LaterOf(kinds_[index]);
     any = any || !later[index].empty();
   }
   for (const Later& of_kind : later) {
-    if (any) PutLater(of_kind, &record);
+    if (any) Put(of_kind, true, &record);
   }
   return record.Take();
 }
@@ -140,7 +203,15 @@ bool Totals::FromRecord(std::string_view text, Totals* totals) {
   }
   if (record.good() && !record.done()) {
     bool any = false;
-    for (KindTotals& kind : read.kinds_) any = TakeLater(&record, &kind.by_vat) || any;
+    for (KindTotals& kind : read.kinds_) {
+      Later later = TakeLater(true, &record);
+      any = any || !later.empty();
+      Place(later.counts, &kind.by_vat);
+      kind.collected = std::move(later.collected);
+      for (const auto& [entry, counted] : later.at_other_rates) {
+        kind.at_other_rates[entry] = counted.figures;
+      }
+    }
     if (!any) return false;
   }
   if (!record.done()) return false;
@@ -158,8 +229,8 @@ std::string SumsRecord(const StoredDocument& document) {
   PutTable(document.sold_by_department, &record);
   PutTable(document.by_tender, &record);
   PutTable(document.tender_counts, &record);
-  const Later later = LaterOf(document.figures);
-  if (!later.empty()) PutLater(later, &record);
+  const Later later = LaterOf(document);
+  if (!later.empty()) Put(later, false, &record);
   return record.Take();
 }
 
@@ -171,7 +242,13 @@ bool ReadSums(std::string_view text, StoredDocument* document) {
   TakeTable(&record, &document->sold_by_department);
   TakeTable(&record, &document->by_tender);
   TakeTable(&record, &document->tender_counts);
-  if (record.good() && !record.done() && !TakeLater(&record, &document->figures)) return false;
+  if (record.good() && !record.done()) {
+    Later later = TakeLater(false, &record);
+    if (later.empty()) return false;
+    Place(later.counts, &document->figures);
+    document->collected = std::move(later.collected);
+    document->other_rates = std::move(later.other_rates);
+  }
   return record.done();
 }
 

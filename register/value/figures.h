@@ -19,6 +19,7 @@ struct TaxedAmount {
     AddTo(&sum, tax, -1);
     return sum;
   }
+  bool operator==(const TaxedAmount&) const = default;
 };
 
 enum class TaxedFigure : size_t {
@@ -35,6 +36,8 @@ enum class TaxedFigure : size_t {
 struct EnteredAmount {
   Amount amount = 0;
   Amount taken_back = 0;
+
+  bool operator==(const EnteredAmount&) const = default;
 };
 
 enum class EnteredFigure : size_t {

@@ -155,12 +155,15 @@ TEST_F(JournalChainTest, TheHashOfAReceiptTakesInItsFiscalFacts) {
   std::string figures;  // gross and tax, then ten figures that are 0, then the lines sold
   figures += N(100000) + N(18000);
   for (int figure = 2; figure < 24; ++figure) figures += N(figure == 12 ? 100000 : 0);
-  const std::string sums = N(1) + N(1) + N(100000) +            // by VAT entry
-                           N(1) + N(1) + figures +              // figures by VAT entry
-                           N(1) + N(1) + N(2000) + N(100000) +  // by department
-                           N(1) + N(1) + N(2000) + N(100000) +  // sold by department
-                           N(1) + T("0") + N(100000) +          // by tender
-                           N(1) + T("0") + N(1);                // payments by tender
+  const std::string sums = N(1) + N(1) + N(100000) +                  // by VAT entry
+                           N(1) + N(1) + figures +                    // figures by VAT entry
+                           N(1) + N(1) + N(2000) + N(100000) +        // by department
+                           N(1) + N(1) + N(2000) + N(100000) +        // sold by department
+                           N(1) + T("0") + N(100000) +                // by tender
+                           N(1) + T("0") + N(1) +                     // payments by tender
+                           N(1) + N(1) + N(1) + N(0) + N(0) + N(0) +  // counts: a document
+                           N(1) + N(1) + N(100000) + N(1) +           // cash
+                           N(0);                                      // no rates of another day
   const std::string facts = T("document") + N(1) + N(0) + N(1) + N(1) + N(20240115103000) + N(1) +
                             N(100000) + N(0) + N(100000) + N(0) + N(0) + T("") + N(0) + N(0) +
                             T(sums) +  //
