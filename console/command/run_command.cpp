@@ -142,6 +142,10 @@ class Lines : public LineSink {
         progress_.Clear();
         client_.TellFailure(streams_);
       }
+      if (client_.LimitsToTell()) {
+        progress_.Clear();
+        client_.TellLimits(streams_);
+      }
     }
     ran_.stopped = options_.stop_on_error && failures_.count() != failed_before;
     return !ran_.stopped;
@@ -274,6 +278,7 @@ int RunByBatch(const RunOptions& options, const LineReader& reader, const LineHo
     throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
   }
   host.client.TellFailure(streams);
+  host.client.TellLimits(streams);
   TellUnknownFailures(run, reader.name(), streams);
   ReportFailures(run.failures, failures);
   failures.Summarize();
@@ -410,6 +415,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   // A library that hangs while it is loaded is ended as any program is.
   const InterruptWatch watch;
   client.emplace(options.clock, options.register_file, streams);
+  client->TellDay(streams);
   StartLibrary(options.language, options.verbose, *library, *client, streams);
 
   PaperOutputs outputs(papers, streams);

@@ -305,6 +305,7 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   // A library that hangs while it is loaded is ended as any program is.
   if (!terminal) watch.emplace();
   client.emplace(options.clock, options.register_file, streams);
+  client->TellDay(streams);
   StartLibrary(options.language, false, *library, *client, streams);
   const std::string words = FindDefinitionFile(options.language).path;
   const Language language(words);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -73,6 +74,7 @@ std::string AsText(const lorimat::RegisterStatus& status) {
       {Tr("Operator"), std::to_string(status.current_operator)},
   };
   if (status.clock_latest != 0) rows.emplace_back(Tr("Clock"), ClockText(status));
+  for (const std::string& text : DayNoticeTexts(status.notice)) rows.emplace_back(Tr("Note"), text);
   for (auto& row : DayRows(status.closures, status.counters, status.day_open, status.day_total,
                            status.grand_total)) {
     rows.push_back(std::move(row));
@@ -103,6 +105,20 @@ Json OpenDocumentJson(const lorimat::CutOffDocument& document) {
   return json;
 }
 
+Json NoticeJson(const lorimat::DayNotice& notice) {
+  const auto date = [](int64_t time) {
+    return Json(TimeForPrograms(lorimat::NumberTime(time)).substr(0, 10));
+  };
+  const auto left = [](const std::optional<int>& number) {
+    return number ? Json(*number) : Json();
+  };
+  return {{"day_left_open_since", notice.opened ? date(*notice.opened) : Json()},
+          {"idle_from", notice.idle ? date(notice.idle->from) : Json()},
+          {"idle_to", notice.idle ? date(notice.idle->to) : Json()},
+          {"last_documents_of_day", left(notice.documents_left)},
+          {"last_closings", left(notice.closings_left)}};
+}
+
 Json AsJson(const lorimat::RegisterStatus& status, const lorimat::RegisterProfile& profile) {
   const lorimat::DailyCounters& day = status.counters;
   Json json = {
@@ -125,6 +141,7 @@ Json AsJson(const lorimat::RegisterStatus& status, const lorimat::RegisterProfil
         {"non_fiscal", day.non_fiscal},
         {"total_cents", AmountCents(status.day_total)},
         {"totals", DayTotalsJson(profile.day)}}},
+      {"notices", NoticeJson(status.notice)},
       {"grand_total_cents", AmountCents(status.grand_total)},
       {"next_invoice", status.next_invoice},
       {"pending_summaries", status.pending_summaries},

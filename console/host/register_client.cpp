@@ -145,6 +145,32 @@ void RegisterClient::TellFailure(Streams& streams) {
   TellError(streams, Tr("the register could not be kept: {}", last_failure()));
 }
 
+void RegisterClient::TellDay(Streams& streams) {
+  TellNotice(device_->day_notice(), streams);
+  told_limits_ = lorimat::FindLimits(device_->store());
+}
+
+void RegisterClient::TellNotice(const lorimat::DayNotice& notice, Streams& streams) const {
+  for (const std::string& text : DayNoticeTexts(notice)) {
+    TellNote(streams, file_.empty() ? text : fmt::format("{}: {}", Shown(file_), text));
+  }
+}
+
+// Those that were not told.
+lorimat::DayNotice RegisterClient::FreshLimits() const {
+  lorimat::DayNotice limits = lorimat::FindLimits(device_->store());
+  if (told_limits_.documents_left) limits.documents_left.reset();
+  if (told_limits_.closings_left) limits.closings_left.reset();
+  return limits;
+}
+
+bool RegisterClient::LimitsToTell() const { return FreshLimits() != lorimat::DayNotice(); }
+
+void RegisterClient::TellLimits(Streams& streams) {
+  TellNotice(FreshLimits(), streams);
+  told_limits_ = lorimat::FindLimits(device_->store());
+}
+
 uint64_t RegisterClient::refusals() const { return device_->refusal_count(); }
 
 const lorimat::Refusal& RegisterClient::last_refusal() const { return device_->last_refusal(); }

@@ -8,6 +8,7 @@
 #include "console/host/stoppable_client.h"
 #include "console/terminal/streams.h"
 #include "register/paper/picture.h"
+#include "register/state/day_state.h"
 
 class RtfClientInterface;
 namespace lorimat {
@@ -43,6 +44,12 @@ class RegisterClient {
   bool has_notes() const;
   // Tells it, once for each failure, and what there is to note.
   void TellFailure(Streams& streams);
+  // For who sells on it: tells what is to be known of the day at the start, if anything is.
+  void TellDay(Streams& streams);
+  // Whether TellLimits has something to tell.
+  bool LimitsToTell() const;
+  // Tells that the last documents of the day, or the last closings, have come, once for each.
+  void TellLimits(Streams& streams);
   // How many operations were refused until now, and the last one.
   uint64_t refusals() const;
   const lorimat::Refusal& last_refusal() const;
@@ -67,8 +74,11 @@ class RegisterClient {
   std::string file_;
   std::unique_ptr<Device> device_;
   std::unique_ptr<StoppableClient> stoppable_;
+  lorimat::DayNotice FreshLimits() const;
+  void TellNotice(const lorimat::DayNotice& notice, Streams& streams) const;
   lorimat::RegisterFailure told_;
   uint64_t drops_told_ = 0;
+  lorimat::DayNotice told_limits_;
 };
 
 }  // namespace lorimat::console

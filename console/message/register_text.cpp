@@ -7,6 +7,7 @@
 
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "register/value/row_encoding.h"
 
 namespace lorimat::console {
 namespace {
@@ -196,6 +197,29 @@ std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
       {Tr("  total"), AmountText(day_total)},
       {Tr("Grand total"), AmountText(grand_total)},
   };
+}
+
+std::vector<std::string> DayNoticeTexts(const lorimat::DayNotice& notice) {
+  const auto date = [](int64_t time) {
+    const std::tm day = lorimat::NumberTime(time);
+    return fmt::format("{:02}/{:02}/{:04}", day.tm_mday, day.tm_mon + 1, day.tm_year + 1900);
+  };
+  std::vector<std::string> texts;
+  if (notice.opened) texts.push_back(Tr("the day of {} has not been closed", date(*notice.opened)));
+  if (notice.idle) {
+    texts.push_back(
+        Tr("nothing was registered from {} to {}", date(notice.idle->from), date(notice.idle->to)));
+  }
+  if (notice.documents_left) {
+    texts.push_back(TrCount(static_cast<uint64_t>(*notice.documents_left),
+                            "the day takes {} document more", "the day takes {} documents more"));
+  }
+  if (notice.closings_left) {
+    texts.push_back(TrCount(static_cast<uint64_t>(*notice.closings_left),
+                            "the memory takes {} closing more",
+                            "the memory takes {} closings more"));
+  }
+  return texts;
 }
 
 std::string PairedRows(const std::vector<std::pair<std::string, std::string>>& rows) {

@@ -51,6 +51,8 @@ std::string DocumentNumberText(int closure, int number);
 // A position of the key lock, "registering"; its number when it has no name.
 std::string KeyPositionText(int position);
 
+// What is to be told of a register's day, a sentence each.
+std::vector<std::string> DayNoticeTexts(const lorimat::DayNotice& notice);
 // The last closing, the day behind it and the grand total: names and values.
 std::vector<std::pair<std::string, std::string>> DayRows(int last_closure,
                                                          const lorimat::DailyCounters& day,

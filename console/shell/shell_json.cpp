@@ -66,6 +66,7 @@ class JsonShell {
   void Answer(const SourceLine& source) {
     streams_.Output(AnswerTo(source));
     client_.TellFailure(streams_);
+    client_.TellLimits(streams_);
   }
 
  private:

@@ -131,6 +131,7 @@ bool ShellSession::Take(const SourceLine& line, const std::string& place,
     if (answer.code == 0) ShowHints(line.text, place);
     ShowPaper();
     client_.TellFailure(streams_);
+    client_.TellLimits(streams_);
   }
   return true;
 }
@@ -169,6 +170,7 @@ void ShellSession::ShowBatch(const std::string& text, const std::string& place,
   if (!batch.stop || answer.code != 0) ShowAnswer(text, answer.code, answer.answer, place, "");
   ShowPaper();
   client_.TellFailure(streams_);
+  client_.TellLimits(streams_);
   TellUnknownFailures(batch, place, streams_);
   failures_known_ = failures_known_ && batch.unknown.empty();
   ShowBatchFailures(batch);

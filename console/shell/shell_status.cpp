@@ -164,6 +164,9 @@ std::string StatusText(const lorimat::VirtualRegister& device, const std::string
                            store.daily().net(), store.grand_total())) {
     rows.push_back(std::move(row));
   }
+  for (const std::string& text : DayNoticeTexts(device.FindNotice())) {
+    rows.emplace_back(Tr("Note"), text);
+  }
   rows.emplace_back(Tr("Drawer opened"),
                     TrCount(static_cast<uint64_t>(device.drawer_count()), "{} time", "{} times"));
   rows.emplace_back(Tr("Paper"), TrCount(device.paper_lines().size(), "{} line", "{} lines"));

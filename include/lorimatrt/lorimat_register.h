@@ -95,8 +95,8 @@ LORIMAT_C_API int lorimat_register_png(lorimat_register* device, lorimat_bytes* 
 LORIMAT_C_API int lorimat_register_pdf(lorimat_register* device, lorimat_bytes* bytes);
 
 /* What is to be known of the start, in English: a document that had been cut off, a clock that is
- * behind. Empty when all is well. And why the last operation that failed could not be stored; empty
- * as long as none has. */
+ * behind, a day that was left open. Empty when there is nothing to tell. And why the last operation
+ * that failed could not be stored; empty as long as none has. */
 LORIMAT_C_API int lorimat_register_start_notice(lorimat_register* device, lorimat_bytes* bytes);
 LORIMAT_C_API int lorimat_register_failure(lorimat_register* device, lorimat_bytes* bytes);
 

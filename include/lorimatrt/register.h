@@ -130,7 +130,8 @@ class LORIMAT_REGISTER_API VirtualRegister {
   // The number of the last day closing; 0 for none.
   int last_closure() const noexcept;
   // What a person has to be told of this start: a document that was cut off, one whose answer may
-  // not have gone out, a clock that is behind. Empty when all is well.
+  // not have gone out, a clock that is behind, a day that was left open, dates on which nothing was
+  // registered, limits that come near. Empty when there is nothing to tell.
   std::string start_notice() const;
   // Why the last operation that answered RTF_E_FAILURE could not be stored; empty as long as none
   // has.

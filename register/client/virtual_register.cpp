@@ -118,6 +118,7 @@ VirtualRegister::VirtualRegister(const CancellationDelay&, RegisterSettings sett
   cut_off_ = EndCutOff(core_, desk_);
   if (!cut_off_) unanswered_ = last;
   clock_behind_ = FindClockBehind(core_);
+  day_notice_ = FindDayNotice(core_.store, core_.Now());
 }
 
 VirtualRegister::~VirtualRegister() {
@@ -127,10 +128,15 @@ VirtualRegister::~VirtualRegister() {
 
 std::string VirtualRegister::start_notice() const {
   std::string notice;
-  if (cut_off_) notice = CutOffNotice(*cut_off_);
-  if (unanswered_) notice = UnansweredNotice(*unanswered_);
-  if (!clock_behind_) return notice;
-  return notice.empty() ? ClockNotice(*clock_behind_) : notice + " " + ClockNotice(*clock_behind_);
+  const auto add = [&notice](const std::string& sentence) {
+    if (!notice.empty() && !sentence.empty()) notice += ' ';
+    notice += sentence;
+  };
+  if (cut_off_) add(CutOffNotice(*cut_off_));
+  if (unanswered_) add(UnansweredNotice(*unanswered_));
+  if (clock_behind_) add(ClockNotice(*clock_behind_));
+  add(DayNoticeText(day_notice_));
+  return notice;
 }
 
 void VirtualRegister::NoteFailure(bool doubtful) noexcept {

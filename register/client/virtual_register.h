@@ -29,6 +29,7 @@
 #include "register/core/core.h"
 #include "register/desk/articles.h"
 #include "register/desk/clock_check.h"
+#include "register/desk/day_notice.h"
 #include "register/desk/keyboard.h"
 #include "register/desk/receipt_desk.h"
 #include "register/desk/shop_setup.h"
@@ -92,6 +93,11 @@ class VirtualRegister : public RtfClientInterface {
   void LeaveUnanswered() noexcept { core_.LeaveUnanswered(); }
   // Whether the clock was too far behind the last document or closing at this start.
   const std::optional<ClockBehind>& clock_behind() const { return clock_behind_; }
+  // What was to be told of the day at this start: that it was left open, and the like.
+  const DayNotice& day_notice() const { return day_notice_; }
+  // The same as it is now; to be called between operations. Throws RegisterError when the
+  // register's file cannot be read.
+  DayNotice FindNotice() const { return FindDayNotice(core_.store, core_.Now()); }
   // All of that in sentences; empty when all is well.
   std::string start_notice() const;
   // The number, as Paper::dropped counts, of the first line that was printed since the start; the
@@ -247,6 +253,7 @@ class VirtualRegister : public RtfClientInterface {
   std::optional<CutOffDocument> cut_off_;
   std::optional<UnansweredDocument> unanswered_;
   std::optional<ClockBehind> clock_behind_;
+  DayNotice day_notice_;
   std::deque<std::string> trace_lines_;
   std::deque<std::string> error_lines_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "register/desk/day_notice.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -230,7 +231,14 @@ int ReadTextProperty(const RegisterCore& core, int property, std::string* value)
   }
   if (property == RTF_PIDXFptr_ErrorString) {
     const LotteryDropCause drop = core.session.lottery_drop.cause;
-    *value = drop != LotteryDropCause::kNone ? LotteryDropText(drop) : core.last_failure;
+    if (drop != LotteryDropCause::kNone) {
+      *value = LotteryDropText(drop);
+    } else if (!core.last_failure.empty()) {
+      *value = core.last_failure;
+    } else {
+      // What is to be known of the day.
+      *value = DayNoticeText(FindDayNotice(core.store, core.Now()));
+    }
     return RTF_SUCCESS;
   }
   const TextRow* row = Find(kTextProperties, property);

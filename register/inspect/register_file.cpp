@@ -7,6 +7,7 @@
 
 #include "register/core/core.h"
 #include "register/desk/clock_check.h"
+#include "register/desk/day_notice.h"
 #include "register/desk/recovery.h"
 #include "register/inspect/journal_check.h"
 #include "register/inspect/register_profile.h"
@@ -111,6 +112,7 @@ RegisterStatus RegisterFile::Status(const std::function<std::tm()>& clock) const
     status.clock_now = behind->now;
     status.clock_latest = behind->latest;
   }
+  status.notice = FindDayNotice(store, now);
   return status;
 }
 

@@ -25,6 +25,7 @@
 #include "register/fault/faults.h"
 #include "register/inspect/journal_verdict.h"
 #include "register/paper/paper.h"
+#include "register/state/day_state.h"
 #include "register/state/interrupted.h"
 #include "register/totals/closures.h"
 #include "register/totals/journal.h"
@@ -57,6 +58,7 @@ struct RegisterStatus {
   // the last document or closing, as numbers that read as YYYYMMDDHHMMSS. 0 when all is well.
   int64_t clock_now = 0;
   int64_t clock_latest = 0;
+  DayNotice notice;  // what is to be told of the day
   FaultPlan faults;
 };
 

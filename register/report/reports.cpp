@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "register/desk/clock_check.h"
+#include "register/desk/day_notice.h"
 #include "register/desk/layout.h"
 #include "register/report/report_file.h"
 #include "register/report/report_sections.h"
@@ -140,6 +141,9 @@ int ReportDesk::CloseDay() {
   const std::optional<StoredDocument> first = core_.store.FirstOfDay();
   if (first && !SameDate(first->time, now)) {
     report.Centred("Giornata aperta il " + FormatDateTime(first->time));
+  }
+  if (const std::optional<IdleDates> idle = IdleBefore(core_.store, now)) {
+    report.Centred("Inattivo dal " + DateText(idle->from) + " al " + DateText(idle->to));
   }
   if (number >= RegisterStore::kToldAhead) {
     report.Centred(fmt::format("CHIUSURE RIMASTE: {}", RegisterStore::kLastNumber - number));

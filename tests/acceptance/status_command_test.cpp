@@ -49,27 +49,30 @@ TEST(StatusCommand, TellsTheRegisterInWords) {
   EXPECT_THAT(LineOf(run.output, "Journal"),
               MatchesRegex("Journal         3 entries, last hash [0-9a-f]+"));
   EXPECT_EQ(LineOf(run.output, "Journal").size(), 37u + 64u);
-  EXPECT_EQ(Without(run.output, "Journal"), "Register        " + shop.file() +
-                                                "\n"
-                                                "Serial number   99LRM0000001VR\n"
-                                                "Firmware        1.00\n"
-                                                "Key             registering\n"
-                                                "Operator        1\n"
-                                                "Last closing    none yet\n"
-                                                "Day             open\n"
-                                                "  receipts      1\n"
-                                                "  invoices      1\n"
-                                                "  credit notes  0\n"
-                                                "  voids         0\n"
-                                                "  abandoned     1\n"
-                                                "  non-fiscal    0\n"
-                                                "  total         1.244,56\n"
-                                                "Grand total     1.244,56\n"
-                                                "Next invoice    2\n"
-                                                "Not sent        0 summaries\n"
-                                                "Documents       2\n"
-                                                "Open document   none\n"
-                                                "Faults          none\n");
+  EXPECT_EQ(Without(run.output, "Journal"),
+            "Register        " + shop.file() +
+                "\n"
+                "Serial number   99LRM0000001VR\n"
+                "Firmware        1.00\n"
+                "Key             registering\n"
+                "Operator        1\n"
+                "Note            the day of 15/03/2024 has not been "
+                "closed\n"
+                "Last closing    none yet\n"
+                "Day             open\n"
+                "  receipts      1\n"
+                "  invoices      1\n"
+                "  credit notes  0\n"
+                "  voids         0\n"
+                "  abandoned     1\n"
+                "  non-fiscal    0\n"
+                "  total         1.244,56\n"
+                "Grand total     1.244,56\n"
+                "Next invoice    2\n"
+                "Not sent        0 summaries\n"
+                "Documents       2\n"
+                "Open document   none\n"
+                "Faults          none\n");
 }
 
 TEST(StatusCommand, TellsAProgramInCents) {

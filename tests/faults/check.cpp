@@ -106,7 +106,7 @@ class Checker {
 
   // It has been told to nobody: the start has to.
   void CheckNotice(const VirtualRegister& device, const Fact& fact) {
-    if (report_.calling || !device.start_notice().empty()) return;
+    if (report_.calling || device.cut_off() || device.unanswered()) return;
     report_.Wrong("file: %s of %lld is there, was answered as unknown, and the start says nothing",
                   Name(fact.kind), static_cast<long long>(fact.value));
   }

@@ -1,0 +1,36 @@
+// The list of the documents of a period.
+#include "unit/register/report_fixture.h"
+
+namespace lorimat {
+namespace {
+
+using DocumentList = ReportTest;
+
+TEST_F(DocumentList, HasInvoicesWhateverTheirNumber) {
+  ASSERT_EQ(device.SetIntProperty(RTF_PIDXFptr_InvoiceNumber, 999999), RTF_SUCCESS);
+  for (const int64_t price : {10000, 20000}) {
+    ASSERT_EQ(device.BeginDocInvoice("ROSSI", "", "", "", ""), RTF_SUCCESS);
+    ASSERT_EQ(Sell(1, price), RTF_SUCCESS);
+    ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  }
+  NewPaper();
+  const char* const all =
+      "0001-999999 15/01/2024 10:30 FAT      1,00\n"
+      "0001-1000000 15/01/2024 10:30 FAT     2,00\n"
+      "\n"
+      "Documenti                                2\n"
+      "TOTALE                                3,00\n";
+  ASSERT_EQ(Extract(4, 2, 0, 0, "150120240000", "150120242359"), RTF_SUCCESS);
+  const std::string by_date = NewPaper();
+  EXPECT_NE(by_date.find(all), by_date.npos) << by_date;
+  ASSERT_EQ(Extract(4, 4, 0, 0, "150120240000", "150120242359"), RTF_SUCCESS);
+  const std::string of_all_numbers = NewPaper();
+  EXPECT_NE(of_all_numbers.find(all), of_all_numbers.npos) << of_all_numbers;
+  ASSERT_EQ(Extract(4, 4, 1000000, 1000000, "150120240000", "150120242359"), RTF_SUCCESS);
+  const std::string last = NewPaper();
+  EXPECT_EQ(last.find("0001-999999"), last.npos);
+  EXPECT_NE(last.find("0001-1000000 "), last.npos) << last;
+}
+
+}  // namespace
+}  // namespace lorimat
