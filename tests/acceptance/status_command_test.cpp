@@ -220,7 +220,8 @@ TEST(StatusCommand, ARefusedRegisterHasNothingLeftBesideIt) {
   constexpr size_t kVersionAt = 63;  // of the head of the file
   std::string content = shop.folder().Read("shop.register");
   const std::vector<std::string> names = shop.folder().names();
-  for (const char version : {'\0', '\4', '\143'}) {  // 0, 4 and 99
+  // None, the one behind today's, and 99.
+  for (const char version : {'\0', static_cast<char>(content[kVersionAt] + 1), '\143'}) {
     content[kVersionAt] = version;
     shop.folder().Write("shop.register", content);
     for (const char* command : {"status", "paper", "journal", "fault"}) {

@@ -121,6 +121,10 @@ void AddPayment(PaperMoves* moves) {
 
 PaperMoves Scene() {
   PaperMoves moves;
+  // Past midnight, and past some dates.
+  if (Below(10) == 0) {
+    Push(&moves, PaperStep::kLater, *gen::element(300, 840, 1440, 2880, 5000, 20160));
+  }
   switch (*gen::weightedElement<int>(
       {{8, 0}, {3, 1}, {4, 2}, {3, 3}, {2, 4}, {2, 5}, {2, 6}, {1, 7}, {1, 8}, {1, 9}, {1, 10}})) {
     case 0:
@@ -163,6 +167,7 @@ PaperMoves Scene() {
       break;
     case 6:
       Push(&moves, PaperStep::kClose);
+      if (Below(2) == 0) Push(&moves, PaperStep::kLater, *gen::element(1440, 2900, 5000, 20160));
       break;
     case 7:
       Push(&moves, PaperStep::kClose);
@@ -189,10 +194,41 @@ PaperMoves Scene() {
   return moves;
 }
 
+// Where a trouble may strike an operation: it has many allocations, some writes and hardly a sync.
+int PlacesOf(TroubleKind kind) {
+  switch (kind) {
+    case TroubleKind::kMemory:
+      return 100;
+    case TroubleKind::kDiskSync:
+    case TroubleKind::kDiskUncut:
+    case TroubleKind::kDiskGone:
+    case TroubleKind::kKilledAtSync:
+      return 2;
+    default:
+      return 8;
+  }
+}
+
+PaperMoves WithTroubles(const PaperMoves& moves) {
+  PaperMoves all;
+  for (const PaperMove& move : moves) {
+    if (Below(10) == 0) {
+      const int kind = 1 + Below(kTroubleKinds - 1);
+      Push(&all, PaperStep::kTrouble, kind, 1 + Below(PlacesOf(static_cast<TroubleKind>(kind))),
+           Below(2));
+    }
+    all.push_back(move);
+  }
+  return all;
+}
+
 }  // namespace
 
-rc::Gen<PaperMoves> PaperDays(int most_scenes) {
-  const auto scene = gen::exec([] { return Scene(); });
+rc::Gen<PaperMoves> PaperDays(int most_scenes, bool troubles) {
+  const auto scene = gen::exec([troubles] {
+    const PaperMoves moves = Scene();
+    return troubles ? WithTroubles(moves) : moves;
+  });
   // A vector of its own length, so that a failing day gets shorter by scenes.
   return gen::map(gen::mapcat(gen::inRange(1, most_scenes + 1),
                               [scene](int count) {
@@ -213,12 +249,10 @@ std::ostream& operator<<(std::ostream& out, const PaperMove& move) {
              << " " << move.c << " " << move.d << ")";
 }
 
-PaperShop::PaperShop(const std::string& file, bool rounds_cash)
-    : file_(file), rounds_cash_(rounds_cash) {
+PaperShop::PaperShop(const std::string& file, bool rounds_cash, FailingDisk* disk)
+    : file_(file), rounds_cash_(rounds_cash), disk_(disk) {
   day_minutes = 600;
-  RegisterSettings settings = DaySettings(file_);
-  settings.round_cash = rounds_cash;
-  device_ = std::make_unique<VirtualRegister>(std::move(settings));
+  Start();
   uint8_t kind = static_cast<uint8_t>(TenderKind::kTicket);
   uint8_t flags = Subtender::kKeepsRest;
   uint8_t digits = 0;
@@ -229,13 +263,58 @@ PaperShop::PaperShop(const std::string& file, bool rounds_cash)
   }
 }
 
+void PaperShop::Start() {
+  device_.reset();
+  RegisterSettings settings = DaySettings(file_);
+  settings.round_cash = rounds_cash_;
+  device_ = std::make_unique<VirtualRegister>(std::move(settings));
+}
+
+template <typename Work>
+int PaperShop::Troubled(Work work) {
+  const Trouble trouble = std::exchange(trouble_, {});
+  if (disk_ == nullptr || trouble.kind == TroubleKind::kNone) return work();
+  if (trouble.kind == TroubleKind::kOrdered) {
+    const auto kinds = FaultKinds();
+    device_->AddFault(
+        {.name = std::string(kinds[static_cast<size_t>(trouble.place) % kinds.size()].name)});
+    const int code = work();
+    if (device_->faults().empty()) ++struck_[static_cast<int>(trouble.kind)];
+    device_->ClearFaults();
+    return code;
+  }
+  Arm(*disk_, trouble);
+  const int code = work();
+  const bool struck = HasStruck(*disk_, trouble);
+  const bool dies = struck && trouble.ends_the_process() && !file_.empty();
+  if (struck) ++struck_[static_cast<int>(trouble.kind)];
+  if (dies) device_.reset();
+  HealAll(*disk_);
+  if (dies) Start();
+  return code;
+}
+
 void PaperShop::Do(const PaperMove& move) {
+  if (move.step == PaperStep::kTrouble) {
+    trouble_ = {static_cast<TroubleKind>(move.a), move.b, move.c == 1};
+    return;
+  }
+  if (move.step == PaperStep::kLater) {
+    day_minutes += move.a;
+    return;
+  }
   ++moves_;
   ++day_minutes;
-  if (Answer(move) != RTF_SUCCESS) ++refused_;
+  // A closing and a start are troubled in themselves.
+  const bool by_itself = move.step == PaperStep::kClose || move.step == PaperStep::kCut;
+  const int code = by_itself ? Answer(move) : Troubled([&] { return Answer(move); });
+  if (code != RTF_SUCCESS) ++refused_;
 }
 
 void PaperShop::End() {
+  trouble_ = {};
+  // What a disk left in doubt is known behind a start.
+  if (disk_ != nullptr && !file_.empty()) Start();
   device_->ResetPrn();
   device_->EndTraining();
   Close();
@@ -277,7 +356,7 @@ int PaperShop::ChangeNature(int nature) {
   ShopRefusal refused;
   const int code = device_->SetUp(setup, &refused);
   if (code == RTF_SUCCESS) {
-    rates_changed_ = true;
+    figures_[device_->store().last_closure() + 1].rates_changed = true;
     ++rate_changes_;
   }
   return code;
@@ -288,7 +367,7 @@ int PaperShop::ChangeRate(int entry, int rate) {
   const int noted = device_->SetVatValue(entry + 1, kRates[entry][rate]);
   const int code = noted == RTF_SUCCESS ? device_->SetVatTable() : noted;
   if (code == RTF_SUCCESS) {
-    rates_changed_ = true;
+    figures_[device_->store().last_closure() + 1].rates_changed = true;
     ++rate_changes_;
   }
   return code;
@@ -338,8 +417,8 @@ int PaperShop::Answer(const PaperMove& move) {
     case PaperStep::kCut:
       if (file_.empty()) return device.ResetPrn();
       ++cuts_;
-      device_.reset();
-      device_ = std::make_unique<VirtualRegister>(DaySettings(file_));
+      trouble_ = {};
+      Start();
       return RTF_SUCCESS;
     case PaperStep::kRates:
       return ChangeRate(move.a, move.b);
@@ -353,6 +432,8 @@ int PaperShop::Answer(const PaperMove& move) {
       return move.a == 1 ? device.BeginTraining() : device.EndTraining();
     case PaperStep::kReading:
       return device.PrintXReport();
+    case PaperStep::kLater:
+    case PaperStep::kTrouble:
     case PaperStep::kCount:
       break;
   }
@@ -368,8 +449,7 @@ void PaperShop::Close() {
       RTF_FPTR_GT_GENERIC_VOUCHER_GROSS};
   static constexpr int kOfRates[] = {RTF_FPTR_GT_VAT_CATEGORY_DAILY_GROSS,
                                      RTF_FPTR_GT_VAT_CATEGORY_TAXALL};
-  DayFigures figures;
-  figures.rates_changed = rates_changed_;
+  DayFigures& figures = figures_[device_->store().last_closure() + 1];
   const auto read = [&](int entry, int kind) {
     char text[50] = "";
     return device_->GetTotalizerExtend(entry, RTF_FPTR_TT_DAY, kind, text) == RTF_SUCCESS
@@ -382,10 +462,7 @@ void PaperShop::Close() {
     if (device_->GetVatEntryExtended(entry, 0, rate) != RTF_SUCCESS) continue;
     for (const int kind : kOfRates) figures.by_mark[rate][kind] = read(entry, kind);
   }
-  const int closures = device_->store().last_closure();
-  if (device_->PrintZReport() != RTF_SUCCESS || device_->store().last_closure() == closures) return;
-  figures_[closures + 1] = figures;
-  rates_changed_ = false;
+  Troubled([&] { return device_->PrintZReport(); });
 }
 
 }  // namespace lorimat

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "day/trouble.h"
 #include "register/client/virtual_register.h"
 
 namespace lorimat {
@@ -38,6 +39,8 @@ enum class PaperStep : int {
   kTaxId,
   kTraining,
   kReading,
+  kLater,    // a minutes pass
+  kTrouble,  // of kind a at the place b, lasting where c is 1, in the next step
   kCount,
 };
 
@@ -48,7 +51,8 @@ struct PaperMove {
 
 using PaperMoves = std::vector<PaperMove>;
 
-rc::Gen<PaperMoves> PaperDays(int most_scenes);
+// With troubles: of disk, memory, process and power, and faults that a host orders.
+rc::Gen<PaperMoves> PaperDays(int most_scenes, bool troubles);
 std::ostream& operator<<(std::ostream& out, const PaperMove& move);
 
 // What the register says of a day that is about to be closed, by itself.
@@ -60,8 +64,9 @@ struct DayFigures {
 
 class PaperShop {
  public:
-  // In memory where no file is named; then nothing cuts it off.
-  PaperShop(const std::string& file, bool rounds_cash);
+  // In memory where no file is named; then nothing cuts it off. The disk is that of the troubles,
+  // null where there are none.
+  PaperShop(const std::string& file, bool rounds_cash, FailingDisk* disk);
 
   void Do(const PaperMove& move);
   // Ends what is open, and closes the last day.
@@ -75,9 +80,15 @@ class PaperShop {
   int64_t refused() const { return refused_; }
   int64_t cuts() const { return cuts_; }
   int64_t rate_changes() const { return rate_changes_; }
+  // By TroubleKind.
+  const int64_t (&struck() const)[kTroubleKinds] { return struck_; }
 
  private:
   int Answer(const PaperMove& move);
+  // The same under the trouble that waits, if one does.
+  template <typename Work>
+  int Troubled(Work work);
+  void Start();
   int Line(const PaperMove& move);
   int Refer(const PaperMove& move);
   int ChangeRate(int entry, int rate);
@@ -88,7 +99,9 @@ class PaperShop {
   bool rounds_cash_ = false;
   std::unique_ptr<VirtualRegister> device_;
   std::map<int, DayFigures> figures_;
-  bool rates_changed_ = false;
+  FailingDisk* disk_;
+  Trouble trouble_;
+  int64_t struck_[kTroubleKinds] = {};
   int64_t moves_ = 0, refused_ = 0, cuts_ = 0, rate_changes_ = 0;
 };
 

@@ -218,6 +218,16 @@ size_t ReadVatTable(size_t at, ReadPaper* paper) {
   return at;
 }
 
+// Date and time in a line of their own; the last one, as a header may have any text.
+void ReadDate(ReadPaper* paper) {
+  for (const std::string& text : paper->lines) {
+    const std::string line = Trim(text);
+    if (line.size() == 16 && line[2] == '/' && line[5] == '/' && line[13] == ':') {
+      paper->date = line.substr(0, 10);
+    }
+  }
+}
+
 void ReadPayments(size_t at, ReadPaper* paper) {
   for (; at < paper->lines.size(); ++at) {
     std::string name;
@@ -248,6 +258,7 @@ void ReadPayments(size_t at, ReadPaper* paper) {
       paper->payments.push_back({name, amount});
     }
   }
+  ReadDate(paper);
   // The number stands in a line of its own, behind all of them.
   for (const std::string& text : paper->lines) {
     const std::string line = Trim(text);
@@ -331,11 +342,18 @@ int TakeCount(std::string* name) {
 }
 
 void ReadClosing(ReadPaper* paper) {
+  ReadDate(paper);
   enum { kDay, kTenders, kVat } part = kDay;
   for (const std::string& line : paper->lines) {
     if (line == "PAGAMENTI") part = kTenders;
     if (line == "IVA") part = kVat;
-    if (StartsWith(Trim(line), "CHIUSURA N. ")) paper->number = Trim(line).substr(12);
+    const std::string told = Trim(line);
+    if (StartsWith(told, "CHIUSURA N. ")) paper->number = told.substr(12);
+    if (StartsWith(told, "Giornata aperta il ")) paper->opened = told.substr(19, 10);
+    if (StartsWith(told, "Inattivo dal ") && told.size() == 37) {
+      paper->idle_from = told.substr(13, 10);
+      paper->idle_to = told.substr(27);
+    }
     std::string name;
     Cents amount = 0;
     const bool pair = ReadPair(line, &name, &amount);

@@ -42,6 +42,7 @@ struct ReadPaper {
   // --- Of a document
   std::string number;                    // "0001-0002", or of an invoice "7"
   std::string referred;                  // "0001-0001", where one is named
+  std::string date;                      // "15/01/2024", of a closing too
   std::map<std::string, Cents> by_mark;  // gross by what stands in the column of the rates
   Cents total = 0;
   Cents tax = 0;                      // as printed
@@ -70,6 +71,8 @@ struct ReadPaper {
   // How many there are: of payments by their name, of the others by name and rate.
   std::map<std::string, int> payment_counts;
   std::map<std::string, std::map<std::string, int>> counts_of;
+
+  std::string opened, idle_from, idle_to;  // dates that it tells; empty for none
 
   // What is wrong with it by itself, empty when nothing is.
   std::string wrong;
@@ -119,6 +122,8 @@ struct ReadDay {
   // Documents by rate.
   std::map<std::string, int> moved, credited, voided;
   int of_sale = 0, of_credit = 0, of_void = 0;
+  std::string first_date;  // of its first document
+  std::string closed_on;   // of all days before: the date of the last closing
 
   Cents net() const { return sales - credit_notes - voids; }
 };
@@ -128,7 +133,6 @@ void AddToDay(const ReadPaper& paper, ReadDay* day);
 
 // What is wrong with a closing, from the documents of its day and of all days before; empty when
 // nothing is.
-std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before,
-                         bool by_rate);
+std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before);
 
 }  // namespace lorimat

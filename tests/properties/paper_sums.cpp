@@ -1,4 +1,6 @@
 // What the papers of a day come to, and a closing held against it.
+#include <cstdlib>
+
 #include "properties/paper_reader.h"
 
 namespace lorimat {
@@ -47,11 +49,38 @@ bool SameCounts(const ReadPaper& closing, const char* name, const std::map<std::
   return Same(told == closing.counts_of.end() ? std::map<std::string, int>() : told->second, day);
 }
 
+// The days from 1 January of the year 0 to "15/01/2024".
+int DayNumber(const std::string& date) {
+  static constexpr int kBefore[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
+  const int day = std::atoi(date.c_str()), month = std::atoi(date.c_str() + 3);
+  const int year = std::atoi(date.c_str() + 6);
+  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+  const int leaps = (year + 3) / 4 - (year + 99) / 100 + (year + 399) / 400;
+  return 365 * year + leaps + kBefore[month - 1] + (leap && month > 2 ? 1 : 0) + day - 1;
+}
+
+// A closing tells of a day that was opened on another date, and of the dates between the closing
+// ahead and the first document, or itself.
+std::string WrongDates(const ReadPaper& closing, const ReadDay& day, const std::string& closed_on) {
+  if (closing.date.empty()) return "a closing has no date";
+  const bool late = !day.first_date.empty() && day.first_date != closing.date;
+  if (closing.opened != (late ? day.first_date : "")) return "a closing tells of another opening";
+  const std::string& until = day.first_date.empty() ? closing.date : day.first_date;
+  const int idle = closed_on.empty() ? 0 : DayNumber(until) - DayNumber(closed_on) - 1;
+  if ((idle > 0) != !closing.idle_from.empty()) return "a closing tells of other dates";
+  if (idle > 0 && (DayNumber(closing.idle_from) != DayNumber(closed_on) + 1 ||
+                   DayNumber(closing.idle_to) != DayNumber(until) - 1)) {
+    return "a closing tells of other dates";
+  }
+  return {};
+}
+
 }  // namespace
 
 void AddToDay(const ReadPaper& paper, ReadDay* day) {
   if (paper.kind == PaperKind::kAbandoned) ++day->abandoned;
   if (!paper.fiscal()) return;
+  if (day->first_date.empty()) day->first_date = paper.date;
   ++(paper.kind == PaperKind::kInvoice ? day->invoices : day->documents);
   const int sign = paper.sign();
   if (sign > 0) day->sales += paper.total;
@@ -100,8 +129,7 @@ void AddToDay(const ReadPaper& paper, ReadDay* day) {
   }
 }
 
-std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before,
-                         bool by_rate) {
+std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const ReadDay& before) {
   const auto money = [&](const char* name, Cents sum) {
     const auto row = closing.rows.find(name);
     Cents amount = 0;
@@ -146,10 +174,10 @@ std::string WrongClosing(const ReadPaper& closing, const ReadDay& day, const Rea
     const auto found = closing.by_mark_of.find(name);
     return found == closing.by_mark_of.end() ? std::map<std::string, Cents>() : found->second;
   };
+  if (std::string wrong = WrongDates(closing, day, before.closed_on); !wrong.empty()) return wrong;
   Cents tax = 0;
   for (const auto& [mark, sum] : of("Imposta")) tax += sum;
   if (tax != day.tax) return "a closing has another tax";
-  if (!by_rate) return {};
   std::map<std::string, Cents> net = day.gross_by_mark;
   for (const auto& [mark, sum] : day.tax_by_mark) net[mark] -= sum;
   struct Row {
