@@ -15,11 +15,11 @@ import sys
 # From top to bottom. What stands in a row of several may not include one another in a circle, which
 # follows from their order here.
 LAYERS = {
-    "": ["bench", "tests", "examples", "bindings", "console", "language", "register", "src"],
+    "": ["bench", "tests", "examples", "console", "bindings", "language", "register", "src"],
     "register": ["sanitizer", "face", "client", "inspect", "report", "desk", "core", "storage", "totals", "state",
                  "document", "tables", "fault", "paper", "value"],
-    "console": ["main.cpp", "command", "command/backup", "shell", "host", "check", "terminal",
-                "message"],
+    "console": ["main.cpp", "command", "command/backup", "shell", "host", "device", "check",
+                "terminal", "message"],
     "src": ["lorimatrt", "pal/protocols", "managermachine", "rpccommon", "pal"],
 }
 # The foundation is one room under two names: the log writes through sockets and threads, and these

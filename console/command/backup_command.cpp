@@ -18,6 +18,7 @@
 #include "console/command/backup/backup_tables.h"
 #include "console/command/backup/table_session.h"
 #include "console/command/subcommand.h"
+#include "console/host/device_options.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -35,7 +36,7 @@ namespace lorimat::console {
 namespace {
 
 struct BackupOptions {
-  std::string register_file;
+  DeviceOptions device;
   std::string folder;
   std::string language;
   std::string library;
@@ -170,7 +171,7 @@ void Show(const BackupOptions& options, const BackupManifest& manifest, Streams&
 
 void AddOptions(CLI::App* backup, BackupOptions* options) {
   backup->add_option("DIR", options->folder, Tr("The folder, new or empty"))->required();
-  AddRegisterOption(backup, &options->register_file);
+  AddDeviceOptions(backup, &options->device);
   AddLanguageOptions(backup, &options->language, &options->library);
   backup->add_flag("--json", options->json, Tr("Write JSON"));
 }
@@ -178,15 +179,16 @@ void AddOptions(CLI::App* backup, BackupOptions* options) {
 // Returns one of ExitCode. Throws Failure or RegisterError: then, and then alone, there is
 // no backup.
 int RunBackup(const BackupOptions& options, Streams& streams) {
-  RequireRegister(options.register_file);
+  const DeviceRequest request = RequestOf(options.device);
+  RequireDevice(request);
   // From before there is a folder until it is gone or has its name.
   std::optional<InterruptWatch> watch(std::in_place);
   NewFolder folder(options.folder);
-  TableSession session(options.register_file, options.language, options.library, streams);
+  TableSession session(request, options.language, options.library, streams);
 
   BackupManifest manifest;
-  manifest.serial_number = session.status().serial_number;
-  manifest.firmware_version = session.status().firmware_version;
+  manifest.serial_number = session.facts().serial_number;
+  manifest.firmware_version = session.facts().firmware_version;
   manifest.made = NowForPrograms();
   std::vector<std::string> names = {BackupManifest::kFileName};
   {

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,7 @@
 #include "console/command/backup/table_session.h"
 #include "console/command/shop_options.h"
 #include "console/command/subcommand.h"
+#include "console/device/register_device.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/register_failure_text.h"
@@ -114,7 +116,14 @@ int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams
   lorimat::RegisterSettings settings = FirstSettings(values.setup);
   // An empty line of the backup's header would not take one of the trial shop away.
   settings.header_lines.clear();
-  TableSession session(settings, options.language, options.library, streams);
+  lorimat::VirtualRegister* machine = nullptr;
+  TableSession session(
+      [&] {
+        auto device = std::make_unique<RegisterDevice>(settings, streams);
+        machine = &device->machine();
+        return device;
+      },
+      options.language, options.library, streams);
   const LoadedTables loaded = LoadTables(options.from, session, streams);
   if (loaded.stopped) {
     TellError(streams, Tr("stopped by {}; no register was made", InterruptName()));
@@ -125,12 +134,12 @@ int InitFromBackup(const InitOptions& options, const ShopValues& values, Streams
     TellWarning(streams, row);
     code = kExitFaults;
   }
-  SetUp(session.device(), values);
-  if (loaded.serial_number != session.device().tables().settings().serial_number) {
+  SetUp(*machine, values);
+  if (loaded.serial_number != machine->tables().settings().serial_number) {
     TellNote(streams, Tr("the backup is of {}, and this is {}", Shown(loaded.serial_number),
-                         Shown(session.device().tables().settings().serial_number)));
+                         Shown(machine->tables().settings().serial_number)));
   }
-  return Save(session.device(), options, code, streams);
+  return Save(*machine, options, code, streams);
 }
 
 void AddOptions(CLI::App* init, InitOptions* options) {

@@ -16,7 +16,7 @@
 
 #include "console/command/subcommand.h"
 #include "console/command/usage_error.h"
-#include "console/host/clock_text.h"
+#include "console/device/clock_text.h"
 #include "console/host/journal_checking.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"

@@ -18,6 +18,7 @@
 #include "console/command/backup/table_loading.h"
 #include "console/command/subcommand.h"
 #include "console/host/batch_request.h"
+#include "console/host/device_options.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -32,7 +33,7 @@ namespace lorimat::console {
 namespace {
 
 struct RestoreOptions {
-  std::string register_file;
+  DeviceOptions device;
   std::string folder;
   std::string language;
   std::string library;
@@ -115,22 +116,21 @@ Json DifferencesJson(const Differences& differences, const Language& language) {
   return json;
 }
 
-void ShowDifferences(const RestoreOptions& options, const Differences& differences,
-                     const Language& language, Streams& streams) {
+void ShowDifferences(const RestoreOptions& options, const std::string& place,
+                     const Differences& differences, const Language& language, Streams& streams) {
   const bool colours = streams.output_has_colours();
   std::string text;
   for (const RowDifference& one : differences) text += DifferenceText(one, language, colours);
   if (options.dry_run || differences.empty()) {
-    text += differences.empty()
-                ? Tr("{}: no row differs from the backup\n", Shown(options.register_file))
-                : Tr("{}: {} would be restored\n", Shown(options.register_file),
-                     RowsText(CountToLoad(differences)));
+    text += differences.empty() ? Tr("{}: no row differs from the backup\n", Shown(place))
+                                : Tr("{}: {} would be restored\n", Shown(place),
+                                     RowsText(CountToLoad(differences)));
   }
   streams.Output(text);
 }
 
-int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Language& language,
-                Streams& streams) {
+int ShowOutcome(const RestoreOptions& options, const std::string& place, const Outcome& outcome,
+                const Language& language, Streams& streams) {
   const uint64_t left = CountToLoad(outcome.after);
   const uint64_t wanted = CountToLoad(outcome.before);
   const uint64_t restored = wanted - std::min(wanted, left);
@@ -144,7 +144,7 @@ int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Lan
       json["cause"] = CauseOf(one, outcome.refusals, outcome.stopped);
       failed.push_back(std::move(json));
     }
-    text = JsonText({{"register", options.register_file},
+    text = JsonText({{"register", place},
                      {"differences", DifferencesJson(outcome.before, language)},
                      {"restored_rows", restored},
                      {"not_restored", std::move(failed)}});
@@ -155,9 +155,9 @@ int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Lan
                  Shown(CauseOf(one, outcome.refusals, outcome.stopped))) +
               "\n";
     }
-    text += left == 0 ? Tr("{}: {} restored\n", Shown(options.register_file), RowsText(restored))
-                      : Tr("{}: {} restored, {} not restored\n", Shown(options.register_file),
-                           RowsText(restored), left);
+    text += left == 0
+                ? Tr("{}: {} restored\n", Shown(place), RowsText(restored))
+                : Tr("{}: {} restored, {} not restored\n", Shown(place), RowsText(restored), left);
   }
   int code = left == 0 ? kExitGood : kExitFaults;
   // What is in the register by now stays there.
@@ -165,7 +165,7 @@ int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Lan
     streams.Output(text);
   } catch (const Failure& failure) {
     TellError(streams, Tr("{}: {} restored, {} not restored, and the report is missing: {}",
-                          Shown(options.register_file), RowsText(restored), left, failure.what()));
+                          Shown(place), RowsText(restored), left, failure.what()));
     code = kExitFaults;
   }
   if (outcome.stopped) {
@@ -175,21 +175,20 @@ int ShowOutcome(const RestoreOptions& options, const Outcome& outcome, const Lan
   return code;
 }
 
-void RequireClosedDay(const RestoreOptions& options, const Differences& differences,
-                      const lorimat::RegisterStatus& status) {
-  if (!status.day_open) return;
+void RequireClosedDay(const Differences& differences, TableSession& session) {
+  if (!session.facts().day_open) return;
   for (const RowDifference& one : differences) {
     if (std::string_view(one.table->name) != "vat" || Stays(one)) continue;
     throw Failure(
         Tr("{}: a day is open, and the VAT rates differ, which only change between two days: close "
            "the day first; nothing was changed",
-           Shown(options.register_file)));
+           Shown(session.device().place())));
   }
 }
 
 void AddOptions(CLI::App* restore, RestoreOptions* options) {
   restore->add_option("DIR", options->folder, Tr("The folder of the backup"))->required();
-  AddRegisterOption(restore, &options->register_file);
+  AddDeviceOptions(restore, &options->device);
   restore->add_flag("--dry-run", options->dry_run, Tr("Only show what is different"));
   AddLanguageOptions(restore, &options->language, &options->library);
   restore->add_flag("--json", options->json, Tr("Write JSON"));
@@ -198,13 +197,15 @@ void AddOptions(CLI::App* restore, RestoreOptions* options) {
 // Returns one of ExitCode. Throws Failure or RegisterError when nothing could be restored.
 int RunRestore(const RestoreOptions& options, Streams& streams) {
   RequireBackupFolder(options.folder);
-  RequireRegister(options.register_file);
-  TableSession session(options.register_file, options.language, options.library, streams);
+  const DeviceRequest request = RequestOf(options.device);
+  RequireDevice(request);
+  TableSession session(request, options.language, options.library, streams);
+  const std::string place = session.device().place();
   const Backup backup = ReadBackup(options.folder, session.language());
-  if (backup.manifest.serial_number != session.status().serial_number) {
+  if (backup.manifest.serial_number != session.facts().serial_number) {
     TellNote(streams,
              Tr("the backup is of {}, and this is {}", Shown(backup.manifest.serial_number),
-                Shown(session.status().serial_number)));
+                Shown(session.facts().serial_number)));
   }
   // A signal leaves no scratch folder behind, but while a reader lets the program wait.
   std::optional<InterruptWatch> watch(std::in_place);
@@ -220,45 +221,43 @@ int RunRestore(const RestoreOptions& options, Streams& streams) {
   const bool to_load = CountToLoad(outcome.before) != 0;
   if (options.dry_run || !to_load) {
     if (options.json) {
-      streams.Output(JsonText({{"register", options.register_file},
+      streams.Output(JsonText({{"register", place},
                                {"differences", DifferencesJson(outcome.before, session.language())},
                                {"restored_rows", 0},
                                {"not_restored", Json::array()}}));
     } else {
-      ShowDifferences(options, outcome.before, session.language(), streams);
+      ShowDifferences(options, place, outcome.before, session.language(), streams);
     }
     return kExitGood;
   }
-  RequireClosedDay(options, outcome.before, session.status());
-  if (!options.json) ShowDifferences(options, outcome.before, session.language(), streams);
+  RequireClosedDay(outcome.before, session);
+  if (!options.json) ShowDifferences(options, place, outcome.before, session.language(), streams);
 
   watch.emplace();
   TableLoader loader(backup, session, streams);
   outcome.stopped = !loader.Run(outcome.before);
   outcome.refusals = loader.refusals();
-  if (!session.last_failure().empty()) {
-    TellError(streams, Tr("the register could not be kept: {}", session.last_failure()));
-  }
+  session.device().TellFailure(streams);
   if (!loader.key_failure().empty()) {
     TellError(streams, Tr("the key could not be turned back to position {}: {}",
-                          session.status().key_position, loader.key_failure()));
+                          session.facts().key_position.value_or(0), loader.key_failure()));
   }
   try {
     // What was restored is to be told, whatever comes.
     outcome.after = CompareTables(backup, session, streams, false);
   } catch (const Failure& failure) {
-    for (const auto& [place, cause] : outcome.refusals) {
-      const auto& [file, line] = place;
+    for (const auto& [row, cause] : outcome.refusals) {
+      const auto& [file, line] = row;
       TellError(streams, Tr("{}: not restored: {}",
                             line == 0 ? file : fmt::format("{}:{}", file, line), cause.text()));
     }
-    TellError(streams, Tr("{}: what was loaded could not be read back: {}",
-                          Shown(options.register_file), failure.what()));
+    TellError(streams,
+              Tr("{}: what was loaded could not be read back: {}", Shown(place), failure.what()));
     if (outcome.stopped) return InterruptExit();
     return kExitFaults;
   }
   watch.reset();
-  return ShowOutcome(options, outcome, session.language(), streams);
+  return ShowOutcome(options, place, outcome, session.language(), streams);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
@@ -16,9 +17,11 @@
 #include "console/check/language.h"
 #include "console/command/paper_outputs.h"
 #include "console/command/subcommand.h"
+#include "console/device/device.h"
 #include "console/host/batch_request.h"
 #include "console/host/batch_run.h"
 #include "console/host/broken_pipe.h"
+#include "console/host/device_options.h"
 #include "console/host/failure_report.h"
 #include "console/host/installed_files.h"
 #include "console/host/library.h"
@@ -28,7 +31,6 @@
 #include "console/host/memory_watch.h"
 #include "console/host/open_document.h"
 #include "console/host/output_guard.h"
-#include "console/host/register_client.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
@@ -43,15 +45,14 @@ namespace lorimat::console {
 namespace {
 
 struct RunOptions {
-  std::string file;           // "-" is standard input
-  std::string language;       // definition file; empty takes the one beside the program
-  std::string paper;          // empty, or "-", is standard output
-  std::string png;            // empty for no such picture of the paper; "-" is standard output
-  std::string pdf;            // the same
-  std::string library;        // empty takes the one beside the program
-  std::string trace;          // empty discards the library's own lines; "-" is standard error
-  std::string register_file;  // where the register is kept; empty keeps it in memory
-  std::string clock;          // date and time; empty takes the computer's clock
+  std::string file;      // "-" is standard input
+  std::string language;  // definition file; empty takes the one beside the program
+  std::string paper;     // empty, or "-", is standard output
+  std::string png;       // empty for no such picture of the paper; "-" is standard output
+  std::string pdf;       // the same
+  std::string library;   // empty takes the one beside the program
+  std::string trace;     // empty discards the library's own lines; "-" is standard error
+  DeviceOptions device;
   bool batch = false;
   bool stop_on_error = false;
   bool terse = false;  // failing lines without their explanation and the summary
@@ -109,7 +110,7 @@ class Lines : public LineSink {
         FailureReport& failures, Streams& streams)
       : options_(options),
         reader_(reader),
-        client_(host.client),
+        device_(host.device),
         hints_(hints),
         failures_(failures),
         streams_(streams),
@@ -138,13 +139,10 @@ class Lines : public LineSink {
       } else {
         TellSuccess(line, place, answer);
       }
-      if (answer.code != 0 || answer.batch || client_.has_notes()) {
+      if (answer.code != 0 || answer.batch || device_.HasNotes()) {
         progress_.Clear();
-        client_.TellFailure(streams_);
-      }
-      if (client_.LimitsToTell()) {
-        progress_.Clear();
-        client_.TellLimits(streams_);
+        device_.TellFailure(streams_);
+        device_.TellNotes(streams_);
       }
     }
     ran_.stopped = options_.stop_on_error && failures_.count() != failed_before;
@@ -186,7 +184,7 @@ class Lines : public LineSink {
 
   const RunOptions& options_;
   const LineReader& reader_;
-  RegisterClient& client_;
+  Device& device_;
   LineHints* hints_;
   FailureReport& failures_;
   Streams& streams_;
@@ -277,8 +275,8 @@ int RunByBatch(const RunOptions& options, const LineReader& reader, const LineHo
   if (run.code != 0) {
     throw Failure(Tr("{}: the batch was refused: code {}: {}", reader.name(), run.code, text));
   }
-  host.client.TellFailure(streams);
-  host.client.TellLimits(streams);
+  host.device.TellFailure(streams);
+  host.device.TellNotes(streams);
   TellUnknownFailures(run, reader.name(), streams);
   ReportFailures(run.failures, failures);
   failures.Summarize();
@@ -300,24 +298,38 @@ void RequireBatchFile(const RunOptions& options, const LineReader& reader) {
   RequireBatchName(Split(options.file).name);
 }
 
-// --- The paper, and the register's file.
+// --- The paper, and the device's files.
 
-// Of a client that is there once the paper is written.
+// Of a device that is there once the paper is written.
 std::vector<PaperOutput> OutputsOfPaper(const RunOptions& options,
-                                        const std::optional<RegisterClient>& client) {
+                                        const std::unique_ptr<Device>& device) {
   std::vector<PaperOutput> outputs = {
       {{options.paper.empty() ? "-" : options.paper, "--paper", Tr("the paper's text")},
-       [&client](const auto&) { return client->paper(); },
+       [&device](const auto&) {
+         return device->paper() != nullptr ? device->paper()->text() : std::string();
+       },
        false}};
   if (!options.png.empty()) {
     outputs.push_back({{options.png, "--png", Tr("the PNG")},
-                       [&client](const auto& progress) { return client->PaperPng(progress); }});
+                       [&device](const auto& progress) { return device->paper()->Png(progress); }});
   }
   if (!options.pdf.empty()) {
     outputs.push_back({{options.pdf, "--pdf", Tr("the PDF")},
-                       [&client](const auto& progress) { return client->PaperPdf(progress); }});
+                       [&device](const auto& progress) { return device->paper()->Pdf(progress); }});
   }
   return outputs;
+}
+
+// The device shows what of its paper was asked for.
+void RequirePaper(const RunOptions& options, Device& device) {
+  const std::string name = Shown(device.name());
+  if (!options.paper.empty() && device.paper() == nullptr) {
+    throw Failure(Tr("--paper: the device '{}' shows no paper", name));
+  }
+  const bool pictures = device.paper() != nullptr && device.paper()->has_pictures();
+  if (pictures || (options.png.empty() && options.pdf.empty())) return;
+  throw Failure(Tr("{}: the device '{}' draws no pictures of its paper",
+                   options.png.empty() ? "--pdf" : "--png", name));
 }
 
 std::vector<OutputName> OutputsOf(const RunOptions& options,
@@ -328,35 +340,27 @@ std::vector<OutputName> OutputsOf(const RunOptions& options,
 }
 
 // Before anything is opened for writing.
-void RequireFreeNames(const RunOptions& options, const std::vector<OutputName>& outputs,
-                      const std::string& library_file) {
+void RequireFreeNames(const RunOptions& options, const DeviceRequest& request,
+                      const std::vector<OutputName>& outputs, const std::string& library_file) {
   std::vector<KeptFile> kept = {
       {options.file, TR_TEXT("the file of lines")},
       {FindDefinitionFile(options.language).path, TR_TEXT("the definition file")},
       {library_file, TR_TEXT("the library")}};
-  for (KeptFile& file : RegisterFiles(options.register_file)) kept.push_back(std::move(file));
+  for (KeptFile& file : FilesOfDevice(request)) kept.push_back(std::move(file));
   RequireApart(outputs, kept);
 }
 
 // What no line may write over.
-KeptFiles FilesOfRun(const RunOptions& options, const std::vector<OutputName>& outputs,
-                     const std::string& library_file, const Streams& streams) {
-  KeptFiles kept = FilesOfWork(options.register_file, FindDefinitionFile(options.language).path,
+KeptFiles FilesOfRun(const RunOptions& options, const DeviceRequest& request,
+                     const std::vector<OutputName>& outputs, const std::string& library_file,
+                     const Streams& streams) {
+  KeptFiles kept = FilesOfWork(FilesOfDevice(request), FindDefinitionFile(options.language).path,
                                library_file, streams.output_descriptor());
   kept.Add({options.file, TR_TEXT("the file of lines")});
   for (const OutputName& output : outputs) {
     if (output.name != "-") kept.Add({output.name, TR_TEXT("an output of the run")});
   }
   return kept;
-}
-
-// What ran is not to be run again because its paper was lost.
-void TellWhatIsKept(const RunOptions& options, Streams& streams) {
-  if (options.register_file.empty()) return;
-  const std::string file = Shown(options.register_file);
-  TellNote(streams, Tr("{} has what the lines did, and they are not to be run again; \"lorimat "
-                       "paper --register {}\" writes the paper",
-                       file, file));
 }
 
 void AddOptions(CLI::App* run, RunOptions* options) {
@@ -372,7 +376,7 @@ void AddOptions(CLI::App* run, RunOptions* options) {
   run->add_option("--pdf", options->pdf,
                   Tr("Write the paper to FILE as a PDF, a page for each document"))
       ->type_name("FILE");
-  AddRegisterOption(run, &options->register_file);
+  AddDeviceOptions(run, &options->device);
   CLI::Option* batch =
       run->add_flag("--batch", options->batch,
                     Tr("Run the file as one \"@\" batch; its name must not have capital letters, "
@@ -380,8 +384,7 @@ void AddOptions(CLI::App* run, RunOptions* options) {
   run->add_flag("--stop-on-error", options->stop_on_error,
                 Tr("End the run at the first failing line"))
       ->excludes(batch);
-  run->add_option("--clock", options->clock, Tr("Set the register's clock"))
-      ->type_name("\"YYYY-MM-DD HH:MM\"");
+  AddClockOption(run, &options->device);
   run->add_option("--trace", options->trace,
                   Tr("Write the library's own lines and the lines it was given to FILE; - is "
                      "standard error (default: they are discarded)"))
@@ -402,32 +405,34 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   LineReader reader(options.file, &interrupted);
   if (options.batch) RequireBatchFile(options, reader);
 
-  // The library lets go of the client last, and nothing is made before the library is there.
-  std::optional<RegisterClient> client;
+  const DeviceRequest request = RequestOf(options.device);
+  // The library lets go of the device last, and nothing is made before the library is there.
+  std::unique_ptr<Device> device;
   const std::string library_file = FindLibrary(options.library);
-  const std::vector<PaperOutput> papers = OutputsOfPaper(options, client);
+  const std::vector<PaperOutput> papers = OutputsOfPaper(options, device);
   const std::vector<OutputName> output_names = OutputsOf(options, papers);
-  RequireFreeNames(options, output_names, library_file);
+  RequireFreeNames(options, request, output_names, library_file);
   const bool caller_wants_error = IgnoreBrokenPipe();
   streams.StartTrace(options.trace);
   if (options.verbose) Tell(streams, Tr("library {}", Shown(library_file)));
   std::optional<Library> library(std::in_place, library_file, streams);
   // A library that hangs while it is loaded is ended as any program is.
   const InterruptWatch watch;
-  client.emplace(options.clock, options.register_file, streams);
-  client->TellDay(streams);
-  StartLibrary(options.language, options.verbose, *library, *client, streams);
+  device = OpenDevice(request, streams);
+  RequirePaper(options, *device);
+  device->TellStart(streams);
+  StartLibrary(options.language, options.verbose, *library, *device, streams);
 
   PaperOutputs outputs(papers, streams);
   // Read before a line can go to another folder.
   const Language language(FindDefinitionFile(options.language).path);
-  OutputGuard guard(language, FilesOfRun(options, output_names, library_file, streams));
+  OutputGuard guard(language, FilesOfRun(options, request, output_names, library_file, streams));
   FailureReport failures(streams, options.terse ? nullptr : &language, true);
-  MemoryWatch memory(language, *client);
+  MemoryWatch memory(language, *device);
   LineHints hints(language);
   int code = kExitNotDone;
   try {
-    const LineHost host = {*library, *client, memory, guard};
+    const LineHost host = {*library, *device, memory, guard};
     code = options.batch ? RunByBatch(options, reader, host, failures, streams)
                          : RunByLines(options, reader, host, options.terse ? nullptr : &hints,
                                       failures, streams);
@@ -441,15 +446,19 @@ int RunCommand(const RunOptions& options, Streams& streams) {
     outcome.failed = true;
     TellError(streams, Tr("cannot write to standard output: {}", SystemMessage(EPIPE)));
   }
-  const std::string open = OpenDocumentWords(client->device());
-  const bool kept = client->last_failure().empty();
+  const std::string open = OpenDocumentWords(device->state());
+  const Device::LeftNote note_of_left = device->NoteOfLeft();
+  const std::string lost_paper = device->LostPaperNote();
+  const bool kept = device->last_failure().empty();
   library.reset();
-  client.reset();
-  TellOpenDocument(options.register_file, open, reader.name(), streams);
+  device.reset();
+  TellOpenDocument(note_of_left, open, reader.name(), streams);
   const std::string trace_failure = streams.trace_failure();
   if (!trace_failure.empty()) TellError(streams, trace_failure);
   const bool all_written = !outcome.failed && trace_failure.empty();
-  if (!all_written || outcome.reader_gone || outcome.stopped) TellWhatIsKept(options, streams);
+  // What ran is not to be run again because its paper was lost.
+  const bool lost = !all_written || outcome.reader_gone || outcome.stopped;
+  if (lost && !lost_paper.empty()) TellNote(streams, lost_paper);
   if (!kept || !all_written) return kExitNotDone;
   if (outcome.stopped) return InterruptExit();
   return outcome.reader_gone ? kExitReaderGone : code;

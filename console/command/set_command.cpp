@@ -7,10 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "console/command/backup/table_session.h"
 #include "console/command/shop_options.h"
 #include "console/command/subcommand.h"
-#include "console/host/register_client.h"
+#include "console/device/register_device.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
@@ -67,18 +66,18 @@ int SetCommand(const SetOptions& options, Streams& streams) {
   }
   RequireRegister(options.file, true);
   RequireQuietRegister(options.file);
-  RegisterClient client("", options.file, streams);
-  client.device().LeaveUnanswered();
+  RegisterDevice client("", options.file, streams);
+  client.machine().LeaveUnanswered();
   lorimat::ShopRefusal refused;
-  if (client.device().SetUp(values.setup, &refused) != RTF_SUCCESS) {
-    const lorimat::Refusal& refusal = client.last_refusal();
+  if (client.machine().SetUp(values.setup, &refused) != RTF_SUCCESS) {
+    const lorimat::Refusal& refusal = client.machine().last_refusal();
     const std::string cause = refusal.cause == lorimat::RefusalCause::kNotKept
-                                  ? client.last_failure()
+                                  ? client.keeping_failure()
                                   : ShopRefusalText(values, refused, refusal);
     throw Failure(Tr("{}: nothing was set: {}", Shown(options.file), cause));
   }
   if (const auto& number = values.setup.vat_number; number && !values.setup.header_lines) {
-    const std::vector<std::string>& header = client.device().tables().settings().header_lines;
+    const std::vector<std::string>& header = client.machine().tables().settings().header_lines;
     const bool named = std::any_of(header.begin(), header.end(), [&](const std::string& line) {
       return line.find(*number) != line.npos;
     });

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <clocale>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,14 +17,14 @@
 #include "console/check/language.h"
 #include "console/check/password_mask.h"
 #include "console/command/subcommand.h"
+#include "console/device/device.h"
 #include "console/host/broken_pipe.h"
+#include "console/host/device_options.h"
 #include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/open_document.h"
 #include "console/host/output_guard.h"
-#include "console/host/register_client.h"
-#include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
@@ -43,12 +44,11 @@ namespace lorimat::console {
 namespace {
 
 struct ShellOptions {
-  std::string language;       // definition file; empty takes the one beside the program
-  std::string register_file;  // where the register is kept; empty keeps it in memory
-  std::string clock;          // date and time; empty takes the computer's clock
-  std::string library;        // empty takes the one beside the program
-  bool terse = false;         // as a pipe: failing lines without explanation and summary
-  bool json = false;          // requests and answers as lines of JSON
+  std::string language;  // definition file; empty takes the one beside the program
+  std::string library;   // empty takes the one beside the program
+  DeviceOptions device;
+  bool terse = false;  // as a pipe: failing lines without explanation and summary
+  bool json = false;   // requests and answers as lines of JSON
 };
 
 constexpr const char* kPrompt = "lorimat> ";
@@ -120,12 +120,12 @@ int RunPipe(ShellSession& session, Streams& streams) {
 class TerminalShell {
  public:
   TerminalShell(const Language& language, ShellSession& session, ShellEditor& editor,
-                ShellHistory& history, RegisterClient& client, bool colours, Streams& streams)
+                ShellHistory& history, Device& device, bool colours, Streams& streams)
       : language_(language),
         session_(session),
         editor_(editor),
         history_(history),
-        client_(client),
+        device_(device),
         colours_(colours),
         streams_(streams) {}
 
@@ -136,7 +136,7 @@ class TerminalShell {
     for (;;) {
       interrupted = 0;
       const std::string status =
-          Wrapped(StatusLine(client_.device(), session_.NextSaleWarning()), 0, editor_.columns());
+          Wrapped(StatusLine(device_.state(), session_.NextSaleWarning()), 0, editor_.columns());
       streams_.Output(Styled(status, Style::kFaint, colours_));
       std::string text;
       switch (editor_.Read(kPrompt, &text)) {
@@ -166,9 +166,7 @@ class TerminalShell {
 
  private:
   void Greet() {
-    const std::string where =
-        client_.file().empty() ? Tr("in memory") : Tr("kept in {}", Shown(client_.file()));
-    Say(Tr("lorimat {}: a virtual register, {}.", LORIMAT_VERSION, where));
+    Say(device_.Greeting());
     Say(Tr("\"?\" lists the commands, \".help\" tells of the shell, Ctrl-D leaves it."));
     TellHistoryFailure();
   }
@@ -188,7 +186,7 @@ class TerminalShell {
   }
 
   std::string dropped_text() const {
-    const std::string open = OpenDocumentWords(client_.device());
+    const std::string open = OpenDocumentWords(device_.state());
     return open.empty() ? Tr("The line was dropped; no document is open.")
                         : Tr("The line was dropped; {}.", open);
   }
@@ -197,15 +195,15 @@ class TerminalShell {
   void TellOfLateInterrupt() {
     if (interrupted == 0) return;
     interrupted = 0;
-    const std::string open = OpenDocumentWords(client_.device());
+    const std::string open = OpenDocumentWords(device_.state());
     Say(open.empty() ? Tr("Ctrl-C: no document is open.") : Tr("Ctrl-C: {}.", open));
   }
 
   // Asks once when a document is open.
   bool MayLeave() {
-    const std::string open = OpenDocumentWords(client_.device());
+    const std::string open = OpenDocumentWords(device_.state());
     if (open.empty()) return true;
-    Say(Tr("Note: {}.", open) + " " + OpenDocumentFate(client_.device(), !client_.file().empty()));
+    Say(Tr("Note: {}.", open) + " " + device_.OpenDocumentFate());
     std::string answer;
     switch (editor_.Read(Tr("Leave? (y/n) "), &answer)) {
       case ShellEditor::Event::kLine: {
@@ -227,7 +225,7 @@ class TerminalShell {
   ShellSession& session_;
   ShellEditor& editor_;
   ShellHistory& history_;
-  RegisterClient& client_;
+  Device& device_;
   bool colours_;
   Streams& streams_;
   bool history_told_ = false;
@@ -242,14 +240,14 @@ void TakeCharactersOfTerminal() {
   std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-int RunTerminal(const Language& language, Library& library, RegisterClient& client,
-                OutputGuard& guard, int output, Streams& streams) {
+int RunTerminal(const Language& language, Library& library, Device& device, OutputGuard& guard,
+                int output, Streams& streams) {
   TakeCharactersOfTerminal();
   const bool colours = HasColours(output);
   ShellHistory history(HistoryFile());
   ShellEditor* window = nullptr;
   ShellSession session(
-      language, library, client, guard,
+      language, library, device, guard,
       {.terminal = true,
        .colours = colours,
        .columns = [&window] { return window != nullptr ? window->columns() : NoWindow(); }},
@@ -259,7 +257,7 @@ int RunTerminal(const Language& language, Library& library, RegisterClient& clie
       [&session](std::string_view line, size_t cursor) { return session.Complete(line, cursor); });
   window = &editor;
   const TerminalSignals signals;
-  return TerminalShell(language, session, editor, history, client, colours, streams).run();
+  return TerminalShell(language, session, editor, history, device, colours, streams).run();
 }
 
 void AddOptions(CLI::App* shell, ShellOptions* options) {
@@ -268,9 +266,8 @@ void AddOptions(CLI::App* shell, ShellOptions* options) {
                    Tr("Definition file with the words of the language (default: the merkelin.ini "
                       "beside the program)"))
       ->type_name("FILE");
-  AddRegisterOption(shell, &options->register_file);
-  shell->add_option("--clock", options->clock, Tr("Set the register's clock"))
-      ->type_name("\"YYYY-MM-DD HH:MM\"");
+  AddDeviceOptions(shell, &options->device);
+  AddClockOption(shell, &options->device);
   shell
       ->add_option("--library", options->library,
                    Tr("The shared library (default: liblorimatrt.so beside the program)"))
@@ -298,18 +295,19 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   // Standard output goes to the library from here on.
   const Descriptor output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
   std::optional<InterruptWatch> watch;
-  std::optional<RegisterClient> client;
+  const DeviceRequest request = RequestOf(options.device);
+  std::unique_ptr<Device> device;
   const std::string library_file = FindLibrary(options.library);
   streams.StartTrace("");
   std::optional<Library> library(std::in_place, library_file, streams);
   // A library that hangs while it is loaded is ended as any program is.
   if (!terminal) watch.emplace();
-  client.emplace(options.clock, options.register_file, streams);
-  client->TellDay(streams);
-  StartLibrary(options.language, false, *library, *client, streams);
+  device = OpenDevice(request, streams);
+  device->TellStart(streams);
+  StartLibrary(options.language, false, *library, *device, streams);
   const std::string words = FindDefinitionFile(options.language).path;
   const Language language(words);
-  KeptFiles files = FilesOfWork(options.register_file, words, library_file, output.get());
+  KeptFiles files = FilesOfWork(FilesOfDevice(request), words, library_file, output.get());
   files.Add({"-", TR_TEXT("the file of lines")});
   files.Add({HistoryFile(), TR_TEXT("the file of the lines typed")});
   OutputGuard guard(language, std::move(files));
@@ -318,24 +316,26 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   std::exception_ptr stopped;
   try {
     if (terminal) {
-      code = RunTerminal(language, *library, *client, guard, output.get(), streams);
+      code = RunTerminal(language, *library, *device, guard, output.get(), streams);
     } else if (options.json) {
-      code = RunJson(language, *library, *client, guard, streams);
+      code = RunJson(language, *library, *device, guard, streams);
     } else {
-      ShellSession session(language, *library, *client, guard,
+      ShellSession session(language, *library, *device, guard,
                            {.terse = options.terse, .columns = &NoWindow}, streams);
       code = RunPipe(session, streams);
     }
   } catch (const Failure&) {
     stopped = std::current_exception();
   }
-  const std::string open = OpenDocumentWords(client->device());
-  const bool kept = client->last_failure().empty();
+  const std::string open = OpenDocumentWords(device->state());
+  const Device::LeftNote note_of_left = device->NoteOfLeft();
+  const bool stays = device->stays();
+  const bool kept = device->last_failure().empty();
   library.reset();
-  client.reset();
+  device.reset();
   // Who left the shell on a terminal was asked, and told that a register in memory goes with it.
-  if (!terminal || !options.register_file.empty() || code != kExitGood) {
-    TellOpenDocument(options.register_file, open, terminal ? Tr("the shell") : Tr("standard input"),
+  if (!terminal || stays || code != kExitGood) {
+    TellOpenDocument(note_of_left, open, terminal ? Tr("the shell") : Tr("standard input"),
                      streams);
   }
   if (stopped) std::rethrow_exception(stopped);

@@ -6,15 +6,14 @@
 namespace lorimat::console {
 
 void BatchRefusals::Note() {
-  if (client_.refusals() == seen_) return;
-  seen_ = client_.refusals();
-  const lorimat::Refusal& refusal = client_.last_refusal();
-  Kind& kind = kinds_[RegisterClient::ResultOf(refusal)];
+  if (device_.refusals() == seen_) return;
+  seen_ = device_.refusals();
+  Kind& kind = kinds_[device_.last_result()];
   ++kind.lines;
-  if (kind.first.size() < FailureReport::kShown) kind.first.push_back(refusal);
+  if (kind.first.size() < FailureReport::kShown) kind.first.push_back(device_.last_refusal());
 }
 
-const lorimat::Refusal* BatchRefusals::Find(long code, uint64_t place, uint64_t lines) const {
+const DeviceRefusal* BatchRefusals::Find(long code, uint64_t place, uint64_t lines) const {
   const Kind* found = nullptr;
   for (const auto& [result, kind] : kinds_) {
     if (!language::ComesFrom(code, result)) continue;

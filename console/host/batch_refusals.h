@@ -1,4 +1,4 @@
-// Why the register refused lines of an "@" batch, which runs as one line. The refusals are seen in
+// Why the device refused lines of an "@" batch, which runs as one line. The refusals are seen in
 // their order, and the library's error file has the failing lines in theirs. A line gets a reason
 // where as many lines failed with its code as were refused so that this code comes of it; where the
 // numbers differ, which belongs to which would be a guess.
@@ -8,31 +8,29 @@
 #include <map>
 #include <vector>
 
-#include "console/host/register_client.h"
-#include "register/value/refusal.h"
+#include "console/device/device.h"
 
 namespace lorimat::console {
 
 class BatchRefusals {
  public:
-  // The client has to outlive this object.
-  explicit BatchRefusals(const RegisterClient& client)
-      : client_(client), seen_(client.refusals()) {}
+  // The device has to outlive this object.
+  explicit BatchRefusals(Device& device) : device_(device), seen_(device.refusals()) {}
 
   // Ahead of each line, and behind the last one.
   void Note();
-  // What the register said to a line that failed with the code: the one of this place, from 0,
+  // What the device said to a line that failed with the code: the one of this place, from 0,
   // among so many that did. Null when that is not known.
-  const lorimat::Refusal* Find(long code, uint64_t place, uint64_t lines) const;
+  const DeviceRefusal* Find(long code, uint64_t place, uint64_t lines) const;
 
  private:
   // The refusals with one result, a line each.
   struct Kind {
     uint64_t lines = 0;
-    std::vector<lorimat::Refusal> first;  // no more are shown
+    std::vector<DeviceRefusal> first;  // no more are shown
   };
 
-  const RegisterClient& client_;
+  Device& device_;
   uint64_t seen_;  // refusals
   std::map<int, Kind> kinds_;
 };

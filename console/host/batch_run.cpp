@@ -9,8 +9,8 @@
 #include <memory>
 #include <system_error>
 
+#include "console/device/stoppable_client.h"
 #include "console/host/batch_request.h"
-#include "console/host/stoppable_client.h"
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
@@ -109,10 +109,10 @@ struct BatchNames {
 // Sends the line, of which the console may be told to let go of the rest.
 void Send(const std::string& line, const LineHost& host, BatchRefusals& refusals, BatchRun* run,
           bool* stopped) {
-  const StoppableLine at_work(host.client.stoppable(), &interrupted,
+  const StoppableLine at_work(host.device.stoppable(), &interrupted,
                               [&refusals] { refusals.Note(); });
   run->code = host.library.RunLine(line, &run->answer);
-  *stopped = host.client.stoppable().End();
+  *stopped = host.device.stoppable().End();
   refusals.Note();
 }
 
@@ -140,7 +140,7 @@ FileMark MarkOf(const std::string& file) {
 BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const LineHost& host,
                     const ScratchFolder* scratch) {
   BatchRun run;
-  BatchRefusals refusals(host.client);
+  BatchRefusals refusals(host.device);
   RunBatch batch;
   batch.file = names.file;
   batch.place = names.place;
@@ -165,7 +165,7 @@ BatchRun RunAndWalk(const std::string& line, const BatchNames& names, const Line
     batch.file.clear();
     run.unknown = Tr("{}: the file was changed meanwhile", names.place);
   }
-  BatchOutcome outcome = WalkBatch(batch, refusals, host.client, host.memory);
+  BatchOutcome outcome = WalkBatch(batch, refusals, host.memory);
   if (run.unknown.empty()) run.unknown = outcome.unread;
   run.lines = outcome.lines_known ? std::optional(outcome.lines) : std::nullopt;
   run.stop = outcome.stop;

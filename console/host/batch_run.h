@@ -11,19 +11,19 @@
 #include <string>
 #include <vector>
 
+#include "console/device/device.h"
 #include "console/host/batch_walk.h"
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/memory_watch.h"
 #include "console/host/output_guard.h"
-#include "console/host/register_client.h"
 
 namespace lorimat::console {
 
 // What lines are run with. All of it has to outlive what it is given to.
 struct LineHost {
   Library& library;
-  RegisterClient& client;
+  Device& device;
   MemoryWatch& memory;
   OutputGuard& guard;
 };

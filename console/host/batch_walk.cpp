@@ -8,7 +8,7 @@
 #include <map>
 #include <system_error>
 
-#include "console/host/stoppable_client.h"
+#include "console/device/stoppable_client.h"
 #include "console/message/failure.h"
 #include "console/terminal/line_reader.h"
 #include "register/value/refusal.h"
@@ -126,12 +126,6 @@ class Walk {
   uint64_t first_doubtful_ = 0;
 };
 
-// A sale was refused for want of a document.
-bool FoundNoDocument(const lorimat::Refusal& refusal) {
-  return refusal.cause == lorimat::RefusalCause::kState &&
-         refusal.numbers[0] == RTF_FPTR_PS_MONITOR;
-}
-
 }  // namespace
 
 bool AnswersForItself(int opcode) {
@@ -139,8 +133,7 @@ bool AnswersForItself(int opcode) {
          std::end(kAnswerForThemselves);
 }
 
-BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals,
-                       const RegisterClient& client, MemoryWatch& memory) {
+BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals, MemoryWatch& memory) {
   BatchOutcome outcome;
   Walk walk(batch, memory);
   walk.Read();
@@ -166,11 +159,11 @@ BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals,
   for (const Failing& one : walk.failing()) {
     if (!ran(one)) continue;
     const long code = one.error.code;
-    const lorimat::Refusal* refusal = refusals.Find(code, place[code]++, with_code[code]);
+    const DeviceRefusal* refusal = refusals.Find(code, place[code]++, with_code[code]);
     std::string reason;
     if (refusal != nullptr) {
-      reason = memory.LostSaleReason(one.sale_found_none && FoundNoDocument(*refusal), code);
-      if (reason.empty()) reason = client.Reason(*refusal, code);
+      reason = memory.LostSaleReason(one.sale_found_none && refusal->no_document, code);
+      if (reason.empty()) reason = Device::Reason(*refusal, code);
     }
     outcome.failures.push_back(
         {one.error.line == 0 ? batch.place : fmt::format("{}:{}", batch.place, one.error.line),

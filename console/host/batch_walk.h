@@ -44,8 +44,7 @@ struct BatchOutcome {
 };
 
 // Follows the lines in the memory, too.
-BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals,
-                       const RegisterClient& client, MemoryWatch& memory);
+BatchOutcome WalkBatch(const RunBatch& batch, const BatchRefusals& refusals, MemoryWatch& memory);
 
 // Whether a line of the command may be answered in another way than with the device's refusal of
 // its first call, so that a stop does not show in its code.

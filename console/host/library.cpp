@@ -6,8 +6,8 @@
 #include <array>
 #include <vector>
 
+#include "console/device/load_trial.h"
 #include "console/host/library_identity.h"
-#include "console/host/load_trial.h"
 #include "console/message/failure.h"
 #include "rpccommon/client/rtfclientinterface.h"
 

@@ -52,8 +52,8 @@ void TellOtherLibrary(const Library& library, Streams& streams) {
 
 // Hands the definition file to the library, having looked at it first: the library says only
 // "2", and takes merkelin.ini of the current directory when it cannot open the file.
-void StartLibrary(const std::string& language, bool verbose, Library& library,
-                  RegisterClient& client, Streams& streams) {
+void StartLibrary(const std::string& language, bool verbose, Library& library, Device& device,
+                  Streams& streams) {
   TellOtherLibrary(library, streams);
   const DefinitionFile definition = FindDefinitionFile(language);
   TellAboutDefinition(language, verbose, definition, streams);
@@ -87,7 +87,7 @@ void StartLibrary(const std::string& language, bool verbose, Library& library,
     open_file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     path = fmt::format("/proc/self/fd/{}", open_file.get());
   }
-  const int code = library.Init(path, client.client());
+  const int code = library.Init(path, device.client());
   if (code != 0) {
     const std::string cause =
         code == kDefinitionRefused && report.fault

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "console/device/device.h"
 #include "console/host/library.h"
-#include "console/host/register_client.h"
 #include "console/terminal/streams.h"
 
 namespace lorimat::console {
@@ -13,7 +13,7 @@ namespace lorimat::console {
 // Warns of a library that is not of this program's version. Tells on standard error when the
 // registry overrides the definition file, or, with verbose, which file it is.
 // Throws Failure with the cause when the library refuses the file.
-void StartLibrary(const std::string& language, bool verbose, Library& library,
-                  RegisterClient& client, Streams& streams);
+void StartLibrary(const std::string& language, bool verbose, Library& library, Device& device,
+                  Streams& streams);
 
 }  // namespace lorimat::console

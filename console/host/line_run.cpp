@@ -29,13 +29,13 @@ LineAnswer RunLine(const SourceLine& line, const LineHost& host) {
   }
   answer.not_run = host.guard.LineFault(line.text);
   if (!answer.not_run.empty()) return answer;
-  const uint64_t refusals = host.client.refusals();
+  const uint64_t refusals = host.device.refusals();
   host.memory.Begin();
   answer.code = host.library.RunLine(line.text, &answer.answer);
   host.memory.Answered(line.text, answer.code);
   if (answer.code != 0) {
     answer.reason = host.memory.LostSaleReason(answer.code);
-    if (answer.reason.empty()) answer.reason = host.client.ReasonSince(refusals, answer.code);
+    if (answer.reason.empty()) answer.reason = host.device.ReasonSince(refusals, answer.code);
   }
   return answer;
 }

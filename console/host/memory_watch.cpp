@@ -4,12 +4,10 @@
 
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
-#include "register/client/virtual_register.h"
-#include "rpccommon/services/rtffptrconst.h"
 
 namespace lorimat::console {
 
-bool MemoryWatch::ready() const { return client_.device().printer_state() == RTF_FPTR_PS_MONITOR; }
+bool MemoryWatch::ready() const { return device_.ready(); }
 
 void MemoryWatch::Begin() {
   was_lost_ = sale_is_lost();

@@ -6,7 +6,7 @@
 
 #include "console/check/language.h"
 #include "console/check/translator_memory.h"
-#include "console/host/register_client.h"
+#include "console/device/device.h"
 
 namespace lorimat::console {
 
@@ -16,8 +16,8 @@ class MemoryWatch {
   static constexpr long kNoDocument = 1231;
 
   // Both have to outlive this object, which is to be made ahead of the first line.
-  MemoryWatch(const Language& language, const RegisterClient& client)
-      : language_(language), client_(client), memory_(language) {}
+  MemoryWatch(const Language& language, Device& device)
+      : language_(language), device_(device), memory_(language) {}
 
   // A line is sent now, and was answered. An "@" line is followed by the lines of its file, and
   // not by itself.
@@ -42,7 +42,7 @@ class MemoryWatch {
 
  private:
   const Language& language_;
-  const RegisterClient& client_;
+  Device& device_;
   TranslatorMemory memory_;
   bool ready_before_ = true;
   bool was_lost_ = false;

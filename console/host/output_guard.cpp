@@ -58,9 +58,9 @@ std::string OutputGuard::BatchFault(const std::string& file, const std::string& 
   return Tr("{}: stopped by {} ahead of its first line", place, InterruptName());
 }
 
-KeptFiles FilesOfWork(const std::string& register_file, const std::string& definition_file,
+KeptFiles FilesOfWork(const std::vector<KeptFile>& of_device, const std::string& definition_file,
                       const std::string& library_file, int output) {
-  KeptFiles kept(RegisterFiles(register_file));
+  KeptFiles kept(of_device);
   kept.Add({definition_file, TR_TEXT("the definition file")});
   kept.Add({library_file, TR_TEXT("the library")});
   kept.Add({RegistryFile(), TR_TEXT("the file of the library's settings")});

@@ -38,10 +38,10 @@ class OutputGuard {
   KeptFiles kept_;
 };
 
-// What every command keeps that works on a register: its files, the definition file that the
+// What every command keeps that sets a device to work: its files, the definition file that the
 // option names, the library and its settings, the program, and what the standard streams lead to
 // but the output of the program.
-KeptFiles FilesOfWork(const std::string& register_file, const std::string& definition_file,
+KeptFiles FilesOfWork(const std::vector<KeptFile>& of_device, const std::string& definition_file,
                       const std::string& library_file, int output);
 
 }  // namespace lorimat::console

@@ -19,16 +19,12 @@
 #include "console/message/failure.h"
 #include "console/message/finding_text.h"
 #include "console/message/json_text.h"
-#include "console/message/register_failure_text.h"
 #include "console/message/translate.h"
 #include "console/shell/json_request.h"
-#include "console/shell/shell_fault.h"
 #include "console/shell/shell_status.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/line_reader.h"
 #include "console/terminal/notices.h"
-#include "register/client/virtual_register.h"
-#include "register/value/register_error.h"
 
 namespace lorimat::console {
 namespace {
@@ -53,20 +49,20 @@ std::optional<std::string_view> FaultWordsOf(std::string_view line) {
 
 class JsonShell {
  public:
-  JsonShell(const Language& language, Library& library, RegisterClient& client, OutputGuard& guard,
+  JsonShell(const Language& language, Library& library, Device& device, OutputGuard& guard,
             Streams& streams)
       : language_(language),
         library_(library),
-        client_(client),
+        device_(device),
         guard_(guard),
         streams_(streams),
-        memory_(language, client) {}
+        memory_(language, device) {}
 
   // One line in, one line out.
   void Answer(const SourceLine& source) {
     streams_.Output(AnswerTo(source));
-    client_.TellFailure(streams_);
-    client_.TellLimits(streams_);
+    device_.TellFailure(streams_);
+    device_.TellNotes(streams_);
   }
 
  private:
@@ -78,7 +74,7 @@ class JsonShell {
         {"explanation", ""},           {"paper", Json::array()}, {"state", nullptr}};
     if (!request.error) request.error = Run(request.line, &out);
     out["paper"] = NewPaper();
-    out["state"] = StateJson(client_.device(), memory_.next_sale());
+    out["state"] = StateJson(device_.state(), memory_.next_sale());
     if (const std::optional<RequestError>& error = request.error) {
       out["error"] = {{"kind", RequestErrorName(error->kind)},
                       {"cause", error->cause},
@@ -89,18 +85,21 @@ class JsonShell {
 
   std::optional<RequestError> Run(const std::string& line, Json* out) {
     if (const std::optional<std::string_view> words = FaultWordsOf(line)) {
+      DeviceFaults* faults = device_.faults();
+      if (faults == nullptr) {
+        return RequestError{RequestError::kFault,
+                            Tr("the device '{}' takes no orders for faults", device_.name()), 0};
+      }
       try {
-        if (!words->empty()) PlanFault(client_.device(), *words);
+        if (!words->empty()) faults->Plan(*words);
       } catch (const Failure& failure) {
         return RequestError{RequestError::kFault, failure.what(), 0};
-      } catch (const lorimat::RegisterError& error) {
-        return RequestError{RequestError::kFault, RegisterFailureWords(error.failure()), 0};
       }
       Put(0, "", "", "", out);
     } else {
       SourceLine source;
       source.text = line;
-      const LineAnswer answer = RunLine(source, {library_, client_, memory_, guard_});
+      const LineAnswer answer = RunLine(source, {library_, device_, memory_, guard_});
       if (!answer.not_run.empty()) {
         return RequestError{IsBatchLine(line) ? RequestError::kBatch : RequestError::kOutput,
                             answer.not_run, 0};
@@ -156,15 +155,16 @@ class JsonShell {
 
   // What was printed since the answer before, and ahead of the first one when the register started.
   Json NewPaper() {
-    const std::vector<std::string>& lines = client_.printed().lines();
     Json paper = Json::array();
+    if (device_.paper() == nullptr) return paper;
+    const std::vector<std::string>& lines = device_.paper()->printed();
     for (; paper_shown_ < lines.size(); ++paper_shown_) paper.push_back(lines[paper_shown_]);
     return paper;
   }
 
   const Language& language_;
   Library& library_;
-  RegisterClient& client_;
+  Device& device_;
   OutputGuard& guard_;
   Streams& streams_;
   MemoryWatch memory_;
@@ -173,9 +173,9 @@ class JsonShell {
 
 }  // namespace
 
-int RunJson(const Language& language, Library& library, RegisterClient& client, OutputGuard& guard,
+int RunJson(const Language& language, Library& library, Device& device, OutputGuard& guard,
             Streams& streams) {
-  JsonShell shell(language, library, client, guard, streams);
+  JsonShell shell(language, library, device, guard, streams);
   LineReader reader("-", &interrupted, kLongestRequest);
   SourceLine line;
   uint64_t answered = 0;

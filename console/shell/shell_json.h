@@ -3,9 +3,9 @@
 #pragma once
 
 #include "console/check/language.h"
+#include "console/device/device.h"
 #include "console/host/library.h"
 #include "console/host/output_guard.h"
-#include "console/host/register_client.h"
 #include "console/terminal/streams.h"
 
 namespace lorimat::console {
@@ -14,7 +14,7 @@ namespace lorimat::console {
 // signal of interrupt.h comes, for which a watch has to live. Returns one of ExitCode, or that of
 // the signal. The library has been started. Throws Failure when the input cannot be read or an
 // answer cannot be written.
-int RunJson(const Language& language, Library& library, RegisterClient& client, OutputGuard& guard,
+int RunJson(const Language& language, Library& library, Device& device, OutputGuard& guard,
             Streams& streams);
 
 }  // namespace lorimat::console

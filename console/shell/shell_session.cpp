@@ -14,7 +14,6 @@
 #include "console/message/register_failure_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
-#include "console/shell/shell_fault.h"
 #include "console/shell/shell_status.h"
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"
@@ -24,7 +23,6 @@
 #include "console/terminal/suggestion.h"
 #include "pal/protocols/lorimat/ascii.h"
 #include "pal/protocols/lorimat/front/messages.h"
-#include "register/client/virtual_register.h"
 #include "register/value/register_error.h"
 
 namespace lorimat::console {
@@ -82,17 +80,18 @@ bool HoldsNothing(std::string_view text) {
 
 }  // namespace
 
-ShellSession::ShellSession(const Language& language, Library& library, RegisterClient& client,
+ShellSession::ShellSession(const Language& language, Library& library, Device& device,
                            OutputGuard& guard, Look look, Streams& streams)
     : language_(language),
       library_(library),
-      client_(client),
+      device_(device),
       look_(std::move(look)),
       streams_(streams),
       help_(language),
-      completer_(language, OwnWords(), FaultWords()),
-      memory_(language, client),
-      host_{library, client, memory_, guard},
+      completer_(language, OwnWords(),
+                 device.faults() ? device.faults()->words() : std::vector<std::string>()),
+      memory_(language, device),
+      host_{library, device, memory_, guard},
       hints_(language),
       report_(streams, look_.terse ? nullptr : &language, false) {
   library_.RunLine("; lorimat shell", &plain_answer_);
@@ -130,8 +129,8 @@ bool ShellSession::Take(const SourceLine& line, const std::string& place,
     ShowAnswer(line.text, answer.code, answer.answer, place, answer.reason);
     if (answer.code == 0) ShowHints(line.text, place);
     ShowPaper();
-    client_.TellFailure(streams_);
-    client_.TellLimits(streams_);
+    device_.TellFailure(streams_);
+    device_.TellNotes(streams_);
   }
   return true;
 }
@@ -169,8 +168,8 @@ void ShellSession::ShowBatch(const std::string& text, const std::string& place,
   if (batch.stop) EndEcho();
   if (!batch.stop || answer.code != 0) ShowAnswer(text, answer.code, answer.answer, place, "");
   ShowPaper();
-  client_.TellFailure(streams_);
-  client_.TellLimits(streams_);
+  device_.TellFailure(streams_);
+  device_.TellNotes(streams_);
   TellUnknownFailures(batch, place, streams_);
   failures_known_ = failures_known_ && batch.unknown.empty();
   ShowBatchFailures(batch);
@@ -294,9 +293,15 @@ std::string ShellSession::PaperStrip(const std::string& line) const {
          "\n";
 }
 
+const std::vector<std::string>& ShellSession::Printed() const {
+  static const std::vector<std::string> kNothing;
+  DevicePaper* paper = device_.paper();
+  return paper != nullptr ? paper->printed() : kNothing;
+}
+
 void ShellSession::ShowPaper() {
   if (file_report_) return;
-  const std::vector<std::string>& lines = client_.printed().lines();
+  const std::vector<std::string>& lines = Printed();
   std::string text;
   for (size_t i = std::min(paper_shown_, lines.size()); i < lines.size(); ++i) {
     text += PaperStrip(lines[i]);
@@ -312,7 +317,7 @@ void ShellSession::ShowPaper() {
 
 // A person that runs a file wants to know what came of it, and looks at the paper after that.
 void ShellSession::TellPaperOfFile() {
-  const size_t lines = client_.printed().lines().size();
+  const size_t lines = Printed().size();
   const size_t printed = lines - std::min(paper_shown_, lines);
   paper_shown_ = lines;
   if (printed == 0) return;
@@ -321,9 +326,11 @@ void ShellSession::TellPaperOfFile() {
 }
 
 void ShellSession::ShowLastPaper(const std::string& number) {
-  // A register in a file has the roll of earlier times too; a long session has more than the roll.
-  const std::vector<std::string>& session = client_.printed().lines();
-  const std::vector<std::string>& roll = client_.device().paper_lines();
+  // A roll may have earlier times too; a long session has more than the roll.
+  const std::vector<std::string>& session = Printed();
+  DevicePaper* paper = device_.paper();
+  if (paper == nullptr) throw Failure(Tr("the device '{}' shows no paper", Shown(device_.name())));
+  const std::vector<std::string>& roll = paper->roll();
   const std::vector<std::string>& lines =
       number.empty() || session.size() > roll.size() ? session : roll;
   size_t count = lines.size();
@@ -396,7 +403,7 @@ void ShellSession::RunOwnWord(std::string_view text) {
   if (word == ".help") ListOwnWords();
   if (word == ".status") {
     streams_.Output(
-        StatusText(client_.device(), client_.file(), next_sale_text(), look_.columns()));
+        StatusText(device_.state(), next_sale_text(), device_.StatusRows(), look_.columns()));
   }
   if (word == ".quit") quit_ = true;
 }
@@ -422,11 +429,15 @@ void ShellSession::ListOwnWords() {
 }
 
 void ShellSession::ChangeFaults(std::string_view words) {
+  DeviceFaults* faults = device_.faults();
+  if (faults == nullptr) {
+    throw Failure(Tr("the device '{}' takes no orders for faults", Shown(device_.name())));
+  }
   if (words.empty()) {
-    streams_.Output(FaultList(client_.device().faults(), look_.columns()));
+    streams_.Output(faults->List(look_.columns()));
   } else {
     try {
-      PlanFault(client_.device(), words);
+      faults->Plan(words);
     } catch (const Failure& failure) {
       throw Failure(Shown(failure.what()));
     }

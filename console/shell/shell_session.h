@@ -9,14 +9,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "console/check/language.h"
+#include "console/device/device.h"
 #include "console/host/failure_report.h"
 #include "console/host/library.h"
 #include "console/host/line_hints.h"
 #include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
-#include "console/host/register_client.h"
 #include "console/shell/shell_completion.h"
 #include "console/shell/shell_help.h"
 #include "console/terminal/line_reader.h"
@@ -35,8 +36,8 @@ class ShellSession : private LineSink {
   };
 
   // All of them have to outlive this object; the library has been started.
-  ShellSession(const Language& language, Library& library, RegisterClient& client,
-               OutputGuard& guard, Look look, Streams& streams);
+  ShellSession(const Language& language, Library& library, Device& device, OutputGuard& guard,
+               Look look, Streams& streams);
 
   // Runs a line; place, "standard input:7", names it where that is not plain to see. Throws
   // Failure when its output cannot be written.
@@ -87,13 +88,14 @@ class ShellSession : private LineSink {
   void ChangeFaults(std::string_view words);
   void RunFile(const std::string& file);
   void TellPaperOfFile();
+  const std::vector<std::string>& Printed() const;
   std::string PaperStrip(const std::string& line) const;
   // A text of the shell's own, in lines that fit the window.
   std::string LaidOut(const std::string& text) const;
 
   const Language& language_;
   Library& library_;
-  RegisterClient& client_;
+  Device& device_;
   Look look_;
   Streams& streams_;
   ShellHelp help_;

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "console/host/clock_text.h"
+#include "console/device/clock_text.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 #include "properties/property.h"
 #include "register/totals/journal.h"

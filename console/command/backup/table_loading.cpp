@@ -140,9 +140,11 @@ void TableLoader::Load(const RowDifference& one) {
 }
 
 void TableLoader::TurnBack() {
+  // What does not tell of a key has none to be turned back.
+  if (!session_.facts().key_position) return;
   std::string answer;
   const long code =
-      session_.library().RunLine(fmt::format("#15 #1={}", session_.status().key_position), &answer);
+      session_.library().RunLine(fmt::format("#15 #1={}", *session_.facts().key_position), &answer);
   if (code != 0) key_failure_ = Answered(code, answer);
 }
 

@@ -10,10 +10,11 @@
 #include <iterator>
 #include <string>
 
+#include "console/device/fault_words.h"
+#include "console/device/register_device.h"
 #include "console/host/answer_causes.h"
 #include "console/message/failure.h"
 #include "console/shell/shell_editor.h"
-#include "console/shell/shell_fault.h"
 #include "console/shell/shell_history.h"
 #include "console/shell/shell_status.h"
 #include "register/client/virtual_register.h"
@@ -317,12 +318,13 @@ TEST_F(ShellHints, NoControlCharacterIsShown) {
 
 TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   lorimat::VirtualRegister device;
-  EXPECT_EQ("READY  key registering", StatusLine(device));
+  EXPECT_EQ("READY  key registering", StatusLine(StateOf(device)));
   ASSERT_EQ(0, device.BeginTraining());
-  EXPECT_EQ("READY  key registering  TRAINING", StatusLine(device));
-  EXPECT_THAT(StatusText(device, "", "opens a receipt", 0), HasSubstr("\nTraining        yes\n"));
+  EXPECT_EQ("READY  key registering  TRAINING", StatusLine(StateOf(device)));
+  EXPECT_THAT(StatusText(StateOf(device), "opens a receipt", {}, 0),
+              HasSubstr("\nTraining        yes\n"));
   ASSERT_EQ(0, device.EndTraining());
-  EXPECT_EQ("READY  key registering", StatusLine(device));
+  EXPECT_EQ("READY  key registering", StatusLine(StateOf(device)));
 }
 
 TEST(ShellStatusLine, TheOpenDocumentIsNamed) {
@@ -344,8 +346,8 @@ TEST(ShellStatusLine, TheOpenDocumentIsNamed) {
     const bool receipt = std::string(name) == "receipt";
     EXPECT_EQ(std::string(words) + " is open, with " + (receipt ? "2 items" : "1 item") +
                   " and a subtotal of " + (receipt ? "3,00" : "1,00"),
-              OpenDocumentWords(till.device));
-    const Json json = StateJson(till.device, TranslatorMemory::NextSale::kUnknown);
+              OpenDocumentWords(StateOf(till.device)));
+    const Json json = StateJson(StateOf(till.device), TranslatorMemory::NextSale::kUnknown);
     EXPECT_EQ(name, json["open_document"]["kind"]);
     EXPECT_EQ(receipt ? 300 : 100, json["open_document"]["subtotal_cents"]);
     EXPECT_EQ("unknown", json["next_sale"]);
@@ -363,7 +365,7 @@ TEST(ShellStatusLine, EveryPositionOfTheKeyHasItsName) {
   for (const auto& [line, name] : kKeys) {
     lorimat::Till till{lorimat::RegisterSettings()};
     ASSERT_EQ(0, till.Run(line)) << line;
-    EXPECT_EQ(std::string("READY  key ") + name, StatusLine(till.device));
+    EXPECT_EQ(std::string("READY  key ") + name, StatusLine(StateOf(till.device)));
   }
 }
 
@@ -371,10 +373,10 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   lorimat::VirtualRegister device;
   device.AddFault({.name = "paper-end"});
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
-  EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", StatusLine(device));
-  EXPECT_THAT(StatusText(device, "/a\x1b/shop", "", 0),
-              HasSubstr("\nRegister        /a\\x1B/shop\n"));
-  EXPECT_EQ("", OpenDocumentWords(device));
+  EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", StatusLine(StateOf(device)));
+  EXPECT_THAT(StatusText(StateOf(device), "", {{"Register", "shop"}}, 0),
+              HasSubstr("\nRegister   shop\n"));
+  EXPECT_EQ("", OpenDocumentWords(StateOf(device)));
 }
 
 }  // namespace

@@ -35,8 +35,13 @@ class StoppableClient : public RtfClientInterface {
     return code == language::kStoppedHere || code == language::kStoppedBehind;
   }
 
+  StoppableClient() = default;
   // The device has to outlive this object.
-  explicit StoppableClient(RtfClientInterface& device) : device_(device) {}
+  explicit StoppableClient(RtfClientInterface& device) : device_(&device) {}
+
+  // Before the first call.
+  void SetDevice(RtfClientInterface& device) { device_ = &device; }
+  RtfClientInterface& device() { return *device_; }
 
   // The next line is an "@" line. It ends once *stop is not 0; `line_begins` is called where each
   // line begins, that one too.
@@ -45,7 +50,7 @@ class StoppableClient : public RtfClientInterface {
   bool End();
 
 #define LORIMAT_PASS(Name, Arguments) \
-  Pass<Operation::k##Name>([&] { return device_.Name Arguments; })
+  Pass<Operation::k##Name>([&] { return device_->Name Arguments; })
 #define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) \
   Result Name Parameters override { return LORIMAT_PASS(Name, Arguments); }
 #include "rpccommon/client/rtfclientoperations.inc"
@@ -69,7 +74,7 @@ class StoppableClient : public RtfClientInterface {
   }
   void LineBegins();
 
-  RtfClientInterface& device_;
+  RtfClientInterface* device_ = nullptr;
   const volatile std::sig_atomic_t* stop_ = nullptr;  // while an "@" line is at work
   std::function<void()> line_begins_;
   bool stopping_ = false;

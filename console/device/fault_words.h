@@ -1,4 +1,4 @@
-// ".fault" in the shell: a fault in words.
+// The faults of a register in words, as ".fault" of the shell takes and shows them.
 #pragma once
 
 #include <cstddef>
@@ -8,19 +8,11 @@
 
 #include "register/fault/faults.h"
 
-namespace lorimat {
-class VirtualRegister;
-}
-
 namespace lorimat::console {
 
 // Reads "NAME [CODE] [next | nth N | every | times N] [on OPERATION]"; the words may have "--" in
 // front, as the options of "lorimat fault" have. Throws Failure with the cause.
 lorimat::Fault ReadFault(std::string_view text);
-
-// Plans the fault of the words, or takes all away that wait: "clear". Throws Failure, or
-// RegisterError, with the cause; then nothing is changed.
-void PlanFault(lorimat::VirtualRegister& device, std::string_view words);
 
 // The words that may stand behind ".fault".
 std::vector<std::string> FaultWords();

@@ -1,4 +1,4 @@
-#include "console/host/clock_text.h"
+#include "console/device/clock_text.h"
 
 #include <array>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "console/shell/shell_fault.h"
+#include "console/device/fault_words.h"
 
 #include <fmt/format.h>
 
@@ -14,7 +14,6 @@
 #include "console/message/translate.h"
 #include "console/terminal/shell_text.h"
 #include "console/terminal/suggestion.h"
-#include "register/client/virtual_register.h"
 #include "register/fault/fault_operations.h"
 #include "rpccommon/client/rtfclientoperation.h"
 
@@ -88,14 +87,6 @@ lorimat::Fault ReadFault(std::string_view text) {
     }
   }
   return fault;
-}
-
-void PlanFault(lorimat::VirtualRegister& device, std::string_view words) {
-  if (words == "clear") {
-    device.ClearFaults();
-  } else {
-    device.AddFault(ReadFault(words));
-  }
 }
 
 std::vector<std::string> FaultWords() {

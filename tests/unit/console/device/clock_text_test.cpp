@@ -1,5 +1,5 @@
 // Dates of options: the forms that the program shows, and what is none.
-#include "console/host/clock_text.h"
+#include "console/device/clock_text.h"
 
 #include <gtest/gtest.h>
 

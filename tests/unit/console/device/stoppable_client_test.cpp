@@ -1,4 +1,4 @@
-#include "console/host/stoppable_client.h"
+#include "console/device/stoppable_client.h"
 
 #include <gtest/gtest.h>
 

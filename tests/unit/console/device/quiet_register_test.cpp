@@ -1,13 +1,12 @@
 // Which registers are left alone by the commands that work on a quiet one, and what is told of
 // them.
-#include "console/command/backup/table_session.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <optional>
 #include <string>
 
+#include "console/device/register_device.h"
 #include "console/message/failure.h"
 #include "register/client/virtual_register.h"
 #include "register/value/register_error.h"

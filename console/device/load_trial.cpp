@@ -1,4 +1,4 @@
-#include "console/host/load_trial.h"
+#include "console/device/load_trial.h"
 
 #include <dlfcn.h>
 #include <elf.h>
