@@ -84,7 +84,7 @@ lorimat_deliver(lorimat_register_shared NAME lorimat-register ALIAS register
   HEADERS register.h)
 lorimat_deliver(lorimat_c NAME lorimat-c ALIAS c
   DESCRIPTION "Device clients in C, and explanations of result codes"
-  HEADERS lorimat.h lorimat_device.h lorimat_constants.h)
+  HEADERS lorimat.h lorimat_device.h lorimat_constants.h device.h)
 lorimat_deliver(lorimat_register_c NAME lorimat-register-c ALIAS register-c
   DESCRIPTION "A virtual fiscal register in C"
   HEADERS lorimat_register.h)

@@ -15,6 +15,7 @@
 #include "console/command/help.h"
 #include "console/command/subcommand.h"
 #include "console/command/usage_error.h"
+#include "console/device/device_thread.h"
 #include "console/host/broken_pipe.h"
 #include "console/host/installed_files.h"
 #include "console/host/register_options.h"
@@ -99,6 +100,8 @@ int RunProgram(int argc, char** argv) {
   } catch (const std::exception&) {
     TellBare("there is not enough memory");
   }
+  // What the end of a program does could wait for a device that hangs.
+  if (DeviceThread::AnyGivenUp()) _exit(code);
   if (code == kExitReaderGone) EndByBrokenPipe();
   return code;
 }

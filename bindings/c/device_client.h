@@ -127,7 +127,9 @@ class DeviceClient final : public RtfClientBase {
     size_t texts = 0;
     [[maybe_unused]] const auto pass = [&](auto argument) {
       if constexpr (std::is_same_v<decltype(argument), char*>) {
-        const Room& room = Open(argument, SizeOf<operation>(texts, arguments...), &rooms, texts);
+        const Room& room =
+            Open(argument, ClientBufferSize<operation>(static_cast<int>(texts), arguments...),
+                 &rooms, texts);
         ++texts;
         return std::tuple<char*, size_t>(room.given, room.size);
       } else if constexpr (std::is_same_v<decltype(argument), Event*>) {
@@ -172,26 +174,6 @@ class DeviceClient final : public RtfClientBase {
   static Result Refused(int code) {
     if constexpr (std::is_same_v<Result, int>) return code;
     return Result();
-  }
-
-  // The room of a text; the other arguments tell it where the list does not.
-  template <ClientOperation operation, typename... Arguments>
-  static size_t SizeOf(size_t text, Arguments... arguments) {
-    int item = -1;
-    int length = 0;
-    [[maybe_unused]] const auto look = [&](auto argument) {
-      if constexpr (std::is_same_v<decltype(argument), int>) {
-        if (item == -1) item = argument;
-      } else if constexpr (std::is_same_v<decltype(argument), int*> &&
-                           operation == ClientOperation::kZupEcrCmd) {
-        if (argument != nullptr) length = *argument;
-      }
-    };
-    (look(arguments), ...);
-    const ClientBuffer* row = FindClientBuffer(operation, static_cast<int>(text), item);
-    if (row == nullptr) return 0;
-    if (row->size != kClientBufferByLength) return row->size;
-    return length > 0 ? static_cast<size_t>(length) : 0;
   }
 
   const Room& Open(char* text, size_t size, std::array<Room, kMostTexts>* rooms, size_t number) {

@@ -72,6 +72,8 @@ constexpr std::string_view kRunExamples = TR_TEXT(R"(Examples:
       Reads the lines from standard input.
   lorimat run receipt.cmd --register shop.register
       On a register that is kept in a file, which is made when it is not there.
+  lorimat run receipt.cmd --device ./libprinter.so --device-option port=/dev/ttyS0
+      On a device of one's own, whose plug-in is named.
 
 The paper goes to standard output, everything else to standard error. A failing line does not
 end the run, as it does not in a host. Each is shown with its number, result code and text, with

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -10,6 +11,8 @@
 
 #include "console/command/register_json.h"
 #include "console/command/subcommand.h"
+#include "console/device/register_device.h"
+#include "console/host/device_options.h"
 #include "console/host/register_following.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
@@ -18,6 +21,7 @@
 #include "console/message/register_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
+#include "console/shell/shell_status.h"
 #include "register/inspect/register_file.h"
 #include "register/value/row_encoding.h"
 
@@ -25,7 +29,7 @@ namespace lorimat::console {
 namespace {
 
 struct StatusOptions {
-  std::string register_file;
+  DeviceOptions device;
   bool json = false;
   bool follow = false;
 };
@@ -40,7 +44,8 @@ constexpr std::string_view kStatusExamples = TR_TEXT(R"(Examples:
       Again behind each change, until Ctrl-C.
 
 The register is looked at and not switched on: an open document stays open, and nothing prints. A
-program may be selling on it meanwhile. With --follow, --json writes an object a line.
+program may be selling on it meanwhile. With --follow, --json writes an object a line. Another
+device is opened, asked for its state and closed.
 
 Exit codes:
   0  the status was shown
@@ -155,15 +160,43 @@ Json AsJson(const lorimat::RegisterStatus& status, const lorimat::RegisterProfil
 }
 
 void AddOptions(CLI::App* status, StatusOptions* options) {
-  AddRegisterOption(status, &options->register_file);
+  AddDeviceOptions(status, &options->device);
   status->add_flag("--json", options->json, Tr("Write JSON"));
   status->add_flag("--follow", options->follow,
                    Tr("Go on with what comes, until Ctrl-C or the file is gone"));
 }
 
+// Of a device that has to be opened for it.
+int StatusOfDevice(const StatusOptions& options, const DeviceRequest& request, Streams& streams) {
+  if (options.follow) {
+    throw Failure(
+        Tr("--follow: the device '{}' has no file that tells of changes", Shown(request.device)));
+  }
+  const std::unique_ptr<Device> device = OpenDevice(request, streams);
+  const DeviceState state = device->state();
+  if (options.json) {
+    const DeviceFacts facts = device->facts();
+    Json json = {{"device", device->name()},
+                 {"version", device->version()},
+                 {"file", request.device},
+                 {"serial_number", facts.serial_number},
+                 {"firmware_version", facts.firmware_version},
+                 {"day_open", facts.day_open}};
+    json.update(StateJson(state, TranslatorMemory::NextSale::kUnknown));
+    json.erase("next_sale");
+    streams.Output(JsonText(json));
+  } else {
+    streams.Output(StatusText(state, "", device->StatusRows(), 0));
+  }
+  device->TellFailure(streams);
+  return device->last_failure().empty() ? kExitGood : kExitNotDone;
+}
+
 // Returns one of ExitCode. Throws Failure or RegisterError when the file cannot be read.
 int StatusCommand(const StatusOptions& options, Streams& streams) {
-  const std::string& name = RequireRegister(options.register_file);
+  const DeviceRequest request = RequestOf(options.device);
+  if (FindBuiltInDevice(request) == nullptr) return StatusOfDevice(options, request, streams);
+  const std::string name = RequireRegister(FileOfRegister(request));
   lorimat::RegisterFile file(name);
   const auto shown = [&]() -> std::string {
     if (!options.json) return AsText(file.Status());

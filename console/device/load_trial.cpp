@@ -14,12 +14,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 #include <optional>
 #include <string_view>
 
+#include "console/terminal/interrupt.h"
 #include "console/terminal/streams.h"
 
 namespace lorimat::console {
@@ -32,7 +34,8 @@ using Segment = ElfW(Phdr);
 constexpr char kRefused = 'E';  // what the loader says
 constexpr char kMissing = 'M';  // the function's name
 constexpr char kLoaded = 'L';
-constexpr char kReport = 'R';  // the work's text
+constexpr char kReport = 'R';  // the length of the work's text in bytes, a blank, and the text
+constexpr char kEnded = 'Z';
 
 template <typename T>
 std::optional<T> ReadAt(int file, uint64_t place) {
@@ -115,7 +118,7 @@ void BecomeTrial(pid_t parent, int seconds) {
 
 [[noreturn]] void RunTrial(pid_t parent, int pipe, const std::string& path,
                            std::span<const char* const> functions, const TrialWork& work,
-                           int seconds) noexcept {
+                           const TrialEnd& end, int seconds) noexcept {
   BecomeTrial(parent, seconds);
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
@@ -130,7 +133,12 @@ void BecomeTrial(pid_t parent, int seconds) {
   }
   Tell(pipe, kLoaded);
   try {
-    if (chdir("/") == 0) Tell(pipe, kReport, work(handle));
+    if (chdir("/") == 0) {
+      const std::string report = work(handle);
+      Tell(pipe, kReport, std::to_string(report.size()) + " " + report);
+      if (end) end(handle);
+      Tell(pipe, kEnded);
+    }
   } catch (...) {
     _exit(1);
   }
@@ -139,7 +147,7 @@ void BecomeTrial(pid_t parent, int seconds) {
 
 // --- In this one
 
-// Reads to the end of the pipe; false when that does not come in time.
+// Reads to the end of the pipe; false when that does not come in time, or a signal came.
 bool ReadToEnd(int pipe, int seconds, std::string* text) {
   using Clock = std::chrono::steady_clock;
   const auto end = Clock::now() + std::chrono::seconds(seconds);
@@ -147,8 +155,12 @@ bool ReadToEnd(int pipe, int seconds, std::string* text) {
   for (;;) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
     pollfd input = {pipe, POLLIN, 0};
-    const int ready = poll(&input, 1, static_cast<int>(std::max<int64_t>(0, left.count())));
-    if (ready == 0) return false;
+    // A signal may come right ahead of the wait.
+    constexpr int64_t kLook = 100;
+    const int ready =
+        poll(&input, 1, static_cast<int>(std::clamp<int64_t>(left.count(), 0, kLook)));
+    if (ready == 0 && (interrupted != 0 || Clock::now() >= end)) return false;
+    if (ready == 0) continue;
     if (ready < 0 && errno != EINTR) return true;
     if (ready < 0) continue;
     const ssize_t got = read(pipe, buffer.data(), buffer.size());
@@ -165,22 +177,34 @@ int WaitFor(pid_t child) {
   return status;
 }
 
+// How far it came: 0 it was being loaded, 1 at work, 2 at its end.
+int64_t StageOf(std::string_view told) {
+  if (told.empty()) return 0;
+  return told.size() == 1 ? 1 : 2;
+}
+
 Trial ReadTrial(std::string_view told, int status) {
   const int64_t signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   if (told.empty()) return {.failure = {LoadCause::kDiesAtLoad, {signal}}};
   const std::string text(told.substr(1));
   if (told.front() == kRefused) return {.failure = {LoadCause::kLoader, {}, text}};
   if (told.front() == kMissing) return {.failure = {LoadCause::kLacks, {}, text}};
-  if (text.empty() || text.front() != kReport) {
-    return {.failure = {LoadCause::kDiesAtWork, {signal}}};
-  }
-  return {.failure = {}, .report = text.substr(1)};
+  const Trial dead = {.failure = {LoadCause::kDiesAtWork, {signal}}};
+  if (text.empty() || text.front() != kReport) return dead;
+  size_t size = 0;
+  const auto [end, error] = std::from_chars(text.data() + 1, text.data() + text.size(), size);
+  const size_t begin = static_cast<size_t>(end - text.data()) + 1;
+  if (error != std::errc() || begin > text.size() || size > text.size() - begin) return dead;
+  Trial trial = {.failure = {}, .report = text.substr(begin, size)};
+  const std::string_view behind = std::string_view(text).substr(begin + size);
+  if (behind.empty()) trial.failure = {LoadCause::kDiesAtEnd, {signal}};
+  return trial;
 }
 
 }  // namespace
 
 Trial TryLoading(const std::string& path, std::span<const char* const> functions,
-                 const TrialWork& work, int seconds) {
+                 const TrialWork& work, int seconds, const TrialEnd& end) {
   if (LoadFailure failure = LookAtFile(path)) return {.failure = std::move(failure)};
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return {.failure = {LoadCause::kNotTried, {errno}}};
@@ -189,13 +213,14 @@ Trial TryLoading(const std::string& path, std::span<const char* const> functions
   const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) return {.failure = {LoadCause::kNotTried, {errno}}};
-  if (child == 0) RunTrial(parent, writing.get(), path, functions, work, seconds);
+  if (child == 0) RunTrial(parent, writing.get(), path, functions, work, end, seconds);
   writing = Descriptor();
   std::string told;
   const bool in_time = ReadToEnd(reading.get(), seconds, &told);
   if (!in_time) kill(child, SIGKILL);
   const int status = WaitFor(child);
-  if (!in_time) return {.failure = {LoadCause::kHangs, {seconds}}};
+  if (!in_time && interrupted != 0) return {.failure = {LoadCause::kStopped}};
+  if (!in_time) return {.failure = {LoadCause::kHangs, {seconds, StageOf(told)}}};
   return ReadTrial(told, status);
 }
 

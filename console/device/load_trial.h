@@ -15,6 +15,9 @@ namespace lorimat::console {
 // but the text that it returns. Its standard streams lead nowhere, and its folder is "/".
 using TrialWork = std::function<std::string(void* handle)>;
 
+// What is done behind that, for what can fail once the report is there.
+using TrialEnd = std::function<void(void* handle)>;
+
 struct Trial {
   LoadFailure failure = {};
   std::string report = {};  // what the work returned
@@ -24,8 +27,9 @@ struct Trial {
 inline constexpr int kTrialSeconds = 20;
 
 // The path has a '/', or the loader would search the folders of the system. Failures of all kinds
-// come back as values; an exception of the work counts as an end at work.
+// come back as values; an exception of the work counts as an end at work. A signal that interrupt.h
+// notes ends the trial.
 Trial TryLoading(const std::string& path, std::span<const char* const> functions,
-                 const TrialWork& work, int seconds = kTrialSeconds);
+                 const TrialWork& work, int seconds = kTrialSeconds, const TrialEnd& end = {});
 
 }  // namespace lorimat::console

@@ -49,6 +49,10 @@ const BuiltInDevice* FindBuiltInDevice(const DeviceRequest& request) {
   return row == std::end(kBuiltInDevices) ? nullptr : row;
 }
 
+std::string FileOfRegister(const DeviceRequest& request) {
+  return TakenApart(request).option("file");
+}
+
 void RequireDevice(const DeviceRequest& request) {
   const BuiltInDevice* row = FindBuiltInDevice(request);
   if (row != nullptr && row->require != nullptr) row->require(TakenApart(request));

@@ -51,6 +51,9 @@ const BuiltInDevice* FindBuiltInDevice(const DeviceRequest& request);
 // Throws Failure, with a hint, when the device is not there: for commands that make none.
 void RequireDevice(const DeviceRequest& request);
 
+// The file of the register that is asked for, in whichever way; empty for one in memory.
+std::string FileOfRegister(const DeviceRequest& request);
+
 // Opens it. Tells on standard error what there is to be told at its start. Throws Failure with the
 // cause.
 std::unique_ptr<Device> OpenDevice(const DeviceRequest& request, Streams& streams);

@@ -1,12 +1,67 @@
-// A device from a file.
+// A device from a file: the plug-in loaded, on a thread of its own, which the program does not wait
+// for without an end.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <string>
 
 #include "console/device/device.h"
+#include "console/device/device_thread.h"
 #include "console/device/open_device.h"
+#include "console/device/plugin_file.h"
+#include "console/device/timed_client.h"
+#include "console/terminal/streams.h"
 
 namespace lorimat::console {
+
+class PluginDevice : public Device {
+ public:
+  // Tries the file in another process, and loads and opens it. Throws Failure with the cause.
+  PluginDevice(const DeviceRequest& request, Streams& streams);
+  // Closes it, unless it hangs; the file stays loaded.
+  ~PluginDevice() override;
+
+  std::string name() const override { return facts_.name; }
+  std::string version() const override { return facts_.version; }
+  std::string Greeting() const override;
+  DeviceFacts facts() override;
+  DeviceState state() override;
+  bool ready() override;
+  std::vector<std::pair<std::string, std::string>> StatusRows() override;
+  DevicePaper* paper() override;
+  DeviceFaults* faults() override;
+  uint64_t refusals() const override { return client_->refused(); }
+  int last_result() const override { return TimedClient::kRefused; }
+  DeviceRefusal last_refusal() const override;
+  std::string last_failure() const override { return failure_; }
+  std::string OpenDocumentFate() override;
+  LeftNote NoteOfLeft() override;
+
+ private:
+  struct Core;
+  class Paper;
+  class Faults;
+
+  // Runs work on the device's thread; throws Failure when that has been given up.
+  void Run(const char* call, std::function<void()> work);
+  // Throws Failure when it was.
+  void RequireThread() const;
+  std::string HangText() const;
+  // Takes over what came of a call: lines for the trace, faults.
+  void LookBehind();
+  std::optional<int> Property(int property);
+
+  Streams& streams_;
+  std::string file_;
+  PluginFacts facts_;
+  std::shared_ptr<Core> core_;  // also held by a call that was given up
+  std::unique_ptr<DeviceThread> thread_;
+  std::unique_ptr<TimedClient> client_;
+  std::unique_ptr<Paper> paper_;
+  std::unique_ptr<Faults> faults_;
+  std::string failure_;
+};
 
 // Opens the plug-in of the file. Throws Failure with the cause.
 std::unique_ptr<Device> OpenPlugin(const DeviceRequest& request, Streams& streams);

@@ -11,6 +11,7 @@
 namespace lorimat::console {
 namespace {
 
+constexpr int kLongestTimeout = 24 * 60 * 60;
 constexpr size_t kShownOption = 60;
 
 // An option of the command line that is short for one of the register's.
@@ -51,7 +52,27 @@ void TakeShortOption(const ShortOption& row, const std::string& value, DeviceReq
 
 }  // namespace
 
+void AddPluginOptions(CLI::App* command, DeviceOptions* options) {
+  command
+      ->add_option("--device-option", options->options,
+                   Tr("What the device is told when it is opened; may be given several times"))
+      ->type_name("KEY=VALUE")
+      ->expected(1)
+      ->take_all();
+  command
+      ->add_option("--device-timeout", options->timeout,
+                   Tr("How many seconds a device from a file may take for a call (default: 120)"))
+      ->type_name("SECONDS")
+      ->check(CLI::Range(1, kLongestTimeout));
+}
+
 void AddDeviceOptions(CLI::App* command, DeviceOptions* options) {
+  command
+      ->add_option("--device", options->device,
+                   Tr("The device: its name, or the file of its plug-in (default: register, the "
+                      "virtual one)"))
+      ->type_name("DEVICE");
+  AddPluginOptions(command, options);
   AddRegisterOption(command, &options->register_file);
 }
 
@@ -63,6 +84,14 @@ void AddClockOption(CLI::App* command, DeviceOptions* options) {
 DeviceRequest RequestOf(const DeviceOptions& options) {
   DeviceRequest request;
   request.device = options.device;
+  request.timeout = std::chrono::seconds(options.timeout);
+  for (const std::string& option : options.options) {
+    const size_t equals = option.find('=');
+    if (equals == option.npos || equals == 0) {
+      throw Failure(Tr("--device-option {}: has to be KEY=VALUE", Shown(option, kShownOption)));
+    }
+    request.options.emplace_back(option.substr(0, equals), option.substr(equals + 1));
+  }
   for (const ShortOption& row : kShortOptions) TakeShortOption(row, options.*row.value, &request);
   return request;
 }

@@ -15,11 +15,17 @@ namespace lorimat::console {
 
 struct DeviceOptions {
   std::string device = std::string(kRegisterName);
-  std::string register_file = {};  // --register: the register's option "file"
-  std::string clock = {};          // --clock: its option "clock"
+  std::vector<std::string> options = {};  // "KEY=VALUE" each
+  std::string register_file = {};         // --register: the register's option "file"
+  std::string clock = {};                 // --clock: its option "clock"
+  int timeout = static_cast<int>(kDeviceTimeout.count());  // seconds
 };
 
+// Adds --register too.
 void AddDeviceOptions(CLI::App* command, DeviceOptions* options);
+// Adds --device-option and --device-timeout alone, for a command that takes the device's file
+// itself.
+void AddPluginOptions(CLI::App* command, DeviceOptions* options);
 void AddClockOption(CLI::App* command, DeviceOptions* options);
 
 // What they ask for. Throws Failure for an option without a value, for one that is named in two

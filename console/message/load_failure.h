@@ -19,7 +19,9 @@ enum class LoadCause : uint8_t {
   kLacks,       // the name of a function
   kDiesAtLoad,  // signal, 0 for an end by itself
   kDiesAtWork,  // the same
-  kHangs,       // seconds
+  kDiesAtEnd,   // the same, when its work was done
+  kHangs,       // seconds, and where: 0 when it was loaded, 1 at work, 2 behind it
+  kStopped,     // by a signal of interrupt.h
   kNotTried,    // an errno value: there is no process to try it in
 };
 
@@ -31,7 +33,11 @@ struct LoadFailure {
   explicit operator bool() const { return cause != LoadCause::kNone; }
 };
 
+// What the file is to be.
+enum class LoadedFile : uint8_t { kLibrary, kDevice };
+
 // Of a file with this name, which shows as on a terminal.
-std::string LoadFailureText(const std::string& file, const LoadFailure& failure);
+std::string LoadFailureText(const std::string& file, const LoadFailure& failure,
+                            LoadedFile loaded = LoadedFile::kLibrary);
 
 }  // namespace lorimat::console

@@ -145,7 +145,7 @@ std::string StatusText(const DeviceState& device, const std::string& next_sale,
     rows.emplace_back(Tr("Paid"), AmountText(receipt.paid));
     rows.emplace_back(Tr("To pay"), AmountText(receipt.remaining));
   }
-  rows.emplace_back(Tr("Next sale"), next_sale);
+  if (!next_sale.empty()) rows.emplace_back(Tr("Next sale"), next_sale);
   rows.insert(rows.end(), more.begin(), more.end());
   if (device.faults) {
     const std::vector<lorimat::Fault>& faults = device.faults->faults();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 
 #include "rpccommon/client/rtfclientoperation.h"
 
@@ -50,6 +51,27 @@ constexpr const ClientBuffer* FindClientBuffer(ClientOperation operation, int te
     if (row.first_item == -1 || (item >= row.first_item && item <= row.last_item)) return &row;
   }
   return nullptr;
+}
+
+// The room of a text of an operation that is called with these arguments, which tell it where the
+// list does not; 0 where there is none.
+template <ClientOperation operation, typename... Arguments>
+size_t ClientBufferSize(int text, Arguments... arguments) {
+  int item = -1;
+  int length = 0;
+  [[maybe_unused]] const auto look = [&](auto argument) {
+    if constexpr (std::is_same_v<decltype(argument), int>) {
+      if (item == -1) item = argument;
+    } else if constexpr (std::is_same_v<decltype(argument), int*> &&
+                         operation == ClientOperation::kZupEcrCmd) {
+      if (argument != nullptr) length = *argument;
+    }
+  };
+  (look(arguments), ...);
+  const ClientBuffer* row = FindClientBuffer(operation, text, item);
+  if (row == nullptr) return 0;
+  if (row->size != kClientBufferByLength) return row->size;
+  return length > 0 ? static_cast<size_t>(length) : 0;
 }
 
 // The largest of them.
