@@ -1,0 +1,18 @@
+# Runs tests/NAME.cmd on its device, and compares what is printed with tests/NAME.txt.
+set(tests ${CMAKE_CURRENT_LIST_DIR})
+set(device_sale text_printer --device-option file=${FOLDER}/sale_paper.txt)
+set(device_display display)
+list(POP_FRONT device_${NAME} module)
+file(REMOVE ${FOLDER}/sale_paper.txt)
+execute_process(COMMAND ${LORIMAT} run ${tests}/${NAME}.cmd --device ${FOLDER}/${module}.so
+                        ${device_${NAME}} OUTPUT_VARIABLE paper RESULT_VARIABLE failed)
+file(READ ${tests}/${NAME}.txt wanted)
+if(failed OR NOT paper STREQUAL wanted)
+  message(FATAL_ERROR "lorimat answered ${failed}, and printed\n${paper}instead of\n${wanted}")
+endif()
+if(NAME STREQUAL "sale")
+  file(READ ${FOLDER}/sale_paper.txt printed)
+  if(NOT printed STREQUAL wanted)
+    message(FATAL_ERROR "the file of the printer holds\n${printed}")
+  endif()
+endif()
