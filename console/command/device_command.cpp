@@ -64,12 +64,17 @@ std::string AsText(const std::string& file, const PluginFacts& facts, const std:
   return PairedRows(rows) + (refusal.empty() ? "" : refusal + "\n");
 }
 
+Json KindJson(uint32_t kind) {
+  if (kind == LORIMAT_DEVICE_C) return "c";
+  return kind == LORIMAT_DEVICE_CPP ? Json("c++") : Json();
+}
+
 Json AsJson(const std::string& file, const PluginFacts& facts, const std::string& refusal) {
   return {{"file", file},
           {"name", facts.name},
           {"version", facts.version},
           {"abi", facts.abi},
-          {"kind", facts.kind == LORIMAT_DEVICE_CPP ? "c++" : "c"},
+          {"kind", KindJson(facts.kind)},
           {"can", AbilityNames(facts.can)},
           {"opens", refusal.empty()},
           {"cause", refusal.empty() ? Json() : Json(refusal)}};

@@ -325,7 +325,8 @@ std::vector<PaperOutput> OutputsOfPaper(const RunOptions& options,
 // The device shows what of its paper was asked for.
 void RequirePaper(const RunOptions& options, Device& device) {
   const std::string name = Shown(device.name());
-  if (!options.paper.empty() && device.paper() == nullptr) {
+  const bool lines = device.paper() != nullptr && device.paper()->has_lines();
+  if (!options.paper.empty() && !lines) {
     throw Failure(Tr("--paper: the device '{}' shows no paper", name));
   }
   const bool pictures = device.paper() != nullptr && device.paper()->has_pictures();

@@ -64,6 +64,8 @@ class DevicePaper {
   virtual ~DevicePaper() = default;
   // The lines since the device was opened, which stay, and grow as it prints.
   virtual const std::vector<std::string>& printed() = 0;
+  // Whether lines of it are shown at all.
+  virtual bool has_lines() const { return true; }
   // Those and the ones of earlier times, as far as the device has them.
   virtual const std::vector<std::string>& roll() { return printed(); }
   virtual bool has_pictures() const { return false; }

@@ -12,7 +12,7 @@
 namespace lorimat::console {
 
 // What a trial does with what was loaded, in the other process: nothing that it changes comes back
-// but the text that it returns. Its standard streams lead nowhere, and its folder is "/".
+// but the text that it returns. Its standard streams lead nowhere.
 using TrialWork = std::function<std::string(void* handle)>;
 
 // What is done behind that, for what can fail once the report is there.

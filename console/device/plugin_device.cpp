@@ -102,7 +102,7 @@ class PluginDevice::Paper : public DevicePaper {
   explicit Paper(PluginDevice& device) : device_(device) {}
 
   const std::vector<std::string>& printed() override {
-    if ((device_.facts_.can & LORIMAT_DEVICE_PAPER) == 0) return lines_;
+    if (!has_lines()) return lines_;
     const auto found = std::make_shared<std::vector<std::string>>();
     const bool ended =
         device_.thread_->Run("paper_line", [found, core = device_.core_, from = lines_.size()] {
@@ -119,6 +119,7 @@ class PluginDevice::Paper : public DevicePaper {
     device_.LookBehind();
     return lines_;
   }
+  bool has_lines() const override { return (device_.facts_.can & LORIMAT_DEVICE_PAPER) != 0; }
   bool has_pictures() const override { return (device_.facts_.can & LORIMAT_DEVICE_PICTURES) != 0; }
   std::string Png(const lorimat::PictureProgress&) override { return Draw(LORIMAT_DEVICE_PNG); }
   std::string Pdf(const lorimat::PictureProgress&) override { return Draw(LORIMAT_DEVICE_PDF); }

@@ -111,6 +111,8 @@ std::string AnswersOf(const lorimat::VirtualRegister& device, RunLine run_line) 
 std::string IdentifyLibrary(void* handle) {
   // No other definition file, and no settings of a shop.
   setenv("LORIMATRT_REGISTRY", "/dev/null", 1);
+  // Nor a file of the user's folder.
+  if (chdir("/") != 0) throw std::system_error(errno, std::generic_category());
   const auto find = [handle]<typename Function>(Function*, const char* name) {
     return reinterpret_cast<Function*>(dlsym(handle, name));
   };
