@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include "console/host/batch_request.h"
 #include "console/message/failure.h"
@@ -140,11 +141,11 @@ void TableLoader::Load(const RowDifference& one) {
 }
 
 void TableLoader::TurnBack() {
-  // What does not tell of a key has none to be turned back.
-  if (!session_.facts().key_position) return;
+  // Of a device that does not tell where its key was, ENDPROG is the way back.
+  const std::optional<int>& key = session_.facts().key_position;
   std::string answer;
   const long code =
-      session_.library().RunLine(fmt::format("#15 #1={}", *session_.facts().key_position), &answer);
+      session_.library().RunLine(key ? fmt::format("#15 #1={}", *key) : "#2", &answer);
   if (code != 0) key_failure_ = Answered(code, answer);
 }
 
