@@ -99,9 +99,11 @@ std::string LoadFailureText(const std::string& file, const LoadFailure& failure,
       return Tr("the library is not loaded: {} ended the process that tried to load it{}", name,
                 BySignal(number));
     case LoadCause::kDiesAtWork:
-    case LoadCause::kDiesAtEnd:
       return Tr("the library is not loaded: {} ended the process that tried some lines{}", name,
                 BySignal(number));
+    case LoadCause::kDiesAtEnd:
+      return Tr("the library is not loaded: {} ended the process behind the lines that it tried{}",
+                name, BySignal(number));
     case LoadCause::kStopped:
       return Tr("stopped while {} was tried", name);
     case LoadCause::kHangs:

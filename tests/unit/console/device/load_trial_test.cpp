@@ -114,6 +114,22 @@ TEST_F(LoadTrial, AWorkWithoutAnEndIsGivenUp) {
       1);
   EXPECT_EQ(LoadCause::kHangs, trial.failure.cause);
   EXPECT_EQ(1, trial.failure.numbers[0]);
+  EXPECT_EQ(1, trial.failure.numbers[1]);
+}
+
+// Its report is there, and whoever asks for it is told what came behind.
+TEST_F(LoadTrial, AnEndThatDiesIsToldBesideTheReport) {
+  const Trial trial =
+      TryLoading(SomeLibrary(), {}, &Work, kTrialSeconds, [](void*) { raise(SIGSEGV); });
+  EXPECT_EQ(LoadCause::kDiesAtEnd, trial.failure.cause);
+  EXPECT_EQ(SIGSEGV, trial.failure.numbers[0]);
+  EXPECT_EQ("done", trial.report);
+  EXPECT_FALSE(TryLoading(SomeLibrary(), {}, &Work, kTrialSeconds, [](void*) {}).failure);
+  const Trial hanging = TryLoading(SomeLibrary(), {}, &Work, 1, [](void*) {
+    for (;;) pause();
+  });
+  EXPECT_EQ(LoadCause::kHangs, hanging.failure.cause);
+  EXPECT_EQ(2, hanging.failure.numbers[1]);
 }
 
 TEST_F(LoadTrial, AFunctionThatIsMissingIsNamed) {

@@ -47,20 +47,23 @@ std::vector<Case> Cases() {
       {{LoadCause::kDiesAtLoad, {9999}}, {"(9999)"}},
       {{LoadCause::kDiesAtWork}, {}},
       {{LoadCause::kDiesAtWork, {SIGABRT}}, {"(SIGABRT)"}},
+      {{LoadCause::kDiesAtEnd}, {}},
+      {{LoadCause::kDiesAtEnd, {SIGTERM}}, {"(SIGTERM)"}},
       {{LoadCause::kHangs, {20}}, {"20"}},
+      {{LoadCause::kStopped}, {}},
       {{LoadCause::kNotTried, {EAGAIN}}, {SystemMessage(EAGAIN)}},
   };
 }
 
 }  // namespace
 
-TEST(Sentences, EachCauseOfALibraryThatIsNotLoadedHasOneWithAllItsArguments) {
+void ExpectSentences(LoadedFile loaded) {
   std::set<std::string> seen;
   std::set<LoadCause> causes;
   const bool is_english = LanguageOfMessages().empty();
   for (const Case& row : Cases()) {
     SCOPED_TRACE(static_cast<int>(row.failure.cause));
-    const std::string text = LoadFailureText(kFile, row.failure);
+    const std::string text = LoadFailureText(kFile, row.failure, loaded);
     EXPECT_TRUE(seen.insert(text).second) << text;
     causes.insert(row.failure.cause);
     if (row.names_file) {
@@ -72,10 +75,27 @@ TEST(Sentences, EachCauseOfALibraryThatIsNotLoadedHasOneWithAllItsArguments) {
     }
     EXPECT_THAT(text, Not(HasSubstr("\x1B")));
     const EnglishMessages english;
-    const std::string in_english = LoadFailureText(kFile, row.failure);
+    const std::string in_english = LoadFailureText(kFile, row.failure, loaded);
     EXPECT_EQ(text == in_english, is_english) << text;
   }
   EXPECT_EQ(causes.size(), static_cast<size_t>(LoadCause::kNotTried));
+}
+
+TEST(Sentences, EachCauseOfALibraryThatIsNotLoadedHasOneWithAllItsArguments) {
+  ExpectSentences(LoadedFile::kLibrary);
+}
+
+TEST(Sentences, EachCauseOfADeviceThatIsNotLoadedHasOneWithAllItsArguments) {
+  ExpectSentences(LoadedFile::kDevice);
+}
+
+// Where it hung is named.
+TEST(Sentences, ADeviceThatHangsSaysInWhichFunction) {
+  const std::string functions[] = {"dlopen", "lorimat_device_open", "lorimat_device_close"};
+  for (const int64_t place : {0, 1, 2}) {
+    EXPECT_THAT(LoadFailureText(kFile, {LoadCause::kHangs, {20, place}}, LoadedFile::kDevice),
+                HasSubstr(functions[place]));
+  }
 }
 
 TEST(Sentences, ALibraryThatIsLoadedHasNone) {
