@@ -72,7 +72,7 @@ TEST_F(DeviceTest, TheShellWorksOnOne) {
       RunConsole(arguments, {.input = "VEND REP=1, PRE=1.00, DES='GELATO'\n.status\n.fault\n"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.output, HasSubstr("GELATO                                1,00 PROVA\n"));
-  EXPECT_THAT(run.output, HasSubstr("State         RECEIPT OPEN\nTraining      yes\n"));
+  EXPECT_THAT(run.output, HasSubstr("State      RECEIPT OPEN\nTraining   yes\n"));
   EXPECT_THAT(run.errors, HasSubstr("the device 'text-printer' takes no orders for faults\n"));
   EXPECT_THAT(run.errors, HasSubstr("a document is open (RECEIPT OPEN): the device 'text-printer' "
                                     "keeps it as it is\n"));
