@@ -15,7 +15,7 @@ import sys
 # From top to bottom. What stands in a row of several may not include one another in a circle, which
 # follows from their order here.
 LAYERS = {
-    "": ["bench", "tests", "examples", "console", "bindings", "language", "register", "src"],
+    "": ["bench", "tests", "examples", "console", "bindings", "recording", "language", "register", "src"],
     "register": ["sanitizer", "face", "client", "inspect", "report", "desk", "core", "storage", "totals", "state",
                  "document", "tables", "fault", "paper", "value"],
     "console": ["main.cpp", "command", "command/backup", "shell", "host", "device", "check",

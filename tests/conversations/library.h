@@ -5,7 +5,7 @@
 #include <string>
 
 #include "lorimatrt/lorimatrt.h"
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 

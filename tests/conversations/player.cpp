@@ -7,10 +7,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 #include "library.h"
 #include "platform/descriptors.h"
-#include "recording_client.h"
+#include "recording/conversation/recording_client.h"
 #include "surroundings.h"
 
 namespace conversation {
@@ -101,7 +102,7 @@ class StepBook : public CallBook {
   // The host's side of TradInit's callback: compared as a call named EcrIo.
   int AnswerCallback(const CallSlip& slip) {
     if (!step_->strict || !Compares(Comparison::kCodes)) return 0;
-    return AnswerCall(std::nullopt, slip, [](RtfClientInterface&) { return 0; });
+    return AnswerCall(std::nullopt, slip, Forward([](RtfClientInterface&) { return 0; }));
   }
 
   // The library's work, by its result.
@@ -156,9 +157,17 @@ class StepBook : public CallBook {
       return 111;
     }
     if (device_ == nullptr || !operation) return Give(wanted, slip);
-    const int answer = ScriptedResult(wanted);
-    if (stage_.refusal && answer != 0) stage_.refusal(wanted, answer);
+    const std::optional<int> answer = wanted.Result();
+    if (!answer) return ExpectException(wanted, forward);
+    if (stage_.refusal && answer != 0) stage_.refusal(wanted, *answer);
     return CompareAnswer(wanted, slip, AskDevice(forward));
+  }
+
+  int ExpectException(const Call& wanted, const Forward& forward) {
+    const int result = AskDevice(forward);
+    Fail(wanted.line, "the device answers " + wanted.Shown() + "\n    expected: " +
+                          wanted.ShownAnswer() + "\n    seen:     " + std::to_string(result));
+    return result;
   }
 
   int AskDevice(const Forward& forward) {
@@ -180,7 +189,7 @@ class StepBook : public CallBook {
     }
     const Call& wanted = step_->calls[next_++];
     same_ = same_ && wanted.operation == operation && Fit(wanted.arguments, slip.arguments) &&
-            ScriptedResult(wanted) == result && (result != 0 || OutsAreScripted(wanted, slip));
+            wanted.Result() == result && (result != 0 || OutsAreScripted(wanted, slip));
     return result;
   }
 
@@ -188,7 +197,7 @@ class StepBook : public CallBook {
   int CompareAnswer(const Call& wanted, const CallSlip& slip, int result) {
     const bool outs_count = Compares(Comparison::kAll) && result == 0;
     if (fault_ != nullptr) return result;
-    if (result == ScriptedResult(wanted) && (!outs_count || OutsAreScripted(wanted, slip))) {
+    if (result == wanted.Result() && (!outs_count || OutsAreScripted(wanted, slip))) {
       return result;
     }
     Call seen;
@@ -206,16 +215,9 @@ class StepBook : public CallBook {
   static bool OutsAreScripted(const Call& wanted, const CallSlip& slip) {
     for (std::size_t i = 0; i < wanted.outs.size() && i < slip.outs.size(); ++i) {
       const Value seen = slip.outs[i].read(slip.outs[i].pointer);
-      if (wanted.outs[i].text != seen.text) return false;
+      if (!wanted.outs[i].IsKept() && wanted.outs[i].text != seen.text) return false;
     }
     return true;
-  }
-
-  static int ScriptedResult(const Call& wanted) {
-    if (!wanted.has_answer) return 0;
-    if (wanted.answer.text == "true") return 1;
-    if (wanted.answer.text == "false") return 0;
-    return static_cast<int>(ReadNumber(wanted.answer.text));
   }
 
   void Fail(int line, const std::string& message) {
@@ -243,9 +245,11 @@ class StepBook : public CallBook {
         Fail(wanted.line, "a data item holds 49 characters at most");
         return 111;
       }
-      slip.outs[i].fill(slip.outs[i].pointer, wanted.outs[i]);
+      conversation::Give(slip.outs[i], wanted.outs[i]);
     }
-    return ScriptedResult(wanted);
+    const std::optional<int> result = wanted.Result();
+    if (!result) throw std::runtime_error("the device of the conversation");
+    return *result;
   }
 
   void CompareTraces() const {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "script.h"
+#include "recording/conversation/script.h"
 
 class RtfClientInterface;
 

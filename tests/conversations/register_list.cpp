@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 namespace {

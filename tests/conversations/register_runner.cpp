@@ -16,10 +16,11 @@
 
 #include "language/code_table.h"
 #include "player.h"
+#include "recording/conversation/script.h"
 #include "register/client/virtual_register.h"
 #include "register_list.h"
+#include "replay_trial.h"
 #include "runner_words.h"
-#include "script.h"
 
 namespace {
 
@@ -106,6 +107,38 @@ class RegisterPlayer {
 
   // Throws Failure at the first difference.
   Count Play(const Conversation& script, const Placing& placing, Comparison comparison) {
+    Count count;
+    PlayBy(script, placing, comparison,
+           [&](const Stage& stage) { count = conversation::Play(script, stage); });
+    return count;
+  }
+
+  // Records what the register answers, and plays once more with the recording; how many calls that
+  // answered. Throws Failure.
+  uint64_t Replay(const Conversation& script, const Placing& placing) {
+    uint64_t calls = 0;
+    PlayBy(script, placing, Comparison::kNothing,
+           [&](const Stage& stage) { calls = conversation::RecordAndReplay(script, stage); });
+    return calls;
+  }
+
+  // The first difference, or nothing.
+  std::unique_ptr<Failure> Difference(const Conversation& script, const Placing& placing,
+                                      Comparison comparison, Count* count = nullptr) {
+    try {
+      const Count seen = Play(script, placing, comparison);
+      if (count != nullptr) *count = seen;
+      return nullptr;
+    } catch (const Failure& failure) {
+      return std::make_unique<Failure>(failure);
+    }
+  }
+
+ private:
+  // Plays with the registers of the place.
+  template <typename Playing>
+  void PlayBy(const Conversation& script, const Placing& placing, Comparison comparison,
+              Playing playing) {
     std::vector<std::unique_ptr<lorimat::VirtualRegister>> devices;
     std::map<int, lorimat::VirtualRegister*> by_line;
     for (const Start& start : placing.starts) {
@@ -132,27 +165,13 @@ class RegisterPlayer {
       };
     }
     stage.comparison = comparison;
-    const Count count = conversation::Play(script, stage);
+    playing(stage);
     by_line.erase(0);
     if (!by_line.empty()) {
       throw std::runtime_error("no step stands at line " + std::to_string(by_line.begin()->first));
     }
-    return count;
   }
 
-  // The first difference, or nothing.
-  std::unique_ptr<Failure> Difference(const Conversation& script, const Placing& placing,
-                                      Comparison comparison, Count* count = nullptr) {
-    try {
-      const Count seen = Play(script, placing, comparison);
-      if (count != nullptr) *count = seen;
-      return nullptr;
-    } catch (const Failure& failure) {
-      return std::make_unique<Failure>(failure);
-    }
-  }
-
- private:
   // A register that the conversation finds, after the lines of the set-up.
   std::unique_ptr<lorimat::VirtualRegister> MakeRegister(const Conversation& script,
                                                          const Start& start) {
@@ -205,6 +224,7 @@ struct Summary {
   int calls[3] = {};          // that the register answered
   int lines = 0;
   int same_lines = 0;
+  uint64_t replayed = 0;  // calls that recordings answered
 };
 
 // What the place gives the conversation and it does not need to go as far; empty without such.
@@ -259,6 +279,11 @@ std::string Check(const Conversation& script, const Placing& placing, RegisterPl
   Count count;
   if (const auto found = player.Difference(script, placing, Comparison::kNothing, &count)) {
     return Shown(script, *found);
+  }
+  try {
+    summary.replayed += player.Replay(script, placing);
+  } catch (const Failure& failure) {
+    return "recorded and replayed, " + Shown(script, failure);
   }
   const auto reach = static_cast<std::size_t>(placing.reach);
   ++summary.conversations[reach];
@@ -425,10 +450,10 @@ int main(int count, char** arguments) {
       std::printf(
           "%d conversations go the same way with the register (%d calls; %d of them "
           "without one), %d with the register's own data (%d calls), %d differ (%d "
-          "calls); %d of all %d lines are the same\n",
+          "calls); %d of all %d lines are the same; %llu calls replayed from recordings\n",
           summary.conversations[0], summary.calls[0], summary.silent, summary.conversations[1],
           summary.calls[1], summary.conversations[2], summary.calls[2], summary.same_lines,
-          summary.lines);
+          summary.lines, static_cast<unsigned long long>(summary.replayed));
     }
   } catch (const Failure& failure) {
     complain(list_path + ":" + std::to_string(failure.line), failure.what());

@@ -1,9 +1,10 @@
-// conversation_runner [--library FILE] [--language FILE] [--must-fail | --expand | --c-face]
-//                     CONVERSATION...
+// conversation_runner [--library FILE] [--language FILE]
+//                     [--must-fail | --expand | --c-face | --replay] CONVERSATION...
 //
 // Plays conversation files against the shared library and says how many steps it took.
 // With --must-fail each file has to fail with the text of its "must-fail:" line: the
 // runner's own test. With --c-face the library gets the client as a table of C functions. With
+// --replay each is recorded and played once more with the recording as the device. With
 // --expand it prints them with their tables written out. Exits 0 when all is well, 1 when a
 // conversation differs, 2 when it was called wrongly.
 #include <fstream>
@@ -15,8 +16,11 @@
 #include "lorimatrt/lorimat.h"
 #endif
 #include "player.h"
+#include "recording/conversation/script.h"
+#if defined(CONVERSATION_REPLAY)
+#include "replay_trial.h"
+#endif
 #include "runner_words.h"
-#include "script.h"
 #include "sweep.h"
 
 namespace {
@@ -106,6 +110,23 @@ bool PrintExpanded(const std::string& path) {
   return false;
 }
 
+#if defined(CONVERSATION_REPLAY)
+// Like PlayFile.
+bool ReplayFile(const std::string& path, const conversation::Stage& stage) {
+  try {
+    const conversation::Conversation script = conversation::ReadConversation(path);
+    const uint64_t calls = conversation::RecordAndReplay(script, stage);
+    std::printf(": %llu client calls replayed\n", static_cast<unsigned long long>(calls));
+    return true;
+  } catch (const Failure& failure) {
+    std::printf(":%d: %s\n", failure.line, failure.what());
+  } catch (const std::exception& error) {
+    std::printf(": %s\n", error.what());
+  }
+  return false;
+}
+#endif
+
 #if defined(CONVERSATION_C_FACE)
 // The client as the C face gives it to the library. The conversations fill more of a text than it
 // has room, as a bad client does, so there is no guard.
@@ -119,14 +140,22 @@ std::shared_ptr<RtfClientInterface> CFace(RtfClientInterface& client) {
 }
 #endif
 
+bool PlayBy(const std::string& flag, const std::string& file, const conversation::Stage& stage) {
+  if (flag == "--must-fail") return FailsAsItMust(file, stage);
+#if defined(CONVERSATION_REPLAY)
+  if (flag == "--replay") return ReplayFile(file, stage);
+#endif
+  return PlayFile(file, stage);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   conversation::Stage stage;
   stage.library = CONVERSATION_LIBRARY;
   stage.language = CONVERSATION_LANGUAGE;
-  const auto read = conversation::ReadRunnerWords(count, arguments,
-                                                  {"--must-fail", "--expand", "--c-face"}, stage);
+  const auto read = conversation::ReadRunnerWords(
+      count, arguments, {"--must-fail", "--expand", "--c-face", "--replay"}, stage);
   if (!read) return 2;
 
   if (read->flag == "--c-face") {
@@ -137,6 +166,12 @@ int main(int count, char** arguments) {
     return 2;
 #endif
   }
+#if !defined(CONVERSATION_REPLAY)
+  if (read->flag == "--replay") {
+    std::fprintf(stderr, "--replay: this build has no recordings (LORIMAT_TOOLS)\n");
+    return 2;
+  }
+#endif
   bool all_well = true;
   for (const std::string& file : read->words) {
     if (read->flag == "--expand") {
@@ -145,7 +180,7 @@ int main(int count, char** arguments) {
       // Ahead of the play: it may end the process, and many files share one.
       std::printf("%s", file.c_str());
       std::fflush(stdout);
-      all_well &= read->flag == "--must-fail" ? FailsAsItMust(file, stage) : PlayFile(file, stage);
+      all_well &= PlayBy(read->flag, file, stage);
     }
   }
   return all_well ? 0 : 1;

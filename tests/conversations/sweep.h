@@ -3,7 +3,7 @@
 #pragma once
 
 #include "player.h"
-#include "script.h"
+#include "recording/conversation/script.h"
 
 namespace conversation {
 

@@ -135,12 +135,11 @@ int ScriptDevice::AnswerByScript(ClientOperation operation, const CallSlip& slip
     return operation == ClientOperation::kGetState ? kReadyState : 0;
   }
   for (size_t i = 0; i < wanted->outs.size() && i < slip.outs.size(); ++i) {
-    slip.outs[i].fill(slip.outs[i].pointer, wanted->outs[i]);
+    conversation::Give(slip.outs[i], wanted->outs[i]);
   }
-  if (!wanted->has_answer) return 0;
-  if (wanted->answer.text == "true") return 1;
-  if (wanted->answer.text == "false") return 0;
-  return static_cast<int>(conversation::ReadNumber(wanted->answer.text));
+  const std::optional<int> result = wanted->Result();
+  if (!result) throw std::runtime_error("the device of the conversation");
+  return *result;
 }
 
 }  // namespace lorimat

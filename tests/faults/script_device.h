@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "recording_client.h"
-#include "script.h"
+#include "recording/conversation/recording_client.h"
+#include "recording/conversation/script.h"
 #include "strike.h"
 
 namespace lorimat {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 extern "C" __attribute__((weak)) void __sanitizer_set_report_fd(void* fd);
 

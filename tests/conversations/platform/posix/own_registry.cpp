@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 #include "surroundings.h"
 
 namespace conversation {

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 namespace {

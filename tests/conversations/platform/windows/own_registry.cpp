@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 #include "surroundings.h"
 
 namespace conversation {

@@ -1,9 +1,9 @@
-#include "script_fields.h"
+#include "recording/conversation/script_fields.h"
 
 #include <algorithm>
 #include <cctype>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 namespace {

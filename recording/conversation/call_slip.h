@@ -2,11 +2,12 @@
 // pointers that its answer fills.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 class Event;
 
@@ -16,9 +17,16 @@ namespace conversation {
 struct Out {
   void* pointer;
   void (*fill)(void* pointer, const Value& value);
-  Value (*read)(const void* pointer);  // what it holds now
+  Value (*read)(const void* pointer);  // what it holds now; a text up to its end
   bool is_text;
+  std::size_t size;  // of the number in bytes; 0 for a text, whose room no pointer tells
 };
+
+// Fills it, or leaves it as it is where the value says so. Throws Failure for a number that is
+// none.
+inline void Give(const Out& out, const Value& value) {
+  if (!value.IsKept()) out.fill(out.pointer, value);
+}
 
 // A pointer that the operation reads and fills.
 template <typename T>
@@ -26,7 +34,7 @@ struct Both {
   T* pointer;
 };
 template <typename T>
-Both<T> InOut(T* pointer) {
+Both<T> BothWays(T* pointer) {
   return {pointer};
 }
 
@@ -57,10 +65,9 @@ T* Plain(TableField<T> field) {
 
 class CallSlip {
  public:
+  CallSlip() = default;
   template <typename... Arguments>
-  explicit CallSlip(Arguments... passed) {
-    (Add(passed), ...);
-  }
+  requires(sizeof...(Arguments) != 0) explicit CallSlip(Arguments... passed) { (Add(passed), ...); }
 
   std::vector<Value> arguments;
   std::vector<Out> outs;
@@ -76,6 +83,11 @@ class CallSlip {
     } else {
       return Value::Word(std::to_string(*pointer));
     }
+  }
+
+  template <typename T>
+  static constexpr std::size_t SizeOf() {
+    return std::is_same_v<T, char> ? 0 : sizeof(T);
   }
 
   template <typename T>
@@ -108,19 +120,19 @@ class CallSlip {
   void Add(Event* event) { arguments.push_back(Value::Word(event == nullptr ? "null" : "event")); }
   template <typename T>
   void Add(T* pointer) {
-    outs.push_back({pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
+    outs.push_back({pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>, SizeOf<T>()});
   }
   template <typename T>
   void Add(Both<T> both) {
     arguments.push_back(Read(both.pointer));
-    outs.push_back({both.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
+    outs.push_back({both.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>, SizeOf<T>()});
   }
   template <typename T>
   void Add(TableField<T> field) {
     if (field.write) {
       arguments.push_back(Read(field.pointer));
     } else {
-      outs.push_back({field.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>});
+      outs.push_back({field.pointer, &Fill<T>, &ReadBack<T>, std::is_same_v<T, char>, SizeOf<T>()});
     }
   }
 };

@@ -1,9 +1,14 @@
-#include "script.h"
+#include "recording/conversation/script.h"
 
+#include <cstdint>
 #include <map>
+#include <set>
 
 namespace conversation {
 namespace {
+
+// Of all texts of a file, written out.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{1} << 30;
 
 bool StartsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
@@ -11,9 +16,13 @@ bool StartsWith(std::string_view text, std::string_view start) {
 
 class ScriptReader {
  public:
-  explicit ScriptReader(const std::string& path) {
+  ScriptReader(const std::string& path, std::vector<ScriptLine> lines, bool may_be_cut)
+      : may_be_cut_(may_be_cut) {
     conversation_.path = path;
-    conversation_.lines = ReadScriptLines(path);
+    conversation_.lines = std::move(lines);
+    std::uintmax_t size = 0;
+    for (const ScriptLine& line : conversation_.lines) size += UnescapedSize(line.text);
+    if (size > kMostBytes) throw Failure(0, "the texts of the file are too large");
   }
 
   Conversation Read() {
@@ -96,13 +105,18 @@ class ScriptReader {
 
   void ReadAnswer(std::string_view written) {
     Step& step = Talking("=");
-    if (step.kind != Step::kSend) throw Failure(0, "\"=\" belongs to a line sent");
+    const bool begun = step.kind == Step::kInit && step.code_below;
+    if (step.kind != Step::kSend && !begun) throw Failure(0, "\"=\" belongs to a line sent");
     if (step.answer_line != 0) throw Failure(0, "a second answer for one line");
     step.answer_line = line_;
     const std::size_t blank = written.find(' ');
     step.code = static_cast<long>(ReadNumber(written.substr(0, blank)));
     const std::string_view text =
         blank == std::string_view::npos ? "" : Trimmed(written.substr(blank + 1));
+    if (begun) {
+      if (!text.empty()) throw Failure(0, "TradInit answers with a code alone");
+      return;
+    }
     if (text.empty()) throw Failure(0, "the answer's text is missing; * accepts any");
     if (text == "*") {
       step.answer = {Value::kAny, ""};
@@ -160,6 +174,8 @@ class ScriptReader {
     };
     static const std::map<std::string, Step::Kind> kNameAlone = {
         {"folder", Step::kFolder}, {"remove", Step::kRemove}, {"no-file", Step::kNoFile}};
+    static const std::set<std::string> kNotes = {"recording", "made-by", "library", "device",
+                                                 "secrets",   "at",      "took",    "end"};
 
     if (word == "init") {
       if (value == "none") {
@@ -169,10 +185,13 @@ class ScriptReader {
       own_init_ = true;
       Step& step = Begin(Step::kInit);
       step.strict = false;
-      step.code = static_cast<long>(ReadNumber(value));
+      step.code_below = value == "below";
+      if (!step.code_below) step.code = static_cast<long>(ReadNumber(value));
     } else if (word == "stdout-is" || word == "stderr-is" || word == "stdout-has") {
       conversation_.streams.push_back(
           {line_, word == "stderr-is", word != "stdout-has", Contents(value)});
+    } else if (kNotes.count(word) != 0 && colon != std::string::npos) {
+      conversation_.notes.push_back({line_, word, Unescape(value)});
     } else if (word == "must-fail") {
       // The runner reads this line itself: the script may be the fault.
     } else if (const auto with = kWithContents.find(word);
@@ -252,9 +271,18 @@ class ScriptReader {
   // Puts the ordinary start in front of the first step that needs it.
   void Finish() {
     auto& steps = conversation_.steps;
+    if (may_be_cut_ && !steps.empty() && steps.back().answer_line == 0) {
+      Step& last = steps.back();
+      last.cut = last.kind == Step::kSend || last.code_below;
+      if (last.cut) last.answer = {Value::kAny, ""};
+    }
     for (const Step& step : steps) {
+      if (step.cut) continue;
       if (step.kind == Step::kSend && step.answer_line == 0) {
         throw InFile(conversation_, Failure(step.line, "the line has no answer (=)"));
+      }
+      if (step.kind == Step::kInit && step.code_below && step.answer_line == 0) {
+        throw InFile(conversation_, Failure(step.line, "no code (=) of TradInit stands below"));
       }
     }
     if (own_init_) return;
@@ -273,11 +301,18 @@ class ScriptReader {
   std::size_t at_ = 0;
   int line_ = 0;
   bool own_init_ = false;
+  bool may_be_cut_ = false;
 };
 
 }  // namespace
 
-Conversation ReadConversation(const std::string& path) { return ScriptReader(path).Read(); }
+Conversation ReadConversation(const std::string& path) {
+  return ScriptReader(path, ReadScriptLines(path), false).Read();
+}
+
+Conversation ReadConversation(const std::string& path, const std::string& text, bool may_be_cut) {
+  return ScriptReader(path, ReadScriptLines(path, text), may_be_cut).Read();
+}
 
 int LineInFile(const Conversation& conversation, int line) {
   const auto index = static_cast<std::size_t>(line) - 1;

@@ -4,6 +4,7 @@
 // for TEXT repeated N times, so that every byte and every length can be shown.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -24,13 +25,20 @@ struct Failure : std::runtime_error {
 // The bytes that a written text stands for. Throws Failure (line 0) on a bad escape.
 std::string Unescape(std::string_view written);
 
+// How many bytes `Unescape` may make of it, roughly and at least: for whoever has to refuse what
+// would fill the memory. No bad escape counts.
+std::uintmax_t UnescapedSize(std::string_view written);
+
 // The text in double quotes with escapes; a run of more than 40 equal bytes shows as {X*N}.
 std::string Quote(std::string_view bytes);
+
+// The text as it stands without quotes, behind "> ": its last blank is escaped, its quotes are not.
+std::string Escape(std::string_view bytes);
 
 // An argument, an answer or an out-parameter.
 struct Value {
   enum Kind {
-    kWord,  // a number, true, false, null
+    kWord,  // a number, true, false, null, kept
     kText,  // "..."
     kAny,   // * : accepted whatever it is
   };
@@ -39,6 +47,8 @@ struct Value {
 
   static Value Word(std::string word) { return {kWord, std::move(word)}; }
   static Value Text(std::string bytes) { return {kText, std::move(bytes)}; }
+  // The word "kept", of an out-parameter: the operation leaves it as it is.
+  bool IsKept() const { return kind == kWord && text == "kept"; }
   std::string Shown() const;
   // As an expectation against what was seen.
   bool Fits(const Value& seen) const;
@@ -59,6 +69,9 @@ struct Call {
   bool has_outs = false;
   std::vector<Value> outs;
 
+  // The operation's result: 0 without an answer, 1 and 0 for true and false, nothing for "throws",
+  // with which the operation ends by an exception. Throws Failure for what is no number.
+  std::optional<int> Result() const;
   std::string Shown() const;        // name and arguments
   std::string ShownAnswer() const;  // what stands behind the arrow
 };

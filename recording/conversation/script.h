@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "script_lines.h"
-#include "script_text.h"
+#include "recording/conversation/script_lines.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 
@@ -46,7 +46,9 @@ struct Step {
   std::vector<Call> calls;
   // Trace lines, compared when any is given.
   std::vector<Trace> traces;
-  int answer_line = 0;  // line of "=", 0 without
+  bool code_below = false;  // kInit: its code stands in "=", as it was learned
+  bool cut = false;         // the file ends ahead of its "="
+  int answer_line = 0;      // line of "=", 0 without
   long code = 0;
   Value answer;
 
@@ -81,16 +83,27 @@ struct SweepRule {
   std::vector<Call> also;            // calls that follow the failed one
 };
 
+// What a recording tells of itself, and the player leaves alone: the versions, the times, its end.
+struct Note {
+  int line = 0;
+  std::string word;
+  std::string value;
+};
+
 struct Conversation {
   std::string path;
   std::vector<ScriptLine> lines;
   std::vector<Step> steps;
   std::vector<StreamCheck> streams;
   std::vector<SweepRule> sweep;
+  std::vector<Note> notes;
 };
 
 // Throws Failure, with the line of the file.
 Conversation ReadConversation(const std::string& path);
+// The same of a text that was read already. What may be cut may lack the answer of its last step.
+Conversation ReadConversation(const std::string& path, const std::string& text,
+                              bool may_be_cut = false);
 
 // The line of the file that a line with the tables written out comes from.
 int LineInFile(const Conversation& conversation, int line);

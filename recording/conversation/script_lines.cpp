@@ -1,14 +1,15 @@
-#include "script_lines.h"
+#include "recording/conversation/script_lines.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
-#include "script_fields.h"
-#include "script_text.h"
+#include "recording/conversation/script_fields.h"
+#include "recording/conversation/script_text.h"
 
 namespace conversation {
 namespace {
@@ -49,18 +50,27 @@ class Expander {
  public:
   explicit Expander(const std::string& path) : path_(path) {}
 
-  std::vector<ScriptLine> Run() {
-    const Block block = ReadFile(path_, "");
+  std::vector<ScriptLine> Run() { return Run(ReadFile(path_, "")); }
+  std::vector<ScriptLine> Run(const std::string& text) {
+    std::istringstream lines(text);
+    return Run(LinesOf(lines, ""));
+  }
+
+ private:
+  std::vector<ScriptLine> Run(const Block& block) {
     std::vector<ScriptLine> made;
     Frame frame;
     Expand(block, "", frame, made);
     return made;
   }
 
- private:
   static Block ReadFile(const fs::path& path, const std::string& name) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw Failure(0, "the file " + name + (name.empty() ? "" : " ") + "cannot be read");
+    return LinesOf(file, name);
+  }
+
+  static Block LinesOf(std::istream& file, const std::string& name) {
     Block block;
     int number = 0;
     for (std::string line; std::getline(file, line);) block.push_back({line, name, ++number});
@@ -119,7 +129,7 @@ class Expander {
 
   void Emit(const Written& written, const std::string& margin, Frame& frame,
             std::vector<ScriptLine>& made) {
-    if (++lines_ > kMostLines) {
+    if (++lines_ > kMostLines && frame.depth > 0) {
       Fail(written, frame, "the tables make more than " + std::to_string(kMostLines) + " lines");
     }
     ScriptLine line;
@@ -441,5 +451,9 @@ class Expander {
 }  // namespace
 
 std::vector<ScriptLine> ReadScriptLines(const std::string& path) { return Expander(path).Run(); }
+
+std::vector<ScriptLine> ReadScriptLines(const std::string& path, const std::string& text) {
+  return Expander(path).Run(text);
+}
 
 }  // namespace conversation

@@ -7,17 +7,31 @@
 // Config operations are arguments when they write, out-parameters when they read.
 #pragma once
 
-#include <functional>
+#include <new>
 #include <type_traits>
 
-#include "call_slip.h"
+#include "recording/conversation/call_slip.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/client/rtfclientoperation.h"
 
 namespace conversation {
 
-// Makes the call that was taken down on another device; its result, 0 without one.
-using Forward = std::function<int(RtfClientInterface& device)>;
+// Makes the call that was taken down on another device; its result, 0 without one. It lives as long
+// as the call, and asks for no memory.
+class Forward {
+ public:
+  template <typename Call>
+  requires std::is_invocable_r_v<int, const Call&, RtfClientInterface&>
+  explicit Forward(const Call& call)
+      : call_(&call), make_([](const void* made, RtfClientInterface& device) {
+          return (*static_cast<const Call*>(made))(device);
+        }) {}
+  int operator()(RtfClientInterface& device) const { return make_(call_, device); }
+
+ private:
+  const void* call_;
+  int (*make_)(const void* call, RtfClientInterface& device);
+};
 
 // Takes down calls and answers them.
 class CallBook {
@@ -26,6 +40,8 @@ class CallBook {
   // The operation's result; the slip's pointers are filled from the answer, or by the device
   // that the call is forwarded to. Operations without a result drop it.
   virtual int Answer(ClientOperation operation, const CallSlip& slip, const Forward& forward) = 0;
+  // In its place where there was no memory to take the arguments down.
+  virtual int AnswerUntold(ClientOperation, const Forward&) { throw std::bad_alloc(); }
   // Ahead of all that a client does in a call, and behind it, whether it answers or throws.
   virtual void Enter() {}
   virtual void Leave() {}
@@ -63,14 +79,21 @@ class PlainRecordingClient : public RtfClientInterface {
   int Call(ClientOperation name, Result (RtfClientInterface::*operation)(Parameters...),
            Arguments... arguments) {
     const ClientTurn turn(book_);
-    return book_.Answer(name, CallSlip(arguments...), [&](RtfClientInterface& device) {
+    const auto make = [&](RtfClientInterface& device) {
       if constexpr (std::is_void_v<Result>) {
         (device.*operation)(Plain(arguments)...);
         return 0;
       } else {
         return static_cast<int>((device.*operation)(Plain(arguments)...));
       }
-    });
+    };
+    CallSlip slip;
+    try {
+      slip = CallSlip(arguments...);
+    } catch (const std::bad_alloc&) {
+      return book_.AnswerUntold(name, Forward(make));
+    }
+    return book_.Answer(name, slip, Forward(make));
   }
 
  private:
@@ -83,11 +106,11 @@ class RecordingClient : public PlainRecordingClient {
   using PlainRecordingClient::PlainRecordingClient;
 
   int ZupEcrCmd(const char* command, int* length, char* answer) override {
-    return Call(ClientOperation::kZupEcrCmd, &RtfClientInterface::ZupEcrCmd, command, InOut(length),
-                answer);
+    return Call(ClientOperation::kZupEcrCmd, &RtfClientInterface::ZupEcrCmd, command,
+                BothWays(length), answer);
   }
   int GetData(int selector, int* number, char* text) override {
-    return Call(ClientOperation::kGetData, &RtfClientInterface::GetData, selector, InOut(number),
+    return Call(ClientOperation::kGetData, &RtfClientInterface::GetData, selector, BothWays(number),
                 text);
   }
   int ConfigDepartment(bool write, int32_t dep_id, char* description, int64_t* price,
@@ -128,8 +151,8 @@ class RecordingClient : public PlainRecordingClient {
                 Field(write, flags), Field(write, preset_value), Field(write, max_digits));
   }
   int DirectIO(int cmd, int* argument, char* data) override {
-    return Call(ClientOperation::kDirectIO, &RtfClientInterface::DirectIO, cmd, InOut(argument),
-                InOut(data));
+    return Call(ClientOperation::kDirectIO, &RtfClientInterface::DirectIO, cmd, BothWays(argument),
+                BothWays(data));
   }
 };
 

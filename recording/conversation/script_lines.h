@@ -18,5 +18,7 @@ struct ScriptLine {
 
 // Throws Failure, with the line of the conversation's own file and the cause.
 std::vector<ScriptLine> ReadScriptLines(const std::string& path);
+// The same of a text that was read already; the path tells the folder of its parts.
+std::vector<ScriptLine> ReadScriptLines(const std::string& path, const std::string& text);
 
 }  // namespace conversation

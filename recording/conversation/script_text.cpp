@@ -1,4 +1,4 @@
-#include "script_text.h"
+#include "recording/conversation/script_text.h"
 
 #include <cctype>
 #include <cstdio>
@@ -134,8 +134,24 @@ std::string Unescape(std::string_view written) {
   return bytes;
 }
 
-std::string Quote(std::string_view bytes) {
-  std::string shown = "\"";
+std::uintmax_t UnescapedSize(std::string_view written) {
+  std::uintmax_t size = written.size();
+  for (std::size_t brace = written.find('{'); brace != std::string_view::npos;
+       brace = written.find('{', brace + 1)) {
+    const std::size_t star = written.find('*', brace);
+    const std::size_t end = written.find('}', brace);
+    if (star == std::string_view::npos || end == std::string_view::npos || end < star) continue;
+    const std::string times(written.substr(star + 1, end - star - 1));
+    size += (star - brace) * std::strtoull(times.c_str(), nullptr, 0);
+  }
+  return size;
+}
+
+namespace {
+
+// `quoted` escapes a quote too.
+std::string Escaped(std::string_view bytes, bool quoted) {
+  std::string shown;
   std::size_t at = 0;
   while (at < bytes.size()) {
     const char c = bytes[at];
@@ -148,7 +164,7 @@ std::string Quote(std::string_view bytes) {
       one = "\\r";
     } else if (c == '\t') {
       one = "\\t";
-    } else if (c == '\\' || c == '"' || c == '{') {
+    } else if (c == '\\' || c == '{' || (quoted && c == '"')) {
       one = std::string("\\") + c;
     } else if (static_cast<unsigned char>(c) < 0x20 || static_cast<unsigned char>(c) > 0x7E) {
       char hex[8];
@@ -165,7 +181,18 @@ std::string Quote(std::string_view bytes) {
     }
     at += same;
   }
-  return shown + "\"";
+  return shown;
+}
+
+}  // namespace
+
+std::string Quote(std::string_view bytes) { return "\"" + Escaped(bytes, true) + "\""; }
+
+std::string Escape(std::string_view bytes) {
+  std::string shown = Escaped(bytes, false);
+  if (shown.empty() || shown.back() != ' ') return shown;
+  shown.pop_back();
+  return shown + "\\x20";
 }
 
 std::string Value::Shown() const {
@@ -198,6 +225,16 @@ bool Fit(const std::vector<Value>& expected, const std::vector<Value>& seen) {
     if (!expected[i].Fits(seen[i])) return false;
   }
   return true;
+}
+
+std::optional<int> Call::Result() const {
+  if (!has_answer) return 0;
+  if (answer.kind == Value::kWord) {
+    if (answer.text == "throws") return std::nullopt;
+    if (answer.text == "true") return 1;
+    if (answer.text == "false") return 0;
+  }
+  return static_cast<int>(ReadNumber(answer.text));
 }
 
 std::string Call::Shown() const { return name + "(" + conversation::Shown(arguments) + ")"; }
