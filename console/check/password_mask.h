@@ -1,4 +1,4 @@
-// The passwords of operators, which no screen is to show.
+// The passwords of operators, which no screen is to show, and what recordings do not.
 #pragma once
 
 #include <string>
@@ -13,5 +13,9 @@ namespace lorimat::console {
 // not read as one for an operator, a value is taken for a password when its field has the whole
 // name of that field. Without words that name is the shipped one.
 std::string WithoutPasswords(const Language* words, std::string_view line);
+
+// The same for a recording, of all its secrets: passwords, tax and lottery codes that are keyed,
+// the customers of invoices, each byte as recording::Blanked has it.
+std::string WithoutSecrets(const Language* words, std::string_view line);
 
 }  // namespace lorimat::console

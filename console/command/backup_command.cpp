@@ -17,8 +17,10 @@
 #include "console/command/backup/backup_manifest.h"
 #include "console/command/backup/backup_tables.h"
 #include "console/command/backup/table_session.h"
+#include "console/command/record_options.h"
 #include "console/command/subcommand.h"
 #include "console/host/device_options.h"
+#include "console/host/installed_files.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -40,6 +42,7 @@ struct BackupOptions {
   std::string folder;
   std::string language;
   std::string library;
+  RecordOptions record;
   bool json = false;
 };
 
@@ -173,6 +176,7 @@ void AddOptions(CLI::App* backup, BackupOptions* options) {
   backup->add_option("DIR", options->folder, Tr("The folder, new or empty"))->required();
   AddDeviceOptions(backup, &options->device);
   AddLanguageOptions(backup, &options->language, &options->library);
+  AddRecordOptions(backup, &options->record);
   backup->add_flag("--json", options->json, Tr("Write JSON"));
 }
 
@@ -181,10 +185,12 @@ void AddOptions(CLI::App* backup, BackupOptions* options) {
 int RunBackup(const BackupOptions& options, Streams& streams) {
   const DeviceRequest request = RequestOf(options.device);
   RequireDevice(request);
+  RequireApartFromWork(options.record, FilesOfDevice(request), DefinitionPath(options.language),
+                       FindLibrary(options.library));
   // From before there is a folder until it is gone or has its name.
   std::optional<InterruptWatch> watch(std::in_place);
   NewFolder folder(options.folder);
-  TableSession session(request, options.language, options.library, streams);
+  TableSession session(request, options.language, options.library, streams, options.record);
 
   BackupManifest manifest;
   manifest.serial_number = session.facts().serial_number;

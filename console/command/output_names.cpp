@@ -24,6 +24,9 @@ void RequireNotKept(const OutputName& output, const std::vector<KeptFile>& kept)
   const char* found = KeptFiles(kept).Find(AT_FDCWD, output.name);
   if (found == nullptr) return;
   const std::string what(Translated(found));
+  if (output.is_recording) {
+    throw Failure(Tr("{}: is {}; the recording would replace it", Shown(output.name), what));
+  }
   throw Failure(output.is_trace
                     ? Tr("{}: is {}; the trace would replace it", Shown(output.name), what)
                     : Tr("{}: is {}; the paper would replace it", Shown(output.name), what));

@@ -14,6 +14,7 @@ struct OutputName {
   const char* option;  // that names it
   std::string what;    // "the PNG"
   bool is_trace = false;
+  bool is_recording = false;
 };
 
 // Throws Failure when an output is one of the kept files, or two outputs are one file. Files are

@@ -16,9 +16,11 @@
 
 #include "console/check/password_mask.h"
 #include "console/command/backup/table_loading.h"
+#include "console/command/record_options.h"
 #include "console/command/subcommand.h"
 #include "console/host/batch_request.h"
 #include "console/host/device_options.h"
+#include "console/host/installed_files.h"
 #include "console/host/register_options.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
@@ -37,6 +39,7 @@ struct RestoreOptions {
   std::string folder;
   std::string language;
   std::string library;
+  RecordOptions record;
   bool dry_run = false;
   bool json = false;
 };
@@ -191,6 +194,7 @@ void AddOptions(CLI::App* restore, RestoreOptions* options) {
   AddDeviceOptions(restore, &options->device);
   restore->add_flag("--dry-run", options->dry_run, Tr("Only show what is different"));
   AddLanguageOptions(restore, &options->language, &options->library);
+  AddRecordOptions(restore, &options->record);
   restore->add_flag("--json", options->json, Tr("Write JSON"));
 }
 
@@ -199,7 +203,9 @@ int RunRestore(const RestoreOptions& options, Streams& streams) {
   RequireBackupFolder(options.folder);
   const DeviceRequest request = RequestOf(options.device);
   RequireDevice(request);
-  TableSession session(request, options.language, options.library, streams);
+  RequireApartFromWork(options.record, FilesOfDevice(request), DefinitionPath(options.language),
+                       FindLibrary(options.library));
+  TableSession session(request, options.language, options.library, streams, options.record);
   const std::string place = session.device().place();
   const Backup backup = ReadBackup(options.folder, session.language());
   if (backup.manifest.serial_number != session.facts().serial_number) {

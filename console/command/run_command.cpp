@@ -16,6 +16,7 @@
 
 #include "console/check/language.h"
 #include "console/command/paper_outputs.h"
+#include "console/command/record_options.h"
 #include "console/command/subcommand.h"
 #include "console/device/device.h"
 #include "console/host/batch_request.h"
@@ -27,6 +28,7 @@
 #include "console/host/library.h"
 #include "console/host/library_start.h"
 #include "console/host/line_hints.h"
+#include "console/host/line_recording.h"
 #include "console/host/line_run.h"
 #include "console/host/memory_watch.h"
 #include "console/host/open_document.h"
@@ -53,6 +55,7 @@ struct RunOptions {
   std::string library;   // empty takes the one beside the program
   std::string trace;     // empty discards the library's own lines; "-" is standard error
   DeviceOptions device;
+  RecordOptions record;
   bool batch = false;
   bool stop_on_error = false;
   bool terse = false;  // failing lines without their explanation and the summary
@@ -339,6 +342,7 @@ std::vector<OutputName> OutputsOf(const RunOptions& options,
                                   const std::vector<PaperOutput>& papers) {
   std::vector<OutputName> outputs = NamesOf(papers);
   outputs.push_back({options.trace, "--trace", Tr("the trace"), true});
+  outputs.push_back(RecordingName(options.record));
   return outputs;
 }
 
@@ -388,6 +392,7 @@ void AddOptions(CLI::App* run, RunOptions* options) {
                 Tr("End the run at the first failing line"))
       ->excludes(batch);
   AddClockOption(run, &options->device);
+  AddRecordOptions(run, &options->record);
   run->add_option("--trace", options->trace,
                   Tr("Write the library's own lines and the lines it was given to FILE; - is "
                      "standard error (default: they are discarded)"))
@@ -411,6 +416,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   const DeviceRequest request = RequestOf(options.device);
   // The library lets go of the device last, and nothing is made before the library is there.
   std::unique_ptr<Device> device;
+  std::optional<LineRecording> recording;
   const std::string library_file = FindLibrary(options.library);
   const std::vector<PaperOutput> papers = OutputsOfPaper(options, device);
   const std::vector<OutputName> output_names = OutputsOf(options, papers);
@@ -423,6 +429,8 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   const InterruptWatch watch;
   device = OpenDevice(request, streams);
   RequirePaper(options, *device);
+  recording.emplace(options.record, *library, *device, FindDefinitionFile(options.language).path,
+                    streams);
   device->TellStart(streams);
   StartLibrary(options.language, options.verbose, *library, *device, streams);
 
@@ -454,6 +462,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   const std::string lost_paper = device->LostPaperNote();
   const bool kept = device->last_failure().empty();
   library.reset();
+  const bool recorded = recording->Finish();
   device.reset();
   TellOpenDocument(note_of_left, open, reader.name(), streams);
   const std::string trace_failure = streams.trace_failure();
@@ -462,7 +471,7 @@ int RunCommand(const RunOptions& options, Streams& streams) {
   // What ran is not to be run again because its paper was lost.
   const bool lost = !all_written || outcome.reader_gone || outcome.stopped;
   if (lost && !lost_paper.empty()) TellNote(streams, lost_paper);
-  if (!kept || !all_written) return kExitNotDone;
+  if (!kept || !all_written || !recorded) return kExitNotDone;
   if (outcome.stopped) return InterruptExit();
   return outcome.reader_gone ? kExitReaderGone : code;
 }

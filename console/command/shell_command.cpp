@@ -16,6 +16,7 @@
 
 #include "console/check/language.h"
 #include "console/check/password_mask.h"
+#include "console/command/record_options.h"
 #include "console/command/subcommand.h"
 #include "console/device/device.h"
 #include "console/host/broken_pipe.h"
@@ -23,6 +24,7 @@
 #include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/library_start.h"
+#include "console/host/line_recording.h"
 #include "console/host/open_document.h"
 #include "console/host/output_guard.h"
 #include "console/message/failure.h"
@@ -47,6 +49,7 @@ struct ShellOptions {
   std::string language;  // definition file; empty takes the one beside the program
   std::string library;   // empty takes the one beside the program
   DeviceOptions device;
+  RecordOptions record;
   bool terse = false;  // as a pipe: failing lines without explanation and summary
   bool json = false;   // requests and answers as lines of JSON
 };
@@ -268,6 +271,7 @@ void AddOptions(CLI::App* shell, ShellOptions* options) {
       ->type_name("FILE");
   AddDeviceOptions(shell, &options->device);
   AddClockOption(shell, &options->device);
+  AddRecordOptions(shell, &options->record);
   shell
       ->add_option("--library", options->library,
                    Tr("The shared library (default: liblorimatrt.so beside the program)"))
@@ -297,19 +301,23 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   std::optional<InterruptWatch> watch;
   const DeviceRequest request = RequestOf(options.device);
   std::unique_ptr<Device> device;
+  std::optional<LineRecording> recording;
   const std::string library_file = FindLibrary(options.library);
+  const std::string words = FindDefinitionFile(options.language).path;
+  RequireApartFromWork(options.record, FilesOfDevice(request), words, library_file);
   streams.StartTrace("");
   std::optional<Library> library(std::in_place, library_file, streams);
   // A library that hangs while it is loaded is ended as any program is.
   if (!terminal) watch.emplace();
   device = OpenDevice(request, streams);
+  recording.emplace(options.record, *library, *device, words, streams);
   device->TellStart(streams);
   StartLibrary(options.language, false, *library, *device, streams);
-  const std::string words = FindDefinitionFile(options.language).path;
   const Language language(words);
   KeptFiles files = FilesOfWork(FilesOfDevice(request), words, library_file, output.get());
   files.Add({"-", TR_TEXT("the file of lines")});
   files.Add({HistoryFile(), TR_TEXT("the file of the lines typed")});
+  files.Add({options.record.file, TR_TEXT("the recording")});
   OutputGuard guard(language, std::move(files));
 
   int code = 0;
@@ -332,6 +340,7 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
   const bool stays = device->stays();
   const bool kept = device->last_failure().empty();
   library.reset();
+  const bool recorded = recording->Finish();
   device.reset();
   // Who left the shell on a terminal was asked, and told that a register in memory goes with it.
   if (!terminal || stays || code != kExitGood) {
@@ -339,7 +348,7 @@ int ShellCommand(const ShellOptions& options, Streams& streams) {
                      streams);
   }
   if (stopped) std::rethrow_exception(stopped);
-  return kept ? code : kExitNotDone;
+  return kept && recorded ? code : kExitNotDone;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "console/device/plugin_device.h"
 #include "console/device/register_device.h"
+#include "console/device/replay_device.h"
 #include "console/message/failure.h"
 #include "console/message/translate.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr BuiltInDevice kBuiltInDevices[] = {
     {kRegisterName, &OpenRegister, &FilesOfRegister, &RequireRegisterFile},
+    {kReplayName, &OpenReplay, &FilesOfReplay, nullptr},
 };
 
 // The name, and behind its ':' a file.

@@ -16,6 +16,7 @@
 namespace lorimat::console {
 
 inline constexpr std::string_view kRegisterName = "register";
+inline constexpr std::string_view kReplayName = "replay";
 inline constexpr std::chrono::seconds kDeviceTimeout{120};
 
 // What is asked for on the command line.

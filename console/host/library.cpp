@@ -4,11 +4,14 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <fstream>
+#include <iterator>
 #include <vector>
 
 #include "console/device/load_trial.h"
 #include "console/host/library_identity.h"
 #include "console/message/failure.h"
+#include "recording/recorder.h"
 #include "rpccommon/client/rtfclientinterface.h"
 
 namespace lorimat::console {
@@ -16,12 +19,31 @@ namespace {
 
 // What the I/O callback hands over; the callback has no argument of the host's own.
 RtfClientInterface* offered_client = nullptr;
+recording::Recorder* offered_recorder = nullptr;
 
-long GiveClient(long code, long, char*, long, char*, long*, long* out) {
+long Give(long code, long* out) {
   if (code != ECRIOIC_GET_CLIENT_RT || out == nullptr) return -1;
   // The last argument is the address of an untyped pointer in the guise of a long*.
   *reinterpret_cast<void**>(out) = offered_client;
   return 0;
+}
+
+long GiveClient(long code, long second, char* third, long fourth, char* fifth, long* sixth,
+                long* out) {
+  const long answer = Give(code, out);
+  if (offered_recorder != nullptr) {
+    const auto pointer = [](const void* p) { return p == nullptr ? "null" : "pointer"; };
+    offered_recorder->Callback(fmt::format("{}, {}, {}, {}, {}, {}", code, second, pointer(third),
+                                           fourth, pointer(fifth), pointer(sixth)),
+                               answer);
+  }
+  return answer;
+}
+
+// Of a file that the library is about to read; empty when it cannot be read.
+std::string ContentsOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 std::vector<char> MutableCopy(const std::string& text) {
@@ -61,25 +83,33 @@ Library::Library(const std::string& file, Streams& streams) : streams_(streams) 
 }
 
 Library::~Library() {
-  trad_close_();
+  const long closed = trad_close_();
+  if (recorder_ != nullptr) recorder_->Closed(closed);
   streams_.DivertErrors();
   dlclose(handle_);
   streams_.RestoreErrors();
   offered_client = nullptr;
+  offered_recorder = nullptr;
 }
 
 int Library::Init(const std::string& definition_file, RtfClientInterface* client) {
-  offered_client = client;
   std::vector<char> path = MutableCopy(definition_file);
-  return trad_init_(path.data(), 0, nullptr, &GiveClient);
+  offered_client = recorder_ != nullptr ? &recorder_->Wrap(*client) : client;
+  offered_recorder = recorder_;
+  if (recorder_ != nullptr) recorder_->InitBegins(ContentsOf(definition_file));
+  const int code = trad_init_(path.data(), 0, nullptr, &GiveClient);
+  if (recorder_ != nullptr) recorder_->InitEnds(code);
+  return code;
 }
 
 long Library::RunLine(const std::string& line, std::string* answer) {
   std::vector<char> command = MutableCopy(line);
   std::array<char, kAnswerRoom> result{};
+  if (recorder_ != nullptr) recorder_->LineBegins(line.c_str());
   const long code = ecr_cmd_(command.data(), result.data());
   result.back() = 0;
   *answer = result.data();
+  if (recorder_ != nullptr) recorder_->LineEnds(code, *answer);
   return code;
 }
 

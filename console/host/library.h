@@ -7,6 +7,9 @@
 #include "lorimatrt/lorimatrt.h"
 
 class RtfClientInterface;
+namespace recording {
+class Recorder;
+}  // namespace recording
 
 namespace lorimat::console {
 
@@ -34,6 +37,9 @@ class Library {
 
   const LibraryIdentity& identity() const { return identity_; }
 
+  // What passes from here on is recorded; ahead of Init. The recorder has to outlive this object.
+  void Record(recording::Recorder& recorder) { recorder_ = &recorder; }
+
   // Hands the client over and reads the definition file. The client has to outlive this object.
   // Returns what TradInit answers: 0, or 2 when it refuses the definition file. The path may
   // have 79 characters; the library cuts a longer one.
@@ -45,6 +51,7 @@ class Library {
  private:
   Streams& streams_;
   LibraryIdentity identity_;
+  recording::Recorder* recorder_ = nullptr;
   void* handle_ = nullptr;
   decltype(&TradInit) trad_init_ = nullptr;
   decltype(&TradClose) trad_close_ = nullptr;

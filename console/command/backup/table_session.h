@@ -11,6 +11,7 @@
 #include "console/device/device.h"
 #include "console/device/open_device.h"
 #include "console/host/library.h"
+#include "console/host/line_recording.h"
 #include "console/terminal/streams.h"
 
 namespace lorimat::console {
@@ -19,12 +20,13 @@ class TableSession {
  public:
   using DeviceOpener = std::function<std::unique_ptr<Device>()>;
 
-  // Of a quiet device. `language` and `library` are the options of these names.
+  // Of a quiet device. `language`, `library` and `record` are the options of these
+  // names.
   TableSession(DeviceRequest request, const std::string& language, const std::string& library,
-               Streams& streams);
+               Streams& streams, const RecordOptions& record);
   // Of one that is opened when the library is there.
   TableSession(const DeviceOpener& open, const std::string& language, const std::string& library,
-               Streams& streams);
+               Streams& streams, const RecordOptions& record = {});
 
   // As they were at the start.
   const DeviceFacts& facts() const { return facts_; }
@@ -35,7 +37,8 @@ class TableSession {
  private:
   DeviceFacts facts_;
   std::optional<Language> language_;
-  std::unique_ptr<Device> device_;  // outlives the library, which holds on to it
+  std::unique_ptr<Device> device_;          // outlives the library, which holds on to it
+  std::optional<LineRecording> recording_;  // so does it, and tells at its end what it lacks
   std::optional<Library> library_;
 };
 
