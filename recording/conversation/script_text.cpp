@@ -175,6 +175,7 @@ std::string Escaped(std::string_view bytes, bool quoted) {
       one = c;
     }
     if (same > 40) {
+      if (c == '*') one = "\\x2A";  // the one that is repeated is no mark
       shown += "{" + one + "*" + std::to_string(same) + "}";
     } else {
       for (std::size_t i = 0; i < same; ++i) shown += one;

@@ -303,6 +303,16 @@ TEST_F(ReplayTest, AnyBytesOfTextsComeBack) {
   }
 }
 
+// A run of one byte shows as a repetition, whose mark is a byte as well.
+TEST(Texts, ARunOfAnyByteReadsBack) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string run = "a" + std::string(50, static_cast<char>(byte)) + "b";
+    EXPECT_EQ(conversation::Unescape(conversation::Escape(run)), run) << byte;
+    const std::string quoted = conversation::Quote(run);
+    EXPECT_EQ(conversation::Unescape(quoted.substr(1, quoted.size() - 2)), run) << byte;
+  }
+}
+
 // --- The trimming.
 
 TEST(Trim, TheLinesThatFailedGoWithTheirDocumentAndWhatWasSet) {
