@@ -97,9 +97,9 @@ struct StoredDocument {
 StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
                          const std::vector<VatRate>& rates);
 
-// Counts a document in the entries that come to something, and keeps which of these had another rate
-// than today. Of entries that have one rate the first counts: who adds papers up sees the rate.
-// `rates` are those of the document.
+// Counts a document in the entries that come to something, and keeps which of these had another
+// rate than today. Of entries that have one rate the first counts: who adds papers up sees the
+// rate. `rates` are those of the document.
 void TellRates(const Tables& tables, const std::vector<VatRate>& rates, StoredDocument* document);
 
 // What the payments of a document are, without the change. They come to its total, and what cash
