@@ -17,6 +17,7 @@
 #include "console/terminal/streams.h"
 #include "pal/protocols/lorimat/dfltmsg.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
+#include "pal/protocols/lorimat/front/messages.h"
 #include "pal/protocols/lorimat/front/opcodes.h"
 #include "pal/protocols/lorimat/lorimatutility.h"
 
@@ -124,10 +125,15 @@ std::vector<CommandWord> Language::commands() const {
   return commands;
 }
 
-int Language::ReadLine(const std::string& line) const {
+int Language::ReadLine(const std::string& line, long* code) const {
+  const auto refused = [code](int index) {
+    if (code != nullptr) *code = CLASS_SYNTAX | index;
+    return 0;
+  };
+  if (code != nullptr) *code = 0;
   // The library reads a line up to its first NUL byte.
   std::string source = line.substr(0, line.find('\0'));
-  if (source.size() > kLongestLine) return 0;
+  if (source.size() > kLongestLine) return refused(SOURCE_LINE_TOO_LONG);
   std::string cleaned(source.size() + 1, '\0');
   if (lorimatutility::TogliCommento(cleaned.data(), source.data(), translator_->cChQuote) == 0) {
     return 0;
@@ -135,9 +141,9 @@ int Language::ReadLine(const std::string& line) const {
   if (cleaned.front() == '@') return kNamesBatch;
   int position = 1;
   int opcode = 0;
-  if (translator_->GetCodOp(cleaned.data(), &position, &opcode) != 0) return 0;
-  if (translator_->GetCampi(cleaned.data(), opcode, &position) != 0) return 0;
-  return opcode;
+  int failure = translator_->GetCodOp(cleaned.data(), &position, &opcode);
+  if (failure == 0) failure = translator_->GetCampi(cleaned.data(), opcode, &position);
+  return failure == 0 ? opcode : refused(failure);
 }
 
 std::vector<std::string> Language::symbols() const {

@@ -62,8 +62,9 @@ class Language {
   // What ReadLine answers to an "@" line.
   static constexpr int kNamesBatch = -1;
   // Reads a line as the library does, and answers its opcode: the fields stand in the translator.
-  // 0 for a line that holds no command, or one that the library refuses.
-  int ReadLine(const std::string& line) const;
+  // 0 for a line that holds no command, or one that the library refuses; *code, where it is given,
+  // is what the library answers to it then, and 0 for a line without a command.
+  int ReadLine(const std::string& line, long* code = nullptr) const;
 
   // The library's state, with its tables filled.
   EcrCmdCommand& translator() const { return *translator_; }
