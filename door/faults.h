@@ -1,0 +1,14 @@
+// Where a test puts itself between the door and its device. The program that is installed has none
+// of it (no_faults.cpp).
+#pragma once
+
+#include "door/job/worker.h"
+
+namespace lorimat::door {
+
+// What is called at each step of a job; may be null.
+StepWatch FaultWatch();
+// The translator, as it is or with something that goes wrong.
+LineRunner WithFaults(LineRunner run);
+
+}  // namespace lorimat::door

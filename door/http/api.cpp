@@ -1,0 +1,454 @@
+#include "door/http/api.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "door/http/body_reader.h"
+#include "door/http/target.h"
+#include "register/value/register_error.h"
+
+namespace lorimat::door {
+namespace {
+
+constexpr size_t kLongestKey = 64;
+constexpr size_t kLongestDesk = 64;
+constexpr size_t kLongestReference = 256;
+constexpr int64_t kSecond = 1000;  // milliseconds
+
+bool IsKey(std::string_view key) {
+  return !key.empty() && key.size() <= kLongestKey &&
+         std::all_of(key.begin(), key.end(), [](char c) {
+           return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+                  c == '_' || c == '.' || c == ':' || c == '-';
+         });
+}
+
+bool IsUnsafe(const std::string& method) {
+  return method != "GET" && method != "HEAD" && method != "OPTIONS";
+}
+
+// Without its parameters and in small letters.
+bool IsJson(const std::string& content_type) {
+  std::string type = content_type.substr(0, content_type.find(';'));
+  while (!type.empty() && type.back() == ' ') type.pop_back();
+  std::transform(type.begin(), type.end(), type.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return type == "application/json";
+}
+
+Reply JobReply(int status, const Job& job, bool replayed) {
+  Reply reply;
+  reply.status = status;
+  reply.body = JobJson(job, replayed);
+  if (status == 409) reply.headers.emplace_back("Retry-After", "2");
+  return reply;
+}
+
+// What keeps a new job from being taken.
+struct TroubleRow {
+  DeviceTrouble trouble;
+  const char* code;
+  const char* detail;
+};
+
+constexpr TroubleRow kTroubles[] = {
+    {DeviceTrouble::kDocumentOpen, "document_open",
+     "a document is open on the device that belongs to no job; an operator has to reset it"},
+    {DeviceTrouble::kAway, "device_away", "the device does not answer"},
+    {DeviceTrouble::kOtherDevice, "device_away",
+     "the device is not the one that the log belongs to"},
+};
+
+struct FaultRow {
+  LineFault fault;
+  const char* code;
+  const char* what;
+};
+
+constexpr FaultRow kFaults[] = {
+    {LineFault::kNotAllowed, "line_not_allowed", "a job may not hold this line"},
+    {LineFault::kForOperator, "line_not_allowed", "a desk of an operator alone may send this line"},
+    {LineFault::kNamesFile, "line_not_allowed", "it names a file"},
+    {LineFault::kSecondDocument, "two_documents",
+     "it sells or opens behind a line that has paid: a job is one document"},
+    {LineFault::kSecondEffect, "two_documents",
+     "a job is one document, or one day closing, or what has no number"},
+};
+
+Reply FaultProblem(const JudgedFault& fault) {
+  const auto* row = std::find_if(std::begin(kFaults), std::end(kFaults),
+                                 [&](const FaultRow& one) { return one.fault == fault.fault; });
+  std::string detail = fmt::format("line {}", fault.line);
+  if (!fault.command.empty()) detail += " (" + fault.command + ")";
+  detail += fmt::format(": {}", row->what);
+  if (!fault.field.empty()) detail += fmt::format(", in {}", fault.field);
+  return Problem(422, row->code, detail);
+}
+
+Reply StorageProblem() {
+  Reply reply = Problem(503, "disk_full", "the log cannot be written or read");
+  reply.headers.emplace_back("Retry-After", "10");
+  return reply;
+}
+
+}  // namespace
+
+struct Api::Path {
+  int64_t id = 0;      // of a job
+  std::string action;  // the last segment
+  std::map<std::string, std::string> query;
+};
+
+struct Api::Route {
+  const char* method;
+  std::array<const char*, 4> segments;  // "#" is the number of a job
+  Handler handler;
+  std::array<const char*, 5> query;
+};
+
+std::optional<Reply> Api::RefuseHead(const Request& request) const {
+  const bool is_ours =
+      std::find(parts_.hosts.begin(), parts_.hosts.end(), request.host) != parts_.hosts.end();
+  if (!is_ours) return Problem(403, "foreign_host", "the request names another host");
+  if (request.origin) {
+    const bool known =
+        std::any_of(parts_.hosts.begin(), parts_.hosts.end(),
+                    [&](const std::string& host) { return *request.origin == "http://" + host; });
+    if (!known) return Problem(403, "foreign_origin", "the request comes from a foreign page");
+  }
+  if (IsUnsafe(request.method) && !IsJson(request.content_type)) {
+    return Problem(415, "not_json", "the request needs Content-Type: application/json");
+  }
+  if (request.content_length.value_or(0) > kMostBody) {
+    return Problem(413, "too_large", fmt::format("the body is longer than {} bytes", kMostBody));
+  }
+  return std::nullopt;
+}
+
+Reply Api::Handle(const Request& request) noexcept {
+  try {
+    if (std::optional<Reply> refused = RefuseHead(request)) return *refused;
+    return Serve(request);
+  } catch (const RegisterError&) {
+    return StorageProblem();
+  } catch (const IllegalMove&) {
+    return Problem(409, "wrong_state", "the job is in another state by now");
+  } catch (...) {
+    return {500, "application/problem+json", "{\"status\":500,\"code\":\"failed\"}\n"};
+  }
+}
+
+Reply Api::Serve(const Request& request) {
+  static const Route kRoutes[] = {
+      {"POST", {"v1", "jobs"}, &Api::PostJob, {"wait"}},
+      {"GET", {"v1", "jobs"}, &Api::ListJobs, {"key", "desk", "state", "after", "limit"}},
+      {"GET", {"v1", "jobs", "#"}, &Api::GetJob, {}},
+      {"DELETE", {"v1", "jobs", "#"}, &Api::DeleteJob, {}},
+      {"POST", {"v1", "jobs", "#", "resolve"}, &Api::PostResolve, {}},
+      {"POST", {"v1", "device", "close-day"}, &Api::PostDevice, {"wait"}},
+      {"POST", {"v1", "device", "reset"}, &Api::PostDevice, {"wait"}},
+      {"GET", {"v1", "device"}, &Api::GetDevice, {}},
+  };
+  const std::optional<Target> target = ReadTarget(request.target);
+  if (!target) return Problem(400, "bad_target", "path and query cannot be read");
+  std::string allowed;
+  for (const Route& route : kRoutes) {
+    Path path;
+    size_t length = 0;
+    bool fits = true;
+    for (; length < route.segments.size() && route.segments[length] != nullptr; ++length) {
+      if (length >= target->segments.size()) {
+        fits = false;
+        break;
+      }
+      const std::string& segment = target->segments[length];
+      if (std::string_view(route.segments[length]) == "#") {
+        const std::optional<int64_t> id = ReadCount(segment);
+        fits = fits && id.has_value();
+        path.id = id.value_or(0);
+      } else {
+        fits = fits && segment == route.segments[length];
+      }
+      path.action = segment;
+    }
+    if (!fits || length != target->segments.size()) continue;
+    if (request.method != route.method) {
+      allowed += allowed.empty() ? "" : ", ";
+      allowed += route.method;
+      continue;
+    }
+    path.query = target->query;
+    for (const auto& [name, value] : path.query) {
+      const bool known = std::any_of(route.query.begin(), route.query.end(), [&](const char* one) {
+        return one != nullptr && name == one;
+      });
+      if (!known) return Problem(400, "unknown_field", "the query has a field that is not known");
+    }
+    return (this->*route.handler)(request, path);
+  }
+  if (allowed.empty()) return Problem(404, "not_found", "there is nothing of this name");
+  Reply reply = Problem(405, "wrong_method", "this takes " + allowed);
+  reply.headers.emplace_back("Allow", allowed);
+  return reply;
+}
+
+bool Api::IsOperator(const std::string& desk) const {
+  return std::find(parts_.operators.begin(), parts_.operators.end(), desk) !=
+         parts_.operators.end();
+}
+
+namespace {
+
+std::optional<Reply> KeyProblem(const std::optional<std::string>& key) {
+  if (!key) return Problem(400, "no_key", "the request needs the header Idempotency-Key");
+  if (!IsKey(*key)) {
+    return Problem(400, "bad_key", "the key is not 1 to 64 of A-Z a-z 0-9 . _ : -");
+  }
+  return std::nullopt;
+}
+
+std::optional<int> WaitOf(const std::map<std::string, std::string>& query) {
+  const auto wait = query.find("wait");
+  if (wait == query.end()) return Api::kDefaultWait;
+  const std::optional<int64_t> seconds = ReadCount(wait->second);
+  if (!seconds || *seconds > Api::kMostWait) return std::nullopt;
+  return static_cast<int>(*seconds);
+}
+
+Reply WaitProblem() {
+  return Problem(400, "bad_field",
+                 fmt::format("wait: is no whole number of 0 to {}", Api::kMostWait));
+}
+
+}  // namespace
+
+Reply Api::PostJob(const Request& request, const Path& path) {
+  if (std::optional<Reply> problem = KeyProblem(request.key)) return *problem;
+  const std::optional<int> wait = WaitOf(path.query);
+  if (!wait) return WaitProblem();
+  BodyReader body(request.body, false);
+  if (body.problem()) return *body.problem();
+  body.Allow({"lines", "desk", "reference", "expires_s"});
+  NewJob job;
+  job.key = *request.key;
+  job.digest = body.Digest();
+  job.desk = body.Text("desk", kLongestDesk);
+  job.reference = body.Text("reference", kLongestReference);
+  job.expires =
+      parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
+  job.lines = body.Lines();
+  if (body.problem()) return *body.problem();
+  // A key that is known is answered as it was, whatever is allowed by now.
+  if (std::optional<Reply> replay = Replay(job)) return *replay;
+  Judged judged = parts_.judge.Judge(job.lines, IsOperator(job.desk));
+  if (judged.fault) return FaultProblem(*judged.fault);
+  job.effect = judged.effect;
+  job.refused = std::move(judged.refused);
+  return Take(std::move(job), *wait);
+}
+
+Reply Api::PostDevice(const Request& request, const Path& path) {
+  if (std::optional<Reply> problem = KeyProblem(request.key)) return *problem;
+  const std::optional<int> wait = WaitOf(path.query);
+  if (!wait) return WaitProblem();
+  BodyReader body(request.body, true);
+  if (body.problem()) return *body.problem();
+  body.Allow({"desk", "reference", "expires_s"});
+  const bool closes = path.action == "close-day";
+  NewJob job;
+  job.key = *request.key;
+  // The same body to the other address is another request.
+  job.digest = path.action + " " + body.Digest();
+  job.desk = body.Text("desk", kLongestDesk);
+  if (!body.Has("desk") && !parts_.operators.empty()) job.desk = parts_.operators.front();
+  job.reference = body.Text("reference", kLongestReference);
+  job.expires =
+      parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
+  if (body.problem()) return *body.problem();
+  // AZZGIO and RESPRN, by their numbers.
+  job.lines = {closes ? "#27" : "#74"};
+  job.effect = closes ? JobEffect::kClosing : JobEffect::kReset;
+  if (std::optional<Reply> replay = Replay(job)) return *replay;
+  return Take(std::move(job), *wait);
+}
+
+namespace {
+
+Reply ReplayOf(const Job& job, const std::string& digest) {
+  if (job.digest != digest) {
+    return Problem(422, "key_reused",
+                   fmt::format("the key belongs to job {}, which came with another body", job.id));
+  }
+  if (job.state == JobState::kConfirmed) return JobReply(200, job, true);
+  return JobReply(IsFinal(job.state) ? 422 : 409, job, true);
+}
+
+}  // namespace
+
+std::optional<Reply> Api::Replay(const NewJob& job) {
+  const std::optional<Job> known = parts_.log.FindKey(job.desk, job.key);
+  if (!known) return std::nullopt;
+  return ReplayOf(*known, job.digest);
+}
+
+Reply Api::Take(NewJob job, int wait) {
+  if (parts_.log_failed()) return StorageProblem();
+  const DeviceTrouble trouble = parts_.trouble();
+  for (const TroubleRow& row : kTroubles) {
+    // What gives up an open document is not to wait for it.
+    const bool helps = job.effect == JobEffect::kReset && trouble == DeviceTrouble::kDocumentOpen;
+    if (row.trouble != trouble || helps) continue;
+    Reply reply = Problem(503, row.code, row.detail);
+    reply.headers.emplace_back("Retry-After", "5");
+    return reply;
+  }
+  if (parts_.log.Count(JobState::kQueued) >= kMostQueued) {
+    Reply reply = Problem(429, "queue_full", fmt::format("{} jobs are waiting", kMostQueued));
+    reply.headers.emplace_back("Retry-After", "5");
+    return reply;
+  }
+  bool was_there = false;
+  const Job taken = parts_.log.Accept(job, &was_there);
+  if (was_there) return ReplayOf(taken, job.digest);
+  if (IsFinal(taken.state)) return JobReply(422, taken, false);
+  parts_.wake();
+  Reply reply = JobReply(202, taken, false);
+  reply.wait_for = taken.id;
+  reply.wait_seconds = wait;
+  return reply;
+}
+
+bool Api::IsOver(int64_t job_id) noexcept {
+  try {
+    const std::optional<Job> job = parts_.log.Find(job_id);
+    return !job || IsFinal(job->state) || job->state == JobState::kNeedsOperator;
+  } catch (...) {
+    return true;
+  }
+}
+
+Reply Api::Finish(int64_t job_id) noexcept {
+  try {
+    const std::optional<Job> job = parts_.log.Find(job_id);
+    if (!job) return Problem(404, "not_found", "there is no such job");
+    if (job->state == JobState::kConfirmed) return JobReply(201, *job, false);
+    return JobReply(IsFinal(job->state) ? 422 : 202, *job, false);
+  } catch (const RegisterError&) {
+    return StorageProblem();
+  } catch (...) {
+    return {500, "application/problem+json", "{\"status\":500,\"code\":\"failed\"}\n"};
+  }
+}
+
+Reply Api::PostResolve(const Request& request, const Path& path) {
+  BodyReader body(request.body, false);
+  if (body.problem()) return *body.problem();
+  body.Allow({"outcome", "document", "reason"});
+  const std::string outcome = body.Text("outcome", kLongestReference);
+  const std::string reason = body.Text("reason", kLongestReference);
+  if (outcome != "done" && outcome != "not_done") {
+    body.Refuse(400, "bad_field", "outcome: is neither done nor not_done");
+  }
+  if (reason.empty()) body.Refuse(400, "bad_field", "reason: is missing");
+  JobNews news{.note = reason};
+  const auto document = body.value().find("document");
+  if (document != body.value().end() && !document->is_null()) {
+    const bool good = document->is_object() && document->size() == 2 &&
+                      document->contains("closure") && document->contains("number") &&
+                      document->at("closure").is_number_unsigned() &&
+                      document->at("number").is_number_unsigned() &&
+                      document->at("closure").get<uint64_t>() <= 9999 &&
+                      document->at("number").get<uint64_t>() <= 9999;
+    if (!good) {
+      body.Refuse(400, "bad_field", "document: is no object of closure and number, 0 to 9999");
+    } else {
+      news.document = JobDocument{document->at("closure").get<int>(),
+                                  document->at("number").get<int>(),
+                                  parts_.log.serial(),
+                                  {},
+                                  0};
+    }
+  }
+  if (body.problem()) return *body.problem();
+  const std::optional<Job> job = parts_.log.Find(path.id);
+  if (!job) return Problem(404, "not_found", "there is no such job");
+  if (job->state != JobState::kNeedsOperator) {
+    return Problem(409, "wrong_state", "the job waits for no operator");
+  }
+  const bool done = outcome == "done";
+  const Job resolved = parts_.log.Move(path.id, done ? JobState::kConfirmed : JobState::kRejected,
+                                       done ? Why::kOperatorDone : Why::kOperatorNotDone, news);
+  return JobReply(200, resolved, false);
+}
+
+Reply Api::GetJob(const Request&, const Path& path) {
+  const std::optional<Job> job = parts_.log.Find(path.id);
+  if (!job) return Problem(404, "not_found", "there is no such job");
+  return JobReply(200, *job, false);
+}
+
+Reply Api::ListJobs(const Request&, const Path& path) {
+  constexpr int64_t kMostListed = 100;
+  const auto given = [&](const char* name) -> std::optional<std::string> {
+    const auto found = path.query.find(name);
+    return found == path.query.end() ? std::nullopt : std::optional(found->second);
+  };
+  const std::optional<std::string> key = given("key");
+  if (key) {
+    const std::optional<Job> job = parts_.log.FindKey(given("desk").value_or(std::string()), *key);
+    if (!job) return Problem(404, "not_found", "there is no such job");
+    return JobReply(200, *job, false);
+  }
+  std::optional<JobState> state;
+  if (const std::optional<std::string> name = given("state")) {
+    state = FindJobState(*name);
+    if (!state) return Problem(400, "bad_field", "state: there is no such state");
+  }
+  const std::optional<int64_t> after = ReadCount(given("after").value_or("0"));
+  const std::optional<int64_t> limit = ReadCount(given("limit").value_or("50"));
+  if (!after || !limit || *limit < 1 || *limit > kMostListed) {
+    return Problem(400, "bad_field",
+                   fmt::format("after is a number of a job, limit 1 to {}", kMostListed));
+  }
+  Reply reply;
+  reply.body = "{\"jobs\":[";
+  const char* comma = "";
+  for (const Job& job : parts_.log.List(state, *after, static_cast<int>(*limit))) {
+    std::string text = JobJson(job, false);
+    text.pop_back();
+    reply.body += comma + text;
+    comma = ",";
+  }
+  reply.body += "]}\n";
+  return reply;
+}
+
+Reply Api::DeleteJob(const Request&, const Path& path) {
+  const std::optional<Job> job = parts_.log.Find(path.id);
+  if (!job) return Problem(404, "not_found", "there is no such job");
+  if (job->state != JobState::kQueued) {
+    return Problem(409, "wrong_state", "the job has begun, or is over");
+  }
+  return JobReply(200, parts_.log.Move(path.id, JobState::kCancelled, Why::kCancelled), false);
+}
+
+Reply Api::GetDevice(const Request&, const Path&) {
+  const DeviceTrouble trouble = parts_.trouble();
+  const auto* row = std::find_if(std::begin(kTroubles), std::end(kTroubles),
+                                 [&](const TroubleRow& one) { return one.trouble == trouble; });
+  nlohmann::ordered_json json;
+  json["serial"] = parts_.log.serial();
+  json["ready"] = trouble == DeviceTrouble::kNone && !parts_.log_failed();
+  json["trouble"] = row == std::end(kTroubles) ? nlohmann::ordered_json() : row->code;
+  json["queued"] = parts_.log.Count(JobState::kQueued);
+  json["unknown"] = parts_.log.Count(JobState::kUnknown);
+  json["needs_operator"] = parts_.log.Count(JobState::kNeedsOperator);
+  Reply reply;
+  reply.body = json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return reply;
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,95 @@
+// What the door answers, without the network: requests in, replies out, or a job to wait for.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "door/job/worker.h"
+#include "door/judge/line_judge.h"
+#include "door/log/job_log.h"
+
+namespace lorimat::door {
+
+struct Request {
+  std::string method;
+  std::string target;  // path and query, as they came
+  std::string host;
+  std::optional<std::string> origin;
+  std::string content_type;
+  std::optional<std::string> key;  // Idempotency-Key
+  std::optional<uint64_t> content_length = {};
+  std::string body = {};
+};
+
+struct Reply {
+  int status = 200;
+  std::string content_type = "application/json";
+  std::string body;
+  std::vector<std::pair<std::string, std::string>> headers = {};
+  // An answer once the job's outcome is known, or these seconds are over: by Api::Finish.
+  std::optional<int64_t> wait_for = {};
+  int wait_seconds = 0;
+};
+
+class Api {
+ public:
+  static constexpr size_t kMostBody = 1 << 20;
+  static constexpr size_t kMostLines = 1000;
+  static constexpr size_t kLongestLine = 2046;
+  static constexpr int64_t kMostQueued = 1000;
+  static constexpr int kMostWait = 300;          // seconds
+  static constexpr int kDefaultWait = 30;        // seconds
+  static constexpr int kDefaultExpiry = 600;     // seconds
+  static constexpr int kMostExpiry = 7 * 86400;  // seconds
+
+  struct Parts {
+    JobLog& log;
+    LineJudge& judge;
+    std::vector<std::string> hosts;      // that a request may name: "127.0.0.1:8577"
+    std::vector<std::string> operators;  // desks
+    std::function<DeviceTrouble()> trouble;
+    std::function<bool()> log_failed;
+    std::function<void()> wake;  // a job has come
+  };
+
+  explicit Api(Parts parts) : parts_(std::move(parts)) {}
+
+  // Ahead of the body: the answer to a request that is not to be read any further.
+  std::optional<Reply> RefuseHead(const Request& request) const;
+  Reply Handle(const Request& request) noexcept;
+  // Whether nothing more is to be waited for.
+  bool IsOver(int64_t job_id) noexcept;
+  // The answer to a POST whose job was waited for.
+  Reply Finish(int64_t job_id) noexcept;
+
+ private:
+  struct Path;
+  using Handler = Reply (Api::*)(const Request& request, const Path& path);
+  struct Route;
+
+  Reply Serve(const Request& request);
+  Reply PostJob(const Request& request, const Path& path);
+  Reply PostDevice(const Request& request, const Path& path);
+  Reply PostResolve(const Request& request, const Path& path);
+  Reply GetJob(const Request& request, const Path& path);
+  Reply ListJobs(const Request& request, const Path& path);
+  Reply DeleteJob(const Request& request, const Path& path);
+  Reply GetDevice(const Request& request, const Path& path);
+  Reply Take(NewJob job, int wait);
+  std::optional<Reply> Replay(const NewJob& job);
+  bool IsOperator(const std::string& desk) const;
+
+  Parts parts_;
+};
+
+// A problem as RFC 9457 has it.
+Reply Problem(int status, std::string_view code, const std::string& detail);
+// A job as clients see it.
+std::string JobJson(const Job& job, bool replayed);
+
+}  // namespace lorimat::door

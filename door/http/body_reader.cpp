@@ -1,0 +1,107 @@
+#include "door/http/body_reader.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "door/http/canonical_json.h"
+#include "door/judge/code_page.h"
+#include "register/value/digest.h"
+
+namespace lorimat::door {
+
+BodyReader::BodyReader(const std::string& body, bool may_be_empty) {
+  if (body.empty() && may_be_empty) return;
+  std::string fault;
+  std::optional<nlohmann::json> value = ReadJson(body, &fault);
+  if (!value) {
+    Refuse(400, "bad_json", "the body cannot be read: " + fault);
+  } else if (!value->is_object()) {
+    Refuse(400, "bad_json", "the body is no object");
+  } else {
+    value_ = std::move(*value);
+  }
+}
+
+std::string BodyReader::Digest() const { return Sha256(CanonicalJson(value_)); }
+
+void BodyReader::Refuse(int status, std::string_view code, const std::string& detail) {
+  if (!problem_) problem_ = Problem(status, code, detail);
+}
+
+void BodyReader::Allow(std::initializer_list<std::string_view> names) {
+  for (const auto& [name, member] : value_.get_ref<const nlohmann::json::object_t&>()) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) {
+      Refuse(400, "unknown_field", "the body has a field that is not known: " + name);
+    }
+  }
+}
+
+std::string BodyReader::Text(std::string_view name, size_t most) {
+  const auto member = value_.find(name);
+  if (member == value_.end()) return {};
+  if (!member->is_string()) {
+    Refuse(400, "bad_field", fmt::format("{}: is no text", name));
+    return {};
+  }
+  const std::string& text = member->get_ref<const std::string&>();
+  const DeviceText device = ToDevice(text);
+  if (device.fault == TextFault::kControl) {
+    Refuse(400, "control_character",
+           fmt::format("{}: a control character at column {}", name, device.column));
+  } else if (text.size() > most) {
+    Refuse(400, "bad_field", fmt::format("{}: is longer than {} bytes", name, most));
+  }
+  return text;
+}
+
+int64_t BodyReader::Number(std::string_view name, int64_t least, int64_t most, int64_t missing) {
+  const auto member = value_.find(name);
+  if (member == value_.end()) return missing;
+  // One that passes the range of the type is no integer for the reader of JSON.
+  const bool fits =
+      member->is_number_integer() &&
+      (!member->is_number_unsigned() || member->get<uint64_t>() <= static_cast<uint64_t>(most)) &&
+      member->get<int64_t>() >= least && member->get<int64_t>() <= most;
+  if (!fits) {
+    Refuse(400, "bad_field", fmt::format("{}: is no whole number of {} to {}", name, least, most));
+    return missing;
+  }
+  return member->get<int64_t>();
+}
+
+std::vector<std::string> BodyReader::Lines() {
+  std::vector<std::string> lines;
+  const auto member = value_.find("lines");
+  if (member == value_.end() || !member->is_array() || member->empty()) {
+    Refuse(400, "bad_field", "lines: is no list of lines");
+    return lines;
+  }
+  if (member->size() > Api::kMostLines) {
+    Refuse(413, "too_large", fmt::format("lines: more than {}", Api::kMostLines));
+    return lines;
+  }
+  for (const nlohmann::json& line : *member) {
+    const size_t number = lines.size() + 1;
+    if (!line.is_string()) {
+      Refuse(400, "bad_field", fmt::format("lines: line {} is no text", number));
+      return lines;
+    }
+    DeviceText text = ToDevice(line.get_ref<const std::string&>());
+    if (text.fault == TextFault::kControl) {
+      Refuse(400, "control_character",
+             fmt::format("line {}, column {}: a control character", number, text.column));
+    } else if (text.fault == TextFault::kNotInCodePage) {
+      Refuse(400, "not_in_code_page",
+             fmt::format("line {}, column {}: a character that the device does not have", number,
+                         text.column));
+    } else if (text.bytes.size() > Api::kLongestLine) {
+      Refuse(413, "too_large",
+             fmt::format("line {}: longer than {} bytes", number, Api::kLongestLine));
+    }
+    lines.push_back(std::move(text.bytes));
+  }
+  return lines;
+}
+
+}  // namespace lorimat::door

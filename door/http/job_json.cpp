@@ -1,0 +1,80 @@
+// Jobs and problems as clients read them.
+
+#include <fmt/format.h>
+
+#include <nlohmann/json.hpp>
+
+#include "door/http/api.h"
+#include "door/judge/code_page.h"
+#include "door/log/iso_time.h"
+
+namespace lorimat::door {
+namespace {
+
+using nlohmann::ordered_json;
+
+// "2.00"; more than two decimals where they are needed.
+std::string MoneyText(int64_t amount) {
+  constexpr uint64_t kUnit = 10000;
+  constexpr uint64_t kCent = 100;
+  const uint64_t all =
+      amount < 0 ? 0 - static_cast<uint64_t>(amount) : static_cast<uint64_t>(amount);
+  const char* sign = amount < 0 ? "-" : "";
+  if (all % kCent == 0) return fmt::format("{}{}.{:02}", sign, all / kUnit, all % kUnit / kCent);
+  return fmt::format("{}{}.{:04}", sign, all / kUnit, all % kUnit);
+}
+
+ordered_json DocumentJson(const Job& job) {
+  if (!job.document) return nullptr;
+  const JobDocument& document = *job.document;
+  ordered_json json;
+  json["closure"] = document.closure;
+  // A day closing has no other number.
+  json["number"] = document.number == 0 ? ordered_json() : ordered_json(document.number);
+  json["serial"] = FromDevice(document.serial);
+  json["time"] = document.time;
+  json["total"] = MoneyText(document.total);
+  return json;
+}
+
+}  // namespace
+
+Reply Problem(int status, std::string_view code, const std::string& detail) {
+  ordered_json json;
+  json["status"] = status;
+  json["code"] = code;
+  json["detail"] = detail;
+  Reply reply;
+  reply.status = status;
+  reply.content_type = "application/problem+json";
+  reply.body = json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+  return reply;
+}
+
+std::string JobJson(const Job& job, bool replayed) {
+  ordered_json json;
+  json["id"] = job.id;
+  json["key"] = job.key;
+  json["desk"] = job.desk;
+  json["reference"] = job.reference;
+  json["state"] = JobStateName(job.state);
+  json["document"] = DocumentJson(job);
+  json["lines"] = ordered_json::array();
+  for (const LineAnswer& answer : job.answers) {
+    json["lines"].push_back({{"line", answer.line},
+                             {"code", answer.code},
+                             {"text", FromDevice(answer.text)},
+                             {"explanation", answer.explanation}});
+  }
+  json["replayed"] = replayed;
+  json["history"] = ordered_json::array();
+  for (const JobStep& step : job.history) {
+    std::string why(WhyText(step.why));
+    if (!step.note.empty()) why += ": " + step.note;
+    json["history"].push_back(
+        {{"time", IsoTime(step.time)}, {"state", JobStateName(step.state)}, {"why", why}});
+  }
+  return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace lorimat::door

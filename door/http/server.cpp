@@ -1,0 +1,287 @@
+#include "door/http/server.h"
+
+#include <atomic>
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/strand.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http.hpp>
+#include <boost/beast/version.hpp>
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "door/http/api.h"
+
+namespace lorimat::door {
+namespace {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = beast::http;
+using asio::ip::tcp;
+using Timer = asio::steady_timer;
+
+constexpr int kThreads = 4;
+constexpr size_t kMostHeader = 16 * 1024;
+constexpr std::chrono::seconds kHeadTime{15};  // for a head, also of the next request
+constexpr std::chrono::seconds kBodyTime{15};
+constexpr std::chrono::seconds kWriteTime{15};
+constexpr std::chrono::seconds kLinger{1};
+constexpr size_t kMostLingering = 4 << 20;
+
+constexpr auto kTuple = asio::as_tuple(asio::use_awaitable);
+
+std::string Text(beast::string_view text) { return {text.data(), text.size()}; }
+
+Request HeadOf(const http::request<http::string_body>& message,
+               const boost::optional<uint64_t>& length) {
+  Request request;
+  request.method = Text(message.method_string());
+  request.target = Text(message.target());
+  request.host = Text(message[http::field::host]);
+  request.content_type = Text(message[http::field::content_type]);
+  const auto origin = message.find(http::field::origin);
+  if (origin != message.end()) request.origin = Text(origin->value());
+  const auto key = message.find("Idempotency-Key");
+  if (key != message.end()) request.key = Text(key->value());
+  if (length) request.content_length = *length;
+  return request;
+}
+
+}  // namespace
+
+class HttpServer::Impl {
+ public:
+  Impl(const std::string& address, uint16_t port)
+      : io_(kThreads), acceptor_(asio::make_strand(io_)) {
+    const tcp::endpoint endpoint(asio::ip::make_address(address), port);
+    acceptor_.open(endpoint.protocol());
+    acceptor_.set_option(asio::socket_base::reuse_address(true));
+    acceptor_.bind(endpoint);
+    acceptor_.listen();
+    port_ = acceptor_.local_endpoint().port();
+  }
+
+  ~Impl() { Stop(); }
+
+  uint16_t port() const { return port_; }
+
+  void Start(Api& api) {
+    api_ = &api;
+    asio::co_spawn(acceptor_.get_executor(), Listen(), asio::detached);
+    for (int i = 0; i < kThreads; ++i) threads_.emplace_back([this] { io_.run(); });
+  }
+
+  void Notify(int64_t job_id) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto [first, last] = waiting_.equal_range(job_id);
+    for (auto row = first; row != last; ++row) Wake(row->second);
+  }
+
+  void Stop() {
+    if (threads_.empty()) return;
+    asio::post(acceptor_.get_executor(), [this] { acceptor_.close(); });
+    {
+      // What waits is answered with what is known; idle connections are closed.
+      const std::lock_guard<std::mutex> lock(mutex_);
+      stopping_ = true;
+      for (auto& [id, timer] : waiting_) Wake(timer);
+      for (beast::tcp_stream* stream : idle_) {
+        asio::post(stream->get_executor(), [this, stream] { CloseIdle(stream); });
+      }
+    }
+    for (std::thread& thread : threads_) thread.join();
+    threads_.clear();
+  }
+
+ private:
+  // On the strand of its connection, which either waits by now or looks at the job again.
+  static void Wake(const std::shared_ptr<Timer>& timer) {
+    asio::post(timer->get_executor(), [timer] { timer->cancel(); });
+  }
+
+  void CloseIdle(beast::tcp_stream* stream) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (idle_.count(stream) != 0) stream->cancel();
+  }
+
+  bool IsStopping() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return stopping_;
+  }
+
+  asio::awaitable<void> Listen() {
+    for (;;) {
+      auto [error, socket] = co_await acceptor_.async_accept(asio::make_strand(io_), kTuple);
+      if (!acceptor_.is_open()) co_return;
+      if (error) {
+        // No descriptor is left, say: others have to end first.
+        Timer pause(acceptor_.get_executor(), std::chrono::milliseconds(100));
+        co_await pause.async_wait(kTuple);
+        continue;
+      }
+      if (connections_ >= kMostConnections) continue;
+      ++connections_;
+      const auto strand = socket.get_executor();
+      asio::co_spawn(strand, Serve(std::move(socket)),
+                     [this](const std::exception_ptr&) { --connections_; });
+    }
+  }
+
+  asio::awaitable<void> Serve(tcp::socket socket) {
+    beast::tcp_stream stream(std::move(socket));
+    beast::flat_buffer buffer(2 * kMostHeader + Api::kMostBody);
+    while (co_await ServeOne(stream, buffer)) {
+    }
+    co_await Close(stream);
+  }
+
+  // Registers the stream as one that may be closed without loss.
+  bool BeginIdle(beast::tcp_stream* stream) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!stopping_) idle_.insert(stream);
+    return !stopping_;
+  }
+  void EndIdle(beast::tcp_stream* stream) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    idle_.erase(stream);
+  }
+
+  // Whether the connection goes on.
+  asio::awaitable<bool> ServeOne(beast::tcp_stream& stream, beast::flat_buffer& buffer) {
+    http::request_parser<http::string_body> parser;
+    parser.header_limit(kMostHeader);
+    parser.body_limit(Api::kMostBody);
+    if (!BeginIdle(&stream)) co_return false;
+    stream.expires_after(kHeadTime);
+    auto [error, size] = co_await http::async_read_header(stream, buffer, parser, kTuple);
+    EndIdle(&stream);
+    const unsigned version = parser.get().version();
+    if (error) {
+      std::optional<Reply> reply = Complaint(error);
+      if (reply) co_await Write(stream, *reply, version, false);
+      co_return false;
+    }
+    Request request = HeadOf(parser.get(), parser.content_length());
+    if (std::optional<Reply> refused = api_->RefuseHead(request)) {
+      co_await Write(stream, *refused, version, false);
+      co_return false;
+    }
+    stream.expires_after(kBodyTime);
+    if (beast::iequals(parser.get()[http::field::expect], "100-continue")) {
+      http::response<http::empty_body> go_on(http::status::continue_, version);
+      auto [failed, written] = co_await http::async_write(stream, go_on, kTuple);
+      if (failed) co_return false;
+    }
+    auto [body_error, body_size] = co_await http::async_read(stream, buffer, parser, kTuple);
+    if (body_error) {
+      std::optional<Reply> reply = Complaint(body_error);
+      if (reply) co_await Write(stream, *reply, version, false);
+      co_return false;
+    }
+    const bool keep = parser.get().keep_alive() && !IsStopping();
+    request.body = std::move(parser.get().body());
+    Reply reply = api_->Handle(request);
+    if (reply.wait_for && reply.wait_seconds > 0) {
+      co_await WaitFor(*reply.wait_for, reply.wait_seconds, stream);
+      reply = api_->Finish(*reply.wait_for);
+    }
+    co_return co_await Write(stream, reply, version, keep);
+  }
+
+  // What a request is told that cannot be read; nothing for one that has gone or is too slow.
+  static std::optional<Reply> Complaint(const boost::system::error_code& error) {
+    if (error == http::error::body_limit) {
+      return Problem(413, "too_large", "the body is too long");
+    }
+    if (error == http::error::header_limit) {
+      return Problem(431, "too_large", "the head is too long");
+    }
+    const bool is_form = error.category() == make_error_code(http::error::bad_method).category() &&
+                         error != http::error::end_of_stream &&
+                         error != http::error::partial_message;
+    if (!is_form) return std::nullopt;
+    return Problem(400, "bad_request", "the request is not HTTP");
+  }
+
+  asio::awaitable<void> WaitFor(int64_t job_id, int seconds, beast::tcp_stream& stream) {
+    const auto timer = std::make_shared<Timer>(stream.get_executor());
+    timer->expires_after(std::chrono::seconds(seconds));
+    stream.expires_never();
+    std::multimap<int64_t, std::shared_ptr<Timer>>::iterator row;
+    bool stopping = false;
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      row = waiting_.emplace(job_id, timer);
+      stopping = stopping_;
+    }
+    // Behind the row: what ends from here on wakes the timer.
+    if (!stopping && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    waiting_.erase(row);
+  }
+
+  static asio::awaitable<bool> Write(beast::tcp_stream& stream, Reply& reply, unsigned version,
+                                     bool keep) {
+    http::response<http::string_body> message(static_cast<http::status>(reply.status), version);
+    message.set(http::field::content_type, reply.content_type);
+    message.set(http::field::cache_control, "no-store");
+    message.set("X-Content-Type-Options", "nosniff");
+    for (const auto& [name, value] : reply.headers) message.set(name, value);
+    message.body() = std::move(reply.body);
+    message.keep_alive(keep);
+    message.prepare_payload();
+    stream.expires_after(kWriteTime);
+    auto [error, size] = co_await http::async_write(stream, message, kTuple);
+    co_return !error && keep;
+  }
+
+  // Takes for a moment what is still on its way: closed at once, the connection would take the
+  // answer along.
+  static asio::awaitable<void> Close(beast::tcp_stream& stream) {
+    boost::system::error_code ignored;
+    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
+    stream.expires_after(kLinger);
+    std::vector<char> rest(16 * 1024);
+    for (size_t taken = 0; taken < kMostLingering;) {
+      auto [error, size] = co_await stream.async_read_some(asio::buffer(rest), kTuple);
+      if (error) break;
+      taken += size;
+    }
+  }
+
+  asio::io_context io_;
+  tcp::acceptor acceptor_;
+  uint16_t port_ = 0;
+  Api* api_ = nullptr;
+  std::atomic<int> connections_{0};
+  std::mutex mutex_;
+  bool stopping_ = false;
+  std::multimap<int64_t, std::shared_ptr<Timer>> waiting_;
+  std::set<beast::tcp_stream*> idle_;
+  std::vector<std::thread> threads_;
+};
+
+HttpServer::HttpServer(const std::string& address, uint16_t port)
+    : impl_(std::make_unique<Impl>(address, port)) {}
+HttpServer::~HttpServer() = default;
+uint16_t HttpServer::port() const { return impl_->port(); }
+void HttpServer::Start(Api& api) { impl_->Start(api); }
+void HttpServer::Notify(int64_t job_id) { impl_->Notify(job_id); }
+void HttpServer::Stop() { impl_->Stop(); }
+
+}  // namespace lorimat::door

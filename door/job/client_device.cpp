@@ -1,0 +1,150 @@
+#include "door/job/client_device.h"
+
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+#include "console/message/translate.h"
+#include "rpccommon/client/rtfclientinterface.h"
+#include "rpccommon/services/rtfconst.h"
+#include "rpccommon/services/rtffptrconst.h"
+
+namespace lorimat::door {
+namespace {
+
+// Data items.
+constexpr int kInvoice = 15;
+constexpr int kDayTotal = 89;
+constexpr int kSerial = 92;
+constexpr int kStatus = 371;
+constexpr int kClosure = 394;
+
+// The longest text of the interface has 512 characters; a client that is in no hurry to close its
+// text finds it closed.
+using Text = std::array<char, 1024>;
+
+// What a client does wrong is a device that does not answer.
+template <typename Call>
+bool Asks(Call call) {
+  try {
+    return call() == RTF_SUCCESS;
+  } catch (...) {
+    return false;
+  }
+}
+
+std::optional<std::string> Item(RtfClientInterface& client, int item) {
+  Text text{};
+  if (!Asks([&] { return client.GetDataInternal(item, text.data()); })) return std::nullopt;
+  text.back() = 0;
+  return std::string(text.data());
+}
+
+template <typename Number>
+std::optional<Number> ReadNumber(std::string_view text) {
+  Number value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+template <typename Number>
+std::optional<Number> NumberItem(RtfClientInterface& client, int item) {
+  const std::optional<std::string> text = Item(client, item);
+  return text ? ReadNumber<Number>(*text) : std::nullopt;
+}
+
+std::optional<int> LastReceipt(RtfClientInterface& client) {
+  Text text{};
+  int number = 0;
+  if (!Asks([&] { return client.GetData(RTF_FPTR_GD_FISCAL_REC, &number, text.data()); })) {
+    return std::nullopt;
+  }
+  text.back() = 0;
+  return ReadNumber<int>(text.data());
+}
+
+std::optional<int> PrinterState(RtfClientInterface& client) {
+  int state = 0;
+  if (!Asks([&] { return client.GetIntProperty(RTF_PIDXFptr_PrinterState, &state); })) {
+    return std::nullopt;
+  }
+  return state;
+}
+
+// The last field of the status line, and what is open by its second one, a decimal number: 2 to 6
+// are fiscal documents.
+struct Status {
+  int functional = 0;
+  int key = 0;
+};
+
+std::optional<Status> ReadStatus(RtfClientInterface& client) {
+  const std::optional<std::string> line = Item(client, kStatus);
+  if (!line) return std::nullopt;
+  const size_t first = line->find(';');
+  const size_t last = line->rfind(';');
+  if (first == line->npos) return std::nullopt;
+  const std::string_view all = *line;
+  const size_t second = all.find(';', first + 1);
+  if (second == all.npos) return std::nullopt;
+  const std::optional<int> functional = ReadNumber<int>(all.substr(first + 1, second - first - 1));
+  const std::optional<int> key = ReadNumber<int>(all.substr(last + 1));
+  if (!functional || !key) return std::nullopt;
+  return Status{*functional, *key};
+}
+
+}  // namespace
+
+std::optional<DeviceState> ClientDevice::Ask() {
+  RtfClientInterface& device = client();
+  const std::optional<std::string> serial = Item(device, kSerial);
+  const std::optional<int> closure = NumberItem<int>(device, kClosure);
+  const std::optional<int> document = LastReceipt(device);
+  const std::optional<int> invoice = NumberItem<int>(device, kInvoice);
+  const std::optional<int64_t> total = NumberItem<int64_t>(device, kDayTotal);
+  const std::optional<int> printer = PrinterState(device);
+  const std::optional<Status> status = ReadStatus(device);
+  if (!serial || serial->empty() || !closure || !document || !invoice || !total || !printer ||
+      !status) {
+    return std::nullopt;
+  }
+  DeviceState state;
+  state.numbers = {*serial, *closure, *document, *invoice, *total};
+  // Both are asked: a device may be open for one and closed for the other.
+  state.is_open = *printer != RTF_FPTR_PS_MONITOR || status->functional > 1;
+  state.is_fiscal_open = status->functional >= 2 && status->functional <= 6;
+  state.key_registering = status->key == 1;
+  return state;
+}
+
+std::string ClientDevice::Missing() {
+  RtfClientInterface& device = client();
+  std::string missing;
+  const auto need = [&missing](bool there, std::string_view what) {
+    if (there) return;
+    if (!missing.empty()) missing += ", ";
+    missing += console::Translated(what);
+  };
+  const std::optional<std::string> serial = Item(device, kSerial);
+  need(serial && !serial->empty(), TR_TEXT("serial number (data item 92)"));
+  need(NumberItem<int>(device, kClosure).has_value(), TR_TEXT("last day closing (data item 394)"));
+  need(LastReceipt(device).has_value(), TR_TEXT("last document (GetData 20)"));
+  need(NumberItem<int>(device, kInvoice).has_value(), TR_TEXT("last invoice (data item 15)"));
+  need(NumberItem<int64_t>(device, kDayTotal).has_value(),
+       TR_TEXT("total of the day (data item 89)"));
+  need(PrinterState(device).has_value(), TR_TEXT("state of the printer"));
+  need(ReadStatus(device).has_value(), TR_TEXT("status line (data item 371)"));
+  return missing;
+}
+
+int ClientDevice::PrintMark(const std::string& mark) {
+  try {
+    return client().PrintRecMessage(mark.c_str());
+  } catch (...) {
+    return RTF_E_FAILURE;
+  }
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,26 @@
+// The virtual register as the door's device.
+#pragma once
+
+#include <string>
+
+#include "door/job/client_device.h"
+#include "register/client/virtual_register.h"
+
+namespace lorimat::door {
+
+class RegisterDevice : public ClientDevice {
+ public:
+  // Throws RegisterError when the file cannot be opened.
+  explicit RegisterDevice(RegisterSettings settings);
+
+  RtfClientInterface& client() override { return register_; }
+  std::optional<LastDocument> Last() override;
+  std::optional<JobDocument> LastClosing() override;
+
+  VirtualRegister& device() { return register_; }
+
+ private:
+  VirtualRegister register_;
+};
+
+}  // namespace lorimat::door

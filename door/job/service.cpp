@@ -1,0 +1,124 @@
+#include "door/job/service.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lorimat::door {
+namespace {
+
+int64_t SteadyTime() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+}  // namespace
+
+Service::Service(Parts parts)
+    : parts_(std::move(parts)),
+      worker_(
+          parts_.log, parts_.device, parts_.judge,
+          [this](const std::string& line, std::string* answer) {
+            NoteCall();
+            const long code = parts_.run(line, answer);
+            NoteCall();
+            return code;
+          },
+          parts_.watch) {}
+
+Service::~Service() { Stop(); }
+
+void Service::NoteCall() { call_ = SteadyTime(); }
+
+int64_t Service::SinceCall() const {
+  const int64_t call = call_;
+  return call == 0 ? 0 : SteadyTime() - call;
+}
+
+void Service::Start() {
+  thread_ = std::thread([this] { Loop(); });
+  watcher_ = std::thread([this] { WatchLoop(); });
+}
+
+void Service::Stop() {
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    stopping_ = true;
+  }
+  wake_.notify_all();
+  if (thread_.joinable()) thread_.join();
+  if (watcher_.joinable()) watcher_.join();
+}
+
+void Service::Wake() {
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    woken_ = true;
+  }
+  wake_.notify_all();
+}
+
+// Grows, so that a device that is away is not asked without end.
+void Service::Pause(int* round) {
+  constexpr int kShortest = 100;  // milliseconds
+  constexpr int kDoublings = 6;
+  const auto pause = std::chrono::milliseconds(kShortest << std::min(*round, kDoublings));
+  ++*round;
+  std::unique_lock<std::mutex> lock(mutex_);
+  if (wake_.wait_for(lock, pause, [this] { return stopping_ || woken_; })) *round = 0;
+  woken_ = false;
+}
+
+void Service::Loop() {
+  int round = 0;
+  for (;;) {
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      if (stopping_) return;
+    }
+    Worker::Did did = Worker::Did::kBlocked;
+    bool failed = false;
+    NoteCall();
+    try {
+      did = worker_.Work();
+    } catch (const IllegalMove&) {
+      // It was cancelled as it was about to begin.
+      did = Worker::Did::kWork;
+    } catch (const std::exception& error) {
+      // The log, or no memory: what was begun is running in the log, and is resolved.
+      failed = true;
+      if (parts_.tell) parts_.tell(DeviceTrouble::kNone, &error);
+    }
+    call_ = 0;
+    log_failed_ = failed;
+    trouble_ = worker_.trouble();
+    if (!failed && parts_.tell) parts_.tell(trouble_, nullptr);
+    if (did == Worker::Did::kWork) {
+      round = 0;
+      continue;
+    }
+    Pause(&round);
+  }
+}
+
+void Service::WatchLoop() {
+  constexpr std::chrono::milliseconds kLook{200};
+  const int64_t limit = std::chrono::milliseconds(parts_.device_timeout).count();
+  std::unique_lock<std::mutex> lock(mutex_);
+  while (!(stopping_ && call_ == 0)) {
+    wake_.wait_for(lock, kLook);
+    if (SinceCall() <= limit) continue;
+    lock.unlock();
+    try {
+      if (const std::optional<Job> job = parts_.log.First(JobState::kRunning)) {
+        parts_.log.Move(job->id, JobState::kUnknown, Why::kHang);
+      }
+    } catch (const std::exception&) {
+      // It is running in the log, which says as much.
+    }
+    if (parts_.hung) parts_.hung();
+    return;
+  }
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,69 @@
+// The thread that works, and the one that watches it.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "door/job/worker.h"
+
+namespace lorimat::door {
+
+class Service {
+ public:
+  struct Parts {
+    JobLog& log;
+    FiscalDevice& device;
+    LineJudge& judge;
+    LineRunner run;
+    StepWatch watch = nullptr;
+    // A call of the device that takes longer: `hung` is called, with its job unknown in the log.
+    std::chrono::seconds device_timeout{300};
+    std::function<void()> hung;
+    // Told, again and again, what keeps the jobs waiting: the device, or what was thrown; from the
+    // working thread.
+    std::function<void(DeviceTrouble trouble, const std::exception* failure)> tell;
+  };
+
+  explicit Service(Parts parts);
+  // As Stop.
+  ~Service();
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+
+  void Start();
+  // The job at work is finished; those that are queued stay so.
+  void Stop();
+  // There is a job to look at.
+  void Wake();
+
+  DeviceTrouble trouble() const { return trouble_; }
+  // Whether the log could not be written the last time.
+  bool log_failed() const { return log_failed_; }
+
+ private:
+  void Loop();
+  void WatchLoop();
+  void Pause(int* round);
+  int64_t SinceCall() const;
+  void NoteCall();
+
+  Parts parts_;
+  Worker worker_;
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  bool stopping_ = false;
+  bool woken_ = false;
+  std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
+  std::atomic<bool> log_failed_{false};
+  std::atomic<int64_t> call_{0};  // milliseconds of a steady clock; 0: not at work
+  std::thread thread_;
+  std::thread watcher_;
+};
+
+}  // namespace lorimat::door

@@ -1,0 +1,40 @@
+// What a device's numbers say of a job that may have had its effect. Nothing here asks or changes
+// anything: the same facts give the same verdict.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "door/job/fiscal_device.h"
+
+namespace lorimat::door {
+
+enum class Outcome : uint8_t { kDone, kNotDone, kNobodyKnows };
+
+struct Verdict {
+  Outcome outcome = Outcome::kNobodyKnows;
+  Why why = Why::kUnclearNumbers;
+  std::optional<JobDocument> document = {};  // of kDone; of a closing without a number
+};
+
+struct Evidence {
+  JobEffect effect = JobEffect::kDocument;
+  DeviceNumbers before;  // ahead of the first line
+  DeviceNumbers now;     // with nothing open
+  std::string mark;
+  std::optional<LastDocument> last = {};
+  std::optional<JobDocument> last_closing = {};
+  // Every line that was sent was answered, by this process, so that a document that came meanwhile
+  // needs no mark.
+  bool all_answered = false;
+};
+
+// A job whose effect is a document or a closing. An amount proves nothing: two coffees cost the
+// same.
+Verdict Judge(const Evidence& evidence);
+
+// Whether the mark stands in a line of a paper.
+bool HasMark(const std::vector<std::string>& paper, const std::string& mark);
+
+}  // namespace lorimat::door

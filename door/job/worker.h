@@ -1,0 +1,86 @@
+// Runs the jobs of a log on a device, one after the other, and asks the device where it is not
+// known what became of one. One thread calls it.
+//
+//   at most one effect   a job is sent only from `queued`, behind a baseline that is on the disk;
+//                        it is queued again only when the device has been asked and has no effect
+//   every outcome known  what was begun is concluded by the device's answers, or by asking it, also
+//                        behind a crash
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "door/job/fiscal_device.h"
+#include "door/job/steps.h"
+#include "door/job/verdict.h"
+#include "door/judge/line_judge.h"
+#include "door/log/job_log.h"
+
+namespace lorimat::door {
+
+// The translator: runs a line, and writes its answer's text. 0 or a result code.
+using LineRunner = std::function<long(const std::string& line, std::string* answer)>;
+
+// How the door stands with its device.
+enum class DeviceTrouble : uint8_t {
+  kNone,
+  kDocumentOpen,  // that is no job's
+  kAway,          // it does not answer
+  kOtherDevice,   // it is not the one of the log
+};
+
+class Worker {
+ public:
+  // How often a job begins at most.
+  static constexpr int kMostAttempts = 3;
+
+  enum class Did : uint8_t {
+    kNothing,  // there is nothing to do
+    kWork,     // a job has moved
+    kBlocked,  // see trouble
+  };
+
+  Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run,
+         StepWatch watch = nullptr);
+
+  // Does one thing: resolves what is unknown, or runs the next job. Throws RegisterError when the
+  // log fails; what was begun is resolved the next time.
+  Did Work();
+
+  DeviceTrouble trouble() const { return trouble_; }
+
+ private:
+  struct Run;
+
+  void At(Step step) const {
+    if (watch_) watch_(step);
+  }
+  Did Blocked(DeviceTrouble trouble);
+  Did RunNext();
+  Did RunReset(const Job& job);
+  bool Prepare();
+  std::optional<DeviceState> Ask();
+  std::optional<DeviceState> AskIdle();
+  bool GiveUpOpen();
+  void SendLines(const Job& job, const std::vector<bool>& pays, Run* run);
+  bool PrintMark(const Job& job, int line, Run* run);
+  void Conclude(const Job& job, const Run& run);
+  void ConcludeNumbered(const Job& job, const Run& run, const DeviceNumbers& now, bool left_open);
+  Verdict JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answered);
+  Did Resolve(const Job& job);
+  void Move(const Job& job, JobState to, Why why, const JobNews& news = {});
+
+  JobLog& log_;
+  FiscalDevice& device_;
+  LineJudge& judge_;
+  LineRunner run_;
+  StepWatch watch_;
+  DeviceTrouble trouble_ = DeviceTrouble::kNone;
+};
+
+// Whether a code leaves open what the device did.
+bool IsUnclear(long code);
+
+}  // namespace lorimat::door

@@ -1,0 +1,205 @@
+#include "door/judge/line_judge.h"
+
+#include <algorithm>
+
+#include "language/code_explanation.h"
+#include "language/field_kinds.h"
+#include "language/handler_fields.h"
+#include "pal/peripherals/keyboard/functioncode.h"
+#include "pal/protocols/lorimat/fields.h"
+
+namespace lorimat::door {
+namespace {
+
+// What a line may do, as far as it counts for the outcome of a job.
+enum Does : unsigned {
+  kNothing = 0,
+  kInDocument = 1,  // belongs to a fiscal document
+  kSells = 2,
+  kOpens = 4,
+  kPays = 8,         // or ends the document in another way
+  kLotteryKey = 16,  // announces a code
+  kCloses = 32,      // the day
+  kPrints = 64,      // what has no number
+  kProgrammes = 128,
+  kDenied = 256,
+};
+
+constexpr unsigned kFiscal = kInDocument | kSells | kOpens | kPays;
+constexpr unsigned kWithoutNumber = kPrints | kProgrammes;
+
+using Read = unsigned (*)(const EcrCmdCommand& line);
+
+struct Row {
+  int opcode;
+  bool for_operator;
+  unsigned does;
+  Read more = nullptr;  // by its fields
+};
+
+int Number(const EcrCmdCommand& line, int field) { return TextToInt(line.szCampi[field]); }
+
+// A document that the device makes void by itself is over.
+unsigned VoidDocument(const EcrCmdCommand& line) {
+  constexpr int kAuto = 5;
+  return Given(line, kAuto) ? kPays : kNothing;
+}
+
+unsigned Report(const EcrCmdCommand& line) {
+  constexpr int kMode = 2;
+  return Number(line, kMode) == 1 ? kCloses : kPrints;
+}
+
+// Keys sell, void and report too; these are the ones that have no command of their own.
+unsigned Key(const EcrCmdCommand& line) {
+  constexpr int kKey = 4;
+  const int key = Number(line, kKey);
+  switch (key) {
+    case FunctionCode::kClear:
+      return kNothing;
+    case FunctionCode::kLotteryCode:
+      return kInDocument | kLotteryKey;
+    case FunctionCode::kConfirm:
+    case FunctionCode::kTaxCode:
+      return kInDocument;
+    default:
+      break;
+  }
+  const bool pays = key >= FunctionCode::kSubTender01 && key <= FunctionCode::kLastSubTender;
+  return pays ? kInDocument | kPays : kDenied;
+}
+
+constexpr Row kRows[] = {
+    {10, false, kInDocument | kSells},
+    {11, false, kInDocument | kPays},
+    {9, false, kNothing, &Key},
+    {12, false, kInDocument},
+    {80, false, kInDocument},
+    {16, false, kInDocument},
+    {17, false, kInDocument},
+    {18, false, kInDocument},
+    {73, false, kInDocument},
+    {19, false, kInDocument},
+    {20, false, kInDocument},
+    {21, false, kInDocument},
+    {22, false, kPrints},
+    {23, false, kInDocument | kOpens},
+    {24, false, kInDocument | kOpens},
+    {124, false, kInDocument | kOpens, &VoidDocument},
+    {8, false, kNothing},
+    {74, false, kNothing},
+    {26, true, kNothing, &Report},
+    {27, true, kCloses},
+    {72, true, kPrints},
+    {121, true, kPrints},
+    {1, true, kProgrammes},
+    {2, true, kProgrammes},
+    {15, true, kProgrammes},
+    {31, true, kProgrammes},
+    {33, true, kProgrammes},
+    {34, true, kProgrammes},
+    {36, true, kProgrammes},
+    {38, true, kProgrammes},
+    {39, true, kProgrammes},
+    {41, true, kProgrammes},
+    {43, true, kProgrammes},
+    {53, true, kProgrammes},
+    {54, true, kProgrammes},
+};
+
+const Row* FindRow(int opcode) {
+  const Row* row = std::find_if(std::begin(kRows), std::end(kRows),
+                                [&](const Row& one) { return one.opcode == opcode; });
+  return row == std::end(kRows) ? nullptr : row;
+}
+
+// 0 when it names none.
+int FileField(const EcrCmdCommand& line, int opcode) {
+  const language::CommandFields* command = language::find_handler_fields(opcode);
+  if (command == nullptr) return 0;
+  for (const int field : command->fields) {
+    if (language::file_use(opcode, field) != language::FileUse::kNone && Given(line, field)) {
+      return field;
+    }
+  }
+  return 0;
+}
+
+// The key of the total confirms a lottery code; by itself it pays, and the translator takes no
+// notice.
+bool ConfirmsCode(const EcrCmdCommand& line, int opcode, bool code_due) {
+  constexpr int kInput = 9;
+  constexpr int kKey = 4;
+  return code_due && opcode == kInput && Number(line, kKey) == FunctionCode::kTotal;
+}
+
+}  // namespace
+
+LineJudge::LineJudge(const std::string& definition_file) : language_(definition_file) {}
+
+Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const EcrCmdCommand& translator = language_.translator();
+  Judged judged;
+  judged.pays.resize(lines.size(), false);
+  unsigned all = kNothing;
+  bool paid = false;
+  bool code_due = false;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    const int number = static_cast<int>(i) + 1;
+    long code = 0;
+    const int opcode = language_.ReadLine(lines[i], &code);
+    const auto refuse = [&](LineFault fault, const std::string& field = {}) {
+      judged.fault = {fault, number, opcode > 0 ? language_.CommandName(opcode) : "", field};
+      return judged;
+    };
+    if (opcode == 0) {
+      if (code != 0 && !judged.refused) {
+        judged.refused = {number, code, {}, ExplainAnswer(code)};
+      }
+      continue;
+    }
+    const Row* row = FindRow(opcode);
+    if (row == nullptr) return refuse(LineFault::kNotAllowed);
+    unsigned does = row->does;
+    if (ConfirmsCode(translator, opcode, code_due)) {
+      does |= kInDocument;
+    } else if (row->more != nullptr) {
+      does |= row->more(translator);
+    }
+    if ((does & kDenied) != 0) return refuse(LineFault::kNotAllowed);
+    if (row->for_operator && !is_operator) return refuse(LineFault::kForOperator);
+    if (const int field = FileField(translator, opcode)) {
+      return refuse(LineFault::kNamesFile, language_.FieldName(opcode, field));
+    }
+    if (paid && (does & (kSells | kOpens)) != 0) return refuse(LineFault::kSecondDocument);
+    all |= does;
+    const bool numbered_twice = (all & kFiscal) != 0 && (all & kCloses) != 0;
+    if (numbered_twice || ((all & kFiscal) != 0 && (all & kWithoutNumber) != 0)) {
+      return refuse(LineFault::kSecondEffect);
+    }
+    code_due = (does & kLotteryKey) != 0;
+    judged.pays[i] = (does & kPays) != 0;
+    paid = paid || judged.pays[i];
+  }
+  // A text alone is no document; a line that sells is one that may be paid.
+  if ((all & (kSells | kOpens | kPays)) != 0) {
+    judged.effect = JobEffect::kDocument;
+  } else if ((all & kCloses) != 0) {
+    judged.effect = JobEffect::kClosing;
+  }
+  return judged;
+}
+
+std::string ExplainAnswer(long code) {
+  if (code == 0) return {};
+  std::string text;
+  for (const std::string& sentence :
+       language::ExplainCode(code, [](std::string_view english) { return english; })) {
+    if (!text.empty()) text += ' ';
+    text += sentence;
+  }
+  return text;
+}
+
+}  // namespace lorimat::door

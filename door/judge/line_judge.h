@@ -1,0 +1,54 @@
+// What a job may hold, judged before any of it is sent: by opcodes and numbers of fields, as the
+// translator's own parser reads them, whatever words the lines were written with.
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "console/check/language.h"
+#include "door/log/job.h"
+
+namespace lorimat::door {
+
+enum class LineFault : uint8_t {
+  kNotAllowed,      // no desk may send it
+  kForOperator,     // a desk of an operator may
+  kNamesFile,       // of the server
+  kSecondDocument,  // behind one that has been paid
+  kSecondEffect,    // a job has one effect
+};
+
+struct JudgedFault {
+  LineFault fault = LineFault::kNotAllowed;
+  int line = 0;         // from 1
+  std::string command;  // its name; empty for one without
+  std::string field;    // of kNamesFile
+};
+
+struct Judged {
+  std::optional<JudgedFault> fault = {};
+  // The first line that the translator does not understand, with its code.
+  std::optional<LineAnswer> refused = {};
+  JobEffect effect = JobEffect::kOther;
+  std::vector<bool> pays = {};  // for each line: whether it may end a fiscal document
+};
+
+class LineJudge {
+ public:
+  // The words of a definition file. Throws console::Failure with place and cause.
+  explicit LineJudge(const std::string& definition_file);
+
+  // Lines in the code page of the device, without control characters. Several threads may ask.
+  Judged Judge(const std::vector<std::string>& lines, bool is_operator);
+
+ private:
+  std::mutex mutex_;
+  console::Language language_;
+};
+
+// Class, index and causes of a result code, in English; empty for 0.
+std::string ExplainAnswer(long code);
+
+}  // namespace lorimat::door

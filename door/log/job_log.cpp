@@ -1,0 +1,321 @@
+#include "door/log/job_log.h"
+
+#include <sys/random.h>
+
+#include <array>
+#include <chrono>
+#include <type_traits>
+
+#include "door/log/job_record.h"
+
+namespace lorimat::door {
+namespace {
+
+constexpr DatabaseKind kLogKind = {0x4C4D444C, 1};
+constexpr int kVersion = 1;
+
+// What Load takes.
+constexpr SqlText kJobs =
+    "SELECT id, desk, key, digest, reference, lines, effect, expires, state, attempts, mark, "
+    "baseline, document, answers FROM job ";
+
+int64_t ComputerTime() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+// Chance, so that a mark of this log is no mark of another one.
+std::string NewMark() {
+  std::array<unsigned char, 10> bytes{};
+  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    throw RegisterError(MakeFailure(FailureCause::kUnknown));
+  }
+  constexpr char kLetters[] = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
+  std::string mark = "R";
+  for (const unsigned char byte : bytes) mark += kLetters[byte & 31];
+  return mark;
+}
+
+template <typename Enum>
+int Number(Enum value) {
+  return static_cast<int>(value);
+}
+
+template <typename Enum>
+bool IsOne(int64_t number) {
+  return number >= 0 && number <= static_cast<int64_t>(Enum::kLast);
+}
+
+}  // namespace
+
+JobLog::JobLog(const std::string& file, Clock clock)
+    : clock_(clock ? std::move(clock) : Clock(&ComputerTime)),
+      database_(file, Database::Open::kCreate, kLogKind) {
+  if (database_.version() != 0) return;
+  Transaction unit(database_);
+  database_.Execute(
+      "PRAGMA application_id = 0x4C4D444C;"
+      "CREATE TABLE value (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
+      "CREATE TABLE job (id INTEGER PRIMARY KEY AUTOINCREMENT, desk TEXT NOT NULL,"
+      " key TEXT NOT NULL, digest TEXT NOT NULL, reference TEXT NOT NULL, lines TEXT NOT NULL,"
+      " effect INTEGER NOT NULL, expires INTEGER NOT NULL, state INTEGER NOT NULL,"
+      " attempts INTEGER NOT NULL, mark TEXT NOT NULL UNIQUE, baseline TEXT, document TEXT,"
+      " answers TEXT, UNIQUE (desk, key));"
+      "CREATE INDEX job_by_state ON job (state, id);"
+      "CREATE TABLE step (job INTEGER NOT NULL REFERENCES job (id), number INTEGER NOT NULL,"
+      " time INTEGER NOT NULL, state INTEGER NOT NULL, why INTEGER NOT NULL, note TEXT NOT NULL,"
+      " PRIMARY KEY (job, number)) WITHOUT ROWID;");
+  database_.SetVersion(kVersion);
+  unit.Commit();
+}
+
+void JobLog::Bind(const std::string& serial) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const std::optional<std::string> owner = Value("serial");
+  if (owner) {
+    if (*owner != serial) throw OtherDevice(*owner);
+    return;
+  }
+  Transaction unit(database_);
+  PutValue("serial", serial);
+  unit.Commit();
+}
+
+std::string JobLog::serial() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return Value("serial").value_or(std::string());
+}
+
+std::optional<DeviceNumbers> JobLog::seen() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const std::optional<std::string> record = Value("seen");
+  if (!record) return std::nullopt;
+  return ReadNumbers(*record);
+}
+
+void JobLog::PutValue(std::string_view name, const std::string& value) {
+  database_.Prepare("INSERT OR REPLACE INTO value (name, value) VALUES (?, ?)")
+      .With(name, value)
+      .Run();
+}
+
+std::optional<std::string> JobLog::Value(std::string_view name) {
+  Statement row = database_.Prepare("SELECT value FROM value WHERE name = ?");
+  row.With(name);
+  if (!row.Step()) return std::nullopt;
+  return row.String(0);
+}
+
+Job JobLog::Load(Statement& row) {
+  Job job;
+  job.id = row.Integer(0);
+  job.desk = row.String(1);
+  job.key = row.String(2);
+  job.digest = row.String(3);
+  job.reference = row.String(4);
+  if (!IsOne<JobEffect>(row.Integer(6)) || !IsOne<JobState>(row.Integer(8))) {
+    database_.Damaged("job");
+  }
+  job.effect = static_cast<JobEffect>(row.Integer(6));
+  job.expires = row.Integer(7);
+  job.state = static_cast<JobState>(row.Integer(8));
+  job.attempts = row.Int(9);
+  job.mark = row.String(10);
+  try {
+    job.lines = ReadLines(row.Text(5));
+    if (!row.IsNull(11)) job.baseline = ReadNumbers(row.Text(11));
+    if (!row.IsNull(12)) job.document = ReadDocument(row.Text(12));
+    if (!row.IsNull(13)) job.answers = ReadAnswers(row.Text(13));
+  } catch (const nlohmann::json::exception&) {
+    database_.Damaged("job");
+  }
+  Statement steps =
+      database_.Prepare("SELECT time, state, why, note FROM step WHERE job = ? ORDER BY number");
+  steps.With(job.id);
+  while (steps.Step()) {
+    if (!IsOne<JobState>(steps.Integer(1)) || !IsOne<Why>(steps.Integer(2))) {
+      database_.Damaged("step");
+    }
+    job.history.push_back({steps.Integer(0), static_cast<JobState>(steps.Integer(1)),
+                           static_cast<Why>(steps.Integer(2)), steps.String(3)});
+  }
+  return job;
+}
+
+std::optional<Job> JobLog::LoadOne(Statement row) {
+  if (!row.Step()) return std::nullopt;
+  return Load(row);
+}
+
+std::optional<Job> JobLog::FindKey(const std::string& desk, const std::string& key) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement row = database_.Prepare(kSql<kJobs, "WHERE desk = ? AND key = ?">);
+  row.With(desk, key);
+  return LoadOne(std::move(row));
+}
+
+std::optional<Job> JobLog::Find(int64_t id) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
+  row.With(id);
+  return LoadOne(std::move(row));
+}
+
+std::optional<Job> JobLog::First(JobState state) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement row = database_.Prepare(kSql<kJobs, "WHERE state = ? ORDER BY id LIMIT 1">);
+  row.With(Number(state));
+  return LoadOne(std::move(row));
+}
+
+std::optional<Job> JobLog::FirstQueued(JobEffect effect) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement row =
+      database_.Prepare(kSql<kJobs, "WHERE state = ? AND effect = ? ORDER BY id LIMIT 1">);
+  row.With(Number(JobState::kQueued), Number(effect));
+  return LoadOne(std::move(row));
+}
+
+std::vector<Job> JobLog::List(std::optional<JobState> state, int64_t after, int limit) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement rows = database_.Prepare(
+      kSql<kJobs, "WHERE (?1 < 0 OR state = ?1) AND id > ?2 ORDER BY id LIMIT ?3">);
+  rows.With(state ? Number(*state) : -1, after, limit);
+  std::vector<Job> jobs;
+  while (rows.Step()) jobs.push_back(Load(rows));
+  return jobs;
+}
+
+int64_t JobLog::Count(JobState state) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement row = database_.Prepare("SELECT count(*) FROM job WHERE state = ?");
+  row.With(Number(state));
+  row.Step();
+  return row.Integer(0);
+}
+
+void JobLog::Note(int64_t id, JobState state, Why why, const std::string& note) {
+  database_
+      .Prepare(
+          "INSERT INTO step (job, number, time, state, why, note) SELECT ?1,"
+          " coalesce(max(number), 0) + 1, ?2, ?3, ?4, ?5 FROM step WHERE job = ?1")
+      .With(id, clock_(), Number(state), Number(why), note)
+      .Run();
+}
+
+Job JobLog::Accept(const NewJob& job, bool* was_there) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Transaction unit(database_);
+  int64_t id = 0;
+  {
+    Statement row = database_.Prepare("SELECT id FROM job WHERE desk = ? AND key = ?");
+    row.With(job.desk, job.key);
+    *was_there = row.Step();
+    if (*was_there) id = row.Integer(0);
+  }
+  if (!*was_there) {
+    database_
+        .Prepare(
+            "INSERT INTO job (desk, key, digest, reference, lines, effect, expires, state,"
+            " attempts, mark) VALUES (?, ?, ?, ?, ?, ?, ?, ?, 0, ?)")
+        .With(job.desk, job.key, job.digest, job.reference, LinesRecord(job.lines),
+              Number(job.effect), job.expires, Number(JobState::kQueued), NewMark())
+        .Run();
+    Statement last = database_.Prepare("SELECT last_insert_rowid()");
+    last.With();
+    last.Step();
+    id = last.Integer(0);
+    Note(id, JobState::kQueued, Why::kAccepted, {});
+    if (job.refused) {
+      Moved(id, JobState::kRejected, Why::kRefusedLine,
+            {.answers = std::vector<LineAnswer>{*job.refused}});
+    }
+  }
+  Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
+  row.With(id);
+  Job accepted = LoadOne(std::move(row)).value();
+  unit.Commit();
+  return accepted;
+}
+
+// Within a unit of work.
+Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
+  {
+    Statement row = database_.Prepare("SELECT state FROM job WHERE id = ?");
+    row.With(id);
+    if (!row.Step()) throw IllegalMove("there is no such job");
+    if (!IsOne<JobState>(row.Integer(0))) database_.Damaged("job");
+    if (!MayMove(static_cast<JobState>(row.Integer(0)), to)) {
+      throw IllegalMove("the job is in another state");
+    }
+  }
+  database_.Prepare("UPDATE job SET state = ?, attempts = attempts + ? WHERE id = ?")
+      .With(Number(to), to == JobState::kRunning ? 1 : 0, id)
+      .Run();
+  if (to == JobState::kRunning) {
+    database_.Prepare("UPDATE job SET answers = NULL, document = NULL WHERE id = ?").With(id).Run();
+  }
+  if (news.baseline) {
+    database_.Prepare("UPDATE job SET baseline = ? WHERE id = ?")
+        .With(NumbersRecord(*news.baseline), id)
+        .Run();
+  }
+  if (news.document) {
+    database_.Prepare("UPDATE job SET document = ? WHERE id = ?")
+        .With(DocumentRecord(*news.document), id)
+        .Run();
+  }
+  if (news.answers) {
+    database_.Prepare("UPDATE job SET answers = ? WHERE id = ?")
+        .With(AnswersRecord(*news.answers), id)
+        .Run();
+  }
+  if (news.seen) PutValue("seen", NumbersRecord(*news.seen));
+  Note(id, to, why, news.note);
+  Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
+  row.With(id);
+  return LoadOne(std::move(row)).value();
+}
+
+Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
+  Job job;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    // It ends ahead of the lock: behind it the next thread's unit is under way.
+    Transaction unit(database_);
+    job = Moved(id, to, why, news);
+    unit.Commit();
+  }
+  Tell(id, to);
+  return job;
+}
+
+void JobLog::Tell(int64_t id, JobState state) const {
+  if (observer_ && (IsFinal(state) || state == JobState::kNeedsOperator)) observer_(id);
+}
+
+int JobLog::Expire() {
+  std::vector<int64_t> over;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    over = Overdue();
+    if (over.empty()) return 0;
+    Transaction unit(database_);
+    for (const int64_t id : over) Moved(id, JobState::kExpired, Why::kExpired, {});
+    unit.Commit();
+  }
+  for (const int64_t id : over) Tell(id, JobState::kExpired);
+  return static_cast<int>(over.size());
+}
+
+std::vector<int64_t> JobLog::Overdue() {
+  std::vector<int64_t> over;
+  Statement rows =
+      database_.Prepare("SELECT id FROM job WHERE state = ? AND expires <= ? ORDER BY id");
+  rows.With(Number(JobState::kQueued), clock_());
+  while (rows.Step()) over.push_back(rows.Integer(0));
+  return over;
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,113 @@
+// The log: the one record of all jobs. What a member answers is on the disk. It belongs to one
+// device, by its serial number, and one program has it open.
+//
+// Every member throws RegisterError when the log cannot be read or written: then nothing of what
+// was asked is in it. Members may be called by several threads.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "door/log/job.h"
+#include "register/storage/database.h"
+
+namespace lorimat::door {
+
+struct NewJob {
+  std::string desk;
+  std::string key;
+  std::string digest;
+  std::string reference;
+  std::vector<std::string> lines;
+  JobEffect effect = JobEffect::kDocument;
+  int64_t expires = 0;
+  // A line that the translator is not going to understand: the job is rejected as it comes.
+  std::optional<LineAnswer> refused;
+};
+
+// The log is another device's.
+class OtherDevice : public std::runtime_error {
+ public:
+  explicit OtherDevice(const std::string& serial)
+      : std::runtime_error("the log belongs to the device " + serial), serial_(serial) {}
+  const std::string& serial() const { return serial_; }
+
+ private:
+  std::string serial_;
+};
+
+// A way that a job cannot go: it is not there, or in another state by now.
+class IllegalMove : public std::logic_error {
+ public:
+  using std::logic_error::logic_error;
+};
+
+// What a job learns as it moves.
+struct JobNews {
+  std::optional<DeviceNumbers> baseline = {};  // with kRunning
+  std::optional<JobDocument> document = {};
+  std::optional<std::vector<LineAnswer>> answers = {};
+  std::optional<DeviceNumbers> seen = {};  // what the device told last
+  std::string note = {};                   // an operator's reason
+};
+
+class JobLog {
+ public:
+  using Clock = std::function<int64_t()>;  // milliseconds since 1970, UTC
+
+  // The clock's time goes into the history; null is the computer's.
+  explicit JobLog(const std::string& file, Clock clock = nullptr);
+
+  // A new log belongs to this device from here on. Throws OtherDevice.
+  void Bind(const std::string& serial);
+  // Of the device; empty before Bind.
+  std::string serial();
+  // What the device told when the last job ended; nothing before the first one.
+  std::optional<DeviceNumbers> seen();
+
+  // The job of the desk and key; nothing when there is none.
+  std::optional<Job> FindKey(const std::string& desk, const std::string& key);
+  std::optional<Job> Find(int64_t id);
+  // In the order of their acceptance, behind the one of this number.
+  std::vector<Job> List(std::optional<JobState> state, int64_t after, int limit);
+  // The first one in that state, or with that effect besides.
+  std::optional<Job> First(JobState state);
+  std::optional<Job> FirstQueued(JobEffect effect);
+  int64_t Count(JobState state);
+
+  // Takes a job. Where desk and key have one already, that one is answered, with *was_there true.
+  Job Accept(const NewJob& job, bool* was_there);
+  // Throws IllegalMove when MayMove does not have it.
+  Job Move(int64_t id, JobState to, Why why, const JobNews& news = {});
+  // Queued jobs whose time is over.
+  int Expire();
+
+  int64_t Now() const { return clock_(); }
+
+  // Told, by the thread that moved it, of each job that nothing more is to be waited for: it is
+  // over, or an operator is needed. To be set before other threads use the log.
+  void SetObserver(std::function<void(int64_t id)> observer) { observer_ = std::move(observer); }
+
+ private:
+  Job Load(Statement& row);
+  std::optional<Job> LoadOne(Statement row);
+  void Note(int64_t id, JobState state, Why why, const std::string& note);
+  std::vector<int64_t> Overdue();
+  void Tell(int64_t id, JobState state) const;
+  void PutValue(std::string_view name, const std::string& value);
+  std::optional<std::string> Value(std::string_view name);
+  Job Moved(int64_t id, JobState to, Why why, const JobNews& news);
+
+  std::mutex mutex_;
+  Clock clock_;
+  std::function<void(int64_t id)> observer_;
+  Database database_;
+};
+
+}  // namespace lorimat::door

@@ -1,0 +1,303 @@
+#include "door/run_door.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "console/command/help.h"
+#include "console/command/usage_error.h"
+#include "console/host/installed_files.h"
+#include "console/host/library.h"
+#include "console/host/register_options.h"
+#include "console/message/catalogs.h"
+#include "console/message/failure.h"
+#include "console/message/register_failure_text.h"
+#include "console/message/shown_text.h"
+#include "console/message/translate.h"
+#include "console/terminal/streams.h"
+#include "door/faults.h"
+#include "door/http/api.h"
+#include "door/http/server.h"
+#include "door/job/register_device.h"
+#include "door/job/service.h"
+#include "door/judge/line_judge.h"
+#include "door/log/job_log.h"
+
+namespace lorimat::door {
+namespace {
+
+using console::Failure;
+using console::Shown;
+using console::Streams;
+using console::Tr;
+
+constexpr int kLongestTimeout = 24 * 3600;  // seconds
+
+struct Options {
+  std::string register_file;
+  std::string listen = "127.0.0.1:8577";
+  std::string log;
+  std::string language;
+  std::string library;
+  std::vector<std::string> operators = {"operator"};
+  int device_timeout = 300;  // seconds
+};
+
+struct Listen {
+  std::string address;
+  uint16_t port = 0;
+};
+
+// Until there is a way to tell one client from another, nobody from outside is to come in.
+Listen ReadListen(const std::string& text) {
+  const size_t colon = text.rfind(':');
+  uint64_t port = 0;
+  const bool is_number = colon != text.npos && colon + 1 < text.size() &&
+                         text.size() - colon <= 6 &&
+                         text.find_first_not_of("0123456789", colon + 1) == text.npos;
+  if (is_number) port = std::stoul(text.substr(colon + 1));
+  if (!is_number || port > UINT16_MAX) {
+    throw Failure(
+        Tr("--listen {}: is no address with a port, such as 127.0.0.1:8577", Shown(text)));
+  }
+  const std::string address = text.substr(0, colon);
+  if (address != "127.0.0.1") {
+    throw Failure(
+        Tr("--listen {}: only 127.0.0.1 is listened on: what comes from outside would be "
+           "neither encrypted nor known",
+           Shown(text)));
+  }
+  return {address, static_cast<uint16_t>(port)};
+}
+
+void TellLine(Streams& streams, const std::string& text) {
+  streams.Error("lorimatd: " + text + "\n");
+}
+
+// Tells what keeps the jobs waiting, each cause once.
+class TroubleTeller {
+ public:
+  explicit TroubleTeller(Streams& streams) : streams_(streams) {}
+
+  void Tell(DeviceTrouble trouble, const std::exception* failure) {
+    struct Row {
+      DeviceTrouble trouble;
+      const char* text;
+    };
+    static constexpr Row kRows[] = {
+        {DeviceTrouble::kDocumentOpen,
+         TR_TEXT("a document is open that belongs to no job; nothing runs until an operator "
+                 "resets")},
+        {DeviceTrouble::kAway, TR_TEXT("the device does not answer")},
+        {DeviceTrouble::kOtherDevice,
+         TR_TEXT("the device is not the one that the log belongs to")}};
+    std::string text;
+    if (failure != nullptr) text = console::ErrorText(*failure);
+    for (const Row& row : kRows) {
+      if (row.trouble == trouble) text = console::Translated(row.text);
+    }
+    if (text == told_) return;
+    told_ = text;
+    if (!text.empty()) TellLine(streams_, text);
+  }
+
+ private:
+  Streams& streams_;
+  std::string told_;
+};
+
+// The library takes a path of 79 characters; the descriptor has a shorter one.
+int InitLibrary(console::Library& library, const std::string& definition, FiscalDevice& device) {
+  const console::Descriptor file(open(definition.c_str(), O_RDONLY | O_CLOEXEC));
+  return library.Init("/proc/self/fd/" + std::to_string(file.get()), &device.client());
+}
+
+// What was registered while no door was there.
+void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Streams& streams) {
+  const std::optional<DeviceNumbers> seen = log.seen();
+  if (!seen || *seen == now || log.First(JobState::kRunning) || log.First(JobState::kUnknown)) {
+    return;
+  }
+  TellLine(streams, Tr("note: the device is at closing {}, document {} and invoice {}; the log has "
+                       "seen {}, {} and {}",
+                       now.closure, now.document, now.invoice, seen->closure, seen->document,
+                       seen->invoice));
+}
+
+sigset_t EndSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  return signals;
+}
+
+std::vector<std::string> HostsOf(uint16_t port) {
+  std::vector<std::string> hosts;
+  for (const char* name : {"127.0.0.1", "localhost"}) {
+    hosts.push_back(std::string(name) + ":" + std::to_string(port));
+    // The port of the protocol is left out by those who use it.
+    if (port == 80) hosts.emplace_back(name);
+  }
+  return hosts;
+}
+
+int RunDoor(const Options& options, Streams& streams) {
+  const Listen listen = ReadListen(options.listen);
+  console::RequireRegisterName(options.register_file);
+  const sigset_t signals = EndSignals();
+  // Ahead of all threads, which inherit it.
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+  RegisterSettings settings;
+  settings.file = options.register_file;
+  RegisterDevice device(std::move(settings));
+  const std::string notice = device.device().start_notice();
+  if (!notice.empty()) TellLine(streams, Shown(options.register_file) + ": " + Shown(notice));
+  const std::string missing = device.Missing();
+  const std::optional<DeviceState> state = device.Ask();
+  if (!missing.empty() || !state) {
+    throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
+                     Shown(options.register_file), missing));
+  }
+  JobLog log(options.log.empty() ? options.register_file + ".door" : options.log);
+  try {
+    log.Bind(state->numbers.serial);
+  } catch (const OtherDevice& other) {
+    throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
+                     Shown(state->numbers.serial)));
+  }
+  TellFurtherOn(log, state->numbers, streams);
+
+  const console::DefinitionFile definition = console::FindDefinitionFile(options.language);
+  LineJudge judge(definition.path);
+  streams.StartTrace("");
+  console::Library library(console::FindLibrary(options.library), streams);
+  if (InitLibrary(library, definition.path, device) != 0) {
+    throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
+  }
+
+  HttpServer server(listen.address, listen.port);
+  log.SetObserver([&server](int64_t id) { server.Notify(id); });
+  TroubleTeller teller(streams);
+  Service service(
+      {.log = log,
+       .device = device,
+       .judge = judge,
+       .run = WithFaults([&library](const std::string& line, std::string* answer) {
+         return library.RunLine(line, answer);
+       }),
+       .watch = FaultWatch(),
+       .device_timeout = std::chrono::seconds(options.device_timeout),
+       .hung = [] { _exit(kExitHung); },
+       .tell = [&teller](DeviceTrouble trouble,
+                         const std::exception* failure) { teller.Tell(trouble, failure); }});
+  Api api({.log = log,
+           .judge = judge,
+           .hosts = HostsOf(server.port()),
+           .operators = options.operators,
+           .trouble = [&service] { return service.trouble(); },
+           .log_failed = [&service] { return service.log_failed(); },
+           .wake = [&service] { service.Wake(); }});
+  service.Start();
+  server.Start(api);
+  streams.Output("lorimatd: listening on http://" + listen.address + ":" +
+                 std::to_string(server.port()) + "\n");
+
+  int signal = 0;
+  while (sigwait(&signals, &signal) != 0) {
+  }
+  service.Stop();
+  server.Stop();
+  return console::kExitGood;
+}
+
+int ParseAndRun(int argc, char** argv, Streams& streams) {
+  Options options;
+  CLI::App app(Tr("Takes jobs for a fiscal device by HTTP and JSON, and sees to it that each has "
+                  "its effect once at most, and that every outcome is known."),
+               "lorimatd");
+  app.set_help_flag("-h,--help", Tr("Print this help message and exit"));
+  app.set_version_flag("-V,--version", "lorimatd " LORIMAT_VERSION,
+                       Tr("Print the version and exit"));
+  console::AddRegisterOption(&app, &options.register_file);
+  console::AddLanguageOptions(&app, &options.language, &options.library);
+  app.add_option("--listen", options.listen,
+                 Tr("The address and the port to listen on; port 0 takes a free one"))
+      ->type_name("ADDRESS:PORT")
+      ->capture_default_str();
+  app.add_option("--log", options.log,
+                 Tr("The file of the log of jobs; without it the register's name with .door"))
+      ->type_name("FILE");
+  app.add_option("--operator", options.operators,
+                 Tr("A desk whose jobs may hold reports, closings and programming; \"operator\" "
+                    "without it"))
+      ->type_name("DESK");
+  app.add_option("--device-timeout", options.device_timeout,
+                 Tr("How many seconds a call of the device may take; one that takes longer ends "
+                    "the program with 75"))
+      ->type_name("SECONDS")
+      ->check(console::WholeNumberIn(1, kLongestTimeout))
+      ->capture_default_str();
+  console::RefuseEmptyTexts(&app);
+  app.footer(console::Translated(TR_TEXT(R"(Exit codes:
+  0   ended by SIGTERM or Ctrl-C; the job at work has been finished
+  2   wrong use, or the register, its log or the library cannot be used
+  75  a call of the device did not come back; started again, it asks what became of the job
+)"))
+                 .data());
+  console::TranslateHelp(app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+      std::ostringstream output;
+      app.exit(error, output, output);
+      streams.Output(output.str());
+      return console::kExitGood;
+    }
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    TellLine(streams, console::UsageError(app, error, arguments));
+    streams.Error(Tr("Run with --help for more information.\n"));
+    return console::kExitNotDone;
+  }
+  if (options.register_file.empty()) {
+    throw Failure(Tr("--register names no file: the door needs a register"));
+  }
+  return RunDoor(options, streams);
+}
+
+}  // namespace
+
+int RunProgram(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    Streams streams;
+    try {
+      console::OpenCatalogs(console::FindCatalogs());
+      return ParseAndRun(argc, argv, streams);
+    } catch (const Failure& failure) {
+      TellLine(streams, failure.what());
+    } catch (const std::exception& error) {
+      TellLine(streams, console::ErrorText(error));
+    }
+  } catch (const std::exception&) {
+    // Neither streams nor memory for a notice.
+    for (const char* part : {"lorimatd: ", "there is not enough memory", "\n"}) {
+      console::WriteAll(STDERR_FILENO, part);
+    }
+  }
+  return console::kExitNotDone;
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,291 @@
+#!/usr/bin/env python3
+"""Log, device and clients of the door as a small state machine, searched at random.
+
+usage: model.py [--steps N] [--seed N] [--mistake NAME] [--mistakes]
+
+Each step is one that the program takes between two places where it may die: what the log has is
+on the disk, what the device has is in its books, all else is gone with the process. The invariants
+are looked at behind every step, and at the end of each life, when no trouble comes any more:
+
+  once      no job has more than one document, and none that is rejected, expired or cancelled has one
+  honest    a job that is confirmed has its document
+  known     in the end no job is queued, running or unknown
+  operator  a job needs an operator only where somebody else was at the device
+
+With --mistake one of the rules is broken, and the search has to find it (exit status 1); --mistakes
+looks whether it finds each of them.
+"""
+import argparse
+import random
+import sys
+
+MISTAKES = {
+    "late-baseline": "the baseline is taken behind the first line",
+    "retry-before-asking": "an unknown job is queued again without asking",
+    "amount-as-proof": "a document of the same amount counts as the job's",
+    "answer-is-truth": "a refusal of the payment rejects the job without asking",
+    "no-void": "what an unknown job has open is left open",
+    "key-not-kept": "a key is forgotten with its job's end",
+    "told-too-early": "a client is told ahead of the commit",
+    "attempts-forever": "a job is tried behind its time",
+}
+ATTEMPTS = 3
+
+
+class Broken(Exception):
+    """An invariant does not hold."""
+
+
+class Device:
+    """Numbers, what is open, and the documents with their marks."""
+
+    def __init__(self):
+        self.documents = []  # (mark, amount)
+        self.open = None     # [mark or None, amount]
+
+    def number(self):
+        return len(self.documents)
+
+
+class Job:
+    def __init__(self, key, amount):
+        self.key, self.amount = key, amount
+        self.mark = None
+        self.state = "queued"
+        self.baseline = None
+        self.attempts = 0
+        self.expired = False
+        self.quick = False  # its first line has the whole effect, as a day closing has
+
+
+class World:
+    def __init__(self, chance, mistake):
+        self.chance, self.mistake = chance, mistake
+        self.device = Device()
+        self.log = []            # jobs, on the disk
+        self.told = {}           # by mark: the last final state that a client was told
+        self.at = None           # the job at work in the process, with what it knows of it
+        self.strangers = 0       # documents of somebody else
+
+    # --- what clients and others do
+    def client_sends(self):
+        key, amount = self.chance.randrange(6), self.chance.choice((120, 500))
+        for job in self.log:
+            if job.key == key and not (self.mistake == "key-not-kept" and job.state == "confirmed"):
+                return
+        job = Job(key, amount)
+        job.mark = f"R{len(self.log)}"
+        job.sale = key
+        job.quick = self.chance.random() < 0.3
+        self.log.append(job)
+
+    def time_passes(self):
+        for job in self.log:
+            if self.chance.random() < 0.3:
+                job.expired = True
+
+    def stranger_sells(self):
+        # At the device itself, while the door does not hold it.
+        if self.device.open is None and self.at is None:
+            self.device.documents.append((None, self.chance.choice((120, 500))))
+            self.strangers += 1
+
+    def dies(self):
+        self.at = None
+
+    # --- what the program does, a step at a time
+    def works(self):
+        if self.at:
+            return self.goes_on()
+        for state in ("running", "unknown"):
+            for job in self.log:
+                if job.state == state:
+                    if state == "running":
+                        job.state = "unknown"
+                        return None
+                    return self.resolves(job)
+        for job in self.log:
+            if job.state == "queued":
+                if job.expired and self.mistake != "attempts-forever":
+                    job.state = "expired"
+                elif self.device.open is None:
+                    if self.mistake == "late-baseline":
+                        job.state, job.baseline = "running", None
+                    else:
+                        job.state, job.baseline = "running", self.device.number()
+                    job.attempts += 1
+                    if job.expired:
+                        raise Broken("known: a job began behind its time")
+                    self.at = {"job": job, "step": "open", "answers": []}
+                else:
+                    self.device.open = None  # an operator resets
+                return None
+        return None
+
+    def goes_on(self):
+        at, device = self.at, self.device
+        job = at["job"]
+        lost = self.chance.random()
+        if at["step"] == "open":
+            if lost < 0.9 and job.quick:
+                device.documents.append((job.mark, job.amount))
+            elif lost < 0.9:
+                device.open = [None, job.amount]
+            at["unclear"] = lost > 0.8
+            at["step"] = "end" if at["unclear"] or job.quick else "mark"
+            if self.mistake == "late-baseline" and job.baseline is None:
+                at["step"] = "baseline"
+        elif at["step"] == "baseline":
+            job.baseline = device.number() - (1 if job.quick else 0)
+            at["step"] = "end" if at["unclear"] or job.quick else "mark"
+        elif at["step"] == "mark":
+            device.open[0] = job.mark
+            at["step"] = "pay"
+        elif at["step"] == "pay":
+            if self.mistake == "told-too-early":
+                self.told[job.mark] = "confirmed"
+            refused = lost < 0.1
+            if not refused and lost < 0.9:
+                device.documents.append(tuple(device.open))
+                device.open = None
+            # Carried out, and answered with a refusal, or not answered.
+            at["false"] = not refused and lost < 0.2
+            at["unclear"] = lost > 0.8
+            at["failed"] = refused or at["false"]
+            at["step"] = "end"
+        else:
+            self.concludes(job, at)
+        return None
+
+    def concludes(self, job, at):
+        device = self.device
+        if self.mistake == "answer-is-truth" and at.get("failed"):
+            job.state = "rejected"
+        elif at["unclear"]:
+            job.state = "unknown"
+            device.open = None if self.mistake != "no-void" else device.open
+        else:
+            device.open = None
+            done = device.number() == job.baseline + 1
+            job.state = "confirmed" if done else "rejected"
+        if job.state in ("confirmed", "rejected"):
+            self.told[job.mark] = job.state
+        self.at = None
+
+    def resolves(self, job):
+        device = self.device
+        if self.mistake == "retry-before-asking":
+            job.state = "queued"
+            return None
+        if device.open is not None:
+            if self.mistake == "no-void":
+                device.documents.append(tuple(device.open))  # the next payment ends it
+            device.open = None
+            return None  # one may die between
+        baseline = job.baseline
+        if baseline is None:
+            job.state = "needs_operator" if self.mistake != "late-baseline" else "queued"
+        elif device.number() == baseline:
+            if job.attempts >= ATTEMPTS:
+                job.state = "rejected"
+            elif job.expired and self.mistake != "attempts-forever":
+                job.state = "expired"
+            else:
+                job.state = "queued"
+        elif device.number() == baseline + 1 and self.is_ours(job):
+            job.state = "confirmed"
+        else:
+            job.state = "needs_operator"
+        return None
+
+    def is_ours(self, job):
+        mark, amount = self.device.documents[-1]
+        if self.mistake == "amount-as-proof":
+            return amount == job.amount
+        return mark == job.mark
+
+    # --- what has to hold
+    def check(self):
+        marks = [mark for mark, _ in self.device.documents if mark is not None]
+        for job in self.log:
+            count = marks.count(job.mark)
+            if count > 1:
+                raise Broken(f"once: {job.mark} has {count} documents")
+            if job.state in ("rejected", "expired", "cancelled") and count:
+                raise Broken(f"once: {job.mark} is {job.state} and has a document")
+            if job.state == "confirmed" and count != 1:
+                raise Broken(f"honest: {job.mark} is confirmed and has no document")
+            if job.state == "needs_operator" and not self.strangers:
+                raise Broken(f"operator: {job.mark} could have been resolved")
+            if self.told.get(job.mark) == "confirmed" and count != 1 and \
+                    not (self.at and self.at["job"] is job):
+                raise Broken(f"honest: a client was told that {job.mark} is confirmed")
+        sales = [job.sale for job in self.log if job.state == "confirmed"]
+        if len(sales) != len(set(sales)):
+            raise Broken("once: a key was sold twice")
+
+    def ends(self):
+        for _ in range(1000):
+            if not self.at and all(job.state not in ("queued", "running", "unknown")
+                                   for job in self.log):
+                return
+            self.works()
+            self.check()
+        raise Broken("known: a job has no end")
+
+
+def live(chance, mistake):
+    """One life; how many steps it had."""
+    world = World(chance, mistake)
+    length = chance.randrange(10, 120)
+    with_strangers = chance.random() < 0.3
+    for _ in range(length):
+        what = chance.random()
+        if what < 0.15:
+            world.client_sends()
+        elif what < 0.25:
+            world.dies()
+        elif what < 0.28:
+            world.time_passes()
+        elif what < 0.31 and with_strangers:
+            world.stranger_sells()
+        else:
+            world.works()
+        world.check()
+    world.ends()
+    return length
+
+
+def search(steps, seed, mistake):
+    """The steps of whole lives, and what is broken with the life's seed; nothing when all holds."""
+    taken, life = 0, 0
+    while taken < steps:
+        life += 1
+        try:
+            taken += live(random.Random(f"{seed}.{life}"), mistake)
+        except Broken as broken:
+            return taken, f"{broken} (life {seed}.{life})"
+    return taken, None
+
+
+def main():
+    arguments = argparse.ArgumentParser()
+    arguments.add_argument("--steps", type=int, default=300_000)
+    arguments.add_argument("--seed", type=int, default=1)
+    arguments.add_argument("--mistake", choices=MISTAKES)
+    arguments.add_argument("--mistakes", action="store_true")
+    options = arguments.parse_args()
+    if not options.mistakes:
+        taken, broken = search(options.steps, options.seed, options.mistake)
+        print(broken or f"{taken} steps: all holds")
+        return 1 if broken else 0
+    missed = 0
+    for name, text in MISTAKES.items():
+        taken, broken = search(options.steps, options.seed, name)
+        print(f"{name} ({text}): " + (f"found: {broken}" if broken else "NOT FOUND"))
+        missed += not broken
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

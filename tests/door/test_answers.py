@@ -1,0 +1,246 @@
+"""Each answer of the door, as a client gets it."""
+import json
+import os
+import re
+import socket
+import subprocess
+
+import pytest
+
+from conftest import SALE
+
+
+def code(reply):
+    status, body = reply[0], reply[-1]
+    return status, body["code"]
+
+
+def test_a_sale_is_confirmed_and_a_repeat_is_the_same_job(door):
+    status, job = door.post(SALE, "k1", desk="cassa-1", reference="order 4711")
+    assert status == 201
+    assert job["state"] == "confirmed"
+    assert (job["key"], job["desk"], job["reference"]) == ("k1", "cassa-1", "order 4711")
+    assert job["document"]["closure"] == 1 and job["document"]["number"] == 1
+    assert job["document"]["total"] == "1.20"
+    assert job["document"]["serial"] == "99LRM0000001VR"
+    time = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d"
+    assert re.fullmatch(time, job["document"]["time"])
+    assert [step["state"] for step in job["history"]] == ["queued", "running", "confirmed"]
+    assert all(re.fullmatch(time, step["time"]) for step in job["history"])
+    assert [(line["line"], line["code"]) for line in job["lines"]] == [(1, 0), (2, 0)]
+    assert job["replayed"] is False
+
+    status, again = door.post(SALE, "k1", desk="cassa-1", reference="order 4711")
+    assert (status, again["replayed"], again["id"]) == (200, True, job["id"])
+    assert door.documents() == [(1, 1)]
+
+
+def test_the_body_counts_by_its_value_and_not_by_its_bytes(door):
+    body = {"lines": SALE, "desk": "a", "expires_s": 600}
+    headers = {"Idempotency-Key": "k"}
+    assert door.request("POST", "/v1/jobs", body, headers)[0] == 201
+    other = '{ "expires_s": 6e2, "desk": "\\u0061", "lines": %s }' % json.dumps(SALE)
+    status, _, job = door.request("POST", "/v1/jobs", raw=other.replace("6e2", "600"),
+                                  headers=headers)
+    assert (status, job["replayed"]) == (200, True)
+    assert code(door.post(SALE + ["CLEAR"], "k", desk="a", expires_s=600)) == (422, "key_reused")
+    assert door.post(SALE, "k", desk="b")[0] == 201
+
+
+def test_a_refused_line_rejects_the_job_for_good(door):
+    status, job = door.post(["VEND REP=1, PRE=1", "VEND REP=99, PRE=1", "CHIU"], "k")
+    assert (status, job["state"]) == (422, "rejected")
+    assert job["lines"][-1]["line"] == 2 and job["lines"][-1]["code"] == 1241
+    assert job["lines"][-1]["text"] and job["lines"][-1]["explanation"]
+    assert job["document"] is None
+    status, again = door.post(["VEND REP=1, PRE=1", "VEND REP=99, PRE=1", "CHIU"], "k")
+    assert (status, again["id"], again["replayed"]) == (422, job["id"], True)
+    assert door.documents() == []
+
+
+def test_a_line_that_is_not_understood_sends_nothing(door):
+    status, job = door.post(["VEND REP=1, PRE=1", "VNED REP=1", "CHIU"], "k")
+    assert (status, job["state"]) == (422, "rejected")
+    assert [(line["line"], line["code"]) for line in job["lines"]] == [(2, 257)]
+    assert [step["state"] for step in job["history"]] == ["queued", "rejected"]
+
+
+def test_without_waiting_a_job_is_answered_at_once(door):
+    status, job = door.post(SALE, "k", path="/v1/jobs?wait=0")
+    assert (status, job["state"]) == (202, "queued")
+    while job["state"] in ("queued", "running"):
+        status, job = door.get(f"/v1/jobs/{job['id']}")
+        assert status == 200
+    assert job["state"] == "confirmed"
+    assert door.get("/v1/jobs?key=k&desk=")[1]["id"] == job["id"]
+    listed = door.get("/v1/jobs?state=confirmed&after=0&limit=10")[1]["jobs"]
+    assert [one["id"] for one in listed] == [job["id"]]
+    assert door.get(f"/v1/jobs?after={job['id']}")[1]["jobs"] == []
+
+
+@pytest.mark.parametrize("lines, expected", [
+    (["@lines.txt"], "line_not_allowed"),
+    (["SETP DIR='/tmp'"], "line_not_allowed"),
+    (["#48 #1='/tmp'"], "line_not_allowed"),
+    (["REPORT"], "line_not_allowed"),
+    (SALE + SALE, "two_documents"),
+])
+def test_what_a_job_may_not_hold(door, lines, expected):
+    assert code(door.post(lines, "k")) == (422, expected)
+    assert door.get("/v1/jobs?key=k&desk=")[0] == 404
+    assert door.documents() == []
+
+
+def test_an_operator_reports_and_closes_the_day(door):
+    assert door.post(SALE, "s")[0] == 201
+    assert door.post(["REPORT"], "r", desk="operator")[1]["state"] == "confirmed"
+    assert code(door.post(["REPORT FILE='a'"], "f", desk="operator")) == (422, "line_not_allowed")
+    headers = {"Idempotency-Key": "z1"}
+    status, _, job = door.request("POST", "/v1/device/close-day", {}, headers)
+    assert (status, job["state"]) == (201, "confirmed")
+    assert job["document"]["closure"] == 1 and job["document"]["number"] is None
+    assert job["document"]["total"] == "1.20"
+    assert door.request("POST", "/v1/device/close-day", {}, headers)[0] == 200
+    assert code(door.request("POST", "/v1/device/reset", {}, headers)) == (422, "key_reused")
+    assert door.request("POST", "/v1/device/reset", {}, {"Idempotency-Key": "z2"})[0] == 201
+    assert door.post(SALE, "s2")[1]["document"]["closure"] == 2
+
+
+@pytest.mark.parametrize("key, expected", [
+    (None, "no_key"), ("", "bad_key"), ("a b", "bad_key"), ("x" * 65, "bad_key"), ("è", "bad_key"),
+])
+def test_keys(door, key, expected):
+    headers = {} if key is None else {"Idempotency-Key": key.encode("latin-1")}
+    assert code(door.request("POST", "/v1/jobs", {"lines": SALE}, headers)) == (400, expected)
+
+
+@pytest.mark.parametrize("raw, expected", [
+    ("", (400, "bad_json")),
+    ("{", (400, "bad_json")),
+    ("[]", (400, "bad_json")),
+    ('{"lines":["CHIU"],"lines":["CHIU"]}', (400, "bad_json")),
+    ('{"lines":["CHIU"],"more":1}', (400, "unknown_field")),
+    ('{"lines":[]}', (400, "bad_field")),
+    ('{"lines":"CHIU"}', (400, "bad_field")),
+    ('{"lines":[1]}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"expires_s":0}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"expires_s":1e300}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"expires_s":18446744073709551615}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"desk":"%s"}' % ("x" * 65), (400, "bad_field")),
+    ('{"lines":["CHIU\\u0000"]}', (400, "control_character")),
+    ('{"lines":["CHIU\\nCHIU"]}', (400, "control_character")),
+    ('{"lines":["CHIU","PRMSG MSG=\'\\u03a9\'"]}', (400, "not_in_code_page")),
+    ('{"lines":["%s"]}' % ("x" * 2047), (413, "too_large")),
+    ('{"lines":[%s]}' % ",".join(['"CLEAR"'] * 1001), (413, "too_large")),
+])
+def test_bodies_that_are_no_good(door, raw, expected):
+    headers = {"Idempotency-Key": "k"}
+    assert code(door.request("POST", "/v1/jobs", raw=raw, headers=headers)) == expected
+
+
+def test_line_and_column_are_told(door):
+    _, problem = door.post(["CHIU", "PRMSG MSG='\u03a9'"], "k")
+    assert "line 2, column 12" in problem["detail"]
+
+
+def test_a_body_that_is_too_long_is_not_read(door):
+    with socket.create_connection(("127.0.0.1", door.port), timeout=60) as connection:
+        connection.sendall((f"POST /v1/jobs HTTP/1.1\r\nHost: 127.0.0.1:{door.port}\r\n"
+                            "Content-Type: application/json\r\nIdempotency-Key: k\r\n"
+                            f"Content-Length: {1 << 30}\r\n\r\n").encode())
+        assert b" 413 " in connection.recv(4096).split(b"\r\n")[0]
+
+
+@pytest.mark.parametrize("headers, expected", [
+    ({"Content-Type": "text/plain"}, (415, "not_json")),
+    ({"Content-Type": None}, (415, "not_json")),
+    ({"Origin": "http://example.org"}, (403, "foreign_origin")),
+    ({"Origin": "null"}, (403, "foreign_origin")),
+    ({"Host": "example.org"}, (403, "foreign_host")),
+    ({"Host": "127.0.0.1"}, (403, "foreign_host")),
+])
+def test_foreign_pages_get_nowhere(door, headers, expected):
+    headers = {"Idempotency-Key": "k", **headers}
+    reply = door.request("POST", "/v1/jobs", {"lines": SALE}, headers)
+    assert code(reply) == expected
+    assert not any(name.lower().startswith("access-control") for name in reply[1])
+    assert door.documents() == []
+
+
+def test_addresses_and_methods(door):
+    assert code(door.request("GET", "/")) == (404, "not_found")
+    assert code(door.request("GET", "/v1/jobs/7")) == (404, "not_found")
+    assert code(door.request("GET", "/v1/jobs/x")) == (404, "not_found")
+    status, headers, body = door.request("PUT", "/v1/jobs", {})
+    assert (status, body["code"], headers["Allow"]) == (405, "wrong_method", "POST, GET")
+    assert code(door.request("GET", "/v1/jobs?limit=0")) == (400, "bad_field")
+    assert code(door.request("GET", "/v1/jobs?state=done")) == (400, "bad_field")
+    assert code(door.request("GET", "/v1/jobs?x=1")) == (400, "unknown_field")
+    assert code(door.request("GET", "/v1/jobs?state=%zz")) == (400, "bad_target")
+    assert code(door.post(SALE, "k", path="/v1/jobs?wait=301")) == (400, "bad_field")
+
+
+def test_problems_are_of_their_type_and_escape_what_came(door):
+    _, headers, problem = door.request("POST", "/v1/jobs", raw='{"\\u001b[31m\\n":1,"lines":["CHIU"]}',
+                                       headers={"Idempotency-Key": "k"})
+    assert headers["Content-Type"] == "application/problem+json"
+    assert (problem["status"], problem["code"]) == (400, "unknown_field")
+
+
+def test_what_is_no_http_is_refused(door):
+    with socket.create_connection(("127.0.0.1", door.port), timeout=60) as connection:
+        connection.sendall(b"HELLO\r\n\r\n")
+        assert connection.recv(4096).split(b"\r\n")[0].endswith(b"400 Bad Request")
+    assert door.post(SALE, "k")[0] == 201
+
+
+def test_the_device_is_shown(door):
+    status, device = door.get("/v1/device")
+    assert status == 200
+    assert device == {"serial": "99LRM0000001VR", "ready": True, "trouble": None, "queued": 0,
+                      "unknown": 0, "needs_operator": 0}
+
+
+def test_only_this_computer_is_listened_to(folder):
+    for address in ("0.0.0.0:0", "192.168.1.1:80", "127.0.0.1", "127.0.0.1:x", "127.0.0.1:70000"):
+        run = subprocess.run([os.environ["LORIMATD"], "--register", folder / "r", "--listen", address],
+                             capture_output=True, text=True, check=False)
+        assert run.returncode == 2 and run.stdout == "" and "--listen" in run.stderr
+
+
+def test_sigterm_ends_it_in_order(door):
+    assert door.post(SALE, "k")[0] == 201
+    assert door.stop() == 0
+    assert door.errors == ""
+
+
+def test_the_log_belongs_to_one_device(doors, folder):
+    door = doors(folder).start()
+    assert door.stop() == 0
+    register = folder / "other.register"
+    subprocess.run([os.environ["LORIMAT"], "init", register, "--serial", "99LRM0000009VR"],
+                   check=True, capture_output=True)
+    run = subprocess.run([os.environ["LORIMATD"], "--register", register, "--log",
+                          f"{door.register}.door", "--listen", "127.0.0.1:0"],
+                         capture_output=True, text=True, check=False)
+    assert run.returncode == 2
+    assert "99LRM0000001VR" in run.stderr and "99LRM0000009VR" in run.stderr
+
+
+def test_a_second_door_is_refused(door):
+    run = subprocess.run([os.environ["LORIMATD"], "--register", door.register, "--listen",
+                          "127.0.0.1:0"], capture_output=True, text=True, check=False)
+    assert run.returncode == 2 and "in use" in run.stderr
+
+
+def test_a_device_that_is_further_on_is_told(doors, folder):
+    door = doors(folder).start()
+    assert door.post(SALE, "k")[0] == 201
+    assert door.stop() == 0
+    (folder / "sale.cmd").write_text("\n".join(SALE) + "\n")
+    subprocess.run([os.environ["LORIMAT"], "run", folder / "sale.cmd", "--register", door.register],
+                   check=True, capture_output=True)
+    door.start()
+    assert door.post(SALE, "k2")[1]["document"]["number"] == 3
+    assert door.stop() == 0
+    assert "document 2" in door.errors and "the log has seen 0, 1 and 0" in door.errors

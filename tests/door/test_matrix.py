@@ -1,0 +1,123 @@
+"""The process killed, a call hung, an answer lost, at every step of a sale: behind each the register
+has each confirmed job once and no other one, and the log knows every outcome."""
+import pytest
+
+from conftest import SALE
+
+# As often as two sales of two lines come to them.
+STEPS = [("before-reset", 2), ("before-baseline", 2), ("before-first-line", 2), ("before-mark", 2),
+         ("before-line", 4), ("behind-line", 4), ("before-outcome", 2), ("behind-outcome", 2)]
+KILLS = [f"kill@{step}:{number}" for step, times in STEPS for number in range(1, times + 1)]
+LOSSES = [f"{action}@line:{number}" for action in ("lose", "fail", "drop") for number in (1, 2)]
+
+
+class Counter:
+    """Asks a door, and begins it anew where its fault has ended it."""
+
+    def __init__(self, door, fault):
+        self.door, self.fault, self.was_struck = door, fault, False
+
+    def revive(self):
+        if not self.was_struck and (self.door.folder / "struck").exists():
+            assert self.door.wait() == -9
+            self.was_struck = True
+            self.door.start(fault=self.fault, once=True)
+
+    def get(self, path):
+        for _ in range(3):
+            self.revive()
+            status, reply = self.door.get(path)
+            if status:
+                return status, reply
+        raise AssertionError(f"{path}: nobody answers")
+
+    def stop(self):
+        struck_last = not self.was_struck and (self.door.folder / "struck").exists()
+        code = self.door.stop()
+        # Ended behind the last answer.
+        assert code == 0 or code == -9 and (struck_last or not self.was_struck)
+
+
+def final_job(counter, key):
+    """By asking, as a client does that has lost its answer."""
+    for _ in range(20000):
+        status, job = counter.get(f"/v1/jobs?key={key}&desk=")
+        if status == 404:
+            return None
+        if job["state"] not in ("queued", "running", "unknown"):
+            return job
+    raise AssertionError(f"{key} has no end: {job}")
+
+
+def check(counter, keys):
+    """What holds behind every trouble; closure and number of what was confirmed."""
+    confirmed = []
+    for key in keys:
+        job = final_job(counter, key)
+        assert job["state"] in ("confirmed", "rejected"), job
+        if job["state"] == "confirmed":
+            confirmed.append((job["document"]["closure"], job["document"]["number"]))
+    register = counter.door if hasattr(counter, "door") else counter
+    assert sorted(confirmed) == register.documents()
+    assert len(set(confirmed)) == len(confirmed)
+    assert counter.get("/v1/device")[1]["unknown"] == 0
+    return confirmed
+
+
+@pytest.mark.parametrize("retries", [False, True])
+@pytest.mark.parametrize("fault", KILLS)
+def test_a_kill(doors, folder, fault, retries):
+    counter = Counter(doors(folder, faulty=True).start(fault=fault, once=True), fault)
+    for key in ("k1", "k2"):
+        counter.revive()
+        status, _ = counter.door.post(SALE, key)
+        assert status in (0, 201)
+        if status == 0 and retries:
+            counter.revive()
+            assert counter.door.post(SALE, key)[0] in (200, 409)
+        assert final_job(counter, key)["state"] == "confirmed"
+    assert check(counter, ["k1", "k2"]) == [(1, 1), (1, 2)]
+    counter.stop()
+    assert (folder / "struck").exists()
+
+
+@pytest.mark.parametrize("fault", LOSSES)
+def test_an_answer_that_is_lost(doors, folder, fault):
+    door = doors(folder, faulty=True).start(fault=fault)
+    status, job = door.post(SALE, "k1")
+    # A refusal of a first line is a refusal, whatever the device did: nothing is registered.
+    refused = fault == "fail@line:1"
+    assert (status, job["state"]) == ((422, "rejected") if refused else (201, "confirmed"))
+    states = [step["state"] for step in job["history"]]
+    assert ("unknown" in states) == (not fault.startswith("fail"))
+    assert door.post(SALE, "k2")[0] == 201
+    assert len(check(door, ["k1", "k2"])) == (1 if refused else 2)
+
+
+@pytest.mark.parametrize("number", [1, 2])
+def test_a_call_that_hangs_ends_the_program(doors, folder, number):
+    door = doors(folder, faulty=True).start("--device-timeout", "1", fault=f"hang@line:{number}",
+                                            once=True)
+    assert door.post(SALE, "k1")[0] == 0
+    assert door.wait() == 75
+    door.start()
+    job = final_job(door, "k1")
+    assert job["state"] == "confirmed"
+    assert "unknown" in [step["state"] for step in job["history"]]
+    assert check(door, ["k1"]) == [(1, 1)]
+
+
+def test_an_operator_resolves_what_asking_does_not_tell(doors, folder):
+    door = doors(folder, faulty=True).start(fault="lose@line:1")
+    status, job = door.post(["REPORT"], "r", desk="operator")
+    assert (status, job["state"]) == (202, "needs_operator")
+    assert door.post(["REPORT"], "r", desk="operator")[0] == 409
+    path = f"/v1/jobs/{job['id']}/resolve"
+    assert door.request("POST", path, {"outcome": "perhaps", "reason": "x"})[2]["code"] == "bad_field"
+    assert door.request("POST", path, {"outcome": "done"})[2]["code"] == "bad_field"
+    status, _, job = door.request("POST", path, {"outcome": "done", "reason": "it lies there"})
+    assert (status, job["state"]) == (200, "confirmed")
+    assert "it lies there" in job["history"][-1]["why"]
+    body = {"outcome": "done", "reason": "x"}
+    assert door.request("POST", path, body)[2]["code"] == "wrong_state"
+    assert door.post(["REPORT"], "r", desk="operator")[0] == 200

@@ -1,0 +1,163 @@
+// A door without the network: a register in a file, the log beside it, and a worker that can be
+// killed at each of its steps and begun again.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "door/job/register_device.h"
+#include "door/job/worker.h"
+#include "door/judge/line_judge.h"
+#include "door/log/job_log.h"
+#include "language/shipped_language.h"
+#include "pal/protocols/lorimat/ecrcmdcommand.h"
+#include "support/temporary_folder.h"
+
+namespace lorimat::door {
+
+// The process is gone; nothing of it runs any further.
+struct Killed {};
+
+class DoorShop {
+ public:
+  DoorShop() { Start(); }
+  ~DoorShop() {
+    End();
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+  DoorShop(const DoorShop&) = delete;
+  DoorShop& operator=(const DoorShop&) = delete;
+
+  // --- The process
+  void Start() {
+    RegisterSettings settings;
+    settings.file = (folder_ / "shop.register").string();
+    settings.clock = [] {
+      std::tm time{};
+      time.tm_year = 126;
+      time.tm_mon = 10;
+      time.tm_mday = 22;
+      time.tm_hour = 10;
+      return time;
+    };
+    device = std::make_unique<RegisterDevice>(std::move(settings));
+    translator_ = std::make_unique<EcrCmdCommand>();
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(shipped::LanguageFile().parent_path());
+    char name[] = "merkelin.ini";
+    EXPECT_EQ(translator_->TradInit(name, 0, &device->client(), true), 0);
+    std::filesystem::current_path(before);
+    log = std::make_unique<JobLog>((folder_ / "shop.door").string(), [this] { return now; });
+    log->Bind(device->Ask()->numbers.serial);
+    worker = std::make_unique<Worker>(
+        *log, *device, judge(),
+        [this](const std::string& line, std::string* answer) {
+          sent.push_back(line);
+          std::string copy = line;
+          copy.resize(copy.size() + 1);
+          std::vector<char> text(1024);
+          const long code = translator_->EcrCmd(copy.data(), text.data());
+          *answer = text.data();
+          return code;
+        },
+        [this](Step step) {
+          if (kill_at_ && *kill_at_ == step && --kill_in_ == 0) {
+            kill_at_.reset();
+            throw Killed();
+          }
+        });
+  }
+  void End() {
+    worker.reset();
+    log.reset();
+    translator_.reset();
+    device.reset();
+  }
+  void Restart() {
+    End();
+    Start();
+  }
+  // The n-th time that the step is reached is the end.
+  void KillAt(Step step, int times = 1) {
+    kill_at_ = step;
+    kill_in_ = times;
+  }
+
+  // --- Jobs
+  Job Submit(const std::string& key, std::vector<std::string> lines,
+             const std::string& desk = "till") {
+    const Judged judged = judge().Judge(lines, true);
+    EXPECT_FALSE(judged.fault);
+    NewJob job;
+    job.desk = desk;
+    job.key = key;
+    job.digest = "d";
+    job.effect = judged.effect;
+    job.refused = judged.refused;
+    job.lines = std::move(lines);
+    job.expires = now + 600000;
+    bool was_there = false;
+    return log->Accept(job, &was_there);
+  }
+  Job Sell(const std::string& key) {
+    return Submit(key, {"VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"});
+  }
+  Job Get(int64_t id) { return *log->Find(id); }
+  // Works until there is nothing to do, or nothing can be done.
+  Worker::Did Drain() {
+    for (int i = 0; i < 1000; ++i) {
+      const Worker::Did did = worker->Work();
+      if (did != Worker::Did::kWork) return did;
+    }
+    ADD_FAILURE() << "it has no end";
+    return Worker::Did::kNothing;
+  }
+  // The same, with a new process behind each end of one.
+  Worker::Did DrainWithRestarts() {
+    for (;;) {
+      try {
+        return Drain();
+      } catch (const Killed&) {
+        Restart();
+      }
+    }
+  }
+
+  // --- What the register has
+  int64_t documents() { return device->device().store().document_count(); }
+  // How many registered documents have a mark on them.
+  int WithMark(const std::string& mark) {
+    int count = 0;
+    device->device().store().ForEveryEntry([&](uint64_t, const JournalEntry& entry) {
+      if (entry.document != 0 && HasMark(entry.lines, mark)) ++count;
+      return true;
+    });
+    return count;
+  }
+
+  static LineJudge& judge() {
+    static LineJudge judge(shipped::LanguageFile().string());
+    return judge;
+  }
+
+  std::unique_ptr<RegisterDevice> device;
+  std::unique_ptr<JobLog> log;
+  std::unique_ptr<Worker> worker;
+  std::vector<std::string> sent;
+  int64_t now = 1'790'000'000'000;
+
+ private:
+  std::filesystem::path folder_ = MakeTemporaryFolder();
+  std::unique_ptr<EcrCmdCommand> translator_;
+  std::optional<Step> kill_at_;
+  int kill_in_ = 0;
+};
+
+}  // namespace lorimat::door

@@ -1,0 +1,234 @@
+#include "door/log/job_log.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <thread>
+#include <utility>
+
+#include "support/temporary_folder.h"
+
+namespace lorimat::door {
+namespace {
+
+using testing::ElementsAre;
+using State = JobState;
+
+class JobLogTest : public testing::Test {
+ protected:
+  JobLogTest() { Open(); }
+  ~JobLogTest() override {
+    log_.reset();
+    std::filesystem::remove_all(folder_);
+  }
+  void Open() {
+    log_.reset();
+    log_ = std::make_unique<JobLog>(File(), [this] { return now_; });
+  }
+  std::string File() const { return (folder_ / "shop.door").string(); }
+  Job Accept(const std::string& key, const std::string& desk = "till") {
+    NewJob job;
+    job.desk = desk;
+    job.key = key;
+    job.digest = "d";
+    job.lines = {"VEND REP=1, PRE=1.20", "CHIU"};
+    job.expires = 2000;
+    return log_->Accept(job, &was_there_);
+  }
+
+  std::filesystem::path folder_ = MakeTemporaryFolder();
+  int64_t now_ = 1000;
+  bool was_there_ = false;
+  std::unique_ptr<JobLog> log_;
+};
+
+// The states as clients are told of them; what a move means stands in docs/door.md.
+TEST(JobState, MovesOnlyAsTheTableSays) {
+  const std::set<std::pair<State, State>> ways = {
+      {State::kQueued, State::kRunning},          {State::kQueued, State::kRejected},
+      {State::kQueued, State::kExpired},          {State::kQueued, State::kCancelled},
+      {State::kRunning, State::kConfirmed},       {State::kRunning, State::kRejected},
+      {State::kRunning, State::kUnknown},         {State::kUnknown, State::kQueued},
+      {State::kUnknown, State::kConfirmed},       {State::kUnknown, State::kRejected},
+      {State::kUnknown, State::kExpired},         {State::kUnknown, State::kNeedsOperator},
+      {State::kNeedsOperator, State::kConfirmed}, {State::kNeedsOperator, State::kRejected}};
+  for (int from = 0; from <= static_cast<int>(State::kLast); ++from) {
+    for (int to = 0; to <= static_cast<int>(State::kLast); ++to) {
+      const std::pair way(static_cast<State>(from), static_cast<State>(to));
+      EXPECT_EQ(MayMove(way.first, way.second), ways.count(way) != 0) << from << " " << to;
+    }
+  }
+}
+
+TEST(JobState, FourAreFinal) {
+  std::vector<std::string_view> finals;
+  for (int state = 0; state <= static_cast<int>(State::kLast); ++state) {
+    const auto one = static_cast<State>(state);
+    EXPECT_EQ(FindJobState(JobStateName(one)), one);
+    if (IsFinal(one)) finals.push_back(JobStateName(one));
+  }
+  EXPECT_THAT(finals, ElementsAre("confirmed", "rejected", "expired", "cancelled"));
+  EXPECT_FALSE(FindJobState("done"));
+}
+
+TEST(JobState, EachReasonHasASentenceOfItsOwn) {
+  std::set<std::string_view> texts;
+  for (int why = 0; why <= static_cast<int>(Why::kLast); ++why) {
+    EXPECT_TRUE(texts.insert(WhyText(static_cast<Why>(why))).second);
+  }
+  EXPECT_EQ(texts.count(""), 0u);
+}
+
+TEST_F(JobLogTest, AJobIsThereBehindANewStart) {
+  const Job job = Accept("k");
+  EXPECT_FALSE(was_there_);
+  EXPECT_EQ(job.state, State::kQueued);
+  Open();
+  const std::optional<Job> found = log_->FindKey("till", "k");
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->id, job.id);
+  EXPECT_EQ(found->mark, job.mark);
+  EXPECT_THAT(found->lines, ElementsAre("VEND REP=1, PRE=1.20", "CHIU"));
+  ASSERT_EQ(found->history.size(), 1u);
+  EXPECT_EQ(found->history[0].time, 1000);
+}
+
+TEST_F(JobLogTest, AKeyOfADeskIsTakenOnce) {
+  const Job first = Accept("k");
+  const Job again = Accept("k");
+  EXPECT_TRUE(was_there_);
+  EXPECT_EQ(again.id, first.id);
+  const Job other = Accept("k", "bar");
+  EXPECT_FALSE(was_there_);
+  EXPECT_NE(other.id, first.id);
+  EXPECT_NE(other.mark, first.mark);
+  EXPECT_EQ(log_->Count(State::kQueued), 2);
+}
+
+TEST_F(JobLogTest, LinesKeepTheirBytes) {
+  NewJob job;
+  job.key = "k";
+  job.lines = {"PRMSG MSG='\xE0\x80\xFF'"};
+  log_->Accept(job, &was_there_);
+  Open();
+  EXPECT_THAT(log_->FindKey("", "k")->lines, ElementsAre("PRMSG MSG='\xE0\x80\xFF'"));
+}
+
+TEST_F(JobLogTest, WhatAJobLearnsIsKept) {
+  const Job job = Accept("k");
+  const DeviceNumbers numbers = {"99LRM0000001VR", 3, 7, 2, 123400};
+  log_->Move(job.id, State::kRunning, Why::kBegun, {.baseline = numbers});
+  const JobDocument document = {4, 8, "99LRM0000001VR", "2026-11-22T10:00:00+01:00", 12000};
+  log_->Move(job.id, State::kConfirmed, Why::kAnswered,
+             {.document = document,
+              .answers = std::vector<LineAnswer>{{1, 0, "OK.", ""}, {2, 1231, "ERROR\xE0", "why"}},
+              .seen = numbers});
+  Open();
+  const Job kept = *log_->Find(job.id);
+  EXPECT_EQ(kept.baseline, numbers);
+  EXPECT_EQ(kept.document, document);
+  EXPECT_EQ(kept.attempts, 1);
+  ASSERT_EQ(kept.answers.size(), 2u);
+  EXPECT_EQ(kept.answers[1], (LineAnswer{2, 1231, "ERROR\xE0", "why"}));
+  EXPECT_EQ(log_->seen(), numbers);
+}
+
+TEST_F(JobLogTest, AMoveThatIsNoneLeavesTheJob) {
+  const Job job = Accept("k");
+  EXPECT_THROW(log_->Move(job.id, State::kConfirmed, Why::kAnswered), IllegalMove);
+  EXPECT_THROW(log_->Move(job.id + 1, State::kRunning, Why::kBegun), IllegalMove);
+  const Job kept = *log_->Find(job.id);
+  EXPECT_EQ(kept.state, State::kQueued);
+  EXPECT_EQ(kept.history.size(), 1u);
+}
+
+TEST_F(JobLogTest, ARefusedLineRejectsTheJobAsItComes) {
+  NewJob job;
+  job.key = "k";
+  job.lines = {"VNED"};
+  job.refused = LineAnswer{1, 257, "", "no such command"};
+  const Job taken = log_->Accept(job, &was_there_);
+  EXPECT_EQ(taken.state, State::kRejected);
+  ASSERT_EQ(taken.answers.size(), 1u);
+  EXPECT_EQ(taken.answers[0].code, 257);
+}
+
+TEST_F(JobLogTest, QueuedJobsExpireAndOthersDoNot) {
+  const Job waits = Accept("a");
+  const Job runs = Accept("b");
+  log_->Move(runs.id, State::kRunning, Why::kBegun);
+  now_ = 1999;
+  EXPECT_EQ(log_->Expire(), 0);
+  now_ = 2000;
+  EXPECT_EQ(log_->Expire(), 1);
+  EXPECT_EQ(log_->Find(waits.id)->state, State::kExpired);
+  EXPECT_EQ(log_->Find(runs.id)->state, State::kRunning);
+}
+
+TEST_F(JobLogTest, TheObserverHearsOfWhatNobodyWaitsForAnyLonger) {
+  std::vector<int64_t> told;
+  log_->SetObserver([&](int64_t id) { told.push_back(id); });
+  const Job a = Accept("a");
+  const Job b = Accept("b");
+  log_->Move(a.id, State::kRunning, Why::kBegun);
+  log_->Move(a.id, State::kUnknown, Why::kCutOff);
+  EXPECT_THAT(told, ElementsAre());
+  log_->Move(a.id, State::kNeedsOperator, Why::kNotNumbered);
+  log_->Move(b.id, State::kCancelled, Why::kCancelled);
+  EXPECT_THAT(told, ElementsAre(a.id, b.id));
+}
+
+TEST_F(JobLogTest, ListsByStateInTheirOrder) {
+  const Job a = Accept("a");
+  const Job b = Accept("b");
+  const Job c = Accept("c");
+  log_->Move(b.id, State::kCancelled, Why::kCancelled);
+  const auto ids = [](const std::vector<Job>& jobs) {
+    std::vector<int64_t> numbers;
+    for (const Job& job : jobs) numbers.push_back(job.id);
+    return numbers;
+  };
+  EXPECT_THAT(ids(log_->List(std::nullopt, 0, 10)), ElementsAre(a.id, b.id, c.id));
+  EXPECT_THAT(ids(log_->List(State::kQueued, 0, 10)), ElementsAre(a.id, c.id));
+  EXPECT_THAT(ids(log_->List(State::kQueued, a.id, 10)), ElementsAre(c.id));
+  EXPECT_THAT(ids(log_->List(std::nullopt, 0, 1)), ElementsAre(a.id));
+}
+
+TEST_F(JobLogTest, BelongsToOneDevice) {
+  log_->Bind("A");
+  log_->Bind("A");
+  Open();
+  EXPECT_EQ(log_->serial(), "A");
+  EXPECT_THROW(log_->Bind("B"), OtherDevice);
+}
+
+// One thread accepts while another moves: no unit of work ends another's.
+TEST_F(JobLogTest, ThreadsTakeTurns) {
+  constexpr int kJobs = 150;
+  std::jthread mover([this](const std::stop_token& stop) {
+    for (int done = 0; done < kJobs && !stop.stop_requested();) {
+      const std::optional<Job> job = log_->First(State::kQueued);
+      if (!job) continue;
+      log_->Move(job->id, State::kRunning, Why::kBegun);
+      log_->Move(job->id, State::kConfirmed, Why::kAnswered);
+      ++done;
+    }
+  });
+  for (int i = 0; i < kJobs; ++i) ASSERT_NO_THROW(Accept(std::to_string(i)));
+  mover.join();
+  EXPECT_EQ(log_->Count(State::kConfirmed), kJobs);
+  // As it is on the disk, too.
+  const std::string copy = (folder_ / "copy.door").string();
+  std::filesystem::copy_file(File(), copy);
+  std::filesystem::copy_file(File() + "-wal", copy + "-wal");
+  log_.reset();
+  JobLog killed(copy);
+  EXPECT_EQ(killed.Count(State::kConfirmed), kJobs);
+}
+
+TEST_F(JobLogTest, OneProgramHasItOpen) { EXPECT_THROW(JobLog second(File()), RegisterError); }
+
+}  // namespace
+}  // namespace lorimat::door

@@ -1,0 +1,137 @@
+#include "door/judge/line_judge.h"
+
+#include <gmock/gmock.h>
+
+#include "language/shipped_language.h"
+
+namespace lorimat::door {
+namespace {
+
+using testing::ElementsAre;
+
+Judged Judge(const std::vector<std::string>& lines, bool is_operator = false) {
+  static LineJudge judge(shipped::LanguageFile().string());
+  return judge.Judge(lines, is_operator);
+}
+
+std::optional<LineFault> FaultOf(const std::vector<std::string>& lines, bool is_operator = false) {
+  const Judged judged = Judge(lines, is_operator);
+  return judged.fault ? std::optional(judged.fault->fault) : std::nullopt;
+}
+
+TEST(LineJudge, AReceiptIsADocumentAndItsPaymentIsKnown) {
+  const Judged judged =
+      Judge({"; a coffee", "VEND REP=1, PRE=1.20", "SCONTO IMP=0.20", "CHIU TEND=CONTANTI"});
+  EXPECT_FALSE(judged.fault);
+  EXPECT_FALSE(judged.refused);
+  EXPECT_EQ(judged.effect, JobEffect::kDocument);
+  EXPECT_THAT(judged.pays, ElementsAre(false, false, false, true));
+}
+
+TEST(LineJudge, WhatAClientMaySend) {
+  for (const char* line : {"VEND REP=1, PRE=1",
+                           "SCONTO IMP=1",
+                           "MAGGIORAZ IMP=1",
+                           "PERCA PERC=1",
+                           "PERCB PERC=1",
+                           "SUBT",
+                           "CHKSUB IMP=1",
+                           "CHIU",
+                           "INP TASTO=LOTTERIA",
+                           "INP ALFA='RSSMRA', TASTO=CLEAR",
+                           "INP NUM=10, TASTO=ST01",
+                           "CORT MSG='CIAO'",
+                           "PRMSG MSG='CIAO'",
+                           "ALLEG MSG='CIAO'",
+                           "ALLEG BARCODE=QRCODE, MSG='A'",
+                           "NOFIS INIZIO",
+                           "FATTURA TIPO=2, RIGA1='A'",
+                           "NOTACRED DOC=1, DATA=150124",
+                           "DOCANNULLO DOC=1, DATA=150124, AUTO",
+                           "CLEAR",
+                           "RESPRN",
+                           "",
+                           "; a comment"}) {
+    EXPECT_FALSE(FaultOf({line})) << line;
+  }
+}
+
+TEST(LineJudge, WhatNobodyMaySend) {
+  for (const char* line :
+       {"@lines.txt", "@lines.txt,errors.txt", "SETP DIR='/tmp'", "DIRECTIO CMD=1, OPT=9",
+        "EMLINK CMD='UA', FILE='a'", "LDGRAF CANC", "FIRMWARE FILE='a'", "LEGGI TAB=IVA, FILE='a'",
+        "SAVELOTT FILE='a', TUTTO", "INP TASTO=TOTALE", "INP TASTO=ANNULLADOC",
+        "INP TASTO=APRETRANS", "INP NUM=10, TASTO=REP01", "INFO TIPO=1", "GETP DIR", "SLAVE ON"}) {
+    EXPECT_EQ(FaultOf({line}, true), LineFault::kNotAllowed) << line;
+  }
+}
+
+TEST(LineJudge, WhatAnOperatorMaySend) {
+  for (const char* line :
+       {"REPORT", "AZZGIO", "DGFE DADATA=150124, ADATA=150124", "RTEJ INVIA", "PROG", "ENDPROG",
+        "CHIAVE POS=4", "PREP REP=1, DES='A'", "PIVA IVA=1, ALIQ=22", "PINT RIGA1='A'",
+        "POPZ CASSETTO=SI", "PGRU GRU=1, DES='A'", "PSTEN ST=1", "PPFATT NUM=1",
+        "PTAST POS=50, COD=REP05", "POPER OPE=1", "PTASTA POS=50, COD=REP05"}) {
+    EXPECT_FALSE(FaultOf({line}, true)) << line;
+    EXPECT_EQ(FaultOf({line}), LineFault::kForOperator) << line;
+  }
+}
+
+TEST(LineJudge, NoLineNamesAFile) {
+  for (const char* line : {"REPORT TIPO=1, FILE='a'", "REPORT #10='a'", "#26 #10='a'",
+                           "DGFE DAZETA=1, FILE='a'", "RTEJ INVIA, FILE='a'"}) {
+    EXPECT_EQ(FaultOf({line}, true), LineFault::kNamesFile) << line;
+  }
+}
+
+TEST(LineJudge, GoesByNumbersWhateverTheWords) {
+  EXPECT_FALSE(FaultOf({"#10 #1=1, #4=1.50", "ve rep=1, p=1", "vendita reparto=1", "#11"}));
+  EXPECT_EQ(FaultOf({"#48 #1='/tmp'"}), LineFault::kNotAllowed);
+  EXPECT_EQ(FaultOf({"dire cmd=1"}), LineFault::kNotAllowed);
+  EXPECT_EQ(FaultOf({"  @x"}), LineFault::kNotAllowed);
+  // In a text it is a text.
+  EXPECT_FALSE(FaultOf({"VEND REP=1, PRE=1, DES='@x; SETP'"}));
+}
+
+TEST(LineJudge, AJobIsOneDocument) {
+  const std::string sale = "VEND REP=1, PRE=1";
+  EXPECT_EQ(FaultOf({sale, "CHIU", sale}), LineFault::kSecondDocument);
+  EXPECT_EQ(FaultOf({sale, "INP NUM=1, TASTO=ST01", sale}), LineFault::kSecondDocument);
+  EXPECT_EQ(FaultOf({sale, "CHIU", "FATTURA TIPO=2"}), LineFault::kSecondDocument);
+  EXPECT_EQ(FaultOf({"DOCANNULLO DOC=1, DATA=150124, AUTO", sale}), LineFault::kSecondDocument);
+  EXPECT_FALSE(FaultOf({sale, "CHIU TEND=CARTA, IMP=0.50", "CHIU"}));
+  EXPECT_FALSE(FaultOf({sale, "CHIU", "ALLEG MSG='CIAO'"}));
+  const Judged judged = Judge({sale, "CHIU", sale});
+  EXPECT_EQ(judged.fault->line, 3);
+  EXPECT_EQ(judged.fault->command, "VEND");
+}
+
+TEST(LineJudge, AJobHasOneEffect) {
+  const std::string sale = "VEND REP=1, PRE=1";
+  EXPECT_EQ(FaultOf({sale, "AZZGIO"}, true), LineFault::kSecondEffect);
+  EXPECT_EQ(FaultOf({"REPORT", sale}, true), LineFault::kSecondEffect);
+  EXPECT_EQ(FaultOf({sale, "NOFIS INIZIO"}), LineFault::kSecondEffect);
+  EXPECT_EQ(Judge({"REPORT TIPO=1"}, true).effect, JobEffect::kOther);
+  EXPECT_EQ(Judge({"REPORT TIPO=1, MODO=1"}, true).effect, JobEffect::kClosing);
+  EXPECT_EQ(Judge({"AZZGIO"}, true).effect, JobEffect::kClosing);
+  EXPECT_EQ(Judge({"NOFIS INIZIO", "NOFIS MSG='A'", "NOFIS FINE"}).effect, JobEffect::kOther);
+}
+
+TEST(LineJudge, TheTotalConfirmsACodeAndPaysByItselfNothing) {
+  EXPECT_FALSE(FaultOf({"INP TASTO=LOTTERIA", "INP LOTTERIA='ABCD1234', TASTO=TOTALE"}));
+  EXPECT_EQ(FaultOf({"INP TASTO=LOTTERIA", "SUBT", "INP TASTO=TOTALE"}), LineFault::kNotAllowed);
+}
+
+TEST(LineJudge, TheFirstLineThatIsNotUnderstoodIsTold) {
+  const Judged judged = Judge({"VEND REP=1, PRE=1", "VNED REP=1", "CHIU XXXX=1"});
+  EXPECT_FALSE(judged.fault);
+  ASSERT_TRUE(judged.refused);
+  EXPECT_EQ(judged.refused->line, 2);
+  EXPECT_EQ(judged.refused->code, 257);
+  EXPECT_FALSE(judged.refused->explanation.empty());
+  EXPECT_EQ(Judge({"CHIU XXXX=1"}).refused->code, 260);
+  EXPECT_EQ(Judge({"VEND REP='1"}).refused->code, 264);
+}
+
+}  // namespace
+}  // namespace lorimat::door
