@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import re
+import resource
 import signal
 import sqlite3
 import subprocess
@@ -23,15 +24,21 @@ class Door:
         self.process = None
         self.port = None
 
-    def start(self, *options, fault=None, once=False):
+    def start(self, *options, fault=None, once=False, most_bytes=None):
         environment = dict(os.environ, LC_ALL="C")
         if fault:
             environment["LORIMATD_FAULT"] = fault
         if once:
             environment["LORIMATD_FAULT_ONCE"] = str(self.folder / "struck")
+
+        def limit():
+            # A file that is to grow beyond is an error for the program, like a full disk.
+            resource.setrlimit(resource.RLIMIT_FSIZE, (most_bytes, most_bytes))
+
         self.process = subprocess.Popen(
             [self.program, "--register", self.register, "--listen", "127.0.0.1:0", *options],
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment)
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment,
+            preexec_fn=limit if most_bytes else None)
         line = self.process.stdout.readline()
         found = re.fullmatch(r"lorimatd: listening on http://127\.0\.0\.1:(\d+)\n", line)
         if not found:

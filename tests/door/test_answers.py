@@ -244,3 +244,32 @@ def test_a_device_that_is_further_on_is_told(doors, folder):
     assert door.post(SALE, "k2")[1]["document"]["number"] == 3
     assert door.stop() == 0
     assert "document 2" in door.errors and "the log has seen 0, 1 and 0" in door.errors
+
+
+def test_a_queued_job_can_be_taken_back(doors, folder):
+    door = doors(folder, faulty=True).start(fault="hang@line:1")
+    at_work = door.post(SALE, "k0", path="/v1/jobs?wait=0")[1]
+    status, job = door.post(SALE, "k1", path="/v1/jobs?wait=0")
+    assert (status, job["state"]) == (202, "queued")
+    # Its outcome is not known yet.
+    status, headers, again = door.request("POST", "/v1/jobs", {"lines": SALE},
+                                          {"Idempotency-Key": "k1"})
+    assert (status, again["id"]) == (409, job["id"]) and headers["Retry-After"]
+    status, _, job = door.request("DELETE", f"/v1/jobs/{job['id']}")
+    assert (status, job["state"]) == (200, "cancelled")
+    assert code(door.request("DELETE", f"/v1/jobs/{job['id']}")) == (409, "wrong_state")
+    assert door.post(SALE, "k1")[0] == 422
+    while door.get(f"/v1/jobs/{at_work['id']}")[1]["state"] == "queued":
+        pass
+    assert code(door.request("DELETE", f"/v1/jobs/{at_work['id']}")) == (409, "wrong_state")
+
+
+def test_a_thousand_jobs_wait_and_no_more(doors, folder):
+    door = doors(folder, faulty=True).start(fault="hang@line:1")
+    for number in range(1001):
+        assert door.post(SALE, f"k{number}", path="/v1/jobs?wait=0")[0] == 202
+        while number == 0 and door.get("/v1/device")[1]["queued"]:
+            pass
+    assert code(door.post(SALE, "one-more")) == (429, "queue_full")
+    # What is known is answered all the same.
+    assert door.post(SALE, "k7")[0] == 409

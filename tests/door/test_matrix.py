@@ -121,3 +121,26 @@ def test_an_operator_resolves_what_asking_does_not_tell(doors, folder):
     body = {"outcome": "done", "reason": "x"}
     assert door.request("POST", path, body)[2]["code"] == "wrong_state"
     assert door.post(["REPORT"], "r", desk="operator")[0] == 200
+
+
+@pytest.mark.parametrize("size", range(100_000, 700_000, 40_000))
+def test_a_disk_that_is_full(doors, folder, size):
+    """Neither log nor register grows beyond a size; later there is room again."""
+    door = doors(folder).start()
+    assert door.stop() == 0
+    door.start(most_bytes=size)
+    keys = [f"k{number}" for number in range(8)]
+    answers = {key: door.post(SALE, key, path="/v1/jobs?wait=2")[0] for key in keys}
+    assert set(answers.values()) <= {201, 202, 422, 503}
+    door.process.kill()
+    door.wait()
+    door.start()
+    taken = [key for key in keys if door.get(f"/v1/jobs?key={key}&desk=")[0] == 200]
+    confirmed = check(door, taken)
+    assert len(confirmed) >= sum(answer == 201 for answer in answers.values())
+    # A client that tries again sells what is missing, with a new key where the old one is over.
+    for key in keys:
+        if door.post(SALE, key)[0] == 422:
+            assert door.post(SALE, key + "-again")[0] == 201
+    assert len(door.documents()) == len(keys)
+    assert door.stop() == 0
