@@ -102,6 +102,7 @@ TEST(LineJudge, AJobIsOneDocument) {
   EXPECT_FALSE(FaultOf({sale, "CHIU TEND=CARTA, IMP=0.50", "CHIU"}));
   EXPECT_FALSE(FaultOf({sale, "CHIU", "ALLEG MSG='CIAO'"}));
   const Judged judged = Judge({sale, "CHIU", sale});
+  ASSERT_TRUE(judged.fault);
   EXPECT_EQ(judged.fault->line, 3);
   EXPECT_EQ(judged.fault->command, "VEND");
 }

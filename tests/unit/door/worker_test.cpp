@@ -174,8 +174,23 @@ TEST_F(WorkerTest, WhatIsNotDoneIsNotTriedBehindItsTime) {
   shop_.now += 600000;
   shop_.Restart();
   shop_.Drain();
-  EXPECT_EQ(shop_.Get(job.id).state, State::kExpired);
+  EXPECT_THAT(Way(job.id),
+              ElementsAre(State::kQueued, State::kRunning, State::kUnknown, State::kExpired));
   EXPECT_EQ(shop_.documents(), 0);
+}
+
+TEST_F(WorkerTest, AVoidThatGotLostIsMadeAheadOfTheNextTry) {
+  const Job job = shop_.Sell("k");
+  Strike("no-answer", ClientOperation::kPrintRecTotalEx);
+  // The first reset is the one ahead of the job.
+  shop_.device->device().AddFault({.name = "no-answer",
+                                   .operation = ClientOperation::kResetPrn,
+                                   .when = FaultWhen::kNth,
+                                   .count = 2});
+  EXPECT_EQ(shop_.Drain(), Worker::Did::kNothing);
+  EXPECT_THAT(Way(job.id), ElementsAre(State::kQueued, State::kRunning, State::kUnknown,
+                                       State::kQueued, State::kRunning, State::kConfirmed));
+  EXPECT_EQ(shop_.documents(), 1);
 }
 
 TEST_F(WorkerTest, WhatWaitsBeyondItsTimeNeverBegins) {
