@@ -249,13 +249,14 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
       ->check(console::WholeNumberIn(1, kLongestTimeout))
       ->capture_default_str();
   console::RefuseEmptyTexts(&app);
+  console::TranslateHelp(app);
+  // Its footer is that of the other program.
   app.footer(console::Translated(TR_TEXT(R"(Exit codes:
   0   ended by SIGTERM or Ctrl-C; the job at work has been finished
   2   wrong use, or the register, its log or the library cannot be used
   75  a call of the device did not come back; started again, it asks what became of the job
 )"))
                  .data());
-  console::TranslateHelp(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,6 +1,7 @@
 """Each answer of the door, as a client gets it."""
 import json
 import os
+import pathlib
 import re
 import socket
 import subprocess
@@ -273,3 +274,24 @@ def test_a_thousand_jobs_wait_and_no_more(doors, folder):
     assert code(door.post(SALE, "one-more")) == (429, "queue_full")
     # What is known is answered all the same.
     assert door.post(SALE, "k7")[0] == 409
+
+
+@pytest.mark.parametrize("language, expected", [("C", "Exit codes:"), ("it_IT.UTF-8", "Codici di uscita:")])
+def test_the_help_is_its_own_in_both_languages(language, expected):
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("LC_ALL", "LC_MESSAGES", "LANGUAGE")}
+    run = subprocess.run([os.environ["LORIMATD"], "--help"], capture_output=True, text=True, check=True,
+                         env=dict(environment, LANG=language))
+    assert expected in run.stdout and "--device-timeout" in run.stdout
+    assert "lorimat run" not in run.stdout
+
+
+def test_the_pages_have_each_option():
+    run = subprocess.run([os.environ["LORIMATD"], "--help"], capture_output=True, text=True, check=True)
+    options = set(re.findall(r"--[a-z-]+", run.stdout))
+    root = pathlib.Path(__file__).parents[2]
+    for page in ("docs/man/lorimatd.1", "docs/man/it/lorimatd.1"):
+        text = (root / page).read_text().replace("\\-", "-")
+        assert options <= set(re.findall(r"--[a-z-]+", text)), page
+    known = options - {"--help", "--version"}
+    assert known <= set(re.findall(r"--[a-z-]+", (root / "docs/door.md").read_text()))
