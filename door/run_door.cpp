@@ -169,7 +169,9 @@ int RunDoor(const Options& options, Streams& streams) {
     throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
                      Shown(options.register_file), missing));
   }
-  JobLog log(options.log.empty() ? options.register_file + ".door" : options.log);
+  const std::string log_file = options.log.empty() ? options.register_file + ".door" : options.log;
+  console::RequireRegisterName(log_file);
+  JobLog log(log_file);
   try {
     log.Bind(state->numbers.serial);
   } catch (const OtherDevice& other) {

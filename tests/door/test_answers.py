@@ -293,5 +293,9 @@ def test_the_pages_have_each_option():
     for page in ("docs/man/lorimatd.1", "docs/man/it/lorimatd.1"):
         text = (root / page).read_text().replace("\\-", "-")
         assert options <= set(re.findall(r"--[a-z-]+", text)), page
+    offered = subprocess.run(
+        ["bash", "-c", f"source {root}/completion/lorimatd; COMP_WORDS=(lorimatd --) COMP_CWORD=1;"
+         '_lorimatd; printf "%s\n" "${COMPREPLY[@]}"'], capture_output=True, text=True, check=True)
+    assert set(offered.stdout.split()) == options
     known = options - {"--help", "--version"}
     assert known <= set(re.findall(r"--[a-z-]+", (root / "docs/door.md").read_text()))
