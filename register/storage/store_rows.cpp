@@ -54,7 +54,10 @@ StoredDocument ReadDocument(const Database& database, const Statement& row) {
   // No document comes to more: whatever is worked out of these stays in range.
   bool possible = ReadSums(row.Text(14), &document) && IsTotal(document.total);
   for (const auto& [vat, gross] : document.by_vat) possible = possible && IsTotal(gross);
-  for (const auto& [tender, amount] : document.by_tender) possible = possible && IsTotal(amount);
+  for (const auto& [tender, amount] : document.by_tender) {
+    possible = possible &&
+               IsTotal(tender == kRoundedUpTender ? -std::max(amount, -kMaxAmount - 1) : amount);
+  }
   if (!possible) database.Damaged("document");
   document.voided = row.Flag(15);
   document.lottery_sent = row.Flag(16);

@@ -459,10 +459,10 @@ TEST_F(Reports, PeriodsGoOnAcrossClosingsUntilTheyAreCleared) {
   NewPaper();
   ASSERT_EQ(device.PeriodicReportMessageEx(5, 0, "txt", "", 1, false), RTF_SUCCESS);
   const std::string tenders = NewPaper();
-  EXPECT_NE(tenders.find("Pagamento contante                    1,00\n"), std::string::npos);
+  EXPECT_NE(tenders.find("Pagamento contante n. 1               1,00\n"), std::string::npos);
   EXPECT_NE(tenders.find("           dal 15/01/2024 10:30\n"), std::string::npos);
   ASSERT_EQ(device.PeriodicReportMessageEx(1, 0, "txt", "", 1, false), RTF_SUCCESS);
-  EXPECT_NE(NewPaper().find("Pagamento contante                    8,00\n"), std::string::npos);
+  EXPECT_NE(NewPaper().find("Pagamento contante n. 3               8,00\n"), std::string::npos);
 }
 
 TEST_F(Reports, EachPeriodicKindShowsItsSection) {

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "register/inspect/register_file.h"
+#include "register/value/row_encoding.h"
 #include "unit/register/filled_register.h"
 #include "unit/register/store_fixture.h"
 
@@ -93,7 +94,9 @@ TEST_F(MigrationTest, ADayOfTheThirdVersionGoesOn) {
   EXPECT_EQ(Sql("old", "PRAGMA user_version"), std::to_string(kSchemaVersion) + "\n");
   EXPECT_EQ(Sql("old", "SELECT hash FROM journal UNION ALL SELECT hash FROM event"), hashes);
   {
-    VirtualRegister device(FileSettings("old"));
+    RegisterSettings settings = FileSettings("old");
+    settings.clock = [] { return NumberTime(20240116113000); };
+    VirtualRegister device(settings);
     ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
     ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
     ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);

@@ -128,7 +128,7 @@ TEST_F(TablesTest, SubtendersAreReadBackAndKeepTheirLimits) {
   EXPECT_EQ(WriteSubtender(1, 0, std::string(16, 's'), 0, 0, 0), RTF_EFPTR_BAD_LENGTH);
   EXPECT_EQ(WriteSubtender(1, 4, "", 0, 0, 0), RTF_E_ILLEGAL);
   EXPECT_EQ(WriteSubtender(1, 255, "", 0, 0, 0), RTF_E_ILLEGAL);
-  EXPECT_EQ(WriteSubtender(1, 0, "", 2, 0, 0), RTF_E_ILLEGAL);
+  EXPECT_EQ(WriteSubtender(1, 0, "", 4, 0, 0), RTF_E_ILLEGAL);
   EXPECT_EQ(WriteSubtender(1, 0, "", 0, 1000000000, 0), RTF_EFPTR_BAD_PRICE);
   EXPECT_EQ(Subtender(1), "0," + std::string(15, 's') + ",0,0,0");
   for (const int number : {0, -1, 21, INT32_MAX}) {
