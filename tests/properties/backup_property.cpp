@@ -22,6 +22,7 @@
 
 #include "console/command/backup/table_loading.h"
 #include "console/command/subcommand.h"
+#include "console/device/register_device.h"
 #include "console/host/batch_request.h"
 #include "console/message/failure.h"
 #include "day/trouble.h"
@@ -116,8 +117,15 @@ Backup BackUp(TableSession& session) {
   return backup;
 }
 
+console::DeviceRequest RequestFor(const std::string& file) {
+  console::DeviceRequest request;
+  request.options.emplace_back("file", file);
+  request.for_tables = true;
+  return request;
+}
+
 Backup BackUp(const std::string& file, Quiet& quiet) {
-  TableSession session(file, kLanguage, "", quiet.streams());
+  TableSession session(RequestFor(file), kLanguage, "", quiet.streams(), {});
   return BackUp(session);
 }
 
@@ -153,7 +161,7 @@ Restored Restore(const Backup& backup, const std::string& file, const Trouble& t
                  FailingDisk& disk, Quiet& quiet) {
   Restored restored;
   std::optional<TableSession> session;
-  session.emplace(file, kLanguage, "", quiet.streams());
+  session.emplace(RequestFor(file), kLanguage, "", quiet.streams(), console::RecordOptions{});
   const console::ScratchFolder scratch;
   const console::FolderStay stay(scratch.path());
   const Differences before = console::CompareTables(backup, *session, quiet.streams(), true);
@@ -164,7 +172,8 @@ Restored Restore(const Backup& backup, const std::string& file, const Trouble& t
   restored.struck = HasStruck(disk, trouble);
   const bool killed = restored.struck && trouble.ends_the_process();
   if (!killed) HealAll(disk);
-  restored.doubtful = session->device().failure().doubtful;
+  restored.doubtful =
+      dynamic_cast<console::RegisterDevice&>(session->device()).machine().failure().doubtful;
   if (!killed) {
     restored.after = console::CompareTables(backup, *session, quiet.streams(), false);
   }
@@ -208,7 +217,7 @@ TEST(BackupProperty, WhatIsRestoredIsTheSameAndWhatIsNotIsTold) {
     const Backup backup = BackUp(from, quiet);
     const Backup before = BackUp(to, quiet);
     const Restored restored = Restore(backup, to, trouble, disk, quiet);
-    TableSession session(to, kLanguage, "", quiet.streams());
+    TableSession session(RequestFor(to), kLanguage, "", quiet.streams(), {});
     const Backup now = BackUp(session);
     const Differences differences = console::CompareTables(backup, session, quiet.streams(), false);
     RC_LOG() << Told(differences);
