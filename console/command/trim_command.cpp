@@ -30,9 +30,9 @@ constexpr std::string_view kTrimExamples = TR_TEXT(R"(Examples:
   lorimat trim day.rec --line 320 --line 411
       The lines that stand in the file at 320 and 411 in their place.
 
-The conversation goes to standard output. It has the calls of the lines that are left, the answers of
-the device, and what its start read. Lines that called nothing are left too: they may have set how
-others are read. A recording that is cut off or was edited is taken, and told.
+The conversation goes to standard output. It has the calls of the lines that are left, the answers
+of the device, and what its start read. Lines that called nothing are left too: they may have set
+how others are read. A recording that is cut off or was edited is taken, and told.
 
 Exit codes:
   0  the conversation was written

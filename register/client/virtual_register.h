@@ -213,6 +213,8 @@ class VirtualRegister : public RtfClientInterface {
       } catch (...) {
         if (noted) NoteFailure(!was_doubtful && core_.database.doubtful());
         core_.TakeBack();
+        // It would hide the failure.
+        if (noted) core_.session.lottery_drop = {};
         keyboard_.Restore(std::move(input.keyboard));
         articles_.Restore(input.articles);
       }

@@ -301,8 +301,6 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   if (!text.empty()) core_.paper.Text(text);
   for (size_t at = before; at < receipt.payments().size(); ++at) {
     const Payment& made = receipt.payments()[at];
-    // Rounding may leave nothing to be paid.
-    if (made.amount == 0 && at > before) continue;
     layout_.Tender(made.tender->name, made.amount, made.face);
   }
   document.time = now;

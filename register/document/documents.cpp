@@ -50,7 +50,8 @@ void AddLines(const Receipt& receipt, const Tables& tables, StoredDocument* stor
   }
 }
 
-void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument* stored) {
+void AddAdjustments(const Receipt& receipt, const Tables& tables, const std::vector<VatRate>& rates,
+                    StoredDocument* stored) {
   for (const Adjustment& adjustment : receipt.adjustments()) {
     if (adjustment.is_void) continue;  // shows as the voided one that it takes back
     const bool surcharge = IsSurcharge(adjustment.request.type);
@@ -64,8 +65,8 @@ void AddAdjustments(const Receipt& receipt, const Tables& tables, StoredDocument
       if (adjustment.voided) entered.taken_back += Absolute(delta);
     }
     if (adjustment.voided) continue;
-    CountShares(tables.settings().vat_rates, adjustment.by_vat,
-                surcharge ? Counted::kSurcharges : Counted::kDiscounts, stored);
+    CountShares(rates, adjustment.by_vat, surcharge ? Counted::kSurcharges : Counted::kDiscounts,
+                stored);
     // By what it is, as the figures: a discount on a refund line stays one.
     (surcharge ? stored->surcharges : stored->discounts) += Absolute(adjustment.delta);
     // An adjustment of a whole department stands beside its lines.
@@ -113,7 +114,7 @@ StoredDocument Summarize(const Receipt& receipt, const Tables& tables,
     stored.figures[vat][TaxedFigure::kGross].amount = gross;
   }
   AddLines(receipt, tables, &stored);
-  AddAdjustments(receipt, tables, &stored);
+  AddAdjustments(receipt, tables, rates, &stored);
   AddPayments(receipt, &stored);
   TellRates(tables, rates, &stored);
   for (auto& [vat, figures] : stored.figures) {
@@ -137,28 +138,59 @@ void TellRates(const Tables& tables, const std::vector<VatRate>& rates, StoredDo
   CountShares(rates, document->by_vat, Counted::kDocuments, document);
 }
 
-std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables) {
+namespace {
+
+Amount CollectedBy(const StoredDocument& document, SummaryElement element) {
+  const auto found = document.collected.find(static_cast<int>(element));
+  return found == document.collected.end() ? 0 : found->second.amount;
+}
+
+// By what the tenders were at the payment.
+PaidParts PartsThen(const StoredDocument& document) {
+  PaidParts parts;
+  for (const SummaryElement element :
+       {SummaryElement::kCash, SummaryElement::kElectronic, SummaryElement::kTicket}) {
+    AddTo(&parts.collected, CollectedBy(document, element));
+  }
+  parts.discount = CollectedBy(document, SummaryElement::kDiscount);
+  parts.not_collected = document.not_paid;
+  const auto up = document.by_tender.find(kRoundedUpTender);
+  if (up != document.by_tender.end()) AddTo(&parts.rounded_up, up->second, -1);
+  return parts;
+}
+
+// By what they are today: documents of a version before 4 do not tell.
+std::optional<PaidParts> PartsToday(const StoredDocument& document, const Tables& tables) {
   PaidParts parts;
   for (const auto& [id, amount] : document.by_tender) {
     const Tender* tender = tables.FindTender(id);
     if (tender == nullptr) return std::nullopt;
-    if (id == kRoundedUpTender) {
-      AddTo(&parts.rounded_up, amount, -1);
-      continue;
-    }
     AddTo(tender->kind == TenderKind::kNotPaid           ? &parts.not_collected
           : tender->element == SummaryElement::kDiscount ? &parts.discount
                                                          : &parts.collected,
           amount);
   }
-  Amount sum = parts.collected;
-  AddTo(&sum, parts.not_collected);
-  AddTo(&sum, parts.discount);
-  AddTo(&sum, parts.rounded_up, -1);
-  return sum == document.total ? std::optional<PaidParts>(parts) : std::nullopt;
+  return parts;
+}
+
+}  // namespace
+
+std::optional<PaidParts> PartsOf(const StoredDocument& document, const Tables& tables) {
+  const std::optional<PaidParts> parts =
+      document.collected.empty() ? PartsToday(document, tables) : PartsThen(document);
+  if (!parts) return std::nullopt;
+  Amount sum = parts->collected;
+  AddTo(&sum, parts->not_collected);
+  AddTo(&sum, parts->discount);
+  AddTo(&sum, parts->rounded_up, -1);
+  return sum == document.total ? parts : std::nullopt;
 }
 
 int TicketsOf(const StoredDocument& document, const Tables& tables) {
+  if (!document.collected.empty()) {
+    const auto found = document.collected.find(static_cast<int>(SummaryElement::kTicket));
+    return found == document.collected.end() ? 0 : found->second.payments;
+  }
   int tickets = 0;
   for (const auto& [id, count] : document.tender_counts) {
     const Tender* tender = tables.FindTender(id);

@@ -14,7 +14,10 @@ Amount Receipt::RoundingBy(const Tender& tender, const CashRounding* rounding) c
   const bool all =
       coins(tender) && std::all_of(payments_.begin(), payments_.end(),
                                    [&](const Payment& payment) { return coins(*payment.tender); });
-  return rounding != nullptr && all && remaining() > 0 ? RoundToFiveCents(total_) - total_ : 0;
+  if (rounding == nullptr || !all || remaining() == 0) return 0;
+  const Amount coined = RoundToFiveCents(total_);
+  // No payment comes to more than a document may.
+  return coined <= kMaxAmount ? coined - total_ : 0;
 }
 
 int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* done,
@@ -48,10 +51,11 @@ int Receipt::Pay(const Tender& tender, Amount amount, bool automatic, Payment* d
     payments_.push_back({rounded < 0 ? rounding->down : rounding->up, -rounded, 0});
     paid_ -= rounded;
   }
-  payments_.push_back({&tender, given, face});
+  *done = {&tender, given, face};
+  // Rounding may leave nothing to be paid.
+  if (given != 0 || rounded == 0) payments_.push_back(*done);
   paid_ += given;
   at_subtotal_ = false;
-  *done = payments_.back();
   return RTF_SUCCESS;
 }
 

@@ -54,7 +54,10 @@ int Flush(LogFile& log) {
   log.size = 0;
   log.in_frame = false;
   if (size == 0) return SQLITE_OK;
-  return Below(log).xWrite(log.below, log.held, size, log.at);
+  const int code = Below(log).xWrite(log.below, log.held, size, log.at);
+  // Nothing is held behind a gap.
+  if (code != SQLITE_OK) log.next = log.page = -1;
+  return code;
 }
 
 int Hold(LogFile& log, const void* from, int size, sqlite3_int64 at) {

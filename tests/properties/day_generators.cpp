@@ -209,7 +209,7 @@ Day Scene() {
   return {};
 }
 
-// A unit of work makes some writes, mostly fewer than twenty, one sync, and some hundred
+// A unit of work makes some writes, mostly fewer than eight, one sync, and some hundred
 // allocations.
 Trouble AnyTrouble() {
   Trouble trouble;
@@ -229,7 +229,7 @@ Trouble AnyTrouble() {
       trouble.place = *Below(40);
       break;
     default:
-      trouble.place = *gen::inRange(1, *gen::element(4, 20));
+      trouble.place = *gen::inRange(1, *gen::element(2, 4, 20));
   }
   return trouble;
 }

@@ -3,12 +3,22 @@
 
 namespace lorimat {
 
+namespace {
+
+const std::map<std::string, std::string> kLegends = {
+    {"EE*", "N1 escluso art. 15"},    {"NS*", "N2 non soggetto"},
+    {"NI*", "N3 non imponibile"},     {"ES*", "N4 esente"},
+    {"RM*", "N5 regime del margine"}, {"AL*", "N6 operazione non IVA"}};
+
+}  // namespace
+
+std::string NatureOfMark(const std::string& mark) {
+  const auto legend = kLegends.find(mark);
+  return legend == kLegends.end() ? std::string() : legend->second.substr(0, 2);
+}
+
 // "ES* = N4 esente": every mark that is no rate has its line, and no other has one.
 std::string ReadNatures(ReadPaper* paper) {
-  static const std::map<std::string, std::string> kLegends = {
-      {"EE*", "N1 escluso art. 15"},    {"NS*", "N2 non soggetto"},
-      {"NI*", "N3 non imponibile"},     {"ES*", "N4 esente"},
-      {"RM*", "N5 regime del margine"}, {"AL*", "N6 operazione non IVA"}};
   std::map<std::string, std::string> told;
   for (const std::string& line : paper->lines) {
     const size_t sign = line.find(" = ");

@@ -194,7 +194,7 @@ PaperMoves Scene() {
   return moves;
 }
 
-// Where a trouble may strike an operation: it has many allocations, some writes and hardly a sync.
+// Where a trouble may strike an operation: it has many allocations, few writes and hardly a sync.
 int PlacesOf(TroubleKind kind) {
   switch (kind) {
     case TroubleKind::kMemory:
@@ -205,7 +205,7 @@ int PlacesOf(TroubleKind kind) {
     case TroubleKind::kKilledAtSync:
       return 2;
     default:
-      return 8;
+      return 3;
   }
 }
 

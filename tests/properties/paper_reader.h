@@ -94,6 +94,8 @@ struct ReadPaper {
 // Reads the legend of the natures, and the lottery code or why there is none; answers what is wrong
 // with them, empty when nothing is.
 std::string ReadNatures(ReadPaper* paper);
+// "N4" of "ES*"; empty for a rate.
+std::string NatureOfMark(const std::string& mark);
 std::string ReadLottery(ReadPaper* paper);
 // A row of a name, maybe a rate, and an amount at the right edge; false for another.
 bool ReadRow(const std::string& line, std::string* name, std::string* mark, Cents* amount);

@@ -322,7 +322,7 @@ TEST(ShellStatusLine, TrainingStandsThereAsLongAsItLasts) {
   ASSERT_EQ(0, device.BeginTraining());
   EXPECT_EQ("READY  key registering  TRAINING", StatusLine(StateOf(device)));
   EXPECT_THAT(StatusText(StateOf(device), "opens a receipt", {}, 0),
-              HasSubstr("\nTraining        yes\n"));
+              HasSubstr("\nTraining   yes\n"));
   ASSERT_EQ(0, device.EndTraining());
   EXPECT_EQ("READY  key registering", StatusLine(StateOf(device)));
 }
@@ -375,7 +375,7 @@ TEST(ShellStatusLine, EveryFaultThatWaitsIsNamed) {
   device.AddFault({.name = "busy", .when = lorimat::FaultWhen::kEvery});
   EXPECT_EQ("READY  key registering  fault waiting: paper-end, busy", StatusLine(StateOf(device)));
   EXPECT_THAT(StatusText(StateOf(device), "", {{"Register", "shop"}}, 0),
-              HasSubstr("\nRegister   shop\n"));
+              HasSubstr("\nRegister  shop\n"));
   EXPECT_EQ("", OpenDocumentWords(StateOf(device)));
 }
 

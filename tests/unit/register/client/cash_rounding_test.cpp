@@ -163,9 +163,9 @@ TEST_F(CashRounding, TheClosingHasLinesOfItsOwn) {
   }
   ASSERT_EQ(device.PrintZReport(), RTF_SUCCESS);
   const std::string paper = device.paper_text();
-  for (const char* line : {"\nPagamento contante                   35,00\n",
-                           "\nArrotondamento per difetto            0,03\n",
-                           "\nArrotondamento per eccesso           -0,01\n",
+  for (const char* line : {"\nPagamento contante n. 3              35,00\n",
+                           "\nArrotondamento per difetto n. 2       0,03\n",
+                           "\nArrotondamento per eccesso n. 1      -0,01\n",
                            "\nTOTALE GIORNALIERO                   35,02\n"}) {
     EXPECT_NE(paper.find(line), std::string::npos) << line;
   }

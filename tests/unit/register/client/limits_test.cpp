@@ -103,7 +103,7 @@ TEST(LimitsOfTables, FortyRatesInOneDocument) {
     EXPECT_TRUE(Has(device, "\n" + mark + " ")) << rate;
   }
   ASSERT_EQ(device.PrintZReport(), RTF_SUCCESS);
-  EXPECT_TRUE(Has(device, "Totale 40%                            0,99\n"));
+  EXPECT_TRUE(Has(device, "Totale 40% n. 1                       0,99\n"));
 }
 
 // 10000 lines of 0,01: 100,00, of which 100,00 x 22 / 122 = 18,032... is tax.
