@@ -268,8 +268,8 @@ Reply Api::PostDevice(const Request& request, const Path& path) {
   job.expires =
       parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
   if (body.problem()) return *body.problem();
-  // AZZGIO and RESPRN, by their numbers.
-  job.lines = {closes ? "#27" : "#74"};
+  // AZZGIO without the reading ahead of it, and RESPRN, by their numbers.
+  job.lines = {closes ? "#27 #1=0" : "#74"};
   job.effect = closes ? JobEffect::kClosing : JobEffect::kReset;
   if (std::optional<Reply> replay = Replay(job)) return *replay;
   return Take(std::move(job), *wait);

@@ -45,9 +45,15 @@ unsigned VoidDocument(const EcrCmdCommand& line) {
   return Given(line, kAuto) ? kPays : kNothing;
 }
 
+// Behind a reading the mode closes the day; with another report it clears a period, of which no
+// number tells.
 unsigned Report(const EcrCmdCommand& line) {
+  constexpr int kCode = 1;
   constexpr int kMode = 2;
-  return Number(line, kMode) == 1 ? kCloses : kPrints;
+  constexpr int kLastReading = 4;
+  const int code = Given(line, kCode) ? Number(line, kCode) : 1;
+  const bool is_reading = code >= 1 && code <= kLastReading;
+  return is_reading && Number(line, kMode) == 1 ? kCloses : kPrints;
 }
 
 // Keys sell, void and report too; these are the ones that have no command of their own.
@@ -173,11 +179,13 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
       return refuse(LineFault::kNamesFile, language_.FieldName(opcode, field));
     }
     if (paid && (does & (kSells | kOpens)) != 0) return refuse(LineFault::kSecondDocument);
+    const bool closes_again = (all & does & kCloses) != 0;
     all |= does;
-    const bool numbered_twice = (all & kFiscal) != 0 && (all & kCloses) != 0;
-    if (numbered_twice || ((all & kFiscal) != 0 && (all & kWithoutNumber) != 0)) {
-      return refuse(LineFault::kSecondEffect);
+    int effects = 0;
+    for (const unsigned effect : {kFiscal, unsigned{kCloses}, kWithoutNumber}) {
+      if ((all & effect) != 0) ++effects;
     }
+    if (effects > 1 || closes_again) return refuse(LineFault::kSecondEffect);
     code_due = (does & kLotteryKey) != 0;
     judged.pays[i] = (does & kPays) != 0;
     paid = paid || judged.pays[i];

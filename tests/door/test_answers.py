@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import socket
+import sqlite3
 import subprocess
 
 import pytest
@@ -101,6 +102,10 @@ def test_an_operator_reports_and_closes_the_day(door):
     assert (status, job["state"]) == (201, "confirmed")
     assert job["document"]["closure"] == 1 and job["document"]["number"] is None
     assert job["document"]["total"] == "1.20"
+    assert len(job["lines"]) == 1
+    with sqlite3.connect(f"file:{door.register}.door?mode=ro", uri=True) as log:
+        (sent,) = log.execute("SELECT lines FROM job WHERE id = ?", (job["id"],)).fetchone()
+    assert json.loads(sent) == ["#27 #1=0"]
     assert door.request("POST", "/v1/device/close-day", {}, headers)[0] == 200
     assert code(door.request("POST", "/v1/device/reset", {}, headers)) == (422, "key_reused")
     assert door.request("POST", "/v1/device/reset", {}, {"Idempotency-Key": "z2"})[0] == 201

@@ -115,7 +115,28 @@ TEST(LineJudge, AJobHasOneEffect) {
   EXPECT_EQ(Judge({"REPORT TIPO=1"}, true).effect, JobEffect::kOther);
   EXPECT_EQ(Judge({"REPORT TIPO=1, MODO=1"}, true).effect, JobEffect::kClosing);
   EXPECT_EQ(Judge({"AZZGIO"}, true).effect, JobEffect::kClosing);
+  EXPECT_EQ(Judge({"#27 #1=0"}, true).effect, JobEffect::kClosing);
   EXPECT_EQ(Judge({"NOFIS INIZIO", "NOFIS MSG='A'", "NOFIS FINE"}).effect, JobEffect::kOther);
+}
+
+TEST(LineJudge, OnlyAReadingClosesTheDay) {
+  for (const char* line : {"REPORT MODO=1", "#26 #1=4, #2=1", "#26 #1=1, #2=1"}) {
+    EXPECT_EQ(Judge({line}, true).effect, JobEffect::kClosing) << line;
+  }
+  // A period's: no number tells that it was cleared.
+  for (const char* line : {"#26 #1=10, #2=1", "#26 #1=17, #2=1", "#26 #1=206, #2=1", "#26 #2=0"}) {
+    EXPECT_FALSE(FaultOf({line}, true)) << line;
+    EXPECT_EQ(Judge({line}, true).effect, JobEffect::kOther) << line;
+  }
+}
+
+TEST(LineJudge, AClosingIsAlone) {
+  EXPECT_EQ(FaultOf({"AZZGIO", "AZZGIO"}, true), LineFault::kSecondEffect);
+  EXPECT_EQ(FaultOf({"REPORT MODO=1", "AZZGIO"}, true), LineFault::kSecondEffect);
+  EXPECT_EQ(FaultOf({"AZZGIO", "REPORT"}, true), LineFault::kSecondEffect);
+  EXPECT_EQ(FaultOf({"PREP REP=1, DES='A'", "AZZGIO"}, true), LineFault::kSecondEffect);
+  EXPECT_FALSE(FaultOf({"CLEAR", "AZZGIO"}, true));
+  EXPECT_FALSE(FaultOf({"PREP REP=1, DES='A'", "REPORT"}, true));
 }
 
 TEST(LineJudge, TheTotalConfirmsACodeAndPaysByItselfNothing) {
