@@ -44,6 +44,7 @@ struct Worker::Run {
   bool failed = false;   // a line, or the mark
   bool unclear = false;  // and nobody knows what it did
   bool marked = false;
+  bool left = false;  // one that was answered well has printed or programmed
 };
 
 Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch)
@@ -128,7 +129,7 @@ Worker::Did Worker::RunNext() {
   job = log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers});
   At(Step::kBeforeFirstLine);
   Run run;
-  SendLines(*job, judged.pays, &run);
+  SendLines(*job, judged, &run);
   Conclude(*job, run);
   return Did::kWork;
 }
@@ -170,11 +171,11 @@ bool Worker::PrintMark(const Job& job, int line, Run* run) {
   return false;
 }
 
-void Worker::SendLines(const Job& job, const std::vector<bool>& pays, Run* run) {
+void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
   for (size_t i = 0; i < job.lines.size(); ++i) {
     LineAnswer answer;
     answer.line = static_cast<int>(i) + 1;
-    if (pays[i] && !run->marked && job.effect == JobEffect::kDocument &&
+    if (judged.pays[i] && !run->marked && job.effect == JobEffect::kDocument &&
         !PrintMark(job, answer.line, run)) {
       return;
     }
@@ -183,7 +184,10 @@ void Worker::SendLines(const Job& job, const std::vector<bool>& pays, Run* run) 
     answer.explanation = ExplainAnswer(answer.code);
     run->answers.push_back(answer);
     At(Step::kBehindLine);
-    if (answer.code == 0) continue;
+    if (answer.code == 0) {
+      run->left = run->left || judged.leaves[i];
+      continue;
+    }
     run->failed = true;
     run->unclear = IsUnclear(answer.code);
     return;
@@ -225,6 +229,8 @@ void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceNumber
   JobNews news{.answers = run.answers, .seen = now};
   const Why failure = run.failed ? Why::kLineFailed : Why::kLeftOpen;
   if (job.effect == JobEffect::kOther) {
+    // What was printed or programmed ahead of the failure stays, and no number tells of it.
+    if (run.failed && run.left) return Move(job, JobState::kUnknown, failure, news);
     const bool done = !run.failed && !left_open;
     Move(job, done ? JobState::kConfirmed : JobState::kRejected, done ? Why::kAnswered : failure,
          news);

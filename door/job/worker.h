@@ -64,7 +64,7 @@ class Worker {
   std::optional<DeviceState> Ask();
   std::optional<DeviceState> AskIdle();
   bool GiveUpOpen();
-  void SendLines(const Job& job, const std::vector<bool>& pays, Run* run);
+  void SendLines(const Job& job, const Judged& judged, Run* run);
   bool PrintMark(const Job& job, int line, Run* run);
   void Conclude(const Job& job, const Run& run);
   void ConcludeNumbered(const Job& job, const Run& run, const DeviceNumbers& now, bool left_open);

@@ -148,6 +148,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
   const EcrCmdCommand& translator = language_.translator();
   Judged judged;
   judged.pays.resize(lines.size(), false);
+  judged.leaves.resize(lines.size(), false);
   unsigned all = kNothing;
   bool paid = false;
   bool code_due = false;
@@ -188,6 +189,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     if (effects > 1 || closes_again) return refuse(LineFault::kSecondEffect);
     code_due = (does & kLotteryKey) != 0;
     judged.pays[i] = (does & kPays) != 0;
+    judged.leaves[i] = (does & kWithoutNumber) != 0;
     paid = paid || judged.pays[i];
   }
   // A text alone is no document; a line that sells is one that may be paid.

@@ -33,6 +33,7 @@ struct Judged {
   std::optional<LineAnswer> refused = {};
   JobEffect effect = JobEffect::kOther;
   std::vector<bool> pays = {};  // for each line: whether it may end a fiscal document
+  std::vector<bool> leaves = {};  // for each line: whether it prints or programmes, without number
 };
 
 class LineJudge {

@@ -280,6 +280,18 @@ TEST_F(WorkerTest, AReportIsNotPrintedTwiceByGuess) {
   EXPECT_EQ(LastWhy(job.id), Why::kNotNumbered);
 }
 
+TEST_F(WorkerTest, WhatWasPrintedAheadOfAFailureIsForAnOperator) {
+  const Job printed = shop_.Submit("a", {"REPORT", "PREP REP=9999, DES='A'"});
+  const Job nothing = shop_.Submit("b", {"PREP REP=9999, DES='A'", "REPORT"});
+  shop_.Drain();
+  EXPECT_THAT(Way(printed.id), ElementsAre(State::kQueued, State::kRunning, State::kUnknown,
+                                           State::kNeedsOperator));
+  EXPECT_EQ(LastWhy(printed.id), Why::kNotNumbered);
+  ASSERT_EQ(shop_.Get(printed.id).answers.size(), 2u);
+  EXPECT_NE(shop_.Get(printed.id).answers[1].code, 0);
+  EXPECT_EQ(shop_.Get(nothing.id).state, State::kRejected);
+}
+
 TEST_F(WorkerTest, AClosingIsMadeOnce) {
   shop_.Sell("s");
   shop_.Drain();
