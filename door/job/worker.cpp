@@ -67,6 +67,8 @@ Worker::Did Worker::Work() {
     Move(*job, JobState::kUnknown, Why::kCutOff);
     return Did::kWork;
   }
+  // Also while nothing can run.
+  if (log_.Expire() > 0) return Did::kWork;
   if (const std::optional<Job> job = log_.First(JobState::kUnknown)) return Resolve(*job);
   return RunNext();
 }
@@ -91,7 +93,6 @@ bool Worker::Prepare() {
 }
 
 Worker::Did Worker::RunNext() {
-  if (log_.Expire() > 0) return Did::kWork;
   std::optional<Job> job = log_.First(JobState::kQueued);
   const bool idle = !job;
   std::optional<DeviceState> state = Ask();
@@ -126,6 +127,8 @@ Worker::Did Worker::RunNext() {
     return Blocked(DeviceTrouble::kAway);
   }
   At(Step::kBeforeBaseline);
+  // The device may have taken its time.
+  if (log_.Expire() > 0) return Did::kWork;
   job = log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers});
   At(Step::kBeforeFirstLine);
   Run run;
@@ -136,6 +139,7 @@ Worker::Did Worker::RunNext() {
 
 // No number tells of it, and it may be done twice: what is open is given up, or nothing is open.
 Worker::Did Worker::RunReset(const Job& job) {
+  if (log_.Expire() > 0) return Did::kWork;
   const Job begun = log_.Move(job.id, JobState::kRunning, Why::kBegun);
   LineAnswer answer{1, 0, {}, {}};
   answer.code = run_(kResetLine, &answer.text);
@@ -277,13 +281,15 @@ Worker::Did Worker::Resolve(const Job& job) {
   } else {
     verdict = JudgeNow(job, now, false);
   }
-  const JobNews news{.document = verdict.document, .seen = now};
+  // Of another device it would be no mark to go by.
+  JobNews news{.document = verdict.document};
+  if (is_known) news.seen = now;
   switch (verdict.outcome) {
     case Outcome::kDone:
       Move(job, JobState::kConfirmed, verdict.why, news);
       break;
     case Outcome::kNobodyKnows:
-      Move(job, JobState::kNeedsOperator, verdict.why, {.seen = now});
+      Move(job, JobState::kNeedsOperator, verdict.why, {.seen = news.seen});
       break;
     case Outcome::kNotDone:
       if (job.attempts >= kMostAttempts) {

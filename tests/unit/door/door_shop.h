@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -68,6 +69,7 @@ class DoorShop {
           return code;
         },
         [this](Step step) {
+          if (at_step) at_step(step);
           if (kill_at_ && *kill_at_ == step && --kill_in_ == 0) {
             kill_at_.reset();
             throw Killed();
@@ -151,6 +153,7 @@ class DoorShop {
   std::unique_ptr<JobLog> log;
   std::unique_ptr<Worker> worker;
   std::vector<std::string> sent;
+  std::function<void(Step)> at_step;  // ahead of a kill there
   int64_t now = 1'790'000'000'000;
 
  private:

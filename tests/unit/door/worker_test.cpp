@@ -201,6 +201,29 @@ TEST_F(WorkerTest, WhatWaitsBeyondItsTimeNeverBegins) {
   EXPECT_EQ(shop_.documents(), 0);
 }
 
+TEST_F(WorkerTest, WhatWaitsBehindAnUnknownJobExpiresToo) {
+  const Job first = shop_.Sell("a");
+  const Job second = shop_.Sell("b");
+  shop_.KillAt(Step::kBehindLine, 2);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  shop_.Restart();
+  shop_.device->device().AddFault({.name = "off-line", .when = FaultWhen::kEvery});
+  shop_.now += 600000;
+  EXPECT_EQ(shop_.Drain(), Worker::Did::kBlocked);
+  EXPECT_EQ(shop_.Get(first.id).state, State::kUnknown);
+  EXPECT_EQ(shop_.Get(second.id).state, State::kExpired);
+}
+
+TEST_F(WorkerTest, WhatExpiresWhileTheDeviceIsMadeReadyNeverBegins) {
+  const Job job = shop_.Sell("k");
+  shop_.at_step = [this](Step step) {
+    if (step == Step::kBeforeReset) shop_.now += 600000;
+  };
+  EXPECT_EQ(shop_.Drain(), Worker::Did::kNothing);
+  EXPECT_THAT(Way(job.id), ElementsAre(State::kQueued, State::kExpired));
+  EXPECT_EQ(shop_.documents(), 0);
+}
+
 TEST_F(WorkerTest, AnotherDocumentInTheJobsPlaceIsForAnOperator) {
   const Job job = shop_.Sell("k");
   shop_.KillAt(Step::kBeforeFirstLine);
