@@ -133,6 +133,16 @@ void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Streams& streams) {
                        seen->invoice));
 }
 
+// Their own device is not there to be asked, and might never come back.
+void LeaveToOperator(JobLog& log) {
+  while (const std::optional<Job> job = log.First(JobState::kRunning)) {
+    log.Move(job->id, JobState::kUnknown, Why::kCutOff);
+  }
+  while (const std::optional<Job> job = log.First(JobState::kUnknown)) {
+    log.Move(job->id, JobState::kNeedsOperator, Why::kOtherDevice);
+  }
+}
+
 sigset_t EndSignals() {
   sigset_t signals;
   sigemptyset(&signals);
@@ -175,6 +185,7 @@ int RunDoor(const Options& options, Streams& streams) {
   try {
     log.Bind(state->numbers.serial);
   } catch (const OtherDevice& other) {
+    LeaveToOperator(log);
     throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
                      Shown(state->numbers.serial)));
   }

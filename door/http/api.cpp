@@ -272,6 +272,9 @@ Reply Api::PostDevice(const Request& request, const Path& path) {
   job.lines = {closes ? "#27 #1=0" : "#74"};
   job.effect = closes ? JobEffect::kClosing : JobEffect::kReset;
   if (std::optional<Reply> replay = Replay(job)) return *replay;
+  if (!IsOperator(job.desk)) {
+    return Problem(422, "line_not_allowed", "a desk of an operator alone may do this");
+  }
   return Take(std::move(job), *wait);
 }
 

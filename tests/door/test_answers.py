@@ -112,6 +112,17 @@ def test_an_operator_reports_and_closes_the_day(door):
     assert door.post(SALE, "s2")[1]["document"]["closure"] == 2
 
 
+@pytest.mark.parametrize("action", ["close-day", "reset"])
+def test_closing_and_resetting_are_the_operators(door, action):
+    for number, desk in enumerate(["cassa-1", ""]):
+        reply = door.request("POST", f"/v1/device/{action}", {"desk": desk},
+                             {"Idempotency-Key": f"k{number}"})
+        assert code(reply) == (422, "line_not_allowed")
+    assert door.get("/v1/jobs")[1]["jobs"] == []
+    reply = door.request("POST", f"/v1/device/{action}", {"desk": "operator"}, {"Idempotency-Key": "k"})
+    assert reply[0] == 201
+
+
 @pytest.mark.parametrize("key, expected", [
     (None, "no_key"), ("", "bad_key"), ("a b", "bad_key"), ("x" * 65, "bad_key"), ("è", "bad_key"),
 ])
@@ -231,6 +242,24 @@ def test_the_log_belongs_to_one_device(doors, folder):
                          capture_output=True, text=True, check=False)
     assert run.returncode == 2
     assert "99LRM0000001VR" in run.stderr and "99LRM0000009VR" in run.stderr
+
+
+def test_what_another_device_cannot_tell_is_left_to_an_operator(doors, folder):
+    door = doors(folder, faulty=True).start(fault="kill@behind-line:2", once=True)
+    assert door.post(SALE, "k")[0] == 0
+    door.wait()
+    register = folder / "other.register"
+    subprocess.run([os.environ["LORIMAT"], "init", register, "--serial", "99LRM0000009VR"],
+                   check=True, capture_output=True)
+    run = subprocess.run([os.environ["LORIMATD"], "--register", register, "--log",
+                          f"{door.register}.door", "--listen", "127.0.0.1:0"],
+                         capture_output=True, text=True, check=False)
+    assert run.returncode == 2
+    door.start()
+    _, job = door.get("/v1/jobs/1")
+    assert [step["state"] for step in job["history"]] == ["queued", "running", "unknown",
+                                                          "needs_operator"]
+    assert job["history"][-1]["why"] == "another device is there"
 
 
 def test_a_second_door_is_refused(door):

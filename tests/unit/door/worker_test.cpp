@@ -307,8 +307,8 @@ TEST_F(WorkerTest, WhatWasPrintedAheadOfAFailureIsForAnOperator) {
   const Job printed = shop_.Submit("a", {"REPORT", "PREP REP=9999, DES='A'"});
   const Job nothing = shop_.Submit("b", {"PREP REP=9999, DES='A'", "REPORT"});
   shop_.Drain();
-  EXPECT_THAT(Way(printed.id), ElementsAre(State::kQueued, State::kRunning, State::kUnknown,
-                                           State::kNeedsOperator));
+  EXPECT_THAT(Way(printed.id),
+              ElementsAre(State::kQueued, State::kRunning, State::kUnknown, State::kNeedsOperator));
   EXPECT_EQ(LastWhy(printed.id), Why::kNotNumbered);
   ASSERT_EQ(shop_.Get(printed.id).answers.size(), 2u);
   EXPECT_NE(shop_.Get(printed.id).answers[1].code, 0);
