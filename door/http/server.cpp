@@ -21,6 +21,7 @@
 #include <optional>
 #include <set>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -124,21 +125,43 @@ class HttpServer::Impl {
     return stopping_;
   }
 
+  // Whatever is thrown, no memory say, the door is not to be deaf behind it.
   asio::awaitable<void> Listen() {
+    bool pauses = false;
+    for (;;) {
+      try {
+        if (pauses) {
+          Timer pause(acceptor_.get_executor(), std::chrono::milliseconds(100));
+          co_await pause.async_wait(kTuple);
+        }
+        pauses = true;
+        co_await Accept();
+      } catch (...) {
+      }
+      if (!acceptor_.is_open()) co_return;
+    }
+  }
+
+  // Takes connections until the acceptor is closed, or cannot.
+  asio::awaitable<void> Accept() {
     for (;;) {
       auto [error, socket] = co_await acceptor_.async_accept(asio::make_strand(io_), kTuple);
       if (!acceptor_.is_open()) co_return;
-      if (error) {
-        // No descriptor is left, say: others have to end first.
-        Timer pause(acceptor_.get_executor(), std::chrono::milliseconds(100));
-        co_await pause.async_wait(kTuple);
-        continue;
-      }
-      if (connections_ >= kMostConnections) continue;
-      ++connections_;
+      // No descriptor is left, say: others have to end first.
+      if (error) co_return;
+      if (connections_ < kMostConnections) Begin(std::move(socket));
+    }
+  }
+
+  void Begin(tcp::socket socket) {
+    ++connections_;
+    try {
       const auto strand = socket.get_executor();
       asio::co_spawn(strand, Serve(std::move(socket)),
                      [this](const std::exception_ptr&) { --connections_; });
+    } catch (...) {
+      --connections_;
+      throw;
     }
   }
 
@@ -150,26 +173,64 @@ class HttpServer::Impl {
     co_await Close(stream);
   }
 
-  // Registers the stream as one that may be closed without loss.
-  bool BeginIdle(beast::tcp_stream* stream) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (!stopping_) idle_.insert(stream);
-    return !stopping_;
-  }
-  void EndIdle(beast::tcp_stream* stream) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    idle_.erase(stream);
-  }
+  // As long as it is there, its stream may be closed without loss.
+  class Idle {
+   public:
+    Idle(Impl& server, beast::tcp_stream& stream) : server_(server), stream_(&stream) {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      began_ = !server_.stopping_;
+      if (began_) server_.idle_.insert(stream_);
+    }
+    ~Idle() {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      server_.idle_.erase(stream_);
+    }
+    Idle(const Idle&) = delete;
+    Idle& operator=(const Idle&) = delete;
+    // Not while the server stops.
+    bool began() const { return began_; }
+
+   private:
+    Impl& server_;
+    beast::tcp_stream* stream_;
+    bool began_ = false;
+  };
+
+  // A request that waits for a job: its timer is woken when there is nothing more to wait for.
+  class Waiting {
+   public:
+    Waiting(Impl& server, int64_t job_id, std::shared_ptr<Timer> timer) : server_(server) {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      began_ = !server_.stopping_ && server_.waiting_.size() < kMostWaiting;
+      if (began_) row_ = server_.waiting_.emplace(job_id, std::move(timer));
+    }
+    ~Waiting() {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      if (began_) server_.waiting_.erase(row_);
+    }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+    // Not while the server stops, and not when too many wait.
+    bool began() const { return began_; }
+
+   private:
+    Impl& server_;
+    std::multimap<int64_t, std::shared_ptr<Timer>>::iterator row_;
+    bool began_ = false;
+  };
 
   // Whether the connection goes on.
   asio::awaitable<bool> ServeOne(beast::tcp_stream& stream, beast::flat_buffer& buffer) {
     http::request_parser<http::string_body> parser;
     parser.header_limit(kMostHeader);
     parser.body_limit(Api::kMostBody);
-    if (!BeginIdle(&stream)) co_return false;
-    stream.expires_after(kHeadTime);
-    auto [error, size] = co_await http::async_read_header(stream, buffer, parser, kTuple);
-    EndIdle(&stream);
+    boost::system::error_code error;
+    {
+      const Idle idle(*this, stream);
+      if (!idle.began()) co_return false;
+      stream.expires_after(kHeadTime);
+      error = std::get<0>(co_await http::async_read_header(stream, buffer, parser, kTuple));
+    }
     const unsigned version = parser.get().version();
     if (error) {
       std::optional<Reply> reply = Complaint(error);
@@ -222,17 +283,9 @@ class HttpServer::Impl {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     timer->expires_after(std::chrono::seconds(seconds));
     stream.expires_never();
-    std::multimap<int64_t, std::shared_ptr<Timer>>::iterator row;
-    bool stopping = false;
-    {
-      const std::lock_guard<std::mutex> lock(mutex_);
-      row = waiting_.emplace(job_id, timer);
-      stopping = stopping_;
-    }
-    // Behind the row: what ends from here on wakes the timer.
-    if (!stopping && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
-    const std::lock_guard<std::mutex> lock(mutex_);
-    waiting_.erase(row);
+    const Waiting waiting(*this, job_id, timer);
+    // What ends from here on wakes the timer.
+    if (waiting.began() && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
   }
 
   static asio::awaitable<bool> Write(beast::tcp_stream& stream, Reply& reply, unsigned version,

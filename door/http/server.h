@@ -13,6 +13,8 @@ class HttpServer {
  public:
   // Connections at once; one more is closed as it comes.
   static constexpr int kMostConnections = 200;
+  // Of these, as many may wait for a job; one more is answered at once.
+  static constexpr int kMostWaiting = kMostConnections / 2;
 
   // Listens; port 0 picks a free one. Throws std::exception with the cause.
   HttpServer(const std::string& address, uint16_t port);

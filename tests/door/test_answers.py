@@ -3,6 +3,7 @@ import json
 import os
 import pathlib
 import re
+import select
 import socket
 import sqlite3
 import subprocess
@@ -308,6 +309,23 @@ def test_a_thousand_jobs_wait_and_no_more(doors, folder):
     assert code(door.post(SALE, "one-more")) == (429, "queue_full")
     # What is known is answered all the same.
     assert door.post(SALE, "k7")[0] == 409
+
+
+def test_a_hundred_wait_and_one_more_is_answered_at_once(doors, folder):
+    door = doors(folder, faulty=True).start(fault="hang@line:1")
+    body = json.dumps({"lines": SALE})
+    waiting = []
+    try:
+        for number in range(101):
+            waiting.append(socket.create_connection(("127.0.0.1", door.port), timeout=60))
+            waiting[-1].sendall((f"POST /v1/jobs?wait=300 HTTP/1.1\r\nHost: 127.0.0.1:{door.port}\r\n"
+                                 f"Content-Type: application/json\r\nIdempotency-Key: k{number}\r\n"
+                                 f"Content-Length: {len(body)}\r\n\r\n{body}").encode())
+        answered, _, _ = select.select(waiting, [], [], 60)
+        assert [connection.recv(12) for connection in answered] == [b"HTTP/1.1 202"]
+    finally:
+        for connection in waiting:
+            connection.close()
 
 
 @pytest.mark.parametrize("language, expected", [("C", "Exit codes:"), ("it_IT.UTF-8", "Codici di uscita:")])
