@@ -49,12 +49,15 @@ DeviceText ToDevice(std::string_view utf8) {
     const bool is_control =
         character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0);
     const unsigned byte = is_none ? 0 : ByteOf(character.code);
-    if (byte == 0) {
-      return {{}, is_control && !is_none ? TextFault::kControl : TextFault::kNotInCodePage, column};
+    if (is_control && !is_none) return {{}, TextFault::kControl, column};
+    if (byte == 0 && text.fault == TextFault::kNone) {
+      text.fault = TextFault::kNotInCodePage;
+      text.column = column;
     }
     text.bytes += static_cast<char>(byte);
     utf8.remove_prefix(character.size);
   }
+  if (text.fault != TextFault::kNone) text.bytes.clear();
   return text;
 }
 

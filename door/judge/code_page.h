@@ -15,7 +15,8 @@ struct DeviceText {
   size_t column = 0;  // of the character that is no good, from 1
 };
 
-// A line or a name: without NUL and other control characters.
+// A line or a name: without NUL and other control characters, which are told ahead of a character
+// that is not in the code page, wherever they stand.
 DeviceText ToDevice(std::string_view utf8);
 
 // A byte that the code page leaves out, or a control character, becomes "?".

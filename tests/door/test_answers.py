@@ -146,6 +146,7 @@ def test_keys(door, key, expected):
     ('{"lines":["CHIU"],"expires_s":18446744073709551615}', (400, "bad_field")),
     ('{"lines":["CHIU"],"desk":"%s"}' % ("x" * 65), (400, "bad_field")),
     ('{"lines":["CHIU\\u0000"]}', (400, "control_character")),
+    ('{"lines":["CHIU"],"reference":"\\u03a9\\u001b[31m"}', (400, "control_character")),
     ('{"lines":["CHIU\\nCHIU"]}', (400, "control_character")),
     ('{"lines":["CHIU","PRMSG MSG=\'\\u03a9\'"]}', (400, "not_in_code_page")),
     ('{"lines":["%s"]}' % ("x" * 2047), (413, "too_large")),

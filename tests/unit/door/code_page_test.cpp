@@ -35,6 +35,8 @@ TEST(CodePage, TellsWhereACharacterIsNoGood) {
   expect("AB\x7F", TextFault::kControl, 3);
   expect("A\xC2\x85", TextFault::kControl, 2);
   expect("A\xFF", TextFault::kNotInCodePage, 2);
+  expect("Ω😀\n", TextFault::kControl, 3);
+  expect("ΩA😀", TextFault::kNotInCodePage, 1);
 }
 
 }  // namespace
