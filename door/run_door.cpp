@@ -106,8 +106,8 @@ class TroubleTeller {
       if (row.trouble == trouble) text = console::Translated(row.text);
     }
     if (text == told_) return;
-    told_ = text;
     if (!text.empty()) TellLine(streams_, text);
+    told_ = text;
   }
 
  private:

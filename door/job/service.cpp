@@ -69,6 +69,14 @@ void Service::Pause(int* round) {
   woken_ = false;
 }
 
+// What cannot be told now is told in another round.
+void Service::Tell(DeviceTrouble trouble, const std::exception* failure) const noexcept {
+  try {
+    if (parts_.tell) parts_.tell(trouble, failure);
+  } catch (...) {
+  }
+}
+
 void Service::Loop() {
   int round = 0;
   for (;;) {
@@ -87,12 +95,16 @@ void Service::Loop() {
     } catch (const std::exception& error) {
       // The log, or no memory: what was begun is running in the log, and is resolved.
       failed = true;
-      if (parts_.tell) parts_.tell(DeviceTrouble::kNone, &error);
+      Tell(DeviceTrouble::kNone, &error);
+    } catch (...) {
+      failed = true;
+      const std::exception unnamed;
+      Tell(DeviceTrouble::kNone, &unnamed);
     }
     call_ = 0;
     log_failed_ = failed;
     trouble_ = worker_.trouble();
-    if (!failed && parts_.tell) parts_.tell(trouble_, nullptr);
+    if (!failed) Tell(trouble_, nullptr);
     if (did == Worker::Did::kWork) {
       round = 0;
       continue;
@@ -113,7 +125,7 @@ void Service::WatchLoop() {
       if (const std::optional<Job> job = parts_.log.First(JobState::kRunning)) {
         parts_.log.Move(job->id, JobState::kUnknown, Why::kHang);
       }
-    } catch (const std::exception&) {
+    } catch (...) {
       // It is running in the log, which says as much.
     }
     if (parts_.hung) parts_.hung();

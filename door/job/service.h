@@ -48,6 +48,7 @@ class Service {
 
  private:
   void Loop();
+  void Tell(DeviceTrouble trouble, const std::exception* failure) const noexcept;
   void WatchLoop();
   void Pause(int* round);
   int64_t SinceCall() const;

@@ -59,15 +59,7 @@ class DoorShop {
     log->Bind(device->Ask()->numbers.serial);
     worker = std::make_unique<Worker>(
         *log, *device, judge(),
-        [this](const std::string& line, std::string* answer) {
-          sent.push_back(line);
-          std::string copy = line;
-          copy.resize(copy.size() + 1);
-          std::vector<char> text(1024);
-          const long code = translator_->EcrCmd(copy.data(), text.data());
-          *answer = text.data();
-          return code;
-        },
+        [this](const std::string& line, std::string* answer) { return RunLine(line, answer); },
         [this](Step step) {
           if (at_step) at_step(step);
           if (kill_at_ && *kill_at_ == step && --kill_in_ == 0) {
@@ -85,6 +77,15 @@ class DoorShop {
   void Restart() {
     End();
     Start();
+  }
+  long RunLine(const std::string& line, std::string* answer) {
+    sent.push_back(line);
+    std::string copy = line;
+    copy.resize(copy.size() + 1);
+    std::vector<char> text(1024);
+    const long code = translator_->EcrCmd(copy.data(), text.data());
+    *answer = text.data();
+    return code;
   }
   // The n-th time that the step is reached is the end.
   void KillAt(Step step, int times = 1) {
