@@ -346,6 +346,17 @@ Reply Api::Finish(int64_t job_id) noexcept {
   }
 }
 
+std::optional<int64_t> Api::OwnerOf(const JobDocument& document, const Job& job) {
+  const bool is_invoice = parts_.judge.Judge(job.lines, true).is_invoice;
+  for (const Job& other : parts_.log.WithDocument(document.closure, document.number)) {
+    if (other.id != job.id && other.state == JobState::kConfirmed &&
+        parts_.judge.Judge(other.lines, true).is_invoice == is_invoice) {
+      return other.id;
+    }
+  }
+  return std::nullopt;
+}
+
 Reply Api::PostResolve(const Request& request, const Path& path) {
   BodyReader body(request.body, false);
   if (body.problem()) return *body.problem();
@@ -359,14 +370,16 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
   JobNews news{.note = reason};
   const auto document = body.value().find("document");
   if (document != body.value().end() && !document->is_null()) {
-    const bool good = document->is_object() && document->size() == 2 &&
-                      document->contains("closure") && document->contains("number") &&
-                      document->at("closure").is_number_unsigned() &&
-                      document->at("number").is_number_unsigned() &&
-                      document->at("closure").get<uint64_t>() <= 9999 &&
-                      document->at("number").get<uint64_t>() <= 9999;
+    const auto is_number = [&document](const char* name) {
+      constexpr uint64_t kLast = 9999;
+      if (!document->contains(name) || !document->at(name).is_number_unsigned()) return false;
+      const uint64_t number = document->at(name).get<uint64_t>();
+      return number >= 1 && number <= kLast;
+    };
+    const bool good = document->is_object() && document->size() == 2 && is_number("closure") &&
+                      is_number("number");
     if (!good) {
-      body.Refuse(400, "bad_field", "document: is no object of closure and number, 0 to 9999");
+      body.Refuse(400, "bad_field", "document: is no object of closure and number, 1 to 9999");
     } else {
       news.document = JobDocument{document->at("closure").get<int>(),
                                   document->at("number").get<int>(),
@@ -376,10 +389,16 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
     }
   }
   if (body.problem()) return *body.problem();
+  const std::lock_guard<std::mutex> lock(resolving_);
   const std::optional<Job> job = parts_.log.Find(path.id);
   if (!job) return Problem(404, "not_found", "there is no such job");
   if (job->state != JobState::kNeedsOperator) {
     return Problem(409, "wrong_state", "the job waits for no operator");
+  }
+  if (news.document) {
+    if (const std::optional<int64_t> other = OwnerOf(*news.document, *job)) {
+      return Problem(409, "document_taken", fmt::format("document: job {} has it", *other));
+    }
   }
   const bool done = outcome == "done";
   const Job resolved = parts_.log.Move(path.id, done ? JobState::kConfirmed : JobState::kRejected,

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -83,8 +84,11 @@ class Api {
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);
   bool IsOperator(const std::string& desk) const;
+  // Another job that is confirmed with this document.
+  std::optional<int64_t> OwnerOf(const JobDocument& document, const Job& job);
 
   Parts parts_;
+  std::mutex resolving_;  // one at a time tells of a document
 };
 
 // A problem as RFC 9457 has it.

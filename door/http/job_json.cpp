@@ -32,8 +32,9 @@ ordered_json DocumentJson(const Job& job) {
   // A day closing has no other number.
   json["number"] = document.number == 0 ? ordered_json() : ordered_json(document.number);
   json["serial"] = FromDevice(document.serial);
-  json["time"] = document.time;
-  json["total"] = MoneyText(document.total);
+  const bool known = !document.time.empty();
+  json["time"] = known ? ordered_json(document.time) : ordered_json();
+  json["total"] = known ? ordered_json(MoneyText(document.total)) : ordered_json();
   return json;
 }
 

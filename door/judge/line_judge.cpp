@@ -23,6 +23,7 @@ enum Does : unsigned {
   kPrints = 64,      // what has no number
   kProgrammes = 128,
   kDenied = 256,
+  kInvoices = 512,
 };
 
 constexpr unsigned kFiscal = kInDocument | kSells | kOpens | kPays;
@@ -89,7 +90,7 @@ constexpr Row kRows[] = {
     {20, false, kInDocument},
     {21, false, kInDocument},
     {22, false, kPrints},
-    {23, false, kInDocument | kOpens},
+    {23, false, kInDocument | kOpens | kInvoices},
     {24, false, kInDocument | kOpens},
     {124, false, kInDocument | kOpens, &VoidDocument},
     {8, false, kNothing},
@@ -192,6 +193,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     judged.leaves[i] = (does & kWithoutNumber) != 0;
     paid = paid || judged.pays[i];
   }
+  judged.is_invoice = (all & kInvoices) != 0;
   // A text alone is no document; a line that sells is one that may be paid.
   if ((all & (kSells | kOpens | kPays)) != 0) {
     judged.effect = JobEffect::kDocument;

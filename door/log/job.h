@@ -84,7 +84,7 @@ struct JobDocument {
   int closure = 0;
   int number = 0;
   std::string serial;
-  std::string time;   // ISO 8601
+  std::string time;   // ISO 8601; empty when an operator has told of it, who tells no total either
   int64_t total = 0;  // ten-thousandths
   bool operator==(const JobDocument&) const = default;
 };

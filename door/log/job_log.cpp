@@ -195,6 +195,18 @@ int64_t JobLog::Count(JobState state) {
   return row.Integer(0);
 }
 
+std::vector<Job> JobLog::WithDocument(int closure, int number) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Statement rows = database_.Prepare(
+      kSql<kJobs,
+           "WHERE document IS NOT NULL AND json_extract(document, '$.closure') = ?"
+           " AND json_extract(document, '$.number') = ? ORDER BY id">);
+  rows.With(closure, number);
+  std::vector<Job> jobs;
+  while (rows.Step()) jobs.push_back(Load(rows));
+  return jobs;
+}
+
 void JobLog::Note(int64_t id, JobState state, Why why, const std::string& note) {
   database_
       .Prepare(

@@ -80,6 +80,8 @@ class JobLog {
   std::optional<Job> First(JobState state);
   std::optional<Job> FirstQueued(JobEffect effect);
   int64_t Count(JobState state);
+  // Those that have a document of these numbers: a receipt, an invoice or both.
+  std::vector<Job> WithDocument(int closure, int number);
 
   // Takes a job. Where desk and key have one already, that one is answered, with *was_there true.
   Job Accept(const NewJob& job, bool* was_there);
