@@ -48,6 +48,11 @@ constexpr auto kTuple = asio::as_tuple(asio::use_awaitable);
 
 std::string Text(beast::string_view text) { return {text.data(), text.size()}; }
 
+// Which of the two counts, two readers would not agree upon.
+bool IsGivenTwice(const http::request<http::string_body>& message) {
+  return message.count(http::field::host) > 1 || message.count("Idempotency-Key") > 1;
+}
+
 Request HeadOf(const http::request<http::string_body>& message,
                const boost::optional<uint64_t>& length) {
   Request request;
@@ -237,6 +242,11 @@ class HttpServer::Impl {
       if (reply) co_await Write(stream, *reply, version, false);
       co_return false;
     }
+    if (IsGivenTwice(parser.get())) {
+      Reply twice = Problem(400, "bad_request", "Host or Idempotency-Key is given twice");
+      co_await Write(stream, twice, version, false);
+      co_return false;
+    }
     Request request = HeadOf(parser.get(), parser.content_length());
     if (std::optional<Reply> refused = api_->RefuseHead(request)) {
       co_await Write(stream, *refused, version, false);
@@ -254,7 +264,9 @@ class HttpServer::Impl {
       if (reply) co_await Write(stream, *reply, version, false);
       co_return false;
     }
-    const bool keep = parser.get().keep_alive() && !IsStopping();
+    // The answer to HEAD has a body here, which its reader would take for the next answer.
+    const bool keep =
+        parser.get().keep_alive() && parser.get().method() != http::verb::head && !IsStopping();
     request.body = std::move(parser.get().body());
     Reply reply = api_->Handle(request);
     if (reply.wait_for && reply.wait_seconds > 0) {

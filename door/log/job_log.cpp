@@ -18,6 +18,10 @@ constexpr int kVersion = 1;
 constexpr SqlText kJobs =
     "SELECT id, desk, key, digest, reference, lines, effect, expires, state, attempts, mark, "
     "baseline, document, answers FROM job ";
+// The same without the lines, which may be two megabytes of each.
+constexpr SqlText kListed =
+    "SELECT id, desk, key, digest, reference, '[]', effect, expires, state, attempts, mark, "
+    "baseline, document, answers FROM job ";
 
 int64_t ComputerTime() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -180,7 +184,7 @@ std::optional<Job> JobLog::FirstQueued(JobEffect effect) {
 std::vector<Job> JobLog::List(std::optional<JobState> state, int64_t after, int limit) {
   const std::lock_guard<std::mutex> lock(mutex_);
   Statement rows = database_.Prepare(
-      kSql<kJobs, "WHERE (?1 < 0 OR state = ?1) AND id > ?2 ORDER BY id LIMIT ?3">);
+      kSql<kListed, "WHERE (?1 < 0 OR state = ?1) AND id > ?2 ORDER BY id LIMIT ?3">);
   rows.With(state ? Number(*state) : -1, after, limit);
   std::vector<Job> jobs;
   while (rows.Step()) jobs.push_back(Load(rows));

@@ -74,7 +74,7 @@ class JobLog {
   // The job of the desk and key; nothing when there is none.
   std::optional<Job> FindKey(const std::string& desk, const std::string& key);
   std::optional<Job> Find(int64_t id);
-  // In the order of their acceptance, behind the one of this number.
+  // In the order of their acceptance, behind the one of this number; without their lines.
   std::vector<Job> List(std::optional<JobState> state, int64_t after, int limit);
   // The first one in that state, or with that effect besides.
   std::optional<Job> First(JobState state);

@@ -213,6 +213,28 @@ def test_what_is_no_http_is_refused(door):
     assert door.post(SALE, "k")[0] == 201
 
 
+@pytest.mark.parametrize("name, value", [("Host", None), ("Idempotency-Key", "k")])
+def test_a_header_that_is_given_twice_is_refused(door, name, value):
+    value = value or f"127.0.0.1:{door.port}"
+    head = {"Host": f"127.0.0.1:{door.port}", "Idempotency-Key": "k"}
+    text = "".join(f"{one}: {its}\r\n" for one, its in [*head.items(), (name, value)])
+    body = json.dumps({"lines": SALE})
+    with socket.create_connection(("127.0.0.1", door.port), timeout=60) as connection:
+        connection.sendall((f"POST /v1/jobs HTTP/1.1\r\n{text}Content-Type: application/json\r\n"
+                            f"Content-Length: {len(body)}\r\n\r\n{body}").encode())
+        assert connection.recv(4096).startswith(b"HTTP/1.1 400 ")
+    assert door.get("/v1/jobs")[1]["jobs"] == []
+
+
+def test_head_closes_the_connection(door):
+    with socket.create_connection(("127.0.0.1", door.port), timeout=60) as connection:
+        connection.sendall(f"HEAD /v1/device HTTP/1.1\r\nHost: 127.0.0.1:{door.port}\r\n\r\n".encode())
+        answer = b""
+        while part := connection.recv(4096):
+            answer += part
+    assert answer.startswith(b"HTTP/1.1 405 ") and b"Connection: close" in answer
+
+
 def test_the_device_is_shown(door):
     status, device = door.get("/v1/device")
     assert status == 200

@@ -194,6 +194,8 @@ TEST_F(JobLogTest, ListsByStateInTheirOrder) {
   EXPECT_THAT(ids(log_->List(State::kQueued, 0, 10)), ElementsAre(a.id, c.id));
   EXPECT_THAT(ids(log_->List(State::kQueued, a.id, 10)), ElementsAre(c.id));
   EXPECT_THAT(ids(log_->List(std::nullopt, 0, 1)), ElementsAre(a.id));
+  EXPECT_TRUE(log_->List(std::nullopt, 0, 1).at(0).lines.empty());
+  EXPECT_FALSE(log_->Find(a.id)->lines.empty());
 }
 
 TEST_F(JobLogTest, BelongsToOneDevice) {
