@@ -171,7 +171,8 @@ int Open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out
   file->pMethods = nullptr;
   if (usual->szOsFile > kRoom) return SQLITE_CANTOPEN;
   if ((flags & SQLITE_OPEN_WAL) == 0) return usual->xOpen(usual, name, file, flags, out);
-  auto* const log = new (file) LogFile{};
+  new (file) LogFile{};
+  LogFile* const log = &Of(file);
   log->next = log->page = -1;
   log->below = reinterpret_cast<sqlite3_file*>(log + 1);
   std::memset(static_cast<void*>(log->below), 0, kRoom);
