@@ -37,7 +37,7 @@ DeviceRequest TakenApart(const DeviceRequest& request) {
 
 }  // namespace
 
-std::string DeviceRequest::option(std::string_view key) const {
+std::string DeviceRequest::Option(std::string_view key) const {
   const auto found = std::find_if(options.rbegin(), options.rend(),
                                   [key](const auto& one) { return one.first == key; });
   return found == options.rend() ? std::string() : found->second;
@@ -52,7 +52,7 @@ const BuiltInDevice* FindBuiltInDevice(const DeviceRequest& request) {
 }
 
 std::string FileOfRegister(const DeviceRequest& request) {
-  return TakenApart(request).option("file");
+  return TakenApart(request).Option("file");
 }
 
 void RequireDevice(const DeviceRequest& request) {

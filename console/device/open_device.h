@@ -32,7 +32,7 @@ struct DeviceRequest {
   bool for_tables = false;
 
   // The last one of this key; empty when it was not given.
-  std::string option(std::string_view key) const;
+  std::string Option(std::string_view key) const;
 };
 
 // The built-in device of a row; what OpenDevice hands to it has its options taken apart.

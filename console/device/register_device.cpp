@@ -366,18 +366,18 @@ std::unique_ptr<Device> OpenRegister(const DeviceRequest& request, Streams& stre
     if (key == "file" || key == "clock") continue;
     throw Failure(Tr("the device '{}' has no option '{}'", kRegisterName, Shown(key, 60)));
   }
-  const std::string file = request.option("file");
+  const std::string file = request.Option("file");
   if (request.for_tables) RequireQuietRegister(file);
-  auto device = std::make_unique<RegisterDevice>(request.option("clock"), file, streams);
+  auto device = std::make_unique<RegisterDevice>(request.Option("clock"), file, streams);
   // The host has to be told at its own start.
   if (request.for_tables) device->machine().LeaveUnanswered();
   return device;
 }
 
-void RequireRegisterFile(const DeviceRequest& request) { RequireRegister(request.option("file")); }
+void RequireRegisterFile(const DeviceRequest& request) { RequireRegister(request.Option("file")); }
 
 std::vector<KeptFile> FilesOfRegister(const DeviceRequest& request) {
-  return RegisterFiles(request.option("file"));
+  return RegisterFiles(request.Option("file"));
 }
 
 }  // namespace lorimat::console

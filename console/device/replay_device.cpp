@@ -28,7 +28,7 @@ constexpr ReplayOption kDamaged = {"damaged", {"refused", "taken"}};
 
 // Whether the second word was given. Throws Failure for any other than the two.
 bool IsSecond(const ReplayOption& option, const DeviceRequest& request) {
-  const std::string word = request.option(option.key);
+  const std::string word = request.Option(option.key);
   if (word.empty() || word == option.words[0]) return false;
   if (word == option.words[1]) return true;
   throw Failure(Tr("the device '{}': {} is {} or {}, and not '{}'", kReplayName, option.key,
@@ -91,7 +91,7 @@ std::unique_ptr<Device> OpenReplay(const DeviceRequest& request, Streams& stream
     if (key == "file" || key == kOrder.key || key == kDamaged.key) continue;
     throw Failure(Tr("the device '{}' has no option '{}'", kReplayName, Shown(key, kShownOption)));
   }
-  const std::string file = request.option("file");
+  const std::string file = request.Option("file");
   if (file.empty()) {
     throw Failure(
         Tr("the device '{}' needs a recording: replay:FILE, or the option file", kReplayName));
@@ -110,7 +110,7 @@ std::unique_ptr<Device> OpenReplay(const DeviceRequest& request, Streams& stream
 }
 
 std::vector<KeptFile> FilesOfReplay(const DeviceRequest& request) {
-  return {{request.option("file"), TR_TEXT("the recording")}};
+  return {{request.Option("file"), TR_TEXT("the recording")}};
 }
 
 }  // namespace lorimat::console

@@ -42,7 +42,7 @@ void TakeShortOption(const ShortOption& row, const std::string& value, DeviceReq
                      row.option, Shown(request->device, kShownOption), kRegisterName));
   }
   const bool in_name = std::string_view(row.key) == "file" && request->device != kRegisterName;
-  if (in_name || !request->option(row.key).empty()) {
+  if (in_name || !request->Option(row.key).empty()) {
     if (!given) return;
     throw Failure(
         Tr("{}: the same is said by --device or --device-option {}=", row.option, row.key));
