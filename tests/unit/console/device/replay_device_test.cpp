@@ -7,6 +7,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "console/message/failure.h"
 #include "rpccommon/client/rtfclientinterface.h"
@@ -23,11 +24,10 @@ class ReplayDeviceTest : public ::testing::Test {
     std::ofstream(file, std::ios::binary) << text;
     return file;
   }
-  // The streams are those of this moment.
+  // The streams are those of this moment, and outlive each device: its end tells notes by them.
   std::unique_ptr<Device> Open(const DeviceRequest& request) {
     testing::internal::CaptureStderr();
-    streams_ = std::make_unique<Streams>();
-    return OpenDevice(request, *streams_);
+    return OpenDevice(request, *streams_.emplace_back(std::make_unique<Streams>()));
   }
   std::string Told() { return testing::internal::GetCapturedStderr(); }
   std::string Refusal(const DeviceRequest& request) {
@@ -41,7 +41,7 @@ class ReplayDeviceTest : public ::testing::Test {
     return refusal;
   }
 
-  std::unique_ptr<Streams> streams_;
+  std::vector<std::unique_ptr<Streams>> streams_;
 };
 
 constexpr const char* kTwoCalls =
