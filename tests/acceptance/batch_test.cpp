@@ -222,7 +222,7 @@ TEST(Batch, GivesNoReasonWhereItWouldBeAGuess) {
 }
 
 TEST(Batch, WithoutDescriptorsSaysWhatCannotBeOpened) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef LORIMAT_SANITIZED
   GTEST_SKIP() << "the sanitizer asks for virtual tables through a pipe, and needs descriptors";
 #endif
   TestFolder folder;
