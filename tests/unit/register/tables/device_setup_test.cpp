@@ -193,6 +193,25 @@ TEST_F(DeviceSetupTest, LogosStandAheadOfTheHeaderAndBehindTheTrailer) {
   EXPECT_EQ(Trailer().find("LOGO"), std::string::npos);
 }
 
+TEST_F(DeviceSetupTest, ErasedLogosTakeTheSelectionWithThem) {
+  WriteText("logo.png", "x");
+  const auto program = [&] {
+    for (int number = 1; number <= 5; ++number) {
+      ASSERT_EQ(device.ProgramGRC(static_cast<uint8_t>(number), Path("logo.png").c_str(), true),
+                RTF_SUCCESS);
+    }
+  };
+  program();
+  ASSERT_EQ(device.SelectBitmap(5, 1), RTF_SUCCESS);
+  ASSERT_EQ(device.SelectBitmap(5, 2), RTF_SUCCESS);
+  ASSERT_EQ(device.EraseLogoArchive(), RTF_SUCCESS);
+  program();
+  device.BeginFiscalReceipt(true);
+  Sell(1, 10000);
+  PayRest();
+  EXPECT_EQ(NewPaper().find("LOGO"), std::string::npos);
+}
+
 TEST_F(DeviceSetupTest, OnlyLogosThatWereProgrammedAreSelected) {
   EXPECT_EQ(device.SelectBitmap(5, 1), RTF_E_NOEXIST);
   for (const int number : {-1, 65, INT_MAX}) {
