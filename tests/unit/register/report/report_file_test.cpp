@@ -177,6 +177,10 @@ TEST_F(ReportFileTest, ALinkThatSomebodyElsePlantedIsNotFollowed) {
   std::filesystem::create_symlink(folder_ / "mine", all / "link");
   ASSERT_EQ(lchown((all / "link").c_str(), kOther, kOther), 0);
   EXPECT_EQ(WriteFile((all / "link").string(), "newer"), RTF_E_FAILURE);
+  // Where others may not write, the folder's owner has put it.
+  ASSERT_EQ(chmod(all.c_str(), 01755), 0);
+  EXPECT_EQ(WriteFile((all / "link").string(), "new"), RTF_SUCCESS);
+  ASSERT_EQ(chmod(all.c_str(), 01777), 0);
   ASSERT_EQ(lchown((all / "link").c_str(), 0, 0), 0);
   EXPECT_EQ(WriteFile((all / "link").string(), "newer"), RTF_SUCCESS);
   std::ifstream mine(folder_ / "mine");
