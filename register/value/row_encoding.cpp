@@ -8,14 +8,14 @@
 namespace lorimat {
 
 RowEncoder& RowEncoder::Number(int64_t number) {
-  char digits[24];
-  char* end = digits;
   // Most are, in rows of sums.
   if (number >= 0 && number < 10) {
-    *end++ = static_cast<char>('0' + number);
-  } else {
-    end = std::to_chars(digits, digits + sizeof(digits) - 1, number).ptr;
+    text_.push_back(static_cast<char>('0' + number));
+    text_.push_back(' ');
+    return *this;
   }
+  char digits[24];
+  char* end = std::to_chars(digits, digits + sizeof(digits) - 1, number).ptr;
   *end++ = ' ';
   text_.append(digits, static_cast<size_t>(end - digits));
   return *this;
