@@ -29,6 +29,8 @@ constexpr Range kNotShown[] = {
     {0xFFF9, 0xFFFB}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF},
 };
 
+bool IsVisibleAscii(char c) { return c >= ' ' && c <= '~'; }
+
 bool IsNotShown(const Utf8Character& character) {
   // A single byte from 0xA0 on is a letter of a terminal that is not in UTF-8. The soft hyphen of
   // UTF-8 is not one.
@@ -75,7 +77,13 @@ std::string Shown(std::string_view text, size_t limit) {
   text = cut;
   std::string out;
   out.reserve(text.size());
-  while (!text.empty()) {
+  for (;;) {
+    // Mostly all of it.
+    const auto plain = static_cast<size_t>(
+        std::find_if_not(text.begin(), text.end(), IsVisibleAscii) - text.begin());
+    out += text.substr(0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) break;
     const Utf8Character character = CharacterAt(text);
     const std::string_view bytes = text.substr(0, character.size);
     if (IsNotShown(character)) {

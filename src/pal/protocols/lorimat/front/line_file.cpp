@@ -14,7 +14,7 @@ namespace {
 constexpr int kEndOfFile = -1;
 constexpr int kReadError = -2;
 
-// What SeqFileRead reads of a file at once.
+// What SeqFileRead reads of a file at once, and what SeqFileWrite writes at once.
 constexpr size_t kChunk = 1024;
 
 }  // namespace
@@ -80,6 +80,14 @@ bool EcrCmdInterpreter::OpenOutput(fs_file_t* file, const char* name, mode_flags
 bool EcrCmdInterpreter::SeqFileWrite(fs_file_t* hHandle, char* szString) {
   if (*hHandle == -1) return false;
   const size_t length = std::strlen(szString);
+  constexpr size_t kEnd = 2;
+  // All but the longest go out with their end by one call.
+  char line[kChunk];
+  if (length <= sizeof line - kEnd) {
+    std::memcpy(line, szString, length);
+    std::memcpy(line + length, "\r\n", kEnd);
+    return fs_write(hHandle, line, length + kEnd) == static_cast<ptrdiff_t>(length + kEnd);
+  }
   if (fs_write(hHandle, szString, length) != static_cast<ptrdiff_t>(length)) return false;
-  return fs_write(hHandle, "\r\n", 2) == 2;
+  return fs_write(hHandle, "\r\n", kEnd) == static_cast<ptrdiff_t>(kEnd);
 }

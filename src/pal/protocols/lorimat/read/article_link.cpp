@@ -8,6 +8,7 @@
 #include "pal/protocols/lorimat/client_call.h"
 #include "pal/protocols/lorimat/data_items.h"
 #include "pal/protocols/lorimat/fields.h"
+#include "pal/protocols/lorimat/front/line_blocks.h"
 #include "pal/protocols/lorimat/program/device_records.h"
 #include "pal/threading/posix/thread.h"
 
@@ -26,6 +27,7 @@ enum UploadStep { kOpen = 0, kRow = 1, kClose = 2 };
 constexpr int kUnreachable = CLASS_CRITICAL | CLASS_SYNTAX;
 
 constexpr int kLongestLine = 2047;  // of an uploaded file
+constexpr size_t kBlock = 4096;     // read of it at once
 constexpr int kLongestRow = 400;    // of a downloaded table
 
 int LinkCommand(const char* field) {
@@ -74,7 +76,7 @@ bool EcrCmdCommand::OpenLinkFile(fs_file_t* file) {
   // A name that is cut would be another file's.
   if (std::strlen(szCampi[2]) >= sizeof szEM_FileIn) return false;
   if (iEM_Cmd != kUpload) return OpenDownload(*this, file, szEM_FileIn, bEM_FlgAppend);
-  // Only read, in the platform's own mode: SeqFileRead takes lines of either kind.
+  // Only read, in the platform's own mode: LineBlocks takes lines of either kind.
   if (fs_open(file, szEM_FileIn, FS_RDONLY) == FS_BADF) return false;
   dwEMFileInSize = ClientInt(fs_fstat(file));
   dwEMFileInRead = 1;
@@ -143,7 +145,9 @@ int EcrCmdCommand::EM_UpdArt(fs_file_t* hFileSrc, fs_file_t* hFileErr) {
   static_cast<void>(RTF_FP_INVOKE(UploadTable, kArticleTable, kOpen, ""));
   char line[kLongestLine + 1];
   char row[kLongestLine + 3];  // with LF, CR and NUL
-  for (int length; (length = SeqFileRead(hFileSrc, line, kLongestLine)) >= 0;) {
+  char block[kBlock];
+  LineBlocks lines(hFileSrc, block, sizeof block);
+  for (int length; (length = lines.Read(line, kLongestLine)) >= 0;) {
     dwEMFileInRead = ClientInt(int64_t{dwEMFileInRead} + length + 2);
     ++Stat.lEMCurLine;
     if (lorimatutility::TogliCommento(row, line, cChQuote) == 0) continue;
