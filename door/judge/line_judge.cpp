@@ -208,7 +208,7 @@ std::string ExplainAnswer(long code) {
   std::string text;
   for (const std::string& sentence :
        language::ExplainCode(code, [](std::string_view english) { return english; })) {
-    if (!text.empty()) text += ' ';
+    if (!text.empty()) text += text.back() == '.' ? " " : ". ";
     text += sentence;
   }
   return text;

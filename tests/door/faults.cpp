@@ -5,6 +5,8 @@
 //   lose@line:N   the N-th line is carried out, and its answer is a time-out
 //   fail@line:N   the same, and its answer is a refusal
 //   drop@line:N   the N-th line gets lost on its way
+//   away@reset:N  from the N-th reset on the device does not answer any more
+//   open@start:1  a document is open that belongs to no job
 //
 // and with LORIMATD_FAULT_ONCE, a file that the fault leaves, it strikes only while that is not
 // there.
@@ -65,10 +67,17 @@ StepWatch FaultWatch() {
 }
 
 LineRunner WithFaults(LineRunner run) {
-  return [run = std::move(run)](const std::string& line, std::string* answer) {
+  if (Strikes("start")) {
+    std::string answer;
+    run("VEND REP=1, PRE=1", &answer);
+  }
+  return [is_away = false, run = std::move(run)](const std::string& line,
+                                                 std::string* answer) mutable {
     constexpr long kTimeOut = 512 + 112;
     constexpr long kWrongState = 1024 + 207;
     // The reset ahead of a job is no line of it.
+    if (line == "#74" && Strikes("reset")) is_away = true;
+    if (is_away) return kTimeOut;
     if (line == "#74" || !Strikes("line")) return run(line, answer);
     const std::string& action = TheFault().action;
     if (action == "hang") {
