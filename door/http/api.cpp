@@ -370,19 +370,18 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
   JobNews news{.note = reason};
   const auto document = body.value().find("document");
   if (document != body.value().end() && !document->is_null()) {
-    const auto is_number = [&document](const char* name) {
-      constexpr uint64_t kLast = 9999;
-      if (!document->contains(name) || !document->at(name).is_number_unsigned()) return false;
-      const uint64_t number = document->at(name).get<uint64_t>();
-      return number >= 1 && number <= kLast;
+    constexpr int64_t kLast = 9999;
+    const auto number = [&document](const char* name) -> std::optional<int64_t> {
+      if (!document->contains(name)) return std::nullopt;
+      return BodyReader::WholeNumber(document->at(name), 1, kLast);
     };
-    const bool good = document->is_object() && document->size() == 2 && is_number("closure") &&
-                      is_number("number");
+    const bool good =
+        document->is_object() && document->size() == 2 && number("closure") && number("number");
     if (!good) {
       body.Refuse(400, "bad_field", "document: is no object of closure and number, 1 to 9999");
     } else {
-      news.document = JobDocument{document->at("closure").get<int>(),
-                                  document->at("number").get<int>(),
+      news.document = JobDocument{static_cast<int>(*number("closure")),
+                                  static_cast<int>(*number("number")),
                                   parts_.log.serial(),
                                   {},
                                   0};
@@ -419,6 +418,10 @@ Reply Api::ListJobs(const Request&, const Path& path) {
     return found == path.query.end() ? std::nullopt : std::optional(found->second);
   };
   const std::optional<std::string> key = given("key");
+  // A key is its desk's, and names one job.
+  const bool is_mixed =
+      key ? path.query.size() > 1 + path.query.count("desk") : path.query.count("desk") != 0;
+  if (is_mixed) return Problem(400, "bad_field", "key and desk go together, and with nothing else");
   if (key) {
     const std::optional<Job> job = parts_.log.FindKey(given("desk").value_or(std::string()), *key);
     if (!job) return Problem(404, "not_found", "there is no such job");

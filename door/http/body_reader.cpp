@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "door/http/canonical_json.h"
 #include "door/judge/code_page.h"
@@ -55,19 +56,25 @@ std::string BodyReader::Text(std::string_view name, size_t most) {
   return text;
 }
 
+// 600, 600.0 and 6e2 are one number.
+std::optional<int64_t> BodyReader::WholeNumber(const nlohmann::json& value, int64_t least,
+                                               int64_t most) {
+  if (!value.is_number()) return std::nullopt;
+  const double number = value.get<double>();
+  const bool fits = number >= static_cast<double>(least) && number <= static_cast<double>(most) &&
+                    std::trunc(number) == number;
+  if (!fits) return std::nullopt;
+  return static_cast<int64_t>(number);
+}
+
 int64_t BodyReader::Number(std::string_view name, int64_t least, int64_t most, int64_t missing) {
   const auto member = value_.find(name);
   if (member == value_.end()) return missing;
-  // One that passes the range of the type is no integer for the reader of JSON.
-  const bool fits =
-      member->is_number_integer() &&
-      (!member->is_number_unsigned() || member->get<uint64_t>() <= static_cast<uint64_t>(most)) &&
-      member->get<int64_t>() >= least && member->get<int64_t>() <= most;
-  if (!fits) {
+  const std::optional<int64_t> number = WholeNumber(*member, least, most);
+  if (!number) {
     Refuse(400, "bad_field", fmt::format("{}: is no whole number of {} to {}", name, least, most));
-    return missing;
   }
-  return member->get<int64_t>();
+  return number.value_or(missing);
 }
 
 std::vector<std::string> BodyReader::Lines() {

@@ -27,7 +27,10 @@ class BodyReader {
   void Allow(std::initializer_list<std::string_view> names);
   // A text of so many characters at most, without control characters; empty where it is missing.
   std::string Text(std::string_view name, size_t most);
-  // A number in a range.
+  // A whole number in a range that a double has without loss, however it is written.
+  static std::optional<int64_t> WholeNumber(const nlohmann::json& value, int64_t least,
+                                            int64_t most);
+  // The same of a member.
   int64_t Number(std::string_view name, int64_t least, int64_t most, int64_t missing);
   // The lines, in the code page of the device.
   std::vector<std::string> Lines();

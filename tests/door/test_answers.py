@@ -43,9 +43,10 @@ def test_the_body_counts_by_its_value_and_not_by_its_bytes(door):
     headers = {"Idempotency-Key": "k"}
     assert door.request("POST", "/v1/jobs", body, headers)[0] == 201
     other = '{ "expires_s": 6e2, "desk": "\\u0061", "lines": %s }' % json.dumps(SALE)
-    status, _, job = door.request("POST", "/v1/jobs", raw=other.replace("6e2", "600"),
-                                  headers=headers)
-    assert (status, job["replayed"]) == (200, True)
+    for number in ("600", "6e2", "600.0"):
+        status, _, job = door.request("POST", "/v1/jobs", raw=other.replace("6e2", number),
+                                      headers=headers)
+        assert (status, job["replayed"]) == (200, True)
     assert code(door.post(SALE + ["CLEAR"], "k", desk="a", expires_s=600)) == (422, "key_reused")
     assert door.post(SALE, "k", desk="b")[0] == 201
 
@@ -142,6 +143,8 @@ def test_keys(door, key, expected):
     ('{"lines":"CHIU"}', (400, "bad_field")),
     ('{"lines":[1]}', (400, "bad_field")),
     ('{"lines":["CHIU"],"expires_s":0}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"expires_s":1.5}', (400, "bad_field")),
+    ('{"lines":["CHIU"],"expires_s":"600"}', (400, "bad_field")),
     ('{"lines":["CHIU"],"expires_s":1e300}', (400, "bad_field")),
     ('{"lines":["CHIU"],"expires_s":18446744073709551615}', (400, "bad_field")),
     ('{"lines":["CHIU"],"desk":"%s"}' % ("x" * 65), (400, "bad_field")),
@@ -195,6 +198,8 @@ def test_addresses_and_methods(door):
     assert code(door.request("GET", "/v1/jobs?limit=0")) == (400, "bad_field")
     assert code(door.request("GET", "/v1/jobs?state=done")) == (400, "bad_field")
     assert code(door.request("GET", "/v1/jobs?x=1")) == (400, "unknown_field")
+    for query in ("desk=a", "key=k&state=queued", "key=k&desk=a&limit=1", "desk=a&after=0"):
+        assert code(door.request("GET", f"/v1/jobs?{query}")) == (400, "bad_field")
     assert code(door.request("GET", "/v1/jobs?state=%zz")) == (400, "bad_target")
     assert code(door.post(SALE, "k", path="/v1/jobs?wait=301")) == (400, "bad_field")
 
