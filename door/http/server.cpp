@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "door/http/api.h"
+#include "door/http/message.h"
 
 namespace lorimat::door {
 namespace {
@@ -37,43 +38,17 @@ using asio::ip::tcp;
 using Timer = asio::steady_timer;
 
 constexpr int kThreads = 4;
-constexpr size_t kMostHeader = 16 * 1024;
-constexpr std::chrono::seconds kHeadTime{15};  // for a head, also of the next request
-constexpr std::chrono::seconds kBodyTime{15};
-constexpr std::chrono::seconds kWriteTime{15};
 constexpr std::chrono::seconds kLinger{1};
 constexpr size_t kMostLingering = 4 << 20;
 
 constexpr auto kTuple = asio::as_tuple(asio::use_awaitable);
 
-std::string Text(beast::string_view text) { return {text.data(), text.size()}; }
-
-// Which of the two counts, two readers would not agree upon.
-bool IsGivenTwice(const http::request<http::string_body>& message) {
-  return message.count(http::field::host) > 1 || message.count("Idempotency-Key") > 1;
-}
-
-Request HeadOf(const http::request<http::string_body>& message,
-               const boost::optional<uint64_t>& length) {
-  Request request;
-  request.method = Text(message.method_string());
-  request.target = Text(message.target());
-  request.host = Text(message[http::field::host]);
-  request.content_type = Text(message[http::field::content_type]);
-  const auto origin = message.find(http::field::origin);
-  if (origin != message.end()) request.origin = Text(origin->value());
-  const auto key = message.find("Idempotency-Key");
-  if (key != message.end()) request.key = Text(key->value());
-  if (length) request.content_length = *length;
-  return request;
-}
-
 }  // namespace
 
 class HttpServer::Impl {
  public:
-  Impl(const std::string& address, uint16_t port)
-      : io_(kThreads), acceptor_(asio::make_strand(io_)) {
+  Impl(const std::string& address, uint16_t port, const ServerLimits& limits)
+      : limits_(limits), all_(limits.all), io_(kThreads), acceptor_(asio::make_strand(io_)) {
     const tcp::endpoint endpoint(asio::ip::make_address(address), port);
     acceptor_.open(endpoint.protocol());
     acceptor_.set_option(asio::socket_base::reuse_address(true));
@@ -154,7 +129,7 @@ class HttpServer::Impl {
       if (!acceptor_.is_open()) co_return;
       // No descriptor is left, say: others have to end first.
       if (error) co_return;
-      if (connections_ < kMostConnections) Begin(std::move(socket));
+      if (connections_ < limits_.connections) Begin(std::move(socket));
     }
   }
 
@@ -172,8 +147,9 @@ class HttpServer::Impl {
 
   asio::awaitable<void> Serve(tcp::socket socket) {
     beast::tcp_stream stream(std::move(socket));
-    beast::flat_buffer buffer(2 * kMostHeader + Api::kMostBody);
-    while (co_await ServeOne(stream, buffer)) {
+    beast::flat_buffer buffer(kMostBuffered);
+    RateLimit rate(limits_.connection);
+    while (co_await ServeOne(stream, buffer, rate)) {
     }
     co_await Close(stream);
   }
@@ -206,7 +182,7 @@ class HttpServer::Impl {
    public:
     Waiting(Impl& server, int64_t job_id, std::shared_ptr<Timer> timer) : server_(server) {
       const std::lock_guard<std::mutex> lock(server_.mutex_);
-      began_ = !server_.stopping_ && server_.waiting_.size() < kMostWaiting;
+      began_ = !server_.stopping_ && server_.waiting_.size() < server_.limits_.waiting;
       if (began_) row_ = server_.waiting_.emplace(job_id, std::move(timer));
     }
     ~Waiting() {
@@ -225,15 +201,15 @@ class HttpServer::Impl {
   };
 
   // Whether the connection goes on.
-  asio::awaitable<bool> ServeOne(beast::tcp_stream& stream, beast::flat_buffer& buffer) {
-    http::request_parser<http::string_body> parser;
-    parser.header_limit(kMostHeader);
-    parser.body_limit(Api::kMostBody);
+  asio::awaitable<bool> ServeOne(beast::tcp_stream& stream, beast::flat_buffer& buffer,
+                                 RateLimit& rate) {
+    RequestParser parser;
+    SetLimits(parser);
     boost::system::error_code error;
     {
       const Idle idle(*this, stream);
       if (!idle.began()) co_return false;
-      stream.expires_after(kHeadTime);
+      stream.expires_after(limits_.head_time);
       error = std::get<0>(co_await http::async_read_header(stream, buffer, parser, kTuple));
     }
     const unsigned version = parser.get().version();
@@ -242,17 +218,14 @@ class HttpServer::Impl {
       if (reply) co_await Write(stream, *reply, version, false);
       co_return false;
     }
-    if (IsGivenTwice(parser.get())) {
-      Reply twice = Problem(400, "bad_request", "Host or Idempotency-Key is given twice");
-      co_await Write(stream, twice, version, false);
-      co_return false;
-    }
-    Request request = HeadOf(parser.get(), parser.content_length());
-    if (std::optional<Reply> refused = api_->RefuseHead(request)) {
+    Request request = HeadOf(parser);
+    std::optional<Reply> refused = RefuseRate(rate);
+    if (!refused) refused = RefuseHead(*api_, parser, request);
+    if (refused) {
       co_await Write(stream, *refused, version, false);
       co_return false;
     }
-    stream.expires_after(kBodyTime);
+    stream.expires_after(limits_.body_time);
     if (beast::iequals(parser.get()[http::field::expect], "100-continue")) {
       http::response<http::empty_body> go_on(http::status::continue_, version);
       auto [failed, written] = co_await http::async_write(stream, go_on, kTuple);
@@ -276,19 +249,13 @@ class HttpServer::Impl {
     co_return co_await Write(stream, reply, version, keep);
   }
 
-  // What a request is told that cannot be read; nothing for one that has gone or is too slow.
-  static std::optional<Reply> Complaint(const boost::system::error_code& error) {
-    if (error == http::error::body_limit) {
-      return Problem(413, "too_large", "the body is too long");
-    }
-    if (error == http::error::header_limit) {
-      return Problem(431, "too_large", "the head is too long");
-    }
-    const bool is_form = error.category() == make_error_code(http::error::bad_method).category() &&
-                         error != http::error::end_of_stream &&
-                         error != http::error::partial_message;
-    if (!is_form) return std::nullopt;
-    return Problem(400, "bad_request", "the request is not HTTP");
+  // Ahead of all that costs more: a client that does nothing but ask is not to keep others away.
+  std::optional<Reply> RefuseRate(RateLimit& connection) {
+    const RateLimit::Time now = std::chrono::steady_clock::now();
+    if (!connection.Take(now)) return TooManyRequests("on this connection");
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!all_.Take(now)) return TooManyRequests("of all clients");
+    return std::nullopt;
   }
 
   asio::awaitable<void> WaitFor(int64_t job_id, int seconds, beast::tcp_stream& stream) {
@@ -300,17 +267,10 @@ class HttpServer::Impl {
     if (waiting.began() && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
   }
 
-  static asio::awaitable<bool> Write(beast::tcp_stream& stream, Reply& reply, unsigned version,
-                                     bool keep) {
-    http::response<http::string_body> message(static_cast<http::status>(reply.status), version);
-    message.set(http::field::content_type, reply.content_type);
-    message.set(http::field::cache_control, "no-store");
-    message.set("X-Content-Type-Options", "nosniff");
-    for (const auto& [name, value] : reply.headers) message.set(name, value);
-    message.body() = std::move(reply.body);
-    message.keep_alive(keep);
-    message.prepare_payload();
-    stream.expires_after(kWriteTime);
+  asio::awaitable<bool> Write(beast::tcp_stream& stream, Reply& reply, unsigned version,
+                              bool keep) {
+    ReplyMessage message = MessageOf(reply, version, keep);
+    stream.expires_after(limits_.write_time);
     auto [error, size] = co_await http::async_write(stream, message, kTuple);
     co_return !error && keep;
   }
@@ -329,6 +289,8 @@ class HttpServer::Impl {
     }
   }
 
+  const ServerLimits limits_;
+  RateLimit all_;
   asio::io_context io_;
   tcp::acceptor acceptor_;
   uint16_t port_ = 0;
@@ -341,8 +303,8 @@ class HttpServer::Impl {
   std::vector<std::thread> threads_;
 };
 
-HttpServer::HttpServer(const std::string& address, uint16_t port)
-    : impl_(std::make_unique<Impl>(address, port)) {}
+HttpServer::HttpServer(const std::string& address, uint16_t port, const ServerLimits& limits)
+    : impl_(std::make_unique<Impl>(address, port, limits)) {}
 HttpServer::~HttpServer() = default;
 uint16_t HttpServer::port() const { return impl_->port(); }
 void HttpServer::Start(Api& api) { impl_->Start(api); }

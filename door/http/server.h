@@ -1,23 +1,37 @@
 // The network: connections, their limits, and jobs that are waited for.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include "door/http/rate_limit.h"
 
 namespace lorimat::door {
 
 class Api;
 
+struct ServerLimits {
+  // Connections at once; one more is closed as it comes.
+  int connections = 200;
+  // Of these, as many may wait for a job; one more is answered at once.
+  size_t waiting = 100;
+  // Requests; one more is answered 429, and its connection closed.
+  Rate connection = {std::chrono::milliseconds(5), 1000};
+  Rate all = {std::chrono::microseconds(500), 4000};
+  // What a client may take for a head, also that of the next request, for a body and for taking the
+  // answer.
+  std::chrono::milliseconds head_time = std::chrono::seconds(15);
+  std::chrono::milliseconds body_time = std::chrono::seconds(15);
+  std::chrono::milliseconds write_time = std::chrono::seconds(15);
+};
+
 class HttpServer {
  public:
-  // Connections at once; one more is closed as it comes.
-  static constexpr int kMostConnections = 200;
-  // Of these, as many may wait for a job; one more is answered at once.
-  static constexpr int kMostWaiting = kMostConnections / 2;
-
   // Listens; port 0 picks a free one. Throws std::exception with the cause.
-  HttpServer(const std::string& address, uint16_t port);
+  HttpServer(const std::string& address, uint16_t port, const ServerLimits& limits = {});
   // As Stop.
   ~HttpServer();
   HttpServer(const HttpServer&) = delete;

@@ -1,0 +1,81 @@
+#include "door/http/message.h"
+
+#include <fmt/format.h>
+
+#include <boost/beast/http/error.hpp>
+#include <string>
+#include <utility>
+
+namespace lorimat::door {
+namespace {
+
+namespace beast = boost::beast;
+namespace http = beast::http;
+
+std::string Text(beast::string_view text) { return {text.data(), text.size()}; }
+
+}  // namespace
+
+void SetLimits(RequestParser& parser) {
+  parser.header_limit(kMostHeader);
+  parser.body_limit(Api::kMostBody);
+}
+
+std::optional<Reply> Complaint(const boost::system::error_code& error) {
+  if (error == http::error::body_limit) {
+    return Problem(413, "too_large", "the body is too long");
+  }
+  if (error == http::error::header_limit) {
+    return Problem(431, "too_large", "the head is too long");
+  }
+  const bool is_form = error.category() == make_error_code(http::error::bad_method).category() &&
+                       error != http::error::end_of_stream && error != http::error::partial_message;
+  if (!is_form) return std::nullopt;
+  return Problem(400, "bad_request", "the request is not HTTP");
+}
+
+Request HeadOf(const RequestParser& parser) {
+  const auto& message = parser.get();
+  Request request;
+  request.method = Text(message.method_string());
+  request.target = Text(message.target());
+  request.host = Text(message[http::field::host]);
+  request.content_type = Text(message[http::field::content_type]);
+  const auto origin = message.find(http::field::origin);
+  if (origin != message.end()) request.origin = Text(origin->value());
+  const auto key = message.find("Idempotency-Key");
+  if (key != message.end()) request.key = Text(key->value());
+  const boost::optional<uint64_t> length = parser.content_length();
+  if (length) request.content_length = *length;
+  return request;
+}
+
+std::optional<Reply> RefuseHead(const Api& api, const RequestParser& parser,
+                                const Request& request) {
+  const auto& message = parser.get();
+  // Which of the two counts, two readers would not agree upon.
+  if (message.count(http::field::host) > 1 || message.count("Idempotency-Key") > 1) {
+    return Problem(400, "bad_request", "Host or Idempotency-Key is given twice");
+  }
+  return api.RefuseHead(request);
+}
+
+Reply TooManyRequests(std::string_view where) {
+  Reply reply = Problem(429, "too_many_requests", fmt::format("too many requests {}", where));
+  reply.headers.emplace_back("Retry-After", "1");
+  return reply;
+}
+
+ReplyMessage MessageOf(Reply& reply, unsigned version, bool keep) {
+  ReplyMessage message(static_cast<http::status>(reply.status), version);
+  message.set(http::field::content_type, reply.content_type);
+  message.set(http::field::cache_control, "no-store");
+  message.set("X-Content-Type-Options", "nosniff");
+  for (const auto& [name, value] : reply.headers) message.set(name, value);
+  message.body() = std::move(reply.body);
+  message.keep_alive(keep);
+  message.prepare_payload();
+  return message;
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,213 @@
+#include "door/http/server.h"
+
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <string>
+
+#include "console/terminal/streams.h"
+#include "door/http/api.h"
+#include "door_shop.h"
+
+namespace lorimat::door {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using Time = RateLimit::Time;
+using std::chrono::milliseconds;
+
+constexpr std::chrono::hours kNever{1000};
+
+// A door on a log in memory, and connections to it.
+class Network {
+ public:
+  explicit Network(const ServerLimits& limits) : server_("127.0.0.1", 0, limits) {
+    log_.Bind("99LRM0000001VR");
+    server_.Start(api_);
+  }
+  // Ahead of what answers for it.
+  ~Network() { server_.Stop(); }
+  Network(const Network&) = delete;
+  Network& operator=(const Network&) = delete;
+
+  console::Descriptor Connect() const {
+    console::Descriptor client(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(server_.port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return client;
+  }
+  std::string Get(const std::string& more = "\r\n") const {
+    return "GET /v1/device HTTP/1.1\r\nHost: " + host() + "\r\n" + more;
+  }
+  std::string host() const { return "127.0.0.1:" + std::to_string(server_.port()); }
+
+ private:
+  HttpServer server_;
+  JobLog log_{""};
+  Api api_{{.log = log_,
+            .judge = DoorShop::judge(),
+            .hosts = {host()},
+            .operators = {},
+            .trouble = [] { return DeviceTrouble::kNone; },
+            .log_failed = [] { return false; },
+            .wake = [] {}}};
+};
+
+void Send(const console::Descriptor& client, const std::string& bytes) {
+  EXPECT_EQ(send(client.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL),
+            static_cast<ssize_t>(bytes.size()));
+}
+
+// Until the other side has closed.
+std::string ReadAll(const console::Descriptor& client) {
+  std::string all;
+  char bytes[4096];
+  for (ssize_t size; (size = recv(client.get(), bytes, sizeof bytes, 0)) > 0;) {
+    all.append(bytes, static_cast<size_t>(size));
+  }
+  return all;
+}
+
+// Until so many bytes are there, or the other side has closed.
+std::string ReadSome(const console::Descriptor& client, size_t most) {
+  std::string all(most, '\0');
+  const ssize_t size = recv(client.get(), all.data(), most, MSG_WAITALL);
+  all.resize(size < 0 ? 0 : static_cast<size_t>(size));
+  return all;
+}
+
+size_t Count(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+TEST(RateLimit, GivesAllAtOnceAndThenOneInEachPause) {
+  RateLimit rate({.pause = milliseconds(10), .at_once = 3});
+  Time now{std::chrono::hours(1)};
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(rate.Take(now));
+  EXPECT_FALSE(rate.Take(now));
+  now += milliseconds(9);
+  EXPECT_FALSE(rate.Take(now));
+  now += milliseconds(1);
+  EXPECT_TRUE(rate.Take(now));
+  EXPECT_FALSE(rate.Take(now));
+  // However long nobody asks, no more come together than at first.
+  now += std::chrono::hours(24);
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(rate.Take(now));
+  EXPECT_FALSE(rate.Take(now));
+}
+
+TEST(RateLimit, WhatIsRefusedCostsNothing) {
+  RateLimit rate({.pause = milliseconds(10), .at_once = 1});
+  Time now{std::chrono::hours(1)};
+  EXPECT_TRUE(rate.Take(now));
+  for (int i = 0; i < 1000; ++i) EXPECT_FALSE(rate.Take(now));
+  EXPECT_TRUE(rate.Take(now + milliseconds(10)));
+}
+
+TEST(Server, OneConnectionMayNotAskWithoutEnd) {
+  const Network network({.connection = {kNever, 3}});
+  const console::Descriptor client = network.Connect();
+  for (int i = 0; i < 5; ++i) Send(client, network.Get());
+  const std::string answers = ReadAll(client);
+  EXPECT_EQ(Count(answers, "HTTP/1.1 200 OK"), 3U);
+  EXPECT_EQ(Count(answers, "HTTP/1.1 429 Too Many Requests"), 1U);
+  EXPECT_THAT(answers, HasSubstr("\r\nRetry-After: 1\r\n"));
+  EXPECT_THAT(answers, HasSubstr("too_many_requests\",\"detail\":\"too many requests on this"));
+  // Another one may.
+  const console::Descriptor other = network.Connect();
+  Send(other, network.Get("Connection: close\r\n\r\n"));
+  EXPECT_THAT(ReadAll(other), StartsWith("HTTP/1.1 200 "));
+}
+
+TEST(Server, NorMayAllOfThemTogether) {
+  const Network network({.all = {kNever, 4}});
+  for (int i = 0; i < 6; ++i) {
+    const console::Descriptor client = network.Connect();
+    Send(client, network.Get("Connection: close\r\n\r\n"));
+    const std::string answer = ReadAll(client);
+    EXPECT_THAT(answer, StartsWith(i < 4 ? "HTTP/1.1 200 " : "HTTP/1.1 429 ")) << i;
+    EXPECT_EQ(Count(answer, "too many requests of all clients"), i < 4 ? 0U : 1U);
+  }
+}
+
+// What is refused on one connection takes nothing from the others.
+TEST(Server, ALoudConnectionLeavesTheOthersTheirRoom) {
+  const Network network({.connection = {kNever, 1}, .all = {kNever, 3}});
+  for (int i = 0; i < 2; ++i) {
+    const console::Descriptor client = network.Connect();
+    for (int request = 0; request < 3; ++request) Send(client, network.Get());
+    EXPECT_EQ(Count(ReadAll(client), "HTTP/1.1 200 OK"), 1U);
+  }
+  const console::Descriptor quiet = network.Connect();
+  Send(quiet, network.Get("Connection: close\r\n\r\n"));
+  EXPECT_THAT(ReadAll(quiet), StartsWith("HTTP/1.1 200 "));
+}
+
+// On a connection of its own, which may be closed before it is sent.
+std::string Ask(const Network& network) {
+  const console::Descriptor client = network.Connect();
+  const std::string request = network.Get("Connection: close\r\n\r\n");
+  send(client.get(), request.data(), request.size(), MSG_NOSIGNAL);
+  return ReadAll(client);
+}
+
+TEST(Server, AConnectionTooManyIsClosedAndOneThatEndsMakesRoom) {
+  const Network network({.connections = 2});
+  const console::Descriptor first = network.Connect();
+  console::Descriptor second = network.Connect();
+  EXPECT_THAT(Ask(network), IsEmpty());
+  Send(first, network.Get());
+  EXPECT_EQ(ReadSome(first, 12), "HTTP/1.1 200");
+  second = console::Descriptor();
+  // The door may not have seen yet that it is gone.
+  std::string answer;
+  while (answer.empty()) answer = Ask(network);
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 200 "));
+}
+
+TEST(Server, WhoIsSlowWithTheHeadIsCut) {
+  const Network network({.head_time = milliseconds(1)});
+  const console::Descriptor silent = network.Connect();
+  const console::Descriptor slow = network.Connect();
+  Send(slow, "GET /v1/device HT");
+  EXPECT_THAT(ReadAll(silent), IsEmpty());
+  EXPECT_THAT(ReadAll(slow), IsEmpty());
+}
+
+TEST(Server, WhoIsSlowWithTheBodyIsCut) {
+  const Network network({.body_time = milliseconds(1)});
+  const console::Descriptor slow = network.Connect();
+  Send(slow, "POST /v1/jobs HTTP/1.1\r\nHost: " + network.host() +
+                 "\r\nContent-Type: application/json\r\nContent-Length: 100\r\n\r\n{");
+  EXPECT_THAT(ReadAll(slow), IsEmpty());
+}
+
+TEST(Server, AHeadThatIsTooLongIsTold) {
+  const Network network({});
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Get("X-Long: " + std::string(17 * 1024, 'x')));
+  EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 431 "));
+}
+
+TEST(Server, ABodyThatGrowsTooLongIsTold) {
+  const Network network({});
+  const console::Descriptor client = network.Connect();
+  Send(client, "POST /v1/jobs HTTP/1.1\r\nHost: " + network.host() +
+                   "\r\nContent-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n"
+                   "200000\r\n" +
+                   std::string(0x200000, ' '));
+  EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 413 "));
+}
+
+}  // namespace
+}  // namespace lorimat::door
