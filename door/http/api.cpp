@@ -185,7 +185,9 @@ Reply Api::Serve(const Request& request) {
       const bool known = std::any_of(route.query.begin(), route.query.end(), [&](const char* one) {
         return one != nullptr && name == one;
       });
-      if (!known) return Problem(400, "unknown_field", "the query has a field that is not known");
+      if (!known) {
+        return Problem(400, "unknown_field", "the query has a field that is not known: " + name);
+      }
     }
     return (this->*route.handler)(request, path);
   }

@@ -18,7 +18,9 @@ using nlohmann::json;
 
 // What stops the reader beside what JSON itself forbids.
 struct TooDeep {};
-struct NamedTwice {};
+struct NamedTwice {
+  std::string name;
+};
 
 // Names sort by the units of UTF-16, not by bytes: what lies beyond U+FFFF goes before U+E000.
 std::vector<uint16_t> Units(std::string_view text) {
@@ -166,9 +168,9 @@ std::optional<json> ReadJson(std::string_view text, std::string* fault) {
     if (depth >= kDeepestJson) throw TooDeep();
     if (event == json::parse_event_t::object_start) names.emplace_back();
     if (event == json::parse_event_t::object_end) names.pop_back();
-    if (event == json::parse_event_t::key &&
-        !names.back().insert(parsed.get<std::string>()).second) {
-      throw NamedTwice();
+    if (event == json::parse_event_t::key) {
+      const std::string& name = parsed.get_ref<const std::string&>();
+      if (!names.back().insert(name).second) throw NamedTwice{name};
     }
     return true;
   };
@@ -179,9 +181,9 @@ std::optional<json> ReadJson(std::string_view text, std::string* fault) {
   } catch (const json::exception&) {
     *fault = "it has a number that is too large";
   } catch (const TooDeep&) {
-    *fault = "it is too deep";
-  } catch (const NamedTwice&) {
-    *fault = "a name stands twice in an object";
+    *fault = fmt::format("it is deeper than {}", kDeepestJson);
+  } catch (const NamedTwice& twice) {
+    *fault = "a name stands twice in an object: " + twice.name;
   }
   return std::nullopt;
 }

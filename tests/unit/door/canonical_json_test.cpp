@@ -54,13 +54,13 @@ TEST(CanonicalJson, NumbersAreThoseOfTheRfc) {
 }
 
 TEST(CanonicalJson, WhatIsNoGoodIsTold) {
-  EXPECT_EQ(Canonical("{\"a\":1,\"a\":1}"), "fault: a name stands twice in an object");
+  EXPECT_EQ(Canonical("{\"a\":1,\"a\":1}"), "fault: a name stands twice in an object: a");
   EXPECT_EQ(Canonical("{"), "fault: it is no JSON at byte 2");
   EXPECT_EQ(Canonical(""), "fault: it is no JSON at byte 1");
   EXPECT_EQ(Canonical("{} x"), "fault: it is no JSON at byte 4");
   EXPECT_EQ(Canonical("1e999"), "fault: it has a number that is too large");
-  EXPECT_EQ(Canonical(std::string(17, '[') + std::string(17, ']')), "fault: it is too deep");
-  EXPECT_EQ(Canonical(std::string(100000, '[')), "fault: it is too deep");
+  EXPECT_EQ(Canonical(std::string(17, '[') + std::string(17, ']')), "fault: it is deeper than 16");
+  EXPECT_EQ(Canonical(std::string(100000, '[')), "fault: it is deeper than 16");
   EXPECT_EQ(Canonical("\"\\ud800\"").substr(0, 6), "fault:");
   EXPECT_EQ(Canonical("\"\xFF\"").substr(0, 6), "fault:");
 }
