@@ -34,6 +34,8 @@ ROWS = [
     ("fuzz.register", "executions of the fuzzer register"),
     ("fuzz.register_file", "executions of the fuzzer register_file"),
     ("fuzz.console", "executions of the fuzzer console"),
+    ("fuzz.http", "executions of the fuzzer http"),
+    ("fuzz.json", "executions of the fuzzer json"),
     ("coverage.src.lines", "lines of src/ that tests run"),
     ("coverage.src.branches", "branches of src/ that tests take"),
     ("coverage.register.lines", "lines of register/ that tests run"),

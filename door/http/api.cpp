@@ -182,9 +182,9 @@ Reply Api::Serve(const Request& request) {
     }
     path.query = target->query;
     for (const auto& [name, value] : path.query) {
-      const bool known = std::any_of(route.query.begin(), route.query.end(), [&](const char* one) {
-        return one != nullptr && name == one;
-      });
+      const bool known =
+          std::any_of(route.query.begin(), route.query.end(),
+                      [&name = name](const char* one) { return one != nullptr && name == one; });
       if (!known) {
         return Problem(400, "unknown_field", "the query has a field that is not known: " + name);
       }
