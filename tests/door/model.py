@@ -8,7 +8,7 @@ on the disk, what the device has is in its books, all else is gone with the proc
 are looked at behind every step, and at the end of each life, when no trouble comes any more:
 
   once      no job has more than one document, and none that is rejected, expired or cancelled has one
-  honest    a job that is confirmed has its document
+  honest    a job that is confirmed has its document; who was told so sent its body
   known     in the end no job is queued, running or unknown
   operator  a job needs an operator only where somebody else was at the device
 
@@ -28,6 +28,9 @@ MISTAKES = {
     "key-not-kept": "a key is forgotten with its job's end",
     "told-too-early": "a client is told ahead of the commit",
     "attempts-forever": "a job is tried behind its time",
+    "body-not-compared": "another body under a key is answered as the first one",
+    "cancel-at-work": "a job that has begun is cancelled",
+    "serial-not-asked": "another device is asked as if it were the job's own",
 }
 ATTEMPTS = 3
 
@@ -42,6 +45,7 @@ class Device:
     def __init__(self):
         self.documents = []  # (mark, amount)
         self.open = None     # [mark or None, amount]
+        self.serial = 1
 
     def number(self):
         return len(self.documents)
@@ -52,7 +56,7 @@ class Job:
         self.key, self.amount = key, amount
         self.mark = None
         self.state = "queued"
-        self.baseline = None
+        self.baseline = self.serial = None
         self.attempts = 0
         self.expired = False
         self.quick = False  # its first line has the whole effect, as a day closing has
@@ -65,19 +69,43 @@ class World:
         self.log = []            # jobs, on the disk
         self.told = {}           # by mark: the last final state that a client was told
         self.at = None           # the job at work in the process, with what it knows of it
-        self.strangers = 0       # documents of somebody else
+        self.strangers = 0       # documents of somebody else, and devices in place of this one
+        self.elsewhere = []      # documents of a device that was taken away
+        self.replayed = []       # (mark, amount) that a client was told of as confirmed
 
     # --- what clients and others do
     def client_sends(self):
         key, amount = self.chance.randrange(6), self.chance.choice((120, 500))
         for job in self.log:
-            if job.key == key and not (self.mistake == "key-not-kept" and job.state == "confirmed"):
-                return
+            if job.key != key or self.mistake == "key-not-kept" and job.state == "confirmed":
+                continue
+            if job.amount == amount or self.mistake == "body-not-compared":
+                if job.state == "confirmed":
+                    self.replayed.append((job.mark, amount))
+            return
         job = Job(key, amount)
         job.mark = f"R{len(self.log)}"
         job.sale = key
         job.quick = self.chance.random() < 0.3
         self.log.append(job)
+
+    def client_cancels(self):
+        for job in self.log:
+            begun = job.state != "queued" and self.mistake != "cancel-at-work"
+            if not begun and job.state in ("queued", "running") and self.chance.random() < 0.3:
+                job.state = "cancelled"
+                if self.at and self.at["job"] is job:
+                    self.at = None
+
+    def other_device(self):
+        # Somebody puts another one in its place, while nothing is sent.
+        if self.at is None:
+            self.elsewhere += self.device.documents
+            self.device, self.strangers = Device(), self.strangers + 1
+            self.device.serial = self.strangers + 1
+            # As many documents as the first one had, or fewer.
+            for _ in range(self.chance.randrange(3)):
+                self.device.documents.append((None, 120))
 
     def time_passes(self):
         for job in self.log:
@@ -113,6 +141,7 @@ class World:
                         job.state, job.baseline = "running", None
                     else:
                         job.state, job.baseline = "running", self.device.number()
+                    job.serial = self.device.serial
                     job.attempts += 1
                     if job.expired:
                         raise Broken("known: a job began behind its time")
@@ -177,6 +206,9 @@ class World:
         if self.mistake == "retry-before-asking":
             job.state = "queued"
             return None
+        if job.serial != device.serial and self.mistake != "serial-not-asked":
+            job.state = "needs_operator"
+            return None
         if device.open is not None:
             if self.mistake == "no-void":
                 device.documents.append(tuple(device.open))  # the next payment ends it
@@ -206,7 +238,8 @@ class World:
 
     # --- what has to hold
     def check(self):
-        marks = [mark for mark, _ in self.device.documents if mark is not None]
+        documents = self.elsewhere + self.device.documents
+        marks = [mark for mark, _ in documents if mark is not None]
         for job in self.log:
             count = marks.count(job.mark)
             if count > 1:
@@ -220,6 +253,9 @@ class World:
             if self.told.get(job.mark) == "confirmed" and count != 1 and \
                     not (self.at and self.at["job"] is job):
                 raise Broken(f"honest: a client was told that {job.mark} is confirmed")
+        for told in self.replayed:
+            if told not in documents:
+                raise Broken(f"honest: a client was told of {told} that it is confirmed")
         sales = [job.sale for job in self.log if job.state == "confirmed"]
         if len(sales) != len(set(sales)):
             raise Broken("once: a key was sold twice")
@@ -249,6 +285,10 @@ def live(chance, mistake):
             world.time_passes()
         elif what < 0.31 and with_strangers:
             world.stranger_sells()
+        elif what < 0.315 and with_strangers:
+            world.other_device()
+        elif what < 0.34:
+            world.client_cancels()
         else:
             world.works()
         world.check()
