@@ -39,14 +39,15 @@ class Counter:
 
 
 def final_job(counter, key):
-    """By asking, as a client does that has lost its answer."""
-    for _ in range(20000):
+    """By asking, as a client does that has lost its answer, for as long as the disk takes; ctest ends
+    what has no end."""
+    while True:
         status, job = counter.get(f"/v1/jobs?key={key}&desk=")
         if status == 404:
             return None
+        assert status == 200, job
         if job["state"] not in ("queued", "running", "unknown"):
             return job
-    raise AssertionError(f"{key} has no end: {job}")
 
 
 def check(counter, keys):
@@ -173,6 +174,8 @@ def test_a_disk_that_is_full(doors, folder, size):
     # A client that tries again sells what is missing, with a new key where the old one is over.
     for key in keys:
         if door.post(SALE, key)[0] == 422:
-            assert door.post(SALE, key + "-again")[0] == 201
+            key += "-again"
+            door.post(SALE, key)
+        assert final_job(door, key)["state"] == "confirmed"
     assert len(door.documents()) == len(keys)
     assert door.stop() == 0
