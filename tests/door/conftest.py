@@ -14,6 +14,10 @@ import pytest
 SALE = ["VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"]
 
 
+class NotStarted(AssertionError):
+    """It has ended ahead of its line; door.process tells how."""
+
+
 class Door:
     """A process of lorimatd on a register; it may be killed and begun again."""
 
@@ -42,7 +46,8 @@ class Door:
         line = self.process.stdout.readline()
         found = re.fullmatch(r"lorimatd: listening on http://127\.0\.0\.1:(\d+)\n", line)
         if not found:
-            raise AssertionError(line + self.process.communicate()[1])
+            self.errors = self.process.communicate()[1]
+            raise NotStarted(line + self.errors)
         self.port = int(found.group(1))
         return self
 

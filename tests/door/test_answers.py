@@ -126,7 +126,7 @@ def test_closing_and_resetting_are_the_operators(door, action):
 
 
 @pytest.mark.parametrize("key, expected", [
-    (None, "no_key"), ("", "bad_key"), ("a b", "bad_key"), ("x" * 65, "bad_key"), ("è", "bad_key"),
+    (None, "no_key"), ("", "bad_key"), ("a/b", "bad_key"), ("a\tb", "bad_key"), ("a b", "bad_key"), ("x" * 65, "bad_key"), ("è", "bad_key"),
 ])
 def test_keys(door, key, expected):
     headers = {} if key is None else {"Idempotency-Key": key.encode("latin-1")}
@@ -187,6 +187,16 @@ def test_foreign_pages_get_nowhere(door, headers, expected):
     assert code(reply) == expected
     assert not any(name.lower().startswith("access-control") for name in reply[1])
     assert door.documents() == []
+
+
+@pytest.mark.parametrize("header", ["Host: example.org", "Origin: http://example.org"])
+def test_a_foreign_page_is_answered_ahead_of_its_body(door, header):
+    host = "" if header.startswith("Host") else f"Host: 127.0.0.1:{door.port}\r\n"
+    with socket.create_connection(("127.0.0.1", door.port), timeout=60) as connection:
+        connection.sendall(f"POST /v1/jobs HTTP/1.1\r\n{host}{header}\r\nContent-Type: application/json\r\n"
+                           "Idempotency-Key: k\r\nContent-Length: 100\r\n\r\n".encode())
+        answer = connection.recv(4096)
+    assert answer.startswith(b"HTTP/1.1 403 ") and b"access-control" not in answer.lower()
 
 
 def test_addresses_and_methods(door):
@@ -258,6 +268,19 @@ def test_sigterm_ends_it_in_order(door):
     assert door.post(SALE, "k")[0] == 201
     assert door.stop() == 0
     assert door.errors == ""
+
+
+def test_sigterm_finishes_the_job_at_work(door):
+    lines = ["VEND REP=1, PRE=0.10"] * 300 + ["CHIU TEND=CONTANTI"]
+    job = door.post(lines, "k", path="/v1/jobs?wait=0")[1]
+    while job["state"] == "queued":
+        job = door.get("/v1/jobs/1")[1]
+    assert door.stop() == 0
+    door.start()
+    job = door.get("/v1/jobs/1")[1]
+    assert [step["state"] for step in job["history"]] == ["queued", "running", "confirmed"]
+    assert job["document"]["total"] == "30.00" and len(job["lines"]) == 301
+    assert door.documents() == [(1, 1)]
 
 
 def test_the_log_belongs_to_one_device(doors, folder):
