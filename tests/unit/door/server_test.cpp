@@ -192,6 +192,22 @@ TEST(Server, WhoIsSlowWithTheBodyIsCut) {
   EXPECT_THAT(ReadAll(slow), IsEmpty());
 }
 
+TEST(Server, WhoDoesNotTakeTheAnswersIsCut) {
+  const Network network({.connection = {milliseconds(0), 1},
+                         .all = {milliseconds(0), 1},
+                         .write_time = milliseconds(1)});
+  const console::Descriptor client = network.Connect();
+  const std::string request = network.Get();
+  // What both sides hold of bytes on their way is full before long.
+  const auto sends = [&] {
+    return send(client.get(), request.data(), request.size(), MSG_NOSIGNAL) > 0;
+  };
+  constexpr int kMost = 10'000'000;
+  int sent = 0;
+  while (sent < kMost && sends()) ++sent;
+  EXPECT_LT(sent, kMost);
+}
+
 TEST(Server, AHeadThatIsTooLongIsTold) {
   const Network network({});
   const console::Descriptor client = network.Connect();
