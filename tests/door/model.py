@@ -231,6 +231,8 @@ class World:
         return None
 
     def is_ours(self, job):
+        if not self.device.documents:
+            return False
         mark, amount = self.device.documents[-1]
         if self.mistake == "amount-as-proof":
             return amount == job.amount
