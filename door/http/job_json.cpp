@@ -32,9 +32,8 @@ ordered_json DocumentJson(const Job& job) {
   // A day closing has no other number.
   json["number"] = document.number == 0 ? ordered_json() : ordered_json(document.number);
   json["serial"] = FromDevice(document.serial);
-  const bool known = !document.time.empty();
-  json["time"] = known ? ordered_json(document.time) : ordered_json();
-  json["total"] = known ? ordered_json(MoneyText(document.total)) : ordered_json();
+  json["time"] = document.time.empty() ? ordered_json() : ordered_json(document.time);
+  json["total"] = document.total ? ordered_json(MoneyText(*document.total)) : ordered_json();
   return json;
 }
 

@@ -77,6 +77,8 @@ struct DeviceNumbers {
   int document = 0;       // of the last document of the day
   int invoice = 0;        // of the last invoice
   int64_t day_total = 0;  // ten-thousandths
+  // Of all documents that there have been, which no closing changes; of a device that tells it.
+  std::optional<int64_t> grand_total = {};  // ten-thousandths
   bool operator==(const DeviceNumbers&) const = default;
 };
 
@@ -84,8 +86,8 @@ struct JobDocument {
   int closure = 0;
   int number = 0;
   std::string serial;
-  std::string time;   // ISO 8601; empty when an operator has told of it, who tells no total either
-  int64_t total = 0;  // ten-thousandths
+  std::string time;                   // ISO 8601; empty when neither device nor operator tells it
+  std::optional<int64_t> total = {};  // ten-thousandths; nothing when an operator has told of it
   bool operator==(const JobDocument&) const = default;
 };
 

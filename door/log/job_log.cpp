@@ -4,6 +4,7 @@
 
 #include <array>
 #include <chrono>
+#include <exception>
 #include <type_traits>
 
 #include "door/log/job_record.h"
@@ -11,8 +12,8 @@
 namespace lorimat::door {
 namespace {
 
-constexpr DatabaseKind kLogKind = {0x4C4D444C, 1};
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
+constexpr DatabaseKind kLogKind = {0x4C4D444C, kVersion};
 
 // What Load takes.
 constexpr SqlText kJobs =
@@ -56,8 +57,21 @@ bool IsOne(int64_t number) {
 JobLog::JobLog(const std::string& file, Clock clock)
     : clock_(clock ? std::move(clock) : Clock(&ComputerTime)),
       database_(file, Database::Open::kCreate, kLogKind) {
-  if (database_.version() != 0) return;
+  if (database_.version() == kVersion) return;
   Transaction unit(database_);
+  if (database_.version() == 0) MakeTables();
+  // What finds the jobs of a document; version 1 had none.
+  database_.Execute(
+      "ALTER TABLE job ADD COLUMN closure INTEGER;"
+      "ALTER TABLE job ADD COLUMN number INTEGER;"
+      "UPDATE job SET closure = json_extract(document, '$.closure'),"
+      " number = json_extract(document, '$.number') WHERE document IS NOT NULL;"
+      "CREATE INDEX job_by_document ON job (closure, number) WHERE closure IS NOT NULL;");
+  database_.SetVersion(kVersion);
+  unit.Commit();
+}
+
+void JobLog::MakeTables() {
   database_.Execute(
       "PRAGMA application_id = 0x4C4D444C;"
       "CREATE TABLE value (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
@@ -70,8 +84,6 @@ JobLog::JobLog(const std::string& file, Clock clock)
       "CREATE TABLE step (job INTEGER NOT NULL REFERENCES job (id), number INTEGER NOT NULL,"
       " time INTEGER NOT NULL, state INTEGER NOT NULL, why INTEGER NOT NULL, note TEXT NOT NULL,"
       " PRIMARY KEY (job, number)) WITHOUT ROWID;");
-  database_.SetVersion(kVersion);
-  unit.Commit();
 }
 
 void JobLog::Bind(const std::string& serial) {
@@ -201,10 +213,7 @@ int64_t JobLog::Count(JobState state) {
 
 std::vector<Job> JobLog::WithDocument(int closure, int number) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  Statement rows = database_.Prepare(
-      kSql<kJobs,
-           "WHERE document IS NOT NULL AND json_extract(document, '$.closure') = ?"
-           " AND json_extract(document, '$.number') = ? ORDER BY id">);
+  Statement rows = database_.Prepare(kSql<kJobs, "WHERE closure = ? AND number = ? ORDER BY id">);
   rows.With(closure, number);
   std::vector<Job> jobs;
   while (rows.Step()) jobs.push_back(Load(rows));
@@ -220,9 +229,52 @@ void JobLog::Note(int64_t id, JobState state, Why why, const std::string& note) 
       .Run();
 }
 
+// One of those that wait takes the others along, with its own commit.
+struct JobLog::Acceptance {
+  const NewJob& job;
+  bool is_over = false;
+  Job accepted = {};
+  bool was_there = false;
+  std::exception_ptr failure = {};
+};
+
 Job JobLog::Accept(const NewJob& job, bool* was_there) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  Transaction unit(database_);
+  Acceptance mine{job};
+  std::unique_lock<std::mutex> waiting(accepting_);
+  waiting_.push_back(&mine);
+  while (!mine.is_over) {
+    if (is_accepting_) {
+      accepted_.wait(waiting);
+      continue;
+    }
+    is_accepting_ = true;
+    const std::vector<Acceptance*> batch = std::exchange(waiting_, {});
+    waiting.unlock();
+    AcceptAll(batch);
+    waiting.lock();
+    is_accepting_ = false;
+    for (Acceptance* one : batch) one->is_over = true;
+    accepted_.notify_all();
+  }
+  if (mine.failure) std::rethrow_exception(mine.failure);
+  *was_there = mine.was_there;
+  return std::move(mine.accepted);
+}
+
+// In one unit of work: all of them are on the disk, or none is.
+void JobLog::AcceptAll(const std::vector<Acceptance*>& batch) noexcept {
+  try {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Transaction unit(database_);
+    for (Acceptance* one : batch) one->accepted = Accepted(one->job, &one->was_there);
+    unit.Commit();
+  } catch (...) {
+    for (Acceptance* one : batch) one->failure = std::current_exception();
+  }
+}
+
+// Within a unit of work.
+Job JobLog::Accepted(const NewJob& job, bool* was_there) {
   int64_t id = 0;
   {
     Statement row = database_.Prepare("SELECT id FROM job WHERE desk = ? AND key = ?");
@@ -250,9 +302,7 @@ Job JobLog::Accept(const NewJob& job, bool* was_there) {
   }
   Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
   row.With(id);
-  Job accepted = LoadOne(std::move(row)).value();
-  unit.Commit();
-  return accepted;
+  return LoadOne(std::move(row)).value();
 }
 
 // Within a unit of work.
@@ -270,7 +320,12 @@ Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
       .With(Number(to), to == JobState::kRunning ? 1 : 0, id)
       .Run();
   if (to == JobState::kRunning) {
-    database_.Prepare("UPDATE job SET answers = NULL, document = NULL WHERE id = ?").With(id).Run();
+    database_
+        .Prepare(
+            "UPDATE job SET answers = NULL, document = NULL, closure = NULL, number = NULL WHERE "
+            "id = ?")
+        .With(id)
+        .Run();
   }
   if (news.baseline) {
     database_.Prepare("UPDATE job SET baseline = ? WHERE id = ?")
@@ -278,8 +333,8 @@ Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
         .Run();
   }
   if (news.document) {
-    database_.Prepare("UPDATE job SET document = ? WHERE id = ?")
-        .With(DocumentRecord(*news.document), id)
+    database_.Prepare("UPDATE job SET document = ?, closure = ?, number = ? WHERE id = ?")
+        .With(DocumentRecord(*news.document), news.document->closure, news.document->number, id)
         .Run();
   }
   if (news.answers) {
@@ -304,6 +359,20 @@ Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
     unit.Commit();
   }
   Tell(id, to);
+  return job;
+}
+
+Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
+  Job job;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Transaction unit(database_);
+    Moved(first.id, first.to, first.why, first.news);
+    job = Moved(second.id, second.to, second.why, second.news);
+    unit.Commit();
+  }
+  Tell(first.id, first.to);
+  Tell(second.id, second.to);
   return job;
 }
 

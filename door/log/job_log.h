@@ -5,6 +5,7 @@
 // was asked is in it. Members may be called by several threads.
 #pragma once
 
+#include <condition_variable>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -57,6 +58,14 @@ struct JobNews {
   std::string note = {};                   // an operator's reason
 };
 
+// A job on its way into another state.
+struct JobMove {
+  int64_t id = 0;
+  JobState to = JobState::kQueued;
+  Why why = Why::kAccepted;
+  JobNews news = {};
+};
+
 class JobLog {
  public:
   using Clock = std::function<int64_t()>;  // milliseconds since 1970, UTC
@@ -84,9 +93,12 @@ class JobLog {
   std::vector<Job> WithDocument(int closure, int number);
 
   // Takes a job. Where desk and key have one already, that one is answered, with *was_there true.
+  // Those that come while the disk is at work are taken together, by one commit, and fail together.
   Job Accept(const NewJob& job, bool* was_there);
   // Throws IllegalMove when MayMove does not have it.
   Job Move(int64_t id, JobState to, Why why, const JobNews& news = {});
+  // The same for two jobs, by one commit; answers the second one.
+  Job MoveBoth(const JobMove& first, const JobMove& second);
   // Queued jobs whose time is over.
   int Expire();
 
@@ -97,6 +109,11 @@ class JobLog {
   void SetObserver(std::function<void(int64_t id)> observer) { observer_ = std::move(observer); }
 
  private:
+  struct Acceptance;
+
+  void MakeTables();
+  void AcceptAll(const std::vector<Acceptance*>& batch) noexcept;
+  Job Accepted(const NewJob& job, bool* was_there);
   Job Load(Statement& row);
   std::optional<Job> LoadOne(Statement row);
   void Note(int64_t id, JobState state, Why why, const std::string& note);
@@ -106,6 +123,10 @@ class JobLog {
   std::optional<std::string> Value(std::string_view name);
   Job Moved(int64_t id, JobState to, Why why, const JobNews& news);
 
+  std::mutex accepting_;  // taken ahead of mutex_, or alone
+  std::condition_variable accepted_;
+  std::vector<Acceptance*> waiting_;
+  bool is_accepting_ = false;
   std::mutex mutex_;
   Clock clock_;
   std::function<void(int64_t id)> observer_;

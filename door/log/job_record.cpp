@@ -35,6 +35,16 @@ std::string Narrowed(const std::string& text) {
   return bytes;
 }
 
+// What is not known is null.
+json AmountRecord(const std::optional<int64_t>& amount) { return amount ? json(*amount) : json(); }
+
+// Logs from before do not have all of them.
+std::optional<int64_t> ReadAmount(const json& record, const char* name) {
+  const auto found = record.find(name);
+  if (found == record.end() || found->is_null()) return std::nullopt;
+  return found->get<int64_t>();
+}
+
 }  // namespace
 
 std::string LinesRecord(const std::vector<std::string>& lines) {
@@ -50,19 +60,21 @@ std::vector<std::string> ReadLines(std::string_view text) {
 }
 
 std::string NumbersRecord(const DeviceNumbers& numbers) {
-  return json{{"serial", Widened(numbers.serial)},
-              {"closure", numbers.closure},
-              {"document", numbers.document},
-              {"invoice", numbers.invoice},
-              {"day_total", numbers.day_total}}
+  return json{
+      {"serial", Widened(numbers.serial)}, {"closure", numbers.closure},
+      {"document", numbers.document},      {"invoice", numbers.invoice},
+      {"day_total", numbers.day_total},    {"grand_total", AmountRecord(numbers.grand_total)}}
       .dump();
 }
 
 DeviceNumbers ReadNumbers(std::string_view text) {
   const json record = json::parse(text);
-  return {Narrowed(record.at("serial").get<std::string>()), record.at("closure").get<int>(),
-          record.at("document").get<int>(), record.at("invoice").get<int>(),
-          record.at("day_total").get<int64_t>()};
+  return {Narrowed(record.at("serial").get<std::string>()),
+          record.at("closure").get<int>(),
+          record.at("document").get<int>(),
+          record.at("invoice").get<int>(),
+          record.at("day_total").get<int64_t>(),
+          ReadAmount(record, "grand_total")};
 }
 
 std::string DocumentRecord(const JobDocument& document) {
@@ -70,7 +82,7 @@ std::string DocumentRecord(const JobDocument& document) {
               {"number", document.number},
               {"serial", Widened(document.serial)},
               {"time", document.time},
-              {"total", document.total}}
+              {"total", AmountRecord(document.total)}}
       .dump();
 }
 
@@ -78,7 +90,7 @@ JobDocument ReadDocument(std::string_view text) {
   const json record = json::parse(text);
   return {record.at("closure").get<int>(), record.at("number").get<int>(),
           Narrowed(record.at("serial").get<std::string>()), record.at("time").get<std::string>(),
-          record.at("total").get<int64_t>()};
+          ReadAmount(record, "total")};
 }
 
 std::string AnswersRecord(const std::vector<LineAnswer>& answers) {

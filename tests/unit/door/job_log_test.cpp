@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
+#include <mutex>
 #include <set>
 #include <thread>
 #include <utility>
@@ -231,6 +233,135 @@ TEST_F(JobLogTest, ThreadsTakeTurns) {
 }
 
 TEST_F(JobLogTest, OneProgramHasItOpen) { EXPECT_THROW(JobLog second(File()), RegisterError); }
+
+// What one program has answered another one reads: it is stored.
+TEST_F(JobLogTest, AnAcceptanceIsAnsweredBehindItsCommit) {
+  constexpr int kThreads = 8;
+  constexpr int kEach = 20;
+  std::atomic<int> missing{0};
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (int number = 0; number < kEach; ++number) {
+        NewJob job;
+        job.desk = "desk-" + std::to_string(thread);
+        job.key = "k" + std::to_string(number);
+        job.expires = 2000;
+        bool was_there = true;
+        const int64_t id = log_->Accept(job, &was_there).id;
+        Database reader(File(), Database::Open::kRead, {0x4C4D444C, 2});
+        Statement row = reader.Prepare("SELECT desk FROM job WHERE id = ?");
+        row.With(id);
+        if (was_there || !row.Step() || row.String(0) != job.desk) ++missing;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(missing, 0);
+  EXPECT_EQ(log_->Count(State::kQueued), kThreads * kEach);
+}
+
+// While one is at work on the disk the others wait, and go with the next commit, all of them.
+TEST_F(JobLogTest, AcceptancesThatWaitAreCommittedTogether) {
+  std::mutex held;
+  std::atomic<int> units{0};
+  std::set<std::thread::id> workers;
+  log_.reset();
+  log_ = std::make_unique<JobLog>(File(), [&]() -> int64_t {
+    const std::lock_guard<std::mutex> lock(held);
+    workers.insert(std::this_thread::get_id());
+    return now_;
+  });
+  constexpr int kThreads = 6;
+  std::vector<std::thread> threads;
+  bool together = false;
+  // Whether others come while one is at work is up to the machine; sooner or later they do.
+  for (int round = 0; round < 1000 && !together; ++round) {
+    workers.clear();
+    {
+      std::unique_lock<std::mutex> lock(held);
+      for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&, thread, round] {
+          NewJob job;
+          job.desk = "desk-" + std::to_string(thread);
+          job.key = "k" + std::to_string(round);
+          job.expires = 2000;
+          bool was_there = false;
+          ++units;
+          log_->Accept(job, &was_there);
+        });
+      }
+      while (units < kThreads * (round + 1)) std::this_thread::yield();
+    }
+    for (std::thread& thread : threads) thread.join();
+    threads.clear();
+    together = workers.size() < kThreads;
+  }
+  EXPECT_TRUE(together);
+  EXPECT_EQ(log_->Count(State::kQueued), units);
+}
+
+TEST_F(JobLogTest, AcceptancesOfOneCommitFailTogether) {
+  now_ = 0;
+  log_.reset();
+  log_ = std::make_unique<JobLog>(File(), [this]() -> int64_t {
+    if (now_ != 0) throw std::runtime_error("no clock");
+    return 1000;
+  });
+  Accept("a");
+  now_ = 1;
+  EXPECT_THROW(Accept("b"), std::runtime_error);
+  now_ = 0;
+  EXPECT_FALSE(log_->FindKey("till", "b"));
+  EXPECT_EQ(Accept("b").key, "b");
+  EXPECT_FALSE(was_there_);
+}
+
+TEST_F(JobLogTest, TheJobOfADocumentIsFoundWithoutALookAtAll) {
+  const Job job = Accept("a");
+  log_->Move(job.id, State::kRunning, Why::kBegun, {.baseline = DeviceNumbers{"S", 1, 2, 3, 4, 5}});
+  EXPECT_EQ(log_->Find(job.id)->baseline, (DeviceNumbers{"S", 1, 2, 3, 4, 5}));
+  log_->Move(job.id, State::kConfirmed, Why::kAnswered,
+             {.document = JobDocument{2, 3, "S", "t", 100}});
+  ASSERT_EQ(log_->WithDocument(2, 3).size(), 1u);
+  EXPECT_TRUE(log_->WithDocument(2, 4).empty());
+  log_.reset();
+  Database reader(File(), Database::Open::kRead, {0x4C4D444C, 2});
+  Statement plan = reader.Prepare(
+      "EXPLAIN QUERY PLAN SELECT id FROM job WHERE closure = ? AND number = ? ORDER BY id");
+  plan.With(2, 3);
+  ASSERT_TRUE(plan.Step());
+  EXPECT_THAT(plan.String(3), testing::HasSubstr("job_by_document"));
+}
+
+TEST_F(JobLogTest, ALogOfTheFirstVersionIsTakenOn) {
+  log_.reset();
+  const std::string old_file = (folder_ / "old.door").string();
+  {
+    Database database(old_file, Database::Open::kCreate, {0x4C4D444C, 1});
+    Transaction unit(database);
+    database.Execute(
+        "PRAGMA application_id = 0x4C4D444C;"
+        "CREATE TABLE value (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
+        "CREATE TABLE job (id INTEGER PRIMARY KEY AUTOINCREMENT, desk TEXT NOT NULL,"
+        " key TEXT NOT NULL, digest TEXT NOT NULL, reference TEXT NOT NULL, lines TEXT NOT NULL,"
+        " effect INTEGER NOT NULL, expires INTEGER NOT NULL, state INTEGER NOT NULL,"
+        " attempts INTEGER NOT NULL, mark TEXT NOT NULL UNIQUE, baseline TEXT, document TEXT,"
+        " answers TEXT, UNIQUE (desk, key));"
+        "CREATE TABLE step (job INTEGER NOT NULL REFERENCES job (id), number INTEGER NOT NULL,"
+        " time INTEGER NOT NULL, state INTEGER NOT NULL, why INTEGER NOT NULL, note TEXT NOT NULL,"
+        " PRIMARY KEY (job, number)) WITHOUT ROWID;"
+        "INSERT INTO job (desk, key, digest, reference, lines, effect, expires, state, attempts,"
+        " mark, document) VALUES ('till', 'a', 'd', '', '[]', 0, 1, 2, 1, 'R1',"
+        " '{\"closure\":2,\"number\":3,\"serial\":\"S\",\"time\":\"t\",\"total\":100}');");
+    database.SetVersion(1);
+    unit.Commit();
+  }
+  JobLog log(old_file, [] { return int64_t{1000}; });
+  ASSERT_EQ(log.WithDocument(2, 3).size(), 1u);
+  EXPECT_EQ(log.WithDocument(2, 3)[0].key, "a");
+  EXPECT_EQ(log.WithDocument(2, 3)[0].document, (JobDocument{2, 3, "S", "t", 100}));
+}
 
 }  // namespace
 }  // namespace lorimat::door
