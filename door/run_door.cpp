@@ -15,6 +15,9 @@
 
 #include "console/command/help.h"
 #include "console/command/usage_error.h"
+#include "console/device/open_device.h"
+#include "console/device/register_name.h"
+#include "console/host/device_options.h"
 #include "console/host/installed_files.h"
 #include "console/host/library.h"
 #include "console/host/register_options.h"
@@ -27,6 +30,7 @@
 #include "door/faults.h"
 #include "door/http/api.h"
 #include "door/http/server.h"
+#include "door/job/opened_device.h"
 #include "door/job/register_device.h"
 #include "door/job/service.h"
 #include "door/judge/line_judge.h"
@@ -40,16 +44,16 @@ using console::Shown;
 using console::Streams;
 using console::Tr;
 
-constexpr int kLongestTimeout = 24 * 3600;  // seconds
+// A plug-in gives its calls up by itself, later than the program ends for one of them.
+constexpr std::chrono::seconds kBehindTimeout{30};
 
 struct Options {
-  std::string register_file;
+  console::DeviceOptions device = {.timeout = 300};
   std::string listen = "127.0.0.1:8577";
   std::string log;
   std::string language;
   std::string library;
   std::vector<std::string> operators = {"operator"};
-  int device_timeout = 300;  // seconds
 };
 
 struct Listen {
@@ -101,9 +105,14 @@ class TroubleTeller {
         {DeviceTrouble::kOtherDevice,
          TR_TEXT("the device is not the one that the log belongs to")}};
     std::string text;
-    if (failure != nullptr) text = console::ErrorText(*failure);
+    if (failure != nullptr) {
+      const bool is_sentence = dynamic_cast<const Failure*>(failure) != nullptr;
+      text = is_sentence ? failure->what() : console::ErrorText(*failure);
+    }
     for (const Row& row : kRows) {
-      if (row.trouble == trouble) text = console::Translated(row.text);
+      if (row.trouble != trouble) continue;
+      const std::string cause = text.empty() ? text : ": " + text;
+      text = std::string(console::Translated(row.text)) + cause;
     }
     if (text == told_) return;
     if (!text.empty()) TellLine(streams_, text);
@@ -116,9 +125,10 @@ class TroubleTeller {
 };
 
 // The library takes a path of 79 characters; the descriptor has a shorter one.
-int InitLibrary(console::Library& library, const std::string& definition, FiscalDevice& device) {
+int InitLibrary(console::Library& library, const std::string& definition,
+                RtfClientInterface& client) {
   const console::Descriptor file(open(definition.c_str(), O_RDONLY | O_CLOEXEC));
-  return library.Init("/proc/self/fd/" + std::to_string(file.get()), &device.client());
+  return library.Init("/proc/self/fd/" + std::to_string(file.get()), &client);
 }
 
 // What was registered while no door was there.
@@ -161,26 +171,65 @@ std::vector<std::string> HostsOf(uint16_t port) {
   return hosts;
 }
 
+bool IsRegister(const console::DeviceRequest& request) {
+  const console::BuiltInDevice* row = console::FindBuiltInDevice(request);
+  return row != nullptr && row->name == console::kRegisterName;
+}
+
+// What messages call it, and what its log is named for: a file.
+std::string FileOf(const console::DeviceRequest& request) {
+  if (!IsRegister(request)) return request.device;
+  const std::string file = console::FileOfRegister(request);
+  if (file.empty()) {
+    throw Failure(Tr("--register names no file: the door needs a register"));
+  }
+  console::RequireRegisterName(file);
+  return file;
+}
+
+std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Streams& streams) {
+  if (!IsRegister(request)) {
+    request.timeout += kBehindTimeout;
+    return std::make_unique<OpenedDevice>(std::move(request), streams);
+  }
+  for (const auto& [key, value] : request.options) {
+    if (key == "file") continue;
+    throw Failure(Tr("the device '{}' has no option '{}'", console::kRegisterName, Shown(key)));
+  }
+  RegisterSettings settings;
+  settings.file = FileOf(request);
+  auto device = std::make_unique<RegisterDevice>(std::move(settings));
+  const std::string notice = device->device().start_notice();
+  if (!notice.empty()) TellLine(streams, Shown(FileOf(request)) + ": " + Shown(notice));
+  return device;
+}
+
+std::string LogFile(const Options& options, const console::DeviceRequest& request) {
+  if (options.log.empty() && !IsRegister(request)) {
+    throw Failure(Tr("--log names no file: with --device there has to be one for the log"));
+  }
+  const std::string file = options.log.empty() ? FileOf(request) + ".door" : options.log;
+  console::RequireRegisterName(file);
+  return file;
+}
+
 int RunDoor(const Options& options, Streams& streams) {
   const Listen listen = ReadListen(options.listen);
-  console::RequireRegisterName(options.register_file);
+  const console::DeviceRequest request = console::RequestOf(options.device);
+  const std::string device_file = FileOf(request);
+  const std::string log_file = LogFile(options, request);
   const sigset_t signals = EndSignals();
   // Ahead of all threads, which inherit it.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  RegisterSettings settings;
-  settings.file = options.register_file;
-  RegisterDevice device(std::move(settings));
-  const std::string notice = device.device().start_notice();
-  if (!notice.empty()) TellLine(streams, Shown(options.register_file) + ": " + Shown(notice));
+  const std::unique_ptr<FiscalDevice> opened = WithFaults(OpenDoorDevice(request, streams));
+  FiscalDevice& device = *opened;
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();
   if (!missing.empty() || !state) {
     throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
-                     Shown(options.register_file), missing));
+                     Shown(device_file), missing));
   }
-  const std::string log_file = options.log.empty() ? options.register_file + ".door" : options.log;
-  console::RequireRegisterName(log_file);
   JobLog log(log_file);
   try {
     log.Bind(state->numbers.serial);
@@ -195,7 +244,7 @@ int RunDoor(const Options& options, Streams& streams) {
   LineJudge judge(definition.path);
   streams.StartTrace("");
   console::Library library(console::FindLibrary(options.library), streams);
-  if (InitLibrary(library, definition.path, device) != 0) {
+  if (InitLibrary(library, definition.path, device.client()) != 0) {
     throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
   }
 
@@ -210,7 +259,7 @@ int RunDoor(const Options& options, Streams& streams) {
          return library.RunLine(line, answer);
        }),
        .watch = FaultWatch(),
-       .device_timeout = std::chrono::seconds(options.device_timeout),
+       .device_timeout = request.timeout,
        .hung = [] { _exit(kExitHung); },
        .tell = [&teller](DeviceTrouble trouble,
                          const std::exception* failure) { teller.Tell(trouble, failure); }});
@@ -242,31 +291,30 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
   app.set_help_flag("-h,--help", Tr("Print this help message and exit"));
   app.set_version_flag("-V,--version", "lorimatd " LORIMAT_VERSION,
                        Tr("Print the version and exit"));
-  console::AddRegisterOption(&app, &options.register_file);
+  console::AddDeviceOptions(&app, &options.device);
+  app.get_option("--device-timeout")
+      ->description(Tr("How many seconds a call of the device may take; one that takes longer ends "
+                       "the program with 75"))
+      ->capture_default_str();
   console::AddLanguageOptions(&app, &options.language, &options.library);
   app.add_option("--listen", options.listen,
                  Tr("The address and the port to listen on; port 0 takes a free one"))
       ->type_name("ADDRESS:PORT")
       ->capture_default_str();
   app.add_option("--log", options.log,
-                 Tr("The file of the log of jobs; without it the register's name with .door"))
+                 Tr("The file of the log of jobs; without it the register's name with .door. A "
+                    "device from a file needs it"))
       ->type_name("FILE");
   app.add_option("--operator", options.operators,
                  Tr("A desk whose jobs may hold reports, closings and programming; \"operator\" "
                     "without it"))
       ->type_name("DESK");
-  app.add_option("--device-timeout", options.device_timeout,
-                 Tr("How many seconds a call of the device may take; one that takes longer ends "
-                    "the program with 75"))
-      ->type_name("SECONDS")
-      ->check(console::WholeNumberIn(1, kLongestTimeout))
-      ->capture_default_str();
   console::RefuseEmptyTexts(&app);
   console::TranslateHelp(app);
   // Its footer is that of the other program.
   app.footer(console::Translated(TR_TEXT(R"(Exit codes:
   0   ended by SIGTERM or Ctrl-C; the job at work has been finished
-  2   wrong use, or the register, its log or the library cannot be used
+  2   wrong use, or the device, the log or the library cannot be used
   75  a call of the device did not come back; started again, it asks what became of the job
 )"))
                  .data());
@@ -283,9 +331,6 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
     TellLine(streams, console::UsageError(app, error, arguments));
     streams.Error(Tr("Run with --help for more information.\n"));
     return console::kExitNotDone;
-  }
-  if (options.register_file.empty()) {
-    throw Failure(Tr("--register names no file: the door needs a register"));
   }
   return RunDoor(options, streams);
 }

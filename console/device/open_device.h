@@ -27,6 +27,8 @@ struct DeviceRequest {
   std::vector<std::pair<std::string, std::string>> options = {};  // in the order they were given
   // How long a plug-in may take for a call.
   std::chrono::seconds timeout = kDeviceTimeout;
+  // A plug-in that this process has had open: it is opened without a trial in a process of its own.
+  bool was_tried = false;
   // For its tables alone: a device with an open document, or with faults that wait, is refused, and
   // what a host has to be told at its start waits for that host.
   bool for_tables = false;

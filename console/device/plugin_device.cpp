@@ -6,6 +6,7 @@
 
 #include <array>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 #include "bindings/c/device_client.h"
@@ -197,12 +198,16 @@ class PluginDevice::Faults : public DeviceFaults {
 
 PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
     : streams_(streams), file_(request.device) {
-  const PluginTrial trial = TryPlugin(request);
-  if (trial.failure) {
-    throw Failure(LoadFailureText(file_, trial.failure, LoadedFile::kDevice));
+  std::optional<PluginFacts> tried;
+  if (!request.was_tried) {
+    PluginTrial trial = TryPlugin(request);
+    if (trial.failure) {
+      throw Failure(LoadFailureText(file_, trial.failure, LoadedFile::kDevice));
+    }
+    const std::string refusal = RefusalOf(file_, trial.facts);
+    if (!refusal.empty()) throw Failure(refusal);
+    tried = std::move(trial.facts);
   }
-  const std::string refusal = RefusalOf(file_, trial.facts);
-  if (!refusal.empty()) throw Failure(refusal);
   core_ = std::make_shared<Core>(request);
   thread_ = std::make_unique<DeviceThread>(request.timeout);
   Run("dlopen", [core = core_, path = LoadPath(file_)] {
@@ -223,7 +228,7 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
   });
   facts_ = core_->facts;
   std::string fault = RefusalOf(file_, facts_);
-  if (fault.empty() && !facts_.IsSame(trial.facts)) {
+  if (fault.empty() && tried && !facts_.IsSame(*tried)) {
     fault = Tr("{}: the device says something else of itself than a moment ago", Shown(file_));
   }
   if (!fault.empty()) {

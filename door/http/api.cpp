@@ -377,16 +377,20 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
       if (!document->contains(name)) return std::nullopt;
       return BodyReader::WholeNumber(document->at(name), 1, kLast);
     };
-    const bool good =
-        document->is_object() && document->size() == 2 && number("closure") && number("number");
+    // A day closing has the one alone.
+    const bool has_number =
+        document->is_object() && document->contains("number") && !document->at("number").is_null();
+    const bool good = document->is_object() && number("closure") &&
+                      document->size() == (document->contains("number") ? 2 : 1) &&
+                      (!has_number || number("number"));
     if (!good) {
       body.Refuse(400, "bad_field", "document: is no object of closure and number, 1 to 9999");
     } else {
       news.document = JobDocument{static_cast<int>(*number("closure")),
-                                  static_cast<int>(*number("number")),
+                                  has_number ? static_cast<int>(*number("number")) : 0,
                                   parts_.log.serial(),
                                   {},
-                                  0};
+                                  {}};
     }
   }
   if (body.problem()) return *body.problem();
@@ -397,6 +401,9 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
     return Problem(409, "wrong_state", "the job waits for no operator");
   }
   if (news.document) {
+    if ((news.document->number == 0) != (job->effect == JobEffect::kClosing)) {
+      return Problem(400, "bad_field", "document: a closing has no number, all others have one");
+    }
     if (const std::optional<int64_t> other = OwnerOf(*news.document, *job)) {
       return Problem(409, "document_taken", fmt::format("document: job {} has it", *other));
     }

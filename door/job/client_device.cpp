@@ -1,11 +1,15 @@
 #include "door/job/client_device.h"
 
+#include <fmt/format.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <array>
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 #include "console/message/translate.h"
+#include "door/job/result_code.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -14,6 +18,7 @@ namespace lorimat::door {
 namespace {
 
 // Data items.
+constexpr int kGrandTotal = 9;
 constexpr int kInvoice = 15;
 constexpr int kDayTotal = 89;
 constexpr int kSerial = 92;
@@ -26,12 +31,17 @@ using Text = std::array<char, 1024>;
 
 // What a client does wrong is a device that does not answer.
 template <typename Call>
-bool Asks(Call call) {
+int ResultOf(Call call) {
   try {
-    return call() == RTF_SUCCESS;
+    return call();
   } catch (...) {
-    return false;
+    return RTF_E_FAILURE;
   }
+}
+
+template <typename Call>
+bool Asks(Call call) {
+  return ResultOf(call) == RTF_SUCCESS;
 }
 
 std::optional<std::string> Item(RtfClientInterface& client, int item) {
@@ -53,6 +63,15 @@ template <typename Number>
 std::optional<Number> NumberItem(RtfClientInterface& client, int item) {
   const std::optional<std::string> text = Item(client, item);
   return text ? ReadNumber<Number>(*text) : std::nullopt;
+}
+
+// An item that not every device has. False when this one does not answer.
+bool ReadWhereItIs(RtfClientInterface& client, int item, std::optional<int64_t>* value) {
+  Text text{};
+  const int result = ResultOf([&] { return client.GetDataInternal(item, text.data()); });
+  text.back() = 0;
+  if (result == RTF_SUCCESS) *value = ReadNumber<int64_t>(text.data());
+  return !IsUnclearResult(result);
 }
 
 std::optional<int> LastReceipt(RtfClientInterface& client) {
@@ -95,6 +114,42 @@ std::optional<Status> ReadStatus(RtfClientInterface& client) {
   return Status{*functional, *key};
 }
 
+// A file without a name, which needs no disk: the device writes into it, as long as it is there.
+class NamelessFile {
+ public:
+  NamelessFile() : descriptor_(memfd_create("lorimatd", MFD_CLOEXEC)) {}
+  ~NamelessFile() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  NamelessFile(const NamelessFile&) = delete;
+  NamelessFile& operator=(const NamelessFile&) = delete;
+
+  bool good() const { return descriptor_ >= 0; }
+  std::string path() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
+  // Its lines; no document has more than that.
+  std::vector<std::string> Lines() const {
+    constexpr size_t kMost = 8 << 20;
+    std::vector<std::string> lines(1);
+    std::array<char, 4096> part;
+    for (size_t taken = 0; taken < kMost;) {
+      const ssize_t got = pread(descriptor_, part.data(), part.size(), static_cast<off_t>(taken));
+      if (got <= 0) break;
+      taken += static_cast<size_t>(got);
+      for (const char c : std::string_view(part.data(), static_cast<size_t>(got))) {
+        if (c == '\n') {
+          lines.emplace_back();
+        } else {
+          lines.back() += c;
+        }
+      }
+    }
+    return lines;
+  }
+
+ private:
+  int descriptor_;
+};
+
 }  // namespace
 
 std::optional<DeviceState> ClientDevice::Ask() {
@@ -106,12 +161,13 @@ std::optional<DeviceState> ClientDevice::Ask() {
   const std::optional<int64_t> total = NumberItem<int64_t>(device, kDayTotal);
   const std::optional<int> printer = PrinterState(device);
   const std::optional<Status> status = ReadStatus(device);
+  std::optional<int64_t> grand_total;
   if (!serial || serial->empty() || !closure || !document || !invoice || !total || !printer ||
-      !status) {
+      !status || !ReadWhereItIs(device, kGrandTotal, &grand_total)) {
     return std::nullopt;
   }
   DeviceState state;
-  state.numbers = {*serial, *closure, *document, *invoice, *total};
+  state.numbers = {*serial, *closure, *document, *invoice, *total, grand_total};
   // Both are asked: a device may be open for one and closed for the other.
   state.is_open = *printer != RTF_FPTR_PS_MONITOR || status->functional > 1;
   state.is_fiscal_open = status->functional >= 2 && status->functional <= 6;
@@ -137,6 +193,30 @@ std::string ClientDevice::Missing() {
   need(PrinterState(device).has_value(), TR_TEXT("state of the printer"));
   need(ReadStatus(device).has_value(), TR_TEXT("status line (data item 371)"));
   return missing;
+}
+
+Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
+  // An extract of the journal by closing and number, as the language's DGFE asks for it.
+  constexpr int kJournal = 1;
+  constexpr int kInvoices = 0x4;
+  constexpr int kOthers = 0x2 | 0x8 | 0x10;
+  constexpr int kByClosure = 3;
+  constexpr uint32_t kNumbersOfAClosure = 10000;
+  constexpr int kIntoFile = 2;
+  const NamelessFile file;
+  if (!file.good()) return Told::kNoAnswer;
+  const uint32_t number =
+      static_cast<uint32_t>(name.closure) * kNumbersOfAClosure + static_cast<uint32_t>(name.number);
+  const int result = ResultOf([&] {
+    return client().FiscalReportMessageEx(kJournal, name.is_invoice ? kInvoices : kOthers,
+                                          kByClosure, 0, 0, number, number, "", "", "txt",
+                                          file.path().c_str(), kIntoFile);
+  });
+  if (result != RTF_SUCCESS) return IsUnclearResult(result) ? Told::kNoAnswer : Told::kNo;
+  document->facts = {name.closure, name.number, {}, {}, {}};
+  document->is_invoice = name.is_invoice;
+  document->paper = file.Lines();
+  return Told::kYes;
 }
 
 int ClientDevice::PrintMark(const std::string& mark) {

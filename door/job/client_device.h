@@ -1,6 +1,7 @@
 // A device by its client interface alone: what every fiscal device tells of itself.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -12,6 +13,8 @@ class ClientDevice : public FiscalDevice {
  public:
   std::optional<DeviceState> Ask() override;
   std::string Missing() override;
+  // By an extract of the journal, which has what was printed; such a document has no time.
+  Told FindLast(const DocumentName& name, LastDocument* document) override;
   int PrintMark(const std::string& mark) override;
 };
 

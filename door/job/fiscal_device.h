@@ -20,11 +20,25 @@ struct DeviceState {
   bool operator==(const DeviceState&) const = default;
 };
 
+// Receipts, credit notes and voids have one sequence of numbers, invoices another one.
+struct DocumentName {
+  int closure = 0;  // that it will belong to
+  int number = 0;
+  bool is_invoice = false;
+};
+
 // A document as the device has it, with the marks that are printed on it.
 struct LastDocument {
   JobDocument facts;
   bool is_invoice = false;
   std::vector<std::string> paper;  // its lines
+};
+
+// What became of a question.
+enum class Told : uint8_t {
+  kYes,
+  kNo,       // it has no such thing, or no such question
+  kNoAnswer  // not now
 };
 
 class FiscalDevice {
@@ -40,12 +54,15 @@ class FiscalDevice {
   virtual std::optional<DeviceState> Ask() = 0;
   // What it cannot tell, for a person; empty when the door can work with it.
   virtual std::string Missing() = 0;
-  // What it registered last; nothing when it does not tell.
-  virtual std::optional<LastDocument> Last() = 0;
-  // The day closing that it made last: its number, time and the day's total.
-  virtual std::optional<JobDocument> LastClosing() = 0;
+  // The document that it registered last, where it has these numbers.
+  virtual Told FindLast(const DocumentName& name, LastDocument* document) = 0;
+  // The day closing that it made last: its number, time and the day's total; nothing when it does
+  // not tell.
+  virtual std::optional<JobDocument> LastClosing() { return std::nullopt; }
   // Prints a job's mark on the open fiscal document; 0 or the device's result code.
   virtual int PrintMark(const std::string& mark) = 0;
+  // Of one that went away: opens it anew. Throws what keeps it from being opened.
+  virtual void Reopen() {}
 };
 
 }  // namespace lorimat::door

@@ -9,14 +9,16 @@ namespace lorimat::door {
 
 RegisterDevice::RegisterDevice(RegisterSettings settings) : register_(std::move(settings)) {}
 
-std::optional<LastDocument> RegisterDevice::Last() {
+Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) {
   const RegisterStore& store = register_.store();
   const std::optional<StoredDocument> stored = store.FindById(store.document_count());
-  if (!stored) return std::nullopt;
+  const bool is_it = stored && stored->closure == name.closure && stored->number == name.number &&
+                     (stored->kind == DocumentKind::kInvoice) == name.is_invoice;
+  if (!is_it) return Told::kNo;
   LastDocument last;
+  last.is_invoice = name.is_invoice;
   last.facts = {stored->closure, stored->number, register_.tables().settings().serial_number,
                 IsoTime(stored->time), stored->total};
-  last.is_invoice = stored->kind == DocumentKind::kInvoice;
   // Its entry is the last one of the journal, or stands a few entries before it.
   constexpr uint64_t kBehind = 50;
   uint64_t place = store.journal_count();
@@ -26,7 +28,8 @@ std::optional<LastDocument> RegisterDevice::Last() {
     last.paper = std::move(entry->lines);
     break;
   }
-  return last;
+  *document = std::move(last);
+  return Told::kYes;
 }
 
 std::optional<JobDocument> RegisterDevice::LastClosing() {

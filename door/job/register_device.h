@@ -14,7 +14,7 @@ class RegisterDevice : public ClientDevice {
   explicit RegisterDevice(RegisterSettings settings);
 
   RtfClientInterface& client() override { return register_; }
-  std::optional<LastDocument> Last() override;
+  Told FindLast(const DocumentName& name, LastDocument* document) override;
   std::optional<JobDocument> LastClosing() override;
 
   VirtualRegister& device() { return register_; }

@@ -41,6 +41,7 @@ void Service::Start() {
 }
 
 void Service::Stop() {
+  worker_.BeginNoMore();
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     stopping_ = true;
@@ -60,9 +61,8 @@ void Service::Wake() {
 
 // Grows, so that a device that is away is not asked without end.
 void Service::Pause(int* round) {
-  constexpr int kShortest = 100;  // milliseconds
   constexpr int kDoublings = 6;
-  const auto pause = std::chrono::milliseconds(kShortest << std::min(*round, kDoublings));
+  const auto pause = parts_.first_pause * (1 << std::min(*round, kDoublings));
   ++*round;
   std::unique_lock<std::mutex> lock(mutex_);
   if (wake_.wait_for(lock, pause, [this] { return stopping_ || woken_; })) *round = 0;
@@ -77,35 +77,58 @@ void Service::Tell(DeviceTrouble trouble, const std::exception* failure) const n
   }
 }
 
+bool Service::Round() {
+  Worker::Did did = Worker::Did::kBlocked;
+  try {
+    did = worker_.Work();
+  } catch (const IllegalMove&) {
+    // It was cancelled as it was about to begin.
+    did = Worker::Did::kWork;
+  } catch (const std::exception& error) {
+    // The log, or no memory: what was begun is running in the log, and is resolved.
+    log_failed_ = true;
+    Tell(DeviceTrouble::kNone, &error);
+    return false;
+  } catch (...) {
+    log_failed_ = true;
+    const std::exception unnamed;
+    Tell(DeviceTrouble::kNone, &unnamed);
+    return false;
+  }
+  log_failed_ = false;
+  trouble_ = worker_.trouble();
+  const bool is_away = trouble_ == DeviceTrouble::kAway || trouble_ == DeviceTrouble::kOtherDevice;
+  if (did == Worker::Did::kBlocked && is_away) {
+    ReopenDevice();
+  } else {
+    Tell(trouble_, nullptr);
+  }
+  return did == Worker::Did::kWork;
+}
+
+void Service::ReopenDevice() {
+  NoteCall();
+  try {
+    parts_.device.Reopen();
+    Tell(trouble_, nullptr);
+  } catch (const std::exception& error) {
+    Tell(trouble_, &error);
+  } catch (...) {
+    Tell(trouble_, nullptr);
+  }
+}
+
 void Service::Loop() {
   int round = 0;
   for (;;) {
     {
       const std::lock_guard<std::mutex> lock(mutex_);
-      if (stopping_) return;
+      if (stopping_ && !worker_.has_begun()) return;
     }
-    Worker::Did did = Worker::Did::kBlocked;
-    bool failed = false;
     NoteCall();
-    try {
-      did = worker_.Work();
-    } catch (const IllegalMove&) {
-      // It was cancelled as it was about to begin.
-      did = Worker::Did::kWork;
-    } catch (const std::exception& error) {
-      // The log, or no memory: what was begun is running in the log, and is resolved.
-      failed = true;
-      Tell(DeviceTrouble::kNone, &error);
-    } catch (...) {
-      failed = true;
-      const std::exception unnamed;
-      Tell(DeviceTrouble::kNone, &unnamed);
-    }
+    const bool worked = Round();
     call_ = 0;
-    log_failed_ = failed;
-    trouble_ = worker_.trouble();
-    if (!failed) Tell(trouble_, nullptr);
-    if (did == Worker::Did::kWork) {
+    if (worked) {
       round = 0;
       continue;
     }

@@ -25,8 +25,10 @@ class Service {
     // A call of the device that takes longer: `hung` is called, with its job unknown in the log.
     std::chrono::seconds device_timeout{300};
     std::function<void()> hung;
-    // Told, again and again, what keeps the jobs waiting: the device, or what was thrown; from the
-    // working thread.
+    // How long to wait where there is nothing to do, ahead of the next round; grows from this on.
+    std::chrono::milliseconds first_pause{100};
+    // Told, again and again, what keeps the jobs waiting: the device, what was thrown, or why the
+    // device cannot be opened again; from the working thread.
     std::function<void(DeviceTrouble trouble, const std::exception* failure)> tell;
   };
 
@@ -48,6 +50,10 @@ class Service {
 
  private:
   void Loop();
+  // One round; whether there was work.
+  bool Round();
+  // The device went away: it is opened anew, so that the next round asks it.
+  void ReopenDevice();
   void Tell(DeviceTrouble trouble, const std::exception* failure) const noexcept;
   void WatchLoop();
   void Pause(int* round);

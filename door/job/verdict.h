@@ -23,12 +23,15 @@ struct Evidence {
   DeviceNumbers before;  // ahead of the first line
   DeviceNumbers now;     // with nothing open
   std::string mark;
-  std::optional<LastDocument> last = {};
+  std::optional<LastDocument> last = {};  // of the name that NextDocument answers
   std::optional<JobDocument> last_closing = {};
   // Every line that was sent was answered, by this process, so that a document that came meanwhile
   // needs no mark.
   bool all_answered = false;
 };
+
+// The document that the numbers are further by, where that is exactly one.
+std::optional<DocumentName> NextDocument(const DeviceNumbers& before, const DeviceNumbers& now);
 
 // A job whose effect is a document or a closing. An amount proves nothing: two coffees cost the
 // same.

@@ -1,6 +1,6 @@
 #include "door/job/worker.h"
 
-#include <algorithm>
+#include <exception>
 #include <iterator>
 #include <utility>
 
@@ -19,9 +19,6 @@ constexpr std::string_view kStepNames[] = {"before-reset",   "before-baseline", 
                                            "behind-outcome", "before-asking",   "behind-asking"};
 static_assert(std::size(kStepNames) == static_cast<size_t>(Step::kLast) + 1);
 
-// Of the device: it says that it refuses, and has done nothing.
-constexpr int kRefusals[] = {RTF_E_ILLEGAL, RTF_E_NOEXIST, RTF_E_EXISTS};
-
 // Classes of codes that come from the device, and the first of its own codes that is a state of it.
 constexpr long kInputOutput = 512;
 constexpr long kCritical = 1024;
@@ -30,13 +27,6 @@ constexpr int kFirstOfState = 200;
 }  // namespace
 
 std::string_view StepName(Step step) { return kStepNames[static_cast<size_t>(step)]; }
-
-bool IsUnclear(long code) {
-  if ((code & kInputOutput) == 0) return false;
-  // The class stands above the device's own code.
-  const int own = static_cast<int>(code & 0xFF);
-  return std::find(std::begin(kRefusals), std::end(kRefusals), own) == std::end(kRefusals);
-}
 
 // What became of the lines that were sent.
 struct Worker::Run {
@@ -62,6 +52,9 @@ Worker::Did Worker::Blocked(DeviceTrouble trouble) {
 }
 
 Worker::Did Worker::Work() {
+  if (const std::optional<Begun> begun = std::exchange(begun_, std::nullopt)) {
+    return RunBegun(*begun);
+  }
   // Nobody is at work on it: the program that began it has ended, or could not write its outcome.
   if (const std::optional<Job> job = log_.First(JobState::kRunning)) {
     Move(*job, JobState::kUnknown, Why::kCutOff);
@@ -92,9 +85,28 @@ bool Worker::Prepare() {
   return run_(kResetLine, &answer) == 0;
 }
 
+// The words may be others by now than those that the job was judged by: then nothing is sent.
+std::optional<Judged> Worker::JudgeAgain(const Job& job, JobNews* refused) {
+  Judged judged = judge_.Judge(job.lines, true);
+  if (!judged.fault && !judged.refused && judged.effect == job.effect) return judged;
+  if (judged.refused) refused->answers = std::vector<LineAnswer>{*judged.refused};
+  return std::nullopt;
+}
+
+// What the device is ahead of a job; nothing when it cannot be brought there.
+std::optional<DeviceState> Worker::MakeReady(const DeviceState& state) {
+  if (!Prepare()) return std::nullopt;
+  if (!state.key_registering) {
+    std::string answer;
+    if (run_(kRegisteringLine, &answer) != 0) return std::nullopt;
+  }
+  const std::optional<DeviceState> ready = Ask();
+  if (!ready || ready->is_open || ready->numbers.serial != log_.serial()) return std::nullopt;
+  return ready;
+}
+
 Worker::Did Worker::RunNext() {
-  std::optional<Job> job = log_.First(JobState::kQueued);
-  const bool idle = !job;
+  const std::optional<Job> job = log_.First(JobState::kQueued);
   std::optional<DeviceState> state = Ask();
   if (!state) return Blocked(DeviceTrouble::kAway);
   if (state->numbers.serial != log_.serial()) return Blocked(DeviceTrouble::kOtherDevice);
@@ -105,35 +117,29 @@ Worker::Did Worker::RunNext() {
     return Blocked(DeviceTrouble::kDocumentOpen);
   }
   trouble_ = DeviceTrouble::kNone;
-  if (idle) return Did::kNothing;
+  if (!job) return Did::kNothing;
   if (job->effect == JobEffect::kReset) return RunReset(*job);
 
-  // The words may be others by now than those that the job was judged by.
-  const Judged judged = judge_.Judge(job->lines, true);
-  if (judged.fault || judged.refused || judged.effect != job->effect) {
-    JobNews news;
-    if (judged.refused) news.answers = std::vector<LineAnswer>{*judged.refused};
-    Move(*job, JobState::kRejected, Why::kRefusedLine, news);
+  JobNews refused;
+  const std::optional<Judged> judged = JudgeAgain(*job, &refused);
+  if (!judged) {
+    Move(*job, JobState::kRejected, Why::kRefusedLine, refused);
     return Did::kWork;
   }
-
-  if (!Prepare()) return Blocked(DeviceTrouble::kAway);
-  if (!state->key_registering) {
-    std::string answer;
-    if (run_(kRegisteringLine, &answer) != 0) return Blocked(DeviceTrouble::kAway);
-  }
-  state = Ask();
-  if (!state || state->is_open || state->numbers.serial != log_.serial()) {
-    return Blocked(DeviceTrouble::kAway);
-  }
+  state = MakeReady(*state);
+  if (!state) return Blocked(DeviceTrouble::kAway);
   At(Step::kBeforeBaseline);
   // The device may have taken its time.
   if (log_.Expire() > 0) return Did::kWork;
-  job = log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers});
+  return RunBegun(
+      {log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers}), *judged});
+}
+
+Worker::Did Worker::RunBegun(const Begun& begun) {
   At(Step::kBeforeFirstLine);
   Run run;
-  SendLines(*job, judged, &run);
-  Conclude(*job, run);
+  SendLines(begun.job, begun.judged, &run);
+  Conclude(begun.job, run);
   return Did::kWork;
 }
 
@@ -198,7 +204,8 @@ void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
   }
 }
 
-Verdict Worker::JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answered) {
+std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now,
+                                        bool all_answered) {
   Evidence evidence;
   evidence.effect = job.effect;
   evidence.before = *job.baseline;
@@ -207,9 +214,21 @@ Verdict Worker::JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answ
   evidence.all_answered = all_answered;
   if (job.effect == JobEffect::kClosing) {
     evidence.last_closing = device_.LastClosing();
-  } else {
-    evidence.last = device_.Last();
+  } else if (const auto next = NextDocument(evidence.before, now)) {
+    LastDocument last;
+    switch (device_.FindLast(*next, &last)) {
+      case Told::kYes:
+        evidence.last = std::move(last);
+        break;
+      case Told::kNo:
+        break;
+      case Told::kNoAnswer:
+        // One that answers everything else will not tell it another day either.
+        if (!all_answered && ++asked_in_vain_ < kMostAsked) return std::nullopt;
+        break;
+    }
   }
+  asked_in_vain_ = 0;
   return door::Judge(evidence);
 }
 
@@ -225,36 +244,68 @@ void Worker::Conclude(const Job& job, const Run& run) {
   if (state->is_open || run.unclear) {
     return Move(job, JobState::kUnknown, Why::kLostAnswer, news);
   }
-  ConcludeNumbered(job, run, state->numbers, left_open);
+  ConcludeNumbered(job, run, *state, left_open);
 }
 
-void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceNumbers& now,
+// In a series the end of a job and the beginning of the next one are one commit: what the device is
+// behind the one is the baseline of the other.
+void Worker::EndAndBegin(const JobMove& end, const DeviceState& state) {
+  At(Step::kBeforeOutcome);
+  bool begun = false;
+  try {
+    begun = !begins_no_more_ && BeginNext(end, state);
+  } catch (const std::exception&) {
+    // The next one was cancelled meanwhile, say: it waits, and keeps this one from nothing.
+  }
+  if (!begun) log_.Move(end.id, end.to, end.why, end.news);
+  At(Step::kBehindOutcome);
+}
+
+// Whether the end is in the log, with the next job begun; nothing of it is otherwise.
+bool Worker::BeginNext(const JobMove& end, const DeviceState& state) {
+  const std::optional<Job> next = log_.First(JobState::kQueued);
+  JobNews refused;
+  if (!next || next->effect == JobEffect::kReset || next->expires <= log_.Now()) return false;
+  const std::optional<Judged> judged = JudgeAgain(*next, &refused);
+  if (!judged) return false;
+  const std::optional<DeviceState> ready = MakeReady(state);
+  At(Step::kBeforeBaseline);
+  if (!ready || next->expires <= log_.Now()) return false;
+  const JobMove begin{next->id, JobState::kRunning, Why::kBegun, {.baseline = ready->numbers}};
+  begun_ = Begun{log_.MoveBoth(end, begin), *judged};
+  return true;
+}
+
+void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state,
                               bool left_open) {
-  JobNews news{.answers = run.answers, .seen = now};
-  const Why failure = run.failed ? Why::kLineFailed : Why::kLeftOpen;
+  const DeviceNumbers& now = state.numbers;
+  JobMove end{job.id,
+              JobState::kRejected,
+              run.failed ? Why::kLineFailed : Why::kLeftOpen,
+              {.answers = run.answers, .seen = now}};
+  const bool whole = !run.failed && !left_open;
   if (job.effect == JobEffect::kOther) {
     // What was printed or programmed ahead of the failure stays, and no number tells of it.
-    if (run.failed && run.left) return Move(job, JobState::kUnknown, failure, news);
-    const bool done = !run.failed && !left_open;
-    Move(job, done ? JobState::kConfirmed : JobState::kRejected, done ? Why::kAnswered : failure,
-         news);
-    return;
+    if (!whole && run.left) return Move(job, JobState::kUnknown, end.why, end.news);
+    if (whole) return Move(job, JobState::kConfirmed, Why::kAnswered, end.news);
+    // Asking would not tell of it: its end waits for nothing.
+    return Move(job, JobState::kRejected, end.why, end.news);
   }
-  const Verdict verdict = JudgeNow(job, now, true);
+  const Verdict verdict = JudgeNow(job, now, true).value_or(Verdict());
   switch (verdict.outcome) {
     case Outcome::kDone:
       // Also when a line behind the payment failed: the sale is in the books.
-      news.document = verdict.document;
-      Move(job, JobState::kConfirmed, run.failed ? failure : Why::kAnswered, news);
+      end.to = JobState::kConfirmed;
+      end.news.document = verdict.document;
+      if (!run.failed) end.why = Why::kAnswered;
       break;
     case Outcome::kNotDone:
-      Move(job, JobState::kRejected, run.failed || left_open ? failure : Why::kNothingRegistered,
-           news);
+      if (whole) end.why = Why::kNothingRegistered;
       break;
     case Outcome::kNobodyKnows:
-      Move(job, JobState::kUnknown, Why::kUnclearNumbers, {.answers = run.answers});
-      break;
+      return Move(job, JobState::kUnknown, Why::kUnclearNumbers, {.answers = run.answers});
   }
+  EndAndBegin(end, state);
 }
 
 Worker::Did Worker::Resolve(const Job& job) {
@@ -269,7 +320,6 @@ Worker::Did Worker::Resolve(const Job& job) {
     if (!state || state->is_open) return Blocked(DeviceTrouble::kAway);
   }
   At(Step::kBehindAsking);
-  trouble_ = DeviceTrouble::kNone;
   const DeviceNumbers& now = state->numbers;
   Verdict verdict;
   if (!is_known) {
@@ -279,8 +329,11 @@ Worker::Did Worker::Resolve(const Job& job) {
   } else if (job.effect == JobEffect::kOther || !job.baseline) {
     verdict = {Outcome::kNobodyKnows, Why::kNotNumbered};
   } else {
-    verdict = JudgeNow(job, now, false);
+    const std::optional<Verdict> told = JudgeNow(job, now, false);
+    if (!told) return Blocked(DeviceTrouble::kAway);
+    verdict = *told;
   }
+  trouble_ = DeviceTrouble::kNone;
   // Of another device it would be no mark to go by.
   JobNews news{.document = verdict.document};
   if (is_known) news.seen = now;

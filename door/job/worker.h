@@ -7,12 +7,14 @@
 //                        behind a crash
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "door/job/fiscal_device.h"
+#include "door/job/result_code.h"
 #include "door/job/steps.h"
 #include "door/job/verdict.h"
 #include "door/judge/line_judge.h"
@@ -35,6 +37,8 @@ class Worker {
  public:
   // How often a job begins at most.
   static constexpr int kMostAttempts = 3;
+  // How often a device that answers is asked in vain for its last document.
+  static constexpr int kMostAsked = 20;
 
   enum class Did : uint8_t {
     kNothing,  // there is nothing to do
@@ -51,14 +55,27 @@ class Worker {
 
   DeviceTrouble trouble() const { return trouble_; }
 
+  // Whether a job has begun, by the commit that ended the one before it, whose lines are sent next.
+  bool has_begun() const { return begun_.has_value(); }
+  // From here on none begins so; any thread may call it.
+  void BeginNoMore() { begins_no_more_ = true; }
+
  private:
   struct Run;
+  // A job ahead of its first line, and what is known of its lines.
+  struct Begun {
+    Job job;
+    Judged judged;
+  };
 
   void At(Step step) const {
     if (watch_) watch_(step);
   }
   Did Blocked(DeviceTrouble trouble);
   Did RunNext();
+  Did RunBegun(const Begun& begun);
+  std::optional<Judged> JudgeAgain(const Job& job, JobNews* refused);
+  std::optional<DeviceState> MakeReady(const DeviceState& state);
   Did RunReset(const Job& job);
   bool Prepare();
   std::optional<DeviceState> Ask();
@@ -67,8 +84,12 @@ class Worker {
   void SendLines(const Job& job, const Judged& judged, Run* run);
   bool PrintMark(const Job& job, int line, Run* run);
   void Conclude(const Job& job, const Run& run);
-  void ConcludeNumbered(const Job& job, const Run& run, const DeviceNumbers& now, bool left_open);
-  Verdict JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answered);
+  void ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state, bool left_open);
+  void EndAndBegin(const JobMove& end, const DeviceState& state);
+  bool BeginNext(const JobMove& end, const DeviceState& state);
+  // Nothing while the device does not answer. With all of its lines answered the verdict does not
+  // wait for that.
+  std::optional<Verdict> JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answered);
   Did Resolve(const Job& job);
   void Move(const Job& job, JobState to, Why why, const JobNews& news = {});
 
@@ -78,9 +99,9 @@ class Worker {
   LineRunner run_;
   StepWatch watch_;
   DeviceTrouble trouble_ = DeviceTrouble::kNone;
+  int asked_in_vain_ = 0;
+  std::optional<Begun> begun_;
+  std::atomic<bool> begins_no_more_{false};
 };
-
-// Whether a code leaves open what the device did.
-bool IsUnclear(long code);
 
 }  // namespace lorimat::door

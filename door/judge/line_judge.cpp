@@ -24,6 +24,8 @@ enum Does : unsigned {
   kProgrammes = 128,
   kDenied = 256,
   kInvoices = 512,
+  kBeginsText = 1024,
+  kEndsText = 2048,
 };
 
 constexpr unsigned kFiscal = kInDocument | kSells | kOpens | kPays;
@@ -39,6 +41,13 @@ struct Row {
 };
 
 int Number(const EcrCmdCommand& line, int field) { return TextToInt(line.szCampi[field]); }
+
+unsigned Text(const EcrCmdCommand& line) {
+  constexpr int kBegin = 1;
+  constexpr int kEnd = 2;
+  if (Given(line, kBegin)) return kBeginsText;
+  return Given(line, kEnd) ? kEndsText : kNothing;
+}
 
 // A document that the device makes void by itself is over.
 unsigned VoidDocument(const EcrCmdCommand& line) {
@@ -89,7 +98,7 @@ constexpr Row kRows[] = {
     {19, false, kInDocument},
     {20, false, kInDocument},
     {21, false, kInDocument},
-    {22, false, kPrints},
+    {22, false, kPrints, &Text},
     {23, false, kInDocument | kOpens | kInvoices},
     {24, false, kInDocument | kOpens},
     {124, false, kInDocument | kOpens, &VoidDocument},
@@ -153,6 +162,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
   unsigned all = kNothing;
   bool paid = false;
   bool code_due = false;
+  bool in_text = false;
   for (size_t i = 0; i < lines.size(); ++i) {
     const int number = static_cast<int>(i) + 1;
     long code = 0;
@@ -190,7 +200,9 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     if (effects > 1 || closes_again) return refuse(LineFault::kSecondEffect);
     code_due = (does & kLotteryKey) != 0;
     judged.pays[i] = (does & kPays) != 0;
-    judged.leaves[i] = (does & kWithoutNumber) != 0;
+    in_text = ((does & kBeginsText) != 0 || in_text) && (does & kEndsText) == 0;
+    // A text that is left open is given up, and nothing of it stays.
+    judged.leaves[i] = (does & kWithoutNumber) != 0 && !in_text;
     paid = paid || judged.pays[i];
   }
   judged.is_invoice = (all & kInvoices) != 0;

@@ -21,26 +21,33 @@ class NotStarted(AssertionError):
 class Door:
     """A process of lorimatd on a register; it may be killed and begun again."""
 
-    def __init__(self, folder, faulty=False):
+    def __init__(self, folder, faulty=False, plugin=False):
         self.folder = pathlib.Path(folder)
         self.register = self.folder / "shop.register"
         self.program = os.environ["LORIMATD_FAULTY" if faulty else "LORIMATD"]
         self.process = None
         self.port = None
+        self.device = ["--register", self.register]
+        if plugin:
+            self.device = ["--device", os.environ["LORIMATD_PLUGIN"], "--device-option",
+                           f"file={self.register}", "--log", f"{self.register}.door"]
 
-    def start(self, *options, fault=None, once=False, most_bytes=None):
+    def start(self, *options, fault=None, once=False, most_bytes=None, trace=None):
         environment = dict(os.environ, LC_ALL="C")
         if fault:
             environment["LORIMATD_FAULT"] = fault
         if once:
             environment["LORIMATD_FAULT_ONCE"] = str(self.folder / "struck")
 
+        if trace:
+            environment["LORIMATD_FAULT_TRACE"] = trace
+
         def limit():
             # A file that is to grow beyond is an error for the program, like a full disk.
             resource.setrlimit(resource.RLIMIT_FSIZE, (most_bytes, most_bytes))
 
         self.process = subprocess.Popen(
-            [self.program, "--register", self.register, "--listen", "127.0.0.1:0", *options],
+            [self.program, *self.device, "--listen", "127.0.0.1:0", *options],
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment,
             preexec_fn=limit if most_bytes else None)
         line = self.process.stdout.readline()

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "door_shop.h"
 
@@ -36,6 +39,56 @@ TEST(Service, WorksOnBehindWhateverIsThrown) {
   EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
   EXPECT_EQ(shop.Get(job.id).attempts, 2);
   EXPECT_EQ(shop.documents(), 1);
+}
+
+// Away until it has been opened so many times; the first ones fail.
+class LeavingDevice : public ClientDevice {
+ public:
+  LeavingDevice(FiscalDevice& inner, int openings) : inner_(inner), openings_(openings) {}
+
+  RtfClientInterface& client() override { return inner_.client(); }
+  std::optional<DeviceState> Ask() override {
+    return openings_ > 0 ? std::nullopt : ClientDevice::Ask();
+  }
+  void Reopen() override {
+    ++reopened;
+    if (--openings_ > 0) throw std::runtime_error("nothing at the other end");
+  }
+
+  int reopened = 0;
+
+ private:
+  FiscalDevice& inner_;
+  int openings_;
+};
+
+TEST(Service, OpensADeviceThatWentAwayUntilItIsThere) {
+  DoorShop shop;
+  const Job job = shop.Sell("k");
+  std::promise<int64_t> over;
+  shop.log->SetObserver([&over](int64_t id) { over.set_value(id); });
+  LeavingDevice device(*shop.device, 3);
+  std::vector<std::string> told;
+  Service service({.log = *shop.log,
+                   .device = device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .hung = nullptr,
+                   .first_pause = std::chrono::milliseconds(1),
+                   .tell =
+                       [&](DeviceTrouble trouble, const std::exception* failure) {
+                         if (trouble != DeviceTrouble::kAway) return;
+                         told.emplace_back(failure != nullptr ? failure->what() : "");
+                       }});
+  service.Start();
+  EXPECT_EQ(over.get_future().get(), job.id);
+  service.Stop();
+  EXPECT_EQ(device.reopened, 3);
+  const std::string cause = "nothing at the other end";
+  EXPECT_EQ(told, (std::vector<std::string>{cause, cause, ""}));
+  EXPECT_EQ(service.trouble(), DeviceTrouble::kNone);
+  EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
 }
 
 }  // namespace

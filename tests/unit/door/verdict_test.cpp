@@ -102,6 +102,38 @@ TEST(Verdict, ADocumentOfAnotherNumberIsNotTheJobs) {
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
 }
 
+// A device that shows nothing of its documents is believed what it has answered.
+TEST(Verdict, WithoutASightOfTheDocumentItsLinesHaveToBeAnswered) {
+  Evidence evidence = Sold();
+  evidence.last.reset();
+  Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
+  evidence.all_answered = true;
+  const Verdict verdict = Judge(evidence);
+  EXPECT_EQ(verdict.outcome, Outcome::kDone);
+  EXPECT_EQ(verdict.document, (JobDocument{4, 8, "S", {}, 12000}));
+  evidence.now = {"S", 3, 7, 3, 470000};
+  EXPECT_EQ(Judge(evidence).document, (JobDocument{4, 3, "S", {}, 30000}));
+  evidence.now.document = 9;
+  Expect(evidence, Outcome::kNobodyKnows, Why::kFurtherOn);
+}
+
+// What was sold between the baseline and the closing is in the sum of all days.
+TEST(Verdict, AClosingThatTheDeviceDoesNotShowIsKnownByTheGrandTotal) {
+  Evidence evidence = Closed();
+  evidence.last_closing.reset();
+  Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
+  evidence.before.grand_total = evidence.now.grand_total = 9000000;
+  const Verdict verdict = Judge(evidence);
+  EXPECT_EQ(verdict.outcome, Outcome::kDone);
+  EXPECT_EQ(verdict.document, (JobDocument{4, 0, "S", {}, 500000}));
+  evidence.now.grand_total = 9010000;
+  Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
+  evidence.all_answered = true;
+  Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
+  evidence.now.grand_total.reset();
+  EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+}
+
 TEST(Verdict, AClosingIsKnownByItsNumberAndItsDay) {
   EXPECT_EQ(Judge(Closed()).outcome, Outcome::kDone);
   Evidence sold_behind = Closed();

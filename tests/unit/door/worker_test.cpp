@@ -142,6 +142,52 @@ TEST_F(WorkerTest, APaymentThatGotLostIsMadeOnce) {
   EXPECT_EQ(shop_.Get(job.id).attempts, 2);
 }
 
+// In a series a job costs one commit beside that of its acceptance.
+TEST_F(WorkerTest, TheEndOfAJobAndTheBeginningOfTheNextOneAreOneCommit) {
+  const Job first = shop_.Sell("a");
+  const Job second = shop_.Sell("b");
+  shop_.KillAt(Step::kBehindOutcome);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  shop_.Restart();
+  EXPECT_EQ(shop_.Get(first.id).state, State::kConfirmed);
+  const Job begun = shop_.Get(second.id);
+  EXPECT_EQ(begun.state, State::kRunning);
+  ASSERT_TRUE(begun.baseline);
+  EXPECT_EQ(begun.baseline->document, 1);
+  EXPECT_EQ(shop_.Drain(), Worker::Did::kNothing);
+  EXPECT_EQ(shop_.Get(second.id).state, State::kConfirmed);
+  EXPECT_EQ(shop_.documents(), 2);
+}
+
+TEST_F(WorkerTest, WhatCannotBeginLeavesTheEndOfTheOneBeforeIt) {
+  const Job first = shop_.Sell("a");
+  const Job cancelled = shop_.Sell("b");
+  const Job late = shop_.Sell("c");
+  int baselines = 0;
+  shop_.at_step = [&](Step step) {
+    if (step != Step::kBeforeBaseline) return;
+    ++baselines;
+    if (baselines == 2) shop_.log->Move(cancelled.id, State::kCancelled, Why::kCancelled);
+    if (baselines == 3) shop_.now += 600000;
+  };
+  EXPECT_EQ(shop_.Drain(), Worker::Did::kNothing);
+  EXPECT_EQ(shop_.Get(first.id).state, State::kConfirmed);
+  EXPECT_EQ(shop_.Get(first.id).attempts, 1);
+  EXPECT_EQ(shop_.Get(cancelled.id).state, State::kCancelled);
+  EXPECT_EQ(shop_.Get(late.id).state, State::kExpired);
+  EXPECT_EQ(shop_.documents(), 1);
+}
+
+TEST_F(WorkerTest, NoneBeginsBehindTheOneAtWorkWhenItIsToStop) {
+  const Job first = shop_.Sell("a");
+  const Job second = shop_.Sell("b");
+  shop_.worker->BeginNoMore();
+  EXPECT_EQ(shop_.worker->Work(), Worker::Did::kWork);
+  EXPECT_FALSE(shop_.worker->has_begun());
+  EXPECT_EQ(shop_.Get(first.id).state, State::kConfirmed);
+  EXPECT_EQ(shop_.Get(second.id).state, State::kQueued);
+}
+
 TEST_F(WorkerTest, WhatIsNeverAnsweredIsTriedThreeTimes) {
   const Job job = shop_.Sell("k");
   Strike("no-answer", ClientOperation::kPrintRecTotalEx, FaultWhen::kEvery);
@@ -313,6 +359,20 @@ TEST_F(WorkerTest, WhatWasPrintedAheadOfAFailureIsForAnOperator) {
   ASSERT_EQ(shop_.Get(printed.id).answers.size(), 2u);
   EXPECT_NE(shop_.Get(printed.id).answers[1].code, 0);
   EXPECT_EQ(shop_.Get(nothing.id).state, State::kRejected);
+}
+
+TEST_F(WorkerTest, WhatWasPrintedAheadOfATextThatIsLeftOpenIsForAnOperator) {
+  const Job printed = shop_.Submit("a", {"REPORT", "NOFIS INIZIO"});
+  const Job two_texts =
+      shop_.Submit("b", {"NOFIS INIZIO", "NOFIS MSG='A'", "NOFIS FINE", "NOFIS INIZIO"});
+  const Job failed = shop_.Submit("c", {"NOFIS INIZIO", "NOFIS MSG='A'", "REPORT"});
+  shop_.Drain();
+  for (const Job& job : {printed, two_texts}) {
+    EXPECT_THAT(Way(job.id), ElementsAre(State::kQueued, State::kRunning, State::kUnknown,
+                                         State::kNeedsOperator));
+  }
+  // Of a text that was not ended nothing stays.
+  EXPECT_EQ(shop_.Get(failed.id).state, State::kRejected);
 }
 
 TEST_F(WorkerTest, AClosingIsMadeOnce) {

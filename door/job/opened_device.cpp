@@ -1,0 +1,56 @@
+#include "door/job/opened_device.h"
+
+#include <type_traits>
+#include <utility>
+
+#include "rpccommon/client/rtfclientinterface.h"
+#include "rpccommon/client/rtfclientoperation.h"
+#include "rpccommon/services/rtfconst.h"
+
+namespace lorimat::door {
+namespace {
+
+// Stands there while no device does. One that supports nothing would refuse, and a refusal says
+// that nothing was done.
+class AwayClient : public RtfClientInterface {
+ public:
+#define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) \
+  Result Name Parameters override { return Off<ClientOperation::k##Name, Result> Arguments; }
+#include "rpccommon/client/rtfclientoperations.inc"
+
+ private:
+  template <ClientOperation operation, typename Result, typename... Arguments>
+  static constexpr Result Off(Arguments...) {
+    if constexpr (operation == ClientOperation::kGetState) {
+      return RTF_S_CLOSED;
+    } else if constexpr (std::is_same_v<Result, int>) {
+      return RTF_E_OFFLINE;
+    } else {
+      return Result();
+    }
+  }
+};
+
+AwayClient& Away() {
+  static AwayClient client;
+  return client;
+}
+
+}  // namespace
+
+OpenedDevice::OpenedDevice(console::DeviceRequest request, console::Streams& streams)
+    : request_(std::move(request)), streams_(streams), front_(Away()) {
+  device_ = console::OpenDevice(request_, streams_);
+  front_.SetDevice(*device_->client());
+  // What was tried once is not tried in another process again: this one has threads by then.
+  request_.was_tried = true;
+}
+
+void OpenedDevice::Reopen() {
+  front_.SetDevice(Away());
+  device_.reset();
+  device_ = console::OpenDevice(request_, streams_);
+  front_.SetDevice(*device_->client());
+}
+
+}  // namespace lorimat::door

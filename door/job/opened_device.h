@@ -1,0 +1,31 @@
+// A device as the console opens it, a plug-in say, as the door's.
+#pragma once
+
+#include <memory>
+
+#include "console/device/open_device.h"
+#include "console/device/stoppable_client.h"
+#include "console/terminal/streams.h"
+#include "door/job/client_device.h"
+
+namespace lorimat::door {
+
+class OpenedDevice : public ClientDevice {
+ public:
+  // Opens it. Throws console::Failure with the cause.
+  OpenedDevice(console::DeviceRequest request, console::Streams& streams);
+
+  // Stays the same, whatever stands behind it.
+  RtfClientInterface& client() override { return front_; }
+  // Closes it and opens it again. Throws console::Failure with the cause: until it is open, every
+  // operation is answered as by a device that is off.
+  void Reopen() override;
+
+ private:
+  console::DeviceRequest request_;
+  console::Streams& streams_;
+  std::unique_ptr<console::Device> device_;
+  console::StoppableClient front_;
+};
+
+}  // namespace lorimat::door

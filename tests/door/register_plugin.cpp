@@ -1,0 +1,111 @@
+// A plug-in over the virtual register, for the door. Its options are "file", the register's,
+// "lacks", a data item that it says it does not have, and "unplugged", a file: as long as that is
+// there, the device is away and cannot be opened. SetDataInternal(kFaultItem, WORD) makes it go
+// wrong: "hang" at what it is to do next; "gone" for good, until it has been opened twice, of which
+// the first time fails.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "lorimatrt/device.h"
+#include "passing_client.h"
+#include "register/client/virtual_register.h"
+#include "rpccommon/client/rtfclientbase.h"
+
+namespace lorimat::door {
+namespace {
+
+// What lasts from one opening to the next one.
+bool is_gone = false;
+bool is_missed = false;  // the next opening fails
+std::string unplugged;
+
+bool IsUnplugged() { return !unplugged.empty() && access(unplugged.c_str(), F_OK) == 0; }
+
+class PluginClient : public PassingClient<PluginClient> {
+ public:
+  PluginClient(const std::string& file, int lacks) : register_(Settings(file)), lacks_(lacks) {}
+  RtfClientInterface& inner() { return register_; }
+
+  int SetDataInternal(int item, const char* text) override {
+    if (item != kFaultItem) return PassingClient::SetDataInternal(item, text);
+    hangs_ = hangs_ || std::strcmp(text, "hang") == 0;
+    is_gone = is_missed = is_gone || std::strcmp(text, "gone") == 0;
+    return RTF_SUCCESS;
+  }
+  int GetDataInternal(int item, char* text) override {
+    return item == lacks_ ? RTF_E_ILLEGAL : PassingClient::GetDataInternal(item, text);
+  }
+
+  template <ClientOperation operation, OperationKind kind, typename Call>
+  auto Pass(Call call) -> decltype(call()) {
+    if constexpr (std::is_same_v<decltype(call()), int> &&
+                  operation != ClientOperation::kGetIntProperty &&
+                  operation != ClientOperation::kGetState) {
+      is_gone = is_gone || IsUnplugged();
+      if (is_gone) return RTF_E_OFFLINE;
+    }
+    if constexpr (ActsOnDevice(kind)) {
+      while (hangs_) pause();
+    }
+    return call();
+  }
+
+ private:
+  static RegisterSettings Settings(const std::string& file) {
+    RegisterSettings settings;
+    settings.file = file;
+    return settings;
+  }
+
+  VirtualRegister register_;
+  int lacks_;
+  bool hangs_ = false;
+};
+
+std::unique_ptr<RtfClientInterface> client;
+
+}  // namespace
+}  // namespace lorimat::door
+
+LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
+  using namespace lorimat::door;
+  if (lorimat_device_begin(plugin) != LORIMAT_DEVICE_OK) return LORIMAT_DEVICE_OTHER_ABI;
+  plugin->name = "register plug-in";
+  plugin->version = "1";
+  const char* away = lorimat_device_find_option(plugin, "unplugged");
+  unplugged = away != nullptr ? away : "";
+  if (is_missed || IsUnplugged()) {
+    is_missed = false;
+    std::strcpy(plugin->error, "there is nothing at the other end");
+    return LORIMAT_DEVICE_FAILED;
+  }
+  is_gone = false;
+  const char* file = lorimat_device_find_option(plugin, "file");
+  const char* lacks = lorimat_device_find_option(plugin, "lacks");
+  if (file == nullptr) {
+    std::strcpy(plugin->error, "file: is missing");
+    return LORIMAT_DEVICE_BAD_OPTION;
+  }
+  try {
+    if (plugin->purpose == LORIMAT_DEVICE_TRIAL) {
+      client = std::make_unique<RtfClientBase>();
+    } else {
+      client = std::make_unique<PluginClient>(file, lacks != nullptr ? std::atoi(lacks) : 0);
+    }
+  } catch (const std::exception& error) {
+    std::strncpy(plugin->error, error.what(), sizeof plugin->error - 1);
+    return LORIMAT_DEVICE_FAILED;
+  }
+  plugin->kind = LORIMAT_DEVICE_CPP;
+  plugin->client = client.get();
+  return LORIMAT_DEVICE_OK;
+}
+
+LORIMAT_DEVICE_API void lorimat_device_close(lorimat_device_plugin*) {
+  lorimat::door::client.reset();
+}

@@ -1,0 +1,125 @@
+"""A device from a file: refused where it does not tell enough, opened again where it went away."""
+import os
+import subprocess
+import time
+
+import pytest
+
+from conftest import SALE
+from test_matrix import final_job
+
+
+@pytest.fixture
+def shop(doors, folder):
+    """A door on the plug-in, which is not begun."""
+    door = doors(folder, faulty=True, plugin=True)
+    door.device += ["--device-option", f"unplugged={folder}/unplugged"]
+    return door
+
+
+def until(holds):
+    """Asks again and again, as a client does that waits."""
+    for _ in range(6000):
+        answer = holds()
+        if answer:
+            return answer
+        time.sleep(0.005)
+    raise AssertionError("it does not come to hold")
+
+
+def run(*arguments):
+    environment = dict(os.environ, LC_ALL="C")
+    done = subprocess.run([os.environ["LORIMATD"], *arguments], env=environment, timeout=60,
+                          capture_output=True, text=True, check=False)
+    assert done.stdout == ""
+    return done.returncode, done.stderr
+
+
+def plugin(folder, *options):
+    words = ["--device", os.environ["LORIMATD_PLUGIN"], "--listen", "127.0.0.1:0"]
+    for option in (f"file={folder}/shop.register", *options):
+        words += ["--device-option", option]
+    return words
+
+
+def test_a_device_that_does_not_tell_the_baseline_is_refused(folder):
+    log = ["--log", f"{folder}/log"]
+    for item, name in ((92, "serial number"), (394, "last day closing"), (89, "total of the day"),
+                       (371, "status line")):
+        code, errors = run(*plugin(folder, f"lacks={item}"), *log)
+        assert code == 2 and f"{name} (data item {item})" in errors
+    assert not (folder / "log").exists()
+
+
+def test_a_device_from_a_file_needs_a_log(folder):
+    code, errors = run(*plugin(folder))
+    assert code == 2 and "--log" in errors
+    code, errors = run("--device", f"{folder}/none.so", "--log", f"{folder}/log")
+    assert code == 2 and "none.so" in errors
+    code, errors = run(*plugin(folder, "nonsense"), "--log", f"{folder}/log")
+    assert code == 2 and "nonsense" in errors
+
+
+def test_a_sale_on_a_device_from_a_file(shop):
+    shop.start()
+    status, job = shop.post(SALE, "k")
+    assert status == 201
+    assert job["document"] == {"closure": 1, "number": 1, "serial": "99LRM0000001VR", "time": None,
+                               "total": "1.20"}
+    status, job = shop.post(["AZZGIO"], "z", desk="operator")
+    assert (status, job["document"]["closure"], job["document"]["total"]) == (201, 1, "1.20")
+    assert shop.documents() == [(1, 1)]
+    assert shop.stop() == 0
+
+
+def test_a_device_that_went_away_is_opened_again(shop, folder):
+    shop.start()
+    assert shop.post(SALE, "k1")[0] == 201
+    (folder / "unplugged").touch()
+    until(lambda: shop.get("/v1/device")[1]["trouble"] == "device_away")
+    status, problem = shop.post(SALE, "k2")
+    assert (status, problem["code"]) == (503, "device_away")
+    assert shop.get("/v1/jobs?key=k2&desk=")[0] == 404
+    (folder / "unplugged").unlink()
+    until(lambda: shop.get("/v1/device")[1]["ready"])
+    assert shop.post(SALE, "k2")[0] == 201
+    assert shop.documents() == [(1, 1), (1, 2)]
+    assert shop.stop() == 0
+    assert "the device does not answer" in shop.errors
+
+
+def test_a_device_that_comes_back_has_to_be_the_same(shop, folder):
+    shop.start()
+    assert shop.post(SALE, "k1")[0] == 201
+    (folder / "unplugged").touch()
+    until(lambda: shop.get("/v1/device")[1]["trouble"] == "device_away")
+    ours, other = folder / "shop.register", folder / "ours"
+    until(lambda: not (folder / "shop.register-wal").exists())
+    ours.rename(other)
+    subprocess.run([os.environ["LORIMAT"], "init", ours, "--serial", "99LRM0000002VR"],
+                   check=True, capture_output=True)
+    (folder / "unplugged").unlink()
+    # It is there, and is another one.
+    until(lambda: "is not the one" in shop.post(SALE, "k2")[1]["detail"])
+    assert shop.post(SALE, "k2")[1]["code"] == "device_away"
+    (folder / "unplugged").touch()
+    until(lambda: not (folder / "shop.register-wal").exists())
+    ours.unlink()
+    other.rename(ours)
+    (folder / "unplugged").unlink()
+    until(lambda: shop.get("/v1/device")[1]["ready"])
+    assert shop.post(SALE, "k2")[0] == 201
+    assert shop.documents() == [(1, 1), (1, 2)]
+    assert shop.stop() == 0
+    assert "is not the one that the log belongs to" in shop.errors
+
+
+def test_a_device_that_hangs_ends_the_program_and_is_asked_by_the_next_one(shop):
+    shop.start("--device-timeout", "1", fault="hang@before-line:2", once=True)
+    assert shop.post(SALE, "k")[0] == 0
+    assert shop.wait() == 75
+    shop.start()
+    job = final_job(shop, "k")
+    assert job["state"] == "confirmed"
+    assert "did not come back" in " ".join(step["why"] for step in job["history"])
+    assert shop.documents() == [(1, 1)]
