@@ -39,6 +39,8 @@ ACTIONS = ("kill", "lose", "lose2", "fail", "fail2", "hang", "hang2", "gone", "f
 ENDS = {"kill": -9, "hang": 75, "hang2": 75}
 # What lets the device be asked what became of a job: an answer that is lost, and a kill.
 ASKED = ("lose@before-line:2", "lose@before-line:1", "lose@before-line:7", "kill@behind-line:2")
+# Without memory the library of JSON may end the program, in a destructor: as a kill does.
+ABORTED = -6
 MOST_ROUNDS = 4000
 PAUSE = 0.005  # seconds
 
@@ -79,6 +81,7 @@ class Desk:
         self.seen = [False] * len(self.struck)
         self.trace = trace
         self.full_for = 0
+        self.aborted = False
         self.start()
 
     def start(self):
@@ -96,7 +99,8 @@ class Desk:
                 require(self.door.wait() == ENDS[action], "ended with", self.door.process.returncode)
                 self.start()
             elif self.cell.restart:
-                require(self.door.stop() == 0, "ended with", self.door.process.returncode)
+                require(self.door.stop() in self.orderly(), "ended with",
+                        self.door.process.returncode)
                 self.start()
             elif action == "full":
                 self.full_for += 1
@@ -105,8 +109,17 @@ class Desk:
                 free = (resource.RLIM_INFINITY, resource.RLIM_INFINITY)
                 resource.prlimit(self.door.process.pid, resource.RLIMIT_FSIZE, free)
             self.seen[number] = True
-        if self.door.process.poll() is not None and self.is_quiet():
+        ended = self.door.process.poll()
+        if ended == ABORTED and ended in self.orderly() and not self.aborted:
+            self.aborted = True
+            self.door.wait()
+            self.start()
+        elif ended is not None and self.is_quiet():
             raise Failed("ended with", self.door.wait(), self.door.errors)
+
+    def orderly(self):
+        """The codes with which it may end when it is told to."""
+        return (0, ABORTED) if any("nomem" in action for action in self.cell.actions) else (0,)
 
     def is_quiet(self):
         """Whether no trouble is on its way."""
@@ -190,7 +203,7 @@ def run_cell(cell, trace=None):
             ended = desk.door.stop()
             # What strikes behind the last answer.
             late = not desk.is_quiet() and desk.cell.actions[-1] == "kill"
-            require(ended == 0 or late, "ended with", ended, desk.door.errors)
+            require(ended in desk.orderly() or late, "ended with", ended, desk.door.errors)
             seen["struck"] += sum(file.exists() for file in desk.struck)
             return seen
         finally:
