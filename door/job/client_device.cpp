@@ -6,10 +6,12 @@
 
 #include <array>
 #include <charconv>
+#include <ctime>
 #include <string_view>
 
 #include "console/message/translate.h"
 #include "door/job/result_code.h"
+#include "door/log/iso_time.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -22,6 +24,7 @@ constexpr int kGrandTotal = 9;
 constexpr int kInvoice = 15;
 constexpr int kDayTotal = 89;
 constexpr int kSerial = 92;
+constexpr int kClock = 149;
 constexpr int kStatus = 371;
 constexpr int kClosure = 394;
 
@@ -217,6 +220,28 @@ Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
   document->is_invoice = name.is_invoice;
   document->paper = file.Lines();
   return Told::kYes;
+}
+
+std::string ClientDevice::Clock() {
+  // "DDMMYYYYHHMM".
+  constexpr size_t kDigits = 12;
+  const std::optional<std::string> text = Item(client(), kClock);
+  if (!text || text->size() != kDigits || text->find_first_not_of("0123456789") != text->npos) {
+    return {};
+  }
+  const auto part = [&](size_t from, size_t digits) {
+    return ReadNumber<int>(std::string_view(*text).substr(from, digits)).value_or(0);
+  };
+  std::tm time{};
+  time.tm_mday = part(0, 2);
+  time.tm_mon = part(2, 2) - 1;
+  time.tm_year = part(4, 4) - 1900;
+  time.tm_hour = part(8, 2);
+  time.tm_min = part(10, 2);
+  const bool is_time = time.tm_mday >= 1 && time.tm_mday <= 31 && time.tm_mon >= 0 &&
+                       time.tm_mon < 12 && time.tm_year >= 0 && time.tm_hour < 24 &&
+                       time.tm_min < 60;
+  return is_time ? IsoTime(time) : std::string();
 }
 
 int ClientDevice::PrintMark(const std::string& mark) {

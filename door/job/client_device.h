@@ -15,6 +15,7 @@ class ClientDevice : public FiscalDevice {
   std::string Missing() override;
   // By an extract of the journal, which has what was printed; such a document has no time.
   Told FindLast(const DocumentName& name, LastDocument* document) override;
+  std::string Clock() override;
   int PrintMark(const std::string& mark) override;
 };
 

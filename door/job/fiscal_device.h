@@ -59,6 +59,8 @@ class FiscalDevice {
   // The day closing that it made last: its number, time and the day's total; nothing when it does
   // not tell.
   virtual std::optional<JobDocument> LastClosing() { return std::nullopt; }
+  // Its clock, as ISO 8601; empty when it does not tell.
+  virtual std::string Clock() = 0;
   // Prints a job's mark on the open fiscal document; 0 or the device's result code.
   virtual int PrintMark(const std::string& mark) = 0;
   // Of one that went away: opens it anew. Throws what keeps it from being opened.

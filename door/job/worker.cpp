@@ -297,6 +297,8 @@ void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceState&
       // Also when a line behind the payment failed: the sale is in the books.
       end.to = JobState::kConfirmed;
       end.news.document = verdict.document;
+      // It was made this minute.
+      if (end.news.document->time.empty()) end.news.document->time = device_.Clock();
       if (!run.failed) end.why = Why::kAnswered;
       break;
     case Outcome::kNotDone:

@@ -35,12 +35,13 @@ TOTALS = {"sale": 10100, "refused": 10200, "invoice": 10300, "next": 10400}
 DEVICES = ("register", "plug-in")
 ACTIONS = ("kill", "lose", "lose2", "fail", "fail2", "hang", "hang2", "gone", "full", "nomem",
            "nomem4", "nomem20")
-# What ends the program by itself, and with which code.
-ENDS = {"kill": -9, "hang": 75, "hang2": 75}
 # What lets the device be asked what became of a job: an answer that is lost, and a kill.
 ASKED = ("lose@before-line:2", "lose@before-line:1", "lose@before-line:7", "kill@behind-line:2")
 # Without memory the library of JSON may end the program, in a destructor: as a kill does.
 ABORTED = -6
+HUNG = 75
+# What ends the program by itself, and with which code.
+ENDS = {"kill": -9, "hang": HUNG, "hang2": HUNG}
 MOST_ROUNDS = 4000
 PAUSE = 0.005  # seconds
 
@@ -81,11 +82,14 @@ class Desk:
         self.seen = [False] * len(self.struck)
         self.trace = trace
         self.full_for = 0
-        self.aborted = False
+        self.hangs = any("hang" in action for action in cell.actions)
+        self.ends = 0  # that came by themselves
         self.start()
 
     def start(self):
-        self.door.start("--device-timeout", "1", fault=self.cell.fault, once=True, trace=self.trace)
+        # A short limit only where a call is to hang: a machine may be slow.
+        limit = ("--device-timeout", "1") if self.hangs else ()
+        self.door.start(*limit, fault=self.cell.fault, once=True, trace=self.trace)
 
     def look_after(self):
         """Begins the program anew where it has ended, and makes room on its disk."""
@@ -110,16 +114,17 @@ class Desk:
                 resource.prlimit(self.door.process.pid, resource.RLIMIT_FSIZE, free)
             self.seen[number] = True
         ended = self.door.process.poll()
-        if ended == ABORTED and ended in self.orderly() and not self.aborted:
-            self.aborted = True
+        if ended and ended in self.orderly() and self.ends < 20:
+            self.ends += 1
             self.door.wait()
             self.start()
         elif ended is not None and self.is_quiet():
             raise Failed("ended with", self.door.wait(), self.door.errors)
 
     def orderly(self):
-        """The codes with which it may end when it is told to."""
-        return (0, ABORTED) if any("nomem" in action for action in self.cell.actions) else (0,)
+        """The codes with which it may end whenever it likes, and 0."""
+        memory = any("nomem" in action for action in self.cell.actions)
+        return (0,) + ((ABORTED,) if memory else ()) + ((HUNG,) if self.hangs else ())
 
     def is_quiet(self):
         """Whether no trouble is on its way."""
