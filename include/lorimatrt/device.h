@@ -16,8 +16,9 @@
  * a trial, where it is closed again, so that a plug-in that fails ends that process and not the
  * program; then to work. A program that goes on for long closes a device that does not answer, and
  * opens it again, on another thread perhaps. All functions are called on one thread, one at a time,
- * from the opening to the closing. No C++ exception may leave a function of C; one that leaves an operation of a C++
- * client counts as RTF_E_FAILURE. The program does not unload a file that it has opened. */
+ * from the opening to the closing. No C++ exception may leave a function of C; one that leaves an
+ * operation of a C++ client counts as RTF_E_FAILURE. The program does not unload a file that it has
+ * opened. */
 #ifndef LORIMATRT_DEVICE_H
 #define LORIMATRT_DEVICE_H
 
