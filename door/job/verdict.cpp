@@ -25,7 +25,12 @@ bool IsClosingOf(const Evidence& evidence) {
     return closing->closure == now.closure && closing->total == before.day_total;
   }
   // What was sold in between would be in it.
-  if (before.grand_total && now.grand_total) return before.grand_total == now.grand_total;
+  if (before.grand_total && now.grand_total) {
+    if (before.grand_total == now.grand_total) return true;
+    // Some take the day in as they close it; but so much may have been sold as well.
+    return evidence.all_answered &&
+           Distance(*before.grand_total, *now.grand_total) == before.day_total;
+  }
   return evidence.all_answered;
 }
 

@@ -132,6 +132,11 @@ TEST(Verdict, AClosingThatTheDeviceDoesNotShowIsKnownByTheGrandTotal) {
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
   evidence.now.grand_total.reset();
   EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+  // One that takes the day in as it closes it.
+  evidence.now.grand_total = 9500000;
+  EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+  evidence.all_answered = false;
+  Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
 }
 
 TEST(Verdict, AClosingIsKnownByItsNumberAndItsDay) {
