@@ -6,13 +6,12 @@
 #include <string_view>
 
 #include "register/core/core.h"
+#include "register/document/receipt_entry.h"
 
 namespace lorimat {
 
 // "15/01/2024 10:30".
 std::string FormatDateTime(const std::tm& time);
-
-enum class LineAction { kEnter, kVoid, kRestore };
 
 class Layout {
  public:

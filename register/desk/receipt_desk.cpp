@@ -6,170 +6,20 @@
 #include <algorithm>
 #include <utility>
 
-#include "managermachine/pflitemtype.h"
 #include "register/value/refusal.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
-namespace {
-
-struct ItemTypeRow {
-  int type;
-  LineKind kind;
-  LineAction action;
-};
-
-constexpr ItemTypeRow kItemTypes[] = {
-    {PflItemType::kPrintRecItem, LineKind::kSale, LineAction::kEnter},
-    {PflItemType::kPrintRecItemVoid, LineKind::kSale, LineAction::kVoid},
-    {PflItemType::kPrintRecItemRefund, LineKind::kRefund, LineAction::kEnter},
-    {PflItemType::kPrintRecItemRefundVoid, LineKind::kRefund, LineAction::kVoid},
-    {PflItemType::kPrintRecItemVoidOfVoid, LineKind::kSale, LineAction::kRestore},
-    {PflItemType::kPrintRecItemDeposit, LineKind::kDeposit, LineAction::kEnter},
-    {PflItemType::kPrintRecItemDepositVoid, LineKind::kDeposit, LineAction::kVoid},
-    {PflItemType::kPrintRecItemBuoniMonouso, LineKind::kVoucher, LineAction::kEnter},
-    {PflItemType::kPrintRecItemBuoniMonousoVoid, LineKind::kVoucher, LineAction::kVoid},
-};
-
-constexpr int kNotGiven = -1;
-constexpr int kAsLastLine = -2;
-constexpr Amount kPresetPrice = -1;
-
-}  // namespace
-
-int ReceiptDesk::NoDepartment(int number) const {
-  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoDepartment,
-                {number, static_cast<int64_t>(core_.tables.settings().departments.size())});
-}
-
-int ReceiptDesk::NoVatEntry(int number) const {
-  return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoVatEntry,
-                {number, static_cast<int64_t>(core_.tables.settings().vat_rates.size())});
-}
-
-int ReceiptDesk::Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
-                         Item* item) const {
-  const ItemTypeRow* type = nullptr;
-  for (const ItemTypeRow& row : kItemTypes) {
-    if (row.type == arguments.pfl_item_type) type = &row;
-  }
-  if (type == nullptr) {
-    return Refuse(RTF_E_ILLEGAL, RefusalCause::kLineKind, {arguments.pfl_item_type});
-  }
-  item->kind = type->kind;
-  *action = type->action;
-
-  Amount preset = 0;
-  int department = arguments.department;
-  const Article* article = nullptr;
-  if (!arguments.article.empty()) {
-    article = core_.tables.FindArticle(arguments.article);
-    if (article == nullptr) {
-      return Refuse(RTF_E_NOEXIST, RefusalCause::kNoArticle, {}, arguments.article);
-    }
-    item->article = article->code;
-    preset = article->price;
-    if (department == kNotGiven) department = article->department;
-  }
-
-  if (department == kAsLastLine) {
-    if (last == nullptr) return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoLineBefore);
-    department = last->department;
-  } else if (department == kNotGiven && arguments.vat != kNotGiven) {
-    department = 0;  // a VAT entry alone
-  }
-  const Department* row = core_.tables.FindDepartment(department);
-  if (row == nullptr && department != 0 && department != kNotGiven) return NoDepartment(department);
-  if (row == nullptr && (department != 0 || arguments.vat == kNotGiven)) {
-    return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNeitherDepartmentNorVat);
-  }
-  item->department = department;
-
-  if (arguments.vat == kNotGiven) {
-    item->vat = row->vat;
-  } else if (arguments.vat == kAsLastLine) {
-    if (last == nullptr) return Refuse(RTF_EFPTR_BAD_VAT, RefusalCause::kNoLineBefore);
-    item->vat = last->vat;
-  } else {
-    item->vat = arguments.vat;
-  }
-  if (core_.tables.FindVat(item->vat) == nullptr) return NoVatEntry(item->vat);
-  if (article == nullptr && row != nullptr) preset = row->price;
-
-  // A quantity goes with a unit price. Without one, the line is one piece at its price.
-  if (arguments.quantity < 0) {
-    return Refuse(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNegativeQuantity,
-                  {arguments.quantity});
-  }
-  item->quantity_given = arguments.quantity > 0;
-  item->quantity = item->quantity_given ? arguments.quantity : kOnePiece;
-  Amount price = item->quantity_given ? arguments.unit_price : arguments.price;
-  if (!item->quantity_given && price == kPresetPrice && arguments.unit_price > 0) {
-    price = arguments.unit_price;
-  }
-  if (price == kPresetPrice) price = preset;
-  if (price <= 0) {
-    return Refuse(RTF_EFPTR_BAD_PRICE,
-                  price < 0 ? RefusalCause::kNegativePrice : RefusalCause::kNoPrice, {price});
-  }
-  const std::optional<Amount> amount = LineAmount(item->quantity, price);
-  if (!amount || *amount > kMaxAmount) {
-    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kLineTooHigh, {kMaxAmount});
-  }
-  if (*amount == 0) {
-    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kComesToNothing, {item->quantity, price});
-  }
-  if (row != nullptr && row->max_price > 0 && price > row->max_price) {
-    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kPriceAboveLimit,
-                  {price, row->max_price, department});
-  }
-  item->unit_price = price;
-  item->amount = *amount;
-
-  if (arguments.special_tax < 0 || arguments.special_tax > *amount) {
-    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kTaxAboveLine,
-                  {arguments.special_tax, *amount});
-  }
-  item->special_tax = RoundToCents(arguments.special_tax).value_or(0);
-  item->special_tax_name = arguments.special_tax_name;
-
-  item->unit_name = arguments.unit_name;
-  item->description = arguments.description;
-  item->description_given = !item->description.empty();
-  if (item->description.empty()) {
-    const bool goods = item->kind == LineKind::kSale || item->kind == LineKind::kRefund;
-    if (goods && article != nullptr) item->description = article->description;
-    if (type->action == LineAction::kEnter && row != nullptr && row->force_description &&
-        item->description.empty()) {
-      return Refuse(RTF_EFPTR_BAD_ITEM_DESCRIPTION, RefusalCause::kDescriptionMissing,
-                    {department});
-    }
-    if (goods && item->description.empty() && row != nullptr) item->description = row->name;
-  }
-  return RTF_SUCCESS;
-}
 
 int ReceiptDesk::Line(const LineArguments& arguments, const VoidTerms& terms) {
   if (!core_.Allows(Operation::kLine)) return RTF_EFPTR_WRONG_STATE;
-  Receipt& receipt = core_.document.receipt;
   Item item;
   LineAction action = LineAction::kEnter;
-  if (const int code = Resolve(arguments, receipt.last_line(), &action, &item)) return code;
   Amount amount = 0;
-  int code = RTF_SUCCESS;
-  switch (action) {
-    case LineAction::kEnter:
-      code = receipt.Enter(item);
-      amount = item.kind == LineKind::kSale ? item.amount : -item.amount;
-      break;
-    case LineAction::kVoid:
-      code = receipt.Void(item, &amount, terms, &item.description);
-      break;
-    case LineAction::kRestore:
-      code = receipt.Restore(item, &amount, &item.description);
-      break;
+  if (const int code = EnterLine(core_.tables, arguments, terms, &core_.document.receipt, &action,
+                                 &item, &amount)) {
+    return code;
   }
-  if (code != RTF_SUCCESS) return code;
   layout_.Line(action, item, amount);
   core_.options.pre_line.clear();
   core_.options.post_line.clear();
@@ -179,7 +29,7 @@ int ReceiptDesk::Line(const LineArguments& arguments, const VoidTerms& terms) {
 int ReceiptDesk::TryLine(const LineArguments& arguments) const {
   Item item;
   LineAction action = LineAction::kEnter;
-  if (const int code = Resolve(arguments, nullptr, &action, &item)) return code;
+  if (const int code = ResolveLine(core_.tables, arguments, nullptr, &action, &item)) return code;
   if (action != LineAction::kEnter) {
     return Refuse(RTF_EFPTR_BAD_ITEM_AMOUNT, RefusalCause::kNoLineToVoid,
                   {item.quantity, item.unit_price});
@@ -202,38 +52,13 @@ int ReceiptDesk::VoidLastLine() {
 int ReceiptDesk::Adjust(int type, std::string_view description, int64_t value, int vat,
                         int department, bool is_void) {
   if (!core_.Allows(Operation::kAdjustment)) return RTF_EFPTR_WRONG_STATE;
-  Receipt& receipt = core_.document.receipt;
-  AdjustmentRequest request;
-  request.type = type;
-  request.value = value;
-  request.is_void = is_void;
-  if (department != kNotGiven && department != kAsLastLine) {
-    const Department* row = core_.tables.FindDepartment(department);
-    if (row == nullptr) return NoDepartment(department);
-    request.department = department;
-    if (!is_void) request.vat = row->vat;
-    request.spread = !is_void;
-  }
-  if (vat != kNotGiven && vat != kAsLastLine) {
-    if (core_.tables.FindVat(vat) == nullptr) return NoVatEntry(vat);
-    request.vat = vat;
-    request.spread = false;
-  }
-  if (!is_void && !IsSurcharge(type) && !AllowsDiscount(request.department)) {
-    return Refuse(RTF_E_ILLEGAL, RefusalCause::kNoDiscountThere);
-  }
   Adjustment done;
-  if (const int code = receipt.Adjust(request, &done)) return code;
+  if (const int code = EnterAdjustment(core_.tables, {type, value, vat, department, is_void},
+                                       &core_.document.receipt, &done)) {
+    return code;
+  }
   layout_.AdjustmentLine(done, description);
   return RTF_SUCCESS;
-}
-
-// Whether a department takes discounts on its lines; 0 asks for that of the last line.
-bool ReceiptDesk::AllowsDiscount(int department) const {
-  const Item* last = core_.document.receipt.last_open_line();
-  if (department == 0 && last != nullptr) department = last->department;
-  const Department* row = core_.tables.FindDepartment(department);
-  return row == nullptr || row->allow_discount;
 }
 
 int ReceiptDesk::AdjustSubtotal(int type, std::string_view description, int64_t value,
@@ -278,19 +103,15 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   OpenDocument& document = core_.document;
   Receipt& receipt = document.receipt;
   if (receipt.empty()) return Refuse(RTF_EFPTR_WRONG_STATE, RefusalCause::kNothingSold);
-  const Tender* tender = core_.tables.FindTender(tender_id);
-  if (tender == nullptr || tender->by_register) {
-    return Refuse(RTF_E_NOEXIST, RefusalCause::kNoTender, {}, tender_id);
-  }
+  const Tender* tender = nullptr;
+  if (const int code = FindPayingTender(core_.tables, tender_id, &tender)) return code;
   if (const int code = CheckPaidBack()) return code;
   // The clock is read first: nothing may fail between the payment and its registration.
   const std::tm now = core_.Now();
-  const CashRounding rounding = {core_.tables.FindTender(kRoundedDownTender),
-                                 core_.tables.FindTender(kRoundedUpTender)};
   const size_t before = receipt.payments().size();
   Payment done;
-  if (const int code = receipt.Pay(*tender, payment, automatic, &done,
-                                   core_.setup.round_cash ? &rounding : nullptr)) {
+  if (const int code = EnterPayment(core_.tables, *tender, payment, automatic,
+                                    core_.setup.round_cash, &receipt, &done)) {
     return code;
   }
   if (!document.total_shown) {

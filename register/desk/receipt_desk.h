@@ -11,24 +11,9 @@
 
 #include "register/core/core.h"
 #include "register/desk/layout.h"
+#include "register/document/receipt_entry.h"
 
 namespace lorimat {
-
-// A line as a client call gives it.
-struct LineArguments {
-  int pfl_item_type = 0;  // PflItemType::Enum
-  std::string_view description = {};
-  Amount price = 0;  // -1: the preset price of the department or article
-  int32_t quantity = 0;
-  int vat = -1;  // -1: that of the department; -2: that of the last line
-  Amount unit_price = 0;
-  std::string_view unit_name = {};
-  int department = -1;  // -1: none; -2: that of the last line
-  std::string_view article = {};
-  // Of fuel: a tax that the price of the line contains, 0 for none.
-  Amount special_tax = 0;
-  std::string_view special_tax_name = {};
-};
 
 struct BarcodeArguments {
   std::string_view type;
@@ -99,10 +84,6 @@ class ReceiptDesk {
   int PrintDuplicate();
 
  private:
-  int Resolve(const LineArguments& arguments, const Item* last, LineAction* action,
-              Item* item) const;
-  int NoDepartment(int number) const;
-  int NoVatEntry(int number) const;
   int CheckBegin() const;
   bool IsOwn(const Reference& reference) const;
   int FindSale(const Reference& reference, StoredDocument* sale) const;
@@ -114,7 +95,6 @@ class ReceiptDesk {
   int BeginCash(CashMove move, bool print_header);
   int TotalCash(Amount payment, std::string_view tender, bool automatic);
   void Buffer();
-  bool AllowsDiscount(int department) const;
   void Open(DocumentKind kind, const Reference& reference, std::vector<VatRate> rates = {});
   void Settle();
   PaidParts CheckedParts(const StoredDocument& stored) const;
