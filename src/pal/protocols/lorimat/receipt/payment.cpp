@@ -7,6 +7,7 @@
 #include "pal/protocols/lorimat/client_call.h"
 #include "pal/protocols/lorimat/fields.h"
 #include "pal/protocols/lorimat/front/messages.h"
+#include "pal/protocols/lorimat/receipt/tender_numbers.h"
 
 namespace {
 
@@ -15,35 +16,6 @@ constexpr int kItemAutoCut = 148;
 constexpr int kItemManagerError = 368;  // the last key was refused
 constexpr int kItemDrawerAtEnd = 459;   // open the drawer when a receipt ends
 constexpr int kItemOpenedByKey = 600;
-
-struct Tender {
-  long number;
-  const char* identifier;
-};
-
-// The language's tender numbers and the client's identifiers, gaps and doubled rows included.
-constexpr Tender kTenders[] = {
-    {1, "0"},  {6, "0"},  {7, "0"},  {8, "0"},  {9, "0"}, {20, "0"}, {3, "1"},
-    {22, "1"}, {4, "2"},  {16, "2"}, {14, "3"}, {5, "4"}, {23, "4"}, {10, "5"},
-    {15, "5"}, {11, "6"}, {12, "7"}, {13, "8"}, {2, "9"}, {21, "9"}, {30, "30"},
-};
-
-constexpr size_t kTenderSize = 24;
-
-void TenderIdentifier(char (&identifier)[kTenderSize], long number, const char* text) {
-  for (const Tender& tender : kTenders) {
-    if (tender.number == number) {
-      CopyText(identifier, tender.identifier);
-      return;
-    }
-  }
-  if (number >= FunctionCode::kSubTender01 && number <= FunctionCode::kLastSubTender) {
-    std::snprintf(identifier, kTenderSize, "%ld", number - 115);
-    return;
-  }
-  // Any other number, and any word, is the client's to understand.
-  CopyText(identifier, text);
-}
 
 }  // namespace
 
