@@ -6,7 +6,8 @@
 namespace lorimat::console {
 namespace {
 
-bool english_wanted = false;
+// Of a thread: while one makes JSON, another may tell a person something.
+thread_local bool english_wanted = false;
 
 }  // namespace
 
