@@ -80,6 +80,8 @@ class VirtualRegister : public RtfClientInterface {
   const RegisterStore& store() const { return core_.store; }
   // Departments, VAT entries and what else is programmed.
   const Tables& tables() const { return core_.tables; }
+  // What is programmed beyond the tables.
+  const DeviceSetup& setup() const { return core_.setup; }
   // The document in progress.
   const Receipt& receipt() const { return core_.document.receipt; }
   // The document that was open when the register was switched off the last time, and has been

@@ -146,6 +146,8 @@ class Tables {
     std::function<void(Tables&)> undo;
   };
   const std::vector<Change>& changes() const { return changes_; }
+  // Grows with each change, taken back or not: who has a copy sees whether it is still true.
+  uint64_t revision() const { return revision_; }
   // The changes are stored.
   void Keep() noexcept { changes_.clear(); }
   // The tables are again as they were stored.
@@ -155,6 +157,7 @@ class Tables {
   void Repair();
   // To be called ahead of a change: `undo` takes it back.
   void Note(Part part, int number, std::function<void(Tables&)> undo) {
+    ++revision_;
     changes_.push_back({part, number, std::move(undo)});
   }
   void PlaceSubtender(int number, Subtender subtender);
@@ -177,6 +180,7 @@ class Tables {
   std::map<int, int32_t> noted_rates_;
   std::map<int, std::string> logos_;
   std::vector<Change> changes_;
+  uint64_t revision_ = 0;
 };
 
 // Null for an entry that is not in the table.
