@@ -1,6 +1,8 @@
 #include "door/judge/line_judge.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "language/code_explanation.h"
 #include "language/field_kinds.h"
@@ -213,6 +215,20 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     judged.effect = JobEffect::kClosing;
   }
   return judged;
+}
+
+char LineJudge::quote() const { return language_.translator().GetQuoteChar(); }
+
+bool LineJudge::ReadsAs(const std::string& line, int opcode, const Fields& fields) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (language_.ReadLine(line) != opcode) return false;
+  std::array<std::string_view, MAXCAMPI + 1> wanted = {};
+  for (const auto& [number, value] : fields) wanted[static_cast<size_t>(number)] = value;
+  const EcrCmdCommand& translator = language_.translator();
+  for (size_t number = 1; number < wanted.size(); ++number) {
+    if (translator.szCampi[number] != wanted[number]) return false;
+  }
+  return true;
 }
 
 std::string ExplainAnswer(long code) {

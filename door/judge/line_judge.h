@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "console/check/language.h"
@@ -44,6 +45,14 @@ class LineJudge {
 
   // Lines in the code page of the device, without control characters. Several threads may ask.
   Judged Judge(const std::vector<std::string>& lines, bool is_operator);
+
+  // A field's number and what it holds.
+  using Fields = std::vector<std::pair<int, std::string>>;
+  // What quotes a text.
+  char quote() const;
+  // Whether the parser finds this opcode, these fields and no other ones in a line. Several threads
+  // may ask.
+  bool ReadsAs(const std::string& line, int opcode, const Fields& fields);
 
  private:
   std::mutex mutex_;
