@@ -35,6 +35,7 @@
 #include "door/job/service.h"
 #include "door/judge/line_judge.h"
 #include "door/log/job_log.h"
+#include "door/receipt/known_tables.h"
 
 namespace lorimat::door {
 namespace {
@@ -251,12 +252,17 @@ int RunDoor(const Options& options, Streams& streams) {
   HttpServer server(listen.address, listen.port);
   log.SetObserver([&server](int64_t id) { server.Notify(id); });
   TroubleTeller teller(streams);
+  KnownTables tables;
+  tables.Look(device.device());
   Service service(
       {.log = log,
        .device = device,
        .judge = judge,
-       .run = WithFaults([&library](const std::string& line, std::string* answer) {
-         return library.RunLine(line, answer);
+       .run = WithFaults([&](const std::string& line, std::string* answer) {
+         const long code = library.RunLine(line, answer);
+         // What it programmed counts for the next receipt.
+         tables.Look(device.device());
+         return code;
        }),
        .watch = FaultWatch(),
        .device_timeout = request.timeout,
@@ -269,7 +275,8 @@ int RunDoor(const Options& options, Streams& streams) {
            .operators = options.operators,
            .trouble = [&service] { return service.trouble(); },
            .log_failed = [&service] { return service.log_failed(); },
-           .wake = [&service] { service.Wake(); }});
+           .wake = [&service] { service.Wake(); },
+           .tables = [&tables] { return tables.Get(); }});
   service.Start();
   server.Start(api);
   streams.Output("lorimatd: listening on http://" + listen.address + ":" +

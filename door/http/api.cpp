@@ -7,6 +7,8 @@
 #include <iterator>
 
 #include "door/http/body_reader.h"
+#include "door/http/fault_problem.h"
+#include "door/http/receipt_post.h"
 #include "door/http/target.h"
 #include "register/value/register_error.h"
 
@@ -14,8 +16,6 @@ namespace lorimat::door {
 namespace {
 
 constexpr size_t kLongestKey = 64;
-constexpr size_t kLongestDesk = 64;
-constexpr size_t kLongestReference = 256;
 constexpr int64_t kSecond = 1000;  // milliseconds
 
 bool IsKey(std::string_view key) {
@@ -61,32 +61,6 @@ constexpr TroubleRow kTroubles[] = {
     {DeviceTrouble::kOtherDevice, "device_away",
      "the device is not the one that the log belongs to"},
 };
-
-struct FaultRow {
-  LineFault fault;
-  const char* code;
-  const char* what;
-};
-
-constexpr FaultRow kFaults[] = {
-    {LineFault::kNotAllowed, "line_not_allowed", "a job may not hold this line"},
-    {LineFault::kForOperator, "line_not_allowed", "a desk of an operator alone may send this line"},
-    {LineFault::kNamesFile, "line_not_allowed", "it names a file"},
-    {LineFault::kSecondDocument, "two_documents",
-     "it sells or opens behind a line that has paid: a job is one document"},
-    {LineFault::kSecondEffect, "two_documents",
-     "a job is one document, or one day closing, or what has no number"},
-};
-
-Reply FaultProblem(const JudgedFault& fault) {
-  const auto* row = std::find_if(std::begin(kFaults), std::end(kFaults),
-                                 [&](const FaultRow& one) { return one.fault == fault.fault; });
-  std::string detail = fmt::format("line {}", fault.line);
-  if (!fault.command.empty()) detail += " (" + fault.command + ")";
-  detail += fmt::format(": {}", row->what);
-  if (!fault.field.empty()) detail += fmt::format(", in {}", fault.field);
-  return Problem(422, row->code, detail);
-}
 
 Reply StorageProblem() {
   Reply reply = Problem(503, "disk_full", "the log cannot be written or read");
@@ -144,6 +118,7 @@ Reply Api::Handle(const Request& request) noexcept {
 Reply Api::Serve(const Request& request) {
   static const Route kRoutes[] = {
       {"POST", {"v1", "jobs"}, &Api::PostJob, {"wait"}},
+      {"POST", {"v1", "receipts"}, &Api::PostReceipt, {"wait", "dry_run"}},
       {"GET", {"v1", "jobs"}, &Api::ListJobs, {"key", "desk", "state", "after", "limit"}},
       {"GET", {"v1", "jobs", "#"}, &Api::GetJob, {}},
       {"DELETE", {"v1", "jobs", "#"}, &Api::DeleteJob, {}},
@@ -245,11 +220,37 @@ Reply Api::PostJob(const Request& request, const Path& path) {
   if (body.problem()) return *body.problem();
   // A key that is known is answered as it was, whatever is allowed by now.
   if (std::optional<Reply> replay = Replay(job)) return *replay;
+  return JudgeAndTake(std::move(job), *wait);
+}
+
+Reply Api::JudgeAndTake(NewJob job, int wait) {
   Judged judged = parts_.judge.Judge(job.lines, IsOperator(job.desk));
   if (judged.fault) return FaultProblem(*judged.fault);
   job.effect = judged.effect;
   job.refused = std::move(judged.refused);
-  return Take(std::move(job), *wait);
+  return Take(std::move(job), wait);
+}
+
+Reply Api::PostReceipt(const Request& request, const Path& path) {
+  const auto dry_run = path.query.find("dry_run");
+  const bool is_dry = dry_run != path.query.end() && dry_run->second == "true";
+  if (!is_dry && dry_run != path.query.end() && dry_run->second != "false") {
+    return Problem(400, "bad_field", "dry_run: is neither true nor false");
+  }
+  std::optional<Reply> problem = is_dry ? std::nullopt : KeyProblem(request.key);
+  const std::optional<int> wait = WaitOf(path.query);
+  if (!problem && !wait) problem = WaitProblem();
+  if (problem) return *problem;
+  ReceiptPost post(request.body);
+  NewJob job = post.job();
+  job.key = request.key.value_or("");
+  job.expires = parts_.log.Now() + kSecond * post.expires_s();
+  if (!post.problem() && !is_dry) problem = Replay(job);
+  if (problem) return *problem;
+  if (!post.problem()) post.Prepare(parts_.tables ? parts_.tables().get() : nullptr, parts_.judge);
+  if (post.problem()) return *post.problem();
+  job.lines = post.job().lines;
+  return is_dry ? post.DryRun() : JudgeAndTake(std::move(job), *wait);
 }
 
 Reply Api::PostDevice(const Request& request, const Path& path) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "door/job/worker.h"
 #include "door/judge/line_judge.h"
 #include "door/log/job_log.h"
+#include "door/receipt/receipt_sums.h"
 
 namespace lorimat::door {
 
@@ -42,6 +44,8 @@ class Api {
   static constexpr size_t kMostBody = 1 << 20;
   static constexpr size_t kMostLines = 1000;
   static constexpr size_t kLongestLine = 2046;
+  static constexpr size_t kLongestDesk = 64;
+  static constexpr size_t kLongestReference = 256;
   static constexpr int64_t kMostQueued = 1000;
   static constexpr int kMostWait = 300;          // seconds
   static constexpr int kDefaultWait = 30;        // seconds
@@ -56,6 +60,8 @@ class Api {
     std::function<DeviceTrouble()> trouble;
     std::function<bool()> log_failed;
     std::function<void()> wake;  // a job has come
+    // What receipts are summed by; null, or answers null, where the device does not tell it.
+    std::function<std::shared_ptr<const DeviceTables>()> tables = nullptr;
   };
 
   explicit Api(Parts parts) : parts_(std::move(parts)) {}
@@ -75,12 +81,14 @@ class Api {
 
   Reply Serve(const Request& request);
   Reply PostJob(const Request& request, const Path& path);
+  Reply PostReceipt(const Request& request, const Path& path);
   Reply PostDevice(const Request& request, const Path& path);
   Reply PostResolve(const Request& request, const Path& path);
   Reply GetJob(const Request& request, const Path& path);
   Reply ListJobs(const Request& request, const Path& path);
   Reply DeleteJob(const Request& request, const Path& path);
   Reply GetDevice(const Request& request, const Path& path);
+  Reply JudgeAndTake(NewJob job, int wait);
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);
   bool IsOperator(const std::string& desk) const;
@@ -91,8 +99,9 @@ class Api {
   std::mutex resolving_;  // one at a time tells of a document
 };
 
-// A problem as RFC 9457 has it.
-Reply Problem(int status, std::string_view code, const std::string& detail);
+// A problem as RFC 9457 has it; `pointer` is the place in the body (RFC 6901), where it has one.
+Reply Problem(int status, std::string_view code, const std::string& detail,
+              const std::string& pointer = {});
 // A job as clients see it.
 std::string JobJson(const Job& job, bool replayed);
 

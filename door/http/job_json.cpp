@@ -1,28 +1,16 @@
 // Jobs and problems as clients read them.
 
-#include <fmt/format.h>
-
 #include <nlohmann/json.hpp>
 
 #include "door/http/api.h"
 #include "door/judge/code_page.h"
 #include "door/log/iso_time.h"
+#include "door/receipt/decimal.h"
 
 namespace lorimat::door {
 namespace {
 
 using nlohmann::ordered_json;
-
-// "2.00"; more than two decimals where they are needed.
-std::string MoneyText(int64_t amount) {
-  constexpr uint64_t kUnit = 10000;
-  constexpr uint64_t kCent = 100;
-  const uint64_t all =
-      amount < 0 ? 0 - static_cast<uint64_t>(amount) : static_cast<uint64_t>(amount);
-  const char* sign = amount < 0 ? "-" : "";
-  if (all % kCent == 0) return fmt::format("{}{}.{:02}", sign, all / kUnit, all % kUnit / kCent);
-  return fmt::format("{}{}.{:04}", sign, all / kUnit, all % kUnit);
-}
 
 ordered_json DocumentJson(const Job& job) {
   if (!job.document) return nullptr;
@@ -39,11 +27,13 @@ ordered_json DocumentJson(const Job& job) {
 
 }  // namespace
 
-Reply Problem(int status, std::string_view code, const std::string& detail) {
+Reply Problem(int status, std::string_view code, const std::string& detail,
+              const std::string& pointer) {
   ordered_json json;
   json["status"] = status;
   json["code"] = code;
   json["detail"] = detail;
+  if (!pointer.empty()) json["pointer"] = pointer;
   Reply reply;
   reply.status = status;
   reply.content_type = "application/problem+json";

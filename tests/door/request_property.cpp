@@ -1,6 +1,7 @@
 // Whatever comes as a request is answered: with a status of the page, and with JSON that can be
 // read.
 #include <iterator>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -27,6 +28,11 @@ constexpr Good kGood[] = {
     {"POST", "/v1/jobs", R"({"lines":["REPORT TIPO=1, FILE='a'"],"desk":"operator"})"},
     {"POST", "/v1/jobs?wait=300",
      R"({"lines":["INP TASTO=LOTTERIA","INP LOTTERIA='ABCD1234', TASTO=TOTALE"]})"},
+    {"POST", "/v1/receipts?wait=0",
+     R"({"kind":"receipt","items":[{"department":1,"price":"1.20","discount":{"percent":"10"}}],)"
+     R"("payments":[{"tender":"card","amount":"0.50"},{"tender":1}],"trailer":["\u00e8 '"]})"},
+    {"POST", "/v1/receipts?dry_run=true",
+     R"({"kind":"void","refers_to":{"closure":1,"number":2,"date":"2026-11-22"}})"},
     {"POST", "/v1/jobs/1/resolve",
      R"({"outcome":"done","document":{"closure":1,"number":2},"reason":"seen"})"},
     {"POST", "/v1/device/close-day", R"({"desk":"operator","expires_s":1})"},
@@ -64,13 +70,15 @@ TEST(RequestProperty, EveryRequestIsAnsweredByThePage) {
   JobLog log("");
   log.Bind("99LRM0000001VR");
   LineJudge judge(shipped::LanguageFile().string());
+  const auto tables = std::make_shared<const DeviceTables>(DeviceTables{Tables({}), false});
   Api api({.log = log,
            .judge = judge,
            .hosts = {"127.0.0.1:8577"},
            .operators = {"operator"},
            .trouble = [] { return DeviceTrouble::kNone; },
            .log_failed = [] { return false; },
-           .wake = [] {}});
+           .wake = [] {},
+           .tables = [&tables] { return tables; }});
   const std::set<int> statuses = {200, 202, 400, 403, 404, 405, 409, 413, 415, 422, 429};
   Holds(run, [&] {
     Request request;
