@@ -20,8 +20,8 @@ LAYERS = {
                  "document", "tables", "fault", "paper", "value"],
     "door": ["main.cpp", "run_door.cpp", "run_door.h", "no_faults.cpp", "faults.h", "http", "job", "receipt",
              "judge", "log"],
-    "console": ["main.cpp", "command", "command/backup", "shell", "host", "device", "check",
-                "terminal", "message"],
+    "console": ["main.cpp", "command", "command/backup", "conform", "shell", "host",
+                "device", "check", "terminal", "message"],
     "src": ["lorimatrt", "pal/protocols", "managermachine", "rpccommon", "pal"],
 }
 # The foundation is one room under two names: the log writes through sockets and threads, and these

@@ -202,11 +202,10 @@ int RunBackup(const BackupOptions& options, Streams& streams) {
     for (const BackupTable& table : BackupTables()) {
       if (interrupted) break;
       const std::string path = folder.path() + "/" + table.file;
-      const std::string text = DumpTable(table, path, session.library());
-      const auto rows = DumpRows(table, path, text, session.language());
-      folder.Write(table.file, text);
+      const TableSession::Dump dump = session.ReadTable(table, path);
+      folder.Write(table.file, dump.text);
       manifest.files.push_back(
-          {table.name, table.file, rows.size(), text.size(), lorimat::Sha256(text)});
+          {table.name, table.file, dump.rows.size(), dump.text.size(), lorimat::Sha256(dump.text)});
       names.emplace_back(table.file);
       progress.Update(manifest.files.size());
     }

@@ -213,6 +213,13 @@ int RunByLines(const RunOptions& options, LineReader& reader, const LineHost& ho
     TellError(streams, Tr("stopped by {} behind line {}", InterruptName(), last));
     return InterruptExit();
   }
+  const bool given_up = host.device.given_up();
+  if (given_up) {
+    TellError(streams,
+              Tr("stopped behind line {}: the device '{}' is given up, and no further line "
+                 "was sent",
+                 last, Shown(host.device.name())));
+  }
   if (ran.stopped) {
     TellError(streams, Tr("stopped at line {}, which failed", last));
   } else if (failures.count() != 0) {
@@ -220,7 +227,7 @@ int RunByLines(const RunOptions& options, LineReader& reader, const LineHost& ho
     TellError(streams, FailedLinesText(failures.count(), ran.lines));
   }
   // Lines that were there when the run began are not any more.
-  const bool cut = !ran.stopped && reader.bytes_read() < reader.size();
+  const bool cut = !ran.stopped && !given_up && reader.bytes_read() < reader.size();
   if (cut) TellError(streams, Tr("{}: the file was changed meanwhile", reader.name()));
   if (failures.count() != 0) return kExitLinesFailed;
   return ran.failures_known && !cut ? kExitGood : kExitNotDone;

@@ -92,6 +92,14 @@ class DeviceFaults {
   virtual std::vector<std::string> words() const = 0;
 };
 
+// What went wrong with a call beside its answer.
+enum class DeviceCallFault : uint8_t {
+  kNone,
+  kThrew,    // an exception left the operation
+  kOverrun,  // it wrote behind the room of a text; nothing of that was taken
+  kHung,     // it did not come back, and the device is given up: so of all calls from then on
+};
+
 class Device {
  public:
   virtual ~Device() = default;
@@ -143,6 +151,12 @@ class Device {
   // empty when it did not.
   std::string ReasonSince(uint64_t refusals_before, long code) const;
   static std::string Reason(const DeviceRefusal& refusal, long code);
+
+  // What went wrong with the calls since this was asked last: the latest.
+  virtual DeviceCallFault TakeCallFault() { return DeviceCallFault::kNone; }
+
+  // Whether it hung in a call and is given up: every call is refused from then on.
+  virtual bool given_up() const { return false; }
 
   // What is wrong with the device itself, in the reader's language; empty when nothing is.
   virtual std::string last_failure() const { return {}; }

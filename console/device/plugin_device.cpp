@@ -292,20 +292,28 @@ void PluginDevice::LookBehind() {
     return;
   }
   if (client_ != nullptr) {
-    const std::string threw = client_->TakeThrew();
-    if (!threw.empty()) {
-      failure_ = Tr("an exception left {} of the device '{}'", threw, Shown(facts_.name));
-    }
+    const CallFault found = client_->TakeFault();
+    NoteFault(found.fault, found.operation);
   }
   if (core_->callbacks == nullptr) return;
   const auto [fault, operation] = core_->callbacks->TakeFault();
-  if (fault == LORIMAT_BUFFER_OVERRUN) {
-    failure_ = Tr("{} of the device '{}' wrote behind the room of a text",
-                  ClientOperationName(operation), Shown(facts_.name));
-  } else if (fault == LORIMAT_CALLBACK_THREW) {
-    failure_ = Tr("an exception left {} of the device '{}'", ClientOperationName(operation),
-                  Shown(facts_.name));
-  }
+  if (fault == LORIMAT_BUFFER_OVERRUN) NoteFault(DeviceCallFault::kOverrun, operation);
+  if (fault == LORIMAT_CALLBACK_THREW) NoteFault(DeviceCallFault::kThrew, operation);
+}
+
+void PluginDevice::NoteFault(DeviceCallFault fault, ClientOperation operation) {
+  if (fault == DeviceCallFault::kNone) return;
+  call_fault_ = fault;
+  const std::string_view name = ClientOperationName(operation);
+  failure_ =
+      fault == DeviceCallFault::kOverrun
+          ? Tr("{} of the device '{}' wrote behind the room of a text", name, Shown(facts_.name))
+          : Tr("an exception left {} of the device '{}'", name, Shown(facts_.name));
+}
+
+DeviceCallFault PluginDevice::TakeCallFault() {
+  if (given_up()) return DeviceCallFault::kHung;
+  return std::exchange(call_fault_, DeviceCallFault::kNone);
 }
 
 // --- What it is.

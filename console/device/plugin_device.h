@@ -12,6 +12,7 @@
 #include "console/device/plugin_file.h"
 #include "console/device/timed_client.h"
 #include "console/terminal/streams.h"
+#include "rpccommon/client/rtfclientoperation.h"
 
 namespace lorimat::console {
 
@@ -34,6 +35,8 @@ class PluginDevice : public Device {
   uint64_t refusals() const override { return client_->refused(); }
   int last_result() const override { return TimedClient::kRefused; }
   DeviceRefusal last_refusal() const override;
+  DeviceCallFault TakeCallFault() override;
+  bool given_up() const override { return !thread_->given_up().call.empty(); }
   std::string last_failure() const override { return failure_; }
   std::string OpenDocumentFate() override;
   LeftNote NoteOfLeft() override;
@@ -50,6 +53,7 @@ class PluginDevice : public Device {
   std::string HangText() const;
   // Takes over what came of a call: lines for the trace, faults.
   void LookBehind();
+  void NoteFault(DeviceCallFault fault, ClientOperation operation);
   std::optional<int> Property(int property);
 
   Streams& streams_;
@@ -60,6 +64,7 @@ class PluginDevice : public Device {
   std::unique_ptr<TimedClient> client_;
   std::unique_ptr<Paper> paper_;
   std::unique_ptr<Faults> faults_;
+  DeviceCallFault call_fault_ = DeviceCallFault::kNone;
   std::string failure_;
 };
 

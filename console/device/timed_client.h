@@ -6,6 +6,8 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -16,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "console/device/device.h"
 #include "console/device/device_thread.h"
 #include "rpccommon/client/rtfclientbase.h"
 #include "rpccommon/client/rtfclientbuffers.h"
@@ -28,6 +31,7 @@ class HeldArgument {
  public:
   HeldArgument(Parameter value, size_t) : value_(value) {}
   Parameter inside() { return value_; }
+  bool is_whole() const { return true; }
   void GiveBack() {}
 
  private:
@@ -40,6 +44,7 @@ class HeldArgument<const char*> {
  public:
   HeldArgument(const char* text, size_t) : null_(text == nullptr), text_(null_ ? "" : text) {}
   const char* inside() { return null_ ? nullptr : text_.c_str(); }
+  bool is_whole() const { return true; }
   void GiveBack() {}
 
  private:
@@ -47,19 +52,30 @@ class HeldArgument<const char*> {
   std::string text_;
 };
 
-// A text that is filled, in the room that it has.
+// A text that is filled, in the room that it has, and a guard behind it.
 template <>
 class HeldArgument<char*> {
  public:
   HeldArgument(char* text, size_t room)
-      : caller_(text), text_(text, text == nullptr ? text : text + room) {}
+      : caller_(text), room_(room), text_(text, text == nullptr ? text : text + room) {
+    text_.resize(text_.size() + kGuardSize, kGuardByte);
+  }
   char* inside() { return caller_ == nullptr ? nullptr : text_.data(); }
+  // Whether nothing was written behind the room.
+  bool is_whole() const {
+    return std::all_of(text_.end() - kGuardSize, text_.end(),
+                       [](char c) { return c == kGuardByte; });
+  }
   void GiveBack() {
-    if (caller_ != nullptr && !text_.empty()) std::memcpy(caller_, text_.data(), text_.size());
+    if (caller_ != nullptr && room_ > 0) std::memcpy(caller_, text_.data(), room_);
   }
 
  private:
+  static constexpr std::ptrdiff_t kGuardSize = 1024;
+  static constexpr char kGuardByte = '\xA5';
+
   char* caller_;
+  size_t room_;
   std::vector<char> text_;
 };
 
@@ -71,6 +87,7 @@ requires std::is_arithmetic_v<Value> &&
   HeldArgument(Value* value, size_t)
       : caller_(value), value_(value != nullptr ? *value : Value()) {}
   Value* inside() { return caller_ == nullptr ? nullptr : &value_; }
+  bool is_whole() const { return true; }
   void GiveBack() {
     if (caller_ != nullptr) *caller_ = value_;
   }
@@ -78,6 +95,12 @@ requires std::is_arithmetic_v<Value> &&
  private:
   Value* caller_;
   Value value_;
+};
+
+// What went wrong with a call beside its answer, and the operation.
+struct CallFault {
+  DeviceCallFault fault = DeviceCallFault::kNone;
+  ClientOperation operation = {};
 };
 
 class TimedClient final : public RtfClientBase {
@@ -95,13 +118,13 @@ class TimedClient final : public RtfClientBase {
       : device_(std::move(device)),
         thread_(thread),
         behind_(std::move(behind)),
-        threw_(std::make_shared<Threw>()) {}
+        fault_(std::make_shared<CallFault>()) {}
 
   // How many operations were refused since.
   uint64_t refused() const { return refused_; }
 
-  // The operation that an exception left; empty for none. It is then forgotten.
-  std::string TakeThrew() { return std::exchange(threw_->operation, {}); }
+  // The last one that there was; it is then forgotten. One that was given up is not among them.
+  CallFault TakeFault() { return std::exchange(*fault_, {}); }
 
 #define LORIMAT_THROUGH(Name, Arguments) \
   Through<Operation::k##Name>(&RtfClientInterface::Name, [&](auto call) { return call Arguments; })
@@ -111,10 +134,6 @@ class TimedClient final : public RtfClientBase {
 #undef LORIMAT_THROUGH
 
  private:
-  struct Threw {
-    std::string operation = {};
-  };
-
   template <Operation operation, typename Result, typename... Parameters, typename Give>
   Result Through(Result (RtfClientInterface::*method)(Parameters...), Give give) {
     return give([this, method](Parameters... arguments) -> Result {
@@ -156,7 +175,7 @@ class TimedClient final : public RtfClientBase {
                                            HeldArgument<Parameters>(arguments, room(arguments))...},
                                        {}});
     const bool ended = thread_.Run(
-        ClientOperationName(operation).data(), [held, method, device = device_, threw = threw_] {
+        ClientOperationName(operation).data(), [held, method, device = device_, fault = fault_] {
           try {
             std::apply(
                 [&](auto&... argument) {
@@ -171,11 +190,20 @@ class TimedClient final : public RtfClientBase {
             throw;  // the plug-in ends its thread
           } catch (...) {
             if constexpr (std::is_same_v<Result, int>) held->answer = RTF_E_FAILURE;
-            threw->operation = ClientOperationName(operation);
+            *fault = {DeviceCallFault::kThrew, operation};
           }
         });
+    // Of a text that was written behind, nothing is known.
+    const bool is_whole =
+        !ended || std::apply([](const auto&... argument) { return (argument.is_whole() && ...); },
+                             held->arguments);
+    if (!is_whole) *fault_ = {DeviceCallFault::kOverrun, operation};
     behind_();
     if (!ended) return Refuse<operation, Result>();
+    if (!is_whole) {
+      if constexpr (std::is_same_v<Result, int>) return RTF_E_FAILURE;
+      if constexpr (!std::is_void_v<Result>) return held->answer;
+    }
     std::apply([](auto&... argument) { (argument.GiveBack(), ...); }, held->arguments);
     if constexpr (!std::is_void_v<Result>) return held->answer;
   }
@@ -183,7 +211,7 @@ class TimedClient final : public RtfClientBase {
   const std::shared_ptr<RtfClientInterface> device_;
   DeviceThread& thread_;
   const std::function<void()> behind_;
-  const std::shared_ptr<Threw> threw_;
+  const std::shared_ptr<CallFault> fault_;
   uint64_t refused_ = 0;
 };
 

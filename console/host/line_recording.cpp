@@ -53,10 +53,20 @@ LineRecording::LineRecording(const RecordOptions& options, Library& library, con
       words_.reset();
     }
   }
+  Begin(device, VersionText(library.identity().version));
+  library.Record(*recorder_);
+}
+
+LineRecording::LineRecording(const RecordOptions& options, const Device& device, Streams& streams)
+    : options_(options), streams_(streams) {
+  if (!options_.file.empty()) Begin(device, {});
+}
+
+void LineRecording::Begin(const Device& device, std::string library) {
   sink_ = std::make_unique<FileSink>(options_.file);
   recording::RecorderSettings settings;
   settings.made_by = "lorimat " LORIMAT_VERSION;
-  settings.library = VersionText(library.identity().version);
+  settings.library = std::move(library);
   settings.device = fmt::format("{} {}", device.name(), device.version());
   settings.limit = options_.limit * kMebibyte;
   settings.with_secrets = options_.secrets;
@@ -64,7 +74,6 @@ LineRecording::LineRecording(const RecordOptions& options, Library& library, con
     return WithoutSecrets(words_ ? &*words_ : nullptr, line);
   };
   recorder_.emplace(*sink_, std::move(settings));
-  library.Record(*recorder_);
 }
 
 LineRecording::~LineRecording() { Finish(); }

@@ -29,9 +29,14 @@ class LineRecording {
   // Of secrets, the definition file's words tell where in a line they stand.
   LineRecording(const RecordOptions& options, Library& library, const Device& device,
                 const std::string& definition_file, Streams& streams);
+  // The same of a device that is called without the library.
+  LineRecording(const RecordOptions& options, const Device& device, Streams& streams);
   ~LineRecording();
   LineRecording(const LineRecording&) = delete;
   LineRecording& operator=(const LineRecording&) = delete;
+
+  // Null without a file.
+  recording::Recorder* recorder() { return recorder_ ? &*recorder_ : nullptr; }
 
   // Writes its end, and tells what it does not have. Whether it has everything, or is at its limit;
   // the library is gone by then.
@@ -39,6 +44,8 @@ class LineRecording {
 
  private:
   class FileSink;
+
+  void Begin(const Device& device, std::string library);
 
   const RecordOptions options_;
   Streams& streams_;

@@ -45,7 +45,8 @@ uint64_t RunLines(LineReader& reader, const LineHost& host, LineSink& sink) {
   uint64_t last = 0;
   bool goes_on = true;
   // What Ctrl-C leaves of a line that was being typed or sent is not run.
-  while (goes_on && interrupted == 0 && reader.Next(&line) && interrupted == 0) {
+  while (goes_on && interrupted == 0 && !host.device.given_up() && reader.Next(&line) &&
+         interrupted == 0) {
     last = line.number;
     const std::string place = fmt::format("{}:{}", reader.name(), line.number);
     goes_on = sink.Take(line, place, RunLine(line, host));

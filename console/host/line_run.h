@@ -29,8 +29,8 @@ class LineSink {
   virtual bool Take(const SourceLine& line, const std::string& place, const LineAnswer& answer) = 0;
 };
 
-// Sends all lines, until the sink or a signal of interrupt.h ends it. Answers the number of the
-// last line that was sent.
+// Sends all lines, until the sink or a signal of interrupt.h ends it, or the device is given up.
+// Answers the number of the last line that was sent.
 uint64_t RunLines(LineReader& reader, const LineHost& host, LineSink& sink);
 
 }  // namespace lorimat::console

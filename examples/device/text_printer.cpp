@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int64_t kMost = 99'999'999'900;  // 9999999.99 in ten-thousandths
+constexpr int kDepartments = 40;
 
 // The paper, which one process has at a time.
 class Paper {
@@ -81,6 +82,7 @@ class Printer : public RtfClientBase {
                      int64_t unit_price, const char*, int department, bool, const char*) override {
     if (!open_ || paid_ > 0) return RTF_EFPTR_WRONG_STATE;
     if (type != PflItemType::kPrintRecItem) return RTF_E_ILLEGAL;
+    if (department < 1 || department > kDepartments) return RTF_EFPTR_BAD_VAT;
     if (quantity < 0 || quantity > 9'999'999) return RTF_EFPTR_BAD_ITEM_QUANTITY;
     int64_t amount = quantity > 0 ? unit_price : price;
     if (amount <= 0 || amount > kMost) return RTF_EFPTR_BAD_PRICE;

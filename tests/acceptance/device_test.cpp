@@ -176,13 +176,28 @@ TEST_F(DeviceTest, ACallThatHangsIsNamedAndTheRunEnds) {
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_THAT(run.errors, HasSubstr("the device 'faulty' did not come back from PrintRecItemEx "
                                     "within 1 seconds, and is given up\n"));
-  EXPECT_THAT(run.errors, HasSubstr("2 of 2 lines failed\n"));
+  EXPECT_THAT(run.errors,
+              HasSubstr("stopped behind line 1: the device 'faulty' is given up, and no "
+                        "further line was sent\n"));
+  EXPECT_THAT(run.errors, HasSubstr("1 of 1 lines failed\n"));
   const ProgramRun opening = RunFaulty("hang-open", {"--device-timeout", "1"});
   EXPECT_EQ(opening.exit_code, 2);
   EXPECT_THAT(opening.errors, HasSubstr("did not come back from lorimat_device_open within 1"));
   const ProgramRun closing = RunFaulty("hang-close", {"--device-timeout", "1"});
   EXPECT_EQ(closing.exit_code, 2);
   EXPECT_THAT(closing.errors, HasSubstr("did not come back from lorimat_device_close within 1"));
+}
+
+TEST_F(DeviceTest, TheTimeOfACallHasARange) {
+  for (const char* seconds : {"0", "-1", "86401", "ten", "1.5"}) {
+    const ProgramRun run = RunFaulty("", {"--device-timeout", seconds});
+    EXPECT_EQ(run.exit_code, 2) << seconds;
+    EXPECT_THAT(run.errors, HasSubstr("--device-timeout")) << seconds;
+    EXPECT_THAT(run.output, IsEmpty()) << seconds;
+  }
+  for (const char* seconds : {"1", "86400"}) {
+    EXPECT_EQ(RunFaulty("", {"--device-timeout", seconds}).exit_code, 0) << seconds;
+  }
 }
 
 TEST_F(DeviceTest, ASignalEndsARunThatADeviceHoldsUp) {

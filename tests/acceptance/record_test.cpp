@@ -103,6 +103,55 @@ TEST(Record, TheShellAndTheTablesAreRecordedToo) {
   EXPECT_THAT(folder.Read("backup.rec"), HasSubstr("\nend: whole "));
 }
 
+// --- The device that a recording makes.
+
+TEST(Replay, TheSameLinesAreAnsweredAsTheyWere) {
+  const TestFolder folder;
+  const ProgramRun first = Record(folder);
+  const ProgramRun again = RunConsole(
+      {"run", folder.Path("till.cmd"), "--terse", "--device", "replay:" + folder.Path("till.rec")});
+  EXPECT_EQ(again.exit_code, 1);
+  EXPECT_EQ(again.errors, first.errors);
+  EXPECT_EQ(RunConsole({"run", folder.Path("till.cmd"), "--terse", "--device", "replay",
+                        "--device-option", "file=" + folder.Path("till.rec")})
+                .errors,
+            first.errors);
+}
+
+TEST(Replay, OtherLinesAreToldWhereTheyPart) {
+  const TestFolder folder;
+  Record(folder);
+  const std::string other = folder.Write("other.cmd", "VEND REP=1, PRE=2.60\nCHIU\n");
+  const std::string recording = folder.Path("till.rec");
+  const ProgramRun run = RunConsole({"run", other, "--terse", "--device", "replay:" + recording});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr(": another call was recorded: expected PrintRecItemEx(0, \"\", "
+                                    "25000, 0, -1, 0, \"\", 1, true, \"\"), got PrintRecItemEx(0, "
+                                    "\"\", 26000, 0, -1, 0, \"\", 1, true, \"\")\n"));
+  const ProgramRun word =
+      RunConsole({"run", other, "--device", "replay:" + recording, "--device-option", "order=any"});
+  EXPECT_EQ(word.exit_code, 2);
+  EXPECT_THAT(word.errors, HasSubstr("order is strict or lenient, and not 'any'"));
+}
+
+TEST(Replay, TheShellWorksOnOne) {
+  const TestFolder folder;
+  const std::string recording = folder.Path("shell.rec");
+  const std::string lines = "VEND REP=1, PRE=1.00\nVEND REP=99, PRE=1.00\nCHIU\n";
+  const ProgramRun first = RunConsole({"shell", "--json", "--record", recording}, {.input = lines});
+  const ProgramRun again =
+      RunConsole({"shell", "--device", "replay:" + recording, "--record", folder.Path("again.rec")},
+                 {.input = lines});
+  EXPECT_EQ(again.exit_code, 1);
+  EXPECT_THAT(again.errors, Not(HasSubstr("recorded")));
+  EXPECT_THAT(again.errors, HasSubstr("1241"));
+  // A replay is recorded as any device is.
+  EXPECT_THAT(folder.Read("again.rec"), HasSubstr("\ndevice: replay "));
+  EXPECT_THAT(folder.Read("again.rec"),
+              HasSubstr("< PrintRecItemEx(0, \"\", 10000, 0, -1, 0, \"\", 99, true, \"\") -> "
+                        "217\n= 1241 "));
+}
+
 TEST(Trim, MakesAConversationOfTheLinesThatFailed) {
   const TestFolder folder;
   Record(folder);

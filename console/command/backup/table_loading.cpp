@@ -89,9 +89,8 @@ Differences CompareTables(const Backup& backup, TableSession& session, Streams& 
   uint64_t done = 0;
   for (const TableBackup& one : backup.tables) {
     if (stops && interrupted) break;
-    const std::string text = DumpTable(*one.table, one.table->file, session.library());
-    const auto rows = DumpRows(*one.table, one.table->file, text, session.language());
-    const Differences some = CompareRows(*one.table, one.rows, rows);
+    const auto dump = session.ReadTable(*one.table, one.table->file);
+    const Differences some = CompareRows(*one.table, one.rows, dump.rows);
     all.insert(all.end(), some.begin(), some.end());
     progress.Update(++done);
   }

@@ -5,9 +5,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "console/check/language.h"
 #include "console/command/backup/backup_tables.h"
+#include "console/command/backup/table_refusals.h"
 #include "console/device/device.h"
 #include "console/device/open_device.h"
 #include "console/host/library.h"
@@ -34,9 +36,18 @@ class TableSession {
   Library& library() { return *library_; }
   Device& device() { return *device_; }
 
+  // A table as the library dumps it, and its rows; `path` names the file that it is for. Throws
+  // Failure when that is not whole, and says so of a table that the device does not have.
+  struct Dump {
+    std::string text;
+    std::vector<DumpRow> rows;
+  };
+  Dump ReadTable(const BackupTable& table, const std::string& path);
+
  private:
   DeviceFacts facts_;
   std::optional<Language> language_;
+  TableRefusals* refusals_ = nullptr;       // of the device, which keeps it
   std::unique_ptr<Device> device_;          // outlives the library, which holds on to it
   std::optional<LineRecording> recording_;  // so does it, and tells at its end what it lacks
   std::optional<Library> library_;

@@ -34,6 +34,11 @@ class Answering : public RtfClientBase {
     std::strcpy(text, "data");
     return RTF_SUCCESS;
   }
+  // One byte more than there is room for.
+  int GetHeaderLine(int, char* text) override {
+    std::memset(text, 'A', 66);
+    return RTF_SUCCESS;
+  }
   int DisplayText(const char* text, int) override { return text == nullptr ? 1 : 0; }
   int OpenDrawer() override { throw std::runtime_error("stuck"); }
   int PrintZReportEx(bool) override {
@@ -86,10 +91,24 @@ TEST(TimedClientTest, AnExceptionIsAFailureWithTheNameOfItsOperation) {
   DeviceThread thread(kLong);
   TimedClient client(std::make_shared<Answering>(), thread, [] {});
   EXPECT_EQ(client.OpenDrawer(), RTF_E_FAILURE);
-  EXPECT_EQ(client.TakeThrew(), "OpenDrawer");
-  EXPECT_EQ(client.TakeThrew(), "");
+  const CallFault fault = client.TakeFault();
+  EXPECT_EQ(fault.fault, DeviceCallFault::kThrew);
+  EXPECT_EQ(fault.operation, ClientOperation::kOpenDrawer);
+  EXPECT_EQ(client.TakeFault().fault, DeviceCallFault::kNone);
   int value = 0;
   EXPECT_EQ(client.GetIntProperty(2, &value), RTF_SUCCESS);
+}
+
+TEST(TimedClientTest, ATextThatIsWrittenBehindItsRoomIsTakenNothingOf) {
+  DeviceThread thread(kLong);
+  TimedClient client(std::make_shared<Answering>(), thread, [] {});
+  std::array<char, 65> text;
+  text.fill('B');
+  EXPECT_EQ(client.GetHeaderLine(1, text.data()), RTF_E_FAILURE);
+  EXPECT_EQ(std::string(text.data(), text.size()), std::string(65, 'B'));
+  const CallFault fault = client.TakeFault();
+  EXPECT_EQ(fault.fault, DeviceCallFault::kOverrun);
+  EXPECT_EQ(fault.operation, ClientOperation::kGetHeaderLine);
 }
 
 TEST(TimedClientTest, WhatIsGivenUpIsNamedAndNothingIsCalledBehindIt) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "console/conform/refusal_calls.h"
 #include "unit/register/client/state_calls.h"
 #include "unit/register/register_fixture.h"
 
@@ -60,8 +61,8 @@ TEST(DevicesPage, HasTheStatesOfEachOperation) {
   }
   std::set<std::string> used;
   for (const StateCall& call : StateCalls()) {
-    auto row = page.find(call.name);
-    if (row == page.end()) row = page.find(call.name.substr(0, call.name.find(' ')));
+    auto row = page.find(std::string(call.name));
+    if (row == page.end()) row = page.find(std::string(call.name.substr(0, call.name.find(' '))));
     ASSERT_NE(row, page.end()) << call.name;
     used.insert(row->first);
     for (int state = 0; state < kStates; ++state) {
@@ -211,6 +212,23 @@ INSTANTIATE_TEST_SUITE_P(Page, DevicesPageRefusals, testing::ValuesIn(TableBelow
 
 TEST_F(DevicesPageTest, NamesEachRefusalThatIsTried) {
   EXPECT_EQ(TableBelow("## Refusals").size(), Ways().size());
+}
+
+// The last column has those that "lorimat conform" tries, with the code that it expects.
+TEST(DevicesPage, TellsWhichRefusalsDevicesAreTriedBy) {
+  std::map<std::string, std::string> page;
+  for (const Cells& row : TableBelow("## Refusals")) {
+    ASSERT_EQ(row.size(), 4u) << row[0];
+    ASSERT_TRUE(row[3] == "yes" || row[3] == "-") << row[0];
+    if (row[3] == "yes") page.emplace(QuotedNames(row[0]).at(0), row[1]);
+  }
+  // Each state refuses what it does not allow.
+  std::map<std::string, std::string> tried = {
+      {"RTF_EFPTR_WRONG_STATE", std::to_string(RTF_EFPTR_WRONG_STATE)}};
+  for (const console::RefusalCall& call : console::RefusalCalls()) {
+    tried.emplace(call.name, std::to_string(call.code));
+  }
+  EXPECT_EQ(page, tried);
 }
 
 }  // namespace

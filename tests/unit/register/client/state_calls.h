@@ -1,26 +1,23 @@
-// Every operation that the state of the printer allows or refuses, with the states that allow it.
+// A register in each state of the printer, for the operations of console/conform/state_calls.h.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
+#include "console/conform/state_calls.h"
 #include "register/client/virtual_register.h"
 
 namespace lorimat {
 
-enum State { kMonitor, kReceipt, kTotal, kEnding, kNonFiscal, kItemList, kStates };
+using console::kEnding;
+using console::kItemList;
+using console::kNonFiscal;
+using console::kReceipt;
+using console::kStates;
+using console::kTotal;
+using console::State;
+using console::StateCall;
+using console::StateCalls;
 
-// The same as values of RTF_PIDXFptr_PrinterState.
+// The values of RTF_PIDXFptr_PrinterState.
 extern const int kPrinterStates[kStates];
-
-struct StateCall {
-  std::string name;  // the operation, and behind a blank what is special about the call
-  std::function<int(VirtualRegister&)> call;
-  bool allowed[kStates];
-};
-
-const std::vector<StateCall>& StateCalls();
 
 // Brings a fresh register into the state, behind one registered sale.
 void Enter(VirtualRegister& device, State state);

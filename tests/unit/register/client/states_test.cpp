@@ -10,7 +10,7 @@ class StatesTest : public RegisterTest {};
 TEST_F(StatesTest, EveryOperationInEveryState) {
   for (const StateCall& row : StateCalls()) {
     for (int state = 0; state < kStates; ++state) {
-      SCOPED_TRACE(row.name + " in state " + std::to_string(kPrinterStates[state]));
+      SCOPED_TRACE(std::string(row.name) + " in state " + std::to_string(kPrinterStates[state]));
       VirtualRegister other(TestSettings());
       ASSERT_NO_FATAL_FAILURE(Enter(other, static_cast<State>(state)));
       const std::string paper = other.paper_text();
