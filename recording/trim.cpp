@@ -159,14 +159,13 @@ class Trimming {
     if (!recording_.first_time.empty()) text += ", " + conversation::Escape(recording_.first_time);
     if (!recording_.made_by.empty()) text += ", by " + conversation::Escape(recording_.made_by);
     text += recording_.blanked ? "; secrets are blanked.\n" : ".\n";
-    bool first_init = true;
+    const std::optional<size_t> start = OnlyStart();
     for (size_t i = 0; i <= last_ && i < steps_.size(); ++i) {
       const Step& step = steps_[i];
       if (IsLine(step)) {
         if (matters_[i]) text += LineText(step);
       } else if (step.kind == Step::kInit) {
-        text += first_init && IsPlain(step) ? Items(step) : InitText(step);
-        first_init = false;
+        text += start == i && IsPlain(step) ? Items(step) : InitText(step);
       } else if (step.kind == Step::kLanguageText) {
         text += Block("language", step.text);
       } else if (step.kind == Step::kLanguageName) {
@@ -176,6 +175,18 @@ class Trimming {
       }
     }
     return text;
+  }
+
+  // The start ahead of the first line that is kept, which a conversation makes by itself; none when
+  // there are several.
+  std::optional<size_t> OnlyStart() const {
+    std::optional<size_t> start;
+    for (size_t i = 0; i < steps_.size() && !(IsLine(steps_[i]) && matters_[i]); ++i) {
+      if (steps_[i].kind != Step::kInit) continue;
+      if (start) return std::nullopt;
+      start = i;
+    }
+    return start;
   }
 
   static std::string LineText(const Step& step) {

@@ -31,6 +31,7 @@ ROWS = [
     ("fuzz.batch", "executions of the fuzzer batch"),
     ("fuzz.foundation", "executions of the fuzzer foundation"),
     ("fuzz.reading", "executions of the fuzzer reading"),
+    ("fuzz.recording", "executions of the fuzzer recording"),
     ("fuzz.register", "executions of the fuzzer register"),
     ("fuzz.register_file", "executions of the fuzzer register_file"),
     ("fuzz.console", "executions of the fuzzer console"),

@@ -361,6 +361,26 @@ TEST(Trim, WithoutAFailureLinesHaveToBeNamed) {
   EXPECT_THAT(Trim(read, {1}).text, Not(HasSubstr("> CHIU\n")));
 }
 
+// A conversation starts by itself, once; a second start is one that its lines rest on.
+TEST(Trim, AStartBehindALineIsKept) {
+  const std::string start =
+      "init: 0\n"
+      "< EcrIo(-112, 0, null, 0, null, null) -> 0\n"
+      "< GetDataInternal(92) -> 0 [\"99MEX\"]\n";
+  const std::string line = "> CHIU\n= 1236 \"ERROR 4/212 : \"\n";
+  const Trimmed once = Trim(ReadRecordingText("x", start + line + start + line), {});
+  EXPECT_EQ(once.text, "# 2 of 2 lines.\nitem 92: \"99MEX\"\n" + line + start + line);
+  EXPECT_EQ(Trim(ReadRecordingText("x", once.text), {}).text, once.text);
+}
+
+TEST(Trim, OfTwoStartsAheadOfTheLinesBothAreKept) {
+  const std::string start = "init: 0\n< EcrIo(-112, 0, null, 0, null, null) -> 0\n";
+  const std::string line = "> CHIU\n= 1236 \"ERROR 4/212 : \"\n";
+  const Trimmed once = Trim(ReadRecordingText("x", start + start + line), {});
+  EXPECT_EQ(once.text, "# 1 of 1 lines.\n" + start + start + line);
+  EXPECT_EQ(Trim(ReadRecordingText("x", once.text), {}).text, once.text);
+}
+
 TEST(Trim, AStartThatDidNotGoTheOrdinaryWayIsKeptWhole) {
   const Recording read = ReadRecordingText("x",
                                            "init: below\n"
