@@ -138,7 +138,8 @@ TEST(Replay, TheShellWorksOnOne) {
   const TestFolder folder;
   const std::string recording = folder.Path("shell.rec");
   const std::string lines = "VEND REP=1, PRE=1.00\nVEND REP=99, PRE=1.00\nCHIU\n";
-  const ProgramRun first = RunConsole({"shell", "--json", "--record", recording}, {.input = lines});
+  const ProgramRun first = RunConsole({"shell", "--record", recording}, {.input = lines});
+  EXPECT_EQ(first.exit_code, 1);
   const ProgramRun again =
       RunConsole({"shell", "--device", "replay:" + recording, "--record", folder.Path("again.rec")},
                  {.input = lines});
