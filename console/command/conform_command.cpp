@@ -99,9 +99,10 @@ std::string AsText(const ConformReport& report) {
       text += fmt::format("  {}    {}\n", std::string(width, ' '), FindingText(finding));
     }
   }
-  return text + Tr("\n{} fit, {} are missing, {} are against the contract, {} were not tried\n",
-                   report.Count(ConformVerdict::kFits), report.Count(ConformVerdict::kMissing),
-                   report.Count(ConformVerdict::kAgainst), report.Count(ConformVerdict::kNotTried));
+  return text + "\n" +
+         Tr("{} fit, {} are missing, {} are against the contract, {} were not tried\n",
+            report.Count(ConformVerdict::kFits), report.Count(ConformVerdict::kMissing),
+            report.Count(ConformVerdict::kAgainst), report.Count(ConformVerdict::kNotTried));
 }
 
 Json FindingJson(const ConformFinding& finding) {
