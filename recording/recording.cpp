@@ -15,7 +15,6 @@
 namespace recording {
 namespace {
 
-using conversation::Conversation;
 using conversation::Failure;
 
 constexpr std::string_view kFirstWord = "recording: ";

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "recording/doing.h"
 #include "recording/text_rooms.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -19,26 +20,9 @@ using conversation::CallSlip;
 using conversation::Out;
 using conversation::Value;
 
-enum class Doing : uint8_t {
-  Host,
-  Reads,
-  Acts,
-  Records,
-  Prints,
-  Opens,
-  Pays,
-  Totals,
-  Settles,
-  Keys
-};
-constexpr Doing kDoings[] = {
-#define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) Doing::Does,
-#include "rpccommon/client/rtfclientoperations.inc"
-};
-
 bool OnlyReads(ClientOperation operation) {
-  const Doing doing = kDoings[static_cast<size_t>(operation)];
-  return doing == Doing::Reads || doing == Doing::Host;
+  const Doing doing = DoingOf(operation);
+  return doing == Doing::kReads || doing == Doing::kHost;
 }
 
 constexpr bool kHasCode[] = {

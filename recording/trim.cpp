@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "recording/doing.h"
 #include "recording/recorder.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -14,23 +15,6 @@ using conversation::Call;
 using conversation::Step;
 using conversation::Value;
 using Operation = ClientOperation;
-
-enum class Doing : uint8_t {
-  Host,
-  Reads,
-  Acts,
-  Records,
-  Prints,
-  Opens,
-  Pays,
-  Totals,
-  Settles,
-  Keys
-};
-constexpr Doing kDoings[] = {
-#define RTF_CLIENT_OPERATION(Does, Result, Name, Parameters, Arguments) Doing::Does,
-#include "rpccommon/client/rtfclientoperations.inc"
-};
 
 // Documents that are not fiscal begin with these.
 constexpr Operation kOtherBegins[] = {Operation::kBeginNonFiscal, Operation::kBeginNonFiscalJournal,
@@ -46,8 +30,7 @@ bool IsOneOf(Operation operation, const Operation (&operations)[size]) {
 }
 
 bool Begins(Operation operation) {
-  return kDoings[static_cast<size_t>(operation)] == Doing::Opens ||
-         IsOneOf(operation, kOtherBegins);
+  return DoingOf(operation) == Doing::kOpens || IsOneOf(operation, kOtherBegins);
 }
 
 // A printer that says it has no document open: a payment may have ended one.

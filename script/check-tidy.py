@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""clang-tidy over src/, register/, bindings/, language/ and console/, by the checks of .clang-tidy.
+"""clang-tidy over src/, register/, recording/, bindings/, language/ and console/, by the checks of .clang-tidy.
 
 usage: script/check-tidy.py [BUILD-FOLDER]    (build/release)
 
@@ -15,7 +15,7 @@ import subprocess
 import sys
 import tempfile
 
-ROOMS = ("src", "register", "bindings", "language", "console")
+ROOMS = ("src", "register", "recording", "bindings", "language", "console")
 # What g++ knows and clang does not, and what is ours to judge and not the compiler's. A precompiled
 # header was made by g++.
 DROPPED = re.compile(r" (-fno-gnu-unique|-Winvalid-pch|-W[^ ]*|-include [^ ]*cmake_pch\.hxx)(?= )")
