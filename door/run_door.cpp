@@ -223,7 +223,10 @@ int RunDoor(const Options& options, Streams& streams) {
   // Ahead of all threads, which inherit it.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  const std::unique_ptr<FiscalDevice> opened = WithFaults(OpenDoorDevice(request, streams));
+  std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams);
+  // What its tables are is known of the register alone.
+  auto* own = dynamic_cast<RegisterDevice*>(bare.get());
+  const std::unique_ptr<FiscalDevice> opened = WithFaults(std::move(bare));
   FiscalDevice& device = *opened;
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();
@@ -253,7 +256,10 @@ int RunDoor(const Options& options, Streams& streams) {
   log.SetObserver([&server](int64_t id) { server.Notify(id); });
   TroubleTeller teller(streams);
   KnownTables tables;
-  tables.Look(device.device());
+  const auto look = [&tables, own] {
+    if (own != nullptr) tables.Look(own->device());
+  };
+  look();
   Service service(
       {.log = log,
        .device = device,
@@ -261,7 +267,7 @@ int RunDoor(const Options& options, Streams& streams) {
        .run = WithFaults([&](const std::string& line, std::string* answer) {
          const long code = library.RunLine(line, answer);
          // What it programmed counts for the next receipt.
-         tables.Look(device.device());
+         look();
          return code;
        }),
        .watch = FaultWatch(),
