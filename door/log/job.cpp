@@ -35,7 +35,7 @@ constexpr std::string_view kWhys[] = {
     "its lines are sent",
     "all its lines were answered",
     "a line was refused; what was open has been given up",
-    "its lines left something open, which has been given up",
+    "left_open: its lines left something open, which has been given up",
     "its lines were answered, and the device registered nothing",
     "an answer was lost",
     "the device does not answer",
