@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "register/value/nature.h"
+
 namespace lorimat {
 namespace {
 
@@ -12,12 +14,16 @@ Amount Absolute(Amount amount) { return amount < 0 ? -amount : amount; }
 // Counts what falls on several entries once for each of their rates.
 void CountShares(const std::vector<VatRate>& rates, const std::map<int, Amount>& shares,
                  Counted what, StoredDocument* stored) {
-  std::vector<std::string> names;
+  std::vector<VatRate> counted;
   for (const auto& [vat, share] : shares) {
     if (share == 0) continue;
-    std::string name = VatName(rates, vat);
-    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
-    names.push_back(std::move(name));
+    const VatRate* entry = VatEntry(rates, vat);
+    const VatRate rate = entry != nullptr ? *entry : VatRate{};
+    if (std::any_of(counted.begin(), counted.end(),
+                    [&rate](const VatRate& other) { return SameRate(other, rate); })) {
+      continue;
+    }
+    counted.push_back(rate);
     ++stored->figures[vat][what];
   }
 }

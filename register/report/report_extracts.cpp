@@ -183,16 +183,18 @@ int ReportDesk::Closings(const FiscalRequest& request, bool sums, Paper* report)
   if (found.empty()) return Refuse(RTF_E_NOEXIST, RefusalCause::kNothingInRange);
 
   Totals totals;
+  std::vector<RateSums> rates;
   for (const Closure& closure : found) {
     totals.Add(closure.totals);
+    AddByRate(closure.totals, closure.vat_rates, &rates);
     if (sums) continue;
     report->Blank();
     PrintClosure(closure, report);
   }
   report->Blank();
   report->Pair("Chiusure", std::to_string(found.size()));
-  PrintSections(core_, {totals, nullptr, 0, found.back().vat_rates},
-                sums ? kDaySection | kVatSection : 0u, report);
+  PrintSections(core_, {totals, Something(std::move(rates))}, sums ? kDaySection | kVatSection : 0u,
+                report);
   if (!sums) report->Pair("TOTALE DEL PERIODO", FormatAmount(totals.Summary().net()));
   report->Blank();
   report->Centred("RT " + core_.tables.settings().serial_number);

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "register/desk/layout.h"
-#include "register/totals/rate_sums.h"
 
 namespace lorimat {
 namespace {
@@ -89,9 +88,8 @@ std::string Counting(std::string_view name, int64_t count) {
   return count == 0 ? std::string(name) : fmt::format("{} n. {}", name, count);
 }
 
-void PrintRates(const Totals& totals, const std::vector<VatRate>& rates,
-                std::span<const VatRow> rows, Paper* paper) {
-  for (const RateSums& sums : SumsByRate(totals, rates)) {
+void PrintRates(const std::vector<RateSums>& rates, std::span<const VatRow> rows, Paper* paper) {
+  for (const RateSums& sums : rates) {
     for (const VatRow& row : rows) {
       const Amount amount = row.of(sums);
       const int64_t count = row.count != nullptr ? row.count(sums) : 0;
@@ -164,7 +162,7 @@ void PrintTenders(const RegisterCore& core, const ReportFigures& figures, Paper*
 
 void PrintVat(const ReportFigures& figures, Paper* paper) {
   paper->Text("IVA");
-  PrintRates(figures.totals, figures.vat_rates, kVatRows, paper);
+  PrintRates(figures.rates, kVatRows, paper);
 }
 
 void PrintDepartments(const RegisterCore& core, const ReportFigures& figures, Paper* paper) {
@@ -214,7 +212,8 @@ void PrintClosure(const Closure& closure, Paper* paper) {
   paper->Pair(fmt::format("CHIUSURA N. {:04}", closure.number), FormatDateTime(closure.time));
   paper->Pair("Documenti", std::to_string(closure.counters.documents));
   paper->Pair("Fatture", std::to_string(closure.counters.invoices));
-  PrintRates(closure.totals, closure.vat_rates, std::span(kVatRows).first(kMemoryRows), paper);
+  PrintRates(SumsByRate(closure.totals, closure.vat_rates), std::span(kVatRows).first(kMemoryRows),
+             paper);
   paper->Pair("TOTALE GIORNALIERO", FormatAmount(totals.net()));
   paper->Pair("GRAN TOTALE", FormatAmount(closure.grand_total));
 }

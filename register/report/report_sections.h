@@ -8,6 +8,7 @@
 #include "register/core/core.h"
 #include "register/paper/paper.h"
 #include "register/totals/closures.h"
+#include "register/totals/rate_sums.h"
 
 namespace lorimat {
 
@@ -24,9 +25,9 @@ enum ReportSection : unsigned {
 // counts its documents.
 struct ReportFigures {
   const Totals& totals;
+  std::vector<RateSums> rates = {};  // each day at the rates that it had
   const DailyCounters* counters = nullptr;
   Amount grand_total = 0;
-  const std::vector<VatRate>& vat_rates;
 };
 
 void PrintSections(const RegisterCore& core, const ReportFigures& figures, unsigned sections,

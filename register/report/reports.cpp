@@ -110,10 +110,11 @@ int ReportDesk::PrintX(int32_t kind, bool clear, const ReportTarget& target) {
   Paper report = Begin(row->title);
   report.Centred("non fiscale");
   report.Blank();
-  PrintSections(core_,
-                {core_.store.day(), &core_.store.counters(), core_.store.grand_total(),
-                 core_.tables.settings().vat_rates},
-                row->sections, &report);
+  PrintSections(
+      core_,
+      {core_.store.day(), SumsByRate(core_.store.day(), core_.tables.settings().vat_rates),
+       &core_.store.counters(), core_.store.grand_total()},
+      row->sections, &report);
   report.Blank();
   report.Centred(FormatDateTime(core_.Now()));
   report.Centred("RT " + core_.tables.settings().serial_number);
@@ -131,7 +132,8 @@ int ReportDesk::CloseDay() {
   Paper report = Begin("CHIUSURA GIORNALIERA");
   report.Blank();
   PrintSections(core_,
-                {core_.store.day(), &core_.store.counters(), core_.store.grand_total(), rates},
+                {core_.store.day(), SumsByRate(core_.store.day(), rates), &core_.store.counters(),
+                 core_.store.grand_total()},
                 kDaySection | kTenderSection | kVatSection, &report);
   report.Blank();
   report.Centred(FormatDateTime(now));
@@ -173,8 +175,11 @@ int ReportDesk::PrintPeriodic(int32_t kind, bool clear, const ReportTarget& targ
   Paper report = Begin(row->title);
   if (start.cleared) report.Centred("dal " + FormatDateTime(start.time));
   report.Blank();
-  PrintSections(core_, {totals, nullptr, 0, core_.tables.settings().vat_rates}, row->sections,
-                &report);
+  ReportFigures figures = {totals};
+  if ((row->sections & kVatSection) != 0) {
+    figures.rates = core_.store.PeriodRates(kind, core_.tables.settings().vat_rates);
+  }
+  PrintSections(core_, figures, row->sections, &report);
   report.Blank();
   if (clear) report.Centred("TOTALI AZZERATI");
   report.Centred(FormatDateTime(now));

@@ -213,15 +213,21 @@ void RegisterStore::MarkLotterySent(const std::tm& time) {
 }
 
 Totals RegisterStore::DaySince(const PeriodStart& start) const {
-  if (start.first_document <= ledger_.first_of_day) return day();
+  return start.first_document <= ledger_.first_of_day ? day() : RestOfDay(start.first_document);
+}
+
+Totals RegisterStore::RestOfDay(int64_t first) const {
   Totals totals;
   DocumentSelection selection;
-  selection.first = start.first_document;
-  ForEachDocument(selection, [&totals](const StoredDocument& document) {
+  selection.first = first;
+  ForEachDocument(selection, [&](const StoredDocument& document) {
+    if (document.closure != closure.value_or(document.closure)) return false;
+    closure = document.closure;
     totals.Add(document);
     return true;
   });
   return totals;
+  std::optional<int> closure;
 }
 
 Totals RegisterStore::PeriodTotals(int period) const {
@@ -238,6 +244,26 @@ Totals RegisterStore::GrandTotals() const {
 }
 
 void RegisterStore::ClearPeriod(int period, const std::tm& time) {
+std::vector<RateSums> RegisterStore::PeriodRates(int period,
+                                                 const std::vector<VatRate>& rates) const {
+  std::vector<RateSums> all;
+  const PeriodStart& start = Period(period).start;
+  if (const std::optional<StoredDocument> first = FindById(start.first_document);
+      first && first->closure <= ledger_.last_closure) {
+    const std::optional<StoredDocument> ahead = FindById(first->id - 1);
+    const bool within = ahead && ahead->closure == first->closure;
+    // One by one: a memory may have thousands.
+    for (int number = first->closure; number <= ledger_.last_closure; ++number) {
+      for (const Closure& closure : FindClosures(number, number)) {
+        AddByRate(number == first->closure && within ? RestOfDay(first->id) : closure.totals,
+                  closure.vat_rates, &all);
+      }
+    }
+  }
+  AddByRate(DaySince(start), rates, &all);
+  return Something(std::move(all));
+}
+
   AddEvent(EventKind::kPeriodCleared, time, std::to_string(period),
            std::to_string(ledger_.last_document + 1));
   ledger_.periods[static_cast<size_t>(period)] = {{ledger_.last_document + 1, time, true},

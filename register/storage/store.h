@@ -23,6 +23,7 @@
 #include "register/storage/database.h"
 #include "register/totals/closures.h"
 #include "register/totals/journal.h"
+#include "register/totals/rate_sums.h"
 #include "register/totals/totals.h"
 
 namespace lorimat {
@@ -138,6 +139,9 @@ class RegisterStore {
   const PeriodStart& period_start(int period) const { return Period(period).start; }
   Totals PeriodTotals(int period) const;
   // Numbers of rows: the place of the last one, which all count from 1.
+  // The same by rate, each day at the rates that it had, the open one at `rates`: reads the
+  // closings of the period.
+  std::vector<RateSums> PeriodRates(int period, const std::vector<VatRate>& rates) const;
   int64_t document_count() const { return ledger_.last_document; }
   uint64_t journal_count() const { return static_cast<uint64_t>(ledger_.journal_place); }
   // Of the chain's last link: an entry, or an event (register/storage/chain.h).
@@ -209,6 +213,8 @@ class RegisterStore {
   void InsertEntry(JournalEntry entry, const std::string& facts);
   void AddEvent(EventKind kind, const std::tm& time, std::string subject = {},
                 std::string value = {});
+  // The documents from this place on, up to the end of their day.
+  Totals RestOfDay(int64_t first) const;
   void WriteLedger();
   void WritePeriods(bool all);
 

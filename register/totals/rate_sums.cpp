@@ -1,8 +1,10 @@
 #include "register/totals/rate_sums.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "register/tables/tables.h"
+#include "register/value/nature.h"
 
 namespace lorimat {
 namespace {
@@ -18,11 +20,13 @@ void ForKinds(const std::array<VatFigures, 4>& kinds, unsigned wanted, Each each
   }
 }
 
-RateSums& Named(const std::string& name, const VatRate& rate, std::vector<RateSums>* all) {
+RateSums& Of(const VatRate& rate, std::vector<RateSums>* all) {
   const auto found = std::find_if(all->begin(), all->end(),
-                                  [&name](const RateSums& sums) { return sums.name == name; });
+                                  [&](const RateSums& sums) { return SameRate(sums.rate, rate); });
   if (found != all->end()) return *found;
-  all->push_back({name, rate, {}});
+  // A mark of a host's own may stand for several rates.
+  const bool marked = rate.rate == 0 && !rate.mark.empty();
+  all->push_back({marked ? rate.mark : FormatRate(rate.rate), rate, {}});
   return all->back();
 }
 
@@ -56,12 +60,15 @@ int64_t RateSums::Count(unsigned wanted, Counted what) const {
   return sum;
 }
 
-std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate>& rates) {
-  std::vector<RateSums> all;
+void AddByRate(const Totals& totals, const std::vector<VatRate>& rates,
+               std::vector<RateSums>* all) {
+  // An entry that the table does not have is of no rate.
+  const auto now = [&rates](int vat) {
+    const VatRate* rate = VatEntry(rates, vat);
+    return rate != nullptr ? *rate : VatRate{};
+  };
   for (const auto& [vat, gross] : totals.GrossByVat()) {
-    const bool known = vat >= 1 && static_cast<size_t>(vat) <= rates.size();
-    RateSums& sums =
-        Named(VatName(rates, vat), known ? rates[static_cast<size_t>(vat) - 1] : VatRate{}, &all);
+    RateSums& sums = Of(now(vat), all);
     for (const DocumentKind kind : kKinds) {
       const auto figures = totals.of(kind).by_vat.find(vat);
       if (figures == totals.of(kind).by_vat.end()) continue;
@@ -71,17 +78,23 @@ std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate
   for (const DocumentKind kind : kKinds) {
     const auto index = static_cast<size_t>(kind);
     for (const auto& [entry, figures] : totals.of(kind).at_other_rates) {
-      const std::string now = VatName(rates, entry.vat);
-      for (RateSums& sums : all) {
-        if (sums.name == now) AddTo(&sums.kinds[index], figures, -1);
-      }
-      AddTo(&Named(VatName({entry.rate}, 1), entry.rate, &all).kinds[index], figures);
+      AddTo(&Of(now(entry.vat), all).kinds[index], figures, -1);
+      AddTo(&Of(entry.rate, all).kinds[index], figures);
     }
   }
+}
+
+std::vector<RateSums> Something(std::vector<RateSums> all) {
   std::erase_if(all, [](const RateSums& sums) {
     return std::all_of(sums.kinds.begin(), sums.kinds.end(), IsNothing);
   });
   return all;
+}
+
+std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate>& rates) {
+  std::vector<RateSums> all;
+  AddByRate(totals, rates, &all);
+  return Something(std::move(all));
 }
 
 }  // namespace lorimat

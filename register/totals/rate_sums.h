@@ -11,9 +11,9 @@
 
 namespace lorimat {
 
-// What one rate, or one mark of sales without tax, comes to.
+// What one rate, or one nature of sales without tax, comes to.
 struct RateSums {
-  std::string name;  // "22%", or the mark
+  std::string name;  // "22%", or the mark; no two have the same
   VatRate rate;
   std::array<VatFigures, 4> kinds;  // by DocumentKind
 
@@ -25,8 +25,13 @@ struct RateSums {
   int64_t Count(unsigned wanted, Counted what) const;
 };
 
-// In the order of the VAT table; entries with the same rate, or the same mark, are one. What went
-// back at the rate of its day stands at that; a rate at which nothing is left is none.
+// In the order of the VAT table; entries with the same rate, or of the same nature, are one. What
+// went back at the rate of its day stands at that; a rate at which nothing is left is none.
 std::vector<RateSums> SumsByRate(const Totals& totals, const std::vector<VatRate>& rates);
+
+// The same over days of different tables: each is added with the rates that it had, and what is
+// left of all of them is something.
+void AddByRate(const Totals& totals, const std::vector<VatRate>& rates, std::vector<RateSums>* all);
+std::vector<RateSums> Something(std::vector<RateSums> all);
 
 }  // namespace lorimat

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "register/value/settings.h"
+
 namespace lorimat {
 
 struct Nature {
@@ -37,6 +39,13 @@ constexpr const Nature& NatureOf(std::string_view mark) {
     if (mark.starts_with(nature.code) || mark.starts_with(nature.mark.substr(0, 2))) return nature;
   }
   return kExempt;
+}
+
+// Whether sales of both are one in what is summed: of the same rate, or without one and of the same
+// nature, whatever their marks are.
+inline bool SameRate(const VatRate& one, const VatRate& other) {
+  if (one.rate != other.rate) return false;
+  return one.rate != 0 || &NatureOf(one.mark) == &NatureOf(other.mark);
 }
 
 }  // namespace lorimat

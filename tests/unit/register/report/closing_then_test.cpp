@@ -136,5 +136,89 @@ TEST_F(ClosingThen, ARateAtWhichNothingIsLeftIsNone) {
             "Annulli 22% n. 1                     12,20\n");
 }
 
+// 12,20 at 22 %: 10,00 and 2,20. 12,00 and 24,00 at 20 %: 10,00 and 2,00, 20,00 and 4,00. 11,00 at
+// 10 %: 10,00 and 1,00. All by entry 1.
+TEST_F(ClosingThen, SumsOverClosingsAreAtTheRatesOfEachDay) {
+  Sell(1, 122000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  SetRate(1, "200000");
+  Sell(1, 120000);
+  const auto periodic = [this](bool clear) {
+    const size_t before = device->paper_text().size();
+    EXPECT_EQ(device->PeriodicReportMessageEx(3, 0, "txt", "", 1, clear), RTF_SUCCESS);
+    const std::string paper = device->paper_text().substr(before);
+    const size_t at = paper.find("\nIVA\n") + 5;
+    return paper.substr(at, paper.find("\n\n", at) + 1 - at);
+  };
+  const std::string first =
+      "Totale 22% n. 1                      12,20\n"
+      "Imponibile 22%                       10,00\n"
+      "Imposta 22%                           2,20\n";
+  EXPECT_EQ(periodic(true), first +
+                                "Totale 20% n. 1                      12,00\n"
+                                "Imponibile 20%                       10,00\n"
+                                "Imposta 20%                           2,00\n");
+  Sell(1, 240000);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  SetRate(1, "100000");
+  Reopen();
+  // Cleared within a day: what comes behind it in that day has the rates of that.
+  const std::string second =
+      "Totale 20% n. 1                      24,00\n"
+      "Imponibile 20%                       20,00\n"
+      "Imposta 20%                           4,00\n";
+  EXPECT_EQ(periodic(false), second);
+  Sell(1, 110000);
+  EXPECT_EQ(periodic(false), second +
+                                 "Totale 10% n. 1                      11,00\n"
+                                 "Imponibile 10%                       10,00\n"
+                                 "Imposta 10%                           1,00\n");
+  ASSERT_EQ(device->FiscalReportMessageEx(2, 65535, 3, 0, 0, 1, 2, "", "", "txt", "", 1),
+            RTF_SUCCESS);
+  const std::string paper = device->paper_text();
+  const size_t at = paper.rfind("\nIVA\n") + 5;
+  EXPECT_EQ(paper.substr(at, paper.find("\n\n", at) + 1 - at),
+            first +
+                "Totale 20% n. 2                      36,00\n"
+                "Imponibile 20%                       30,00\n"
+                "Imposta 20%                           6,00\n");
+}
+
+// A host's marks: of three rates that share one, two are the same; of exempt entries each mark is
+// of the nature.
+TEST_F(ClosingThen, EntriesOfOneMarkStayApartByTheirRates) {
+  RegisterSettings settings = FileSettings();
+  settings.file = Path("marks.register");
+  settings.vat_rates = {{220000, "A"}, {100000, "A"}, {220000, "B"},
+                        {0, "ES*"},    {0, "N4"},     {0, "EE*"}};
+  device = std::make_unique<VirtualRegister>(settings);
+  ASSERT_EQ(device->BeginFiscalReceipt(false), RTF_SUCCESS);
+  for (int department = 1; department <= 6; ++department) {
+    ASSERT_EQ(device->PrintRecItemEx(0, "", 110000 + 10000 * (department == 1), 0, -1, 0, "",
+                                     department, true, ""),
+              RTF_SUCCESS);
+  }
+  ASSERT_EQ(device->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  // Tax: 12,00 x 22/122 = 2,16, 11,00 x 22/122 = 1,98, 11,00 x 10/110 = 1,00.
+  EXPECT_EQ(Rates(),
+            "Totale 22% n. 1                      23,00\n"
+            "Imponibile 22%                       18,86\n"
+            "Imposta 22%                           4,14\n"
+            "Totale 10% n. 1                      11,00\n"
+            "Imponibile 10%                       10,00\n"
+            "Imposta 10%                           1,00\n"
+            "Totale ES* n. 1                      22,00\n"
+            "Imponibile ES*                       22,00\n"
+            "Totale EE* n. 1                      11,00\n"
+            "Imponibile EE*                       11,00\n");
+  const std::string summary = Summary(1);
+  for (const char* element :
+       {"<AliquotaIVA>22.00<", "<AliquotaIVA>10.00<", "<Natura>N4<", "<Natura>N1<"}) {
+    const size_t at = summary.find(element);
+    EXPECT_NE(at, summary.npos) << element << summary;
+    EXPECT_EQ(summary.find(element, at + 1), summary.npos) << element << summary;
+  }
+}
+
 }  // namespace
 }  // namespace lorimat
