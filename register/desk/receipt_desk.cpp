@@ -96,6 +96,19 @@ int ReceiptDesk::Message(std::string_view text) {
   return RTF_SUCCESS;
 }
 
+// Whether what is paid wholly in cash comes to five cents. What takes the whole of a sale back goes
+// as the sale went, whatever is set up today.
+bool ReceiptDesk::RoundsCash() const {
+  const OpenDocument& document = core_.document;
+  if (!IsOwn(document.reference)) return core_.setup.round_cash;
+  StoredDocument sale;
+  if (FindSale(document.reference, &sale) != RTF_SUCCESS ||
+      document.receipt.total() != sale.total) {
+    return core_.setup.round_cash;
+  }
+  return sale.by_tender.count(kRoundedDownTender) + sale.by_tender.count(kRoundedUpTender) > 0;
+}
+
 int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automatic,
                        std::string_view text) {
   if (!core_.Allows(Operation::kTotal)) return RTF_EFPTR_WRONG_STATE;
@@ -110,8 +123,8 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   const std::tm now = core_.Now();
   const size_t before = receipt.payments().size();
   Payment done;
-  if (const int code = EnterPayment(core_.tables, *tender, payment, automatic,
-                                    core_.setup.round_cash, &receipt, &done)) {
+  if (const int code = EnterPayment(core_.tables, *tender, payment, automatic, RoundsCash(),
+                                    &receipt, &done)) {
     return code;
   }
   if (!document.total_shown) {

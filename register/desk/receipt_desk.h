@@ -89,6 +89,7 @@ class ReceiptDesk {
   int FindSale(const Reference& reference, StoredDocument* sale) const;
   int FindWholeSale(const Reference& reference, StoredDocument* sale) const;
   int CheckPaidBack() const;
+  bool RoundsCash() const;
   void MakeWhole(DocumentKind kind, const StoredDocument& sale);
   std::vector<VatRate> RatesOf(const StoredDocument& sale) const;
   std::map<int, Amount> PrintGoneBack(const StoredDocument& sale);

@@ -141,6 +141,47 @@ TEST_F(CashRounding, MayLeaveNothingToPay) {
             "Importo pagato                        0,05\n");
 }
 
+// Line by line too: 10,03 was paid with 10,05, and 10,02 with 10,02.
+TEST_F(CashRounding, AVoidByLinesPaysBackAsTheSaleWasPaid) {
+  Open(100300);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  Round(false);
+  Open(100200);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  ASSERT_EQ(device.BeginDocTelematicCancel(1, 1, "", false, ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 100300), RTF_SUCCESS);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  EXPECT_EQ(Payments(),
+            "Arrotondamento per eccesso           -0,02\n"
+            "Pagamento contante                   10,05\n"
+            "Importo rimborsato                   10,05\n");
+  Round(true);
+  ASSERT_EQ(device.BeginDocTelematicCancel(2, 1, "", false, ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 100200), RTF_SUCCESS);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  EXPECT_EQ(Payments(),
+            "Pagamento contante                   10,02\n"
+            "Importo rimborsato                   10,02\n");
+  // A credit note of all of it likewise; of a part of it, or of no sale, as is set up.
+  Round(false);
+  for (const Amount total : {100300, 100400}) {
+    Round(true);
+    Open(total);
+    ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  }
+  Round(false);
+  ASSERT_EQ(device.BeginDocTelematicRefund(5, 1, "", ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 100300), RTF_SUCCESS);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  EXPECT_EQ(device.store().documents().back().by_tender.at("0"), 100500);
+  for (const int number : {6, 0}) {
+    ASSERT_EQ(device.BeginDocTelematicRefund(number, number == 0 ? 0 : 1, "", ""), RTF_SUCCESS);
+    ASSERT_EQ(Sell(1, 10300), RTF_SUCCESS);
+    ASSERT_EQ(PayRest(), RTF_SUCCESS);
+    EXPECT_EQ(device.store().documents().back().by_tender.at("0"), 10300);
+  }
+}
+
 // What goes back whole goes back as it was paid, on whatever the shop does by then.
 TEST_F(CashRounding, AWholeVoidPaysBackWhatWasPaid) {
   Open(100300);
