@@ -30,6 +30,7 @@ constexpr NotPaidRow kNotPaid[] = {
     {TaxedFigure::kServicesNotPaid, "  di cui servizi"},
     {TaxedFigure::kSsnNotPaid, "  di cui SSN"},
     {TaxedFigure::kUndeliveredNotPaid, "  di cui altro"},
+    {TaxedFigure::kGiftsNotPaid, "  di cui omaggi"},
 };
 
 constexpr unsigned kSold = Totals::kSales | Totals::kInvoices;
@@ -119,13 +120,10 @@ void PrintDay(const RegisterCore& core, const ReportFigures& figures, Paper* pap
   paper->Pair("Resi", FormatAmount(totals.refunds));
   paper->Pair("Annulli", FormatAmount(totals.cancels));
   paper->Pair("Totale non riscosso", FormatAmount(totals.not_paid));
-  const Amount gifts = figures.totals.Tender(kGiftTender);
   for (const NotPaidRow& row : kNotPaid) {
-    Amount amount = figures.totals.Sum(Totals::kAll, 0, row.figure).amount;
-    if (row.figure == TaxedFigure::kUndeliveredNotPaid) AddTo(&amount, gifts, -1);
+    const Amount amount = figures.totals.Sum(Totals::kAll, 0, row.figure).amount;
     if (amount != 0) paper->Pair(row.name, FormatAmount(amount));
   }
-  if (gifts != 0) paper->Pair("  di cui omaggi", FormatAmount(gifts));
   if (figures.counters != nullptr) {
     paper->Pair("TOTALE GIORNALIERO", FormatAmount(totals.net()));
     paper->Pair("GRAN TOTALE", FormatAmount(figures.grand_total));

@@ -83,6 +83,7 @@ constexpr VatElement kVatElements[] = {
 Amount Net(const RateSums& sums, unsigned kinds, TaxedFigure figure) {
   const Amount net = sums.Sum(kinds, figure).net();
   Amount size = 0;
+    {"NonRiscossoOmaggio", kTaken, TaxedFigure::kGiftsNotPaid},
   AddTo(&size, net, net < 0 ? -1 : 1);
   return size;
 }

@@ -49,6 +49,7 @@ constexpr TaxedRow kTaxedRows[] = {
      GrossOf},
     {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID_GROSS, Totals::kAll,
      TaxedFigure::kUndeliveredNotPaid, GrossOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_GIFT_GROSS, Totals::kAll, TaxedFigure::kGiftsNotPaid, GrossOf},
     {RTF_FPTR_GT_VAT_CATEGORY_SERVICES, Totals::kAll, TaxedFigure::kServices, NetOf},
     {RTF_FPTR_GT_VAT_CATEGORY_SERVICES_NOT_PAID, Totals::kAll, TaxedFigure::kServicesNotPaid,
      NetOf},
@@ -57,6 +58,7 @@ constexpr TaxedRow kTaxedRows[] = {
      NetOf},
     {RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID, Totals::kAll, TaxedFigure::kUndeliveredNotPaid,
      NetOf},
+    {RTF_FPTR_GT_VAT_CATEGORY_GIFT, Totals::kAll, TaxedFigure::kGiftsNotPaid, NetOf},
 };
 
 struct EnteredRow {
@@ -87,9 +89,9 @@ constexpr EnteredRow kEnteredRows[] = {
      &EnteredAmount::taken_back},
 };
 
-constexpr TaxedFigure kNotPaidFigures[] = {TaxedFigure::kServicesNotPaid, TaxedFigure::kSsnNotPaid,
-                                           TaxedFigure::kInvoicesNotPaid,
-                                           TaxedFigure::kUndeliveredNotPaid};
+constexpr TaxedFigure kNotPaidFigures[] = {
+    TaxedFigure::kServicesNotPaid, TaxedFigure::kSsnNotPaid, TaxedFigure::kInvoicesNotPaid,
+    TaxedFigure::kUndeliveredNotPaid, TaxedFigure::kGiftsNotPaid};
 
 // Totalizers of a department.
 struct DepartmentRow {

@@ -1,4 +1,5 @@
 // Totals as a text: each kind of document with its sums, tables by key.
+#include <algorithm>
 #include <array>
 #include <map>
 #include <tuple>
@@ -15,8 +16,11 @@ void Put(const std::string& value, RowEncoder* record) { record->Text(value); }
 void Put(const DepartmentSum& value, RowEncoder* record) {
   record->Number(value.quantity).Number(value.amount);
 }
+void Put(const TaxedAmount& value, RowEncoder* record) {
+  record->Number(value.amount).Number(value.tax);
+}
 void Put(const VatFigures& value, RowEncoder* record) {
-  for (const TaxedAmount& taxed : value.taxed) record->Number(taxed.amount).Number(taxed.tax);
+  for (size_t index = 0; index < kFirstTaxedFigures; ++index) Put(value.taxed[index], record);
   for (const EnteredAmount& entered : value.entered) {
     record->Number(entered.amount).Number(entered.taken_back);
   }
@@ -41,11 +45,12 @@ void Take(RowDecoder* record, DepartmentSum* value) {
   value->quantity = record->Number();
   value->amount = record->Number();
 }
+void Take(RowDecoder* record, TaxedAmount* value) {
+  value->amount = record->Number();
+  value->tax = record->Number();
+}
 void Take(RowDecoder* record, VatFigures* value) {
-  for (TaxedAmount& taxed : value->taxed) {
-    taxed.amount = record->Number();
-    taxed.tax = record->Number();
-  }
+  for (size_t index = 0; index < kFirstTaxedFigures; ++index) Take(record, &value->taxed[index]);
   for (EnteredAmount& entered : value->entered) {
     entered.amount = record->Number();
     entered.taken_back = record->Number();
@@ -157,6 +162,29 @@ void Place(const std::map<int, VatCounts>& counts, std::map<int, VatFigures>* by
   for (const auto& [vat, of_entry] : counts) (*by_vat)[vat].counts = of_entry;
 }
 
+// Gifts stand behind that, likewise only where there are any.
+template <typename Key>
+using GiftsBy = std::map<Key, TaxedAmount>;
+
+template <typename Key>
+GiftsBy<Key> GiftsOf(const std::map<Key, VatFigures>& all) {
+  GiftsBy<Key> gifts;
+  for (const auto& [key, figures] : all) {
+    const TaxedAmount& gift = figures[TaxedFigure::kGiftsNotPaid];
+    if (gift != TaxedAmount()) gifts[key] = gift;
+  }
+  return gifts;
+}
+
+// Answers whether there are any.
+template <typename Key>
+bool TakeGifts(RowDecoder* record, std::map<Key, VatFigures>* all) {
+  GiftsBy<Key> gifts;
+  TakeTable(record, &gifts);
+  for (const auto& [key, gift] : gifts) (*all)[key][TaxedFigure::kGiftsNotPaid] = gift;
+  return !gifts.empty();
+}
+
 }  // namespace
 
 std::string Totals::ToRecord() const {
@@ -178,8 +206,16 @@ std::string Totals::ToRecord() const {
     later[index] = LaterOf(kinds_[index]);
     any = any || !later[index].empty();
   }
+  const bool gifts = std::any_of(kinds_.begin(), kinds_.end(), [](const KindTotals& kind) {
+    return !GiftsOf(kind.by_vat).empty() || !GiftsOf(kind.at_other_rates).empty();
+  });
   for (const Later& of_kind : later) {
-    if (any) Put(of_kind, true, &record);
+    if (any || gifts) Put(of_kind, true, &record);
+  }
+  for (const KindTotals& kind : kinds_) {
+    if (!gifts) break;
+    PutTable(GiftsOf(kind.by_vat), &record);
+    PutTable(GiftsOf(kind.at_other_rates), &record);
   }
   return record.Take();
 }
@@ -212,7 +248,15 @@ bool Totals::FromRecord(std::string_view text, Totals* totals) {
         kind.at_other_rates[entry] = counted.figures;
       }
     }
-    if (!any) return false;
+    const bool gifts = record.good() && !record.done();
+    any = any || gifts;
+    bool any_gift = false;
+    for (KindTotals& kind : read.kinds_) {
+      if (!gifts) break;
+      any_gift = TakeGifts(&record, &kind.by_vat) || any_gift;
+      any_gift = TakeGifts(&record, &kind.at_other_rates) || any_gift;
+    }
+    if (!any || gifts != any_gift) return false;
   }
   if (!record.done()) return false;
   *totals = std::move(read);
@@ -230,7 +274,9 @@ std::string SumsRecord(const StoredDocument& document) {
   PutTable(document.by_tender, &record);
   PutTable(document.tender_counts, &record);
   const Later later = LaterOf(document);
-  if (!later.empty()) Put(later, false, &record);
+  const GiftsBy<int> gifts = GiftsOf(document.figures);
+  if (!later.empty() || !gifts.empty()) Put(later, false, &record);
+  if (!gifts.empty()) PutTable(gifts, &record);
   return record.Take();
 }
 
@@ -244,7 +290,8 @@ bool ReadSums(std::string_view text, StoredDocument* document) {
   TakeTable(&record, &document->tender_counts);
   if (record.good() && !record.done()) {
     Later later = TakeLater(false, &record);
-    if (later.empty()) return false;
+    const bool gifts = record.good() && !record.done();
+    if (gifts ? !TakeGifts(&record, &document->figures) : later.empty()) return false;
     Place(later.counts, &document->figures);
     document->collected = std::move(later.collected);
     document->other_rates = std::move(later.other_rates);

@@ -29,8 +29,11 @@ enum class TaxedFigure : size_t {
   kSsnNotPaid,          // by that of the health service
   kInvoicesNotPaid,     // by that of invoices
   kUndeliveredNotPaid,  // by any other tender that is not collected
+  kGiftsNotPaid,        // by that of gifts
   kCount,
 };
+// Those that every version has kept; what came later is stored apart.
+inline constexpr size_t kFirstTaxedFigures = static_cast<size_t>(TaxedFigure::kGiftsNotPaid);
 
 // Lines or adjustments as they were entered, and how much of that was taken back.
 struct EnteredAmount {

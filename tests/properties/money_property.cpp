@@ -67,7 +67,7 @@ std::string WrongDocument(const StoredDocument& document, const Tables& tables, 
     Amount of_entry = 0;
     for (const TaxedFigure figure :
          {TaxedFigure::kServicesNotPaid, TaxedFigure::kSsnNotPaid, TaxedFigure::kInvoicesNotPaid,
-          TaxedFigure::kUndeliveredNotPaid}) {
+          TaxedFigure::kUndeliveredNotPaid, TaxedFigure::kGiftsNotPaid}) {
       of_entry += figures[figure].amount;
     }
     by_entry += of_entry;

@@ -1,5 +1,6 @@
 // What is not collected, and what no money pays: each kind on paper and in the sums of the day.
-#include "unit/register/register_fixture.h"
+#include "register/inspect/register_file.h"
+#include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
@@ -26,6 +27,8 @@ class NotCollected : public RegisterTest {
   }
 };
 
+class NotCollectedKept : public StoreTest {};
+
 // 1,00 of each kind, and 2,00 in cash of 7,00.
 TEST_F(NotCollected, EachKindHasALineOfItsOwn) {
   Open(70000);
@@ -49,6 +52,44 @@ TEST_F(NotCollected, EachKindHasALineOfItsOwn) {
                                      "  di cui altro                        1,00\n"
                                      "  di cui omaggi                       1,00\n"),
             std::string::npos);
+}
+
+// 12,20 at 22 % is 10,00 and 2,20 of tax. The file has it, and what goes back.
+TEST_F(NotCollectedKept, AGiftIsNoGoodThatIsStillToCome) {
+  const auto start = [this] { return std::make_unique<VirtualRegister>(FileSettings()); };
+  std::unique_ptr<VirtualRegister> shop = start();
+  const auto sell = [&shop](Amount total, const char* tender) {
+    EXPECT_EQ(shop->BeginFiscalReceipt(false), RTF_SUCCESS);
+    EXPECT_EQ(shop->PrintRecItemEx(0, "", total, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+    EXPECT_EQ(shop->PrintRecTotalEx(0, tender, true), RTF_SUCCESS);
+  };
+  sell(122000, "31");
+  sell(61000, "9");
+  sell(24400, "31");
+  shop.reset();
+  shop = start();
+  ASSERT_EQ(shop->BeginDocTelematicCancel(3, 1, "", true, ""), RTF_SUCCESS);
+  const auto total = [&shop](int kind, int scope) {
+    char text[50] = "unset";
+    EXPECT_EQ(shop->GetTotalizerExtend(0, scope, kind, text), RTF_SUCCESS) << kind;
+    return std::string(text);
+  };
+  EXPECT_EQ(total(RTF_FPTR_GT_VAT_CATEGORY_GIFT_GROSS, RTF_FPTR_TT_DAY), "122000");
+  EXPECT_EQ(total(RTF_FPTR_GT_VAT_CATEGORY_GIFT, RTF_FPTR_TT_DAY), "100000");
+  EXPECT_EQ(total(RTF_FPTR_GT_VAT_CATEGORY_UNDELIVERED_NOT_PAID_GROSS, RTF_FPTR_TT_DAY), "61000");
+  EXPECT_EQ(total(RTF_FPTR_GT_NOT_PAID, RTF_FPTR_TT_DAY), "183000");
+  ASSERT_EQ(shop->PrintZReport(), RTF_SUCCESS);
+  shop.reset();
+  shop = start();
+  EXPECT_EQ(total(RTF_FPTR_GT_VAT_CATEGORY_GIFT_GROSS, RTF_FPTR_TT_GRAND), "122000");
+  ASSERT_EQ(shop->SaveTelematicSummary(1, 1, Path("summary").c_str()), RTF_SUCCESS);
+  const std::string summary = Bytes("summary");
+  EXPECT_NE(summary.find("      <BeniInSospeso>5.00</BeniInSospeso>\n"), summary.npos) << summary;
+  EXPECT_NE(summary.find("      <NonRiscossoOmaggio>12.00</NonRiscossoOmaggio>\n"), summary.npos);
+  for (const std::string& finding :
+       FindingTexts(RegisterFile(Path("shop.register")).VerifyJournal({}))) {
+    ADD_FAILURE() << finding;
+  }
 }
 
 // 12,00 by a voucher of 4,50 and a card: 7,50 is paid.

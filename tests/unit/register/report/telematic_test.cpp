@@ -48,6 +48,7 @@ std::string VatPart(const char* head, const char* sales, const char* refunds, co
          invoices +
          "</TotaleDaFattureRT>\n"
          "      <NonRiscossoDCRaSSN>0.00</NonRiscossoDCRaSSN>\n"
+         "      <NonRiscossoOmaggio>0.00</NonRiscossoOmaggio>\n"
          "    </Riepilogo>\n";
 }
 
