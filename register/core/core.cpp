@@ -188,7 +188,7 @@ const std::string& RegisterCore::outbox() const {
   return given.empty() ? setup.outbox : given;
 }
 
-std::tm RegisterCore::Now() const { return LaterBy(SystemTime(), setup.clock_offset); }
+std::tm RegisterCore::Now() const { return seen_ = LaterBy(SystemTime(), setup.clock_offset); }
 
 std::tm RegisterCore::SystemTime() const {
   return tables.settings().clock ? tables.settings().clock() : ComputerTime();

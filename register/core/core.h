@@ -24,6 +24,8 @@ struct RegisterCore : RegisterState {
 
   // The device's clock, and the one that it was set by.
   std::tm Now() const;
+  // What it showed when it was read last.
+  const std::tm& seen() const { return seen_; }
   std::tm SystemTime() const;
   // Whether an operation is allowed now; documents want the key in the registering position,
   // and programming may want it in its own. In training nothing is reported or programmed, and a
@@ -74,6 +76,7 @@ struct RegisterCore : RegisterState {
  private:
   void Make();
 
+  mutable std::tm seen_ = {};
   // As all of it was at the mark.
   RegisterState kept_;
   ServiceState kept_service_ = ServiceState::kEnabled;

@@ -41,8 +41,15 @@ std::optional<IdleDates> DatesBetween(const std::tm& earlier, const std::tm& lat
 std::optional<IdleDates> IdleBefore(const RegisterStore& store, const std::tm& now) {
   const int64_t closed = store.last_closure_time();
   if (closed == 0) return std::nullopt;
-  const std::optional<StoredDocument> first = store.FirstOfDay();
-  return DatesBetween(NumberTime(closed), first ? first->time : now);
+  const int64_t first = store.first_of_day_time();
+  return DatesBetween(NumberTime(closed), first != 0 ? NumberTime(first) : now);
+}
+
+std::optional<IdleDates> IdleAheadOf(const RegisterStore& store, const Closure& closure) {
+  const std::vector<Closure> ahead = store.FindClosures(closure.number - 1, closure.number - 1);
+  if (ahead.empty()) return std::nullopt;
+  const std::optional<int64_t> first = store.FirstTimeOf(closure.number);
+  return DatesBetween(ahead.front().time, first ? NumberTime(*first) : closure.time);
 }
 
 DayNotice FindLimits(const RegisterStore& store) {
@@ -58,11 +65,11 @@ DayNotice FindLimits(const RegisterStore& store) {
 
 DayNotice FindDayNotice(const RegisterStore& store, const std::tm& now) {
   DayNotice notice = FindLimits(store);
-  const std::optional<StoredDocument> first = store.FirstOfDay();
-  if (!first) {
+  const int64_t first = store.first_of_day_time();
+  if (first == 0) {
     notice.idle = IdleBefore(store, now);
-  } else if (DateOf(first->time) < DateOf(now)) {
-    notice.opened = TimeNumber(first->time);
+  } else if (first / kTimeOfDay < TimeNumber(now) / kTimeOfDay) {
+    notice.opened = first;
   }
   return notice;
 }

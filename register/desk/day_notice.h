@@ -18,13 +18,16 @@ std::optional<IdleDates> DatesBetween(const std::tm& earlier, const std::tm& lat
 // "15/01/2024".
 std::string DateText(int64_t time);
 
-// `now` is the time of the register's clock.
+// `now` is the time of the register's clock. Looks at what is in memory.
 DayNotice FindDayNotice(const RegisterStore& store, const std::tm& now);
-// The limits alone: looks at counters in memory.
+// The limits alone.
 DayNotice FindLimits(const RegisterStore& store);
 
 // The dates between the last closing and the first document of the day, or `now` without one.
 std::optional<IdleDates> IdleBefore(const RegisterStore& store, const std::tm& now);
+
+// The same of a day that is closed, from its rows.
+std::optional<IdleDates> IdleAheadOf(const RegisterStore& store, const Closure& closure);
 
 // In sentences, for a person; empty when there is nothing to tell. At most 127 characters, which a
 // property of the client takes.

@@ -236,8 +236,9 @@ int ReadTextProperty(const RegisterCore& core, int property, std::string* value)
     } else if (!core.last_failure.empty()) {
       *value = core.last_failure;
     } else {
-      // What is to be known of the day.
-      *value = DayNoticeText(FindDayNotice(core.store, core.Now()));
+      // What is to be known of the day. It may be asked at any moment, behind a failure too: it
+      // reads neither the clock, which is the host's, nor the file.
+      *value = DayNoticeText(FindDayNotice(core.store, core.seen()));
     }
     return RTF_SUCCESS;
   }

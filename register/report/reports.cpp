@@ -14,6 +14,7 @@
 #include "register/report/telematic.h"
 #include "register/value/digest.h"
 #include "register/value/refusal.h"
+#include "register/value/row_encoding.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -140,9 +141,9 @@ int ReportDesk::CloseDay() {
   const int number = core_.store.last_closure() + 1;
   report.Centred(fmt::format("CHIUSURA N. {:04}", number));
   report.Centred("RT " + core_.tables.settings().serial_number);
-  const std::optional<StoredDocument> first = core_.store.FirstOfDay();
-  if (first && !SameDate(first->time, now)) {
-    report.Centred("Giornata aperta il " + FormatDateTime(first->time));
+  const std::tm first = NumberTime(core_.store.first_of_day_time());
+  if (core_.store.first_of_day_time() != 0 && !SameDate(first, now)) {
+    report.Centred("Giornata aperta il " + FormatDateTime(first));
   }
   if (const std::optional<IdleDates> idle = IdleBefore(core_.store, now)) {
     report.Centred("Inattivo dal " + DateText(idle->from) + " al " + DateText(idle->to));

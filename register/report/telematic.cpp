@@ -6,11 +6,13 @@
 #include <optional>
 #include <utility>
 
+#include "register/desk/day_notice.h"
 #include "register/report/report_file.h"
 #include "register/report/report_sections.h"
 #include "register/totals/rate_sums.h"
 #include "register/value/nature.h"
 #include "register/value/refusal.h"
+#include "register/value/row_encoding.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace lorimat {
@@ -55,9 +57,12 @@ void Element(std::string_view indent, std::string_view name, std::string_view va
   *xml += fmt::format("{}<{}>{}</{}>\n", indent, name, Escaped(value), name);
 }
 
+std::string Date(const std::tm& time) {
+  return fmt::format("{:04}-{:02}-{:02}", 1900 + time.tm_year, time.tm_mon + 1, time.tm_mday);
+}
+
 std::string DateTime(const std::tm& time) {
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", 1900 + time.tm_year, time.tm_mon + 1,
-                     time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+  return fmt::format("{}T{:02}:{:02}:{:02}", Date(time), time.tm_hour, time.tm_min, time.tm_sec);
 }
 
 // A VAT entry's amounts, net of tax.
@@ -78,12 +83,12 @@ constexpr VatElement kVatElements[] = {
     {"NonRiscossoFatture", kTaken, TaxedFigure::kInvoicesNotPaid},
     {"TotaleDaFattureRT", Totals::kInvoices, TaxedFigure::kGross},
     {"NonRiscossoDCRaSSN", kTaken, TaxedFigure::kSsnNotPaid},
+    {"NonRiscossoOmaggio", kTaken, TaxedFigure::kGiftsNotPaid},
 };
 
 Amount Net(const RateSums& sums, unsigned kinds, TaxedFigure figure) {
   const Amount net = sums.Sum(kinds, figure).net();
   Amount size = 0;
-    {"NonRiscossoOmaggio", kTaken, TaxedFigure::kGiftsNotPaid},
   AddTo(&size, net, net < 0 ? -1 : 1);
   return size;
 }
@@ -171,6 +176,12 @@ std::string SummaryXml(const RegisterCore& core, const Closure& closure) {
   xml += "    </Dispositivo>\n";
   Element("    ", "PIVAEsercente", core.setup.fiscal_id, &xml);
   xml += "  </Trasmissione>\n";
+  if (const std::optional<IdleDates> idle = IdleAheadOf(core.store, closure)) {
+    xml += "  <PeriodoInattivo>\n";
+    Element("    ", "Dal", Date(NumberTime(idle->from)), &xml);
+    Element("    ", "Al", Date(NumberTime(idle->to)), &xml);
+    xml += "  </PeriodoInattivo>\n";
+  }
   Element("  ", "DataOraRilevazione", DateTime(closure.time), &xml);
   xml += "  <DatiRT>\n";
   for (const RateSums& sums : SumsByRate(closure.totals, closure.vat_rates)) AddRate(sums, &xml);

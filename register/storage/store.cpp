@@ -51,7 +51,9 @@ void RegisterStore::LoadLedger() {
       database_.Prepare(kSql<"SELECT ", kLedgerStored,
                              ", (SELECT count(*) FROM summary_waiting), "
                              "(SELECT time FROM document WHERE document.id = last_document), "
-                             "(SELECT time FROM closure WHERE number = last_closure) FROM ledger">);
+                             "(SELECT time FROM closure WHERE number = last_closure), "
+                             "(SELECT time FROM document WHERE document.id = first_of_day) "
+                             "FROM ledger">);
   if (!row.Step()) database_.Damaged("ledger");
   ledger_ = Ledger{};
   ledger_.last_closure = row.Int(0);
@@ -70,6 +72,7 @@ void RegisterStore::LoadLedger() {
   ledger_.pending_closures = row.Int(15);
   ledger_.last_document_time = row.Integer(16);
   ledger_.last_closure_time = row.Integer(17);
+  ledger_.first_of_day_time = row.Integer(18);
   if (ledger_.last_document < 0 || ledger_.last_document >= kLastRow || ledger_.first_of_day < 1 ||
       ledger_.journal_place < 0 || ledger_.journal_place >= kLastRow) {
     database_.Damaged("ledger");
@@ -160,6 +163,9 @@ StoredDocument RegisterStore::Register(StoredDocument document) {
   ledger_.next_invoice = next_invoice;
   ledger_.last_document = document.id;
   ledger_.last_document_time = TimeNumber(document.time);
+  if (document.id == ledger_.first_of_day) {
+    ledger_.first_of_day_time = ledger_.last_document_time;
+  }
   return document;
 }
 
@@ -194,6 +200,7 @@ void RegisterStore::CloseDay(const std::tm& time, const std::vector<VatRate>& va
   ledger_.last_closure = closure.number;
   ledger_.last_closure_time = TimeNumber(time);
   ledger_.first_of_day = ledger_.last_document + 1;
+  ledger_.first_of_day_time = 0;
   ++ledger_.pending_closures;
 }
 
@@ -218,6 +225,7 @@ Totals RegisterStore::DaySince(const PeriodStart& start) const {
 
 Totals RegisterStore::RestOfDay(int64_t first) const {
   Totals totals;
+  std::optional<int> closure;
   DocumentSelection selection;
   selection.first = first;
   ForEachDocument(selection, [&](const StoredDocument& document) {
@@ -227,7 +235,6 @@ Totals RegisterStore::RestOfDay(int64_t first) const {
     return true;
   });
   return totals;
-  std::optional<int> closure;
 }
 
 Totals RegisterStore::PeriodTotals(int period) const {
@@ -237,13 +244,6 @@ Totals RegisterStore::PeriodTotals(int period) const {
   return totals;
 }
 
-Totals RegisterStore::GrandTotals() const {
-  Totals totals = closed();
-  totals.Add(day());
-  return totals;
-}
-
-void RegisterStore::ClearPeriod(int period, const std::tm& time) {
 std::vector<RateSums> RegisterStore::PeriodRates(int period,
                                                  const std::vector<VatRate>& rates) const {
   std::vector<RateSums> all;
@@ -264,6 +264,13 @@ std::vector<RateSums> RegisterStore::PeriodRates(int period,
   return Something(std::move(all));
 }
 
+Totals RegisterStore::GrandTotals() const {
+  Totals totals = closed();
+  totals.Add(day());
+  return totals;
+}
+
+void RegisterStore::ClearPeriod(int period, const std::tm& time) {
   AddEvent(EventKind::kPeriodCleared, time, std::to_string(period),
            std::to_string(ledger_.last_document + 1));
   ledger_.periods[static_cast<size_t>(period)] = {{ledger_.last_document + 1, time, true},

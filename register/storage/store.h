@@ -91,8 +91,9 @@ class RegisterStore {
   // The last receipt, invoices left aside.
   std::optional<StoredDocument> FindLast() const;
   std::optional<StoredDocument> FindById(int64_t id) const;
-  // That which opened the day; nothing before it.
-  std::optional<StoredDocument> FirstOfDay() const;
+  // When the first document of a day was registered, by the number of its closing, YYYYMMDDHHMMSS;
+  // nothing where it had none.
+  std::optional<int64_t> FirstTimeOf(int closure) const;
   // What the credit notes and voids that refer to the document come to; nothing without one.
   std::optional<PaidBack> FindPaidBack(int closure, int number) const;
   // In the order in which they were registered, until `each` answers false.
@@ -138,10 +139,10 @@ class RegisterStore {
   Totals GrandTotals() const;
   const PeriodStart& period_start(int period) const { return Period(period).start; }
   Totals PeriodTotals(int period) const;
-  // Numbers of rows: the place of the last one, which all count from 1.
   // The same by rate, each day at the rates that it had, the open one at `rates`: reads the
   // closings of the period.
   std::vector<RateSums> PeriodRates(int period, const std::vector<VatRate>& rates) const;
+  // Numbers of rows: the place of the last one, which all count from 1.
   int64_t document_count() const { return ledger_.last_document; }
   uint64_t journal_count() const { return static_cast<uint64_t>(ledger_.journal_place); }
   // Of the chain's last link: an entry, or an event (register/storage/chain.h).
@@ -149,6 +150,8 @@ class RegisterStore {
   // Of the last document and closing, YYYYMMDDHHMMSS; 0 when there is none.
   int64_t last_document_time() const { return ledger_.last_document_time; }
   int64_t last_closure_time() const { return ledger_.last_closure_time; }
+  // Of the document that opened the day, likewise.
+  int64_t first_of_day_time() const { return ledger_.first_of_day_time; }
   // The sum of all closed days.
   const Totals& closed() const { return *ledger_.periods[0].closed; }
 
@@ -200,6 +203,7 @@ class RegisterStore {
     // Of rows beside it.
     int64_t last_document_time = 0;
     int64_t last_closure_time = 0;
+    int64_t first_of_day_time = 0;
 
     bool operator==(const Ledger&) const = default;
   };
@@ -209,12 +213,12 @@ class RegisterStore {
   }
   // The part of the day that falls into a period.
   Totals DaySince(const PeriodStart& start) const;
+  // The documents from this place on, up to the end of their day.
+  Totals RestOfDay(int64_t first) const;
   void InsertDocument(const StoredDocument& document, std::string_view sums);
   void InsertEntry(JournalEntry entry, const std::string& facts);
   void AddEvent(EventKind kind, const std::tm& time, std::string subject = {},
                 std::string value = {});
-  // The documents from this place on, up to the end of their day.
-  Totals RestOfDay(int64_t first) const;
   void WriteLedger();
   void WritePeriods(bool all);
 

@@ -92,11 +92,6 @@ std::optional<PaidBack> RegisterStore::FindPaidBack(int closure, int number) con
   return sum;
 }
 
-std::optional<StoredDocument> RegisterStore::FirstOfDay() const {
-  return ledger_.first_of_day <= ledger_.last_document ? FindById(ledger_.first_of_day)
-                                                       : std::nullopt;
-}
-
 std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
   Statement row =
       database_.Prepare(kSql<"SELECT ", kDocumentColumns, " FROM document WHERE id = ?">);
@@ -104,6 +99,23 @@ std::optional<StoredDocument> RegisterStore::FindById(int64_t id) const {
   StoredDocument document = ReadDocument(database_, row);
   ReadDetails(database_, &document);
   return document;
+}
+
+// Invoices have no place in the index of numbers: looked at is what lies between the receipts of
+// the days beside it.
+std::optional<int64_t> RegisterStore::FirstTimeOf(int closure) const {
+  Statement row = database_.Prepare(
+      kSql<
+          "SELECT time FROM document WHERE closure = ?1 AND id > coalesce((SELECT id FROM document "
+          "WHERE kind <> ",
+          kSqlNumber<DocumentKind::kInvoice>,
+          " AND closure < ?1 ORDER BY closure DESC, number DESC LIMIT 1), 0) AND id < "
+          "coalesce((SELECT id FROM document WHERE kind <> ",
+          kSqlNumber<DocumentKind::kInvoice>,
+          " AND closure > ?1 ORDER BY closure, number LIMIT 1), (SELECT max(id) + 1 FROM "
+          "document)) ORDER BY id LIMIT 1">);
+  if (!row.With(closure).Step()) return std::nullopt;
+  return row.Integer(0);
 }
 
 void RegisterStore::ForEachDocument(const DocumentSelection& selection,

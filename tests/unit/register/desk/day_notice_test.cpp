@@ -44,7 +44,10 @@ class DayNoticeTest : public StoreTest {
  protected:
   RegisterSettings Settings() {
     RegisterSettings settings = FileSettings();
-    settings.clock = [this] { return now; };
+    settings.clock = [this] {
+      ++clock_reads;
+      return now;
+    };
     return settings;
   }
   void Start() {
@@ -56,9 +59,10 @@ class DayNoticeTest : public StoreTest {
     ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
     ASSERT_EQ(device->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
   }
-  std::string Told() {
+  std::string Told(bool at_start = true) {
     char text[128] = "unset";
     EXPECT_EQ(device->GetStringProperty(RTF_PIDXFptr_ErrorString, text), RTF_SUCCESS);
+    if (!at_start) return text;
     EXPECT_EQ(device->start_notice(), text);
     EXPECT_EQ(RegisterFile(Path("shop.register")).Status([this] { return now; }).notice,
               device->FindNotice());
@@ -71,6 +75,7 @@ class DayNoticeTest : public StoreTest {
   }
 
   std::tm now = Date(2024, 1, 15);
+  int clock_reads = 0;
   std::unique_ptr<VirtualRegister> device;
 };
 
@@ -90,6 +95,35 @@ TEST_F(DayNoticeTest, ADayThatWasLeftOpenIsToldAtTheNextStart) {
   EXPECT_EQ(closing.find("Inattivo"), closing.npos);
   Start();
   EXPECT_EQ(Told(), "");
+}
+
+// It is asked behind failures, too: what the last operation saw is told, whatever clock and file
+// do.
+TEST_F(DayNoticeTest, ThePropertyReadsNeitherTheClockNorTheFile) {
+  Start();
+  Sell();
+  now = Date(2024, 1, 16);
+  Start();
+  Sql("shop.register", "UPDATE document SET time = 20240116080000");
+  clock_reads = 0;
+  EXPECT_EQ(Told(false), "The day of 15/01/2024 is not closed.");
+  now = Date(2024, 1, 15);
+  EXPECT_EQ(Told(false), "The day of 15/01/2024 is not closed.");
+  EXPECT_EQ(clock_reads, 0);
+}
+
+TEST_F(DayNoticeTest, ThePropertyIsOfTheLastOperation) {
+  Start();
+  Sell();
+  now = Date(2024, 1, 16);
+  EXPECT_EQ(Told(false), "");
+  Sell();
+  EXPECT_EQ(Told(false), "The day of 15/01/2024 is not closed.");
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  EXPECT_EQ(Told(false), "");
+  now = Date(2024, 1, 20);
+  ASSERT_EQ(device->PrintXReport(), RTF_SUCCESS);
+  EXPECT_EQ(Told(false), "Nothing registered from 17/01/2024 to 19/01/2024.");
 }
 
 TEST_F(DayNoticeTest, DatesWithoutADocumentAreToldAtAStartAndOnTheClosing) {
@@ -116,6 +150,37 @@ TEST_F(DayNoticeTest, DatesWithoutADocumentAreToldAtAStartAndOnTheClosing) {
   const std::string empty = Closing();
   EXPECT_NE(empty.find("  Inattivo dal 24/01/2024 al 24/01/2024\n"), empty.npos) << empty;
   EXPECT_EQ(empty.find("Giornata aperta"), empty.npos);
+}
+
+// The summary has the dates in a place of its own, also those ahead of a day of invoices alone.
+TEST_F(DayNoticeTest, TheSummaryTellsTheDatesWithoutADocument) {
+  Start();
+  Sell();
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  now = Date(2024, 1, 18);
+  ASSERT_EQ(device->BeginDocInvoice("ROSSI", "", "", "", ""), RTF_SUCCESS);
+  ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+  ASSERT_EQ(device->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  now = Date(2024, 1, 20);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  now = Date(2024, 1, 22);
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  now = Date(2024, 1, 23);
+  Sell();
+  ASSERT_EQ(device->PrintZReport(), RTF_SUCCESS);
+  const char* const expected[] = {
+      "", "  <PeriodoInattivo>\n    <Dal>2024-01-16</Dal>\n    <Al>2024-01-17</Al>\n",
+      "  <PeriodoInattivo>\n    <Dal>2024-01-21</Dal>\n    <Al>2024-01-21</Al>\n", ""};
+  for (int closing = 1; closing <= 4; ++closing) {
+    std::filesystem::remove(Path("summary"));
+    ASSERT_EQ(device->SaveTelematicSummary(closing, closing, Path("summary").c_str()), RTF_SUCCESS);
+    const std::string summary = Bytes("summary");
+    const std::string idle = expected[closing - 1];
+    const size_t at = summary.find("  <PeriodoInattivo>");
+    EXPECT_EQ(at == summary.npos ? "" : summary.substr(at, idle.size()), idle) << closing;
+    if (at == summary.npos) continue;
+    EXPECT_EQ(summary.find("  </PeriodoInattivo>\n  <DataOraRilevazione>", at), at + idle.size());
+  }
 }
 
 TEST_F(DayNoticeTest, LimitsAreToldAheadAndNeverPassed) {
