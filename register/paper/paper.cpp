@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "register/paper/columns.h"
+
 namespace lorimat {
 namespace {
 
@@ -77,13 +79,15 @@ void Paper::Aligned(std::string_view text, Alignment alignment) {
 void Paper::Wrap(const HostText& host, Alignment alignment) {
   size_t at = 0;
   do {
-    std::string_view part = Piece(host.text, at, kColumns);
-    const std::string_view sizes = Piece(host.sizes, at, kColumns);
-    at += kColumns;
+    const size_t bytes = FittingBytes(Piece(host.text, at), kColumns);
+    std::string_view part = Piece(host.text, at, bytes);
+    const std::string_view sizes = Piece(host.sizes, at, bytes);
+    at += bytes;
     if (alignment != Alignment::kLeft) {
       while (!part.empty() && part.back() == ' ') part.remove_suffix(1);
     }
-    const size_t room = kColumns - part.size();
+    const size_t columns = ColumnsOf(part);
+    const size_t room = columns < kColumns ? kColumns - columns : 0;
     const size_t indent = alignment == Alignment::kCentre  ? room / 2
                           : alignment == Alignment::kRight ? room
                                                            : 0;
@@ -94,19 +98,22 @@ void Paper::Wrap(const HostText& host, Alignment alignment) {
 void Paper::Pair(std::string_view left, std::string_view right) {
   const HostText host = ReadHostText(left);
   const size_t room = right.size() + 1 < kColumns ? kColumns - right.size() - 1 : 0;
-  Add(fmt::format("{:<{}} {}", std::string_view(host.text).substr(0, room), room, right),
-      Piece(host.sizes, 0, room));
+  const std::string_view fitting = Piece(host.text, 0, FittingBytes(host.text, room));
+  Add(fmt::format("{:<{}} {}", fitting, room, right), Piece(host.sizes, 0, fitting.size()));
 }
 
 void Paper::Item(std::string_view description, std::string_view vat, std::string_view amount) {
   const HostText host = ReadHostText(description);
   size_t at = 0;
-  while (host.text.size() - at > kDescriptionColumns) {
-    Add(host.text.substr(at, kDescriptionColumns), Piece(host.sizes, at, kDescriptionColumns));
-    at += kDescriptionColumns;
+  size_t bytes = FittingBytes(host.text, kDescriptionColumns);
+  while (at + bytes < host.text.size()) {
+    Add(host.text.substr(at, bytes), Piece(host.sizes, at, bytes));
+    at += bytes;
+    bytes = FittingBytes(Piece(host.text, at), kDescriptionColumns);
   }
   Add(fmt::format("{:<{}}{:>{}} {:>{}}", host.text.substr(at), kDescriptionColumns,
-                  vat.substr(0, kVatColumns), kVatColumns, amount, kAmountColumns),
+                  vat.substr(0, FittingBytes(vat, kVatColumns)), kVatColumns, amount,
+                  kAmountColumns),
       Piece(host.sizes, at));
 }
 

@@ -1,5 +1,6 @@
 // The virtual paper: a roll of text lines of 42 columns. Texts from the host may hold any
-// byte; no control character gets onto the paper, and one byte is one column. What text cannot
+// byte; no control character gets onto the paper, and lines end between characters
+// (register/paper/columns.h). What text cannot
 // show stands on it as a line of text too, and beside the lines as a row of its own kind, for
 // those who draw the paper (register/paper/picture.h).
 #pragma once

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "register/paper/columns.h"
 #include "register/paper/picture.h"
 
 namespace lorimat {
@@ -35,24 +36,6 @@ std::string FromWindows1252(unsigned char byte) {
   if (byte < 0x80 || byte > 0x9F) return ToUtf8(byte);
   const char32_t character = kWindows1252[byte - 0x80];
   return ToUtf8(character != 0 ? character : kReplacement);
-}
-
-// The length of the character of UTF-8 at the start of the text, 2 to 4; 1 for a byte that
-// begins none, or a character of seven bits.
-size_t CharacterLength(std::string_view text) {
-  const auto byte = [&](size_t at) { return static_cast<unsigned char>(text[at]); };
-  const size_t length = byte(0) >= 0xF0 ? 4 : byte(0) >= 0xE0 ? 3 : 2;
-  if (byte(0) < 0xC2 || byte(0) > 0xF4 || text.size() < length) return 1;
-  for (size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 1;
-  }
-  // Overlong forms, surrogates, and what lies beyond the last character.
-  const unsigned char second = byte(1);
-  if (byte(0) == 0xE0 && second < 0xA0) return 1;
-  if (byte(0) == 0xED && second > 0x9F) return 1;
-  if (byte(0) == 0xF0 && second < 0x90) return 1;
-  if (byte(0) == 0xF4 && second > 0x8F) return 1;
-  return length;
 }
 
 struct Column {

@@ -20,6 +20,41 @@ TEST(Paper, WrapsLongTexts) {
   EXPECT_EQ(paper.lines(), (Lines{std::string(42, 'a'), std::string(42, 'b'), "c"}));
 }
 
+// An accented letter takes a column, a wide character two, each byte of Windows-1252 one; a line
+// ends between two of them.
+TEST(Paper, WrapsBetweenCharacters) {
+  const auto times = [](int count, const std::string& text) {
+    std::string all;
+    for (; count > 0; --count) all += text;
+    return all;
+  };
+  const std::string accented = "\xC3\xA8", wide = "\xE6\xBC\xA2", western = "\xE8";
+  {
+    Paper paper;
+    paper.Centred(times(42, accented));
+    paper.Centred("xx" + times(25, wide));
+    paper.Centred("x" + times(25, wide));
+    paper.Centred(times(43, western));
+    EXPECT_EQ(paper.lines(), (std::vector<std::string>{
+                                 times(42, accented), "xx" + times(20, wide),
+                                 std::string(16, ' ') + times(5, wide), "x" + times(20, wide),
+                                 std::string(16, ' ') + times(5, wide), times(42, western),
+                                 std::string(20, ' ') + western}));
+  }
+  {
+    Paper paper;
+    paper.Item(times(25, wide), "22%", "1,00");
+    paper.Item(times(25, accented), "22%", "1,00");
+    paper.Pair(times(25, wide), "1,00");
+    EXPECT_EQ(
+        paper.lines(),
+        (std::vector<std::string>{
+            times(12, wide), times(12, wide), wide + std::string(22, ' ') + "   22%        1,00",
+            times(24, accented), accented + std::string(23, ' ') + "   22%        1,00",
+            times(18, wide) + "  1,00"}));
+  }
+}
+
 TEST(Paper, EscapeSequencesBecomeStandIns) {
   Paper paper;
   paper.Text("\x1b|cAABC");
