@@ -20,6 +20,7 @@
 #include <cerrno>
 
 #include "register/storage/database.h"
+#include "register/storage/log_layer.h"
 
 namespace lorimat {
 namespace {
@@ -369,6 +370,10 @@ void Database::Rollback() noexcept {
   // Behind some failures SQLite has done it already.
   int code = SQLITE_OK;
   if (sqlite3_get_autocommit(handle_.get()) == 0) Step(rollback_, &code);
+  const bool over = sqlite3_get_autocommit(handle_.get()) != 0;
+  if (sqlite3_file* const log = logged_ && over ? Log() : nullptr) {
+    static_cast<void>(log->pMethods->xFileControl(log, LogLayer::kTakenBack, nullptr));
+  }
   if (in_unit_) version_ = version_before_;
   in_unit_ = false;
   // Behind a failure SQLite forgets what it had read, and counts that as a change. Until now nobody

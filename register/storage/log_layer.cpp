@@ -1,8 +1,11 @@
 // What is written frame by frame is held until the frame that ends a unit, which is written with
 // all of it ahead, or fails with all of it. Only then does SQLite tell others, by the index of the
-// log, that there is something. Whatever else it does with the log finds all written that was held.
+// log, that there is something. Whatever else it does with the log finds all written that was held;
+// it is read from where it is held, for a read that wrote could fail for want of room.
 //
-// Held is only what follows the end of a frame: frames that are written over are not.
+// Held is only what follows the end of a frame: frames that are written over are not. What is held
+// is never part of a unit that stands, so that it is dropped where a unit is taken back or the log
+// closed: nothing of it comes into the file later, where somebody else may have begun anew.
 #include "register/storage/log_layer.h"
 
 #include <sqlite3.h>
@@ -48,21 +51,35 @@ const sqlite3_io_methods& Below(LogFile& log) { return *log.below->pMethods; }
 
 sqlite3_vfs* Usual() { return sqlite3_vfs_find(nullptr); }
 
-// What cannot be written is given up, as SQLite gives up the unit.
-int Flush(LogFile& log) {
-  const int size = log.size;
+// What is held does not come into the file; the next frame takes its place. All ahead is written.
+void GiveUp(LogFile& log) {
+  if (log.size != 0) log.next = log.at;
   log.size = 0;
   log.in_frame = false;
-  if (size == 0) return SQLITE_OK;
-  const int code = Below(log).xWrite(log.below, log.held, size, log.at);
-  // Nothing is held behind a gap.
-  if (code != SQLITE_OK) log.next = log.page = -1;
+}
+
+// What cannot be written goes on being held: SQLite takes it for written, and may end the unit yet,
+// or take it back.
+int Flush(LogFile& log) {
+  if (log.size == 0) return SQLITE_OK;
+  const int code = Below(log).xWrite(log.below, log.held, log.size, log.at);
+  if (code != SQLITE_OK) return code;
+  log.size = 0;
+  log.in_frame = false;
+  return SQLITE_OK;
+}
+
+// As a part of what SQLite writes: it gives the unit up, which the frame that ends it may be held
+// of already.
+int FlushOrGiveUp(LogFile& log) {
+  const int code = Flush(log);
+  if (code != SQLITE_OK) GiveUp(log);
   return code;
 }
 
 int Hold(LogFile& log, const void* from, int size, sqlite3_int64 at) {
   if (log.size + size > kHeld) {
-    if (const int code = Flush(log)) return code;
+    if (const int code = FlushOrGiveUp(log)) return code;
   }
   if (log.size == 0) log.at = at;
   std::memcpy(log.held + log.size, from, static_cast<size_t>(size));
@@ -76,10 +93,9 @@ bool IsPage(int size) {
 
 int WriteThrough(LogFile& log, const void* from, int size, sqlite3_int64 at) {
   const bool whole = (at == 0 && size == kLogHeadSize) || (at == log.page && IsPage(size));
+  if (const int code = FlushOrGiveUp(log)) return code;
   log.next = log.page = -1;
-  int code = Flush(log);
-  if (code == SQLITE_OK) code = Below(log).xWrite(log.below, from, size, at);
-  if (code != SQLITE_OK) return code;
+  if (const int code = Below(log).xWrite(log.below, from, size, at)) return code;
   if (whole) log.next = at + size;
   if (size == kFrameHeadSize) log.page = at + size;
   return SQLITE_OK;
@@ -91,7 +107,7 @@ int Write(sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
     if (const int code = Hold(log, from, size, at)) return code;
     log.in_frame = false;
     log.next = at + size;
-    return log.is_last ? Flush(log) : SQLITE_OK;
+    return log.is_last ? FlushOrGiveUp(log) : SQLITE_OK;
   }
   if (!log.in_frame && size == kFrameHeadSize && at == log.next) {
     if (const int code = Hold(log, from, size, at)) return code;
@@ -105,14 +121,21 @@ int Write(sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
 
 int Close(sqlite3_file* file) {
   LogFile& log = Of(file);
-  static_cast<void>(Flush(log));
   sqlite3_free(log.held);
   return Below(log).xClose(log.below);
 }
 
 int Read(sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
   LogFile& log = Of(file);
-  if (const int code = Flush(log)) return code;
+  const sqlite3_int64 end = at + size;
+  const sqlite3_int64 held_end = log.at + log.size;
+  if (log.size != 0 && at < held_end && end > log.at) {
+    if (at >= log.at && end <= held_end) {
+      std::memcpy(to, log.held + (at - log.at), static_cast<size_t>(size));
+      return SQLITE_OK;
+    }
+    if (Flush(log) != SQLITE_OK) return SQLITE_IOERR_READ;
+  }
   return Below(log).xRead(log.below, to, size, at);
 }
 
@@ -154,6 +177,10 @@ sqlite3_io_methods Methods() {
     return Below(Of(file)).xCheckReservedLock(Of(file).below, held);
   };
   methods.xFileControl = [](sqlite3_file* file, int operation, void* argument) {
+    if (operation == LogLayer::kTakenBack) {
+      GiveUp(Of(file));
+      return SQLITE_OK;
+    }
     return Below(Of(file)).xFileControl(Of(file).below, operation, argument);
   };
   methods.xSectorSize = [](sqlite3_file* file) {

@@ -10,6 +10,10 @@ class LogLayer {
   // that is when they are opened.
   static constexpr char kName[] = "lorimat-log";
 
+  // For the xFileControl of a log, behind a unit that was taken back: SQLite does not tell the log.
+  // The usual layer does not know it, and holds nothing.
+  static constexpr int kTakenBack = 1000;
+
   // Makes it known. False when there is no memory for it, or no room in it for the usual layer's
   // files: then the usual layer does as well.
   static bool Register();

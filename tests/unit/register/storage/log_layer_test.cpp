@@ -41,6 +41,10 @@ class Log {
     written_ = at + static_cast<int64_t>(bytes.size());
     return file()->pMethods->xWrite(file(), bytes.data(), static_cast<int>(bytes.size()), at);
   }
+  int Read(std::string* bytes, int64_t at) {
+    return file()->pMethods->xRead(file(), bytes->data(), static_cast<int>(bytes->size()), at);
+  }
+  int TakeBack() { return file()->pMethods->xFileControl(file(), LogLayer::kTakenBack, nullptr); }
   int WriteHead() { return Write(std::string(kHead, 'h'), 0); }
   // The next frame, of pages full of `fill`; the last of a unit tells how many pages there are.
   int WriteFrame(char fill, bool last) {
@@ -106,12 +110,12 @@ TEST_F(LogLayerTest, WhateverElseIsDoneFindsAllWritten) {
     int left = kFrame;  // of the frame
   };
   const Case cases[] = {
-      {"reading",
+      {"reading of more than is held",
        [](Log& log) {
-         std::string bytes(kPage, '#');
-         const int code = log.file()->pMethods->xRead(log.file(), bytes.data(), kPage, kHead + 24);
-         EXPECT_EQ(bytes, std::string(kPage, 'a'));
-         return code;
+         std::string bytes(kHead + kFrame, '#');
+         EXPECT_EQ(log.Read(&bytes, 0), SQLITE_OK);
+         EXPECT_EQ(bytes, std::string(kHead, 'h') + Log::Frame('a', false));
+         return SQLITE_OK;
        }},
       {"its size",
        [](Log& log) {
@@ -124,11 +128,6 @@ TEST_F(LogLayerTest, WhateverElseIsDoneFindsAllWritten) {
        [](Log& log) { return log.file()->pMethods->xSync(log.file(), SQLITE_SYNC_NORMAL); }},
       {"a cut", [](Log& log) { return log.file()->pMethods->xTruncate(log.file(), kHead + 100); },
        100},
-      {"its closing",
-       [](Log& log) {
-         log.Close();
-         return SQLITE_OK;
-       }},
       // As a frame is written over whose page changed again within the unit.
       {"a page written over",
        [](Log& log) { return log.Write(std::string(kPage, 'a'), kHead + 24); }},
@@ -146,6 +145,73 @@ TEST_F(LogLayerTest, WhateverElseIsDoneFindsAllWritten) {
     EXPECT_EQ(Bytes("log"), std::string(kHead, 'h') +
                                 Log::Frame('a', false).substr(0, static_cast<size_t>(one.left)));
     log.Close();
+    std::filesystem::remove(Path("log"));
+  }
+}
+
+// Nor does it wait for the disk to have room.
+TEST_F(LogLayerTest, WhatIsHeldIsReadWithoutAWrite) {
+  Log log(Path("log"));
+  ASSERT_EQ(log.WriteHead(), SQLITE_OK);
+  ASSERT_EQ(log.WriteFrame('a', false), SQLITE_OK);
+  ASSERT_EQ(log.WriteFrame('b', false), SQLITE_OK);
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  std::string page(kPage, '#');
+  EXPECT_EQ(log.Read(&page, kHead + kFrame + 24), SQLITE_OK);
+  EXPECT_EQ(page, std::string(kPage, 'b'));
+  std::string head(24, '#');
+  EXPECT_EQ(log.Read(&head, kHead), SQLITE_OK);
+  EXPECT_EQ(head, Log::FrameHead('a', false));
+  EXPECT_FALSE(disk.failed());
+  EXPECT_EQ(Size(), kHead);
+}
+
+// What fails tells of a read, with nothing lost of what was written before; what is not there is
+// zeroes.
+TEST_F(LogLayerTest, AReadThatFailsSaysSo) {
+  Log log(Path("log"));
+  ASSERT_EQ(log.WriteHead(), SQLITE_OK);
+  ASSERT_EQ(log.WriteFrame('a', false), SQLITE_OK);
+  std::string head(kHead, '#');
+  disk.FailAt(FailingDisk::Fault::kRead, 1, false);
+  EXPECT_EQ(log.Read(&head, 0), SQLITE_IOERR_READ);
+  std::string all(kHead + kFrame, '#');
+  for (const auto fault : {FailingDisk::Fault::kFull, FailingDisk::Fault::kHalf}) {
+    disk.FailAt(fault, 1, false);
+    EXPECT_EQ(log.Read(&all, 0), SQLITE_IOERR_READ);
+    EXPECT_TRUE(disk.failed());
+  }
+  std::string beyond(kPage, '#');
+  EXPECT_EQ(log.Read(&beyond, kHead + kFrame), SQLITE_IOERR_SHORT_READ);
+  EXPECT_EQ(beyond, std::string(kPage, '\0'));
+  ASSERT_EQ(log.WriteFrame('b', true), SQLITE_OK);
+  EXPECT_TRUE(Bytes("log") ==
+              std::string(kHead, 'h') + Log::Frame('a', false) + Log::Frame('b', true));
+}
+
+TEST_F(LogLayerTest, NothingOfAUnitThatWasTakenBackIsWrittenLater) {
+  for (const bool closed : {false, true}) {
+    Log log(Path("log"));
+    ASSERT_EQ(log.WriteHead(), SQLITE_OK);
+    ASSERT_EQ(log.WriteFrame('a', true), SQLITE_OK);
+    ASSERT_EQ(log.WriteFrame('b', false), SQLITE_OK);
+    ASSERT_EQ(log.WriteFrame('c', false), SQLITE_OK);
+    const std::string stands = std::string(kHead, 'h') + Log::Frame('a', true);
+    if (closed) {
+      log.Close();
+      EXPECT_TRUE(Bytes("log") == stands);
+    } else {
+      ASSERT_EQ(log.TakeBack(), SQLITE_OK);
+      ASSERT_EQ(log.file()->pMethods->xSync(log.file(), SQLITE_SYNC_NORMAL), SQLITE_OK);
+      EXPECT_TRUE(Bytes("log") == stands);
+      // The next unit has their place, and is held as any.
+      ASSERT_EQ(log.Write(Log::FrameHead('d', false), kHead + kFrame), SQLITE_OK);
+      ASSERT_EQ(log.Write(std::string(kPage, 'd'), kHead + kFrame + 24), SQLITE_OK);
+      EXPECT_TRUE(Bytes("log") == stands);
+      ASSERT_EQ(log.WriteFrame('e', true), SQLITE_OK);
+      EXPECT_TRUE(Bytes("log") == stands + Log::Frame('d', false) + Log::Frame('e', true));
+      log.Close();
+    }
     std::filesystem::remove(Path("log"));
   }
 }
