@@ -54,6 +54,18 @@ class FailingDisk {
   // it.
   void FailAt(Fault fault, int n, bool lasting) { plan() = {fault, n, lasting, true, false}; }
   void Heal() { plan().armed = false; }
+  // As long as it stands nothing fails, and nothing is counted: for those who look at what is
+  // there.
+  class Pause {
+   public:
+    Pause() : kept_(plan().armed) { plan().armed = false; }
+    ~Pause() { plan().armed = kept_; }
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+
+   private:
+    bool kept_;
+  };
   // From here on the files that are opened have a medium: kPower needs it. What a file holds when
   // it is opened counts as waited for.
   static void Remember() { remembers() = true; }
