@@ -96,17 +96,22 @@ int ReceiptDesk::Message(std::string_view text) {
   return RTF_SUCCESS;
 }
 
-// Whether what is paid wholly in cash comes to five cents. What takes the whole of a sale back goes
-// as the sale went, whatever is set up today.
+// Whether what is paid wholly in cash comes to five cents. What takes the whole of a sale back that
+// was paid so goes as the sale went, whatever is set up today.
 bool ReceiptDesk::RoundsCash() const {
   const OpenDocument& document = core_.document;
-  if (!IsOwn(document.reference)) return core_.setup.round_cash;
   StoredDocument sale;
-  if (FindSale(document.reference, &sale) != RTF_SUCCESS ||
+  if (!IsOwn(document.reference) || FindSale(document.reference, &sale) != RTF_SUCCESS ||
       document.receipt.total() != sale.total) {
     return core_.setup.round_cash;
   }
-  return sale.by_tender.count(kRoundedDownTender) + sale.by_tender.count(kRoundedUpTender) > 0;
+  bool rounded = false;
+  for (const auto& [tender, amount] : sale.by_tender) {
+    const bool rounding = tender == kRoundedDownTender || tender == kRoundedUpTender;
+    if (!rounding && tender != kCashTender) return core_.setup.round_cash;
+    rounded = rounded || rounding;
+  }
+  return rounded;
 }
 
 int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automatic,

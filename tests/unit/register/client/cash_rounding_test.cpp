@@ -162,6 +162,13 @@ TEST_F(CashRounding, AVoidByLinesPaysBackAsTheSaleWasPaid) {
   EXPECT_EQ(Payments(),
             "Pagamento contante                   10,02\n"
             "Importo rimborsato                   10,02\n");
+  // What was paid otherwise tells nothing of it.
+  Open(100300);
+  ASSERT_EQ(PayRest("2"), RTF_SUCCESS);
+  ASSERT_EQ(device.BeginDocTelematicCancel(5, 1, "", false, ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 100300), RTF_SUCCESS);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  EXPECT_EQ(device.store().documents().back().by_tender.at("0"), 100500);
   // A credit note of all of it likewise; of a part of it, or of no sale, as is set up.
   Round(false);
   for (const Amount total : {100300, 100400}) {
@@ -170,11 +177,11 @@ TEST_F(CashRounding, AVoidByLinesPaysBackAsTheSaleWasPaid) {
     ASSERT_EQ(PayRest(), RTF_SUCCESS);
   }
   Round(false);
-  ASSERT_EQ(device.BeginDocTelematicRefund(5, 1, "", ""), RTF_SUCCESS);
+  ASSERT_EQ(device.BeginDocTelematicRefund(7, 1, "", ""), RTF_SUCCESS);
   ASSERT_EQ(Sell(1, 100300), RTF_SUCCESS);
   ASSERT_EQ(PayRest(), RTF_SUCCESS);
   EXPECT_EQ(device.store().documents().back().by_tender.at("0"), 100500);
-  for (const int number : {6, 0}) {
+  for (const int number : {8, 0}) {
     ASSERT_EQ(device.BeginDocTelematicRefund(number, number == 0 ? 0 : 1, "", ""), RTF_SUCCESS);
     ASSERT_EQ(Sell(1, 10300), RTF_SUCCESS);
     ASSERT_EQ(PayRest(), RTF_SUCCESS);
