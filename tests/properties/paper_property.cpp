@@ -4,11 +4,13 @@
 // - each document: lines, subtotals, shares of the rates, tax, payments;
 // - each closing: counts, kinds, tenders, rates, and the grand total that goes on;
 // - the totals that a host could read just ahead of the closing;
+// - the sum of all closings, and that of a period, by rates;
 // - the telematic summary;
 // - the documents and closings that are stored.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "properties/paper_day.h"
 #include "properties/paper_reader.h"
@@ -225,6 +227,61 @@ std::string WrongStore(const RegisterStore& store, const std::vector<ReadPaper>&
   return {};
 }
 
+using ByMark = std::map<std::string, Cents>;
+
+// What a report that was written into a file says of the rates.
+struct ReadRates {
+  ByMark gross, tax;
+};
+void Add(const ReadDay& day, ReadRates* rates) {
+  for (const auto& [mark, sum] : day.gross_by_mark) rates->gross[mark] += sum;
+  for (const auto& [mark, sum] : day.tax_by_mark) rates->tax[mark] += sum;
+}
+ReadRates RatesOf(const std::string& file) {
+  ReadRates read;
+  std::ifstream in(file);
+  bool within = false;
+  for (std::string line; std::getline(in, line);) {
+    within = line == "IVA" || (within && !line.empty());
+    std::istringstream words(line);
+    std::string name, mark, last;
+    words >> name >> mark;
+    for (std::string word; words >> word;) last = word;
+    Cents amount = 0;
+    if (!within || !ReadCents(last, &amount)) continue;
+    if (name == "Totale" && amount != 0) read.gross[mark] = amount;
+    if (name == "Imposta" && amount != 0) read.tax[mark] = amount;
+  }
+  return read;
+}
+
+// Over all closings, and over a period that began with the register, the rates are what the papers
+// of each day had, whatever the table is by now.
+std::string WrongSumsOfClosings(VirtualRegister& device, ReadRates expected, const ReadDay& open,
+                                const std::string& file) {
+  const auto is_nothing = [](const auto& row) { return row.second == 0; };
+  constexpr int kFile = 2;
+  for (const bool period : {false, true}) {
+    if (period) Add(open, &expected);
+    std::erase_if(expected.gross, is_nothing);
+    std::erase_if(expected.tax, is_nothing);
+    if (!period && device.store().last_closure() == 0) continue;
+    std::filesystem::remove(file);
+    const int code =
+        period ? device.PeriodicReportMessageEx(3, 0, "txt", file.c_str(), kFile, false)
+               : device.FiscalReportMessageEx(2, 0, 3, 0, 0, 1,
+                                              static_cast<uint32_t>(device.store().last_closure()),
+                                              "", "", "txt", file.c_str(), kFile);
+    if (code != RTF_SUCCESS) return "a report of all closings is refused";
+    const ReadRates read = RatesOf(file);
+    if (read.gross != expected.gross || read.tax != expected.tax) {
+      return period ? "the period has other rates than the papers"
+                    : "the sum of all closings has other rates than the papers";
+    }
+  }
+  return {};
+}
+
 void Count(const ReadPaper& paper, Seen* seen) {
   static constexpr const char* kNames[] = {"sales",     "invoices", "credit notes",    "voids",
                                            "abandoned", "closings", "papers of others"};
@@ -257,7 +314,8 @@ std::string WrongPapers(PaperShop* shop, const std::string& file, Seen* seen) {
   if (device.paper().dropped() != 0) return {};  // the roll has lost its beginning
   const std::vector<ReadPaper> papers = ReadRoll(device.paper_lines());
   ReadDay day;
-  ReadDay before;  // the sales and what went back of all closed days
+  ReadDay before;       // the sales and what went back of all closed days
+  ReadRates all_rates;  // of all closed days
   bool by_rate = true;
   for (const ReadPaper& paper : papers) {
     if (!paper.wrong.empty()) return paper.wrong;
@@ -295,8 +353,13 @@ std::string WrongPapers(PaperShop* shop, const std::string& file, Seen* seen) {
     before.closed_on = paper.date;
     if (!paper.opened.empty()) seen->Add("closings behind midnight");
     if (!paper.idle_from.empty()) seen->Add("closings behind idle dates");
+    Add(day, &all_rates);
+    if (all_rates.gross.size() > 5) seen->Add("sums of more rates than the table has");
     day = {};
     by_rate = true;
+  }
+  if (const std::string wrong = WrongSumsOfClosings(device, all_rates, day, file); !wrong.empty()) {
+    return wrong;
   }
   if (before.net() * kTenThousandths != device.store().grand_total()) {
     return "the grand total is not that of the paper";
@@ -315,7 +378,7 @@ void Count(const PaperShop& shop, Seen* seen) {
 }
 
 TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
-  const PropertyRun run = RunOf(1000);
+  const PropertyRun run = RunOf(2000);
   Seen seen("paper");
   const std::filesystem::path folder = MakeTemporaryFolder();
   int64_t days = 0;
@@ -344,6 +407,7 @@ TEST(PaperProperty, ThePaperAddsUpToWhatIsCounted) {
                      {"rates changed", 100},
                      {"closings of one table of rates", 1000},
                      {"closings of two tables of rates", 20},
+                     {"sums of more rates than the table has", 20},
                      {"closings with documents", 1000},
                      {"closings behind midnight", 100},
                      {"closings behind idle dates", 100},
