@@ -16,6 +16,7 @@
 #include "register/client/virtual_register.h"
 #include "register/paper/picture.h"
 #include "register/tables/tables.h"
+#include "register/value/nature.h"
 
 struct lorimat_register {
   explicit lorimat_register(lorimat::RegisterSettings settings) : device(std::move(settings)) {}
@@ -101,6 +102,39 @@ constexpr size_t kMostHeaderLines = lorimat::Tables::kHeaderLines;
 constexpr size_t kLongestHeaderLine = lorimat::Tables::kHeaderLineSize;
 constexpr int kLastInvoice = 999'999;
 
+constexpr size_t kMostVatEntries = 99;
+
+// A rate of the table, or a nature; nothing for another text.
+std::optional<lorimat::VatRate> ReadVat(std::string_view text) {
+  if (const lorimat::Nature* const nature = lorimat::FindNature(text)) {
+    return lorimat::VatRate{0, std::string(nature->mark)};
+  }
+  constexpr int kDecimals = 2;
+  const std::optional<int64_t> hundredths = lorimat::ParseDecimal(text, kDecimals, 0);
+  constexpr int64_t kMostHundredths = 9999;
+  if (!hundredths || *hundredths > kMostHundredths) return std::nullopt;
+  if (*hundredths == 0) return lorimat::VatRate{0, std::string(lorimat::kExempt.mark)};
+  return lorimat::VatRate{static_cast<int32_t>(*hundredths * 100), {}};
+}
+
+int ReadVatTable(const lorimat_register_settings& given, lorimat::RegisterSettings* settings) {
+  if (given.vat == nullptr) return LORIMAT_OK;
+  if (given.vat_count < 1 || given.vat_count > kMostVatEntries) {
+    return Fail(LORIMAT_BAD_VALUE, "vat has no entry, or more than 99");
+  }
+  settings->vat_rates.clear();
+  for (size_t i = 0; i < given.vat_count; ++i) {
+    if (given.vat[i] == nullptr) return Fail(LORIMAT_NULL_ARGUMENT, "an entry of vat is null");
+    const std::optional<lorimat::VatRate> rate = ReadVat(given.vat[i]);
+    if (!rate) {
+      return Fail(LORIMAT_BAD_VALUE,
+                  "entry " + std::to_string(i + 1) + " of vat is no rate and no nature");
+    }
+    settings->vat_rates.push_back(*rate);
+  }
+  return LORIMAT_OK;
+}
+
 // A tm of the host's clock. Throws when there is no such time.
 std::tm TimeOf(const lorimat_register_settings& settings) {
   lorimat_time now = {};
@@ -167,7 +201,9 @@ int ReadSettings(const lorimat_register_settings& given, lorimat::RegisterSettin
   if (given.last_invoice < 0 || given.last_invoice > kLastInvoice) {
     return Fail(LORIMAT_BAD_VALUE, "last_invoice is out of range");
   }
+  if (const int result = ReadVatTable(given, settings)) return result;
   settings->commissioned = !given.not_in_service;
+  settings->round_cash = given.round_cash;
   settings->last_closure = given.last_closure;
   settings->last_invoice = given.last_invoice;
   if (given.clock != nullptr) {

@@ -59,6 +59,13 @@ typedef struct lorimat_register_settings {
    * register. user_data is handed to it and stays the host's. */
   bool (*clock)(void* user_data, lorimat_time* now);
   void* user_data;
+  /* As `lorimat set` has them. What is paid wholly in cash comes to five cents. */
+  bool round_cash;
+  /* The table of VAT, entry 1 first, at most 99 entries, none of them null: a rate of 0 to 99.99
+   * with two decimals at most ("22", "5.5"), or the nature of sales without tax, "N1" to "N6".
+   * Null: 22, 10, 5, 4 and exempt. */
+  const char* const* vat;
+  size_t vat_count;
 } lorimat_register_settings;
 
 /* Opens a register; `settings` may be null. *device is closed by lorimat_register_close; null on

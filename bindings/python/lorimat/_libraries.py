@@ -41,7 +41,8 @@ class Settings(Structure):
                 ("vat_number", c_char_p), ("outbox", c_char_p),
                 ("header_lines", POINTER(c_char_p)), ("header_line_count", c_size_t),
                 ("last_closure", c_int), ("last_invoice", c_int), ("clock", Clock),
-                ("user_data", c_void_p)]
+                ("user_data", c_void_p), ("round_cash", c_bool), ("vat", POINTER(c_char_p)),
+                ("vat_count", c_size_t)]
 
 
 class Bytes(Structure):

@@ -5,7 +5,7 @@ import datetime
 import os
 import weakref
 from decimal import Decimal
-from typing import Any, Callable, Dict, NamedTuple, Optional, Sequence, Union
+from typing import Any, Callable, Dict, NamedTuple, Optional, Sequence, Tuple, Union
 
 from . import _libraries
 from ._text import decoded
@@ -77,6 +77,18 @@ def _path(value: Union[str, bytes, os.PathLike, None], what: str) -> Optional[by
     return data
 
 
+def _texts(values: Optional[Sequence[str]], what: str, one: str) -> Tuple[Any, int]:
+    """As an array and its length; nothing of None."""
+    if values is None:
+        return None, 0
+    if isinstance(values, (str, bytes)):
+        raise TypeError("%s has to be a sequence of str" % what)
+    texts = [_text(value, one) for value in values]
+    if None in texts:
+        raise TypeError("%s has to be a str, not None" % one)
+    return (ctypes.c_char_p * (len(texts) + 1))(*texts), len(texts)
+
+
 def _int(value: Any, what: str) -> int:
     if isinstance(value, bool) or not isinstance(value, int):
         raise TypeError("%s has to be an int, not %s" % (what, type(value).__name__))
@@ -103,6 +115,9 @@ class VirtualRegister(Unpicklable):
       serial_number, firmware_version, vat_number, header_lines, in_service, last_closure,
         last_invoice: its identity; what is left out is that of a test shop.
       outbox: the folder that summaries are put into when they are sent.
+      round_cash: what is paid wholly in cash comes to five cents.
+      vat: the table of VAT, entry 1 first, as `lorimat set` takes it: rates ("22", "5.5"), or the
+        nature of sales without tax ("N1" to "N6"); None is 22, 10, 5, 4 and exempt.
       clock: gives the device's time, as datetime.now does, which None stands for.
     """
 
@@ -110,7 +125,8 @@ class VirtualRegister(Unpicklable):
                  serial_number: Optional[str] = None, firmware_version: Optional[str] = None,
                  vat_number: Optional[str] = None, header_lines: Optional[Sequence[str]] = None,
                  outbox: Union[str, bytes, os.PathLike, None] = None, in_service: bool = True,
-                 last_closure: int = 0, last_invoice: int = 0,
+                 last_closure: int = 0, last_invoice: int = 0, round_cash: bool = False,
+                 vat: Optional[Sequence[str]] = None,
                  clock: Optional[Callable[[], datetime.datetime]] = None) -> None:
         self._handle = ctypes.c_void_p()
         self._hold: Any = None  # that of the translator that has it
@@ -125,14 +141,10 @@ class VirtualRegister(Unpicklable):
         settings.serial_number = _text(serial_number, "serial_number")
         settings.firmware_version = _text(firmware_version, "firmware_version")
         settings.vat_number = _text(vat_number, "vat_number")
-        if header_lines is not None:
-            if isinstance(header_lines, (str, bytes)):
-                raise TypeError("header_lines has to be a sequence of str")
-            lines = [_text(line, "a header line") for line in header_lines]
-            if None in lines:
-                raise TypeError("a header line has to be a str, not None")
-            settings.header_lines = (ctypes.c_char_p * (len(lines) + 1))(*lines)
-            settings.header_line_count = len(lines)
+        settings.header_lines, settings.header_line_count = _texts(
+            header_lines, "header_lines", "a header line")
+        settings.vat, settings.vat_count = _texts(vat, "vat", "an entry of vat")
+        settings.round_cash = bool(round_cash)
         settings.not_in_service = not in_service
         settings.last_closure = _int(last_closure, "last_closure")
         settings.last_invoice = _int(last_invoice, "last_invoice")

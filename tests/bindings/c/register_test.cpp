@@ -136,6 +136,60 @@ TEST(CFaceRegister, TakesWhatItIsMadeWith) {
   EXPECT_EQ(paper.find("NEGOZIO"), std::string::npos);
 }
 
+// 2,00 + 1,03 at 5,5 % + 0,50 out of scope: 3,53, in cash 3,55. Tax: 2,00 x 22/122 = 0,36 and
+// 1,03 x 5,5/105,5 = 0,05.
+TEST(CFaceRegister, TakesTheTableOfVatAndTheRoundingOfCash) {
+  lorimat_register_settings settings = Settings();
+  const char* vat[] = {"22", "5.5", "N2"};
+  settings.vat = vat;
+  settings.vat_count = 3;
+  settings.round_cash = true;
+  Register device(settings);
+  ASSERT_EQ(device->BeginFiscalReceipt(false), RTF_SUCCESS);
+  constexpr int64_t kPrices[] = {20000, 10300, 5000};
+  for (int department = 1; department <= 3; ++department) {
+    ASSERT_EQ(
+        device->PrintRecItemEx(0, "", kPrices[department - 1], 0, -1, 0, "", department, true, ""),
+        RTF_SUCCESS);
+  }
+  ASSERT_EQ(device->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  const std::string paper = Made(device, lorimat_register_paper);
+  for (const char* part :
+       {"   22%        2,00\n", "  5,5%        1,03\n", "   NS*        0,50\n",
+        "di cui IVA                            0,41\n",
+        "Pagamento contante                    3,55\n", "NS* = N2 non soggetto\n"}) {
+    EXPECT_NE(paper.find(part), std::string::npos) << part << paper;
+  }
+  // A host that was built before there were these has neither.
+  settings.size = offsetof(lorimat_register_settings, round_cash);
+  Register before(settings);
+  ASSERT_EQ(before->BeginFiscalReceipt(false), RTF_SUCCESS);
+  ASSERT_EQ(before->PrintRecItemEx(0, "", 10300, 0, -1, 0, "", 2, true, ""), RTF_SUCCESS);
+  ASSERT_EQ(before->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  const std::string plain = Made(before, lorimat_register_paper);
+  EXPECT_NE(plain.find("   10%        1,03\n"), plain.npos) << plain;
+  EXPECT_NE(plain.find("Pagamento contante                    1,03\n"), plain.npos);
+}
+
+TEST(CFaceRegister, NamesAnEntryOfVatThatIsNone) {
+  lorimat_register* device = nullptr;
+  for (const char* wrong : {"", "N0", "N7", "n4", "22%", "-1", "100", "5.555", "5,5", "1e1"}) {
+    lorimat_register_settings settings = Settings();
+    const char* vat[] = {"22", wrong};
+    settings.vat = vat;
+    settings.vat_count = 2;
+    EXPECT_EQ(lorimat_register_open(&settings, &device), LORIMAT_BAD_VALUE) << wrong;
+    EXPECT_STREQ(lorimat_register_error(), "entry 2 of vat is no rate and no nature");
+    EXPECT_EQ(device, nullptr);
+    vat[1] = nullptr;
+    EXPECT_EQ(lorimat_register_open(&settings, &device), LORIMAT_NULL_ARGUMENT);
+    for (const size_t count : {size_t{0}, size_t{100}}) {
+      settings.vat_count = count;
+      EXPECT_EQ(lorimat_register_open(&settings, &device), LORIMAT_BAD_VALUE);
+    }
+  }
+}
+
 // Six header lines of fifty bytes: each goes on below, in the middle, where the paper ends.
 TEST(CFaceRegister, TakesTheLongestHeader) {
   const std::string longest(50, 'x');
@@ -251,7 +305,7 @@ TEST(CFaceRegister, SettingsThatCannotBeAreNamed) {
   settings.size = 3;
   expect(settings, LORIMAT_TABLE_TOO_SHORT);
   settings = Settings();
-  settings.size -= 1;
+  settings.size = offsetof(lorimat_register_settings, user_data) + sizeof(void*) - 1;
   expect(settings, LORIMAT_TABLE_TOO_SHORT);
   settings = Settings();
   settings.file = "/nowhere/at/all/shop.register";

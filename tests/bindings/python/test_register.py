@@ -3,6 +3,7 @@
 import datetime
 import gc
 import os
+import re
 import subprocess
 import sys
 from decimal import Decimal
@@ -103,7 +104,18 @@ def test_it_has_the_identity_that_it_is_given():
             assert part in register.paper
 
 
+def test_it_has_the_table_of_vat_and_the_rounding_that_it_is_given():
+    with lorimat.VirtualRegister(vat=["22", "N2"], round_cash=True, clock=noon) as register:
+        with lorimat.Translator(register) as t:
+            t("VEND REP=2, PRE=1.03")
+            t("CHIU TEND=CONTANTI")
+        assert "NS* = N2 non soggetto\n" in register.paper
+        assert re.search(r"Arrotondamento per eccesso +-0,02\n", register.paper)
+
+
 @pytest.mark.parametrize("wrong, error", [
+    (dict(vat="22"), TypeError), (dict(vat=[None]), TypeError), (dict(vat=[22]), TypeError),
+    (dict(vat=[]), lorimat.LorimatError), (dict(vat=["N7"]), lorimat.LorimatError),
     (dict(serial_number=7), TypeError), (dict(serial_number="a\0b"), lorimat.TextError),
     (dict(serial_number="x" * 33), lorimat.LorimatError),
     (dict(serial_number="\ud800"), lorimat.TextError),
