@@ -211,7 +211,18 @@ Json ClockJson(const RegisterProfile& profile) {
 Json DayTotalsJson(const lorimat::DailyTotals& day) {
   Json by_vat = Json::array();
   for (const auto& [entry, amount] : day.by_vat) {
-    by_vat.push_back({{"entry", entry}, {"cents", AmountCents(amount)}});
+    const auto found = day.counts_by_vat.find(entry);
+    const lorimat::VatCounts counts =
+        found != day.counts_by_vat.end() ? found->second : lorimat::VatCounts();
+    const auto count = [&counts](lorimat::Counted what) {
+      return counts[static_cast<size_t>(what)];
+    };
+    by_vat.push_back({{"entry", entry},
+                      {"cents", AmountCents(amount)},
+                      {"documents", count(lorimat::Counted::kDocuments)},
+                      {"discounts", count(lorimat::Counted::kDiscounts)},
+                      {"surcharges", count(lorimat::Counted::kSurcharges)},
+                      {"refund_lines", count(lorimat::Counted::kRefundLines)}});
   }
   Json by_department = Json::array();
   for (const auto& [number, sum] : day.by_department) {
@@ -221,7 +232,10 @@ Json DayTotalsJson(const lorimat::DailyTotals& day) {
   }
   Json by_tender = Json::array();
   for (const auto& [tender, amount] : day.by_tender) {
-    by_tender.push_back({{"tender", tender}, {"cents", AmountCents(amount)}});
+    const auto payments = day.payments.find(tender);
+    by_tender.push_back({{"tender", tender},
+                         {"cents", AmountCents(amount)},
+                         {"payments", payments != day.payments.end() ? payments->second : 0}});
   }
   return {{"sales_cents", AmountCents(day.receipts)},
           {"invoices_cents", AmountCents(day.invoices)},

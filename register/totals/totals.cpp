@@ -192,6 +192,13 @@ DailyTotals Totals::Summary() const {
     for (const auto& [tender, amount] : of(kind).by_tender) {
       AddTo(&summary.by_tender[tender], amount, sign);
     }
+    AddMap(of(kind).tender_counts, &summary.payments);
+    for (const auto& [vat, figures] : of(kind).by_vat) {
+      VatCounts& counts = summary.counts_by_vat[vat];
+      for (size_t what = 0; what < counts.size(); ++what) {
+        AddTo(&counts[what], figures.counts[what]);
+      }
+    }
   }
   return summary;
 }

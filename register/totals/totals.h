@@ -43,6 +43,9 @@ struct DailyTotals {
   std::map<int, Amount> by_vat;
   std::map<int, DepartmentSum> by_department;
   std::map<std::string, Amount> by_tender;
+  // How many there are, of all kinds: with an entry what Counted names, and payments by tender.
+  std::map<int, VatCounts> counts_by_vat;
+  std::map<std::string, int> payments;
 
   Amount net() const {
     Amount sum = receipts;

@@ -127,14 +127,18 @@ TEST(StatusJson, TellsTheSumsOfTheDay) {
   EXPECT_EQ(totals["sales_cents"], 1800);
   EXPECT_EQ(totals["invoices_cents"], 500);
   EXPECT_EQ(totals["credit_notes_cents"], 0);
-  EXPECT_EQ(totals["by_vat"], json::parse(R"([{"entry": 1, "cents": 1500},
-                                              {"entry": 2, "cents": 300}])"));
+  EXPECT_EQ(totals["by_vat"],
+            json::parse(R"([{"entry": 1, "cents": 1500, "documents": 2, "discounts": 0,
+                             "surcharges": 0, "refund_lines": 0},
+                            {"entry": 2, "cents": 300, "documents": 1, "discounts": 0,
+                             "surcharges": 0, "refund_lines": 0}])"));
   EXPECT_EQ(totals["by_department"],
             json::parse(R"([{"number": 1, "quantity_thousandths": 2000, "cents": 1500},
                             {"number": 2, "quantity_thousandths": 2000, "cents": 300}])"));
   json paid = 0;
   for (const json& one : totals["by_tender"]) paid = paid.get<int>() + one["cents"].get<int>();
   EXPECT_EQ(paid, 1800);
+  for (const json& one : totals["by_tender"]) EXPECT_EQ(one["payments"], 1);
 }
 
 TEST(StatusJson, TellsTablesAndSetUp) {
