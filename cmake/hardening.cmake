@@ -4,7 +4,7 @@
 # into known buffers checked by the C library, addresses that change from start to start, tables of
 # the linker that cannot be written once the program runs, no stack that can be run, and marks for
 # indirect jumps and returns where the processor checks them. Windows: data that cannot be run and
-# addresses that change, 64 bits wide (the linker's defaults, written out).
+# addresses that change, of 64 bits in all their width (the linker's defaults, written out).
 #
 # The sanitizers have their own guards, which these would hide. What is counted for the tests ships
 # nowhere.
@@ -13,7 +13,10 @@ if(LORIMAT_SANITIZE OR LORIMAT_SANITIZE_THREADS OR LORIMAT_FUZZ OR LORIMAT_COVER
 endif()
 
 if(WIN32)
-  add_link_options(-Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
+  add_link_options(-Wl,--nxcompat -Wl,--dynamicbase)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    add_link_options(-Wl,--high-entropy-va)
+  endif()
   return()
 endif()
 

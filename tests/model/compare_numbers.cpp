@@ -110,7 +110,7 @@ void ComparePadding(Comparison& comparison, long number) {
 
 std::string ChanceNumberText(Comparison& comparison) {
   std::string text;
-  const uint64_t length = 1 + comparison.Below(28);
+  const size_t length = 1 + comparison.Below(28);
   const std::string alphabet = comparison.Once(2) ? "0123456789" : "0123456789.,- A\xE8'+e";
   for (uint64_t i = 0; i < length; ++i) text += comparison.Any(alphabet);
   if (comparison.Once(3)) text.insert(comparison.Below(length), ".");
@@ -131,8 +131,8 @@ void CompareNumbers(Comparison& comparison, uint64_t most) {
   for (uint64_t i = 0; i < edited; ++i) {
     long number = static_cast<long>(i) - static_cast<long>(edited / 2);
     if (comparison.Once(2)) {
-      const uint64_t digits = comparison.Below(31);
-      number = static_cast<long>(comparison.Below(uint64_t{1} << digits));
+      const size_t digits = comparison.Below(31);
+      number = static_cast<long>(comparison.Below(size_t{1} << digits));
       if (comparison.Once(2)) number = -number;
     }
     CompareEditing(comparison, number);

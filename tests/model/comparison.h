@@ -25,8 +25,8 @@ class Comparison {
   uint64_t differences() const { return differences_; }
 
   // A number from 0 to below limit.
-  uint64_t Below(uint64_t limit) { return chance_() % limit; }
-  bool Once(uint64_t in) { return Below(in) == 0; }
+  size_t Below(size_t limit) { return static_cast<size_t>(chance_() % limit); }
+  bool Once(size_t in) { return Below(in) == 0; }
   template <typename List>
   const auto& Any(const List& list) {
     return list[Below(list.size())];

@@ -33,7 +33,7 @@ std::string ChanceName(Comparison& comparison) {
 
 namespace {
 
-std::string ChanceNumber(Comparison& comparison, uint64_t usual) {
+std::string ChanceNumber(Comparison& comparison, size_t usual) {
   if (comparison.Once(25)) {
     static const std::vector<std::string> odd = {
         "0",  "-1",  "",    "A",          "99999999999", "-99999999999999999999",

@@ -820,7 +820,7 @@ std::string EditCurrency(long number, long factor, bool short_zero, int place_fa
 std::string InBase(int number, int base) {
   if (base < 2 || base > 35) return "";
   std::string text;
-  long rest = std::labs(static_cast<long>(number));
+  int64_t rest = std::llabs(number);  // long may have as many bits as int
   do {
     const int digit = static_cast<int>(rest % base);
     text.insert(text.begin(), static_cast<char>(digit < 10 ? '0' + digit : 'a' + digit - 10));

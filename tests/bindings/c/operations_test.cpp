@@ -55,7 +55,7 @@ struct Held<const char*> {
   std::string value;
   bool null;
   Held(Chance& chance, size_t) : null(chance() % 8 == 0) {
-    value.resize(chance() % 90);
+    value.resize(static_cast<size_t>(chance() % 90));
     for (char& c : value) c = static_cast<char>(chance() % 255 + 1);
   }
   const char* Give() { return null ? nullptr : value.c_str(); }
