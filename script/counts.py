@@ -37,6 +37,7 @@ ROWS = [
     ("fuzz.console", "executions of the fuzzer console"),
     ("fuzz.http", "executions of the fuzzer http"),
     ("fuzz.json", "executions of the fuzzer json"),
+    ("platforms.conversations", "conversations played on other machines"),
     ("coverage.src.lines", "lines of src/ that tests run"),
     ("coverage.src.branches", "branches of src/ that tests take"),
     ("coverage.register.lines", "lines of register/ that tests run"),

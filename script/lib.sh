@@ -10,8 +10,12 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libfmt-dev libcli11-dev
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev gettext libboost1.81-dev
   libgtest-dev libgmock-dev librapidcheck-dev zbar-tools curl python3-pytest)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
+windows32_packages=(g++-mingw-w64-i686-posix)
+# By their numbers: the packages without are in each other's way.
+m32_packages=(g++-12-multilib googletest)
+arm64_packages=(g++-12-aarch64-linux-gnu qemu-user googletest)
 check_packages=(binutils python3 python3-venv python3-pip python3-setuptools python3-wheel shellcheck
-  clang-format clang-tidy cppcheck codespell)
+  clang-format clang-tidy cppcheck codespell mono-mcs mono-runtime fp-compiler)
 bench_packages=(libbenchmark-dev libcpp-httplib-dev libinih-dev libboost1.81-dev libspdlog-dev nlohmann-json3-dev
   python3-matplotlib rapidjson-dev)
 coverage_packages=(gcovr)
