@@ -42,7 +42,7 @@ constexpr std::string_view kConformExamples = TR_TEXT(R"(Examples:
       The virtual register in memory, where nothing that counts is lost.
 
 The device has to say that it is in training; --for-real tries one that does not: then its
-documents count, a day is closed, and header, options and numbering may be written over. Some 300
+documents count, a day is closed, and header, options and numbering may be written over. Some 100
 documents are printed either way. Each operation is tried in each state of the printer, each
 refusal and each reading by itself; behind each the device is brought back to rest.
 
