@@ -1234,6 +1234,10 @@ public static class Lorimat {
     public int last_invoice;
     public lorimat_register_settings_clock clock;
     public IntPtr user_data;
+    [MarshalAs(UnmanagedType.I1)]
+    public bool round_cash;
+    public IntPtr vat;
+    public UIntPtr vat_count;
   }
 
   [StructLayout(LayoutKind.Sequential)]

@@ -898,6 +898,9 @@ type
     last_invoice: cint;
     clock: function(user_data: Pointer; now: Plorimat_time): Boolean; cdecl;
     user_data: Pointer;
+    round_cash: Boolean;
+    vat: PPAnsiChar;
+    vat_count: SizeUInt;
   end;
 
   Plorimat_bytes = ^lorimat_bytes;

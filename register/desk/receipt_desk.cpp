@@ -128,8 +128,8 @@ int ReceiptDesk::Total(Amount payment, std::string_view tender_id, bool automati
   const std::tm now = core_.Now();
   const size_t before = receipt.payments().size();
   Payment done;
-  if (const int code = EnterPayment(core_.tables, *tender, payment, automatic, RoundsCash(),
-                                    &receipt, &done)) {
+  if (const int code =
+          EnterPayment(core_.tables, *tender, payment, automatic, RoundsCash(), &receipt, &done)) {
     return code;
   }
   if (!document.total_shown) {
