@@ -53,7 +53,7 @@ AT(lorimat_time, hour, 12, 12);
 AT(lorimat_time, minute, 16, 16);
 AT(lorimat_time, second, 20, 20);
 
-SIZE(lorimat_register_settings, 96, 56);
+SIZE(lorimat_register_settings, 120, 68);
 AT(lorimat_register_settings, size, 0, 0);
 AT(lorimat_register_settings, abi, 8, 4);
 AT(lorimat_register_settings, not_in_service, 12, 8);
@@ -68,6 +68,9 @@ AT(lorimat_register_settings, last_closure, 72, 40);
 AT(lorimat_register_settings, last_invoice, 76, 44);
 AT(lorimat_register_settings, clock, 80, 48);
 AT(lorimat_register_settings, user_data, 88, 52);
+AT(lorimat_register_settings, round_cash, 96, 56);
+AT(lorimat_register_settings, vat, 104, 60);
+AT(lorimat_register_settings, vat_count, 112, 64);
 
 SIZE(lorimat_register_state, 64, 56);
 AT(lorimat_register_state, size, 0, 0);
