@@ -20,8 +20,11 @@ ordered_json SumsJson(const ReceiptSums& sums) {
   for (const int64_t amount : sums.items) json["items"].push_back(MoneyText(amount));
   json["subtotal"] = MoneyText(sums.subtotal);
   json["total"] = MoneyText(sums.total);
-  json["paid"] = MoneyText(sums.paid);
-  json["change"] = MoneyText(sums.change);
+  const auto known = [&sums](int64_t amount) {
+    return sums.has_payments ? ordered_json(MoneyText(amount)) : ordered_json();
+  };
+  json["paid"] = known(sums.paid);
+  json["change"] = known(sums.change);
   json["by_vat"] = ordered_json::array();
   for (const auto& [vat, sum] : sums.by_vat) {
     json["by_vat"].push_back(
@@ -31,7 +34,7 @@ ordered_json SumsJson(const ReceiptSums& sums) {
   for (const auto& [department, amount] : sums.by_department) {
     json["by_department"].push_back({{"department", department}, {"amount", MoneyText(amount)}});
   }
-  json["payments"] = ordered_json::array();
+  json["payments"] = sums.has_payments ? ordered_json::array() : ordered_json();
   for (const ReceiptSums::PaymentSum& payment : sums.payments) {
     json["payments"].push_back(
         {{"name", FromDevice(payment.name)}, {"amount", MoneyText(payment.amount)}});

@@ -103,6 +103,7 @@ ReceiptItem ReadItem(const JsonFields& fields, std::optional<ReceiptProblem>* pr
   if (quantity == 0) fields.Refuse(400, "bad_number", "quantity", "it is 0");
   item.quantity = static_cast<int32_t>(quantity.value_or(0));
   item.price = fields.Decimal("price", kPrice);
+  if (item.price == 0) fields.Refuse(400, "bad_number", "price", "it is 0");
   item.is_refund = fields.Flag("refund");
   item.is_void = fields.Flag("void");
   if (item.is_refund && item.is_void) {

@@ -6,6 +6,7 @@
 
 #include "console/message/refusal_text.h"
 #include "console/message/translate.h"
+#include "door/judge/code_page.h"
 #include "door/receipt/decimal.h"
 #include "managermachine/pflitemtype.h"
 #include "pal/protocols/lorimat/receipt/tender_numbers.h"
@@ -41,6 +42,15 @@ LineArguments ArgumentsOf(const ReceiptItem& item) {
   return arguments;
 }
 
+// The texts of a client have been put into the device's code page. One that has no room stays as it is.
+Refusal InUtf8(Refusal refusal) {
+  const std::string text = FromDevice(refusal.text());
+  if (text.size() > Refusal::kTextSize) return refusal;
+  std::copy(text.begin(), text.end(), refusal.characters.begin());
+  refusal.size = static_cast<uint8_t>(text.size());
+  return refusal;
+}
+
 std::string PlaceOf(const char* list, size_t index) { return fmt::format("/{}/{}", list, index); }
 
 class Summing {
@@ -58,6 +68,11 @@ class Summing {
     }
     sums->subtotal = receipt_.total();
     if (request_.subtotal && !problem_) AdjustSubtotal(*request_.subtotal);
+    sums->has_payments = !RestsOnSale();
+    if (!sums->has_payments) {
+      if (!problem_) Tell(sums);
+      return problem_;
+    }
     for (size_t i = 0; i < request_.payments.size() && !problem_; ++i) {
       Pay(request_.payments[i], PlaceOf("payments", i), i > 0);
     }
@@ -81,7 +96,7 @@ class Summing {
     }
     if (note.count() == 0) return;
     const console::EnglishMessages english;
-    std::string cause = console::RefusalText(note.last());
+    std::string cause = console::RefusalText(InUtf8(note.last()));
     if (cause.empty()) cause = fmt::format("the device refuses it with {}", note.last().code);
     problem_ = {422, "refused", std::move(place), std::move(cause)};
   }
@@ -112,6 +127,17 @@ class Summing {
       Adjustment done;
       return receipt_.AdjustSubtotal(request, &done);
     });
+  }
+
+  // Whether the sale that goes back says if its cash comes to five cents, which can differ from what
+  // is set up today.
+  bool RestsOnSale() const {
+    constexpr Amount kFiveCents = 500;
+    constexpr int kCash = 1;
+    return request_.refers_to && request_.refers_to->serial.empty() &&
+           receipt_.remaining() % kFiveCents != 0 &&
+           std::any_of(request_.payments.begin(), request_.payments.end(),
+                       [](const ReceiptPayment& payment) { return payment.tender == kCash; });
   }
 
   // The payment that covers the total registers the document: none may follow.
