@@ -42,7 +42,8 @@ LineArguments ArgumentsOf(const ReceiptItem& item) {
   return arguments;
 }
 
-// The texts of a client have been put into the device's code page. One that has no room stays as it is.
+// The texts of a client have been put into the device's code page. One that has no room stays as it
+// is.
 Refusal InUtf8(Refusal refusal) {
   const std::string text = FromDevice(refusal.text());
   if (text.size() > Refusal::kTextSize) return refusal;
@@ -129,8 +130,8 @@ class Summing {
     });
   }
 
-  // Whether the sale that goes back says if its cash comes to five cents, which can differ from what
-  // is set up today.
+  // Whether the sale that goes back says if its cash comes to five cents, which can differ from
+  // what is set up today.
   bool RestsOnSale() const {
     constexpr Amount kFiveCents = 500;
     constexpr int kCash = 1;

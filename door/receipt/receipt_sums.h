@@ -33,8 +33,8 @@ struct ReceiptSums {
   std::vector<int64_t> items;  // what each item adds to the total, its adjustment included
   int64_t subtotal = 0;        // ahead of its discount
   int64_t total = 0;
-  // Whether the three below are known: what takes a sale back rounds cash as that sale did, which only
-  // the device knows.
+  // Whether the three below are known: what takes a sale back rounds cash as that sale did, which
+  // only the device knows.
   bool has_payments = true;
   int64_t paid = 0;
   int64_t change = 0;
