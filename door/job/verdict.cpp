@@ -28,10 +28,10 @@ bool IsClosingOf(const Evidence& evidence) {
   if (before.grand_total && now.grand_total) {
     if (before.grand_total == now.grand_total) return true;
     // Some take the day in as they close it; but so much may have been sold as well.
-    return evidence.all_answered &&
+    return evidence.is_answered &&
            Distance(*before.grand_total, *now.grand_total) == before.day_total;
   }
-  return evidence.all_answered;
+  return evidence.is_answered;
 }
 
 Verdict JudgeClosing(const Evidence& evidence) {
@@ -69,7 +69,7 @@ Verdict JudgeDocument(const Evidence& evidence) {
   const bool is_other =
       last && (last->is_invoice != next->is_invoice || last->facts.closure != next->closure ||
                last->facts.number != next->number);
-  const bool is_ours = evidence.all_answered || (last && HasMark(last->paper, evidence.mark));
+  const bool is_ours = evidence.is_answered || (last && HasMark(last->paper, evidence.mark));
   if (is_other || !is_ours) return Unclear(Why::kOtherDocument);
   JobDocument document{next->closure, next->number, now.serial, {}, {}};
   if (last) document = last->facts;

@@ -25,9 +25,9 @@ struct Evidence {
   std::string mark;
   std::optional<LastDocument> last = {};  // of the name that NextDocument answers
   std::optional<JobDocument> last_closing = {};
-  // Every line that was sent was answered, by this process, so that a document that came meanwhile
-  // needs no mark.
-  bool all_answered = false;
+  // The line that has the effect was answered well, in this process, and nothing took it back, so
+  // that a document that came meanwhile needs no mark.
+  bool is_answered = false;
 };
 
 // The document that the numbers are further by, where that is exactly one.

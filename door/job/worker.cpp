@@ -35,6 +35,8 @@ struct Worker::Run {
   bool unclear = false;  // and nobody knows what it did
   bool marked = false;
   bool left = false;  // one that was answered well has printed or programmed
+  // One that pays was answered well, and none behind it may have taken the document back.
+  bool paid = false;
 };
 
 Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch)
@@ -194,6 +196,7 @@ void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
     answer.explanation = ExplainAnswer(answer.code);
     run->answers.push_back(answer);
     At(Step::kBehindLine);
+    run->paid = (run->paid && !judged.voids[i]) || (judged.pays[i] && answer.code == 0);
     if (answer.code == 0) {
       run->left = run->left || judged.leaves[i];
       continue;
@@ -205,13 +208,13 @@ void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
 }
 
 std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now,
-                                        bool all_answered) {
+                                        bool is_answered) {
   Evidence evidence;
   evidence.effect = job.effect;
   evidence.before = *job.baseline;
   evidence.now = now;
   evidence.mark = job.mark;
-  evidence.all_answered = all_answered;
+  evidence.is_answered = is_answered;
   if (job.effect == JobEffect::kClosing) {
     evidence.last_closing = device_.LastClosing();
   } else if (const auto next = NextDocument(evidence.before, now)) {
@@ -224,7 +227,7 @@ std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now
         break;
       case Told::kNoAnswer:
         // One that answers everything else will not tell it another day either.
-        if (!all_answered && ++asked_in_vain_ < kMostAsked) return std::nullopt;
+        if (!is_answered && ++asked_in_vain_ < kMostAsked) return std::nullopt;
         break;
     }
   }
@@ -291,7 +294,9 @@ void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceState&
     // Asking would not tell of it: its end waits for nothing.
     return Move(job, JobState::kRejected, end.why, end.news);
   }
-  const Verdict verdict = JudgeNow(job, now, true).value_or(Verdict());
+  // Without its own word that it was done, what came meanwhile may be somebody else's.
+  const bool is_answered = job.effect == JobEffect::kClosing ? whole : run.paid && !left_open;
+  const Verdict verdict = JudgeNow(job, now, is_answered).value_or(Verdict());
   switch (verdict.outcome) {
     case Outcome::kDone:
       // Also when a line behind the payment failed: the sale is in the books.
@@ -299,13 +304,14 @@ void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceState&
       end.news.document = verdict.document;
       // It was made this minute.
       if (end.news.document->time.empty()) end.news.document->time = device_.Clock();
-      if (!run.failed) end.why = Why::kAnswered;
+      if (whole) end.why = Why::kAnswered;
       break;
     case Outcome::kNotDone:
       if (whole) end.why = Why::kNothingRegistered;
       break;
     case Outcome::kNobodyKnows:
-      return Move(job, JobState::kUnknown, Why::kUnclearNumbers, {.answers = run.answers});
+      return Move(job, JobState::kUnknown, whole ? Why::kUnclearNumbers : end.why,
+                  {.answers = run.answers});
   }
   EndAndBegin(end, state);
 }

@@ -87,9 +87,9 @@ class Worker {
   void ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state, bool left_open);
   void EndAndBegin(const JobMove& end, const DeviceState& state);
   bool BeginNext(const JobMove& end, const DeviceState& state);
-  // Nothing while the device does not answer. With all of its lines answered the verdict does not
-  // wait for that.
-  std::optional<Verdict> JudgeNow(const Job& job, const DeviceNumbers& now, bool all_answered);
+  // Nothing while the device does not answer. With the effect answered the verdict does not wait
+  // for that.
+  std::optional<Verdict> JudgeNow(const Job& job, const DeviceNumbers& now, bool is_answered);
   Did Resolve(const Job& job);
   void Move(const Job& job, JobState to, Why why, const JobNews& news = {});
 

@@ -28,6 +28,7 @@ enum Does : unsigned {
   kInvoices = 512,
   kBeginsText = 1024,
   kEndsText = 2048,
+  kVoids = 4096,  // what is open, or may
 };
 
 constexpr unsigned kFiscal = kInDocument | kSells | kOpens | kPays;
@@ -96,7 +97,7 @@ constexpr Row kRows[] = {
     {16, false, kInDocument},
     {17, false, kInDocument},
     {18, false, kInDocument},
-    {73, false, kInDocument},
+    {73, false, kInDocument | kVoids},
     {19, false, kInDocument},
     {20, false, kInDocument},
     {21, false, kInDocument},
@@ -105,7 +106,7 @@ constexpr Row kRows[] = {
     {24, false, kInDocument | kOpens},
     {124, false, kInDocument | kOpens, &VoidDocument},
     {8, false, kNothing},
-    {74, false, kNothing},
+    {74, false, kVoids},
     {26, true, kNothing, &Report},
     {27, true, kCloses},
     {72, true, kPrints},
@@ -160,6 +161,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
   const EcrCmdCommand& translator = language_.translator();
   Judged judged;
   judged.pays.resize(lines.size(), false);
+  judged.voids.resize(lines.size(), false);
   judged.leaves.resize(lines.size(), false);
   unsigned all = kNothing;
   bool paid = false;
@@ -202,6 +204,7 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     if (effects > 1 || closes_again) return refuse(LineFault::kSecondEffect);
     code_due = (does & kLotteryKey) != 0;
     judged.pays[i] = (does & kPays) != 0;
+    judged.voids[i] = (does & kVoids) != 0;
     in_text = ((does & kBeginsText) != 0 || in_text) && (does & kEndsText) == 0;
     // A text that is left open is given up, and nothing of it stays.
     judged.leaves[i] = (does & kWithoutNumber) != 0 && !in_text;

@@ -35,6 +35,7 @@ struct Judged {
   JobEffect effect = JobEffect::kOther;
   bool is_invoice = false;        // invoices have numbers of their own
   std::vector<bool> pays = {};    // for each line: whether it may end a fiscal document
+  std::vector<bool> voids = {};   // for each line: whether it may take an open one back
   std::vector<bool> leaves = {};  // for each line: whether it prints or programmes, without number
 };
 

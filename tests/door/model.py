@@ -30,6 +30,7 @@ MISTAKES = {
     "attempts-forever": "a job is tried behind its time",
     "body-not-compared": "another body under a key is answered as the first one",
     "cancel-at-work": "a job that has begun is cancelled",
+    "place-as-proof": "a failed job is confirmed by whatever document stands in its place",
     "serial-not-asked": "another device is asked as if it were the job's own",
 }
 ATTEMPTS = 3
@@ -113,8 +114,8 @@ class World:
                 job.expired = True
 
     def stranger_sells(self):
-        # At the device itself, while the door does not hold it.
-        if self.device.open is None and self.at is None:
+        # At the device itself, whenever nothing is open there: also between two lines of a job.
+        if self.device.open is None:
             self.device.documents.append((None, self.chance.choice((120, 500))))
             self.strangers += 1
 
@@ -161,6 +162,7 @@ class World:
             elif lost < 0.9:
                 device.open = [None, job.amount]
             at["unclear"] = lost > 0.8
+            at["paid"] = job.quick and not at["unclear"]
             at["step"] = "end" if at["unclear"] or job.quick else "mark"
             if self.mistake == "late-baseline" and job.baseline is None:
                 at["step"] = "baseline"
@@ -181,6 +183,7 @@ class World:
             at["false"] = not refused and lost < 0.2
             at["unclear"] = lost > 0.8
             at["failed"] = refused or at["false"]
+            at["paid"] = not at["failed"] and not at["unclear"]
             at["step"] = "end"
         else:
             self.concludes(job, at)
@@ -194,9 +197,16 @@ class World:
             job.state = "unknown"
             device.open = None if self.mistake != "no-void" else device.open
         else:
-            device.open = None
-            done = device.number() == job.baseline + 1
-            job.state = "confirmed" if done else "rejected"
+            if device.open is not None:
+                device.open = None
+                return  # somebody may sell ahead of the numbers
+            trusts = at["paid"] or self.mistake == "place-as-proof"
+            if device.number() == job.baseline:
+                job.state = "rejected"
+            elif device.number() == job.baseline + 1 and (trusts or self.is_ours(job)):
+                job.state = "confirmed"
+            else:
+                job.state = "unknown"
         if job.state in ("confirmed", "rejected"):
             self.told[job.mark] = job.state
         self.at = None

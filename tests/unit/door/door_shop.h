@@ -18,12 +18,27 @@
 #include "door/log/job_log.h"
 #include "language/shipped_language.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
+#include "rpccommon/services/rtfconst.h"
 #include "support/temporary_folder.h"
 
 namespace lorimat::door {
 
 // The process is gone; nothing of it runs any further.
 struct Killed {};
+
+// A register that need not tell its last document and closing.
+class ShopDevice : public RegisterDevice {
+ public:
+  using RegisterDevice::RegisterDevice;
+  Told FindLast(const DocumentName& name, LastDocument* document) override {
+    return has_journal ? RegisterDevice::FindLast(name, document) : Told::kNo;
+  }
+  std::optional<JobDocument> LastClosing() override {
+    return has_journal ? RegisterDevice::LastClosing() : std::nullopt;
+  }
+
+  bool has_journal = true;
+};
 
 class DoorShop {
  public:
@@ -48,7 +63,8 @@ class DoorShop {
       time.tm_hour = 10;
       return time;
     };
-    device = std::make_unique<RegisterDevice>(std::move(settings));
+    device = std::make_unique<ShopDevice>(std::move(settings));
+    device->has_journal = has_journal_;
     translator_ = std::make_unique<EcrCmdCommand>();
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(shipped::LanguageFile().parent_path());
@@ -150,7 +166,17 @@ class DoorShop {
     return judge;
   }
 
-  std::unique_ptr<RegisterDevice> device;
+  // For good: each new process has a device without one.
+  void TakeJournal() { device->has_journal = has_journal_ = false; }
+  // Somebody at its keyboard.
+  void SellAside(int64_t amount) {
+    VirtualRegister& keyboard = device->device();
+    EXPECT_EQ(keyboard.BeginFiscalReceipt(true), RTF_SUCCESS);
+    EXPECT_EQ(keyboard.PrintRecItem("CAFFE", static_cast<int>(amount), 0, 1, 0, ""), RTF_SUCCESS);
+    EXPECT_EQ(keyboard.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  }
+
+  std::unique_ptr<ShopDevice> device;
   std::unique_ptr<JobLog> log;
   std::unique_ptr<Worker> worker;
   std::vector<std::string> sent;
@@ -162,6 +188,7 @@ class DoorShop {
   std::unique_ptr<EcrCmdCommand> translator_;
   std::optional<Step> kill_at_;
   int kill_in_ = 0;
+  bool has_journal_ = true;
 };
 
 }  // namespace lorimat::door

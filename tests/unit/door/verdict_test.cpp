@@ -53,7 +53,7 @@ TEST(Verdict, AnAmountProvesNothing) {
   evidence.last->paper = {"CAFFE 1,20"};
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
   // Answered by the device itself, in the process that asked.
-  evidence.all_answered = true;
+  evidence.is_answered = true;
   EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
 }
 
@@ -107,7 +107,7 @@ TEST(Verdict, WithoutASightOfTheDocumentItsLinesHaveToBeAnswered) {
   Evidence evidence = Sold();
   evidence.last.reset();
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
-  evidence.all_answered = true;
+  evidence.is_answered = true;
   const Verdict verdict = Judge(evidence);
   EXPECT_EQ(verdict.outcome, Outcome::kDone);
   EXPECT_EQ(verdict.document, (JobDocument{4, 8, "S", {}, 12000}));
@@ -128,14 +128,14 @@ TEST(Verdict, AClosingThatTheDeviceDoesNotShowIsKnownByTheGrandTotal) {
   EXPECT_EQ(verdict.document, (JobDocument{4, 0, "S", {}, 500000}));
   evidence.now.grand_total = 9010000;
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
-  evidence.all_answered = true;
+  evidence.is_answered = true;
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
   evidence.now.grand_total.reset();
   EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
   // One that takes the day in as it closes it.
   evidence.now.grand_total = 9500000;
   EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
-  evidence.all_answered = false;
+  evidence.is_answered = false;
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
 }
 

@@ -275,10 +275,7 @@ TEST_F(WorkerTest, AnotherDocumentInTheJobsPlaceIsForAnOperator) {
   shop_.KillAt(Step::kBeforeFirstLine);
   EXPECT_THROW(shop_.Drain(), Killed);
   // The same amount, sold at the register by somebody else.
-  VirtualRegister& device = shop_.device->device();
-  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
-  ASSERT_EQ(device.PrintRecItem("CAFFE", 12000, 0, 1, 0, ""), RTF_SUCCESS);
-  ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  shop_.SellAside(12000);
   shop_.Restart();
   shop_.Drain();
   EXPECT_EQ(shop_.Get(job.id).state, State::kNeedsOperator);
@@ -288,6 +285,51 @@ TEST_F(WorkerTest, AnotherDocumentInTheJobsPlaceIsForAnOperator) {
   const Job next = shop_.Sell("n");
   shop_.Drain();
   EXPECT_EQ(shop_.Get(next.id).state, State::kConfirmed);
+}
+
+// At the device's keyboard, as soon as the job has nothing open there any more.
+TEST_F(WorkerTest, ADocumentBehindAJobThatWasGivenUpIsNotItsOwn) {
+  const std::vector<std::vector<std::string>> bodies = {
+      {"VEND REP=1, PRE=1.20", "VEND REP=99, PRE=1", "CHIU"},
+      {"VEND REP=1, PRE=1.20", "CHIU IMP=1.00"},
+      {"VEND REP=1, PRE=1.20", "CHIU IMP=1.00", "CHKSUB IMP=9.99"},
+      {"VEND REP=1, PRE=1.20", "RESPRN"},
+      {"VEND REP=1, PRE=1.20", "CHIU IMP=1.00", "RESPRN"}};
+  int64_t sold = 0;
+  for (const bool has_journal : {true, false}) {
+    if (!has_journal) shop_.TakeJournal();
+    for (const std::vector<std::string>& lines : bodies) {
+      const Job job = shop_.Submit("k" + std::to_string(++sold), lines);
+      bool has_run = false;
+      shop_.at_step = [&](Step step) {
+        has_run = has_run || step == Step::kBehindLine;
+        const bool is_free = !shop_.device->Ask()->is_open;
+        if (has_run && shop_.documents() < sold &&
+            (step == Step::kBehindVoid || step == Step::kBehindLine) && is_free) {
+          shop_.SellAside(990000);
+        }
+      };
+      shop_.Drain();
+      ASSERT_EQ(shop_.documents(), sold);
+      EXPECT_THAT(Way(job.id), ElementsAre(State::kQueued, State::kRunning, State::kUnknown,
+                                           State::kNeedsOperator))
+          << lines.back();
+      EXPECT_EQ(LastWhy(job.id), Why::kOtherDocument);
+      EXPECT_FALSE(shop_.Get(job.id).document);
+    }
+  }
+}
+
+TEST_F(WorkerTest, WithoutAJournalWhatWasAnsweredIsConfirmed) {
+  shop_.TakeJournal();
+  const Job sale = shop_.Sell("a");
+  const Job failed = shop_.Submit("b", {"VEND REP=1, PRE=1.20", "CHIU", "SCONTO IMP=0.10"});
+  const Job closing = shop_.Submit("c", {"AZZGIO"});
+  shop_.Drain();
+  for (const Job& job : {sale, failed, closing}) {
+    EXPECT_EQ(shop_.Get(job.id).state, State::kConfirmed);
+  }
+  EXPECT_EQ(LastWhy(failed.id), Why::kLineFailed);
 }
 
 TEST_F(WorkerTest, ADocumentOfNoJobKeepsAllWaitingUntilAReset) {
