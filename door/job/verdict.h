@@ -16,6 +16,8 @@ struct Verdict {
   Outcome outcome = Outcome::kNobodyKnows;
   Why why = Why::kUnclearNumbers;
   std::optional<JobDocument> document = {};  // of kDone; of a closing without a number
+  // Whether it would be the same without the answers, which a process takes along when it ends.
+  bool is_lasting = true;
 };
 
 struct Evidence {

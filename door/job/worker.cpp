@@ -232,7 +232,10 @@ std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now
     }
   }
   asked_in_vain_ = 0;
-  return door::Judge(evidence);
+  Verdict verdict = door::Judge(evidence);
+  evidence.is_answered = false;
+  verdict.is_lasting = door::Judge(evidence).outcome == verdict.outcome;
+  return verdict;
 }
 
 void Worker::Conclude(const Job& job, const Run& run) {
@@ -251,12 +254,13 @@ void Worker::Conclude(const Job& job, const Run& run) {
 }
 
 // In a series the end of a job and the beginning of the next one are one commit: what the device is
-// behind the one is the baseline of the other.
-void Worker::EndAndBegin(const JobMove& end, const DeviceState& state) {
+// behind the one is the baseline of the other. The device is made ready for the next one ahead of
+// it, so that an end that asking would not find again does not wait for that.
+void Worker::EndAndBegin(const JobMove& end, const DeviceState& state, bool is_lasting) {
   At(Step::kBeforeOutcome);
   bool begun = false;
   try {
-    begun = !begins_no_more_ && BeginNext(end, state);
+    begun = is_lasting && !begins_no_more_ && BeginNext(end, state);
   } catch (const std::exception&) {
     // The next one was cancelled meanwhile, say: it waits, and keeps this one from nothing.
   }
@@ -313,7 +317,7 @@ void Worker::ConcludeNumbered(const Job& job, const Run& run, const DeviceState&
       return Move(job, JobState::kUnknown, whole ? Why::kUnclearNumbers : end.why,
                   {.answers = run.answers});
   }
-  EndAndBegin(end, state);
+  EndAndBegin(end, state, verdict.is_lasting);
 }
 
 Worker::Did Worker::Resolve(const Job& job) {

@@ -85,7 +85,7 @@ class Worker {
   bool PrintMark(const Job& job, int line, Run* run);
   void Conclude(const Job& job, const Run& run);
   void ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state, bool left_open);
-  void EndAndBegin(const JobMove& end, const DeviceState& state);
+  void EndAndBegin(const JobMove& end, const DeviceState& state, bool is_lasting);
   bool BeginNext(const JobMove& end, const DeviceState& state);
   // Nothing while the device does not answer. With the effect answered the verdict does not wait
   // for that.
