@@ -215,7 +215,8 @@ Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
                                           kByClosure, 0, 0, number, number, "", "", "txt",
                                           file.path().c_str(), kIntoFile);
   });
-  if (result != RTF_SUCCESS) return IsUnclearResult(result) ? Told::kNoAnswer : Told::kNo;
+  // A state such as an open cover passes.
+  if (result != RTF_SUCCESS) return IsRefusal(result) ? Told::kNo : Told::kNoAnswer;
   document->facts = {name.closure, name.number, {}, {}, {}};
   document->is_invoice = name.is_invoice;
   document->paper = file.Lines();

@@ -17,11 +17,11 @@ constexpr int kFirstOfState = 200;
 // The class of codes of the translator that come from the device and are no state of it.
 constexpr long kInputOutput = 512;
 
+}  // namespace
+
 bool IsRefusal(int result) {
   return std::find(std::begin(kRefusals), std::end(kRefusals), result) != std::end(kRefusals);
 }
-
-}  // namespace
 
 bool IsUnclearResult(int result) {
   return result != RTF_SUCCESS && result < kFirstOfState && !IsRefusal(result);

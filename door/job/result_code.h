@@ -3,6 +3,9 @@
 
 namespace lorimat::door {
 
+// Whether a result of the device's client says that it has no such operation, or no such thing.
+bool IsRefusal(int result);
+
 // Whether a result of the device's client leaves open what the device did: it is no success, and
 // does not say either that it refuses.
 bool IsUnclearResult(int result);
