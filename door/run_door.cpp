@@ -253,7 +253,6 @@ int RunDoor(const Options& options, Streams& streams) {
   }
 
   HttpServer server(listen.address, listen.port);
-  log.SetObserver([&server](int64_t id) { server.Notify(id); });
   TroubleTeller teller(streams);
   KnownTables tables;
   const auto look = [&tables, own] {
@@ -275,6 +274,10 @@ int RunDoor(const Options& options, Streams& streams) {
        .hung = [] { _exit(kExitHung); },
        .tell = [&teller](DeviceTrouble trouble,
                          const std::exception* failure) { teller.Tell(trouble, failure); }});
+  log.SetObserver([&server, &service](int64_t id) {
+    service.NoteWritten();
+    server.Notify(id);
+  });
   Api api({.log = log,
            .judge = judge,
            .hosts = HostsOf(server.port()),

@@ -96,12 +96,12 @@ bool Service::Round() {
     return false;
   }
   log_failed_ = false;
-  trouble_ = worker_.trouble();
-  const bool is_away = trouble_ == DeviceTrouble::kAway || trouble_ == DeviceTrouble::kOtherDevice;
+  const DeviceTrouble now = trouble();
+  const bool is_away = now == DeviceTrouble::kAway || now == DeviceTrouble::kOtherDevice;
   if (did == Worker::Did::kBlocked && is_away) {
     ReopenDevice();
   } else {
-    Tell(trouble_, nullptr);
+    Tell(now, nullptr);
   }
   return did == Worker::Did::kWork;
 }
@@ -110,11 +110,11 @@ void Service::ReopenDevice() {
   NoteCall();
   try {
     parts_.device.Reopen();
-    Tell(trouble_, nullptr);
+    Tell(trouble(), nullptr);
   } catch (const std::exception& error) {
-    Tell(trouble_, &error);
+    Tell(trouble(), &error);
   } catch (...) {
-    Tell(trouble_, nullptr);
+    Tell(trouble(), nullptr);
   }
 }
 

@@ -44,9 +44,11 @@ class Service {
   // There is a job to look at.
   void Wake();
 
-  DeviceTrouble trouble() const { return trouble_; }
+  DeviceTrouble trouble() const { return worker_.trouble(); }
   // Whether the log could not be written the last time.
   bool log_failed() const { return log_failed_; }
+  // It has been, as its observer knows ahead of whoever is told of it; any thread may call it.
+  void NoteWritten() { log_failed_ = false; }
 
  private:
   void Loop();
@@ -66,7 +68,6 @@ class Service {
   std::condition_variable wake_;
   bool stopping_ = false;
   bool woken_ = false;
-  std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
   std::atomic<bool> log_failed_{false};
   std::atomic<int64_t> call_{0};  // milliseconds of a steady clock; 0: not at work
   std::thread thread_;

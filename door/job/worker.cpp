@@ -157,6 +157,8 @@ Worker::Did Worker::RunReset(const Job& job) {
   if (!state || state->is_open) {
     Move(begun, JobState::kUnknown, state ? Why::kLostAnswer : Why::kLostDevice, news);
   } else {
+    // Whoever is told of it may send the next job at once.
+    trouble_ = DeviceTrouble::kNone;
     Move(begun, JobState::kConfirmed, Why::kAnswered, news);
   }
   return Did::kWork;

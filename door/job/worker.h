@@ -53,6 +53,7 @@ class Worker {
   // log fails; what was begun is resolved the next time.
   Did Work();
 
+  // Ahead of telling that a job is over it is what that leaves; any thread may ask.
   DeviceTrouble trouble() const { return trouble_; }
 
   // Whether a job has begun, by the commit that ended the one before it, whose lines are sent next.
@@ -98,7 +99,7 @@ class Worker {
   LineJudge& judge_;
   LineRunner run_;
   StepWatch watch_;
-  DeviceTrouble trouble_ = DeviceTrouble::kNone;
+  std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
   int asked_in_vain_ = 0;
   std::optional<Begun> begun_;
   std::atomic<bool> begins_no_more_{false};

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "door_shop.h"
+#include "rpccommon/services/rtfconst.h"
 
 namespace lorimat::door {
 namespace {
@@ -88,6 +89,75 @@ TEST(Service, OpensADeviceThatWentAwayUntilItIsThere) {
   const std::string cause = "nothing at the other end";
   EXPECT_EQ(told, (std::vector<std::string>{cause, cause, ""}));
   EXPECT_EQ(service.trouble(), DeviceTrouble::kNone);
+  EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
+}
+
+// Who is told that a job is over may send the next one at once: nothing of before keeps it out.
+TEST(Service, HasNoTroubleLeftWhenAResetIsTold) {
+  DoorShop shop;
+  ASSERT_EQ(shop.device->client().BeginFiscalReceipt(true), RTF_SUCCESS);
+  std::promise<void> blocked;
+  std::promise<DeviceTrouble> over;
+  bool is_told = false;
+  Service service({.log = *shop.log,
+                   .device = *shop.device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .hung = nullptr,
+                   .first_pause = std::chrono::milliseconds(1),
+                   .tell =
+                       [&](DeviceTrouble trouble, const std::exception*) {
+                         if (trouble != DeviceTrouble::kDocumentOpen || is_told) return;
+                         is_told = true;
+                         blocked.set_value();
+                       }});
+  shop.log->SetObserver([&](int64_t) { over.set_value(service.trouble()); });
+  service.Start();
+  blocked.get_future().wait();
+  EXPECT_EQ(service.trouble(), DeviceTrouble::kDocumentOpen);
+  NewJob reset;
+  reset.key = "r";
+  reset.lines = {"#74"};
+  reset.effect = JobEffect::kReset;
+  reset.expires = shop.now + 1000;
+  bool was_there = false;
+  shop.log->Accept(reset, &was_there);
+  service.Wake();
+  EXPECT_EQ(over.get_future().get(), DeviceTrouble::kNone);
+  service.Stop();
+}
+
+TEST(Service, HasNoFailureOfTheLogLeftWhenAJobIsTold) {
+  DoorShop shop;
+  const Job job = shop.Sell("k");
+  std::promise<bool> over;
+  // Its answer is lost, and the first time that the device was asked cannot be written either.
+  int lines = 0;
+  int asked = 0;
+  Service service({.log = *shop.log,
+                   .device = *shop.device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .watch =
+                       [&](Step step) {
+                         const bool is_lost = (step == Step::kBehindLine && ++lines == 2) ||
+                                              (step == Step::kBehindAsking && ++asked == 1);
+                         if (is_lost) throw std::runtime_error("full");
+                       },
+                   .hung = nullptr,
+                   .first_pause = std::chrono::milliseconds(1),
+                   .tell = nullptr});
+  // As the program has it.
+  shop.log->SetObserver([&](int64_t) {
+    service.NoteWritten();
+    over.set_value(service.log_failed());
+  });
+  service.Start();
+  EXPECT_FALSE(over.get_future().get());
+  service.Stop();
+  EXPECT_EQ(asked, 2);
   EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
 }
 
