@@ -15,6 +15,7 @@
 
 #include "console/command/help.h"
 #include "console/command/usage_error.h"
+#include "console/device/device_thread.h"
 #include "console/device/open_device.h"
 #include "console/device/register_name.h"
 #include "console/host/device_options.h"
@@ -45,8 +46,13 @@ using console::Shown;
 using console::Streams;
 using console::Tr;
 
-// A plug-in gives its calls up by itself, later than the program ends for one of them.
-constexpr std::chrono::seconds kBehindTimeout{30};
+// A plug-in gives its calls up by itself, later than the program ends for one of them; at the start
+// nothing else does.
+std::chrono::seconds BehindTimeout(std::chrono::seconds timeout) {
+  constexpr std::chrono::seconds kAtLeast{5};
+  constexpr int kPart = 12;
+  return timeout / kPart + kAtLeast;
+}
 
 struct Options {
   console::DeviceOptions device = {.timeout = 300};
@@ -190,7 +196,7 @@ std::string FileOf(const console::DeviceRequest& request) {
 
 std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Streams& streams) {
   if (!IsRegister(request)) {
-    request.timeout += kBehindTimeout;
+    request.timeout += BehindTimeout(request.timeout);
     return std::make_unique<OpenedDevice>(std::move(request), streams);
   }
   for (const auto& [key, value] : request.options) {
@@ -203,6 +209,14 @@ std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Str
   const std::string notice = device->device().start_notice();
   if (!notice.empty()) TellLine(streams, Shown(FileOf(request)) + ": " + Shown(notice));
   return device;
+}
+
+// A device that hangs at the start keeps no end of the program waiting.
+void EndIfHung(const OpenedDevice* device, Streams& streams) {
+  const std::string text = device != nullptr ? device->HangText() : std::string();
+  if (text.empty()) return;
+  TellLine(streams, text);
+  _exit(kExitHung);
 }
 
 std::string LogFile(const Options& options, const console::DeviceRequest& request) {
@@ -226,10 +240,12 @@ int RunDoor(const Options& options, Streams& streams) {
   std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams);
   // What its tables are is known of the register alone.
   auto* own = dynamic_cast<RegisterDevice*>(bare.get());
+  const auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
   const std::unique_ptr<FiscalDevice> opened = WithFaults(std::move(bare));
   FiscalDevice& device = *opened;
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();
+  EndIfHung(plugin, streams);
   if (!missing.empty() || !state) {
     throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
                      Shown(device_file), missing));
@@ -248,7 +264,9 @@ int RunDoor(const Options& options, Streams& streams) {
   LineJudge judge(definition.path);
   streams.StartTrace("");
   console::Library library(console::FindLibrary(options.library), streams);
-  if (InitLibrary(library, definition.path, device.client()) != 0) {
+  const int begun = InitLibrary(library, definition.path, device.client());
+  EndIfHung(plugin, streams);
+  if (begun != 0) {
     throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
   }
 
@@ -372,6 +390,8 @@ int RunProgram(int argc, char** argv) {
       console::WriteAll(STDERR_FILENO, part);
     }
   }
+  // What the end of a program does could wait for a device that hangs.
+  if (console::DeviceThread::AnyGivenUp()) _exit(kExitHung);
   return console::kExitNotDone;
 }
 

@@ -53,4 +53,8 @@ void OpenedDevice::Reopen() {
   front_.SetDevice(*device_->client());
 }
 
+std::string OpenedDevice::HangText() const {
+  return device_ != nullptr && device_->given_up() ? device_->last_failure() : std::string();
+}
+
 }  // namespace lorimat::door

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "console/device/open_device.h"
 #include "console/device/stoppable_client.h"
@@ -20,6 +21,8 @@ class OpenedDevice : public ClientDevice {
   // Closes it and opens it again. Throws console::Failure with the cause: until it is open, every
   // operation is answered as by a device that is off.
   void Reopen() override;
+  // What tells of a call that did not come back and was given up; empty without one.
+  std::string HangText() const;
 
  private:
   console::DeviceRequest request_;

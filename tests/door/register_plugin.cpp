@@ -1,8 +1,8 @@
 // A plug-in over the virtual register, for the door. Its options are "file", the register's,
-// "lacks", a data item that it says it does not have, and "unplugged", a file: as long as that is
-// there, the device is away and cannot be opened. SetDataInternal(kFaultItem, WORD) makes it go
-// wrong: "hang" at what it is to do next; "gone" for good, until it has been opened twice, of which
-// the first time fails.
+// "lacks", a data item that it says it does not have, "hangs", one that it does not come back from,
+// and "unplugged", a file: as long as that is there, the device is away and cannot be opened.
+// SetDataInternal(kFaultItem, WORD) makes it go wrong: "hang" at what it is to do next; "gone" for
+// good, until it has been opened twice, of which the first time fails.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -28,7 +28,8 @@ bool IsUnplugged() { return !unplugged.empty() && access(unplugged.c_str(), F_OK
 
 class PluginClient : public PassingClient<PluginClient> {
  public:
-  PluginClient(const std::string& file, int lacks) : register_(Settings(file)), lacks_(lacks) {}
+  PluginClient(const std::string& file, int lacks, int hangs)
+      : register_(Settings(file)), lacks_(lacks), hangs_at_(hangs) {}
   RtfClientInterface& inner() { return register_; }
 
   int SetDataInternal(int item, const char* text) override {
@@ -38,6 +39,7 @@ class PluginClient : public PassingClient<PluginClient> {
     return RTF_SUCCESS;
   }
   int GetDataInternal(int item, char* text) override {
+    while (item == hangs_at_) pause();
     return item == lacks_ ? RTF_E_ILLEGAL : PassingClient::GetDataInternal(item, text);
   }
 
@@ -63,7 +65,8 @@ class PluginClient : public PassingClient<PluginClient> {
   }
 
   VirtualRegister register_;
-  int lacks_;
+  int lacks_;     // 0 for none
+  int hangs_at_;  // the same
   bool hangs_ = false;
 };
 
@@ -87,6 +90,7 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
   is_gone = false;
   const char* file = lorimat_device_find_option(plugin, "file");
   const char* lacks = lorimat_device_find_option(plugin, "lacks");
+  const char* hangs = lorimat_device_find_option(plugin, "hangs");
   if (file == nullptr) {
     std::strcpy(plugin->error, "file: is missing");
     return LORIMAT_DEVICE_BAD_OPTION;
@@ -95,7 +99,8 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
     if (plugin->purpose == LORIMAT_DEVICE_TRIAL) {
       client = std::make_unique<RtfClientBase>();
     } else {
-      client = std::make_unique<PluginClient>(file, lacks != nullptr ? std::atoi(lacks) : 0);
+      client = std::make_unique<PluginClient>(file, lacks != nullptr ? std::atoi(lacks) : 0,
+                                              hangs != nullptr ? std::atoi(hangs) : 0);
     }
   } catch (const std::exception& error) {
     std::strncpy(plugin->error, error.what(), sizeof plugin->error - 1);

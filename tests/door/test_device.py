@@ -52,6 +52,16 @@ def test_a_device_that_does_not_tell_the_baseline_is_refused(folder):
     assert not (folder / "log").exists()
 
 
+def test_a_device_that_hangs_at_the_start_ends_the_program(folder):
+    for item in (92, 371):
+        code, errors = run(*plugin(folder, f"hangs={item}"), "--log", f"{folder}/log",
+                           "--device-timeout", "1")
+        assert code == 75
+        assert re.fullmatch(r"lorimatd: the device 'register plug-in' did not come back from "
+                            r"GetDataInternal within \d+ seconds, and is given up\n", errors)
+    assert not (folder / "log").exists()
+
+
 def test_a_device_from_a_file_needs_a_log(folder):
     code, errors = run(*plugin(folder))
     assert code == 2 and "--log" in errors
