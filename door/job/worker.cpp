@@ -55,6 +55,12 @@ Worker::Did Worker::Blocked(DeviceTrouble trouble) {
 
 Worker::Did Worker::Work() {
   if (const std::optional<Begun> begun = std::exchange(begun_, std::nullopt)) {
+    // In a long series too whoever waits is told when its time is over.
+    try {
+      log_.Expire();
+    } catch (const std::exception&) {
+      // Another round tells it: what has begun waits for nothing.
+    }
     return RunBegun(*begun);
   }
   // Nobody is at work on it: the program that began it has ended, or could not write its outcome.

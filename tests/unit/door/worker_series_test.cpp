@@ -43,5 +43,26 @@ TEST(WorkerSeries, AnEndThatRestsOnAnswersIsOnTheDiskAheadOfTheNextJob) {
   EXPECT_EQ(series.shop.documents(), 2);
 }
 
+// Two sales in a series, and one whose time is over meanwhile.
+TEST(WorkerSeries, WhatWaitsBehindASeriesExpiresInTime) {
+  DoorShop shop;
+  shop.Sell("a");
+  const Job second = shop.Sell("b");
+  shop.now -= 300000;
+  const Job late = shop.Sell("c");
+  shop.now += 300000;
+  int begun = 0;
+  JobState seen = JobState::kQueued;
+  shop.at_step = [&](Step step) {
+    if (step != Step::kBeforeFirstLine) return;
+    if (++begun == 1) shop.now += 400000;
+    if (begun == 2) seen = shop.Get(late.id).state;
+  };
+  shop.Drain();
+  EXPECT_EQ(begun, 2);
+  EXPECT_EQ(seen, JobState::kExpired);
+  EXPECT_EQ(shop.Get(second.id).state, JobState::kConfirmed);
+}
+
 }  // namespace
 }  // namespace lorimat::door
