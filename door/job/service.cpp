@@ -77,7 +77,7 @@ void Service::Tell(DeviceTrouble trouble, const std::exception* failure) const n
   }
 }
 
-bool Service::Round() {
+Service::Came Service::Round() {
   Worker::Did did = Worker::Did::kBlocked;
   try {
     did = worker_.Work();
@@ -88,34 +88,37 @@ bool Service::Round() {
     // The log, or no memory: what was begun is running in the log, and is resolved.
     log_failed_ = true;
     Tell(DeviceTrouble::kNone, &error);
-    return false;
+    return Came::kNothing;
   } catch (...) {
     log_failed_ = true;
     const std::exception unnamed;
     Tell(DeviceTrouble::kNone, &unnamed);
-    return false;
+    return Came::kNothing;
   }
   log_failed_ = false;
   const DeviceTrouble now = trouble();
   const bool is_away = now == DeviceTrouble::kAway || now == DeviceTrouble::kOtherDevice;
   if (did == Worker::Did::kBlocked && is_away) {
-    ReopenDevice();
-  } else {
-    Tell(now, nullptr);
+    return ReopenDevice() ? Came::kDevice : Came::kNothing;
   }
-  return did == Worker::Did::kWork;
+  Tell(now, nullptr);
+  return did == Worker::Did::kWork ? Came::kWork : Came::kNothing;
 }
 
-void Service::ReopenDevice() {
+bool Service::ReopenDevice() {
   NoteCall();
+  const bool failed_before = std::exchange(opening_failed_, true);
   try {
     parts_.device.Reopen();
+    opening_failed_ = false;
     Tell(trouble(), nullptr);
+    return failed_before;
   } catch (const std::exception& error) {
     Tell(trouble(), &error);
   } catch (...) {
     Tell(trouble(), nullptr);
   }
+  return false;
 }
 
 void Service::Loop() {
@@ -126,13 +129,11 @@ void Service::Loop() {
       if (stopping_ && !worker_.has_begun()) return;
     }
     NoteCall();
-    const bool worked = Round();
+    const Came came = Round();
     call_ = 0;
-    if (worked) {
-      round = 0;
-      continue;
-    }
-    Pause(&round);
+    // What has come back is asked at the first step again.
+    if (came != Came::kNothing) round = 0;
+    if (came != Came::kWork) Pause(&round);
   }
 }
 

@@ -52,10 +52,12 @@ class Service {
 
  private:
   void Loop();
-  // One round; whether there was work.
-  bool Round();
-  // The device went away: it is opened anew, so that the next round asks it.
-  void ReopenDevice();
+  // What a round came to.
+  enum class Came : uint8_t { kWork, kNothing, kDevice };
+  Came Round();
+  // The device went away: it is opened anew, so that the next round asks it. Whether it is there
+  // behind tries that failed; one that can be opened all the time and answers nothing is not.
+  bool ReopenDevice();
   void Tell(DeviceTrouble trouble, const std::exception* failure) const noexcept;
   void WatchLoop();
   void Pause(int* round);
@@ -68,6 +70,7 @@ class Service {
   std::condition_variable wake_;
   bool stopping_ = false;
   bool woken_ = false;
+  bool opening_failed_ = false;
   std::atomic<bool> log_failed_{false};
   std::atomic<int64_t> call_{0};  // milliseconds of a steady clock; 0: not at work
   std::thread thread_;
