@@ -228,6 +228,12 @@ std::string LogFile(const Options& options, const console::DeviceRequest& reques
   return file;
 }
 
+// Its threads serve an Api, which has to outlive them, also where something is thrown.
+struct StoppedServer {
+  ~StoppedServer() { server.Stop(); }
+  HttpServer& server;
+};
+
 int RunDoor(const Options& options, Streams& streams) {
   const Listen listen = ReadListen(options.listen);
   const console::DeviceRequest request = console::RequestOf(options.device);
@@ -304,6 +310,7 @@ int RunDoor(const Options& options, Streams& streams) {
            .log_failed = [&service] { return service.log_failed(); },
            .wake = [&service] { service.Wake(); },
            .tables = [&tables] { return tables.Get(); }});
+  const StoppedServer stopped{server};
   service.Start();
   server.Start(api);
   streams.Output("lorimatd: listening on http://" + listen.address + ":" +

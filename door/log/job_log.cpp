@@ -376,8 +376,12 @@ Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
   return job;
 }
 
-void JobLog::Tell(int64_t id, JobState state) const {
-  if (observer_ && (IsFinal(state) || state == JobState::kNeedsOperator)) observer_(id);
+void JobLog::Tell(int64_t id, JobState state) const noexcept {
+  try {
+    if (observer_ && (IsFinal(state) || state == JobState::kNeedsOperator)) observer_(id);
+  } catch (...) {
+    // Whoever waits asks the log when its time is over.
+  }
 }
 
 int JobLog::Expire() {

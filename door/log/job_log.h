@@ -118,7 +118,8 @@ class JobLog {
   std::optional<Job> LoadOne(Statement row);
   void Note(int64_t id, JobState state, Why why, const std::string& note);
   std::vector<int64_t> Overdue();
-  void Tell(int64_t id, JobState state) const;
+  // It is on the disk by then: what keeps somebody from being told takes nothing back.
+  void Tell(int64_t id, JobState state) const noexcept;
   void PutValue(std::string_view name, const std::string& value);
   std::optional<std::string> Value(std::string_view name);
   Job Moved(int64_t id, JobState to, Why why, const JobNews& news);

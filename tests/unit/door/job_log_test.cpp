@@ -169,6 +169,13 @@ TEST_F(JobLogTest, QueuedJobsExpireAndOthersDoNot) {
   EXPECT_EQ(log_->Find(runs.id)->state, State::kRunning);
 }
 
+TEST_F(JobLogTest, WhatTheObserverThrowsTakesNothingBack) {
+  log_->SetObserver([](int64_t) { throw std::bad_alloc(); });
+  const Job job = Accept("k");
+  EXPECT_EQ(log_->Move(job.id, JobState::kCancelled, Why::kCancelled).state, JobState::kCancelled);
+  EXPECT_EQ(log_->Find(job.id)->state, JobState::kCancelled);
+}
+
 TEST_F(JobLogTest, TheObserverHearsOfWhatNobodyWaitsForAnyLonger) {
   std::vector<int64_t> told;
   log_->SetObserver([&](int64_t id) { told.push_back(id); });
