@@ -1,5 +1,6 @@
 #include "console/device/device_thread.h"
 
+#include <cxxabi.h>
 #include <pthread.h>
 
 #include <algorithm>
@@ -58,7 +59,12 @@ struct DeviceThread::Shared {
       shared->changed.wait(lock, [&] { return shared->work != nullptr || shared->ending; });
       if (shared->work == nullptr) return;
       lock.unlock();
-      shared->work();
+      try {
+        shared->work();
+      } catch (abi::__forced_unwind&) {
+        throw;  // the plug-in ends its thread
+      } catch (...) {
+      }
       lock.lock();
       shared->work = nullptr;
       shared->changed.notify_all();

@@ -24,7 +24,7 @@ class DeviceThread {
   DeviceThread& operator=(const DeviceThread&) = delete;
 
   // Runs the work there, and waits for its end. False when it was given up, or something was
-  // before. The work throws nothing.
+  // before. What it throws ends the work alone: it is to leave a failure behind until it has ended.
   bool Run(const char* call, std::function<void()> work);
 
   struct GivenUp {

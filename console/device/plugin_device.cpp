@@ -220,19 +220,32 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
         LoadFailureText(file_, {LoadCause::kLoader, {}, core_->load_error}, LoadedFile::kDevice));
   }
   Run(LORIMAT_DEVICE_OPEN, [core = core_] {
-    core->facts = core->call.Open(core->handle);
-    if (core->facts.is_open() && core->facts.kind == LORIMAT_DEVICE_C) {
+    PluginFacts facts = core->call.Open(core->handle);
+    if (facts.is_open() && facts.kind == LORIMAT_DEVICE_C) {
       core->callbacks = std::make_unique<c::DeviceClient>(c::Taken(*core->call.opened().callbacks));
       core->callbacks->Guard(true);
     }
+    core->facts = std::move(facts);
   });
+  try {
+    TakeOpened(tried);
+  } catch (...) {
+    client_.reset();
+    if (!given_up() && core_->call.is_open()) {
+      thread_->Run(LORIMAT_DEVICE_CLOSE, [core = core_] { core->call.Close(core->handle); });
+    }
+    throw;
+  }
+}
+
+void PluginDevice::TakeOpened(const std::optional<PluginFacts>& tried) {
   facts_ = core_->facts;
   std::string fault = RefusalOf(file_, facts_);
   if (fault.empty() && tried && !facts_.IsSame(*tried)) {
     fault = Tr("{}: the device says something else of itself than a moment ago", Shown(file_));
   }
   if (!fault.empty()) {
-    if (facts_.result == LORIMAT_DEVICE_OK) {
+    if (core_->call.is_open()) {
       Run(LORIMAT_DEVICE_CLOSE, [core = core_] { core->call.Close(core->handle); });
     }
     throw Failure(fault);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "console/device/device.h"
@@ -46,6 +47,9 @@ class PluginDevice : public Device {
   class Paper;
   class Faults;
 
+  // Takes over what was opened, and was the same when it was tried. Throws what keeps it from that;
+  // the caller closes it then.
+  void TakeOpened(const std::optional<PluginFacts>& tried);
   // Runs work on the device's thread; throws Failure when that has been given up.
   void Run(const char* call, std::function<void()> work);
   // Throws Failure when it was.

@@ -156,6 +156,7 @@ PluginFacts PluginCall::Open(void* handle) {
     facts.result = LORIMAT_DEVICE_OTHER_ABI;
     return facts;
   }
+  is_open_ = facts.result == LORIMAT_DEVICE_OK;
   opened_ = plugin_;
   facts.kind = opened_.kind;
   facts.can = opened_.can;
@@ -167,6 +168,7 @@ PluginFacts PluginCall::Open(void* handle) {
 }
 
 void PluginCall::Close(void* handle) {
+  is_open_ = false;
   Find<lorimat_device_close_function>(handle, LORIMAT_DEVICE_CLOSE)(&plugin_);
 }
 

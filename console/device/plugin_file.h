@@ -40,6 +40,8 @@ class PluginCall {
   // facts show that something is missing.
   PluginFacts Open(void* handle);
   void Close(void* handle);
+  // Whether it is to be closed, also when Open has thrown.
+  bool is_open() const { return is_open_; }
 
   // As the plug-in left it when it was opened: nothing that it writes there later counts.
   const lorimat_device_plugin& opened() const { return opened_; }
@@ -51,6 +53,7 @@ class PluginCall {
   // Whoever writes more than there is does not write over anything of ours.
   unsigned char behind_[4096] = {};
   lorimat_device_plugin opened_{};
+  bool is_open_ = false;
 };
 
 struct PluginTrial {

@@ -1,4 +1,5 @@
 // A plug-in over the virtual register, for the door. Its options are "file", the register's,
+// "throws", a file: an opening that finds it removes it, and throws;
 // "lacks", a data item that it says it does not have, "hangs", one that it does not come back from,
 // and "unplugged", a file: as long as that is there, the device is away and cannot be opened.
 // SetDataInternal(kFaultItem, WORD) makes it go wrong: "hang" at what it is to do next; "gone" for
@@ -80,6 +81,10 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
   if (lorimat_device_begin(plugin) != LORIMAT_DEVICE_OK) return LORIMAT_DEVICE_OTHER_ABI;
   plugin->name = "register plug-in";
   plugin->version = "1";
+  const char* throws = lorimat_device_find_option(plugin, "throws");
+  if (plugin->purpose != LORIMAT_DEVICE_TRIAL && throws != nullptr && unlink(throws) == 0) {
+    throw 1;
+  }
   const char* away = lorimat_device_find_option(plugin, "unplugged");
   unplugged = away != nullptr ? away : "";
   if (is_missed || IsUnplugged()) {

@@ -100,6 +100,20 @@ def test_a_device_that_went_away_is_opened_again(shop, folder):
     assert "the device does not answer" in shop.errors
 
 
+def test_what_an_opening_throws_is_a_device_that_cannot_be_opened(shop, folder):
+    shop.device += ["--device-option", f"throws={folder}/throws"]
+    shop.start()
+    (folder / "unplugged").touch()
+    until(lambda: shop.get("/v1/device")[1]["trouble"] == "device_away")
+    (folder / "throws").touch()
+    until(lambda: not (folder / "throws").exists())
+    (folder / "unplugged").unlink()
+    until(lambda: shop.get("/v1/device")[1]["ready"])
+    assert shop.post(SALE, "k")[0] == 201
+    assert shop.stop() == 0
+    assert "it does not say why" in shop.errors
+
+
 def test_a_device_that_comes_back_has_to_be_the_same(shop, folder):
     shop.start()
     assert shop.post(SALE, "k1")[0] == 201
