@@ -24,7 +24,11 @@ Service::Service(Parts parts)
             NoteCall();
             return code;
           },
-          parts_.watch) {}
+          [this](Step step) {
+            // What is asked and written between two steps does not add up.
+            NoteCall();
+            if (parts_.watch) parts_.watch(step);
+          }) {}
 
 Service::~Service() { Stop(); }
 
