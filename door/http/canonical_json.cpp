@@ -14,7 +14,7 @@
 namespace lorimat::door {
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 
 // What stops the reader beside what JSON itself forbids.
 struct TooDeep {};
@@ -75,11 +75,11 @@ void AppendText(std::string* out, std::string_view text) {
   *out += '"';
 }
 
-void Append(std::string* out, const json& value) {
+void Append(std::string* out, const Json& value) {
   switch (value.type()) {
-    case json::value_t::object: {
+    case Json::value_t::object: {
       std::vector<std::pair<std::vector<uint16_t>, const std::string*>> names;
-      for (const auto& [name, member] : value.get_ref<const json::object_t&>()) {
+      for (const auto& [name, member] : value.get_ref<const Json::object_t&>()) {
         names.emplace_back(Units(name), &name);
       }
       std::sort(names.begin(), names.end(),
@@ -96,10 +96,10 @@ void Append(std::string* out, const json& value) {
       *out += '}';
       break;
     }
-    case json::value_t::array: {
+    case Json::value_t::array: {
       *out += '[';
       const char* comma = "";
-      for (const json& element : value) {
+      for (const Json& element : value) {
         *out += comma;
         Append(out, element);
         comma = ",";
@@ -107,20 +107,20 @@ void Append(std::string* out, const json& value) {
       *out += ']';
       break;
     }
-    case json::value_t::string:
+    case Json::value_t::string:
       AppendText(out, value.get_ref<const std::string&>());
       break;
-    case json::value_t::boolean:
+    case Json::value_t::boolean:
       *out += value.get<bool>() ? "true" : "false";
       break;
-    case json::value_t::number_integer:
-    case json::value_t::number_unsigned:
-    case json::value_t::number_float:
+    case Json::value_t::number_integer:
+    case Json::value_t::number_unsigned:
+    case Json::value_t::number_float:
       *out += CanonicalNumber(value.get<double>());
       break;
-    case json::value_t::null:
-    case json::value_t::binary:
-    case json::value_t::discarded:
+    case Json::value_t::null:
+    case Json::value_t::binary:
+    case Json::value_t::discarded:
       *out += "null";
       break;
   }
@@ -162,23 +162,23 @@ std::string CanonicalNumber(double value) {
   return out;
 }
 
-std::optional<json> ReadJson(std::string_view text, std::string* fault) {
+std::optional<Json> ReadJson(std::string_view text, std::string* fault) {
   std::vector<std::set<std::string>> names;
-  const auto look = [&](int depth, json::parse_event_t event, json& parsed) {
+  const auto look = [&](int depth, Json::parse_event_t event, Json& parsed) {
     if (depth >= kDeepestJson) throw TooDeep();
-    if (event == json::parse_event_t::object_start) names.emplace_back();
-    if (event == json::parse_event_t::object_end) names.pop_back();
-    if (event == json::parse_event_t::key) {
+    if (event == Json::parse_event_t::object_start) names.emplace_back();
+    if (event == Json::parse_event_t::object_end) names.pop_back();
+    if (event == Json::parse_event_t::key) {
       const std::string& name = parsed.get_ref<const std::string&>();
       if (!names.back().insert(name).second) throw NamedTwice{name};
     }
     return true;
   };
   try {
-    return json::parse(text, look);
-  } catch (const json::parse_error& error) {
+    return Json::parse(text, look);
+  } catch (const Json::parse_error& error) {
     *fault = fmt::format("it is no JSON at byte {}", error.byte);
-  } catch (const json::exception&) {
+  } catch (const Json::exception&) {
     *fault = "it has a number that is too large";
   } catch (const TooDeep&) {
     *fault = fmt::format("it is deeper than {}", kDeepestJson);
@@ -188,7 +188,7 @@ std::optional<json> ReadJson(std::string_view text, std::string* fault) {
   return std::nullopt;
 }
 
-std::string CanonicalJson(const json& value) {
+std::string CanonicalJson(const Json& value) {
   std::string out;
   Append(&out, value);
   return out;

@@ -14,8 +14,10 @@ constexpr int kRefusals[] = {RTF_E_ILLEGAL, RTF_E_NOEXIST, RTF_E_EXISTS};
 // The first of the device's own codes that is a state of it, for which it refuses.
 constexpr int kFirstOfState = 200;
 
-// The class of codes of the translator that come from the device and are no state of it.
+// Classes of codes of the translator that come from the device: those that are no state of it, and
+// those that are.
 constexpr long kInputOutput = 512;
+constexpr long kCritical = 1024;
 
 }  // namespace
 
@@ -26,6 +28,8 @@ bool IsRefusal(int result) {
 bool IsUnclearResult(int result) {
   return result != RTF_SUCCESS && result < kFirstOfState && !IsRefusal(result);
 }
+
+long CodeOf(int result) { return result | (result < kFirstOfState ? kInputOutput : kCritical); }
 
 bool IsUnclear(long code) {
   if ((code & kInputOutput) == 0) return false;

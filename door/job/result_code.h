@@ -10,7 +10,10 @@ bool IsRefusal(int result);
 // does not say either that it refuses.
 bool IsUnclearResult(int result);
 
-// The same for a code of the translator, which may have come from itself.
+// The code of the translator for a result of the device's client that is no success.
+long CodeOf(int result);
+
+// Whether a result leaves that open, for a code of the translator, which may have come from itself.
 bool IsUnclear(long code);
 
 }  // namespace lorimat::door

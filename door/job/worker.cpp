@@ -19,11 +19,6 @@ constexpr std::string_view kStepNames[] = {"before-reset",   "before-baseline", 
                                            "behind-outcome", "before-asking",   "behind-asking"};
 static_assert(std::size(kStepNames) == static_cast<size_t>(Step::kLast) + 1);
 
-// Classes of codes that come from the device, and the first of its own codes that is a state of it.
-constexpr long kInputOutput = 512;
-constexpr long kCritical = 1024;
-constexpr int kFirstOfState = 200;
-
 }  // namespace
 
 std::string_view StepName(Step step) { return kStepNames[static_cast<size_t>(step)]; }
@@ -184,7 +179,7 @@ bool Worker::PrintMark(const Job& job, int line, Run* run) {
   run->marked = result == RTF_SUCCESS;
   if (run->marked) return true;
   // The line is told that could not be sent without it.
-  const long code = result < kFirstOfState ? result | kInputOutput : result | kCritical;
+  const long code = CodeOf(result);
   run->answers.push_back({line, code, {}, ExplainAnswer(code)});
   run->failed = true;
   run->unclear = IsUnclear(code);
