@@ -23,6 +23,8 @@ using conversation::Out;
 using conversation::Quote;
 using conversation::Value;
 
+// In the place of a result.
+constexpr const char* kThrows = "throws";
 // The last line.
 constexpr uint64_t kRoomForEnd = 128;
 // A call that takes longer is told with its time.
@@ -211,16 +213,19 @@ int Recorder::Answer(ClientOperation operation, const CallSlip& slip,
   }
   const bool told = Try([&] { BeginCall(operation, slip); });
   const int64_t begin = told ? Ticks() : 0;
+  const uint64_t exceptions = Exceptions();
   int result = 0;
   try {
     result = forward(*device_);
   } catch (...) {
-    if (told) Try([&] { EndCall(operation, slip, "throws", false, Ticks() - begin); });
+    if (told) Try([&] { EndCall(operation, slip, kThrows, false, Ticks() - begin); });
     throw;
   }
   if (told) {
     Try([&] {
-      EndCall(operation, slip, ShownResult(operation, result), result == 0, Ticks() - begin);
+      const bool threw = Exceptions() != exceptions;
+      EndCall(operation, slip, threw ? std::string(kThrows) : ShownResult(operation, result),
+              result == 0 && !threw, Ticks() - begin);
     });
   }
   return result;
@@ -344,6 +349,8 @@ std::string Recorder::Now() const {
                 static_cast<int>(micros % kMicrosPerSecond / kMicrosPerMilli));
   return std::string(text, length) + rest;
 }
+
+uint64_t Recorder::Exceptions() const { return settings_.exceptions ? settings_.exceptions() : 0; }
 
 int64_t Recorder::Ticks() const {
   if (settings_.ticks) return settings_.ticks();

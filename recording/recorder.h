@@ -44,6 +44,9 @@ struct RecorderSettings {
   // A text that the device fills is looked at up to the end of its room (rtfclientbuffers.h);
   // without it up to its NUL, as far as that is, for devices that fill more.
   bool guard_texts = true;
+  // How many exceptions the device's client has kept to itself until now: a call behind which there
+  // is one more threw, whatever it answered. Empty where they come through.
+  std::function<uint64_t()> exceptions = nullptr;
   // Microseconds: since 1970, and of a clock that nobody sets. Empty takes the computer's.
   std::function<int64_t()> now = nullptr;
   std::function<int64_t()> ticks = nullptr;
@@ -111,6 +114,7 @@ class Recorder : private conversation::CallBook {
   void End(RecordingEnd end, int error) noexcept;
   std::string Now() const;
   int64_t Ticks() const;
+  uint64_t Exceptions() const;
 
   Sink& sink_;
   const RecorderSettings settings_;

@@ -10,12 +10,15 @@
 
 #include "console/command/record_options.h"
 #include "console/command/subcommand.h"
+#include "console/conform/conform_process.h"
+#include "console/conform/conform_progress.h"
 #include "console/conform/conformance.h"
 #include "console/device/open_device.h"
 #include "console/host/device_options.h"
 #include "console/host/line_recording.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
+#include "console/message/load_failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/interrupt.h"
@@ -44,7 +47,8 @@ constexpr std::string_view kConformExamples = TR_TEXT(R"(Examples:
 The device has to say that it is in training; --for-real tries one that does not: then its
 documents count, a day is closed, and header, options and numbering may be written over. Some 100
 documents are printed either way. Each operation is tried in each state of the printer, each
-refusal and each reading by itself; behind each the device is brought back to rest.
+refusal and each reading by itself; behind each the device is brought back to rest. It works in a
+process of its own: where it ends that, its row says so, and the other rows go on in a new one.
 
 fits     it does what docs/devices.md has of it
 missing  the device says that it does not have it
@@ -115,8 +119,7 @@ Json FindingJson(const ConformFinding& finding) {
           {"message", FindingText(finding)}};
 }
 
-Json AsJson(const std::string& name, const std::string& version, bool training,
-            const ConformReport& report) {
+Json AsJson(const TriedDevice& device, const ConformReport& report) {
   Json rows = Json::array();
   for (const ConformRow& row : report.rows) {
     Json findings = Json::array();
@@ -131,9 +134,8 @@ Json AsJson(const std::string& name, const std::string& version, bool training,
   for (const ConformVerdict verdict : kVerdicts) {
     counts[std::string(NameOf(verdict))] = report.Count(verdict);
   }
-  return {{"device", name},       {"version", version},
-          {"training", training}, {"stopped", report.stopped},
-          {"counts", counts},     {"rows", rows}};
+  return {{"device", device.name},     {"version", device.version}, {"training", device.training},
+          {"stopped", report.stopped}, {"counts", counts},          {"rows", rows}};
 }
 
 void AddOptions(CLI::App* conform, ConformOptions* options) {
@@ -145,8 +147,9 @@ void AddOptions(CLI::App* conform, ConformOptions* options) {
   conform->add_flag("--json", options->json, Tr("Write JSON"));
 }
 
-// Throws Failure for a device that is not to be tried.
-bool RequireTrial(const ConformOptions& options, Device& device) {
+// Throws Failure for a device that is not to be tried. One that ended its process may have left a
+// document open.
+bool RequireTrial(const ConformOptions& options, Device& device, bool resumed) {
   const DeviceState state = device.state();
   const bool training = state.training.value_or(false);
   if (!training && !options.for_real) {
@@ -155,44 +158,86 @@ bool RequireTrial(const ConformOptions& options, Device& device) {
            "then: --for-real tries it all the same",
            Shown(device.name())));
   }
-  if (!state.ready()) {
+  if (!state.ready() && !resumed) {
     throw Failure(Tr("{}: a document is open on the device. End it first", Shown(device.place())));
   }
   return training;
 }
 
+// The work of the process that the device is tried in. Throws Failure when it cannot be tried.
+void TryDevice(const ConformOptions& options, ConformProcess& process, ConformProgress& progress,
+               Streams& streams) {
+  const bool resumed = progress.resumed > 0;
+  const std::unique_ptr<Device> device = OpenDevice(RequestOf(options.device), streams);
+  const bool training = RequireTrial(options, *device, resumed);
+  process.TellDevice({device->name(), device->version(), training});
+  WatchedClient client(*device->client(), process.watch());
+  // It has one end, which is where the first process ended.
+  LineRecording recording(resumed ? RecordOptions() : options.record, *device, streams);
+  Conformance(*device, progress,
+              {.training = training,
+               .recorder = recording.recorder(),
+               .client = &client,
+               .behind = [&](size_t piece) { process.TellPiece(progress, piece); }})
+      .Run();
+  process.TellWhole(recording.Finish());
+  device->TellFailure(streams);
+}
+
+// Goes on in a process of its own: true there, when all is done.
+bool TryApart(const ConformOptions& options, ConformProcess& process, ConformProgress& progress,
+              Streams& streams) {
+  if (!process.Begin()) return false;
+  try {
+    TryDevice(options, process, progress, streams);
+  } catch (...) {
+    process.TellFailed();
+    throw;
+  }
+  return true;
+}
+
 // Returns one of ExitCode. Throws Failure when the device cannot be tried.
 int ConformCommand(const ConformOptions& options, Streams& streams) {
-  const DeviceRequest request = RequestOf(options.device);
-  RequireApart({RecordingName(options.record)}, FilesOfDevice(request));
+  RequireApart({RecordingName(options.record)}, FilesOfDevice(RequestOf(options.device)));
   streams.StartTrace({});
   const InterruptWatch watch;
-  std::unique_ptr<Device> device = OpenDevice(request, streams);
-  const bool training = RequireTrial(options, *device);
-  const std::string name = device->name();
-  const std::string version = device->version();
-  LineRecording recording(options.record, *device, streams);
-  ConformReport report;
-  {
-    Progress progress(streams, true, Conformance::CallsTried());
-    report = Conformance(*device, {.training = training,
-                                   .recorder = recording.recorder(),
-                                   .behind = [&progress](size_t calls) { progress.Update(calls); }})
-                 .Run();
-  }
-  const bool recorded = recording.Finish();
-  device->TellFailure(streams);
-  device.reset();
+  ConformProgress progress;
+  ConformProcess process;
+  ConformProcess::Outcome outcome = {};
+  do {
+    if (TryApart(options, process, progress, streams)) return kExitGood;
+    Progress bar(streams, true, ConformPieces().size());
+    outcome = process.Follow(
+        &progress, [&bar](size_t tried) { bar.Update(tried); }, [&bar] { bar.Clear(); });
+    if (outcome != ConformProcess::Outcome::kEnded) break;
+    if (!process.device()) {
+      throw Failure(Tr("the device ended the process that opened it: {}", process.end().Text()));
+    }
+    progress.NoteEnd(process.end(), process.operation());
+  } while (interrupted == 0);
+  // It has said why.
+  if (!process.device()) return kExitNotDone;
+  ConformReport report = progress.Report(process.device()->training);
+  report.stopped = interrupted != 0;
   {
     const EnglishMessages english(options.json);
-    streams.Output(options.json ? JsonText(AsJson(name, version, training, report))
-                                : AsText(report));
+    streams.Output(options.json ? JsonText(AsJson(*process.device(), report)) : AsText(report));
+  }
+  if (progress.resumed > 0 && !options.record.file.empty()) {
+    TellWarning(streams, Tr("{}: the recording ends where the device ended the process",
+                            Shown(options.record.file)));
   }
   if (report.stopped) {
     TellError(streams, Tr("stopped by {}", InterruptName()));
     return InterruptExit();
   }
-  if (!recorded) return kExitNotDone;
+  if (!process.recorded()) return kExitNotDone;
+  if (outcome == ConformProcess::Outcome::kAtClose) {
+    TellError(streams,
+              Tr("the device ended the process when it was closed: {}", process.end().Text()));
+    return kExitFaults;
+  }
   return report.Count(ConformVerdict::kAgainst) == 0 ? kExitGood : kExitFaults;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "console/message/load_failure.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 
@@ -21,12 +22,11 @@ constexpr VerdictRow kVerdicts[] = {
     {ConformVerdict::kNotTried, "not-tried", TR_TEXT("not tried")},
 };
 
-constexpr std::string_view kCauses[] = {"accepted",     "refused",     "other-code",   "minus-one",
-                                        "unknown-code", "threw",       "overrun",      "no-end",
-                                        "hung",         "other-state", "form",         "changed",
-                                        "changed-mind", "no-rest",     "training-over"};
-static_assert(sizeof kCauses / sizeof kCauses[0] ==
-              static_cast<size_t>(ConformCause::kTrainingOver) + 1);
+constexpr std::string_view kCauses[] = {
+    "accepted",     "refused", "other-code",    "minus-one",   "unknown-code", "threw",
+    "overrun",      "no-end",  "hung",          "other-state", "form",         "changed",
+    "changed-mind", "no-rest", "training-over", "killed",      "exited"};
+static_assert(sizeof kCauses / sizeof kCauses[0] == static_cast<size_t>(ConformCause::kExited) + 1);
 
 const VerdictRow& RowOf(ConformVerdict verdict) { return kVerdicts[static_cast<size_t>(verdict)]; }
 
@@ -65,11 +65,21 @@ std::string CauseText(const ConformFinding& finding) {
       return Tr("behind {} nothing leads back to the state 1: it stays {}", operation, finding.got);
     case ConformCause::kTrainingOver:
       return Tr("behind {} the device is not in training any more", operation);
+    case ConformCause::kKilled:
+    case ConformCause::kExited: {
+      const std::string end = EndText(finding.cause, finding.got);
+      return operation.empty() ? Tr("the device ended the process: {}", end)
+                               : Tr("{} ended the process: {}", operation, end);
+    }
   }
   return {};
 }
 
 }  // namespace
+
+std::string EndText(ConformCause cause, int number) {
+  return cause == ConformCause::kKilled ? SignalText(number) : Tr("exit code {}", number);
+}
 
 size_t ConformReport::Count(ConformVerdict verdict) const {
   return static_cast<size_t>(

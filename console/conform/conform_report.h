@@ -29,6 +29,8 @@ enum class ConformCause : uint8_t {
   kChangedMind,   // does not have the operation in one state, and in another has it
   kNoRest,        // does not come back to the monitor's state: `got`
   kTrainingOver,  // it was in training, and is not any more
+  kKilled,        // it ended the process it was tried in by the signal `got`; so does the next
+  kExited,        // by an exit with the code `got`. An empty operation: beside the calls
 };
 
 struct ConformFinding {
@@ -59,6 +61,7 @@ struct ConformReport {
 std::string_view NameOf(ConformVerdict verdict);
 std::string_view NameOf(ConformCause cause);
 // For a person.
+std::string EndText(ConformCause cause, int number);  // of kKilled or kExited
 std::string VerdictText(ConformVerdict verdict);
 std::string FindingText(const ConformFinding& finding);
 

@@ -14,11 +14,6 @@
 namespace lorimat::console {
 namespace {
 
-constexpr std::string_view kReadings = "readings";
-constexpr std::string_view kStatesGroup = "states";
-constexpr std::string_view kOperations = "operations";
-constexpr std::string_view kRefusals = "refusals";
-constexpr std::string_view kAgain = "again";
 constexpr char kUntouched = 'Z';  // of what stands behind a text's end
 
 using C = RtfClientInterface;
@@ -44,33 +39,54 @@ bool IsKnown(int code) {
                                             [code](const auto& row) { return row.result == code; });
 }
 
-// How large tables are does not change by what was done.
-bool IsReadAgain(const ReadingCall& reading) { return reading.form == AnswerForm::kCount; }
-
 }  // namespace
 
-Conformance::Conformance(Device& device, ConformSettings settings)
+Conformance::Conformance(Device& device, ConformProgress& progress, ConformSettings settings)
     : device_(device),
+      progress_(progress),
       settings_(std::move(settings)),
-      client_(settings_.recorder != nullptr ? settings_.recorder->Wrap(*device.client())
-                                            : *device.client()),
-      cells_(StateCalls().size()),
-      first_answers_(ReadingCalls().size()) {}
+      client_([&]() -> RtfClientInterface& {
+        RtfClientInterface& own =
+            settings_.client != nullptr ? *settings_.client : *device.client();
+        return settings_.recorder != nullptr ? settings_.recorder->Wrap(own) : own;
+      }()),
+      at_rest_(progress.resumed == 0) {}
 
-size_t Conformance::CallsTried() {
-  const auto readings = ReadingCalls();
-  const auto again = std::count_if(readings.begin(), readings.end(), &IsReadAgain);
-  return readings.size() + kStates * (1 + StateCalls().size()) + RefusalCalls().size() +
-         static_cast<size_t>(again);
+void Conformance::Run() {
+  const std::vector<ConformPiece> pieces = ConformPieces();
+  while (progress_.tried < pieces.size() && !progress_.gone && interrupted == 0) {
+    const size_t number = progress_.tried;
+    if (settings_.recorder != nullptr) {
+      settings_.recorder->LineBegins("; " + pieces[number].Name());
+    }
+    const std::string_view result = Try(pieces[number]);
+    if (settings_.recorder != nullptr) settings_.recorder->LineEnds(0, result);
+    progress_.tried = number + 1;
+    if (settings_.behind) settings_.behind(number);
+  }
 }
 
-ConformReport Conformance::Run() {
-  ReadAll();
-  TryStates();
-  TryRefusals();
-  ReadAgain();
-  report_.stopped = interrupted != 0;
-  return std::move(report_);
+std::string_view Conformance::Try(const ConformPiece& piece) {
+  ConformRow& row = progress_.RowOf(piece);
+  if (!std::exchange(at_rest_, true) && !Rest(&row, piece.Name())) return NameOf(row.verdict);
+  switch (piece.kind) {
+    case ConformPiece::kReading:
+      Read(ReadingCalls()[piece.place], &row, &progress_.FirstAnswer(piece.place));
+      break;
+    case ConformPiece::kState:
+      progress_.Reached(piece.state) = Enter(piece.state, &row);
+      break;
+    case ConformPiece::kOperation:
+      TryCell(piece, &row);
+      return {};
+    case ConformPiece::kRefusal:
+      TryRefusal(RefusalCalls()[piece.place], &row);
+      break;
+    case ConformPiece::kAgain:
+      ReadAgain(piece, &row);
+      break;
+  }
+  return NameOf(row.verdict);
 }
 
 // --- One call.
@@ -94,7 +110,7 @@ Conformance::Outcome Conformance::Make(Call&& call) {
       break;
     case DeviceCallFault::kHung:
       outcome.fault = ConformCause::kHung;
-      gone_ = true;
+      progress_.gone = true;
       break;
   }
   if (!outcome.fault && outcome.code == -1) outcome.fault = ConformCause::kMinusOne;
@@ -102,35 +118,13 @@ Conformance::Outcome Conformance::Make(Call&& call) {
   return outcome;
 }
 
-bool Conformance::Begin(std::string_view what) {
-  if (settings_.behind) settings_.behind(++calls_);
-  if (gone_ || interrupted != 0) return false;
-  if (settings_.recorder != nullptr) settings_.recorder->LineBegins("; " + std::string(what));
-  return true;
-}
-
-void Conformance::End(std::string_view result) {
-  if (settings_.recorder != nullptr) settings_.recorder->LineEnds(0, result);
-}
-
-void Conformance::Add(ConformRow* row, ConformFinding finding) {
-  row->verdict = ConformVerdict::kAgainst;
-  const auto is_same = [&finding](const ConformFinding& other) {
-    return other.cause == finding.cause && other.operation == finding.operation &&
-           other.state == finding.state && other.got == finding.got;
-  };
-  if (std::none_of(row->findings.begin(), row->findings.end(), is_same)) {
-    row->findings.push_back(std::move(finding));
-  }
-}
-
 bool Conformance::AddFault(const Outcome& outcome, std::string_view operation, State state,
                            ConformRow* row) {
   if (!outcome.fault) return false;
-  Add(row, {.cause = *outcome.fault,
-            .operation = std::string(operation),
-            .state = state,
-            .got = outcome.code});
+  AddFinding(row, {.cause = *outcome.fault,
+                   .operation = std::string(operation),
+                   .state = state,
+                   .got = outcome.code});
   return true;
 }
 
@@ -147,12 +141,12 @@ std::optional<int> Conformance::PrinterState(ConformRow* row) {
 bool Conformance::ExpectState(std::string_view behind, State at, int expected, ConformRow* row) {
   const std::optional<int> state = PrinterState(row);
   if (state == expected) return true;
-  if (gone_) return false;
-  Add(row, {.cause = ConformCause::kOtherState,
-            .operation = std::string(behind),
-            .state = at,
-            .expected = expected,
-            .got = state.value_or(0)});
+  if (progress_.gone) return false;
+  AddFinding(row, {.cause = ConformCause::kOtherState,
+                   .operation = std::string(behind),
+                   .state = at,
+                   .expected = expected,
+                   .got = state.value_or(0)});
   return false;
 }
 
@@ -160,24 +154,24 @@ bool Conformance::Rest(ConformRow* row, std::string_view behind) {
   at_.reset();
   std::optional<int> state = PrinterState(row);
   for (const WayOut& way_out : kWaysOut) {
-    if (state == RTF_FPTR_PS_MONITOR || gone_) break;
+    if (state == RTF_FPTR_PS_MONITOR || progress_.gone) break;
     AddFault(Make(way_out.call), way_out.operation, kStates, row);
-    if (!gone_) state = PrinterState(row);
+    if (!progress_.gone) state = PrinterState(row);
   }
-  if (std::exchange(waits_, false) && !gone_) {
+  if (std::exchange(waits_, false) && !progress_.gone) {
     AddFault(Make([](C& r) { return r.SetDataInternal(kClosesByItself, "1"); }), "SetDataInternal",
              kStates, row);
   }
-  if (gone_) return false;
+  if (progress_.gone) return false;
   if (settings_.training && device_.state().training != true) {
-    Add(row, {.cause = ConformCause::kTrainingOver, .operation = std::string(behind)});
-    gone_ = true;
+    AddFinding(row, {.cause = ConformCause::kTrainingOver, .operation = std::string(behind)});
+    progress_.gone = true;
     return false;
   }
   if (state != RTF_FPTR_PS_MONITOR) {
-    Add(row, {.cause = ConformCause::kNoRest,
-              .operation = std::string(behind),
-              .got = state.value_or(0)});
+    AddFinding(row, {.cause = ConformCause::kNoRest,
+                     .operation = std::string(behind),
+                     .got = state.value_or(0)});
     return false;
   }
   return true;
@@ -185,16 +179,16 @@ bool Conformance::Rest(ConformRow* row, std::string_view behind) {
 
 bool Conformance::TakeStep(const StateStep& step, State state, ConformRow* state_row) {
   const Outcome outcome = Make(step.call);
-  if (AddFault(outcome, step.operation, state, state_row)) return step.optional && !gone_;
+  if (AddFault(outcome, step.operation, state, state_row)) return step.optional && !progress_.gone;
   if (outcome.code == RTF_SUCCESS || step.optional) return true;
   const bool in_training = settings_.training && outcome.code == RTF_EFPTR_WRONG_STATE;
   if (outcome.code == RTF_E_ILLEGAL || (in_training && state == kItemList)) {
     if (state_row->findings.empty()) state_row->verdict = ConformVerdict::kMissing;
   } else {
-    Add(state_row, {.cause = ConformCause::kRefused,
-                    .operation = std::string(step.operation),
-                    .state = state,
-                    .got = outcome.code});
+    AddFinding(state_row, {.cause = ConformCause::kRefused,
+                           .operation = std::string(step.operation),
+                           .state = state,
+                           .got = outcome.code});
   }
   return false;
 }
@@ -225,11 +219,11 @@ void Conformance::CheckTexts(const ReadingCall& reading, const AskedTextRooms& t
     const size_t room = buffer != nullptr ? buffer->size : texts[i].size();
     const auto* const end = texts[i].begin() + static_cast<ptrdiff_t>(room);
     if (std::any_of(end, texts[i].end(), [](char c) { return c != kUntouched; })) {
-      Add(row, {.cause = ConformCause::kOverrun, .operation = reading.Name()});
+      AddFinding(row, {.cause = ConformCause::kOverrun, .operation = reading.Name()});
     } else if (std::find(texts[i].begin(), end, '\0') == end) {
-      Add(row, {.cause = ConformCause::kNoEnd,
-                .operation = reading.Name(),
-                .expected = static_cast<int>(room)});
+      AddFinding(row, {.cause = ConformCause::kNoEnd,
+                       .operation = reading.Name(),
+                       .expected = static_cast<int>(room)});
     }
   }
 }
@@ -248,7 +242,8 @@ void Conformance::Read(const ReadingCall& reading, ConformRow* row, std::string*
     return;
   }
   if (outcome.code != RTF_SUCCESS) {
-    Add(row, {.cause = ConformCause::kRefused, .operation = reading.Name(), .got = outcome.code});
+    AddFinding(row,
+               {.cause = ConformCause::kRefused, .operation = reading.Name(), .got = outcome.code});
     return;
   }
   if (!row->findings.empty()) return;
@@ -256,151 +251,50 @@ void Conformance::Read(const ReadingCall& reading, ConformRow* row, std::string*
   if (reading.texts == 0) return;
   *answer = texts[0].data();
   if (!HasForm(reading.form, *answer)) {
-    Add(row, {.cause = ConformCause::kForm, .operation = reading.Name(), .text = *answer});
+    AddFinding(row, {.cause = ConformCause::kForm, .operation = reading.Name(), .text = *answer});
   }
 }
 
-void Conformance::ReadAll() {
-  for (size_t i = 0; i < ReadingCalls().size(); ++i) {
-    const ReadingCall& reading = ReadingCalls()[i];
-    ConformRow row = {kReadings, reading.Name(), {}};
-    if (Begin(reading.Name())) {
-      Read(reading, &row, &first_answers_[i]);
-      End(NameOf(row.verdict));
-    }
-    report_.rows.push_back(std::move(row));
-  }
-}
-
-void Conformance::ReadAgain() {
-  for (size_t i = 0; i < ReadingCalls().size(); ++i) {
-    const ReadingCall& reading = ReadingCalls()[i];
-    if (!IsReadAgain(reading)) continue;
-    ConformRow row = {kAgain, reading.Name(), {}};
-    if (Begin(reading.Name())) {
-      std::string answer;
-      if (Rest(&row, reading.Name())) Read(reading, &row, &answer);
-      if (row.findings.empty() && answer != first_answers_[i]) {
-        Add(&row, {.cause = ConformCause::kChanged,
-                   .operation = reading.Name(),
-                   .text = first_answers_[i]});
-      }
-      End(NameOf(row.verdict));
-    }
-    report_.rows.push_back(std::move(row));
+void Conformance::ReadAgain(const ConformPiece& piece, ConformRow* row) {
+  // What ended the process once is not called again.
+  if (ConformProgress::EndedAt(progress_.RowOf({ConformPiece::kReading, piece.place}))) return;
+  const ReadingCall& reading = ReadingCalls()[piece.place];
+  const std::string& first = progress_.FirstAnswer(piece.place);
+  std::string answer;
+  if (Rest(row, reading.Name())) Read(reading, row, &answer);
+  if (row->findings.empty() && answer != first) {
+    AddFinding(row, {.cause = ConformCause::kChanged, .operation = reading.Name(), .text = first});
   }
 }
 
 // --- Operations by states.
 
-void Conformance::TryStates() {
-  std::vector<ConformRow> states;
-  std::vector<ConformRow> operations;
-  for (const StateCall& call : StateCalls()) {
-    operations.push_back({kOperations, std::string(call.name), {}});
-  }
-  for (int number = 0; number < kStates; ++number) {
-    const auto state = static_cast<State>(number);
-    ConformRow row = {kStatesGroup, std::string(NameOfState(state).name), {}};
-    bool reached = false;
-    if (Begin(row.name)) {
-      reached = Enter(state, &row);
-      End(NameOf(row.verdict));
-    }
-    for (size_t place = 0; place < StateCalls().size(); ++place) {
-      const StateCall& call = StateCalls()[place];
-      if (!Begin(std::string(call.name) + ", " + row.name)) continue;
-      // A state that was not reached is not tried for with each operation.
-      if (reached && (call.flags & kLeftAlone) == 0 && Enter(state, &row)) {
-        TryCell(place, state, &operations[place]);
-      }
-      End({});
-    }
-    states.push_back(std::move(row));
-  }
-  for (size_t place = 0; place < operations.size(); ++place) JudgeCells(place, &operations[place]);
-  for (ConformRow& row : states) report_.rows.push_back(std::move(row));
-  for (size_t place = 0; place < operations.size(); ++place) {
-    if ((StateCalls()[place].flags & kLeftAlone) == 0) {
-      report_.rows.push_back(std::move(operations[place]));
-    }
-  }
-}
-
-void Conformance::TryCell(size_t place, State state, ConformRow* row) {
-  const StateCall& call = StateCalls()[place];
+void Conformance::TryCell(const ConformPiece& piece, ConformRow* row) {
+  const StateCall& call = StateCalls()[piece.place];
+  const State state = piece.state;
+  // A state that was not reached is not tried for with each operation.
+  if (!progress_.Reached(state) || (call.flags & kLeftAlone) != 0) return;
+  if (ConformProgress::EndedAt(*row) || !Enter(state, &progress_.RowOfState(state))) return;
   const Outcome outcome = Make(call.call);
-  if (!AddFault(outcome, call.name, state, row)) cells_[place][state] = {true, outcome.code};
+  if (!AddFault(outcome, call.name, state, row)) progress_.CellOf(piece) = {true, outcome.code};
   bool is_still = false;
   if (outcome.code != RTF_SUCCESS) {
     // A refused operation has done nothing.
-    is_still = !gone_ && ExpectState(call.name, state, NameOfState(state).printer, row);
+    is_still = !progress_.gone && ExpectState(call.name, state, NameOfState(state).printer, row);
   } else if (call.allowed[state] && call.after != kStates) {
     ExpectState(call.name, state, NameOfState(call.after).printer, row);
   }
-  if (!is_still && !gone_) Rest(row, call.name);
-}
-
-void Conformance::JudgeCells(size_t place, ConformRow* row) const {
-  const StateCall& call = StateCalls()[place];
-  const std::array<Cell, kStates>& cells = cells_[place];
-  bool has_it = false;
-  bool allowed_was_tried = false;
-  bool was_tried = false;
-  for (int state = 0; state < kStates; ++state) {
-    was_tried |= cells[state].tried;
-    if (!call.allowed[state] || !cells[state].tried) continue;
-    allowed_was_tried = true;
-    has_it |= cells[state].code != RTF_E_ILLEGAL;
-  }
-  // One that no state allows has nothing that shows it to be there.
-  if (!allowed_was_tried) {
-    has_it = std::any_of(cells.begin(), cells.end(),
-                         [](const Cell& cell) { return cell.tried && cell.code != RTF_E_ILLEGAL; });
-  }
-  for (int number = 0; number < kStates; ++number) {
-    const auto state = static_cast<State>(number);
-    const int code = cells[number].code;
-    if (!cells[number].tried) continue;
-    const bool in_training =
-        settings_.training && (call.flags & kNotInTraining) != 0 && code == RTF_EFPTR_WRONG_STATE;
-    ConformFinding finding = {.operation = row->name, .state = state, .got = code};
-    if (code == RTF_E_ILLEGAL) {
-      if (!has_it) continue;
-      finding.cause = ConformCause::kChangedMind;
-    } else if (call.allowed[state]) {
-      const bool own_rule = (call.flags & kOwnRules) != 0 && code != RTF_EFPTR_WRONG_STATE;
-      if (code == RTF_SUCCESS || in_training || own_rule) continue;
-      finding.cause = ConformCause::kRefused;
-    } else {
-      if (code == RTF_EFPTR_WRONG_STATE) continue;
-      finding.cause = code == RTF_SUCCESS ? ConformCause::kAccepted : ConformCause::kOtherCode;
-      finding.expected = RTF_EFPTR_WRONG_STATE;
-    }
-    Add(row, std::move(finding));
-  }
-  if (row->verdict == ConformVerdict::kAgainst || !was_tried) return;
-  row->verdict = has_it ? ConformVerdict::kFits : ConformVerdict::kMissing;
+  if (!is_still && !progress_.gone) Rest(row, call.name);
 }
 
 // --- Refusals.
 
-void Conformance::TryRefusals() {
-  for (const RefusalCall& refusal : RefusalCalls()) {
-    ConformRow row = {kRefusals, std::string(refusal.name), refusal.what};
-    if (Begin(std::string(refusal.name) + ": " + std::string(refusal.what))) {
-      TryRefusal(refusal, &row);
-      End(NameOf(row.verdict));
-    }
-    report_.rows.push_back(std::move(row));
-  }
-}
-
 void Conformance::TryRefusal(const RefusalCall& refusal, ConformRow* row) {
-  ConformRow entered = {kRefusals, row->name, {}};
+  if (ConformProgress::EndedAt(progress_.RowOfState(refusal.at))) return;
+  ConformRow entered = {row->group, row->name, {}};
   if (!Enter(refusal.at, &entered)) {
-    row->verdict = gone_ ? ConformVerdict::kAgainst : ConformVerdict::kNotTried;
-    if (gone_) row->findings = std::move(entered.findings);
+    row->verdict = progress_.gone ? ConformVerdict::kAgainst : ConformVerdict::kNotTried;
+    if (progress_.gone) row->findings = std::move(entered.findings);
     return;
   }
   const Outcome outcome = Make(refusal.call);
@@ -410,12 +304,12 @@ void Conformance::TryRefusal(const RefusalCall& refusal, ConformRow* row) {
                            outcome.code == RTF_EFPTR_WRONG_STATE;
   if (outcome.code == RTF_SUCCESS ||
       (outcome.code != refusal.code && !in_training && outcome.code != RTF_E_ILLEGAL)) {
-    Add(row,
-        {.cause = outcome.code == RTF_SUCCESS ? ConformCause::kAccepted : ConformCause::kOtherCode,
-         .operation = row->name,
-         .state = refusal.at,
-         .expected = refusal.code,
-         .got = outcome.code});
+    AddFinding(row, {.cause = outcome.code == RTF_SUCCESS ? ConformCause::kAccepted
+                                                          : ConformCause::kOtherCode,
+                     .operation = row->name,
+                     .state = refusal.at,
+                     .expected = refusal.code,
+                     .got = outcome.code});
     return;
   }
   const bool missing = outcome.code == RTF_E_ILLEGAL && refusal.code != RTF_E_ILLEGAL;

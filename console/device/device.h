@@ -155,6 +155,9 @@ class Device {
   // What went wrong with the calls since this was asked last: the latest.
   virtual DeviceCallFault TakeCallFault() { return DeviceCallFault::kNone; }
 
+  // How many exceptions have left operations until now; what those answered is the client's.
+  virtual uint64_t exceptions() const { return 0; }
+
   // Whether it hung in a call and is given up: every call is refused from then on.
   virtual bool given_up() const { return false; }
 

@@ -317,6 +317,7 @@ void PluginDevice::LookBehind() {
 void PluginDevice::NoteFault(DeviceCallFault fault, ClientOperation operation) {
   if (fault == DeviceCallFault::kNone) return;
   call_fault_ = fault;
+  if (fault == DeviceCallFault::kThrew) ++exceptions_;
   const std::string_view name = ClientOperationName(operation);
   failure_ =
       fault == DeviceCallFault::kOverrun

@@ -37,6 +37,7 @@ class PluginDevice : public Device {
   int last_result() const override { return TimedClient::kRefused; }
   DeviceRefusal last_refusal() const override;
   DeviceCallFault TakeCallFault() override;
+  uint64_t exceptions() const override { return exceptions_; }
   bool given_up() const override { return !thread_->given_up().call.empty(); }
   std::string last_failure() const override { return failure_; }
   std::string OpenDocumentFate() override;
@@ -69,6 +70,7 @@ class PluginDevice : public Device {
   std::unique_ptr<Paper> paper_;
   std::unique_ptr<Faults> faults_;
   DeviceCallFault call_fault_ = DeviceCallFault::kNone;
+  uint64_t exceptions_ = 0;
   std::string failure_;
 };
 

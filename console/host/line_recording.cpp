@@ -70,6 +70,7 @@ void LineRecording::Begin(const Device& device, std::string library) {
   settings.device = fmt::format("{} {}", device.name(), device.version());
   settings.limit = options_.limit * kMebibyte;
   settings.with_secrets = options_.secrets;
+  settings.exceptions = [&device] { return device.exceptions(); };
   settings.line_blanking = [this](std::string_view line) {
     return WithoutSecrets(words_ ? &*words_ : nullptr, line);
   };

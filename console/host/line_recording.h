@@ -22,7 +22,7 @@ struct RecordOptions {
 };
 
 // Records from its making on, ahead of Library::Init; nothing without a file. It has to outlive the
-// library.
+// library, and the device all calls.
 class LineRecording {
  public:
   // Throws Failure when the file cannot be made.

@@ -12,12 +12,6 @@
 namespace lorimat::console {
 namespace {
 
-// "SIGSEGV".
-std::string SignalText(int64_t signal) {
-  const char* name = sigabbrev_np(static_cast<int>(signal));
-  return name != nullptr ? std::string("SIG") + name : std::to_string(signal);
-}
-
 // Behind "(SIGSEGV)" of a process that a signal ended; nothing behind an end by itself.
 std::string BySignal(int64_t signal) {
   return signal == 0 ? std::string() : fmt::format(" ({})", SignalText(signal));
@@ -70,6 +64,11 @@ std::string DeviceText(const std::string& name, const LoadFailure& failure) {
 }
 
 }  // namespace
+
+std::string SignalText(int64_t signal) {
+  const char* name = sigabbrev_np(static_cast<int>(signal));
+  return name != nullptr ? std::string("SIG") + name : std::to_string(signal);
+}
 
 std::string LoadFailureText(const std::string& file, const LoadFailure& failure,
                             LoadedFile loaded) {

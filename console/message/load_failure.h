@@ -36,6 +36,9 @@ struct LoadFailure {
 // What the file is to be.
 enum class LoadedFile : uint8_t { kLibrary, kDevice };
 
+// "SIGSEGV".
+std::string SignalText(int64_t signal);
+
 // Of a file with this name, which shows as on a terminal.
 std::string LoadFailureText(const std::string& file, const LoadFailure& failure,
                             LoadedFile loaded = LoadedFile::kLibrary);

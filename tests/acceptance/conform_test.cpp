@@ -13,6 +13,7 @@ namespace {
 
 using nlohmann::json;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -224,8 +225,7 @@ std::vector<std::string> VerdictsOf(const json& report) {
   return verdicts;
 }
 
-// What was recorded is a device that does the same; an exception is recorded as the failure that it
-// counts as.
+// What was recorded is a device that does the same, throwing included.
 TEST(Conform, ARecordingOfItAnswersTheSameAgain) {
   const TestFolder folder;
   const std::string recording = folder.Path("device.rec");
@@ -237,6 +237,90 @@ TEST(Conform, ARecordingOfItAnswersTheSameAgain) {
   EXPECT_EQ(again.exit_code, 1);
   EXPECT_THAT(again.errors, IsEmpty());
   EXPECT_EQ(VerdictsOf(json::parse(again.output)), VerdictsOf(json::parse(first.output)));
+  EXPECT_EQ(FindingsOf(json::parse(again.output)), FindingsOf(json::parse(first.output)));
+}
+
+struct Ending {
+  const char* how;
+  const char* told;
+};
+
+class ConformEnding : public testing::TestWithParam<Ending> {};
+
+// The rows that are not of the call are as they are without it.
+TEST_P(ConformEnding, ADeviceThatEndsTheProcessIsNamedAndTheOtherRowsGoOn) {
+  const json whole = json::parse(Conform(LORIMAT_ENDS, {"--json"}).output);
+  const ProgramRun run =
+      Conform(LORIMAT_ENDS, {"--device-option", "at=item,closing,header", "--device-option",
+                             std::string("how=") + GetParam().how, "--json"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_THAT(run.errors, IsEmpty());
+  const json report = json::parse(run.output);
+  const std::string ended = std::string(" ended the process: ") + GetParam().told;
+  EXPECT_THAT(FindingsOf(report),
+              ElementsAre("readings, GetHeaderLine 1: GetHeaderLine" + ended,
+                          "operations, PrintRecItemEx void: MONITOR: PrintRecItemEx" + ended,
+                          "operations, PrintZReportEx: FISCAL_RECEIPT: PrintZReportEx" + ended,
+                          "refusals, RTF_EFPTR_BAD_ITEM_AMOUNT: PrintRecItemEx" + ended,
+                          "refusals, RTF_EFPTR_NEGATIVE_TOTAL: PrintRecItemEx" + ended,
+                          "refusals, RTF_EFPTR_NEGATIVE_VAT: PrintRecItemEx" + ended));
+  ASSERT_EQ(report["rows"].size(), whole["rows"].size());
+  for (size_t i = 0; i < whole["rows"].size(); ++i) {
+    if (!report["rows"][i]["findings"].empty()) continue;
+    EXPECT_EQ(report["rows"][i], whole["rows"][i]);
+  }
+  EXPECT_EQ(report["counts"]["not-tried"], 0);
+  EXPECT_EQ(report["device"], "ends");
+}
+
+INSTANTIATE_TEST_SUITE_P(Conform, ConformEnding,
+                         testing::Values(Ending{"segv", "SIGSEGV"}, Ending{"abort", "SIGABRT"},
+                                         Ending{"exit", "exit code 3"}),
+                         [](const auto& ending) { return std::string(ending.param.how); });
+
+TEST(Conform, AStateThatEndsTheProcessIsEnteredOnceAndTheRecordingTellsTheCall) {
+  const TestFolder folder;
+  const ProgramRun run =
+      Conform(LORIMAT_ENDS, {"--device-option", "at=state", "--device-option", "how=abort",
+                             "--record", folder.Path("device.rec"), "--json"});
+  EXPECT_EQ(run.exit_code, 1);
+  const json report = json::parse(run.output);
+  const std::string ended = "GetIntProperty ended the process: SIGABRT";
+  EXPECT_THAT(FindingsOf(report), ElementsAre("states, FISCAL_RECEIPT: FISCAL_RECEIPT: " + ended,
+                                              "states, TOTAL: TOTAL: " + ended,
+                                              "states, NONFISCAL: NONFISCAL: " + ended,
+                                              "operations, BeginFiscalReceipt: MONITOR: " + ended));
+  EXPECT_EQ(VerdictOf(report, "RTF_EFPTR_BAD_VAT"), "not-tried");
+  EXPECT_EQ(VerdictOf(report, "RTF_EFPTR_BAD_LENGTH"), "missing");
+  EXPECT_EQ(run.errors, "lorimat: warning: " + folder.Path("device.rec") +
+                            ": the recording ends where the device ended the process\n");
+  const std::string recording = folder.Read("device.rec");
+  EXPECT_THAT(recording, HasSubstr("> ; BeginFiscalReceipt, MONITOR\n< BeginFiscalReceipt(true) -> "
+                                   "0\n"));
+  EXPECT_THAT(recording, EndsWith("\n< GetIntProperty(16020)"));
+}
+
+TEST(Conform, ADeviceThatEndsTheProcessWhenItIsClosedIsTold) {
+  const ProgramRun run =
+      Conform(LORIMAT_ENDS, {"--device-option", "at=close", "--device-option", "how=abort"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.errors, "lorimat: the device ended the process when it was closed: SIGABRT\n");
+  EXPECT_THAT(run.output, HasSubstr(" 0 are against the contract, 0 were not tried\n"));
+}
+
+TEST(Conform, WhatWasTriedIsShownWhereTheDeviceIsNotToBeOpenedAgain) {
+  const TestFolder folder;
+  const ProgramRun run = Conform(
+      LORIMAT_ENDS, {"--device-option", "at=item,third-open", "--device-option", "how=abort",
+                     "--device-option", "opened=" + folder.Path("opened"), "--json"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(run.errors, std::string("lorimat: the device is not opened: ") + LORIMAT_ENDS +
+                            " ended the process that tried to open it (SIGABRT)\n");
+  const json report = json::parse(run.output);
+  EXPECT_THAT(FindingsOf(report), ElementsAre("operations, PrintRecItemEx void: MONITOR: "
+                                              "PrintRecItemEx ended the process: SIGABRT"));
+  EXPECT_EQ(VerdictOf(report, "MONITOR"), "fits");
+  EXPECT_EQ(VerdictOf(report, "TOTAL"), "not-tried");
 }
 
 TEST(Conform, CtrlCEndsItWithWhatWasTried) {

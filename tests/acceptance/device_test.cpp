@@ -214,6 +214,17 @@ TEST_F(DeviceTest, AnExceptionOfADeviceIsAFailedLine) {
   EXPECT_EQ(run.exit_code, 2);
 }
 
+TEST_F(DeviceTest, AnExceptionIsRecordedAsOneAndThrownAgain) {
+  const std::string recording = folder_.Path("device.rec");
+  const ProgramRun first = RunFaulty("throw", {"--record", recording});
+  EXPECT_THAT(folder_.Read("device.rec"), HasSubstr(" 2, true, \"\") -> throws\n= 623 "));
+  const std::string again = folder_.Path("again.rec");
+  const ProgramRun second = RunConsole(
+      {"run", folder_.Path("lines.cmd"), "--device", "replay:" + recording, "--record", again});
+  EXPECT_EQ(second.exit_code, 1) << second.errors;
+  EXPECT_THAT(folder_.Read("again.rec"), HasSubstr(" -> throws\n= 623 "));
+}
+
 TEST_F(DeviceTest, AFloodedLogIsCut) {
   const ProgramRun run = RunFaulty("flood", {"--trace", folder_.Path("trace.txt")});
   EXPECT_EQ(run.exit_code, 0) << run.errors;

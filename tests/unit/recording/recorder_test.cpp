@@ -107,6 +107,17 @@ TEST_F(RecorderTest, ADeviceThatThrowsIsTold) {
   EXPECT_EQ(Body(), "< OpenDrawer() -> throws\n");
 }
 
+TEST_F(RecorderTest, AnExceptionThatTheClientKeepsIsTold) {
+  RecorderSettings settings = StillSettings();
+  // One has been thrown ahead of the first call, and one in it.
+  settings.exceptions = [told = uint64_t{0}]() mutable { return ++told < 2 ? 1 : 2; };
+  Start(settings);
+  device_.result = RTF_E_FAILURE;
+  EXPECT_EQ(client_->OpenDrawer(), RTF_E_FAILURE);
+  EXPECT_EQ(client_->OpenDrawer(), RTF_E_FAILURE);
+  EXPECT_EQ(Body(), "< OpenDrawer() -> throws\n< OpenDrawer() -> 111\n");
+}
+
 TEST_F(RecorderTest, ATextWithoutAnEndIsReadToItsRoom) {
   Start(StillSettings());
   device_.text = std::string(50, 'A');
