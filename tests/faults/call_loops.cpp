@@ -85,7 +85,10 @@ class CallLoops {
     FindConversations();
     for (const std::string& file : files_) {
       reports_.push_back(Shared<CallReport>());
-      Start([this, &file, report = reports_.back()] { MeasureFile(file, report); });
+      Start([this, &file, report = reports_.back()] {
+        Bound();
+        MeasureFile(file, report);
+      });
     }
     Finish();
     bool good = !files_.empty();
@@ -125,7 +128,7 @@ class CallLoops {
   template <typename Work>
   void Start(Work work) {
     if (running_ == options_.jobs) Collect();
-    StartApart(work, kMostProcesses);
+    StartApart(work, kNoBound);
     ++running_;
   }
   void Collect() {
@@ -228,6 +231,7 @@ class CallLoops {
         const long place = NextPlace(*report, m, report->place + 1, numbered_before[m]);
         if (place == 0) break;
         report->place = place;
+        Bound();  // of the place: a conversation may have any number of them
         ++report->tried[m];
         bool struck = false;
         const Wrong wrong = Try(script, stage_, undisturbed, kManners[m], place, &struck);
@@ -273,7 +277,8 @@ class CallLoops {
     return PrintTallies(rows, "faults.calls", options_.only > 0 ? 1 : options_.places);
   }
 
-  static constexpr unsigned kMostProcesses = 60;  // as many of their time for a conversation
+  // What works in it has bounds of its own.
+  static constexpr unsigned kNoBound = 0;
 
   const LoopOptions options_;
   conversation::Stage stage_;

@@ -124,13 +124,16 @@ class Trial {
 constexpr CallManner kNoFault = {"none", CallFault::kNone};
 
 // What a line passes over when it fails, whatever the conversation: the blank line behind a barcode
-// or a logo, the beginning and the end of a transfer of articles, the key that clears the display,
-// the mark that a receipt was opened by a key.
+// or a logo, the beginning and the end of a transfer of articles, the erasing of articles ahead of
+// one or behind it where the device can be reached, the key that clears the display, the mark that
+// a receipt was opened by a key.
 constexpr std::string_view kPassedOver[] = {
     "PrintRecMessage(\" \")",
     "PrintNormal(2, \" \")",
     "UploadTable(1, 0, \"\")",
     "UploadTable(1, 2, \"\")",
+    "EraseTable(1)",
+    "EraseTable(257)",
     "KeyCodeInput(\"\", \"\", \"\", 0)",
     "SetDataInternal(600, \"1\")",
 };
