@@ -34,6 +34,7 @@
 #include "door/job/opened_device.h"
 #include "door/job/register_device.h"
 #include "door/job/service.h"
+#include "door/job/watched_device.h"
 #include "door/judge/line_judge.h"
 #include "door/log/job_log.h"
 #include "door/receipt/known_tables.h"
@@ -248,7 +249,8 @@ int RunDoor(const Options& options, Streams& streams) {
   auto* own = dynamic_cast<RegisterDevice*>(bare.get());
   const auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
   const std::unique_ptr<FiscalDevice> opened = WithFaults(std::move(bare));
-  FiscalDevice& device = *opened;
+  CallWatch calls;
+  WatchedDevice device(*opened, calls);
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();
   EndIfHung(plugin, streams);
@@ -294,6 +296,7 @@ int RunDoor(const Options& options, Streams& streams) {
          return code;
        }),
        .watch = FaultWatch(),
+       .calls = &calls,
        .device_timeout = request.timeout,
        .hung = [] { _exit(kExitHung); },
        .tell = [&teller](DeviceTrouble trouble,
@@ -382,10 +385,13 @@ int RunProgram(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
   try {
-    Streams streams;
+    Streams streams("lorimatd");
     try {
       console::OpenCatalogs(console::FindCatalogs());
       return ParseAndRun(argc, argv, streams);
+    } catch (const console::DeviceHung& hung) {
+      TellLine(streams, hung.what());
+      _exit(kExitHung);
     } catch (const Failure& failure) {
       TellLine(streams, failure.what());
     } catch (const std::exception& error) {

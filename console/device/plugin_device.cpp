@@ -202,7 +202,9 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
   if (!request.was_tried) {
     PluginTrial trial = TryPlugin(request);
     if (trial.failure) {
-      throw Failure(LoadFailureText(file_, trial.failure, LoadedFile::kDevice));
+      const std::string text = LoadFailureText(file_, trial.failure, LoadedFile::kDevice);
+      if (trial.failure.cause == LoadCause::kHangs) throw DeviceHung(text);
+      throw Failure(text);
     }
     const std::string refusal = RefusalOf(file_, trial.facts);
     if (!refusal.empty()) throw Failure(refusal);
@@ -233,6 +235,7 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
     client_.reset();
     if (!given_up() && core_->call.is_open()) {
       thread_->Run(LORIMAT_DEVICE_CLOSE, [core = core_] { core->call.Close(core->handle); });
+      LookBehind();
     }
     throw;
   }
@@ -244,12 +247,7 @@ void PluginDevice::TakeOpened(const std::optional<PluginFacts>& tried) {
   if (fault.empty() && tried && !facts_.IsSame(*tried)) {
     fault = Tr("{}: the device says something else of itself than a moment ago", Shown(file_));
   }
-  if (!fault.empty()) {
-    if (core_->call.is_open()) {
-      Run(LORIMAT_DEVICE_CLOSE, [core = core_] { core->call.Close(core->handle); });
-    }
-    throw Failure(fault);
-  }
+  if (!fault.empty()) throw Failure(fault);
   client_ =
       std::make_unique<TimedClient>(std::shared_ptr<RtfClientInterface>(core_, &core_->client()),
                                     *thread_, [this] { LookBehind(); });
@@ -278,7 +276,7 @@ void PluginDevice::Run(const char* call, std::function<void()> work) {
 }
 
 void PluginDevice::RequireThread() const {
-  if (!thread_->given_up().call.empty()) throw Failure(HangText());
+  if (!thread_->given_up().call.empty()) throw DeviceHung(HangText());
 }
 
 std::string PluginDevice::HangText() const {

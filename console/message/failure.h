@@ -12,6 +12,12 @@ class Failure : public std::runtime_error {
   explicit Failure(const std::string& message) : std::runtime_error(message) {}
 };
 
+// A device did not come back from a call, and was given up.
+class DeviceHung : public Failure {
+ public:
+  using Failure::Failure;
+};
+
 // Nobody reads standard output any more.
 class ReaderGone : public Failure {
  public:

@@ -11,10 +11,10 @@ namespace lorimat::console {
 namespace {
 
 void WriteNotice(Streams& streams, std::string_view kind, Style style, std::string_view text) {
-  constexpr std::string_view kName = "lorimat:";
+  const std::string name = streams.program() + ":";
   const bool colours = streams.error_has_colours();
-  std::string out = Styled(kName, kind.empty() ? style : Style::kStrong, colours) + " ";
-  size_t column = kName.size() + 1;
+  std::string out = Styled(name, kind.empty() ? style : Style::kStrong, colours) + " ";
+  size_t column = name.size() + 1;
   if (!kind.empty()) {
     out += Styled(fmt::format("{}:", kind), style, colours) + " ";
     column += ColumnsOf(kind) + 2;

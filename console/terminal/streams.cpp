@@ -63,7 +63,7 @@ Descriptor CopyOf(int fd) {
 
 }  // namespace
 
-Streams::Streams() {
+Streams::Streams(std::string program) : program_(std::move(program)) {
   for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(fd, F_GETFD) != -1) continue;
     // Opened the wrong way round, so that using the closed stream still fails.

@@ -36,8 +36,8 @@ bool WriteAll(int fd, std::string_view text);
 class Streams {
  public:
   // Gives a closed standard descriptor a place holder, so that no file opened later takes its
-  // number, and takes the copies. Throws Failure.
-  Streams();
+  // number, and takes the copies. Notices begin with the program's name. Throws Failure.
+  explicit Streams(std::string program = "lorimat");
   // Flushes what is still buffered. Descriptor 1 stays turned away: the library's last lines
   // may come as late as the end of the process.
   ~Streams();
@@ -58,6 +58,8 @@ class Streams {
   bool error_is_terminal() const;
   // From here on notices are wrapped where standard error is a terminal.
   void WrapNotices() { wraps_ = true; }
+  // What notices begin with.
+  const std::string& program() const { return program_; }
   // The width of the terminal that standard error is; 0 where it is none.
   size_t error_columns() const;
   // The columns that a notice may take; 0 for any number.
@@ -79,6 +81,7 @@ class Streams {
   void RestoreErrors();
 
  private:
+  std::string program_;
   Descriptor own_output_;
   Descriptor own_error_;
   Descriptor trace_;

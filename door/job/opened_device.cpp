@@ -3,6 +3,10 @@
 #include <type_traits>
 #include <utility>
 
+#include "console/device/device_thread.h"
+#include "console/message/failure.h"
+#include "console/message/shown_text.h"
+#include "console/message/translate.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/client/rtfclientoperation.h"
 #include "rpccommon/services/rtfconst.h"
@@ -48,7 +52,13 @@ OpenedDevice::OpenedDevice(console::DeviceRequest request, console::Streams& str
 
 void OpenedDevice::Reopen() {
   front_.SetDevice(Away());
+  // A thread of it that stays behind may be anywhere in its code, and says so as it is closed.
   device_.reset();
+  if (console::DeviceThread::AnyGivenUp()) {
+    throw console::DeviceHung(
+        console::Tr("{}: the device did not come back from a call, and cannot be opened again",
+                    console::Shown(request_.device)));
+  }
   device_ = console::OpenDevice(request_, streams_);
   front_.SetDevice(*device_->client());
 }

@@ -19,7 +19,8 @@ class OpenedDevice : public ClientDevice {
   // Stays the same, whatever stands behind it.
   RtfClientInterface& client() override { return front_; }
   // Closes it and opens it again. Throws console::Failure with the cause: until it is open, every
-  // operation is answered as by a device that is off.
+  // operation is answered as by a device that is off. It is console::DeviceHung where one of these
+  // calls, or one before, was given up.
   void Reopen() override;
   // What tells of a call that did not come back and was given up; empty without one.
   std::string HangText() const;

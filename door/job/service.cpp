@@ -1,43 +1,18 @@
 #include "door/job/service.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
+#include "console/message/failure.h"
+
 namespace lorimat::door {
-namespace {
-
-int64_t SteadyTime() {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
-
-}  // namespace
 
 Service::Service(Parts parts)
     : parts_(std::move(parts)),
-      worker_(
-          parts_.log, parts_.device, parts_.judge,
-          [this](const std::string& line, std::string* answer) {
-            NoteCall();
-            const long code = parts_.run(line, answer);
-            NoteCall();
-            return code;
-          },
-          [this](Step step) {
-            // What is asked and written between two steps does not add up.
-            NoteCall();
-            if (parts_.watch) parts_.watch(step);
-          }) {}
+      worker_(parts_.log, parts_.device, parts_.judge, parts_.run, parts_.watch) {}
 
 Service::~Service() { Stop(); }
-
-void Service::NoteCall() { call_ = SteadyTime(); }
-
-int64_t Service::SinceCall() const {
-  const int64_t call = call_;
-  return call == 0 ? 0 : SteadyTime() - call;
-}
 
 void Service::Start() {
   thread_ = std::thread([this] { Loop(); });
@@ -53,6 +28,7 @@ void Service::Stop() {
   wake_.notify_all();
   if (thread_.joinable()) thread_.join();
   if (watcher_.joinable()) watcher_.join();
+  if (noter_.joinable()) noter_.join();
 }
 
 void Service::Wake() {
@@ -68,6 +44,7 @@ void Service::Pause(int* round) {
   constexpr int kDoublings = 6;
   const auto pause = parts_.first_pause * (1 << std::min(*round, kDoublings));
   ++*round;
+  if (parts_.pauses) parts_.pauses(pause);
   std::unique_lock<std::mutex> lock(mutex_);
   if (wake_.wait_for(lock, pause, [this] { return stopping_ || woken_; })) *round = 0;
   woken_ = false;
@@ -110,13 +87,15 @@ Service::Came Service::Round() {
 }
 
 bool Service::ReopenDevice() {
-  NoteCall();
   const bool failed_before = std::exchange(opening_failed_, true);
   try {
     parts_.device.Reopen();
     opening_failed_ = false;
     Tell(trouble(), nullptr);
     return failed_before;
+  } catch (const console::DeviceHung& hung) {
+    Tell(trouble(), &hung);
+    if (parts_.hung) parts_.hung();
   } catch (const std::exception& error) {
     Tell(trouble(), &error);
   } catch (...) {
@@ -130,35 +109,55 @@ void Service::Loop() {
   for (;;) {
     {
       const std::lock_guard<std::mutex> lock(mutex_);
-      if (stopping_ && !worker_.has_begun()) return;
+      if (stopping_ && !worker_.has_begun()) {
+        ended_ = true;
+        break;
+      }
     }
-    NoteCall();
     const Came came = Round();
-    call_ = 0;
     // What has come back is asked at the first step again.
     if (came != Came::kNothing) round = 0;
     if (came != Came::kWork) Pause(&round);
   }
+  wake_.notify_all();
 }
 
 void Service::WatchLoop() {
   constexpr std::chrono::milliseconds kLook{200};
-  const int64_t limit = std::chrono::milliseconds(parts_.device_timeout).count();
   std::unique_lock<std::mutex> lock(mutex_);
-  while (!(stopping_ && call_ == 0)) {
+  while (!ended_) {
     wake_.wait_for(lock, kLook);
-    if (SinceCall() <= limit) continue;
+    const std::optional<int64_t> since = parts_.calls ? parts_.calls->Since() : std::nullopt;
+    if (ended_ || since.value_or(0) <= parts_.device_timeout.count()) continue;
     lock.unlock();
-    try {
-      if (const std::optional<Job> job = parts_.log.First(JobState::kRunning)) {
-        parts_.log.Move(job->id, JobState::kUnknown, Why::kHang);
-      }
-    } catch (...) {
-      // It is running in the log, which says as much.
-    }
+    NoteHang();
     if (parts_.hung) parts_.hung();
     return;
   }
+}
+
+// What cannot be written in time is running in the log, which says as much. Another thread waits
+// for the disk and for whoever has the log.
+void Service::NoteHang() {
+  const int64_t job = worker_.at_work();
+  if (job == 0) return;
+  try {
+    noter_ = std::thread([this, job] {
+      try {
+        parts_.log.Move(job, JobState::kUnknown, Why::kHang);
+      } catch (...) {
+      }
+      {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        hang_noted_ = true;
+      }
+      wake_.notify_all();
+    });
+  } catch (const std::system_error&) {
+    return;
+  }
+  std::unique_lock<std::mutex> lock(mutex_);
+  wake_.wait_for(lock, parts_.log_grace, [this] { return hang_noted_; });
 }
 
 }  // namespace lorimat::door

@@ -10,6 +10,7 @@
 #include <string>
 #include <thread>
 
+#include "door/job/call_watch.h"
 #include "door/job/worker.h"
 
 namespace lorimat::door {
@@ -22,14 +23,20 @@ class Service {
     LineJudge& judge;
     LineRunner run;
     StepWatch watch = nullptr;
-    // A call of the device that takes longer: `hung` is called, with its job unknown in the log.
-    std::chrono::seconds device_timeout{300};
+    // The calls of the device; without them none is watched.
+    const CallWatch* calls = nullptr;
+    // One of them takes longer: `hung` is called, with its job unknown in the log.
+    std::chrono::milliseconds device_timeout{std::chrono::seconds(300)};
+    // How long that waits for the log, whose disk may hang as well.
+    std::chrono::milliseconds log_grace{std::chrono::seconds(5)};
     std::function<void()> hung;
     // How long to wait where there is nothing to do, ahead of the next round; grows from this on.
     std::chrono::milliseconds first_pause{100};
     // Told, again and again, what keeps the jobs waiting: the device, what was thrown, or why the
     // device cannot be opened again; from the working thread.
     std::function<void(DeviceTrouble trouble, const std::exception* failure)> tell;
+    // Told of each wait, from the working thread; may be null.
+    std::function<void(std::chrono::milliseconds pause)> pauses = nullptr;
   };
 
   explicit Service(Parts parts);
@@ -60,9 +67,8 @@ class Service {
   bool ReopenDevice();
   void Tell(DeviceTrouble trouble, const std::exception* failure) const noexcept;
   void WatchLoop();
+  void NoteHang();
   void Pause(int* round);
-  int64_t SinceCall() const;
-  void NoteCall();
 
   Parts parts_;
   Worker worker_;
@@ -70,11 +76,13 @@ class Service {
   std::condition_variable wake_;
   bool stopping_ = false;
   bool woken_ = false;
+  bool ended_ = false;       // the working thread
+  bool hang_noted_ = false;  // in the log, or it cannot be
   bool opening_failed_ = false;
   std::atomic<bool> log_failed_{false};
-  std::atomic<int64_t> call_{0};  // milliseconds of a steady clock; 0: not at work
   std::thread thread_;
   std::thread watcher_;
+  std::thread noter_;
 };
 
 }  // namespace lorimat::door

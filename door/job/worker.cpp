@@ -34,6 +34,17 @@ struct Worker::Run {
   bool paid = false;
 };
 
+class Worker::AtWork {
+ public:
+  AtWork(std::atomic<int64_t>& job, int64_t id) : job_(job) { job_ = id; }
+  ~AtWork() { job_ = 0; }
+  AtWork(const AtWork&) = delete;
+  AtWork& operator=(const AtWork&) = delete;
+
+ private:
+  std::atomic<int64_t>& job_;
+};
+
 Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch)
     : log_(log), device_(device), judge_(judge), run_(std::move(run)), watch_(std::move(watch)) {}
 
@@ -139,6 +150,7 @@ Worker::Did Worker::RunNext() {
 }
 
 Worker::Did Worker::RunBegun(const Begun& begun) {
+  const AtWork at_work(at_work_, begun.job.id);
   At(Step::kBeforeFirstLine);
   Run run;
   SendLines(begun.job, begun.judged, &run);
@@ -150,6 +162,7 @@ Worker::Did Worker::RunBegun(const Begun& begun) {
 Worker::Did Worker::RunReset(const Job& job) {
   if (log_.Expire() > 0) return Did::kWork;
   const Job begun = log_.Move(job.id, JobState::kRunning, Why::kBegun);
+  const AtWork at_work(at_work_, begun.id);
   LineAnswer answer{1, 0, {}, {}};
   answer.code = run_(kResetLine, &answer.text);
   answer.explanation = ExplainAnswer(answer.code);

@@ -56,6 +56,9 @@ class Worker {
   // Ahead of telling that a job is over it is what that leaves; any thread may ask.
   DeviceTrouble trouble() const { return trouble_; }
 
+  // The job whose lines are being sent or concluded; 0 without one. Any thread may ask.
+  int64_t at_work() const { return at_work_; }
+
   // Whether a job has begun, by the commit that ended the one before it, whose lines are sent next.
   bool has_begun() const { return begun_.has_value(); }
   // From here on none begins so; any thread may call it.
@@ -63,6 +66,7 @@ class Worker {
 
  private:
   struct Run;
+  class AtWork;
   // A job ahead of its first line, and what is known of its lines.
   struct Begun {
     Job job;
@@ -100,6 +104,7 @@ class Worker {
   LineRunner run_;
   StepWatch watch_;
   std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
+  std::atomic<int64_t> at_work_{0};
   int asked_in_vain_ = 0;
   std::optional<Begun> begun_;
   std::atomic<bool> begins_no_more_{false};

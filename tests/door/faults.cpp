@@ -264,7 +264,10 @@ LineRunner WithFaults(LineRunner run) {
     if (is_away) return kTimeOut;
     const std::string action = line == "#74" ? std::string() : StrikesAt("line");
     if (action.empty()) return run(line, answer);
-    if (action == "hang") Hang();
+    if (action == "hang") {
+      ForDevice() = {action};
+      return run(line, answer);
+    }
     if (action == "drop") return kTimeOut;
     run(line, answer);
     return action == "lose" ? kTimeOut : kWrongState;

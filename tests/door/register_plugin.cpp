@@ -2,8 +2,12 @@
 // "throws", a file: an opening that finds it removes it, and throws;
 // "lacks", a data item that it says it does not have, "hangs", one that it does not come back from,
 // and "unplugged", a file: as long as that is there, the device is away and cannot be opened.
-// SetDataInternal(kFaultItem, WORD) makes it go wrong: "hang" at what it is to do next; "gone" for
-// good, until it has been opened twice, of which the first time fails.
+// "opening", "trial" and "closing", files: an opening, one that is a trial, or a closing does not
+// come back while that is there, and one of "other" says something else of itself than its trial
+// did. "closed" is a file that a closing makes. SetDataInternal(kFaultItem, WORD) makes it go
+// wrong: "hang" at what it is to do next; "gone" for good, until it has been opened twice, of which
+// the first time fails.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -25,7 +29,21 @@ bool is_gone = false;
 bool is_missed = false;  // the next opening fails
 std::string unplugged;
 
-bool IsUnplugged() { return !unplugged.empty() && access(unplugged.c_str(), F_OK) == 0; }
+std::string hangs_at_closing;
+std::string closed;
+
+bool IsThere(const char* file) { return file != nullptr && access(file, F_OK) == 0; }
+
+void HangWhile(const char* file) {
+  while (IsThere(file)) pause();
+}
+
+bool IsUnplugged() { return IsThere(unplugged.c_str()); }
+
+std::string TextOption(const lorimat_device_plugin* plugin, const char* name) {
+  const char* text = lorimat_device_find_option(plugin, name);
+  return text != nullptr ? text : "";
+}
 
 class PluginClient : public PassingClient<PluginClient> {
  public:
@@ -79,14 +97,18 @@ std::unique_ptr<RtfClientInterface> client;
 LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
   using namespace lorimat::door;
   if (lorimat_device_begin(plugin) != LORIMAT_DEVICE_OK) return LORIMAT_DEVICE_OTHER_ABI;
-  plugin->name = "register plug-in";
+  const bool is_trial = plugin->purpose == LORIMAT_DEVICE_TRIAL;
+  const bool is_other = !is_trial && IsThere(lorimat_device_find_option(plugin, "other"));
+  plugin->name = is_other ? "another" : "register plug-in";
   plugin->version = "1";
+  HangWhile(lorimat_device_find_option(plugin, is_trial ? "trial" : "opening"));
+  hangs_at_closing = is_trial ? "" : TextOption(plugin, "closing");
+  closed = is_trial ? "" : TextOption(plugin, "closed");
   const char* throws = lorimat_device_find_option(plugin, "throws");
-  if (plugin->purpose != LORIMAT_DEVICE_TRIAL && throws != nullptr && unlink(throws) == 0) {
+  if (!is_trial && throws != nullptr && unlink(throws) == 0) {
     throw 1;
   }
-  const char* away = lorimat_device_find_option(plugin, "unplugged");
-  unplugged = away != nullptr ? away : "";
+  unplugged = TextOption(plugin, "unplugged");
   if (is_missed || IsUnplugged()) {
     is_missed = false;
     std::strcpy(plugin->error, "there is nothing at the other end");
@@ -101,7 +123,7 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
     return LORIMAT_DEVICE_BAD_OPTION;
   }
   try {
-    if (plugin->purpose == LORIMAT_DEVICE_TRIAL) {
+    if (is_trial) {
       client = std::make_unique<RtfClientBase>();
     } else {
       client = std::make_unique<PluginClient>(file, lacks != nullptr ? std::atoi(lacks) : 0,
@@ -117,5 +139,8 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
 }
 
 LORIMAT_DEVICE_API void lorimat_device_close(lorimat_device_plugin*) {
-  lorimat::door::client.reset();
+  using namespace lorimat::door;
+  HangWhile(hangs_at_closing.c_str());
+  client.reset();
+  if (!closed.empty()) close(open(closed.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
 }

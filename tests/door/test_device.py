@@ -62,6 +62,44 @@ def test_a_device_that_hangs_at_the_start_ends_the_program(folder):
     assert not (folder / "log").exists()
 
 
+@pytest.mark.parametrize("call, text", [
+    ("trial", r"the device is not opened: \S+ did not come back from lorimat_device_open within "
+              r"\d+ seconds"),
+    ("opening", r"the device '\S+' did not come back from lorimat_device_open within \d+ seconds, "
+                r"and is given up")])
+def test_an_opening_that_hangs_at_the_start_ends_the_program(folder, call, text):
+    (folder / "hangs").touch()
+    code, errors = run(*plugin(folder, f"{call}={folder}/hangs"), "--log", f"{folder}/log",
+                       "--device-timeout", "1")
+    assert code == 75
+    assert re.fullmatch(f"lorimatd: {text}\n", errors)
+
+
+def test_a_device_that_is_another_than_in_its_trial_is_closed_again(folder):
+    (folder / "other").touch()
+    code, errors = run(*plugin(folder, f"other={folder}/other", f"closed={folder}/closed"), "--log",
+                       f"{folder}/log")
+    assert code == 2
+    assert "the device says something else of itself than a moment ago" in errors
+    assert (folder / "closed").exists()
+
+
+@pytest.mark.parametrize("call", ["opening", "closing"])
+def test_a_device_that_hangs_as_it_is_opened_again_ends_the_program(shop, folder, call):
+    shop.device += ["--device-option", f"{call}={folder}/hangs"]
+    shop.start("--device-timeout", "1")
+    (folder / "hangs").touch()
+    (folder / "unplugged").touch()
+    assert shop.wait() == 75
+    names = {"opening": "open", "closing": "close"}
+    assert re.search(f"lorimatd: .*did not come back from lorimat_device_{names[call]}", shop.errors)
+    assert "lorimat: " not in shop.errors
+    (folder / "hangs").unlink()
+    (folder / "unplugged").unlink()
+    shop.start()
+    assert shop.post(SALE, "k")[0] == 201
+
+
 def test_a_device_from_a_file_needs_a_log(folder):
     code, errors = run(*plugin(folder))
     assert code == 2 and "--log" in errors

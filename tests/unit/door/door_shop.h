@@ -71,7 +71,10 @@ class DoorShop {
     char name[] = "merkelin.ini";
     EXPECT_EQ(translator_->TradInit(name, 0, &device->client(), true), 0);
     std::filesystem::current_path(before);
-    log = std::make_unique<JobLog>((folder_ / "shop.door").string(), [this] { return now; });
+    log = std::make_unique<JobLog>((folder_ / "shop.door").string(), [this] {
+      if (at_clock) at_clock();
+      return now;
+    });
     log->Bind(device->Ask()->numbers.serial);
     worker = std::make_unique<Worker>(
         *log, *device, judge(),
@@ -181,6 +184,7 @@ class DoorShop {
   std::unique_ptr<Worker> worker;
   std::vector<std::string> sent;
   std::function<void(Step)> at_step;  // ahead of a kill there
+  std::function<void()> at_clock;     // the log asks for the time, which it may do as it writes
   int64_t now = 1'790'000'000'000;
 
  private:

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <mutex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "console/message/failure.h"
 #include "door_shop.h"
 #include "rpccommon/services/rtfconst.h"
 
@@ -159,6 +162,157 @@ TEST(Service, HasNoFailureOfTheLogLeftWhenAJobIsTold) {
   service.Stop();
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
+}
+
+// The second line of a job does not come back before the test lets it.
+class HangingShop {
+ public:
+  Service::Parts Parts(std::chrono::milliseconds log_grace) {
+    return {.log = *shop.log,
+            .device = *shop.device,
+            .judge = DoorShop::judge(),
+            .run =
+                [this](const std::string& line, std::string* answer) {
+                  if (line.starts_with("CHIU")) {
+                    if (ahead_of_call) ahead_of_call();
+                    const WatchedCall call(calls_);
+                    let_go.get_future().wait();
+                  }
+                  return shop.RunLine(line, answer);
+                },
+            .calls = &calls_,
+            .device_timeout = std::chrono::milliseconds(1),
+            .log_grace = log_grace,
+            .hung = [this] { hung_.set_value(); },
+            .tell = nullptr};
+  }
+  bool HasHung() {
+    return hung_.get_future().wait_for(std::chrono::minutes(1)) == std::future_status::ready;
+  }
+
+  DoorShop shop;
+  std::function<void()> ahead_of_call;
+  std::promise<void> let_go;
+
+ private:
+  CallWatch calls_;
+  std::promise<void> hung_;
+};
+
+TEST(Service, ACallThatHangsIsInTheLogAheadOfTheEnd) {
+  HangingShop hanging;
+  const Job job = hanging.shop.Sell("k");
+  Service service(hanging.Parts(std::chrono::minutes(1)));
+  service.Start();
+  EXPECT_TRUE(hanging.HasHung());
+  const Job noted = hanging.shop.Get(job.id);
+  EXPECT_EQ(noted.state, JobState::kUnknown);
+  EXPECT_EQ(noted.history.back().why, Why::kHang);
+  hanging.let_go.set_value();
+  service.Stop();
+}
+
+// The disk hangs as well, with somebody else at the log.
+TEST(Service, ACallThatHangsEndsTheProgramWhileTheLogHangs) {
+  HangingShop hanging;
+  hanging.shop.Sell("k");
+  std::promise<void> in_log;
+  std::promise<void> log_let_go;
+  std::once_flag once;
+  std::thread client;
+  hanging.ahead_of_call = [&] {
+    hanging.shop.at_clock = [&, let_go = log_let_go.get_future().share()] {
+      std::call_once(once, [&] { in_log.set_value(); });
+      let_go.wait();
+    };
+    client = std::thread([&] { hanging.shop.Sell("other"); });
+    in_log.get_future().wait();
+  };
+  Service service(hanging.Parts(std::chrono::milliseconds(1)));
+  service.Start();
+  EXPECT_TRUE(hanging.HasHung());
+  log_let_go.set_value();
+  hanging.let_go.set_value();
+  service.Stop();
+  client.join();
+}
+
+// A device from a file hangs as it is opened again.
+TEST(Service, AnOpeningThatHangsEndsTheProgram) {
+  class HangingDevice : public LeavingDevice {
+   public:
+    using LeavingDevice::LeavingDevice;
+    void Reopen() override { throw console::DeviceHung("it does not come back"); }
+  };
+  DoorShop shop;
+  HangingDevice device(*shop.device, 1);
+  std::promise<std::string> hung;
+  std::string told;
+  bool is_told = false;
+  Service service({.log = *shop.log,
+                   .device = device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .hung =
+                       [&] {
+                         if (!std::exchange(is_told, true)) hung.set_value(told);
+                       },
+                   .first_pause = std::chrono::milliseconds(1),
+                   .tell =
+                       [&](DeviceTrouble, const std::exception* failure) {
+                         if (failure != nullptr) told = failure->what();
+                       }});
+  service.Start();
+  EXPECT_EQ(hung.get_future().get(), "it does not come back");
+  service.Stop();
+}
+
+// Pauses grow while a device is away. What has come back is asked at once, and one that goes away
+// again, or whoever wakes the thread, begins them anew.
+TEST(Service, PausesGrowAndBeginAnew) {
+  // Two openings fail, the third one opens it; and the same once more.
+  class ComingDevice : public ClientDevice {
+   public:
+    explicit ComingDevice(FiscalDevice& inner) : inner_(inner) {}
+    RtfClientInterface& client() override { return inner_.client(); }
+    std::optional<DeviceState> Ask() override {
+      if (asked_ > 0 && --asked_ == 0) openings_ = 3;
+      return openings_ > 0 ? std::nullopt : ClientDevice::Ask();
+    }
+    void Reopen() override {
+      if (--openings_ > 0) throw std::runtime_error("away");
+      asked_ = 2;
+    }
+
+   private:
+    FiscalDevice& inner_;
+    int openings_ = 3;
+    int asked_ = 0;
+  };
+  DoorShop shop;
+  ComingDevice device(*shop.device);
+  constexpr size_t kPauses = 8;
+  std::vector<int64_t> pauses;
+  std::promise<void> enough;
+  Service service({.log = *shop.log,
+                   .device = device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .hung = nullptr,
+                   .first_pause = std::chrono::milliseconds(1),
+                   .tell = nullptr,
+                   .pauses =
+                       [&](std::chrono::milliseconds pause) {
+                         if (pauses.size() == kPauses) return;
+                         pauses.push_back(pause.count());
+                         if (pauses.size() == kPauses) enough.set_value();
+                       }});
+  service.Start();
+  enough.get_future().wait();
+  service.Stop();
+  EXPECT_EQ(pauses, (std::vector<int64_t>{1, 2, 1, 2, 4, 8, 1, 2}));
 }
 
 }  // namespace
