@@ -350,10 +350,14 @@ Reply Api::Finish(int64_t job_id) noexcept {
 }
 
 std::optional<int64_t> Api::OwnerOf(const JobDocument& document, const Job& job) {
-  const bool is_invoice = parts_.judge.Judge(job.lines, true).is_invoice;
+  // Invoices have numbers of their own. Logs from before have no kinds, but the lines.
+  const auto is_invoice = [this](const JobDocument& known, const Job& owner) {
+    const DocumentKind kind = known.kind ? *known.kind : parts_.judge.Judge(owner.lines, true).kind;
+    return kind == DocumentKind::kInvoice;
+  };
   for (const Job& other : parts_.log.WithDocument(document.closure, document.number)) {
-    if (other.id != job.id && other.state == JobState::kConfirmed &&
-        parts_.judge.Judge(other.lines, true).is_invoice == is_invoice) {
+    if (other.id != job.id && other.state == JobState::kConfirmed && other.document &&
+        is_invoice(*other.document, other) == is_invoice(document, job)) {
       return other.id;
     }
   }
@@ -402,6 +406,9 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
     return Problem(409, "wrong_state", "the job waits for no operator");
   }
   if (news.document) {
+    if (job->effect == JobEffect::kDocument) {
+      news.document->kind = parts_.judge.Judge(job->lines, true).kind;
+    }
     if ((news.document->number == 0) != (job->effect == JobEffect::kClosing)) {
       return Problem(400, "bad_field", "document: a closing has no number, all others have one");
     }

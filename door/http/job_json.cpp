@@ -19,6 +19,7 @@ ordered_json DocumentJson(const Job& job) {
   json["closure"] = document.closure;
   // A day closing has no other number.
   json["number"] = document.number == 0 ? ordered_json() : ordered_json(document.number);
+  json["kind"] = document.kind ? ordered_json(DocumentKindName(*document.kind)) : ordered_json();
   json["serial"] = FromDevice(document.serial);
   json["time"] = document.time.empty() ? ordered_json() : ordered_json(document.time);
   json["total"] = document.total ? ordered_json(MoneyText(*document.total)) : ordered_json();

@@ -98,7 +98,7 @@ void ReceiptPost::Prepare(const DeviceTables* tables, LineJudge& judge) {
 
 Reply ReceiptPost::DryRun() const {
   ordered_json json;
-  json["kind"] = ReceiptKindName(receipt_.kind);
+  json["kind"] = DocumentKindName(receipt_.kind);
   json["lines"] = ordered_json::array();
   for (const std::string& line : job_.lines) json["lines"].push_back(FromDevice(line));
   // Of what the device makes void as a whole only the device knows the sums.

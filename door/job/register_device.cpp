@@ -17,8 +17,8 @@ Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) 
   if (!is_it) return Told::kNo;
   LastDocument last;
   last.is_invoice = name.is_invoice;
-  last.facts = {stored->closure, stored->number, register_.tables().settings().serial_number,
-                IsoTime(stored->time), stored->total};
+  last.facts = {stored->closure,       stored->number, register_.tables().settings().serial_number,
+                IsoTime(stored->time), stored->total,  stored->kind};
   // Its entry is the last one of the journal, or stands a few entries before it.
   constexpr uint64_t kBehind = 50;
   uint64_t place = store.journal_count();

@@ -75,6 +75,9 @@ Verdict JudgeDocument(const Evidence& evidence) {
   if (last) document = last->facts;
   // There was no other one: what the day has more is its total.
   document.serial = now.serial;
+  // Where the numbers say otherwise, nobody knows.
+  const bool fits = (evidence.kind == DocumentKind::kInvoice) == next->is_invoice;
+  if (!document.kind && fits) document.kind = evidence.kind;
   if (!document.total) document.total = Distance(now.day_total, before.day_total);
   return {Outcome::kDone, Why::kFoundDone, document};
 }

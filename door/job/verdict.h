@@ -27,6 +27,8 @@ struct Evidence {
   std::string mark;
   std::optional<LastDocument> last = {};  // of the name that NextDocument answers
   std::optional<JobDocument> last_closing = {};
+  // What the lines open, for a device that does not tell the kind of its document.
+  std::optional<DocumentKind> kind = {};
   // The line that has the effect was answered well, in this process, and nothing took it back, so
   // that a document that came meanwhile needs no mark.
   bool is_answered = false;

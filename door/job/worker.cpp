@@ -248,6 +248,9 @@ std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now
     }
   }
   asked_in_vain_ = 0;
+  if (job.effect == JobEffect::kDocument && !(evidence.last && evidence.last->facts.kind)) {
+    evidence.kind = judge_.Judge(job.lines, true).kind;
+  }
   Verdict verdict = door::Judge(evidence);
   evidence.is_answered = false;
   verdict.is_lasting = door::Judge(evidence).outcome == verdict.outcome;

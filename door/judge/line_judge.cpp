@@ -25,10 +25,9 @@ enum Does : unsigned {
   kPrints = 64,      // what has no number
   kProgrammes = 128,
   kDenied = 256,
-  kInvoices = 512,
-  kBeginsText = 1024,
-  kEndsText = 2048,
-  kVoids = 4096,  // what is open, or may
+  kBeginsText = 512,
+  kEndsText = 1024,
+  kVoids = 2048,  // what is open, or may
 };
 
 constexpr unsigned kFiscal = kInDocument | kSells | kOpens | kPays;
@@ -88,6 +87,24 @@ unsigned Key(const EcrCmdCommand& line) {
   return pays ? kInDocument | kPays : kDenied;
 }
 
+// What opens something else than a sale.
+constexpr int kInvoice = 23;
+constexpr int kCreditNote = 24;
+constexpr int kVoidDocument = 124;
+
+DocumentKind KindOf(int opcode) {
+  switch (opcode) {
+    case kInvoice:
+      return DocumentKind::kInvoice;
+    case kCreditNote:
+      return DocumentKind::kRefund;
+    case kVoidDocument:
+      return DocumentKind::kCancel;
+    default:
+      return DocumentKind::kSale;
+  }
+}
+
 constexpr Row kRows[] = {
     {10, false, kInDocument | kSells},
     {11, false, kInDocument | kPays},
@@ -102,9 +119,9 @@ constexpr Row kRows[] = {
     {20, false, kInDocument},
     {21, false, kInDocument},
     {22, false, kPrints, &Text},
-    {23, false, kInDocument | kOpens | kInvoices},
-    {24, false, kInDocument | kOpens},
-    {124, false, kInDocument | kOpens, &VoidDocument},
+    {kInvoice, false, kInDocument | kOpens},
+    {kCreditNote, false, kInDocument | kOpens},
+    {kVoidDocument, false, kInDocument | kOpens, &VoidDocument},
     {8, false, kNothing},
     {74, false, kVoids},
     {26, true, kNothing, &Report},
@@ -196,6 +213,8 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     }
     if (paid && (does & (kSells | kOpens)) != 0) return refuse(LineFault::kSecondDocument);
     const bool closes_again = (all & does & kCloses) != 0;
+    // The first one that opens it; where it does not, the job ends there.
+    if ((does & kOpens) != 0 && (all & kOpens) == 0) judged.kind = KindOf(opcode);
     all |= does;
     int effects = 0;
     for (const unsigned effect : {kFiscal, unsigned{kCloses}, kWithoutNumber}) {
@@ -210,7 +229,6 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     judged.leaves[i] = (does & kWithoutNumber) != 0 && !in_text;
     paid = paid || judged.pays[i];
   }
-  judged.is_invoice = (all & kInvoices) != 0;
   // A text alone is no document; a line that sells is one that may be paid.
   if ((all & (kSells | kOpens | kPays)) != 0) {
     judged.effect = JobEffect::kDocument;

@@ -33,9 +33,9 @@ struct Judged {
   // The first line that the translator does not understand, with its code.
   std::optional<LineAnswer> refused = {};
   JobEffect effect = JobEffect::kOther;
-  bool is_invoice = false;        // invoices have numbers of their own
-  std::vector<bool> pays = {};    // for each line: whether it may end a fiscal document
-  std::vector<bool> voids = {};   // for each line: whether it may take an open one back
+  DocumentKind kind = DocumentKind::kSale;  // that its document is opened as
+  std::vector<bool> pays = {};              // for each line: whether it may end a fiscal document
+  std::vector<bool> voids = {};             // for each line: whether it may take an open one back
   std::vector<bool> leaves = {};  // for each line: whether it prints or programmes, without number
 };
 

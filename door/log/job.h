@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "door/log/document_kind.h"
+
 namespace lorimat::door {
 
 enum class JobState : uint8_t {
@@ -88,6 +90,7 @@ struct JobDocument {
   std::string serial;
   std::string time;                   // ISO 8601; empty when neither device nor operator tells it
   std::optional<int64_t> total = {};  // ten-thousandths; nothing when an operator has told of it
+  std::optional<DocumentKind> kind = {};  // nothing of a day closing, and in logs from before
   bool operator==(const JobDocument&) const = default;
 };
 

@@ -38,6 +38,13 @@ std::string Narrowed(const std::string& text) {
 // What is not known is null.
 json AmountRecord(const std::optional<int64_t>& amount) { return amount ? json(*amount) : json(); }
 
+// Logs from before do not have it.
+std::optional<DocumentKind> ReadKind(const json& record) {
+  const auto found = record.find("kind");
+  if (found == record.end() || found->is_null()) return std::nullopt;
+  return FindDocumentKind(found->get_ref<const std::string&>());
+}
+
 // Logs from before do not have all of them.
 std::optional<int64_t> ReadAmount(const json& record, const char* name) {
   const auto found = record.find(name);
@@ -82,15 +89,19 @@ std::string DocumentRecord(const JobDocument& document) {
               {"number", document.number},
               {"serial", Widened(document.serial)},
               {"time", document.time},
-              {"total", AmountRecord(document.total)}}
+              {"total", AmountRecord(document.total)},
+              {"kind", document.kind ? json(DocumentKindName(*document.kind)) : json()}}
       .dump();
 }
 
 JobDocument ReadDocument(std::string_view text) {
   const json record = json::parse(text);
-  return {record.at("closure").get<int>(), record.at("number").get<int>(),
-          Narrowed(record.at("serial").get<std::string>()), record.at("time").get<std::string>(),
-          ReadAmount(record, "total")};
+  return {record.at("closure").get<int>(),
+          record.at("number").get<int>(),
+          Narrowed(record.at("serial").get<std::string>()),
+          record.at("time").get<std::string>(),
+          ReadAmount(record, "total"),
+          ReadKind(record)};
 }
 
 std::string AnswersRecord(const std::vector<LineAnswer>& answers) {

@@ -21,19 +21,6 @@ constexpr DecimalForm kPercentage = {"a percentage", 4, 4, 4};
 constexpr int kLastNumber = 9999;  // of departments, closings and documents
 constexpr int kLastTender = 999;
 
-struct KindRow {
-  ReceiptKind kind;
-  const char* name;
-};
-
-constexpr KindRow kKinds[] = {
-    {ReceiptKind::kReceipt, "receipt"},
-    {ReceiptKind::kInvoice, "invoice"},
-    {ReceiptKind::kRefund, "refund"},
-    {ReceiptKind::kVoid, "void"},
-};
-static_assert(std::size(kKinds) == static_cast<size_t>(ReceiptKind::kLast) + 1);
-
 // By the numbers of CHIU.
 struct TenderRow {
   const char* name;
@@ -47,13 +34,13 @@ constexpr TenderRow kTenders[] = {
 // What only some kinds have.
 struct FieldRule {
   const char* field;
-  ReceiptKind kinds[2];
+  DocumentKind kinds[2];
 };
 
 constexpr FieldRule kRules[] = {
-    {"customer", {ReceiptKind::kInvoice, ReceiptKind::kInvoice}},
-    {"lottery_code", {ReceiptKind::kReceipt, ReceiptKind::kReceipt}},
-    {"refers_to", {ReceiptKind::kRefund, ReceiptKind::kVoid}},
+    {"customer", {DocumentKind::kInvoice, DocumentKind::kInvoice}},
+    {"lottery_code", {DocumentKind::kSale, DocumentKind::kSale}},
+    {"refers_to", {DocumentKind::kRefund, DocumentKind::kCancel}},
 };
 
 // What a sale that is made void as a whole takes from the sale itself.
@@ -168,7 +155,7 @@ std::string ReadDate(const JsonFields& fields) {
   return {};
 }
 
-ReceiptReference ReadReference(const JsonFields& fields, ReceiptKind kind) {
+ReceiptReference ReadReference(const JsonFields& fields, DocumentKind kind) {
   constexpr size_t kLongestSerial = 20;
   fields.Allow({"closure", "number", "date", "serial"});
   ReceiptReference reference;
@@ -181,32 +168,34 @@ ReceiptReference ReadReference(const JsonFields& fields, ReceiptKind kind) {
   if (!IsAlphanumeric(reference.serial)) {
     fields.Refuse(400, "bad_field", "serial", "it has other characters than letters and digits");
   }
-  if (kind == ReceiptKind::kVoid && fields.Find("serial") != nullptr) {
+  if (kind == DocumentKind::kCancel && fields.Find("serial") != nullptr) {
     fields.Refuse(400, "bad_field", "serial", "a sale of another register is not made void here");
   }
   return reference;
 }
 
-ReceiptKind ReadKind(const JsonFields& fields) {
+DocumentKind ReadKind(const JsonFields& fields) {
   const json* value = fields.Need("kind");
-  if (value == nullptr) return ReceiptKind::kReceipt;
-  const auto row = FindName(kKinds, *value);
-  if (row != std::end(kKinds)) return row->kind;
+  if (value == nullptr) return DocumentKind::kSale;
+  if (value->is_string()) {
+    const std::optional<DocumentKind> kind = FindDocumentKind(value->get_ref<const std::string&>());
+    if (kind) return *kind;
+  }
   fields.Refuse(400, "bad_field", "kind", "it is none of receipt, invoice, refund and void");
-  return ReceiptKind::kReceipt;
+  return DocumentKind::kSale;
 }
 
-void CheckRules(const JsonFields& fields, ReceiptKind kind) {
+void CheckRules(const JsonFields& fields, DocumentKind kind) {
   for (const FieldRule& rule : kRules) {
     const bool has =
         std::find(std::begin(rule.kinds), std::end(rule.kinds), kind) != std::end(rule.kinds);
     if (!has && fields.Find(rule.field) != nullptr) {
       fields.Refuse(400, "bad_field", rule.field,
-                    fmt::format("a document of the kind {} has none", ReceiptKindName(kind)));
+                    fmt::format("a document of the kind {} has none", DocumentKindName(kind)));
     }
   }
-  if (kind == ReceiptKind::kVoid) fields.Need("refers_to");
-  const bool is_whole = kind == ReceiptKind::kVoid && fields.Find("items") == nullptr;
+  if (kind == DocumentKind::kCancel) fields.Need("refers_to");
+  const bool is_whole = kind == DocumentKind::kCancel && fields.Find("items") == nullptr;
   for (const char* field : kNotOfWhole) {
     if (is_whole && fields.Find(field) != nullptr) {
       fields.Refuse(400, "bad_field", field, "a void without items has what its sale has");
@@ -254,8 +243,6 @@ void ReadCodes(const JsonFields& fields, ReceiptRequest* receipt) {
 }
 
 }  // namespace
-
-const char* ReceiptKindName(ReceiptKind kind) { return kKinds[static_cast<size_t>(kind)].name; }
 
 std::optional<ReceiptProblem> ReadReceipt(const json& body, ReceiptRequest* receipt) {
   std::optional<ReceiptProblem> problem;

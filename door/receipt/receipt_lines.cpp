@@ -57,9 +57,9 @@ class LineMaker {
   // The first sale opens a receipt.
   void Open(const ReceiptRequest& receipt) {
     switch (receipt.kind) {
-      case ReceiptKind::kReceipt:
+      case DocumentKind::kSale:
         break;
-      case ReceiptKind::kInvoice: {
+      case DocumentKind::kInvoice: {
         constexpr int kTypeOfInvoice = 2;
         constexpr int kFirstLine = 4;
         Add(kInvoice, {Number(1, kTypeOfInvoice)});
@@ -70,13 +70,13 @@ class LineMaker {
         }
         break;
       }
-      case ReceiptKind::kRefund:
+      case DocumentKind::kRefund:
         Add(kRefund, Reference(receipt));
         if (receipt.refers_to && !receipt.refers_to->serial.empty()) {
           lines_.back().fields.push_back(Text(4, receipt.refers_to->serial));
         }
         break;
-      case ReceiptKind::kVoid:
+      case DocumentKind::kCancel:
         Add(kVoid, Reference(receipt));
         if (receipt.items.empty()) lines_.back().fields.push_back(Flag(5));
         break;

@@ -10,12 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "door/log/document_kind.h"
+
 namespace lorimat::door {
-
-enum class ReceiptKind : uint8_t { kReceipt, kInvoice, kRefund, kVoid, kLast = kVoid };
-
-// "receipt", "invoice".
-const char* ReceiptKindName(ReceiptKind kind);
 
 // A discount or a surcharge, in ten-thousandths of the currency or of a percent.
 struct ReceiptAdjustment {
@@ -56,7 +53,7 @@ struct ReceiptRequest {
   static constexpr size_t kLongestText = 50;  // that no command of the language cuts
   static constexpr size_t kLongestArticle = 20;
 
-  ReceiptKind kind = ReceiptKind::kReceipt;
+  DocumentKind kind = DocumentKind::kSale;
   std::vector<ReceiptItem> items;  // empty for a sale that the device makes void as a whole
   std::optional<ReceiptAdjustment> subtotal;
   std::vector<ReceiptPayment> payments;

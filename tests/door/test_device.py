@@ -115,7 +115,8 @@ def test_a_sale_on_a_device_from_a_file(shop):
     assert status == 201
     document = job["document"]
     assert re.fullmatch(r"\d{4}-\d\d-\d\dT\d\d:\d\d:00[+-]\d\d:\d\d", document.pop("time"))
-    assert document == {"closure": 1, "number": 1, "serial": "99LRM0000001VR", "total": "1.20"}
+    assert document == {"closure": 1, "number": 1, "kind": "receipt", "serial": "99LRM0000001VR",
+                        "total": "1.20"}
     status, job = shop.post(["AZZGIO"], "z", desk="operator")
     assert (status, job["document"]["closure"], job["document"]["total"]) == (201, 1, "1.20")
     assert shop.documents() == [(1, 1)]

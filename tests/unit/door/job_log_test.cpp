@@ -122,7 +122,8 @@ TEST_F(JobLogTest, WhatAJobLearnsIsKept) {
   const Job job = Accept("k");
   const DeviceNumbers numbers = {"99LRM0000001VR", 3, 7, 2, 123400};
   log_->Move(job.id, State::kRunning, Why::kBegun, {.baseline = numbers});
-  const JobDocument document = {4, 8, "99LRM0000001VR", "2026-11-22T10:00:00+01:00", 12000};
+  const JobDocument document = {
+      4, 8, "99LRM0000001VR", "2026-11-22T10:00:00+01:00", 12000, DocumentKind::kRefund};
   log_->Move(job.id, State::kConfirmed, Why::kAnswered,
              {.document = document,
               .answers = std::vector<LineAnswer>{{1, 0, "OK.", ""}, {2, 1231, "ERROR\xE0", "why"}},

@@ -93,6 +93,17 @@ TEST(LineJudge, GoesByNumbersWhateverTheWords) {
   EXPECT_FALSE(FaultOf({"VEND REP=1, PRE=1, DES='@x; SETP'"}));
 }
 
+TEST(LineJudge, TellsWhatADocumentIsOpenedAs) {
+  LineJudge judge(shipped::LanguageFile().string());
+  const auto kind = [&judge](const char* line) {
+    return judge.Judge({line, "VEND REP=1, PRE=1", "CHIU"}, false).kind;
+  };
+  EXPECT_EQ(kind("CORT MSG='A'"), DocumentKind::kSale);
+  EXPECT_EQ(kind("FATTURA TIPO=2"), DocumentKind::kInvoice);
+  EXPECT_EQ(kind("#24 #1=1"), DocumentKind::kRefund);
+  EXPECT_EQ(kind("DOCANNULLO DOC=1"), DocumentKind::kCancel);
+}
+
 TEST(LineJudge, AJobIsOneDocument) {
   const std::string sale = "VEND REP=1, PRE=1";
   EXPECT_EQ(FaultOf({sale, "CHIU", sale}), LineFault::kSecondDocument);

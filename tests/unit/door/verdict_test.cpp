@@ -73,6 +73,19 @@ TEST(Verdict, AnInvoiceHasItsOwnNumbers) {
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
 }
 
+TEST(Verdict, TheKindIsTheDevicesWordOrThatOfTheLines) {
+  Evidence evidence = Sold();
+  EXPECT_FALSE(Judge(evidence).document->kind);
+  evidence.kind = DocumentKind::kRefund;
+  EXPECT_EQ(Judge(evidence).document->kind, DocumentKind::kRefund);
+  evidence.last->facts.kind = DocumentKind::kCancel;
+  EXPECT_EQ(Judge(evidence).document->kind, DocumentKind::kCancel);
+  // It is no invoice that took a number of the receipts.
+  evidence.last->facts.kind.reset();
+  evidence.kind = DocumentKind::kInvoice;
+  EXPECT_FALSE(Judge(evidence).document->kind);
+}
+
 TEST(Verdict, WhatDoesNotFitIsForAnOperator) {
   struct Case {
     DeviceNumbers now;

@@ -443,6 +443,9 @@ TEST_F(WorkerTest, InvoicesCreditNotesAndVoidsAreDocuments) {
   EXPECT_EQ(shop_.Get(invoice.id).document->number, 1);
   EXPECT_EQ(shop_.Get(credit.id).state, State::kConfirmed);
   EXPECT_EQ(shop_.Get(credit.id).document->number, 2);
+  EXPECT_EQ(shop_.Get(sale.id).document->kind, DocumentKind::kSale);
+  EXPECT_EQ(shop_.Get(invoice.id).document->kind, DocumentKind::kInvoice);
+  EXPECT_EQ(shop_.Get(credit.id).document->kind, DocumentKind::kRefund);
   EXPECT_EQ(shop_.documents(), 3);
 }
 
