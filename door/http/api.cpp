@@ -115,8 +115,8 @@ Reply Api::Handle(const Request& request) noexcept {
   }
 }
 
-Reply Api::Serve(const Request& request) {
-  static const Route kRoutes[] = {
+const std::vector<Api::Route>& Api::Routes() {
+  static const std::vector<Route> kRoutes = {
       {"POST", {"v1", "jobs"}, &Api::PostJob, {"wait"}},
       {"POST", {"v1", "receipts"}, &Api::PostReceipt, {"wait", "dry_run"}},
       {"GET", {"v1", "jobs"}, &Api::ListJobs, {"key", "desk", "state", "after", "limit"}},
@@ -126,11 +126,29 @@ Reply Api::Serve(const Request& request) {
       {"POST", {"v1", "device", "close-day"}, &Api::PostDevice, {"wait"}},
       {"POST", {"v1", "device", "reset"}, &Api::PostDevice, {"wait"}},
       {"GET", {"v1", "device"}, &Api::GetDevice, {}},
+      {"GET", {"openapi.json"}, &Api::GetOpenApi, {}},
   };
+  return kRoutes;
+}
+
+std::vector<std::string> Api::RouteTexts() {
+  std::vector<std::string> texts;
+  for (const Route& route : Routes()) {
+    std::string& text = texts.emplace_back(std::string(route.method) + " ");
+    for (const char* segment : route.segments) text += segment ? "/" + std::string(segment) : "";
+    char mark = '?';
+    for (const char* name : route.query) {
+      if (name != nullptr) text += std::exchange(mark, '&') + std::string(name);
+    }
+  }
+  return texts;
+}
+
+Reply Api::Serve(const Request& request) {
   const std::optional<Target> target = ReadTarget(request.target);
   if (!target) return Problem(400, "bad_target", "path and query cannot be read");
   std::string allowed;
-  for (const Route& route : kRoutes) {
+  for (const Route& route : Routes()) {
     Path path;
     size_t length = 0;
     bool fits = true;

@@ -64,6 +64,10 @@ class Api {
     std::function<std::shared_ptr<const DeviceTables>()> tables = nullptr;
   };
 
+  // What the door takes, each as "GET /v1/jobs/#?key&desk"; "#" is a number. door/openapi.json
+  // describes them.
+  static std::vector<std::string> RouteTexts();
+
   explicit Api(Parts parts) : parts_(std::move(parts)) {}
 
   // Ahead of the body: the answer to a request that is not to be read any further.
@@ -79,6 +83,7 @@ class Api {
   using Handler = Reply (Api::*)(const Request& request, const Path& path);
   struct Route;
 
+  static const std::vector<Route>& Routes();
   Reply Serve(const Request& request);
   Reply PostJob(const Request& request, const Path& path);
   Reply PostReceipt(const Request& request, const Path& path);
@@ -88,6 +93,7 @@ class Api {
   Reply ListJobs(const Request& request, const Path& path);
   Reply DeleteJob(const Request& request, const Path& path);
   Reply GetDevice(const Request& request, const Path& path);
+  Reply GetOpenApi(const Request& request, const Path& path);
   Reply JudgeAndTake(NewJob job, int wait);
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);

@@ -1,0 +1,148 @@
+"""The door holds to door/openapi.json: whatever is asked, the answer is one that the file allows, and
+what the file forbids is refused. LORIMAT_CONTRACT is how many requests of each operation are tried."""
+import http.client
+import json
+import os
+import re
+import shlex
+
+import pytest
+
+hypothesis = pytest.importorskip("hypothesis", reason="Debian: python3-hypothesis")
+jsonschema = pytest.importorskip("jsonschema", reason="Debian: python3-jsonschema")
+
+from hypothesis import HealthCheck, given, settings
+
+from conftest import Door
+from contract import API, OPERATIONS, Asked, operation_of, requests, resolved
+from page import PORT, answer_of, examples
+from test_page import PAGE
+
+COUNT = int(os.environ.get("LORIMAT_CONTRACT", "60"))
+SETTINGS = settings(max_examples=COUNT, deadline=None, derandomize=COUNT == 60, database=None,
+                    suppress_health_check=list(HealthCheck), print_blob=False)
+
+
+class Line:
+    """A connection that is kept, and made anew where the door has closed it."""
+
+    def __init__(self, port):
+        self.port, self.connection = port, None
+
+    def ask(self, asked):
+        for is_last in (False, False, True):
+            if self.connection is None:
+                self.connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=60)
+            try:
+                self.connection.request(asked.operation.method, asked.target, asked.raw or None,
+                                        asked.headers)
+                reply = self.connection.getresponse()
+                body = json.loads(reply.read())
+            except (http.client.HTTPException, ConnectionError):
+                # One that was kept may have gone; one that is new has no reason to.
+                if is_last:
+                    raise
+                self.connection.close()
+                self.connection = None
+                continue
+            if reply.getheader("Connection") == "close":
+                self.connection.close()
+                self.connection = None
+            if reply.status != 429 or body["code"] != "too_many_requests":
+                return reply, body
+        raise AssertionError("too many requests")
+
+
+@pytest.fixture(scope="module")
+def line(tmp_path_factory):
+    door = Door(tmp_path_factory.mktemp("contract")).start()
+    yield Line(door.port)
+    assert door.stop() == 0
+    assert "Sanitizer" not in door.errors
+
+
+@pytest.mark.parametrize("operation", OPERATIONS, ids=repr)
+def test_each_answer_is_one_of_the_file(line, operation):
+    seen = {True: 0, False: 0}
+
+    @SETTINGS
+    @given(requests(operation))
+    def holds(asked):
+        reply, body = line.ask(asked)
+        hypothesis.note(f"{reply.status} {body}")
+        seen[asked.is_allowed] += 1
+        assert reply.status != 500
+        assert operation.allows(reply.status, reply.getheader("Content-Type"), body) is None
+        # What the file does not allow has no effect, and is told.
+        if not asked.is_allowed:
+            assert 400 <= reply.status < 500 and "code" in body
+        elif "code" in body:
+            assert body["code"] not in ("bad_json", "unknown_field", "missing_field", "bad_key",
+                                        "number_not_text", "not_json")
+            # A receipt that is not to be sent needs none.
+            assert body["code"] != "no_key" or operation.path == "/v1/receipts"
+
+    holds()
+    assert seen[True]
+    # Where there is something to be wrong.
+    assert seen[False] or not (operation.parameters or operation.body)
+
+
+@pytest.mark.parametrize("path", API["paths"])
+def test_other_methods_are_refused_by_name(line, path):
+    mine = {one.method for one in OPERATIONS if one.path == path}
+    for method in {"GET", "POST", "PUT", "DELETE", "PATCH"} - mine:
+        (known, *_) = [one for one in OPERATIONS if one.path == path]
+        asked = Asked(known, re.sub(r"\{\w+\}", "1", path), {"Content-Type": "application/json"}, b"", True)
+        asked.operation = type(known)(path, method.lower(), known.row)
+        reply, body = line.ask(asked)
+        assert known.allows(reply.status, reply.getheader("Content-Type"), body) is None
+        assert (reply.status, body["code"]) == (405, "wrong_method")
+        assert set(reply.getheader("Allow").split(", ")) == mine
+
+
+def test_the_door_serves_the_file(line):
+    assert line.ask(Asked(operation_of("GET", "/openapi.json"), "/openapi.json", {}, b"", True))[1] == API
+
+
+def test_the_file_is_whole():
+    """Each reference leads somewhere, each schema is one, and nothing is left over."""
+    text = json.dumps(API)
+    used = set(re.findall(r'"\$ref": "#/components/(\w+/\w+)"', text))
+    assert used == {f"{kind}/{name}" for kind, rows in API["components"].items() for name in rows
+                    if kind != "securitySchemes"}
+    for schema in API["components"]["schemas"].values():
+        jsonschema.Draft202012Validator.check_schema(schema)
+    for operation in OPERATIONS:
+        for reply in operation.row["responses"].values():
+            for content in resolved(reply)["content"].values():
+                jsonschema.Draft202012Validator.check_schema(content.get("schema", {}))
+    names = [operation.row["operationId"] for operation in OPERATIONS]
+    assert len(set(names)) == len(names)
+
+
+def request_of(command):
+    """Method and path of a curl of the page; nothing of one that asks several times."""
+    words = shlex.split(command.replace("\\\n", " "))
+    addresses = [word for word in words if PORT in word]
+    if "|" in words or len(addresses) != 1:
+        return None
+    method = "POST" if "--json" in words or "-d" in words else "GET"
+    if "-X" in words:
+        method = words[words.index("-X") + 1]
+    return method, addresses[0].split(PORT, 1)[1].split("?")[0]
+
+
+def test_the_answers_of_the_page_are_allowed():
+    looked = 0
+    for _, command, answer in examples(PAGE):
+        operation = operation_of(*(request_of(command) or ("", "")))
+        if operation is None:
+            continue
+        status, _, body = answer_of(answer)
+        is_problem = "code" in body
+        fault = operation.allows(status, f"application/{'problem+' if is_problem else ''}json",
+                                 json.loads(json.dumps(body).replace("TIME", "2026-11-22T18:03:07+01:00")))
+        assert fault is None, command
+        looked += 1
+    assert looked > 40
