@@ -9,11 +9,14 @@
 
 The libraries liblorimatrt, liblorimat-c and liblorimat-register-c are looked for in the folder that
 LORIMAT_LIBRARY_DIR names, beside the package, in the library folder that it is installed under, and
-where the system looks.
+where the system looks. A Door needs none of them: it speaks with lorimatd.
 """
 
 from . import constants
 from .client import Client
+from .door import Document, Door, Event, Job, Outcome, new_key
+from .door_errors import (DoorAway, DoorError, JobFailed, NeedsOperator, OutcomeUnknown,
+                          RequestRefused)
 from .errors import LorimatError, Refusal, TextError
 from .register import State, Totals, VirtualRegister
 from .translator import Answer, Translator, explain
@@ -21,6 +24,7 @@ from .translator import Answer, Translator, explain
 __version__ = "3.1.11"  # that of the libraries
 
 __all__ = [
-    "Answer", "Client", "LorimatError", "Refusal", "State", "TextError", "Totals", "Translator",
-    "VirtualRegister", "constants", "explain",
+    "Answer", "Client", "Document", "Door", "DoorAway", "DoorError", "Event", "Job", "JobFailed",
+    "LorimatError", "NeedsOperator", "Outcome", "OutcomeUnknown", "Refusal", "RequestRefused", "State",
+    "TextError", "Totals", "Translator", "VirtualRegister", "constants", "explain", "new_key",
 ]
