@@ -158,8 +158,8 @@ def test_an_operator_tells_the_number_of_a_closing(doors, folder):
     assert (status, reply["code"]) == (409, "document_taken")
     status, job = resolve({"closure": 2, "number": None})
     assert (status, job["state"]) == (200, "confirmed")
-    assert job["document"] == {"closure": 2, "number": None, "serial": "99LRM0000001VR",
-                               "time": None, "total": None}
+    assert job["document"] == {"closure": 2, "number": None, "kind": None,
+                               "serial": "99LRM0000001VR", "time": None, "total": None}
 
 
 def test_the_document_that_an_operator_tells_is_nobody_elses(doors, folder):
@@ -181,8 +181,8 @@ def test_the_document_that_an_operator_tells_is_nobody_elses(doors, folder):
     assert (status, reply["code"]) == (409, "document_taken") and "job 1 " in reply["detail"]
     status, job = resolve(1, last + 1)
     assert (status, job["state"]) == (200, "confirmed")
-    assert job["document"] == {"closure": 1, "number": last + 1, "serial": "99LRM0000001VR",
-                               "time": None, "total": None}
+    assert job["document"] == {"closure": 1, "number": last + 1, "kind": None,
+                               "serial": "99LRM0000001VR", "time": None, "total": None}
 
 
 def test_the_numbers_of_invoices_are_their_own(doors, folder):
