@@ -51,6 +51,12 @@ class ReplayDevice : public Device {
                                  "{} further call was not recorded so",
                                  "{} further calls were not recorded so"));
     }
+    const recording::Recording& read = replay_.recording();
+    // A recording of another device, or of another day, parts from what is called for that reason.
+    if (replay_.departures() > 0 && !read.device.empty()) {
+      TellNote(streams_, Tr("{}: was recorded from {}, {}", Shown(file_), Shown(read.device),
+                            Shown(read.first_time)));
+    }
     const auto left = replay_.departures() == 0 ? replay_.NotMade() : std::nullopt;
     if (left) TellNote(streams_, DepartureText(file_, *left));
   }

@@ -128,6 +128,7 @@ TEST(Replay, OtherLinesAreToldWhereTheyPart) {
   EXPECT_THAT(run.errors, HasSubstr(": another call was recorded: expected PrintRecItemEx(0, \"\", "
                                     "25000, 0, -1, 0, \"\", 1, true, \"\"), got PrintRecItemEx(0, "
                                     "\"\", 26000, 0, -1, 0, \"\", 1, true, \"\")\n"));
+  EXPECT_THAT(run.errors, HasSubstr("till.rec: was recorded from register 1.00, 20"));
   const ProgramRun word =
       RunConsole({"run", other, "--device", "replay:" + recording, "--device-option", "order=any"});
   EXPECT_EQ(word.exit_code, 2);

@@ -15,7 +15,8 @@ T* Shared() {
 }
 
 // To be called in a process that is to end some time, and with the one that started it; the time
-// begins anew with each call, and is for so many processes one after the other. 0 is without an end.
+// begins anew with each call, and is for so many processes one after the other. 0 is without an
+// end.
 void Bound(unsigned processes = 1);
 
 // A process that runs `work(argument)` and ends with 0; its number. The program ends when there is
