@@ -236,6 +236,7 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
     if (!given_up() && core_->call.is_open()) {
       thread_->Run(LORIMAT_DEVICE_CLOSE, [core = core_] { core->call.Close(core->handle); });
       LookBehind();
+      TellFailure(streams_);
     }
     throw;
   }

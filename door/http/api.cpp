@@ -243,6 +243,9 @@ Reply Api::PostJob(const Request& request, const Path& path) {
 
 Reply Api::JudgeAndTake(NewJob job, int wait) {
   Judged judged = parts_.judge.Judge(job.lines, IsOperator(job.desk));
+  if (!judged.fault && judged.may_hold_mark) {
+    judged.fault = parts_.judge.FindMark(job.lines, parts_.log.OpenMarks());
+  }
   if (judged.fault) return FaultProblem(*judged.fault);
   job.effect = judged.effect;
   job.refused = std::move(judged.refused);

@@ -18,6 +18,7 @@ constexpr FaultRow kFaults[] = {
     {LineFault::kNotAllowed, "line_not_allowed", "a job may not hold this line"},
     {LineFault::kForOperator, "line_not_allowed", "a desk of an operator alone may send this line"},
     {LineFault::kNamesFile, "line_not_allowed", "it names a file"},
+    {LineFault::kMarkOfJob, "line_not_allowed", "it has the mark of a job that is not over"},
     {LineFault::kSecondDocument, "two_documents",
      "it sells or opens behind a line that has paid: a job is one document"},
     {LineFault::kSecondEffect, "two_documents",

@@ -4,10 +4,12 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <ctime>
 #include <string_view>
+#include <utility>
 
 #include "console/message/translate.h"
 #include "door/job/result_code.h"
@@ -27,6 +29,12 @@ constexpr int kSerial = 92;
 constexpr int kClock = 149;
 constexpr int kStatus = 371;
 constexpr int kClosure = 394;
+
+// Kinds of documents, bits of the journal's filter.
+constexpr int kReceipts = 0x2;
+constexpr int kInvoices = 0x4;
+constexpr int kRefunds = 0x8;
+constexpr int kVoids = 0x10;
 
 // The longest text of the interface has 512 characters; a client that is in no hurry to close its
 // text finds it closed.
@@ -117,6 +125,17 @@ std::optional<Status> ReadStatus(RtfClientInterface& client) {
   return Status{*functional, *key};
 }
 
+// Whether it stands there, and is no part of a longer number.
+bool HasWord(std::string_view line, std::string_view word) {
+  const auto is_digit = [&](size_t at) {
+    return at < line.size() && line[at] >= '0' && line[at] <= '9';
+  };
+  for (size_t at = line.find(word); at != line.npos; at = line.find(word, at + 1)) {
+    if ((at == 0 || !is_digit(at - 1)) && !is_digit(at + word.size())) return true;
+  }
+  return false;
+}
+
 // A file without a name, which needs no disk: the device writes into it, as long as it is there.
 class NamelessFile {
  public:
@@ -198,11 +217,9 @@ std::string ClientDevice::Missing() {
   return missing;
 }
 
-Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
+Told ClientDevice::Extract(const DocumentName& name, int kinds, std::vector<std::string>* lines) {
   // An extract of the journal by closing and number, as the language's DGFE asks for it.
   constexpr int kJournal = 1;
-  constexpr int kInvoices = 0x4;
-  constexpr int kOthers = 0x2 | 0x8 | 0x10;
   constexpr int kByClosure = 3;
   constexpr uint32_t kNumbersOfAClosure = 10000;
   constexpr int kIntoFile = 2;
@@ -211,16 +228,35 @@ Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
   const uint32_t number =
       static_cast<uint32_t>(name.closure) * kNumbersOfAClosure + static_cast<uint32_t>(name.number);
   const int result = ResultOf([&] {
-    return client().FiscalReportMessageEx(kJournal, name.is_invoice ? kInvoices : kOthers,
-                                          kByClosure, 0, 0, number, number, "", "", "txt",
-                                          file.path().c_str(), kIntoFile);
+    return client().FiscalReportMessageEx(kJournal, kinds, kByClosure, 0, 0, number, number, "", "",
+                                          "txt", file.path().c_str(), kIntoFile);
   });
   // A state such as an open cover passes.
   if (result != RTF_SUCCESS) return IsRefusal(result) ? Told::kNo : Told::kNoAnswer;
+  *lines = file.Lines();
+  return Told::kYes;
+}
+
+Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
+  std::vector<std::string> paper;
+  const int kinds = name.is_invoice ? kInvoices : kReceipts | kRefunds | kVoids;
+  const Told told = Extract(name, kinds, &paper);
+  if (told != Told::kYes) return told;
   document->facts = {name.closure, name.number, {}, {}, {}};
   document->is_invoice = name.is_invoice;
-  document->paper = file.Lines();
+  document->paper = std::move(paper);
   return Told::kYes;
+}
+
+Told ClientDevice::FindVoid(const DocumentName& name, const DocumentName& sale) {
+  if (name.is_invoice || sale.is_invoice) return Told::kNo;
+  std::vector<std::string> paper;
+  const Told told = Extract(name, kVoids, &paper);
+  if (told != Told::kYes) return told;
+  const std::string named = fmt::format("{:04}-{:04}", sale.closure, sale.number);
+  const bool is_it = std::any_of(paper.begin(), paper.end(),
+                                 [&](const std::string& line) { return HasWord(line, named); });
+  return is_it ? Told::kYes : Told::kNo;
 }
 
 std::string ClientDevice::Clock() {

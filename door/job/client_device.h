@@ -15,8 +15,14 @@ class ClientDevice : public FiscalDevice {
   std::string Missing() override;
   // By an extract of the journal, which has what was printed; such a document has no time.
   Told FindLast(const DocumentName& name, LastDocument* document) override;
+  // The same: a void that names the sale on its paper.
+  Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::string Clock() override;
   int PrintMark(const std::string& mark) override;
+
+ private:
+  // The lines of the documents of these kinds, bits of the journal's filter, that have the name.
+  Told Extract(const DocumentName& name, int kinds, std::vector<std::string>* lines);
 };
 
 }  // namespace lorimat::door

@@ -20,13 +20,6 @@ struct DeviceState {
   bool operator==(const DeviceState&) const = default;
 };
 
-// Receipts, credit notes and voids have one sequence of numbers, invoices another one.
-struct DocumentName {
-  int closure = 0;  // that it will belong to
-  int number = 0;
-  bool is_invoice = false;
-};
-
 // A document as the device has it, with the marks that are printed on it.
 struct LastDocument {
   JobDocument facts;
@@ -56,6 +49,10 @@ class FiscalDevice {
   virtual std::string Missing() = 0;
   // The document that it registered last, where it has these numbers.
   virtual Told FindLast(const DocumentName& name, LastDocument* document) = 0;
+  // Whether its last document, of these numbers, makes that sale void as a whole.
+  virtual Told FindVoid(const DocumentName& /*name*/, const DocumentName& /*sale*/) {
+    return Told::kNo;
+  }
   // The day closing that it made last: its number, time and the day's total; nothing when it does
   // not tell.
   virtual std::optional<JobDocument> LastClosing() { return std::nullopt; }

@@ -9,12 +9,28 @@ namespace lorimat::door {
 
 RegisterDevice::RegisterDevice(RegisterSettings settings) : register_(std::move(settings)) {}
 
-Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) {
+// Nothing where the last one has another name.
+std::optional<StoredDocument> RegisterDevice::LastStored(const DocumentName& name) const {
   const RegisterStore& store = register_.store();
-  const std::optional<StoredDocument> stored = store.FindById(store.document_count());
+  std::optional<StoredDocument> stored = store.FindById(store.document_count());
   const bool is_it = stored && stored->closure == name.closure && stored->number == name.number &&
                      (stored->kind == DocumentKind::kInvoice) == name.is_invoice;
-  if (!is_it) return Told::kNo;
+  if (!is_it) stored.reset();
+  return stored;
+}
+
+Told RegisterDevice::FindVoid(const DocumentName& name, const DocumentName& sale) {
+  const std::optional<StoredDocument> stored = LastStored(name);
+  const bool is_it = stored && stored->kind == DocumentKind::kCancel && !sale.is_invoice &&
+                     stored->referred_closure == sale.closure &&
+                     stored->referred_number == sale.number;
+  return is_it ? Told::kYes : Told::kNo;
+}
+
+Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) {
+  const RegisterStore& store = register_.store();
+  const std::optional<StoredDocument> stored = LastStored(name);
+  if (!stored) return Told::kNo;
   LastDocument last;
   last.is_invoice = name.is_invoice;
   last.facts = {stored->closure,       stored->number, register_.tables().settings().serial_number,

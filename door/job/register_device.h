@@ -15,11 +15,14 @@ class RegisterDevice : public ClientDevice {
 
   RtfClientInterface& client() override { return register_; }
   Told FindLast(const DocumentName& name, LastDocument* document) override;
+  Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::optional<JobDocument> LastClosing() override;
 
   VirtualRegister& device() { return register_; }
 
  private:
+  std::optional<StoredDocument> LastStored(const DocumentName& name) const;
+
   VirtualRegister register_;
 };
 

@@ -69,8 +69,12 @@ Verdict JudgeDocument(const Evidence& evidence) {
   const bool is_other =
       last && (last->is_invoice != next->is_invoice || last->facts.closure != next->closure ||
                last->facts.number != next->number);
-  const bool is_ours = evidence.is_answered || (last && HasMark(last->paper, evidence.mark));
+  const bool is_ours = evidence.is_answered || evidence.is_void_of_sale ||
+                       (last && HasMark(last->paper, evidence.mark));
   if (is_other || !is_ours) return Unclear(Why::kOtherDocument);
+  if (last && last->facts.total && last->facts.total != Distance(now.day_total, before.day_total)) {
+    return Unclear(Why::kUnclearNumbers);
+  }
   JobDocument document{next->closure, next->number, now.serial, {}, {}};
   if (last) document = last->facts;
   // There was no other one: what the day has more is its total.

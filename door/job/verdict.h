@@ -25,6 +25,9 @@ struct Evidence {
   DeviceNumbers before;  // ahead of the first line
   DeviceNumbers now;     // with nothing open
   std::string mark;
+  // The document that came makes void the sale that the job makes void: once is all that can be
+  // done.
+  bool is_void_of_sale = false;
   std::optional<LastDocument> last = {};  // of the name that NextDocument answers
   std::optional<JobDocument> last_closing = {};
   // What the lines open, for a device that does not tell the kind of its document.
@@ -38,7 +41,7 @@ struct Evidence {
 std::optional<DocumentName> NextDocument(const DeviceNumbers& before, const DeviceNumbers& now);
 
 // A job whose effect is a document or a closing. An amount proves nothing: two coffees cost the
-// same.
+// same. But a document whose total is not what the day has more by is not the only one that came.
 Verdict Judge(const Evidence& evidence);
 
 // Whether the mark stands in a line of a paper.

@@ -35,6 +35,10 @@ class WatchedDevice : public ClientDevice {
     const WatchedCall call(watch_);
     return inner_.FindLast(name, document);
   }
+  Told FindVoid(const DocumentName& name, const DocumentName& sale) override {
+    const WatchedCall call(watch_);
+    return inner_.FindVoid(name, sale);
+  }
   std::optional<JobDocument> LastClosing() override {
     const WatchedCall call(watch_);
     return inner_.LastClosing();

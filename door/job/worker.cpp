@@ -223,6 +223,16 @@ void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
   }
 }
 
+// The sale that a job makes void as a whole, where no mark can tell of it.
+std::optional<DocumentName> Worker::VoidedSale(const Job& job, const Evidence& evidence) {
+  if (evidence.last && HasMark(evidence.last->paper, evidence.mark)) return std::nullopt;
+  std::optional<DocumentName> sale = judge_.Judge(job.lines, true).voids_whole;
+  // The last document of all: that of the day, where there was one.
+  if (!sale || sale->number != 0) return sale;
+  if (evidence.before.document == 0) return std::nullopt;
+  return DocumentName{evidence.before.closure + 1, evidence.before.document, false};
+}
+
 std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now,
                                         bool is_answered) {
   Evidence evidence;
@@ -245,6 +255,12 @@ std::optional<Verdict> Worker::JudgeNow(const Job& job, const DeviceNumbers& now
         // One that answers everything else will not tell it another day either.
         if (!is_answered && ++asked_in_vain_ < kMostAsked) return std::nullopt;
         break;
+    }
+    if (const std::optional<DocumentName> sale = VoidedSale(job, evidence)) {
+      const Told told = device_.FindVoid(*next, *sale);
+      const bool is_in_vain = told == Told::kNoAnswer && !is_answered;
+      if (is_in_vain && ++asked_in_vain_ < kMostAsked) return std::nullopt;
+      evidence.is_void_of_sale = told == Told::kYes;
     }
   }
   asked_in_vain_ = 0;

@@ -92,6 +92,7 @@ class Worker {
   void ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state, bool left_open);
   void EndAndBegin(const JobMove& end, const DeviceState& state, bool is_lasting);
   bool BeginNext(const JobMove& end, const DeviceState& state);
+  std::optional<DocumentName> VoidedSale(const Job& job, const Evidence& evidence);
   // Nothing while the device does not answer. With the effect answered the verdict does not wait
   // for that.
   std::optional<Verdict> JudgeNow(const Job& job, const DeviceNumbers& now, bool is_answered);

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <string_view>
 
+#include "door/judge/mark_text.h"
 #include "language/code_explanation.h"
 #include "language/field_kinds.h"
 #include "language/handler_fields.h"
@@ -55,6 +57,38 @@ unsigned Text(const EcrCmdCommand& line) {
 unsigned VoidDocument(const EcrCmdCommand& line) {
   constexpr int kAuto = 5;
   return Given(line, kAuto) ? kPays : kNothing;
+}
+
+std::optional<int> Digits(std::string_view text) {
+  int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size() || value < 0) return std::nullopt;
+  return value;
+}
+
+// The sale of a void that the device makes by itself, as the translator takes it: DOC may have the
+// closing ahead of the number, and no DOC is the last document. Nothing for one that only the
+// device might understand.
+std::optional<DocumentName> VoidedSale(const EcrCmdCommand& line) {
+  constexpr int kDocument = 1;
+  constexpr int kClosure = 3;
+  constexpr size_t kHalf = 4;
+  DocumentName sale;
+  if (Given(line, kDocument)) {
+    const std::string_view text = line.szCampi[kDocument];
+    const bool has_both = text.size() == 2 * kHalf;
+    const std::optional<int> closure = has_both ? Digits(text.substr(0, kHalf)) : 0;
+    const std::optional<int> number = Digits(has_both ? text.substr(kHalf) : text);
+    if (!closure || !number) return std::nullopt;
+    sale = {*closure, *number, false};
+  }
+  if (Given(line, kClosure)) {
+    const std::optional<int> closure = Digits(line.szCampi[kClosure]);
+    if (!closure) return std::nullopt;
+    sale.closure = *closure;
+  }
+  if ((sale.closure == 0) != (sale.number == 0)) return std::nullopt;
+  return sale;
 }
 
 // Behind a reading the mode closes the day; with another report it clears a period, of which no
@@ -161,6 +195,15 @@ int FileField(const EcrCmdCommand& line, int opcode) {
   return 0;
 }
 
+// The first field whose text it holds for; 0 without one.
+template <typename Holds>
+int FieldThat(const EcrCmdCommand& line, Holds holds) {
+  for (int field = 1; field <= MAXCAMPI; ++field) {
+    if (Given(line, field) && holds(std::string_view(line.szCampi[field]))) return field;
+  }
+  return 0;
+}
+
 // The key of the total confirms a lottery code; by itself it pays, and the translator takes no
 // notice.
 bool ConfirmsCode(const EcrCmdCommand& line, int opcode, bool code_due) {
@@ -224,6 +267,8 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     code_due = (does & kLotteryKey) != 0;
     judged.pays[i] = (does & kPays) != 0;
     judged.voids[i] = (does & kVoids) != 0;
+    if (opcode == kVoidDocument && judged.pays[i]) judged.voids_whole = VoidedSale(translator);
+    judged.may_hold_mark = judged.may_hold_mark || FieldThat(translator, &MayHoldMark) != 0;
     in_text = ((does & kBeginsText) != 0 || in_text) && (does & kEndsText) == 0;
     // A text that is left open is given up, and nothing of it stays.
     judged.leaves[i] = (does & kWithoutNumber) != 0 && !in_text;
@@ -236,6 +281,20 @@ Judged LineJudge::Judge(const std::vector<std::string>& lines, bool is_operator)
     judged.effect = JobEffect::kClosing;
   }
   return judged;
+}
+
+std::optional<JudgedFault> LineJudge::FindMark(const std::vector<std::string>& lines,
+                                               const std::set<std::string>& marks) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  for (size_t i = 0; i < lines.size(); ++i) {
+    const int opcode = language_.ReadLine(lines[i]);
+    const int field = FieldThat(language_.translator(),
+                                [&](std::string_view text) { return HoldsMark(text, marks); });
+    if (opcode == 0 || field == 0) continue;
+    return JudgedFault{LineFault::kMarkOfJob, static_cast<int>(i) + 1,
+                       language_.CommandName(opcode), language_.FieldName(opcode, field)};
+  }
+  return std::nullopt;
 }
 
 char LineJudge::quote() const { return language_.translator().GetQuoteChar(); }

@@ -4,6 +4,7 @@
 
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,13 +20,14 @@ enum class LineFault : uint8_t {
   kNamesFile,       // of the server
   kSecondDocument,  // behind one that has been paid
   kSecondEffect,    // a job has one effect
+  kMarkOfJob,       // by which another job is known
 };
 
 struct JudgedFault {
   LineFault fault = LineFault::kNotAllowed;
   int line = 0;         // from 1
   std::string command;  // its name; empty for one without
-  std::string field;    // of kNamesFile
+  std::string field;    // of kNamesFile, and of kMarkOfJob
 };
 
 struct Judged {
@@ -37,6 +39,10 @@ struct Judged {
   std::vector<bool> pays = {};              // for each line: whether it may end a fiscal document
   std::vector<bool> voids = {};             // for each line: whether it may take an open one back
   std::vector<bool> leaves = {};  // for each line: whether it prints or programmes, without number
+  // The sale that a line makes void as a whole, without room for a mark; its numbers are 0 where it
+  // is the last document. Nothing without such a line, or where it does not name a sale whole.
+  std::optional<DocumentName> voids_whole = {};
+  bool may_hold_mark = false;  // what has the form of one stands in a field
 };
 
 class LineJudge {
@@ -46,6 +52,10 @@ class LineJudge {
 
   // Lines in the code page of the device, without control characters. Several threads may ask.
   Judged Judge(const std::vector<std::string>& lines, bool is_operator);
+
+  // The first line with one of these marks of jobs in a field. Several threads may ask.
+  std::optional<JudgedFault> FindMark(const std::vector<std::string>& lines,
+                                      const std::set<std::string>& marks);
 
   // A field's number and what it holds.
   using Fields = std::vector<std::pair<int, std::string>>;

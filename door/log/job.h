@@ -72,6 +72,11 @@ enum class JobEffect : uint8_t {
   kLast = kReset,
 };
 
+// A mark is a letter and ten of these, by chance.
+inline constexpr char kMarkBegin = 'R';
+inline constexpr std::string_view kMarkLetters = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
+inline constexpr size_t kMarkSize = 11;
+
 // What a device tells of itself at a moment.
 struct DeviceNumbers {
   std::string serial;
@@ -92,6 +97,14 @@ struct JobDocument {
   std::optional<int64_t> total = {};  // ten-thousandths; nothing when an operator has told of it
   std::optional<DocumentKind> kind = {};  // nothing of a day closing, and in logs from before
   bool operator==(const JobDocument&) const = default;
+};
+
+// Receipts, credit notes and voids have one sequence of numbers, invoices another one.
+struct DocumentName {
+  int closure = 0;  // that it will belong to
+  int number = 0;
+  bool is_invoice = false;
+  bool operator==(const DocumentName&) const = default;
 };
 
 struct LineAnswer {

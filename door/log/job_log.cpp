@@ -32,13 +32,12 @@ int64_t ComputerTime() {
 
 // Chance, so that a mark of this log is no mark of another one.
 std::string NewMark() {
-  std::array<unsigned char, 10> bytes{};
+  std::array<unsigned char, kMarkSize - 1> bytes{};
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
     throw RegisterError(MakeFailure(FailureCause::kUnknown));
   }
-  constexpr char kLetters[] = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
-  std::string mark = "R";
-  for (const unsigned char byte : bytes) mark += kLetters[byte & 31];
+  std::string mark(1, kMarkBegin);
+  for (const unsigned char byte : bytes) mark += kMarkLetters[byte % kMarkLetters.size()];
   return mark;
 }
 
@@ -209,6 +208,18 @@ int64_t JobLog::Count(JobState state) {
   row.With(Number(state));
   row.Step();
   return row.Integer(0);
+}
+
+std::set<std::string> JobLog::OpenMarks() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  std::set<std::string> marks;
+  for (int state = 0; state <= Number(JobState::kLast); ++state) {
+    if (IsFinal(static_cast<JobState>(state))) continue;
+    Statement rows = database_.Prepare("SELECT mark FROM job WHERE state = ?");
+    rows.With(state);
+    while (rows.Step()) marks.insert(rows.String(0));
+  }
+  return marks;
 }
 
 std::vector<Job> JobLog::WithDocument(int closure, int number) {

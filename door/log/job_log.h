@@ -9,6 +9,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -89,6 +90,8 @@ class JobLog {
   std::optional<Job> First(JobState state);
   std::optional<Job> FirstQueued(JobEffect effect);
   int64_t Count(JobState state);
+  // The marks of those that are not over.
+  std::set<std::string> OpenMarks();
   // Those that have a document of these numbers: a receipt, an invoice or both.
   std::vector<Job> WithDocument(int closure, int number);
 

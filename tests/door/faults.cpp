@@ -4,7 +4,9 @@
 //   kill@STEP:N     the process is gone
 //   full@STEP:N     no file may be written to any more (somebody else may raise the limit again)
 //   nomem@STEP:N    the next allocation of the working thread fails; nomem3@STEP:N the third one
-//   lose@STEP:N     the next thing that the device does is done, and its answer is a time-out;
+//   nosql@STEP:N    the same of what SQLite allocates, nosql9@STEP:N the ninth one: log and
+//   register lose@STEP:N     the next thing that the device does is done, and its answer is a
+//   time-out;
 //                   lose2@STEP:N the one behind that, also of "fail" and "hang"
 //   fail@STEP:N     the same, and its answer is a refusal
 //   hang@STEP:N     the next thing that the device is to do does not come back
@@ -27,6 +29,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -47,6 +50,25 @@ namespace {
 
 // Of this thread: the so manieth allocation from here on fails; 0 for none.
 thread_local int failing_allocation = 0;
+thread_local int failing_in_sqlite = 0;
+
+bool FailsInSqlite() { return failing_in_sqlite > 0 && --failing_in_sqlite == 0; }
+
+sqlite3_mem_methods sqlite_methods = {};
+
+// It takes other allocations only ahead of its first use; without a place aside each is one.
+const bool sqlite_placed = [] {
+  sqlite3_config(SQLITE_CONFIG_GETMALLOC, &sqlite_methods);
+  sqlite3_mem_methods methods = sqlite_methods;
+  methods.xMalloc = [](int size) {
+    return FailsInSqlite() ? nullptr : sqlite_methods.xMalloc(size);
+  };
+  methods.xRealloc = [](void* block, int size) {
+    return FailsInSqlite() ? nullptr : sqlite_methods.xRealloc(block, size);
+  };
+  return sqlite3_config(SQLITE_CONFIG_MALLOC, &methods) == SQLITE_OK &&
+         sqlite3_config(SQLITE_CONFIG_LOOKASIDE, 0, 0) == SQLITE_OK;
+}();
 
 }  // namespace
 
@@ -211,6 +233,9 @@ class FaultyDevice : public ClientDevice {
   Told FindLast(const DocumentName& name, LastDocument* document) override {
     return inner_->FindLast(name, document);
   }
+  Told FindVoid(const DocumentName& name, const DocumentName& sale) override {
+    return inner_->FindVoid(name, sale);
+  }
   std::optional<JobDocument> LastClosing() override { return inner_->LastClosing(); }
   void Reopen() override { inner_->Reopen(); }
 
@@ -230,6 +255,9 @@ void Strike(const std::string& text) {
     setrlimit(RLIMIT_FSIZE, &limit);
   } else if (action == "nomem") {
     failing_allocation = number;
+  } else if (action == "nosql") {
+    if (!sqlite_placed) std::abort();
+    failing_in_sqlite = number;
   } else {
     ForDevice() = {action, number};
   }

@@ -34,7 +34,7 @@ TOTALS = {"sale": 10100, "refused": 10200, "invoice": 10300, "next": 10400}
 
 DEVICES = ("register", "plug-in")
 ACTIONS = ("kill", "lose", "lose2", "fail", "fail2", "hang", "hang2", "gone", "full", "nomem",
-           "nomem4", "nomem20")
+           "nomem4", "nomem20", "nosql", "nosql9")
 # What lets the device be asked what became of a job: an answer that is lost, and a kill.
 ASKED = ("lose@before-line:2", "lose@before-line:1", "lose@before-line:7", "kill@behind-line:2")
 # Without memory the library of JSON may end the program, in a destructor: as a kill does.

@@ -95,6 +95,26 @@ def test_what_a_job_may_not_hold(door, lines, expected):
     assert door.documents() == []
 
 
+def test_no_line_brings_the_mark_of_a_job_that_is_not_over(doors, folder):
+    door = doors(folder, faulty=True).start(fault="lose@line:1")
+    job = door.post(["REPORT"], "r", desk="operator")[1]
+    assert job["state"] == "needs_operator"
+    with sqlite3.connect(f"file:{door.register}.door?mode=ro", uri=True) as log:
+        (mark,) = log.execute("SELECT mark FROM job WHERE id = ?", (job["id"],)).fetchone()
+    forged = ["VEND REP=1, PRE=1.20", f"CORT MSG='{mark}'", "CHIU"]
+    status, problem = door.post(forged, "f")
+    assert (status, problem["code"]) == (422, "line_not_allowed")
+    assert problem["detail"] == "line 2 (CORT): it has the mark of a job that is not over, in MSG"
+    receipt = {"kind": "receipt", "items": [{"department": 1, "price": "1.20", "description": mark}],
+               "payments": [{"tender": "cash"}]}
+    assert code(door.request("POST", "/v1/receipts", receipt,
+                             {"Idempotency-Key": "f"})) == (422, "line_not_allowed")
+    assert door.documents() == []
+    body = {"outcome": "done", "reason": "x"}
+    assert door.request("POST", f"/v1/jobs/{job['id']}/resolve", body)[0] == 200
+    assert door.post(forged, "f")[0] == 201
+
+
 def test_an_operator_reports_and_closes_the_day(door):
     assert door.post(SALE, "s")[0] == 201
     assert door.post(["REPORT"], "r", desk="operator")[1]["state"] == "confirmed"

@@ -84,6 +84,15 @@ def test_a_device_that_is_another_than_in_its_trial_is_closed_again(folder):
     assert (folder / "closed").exists()
 
 
+def test_a_device_that_hangs_as_it_is_refused_ends_the_program(folder):
+    (folder / "there").touch()
+    code, errors = run(*plugin(folder, f"other={folder}/there", f"closing={folder}/there"), "--log",
+                       f"{folder}/log", "--device-timeout", "1")
+    assert code == 75
+    assert "did not come back from lorimat_device_close" in errors
+    assert "the device says something else of itself than a moment ago" in errors
+
+
 @pytest.mark.parametrize("call", ["opening", "closing"])
 def test_a_device_that_hangs_as_it_is_opened_again_ends_the_program(shop, folder, call):
     shop.device += ["--device-option", f"{call}={folder}/hangs"]
@@ -121,6 +130,22 @@ def test_a_sale_on_a_device_from_a_file(shop):
     assert (status, job["document"]["closure"], job["document"]["total"]) == (201, 1, "1.20")
     assert shop.documents() == [(1, 1)]
     assert shop.stop() == 0
+
+
+@pytest.mark.parametrize("is_plugin", [False, True])
+@pytest.mark.parametrize("trouble", ["lose@line:3", "kill@behind-line:3"])
+def test_a_void_by_itself_is_found_by_its_sale(doors, folder, is_plugin, trouble):
+    door = doors(folder, faulty=True, plugin=is_plugin).start(fault=trouble, once=True)
+    assert door.post(SALE, "s")[0] == 201
+    status, job = door.post(["DOCANNULLO AUTO"], "v")
+    if trouble.startswith("kill"):
+        assert door.wait() == -9
+        door.start()
+        job = final_job(door, "v")
+    assert job["state"] == "confirmed" and "unknown" in [step["state"] for step in job["history"]]
+    assert (job["document"]["number"], job["document"]["total"]) == (2, "1.20")
+    assert door.documents() == [(1, 1), (1, 2)]
+    assert door.stop() == 0
 
 
 def test_a_device_that_went_away_is_opened_again(shop, folder):

@@ -47,5 +47,34 @@ TEST(ClientDevice, AJournalThatIsNotToldNowMayBeToldLater) {
   EXPECT_FALSE(last.paper.empty());
 }
 
+// By the kind of the document and the sale that its paper names.
+TEST(ClientDevice, AVoidIsKnownByItsSale) {
+  DoorShop shop;
+  shop.Sell("a");
+  shop.Sell("b");
+  shop.Submit("n", {"VEND REP=1, PRE=1.20", "CHIU", "CORT MSG='0001-0001'"});
+  shop.Submit("v", {"DOCANNULLO DOC=00010001, DATA=221126, AUTO"});
+  shop.Drain();
+  ASSERT_EQ(shop.documents(), 4);
+  PlainDevice device(shop.device->device());
+  EXPECT_EQ(device.FindVoid({1, 4, false}, {1, 1, false}), Told::kYes);
+  EXPECT_EQ(shop.device->FindVoid({1, 4, false}, {1, 1, false}), Told::kYes);
+  struct Row {
+    DocumentName name;
+    DocumentName sale;
+  };
+  const Row rows[] = {{{1, 4, false}, {1, 2, false}}, {{1, 4, false}, {11, 1, false}},
+                      {{1, 3, false}, {1, 1, false}}, {{1, 5, false}, {1, 1, false}},
+                      {{1, 4, true}, {1, 1, false}},  {{1, 4, false}, {1, 1, true}}};
+  for (const Row& row : rows) {
+    EXPECT_NE(device.FindVoid(row.name, row.sale), Told::kYes) << row.name.number;
+    EXPECT_EQ(shop.device->FindVoid(row.name, row.sale), Told::kNo) << row.name.number;
+  }
+  shop.device->device().AddFault({.name = "code",
+                                  .code = RTF_E_TIMEOUT,
+                                  .operation = ClientOperation::kFiscalReportMessageEx});
+  EXPECT_EQ(device.FindVoid({1, 4, false}, {1, 1, false}), Told::kNoAnswer);
+}
+
 }  // namespace
 }  // namespace lorimat::door

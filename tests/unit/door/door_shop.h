@@ -33,6 +33,9 @@ class ShopDevice : public RegisterDevice {
   Told FindLast(const DocumentName& name, LastDocument* document) override {
     return has_journal ? RegisterDevice::FindLast(name, document) : Told::kNo;
   }
+  Told FindVoid(const DocumentName& name, const DocumentName& sale) override {
+    return has_journal ? RegisterDevice::FindVoid(name, sale) : Told::kNo;
+  }
   std::optional<JobDocument> LastClosing() override {
     return has_journal ? RegisterDevice::LastClosing() : std::nullopt;
   }

@@ -371,5 +371,19 @@ TEST_F(JobLogTest, ALogOfTheFirstVersionIsTakenOn) {
   EXPECT_EQ(log.WithDocument(2, 3)[0].document, (JobDocument{2, 3, "S", "t", 100}));
 }
 
+TEST_F(JobLogTest, AMarkIsOpenUntilItsJobIsOver) {
+  const Job first = Accept("a");
+  const Job second = Accept("b");
+  EXPECT_EQ(log_->OpenMarks(), (std::set<std::string>{first.mark, second.mark}));
+  log_->Move(first.id, State::kCancelled, Why::kCancelled);
+  for (const State state : {State::kRunning, State::kUnknown, State::kNeedsOperator}) {
+    log_->Move(second.id, state, Why::kBegun);
+    EXPECT_EQ(log_->OpenMarks(), (std::set<std::string>{second.mark}));
+  }
+  log_->Move(second.id, State::kConfirmed, Why::kOperatorDone);
+  EXPECT_TRUE(log_->OpenMarks().empty());
+  EXPECT_EQ(first.mark.size(), kMarkSize);
+}
+
 }  // namespace
 }  // namespace lorimat::door

@@ -166,5 +166,55 @@ TEST(LineJudge, TheFirstLineThatIsNotUnderstoodIsTold) {
   EXPECT_EQ(Judge({"VEND REP='1"}).refused->code, 264);
 }
 
+TEST(LineJudge, TheSaleThatALineMakesVoidByItself) {
+  struct Row {
+    const char* line;
+    std::optional<DocumentName> sale;
+  };
+  const Row rows[] = {{"DOCANNULLO AUTO", DocumentName{}},
+                      {"DOCANNULLO DOC=00020013, DATA=150124, AUTO", DocumentName{2, 13}},
+                      {"#124 #1=13, #2=150124, #3=2, #5", DocumentName{2, 13}},
+                      {"DOCANNULLO DOC=00020013, DATA=150124, ZETA=3, AUTO", DocumentName{3, 13}},
+                      // The device alone might know which one that is.
+                      {"DOCANNULLO DOC=13, DATA=150124, AUTO", std::nullopt},
+                      {"DOCANNULLO ZETA=3, AUTO", std::nullopt},
+                      {"DOCANNULLO DOC=0002X013, DATA=150124, AUTO", std::nullopt},
+                      {"DOCANNULLO DOC='-002-013', DATA=150124, AUTO", std::nullopt},
+                      // It is marked as it is paid.
+                      {"DOCANNULLO DOC=00020013, DATA=150124", std::nullopt},
+                      {"VEND REP=1, PRE=1.20", std::nullopt}};
+  for (const Row& row : rows) EXPECT_EQ(Judge({row.line}).voids_whole, row.sale) << row.line;
+}
+
+// However the device cuts a text into lines.
+TEST(LineJudge, AMarkOfAJobIsFoundInAnyField) {
+  const std::set<std::string> marks = {"R0123456789", "RABCDEFGHJK"};
+  LineJudge judge(shipped::LanguageFile().string());
+  const struct {
+    const char* line;
+    const char* field;
+  } rows[] = {{"VEND REP=1, PRE=1, DES='R0123456789'", "DES"},
+              {"ALLEG MSG='<<RABCDEFGHJK>>'", "MSG"},
+              {"CORT MSG='XXXXXXXXXXXRABCDEFGHJKXXXXX'", "MSG"},
+              {"CORT MSG='RRRRRRRR0123456789'", "MSG"},
+              {"CORT MSG='rabcdefghjk'", "MSG"},
+              {"#21 #3='R0123456789'", "MSG"}};
+  for (const auto& row : rows) {
+    EXPECT_TRUE(Judge({row.line}).may_hold_mark) << row.line;
+    const auto found = judge.FindMark({"VEND REP=1, PRE=1", row.line}, marks);
+    ASSERT_TRUE(found) << row.line;
+    EXPECT_EQ(found->fault, LineFault::kMarkOfJob);
+    EXPECT_EQ(found->line, 2);
+    EXPECT_EQ(found->field, row.field);
+  }
+  for (const char* line : {"CORT MSG='R012345678'", "CORT MSG='R012345678 9'",
+                           "CORT MSG='R0123I56789'", "CORT MSG='X0123456789'", "CHIU"}) {
+    EXPECT_FALSE(Judge({line}).may_hold_mark) << line;
+    EXPECT_FALSE(judge.FindMark({line}, marks)) << line;
+  }
+  EXPECT_TRUE(Judge({"CORT MSG='R9876543210'"}).may_hold_mark);
+  EXPECT_FALSE(judge.FindMark({"CORT MSG='R9876543210'"}, marks));
+}
+
 }  // namespace
 }  // namespace lorimat::door

@@ -63,6 +63,33 @@ TEST(Verdict, AMarkThatIsEmptyIsNone) {
   Expect(evidence, Outcome::kNobodyKnows, Why::kOtherDocument);
 }
 
+// One that the day has not more by is not all that came, whatever mark is on it.
+TEST(Verdict, TheTotalOfTheDocumentIsWhatTheDayHasMore) {
+  for (const bool is_answered : {false, true}) {
+    Evidence evidence = Sold();
+    evidence.is_answered = is_answered;
+    evidence.last->facts.total = 12001;
+    Expect(evidence, Outcome::kNobodyKnows, Why::kUnclearNumbers);
+    // What goes back makes the day less.
+    evidence.last->facts.total = 12000;
+    evidence.now.day_total = 488000;
+    EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+    // A device that does not tell it.
+    evidence.last->facts.total.reset();
+    evidence.now.day_total = 512001;
+    EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+  }
+}
+
+TEST(Verdict, AVoidOfTheSaleThatTheJobMakesVoidNeedsNoMark) {
+  Evidence evidence = Sold();
+  evidence.last->paper = {"ANNULLAMENTO"};
+  evidence.is_void_of_sale = true;
+  EXPECT_EQ(Judge(evidence).outcome, Outcome::kDone);
+  evidence.now.document = 9;
+  Expect(evidence, Outcome::kNobodyKnows, Why::kFurtherOn);
+}
+
 TEST(Verdict, AnInvoiceHasItsOwnNumbers) {
   Evidence evidence = Sold();
   evidence.now = {"S", 3, 7, 3, 512000};
