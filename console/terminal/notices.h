@@ -1,6 +1,6 @@
 // What the program says of itself on standard error: its name with a colon, "lorimat: ", what kind
-// of notice it is, and the text, with the name and the kind in colour on a terminal. A text is one in
-// the user's language, without a line end.
+// of notice it is, and the text, with the name and the kind in colour on a terminal. A text is one
+// in the user's language, without a line end.
 #pragma once
 
 #include <functional>

@@ -449,63 +449,6 @@ TEST_F(WorkerTest, InvoicesCreditNotesAndVoidsAreDocuments) {
   EXPECT_EQ(shop_.documents(), 3);
 }
 
-// A void of a whole sale in one line has no place for a mark; but it can be done once.
-TEST_F(WorkerTest, ALostAnswerOfAVoidIsFoundByTheSaleThatItMakesVoid) {
-  const std::vector<std::string> ways = {"DOCANNULLO DOC=00010001, DATA=221126, AUTO",
-                                         "DOCANNULLO DOC=3, ZETA=1, DATA=221126, AUTO",
-                                         "DOCANNULLO AUTO"};
-  int64_t documents = 0;
-  for (const std::string& line : ways) {
-    shop_.Sell(line);
-    shop_.Drain();
-    ++documents;
-    const Job job = shop_.Submit(line + " void", {line});
-    Strike("lost-answer", ClientOperation::kBeginDocTelematicCancel);
-    shop_.Drain();
-    const Job done = shop_.Get(job.id);
-    EXPECT_THAT(Way(job.id),
-                ElementsAre(State::kQueued, State::kRunning, State::kUnknown, State::kConfirmed))
-        << line;
-    EXPECT_EQ(LastWhy(job.id), Why::kFoundDone);
-    ASSERT_TRUE(done.document);
-    EXPECT_EQ(done.document->number, ++documents);
-    EXPECT_EQ(done.document->total, 12000);
-    EXPECT_EQ(shop_.documents(), documents);
-  }
-}
-
-TEST_F(WorkerTest, AVoidThatGotLostIsMadeOnceByAskingToo) {
-  shop_.Sell("s");
-  const Job job = shop_.Submit("v", {"DOCANNULLO DOC=00010001, DATA=221126, AUTO"});
-  Strike("no-answer", ClientOperation::kBeginDocTelematicCancel);
-  shop_.Drain();
-  EXPECT_EQ(shop_.Get(job.id).state, State::kConfirmed);
-  EXPECT_EQ(shop_.Get(job.id).attempts, 2);
-  EXPECT_EQ(shop_.documents(), 2);
-}
-
-// What somebody sells or makes void in its place is not the void of the job.
-TEST_F(WorkerTest, AnotherDocumentInThePlaceOfAVoidIsForAnOperator) {
-  shop_.Sell("s");
-  shop_.Sell("t");
-  shop_.Drain();
-  const auto put_aside = [&](const std::string& key, const std::function<void()>& aside) {
-    const Job job = shop_.Submit(key, {"DOCANNULLO DOC=00010001, DATA=221126, AUTO"});
-    shop_.KillAt(Step::kBeforeFirstLine);
-    EXPECT_THROW(shop_.Drain(), Killed);
-    aside();
-    shop_.Restart();
-    shop_.Drain();
-    EXPECT_EQ(shop_.Get(job.id).state, State::kNeedsOperator);
-    EXPECT_EQ(LastWhy(job.id), Why::kOtherDocument);
-  };
-  put_aside("a", [this] { shop_.SellAside(12000); });
-  put_aside("b", [this] {
-    EXPECT_EQ(shop_.device->device().BeginDocTelematicCancel(2, 1, "22112026", true, ""),
-              RTF_SUCCESS);
-  });
-}
-
 // A kill at each step that a sale has: the register has it once, and the log knows it.
 TEST_F(WorkerTest, AKillAtAnyStepLosesAndDoublesNothing) {
   int64_t sold = 0;
