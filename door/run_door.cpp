@@ -31,6 +31,7 @@
 #include "door/faults.h"
 #include "door/http/api.h"
 #include "door/http/server.h"
+#include "door/job/kept_documents.h"
 #include "door/job/opened_device.h"
 #include "door/job/register_device.h"
 #include "door/job/service.h"
@@ -289,22 +290,26 @@ int RunDoor(const Options& options, Streams& streams) {
       {.log = log,
        .device = device,
        .judge = judge,
-       .run = WithFaults([&](const std::string& line, std::string* answer) {
-         const long code = library.RunLine(line, answer);
-         // What it programmed counts for the next receipt.
-         look();
-         return code;
+       .run = WithFaults([&library](const std::string& line, std::string* answer) {
+         return library.RunLine(line, answer);
        }),
-       .watch = FaultWatch(),
-       .calls = &calls,
+       .watch =
+           [&look, faults = FaultWatch()](Step step) {
+             // What a job has programmed counts for the next receipt, ahead of telling that it did.
+             if (step == Step::kBeforeOutcome) look();
+             if (faults) faults(step);
+           },
        .device_timeout = request.timeout,
        .hung = [] { _exit(kExitHung); },
        .tell = [&teller](DeviceTrouble trouble,
-                         const std::exception* failure) { teller.Tell(trouble, failure); }});
+                         const std::exception* failure) { teller.Tell(trouble, failure); },
+       .answered = [&server](int64_t question) { server.Notify(question); }});
   log.SetObserver([&server, &service](int64_t id) {
     service.NoteWritten();
     server.Notify(id);
   });
+  std::unique_ptr<KeptDocuments> documents;
+  if (own != nullptr) documents = std::make_unique<KeptDocuments>(device_file);
   Api api({.log = log,
            .judge = judge,
            .hosts = HostsOf(server.port()),
@@ -312,7 +317,9 @@ int RunDoor(const Options& options, Streams& streams) {
            .trouble = [&service] { return service.trouble(); },
            .log_failed = [&service] { return service.log_failed(); },
            .wake = [&service] { service.Wake(); },
-           .tables = [&tables] { return tables.Get(); }});
+           .tables = [&tables] { return tables.Get(); },
+           .ask = [&service](auto question) { return service.Ask(std::move(question)); },
+           .documents = documents.get()});
   const StoppedServer stopped{server};
   service.Start();
   server.Start(api);

@@ -8,6 +8,7 @@
 
 #include "door/http/body_reader.h"
 #include "door/http/fault_problem.h"
+#include "door/http/job_request.h"
 #include "door/http/receipt_post.h"
 #include "door/http/target.h"
 #include "register/value/register_error.h"
@@ -15,16 +16,7 @@
 namespace lorimat::door {
 namespace {
 
-constexpr size_t kLongestKey = 64;
 constexpr int64_t kSecond = 1000;  // milliseconds
-
-bool IsKey(std::string_view key) {
-  return !key.empty() && key.size() <= kLongestKey &&
-         std::all_of(key.begin(), key.end(), [](char c) {
-           return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-                  c == '_' || c == '.' || c == ':' || c == '-';
-         });
-}
 
 bool IsUnsafe(const std::string& method) {
   return method != "GET" && method != "HEAD" && method != "OPTIONS";
@@ -39,46 +31,11 @@ bool IsJson(const std::string& content_type) {
   return type == "application/json";
 }
 
-Reply JobReply(int status, const Job& job, bool replayed) {
-  Reply reply;
-  reply.status = status;
-  reply.body = JobJson(job, replayed);
-  if (status == 409) reply.headers.emplace_back("Retry-After", "2");
-  return reply;
-}
-
-// What keeps a new job from being taken.
-struct TroubleRow {
-  DeviceTrouble trouble;
-  const char* code;
-  const char* detail;
-};
-
-constexpr TroubleRow kTroubles[] = {
-    {DeviceTrouble::kDocumentOpen, "document_open",
-     "a document is open on the device that belongs to no job; an operator has to reset it"},
-    {DeviceTrouble::kAway, "device_away", "the device does not answer"},
-    {DeviceTrouble::kOtherDevice, "device_away",
-     "the device is not the one that the log belongs to"},
-};
-
-Reply StorageProblem() {
-  Reply reply = Problem(503, "disk_full", "the log cannot be written or read");
-  reply.headers.emplace_back("Retry-After", "10");
-  return reply;
-}
-
 }  // namespace
-
-struct Api::Path {
-  int64_t id = 0;      // of a job
-  std::string action;  // the last segment
-  std::map<std::string, std::string> query;
-};
 
 struct Api::Route {
   const char* method;
-  std::array<const char*, 4> segments;  // "#" is the number of a job
+  std::array<const char*, 5> segments;  // "#" is a number: of a job, of a day, of a document
   Handler handler;
   std::array<const char*, 5> query;
 };
@@ -127,6 +84,9 @@ const std::vector<Api::Route>& Api::Routes() {
       {"POST", {"v1", "device", "reset"}, &Api::PostDevice, {"wait"}},
       {"GET", {"v1", "device"}, &Api::GetDevice, {}},
       {"GET", {"openapi.json"}, &Api::GetOpenApi, {}},
+      {"GET", {"v1", "documents"}, &Api::ListDocuments, {"from", "to", "after", "limit"}},
+      {"GET", {"v1", "documents", "#", "#"}, &Api::GetDocument, {"kind"}},
+      {"POST", {"v1", "documents", "#", "#", "copy"}, &Api::PostCopy, {"kind", "wait"}},
   };
   return kRoutes;
 }
@@ -151,6 +111,7 @@ Reply Api::Serve(const Request& request) {
   for (const Route& route : Routes()) {
     Path path;
     size_t length = 0;
+    int numbers = 0;
     bool fits = true;
     for (; length < route.segments.size() && route.segments[length] != nullptr; ++length) {
       if (length >= target->segments.size()) {
@@ -161,7 +122,7 @@ Reply Api::Serve(const Request& request) {
       if (std::string_view(route.segments[length]) == "#") {
         const std::optional<int64_t> id = ReadCount(segment);
         fits = fits && id.has_value();
-        path.id = id.value_or(0);
+        (numbers++ == 0 ? path.id : path.number) = id.value_or(0);
       } else {
         fits = fits && segment == route.segments[length];
       }
@@ -194,31 +155,6 @@ bool Api::IsOperator(const std::string& desk) const {
   return std::find(parts_.operators.begin(), parts_.operators.end(), desk) !=
          parts_.operators.end();
 }
-
-namespace {
-
-std::optional<Reply> KeyProblem(const std::optional<std::string>& key) {
-  if (!key) return Problem(400, "no_key", "the request needs the header Idempotency-Key");
-  if (!IsKey(*key)) {
-    return Problem(400, "bad_key", "the key is not 1 to 64 of A-Z a-z 0-9 . _ : -");
-  }
-  return std::nullopt;
-}
-
-std::optional<int> WaitOf(const std::map<std::string, std::string>& query) {
-  const auto wait = query.find("wait");
-  if (wait == query.end()) return Api::kDefaultWait;
-  const std::optional<int64_t> seconds = ReadCount(wait->second);
-  if (!seconds || *seconds > Api::kMostWait) return std::nullopt;
-  return static_cast<int>(*seconds);
-}
-
-Reply WaitProblem() {
-  return Problem(400, "bad_field",
-                 fmt::format("wait: is no whole number of 0 to {}", Api::kMostWait));
-}
-
-}  // namespace
 
 Reply Api::PostJob(const Request& request, const Path& path) {
   if (std::optional<Reply> problem = KeyProblem(request.key)) return *problem;
@@ -271,7 +207,20 @@ Reply Api::PostReceipt(const Request& request, const Path& path) {
   if (!post.problem()) post.Prepare(parts_.tables ? parts_.tables().get() : nullptr, parts_.judge);
   if (post.problem()) return *post.problem();
   job.lines = post.job().lines;
+  if (std::optional<Reply> unclear = ReferenceProblem(post)) return *unclear;
   return is_dry ? post.DryRun() : JudgeAndTake(std::move(job), *wait);
+}
+
+NewJob Api::DeviceJob(BodyReader& body, const std::string& key) {
+  body.Allow({"desk", "reference", "expires_s"});
+  NewJob job;
+  job.key = key;
+  job.desk = body.Text("desk", kLongestDesk);
+  if (!body.Has("desk") && !parts_.operators.empty()) job.desk = parts_.operators.front();
+  job.reference = body.Text("reference", kLongestReference);
+  job.expires =
+      parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
+  return job;
 }
 
 Reply Api::PostDevice(const Request& request, const Path& path) {
@@ -280,18 +229,11 @@ Reply Api::PostDevice(const Request& request, const Path& path) {
   if (!wait) return WaitProblem();
   BodyReader body(request.body, true);
   if (body.problem()) return *body.problem();
-  body.Allow({"desk", "reference", "expires_s"});
+  NewJob job = DeviceJob(body, *request.key);
+  if (body.problem()) return *body.problem();
   const bool closes = path.action == "close-day";
-  NewJob job;
-  job.key = *request.key;
   // The same body to the other address is another request.
   job.digest = path.action + " " + body.Digest();
-  job.desk = body.Text("desk", kLongestDesk);
-  if (!body.Has("desk") && !parts_.operators.empty()) job.desk = parts_.operators.front();
-  job.reference = body.Text("reference", kLongestReference);
-  job.expires =
-      parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
-  if (body.problem()) return *body.problem();
   // AZZGIO without the reading ahead of it, and RESPRN, by their numbers.
   job.lines = {closes ? "#27 #1=0" : "#74"};
   job.effect = closes ? JobEffect::kClosing : JobEffect::kReset;
@@ -324,14 +266,9 @@ std::optional<Reply> Api::Replay(const NewJob& job) {
 Reply Api::Take(NewJob job, int wait) {
   if (parts_.log_failed()) return StorageProblem();
   const DeviceTrouble trouble = parts_.trouble();
-  for (const TroubleRow& row : kTroubles) {
-    // What gives up an open document is not to wait for it.
-    const bool helps = job.effect == JobEffect::kReset && trouble == DeviceTrouble::kDocumentOpen;
-    if (row.trouble != trouble || helps) continue;
-    Reply reply = Problem(503, row.code, row.detail);
-    reply.headers.emplace_back("Retry-After", "5");
-    return reply;
-  }
+  // What gives up an open document is not to wait for it.
+  const bool helps = job.effect == JobEffect::kReset && trouble == DeviceTrouble::kDocumentOpen;
+  if (trouble != DeviceTrouble::kNone && !helps) return TroubleProblem(trouble);
   if (parts_.log.Count(JobState::kQueued) >= kMostQueued) {
     Reply reply = Problem(429, "queue_full", fmt::format("{} jobs are waiting", kMostQueued));
     reply.headers.emplace_back("Retry-After", "5");
@@ -350,6 +287,7 @@ Reply Api::Take(NewJob job, int wait) {
 
 bool Api::IsOver(int64_t job_id) noexcept {
   try {
+    if (job_id < 0) return IsAnswered(job_id);
     const std::optional<Job> job = parts_.log.Find(job_id);
     return !job || IsFinal(job->state) || job->state == JobState::kNeedsOperator;
   } catch (...) {
@@ -359,6 +297,7 @@ bool Api::IsOver(int64_t job_id) noexcept {
 
 Reply Api::Finish(int64_t job_id) noexcept {
   try {
+    if (job_id < 0) return FinishQuestion(job_id);
     const std::optional<Job> job = parts_.log.Find(job_id);
     if (!job) return Problem(404, "not_found", "there is no such job");
     if (job->state == JobState::kConfirmed) return JobReply(201, *job, false);
@@ -496,22 +435,6 @@ Reply Api::DeleteJob(const Request&, const Path& path) {
     return Problem(409, "wrong_state", "the job has begun, or is over");
   }
   return JobReply(200, parts_.log.Move(path.id, JobState::kCancelled, Why::kCancelled), false);
-}
-
-Reply Api::GetDevice(const Request&, const Path&) {
-  const DeviceTrouble trouble = parts_.trouble();
-  const auto* row = std::find_if(std::begin(kTroubles), std::end(kTroubles),
-                                 [&](const TroubleRow& one) { return one.trouble == trouble; });
-  nlohmann::ordered_json json;
-  json["serial"] = parts_.log.serial();
-  json["ready"] = trouble == DeviceTrouble::kNone && !parts_.log_failed();
-  json["trouble"] = row == std::end(kTroubles) ? nlohmann::ordered_json() : row->code;
-  json["queued"] = parts_.log.Count(JobState::kQueued);
-  json["unknown"] = parts_.log.Count(JobState::kUnknown);
-  json["needs_operator"] = parts_.log.Count(JobState::kNeedsOperator);
-  Reply reply;
-  reply.body = json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-  return reply;
 }
 
 }  // namespace lorimat::door

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -11,12 +12,17 @@
 #include <utility>
 #include <vector>
 
+#include "door/job/kept_documents.h"
+#include "door/job/questions.h"
 #include "door/job/worker.h"
 #include "door/judge/line_judge.h"
 #include "door/log/job_log.h"
 #include "door/receipt/receipt_sums.h"
 
 namespace lorimat::door {
+
+class BodyReader;
+class ReceiptPost;
 
 struct Request {
   std::string method;
@@ -27,6 +33,7 @@ struct Request {
   std::optional<std::string> key;  // Idempotency-Key
   std::optional<uint64_t> content_length = {};
   std::string body = {};
+  std::string accept = {};  // empty for none
 };
 
 struct Reply {
@@ -34,7 +41,8 @@ struct Reply {
   std::string content_type = "application/json";
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers = {};
-  // An answer once the job's outcome is known, or these seconds are over: by Api::Finish.
+  // An answer once the job's outcome is known, or these seconds are over: by Api::Finish. A number
+  // below 0 is that of a question to the device.
   std::optional<int64_t> wait_for = {};
   int wait_seconds = 0;
 };
@@ -62,6 +70,10 @@ class Api {
     std::function<void()> wake;  // a job has come
     // What receipts are summed by; null, or answers null, where the device does not tell it.
     std::function<std::shared_ptr<const DeviceTables>()> tables = nullptr;
+    // Asks the device between two jobs; false when it cannot be asked. Null: nobody can.
+    std::function<bool(std::shared_ptr<Question>)> ask = nullptr;
+    // What the device keeps, where it is a register.
+    KeptDocuments* documents = nullptr;
   };
 
   // What the door takes, each as "GET /v1/jobs/#?key&desk"; "#" is a number. door/openapi.json
@@ -73,13 +85,18 @@ class Api {
   // Ahead of the body: the answer to a request that is not to be read any further.
   std::optional<Reply> RefuseHead(const Request& request) const;
   Reply Handle(const Request& request) noexcept;
-  // Whether nothing more is to be waited for.
+  // Whether nothing more is to be waited for; of a job, or of a question.
   bool IsOver(int64_t job_id) noexcept;
   // The answer to a POST whose job was waited for.
   Reply Finish(int64_t job_id) noexcept;
 
  private:
-  struct Path;
+  struct Path {
+    int64_t id = 0;      // of a job, or of a day's closing
+    int64_t number = 0;  // of a document
+    std::string action;  // the last segment
+    std::map<std::string, std::string> query;
+  };
   using Handler = Reply (Api::*)(const Request& request, const Path& path);
   struct Route;
 
@@ -87,6 +104,8 @@ class Api {
   Reply Serve(const Request& request);
   Reply PostJob(const Request& request, const Path& path);
   Reply PostReceipt(const Request& request, const Path& path);
+  // Of a request whose body has no lines, without digest and lines.
+  NewJob DeviceJob(BodyReader& body, const std::string& key);
   Reply PostDevice(const Request& request, const Path& path);
   Reply PostResolve(const Request& request, const Path& path);
   Reply GetJob(const Request& request, const Path& path);
@@ -94,6 +113,17 @@ class Api {
   Reply DeleteJob(const Request& request, const Path& path);
   Reply GetDevice(const Request& request, const Path& path);
   Reply GetOpenApi(const Request& request, const Path& path);
+  Reply DeviceReply();
+  Reply ListDocuments(const Request& request, const Path& path);
+  Reply GetDocument(const Request& request, const Path& path);
+  Reply AskForDocument(const std::string& type, const Path& path, std::optional<DocumentKind> kind);
+  Reply PostCopy(const Request& request, const Path& path);
+  std::optional<Reply> ReferenceProblem(const ReceiptPost& post);
+  // Waits for the device's answer, so many seconds, and then for what `finish` makes of it.
+  Reply Ask(std::function<void(FiscalDevice&)> ask, int seconds,
+            std::function<Reply(bool answered)> finish);
+  Reply FinishQuestion(int64_t id);
+  bool IsAnswered(int64_t id);
   Reply JudgeAndTake(NewJob job, int wait);
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);
@@ -103,6 +133,17 @@ class Api {
 
   Parts parts_;
   std::mutex resolving_;  // one at a time tells of a document
+
+  struct Waiting {
+    std::shared_ptr<Question> question;
+    std::function<Reply(bool answered)> finish;
+  };
+  std::mutex asking_;
+  int64_t last_question_ = 0;  // counts down
+  std::map<int64_t, Waiting> questions_;
+  // What the device told last of itself, and when.
+  std::shared_ptr<const DeviceReport> report_;
+  int64_t reported_ = 0;
 };
 
 // A problem as RFC 9457 has it; `pointer` is the place in the body (RFC 6901), where it has one.

@@ -26,8 +26,11 @@ BodyReader::BodyReader(const std::string& body, bool may_be_empty) {
 
 std::string BodyReader::Digest() const { return Sha256(CanonicalJson(value_)); }
 
-void BodyReader::Refuse(int status, std::string_view code, const std::string& detail) {
-  if (!problem_) problem_ = Problem(status, code, detail);
+void BodyReader::Refuse(int status, std::string_view code, const std::string& detail,
+                        std::string_view name) {
+  if (!problem_) {
+    problem_ = Problem(status, code, detail, name.empty() ? "" : "/" + std::string(name));
+  }
 }
 
 void BodyReader::Allow(std::initializer_list<std::string_view> names) {
@@ -42,16 +45,16 @@ std::string BodyReader::Text(std::string_view name, size_t most) {
   const auto member = value_.find(name);
   if (member == value_.end()) return {};
   if (!member->is_string()) {
-    Refuse(400, "bad_field", fmt::format("{}: is no text", name));
+    Refuse(400, "bad_field", fmt::format("{}: is no text", name), name);
     return {};
   }
   const std::string& text = member->get_ref<const std::string&>();
   const DeviceText device = ToDevice(text);
   if (device.fault == TextFault::kControl) {
     Refuse(400, "control_character",
-           fmt::format("{}: a control character at column {}", name, device.column));
+           fmt::format("{}: a control character at column {}", name, device.column), name);
   } else if (text.size() > most) {
-    Refuse(400, "bad_field", fmt::format("{}: is longer than {} bytes", name, most));
+    Refuse(400, "bad_field", fmt::format("{}: is longer than {} bytes", name, most), name);
   }
   return text;
 }
@@ -72,7 +75,8 @@ int64_t BodyReader::Number(std::string_view name, int64_t least, int64_t most, i
   if (member == value_.end()) return missing;
   const std::optional<int64_t> number = WholeNumber(*member, least, most);
   if (!number) {
-    Refuse(400, "bad_field", fmt::format("{}: is no whole number of {} to {}", name, least, most));
+    Refuse(400, "bad_field", fmt::format("{}: is no whole number of {} to {}", name, least, most),
+           name);
   }
   return number.value_or(missing);
 }

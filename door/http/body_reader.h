@@ -37,7 +37,9 @@ class BodyReader {
   bool Has(std::string_view name) const { return value_.contains(name); }
   const nlohmann::json& value() const { return value_; }
 
-  void Refuse(int status, std::string_view code, const std::string& detail);
+  // `name` is the member that it lies in; empty for none.
+  void Refuse(int status, std::string_view code, const std::string& detail,
+              std::string_view name = {});
 
  private:
   nlohmann::json value_ = nlohmann::json::object();

@@ -3,28 +3,14 @@
 #include <nlohmann/json.hpp>
 
 #include "door/http/api.h"
+#include "door/http/document_json.h"
 #include "door/judge/code_page.h"
 #include "door/log/iso_time.h"
-#include "door/receipt/decimal.h"
 
 namespace lorimat::door {
 namespace {
 
 using nlohmann::ordered_json;
-
-ordered_json DocumentJson(const Job& job) {
-  if (!job.document) return nullptr;
-  const JobDocument& document = *job.document;
-  ordered_json json;
-  json["closure"] = document.closure;
-  // A day closing has no other number.
-  json["number"] = document.number == 0 ? ordered_json() : ordered_json(document.number);
-  json["kind"] = document.kind ? ordered_json(DocumentKindName(*document.kind)) : ordered_json();
-  json["serial"] = FromDevice(document.serial);
-  json["time"] = document.time.empty() ? ordered_json() : ordered_json(document.time);
-  json["total"] = document.total ? ordered_json(MoneyText(*document.total)) : ordered_json();
-  return json;
-}
 
 }  // namespace
 
@@ -49,7 +35,7 @@ std::string JobJson(const Job& job, bool replayed) {
   json["desk"] = job.desk;
   json["reference"] = job.reference;
   json["state"] = JobStateName(job.state);
-  json["document"] = DocumentJson(job);
+  json["document"] = job.document ? DocumentJson(*job.document) : ordered_json();
   json["lines"] = ordered_json::array();
   for (const LineAnswer& answer : job.answers) {
     json["lines"].push_back({{"line", answer.line},

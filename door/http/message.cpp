@@ -43,6 +43,7 @@ Request HeadOf(const RequestParser& parser) {
   request.content_type = Text(message[http::field::content_type]);
   const auto origin = message.find(http::field::origin);
   if (origin != message.end()) request.origin = Text(origin->value());
+  request.accept = Text(message[http::field::accept]);
   const auto key = message.find("Idempotency-Key");
   if (key != message.end()) request.key = Text(key->value());
   const boost::optional<uint64_t> length = parser.content_length();

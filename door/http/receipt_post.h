@@ -18,6 +18,7 @@ class ReceiptPost {
 
   // What is wrong with it; nothing as long as all is well.
   const std::optional<Reply>& problem() const { return problem_; }
+  const ReceiptRequest& receipt() const { return receipt_; }
   // Without key and effect; with its lines behind Prepare.
   const NewJob& job() const { return job_; }
   // Seconds.

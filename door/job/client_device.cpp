@@ -217,6 +217,35 @@ std::string ClientDevice::Missing() {
   return missing;
 }
 
+std::optional<DeviceReport> ClientDevice::Report() {
+  const std::optional<DeviceState> state = Ask();
+  if (!state) return std::nullopt;
+  const DeviceNumbers& numbers = state->numbers;
+  DeviceReport report;
+  report.is_open = state->is_open;
+  report.is_fiscal_open = state->is_fiscal_open;
+  report.day.total = numbers.day_total;
+  // The last one of the day that is open, but an invoice.
+  if (numbers.document > 0) {
+    report.last_document =
+        JobDocument{numbers.closure + 1, numbers.document, numbers.serial, {}, {}};
+  }
+  struct Row {
+    int property;
+    const char* warning;
+  };
+  static constexpr Row kRows[] = {{RTF_PIDXFptr_RecNearEnd, "paper_near_end"},
+                                  {RTF_PIDXFptr_RecEmpty, "paper_end"},
+                                  {RTF_PIDXFptr_CoverOpen, "cover_open"}};
+  for (const Row& row : kRows) {
+    int value = 0;
+    if (Asks([&] { return client().GetIntProperty(row.property, &value); }) && value != 0) {
+      report.warnings.emplace_back(row.warning);
+    }
+  }
+  return report;
+}
+
 Told ClientDevice::Extract(const DocumentName& name, int kinds, std::vector<std::string>* lines) {
   // An extract of the journal by closing and number, as the language's DGFE asks for it.
   constexpr int kJournal = 1;
@@ -231,17 +260,23 @@ Told ClientDevice::Extract(const DocumentName& name, int kinds, std::vector<std:
     return client().FiscalReportMessageEx(kJournal, kinds, kByClosure, 0, 0, number, number, "", "",
                                           "txt", file.path().c_str(), kIntoFile);
   });
+  lines->clear();
+  if (result == RTF_E_NOEXIST) return Told::kYes;
   // A state such as an open cover passes.
   if (result != RTF_SUCCESS) return IsRefusal(result) ? Told::kNo : Told::kNoAnswer;
   *lines = file.Lines();
   return Told::kYes;
 }
 
+Told ClientDevice::FindPaper(const DocumentName& name, std::vector<std::string>* lines) {
+  return Extract(name, name.is_invoice ? kInvoices : kReceipts | kRefunds | kVoids, lines);
+}
+
 Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
   std::vector<std::string> paper;
-  const int kinds = name.is_invoice ? kInvoices : kReceipts | kRefunds | kVoids;
-  const Told told = Extract(name, kinds, &paper);
+  const Told told = FindPaper(name, &paper);
   if (told != Told::kYes) return told;
+  if (paper.empty()) return Told::kNo;
   document->facts = {name.closure, name.number, {}, {}, {}};
   document->is_invoice = name.is_invoice;
   document->paper = std::move(paper);

@@ -17,6 +17,9 @@ class ClientDevice : public FiscalDevice {
   Told FindLast(const DocumentName& name, LastDocument* document) override;
   // The same: a void that names the sale on its paper.
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
+  std::optional<DeviceReport> Report() override;
+  // The same extract.
+  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override;
   std::string Clock() override;
   int PrintMark(const std::string& mark) override;
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "door/job/device_report.h"
 #include "door/log/job.h"
 
 class RtfClientInterface;
@@ -56,6 +57,11 @@ class FiscalDevice {
   // The day closing that it made last: its number, time and the day's total; nothing when it does
   // not tell.
   virtual std::optional<JobDocument> LastClosing() { return std::nullopt; }
+  // What it tells for people; nothing when it does not answer.
+  virtual std::optional<DeviceReport> Report() = 0;
+  // A document as it was printed, line by line, in the code page of the device; no lines where
+  // there is none of this name.
+  virtual Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) = 0;
   // Its clock, as ISO 8601; empty when it does not tell.
   virtual std::string Clock() = 0;
   // Prints a job's mark on the open fiscal document; 0 or the device's result code.

@@ -4,8 +4,14 @@
 #include <utility>
 
 #include "door/log/iso_time.h"
+#include "register/totals/rate_sums.h"
 
 namespace lorimat::door {
+
+JobDocument FactsOf(const StoredDocument& document, const std::string& serial) {
+  return {document.closure,       document.number, serial,
+          IsoTime(document.time), document.total,  document.kind};
+}
 
 RegisterDevice::RegisterDevice(RegisterSettings settings) : register_(std::move(settings)) {}
 
@@ -33,8 +39,7 @@ Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) 
   if (!stored) return Told::kNo;
   LastDocument last;
   last.is_invoice = name.is_invoice;
-  last.facts = {stored->closure,       stored->number, register_.tables().settings().serial_number,
-                IsoTime(stored->time), stored->total,  stored->kind};
+  last.facts = FactsOf(*stored, register_.tables().settings().serial_number);
   // Its entry is the last one of the journal, or stands a few entries before it.
   constexpr uint64_t kBehind = 50;
   uint64_t place = store.journal_count();
@@ -46,6 +51,34 @@ Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) 
   }
   *document = std::move(last);
   return Told::kYes;
+}
+
+std::optional<DeviceReport> RegisterDevice::Report() {
+  std::optional<DeviceReport> report = ClientDevice::Report();
+  if (!report) return report;
+  const RegisterStore& store = register_.store();
+  const RegisterSettings& settings = register_.tables().settings();
+  report->last_document.reset();
+  if (const std::optional<StoredDocument> last = store.FindById(store.document_count())) {
+    report->last_document = FactsOf(*last, settings.serial_number);
+  }
+  const Totals& day = store.day();
+  report->day.documents = day.documents();
+  report->day.rates.emplace();
+  for (const RateSums& rate : SumsByRate(day, settings.vat_rates)) {
+    const TaxedAmount sum = rate.Sum(Totals::kAll, TaxedFigure::kGross);
+    report->day.rates->push_back({rate.name, sum.amount, sum.tax});
+  }
+  report->day.tenders.emplace();
+  for (const auto& [id, amount] : store.daily().by_tender) {
+    const Tender* tender = register_.tables().FindTender(id);
+    report->day.tenders->push_back({tender != nullptr ? tender->name : id, amount});
+  }
+  const DayNotice notice = register_.FindNotice();
+  if (notice.opened) report->warnings.emplace_back("day_left_open");
+  if (notice.documents_left) report->warnings.emplace_back("numbers_near_end");
+  if (notice.closings_left) report->warnings.emplace_back("closings_near_end");
+  return report;
 }
 
 std::optional<JobDocument> RegisterDevice::LastClosing() {

@@ -8,6 +8,9 @@
 
 namespace lorimat::door {
 
+// A registered document as jobs have it.
+JobDocument FactsOf(const StoredDocument& document, const std::string& serial);
+
 class RegisterDevice : public ClientDevice {
  public:
   // Throws RegisterError when the file cannot be opened.
@@ -17,6 +20,7 @@ class RegisterDevice : public ClientDevice {
   Told FindLast(const DocumentName& name, LastDocument* document) override;
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::optional<JobDocument> LastClosing() override;
+  std::optional<DeviceReport> Report() override;
 
   VirtualRegister& device() { return register_; }
 

@@ -39,6 +39,51 @@ void Service::Wake() {
   wake_.notify_all();
 }
 
+bool Service::Ask(std::shared_ptr<Question> question) {
+  const DeviceTrouble now = trouble();
+  if (now == DeviceTrouble::kAway || now == DeviceTrouble::kOtherDevice) return false;
+  if (!questions_.Put(std::move(question))) return false;
+  worker_.SetAwaited(true);
+  Wake();
+  return true;
+}
+
+// What an unknown job has done may come to be seen, or void, by the next call.
+bool Service::MayAsk() const {
+  const DeviceTrouble now = trouble();
+  return !worker_.has_begun() && now != DeviceTrouble::kAway &&
+         now != DeviceTrouble::kOtherDevice && !parts_.log.First(JobState::kRunning) &&
+         !parts_.log.First(JobState::kUnknown);
+}
+
+bool Service::AnswerQuestions() noexcept {
+  constexpr int64_t kLongest = 200;  // milliseconds
+  if (!questions_.any()) return false;
+  try {
+    if (!MayAsk()) return false;
+    for (const int64_t begun = SteadyTime(); SteadyTime() - begun < kLongest;) {
+      const std::shared_ptr<Question> question = questions_.Next();
+      if (question == nullptr) break;
+      NoteCall();
+      try {
+        question->ask(parts_.device);
+      } catch (...) {
+        // It has learnt nothing.
+      }
+      question->answered = true;
+      if (parts_.answered) parts_.answered(question->id);
+    }
+  } catch (...) {
+    // The log cannot be read, or nobody told: another round asks the rest.
+    return false;
+  }
+  // In this order: what comes in between says so itself.
+  worker_.SetAwaited(false);
+  if (!questions_.any()) return false;
+  worker_.SetAwaited(true);
+  return true;
+}
+
 // Grows, so that a device that is away is not asked without end.
 void Service::Pause(int* round) {
   constexpr int kDoublings = 6;
@@ -115,9 +160,10 @@ void Service::Loop() {
       }
     }
     const Came came = Round();
+    const bool more = AnswerQuestions();
     // What has come back is asked at the first step again.
     if (came != Came::kNothing) round = 0;
-    if (came != Came::kWork) Pause(&round);
+    if (came != Came::kWork && !more) Pause(&round);
   }
   wake_.notify_all();
 }

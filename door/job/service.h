@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "door/job/call_watch.h"
+#include "door/job/questions.h"
 #include "door/job/worker.h"
 
 namespace lorimat::door {
@@ -37,6 +38,8 @@ class Service {
     std::function<void(DeviceTrouble trouble, const std::exception* failure)> tell;
     // Told of each wait, from the working thread; may be null.
     std::function<void(std::chrono::milliseconds pause)> pauses = nullptr;
+    // Told of each question that has been answered, from the working thread; may be null.
+    std::function<void(int64_t question)> answered = nullptr;
   };
 
   explicit Service(Parts parts);
@@ -51,6 +54,10 @@ class Service {
   // There is a job to look at.
   void Wake();
 
+  // Asks it between two jobs: as long as no outcome is unknown, and the device is there. False when
+  // too many wait, or it cannot be asked now.
+  bool Ask(std::shared_ptr<Question> question);
+
   DeviceTrouble trouble() const { return worker_.trouble(); }
   // Whether the log could not be written the last time.
   bool log_failed() const { return log_failed_; }
@@ -62,6 +69,10 @@ class Service {
   // What a round came to.
   enum class Came : uint8_t { kWork, kNothing, kDevice };
   Came Round();
+  // Those that wait, but behind some time the jobs come first. Whether there are more of them that
+  // can be asked.
+  bool AnswerQuestions() noexcept;
+  bool MayAsk() const;
   // The device went away: it is opened anew, so that the next round asks it. Whether it is there
   // behind tries that failed; one that can be opened all the time and answers nothing is not.
   bool ReopenDevice();
@@ -72,6 +83,7 @@ class Service {
 
   Parts parts_;
   Worker worker_;
+  Questions questions_;
   std::mutex mutex_;
   std::condition_variable wake_;
   bool stopping_ = false;

@@ -1,6 +1,10 @@
 // A device each of whose calls is watched, those of the translator too.
 #pragma once
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "door/job/call_watch.h"
 #include "door/job/client_device.h"
 #include "rpccommon/client/rtfclientinterface.h"
@@ -42,6 +46,14 @@ class WatchedDevice : public ClientDevice {
   std::optional<JobDocument> LastClosing() override {
     const WatchedCall call(watch_);
     return inner_.LastClosing();
+  }
+  std::optional<DeviceReport> Report() override {
+    const WatchedCall call(watch_);
+    return inner_.Report();
+  }
+  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override {
+    const WatchedCall call(watch_);
+    return inner_.FindPaper(name, lines);
   }
   // Not watched: it is several calls, each of which the thread of a device from a file gives up.
   void Reopen() override { inner_.Reopen(); }

@@ -295,7 +295,7 @@ void Worker::EndAndBegin(const JobMove& end, const DeviceState& state, bool is_l
   At(Step::kBeforeOutcome);
   bool begun = false;
   try {
-    begun = is_lasting && !begins_no_more_ && BeginNext(end, state);
+    begun = is_lasting && !begins_no_more_ && !is_awaited_ && BeginNext(end, state);
   } catch (const std::exception&) {
     // The next one was cancelled meanwhile, say: it waits, and keeps this one from nothing.
   }

@@ -63,6 +63,8 @@ class Worker {
   bool has_begun() const { return begun_.has_value(); }
   // From here on none begins so; any thread may call it.
   void BeginNoMore() { begins_no_more_ = true; }
+  // As long as somebody else waits for the device, none begins so either; any thread may call it.
+  void SetAwaited(bool awaited) { is_awaited_ = awaited; }
 
  private:
   struct Run;
@@ -109,6 +111,7 @@ class Worker {
   int asked_in_vain_ = 0;
   std::optional<Begun> begun_;
   std::atomic<bool> begins_no_more_{false};
+  std::atomic<bool> is_awaited_{false};
 };
 
 }  // namespace lorimat::door

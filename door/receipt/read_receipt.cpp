@@ -157,7 +157,7 @@ std::string ReadDate(const JsonFields& fields) {
 
 ReceiptReference ReadReference(const JsonFields& fields, DocumentKind kind) {
   constexpr size_t kLongestSerial = 20;
-  fields.Allow({"closure", "number", "date", "serial"});
+  fields.Allow({"closure", "number", "date", "serial", "kind"});
   ReceiptReference reference;
   fields.Need("closure");
   fields.Need("number");
@@ -170,6 +170,15 @@ ReceiptReference ReadReference(const JsonFields& fields, DocumentKind kind) {
   }
   if (kind == DocumentKind::kCancel && fields.Find("serial") != nullptr) {
     fields.Refuse(400, "bad_field", "serial", "a sale of another register is not made void here");
+  }
+  if (const json* named = fields.Find("kind")) {
+    if (named->is_string()) reference.kind = FindDocumentKind(named->get_ref<const std::string&>());
+    const bool is_sale = reference.kind == DocumentKind::kSale;
+    if (!is_sale && reference.kind != DocumentKind::kInvoice) {
+      fields.Refuse(400, "bad_field", "kind", "it is neither receipt nor invoice");
+    } else if (!is_sale && reference.serial.empty()) {
+      fields.Refuse(422, "refused", "kind", "the device takes none of its invoices back");
+    }
   }
   return reference;
 }

@@ -41,8 +41,9 @@ struct ReceiptPayment {
 struct ReceiptReference {
   int closure = 0;
   int number = 0;
-  std::string date;    // DDMMYY
-  std::string serial;  // of another register
+  std::string date;                       // DDMMYY
+  std::string serial;                     // of another register
+  std::optional<DocumentKind> kind = {};  // a receipt or an invoice
 };
 
 struct ReceiptRequest {

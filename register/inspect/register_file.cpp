@@ -206,6 +206,24 @@ std::optional<JournalEntry> RegisterFile::Entry(uint64_t place) const {
   return entry;
 }
 
+std::vector<StoredDocument> RegisterFile::FindDocuments(const DocumentSpan& span) const {
+  std::vector<StoredDocument> found = [&] {
+    const Moment moment(contents_->database);
+    return contents_->store.FindDocuments(span);
+  }();
+  contents_->database.CheckUndisturbed();
+  return found;
+}
+
+std::vector<KeptDocument> RegisterFile::FindKept(int closure, int number) const {
+  std::vector<KeptDocument> found = [&] {
+    const Moment moment(contents_->database);
+    return contents_->store.FindKept(closure, number);
+  }();
+  contents_->database.CheckUndisturbed();
+  return found;
+}
+
 JournalCheck RegisterFile::VerifyJournal(
     const std::function<bool(uint64_t done, uint64_t all)>& progress) const {
   const Moment moment(contents_->database);

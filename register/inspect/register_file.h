@@ -34,7 +34,10 @@
 namespace lorimat {
 
 class PartFile;
+struct DocumentSpan;
+struct KeptDocument;
 struct RegisterProfile;
+struct StoredDocument;
 
 struct RegisterStatus {
   std::string file;
@@ -97,6 +100,10 @@ class RegisterFile {
       const std::function<void(uint64_t place, const JournalEntry&)>& each) const;
   // The entry in this place, without reading those before it.
   std::optional<JournalEntry> Entry(uint64_t place) const;
+  // Registered documents, as they are now (register/storage/store.h): a part of them in the order
+  // of their times, without lines and payments, and those of a day and a number.
+  std::vector<StoredDocument> FindDocuments(const DocumentSpan& span) const;
+  std::vector<KeptDocument> FindKept(int closure, int number) const;
   // Follows the chain of hashes from the first entry to the last, and compares documents,
   // journal and totals. Damage of the file is a finding, too, and ends the check. `progress` is
   // told again and again how many entries of all have been read; it answers false to stop, also

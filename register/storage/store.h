@@ -36,6 +36,21 @@ struct DocumentSelection {
   bool details = false;  // lines and payments too
 };
 
+// Documents by time, for those who read part by part; times to the second, YYYYMMDDHHMMSS, both
+// ends included.
+struct DocumentSpan {
+  int64_t from = 0;
+  int64_t to = 99'999'999'999'999;
+  int64_t behind = 0;  // the document, by its place among all, where the part before ended; 0: none
+  size_t most = 100;
+};
+
+// A registered document with its lines and payments, and its entry of the journal.
+struct KeptDocument {
+  StoredDocument document;
+  JournalEntry entry;
+};
+
 // What went back of a sale.
 struct PaidBack {
   Amount total = 0;
@@ -99,6 +114,10 @@ class RegisterStore {
   // In the order in which they were registered, until `each` answers false.
   void ForEachDocument(const DocumentSelection& selection,
                        const std::function<bool(const StoredDocument&)>& each) const;
+  // In the order of their times, without lines and payments.
+  std::vector<StoredDocument> FindDocuments(const DocumentSpan& span) const;
+  // Those of a day and a number: a receipt, credit note or void, an invoice, or both.
+  std::vector<KeptDocument> FindKept(int closure, int number) const;
   // Receipts with a lottery code: those that wait to be sent, and those of a range of closures
   // and numbers.
   std::vector<StoredDocument> PendingLottery() const;

@@ -151,6 +151,40 @@ std::vector<StoredDocument> RegisterStore::documents() const {
   return all;
 }
 
+std::vector<StoredDocument> RegisterStore::FindDocuments(const DocumentSpan& span) const {
+  int64_t time = kFirstTime;
+  if (span.behind != 0) {
+    Statement last = database_.Prepare("SELECT time FROM document WHERE id = ?");
+    if (!last.With(span.behind).Step()) return {};
+    time = last.Integer(0);
+  }
+  Statement rows = database_.Prepare(
+      kSql<
+          "SELECT ", kDocumentColumns,
+          " FROM document WHERE time BETWEEN ?1 AND ?2 AND (time, id) > (?3, ?4) ORDER BY time, id "
+          "LIMIT ?5">);
+  rows.With(span.from, span.to, time, span.behind, static_cast<int64_t>(span.most));
+  std::vector<StoredDocument> found;
+  while (rows.Step()) found.push_back(ReadDocument(database_, rows));
+  return found;
+}
+
+// By the journal, whose index of closings invoices are in as well.
+std::vector<KeptDocument> RegisterStore::FindKept(int closure, int number) const {
+  Statement rows = database_.Prepare(
+      kSql<"SELECT ", kJournalColumns,
+           " FROM journal WHERE closure = ? AND number = ? AND document <> 0 ORDER BY place">);
+  rows.With(closure, number);
+  std::vector<KeptDocument> found;
+  while (rows.Step()) {
+    JournalEntry entry = ReadEntry(database_, rows);
+    std::optional<StoredDocument> document = FindById(entry.document);
+    if (!document) database_.Damaged("journal");
+    found.push_back({*std::move(document), std::move(entry)});
+  }
+  return found;
+}
+
 std::vector<StoredDocument> RegisterStore::PendingLottery() const {
   std::vector<StoredDocument> found;
   Statement rows =

@@ -4,8 +4,10 @@
 #include <map>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "door/job/kept_documents.h"
 #include "door_shop.h"
 #include "properties/property.h"
 
@@ -85,6 +87,7 @@ class Street {
     int64_t documents = 0;
     int closings = 0;
     std::set<std::pair<int, int>> numbers;
+    Facts sold;
     for (const auto& [id, body] : bodies_) {
       const Job job = shop_.Get(id);
       seen_->Add(std::string(JobStateName(job.state)));
@@ -103,13 +106,45 @@ class Street {
         RC_ASSERT(numbers.emplace(job.document->closure, job.document->number).second);
       }
       RC_ASSERT(CheckWay(job));
+      sold.insert(*job.document);
     }
+    RC_ASSERT(Listed() == sold);
     RC_ASSERT(shop_.documents() == documents);
     RC_ASSERT(shop_.device->Ask()->numbers.closure == closings);
     RC_ASSERT(!shop_.device->Ask()->is_open);
   }
 
  private:
+  // By what a client knows a document; a job that was found by asking knows its document by that
+  // too.
+  struct Order {
+    bool operator()(const JobDocument& one, const JobDocument& other) const {
+      return std::tie(one.closure, one.number, one.kind, one.serial, one.total) <
+             std::tie(other.closure, other.number, other.kind, other.serial, other.total);
+    }
+  };
+  using Facts = std::multiset<JobDocument, Order>;
+
+  // What a client lists part by part; each can be found by its numbers and its kind.
+  Facts Listed() {
+    KeptDocuments documents(shop_.register_file());
+    Facts listed;
+    DocumentSpan span;
+    span.most = *rc::gen::inRange<size_t>(1, 7);
+    for (;;) {
+      const std::vector<StoredDocument> part = documents.List(span);
+      for (const StoredDocument& one : part) {
+        listed.insert(FactsOf(one, shop_.log->serial()));
+        const std::vector<KeptDocument> found = documents.Find(one.closure, one.number);
+        RC_ASSERT(std::any_of(found.begin(), found.end(), [&](const KeptDocument& kept) {
+          return kept.document.id == one.id && kept.document.kind == one.kind;
+        }));
+      }
+      if (part.size() < span.most) return listed;
+      span.behind = part.back().id;
+    }
+  }
+
   // Each step of a history is one that the table has, and no job has begun too often.
   bool CheckWay(const Job& job) {
     for (size_t i = 1; i < job.history.size(); ++i) {

@@ -237,6 +237,10 @@ class FaultyDevice : public ClientDevice {
     return inner_->FindVoid(name, sale);
   }
   std::optional<JobDocument> LastClosing() override { return inner_->LastClosing(); }
+  std::optional<DeviceReport> Report() override { return inner_->Report(); }
+  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override {
+    return inner_->FindPaper(name, lines);
+  }
   void Reopen() override { inner_->Reopen(); }
 
  private:

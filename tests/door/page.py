@@ -40,14 +40,17 @@ def in_block(lines):
 
 
 def masked(text):
-    """Without what is another one each time."""
-    return re.sub(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d", "TIME", text)
+    """Without what is another one each time: times, also those of a paper, and the mark of a job."""
+    text = re.sub(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d", "TIME", text)
+    text = re.sub(r"\b\d\d/\d\d/\d{4} \d\d:\d\d\b", "TIME", text)
+    return re.sub(r"\bR[0-9A-Z]{10}\b", "MARK", text)
 
 
 def answer_of(text):
-    """Status, headers and body of an answer as curl -i prints it."""
+    """Status, headers and body of an answer as curl -i prints it; a body that is no JSON as text."""
     head, _, body = masked(text.replace("\r", "")).partition("\n\n")
     first, *rest = head.strip().splitlines()
     headers = {name.lower(): value for name, value in (line.split(": ", 1) for line in rest)}
     found = re.fullmatch(r"HTTP/1\.1 (\d{3}) .*", first)
-    return int(found.group(1)), headers, json.loads(body)
+    body = body.strip()
+    return int(found.group(1)), headers, json.loads(body) if body.startswith("{") else body

@@ -20,6 +20,19 @@ def fresh(doors, folder):
     return doors(folder).start()
 
 
+def plugin(doors, folder):
+    """A device from a file."""
+    return doors(folder, plugin=True).start()
+
+
+def busy(doors, folder):
+    """One that does not come back from a job."""
+    door = doors(folder, faulty=True, plugin=True).start(fault="hang@line:1")
+    assert door.post(SALE, "k0", path="/v1/jobs?wait=0")[0] == 202
+    until(lambda: door.get("/v1/device")[1]["queued"] == 0)
+    return door
+
+
 def hung(doors, folder):
     """A device that does not come back."""
     return doors(folder, faulty=True).start(fault="hang@line:1")
@@ -83,8 +96,8 @@ def until(holds):
         pass
 
 
-DOORS = {"fresh": fresh, "hung": hung, "late": late, "lost": lost, "open": opened, "away": away,
-         "full": full, "crowded": crowded}
+DOORS = {"fresh": fresh, "plugin": plugin, "busy": busy, "hung": hung, "late": late, "lost": lost,
+         "open": opened, "away": away, "full": full, "crowded": crowded}
 
 
 def run(door, command):
@@ -113,13 +126,14 @@ def test_each_example_is_run():
 
 
 def test_each_answer_has_an_example():
+    answers = [answer_of(answer) for _, _, answer in EXAMPLES]
     shown = {(status, body.get("code"), body.get("state"))
-             for status, _, body in (answer_of(answer) for _, _, answer in EXAMPLES)}
+             for status, _, body in answers if isinstance(body, dict)}
     codes = {(status, code) for status, code, _ in shown if code}
     rows = re.findall(r"^\| (\d{3}) \| (`.*?`) \| ", PAGE, re.M)
     table = {(int(status), code) for status, codes in rows for code in re.findall(r"`(\w+)`", codes)}
-    # Without memory nobody can say what is answered; the other two are of other devices and words.
-    assert table - codes == {(500, "failed"), (501, "no_tables"), (501, "no_such_line")}
+    # Without memory nobody can say what is answered; the other one is of other words.
+    assert table - codes == {(500, "failed"), (501, "no_such_line")}
     assert codes <= table
     sources = "".join(path.read_text() for path in (ROOT / "door/http").glob("*.cpp"))
     told = set(re.findall(r'(?:Problem|Refuse)\(\d{3}, "(\w+)"', sources))

@@ -57,7 +57,7 @@ class DoorShop {
   // --- The process
   void Start() {
     RegisterSettings settings;
-    settings.file = (folder_ / "shop.register").string();
+    settings.file = register_file();
     settings.clock = [] {
       std::tm time{};
       time.tm_year = 126;
@@ -156,6 +156,7 @@ class DoorShop {
   }
 
   // --- What the register has
+  std::string register_file() const { return (folder_ / "shop.register").string(); }
   int64_t documents() { return device->device().store().document_count(); }
   // How many registered documents have a mark on them.
   int WithMark(const std::string& mark) {

@@ -299,6 +299,13 @@ TEST(ReadReceipt, EachKindHasItsFields) {
   EXPECT_EQ(refund({{"serial", "99IEB012345"}}), "");
   EXPECT_EQ(refund({{"serial", "99 '"}}), "bad_field /refers_to/serial");
   EXPECT_EQ(refund({{"closure", 10000}}), "bad_field /refers_to/closure");
+  for (const json& kind : {json("refund"), json("void"), json("Receipt"), json(1), json(nullptr)}) {
+    EXPECT_EQ(refund({{"kind", kind}}), "bad_field /refers_to/kind") << kind;
+  }
+  // Of another register the device knows nothing.
+  EXPECT_EQ(refund({{"kind", "invoice"}}), "refused /refers_to/kind");
+  EXPECT_EQ(refund({{"kind", "invoice"}, {"serial", "99A"}}), "");
+  EXPECT_EQ(refund({{"kind", "receipt"}}), "");
   for (const char* date : {"", "2026-02-29", "2026-13-01", "2026-00-01", "2026-01-00", "1999-12-31",
                            "20260228", "2026-2-28", "28-02-2026", "2026/02/28", "2026-0a-01"}) {
     EXPECT_EQ(refund({{"date", date}}), "bad_field /refers_to/date") << date;

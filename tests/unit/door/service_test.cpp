@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -43,6 +46,89 @@ TEST(Service, WorksOnBehindWhateverIsThrown) {
   EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
   EXPECT_EQ(shop.Get(job.id).attempts, 2);
   EXPECT_EQ(shop.documents(), 1);
+}
+
+// A service on a shop, with questions.
+class Asked {
+ public:
+  explicit Asked(DoorShop& shop, FiscalDevice* device = nullptr)
+      : service_({.log = *shop.log,
+                  .device = device != nullptr ? *device : *shop.device,
+                  .judge = DoorShop::judge(),
+                  .run =
+                      [this, &shop](const std::string& line, std::string* answer) {
+                        if (line.rfind("VEND", 0) == 0) ++begun;
+                        if (at_line) at_line(line);
+                        return shop.RunLine(line, answer);
+                      },
+                  .hung = nullptr,
+                  .first_pause = std::chrono::milliseconds(1),
+                  .tell = nullptr,
+                  .answered = [this](int64_t id) { answered_.set_value(id); }}) {}
+
+  bool Put(std::function<void(FiscalDevice&)> ask) {
+    question = std::make_shared<Question>();
+    question->id = -1;
+    question->ask = std::move(ask);
+    return service_.Ask(question);
+  }
+  void Start() { service_.Start(); }
+  void Stop() { service_.Stop(); }
+  int64_t Wait() { return answered_.get_future().get(); }
+
+  std::shared_ptr<Question> question;
+  std::function<void(const std::string& line)> at_line;
+  std::atomic<int> begun{0};  // jobs
+
+ private:
+  std::promise<int64_t> answered_;
+  Service service_;
+};
+
+TEST(Service, AsksTheDeviceBetweenTwoJobsOfASeries) {
+  DoorShop shop;
+  for (const char* key : {"a", "b", "c", "d"}) shop.Sell(key);
+  Asked asked(shop);
+  int64_t documents = -1;
+  bool is_open = true;
+  asked.at_line = [&](const std::string& line) {
+    // In the middle of the second job.
+    if (asked.begun != 2 || line.rfind("VEND", 0) != 0) return;
+    EXPECT_TRUE(asked.Put([&](FiscalDevice& device) {
+      documents = shop.documents();
+      is_open = device.Ask()->is_open;
+    }));
+  };
+  asked.Start();
+  EXPECT_EQ(asked.Wait(), -1);
+  asked.Stop();
+  EXPECT_TRUE(asked.question->answered);
+  // Ahead of the third, with nothing open.
+  EXPECT_EQ(documents, 2);
+  EXPECT_FALSE(is_open);
+}
+
+TEST(Service, WhatAQuestionThrowsEndsNothing) {
+  DoorShop shop;
+  Asked asked(shop);
+  asked.Start();
+  ASSERT_TRUE(asked.Put([](FiscalDevice&) { throw 1; }));
+  EXPECT_EQ(asked.Wait(), -1);
+  asked.Stop();
+}
+
+TEST(Service, TakesSoManyQuestionsAndNoMore) {
+  DoorShop shop;
+  Asked asked(shop);
+  std::vector<std::shared_ptr<Question>> questions;
+  for (size_t i = 0; i < Questions::kMost; ++i) {
+    ASSERT_TRUE(asked.Put([](FiscalDevice&) {}));
+    questions.push_back(asked.question);
+  }
+  EXPECT_FALSE(asked.Put([](FiscalDevice&) {}));
+  // One that nobody waits for makes room.
+  questions.front()->is_dropped = true;
+  EXPECT_TRUE(asked.Put([](FiscalDevice&) {}));
 }
 
 // Away until it has been opened so many times; the first ones fail.

@@ -1,0 +1,50 @@
+// What is asked of the device by the thread that speaks with it, and waited for as a job is.
+#include <utility>
+
+#include "door/http/job_request.h"
+
+namespace lorimat::door {
+
+Reply Api::Ask(std::function<void(FiscalDevice&)> ask, int seconds,
+               std::function<Reply(bool answered)> finish) {
+  auto question = std::make_shared<Question>();
+  question->ask = std::move(ask);
+  {
+    const std::lock_guard<std::mutex> lock(asking_);
+    question->id = --last_question_;
+    questions_[question->id] = {question, finish};
+  }
+  if (!parts_.ask || !parts_.ask(question)) {
+    {
+      const std::lock_guard<std::mutex> lock(asking_);
+      questions_.erase(question->id);
+    }
+    return finish(false);
+  }
+  Reply reply;
+  reply.status = 202;
+  reply.wait_for = question->id;
+  reply.wait_seconds = seconds;
+  return reply;
+}
+
+bool Api::IsAnswered(int64_t id) {
+  const std::lock_guard<std::mutex> lock(asking_);
+  const auto found = questions_.find(id);
+  return found == questions_.end() || found->second.question->answered;
+}
+
+Reply Api::FinishQuestion(int64_t id) {
+  Waiting mine;
+  {
+    const std::lock_guard<std::mutex> lock(asking_);
+    const auto found = questions_.find(id);
+    if (found == questions_.end()) return Problem(404, "not_found", "there is no such question");
+    mine = std::move(found->second);
+    questions_.erase(found);
+  }
+  mine.question->is_dropped = true;
+  return mine.finish(mine.question->answered);
+}
+
+}  // namespace lorimat::door
