@@ -377,7 +377,7 @@ std::string DecimalText(int64_t value, int64_t one) {
   while (!digits.empty() && digits.back() == '0') digits.pop_back();
   const std::string whole =
       (value < 0 && value / one == 0 ? "-" : "") + std::to_string(value / one);
-  return digits.empty() ? whole : whole + "," + digits;
+  return digits.empty() ? whole : whole + (PointedNumbers::wanted() ? "." : ",") + digits;
 }
 
 std::string FieldText(char field, const int64_t*& number, const Refusal& refusal) {

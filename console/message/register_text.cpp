@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
@@ -13,6 +14,8 @@ namespace lorimat::console {
 namespace {
 
 using Kind = lorimat::InterruptedKind;
+
+thread_local bool pointed_numbers = false;
 
 struct KindText {
   Kind kind;
@@ -62,10 +65,18 @@ std::string KeyPositionText(int position) {
   return std::string(Translated(kNames[position - 1]));
 }
 
+PointedNumbers::PointedNumbers() : before_(std::exchange(pointed_numbers, true)) {}
+PointedNumbers::~PointedNumbers() { pointed_numbers = before_; }
+bool PointedNumbers::wanted() { return pointed_numbers; }
+
 std::string AmountText(lorimat::Amount amount) {
   std::string text = lorimat::FormatAmount(amount);
   const size_t sign = text.front() == '-' ? 1 : 0;
   const size_t comma = text.find(',');
+  if (PointedNumbers::wanted()) {
+    if (comma != std::string::npos) text[comma] = '.';
+    return text;
+  }
   for (size_t at = comma == std::string::npos ? text.size() : comma; at > sign + 3;) {
     at -= 3;
     text.insert(at, 1, '.');

@@ -12,6 +12,20 @@
 
 namespace lorimat::console {
 
+// While one of these lives, the numbers in this thread's texts have a point and nothing between
+// thousands, "1234.56": for answers whose other numbers do.
+class PointedNumbers {
+ public:
+  PointedNumbers();
+  ~PointedNumbers();
+  PointedNumbers(const PointedNumbers&) = delete;
+  PointedNumbers& operator=(const PointedNumbers&) = delete;
+  static bool wanted();
+
+ private:
+  bool before_;
+};
+
 // "1.234,56", "-0,05".
 std::string AmountText(lorimat::Amount amount);
 // The same as a number of cents.

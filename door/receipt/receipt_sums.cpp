@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "console/message/refusal_text.h"
+#include "console/message/register_text.h"
 #include "console/message/translate.h"
 #include "door/judge/code_page.h"
 #include "door/receipt/decimal.h"
@@ -97,6 +98,7 @@ class Summing {
     }
     if (note.count() == 0) return;
     const console::EnglishMessages english;
+    const console::PointedNumbers pointed;
     std::string cause = console::RefusalText(InUtf8(note.last()));
     if (cause.empty()) cause = fmt::format("the device refuses it with {}", note.last().code);
     problem_ = {422, "refused", std::move(place), std::move(cause)};

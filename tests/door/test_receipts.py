@@ -1,8 +1,10 @@
 """Receipts without the language: from a body of JSON to a document, by the program."""
 import json
+import os
 import pathlib
 import re
 import sqlite3
+import subprocess
 
 import pytest
 
@@ -100,6 +102,12 @@ def test_a_dry_run_sends_nothing_and_needs_no_key(door):
     ({"items": COFFEE["items"] * 10000}, (413, "too_large", "/items")),
     ({"items": COFFEE["items"] * 1000}, (413, "too_large", "/items")),
     ({"colour": "red"}, (400, "unknown_field", "/colour")),
+    ({"desk": 7}, (400, "bad_field", "/desk")),
+    ({"desk": "x" * 65}, (400, "bad_field", "/desk")),
+    ({"reference": "a\u0007"}, (400, "control_character", "/reference")),
+    ({"reference": "x" * 257}, (400, "bad_field", "/reference")),
+    ({"expires_s": 0}, (400, "bad_field", "/expires_s")),
+    ({"expires_s": "60"}, (400, "bad_field", "/expires_s")),
 ])
 def test_what_is_no_good_is_told_with_its_place_and_sends_nothing(door, change, expected):
     for path in ("/v1/receipts", "/v1/receipts?dry_run=true"):
@@ -151,6 +159,25 @@ def test_what_was_programmed_counts_for_the_next_receipt(door):
     assert plan["sums"]["by_vat"] == [{"vat": 2, "rate": "10%", "amount": "1.50"}]
     assert post(door, body)[1]["document"]["total"] == "1.50"
 
+
+
+def test_an_article_is_sold_by_its_code(doors, folder):
+    door = doors(folder)
+    rows_file = folder / "rows"
+    rows_file.write_bytes(b"'8001','LATTE',2,1.50\r\n")
+    lines = folder / "lines.txt"
+    lines.write_text(f"EMLINK CMD='UA', FILE='{rows_file}'\n")
+    subprocess.run([os.environ["LORIMAT"], "run", "--register", door.register, lines], check=True,
+                   capture_output=True)
+    door.start()
+    body = {**COFFEE, "items": [{"article": "8001"}, {"article": "8001", "quantity": "0.5", "price": "3.00"}]}
+    status, plan = dry(door, body)
+    assert (status, plan["sums"]["items"], plan["sums"]["total"]) == (200, ["1.50", "1.50"], "3.00")
+    status, job = post(door, body)
+    assert (status, job["state"], job["document"]["total"]) == (201, "confirmed", "3.00")
+    assert rows(door, "SELECT article, department, amount FROM document_line") == [("8001", 2, 15000)] * 2
+    status, problem = dry(door, {**COFFEE, "items": [{"article": "8002"}]})
+    assert (status, problem["code"], problem["pointer"]) == (422, "refused", "/items/0")
 
 
 def test_other_words_change_nothing(doors, folder):

@@ -434,6 +434,12 @@ TEST(ReceiptSums, ARefusalIsAnEnglishSentence) {
   const auto other = Sum(OneItem({{"article", "CAFF\u00c8 \u20ac"}}), &sums);
   ASSERT_TRUE(other);
   EXPECT_THAT(other->detail, HasSubstr("'CAFF\u00c8 \u20ac'"));
+  // Its numbers are as everywhere else in the answers.
+  const auto third =
+      Sum(OneItem({{"department", 1}, {"price", "1234.50"}, {"discount", {{"amount", "2000"}}}}),
+          &sums);
+  ASSERT_TRUE(third);
+  EXPECT_EQ(third->detail, "The discount of 2000.00 is more than the 1234.50 it is on.");
 }
 
 TEST(LineJudge, AWrittenLineReadsAsItsFieldsAndNoOther) {
