@@ -177,7 +177,7 @@ ReceiptReference ReadReference(const JsonFields& fields, DocumentKind kind) {
     if (!is_sale && reference.kind != DocumentKind::kInvoice) {
       fields.Refuse(400, "bad_field", "kind", "it is neither receipt nor invoice");
     } else if (!is_sale && reference.serial.empty()) {
-      fields.Refuse(422, "refused", "kind", "the device takes none of its invoices back");
+      fields.Refuse(400, "bad_field", "kind", "the device takes none of its own invoices back");
     }
   }
   return reference;

@@ -78,7 +78,8 @@ def test_what_the_paper_and_an_open_document_say(doors, folder):
     door.request("POST", "/v1/device/reset", {}, {"Idempotency-Key": "r"})
     assert door.get("/v1/device")[1]["open"] is None
     door.stop()
-    subprocess.run([os.environ["LORIMAT"], "fault", "add", door.register, "paper-near-end"], check=True)
+    subprocess.run([os.environ["LORIMAT"], "fault", "--register", door.register, "paper-near-end", "--every"],
+                   check=True)
     door.start()
     assert door.get("/v1/device")[1]["warnings"] == ["paper_near_end"]
 
@@ -218,7 +219,7 @@ def test_a_copy_sells_nothing(door):
     assert door.get("/v1/device")[1]["totals"] == before
     assert len(listed(door)) == 2
     door.stop()
-    paper = subprocess.run([os.environ["LORIMAT"], "paper", door.register], check=True,
+    paper = subprocess.run([os.environ["LORIMAT"], "paper", "--register", door.register], check=True,
                            capture_output=True, text=True).stdout
     # On the paper it is twice, and the receipt once.
     assert paper.count(f"FATTURA N. {invoice['number']}") == 2

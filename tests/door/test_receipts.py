@@ -163,12 +163,10 @@ def test_what_was_programmed_counts_for_the_next_receipt(door):
 
 def test_an_article_is_sold_by_its_code(doors, folder):
     door = doors(folder)
-    rows_file = folder / "rows"
-    rows_file.write_bytes(b"'8001','LATTE',2,1.50\r\n")
-    lines = folder / "lines.txt"
-    lines.write_text(f"EMLINK CMD='UA', FILE='{rows_file}'\n")
-    subprocess.run([os.environ["LORIMAT"], "run", "--register", door.register, lines], check=True,
-                   capture_output=True)
+    (folder / "rows").write_bytes(b"'8001','LATTE',2,1.50\r\n")
+    (folder / "lines.txt").write_text("EMLINK CMD='UA', FILE='rows'\n")
+    subprocess.run([os.environ["LORIMAT"], "run", "--register", door.register, "lines.txt"], check=True,
+                   capture_output=True, cwd=folder)
     door.start()
     body = {**COFFEE, "items": [{"article": "8001"}, {"article": "8001", "quantity": "0.5", "price": "3.00"}]}
     status, plan = dry(door, body)
