@@ -1,14 +1,19 @@
 #include "door/run_door.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -28,6 +33,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/streams.h"
+#include "door/door_watch.h"
 #include "door/faults.h"
 #include "door/http/api.h"
 #include "door/http/server.h"
@@ -63,6 +69,7 @@ struct Options {
   std::string language;
   std::string library;
   std::vector<std::string> operators = {"operator"};
+  std::string tell;  // empty: by where it goes
 };
 
 struct Listen {
@@ -92,14 +99,10 @@ Listen ReadListen(const std::string& text) {
   return {address, static_cast<uint16_t>(port)};
 }
 
-void TellLine(Streams& streams, const std::string& text) {
-  streams.Error("lorimatd: " + text + "\n");
-}
-
 // Tells what keeps the jobs waiting, each cause once.
 class TroubleTeller {
  public:
-  explicit TroubleTeller(Streams& streams) : streams_(streams) {}
+  explicit TroubleTeller(Notices& notices) : notices_(notices) {}
 
   void Tell(DeviceTrouble trouble, const std::exception* failure) {
     struct Row {
@@ -124,12 +127,12 @@ class TroubleTeller {
       text = std::string(console::Translated(row.text)) + cause;
     }
     if (text == told_) return;
-    if (!text.empty()) TellLine(streams_, text);
+    if (!text.empty()) notices_.Tell(Level::kNote, text);
     told_ = text;
   }
 
  private:
-  Streams& streams_;
+  Notices& notices_;
   std::string told_;
 };
 
@@ -141,15 +144,16 @@ int InitLibrary(console::Library& library, const std::string& definition,
 }
 
 // What was registered while no door was there.
-void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Streams& streams) {
+void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Notices& notices) {
   const std::optional<DeviceNumbers> seen = log.seen();
   if (!seen || *seen == now || log.First(JobState::kRunning) || log.First(JobState::kUnknown)) {
     return;
   }
-  TellLine(streams, Tr("note: the device is at closing {}, document {} and invoice {}; the log has "
-                       "seen {}, {} and {}",
-                       now.closure, now.document, now.invoice, seen->closure, seen->document,
-                       seen->invoice));
+  notices.Tell(
+      Level::kNote,
+      Tr("note: the device is at closing {}, document {} and invoice {}; the log has "
+         "seen {}, {} and {}",
+         now.closure, now.document, now.invoice, seen->closure, seen->document, seen->invoice));
 }
 
 // Their own device is not there to be asked, and might never come back.
@@ -196,7 +200,8 @@ std::string FileOf(const console::DeviceRequest& request) {
   return file;
 }
 
-std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Streams& streams) {
+std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Streams& streams,
+                                             Notices& notices) {
   if (!IsRegister(request)) {
     request.timeout += BehindTimeout(request.timeout);
     return std::make_unique<OpenedDevice>(std::move(request), streams);
@@ -209,15 +214,17 @@ std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Str
   settings.file = FileOf(request);
   auto device = std::make_unique<RegisterDevice>(std::move(settings));
   const std::string notice = device->device().start_notice();
-  if (!notice.empty()) TellLine(streams, Shown(FileOf(request)) + ": " + Shown(notice));
+  if (!notice.empty()) {
+    notices.Tell(Level::kNote, Shown(FileOf(request)) + ": " + Shown(notice));
+  }
   return device;
 }
 
 // A device that hangs at the start keeps no end of the program waiting.
-void EndIfHung(const OpenedDevice* device, Streams& streams) {
+void EndIfHung(const OpenedDevice* device, Notices& notices) {
   const std::string text = device != nullptr ? device->HangText() : std::string();
   if (text.empty()) return;
-  TellLine(streams, text);
+  notices.Tell(Level::kError, text);
   _exit(kExitHung);
 }
 
@@ -230,14 +237,38 @@ std::string LogFile(const Options& options, const console::DeviceRequest& reques
   return file;
 }
 
-// Its threads serve an Api, which has to outlive them, also where something is thrown.
-struct StoppedServer {
-  ~StoppedServer() { server.Stop(); }
+// Of a service manager that listens in the program's place.
+std::optional<int> PassedSocket(ServiceManager& manager) {
+  const std::optional<int> socket = manager.TakeSocket();
+  if (socket == -1) {
+    throw Failure(Tr("what LISTEN_FDS tells of is not one TCP socket that listens"));
+  }
+  return socket;
+}
+
+std::string AddressOf(int socket) {
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
+  std::array<char, INET_ADDRSTRLEN> text{};
+  inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
+  return std::string(text.data()) + ":" + std::to_string(ntohs(address.sin_port));
+}
+
+// Their threads use what has to outlive them, also where something is thrown.
+struct StoppedThreads {
+  ~StoppedThreads() {
+    service.Stop();
+    server.Stop();
+  }
+  Service& service;
   HttpServer& server;
 };
 
-int RunDoor(const Options& options, Streams& streams) {
-  const Listen listen = ReadListen(options.listen);
+int RunDoor(const Options& options, Streams& streams, Notices& notices) {
+  ServiceManager manager;
+  const std::optional<int> passed = PassedSocket(manager);
+  const Listen listen = ReadListen(passed ? AddressOf(*passed) : options.listen);
   const console::DeviceRequest request = console::RequestOf(options.device);
   const std::string device_file = FileOf(request);
   const std::string log_file = LogFile(options, request);
@@ -245,7 +276,7 @@ int RunDoor(const Options& options, Streams& streams) {
   // Ahead of all threads, which inherit it.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams);
+  std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams, notices);
   // What its tables are is known of the register alone.
   auto* own = dynamic_cast<RegisterDevice*>(bare.get());
   const auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
@@ -254,7 +285,7 @@ int RunDoor(const Options& options, Streams& streams) {
   WatchedDevice device(*opened, calls);
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();
-  EndIfHung(plugin, streams);
+  EndIfHung(plugin, notices);
   if (!missing.empty() || !state) {
     throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
                      Shown(device_file), missing));
@@ -267,43 +298,56 @@ int RunDoor(const Options& options, Streams& streams) {
     throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
                      Shown(state->numbers.serial)));
   }
-  TellFurtherOn(log, state->numbers, streams);
+  TellFurtherOn(log, state->numbers, notices);
 
   const console::DefinitionFile definition = console::FindDefinitionFile(options.language);
   LineJudge judge(definition.path);
   streams.StartTrace("");
   console::Library library(console::FindLibrary(options.library), streams);
   const int begun = InitLibrary(library, definition.path, device.client());
-  EndIfHung(plugin, streams);
+  EndIfHung(plugin, notices);
   if (begun != 0) {
     throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
   }
 
-  HttpServer server(listen.address, listen.port);
-  TroubleTeller teller(streams);
+  const std::unique_ptr<HttpServer> made =
+      passed ? std::make_unique<HttpServer>(*passed)
+             : std::make_unique<HttpServer>(listen.address, listen.port);
+  HttpServer& server = *made;
+  TroubleTeller teller(notices);
   KnownTables tables;
   const auto look = [&tables, own] {
     if (own != nullptr) tables.Look(own->device());
   };
   look();
-  Service service(
-      {.log = log,
-       .device = device,
-       .judge = judge,
-       .run = WithFaults([&library](const std::string& line, std::string* answer) {
-         return library.RunLine(line, answer);
-       }),
-       .watch =
-           [&look, faults = FaultWatch()](Step step) {
-             // What a job has programmed counts for the next receipt, ahead of telling that it did.
-             if (step == Step::kBeforeOutcome) look();
-             if (faults) faults(step);
-           },
-       .device_timeout = request.timeout,
-       .hung = [] { _exit(kExitHung); },
-       .tell = [&teller](DeviceTrouble trouble,
-                         const std::exception* failure) { teller.Tell(trouble, failure); },
-       .answered = [&server](int64_t question) { server.Notify(question); }});
+  DoorWatch* told = nullptr;
+  Service service({.log = log,
+                   .device = device,
+                   .judge = judge,
+                   .run = WithFaults([&library](const std::string& line, std::string* answer) {
+                     return library.RunLine(line, answer);
+                   }),
+                   .watch =
+                       [&look, faults = FaultWatch()](Step step) {
+                         // What a job has programmed counts for the next receipt, ahead of telling
+                         // that it did.
+                         if (step == Step::kBeforeOutcome) look();
+                         if (faults) faults(step);
+                       },
+                   .calls = &calls,
+                   .device_timeout = request.timeout,
+                   .hung = [] { _exit(kExitHung); },
+                   .tell =
+                       [&](DeviceTrouble trouble, const std::exception* failure) {
+                         teller.Tell(trouble, failure);
+                         // Of a log that fails nothing can be told by it.
+                         if (trouble != DeviceTrouble::kNone || failure == nullptr)
+                           told->NoteDevice(trouble);
+                       },
+                   .answered = [&server](int64_t question) { server.Notify(question); }});
+  DoorWatch watch({log, server, service, notices, manager});
+  told = &watch;
+  log.SetEventObserver([&watch](const Job* job) { watch.Told(job); });
   log.SetObserver([&server, &service](int64_t id) {
     service.NoteWritten();
     server.Notify(id);
@@ -319,22 +363,24 @@ int RunDoor(const Options& options, Streams& streams) {
            .wake = [&service] { service.Wake(); },
            .tables = [&tables] { return tables.Get(); },
            .ask = [&service](auto question) { return service.Ask(std::move(question)); },
-           .documents = documents.get()});
-  const StoppedServer stopped{server};
+           .documents = documents.get(),
+           .figures = [&watch](MetricsText& text) { watch.AddMetrics(text); }});
+  const StoppedThreads stopped{service, server};
   service.Start();
   server.Start(api);
   streams.Output("lorimatd: listening on http://" + listen.address + ":" +
                  std::to_string(server.port()) + "\n");
+  const SignsOfLife signs(manager, [&] { return watch.IsAlive(api); });
+  manager.Notify("READY=1\nSTATUS=listening on http://" + listen.address + ":" +
+                 std::to_string(server.port()));
 
-  int signal = 0;
-  while (sigwait(&signals, &signal) != 0) {
-  }
-  service.Stop();
-  server.Stop();
+  constexpr timespec kNowAndThen = {5, 0};
+  while (sigtimedwait(&signals, nullptr, &kNowAndThen) < 0) watch.NoteWarnings();
+  manager.Notify("STOPPING=1\nSTATUS=finishing the job at work");
   return console::kExitGood;
 }
 
-int ParseAndRun(int argc, char** argv, Streams& streams) {
+int ParseAndRun(int argc, char** argv, Streams& streams, Notices& notices) {
   Options options;
   CLI::App app(Tr("Takes jobs for a fiscal device by HTTP and JSON, and sees to it that each has "
                   "its effect once at most, and that every outcome is known."),
@@ -360,6 +406,11 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
                  Tr("A desk whose jobs may hold reports, closings and programming; \"operator\" "
                     "without it"))
       ->type_name("DESK");
+  app.add_option("--tell", options.tell,
+                 Tr("What standard error, or the journal, is told: errors, notes besides, or jobs "
+                    "besides as they move; without it notes, and jobs to the journal"))
+      ->type_name("WHAT")
+      ->check(CLI::IsMember(std::vector<std::string>{"errors", "notes", "jobs"}));
   console::RefuseEmptyTexts(&app);
   console::TranslateHelp(app);
   // Its footer is that of the other program.
@@ -379,11 +430,14 @@ int ParseAndRun(int argc, char** argv, Streams& streams) {
       return console::kExitGood;
     }
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-    TellLine(streams, console::UsageError(app, error, arguments));
+    notices.Tell(Level::kError, console::UsageError(app, error, arguments));
     streams.Error(Tr("Run with --help for more information.\n"));
     return console::kExitNotDone;
   }
-  return RunDoor(options, streams);
+  if (options.tell == "errors") notices.SetMost(Level::kError);
+  if (options.tell == "notes") notices.SetMost(Level::kNote);
+  if (options.tell == "jobs") notices.SetMost(Level::kJob);
+  return RunDoor(options, streams, notices);
 }
 
 }  // namespace
@@ -393,16 +447,17 @@ int RunProgram(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   try {
     Streams streams("lorimatd");
+    Notices notices(streams);
     try {
       console::OpenCatalogs(console::FindCatalogs());
-      return ParseAndRun(argc, argv, streams);
+      return ParseAndRun(argc, argv, streams, notices);
     } catch (const console::DeviceHung& hung) {
-      TellLine(streams, hung.what());
+      notices.Tell(Level::kError, hung.what());
       _exit(kExitHung);
     } catch (const Failure& failure) {
-      TellLine(streams, failure.what());
+      notices.Tell(Level::kError, failure.what());
     } catch (const std::exception& error) {
-      TellLine(streams, console::ErrorText(error));
+      notices.Tell(Level::kError, console::ErrorText(error));
     }
   } catch (const std::exception&) {
     // Neither streams nor memory for a notice.

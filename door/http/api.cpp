@@ -6,11 +6,13 @@
 #include <array>
 #include <iterator>
 
+#include "door/http/api_path.h"
 #include "door/http/body_reader.h"
 #include "door/http/fault_problem.h"
 #include "door/http/job_request.h"
 #include "door/http/receipt_post.h"
 #include "door/http/target.h"
+#include "door/http/trouble_problem.h"
 #include "register/value/register_error.h"
 
 namespace lorimat::door {
@@ -87,6 +89,10 @@ const std::vector<Api::Route>& Api::Routes() {
       {"GET", {"v1", "documents"}, &Api::ListDocuments, {"from", "to", "after", "limit"}},
       {"GET", {"v1", "documents", "#", "#"}, &Api::GetDocument, {"kind"}},
       {"POST", {"v1", "documents", "#", "#", "copy"}, &Api::PostCopy, {"kind", "wait"}},
+      {"GET", {"v1", "events"}, &Api::GetEvents, {"after", "follow"}},
+      {"GET", {"healthz"}, &Api::GetHealth, {}},
+      {"GET", {"readyz"}, &Api::GetReady, {}},
+      {"GET", {"metrics"}, &Api::GetMetrics, {}},
   };
   return kRoutes;
 }
@@ -268,7 +274,7 @@ Reply Api::Take(NewJob job, int wait) {
   const DeviceTrouble trouble = parts_.trouble();
   // What gives up an open document is not to wait for it.
   const bool helps = job.effect == JobEffect::kReset && trouble == DeviceTrouble::kDocumentOpen;
-  if (trouble != DeviceTrouble::kNone && !helps) return TroubleProblem(trouble);
+  if (std::optional<Reply> away = TroubleProblem(trouble); away && !helps) return *away;
   if (parts_.log.Count(JobState::kQueued) >= kMostQueued) {
     Reply reply = Problem(429, "queue_full", fmt::format("{} jobs are waiting", kMostQueued));
     reply.headers.emplace_back("Retry-After", "5");

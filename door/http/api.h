@@ -22,6 +22,8 @@
 namespace lorimat::door {
 
 class BodyReader;
+class EventStream;
+class MetricsText;
 class ReceiptPost;
 
 struct Request {
@@ -30,7 +32,8 @@ struct Request {
   std::string host;
   std::optional<std::string> origin;
   std::string content_type;
-  std::optional<std::string> key;  // Idempotency-Key
+  std::optional<std::string> key;                 // Idempotency-Key
+  std::optional<std::string> last_event_id = {};  // Last-Event-ID
   std::optional<uint64_t> content_length = {};
   std::string body = {};
   std::string accept = {};  // empty for none
@@ -45,6 +48,8 @@ struct Reply {
   // below 0 is that of a question to the device.
   std::optional<int64_t> wait_for = {};
   int wait_seconds = 0;
+  // Instead of a body: what comes, until the client goes.
+  std::shared_ptr<EventStream> events = {};
 };
 
 class Api {
@@ -74,6 +79,8 @@ class Api {
     std::function<bool(std::shared_ptr<Question>)> ask = nullptr;
     // What the device keeps, where it is a register.
     KeptDocuments* documents = nullptr;
+    // Figures of the program beside those of the log; may be null.
+    std::function<void(MetricsText& text)> figures = nullptr;
   };
 
   // What the door takes, each as "GET /v1/jobs/#?key&desk"; "#" is a number. door/openapi.json
@@ -91,12 +98,7 @@ class Api {
   Reply Finish(int64_t job_id) noexcept;
 
  private:
-  struct Path {
-    int64_t id = 0;      // of a job, or of a day's closing
-    int64_t number = 0;  // of a document
-    std::string action;  // the last segment
-    std::map<std::string, std::string> query;
-  };
+  struct Path;
   using Handler = Reply (Api::*)(const Request& request, const Path& path);
   struct Route;
 
@@ -124,6 +126,10 @@ class Api {
             std::function<Reply(bool answered)> finish);
   Reply FinishQuestion(int64_t id);
   bool IsAnswered(int64_t id);
+  Reply GetEvents(const Request& request, const Path& path);
+  Reply GetHealth(const Request& request, const Path& path);
+  Reply GetReady(const Request& request, const Path& path);
+  Reply GetMetrics(const Request& request, const Path& path);
   Reply JudgeAndTake(NewJob job, int wait);
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);
@@ -151,5 +157,7 @@ Reply Problem(int status, std::string_view code, const std::string& detail,
               const std::string& pointer = {});
 // A job as clients see it.
 std::string JobJson(const Job& job, bool replayed);
+// What is told by an event, without a line end.
+std::string EventJson(const LogEvent& event);
 
 }  // namespace lorimat::door

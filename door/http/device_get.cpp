@@ -3,8 +3,10 @@
 #include <utility>
 #include <vector>
 
+#include "door/http/api_path.h"
 #include "door/http/document_json.h"
 #include "door/http/job_request.h"
+#include "door/http/trouble_problem.h"
 #include "door/judge/code_page.h"
 #include "door/log/iso_time.h"
 #include "door/receipt/decimal.h"
@@ -66,11 +68,11 @@ Reply Api::DeviceReply() {
     reported = reported_;
   }
   const DeviceTrouble trouble = parts_.trouble();
-  const char* code = TroubleCode(trouble);
+  const std::string_view code = TroubleCode(trouble);
   ordered_json json;
   json["serial"] = parts_.log.serial();
   json["ready"] = trouble == DeviceTrouble::kNone && !parts_.log_failed();
-  json["trouble"] = code == nullptr ? ordered_json() : ordered_json(code);
+  json["trouble"] = code.empty() ? ordered_json() : ordered_json(code);
   json["queued"] = parts_.log.Count(JobState::kQueued);
   json["unknown"] = parts_.log.Count(JobState::kUnknown);
   json["needs_operator"] = parts_.log.Count(JobState::kNeedsOperator);

@@ -5,11 +5,13 @@
 #include <utility>
 
 #include "door/http/accept.h"
+#include "door/http/api_path.h"
 #include "door/http/body_reader.h"
 #include "door/http/document_json.h"
 #include "door/http/job_request.h"
 #include "door/http/receipt_post.h"
 #include "door/http/target.h"
+#include "door/http/trouble_problem.h"
 #include "door/job/register_device.h"
 #include "door/judge/code_page.h"
 #include "door/log/iso_time.h"
@@ -207,7 +209,7 @@ Reply Api::AskForDocument(const std::string& type, const Path& path,
   };
   return Ask(ask, kPaperSeconds, [this, found, type, name](bool answered) {
     const DeviceTrouble trouble = parts_.trouble();
-    if (!answered && trouble != DeviceTrouble::kNone) return TroubleProblem(trouble);
+    if (std::optional<Reply> away = TroubleProblem(trouble); away && !answered) return *away;
     if (!answered || found->told == Told::kNoAnswer) {
       return Busy("the device is at work, or does not answer");
     }

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <iterator>
 #include <string_view>
 
 #include "door/http/target.h"
@@ -19,27 +18,6 @@ bool IsKey(std::string_view key) {
            return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
                   c == '_' || c == '.' || c == ':' || c == '-';
          });
-}
-
-// What keeps a new job from being taken.
-struct TroubleRow {
-  DeviceTrouble trouble;
-  const char* code;
-  const char* detail;
-};
-
-constexpr TroubleRow kTroubles[] = {
-    {DeviceTrouble::kDocumentOpen, "document_open",
-     "a document is open on the device that belongs to no job; an operator has to reset it"},
-    {DeviceTrouble::kAway, "device_away", "the device does not answer"},
-    {DeviceTrouble::kOtherDevice, "device_away",
-     "the device is not the one that the log belongs to"},
-};
-
-const TroubleRow* FindTrouble(DeviceTrouble trouble) {
-  const auto* row = std::find_if(std::begin(kTroubles), std::end(kTroubles),
-                                 [&](const TroubleRow& one) { return one.trouble == trouble; });
-  return row == std::end(kTroubles) ? nullptr : row;
 }
 
 }  // namespace
@@ -71,24 +49,6 @@ std::optional<int> WaitOf(const std::map<std::string, std::string>& query) {
 Reply WaitProblem() {
   return Problem(400, "bad_field",
                  fmt::format("wait: is no whole number of 0 to {}", Api::kMostWait));
-}
-
-const char* TroubleCode(DeviceTrouble trouble) {
-  const TroubleRow* row = FindTrouble(trouble);
-  return row == nullptr ? nullptr : row->code;
-}
-
-Reply TroubleProblem(DeviceTrouble trouble) {
-  const TroubleRow* row = FindTrouble(trouble);
-  Reply reply = Problem(503, row->code, row->detail);
-  reply.headers.emplace_back("Retry-After", "5");
-  return reply;
-}
-
-Reply StorageProblem() {
-  Reply reply = Problem(503, "disk_full", "the log cannot be written or read");
-  reply.headers.emplace_back("Retry-After", "10");
-  return reply;
 }
 
 }  // namespace lorimat::door

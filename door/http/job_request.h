@@ -1,5 +1,4 @@
-// What the requests of jobs have in common: the key, how long they wait, and what keeps a job from
-// being taken.
+// What the requests of jobs have in common: the key, and how long they wait.
 #pragma once
 
 #include <map>
@@ -19,10 +18,5 @@ std::optional<Reply> KeyProblem(const std::optional<std::string>& key);
 // Seconds; nothing for what is no such number.
 std::optional<int> WaitOf(const std::map<std::string, std::string>& query);
 Reply WaitProblem();
-
-// What a trouble is called; null for none.
-const char* TroubleCode(DeviceTrouble trouble);
-Reply TroubleProblem(DeviceTrouble trouble);
-Reply StorageProblem();
 
 }  // namespace lorimat::door

@@ -46,6 +46,8 @@ Request HeadOf(const RequestParser& parser) {
   request.accept = Text(message[http::field::accept]);
   const auto key = message.find("Idempotency-Key");
   if (key != message.end()) request.key = Text(key->value());
+  const auto last = message.find("Last-Event-ID");
+  if (last != message.end()) request.last_event_id = Text(last->value());
   const boost::optional<uint64_t> length = parser.content_length();
   if (length) request.content_length = *length;
   return request;
@@ -65,6 +67,21 @@ Reply TooManyRequests(std::string_view where) {
   Reply reply = Problem(429, "too_many_requests", fmt::format("too many requests {}", where));
   reply.headers.emplace_back("Retry-After", "1");
   return reply;
+}
+
+Reply TooManyFollow() {
+  Reply reply = Problem(429, "too_many_streams", "too many clients follow the events");
+  reply.headers.emplace_back("Retry-After", "5");
+  return reply;
+}
+
+std::string StreamHead(const Reply& reply) {
+  std::string head = fmt::format(
+      "HTTP/1.1 {} OK\r\nContent-Type: {}\r\nCache-Control: no-store\r\n"
+      "X-Content-Type-Options: nosniff\r\nConnection: close\r\n",
+      reply.status, reply.content_type);
+  for (const auto& [name, value] : reply.headers) head += fmt::format("{}: {}\r\n", name, value);
+  return head + "\r\n";
 }
 
 ReplyMessage MessageOf(Reply& reply, unsigned version, bool keep) {

@@ -8,6 +8,8 @@
 #include <boost/system/error_code.hpp>
 #include <cstddef>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "door/http/api.h"
 
@@ -31,6 +33,10 @@ std::optional<Reply> RefuseHead(const Api& api, const RequestParser& parser,
                                 const Request& request);
 // The reply to too many requests.
 Reply TooManyRequests(std::string_view where);
+// The reply to a client that would follow events, where too many do.
+Reply TooManyFollow();
+// The head of an answer that ends when the connection does.
+std::string StreamHead(const Reply& reply);
 // Takes the body out of the reply.
 ReplyMessage MessageOf(Reply& reply, unsigned version, bool keep);
 

@@ -11,6 +11,7 @@
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
@@ -26,6 +27,7 @@
 #include <vector>
 
 #include "door/http/api.h"
+#include "door/http/event_stream.h"
 #include "door/http/message.h"
 
 namespace lorimat::door {
@@ -57,6 +59,12 @@ class HttpServer::Impl {
     port_ = acceptor_.local_endpoint().port();
   }
 
+  Impl(int listening, const ServerLimits& limits)
+      : limits_(limits), all_(limits.all), io_(kThreads), acceptor_(asio::make_strand(io_)) {
+    acceptor_.assign(tcp::v4(), listening);
+    port_ = acceptor_.local_endpoint().port();
+  }
+
   ~Impl() { Stop(); }
 
   uint16_t port() const { return port_; }
@@ -72,6 +80,18 @@ class HttpServer::Impl {
     const auto [first, last] = waiting_.equal_range(job_id);
     for (auto row = first; row != last; ++row) Wake(row->second);
   }
+
+  void NotifyEvents() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const std::shared_ptr<Timer>& timer : streams_) Wake(timer);
+  }
+
+  ServerFigures figures() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return {taken_, refused_, connections_, waiting_.size(), streams_.size()};
+  }
+
+  void Post(std::function<void()> task) { asio::post(io_, std::move(task)); }
 
   void Stop() {
     if (threads_.empty()) return;
@@ -129,7 +149,12 @@ class HttpServer::Impl {
       if (!acceptor_.is_open()) co_return;
       // No descriptor is left, say: others have to end first.
       if (error) co_return;
-      if (connections_ < limits_.connections) Begin(std::move(socket));
+      ++taken_;
+      if (connections_ < limits_.connections) {
+        Begin(std::move(socket));
+      } else {
+        ++refused_;
+      }
     }
   }
 
@@ -246,7 +271,66 @@ class HttpServer::Impl {
       co_await WaitFor(*reply.wait_for, reply.wait_seconds, stream);
       reply = api_->Finish(*reply.wait_for);
     }
+    if (reply.events) co_return co_await Follow(stream, reply, version);
     co_return co_await Write(stream, reply, version, keep);
+  }
+
+  // A client that follows events: its timer is woken when there are more.
+  class Following {
+   public:
+    Following(Impl& server, std::shared_ptr<Timer> timer) : server_(server) {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      began_ = server_.streams_.size() < server_.limits_.streams;
+      if (began_) row_ = server_.streams_.insert(std::move(timer)).first;
+    }
+    ~Following() {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      if (began_) server_.streams_.erase(row_);
+    }
+    Following(const Following&) = delete;
+    Following& operator=(const Following&) = delete;
+    // Not when too many follow.
+    bool began() const { return began_; }
+
+   private:
+    Impl& server_;
+    std::set<std::shared_ptr<Timer>>::iterator row_;
+    bool began_ = false;
+  };
+
+  // Until the client goes, does not take what it is sent, or the server stops. The connection does
+  // not go on: its end is that of the answer.
+  asio::awaitable<bool> Follow(beast::tcp_stream& stream, Reply& reply, unsigned version) {
+    const auto timer = std::make_shared<Timer>(stream.get_executor());
+    const Following following(*this, timer);
+    if (!following.began()) {
+      Reply full = TooManyFollow();
+      co_return co_await Write(stream, full, version, false);
+    }
+    const Idle idle(*this, stream);
+    if (!idle.began()) co_return false;
+    // A client has nothing more to say: what can be read is its end. Whoever waits is woken.
+    const auto gone = std::make_shared<bool>(false);
+    beast::get_lowest_layer(stream).socket().async_wait(
+        tcp::socket::wait_read, [gone, timer](const boost::system::error_code&) {
+          *gone = true;
+          timer->cancel();
+        });
+    std::string bytes = StreamHead(reply);
+    while (!*gone && !IsStopping()) {
+      if (bytes.empty()) bytes = reply.events->Next();
+      if (bytes.empty()) {
+        timer->expires_after(limits_.heartbeat);
+        auto [woken] = co_await timer->async_wait(kTuple);
+        if (!woken) bytes = EventStream::kHeartbeat;
+        continue;
+      }
+      stream.expires_after(limits_.write_time);
+      auto [error, size] = co_await asio::async_write(stream, asio::buffer(bytes), kTuple);
+      if (error) break;
+      bytes.clear();
+    }
+    co_return false;
   }
 
   // Ahead of all that costs more: a client that does nothing but ask is not to keep others away.
@@ -298,17 +382,25 @@ class HttpServer::Impl {
   std::atomic<int> connections_{0};
   std::mutex mutex_;
   bool stopping_ = false;
+  std::atomic<int64_t> taken_{0};
+  std::atomic<int64_t> refused_{0};
   std::multimap<int64_t, std::shared_ptr<Timer>> waiting_;
+  std::set<std::shared_ptr<Timer>> streams_;
   std::set<beast::tcp_stream*> idle_;
   std::vector<std::thread> threads_;
 };
 
 HttpServer::HttpServer(const std::string& address, uint16_t port, const ServerLimits& limits)
     : impl_(std::make_unique<Impl>(address, port, limits)) {}
+HttpServer::HttpServer(int listening, const ServerLimits& limits)
+    : impl_(std::make_unique<Impl>(listening, limits)) {}
 HttpServer::~HttpServer() = default;
 uint16_t HttpServer::port() const { return impl_->port(); }
 void HttpServer::Start(Api& api) { impl_->Start(api); }
 void HttpServer::Notify(int64_t job_id) { impl_->Notify(job_id); }
+void HttpServer::NotifyEvents() { impl_->NotifyEvents(); }
+ServerFigures HttpServer::figures() { return impl_->figures(); }
+void HttpServer::Post(std::function<void()> task) { impl_->Post(std::move(task)); }
 void HttpServer::Stop() { impl_->Stop(); }
 
 }  // namespace lorimat::door

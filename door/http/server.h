@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,8 @@ struct ServerLimits {
   int connections = 200;
   // Of these, as many may wait for a job; one more is answered at once.
   size_t waiting = 100;
+  // As many may follow events; one more is answered 429.
+  size_t streams = 32;
   // Requests; one more is answered 429, and its connection closed.
   Rate connection = {std::chrono::milliseconds(5), 1000};
   Rate all = {std::chrono::microseconds(500), 4000};
@@ -26,12 +29,24 @@ struct ServerLimits {
   std::chrono::milliseconds head_time = std::chrono::seconds(15);
   std::chrono::milliseconds body_time = std::chrono::seconds(15);
   std::chrono::milliseconds write_time = std::chrono::seconds(15);
+  // Between two signs of life to a client that follows events.
+  std::chrono::milliseconds heartbeat = std::chrono::seconds(15);
+};
+
+struct ServerFigures {
+  int64_t taken = 0;    // connections, since the start
+  int64_t refused = 0;  // of these, closed as they came
+  int connections = 0;  // now
+  size_t waiting = 0;   // requests that wait for a job
+  size_t streams = 0;   // connections that follow events
 };
 
 class HttpServer {
  public:
   // Listens; port 0 picks a free one. Throws std::exception with the cause.
   HttpServer(const std::string& address, uint16_t port, const ServerLimits& limits = {});
+  // On a socket that listens already, which it closes.
+  explicit HttpServer(int listening, const ServerLimits& limits = {});
   // As Stop.
   ~HttpServer();
   HttpServer(const HttpServer&) = delete;
@@ -42,6 +57,11 @@ class HttpServer {
   void Start(Api& api);
   // Nobody is to wait for this job any longer. From any thread.
   void Notify(int64_t job_id);
+  // There are events. From any thread.
+  void NotifyEvents();
+  ServerFigures figures();
+  // Runs it by one of the threads that answer requests. Behind Start.
+  void Post(std::function<void()> task);
   // Takes no connection any more, and answers those that wait.
   void Stop();
 

@@ -4,15 +4,12 @@
 #include <utility>
 
 namespace lorimat::door {
-namespace {
 
 int64_t SteadyTime() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(
              std::chrono::steady_clock::now().time_since_epoch())
       .count();
 }
-
-}  // namespace
 
 CallWatch::CallWatch(Clock clock) : clock_(clock ? std::move(clock) : Clock(&SteadyTime)) {}
 

@@ -9,6 +9,9 @@
 
 namespace lorimat::door {
 
+// Milliseconds of the computer's clock that is never put back.
+int64_t SteadyTime();
+
 class CallWatch {
  public:
   using Clock = std::function<int64_t()>;  // milliseconds, of a clock that is never put back

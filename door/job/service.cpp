@@ -10,11 +10,48 @@ namespace lorimat::door {
 
 Service::Service(Parts parts)
     : parts_(std::move(parts)),
-      worker_(parts_.log, parts_.device, parts_.judge, parts_.run, parts_.watch) {}
+      worker_(
+          parts_.log, parts_.device, parts_.judge,
+          [this](const std::string& line, std::string* answer) {
+            NoteBeat();
+            const int64_t begun = SteadyTime();
+            const long code = parts_.run(line, answer);
+            NoteLine(code, SteadyTime() - begun);
+            NoteBeat();
+            return code;
+          },
+          [this](Step step) {
+            NoteBeat();
+            if (parts_.watch) parts_.watch(step);
+          }) {}
 
 Service::~Service() { Stop(); }
 
+void Service::NoteBeat() { beat_ = SteadyTime(); }
+
+void Service::NoteLine(long code, int64_t milliseconds) {
+  const std::lock_guard<std::mutex> lock(figures_mutex_);
+  figures_.lines.Add(
+      std::chrono::duration<double>(std::chrono::milliseconds(milliseconds)).count());
+  if (code != 0) ++figures_.failed;
+}
+
+ServiceFigures Service::figures() const {
+  const std::lock_guard<std::mutex> lock(figures_mutex_);
+  return figures_;
+}
+
+bool Service::IsAlive() const {
+  // The longest pause is some seconds.
+  constexpr std::chrono::milliseconds kBeyond = std::chrono::seconds(60);
+  const std::chrono::milliseconds most = parts_.device_timeout + kBeyond;
+  // One step of a job may be several calls, each of which may take its time.
+  const std::optional<int64_t> call = parts_.calls ? parts_.calls->Since() : std::nullopt;
+  return call.value_or(SteadyTime() - beat_) <= most.count();
+}
+
 void Service::Start() {
+  beat_ = SteadyTime();
   thread_ = std::thread([this] { Loop(); });
   watcher_ = std::thread([this] { WatchLoop(); });
 }
@@ -64,7 +101,7 @@ bool Service::AnswerQuestions() noexcept {
     for (const int64_t begun = SteadyTime(); SteadyTime() - begun < kLongest;) {
       const std::shared_ptr<Question> question = questions_.Next();
       if (question == nullptr) break;
-      NoteCall();
+      NoteBeat();
       try {
         question->ask(parts_.device);
       } catch (...) {

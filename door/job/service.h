@@ -13,8 +13,14 @@
 #include "door/job/call_watch.h"
 #include "door/job/questions.h"
 #include "door/job/worker.h"
+#include "door/log/figures.h"
 
 namespace lorimat::door {
+
+struct ServiceFigures {
+  Durations lines{};   // that were sent, of jobs and ahead of them
+  int64_t failed = 0;  // of these, not answered with 0
+};
 
 class Service {
  public:
@@ -59,6 +65,9 @@ class Service {
   bool Ask(std::shared_ptr<Question> question);
 
   DeviceTrouble trouble() const { return worker_.trouble(); }
+  ServiceFigures figures() const;
+  // Whether the working thread comes round, or is in a call that may take as long as it does.
+  bool IsAlive() const;
   // Whether the log could not be written the last time.
   bool log_failed() const { return log_failed_; }
   // It has been, as its observer knows ahead of whoever is told of it; any thread may call it.
@@ -80,6 +89,8 @@ class Service {
   void WatchLoop();
   void NoteHang();
   void Pause(int* round);
+  void NoteBeat();
+  void NoteLine(long code, int64_t milliseconds);
 
   Parts parts_;
   Worker worker_;
@@ -92,6 +103,10 @@ class Service {
   bool hang_noted_ = false;  // in the log, or it cannot be
   bool opening_failed_ = false;
   std::atomic<bool> log_failed_{false};
+  mutable std::mutex figures_mutex_;
+  ServiceFigures figures_;
+  // When the working thread was last seen at work: milliseconds of a steady clock.
+  std::atomic<int64_t> beat_{0};
   std::thread thread_;
   std::thread watcher_;
   std::thread noter_;

@@ -12,7 +12,7 @@
 namespace lorimat::door {
 namespace {
 
-constexpr int kVersion = 2;
+constexpr int kVersion = 3;
 constexpr DatabaseKind kLogKind = {0x4C4D444C, kVersion};
 
 // What Load takes.
@@ -56,18 +56,29 @@ bool IsOne(int64_t number) {
 JobLog::JobLog(const std::string& file, Clock clock)
     : clock_(clock ? std::move(clock) : Clock(&ComputerTime)),
       database_(file, Database::Open::kCreate, kLogKind) {
-  if (database_.version() == kVersion) return;
-  Transaction unit(database_);
-  if (database_.version() == 0) MakeTables();
-  // What finds the jobs of a document; version 1 had none.
-  database_.Execute(
-      "ALTER TABLE job ADD COLUMN closure INTEGER;"
-      "ALTER TABLE job ADD COLUMN number INTEGER;"
-      "UPDATE job SET closure = json_extract(document, '$.closure'),"
-      " number = json_extract(document, '$.number') WHERE document IS NOT NULL;"
-      "CREATE INDEX job_by_document ON job (closure, number) WHERE closure IS NOT NULL;");
-  database_.SetVersion(kVersion);
-  unit.Commit();
+  if (database_.version() != kVersion) {
+    Transaction unit(database_);
+    if (database_.version() == 0) MakeTables();
+    if (database_.version() < 2) {
+      // What finds the jobs of a document; version 1 had none.
+      database_.Execute(
+          "ALTER TABLE job ADD COLUMN closure INTEGER;"
+          "ALTER TABLE job ADD COLUMN number INTEGER;"
+          "UPDATE job SET closure = json_extract(document, '$.closure'),"
+          " number = json_extract(document, '$.number') WHERE document IS NOT NULL;"
+          "CREATE INDEX job_by_document ON job (closure, number) WHERE closure IS NOT NULL;");
+    }
+    // Version 2 had no events: what was before has none.
+    events_.Make();
+    database_.SetVersion(kVersion);
+    unit.Commit();
+  }
+  Statement rows = database_.Prepare("SELECT state, count(*) FROM job GROUP BY state");
+  rows.With();
+  while (rows.Step()) {
+    if (!IsOne<JobState>(rows.Integer(0))) database_.Damaged("job");
+    figures_.jobs[static_cast<size_t>(rows.Integer(0))] = rows.Integer(1);
+  }
 }
 
 void JobLog::MakeTables() {
@@ -267,8 +278,10 @@ Job JobLog::Accept(const NewJob& job, bool* was_there) {
     for (Acceptance* one : batch) one->is_over = true;
     accepted_.notify_all();
   }
+  waiting.unlock();
   if (mine.failure) std::rethrow_exception(mine.failure);
   *was_there = mine.was_there;
+  if (!mine.was_there) TellEvent(&mine.accepted);
   return std::move(mine.accepted);
 }
 
@@ -278,7 +291,10 @@ void JobLog::AcceptAll(const std::vector<Acceptance*>& batch) noexcept {
     const std::lock_guard<std::mutex> lock(mutex_);
     Transaction unit(database_);
     for (Acceptance* one : batch) one->accepted = Accepted(one->job, &one->was_there);
-    unit.Commit();
+    Commit(unit, {});
+    for (const Acceptance* one : batch) {
+      if (!one->was_there) Count(one->accepted, one->accepted.history.size());
+    }
   } catch (...) {
     for (Acceptance* one : batch) one->failure = std::current_exception();
   }
@@ -306,6 +322,7 @@ Job JobLog::Accepted(const NewJob& job, bool* was_there) {
     last.Step();
     id = last.Integer(0);
     Note(id, JobState::kQueued, Why::kAccepted, {});
+    events_.AddStep(id, false);
     if (job.refused) {
       Moved(id, JobState::kRejected, Why::kRefusedLine,
             {.answers = std::vector<LineAnswer>{*job.refused}});
@@ -357,7 +374,9 @@ Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
   Note(id, to, why, news.note);
   Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
   row.With(id);
-  return LoadOne(std::move(row)).value();
+  Job job = LoadOne(std::move(row)).value();
+  events_.AddStep(id, to == JobState::kConfirmed && job.document.has_value());
+  return job;
 }
 
 Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
@@ -367,46 +386,44 @@ Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
     // It ends ahead of the lock: behind it the next thread's unit is under way.
     Transaction unit(database_);
     job = Moved(id, to, why, news);
-    unit.Commit();
+    Commit(unit, {&job});
   }
-  Tell(id, to);
+  Tell(job);
   return job;
 }
 
 Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
+  Job ended;
   Job job;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     Transaction unit(database_);
-    Moved(first.id, first.to, first.why, first.news);
+    ended = Moved(first.id, first.to, first.why, first.news);
     job = Moved(second.id, second.to, second.why, second.news);
-    unit.Commit();
+    Commit(unit, {&ended, &job});
   }
-  Tell(first.id, first.to);
-  Tell(second.id, second.to);
+  Tell(ended);
+  Tell(job);
   return job;
 }
 
-void JobLog::Tell(int64_t id, JobState state) const noexcept {
-  try {
-    if (observer_ && (IsFinal(state) || state == JobState::kNeedsOperator)) observer_(id);
-  } catch (...) {
-    // Whoever waits asks the log when its time is over.
-  }
-}
-
 int JobLog::Expire() {
-  std::vector<int64_t> over;
+  std::vector<Job> expired;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
-    over = Overdue();
+    const std::vector<int64_t> over = Overdue();
     if (over.empty()) return 0;
     Transaction unit(database_);
-    for (const int64_t id : over) Moved(id, JobState::kExpired, Why::kExpired, {});
-    unit.Commit();
+    for (const int64_t id : over) {
+      expired.push_back(Moved(id, JobState::kExpired, Why::kExpired, {}));
+      // Of many they would take more than there is.
+      expired.back().lines = {};
+    }
+    Commit(unit, {});
+    for (const Job& job : expired) Count(job, 1);
   }
-  for (const int64_t id : over) Tell(id, JobState::kExpired);
-  return static_cast<int>(over.size());
+  for (const Job& job : expired) Tell(job);
+  return static_cast<int>(expired.size());
 }
 
 std::vector<int64_t> JobLog::Overdue() {

@@ -7,6 +7,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <initializer_list>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -16,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "door/log/event_table.h"
+#include "door/log/figures.h"
 #include "door/log/job.h"
 #include "register/storage/database.h"
 
@@ -107,9 +110,23 @@ class JobLog {
 
   int64_t Now() const { return clock_(); }
 
+  // How the device is, or what somebody should look at (LogEvent::text): an event, by a commit of
+  // its own, where it is not what was told of the same kind before; nothing was before the first.
+  void NoteText(EventKind kind, const std::string& text);
+  // At most so many behind that number; for a desk without what belongs to another one.
+  EventPage Events(int64_t after, int limit, const std::optional<std::string>& desk = {});
+  int64_t LastEvent();
+  LogFigures Figures();
+  // Empty for a log in memory.
+  const std::string& file() const { return database_.file(); }
+
   // Told, by the thread that moved it, of each job that nothing more is to be waited for: it is
   // over, or an operator is needed. To be set before other threads use the log.
   void SetObserver(std::function<void(int64_t id)> observer) { observer_ = std::move(observer); }
+  // Told, in the same manner, of each event: of the job that has come or moved, or null.
+  void SetEventObserver(std::function<void(const Job* job)> observer) {
+    event_observer_ = std::move(observer);
+  }
 
  private:
   struct Acceptance;
@@ -122,7 +139,11 @@ class JobLog {
   void Note(int64_t id, JobState state, Why why, const std::string& note);
   std::vector<int64_t> Overdue();
   // It is on the disk by then: what keeps somebody from being told takes nothing back.
-  void Tell(int64_t id, JobState state) const noexcept;
+  void Tell(const Job& job) const noexcept;
+  void TellEvent(const Job* job) const noexcept;
+  // Behind the commit: what has changed by it.
+  void Commit(Transaction& unit, std::initializer_list<const Job*> moved);
+  void Count(const Job& job, size_t steps);
   void PutValue(std::string_view name, const std::string& value);
   std::optional<std::string> Value(std::string_view name);
   Job Moved(int64_t id, JobState to, Why why, const JobNews& news);
@@ -134,7 +155,10 @@ class JobLog {
   std::mutex mutex_;
   Clock clock_;
   std::function<void(int64_t id)> observer_;
+  std::function<void(const Job* job)> event_observer_;
   Database database_;
+  EventTable events_{database_};
+  LogFigures figures_;
 };
 
 }  // namespace lorimat::door

@@ -32,8 +32,9 @@ class Door:
             self.device = ["--device", os.environ["LORIMATD_PLUGIN"], "--device-option",
                            f"file={self.register}", "--log", f"{self.register}.door"]
 
-    def start(self, *options, fault=None, once=False, most_bytes=None, trace=None):
-        environment = dict(os.environ, LC_ALL="C")
+    def start(self, *options, fault=None, once=False, most_bytes=None, trace=None,
+              more=None):
+        environment = dict(os.environ, LC_ALL="C", **(more or {}))
         if fault:
             environment["LORIMATD_FAULT"] = fault
         if once:

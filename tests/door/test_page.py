@@ -1,4 +1,5 @@
 """Each example of docs/door.md, run as it stands there, and its answer."""
+import http.client
 import pathlib
 import re
 import resource
@@ -90,6 +91,23 @@ def crowded(doors, folder):
     return door
 
 
+def followed(doors, folder):
+    """As many clients follow the events as may."""
+    door = doors(folder).start()
+    door.readers = [open_events(door) for _ in range(32)]
+    return door
+
+
+def open_events(door):
+    """A connection that follows, behind the head of its answer."""
+    reader = http.client.HTTPConnection("127.0.0.1", door.port, timeout=60)
+    reader.request("GET", "/v1/events")
+    reply = reader.getresponse()
+    assert reply.status == 200
+    # It has the connection by now.
+    return reply
+
+
 def until(holds):
     """Asks again and again; ctest ends what never comes."""
     while not holds():
@@ -97,7 +115,7 @@ def until(holds):
 
 
 DOORS = {"fresh": fresh, "plugin": plugin, "busy": busy, "hung": hung, "late": late, "lost": lost,
-         "open": opened, "away": away, "full": full, "crowded": crowded}
+         "open": opened, "away": away, "full": full, "crowded": crowded, "followed": followed}
 
 
 def run(door, command):

@@ -257,7 +257,7 @@ TEST_F(JobLogTest, AnAcceptanceIsAnsweredBehindItsCommit) {
         job.expires = 2000;
         bool was_there = true;
         const int64_t id = log_->Accept(job, &was_there).id;
-        Database reader(File(), Database::Open::kRead, {0x4C4D444C, 2});
+        Database reader(File(), Database::Open::kRead, {0x4C4D444C, 3});
         Statement row = reader.Prepare("SELECT desk FROM job WHERE id = ?");
         row.With(id);
         if (was_there || !row.Step() || row.String(0) != job.desk) ++missing;
@@ -334,7 +334,7 @@ TEST_F(JobLogTest, TheJobOfADocumentIsFoundWithoutALookAtAll) {
   ASSERT_EQ(log_->WithDocument(2, 3).size(), 1u);
   EXPECT_TRUE(log_->WithDocument(2, 4).empty());
   log_.reset();
-  Database reader(File(), Database::Open::kRead, {0x4C4D444C, 2});
+  Database reader(File(), Database::Open::kRead, {0x4C4D444C, 3});
   Statement plan = reader.Prepare(
       "EXPLAIN QUERY PLAN SELECT id FROM job WHERE closure = ? AND number = ? ORDER BY id");
   plan.With(2, 3);

@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 
 #include <string>
+#include <thread>
 
 #include "console/terminal/streams.h"
 #include "door/http/api.h"
@@ -28,6 +29,7 @@ class Network {
  public:
   explicit Network(const ServerLimits& limits) : server_("127.0.0.1", 0, limits) {
     log_.Bind("99LRM0000001VR");
+    log_.SetEventObserver([this](const Job*) { server_.NotifyEvents(); });
     server_.Start(api_);
   }
   // Ahead of what answers for it.
@@ -47,6 +49,18 @@ class Network {
   std::string Get(const std::string& more = "\r\n") const {
     return "GET /v1/device HTTP/1.1\r\nHost: " + host() + "\r\n" + more;
   }
+  std::string Follow(const std::string& more = "\r\n") const {
+    return "GET /v1/events?after=0 HTTP/1.1\r\nHost: " + host() + "\r\n" + more;
+  }
+  void Accept(const std::string& key) {
+    NewJob job;
+    job.key = key;
+    job.expires = log_.Now() + 1'000'000;
+    bool was_there = false;
+    log_.Accept(job, &was_there);
+  }
+  void Stop() { server_.Stop(); }
+  ServerFigures figures() { return server_.figures(); }
   std::string host() const { return "127.0.0.1:" + std::to_string(server_.port()); }
 
  private:
@@ -223,6 +237,88 @@ TEST(Server, ABodyThatGrowsTooLongIsTold) {
                    "200000\r\n" +
                    std::string(0x200000, ' '));
   EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 413 "));
+}
+
+// Until the text has come.
+std::string ReadUntil(const console::Descriptor& client, const std::string& text) {
+  std::string all;
+  char byte = 0;
+  while (all.find(text) == all.npos && recv(client.get(), &byte, 1, 0) == 1) all += byte;
+  return all;
+}
+
+TEST(Events, AreSentAsTheyHappen) {
+  Network network({.heartbeat = kNever});
+  network.Accept("a");
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Follow());
+  const std::string head = ReadUntil(client, "\r\n\r\n");
+  EXPECT_THAT(head, StartsWith("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n"));
+  EXPECT_THAT(head, HasSubstr("\r\nCache-Control: no-store\r\n"));
+  EXPECT_THAT(ReadUntil(client, "\n\n"), StartsWith("id: 1\nevent: job\ndata: {\"id\":1,"));
+  network.Accept("b");
+  EXPECT_THAT(ReadUntil(client, "\n\n"), StartsWith("id: 2\nevent: job\ndata: {\"id\":2,"));
+  EXPECT_EQ(network.figures().streams, 1U);
+  network.Stop();
+  EXPECT_THAT(ReadAll(client), IsEmpty());
+}
+
+TEST(Events, GoOnBehindTheLastOneThatWasRead) {
+  Network network({.heartbeat = kNever});
+  for (const char* key : {"a", "b", "c"}) network.Accept(key);
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Follow("Last-Event-ID: 2\r\n\r\n"));
+  ReadUntil(client, "\r\n\r\n");
+  EXPECT_THAT(ReadUntil(client, "\n\n"), StartsWith("id: 3\n"));
+}
+
+TEST(Events, ASignOfLifeComesWhereThereAreNone) {
+  Network network({.heartbeat = milliseconds(1)});
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Follow());
+  ReadUntil(client, "\r\n\r\n");
+  EXPECT_EQ(ReadUntil(client, "\n\n"), ": still here\n\n");
+  network.Accept("a");
+  ReadUntil(client, "id: 1\nevent: job\n");
+}
+
+TEST(Events, WhoGoesMakesRoom) {
+  Network network({.streams = 1, .heartbeat = kNever});
+  console::Descriptor first = network.Connect();
+  Send(first, network.Follow());
+  ReadUntil(first, "\r\n\r\n");
+  const console::Descriptor second = network.Connect();
+  Send(second, network.Follow());
+  const std::string refused = ReadAll(second);
+  EXPECT_THAT(refused, StartsWith("HTTP/1.1 429 "));
+  EXPECT_THAT(refused, HasSubstr("too_many_streams"));
+  // Nothing is to be sent: that it has gone is seen all the same.
+  first = console::Descriptor();
+  while (network.figures().streams != 0) std::this_thread::yield();
+  const console::Descriptor third = network.Connect();
+  Send(third, network.Follow());
+  EXPECT_THAT(ReadUntil(third, "\r\n"), StartsWith("HTTP/1.1 200 "));
+}
+
+TEST(Events, WhoDoesNotTakeThemIsCut) {
+  Network network({.write_time = milliseconds(1), .heartbeat = kNever});
+  const console::Descriptor client = network.Connect();
+  // What is on its way is not to hold all that there is.
+  const int little = 4096;
+  setsockopt(client.get(), SOL_SOCKET, SO_RCVBUF, &little, sizeof little);
+  Send(client, network.Follow());
+  constexpr int kMost = 1'000'000;
+  while (network.figures().streams == 0) std::this_thread::yield();
+  int told = 0;
+  while (told < kMost && network.figures().streams != 0) network.Accept(std::to_string(++told));
+  EXPECT_LT(told, kMost);
+}
+
+TEST(Events, ANumberThatIsNoneIsRefused) {
+  const Network network({});
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Follow("Last-Event-ID: x\r\nConnection: close\r\n\r\n"));
+  EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 400 "));
 }
 
 }  // namespace

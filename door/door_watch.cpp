@@ -1,0 +1,83 @@
+#include "door/door_watch.h"
+
+#include <sys/statvfs.h>
+
+#include <filesystem>
+
+#include "door/http/api.h"
+#include "door/http/trouble_problem.h"
+
+namespace lorimat::door {
+namespace {
+
+// Enough for some thousand jobs.
+constexpr uint64_t kLittleRoom = 64 << 20;
+
+bool IsDiskLow(const std::string& file) {
+  const std::string folder = std::filesystem::path(file).parent_path().string();
+  struct statvfs disk {};
+  return statvfs(folder.empty() ? "." : folder.c_str(), &disk) == 0 &&
+         uint64_t{disk.f_bavail} * disk.f_frsize < kLittleRoom;
+}
+
+}  // namespace
+
+void DoorWatch::Told(const Job* job) {
+  parts_.server.NotifyEvents();
+  if (job != nullptr) parts_.notices.TellJob(*job);
+}
+
+void DoorWatch::NoteDevice(DeviceTrouble trouble) {
+  const std::string code(TroubleCode(trouble));
+  parts_.log.NoteText(EventKind::kDevice, code);
+  if (code == told_) return;
+  parts_.manager.Notify("STATUS=" + (code.empty() ? "ready" : code));
+  told_ = code;
+}
+
+void DoorWatch::NoteWarnings() noexcept {
+  try {
+    std::string names;
+    const auto add = [&names](const char* name) {
+      if (!names.empty()) names += ' ';
+      names += name;
+    };
+    if (IsDiskLow(parts_.log.file())) add("disk_low");
+    if (parts_.log.Count(JobState::kNeedsOperator) > 0) add("needs_operator");
+    parts_.log.NoteText(EventKind::kWarning, names);
+  } catch (...) {
+    // Another time.
+  }
+}
+
+void DoorWatch::AddMetrics(MetricsText& text) const {
+  const ServerFigures figures = parts_.server.figures();
+  text.Gauge("lorimatd_connections", "Connections of clients.", figures.connections);
+  text.Gauge("lorimatd_waiting_requests", "Requests that wait for a job.",
+             static_cast<double>(figures.waiting));
+  text.Gauge("lorimatd_event_streams", "Connections that follow the events.",
+             static_cast<double>(figures.streams));
+  text.Counter("lorimatd_connections_total", "Connections that have come.", figures.taken);
+  text.Counter("lorimatd_connections_refused_total",
+               "Connections that were closed as they came, since there were too many.",
+               figures.refused);
+  const ServiceFigures calls = parts_.service.figures();
+  text.Counter("lorimatd_device_lines_failed_total", "Lines that were not answered with 0.",
+               calls.failed);
+  text.Head("lorimatd_device_call_seconds", "How long the device took for a line of a job.",
+            "histogram");
+  text.Values("lorimatd_device_call_seconds", {}, calls.lines);
+}
+
+bool DoorWatch::IsAlive(Api& api) {
+  if (*asked_ > 0) return false;
+  ++*asked_;
+  parts_.server.Post([asked = asked_, &api] {
+    // There is none, which the log has to be asked for.
+    api.IsOver(0);
+    --*asked;
+  });
+  return parts_.service.IsAlive();
+}
+
+}  // namespace lorimat::door

@@ -1,0 +1,52 @@
+// The program as those see it who keep it running: its service manager, its journal, its figures,
+// and the clients that follow its events.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "door/http/metrics_text.h"
+#include "door/http/server.h"
+#include "door/job/service.h"
+#include "door/log/job_log.h"
+#include "door/system/notices.h"
+#include "door/system/service_manager.h"
+
+namespace lorimat::door {
+
+class Api;
+
+// The parts outlive it, but for what it says.
+class DoorWatch {
+ public:
+  struct Parts {
+    JobLog& log;
+    HttpServer& server;
+    Service& service;
+    Notices& notices;
+    const ServiceManager& manager;
+  };
+
+  explicit DoorWatch(Parts parts) : parts_(parts) {}
+
+  // A job has come or moved, or something else is to be told by the log's events.
+  void Told(const Job* job);
+  // How the device is; from the working thread. Throws RegisterError.
+  void NoteDevice(DeviceTrouble trouble);
+  // What somebody should look at, as far as it is known here; to be called now and then.
+  void NoteWarnings() noexcept;
+  // The metrics of the program beside those of the log.
+  void AddMetrics(MetricsText& text) const;
+  // Whether the working thread, a thread that answers requests and the log come by: what was asked
+  // of them the last time is answered. Asks anew. Not for several threads.
+  bool IsAlive(Api& api);
+
+ private:
+  Parts parts_;
+  std::string told_;  // of the device, to the service manager
+  // Signs asked for that are not answered yet; what is asked may come when this is gone.
+  std::shared_ptr<std::atomic<int>> asked_ = std::make_shared<std::atomic<int>>(0);
+};
+
+}  // namespace lorimat::door

@@ -1,0 +1,34 @@
+// The table of events in the file of the log. Its user sees to it that one thread is at it, and
+// that what is written is part of a unit of work.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "door/log/event.h"
+#include "register/storage/database.h"
+
+namespace lorimat::door {
+
+class EventTable {
+ public:
+  explicit EventTable(Database& database) : database_(database) {}
+
+  void Make();
+  // The last step of the job is told; with its document, where it is confirmed with one.
+  void AddStep(int64_t job, bool has_document);
+  void AddText(EventKind kind, int64_t time, const std::string& text);
+
+  // The newest one; 0 before the first.
+  int64_t Last();
+  // At most so many behind that number. For a desk what belongs to another one is left out.
+  EventPage Read(int64_t after, int limit, const std::optional<std::string>& desk);
+
+ private:
+  void Prune();
+  LogEvent Load(Statement& row);
+
+  Database& database_;
+};
+
+}  // namespace lorimat::door
