@@ -28,7 +28,7 @@ class DoorWatch {
     const ServiceManager& manager;
   };
 
-  explicit DoorWatch(Parts parts) : parts_(parts) {}
+  explicit DoorWatch(const Parts& parts) : parts_(parts) {}
 
   // A job has come or moved, or something else is to be told by the log's events.
   void Told(const Job* job);

@@ -7,13 +7,14 @@
 #include <exception>
 #include <type_traits>
 
+#include "console/host/door_log_kind.h"
 #include "door/log/job_record.h"
 
 namespace lorimat::door {
 namespace {
 
-constexpr int kVersion = 3;
-constexpr DatabaseKind kLogKind = {0x4C4D444C, kVersion};
+using console::kDoorLogKind;
+constexpr int kVersion = kDoorLogKind.newest_version;
 
 // What Load takes.
 constexpr SqlText kJobs =
@@ -55,7 +56,7 @@ bool IsOne(int64_t number) {
 
 JobLog::JobLog(const std::string& file, Clock clock)
     : clock_(clock ? std::move(clock) : Clock(&ComputerTime)),
-      database_(file, Database::Open::kCreate, kLogKind) {
+      database_(file, Database::Open::kCreate, kDoorLogKind) {
   if (database_.version() != kVersion) {
     Transaction unit(database_);
     if (database_.version() == 0) MakeTables();

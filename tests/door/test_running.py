@@ -341,3 +341,60 @@ def test_the_units_are_good_and_as_closed_as_the_page_says(folder):
     exposure = float(re.search(r"exposure level for \S+: ([\d.]+)", judged.stdout).group(1))
     told = re.search(r"`systemd-analyze security` gives it ([\d.]+)", (ROOT / "docs/door.md").read_text())
     assert exposure <= float(told.group(1))
+
+
+# --- Backups
+
+def backup(door, to, *, file=None):
+    return subprocess.run([os.environ["LORIMAT"], "door", "backup", file or f"{door.register}.door",
+                           str(to)], text=True, capture_output=True, timeout=120,
+                          env=dict(os.environ, LC_ALL="C"))
+
+
+def test_a_backup_is_of_one_moment_while_jobs_run(doors, folder):
+    door = doors(folder).start()
+    assert door.post(SALE, "first")[0] == 201
+    stop = threading.Event()
+    sold = []
+
+    def sell():
+        while not stop.is_set():
+            sold.append(door.post(SALE, f"k{len(sold)}")[0])
+
+    seller = threading.Thread(target=sell)
+    seller.start()
+    until(lambda: sold)
+    made = backup(door, folder / "copy.door")
+    count = len(sold)
+    until(lambda: len(sold) > count)
+    stop.set()
+    seller.join()
+    assert set(sold) == {201}
+    found = re.fullmatch(rf"{folder}/copy.door: copy of {door.register}.door, the log of "
+                         r"99LRM0000001VR: (\d+) jobs?\n", made.stdout)
+    assert (made.returncode, made.stderr) == (0, "") and found
+    assert not list(folder.glob("copy.door-*"))
+    # What was taken then is there, as it was; and a door takes it on.
+    door.stop()
+    (folder / "copy.door").rename(f"{door.register}.door")
+    for beside in folder.glob("shop.register.door-*"):
+        beside.unlink()
+    door.start()
+    listed = door.get("/v1/jobs?limit=100")[1]["jobs"]
+    assert [job["id"] for job in listed] == list(range(1, len(listed) + 1))
+    assert int(found.group(1)) >= len(listed) and listed[0]["key"] == "first"
+    assert door.post(SALE, "first")[0] == 200
+
+
+def test_a_backup_that_cannot_be_made_leaves_nothing(doors, folder):
+    door = doors(folder).start()
+    taken = folder / "taken"
+    taken.write_text("mine")
+    assert backup(door, taken).returncode == 2 and taken.read_text() == "mine"
+    to = folder / "none/copy.door"
+    assert backup(door, to).returncode == 2 and not to.exists()
+    # The register is no log, nor is a file of something else.
+    for other in (str(door.register), str(taken), str(folder / "missing")):
+        made = backup(door, folder / "copy.door", file=other)
+        assert made.returncode == 2 and made.stderr.startswith(f"lorimat: {other}: ")
+        assert not (folder / "copy.door").exists()
