@@ -24,6 +24,7 @@ constexpr std::string_view kValues[] = {
     TR_TEXT("FROM"),
     TR_TEXT("INT"),
     TR_TEXT("KIND"),
+    TR_TEXT("LOG"),
     TR_TEXT("N"),
     TR_TEXT("N|DATE"),
     TR_TEXT("NAME"),

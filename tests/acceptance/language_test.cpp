@@ -203,6 +203,7 @@ TEST(MessageLanguage, HelpNamesValuesAndArgumentsInItalian) {
       {{"init"}, "\n", " --from CARTELLA"},
       {{"backup"}, "Uso: lorimat backup [OPZIONI] CARTELLA\n", "\n  CARTELLA "},
       {{"copy"}, "Uso: lorimat copy [OPZIONI] DA A\n", "\n  DA "},
+      {{"door", "backup"}, "Uso: lorimat door backup [OPZIONI] REGISTRO FILE\n", "\n  REGISTRO "},
       {{"fault"}, "Uso: lorimat fault [OPZIONI] [GUASTO] [CODICE]\n", "\n  CODICE "},
       {{"journal", "show"}, "Uso: lorimat journal show [OPZIONI] POSTO\n", "\n  POSTO "},
   };
