@@ -33,6 +33,7 @@
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "console/terminal/streams.h"
+#include "door/access/access.h"
 #include "door/door_watch.h"
 #include "door/faults.h"
 #include "door/http/api.h"
@@ -64,40 +65,13 @@ std::chrono::seconds BehindTimeout(std::chrono::seconds timeout) {
 
 struct Options {
   console::DeviceOptions device = {.timeout = 300};
-  std::string listen = "127.0.0.1:8577";
+  AccessOptions access;
   std::string log;
   std::string language;
   std::string library;
   std::vector<std::string> operators = {"operator"};
   std::string tell;  // empty: by where it goes
 };
-
-struct Listen {
-  std::string address;
-  uint16_t port = 0;
-};
-
-// Until there is a way to tell one client from another, nobody from outside is to come in.
-Listen ReadListen(const std::string& text) {
-  const size_t colon = text.rfind(':');
-  uint64_t port = 0;
-  const bool is_number = colon != text.npos && colon + 1 < text.size() &&
-                         text.size() - colon <= 6 &&
-                         text.find_first_not_of("0123456789", colon + 1) == text.npos;
-  if (is_number) port = std::stoul(text.substr(colon + 1));
-  if (!is_number || port > UINT16_MAX) {
-    throw Failure(
-        Tr("--listen {}: is no address with a port, such as 127.0.0.1:8577", Shown(text)));
-  }
-  const std::string address = text.substr(0, colon);
-  if (address != "127.0.0.1") {
-    throw Failure(
-        Tr("--listen {}: only 127.0.0.1 is listened on: what comes from outside would be "
-           "neither encrypted nor known",
-           Shown(text)));
-  }
-  return {address, static_cast<uint16_t>(port)};
-}
 
 // Tells what keeps the jobs waiting, each cause once.
 class TroubleTeller {
@@ -166,22 +140,14 @@ void LeaveToOperator(JobLog& log) {
   }
 }
 
-sigset_t EndSignals() {
+// Those that end the program, and the one that has it read again who may come in.
+sigset_t WaitedSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGHUP);
   return signals;
-}
-
-std::vector<std::string> HostsOf(uint16_t port) {
-  std::vector<std::string> hosts;
-  for (const char* name : {"127.0.0.1", "localhost"}) {
-    hosts.push_back(std::string(name) + ":" + std::to_string(port));
-    // The port of the protocol is left out by those who use it.
-    if (port == 80) hosts.emplace_back(name);
-  }
-  return hosts;
 }
 
 bool IsRegister(const console::DeviceRequest& request) {
@@ -268,11 +234,14 @@ struct StoppedThreads {
 int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   ServiceManager manager;
   const std::optional<int> passed = PassedSocket(manager);
-  const Listen listen = ReadListen(passed ? AddressOf(*passed) : options.listen);
+  const auto tell = [&notices](const std::string& text) { notices.Tell(Level::kNote, text); };
+  AccessOptions access_options = options.access;
+  if (passed) access_options.listen = AddressOf(*passed);
+  Access access(access_options, tell);
   const console::DeviceRequest request = console::RequestOf(options.device);
   const std::string device_file = FileOf(request);
   const std::string log_file = LogFile(options, request);
-  const sigset_t signals = EndSignals();
+  const sigset_t signals = WaitedSignals();
   // Ahead of all threads, which inherit it.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
@@ -312,8 +281,9 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
 
   const std::unique_ptr<HttpServer> made =
       passed ? std::make_unique<HttpServer>(*passed)
-             : std::make_unique<HttpServer>(listen.address, listen.port);
+             : std::make_unique<HttpServer>(access.address(), access.port());
   HttpServer& server = *made;
+  server.SetTls(access.tls());
   TroubleTeller teller(notices);
   KnownTables tables;
   const auto look = [&tables, own] {
@@ -356,7 +326,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   if (own != nullptr) documents = std::make_unique<KeptDocuments>(device_file);
   Api api({.log = log,
            .judge = judge,
-           .hosts = HostsOf(server.port()),
+           .hosts = access.Hosts(server.port()),
            .operators = options.operators,
            .trouble = [&service] { return service.trouble(); },
            .log_failed = [&service] { return service.log_failed(); },
@@ -364,18 +334,27 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
            .tables = [&tables] { return tables.Get(); },
            .ask = [&service](auto question) { return service.Ask(std::move(question)); },
            .documents = documents.get(),
-           .figures = [&watch](MetricsText& text) { watch.AddMetrics(text); }});
+           .figures = [&watch](MetricsText& text) { watch.AddMetrics(text); },
+           .access = access.Rules()});
   const StoppedThreads stopped{service, server};
   service.Start();
   server.Start(api);
-  streams.Output("lorimatd: listening on http://" + listen.address + ":" +
-                 std::to_string(server.port()) + "\n");
+  const std::string url = access.Url(server.port());
+  streams.Output("lorimatd: listening on " + url + "\n");
   const SignsOfLife signs(manager, [&] { return watch.IsAlive(api); });
-  manager.Notify("READY=1\nSTATUS=listening on http://" + listen.address + ":" +
-                 std::to_string(server.port()));
+  manager.Notify("READY=1\nSTATUS=listening on " + url);
 
   constexpr timespec kNowAndThen = {5, 0};
-  while (sigtimedwait(&signals, nullptr, &kNowAndThen) < 0) watch.NoteWarnings();
+  for (;;) {
+    const int signal = sigtimedwait(&signals, nullptr, &kNowAndThen);
+    if (signal == SIGHUP) {
+      access.Reload(tell);
+      server.SetTls(access.tls());
+    } else if (signal > 0) {
+      break;
+    }
+    watch.NoteWarnings();
+  }
   manager.Notify("STOPPING=1\nSTATUS=finishing the job at work");
   return console::kExitGood;
 }
@@ -394,10 +373,7 @@ int ParseAndRun(int argc, char** argv, Streams& streams, Notices& notices) {
                        "the program with 75"))
       ->capture_default_str();
   console::AddLanguageOptions(&app, &options.language, &options.library);
-  app.add_option("--listen", options.listen,
-                 Tr("The address and the port to listen on; port 0 takes a free one"))
-      ->type_name("ADDRESS:PORT")
-      ->capture_default_str();
+  AddAccessOptions(&app, &options.access);
   app.add_option("--log", options.log,
                  Tr("The file of the log of jobs; without it the register's name with .door. A "
                     "device from a file needs it"))

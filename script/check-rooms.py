@@ -19,9 +19,9 @@ LAYERS = {
     "register": ["sanitizer", "face", "client", "inspect", "report", "desk", "core", "storage", "totals", "state",
                  "document", "tables", "fault", "paper", "value"],
     "door": ["main.cpp", "run_door.cpp", "run_door.h", "door_watch.cpp", "door_watch.h", "no_faults.cpp", "faults.h",
-             "http", "job", "receipt", "judge", "system", "log"],
+             "http", "job", "receipt", "judge", "system", "log", "access"],
     "console": ["main.cpp", "command", "command/backup", "conform", "shell", "host",
-                "device", "check", "terminal", "message"],
+                "token", "device", "check", "terminal", "message"],
     "src": ["lorimatrt", "pal/protocols", "managermachine", "rpccommon", "pal"],
 }
 # The foundation is one room under two names: the log writes through sockets and threads, and these

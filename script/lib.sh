@@ -21,6 +21,8 @@ bench_packages=(libbenchmark-dev libcpp-httplib-dev libinih-dev libboost1.81-dev
 coverage_packages=(gcovr)
 memory_packages=(valgrind)
 packaging_packages=(dpkg-dev lintian mmdebstrap)
+# A page in a browser that asks the door.
+browser_packages=(chromium chromium-driver python3-selenium)
 fuzz_packages=(clang-14 libfuzzer-14-dev)
 
 say() { printf '%s\n' "$*"; }

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "door/http/api_path.h"
+#include "door/http/api_route.h"
 #include "door/http/body_reader.h"
 #include "door/http/fault_problem.h"
 #include "door/http/job_request.h"
@@ -20,46 +21,7 @@ namespace {
 
 constexpr int64_t kSecond = 1000;  // milliseconds
 
-bool IsUnsafe(const std::string& method) {
-  return method != "GET" && method != "HEAD" && method != "OPTIONS";
-}
-
-// Without its parameters and in small letters.
-bool IsJson(const std::string& content_type) {
-  std::string type = content_type.substr(0, content_type.find(';'));
-  while (!type.empty() && type.back() == ' ') type.pop_back();
-  std::transform(type.begin(), type.end(), type.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return type == "application/json";
-}
-
 }  // namespace
-
-struct Api::Route {
-  const char* method;
-  std::array<const char*, 5> segments;  // "#" is a number: of a job, of a day, of a document
-  Handler handler;
-  std::array<const char*, 5> query;
-};
-
-std::optional<Reply> Api::RefuseHead(const Request& request) const {
-  const bool is_ours =
-      std::find(parts_.hosts.begin(), parts_.hosts.end(), request.host) != parts_.hosts.end();
-  if (!is_ours) return Problem(403, "foreign_host", "the request names another host");
-  if (request.origin) {
-    const bool known =
-        std::any_of(parts_.hosts.begin(), parts_.hosts.end(),
-                    [&](const std::string& host) { return *request.origin == "http://" + host; });
-    if (!known) return Problem(403, "foreign_origin", "the request comes from a foreign page");
-  }
-  if (IsUnsafe(request.method) && !IsJson(request.content_type)) {
-    return Problem(415, "not_json", "the request needs Content-Type: application/json");
-  }
-  if (request.content_length.value_or(0) > kMostBody) {
-    return Problem(413, "too_large", fmt::format("the body is longer than {} bytes", kMostBody));
-  }
-  return std::nullopt;
-}
 
 Reply Api::Handle(const Request& request) noexcept {
   try {
@@ -81,17 +43,21 @@ const std::vector<Api::Route>& Api::Routes() {
       {"GET", {"v1", "jobs"}, &Api::ListJobs, {"key", "desk", "state", "after", "limit"}},
       {"GET", {"v1", "jobs", "#"}, &Api::GetJob, {}},
       {"DELETE", {"v1", "jobs", "#"}, &Api::DeleteJob, {}},
-      {"POST", {"v1", "jobs", "#", "resolve"}, &Api::PostResolve, {}},
-      {"POST", {"v1", "device", "close-day"}, &Api::PostDevice, {"wait"}},
-      {"POST", {"v1", "device", "reset"}, &Api::PostDevice, {"wait"}},
+      {"POST", {"v1", "jobs", "#", "resolve"}, &Api::PostResolve, {}, Caller::kOperator},
+      {"POST", {"v1", "device", "close-day"}, &Api::PostDevice, {"wait"}, Caller::kOperator},
+      {"POST", {"v1", "device", "reset"}, &Api::PostDevice, {"wait"}, Caller::kOperator},
       {"GET", {"v1", "device"}, &Api::GetDevice, {}},
-      {"GET", {"openapi.json"}, &Api::GetOpenApi, {}},
+      {"GET", {"openapi.json"}, &Api::GetOpenApi, {}, Caller::kAnybody},
       {"GET", {"v1", "documents"}, &Api::ListDocuments, {"from", "to", "after", "limit"}},
       {"GET", {"v1", "documents", "#", "#"}, &Api::GetDocument, {"kind"}},
-      {"POST", {"v1", "documents", "#", "#", "copy"}, &Api::PostCopy, {"kind", "wait"}},
+      {"POST",
+       {"v1", "documents", "#", "#", "copy"},
+       &Api::PostCopy,
+       {"kind", "wait"},
+       Caller::kOperator},
       {"GET", {"v1", "events"}, &Api::GetEvents, {"after", "follow"}},
-      {"GET", {"healthz"}, &Api::GetHealth, {}},
-      {"GET", {"readyz"}, &Api::GetReady, {}},
+      {"GET", {"healthz"}, &Api::GetHealth, {}, Caller::kAnybody},
+      {"GET", {"readyz"}, &Api::GetReady, {}, Caller::kAnybody},
       {"GET", {"metrics"}, &Api::GetMetrics, {}},
   };
   return kRoutes;
@@ -111,53 +77,16 @@ std::vector<std::string> Api::RouteTexts() {
 }
 
 Reply Api::Serve(const Request& request) {
-  const std::optional<Target> target = ReadTarget(request.target);
-  if (!target) return Problem(400, "bad_target", "path and query cannot be read");
-  std::string allowed;
-  for (const Route& route : Routes()) {
-    Path path;
-    size_t length = 0;
-    int numbers = 0;
-    bool fits = true;
-    for (; length < route.segments.size() && route.segments[length] != nullptr; ++length) {
-      if (length >= target->segments.size()) {
-        fits = false;
-        break;
-      }
-      const std::string& segment = target->segments[length];
-      if (std::string_view(route.segments[length]) == "#") {
-        const std::optional<int64_t> id = ReadCount(segment);
-        fits = fits && id.has_value();
-        (numbers++ == 0 ? path.id : path.number) = id.value_or(0);
-      } else {
-        fits = fits && segment == route.segments[length];
-      }
-      path.action = segment;
-    }
-    if (!fits || length != target->segments.size()) continue;
-    if (request.method != route.method) {
-      allowed += allowed.empty() ? "" : ", ";
-      allowed += route.method;
-      continue;
-    }
-    path.query = target->query;
-    for (const auto& [name, value] : path.query) {
-      const bool known =
-          std::any_of(route.query.begin(), route.query.end(),
-                      [&name = name](const char* one) { return one != nullptr && name == one; });
-      if (!known) {
-        return Problem(400, "unknown_field", "the query has a field that is not known: " + name);
-      }
-    }
-    return (this->*route.handler)(request, path);
-  }
-  if (allowed.empty()) return Problem(404, "not_found", "there is nothing of this name");
-  Reply reply = Problem(405, "wrong_method", "this takes " + allowed);
-  reply.headers.emplace_back("Allow", allowed);
-  return reply;
+  if (request.preflight && request.method == "OPTIONS") return Preflight(request);
+  Path path;
+  if (std::optional<Reply> refused = RefuseCaller(request, &path.caller)) return *refused;
+  Reply problem;
+  const Route* route = FindRoute(request, &path, &problem);
+  return route == nullptr ? problem : (this->*route->handler)(request, path);
 }
 
-bool Api::IsOperator(const std::string& desk) const {
+bool Api::IsOperator(const std::string& desk, const Path& path) const {
+  if (path.caller) return path.caller->role == console::TokenRole::kOperator;
   return std::find(parts_.operators.begin(), parts_.operators.end(), desk) !=
          parts_.operators.end();
 }
@@ -177,14 +106,16 @@ Reply Api::PostJob(const Request& request, const Path& path) {
   job.expires =
       parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
   job.lines = body.Lines();
+  if (!body.Has("desk")) job.desk = path.OwnDesk();
   if (body.problem()) return *body.problem();
+  if (std::optional<Reply> refused = RefuseDesk(job.desk, path)) return *refused;
   // A key that is known is answered as it was, whatever is allowed by now.
   if (std::optional<Reply> replay = Replay(job)) return *replay;
-  return JudgeAndTake(std::move(job), *wait);
+  return JudgeAndTake(std::move(job), *wait, path);
 }
 
-Reply Api::JudgeAndTake(NewJob job, int wait) {
-  Judged judged = parts_.judge.Judge(job.lines, IsOperator(job.desk));
+Reply Api::JudgeAndTake(NewJob job, int wait, const Path& path) {
+  Judged judged = parts_.judge.Judge(job.lines, IsOperator(job.desk, path));
   if (!judged.fault && judged.may_hold_mark) {
     judged.fault = parts_.judge.FindMark(job.lines, parts_.log.OpenMarks());
   }
@@ -206,6 +137,9 @@ Reply Api::PostReceipt(const Request& request, const Path& path) {
   if (problem) return *problem;
   ReceiptPost post(request.body);
   NewJob job = post.job();
+  if (!post.has_desk()) job.desk = path.OwnDesk();
+  if (!post.problem()) problem = RefuseDesk(job.desk, path);
+  if (problem) return *problem;
   job.key = request.key.value_or("");
   job.expires = parts_.log.Now() + kSecond * post.expires_s();
   if (!post.problem() && !is_dry) problem = Replay(job);
@@ -214,15 +148,17 @@ Reply Api::PostReceipt(const Request& request, const Path& path) {
   if (post.problem()) return *post.problem();
   job.lines = post.job().lines;
   if (std::optional<Reply> unclear = ReferenceProblem(post)) return *unclear;
-  return is_dry ? post.DryRun() : JudgeAndTake(std::move(job), *wait);
+  return is_dry ? post.DryRun() : JudgeAndTake(std::move(job), *wait, path);
 }
 
-NewJob Api::DeviceJob(BodyReader& body, const std::string& key) {
+NewJob Api::DeviceJob(BodyReader& body, const std::string& key, const Path& path) {
   body.Allow({"desk", "reference", "expires_s"});
   NewJob job;
   job.key = key;
   job.desk = body.Text("desk", kLongestDesk);
-  if (!body.Has("desk") && !parts_.operators.empty()) job.desk = parts_.operators.front();
+  if (!body.Has("desk")) {
+    job.desk = path.OwnDesk(parts_.operators.empty() ? std::string() : parts_.operators.front());
+  }
   job.reference = body.Text("reference", kLongestReference);
   job.expires =
       parts_.log.Now() + kSecond * body.Number("expires_s", 1, kMostExpiry, kDefaultExpiry);
@@ -235,7 +171,7 @@ Reply Api::PostDevice(const Request& request, const Path& path) {
   if (!wait) return WaitProblem();
   BodyReader body(request.body, true);
   if (body.problem()) return *body.problem();
-  NewJob job = DeviceJob(body, *request.key);
+  NewJob job = DeviceJob(body, *request.key, path);
   if (body.problem()) return *body.problem();
   const bool closes = path.action == "close-day";
   // The same body to the other address is another request.
@@ -244,7 +180,7 @@ Reply Api::PostDevice(const Request& request, const Path& path) {
   job.lines = {closes ? "#27 #1=0" : "#74"};
   job.effect = closes ? JobEffect::kClosing : JobEffect::kReset;
   if (std::optional<Reply> replay = Replay(job)) return *replay;
-  if (!IsOperator(job.desk)) {
+  if (!IsOperator(job.desk, path)) {
     return Problem(422, "line_not_allowed", "a desk of an operator alone may do this");
   }
   return Take(std::move(job), *wait);
@@ -390,7 +326,7 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
 
 Reply Api::GetJob(const Request&, const Path& path) {
   const std::optional<Job> job = parts_.log.Find(path.id);
-  if (!job) return Problem(404, "not_found", "there is no such job");
+  if (!job || !path.MaySee(job->desk)) return Problem(404, "not_found", "there is no such job");
   return JobReply(200, *job, false);
 }
 
@@ -406,8 +342,9 @@ Reply Api::ListJobs(const Request&, const Path& path) {
       key ? path.query.size() > 1 + path.query.count("desk") : path.query.count("desk") != 0;
   if (is_mixed) return Problem(400, "bad_field", "key and desk go together, and with nothing else");
   if (key) {
-    const std::optional<Job> job = parts_.log.FindKey(given("desk").value_or(std::string()), *key);
-    if (!job) return Problem(404, "not_found", "there is no such job");
+    const std::string desk = given("desk").value_or(path.OwnDesk());
+    const std::optional<Job> job = parts_.log.FindKey(desk, *key);
+    if (!job || !path.MaySee(desk)) return Problem(404, "not_found", "there is no such job");
     return JobReply(200, *job, false);
   }
   std::optional<JobState> state;
@@ -424,7 +361,10 @@ Reply Api::ListJobs(const Request&, const Path& path) {
   Reply reply;
   reply.body = "{\"jobs\":[";
   const char* comma = "";
-  for (const Job& job : parts_.log.List(state, *after, static_cast<int>(*limit))) {
+  const bool sees_all = !path.caller || path.caller->role == console::TokenRole::kOperator;
+  const std::optional<std::string> desk =
+      sees_all ? std::nullopt : std::optional(path.caller->name);
+  for (const Job& job : parts_.log.List(state, *after, static_cast<int>(*limit), desk)) {
     std::string text = JobJson(job, false);
     text.pop_back();
     reply.body += comma + text;
@@ -436,7 +376,7 @@ Reply Api::ListJobs(const Request&, const Path& path) {
 
 Reply Api::DeleteJob(const Request&, const Path& path) {
   const std::optional<Job> job = parts_.log.Find(path.id);
-  if (!job) return Problem(404, "not_found", "there is no such job");
+  if (!job || !path.MaySee(job->desk)) return Problem(404, "not_found", "there is no such job");
   if (job->state != JobState::kQueued) {
     return Problem(409, "wrong_state", "the job has begun, or is over");
   }

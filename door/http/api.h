@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "door/access/access_rules.h"
 #include "door/job/kept_documents.h"
 #include "door/job/questions.h"
 #include "door/job/worker.h"
@@ -37,6 +38,11 @@ struct Request {
   std::optional<uint64_t> content_length = {};
   std::string body = {};
   std::string accept = {};  // empty for none
+  std::optional<std::string> authorization = {};
+  // What a browser asks ahead of a page's request: Access-Control-Request-Method, and whether the
+  // page comes from a wider network.
+  std::optional<std::string> preflight = {};
+  bool asks_private_network = false;
 };
 
 struct Reply {
@@ -81,6 +87,7 @@ class Api {
     KeptDocuments* documents = nullptr;
     // Figures of the program beside those of the log; may be null.
     std::function<void(MetricsText& text)> figures = nullptr;
+    AccessRules access = {};
   };
 
   // What the door takes, each as "GET /v1/jobs/#?key&desk"; "#" is a number. door/openapi.json
@@ -92,6 +99,8 @@ class Api {
   // Ahead of the body: the answer to a request that is not to be read any further.
   std::optional<Reply> RefuseHead(const Request& request) const;
   Reply Handle(const Request& request) noexcept;
+  // Lets the browser show an answer to a page that may ask. For each answer behind the head.
+  void AllowOrigin(const Request& request, Reply* reply) const;
   // Whether nothing more is to be waited for; of a job, or of a question.
   bool IsOver(int64_t job_id) noexcept;
   // The answer to a POST whose job was waited for.
@@ -102,12 +111,22 @@ class Api {
   using Handler = Reply (Api::*)(const Request& request, const Path& path);
   struct Route;
 
+  // Who may take a route: without tokens there is nobody to tell apart.
+  enum class Caller : uint8_t { kAnybody, kKnown, kOperator };
   static const std::vector<Route>& Routes();
+  // The route and what it says; null, with the problem, for none.
+  static const Route* FindRoute(const Request& request, Path* path, Reply* problem);
+  bool IsAllowedOrigin(const Request& request) const;
+  // Finds out who asks; the problem of one who may not.
+  std::optional<Reply> RefuseCaller(const Request& request,
+                                    std::optional<console::TokenHolder>* caller) const;
+  // Of a job whose body names this desk: a desk's token is no other's.
+  static std::optional<Reply> RefuseDesk(const std::string& desk, const Path& path);
   Reply Serve(const Request& request);
   Reply PostJob(const Request& request, const Path& path);
   Reply PostReceipt(const Request& request, const Path& path);
   // Of a request whose body has no lines, without digest and lines.
-  NewJob DeviceJob(BodyReader& body, const std::string& key);
+  NewJob DeviceJob(BodyReader& body, const std::string& key, const Path& path);
   Reply PostDevice(const Request& request, const Path& path);
   Reply PostResolve(const Request& request, const Path& path);
   Reply GetJob(const Request& request, const Path& path);
@@ -130,10 +149,10 @@ class Api {
   Reply GetHealth(const Request& request, const Path& path);
   Reply GetReady(const Request& request, const Path& path);
   Reply GetMetrics(const Request& request, const Path& path);
-  Reply JudgeAndTake(NewJob job, int wait);
+  Reply JudgeAndTake(NewJob job, int wait, const Path& path);
   Reply Take(NewJob job, int wait);
   std::optional<Reply> Replay(const NewJob& job);
-  bool IsOperator(const std::string& desk) const;
+  bool IsOperator(const std::string& desk, const Path& path) const;
   // Another job that is confirmed with this document.
   std::optional<int64_t> OwnerOf(const JobDocument& document, const Job& job);
 

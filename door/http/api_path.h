@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
+#include "console/token/token_table.h"
 #include "door/http/api.h"
 
 namespace lorimat::door {
@@ -14,6 +16,17 @@ struct Api::Path {
   int64_t number = 0;  // of a document
   std::string action;  // the last segment
   std::map<std::string, std::string> query;
+  // Who asks, where a token says so.
+  std::optional<console::TokenHolder> caller;
+
+  // Whether the jobs of this desk are the caller's to see.
+  bool MaySee(const std::string& desk) const {
+    return !caller || caller->role == console::TokenRole::kOperator || caller->name == desk;
+  }
+  // Whose a request is that names no desk.
+  std::string OwnDesk(const std::string& otherwise = {}) const {
+    return caller ? caller->name : otherwise;
+  }
 };
 
 }  // namespace lorimat::door

@@ -228,13 +228,13 @@ Reply Api::PostCopy(const Request& request, const Path& path) {
   if (!ReadKind(path.query, &kind)) return KindProblem();
   BodyReader body(request.body, true);
   if (body.problem()) return *body.problem();
-  NewJob job = DeviceJob(body, *request.key);
+  NewJob job = DeviceJob(body, *request.key, path);
   if (body.problem()) return *body.problem();
   // The same body for another document is another request.
   job.digest = fmt::format("copy {} {} {} {}", path.id, path.number,
                            kind ? DocumentKindName(*kind) : "", body.Digest());
   if (std::optional<Reply> replay = Replay(job)) return *replay;
-  if (!IsOperator(job.desk)) {
+  if (!IsOperator(job.desk, path)) {
     return Problem(422, "line_not_allowed", "a desk of an operator alone may do this");
   }
   if (!IsNumber(path.id) || !IsNumber(path.number)) return NoDocument();
@@ -253,7 +253,7 @@ Reply Api::PostCopy(const Request& request, const Path& path) {
   constexpr int kAllButInvoices = kJournalSale | kJournalRefund | kJournalCancel;
   const int filter = kind ? JournalKindOf(*kind) : kAllButInvoices;
   job.lines = {fmt::format("#72 #3={}, #18={}, #14={}", path.number, path.id, filter)};
-  return JudgeAndTake(std::move(job), *wait);
+  return JudgeAndTake(std::move(job), *wait, path);
 }
 
 // A number alone is no name where an invoice has it too: nothing is to be taken back that was not

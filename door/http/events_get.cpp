@@ -23,7 +23,10 @@ Reply Api::GetEvents(const Request& request, const Path& path) {
   if (!follows && follow->second != "false") {
     return Problem(400, "bad_field", "follow: is neither true nor false");
   }
-  auto events = std::make_shared<EventStream>(parts_.log, after, std::nullopt);
+  // An operator's token, and who needs none, is told of all desks.
+  std::optional<std::string> desk;
+  if (path.caller && path.caller->role == console::TokenRole::kDesk) desk = path.caller->name;
+  auto events = std::make_shared<EventStream>(parts_.log, after, desk);
   Reply reply;
   reply.content_type = "text/event-stream";
   if (follows) {

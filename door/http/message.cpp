@@ -48,6 +48,11 @@ Request HeadOf(const RequestParser& parser) {
   if (key != message.end()) request.key = Text(key->value());
   const auto last = message.find("Last-Event-ID");
   if (last != message.end()) request.last_event_id = Text(last->value());
+  const auto authorization = message.find(http::field::authorization);
+  if (authorization != message.end()) request.authorization = Text(authorization->value());
+  const auto method = message.find(http::field::access_control_request_method);
+  if (method != message.end()) request.preflight = Text(method->value());
+  request.asks_private_network = message["Access-Control-Request-Private-Network"] == "true";
   const boost::optional<uint64_t> length = parser.content_length();
   if (length) request.content_length = *length;
   return request;
@@ -57,8 +62,10 @@ std::optional<Reply> RefuseHead(const Api& api, const RequestParser& parser,
                                 const Request& request) {
   const auto& message = parser.get();
   // Which of the two counts, two readers would not agree upon.
-  if (message.count(http::field::host) > 1 || message.count("Idempotency-Key") > 1) {
-    return Problem(400, "bad_request", "Host or Idempotency-Key is given twice");
+  if (message.count(http::field::host) > 1 || message.count("Idempotency-Key") > 1 ||
+      message.count(http::field::authorization) > 1 || message.count(http::field::origin) > 1) {
+    return Problem(400, "bad_request",
+                   "Host, Origin, Authorization or Idempotency-Key is given twice");
   }
   return api.RefuseHead(request);
 }
@@ -86,7 +93,7 @@ std::string StreamHead(const Reply& reply) {
 
 ReplyMessage MessageOf(Reply& reply, unsigned version, bool keep) {
   ReplyMessage message(static_cast<http::status>(reply.status), version);
-  message.set(http::field::content_type, reply.content_type);
+  if (reply.status != 204) message.set(http::field::content_type, reply.content_type);
   message.set(http::field::cache_control, "no-store");
   message.set("X-Content-Type-Options", "nosniff");
   for (const auto& [name, value] : reply.headers) message.set(name, value);

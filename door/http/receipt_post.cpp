@@ -48,6 +48,7 @@ ReceiptPost::ReceiptPost(const std::string& text) {
   BodyReader body(text, false);
   if (!body.problem()) {
     Refuse(ReadReceipt(body.value(), &receipt_));
+    has_desk_ = body.Has("desk");
     job_.desk = body.Text("desk", Api::kLongestDesk);
     job_.reference = body.Text("reference", Api::kLongestReference);
     expires_s_ = body.Number("expires_s", 1, Api::kMostExpiry, Api::kDefaultExpiry);

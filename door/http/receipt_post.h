@@ -21,6 +21,7 @@ class ReceiptPost {
   const ReceiptRequest& receipt() const { return receipt_; }
   // Without key and effect; with its lines behind Prepare.
   const NewJob& job() const { return job_; }
+  bool has_desk() const { return has_desk_; }
   // Seconds.
   int64_t expires_s() const { return expires_s_; }
 
@@ -37,6 +38,7 @@ class ReceiptPost {
   ReceiptSums sums_;
   NewJob job_;
   int64_t expires_s_ = 0;
+  bool has_desk_ = false;
 };
 
 }  // namespace lorimat::door

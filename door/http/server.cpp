@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "door/http/api.h"
+#include "door/http/client_stream.h"
 #include "door/http/event_stream.h"
 #include "door/http/message.h"
 
@@ -67,6 +68,11 @@ class HttpServer::Impl {
 
   ~Impl() { Stop(); }
 
+  void SetTls(TlsContext tls) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    tls_ = std::move(tls);
+  }
+
   uint16_t port() const { return port_; }
 
   void Start(Api& api) {
@@ -101,7 +107,7 @@ class HttpServer::Impl {
       const std::lock_guard<std::mutex> lock(mutex_);
       stopping_ = true;
       for (auto& [id, timer] : waiting_) Wake(timer);
-      for (beast::tcp_stream* stream : idle_) {
+      for (ClientStream* stream : idle_) {
         asio::post(stream->get_executor(), [this, stream] { CloseIdle(stream); });
       }
     }
@@ -115,7 +121,7 @@ class HttpServer::Impl {
     asio::post(timer->get_executor(), [timer] { timer->cancel(); });
   }
 
-  void CloseIdle(beast::tcp_stream* stream) {
+  void CloseIdle(ClientStream* stream) {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (idle_.count(stream) != 0) stream->cancel();
   }
@@ -171,18 +177,33 @@ class HttpServer::Impl {
   }
 
   asio::awaitable<void> Serve(tcp::socket socket) {
-    beast::tcp_stream stream(std::move(socket));
+    ClientStream stream(std::move(socket), tls());
     beast::flat_buffer buffer(kMostBuffered);
     RateLimit rate(limits_.connection);
+    if (stream.has_tls() && !co_await ShakeHands(stream)) co_return;
     while (co_await ServeOne(stream, buffer, rate)) {
     }
     co_await Close(stream);
   }
 
+  TlsContext tls() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return tls_;
+  }
+
+  // What is no TLS, or too slow with it, is cut.
+  asio::awaitable<bool> ShakeHands(ClientStream& stream) {
+    const Idle idle(*this, stream);
+    if (!idle.began()) co_return false;
+    stream.expires_after(limits_.head_time);
+    auto [error] = co_await stream.async_handshake(kTuple);
+    co_return !error;
+  }
+
   // As long as it is there, its stream may be closed without loss.
   class Idle {
    public:
-    Idle(Impl& server, beast::tcp_stream& stream) : server_(server), stream_(&stream) {
+    Idle(Impl& server, ClientStream& stream) : server_(server), stream_(&stream) {
       const std::lock_guard<std::mutex> lock(server_.mutex_);
       began_ = !server_.stopping_;
       if (began_) server_.idle_.insert(stream_);
@@ -198,7 +219,7 @@ class HttpServer::Impl {
 
    private:
     Impl& server_;
-    beast::tcp_stream* stream_;
+    ClientStream* stream_;
     bool began_ = false;
   };
 
@@ -226,7 +247,7 @@ class HttpServer::Impl {
   };
 
   // Whether the connection goes on.
-  asio::awaitable<bool> ServeOne(beast::tcp_stream& stream, beast::flat_buffer& buffer,
+  asio::awaitable<bool> ServeOne(ClientStream& stream, beast::flat_buffer& buffer,
                                  RateLimit& rate) {
     RequestParser parser;
     SetLimits(parser);
@@ -247,6 +268,7 @@ class HttpServer::Impl {
     std::optional<Reply> refused = RefuseRate(rate);
     if (!refused) refused = RefuseHead(*api_, parser, request);
     if (refused) {
+      api_->AllowOrigin(request, &*refused);
       co_await Write(stream, *refused, version, false);
       co_return false;
     }
@@ -259,6 +281,7 @@ class HttpServer::Impl {
     auto [body_error, body_size] = co_await http::async_read(stream, buffer, parser, kTuple);
     if (body_error) {
       std::optional<Reply> reply = Complaint(body_error);
+      if (reply) api_->AllowOrigin(request, &*reply);
       if (reply) co_await Write(stream, *reply, version, false);
       co_return false;
     }
@@ -271,6 +294,7 @@ class HttpServer::Impl {
       co_await WaitFor(*reply.wait_for, reply.wait_seconds, stream);
       reply = api_->Finish(*reply.wait_for);
     }
+    api_->AllowOrigin(request, &reply);
     if (reply.events) co_return co_await Follow(stream, reply, version);
     co_return co_await Write(stream, reply, version, keep);
   }
@@ -300,7 +324,7 @@ class HttpServer::Impl {
 
   // Until the client goes, does not take what it is sent, or the server stops. The connection does
   // not go on: its end is that of the answer.
-  asio::awaitable<bool> Follow(beast::tcp_stream& stream, Reply& reply, unsigned version) {
+  asio::awaitable<bool> Follow(ClientStream& stream, Reply& reply, unsigned version) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     const Following following(*this, timer);
     if (!following.began()) {
@@ -342,7 +366,7 @@ class HttpServer::Impl {
     return std::nullopt;
   }
 
-  asio::awaitable<void> WaitFor(int64_t job_id, int seconds, beast::tcp_stream& stream) {
+  asio::awaitable<void> WaitFor(int64_t job_id, int seconds, ClientStream& stream) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     timer->expires_after(std::chrono::seconds(seconds));
     stream.expires_never();
@@ -351,8 +375,7 @@ class HttpServer::Impl {
     if (waiting.began() && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
   }
 
-  asio::awaitable<bool> Write(beast::tcp_stream& stream, Reply& reply, unsigned version,
-                              bool keep) {
+  asio::awaitable<bool> Write(ClientStream& stream, Reply& reply, unsigned version, bool keep) {
     ReplyMessage message = MessageOf(reply, version, keep);
     stream.expires_after(limits_.write_time);
     auto [error, size] = co_await http::async_write(stream, message, kTuple);
@@ -361,13 +384,14 @@ class HttpServer::Impl {
 
   // Takes for a moment what is still on its way: closed at once, the connection would take the
   // answer along.
-  static asio::awaitable<void> Close(beast::tcp_stream& stream) {
+  static asio::awaitable<void> Close(ClientStream& stream) {
     boost::system::error_code ignored;
-    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
     stream.expires_after(kLinger);
+    if (stream.has_tls()) co_await stream.async_shutdown(kTuple);
+    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
     std::vector<char> rest(16 * 1024);
     for (size_t taken = 0; taken < kMostLingering;) {
-      auto [error, size] = co_await stream.async_read_some(asio::buffer(rest), kTuple);
+      auto [error, size] = co_await stream.next_layer().async_read_some(asio::buffer(rest), kTuple);
       if (error) break;
       taken += size;
     }
@@ -384,9 +408,10 @@ class HttpServer::Impl {
   bool stopping_ = false;
   std::atomic<int64_t> taken_{0};
   std::atomic<int64_t> refused_{0};
+  TlsContext tls_;
   std::multimap<int64_t, std::shared_ptr<Timer>> waiting_;
   std::set<std::shared_ptr<Timer>> streams_;
-  std::set<beast::tcp_stream*> idle_;
+  std::set<ClientStream*> idle_;
   std::vector<std::thread> threads_;
 };
 
@@ -396,6 +421,7 @@ HttpServer::HttpServer(int listening, const ServerLimits& limits)
     : impl_(std::make_unique<Impl>(listening, limits)) {}
 HttpServer::~HttpServer() = default;
 uint16_t HttpServer::port() const { return impl_->port(); }
+void HttpServer::SetTls(TlsContext tls) { impl_->SetTls(std::move(tls)); }
 void HttpServer::Start(Api& api) { impl_->Start(api); }
 void HttpServer::Notify(int64_t job_id) { impl_->Notify(job_id); }
 void HttpServer::NotifyEvents() { impl_->NotifyEvents(); }

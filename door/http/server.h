@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "door/access/tls.h"
 #include "door/http/rate_limit.h"
 
 namespace lorimat::door {
@@ -53,6 +54,8 @@ class HttpServer {
   HttpServer& operator=(const HttpServer&) = delete;
 
   uint16_t port() const;
+  // Connections that come from here on speak TLS, or not where it is null. From any thread.
+  void SetTls(TlsContext tls);
   // Answers requests from here on, by threads of its own.
   void Start(Api& api);
   // Nobody is to wait for this job any longer. From any thread.

@@ -204,11 +204,14 @@ std::optional<Job> JobLog::FirstQueued(JobEffect effect) {
   return LoadOne(std::move(row));
 }
 
-std::vector<Job> JobLog::List(std::optional<JobState> state, int64_t after, int limit) {
+std::vector<Job> JobLog::List(std::optional<JobState> state, int64_t after, int limit,
+                              const std::optional<std::string>& desk) {
   const std::lock_guard<std::mutex> lock(mutex_);
   Statement rows = database_.Prepare(
-      kSql<kListed, "WHERE (?1 < 0 OR state = ?1) AND id > ?2 ORDER BY id LIMIT ?3">);
-  rows.With(state ? Number(*state) : -1, after, limit);
+      kSql<kListed,
+           "WHERE (?1 < 0 OR state = ?1) AND id > ?2 AND (?4 = 0 OR desk = ?5) ORDER BY id "
+           "LIMIT ?3">);
+  rows.With(state ? Number(*state) : -1, after, limit, desk ? 1 : 0, desk.value_or(std::string()));
   std::vector<Job> jobs;
   while (rows.Step()) jobs.push_back(Load(rows));
   return jobs;

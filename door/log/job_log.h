@@ -87,8 +87,10 @@ class JobLog {
   // The job of the desk and key; nothing when there is none.
   std::optional<Job> FindKey(const std::string& desk, const std::string& key);
   std::optional<Job> Find(int64_t id);
-  // In the order of their acceptance, behind the one of this number; without their lines.
-  std::vector<Job> List(std::optional<JobState> state, int64_t after, int limit);
+  // In the order of their acceptance, behind the one of this number; without their lines. Of one
+  // desk alone where it is given.
+  std::vector<Job> List(std::optional<JobState> state, int64_t after, int limit,
+                        const std::optional<std::string>& desk = {});
   // The first one in that state, or with that effect besides.
   std::optional<Job> First(JobState state);
   std::optional<Job> FirstQueued(JobEffect effect);

@@ -14,6 +14,13 @@ import pytest
 SALE = ["VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"]
 
 
+def make_token(file, name, role):
+    """A new token of the file, as its holder gets it."""
+    made = subprocess.run([os.environ["LORIMAT"], "token", "add", name, "--role", role, "--tokens",
+                           file], capture_output=True, text=True, check=True)
+    return made.stdout.strip()
+
+
 class NotStarted(AssertionError):
     """It has ended ahead of its line; door.process tells how."""
 

@@ -1,5 +1,6 @@
 """Each example of docs/door.md, run as it stands there, and its answer."""
 import http.client
+import os
 import pathlib
 import re
 import resource
@@ -9,7 +10,7 @@ import subprocess
 
 import pytest
 
-from conftest import SALE
+from conftest import SALE, make_token
 from page import PORT, answer_of, examples
 
 ROOT = pathlib.Path(__file__).parents[2]
@@ -37,6 +38,14 @@ def busy(doors, folder):
 def hung(doors, folder):
     """A device that does not come back."""
     return doors(folder, faulty=True).start(fault="hang@line:1")
+
+
+def guarded(doors, folder):
+    """Nobody is heard without a token; the shell has two."""
+    tokens = folder / "shop.tokens"
+    for variable, name, role in (("DESK", "cassa-1", "desk"), ("OFFICE", "office", "operator")):
+        os.environ[variable] = make_token(tokens, name, role)
+    return doors(folder).start("--tokens", tokens, "--require-token")
 
 
 def late(doors, folder):
@@ -114,8 +123,8 @@ def until(holds):
         pass
 
 
-DOORS = {"fresh": fresh, "plugin": plugin, "busy": busy, "hung": hung, "late": late, "lost": lost,
-         "open": opened, "away": away, "full": full, "crowded": crowded, "followed": followed}
+DOORS = {"fresh": fresh, "guarded": guarded, "plugin": plugin, "busy": busy, "hung": hung, "late": late,
+         "lost": lost, "open": opened, "away": away, "full": full, "crowded": crowded, "followed": followed}
 
 
 def run(door, command):
