@@ -31,6 +31,7 @@ constexpr std::string_view kValues[] = {
     TR_TEXT("NUMBER=NAME[:VAT[:PRICE]]"),
     TR_TEXT("OPERATION"),
     TR_TEXT("PLACE"),
+    TR_TEXT("ROLE"),
     TR_TEXT("TEXT"),
     TR_TEXT("TO"),
     TR_TEXT("UINT"),

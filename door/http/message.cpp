@@ -100,6 +100,7 @@ ReplyMessage MessageOf(Reply& reply, unsigned version, bool keep) {
   message.body() = std::move(reply.body);
   message.keep_alive(keep);
   message.prepare_payload();
+  if (reply.status == 204) message.erase(http::field::content_length);
   return message;
 }
 

@@ -87,13 +87,15 @@ TEST(Completion, OffersTheOptionsThatTheHelpNames) {
 }
 
 TEST(Completion, OffersTheCommandsBelowAnotherWithTheirOptions) {
-  const std::vector<std::string> below = NamesInHelp({"journal"}, false);
-  ASSERT_THAT(below, Not(IsEmpty()));
-  EXPECT_THAT(Completions({"journal", ""}), testing::UnorderedElementsAreArray(below));
-  for (const std::string& name : below) {
-    EXPECT_THAT(Completions({"journal", name, "--"}),
-                testing::UnorderedElementsAreArray(NamesInHelp({"journal", name}, true)))
-        << name;
+  for (const char* command : {"journal", "token"}) {
+    const std::vector<std::string> below = NamesInHelp({command}, false);
+    ASSERT_THAT(below, Not(IsEmpty()));
+    EXPECT_THAT(Completions({command, ""}), testing::UnorderedElementsAreArray(below));
+    for (const std::string& name : below) {
+      EXPECT_THAT(Completions({command, name, "--"}),
+                  testing::UnorderedElementsAreArray(NamesInHelp({command, name}, true)))
+          << name;
+    }
   }
 }
 

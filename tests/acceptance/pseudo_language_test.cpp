@@ -140,6 +140,8 @@ TEST_F(PseudoLanguage, HelpOfAllCommands) {
                                                           {"door", "backup"},
                                                           {"backup"},
                                                           {"restore"},
+                                                          {"token"},
+                                                          {"token", "add"},
                                                           {"help"},
                                                           {"version"}};
   for (std::vector<std::string> command : commands) {

@@ -1,0 +1,164 @@
+// Certificates and keys as the door takes them, and connections by TLS that are slow.
+#include "door/access/tls.h"
+
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <openssl/pem.h>
+#include <openssl/ssl.h>
+#include <openssl/x509.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "console/message/failure.h"
+#include "console/terminal/streams.h"
+#include "door/http/api.h"
+#include "door/http/server.h"
+#include "door_shop.h"
+
+namespace lorimat::door {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Property;
+using testing::Throws;
+
+constexpr int64_t kDay = 86400;           // seconds
+constexpr int64_t kMade = 1'700'000'000;  // seconds since 1970
+constexpr int64_t kEnd = kMade + 90 * kDay;
+
+class TlsTest : public testing::Test {
+ protected:
+  TlsTest() {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directory(folder_);
+    Certify("door");
+  }
+  ~TlsTest() override { std::filesystem::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+  // NAME.pem and NAME.key, which count from kMade to kEnd.
+  void Certify(const std::string& name) const {
+    EVP_PKEY* key = EVP_EC_gen("P-256");
+    X509* certificate = X509_new();
+    X509_set_version(certificate, 2);
+    ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
+    ASN1_TIME_set(X509_getm_notBefore(certificate), kMade);
+    ASN1_TIME_set(X509_getm_notAfter(certificate), kEnd);
+    X509_set_pubkey(certificate, key);
+    X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate), "CN", MBSTRING_ASC,
+                               reinterpret_cast<const unsigned char*>("door"), -1, -1, 0);
+    X509_set_issuer_name(certificate, X509_get_subject_name(certificate));
+    X509_sign(certificate, key, EVP_sha256());
+    FILE* file = std::fopen(Path(name + ".pem").c_str(), "w");
+    PEM_write_X509(file, certificate);
+    std::fclose(file);
+    file = std::fopen(Path(name + ".key").c_str(), "w");
+    PEM_write_PrivateKey(file, key, nullptr, nullptr, 0, nullptr, nullptr);
+    std::fclose(file);
+    chmod(Path(name + ".key").c_str(), 0600);
+    X509_free(certificate);
+    EVP_PKEY_free(key);
+  }
+  void Write(const std::string& name, const std::string& text) const {
+    std::ofstream(Path(name)) << text;
+    chmod(Path(name).c_str(), 0600);
+  }
+  LoadedTls Load(const std::string& certificate, const std::string& key,
+                 int64_t now = kMade + kDay) const {
+    return LoadTls(Path(certificate), Path(key), now);
+  }
+  void ExpectRefused(const std::string& certificate, const std::string& key,
+                     const std::string& cause, int64_t now = kMade + kDay) const {
+    EXPECT_THAT([&] { Load(certificate, key, now); },
+                Throws<console::Failure>(Property(&console::Failure::what, HasSubstr(cause))));
+  }
+
+  const std::string folder_ = testing::TempDir() + "lorimat-tls-" +
+                              testing::UnitTest::GetInstance()->current_test_info()->name();
+};
+
+TEST_F(TlsTest, ACertificateIsTakenWhileItCounts) {
+  EXPECT_NE(Load("door.pem", "door.key").context, nullptr);
+  EXPECT_EQ(Load("door.pem", "door.key", kEnd - 31 * kDay).notice, "");
+  EXPECT_THAT(Load("door.pem", "door.key", kEnd - 29 * kDay).notice,
+              HasSubstr("door.pem: the certificate runs out on 2024-02-12 22:13 UTC"));
+  EXPECT_THAT(Load("door.pem", "door.key", kMade - 60).notice,
+              HasSubstr("counts from 2023-11-14 22:13 UTC on"));
+  ExpectRefused("door.pem", "door.key", "has run out on 2024-02-12 22:13 UTC", kEnd + 1);
+}
+
+TEST_F(TlsTest, WhatDoesNotFitIsRefusedByName) {
+  Certify("other");
+  ExpectRefused("door.pem", "other.key", "other.key: the key is not that of the certificate");
+  ExpectRefused("door.pem", "missing.key", "missing.key: cannot be opened");
+  ExpectRefused("missing.pem", "door.key", "missing.pem: cannot be opened");
+  ExpectRefused("door.key", "door.key", "door.key: is no certificate");
+  ExpectRefused(".", "door.key", "cannot be read");
+  Write("empty", "");
+  ExpectRefused("empty", "door.key", "empty: is no certificate");
+  ExpectRefused("door.pem", "empty", "empty: is no key");
+  std::ifstream whole(Path("door.pem"));
+  const std::string text{std::istreambuf_iterator<char>(whole), {}};
+  // A chain whose second part is cut.
+  Write("half.pem", text + text.substr(0, text.size() / 2));
+  ExpectRefused("half.pem", "door.key", "half.pem: is no certificate");
+  Write("chain.pem", "# ours\n" + text + text);
+  EXPECT_NE(Load("chain.pem", "door.key").context, nullptr);
+  chmod(Path("door.key").c_str(), 0644);
+  ExpectRefused("door.pem", "door.key", "may be read or written by everybody");
+}
+
+// Nobody is asked for a password.
+TEST_F(TlsTest, AKeyWithAPasswordIsRefused) {
+  EVP_PKEY* key = EVP_EC_gen("P-256");
+  FILE* file = std::fopen(Path("locked.key").c_str(), "w");
+  PEM_write_PKCS8PrivateKey(file, key, EVP_aes_128_cbc(), "secret", 6, nullptr, nullptr);
+  std::fclose(file);
+  EVP_PKEY_free(key);
+  chmod(Path("locked.key").c_str(), 0600);
+  ExpectRefused("door.pem", "locked.key", "locked.key: is no key in PEM without a password");
+}
+
+TEST_F(TlsTest, WhoIsSlowWithTheHandshakeIsCut) {
+  HttpServer server("127.0.0.1", 0, {.head_time = std::chrono::milliseconds(1)});
+  server.SetTls(Load("door.pem", "door.key").context);
+  JobLog log{""};
+  Api api({.log = log,
+           .judge = DoorShop::judge(),
+           .hosts = {},
+           .operators = {},
+           .trouble = [] { return DeviceTrouble::kNone; },
+           .log_failed = [] { return false; },
+           .wake = [] {}});
+  server.Start(api);
+  // Nothing, a byte of a handshake, and plain HTTP.
+  for (const std::string sent : {"", "\x16", "GET / HTTP/1.1\r\n\r\n"}) {
+    const console::Descriptor client(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(server.port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ASSERT_EQ(connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    send(client.get(), sent.data(), sent.size(), MSG_NOSIGNAL);
+    std::string all;
+    char bytes[4096];
+    for (ssize_t size; (size = recv(client.get(), bytes, sizeof bytes, 0)) > 0;) {
+      all.append(bytes, static_cast<size_t>(size));
+    }
+    // An alert at most.
+    EXPECT_EQ(all.find("HTTP"), all.npos);
+    EXPECT_LT(all.size(), 64U);
+  }
+  server.Stop();
+}
+
+}  // namespace
+}  // namespace lorimat::door
