@@ -130,18 +130,20 @@ Worker::Did Worker::RunNext() {
     if (reset) return RunReset(*reset);
     return Blocked(DeviceTrouble::kDocumentOpen);
   }
-  trouble_ = DeviceTrouble::kNone;
-  if (!job) return Did::kNothing;
-  if (job->effect == JobEffect::kReset) return RunReset(*job);
+  if (job && job->effect == JobEffect::kReset) return RunReset(*job);
 
   JobNews refused;
-  const std::optional<Judged> judged = JudgeAgain(*job, &refused);
+  const std::optional<Judged> judged = job ? JudgeAgain(*job, &refused) : std::nullopt;
   if (!judged) {
+    trouble_ = DeviceTrouble::kNone;
+    if (!job) return Did::kNothing;
     Move(*job, JobState::kRejected, Why::kRefusedLine, refused);
     return Did::kWork;
   }
   state = MakeReady(*state);
   if (!state) return Blocked(DeviceTrouble::kAway);
+  // One that answers what it is, and nothing else, is away until it is ready.
+  trouble_ = DeviceTrouble::kNone;
   At(Step::kBeforeBaseline);
   // The device may have taken its time.
   if (log_.Expire() > 0) return Did::kWork;

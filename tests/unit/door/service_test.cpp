@@ -217,6 +217,35 @@ TEST(Service, HasNoTroubleLeftWhenAResetIsTold) {
   service.Stop();
 }
 
+// It tells what it is, and does nothing: while that is tried again a client is told the same.
+TEST(Service, HasADeviceThatIsNotReadyForAwayUntilItIs) {
+  DoorShop shop;
+  const Job job = shop.Sell("k");
+  constexpr int kInVain = 3;
+  int resets = 0;
+  std::vector<DeviceTrouble> at_reset;
+  const Worker* asked = nullptr;
+  Worker worker(
+      *shop.log, *shop.device, DoorShop::judge(),
+      [&](const std::string& line, std::string* answer) -> long {
+        if (line == "#74" && ++resets <= kInVain) return RTF_E_TIMEOUT | 512;
+        return shop.RunLine(line, answer);
+      },
+      [&](Step step) {
+        if (step == Step::kBeforeReset) at_reset.push_back(asked->trouble());
+      });
+  asked = &worker;
+  for (int round = 0; round < kInVain; ++round) {
+    EXPECT_EQ(worker.Work(), Worker::Did::kBlocked);
+    EXPECT_EQ(worker.trouble(), DeviceTrouble::kAway);
+  }
+  EXPECT_EQ(worker.Work(), Worker::Did::kWork);
+  EXPECT_EQ(worker.trouble(), DeviceTrouble::kNone);
+  EXPECT_EQ(at_reset, (std::vector<DeviceTrouble>{DeviceTrouble::kNone, DeviceTrouble::kAway,
+                                                  DeviceTrouble::kAway, DeviceTrouble::kAway}));
+  EXPECT_EQ(shop.Get(job.id).state, JobState::kConfirmed);
+}
+
 TEST(Service, HasNoFailureOfTheLogLeftWhenAJobIsTold) {
   DoorShop shop;
   const Job job = shop.Sell("k");
