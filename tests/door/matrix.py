@@ -130,6 +130,14 @@ class Desk:
         """Whether no trouble is on its way."""
         return all(seen or not file.exists() for seen, file in zip(self.seen, self.struck))
 
+    def get(self, path):
+        """From a program that may end, and be begun anew, at any time."""
+        status = 0
+        while status == 0:
+            self.look_after()
+            status, reply = self.door.get(path)
+        return status, reply
+
     def send(self, key, lines):
         if lines is None:
             headers = {"Idempotency-Key": key}
@@ -198,11 +206,10 @@ def run_cell(cell, trace=None):
                 require(job["state"] == ("rejected" if name == "refused" else "confirmed"), job)
                 seen.update({step["state"] for step in job["history"]})
                 jobs[name] = job
-            desk.look_after()
-            status, device = desk.door.get("/v1/device")
+            status, device = desk.get("/v1/device")
             require(status == 200 and (device["queued"], device["unknown"],
                                        device["needs_operator"]) == (0, 0, 0), status, device)
-            keys = [(job["desk"], job["key"]) for job in desk.door.get("/v1/jobs?limit=100")[1]["jobs"]]
+            keys = [(job["desk"], job["key"]) for job in desk.get("/v1/jobs?limit=100")[1]["jobs"]]
             require(len(set(keys)) == len(keys), keys)
             check_register(desk, jobs)
             ended = desk.door.stop()
