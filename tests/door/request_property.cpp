@@ -7,6 +7,7 @@
 #include <string>
 
 #include "door/http/api.h"
+#include "door_shop.h"
 #include "language/shipped_language.h"
 #include "properties/property.h"
 
@@ -40,6 +41,9 @@ constexpr Good kGood[] = {
     {"GET", "/v1/jobs/1", ""},
     {"GET", "/v1/jobs?key=k1&desk=a", ""},
     {"GET", "/v1/jobs?state=queued&after=0&limit=%37", ""},
+    {"GET", "/v1/documents?from=2026-11-22&to=2026-11-22T23:59:59%2B01:00&after=1&limit=2", ""},
+    {"GET", "/v1/documents/1/1?kind=receipt", ""},
+    {"POST", "/v1/documents/1/1/copy?wait=0", R"({"desk":"operator","reference":"once more"})"},
     {"DELETE", "/v1/jobs/2", ""},
     {"GET", "/v1/events?after=0&follow=false", ""},
     {"GET", "/v1/events", ""},
@@ -71,6 +75,9 @@ std::string Changed(std::string text) {
 TEST(RequestProperty, EveryRequestIsAnsweredByThePage) {
   Seen seen("request");
   const PropertyRun run = RunOf(3000);
+  DoorShop shop;
+  shop.SellAside(12000);
+  KeptDocuments documents(shop.register_file());
   JobLog log("");
   log.Bind("99LRM0000001VR");
   LineJudge judge(shipped::LanguageFile().string());
@@ -82,7 +89,8 @@ TEST(RequestProperty, EveryRequestIsAnsweredByThePage) {
            .trouble = [] { return DeviceTrouble::kNone; },
            .log_failed = [] { return false; },
            .wake = [] {},
-           .tables = [&tables] { return tables; }});
+           .tables = [&tables] { return tables; },
+           .documents = &documents});
   const std::set<int> statuses = {200, 202, 400, 403, 404, 405, 409, 413, 415, 422, 429};
   Holds(run, [&] {
     Request request;
