@@ -4,7 +4,10 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#include <algorithm>
 #include <filesystem>
+
+#include "door/judge/code_page.h"
 
 namespace lorimat::door {
 namespace {
@@ -85,7 +88,8 @@ void AddLogMetrics(JobLog& log, MetricsText* text) {
   const LogFigures figures = log.Figures();
   text->Head("lorimatd_build_info", "The program, and the device that its log belongs to.",
              "gauge");
-  text->Value("lorimatd_build_info", {{"version", LORIMAT_VERSION}, {"serial", log.serial()}}, 1);
+  const std::string serial = FromDevice(log.serial());
+  text->Value("lorimatd_build_info", {{"version", LORIMAT_VERSION}, {"serial", serial}}, 1);
   text->Head("lorimatd_jobs", "Jobs of the log, by state.", "gauge");
   for (size_t i = 0; i < kJobStates; ++i) {
     text->Value("lorimatd_jobs", {{"state", StateName(i)}}, static_cast<double>(figures.jobs[i]));
@@ -102,11 +106,11 @@ void AddLogMetrics(JobLog& log, MetricsText* text) {
     if (IsFinal(static_cast<JobState>(i))) continue;
     text->Values("lorimatd_job_state_seconds", {{"state", StateName(i)}}, figures.left[i]);
   }
-  const int64_t oldest = figures.oldest_queued;
   constexpr double kSecond = 1000;  // milliseconds
+  const int64_t since = figures.oldest_queued == 0 ? 0 : log.Now() - figures.oldest_queued;
   text->Gauge("lorimatd_oldest_queued_seconds",
               "How long ago the job was taken that has waited longest; 0 when none waits.",
-              oldest == 0 ? 0 : static_cast<double>(log.Now() - oldest) / kSecond);
+              static_cast<double>(std::max<int64_t>(since, 0)) / kSecond);
   text->Head("lorimatd_log_commit_seconds", "How long the disk took for a commit of jobs.",
              "histogram");
   text->Values("lorimatd_log_commit_seconds", {}, figures.commits);
