@@ -8,8 +8,8 @@ root_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 # that draw belong to the register and the console, Boost to the door, GoogleTest and the reader of barcodes to the tests.
 build_packages=(g++ cmake ninja-build pkg-config python3 libfmt-dev libcli11-dev nlohmann-json3-dev
   libcairo2-dev libpango1.0-dev libpng-dev libzint-dev libsqlite3-dev libssl-dev libedit-dev gettext libboost1.81-dev
-  libgtest-dev libgmock-dev librapidcheck-dev zbar-tools curl openssl
-  python3-pytest python3-hypothesis python3-jsonschema)
+  libcurl4-openssl-dev libgtest-dev libgmock-dev librapidcheck-dev zbar-tools curl openssl
+  python3-pytest python3-hypothesis python3-jsonschema nodejs)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 windows32_packages=(g++-mingw-w64-i686-posix)
 # By their numbers: the packages without are in each other's way.

@@ -1,0 +1,195 @@
+// A door to a fiscal device (lorimatd) for a till in a browser, or in Node. A request is sent again with
+// one key as often as it takes: it becomes one job, and one receipt. index.d.ts has the types.
+
+const FINAL = ["rejected", "expired", "cancelled"];
+// What the door answers ahead of taking a job, and which passes.
+const NOT_NOW = ["queue_full", "too_many_requests", "document_open", "device_away"];
+const LONGEST_WAIT = 30, LONGEST_PAUSE = 5; // seconds
+const NOTHING = { getItem: () => null, setItem() {}, removeItem() {} };
+
+// kind: "refused", "failed", "away": nothing was done; "unknown", "needs_operator": ask again with its key.
+export class DoorError extends Error {
+  constructor(kind, message, more = {}) {
+    super(message);
+    Object.assign(this, { name: "DoorError", kind, code: "", status: 0, problem: {}, key: null, job: null }, more);
+  }
+}
+
+const problemOf = (kind, { status, body }, key) => new DoorError(kind,
+  [body?.code, body?.detail ?? `the answer has the status ${status}`].filter(Boolean).join(": "),
+  { code: body?.code ?? "", status, problem: body ?? {}, key });
+const story = (job) => `job ${job.id} is ${job.state}: ${job.history.at(-1)?.why ?? ""}`;
+const pause = (seconds, signal) => new Promise((done) => {
+  const timer = setTimeout(done, seconds * 1000);
+  signal?.addEventListener("abort", () => { clearTimeout(timer); done(); }, { once: true });
+});
+
+export class Door {
+  #url; #heads; #desk; #storage; #patience; #timeout; #signal; #name;
+
+  constructor(url, { token, desk, storage = NOTHING, patience = 60, timeout = 20, signal } = {}) {
+    this.#url = String(url).replace(/\/+$/, "");
+    this.#heads = token === undefined ? {} : { Authorization: `Bearer ${token}` };
+    [this.#desk, this.#storage, this.#signal] = [desk, storage, signal];
+    [this.#patience, this.#timeout] = [patience, timeout];
+    this.#name = `lorimat-door ${this.#url} ${desk ?? ""}`;
+  }
+
+  // randomUUID is missing where a page came by plain http from another computer.
+  static newKey() {
+    return [...crypto.getRandomValues(new Uint8Array(16))].map((byte) => byte.toString(16).padStart(2, "0")).join("");
+  }
+
+  sell(lines, options) { return this.#ask("/v1/jobs", { lines }, options); }
+  receipt(receipt, options) { return this.#ask("/v1/receipts", receipt, options); }
+  closeDay(options) { return this.#ask("/v1/device/close-day", {}, options); }
+  reset(options) { return this.#ask("/v1/device/reset", {}, options); }
+  dryRun(receipt) { return this.#do("POST", "/v1/receipts?dry_run=true", receipt); }
+  job(id) { return this.#do("GET", `/v1/jobs/${id}`); }
+  jobs(query = {}) { return this.#do("GET", `/v1/jobs?${new URLSearchParams(query)}`).then((page) => page.jobs); }
+  cancel(id) { return this.#do("DELETE", `/v1/jobs/${id}`); }
+  resolve(id, resolution) { return this.#do("POST", `/v1/jobs/${id}/resolve`, resolution); }
+  device() { return this.#do("GET", "/v1/device"); }
+
+  // What was asked and whose outcome is not known, the oldest first: {key, path, body, made}.
+  get pending() { return JSON.parse(this.#storage.getItem(this.#name) ?? "[]"); }
+
+  // Asks again for all of it. What the door never took and whose time is over is not sent any more.
+  async resume(options) {
+    const outcomes = [];
+    for (const request of this.pending) {
+      try {
+        const late = Date.now() > request.made + 1000 * (request.body.expires_s ?? 600);
+        if (late && await this.#neverTaken(request)) {
+          this.#forget(request);
+          throw new DoorError("away", "its time was over before the door took it", { code: "expired", key: request.key });
+        }
+        outcomes.push({ request, job: await this.#carry(request, true, options), error: null });
+      } catch (error) {
+        if (!(error instanceof DoorError)) throw error;
+        outcomes.push({ request, job: null, error });
+      }
+    }
+    return outcomes;
+  }
+
+  // {id, event, data}, as they come, for ever; the connection is made again where it is cut.
+  async *events({ after, signal = this.#signal } = {}) {
+    for (let wait = 0.1; !signal?.aborted; wait = Math.min(2 * wait, LONGEST_PAUSE)) {
+      try {
+        const resume = after === undefined ? {} : { "Last-Event-ID": String(after) };
+        const reply = await fetch(`${this.#url}/v1/events`, { signal,
+          headers: { ...this.#heads, Accept: "text/event-stream", ...resume } });
+        if (!reply.ok && ![429, 503].includes(reply.status)) {
+          throw problemOf("refused", { status: reply.status, body: await reply.json().catch(() => null) }, null);
+        }
+        let text = "";
+        const decoder = new TextDecoder();
+        for (const reader = reply.ok && reply.body.getReader(); reader;) {
+          const { done, value } = await reader.read();
+          if (done) break;
+          const blocks = (text + decoder.decode(value, { stream: true })).split(/\r?\n\r?\n/);
+          text = blocks.pop();
+          for (const block of blocks) {
+            const field = (name) => block.split(/\r?\n/).filter((line) => line.startsWith(`${name}:`))
+              .map((line) => line.slice(name.length + 1).replace(/^ /, ""));
+            if (!field("data").length) continue;
+            const id = field("id").length ? Number(field("id")[0]) : null;
+            after = id ?? after;
+            wait = 0.1;
+            yield { id, event: field("event")[0] ?? "message", data: JSON.parse(field("data").join("\n")) };
+          }
+        }
+      } catch (error) {
+        if (error instanceof DoorError) throw error;
+      }
+      await pause(wait, signal);
+    }
+  }
+
+  #keep(requests) {
+    if (requests.length) this.#storage.setItem(this.#name, JSON.stringify(requests));
+    else this.#storage.removeItem(this.#name);
+  }
+  #forget({ key }) { this.#keep(this.pending.filter((one) => one.key !== key)); }
+
+  async #ask(path, body, { key = Door.newKey(), reference, expires_s, wait } = {}) {
+    const whole = Object.fromEntries(Object.entries({ desk: this.#desk, reference, expires_s, ...body })
+      .filter(([, value]) => value !== undefined));
+    const request = { key, path, body: whole, made: Date.now() };
+    const kept = this.pending.find((one) => one.key === key);
+    if (kept && (kept.path !== path || JSON.stringify(kept.body) !== JSON.stringify(whole))) {
+      throw new DoorError("refused", "the key is kept with another request", { code: "key_reused", key });
+    }
+    if (!kept) this.#keep([...this.pending, request]);
+    return this.#carry(kept ?? request, Boolean(kept), { wait });
+  }
+
+  // Sends it until its outcome is known. Once a request may have reached the door, or another life of the
+  // till has sent it, only a final answer tells.
+  async #carry(request, old, { wait = 60 } = {}) {
+    const { key } = request, begin = Date.now(), since = () => (Date.now() - begin) / 1000;
+    let job = null, lost = false, last = null;
+    for (let rest = 0.1; ; rest = Math.min(2 * rest, LONGEST_PAUSE)) {
+      const waits = Math.floor(Math.min(Math.max(wait - since(), 0), LONGEST_WAIT));
+      let asked = 0;
+      try {
+        const answer = await this.#once("POST", `${request.path}?wait=${waits}`, request.body, { "Idempotency-Key": key }, waits);
+        asked = answer.retryAfter;
+        if (answer.body?.state) {
+          job = answer.body;
+          lost = true;
+          if (job.state === "confirmed" || FINAL.includes(job.state)) this.#forget(request);
+          if (job.state === "confirmed") return job;
+          const kind = FINAL.includes(job.state) ? "failed" : job.state;
+          if (kind === "failed" || kind === "needs_operator") throw new DoorError(kind, story(job), { code: job.state, key, job });
+        } else {
+          last = problemOf("away", answer, key);
+          const passes = NOT_NOW.includes(last.code) || answer.status === 429;
+          if (!passes && ((answer.status >= 400 && answer.status < 500) || answer.status === 501)) {
+            if (!lost) this.#forget(request);
+            throw problemOf(lost ? "unknown" : "refused", answer, key);
+          }
+          lost ||= !passes; // what failed may have done so behind the job's acceptance
+        }
+      } catch (error) {
+        if (error instanceof DoorError) throw error;
+        lost = true; // fetch does not tell whether the request left
+        last = new DoorError("away", String(error.message), { key });
+      }
+      if (since() >= (job ? wait : Math.max(wait, this.#patience)) || this.#signal?.aborted) {
+        if (lost || old) throw new DoorError("unknown", job ? story(job) : last.message, { key, job });
+        this.#forget(request);
+        throw last;
+      }
+      await pause(Math.max(asked, rest), this.#signal);
+    }
+  }
+
+  async #neverTaken({ key, body }) {
+    const query = new URLSearchParams(body.desk === undefined ? { key } : { key, desk: body.desk });
+    return this.#do("GET", `/v1/jobs?${query}`).then(() => false, (error) => {
+      if (error.code === "not_found") return true;
+      throw error;
+    });
+  }
+
+  async #once(method, path, body, heads = {}, waits = 0) {
+    const unsafe = method === "GET" ? {} : { "Content-Type": "application/json" };
+    const reply = await fetch(this.#url + path, { method, redirect: "error", cache: "no-store",
+      headers: { ...this.#heads, ...unsafe, ...heads }, body: body && JSON.stringify(body),
+      signal: AbortSignal.timeout(1000 * (waits + this.#timeout)) });
+    const text = await reply.text();
+    let json = null;
+    try { json = JSON.parse(text); } catch { /* none of a door */ }
+    return { status: reply.status, retryAfter: Number(reply.headers.get("Retry-After")) || 0, body: json };
+  }
+
+  async #do(method, path, body) {
+    const answer = await this.#once(method, path, body).catch((error) => {
+      throw new DoorError(method === "GET" ? "away" : "unknown", String(error.message));
+    });
+    if (answer.status >= 400 || answer.body === null) throw problemOf("refused", answer, null);
+    return answer.body;
+  }
+}

@@ -1,0 +1,115 @@
+// The JavaScript client against the door at DOOR_URL, and through DOOR_CUT_URL, on which connections are
+// cut by chance; test_javascript_client.py runs it.
+import assert from "node:assert/strict";
+import { webcrypto } from "node:crypto";
+import { createServer } from "node:http";
+import { test } from "node:test";
+
+import { Door, DoorError } from "../../bindings/javascript/lorimat-door.js";
+
+// Node 18 has it elsewhere.
+globalThis.crypto ??= webcrypto;
+const url = process.env.DOOR_URL, cut = process.env.DOOR_CUT_URL;
+const SALE = ["VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"];
+const COFFEE = { kind: "receipt", items: [{ department: 1, price: "1.20" }], payments: [{ tender: "cash" }] };
+
+function memory() {
+  const texts = new Map();
+  return { getItem: (name) => texts.get(name) ?? null, setItem: (name, text) => texts.set(name, text),
+    removeItem: (name) => texts.delete(name), texts };
+}
+
+async function scripted(answers) {
+  const asked = [];
+  const server = createServer((request, reply) => {
+    asked.push([request.url.split("?")[0], request.headers]);
+    request.resume().on("end", () => {
+      const [status, type, body] = answers.length > 1 ? answers.shift() : answers[0];
+      reply.writeHead(status, { "Content-Type": type });
+      reply.end(body);
+    });
+  });
+  await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
+  server.unref();
+  return { server, asked, url: `http://127.0.0.1:${server.address().port}` };
+}
+
+const kindOf = (kind, code) => (error) => error instanceof DoorError && error.kind === kind && error.code === code;
+
+test("a sale and a receipt are confirmed, and asked again are the same", async () => {
+  const door = new Door(url, { desk: "js" });
+  const key = Door.newKey();
+  const job = await door.sell(SALE, { key, reference: "order 4711" });
+  assert.equal(job.state, "confirmed");
+  assert.equal(job.document.total, "1.20");
+  const again = await door.sell(SALE, { key, reference: "order 4711" });
+  assert.deepEqual([again.id, again.replayed], [job.id, true]);
+  assert.equal((await door.receipt(COFFEE)).document.number, job.document.number + 1);
+  assert.equal((await door.dryRun(COFFEE)).sums.total, "1.20");
+  assert.equal((await door.job(job.id)).key, key);
+  assert.equal((await door.jobs({ state: "confirmed" })).length, 2);
+  assert.equal((await door.device()).ready, true);
+});
+
+test("what is refused or fails has its kind and code", async () => {
+  const door = new Door(url, { desk: "js", storage: memory() });
+  await assert.rejects(door.sell(["SETP ABORT=1"]), kindOf("refused", "line_not_allowed"));
+  await assert.rejects(door.sell(["VEND REP=99, PRE=1"]), kindOf("failed", "rejected"));
+  await assert.rejects(door.job(4711), kindOf("refused", "not_found"));
+  await assert.rejects(door.cancel(1), kindOf("refused", "wrong_state"));
+  await assert.rejects(door.resolve(1, { outcome: "done", reason: "seen" }), kindOf("refused", "wrong_state"));
+  assert.deepEqual(door.pending, []);
+});
+
+test("cut connections make one document for each key", async () => {
+  const door = new Door(cut, { desk: "cut", storage: memory() });
+  const jobs = [];
+  for (let n = 0; n < 6; ++n) jobs.push(await (n % 2 ? door.receipt(COFFEE) : door.sell(SALE)));
+  assert.equal(new Set(jobs.map((job) => job.document.number)).size, 6);
+  assert.deepEqual(door.pending, []);
+});
+
+test("a page that is closed asks again, and sells nothing behind its time", async () => {
+  const storage = memory();
+  const gone = new Door(url, { desk: "page", storage, signal: AbortSignal.abort(), patience: 0, timeout: 0 });
+  await assert.rejects(gone.sell(SALE, { key: "page-1", wait: 0 }), (error) => error.kind === "unknown");
+  const back = new Door(url, { desk: "page", storage });
+  const [outcome] = await back.resume();
+  assert.equal(outcome.job.key, "page-1");
+  assert.deepEqual(back.pending, []);
+  const [name] = ["lorimat-door " + url + " page"];
+  storage.setItem(name, JSON.stringify([{ key: "late", path: "/v1/jobs", body: { lines: SALE, desk: "page" }, made: 0 }]));
+  const [late] = await back.resume();
+  assert.deepEqual([late.job, late.error.code], [null, "expired"]);
+  assert.deepEqual(back.pending, []);
+});
+
+test("what fails within the door leaves the outcome unknown", async () => {
+  const problem = (code) => [503, "application/problem+json", JSON.stringify({ status: 503, code, detail: "" })];
+  const full = await scripted([problem("disk_full"), problem("device_away")]);
+  const storage = memory();
+  const door = new Door(full.url, { token: "till.x", storage, patience: 0.3 });
+  await assert.rejects(door.sell(SALE, { wait: 0 }), (error) => error.kind === "unknown");
+  assert.equal(door.pending.length, 1);
+  assert.equal(new Set(full.asked.map(([, heads]) => heads["idempotency-key"])).size, 1);
+  assert.equal(full.asked[0][1].authorization, "Bearer till.x");
+  await assert.rejects(door.sell(SALE, { wait: 0 }), kindOf("away", "device_away"));
+  assert.equal(door.pending.length, 1);
+  full.server.close();
+});
+
+test("events go on behind the last", async () => {
+  const first = ": still here\n\nid: 7\nevent: job\ndata: {\"id\": 1}\n\nid: 8\nevent: warning\ndata: {\"code\":\n" +
+    "data: \"paper\"}\n\nid: 9\nevent: job\ndata: {\"cut";
+  const stream = await scripted([[200, "text/event-stream", first],
+    [200, "text/event-stream", "id: 9\nevent: reset\ndata: {}\n\n"]]);
+  const found = [];
+  for await (const one of new Door(stream.url).events({ after: 6 })) {
+    found.push(one);
+    if (found.length === 3) break;
+  }
+  assert.deepEqual(found, [{ id: 7, event: "job", data: { id: 1 } },
+    { id: 8, event: "warning", data: { code: "paper" } }, { id: 9, event: "reset", data: {} }]);
+  assert.deepEqual(stream.asked.map(([, heads]) => heads["last-event-id"]), ["6", "8"]);
+  stream.server.close();
+});
