@@ -20,7 +20,7 @@ LAYERS = {
                  "document", "tables", "fault", "paper", "value"],
     "door": ["main.cpp", "run_door.cpp", "run_door.h", "door_watch.cpp", "door_watch.h", "no_faults.cpp", "faults.h",
              "http", "job", "receipt", "judge", "system", "log", "access"],
-    "console": ["main.cpp", "command", "command/backup", "conform", "shell", "host",
+    "console": ["main.cpp", "command", "command/backup", "conform", "shell", "host", "remote",
                 "token", "device", "check", "terminal", "message"],
     "src": ["lorimatrt", "pal/protocols", "managermachine", "rpccommon", "pal"],
 }

@@ -3,7 +3,7 @@
 
 const FINAL = ["rejected", "expired", "cancelled"];
 // What the door answers ahead of taking a job, and which passes.
-const NOT_NOW = ["queue_full", "too_many_requests", "document_open", "device_away"];
+const NOT_NOW = ["queue_full", "too_many_requests", "document_open", "device_away", "device_busy"];
 const LONGEST_WAIT = 30, LONGEST_PAUSE = 5; // seconds
 const NOTHING = { getItem: () => null, setItem() {}, removeItem() {} };
 

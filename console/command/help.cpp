@@ -22,7 +22,9 @@ constexpr std::string_view kValues[] = {
     TR_TEXT("FAULT"),
     TR_TEXT("FILE"),
     TR_TEXT("FROM"),
+    TR_TEXT("ID"),
     TR_TEXT("INT"),
+    TR_TEXT("KEY"),
     TR_TEXT("KIND"),
     TR_TEXT("LOG"),
     TR_TEXT("N"),
@@ -110,6 +112,8 @@ std::string HelpHeading(HelpGroup group) {
       return Tr("Look at a register");
     case HelpGroup::kLookAfterRegister:
       return Tr("Look after a register");
+    case HelpGroup::kUseDoor:
+      return Tr("Use a door");
     case HelpGroup::kLookUpProgram:
       return Tr("Look up the program");
   }

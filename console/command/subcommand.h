@@ -21,6 +21,7 @@ enum class HelpGroup {
   kLookIntoLines,
   kLookAtRegister,
   kLookAfterRegister,
+  kUseDoor,
   kLookUpProgram,
 };
 

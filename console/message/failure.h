@@ -30,6 +30,7 @@ enum ExitCode {
   kExitLinesFailed = 1,  // at least one line answered a code other than 0
   kExitFaults = 1,       // what was looked at has faults
   kExitNotDone = 2,      // wrong use, or the run or its paper could not be done
+  kExitUnknown = 3,      // what was asked of a door may have been done, or not
   kExitReaderGone = 141  // nobody reads standard output: SIGPIPE is to end the program
 };
 

@@ -66,12 +66,9 @@ const std::vector<Api::Route>& Api::Routes() {
 std::vector<std::string> Api::RouteTexts() {
   std::vector<std::string> texts;
   for (const Route& route : Routes()) {
-    std::string& text = texts.emplace_back(std::string(route.method) + " ");
-    for (const char* segment : route.segments) text += segment ? "/" + std::string(segment) : "";
-    char mark = '?';
-    for (const char* name : route.query) {
-      if (name != nullptr) text += std::exchange(mark, '&') + std::string(name);
-    }
+    std::string& text = texts.emplace_back(route.method);
+    for (const char* one : route.segments) text += one ? std::string("/") + one : "";
+    for (const char* one : route.query) text += one ? std::string("&") + one : "";
   }
   return texts;
 }
@@ -326,8 +323,8 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
 
 Reply Api::GetJob(const Request&, const Path& path) {
   const std::optional<Job> job = parts_.log.Find(path.id);
-  if (!job || !path.MaySee(job->desk)) return Problem(404, "not_found", "there is no such job");
-  return JobReply(200, *job, false);
+  const bool is_seen = job && path.MaySee(job->desk);
+  return is_seen ? JobReply(200, *job, false) : Problem(404, "not_found", "there is no such job");
 }
 
 Reply Api::ListJobs(const Request&, const Path& path) {
@@ -358,18 +355,15 @@ Reply Api::ListJobs(const Request&, const Path& path) {
     return Problem(400, "bad_field",
                    fmt::format("after is a number of a job, limit 1 to {}", kMostListed));
   }
-  Reply reply;
-  reply.body = "{\"jobs\":[";
-  const char* comma = "";
   const bool sees_all = !path.caller || path.caller->role == console::TokenRole::kOperator;
   const std::optional<std::string> desk =
       sees_all ? std::nullopt : std::optional(path.caller->name);
+  Reply reply{200, "application/json", "{\"jobs\":["};
   for (const Job& job : parts_.log.List(state, *after, static_cast<int>(*limit), desk)) {
-    std::string text = JobJson(job, false);
-    text.pop_back();
-    reply.body += comma + text;
-    comma = ",";
+    reply.body += JobJson(job, false);
+    reply.body.back() = ',';
   }
+  if (reply.body.back() == ',') reply.body.pop_back();
   reply.body += "]}\n";
   return reply;
 }

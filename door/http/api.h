@@ -90,7 +90,7 @@ class Api {
     AccessRules access = {};
   };
 
-  // What the door takes, each as "GET /v1/jobs/#?key&desk"; "#" is a number. door/openapi.json
+  // What the door takes, each as "GET/v1/jobs/#&key&desk"; "#" is a number. door/openapi.json
   // describes them.
   static std::vector<std::string> RouteTexts();
 

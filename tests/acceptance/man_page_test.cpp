@@ -124,9 +124,9 @@ TEST(ManPage, EveryHelpHasExamplesAndExitCodes) {
 TEST(ManPage, NamesTheVariablesThatTheProgramReads) {
   for (const char* file : {"docs/man/lorimat.1", "docs/man/it/lorimat.1"}) {
     const std::string page = ReadFile(SourceFile(file));
-    for (const char* name :
-         {"LC_ALL", "LC_MESSAGES", "LANG", "LORIMAT_LIBRARY", "LORIMAT_REGISTER", "LORIMAT_TOKENS",
-          "LORIMATRT_REGISTRY", "NO_COLOR", "PAGER", "TERM", "TMPDIR", "XDG_STATE_HOME"}) {
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "LORIMAT_LIBRARY", "LORIMAT_REGISTER",
+                             "LORIMAT_TOKEN", "LORIMAT_TOKENS", "LORIMATRT_REGISTRY", "NO_COLOR",
+                             "PAGER", "TERM", "TMPDIR", "XDG_STATE_HOME"}) {
       EXPECT_THAT(page, testing::HasSubstr(name)) << file;
     }
   }

@@ -166,7 +166,7 @@ TEST_F(PseudoLanguage, HelpHasItsTextsInOneColumn) {
   for (const std::string& line : LinesOf(Run({"--help"}).output)) {
     if (std::regex_search(line, std::regex("^  [a-z]+  "))) commands.push_back(line);
   }
-  EXPECT_THAT(commands, SizeIs(20));
+  EXPECT_THAT(commands, SizeIs(23));
   EXPECT_THAT(SecondColumns(commands), ElementsAre(30));
 }
 

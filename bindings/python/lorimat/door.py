@@ -30,7 +30,8 @@ _FINAL = ("rejected", "expired", "cancelled")
 _FIRST_PAUSE, _LONGEST_PAUSE = 0.1, 5.0  # seconds
 _LONGEST_WAIT = 30  # seconds that one request waits for an outcome
 # What the door answers ahead of taking a job, and which passes.
-_NOT_NOW = ("queue_full", "too_many_requests", "document_open", "device_away")
+_NOT_NOW = ("queue_full", "too_many_requests", "document_open", "device_away",
+            "device_busy")
 
 
 class Document(NamedTuple):
@@ -162,9 +163,12 @@ class Door:
         """Gives up what is open on the device; an operator's. Else as sell()."""
         return self._ask("/v1/device/reset", {}, key, reference, expires_s, wait)
 
-    def copy(self, closure: int, number: int, key: Optional[str] = None, *, wait: float = 60.0) -> Job:
-        """Prints a copy of a document, which is no sale; an operator's. Else as sell()."""
-        return self._ask("/v1/documents/%d/%d/copy" % (closure, number), {}, key, None, None, wait)
+    def copy(self, closure: int, number: int, key: Optional[str] = None, *, kind: Optional[str] = None,
+             wait: float = 60.0) -> Job:
+        """Prints a copy of a document, which is no sale; an operator's. `kind` where an invoice and
+        another document have the same numbers. Else as sell()."""
+        path = "/v1/documents/%d/%d/copy" % (closure, number)
+        return self._ask(path, {}, key, None, None, wait, {} if kind is None else {"kind": kind})
 
     def resume(self, wait: float = 60.0) -> Iterator[Outcome]:
         """Asks again for all that is kept in the folder `pending`, the oldest first, and yields what
@@ -246,9 +250,12 @@ class Door:
                 return
             query["after"] = page["next"]
 
-    def document(self, closure: int, number: int, accept: str = "text/plain") -> bytes:
-        """A document as it was printed: "text/plain", "image/png", or "application/json"."""
-        return self._answer("GET", "/v1/documents/%d/%d" % (closure, number), None,
+    def document(self, closure: int, number: int, accept: str = "text/plain",
+                 kind: Optional[str] = None) -> bytes:
+        """A document as it was printed: "text/plain", "image/png", or "application/json". `kind` where
+        an invoice and another document have the same numbers."""
+        query = "" if kind is None else "?" + urllib.parse.urlencode({"kind": kind})
+        return self._answer("GET", "/v1/documents/%d/%d%s" % (closure, number, query), None,
                             {"Accept": accept}).body
 
     def events(self, after: Optional[int] = None) -> Iterator[Event]:
@@ -260,7 +267,9 @@ class Door:
     # How it is done.
 
     def _ask(self, path: str, body: Dict[str, Any], key: Optional[str], reference: Optional[str],
-             expires_s: Optional[int], wait: float) -> Job:
+             expires_s: Optional[int], wait: float, query: Mapping[str, str] = {}) -> Job:
+        if query:
+            path += "?" + urllib.parse.urlencode(query)
         for name, value in (("desk", self._desk), ("reference", reference), ("expires_s", expires_s)):
             if value is not None:
                 body.setdefault(name, value)
@@ -288,7 +297,8 @@ class Door:
             waits = min(int(left), _LONGEST_WAIT)
             asked = None
             try:
-                answer = self._address.exchange("POST", "%s?wait=%d" % (request.path, waits), body,
+                mark = "&" if "?" in request.path else "?"
+                answer = self._address.exchange("POST", "%s%swait=%d" % (request.path, mark, waits), body,
                                                 headers, self._address.timeout + waits)
                 row = answer.json()
                 job = _job(row)

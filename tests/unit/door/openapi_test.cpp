@@ -31,15 +31,14 @@ std::vector<std::string> Described() {
   std::vector<std::string> texts;
   for (const auto& [path, operations] : api.at("paths").items()) {
     for (const auto& [method, operation] : operations.items()) {
-      std::string& text = texts.emplace_back(InCapitals(method) + " " + Plain(path));
-      char mark = '?';
+      std::string& text = texts.emplace_back(InCapitals(method) + Plain(path));
       for (json parameter : operation.value("parameters", json::array())) {
         if (parameter.contains("$ref")) {
           const std::string pointer = parameter.at("$ref").get<std::string>().substr(1);
           parameter = api.at(json::json_pointer(pointer));
         }
         if (parameter.at("in") != "query") continue;
-        text += std::exchange(mark, '&') + parameter.at("name").get<std::string>();
+        text += "&" + parameter.at("name").get<std::string>();
       }
     }
   }

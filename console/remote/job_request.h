@@ -1,0 +1,53 @@
+// A job asked for until its outcome is known, or the time is over: again and again with one key.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "console/message/json_text.h"
+#include "console/remote/http_request.h"
+
+namespace lorimat::console {
+
+struct JobRequest {
+  std::string path;  // "/v1/jobs"
+  std::string key;
+  std::string body;             // JSON
+  std::chrono::seconds wait{};  // in all
+};
+
+enum class Asked {
+  kConfirmed,  // its effect is there, once
+  kFailed,     // rejected, expired or cancelled: it has no effect, for good
+  kRefused,    // no such job is taken; nothing was done
+  kAway,       // no door took it in time; nothing was done
+  kUnknown,    // it may have been done: ask again with the same key
+};
+
+struct JobOutcome {
+  Asked asked = Asked::kAway;
+  Json job;           // as the door has it; null where it did not tell
+  Json problem;       // what the door told instead of a job; null for none
+  std::string cause;  // of an answer that did not come
+};
+
+// Throws Failure as Ask does. A signal that interrupt.h notes ends it early.
+JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request);
+
+// One request and its JSON: of what changes nothing asked again until the time is over. Null, with
+// the cause, where none came; *is_lost when what was asked for may have been done all the same.
+struct DoorReply {
+  int status = 0;
+  Json body;
+  std::string cause;
+  bool is_lost = false;
+};
+DoorReply AskDoor(const DoorAddress& address, HttpRequest request, std::chrono::seconds wait);
+
+// The text of a problem, or of its absence; and the last word of a job's history.
+std::string ProblemText(const Json& problem, const std::string& cause);
+std::string LastWhy(const Json& job);
+// A member that is a text; empty where it is none.
+std::string TextOf(const Json& json, const char* name);
+
+}  // namespace lorimat::console
