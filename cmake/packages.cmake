@@ -94,6 +94,7 @@ lorimat_package(lorimat-data PACKAGE lorimat-data SECTION misc ARCHITECTURE all
   TEXT "The definition file from which liblorimatrt takes the words of its language.")
 lorimat_package(lorimat PACKAGE lorimat SECTION utils TARGET lorimat
   DEPENDS "liblorimatrt${PROJECT_VERSION_MAJOR} ${exactly}, lorimat-data ${exactly}"
+  RECOMMENDS libcurl4
   SUMMARY "run, check and explain lines of a cash-desk language"
   TEXT "${what_it_is}
 
