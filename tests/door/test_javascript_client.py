@@ -1,6 +1,8 @@
 """bindings/javascript against a door: javascript_client.mjs, where there is a Node that has fetch."""
+import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 
@@ -27,3 +29,21 @@ def test_the_javascript_client(door):
     assert len([job for job in jobs if job["desk"] == "cut"]) == 6
     assert way.seen["answer lost"] and way.seen["answer cut"]
     assert set(way.seen) == set(WAYS)
+
+
+def test_the_package_has_the_version_of_the_project():
+    root = pathlib.Path(__file__).parents[2]
+    package = json.loads((root / "bindings/javascript/package.json").read_text())
+    (version,) = re.findall(r"project\(lorimatrt VERSION ([0-9.]+)", (root / "CMakeLists.txt").read_text())
+    assert package["version"] == version
+    assert {"lorimat-door.js", "index.d.ts"} <= set(package["files"])
+
+
+def test_each_method_has_its_types():
+    """What the module gives and what its types name are the same."""
+    folder = pathlib.Path(__file__).parents[2] / "bindings/javascript"
+    code, types = (folder / "lorimat-door.js").read_text(), (folder / "index.d.ts").read_text()
+    body = code[code.index("export class Door {"):]
+    methods = set(re.findall(r"^  (?:static |async \*?|get )*(\w+)\(", body, re.M)) - {"constructor"}
+    declared = types[types.index("export class Door {"):]
+    assert methods == set(re.findall(r"^  (?:static |readonly )*(\w+)[(:]", declared, re.M)) - {"constructor"}
