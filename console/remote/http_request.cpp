@@ -100,7 +100,7 @@ HttpAnswer Ask(const DoorAddress& address, const HttpRequest& request) {
   const auto add = [&](const std::string& head) {
     curl_slist* longer = curl.append(heads.get(), head.c_str());
     if (longer == nullptr) throw std::bad_alloc();
-    heads.release();
+    static_cast<void>(heads.release());
     heads.reset(longer);
   };
   for (const std::string& head : request.heads) add(head);

@@ -24,6 +24,8 @@ enum class Asked {
   kUnknown,    // it may have been done: ask again with the same key
 };
 
+// Moving JSON throws nothing, which its assertions hide.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 struct JobOutcome {
   Asked asked = Asked::kAway;
   Json job;           // as the door has it; null where it did not tell
