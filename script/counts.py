@@ -44,6 +44,8 @@ ROWS = [
     ("coverage.register.branches", "branches of register/ that tests take"),
     ("coverage.console.lines", "lines of console/ that tests run"),
     ("coverage.console.branches", "branches of console/ that tests take"),
+    ("coverage.recording.lines", "lines of recording/ that tests run"),
+    ("coverage.recording.branches", "branches of recording/ that tests take"),
 ]
 
 NUMBER = r"([0-9]+(?:\.[0-9]+)?)"

@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
@@ -49,6 +52,21 @@ TEST(Recording, IsReadWithWhatItTellsOfItself) {
   EXPECT_EQ(read.first_time, "2024-01-15T10:30:00.123Z");
   ASSERT_EQ(read.script.steps.size(), 4u);  // language, init and two lines
   EXPECT_EQ(read.script.steps[3].code, 1231);
+}
+
+TEST(Recording, OfAFileIsReadAndOneThatCannotBeIsNamed) {
+  const std::string path = ::testing::TempDir() + "lorimat-recording-" + std::to_string(getpid());
+  EXPECT_EQ(ReadRecording(path).fault.cause, RecordingCause::kUnreadable);
+  EXPECT_EQ(ReadRecording(path).fault.number, ENOENT);
+  EXPECT_FALSE(ReadRecording(path).readable());
+  EXPECT_EQ(ReadRecording("/").fault.cause, RecordingCause::kUnreadable);
+  EXPECT_EQ(ReadRecording("/").fault.number, EISDIR);
+  std::ofstream(path) << TwoLines();
+  const Recording read = ReadRecording(path);
+  EXPECT_EQ(unlink(path.c_str()), 0);
+  EXPECT_FALSE(read.fault) << read.fault.text;
+  EXPECT_EQ(read.script.path, path);
+  EXPECT_EQ(read.script.steps.size(), 4u);
 }
 
 TEST(Recording, CutAnywhereIsNamed) {
@@ -349,6 +367,22 @@ TEST(Trim, TheLinesThatFailedGoWithTheirDocumentAndWhatWasSet) {
             "> CHIU\n"
             "< PrintRecTotalEx(0, \"0\", true) -> 212\n"
             "= 1236 \"ERROR 4/212 : \"\n");
+}
+
+TEST(Trim, OfARecordingTellsWhatMadeItAndKeepsItsWords) {
+  const Trimmed trimmed = Trim(ReadRecordingText("x", TwoLines()), {});
+  EXPECT_EQ(
+      trimmed.text,
+      "# 2 of 2 lines recorded from a device of the tests, 2024-01-15T10:30:00.123Z, by lorimat "
+      "3.1.11; secrets are blanked.\n"
+      "language: |\n  [OPCOD]\n  10=VEND\n"
+      "item 92: \"99MEX000000001\"\n"
+      "> VEND REP=1, PRE=1.00\n< BeginFiscalReceipt(true) -> 0\n= 0 \"OK.\"\n"
+      "> VEND REP=2, PRE=1.00\n< OpenDrawer() -> 212\n= 1231 \"ERROR 4/212 : \"\n");
+  EXPECT_EQ(
+      Trim(ReadRecordingText("x", "language: words.ini\nitem 75: \"2\"\n> CHIU\n= 257 *\n"), {})
+          .text,
+      "# 1 of 1 lines.\nlanguage: words.ini\nitem 75: \"2\"\n> CHIU\n= 257 *\n");
 }
 
 TEST(Trim, WithoutAFailureLinesHaveToBeNamed) {
