@@ -147,17 +147,17 @@ void BecomeTrial(pid_t parent, int seconds) {
 
 // Reads to the end of the pipe; false when that does not come in time, or a signal came.
 bool ReadToEnd(int pipe, int seconds, std::string* text) {
-  using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + std::chrono::seconds(seconds);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
   std::array<char, 4096> buffer;
   for (;;) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        end - std::chrono::steady_clock::now());
     pollfd input = {pipe, POLLIN, 0};
     // A signal may come right ahead of the wait.
-    constexpr int64_t kLook = 100;
+    constexpr int64_t kSlice = 100;
     const int ready =
-        poll(&input, 1, static_cast<int>(std::clamp<int64_t>(left.count(), 0, kLook)));
-    if (ready == 0 && (interrupted != 0 || Clock::now() >= end)) return false;
+        poll(&input, 1, static_cast<int>(std::clamp<int64_t>(left.count(), 0, kSlice)));
+    if (ready == 0 && (interrupted != 0 || std::chrono::steady_clock::now() >= end)) return false;
     if (ready == 0) continue;
     if (ready < 0 && errno != EINTR) return true;
     if (ready < 0) continue;

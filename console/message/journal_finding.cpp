@@ -15,13 +15,13 @@ namespace {
 
 using lorimat::FindingKind;
 
-struct FindingRow {
+struct JournalFindingRow {
   FindingKind kind;
   const char* code;
   const char* text;  // the fields are members of the finding, and the name of its document
 };
 
-constexpr FindingRow kRows[] = {
+constexpr JournalFindingRow kRows[] = {
     {FindingKind::kDamagedPage, "damaged-page", TR_TEXT("the file is damaged ({text})")},
     {FindingKind::kUnreadable, "unreadable", "{text}"},
     {FindingKind::kStrangeRow, "strange-row",
@@ -218,8 +218,8 @@ std::string StoredNameText(const std::string& name) {
   return name;
 }
 
-const FindingRow* RowOf(const lorimat::Finding& finding) {
-  for (const FindingRow& row : kRows) {
+const JournalFindingRow* RowOf(const lorimat::Finding& finding) {
+  for (const JournalFindingRow& row : kRows) {
     if (row.kind == finding.kind) return &row;
   }
   return nullptr;
@@ -228,7 +228,7 @@ const FindingRow* RowOf(const lorimat::Finding& finding) {
 }  // namespace
 
 std::string JournalFindingText(const lorimat::Finding& finding) {
-  const FindingRow* row = RowOf(finding);
+  const JournalFindingRow* row = RowOf(finding);
   if (row == nullptr) return {};
   const std::string text = finding.kind == FindingKind::kUnreadable
                                ? RegisterFailureWords(finding.failure)
@@ -244,7 +244,7 @@ std::string JournalFindingText(const lorimat::Finding& finding) {
 }
 
 std::string JournalFindingCode(const lorimat::Finding& finding) {
-  const FindingRow* row = RowOf(finding);
+  const JournalFindingRow* row = RowOf(finding);
   return row == nullptr ? "" : row->code;
 }
 

@@ -103,10 +103,10 @@ bool WriteInPlace(const fs::path& path, std::string_view content) {
 }
 
 // A file of a name that nobody has, beside the one that it is to become. It goes when it does not.
-class PartFile {
+class ReportPart {
  public:
   // With the mode and the owner of the file that it replaces, if it does.
-  PartFile(const fs::path& folder, const struct stat* replaced) {
+  ReportPart(const fs::path& folder, const struct stat* replaced) {
     for (int number = 0; number < kMostNames; ++number) {
       path_ = folder / fmt::format(".lorimat-{}-{}.part", getpid(), number);
       // Nobody else reads it before it has the other's mode.
@@ -119,9 +119,9 @@ class PartFile {
       return;
     }
   }
-  PartFile(const PartFile&) = delete;
-  PartFile& operator=(const PartFile&) = delete;
-  ~PartFile() {
+  ReportPart(const ReportPart&) = delete;
+  ReportPart& operator=(const ReportPart&) = delete;
+  ~ReportPart() {
     if (made_) unlink(path_.c_str());
   }
 
@@ -156,7 +156,7 @@ int WriteFile(std::string_view name, std::string_view content) {
   const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
   struct stat replaced = {};
   const bool replaces = lstat(path.c_str(), &replaced) == 0;
-  PartFile part(folder, replaces ? &replaced : nullptr);
+  ReportPart part(folder, replaces ? &replaced : nullptr);
   const bool stands = part.Fill(content) && part.Become(path) && SyncFolder(folder, path);
   return stands ? RTF_SUCCESS : NotWritten(name, errno);
 }

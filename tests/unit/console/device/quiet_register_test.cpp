@@ -15,7 +15,7 @@
 namespace lorimat::console {
 namespace {
 
-std::string Refusal(const std::string& file) {
+std::string RefusalOf(const std::string& file) {
   try {
     RequireQuietRegister(file);
   } catch (const Failure& failure) {
@@ -36,11 +36,11 @@ TEST(QuietRegisterTest, OneAtWorkIsInUseWhateverItHolds) {
   std::optional<VirtualRegister> device(settings);
   ASSERT_EQ(device->BeginFiscalReceipt(true), RTF_SUCCESS);
   ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
-  EXPECT_EQ(Refusal(settings.file), settings.file + ": is in use by another program");
+  EXPECT_EQ(RefusalOf(settings.file), settings.file + ": is in use by another program");
   ASSERT_EQ(device->PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
   device.reset();
-  EXPECT_TRUE(Refusal(settings.file).starts_with(settings.file + ": holds a receipt of "))
-      << Refusal(settings.file);
+  EXPECT_TRUE(RefusalOf(settings.file).starts_with(settings.file + ": holds a receipt of "))
+      << RefusalOf(settings.file);
   std::filesystem::remove_all(folder);
 }
 

@@ -182,7 +182,7 @@ TEST(ShellFaultWords, MomentAndOperationMayStandBehind) {
   EXPECT_EQ(123, ReadFault("code 123").code);
 }
 
-std::string Refusal(const std::string& words) {
+std::string RefusalOf(const std::string& words) {
   try {
     ReadFault(words);
   } catch (const Failure& failure) {
@@ -192,17 +192,17 @@ std::string Refusal(const std::string& words) {
 }
 
 TEST(ShellFaultWords, WhatMakesNoFaultIsRefusedWithACause) {
-  EXPECT_EQ("no fault is called 'paper-edn'; did you mean paper-end?", Refusal("paper-edn"));
-  EXPECT_EQ("no fault is called 'zzz'", Refusal("zzz"));
-  EXPECT_EQ("a number has to stand behind 'code'", Refusal("code"));
-  EXPECT_EQ("a number has to stand behind 'code'", Refusal("code 12x"));
-  EXPECT_EQ("a number has to stand behind 'nth'", Refusal("busy nth"));
+  EXPECT_EQ("no fault is called 'paper-edn'; did you mean paper-end?", RefusalOf("paper-edn"));
+  EXPECT_EQ("no fault is called 'zzz'", RefusalOf("zzz"));
+  EXPECT_EQ("a number has to stand behind 'code'", RefusalOf("code"));
+  EXPECT_EQ("a number has to stand behind 'code'", RefusalOf("code 12x"));
+  EXPECT_EQ("a number has to stand behind 'nth'", RefusalOf("busy nth"));
   EXPECT_EQ("the number behind 'nth' is out of range: 99999999999999",
-            Refusal("busy nth 99999999999999"));
-  EXPECT_EQ("'evry' has no place there; did you mean every?", Refusal("busy evry"));
+            RefusalOf("busy nth 99999999999999"));
+  EXPECT_EQ("'evry' has no place there; did you mean every?", RefusalOf("busy evry"));
   EXPECT_EQ("no operation of the device is called 'PrintRecItemXe'; did you mean PrintRecItemEx?",
-            Refusal("paper-end on PrintRecItemXe"));
-  EXPECT_EQ("'on' has no place there; did you mean on?", Refusal("busy on"));
+            RefusalOf("paper-end on PrintRecItemXe"));
+  EXPECT_EQ("'on' has no place there; did you mean on?", RefusalOf("busy on"));
 }
 
 TEST(ShellFaultWords, TheListHasEveryFaultAndThoseThatWait) {
