@@ -1,5 +1,6 @@
 #include "properties/property.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
@@ -20,7 +21,10 @@ uint64_t Number(const char* name) {
 PropertyRun RunOf(int quick_count) {
   PropertyRun run;
   run.count = static_cast<int>(Number("LORIMAT_PROPERTY_COUNT"));
-  if (run.count <= 0) run.count = quick_count;
+  if (run.count <= 0) {
+    const auto share = static_cast<int>(std::max<uint64_t>(Number("LORIMAT_PROPERTY_SHARE"), 1));
+    run.count = (quick_count + share - 1) / share;
+  }
   run.has_enough = run.count >= quick_count;
   const uint64_t seed = Number("LORIMAT_PROPERTY_SEED");
   if (seed != 0) run.seed = seed;

@@ -2,7 +2,8 @@
 // seed; the first that fails is made smaller, for so many tries, and shown, with the seed.
 //
 // LORIMAT_PROPERTY_COUNT is the number of cases of each property, LORIMAT_PROPERTY_SEED where
-// chance begins; without them a number that fits a quick run, and 1.
+// chance begins; without them a number that fits a quick run, and 1. LORIMAT_PROPERTY_SHARE divides
+// that number, for programs that are slow.
 #pragma once
 
 #include <gtest/gtest.h>
