@@ -1,21 +1,24 @@
 #!/usr/bin/env python3
-"""clang-tidy over src/, register/, recording/, bindings/, language/ and console/, by the checks of .clang-tidy.
+"""clang-tidy over src/, register/, recording/, bindings/, language/, console/ and door/, by .clang-tidy.
 
 usage: script/check-tidy.py [BUILD-FOLDER]    (build/release)
 
 The build folder has been configured by CMake: its compile_commands.json says how each file is
-compiled. Nothing of it has to be built. Prints each finding once; then the exit status is 1.
+compiled, and what is compiled as one is looked at so too. Nothing of it has to be built. Prints each
+finding once; then the exit status is 1.
 """
 import concurrent.futures
+import functools
 import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 
-ROOMS = ("src", "register", "recording", "bindings", "language", "console")
+ROOMS = ("src", "register", "recording", "bindings", "language", "console", "door")
 # What g++ knows and clang does not, and what is ours to judge and not the compiler's. A precompiled
 # header was made by g++.
 DROPPED = re.compile(r" (-fno-gnu-unique|-Winvalid-pch|-W[^ ]*|-include [^ ]*cmake_pch\.hxx)(?= )")
@@ -23,6 +26,33 @@ INCLUDED = re.compile(r'^#include "(/[^"]+)"$', re.MULTILINE)
 FINDING = re.compile(r"^(/[^:]+):(\d+):(\d+): (?:warning|error): (.*)$")
 METHOD = re.compile(r"^invalid case style for method '(\w+)'")
 NAMED_LIKE_A_VALUE = re.compile(r"^[a-z][a-z0-9_]*$")
+
+
+class Code:
+    """What is looked at at once: a file, or the texts of several in a row, for what is included is to
+    some checks a header."""
+
+    def __init__(self, command, files, name):
+        self.files = files
+        self.name = name
+        words = DROPPED.sub("", command["command"]).replace(command["file"], name)
+        self.command = {"directory": command["directory"], "file": name, "command": words}
+
+    def place(self, file, line):
+        """The file and the line of it that stand at a line of what was looked at."""
+        if file != self.name or len(self.files) == 1:
+            return file, line
+        for own in self.files:
+            count = len(lines_of(own))
+            if line <= count:
+                return str(own), line
+            line -= count
+        raise ValueError(f"{file} has no line {line}")
+
+
+@functools.cache
+def lines_of(file):
+    return pathlib.Path(file).read_text(errors="replace").split("\n")
 
 
 def files_of(command):
@@ -33,25 +63,31 @@ def files_of(command):
     return [file]
 
 
-def commands_of_rooms(build, root):
-    """One command for each file of the rooms, as clang-tidy reads it."""
-    commands = {}
+def codes_of_rooms(build, root, folder):
+    """All files of the rooms, each once; those that are compiled as one are one file in the folder."""
+    codes, covered = [], set()
+
+    def is_of_rooms(file):
+        return (file.suffix == ".cpp" and file.is_relative_to(root)
+                and file.relative_to(root).parts[0] in ROOMS)
+
     for command in json.loads((build / "compile_commands.json").read_text()):
-        for file in files_of(command):
-            if file.suffix != ".cpp" or file in commands:
-                continue
-            if not file.is_relative_to(root) or file.relative_to(root).parts[0] not in ROOMS:
-                continue
-            words = DROPPED.sub("", command["command"]).replace(command["file"], str(file))
-            commands[file] = {"directory": command["directory"], "file": str(file), "command": words}
-    return commands
+        files = [file for file in files_of(command) if is_of_rooms(file) and file not in covered]
+        covered.update(files)
+        if len(files) == 1:
+            codes.append(Code(command, files, str(files[0])))
+        elif files:
+            joined = pathlib.Path(folder, f"joined_{len(codes)}.cpp")
+            joined.write_text("".join("\n".join(lines_of(file)) + "\n" for file in files))
+            codes.append(Code(command, files, str(joined)))
+    return codes
 
 
 def is_named_like_its_value(file, line, name):
     """Whether the method takes nothing and gives a value: then it may be named like the value."""
     if not NAMED_LIKE_A_VALUE.match(name):
         return False
-    lines = pathlib.Path(file).read_text(errors="replace").splitlines()
+    lines = lines_of(file)
     # The type may stand on the line before.
     text = " ".join(lines[max(line - 2, 0):line])
     types = re.findall(r"([\w>&*\]]+)[ &*]+(?:\w+::)*" + name + r"\(\)", text)
@@ -63,30 +99,34 @@ def main():
     root = pathlib.Path(__file__).resolve().parent.parent
     if not (build / "compile_commands.json").is_file():
         sys.exit(f"{build} has no compile_commands.json: configure it first")
-    commands = commands_of_rooms(build, root)
-    if not commands:
-        sys.exit(f"{build} compiles no file of {', '.join(ROOMS)}")
     findings, failures = {}, []
 
     with tempfile.TemporaryDirectory() as folder:
+        # For what is joined there; files of the tree have the rules of their own folders.
+        shutil.copy(root / ".clang-tidy", folder)
+        codes = codes_of_rooms(build, root, folder)
+        if not codes:
+            sys.exit(f"{build} compiles no file of {', '.join(ROOMS)}")
         (pathlib.Path(folder) / "compile_commands.json").write_text(
-            json.dumps(list(commands.values())))
+            json.dumps([code.command for code in codes]))
 
-        def look_at(file):
-            return file, subprocess.run(["clang-tidy", "-p", folder, "--quiet", str(file)],
+        def look_at(code):
+            return code, subprocess.run(["clang-tidy", "-p", folder, "--quiet", code.name],
                                         stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
         workers = len(os.sched_getaffinity(0))
         with concurrent.futures.ThreadPoolExecutor(workers) as pool:
-            for file, run in pool.map(look_at, sorted(commands)):
+            for code, run in pool.map(look_at, codes):
                 # It ends well with warnings, and does not where it could not read the file.
                 if run.returncode != 0:
-                    failures.append(f"{file}: {run.stdout}{run.stderr}")
+                    names = " ".join(str(file) for file in code.files)
+                    failures.append(f"{names}: {run.stdout}{run.stderr}")
                 for line in run.stdout.splitlines():
                     found = FINDING.match(line)
                     if not found:
                         continue
-                    place, message = (found[1], int(found[2]), int(found[3])), found[4]
+                    place = (*code.place(found[1], int(found[2])), int(found[3]))
+                    message = found[4]
                     method = METHOD.match(message)
                     if method and is_named_like_its_value(place[0], place[1], method[1]):
                         continue
@@ -96,7 +136,7 @@ def main():
         print(failure)
     for file, line, column, message in sorted(findings):
         print(f"{os.path.relpath(file, root)}:{line}:{column}: {message}")
-    print(f"{len(commands)} files, {len(findings)} findings")
+    print(f"{sum(len(code.files) for code in codes)} files, {len(findings)} findings")
     return 1 if findings or failures else 0
 
 

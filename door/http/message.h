@@ -18,7 +18,7 @@ namespace lorimat::door {
 using RequestParser = boost::beast::http::request_parser<boost::beast::http::string_body>;
 using ReplyMessage = boost::beast::http::response<boost::beast::http::string_body>;
 
-inline constexpr size_t kMostHeader = 16 * 1024;
+inline constexpr size_t kMostHeader = size_t{16} * 1024;
 // What a connection may hold that has not been taken yet.
 inline constexpr size_t kMostBuffered = 2 * kMostHeader + Api::kMostBody;
 

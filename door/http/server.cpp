@@ -66,7 +66,8 @@ class HttpServer::Impl {
     port_ = acceptor_.local_endpoint().port();
   }
 
-  ~Impl() { Stop(); }
+  // Threads that cannot be stopped leave no other end than the program's.
+  ~Impl() { Stop(); }  // NOLINT(bugprone-exception-escape)
 
   void SetTls(TlsContext tls) {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -389,7 +390,7 @@ class HttpServer::Impl {
     stream.expires_after(kLinger);
     if (stream.has_tls()) co_await stream.async_shutdown(kTuple);
     stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    std::vector<char> rest(16 * 1024);
+    std::vector<char> rest(size_t{16} * 1024);
     for (size_t taken = 0; taken < kMostLingering;) {
       auto [error, size] = co_await stream.next_layer().async_read_some(asio::buffer(rest), kTuple);
       if (error) break;
