@@ -30,7 +30,7 @@ extern char** environ;
 namespace lorimat {
 namespace {
 
-constexpr int kKills = 300;
+constexpr int kKills = KILL_COUNT;
 constexpr int kMostAnswers = 12;         // before a kill
 constexpr long kLongestPause = 3000000;  // nanoseconds behind the last of them
 
@@ -220,8 +220,8 @@ TEST(KilledRegisterTest, KeepsEveryAnsweredDocumentOnceAndNothingHalf) {
     if (HasFailure()) break;
   }
   // The rounds were worth something: there were sales, and cuts in the middle of documents.
-  EXPECT_GT(answered, 300u);
-  EXPECT_GT(articles_answered, 50);
+  EXPECT_GT(answered, static_cast<unsigned>(kKills));
+  EXPECT_GT(articles_answered, kKills / 6);
   EXPECT_GT(interrupted, 0);
   PrintCount("kills", kills, kKills);
   std::printf("%u kills, %zu documents, %llu of them answered, %d cut off in the middle\n", kills,
