@@ -58,10 +58,11 @@ endfunction()
 # time, but for those named and those that have options of their own. Each file may call its own things as
 # it likes: a file does not come together with one that has the same name for something else, as a word
 # of any meaning where the name is no function's. Functions that differ in their arguments may have one name.
-# A compiler cache has each file by itself, and so has what counts lines.
+# A compiler cache has each file by itself, and so has what counts lines and a build with
+# -DLORIMAT_JOIN_FILES=OFF.
 function(lorimat_join_files target count)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "APART")
-  if(CMAKE_DISABLE_PRECOMPILE_HEADERS OR LORIMAT_COVERAGE)
+  if(NOT LORIMAT_JOIN_FILES OR CMAKE_DISABLE_PRECOMPILE_HEADERS OR LORIMAT_COVERAGE)
     return()
   endif()
   get_target_property(sources ${target} SOURCES)
