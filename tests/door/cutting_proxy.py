@@ -8,10 +8,11 @@ WAYS = ["whole", "refused", "request cut", "answer lost", "answer cut"]
 
 
 class CuttingProxy:
-    """Listens at `port`; each connection is one of WAYS, which are counted in `seen`."""
+    """Listens at `port`; each connection is one of WAYS, which are counted in `seen`. `at_stage` is
+    called when a request has come, when its answer has, and when that has been passed on."""
 
-    def __init__(self, target, seed, cut_in_ten=5):
-        self.target, self.cut_in_ten = target, cut_in_ten
+    def __init__(self, target, seed, cut_in_ten=5, at_stage=lambda: None):
+        self.target, self.cut_in_ten, self.at_stage = target, cut_in_ten, at_stage
         self.chance, self.seen, self.lock = random.Random(seed), dict.fromkeys(WAYS, 0), threading.Lock()
         self.listener = socket.create_server(("127.0.0.1", 0))
         self.port = self.listener.getsockname()[1]
@@ -37,13 +38,16 @@ class CuttingProxy:
                 return
             try:
                 request = whole_message(client)
+                self.at_stage()
                 with socket.create_connection(("127.0.0.1", self.target()), timeout=60) as door:
                     door.sendall(with_host(request, self.target())[:at if way == "request cut" else None])
                     if way == "request cut":
                         return
                     answer = whole_message(door)
+                    self.at_stage()
                     if way != "answer lost":
                         client.sendall(answer[:at] if way == "answer cut" else answer)
+                self.at_stage()
             except OSError:
                 pass
 

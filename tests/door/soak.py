@@ -4,7 +4,8 @@
 usage: soak.py (--hours H | --rounds N) [--seed N]
 
 A round is steps of the model, cases of the properties, each fault of the matrix with and without a
-client that tries again, lives by chance and desks at once; each has a seed of its own, "SEED.ROUND".
+client that tries again, lives by chance, desks at once and a shop's day; each has a seed of its own,
+"SEED.ROUND".
 The first thing that does not hold ends the run with 1, and its folder stays.
 """
 import argparse
@@ -19,6 +20,7 @@ import time
 import traceback
 
 import model
+import shop_day
 import test_chance
 import test_clients
 import test_matrix
@@ -28,8 +30,10 @@ MODEL_STEPS = 1_000_000
 # So many that chance brings all that each property asks of it, whatever the seed.
 PROPERTY_CASES = 120
 TRIALS = 40
+SHOP_RECEIPTS = 1000
 TITLES = {"steps": "steps of the model", "mistakes": "mistakes of the model found",
           "cases": "cases of each property", "faults": "faults of the matrix",
+          "shop": "receipts of shops' days",
           "trials": "lives of a door by chance, four of each log", "desks": "runs of five desks at once",
           "requests": "requests in lives by chance", "jobs": "jobs in lives by chance",
           "confirmed": "of these confirmed", "rejected": "of these rejected",
@@ -117,6 +121,8 @@ class Soak:
             self.say(f"round {number}: {self.done['trials']} logs, {self.done['jobs']} jobs")
         self.in_folder(test_clients.test_desks_at_once, f"{self.seed}.{number}")
         self.done["desks"] += 1
+        _, figures = shop_day.run_day(SHOP_RECEIPTS, f"{self.seed}.{number}")
+        self.done["shop"] += figures.receipts
 
     def tell(self):
         print()
