@@ -40,7 +40,7 @@ class CuttingProxy:
                 request = whole_message(client)
                 self.at_stage()
                 with socket.create_connection(("127.0.0.1", self.target()), timeout=60) as door:
-                    door.sendall(with_host(request, self.target())[:at if way == "request cut" else None])
+                    door.sendall(self.changed(request)[:at if way == "request cut" else None])
                     if way == "request cut":
                         return
                     answer = whole_message(door)
@@ -50,6 +50,9 @@ class CuttingProxy:
                 self.at_stage()
             except OSError:
                 pass
+
+    def changed(self, request):
+        return with_host(request, self.target())
 
     def close(self):
         self.listener.close()

@@ -71,9 +71,9 @@ def stored(register):
     return rows
 
 
-def all_jobs(door):
+def all_jobs(door, heads):
     jobs, after = [], 0
-    while page := door.get(f"/v1/jobs?after={after}&limit=100")[1]["jobs"]:
+    while page := door.request("GET", f"/v1/jobs?after={after}&limit=100", headers=heads)[2]["jobs"]:
         jobs, after = jobs + page, page[-1]["id"]
     return jobs
 
@@ -128,11 +128,11 @@ def effect_of(job):
     return document["closure"], document["number"], total and int(total.replace(".", ""))
 
 
-def check_jobs(door, paper):
+def check_jobs(door, paper, heads):
     """Each confirmed job is on the paper, with its own document, and no other one; all are over."""
-    device = door.get("/v1/device")[1]
+    device = door.request("GET", "/v1/device", headers=heads)[2]
     require((device["queued"], device["unknown"], device["needs_operator"]) == (0, 0, 0), device)
-    jobs = {(job["desk"], job["key"]): job for job in all_jobs(door)}
+    jobs = {(job["desk"], job["key"]): job for job in all_jobs(door, heads)}
     for job in jobs.values():
         require(job["state"] in ("confirmed", "rejected", "expired"), job)
     confirmed = {key: effect_of(job) for (desk, key), job in jobs.items()
@@ -181,11 +181,11 @@ def check_sales(till, book, paper, sales):
     return sums["book"]
 
 
-def check_day(door, books, sales):
-    """Throws Wrong where something does not agree."""
+def check_day(door, books, sales, heads):
+    """`heads`: what an operator's requests have. Throws Wrong where something does not agree."""
     whole = check_paper(door.register)
     paper = by_key([one for one in whole if not one.is_closing])
-    jobs = check_jobs(door, paper)
+    jobs = check_jobs(door, paper, heads)
     total = 0
     for till, name in enumerate(books, 1):
         total += check_sales(till, check_book(till, name, jobs, paper), paper, sales)

@@ -4,8 +4,9 @@ register, over cables that are cut, while tills and door are killed and an opera
 did not tell. In the end the paper, the journal, the door's jobs and the tills' own books agree: every
 sale is there once, nothing is open, and the sums are those of the plan.
 
-  shop_day.py [--receipts COUNT] [--seed NUMBER] [--mistakes]
+  shop_day.py [--receipts COUNT] [--seed NUMBER] [--browsers COUNT] [--mistakes]
 
+With --browsers so many of the eight tills are pages in Chromium.
 With --mistakes short days have a till each that does what none may do, and each has to be found out.
 LORIMATD_FAULTY is the door, LORIMAT the console, SHOP_TILL the till in C. Ends with 1 when something
 does not hold; its folder stays then."""
@@ -25,6 +26,7 @@ import threading
 from conftest import Door, NotStarted
 from cutting_proxy import CuttingProxy
 from shop_agreement import Wrong, check_day, printed
+from shop_browser import ENDED, Browser, BrowserCable, has_browser
 from shop_plan import A_SLIP, lines_of, sales_for
 from shop_till import MISTAKES, lorimat
 from test_matrix import STEPS
@@ -42,6 +44,22 @@ DEADLINE = 600
 MISTAKE_RECEIPTS = 16
 
 
+class Tokens:
+    """What tills and operator show the door, where it is one that knows tokens."""
+
+    def __init__(self, folder):
+        known = subprocess.run([os.environ["LORIMAT"], "token", "--help"], stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, check=False).returncode == 0
+        self.file = folder / "shop.tokens" if known else None
+        self.options = ["--tokens", self.file, "--require-token"] if known else []
+
+    def make(self, name, role):
+        if self.file is None:
+            return None
+        return subprocess.run([os.environ["LORIMAT"], "token", "add", name, "--role", role, "--tokens", self.file],
+                              capture_output=True, text=True, check=True).stdout.strip()
+
+
 class Till(threading.Thread):
     """A till's process, begun again when it was killed, behind a cable of its own. It is killed when so
     many things have happened on that."""
@@ -50,13 +68,18 @@ class Till(threading.Thread):
         super().__init__(daemon=True)
         self.shop, self.number, self.kind, self.mistake = shop, number, kind, mistake
         self.book = shop.folder / f"till-{number}.book"
+        self.token = shop.tokens.make(f"t{number}", "desk")
         chance = random.Random(f"{shop.seed}.till.{number}")
         kills = shop.sales if shop.is_rough else 1 + shop.sales // 12
         self.kill_at = sorted(chance.sample(range(1, 3 * shop.sales), kills))
         self.stages, self.kills, self.process, self.lock = 0, 0, None, threading.Lock()
         self.wrong = f"till {number} has no end"
-        self.cable = CuttingProxy(lambda: shop.door.port, f"{shop.seed}.cable.{number}",
-                                  6 if shop.is_rough else CUT_IN_TEN, self.at_stage)
+        self.has_ended, self.errors = False, ""
+        self.cable = self.make_cable(lambda: shop.door.port, f"{shop.seed}.cable.{number}",
+                                     6 if shop.is_rough else CUT_IN_TEN, self.at_stage)
+
+    def make_cable(self, *arguments):
+        return CuttingProxy(*arguments)
 
     def at_stage(self):
         with self.lock:
@@ -68,17 +91,19 @@ class Till(threading.Thread):
 
     def command(self):
         if self.kind == "c":
-            return [os.environ["SHOP_TILL"], str(self.cable.port), str(self.number), str(self.shop.sales), self.book]
+            return [os.environ["SHOP_TILL"], str(self.cable.port), str(self.number), str(self.shop.sales), self.book,
+                    *([self.token] if self.token else [])]
         mistake = ["--mistake", self.mistake] if self.mistake else []
+        if self.token:
+            mistake += ["--token", self.token]
         return [sys.executable, HERE / "shop_till.py", f"http://127.0.0.1:{self.cable.port}", str(self.number),
                 str(self.shop.sales), self.book, self.kind.split()[1], *mistake]
 
     def run(self):
         try:
-            while self.live() == KILLED:
+            while (code := self.live()) == KILLED:
                 self.kills += 1
-            code = self.process.returncode
-            self.wrong = f"till {self.number} has ended with {code}: {self.errors}" if code else ""
+            self.wrong = f"till {self.number} has ended with {code}: {self.errors}" if code or self.errors else ""
         finally:
             self.shop.events.put("till")
 
@@ -93,6 +118,30 @@ class Till(threading.Thread):
         return self.process.returncode
 
 
+class BrowserTill(Till):
+    """A page in a browser, whose killing is that of all the browser's processes."""
+
+    def make_cable(self, *arguments):
+        return BrowserCable(*arguments, self.book, self.on_call)
+
+    def on_call(self, path, text):
+        if path == "/needs":
+            self.shop.operator.called.set()
+            return
+        self.errors = text
+        self.has_ended = True
+        self.process.kill()
+
+    def live(self):
+        url = f"http://127.0.0.1:{self.cable.port}/?till={self.number}&sales={self.shop.sales}"
+        if self.token:
+            url += f"&token={self.token}"
+        with self.lock:
+            self.process = Browser(url, self.shop.folder / f"browser-{self.number}")
+        self.process.wait()
+        return ENDED if self.has_ended else KILLED
+
+
 class Operator(threading.Thread):
     """Looks at the paper when called, and tells the door what became of a job; closes the day when all
     tills have sold."""
@@ -102,7 +151,8 @@ class Operator(threading.Thread):
         self.shop, self.resolved = shop, {}  # by job: done or not
         self.called, self.is_evening, self.wrong = threading.Event(), False, "the operator has no end"
         self.cable = CuttingProxy(lambda: shop.door.port, f"{shop.seed}.cable.operator", CUT_IN_TEN)
-        self.door = lorimat.Door(f"http://127.0.0.1:{self.cable.port}", desk="operator",
+        self.token = shop.tokens.make("operator", "operator")
+        self.door = lorimat.Door(f"http://127.0.0.1:{self.cable.port}", self.token, "operator",
                                  pending=shop.folder / "operator.pending")
 
     def run(self):
@@ -161,20 +211,21 @@ class Operator(threading.Thread):
 
 
 class Shop:
-    def __init__(self, folder, receipts, seed, mistake=None):
+    def __init__(self, folder, receipts, seed, mistake=None, browsers=0):
         self.folder, self.seed = pathlib.Path(folder), seed
         self.chance = random.Random(f"{seed}.shop")
         # Short, and a mistake is to have its chances.
         self.is_rough = mistake is not None
         self.sales = sales_for(-(-receipts // len(TILLS)))
-        self.door = Door(folder, faulty=True)
+        self.door, self.tokens = Door(folder, faulty=True), Tokens(self.folder)
         self.register = self.door.register
         self.lives = 1 + max(4, receipts // 25)
         self.kills, self.stages, self.kill_at, self.lock = 0, 0, None, threading.Lock()
         self.is_begun, self.events = False, queue.Queue()
         self.operator = Operator(self)
-        self.tills = [Till(self, number, kind, mistake if "python" in kind else None)
-                      for number, kind in enumerate(TILLS, 1)]
+        kinds = TILLS[:len(TILLS) - browsers] + ("browser",) * browsers
+        self.tills = [(BrowserTill if kind == "browser" else Till)(self, number, kind, mistake if "python" in kind else None)
+                      for number, kind in enumerate(kinds, 1)]
 
     def at_stage(self):
         with self.lock:
@@ -198,7 +249,7 @@ class Shop:
         if not is_last:
             faults += [f"lose@line:{self.chance.randint(7, 2 * jobs + 7)}" for _ in range(LOSSES)]
         try:
-            self.door.start(fault=" ".join(faults))
+            self.door.start(*self.tokens.options, fault=" ".join(faults))
         except NotStarted:
             # A job of a life before was at work at once, and the fault struck there.
             self.door_ended()
@@ -249,8 +300,9 @@ class Shop:
         self.door.process.kill()
         self.door.process.communicate()
         # Whoever looks the day after.
-        self.door.start()
-        figures = check_day(self.door, [till.book for till in self.tills], self.sales)
+        self.door.start(*self.tokens.options)
+        heads = {"Authorization": f"Bearer {self.operator.token}"} if self.operator.token else {}
+        figures = check_day(self.door, [till.book for till in self.tills], self.sales, heads)
         if self.door.stop() != 0:
             raise Wrong("the door ends with", self.door.process.returncode)
         return figures
@@ -273,10 +325,10 @@ class Shop:
         return seen
 
 
-def run_day(receipts, seed, mistake=None):
+def run_day(receipts, seed, mistake=None, browsers=0):
     """What has to hold, held: the shop, and its figures. Throws Wrong."""
     folder = tempfile.mkdtemp(prefix="shop-day-")
-    shop = Shop(folder, receipts, seed, mistake)
+    shop = Shop(folder, receipts, seed, mistake, browsers)
     try:
         figures = shop.run()
     except Wrong as wrong:
@@ -307,12 +359,15 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--receipts", type=int, default=1000)
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--browsers", type=int, default=0)
     parser.add_argument("--mistakes", action="store_true")
     options = parser.parse_args()
+    if options.browsers and not has_browser():
+        parser.error("there is no chromium, or no bindings/javascript/lorimat-door.js")
     if options.mistakes:
         return 1 if find_mistakes(options.seed) else 0
     try:
-        shop, figures = run_day(options.receipts, options.seed)
+        shop, figures = run_day(options.receipts, options.seed, browsers=options.browsers)
     except Wrong as wrong:
         print(f"WRONG: {wrong}")
         return 1

@@ -25,6 +25,7 @@ import test_chance
 import test_clients
 import test_matrix
 from conftest import Door
+from shop_browser import has_browser
 
 MODEL_STEPS = 1_000_000
 # So many that chance brings all that each property asks of it, whatever the seed.
@@ -121,7 +122,7 @@ class Soak:
             self.say(f"round {number}: {self.done['trials']} logs, {self.done['jobs']} jobs")
         self.in_folder(test_clients.test_desks_at_once, f"{self.seed}.{number}")
         self.done["desks"] += 1
-        _, figures = shop_day.run_day(SHOP_RECEIPTS, f"{self.seed}.{number}")
+        _, figures = shop_day.run_day(SHOP_RECEIPTS, f"{self.seed}.{number}", browsers=2 * has_browser())
         self.done["shop"] += figures.receipts
 
     def tell(self):
