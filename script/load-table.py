@@ -7,9 +7,9 @@ FOLDER has first.json and second.json, the receipts without a door, and time.jso
 work. The table is shown; with --write it goes into the page, which keeps what stands outside of the marks."""
 
 import argparse
-import importlib.util
 import json
 import pathlib
+import runpy
 import statistics
 import sys
 
@@ -19,13 +19,6 @@ PICTURES = ROOT / "docs" / "pictures"
 BEGIN = "<!-- Desks: script/load-table.py writes them. -->"
 END = "<!-- End of the desks. -->"
 GOAL = 0.9
-
-
-def bench_table():
-    spec = importlib.util.spec_from_file_location("bench_table", ROOT / "script" / "bench-table.py")
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
-    return module
 
 
 def table(bound, runs):
@@ -91,7 +84,7 @@ def main():
     print("\n".join(lines))
     if not arguments.write:
         return
-    lines = [BEGIN, "", bench_table().machine(ROOT / "build" / "release"), "", *lines, "",
+    lines = [BEGIN, "", runpy.run_path(ROOT / "script" / "bench-table.py")["machine"](ROOT / "build" / "release"), "", *lines, "",
              draw("load-memory", "Memory of the door", "MB", [(one[0], one[1] / 1024) for one in jobs["memory"]]), "",
              draw("load-rate", "Documents a second", "documents a second", rates(jobs["memory"])), "", END]
     text = PAGE.read_text()
