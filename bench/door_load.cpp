@@ -21,6 +21,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <mutex>
 #include <nlohmann/json.hpp>
@@ -208,6 +209,7 @@ json RunDesks(int port, int desks, int64_t jobs, double seconds, int pid) {
       }
     });
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<size_t>(desks));
     for (int desk = 0; desk < desks; ++desk)
       threads.emplace_back([&load, desk] { Sell(load, desk); });
     for (std::thread& thread : threads) thread.join();
@@ -286,9 +288,7 @@ json RunBound(const std::string& file, int64_t receipts, lorimat::console::Strea
   return result;
 }
 
-}  // namespace
-
-int main(int count, char** arguments) {
+int RunProgram(int count, char** arguments) {
   const std::string what = count > 1 ? arguments[1] : "";
   json result;
   // The library's own lines are kept away from standard output.
@@ -306,4 +306,15 @@ int main(int count, char** arguments) {
   }
   streams.Output(result.dump() + "\n");
   return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    return RunProgram(count, arguments);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "door_load: %s\n", error.what());
+    return 1;
+  }
 }

@@ -39,7 +39,7 @@ static void Fail(const char* what) {
 }
 
 /* On the disk when it returns. */
-static void Write(const char* format, ...) {
+__attribute__((format(printf, 1, 2))) static void Write(const char* format, ...) {
   char line[256];
   va_list arguments;
   va_start(arguments, format);
