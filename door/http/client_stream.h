@@ -14,6 +14,8 @@
 
 namespace lorimat::door {
 
+// What Beast and Asio call has the names that they give it.
+// NOLINTBEGIN(readability-identifier-naming)
 class ClientStream {
  public:
   using next_layer_type = boost::beast::tcp_stream;
@@ -63,5 +65,6 @@ class ClientStream {
   std::optional<boost::asio::ssl::context> context_;
   std::optional<boost::asio::ssl::stream<next_layer_type&>> tls_;
 };
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace lorimat::door
