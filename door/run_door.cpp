@@ -167,9 +167,11 @@ std::string FileOf(const console::DeviceRequest& request) {
 }
 
 std::unique_ptr<FiscalDevice> OpenDoorDevice(console::DeviceRequest request, Streams& streams,
-                                             Notices& notices) {
+                                             Notices& notices, CallWatch& calls) {
   if (!IsRegister(request)) {
     request.timeout += BehindTimeout(request.timeout);
+    // It is opened anew by several calls, none of which is one of its client's.
+    request.at_call = [&calls] { calls.NoteSign(); };
     return std::make_unique<OpenedDevice>(std::move(request), streams);
   }
   for (const auto& [key, value] : request.options) {
@@ -245,12 +247,12 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   // Ahead of all threads, which inherit it.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams, notices);
+  CallWatch calls;
+  std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams, notices, calls);
   // What its tables are is known of the register alone.
   auto* own = dynamic_cast<RegisterDevice*>(bare.get());
   const auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
   const std::unique_ptr<FiscalDevice> opened = WithFaults(std::move(bare));
-  CallWatch calls;
   WatchedDevice device(*opened, calls);
   const std::string missing = device.Missing();
   const std::optional<DeviceState> state = device.Ask();

@@ -72,8 +72,12 @@ struct DeviceThread::Shared {
   }
 };
 
-DeviceThread::DeviceThread(std::chrono::milliseconds limit, std::chrono::milliseconds grace)
-    : limit_(limit), grace_(grace), shared_(std::make_shared<Shared>()) {
+DeviceThread::DeviceThread(std::chrono::milliseconds limit, std::chrono::milliseconds grace,
+                           std::function<void()> at_call)
+    : limit_(limit),
+      grace_(grace),
+      at_call_(std::move(at_call)),
+      shared_(std::make_shared<Shared>()) {
   const SignalsBlocked blocked;
   try {
     shared_->thread = std::thread([shared = shared_] { Shared::Loop(shared); });
@@ -94,6 +98,7 @@ DeviceThread::~DeviceThread() {
 
 bool DeviceThread::Run(const char* call, std::function<void()> work) {
   if (!given_up_.call.empty()) return false;
+  if (at_call_) at_call_();
   std::unique_lock lock(shared_->mutex);
   shared_->work = std::move(work);
   shared_->changed.notify_all();

@@ -16,8 +16,10 @@ inline constexpr std::chrono::seconds kStopGrace{5};
 
 class DeviceThread {
  public:
+  // `at_call` is told ahead of each work, by the thread that waits for it; may be null.
   explicit DeviceThread(std::chrono::milliseconds limit,
-                        std::chrono::milliseconds grace = kStopGrace);
+                        std::chrono::milliseconds grace = kStopGrace,
+                        std::function<void()> at_call = nullptr);
   // Ends the thread, but for one that was given up.
   ~DeviceThread();
   DeviceThread(const DeviceThread&) = delete;
@@ -42,6 +44,7 @@ class DeviceThread {
 
   const std::chrono::milliseconds limit_;
   const std::chrono::milliseconds grace_;
+  const std::function<void()> at_call_;
   std::shared_ptr<Shared> shared_;
   GivenUp given_up_;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -32,6 +33,8 @@ struct DeviceRequest {
   // For its tables alone: a device with an open document, or with faults that wait, is refused, and
   // what a host has to be told at its start waits for that host.
   bool for_tables = false;
+  // Told ahead of each call of a plug-in, by the thread that waits for it; may be null.
+  std::function<void()> at_call = nullptr;
 
   // The last one of this key; empty when it was not given.
   std::string Option(std::string_view key) const;

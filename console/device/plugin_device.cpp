@@ -211,7 +211,7 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
     tried = std::move(trial.facts);
   }
   core_ = std::make_shared<Core>(request);
-  thread_ = std::make_unique<DeviceThread>(request.timeout);
+  thread_ = std::make_unique<DeviceThread>(request.timeout, kStopGrace, request.at_call);
   Run("dlopen", [core = core_, path = LoadPath(file_)] {
     core->handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     const char* cause = core->handle == nullptr ? dlerror() : nullptr;

@@ -20,7 +20,14 @@ class CallWatch {
   explicit CallWatch(Clock clock = nullptr);
 
   void Begin() { begun_ = clock_(); }
-  void End() { begun_ = kNone; }
+  void End() {
+    NoteSign();
+    begun_ = kNone;
+  }
+  // Something comes by between two calls, or ahead of one that is not watched. Any thread may tell.
+  void NoteSign() { sign_ = clock_(); }
+  // When the last call ended, or something came by, on the clock; 0 for never. Any thread may ask.
+  int64_t last_sign() const { return sign_; }
   // Milliseconds since the call at work has begun; nothing where none is. Any thread may ask.
   std::optional<int64_t> Since() const;
 
@@ -29,6 +36,7 @@ class CallWatch {
 
   Clock clock_;
   std::atomic<int64_t> begun_{kNone};
+  std::atomic<int64_t> sign_{0};
 };
 
 // A call, whichever way it ends.

@@ -27,7 +27,7 @@ Service::Service(Parts parts)
 
 Service::~Service() { Stop(); }
 
-void Service::NoteBeat() { beat_ = SteadyTime(); }
+void Service::NoteBeat() { beat_ = parts_.clock(); }
 
 void Service::NoteLine(long code, int64_t milliseconds) {
   const std::lock_guard<std::mutex> lock(figures_mutex_);
@@ -42,16 +42,18 @@ ServiceFigures Service::figures() const {
 }
 
 bool Service::IsAlive() const {
-  // The longest pause is some seconds.
+  // The longest pause is some seconds; a device that is opened again has a part more for each call.
   constexpr std::chrono::milliseconds kBeyond = std::chrono::seconds(60);
-  const std::chrono::milliseconds most = parts_.device_timeout + kBeyond;
+  constexpr int kPart = 12;
+  const auto most = parts_.device_timeout + parts_.device_timeout / kPart + kBeyond;
   // One step of a job may be several calls, each of which may take its time.
   const std::optional<int64_t> call = parts_.calls ? parts_.calls->Since() : std::nullopt;
-  return call.value_or(SteadyTime() - beat_) <= most.count();
+  const int64_t sign = std::max<int64_t>(beat_, parts_.calls ? parts_.calls->last_sign() : 0);
+  return call.value_or(parts_.clock() - sign) <= most.count();
 }
 
 void Service::Start() {
-  beat_ = SteadyTime();
+  NoteBeat();
   thread_ = std::thread([this] { Loop(); });
   watcher_ = std::thread([this] { WatchLoop(); });
 }
@@ -170,8 +172,10 @@ Service::Came Service::Round() {
 
 bool Service::ReopenDevice() {
   const bool failed_before = std::exchange(opening_failed_, true);
+  NoteBeat();
   try {
     parts_.device.Reopen();
+    NoteBeat();
     opening_failed_ = false;
     Tell(trouble(), nullptr);
     return failed_before;
@@ -189,6 +193,7 @@ bool Service::ReopenDevice() {
 void Service::Loop() {
   int round = 0;
   for (;;) {
+    NoteBeat();
     {
       const std::lock_guard<std::mutex> lock(mutex_);
       if (stopping_ && !worker_.has_begun()) {

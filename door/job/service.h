@@ -30,8 +30,10 @@ class Service {
     LineJudge& judge;
     LineRunner run;
     StepWatch watch = nullptr;
-    // The calls of the device; without them none is watched.
+    // The calls of the device, on the same clock; without them none is watched.
     const CallWatch* calls = nullptr;
+    // By which IsAlive goes: milliseconds of a clock that is never put back.
+    CallWatch::Clock clock = &SteadyTime;
     // One of them takes longer: `hung` is called, with its job unknown in the log.
     std::chrono::milliseconds device_timeout{std::chrono::seconds(300)};
     // How long that waits for the log, whose disk may hang as well.
