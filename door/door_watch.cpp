@@ -61,6 +61,8 @@ void DoorWatch::AddMetrics(MetricsText& text) const {
   text.Counter("lorimatd_connections_refused_total",
                "Connections that were closed as they came, since there were too many.",
                figures.refused);
+  text.Counter("lorimatd_notices_lost_total", "Notices that the journal did not take in time.",
+               parts_.notices.lost());
   const ServiceFigures calls = parts_.service.figures();
   text.Counter("lorimatd_device_lines_failed_total", "Lines that were not answered with 0.",
                calls.failed);

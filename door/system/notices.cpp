@@ -6,6 +6,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -46,10 +47,22 @@ void Notices::Tell(Level level, const std::string& text, Fields fields) noexcept
   try {
     if (level > most_) return;
     if (is_journal_ && Send(level, text, fields)) return;
-    streams_.Error("lorimatd: " + console::ShownLines(text) + "\n");
+    const std::string line = "lorimatd: " + console::ShownLines(text) + "\n";
+    if (!is_journal_) return streams_.Error(line);
+    if (!SendLine(line)) ++lost_;
   } catch (...) {
     // There is no memory for a notice.
   }
+}
+
+// The journal's stream is a socket, which a journal that stands still does not empty.
+bool Notices::SendLine(const std::string& line) const {
+  const ssize_t sent = send(STDERR_FILENO, line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  if (sent < 0 && errno == ENOTSOCK) {
+    streams_.Error(line);
+    return true;
+  }
+  return sent == static_cast<ssize_t>(line.size());
 }
 
 bool Notices::Send(Level level, const std::string& text, Fields fields) const {

@@ -2,6 +2,7 @@
 // with fields where standard error is the journal.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -37,14 +38,19 @@ class Notices {
   // Its last step: LORIMAT_JOB, LORIMAT_STATE, LORIMAT_WHY, LORIMAT_DESK; of what its client has
   // sent nothing else.
   void TellJob(const Job& job) noexcept;
+  // How many the journal did not take in time, and nobody is told any more. Any thread may ask.
+  int64_t lost() const { return lost_; }
 
  private:
   bool Send(Level level, const std::string& text, Fields fields) const;
+  // To the journal as a line, without its own protocol. False when that does not take it whole.
+  bool SendLine(const std::string& line) const;
 
   console::Streams& streams_;
   std::string journal_;
   bool is_journal_ = false;
   Level most_ = Level::kNote;
+  std::atomic<int64_t> lost_{0};
 };
 
 }  // namespace lorimat::door

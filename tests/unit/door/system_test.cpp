@@ -203,5 +203,34 @@ TEST(Notices, AreNotLostWithTheJournal) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "lorimatd: a note\n");
 }
 
+// Nobody reads its stream, and its socket is not there.
+TEST(Notices, KeepNobodyWaitingForAJournalThatStandsStill) {
+  int pair[2] = {-1, -1};
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair), 0);
+  const console::Descriptor reader(pair[0]);
+  const console::Descriptor before(dup(STDERR_FILENO));
+  dup2(pair[1], STDERR_FILENO);
+  close(pair[1]);
+  constexpr int kNotices = 2000;
+  int64_t lost = 0;
+  bool is_journal = false;
+  {
+    const Environment stream("JOURNAL_STREAM", ErrorStream());
+    console::Streams streams;
+    Notices notices(streams, "/nonexistent/socket");
+    is_journal = notices.is_journal();
+    notices.Tell(Level::kNote, "the first one");
+    for (int i = 0; i < kNotices; ++i) notices.Tell(Level::kNote, std::string(1000, 'x'));
+    lost = notices.lost();
+  }
+  dup2(before.get(), STDERR_FILENO);
+  EXPECT_TRUE(is_journal);
+  EXPECT_GT(lost, 0);
+  EXPECT_LT(lost, kNotices);
+  std::string text(24, '\0');
+  EXPECT_EQ(recv(reader.get(), text.data(), text.size(), 0), 24);
+  EXPECT_EQ(text, "lorimatd: the first one\n");
+}
+
 }  // namespace
 }  // namespace lorimat::door
