@@ -74,11 +74,17 @@ void DoorWatch::AddMetrics(MetricsText& text) const {
 bool DoorWatch::IsAlive(Api& api) {
   if (*asked_ > 0) return false;
   ++*asked_;
-  parts_.server.Post([asked = asked_, &api] {
-    // There is none, which the log has to be asked for.
-    api.IsOver(0);
-    --*asked;
-  });
+  try {
+    parts_.server.Post([asked = asked_, &api] {
+      // There is none, which the log has to be asked for.
+      api.IsOver(0);
+      --*asked;
+    });
+  } catch (...) {
+    // Without memory nobody was asked.
+    --*asked_;
+    return false;
+  }
   return parts_.service.IsAlive();
 }
 

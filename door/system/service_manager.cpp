@@ -100,11 +100,20 @@ SignsOfLife::~SignsOfLife() {
   if (thread_.joinable()) thread_.join();
 }
 
+bool SignsOfLife::IsAlive() const noexcept {
+  try {
+    return is_alive_();
+  } catch (...) {
+    // Asked another time.
+    return false;
+  }
+}
+
 void SignsOfLife::Loop(std::chrono::microseconds pause) {
   std::unique_lock<std::mutex> lock(mutex_);
   while (!is_over_) {
     lock.unlock();
-    if (is_alive_()) manager_.Notify("WATCHDOG=1");
+    if (IsAlive()) manager_.Notify("WATCHDOG=1");
     lock.lock();
     ends_.wait_for(lock, pause, [this] { return is_over_; });
   }

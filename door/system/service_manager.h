@@ -41,6 +41,7 @@ class SignsOfLife {
   SignsOfLife& operator=(const SignsOfLife&) = delete;
 
  private:
+  bool IsAlive() const noexcept;
   void Loop(std::chrono::microseconds pause);
 
   const ServiceManager& manager_;

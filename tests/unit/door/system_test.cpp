@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <string>
 
 #include "door/system/notices.h"
@@ -116,6 +117,21 @@ TEST(SignsOfLife, ComeAsLongAsThereIsLife) {
   const int more = asked + 5;
   while (asked < more) usleep(100);
   EXPECT_TRUE(listener.IsEmpty());
+}
+
+// No memory, say.
+TEST(SignsOfLife, GoOnBehindWhateverIsThrown) {
+  const Listener listener;
+  const Environment address("NOTIFY_SOCKET", listener.file());
+  const Environment patience("WATCHDOG_USEC", "4000");
+  const ServiceManager manager;
+  std::atomic<int> asked{0};
+  const SignsOfLife signs(manager, [&] {
+    if (++asked == 1) throw std::bad_alloc();
+    return true;
+  });
+  EXPECT_EQ(listener.Take(), "WATCHDOG=1");
+  EXPECT_GT(asked, 1);
 }
 
 TEST(ServiceManager, SocketsOfAnotherProcessAreNotTaken) {
