@@ -176,18 +176,23 @@ class NamelessFile {
 
 std::optional<DeviceState> ClientDevice::Ask() {
   RtfClientInterface& device = client();
+  // One that does not answer may take its time for each: the first is the last.
   const std::optional<std::string> serial = Item(device, kSerial);
+  if (!serial || serial->empty()) return std::nullopt;
   const std::optional<int> closure = NumberItem<int>(device, kClosure);
+  if (!closure) return std::nullopt;
   const std::optional<int> document = LastReceipt(device);
+  if (!document) return std::nullopt;
   const std::optional<int> invoice = NumberItem<int>(device, kInvoice);
+  if (!invoice) return std::nullopt;
   const std::optional<int64_t> total = NumberItem<int64_t>(device, kDayTotal);
+  if (!total) return std::nullopt;
   const std::optional<int> printer = PrinterState(device);
+  if (!printer) return std::nullopt;
   const std::optional<Status> status = ReadStatus(device);
+  if (!status) return std::nullopt;
   std::optional<int64_t> grand_total;
-  if (!serial || serial->empty() || !closure || !document || !invoice || !total || !printer ||
-      !status || !ReadWhereItIs(device, kGrandTotal, &grand_total)) {
-    return std::nullopt;
-  }
+  if (!ReadWhereItIs(device, kGrandTotal, &grand_total)) return std::nullopt;
   DeviceState state;
   state.numbers = {*serial, *closure, *document, *invoice, *total, grand_total};
   // Both are asked: a device may be open for one and closed for the other.
@@ -243,6 +248,7 @@ std::optional<DeviceReport> ClientDevice::Report() {
       report.warnings.emplace_back(row.warning);
     }
   }
+  AddReport(&report);
   return report;
 }
 

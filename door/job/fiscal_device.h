@@ -59,6 +59,8 @@ class FiscalDevice {
   virtual std::optional<JobDocument> LastClosing() { return std::nullopt; }
   // What it tells for people; nothing when it does not answer.
   virtual std::optional<DeviceReport> Report() = 0;
+  // Adds what it knows beside its client to what that told.
+  virtual void AddReport(DeviceReport* /*report*/) {}
   // A document as it was printed, line by line, in the code page of the device; no lines where
   // there is none of this name.
   virtual Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) = 0;

@@ -53,9 +53,7 @@ Told RegisterDevice::FindLast(const DocumentName& name, LastDocument* document) 
   return Told::kYes;
 }
 
-std::optional<DeviceReport> RegisterDevice::Report() {
-  std::optional<DeviceReport> report = ClientDevice::Report();
-  if (!report) return report;
+void RegisterDevice::AddReport(DeviceReport* report) {
   const RegisterStore& store = register_.store();
   const RegisterSettings& settings = register_.tables().settings();
   report->last_document.reset();
@@ -78,7 +76,6 @@ std::optional<DeviceReport> RegisterDevice::Report() {
   if (notice.opened) report->warnings.emplace_back("day_left_open");
   if (notice.documents_left) report->warnings.emplace_back("numbers_near_end");
   if (notice.closings_left) report->warnings.emplace_back("closings_near_end");
-  return report;
 }
 
 std::optional<JobDocument> RegisterDevice::LastClosing() {

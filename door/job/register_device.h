@@ -20,7 +20,7 @@ class RegisterDevice : public ClientDevice {
   Told FindLast(const DocumentName& name, LastDocument* document) override;
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::optional<JobDocument> LastClosing() override;
-  std::optional<DeviceReport> Report() override;
+  void AddReport(DeviceReport* report) override;
 
   VirtualRegister& device() { return register_; }
 

@@ -47,9 +47,9 @@ class WatchedDevice : public ClientDevice {
     const WatchedCall call(watch_);
     return inner_.LastClosing();
   }
-  std::optional<DeviceReport> Report() override {
+  void AddReport(DeviceReport* report) override {
     const WatchedCall call(watch_);
-    return inner_.Report();
+    inner_.AddReport(report);
   }
   Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override {
     const WatchedCall call(watch_);

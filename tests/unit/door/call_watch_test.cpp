@@ -59,7 +59,13 @@ class SlowDevice : public ClientDevice {
     return inner_.FindLast(name, document);
   }
 
+  void AddReport(DeviceReport* report) override {
+    asked_to_add = client_.watch->Since();
+    inner_.AddReport(report);
+  }
+
   std::optional<int64_t> asked_for_last;
+  std::optional<int64_t> asked_to_add;
 
  private:
   SlowClient client_;
@@ -90,6 +96,24 @@ TEST(CallWatch, EachCallOfAJobIsOneByItself) {
   EXPECT_EQ(slow.client().longest, 0);
   EXPECT_EQ(slow.asked_for_last, 0);
   EXPECT_EQ(steps_in_a_call, 0);
+}
+
+// So has what it tells for people.
+TEST(CallWatch, EachCallOfAReportIsOneByItself) {
+  DoorShop shop;
+  int64_t now = 0;
+  CallWatch watch([&now] { return now; });
+  SlowDevice slow(*shop.device, &now);
+  slow.client().watch = &watch;
+  WatchedDevice device(slow, watch);
+  const std::optional<DeviceReport> report = device.Report();
+  ASSERT_TRUE(report);
+  // What the register knows beside its client is there.
+  EXPECT_EQ(report->day.documents, 0);
+  EXPECT_EQ(slow.client().calls, 11);
+  EXPECT_EQ(slow.client().unwatched, 0);
+  EXPECT_EQ(slow.client().longest, 0);
+  EXPECT_EQ(slow.asked_to_add, 0);
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
+#include "door/passing_client.h"
 #include "door_shop.h"
 #include "rpccommon/services/rtffptrconst.h"
 
@@ -45,6 +48,44 @@ TEST(ClientDevice, AJournalThatIsNotToldNowMayBeToldLater) {
   }
   EXPECT_EQ(device.FindLast({1, 1, false}, &last), Told::kYes);
   EXPECT_FALSE(last.paper.empty());
+}
+
+// It answers until a call, and none from there on.
+class AwayClient : public PassingClient<AwayClient> {
+ public:
+  explicit AwayClient(RtfClientInterface& inner) : inner_(inner) {}
+  RtfClientInterface& inner() { return inner_; }
+  template <ClientOperation operation, OperationKind kind, typename Call>
+  auto Pass(Call call) -> decltype(call()) {
+    ++calls;
+    if constexpr (std::is_same_v<decltype(call()), int>) {
+      if (calls >= first_failing) return RTF_E_TIMEOUT;
+    }
+    return call();
+  }
+  int calls = 0;
+  int first_failing = 1;
+
+ private:
+  RtfClientInterface& inner_;
+};
+
+// Each item may take a device that is away its whole time.
+TEST(ClientDevice, AsksNothingBehindWhatIsNotAnswered) {
+  DoorShop shop;
+  AwayClient client(shop.device->client());
+  PlainDevice device(client);
+  constexpr int kItems = 8;
+  for (int first = 1; first <= kItems; ++first) {
+    client.calls = 0;
+    client.first_failing = first;
+    EXPECT_EQ(device.Ask(), std::nullopt);
+    EXPECT_EQ(client.calls, first);
+  }
+  client.calls = 0;
+  client.first_failing = kItems + 1;
+  EXPECT_TRUE(device.Ask());
+  EXPECT_EQ(client.calls, kItems);
 }
 
 // By the kind of the document and the sale that its paper names.
