@@ -23,7 +23,8 @@ Service::Service(Parts parts)
           [this](Step step) {
             NoteBeat();
             if (parts_.watch) parts_.watch(step);
-          }) {}
+          },
+          [this] { return questions_.any(); }) {}
 
 Service::~Service() { Stop(); }
 
@@ -82,7 +83,6 @@ bool Service::Ask(std::shared_ptr<Question> question) {
   const DeviceTrouble now = trouble();
   if (now == DeviceTrouble::kAway || now == DeviceTrouble::kOtherDevice) return false;
   if (!questions_.Put(std::move(question))) return false;
-  worker_.SetAwaited(true);
   Wake();
   return true;
 }
@@ -116,11 +116,7 @@ bool Service::AnswerQuestions() noexcept {
     // The log cannot be read, or nobody told: another round asks the rest.
     return false;
   }
-  // In this order: what comes in between says so itself.
-  worker_.SetAwaited(false);
-  if (!questions_.any()) return false;
-  worker_.SetAwaited(true);
-  return true;
+  return questions_.any();
 }
 
 // Grows, so that a device that is away is not asked without end.

@@ -95,8 +95,8 @@ class Service {
   void NoteLine(long code, int64_t milliseconds);
 
   Parts parts_;
-  Worker worker_;
   Questions questions_;
+  Worker worker_;
   std::mutex mutex_;
   std::condition_variable wake_;
   bool stopping_ = false;

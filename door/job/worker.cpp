@@ -45,8 +45,14 @@ class Worker::AtWork {
   std::atomic<int64_t>& job_;
 };
 
-Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch)
-    : log_(log), device_(device), judge_(judge), run_(std::move(run)), watch_(std::move(watch)) {}
+Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch,
+               std::function<bool()> is_awaited)
+    : log_(log),
+      device_(device),
+      judge_(judge),
+      run_(std::move(run)),
+      watch_(std::move(watch)),
+      is_awaited_(std::move(is_awaited)) {}
 
 void Worker::Move(const Job& job, JobState to, Why why, const JobNews& news) {
   At(Step::kBeforeOutcome);
@@ -297,7 +303,8 @@ void Worker::EndAndBegin(const JobMove& end, const DeviceState& state, bool is_l
   At(Step::kBeforeOutcome);
   bool begun = false;
   try {
-    begun = is_lasting && !begins_no_more_ && !is_awaited_ && BeginNext(end, state);
+    const bool is_awaited = is_awaited_ && is_awaited_();
+    begun = is_lasting && !begins_no_more_ && !is_awaited && BeginNext(end, state);
   } catch (const std::exception&) {
     // The next one was cancelled meanwhile, say: it waits, and keeps this one from nothing.
   }

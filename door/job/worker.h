@@ -46,8 +46,10 @@ class Worker {
     kBlocked,  // see trouble
   };
 
+  // `is_awaited` tells whether somebody else waits for the device: as long as that is so no job
+  // begins by the commit that ends another one. Null: nobody does.
   Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run,
-         StepWatch watch = nullptr);
+         StepWatch watch = nullptr, std::function<bool()> is_awaited = nullptr);
 
   // Does one thing: resolves what is unknown, or runs the next job. Throws RegisterError when the
   // log fails; what was begun is resolved the next time.
@@ -63,8 +65,6 @@ class Worker {
   bool has_begun() const { return begun_.has_value(); }
   // From here on none begins so; any thread may call it.
   void BeginNoMore() { begins_no_more_ = true; }
-  // As long as somebody else waits for the device, none begins so either; any thread may call it.
-  void SetAwaited(bool awaited) { is_awaited_ = awaited; }
 
  private:
   struct Run;
@@ -106,12 +106,12 @@ class Worker {
   LineJudge& judge_;
   LineRunner run_;
   StepWatch watch_;
+  std::function<bool()> is_awaited_;
   std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
   std::atomic<int64_t> at_work_{0};
   int asked_in_vain_ = 0;
   std::optional<Begun> begun_;
   std::atomic<bool> begins_no_more_{false};
-  std::atomic<bool> is_awaited_{false};
 };
 
 }  // namespace lorimat::door

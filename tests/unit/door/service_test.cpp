@@ -108,6 +108,52 @@ TEST(Service, AsksTheDeviceBetweenTwoJobsOfASeries) {
   EXPECT_FALSE(is_open);
 }
 
+// Nobody waits any longer: from there on the end of a job is the beginning of the next one again.
+TEST(Service, GoesOnWithTheSeriesBehindAQuestion) {
+  DoorShop shop;
+  std::promise<void> over;
+  for (const char* key : {"a", "b", "c", "d", "e", "f"}) shop.Sell(key);
+  std::atomic<int> ended{0};
+  shop.log->SetObserver([&](int64_t id) {
+    if (shop.Get(id).state == JobState::kConfirmed && ++ended == 6) over.set_value();
+  });
+  Service* asked = nullptr;
+  int answered = -1;  // jobs over by then
+  int ends_behind = 0;
+  int begun_with_end = 0;
+  bool is_ending = false;
+  const auto question = std::make_shared<Question>();
+  question->id = -1;
+  question->ask = [&](FiscalDevice&) { answered = ended; };
+  Service service({.log = *shop.log,
+                   .device = *shop.device,
+                   .judge = DoorShop::judge(),
+                   .run =
+                       [&](const std::string& line, std::string* answer) {
+                         if (ended == 1 && line.starts_with("VEND")) {
+                           EXPECT_TRUE(asked->Ask(question));
+                         }
+                         return shop.RunLine(line, answer);
+                       },
+                   .watch =
+                       [&](Step step) {
+                         if (step == Step::kBeforeOutcome) is_ending = true;
+                         if (step == Step::kBehindOutcome) is_ending = false;
+                         if (answered < 0) return;
+                         if (step == Step::kBeforeOutcome) ++ends_behind;
+                         if (step == Step::kBeforeBaseline && is_ending) ++begun_with_end;
+                       },
+                   .hung = nullptr,
+                   .tell = nullptr});
+  asked = &service;
+  service.Start();
+  over.get_future().wait();
+  service.Stop();
+  EXPECT_EQ(answered, 2);
+  EXPECT_EQ(ends_behind, 4);
+  EXPECT_EQ(begun_with_end, 3);
+}
+
 TEST(Service, WhatAQuestionThrowsEndsNothing) {
   DoorShop shop;
   Asked asked(shop);
