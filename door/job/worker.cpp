@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <iterator>
+#include <type_traits>
 #include <utility>
 
 #include "rpccommon/services/rtfconst.h"
@@ -139,7 +140,7 @@ Worker::Did Worker::RunNext() {
   if (job && job->effect == JobEffect::kReset) return RunReset(*job);
 
   JobNews refused;
-  const std::optional<Judged> judged = job ? JudgeAgain(*job, &refused) : std::nullopt;
+  std::optional<Judged> judged = job ? JudgeAgain(*job, &refused) : std::nullopt;
   if (!judged) {
     trouble_ = DeviceTrouble::kNone;
     if (!job) return Did::kNothing;
@@ -153,8 +154,9 @@ Worker::Did Worker::RunNext() {
   At(Step::kBeforeBaseline);
   // The device may have taken its time.
   if (log_.Expire() > 0) return Did::kWork;
-  return RunBegun(
-      {log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers}), *judged});
+  Begun begun{{}, std::move(*judged)};
+  begun.job = log_.Move(job->id, JobState::kRunning, Why::kBegun, {.baseline = state->numbers});
+  return RunBegun(begun);
 }
 
 Worker::Did Worker::RunBegun(const Begun& begun) {
@@ -317,13 +319,18 @@ bool Worker::BeginNext(const JobMove& end, const DeviceState& state) {
   const std::optional<Job> next = log_.First(JobState::kQueued);
   JobNews refused;
   if (!next || next->effect == JobEffect::kReset || next->expires <= log_.Now()) return false;
-  const std::optional<Judged> judged = JudgeAgain(*next, &refused);
+  std::optional<Judged> judged = JudgeAgain(*next, &refused);
   if (!judged) return false;
   const std::optional<DeviceState> ready = MakeReady(state);
   At(Step::kBeforeBaseline);
   if (!ready || next->expires <= log_.Now()) return false;
   const JobMove begin{next->id, JobState::kRunning, Why::kBegun, {.baseline = ready->numbers}};
-  begun_ = Begun{log_.MoveBoth(end, begin), *judged};
+  // What has begun is in the log: nothing may be thrown here behind that.
+  static_assert(std::is_nothrow_move_assignable_v<Job> &&
+                std::is_nothrow_move_constructible_v<Begun>);
+  Begun begun{{}, std::move(*judged)};
+  begun.job = log_.MoveBoth(end, begin);
+  begun_.emplace(std::move(begun));
   return true;
 }
 
