@@ -105,6 +105,8 @@ class Api {
   bool IsOver(int64_t job_id) noexcept;
   // The answer to a POST whose job was waited for.
   Reply Finish(int64_t job_id) noexcept;
+  // Nobody waits any longer for what an answer was to wait for; nothing behind Finish.
+  void Drop(int64_t job_id) noexcept;
 
  private:
   struct Path;

@@ -14,11 +14,15 @@ Reply Api::Ask(std::function<void(FiscalDevice&)> ask, int seconds,
     question->id = --last_question_;
     questions_[question->id] = {question, finish};
   }
-  if (!parts_.ask || !parts_.ask(question)) {
-    {
-      const std::lock_guard<std::mutex> lock(asking_);
-      questions_.erase(question->id);
-    }
+  bool is_asked = false;
+  try {
+    is_asked = parts_.ask && parts_.ask(question);
+  } catch (...) {
+    Drop(question->id);
+    throw;
+  }
+  if (!is_asked) {
+    Drop(question->id);
     return finish(false);
   }
   Reply reply;
@@ -26,6 +30,14 @@ Reply Api::Ask(std::function<void(FiscalDevice&)> ask, int seconds,
   reply.wait_for = question->id;
   reply.wait_seconds = seconds;
   return reply;
+}
+
+void Api::Drop(int64_t id) noexcept {
+  const std::lock_guard<std::mutex> lock(asking_);
+  const auto found = questions_.find(id);
+  if (found == questions_.end()) return;
+  found->second.question->is_dropped = true;
+  questions_.erase(found);
 }
 
 bool Api::IsAnswered(int64_t id) {

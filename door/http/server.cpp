@@ -247,6 +247,19 @@ class HttpServer::Impl {
     bool began_ = false;
   };
 
+  // What a request waits for is dropped with it, also where it ends without an answer.
+  class Asked {
+   public:
+    Asked(Api& api, int64_t id) : api_(api), id_(id) {}
+    ~Asked() { api_.Drop(id_); }
+    Asked(const Asked&) = delete;
+    Asked& operator=(const Asked&) = delete;
+
+   private:
+    Api& api_;
+    int64_t id_;
+  };
+
   // Whether the connection goes on.
   asio::awaitable<bool> ServeOne(ClientStream& stream, beast::flat_buffer& buffer,
                                  RateLimit& rate) {
@@ -292,8 +305,10 @@ class HttpServer::Impl {
     request.body = std::move(parser.get().body());
     Reply reply = api_->Handle(request);
     if (reply.wait_for && reply.wait_seconds > 0) {
-      co_await WaitFor(*reply.wait_for, reply.wait_seconds, stream);
-      reply = api_->Finish(*reply.wait_for);
+      const int64_t waited = *reply.wait_for;
+      const Asked asked(*api_, waited);
+      co_await WaitFor(waited, reply.wait_seconds, stream);
+      reply = api_->Finish(waited);
     }
     api_->AllowOrigin(request, &reply);
     if (reply.events) co_return co_await Follow(stream, reply, version);
