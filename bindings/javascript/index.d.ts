@@ -70,7 +70,7 @@ export class Door {
   /**
    * @param url "http://127.0.0.1:8577"
    * @param options.token "NAME.SECRET"
-   * @param options.desk whose keys these are; without it that of the token
+   * @param options.desk whose keys these are; without it the name of the token
    * @param options.storage what outlives the page, as localStorage; one till to a desk
    * @param options.patience seconds for which a request is sent again while no door takes it; 60
    * @param options.timeout seconds for an answer, beside what is waited for an outcome; 20

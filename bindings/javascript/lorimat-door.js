@@ -25,14 +25,15 @@ const pause = (seconds, signal) => new Promise((done) => {
 });
 
 export class Door {
-  #url; #heads; #desk; #storage; #patience; #timeout; #signal; #name;
+  #url; #heads; #desk; #storage; #patience; #timeout; #signal; #name; #own;
 
   constructor(url, { token, desk, storage = NOTHING, patience = 60, timeout = 20, signal } = {}) {
     this.#url = String(url).replace(/\/+$/, "");
     this.#heads = token === undefined ? {} : { Authorization: `Bearer ${token}` };
-    [this.#desk, this.#storage, this.#signal] = [desk, storage, signal];
+    this.#own = token?.slice(0, Math.max(token.lastIndexOf("."), 0)) || undefined;
+    [this.#desk, this.#storage, this.#signal] = [desk ?? this.#own, storage, signal];
     [this.#patience, this.#timeout] = [patience, timeout];
-    this.#name = `lorimat-door ${this.#url} ${desk ?? ""}`;
+    this.#name = `lorimat-door ${this.#url} ${this.#desk ?? ""}`;
   }
 
   // randomUUID is missing where a page came by plain http from another computer.

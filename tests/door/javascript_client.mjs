@@ -84,6 +84,17 @@ test("a page that is closed asks again, and sells nothing behind its time", asyn
   assert.deepEqual(back.pending, []);
 });
 
+test("what a page asks is its token's", async () => {
+  const away = await scripted([[503, "text/plain", ""]]);
+  const storage = memory();
+  const door = new Door(away.url, { token: "till.x", storage, patience: 0 });
+  await assert.rejects(door.sell(SALE, { wait: 0 }), (error) => error.kind === "unknown");
+  assert.equal(door.pending[0].body.desk, "till");
+  assert.deepEqual(new Door(away.url, { token: "other.y", storage }).pending, []);
+  assert.equal(new Door(away.url, { desk: "till", storage }).pending.length, 1);
+  away.server.close();
+});
+
 test("what fails within the door leaves the outcome unknown", async () => {
   const problem = (code) => [503, "application/problem+json", JSON.stringify({ status: 503, code, detail: "" })];
   const full = await scripted([problem("disk_full"), problem("device_away")]);

@@ -10,7 +10,7 @@ import threading
 
 import pytest
 
-from conftest import SALE
+from conftest import SALE, make_token
 from cutting_proxy import WAYS, CuttingProxy
 
 PACKAGE = pathlib.Path(__file__).parents[2] / "bindings/python"
@@ -169,6 +169,24 @@ def test_what_was_never_taken_is_not_sold_behind_its_time(door, folder, monkeypa
         assert (outcome.job, outcome.error.code) == (None, "expired")
         assert client.pending == []
     assert door.documents() == []
+
+
+def test_what_a_till_asked_is_never_sold_by_another_one(doors, folder, monkeypatch):
+    """Tills that share a folder, each known by its token alone."""
+    file = folder / "tokens"
+    tokens = [make_token(file, name, "desk") for name in ("till-1", "till-2")]
+    door = doors(folder).start("--tokens", file, "--require-token")
+    tills = [lorimat.Door(f"http://127.0.0.1:{door.port}", token, pending=folder / "pending") for token in tokens]
+    with monkeypatch.context() as killed:
+        killed.setattr(tills[0], "_carry", lambda *_: None)
+        tills[0].sell(SALE, "k1")
+    assert [(one.desk, one.body["desk"]) for one in tills[1].pending] == [("till-1", "till-1")]
+    (outcome,) = tills[1].resume()
+    assert (outcome.job, outcome.error.code) == (None, "foreign_desk")
+    assert door.documents() == []
+    job = tills[0].sell(SALE, "k1")
+    assert job.desk == "till-1" and tills[0].find("k1").id == job.id
+    assert door.documents() == [(1, 1)]
 
 
 def test_a_kept_key_keeps_its_request(folder, monkeypatch):

@@ -102,7 +102,7 @@ class Door:
     Args:
       url: "http://127.0.0.1:8577", or https, whose certificate is looked at.
       token: "NAME.SECRET", where the door asks for one.
-      desk: whose keys these are; without it that of the token.
+      desk: whose keys these are; without it the name of the token.
       cafile: certificates to trust, a PEM file, instead of the system's.
       pending: a folder that keeps what was asked until its outcome is known, so that a till that is
         killed can ask again by resume().
@@ -115,7 +115,9 @@ class Door:
                  pending: "Union[str, os.PathLike[str], None]" = None, patience: float = 60.0,
                  timeout: float = 20.0) -> None:
         self._address = Address(url, token, cafile, timeout)
-        self._desk = desk
+        # What is kept has to tell whose it is, whoever asks again.
+        self._own = token.rpartition(".")[0] or None if token is not None else None
+        self._desk = self._own if desk is None else desk
         self._pending = NoFolder() if pending is None else PendingFolder(pending)
         self._patience = patience
         self._closed = threading.Event()
