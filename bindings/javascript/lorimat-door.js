@@ -127,10 +127,10 @@ export class Door {
   }
 
   // Sends it until its outcome is known. Once a request may have reached the door, or another life of the
-  // till has sent it, only a final answer tells.
+  // till has sent it, only a final answer tells, or the door when it has no job of what it refuses.
   async #carry(request, old, { wait = 60 } = {}) {
     const { key } = request, begin = Date.now(), since = () => (Date.now() - begin) / 1000;
-    let job = null, lost = false, last = null;
+    let job = null, lost = old, last = null;
     for (let rest = 0.1; ; rest = Math.min(2 * rest, LONGEST_PAUSE)) {
       const waits = Math.floor(Math.min(Math.max(wait - since(), 0), LONGEST_WAIT));
       let asked = 0;
@@ -148,8 +148,10 @@ export class Door {
           last = problemOf("away", answer, key);
           const passes = NOT_NOW.includes(last.code) || answer.status === 429;
           if (!passes && ((answer.status >= 400 && answer.status < 500) || answer.status === 501)) {
-            if (!lost) this.#forget(request);
-            throw problemOf(lost ? "unknown" : "refused", answer, key);
+            const never = !lost || ([400, 413, 422].includes(answer.status)
+              && await this.#neverTaken(request).catch(() => false));
+            if (never) this.#forget(request);
+            throw problemOf(never ? "refused" : "unknown", answer, key);
           }
           lost ||= !passes; // what failed may have done so behind the job's acceptance
         }
@@ -159,7 +161,7 @@ export class Door {
         last = new DoorError("away", String(error.message), { key });
       }
       if (since() >= (job ? wait : Math.max(wait, this.#patience)) || this.#signal?.aborted) {
-        if (lost || old) throw new DoorError("unknown", job ? story(job) : last.message, { key, job });
+        if (lost) throw new DoorError("unknown", job ? story(job) : last.message, { key, job });
         this.#forget(request);
         throw last;
       }

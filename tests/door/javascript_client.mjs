@@ -109,6 +109,30 @@ test("what fails within the door leaves the outcome unknown", async () => {
   full.server.close();
 });
 
+test("a refusal does not tell what became of an old request", async () => {
+  for (const status of [401, 403, 404, 422, 501]) {
+    const refusal = await scripted([[status, "application/problem+json", JSON.stringify({ status, code: "no" })]]);
+    const storage = memory();
+    const body = { lines: SALE };
+    storage.setItem(`lorimat-door ${refusal.url} `, JSON.stringify([{ key: "old", path: "/v1/jobs", body, made: Date.now() }]));
+    const door = new Door(refusal.url, { storage });
+    assert.equal((await door.resume())[0].error.kind, "unknown");
+    await assert.rejects(door.sell(SALE, { key: "old" }), kindOf("unknown", "no"));
+    await assert.rejects(door.sell(SALE), kindOf("refused", "no"));
+    assert.deepEqual(door.pending.map((one) => one.key), ["old"]);
+    refusal.server.close();
+  }
+});
+
+test("an old request is refused when the door has none", async () => {
+  const storage = memory();
+  storage.setItem(`lorimat-door ${url} js`,
+    JSON.stringify([{ key: "none", path: "/v1/jobs", body: { lines: ["SETP ABORT=1"], desk: "js" }, made: Date.now() }]));
+  const door = new Door(url, { desk: "js", storage });
+  assert.equal((await door.resume())[0].error.kind, "refused");
+  assert.deepEqual(door.pending, []);
+});
+
 test("events go on behind the last", async () => {
   const first = ": still here\n\nid: 7\nevent: job\ndata: {\"id\": 1}\n\nid: 8\nevent: warning\ndata: {\"code\":\n" +
     "data: \"paper\"}\n\nid: 9\nevent: job\ndata: {\"cut";

@@ -249,6 +249,35 @@ def test_what_fails_within_the_door_leaves_the_outcome_unknown(scripted, folder)
     assert {head["Authorization"] for _, head in scripted.asked} == {"Bearer till.x"}
 
 
+@pytest.mark.parametrize("status", [401, 403, 404, 422, 501])
+def test_a_refusal_does_not_tell_what_became_of_an_old_request(scripted, folder, monkeypatch, status):
+    refusal = json.dumps({"status": status, "code": "no", "detail": "no"}).encode()
+    scripted.answers["/v1/jobs"] = [(status, {}, refusal)]
+    with lorimat.Door(f"http://127.0.0.1:{scripted.server_port}", pending=folder / "pending", patience=0) as client:
+        with monkeypatch.context() as killed:
+            killed.setattr(client, "_carry", lambda *_: None)
+            client.sell(SALE, "k1")
+        (outcome,) = client.resume()
+        assert isinstance(outcome.error, lorimat.OutcomeUnknown) and outcome.error.status == status
+        with pytest.raises(lorimat.OutcomeUnknown):
+            client.sell(SALE, "k1")
+        assert [one.key for one in client.pending] == ["k1"]
+        # Of a new one it tells.
+        with pytest.raises(lorimat.RequestRefused):
+            client.sell(SALE)
+        assert [one.key for one in client.pending] == ["k1"]
+
+
+def test_an_old_request_is_refused_when_the_door_has_none(door, folder, monkeypatch):
+    with client_of(door, pending=folder / "pending") as client:
+        with monkeypatch.context() as killed:
+            killed.setattr(client, "_carry", lambda *_: None)
+            client.sell(["SETP ABORT=1"], "k1")
+        (outcome,) = client.resume()
+        assert isinstance(outcome.error, lorimat.RequestRefused) and outcome.error.code == "line_not_allowed"
+        assert client.pending == []
+
+
 def test_events_go_on_behind_the_last(scripted):
     first = (b": still here\n\nid: 7\nevent: job\ndata: {\"id\": 1}\n\nid: 8\nevent: warning\n"
              b"data: {\"code\":\ndata: \"paper\"}\n\nid: 9\nevent: job\ndata: {\"cut")

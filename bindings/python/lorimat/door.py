@@ -286,13 +286,14 @@ class Door:
 
     def _carry(self, request: Request, wait: float, is_old: bool) -> Job:
         """Sends a request until its outcome is known, and forgets it then. A request may have reached
-        the door although no answer came: from then on only a final answer tells what became of it. So
-        it is with an old one, which another life of the till may have sent."""
+        the door although no answer came: from then on only a final answer tells what became of it, or the
+        door when it has no job of the key. So it is with an old one, which another life of the till
+        may have sent."""
         body = json.dumps(request.body).encode()
         headers = {"Content-Type": "application/json", "Idempotency-Key": request.key}
         known = time.monotonic() + wait
         patience = time.monotonic() + max(self._patience, wait)
-        pause, lost, last = _FIRST_PAUSE, False, None
+        pause, lost, last = _FIRST_PAUSE, is_old, None
         job: Optional[Job] = None
         while True:
             left = max(known - time.monotonic(), 0.0)
@@ -319,7 +320,7 @@ class Door:
                     last = _error(DoorAway, answer, row, request.key)
                     if last.code not in _NOT_NOW and answer.status != 429:
                         if 400 <= answer.status < 500 or answer.status == 501:
-                            if lost:
+                            if lost and not self._refused_before(request, answer.status):
                                 raise _error(OutcomeUnknown, answer, row, request.key)
                             self._pending.forget(request)
                             raise _error(RequestRefused, answer, row, request.key)
@@ -331,7 +332,7 @@ class Door:
                 last = DoorAway(str(error), key=request.key)
             end = known if job is not None else patience
             if time.monotonic() >= end or self._closed.is_set():
-                if lost or is_old:
+                if lost:
                     told = _story(job) if job else str(last)
                     raise OutcomeUnknown(told, job.state if job else "", last.status if last else 0,
                                          None, request.key, job)
@@ -340,6 +341,15 @@ class Door:
             pause = min(pause * 2, _LONGEST_PAUSE)
             # What the door asks for counts, but no job is asked for behind its time.
             self._closed.wait(min(max(asked or 0.0, pause), max(end - time.monotonic(), 0.0)))
+
+    def _refused_before(self, request: Request, status: int) -> bool:
+        """Whether a request that was sent before has come to nothing too: it was refused for what it
+        holds, which is the same whenever it is sent, and the door has no job of it. Who asks may have
+        been somebody else then."""
+        try:
+            return status in (400, 413, 422) and self._never_taken(request)
+        except DoorError:
+            return False
 
     def _never_taken(self, request: Request) -> bool:
         query = {"key": request.key}
