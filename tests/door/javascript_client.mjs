@@ -133,6 +133,23 @@ test("an old request is refused when the door has none", async () => {
   assert.deepEqual(door.pending, []);
 });
 
+test("a late request that is not found is told by its own token alone", async () => {
+  const none = await scripted([[404, "application/problem+json", JSON.stringify({ status: 404, code: "not_found" })]]);
+  const resumed = async (options, path, desk) => {
+    const storage = memory();
+    storage.setItem(`lorimat-door ${none.url} ${options.desk ?? options.token?.slice(0, -2) ?? ""}`,
+      JSON.stringify([{ key: "late", path, body: { desk }, made: 0 }]));
+    const door = new Door(none.url, { ...options, storage });
+    const [{ error }] = await door.resume();
+    return [error.kind, door.pending.length];
+  };
+  assert.deepEqual(await resumed({ token: "t1.x" }, "/v1/jobs", "t1"), ["away", 0]);
+  assert.deepEqual(await resumed({ token: "t2.x", desk: "t1" }, "/v1/jobs", "t1"), ["unknown", 1]);
+  assert.deepEqual(await resumed({ desk: "t1" }, "/v1/device/close-day", "t1"), ["away", 0]);
+  assert.deepEqual(await resumed({}, "/v1/device/close-day"), ["unknown", 1]);
+  none.server.close();
+});
+
 test("events go on behind the last", async () => {
   const first = ": still here\n\nid: 7\nevent: job\ndata: {\"id\": 1}\n\nid: 8\nevent: warning\ndata: {\"code\":\n" +
     "data: \"paper\"}\n\nid: 9\nevent: job\ndata: {\"cut";

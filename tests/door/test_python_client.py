@@ -171,6 +171,41 @@ def test_what_was_never_taken_is_not_sold_behind_its_time(door, folder, monkeypa
     assert door.documents() == []
 
 
+def test_a_late_request_of_another_desk_stays(doors, folder, monkeypatch):
+    """To a desk's token the door tells nothing of other desks, be they there or not."""
+    from lorimat import door as module
+    file = folder / "tokens"
+    tokens = [make_token(file, name, "desk") for name in ("till-1", "till-2")]
+    door = doors(folder).start("--tokens", file, "--require-token")
+    url = f"http://127.0.0.1:{door.port}"
+    tills = [lorimat.Door(url, token, pending=folder / "pending") for token in tokens]
+    with monkeypatch.context() as killed:
+        killed.setattr(tills[0]._pending, "forget", lambda _: None)
+        tills[0].sell(SALE, "k1")
+    monkeypatch.setattr(module, "now", lambda: tills[0].pending[0].made + 601)
+    for other in (tills[1], lorimat.Door(url, tokens[1], "till-1", pending=folder / "pending"),
+                  lorimat.Door(url, pending=folder / "pending")):
+        (outcome,) = other.resume()
+        assert isinstance(outcome.error, lorimat.OutcomeUnknown) and outcome.error.key == "k1"
+        assert [one.key for one in tills[0].pending] == ["k1"]
+    (outcome,) = tills[0].resume()
+    assert outcome.job.state == "confirmed" and tills[0].pending == []
+
+
+def test_a_late_closing_without_a_desk_is_not_told_as_never_done(door, folder, monkeypatch):
+    """Without a token it is the operator's job, and not found under no desk."""
+    from lorimat import door as module
+    with lorimat.Door(f"http://127.0.0.1:{door.port}", pending=folder / "pending") as client:
+        with monkeypatch.context() as killed:
+            killed.setattr(client._pending, "forget", lambda _: None)
+            assert client.close_day("z1").state == "confirmed"
+        made = client.pending[0].made
+        monkeypatch.setattr(module, "now", lambda: made + 601)
+        (outcome,) = client.resume()
+        assert isinstance(outcome.error, lorimat.OutcomeUnknown)
+        assert [one.key for one in client.pending] == ["z1"]
+
+
 def test_what_a_till_asked_is_never_sold_by_another_one(doors, folder, monkeypatch):
     """Tills that share a folder, each known by its token alone."""
     file = folder / "tokens"
