@@ -37,7 +37,7 @@ export class DoorError extends Error {
 }
 
 export interface AskOptions {
-  /** A new one where it is missing. */
+  /** A new one where it is missing; one that is given counts as used before, and is never told as "away". */
   key?: string;
   reference?: string;
   /** Seconds after which it is not to begin; 600 where it is missing. */

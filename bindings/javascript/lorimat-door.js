@@ -114,16 +114,20 @@ export class Door {
   }
   #forget({ key }) { this.#keep(this.pending.filter((one) => one.key !== key)); }
 
-  async #ask(path, body, { key = Door.newKey(), reference, expires_s, wait } = {}) {
-    const whole = Object.fromEntries(Object.entries({ desk: this.#desk, reference, expires_s, ...body })
-      .filter(([, value]) => value !== undefined));
+  // A key that is given may have been used before.
+  async #ask(path, body, { key: given, reference, expires_s, wait } = {}) {
+    const key = given ?? Door.newKey();
+    const whole = JSON.parse(JSON.stringify({ desk: this.#desk, reference, expires_s, ...body }));
     const request = { key, path, body: whole, made: Date.now() };
     const kept = this.pending.find((one) => one.key === key);
     if (kept && (kept.path !== path || JSON.stringify(kept.body) !== JSON.stringify(whole))) {
-      throw new DoorError("refused", "the key is kept with another request", { code: "key_reused", key });
+      throw new DoorError("unknown", "the key is kept with another request", { code: "key_reused", key });
     }
     if (!kept) this.#keep([...this.pending, request]);
-    return this.#carry(kept ?? request, Boolean(kept), { wait });
+    return this.#carry(kept ?? request, given !== undefined, { wait }).catch((error) => {
+      if (error.code === "key_reused" && !kept) this.#forget(request); // the job of the key is another one
+      throw error;
+    });
   }
 
   // Sends it until its outcome is known. Once a request may have reached the door, or another life of the

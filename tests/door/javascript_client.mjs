@@ -133,6 +133,18 @@ test("an old request is refused when the door has none", async () => {
   assert.deepEqual(door.pending, []);
 });
 
+test("a key that is given counts as used before", async () => {
+  const refusal = await scripted([[401, "application/problem+json", JSON.stringify({ status: 401, code: "no_token" })]]);
+  await assert.rejects(new Door(refusal.url).sell(SALE, { key: "k1" }), kindOf("unknown", "no_token"));
+  refusal.server.close();
+  const storage = memory();
+  const door = new Door(url, { desk: "given", storage });
+  await assert.rejects(door.sell(["SETP ABORT=1"], { key: "given-1" }), kindOf("refused", "line_not_allowed"));
+  await door.sell(SALE, { key: "given-1" });
+  await assert.rejects(door.sell(["CLEAR"], { key: "given-1" }), kindOf("unknown", "key_reused"));
+  assert.deepEqual(door.pending, []);
+});
+
 test("a late request that is not found is told by its own token alone", async () => {
   const none = await scripted([[404, "application/problem+json", JSON.stringify({ status: 404, code: "not_found" })]]);
   const resumed = async (options, path, desk) => {

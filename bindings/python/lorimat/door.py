@@ -141,7 +141,8 @@ class Door:
         new one. `wait`: seconds for its outcome.
 
         Raises RequestRefused, JobFailed, DoorAway: nothing was done. OutcomeUnknown, NeedsOperator:
-        it may have been; ask again with error.key.
+        it may have been; ask again with error.key. A key that is given counts as one that was used
+        before: it is refused where the door says that it has no job of it, and no DoorAway.
         """
         return self._ask("/v1/jobs", {"lines": list(lines)}, key, reference, expires_s, wait)
 
@@ -275,14 +276,22 @@ class Door:
         for name, value in (("desk", self._desk), ("reference", reference), ("expires_s", expires_s)):
             if value is not None:
                 body.setdefault(name, value)
+        body = json.loads(json.dumps(body))  # as it is kept
         request = Request(new_key() if key is None else key, body.get("desk"), path, body, now())
         kept = self._pending.find(request.key, request.desk)
         if kept is None:
             self._pending.keep(request)
         elif (kept.path, kept.body) != (path, body):
-            raise RequestRefused("the key is kept with another request, whose outcome is not known",
+            raise OutcomeUnknown("the key is kept with another request, whose outcome is not known",
                                  "key_reused", key=request.key)
-        return self._carry(request, wait, kept is not None)
+        try:
+            # A key that is given may have been used before, by error.key or a book of the till's own.
+            return self._carry(request, wait, kept is not None or key is not None)
+        except OutcomeUnknown as error:
+            # It is another request that became a job of the key; of this one there is none.
+            if error.code == "key_reused" and kept is None:
+                self._pending.forget(request)
+            raise
 
     def _carry(self, request: Request, wait: float, is_old: bool) -> Job:
         """Sends a request until its outcome is known, and forgets it then. A request may have reached
