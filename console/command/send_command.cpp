@@ -48,10 +48,13 @@ and one receipt. So may whoever calls it, as often as the exit code is 3. The li
 
 Exit codes:
   0  confirmed: it is done, once
-  1  rejected, expired, cancelled, or not taken: nothing was done; a new try takes a new key
-  2  wrong use, or no door took it: nothing was done
+  1  rejected, expired or cancelled: nothing was done, for good; a new try takes a new key
+  2  wrong use, not taken, or no door: this call did nothing; mend it, and keep the key
   3  not known yet, or it waits for an operator: send it again with the same key
   130  stopped by Ctrl-C; send it again with the same key
+
+Behind 1 alone there may be a new key. Behind 2, what an earlier call with the key did is as open as
+it was.
 )");
 
 // The first byte that belongs to no character of UTF-8, from 1; 0 for none.
@@ -120,7 +123,7 @@ struct OutcomeRow {
 
 constexpr OutcomeRow kOutcomes[] = {
     {Asked::kConfirmed, "confirmed", kExitGood}, {Asked::kFailed, "failed", kExitFaults},
-    {Asked::kRefused, "refused", kExitFaults},   {Asked::kAway, "away", kExitNotDone},
+    {Asked::kRefused, "refused", kExitNotDone},  {Asked::kAway, "away", kExitNotDone},
     {Asked::kUnknown, "unknown", kExitUnknown},
 };
 
@@ -138,10 +141,16 @@ void TellOutcome(const JobOutcome& outcome, Streams& streams) {
       streams.Error(FailedLinesText(outcome.job));
       return;
     case Asked::kRefused:
-      TellError(streams, Tr("the door does not take it, and nothing was done: {}", problem));
+      TellError(streams,
+                Tr("the door does not take it: {}; by this call nothing was done, and if the "
+                   "key was sent before, its outcome is still unknown",
+                   problem));
       return;
     case Asked::kAway:
-      TellError(streams, Tr("no door takes it now, and nothing was done: {}", problem));
+      TellError(streams,
+                Tr("no door takes it now: {}; by this call nothing was done, and if the key "
+                   "was sent before, its outcome is still unknown",
+                   problem));
       return;
     case Asked::kUnknown:
       if (state == "needs_operator") {
@@ -150,6 +159,11 @@ void TellOutcome(const JobOutcome& outcome, Streams& streams) {
         TellError(streams, Tr("job {} is {}: what becomes of it is not known yet; send it again "
                               "with the same key",
                               id, state));
+      } else if (TextOf(outcome.problem, "code") == kKeyReused) {
+        TellError(streams,
+                  Tr("the key is that of another job, and what became of that one \"lorimat "
+                     "jobs\" shows: {}",
+                     problem));
       } else {
         TellError(streams, Tr("what became of it is not known; send it again with the same key: {}",
                               problem));

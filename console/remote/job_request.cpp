@@ -93,10 +93,11 @@ JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
     } else {
       outcome.problem = body;
       outcome.cause = fmt::format("HTTP {}", answer.status);
-      const bool passes = Has(kNotNow, TextOf(body, "code")) || answer.status == 429;
+      const std::string code = TextOf(body, "code");
+      const bool passes = Has(kNotNow, code) || answer.status == 429;
       const bool is_refusal = (answer.status >= 400 && answer.status < 500) || answer.status == 501;
       if (!passes && is_refusal) {
-        outcome.asked = is_lost ? Asked::kUnknown : Asked::kRefused;
+        outcome.asked = is_lost || code == kKeyReused ? Asked::kUnknown : Asked::kRefused;
         return outcome;
       }
       // What failed may have done so behind the acceptance.

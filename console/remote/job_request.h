@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 #include "console/message/json_text.h"
 #include "console/remote/http_request.h"
@@ -19,10 +20,14 @@ struct JobRequest {
 enum class Asked {
   kConfirmed,  // its effect is there, once
   kFailed,     // rejected, expired or cancelled: it has no effect, for good
-  kRefused,    // no such job is taken; nothing was done
-  kAway,       // no door took it in time; nothing was done
+  kRefused,    // no such job is taken: nothing was done by this call
+  kAway,       // no door took it in time: nothing was done by this call
   kUnknown,    // it may have been done: ask again with the same key
 };
+// Only kConfirmed and kFailed tell what became of a key that was sent before this call.
+
+// The code of a problem: the key has a job already, that came with another body.
+inline constexpr std::string_view kKeyReused = "key_reused";
 
 // Moving JSON throws nothing, which its assertions hide.
 // NOLINTNEXTLINE(bugprone-exception-escape)
