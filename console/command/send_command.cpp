@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -179,7 +180,27 @@ std::string ConfirmedText(const Json& job) {
             Shown(TextOf(job.at("document"), "total")));
 }
 
-// Returns one of ExitCode. Throws Failure: then nothing was sent.
+// What cannot be written has happened all the same: that is told, and no failure.
+void WriteOutcome(const SendOptions& options, const JobOutcome& outcome, const char* name,
+                  Streams& streams) {
+  if (!options.json) TellOutcome(outcome, streams);
+  try {
+    if (options.json) {
+      streams.Output(JsonText({{"outcome", name},
+                               {"key", options.key},
+                               {"job", outcome.job},
+                               {"problem", outcome.problem},
+                               {"cause", outcome.cause.empty() ? Json() : Json(outcome.cause)}}));
+    } else if (outcome.asked == Asked::kConfirmed) {
+      streams.Output(ConfirmedText(outcome.job));
+    }
+  } catch (const Failure& failure) {
+    TellError(streams, failure.what());
+  }
+}
+
+// Returns one of ExitCode, which is that of the outcome, told or not. Throws Failure: then nothing
+// was sent.
 int SendCommand(const SendOptions& options, Streams& streams) {
   const InterruptWatch watch;
   const DoorAddress address = AddressOf(options.door);
@@ -189,22 +210,22 @@ int SendCommand(const SendOptions& options, Streams& streams) {
   if (!options.reference.empty()) body["reference"] = options.reference;
   if (options.expires != 0) body["expires_s"] = options.expires;
   const std::string text = body.dump(-1, ' ', false, Json::error_handler_t::replace);
-  const JobOutcome outcome =
-      AskForJob(address, {"/v1/jobs", options.key, text, std::chrono::seconds(options.wait)});
-  const auto* row = std::find_if(std::begin(kOutcomes), std::end(kOutcomes),
-                                 [&](const OutcomeRow& one) { return one.asked == outcome.asked; });
-  if (options.json) {
-    streams.Output(JsonText({{"outcome", row->name},
-                             {"key", options.key},
-                             {"job", outcome.job},
-                             {"problem", outcome.problem},
-                             {"cause", outcome.cause.empty() ? Json() : Json(outcome.cause)}}));
-  } else {
-    TellOutcome(outcome, streams);
-    if (outcome.asked == Asked::kConfirmed) streams.Output(ConfirmedText(outcome.job));
+  const std::string no_memory =
+      fmt::format("{}: {}\n", streams.program(), Tr("there is not enough memory"));
+  int code = kExitUnknown;
+  try {
+    const JobOutcome outcome =
+        AskForJob(address, {"/v1/jobs", options.key, text, std::chrono::seconds(options.wait)});
+    const auto* row =
+        std::find_if(std::begin(kOutcomes), std::end(kOutcomes),
+                     [&](const OutcomeRow& one) { return one.asked == outcome.asked; });
+    const bool is_stopped = interrupted != 0 && row->exit_code >= kExitNotDone;
+    code = is_stopped ? InterruptExit() : row->exit_code;
+    WriteOutcome(options, outcome, row->name, streams);
+  } catch (const std::bad_alloc&) {
+    streams.Error(no_memory);
   }
-  const bool is_stopped = interrupted != 0 && row->exit_code >= kExitNotDone;
-  return is_stopped ? InterruptExit() : row->exit_code;
+  return code;
 }
 
 }  // namespace

@@ -74,10 +74,10 @@ int StopAtSignal(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
   return interrupted != 0 ? 1 : 0;
 }
 
-// What asking again does not mend.
+// What asking again does not mend, and what shows ahead of the request. No memory may show behind
+// it.
 constexpr CURLcode kForGood[] = {CURLE_URL_MALFORMAT, CURLE_UNSUPPORTED_PROTOCOL,
-                                 CURLE_PEER_FAILED_VERIFICATION, CURLE_SSL_CACERT_BADFILE,
-                                 CURLE_OUT_OF_MEMORY};
+                                 CURLE_PEER_FAILED_VERIFICATION, CURLE_SSL_CACERT_BADFILE};
 
 void RequireAddress(const std::string& url) {
   for (const std::string_view scheme : {"http://", "https://"}) {

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "console/message/failure.h"
 #include "console/terminal/interrupt.h"
 
 namespace lorimat::console {
@@ -59,14 +60,11 @@ Json ObjectOf(const std::string& text) {
   return json.is_object() ? json : Json();
 }
 
-}  // namespace
-
-JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
+// *is_lost: from the first request on that may have reached the door, only a final answer tells.
+JobOutcome AskUntilKnown(const DoorAddress& address, const JobRequest& request, bool* is_lost) {
   const Clock::time_point end = Clock::now() + request.wait;
   Pauses pauses(end);
   JobOutcome outcome;
-  // From the first request on that may have reached the door, only a final answer tells.
-  bool is_lost = false;
   for (;;) {
     const seconds wait = std::min(Left(end), kLongestWait);
     const HttpAnswer answer =
@@ -80,9 +78,9 @@ JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
     outcome.cause = answer.cause;
     outcome.problem = Json();
     if (answer.status == 0) {
-      is_lost = is_lost || answer.is_sent;
+      *is_lost = *is_lost || answer.is_sent;
     } else if (!state.empty()) {
-      is_lost = true;
+      *is_lost = true;
       outcome.job = body;
       if (state == "confirmed" || Has(kFinal, state) || state == "needs_operator") {
         outcome.asked = state == "confirmed"        ? Asked::kConfirmed
@@ -97,18 +95,33 @@ JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
       const bool passes = Has(kNotNow, code) || answer.status == 429;
       const bool is_refusal = (answer.status >= 400 && answer.status < 500) || answer.status == 501;
       if (!passes && is_refusal) {
-        outcome.asked = is_lost || code == kKeyReused ? Asked::kUnknown : Asked::kRefused;
+        outcome.asked = *is_lost || code == kKeyReused ? Asked::kUnknown : Asked::kRefused;
         return outcome;
       }
       // What failed may have done so behind the acceptance.
-      is_lost = is_lost || !passes;
+      *is_lost = *is_lost || !passes;
     }
     if (pauses.IsOver()) {
-      outcome.asked = is_lost ? Asked::kUnknown : Asked::kAway;
+      outcome.asked = *is_lost ? Asked::kUnknown : Asked::kAway;
       return outcome;
     }
     pauses.Take(answer.retry_after);
   }
+}
+
+}  // namespace
+
+JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
+  bool is_lost = false;
+  JobOutcome unknown;
+  unknown.asked = Asked::kUnknown;
+  try {
+    return AskUntilKnown(address, request, &is_lost);
+  } catch (const Failure& failure) {
+    if (!is_lost) throw;
+    unknown.cause = failure.what();
+  }
+  return unknown;
 }
 
 DoorReply AskDoor(const DoorAddress& address, HttpRequest request, seconds wait) {

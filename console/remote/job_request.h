@@ -38,7 +38,9 @@ struct JobOutcome {
   std::string cause;  // of an answer that did not come
 };
 
-// Throws Failure as Ask does. A signal that interrupt.h notes ends it early.
+// Throws Failure as Ask does, as long as no request may have reached the door; behind one that may
+// have, the failure is the cause of an outcome that is not known. Nor is it known behind
+// std::bad_alloc. A signal that interrupt.h notes ends it early.
 JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request);
 
 // One request and its JSON: of what changes nothing asked again until the time is over. Null, with

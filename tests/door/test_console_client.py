@@ -121,6 +121,42 @@ def test_what_fails_within_the_door_is_not_known(scripted):  # noqa: F811
     assert [head.get("Authorization") for _, head in scripted.asked][-2:] == ["Bearer till.x", None]
 
 
+def scripted_curl(answers, refuses=""):
+    return {"LD_LIBRARY_PATH": os.environ["LORIMAT_SCRIPTED_CURL"], "SCRIPTED_CURL": answers,
+            "SCRIPTED_CURL_REFUSES": refuses}
+
+
+# As libcurl has them.
+COULD_NOT_CONNECT, NO_MEMORY, TIMED_OUT, BAD_CERTIFICATE = 7, 27, 28, 60
+
+
+@pytest.mark.parametrize("answers, code, asked, text", [
+    (f"{BAD_CERTIFICATE}/0", 2, 1, "scripted 60"),
+    (f"{COULD_NOT_CONNECT}/0 {BAD_CERTIFICATE}/0", 2, 2, "scripted 60"),
+    (f"{TIMED_OUT}/90 {BAD_CERTIFICATE}/0", 3, 2, "same key: .*scripted 60"),
+    (f"{NO_MEMORY}/90 {BAD_CERTIFICATE}/0", 3, 2, "same key: .*scripted 60"),
+    (f"{NO_MEMORY}/0 {BAD_CERTIFICATE}/0", 2, 2, "scripted 60"),
+])
+def test_a_failure_behind_a_request_that_left_is_not_known(answers, code, asked, text):
+    run = send(1, "k1", environment=scripted_curl(answers))
+    assert run.returncode == code and re.search(text, run.stderr)
+    assert run.stderr.count("asked\n") == asked
+    assert "nothing was done" not in run.stderr
+
+
+@pytest.mark.parametrize("more", [[], ["--json"]])
+def test_an_outcome_that_cannot_be_told_has_its_code(door, more):
+    def to_full(key, lines):
+        with open("/dev/full", "wb") as full:
+            return subprocess.run([os.environ["LORIMAT"], "send", "-", "--to", url_of(door.port), "--key", key, *more],
+                                  input="\n".join(lines).encode(), stdout=full, stderr=subprocess.PIPE,
+                                  env={**os.environ, "LC_ALL": "C"}, timeout=120, check=False)
+    run = to_full("k1", SALE)
+    assert run.returncode == 0 and b"No space left" in run.stderr
+    assert to_full("k2", ["VEND REP=99, PRE=1"]).returncode == 1
+    assert door.documents() == [(1, 1)]
+
+
 def test_a_token_comes_from_a_file(scripted, folder):  # noqa: F811
     scripted.answers["/v1/jobs"] = [(200, {}, b'{"jobs": []}')]
     (folder / "token").write_text("till.y\n")
