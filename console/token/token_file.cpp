@@ -6,7 +6,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
+#include <system_error>
 
 #include "console/message/failure.h"
 #include "console/message/shown_text.h"
@@ -30,13 +34,29 @@ struct stat StatusOf(const Descriptor& opened, const std::string& file) {
   return status;
 }
 
-void RequirePrivate(const struct stat& status, const std::string& file) {
+// Whether the service manager has given it to this program, in a folder that nobody else looks
+// into. It belongs to root then, and an access list lets the program read it, which shows as its
+// group's right to.
+bool IsCredential(const std::string& file) {
+  const char* folder = std::getenv("CREDENTIALS_DIRECTORY");
+  if (folder == nullptr) return false;
+  std::error_code error;
+  return std::filesystem::equivalent(std::filesystem::path(file).parent_path(), folder, error);
+}
+
+// Who asks for a file: the door, which lets in whom it names, or who keeps it.
+enum class Asker : uint8_t { kDoor, kKeeper };
+
+void RequirePrivate(const struct stat& status, const std::string& file, Asker asker) {
   if (!S_ISREG(status.st_mode)) throw Failure(Tr("{}: is no file of tokens", Shown(file)));
-  if (status.st_uid != geteuid() && status.st_uid != 0) {
+  const bool is_roots_to_keep = asker == Asker::kKeeper && geteuid() == 0;
+  if (status.st_uid != geteuid() && status.st_uid != 0 && !is_roots_to_keep) {
     throw Failure(
         Tr("{}: belongs to another user; who may come in is not to be his to say", Shown(file)));
   }
-  if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+  mode_t others = S_IRWXG | S_IRWXO;
+  if (IsCredential(file)) others &= ~static_cast<mode_t>(S_IRGRP);
+  if ((status.st_mode & others) != 0) {
     throw Failure(
         Tr("{}: may be read or written by others; chmod 600 keeps them out", Shown(file)));
   }
@@ -66,7 +86,7 @@ Descriptor Lock(const std::string& file, bool makes) {
       throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(errno)));
     }
     const struct stat status = StatusOf(opened, file);
-    RequirePrivate(status, file);
+    RequirePrivate(status, file, Asker::kKeeper);
     while (flock(opened.get(), LOCK_EX) != 0) {
       if (errno != EINTR) Refuse(file, errno);
     }
@@ -94,16 +114,18 @@ bool Change(const std::string& file, bool makes,
   return true;
 }
 
-}  // namespace
-
-TokenTable LoadTokens(const std::string& file) {
+TokenTable Load(const std::string& file, Asker asker) {
   const Descriptor opened(open(file.c_str(), O_RDONLY | kOpening));
   if (!opened.is_open()) {
     throw Failure(Tr("{}: cannot be opened: {}", Shown(file), SystemMessage(errno)));
   }
-  RequirePrivate(StatusOf(opened, file), file);
+  RequirePrivate(StatusOf(opened, file), file, asker);
   return ReadTokens(ReadAll(opened, file), file);
 }
+
+}  // namespace
+
+TokenTable LoadTokens(const std::string& file) { return Load(file, Asker::kKeeper); }
 
 bool AddToken(const std::string& file, const std::string& name, const TokenRow& row) {
   return Change(file, true, [&](const TokenTable& table, std::string* text) {
@@ -133,10 +155,11 @@ bool RemoveToken(const std::string& file, const std::string& name) {
 }
 
 TokenFile::TokenFile(std::string file)
-    : file_(std::move(file)), table_(std::make_shared<const TokenTable>(LoadTokens(file_))) {}
+    : file_(std::move(file)),
+      table_(std::make_shared<const TokenTable>(Load(file_, Asker::kDoor))) {}
 
 void TokenFile::Reload() {
-  auto table = std::make_shared<const TokenTable>(LoadTokens(file_));
+  auto table = std::make_shared<const TokenTable>(Load(file_, Asker::kDoor));
   const std::lock_guard<std::mutex> lock(mutex_);
   table_ = std::move(table);
 }

@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -131,6 +133,51 @@ TEST_F(TokenFileTest, IsItsOwnersAlone) {
   ExpectRefused("cannot be opened");
   mkfifo(file_.c_str(), 0600);
   ExpectRefused("is no file of tokens");
+}
+
+// A door that is not root's has a file that it can read, and root says what is in it.
+TEST_F(TokenFileTest, RootKeepsTheFilesOfOthers) {
+  if (geteuid() != 0) GTEST_SKIP() << "root alone gives files away";
+  constexpr uid_t kOther = 61234;
+  const NewToken made = MakeToken(TokenRole::kDesk);
+  Write("");
+  ASSERT_EQ(chown(file_.c_str(), kOther, kOther), 0);
+  EXPECT_TRUE(AddToken(file_, "c1", made.row));
+  EXPECT_TRUE(AddToken(file_, "c2", made.row));
+  EXPECT_TRUE(RemoveToken(file_, "c2"));
+  EXPECT_EQ(LoadTokens(file_).count("c1"), 1U);
+  struct stat status {};
+  ASSERT_EQ(stat(file_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, kOther);
+  EXPECT_EQ(status.st_gid, kOther);
+  EXPECT_EQ(status.st_mode & 07777, 0600U);
+  // Whom root's door lets in is not the other's to say.
+  EXPECT_THAT([this] { TokenFile tokens(file_); },
+              Throws<Failure>(Property(&Failure::what, HasSubstr("belongs to another user"))));
+}
+
+// systemd's copies for a service are root's, and an access list lets the service read them.
+TEST_F(TokenFileTest, WhatTheServiceManagerGivesMayBeRead) {
+  const NewToken made = MakeToken(TokenRole::kDesk);
+  Write(TokenLine("c1", made.row));
+  chmod(file_.c_str(), 0440);
+  EXPECT_THROW(TokenFile tokens(file_), Failure);
+  setenv("CREDENTIALS_DIRECTORY", (folder_ + "/").c_str(), 1);
+  for (const mode_t mode : {0400U, 0440U}) {
+    chmod(file_.c_str(), mode);
+    EXPECT_TRUE(TokenFile(file_).Find("c1." + made.secret));
+  }
+  for (const mode_t mode : {0444U, 0460U, 0450U, 0404U}) {
+    chmod(file_.c_str(), mode);
+    EXPECT_THROW(TokenFile tokens(file_), Failure) << mode;
+  }
+  // The folder alone, and not what is beside or below it.
+  chmod(file_.c_str(), 0440);
+  for (const std::string& other : {folder_ + "/missing", testing::TempDir(), std::string()}) {
+    setenv("CREDENTIALS_DIRECTORY", other.c_str(), 1);
+    EXPECT_THROW(TokenFile tokens(file_), Failure) << other;
+  }
+  unsetenv("CREDENTIALS_DIRECTORY");
 }
 
 // Each that adds one waits for the others: none writes over what it has not read.
