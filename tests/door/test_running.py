@@ -323,6 +323,18 @@ def test_what_is_told_on_standard_error(doors, folder):
     assert door.errors == ""
 
 
+def test_the_units_leave_this_computer_both_its_addresses():
+    def settings(name):
+        lines = (UNITS / name).read_text().splitlines()
+        return [line for line in lines if line.startswith(("IPAddress", "RestrictAddress"))]
+
+    # A socket that is passed has the bounds of its own unit, not those of the service.
+    bounds = ["IPAddressDeny=any", "IPAddressAllow=localhost"]
+    assert settings("lorimatd@.socket") == bounds
+    assert settings("lorimatd@.service.in") == [
+        *bounds, "RestrictAddressFamilies=AF_INET AF_INET6 AF_UNIX"]
+
+
 @pytest.mark.skipif(not shutil.which("systemd-analyze"), reason="Debian: systemd")
 def test_the_units_are_good_and_as_closed_as_the_page_says(folder):
     unit = (UNITS / "lorimatd@.service.in").read_text()
