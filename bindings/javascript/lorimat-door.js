@@ -134,6 +134,10 @@ export class Door {
   // till has sent it, only a final answer tells, or the door when it has no job of what it refuses.
   async #carry(request, old, { wait = 60 } = {}) {
     const { key } = request, begin = Date.now(), since = () => (Date.now() - begin) / 1000;
+    if (!/^[A-Za-z0-9_.:-]{1,64}$/.test(key)) {
+      this.#forget(request); // never sent
+      throw new DoorError("refused", "a key is 1 to 64 of A-Z a-z 0-9 _ . : -", { code: "bad_key", key });
+    }
     let job = null, lost = old, last = null;
     for (let rest = 0.1; ; rest = Math.min(2 * rest, LONGEST_PAUSE)) {
       const waits = Math.floor(Math.min(Math.max(wait - since(), 0), LONGEST_WAIT));

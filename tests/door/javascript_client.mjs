@@ -145,6 +145,18 @@ test("a key that is given counts as used before", async () => {
   assert.deepEqual(door.pending, []);
 });
 
+test("a bad key is neither kept nor sent, and does not stop the others", async () => {
+  const storage = memory();
+  const door = new Door(url, { desk: "bad", storage });
+  await assert.rejects(door.sell(SALE, { key: "a b" }), kindOf("refused", "bad_key"));
+  assert.deepEqual(door.pending, []);
+  const kept = (key) => ({ key, path: "/v1/jobs", body: { lines: SALE, desk: "bad" }, made: Date.now() });
+  storage.setItem(`lorimat-door ${url} bad`, JSON.stringify([kept("caff\u00e8\n"), kept("bad-1")]));
+  const [bad, good] = await door.resume();
+  assert.deepEqual([bad.error.code, good.job.key], ["bad_key", "bad-1"]);
+  assert.deepEqual(door.pending, []);
+});
+
 test("a late request that is not found is told by its own token alone", async () => {
   const none = await scripted([[404, "application/problem+json", JSON.stringify({ status: 404, code: "not_found" })]]);
   const resumed = async (options, path, desk) => {

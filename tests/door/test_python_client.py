@@ -238,6 +238,34 @@ def test_a_kept_key_keeps_its_request(folder, monkeypatch):
         client.receipt(receipt, "k2")
 
 
+@pytest.mark.parametrize("key", ["", "a b", "k\n", "caff\u00e8", "k" * 65])
+def test_a_bad_key_is_neither_kept_nor_sent(folder, key):
+    with lorimat.Door("http://127.0.0.1:1", pending=folder / "pending", patience=0) as client:
+        with pytest.raises(ValueError):
+            client.sell(SALE, key, wait=0)
+    assert os.listdir(folder / "pending") == []
+
+
+def test_what_cannot_be_read_or_sent_does_not_stop_the_others(door, folder, monkeypatch):
+    with client_of(door, pending=folder / "pending") as client:
+        with monkeypatch.context() as killed:
+            killed.setattr(client, "_carry", lambda *_: None)
+            client.sell(SALE, "k2")
+        (kept,) = client.pending
+        client._pending.keep(kept._replace(key="k 1", made=kept.made - 1))
+        damaged = ["", "{}", "[1]", "\xff", "[" * 100000, json.dumps({**kept._asdict(), "made": "now"}),
+                   json.dumps({**kept._asdict(), "body": []}), json.dumps({**kept._asdict(), "body": {"expires_s": "1"}})]
+        for number, text in enumerate(damaged):
+            (folder / "pending" / f"{number}.json").write_text(text, encoding="latin-1")
+        found = list(client.resume())
+        assert [type(one.error) for one in found] == [ValueError, type(None)] + [OSError] * len(damaged)
+        assert found[1].job.key == "k2"
+        assert ["0.json" in str(found[2].error), found[2].request] == [True, None]
+        # What is damaged stays for whoever looks.
+        assert len(os.listdir(folder / "pending")) == len(damaged) + 1
+    assert door.documents() == [(1, 1)]
+
+
 @pytest.mark.parametrize("status", [401, 403, 422])
 def test_a_key_that_is_given_counts_as_used_before(scripted, folder, status):
     """Without a folder, too: the till has it of error.key."""

@@ -14,6 +14,7 @@ a job that is confirmed; everything else is raised (lorimat.DoorError and its cl
 
 import json
 import os
+import re
 import threading
 import time
 import urllib.parse
@@ -68,11 +69,12 @@ class Event(NamedTuple):
 
 
 class Outcome(NamedTuple):
-    """What became of a request that was kept: a job that is confirmed, or an error."""
+    """What became of a request that was kept: a job that is confirmed, or an error. OSError: its file cannot be
+    read, and `request` is None, or not removed. ValueError: no door takes its key."""
 
-    request: Request
+    request: Optional[Request]
     job: Optional[Job]
-    error: Optional[DoorError]
+    error: Union[DoorError, OSError, ValueError, None]
 
 
 def new_key() -> str:
@@ -138,7 +140,7 @@ class Door:
     def sell(self, lines: Sequence[str], key: Optional[str] = None, *, reference: Optional[str] = None,
              expires_s: Optional[int] = None, wait: float = 60.0) -> Job:
         """Lines of the language as a job: a sale, or whatever a job may hold. Without a key it gets a
-        new one. `wait`: seconds for its outcome.
+        new one; ValueError is raised of one that no door takes. `wait`: seconds for its outcome.
 
         Raises RequestRefused, JobFailed, DoorAway: nothing was done. OutcomeUnknown, NeedsOperator:
         it may have been; ask again with error.key. A key that is given counts as one that was used
@@ -176,21 +178,25 @@ class Door:
     def resume(self, wait: float = 60.0) -> Iterator[Outcome]:
         """Asks again for all that is kept in the folder `pending`, the oldest first, and yields what
         became of each. What the door never took and whose time is over is not sent any more: its error
-        is a DoorAway of the code "expired"."""
-        for request in self._pending:
+        is a DoorAway of the code "expired". What cannot be read (OSError) or
+        sent (ValueError) is told likewise, and stays."""
+        requests, damaged = self._pending.read()
+        for request in requests:
             try:
                 if now() > request.expires and self._never_taken(request):
                     self._pending.forget(request)
                     raise DoorAway("its time was over before the door took it", "expired",
                                    key=request.key)
                 yield Outcome(request, self._carry(request, wait, True), None)
-            except DoorError as error:
+            except (DoorError, OSError, ValueError) as error:
                 yield Outcome(request, None, error)
+        for unread in damaged:
+            yield Outcome(None, None, unread)
 
     @property
     def pending(self) -> List[Request]:
         """What is kept: asked for, and the outcome not known."""
-        return list(self._pending)
+        return self._pending.read()[0]
 
     # Looking and resolving.
 
@@ -277,7 +283,7 @@ class Door:
             if value is not None:
                 body.setdefault(name, value)
         body = json.loads(json.dumps(body))  # as it is kept
-        request = Request(new_key() if key is None else key, body.get("desk"), path, body, now())
+        request = Request(new_key() if key is None else _checked(key), body.get("desk"), path, body, now())
         kept = self._pending.find(request.key, request.desk)
         if kept is None:
             self._pending.keep(request)
@@ -298,6 +304,7 @@ class Door:
         the door although no answer came: from then on only a final answer tells what became of it, or the
         door when it has no job of the key. So it is with an old one, which another life of the till
         may have sent."""
+        _checked(request.key)
         body = json.dumps(request.body).encode()
         headers = {"Content-Type": "application/json", "Idempotency-Key": request.key}
         known = time.monotonic() + wait
@@ -411,6 +418,13 @@ class Door:
                 raise error
             pause = min(pause * 2, _LONGEST_PAUSE)
             self._closed.wait(min(max(asked, pause), max(end - time.monotonic(), 0.0)))
+
+
+def _checked(key: str) -> str:
+    """The key. Raises ValueError where it is none that a door takes."""
+    if not re.fullmatch(r"[A-Za-z0-9_.:-]{1,64}", key):
+        raise ValueError("%r is no key of 1 to 64 of A-Z a-z 0-9 _ . : -" % key)
+    return key
 
 
 def _story(job: Job) -> str:

@@ -5,7 +5,7 @@ import json
 import os
 import tempfile
 import time
-from typing import Any, Dict, Iterator, NamedTuple, Optional
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
 
 class Request(NamedTuple):
@@ -56,20 +56,28 @@ class PendingFolder:
     def forget(self, request: Request) -> None:
         _remove(self._file(request.key, request.desk))
 
-    def __iter__(self) -> Iterator[Request]:
-        """The oldest first. What a killed till had not written whole was not sent either."""
-        found = [self._read(os.path.join(self.folder, name))
-                 for name in os.listdir(self.folder) if name.endswith(".json")]
-        return iter(sorted((one for one in found if one is not None), key=lambda one: one.made))
+    def read(self) -> Tuple[List[Request], List[OSError]]:
+        """All of it, the oldest first, and what cannot be read. What a killed till had not written whole
+        was not sent either."""
+        found, damaged = [], []
+        for name in sorted(os.listdir(self.folder)):
+            if name.endswith(".json"):
+                try:
+                    found.append(self._read(os.path.join(self.folder, name)))
+                except OSError as error:
+                    damaged.append(error)
+        return sorted((one for one in found if one is not None), key=lambda one: one.made), damaged
 
     @staticmethod
     def _read(name: str) -> Optional[Request]:
         try:
             with open(name, encoding="utf-8") as file:
-                return Request(**json.load(file))
+                request = Request(**json.load(file))
+            _check(request)
+            return request
         except FileNotFoundError:
             return None
-        except (ValueError, TypeError) as error:
+        except (ValueError, TypeError, RecursionError) as error:
             raise OSError("%s: is not what a till has kept: %s" % (name, error)) from error
 
     def _sync(self) -> None:
@@ -94,8 +102,18 @@ class NoFolder:
     def forget(self, request: Request) -> None:
         pass
 
-    def __iter__(self) -> Iterator[Request]:
-        return iter(())
+    def read(self) -> Tuple[List[Request], List[OSError]]:
+        return [], []
+
+
+def _check(request: Request) -> None:
+    """Raises TypeError where a field is not of its kind."""
+    kinds = ((request.key, str), (request.desk, (str, type(None))), (request.path, str), (request.body, dict),
+             (request.made, (int, float)), (request.body.get("expires_s", 0) if isinstance(request.body, dict)
+                                            else None, (int, float)))
+    for value, kind in kinds:
+        if not isinstance(value, kind):  # type: ignore[arg-type]
+            raise TypeError("%r is of another kind" % (value,))
 
 
 def _remove(name: str) -> None:
