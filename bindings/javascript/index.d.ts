@@ -107,6 +107,7 @@ export class Door {
   readonly pending: PendingRequest[];
   /** Asks again for all that is pending, the oldest first. */
   resume(options?: { wait?: number }): Promise<Outcome[]>;
-  /** Events as they come; after "reset" some are missing. */
-  events(options?: { after?: number; signal?: AbortSignal }): AsyncGenerator<DoorEvent, void, void>;
+  /** Events as they come; after "reset" some are missing. `silence`: seconds without a sign of the door, three
+   *  times what it lets pass, until the connection is made again; 45. */
+  events(options?: { after?: number; signal?: AbortSignal; silence?: number }): AsyncGenerator<DoorEvent, void, void>;
 }

@@ -19,9 +19,25 @@ const problemOf = (kind, { status, body }, key) => new DoorError(kind,
   [body?.code, body?.detail ?? `the answer has the status ${status}`].filter(Boolean).join(": "),
   { code: body?.code ?? "", status, problem: body ?? {}, key });
 const story = (job) => `job ${job.id} is ${job.state}: ${job.history.at(-1)?.why ?? ""}`;
+// A signal that aborts with `signal`, or so many seconds after begin(); end() leaves nothing behind.
+function limit(seconds, signal) {
+  const cut = new AbortController(), stop = () => cut.abort(signal.reason);
+  let timer;
+  const begin = () => {
+    clearTimeout(timer);
+    timer = setTimeout(() => cut.abort(new Error("no answer in time")), seconds * 1000);
+  };
+  const rest = () => clearTimeout(timer);
+  const end = () => { rest(); signal?.removeEventListener("abort", stop); };
+  if (signal?.aborted) stop();
+  signal?.addEventListener("abort", stop);
+  return { signal: cut.signal, begin, rest, end };
+}
 const pause = (seconds, signal) => new Promise((done) => {
-  const timer = setTimeout(done, seconds * 1000);
-  signal?.addEventListener("abort", () => { clearTimeout(timer); done(); }, { once: true });
+  const end = () => { clearTimeout(timer); signal?.removeEventListener("abort", end); done(); };
+  const timer = setTimeout(end, seconds * 1000);
+  if (signal?.aborted) end();
+  else signal?.addEventListener("abort", end);
 });
 
 export class Door {
@@ -75,11 +91,13 @@ export class Door {
   }
 
   // {id, event, data}, as they come, for ever; the connection is made again where it is cut.
-  async *events({ after, signal = this.#signal } = {}) {
+  async *events({ after, signal = this.#signal, silence = 45 } = {}) {
     for (let wait = 0.1; !signal?.aborted; wait = Math.min(2 * wait, LONGEST_PAUSE)) {
+      const cut = limit(silence, signal);
       try {
+        cut.begin();
         const resume = after === undefined ? {} : { "Last-Event-ID": String(after) };
-        const reply = await fetch(`${this.#url}/v1/events`, { signal,
+        const reply = await fetch(`${this.#url}/v1/events`, { signal: cut.signal,
           headers: { ...this.#heads, Accept: "text/event-stream", ...resume } });
         if (!reply.ok && ![429, 503].includes(reply.status)) {
           throw problemOf("refused", { status: reply.status, body: await reply.json().catch(() => null) }, null);
@@ -87,7 +105,9 @@ export class Door {
         let text = "";
         const decoder = new TextDecoder();
         for (const reader = reply.ok && reply.body.getReader(); reader;) {
+          cut.begin();
           const { done, value } = await reader.read();
+          cut.rest();
           if (done) break;
           const blocks = (text + decoder.decode(value, { stream: true })).split(/\r?\n\r?\n/);
           text = blocks.pop();
@@ -103,6 +123,8 @@ export class Door {
         }
       } catch (error) {
         if (error instanceof DoorError) throw error;
+      } finally {
+        cut.end();
       }
       await pause(wait, signal);
     }
@@ -168,12 +190,13 @@ export class Door {
         lost = true; // fetch does not tell whether the request left
         last = new DoorError("away", String(error.message), { key });
       }
-      if (since() >= (job ? wait : Math.max(wait, this.#patience)) || this.#signal?.aborted) {
+      const left = (job ? wait : Math.max(wait, this.#patience)) - since();
+      if (left <= 0 || this.#signal?.aborted) {
         if (lost) throw new DoorError("unknown", job ? story(job) : last.message, { key, job });
         this.#forget(request);
         throw last;
       }
-      await pause(Math.max(asked, rest), this.#signal);
+      await pause(Math.min(Math.max(asked, rest), left), this.#signal);
     }
   }
 
@@ -191,20 +214,29 @@ export class Door {
 
   async #once(method, path, body, heads = {}, waits = 0) {
     const unsafe = method === "GET" ? {} : { "Content-Type": "application/json" };
-    const reply = await fetch(this.#url + path, { method, redirect: "error", cache: "no-store",
-      headers: { ...this.#heads, ...unsafe, ...heads }, body: body && JSON.stringify(body),
-      signal: AbortSignal.timeout(1000 * (waits + this.#timeout)) });
-    const text = await reply.text();
-    let json = null;
-    try { json = JSON.parse(text); } catch { /* none of a door */ }
-    return { status: reply.status, retryAfter: Number(reply.headers.get("Retry-After")) || 0, body: json };
+    const cut = limit(waits + this.#timeout, this.#signal);
+    cut.begin();
+    try {
+      const reply = await fetch(this.#url + path, { method, redirect: "error", cache: "no-store",
+        headers: { ...this.#heads, ...unsafe, ...heads }, body: body && JSON.stringify(body), signal: cut.signal });
+      const text = await reply.text();
+      let json = null;
+      try { json = JSON.parse(text); } catch { /* none of a door */ }
+      return { status: reply.status, retryAfter: Number(reply.headers.get("Retry-After")) || 0, body: json };
+    } finally {
+      cut.end();
+    }
   }
 
   async #do(method, path, body) {
     const answer = await this.#once(method, path, body).catch((error) => {
       throw new DoorError(method === "GET" ? "away" : "unknown", String(error.message));
     });
-    if (answer.status >= 400 || answer.body === null) throw problemOf("refused", answer, null);
+    // What was to be changed may have been.
+    const changes = method !== "GET" && !path.endsWith("?dry_run=true");
+    if (answer.status >= 400 || answer.body === null) {
+      throw problemOf(changes && (answer.status >= 500 || answer.status < 400) ? "unknown" : "refused", answer, null);
+    }
     return answer.body;
   }
 }

@@ -2,6 +2,7 @@
 // cut by chance; test_javascript_client.py runs it.
 import assert from "node:assert/strict";
 import { webcrypto } from "node:crypto";
+import { EventEmitter, getEventListeners } from "node:events";
 import { createServer } from "node:http";
 import { test } from "node:test";
 
@@ -155,6 +156,53 @@ test("a bad key is neither kept nor sent, and does not stop the others", async (
   const [bad, good] = await door.resume();
   assert.deepEqual([bad.error.code, good.job.key], ["bad_key", "bad-1"]);
   assert.deepEqual(door.pending, []);
+});
+
+test("what fails within the door may have been changed", async () => {
+  for (const status of [500, 503]) {
+    const failed = await scripted([[status, "application/problem+json", JSON.stringify({ status, code: "failed" })]]);
+    const door = new Door(failed.url);
+    await assert.rejects(door.cancel(7), kindOf("unknown", "failed"));
+    await assert.rejects(door.resolve(7, { outcome: "done", reason: "seen" }), kindOf("unknown", "failed"));
+    await assert.rejects(door.job(7), kindOf("refused", "failed"));
+    failed.server.close();
+  }
+});
+
+test("what waits is cut by its time or its signal, and leaves no listener", async () => {
+  // It pauses for 3600 seconds, and never answers a GET.
+  const asked = new EventEmitter();
+  const server = createServer((request, reply) => {
+    if (request.method === "GET") return void asked.emit("get");
+    reply.writeHead(429, { "Retry-After": "3600", "Content-Type": "application/json" });
+    request.resume().on("end", () => reply.end("{}"));
+  });
+  await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
+  const stop = new AbortController();
+  const door = new Door(`http://127.0.0.1:${server.address().port}`, { patience: 0.3, timeout: 3600, signal: stop.signal });
+  await assert.rejects(door.sell(SALE, { wait: 0 }), kindOf("away", ""));
+  assert.equal(getEventListeners(stop.signal, "abort").length, 0);
+  asked.once("get", () => stop.abort());
+  await assert.rejects(door.device(), kindOf("away", ""));
+  assert.equal(getEventListeners(stop.signal, "abort").length, 0);
+  server.closeAllConnections();
+  server.close();
+});
+
+test("events come again behind a silence", async () => {
+  let times = 0;
+  const server = createServer((request, reply) => {
+    reply.writeHead(200, { "Content-Type": "text/event-stream" });
+    reply.write(`id: ${++times}\nevent: job\ndata: {}\n\n`); // and nothing more
+  });
+  await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
+  const found = [];
+  for await (const one of new Door(`http://127.0.0.1:${server.address().port}`).events({ silence: 0.5 })) {
+    if (found.push(one.id) === 2) break;
+  }
+  assert.deepEqual(found, [1, 2]);
+  server.closeAllConnections();
+  server.close();
 });
 
 test("a late request that is not found is told by its own token alone", async () => {

@@ -307,7 +307,7 @@ class Scripted(http.server.BaseHTTPRequestHandler):
         self.end_headers()
         self.wfile.write(body)
 
-    do_POST = do_GET
+    do_POST = do_DELETE = do_GET
 
     def log_message(self, *_):
         pass
@@ -369,6 +369,21 @@ def test_an_old_request_is_refused_when_the_door_has_none(door, folder, monkeypa
         (outcome,) = client.resume()
         assert isinstance(outcome.error, lorimat.RequestRefused) and outcome.error.code == "line_not_allowed"
         assert client.pending == []
+
+
+@pytest.mark.parametrize("status", [500, 503])
+def test_what_fails_within_the_door_may_have_been_changed(scripted, status):
+    """Asked again it would be told as wrong_state, by its own doing."""
+    failed = json.dumps({"status": status, "code": "disk_full", "detail": "no"}).encode()
+    wrong = json.dumps({"status": 409, "code": "wrong_state", "detail": "no"}).encode()
+    for path in ("/v1/jobs/7", "/v1/jobs/7/resolve"):
+        scripted.answers[path] = [(status, {}, failed), (409, {}, wrong)]
+    with lorimat.Door(f"http://127.0.0.1:{scripted.server_port}") as client:
+        with pytest.raises(lorimat.OutcomeUnknown):
+            client.cancel(7)
+        with pytest.raises(lorimat.OutcomeUnknown):
+            client.resolve(7, "done", "seen")
+    assert len(scripted.asked) == 2
 
 
 def test_events_go_on_behind_the_last(scripted):

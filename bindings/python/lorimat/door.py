@@ -400,19 +400,22 @@ class Door:
                 headers: Mapping[str, str]) -> Answer:
         """Once, but what changes nothing again while no door answers. Raises DoorError."""
         end, pause = time.monotonic() + self._patience, _FIRST_PAUSE
+        changes = method != "GET" and not path.endswith("?dry_run=true")
         while True:
             try:
                 answer = self._address.exchange(method, path, body, headers)
                 if answer.status < 400:
                     return answer
                 error = _error(DoorError, answer, answer.json(), None)
+                if changes and answer.status >= 500:
+                    raise _error(OutcomeUnknown, answer, answer.json(), None)
                 if answer.status not in (429, 503):
                     raise error
                 asked = answer.retry_after or 0.0
             except NoAnswer as cut:
                 error, asked = DoorAway(str(cut)), 0.0
                 # What was to be done may have been done: the state tells.
-                if method != "GET" and cut.sent:
+                if changes and cut.sent:
                     raise OutcomeUnknown(str(cut)) from cut
             if time.monotonic() >= end or self._closed.is_set():
                 raise error
