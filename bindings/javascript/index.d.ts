@@ -96,7 +96,16 @@ export class Door {
   /** Lines and sums of a receipt; nothing is sent. */
   dryRun(receipt: Record<string, unknown>): Promise<Record<string, unknown>>;
   job(id: number): Promise<Job>;
-  jobs(query?: { state?: JobState; after?: number; limit?: number }): Promise<Job[]>;
+  /** The job of a key of this desk; null where the door has none. */
+  find(key: string): Promise<Job | null>;
+  /** By number, behind `after`, of a state or of all, a page at a time. */
+  jobs(query?: { state?: JobState; after?: number }): AsyncGenerator<Job, void, void>;
+  /** Prints a copy of a document; an operator's. `kind` where an invoice and another one have the numbers. */
+  copy(closure: number, number: number, options?: AskOptions & { kind?: string }): Promise<Job>;
+  /** What the device has registered, by ISO 8601 dates or times; of the status 501 where it does not tell. */
+  documents(span?: { from?: string; to?: string }): AsyncGenerator<JobDocument, void, void>;
+  /** A document as it was printed: "text/plain", "image/png" or "application/json". */
+  document(closure: number, number: number, options?: { accept?: string; kind?: string }): Promise<Uint8Array>;
   cancel(id: number): Promise<Job>;
   resolve(id: number, resolution: {
     outcome: "done" | "not_done";

@@ -63,10 +63,41 @@ export class Door {
   reset(options) { return this.#ask("/v1/device/reset", {}, options); }
   dryRun(receipt) { return this.#do("POST", "/v1/receipts?dry_run=true", receipt); }
   job(id) { return this.#do("GET", `/v1/jobs/${id}`); }
-  jobs(query = {}) { return this.#do("GET", `/v1/jobs?${new URLSearchParams(query)}`).then((page) => page.jobs); }
+  find(key) {
+    const query = new URLSearchParams(this.#desk === undefined ? { key } : { key, desk: this.#desk });
+    return this.#do("GET", `/v1/jobs?${query}`).catch((error) => {
+      if (error.code === "not_found") return null;
+      throw error;
+    });
+  }
+  copy(closure, number, { kind, ...options } = {}) {
+    return this.#ask(`/v1/documents/${closure}/${number}/copy${kind ? `?kind=${kind}` : ""}`, {}, options);
+  }
   cancel(id) { return this.#do("DELETE", `/v1/jobs/${id}`); }
   resolve(id, resolution) { return this.#do("POST", `/v1/jobs/${id}/resolve`, resolution); }
   device() { return this.#do("GET", "/v1/device"); }
+
+  async *jobs({ state, after = 0 } = {}) {
+    for (;;) {
+      const query = new URLSearchParams({ after, limit: 100, ...(state && { state }) });
+      const { jobs } = await this.#do("GET", `/v1/jobs?${query}`);
+      if (!jobs.length) return;
+      yield* jobs;
+      after = jobs.at(-1).id;
+    }
+  }
+  async *documents(span = {}) {
+    for (let next; next !== null;) {
+      const query = new URLSearchParams({ ...span, ...(next && { after: next }) });
+      const page = await this.#do("GET", `/v1/documents?${query}`);
+      yield* page.documents;
+      next = page.next;
+    }
+  }
+  async document(closure, number, { accept = "text/plain", kind } = {}) {
+    const path = `/v1/documents/${closure}/${number}${kind ? `?kind=${kind}` : ""}`;
+    return (await this.#answer("GET", path, undefined, { Accept: accept })).bytes;
+  }
 
   // What was asked and whose outcome is not known, the oldest first: {key, path, body, made}.
   get pending() { return JSON.parse(this.#storage.getItem(this.#name) ?? "[]"); }
@@ -165,7 +196,7 @@ export class Door {
       const waits = Math.floor(Math.min(Math.max(wait - since(), 0), LONGEST_WAIT));
       let asked = 0;
       try {
-        const answer = await this.#once("POST", `${request.path}?wait=${waits}`, request.body, { "Idempotency-Key": key }, waits);
+        const answer = await this.#once("POST", `${request.path}${request.path.includes("?") ? "&" : "?"}wait=${waits}`, request.body, { "Idempotency-Key": key }, waits);
         asked = answer.retryAfter;
         if (answer.body?.state) {
           job = answer.body;
@@ -219,24 +250,28 @@ export class Door {
     try {
       const reply = await fetch(this.#url + path, { method, redirect: "error", cache: "no-store",
         headers: { ...this.#heads, ...unsafe, ...heads }, body: body && JSON.stringify(body), signal: cut.signal });
-      const text = await reply.text();
+      const bytes = new Uint8Array(await reply.arrayBuffer());
       let json = null;
-      try { json = JSON.parse(text); } catch { /* none of a door */ }
-      return { status: reply.status, retryAfter: Number(reply.headers.get("Retry-After")) || 0, body: json };
+      try { json = JSON.parse(new TextDecoder().decode(bytes)); } catch { /* none of a door */ }
+      return { status: reply.status, retryAfter: Number(reply.headers.get("Retry-After")) || 0, body: json, bytes };
     } finally {
       cut.end();
     }
   }
 
-  async #do(method, path, body) {
-    const answer = await this.#once(method, path, body).catch((error) => {
+  async #answer(method, path, body, heads) {
+    const answer = await this.#once(method, path, body, heads).catch((error) => {
       throw new DoorError(method === "GET" ? "away" : "unknown", String(error.message));
     });
     // What was to be changed may have been.
     const changes = method !== "GET" && !path.endsWith("?dry_run=true");
-    if (answer.status >= 400 || answer.body === null) {
-      throw problemOf(changes && (answer.status >= 500 || answer.status < 400) ? "unknown" : "refused", answer, null);
-    }
+    if (answer.status >= 400) throw problemOf(changes && answer.status >= 500 ? "unknown" : "refused", answer, null);
+    return { ...answer, changes };
+  }
+
+  async #do(method, path, body) {
+    const answer = await this.#answer(method, path, body);
+    if (answer.body === null) throw problemOf(answer.changes ? "unknown" : "refused", answer, null);
     return answer.body;
   }
 }

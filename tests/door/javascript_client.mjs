@@ -23,7 +23,8 @@ function memory() {
 async function scripted(answers) {
   const asked = [];
   const server = createServer((request, reply) => {
-    asked.push([request.url.split("?")[0], request.headers]);
+    const [path, query] = request.url.split("?");
+    asked.push([path, request.headers, query]);
     request.resume().on("end", () => {
       const [status, type, body] = answers.length > 1 ? answers.shift() : answers[0];
       reply.writeHead(status, { "Content-Type": type });
@@ -48,7 +49,23 @@ test("a sale and a receipt are confirmed, and asked again are the same", async (
   assert.equal((await door.receipt(COFFEE)).document.number, job.document.number + 1);
   assert.equal((await door.dryRun(COFFEE)).sums.total, "1.20");
   assert.equal((await door.job(job.id)).key, key);
-  assert.equal((await door.jobs({ state: "confirmed" })).length, 2);
+  const all = async (rows) => {
+    const found = [];
+    for await (const row of rows) found.push(row);
+    return found;
+  };
+  assert.deepEqual((await all(door.jobs({ state: "confirmed" }))).map((one) => one.id), [job.id, job.id + 1]);
+  assert.deepEqual((await all(door.jobs({ after: job.id }))).map((one) => one.id), [job.id + 1]);
+  assert.deepEqual([(await door.find(key)).id, await door.find("none")], [job.id, null]);
+  const { closure, number } = job.document;
+  assert.deepEqual((await all(door.documents())).map((one) => one.number), [number, number + 1]);
+  assert.deepEqual(await all(door.documents({ from: "2000-01-01", to: "2000-01-02" })), []);
+  assert.match(new TextDecoder().decode(await door.document(closure, number)), /DOCUMENTO N/);
+  const picture = await door.document(closure, number, { accept: "image/png", kind: "receipt" });
+  assert.deepEqual([...picture.slice(1, 4)], [..."PNG"].map((letter) => letter.charCodeAt(0)));
+  await assert.rejects(door.document(9, 9), kindOf("refused", "not_found"));
+  const operator = new Door(url, { desk: "operator" });
+  assert.equal((await operator.copy(closure, number, { kind: "receipt" })).state, "confirmed");
   assert.equal((await door.device()).ready, true);
 });
 
@@ -220,6 +237,19 @@ test("a late request that is not found is told by its own token alone", async ()
   assert.deepEqual(await resumed({ desk: "t1" }, "/v1/device/close-day", "t1"), ["away", 0]);
   assert.deepEqual(await resumed({}, "/v1/device/close-day"), ["unknown", 1]);
   none.server.close();
+});
+
+test("jobs and documents are read page by page", async () => {
+  const json = (body) => [200, "application/json", JSON.stringify(body)];
+  const pages = await scripted([json({ jobs: [{ id: 3 }] }), json({ jobs: [] }),
+    json({ documents: [{ number: 1 }], next: "1-1" }), json({ documents: [{ number: 2 }], next: null })]);
+  const door = new Door(pages.url), found = [];
+  for await (const one of door.jobs()) found.push(one.id);
+  for await (const one of door.documents({ from: "2026-11-22" })) found.push(one.number);
+  assert.deepEqual(found, [3, 1, 2]);
+  assert.deepEqual(pages.asked.map(([, , query]) => query), ["after=0&limit=100", "after=3&limit=100",
+    "from=2026-11-22", "from=2026-11-22&after=1-1"]);
+  pages.server.close();
 });
 
 test("events go on behind the last", async () => {
