@@ -203,6 +203,9 @@ void WriteOutcome(const SendOptions& options, const JobOutcome& outcome, const c
 // was sent.
 int SendCommand(const SendOptions& options, Streams& streams) {
   const InterruptWatch watch;
+  if (!IsKey(options.key)) {
+    throw Failure(Tr("--key: {} is not 1 to 64 of A-Z a-z 0-9 . _ : -", Shown(options.key)));
+  }
   const DoorAddress address = AddressOf(options.door);
   Json body = {{"lines", LinesOf(options.file)}};
   if (interrupted != 0) return InterruptExit();

@@ -79,6 +79,14 @@ int StopAtSignal(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
 constexpr CURLcode kForGood[] = {CURLE_URL_MALFORMAT, CURLE_UNSUPPORTED_PROTOCOL,
                                  CURLE_PEER_FAILED_VERIFICATION, CURLE_SSL_CACERT_BADFILE};
 
+// Nothing of a line of the head may end it, or begin another one.
+void RequireOneLine(const std::string& head) {
+  const auto is_control = [](unsigned char c) { return c < ' ' || c == 0x7F; };
+  if (std::any_of(head.begin(), head.end(), is_control)) {
+    throw Failure(Tr("a request has no such line in its head: {}", Shown(head)));
+  }
+}
+
 void RequireAddress(const std::string& url) {
   for (const std::string_view scheme : {"http://", "https://"}) {
     if (url.size() > scheme.size() && url.compare(0, scheme.size(), scheme) == 0 &&
@@ -98,6 +106,7 @@ HttpAnswer Ask(const DoorAddress& address, const HttpRequest& request) {
   if (!handle) throw std::bad_alloc();
   std::unique_ptr<curl_slist, decltype(curl.free_all)> heads(nullptr, curl.free_all);
   const auto add = [&](const std::string& head) {
+    RequireOneLine(head);
     curl_slist* longer = curl.append(heads.get(), head.c_str());
     if (longer == nullptr) throw std::bad_alloc();
     static_cast<void>(heads.release());

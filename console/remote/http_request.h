@@ -35,9 +35,9 @@ struct HttpAnswer {
 };
 
 // Asks once, and follows nowhere. Throws Failure for what asking again does not mend: an address
-// that is none, a certificate that is not trusted, no libcurl; then nothing of this request left.
-// Behind std::bad_alloc it may have left. It ends early behind a signal that interrupt.h notes;
-// then it has no answer.
+// that is none, a head of more than one line, a certificate that is not trusted, no libcurl; then
+// nothing of this request left. Behind std::bad_alloc it may have left. It ends early behind a
+// signal that interrupt.h notes; then it has no answer.
 HttpAnswer Ask(const DoorAddress& address, const HttpRequest& request);
 
 // The text as a part of a path or query.

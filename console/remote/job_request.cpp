@@ -111,6 +111,15 @@ JobOutcome AskUntilKnown(const DoorAddress& address, const JobRequest& request, 
 
 }  // namespace
 
+bool IsKey(std::string_view text) {
+  constexpr size_t kLongest = 64;
+  return !text.empty() && text.size() <= kLongest &&
+         std::all_of(text.begin(), text.end(), [](char c) {
+           return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+                  std::string_view("._:-").find(c) != std::string_view::npos;
+         });
+}
+
 JobOutcome AskForJob(const DoorAddress& address, const JobRequest& request) {
   bool is_lost = false;
   JobOutcome unknown;

@@ -10,9 +10,12 @@
 
 namespace lorimat::console {
 
+// Whether a text may be a key: 1 to 64 of A-Z a-z 0-9 . _ : -
+bool IsKey(std::string_view text);
+
 struct JobRequest {
-  std::string path;  // "/v1/jobs"
-  std::string key;
+  std::string path;             // "/v1/jobs"
+  std::string key;              // one by IsKey
   std::string body;             // JSON
   std::chrono::seconds wait{};  // in all
 };

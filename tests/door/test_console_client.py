@@ -44,7 +44,6 @@ def test_a_sale_is_confirmed_and_sent_again_is_the_same(door, folder):
 @pytest.mark.parametrize("key, lines, code, outcome, text", [
     ("k1", ["VEND REP=99, PRE=1"], 1, "failed", "line 1: 1241: "),
     ("k1", ["SETP ABORT=1"], 2, "refused", "line_not_allowed: line 1 (SETP)"),
-    ("no key", SALE, 2, "refused", "bad_key"),
 ])
 def test_what_was_not_done(door, key, lines, code, outcome, text):
     run = send(door.port, key, lines)
@@ -87,6 +86,18 @@ def test_lines_that_are_none(folder, text, told):
     (folder / "a.cmd").write_bytes(text)
     run = console("send", folder / "a.cmd", "--to", url_of(1), "--key", "k")
     assert run.returncode == 2 and told in run.stderr
+
+
+@pytest.mark.parametrize("key", ["no key", "k\r\nX: 1", "k\n", "k\x7f", "k\u00e8", "x" * 65])
+def test_a_key_that_is_none_is_not_sent(scripted, key):  # noqa: F811
+    scripted.answers["/v1/jobs"] = [(200, {}, b"{}")]
+    run = send(scripted.server_port, key)
+    assert run.returncode == 2 and "--key: " in run.stderr
+    assert scripted.asked == []
+
+
+def test_all_that_may_be_in_a_key(door):
+    assert send(door.port, "azAZ09._:-" + "x" * 54).returncode == 0
 
 
 def test_without_a_door_nothing_was_done(folder):
