@@ -121,7 +121,10 @@ HttpAnswer Ask(const DoorAddress& address, const HttpRequest& request) {
   url += request.path;
   HttpAnswer answer;
   const auto set = [&](CURLoption option, auto value) {
-    if (curl.set(handle.get(), option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
+    const CURLcode code = curl.set(handle.get(), option, value);
+    if (code == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
+    // Half of what was asked for may be less safe than nothing.
+    if (code != CURLE_OK) throw Failure(Tr("{}: {}", Shown(address.url), Shown(curl.text(code))));
   };
   set(CURLOPT_URL, url.c_str());
   set(CURLOPT_CUSTOMREQUEST, request.method.c_str());
@@ -130,7 +133,11 @@ HttpAnswer Ask(const DoorAddress& address, const HttpRequest& request) {
     set(CURLOPT_POSTFIELDS, request.body->c_str());
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body->size()));
   }
-  if (!address.ca_file.empty()) set(CURLOPT_CAINFO, address.ca_file.c_str());
+  if (!address.ca_file.empty()) {
+    set(CURLOPT_CAINFO, address.ca_file.c_str());
+    // The folder of the system's is another place of theirs.
+    set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+  }
   // A door is asked itself, whatever the environment has for the web.
   set(CURLOPT_PROXY, "");
   set(CURLOPT_NOSIGNAL, 1L);

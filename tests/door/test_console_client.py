@@ -91,7 +91,7 @@ def test_lines_that_are_none(folder, text, told):
 @pytest.mark.parametrize("key", ["no key", "k\r\nX: 1", "k\n", "k\x7f", "k\u00e8", "x" * 65])
 def test_a_key_that_is_none_is_not_sent(scripted, key):  # noqa: F811
     scripted.answers["/v1/jobs"] = [(200, {}, b"{}")]
-    run = send(scripted.server_port, key)
+    run = send(scripted.server_port, key, SALE, "--wait", "0")
     assert run.returncode == 2 and "--key: " in run.stderr
     assert scripted.asked == []
 
@@ -246,6 +246,19 @@ def secure(scripted, folder):  # noqa: F811
     scripted.answers["/v1/device"] = [(200, {}, b'{"ready": true}')]
     scripted.answers["/v1/jobs"] = [(200, {}, b'{"jobs": []}')]
     return scripted
+
+
+def test_certificates_of_a_file_are_the_only_ones(folder):
+    def listed(*more, **script):
+        return console("jobs", "--to", "https://127.0.0.1:1", *more, environment=scripted_curl("60/0", **script))
+    (folder / "ca.pem").touch()
+    run = listed("--cacert", folder / "ca.pem")
+    assert f"CAINFO={folder}/ca.pem\n" in run.stderr and "CAPATH=none\n" in run.stderr
+    # Without, libcurl has those of the system.
+    assert "CAINFO" not in (run := listed()).stderr + run.stdout and "CAPATH" not in run.stderr
+    # What it does not know, such as CURLOPT_CAPATH, is not left out.
+    run = listed("--cacert", folder / "ca.pem", refuses="10097")
+    assert run.returncode == 2 and "scripted 48" in run.stderr and "asked" not in run.stderr
 
 
 def test_a_certificate_is_looked_at(secure, folder):
