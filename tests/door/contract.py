@@ -54,7 +54,7 @@ class Operation:
         schema = content.get(content_type.split(";")[0])
         if schema is None:
             return f"{status} has no {content_type}"
-        if "schema" not in schema or not isinstance(body, (dict, list)):
+        if "schema" not in schema or "json" not in content_type:
             return None
         fault = jsonschema.exceptions.best_match(validator(schema["schema"]).iter_errors(body))
         return fault and f"{status}: {fault.json_path}: {fault.message}"

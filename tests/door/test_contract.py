@@ -23,6 +23,16 @@ SETTINGS = settings(max_examples=COUNT, deadline=None, derandomize=COUNT == 60, 
                     suppress_health_check=list(HealthCheck), print_blob=False)
 
 
+# What the register and the jobs of these requests never come to: it hangs never, nothing stays queued or
+# needs an operator, and a copy is asked for with the keys of other jobs, or of no document.
+NEVER_DONE = {"cancelJob", "resolveJob", "resetDevice", "copyDocument"}
+
+
+# Where fields hang together, are days, or are texts of which a schema does not tell.
+BEYOND_THE_FILE = {("GET", "/v1/jobs"), ("GET", "/v1/documents"), ("POST", "/v1/receipts"),
+                   ("POST", "/v1/jobs/{id}/resolve")}
+
+
 class Line:
     """A connection that is kept, and made anew where the door has closed it."""
 
@@ -65,6 +75,7 @@ def line(tmp_path_factory):
 @pytest.mark.parametrize("operation", OPERATIONS, ids=repr)
 def test_each_answer_is_one_of_the_file(line, operation):
     seen = {True: 0, False: 0}
+    done = []
 
     @SETTINGS
     @given(requests(operation))
@@ -73,6 +84,7 @@ def test_each_answer_is_one_of_the_file(line, operation):
         hypothesis.note(f"{reply.status} {body}")
         seen[asked.is_allowed] += 1
         assert reply.status != 500
+        done.extend([reply.status] if reply.status < 300 else [])
         assert operation.allows(reply.status, reply.getheader("Content-Type"), body) is None
         # What the file does not allow has no effect, and is told.
         is_problem = reply.getheader("Content-Type") == "application/problem+json"
@@ -81,11 +93,15 @@ def test_each_answer_is_one_of_the_file(line, operation):
         elif is_problem:
             assert body["code"] not in ("bad_json", "unknown_field", "missing_field", "bad_key",
                                         "number_not_text", "not_json")
+            if (operation.method, operation.path) not in BEYOND_THE_FILE:
+                assert body["code"] not in ("bad_field", "control_character")
             # A receipt that is not to be sent needs none.
             assert body["code"] != "no_key" or operation.path == "/v1/receipts"
 
     holds()
     assert seen[True]
+    # A door that refuses everything holds to nothing.
+    assert done or operation.row["operationId"] in NEVER_DONE
     # Where there is something to be wrong.
     assert seen[False] or not (operation.parameters or operation.body)
 
