@@ -73,6 +73,8 @@ function(lorimat_join_files target count)
     if(NOT file MATCHES "\\.cpp$" OR file IN_LIST arg_APART OR NOT EXISTS ${file})
       continue()
     endif()
+    # Its names are read now: where they change, so may what comes together.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
     lorimat_own_names(${file} names keys words)
     # The first group with room in which all of it is new.
     set(group 0)
