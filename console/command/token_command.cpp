@@ -85,7 +85,17 @@ int Add(const TokenOptions& options, Streams& streams) {
     TellError(streams, Tr("{}: {} has a token already", Shown(options.file), options.name));
     return kExitFaults;
   }
-  streams.Output(options.name + "." + made.secret + "\n");
+  try {
+    streams.Output(options.name + "." + made.secret + "\n");
+  } catch (const Failure&) {
+    // What nobody has read nobody can use, and the name is free to be tried again.
+    try {
+      RemoveToken(options.file, options.name);
+    } catch (const Failure& left) {
+      TellError(streams, left.what());
+    }
+    throw;
+  }
   return kExitGood;
 }
 

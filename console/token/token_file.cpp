@@ -104,6 +104,9 @@ bool Change(const std::string& file, bool makes,
   const Descriptor locked = Lock(file, makes);
   std::string text = ReadAll(locked, file);
   if (!change(ReadTokens(text, file), &text)) return false;
+  if (text.size() > kMostBytes) {
+    throw Failure(Tr("{}: there is no room for one more token", Shown(file)));
+  }
   ReplacingFile replacing;
   int error = replacing.Make(file);
   if (error == 0) error = replacing.Write(text);

@@ -170,6 +170,24 @@ def test_tokens_are_read_again_and_bad_ones_leave_the_old(doors, folder):
         assert door.request("GET", "/v1/device", headers=bearer(first))[0] == 200
 
 
+@pytest.mark.parametrize("output", ["full", "closed", "nobody"])
+def test_a_token_that_nobody_could_read_is_not_kept(tmp_path, output):
+    tokens = tmp_path / "shop.tokens"
+    make_token(tokens, "c1", "desk")
+    before = tokens.read_text()
+    reads, writes = os.pipe()
+    os.close(reads)
+    to = {"full": "> /dev/full", "closed": ">&-", "nobody": f">&{writes}"}[output]
+    add = subprocess.run(
+        ["sh", "-c", f'exec "$@" {to}', "sh", os.environ["LORIMAT"], "token", "add", "c2", "--role",
+         "desk", "--tokens", tokens], stderr=subprocess.PIPE, text=True, pass_fds=(writes,),
+        timeout=60, env=dict(os.environ, LC_ALL="C"))
+    os.close(writes)
+    assert add.returncode != 0 and "has a token" not in add.stderr
+    assert tokens.read_text() == before
+    assert make_token(tokens, "c2", "desk").startswith("c2.")
+
+
 @pytest.mark.parametrize("more, told", [
     (["--require-token"], "no tokens without --tokens"),
     (["--tokens", "missing"], "missing: cannot be opened: No such file"),

@@ -180,6 +180,20 @@ TEST_F(TokenFileTest, WhatTheServiceManagerGivesMayBeRead) {
   unsetenv("CREDENTIALS_DIRECTORY");
 }
 
+// What could not be read again is not written.
+TEST_F(TokenFileTest, AFullFileIsLeftAsItIs) {
+  const NewToken made = MakeToken(TokenRole::kDesk);
+  const size_t room = TokenLine("c1", made.row).size();
+  const std::string most = std::string((2 << 20) - room - 1, '#') + "\n";
+  Write(most + "\n");
+  EXPECT_THAT([&] { AddToken(file_, "c1", made.row); },
+              Throws<Failure>(Property(&Failure::what, HasSubstr("no room for one more token"))));
+  EXPECT_EQ(Text().size(), most.size() + 1);
+  Write(most);
+  EXPECT_TRUE(AddToken(file_, "c1", made.row));
+  EXPECT_EQ(LoadTokens(file_).size(), 1U);
+}
+
 // Each that adds one waits for the others: none writes over what it has not read.
 TEST_F(TokenFileTest, NoneIsLostWhereManyAddOne) {
   constexpr int kThreads = 4;
