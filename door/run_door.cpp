@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -215,12 +216,20 @@ std::optional<int> PassedSocket(ServiceManager& manager) {
 }
 
 std::string AddressOf(int socket) {
-  sockaddr_in address{};
+  sockaddr_storage address{};
   socklen_t size = sizeof address;
   getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
-  std::array<char, INET_ADDRSTRLEN> text{};
-  inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
-  return std::string(text.data()) + ":" + std::to_string(ntohs(address.sin_port));
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  if (address.ss_family == AF_INET6) {
+    sockaddr_in6 six{};
+    std::memcpy(&six, &address, sizeof six);
+    inet_ntop(AF_INET6, &six.sin6_addr, text.data(), text.size());
+    return "[" + std::string(text.data()) + "]:" + std::to_string(ntohs(six.sin6_port));
+  }
+  sockaddr_in four{};
+  std::memcpy(&four, &address, sizeof four);
+  inet_ntop(AF_INET, &four.sin_addr, text.data(), text.size());
+  return std::string(text.data()) + ":" + std::to_string(ntohs(four.sin_port));
 }
 
 // Their threads use what has to outlive them, also where something is thrown.

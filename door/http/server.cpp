@@ -1,5 +1,7 @@
 #include "door/http/server.h"
 
+#include <sys/socket.h>
+
 #include <atomic>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/awaitable.hpp>
@@ -62,7 +64,10 @@ class HttpServer::Impl {
 
   Impl(int listening, const ServerLimits& limits)
       : limits_(limits), all_(limits.all), io_(kThreads), acceptor_(asio::make_strand(io_)) {
-    acceptor_.assign(tcp::v4(), listening);
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    getsockname(listening, reinterpret_cast<sockaddr*>(&address), &size);
+    acceptor_.assign(address.ss_family == AF_INET6 ? tcp::v6() : tcp::v4(), listening);
     port_ = acceptor_.local_endpoint().port();
   }
 

@@ -46,7 +46,7 @@ bool IsListening(int socket) {
   size = sizeof address;
   return value == SOCK_STREAM &&
          getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
-         address.ss_family == AF_INET;
+         (address.ss_family == AF_INET || address.ss_family == AF_INET6);
 }
 
 }  // namespace

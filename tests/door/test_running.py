@@ -278,36 +278,56 @@ def passing(listening, options, count=1):
                             env=dict(os.environ, LC_ALL="C"), preexec_fn=pass_on, pass_fds=(3,))
 
 
-def test_a_socket_that_is_passed_is_listened_on(doors, folder):
+def has_ipv6():
+    try:
+        socket.create_server(("::1", 0), family=socket.AF_INET6).close()
+    except OSError:
+        return False
+    return True
+
+
+@pytest.mark.parametrize("address", ["127.0.0.1", "::1"])
+def test_a_socket_that_is_passed_is_listened_on(doors, folder, address):
     door = doors(folder)
-    with socket.create_server(("127.0.0.1", 0)) as listening:
+    family = socket.AF_INET6 if ":" in address else socket.AF_INET
+    if family == socket.AF_INET6 and not has_ipv6():
+        pytest.skip("this computer has no [::1]")
+    with socket.create_server((address, 0), family=family) as listening:
         door.port = listening.getsockname()[1]
         # Whoever comes ahead of the program waits.
-        early = http.client.HTTPConnection("127.0.0.1", door.port, timeout=60)
-        early.request("GET", "/healthz")
+        client = http.client.HTTPConnection(address, door.port, timeout=60)
+        client.request("GET", "/healthz")
         door.process = passing(listening, ["--register", str(door.register)])
+        named = f"[{address}]" if ":" in address else address
         assert door.process.stdout.readline() == \
-            f"lorimatd: listening on http://127.0.0.1:{door.port}\n"
-        assert early.getresponse().status == 200
-        early.close()
-        assert door.post(SALE, "k")[0] == 201
+            f"lorimatd: listening on http://{named}:{door.port}\n"
+        reply = client.getresponse()
+        assert (reply.status, reply.read() != b"") == (200, True)
+        client.request("POST", "/v1/jobs", json.dumps({"lines": SALE}),
+                       {"Content-Type": "application/json", "Idempotency-Key": "k"})
+        assert client.getresponse().status == 201
+        client.close()
     assert door.stop() == 0
 
 
-@pytest.mark.parametrize("kind", ["udp", "not-listening", "two", "foreign"])
+@pytest.mark.parametrize("kind", ["udp", "not-listening", "two", "foreign", "foreign6", "local"])
 def test_a_socket_that_cannot_be_used_is_refused(folder, kind):
-    address = "0.0.0.0" if kind == "foreign" else "127.0.0.1"
-    made = socket.socket(socket.AF_INET, socket.SOCK_DGRAM if kind == "udp" else socket.SOCK_STREAM)
+    address = {"foreign": "0.0.0.0", "foreign6": "::", "local": str(folder / "s")}.get(kind, "127.0.0.1")
+    family = {"foreign6": socket.AF_INET6, "local": socket.AF_UNIX}.get(kind, socket.AF_INET)
+    if family == socket.AF_INET6 and not has_ipv6():
+        pytest.skip("this computer has no [::1]")
+    made = socket.socket(family, socket.SOCK_DGRAM if kind == "udp" else socket.SOCK_STREAM)
     with made:
-        made.bind((address, 0))
-        if kind in ("two", "foreign"):
+        made.bind(address if kind == "local" else (address, 0))
+        if kind in ("two", "foreign", "foreign6", "local"):
             made.listen()
         process = passing(made, ["--register", str(folder / "shop.register")],
                           count=2 if kind == "two" else 1)
         output, errors = process.communicate(timeout=60)
     assert (process.returncode, output) == (2, "")
-    assert errors.startswith("lorimatd: --listen 0.0.0.0:" if kind == "foreign" else
-                             "lorimatd: what LISTEN_FDS tells of is not one TCP")
+    told = {"foreign": "--listen 0.0.0.0:", "foreign6": "--listen [::]:"}
+    assert errors.startswith(
+        "lorimatd: " + told.get(kind, "what LISTEN_FDS tells of is not one TCP"))
 
 
 def test_what_is_told_on_standard_error(doors, folder):
