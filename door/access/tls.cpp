@@ -144,8 +144,12 @@ LoadedTls LoadTls(const std::string& certificate, const std::string& key, int64_
   SSL_CTX* context = loaded.context.get();
   if (context == nullptr) throw std::bad_alloc();
   SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
-  SSL_CTX_set_options(
-      context, SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION | SSL_OP_CIPHER_SERVER_PREFERENCE);
+  SSL_CTX_set_options(context, SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION |
+                                   SSL_OP_CIPHER_SERVER_PREFERENCE | SSL_OP_NO_TICKET);
+  // A session that is taken up again would be opened by what the door kept of it, or by the key of
+  // its tickets.
+  SSL_CTX_set_session_cache_mode(context, SSL_SESS_CACHE_OFF);
+  if (SSL_CTX_set_num_tickets(context, 0) != 1) throw std::bad_alloc();
   SSL_CTX_set_mode(context, SSL_MODE_RELEASE_BUFFERS);
   // Of 1.3 the library's own, which are all of the kind.
   bool good = SSL_CTX_set_cipher_list(context, "ECDHE+AESGCM:ECDHE+CHACHA20") == 1;

@@ -9,8 +9,8 @@ struct ssl_ctx_st;
 
 namespace lorimat::door {
 
-// TLS 1.2 and 1.3, with ciphers of keys that each connection forgets, and no renegotiation. What
-// has it may go on with it when there is a newer one.
+// TLS 1.2 and 1.3, with ciphers of keys that each connection forgets, neither renegotiation nor
+// sessions that are taken up again. What has it may go on with it when there is a newer one.
 using TlsContext = std::shared_ptr<ssl_ctx_st>;
 
 struct LoadedTls {

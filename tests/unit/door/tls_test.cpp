@@ -127,6 +127,61 @@ TEST_F(TlsTest, AKeyWithAPasswordIsRefused) {
   ExpectRefused("door.pem", "locked.key", "locked.key: is no key in PEM without a password");
 }
 
+// A client and a server in this process, with what they send each other.
+class Pair {
+ public:
+  Pair(SSL_CTX* server, SSL_CTX* client) : server_(SSL_new(server)), client_(SSL_new(client)) {
+    BIO* ends[2];
+    BIO_new_bio_pair(&ends[0], 0, &ends[1], 0);
+    SSL_set_bio(server_, ends[0], ends[0]);
+    SSL_set_bio(client_, ends[1], ends[1]);
+    SSL_set_accept_state(server_);
+    SSL_set_connect_state(client_);
+  }
+  ~Pair() {
+    SSL_free(server_);
+    SSL_free(client_);
+  }
+  Pair(const Pair&) = delete;
+  Pair& operator=(const Pair&) = delete;
+
+  // Shakes hands, and takes what the server sends behind that, which may be tickets.
+  bool Connect() {
+    for (int i = 0; i < 20; ++i) {
+      SSL_do_handshake(client_);
+      SSL_do_handshake(server_);
+    }
+    char byte = 'x';
+    return SSL_write(server_, &byte, 1) == 1 && SSL_read(client_, &byte, 1) == 1;
+  }
+  SSL* client() { return client_; }
+
+ private:
+  SSL* server_;
+  SSL* client_;
+};
+
+// A session that could be taken up again would be opened by what the door remembers.
+TEST_F(TlsTest, NoSessionIsTakenUpAgain) {
+  const TlsContext server = Load("door.pem", "door.key").context;
+  for (const int version : {TLS1_2_VERSION, TLS1_3_VERSION}) {
+    const TlsContext client(SSL_CTX_new(TLS_client_method()), SSL_CTX_free);
+    SSL_CTX_set_min_proto_version(client.get(), version);
+    SSL_CTX_set_max_proto_version(client.get(), version);
+    Pair first(server.get(), client.get());
+    ASSERT_TRUE(first.Connect()) << version;
+    SSL_SESSION* session = SSL_get1_session(first.client());
+    ASSERT_NE(session, nullptr);
+    EXPECT_FALSE(SSL_SESSION_has_ticket(session)) << version;
+    EXPECT_FALSE(SSL_SESSION_is_resumable(session)) << version;
+    Pair second(server.get(), client.get());
+    SSL_set_session(second.client(), session);
+    ASSERT_TRUE(second.Connect()) << version;
+    EXPECT_FALSE(SSL_session_reused(second.client())) << version;
+    SSL_SESSION_free(session);
+  }
+}
+
 TEST_F(TlsTest, WhoIsSlowWithTheHandshakeIsCut) {
   HttpServer server("127.0.0.1", 0, {.head_time = std::chrono::milliseconds(1)});
   server.SetTls(Load("door.pem", "door.key").context);
