@@ -5,8 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <ctime>
+#include <exception>
 
 #include "console/message/failure.h"
+#include "console/message/register_failure_text.h"
 #include "console/message/shown_text.h"
 #include "console/message/translate.h"
 #include "door/access/origin.h"
@@ -111,22 +113,32 @@ Access::Access(const AccessOptions& options, const Tell& tell) : options_(option
 }
 
 void Access::Reload(const Tell& tell) {
-  const auto stays = [&tell](const Failure& failure) {
-    tell(Tr("{}; what was read before counts on", failure.what()));
+  const auto stays = [&tell](const std::string& why) {
+    tell(Tr("{}; what was read before counts on", why));
   };
-  try {
+  // Whatever is thrown, no memory say, the door goes on.
+  const auto attempt = [&stays](const auto& load) {
+    try {
+      try {
+        load();
+      } catch (const Failure& failure) {
+        stays(failure.what());
+      } catch (const std::exception& error) {
+        stays(console::ErrorText(error));
+      }
+    } catch (const std::exception&) {
+      // Nor is there any memory to tell it with.
+    }
+  };
+  attempt([this] {
     if (tokens_) tokens_->Reload();
-  } catch (const Failure& failure) {
-    stays(failure);
-  }
-  try {
+  });
+  attempt([this, &tell] {
     if (!tls_) return;
     LoadedTls loaded = LoadTls(options_.certificate, options_.key, std::time(nullptr));
-    tls_ = std::move(loaded.context);
     if (!loaded.notice.empty()) tell(loaded.notice);
-  } catch (const Failure& failure) {
-    stays(failure);
-  }
+    tls_ = std::move(loaded.context);
+  });
 }
 
 std::string Access::Url(uint16_t port) const {

@@ -12,12 +12,17 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <string>
+#include <vector>
 
 #include "console/message/failure.h"
 #include "console/terminal/streams.h"
+#include "console/token/token_table.h"
+#include "door/access/access.h"
 #include "door/http/api.h"
 #include "door/http/server.h"
 #include "door_shop.h"
@@ -44,14 +49,14 @@ class TlsTest : public testing::Test {
   ~TlsTest() override { std::filesystem::remove_all(folder_); }
 
   std::string Path(const std::string& name) const { return folder_ + "/" + name; }
-  // NAME.pem and NAME.key, which count from kMade to kEnd.
-  void Certify(const std::string& name) const {
+  // NAME.pem and NAME.key, which count for 90 days.
+  void Certify(const std::string& name, int64_t made = kMade) const {
     EVP_PKEY* key = EVP_EC_gen("P-256");
     X509* certificate = X509_new();
     X509_set_version(certificate, 2);
     ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
-    ASN1_TIME_set(X509_getm_notBefore(certificate), kMade);
-    ASN1_TIME_set(X509_getm_notAfter(certificate), kEnd);
+    ASN1_TIME_set(X509_getm_notBefore(certificate), made);
+    ASN1_TIME_set(X509_getm_notAfter(certificate), made + 90 * kDay);
     X509_set_pubkey(certificate, key);
     X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate), "CN", MBSTRING_ASC,
                                reinterpret_cast<const unsigned char*>("door"), -1, -1, 0);
@@ -180,6 +185,36 @@ TEST_F(TlsTest, NoSessionIsTakenUpAgain) {
     EXPECT_FALSE(SSL_session_reused(second.client())) << version;
     SSL_SESSION_free(session);
   }
+}
+
+// Whatever reading again throws, the door goes on with what it had.
+TEST_F(TlsTest, NoMemoryToReadAgainEndsNothing) {
+  // Its last 30 days have begun, which is told each time.
+  Certify("late", std::time(nullptr) - 80 * kDay);
+  const console::NewToken made = console::MakeToken(console::TokenRole::kDesk);
+  Write("tokens", console::TokenLine("c1", made.row));
+  AccessOptions options;
+  options.tokens = Path("tokens");
+  options.certificate = Path("late.pem");
+  options.key = Path("late.key");
+  Access access(options, [](const std::string&) {});
+  const TlsContext before = access.tls();
+  std::vector<std::string> told;
+  access.Reload([&told](const std::string& text) {
+    told.push_back(text);
+    if (told.size() == 1) throw std::bad_alloc();
+  });
+  EXPECT_THAT(told, testing::ElementsAre(HasSubstr("runs out on"),
+                                         "there is not enough memory; what was read before counts "
+                                         "on"));
+  EXPECT_EQ(access.tls(), before);
+  told.clear();
+  Write("tokens", "c1");
+  access.Reload([&told](const std::string& text) { told.push_back(text); });
+  EXPECT_THAT(told.front(), testing::StartsWith(Path("tokens") + ", line 1: the role of c1"));
+  // Nor is there any to tell it with.
+  EXPECT_NO_THROW(access.Reload([](const std::string&) { throw std::bad_alloc(); }));
+  EXPECT_TRUE(access.Rules().find("c1." + made.secret));
 }
 
 TEST_F(TlsTest, WhoIsSlowWithTheHandshakeIsCut) {
