@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "console/command/subcommand.h"
+#include "console/host/broken_pipe.h"
 #include "console/message/failure.h"
 #include "console/message/json_text.h"
 #include "console/message/shown_text.h"
@@ -81,19 +82,22 @@ int Add(const TokenOptions& options, Streams& streams) {
   const std::optional<TokenRole> role = FindTokenRole(options.role);
   if (!role) throw Failure(Tr("--role {}: is neither desk nor operator", Shown(options.role)));
   const NewToken made = MakeToken(*role);
+  const bool caller_wants_error = IgnoreBrokenPipe();
   if (!AddToken(options.file, options.name, made.row)) {
     TellError(streams, Tr("{}: {} has a token already", Shown(options.file), options.name));
     return kExitFaults;
   }
   try {
     streams.Output(options.name + "." + made.secret + "\n");
-  } catch (const Failure&) {
+  } catch (const Failure& failure) {
     // What nobody has read nobody can use, and the name is free to be tried again.
     try {
       RemoveToken(options.file, options.name);
     } catch (const Failure& left) {
       TellError(streams, left.what());
     }
+    const bool is_reader_gone = dynamic_cast<const ReaderGone*>(&failure) != nullptr;
+    if (is_reader_gone && !caller_wants_error) return kExitReaderGone;
     throw;
   }
   return kExitGood;
