@@ -3,6 +3,7 @@ import http.client
 import json
 import os
 import pathlib
+import re
 import resource
 import socket
 import ssl
@@ -285,6 +286,27 @@ def test_pages_of_an_allowed_origin_alone_may_ask(doors, folder):
     named = {"Host": f"till.shop:{door.port}"}
     assert door.request("GET", "/v1/device", headers=named)[0] == 200
     assert door.request("GET", "/v1/device", headers={"Host": "till.shop"})[0] == 403
+
+
+def test_the_page_names_the_headers_that_a_preflight_allows(doors, folder):
+    origin = "https://till.example"
+    door = doors(folder).start("--allow-origin", origin)
+    told = (pathlib.Path(__file__).parents[2] / "docs/door.md").read_text()
+    told = " ".join(told[told.index("the preflight is answered 204"):].split("\n\n")[0].split())
+    headers = door.request("OPTIONS", "/v1/jobs", headers={
+        "Origin": origin, "Access-Control-Request-Method": "POST"})[1]
+    allowed = re.search("with (.*), for ten minutes", told)[1]
+    assert re.findall("`(.*?)`", allowed) == headers["Access-Control-Allow-Headers"].split(", ")
+    readable = re.search("ten minutes, and (.*) may be read", told)[1]
+    exposed = headers["Access-Control-Expose-Headers"].split(", ")
+    assert set(re.findall("`(.*?)`", readable)) <= set(exposed)
+
+
+def test_without_tokens_anybody_resolves(doors, folder):
+    door = doors(folder).start()
+    assert door.post(SALE, "k", desk="c1")[0] == 201
+    assert door.request("POST", "/v1/jobs/1/resolve", {"outcome": "done", "reason": "r"})[2][
+        "code"] == "wrong_state"
 
 
 def test_a_page_is_no_program_of_this_computer(doors, folder):
