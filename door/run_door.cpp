@@ -118,6 +118,16 @@ int InitLibrary(console::Library& library, const std::string& definition,
   return library.Init("/proc/self/fd/" + std::to_string(file.get()), &client);
 }
 
+// Of a log that is a copy.
+void TellLeftToOperator(const JobLog& log, Notices& notices) {
+  const int64_t jobs = log.left_to_operator();
+  if (jobs == 0) return;
+  notices.Tell(Level::kNote,
+               Tr("note: the log is a copy; {} of its jobs were queued, may have run since, and "
+                  "need an operator",
+                  jobs));
+}
+
 // What was registered while no door was there.
 void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Notices& notices) {
   const std::optional<DeviceNumbers> seen = log.seen();
@@ -271,6 +281,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
                      Shown(device_file), missing));
   }
   JobLog log(log_file);
+  TellLeftToOperator(log, notices);
   try {
     log.Bind(state->numbers.serial);
   } catch (const OtherDevice& other) {

@@ -15,6 +15,7 @@
 #include "console/terminal/interrupt.h"
 #include "console/terminal/notices.h"
 #include "console/terminal/progress.h"
+#include "register/storage/change_copy.h"
 #include "register/storage/part_file.h"
 
 namespace lorimat::console {
@@ -94,6 +95,8 @@ int DoorCommand(const DoorOptions& options, Streams& streams) {
       return InterruptExit();
     }
   }
+  // A door that opens it begins none of the jobs that waited: they may have run since.
+  lorimat::ChangeCopy(part, kMarkDoorLogCopied);
   lorimat::Database copy(part, kDoorLogKind);
   RequireWhole(copy, options.to);
   const uint64_t jobs = CountJobs(copy);

@@ -20,13 +20,14 @@ struct Way {
 // Every way that there is. None leads from queued to a state that claims an effect, and none from
 // unknown back to queued but by way of the device's own word.
 constexpr Way kWays[] = {
-    {State::kQueued, State::kRunning},          {State::kQueued, State::kRejected},
-    {State::kQueued, State::kExpired},          {State::kQueued, State::kCancelled},
-    {State::kRunning, State::kConfirmed},       {State::kRunning, State::kRejected},
-    {State::kRunning, State::kUnknown},         {State::kUnknown, State::kQueued},
-    {State::kUnknown, State::kConfirmed},       {State::kUnknown, State::kRejected},
-    {State::kUnknown, State::kExpired},         {State::kUnknown, State::kNeedsOperator},
-    {State::kNeedsOperator, State::kConfirmed}, {State::kNeedsOperator, State::kRejected},
+    {State::kQueued, State::kRunning},         {State::kQueued, State::kRejected},
+    {State::kQueued, State::kExpired},         {State::kQueued, State::kCancelled},
+    {State::kQueued, State::kNeedsOperator},   {State::kRunning, State::kConfirmed},
+    {State::kRunning, State::kRejected},       {State::kRunning, State::kUnknown},
+    {State::kUnknown, State::kQueued},         {State::kUnknown, State::kConfirmed},
+    {State::kUnknown, State::kRejected},       {State::kUnknown, State::kExpired},
+    {State::kUnknown, State::kNeedsOperator},  {State::kNeedsOperator, State::kConfirmed},
+    {State::kNeedsOperator, State::kRejected},
 };
 
 constexpr std::string_view kWhys[] = {
@@ -55,6 +56,7 @@ constexpr std::string_view kWhys[] = {
     "an operator says that it is not done",
     "its time was over before it began",
     "cancelled",
+    "it was queued in a copy of the log, and may have run since",
 };
 static_assert(std::size(kWhys) == static_cast<size_t>(Why::kLast) + 1);
 

@@ -58,7 +58,8 @@ enum class Why : uint8_t {
   kOperatorNotDone,
   kExpired,
   kCancelled,
-  kLast = kCancelled,
+  kCopied,
+  kLast = kCopied,
 };
 // A sentence for a person.
 std::string_view WhyText(Why why);

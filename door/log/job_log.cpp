@@ -74,6 +74,7 @@ JobLog::JobLog(const std::string& file, Clock clock)
     database_.SetVersion(kVersion);
     unit.Commit();
   }
+  if (Value("copied")) SettleCopy();
   Statement rows = database_.Prepare("SELECT state, count(*) FROM job GROUP BY state");
   rows.With();
   while (rows.Step()) {
@@ -95,6 +96,21 @@ void JobLog::MakeTables() {
       "CREATE TABLE step (job INTEGER NOT NULL REFERENCES job (id), number INTEGER NOT NULL,"
       " time INTEGER NOT NULL, state INTEGER NOT NULL, why INTEGER NOT NULL, note TEXT NOT NULL,"
       " PRIMARY KEY (job, number)) WITHOUT ROWID;");
+}
+
+// The log that it was copied from has gone on: whoever begins these may do it a second time.
+void JobLog::SettleCopy() {
+  std::vector<int64_t> queued;
+  {
+    Statement rows = database_.Prepare("SELECT id FROM job WHERE state = ? ORDER BY id");
+    rows.With(Number(JobState::kQueued));
+    while (rows.Step()) queued.push_back(rows.Integer(0));
+  }
+  Transaction unit(database_);
+  for (const int64_t id : queued) Moved(id, JobState::kNeedsOperator, Why::kCopied, {});
+  database_.Prepare("DELETE FROM value WHERE name = 'copied'").With().Run();
+  unit.Commit();
+  left_to_operator_ = static_cast<int64_t>(queued.size());
 }
 
 void JobLog::Bind(const std::string& serial) {

@@ -79,6 +79,9 @@ class JobLog {
 
   // A new log belongs to this device from here on. Throws OtherDevice.
   void Bind(const std::string& serial);
+  // How many jobs it left to an operator as it was opened: those that were queued in a log that is
+  // a copy, and may have run behind it.
+  int64_t left_to_operator() const { return left_to_operator_; }
   // Of the device; empty before Bind.
   std::string serial();
   // What the device told when the last job ended; nothing before the first one.
@@ -134,6 +137,7 @@ class JobLog {
   struct Acceptance;
 
   void MakeTables();
+  void SettleCopy();
   void AcceptAll(const std::vector<Acceptance*>& batch) noexcept;
   Job Accepted(const NewJob& job, bool* was_there);
   Job Load(Statement& row);
@@ -161,6 +165,7 @@ class JobLog {
   Database database_;
   EventTable events_{database_};
   LogFigures figures_;
+  int64_t left_to_operator_ = 0;
 };
 
 }  // namespace lorimat::door

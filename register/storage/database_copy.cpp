@@ -3,8 +3,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <new>
 
+#include "register/storage/change_copy.h"
 #include "register/storage/database.h"
 #include "register/storage/descriptor_files.h"
 #include "register/storage/part_file.h"
@@ -19,6 +21,7 @@ constexpr int kPagesAtOnce = 16;
 // (https://www.sqlite.org/fileformat2.html, 1.3).
 constexpr off_t kFormAt = 18;
 constexpr char kFormWithLog[2] = {2, 2};
+constexpr char kFormAlone[2] = {1, 1};
 
 void RequireLayer() {
   if (!DescriptorFiles::Register()) throw std::bad_alloc();
@@ -26,6 +29,15 @@ void RequireLayer() {
 
 [[noreturn]] void FailToWrite(const PartFile& part, int error) {
   throw RegisterError(MakeFileFailure(part.file(), FailureCause::kWriteRefused, {error}));
+}
+
+void WriteForm(const PartFile& part, const char (&form)[2]) {
+  for (size_t done = 0; done < sizeof(form);) {
+    const ssize_t written = pwrite(part.descriptor(), form + done, sizeof(form) - done,
+                                   kFormAt + static_cast<off_t>(done));
+    if (written <= 0) FailToWrite(part, written < 0 ? errno : EIO);
+    done += static_cast<size_t>(written);
+  }
 }
 
 struct BackupCloser {
@@ -87,13 +99,33 @@ bool Database::CopyTo(PartFile& part, const CopyProgress& progress) {
   if (stopped) return false;
   if (code != SQLITE_DONE) fail(code);
   // As a register leaves it behind, wherever it was copied from.
-  for (size_t done = 0; done < sizeof(kFormWithLog);) {
-    const ssize_t written = pwrite(part.descriptor(), kFormWithLog + done,
-                                   sizeof(kFormWithLog) - done, kFormAt + static_cast<off_t>(done));
-    if (written <= 0) FailToWrite(part, written < 0 ? errno : EIO);
-    done += static_cast<size_t>(written);
-  }
+  WriteForm(part, kFormWithLog);
   return true;
+}
+
+void ChangeCopy(PartFile& part, SqlLiteral sql) {
+  RequireLayer();
+  // One with a log would want it beside a file that has no name.
+  WriteForm(part, kFormAlone);
+  {
+    sqlite3* opened = nullptr;
+    const int opening =
+        sqlite3_open_v2(DescriptorFiles::NameOf(part.descriptor()).c_str(), &opened,
+                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
+                        DescriptorFiles::kLayer);
+    const std::unique_ptr<sqlite3, DatabaseCloser> copy(opened);
+    if (opened == nullptr) throw std::bad_alloc();
+    DescriptorFiles::TakeWriteError();
+    int code = opening;
+    for (const char* text : {"PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF", sql.c_str()}) {
+      if (code == SQLITE_OK) code = sqlite3_exec(opened, text, nullptr, nullptr, nullptr);
+    }
+    const int error = DescriptorFiles::TakeWriteError();
+    if (error != 0) FailToWrite(part, error);
+    if ((code & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
+    if (code != SQLITE_OK) FailToWrite(part, EIO);
+  }
+  WriteForm(part, kFormWithLog);
 }
 
 }  // namespace lorimat

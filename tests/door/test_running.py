@@ -418,6 +418,30 @@ def test_a_backup_is_of_one_moment_while_jobs_run(doors, folder):
     assert door.post(SALE, "first")[0] == 200
 
 
+def test_what_waited_in_a_backup_does_not_run_again(doors, folder):
+    door = doors(folder, faulty=True).start(fault="hang@line:1")
+    for key in ("a", "b", "c"):
+        assert door.post(SALE, key, path="/v1/jobs?wait=0")[0] == 202
+    until(lambda: door.get("/v1/jobs/1")[1]["state"] == "running")
+    assert backup(door, folder / "copy.door").returncode == 0
+    door.process.kill()
+    door.wait()
+    # The log goes on, and sells all three.
+    door.start()
+    until(lambda: len(door.documents()) == 3)
+    until(lambda: door.get("/v1/jobs?state=confirmed")[1]["jobs"][2:])
+    door.stop()
+    (folder / "copy.door").rename(f"{door.register}.door")
+    for beside in folder.glob("shop.register.door-*"):
+        beside.unlink()
+    door.start()
+    until(lambda: len(door.get("/v1/jobs?state=needs_operator")[1]["jobs"]) == 3)
+    assert door.post(SALE, "b")[1]["state"] == "needs_operator"
+    assert len(door.documents()) == 3
+    door.stop()
+    assert "the log is a copy; 2 of its jobs were queued" in door.errors
+
+
 def test_a_backup_that_cannot_be_made_leaves_nothing(doors, folder):
     door = doors(folder).start()
     taken = folder / "taken"

@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "console/host/door_log_kind.h"
+#include "register/storage/change_copy.h"
 #include "support/temporary_folder.h"
 
 namespace lorimat::door {
@@ -49,13 +51,14 @@ class JobLogTest : public testing::Test {
 // The states as clients are told of them; what a move means stands in docs/door.md.
 TEST(JobState, MovesOnlyAsTheTableSays) {
   const std::set<std::pair<State, State>> ways = {
-      {State::kQueued, State::kRunning},          {State::kQueued, State::kRejected},
-      {State::kQueued, State::kExpired},          {State::kQueued, State::kCancelled},
-      {State::kRunning, State::kConfirmed},       {State::kRunning, State::kRejected},
-      {State::kRunning, State::kUnknown},         {State::kUnknown, State::kQueued},
-      {State::kUnknown, State::kConfirmed},       {State::kUnknown, State::kRejected},
-      {State::kUnknown, State::kExpired},         {State::kUnknown, State::kNeedsOperator},
-      {State::kNeedsOperator, State::kConfirmed}, {State::kNeedsOperator, State::kRejected}};
+      {State::kQueued, State::kRunning},        {State::kQueued, State::kRejected},
+      {State::kQueued, State::kExpired},        {State::kQueued, State::kCancelled},
+      {State::kQueued, State::kNeedsOperator},  {State::kRunning, State::kConfirmed},
+      {State::kRunning, State::kRejected},      {State::kRunning, State::kUnknown},
+      {State::kUnknown, State::kQueued},        {State::kUnknown, State::kConfirmed},
+      {State::kUnknown, State::kRejected},      {State::kUnknown, State::kExpired},
+      {State::kUnknown, State::kNeedsOperator}, {State::kNeedsOperator, State::kConfirmed},
+      {State::kNeedsOperator, State::kRejected}};
   for (int from = 0; from <= static_cast<int>(State::kLast); ++from) {
     for (int to = 0; to <= static_cast<int>(State::kLast); ++to) {
       const std::pair way(static_cast<State>(from), static_cast<State>(to));
@@ -383,6 +386,37 @@ TEST_F(JobLogTest, AMarkIsOpenUntilItsJobIsOver) {
   log_->Move(second.id, State::kConfirmed, Why::kOperatorDone);
   EXPECT_TRUE(log_->OpenMarks().empty());
   EXPECT_EQ(first.mark.size(), kMarkSize);
+}
+
+// It may have run behind the copy: none of it begins again.
+TEST_F(JobLogTest, WhatWaitedInACopyIsLeftToAnOperator) {
+  const Job first = Accept("a");
+  const Job second = Accept("b");
+  log_->Move(first.id, State::kRunning, Why::kBegun);
+  const std::string to = (folder_ / "copy.door").string();
+  {
+    Database source(File(), Database::Open::kRead, console::kDoorLogKind);
+    PartFile part(to);
+    ASSERT_TRUE(source.CopyTo(part, nullptr));
+    ChangeCopy(part, console::kMarkDoorLogCopied);
+    EXPECT_EQ(part.Finish(), 0);
+  }
+  EXPECT_EQ(log_->Find(second.id)->state, State::kQueued);
+  {
+    JobLog copy(to, [this] { return now_; });
+    EXPECT_EQ(copy.left_to_operator(), 1);
+    EXPECT_EQ(copy.Find(first.id)->state, State::kRunning);
+    EXPECT_EQ(copy.Find(second.id)->state, State::kNeedsOperator);
+    EXPECT_EQ(copy.Find(second.id)->history.back().why, Why::kCopied);
+    EXPECT_EQ(copy.Figures().jobs[static_cast<size_t>(State::kNeedsOperator)], 1);
+    NewJob next;
+    next.key = "c";
+    copy.Accept(next, &was_there_);
+  }
+  // Once: what comes behind it is its own.
+  JobLog again(to, [this] { return now_; });
+  EXPECT_EQ(again.left_to_operator(), 0);
+  EXPECT_EQ(again.Count(State::kQueued), 1);
 }
 
 }  // namespace
