@@ -2,6 +2,7 @@
 
 #include <sys/random.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <exception>
@@ -107,6 +108,16 @@ void JobLog::SettleCopy() {
     while (rows.Step()) queued.push_back(rows.Integer(0));
   }
   Transaction unit(database_);
+  // Whoever follows may have seen other events under the numbers behind the last one: these go on
+  // far from there, each time that the copy is put back from another place, and none of those
+  // before stay, so that every number that was given finds a gap.
+  constexpr int64_t kJump = 1'000'000;
+  const int64_t first = std::max(events_.Last() + kJump, clock_());
+  database_.Prepare("DELETE FROM event").With().Run();
+  database_.Prepare("INSERT INTO event (id, kind, time, text) VALUES (?, ?, ?, ?)")
+      .With(first, Number(EventKind::kWarning), clock_(),
+            Value(EventName(EventKind::kWarning)).value_or(""))
+      .Run();
   for (const int64_t id : queued) Moved(id, JobState::kNeedsOperator, Why::kCopied, {});
   database_.Prepare("DELETE FROM value WHERE name = 'copied'").With().Run();
   unit.Commit();

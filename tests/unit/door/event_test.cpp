@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "console/host/door_log_kind.h"
 #include "door/http/event_stream.h"
 #include "door/log/job_log.h"
+#include "register/storage/change_copy.h"
 #include "support/temporary_folder.h"
 
 namespace lorimat::door {
@@ -287,6 +289,33 @@ TEST(Durations, AreCountedByTheFirstBoundThatHoldsThem) {
   EXPECT_EQ(durations.counts[0], 1);
   EXPECT_EQ(durations.counts[1], 1);
   EXPECT_EQ(durations.counts.back(), 1);
+}
+
+// Numbers behind the copy were given to other events.
+TEST_F(EventTest, ACopyThatIsPutBackGivesNoNumberAgain) {
+  Accept("a");
+  const std::string to = (folder_ / "copy.door").string();
+  {
+    Database source(File(), Database::Open::kRead, console::kDoorLogKind);
+    PartFile part(to);
+    ASSERT_TRUE(source.CopyTo(part, nullptr));
+    ChangeCopy(part, console::kMarkDoorLogCopied);
+    EXPECT_EQ(part.Finish(), 0);
+  }
+  for (int i = 0; i < 20; ++i) Accept("b" + std::to_string(i));
+  const int64_t last = log_->LastEvent();
+  log_ = std::make_unique<JobLog>(to, [this] { return now_; });
+  for (int i = 0; i < 40; ++i) Accept("c" + std::to_string(i));
+  for (int64_t after = 0; after <= last; ++after) {
+    EXPECT_TRUE(log_->Events(after, 100).has_gap) << after;
+  }
+  // Whoever has been told goes on.
+  const int64_t from = log_->LastEvent();
+  Accept("d");
+  const EventPage page = log_->Events(from, 100);
+  EXPECT_FALSE(page.has_gap);
+  ASSERT_EQ(page.events.size(), 1u);
+  EXPECT_EQ(page.events[0].id, from + 1);
 }
 
 }  // namespace
