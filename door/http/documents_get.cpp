@@ -200,10 +200,10 @@ Reply Api::AskForDocument(const std::string& type, const Path& path,
   const DocumentName name{static_cast<int>(path.id), static_cast<int>(path.number),
                           kind == DocumentKind::kInvoice};
   const auto ask = [found, name, kind](FiscalDevice& device) {
-    found->told = device.FindPaper(name, &found->lines);
+    found->told = device.FindPaper(name, kind, &found->lines);
     if (kind || found->told != Told::kYes) return;
     std::vector<std::string> invoice;
-    found->told = device.FindPaper({name.closure, name.number, true}, &invoice);
+    found->told = device.FindPaper({name.closure, name.number, true}, kind, &invoice);
     found->is_ambiguous = !found->lines.empty() && !invoice.empty();
     if (found->lines.empty()) found->lines = std::move(invoice);
   };

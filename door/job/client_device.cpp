@@ -14,6 +14,7 @@
 #include "console/message/translate.h"
 #include "door/job/result_code.h"
 #include "door/log/iso_time.h"
+#include "register/totals/journal.h"
 #include "rpccommon/client/rtfclientinterface.h"
 #include "rpccommon/services/rtfconst.h"
 #include "rpccommon/services/rtffptrconst.h"
@@ -274,13 +275,15 @@ Told ClientDevice::Extract(const DocumentName& name, int kinds, std::vector<std:
   return Told::kYes;
 }
 
-Told ClientDevice::FindPaper(const DocumentName& name, std::vector<std::string>* lines) {
-  return Extract(name, name.is_invoice ? kInvoices : kReceipts | kRefunds | kVoids, lines);
+Told ClientDevice::FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                             std::vector<std::string>* lines) {
+  const int all = name.is_invoice ? kInvoices : kReceipts | kRefunds | kVoids;
+  return Extract(name, kind ? JournalKindOf(*kind) : all, lines);
 }
 
 Told ClientDevice::FindLast(const DocumentName& name, LastDocument* document) {
   std::vector<std::string> paper;
-  const Told told = FindPaper(name, &paper);
+  const Told told = FindPaper(name, std::nullopt, &paper);
   if (told != Told::kYes) return told;
   if (paper.empty()) return Told::kNo;
   document->facts = {name.closure, name.number, {}, {}, {}};

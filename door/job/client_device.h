@@ -19,7 +19,8 @@ class ClientDevice : public FiscalDevice {
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::optional<DeviceReport> Report() override;
   // The same extract.
-  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override;
+  Told FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                 std::vector<std::string>* lines) override;
   std::string Clock() override;
   int PrintMark(const std::string& mark) override;
 

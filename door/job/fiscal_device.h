@@ -62,8 +62,9 @@ class FiscalDevice {
   // Adds what it knows beside its client to what that told.
   virtual void AddReport(DeviceReport* /*report*/) {}
   // A document as it was printed, line by line, in the code page of the device; no lines where
-  // there is none of this name.
-  virtual Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) = 0;
+  // there is none of this name, or of that kind where one is given.
+  virtual Told FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                         std::vector<std::string>* lines) = 0;
   // Its clock, as ISO 8601; empty when it does not tell.
   virtual std::string Clock() = 0;
   // Prints a job's mark on the open fiscal document; 0 or the device's result code.

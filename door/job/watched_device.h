@@ -51,9 +51,10 @@ class WatchedDevice : public ClientDevice {
     const WatchedCall call(watch_);
     inner_.AddReport(report);
   }
-  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override {
+  Told FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                 std::vector<std::string>* lines) override {
     const WatchedCall call(watch_);
-    return inner_.FindPaper(name, lines);
+    return inner_.FindPaper(name, kind, lines);
   }
   // Not watched: it is several calls, each of which the thread of a device from a file gives up.
   void Reopen() override { inner_.Reopen(); }

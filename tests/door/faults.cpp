@@ -238,8 +238,9 @@ class FaultyDevice : public ClientDevice {
   }
   std::optional<JobDocument> LastClosing() override { return inner_->LastClosing(); }
   void AddReport(DeviceReport* report) override { inner_->AddReport(report); }
-  Told FindPaper(const DocumentName& name, std::vector<std::string>* lines) override {
-    return inner_->FindPaper(name, lines);
+  Told FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                 std::vector<std::string>* lines) override {
+    return inner_->FindPaper(name, kind, lines);
   }
   void Reopen() override { inner_->Reopen(); }
 

@@ -253,6 +253,8 @@ def test_a_device_from_a_file(doors, folder):
         assert len(re.findall("(?:DOCUMENTO|FATTURA) N\\.", body.decode())) == 1 and text in body.decode()
     assert raw(door, "/v1/documents/1/2", "image/png")[2].startswith(b"\x89PNG")
     assert raw(door, "/v1/documents/1/3")[0] == 404
+    for kind, status in (("receipt", 200), ("refund", 404), ("void", 404), ("invoice", 404)):
+        assert raw(door, f"/v1/documents/1/2?kind={kind}")[0] == status
     assert copy(door, "1/1/copy?kind=invoice", "k")[0] == 201
     assert copy(door, "1/7/copy", "l")[1]["state"] == "rejected"
 
