@@ -1,4 +1,5 @@
 // A connection, plain or by TLS: one stream for Beast to read and write, and its time limits.
+// Always held by a shared pointer: what it reads at its end may outlive who has begun that.
 #pragma once
 
 #include <openssl/ssl.h>
@@ -7,6 +8,7 @@
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -16,7 +18,7 @@ namespace lorimat::door {
 
 // What Beast and Asio call has the names that they give it.
 // NOLINTBEGIN(readability-identifier-naming)
-class ClientStream {
+class ClientStream : public std::enable_shared_from_this<ClientStream> {
  public:
   using next_layer_type = boost::beast::tcp_stream;
   using executor_type = next_layer_type::executor_type;

@@ -183,7 +183,8 @@ class HttpServer::Impl {
   }
 
   asio::awaitable<void> Serve(tcp::socket socket) {
-    ClientStream stream(std::move(socket), tls());
+    const auto held = std::make_shared<ClientStream>(std::move(socket), tls());
+    ClientStream& stream = *held;
     beast::flat_buffer buffer(kMostBuffered);
     RateLimit rate(limits_.connection);
     if (stream.has_tls() && !co_await ShakeHands(stream)) co_return;
@@ -354,15 +355,46 @@ class HttpServer::Impl {
     }
     const Idle idle(*this, stream);
     if (!idle.began()) co_return false;
-    // A client has nothing more to say: what can be read is its end. Whoever waits is woken.
-    const auto gone = std::make_shared<bool>(false);
-    beast::get_lowest_layer(stream).socket().async_wait(
-        tcp::socket::wait_read, [gone, timer](const boost::system::error_code&) {
-          *gone = true;
+    const std::shared_ptr<FollowerEnd> end = AwaitEnd(stream, timer);
+    try {
+      co_await Send(stream, *end, timer, reply);
+    } catch (...) {
+      // A log that cannot be read ends the stream as well.
+    }
+    // Nobody else may read while this goes on.
+    stream.cancel();
+    while (!end->is_there) {
+      timer->expires_at(Timer::time_point::max());
+      co_await timer->async_wait(kTuple);
+    }
+    co_return false;
+  }
+
+  struct FollowerEnd {
+    bool is_there = false;
+    char byte = 0;
+  };
+
+  // A client that follows has nothing more to say: whatever it sends is its end, as its going is.
+  // It is read, for a socket that can be read tells little: there may be parts of TLS alone, or
+  // what has been taken by now.
+  static std::shared_ptr<FollowerEnd> AwaitEnd(ClientStream& stream,
+                                               const std::shared_ptr<Timer>& timer) {
+    auto end = std::make_shared<FollowerEnd>();
+    stream.expires_never();
+    stream.async_read_some(
+        asio::buffer(&end->byte, 1),
+        [end, timer, held = stream.shared_from_this()](const boost::system::error_code&, size_t) {
+          end->is_there = true;
           timer->cancel();
         });
+    return end;
+  }
+
+  asio::awaitable<void> Send(ClientStream& stream, const FollowerEnd& end,
+                             const std::shared_ptr<Timer>& timer, const Reply& reply) {
     std::string bytes = StreamHead(reply);
-    while (!*gone && !IsStopping()) {
+    while (!end.is_there && !IsStopping()) {
       if (bytes.empty()) bytes = reply.events->Next();
       if (bytes.empty()) {
         timer->expires_after(limits_.heartbeat);
@@ -375,7 +407,6 @@ class HttpServer::Impl {
       if (error) break;
       bytes.clear();
     }
-    co_return false;
   }
 
   // Ahead of all that costs more: a client that does nothing but ask is not to keep others away.

@@ -15,8 +15,10 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <new>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "console/message/failure.h"
@@ -247,6 +249,89 @@ TEST_F(TlsTest, WhoIsSlowWithTheHandshakeIsCut) {
     EXPECT_EQ(all.find("HTTP"), all.npos);
     EXPECT_LT(all.size(), 64U);
   }
+  server.Stop();
+}
+
+// A client by TLS that looks at no certificate.
+class TlsClient {
+ public:
+  explicit TlsClient(uint16_t port)
+      : context_(SSL_CTX_new(TLS_client_method()), SSL_CTX_free),
+        socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)),
+        tls_(SSL_new(context_.get()), SSL_free) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(socket_.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    SSL_set_fd(tls_.get(), socket_.get());
+    EXPECT_EQ(SSL_connect(tls_.get()), 1);
+  }
+  void Send(const std::string& bytes) {
+    EXPECT_EQ(SSL_write(tls_.get(), bytes.data(), static_cast<int>(bytes.size())),
+              static_cast<int>(bytes.size()));
+  }
+  // New keys, of which there is nothing to answer.
+  void ChangeKeys() {
+    EXPECT_EQ(SSL_key_update(tls_.get(), SSL_KEY_UPDATE_NOT_REQUESTED), 1);
+    EXPECT_EQ(SSL_do_handshake(tls_.get()), 1);
+  }
+  // Whether the text comes ahead of the end.
+  bool ReadUntil(const std::string& text) {
+    std::string all;
+    char byte = 0;
+    while (all.find(text) == all.npos) {
+      if (SSL_read(tls_.get(), &byte, 1) != 1) return false;
+      all += byte;
+    }
+    return true;
+  }
+
+ private:
+  std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context_;
+  console::Descriptor socket_;
+  std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
+};
+
+// What TLS says of itself is no end, neither ahead of the events nor between them.
+TEST_F(TlsTest, EventsGoOnUntilTheirReaderGoes) {
+  constexpr int kStreams = 200;
+  HttpServer server("127.0.0.1", 0, {.heartbeat = std::chrono::hours(1000)});
+  server.SetTls(Load("door.pem", "door.key").context);
+  JobLog log{""};
+  log.Bind("99LRM0000001VR");
+  log.SetEventObserver([&server](const Job*) { server.NotifyEvents(); });
+  const auto accept = [&log](const std::string& key) {
+    NewJob job;
+    job.key = key;
+    job.expires = log.Now() + 1'000'000;
+    bool was_there = false;
+    log.Accept(job, &was_there);
+  };
+  accept("first");
+  const std::string host = "127.0.0.1:" + std::to_string(server.port());
+  Api api({.log = log,
+           .judge = DoorShop::judge(),
+           .hosts = {host},
+           .operators = {},
+           .trouble = [] { return DeviceTrouble::kNone; },
+           .log_failed = [] { return false; },
+           .wake = [] {}});
+  server.Start(api);
+  int ended = 0;
+  for (int i = 1; i <= kStreams; ++i) {
+    TlsClient client(server.port());
+    client.Send("GET /v1/events?after=" + std::to_string(i - 1) + " HTTP/1.1\r\nHost: " + host +
+                "\r\n\r\n");
+    bool goes_on = client.ReadUntil("id: " + std::to_string(i) + "\n");
+    if (goes_on) client.ChangeKeys();
+    accept(std::to_string(i));
+    goes_on = goes_on && client.ReadUntil("id: " + std::to_string(i + 1) + "\n");
+    if (!goes_on) ++ended;
+  }
+  EXPECT_EQ(ended, 0);
+  // Those that have gone are let go.
+  while (server.figures().streams != 0) std::this_thread::yield();
   server.Stop();
 }
 
