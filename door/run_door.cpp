@@ -372,6 +372,8 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
     if (signal == SIGHUP) {
       access.Reload(tell);
       server.SetTls(access.tls());
+      // Whoever follows them may have lost the right to.
+      server.NotifyEvents();
     } else if (signal > 0) {
       break;
     }

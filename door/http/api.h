@@ -99,6 +99,9 @@ class Api {
   // Ahead of the body: the answer to a request that is not to be read any further.
   std::optional<Reply> RefuseHead(const Request& request) const;
   Reply Handle(const Request& request) noexcept;
+  // Whether a request that was answered with events is still that of somebody who may be told of
+  // them, and of no others: tokens change while their events are followed.
+  bool MayFollow(const Request& request, const EventStream& events) const;
   // Lets the browser show an answer to a page that may ask. For each answer behind the head.
   void AllowOrigin(const Request& request, Reply* reply) const;
   // Whether nothing more is to be waited for; of a job, or of a question.

@@ -25,6 +25,8 @@ class EventStream {
   // The next ones; empty where there are none yet. What the log does not have any more, or not yet,
   // is an event "reset", and those that come behind it follow. Throws RegisterError.
   std::string Next();
+  // Whose events they are; of all desks without one.
+  const std::optional<std::string>& desk() const { return desk_; }
 
  private:
   JobLog& log_;

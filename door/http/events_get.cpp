@@ -8,6 +8,21 @@
 
 namespace lorimat::door {
 
+namespace {
+
+// An operator's token, and who needs none, is told of all desks.
+std::optional<std::string> ToldDesk(const std::optional<console::TokenHolder>& caller) {
+  if (!caller || caller->role != console::TokenRole::kDesk) return std::nullopt;
+  return caller->name;
+}
+
+}  // namespace
+
+bool Api::MayFollow(const Request& request, const EventStream& events) const {
+  std::optional<console::TokenHolder> caller;
+  return !RefuseCaller(request, &caller) && ToldDesk(caller) == events.desk();
+}
+
 // The header wins: a browser that comes again keeps the address, and counts on by it.
 Reply Api::GetEvents(const Request& request, const Path& path) {
   std::optional<std::string> given = request.last_event_id;
@@ -23,10 +38,7 @@ Reply Api::GetEvents(const Request& request, const Path& path) {
   if (!follows && follow->second != "false") {
     return Problem(400, "bad_field", "follow: is neither true nor false");
   }
-  // An operator's token, and who needs none, is told of all desks.
-  std::optional<std::string> desk;
-  if (path.caller && path.caller->role == console::TokenRole::kDesk) desk = path.caller->name;
-  auto events = std::make_shared<EventStream>(parts_.log, after, desk);
+  auto events = std::make_shared<EventStream>(parts_.log, after, ToldDesk(path.caller));
   Reply reply;
   reply.content_type = "text/event-stream";
   if (follows) {

@@ -317,7 +317,7 @@ class HttpServer::Impl {
       reply = api_->Finish(waited);
     }
     api_->AllowOrigin(request, &reply);
-    if (reply.events) co_return co_await Follow(stream, reply, version);
+    if (reply.events) co_return co_await Follow(stream, request, reply, version);
     co_return co_await Write(stream, reply, version, keep);
   }
 
@@ -344,9 +344,11 @@ class HttpServer::Impl {
     bool began_ = false;
   };
 
-  // Until the client goes, does not take what it is sent, or the server stops. The connection does
+  // Until the client goes, does not take what it is sent, may not ask any more, or the server
+  // stops. The connection does
   // not go on: its end is that of the answer.
-  asio::awaitable<bool> Follow(ClientStream& stream, Reply& reply, unsigned version) {
+  asio::awaitable<bool> Follow(ClientStream& stream, const Request& request, Reply& reply,
+                               unsigned version) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     const Following following(*this, timer);
     if (!following.began()) {
@@ -357,7 +359,7 @@ class HttpServer::Impl {
     if (!idle.began()) co_return false;
     const std::shared_ptr<FollowerEnd> end = AwaitEnd(stream, timer);
     try {
-      co_await Send(stream, *end, timer, reply);
+      co_await Send(stream, *end, timer, request, reply);
     } catch (...) {
       // A log that cannot be read ends the stream as well.
     }
@@ -392,10 +394,14 @@ class HttpServer::Impl {
   }
 
   asio::awaitable<void> Send(ClientStream& stream, const FollowerEnd& end,
-                             const std::shared_ptr<Timer>& timer, const Reply& reply) {
+                             const std::shared_ptr<Timer>& timer, const Request& request,
+                             const Reply& reply) {
     std::string bytes = StreamHead(reply);
     while (!end.is_there && !IsStopping()) {
-      if (bytes.empty()) bytes = reply.events->Next();
+      if (bytes.empty()) {
+        if (!api_->MayFollow(request, *reply.events)) break;
+        bytes = reply.events->Next();
+      }
       if (bytes.empty()) {
         timer->expires_after(limits_.heartbeat);
         auto [woken] = co_await timer->async_wait(kTuple);

@@ -189,6 +189,37 @@ def test_a_token_that_nobody_could_read_is_not_kept(tmp_path, output):
     assert make_token(tokens, "c2", "desk").startswith("c2.")
 
 
+def follow(door, token):
+    """A connection that is told of events, behind the head of the answer."""
+    client = socket.create_connection(("127.0.0.1", door.port), 60)
+    client.sendall(f"GET /v1/events HTTP/1.1\r\nHost: 127.0.0.1:{door.port}\r\n"
+                   f"Authorization: Bearer {token}\r\n\r\n".encode())
+    told = client.makefile("rb")
+    assert told.readline() == b"HTTP/1.1 200 OK\r\n"
+    while told.readline() != b"\r\n":
+        pass
+    client.close()
+    return told
+
+
+def test_events_end_with_the_right_to_them(doors, folder):
+    tokens = folder / "shop.tokens"
+    stays, goes = (make_token(tokens, name, "desk") for name in ("c1", "c2"))
+    office = make_token(tokens, "office", "operator")
+    door = doors(folder).start("--tokens", tokens, "--require-token")
+    with follow(door, stays) as kept, follow(door, goes) as gone, follow(door, office) as changed:
+        lines = [line for line in tokens.read_text().splitlines(True)
+                 if not line.startswith("c2 ")]
+        tokens.write_text("".join(lines).replace("office operator", "office desk"))
+        door.process.send_signal(1)
+        for one in (gone, changed):
+            assert one.read(1) == b""
+        sale = door.request("POST", "/v1/jobs", {"lines": SALE},
+                            bearer(stays, **{"Idempotency-Key": "k1"}))
+        assert sale[0] == 201
+        assert kept.readline().startswith(b"id: ")
+
+
 @pytest.mark.parametrize("more, told", [
     (["--require-token"], "no tokens without --tokens"),
     (["--tokens", "missing"], "missing: cannot be opened: No such file"),
