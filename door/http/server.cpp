@@ -113,8 +113,8 @@ class HttpServer::Impl {
       const std::lock_guard<std::mutex> lock(mutex_);
       stopping_ = true;
       for (auto& [id, timer] : waiting_) Wake(timer);
-      for (ClientStream* stream : idle_) {
-        asio::post(stream->get_executor(), [this, stream] { CloseIdle(stream); });
+      for (auto& [place, row] : idle_) {
+        PostToIdle(place, row.stream, [](ClientStream& stream) { stream.cancel(); });
       }
     }
     for (std::thread& thread : threads_) thread.join();
@@ -127,9 +127,40 @@ class HttpServer::Impl {
     asio::post(timer->get_executor(), [timer] { timer->cancel(); });
   }
 
-  void CloseIdle(ClientStream* stream) {
+  // What an idle connection waits for, in the order in which they go when there are too many.
+  enum class Wait : uint8_t { kFirstHead, kNextHead, kEvents };
+  using Place = std::pair<Wait, int64_t>;
+  struct IdleRow {
+    std::shared_ptr<ClientStream> stream;
+    bool goes = false;
+  };
+
+  // Runs it on the strand of the connection, if that is still idle by then.
+  void PostToIdle(const Place& place, const std::shared_ptr<ClientStream>& stream,
+                  void (*task)(ClientStream& stream)) {
+    asio::post(stream->get_executor(), [this, place, stream, task] {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      if (idle_.count(place) != 0) task(*stream);
+    });
+  }
+
+  // Closes one connection for another: the one that has been silent longest since it came, and
+  // behind all of these since its last answer. False where each is at work, or follows events.
+  bool MakeRoom() {
+    // Beside the places: those that are being closed.
+    constexpr int kMostGoing = 50;
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (idle_.count(stream) != 0) stream->cancel();
+    if (connections_ >= limits_.connections + kMostGoing) return false;
+    for (auto& [place, row] : idle_) {
+      if (place.first == Wait::kEvents) return false;
+      if (std::exchange(row.goes, true)) continue;
+      PostToIdle(place, row.stream, [](ClientStream& stream) {
+        boost::system::error_code ignored;
+        stream.socket().close(ignored);
+      });
+      return true;
+    }
+    return false;
   }
 
   bool IsStopping() {
@@ -154,6 +185,26 @@ class HttpServer::Impl {
     }
   }
 
+  // As long as it is there, its stream may be closed without loss.
+  class Idle {
+   public:
+    Idle(Impl& server, ClientStream& stream, Wait wait) : server_(server) {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      place_ = {wait, ++server_.last_idle_};
+      server_.idle_.emplace(place_, IdleRow{stream.shared_from_this()});
+    }
+    ~Idle() {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      server_.idle_.erase(place_);
+    }
+    Idle(const Idle&) = delete;
+    Idle& operator=(const Idle&) = delete;
+
+   private:
+    Impl& server_;
+    Place place_;
+  };
+
   // Takes connections until the acceptor is closed, or cannot.
   asio::awaitable<void> Accept() {
     for (;;) {
@@ -162,11 +213,9 @@ class HttpServer::Impl {
       // No descriptor is left, say: others have to end first.
       if (error) co_return;
       ++taken_;
-      if (connections_ < limits_.connections) {
-        Begin(std::move(socket));
-      } else {
-        ++refused_;
-      }
+      const bool is_full = connections_ >= limits_.connections;
+      if (is_full) ++refused_;
+      if (!is_full || MakeRoom()) Begin(std::move(socket));
     }
   }
 
@@ -174,7 +223,10 @@ class HttpServer::Impl {
     ++connections_;
     try {
       const auto strand = socket.get_executor();
-      asio::co_spawn(strand, Serve(std::move(socket)),
+      auto stream = std::make_shared<ClientStream>(std::move(socket), tls());
+      // From here on, so that it is seen to be silent, whenever its turn comes.
+      auto idle = std::make_unique<Idle>(*this, *stream, Wait::kFirstHead);
+      asio::co_spawn(strand, Serve(std::move(stream), std::move(idle)),
                      [this](const std::exception_ptr&) { --connections_; });
     } catch (...) {
       --connections_;
@@ -182,13 +234,13 @@ class HttpServer::Impl {
     }
   }
 
-  asio::awaitable<void> Serve(tcp::socket socket) {
-    const auto held = std::make_shared<ClientStream>(std::move(socket), tls());
+  asio::awaitable<void> Serve(std::shared_ptr<ClientStream> held, std::unique_ptr<Idle> idle) {
     ClientStream& stream = *held;
     beast::flat_buffer buffer(kMostBuffered);
     RateLimit rate(limits_.connection);
     if (stream.has_tls() && !co_await ShakeHands(stream)) co_return;
-    while (co_await ServeOne(stream, buffer, rate)) {
+    while (co_await ServeOne(stream, buffer, rate, std::move(idle))) {
+      idle = std::make_unique<Idle>(*this, stream, Wait::kNextHead);
     }
     co_await Close(stream);
   }
@@ -200,35 +252,11 @@ class HttpServer::Impl {
 
   // What is no TLS, or too slow with it, is cut.
   asio::awaitable<bool> ShakeHands(ClientStream& stream) {
-    const Idle idle(*this, stream);
-    if (!idle.began()) co_return false;
+    if (IsStopping()) co_return false;
     stream.expires_after(limits_.head_time);
     auto [error] = co_await stream.async_handshake(kTuple);
     co_return !error;
   }
-
-  // As long as it is there, its stream may be closed without loss.
-  class Idle {
-   public:
-    Idle(Impl& server, ClientStream& stream) : server_(server), stream_(&stream) {
-      const std::lock_guard<std::mutex> lock(server_.mutex_);
-      began_ = !server_.stopping_;
-      if (began_) server_.idle_.insert(stream_);
-    }
-    ~Idle() {
-      const std::lock_guard<std::mutex> lock(server_.mutex_);
-      server_.idle_.erase(stream_);
-    }
-    Idle(const Idle&) = delete;
-    Idle& operator=(const Idle&) = delete;
-    // Not while the server stops.
-    bool began() const { return began_; }
-
-   private:
-    Impl& server_;
-    ClientStream* stream_;
-    bool began_ = false;
-  };
 
   // A request that waits for a job: its timer is woken when there is nothing more to wait for.
   class Waiting {
@@ -267,17 +295,15 @@ class HttpServer::Impl {
   };
 
   // Whether the connection goes on.
-  asio::awaitable<bool> ServeOne(ClientStream& stream, beast::flat_buffer& buffer,
-                                 RateLimit& rate) {
+  asio::awaitable<bool> ServeOne(ClientStream& stream, beast::flat_buffer& buffer, RateLimit& rate,
+                                 std::unique_ptr<Idle> idle) {
     RequestParser parser;
     SetLimits(parser);
-    boost::system::error_code error;
-    {
-      const Idle idle(*this, stream);
-      if (!idle.began()) co_return false;
-      stream.expires_after(limits_.head_time);
-      error = std::get<0>(co_await http::async_read_header(stream, buffer, parser, kTuple));
-    }
+    // From here on a stop ends the wait.
+    if (IsStopping()) co_return false;
+    stream.expires_after(limits_.head_time);
+    auto [error, head_size] = co_await http::async_read_header(stream, buffer, parser, kTuple);
+    idle.reset();
     const unsigned version = parser.get().version();
     if (error) {
       std::optional<Reply> reply = Complaint(error);
@@ -355,8 +381,8 @@ class HttpServer::Impl {
       Reply full = TooManyFollow();
       co_return co_await Write(stream, full, version, false);
     }
-    const Idle idle(*this, stream);
-    if (!idle.began()) co_return false;
+    const Idle idle(*this, stream, Wait::kEvents);
+    if (IsStopping()) co_return false;
     const std::shared_ptr<FollowerEnd> end = AwaitEnd(stream, timer);
     try {
       co_await Send(stream, *end, timer, request, reply);
@@ -469,7 +495,8 @@ class HttpServer::Impl {
   TlsContext tls_;
   std::multimap<int64_t, std::shared_ptr<Timer>> waiting_;
   std::set<std::shared_ptr<Timer>> streams_;
-  std::set<ClientStream*> idle_;
+  int64_t last_idle_ = 0;
+  std::map<Place, IdleRow> idle_;
   std::vector<std::thread> threads_;
 };
 

@@ -16,7 +16,9 @@ namespace lorimat::door {
 class Api;
 
 struct ServerLimits {
-  // Connections at once; one more is closed as it comes.
+  // Connections at once. For one more the one is closed that has been silent longest, first of
+  // those that have not asked anything; where all are at work or follow events, it is closed
+  // itself.
   int connections = 200;
   // Of these, as many may wait for a job; one more is answered at once.
   size_t waiting = 100;
@@ -36,7 +38,7 @@ struct ServerLimits {
 
 struct ServerFigures {
   int64_t taken = 0;    // connections, since the start
-  int64_t refused = 0;  // of these, closed as they came
+  int64_t refused = 0;  // closed for want of a place: as they came, or silent ones for them
   int connections = 0;  // now
   size_t waiting = 0;   // requests that wait for a job
   size_t streams = 0;   // connections that follow events

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "console/terminal/streams.h"
 #include "door/http/api.h"
@@ -90,11 +91,11 @@ std::string ReadAll(const console::Descriptor& client) {
   return all;
 }
 
-// Until so many bytes are there, or the other side has closed.
-std::string ReadSome(const console::Descriptor& client, size_t most) {
-  std::string all(most, '\0');
-  const ssize_t size = recv(client.get(), all.data(), most, MSG_WAITALL);
-  all.resize(size < 0 ? 0 : static_cast<size_t>(size));
+// Until the text has come.
+std::string ReadUntil(const console::Descriptor& client, const std::string& text) {
+  std::string all;
+  char byte = 0;
+  while (all.find(text) == all.npos && recv(client.get(), &byte, 1, 0) == 1) all += byte;
   return all;
 }
 
@@ -175,14 +176,43 @@ std::string Ask(const Network& network) {
   return ReadAll(client);
 }
 
-TEST(Server, AConnectionTooManyIsClosedAndOneThatEndsMakesRoom) {
-  const Network network({.connections = 2});
+TEST(Server, StrangersWhoSayNothingShutNobodyOut) {
+  Network network({.head_time = kNever});
+  const console::Descriptor till = network.Connect();
+  Send(till, network.Get());
+  ReadUntil(till, "\r\n\r\n");
+  std::vector<console::Descriptor> silent;
+  for (int i = 0; i < 300; ++i) silent.push_back(network.Connect());
+  EXPECT_THAT(Ask(network), StartsWith("HTTP/1.1 200 "));
+  // The first of them had to go, and who has asked before not.
+  EXPECT_THAT(ReadAll(silent.front()), IsEmpty());
+  Send(till, network.Get("Connection: close\r\n\r\n"));
+  EXPECT_THAT(ReadAll(till), HasSubstr("HTTP/1.1 200 "));
+  EXPECT_GE(network.figures().refused, 101);
+}
+
+TEST(Server, WhoHasAskedAndIsSilentGoesBehindTheOthers) {
+  const Network network({.connections = 1, .head_time = kNever});
   const console::Descriptor first = network.Connect();
-  console::Descriptor second = network.Connect();
-  EXPECT_THAT(Ask(network), IsEmpty());
   Send(first, network.Get());
-  EXPECT_EQ(ReadSome(first, 12), "HTTP/1.1 200");
-  second = console::Descriptor();
+  ReadUntil(first, "\r\n\r\n");
+  // The door may not have seen yet that the answer is taken.
+  std::string answer;
+  while (answer.empty()) answer = Ask(network);
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 200 "));
+  ReadAll(first);
+}
+
+TEST(Server, AConnectionTooManyIsClosedWhereAllAreAtWork) {
+  Network network({.connections = 2, .heartbeat = kNever});
+  console::Descriptor followers[2] = {network.Connect(), network.Connect()};
+  for (const console::Descriptor& follower : followers) {
+    Send(follower, network.Follow());
+    ReadUntil(follower, "\r\n\r\n");
+  }
+  EXPECT_THAT(Ask(network), IsEmpty());
+  EXPECT_EQ(network.figures().refused, 1);
+  followers[1] = console::Descriptor();
   // The door may not have seen yet that it is gone.
   std::string answer;
   while (answer.empty()) answer = Ask(network);
@@ -237,14 +267,6 @@ TEST(Server, ABodyThatGrowsTooLongIsTold) {
                    "200000\r\n" +
                    std::string(0x200000, ' '));
   EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 413 "));
-}
-
-// Until the text has come.
-std::string ReadUntil(const console::Descriptor& client, const std::string& text) {
-  std::string all;
-  char byte = 0;
-  while (all.find(text) == all.npos && recv(client.get(), &byte, 1, 0) == 1) all += byte;
-  return all;
 }
 
 TEST(Events, AreSentAsTheyHappen) {
