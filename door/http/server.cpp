@@ -379,6 +379,7 @@ class HttpServer::Impl {
     const Following following(*this, timer);
     if (!following.began()) {
       Reply full = TooManyFollow();
+      api_->AllowOrigin(request, &full);
       co_return co_await Write(stream, full, version, false);
     }
     const Idle idle(*this, stream, Wait::kEvents);

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "console/terminal/streams.h"
@@ -28,7 +29,8 @@ constexpr std::chrono::hours kNever{1000};
 // A door on a log in memory, and connections to it.
 class Network {
  public:
-  explicit Network(const ServerLimits& limits) : server_("127.0.0.1", 0, limits) {
+  explicit Network(const ServerLimits& limits, AccessRules access = {})
+      : server_("127.0.0.1", 0, limits), access_(std::move(access)) {
     log_.Bind("99LRM0000001VR");
     log_.SetEventObserver([this](const Job*) { server_.NotifyEvents(); });
     server_.Start(api_);
@@ -66,6 +68,7 @@ class Network {
 
  private:
   HttpServer server_;
+  AccessRules access_;
   JobLog log_{""};
   Api api_{{.log = log_,
             .judge = DoorShop::judge(),
@@ -73,7 +76,8 @@ class Network {
             .operators = {},
             .trouble = [] { return DeviceTrouble::kNone; },
             .log_failed = [] { return false; },
-            .wake = [] {}}};
+            .wake = [] {},
+            .access = access_}};
 };
 
 void Send(const console::Descriptor& client, const std::string& bytes) {
@@ -183,7 +187,7 @@ TEST(Server, StrangersWhoSayNothingShutNobodyOut) {
   ReadUntil(till, "\r\n\r\n");
   std::vector<console::Descriptor> silent;
   for (int i = 0; i < 300; ++i) silent.push_back(network.Connect());
-  EXPECT_THAT(Ask(network), StartsWith("HTTP/1.1 200 "));
+  ASSERT_THAT(Ask(network), StartsWith("HTTP/1.1 200 "));
   // The first of them had to go, and who has asked before not.
   EXPECT_THAT(ReadAll(silent.front()), IsEmpty());
   Send(till, network.Get("Connection: close\r\n\r\n"));
@@ -320,6 +324,16 @@ TEST(Events, WhoGoesMakesRoom) {
   const console::Descriptor third = network.Connect();
   Send(third, network.Follow());
   EXPECT_THAT(ReadUntil(third, "\r\n"), StartsWith("HTTP/1.1 200 "));
+}
+
+// What it does not have, a browser keeps from the page: also when to come again.
+TEST(Events, APageThatMayAskIsToldThatTooManyFollow) {
+  const Network network({.streams = 0}, {.origins = {"https://till.example"}});
+  const console::Descriptor client = network.Connect();
+  Send(client, network.Follow("Origin: https://till.example\r\n\r\n"));
+  const std::string refused = ReadAll(client);
+  EXPECT_THAT(refused, StartsWith("HTTP/1.1 429 "));
+  EXPECT_THAT(refused, HasSubstr("\r\nAccess-Control-Allow-Origin: https://till.example\r\n"));
 }
 
 TEST(Events, WhoDoesNotTakeThemIsCut) {
