@@ -104,12 +104,14 @@ bool ServeOne(Connection& connection, beast::flat_buffer& buffer, Api& api, JobL
   error_code error;
   http::read_header(connection, buffer, parser, error);
   const unsigned version = parser.get().version();
-  if (error) {
+  if (error && error != http::error::body_limit) {
     std::optional<Reply> reply = Complaint(error);
     return reply && Tell(connection, *reply, version, false);
   }
   Request request = HeadOf(parser);
-  if (std::optional<Reply> refused = RefuseHead(api, parser, request)) {
+  std::optional<Reply> refused = RefuseHead(api, parser, request);
+  if (!refused && error) refused = Complaint(error);
+  if (refused) {
     return Tell(connection, *refused, version, false);
   }
   http::read(connection, buffer, parser, error);

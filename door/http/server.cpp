@@ -305,7 +305,8 @@ class HttpServer::Impl {
     auto [error, head_size] = co_await http::async_read_header(stream, buffer, parser, kTuple);
     idle.reset();
     const unsigned version = parser.get().version();
-    if (error) {
+    // A length that is too long is one to refuse, behind whom and whence.
+    if (error && error != http::error::body_limit) {
       std::optional<Reply> reply = Complaint(error);
       if (reply) co_await Write(stream, *reply, version, false);
       co_return false;
@@ -313,6 +314,7 @@ class HttpServer::Impl {
     Request request = HeadOf(parser);
     std::optional<Reply> refused = RefuseRate(rate);
     if (!refused) refused = RefuseHead(*api_, parser, request);
+    if (!refused && error) refused = Complaint(error);
     if (refused) {
       api_->AllowOrigin(request, &*refused);
       co_await Write(stream, *refused, version, false);

@@ -263,6 +263,21 @@ TEST(Server, AHeadThatIsTooLongIsTold) {
   EXPECT_THAT(ReadAll(client), StartsWith("HTTP/1.1 431 "));
 }
 
+// Who asks, and from where, counts ahead of what is to come; and a page may read what it is told.
+TEST(Server, ALengthThatIsTooLongIsToldToWhoMayAsk) {
+  const Network network({}, {.origins = {"https://till.example"}});
+  const auto ask = [&network](const std::string& origin) {
+    const console::Descriptor client = network.Connect();
+    Send(client, "POST /v1/jobs HTTP/1.1\r\nHost: " + network.host() + "\r\nOrigin: " + origin +
+                     "\r\nContent-Type: application/json\r\nContent-Length: 1048577\r\n\r\n");
+    return ReadAll(client);
+  };
+  EXPECT_THAT(ask("https://other.example"), StartsWith("HTTP/1.1 403 "));
+  const std::string answer = ask("https://till.example");
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 413 "));
+  EXPECT_THAT(answer, HasSubstr("\r\nAccess-Control-Allow-Origin: https://till.example\r\n"));
+}
+
 TEST(Server, ABodyThatGrowsTooLongIsTold) {
   const Network network({});
   const console::Descriptor client = network.Connect();
