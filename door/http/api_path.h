@@ -16,6 +16,8 @@ struct Api::Path {
   int64_t number = 0;  // of a document
   std::string action;  // the last segment
   std::map<std::string, std::string> query;
+  // Whether there is a route to it that anybody may take, by whatever method.
+  bool is_open = false;
   // Who asks, where a token says so.
   std::optional<console::TokenHolder> caller;
 

@@ -104,7 +104,8 @@ std::optional<Reply> Api::RefuseCaller(const Request& request,
   Path path;
   Reply problem;
   const Route* route = FindRoute(request, &path, &problem);
-  const Caller least = route == nullptr ? Caller::kKnown : route->caller;
+  Caller least = path.is_open ? Caller::kAnybody : Caller::kKnown;
+  if (route != nullptr) least = route->caller;
   // A page of somewhere else is never taken for a program of this computer.
   const bool is_needed = parts_.access.needs_token || IsAllowedOrigin(request);
   if (!*caller && is_needed && least != Caller::kAnybody) {
@@ -149,6 +150,7 @@ const Api::Route* Api::FindRoute(const Request& request, Path* path, Reply* prob
       path->action = segment;
     }
     if (!fits || length != target->segments.size()) continue;
+    path->is_open = path->is_open || route.caller == Caller::kAnybody;
     if (request.method != route.method) {
       allowed += allowed.empty() ? "" : ", ";
       allowed += route.method;

@@ -304,11 +304,10 @@ class HttpServer::Impl {
     stream.expires_after(limits_.head_time);
     auto [error, head_size] = co_await http::async_read_header(stream, buffer, parser, kTuple);
     idle.reset();
-    const unsigned version = parser.get().version();
     // A length that is too long is one to refuse, behind whom and whence.
     if (error && error != http::error::body_limit) {
       std::optional<Reply> reply = Complaint(error);
-      if (reply) co_await Write(stream, *reply, version, false);
+      if (reply) co_await Write(stream, *reply, parser, false);
       co_return false;
     }
     Request request = HeadOf(parser);
@@ -317,12 +316,12 @@ class HttpServer::Impl {
     if (!refused && error) refused = Complaint(error);
     if (refused) {
       api_->AllowOrigin(request, &*refused);
-      co_await Write(stream, *refused, version, false);
+      co_await Write(stream, *refused, parser, false);
       co_return false;
     }
     stream.expires_after(limits_.body_time);
     if (beast::iequals(parser.get()[http::field::expect], "100-continue")) {
-      http::response<http::empty_body> go_on(http::status::continue_, version);
+      http::response<http::empty_body> go_on(http::status::continue_, parser.get().version());
       auto [failed, written] = co_await http::async_write(stream, go_on, kTuple);
       if (failed) co_return false;
     }
@@ -330,12 +329,10 @@ class HttpServer::Impl {
     if (body_error) {
       std::optional<Reply> reply = Complaint(body_error);
       if (reply) api_->AllowOrigin(request, &*reply);
-      if (reply) co_await Write(stream, *reply, version, false);
+      if (reply) co_await Write(stream, *reply, parser, false);
       co_return false;
     }
-    // The answer to HEAD has a body here, which its reader would take for the next answer.
-    const bool keep =
-        parser.get().keep_alive() && parser.get().method() != http::verb::head && !IsStopping();
+    const bool keep = parser.get().keep_alive() && !IsStopping();
     request.body = std::move(parser.get().body());
     Reply reply = api_->Handle(request);
     if (reply.wait_for && reply.wait_seconds > 0) {
@@ -345,8 +342,8 @@ class HttpServer::Impl {
       reply = api_->Finish(waited);
     }
     api_->AllowOrigin(request, &reply);
-    if (reply.events) co_return co_await Follow(stream, request, reply, version);
-    co_return co_await Write(stream, reply, version, keep);
+    if (reply.events) co_return co_await Follow(stream, request, reply, parser);
+    co_return co_await Write(stream, reply, parser, keep);
   }
 
   // A client that follows events: its timer is woken when there are more.
@@ -376,13 +373,13 @@ class HttpServer::Impl {
   // stops. The connection does
   // not go on: its end is that of the answer.
   asio::awaitable<bool> Follow(ClientStream& stream, const Request& request, Reply& reply,
-                               unsigned version) {
+                               const RequestParser& parser) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     const Following following(*this, timer);
     if (!following.began()) {
       Reply full = TooManyFollow();
       api_->AllowOrigin(request, &full);
-      co_return co_await Write(stream, full, version, false);
+      co_return co_await Write(stream, full, parser, false);
     }
     const Idle idle(*this, stream, Wait::kEvents);
     if (IsStopping()) co_return false;
@@ -462,8 +459,11 @@ class HttpServer::Impl {
     if (waiting.began() && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
   }
 
-  asio::awaitable<bool> Write(ClientStream& stream, Reply& reply, unsigned version, bool keep) {
-    ReplyMessage message = MessageOf(reply, version, keep);
+  asio::awaitable<bool> Write(ClientStream& stream, Reply& reply, const RequestParser& parser,
+                              bool keep) {
+    ReplyMessage message = MessageOf(reply, parser.get().version(), keep);
+    // Its length stays: whoever asks for the head alone would take a body for the next answer.
+    if (parser.get().method() == http::verb::head) message.body().clear();
     stream.expires_after(limits_.write_time);
     auto [error, size] = co_await http::async_write(stream, message, kTuple);
     co_return !error && keep;

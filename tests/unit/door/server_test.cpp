@@ -18,8 +18,10 @@
 namespace lorimat::door {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 using Time = RateLimit::Time;
 using std::chrono::milliseconds;
@@ -254,6 +256,40 @@ TEST(Server, WhoDoesNotTakeTheAnswersIsCut) {
   int sent = 0;
   while (sent < kMost && sends()) ++sent;
   EXPECT_LT(sent, kMost);
+}
+
+// The next answer follows at once, and the length is that of what was left out.
+TEST(Server, TheAnswerToHeadHasNoBody) {
+  const Network network({});
+  const console::Descriptor client = network.Connect();
+  Send(client, "HEAD /v1/device HTTP/1.1\r\nHost: " + network.host() + "\r\n\r\n");
+  const std::string head = ReadUntil(client, "\r\n\r\n");
+  EXPECT_THAT(head, StartsWith("HTTP/1.1 405 "));
+  EXPECT_THAT(head, HasSubstr("\r\nAllow: GET\r\n"));
+  EXPECT_THAT(head, HasSubstr("\r\nContent-Length: "));
+  EXPECT_THAT(head, Not(HasSubstr("\r\nContent-Length: 0\r\n")));
+  Send(client, "HEAD / HTTP/1.1\r\nHost: other\r\n\r\n");
+  const std::string refused = ReadAll(client);
+  EXPECT_THAT(refused, StartsWith("HTTP/1.1 403 "));
+  EXPECT_THAT(refused, EndsWith("\r\n\r\n"));
+}
+
+// As it would be told of any other address that it may see.
+TEST(Server, WhatAnybodyMayAskIsNobodysSecretByAnotherMethod) {
+  const Network network(
+      {}, {.needs_token = true, .find = [](std::string_view) { return std::nullopt; }});
+  const auto status = [&network](const std::string& asked) {
+    const console::Descriptor client = network.Connect();
+    Send(client, asked + " HTTP/1.1\r\nHost: " + network.host() + "\r\nConnection: close\r\n\r\n");
+    return ReadAll(client).substr(9, 3);
+  };
+  for (const char* method : {"HEAD", "OPTIONS"}) {
+    EXPECT_EQ(status(std::string(method) + " /healthz"), "405");
+    EXPECT_EQ(status(std::string(method) + " /v1/device"), "401");
+    EXPECT_EQ(status(std::string(method) + " /v1/nothing"), "401");
+  }
+  EXPECT_EQ(status("GET /healthz"), "200");
+  EXPECT_EQ(status("GET /healthz?more=1"), "400");
 }
 
 TEST(Server, AHeadThatIsTooLongIsTold) {
