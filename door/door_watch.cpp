@@ -59,8 +59,7 @@ void DoorWatch::AddMetrics(MetricsText& text) const {
              static_cast<double>(figures.streams));
   text.Counter("lorimatd_connections_total", "Connections that have come.", figures.taken);
   text.Counter("lorimatd_connections_refused_total",
-               "Connections that were closed since there were too many.",
-               figures.refused);
+               "Connections that were closed since there were too many.", figures.refused);
   text.Counter("lorimatd_notices_lost_total", "Notices that the journal did not take in time.",
                parts_.notices.lost());
   const ServiceFigures calls = parts_.service.figures();
