@@ -66,7 +66,7 @@ void Api::AllowOrigin(const Request& request, Reply* reply) const {
   if (!IsAllowedOrigin(request)) return;
   reply->headers.emplace_back("Access-Control-Allow-Origin", *request.origin);
   reply->headers.emplace_back("Access-Control-Expose-Headers",
-                              "Allow, ETag, Retry-After, WWW-Authenticate");
+                              "Allow, Retry-After, WWW-Authenticate");
 }
 
 std::optional<Reply> Api::RefuseHead(const Request& request) const {

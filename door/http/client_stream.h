@@ -4,6 +4,7 @@
 
 #include <openssl/ssl.h>
 
+#include <boost/asio/awaitable.hpp>
 #include <boost/asio/ssl/context.hpp>
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
@@ -68,5 +69,9 @@ class ClientStream : public std::enable_shared_from_this<ClientStream> {
   std::optional<boost::asio::ssl::stream<next_layer_type&>> tls_;
 };
 // NOLINTEND(readability-identifier-naming)
+
+// Ends what is sent, and takes for a moment what is still on its way: closed at once, the
+// connection would take the answer along.
+boost::asio::awaitable<void> EndStream(ClientStream& stream);
 
 }  // namespace lorimat::door

@@ -15,9 +15,7 @@
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
-#include <boost/beast/version.hpp>
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -43,9 +41,6 @@ using asio::ip::tcp;
 using Timer = asio::steady_timer;
 
 constexpr int kThreads = 4;
-constexpr std::chrono::seconds kLinger{1};
-constexpr size_t kMostLingering = 4 << 20;
-
 constexpr auto kTuple = asio::as_tuple(asio::use_awaitable);
 
 }  // namespace
@@ -242,7 +237,7 @@ class HttpServer::Impl {
     while (co_await ServeOne(stream, buffer, rate, std::move(idle))) {
       idle = std::make_unique<Idle>(*this, stream, Wait::kNextHead);
     }
-    co_await Close(stream);
+    co_await EndStream(stream);
   }
 
   TlsContext tls() {
@@ -467,21 +462,6 @@ class HttpServer::Impl {
     stream.expires_after(limits_.write_time);
     auto [error, size] = co_await http::async_write(stream, message, kTuple);
     co_return !error && keep;
-  }
-
-  // Takes for a moment what is still on its way: closed at once, the connection would take the
-  // answer along.
-  static asio::awaitable<void> Close(ClientStream& stream) {
-    boost::system::error_code ignored;
-    stream.expires_after(kLinger);
-    if (stream.has_tls()) co_await stream.async_shutdown(kTuple);
-    stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
-    std::vector<char> rest(size_t{16} * 1024);
-    for (size_t taken = 0; taken < kMostLingering;) {
-      auto [error, size] = co_await stream.next_layer().async_read_some(asio::buffer(rest), kTuple);
-      if (error) break;
-      taken += size;
-    }
   }
 
   const ServerLimits limits_;
