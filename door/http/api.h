@@ -35,7 +35,6 @@ struct Request {
   std::string content_type;
   std::optional<std::string> key;                 // Idempotency-Key
   std::optional<std::string> last_event_id = {};  // Last-Event-ID
-  std::optional<uint64_t> content_length = {};
   std::string body = {};
   std::string accept = {};  // empty for none
   std::optional<std::string> authorization = {};

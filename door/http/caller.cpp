@@ -1,7 +1,5 @@
 // Who asks: the host that a request names, the page that it comes from, and whose token it has. And
 // the route that it takes, for not everybody may take each.
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -86,9 +84,6 @@ std::optional<Reply> Api::RefuseHead(const Request& request) const {
   if (std::optional<Reply> refused = RefuseCaller(request, &caller)) return refused;
   if (IsUnsafe(request.method) && !IsJson(request.content_type)) {
     return Problem(415, "not_json", "the request needs Content-Type: application/json");
-  }
-  if (request.content_length.value_or(0) > kMostBody) {
-    return Problem(413, "too_large", fmt::format("the body is longer than {} bytes", kMostBody));
   }
   return std::nullopt;
 }

@@ -23,7 +23,8 @@ void SetLimits(RequestParser& parser) {
 
 std::optional<Reply> Complaint(const boost::system::error_code& error) {
   if (error == http::error::body_limit) {
-    return Problem(413, "too_large", "the body is too long");
+    return Problem(413, "too_large",
+                   fmt::format("the body is longer than {} bytes", Api::kMostBody));
   }
   if (error == http::error::header_limit) {
     return Problem(431, "too_large", "the head is too long");
@@ -53,8 +54,6 @@ Request HeadOf(const RequestParser& parser) {
   const auto method = message.find(http::field::access_control_request_method);
   if (method != message.end()) request.preflight = Text(method->value());
   request.asks_private_network = message["Access-Control-Request-Private-Network"] == "true";
-  const boost::optional<uint64_t> length = parser.content_length();
-  if (length) request.content_length = *length;
   return request;
 }
 
