@@ -12,6 +12,7 @@ import subprocess
 import pytest
 
 from conftest import SALE, make_token
+from waiting import until
 
 
 def certify(folder, name="door", days="2"):
@@ -156,8 +157,7 @@ def test_tokens_are_read_again_and_bad_ones_leave_the_old(doors, folder):
     second = make_token(tokens, "c2", "desk")
     assert door.request("GET", "/v1/device", headers=bearer(second))[0] == 401
     door.process.send_signal(1)
-    while door.request("GET", "/v1/device", headers=bearer(second))[0] != 200:
-        pass
+    until(lambda: door.request("GET", "/v1/device", headers=bearer(second))[0] == 200)
     good = tokens.read_text()
     for text, mode, told in ((good + "c2 desk 00 00\n", 0o600, "line 3: salt and digest of c2"),
                              (good + good, 0o600, "line 3: c1 has a token already"),
@@ -288,8 +288,7 @@ def test_a_new_certificate_is_read_and_a_bad_one_leaves_the_old(secure):
         name.write_bytes(kept)
     certify(secure.folder)
     secure.process.send_signal(1)
-    while secure.shown()[0] == first:
-        pass
+    until(lambda: secure.shown()[0] != first)
 
 
 def test_pages_of_an_allowed_origin_alone_may_ask(doors, folder):
@@ -364,11 +363,12 @@ def test_ten_thousand_connections_leave_the_door_open(doors, folder):
     assert len(list(descriptors.iterdir())) < 300
     for client in held:
         client.close()
-    while door.request("GET", "/v1/device")[0] != 200:
-        pass
+    until(lambda: door.request("GET", "/v1/device")[0] == 200)
     assert door.post(SALE, "k1")[0] == 201
 
 
+# The sanitizers open a pipe to look at memory, and take what they cannot look at for no object.
+@pytest.mark.skipif("LORIMAT_SANITIZE" in os.environ, reason="the sanitizers need descriptors themselves")
 def test_a_door_without_descriptors_goes_on_when_there_are_some(doors, folder):
     door = doors(folder).start()
     used = len(list(pathlib.Path(f"/proc/{door.process.pid}/fd").iterdir()))
@@ -376,5 +376,4 @@ def test_a_door_without_descriptors_goes_on_when_there_are_some(doors, folder):
     held = [socket.create_connection(("127.0.0.1", door.port), 60) for _ in range(20)]
     for client in held:
         client.close()
-    while door.request("GET", "/v1/device")[0] != 200:
-        pass
+    until(lambda: door.request("GET", "/v1/device")[0] == 200)

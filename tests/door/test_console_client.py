@@ -12,6 +12,7 @@ import pytest
 from conftest import SALE
 from cutting_proxy import CuttingProxy
 from test_python_client import lorimat, scripted  # noqa: F401  a fixture
+from waiting import until
 
 
 def console(*arguments, lines=None, environment=None):
@@ -215,8 +216,7 @@ def test_a_queued_job_is_taken_back_and_a_wait_is_stopped(doors, folder):
     waiting.stdin.write("\n".join(SALE))
     waiting.stdin.close()
     waiting.stdin = None
-    while door.get("/v1/jobs?key=k1&desk=")[0] != 200:
-        pass
+    until(lambda: door.get("/v1/jobs?key=k1&desk=")[0] == 200)
     waiting.send_signal(signal.SIGINT)
     _, errors = waiting.communicate(timeout=60)
     assert waiting.returncode == 130 and "same key" in errors

@@ -2,12 +2,12 @@
 import os
 import re
 import subprocess
-import time
 
 import pytest
 
 from conftest import SALE
 from test_matrix import final_job
+from waiting import until
 
 
 @pytest.fixture
@@ -16,16 +16,6 @@ def shop(doors, folder):
     door = doors(folder, faulty=True, plugin=True)
     door.device += ["--device-option", f"unplugged={folder}/unplugged"]
     return door
-
-
-def until(holds):
-    """Asks again and again, as a client does that waits."""
-    for _ in range(6000):
-        answer = holds()
-        if answer:
-            return answer
-        time.sleep(0.005)
-    raise AssertionError("it does not come to hold")
 
 
 def run(*arguments):

@@ -10,6 +10,7 @@ import subprocess
 import pytest
 
 from conftest import SALE
+from waiting import until
 
 COFFEE = {"kind": "receipt", "items": [{"department": 1, "price": "1.20"}],
           "payments": [{"tender": "cash"}]}
@@ -72,8 +73,7 @@ def test_the_day_of_the_device(door):
 
 def test_what_the_paper_and_an_open_document_say(doors, folder):
     door = doors(folder, faulty=True).start(fault="open@start:1")
-    while not door.get("/v1/device")[1]["trouble"]:
-        pass
+    until(lambda: door.get("/v1/device")[1]["trouble"])
     assert door.get("/v1/device")[1]["open"] == "fiscal"
     door.request("POST", "/v1/device/reset", {}, {"Idempotency-Key": "r"})
     assert door.get("/v1/device")[1]["open"] is None

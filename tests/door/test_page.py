@@ -12,6 +12,7 @@ import pytest
 
 from conftest import SALE, make_token
 from page import PORT, answer_of, examples
+from waiting import until
 
 ROOT = pathlib.Path(__file__).parents[2]
 PAGE = (ROOT / "docs/door.md").read_text()
@@ -115,12 +116,6 @@ def open_events(door):
     assert reply.status == 200
     # It has the connection by now.
     return reply
-
-
-def until(holds):
-    """Asks again and again; ctest ends what never comes."""
-    while not holds():
-        pass
 
 
 DOORS = {"fresh": fresh, "guarded": guarded, "plugin": plugin, "busy": busy, "hung": hung, "late": late,

@@ -16,6 +16,7 @@ import threading
 import pytest
 
 from conftest import SALE
+from waiting import until
 
 ROOT = pathlib.Path(__file__).parents[2]
 UNITS = ROOT / "door/systemd"
@@ -116,13 +117,6 @@ def events(door, after=0):
     text = connection.getresponse().read().decode()
     connection.close()
     return re.findall(r"id: (\d+)\nevent: (\w+)\ndata: (.*)\n\n", text)
-
-
-def until(holds):
-    """Asks again and again; ctest ends what never comes."""
-    while not (answer := holds()):
-        pass
-    return answer
 
 
 def test_a_device_that_goes_and_comes_is_told(doors, folder):
