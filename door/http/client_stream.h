@@ -7,6 +7,8 @@
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ssl/context.hpp>
 #include <boost/asio/ssl/stream.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <chrono>
 #include <memory>
@@ -27,6 +29,9 @@ class ClientStream : public std::enable_shared_from_this<ClientStream> {
   // Speaks TLS where there is a context, behind a handshake.
   ClientStream(boost::asio::ip::tcp::socket socket, const TlsContext& tls)
       : tcp_(std::move(socket)) {
+    // What is sent in parts is not to wait until the other side has told of the first one.
+    boost::system::error_code ignored;
+    tcp_.socket().set_option(boost::asio::ip::tcp::no_delay(true), ignored);
     if (!tls) return;
     SSL_CTX_up_ref(tls.get());
     // Takes one of the references.
@@ -69,6 +74,40 @@ class ClientStream : public std::enable_shared_from_this<ClientStream> {
   std::optional<boost::asio::ssl::stream<next_layer_type&>> tls_;
 };
 // NOLINTEND(readability-identifier-naming)
+
+// Looks after a client that waits for something to be sent. It is read meanwhile, for a socket that
+// can be read tells little: there may be parts of TLS alone, or what has been taken by now. All of
+// it on the strand of the connection, on which nobody else may read ahead of End.
+class ClientWatch {
+ public:
+  using Timer = boost::asio::steady_timer;
+
+  // Cancels what waits for the timer whenever it has seen something. What the client sends goes
+  // into the buffer, up to 4 KiB; what it sends behind these is not looked at.
+  ClientWatch(ClientStream& stream, boost::beast::flat_buffer& buffer,
+              std::shared_ptr<Timer> timer);
+  // Closes the connection where there was no End.
+  ~ClientWatch();
+  ClientWatch(const ClientWatch&) = delete;
+  ClientWatch& operator=(const ClientWatch&) = delete;
+
+  bool has_sent() const;
+  // It sends nothing any more. Whether it has gone, or still reads, nobody can tell.
+  bool has_ended() const;
+  // Nobody reads what is sent; also where the connection was closed on this side.
+  bool is_gone() const;
+  // From here on others may read. The timer has another end behind it.
+  boost::asio::awaitable<void> End();
+
+ private:
+  struct State;
+  static void Read(const std::shared_ptr<State>& state);
+  static void AwaitError(const std::shared_ptr<State>& state);
+  static void Take(const std::shared_ptr<State>& state, const boost::system::error_code& error,
+                   size_t size) noexcept;
+  boost::beast::flat_buffer& buffer_;
+  std::shared_ptr<State> state_;
+};
 
 // Ends what is sent, and takes for a moment what is still on its way: closed at once, the
 // connection would take the answer along.

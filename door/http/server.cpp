@@ -95,7 +95,7 @@ class HttpServer::Impl {
 
   ServerFigures figures() {
     const std::lock_guard<std::mutex> lock(mutex_);
-    return {taken_, refused_, connections_, waiting_.size(), streams_.size()};
+    return {taken_, refused_, connections_, waiting_.size() - giving_way_, streams_.size()};
   }
 
   void Post(std::function<void()> task) { asio::post(io_, std::move(task)); }
@@ -123,7 +123,7 @@ class HttpServer::Impl {
   }
 
   // What an idle connection waits for, in the order in which they go when there are too many.
-  enum class Wait : uint8_t { kFirstHead, kNextHead, kEvents };
+  enum class Wait : uint8_t { kFirstHead, kJob, kNextHead, kEvents };
   using Place = std::pair<Wait, int64_t>;
   struct IdleRow {
     std::shared_ptr<ClientStream> stream;
@@ -139,8 +139,9 @@ class HttpServer::Impl {
     });
   }
 
-  // Closes one connection for another: the one that has been silent longest since it came, and
-  // behind all of these since its last answer. False where each is at work, or follows events.
+  // Closes one connection for another: the one that has been silent longest since it came; behind
+  // all of these one that waits and sends nothing any more, or is silent since its last answer.
+  // False where each is at work, or follows events.
   bool MakeRoom() {
     // Beside the places: those that are being closed.
     constexpr int kMostGoing = 50;
@@ -258,22 +259,30 @@ class HttpServer::Impl {
    public:
     Waiting(Impl& server, int64_t job_id, std::shared_ptr<Timer> timer) : server_(server) {
       const std::lock_guard<std::mutex> lock(server_.mutex_);
-      began_ = !server_.stopping_ && server_.waiting_.size() < server_.limits_.waiting;
+      began_ = !server_.stopping_ &&
+               server_.waiting_.size() - server_.giving_way_ < server_.limits_.waiting;
       if (began_) row_ = server_.waiting_.emplace(job_id, std::move(timer));
     }
     ~Waiting() {
       const std::lock_guard<std::mutex> lock(server_.mutex_);
       if (began_) server_.waiting_.erase(row_);
+      if (gives_way_) --server_.giving_way_;
     }
     Waiting(const Waiting&) = delete;
     Waiting& operator=(const Waiting&) = delete;
     // Not while the server stops, and not when too many wait.
     bool began() const { return began_; }
+    // It waits on, beside those that may.
+    void GiveWay() {
+      const std::lock_guard<std::mutex> lock(server_.mutex_);
+      if (!std::exchange(gives_way_, true)) ++server_.giving_way_;
+    }
 
    private:
     Impl& server_;
     std::multimap<int64_t, std::shared_ptr<Timer>>::iterator row_;
     bool began_ = false;
+    bool gives_way_ = false;
   };
 
   // What a request waits for is dropped with it, also where it ends without an answer.
@@ -333,11 +342,11 @@ class HttpServer::Impl {
     if (reply.wait_for && reply.wait_seconds > 0) {
       const int64_t waited = *reply.wait_for;
       const Asked asked(*api_, waited);
-      co_await WaitFor(waited, reply.wait_seconds, stream);
+      if (!co_await WaitFor(waited, reply.wait_seconds, stream, buffer)) co_return false;
       reply = api_->Finish(waited);
     }
     api_->AllowOrigin(request, &reply);
-    if (reply.events) co_return co_await Follow(stream, request, reply, parser);
+    if (reply.events) co_return co_await Follow(stream, buffer, request, reply, parser);
     co_return co_await Write(stream, reply, parser, keep);
   }
 
@@ -364,11 +373,10 @@ class HttpServer::Impl {
     bool began_ = false;
   };
 
-  // Until the client goes, does not take what it is sent, may not ask any more, or the server
-  // stops. The connection does
-  // not go on: its end is that of the answer.
-  asio::awaitable<bool> Follow(ClientStream& stream, const Request& request, Reply& reply,
-                               const RequestParser& parser) {
+  // Until the client goes, or says anything, does not take what it is sent, may not ask any more,
+  // or the server stops. The connection does not go on: its end is that of the answer.
+  asio::awaitable<bool> Follow(ClientStream& stream, beast::flat_buffer& buffer,
+                               const Request& request, Reply& reply, const RequestParser& parser) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     const Following following(*this, timer);
     if (!following.began()) {
@@ -378,47 +386,22 @@ class HttpServer::Impl {
     }
     const Idle idle(*this, stream, Wait::kEvents);
     if (IsStopping()) co_return false;
-    const std::shared_ptr<FollowerEnd> end = AwaitEnd(stream, timer);
+    ClientWatch watch(stream, buffer, timer);
     try {
-      co_await Send(stream, *end, timer, request, reply);
+      co_await Send(stream, watch, timer, request, reply);
     } catch (...) {
       // A log that cannot be read ends the stream as well.
     }
-    // Nobody else may read while this goes on.
-    stream.cancel();
-    while (!end->is_there) {
-      timer->expires_at(Timer::time_point::max());
-      co_await timer->async_wait(kTuple);
-    }
+    co_await watch.End();
     co_return false;
   }
 
-  struct FollowerEnd {
-    bool is_there = false;
-    char byte = 0;
-  };
-
-  // A client that follows has nothing more to say: whatever it sends is its end, as its going is.
-  // It is read, for a socket that can be read tells little: there may be parts of TLS alone, or
-  // what has been taken by now.
-  static std::shared_ptr<FollowerEnd> AwaitEnd(ClientStream& stream,
-                                               const std::shared_ptr<Timer>& timer) {
-    auto end = std::make_shared<FollowerEnd>();
-    stream.expires_never();
-    stream.async_read_some(
-        asio::buffer(&end->byte, 1),
-        [end, timer, held = stream.shared_from_this()](const boost::system::error_code&, size_t) {
-          end->is_there = true;
-          timer->cancel();
-        });
-    return end;
-  }
-
-  asio::awaitable<void> Send(ClientStream& stream, const FollowerEnd& end,
+  asio::awaitable<void> Send(ClientStream& stream, const ClientWatch& watch,
                              const std::shared_ptr<Timer>& timer, const Request& request,
                              const Reply& reply) {
     std::string bytes = StreamHead(reply);
-    while (!end.is_there && !IsStopping()) {
+    const auto ends = [&] { return watch.has_sent() || watch.has_ended() || watch.is_gone(); };
+    while (!ends() && !IsStopping()) {
       if (bytes.empty()) {
         if (!api_->MayFollow(request, *reply.events)) break;
         bytes = reply.events->Next();
@@ -445,13 +428,27 @@ class HttpServer::Impl {
     return std::nullopt;
   }
 
-  asio::awaitable<void> WaitFor(int64_t job_id, int seconds, ClientStream& stream) {
+  // Whether the client is there yet. One that has ended what it sends waits on, but in nobody's
+  // place: it may have gone.
+  asio::awaitable<bool> WaitFor(int64_t job_id, int seconds, ClientStream& stream,
+                                beast::flat_buffer& buffer) {
     const auto timer = std::make_shared<Timer>(stream.get_executor());
     timer->expires_after(std::chrono::seconds(seconds));
-    stream.expires_never();
-    const Waiting waiting(*this, job_id, timer);
-    // What ends from here on wakes the timer.
-    if (waiting.began() && !api_->IsOver(job_id)) co_await timer->async_wait(kTuple);
+    Waiting waiting(*this, job_id, timer);
+    if (!waiting.began() || api_->IsOver(job_id)) co_return true;
+    ClientWatch watch(stream, buffer, timer);
+    std::optional<Idle> idle;
+    while (!watch.is_gone() && !IsStopping()) {
+      if (watch.has_ended() && !idle) {
+        waiting.GiveWay();
+        idle.emplace(*this, stream, Wait::kJob);
+      }
+      // What ends from here on wakes the timer.
+      auto [woken] = co_await timer->async_wait(kTuple);
+      if (!woken || api_->IsOver(job_id)) break;
+    }
+    co_await watch.End();
+    co_return !watch.is_gone();
   }
 
   asio::awaitable<bool> Write(ClientStream& stream, Reply& reply, const RequestParser& parser,
@@ -477,6 +474,7 @@ class HttpServer::Impl {
   std::atomic<int64_t> refused_{0};
   TlsContext tls_;
   std::multimap<int64_t, std::shared_ptr<Timer>> waiting_;
+  size_t giving_way_ = 0;  // of these
   std::set<std::shared_ptr<Timer>> streams_;
   int64_t last_idle_ = 0;
   std::map<Place, IdleRow> idle_;

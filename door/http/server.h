@@ -17,10 +17,12 @@ class Api;
 
 struct ServerLimits {
   // Connections at once. For one more the one is closed that has been silent longest, first of
-  // those that have not asked anything; where all are at work or follow events, it is closed
+  // those that have not asked anything, then of those that wait for a job and send nothing any
+  // more; where all are at work or follow events, it is closed
   // itself.
   int connections = 200;
-  // Of these, as many may wait for a job; one more is answered at once.
+  // Of these, as many may wait for a job; one more is answered at once. Who sends nothing any more
+  // does not count.
   size_t waiting = 100;
   // As many may follow events; one more is answered 429.
   size_t streams = 32;
@@ -40,7 +42,7 @@ struct ServerFigures {
   int64_t taken = 0;    // connections, since the start
   int64_t refused = 0;  // closed for want of a place: as they came, or silent ones for them
   int connections = 0;  // now
-  size_t waiting = 0;   // requests that wait for a job
+  size_t waiting = 0;   // requests that wait for a job, of clients that are not known to have gone
   size_t streams = 0;   // connections that follow events
 };
 

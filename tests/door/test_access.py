@@ -29,8 +29,10 @@ def certify(folder, name="door", days="2"):
 class Secure:
     """A door with TLS and tokens, its clients, and what it told on standard error so far."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, program=None, **more):
         self.folder = folder
+        self.program = program or os.environ["LORIMATD"]
+        self.environment = dict(os.environ, LC_ALL="C", **more)
         self.tokens = folder / "shop.tokens"
         self.office = make_token(self.tokens, "office", "operator")
         self.certificate, self.key = certify(folder)
@@ -38,10 +40,10 @@ class Secure:
 
     def run(self, *more, listen="127.0.0.1:0"):
         return subprocess.Popen(
-            [os.environ["LORIMATD"], "--register", self.folder / "shop.register", "--listen",
-             listen, "--tls-cert", self.certificate, "--tls-key", self.key, "--tokens",
+            [self.program, "--register", self.folder / "shop.register", "--listen", listen,
+             "--tls-cert", self.certificate, "--tls-key", self.key, "--tokens",
              self.tokens, *more], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
-            env=dict(os.environ, LC_ALL="C"))
+            env=self.environment)
 
     def start(self, *more, listen="127.0.0.1:0"):
         self.process = self.run(*more, listen=listen)
