@@ -13,7 +13,7 @@ jsonschema = pytest.importorskip("jsonschema", reason="Debian: python3-jsonschem
 
 from hypothesis import HealthCheck, given, settings
 
-from conftest import Door
+from conftest import Door, make_token
 from contract import API, OPERATIONS, Asked, operation_of, requests, resolved
 from page import PORT, answer_of, examples
 from test_page import PAGE
@@ -104,6 +104,71 @@ def test_each_answer_is_one_of_the_file(line, operation):
     assert done or operation.row["operationId"] in NEVER_DONE
     # Where there is something to be wrong.
     assert seen[False] or not (operation.parameters or operation.body)
+
+
+# What an operator alone may do.
+OPERATORS_OWN = {"resolveJob", "closeDay", "resetDevice", "copyDocument"}
+CALLERS = ("nobody", "wrong", "desk", "operator")
+
+
+@pytest.fixture(scope="module")
+def guarded(tmp_path_factory):
+    """A door that wants tokens, a connection to it, and what each caller sends."""
+    folder = tmp_path_factory.mktemp("guarded")
+    tokens = folder / "shop.tokens"
+    made = {role: make_token(tokens, name, role) for name, role in (("cassa-1", "desk"), ("office", "operator"))}
+    door = Door(folder).start("--tokens", tokens, "--require-token", "--operator", "cassa-1")
+    sent = {"nobody": {}, "wrong": {"Authorization": f"Bearer {made['desk']}0"},
+            **{role: {"Authorization": f"Bearer {token}"} for role, token in made.items()}}
+    line = Line(door.port)
+    # Jobs of somebody else are there as well.
+    for number, role in enumerate(("operator", "desk", "operator")):
+        asked = Asked(operation_of("POST", "/v1/jobs"), "/v1/jobs?wait=30",
+                      {"Content-Type": "application/json", "Idempotency-Key": f"of-{number}", **sent[role]},
+                      b'{"lines": ["VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"]}', True)
+        assert line.ask(asked)[0].status == 201
+    yield line, sent
+    assert door.stop() == 0
+    assert "Sanitizer" not in door.errors
+
+
+def has_no_fault(asked):
+    """Whether the file allows it, and its path leads to the operation."""
+    path = asked.target.split("?")[0]
+    return (asked.is_allowed and operation_of(asked.operation.method, path) is asked.operation
+            and not re.search("[0-9]{19}", path))
+
+
+@pytest.mark.parametrize("operation", OPERATIONS, ids=repr)
+@pytest.mark.parametrize("caller", CALLERS)
+def test_each_caller_gets_what_the_file_allows_him(guarded, caller, operation):
+    line, sent = guarded
+    is_open = operation.row.get("security") == []
+    is_others = caller == "desk" and operation.row["operationId"] in OPERATORS_OWN
+    asks = requests(operation).filter(has_no_fault) if is_others else requests(operation)
+
+    # More of those that name a job, some of which there are.
+    @settings(SETTINGS, max_examples=max(COUNT // (3 if "{id}" in operation.path else 10), 1))
+    @given(asks)
+    def holds(asked):
+        asked.headers.update(sent[caller])
+        reply, body = line.ask(asked)
+        hypothesis.note(f"{reply.status} {body}")
+        code = body["code"] if reply.status >= 400 and "code" in body else None
+        assert reply.status != 500
+        assert operation.allows(reply.status, reply.getheader("Content-Type"), body) is None
+        # Ahead of all else that is wrong with it.
+        is_stranger = caller == "wrong" or caller == "nobody" and not is_open
+        assert (reply.status == 401) == (code == "no_token") == is_stranger
+        assert (reply.getheader("WWW-Authenticate") == "Bearer") == is_stranger
+        # Of another desk there is nothing, whatever was asked.
+        if caller == "desk" and reply.status < 300 and "json" in reply.getheader("Content-Type"):
+            jobs = body.get("jobs", [body] if "state" in body else [])
+            assert {job["desk"] for job in jobs} <= {"cassa-1"}
+        assert (code == "not_allowed") == is_others and (not is_others or reply.status == 403)
+        assert code != "foreign_desk" or caller == "desk"
+
+    holds()
 
 
 @pytest.mark.parametrize("path", API["paths"])
