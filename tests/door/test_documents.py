@@ -227,14 +227,6 @@ def test_a_copy_sells_nothing(door):
     assert "ESTRATTO DEL GIORNALE" in paper
 
 
-def test_a_copy_whose_answer_is_lost_is_for_an_operator(doors, folder):
-    door = doors(folder, faulty=True).start(fault="lose@line:3")
-    sell(door, "a")
-    status, job = copy(door, "1/1/copy", "c")
-    assert (status, job["state"]) == (202, "needs_operator")
-    assert len(listed(door)) == 1
-
-
 def test_a_device_from_a_file(doors, folder):
     door = doors(folder, plugin=True).start()
     assert door.post(SALE, "a")[0] == 201
