@@ -72,9 +72,9 @@ void ClientWatch::Take(const std::shared_ptr<State>& state, const boost::system:
   } else if ((error && !is_cancelled) || !state->stream->socket().is_open()) {
     state->is_gone = true;
   }
-  state->timer->cancel();
   state->is_over = is_cancelled || state->is_gone || state->stops;
   try {
+    state->timer->cancel();
     if (state->is_over) return;
     !error && state->size < state->room ? Read(state) : AwaitError(state);
   } catch (...) {
