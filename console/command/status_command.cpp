@@ -11,6 +11,7 @@
 
 #include "console/command/register_json.h"
 #include "console/command/subcommand.h"
+#include "console/device/open_device.h"
 #include "console/device/register_device.h"
 #include "console/host/device_options.h"
 #include "console/host/register_following.h"
@@ -195,7 +196,10 @@ int StatusOfDevice(const StatusOptions& options, const DeviceRequest& request, S
 // Returns one of ExitCode. Throws Failure or RegisterError when the file cannot be read.
 int StatusCommand(const StatusOptions& options, Streams& streams) {
   const DeviceRequest request = RequestOf(options.device);
-  if (FindBuiltInDevice(request) == nullptr) return StatusOfDevice(options, request, streams);
+  const BuiltInDevice* const built_in = FindBuiltInDevice(request);
+  if (built_in == nullptr || built_in->name != kRegisterName) {
+    return StatusOfDevice(options, request, streams);
+  }
   const std::string name = RequireRegister(FileOfRegister(request));
   lorimat::RegisterFile file(name);
   const auto shown = [&]() -> std::string {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -67,6 +68,53 @@ TEST_F(PluginTables, ADeviceWithoutATableSaysWhatItLacks) {
             "lorimat: the VAT rates cannot be read: the device 'text-printer' does not have "
             "GetDataInternal(77)\n");
   EXPECT_THAT(run.output, IsEmpty());
+}
+
+// What a register answered to a backup, with the answer to one question changed: a device that gives
+// that answer.
+class ChangedAnswer : public testing::Test {
+ protected:
+  // The backup of the device that answers `result` where the register had answered the question.
+  ProgramRun BackUp(const std::string& question, int result) const {
+    EXPECT_EQ(RunConsole({"init", folder_.Path("shop.register")}).exit_code, 0);
+    const ProgramRun first =
+        RunConsole({"backup", folder_.Path("whole"), "--register", folder_.Path("shop.register"),
+                    "--record", folder_.Path("whole.rec")});
+    EXPECT_EQ(first.exit_code, 0) << first.errors;
+    std::string recording = folder_.Read("whole.rec");
+    const std::string call = "\n< " + question + " -> ";
+    const size_t at = recording.find(call);
+    if (at == std::string::npos) ADD_FAILURE() << question << " was not asked";
+    const size_t answer = at + call.size();
+    recording.replace(answer, recording.find('\n', answer) - answer, std::to_string(result));
+    return RunConsole({"backup", folder_.Path("tables"), "--device", "replay", "--device-option",
+                       "file=" + folder_.Write("changed.rec", recording), "--device-option",
+                       "damaged=taken"});
+  }
+
+  TestFolder folder_;
+};
+
+TEST_F(ChangedAnswer, ABackupThatTheDeviceDidNotAnswerIsNone) {
+  const ProgramRun run = BackUp("GetVatEntry(4, 0)", 112);
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: the VAT rates cannot be read: the device 'replay' "
+                                    "answered 112 to GetVatEntry(4, 0)\n"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("tables")));
+}
+
+TEST_F(ChangedAnswer, AnEmptyTextIsNotTakenForOneThatCouldNotBeRead) {
+  const ProgramRun run = BackUp("GetHeaderLine(2)", 108);
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_THAT(run.errors, HasSubstr("lorimat: the header lines cannot be read: the device 'replay' "
+                                    "answered 108 to GetHeaderLine(2)\n"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("tables")));
+}
+
+TEST_F(ChangedAnswer, ARowThatTheDeviceDoesNotHaveIsLeftOut) {
+  const ProgramRun run = BackUp("GetVatEntry(4, 0)", 109);
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_THAT(run.output, HasSubstr("VAT rates     4 rows\n"));
 }
 
 }  // namespace

@@ -154,6 +154,17 @@ TEST(Replay, TheShellWorksOnOne) {
                         "217\n= 1241 "));
 }
 
+// It is opened as another device is, and not taken for a register's file.
+TEST(Replay, HasAStatusThatTellsWhatItIs) {
+  const TestFolder folder;
+  Record(folder);
+  const ProgramRun run =
+      RunConsole({"status", "--device", "replay:" + folder.Path("till.rec"), "--json"});
+  EXPECT_EQ(run.exit_code, 0) << run.errors;
+  EXPECT_THAT(run.output, HasSubstr("\"device\": \"replay\""));
+  EXPECT_THAT(run.output, HasSubstr("\"serial_number\": \"\""));
+}
+
 TEST(Trim, MakesAConversationOfTheLinesThatFailed) {
   const TestFolder folder;
   Record(folder);

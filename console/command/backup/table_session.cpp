@@ -44,6 +44,11 @@ TableSession::Dump TableSession::ReadTable(const BackupTable& table, const std::
   };
   refusals_->Begin();
   Dump dump = {.text = DumpTable(table, path, *library_), .rows = {}};
+  if (!refusals_->unanswered().empty()) {
+    throw Failure(Tr("the {} cannot be read: the device '{}' answered {} to {}",
+                     Translated(table.text), Shown(device_->name()),
+                     refusals_->unanswered_result(), Shown(refusals_->unanswered())));
+  }
   if (refusals_->lacks_all()) throw lacks();
   try {
     dump.rows = DumpRows(table, path, dump.text, *language_);
