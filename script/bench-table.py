@@ -7,7 +7,8 @@ A JSON file is what a program of Google Benchmark wrote by --benchmark_out, with
 benchmarks are SUBJECT/SIDE or SUBJECT/SIDE/SIZE. One that tells what items it has processed has as many as
 its size says. The counter "cpu" goes before the processor's time, in seconds; "memory" is what the process
 grew by, in bytes. bench/goals.tsv names the pairs and what ours may cost at most of the rival's;
-bench/instructions.txt has what script/growth counted. The page keeps what stands outside of its marks.
+bench/instructions.txt has what script/growth counted, and bench/instructions_before.txt what it was before
+the work on speed. The page keeps what stands outside of its marks.
 FOLDER, build/release, is where the programs were built.
 """
 
@@ -128,20 +129,26 @@ def sizes_table(measured):
     return lines
 
 
-def families():
+def families(name):
     """Of what was counted: program and family with sizes and instructions for each unit."""
     found = collections.defaultdict(list)
-    for program, subject, units, instructions in read_rows(ROOT / "bench" / "instructions.txt"):
+    for program, subject, units, instructions in read_rows(ROOT / "bench" / name):
         family, size = subject.rsplit("/", 1)
         found[program, family].append((int(size), int(instructions) / int(units)))
     return found
 
 
-def counts_table(found):
-    lines = ["| program | family | instructions a unit, by size |", "|---|---|---|"]
+def counts_table(found, before):
+    lines = [
+        "| program | family | before | instructions a unit, by size | now, of before |",
+        "|---|---|---|---|---|",
+    ]
     for (program, family), points in found.items():
         costs = ", ".join(f"{cost:,.0f} at {size:,}" for size, cost in points)
-        lines.append(f"| {program} | {family} | {costs} |")
+        largest, now = max(points)
+        then = dict(before.get((program, family), [])).get(largest)
+        shown_then, part = (f"{then:,.0f}", f"{now / then:.2f}") if then else ("-", "-")
+        lines.append(f"| {program} | {family} | {shown_then} | {costs} | {part} |")
     return lines
 
 
@@ -191,7 +198,7 @@ def main():
     arguments = parser.parse_args()
 
     measured = Measured(arguments.files)
-    found = families()
+    found = families("instructions.txt")
     repetitions = min(len(values) for values in measured.times["cpu"].values())
     figures = [
         BEGIN,
@@ -206,9 +213,10 @@ def main():
         "",
         *sizes_table(measured),
         "",
-        "Instructions, as `script/growth` counts them:",
+        "Instructions, as `script/growth` counts them. Before is the code ahead of the work on its speed, by",
+        "`bench/instructions_before.txt`, at the largest size:",
         "",
-        *counts_table(found),
+        *counts_table(found, families("instructions_before.txt")),
         "",
         *pictures(measured, found),
         END,

@@ -70,8 +70,8 @@ TEST_F(PluginTables, ADeviceWithoutATableSaysWhatItLacks) {
   EXPECT_THAT(run.output, IsEmpty());
 }
 
-// What a register answered to a backup, with the answer to one question changed: a device that gives
-// that answer.
+// What a register answered to a backup, with the answer to one question changed: a device that
+// gives that answer.
 class ChangedAnswer : public testing::Test {
  protected:
   // The backup of the device that answers `result` where the register had answered the question.

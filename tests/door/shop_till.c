@@ -180,7 +180,7 @@ static void Ask(int sale) {
     if (strcmp(state, "confirmed") == 0 || strcmp(state, "rejected") == 0 ||
         strcmp(state, "expired") == 0) {
       char closure[kWordRoom], number[kWordRoom], total[kWordRoom];
-      const char* object = *document == '{' ? document : NULL;
+      const char* object = document != NULL && *document == '{' ? document : NULL;
       Word(object, "closure", closure);
       Word(object, "number", number);
       Word(object, "total", total);

@@ -1,5 +1,5 @@
-// A client between the library and a device that notes what of a table the device does not have, and
-// what it could not be asked for: the library leaves either out of a dump without a word.
+// A client between the library and a device that notes what of a table the device does not have,
+// and what it could not be asked for: the library leaves either out of a dump without a word.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ class TableRefusals final : public conversation::RecordingClient, private conver
   bool lacks_all() const { return answered_ == 0 && !first_.empty(); }
   // The first call that it has not, with its arguments; empty for none.
   const std::string& first() const { return first_; }
-  // The first question that the device did not answer for another cause (it is off, it failed), with
-  // its arguments; empty for none. A dump without the answer is not the table.
+  // The first question that the device did not answer for another cause (it is off, it failed),
+  // with its arguments; empty for none. A dump without the answer is not the table.
   const std::string& unanswered() const { return unanswered_; }
   // What it said in the place of an answer: a result of the client interface.
   int unanswered_result() const { return unanswered_result_; }

@@ -46,8 +46,8 @@ TableSession::Dump TableSession::ReadTable(const BackupTable& table, const std::
   Dump dump = {.text = DumpTable(table, path, *library_), .rows = {}};
   if (!refusals_->unanswered().empty()) {
     throw Failure(Tr("the {} cannot be read: the device '{}' answered {} to {}",
-                     Translated(table.text), Shown(device_->name()),
-                     refusals_->unanswered_result(), Shown(refusals_->unanswered())));
+                     Translated(table.text), Shown(device_->name()), refusals_->unanswered_result(),
+                     Shown(refusals_->unanswered())));
   }
   if (refusals_->lacks_all()) throw lacks();
   try {
