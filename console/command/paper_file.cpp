@@ -14,7 +14,7 @@
 namespace lorimat::console {
 
 PaperFile::PaperFile(const std::string& file, Streams& streams) : name_(file), streams_(streams) {
-  if (name_.empty() || name_ == "-") {
+  if (name_.empty() || name_ == "-" || Streams::IsOutput(name_)) {
     name_.clear();
     return;
   }

@@ -22,14 +22,13 @@ constexpr uint64_t kMebibyte = uint64_t{1} << 20;
 
 class LineRecording::FileSink : public recording::Sink {
  public:
-  explicit FileSink(const std::string& file)
-      : file_(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
+  FileSink(const std::string& file, const Streams& streams) : file_(Opened(file, streams)) {
     if (!file_.is_open()) {
       throw Failure(Tr("{}: cannot be opened for writing: {}", Shown(file), SystemMessage(errno)));
     }
     // It is for its owner, also where a file of the name was there.
     struct stat status;
-    if (fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+    if (!Streams::IsOutput(file) && fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode)) {
       static_cast<void>(fchmod(file_.get(), 0600));
     }
   }
@@ -38,6 +37,13 @@ class LineRecording::FileSink : public recording::Sink {
   }
 
  private:
+  static int Opened(const std::string& file, const Streams& streams) {
+    if (Streams::IsOutput(file)) {
+      return fcntl(streams.output_descriptor(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    }
+    return open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  }
+
   Descriptor file_;
 };
 
@@ -63,7 +69,7 @@ LineRecording::LineRecording(const RecordOptions& options, const Device& device,
 }
 
 void LineRecording::Begin(const Device& device, std::string library) {
-  sink_ = std::make_unique<FileSink>(options_.file);
+  sink_ = std::make_unique<FileSink>(options_.file, streams_);
   recording::RecorderSettings settings;
   settings.made_by = "lorimat " LORIMAT_VERSION;
   settings.library = std::move(library);

@@ -100,6 +100,10 @@ void Streams::OutputText(std::string_view text) {
   }
 }
 
+bool Streams::IsOutput(std::string_view file) {
+  return file == "/dev/stdout" || file == "/dev/fd/1" || file == "/proc/self/fd/1";
+}
+
 void Streams::Error(std::string_view text) { WriteAll(own_error_.get(), text); }
 
 bool Streams::error_is_terminal() const { return isatty(own_error_.get()) == 1; }

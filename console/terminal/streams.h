@@ -53,6 +53,9 @@ class Streams {
   // The text as OutputText writes it.
   std::string ForOutput(std::string_view text) const;
   int output_descriptor() const { return own_output_.get(); }
+  // Whether a file that is named so ("/dev/stdout") is the program's standard output. By its name
+  // it cannot be opened while descriptor 1 is turned away.
+  static bool IsOutput(std::string_view file);
   // The program's standard error. A failure is ignored: there is no place left to tell it.
   void Error(std::string_view text);
   bool error_is_terminal() const;

@@ -74,6 +74,24 @@ TEST(Record, TheLimitEndsItAndNotTheRun) {
   EXPECT_THAT(recording, HasSubstr("\nend: limit "));
 }
 
+// The library's own lines are kept off descriptor 1, and nothing else is.
+TEST(Record, StandardOutputCanBeNamed) {
+  const TestFolder folder;
+  for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+    const ProgramRun recorded = RunConsole({"run", folder.Write("till.cmd", kLines), "--record",
+                                            name, "--paper", folder.Path("paper.txt")});
+    EXPECT_THAT(recorded.output, StartsWith("recording: 1\n")) << name;
+    EXPECT_THAT(recorded.output, HasSubstr("\nend: whole ")) << name;
+    const ProgramRun printed =
+        RunConsole({"run", folder.Path("till.cmd"), "--clock", "2024-01-15 10:30"});
+    EXPECT_EQ(
+        RunConsole({"run", folder.Path("till.cmd"), "--clock", "2024-01-15 10:30", "--paper", name})
+            .output,
+        printed.output)
+        << name;
+  }
+}
+
 TEST(Record, NoFileThatIsNeededIsWrittenOver) {
   const TestFolder folder;
   const std::string lines = folder.Write("till.cmd", kLines);
