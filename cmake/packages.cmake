@@ -100,7 +100,7 @@ lorimat_package(lorimat PACKAGE lorimat SECTION utils TARGET lorimat
 
 This is the program that a person uses: it runs files of lines on a virtual
 register, checks them without running them, has a shell, and tells what result
-codes mean.")
+codes mean. With it comes lorimatd, which takes lines and receipts by HTTP.")
 # The component with the Python package, where there is one.
 if(TARGET lorimat_c AND TARGET lorimat_register_c)
   lorimat_package(python3-lorimat PACKAGE python3-lorimat SECTION python ARCHITECTURE all
