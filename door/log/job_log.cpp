@@ -298,16 +298,15 @@ Job JobLog::Accept(const NewJob& job, bool* was_there) {
   while (!mine.is_over) {
     if (is_accepting_) {
       accepted_.wait(waiting);
-      continue;
+    } else if (SteadyClock::now() < due_) {
+      accepted_.wait_until(waiting, due_);
+    } else {
+      const Batch batch = TakeWaiting();
+      waiting.unlock();
+      AcceptAll(batch);
+      waiting.lock();
+      Release(batch);
     }
-    is_accepting_ = true;
-    const std::vector<Acceptance*> batch = std::exchange(waiting_, {});
-    waiting.unlock();
-    AcceptAll(batch);
-    waiting.lock();
-    is_accepting_ = false;
-    for (Acceptance* one : batch) one->is_over = true;
-    accepted_.notify_all();
   }
   waiting.unlock();
   if (mine.failure) std::rethrow_exception(mine.failure);
@@ -316,19 +315,82 @@ Job JobLog::Accept(const NewJob& job, bool* was_there) {
   return std::move(mine.accepted);
 }
 
-// In one unit of work: all of them are on the disk, or none is.
-void JobLog::AcceptAll(const std::vector<Acceptance*>& batch) noexcept {
+// Both with accepting_ taken. Nobody else accepts in between.
+JobLog::Batch JobLog::TakeWaiting() {
+  if (is_accepting_) return {};
+  is_accepting_ = !waiting_.empty();
+  return std::exchange(waiting_, {});
+}
+
+void JobLog::Release(const Batch& batch) {
+  if (batch.empty()) return;
+  is_accepting_ = false;
+  for (Acceptance* one : batch) one->is_over = true;
+  accepted_.notify_all();
+}
+
+// In one unit of work: all of it is on the disk, or nothing is.
+void JobLog::CommitAll(const std::function<void()>& move, std::initializer_list<const Job*> moved,
+                       const Batch& batch) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  // It ends ahead of the lock: behind it the next thread's unit is under way.
+  Transaction unit(database_);
+  if (move) move();
+  for (Acceptance* one : batch) one->accepted = Accepted(one->job, &one->was_there);
+  Commit(unit, moved);
+  for (const Acceptance* one : batch) {
+    if (!one->was_there) Count(one->accepted, one->accepted.history.size());
+  }
+}
+
+void JobLog::AcceptAll(const Batch& batch) noexcept {
+  if (batch.empty()) return;
   try {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    Transaction unit(database_);
-    for (Acceptance* one : batch) one->accepted = Accepted(one->job, &one->was_there);
-    Commit(unit, {});
-    for (const Acceptance* one : batch) {
-      if (!one->was_there) Count(one->accepted, one->accepted.history.size());
-    }
+    CommitAll(nullptr, {}, batch);
   } catch (...) {
     for (Acceptance* one : batch) one->failure = std::current_exception();
   }
+}
+
+// Those that wait to be accepted ride along: they cost no commit of their own, for which the next
+// move would wait. Neither takes the other with it: what fails together is done one by one.
+void JobLog::MoveAll(const std::function<void()>& move, std::initializer_list<const Job*> moved) {
+  Batch riders;
+  {
+    const std::lock_guard<std::mutex> lock(accepting_);
+    riders = TakeWaiting();
+  }
+  std::exception_ptr failure;
+  bool is_done = false;
+  try {
+    CommitAll(move, moved, riders);
+    is_done = true;
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  if (!riders.empty()) {
+    if (!is_done) {
+      try {
+        CommitAll(move, moved, {});
+        failure = nullptr;
+      } catch (...) {
+        failure = std::current_exception();
+      }
+      AcceptAll(riders);
+    }
+    const std::lock_guard<std::mutex> lock(accepting_);
+    Release(riders);
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+// The next commit of the series will come in good time, as this one did.
+void JobLog::NoteSeries() {
+  const SteadyClock::time_point now = SteadyClock::now();
+  const std::lock_guard<std::mutex> lock(accepting_);
+  const bool is_quick = last_of_series_ && now - *last_of_series_ <= ride_;
+  due_ = has_queued_ && is_quick ? now + ride_ : SteadyClock::time_point();
+  last_of_series_ = now;
 }
 
 // Within a unit of work.
@@ -412,13 +474,7 @@ Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
 
 Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
   Job job;
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    // It ends ahead of the lock: behind it the next thread's unit is under way.
-    Transaction unit(database_);
-    job = Moved(id, to, why, news);
-    Commit(unit, {&job});
-  }
+  MoveAll([&] { job = Moved(id, to, why, news); }, {&job});
   Tell(job);
   return job;
 }
@@ -426,13 +482,13 @@ Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
 Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
   Job ended;
   Job job;
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    Transaction unit(database_);
-    ended = Moved(first.id, first.to, first.why, first.news);
-    job = Moved(second.id, second.to, second.why, second.news);
-    Commit(unit, {&ended, &job});
-  }
+  MoveAll(
+      [&] {
+        ended = Moved(first.id, first.to, first.why, first.news);
+        job = Moved(second.id, second.to, second.why, second.news);
+      },
+      {&ended, &job});
+  NoteSeries();
   Tell(ended);
   Tell(job);
   return job;

@@ -5,6 +5,8 @@
 // was asked is in it. Members may be called by several threads.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <initializer_list>
@@ -105,6 +107,7 @@ class JobLog {
 
   // Takes a job. Where desk and key have one already, that one is answered, with *was_there true.
   // Those that come while the disk is at work are taken together, by one commit, and fail together.
+  // In a series of MoveBoth, with more jobs queued, they wait for its next commit for a moment.
   Job Accept(const NewJob& job, bool* was_there);
   // Throws IllegalMove when MayMove does not have it.
   Job Move(int64_t id, JobState to, Why why, const JobNews& news = {});
@@ -114,6 +117,12 @@ class JobLog {
   int Expire();
 
   int64_t Now() const { return clock_(); }
+
+  // How long at most that moment is. One commit of a series comes no later behind the one before,
+  // or it is not waited for. While one is, a thread of the server waits.
+  static constexpr std::chrono::milliseconds kRide{10};
+  // To be set before other threads use the log.
+  void SetRide(std::chrono::milliseconds ride) { ride_ = ride; }
 
   // How the device is, or what somebody should look at (LogEvent::text): an event, by a commit of
   // its own, where it is not what was told of the same kind before; nothing was before the first.
@@ -135,10 +144,18 @@ class JobLog {
 
  private:
   struct Acceptance;
+  using Batch = std::vector<Acceptance*>;
+  using SteadyClock = std::chrono::steady_clock;
 
   void MakeTables();
   void SettleCopy();
-  void AcceptAll(const std::vector<Acceptance*>& batch) noexcept;
+  Batch TakeWaiting();
+  void Release(const Batch& batch);
+  void AcceptAll(const Batch& batch) noexcept;
+  void CommitAll(const std::function<void()>& move, std::initializer_list<const Job*> moved,
+                 const Batch& batch);
+  void MoveAll(const std::function<void()>& move, std::initializer_list<const Job*> moved);
+  void NoteSeries();
   Job Accepted(const NewJob& job, bool* was_there);
   Job Load(Statement& row);
   std::optional<Job> LoadOne(Statement row);
@@ -156,8 +173,13 @@ class JobLog {
 
   std::mutex accepting_;  // taken ahead of mutex_, or alone
   std::condition_variable accepted_;
-  std::vector<Acceptance*> waiting_;
+  Batch waiting_;
   bool is_accepting_ = false;
+  // Until then the next commit of a series is expected, and when the last one was.
+  SteadyClock::time_point due_{};
+  std::optional<SteadyClock::time_point> last_of_series_;
+  std::chrono::milliseconds ride_ = kRide;
+  std::atomic<bool> has_queued_{false};
   std::mutex mutex_;
   Clock clock_;
   std::function<void(int64_t id)> observer_;

@@ -48,6 +48,7 @@ void JobLog::Count(const Job& job, size_t steps) {
     const int64_t time = std::max<int64_t>(job.history[i].time - before.time, 0);
     figures_.left[from].Add(static_cast<double>(time) / kSecond);
   }
+  has_queued_ = figures_.jobs[static_cast<size_t>(JobState::kQueued)] > 0;
 }
 
 void JobLog::NoteText(EventKind kind, const std::string& text) {
