@@ -1,7 +1,6 @@
 #include "door/run_door.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -26,7 +26,6 @@
 #include "console/device/register_name.h"
 #include "console/host/device_options.h"
 #include "console/host/installed_files.h"
-#include "console/host/library.h"
 #include "console/host/register_options.h"
 #include "console/message/catalogs.h"
 #include "console/message/failure.h"
@@ -39,6 +38,7 @@
 #include "door/faults.h"
 #include "door/http/api.h"
 #include "door/http/server.h"
+#include "door/job/door_library.h"
 #include "door/job/kept_documents.h"
 #include "door/job/opened_device.h"
 #include "door/job/register_device.h"
@@ -110,13 +110,6 @@ class TroubleTeller {
   Notices& notices_;
   std::string told_;
 };
-
-// The library takes a path of 79 characters; the descriptor has a shorter one.
-int InitLibrary(console::Library& library, const std::string& definition,
-                RtfClientInterface& client) {
-  const console::Descriptor file(open(definition.c_str(), O_RDONLY | O_CLOEXEC));
-  return library.Init("/proc/self/fd/" + std::to_string(file.get()), &client);
-}
 
 // Of a log that is a copy.
 void TellLeftToOperator(const JobLog& log, Notices& notices) {
@@ -207,6 +200,35 @@ void EndIfHung(const OpenedDevice* device, Notices& notices) {
   _exit(kExitHung);
 }
 
+// What the device is as the program begins; nothing where it does not tell that now, with the cause
+// in *away. Throws Failure where it refuses to.
+std::optional<DeviceState> FirstState(FiscalDevice& device, const OpenedDevice* plugin,
+                                      const std::string& file, Notices& notices,
+                                      std::string* away) {
+  if (plugin != nullptr) *away = plugin->away();
+  if (!away->empty()) return std::nullopt;
+  const MissingItems missing = device.Missing();
+  const std::optional<DeviceState> state = device.Ask();
+  EndIfHung(plugin, notices);
+  if (missing.text.empty() && state) return state;
+  *away = Tr("{}: the device does not tell what the outcome of a job is known by: {}", Shown(file),
+             missing.text);
+  if (!missing.may_pass || plugin == nullptr) throw Failure(*away);
+  return std::nullopt;
+}
+
+// The log belongs to the device that is there.
+void BindLog(JobLog& log, const DeviceNumbers& now, Notices& notices) {
+  try {
+    log.Bind(now.serial);
+  } catch (const OtherDevice& other) {
+    LeaveToOperator(log);
+    throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
+                     Shown(now.serial)));
+  }
+  TellFurtherOn(log, now, notices);
+}
+
 std::string LogFile(const Options& options, const console::DeviceRequest& request) {
   if (options.log.empty() && !IsRegister(request)) {
     throw Failure(Tr("--log names no file: with --device there has to be one for the log"));
@@ -270,35 +292,34 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   std::unique_ptr<FiscalDevice> bare = OpenDoorDevice(request, streams, notices, calls);
   // What its tables are is known of the register alone.
   auto* own = dynamic_cast<RegisterDevice*>(bare.get());
-  const auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
+  auto* plugin = dynamic_cast<OpenedDevice*>(bare.get());
   const std::unique_ptr<FiscalDevice> opened = WithFaults(std::move(bare));
   WatchedDevice device(*opened, calls);
-  const std::string missing = device.Missing();
-  const std::optional<DeviceState> state = device.Ask();
-  EndIfHung(plugin, notices);
-  if (!missing.empty() || !state) {
-    throw Failure(Tr("{}: the device does not tell what the outcome of a job is known by: {}",
-                     Shown(device_file), missing));
-  }
+  std::string away;
+  const std::optional<DeviceState> state = FirstState(device, plugin, device_file, notices, &away);
+  // Which device a new log is to belong to is known by that device alone.
+  if (!state && !std::filesystem::exists(log_file)) throw Failure(away);
   JobLog log(log_file);
+  if (!state && log.serial().empty()) throw Failure(away);
   TellLeftToOperator(log, notices);
-  try {
-    log.Bind(state->numbers.serial);
-  } catch (const OtherDevice& other) {
-    LeaveToOperator(log);
-    throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
-                     Shown(state->numbers.serial)));
+  if (state) {
+    BindLog(log, state->numbers, notices);
+  } else {
+    plugin->PutAway();
   }
-  TellFurtherOn(log, state->numbers, notices);
 
   const console::DefinitionFile definition = console::FindDefinitionFile(options.language);
   LineJudge judge(definition.path);
   streams.StartTrace("");
-  console::Library library(console::FindLibrary(options.library), streams);
-  const int begun = InitLibrary(library, definition.path, device.client());
+  DoorLibrary library(definition.path, console::FindLibrary(options.library), streams, device);
+  const bool has_begun = library.Begin();
   EndIfHung(plugin, notices);
-  if (begun != 0) {
+  if (!has_begun) {
     throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
+  }
+  if (!state) {
+    library.BeginAgain(
+        [&log, &notices](const DeviceState& now) { TellFurtherOn(log, now.numbers, notices); });
   }
 
   const std::unique_ptr<HttpServer> made =
@@ -328,6 +349,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
                        },
                    .calls = &calls,
                    .device_timeout = request.timeout,
+                   .trouble = state ? DeviceTrouble::kNone : DeviceTrouble::kAway,
                    .hung = [] { _exit(kExitHung); },
                    .tell =
                        [&](DeviceTrouble trouble, const std::exception* failure) {
@@ -416,7 +438,8 @@ int ParseAndRun(int argc, char** argv, Streams& streams, Notices& notices) {
   // Its footer is that of the other program.
   app.footer(console::Translated(TR_TEXT(R"(Exit codes:
   0   ended by SIGTERM or Ctrl-C; the job at work has been finished
-  2   wrong use, or the device, the log or the library cannot be used
+  2   wrong use, or the device, the log or the library cannot be used; a
+      device that is away is waited for, unless the log is new
   75  a call of the device did not come back; started again, it asks what became of the job
 )"))
                  .data());

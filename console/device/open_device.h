@@ -28,7 +28,7 @@ struct DeviceRequest {
   std::vector<std::pair<std::string, std::string>> options = {};  // in the order they were given
   // How long a plug-in may take for a call.
   std::chrono::seconds timeout = kDeviceTimeout;
-  // A plug-in that this process has had open: it is opened without a trial in a process of its own.
+  // A plug-in that a trial in a process of its own has loaded once: it is opened without another.
   bool was_tried = false;
   // For its tables alone: a device with an open document, or with faults that wait, is refused, and
   // what a host has to be told at its start waits for that host.
@@ -61,7 +61,7 @@ void RequireDevice(const DeviceRequest& request);
 std::string FileOfRegister(const DeviceRequest& request);
 
 // Opens it. Tells on standard error what there is to be told at its start. Throws Failure with the
-// cause.
+// cause, DeviceAway where that may pass.
 std::unique_ptr<Device> OpenDevice(const DeviceRequest& request, Streams& streams);
 
 // The files that nothing may write over while the device is at work, whether they are there or not.

@@ -75,6 +75,14 @@ std::string OneLine(const char* text) {
   return line;
 }
 
+// Throws what the facts have against the device.
+void RequireOpen(const std::string& file, const PluginFacts& facts) {
+  const std::string refusal = RefusalOf(file, facts);
+  if (refusal.empty()) return;
+  if (facts.is_away()) throw DeviceAway(refusal);
+  throw Failure(refusal);
+}
+
 }  // namespace
 
 // All that the plug-in's thread touches.
@@ -206,8 +214,7 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
       if (trial.failure.cause == LoadCause::kHangs) throw DeviceHung(text);
       throw Failure(text);
     }
-    const std::string refusal = RefusalOf(file_, trial.facts);
-    if (!refusal.empty()) throw Failure(refusal);
+    RequireOpen(file_, trial.facts);
     tried = std::move(trial.facts);
   }
   core_ = std::make_shared<Core>(request);
@@ -244,11 +251,11 @@ PluginDevice::PluginDevice(const DeviceRequest& request, Streams& streams)
 
 void PluginDevice::TakeOpened(const std::optional<PluginFacts>& tried) {
   facts_ = core_->facts;
-  std::string fault = RefusalOf(file_, facts_);
-  if (fault.empty() && tried && !facts_.IsSame(*tried)) {
-    fault = Tr("{}: the device says something else of itself than a moment ago", Shown(file_));
+  RequireOpen(file_, facts_);
+  if (tried && !facts_.IsSame(*tried)) {
+    throw Failure(
+        Tr("{}: the device says something else of itself than a moment ago", Shown(file_)));
   }
-  if (!fault.empty()) throw Failure(fault);
   client_ =
       std::make_unique<TimedClient>(std::shared_ptr<RtfClientInterface>(core_, &core_->client()),
                                     *thread_, [this] { LookBehind(); });

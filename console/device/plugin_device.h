@@ -19,7 +19,8 @@ namespace lorimat::console {
 
 class PluginDevice : public Device {
  public:
-  // Tries the file in another process, and loads and opens it. Throws Failure with the cause.
+  // Tries the file in another process, and loads and opens it. Throws Failure with the cause,
+  // DeviceAway where that may pass.
   PluginDevice(const DeviceRequest& request, Streams& streams);
   // Closes it, unless it hangs; the file stays loaded.
   ~PluginDevice() override;

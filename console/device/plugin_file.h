@@ -24,6 +24,10 @@ struct PluginFacts {
   std::string lacks = {};  // the member that has to be there, or is wrong
 
   bool is_open() const { return result == LORIMAT_DEVICE_OK && lacks.empty(); }
+  // Whether what keeps it from being opened may pass.
+  bool is_away() const {
+    return result == LORIMAT_DEVICE_FAILED || result == LORIMAT_DEVICE_IN_USE;
+  }
   // Whether it is the same device still.
   bool IsSame(const PluginFacts& other) const;
 };

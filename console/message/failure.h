@@ -18,6 +18,12 @@ class DeviceHung : public Failure {
   using Failure::Failure;
 };
 
+// A device cannot be opened now, by its own word, and may be there another time.
+class DeviceAway : public Failure {
+ public:
+  using Failure::Failure;
+};
+
 // Nobody reads standard output any more.
 class ReaderGone : public Failure {
  public:

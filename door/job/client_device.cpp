@@ -51,14 +51,19 @@ int ResultOf(Call call) {
   }
 }
 
+// With the device's result in *result, where somebody wants it.
 template <typename Call>
-bool Asks(Call call) {
-  return ResultOf(call) == RTF_SUCCESS;
+bool Asks(Call call, int* result = nullptr) {
+  const int told = ResultOf(call);
+  if (result != nullptr) *result = told;
+  return told == RTF_SUCCESS;
 }
 
-std::optional<std::string> Item(RtfClientInterface& client, int item) {
+std::optional<std::string> Item(RtfClientInterface& client, int item, int* result = nullptr) {
   Text text{};
-  if (!Asks([&] { return client.GetDataInternal(item, text.data()); })) return std::nullopt;
+  if (!Asks([&] { return client.GetDataInternal(item, text.data()); }, result)) {
+    return std::nullopt;
+  }
   text.back() = 0;
   return std::string(text.data());
 }
@@ -72,8 +77,8 @@ std::optional<Number> ReadNumber(std::string_view text) {
 }
 
 template <typename Number>
-std::optional<Number> NumberItem(RtfClientInterface& client, int item) {
-  const std::optional<std::string> text = Item(client, item);
+std::optional<Number> NumberItem(RtfClientInterface& client, int item, int* result = nullptr) {
+  const std::optional<std::string> text = Item(client, item, result);
   return text ? ReadNumber<Number>(*text) : std::nullopt;
 }
 
@@ -86,21 +91,19 @@ bool ReadWhereItIs(RtfClientInterface& client, int item, std::optional<int64_t>*
   return !IsUnclearResult(result);
 }
 
-std::optional<int> LastReceipt(RtfClientInterface& client) {
+std::optional<int> LastReceipt(RtfClientInterface& client, int* result = nullptr) {
   Text text{};
   int number = 0;
-  if (!Asks([&] { return client.GetData(RTF_FPTR_GD_FISCAL_REC, &number, text.data()); })) {
-    return std::nullopt;
-  }
+  const auto ask = [&] { return client.GetData(RTF_FPTR_GD_FISCAL_REC, &number, text.data()); };
+  if (!Asks(ask, result)) return std::nullopt;
   text.back() = 0;
   return ReadNumber<int>(text.data());
 }
 
-std::optional<int> PrinterState(RtfClientInterface& client) {
+std::optional<int> PrinterState(RtfClientInterface& client, int* result = nullptr) {
   int state = 0;
-  if (!Asks([&] { return client.GetIntProperty(RTF_PIDXFptr_PrinterState, &state); })) {
-    return std::nullopt;
-  }
+  const auto ask = [&] { return client.GetIntProperty(RTF_PIDXFptr_PrinterState, &state); };
+  if (!Asks(ask, result)) return std::nullopt;
   return state;
 }
 
@@ -111,8 +114,8 @@ struct Status {
   int key = 0;
 };
 
-std::optional<Status> ReadStatus(RtfClientInterface& client) {
-  const std::optional<std::string> line = Item(client, kStatus);
+std::optional<Status> ReadStatus(RtfClientInterface& client, int* result = nullptr) {
+  const std::optional<std::string> line = Item(client, kStatus, result);
   if (!line) return std::nullopt;
   const size_t first = line->find(';');
   const size_t last = line->rfind(';');
@@ -203,23 +206,31 @@ std::optional<DeviceState> ClientDevice::Ask() {
   return state;
 }
 
-std::string ClientDevice::Missing() {
+MissingItems ClientDevice::Missing() {
   RtfClientInterface& device = client();
-  std::string missing;
-  const auto need = [&missing](bool there, std::string_view what) {
+  MissingItems missing;
+  int result = RTF_SUCCESS;
+  const auto need = [&missing, &result](bool there, std::string_view what) {
     if (there) return;
-    if (!missing.empty()) missing += ", ";
-    missing += console::Translated(what);
+    if (!missing.text.empty()) missing.text += ", ";
+    missing.text += console::Translated(what);
+    // What was told, and cannot be read, will be told so again.
+    if (result == RTF_SUCCESS || IsRefusal(result)) missing.may_pass = false;
   };
-  const std::optional<std::string> serial = Item(device, kSerial);
+  const std::optional<std::string> serial = Item(device, kSerial, &result);
   need(serial && !serial->empty(), TR_TEXT("serial number (data item 92)"));
-  need(NumberItem<int>(device, kClosure).has_value(), TR_TEXT("last day closing (data item 394)"));
-  need(LastReceipt(device).has_value(), TR_TEXT("last document (GetData 20)"));
-  need(NumberItem<int>(device, kInvoice).has_value(), TR_TEXT("last invoice (data item 15)"));
-  need(NumberItem<int64_t>(device, kDayTotal).has_value(),
-       TR_TEXT("total of the day (data item 89)"));
-  need(PrinterState(device).has_value(), TR_TEXT("state of the printer"));
-  need(ReadStatus(device).has_value(), TR_TEXT("status line (data item 371)"));
+  const bool has_closure = NumberItem<int>(device, kClosure, &result).has_value();
+  need(has_closure, TR_TEXT("last day closing (data item 394)"));
+  const bool has_document = LastReceipt(device, &result).has_value();
+  need(has_document, TR_TEXT("last document (GetData 20)"));
+  const bool has_invoice = NumberItem<int>(device, kInvoice, &result).has_value();
+  need(has_invoice, TR_TEXT("last invoice (data item 15)"));
+  const bool has_total = NumberItem<int64_t>(device, kDayTotal, &result).has_value();
+  need(has_total, TR_TEXT("total of the day (data item 89)"));
+  const bool has_state = PrinterState(device, &result).has_value();
+  need(has_state, TR_TEXT("state of the printer"));
+  const bool has_status = ReadStatus(device, &result).has_value();
+  need(has_status, TR_TEXT("status line (data item 371)"));
   return missing;
 }
 

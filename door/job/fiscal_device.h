@@ -28,6 +28,12 @@ struct LastDocument {
   std::vector<std::string> paper;  // its lines
 };
 
+// What the door has to know of a device, and was not told.
+struct MissingItems {
+  std::string text;      // for a person; empty when the door can work with the device
+  bool may_pass = true;  // it has refused none of them: it may tell them another time
+};
+
 // What became of a question.
 enum class Told : uint8_t {
   kYes,
@@ -46,8 +52,7 @@ class FiscalDevice {
   virtual RtfClientInterface& client() = 0;
   // Nothing when the device does not answer all of it.
   virtual std::optional<DeviceState> Ask() = 0;
-  // What it cannot tell, for a person; empty when the door can work with it.
-  virtual std::string Missing() = 0;
+  virtual MissingItems Missing() = 0;
   // The document that it registered last, where it has these numbers.
   virtual Told FindLast(const DocumentName& name, LastDocument* document) = 0;
   // Whether its last document, of these numbers, makes that sale void as a whole.

@@ -44,11 +44,18 @@ AwayClient& Away() {
 
 OpenedDevice::OpenedDevice(console::DeviceRequest request, console::Streams& streams)
     : request_(std::move(request)), streams_(streams), front_(Away()) {
-  device_ = console::OpenDevice(request_, streams_);
-  front_.SetDevice(*device_->client());
+  try {
+    device_ = console::OpenDevice(request_, streams_);
+    front_.SetDevice(*device_->client());
+  } catch (const console::DeviceAway& away) {
+    // Its file could be loaded, and says itself that there is no device.
+    away_ = away.what();
+  }
   // What was tried once is not tried in another process again: this one has threads by then.
   request_.was_tried = true;
 }
+
+void OpenedDevice::PutAway() { front_.SetDevice(Away()); }
 
 void OpenedDevice::Reopen() {
   front_.SetDevice(Away());

@@ -13,7 +13,7 @@ namespace lorimat::door {
 
 class OpenedDevice : public ClientDevice {
  public:
-  // Opens it. Throws console::Failure with the cause.
+  // Opens it, or leaves that to Reopen where it is away. Throws console::Failure with the cause.
   OpenedDevice(console::DeviceRequest request, console::Streams& streams);
 
   // Stays the same, whatever stands behind it.
@@ -22,6 +22,10 @@ class OpenedDevice : public ClientDevice {
   // operation is answered as by a device that is off. It is console::DeviceHung where one of these
   // calls, or one before, was given up.
   void Reopen() override;
+  // Why it was not opened as this began, for a person; empty where it was.
+  const std::string& away() const { return away_; }
+  // It is not asked again before it has been opened anew.
+  void PutAway();
   // What tells of a call that did not come back and was given up; empty without one.
   std::string HangText() const;
 
@@ -30,6 +34,7 @@ class OpenedDevice : public ClientDevice {
   console::Streams& streams_;
   std::unique_ptr<console::Device> device_;
   console::StoppableClient front_;
+  std::string away_;
 };
 
 }  // namespace lorimat::door

@@ -24,7 +24,7 @@ Service::Service(Parts parts)
             NoteBeat();
             if (parts_.watch) parts_.watch(step);
           },
-          [this] { return questions_.any(); }) {}
+          [this] { return questions_.any(); }, parts_.trouble) {}
 
 Service::~Service() { Stop(); }
 

@@ -36,6 +36,8 @@ class Service {
     CallWatch::Clock clock = &SteadyTime;
     // One of them takes longer: `hung` is called, with its job unknown in the log.
     std::chrono::milliseconds device_timeout{std::chrono::seconds(300)};
+    // How the device is as this begins.
+    DeviceTrouble trouble = DeviceTrouble::kNone;
     // How long that waits for the log, whose disk may hang as well.
     std::chrono::milliseconds log_grace{std::chrono::seconds(5)};
     std::function<void()> hung;

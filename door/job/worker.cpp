@@ -47,13 +47,14 @@ class Worker::AtWork {
 };
 
 Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run, StepWatch watch,
-               std::function<bool()> is_awaited)
+               std::function<bool()> is_awaited, DeviceTrouble trouble)
     : log_(log),
       device_(device),
       judge_(judge),
       run_(std::move(run)),
       watch_(std::move(watch)),
-      is_awaited_(std::move(is_awaited)) {}
+      is_awaited_(std::move(is_awaited)),
+      trouble_(trouble) {}
 
 void Worker::Move(const Job& job, JobState to, Why why, const JobNews& news) {
   At(Step::kBeforeOutcome);

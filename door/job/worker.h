@@ -47,9 +47,11 @@ class Worker {
   };
 
   // `is_awaited` tells whether somebody else waits for the device: as long as that is so no job
-  // begins by the commit that ends another one. Null: nobody does.
+  // begins by the commit that ends another one. Null: nobody does. `trouble` is how the device is
+  // until it has been asked.
   Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner run,
-         StepWatch watch = nullptr, std::function<bool()> is_awaited = nullptr);
+         StepWatch watch = nullptr, std::function<bool()> is_awaited = nullptr,
+         DeviceTrouble trouble = DeviceTrouble::kNone);
 
   // Does one thing: resolves what is unknown, or runs the next job. Throws RegisterError when the
   // log fails; what was begun is resolved the next time.
@@ -107,7 +109,7 @@ class Worker {
   LineRunner run_;
   StepWatch watch_;
   std::function<bool()> is_awaited_;
-  std::atomic<DeviceTrouble> trouble_{DeviceTrouble::kNone};
+  std::atomic<DeviceTrouble> trouble_;
   std::atomic<int64_t> at_work_{0};
   int asked_in_vain_ = 0;
   std::optional<Begun> begun_;

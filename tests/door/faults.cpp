@@ -229,7 +229,7 @@ class FaultyDevice : public ClientDevice {
       : inner_(std::move(inner)), client_(inner_->client()) {}
 
   RtfClientInterface& client() override { return client_; }
-  std::string Missing() override { return inner_->Missing(); }
+  MissingItems Missing() override { return inner_->Missing(); }
   Told FindLast(const DocumentName& name, LastDocument* document) override {
     return inner_->FindLast(name, document);
   }

@@ -1,7 +1,8 @@
 // A plug-in over the virtual register, for the door. Its options are "file", the register's,
 // "throws", a file: an opening that finds it removes it, and throws;
 // "lacks", a data item that it says it does not have, "hangs", one that it does not come back from,
-// and "unplugged", a file: as long as that is there, the device is away and cannot be opened.
+// and "unplugged", a file: as long as that is there, the device is away and cannot be opened. With
+// "mute", a file too, it is opened and answers nothing. "fixed" gives it a fixed decimal point.
 // "opening", "trial" and "closing", files: an opening, one that is a trial, or a closing does not
 // come back while that is there, and one of "other" says something else of itself than its trial
 // did. "closed" is a file that a closing makes. SetDataInternal(kFaultItem, WORD) makes it go
@@ -28,6 +29,7 @@ namespace {
 bool is_gone = false;
 bool is_missed = false;  // the next opening fails
 std::string unplugged;
+std::string mute;
 
 std::string hangs_at_closing;
 std::string closed;
@@ -47,8 +49,8 @@ std::string TextOption(const lorimat_device_plugin* plugin, const char* name) {
 
 class PluginClient : public PassingClient<PluginClient> {
  public:
-  PluginClient(const std::string& file, int lacks, int hangs)
-      : register_(Settings(file)), lacks_(lacks), hangs_at_(hangs) {}
+  PluginClient(const std::string& file, int lacks, int hangs, bool fixed)
+      : register_(Settings(file)), lacks_(lacks), hangs_at_(hangs), fixed_(fixed) {}
   RtfClientInterface& inner() { return register_; }
 
   int SetDataInternal(int item, const char* text) override {
@@ -58,7 +60,13 @@ class PluginClient : public PassingClient<PluginClient> {
     return RTF_SUCCESS;
   }
   int GetDataInternal(int item, char* text) override {
+    constexpr int kFixedPoint = 352;
     while (item == hangs_at_) pause();
+    if (item == kFixedPoint && fixed_) {
+      const int result = PassingClient::GetDataInternal(item, text);
+      if (result == RTF_SUCCESS) std::strcpy(text, "1");
+      return result;
+    }
     return item == lacks_ ? RTF_E_ILLEGAL : PassingClient::GetDataInternal(item, text);
   }
 
@@ -68,7 +76,7 @@ class PluginClient : public PassingClient<PluginClient> {
                   operation != ClientOperation::kGetIntProperty &&
                   operation != ClientOperation::kGetState) {
       is_gone = is_gone || IsUnplugged();
-      if (is_gone) return RTF_E_OFFLINE;
+      if (is_gone || IsThere(mute.c_str())) return RTF_E_OFFLINE;
     }
     if constexpr (ActsOnDevice(kind)) {
       while (hangs_) pause();
@@ -86,6 +94,7 @@ class PluginClient : public PassingClient<PluginClient> {
   VirtualRegister register_;
   int lacks_;     // 0 for none
   int hangs_at_;  // the same
+  bool fixed_;
   bool hangs_ = false;
 };
 
@@ -109,6 +118,7 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
     throw 1;
   }
   unplugged = TextOption(plugin, "unplugged");
+  mute = TextOption(plugin, "mute");
   if (is_missed || IsUnplugged()) {
     is_missed = false;
     std::strcpy(plugin->error, "there is nothing at the other end");
@@ -126,8 +136,9 @@ LORIMAT_DEVICE_API int lorimat_device_open(lorimat_device_plugin* plugin) {
     if (is_trial) {
       client = std::make_unique<RtfClientBase>();
     } else {
-      client = std::make_unique<PluginClient>(file, lacks != nullptr ? std::atoi(lacks) : 0,
-                                              hangs != nullptr ? std::atoi(hangs) : 0);
+      client = std::make_unique<PluginClient>(
+          file, lacks != nullptr ? std::atoi(lacks) : 0, hangs != nullptr ? std::atoi(hangs) : 0,
+          lorimat_device_find_option(plugin, "fixed") != nullptr);
     }
   } catch (const std::exception& error) {
     std::strncpy(plugin->error, error.what(), sizeof plugin->error - 1);

@@ -154,6 +154,44 @@ def test_a_device_that_went_away_is_opened_again(shop, folder):
     assert "the device does not answer" in shop.errors
 
 
+@pytest.mark.parametrize("how", ["unplugged", "mute"])
+def test_a_device_that_is_away_at_the_start_is_opened_when_it_comes(shop, folder, how):
+    # What the translator learns from a device as it is begun: here that 120 is 1.20.
+    shop.device += ["--device-option", f"mute={folder}/mute", "--device-option", "fixed=1"]
+    sale = ["VEND REP=1, PRE=120", "CHIU TEND=CONTANTI"]
+    shop.start(fault="kill@before-line:4")
+    assert shop.post(sale, "k1")[1]["document"]["total"] == "1.20"
+    assert shop.post(sale, "k2")[0] == 0
+    assert shop.wait() == -9
+    (folder / how).touch()
+    shop.start()
+    status, problem = shop.post(sale, "k3")
+    assert (status, problem["code"]) == (503, "device_away")
+    assert shop.request("GET", "/readyz")[0] == 503
+    # What the log has is told: what is over, and what waits for the device.
+    assert shop.post(sale, "k1")[0] == 200
+    assert shop.post(sale, "k2", path="/v1/jobs?wait=0")[0] == 409
+    (folder / how).unlink()
+    until(lambda: shop.get("/v1/device")[1]["ready"])
+    job = final_job(shop, "k2")
+    assert (job["state"], job["document"]["total"]) == ("confirmed", "1.20")
+    assert shop.post(sale, "k3")[1]["document"]["total"] == "1.20"
+    assert shop.documents() == [(1, 1), (1, 2), (1, 3)]
+    assert shop.stop() == 0
+    assert "the device does not answer" in shop.errors
+
+
+@pytest.mark.parametrize("how", ["unplugged", "mute"])
+def test_a_new_log_needs_its_device(folder, how):
+    (folder / how).touch()
+    code, errors = run(*plugin(folder, f"{how}={folder}/{how}"), "--log", f"{folder}/log")
+    assert code == 2
+    told = {"unplugged": "the device cannot be opened: there is nothing at the other end",
+            "mute": "the device does not tell what the outcome of a job is known by: serial number"}
+    assert told[how] in errors
+    assert not (folder / "log").exists()
+
+
 def test_what_an_opening_throws_is_a_device_that_cannot_be_opened(shop, folder):
     shop.device += ["--device-option", f"throws={folder}/throws"]
     shop.start()

@@ -21,6 +21,56 @@ class PlainDevice : public ClientDevice {
   RtfClientInterface& client_;
 };
 
+// Answers with a result of its own, and with another one to the last day closing.
+class Failing : public PassingClient<Failing> {
+ public:
+  explicit Failing(RtfClientInterface& inner) : inner_(inner) {}
+  RtfClientInterface& inner() { return inner_; }
+  template <ClientOperation operation, OperationKind kind, typename Call>
+  auto Pass(Call call) -> decltype(call()) {
+    if constexpr (std::is_same_v<decltype(call()), int>) {
+      if (result != RTF_SUCCESS) return result;
+    }
+    return call();
+  }
+  int GetDataInternal(int item, char* text) override {
+    constexpr int kLastClosing = 394;
+    if (item == kLastClosing && of_closing != RTF_SUCCESS) return of_closing;
+    return PassingClient::GetDataInternal(item, text);
+  }
+
+  int result = RTF_SUCCESS;
+  int of_closing = RTF_SUCCESS;
+
+ private:
+  RtfClientInterface& inner_;
+};
+
+// One that is off may be on another time; one that has no such item will not have it then.
+TEST(ClientDevice, WhatIsNotToldNowMayBeToldLater) {
+  struct Row {
+    int result;
+    int of_closing;
+    bool may_pass;
+  };
+  constexpr Row kRows[] = {{RTF_E_OFFLINE, RTF_SUCCESS, true},
+                           {RTF_E_TIMEOUT, RTF_SUCCESS, true},
+                           {RTF_E_ILLEGAL, RTF_SUCCESS, false},
+                           {RTF_SUCCESS, RTF_E_NOEXIST, false},
+                           {RTF_E_OFFLINE, RTF_E_ILLEGAL, false}};
+  DoorShop shop;
+  Failing client(shop.device->client());
+  PlainDevice device(client);
+  EXPECT_EQ(device.Missing().text, "");
+  for (const Row& row : kRows) {
+    client.result = row.result;
+    client.of_closing = row.of_closing;
+    const MissingItems missing = device.Missing();
+    EXPECT_NE(missing.text.find("last day closing"), std::string::npos);
+    EXPECT_EQ(missing.may_pass, row.may_pass) << row.result << ' ' << row.of_closing;
+  }
+}
+
 // What passes is asked again; what the device has not it will not have another day.
 TEST(ClientDevice, AJournalThatIsNotToldNowMayBeToldLater) {
   struct Row {
