@@ -220,7 +220,7 @@ std::optional<DeviceState> FirstState(FiscalDevice& device, const OpenedDevice* 
 // The log belongs to the device that is there.
 void BindLog(JobLog& log, const DeviceNumbers& now, Notices& notices) {
   try {
-    log.Bind(now.serial);
+    log.Bind(now.serial, now);
   } catch (const OtherDevice& other) {
     LeaveToOperator(log);
     throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),

@@ -54,7 +54,8 @@ Worker::Worker(JobLog& log, FiscalDevice& device, LineJudge& judge, LineRunner r
       run_(std::move(run)),
       watch_(std::move(watch)),
       is_awaited_(std::move(is_awaited)),
-      trouble_(trouble) {}
+      trouble_(trouble),
+      waited_(log, device, judge) {}
 
 void Worker::Move(const Job& job, JobState to, Why why, const JobNews& news) {
   At(Step::kBeforeOutcome);
@@ -83,7 +84,7 @@ Worker::Did Worker::Work() {
     return Did::kWork;
   }
   // Also while nothing can run.
-  if (log_.Expire() > 0) return Did::kWork;
+  if (log_.Expire(waited_.overdue()) > 0) return Did::kWork;
   if (const std::optional<Job> job = log_.First(JobState::kUnknown)) return Resolve(*job);
   return RunNext();
 }
@@ -128,10 +129,14 @@ std::optional<DeviceState> Worker::MakeReady(const DeviceState& state) {
 }
 
 Worker::Did Worker::RunNext() {
-  const std::optional<Job> job = log_.First(JobState::kQueued);
   std::optional<DeviceState> state = Ask();
   if (!state) return Blocked(DeviceTrouble::kAway);
   if (state->numbers.serial != log_.serial()) return Blocked(DeviceTrouble::kOtherDevice);
+  if (waited_.any()) {
+    if (!waited_.Settle(*state)) return Blocked(DeviceTrouble::kAway);
+    if (log_.Expire() > 0) return Did::kWork;
+  }
+  const std::optional<Job> job = log_.First(JobState::kQueued);
   if (state->is_open) {
     // Somebody's document: an operator alone may give it up.
     const std::optional<Job> reset = log_.FirstQueued(JobEffect::kReset);
@@ -401,6 +406,7 @@ Worker::Did Worker::Resolve(const Job& job) {
   // Of another device it would be no mark to go by.
   JobNews news{.document = verdict.document};
   if (is_known) news.seen = now;
+  if (verdict.outcome != Outcome::kNobodyKnows && job.baseline) waited_.NoteResolved(now);
   switch (verdict.outcome) {
     case Outcome::kDone:
       Move(job, JobState::kConfirmed, verdict.why, news);

@@ -17,6 +17,7 @@
 #include "door/job/result_code.h"
 #include "door/job/steps.h"
 #include "door/job/verdict.h"
+#include "door/job/waited_jobs.h"
 #include "door/judge/line_judge.h"
 #include "door/log/job_log.h"
 
@@ -112,6 +113,7 @@ class Worker {
   std::atomic<DeviceTrouble> trouble_;
   std::atomic<int64_t> at_work_{0};
   int asked_in_vain_ = 0;
+  WaitedJobs waited_;
   std::optional<Begun> begun_;
   std::atomic<bool> begins_no_more_{false};
 };

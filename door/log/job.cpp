@@ -57,6 +57,7 @@ constexpr std::string_view kWhys[] = {
     "its time was over before it began",
     "cancelled",
     "it was queued in a copy of the log, and may have run since",
+    "the device is further on than the log, and it may have run since",
 };
 static_assert(std::size(kWhys) == static_cast<size_t>(Why::kLast) + 1);
 

@@ -59,7 +59,8 @@ enum class Why : uint8_t {
   kExpired,
   kCancelled,
   kCopied,
-  kLast = kCopied,
+  kMayHaveRun,
+  kLast = kMayHaveRun,
 };
 // A sentence for a person.
 std::string_view WhyText(Why why);

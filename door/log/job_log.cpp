@@ -123,7 +123,7 @@ void JobLog::SettleCopy() {
   left_to_operator_ = static_cast<int64_t>(queued.size());
 }
 
-void JobLog::Bind(const std::string& serial) {
+void JobLog::Bind(const std::string& serial, const std::optional<DeviceNumbers>& now) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const std::optional<std::string> owner = Value("serial");
   if (owner) {
@@ -132,6 +132,7 @@ void JobLog::Bind(const std::string& serial) {
   }
   Transaction unit(database_);
   PutValue("serial", serial);
+  if (now) PutValue("seen", NumbersRecord(*now));
   unit.Commit();
 }
 
@@ -382,11 +383,11 @@ Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
   return job;
 }
 
-int JobLog::Expire() {
+int JobLog::Expire(const std::vector<int64_t>& but) {
   std::vector<Job> expired;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const std::vector<int64_t> over = Overdue();
+    const std::vector<int64_t> over = Overdue(but);
     if (over.empty()) return 0;
     Transaction unit(database_);
     for (const int64_t id : over) {
@@ -401,12 +402,16 @@ int JobLog::Expire() {
   return static_cast<int>(expired.size());
 }
 
-std::vector<int64_t> JobLog::Overdue() {
+std::vector<int64_t> JobLog::Overdue(const std::vector<int64_t>& but) {
   std::vector<int64_t> over;
   Statement rows =
       database_.Prepare("SELECT id FROM job WHERE state = ? AND expires <= ? ORDER BY id");
   rows.With(Number(JobState::kQueued), clock_());
-  while (rows.Step()) over.push_back(rows.Integer(0));
+  while (rows.Step()) {
+    if (std::find(but.begin(), but.end(), rows.Integer(0)) == but.end()) {
+      over.push_back(rows.Integer(0));
+    }
+  }
   return over;
 }
 

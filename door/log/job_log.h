@@ -79,14 +79,14 @@ class JobLog {
   // The clock's time goes into the history; null is the computer's.
   explicit JobLog(const std::string& file, Clock clock = nullptr);
 
-  // A new log belongs to this device from here on. Throws OtherDevice.
-  void Bind(const std::string& serial);
+  // A new log belongs to this device from here on, and has seen it so. Throws OtherDevice.
+  void Bind(const std::string& serial, const std::optional<DeviceNumbers>& now = {});
   // How many jobs it left to an operator as it was opened: those that were queued in a log that is
   // a copy, and may have run behind it.
   int64_t left_to_operator() const { return left_to_operator_; }
   // Of the device; empty before Bind.
   std::string serial();
-  // What the device told when the last job ended; nothing before the first one.
+  // What the device told when the last job ended, or a new log was bound to it.
   std::optional<DeviceNumbers> seen();
 
   // The job of the desk and key; nothing when there is none.
@@ -113,8 +113,8 @@ class JobLog {
   Job Move(int64_t id, JobState to, Why why, const JobNews& news = {});
   // The same for two jobs, by one commit; answers the second one.
   Job MoveBoth(const JobMove& first, const JobMove& second);
-  // Queued jobs whose time is over.
-  int Expire();
+  // Queued jobs whose time is over, without those of these numbers.
+  int Expire(const std::vector<int64_t>& but = {});
 
   int64_t Now() const { return clock_(); }
 
@@ -160,7 +160,7 @@ class JobLog {
   Job Load(Statement& row);
   std::optional<Job> LoadOne(Statement row);
   void Note(int64_t id, JobState state, Why why, const std::string& note);
-  std::vector<int64_t> Overdue();
+  std::vector<int64_t> Overdue(const std::vector<int64_t>& but);
   // It is on the disk by then: what keeps somebody from being told takes nothing back.
   void Tell(const Job& job) const noexcept;
   void TellEvent(const Job* job) const noexcept;

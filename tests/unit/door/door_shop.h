@@ -36,6 +36,10 @@ class ShopDevice : public RegisterDevice {
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override {
     return has_journal ? RegisterDevice::FindVoid(name, sale) : Told::kNo;
   }
+  Told FindPaper(const DocumentName& name, std::optional<DocumentKind> kind,
+                 std::vector<std::string>* lines) override {
+    return has_journal ? RegisterDevice::FindPaper(name, kind, lines) : Told::kNo;
+  }
   std::optional<JobDocument> LastClosing() override {
     return has_journal ? RegisterDevice::LastClosing() : std::nullopt;
   }
@@ -74,11 +78,12 @@ class DoorShop {
     char name[] = "merkelin.ini";
     EXPECT_EQ(translator_->TradInit(name, 0, &device->client(), true), 0);
     std::filesystem::current_path(before);
-    log = std::make_unique<JobLog>((folder_ / "shop.door").string(), [this] {
+    log = std::make_unique<JobLog>(log_file().string(), [this] {
       if (at_clock) at_clock();
       return now;
     });
-    log->Bind(device->Ask()->numbers.serial);
+    const DeviceNumbers there = device->Ask()->numbers;
+    log->Bind(there.serial, there);
     worker = std::make_unique<Worker>(
         *log, *device, judge(),
         [this](const std::string& line, std::string* answer) { return RunLine(line, answer); },
@@ -157,6 +162,7 @@ class DoorShop {
 
   // --- What the register has
   std::string register_file() const { return (folder_ / "shop.register").string(); }
+  std::filesystem::path log_file() const { return folder_ / "shop.door"; }
   int64_t documents() { return device->device().store().document_count(); }
   // How many registered documents have a mark on them.
   int WithMark(const std::string& mark) {
