@@ -96,7 +96,10 @@ bool WaitedJobs::Settle(const DeviceState& state) {
   while (!jobs_.empty()) {
     const std::optional<Job> job = log_.Find(jobs_.back());
     if (job && job->state == JobState::kQueued && MayHaveRun(*job, now, papers)) {
-      log_.Move(job->id, JobState::kNeedsOperator, Why::kMayHaveRun);
+      // With the last one all of them have been looked at.
+      JobNews news;
+      if (jobs_.size() == 1) news.seen = now;
+      log_.Move(job->id, JobState::kNeedsOperator, Why::kMayHaveRun, news);
     }
     jobs_.pop_back();
   }

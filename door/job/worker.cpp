@@ -412,6 +412,8 @@ Worker::Did Worker::Resolve(const Job& job) {
       Move(job, JobState::kConfirmed, verdict.why, news);
       break;
     case Outcome::kNobodyKnows:
+      // What waits is still to be looked at by what the log knew, also behind a kill.
+      if (waited_.any()) news.seen.reset();
       Move(job, JobState::kNeedsOperator, verdict.why, {.seen = news.seen});
       break;
     case Outcome::kNotDone:

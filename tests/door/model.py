@@ -10,12 +10,14 @@ are looked at behind every step, and at the end of each life, when no trouble co
   once      no job has more than one document, and none that is rejected, expired or cancelled has one
   honest    a job that is confirmed has its document; who was told so sent its body
   known     in the end no job is queued, running or unknown
-  operator  a job needs an operator only where somebody else was at the device
+  operator  a job needs an operator only where somebody else was at the device, or at the log: an old
+            one that is put back has jobs in its queue that have run since
 
 With --mistake one of the rules is broken, and the search has to find it (exit status 1); --mistakes
 looks whether it finds each of them.
 """
 import argparse
+import copy
 import random
 import sys
 
@@ -32,6 +34,9 @@ MISTAKES = {
     "cancel-at-work": "a job that has begun is cancelled",
     "place-as-proof": "a failed job is confirmed by whatever document stands in its place",
     "serial-not-asked": "another device is asked as if it were the job's own",
+    "queue-of-old-log": "what is queued in a log that was put back runs",
+    "seen-too-early": "what the device is counts as seen while the queue has not been looked at",
+    "old-log-expires-first": "what is queued there expires before the device is looked at",
 }
 ATTEMPTS = 3
 
@@ -73,6 +78,17 @@ class World:
         self.strangers = 0       # documents of somebody else, and devices in place of this one
         self.elsewhere = []      # documents of a device that was taken away
         self.replayed = []       # (mark, amount) that a client was told of as confirmed
+        # On the disk with the log: the device's serial and number as a job ended.
+        self.seen = (self.device.serial, 0)
+        self.kept = None         # a copy of log and seen
+        self.marks = 0           # that were ever given
+        self.begins()
+
+    def begins(self):
+        """A process: those that wait are looked at ahead of all else."""
+        self.waited = [job for job in self.log if job.state == "queued"]
+        self.known = next(((job.serial, job.baseline) for job in self.log if job.baseline is not None
+                           and job.state in ("running", "unknown")), self.seen)
 
     # --- what clients and others do
     def client_sends(self):
@@ -85,12 +101,16 @@ class World:
                     self.replayed.append((job.mark, amount))
             return
         job = Job(key, amount)
-        job.mark = f"R{len(self.log)}"
+        job.mark = f"R{self.marks}"
+        self.marks += 1
         job.sale = key
         job.quick = self.chance.random() < 0.3
         self.log.append(job)
 
     def client_cancels(self):
+        # What is taken back ahead of that look is cancelled whatever became of it.
+        if self.waited:
+            return
         for job in self.log:
             begun = job.state != "queued" and self.mistake != "cancel-at-work"
             if not begun and job.state in ("queued", "running") and self.chance.random() < 0.3:
@@ -121,6 +141,22 @@ class World:
 
     def dies(self):
         self.at = None
+        self.begins()
+
+    def log_is_copied(self):
+        self.kept = copy.deepcopy((self.log, self.seen))
+
+    def log_is_put_back(self):
+        """What was told of jobs that it does not know, or knew otherwise, is the tills' affair."""
+        if self.kept is None:
+            return
+        self.log, self.seen = copy.deepcopy(self.kept)
+        for job in self.log:
+            job.expired = job.expired or self.chance.random() < 0.5
+        self.strangers += 1
+        self.told.clear()
+        self.replayed.clear()
+        self.dies()
 
     # --- what the program does, a step at a time
     def works(self):
@@ -133,6 +169,9 @@ class World:
                         job.state = "unknown"
                         return None
                     return self.resolves(job)
+        if self.waited:
+            self.looks_at_waited()
+            return None
         for job in self.log:
             if job.state == "queued":
                 if job.expired and self.mistake != "attempts-forever":
@@ -151,6 +190,20 @@ class World:
                     self.device.open = None  # an operator resets
                 return None
         return None
+
+    def looks_at_waited(self):
+        """A step for each: the process may die between."""
+        job = self.waited.pop()
+        if job.state != "queued" or self.mistake == "queue-of-old-log":
+            return
+        if job.expired and self.mistake == "old-log-expires-first":
+            job.state = "expired"
+            return
+        serial, number = self.known
+        since = self.device.documents[number:]
+        # Its own device never comes back here.
+        if serial != self.device.serial or job.mark in [mark for mark, _ in since]:
+            job.state = "needs_operator"
 
     def goes_on(self):
         at, device = self.at, self.device
@@ -209,6 +262,7 @@ class World:
                 job.state = "unknown"
         if job.state in ("confirmed", "rejected"):
             self.told[job.mark] = job.state
+            self.seen = (device.serial, device.number())
         self.at = None
 
     def resolves(self, job):
@@ -238,6 +292,11 @@ class World:
             job.state = "confirmed"
         else:
             job.state = "needs_operator"
+        now = (device.serial, device.number())
+        if job.state != "needs_operator":
+            self.seen = self.known = now
+        elif not self.waited or self.mistake == "seen-too-early":
+            self.seen = now
         return None
 
     def is_ours(self, job):
@@ -286,7 +345,7 @@ def live(chance, mistake):
     """One life; how many steps it had."""
     world = World(chance, mistake)
     length = chance.randrange(10, 120)
-    with_strangers = chance.random() < 0.3
+    with_strangers, with_copies = chance.random() < 0.3, chance.random() < 0.3
     for _ in range(length):
         what = chance.random()
         if what < 0.15:
@@ -299,8 +358,12 @@ def live(chance, mistake):
             world.stranger_sells()
         elif what < 0.315 and with_strangers:
             world.other_device()
-        elif what < 0.34:
+        elif what < 0.33:
             world.client_cancels()
+        elif what < 0.34:
+            world.log_is_copied()
+        elif what < 0.36 and with_copies:
+            world.log_is_put_back()
         else:
             world.works()
         world.check()

@@ -439,6 +439,40 @@ def test_what_waited_in_a_backup_does_not_run_again(doors, folder):
     assert "the log is a copy; 2 of its jobs were queued" in door.errors
 
 
+def test_what_waited_in_a_snapshot_of_the_files_does_not_run_again(doors, folder):
+    door = doors(folder, faulty=True).start(fault="hang@line:1")
+    for key in ("a", "b", "c"):
+        assert door.post(SALE, key, path="/v1/jobs?wait=0")[0] == 202
+    until(lambda: door.get("/v1/jobs/1")[1]["state"] == "running")
+    door.process.kill()
+    door.wait()
+    files = sorted(folder.glob("shop.register.door*"))
+    kept = [file.read_bytes() for file in files]
+    door.start()
+    assert door.request("DELETE", "/v1/jobs/3")[0] in (200, 409)
+    until(lambda: not door.get("/v1/device")[1]["queued"] and not door.get("/v1/device")[1]["unknown"])
+    until(lambda: all(job["state"] in ("confirmed", "cancelled")
+                      for job in door.get("/v1/jobs")[1]["jobs"]))
+    sold = len(door.documents())
+    assert sold >= 2
+    door.stop()
+    for file in folder.glob("shop.register.door*"):
+        file.unlink()
+    for file, content in zip(files, kept):
+        file.write_bytes(content)
+    door.start()
+    until(lambda: all(job["state"] in ("confirmed", "needs_operator")
+                      for job in door.get("/v1/jobs")[1]["jobs"]))
+    # The third one is sold here where it had been taken back before.
+    jobs = door.get("/v1/jobs")[1]["jobs"]
+    assert [job["state"] for job in jobs[:2]] == ["needs_operator"] * 2
+    assert jobs[2]["state"] == ("needs_operator" if sold == 3 else "confirmed")
+    assert len(door.documents()) == 3
+    assert jobs[1]["history"][-1]["why"] == \
+        "the device is further on than the log, and it may have run since"
+    assert door.stop() == 0
+
+
 def test_a_backup_that_cannot_be_made_leaves_nothing(doors, folder):
     door = doors(folder).start()
     taken = folder / "taken"

@@ -107,8 +107,9 @@ TEST_F(WaitedJobsTest, WhatSomebodySoldAsideKeepsNoneWaiting) {
   shop_.SellAside(10000);
   shop_.Drain();
   ExpectLeft(next);
-  // What comes later was not there to run.
+  // What comes later was not there to run, and the look is over.
   const Job last = shop_.Sell("d");
+  shop_.Restart();
   shop_.Drain();
   EXPECT_EQ(StateOf(last), State::kConfirmed);
 }
@@ -140,6 +141,25 @@ TEST_F(WaitedJobsTest, BehindACopyWithAJobAtWorkToo) {
   PutBackLog();
   shop_.Drain();
   EXPECT_EQ(StateOf(first), State::kNeedsOperator);
+  ExpectLeft(second);
+  EXPECT_EQ(shop_.documents(), 2);
+}
+
+// What the device was found to be ahead of that is not what the log has seen.
+TEST_F(WaitedJobsTest, ALookThatIsCutOffIsTakenAgain) {
+  const Job first = shop_.Sell("a");
+  const Job second = shop_.Sell("b");
+  shop_.KillAt(Step::kBeforeFirstLine);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  KeepLog();
+  shop_.Drain();
+  PutBackLog();
+  shop_.KillAt(Step::kBehindOutcome, 2);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  EXPECT_EQ(StateOf(first), State::kNeedsOperator);
+  EXPECT_EQ(StateOf(second), State::kQueued);
+  shop_.Restart();
+  shop_.Drain();
   ExpectLeft(second);
   EXPECT_EQ(shop_.documents(), 2);
 }
