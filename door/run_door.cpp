@@ -122,8 +122,8 @@ void TellLeftToOperator(const JobLog& log, Notices& notices) {
 }
 
 // What was registered while no door was there.
-void TellFurtherOn(JobLog& log, const DeviceNumbers& now, Notices& notices) {
-  const std::optional<DeviceNumbers> seen = log.seen();
+void TellFurtherOn(JobLog& log, const std::optional<DeviceNumbers>& seen, const DeviceNumbers& now,
+                   Notices& notices) {
   if (!seen || *seen == now || log.First(JobState::kRunning) || log.First(JobState::kUnknown)) {
     return;
   }
@@ -226,7 +226,7 @@ void BindLog(JobLog& log, const DeviceNumbers& now, Notices& notices) {
     throw Failure(Tr("the log belongs to the device {}, and this is {}", Shown(other.serial()),
                      Shown(now.serial)));
   }
-  TellFurtherOn(log, now, notices);
+  TellFurtherOn(log, log.seen(), now, notices);
 }
 
 std::string LogFile(const Options& options, const console::DeviceRequest& request) {
@@ -318,8 +318,10 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
     throw Failure(Tr("definition file {}: the library cannot read it", Shown(definition.path)));
   }
   if (!state) {
-    library.BeginAgain(
-        [&log, &notices](const DeviceState& now) { TellFurtherOn(log, now.numbers, notices); });
+    // By then what waits may have been looked at, and the device counts as seen.
+    library.BeginAgain([&log, &notices, seen = log.seen()](const DeviceState& now) {
+      TellFurtherOn(log, seen, now.numbers, notices);
+    });
   }
 
   const std::unique_ptr<HttpServer> made =

@@ -44,7 +44,7 @@ bool WaitedJobs::MayBeTheBegun(const DeviceNumbers& now) const {
 Told WaitedJobs::FindPapers(const DeviceState& state, std::vector<std::string>* lines) {
   const DeviceNumbers& now = state.numbers;
   // Of a day that has ended no number says how many documents it had.
-  if (now.closure != known_->closure || state.is_open) return Told::kNo;
+  if (now.closure != known_->closure) return Told::kNo;
   const int64_t more = int64_t{now.document} - known_->document + now.invoice - known_->invoice;
   if (now.document < known_->document || now.invoice < known_->invoice || more > kMostDocuments) {
     return Told::kNo;

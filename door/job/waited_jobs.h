@@ -28,8 +28,9 @@ class WaitedJobs {
   const std::vector<int64_t>& overdue() const { return overdue_; }
   // The job that had begun has been resolved, by what the device is now.
   void NoteResolved(const DeviceNumbers& now) { known_ = now; }
-  // With nothing running or unknown: those that may have run go to an operator, the others stay in
-  // the queue. False when the device does not answer now; then some of it is left to another time.
+  // With nothing running and nothing open: those that may have run go to an operator, the others
+  // stay in the queue. False when the device does not answer now; then some of it is left to
+  // another time.
   bool Settle(const DeviceState& state);
 
  private:

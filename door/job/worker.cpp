@@ -132,7 +132,8 @@ Worker::Did Worker::RunNext() {
   std::optional<DeviceState> state = Ask();
   if (!state) return Blocked(DeviceTrouble::kAway);
   if (state->numbers.serial != log_.serial()) return Blocked(DeviceTrouble::kOtherDevice);
-  if (waited_.any()) {
+  // With somebody's document open not all can be told yet, and nothing but a reset runs.
+  if (waited_.any() && !state->is_open) {
     if (!waited_.Settle(*state)) return Blocked(DeviceTrouble::kAway);
     if (log_.Expire() > 0) return Did::kWork;
   }
@@ -176,7 +177,7 @@ Worker::Did Worker::RunBegun(const Begun& begun) {
 
 // No number tells of it, and it may be done twice: what is open is given up, or nothing is open.
 Worker::Did Worker::RunReset(const Job& job) {
-  if (log_.Expire() > 0) return Did::kWork;
+  if (log_.Expire(waited_.overdue()) > 0) return Did::kWork;
   const Job begun = log_.Move(job.id, JobState::kRunning, Why::kBegun);
   const AtWork at_work(at_work_, begun.id);
   LineAnswer answer{1, 0, {}, {}};
@@ -407,13 +408,14 @@ Worker::Did Worker::Resolve(const Job& job) {
   JobNews news{.document = verdict.document};
   if (is_known) news.seen = now;
   if (verdict.outcome != Outcome::kNobodyKnows && job.baseline) waited_.NoteResolved(now);
+  // Ahead of the move, by which the device counts as seen: a kill between finds all of it as it
+  // was.
+  if (is_known && waited_.any() && !waited_.Settle(*state)) return Blocked(DeviceTrouble::kAway);
   switch (verdict.outcome) {
     case Outcome::kDone:
       Move(job, JobState::kConfirmed, verdict.why, news);
       break;
     case Outcome::kNobodyKnows:
-      // What waits is still to be looked at by what the log knew, also behind a kill.
-      if (waited_.any()) news.seen.reset();
       Move(job, JobState::kNeedsOperator, verdict.why, {.seen = news.seen});
       break;
     case Outcome::kNotDone:

@@ -364,6 +364,7 @@ Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
 Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
   Job job;
   MoveAll([&] { job = Moved(id, to, why, news); }, {&job});
+  if (!is_at_work_) EndSeries();
   Tell(job);
   return job;
 }

@@ -156,6 +156,7 @@ class JobLog {
                  const Batch& batch);
   void MoveAll(const std::function<void()>& move, std::initializer_list<const Job*> moved);
   void NoteSeries();
+  void EndSeries();
   Job Accepted(const NewJob& job, bool* was_there);
   Job Load(Statement& row);
   std::optional<Job> LoadOne(Statement row);
@@ -180,6 +181,7 @@ class JobLog {
   std::optional<SteadyClock::time_point> last_of_series_;
   std::chrono::milliseconds ride_ = kRide;
   std::atomic<bool> has_queued_{false};
+  std::atomic<bool> is_at_work_{false};  // one is running
   std::mutex mutex_;
   Clock clock_;
   std::function<void(int64_t id)> observer_;

@@ -49,6 +49,7 @@ void JobLog::Count(const Job& job, size_t steps) {
     figures_.left[from].Add(static_cast<double>(time) / kSecond);
   }
   has_queued_ = figures_.jobs[static_cast<size_t>(JobState::kQueued)] > 0;
+  is_at_work_ = figures_.jobs[static_cast<size_t>(JobState::kRunning)] > 0;
 }
 
 void JobLog::NoteText(EventKind kind, const std::string& text) {

@@ -79,7 +79,8 @@ void JobLog::AcceptAll(const Batch& batch) noexcept {
 }
 
 // Those that wait to be accepted ride along: they cost no commit of their own, for which the next
-// move would wait. Neither takes the other with it: what fails together is done one by one.
+// move would wait. Neither takes the other with it: where both fail together each is done by
+// itself.
 void JobLog::MoveAll(const std::function<void()>& move, std::initializer_list<const Job*> moved) {
   Batch riders;
   {
@@ -117,6 +118,13 @@ void JobLog::NoteSeries() {
   const bool is_quick = last_of_series_ && now - *last_of_series_ <= ride_;
   due_ = has_queued_ && is_quick ? now + ride_ : SteadyClock::time_point();
   last_of_series_ = now;
+}
+
+// No further commit is known to come: those that wait for one go by themselves.
+void JobLog::EndSeries() {
+  const std::lock_guard<std::mutex> lock(accepting_);
+  due_ = {};
+  accepted_.notify_all();
 }
 
 }  // namespace lorimat::door

@@ -136,6 +136,15 @@ class DoorShop {
     bool was_there = false;
     return log->Accept(job, &was_there);
   }
+  Job Reset(const std::string& key) {
+    NewJob reset;
+    reset.key = key;
+    reset.lines = {"#74"};
+    reset.effect = JobEffect::kReset;
+    reset.expires = now + 600'000;
+    bool was_there = false;
+    return log->Accept(reset, &was_there);
+  }
   Job Sell(const std::string& key) {
     return Submit(key, {"VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"});
   }

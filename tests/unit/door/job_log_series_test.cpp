@@ -119,6 +119,14 @@ TEST_F(JobLogSeriesTest, BehindTheLastJobNothingIsWaitedFor) {
   EXPECT_EQ(Accept("d").state, State::kQueued);
 }
 
+TEST_F(JobLogSeriesTest, BehindAMoveThatEndsItNothingIsWaitedFor) {
+  BeginSeries();
+  log_->MoveBoth({running_, State::kUnknown, Why::kLostAnswer},
+                 {ended_, State::kRunning, Why::kBegun});
+  log_->Move(ended_, State::kRejected, Why::kLineFailed);
+  EXPECT_EQ(Accept("d").state, State::kQueued);
+}
+
 TEST_F(JobLogSeriesTest, OnlyTheNextCommitIsWaitedForAndThatNotForEver) {
   log_->SetRide(std::chrono::milliseconds(20));
   BeginSeries();

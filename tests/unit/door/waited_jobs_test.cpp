@@ -19,7 +19,8 @@ class WaitedJobsTest : public testing::Test {
   // Somebody copies the file of the log while no door is there.
   void KeepLog() {
     shop_.End();
-    std::filesystem::copy_file(shop_.log_file(), Kept());
+    std::filesystem::copy_file(shop_.log_file(), Kept(),
+                               std::filesystem::copy_options::overwrite_existing);
     shop_.Start();
   }
   void PutBackLog() {
@@ -145,23 +146,98 @@ TEST_F(WaitedJobsTest, BehindACopyWithAJobAtWorkToo) {
   EXPECT_EQ(shop_.documents(), 2);
 }
 
-// What the device was found to be ahead of that is not what the log has seen.
+// Ahead of the commit by which the device counts as seen, and behind it.
 TEST_F(WaitedJobsTest, ALookThatIsCutOffIsTakenAgain) {
-  const Job first = shop_.Sell("a");
-  const Job second = shop_.Sell("b");
-  shop_.KillAt(Step::kBeforeFirstLine);
+  for (const Step step : {Step::kBeforeOutcome, Step::kBehindOutcome}) {
+    const std::string name = step == Step::kBeforeOutcome ? "a" : "b";
+    const int64_t before = shop_.documents();
+    const Job first = shop_.Sell(name + "1");
+    const Job second = shop_.Sell(name + "2");
+    shop_.KillAt(Step::kBeforeFirstLine);
+    EXPECT_THROW(shop_.Drain(), Killed);
+    KeepLog();
+    shop_.Drain();
+    PutBackLog();
+    // The first outcome is that nobody knows yet.
+    shop_.KillAt(step, 2);
+    EXPECT_THROW(shop_.Drain(), Killed);
+    shop_.Restart();
+    shop_.Drain();
+    EXPECT_EQ(StateOf(first), State::kNeedsOperator);
+    ExpectLeft(second);
+    EXPECT_EQ(shop_.documents(), before + 2);
+  }
+}
+
+// It has no baseline; what it ends with is no look at the others.
+TEST_F(WaitedJobsTest, AResetThatWasAtWorkIsNoLook) {
+  shop_.Sell("a");
+  shop_.Drain();
+  const Job reset = shop_.Reset("r");
+  const Job sold = shop_.Sell("b");
+  shop_.KillAt(Step::kBeforeOutcome);
   EXPECT_THROW(shop_.Drain(), Killed);
   KeepLog();
   shop_.Drain();
+  EXPECT_EQ(StateOf(sold), State::kConfirmed);
   PutBackLog();
   shop_.KillAt(Step::kBehindOutcome, 2);
   EXPECT_THROW(shop_.Drain(), Killed);
-  EXPECT_EQ(StateOf(first), State::kNeedsOperator);
-  EXPECT_EQ(StateOf(second), State::kQueued);
+  EXPECT_EQ(StateOf(reset), State::kConfirmed);
   shop_.Restart();
   shop_.Drain();
-  ExpectLeft(second);
-  EXPECT_EQ(shop_.documents(), 2);
+  ExpectLeft(sold);
+  EXPECT_EQ(shop_.WithMark(sold.mark), 1);
+}
+
+// The queue goes on behind one kill, and behind the next one.
+TEST_F(WaitedJobsTest, TwoKillsKeepNoneWaiting) {
+  shop_.TakeJournal();
+  const Job first = shop_.Sell("a");
+  const Job second = shop_.Sell("b");
+  shop_.KillAt(Step::kBehindLine, 2);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  shop_.Restart();
+  shop_.KillAt(Step::kBehindOutcome, 2);
+  EXPECT_THROW(shop_.Drain(), Killed);
+  shop_.Restart();
+  shop_.Drain();
+  EXPECT_EQ(StateOf(first), State::kNeedsOperator);
+  EXPECT_EQ(StateOf(second), State::kConfirmed);
+}
+
+// What it will be is told when it is closed; and an operator may give it up.
+TEST_F(WaitedJobsTest, ADocumentThatIsOpenIsNoAnswer) {
+  shop_.Sell("a");
+  shop_.Drain();
+  const Job job = shop_.Sell("b");
+  shop_.Restart();
+  shop_.SellAside(10000);
+  shop_.device->device().BeginFiscalReceipt(true);
+  shop_.device->device().PrintRecItem("CAFFE", 10000, 0, 1, 0, "");
+  shop_.Drain();
+  EXPECT_EQ(StateOf(job), State::kQueued);
+  shop_.now += 3600'000;
+  const Job reset = shop_.Reset("r");
+  shop_.Drain();
+  EXPECT_EQ(StateOf(reset), State::kConfirmed);
+  EXPECT_EQ(StateOf(job), State::kExpired);
+}
+
+TEST_F(WaitedJobsTest, AResetLetsNoneExpireAheadOfTheLook) {
+  shop_.Sell("a");
+  shop_.Drain();
+  const Job sold = shop_.Sell("b");
+  KeepLog();
+  shop_.Drain();
+  shop_.now += 3600'000;
+  PutBackLog();
+  shop_.device->device().BeginFiscalReceipt(true);
+  shop_.device->device().PrintRecItem("CAFFE", 10000, 0, 1, 0, "");
+  const Job reset = shop_.Reset("r");
+  shop_.Drain();
+  EXPECT_EQ(StateOf(reset), State::kConfirmed);
+  ExpectLeft(sold);
 }
 
 // It may tell in a moment what it does not tell now; and one that never does keeps none waiting.

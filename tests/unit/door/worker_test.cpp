@@ -339,13 +339,7 @@ TEST_F(WorkerTest, ADocumentOfNoJobKeepsAllWaitingUntilAReset) {
   EXPECT_EQ(shop_.worker->trouble(), DeviceTrouble::kDocumentOpen);
   EXPECT_EQ(shop_.Get(sale.id).state, State::kQueued);
   EXPECT_TRUE(shop_.sent.empty());
-  NewJob reset;
-  reset.key = "r";
-  reset.lines = {"#74"};
-  reset.effect = JobEffect::kReset;
-  reset.expires = shop_.now + 1000;
-  bool was_there = false;
-  const int64_t id = shop_.log->Accept(reset, &was_there).id;
+  const int64_t id = shop_.Reset("r").id;
   EXPECT_EQ(shop_.Drain(), Worker::Did::kNothing);
   EXPECT_EQ(shop_.Get(id).state, State::kConfirmed);
   EXPECT_EQ(shop_.Get(sale.id).state, State::kConfirmed);
