@@ -186,7 +186,7 @@ export class Door {
   // Sends it until its outcome is known. Once a request may have reached the door, or another life of the
   // till has sent it, only a final answer tells, or the door when it has no job of what it refuses.
   async #carry(request, old, { wait = 60 } = {}) {
-    const { key } = request, begin = Date.now(), since = () => (Date.now() - begin) / 1000;
+    const { key } = request, begin = performance.now(), since = () => (performance.now() - begin) / 1000;
     if (!/^[A-Za-z0-9_.:-]{1,64}$/.test(key)) {
       this.#forget(request); // never sent
       throw new DoorError("refused", "a key is 1 to 64 of A-Z a-z 0-9 _ . : -", { code: "bad_key", key });

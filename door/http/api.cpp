@@ -297,6 +297,9 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
                                   {}};
     }
   }
+  if (news.document && outcome == "not_done") {
+    body.Refuse(400, "bad_field", "document: what is not done has none");
+  }
   if (body.problem()) return *body.problem();
   const std::lock_guard<std::mutex> lock(resolving_);
   const std::optional<Job> job = parts_.log.Find(path.id);
@@ -307,6 +310,9 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
   if (news.document) {
     if (job->effect == JobEffect::kDocument) {
       news.document->kind = parts_.judge.Judge(job->lines, true).kind;
+    }
+    if (job->effect != JobEffect::kDocument && job->effect != JobEffect::kClosing) {
+      return Problem(400, "bad_field", "document: a job of this kind makes none");
     }
     if ((news.document->number == 0) != (job->effect == JobEffect::kClosing)) {
       return Problem(400, "bad_field", "document: a closing has no number, all others have one");

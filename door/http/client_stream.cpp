@@ -34,6 +34,7 @@ ClientWatch::ClientWatch(ClientStream& stream, boost::beast::flat_buffer& buffer
   state_->stream = stream.shared_from_this();
   state_->timer = std::move(timer);
   state_->room = std::min(state_->bytes.size(), buffer.max_size() - buffer.size());
+  state_->has_ended = state_->room == 0;
   stream.expires_never();
   state_->room > 0 ? Read(state_) : AwaitError(state_);
 }
@@ -67,7 +68,8 @@ void ClientWatch::Take(const std::shared_ptr<State>& state, const boost::system:
                        size_t size) noexcept {
   state->size += size;
   const bool is_cancelled = error == boost::asio::error::operation_aborted;
-  if (error == boost::asio::error::eof) {
+  // Of one that has filled the room nobody can tell either.
+  if (error == boost::asio::error::eof || state->size == state->room) {
     state->has_ended = true;
   } else if ((error && !is_cancelled) || !state->stream->socket().is_open()) {
     state->is_gone = true;

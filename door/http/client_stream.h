@@ -92,7 +92,8 @@ class ClientWatch {
   ClientWatch& operator=(const ClientWatch&) = delete;
 
   bool has_sent() const;
-  // It sends nothing any more. Whether it has gone, or still reads, nobody can tell.
+  // It sends nothing any more, or has sent more than is taken. Whether it has gone, or still reads,
+  // nobody can tell.
   bool has_ended() const;
   // Nobody reads what is sent; also where the connection was closed on this side.
   bool is_gone() const;

@@ -66,6 +66,10 @@ std::optional<Reply> RefuseHead(const Api& api, const RequestParser& parser,
     return Problem(400, "bad_request",
                    "Host, Origin, Authorization or Idempotency-Key is given twice");
   }
+  // What it is coded by nobody here can take away: its end would be anybody's guess.
+  if (message.count(http::field::transfer_encoding) > 0 && !message.chunked()) {
+    return Problem(400, "bad_request", "Transfer-Encoding: is not chunked");
+  }
   return api.RefuseHead(request);
 }
 

@@ -246,6 +246,17 @@ def test_a_bad_key_is_neither_kept_nor_sent(folder, key):
     assert os.listdir(folder / "pending") == []
 
 
+@pytest.mark.parametrize("wait", [float("inf"), float("nan")])
+def test_a_wait_that_is_no_time_is_neither_kept_nor_sent(door, folder, wait):
+    with client_of(door, pending=folder / "till") as client:
+        with pytest.raises(ValueError, match="wait"):
+            client.sell(SALE, wait=wait)
+        assert client.pending == []
+        with pytest.raises(ValueError, match="wait"):
+            list(client.resume(wait=wait))
+    assert door.documents() == []
+
+
 def test_what_cannot_be_read_or_sent_does_not_stop_the_others(door, folder, monkeypatch):
     with client_of(door, pending=folder / "pending") as client:
         with monkeypatch.context() as killed:

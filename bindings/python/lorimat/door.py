@@ -13,6 +13,7 @@ a job that is confirmed; everything else is raised (lorimat.DoorError and its cl
 """
 
 import json
+import math
 import os
 import re
 import threading
@@ -180,6 +181,7 @@ class Door:
         became of each. What the door never took and whose time is over is not sent any more: its error
         is a DoorAway of the code "expired". What cannot be read (OSError) or
         sent (ValueError) is told likewise, and stays."""
+        _check_wait(wait)
         requests, damaged = self._pending.read()
         for request in requests:
             try:
@@ -282,6 +284,7 @@ class Door:
         for name, value in (("desk", self._desk), ("reference", reference), ("expires_s", expires_s)):
             if value is not None:
                 body.setdefault(name, value)
+        _check_wait(wait)
         body = json.loads(json.dumps(body))  # as it is kept
         request = Request(new_key() if key is None else _checked(key), body.get("desk"), path, body, now())
         kept = self._pending.find(request.key, request.desk)
@@ -428,6 +431,12 @@ def _checked(key: str) -> str:
     if not re.fullmatch(r"[A-Za-z0-9_.:-]{1,64}", key):
         raise ValueError("%r is no key of 1 to 64 of A-Z a-z 0-9 _ . : -" % key)
     return key
+
+
+def _check_wait(wait: float) -> None:
+    """Raises ValueError where it is no time, ahead of all that is kept or sent."""
+    if not wait < math.inf:
+        raise ValueError("wait: %r is no number of seconds" % wait)
 
 
 def _story(job: Job) -> str:

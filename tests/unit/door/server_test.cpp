@@ -218,6 +218,19 @@ TEST(Server, ALengthThatIsTooLongIsToldToWhoMayAsk) {
   EXPECT_THAT(answer, HasSubstr("\r\nAccess-Control-Allow-Origin: https://till.example\r\n"));
 }
 
+// Two readers would not agree upon where it ends.
+TEST(Server, ABodyThatIsCodedIsRefused) {
+  const Network network({});
+  const console::Descriptor client = network.Connect();
+  Send(client, "POST /v1/jobs HTTP/1.1\r\nHost: " + network.host() +
+                   "\r\nContent-Type: application/json\r\nTransfer-Encoding: xchunked\r\n\r\n"
+                   "0\r\n\r\n");
+  const std::string answer = ReadAll(client);
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 "));
+  EXPECT_THAT(answer, HasSubstr("Transfer-Encoding: is not chunked"));
+  EXPECT_EQ(answer.find("HTTP/1.1", 1), std::string::npos);
+}
+
 TEST(Server, ABodyThatGrowsTooLongIsTold) {
   const Network network({});
   const console::Descriptor client = network.Connect();

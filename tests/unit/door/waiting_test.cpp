@@ -32,6 +32,20 @@ TEST(Waiting, WhoHasGoneKeepsNoPlace) {
   EXPECT_THAT(ReadUntil(other, "\r\n"), StartsWith("HTTP/1.1 422 "));
 }
 
+// Whether it has gone cannot be seen behind what it has said.
+TEST(Waiting, WhoHasSaidMuchMoreKeepsNoPlace) {
+  Network network({.waiting = 1});
+  console::Descriptor gone = network.Connect();
+  Send(gone, network.Sell("a"));
+  network.AwaitWaiting(1);
+  Send(gone, std::string(6000, 'x'));
+  gone = console::Descriptor();
+  network.AwaitWaiting(0);
+  const console::Descriptor other = network.Connect();
+  Send(other, network.Sell("b"));
+  network.AwaitWaiting(1);
+}
+
 TEST(Waiting, WhoIsCutIsForgotten) {
   Network network({});
   console::Descriptor cut = network.Connect();
