@@ -42,6 +42,7 @@ TEST(FaultPlanTest, RefusesWhatCannotBeAndTellsWhy) {
       {{.name = "paper"}, "unknown fault: paper"},
       {{.name = "Paper-End"}, "unknown fault: Paper-End"},
       {{.name = "paper\n\x1b\xe8"}, "unknown fault: paper???"},
+      {{.name = "!~ \x7f\x1f"}, "unknown fault: !~ ??"},
       {{.name = "code"}, "a result code is 1 to 999999, not 0"},
       {{.name = "code", .code = -1}, "a result code is 1 to 999999, not -1"},
       {{.name = "code", .code = 1000000}, "a result code is 1 to 999999, not 1000000"},
