@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "picture_fixture.h"
 #include "register/paper/picture_text.h"
 #include "unit/register/register_fixture.h"
@@ -78,6 +80,29 @@ TEST(PicturePng, EachCharacterStandsInItsColumn) {
   EXPECT_FALSE(dots.IsWhite(600, 24, 614, 52));
   EXPECT_TRUE(dots.IsWhite(0, 0, 26, 76));
   EXPECT_TRUE(dots.IsWhite(614, 0, 640, 76));
+}
+
+TEST(PicturePng, LettersFillTheirColumns) {
+  Paper paper;
+  paper.Text("M");
+  const Dots dots = Draw(paper);
+  const auto is_white = [&dots](int x, int y) { return dots.IsWhite(x, y, x + 1, y + 1); };
+  int left = 40;
+  int right = 26;
+  int top = 52;
+  int bottom = 24;
+  for (int y = 24; y < 52; ++y) {
+    for (int x = 26; x < 40; ++x) {
+      if (is_white(x, y)) continue;
+      left = std::min(left, x);
+      right = std::max(right, x + 1);
+      top = std::min(top, y);
+      bottom = std::max(bottom, y + 1);
+    }
+  }
+  // A column is 14 dots, and a row 28.
+  EXPECT_GE(right - left, 10);
+  EXPECT_GE(bottom - top, 14);
 }
 
 TEST(PicturePng, DoubleWidthTakesTwoColumns) {
