@@ -333,6 +333,12 @@ TEST_F(PictureLogo, ColoursBecomeGreyAndTransparentDotsStayWhite) {
   EXPECT_TRUE(clear.IsWhite(0, 0, 640, clear.height));
 }
 
+TEST_F(PictureLogo, ColoursAreGreyInAPdfToo) {
+  const std::string pdf = RenderPdf(PaperWith(Image(10, 10, {255, 0, 0, 255})));
+  EXPECT_NE(pdf.find("/ColorSpace /DeviceGray"), pdf.npos);
+  EXPECT_EQ(pdf.find("/ColorSpace /DeviceRGB"), pdf.npos);
+}
+
 TEST_F(PictureLogo, OneWiderThanThePrintIsMadeSmaller) {
   const Dots dots = Draw(PaperWith(Image(1176, 100, {0, 0, 0, 255})));
   EXPECT_EQ(dots.height, 48 + 50);
