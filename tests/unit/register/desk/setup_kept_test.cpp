@@ -1,4 +1,6 @@
 // What is set up outlasts a switching off: a register on a file, switched off and on again.
+#include <fmt/format.h>
+
 #include <memory>
 
 #include "unit/register/report_fixture.h"
@@ -61,6 +63,24 @@ TEST_F(SetupKeptTest, LinesIdentifiersClockAndLogosStay) {
   ASSERT_EQ(shop->PrintZReport(), RTF_SUCCESS);
   ASSERT_EQ(shop->ExportTelematicSummary(Path("s.xml").c_str()), RTF_SUCCESS);
   EXPECT_NE(ReadText("s.xml").find("12345678903"), std::string::npos);
+}
+
+TEST_F(SetupKeptTest, EachTrailerLineKeepsItsPlace) {
+  for (int line = 1; line <= 6; ++line) {
+    ASSERT_EQ(shop->SetTrailerLine(line, fmt::format("RIGA {}", line).c_str(), false), RTF_SUCCESS);
+  }
+  SwitchOn();
+  ASSERT_EQ(shop->SetTrailerLine(3, "TERZA", false), RTF_SUCCESS);
+  SwitchOn();
+  ASSERT_EQ(Sale(10000), RTF_SUCCESS);
+  ASSERT_EQ(shop->PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  EXPECT_NE(Printed().find("                  RIGA 1\n"
+                           "                  RIGA 2\n"
+                           "                  TERZA\n"
+                           "                  RIGA 4\n"
+                           "                  RIGA 5\n"
+                           "                  RIGA 6\n"),
+            std::string::npos);
 }
 
 TEST_F(SetupKeptTest, EachStepIntoServiceStays) {
