@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <filesystem>
@@ -152,6 +153,24 @@ TEST_F(PartFileTest, ALogBesideItIsNamed) {
   Write("shop-wal", "of another");
   EXPECT_THROW(part.Finish(), RegisterError);
   EXPECT_THAT(Names(), UnorderedElementsAre("shop-wal"));
+}
+
+// No call has failed at the end of a file, and what an earlier one has left says nothing of it.
+TEST_F(PartFileTest, AReadBehindTheEndIsShortWhateverFailedBefore) {
+  PartFile part(Path("shop"));
+  Put(part, "abc");
+  ASSERT_TRUE(DescriptorFiles::Register());
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open_v2(DescriptorFiles::NameOf(part.descriptor()).c_str(), &database,
+                            SQLITE_OPEN_READWRITE, DescriptorFiles::kLayer),
+            SQLITE_OK);
+  sqlite3_file* file = nullptr;
+  ASSERT_EQ(sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file), SQLITE_OK);
+  char bytes[] = "xxxxx";
+  errno = EINTR;
+  EXPECT_EQ(file->pMethods->xRead(file, bytes, 5, 1), SQLITE_IOERR_SHORT_READ);
+  EXPECT_EQ(std::string(bytes, 5), std::string("bc\0\0\0", 5));
+  sqlite3_close(database);
 }
 
 TEST_F(PartFileTest, FoldersThatAreNotThereAreNamed) {
