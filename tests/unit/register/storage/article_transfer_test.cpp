@@ -217,6 +217,17 @@ TEST_F(ArticleTransferTest, MoneyIsTriedHoweverFullTheDiskIs) {
   EXPECT_EQ(Send(0), RTF_SUCCESS);
 }
 
+TEST_F(ArticleTransferTest, AMegabyteThatIsLeftIsLittleRoom) {
+  ASSERT_EQ(Open(), RTF_SUCCESS);
+  RoomLeft room(256);
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  ASSERT_EQ(Send(0), RTF_E_FAILURE);
+  disk.Heal();
+  EXPECT_EQ(Send(0), RTF_E_FAILURE);
+  room.Set(257);
+  EXPECT_EQ(Send(0), RTF_SUCCESS);
+}
+
 TEST_F(ArticleTransferTest, ALimitThatIsNotTheDisksIsTriedWithEachRow) {
   ASSERT_EQ(Open(), RTF_SUCCESS);
   const RoomLeft room(257);
