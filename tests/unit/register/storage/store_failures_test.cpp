@@ -201,6 +201,26 @@ TEST_F(StoreFailuresTest, AReceiptGoesOnWhenThereIsRoomAgain) {
   EXPECT_EQ(device.store().documents()[0].number, 1);
 }
 
+// What an operation that could not be stored takes back is its own alone.
+TEST_F(StoreFailuresTest, ADiscountThatWasTakenBackStaysSoBehindAFailure) {
+  VirtualRegister device(FileSettings());
+  ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+  ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+  const int discount = RTF_FPTR_AT_AMOUNT_DISCOUNT;
+  ASSERT_EQ(device.PrintRecItemAdjustmentEx(discount, "", 3000, -1, -2), RTF_SUCCESS);
+  ASSERT_EQ(device.PrintRecItemAdjustmentEx2(discount, "", 3000, -1, -2, true), RTF_SUCCESS);
+  ASSERT_EQ(device.receipt().total(), 10000);
+  disk.FailAt(FailingDisk::Fault::kFull, 1, true);
+  ASSERT_EQ(device.PrintRecItemEx(0, "", 5000, 0, -1, 0, "", 1, true, ""), RTF_E_FAILURE);
+  ASSERT_TRUE(disk.failed());
+  disk.Heal();
+  EXPECT_EQ(device.PrintRecItemAdjustmentEx2(discount, "", 3000, -1, -2, true),
+            RTF_EFPTR_BAD_ITEM_AMOUNT);
+  ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  ASSERT_EQ(device.store().documents().size(), 1u);
+  EXPECT_EQ(device.store().documents()[0].total, 10000);
+}
+
 TEST_F(StoreFailuresTest, ADayIsClosedThoughItsSendingCannotBeNoted) {
   RegisterSettings settings = FileSettings();
   settings.outbox = folder_.string();
