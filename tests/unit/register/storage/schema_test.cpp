@@ -115,6 +115,28 @@ TEST_F(MigrationTest, ADayOfTheThirdVersionGoesOn) {
   ExpectGood("old", "closed");
 }
 
+// A period that was cleared behind the last document of a register that had no chain of events, and
+// is cleared again ahead of the next.
+TEST_F(MigrationTest, APeriodThatIsClearedOnceMoreBehindACarryOverIsGood) {
+  MakeVersion(1, "old");
+  Sql("old",
+      fmt::format("UPDATE period SET cleared = 1, time = 20240115103000, first_document = "
+                  "(SELECT max(id) + 1 FROM document), totals = '{}' WHERE number = 3",
+                  Totals().ToRecord()));
+  CarryOver("old");
+  ExpectGood("old", "carried over");
+  RegisterSettings settings = FileSettings("old");
+  settings.clock = [] { return NumberTime(20240116113000); };
+  {
+    VirtualRegister device(settings);
+    ASSERT_EQ(device.PeriodicReportMessageEx(3, 0, "txt", "", 1, true), RTF_SUCCESS);
+    ASSERT_EQ(device.BeginFiscalReceipt(true), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecItemEx(0, "", 10000, 0, -1, 0, "", 1, true, ""), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecTotalEx(0, "0", true), RTF_SUCCESS);
+  }
+  ExpectGood("old", "cleared again, and sold");
+}
+
 TEST_F(MigrationTest, WhatWasChangedBeforeIsFoundBehindACarryOver) {
   for (const char* change :
        {"UPDATE document SET total = total + 100 WHERE id = 2",
