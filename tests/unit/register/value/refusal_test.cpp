@@ -207,6 +207,23 @@ TEST_F(RefusalTest, BarcodesNameTheirFault) {
   EXPECT_EQ(Barcode(device, "02", "8001234567897"), RTF_SUCCESS);
 }
 
+// 1 + 3 + 5 + 7 + 9 = 25, and 2, 4, 6, 8 and 0 doubled, less 9 from 10 on, 4 + 8 + 3 + 7 + 0 = 22:
+// 47, which 3 makes a multiple of ten.
+TEST_F(RefusalTest, AVatNumberIsToldItsCheckDigit) {
+  using C = RefusalCause;
+  Check(device, {{"below",
+                  [](R& r) { return r.SetStoreFiscalID("12345678901"); },
+                  RTF_E_ILLEGAL,
+                  C::kCheckDigit,
+                  {Of(Subject::kVatNumber), 1, 3}},
+                 {"above",
+                  [](R& r) { return r.SetStoreFiscalID("12345678909"); },
+                  RTF_E_ILLEGAL,
+                  C::kCheckDigit,
+                  {Of(Subject::kVatNumber), 9, 3}}});
+  EXPECT_EQ(device.SetStoreFiscalID("12345678903"), RTF_SUCCESS);
+}
+
 TEST_F(RefusalTest, DocumentsThatReferToAnotherNameIt) {
   using C = RefusalCause;
   device.BeginFiscalReceipt(true);
