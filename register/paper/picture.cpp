@@ -46,7 +46,7 @@ void CheckRoom() {
 }
 
 struct Block {
-  size_t line = 0;
+  size_t line;
   std::string_view sizes = {};
   bool cut = false;
   std::optional<Bars> bars = {};
@@ -99,16 +99,11 @@ Picture::Picture(const Paper& paper, const PictureProgress& progress)
 }
 
 void Picture::AddText(size_t line, std::string_view sizes) {
-  Block block;
-  block.line = line;
-  block.sizes = sizes;
-  block.height = TextHeight(sizes);
-  blocks_.push_back(std::move(block));
+  blocks_.push_back({.line = line, .sizes = sizes, .height = TextHeight(sizes)});
 }
 
 void Picture::AddRow(const PaperRow& row) {
-  Block block;
-  block.line = row.line;
+  Block block{.line = row.line};
   if (const auto* sized = std::get_if<SizedRow>(&row.content)) {
     AddText(row.line, sized->sizes);
     return;
