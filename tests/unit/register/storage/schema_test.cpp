@@ -119,10 +119,9 @@ TEST_F(MigrationTest, ADayOfTheThirdVersionGoesOn) {
 // is cleared again ahead of the next.
 TEST_F(MigrationTest, APeriodThatIsClearedOnceMoreBehindACarryOverIsGood) {
   MakeVersion(1, "old");
-  Sql("old",
-      fmt::format("UPDATE period SET cleared = 1, time = 20240115103000, first_document = "
-                  "(SELECT max(id) + 1 FROM document), totals = '{}' WHERE number = 3",
-                  Totals().ToRecord()));
+  Sql("old", fmt::format("UPDATE period SET cleared = 1, time = 20240115103000, first_document = "
+                         "(SELECT max(id) + 1 FROM document), totals = '{}' WHERE number = 3",
+                         Totals().ToRecord()));
   CarryOver("old");
   ExpectGood("old", "carried over");
   RegisterSettings settings = FileSettings("old");
