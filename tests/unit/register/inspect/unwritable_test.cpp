@@ -285,9 +285,13 @@ TEST_F(UnwritableTest, WhatIsNoRegisterIsRefusedAsElsewhere) {
     EXPECT_EQ(LookRefusal("shop.register"), Path("shop.register") + ": " + file.cause);
   }
   ASSERT_EQ(chmod(Path("shop.register").c_str(), 0000), 0);
-  const AsNobody nobody;
-  EXPECT_EQ(LookRefusal("shop.register"),
-            Path("shop.register") + ": cannot be opened: Permission denied");
+  for (const mode_t folder : {kFolder, kReadOnlyFolder}) {
+    ASSERT_EQ(chmod(folder_.c_str(), folder), 0);
+    const AsNobody nobody;
+    for (const std::string& refusal : {LookRefusal("shop.register"), Refusal("shop.register")}) {
+      EXPECT_EQ(refusal, Path("shop.register") + ": cannot be opened: Permission denied");
+    }
+  }
 }
 
 }  // namespace
