@@ -311,9 +311,6 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
     if (job->effect == JobEffect::kDocument) {
       news.document->kind = parts_.judge.Judge(job->lines, true).kind;
     }
-    if (job->effect != JobEffect::kDocument && job->effect != JobEffect::kClosing) {
-      return Problem(400, "bad_field", "document: a job of this kind makes none");
-    }
     if ((news.document->number == 0) != (job->effect == JobEffect::kClosing)) {
       return Problem(400, "bad_field", "document: a closing has no number, all others have one");
     }
