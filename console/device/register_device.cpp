@@ -253,15 +253,19 @@ uint64_t RegisterDevice::refusals() const { return machine_->refusal_count(); }
 int RegisterDevice::last_result() const { return ResultOf(machine_->last_refusal()); }
 
 DeviceRefusal RegisterDevice::last_refusal() const {
-  const lorimat::Refusal& refusal = machine_->last_refusal();
+  return ToldRefusal(machine_->last_refusal(), machine_->failure());
+}
+
+DeviceRefusal ToldRefusal(const lorimat::Refusal& refusal,
+                          const lorimat::RegisterFailure& failure) {
   const bool no_document =
       refusal.cause == lorimat::RefusalCause::kState && refusal.numbers[0] == RTF_FPTR_PS_MONITOR;
-  const bool not_kept =
-      refusal.cause == lorimat::RefusalCause::kNotKept && !keeping_failure().empty();
+  const std::string cause =
+      refusal.cause == lorimat::RefusalCause::kNotKept ? RegisterFailureText(failure) : "";
   return {ResultOf(refusal), no_document,
-          not_kept ? Tr("The register could not store it, and nothing was changed: {}.",
-                        keeping_failure())
-                   : RefusalText(refusal)};
+          cause.empty()
+              ? RefusalText(refusal)
+              : Tr("The register could not store it, and nothing was changed: {}.", cause)};
 }
 
 std::string RegisterDevice::last_failure() const {

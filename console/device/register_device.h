@@ -15,6 +15,7 @@
 
 namespace lorimat {
 struct Refusal;
+struct RegisterFailure;
 struct RegisterSettings;
 class VirtualRegister;
 }  // namespace lorimat
@@ -27,6 +28,10 @@ lorimat::RegisterStatus RequireQuietRegister(const std::string& file);
 
 // What a register is now.
 DeviceState StateOf(const lorimat::VirtualRegister& device);
+
+// A refusal of a register as the library took it, and where the register could not be kept that
+// cause.
+DeviceRefusal ToldRefusal(const lorimat::Refusal& refusal, const lorimat::RegisterFailure& failure);
 
 // Plans the fault of the words, or takes all away that wait: "clear". Throws Failure, or
 // RegisterError, with the cause; then nothing is changed.

@@ -2,10 +2,12 @@
 // outcome of a job is known.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "console/device/device.h"
 #include "door/job/device_report.h"
 #include "door/log/job.h"
 
@@ -74,6 +76,10 @@ class FiscalDevice {
   virtual std::string Clock() = 0;
   // Prints a job's mark on the open fiscal document; 0 or the device's result code.
   virtual int PrintMark(const std::string& mark) = 0;
+  // How many operations it has refused until now, as far as it tells; what the last one was
+  // answered and why, English and in UTF-8.
+  virtual uint64_t refusals() const { return 0; }
+  virtual console::DeviceRefusal last_refusal() const { return {}; }
   // Of one that went away: opens it anew. Throws what keeps it from being opened.
   virtual void Reopen() {}
 };

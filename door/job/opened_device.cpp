@@ -70,6 +70,13 @@ void OpenedDevice::Reopen() {
   front_.SetDevice(*device_->client());
 }
 
+uint64_t OpenedDevice::refusals() const { return device_ != nullptr ? device_->refusals() : 0; }
+
+console::DeviceRefusal OpenedDevice::last_refusal() const {
+  const console::EnglishMessages english;
+  return device_ != nullptr ? device_->last_refusal() : console::DeviceRefusal();
+}
+
 std::string OpenedDevice::HangText() const {
   return device_ != nullptr && device_->given_up() ? device_->last_failure() : std::string();
 }

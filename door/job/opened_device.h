@@ -22,6 +22,8 @@ class OpenedDevice : public ClientDevice {
   // operation is answered as by a device that is off. It is console::DeviceHung where one of these
   // calls, or one before, was given up.
   void Reopen() override;
+  uint64_t refusals() const override;
+  console::DeviceRefusal last_refusal() const override;
   // Why it was not opened as this began, for a person; empty where it was.
   const std::string& away() const { return away_; }
   // It is not asked again before it has been opened anew.

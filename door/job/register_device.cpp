@@ -3,6 +3,8 @@
 #include <ctime>
 #include <utility>
 
+#include "console/device/register_device.h"
+#include "door/judge/client_words.h"
 #include "door/log/iso_time.h"
 #include "register/totals/rate_sums.h"
 
@@ -76,6 +78,11 @@ void RegisterDevice::AddReport(DeviceReport* report) {
   if (notice.opened) report->warnings.emplace_back("day_left_open");
   if (notice.documents_left) report->warnings.emplace_back("numbers_near_end");
   if (notice.closings_left) report->warnings.emplace_back("closings_near_end");
+}
+
+console::DeviceRefusal RegisterDevice::last_refusal() const {
+  const ClientWords words;
+  return console::ToldRefusal(InUtf8(register_.last_refusal()), register_.failure());
 }
 
 std::optional<JobDocument> RegisterDevice::LastClosing() {

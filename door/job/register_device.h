@@ -21,6 +21,8 @@ class RegisterDevice : public ClientDevice {
   Told FindVoid(const DocumentName& name, const DocumentName& sale) override;
   std::optional<JobDocument> LastClosing() override;
   void AddReport(DeviceReport* report) override;
+  uint64_t refusals() const override { return register_.refusal_count(); }
+  console::DeviceRefusal last_refusal() const override;
 
   VirtualRegister& device() { return register_; }
 

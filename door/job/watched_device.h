@@ -56,6 +56,9 @@ class WatchedDevice : public ClientDevice {
     const WatchedCall call(watch_);
     return inner_.FindPaper(name, kind, lines);
   }
+  // What is known already.
+  uint64_t refusals() const override { return inner_.refusals(); }
+  console::DeviceRefusal last_refusal() const override { return inner_.last_refusal(); }
   // Not watched: it is several calls, each of which the thread of a device from a file gives up.
   void Reopen() override { inner_.Reopen(); }
 

@@ -181,8 +181,9 @@ Worker::Did Worker::RunReset(const Job& job) {
   const Job begun = log_.Move(job.id, JobState::kRunning, Why::kBegun);
   const AtWork at_work(at_work_, begun.id);
   LineAnswer answer{1, 0, {}, {}};
+  const uint64_t refusals = device_.refusals();
   answer.code = run_(kResetLine, &answer.text);
-  answer.explanation = ExplainAnswer(answer.code);
+  answer.explanation = Explain(answer.code, refusals);
   const std::optional<DeviceState> state = Ask();
   const JobNews news{.answers = std::vector<LineAnswer>{answer}};
   if (!state || state->is_open) {
@@ -195,6 +196,14 @@ Worker::Did Worker::RunReset(const Job& job) {
   return Did::kWork;
 }
 
+// What a line's code means, behind the reason of the device that led to it: a code has several.
+std::string Worker::Explain(long code, uint64_t refusals_before) const {
+  std::string text = ExplainAnswer(code);
+  if (device_.refusals() == refusals_before) return text;
+  const std::string reason = console::Device::Reason(device_.last_refusal(), code);
+  return reason.empty() ? text : reason + " " + text;
+}
+
 // Ahead of the payment, which registers the document: without the mark on it nobody could tell it
 // from another one.
 bool Worker::PrintMark(const Job& job, int line, Run* run) {
@@ -205,12 +214,13 @@ bool Worker::PrintMark(const Job& job, int line, Run* run) {
   }
   if (!state->is_fiscal_open) return true;
   At(Step::kBeforeMark);
+  const uint64_t refusals = device_.refusals();
   const int result = device_.PrintMark(job.mark);
   run->marked = result == RTF_SUCCESS;
   if (run->marked) return true;
   // The line is told that could not be sent without it.
   const long code = CodeOf(result);
-  run->answers.push_back({line, code, {}, ExplainAnswer(code)});
+  run->answers.push_back({line, code, {}, Explain(code, refusals)});
   run->failed = true;
   run->unclear = IsUnclear(code);
   return false;
@@ -225,8 +235,9 @@ void Worker::SendLines(const Job& job, const Judged& judged, Run* run) {
       return;
     }
     At(Step::kBeforeLine);
+    const uint64_t refusals = device_.refusals();
     answer.code = run_(job.lines[i], &answer.text);
-    answer.explanation = ExplainAnswer(answer.code);
+    answer.explanation = Explain(answer.code, refusals);
     run->answers.push_back(answer);
     At(Step::kBehindLine);
     run->paid = (run->paid && !judged.voids[i]) || (judged.pays[i] && answer.code == 0);

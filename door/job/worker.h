@@ -92,6 +92,7 @@ class Worker {
   std::optional<DeviceState> AskIdle();
   bool GiveUpOpen();
   void SendLines(const Job& job, const Judged& judged, Run* run);
+  std::string Explain(long code, uint64_t refusals_before) const;
   bool PrintMark(const Job& job, int line, Run* run);
   void Conclude(const Job& job, const Run& run);
   void ConcludeNumbered(const Job& job, const Run& run, const DeviceState& state, bool left_open);

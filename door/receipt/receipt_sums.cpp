@@ -5,9 +5,7 @@
 #include <algorithm>
 
 #include "console/message/refusal_text.h"
-#include "console/message/register_text.h"
-#include "console/message/translate.h"
-#include "door/judge/code_page.h"
+#include "door/judge/client_words.h"
 #include "door/receipt/decimal.h"
 #include "managermachine/pflitemtype.h"
 #include "pal/protocols/lorimat/receipt/tender_numbers.h"
@@ -41,16 +39,6 @@ LineArguments ArgumentsOf(const ReceiptItem& item) {
   if (item.department != 0) arguments.department = item.department;
   arguments.article = item.article;
   return arguments;
-}
-
-// The texts of a client have been put into the device's code page. One that has no room stays as it
-// is.
-Refusal InUtf8(Refusal refusal) {
-  const std::string text = FromDevice(refusal.text());
-  if (text.size() > Refusal::kTextSize) return refusal;
-  std::copy(text.begin(), text.end(), refusal.characters.begin());
-  refusal.size = static_cast<uint8_t>(text.size());
-  return refusal;
 }
 
 std::string PlaceOf(const char* list, size_t index) { return fmt::format("/{}/{}", list, index); }
@@ -97,8 +85,7 @@ class Summing {
       operation.End(work());
     }
     if (note.count() == 0) return;
-    const console::EnglishMessages english;
-    const console::PointedNumbers pointed;
+    const ClientWords words;
     std::string cause = console::RefusalText(InUtf8(note.last()));
     if (cause.empty()) cause = fmt::format("the device refuses it with {}", note.last().code);
     problem_ = {422, "refused", std::move(place), std::move(cause)};

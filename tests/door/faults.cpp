@@ -242,6 +242,8 @@ class FaultyDevice : public ClientDevice {
                  std::vector<std::string>* lines) override {
     return inner_->FindPaper(name, kind, lines);
   }
+  uint64_t refusals() const override { return inner_->refusals(); }
+  console::DeviceRefusal last_refusal() const override { return inner_->last_refusal(); }
   void Reopen() override { inner_->Reopen(); }
 
  private:

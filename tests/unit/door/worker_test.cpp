@@ -82,11 +82,28 @@ TEST_F(WorkerTest, ARefusedLineEndsTheJobAndVoidsWhatIsOpen) {
   EXPECT_EQ(LastWhy(job.id), Why::kLineFailed);
   ASSERT_EQ(done.answers.size(), 2u);
   EXPECT_EQ(done.answers[1].code, 1241);
-  EXPECT_THAT(done.answers[1].explanation, testing::Not(testing::IsEmpty()));
+  EXPECT_THAT(done.answers[1].explanation,
+              testing::StartsWith("There is no department 99: they are 1 to 40. class 4: "));
   EXPECT_FALSE(done.document);
   EXPECT_EQ(shop_.documents(), 0);
   EXPECT_FALSE(shop_.device->Ask()->is_open);
   EXPECT_THAT(shop_.sent, ElementsAre("#74", "VEND REP=1, PRE=1.20", "VEND REP=99, PRE=1", "#74"));
+}
+
+// A code has several causes: what is told is why the device refused this time, in UTF-8.
+TEST_F(WorkerTest, TheReasonOfTheDeviceIsTold) {
+  const Job sale = shop_.Sell("s");
+  const std::vector<std::string> refund = {"NOTACRED DOC=00010001, DATA=221126",
+                                           "VEND REP=1, PRE=1.20", "CHIU TEND=CONTANTI"};
+  shop_.Submit("a", refund);
+  const Job twice = shop_.Submit("b", refund);
+  const Job article = shop_.Submit("c", {"VEND ART='CAFF\xC8'", "CHIU"});
+  shop_.Drain();
+  const auto told = [this](const Job& job) { return shop_.Get(job.id).answers.back().explanation; };
+  EXPECT_EQ(told(sale), "");
+  EXPECT_THAT(told(twice), testing::StartsWith("Receipt 0001-0001 was paid back by a credit note "
+                                               "already. class "));
+  EXPECT_THAT(told(article), testing::StartsWith("There is no article 'CAFF\xC3\x88'. class 2: "));
 }
 
 TEST_F(WorkerTest, AJobThatLeavesSomethingOpenIsRejected) {
@@ -210,6 +227,7 @@ TEST_F(WorkerTest, WithoutItsMarkADocumentIsNotPaid) {
   ASSERT_EQ(done.answers.size(), 2u);
   EXPECT_EQ(done.answers[1].line, 2);
   EXPECT_EQ(done.answers[1].code, 1024 | RTF_EFPTR_REC_EMPTY);
+  EXPECT_THAT(done.answers[1].explanation, testing::StartsWith("A planned fault struck. class 4"));
   EXPECT_EQ(shop_.documents(), 0);
 }
 
