@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string line(parts.Next());
   HostileClient client(parts.Rest());
   TranslatorSession session(client, false);
-  WriteBytes("a", WithoutFolders(file));
+  WriteInput("a", WithoutFolders(file));
   // A second file, so that its lines may name one that is there.
   WriteBytes("b", "VEND REP=1, PRE=1\n");
   client.BeginLine();

@@ -58,7 +58,7 @@ lorimat::console::SourceLine Line(const std::string& text) {
 
 template <typename Check>
 void TakeFile(const std::string& text, Check& check) {
-  WriteBytes("in", text);
+  WriteInput("in", text);
   LineReader reader("in");
   for (SourceLine line; reader.Next(&line);) check.Take(line);
   check.Finish();
@@ -146,7 +146,7 @@ void Texts(const Input& input) {
 void Codes(const Input& input) {
   ReadCodeNumber(input.text);
   ParseBatchError(input.text);
-  WriteBytes("errors.txt", input.text);
+  WriteInput("errors.txt", input.text);
   ReadBatchErrors("errors.txt");
   const int code = input.choice * 131 + static_cast<int>(input.text.size());
   language::ReadCode(code);
@@ -162,7 +162,7 @@ void Faults(const Input& input) {
 }
 
 void Backups(const Input& input) {
-  WriteBytes(BackupManifest::kFileName, input.text);
+  WriteInput(BackupManifest::kFileName, input.text);
   try {
     const BackupManifest manifest = ReadManifest(".");
     for (const BackupFile& file : manifest.files) ReadBackupFile(".", file);
@@ -213,7 +213,7 @@ void Papers(const Input& input) {
 }
 
 void Logos(const Input& input) {
-  WriteBytes("logo", input.text);
+  WriteInput("logo", input.text);
   try {
     lorimat::ReadLogo("logo");
   } catch (const lorimat::PictureError&) {

@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstring>
 
+#include "fuzz/tally.h"
 #include "rpccommon/services/rtfconst.h"
 
 namespace {
@@ -31,6 +32,7 @@ int64_t HostileClient::Number() {
 
 int HostileClient::TakeResult() {
   if (++calls_ > kMostCalls) return RTF_E_FAILURE;
+  if (!answers_.empty()) ++TheTally().answers;
   const uint8_t byte = Byte();
   static constexpr int kResults[] = {-1,  -2,  -513, 1,       101,     107,  199, 200,
                                      217, 255, 256,  INT_MAX, INT_MIN, 1207, 300, 0};

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FreshFolder();
   InputParts parts(data, size);
   const std::string_view choice = parts.Next().substr(0, 8);
-  WriteBytes("in", parts.Next());
+  WriteInput("in", parts.Next());
   HostileClient client(parts.Rest());
   TranslatorSession session(client);
   for (const char which : choice) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "fuzz/scratch.h"
+#include "fuzz/tally.h"
 #include "fuzz/translator_session.h"
 #include "recording/recorder.h"
 #include "recording/recording.h"
@@ -87,6 +88,7 @@ void CheckTrim(const recording::Recording& read) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
+  ++TheTally().files;
   const recording::Recording read = recording::ReadRecordingText("input", text);
   if (!read.readable()) return 0;
   CheckTrim(read);

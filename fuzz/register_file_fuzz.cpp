@@ -103,7 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       bytes[place % bytes.size()] = static_cast<char>(data[i + 3]);
     }
   }
-  WriteBytes(kFile, bytes);
+  WriteInput(kFile, bytes);
   const bool good = ReadAll();
   try {
     VirtualRegister device(DaySettings(kFile));

@@ -1,10 +1,12 @@
 #include "fuzz/scratch.h"
 
 #include <algorithm>
+#include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
+#include "fuzz/tally.h"
 #include "support/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -43,6 +45,11 @@ void WriteBytes(const std::string& name, std::string_view bytes) {
   if (!file) Fails("a file of the fuzzer's own cannot be written: " + name);
 }
 
+void WriteInput(const std::string& name, std::string_view bytes) {
+  WriteBytes(name, bytes);
+  ++TheTally().files;
+}
+
 std::string WithoutFolders(std::string_view text) {
   std::string plain(text);
   std::replace(plain.begin(), plain.end(), '/', '-');
@@ -66,6 +73,17 @@ std::vector<std::string> LinesOf(std::string_view text) {
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return lines;
+}
+
+Tally& TheTally() {
+  static Tally tally;
+  static const int told = std::atexit([] {
+    const Tally& last = TheTally();
+    std::fprintf(stderr, "TALLY %" PRIu64 " %" PRIu64 " %" PRIu64 "\n", last.lines, last.files,
+                 last.answers);
+  });
+  static_cast<void>(told);
+  return tally;
 }
 
 void Fails(const std::string& what) {

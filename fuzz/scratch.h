@@ -12,6 +12,9 @@
 // folder goes with the program.
 void FreshFolder();
 
+// Writes a file of the input into the current folder, and counts it.
+void WriteInput(const std::string& name, std::string_view bytes);
+
 // Writes a file of the current folder.
 void WriteBytes(const std::string& name, std::string_view bytes);
 

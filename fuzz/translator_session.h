@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "fuzz/scratch.h"
+#include "fuzz/tally.h"
 #include "pal/protocols/lorimat/ecrcmdcommand.h"
 #include "rpccommon/client/rtfclientinterface.h"
 
@@ -19,6 +20,7 @@ class TranslatorSession {
 
   // Runs a line with the room that a host has to give, and looks at the answer.
   long Run(const std::string& line) {
+    ++TheTally().lines;
     std::vector<char> command(line.c_str(), line.c_str() + line.size() + 1);
     const auto result = std::make_unique<char[]>(512);
     const long code = translator().EcrCmd(command.data(), result.get());
