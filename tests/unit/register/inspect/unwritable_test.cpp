@@ -1,6 +1,5 @@
 // Files and folders that cannot be written: a register cannot work there, and can be looked at.
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <optional>
@@ -8,28 +7,11 @@
 #include "register/inspect/register_file.h"
 #include "register/storage/database.h"
 #include "register/storage/schema.h"
+#include "unit/register/as_nobody.h"
 #include "unit/register/store_fixture.h"
 
 namespace lorimat {
 namespace {
-
-// Somebody whom the system refuses to write; root it refuses nothing.
-class AsNobody {
- public:
-  AsNobody() : root_(geteuid() == 0) {
-    if (root_) {
-      EXPECT_EQ(seteuid(65534), 0);
-    }
-  }
-  ~AsNobody() {
-    if (root_) {
-      EXPECT_EQ(seteuid(0), 0);
-    }
-  }
-
- private:
-  bool root_;
-};
 
 // A register with a receipt of 1,00 and a closing.
 class UnwritableTest : public StoredRegisterTest {

@@ -32,5 +32,45 @@ TEST_F(DocumentList, HasInvoicesWhateverTheirNumber) {
   EXPECT_NE(last.find("0001-1000000 "), last.npos) << last;
 }
 
+// To the cent, whichever way the money went.
+TEST_F(DocumentList, TakesOffWhatWentBack) {
+  Receipt(1, 50000);
+  Receipt(1, 30000);
+  ASSERT_EQ(device.BeginDocTelematicRefund(1, 1, "", ""), RTF_SUCCESS);
+  ASSERT_EQ(Sell(1, 10000), RTF_SUCCESS);
+  ASSERT_EQ(PayRest(), RTF_SUCCESS);
+  ASSERT_EQ(device.BeginDocCancel(2, 1, "", true), RTF_SUCCESS);
+  const struct {
+    int filter;
+    const char* lines;
+  } lists[] = {
+      {kJournalAll,
+       "0001-0001 15/01/2024 10:30 VEN        5,00\n"
+       "0001-0002 15/01/2024 10:30 VEN        3,00\n"
+       "0001-0003 15/01/2024 10:30 RES       -1,00\n"
+       "0001-0004 15/01/2024 10:30 ANN       -3,00\n"
+       "\n"
+       "Documenti                                4\n"
+       "TOTALE                                4,00\n"},
+      {kJournalRefund,
+       "0001-0003 15/01/2024 10:30 RES       -1,00\n"
+       "\n"
+       "Documenti                                1\n"
+       "TOTALE                               -1,00\n"},
+      {kJournalRefund | kJournalCancel,
+       "0001-0003 15/01/2024 10:30 RES       -1,00\n"
+       "0001-0004 15/01/2024 10:30 ANN       -3,00\n"
+       "\n"
+       "Documenti                                2\n"
+       "TOTALE                               -4,00\n"},
+  };
+  for (const auto& list : lists) {
+    NewPaper();
+    ASSERT_EQ(Extract(4, 2, 0, 0, "150120240000", "150120242359", list.filter), RTF_SUCCESS);
+    const std::string paper = NewPaper();
+    EXPECT_NE(paper.find(std::string("\n\n") + list.lines), paper.npos) << paper;
+  }
+}
+
 }  // namespace
 }  // namespace lorimat

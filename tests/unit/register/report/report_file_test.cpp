@@ -11,6 +11,7 @@
 #include <set>
 
 #include "pal/peripherals/keyboard/functioncode.h"
+#include "unit/register/as_nobody.h"
 #include "unit/register/file_calls.h"
 #include "unit/register/report_fixture.h"
 
@@ -84,6 +85,26 @@ TEST_F(ReportFileTest, AnInterruptedWaitGoesOn) {
   });
   EXPECT_EQ(WriteFile(Path("report.txt"), "text"), RTF_SUCCESS);
   EXPECT_LE(left, 0);
+}
+
+// A folder may be written and not read: its names cannot be waited for by themselves, and all of
+// its file system is.
+TEST_F(ReportFileTest, AFolderThatMayNotBeReadIsWrittenInto) {
+  ASSERT_EQ(chmod(folder_.c_str(), 0333), 0);
+  int made = 0;
+  int secret = 0;
+  {
+    const AsNobody nobody;
+    made = WriteFile(Path("report.txt"), "text");
+    const mode_t before = umask(0777);
+    secret = WriteFile(Path("secret.txt"), "text");
+    umask(before);
+  }
+  ASSERT_EQ(chmod(folder_.c_str(), 0777), 0);
+  EXPECT_EQ(made, RTF_SUCCESS);
+  EXPECT_EQ(ReadText("report.txt"), "text");
+  // One that cannot be opened again cannot be waited for.
+  EXPECT_EQ(secret, RTF_E_FAILURE);
 }
 
 TEST_F(ReportFileTest, AReportIsPrintedOnlyWhenItsFileStands) {
