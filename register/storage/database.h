@@ -225,7 +225,6 @@ class Database {
   void CheckLoneLog() const;
   void CheckFile(Open how);
   bool IsTooLong() const;
-  void ExplainOpening(int code) const;
   sqlite3_file* File() const;
   bool HasLog() const;
   RegisterFailure Failure(FailureCause cause, std::initializer_list<int64_t> numbers = {},

@@ -165,10 +165,7 @@ void Database::OpenHandle(const std::string& name, int flags, const char* layer)
   DropStatements();
   handle_.reset(opened);
   if (opened == nullptr) throw std::bad_alloc();
-  if (code != SQLITE_OK) {
-    ExplainOpening(code);
-    FailWith(code);
-  }
+  if (code != SQLITE_OK) FailWith(code);
   sqlite3_busy_timeout(opened, kPatience);
   // A file's tables are not trusted to be those that we made.
   sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -292,15 +289,6 @@ int Database::FolderRefusal() const {
   if (folder.empty()) return 0;  // it has no name
   if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return 0;
   return errno;
-}
-
-// SQLite tries to read a file that it could not make, and reports that there is none.
-void Database::ExplainOpening(int code) const {
-  if ((code & 0xFF) != SQLITE_CANTOPEN) return;
-  // It is not opened to find out: closing it would take every lock on it from this process.
-  const bool refused = faccessat(AT_FDCWD, file_.c_str(), reads_ ? R_OK : W_OK, AT_EACCESS) != 0;
-  const int error = errno;
-  if (refused) Fail(FailureCause::kOpenRefused, {error});
 }
 
 bool Database::HasLog() const {
