@@ -67,11 +67,10 @@ Reply Api::DeviceReply() {
     report = report_;
     reported = reported_;
   }
-  const DeviceTrouble trouble = parts_.trouble();
-  const std::string_view code = TroubleCode(trouble);
+  const std::string_view code = parts_.log_failed() ? kDiskFull : TroubleCode(parts_.trouble());
   ordered_json json;
   json["serial"] = parts_.log.serial();
-  json["ready"] = trouble == DeviceTrouble::kNone && !parts_.log_failed();
+  json["ready"] = code.empty();
   json["trouble"] = code.empty() ? ordered_json() : ordered_json(code);
   json["queued"] = parts_.log.Count(JobState::kQueued);
   json["unknown"] = parts_.log.Count(JobState::kUnknown);

@@ -37,7 +37,7 @@ std::optional<Reply> TroubleProblem(DeviceTrouble trouble) {
 }
 
 Reply StorageProblem() {
-  Reply reply = Problem(503, "disk_full", "the log cannot be written or read");
+  Reply reply = Problem(503, kDiskFull, "the log cannot be written or read");
   reply.headers.emplace_back("Retry-After", "10");
   return reply;
 }

@@ -13,7 +13,8 @@ namespace lorimat::door {
 std::string_view TroubleCode(DeviceTrouble trouble);
 // Nothing for a device that is ready.
 std::optional<Reply> TroubleProblem(DeviceTrouble trouble);
-// The log.
+// The log cannot be written or read.
+inline constexpr std::string_view kDiskFull = "disk_full";
 Reply StorageProblem();
 
 }  // namespace lorimat::door

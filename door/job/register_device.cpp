@@ -74,6 +74,7 @@ void RegisterDevice::AddReport(DeviceReport* report) {
     const Tender* tender = register_.tables().FindTender(id);
     report->day.tenders->push_back({tender != nullptr ? tender->name : id, amount});
   }
+  if (register_.FindClock()) report->warnings.emplace_back("clock_behind");
   const DayNotice notice = register_.FindNotice();
   if (notice.opened) report->warnings.emplace_back("day_left_open");
   if (notice.documents_left) report->warnings.emplace_back("numbers_near_end");

@@ -100,6 +100,8 @@ class VirtualRegister : public RtfClientInterface {
   // The same as it is now; to be called between operations. Throws RegisterError when the
   // register's file cannot be read.
   DayNotice FindNotice() const { return FindDayNotice(core_.store, core_.Now()); }
+  // Whether the clock is too far behind now, by which every document would be refused; the same.
+  std::optional<ClockBehind> FindClock() const { return FindClockBehind(core_); }
   // All of that in sentences; empty when all is well.
   std::string start_notice() const;
   // The number, as Paper::dropped counts, of the first line that was printed since the start; the

@@ -167,5 +167,24 @@ TEST(ClientDevice, AVoidIsKnownByItsSale) {
   EXPECT_EQ(device.FindVoid({1, 4, false}, {1, 1, false}), Told::kNoAnswer);
 }
 
+// An hour is what comes back each autumn.
+TEST(ClientDevice, ARegisterWarnsOfAClockByWhichItRefusesAllSales) {
+  const std::vector<std::string> behind = {"clock_behind"};
+  DoorShop shop;
+  EXPECT_TRUE(shop.device->Report()->warnings.empty());
+  const int64_t sold = shop.Sell("k1").id;
+  shop.Drain();
+  ASSERT_EQ(shop.Get(sold).state, JobState::kConfirmed);
+  shop.hour = 9;
+  EXPECT_TRUE(shop.device->Report()->warnings.empty());
+  shop.hour = 8;
+  EXPECT_EQ(shop.device->Report()->warnings, behind);
+  const int64_t refused = shop.Sell("k2").id;
+  shop.Drain();
+  EXPECT_EQ(shop.Get(refused).state, JobState::kRejected);
+  shop.hour = 10;
+  EXPECT_TRUE(shop.device->Report()->warnings.empty());
+}
+
 }  // namespace
 }  // namespace lorimat::door

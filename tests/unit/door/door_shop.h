@@ -62,12 +62,12 @@ class DoorShop {
   void Start() {
     RegisterSettings settings;
     settings.file = register_file();
-    settings.clock = [] {
+    settings.clock = [this] {
       std::tm time{};
       time.tm_year = 126;
       time.tm_mon = 10;
       time.tm_mday = 22;
-      time.tm_hour = 10;
+      time.tm_hour = hour;
       return time;
     };
     device = std::make_unique<ShopDevice>(std::move(settings));
@@ -205,6 +205,7 @@ class DoorShop {
   std::function<void(Step)> at_step;  // ahead of a kill there
   std::function<void()> at_clock;     // the log asks for the time, which it may do as it writes
   int64_t now = 1'790'000'000'000;
+  int hour = 10;  // of the register's clock
 
  private:
   std::filesystem::path folder_ = MakeTemporaryFolder();

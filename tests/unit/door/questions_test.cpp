@@ -5,6 +5,8 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <nlohmann/json.hpp>
+#include <string>
 
 #include "door/http/api.h"
 #include "door_shop.h"
@@ -21,14 +23,14 @@ class AskingClient {
              .hosts = {"127.0.0.1:1"},
              .operators = {},
              .trouble = [] { return DeviceTrouble::kNone; },
-             .log_failed = [] { return false; },
+             .log_failed = [this] { return log_failed; },
              .wake = [] {},
              .ask = std::move(ask)}) {}
 
-  Reply Ask() {
+  Reply Ask(const std::string& target = "/v1/device") {
     Request request;
     request.method = "GET";
-    request.target = "/v1/device";
+    request.target = target;
     request.host = "127.0.0.1:1";
     return api.Handle(request);
   }
@@ -38,6 +40,7 @@ class AskingClient {
 
  public:
   Api api;
+  bool log_failed = false;
 };
 
 TEST(ApiQuestions, OneThatIsDroppedIsKeptNoLonger) {
@@ -69,6 +72,18 @@ TEST(ApiQuestions, OneThatCannotBeAskedIsKeptNoLonger) {
   });
   EXPECT_GE(client.Ask().status, 500);
   EXPECT_TRUE(kept.expired());
+}
+
+TEST(ApiQuestions, TheDeviceIsAsReadyAsTheDoor) {
+  AskingClient client([](const std::shared_ptr<Question>&) { return false; });
+  const auto told = [&client] { return nlohmann::json::parse(client.Ask().body); };
+  EXPECT_EQ(client.Ask("/readyz").status, 200);
+  EXPECT_EQ(told()["ready"], true);
+  EXPECT_EQ(told()["trouble"], nullptr);
+  client.log_failed = true;
+  EXPECT_EQ(nlohmann::json::parse(client.Ask("/readyz").body)["code"], "disk_full");
+  EXPECT_EQ(told()["ready"], false);
+  EXPECT_EQ(told()["trouble"], "disk_full");
 }
 
 }  // namespace
