@@ -31,6 +31,8 @@ struct Request {
   std::string method;
   std::string target;  // path and query, as they came
   std::string host;
+  // "http" or "https", where the target was a whole address, of which `host` is the authority.
+  std::optional<std::string> scheme = {};
   std::optional<std::string> origin;
   std::string content_type;
   std::optional<std::string> key;                 // Idempotency-Key

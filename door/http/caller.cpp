@@ -70,7 +70,8 @@ void Api::AllowOrigin(const Request& request, Reply* reply) const {
 std::optional<Reply> Api::RefuseHead(const Request& request) const {
   const std::string host = SmallLetters(request.host);
   const bool is_ours =
-      std::find(parts_.hosts.begin(), parts_.hosts.end(), host) != parts_.hosts.end();
+      std::find(parts_.hosts.begin(), parts_.hosts.end(), host) != parts_.hosts.end() &&
+      request.scheme.value_or(parts_.access.scheme) == parts_.access.scheme;
   if (!is_ours) return Problem(403, "foreign_host", "the request names another host");
   if (request.origin && !IsAllowedOrigin(request)) {
     const std::string begin = parts_.access.scheme + "://";

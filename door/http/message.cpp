@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "door/http/target.h"
+
 namespace lorimat::door {
 namespace {
 
@@ -41,6 +43,14 @@ Request HeadOf(const RequestParser& parser) {
   request.method = Text(message.method_string());
   request.target = Text(message.target());
   request.host = Text(message[http::field::host]);
+  // A whole address says by itself whose it is, beside a Host that has to be there all the same.
+  std::optional<AddressTarget> address = ReadAddressTarget(request.target);
+  if (address) {
+    constexpr unsigned kNeedsHost = 11;
+    if (!request.host.empty() || message.version() < kNeedsHost) request.host = address->authority;
+    request.scheme = std::move(address->scheme);
+    request.target = std::move(address->target);
+  }
   request.content_type = Text(message[http::field::content_type]);
   const auto origin = message.find(http::field::origin);
   if (origin != message.end()) request.origin = Text(origin->value());

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "door/access/origin.h"
+
 namespace lorimat::door {
 namespace {
 
@@ -35,6 +37,22 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
 }
 
 }  // namespace
+
+std::optional<AddressTarget> ReadAddressTarget(std::string_view text) {
+  constexpr std::string_view kBehindScheme = "://";
+  const size_t end = text.find(kBehindScheme);
+  if (end == text.npos) return std::nullopt;
+  AddressTarget address;
+  address.scheme = SmallLetters(text.substr(0, end));
+  if (address.scheme != "http" && address.scheme != "https") return std::nullopt;
+  text.remove_prefix(end + kBehindScheme.size());
+  const size_t path = std::min(text.find_first_of("/?"), text.size());
+  address.authority = text.substr(0, path);
+  text.remove_prefix(path);
+  if (text.empty() || text.front() != '/') address.target = '/';
+  address.target += text;
+  return address;
+}
 
 std::optional<Target> ReadTarget(std::string_view text) {
   if (text.empty() || text.front() != '/') return std::nullopt;

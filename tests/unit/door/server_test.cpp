@@ -196,6 +196,30 @@ TEST(Server, WhatAnybodyMayAskIsNobodysSecretByAnotherMethod) {
   EXPECT_EQ(status("GET /healthz?more=1"), "400");
 }
 
+// As some clients send it to any server; whose it is, is looked at as that of Host is.
+TEST(Server, AWholeAddressIsATargetToo) {
+  const Network network({});
+  const auto status = [&network](const std::string& target, const std::string& host) {
+    const console::Descriptor client = network.Connect();
+    Send(client, "GET " + target + " HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n");
+    return ReadAll(client).substr(9, 3);
+  };
+  const std::string named = "Host: " + network.host() + "\r\n";
+  EXPECT_EQ(status("http://" + network.host() + "/healthz", named), "200");
+  EXPECT_EQ(status("HTTP://" + network.host() + "/v1/jobs?limit=1", named), "200");
+  EXPECT_EQ(status("http://" + network.host() + "/v1/jobs?limit=0", named), "400");
+  EXPECT_EQ(status("http://" + network.host(), named), "404");
+  EXPECT_EQ(status("http://" + network.host() + "?limit=1", named), "404");
+  // The target counts, whatever Host says.
+  EXPECT_EQ(status("http://" + network.host() + "/healthz", "Host: example.org\r\n"), "200");
+  EXPECT_EQ(status("http://example.org/healthz", named), "403");
+  EXPECT_EQ(status("http://a@" + network.host() + "/healthz", named), "403");
+  EXPECT_EQ(status("http:///healthz", named), "403");
+  EXPECT_EQ(status("https://" + network.host() + "/healthz", named), "403");
+  EXPECT_EQ(status("http://" + network.host() + "/healthz", ""), "403");
+  EXPECT_EQ(status("ftp://" + network.host() + "/healthz", named), "400");
+}
+
 TEST(Server, AHeadThatIsTooLongIsTold) {
   const Network network({});
   const console::Descriptor client = network.Connect();
