@@ -249,13 +249,15 @@ Reply Api::Finish(int64_t job_id) noexcept {
 }
 
 std::optional<int64_t> Api::OwnerOf(const JobDocument& document, const Job& job) {
-  // Invoices have numbers of their own. Logs from before have no kinds, but the lines.
+  // Invoices have numbers of their own. Logs from before have no kinds, but the lines; and they may
+  // have a report to which an operator gave the numbers of a sale, whose they are not.
   const auto is_invoice = [this](const JobDocument& known, const Job& owner) {
     const DocumentKind kind = known.kind ? *known.kind : parts_.judge.Judge(owner.lines, true).kind;
     return kind == DocumentKind::kInvoice;
   };
   for (const Job& other : parts_.log.WithDocument(document.closure, document.number)) {
     if (other.id != job.id && other.state == JobState::kConfirmed && other.document &&
+        IsNumbered(other.effect) &&
         is_invoice(*other.document, other) == is_invoice(document, job)) {
       return other.id;
     }
@@ -308,6 +310,9 @@ Reply Api::PostResolve(const Request& request, const Path& path) {
     return Problem(409, "wrong_state", "the job waits for no operator");
   }
   if (news.document) {
+    if (!IsNumbered(job->effect)) {
+      return Problem(422, "no_document", "document: a job of this kind makes none");
+    }
     if (job->effect == JobEffect::kDocument) {
       news.document->kind = parts_.judge.Judge(job->lines, true).kind;
     }

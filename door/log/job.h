@@ -74,6 +74,11 @@ enum class JobEffect : uint8_t {
   kLast = kReset,
 };
 
+// Whether a number of the device tells of it: that of its document, or of the closing.
+constexpr bool IsNumbered(JobEffect effect) {
+  return effect == JobEffect::kDocument || effect == JobEffect::kClosing;
+}
+
 // A mark is a letter and ten of these, by chance.
 inline constexpr char kMarkBegin = 'R';
 inline constexpr std::string_view kMarkLetters = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";

@@ -197,7 +197,7 @@ def test_an_operator_lists_and_resolves(doors, folder):
     for document in ("0/1", "1/", "1/2/3", "x", "10000/1"):
         assert console(*wrong, document).returncode == 2
     run = console(*wrong, "1/1")
-    assert run.returncode == 1 and "document_taken" in run.stderr
+    assert run.returncode == 1 and "no_document" in run.stderr
     assert console(*wrong[:-1]).returncode == 0
     assert door.get("/v1/jobs/2")[1]["state"] == "confirmed"
     run = console("jobs", "cancel", 2, *to)

@@ -162,38 +162,6 @@ def test_an_operator_tells_the_number_of_a_closing(doors, folder):
                                "serial": "99LRM0000001VR", "time": None, "total": None}
 
 
-def test_the_document_that_an_operator_tells_is_nobody_elses(doors, folder):
-    door = doors(folder, faulty=True).start(fault="lose@line:6")
-    assert door.post(SALE, "s")[1]["document"]["number"] == 1
-    invoice = ["FATTURA TIPO=2, RIGA1='ROSSI'", "VEND REP=1, PRE=5.00", "CHIU TEND=CONTANTI"]
-    last = door.post(invoice, "i")[1]["document"]["number"]
-    path = f"/v1/jobs/{door.post(['REPORT'], 'r', desk='operator')[1]['id']}/resolve"
-
-    def resolve(closure, number):
-        body = {"outcome": "done", "reason": "x", "document": {"closure": closure, "number": number}}
-        status, _, reply = door.request("POST", path, body)
-        return status, reply
-
-    for closure, number in ((0, 1), (1, 0), (1, 10000), (-1, 1), ("1", 1)):
-        status, reply = resolve(closure, number)
-        assert (status, reply["code"]) == (400, "bad_field")
-    status, reply = resolve(1, 1)
-    assert (status, reply["code"]) == (409, "document_taken") and "job 1 " in reply["detail"]
-    status, job = resolve(1, last + 1)
-    assert (status, job["state"]) == (200, "confirmed")
-    assert job["document"] == {"closure": 1, "number": last + 1, "kind": None,
-                               "serial": "99LRM0000001VR", "time": None, "total": None}
-
-
-def test_the_numbers_of_invoices_are_their_own(doors, folder):
-    door = doors(folder, faulty=True).start(fault="lose@line:4")
-    invoice = ["FATTURA TIPO=2, RIGA1='ROSSI'", "VEND REP=1, PRE=5.00", "CHIU TEND=CONTANTI"]
-    assert door.post(invoice, "i")[1]["document"]["number"] == 1
-    job = door.post(["REPORT"], "r", desk="operator")[1]
-    body = {"outcome": "done", "reason": "x", "document": {"closure": 1, "number": 1}}
-    assert door.request("POST", f"/v1/jobs/{job['id']}/resolve", body)[0] == 200
-
-
 @pytest.mark.parametrize("size", range(100_000, 700_000, 40_000))
 def test_a_disk_that_is_full(doors, folder, size):
     """Neither log nor register grows beyond a size; later there is room again."""

@@ -69,6 +69,24 @@ def lost(doors, folder):
     return doors(folder, faulty=True).start(fault="lose@line:3")
 
 
+def copied(doors, folder):
+    """The log is a copy, in which one job was running and one was queued; the first one is over."""
+    door = hung(doors, folder)
+    for key in ("k1", "k2"):
+        assert door.post(SALE, key, path="/v1/jobs?wait=0")[0] == 202
+    until(lambda: door.get("/v1/jobs/1")[1]["state"] == "running")
+    log, copy = pathlib.Path(f"{door.register}.door"), folder / "copy.door"
+    subprocess.run([os.environ["LORIMAT"], "door", "backup", log, copy], check=True, capture_output=True)
+    door.process.kill()
+    door.wait()
+    for end in ("-wal", "-shm"):
+        log.with_name(log.name + end).unlink()
+    copy.rename(log)
+    door.start()
+    until(lambda: door.get("/v1/jobs/1")[1]["state"] == "confirmed")
+    return door
+
+
 def opened(doors, folder):
     """Somebody has left a document open."""
     door = doors(folder, faulty=True).start(fault="open@start:1")
@@ -119,7 +137,7 @@ def open_events(door):
 
 
 DOORS = {"fresh": fresh, "guarded": guarded, "plugin": plugin, "busy": busy, "hung": hung, "late": late,
-         "lost": lost, "open": opened, "away": away, "full": full, "crowded": crowded, "followed": followed}
+         "lost": lost, "copied": copied, "open": opened, "away": away, "full": full, "crowded": crowded, "followed": followed}
 
 
 def run(door, command):
