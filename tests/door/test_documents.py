@@ -152,7 +152,7 @@ def test_a_document_in_each_form(door):
     assert document["items"][0] == {
         "kind": "sale", "description": "CAFF\u00c8 \u20ac \"'\\", "article": None, "department": 1, "vat": 1,
         "quantity": "1.5", "price": "1.2345", "amount": "1.85", "taken_back": "0.00"}
-    assert document["items"][1]["kind"] == "adjustment"
+    assert (document["items"][1]["kind"], document["items"][1]["amount"]) == ("adjustment", "-0.10")
     assert [payment["amount"] for payment in document["payments"]] == ["5.00"]
     assert (document["change"], document["voided"], document["refers_to"]) == ("3.25", False, None)
     status, content_type, body = raw(door, path, "text/plain")
@@ -167,7 +167,22 @@ def test_a_document_in_each_form(door):
     sell(door, "v", kind="void", refers_to={"closure": 1, "number": 1, "date": made["time"][:10]},
          items=[{"department": 1, "price": made["total"]}])
     assert door.get(path)[1]["voided"] is True
-    assert door.get("/v1/documents/1/2")[1]["refers_to"] == {"closure": 1, "number": 1}
+    void = door.get("/v1/documents/1/2")[1]
+    assert void["refers_to"] == {"closure": 1, "number": 1}
+    # The kind tells that it goes back, and no sign does.
+    assert void["total"] == made["total"] == void["payments"][0]["amount"] == void["items"][0]["amount"]
+
+
+def test_what_goes_back_has_no_sign(door):
+    sold = sell(door, "a", items=[{"department": 1, "price": "5.00"},
+                                  {"department": 1, "price": "2.00", "refund": True}])
+    items = door.get("/v1/documents/1/1")[1]["items"]
+    assert [(item["kind"], item["amount"]) for item in items] == [("sale", "5.00"), ("refund", "2.00")]
+    sell(door, "b", kind="refund", items=[{"department": 1, "price": "1.00"}],
+         refers_to={"closure": 1, "number": 1, "date": sold["time"][:10]})
+    refund = door.get("/v1/documents/1/2")[1]
+    assert [item["amount"] for item in refund["items"]] == [refund["total"]] == ["1.00"]
+    assert [payment["amount"] for payment in refund["payments"]] == ["1.00"]
 
 
 def test_a_picture_that_would_be_too_long(door):
