@@ -19,8 +19,9 @@ bool IsToken(const std::string& text) {
 
 std::string TokenOfFile(const std::string& file) {
   LineReader reader(file);
+  reader.GiveUpBehind(LineReader::kKept);
   SourceLine line;
-  if (!reader.Next(&line) || !IsToken(line.text)) {
+  if (!reader.Next(&line) || line.length > LineReader::kKept || !IsToken(line.text)) {
     throw Failure(Tr("{}: holds no token", Shown(reader.name())));
   }
   return line.text;

@@ -72,17 +72,19 @@ size_t WrongByte(std::string_view text) {
 Json LinesOf(const std::string& file) {
   constexpr size_t kMostLines = 1000;
   LineReader reader(file, &interrupted);
+  // With the carriage return that may stand at its end.
+  reader.GiveUpBehind(kLongestLine + 1);
   Json lines = Json::array();
   SourceLine line;
   while (reader.Next(&line)) {
     std::string_view text = line.text;
     if (line.number == 1 && BeginsWithByteOrderMark(text))
       text.remove_prefix(kByteOrderMark.size());
-    if (WithoutTrailingBlanks(text).empty()) continue;
     const std::string name = Shown(reader.name());
     if (line.length > kLongestLine) {
       throw Failure(Tr("{}:{}: a line has at most {} bytes", name, line.number, kLongestLine));
     }
+    if (WithoutTrailingBlanks(text).empty()) continue;
     if (ShowsUtf16(line)) throw Failure(Tr("{}:{}: is not UTF-8", name, line.number));
     if (const size_t byte = WrongByte(text)) {
       throw Failure(Tr("{}:{}: byte {} is not UTF-8", name, line.number, byte));

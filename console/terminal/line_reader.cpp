@@ -72,7 +72,7 @@ bool LineReader::Next(SourceLine* line) {
   line->nul_at = 0;
   char last = 0;
   bool ended = false;
-  while (!ended) {
+  while (!ended && line->length <= most_) {
     if (begin_ == end_ && !fill()) {
       if (line->length == 0) return false;
       break;

@@ -39,6 +39,11 @@ class LineReader {
   explicit LineReader(const std::string& file, const volatile std::sig_atomic_t* stop = nullptr,
                       size_t kept = kKept);
 
+  // For those who take no longer line: one is read no further than its first bytes behind so many,
+  // whose count is its length then, and nothing may be read behind it. Without it all are read to
+  // their end, which a line of a device such as /dev/zero does not have.
+  void GiveUpBehind(uint64_t length) { most_ = length; }
+
   // Reads the next line; false at the end of the file. Throws Failure on a read error.
   bool Next(SourceLine* line);
 
@@ -53,6 +58,7 @@ class LineReader {
   std::string name_;
   const volatile std::sig_atomic_t* stop_;
   size_t kept_;
+  uint64_t most_ = UINT64_MAX;
   Descriptor file_;
   bool regular_ = false;
   uint64_t size_ = 0;

@@ -89,6 +89,20 @@ def test_lines_that_are_none(folder, text, told):
     assert run.returncode == 2 and told in run.stderr
 
 
+def test_a_line_without_an_end_is_refused(folder):
+    (folder / "token").symlink_to("/dev/zero")
+    to = ["--to", url_of(1), "--key", "k"]
+    run = console("send", "/dev/zero", *to)
+    assert run.returncode == 2 and "/dev/zero:1: a line has at most 2046 bytes" in run.stderr
+    # Of blanks, too, behind a good one.
+    endless = "(echo CLEAR; tr '\\0' ' ' </dev/zero) | exec \"$LORIMAT\" send - --to \"$0\" --key k"
+    run = subprocess.run(["sh", "-c", endless, url_of(1)], capture_output=True, text=True, timeout=120,
+                         env={**os.environ, "LC_ALL": "C"}, check=False)
+    assert run.returncode == 2 and "standard input:2: a line has at most 2046 bytes" in run.stderr
+    run = console("send", "-", *to, "--token", folder / "token", lines=SALE)
+    assert run.returncode == 2 and "holds no token" in run.stderr
+
+
 @pytest.mark.parametrize("key", ["no key", "k\r\nX: 1", "k\n", "k\x7f", "k\u00e8", "x" * 65])
 def test_a_key_that_is_none_is_not_sent(scripted, key):  # noqa: F811
     scripted.answers["/v1/jobs"] = [(200, {}, b"{}")]
@@ -175,7 +189,7 @@ def test_a_token_comes_from_a_file(scripted, folder):  # noqa: F811
     arguments = ["jobs", "--to", url_of(scripted.server_port), "--token"]
     assert console(*arguments, folder / "token").returncode == 0
     assert scripted.asked[0][1]["Authorization"] == "Bearer till.y"
-    for text in ("", "a b\n", "a\x01\n"):
+    for text in ("", "a b\n", "a\x01\n", "a" * 5000):
         (folder / "token").write_bytes(text.encode())
         assert console(*arguments, folder / "token").returncode == 2
     assert console(*arguments[:-1], environment={"LORIMAT_TOKEN": "a\nb"}).returncode == 2
