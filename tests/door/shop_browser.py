@@ -12,13 +12,14 @@ from cutting_proxy import CuttingProxy, whole_message, with_host
 from shop_plan import read_book
 
 HERE = pathlib.Path(__file__).parent
-MODULE = HERE.parents[1] / "bindings/javascript/lorimat-door.js"
+CLIENT = HERE.parents[1] / "bindings/javascript"
+MODULES = {path.name: path.read_bytes() for path in CLIENT.glob("*.js")}
 CHROMIUM = shutil.which("chromium")
 ENDED = 0
 
 
 def has_browser():
-    return CHROMIUM is not None and MODULE.exists()
+    return CHROMIUM is not None and "lorimat-door.js" in MODULES
 
 
 class BrowserCable(CuttingProxy):
@@ -46,8 +47,8 @@ class BrowserCable(CuttingProxy):
     def answer(self, path, is_post, body):
         if path == "/":
             return b"text/html", (HERE / "shop_till.html").read_bytes()
-        if path == "/lorimat-door.js":
-            return b"text/javascript", MODULE.read_bytes()
+        if path[1:] in MODULES:
+            return b"text/javascript", MODULES[path[1:]]
         if path == "/book" and is_post:
             with self.writing, open(self.book, "ab", buffering=0) as file:
                 file.write(body)
