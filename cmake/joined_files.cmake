@@ -1,10 +1,30 @@
 # Files that are compiled as one. Most of what a file costs to compile is the headers of others and what
 # their templates become, and such files have that once.
 
+# lorimat_own_arguments(TEXT KEY): what a function takes, of the text from its parenthesis on: "(Receipt,#)",
+# with the name of each class of ours, and "#" for all that a number, a text or a list in braces might become
+# one of. "(?" where the line does not tell all of it.
+function(lorimat_own_arguments text key_variable)
+  while(text MATCHES "<[^<>]*>")
+    string(REPLACE "${CMAKE_MATCH_0}" "" text "${text}")
+  endwhile()
+  set(key "(?")
+  if(text MATCHES "^\\(([^()]*)\\)")
+    string(REGEX REPLACE "([ &*])[A-Za-z0-9_]+(,|$)" "\\1\\2" arguments "${CMAKE_MATCH_1}")
+    string(REPLACE "," ";" arguments "${arguments}")
+    list(TRANSFORM arguments REPLACE "^(.*[^A-Za-z0-9_])?Json([^A-Za-z0-9_].*)?$" "#")
+    list(TRANSFORM arguments REPLACE "^(.*[^A-Za-z0-9_])?([A-Z][A-Za-z0-9]*)([^A-Za-z0-9_].*)?$" "\\2")
+    list(TRANSFORM arguments REPLACE "^[^A-Z].*$" "#")
+    list(JOIN arguments "," arguments)
+    set(key "(${arguments})")
+  endif()
+  set(${key_variable} "${key}" PARENT_SCOPE)
+endfunction()
+
 # lorimat_own_names(FILE NAMES KEYS WORDS): the names that stand at the beginnings of a file's lines, as
-# those of functions, values, types and macros do, and beside each a key: of a function what stands in its
-# parentheses, without the names of the arguments, of another name for a type "=" and the type, of all others
-# "."; and all words of the file.
+# those of functions, values, types and macros do, and beside each a key: of a function what it takes as
+# lorimat_own_arguments has it, of another name for a type "=" and the type, of all others "."; and all words
+# of the file.
 function(lorimat_own_names file names_variable keys_variable words_variable)
   file(READ ${file} text)
   string(REGEX REPLACE "[][;]" "$" text "${text}")
@@ -36,7 +56,7 @@ function(lorimat_own_names file names_variable keys_variable words_variable)
       set(name "${CMAKE_MATCH_1}")
       set(arguments "${CMAKE_MATCH_2}")
       if(arguments MATCHES "^\\(")
-        string(REGEX REPLACE "([ &*])[A-Za-z0-9_]+([,)]|$)" "\\1\\2" key "${arguments}")
+        lorimat_own_arguments("${arguments}" key)
       endif()
       if(start MATCHES "::${name} *[$({=]")
         continue()
@@ -57,7 +77,9 @@ endfunction()
 # lorimat_join_files(TARGET COUNT [APART FILE...]): the files of TARGET are compiled by up to COUNT at a
 # time, but for those named and those that have options of their own. Each file may call its own things as
 # it likes: a file does not come together with one that has the same name for something else, as a word
-# of any meaning where the name is no function's. Functions that differ in their arguments may have one name.
+# of any meaning where the name is no function's. Functions may have one name where
+# they take more or fewer arguments, or other classes of ours: elsewhere a call could choose the other file's,
+# and nobody would be told.
 # A compiler cache has each file by itself, and so has what counts lines and a build with
 # -DLORIMAT_JOIN_FILES=OFF.
 function(lorimat_join_files target count)
@@ -93,8 +115,8 @@ function(lorimat_join_files target count)
             if(NOT "${keys_${group}_${name}}" STREQUAL key)
               set(fits FALSE)
             endif()
-          elseif(key STREQUAL "." OR key IN_LIST keys_${group}_${name}
-                 OR NOT "${keys_${group}_${name}}" MATCHES "^\\(")
+          elseif(key MATCHES "^(\\.|\\(\\?)$" OR key IN_LIST keys_${group}_${name}
+                 OR "(?" IN_LIST keys_${group}_${name} OR NOT "${keys_${group}_${name}}" MATCHES "^\\(")
             set(fits FALSE)
           endif()
           if(NOT fits)
