@@ -24,7 +24,9 @@ bool IsDiskLow(const std::string& file) {
 
 void DoorWatch::Told(const Job* job) {
   parts_.server.NotifyEvents();
-  if (job != nullptr) parts_.notices.TellJob(*job);
+  if (job == nullptr) return;
+  writes_none_ = false;
+  parts_.notices.TellJob(*job);
 }
 
 void DoorWatch::NoteDevice(DeviceTrouble trouble) {
@@ -44,7 +46,11 @@ void DoorWatch::NoteWarnings() noexcept {
     };
     if (IsDiskLow(parts_.log.file())) add("disk_low");
     if (parts_.log.Count(JobState::kNeedsOperator) > 0) add("needs_operator");
+    const bool wrote_none = writes_none_;
+    // One of the two is news, whatever was told last, and has to be written.
+    if (wrote_none) parts_.log.NoteText(EventKind::kWarning, "disk_full");
     parts_.log.NoteText(EventKind::kWarning, names);
+    if (wrote_none) writes_none_ = false;
   } catch (...) {
     // Another time.
   }

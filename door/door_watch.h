@@ -34,6 +34,10 @@ class DoorWatch {
   void Told(const Job* job);
   // How the device is; from the working thread. Throws RegisterError.
   void NoteDevice(DeviceTrouble trouble);
+  // A job came that could not be written; by any thread. So it is until one is written, or
+  // NoteWarnings finds that the log takes what it has. Whether it was not so before.
+  bool NoteNotWritten() noexcept { return !writes_none_.exchange(true); }
+  bool writes_none() const { return writes_none_; }
   // What somebody should look at, as far as it is known here; to be called now and then.
   void NoteWarnings() noexcept;
   // The metrics of the program beside those of the log.
@@ -45,6 +49,7 @@ class DoorWatch {
  private:
   Parts parts_;
   std::string told_;  // of the device, to the service manager
+  std::atomic<bool> writes_none_{false};
   // Signs asked for that are not answered yet; what is asked may come when this is gone.
   std::shared_ptr<std::atomic<int>> asked_ = std::make_shared<std::atomic<int>>(0);
 };

@@ -1,22 +1,19 @@
 #include "door/run_door.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "console/command/help.h"
@@ -54,6 +51,7 @@ namespace {
 using console::Failure;
 using console::Shown;
 using console::Streams;
+using console::SystemMessage;
 using console::Tr;
 
 // A plug-in gives its calls up by itself, later than the program ends for one of them; at the start
@@ -247,21 +245,15 @@ std::optional<int> PassedSocket(ServiceManager& manager) {
   return socket;
 }
 
-std::string AddressOf(int socket) {
-  sockaddr_storage address{};
-  socklen_t size = sizeof address;
-  getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
-  std::array<char, INET6_ADDRSTRLEN> text{};
-  if (address.ss_family == AF_INET6) {
-    sockaddr_in6 six{};
-    std::memcpy(&six, &address, sizeof six);
-    inet_ntop(AF_INET6, &six.sin6_addr, text.data(), text.size());
-    return "[" + std::string(text.data()) + "]:" + std::to_string(ntohs(six.sin6_port));
+std::unique_ptr<HttpServer> Listen(const std::optional<int>& passed, const Access& access,
+                                   const std::string& listen) {
+  if (passed) return std::make_unique<HttpServer>(*passed);
+  try {
+    return std::make_unique<HttpServer>(access.address(), access.port());
+  } catch (const std::system_error& error) {
+    throw Failure(
+        fmt::format("--listen {}: {}", Shown(listen), SystemMessage(error.code().value())));
   }
-  sockaddr_in four{};
-  std::memcpy(&four, &address, sizeof four);
-  inet_ntop(AF_INET, &four.sin_addr, text.data(), text.size());
-  return std::string(text.data()) + ":" + std::to_string(ntohs(four.sin_port));
 }
 
 // Their threads use what has to outlive them, also where something is thrown.
@@ -279,7 +271,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   const std::optional<int> passed = PassedSocket(manager);
   const auto tell = [&notices](const std::string& text) { notices.Tell(Level::kNote, text); };
   AccessOptions access_options = options.access;
-  if (passed) access_options.listen = AddressOf(*passed);
+  if (passed) access_options.listen = ListeningAddress(*passed);
   Access access(access_options, tell);
   const console::DeviceRequest request = console::RequestOf(options.device);
   const std::string device_file = FileOf(request);
@@ -324,9 +316,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
     });
   }
 
-  const std::unique_ptr<HttpServer> made =
-      passed ? std::make_unique<HttpServer>(*passed)
-             : std::make_unique<HttpServer>(access.address(), access.port());
+  const std::unique_ptr<HttpServer> made = Listen(passed, access, access_options.listen);
   HttpServer& server = *made;
   server.SetTls(access.tls());
   TroubleTeller teller(notices);
@@ -381,7 +371,14 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
            .ask = [&service](auto question) { return service.Ask(std::move(question)); },
            .documents = documents.get(),
            .figures = [&watch](MetricsText& text) { watch.AddMetrics(text); },
-           .access = access.Rules()});
+           .access = access.Rules(),
+           .not_written =
+               [&](const std::exception& failure) {
+                 if (!watch.NoteNotWritten()) return;
+                 notices.Tell(Level::kNote, Tr("a job that came could not be written: {}",
+                                               console::ErrorText(failure)));
+               },
+           .writes_none = [&watch] { return watch.writes_none(); }});
   const StoppedThreads stopped{service, server};
   service.Start();
   server.Start(api);

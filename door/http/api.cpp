@@ -214,7 +214,7 @@ Reply Api::Take(NewJob job, int wait) {
     return reply;
   }
   bool was_there = false;
-  const Job taken = parts_.log.Accept(job, &was_there);
+  const Job taken = Write(job, &was_there);
   if (was_there) return ReplayOf(taken, job.digest);
   if (IsFinal(taken.state)) return JobReply(422, taken, false);
   parts_.wake();
@@ -222,6 +222,19 @@ Reply Api::Take(NewJob job, int wait) {
   reply.wait_for = taken.id;
   reply.wait_seconds = wait;
   return reply;
+}
+
+Job Api::Write(const NewJob& job, bool* was_there) {
+  try {
+    return parts_.log.Accept(job, was_there);
+  } catch (const RegisterError& error) {
+    if (parts_.not_written) parts_.not_written(error);
+    throw;
+  }
+}
+
+bool Api::LogFails() const {
+  return parts_.log_failed() || (parts_.writes_none && parts_.writes_none());
 }
 
 bool Api::IsOver(int64_t job_id) noexcept {

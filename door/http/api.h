@@ -78,8 +78,8 @@ class Api {
     std::vector<std::string> hosts;      // that a request may name: "127.0.0.1:8577"
     std::vector<std::string> operators;  // desks
     std::function<DeviceTrouble()> trouble;
-    std::function<bool()> log_failed;
-    std::function<void()> wake;  // a job has come
+    std::function<bool()> log_failed;  // of the jobs that it has
+    std::function<void()> wake;        // a job has come
     // What receipts are summed by; null, or answers null, where the device does not tell it.
     std::function<std::shared_ptr<const DeviceTables>()> tables = nullptr;
     // Asks the device between two jobs; false when it cannot be asked. Null: nobody can.
@@ -89,6 +89,10 @@ class Api {
     // Figures of the program beside those of the log; may be null.
     std::function<void(MetricsText& text)> figures = nullptr;
     AccessRules access = {};
+    // Is told of a job that came and could not be written, and why; and tells whether that is so
+    // still. Both may be null.
+    std::function<void(const std::exception&)> not_written = nullptr;
+    std::function<bool()> writes_none = nullptr;
   };
 
   // What the door takes, each as "GET/v1/jobs/#&key&desk"; "#" is a number. door/openapi.json
@@ -157,6 +161,9 @@ class Api {
   Reply GetMetrics(const Request& request, const Path& path);
   Reply JudgeAndTake(NewJob job, int wait, const Path& path);
   Reply Take(NewJob job, int wait);
+  // To the log; that it cannot be is told.
+  Job Write(const NewJob& job, bool* was_there);
+  bool LogFails() const;
   std::optional<Reply> Replay(const NewJob& job);
   bool IsOperator(const std::string& desk, const Path& path) const;
   // Another job that is confirmed with this document.

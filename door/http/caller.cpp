@@ -84,6 +84,10 @@ std::optional<Reply> Api::RefuseHead(const Request& request) const {
   std::optional<console::TokenHolder> caller;
   if (std::optional<Reply> refused = RefuseCaller(request, &caller)) return refused;
   if (IsUnsafe(request.method) && !IsJson(request.content_type)) {
+    Path path;
+    Reply problem;
+    // Where no such request is taken, no content type would mend it.
+    if (FindRoute(request, &path, &problem) == nullptr && problem.status != 400) return problem;
     return Problem(415, "not_json", "the request needs Content-Type: application/json");
   }
   return std::nullopt;

@@ -67,7 +67,7 @@ Reply Api::DeviceReply() {
     report = report_;
     reported = reported_;
   }
-  const std::string_view code = parts_.log_failed() ? kDiskFull : TroubleCode(parts_.trouble());
+  const std::string_view code = LogFails() ? kDiskFull : TroubleCode(parts_.trouble());
   ordered_json json;
   json["serial"] = parts_.log.serial();
   json["ready"] = code.empty();

@@ -14,7 +14,7 @@ Reply Api::GetHealth(const Request&, const Path&) {
 }
 
 Reply Api::GetReady(const Request&, const Path&) {
-  if (parts_.log_failed()) return StorageProblem();
+  if (LogFails()) return StorageProblem();
   if (std::optional<Reply> trouble = TroubleProblem(parts_.trouble())) return *trouble;
   Reply reply;
   reply.body = "{\"status\":\"ready\"}\n";
@@ -24,7 +24,7 @@ Reply Api::GetReady(const Request&, const Path&) {
 Reply Api::GetMetrics(const Request&, const Path&) {
   MetricsText text;
   const DeviceTrouble trouble = parts_.trouble();
-  const bool is_ready = trouble == DeviceTrouble::kNone && !parts_.log_failed();
+  const bool is_ready = trouble == DeviceTrouble::kNone && !LogFails();
   text.Gauge("lorimatd_ready", "Whether a new job would be taken.", is_ready ? 1 : 0);
   AddLogMetrics(parts_.log, &text);
   if (parts_.figures) parts_.figures(text);

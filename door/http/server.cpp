@@ -21,6 +21,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -47,14 +48,14 @@ constexpr auto kTuple = asio::as_tuple(asio::use_awaitable);
 
 class HttpServer::Impl {
  public:
-  Impl(const std::string& address, uint16_t port, const ServerLimits& limits)
-      : limits_(limits), all_(limits.all), io_(kThreads), acceptor_(asio::make_strand(io_)) {
-    const tcp::endpoint endpoint(asio::ip::make_address(address), port);
-    acceptor_.open(endpoint.protocol());
-    acceptor_.set_option(asio::socket_base::reuse_address(true));
-    acceptor_.bind(endpoint);
-    acceptor_.listen();
+  Impl(const std::string& address, uint16_t port, const ServerLimits& limits) try
+      : limits_(limits),
+        all_(limits.all),
+        io_(kThreads),
+        acceptor_(asio::make_strand(io_), tcp::endpoint(asio::ip::make_address(address), port)) {
     port_ = acceptor_.local_endpoint().port();
+  } catch (const boost::system::system_error& error) {
+    throw std::system_error(error.code().value(), std::system_category());
   }
 
   Impl(int listening, const ServerLimits& limits)

@@ -48,7 +48,7 @@ struct ServerFigures {
 
 class HttpServer {
  public:
-  // Listens; port 0 picks a free one. Throws std::exception with the cause.
+  // Listens; port 0 picks a free one. Throws std::system_error with the cause.
   HttpServer(const std::string& address, uint16_t port, const ServerLimits& limits = {});
   // On a socket that listens already, which it closes.
   explicit HttpServer(int listening, const ServerLimits& limits = {});

@@ -1,5 +1,6 @@
 #include "door/system/service_manager.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -7,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdlib>
@@ -82,6 +84,23 @@ std::optional<int> ServiceManager::TakeSocket() {
   if (sockets > 1 || !IsListening(kFirstSocket)) return -1;
   fcntl(kFirstSocket, F_SETFD, FD_CLOEXEC);
   return kFirstSocket;
+}
+
+std::string ListeningAddress(int socket) {
+  sockaddr_storage address{};
+  socklen_t size = sizeof address;
+  getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  if (address.ss_family == AF_INET6) {
+    sockaddr_in6 six{};
+    std::memcpy(&six, &address, sizeof six);
+    inet_ntop(AF_INET6, &six.sin6_addr, text.data(), text.size());
+    return "[" + std::string(text.data()) + "]:" + std::to_string(ntohs(six.sin6_port));
+  }
+  sockaddr_in four{};
+  std::memcpy(&four, &address, sizeof four);
+  inet_ntop(AF_INET, &four.sin_addr, text.data(), text.size());
+  return std::string(text.data()) + ":" + std::to_string(ntohs(four.sin_port));
 }
 
 SignsOfLife::SignsOfLife(const ServiceManager& manager, std::function<bool()> is_alive)

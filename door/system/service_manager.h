@@ -32,6 +32,9 @@ class ServiceManager {
   int sockets_ = 0;
 };
 
+// "127.0.0.1:8577", "[::1]:8577": where a TCP socket listens.
+std::string ListeningAddress(int socket);
+
 // Gives signs of life as long as `is_alive` says so, four in the time that the manager waits.
 class SignsOfLife {
  public:

@@ -3,10 +3,12 @@ import json
 import os
 import pathlib
 import re
+import resource
 import select
 import socket
 import sqlite3
 import subprocess
+import time
 
 import pytest
 
@@ -229,6 +231,11 @@ def test_addresses_and_methods(door):
     assert code(door.request("GET", "/v1/jobs/x")) == (404, "not_found")
     status, headers, body = door.request("PUT", "/v1/jobs", {})
     assert (status, body["code"], headers["Allow"]) == (405, "wrong_method", "POST, GET")
+    # Without a content type, which would not help.
+    status, headers, body = door.request("PUT", "/healthz", headers={"Content-Type": None})
+    assert (status, body["code"], headers["Allow"]) == (405, "wrong_method", "GET")
+    assert code(door.request("PUT", "/x", headers={"Content-Type": None})) == (404, "not_found")
+    assert code(door.request("POST", "/v1/jobs", headers={"Content-Type": None})) == (415, "not_json")
     assert code(door.request("GET", "/v1/jobs?limit=0")) == (400, "bad_field")
     assert code(door.request("GET", "/v1/jobs?state=done")) == (400, "bad_field")
     assert code(door.request("GET", "/v1/jobs?x=1")) == (400, "unknown_field")
@@ -290,6 +297,42 @@ def test_only_this_computer_is_listened_to(folder):
         run = subprocess.run([os.environ["LORIMATD"], "--register", folder / "r", "--listen", address],
                              capture_output=True, text=True, check=False)
         assert run.returncode == 2 and run.stdout == "" and "--listen" in run.stderr
+
+
+def test_an_address_that_is_taken_is_told(door, folder):
+    address = f"127.0.0.1:{door.port}"
+    run = subprocess.run([os.environ["LORIMATD"], "--register", folder / "r", "--listen", address],
+                         capture_output=True, text=True, check=False,
+                         env=dict(os.environ, LC_ALL="C"))
+    assert run.returncode == 2 and run.stdout == ""
+    assert run.stderr == f"lorimatd: --listen {address}: Address already in use\n"
+
+
+def test_a_disk_that_is_full_is_told_until_it_is_not(door):
+    def shown():
+        return door.get("/readyz")[0], door.get("/v1/device")[1]["ready"]
+
+    def limit(size):
+        most = resource.prlimit(door.process.pid, resource.RLIMIT_FSIZE)[1]
+        resource.prlimit(door.process.pid, resource.RLIMIT_FSIZE, (size, most))
+
+    assert shown() == (200, True)
+    limit(1)
+    for key in "ab":
+        assert code(door.request("POST", "/v1/jobs", {"lines": SALE},
+                                 {"Idempotency-Key": key})) == (503, "disk_full")
+    assert shown() == (503, False)
+    assert code(door.request("GET", "/readyz")) == (503, "disk_full")
+    limit(resource.RLIM_INFINITY)
+    deadline = time.monotonic() + 60
+    while shown() != (200, True):
+        assert time.monotonic() < deadline
+        time.sleep(0.05)
+    assert door.post(SALE, "a")[0] == 201
+    assert door.stop() == 0
+    told, = door.errors.splitlines()
+    assert told.startswith(f"lorimatd: a job that came could not be written: {door.register}.door: ")
+    assert told.endswith(": File too large")
 
 
 def test_sigterm_ends_it_in_order(door):
