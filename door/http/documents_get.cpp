@@ -260,10 +260,12 @@ Reply Api::PostCopy(const Request& request, const Path& path) {
 // meant.
 std::optional<Reply> Api::ReferenceProblem(const ReceiptPost& post) {
   const std::optional<ReceiptReference>& reference = post.receipt().refers_to;
-  if (!reference || reference->kind || parts_.documents == nullptr ||
-      (!reference->serial.empty() && reference->serial != parts_.log.serial())) {
-    return std::nullopt;
+  if (!reference || !reference->IsOf(parts_.log.serial())) return std::nullopt;
+  if (reference->kind == DocumentKind::kInvoice) {
+    return Problem(400, "bad_field", "the device takes none of its own invoices back",
+                   "/refers_to/kind");
   }
+  if (reference->kind || parts_.documents == nullptr) return std::nullopt;
   try {
     for (const KeptDocument& one : parts_.documents->Find(reference->closure, reference->number)) {
       if (one.document.kind != DocumentKind::kInvoice) continue;

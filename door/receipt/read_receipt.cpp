@@ -8,6 +8,7 @@
 #include "door/receipt/decimal.h"
 #include "door/receipt/json_fields.h"
 #include "pal/fiscalcode.h"
+#include "register/document/reference.h"
 
 namespace lorimat::door {
 namespace {
@@ -173,11 +174,8 @@ ReceiptReference ReadReference(const JsonFields& fields, DocumentKind kind) {
   }
   if (const json* named = fields.Find("kind")) {
     if (named->is_string()) reference.kind = FindDocumentKind(named->get_ref<const std::string&>());
-    const bool is_sale = reference.kind == DocumentKind::kSale;
-    if (!is_sale && reference.kind != DocumentKind::kInvoice) {
+    if (reference.kind != DocumentKind::kSale && reference.kind != DocumentKind::kInvoice) {
       fields.Refuse(400, "bad_field", "kind", "it is neither receipt nor invoice");
-    } else if (!is_sale && reference.serial.empty()) {
-      fields.Refuse(400, "bad_field", "kind", "the device takes none of its own invoices back");
     }
   }
   return reference;
@@ -252,6 +250,10 @@ void ReadCodes(const JsonFields& fields, ReceiptRequest* receipt) {
 }
 
 }  // namespace
+
+bool ReceiptReference::IsOf(const std::string& own_serial) const {
+  return Reference{.serial = serial}.IsOf(own_serial);
+}
 
 std::optional<ReceiptProblem> ReadReceipt(const json& body, ReceiptRequest* receipt) {
   std::optional<ReceiptProblem> problem;

@@ -44,6 +44,10 @@ struct ReceiptReference {
   std::string date;                       // DDMMYY
   std::string serial;                     // of another register
   std::optional<DocumentKind> kind = {};  // a receipt or an invoice
+
+  // Whether it is one of the register with this serial number, as that itself decides it: by none,
+  // or by its own, however that is written.
+  bool IsOf(const std::string& own_serial) const;
 };
 
 struct ReceiptRequest {

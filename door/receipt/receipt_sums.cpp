@@ -124,7 +124,8 @@ class Summing {
   bool RestsOnSale() const {
     constexpr Amount kFiveCents = 500;
     constexpr int kCash = 1;
-    return request_.refers_to && request_.refers_to->serial.empty() &&
+    return request_.refers_to &&
+           request_.refers_to->IsOf(device_.tables.settings().serial_number) &&
            receipt_.remaining() % kFiveCents != 0 &&
            std::any_of(request_.payments.begin(), request_.payments.end(),
                        [](const ReceiptPayment& payment) { return payment.tender == kCash; });

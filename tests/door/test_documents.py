@@ -214,7 +214,18 @@ def test_a_receipt_and_an_invoice_of_one_number(door):
             status, _, problem = door.request("POST", path, {**COFFEE, "kind": kind, "refers_to": reference},
                                               {"Idempotency-Key": "r"})
             assert (status, problem["code"], problem["pointer"]) == (422, "ambiguous_document", "/refers_to")
+    own = receipt["serial"]
+    for more, expected in (({"kind": "invoice"}, (400, "bad_field", "/refers_to/kind")),
+                           ({"kind": "invoice", "serial": own}, (400, "bad_field", "/refers_to/kind")),
+                           ({"kind": "invoice", "serial": own.lower()}, (400, "bad_field", "/refers_to/kind")),
+                           ({"serial": own.lower()}, (422, "ambiguous_document", "/refers_to"))):
+        status, _, problem = door.request(
+            "POST", "/v1/receipts", {**COFFEE, "kind": "refund", "refers_to": {**reference, **more}},
+            {"Idempotency-Key": "r"})
+        assert (status, problem["code"], problem["pointer"]) == expected
     assert len(listed(door)) == 2
+    # That of another register is none of these.
+    sell(door, "o", kind="refund", refers_to={**reference, "kind": "invoice", "serial": "99IEB012345"})
     assert sell(door, "r", kind="refund", refers_to={**reference, "kind": "receipt"})["kind"] == "refund"
 
 
