@@ -2,8 +2,10 @@
 
 #include <sys/statvfs.h>
 
+#include <ctime>
 #include <filesystem>
 
+#include "door/access/tls.h"
 #include "door/http/api.h"
 #include "door/http/trouble_problem.h"
 
@@ -46,6 +48,8 @@ void DoorWatch::NoteWarnings() noexcept {
     };
     if (IsDiskLow(parts_.log.file())) add("disk_low");
     if (parts_.log.Count(JobState::kNeedsOperator) > 0) add("needs_operator");
+    const int64_t end = certificate_end_;
+    if (end != 0 && end < std::time(nullptr) + kCertificateNotice) add("certificate_near_end");
     const bool wrote_none = writes_none_;
     // One of the two is news, whatever was told last, and has to be written.
     if (wrote_none) parts_.log.NoteText(EventKind::kWarning, "disk_full");
@@ -68,6 +72,10 @@ void DoorWatch::AddMetrics(MetricsText& text) const {
                "Connections that were closed since there were too many.", figures.refused);
   text.Counter("lorimatd_notices_lost_total", "Notices that the journal did not take in time.",
                parts_.notices.lost());
+  if (const int64_t end = certificate_end_) {
+    text.Gauge("lorimatd_certificate_end_seconds",
+               "When the certificate runs out, in seconds since 1970.", static_cast<double>(end));
+  }
   const ServiceFigures calls = parts_.service.figures();
   text.Counter("lorimatd_device_lines_failed_total", "Lines that were not answered with 0.",
                calls.failed);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -38,6 +39,9 @@ class DoorWatch {
   // NoteWarnings finds that the log takes what it has. Whether it was not so before.
   bool NoteNotWritten() noexcept { return !writes_none_.exchange(true); }
   bool writes_none() const { return writes_none_; }
+  // The certificate that clients are shown from now on: when it runs out, in seconds since 1970; 0
+  // for none.
+  void NoteCertificate(int64_t end) noexcept { certificate_end_ = end; }
   // What somebody should look at, as far as it is known here; to be called now and then.
   void NoteWarnings() noexcept;
   // The metrics of the program beside those of the log.
@@ -50,6 +54,7 @@ class DoorWatch {
   Parts parts_;
   std::string told_;  // of the device, to the service manager
   std::atomic<bool> writes_none_{false};
+  std::atomic<int64_t> certificate_end_{0};
   // Signs asked for that are not answered yet; what is asked may come when this is gone.
   std::shared_ptr<std::atomic<int>> asked_ = std::make_shared<std::atomic<int>>(0);
 };

@@ -353,6 +353,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
                    .answered = [&server](int64_t question) { server.Notify(question); }});
   DoorWatch watch({log, server, service, notices, manager});
   told = &watch;
+  watch.NoteCertificate(CertificateEnd(access.tls()));
   log.SetEventObserver([&watch](const Job* job) { watch.Told(job); });
   log.SetObserver([&server, &service](int64_t id) {
     service.NoteWritten();
@@ -393,6 +394,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
     if (signal == SIGHUP) {
       access.Reload(tell);
       server.SetTls(access.tls());
+      watch.NoteCertificate(CertificateEnd(access.tls()));
       // Whoever follows them may have lost the right to.
       server.NotifyEvents();
     } else if (signal > 0) {

@@ -28,8 +28,6 @@ using console::SystemMessage;
 using console::Tr;
 
 constexpr size_t kMostBytes = 1 << 20;
-constexpr int kNoticeDays = 30;
-constexpr int64_t kDay = 86400;  // seconds
 
 template <typename Type, void (*free)(Type*)>
 struct Freed {
@@ -126,13 +124,22 @@ std::string NoticeOf(const X509& certificate, const std::string& file, int64_t n
     return Tr("{}: the certificate counts from {} on: is the clock right?", Shown(file),
               DateOf(begin));
   }
-  if (!IsBehind(end, now + kNoticeDays * kDay)) {
+  if (!IsBehind(end, now + kCertificateNotice)) {
     return Tr("{}: the certificate runs out on {}", Shown(file), DateOf(end));
   }
   return {};
 }
 
 }  // namespace
+
+int64_t CertificateEnd(const TlsContext& tls) {
+  const X509* certificate = tls ? SSL_CTX_get0_certificate(tls.get()) : nullptr;
+  std::tm date{};
+  if (certificate == nullptr || ASN1_TIME_to_tm(X509_get0_notAfter(certificate), &date) != 1) {
+    return 0;
+  }
+  return timegm(&date);
+}
 
 LoadedTls LoadTls(const std::string& certificate, const std::string& key, int64_t now) {
   LoadedTls loaded;

@@ -13,6 +13,12 @@ namespace lorimat::door {
 // sessions that are taken up again. What has it may go on with it when there is a newer one.
 using TlsContext = std::shared_ptr<ssl_ctx_st>;
 
+// How long ahead a certificate's end is told.
+inline constexpr int64_t kCertificateNotice = 30 * 86400;  // seconds
+
+// When the certificate runs out, in seconds since 1970; 0 where there is none.
+int64_t CertificateEnd(const TlsContext& tls);
+
 struct LoadedTls {
   TlsContext context;
   // What is to be told of a certificate that is good: that it runs out within 30 days, or that it

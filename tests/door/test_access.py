@@ -64,7 +64,7 @@ class Secure:
             with context.wrap_socket(plain) as secure:
                 return secure.getpeercert(True), secure.version()
 
-    def ask(self, method, path, token, body=None):
+    def ask(self, method, path, token, body=None, read=json.loads):
         context = ssl.create_default_context(cafile=self.certificate)
         client = http.client.HTTPSConnection("127.0.0.1", self.port, timeout=60, context=context)
         headers = {"Content-Type": "application/json", "Idempotency-Key": "k1"}
@@ -72,7 +72,7 @@ class Secure:
             headers["Authorization"] = f"Bearer {token}"
         client.request(method, path, body and json.dumps(body), headers)
         reply = client.getresponse()
-        answer = reply.status, json.loads(reply.read())
+        answer = reply.status, read(reply.read())
         client.close()
         return answer
 
@@ -289,9 +289,16 @@ def test_a_new_certificate_is_read_and_a_bad_one_leaves_the_old(secure):
         assert str(name) in secure.process.stderr.readline()
         assert secure.shown()[0] == first
         name.write_bytes(kept)
-    certify(secure.folder)
+
+    def end():
+        text = secure.ask("GET", "/metrics", secure.office, read=bytes.decode)[1]
+        return int(re.search(r"^lorimatd_certificate_end_seconds (\d+)$", text, re.MULTILINE)[1])
+
+    before = end()
+    certify(secure.folder, days="60")
     secure.process.send_signal(1)
     until(lambda: secure.shown()[0] != first)
+    until(lambda: end() - before > 10 * 86400)
 
 
 def test_pages_of_an_allowed_origin_alone_may_ask(doors, folder):

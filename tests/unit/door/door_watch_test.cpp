@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
 #include <future>
 #include <thread>
+#include <utility>
 
 #include "console/terminal/streams.h"
+#include "door/access/tls.h"
 #include "door/http/api.h"
 #include "door_shop.h"
 
@@ -68,47 +72,79 @@ TEST(DoorWatch, ALogThatIsHeldForGoodIsNoLife) {
   service.Stop();
 }
 
-// A log that takes nothing of what comes is told once, and looked at until it does.
-TEST(DoorWatch, ALogThatTakesNothingIsToldUntilItDoes) {
+// A watch, and a log that takes nothing while it is full.
+struct Watched {
+  Watched() {
+    log.SetEventObserver([this](const Job* job) { watch.Told(job); });
+  }
+
+  std::string Warnings() {
+    watch.NoteWarnings();
+    const EventPage page = log.Events(std::max<int64_t>(log.LastEvent() - 1, 0), 1, std::nullopt);
+    return page.events.empty() ? "" : page.events.front().text;
+  }
+
   DoorShop shop;
-  HttpServer server("127.0.0.1", 0);
-  Service service({.log = *shop.log,
+  HttpServer server{"127.0.0.1", 0};
+  Service service{{.log = *shop.log,
                    .device = *shop.device,
                    .judge = DoorShop::judge(),
-                   .run = [&](const std::string& line,
-                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .run = [this](const std::string& line,
+                                 std::string* answer) { return shop.RunLine(line, answer); },
                    .hung = nullptr,
-                   .tell = nullptr});
+                   .tell = nullptr}};
   console::Streams streams;
-  Notices notices(streams);
-  const ServiceManager manager;
+  Notices notices{streams};
+  ServiceManager manager;
   bool is_full = false;
-  JobLog log("", [&] {
-    if (is_full) throw std::runtime_error("full");
-    return int64_t{1000};
-  });
-  DoorWatch watch({log, server, service, notices, manager});
-  log.SetEventObserver([&watch](const Job* job) { watch.Told(job); });
-  watch.NoteWarnings();
-  const int64_t before = log.LastEvent();
+  JobLog log{"", [this] {
+               if (is_full) throw std::runtime_error("full");
+               return int64_t{1000};
+             }};
+  DoorWatch watch{{log, server, service, notices, manager}};
+};
+
+TEST(DoorWatch, ALogThatTakesNothingIsKnownUntilItDoes) {
+  Watched door;
+  door.watch.NoteWarnings();
+  const int64_t before = door.log.LastEvent();
   for (int round = 0; round < 2; ++round) {
-    is_full = true;
-    EXPECT_TRUE(watch.NoteNotWritten());
-    EXPECT_FALSE(watch.NoteNotWritten()) << "that is known";
-    EXPECT_TRUE(watch.writes_none());
-    watch.NoteWarnings();
-    EXPECT_TRUE(watch.writes_none());
-    is_full = false;
-    watch.NoteWarnings();
-    EXPECT_FALSE(watch.writes_none());
+    door.is_full = true;
+    EXPECT_TRUE(door.watch.NoteNotWritten());
+    EXPECT_FALSE(door.watch.NoteNotWritten()) << "that is known";
+    EXPECT_TRUE(door.watch.writes_none());
+    door.watch.NoteWarnings();
+    EXPECT_TRUE(door.watch.writes_none());
+    door.is_full = false;
+    door.watch.NoteWarnings();
+    EXPECT_FALSE(door.watch.writes_none());
   }
-  EXPECT_EQ(log.LastEvent(), before + 4) << "disk_full, and what there is besides, each time";
-  watch.NoteNotWritten();
+  EXPECT_EQ(door.log.LastEvent(), before + 4) << "disk_full, and what there is besides, each time";
+  door.watch.NoteNotWritten();
   NewJob job;
   job.key = "k";
   bool was_there = false;
-  log.Accept(job, &was_there);
-  EXPECT_FALSE(watch.writes_none()) << "a job was written";
+  door.log.Accept(job, &was_there);
+  EXPECT_FALSE(door.watch.writes_none()) << "a job was written";
+}
+
+TEST(DoorWatch, ACertificateThatRunsOutIsAWarning) {
+  Watched door;
+  constexpr int64_t kHour = 3600;
+  const int64_t now = std::time(nullptr);
+  for (const auto& [end, is_told] :
+       {std::pair<int64_t, bool>{now + kCertificateNotice - kHour, true},
+        {now + kCertificateNotice + kHour, false},
+        {now - kHour, true},
+        {0, false}}) {
+    door.watch.NoteCertificate(end);
+    EXPECT_EQ(door.Warnings().find("certificate_near_end") != std::string::npos, is_told) << end;
+    MetricsText text;
+    door.watch.AddMetrics(text);
+    EXPECT_EQ(text.text().find("lorimatd_certificate_end_seconds " + std::to_string(end)) !=
+                  std::string::npos,
+              end != 0);
+  }
 }
 
 }  // namespace

@@ -94,6 +94,8 @@ class TlsTest : public testing::Test {
 
 TEST_F(TlsTest, ACertificateIsTakenWhileItCounts) {
   EXPECT_NE(Load("door.pem", "door.key").context, nullptr);
+  EXPECT_EQ(CertificateEnd(Load("door.pem", "door.key").context), kEnd);
+  EXPECT_EQ(CertificateEnd(nullptr), 0);
   EXPECT_EQ(Load("door.pem", "door.key", kEnd - 31 * kDay).notice, "");
   EXPECT_THAT(Load("door.pem", "door.key", kEnd - 29 * kDay).notice,
               HasSubstr("door.pem: the certificate runs out on 2024-02-12 22:13 UTC"));
