@@ -14,7 +14,7 @@ namespace lorimat::door {
 using TlsContext = std::shared_ptr<ssl_ctx_st>;
 
 // How long ahead a certificate's end is told.
-inline constexpr int64_t kCertificateNotice = 30 * 86400;  // seconds
+inline constexpr int64_t kCertificateNotice = int64_t{30} * 86400;  // seconds
 
 // When the certificate runs out, in seconds since 1970; 0 where there is none.
 int64_t CertificateEnd(const TlsContext& tls);
