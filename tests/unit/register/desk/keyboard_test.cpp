@@ -74,6 +74,17 @@ TEST_F(KeyboardTest, DigitsMayBeKeyedOneByOne) {
   EXPECT_EQ(device.receipt().total(), 1015000);
 }
 
+TEST_F(KeyboardTest, ThirtyDigitsAreKeyedAndNoMore) {
+  const std::string zeros(29, '0');
+  EXPECT_TRUE(Key(Department(1), zeros + "1"));
+  EXPECT_EQ(device.receipt().total(), 10000);
+  for (const std::string& digits : {zeros + "01", zeros + ".1"}) {
+    EXPECT_FALSE(Key(Department(1), digits)) << digits;
+    EXPECT_TRUE(Key(F::kClear));
+  }
+  EXPECT_EQ(device.receipt().total(), 10000);
+}
+
 TEST_F(KeyboardTest, ARefusedLineOpensNoReceipt) {
   EXPECT_FALSE(Key(Department(1)));  // no preset price
   EXPECT_EQ(Item(368), std::to_string(RTF_EFPTR_BAD_PRICE));

@@ -73,6 +73,22 @@ constexpr PartFile::Way kWays[] = {PartFile::Way::kNameless, PartFile::Way::kNam
 
 }  // namespace
 
+TEST_F(PartFileTest, AHostWithoutStandardInputGetsItsFileToo) {
+  const int input = dup(STDIN_FILENO);
+  ASSERT_NE(input, -1);
+  close(STDIN_FILENO);
+  {
+    PartFile part(Path("new"), PartFile::Way::kNameless);
+    EXPECT_EQ(part.descriptor(), STDIN_FILENO);
+    EXPECT_THAT(Names(), IsEmpty());  // without a name until it is whole
+    Put(part, "text");
+    EXPECT_EQ(part.Finish(), 0);
+  }
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_EQ(Bytes("new"), "text");
+}
+
 TEST_F(PartFileTest, HasItsNameWhenItIsFinishedAndNotBefore) {
   for (const PartFile::Way way : kWays) {
     const std::string name = way == PartFile::Way::kNamed ? "named" : "nameless";

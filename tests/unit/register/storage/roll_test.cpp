@@ -126,5 +126,31 @@ TEST_F(RollTest, APieceOfTheRollEndsBehindAWholeBarcode) {
   EXPECT_EQ(rest.rows().size(), 1u);
 }
 
+// The roll that a row of these numbers makes, as it is read back; nothing where it is damage.
+TEST_F(RollTest, ARowsNumbersHaveTheirEnds) {
+  device.reset();
+  const auto read = [this](int scale, int alignment) {
+    Paper paper;
+    paper.Barcode(
+        {FindBarcode("02")->id, "800123456789", scale, false, static_cast<Alignment>(alignment)},
+        "EAN");
+    const std::string file = Path(fmt::format("roll{}.{}", scale, alignment));
+    Database database(file, Database::Open::kCreate, kRegisterKind);
+    database.Begin(true);
+    MakeSchema(database);
+    StoreRoll(database, paper, {});
+    database.Commit();
+    try {
+      return PaperImage(LoadRoll(database)) == PaperImage(paper);
+    } catch (const RegisterError&) {
+      return false;
+    }
+  };
+  for (const int scale : {0, 1, 2, 9, 10}) EXPECT_EQ(read(scale, 0), scale > 0 && scale < 10);
+  for (const int alignment : {-1, 0, 1, 2, 3}) {
+    EXPECT_EQ(read(3, alignment), alignment >= 0 && alignment <= 2) << alignment;
+  }
+}
+
 }  // namespace
 }  // namespace lorimat

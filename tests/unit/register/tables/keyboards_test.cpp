@@ -153,6 +153,20 @@ TEST_F(KeyboardsTest, AMacroKeyPlaysItsKeys) {
   EXPECT_EQ(device.KeyCodeInput("", "", "", F::kMacro04), RTF_E_ILLEGAL);
 }
 
+TEST_F(KeyboardsTest, EveryMacroKeyPlaysAndIsPlayedByNone) {
+  const std::string sale = {F::kNumber1, F::kDepartment01, F::kTotal};
+  int documents = 0;
+  for (int code = F::kMacro01; code <= F::kMacro20; ++code) {
+    const auto key = static_cast<uint8_t>(code);
+    ASSERT_EQ(Program(0, 41, key, sale), RTF_SUCCESS) << code;
+    EXPECT_EQ(Program(0, 42, F::kMacro01, std::string(1, static_cast<char>(key))), RTF_E_ILLEGAL)
+        << code;
+    EXPECT_EQ(device.KeyCodeInput("", "", "", key), RTF_SUCCESS) << code;
+    EXPECT_EQ(Item(368), "0") << code;
+    EXPECT_EQ(device.store().document_count(), ++documents) << code;
+  }
+}
+
 TEST_F(KeyboardsTest, AMacroStopsAtTheFirstRefusedKey) {
   ASSERT_EQ(Program(0, 41, F::kMacro01, {F::kTotal, F::kNumber5, F::kDepartment01}), RTF_SUCCESS);
   EXPECT_EQ(device.KeyCodeInput("", "", "", F::kMacro01), RTF_SUCCESS);

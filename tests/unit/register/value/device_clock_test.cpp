@@ -32,5 +32,15 @@ TEST(LaterByTest, TheYear9999IsTheLastThatGoesOn) {
   }
 }
 
+// Ten thousand years either way are as far as a clock is set.
+TEST(LaterByTest, WhatIsFartherThanTenThousandYearsStays) {
+  constexpr int64_t kFarthest = int64_t{86400} * 366 * 10000;
+  const std::tm time = LastSecondOf(2023);
+  for (const int64_t by : {kFarthest, -kFarthest}) {
+    EXPECT_EQ(SecondsBetween(time, LaterBy(time, by)), by);
+    EXPECT_EQ(SecondsBetween(time, LaterBy(time, by < 0 ? by - 1 : by + 1)), 0);
+  }
+}
+
 }  // namespace
 }  // namespace lorimat
