@@ -139,6 +139,16 @@ TEST_F(ReportFileTest, NamesThatAreTakenAreLeftAlone) {
   EXPECT_EQ(FileCount(), 4u);
 }
 
+// Once a file has its own name, the one that it was made under is free for another thread's.
+TEST_F(ReportFileTest, ANameThatIsFreeAgainIsAnothers) {
+  const FileCalls watched([this](const char*, const std::string&) {
+    if (HasFile("report.txt")) std::ofstream(folder_ / PartName(0)) << "of another thread";
+    return 0;
+  });
+  EXPECT_EQ(WriteFile(Path("report.txt"), "text"), RTF_SUCCESS);
+  EXPECT_EQ(ReadText(PartName(0)), "of another thread");
+}
+
 TEST_F(ReportFileTest, ANameOfAnyLengthThatTheSystemTakesIsWritten) {
   EXPECT_EQ(WriteFile(Path(std::string(255, 'n')), "text"), RTF_SUCCESS);
   EXPECT_EQ(WriteFile(Path(std::string(256, 'n')), "text"), RTF_E_FAILURE);

@@ -160,6 +160,33 @@ TEST_F(DoubtTest, AFailedPaymentIsOverwrittenWhereTheLogCannotBeCut) {
   EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), "2\n");
 }
 
+// How far the log reaches is learned at a commit, and looked up behind a failure where it could not
+// be read then: what was refused is out of the log for certain, and what stands stays.
+TEST_F(DoubtTest, ALogThatCouldNotBeReadIsReadBehindTheNextFailure) {
+  int begun_all_the_same = 0;
+  bool failed = true;
+  for (int n = 1; failed; ++n) {
+    Restart();
+    disk.FailAt(FailingDisk::Fault::kRead, n, false);
+    const int begun = Begin();
+    failed = disk.failed();
+    disk.Heal();
+    if (begun != RTF_SUCCESS) {
+      ASSERT_EQ(Begin(), RTF_SUCCESS) << n;
+    }
+    if (begun == RTF_SUCCESS && failed) ++begun_all_the_same;
+    disk.FailAt(FailingDisk::Fault::kFull, 1, false);
+    EXPECT_EQ(Sell(1, 10000), RTF_E_FAILURE) << n;
+    EXPECT_EQ(device->last_failure(), Path("shop.register") + ": the disk is full") << n;
+    disk.Heal();
+    ASSERT_EQ(Sell(1, 10000), RTF_SUCCESS) << n;
+    ASSERT_EQ(Pay(), RTF_SUCCESS) << n;
+    CopyAsCut("shop.register", "cut");
+    EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), fmt::format("{}\n", n));
+  }
+  EXPECT_GT(begun_all_the_same, 0);
+}
+
 TEST_F(StoreFailuresTest, TheCauseNamesTheFileAndWhatTheDiskSays) {
   VirtualRegister device(FileSettings());
   EXPECT_EQ(device.last_failure(), "");
