@@ -70,8 +70,8 @@ inline std::string TableImage(const Tables& tables) {
                          row.description, row.flags, row.preset_value, row.max_digits);
   }
   for (const Tender& row : tables.tenders()) {
-    image += fmt::format("tender {} {} {} {}\n", row.id, row.name, static_cast<int>(row.kind),
-                         row.gives_change);
+    image += fmt::format("tender {} {} {} {} {}\n", row.id, row.name, static_cast<int>(row.kind),
+                         row.gives_change, row.keeps_rest);
   }
   for (const Article& row : settings.articles) {
     image +=
@@ -174,6 +174,9 @@ inline std::string OpenImage(const VirtualRegister& device) {
   for (const Adjustment& adjustment : receipt.adjustments()) {
     image += fmt::format("adjustment {} {} {}\n", adjustment.delta, adjustment.is_void,
                          adjustment.voided);
+  }
+  for (const Payment& payment : receipt.payments()) {
+    image += fmt::format("payment {} {} {}\n", payment.tender->id, payment.amount, payment.face);
   }
   for (const auto& [vat, amount] : receipt.by_vat())
     image += fmt::format("vat {} {}\n", vat, amount);

@@ -1,5 +1,7 @@
 // The journal: what gets into it, and every way of selecting from it.
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 #include "unit/register/report_fixture.h"
 
@@ -229,6 +231,60 @@ TEST(JournalSelectionTest, TakesTheMinutesOfItsDatesAndNoOthers) {
     JournalEntry entry;
     ASSERT_TRUE(ParseMinute(row.time, &entry.time));
     EXPECT_EQ(Selects(selection, entry), row.selected) << row.time;
+  }
+}
+
+// Of closures with numbers from one document on and up to another; what has no number, a closing,
+// is part of whole ones alone.
+TEST(JournalSelectionTest, TakesWhatLiesBetweenTwoDocuments) {
+  using Place = std::pair<int, int>;  // closure and number
+  constexpr int kAll = JournalSelection::kLastNumber;
+  for (const Place& from : {Place{2, 0}, Place{2, 1}, Place{2, 2}, Place{3, 4}, Place{0, 1}}) {
+    for (const Place& to : {Place{2, 2}, Place{2, 3}, Place{4, 1}, Place{4, kAll}, Place{9, kAll}}) {
+      JournalSelection selection;
+      std::tie(selection.from_closure, selection.from_number) = from;
+      std::tie(selection.to_closure, selection.to_number) = to;
+      for (int closure = 0; closure <= 5; ++closure) {
+        for (const int number : {0, 1, 2, 3, 4, 5, kAll}) {
+          JournalEntry entry;
+          entry.closure = closure;
+          entry.number = number;
+          const bool whole = from.second <= 1 && to.second == kAll;
+          const bool wanted =
+              whole ? closure >= from.first && closure <= to.first
+                    : number != 0 && Place{closure, number} >= from && Place{closure, number} <= to;
+          EXPECT_EQ(Selects(selection, entry), wanted)
+              << from.first << '.' << from.second << " to " << to.first << '.' << to.second << ": "
+              << closure << '.' << number;
+        }
+      }
+    }
+  }
+}
+
+// The numbers of a day begin anew with each: within dates they are those of any closing, or of
+// some.
+TEST(JournalSelectionTest, TakesTheNumbersOfItsDates) {
+  JournalSelection selection;
+  selection.by_date = true;
+  for (const bool in_closures : {false, true}) {
+    selection.in_closures = in_closures;
+    selection.from_closure = 2;
+    selection.to_closure = 3;
+    for (const auto& [from, to] : {std::pair{1, 3}, std::pair{2, 3}, std::pair{2, 9999}}) {
+      selection.from_number = from;
+      selection.to_number = to;
+      for (int closure = 1; closure <= 4; ++closure) {
+        for (int number = 0; number <= 4; ++number) {
+          JournalEntry entry;
+          entry.closure = closure;
+          entry.number = number;
+          const bool wanted =
+              number >= from && number <= to && (!in_closures || closure == 2 || closure == 3);
+          EXPECT_EQ(Selects(selection, entry), wanted) << closure << '.' << number;
+        }
+      }
+    }
   }
 }
 

@@ -179,7 +179,7 @@ TEST_F(DoubtTest, ALogThatCouldNotBeReadIsReadBehindTheNextFailure) {
     EXPECT_EQ(Sell(1, 10000), RTF_E_FAILURE) << n;
     EXPECT_EQ(device->last_failure(), Path("shop.register") + ": the disk is full") << n;
     disk.Heal();
-    ASSERT_EQ(Sell(1, 10000), RTF_SUCCESS) << n;
+    ASSERT_EQ(Sell(1, 10000), RTF_SUCCESS) << n << device->last_failure();
     ASSERT_EQ(Pay(), RTF_SUCCESS) << n;
     CopyAsCut("shop.register", "cut");
     EXPECT_EQ(Sql("cut", "SELECT count(*) FROM document"), fmt::format("{}\n", n));

@@ -69,7 +69,6 @@ std::string Everything(const Tables& tables) {
     const Article* const found = tables.FindArticle(code);
     all += fmt::format("{} is {}\n", code, found == nullptr ? "none" : found->description);
   }
-  for (const Tender& tender : tables.tenders()) all += tender.keeps_rest ? tender.id + " kept" : "";
   return all;
 }
 
