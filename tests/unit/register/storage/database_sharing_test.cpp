@@ -111,6 +111,37 @@ TEST_F(DatabaseSharingTest, AWriterThatHasStoredNothingYetIsReadByItsOwnName) {
   EXPECT_NE(OpenRefusal("twin", Database::Open::kRead), "");
 }
 
+// Each moment is looked at: whoever writes by the other name from now on has a log that is not
+// seen.
+TEST_F(DatabaseSharingTest, ALookThatLosesItsLogToAnotherNameIsRefused) {
+  device.reset();
+  Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  ASSERT_EQ(Documents(look), 0);
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  EXPECT_EQ(Documents(look), 0);
+  std::filesystem::rename(Path("shop.register-wal"), Path("twin-wal"));
+  FailureCause cause = {};
+  try {
+    Documents(look);
+  } catch (const RegisterError& error) {
+    cause = error.failure().cause;
+  }
+  EXPECT_EQ(cause, FailureCause::kNamesNoLog);
+  std::filesystem::remove(Path("twin"));
+  EXPECT_EQ(Documents(look), 0);
+}
+
+// What is read without a log, or from a copy, has lost none.
+TEST_F(DatabaseSharingTest, ALookWithoutALogGoesOnWhenItsFileGetsAnotherName) {
+  device.reset();
+  std::filesystem::remove(Path("shop.register"));
+  MakeVersion(1, "shop.register");
+  Database copied(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  std::filesystem::remove(Path("shop.register-wal"));
+  std::filesystem::create_hard_link(Path("shop.register"), Path("twin"));
+  EXPECT_NO_THROW(Documents(copied));
+}
+
 TEST_F(DatabaseSharingTest, AMomentEndsWithoutMemory) {
   Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
   ASSERT_EQ(Documents(look), 0);
