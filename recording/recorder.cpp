@@ -32,6 +32,11 @@ constexpr int64_t kLongCall = 10'000;
 constexpr int64_t kMicrosPerMilli = 1000;
 constexpr int64_t kMicrosPerSecond = 1'000'000;
 
+// What can be told of a pointer: behind the end of a text there is nothing.
+std::string_view Told(const Out& out, const char* bytes, size_t size) {
+  return {bytes, out.is_text ? strnlen(bytes, size) : size};
+}
+
 enum class ResultKind : uint8_t { kNone, kFlag, kCode };
 
 template <typename Result>
@@ -278,14 +283,15 @@ std::vector<Value> Recorder::OutsOf(const CallSlip& slip, bool success) {
   for (size_t i = 0; i < slip.outs.size(); ++i) {
     const Out& out = slip.outs[i];
     const char* bytes = static_cast<const char*>(out.pointer);
+    const std::string& before = before_[i];
     if (bytes == nullptr ||
-        (!success && std::memcmp(bytes, before_[i].data(), before_[i].size()) == 0)) {
+        (!success && Told(out, bytes, before.size()) == Told(out, before.data(), before.size()))) {
       outs.push_back(Value::Word("kept"));
       continue;
     }
     any = true;
     if (out.is_text && settings_.guard_texts) {
-      outs.push_back(Value::Text({bytes, strnlen(bytes, before_[i].size())}));
+      outs.push_back(Value::Text(std::string(Told(out, bytes, before.size()))));
     } else {
       outs.push_back(out.read(bytes));
     }

@@ -100,6 +100,20 @@ TEST_F(RecorderTest, AFailedCallTellsWhatItChangedAlone) {
             "< GetDataInternal(92) -> 111\n");
 }
 
+// What stands behind the end of a text is no change: a replay could not tell it.
+TEST_F(RecorderTest, AFailedCallHasChangedNoTextBehindItsEnd) {
+  Start(StillSettings());
+  device_.result = RTF_E_FAILURE;
+  device_.text = std::string("\0REST", 5);
+  char item[50] = "";
+  client_->GetDataInternal(92, item);
+  char other[50] = "as before";
+  client_->GetDataInternal(93, other);
+  EXPECT_EQ(Body(),
+            "< GetDataInternal(92) -> 111\n"
+            "< GetDataInternal(93) -> 111 [\"\"]\n");
+}
+
 TEST_F(RecorderTest, ADeviceThatThrowsIsTold) {
   Start(StillSettings());
   device_.throws = true;
