@@ -30,25 +30,20 @@ void EventTable::Make() {
       " job INTEGER, step INTEGER, text TEXT NOT NULL);");
 }
 
-void EventTable::AddStep(int64_t job, bool has_document) {
+void EventTable::AddStep(int64_t job, int64_t step, bool has_document) {
   const auto add = [&](EventKind kind) {
-    database_
-        .Prepare(
-            "INSERT INTO event (kind, job, step, text)"
-            " SELECT ?1, ?2, max(number), '' FROM step WHERE job = ?2")
-        .With(static_cast<int>(kind), job)
+    database_.Prepare("INSERT INTO event (kind, job, step, text) VALUES (?, ?, ?, '')")
+        .With(static_cast<int>(kind), job, step)
         .Run();
   };
   add(EventKind::kJob);
   if (has_document) add(EventKind::kDocument);
-  Prune();
 }
 
 void EventTable::AddText(EventKind kind, int64_t time, const std::string& text) {
   database_.Prepare("INSERT INTO event (kind, time, text) VALUES (?, ?, ?)")
       .With(static_cast<int>(kind), time, text)
       .Run();
-  Prune();
 }
 
 void EventTable::Prune() {

@@ -15,9 +15,11 @@ class EventTable {
   explicit EventTable(Database& database) : database_(database) {}
 
   void Make();
-  // The last step of the job is told; with its document, where it is confirmed with one.
-  void AddStep(int64_t job, bool has_document);
+  // A step of a job, by its number, is told; with its document, where it is confirmed with one.
+  void AddStep(int64_t job, int64_t step, bool has_document);
   void AddText(EventKind kind, int64_t time, const std::string& text);
+  // Of each unit of work that adds some, behind all of them: old ones go.
+  void Prune();
 
   // The newest one; 0 before the first.
   int64_t Last();
@@ -25,7 +27,6 @@ class EventTable {
   EventPage Read(int64_t after, int limit, const std::optional<std::string>& desk);
 
  private:
-  void Prune();
   LogEvent Load(Statement& row);
 
   Database& database_;

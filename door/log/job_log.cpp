@@ -1,11 +1,8 @@
 #include "door/log/job_log.h"
 
-#include <sys/random.h>
-
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <type_traits>
+#include <utility>
 
 #include "console/host/door_log_kind.h"
 #include "door/log/job_record.h"
@@ -29,17 +26,6 @@ int64_t ComputerTime() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(
              std::chrono::system_clock::now().time_since_epoch())
       .count();
-}
-
-// Chance, so that a mark of this log is no mark of another one.
-std::string NewMark() {
-  std::array<unsigned char, kMarkSize - 1> bytes{};
-  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    throw RegisterError(MakeFailure(FailureCause::kUnknown));
-  }
-  std::string mark(1, kMarkBegin);
-  for (const unsigned char byte : bytes) mark += kMarkLetters[byte % kMarkLetters.size()];
-  return mark;
 }
 
 template <typename Enum>
@@ -81,6 +67,15 @@ JobLog::JobLog(const std::string& file, Clock clock)
     if (!IsOne<JobState>(rows.Integer(0))) database_.Damaged("job");
     figures_.jobs[static_cast<size_t>(rows.Integer(0))] = rows.Integer(1);
   }
+  ReadQueue();
+}
+
+void JobLog::ReadQueue() {
+  std::map<int64_t, int64_t> queue;
+  Statement rows = database_.Prepare("SELECT id, expires FROM job WHERE state = ?");
+  rows.With(Number(JobState::kQueued));
+  while (rows.Step()) queue.emplace(rows.Integer(0), rows.Integer(1));
+  known_.SetQueue(std::move(queue));
 }
 
 void JobLog::MakeTables() {
@@ -117,7 +112,7 @@ void JobLog::SettleCopy() {
       .With(first, Number(EventKind::kWarning), clock_(),
             Value(EventName(EventKind::kWarning)).value_or(""))
       .Run();
-  for (const int64_t id : queued) Moved(id, JobState::kNeedsOperator, Why::kCopied, {});
+  for (const int64_t id : queued) Moved(Present(id), JobState::kNeedsOperator, Why::kCopied, {});
   database_.Prepare("DELETE FROM value WHERE name = 'copied'").With().Run();
   unit.Commit();
   left_to_operator_ = static_cast<int64_t>(queued.size());
@@ -209,18 +204,41 @@ std::optional<Job> JobLog::FindKey(const std::string& desk, const std::string& k
   return LoadOne(std::move(row));
 }
 
-std::optional<Job> JobLog::Find(int64_t id) {
-  const std::lock_guard<std::mutex> lock(mutex_);
+std::optional<Job> JobLog::Read(int64_t id) {
   Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
   row.With(id);
   return LoadOne(std::move(row));
 }
 
+std::optional<Job> JobLog::Find(int64_t id) {
+  if (const std::shared_ptr<const Job> known = known_.Find(id)) return *known;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return Read(id);
+}
+
 std::optional<Job> JobLog::First(JobState state) {
+  if (state == JobState::kQueued) return FirstInQueue();
   const std::lock_guard<std::mutex> lock(mutex_);
   Statement row = database_.Prepare(kSql<kJobs, "WHERE state = ? ORDER BY id LIMIT 1">);
   row.With(Number(state));
   return LoadOne(std::move(row));
+}
+
+void JobLog::KnowQueue() {
+  if (!known_.is_queue_lost()) return;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  ReadQueue();
+}
+
+std::optional<Job> JobLog::FirstInQueue() {
+  for (;;) {
+    KnowQueue();
+    const std::optional<int64_t> first = known_.FirstQueued();
+    if (!first) return std::nullopt;
+    std::optional<Job> job = Find(*first);
+    // It may have left the queue meanwhile.
+    if (job && job->state == JobState::kQueued) return job;
+  }
 }
 
 std::optional<Job> JobLog::FirstQueued(JobEffect effect) {
@@ -245,6 +263,10 @@ std::vector<Job> JobLog::List(std::optional<JobState> state, int64_t after, int 
 }
 
 int64_t JobLog::Count(JobState state) {
+  if (state == JobState::kQueued) {
+    KnowQueue();
+    return static_cast<int64_t>(known_.queued());
+  }
   const std::lock_guard<std::mutex> lock(mutex_);
   Statement row = database_.Prepare("SELECT count(*) FROM job WHERE state = ?");
   row.With(Number(state));
@@ -271,149 +293,6 @@ std::vector<Job> JobLog::WithDocument(int closure, int number) {
   std::vector<Job> jobs;
   while (rows.Step()) jobs.push_back(Load(rows));
   return jobs;
-}
-
-void JobLog::Note(int64_t id, JobState state, Why why, const std::string& note) {
-  database_
-      .Prepare(
-          "INSERT INTO step (job, number, time, state, why, note) SELECT ?1,"
-          " coalesce(max(number), 0) + 1, ?2, ?3, ?4, ?5 FROM step WHERE job = ?1")
-      .With(id, clock_(), Number(state), Number(why), note)
-      .Run();
-}
-
-// Within a unit of work.
-Job JobLog::Accepted(const NewJob& job, bool* was_there) {
-  int64_t id = 0;
-  {
-    Statement row = database_.Prepare("SELECT id FROM job WHERE desk = ? AND key = ?");
-    row.With(job.desk, job.key);
-    *was_there = row.Step();
-    if (*was_there) id = row.Integer(0);
-  }
-  if (!*was_there) {
-    database_
-        .Prepare(
-            "INSERT INTO job (desk, key, digest, reference, lines, effect, expires, state,"
-            " attempts, mark) VALUES (?, ?, ?, ?, ?, ?, ?, ?, 0, ?)")
-        .With(job.desk, job.key, job.digest, job.reference, LinesRecord(job.lines),
-              Number(job.effect), job.expires, Number(JobState::kQueued), NewMark())
-        .Run();
-    Statement last = database_.Prepare("SELECT last_insert_rowid()");
-    last.With();
-    last.Step();
-    id = last.Integer(0);
-    Note(id, JobState::kQueued, Why::kAccepted, {});
-    events_.AddStep(id, false);
-    if (job.refused) {
-      Moved(id, JobState::kRejected, Why::kRefusedLine,
-            {.answers = std::vector<LineAnswer>{*job.refused}});
-    }
-  }
-  Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
-  row.With(id);
-  return LoadOne(std::move(row)).value();
-}
-
-// Within a unit of work.
-Job JobLog::Moved(int64_t id, JobState to, Why why, const JobNews& news) {
-  {
-    Statement row = database_.Prepare("SELECT state FROM job WHERE id = ?");
-    row.With(id);
-    if (!row.Step()) throw IllegalMove("there is no such job");
-    if (!IsOne<JobState>(row.Integer(0))) database_.Damaged("job");
-    if (!MayMove(static_cast<JobState>(row.Integer(0)), to)) {
-      throw IllegalMove("the job is in another state");
-    }
-  }
-  database_.Prepare("UPDATE job SET state = ?, attempts = attempts + ? WHERE id = ?")
-      .With(Number(to), to == JobState::kRunning ? 1 : 0, id)
-      .Run();
-  if (to == JobState::kRunning) {
-    database_
-        .Prepare(
-            "UPDATE job SET answers = NULL, document = NULL, closure = NULL, number = NULL WHERE "
-            "id = ?")
-        .With(id)
-        .Run();
-  }
-  if (news.baseline) {
-    database_.Prepare("UPDATE job SET baseline = ? WHERE id = ?")
-        .With(NumbersRecord(*news.baseline), id)
-        .Run();
-  }
-  if (news.document) {
-    database_.Prepare("UPDATE job SET document = ?, closure = ?, number = ? WHERE id = ?")
-        .With(DocumentRecord(*news.document), news.document->closure, news.document->number, id)
-        .Run();
-  }
-  if (news.answers) {
-    database_.Prepare("UPDATE job SET answers = ? WHERE id = ?")
-        .With(AnswersRecord(*news.answers), id)
-        .Run();
-  }
-  if (news.seen) PutValue("seen", NumbersRecord(*news.seen));
-  Note(id, to, why, news.note);
-  Statement row = database_.Prepare(kSql<kJobs, "WHERE id = ?">);
-  row.With(id);
-  Job job = LoadOne(std::move(row)).value();
-  events_.AddStep(id, to == JobState::kConfirmed && job.document.has_value());
-  return job;
-}
-
-Job JobLog::Move(int64_t id, JobState to, Why why, const JobNews& news) {
-  Job job;
-  MoveAll([&] { job = Moved(id, to, why, news); }, {&job});
-  if (!is_at_work_) EndSeries();
-  Tell(job);
-  return job;
-}
-
-Job JobLog::MoveBoth(const JobMove& first, const JobMove& second) {
-  Job ended;
-  Job job;
-  MoveAll(
-      [&] {
-        ended = Moved(first.id, first.to, first.why, first.news);
-        job = Moved(second.id, second.to, second.why, second.news);
-      },
-      {&ended, &job});
-  NoteSeries();
-  Tell(ended);
-  Tell(job);
-  return job;
-}
-
-int JobLog::Expire(const std::vector<int64_t>& but) {
-  std::vector<Job> expired;
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const std::vector<int64_t> over = Overdue(but);
-    if (over.empty()) return 0;
-    Transaction unit(database_);
-    for (const int64_t id : over) {
-      expired.push_back(Moved(id, JobState::kExpired, Why::kExpired, {}));
-      // Of many they would take more than there is.
-      expired.back().lines = {};
-    }
-    Commit(unit, {});
-    for (const Job& job : expired) Count(job, 1);
-  }
-  for (const Job& job : expired) Tell(job);
-  return static_cast<int>(expired.size());
-}
-
-std::vector<int64_t> JobLog::Overdue(const std::vector<int64_t>& but) {
-  std::vector<int64_t> over;
-  Statement rows =
-      database_.Prepare("SELECT id FROM job WHERE state = ? AND expires <= ? ORDER BY id");
-  rows.With(Number(JobState::kQueued), clock_());
-  while (rows.Step()) {
-    if (std::find(but.begin(), but.end(), rows.Integer(0)) == but.end()) {
-      over.push_back(rows.Integer(0));
-    }
-  }
-  return over;
 }
 
 }  // namespace lorimat::door

@@ -5,6 +5,7 @@
 // was asked is in it. Members may be called by several threads.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -22,6 +23,7 @@
 #include "door/log/event_table.h"
 #include "door/log/figures.h"
 #include "door/log/job.h"
+#include "door/log/known_jobs.h"
 #include "register/storage/database.h"
 
 namespace lorimat::door {
@@ -160,17 +162,23 @@ class JobLog {
   Job Accepted(const NewJob& job, bool* was_there);
   Job Load(Statement& row);
   std::optional<Job> LoadOne(Statement row);
-  void Note(int64_t id, JobState state, Why why, const std::string& note);
-  std::vector<int64_t> Overdue(const std::vector<int64_t>& but);
+  std::optional<Job> Read(int64_t id);
+  // As it is on the disk, within a unit that has not moved it yet.
+  Job Present(int64_t id);
+  void ReadQueue();
+  void KnowQueue();
+  std::optional<Job> FirstInQueue();
+  void AddStep(Job* job, JobState state, Why why, const std::string& note);
   // It is on the disk by then: what keeps somebody from being told takes nothing back.
   void Tell(const Job& job) const noexcept;
   void TellEvent(const Job* job) const noexcept;
+  void Commit(Transaction& unit);
   // Behind the commit: what has changed by it.
-  void Commit(Transaction& unit, std::initializer_list<const Job*> moved);
+  void NoteChange(const Job& job, size_t steps);
   void Count(const Job& job, size_t steps);
   void PutValue(std::string_view name, const std::string& value);
   std::optional<std::string> Value(std::string_view name);
-  Job Moved(int64_t id, JobState to, Why why, const JobNews& news);
+  Job Moved(Job job, JobState to, Why why, const JobNews& news);
 
   std::mutex accepting_;  // taken ahead of mutex_, or alone
   std::condition_variable accepted_;
@@ -182,6 +190,9 @@ class JobLog {
   std::chrono::milliseconds ride_ = kRide;
   std::atomic<bool> has_queued_{false};
   std::atomic<bool> is_at_work_{false};  // one is running
+  std::mutex telling_;                   // taken ahead of mutex_, or alone
+  // By kind, what NoteText has last found or put in the log.
+  std::array<std::optional<std::string>, static_cast<size_t>(EventKind::kLast) + 1> told_;
   std::mutex mutex_;
   Clock clock_;
   std::function<void(int64_t id)> observer_;
@@ -189,6 +200,7 @@ class JobLog {
   Database database_;
   EventTable events_{database_};
   LogFigures figures_;
+  KnownJobs known_;  // changed with mutex_ taken
   int64_t left_to_operator_ = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "door/log/job_log.h"
 
@@ -25,12 +26,17 @@ void JobLog::TellEvent(const Job* job) const noexcept {
   }
 }
 
-void JobLog::Commit(Transaction& unit, std::initializer_list<const Job*> moved) {
+void JobLog::Commit(Transaction& unit) {
+  events_.Prune();
   const auto begun = std::chrono::steady_clock::now();
   unit.Commit();
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
   figures_.commits.Add(took.count());
-  for (const Job* job : moved) Count(*job, 1);
+}
+
+void JobLog::NoteChange(const Job& job, size_t steps) {
+  known_.Note(job);
+  Count(job, steps);
 }
 
 // The last so many of its steps are new.
@@ -52,15 +58,26 @@ void JobLog::Count(const Job& job, size_t steps) {
   is_at_work_ = figures_.jobs[static_cast<size_t>(JobState::kRunning)] > 0;
 }
 
+// Nearly always it is what was told before, which nobody who is at the log is to be waited for.
 void JobLog::NoteText(EventKind kind, const std::string& text) {
+  const std::lock_guard<std::mutex> telling(telling_);
+  std::optional<std::string>& told = told_[static_cast<size_t>(kind)];
+  if (told == text) return;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     const std::string_view name = EventName(kind);
-    if (Value(name).value_or("") == text) return;
+    if (Value(name).value_or("") == text) {
+      told = text;
+      return;
+    }
     Transaction unit(database_);
     PutValue(name, text);
     events_.AddText(kind, clock_(), text);
+    events_.Prune();
+    std::string copy = text;
+    told.reset();
     unit.Commit();
+    told = std::move(copy);
   }
   TellEvent(nullptr);
 }

@@ -63,9 +63,10 @@ void JobLog::CommitAll(const std::function<void()>& move, std::initializer_list<
   Transaction unit(database_);
   if (move) move();
   for (Acceptance* one : batch) one->accepted = Accepted(one->job, &one->was_there);
-  Commit(unit, moved);
+  Commit(unit);
+  for (const Job* job : moved) NoteChange(*job, 1);
   for (const Acceptance* one : batch) {
-    if (!one->was_there) Count(one->accepted, one->accepted.history.size());
+    if (!one->was_there) NoteChange(one->accepted, one->accepted.history.size());
   }
 }
 

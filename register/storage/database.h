@@ -63,7 +63,8 @@ class Statement {
   Statement(Statement&&) = default;
   Statement& operator=(Statement&&) = delete;
 
-  // Gives the parameters their values, from the first one on: integers, flags, texts, nullptr.
+  // Gives the parameters their values, from the first one on: integers, flags, texts, nullptr, or
+  // an optional one of these.
   template <typename... Values>
   Statement& With(const Values&... values) {
     Reset();
@@ -92,6 +93,8 @@ class Statement {
       BindNull(parameter);
     } else if constexpr (std::is_integral_v<Value>) {
       BindInteger(parameter, static_cast<int64_t>(value));
+    } else if constexpr (requires { value.has_value(); }) {
+      value ? Bind(parameter, *value) : BindNull(parameter);
     } else {
       BindText(parameter, value);
     }
