@@ -1,23 +1,36 @@
 #include "door/log/job_record.h"
 
+#include <fmt/format.h>
+
 namespace lorimat::door {
 namespace {
 
 using nlohmann::json;
 
-// Texts are bytes in the code page of the device, which JSON does not take: each byte goes as the
-// character of its number.
-std::string Widened(std::string_view bytes) {
-  std::string text;
+// The records are written on the way of each job, so without a tree of values in between.
+
+// In quotes. Texts are bytes in the code page of the device, which JSON does not take: each byte
+// goes as the character of its number.
+std::string Quoted(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text = "\"";
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
+    if (c == '"' || c == '\\') {
+      text += '\\';
+      text += c;
+    } else if (byte < 0x20) {
+      text += "\\u00";
+      text += kDigits[byte >> 4];
+      text += kDigits[byte & 0xF];
+    } else if (byte < 0x80) {
       text += c;
     } else {
       text += static_cast<char>(0xC0 | (byte >> 6));
       text += static_cast<char>(0x80 | (byte & 0x3F));
     }
   }
+  text += '"';
   return text;
 }
 
@@ -36,7 +49,19 @@ std::string Narrowed(const std::string& text) {
 }
 
 // What is not known is null.
-json AmountRecord(const std::optional<int64_t>& amount) { return amount ? json(*amount) : json(); }
+std::string AmountRecord(const std::optional<int64_t>& amount) {
+  return amount ? std::to_string(*amount) : "null";
+}
+
+template <typename All, typename One>
+std::string List(const All& all, One one) {
+  std::string text = "[";
+  for (const auto& value : all) {
+    if (text.size() > 1) text += ',';
+    text += one(value);
+  }
+  return text + "]";
+}
 
 // Logs from before do not have it.
 std::optional<DocumentKind> ReadKind(const json& record) {
@@ -54,11 +79,7 @@ std::optional<int64_t> ReadAmount(const json& record, const char* name) {
 
 }  // namespace
 
-std::string LinesRecord(const std::vector<std::string>& lines) {
-  json all = json::array();
-  for (const std::string& line : lines) all.push_back(Widened(line));
-  return all.dump();
-}
+std::string LinesRecord(const std::vector<std::string>& lines) { return List(lines, Quoted); }
 
 std::vector<std::string> ReadLines(std::string_view text) {
   std::vector<std::string> lines;
@@ -67,11 +88,10 @@ std::vector<std::string> ReadLines(std::string_view text) {
 }
 
 std::string NumbersRecord(const DeviceNumbers& numbers) {
-  return json{
-      {"serial", Widened(numbers.serial)}, {"closure", numbers.closure},
-      {"document", numbers.document},      {"invoice", numbers.invoice},
-      {"day_total", numbers.day_total},    {"grand_total", AmountRecord(numbers.grand_total)}}
-      .dump();
+  return fmt::format(
+      R"({{"closure":{},"day_total":{},"document":{},"grand_total":{},"invoice":{},"serial":{}}})",
+      numbers.closure, numbers.day_total, numbers.document, AmountRecord(numbers.grand_total),
+      numbers.invoice, Quoted(numbers.serial));
 }
 
 DeviceNumbers ReadNumbers(std::string_view text) {
@@ -85,13 +105,11 @@ DeviceNumbers ReadNumbers(std::string_view text) {
 }
 
 std::string DocumentRecord(const JobDocument& document) {
-  return json{{"closure", document.closure},
-              {"number", document.number},
-              {"serial", Widened(document.serial)},
-              {"time", document.time},
-              {"total", AmountRecord(document.total)},
-              {"kind", document.kind ? json(DocumentKindName(*document.kind)) : json()}}
-      .dump();
+  return fmt::format(R"({{"closure":{},"kind":{},"number":{},"serial":{},"time":{},"total":{}}})",
+                     document.closure,
+                     document.kind ? Quoted(DocumentKindName(*document.kind)) : "null",
+                     document.number, Quoted(document.serial), Quoted(document.time),
+                     AmountRecord(document.total));
 }
 
 JobDocument ReadDocument(std::string_view text) {
@@ -105,14 +123,10 @@ JobDocument ReadDocument(std::string_view text) {
 }
 
 std::string AnswersRecord(const std::vector<LineAnswer>& answers) {
-  json all = json::array();
-  for (const LineAnswer& answer : answers) {
-    all.push_back({{"line", answer.line},
-                   {"code", answer.code},
-                   {"text", Widened(answer.text)},
-                   {"explanation", Widened(answer.explanation)}});
-  }
-  return all.dump();
+  return List(answers, [](const LineAnswer& answer) {
+    return fmt::format(R"({{"code":{},"explanation":{},"line":{},"text":{}}})", answer.code,
+                       Quoted(answer.explanation), answer.line, Quoted(answer.text));
+  });
 }
 
 std::vector<LineAnswer> ReadAnswers(std::string_view text) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <new>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 
 #include "door/http/api.h"
 #include "door/log/job_log.h"
+#include "door/log/job_record.h"
 #include "properties/property.h"
 #include "register/value/register_error.h"
 #include "support/temporary_folder.h"
@@ -99,21 +101,22 @@ TEST(KnownJobs, WhatTheyTakeIsBounded) {
 // Each allocation on the way of an acceptance fails once: what was accepted is in the queue.
 TEST(KnownJobs, WithoutMemoryNoJobIsLost) {
   JobLog log("");
-  for (int n = 1;; ++n) {
+  // From 0 on, with none failing, so that what is made once is there.
+  for (int n = 0;; ++n) {
     NewJob job;
     job.key = "a key that is longer than a short text: " + std::to_string(n);
     job.lines = {"VEND REP=1, PRE=1.20", "CHIU"};
     job.expires = 1'000'000'000'000'000;
     bool was_there = false;
     int64_t accepted = 0;
-    FailingMemory::FailAt(n, 1);
+    if (n > 0) FailingMemory::FailAt(n, 1);
     try {
       accepted = log.Accept(job, &was_there).id;
     } catch (const std::bad_alloc&) {
     } catch (const RegisterError&) {
     }
     FailingMemory::Heal();
-    const bool failed = FailingMemory::failed();
+    const bool failed = n == 0 || FailingMemory::failed();
     const std::optional<Job> known = log.FindKey("", job.key);
     if (accepted != 0) {
       ASSERT_TRUE(known);
@@ -129,6 +132,24 @@ TEST(KnownJobs, WithoutMemoryNoJobIsLost) {
     log.Move(known->id, State::kCancelled, Why::kCancelled);
     if (!failed) break;
   }
+}
+
+TEST(JobRecord, KeepsEveryByteAndEveryNumber) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  const std::vector<std::string> lines = {all, "", "\\u0041\"", all + all};
+  EXPECT_EQ(ReadLines(LinesRecord(lines)), lines);
+  EXPECT_EQ(ReadLines(LinesRecord({})), std::vector<std::string>());
+  const std::vector<LineAnswer> answers = {{1, 0, "OK.", ""}, {1000, -1, all, all}};
+  EXPECT_EQ(ReadAnswers(AnswersRecord(answers)), answers);
+  constexpr int64_t kLeast = std::numeric_limits<int64_t>::min();
+  const DeviceNumbers numbers = {all, 1, 2, 3, kLeast, std::numeric_limits<int64_t>::max()};
+  EXPECT_EQ(ReadNumbers(NumbersRecord(numbers)), numbers);
+  EXPECT_EQ(ReadNumbers(NumbersRecord({"s", 0, 0, 0, 0, {}})), (DeviceNumbers{"s", 0, 0, 0, 0}));
+  const JobDocument document = {
+      1, 2, all, "2026-11-22T10:00:00+01:00", kLeast, DocumentKind::kInvoice};
+  EXPECT_EQ(ReadDocument(DocumentRecord(document)), document);
+  EXPECT_EQ(ReadDocument(DocumentRecord({1, 2, "", "", {}, {}})), (JobDocument{1, 2, "", "", {}}));
 }
 
 // All that there is of a job.
