@@ -30,6 +30,7 @@
 #include "door/http/api.h"
 #include "door/http/client_stream.h"
 #include "door/http/event_stream.h"
+#include "door/http/gathered_news.h"
 #include "door/http/message.h"
 
 namespace lorimat::door {
@@ -83,16 +84,8 @@ class HttpServer::Impl {
     for (int i = 0; i < kThreads; ++i) threads_.emplace_back([this] { io_.run(); });
   }
 
-  void Notify(int64_t job_id) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const auto [first, last] = waiting_.equal_range(job_id);
-    for (auto row = first; row != last; ++row) Wake(row->second);
-  }
-
-  void NotifyEvents() {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    for (const std::shared_ptr<Timer>& timer : streams_) Wake(timer);
-  }
+  void Notify(int64_t job_id) { news_.AddJob(job_id); }
+  void NotifyEvents() { news_.AddEvents(); }
 
   ServerFigures figures() {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -118,6 +111,19 @@ class HttpServer::Impl {
   }
 
  private:
+  void TellNews() noexcept try {
+    const News news = news_.Take();
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const int64_t job : news.jobs) {
+      const auto [first, last] = waiting_.equal_range(job);
+      for (auto row = first; row != last; ++row) Wake(row->second);
+    }
+    if (!news.has_events) return;
+    for (const std::shared_ptr<Timer>& timer : streams_) Wake(timer);
+  } catch (...) {
+    // Without memory whoever waits asks when its time is over.
+  }
+
   // On the strand of its connection, which either waits by now or looks at the job again.
   static void Wake(const std::shared_ptr<Timer>& timer) {
     asio::post(timer->get_executor(), [timer] { timer->cancel(); });
@@ -287,16 +293,10 @@ class HttpServer::Impl {
   };
 
   // What a request waits for is dropped with it, also where it ends without an answer.
-  class Asked {
-   public:
-    Asked(Api& api, int64_t id) : api_(api), id_(id) {}
-    ~Asked() { api_.Drop(id_); }
-    Asked(const Asked&) = delete;
-    Asked& operator=(const Asked&) = delete;
-
-   private:
-    Api& api_;
-    int64_t id_;
+  struct Asked {
+    Api& api;
+    const int64_t id;
+    ~Asked() { api.Drop(id); }
   };
 
   // Whether the connection goes on.
@@ -342,7 +342,7 @@ class HttpServer::Impl {
     Reply reply = api_->Handle(request);
     if (reply.wait_for && reply.wait_seconds > 0) {
       const int64_t waited = *reply.wait_for;
-      const Asked asked(*api_, waited);
+      const Asked asked{*api_, waited};
       if (!co_await WaitFor(waited, reply.wait_seconds, stream, buffer)) co_return false;
       reply = api_->Finish(waited);
     }
@@ -469,6 +469,7 @@ class HttpServer::Impl {
   uint16_t port_ = 0;
   Api* api_ = nullptr;
   std::atomic<int> connections_{0};
+  GatheredNews news_{[this] { asio::post(io_, [this] { TellNews(); }); }};
   std::mutex mutex_;
   bool stopping_ = false;
   std::atomic<int64_t> taken_{0};

@@ -75,8 +75,9 @@ void Service::Wake() {
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     woken_ = true;
+    if (!pauses_) return;
   }
-  wake_.notify_all();
+  wake_.notify_one();
 }
 
 bool Service::Ask(std::shared_ptr<Question> question) {
@@ -126,8 +127,9 @@ void Service::Pause(int* round) {
   ++*round;
   if (parts_.pauses) parts_.pauses(pause);
   std::unique_lock<std::mutex> lock(mutex_);
+  pauses_ = true;
   if (wake_.wait_for(lock, pause, [this] { return stopping_ || woken_; })) *round = 0;
-  woken_ = false;
+  pauses_ = woken_ = false;
 }
 
 // What cannot be told now is told in another round.
@@ -203,14 +205,14 @@ void Service::Loop() {
     if (came != Came::kNothing) round = 0;
     if (came != Came::kWork && !more) Pause(&round);
   }
-  wake_.notify_all();
+  changed_.notify_all();
 }
 
 void Service::WatchLoop() {
   constexpr std::chrono::milliseconds kLook{200};
   std::unique_lock<std::mutex> lock(mutex_);
   while (!ended_) {
-    wake_.wait_for(lock, kLook);
+    changed_.wait_for(lock, kLook);
     const std::optional<int64_t> since = parts_.calls ? parts_.calls->Since() : std::nullopt;
     if (ended_ || since.value_or(0) <= parts_.device_timeout.count()) continue;
     lock.unlock();
@@ -235,13 +237,13 @@ void Service::NoteHang() {
         const std::lock_guard<std::mutex> lock(mutex_);
         hang_noted_ = true;
       }
-      wake_.notify_all();
+      changed_.notify_all();
     });
   } catch (const std::system_error&) {
     return;
   }
   std::unique_lock<std::mutex> lock(mutex_);
-  wake_.wait_for(lock, parts_.log_grace, [this] { return hang_noted_; });
+  changed_.wait_for(lock, parts_.log_grace, [this] { return hang_noted_; });
 }
 
 }  // namespace lorimat::door

@@ -100,7 +100,9 @@ class Service {
   Questions questions_;
   Worker worker_;
   std::mutex mutex_;
-  std::condition_variable wake_;
+  std::condition_variable wake_;     // of the working thread, in a pause
+  std::condition_variable changed_;  // of the watching thread: one of the last two
+  bool pauses_ = false;
   bool stopping_ = false;
   bool woken_ = false;
   bool ended_ = false;       // the working thread

@@ -153,6 +153,7 @@ class JobLog {
   void SettleCopy();
   Batch TakeWaiting();
   void Release(const Batch& batch);
+  void WakeFirst();
   void AcceptAll(const Batch& batch) noexcept;
   void CommitAll(const std::function<void()>& move, std::initializer_list<const Job*> moved,
                  const Batch& batch);
@@ -181,7 +182,6 @@ class JobLog {
   Job Moved(Job job, JobState to, Why why, const JobNews& news);
 
   std::mutex accepting_;  // taken ahead of mutex_, or alone
-  std::condition_variable accepted_;
   Batch waiting_;
   bool is_accepting_ = false;
   // Until then the next commit of a series is expected, and when the last one was.

@@ -15,6 +15,7 @@ struct JobLog::Acceptance {
   Job accepted = {};
   bool was_there = false;
   std::exception_ptr failure = {};
+  std::condition_variable wake = {};
 };
 
 Job JobLog::Accept(const NewJob& job, bool* was_there) {
@@ -23,9 +24,9 @@ Job JobLog::Accept(const NewJob& job, bool* was_there) {
   waiting_.push_back(&mine);
   while (!mine.is_over) {
     if (is_accepting_) {
-      accepted_.wait(waiting);
+      mine.wake.wait(waiting);
     } else if (SteadyClock::now() < due_) {
-      accepted_.wait_until(waiting, due_);
+      mine.wake.wait_until(waiting, due_);
     } else {
       const Batch batch = TakeWaiting();
       waiting.unlock();
@@ -51,8 +52,17 @@ JobLog::Batch JobLog::TakeWaiting() {
 void JobLog::Release(const Batch& batch) {
   if (batch.empty()) return;
   is_accepting_ = false;
-  for (Acceptance* one : batch) one->is_over = true;
-  accepted_.notify_all();
+  // With the lock: they are gone behind it.
+  for (Acceptance* one : batch) {
+    one->is_over = true;
+    one->wake.notify_one();
+  }
+  WakeFirst();
+}
+
+// Of those that wait the first one looks what to do, for all of them.
+void JobLog::WakeFirst() {
+  if (!waiting_.empty()) waiting_.front()->wake.notify_one();
 }
 
 // In one unit of work: all of it is on the disk, or nothing is.
@@ -125,7 +135,7 @@ void JobLog::NoteSeries() {
 void JobLog::EndSeries() {
   const std::lock_guard<std::mutex> lock(accepting_);
   due_ = {};
-  accepted_.notify_all();
+  WakeFirst();
 }
 
 }  // namespace lorimat::door
