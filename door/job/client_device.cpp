@@ -129,6 +129,8 @@ std::optional<Status> ReadStatus(RtfClientInterface& client, int* result = nullp
   return Status{*functional, *key};
 }
 
+bool IsFiscal(const Status& status) { return status.functional >= 2 && status.functional <= 6; }
+
 // Whether it stands there, and is no part of a longer number.
 bool HasWord(std::string_view line, std::string_view word) {
   const auto is_digit = [&](size_t at) {
@@ -201,9 +203,15 @@ std::optional<DeviceState> ClientDevice::Ask() {
   state.numbers = {*serial, *closure, *document, *invoice, *total, grand_total};
   // Both are asked: a device may be open for one and closed for the other.
   state.is_open = *printer != RTF_FPTR_PS_MONITOR || status->functional > 1;
-  state.is_fiscal_open = status->functional >= 2 && status->functional <= 6;
+  state.is_fiscal_open = IsFiscal(*status);
   state.key_registering = status->key == 1;
   return state;
+}
+
+std::optional<bool> ClientDevice::AskFiscalOpen() {
+  const std::optional<Status> status = ReadStatus(client());
+  if (!status) return std::nullopt;
+  return IsFiscal(*status);
 }
 
 MissingItems ClientDevice::Missing() {

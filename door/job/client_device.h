@@ -12,6 +12,7 @@ namespace lorimat::door {
 class ClientDevice : public FiscalDevice {
  public:
   std::optional<DeviceState> Ask() override;
+  std::optional<bool> AskFiscalOpen() override;
   MissingItems Missing() override;
   // By an extract of the journal, which has what was printed; such a document has no time.
   Told FindLast(const DocumentName& name, LastDocument* document) override;

@@ -54,6 +54,8 @@ class FiscalDevice {
   virtual RtfClientInterface& client() = 0;
   // Nothing when the device does not answer all of it.
   virtual std::optional<DeviceState> Ask() = 0;
+  // DeviceState::is_fiscal_open alone, which takes fewer calls; nothing when it does not answer.
+  virtual std::optional<bool> AskFiscalOpen() = 0;
   virtual MissingItems Missing() = 0;
   // The document that it registered last, where it has these numbers.
   virtual Told FindLast(const DocumentName& name, LastDocument* document) = 0;

@@ -207,12 +207,12 @@ std::string Worker::Explain(long code, uint64_t refusals_before) const {
 // Ahead of the payment, which registers the document: without the mark on it nobody could tell it
 // from another one.
 bool Worker::PrintMark(const Job& job, int line, Run* run) {
-  const std::optional<DeviceState> state = Ask();
-  if (!state) {
+  const std::optional<bool> is_open = device_.AskFiscalOpen();
+  if (!is_open) {
     run->failed = run->unclear = true;
     return false;
   }
-  if (!state->is_fiscal_open) return true;
+  if (!*is_open) return true;
   At(Step::kBeforeMark);
   const uint64_t refusals = device_.refusals();
   const int result = device_.PrintMark(job.mark);

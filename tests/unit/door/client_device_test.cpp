@@ -28,6 +28,7 @@ class Failing : public PassingClient<Failing> {
   RtfClientInterface& inner() { return inner_; }
   template <ClientOperation operation, OperationKind kind, typename Call>
   auto Pass(Call call) -> decltype(call()) {
+    ++calls;
     if constexpr (std::is_same_v<decltype(call()), int>) {
       if (result != RTF_SUCCESS) return result;
     }
@@ -39,6 +40,7 @@ class Failing : public PassingClient<Failing> {
     return PassingClient::GetDataInternal(item, text);
   }
 
+  int calls = 0;
   int result = RTF_SUCCESS;
   int of_closing = RTF_SUCCESS;
 
@@ -69,6 +71,25 @@ TEST(ClientDevice, WhatIsNotToldNowMayBeToldLater) {
     EXPECT_NE(missing.text.find("last day closing"), std::string::npos);
     EXPECT_EQ(missing.may_pass, row.may_pass) << row.result << ' ' << row.of_closing;
   }
+}
+
+// Ahead of each payment, where a device may take its time for each call.
+TEST(ClientDevice, WhetherAFiscalDocumentIsOpenIsOneQuestion) {
+  DoorShop shop;
+  Failing client(shop.device->client());
+  PlainDevice device(client);
+  EXPECT_EQ(device.AskFiscalOpen(), false);
+  EXPECT_EQ(client.calls, 1);
+  ASSERT_EQ(client.BeginFiscalReceipt(false), RTF_SUCCESS);
+  EXPECT_EQ(device.AskFiscalOpen(), true);
+  client.result = RTF_E_OFFLINE;
+  EXPECT_EQ(device.AskFiscalOpen(), std::nullopt);
+  client.result = RTF_SUCCESS;
+  ASSERT_EQ(client.ResetPrn(), RTF_SUCCESS);
+  EXPECT_EQ(device.AskFiscalOpen(), false);
+  ASSERT_EQ(client.BeginNonFiscal(), RTF_SUCCESS);
+  EXPECT_EQ(device.AskFiscalOpen(), false);
+  EXPECT_TRUE(device.Ask()->is_open);
 }
 
 // What passes is asked again; what the device has not it will not have another day.
