@@ -139,6 +139,7 @@ TEST_F(RecoveryTest, APaidReceiptIsEndedUnderItsNumber) {
   EXPECT_EQ(entry.document, 2);
   EXPECT_TRUE(Has(entry.lines, "ALLEGATO"));
   EXPECT_TRUE(Has(entry.lines, "DOCUMENTO N. 0001-0002"));
+  EXPECT_FALSE(Has(entry.lines, "DOCUMENTO N. 0001-0001"));  // its own lines alone
   EXPECT_FALSE(Has(entry.lines, "MANCANZA"));
   Receipt(1, 1000);
   EXPECT_EQ(device->store().documents().back().number, 3);
