@@ -4,6 +4,8 @@
 
 #include <ctime>
 #include <filesystem>
+#include <optional>
+#include <utility>
 
 #include "door/access/tls.h"
 #include "door/http/api.h"
@@ -39,10 +41,25 @@ void DoorWatch::NoteDevice(DeviceTrouble trouble) {
   told_ = code;
 }
 
+void DoorWatch::AskDevice() noexcept {
+  try {
+    auto question = std::make_shared<Question>();
+    question->ask = [known = of_device_](FiscalDevice& device) {
+      std::optional<DeviceReport> report = device.Report();
+      if (!report) return;
+      const std::lock_guard<std::mutex> lock(known->mutex);
+      known->codes = std::move(report->warnings);
+    };
+    parts_.service.Ask(std::move(question));
+  } catch (...) {
+    // Another time.
+  }
+}
+
 void DoorWatch::NoteWarnings() noexcept {
   try {
     std::string names;
-    const auto add = [&names](const char* name) {
+    const auto add = [&names](const std::string& name) {
       if (!names.empty()) names += ' ';
       names += name;
     };
@@ -50,6 +67,10 @@ void DoorWatch::NoteWarnings() noexcept {
     if (parts_.log.Count(JobState::kNeedsOperator) > 0) add("needs_operator");
     const int64_t end = certificate_end_;
     if (end != 0 && end < std::time(nullptr) + kCertificateNotice) add("certificate_near_end");
+    {
+      const std::lock_guard<std::mutex> lock(of_device_->mutex);
+      for (const std::string& code : of_device_->codes) add(code);
+    }
     const bool wrote_none = writes_none_;
     // One of the two is news, whatever was told last, and has to be written.
     if (wrote_none) parts_.log.NoteText(EventKind::kWarning, "disk_full");

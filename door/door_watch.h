@@ -5,7 +5,9 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <vector>
 
 #include "door/http/metrics_text.h"
 #include "door/http/server.h"
@@ -42,6 +44,8 @@ class DoorWatch {
   // The certificate that clients are shown from now on: when it runs out, in seconds since 1970; 0
   // for none.
   void NoteCertificate(int64_t end) noexcept { certificate_end_ = end; }
+  // Has the device asked for its warnings, which NoteWarnings tells; between two jobs.
+  void AskDevice() noexcept;
   // What somebody should look at, as far as it is known here; to be called now and then.
   void NoteWarnings() noexcept;
   // The metrics of the program beside those of the log.
@@ -51,7 +55,15 @@ class DoorWatch {
   bool IsAlive(Api& api);
 
  private:
+  // Codes, as the device had them when it was asked last.
+  struct DeviceWarnings {
+    std::mutex mutex;
+    std::vector<std::string> codes;
+  };
+
   Parts parts_;
+  // What is asked may come when this is gone.
+  std::shared_ptr<DeviceWarnings> of_device_ = std::make_shared<DeviceWarnings>();
   std::string told_;  // of the device, to the service manager
   std::atomic<bool> writes_none_{false};
   std::atomic<int64_t> certificate_end_{0};

@@ -389,7 +389,8 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
   manager.Notify("READY=1\nSTATUS=listening on " + url);
 
   constexpr timespec kNowAndThen = {5, 0};
-  for (;;) {
+  constexpr int kRoundsOfDevice = 12;
+  for (int round = 1;; ++round) {
     const int signal = sigtimedwait(&signals, nullptr, &kNowAndThen);
     if (signal == SIGHUP) {
       access.Reload(tell);
@@ -400,6 +401,7 @@ int RunDoor(const Options& options, Streams& streams, Notices& notices) {
     } else if (signal > 0) {
       break;
     }
+    if (round % kRoundsOfDevice == 0) watch.AskDevice();
     watch.NoteWarnings();
   }
   manager.Notify("STOPPING=1\nSTATUS=finishing the job at work");

@@ -147,5 +147,51 @@ TEST(DoorWatch, ACertificateThatRunsOutIsAWarning) {
   }
 }
 
+// What paper, cover and clock have is news too, and that it is over.
+TEST(DoorWatch, WhatTheDeviceWarnsOfIsAWarning) {
+  class Warning : public ShopDevice {
+   public:
+    using ShopDevice::ShopDevice;
+    std::optional<DeviceReport> Report() override {
+      std::optional<DeviceReport> report = ShopDevice::Report();
+      report->warnings = warnings;
+      return report;
+    }
+    std::vector<std::string> warnings;
+  };
+  DoorShop shop;
+  RegisterSettings settings;
+  Warning device(std::move(settings));
+  HttpServer server("127.0.0.1", 0);
+  std::atomic<int> answered{0};
+  Service service({.log = *shop.log,
+                   .device = device,
+                   .judge = DoorShop::judge(),
+                   .run = [&](const std::string& line,
+                              std::string* answer) { return shop.RunLine(line, answer); },
+                   .hung = nullptr,
+                   .tell = nullptr,
+                   .answered = [&](int64_t) { ++answered; }});
+  console::Streams streams;
+  Notices notices(streams);
+  const ServiceManager manager;
+  DoorWatch watch({*shop.log, server, service, notices, manager});
+  service.Start();
+  const std::vector<std::string> both = {"paper_near_end", "cover_open"};
+  for (const auto& warnings : {both, {}}) {
+    device.warnings = warnings;
+    const int before = answered;
+    watch.AskDevice();
+    while (answered == before) std::this_thread::yield();
+    const int64_t last = shop.log->LastEvent();
+    watch.NoteWarnings();
+    const EventPage page = shop.log->Events(last, 10);
+    ASSERT_EQ(page.events.size(), 1u);
+    EXPECT_EQ(page.events[0].kind, EventKind::kWarning);
+    EXPECT_EQ(page.events[0].text.find("paper_near_end cover_open") != std::string::npos,
+              !warnings.empty());
+  }
+}
+
 }  // namespace
 }  // namespace lorimat::door
