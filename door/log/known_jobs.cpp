@@ -38,6 +38,11 @@ void KnownJobs::Forget(int64_t id) noexcept {
   jobs_.erase(found);
 }
 
+void KnownJobs::ForgetOldest() noexcept {
+  Forget(over_.front());
+  over_.pop_front();
+}
+
 // What is not known any more is read from the log; what is known wrongly would be told.
 void KnownJobs::Note(const Job& job) noexcept {
   const std::lock_guard<std::mutex> lock(mutex_);
@@ -54,14 +59,16 @@ void KnownJobs::Note(const Job& job) noexcept {
   }
   try {
     const size_t size = SizeOf(job);
+    if (size > kMostSize) return;
+    // Those that are over give way, or large ones would keep all others out for good.
+    while (size > kMostSize - size_ && !over_.empty()) ForgetOldest();
     if (size > kMostSize - size_) return;
     jobs_.emplace(job.id, Kept{std::make_shared<const Job>(job), size});
     size_ += size;
-    if (!IsFinal(job.state)) return;
+    // What waits for an operator may do so for days.
+    if (!IsFinal(job.state) && job.state != JobState::kNeedsOperator) return;
     over_.push_back(job.id);
-    if (over_.size() <= kMostOver) return;
-    Forget(over_.front());
-    over_.pop_front();
+    if (over_.size() > kMostOver) ForgetOldest();
   } catch (...) {
     Forget(job.id);
   }

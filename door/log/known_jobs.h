@@ -19,9 +19,10 @@ namespace lorimat::door {
 // Members may be called by several threads.
 class KnownJobs {
  public:
-  // Of jobs that are over the last ones are kept.
+  // Of jobs that are over, or wait for an operator, the last ones are kept.
   static constexpr size_t kMostOver = 128;
-  // What all jobs that are kept may take, in bytes; one that has no room is read from the log.
+  // What all jobs that are kept may take, in bytes: the oldest of those give way. One that has no
+  // room is read from the log.
   static constexpr size_t kMostSize = 4 << 20;
 
   // The queue as the log has it: the numbers, and when the time of each is over. Nothing is known
@@ -49,6 +50,7 @@ class KnownJobs {
     size_t size = 0;
   };
   void Forget(int64_t id) noexcept;
+  void ForgetOldest() noexcept;
 
   mutable std::mutex mutex_;
   bool is_queue_lost_ = true;

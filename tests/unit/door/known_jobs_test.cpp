@@ -98,6 +98,21 @@ TEST(KnownJobs, WhatTheyTakeIsBounded) {
   EXPECT_NE(known.Find(2), nullptr);
 }
 
+// Also where few of them take it all.
+TEST(KnownJobs, LargeOnesThatAreOverGiveWay) {
+  KnownJobs known;
+  known.SetQueue({});
+  Job large = MakeJob(1, State::kConfirmed);
+  large.lines = {std::string(KnownJobs::kMostSize / 3, 'x')};
+  for (; large.id <= 8; ++large.id) {
+    large.state = large.id % 2 == 0 ? State::kConfirmed : State::kNeedsOperator;
+    known.Note(large);
+    EXPECT_NE(known.Find(large.id), nullptr) << large.id;
+  }
+  EXPECT_NE(known.Find(7), nullptr);
+  EXPECT_EQ(known.Find(6), nullptr);
+}
+
 // Each allocation on the way of an acceptance fails once: what was accepted is in the queue.
 TEST(KnownJobs, WithoutMemoryNoJobIsLost) {
   JobLog log("");
