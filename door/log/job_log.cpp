@@ -236,9 +236,23 @@ std::optional<Job> JobLog::FirstInQueue() {
     const std::optional<int64_t> first = known_.FirstQueued();
     if (!first) return std::nullopt;
     std::optional<Job> job = Find(*first);
-    // It may have left the queue meanwhile.
     if (job && job->state == JobState::kQueued) return job;
+    CheckInQueue(*first);
   }
+}
+
+// Of a job that was not queued: it may have left the queue meanwhile. With the lock nobody is
+// between the two: where the file differs even so, it was written by other means, or is damaged.
+void JobLog::CheckInQueue(int64_t id) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const auto is_odd = [&] {
+    if (known_.FirstQueued() != id) return false;
+    const std::optional<Job> job = Read(id);
+    return !job || job->state != JobState::kQueued;
+  };
+  if (!is_odd()) return;
+  ReadQueue();
+  if (is_odd()) database_.Damaged("job");
 }
 
 std::optional<Job> JobLog::FirstQueued(JobEffect effect) {

@@ -169,6 +169,7 @@ class JobLog {
   void ReadQueue();
   void KnowQueue();
   std::optional<Job> FirstInQueue();
+  void CheckInQueue(int64_t id);
   void AddStep(Job* job, JobState state, Why why, const std::string& note);
   // It is on the disk by then: what keeps somebody from being told takes nothing back.
   void Tell(const Job& job) const noexcept;

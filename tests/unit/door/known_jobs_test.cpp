@@ -2,6 +2,7 @@
 #include "door/log/known_jobs.h"
 
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -111,6 +112,43 @@ TEST(KnownJobs, LargeOnesThatAreOverGiveWay) {
   }
   EXPECT_NE(known.Find(7), nullptr);
   EXPECT_EQ(known.Find(6), nullptr);
+}
+
+// What somebody has written into the file by other means, or damaged in it.
+TEST(KnownJobs, AQueueThatTheFileDoesNotHaveIsReadAgain) {
+  const std::filesystem::path folder = MakeTemporaryFolder();
+  const std::string file = (folder / "shop.door").string();
+  const auto execute = [&file](const char* sql) {
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(other, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+  };
+  const auto accept = [](JobLog& log, const std::string& key) {
+    NewJob job;
+    job.key = key;
+    job.lines = {"CHIU"};
+    job.expires = 1'000'000'000'000'000;
+    bool was_there = false;
+    return log.Accept(job, &was_there).id;
+  };
+  {
+    JobLog log(file);
+    accept(log, "a");
+    accept(log, "b");
+  }
+  {
+    JobLog log(file);
+    execute("UPDATE job SET state = 7 WHERE key = 'a'");
+    const std::optional<Job> first = log.First(State::kQueued);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->key, "b");
+    EXPECT_EQ(log.Count(State::kQueued), 1);
+  }
+  JobLog log(file);
+  execute("DELETE FROM step; DELETE FROM job");
+  EXPECT_FALSE(log.First(State::kQueued));
+  std::filesystem::remove_all(folder);
 }
 
 // Each allocation on the way of an acceptance fails once: what was accepted is in the queue.
