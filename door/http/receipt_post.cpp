@@ -14,31 +14,38 @@ namespace {
 
 using nlohmann::ordered_json;
 
+// A list of what is known, or null.
+template <typename Rows, typename Row>
+ordered_json ListOf(const std::optional<Rows>& rows, Row row_json) {
+  if (!rows) return nullptr;
+  ordered_json list = ordered_json::array();
+  for (const auto& row : *rows) list.push_back(row_json(row));
+  return list;
+}
+
 ordered_json SumsJson(const ReceiptSums& sums) {
   ordered_json json;
+  if (!sums.is_known) return nullptr;
   json["items"] = ordered_json::array();
   for (const int64_t amount : sums.items) json["items"].push_back(MoneyText(amount));
   json["subtotal"] = MoneyText(sums.subtotal);
   json["total"] = MoneyText(sums.total);
   const auto known = [&sums](int64_t amount) {
-    return sums.has_payments ? ordered_json(MoneyText(amount)) : ordered_json();
+    return sums.has_paid ? ordered_json(MoneyText(amount)) : ordered_json();
   };
   json["paid"] = known(sums.paid);
   json["change"] = known(sums.change);
-  json["by_vat"] = ordered_json::array();
-  for (const auto& [vat, sum] : sums.by_vat) {
-    json["by_vat"].push_back(
-        {{"vat", vat}, {"rate", FromDevice(sum.rate)}, {"amount", MoneyText(sum.amount)}});
-  }
-  json["by_department"] = ordered_json::array();
-  for (const auto& [department, amount] : sums.by_department) {
-    json["by_department"].push_back({{"department", department}, {"amount", MoneyText(amount)}});
-  }
-  json["payments"] = sums.has_payments ? ordered_json::array() : ordered_json();
-  for (const ReceiptSums::PaymentSum& payment : sums.payments) {
-    json["payments"].push_back(
-        {{"name", FromDevice(payment.name)}, {"amount", MoneyText(payment.amount)}});
-  }
+  json["by_vat"] = ListOf(sums.by_vat, [](const auto& row) {
+    return ordered_json{{"vat", row.first},
+                        {"rate", FromDevice(row.second.rate)},
+                        {"amount", MoneyText(row.second.amount)}};
+  });
+  json["by_department"] = ListOf(sums.by_department, [](const auto& row) {
+    return ordered_json{{"department", row.first}, {"amount", MoneyText(row.second)}};
+  });
+  json["payments"] = ListOf(sums.payments, [](const auto& payment) {
+    return ordered_json{{"name", FromDevice(payment.name)}, {"amount", MoneyText(payment.amount)}};
+  });
   return json;
 }
 
@@ -65,13 +72,7 @@ void ReceiptPost::Refuse(const std::optional<ReceiptProblem>& problem) {
 }
 
 void ReceiptPost::Prepare(const DeviceTables* tables, LineJudge& judge) {
-  if (tables == nullptr) {
-    problem_ = Problem(501, "no_tables",
-                       "the device does not tell its departments, rates and tenders; /v1/jobs "
-                       "takes lines for it");
-    return;
-  }
-  if (!receipt_.items.empty()) Refuse(SumReceipt(receipt_, *tables, &sums_));
+  if (!receipt_.items.empty()) Refuse(SumReceipt(receipt_, tables, &sums_));
   if (problem_) return;
   const std::vector<ReceiptLine> lines = LinesOf(receipt_);
   if (lines.size() > Api::kMostLines) {

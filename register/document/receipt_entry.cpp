@@ -51,6 +51,34 @@ bool AllowsDiscount(const Tables& tables, const Receipt& receipt, int department
 
 }  // namespace
 
+int PriceLine(const LineArguments& arguments, Amount preset, Item* item) {
+  if (arguments.quantity < 0) {
+    return Refuse(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNegativeQuantity,
+                  {arguments.quantity});
+  }
+  item->quantity_given = arguments.quantity > 0;
+  item->quantity = item->quantity_given ? arguments.quantity : kOnePiece;
+  Amount price = item->quantity_given ? arguments.unit_price : arguments.price;
+  if (!item->quantity_given && price == kPresetPrice && arguments.unit_price > 0) {
+    price = arguments.unit_price;
+  }
+  if (price == kPresetPrice) price = preset;
+  if (price <= 0) {
+    return Refuse(RTF_EFPTR_BAD_PRICE,
+                  price < 0 ? RefusalCause::kNegativePrice : RefusalCause::kNoPrice, {price});
+  }
+  const std::optional<Amount> amount = LineAmount(item->quantity, price);
+  if (!amount || *amount > kMaxAmount) {
+    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kLineTooHigh, {kMaxAmount});
+  }
+  if (*amount == 0) {
+    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kComesToNothing, {item->quantity, price});
+  }
+  item->unit_price = price;
+  item->amount = *amount;
+  return RTF_SUCCESS;
+}
+
 int ResolveLine(const Tables& tables, const LineArguments& arguments, const Item* last,
                 LineAction* action, Item* item) {
   const ItemTypeRow* type = nullptr;
@@ -101,39 +129,15 @@ int ResolveLine(const Tables& tables, const LineArguments& arguments, const Item
   if (tables.FindVat(item->vat) == nullptr) return NoVatEntry(tables, item->vat);
   if (article == nullptr && row != nullptr) preset = row->price;
 
-  // A quantity goes with a unit price. Without one, the line is one piece at its price.
-  if (arguments.quantity < 0) {
-    return Refuse(RTF_EFPTR_BAD_ITEM_QUANTITY, RefusalCause::kNegativeQuantity,
-                  {arguments.quantity});
-  }
-  item->quantity_given = arguments.quantity > 0;
-  item->quantity = item->quantity_given ? arguments.quantity : kOnePiece;
-  Amount price = item->quantity_given ? arguments.unit_price : arguments.price;
-  if (!item->quantity_given && price == kPresetPrice && arguments.unit_price > 0) {
-    price = arguments.unit_price;
-  }
-  if (price == kPresetPrice) price = preset;
-  if (price <= 0) {
-    return Refuse(RTF_EFPTR_BAD_PRICE,
-                  price < 0 ? RefusalCause::kNegativePrice : RefusalCause::kNoPrice, {price});
-  }
-  const std::optional<Amount> amount = LineAmount(item->quantity, price);
-  if (!amount || *amount > kMaxAmount) {
-    return Refuse(RTF_EFPTR_RECEIPT_TOTAL_OVERFLOW, RefusalCause::kLineTooHigh, {kMaxAmount});
-  }
-  if (*amount == 0) {
-    return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kComesToNothing, {item->quantity, price});
-  }
-  if (row != nullptr && row->max_price > 0 && price > row->max_price) {
+  if (const int code = PriceLine(arguments, preset, item)) return code;
+  if (row != nullptr && row->max_price > 0 && item->unit_price > row->max_price) {
     return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kPriceAboveLimit,
-                  {price, row->max_price, department});
+                  {item->unit_price, row->max_price, department});
   }
-  item->unit_price = price;
-  item->amount = *amount;
 
-  if (arguments.special_tax < 0 || arguments.special_tax > *amount) {
+  if (arguments.special_tax < 0 || arguments.special_tax > item->amount) {
     return Refuse(RTF_EFPTR_BAD_PRICE, RefusalCause::kTaxAboveLine,
-                  {arguments.special_tax, *amount});
+                  {arguments.special_tax, item->amount});
   }
   item->special_tax = RoundToCents(arguments.special_tax).value_or(0);
   item->special_tax_name = arguments.special_tax_name;

@@ -37,6 +37,9 @@ struct AdjustmentArguments {
   bool is_void = false;
 };
 
+// Quantity, price of a piece and amount of a line. A quantity goes with a unit price; without one,
+// the line is one piece at its price. `preset` is the price of a line that has none.
+int PriceLine(const LineArguments& arguments, Amount preset, Item* item);
 // The line as the tables have it. `last` is the last line of its document, null for none.
 int ResolveLine(const Tables& tables, const LineArguments& arguments, const Item* last,
                 LineAction* action, Item* item);

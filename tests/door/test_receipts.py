@@ -178,6 +178,58 @@ def test_an_article_is_sold_by_its_code(doors, folder):
     assert (status, problem["code"], problem["pointer"]) == (422, "refused", "/items/0")
 
 
+def test_a_device_that_does_not_tell_its_tables_takes_receipts(doors, folder):
+    door = doors(folder, plugin=True).start()
+    body = {"kind": "receipt",
+            "items": [{"department": 1, "description": "CAFF\u00c8 '; #4=0.01", "price": "1.205", "quantity": "3"},
+                      {"department": 2, "price": "10", "discount": {"percent": "10"}}],
+            "subtotal_discount": {"amount": "0.62"},
+            "payments": [{"tender": "card", "amount": "2.00"}, {"tender": "cash", "amount": "11.00"}]}
+    status, plan = dry(door, body)
+    # 3 x 1.205, and 10.00 less 10 %, less 0.62; the change is cash.
+    assert (status, plan["sums"]) == (200, {
+        "items": ["3.62", "9.00"], "subtotal": "12.62", "total": "12.00", "paid": "13.00", "change": "1.00",
+        "by_vat": None, "by_department": [{"department": 1, "amount": "3.62"}, {"department": 2, "amount": "9.00"}],
+        "payments": None})
+    assert door.documents() == [] and door.get("/v1/jobs")[1]["jobs"] == []
+    status, job = post(door, body, "a")
+    assert (status, job["state"], job["document"]["total"]) == (201, "confirmed", "12.00")
+    assert len(job["lines"]) == len(plan["lines"])
+    assert rows(door, "SELECT total, change FROM document") == [(120000, 10000)]
+    assert "CAFF\u00c8 '; #4=0.01" in rows(door, "SELECT lines FROM journal")[0][0]
+    # What is wrong for certain sends nothing; what only the device knows, it says.
+    for change, expected in (
+            ({"items": [{"department": 1}]}, (422, "no_price", "/items/0/price")),
+            ({"items": [{"article": "8001"}]}, (422, "no_price", "/items/0/price")),
+            ({"payments": [{"tender": "card", "amount": "11.99"}]}, (422, "too_little_paid", "/payments"))):
+        for path in ("/v1/receipts", "/v1/receipts?dry_run=true"):
+            status, problem = post(door, {**body, **change}, "b", path)
+            assert (status, problem["code"], problem["pointer"]) == expected
+    assert len(door.get("/v1/jobs")[1]["jobs"]) == 1
+    for key, item in (("c", {"department": 41}), ("d", {"article": "8001"})):
+        status, job = post(door, {**COFFEE, "items": [{**item, "price": "1.00"}]}, key)
+        assert (status, job["state"]) == (422, "rejected")
+    assert len(door.documents()) == 1
+
+
+def test_a_device_that_does_not_tell_its_tables_takes_sales_back(doors, folder):
+    door = doors(folder, plugin=True).start()
+    for key in "ab":
+        status, job = post(door, COFFEE, key)
+        assert status == 201
+    day = job["document"]["time"][:10]
+    first, second = ({"closure": 1, "number": number, "date": day} for number in (1, 2))
+    status, job = post(door, {**COFFEE, "kind": "refund", "refers_to": first}, "c")
+    assert (status, job["state"], job["document"]["kind"], job["document"]["total"]) == \
+        (201, "confirmed", "refund", "1.20")
+    status, job = post(door, {**COFFEE, "kind": "refund", "refers_to": first}, "d")
+    assert (status, job["state"]) == (422, "rejected")
+    assert dry(door, {"kind": "void", "refers_to": second})[1]["sums"] is None
+    status, job = post(door, {"kind": "void", "refers_to": second}, "e")
+    assert (status, job["state"], job["document"]["kind"]) == (201, "confirmed", "void")
+    assert rows(door, "SELECT kind, referred_number FROM document ORDER BY id") == [(0, 0), (0, 0), (2, 1), (3, 2)]
+
+
 def test_other_words_change_nothing(doors, folder):
     shipped = ROOT / "language" / "merkelin.ini"
     words = folder / "words.ini"

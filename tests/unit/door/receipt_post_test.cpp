@@ -44,13 +44,45 @@ TEST(ReceiptPost, CountsByItsValue) {
   EXPECT_NE(ReceiptPost(other.dump()).job().digest, digest);
 }
 
-TEST(ReceiptPost, ADeviceThatDoesNotTellItsTablesIsRefusedByName) {
+TEST(ReceiptPost, OfADeviceThatDoesNotTellItsTablesWhatRestsOnThemIsNull) {
   LineJudge judge(shipped::LanguageFile().string());
   ReceiptPost post(kCoffee);
   post.Prepare(nullptr, judge);
+  ASSERT_FALSE(post.problem());
+  EXPECT_THAT(post.job().lines, testing::ElementsAre("#10 #1=1, #4=1.20", "#11 #1=1"));
+  EXPECT_EQ(json::parse(post.DryRun().body)["sums"],
+            (json{{"items", {"1.20"}},
+                  {"subtotal", "1.20"},
+                  {"total", "1.20"},
+                  {"paid", "1.20"},
+                  {"change", "0.00"},
+                  {"by_vat", nullptr},
+                  {"by_department", {{{"department", 1}, {"amount", "1.20"}}}},
+                  {"payments", nullptr}}));
+}
+
+TEST(ReceiptPost, SumsThatRestOnNamesOfTheDeviceAreNull) {
+  LineJudge judge(shipped::LanguageFile().string());
+  json body = json::parse(kCoffee);
+  body["items"].push_back(
+      {{"department", 1}, {"price", "1.20"}, {"description", "CAFFE'"}, {"void", true}});
+  ReceiptPost post(body.dump());
+  post.Prepare(nullptr, judge);
+  ASSERT_FALSE(post.problem());
+  EXPECT_EQ(post.job().lines.size(), 3u);
+  EXPECT_TRUE(json::parse(post.DryRun().body)["sums"].is_null());
+}
+
+TEST(ReceiptPost, APriceThatTheDeviceDoesNotTellIsNeeded) {
+  LineJudge judge(shipped::LanguageFile().string());
+  json body = json::parse(kCoffee);
+  body["items"][0].erase("price");
+  ReceiptPost post(body.dump());
+  post.Prepare(nullptr, judge);
   ASSERT_TRUE(post.problem());
-  EXPECT_EQ(post.problem()->status, 501);
-  EXPECT_EQ(BodyOf(post.problem()).value("code", ""), "no_tables");
+  EXPECT_EQ(post.problem()->status, 422);
+  EXPECT_EQ(BodyOf(post.problem()).value("code", ""), "no_price");
+  EXPECT_EQ(BodyOf(post.problem()).value("pointer", ""), "/items/0/price");
   EXPECT_TRUE(post.job().lines.empty());
 }
 

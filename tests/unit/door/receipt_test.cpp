@@ -65,7 +65,8 @@ std::optional<ReceiptProblem> Sum(const json& body, ReceiptSums* sums, bool roun
   ReceiptRequest receipt;
   const std::optional<ReceiptProblem> problem = ReadReceipt(body, &receipt);
   EXPECT_FALSE(problem) << problem->code << " " << problem->pointer << " " << problem->detail;
-  return SumReceipt(receipt, {tables, round_cash}, sums);
+  const DeviceTables device = {tables, round_cash};
+  return SumReceipt(receipt, &device, sums);
 }
 
 ReceiptSums SumsOf(const json& body, bool round_cash = false) {
@@ -342,14 +343,14 @@ TEST(ReceiptSums, AreTheRegisters) {
   EXPECT_EQ(sums.total, 92300);
   EXPECT_EQ(sums.paid, 100000);
   EXPECT_EQ(sums.change, 7700);
-  ASSERT_EQ(sums.by_vat.size(), 2u);
-  EXPECT_EQ(sums.by_vat.at(1).amount, 29300);
-  EXPECT_EQ(sums.by_vat.at(1).rate, "22%");
-  EXPECT_EQ(sums.by_vat.at(2).amount, 63000);
-  EXPECT_THAT(sums.by_department, ElementsAre(Pair(1, 29300), Pair(2, 63000)));
-  ASSERT_EQ(sums.payments.size(), 2u);
-  EXPECT_EQ(sums.payments[0].name, "Pagamento elettronico");
-  EXPECT_EQ(sums.payments[1].amount, 50000);
+  ASSERT_EQ(sums.by_vat->size(), 2u);
+  EXPECT_EQ(sums.by_vat->at(1).amount, 29300);
+  EXPECT_EQ(sums.by_vat->at(1).rate, "22%");
+  EXPECT_EQ(sums.by_vat->at(2).amount, 63000);
+  EXPECT_THAT(*sums.by_department, ElementsAre(Pair(1, 29300), Pair(2, 63000)));
+  ASSERT_EQ(sums.payments->size(), 2u);
+  EXPECT_EQ(sums.payments->at(0).name, "Pagamento elettronico");
+  EXPECT_EQ(sums.payments->at(1).amount, 50000);
 }
 
 TEST(ReceiptSums, AnAmountThatIsLeftOutIsTheRest) {
@@ -359,17 +360,17 @@ TEST(ReceiptSums, AnAmountThatIsLeftOutIsTheRest) {
                   {"payments", {{{"tender", 125}, {"amount", "4"}}, {{"tender", "cash"}}}}}));
   EXPECT_EQ(sums.subtotal, 100000);
   EXPECT_EQ(sums.total, 90000);
-  ASSERT_EQ(sums.payments.size(), 2u);
-  EXPECT_EQ(sums.payments[1].amount, 50000);
+  ASSERT_EQ(sums.payments->size(), 2u);
+  EXPECT_EQ(sums.payments->at(1).amount, 50000);
   EXPECT_EQ(sums.change, 0);
 }
 
 TEST(ReceiptSums, CashRoundsToFiveCentsWhereTheRegisterDoes) {
   const json body = OneItem({{"department", 1}, {"price", "1.22"}});
-  EXPECT_EQ(SumsOf(body, false).payments.at(0).amount, 12200);
+  EXPECT_EQ(SumsOf(body, false).payments->at(0).amount, 12200);
   const ReceiptSums sums = SumsOf(body, true);
-  ASSERT_EQ(sums.payments.size(), 2u);
-  EXPECT_EQ(sums.payments[1].amount, 12000);
+  ASSERT_EQ(sums.payments->size(), 2u);
+  EXPECT_EQ(sums.payments->at(1).amount, 12000);
 }
 
 // Whether the cash of a sale that goes back came to five cents only the device knows.
@@ -381,8 +382,8 @@ TEST(ReceiptSums, CashOfASaleThatGoesBackIsLeftToTheDevice) {
     for (const char* amount : {"1.20", "1.22", "0.01"}) {
       body["payments"] = {{{"tender", "cash"}, {"amount", amount}}};
       const ReceiptSums sums = SumsOf(body, round_cash);
-      EXPECT_FALSE(sums.has_payments);
-      EXPECT_TRUE(sums.payments.empty());
+      EXPECT_FALSE(sums.has_paid);
+      EXPECT_FALSE(sums.payments);
       EXPECT_EQ(sums.total, 12200);
     }
   }
@@ -391,7 +392,7 @@ TEST(ReceiptSums, CashOfASaleThatGoesBackIsLeftToTheDevice) {
   body["payments"] = {{{"tender", "cash"}}};
   for (const char* serial : {"99LRM0000001VR", "99lrm0000001vr", "99IEB012345"}) {
     body["refers_to"]["serial"] = serial;
-    EXPECT_EQ(SumsOf(body, true).has_payments, serial[2] == 'I') << serial;
+    EXPECT_EQ(SumsOf(body, true).has_paid, serial[2] == 'I') << serial;
   }
   body["kind"] = "void";
   body["refers_to"].erase("serial");
