@@ -396,6 +396,11 @@ TEST(ReceiptSums, CashOfASaleThatGoesBackIsLeftToTheDevice) {
   }
   body["kind"] = "void";
   body["refers_to"].erase("serial");
+  // Each number of the language that means cash.
+  for (const int tender : {1, 6, 7, 8, 9, 20, 4}) {
+    body["payments"] = {{{"tender", tender}}};
+    EXPECT_EQ(SumsOf(body, true).has_paid, tender == 4) << tender;
+  }
   body["payments"] = {{{"tender", "card"}, {"amount", "1.20"}}};
   EXPECT_EQ(RefusalOf(body), "too_little_paid /payments");
   body["items"][0]["price"] = "1.25";
