@@ -14,19 +14,21 @@ export const problemOf = (kind, { status, body }, key = null) => new DoorError(k
   [body?.code, body?.detail ?? `the answer has the status ${status}`].filter(Boolean).join(": "),
   { code: body?.code ?? "", status, problem: body ?? {}, key });
 
-// A signal that aborts with `signal`, or so many seconds after begin(); end() leaves nothing behind.
+// A signal that aborts with `signal`, or so many seconds after begin(); end() leaves nothing behind, and
+// stop() no exchange under way either.
 function limit(seconds, signal) {
-  const cut = new AbortController(), stop = () => cut.abort(signal.reason);
+  const cut = new AbortController(), follow = () => cut.abort(signal.reason);
   let timer;
   const rest = () => clearTimeout(timer);
   const begin = () => {
     rest();
     timer = setTimeout(() => cut.abort(new Error("no answer in time")), seconds * 1000);
   };
-  const end = () => { rest(); signal?.removeEventListener("abort", stop); };
-  if (signal?.aborted) stop();
-  signal?.addEventListener("abort", stop);
-  return { signal: cut.signal, begin, rest, end };
+  const end = () => { rest(); signal?.removeEventListener("abort", follow); };
+  const stop = () => { end(); cut.abort(); };
+  if (signal?.aborted) follow();
+  signal?.addEventListener("abort", follow);
+  return { signal: cut.signal, begin, rest, end, stop };
 }
 
 export const pause = (seconds, signal) => new Promise((done) => {
@@ -114,7 +116,7 @@ export class Exchange {
       } catch (error) {
         if (error instanceof DoorError) throw error;
       } finally {
-        cut.end();
+        cut.stop(); // whoever leaves, or meets an answer that is no stream, takes no connection along
       }
       await pause(wait, signal);
     }

@@ -206,6 +206,24 @@ test("what waits is cut by its time or its signal, and leaves no listener", asyn
   server.close();
 });
 
+test("whoever leaves the events leaves no connection behind", { timeout: 60000 }, async () => {
+  const began = [], ended = [];
+  const server = createServer((request, reply) => {
+    ended.push(new Promise((gone) => reply.on("close", gone)));
+    reply.writeHead(began.push(1) === 1 ? 503 : 200, { "Content-Type": "text/event-stream" });
+    // Neither of the first two ends by itself: an answer that is no stream, and one that cannot be read.
+    reply.write(`id: ${began.length}\ndata: ${began.length === 2 ? "{" : "{}"}\n\n`);
+  });
+  await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
+  for await (const one of new Door(`http://127.0.0.1:${server.address().port}`).events()) {
+    assert.equal(one.id, 3);
+    break;
+  }
+  await Promise.all(ended);
+  assert.equal(ended.length, 3);
+  server.close();
+});
+
 test("events come again behind a silence", async () => {
   let times = 0;
   const server = createServer((request, reply) => {
