@@ -57,6 +57,7 @@ void DoorWatch::AskDevice() noexcept {
 }
 
 void DoorWatch::NoteWarnings() noexcept {
+  const bool wrote_none = owes_warning_.exchange(false);
   try {
     std::string names;
     const auto add = [&names](const std::string& name) {
@@ -71,13 +72,14 @@ void DoorWatch::NoteWarnings() noexcept {
       const std::lock_guard<std::mutex> lock(of_device_->mutex);
       for (const std::string& code : of_device_->codes) add(code);
     }
-    const bool wrote_none = writes_none_;
     // One of the two is news, whatever was told last, and has to be written.
     if (wrote_none) parts_.log.NoteText(EventKind::kWarning, "disk_full");
     parts_.log.NoteText(EventKind::kWarning, names);
-    if (wrote_none) writes_none_ = false;
+    // Unless another one came meanwhile.
+    if (wrote_none) writes_none_ = owes_warning_.load();
   } catch (...) {
     // Another time.
+    if (wrote_none) owes_warning_ = true;
   }
 }
 

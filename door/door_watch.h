@@ -39,7 +39,12 @@ class DoorWatch {
   void NoteDevice(DeviceTrouble trouble);
   // A job came that could not be written; by any thread. So it is until one is written, or
   // NoteWarnings finds that the log takes what it has. Whether it was not so before.
-  bool NoteNotWritten() noexcept { return !writes_none_.exchange(true); }
+  bool NoteNotWritten() noexcept {
+    const bool is_news = !writes_none_.exchange(true);
+    // Behind it: NoteWarnings is to come by once more, whatever it is at.
+    owes_warning_ = true;
+    return is_news;
+  }
   bool writes_none() const { return writes_none_; }
   // The certificate that clients are shown from now on: when it runs out, in seconds since 1970; 0
   // for none.
@@ -66,6 +71,7 @@ class DoorWatch {
   std::shared_ptr<DeviceWarnings> of_device_ = std::make_shared<DeviceWarnings>();
   std::string told_;  // of the device, to the service manager
   std::atomic<bool> writes_none_{false};
+  std::atomic<bool> owes_warning_{false};  // that it was so, also where a job was written since
   std::atomic<int64_t> certificate_end_{0};
   // Signs asked for that are not answered yet; what is asked may come when this is gone.
   std::shared_ptr<std::atomic<int>> asked_ = std::make_shared<std::atomic<int>>(0);

@@ -126,6 +126,9 @@ TEST(DoorWatch, ALogThatTakesNothingIsKnownUntilItDoes) {
   bool was_there = false;
   door.log.Accept(job, &was_there);
   EXPECT_FALSE(door.watch.writes_none()) << "a job was written";
+  EXPECT_EQ(door.log.LastEvent(), before + 5);
+  door.watch.NoteWarnings();
+  EXPECT_EQ(door.log.LastEvent(), before + 7) << "those that were not are told all the same";
 }
 
 TEST(DoorWatch, ACertificateThatRunsOutIsAWarning) {
