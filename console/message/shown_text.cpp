@@ -143,6 +143,8 @@ std::string SystemMessage(int error) {
       {EAGAIN, TR_TEXT("Resource temporarily unavailable")},
       {ENOLCK, TR_TEXT("No locks available")},
       {ENOMEM, TR_TEXT("Cannot allocate memory")},
+      {EADDRINUSE, TR_TEXT("Address already in use")},
+      {EADDRNOTAVAIL, TR_TEXT("Cannot assign requested address")},
   };
   for (const Row& row : kMessages) {
     if (row.error == error) return std::string(Translated(row.text));

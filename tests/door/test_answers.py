@@ -301,11 +301,12 @@ def test_only_this_computer_is_listened_to(folder):
 
 def test_an_address_that_is_taken_is_told(door, folder):
     address = f"127.0.0.1:{door.port}"
-    run = subprocess.run([os.environ["LORIMATD"], "--register", folder / "r", "--listen", address],
-                         capture_output=True, text=True, check=False,
-                         env=dict(os.environ, LC_ALL="C"))
-    assert run.returncode == 2 and run.stdout == ""
-    assert run.stderr == f"lorimatd: --listen {address}: Address already in use\n"
+    for language, told in [("C", "Address already in use"), ("it", "Indirizzo già in uso")]:
+        run = subprocess.run([os.environ["LORIMATD"], "--register", folder / "r", "--listen", address],
+                             capture_output=True, text=True, check=False,
+                             env=dict(os.environ, LC_ALL="C.UTF-8", LANGUAGE=language))
+        assert run.returncode == 2 and run.stdout == ""
+        assert run.stderr == f"lorimatd: --listen {address}: {told}\n"
 
 
 def test_a_disk_that_is_full_is_told_until_it_is_not(door):
