@@ -29,7 +29,7 @@ int Adjust(VirtualRegister& r, int type, int64_t value, int department, bool is_
 const std::vector<ReceiptEntry> kEntries = {
     {"sale", [](auto& r) { return Enter(r, PflItemType::kPrintRecItem, 40000, 1); }},
     {"pieces", [](auto& r) { return Pieces(r, PflItemType::kPrintRecItem, 3000, 20000); }},
-    {"goods back", [](auto& r) { return Enter(r, PflItemType::kPrintRecItemRefund, 5000, 2); }},
+    {"goods back", [](auto& r) { return Enter(r, PflItemType::kPrintRecItemRefund, 5000, 1); }},
     {"correction", [](auto& r) { return Enter(r, PflItemType::kPrintRecItemVoid, 100000, 1); }},
     {"correction of pieces",
      [](auto& r) { return Pieces(r, PflItemType::kPrintRecItemVoid, 1000, 20000); }},
@@ -47,13 +47,13 @@ const std::vector<ReceiptEntry> kEntries = {
     {"payment in part", [](auto& r) { return r.PrintRecTotalEx(1000, "2", false); }},
 };
 
-// Two lines, one of them with a discount, and one on its department.
+// Two lines, the first of them with a discount, and one on its department.
 int Begin(VirtualRegister& r) {
   for (const int code :
        {r.BeginFiscalReceipt(false), Enter(r, PflItemType::kPrintRecItem, 100000, 1),
+        Adjust(r, RTF_FPTR_AT_AMOUNT_DISCOUNT, 3000, -2, false),
         Adjust(r, RTF_FPTR_AT_AMOUNT_DISCOUNT, 2000, 1, false),
-        Pieces(r, PflItemType::kPrintRecItem, 2000, 20000),
-        Adjust(r, RTF_FPTR_AT_AMOUNT_DISCOUNT, 3000, -2, false)}) {
+        Pieces(r, PflItemType::kPrintRecItem, 2000, 20000)}) {
     if (code != RTF_SUCCESS) return code;
   }
   return RTF_SUCCESS;
@@ -84,7 +84,24 @@ TEST_F(ReceiptTakenBack, EachEntryBehindAnyOther) {
       ASSERT_EQ(undisturbed.ResetPrn(), RTF_SUCCESS);
     }
   }
-  EXPECT_GT(entered, 100);
+  EXPECT_GT(entered, 120);
+}
+
+// Keyed adjustments fall on the subtotal as long as nothing stands behind it.
+TEST_F(ReceiptTakenBack, ASubtotalEndsWithTheNextLineAndWithItsCorrection) {
+  VirtualRegister device(TestSettings());
+  for (const ReceiptEntry& entry : kEntries) {
+    const std::string name = entry.name;
+    const bool line = name == "sale" || name == "pieces" || name == "goods back" ||
+                      name.starts_with("correction") || name == "surcharge";
+    if (!line) continue;
+    ASSERT_EQ(Begin(device), RTF_SUCCESS);
+    ASSERT_EQ(device.PrintRecSubtotalEx(0, false), RTF_SUCCESS);
+    EXPECT_TRUE(device.receipt().at_subtotal());
+    EXPECT_EQ(entry.enter(device), RTF_SUCCESS) << name;
+    EXPECT_FALSE(device.receipt().at_subtotal()) << name;
+    ASSERT_EQ(device.ResetPrn(), RTF_SUCCESS);
+  }
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // Barcodes and logos in the picture.
+#include <malloc.h>
+
 #include <cstdio>
 #include <set>
 
@@ -80,6 +82,16 @@ TEST(PictureBarcode, AMissingCheckDigitIsAdded) {
   EXPECT_EQ(Modules(Code("00", "036000291452")), EanModules("0036000291452"));
   EXPECT_EQ(Modules(Code("03", "9638507")), Modules(Code("03", "96385074")));
   EXPECT_EQ(Modules(Code("03", "9638507")).size(), 67u);
+}
+
+// A picture may have thousands of them. What the encoder takes for one is far beyond 10,000 bytes.
+TEST(PictureBarcode, LeavesNoMemoryBehind) {
+  ASSERT_TRUE(EncodeBars(Code("02", "800123456789")).has_value());
+  const size_t before = mallinfo2().uordblks;
+  for (int count = 0; count < 100; ++count) {
+    ASSERT_TRUE(EncodeBars(Code("02", "800123456789")).has_value());
+  }
+  EXPECT_LT(mallinfo2().uordblks, before + 1'000'000);
 }
 
 TEST(PictureBarcode, ALongUpcIsShortenedByItsZeros) {

@@ -240,7 +240,8 @@ TEST(JournalSelectionTest, TakesWhatLiesBetweenTwoDocuments) {
   using Place = std::pair<int, int>;  // closure and number
   constexpr int kAll = JournalSelection::kLastNumber;
   for (const Place& from : {Place{2, 0}, Place{2, 1}, Place{2, 2}, Place{3, 4}, Place{0, 1}}) {
-    for (const Place& to : {Place{2, 2}, Place{2, 3}, Place{4, 1}, Place{4, kAll}, Place{9, kAll}}) {
+    for (const Place& to :
+         {Place{2, 2}, Place{2, 3}, Place{4, 1}, Place{4, kAll}, Place{9, kAll}}) {
       JournalSelection selection;
       std::tie(selection.from_closure, selection.from_number) = from;
       std::tie(selection.to_closure, selection.to_number) = to;
