@@ -87,7 +87,7 @@ int ModuleDots(int wanted, int modules) {
 }
 
 struct DeleteSymbol {
-  void operator()(zint_symbol* symbol) const { static_cast<void>(symbol); }
+  void operator()(zint_symbol* symbol) const { ZBarcode_Delete(symbol); }
 };
 
 }  // namespace
