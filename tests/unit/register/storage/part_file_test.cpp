@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <filesystem>
 
+#include "register/storage/change_copy.h"
 #include "register/storage/descriptor_files.h"
 #include "register/storage/schema.h"
 #include "register/value/register_error.h"
@@ -364,6 +365,25 @@ TEST_F(RegisterCopyTest, HoldsEveryRow) {
     ASSERT_EQ(part.Finish(), 0);
   }
   EXPECT_EQ(Dump("copy"), Dump("shop.register"));
+}
+
+TEST_F(RegisterCopyTest, ALastChangeIsMadeOrTold) {
+  Database look(Path("shop.register"), Database::Open::kRead, kRegisterKind);
+  PartFile part(Path("copy"));
+  ASSERT_TRUE(look.CopyTo(part, nullptr));
+  EXPECT_NO_THROW(ChangeCopy(part, "CREATE TABLE extra (x)"));
+  EXPECT_THROW(ChangeCopy(part, "CREATE TABLE extra (x)"), RegisterError);  // it is there
+  {
+    const FileLimit full(0);
+    try {
+      ChangeCopy(part, "CREATE TABLE another (x)");
+      ADD_FAILURE();
+    } catch (const RegisterError& error) {
+      EXPECT_EQ(error.what(), Path("copy") + ": cannot be written: File too large");
+    }
+  }
+  ASSERT_EQ(part.Finish(), 0);
+  EXPECT_EQ(Sql("copy", "SELECT count(*) FROM sqlite_master WHERE name = 'extra'"), "1\n");
 }
 
 TEST_F(RegisterCopyTest, OfAFileThatCannotBeReadNamesThatFile) {
