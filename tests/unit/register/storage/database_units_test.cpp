@@ -75,6 +75,22 @@ TEST_F(DatabaseUnitsTest, AStatementThatIsNoneNamesTheFile) {
   EXPECT_THROW(database.Prepare("SELECT x FROM nowhere"), RegisterError);
 }
 
+// How far the log reaches is known from one unit to the next: nothing of it is read again.
+TEST_F(DatabaseUnitsTest, NothingOfTheLogIsReadForAUnit) {
+  Database database(Path("units"), Database::Open::kCreate, kRegisterKind);
+  database.Begin(true);
+  database.Execute("CREATE TABLE number (value INTEGER)");
+  database.Commit();
+  for (int unit = 0; unit < 10; ++unit) {
+    if (unit == 3) disk.FailAt(FailingDisk::Fault::kRead, 1, true);
+    database.Begin(true);
+    database.Prepare("INSERT INTO number VALUES (?)").With(unit).Run();
+    database.Commit();
+  }
+  EXPECT_FALSE(disk.failed());
+  disk.Heal();
+}
+
 TEST_F(DatabaseUnitsTest, TheLogOfManyUnitsIsTakenOverAsItGrows) {
   constexpr int kUnits = 3000;             // of one page each, at least
   constexpr uintmax_t kFrame = 4096 + 24;  // of the log: a page, and what it says of it
