@@ -220,6 +220,17 @@ TEST(PictureText, TheLastColumnHasRoomForHalfADoubleWidth) {
   EXPECT_TRUE(dots.IsWhite(614, 0, 640, dots.height));
 }
 
+// A row is a row: what would end a line or a paragraph is seen in its column.
+TEST(PictureText, SignsThatEndALineAreDrawnAsSigns) {
+  for (const std::string sign : {"\xe2\x80\xa8", "\xe2\x80\xa9"}) {
+    Paper with_sign;
+    with_sign.Text("A" + sign + "B");
+    Paper without;
+    without.Text("A B");
+    EXPECT_FALSE(RenderPng(with_sign) == RenderPng(without));
+  }
+}
+
 TEST(PictureText, AnyBytesCanBeDrawn) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
