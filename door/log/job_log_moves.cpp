@@ -106,8 +106,8 @@ Job JobLog::Moved(Job job, JobState to, Why why, const JobNews& news) {
   const std::optional<std::string> answers = record(news.answers, AnswersRecord);
   if (baseline) job.baseline = news.baseline;
   if (answers) job.answers = *news.answers;
-  if (document) job.document = news.document;
   if (document) {
+    job.document = news.document;
     database_
         .Prepare(
             "UPDATE job SET state = ?, baseline = coalesce(?, baseline),"
