@@ -9,6 +9,7 @@
 #include "door/receipt/receipt_request.h"
 #include "door/receipt/receipt_sums.h"
 #include "language/shipped_language.h"
+#include "receipt_sums_of.h"
 
 namespace lorimat::door {
 namespace {
@@ -60,30 +61,24 @@ RegisterSettings Shop() {
   return settings;
 }
 
-std::optional<ReceiptProblem> Sum(const json& body, ReceiptSums* sums, bool round_cash = false) {
+DeviceTables ShopTables(bool round_cash = false) {
   static const Tables tables(Shop());
-  ReceiptRequest receipt;
-  const std::optional<ReceiptProblem> problem = ReadReceipt(body, &receipt);
-  EXPECT_FALSE(problem) << problem->code << " " << problem->pointer << " " << problem->detail;
-  const DeviceTables device = {tables, round_cash};
-  return SumReceipt(receipt, &device, sums);
+  return {tables, round_cash};
+}
+
+std::optional<ReceiptProblem> Sum(const json& body, ReceiptSums* sums) {
+  const DeviceTables device = ShopTables();
+  return SumWith(body, &device, sums);
 }
 
 ReceiptSums SumsOf(const json& body, bool round_cash = false) {
-  ReceiptSums sums;
-  const std::optional<ReceiptProblem> problem = Sum(body, &sums, round_cash);
-  EXPECT_FALSE(problem) << problem->code << " " << problem->pointer << " " << problem->detail;
-  return sums;
+  const DeviceTables device = ShopTables(round_cash);
+  return SumsWith(body, &device);
 }
 
-// "refused /items/0".
 std::string RefusalOf(const json& body) {
-  ReceiptSums sums;
-  const std::optional<ReceiptProblem> problem = Sum(body, &sums);
-  if (!problem) return {};
-  EXPECT_EQ(problem->status, 422);
-  EXPECT_FALSE(problem->detail.empty());
-  return problem->code + " " + problem->pointer;
+  const DeviceTables device = ShopTables();
+  return RefusalWith(body, &device);
 }
 
 TEST(Decimal, ReadsDigitsAndAPoint) {

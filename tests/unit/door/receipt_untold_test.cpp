@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "door/receipt/receipt_sums.h"
+#include "receipt_sums_of.h"
 
 namespace lorimat::door {
 namespace {
@@ -28,27 +29,13 @@ json Items(json items) {
 }
 
 std::optional<ReceiptProblem> Sum(const json& body, ReceiptSums* sums) {
-  ReceiptRequest receipt;
-  const std::optional<ReceiptProblem> problem = ReadReceipt(body, &receipt);
-  EXPECT_FALSE(problem) << problem->code << " " << problem->pointer << " " << problem->detail;
-  return SumReceipt(receipt, nullptr, sums);
+  return SumWith(body, nullptr, sums);
 }
 
-ReceiptSums SumsOf(const json& body) {
-  ReceiptSums sums;
-  const std::optional<ReceiptProblem> problem = Sum(body, &sums);
-  EXPECT_FALSE(problem) << problem->code << " " << problem->pointer << " " << problem->detail;
-  return sums;
-}
+ReceiptSums SumsOf(const json& body) { return SumsWith(body, nullptr); }
 
-// "too_little_paid /payments"; empty for one that is left to the device.
-std::string RefusalOf(const json& body) {
-  ReceiptSums sums;
-  const std::optional<ReceiptProblem> problem = Sum(body, &sums);
-  if (!problem) return {};
-  EXPECT_EQ(problem->status, 422);
-  return problem->code + " " + problem->pointer;
-}
+// Empty for one that is left to the device.
+std::string RefusalOf(const json& body) { return RefusalWith(body, nullptr); }
 
 // "1.20 - 0.00" in cents: what is paid and given back, or "?".
 std::string PaidAndChange(const json& body) {
