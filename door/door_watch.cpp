@@ -42,6 +42,8 @@ void DoorWatch::NoteDevice(DeviceTrouble trouble) {
 }
 
 void DoorWatch::AskDevice() noexcept {
+  // While it cannot be asked, the places are for those that somebody waits for.
+  if (question_ != nullptr && !question_->answered) return;
   try {
     auto question = std::make_shared<Question>();
     question->ask = [known = of_device_](FiscalDevice& device) {
@@ -50,7 +52,8 @@ void DoorWatch::AskDevice() noexcept {
       const std::lock_guard<std::mutex> lock(known->mutex);
       known->codes = std::move(report->warnings);
     };
-    parts_.service.Ask(std::move(question));
+    const bool is_put = parts_.service.Ask(question);
+    question_ = is_put ? std::move(question) : nullptr;
   } catch (...) {
     // Another time.
   }

@@ -49,7 +49,8 @@ class DoorWatch {
   // The certificate that clients are shown from now on: when it runs out, in seconds since 1970; 0
   // for none.
   void NoteCertificate(int64_t end) noexcept { certificate_end_ = end; }
-  // Has the device asked for its warnings, which NoteWarnings tells; between two jobs.
+  // Has the device asked for its warnings, which NoteWarnings tells; between two jobs, and once at
+  // a time. Not for several threads.
   void AskDevice() noexcept;
   // What somebody should look at, as far as it is known here; to be called now and then.
   void NoteWarnings() noexcept;
@@ -69,6 +70,7 @@ class DoorWatch {
   Parts parts_;
   // What is asked may come when this is gone.
   std::shared_ptr<DeviceWarnings> of_device_ = std::make_shared<DeviceWarnings>();
+  std::shared_ptr<Question> question_;
   std::string told_;  // of the device, to the service manager
   std::atomic<bool> writes_none_{false};
   std::atomic<bool> owes_warning_{false};  // that it was so, also where a job was written since

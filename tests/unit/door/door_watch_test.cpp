@@ -150,6 +150,16 @@ TEST(DoorWatch, ACertificateThatRunsOutIsAWarning) {
   }
 }
 
+// Where the device cannot be asked for long, those that clients wait for have their places.
+TEST(DoorWatch, TheDeviceIsAskedOnceAtATime) {
+  Watched door;
+  for (size_t i = 0; i < 2 * Questions::kMost; ++i) door.watch.AskDevice();
+  for (size_t i = 1; i < Questions::kMost; ++i) {
+    EXPECT_TRUE(door.service.Ask(std::make_shared<Question>())) << i;
+  }
+  EXPECT_FALSE(door.service.Ask(std::make_shared<Question>())) << "the first one waits";
+}
+
 // What paper, cover and clock have is news too, and that it is over.
 TEST(DoorWatch, WhatTheDeviceWarnsOfIsAWarning) {
   class Warning : public ShopDevice {
